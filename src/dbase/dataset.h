@@ -1,0 +1,183 @@
+// A cursor on a table: position, order, range, filter, edit state, calculated fields and events.
+//
+// Nothing is ever posted implicitly: a move, seek, append, change of tag, range or filter, refresh and close cancel a
+// pending row. Like the host, a dataset and everything it shares belong to one thread.
+#pragma once
+
+#include <functional>
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "dbase/field.h"
+#include "dbase/schema.h"
+
+namespace dbase {
+
+class Table;
+
+enum class DatasetState { Closed, Browse, Insert, Edit };
+enum class SeekMode { Exact, Nearest };
+
+/// One (field name, value) pair of a search key.
+struct KeyPart {
+    std::string_view field;
+    std::variant<std::string, int> value;
+};
+using Key = std::vector<KeyPart>;
+
+/// What listeners are told, synchronously.
+enum class DatasetChange {
+    Opened,
+    Closed,
+    Moved, // another record is current, or the current one was read again
+    Field, // a value of the current record was set
+    State, // browse, insert, edit
+    Order, // tag, range, filter, or rows came and went: everything shown may be different
+};
+
+/// Remembers a record of one table; a default one remembers nothing.
+class Bookmark {
+public:
+    Bookmark() = default;
+    explicit Bookmark(RecordNumber record) : record_(record) {}
+    [[nodiscard]] RecordNumber record() const { return record_; }
+    [[nodiscard]] explicit operator bool() const { return record_ != 0; }
+
+private:
+    RecordNumber record_ = 0;
+};
+
+class Dataset {
+public:
+    using Listener = std::function<void(DatasetChange)>;
+    /// Ends the listening when it goes.
+    using Subscription = std::shared_ptr<Listener>;
+
+    Dataset();
+    Dataset(std::string database, std::string table, std::string tag = {});
+    ~Dataset();
+    Dataset(const Dataset&) = delete;
+    Dataset& operator=(const Dataset&) = delete;
+
+    // --- Which table. Only while closed.
+    void setTable(std::string database, std::string table);
+    [[nodiscard]] const std::string& databaseName() const { return database_; }
+    [[nodiscard]] const std::string& tableName() const { return table_; }
+
+    // --- Fields. Bind before opening: open() refuses a file whose columns do not fit (Error BadLayout).
+    Field& bindCharacter(std::string name, std::size_t width);
+    Field& bindInteger(std::string name); // 16 bits, any N(w,0)
+    Field& bindLogical(std::string name);
+    Field& addCalculated(std::string name, std::size_t width);
+    /// Any column by name, bound or not, letter case ignored. Errors: Error(NotFound).
+    [[nodiscard]] Field& field(std::string_view name);
+    [[nodiscard]] Field* findField(std::string_view name);
+    /// In the order of the file, calculated ones behind. Empty while nothing was bound and the table was never open.
+    [[nodiscard]] std::vector<Field*> fields();
+
+    // --- Life.
+    /// Errors: everything that keeps the table from being used; the dataset then stays closed. Lands on the first record.
+    void open();
+    void close();
+    [[nodiscard]] bool isOpen() const { return state_ != DatasetState::Closed; }
+    [[nodiscard]] DatasetState state() const { return state_; }
+    [[nodiscard]] bool isReadOnly() const;
+    /// Why writing is refused (Spanish, UTF-8); empty when it is not.
+    [[nodiscard]] std::string readOnlyReason() const;
+    [[nodiscard]] const Schema& schema() const;
+
+    // --- Order, range, filter.
+    /// Active tag; empty is the order of the records in the file.
+    [[nodiscard]] const std::string& tag() const { return tag_; }
+    /// Keeps record and filter, drops the range; nothing at all when the tag is already active. May be set while closed.
+    /// Errors: Error(NotFound) for a tag the table lacks.
+    void setTag(const std::string& name);
+    [[nodiscard]] std::vector<std::string> tagNames() const;
+    /// Records whose key lies between both, included; keys with only the leading fields of the tag compare those.
+    void setRange(const Key& low, const Key& high);
+    void clearRange();
+    /// Errors: Error(BadExpression); the filter then stays as it was. May be set while closed.
+    void setFilter(const std::string& text);
+    void clearFilter() { setFilter({}); }
+    [[nodiscard]] const std::string& filter() const { return filterText_; }
+
+    // --- Moving.
+    void first();
+    void last();
+    /// False, with bof()/eof() set, when there is nothing further; the current record then stays.
+    bool next();
+    bool prior();
+    [[nodiscard]] bool bof() const { return bof_; }
+    [[nodiscard]] bool eof() const { return eof_; }
+    /// True when range and filter leave no record.
+    [[nodiscard]] bool isEmpty() const { return record_ == 0; }
+    /// Number of the current record in its file, 0 on an empty table and while inserting.
+    [[nodiscard]] RecordNumber recordNumber() const { return state_ == DatasetState::Insert ? 0 : record_; }
+    /// Exact: first record with the key, or false and position unchanged. Nearest: true and the first record at or after
+    /// the key, or false, the last record and eof(). A key of only the tag's leading fields compares those when exact.
+    [[nodiscard]] bool seek(const Key& key, SeekMode mode);
+    [[nodiscard]] Bookmark bookmark() const { return Bookmark(recordNumber()); }
+    /// False, position unchanged, when the record is gone or hidden by range or filter.
+    bool goTo(Bookmark bookmark);
+    /// Reads the current record again; when it is gone, the next one, else the last.
+    void refresh();
+
+    // --- Editing. Errors: Error with ReadOnly, BadState, LockRefused, RecordChanged, and whatever writing raises.
+    /// Starts a blank row.
+    void append();
+    /// Locks the record; a record that another user locked or changed since it was shown raises.
+    void edit();
+    /// Writes the pending row; it is current afterwards. The row stays pending when this raises.
+    void post();
+    /// Drops the pending row; nothing when there is none.
+    void cancel();
+    /// Deletes the current record; the next one, else the last, is current afterwards.
+    void erase();
+    [[nodiscard]] bool isModified() const { return modified_; }
+
+    // --- Record locks of this cursor, beside those that editing takes by itself.
+    /// False when another cursor or program holds it. With an empty table the place of record 1 is locked.
+    [[nodiscard]] bool lockCurrent();
+    void unlockAll();
+
+    // --- Calculated fields and events.
+    [[nodiscard]] bool autoCalculates() const { return autoCalculates_; }
+    void setAutoCalculates(bool on) { autoCalculates_ = on; }
+    /// Runs for each record that becomes current, also with the switch off: the handler looks at the switch.
+    void setOnCalculate(std::function<void(Dataset&)> handler) { onCalculate_ = std::move(handler); }
+    void setAfterOpen(std::function<void(Dataset&)> hook) { afterOpen_ = std::move(hook); }
+
+    [[nodiscard]] Subscription listen(Listener listener);
+    /// Between suspend and the matching resume nothing is told; resume then tells Order once. Nests.
+    void suspendNotifications();
+    void resumeNotifications();
+
+private:
+    friend class Field;
+    struct Cursor;
+
+    std::string database_, table_, tag_, filterText_;
+    // (the rest is declared with the implementation)
+    DatasetState state_ = DatasetState::Closed;
+    RecordNumber record_ = 0;
+    bool bof_ = false, eof_ = false, modified_ = false, autoCalculates_ = true;
+    std::function<void(Dataset&)> onCalculate_, afterOpen_;
+};
+
+/// Suspends a dataset's notifications for a block.
+class NotificationPause {
+public:
+    explicit NotificationPause(Dataset& dataset) : dataset_(dataset) { dataset_.suspendNotifications(); }
+    ~NotificationPause() { dataset_.resumeNotifications(); }
+    NotificationPause(const NotificationPause&) = delete;
+    NotificationPause& operator=(const NotificationPause&) = delete;
+
+private:
+    Dataset& dataset_;
+};
+
+} // namespace dbase

@@ -1,0 +1,86 @@
+// The header of a .DBF as plain values: columns, sizes, language driver.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace dbase {
+
+/// 1-based number of a record in its file; 0 is no record.
+using RecordNumber = std::uint32_t;
+
+enum class ColumnType : char { Character = 'C', Numeric = 'N', Float = 'F', Logical = 'L', Date = 'D', Memo = 'M' };
+
+/// Language driver byte of a table: code page and key order.
+enum class LanguageDriver : std::uint8_t {
+    None = 0x00,
+    WindowsAnsi = 0x03,
+    AnsiUs = 0x57,           // Windows-1252, keys in byte order; what new tables get
+    AnsiWestEurope = 0x58,   // Windows-1252, keys by weight
+    AnsiSpanish = 0x59,      // Windows-1252, keys by weight
+};
+
+struct Column {
+    std::string name;        // upper case, at most 10 characters
+    ColumnType type = ColumnType::Character;
+    std::uint16_t width = 1; // bytes in the record
+    std::uint8_t decimals = 0;
+    std::uint16_t offset = 0; // of the first byte in the record; byte 0 is the deletion mark
+
+    [[nodiscard]] bool isNumber() const { return type == ColumnType::Numeric || type == ColumnType::Float; }
+};
+
+/// Layout of a table. Value type; columns keep their order in the file.
+struct Schema {
+    std::vector<Column> columns;
+    std::uint8_t version = 0x03;
+    std::uint8_t languageDriver = static_cast<std::uint8_t>(LanguageDriver::AnsiUs);
+    bool hasProductionIndex = false;
+    std::uint16_t headerLength = 0; // bytes; offset of record 1
+    std::uint16_t recordLength = 0; // bytes, deletion mark included
+
+    /// Position of a column by name, letter case ignored.
+    [[nodiscard]] std::optional<std::size_t> find(std::string_view name) const;
+};
+
+/// What the fixed part of the header says beside the layout.
+struct HeaderCounts {
+    std::uint32_t records = 0; // deleted ones included
+    std::uint8_t year = 0, month = 0, day = 0; // year counted from 1900
+};
+
+inline constexpr std::size_t fixedHeaderSize = 32;
+inline constexpr std::size_t columnDescriptorSize = 32;
+
+/// Decodes a whole header (fixed part and column list, `headerLength` bytes or as many as the file has).
+/// Errors: Error(BadTable) with `file` in its text for anything that contradicts itself.
+[[nodiscard]] Schema decodeHeader(std::span<const std::uint8_t> bytes, HeaderCounts& counts, const std::string& file);
+
+/// Header length that the fixed part announces, in bytes. Needs 32 bytes. Errors as decodeHeader.
+[[nodiscard]] std::size_t announcedHeaderLength(std::span<const std::uint8_t> bytes, const std::string& file);
+
+/// Sets offsets, record and header length from the columns. Errors: Error(BadTable) for a layout the format
+/// cannot hold (names, widths, 255 columns, 4000 bytes a record).
+void completeLayout(Schema& schema, const std::string& file);
+
+/// Encodes a header for a completed layout. `fieldTags` marks the columns that are by themselves the key of a tag.
+[[nodiscard]] std::vector<std::uint8_t> encodeHeader(const Schema& schema, const HeaderCounts& counts,
+                                                     const std::vector<bool>& fieldTags = {});
+
+/// One record as it lies in the file: deletion mark, then the columns without separators.
+struct RecordView {
+    const Schema* schema = nullptr;
+    std::span<const char> bytes; // recordLength bytes
+    RecordNumber number = 0;
+
+    [[nodiscard]] bool isDeleted() const { return bytes[0] == '*'; }
+    [[nodiscard]] std::string_view raw(const Column& column) const {
+        return {bytes.data() + column.offset, column.width};
+    }
+};
+
+} // namespace dbase
