@@ -21,8 +21,8 @@ using JulianDay = std::int32_t;
 /// anything else is null.
 [[nodiscard]] std::optional<double> decodeNumber(std::string_view raw);
 
-/// The same without going through floating point. Null also where there are decimals other than zero or where it
-/// does not fit 64 bits.
+/// The same without going through floating point. Null also where there are decimals other than zero or where
+/// it does not fit 64 bits.
 [[nodiscard]] std::optional<std::int64_t> decodeInteger(std::string_view raw);
 
 /// T t Y y / F f N n; null for "?" and blank.
@@ -31,7 +31,10 @@ using JulianDay = std::int32_t;
 /// YYYYMMDD; null for blank, zeros and dates that do not exist.
 [[nodiscard]] std::optional<JulianDay> decodeDate(std::string_view raw);
 
-/// The eight digits of a day.
+/// Day of a date of the Gregorian calendar, years 1 to 9999; null for one that does not exist.
+[[nodiscard]] std::optional<JulianDay> julianDay(int year, int month, int day);
+
+/// The eight digits of a day; eight blanks outside the years 1 to 9999.
 [[nodiscard]] std::string encodeDate(JulianDay day);
 
 /// Left-justified and padded; cut to the width.

@@ -9,8 +9,8 @@
 
 namespace dbase {
 
-/// One single-byte code page. The five bytes that Windows-1252 leaves open stand for the control characters of the
-/// same number, so that every byte survives a round trip.
+/// One single-byte code page. The five bytes that Windows-1252 leaves open stand for the control characters
+/// of the same number, so that every byte survives a round trip.
 class CodePage {
 public:
     /// The code page that a language driver byte names; unknown drivers are read as Windows-1252.
@@ -36,7 +36,8 @@ private:
     std::array<unsigned char, 256> upper_{}, lower_{};
 };
 
-/// Weight of each byte in keys of the collating drivers (0x58, 0x59): all 256 differ, so equality stays byte equality.
+/// Weight of each byte in keys of the collating drivers (0x58, 0x59): all 256 differ, so equality stays byte
+/// equality.
 [[nodiscard]] const std::array<std::uint8_t, 256>& collationWeights();
 
 /// True for the drivers whose character keys are ordered by weight: 0x58, 0x59.

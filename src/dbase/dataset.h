@@ -5,19 +5,22 @@
 #pragma once
 
 #include <functional>
-#include <initializer_list>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
+#include "dbase/expression.h"
 #include "dbase/field.h"
 #include "dbase/schema.h"
 
 namespace dbase {
 
 class Table;
+struct Tag;
 
 enum class DatasetState { Closed, Browse, Insert, Edit };
 enum class SeekMode { Exact, Nearest };
@@ -89,6 +92,8 @@ public:
     /// Why writing is refused (Spanish, UTF-8); empty when it is not.
     [[nodiscard]] std::string readOnlyReason() const;
     [[nodiscard]] const Schema& schema() const;
+    /// The open table behind, for its read guard and durability. Errors: Error(BadState) while closed.
+    [[nodiscard]] Table& openTable() const;
 
     // --- Order, range, filter.
     /// Active tag; empty is the order of the records in the file.
@@ -158,13 +163,60 @@ public:
 
 private:
     friend class Field;
-    struct Cursor;
+    struct Spot;
+    struct ReadAhead;
+    enum class Direction { Forward, Backward };
+
+    // dataset.cpp
+    void resolveFields();
+    Field& addField(std::string name, FieldKind kind, std::size_t width);
+    void calculate();
+    void changed(DatasetChange change);
+    void fieldSet();
+    void requireOpen() const;
+    void requireClosed() const;
+
+    // dataset_moves.cpp
+    [[nodiscard]] bool isVisible(const RecordView& record) const;
+    [[nodiscard]] bool isInRange(std::string_view key) const;
+    [[nodiscard]] Spot spotHere() const;
+    bool settle(Spot& spot, Direction direction);
+    bool stepTo(Spot& spot, Direction direction) const;
+    bool toEnd(Spot& spot, Direction direction) const;
+    bool toEntry(Spot& spot, RecordNumber number, std::span<const char> record) const;
+    bool toNeighbour(Spot& spot, Direction direction) const;
+    void copyRow(Spot& spot) const;
+    bool takeAhead();
+    void fillAhead(const Spot& from);
+    void land(Spot& spot);
+    void landNowhere();
+    void landOn(RecordNumber number);
+    void moveToEnd(Direction direction);
+    bool step(Direction direction);
+    bool reposition();
+
+    // dataset_edit.cpp
+    void endEdit();
+    void dropPending();
 
     std::string database_, table_, tag_, filterText_;
-    // (the rest is declared with the implementation)
+    std::shared_ptr<Table> open_;
+    std::vector<std::unique_ptr<Field>> fields_;
+    const Tag* activeTag_ = nullptr; // null: the order of the records in the file
+    std::optional<Expression> filter_;
+    std::optional<std::string> rangeLow_, rangeHigh_;
+
+    std::unique_ptr<Spot> spot_; // where the cursor stands in the order
+    std::unique_ptr<ReadAhead> ahead_;
+    std::vector<char> row_;   // the current record, or the pending one
+    std::vector<char> shown_; // while editing: the record as it was shown
     DatasetState state_ = DatasetState::Closed;
     RecordNumber record_ = 0;
-    bool bof_ = false, eof_ = false, modified_ = false, autoCalculates_ = true;
+    bool bof_ = false, eof_ = false, modified_ = false;
+    bool autoCalculates_ = true, isCalculating_ = false;
+    int paused_ = 0;
+    std::vector<RecordNumber> explicitLocks_;
+    std::vector<std::weak_ptr<Listener>> listeners_;
     std::function<void(Dataset&)> onCalculate_, afterOpen_;
 };
 

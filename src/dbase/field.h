@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -55,6 +56,10 @@ private:
         : dataset_(&dataset), name_(std::move(name)), kind_(kind), declaredWidth_(declaredWidth) {}
 
     [[nodiscard]] std::string_view raw() const;
+    [[nodiscard]] const Column& writableColumn() const;
+    [[nodiscard]] std::span<char> rawForWriting();
+    [[nodiscard]] bool fitsBinding(double value) const;
+    [[noreturn]] void refuse(const std::string& value) const;
 
     Dataset* dataset_;
     std::string name_;

@@ -13,19 +13,26 @@ namespace dbase {
 /// 1-based number of a record in its file; 0 is no record.
 using RecordNumber = std::uint32_t;
 
-enum class ColumnType : char { Character = 'C', Numeric = 'N', Float = 'F', Logical = 'L', Date = 'D', Memo = 'M' };
+enum class ColumnType : char {
+    Character = 'C',
+    Numeric = 'N',
+    Float = 'F',
+    Logical = 'L',
+    Date = 'D',
+    Memo = 'M'
+};
 
 /// Language driver byte of a table: code page and key order.
 enum class LanguageDriver : std::uint8_t {
     None = 0x00,
     WindowsAnsi = 0x03,
-    AnsiUs = 0x57,           // Windows-1252, keys in byte order; what new tables get
-    AnsiWestEurope = 0x58,   // Windows-1252, keys by weight
-    AnsiSpanish = 0x59,      // Windows-1252, keys by weight
+    AnsiUs = 0x57,         // Windows-1252, keys in byte order; what new tables get
+    AnsiWestEurope = 0x58, // Windows-1252, keys by weight
+    AnsiSpanish = 0x59,    // Windows-1252, keys by weight
 };
 
 struct Column {
-    std::string name;        // upper case, at most 10 characters
+    std::string name; // upper case, at most 10 characters
     ColumnType type = ColumnType::Character;
     std::uint16_t width = 1; // bytes in the record
     std::uint8_t decimals = 0;
@@ -49,7 +56,7 @@ struct Schema {
 
 /// What the fixed part of the header says beside the layout.
 struct HeaderCounts {
-    std::uint32_t records = 0; // deleted ones included
+    std::uint32_t records = 0;                 // deleted ones included
     std::uint8_t year = 0, month = 0, day = 0; // year counted from 1900
 };
 
@@ -58,7 +65,8 @@ inline constexpr std::size_t columnDescriptorSize = 32;
 
 /// Decodes a whole header (fixed part and column list, `headerLength` bytes or as many as the file has).
 /// Errors: Error(BadTable) with `file` in its text for anything that contradicts itself.
-[[nodiscard]] Schema decodeHeader(std::span<const std::uint8_t> bytes, HeaderCounts& counts, const std::string& file);
+[[nodiscard]] Schema decodeHeader(std::span<const std::uint8_t> bytes, HeaderCounts& counts,
+                                  const std::string& file);
 
 /// Header length that the fixed part announces, in bytes. Needs 32 bytes. Errors as decodeHeader.
 [[nodiscard]] std::size_t announcedHeaderLength(std::span<const std::uint8_t> bytes, const std::string& file);
@@ -67,7 +75,8 @@ inline constexpr std::size_t columnDescriptorSize = 32;
 /// cannot hold (names, widths, 255 columns, 4000 bytes a record).
 void completeLayout(Schema& schema, const std::string& file);
 
-/// Encodes a header for a completed layout. `fieldTags` marks the columns that are by themselves the key of a tag.
+/// Encodes a header for a completed layout. `fieldTags` marks the columns that are by themselves the key of a
+/// tag.
 [[nodiscard]] std::vector<std::uint8_t> encodeHeader(const Schema& schema, const HeaderCounts& counts,
                                                      const std::vector<bool>& fieldTags = {});
 

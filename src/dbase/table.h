@@ -1,15 +1,159 @@
 // An open table: records and production index together, shared by all cursors of the process.
 //
-// A short structure lock surrounds each operation: shared for reading, exclusive for a record plus all its tags.
+// A short structure lock surrounds each operation: shared for reading, exclusive for a record plus all its tags. The
+// index carries an in-update mark and a change counter; a mark that stands although the lock could be had was left by a
+// writer that died, and the tags are rebuilt from the records before anything is answered.
 #pragma once
 
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
-#include <vector>
+#include <unordered_map>
 
-#include "dbase/schema.h"
+#include "dbase/error.h"
+#include "dbase/index_file.h"
+#include "dbase/locks.h"
+#include "dbase/table_file.h"
 
 namespace dbase {
-class Table; // full interface follows with the implementation
+
+/// What keeps a read safe from writers of other processes.
+enum class ReadGuard {
+    Lock,    // the shared structure lock: safe against every program that locks
+    Counter, // the change counter read before and after: safe against our own programs, without a system call. Only for
+             // tables on a local disk; a foreign writer in the middle of its work would not be noticed
+};
+
+/// When a change is on the disk.
+enum class Durability {
+    Process, // survives the death of any process at once
+    Disk,    // the record is synced before the operation returns; the tags can be rebuilt from the records
+};
+
+/// Rebuilds every tree of an index from the records. The caller holds the exclusive structure lock.
+void rebuildTrees(TableFile& records, IndexFile& index, const std::function<void(std::uint64_t, std::uint64_t)>& progress);
+
+class Table {
+public:
+    /// The table of a file, opened once a process. Errors: Error for everything that keeps it from being used.
+    [[nodiscard]] static std::shared_ptr<Table> open(const std::string& path);
+    /// A table on files given by the caller; `index` may be null.
+    Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::string readOnlyReason = {});
+    ~Table();
+    Table(const Table&) = delete;
+    Table& operator=(const Table&) = delete;
+
+    [[nodiscard]] const std::string& path() const { return records_.path(); }
+    [[nodiscard]] const Schema& schema() const { return records_.schema(); }
+    [[nodiscard]] bool isReadOnly() const { return !readOnlyReason_.empty(); }
+    /// Spanish, UTF-8.
+    [[nodiscard]] const std::string& readOnlyReason() const { return readOnlyReason_; }
+    [[nodiscard]] const Tag* findTag(std::string_view name) const { return index_ ? index_->findTag(name) : nullptr; }
+    [[nodiscard]] std::vector<std::string> tagNames() const;
+    [[nodiscard]] const IndexFile* index() const { return index_.get(); }
+    [[nodiscard]] const TableFile& records() const { return records_; }
+
+    void setReadGuard(ReadGuard guard) { readGuard_ = guard; }
+    void setDurability(Durability durability) { durability_ = durability; }
+
+    /// Runs a reading operation on a state of the table that no writer of ours changes meanwhile. The operation may run
+    /// more than once: it must start from its own copies and only assign results at its end.
+    template <typename Operation> auto read(Operation&& operation);
+
+    /// Moves at every change that one of our programs makes, read without a lock; odd while a change is being made or was
+    /// left unfinished. 0 in a table without tags.
+    [[nodiscard]] std::uint64_t changeCounter() const;
+
+    // --- Changes; each is whole or not there. Errors: Error, the files then are as before.
+    RecordNumber append(std::span<const char> record);
+    /// `shown` is what the caller last saw: Error(RecordChanged) when the stored record is another one.
+    void overwrite(RecordNumber number, std::span<const char> shown, std::span<const char> record);
+    void erase(RecordNumber number, std::span<const char> shown);
+
+    /// Rebuilds all tags from the records under the exclusive lock.
+    void rebuildTags(const std::function<void(std::uint64_t, std::uint64_t)>& progress = {});
+
+    // --- For work that holds the exclusive structure lock itself.
+    [[nodiscard]] File& structureFile() const;
+    [[nodiscard]] TableFile& lockedRecords() { return records_; }
+    [[nodiscard]] IndexFile* lockedIndex() { return index_.get(); }
+    /// Makes the rows count that were written behind the last record, and rebuilds the tags.
+    void addLocked(std::uint32_t newCount, const std::function<void(std::uint64_t, std::uint64_t)>& progress);
+    /// Lets others replace the files although this table has them open still.
+    void releasePresence() { records_.file().unlock(presenceLock); }
+
+    // --- Record locks, held for an owner of this process; owners exclude each other and other programs.
+    [[nodiscard]] bool tryLockRecord(RecordNumber number, const void* owner);
+    void unlockRecord(RecordNumber number, const void* owner);
+    void unlockRecords(const void* owner);
+
+private:
+    enum class Health { Sound, DiedInUpdate, Stale };
+
+    void requireWritable() const;
+    void rebuildLocked(const std::function<void(std::uint64_t, std::uint64_t)>& progress);
+    void renewTornViews();
+    [[nodiscard]] bool isTorn() const;
+    [[nodiscard]] Health health();
+    [[nodiscard]] bool entriesMatchRecords() const;
+    void recover();
+    void mend(Health found);
+    [[noreturn]] void refuseStale(Health found) const;
+    [[nodiscard]] bool tryReadByCounter(std::uint64_t& before) const;
+
+    void gatherInsertion(const Tag& tag, const RecordView& record);
+    void gatherRemoval(const Tag& tag, const RecordView& record);
+    void gatherReplacement(const RecordView& before, const RecordView& after);
+    template <typename Write, typename Undo> void apply(std::uint32_t count, Write&& write, Undo&& undo);
+
+    TableFile records_;
+    std::unique_ptr<IndexFile> index_;
+    std::string readOnlyReason_;
+    ReadGuard readGuard_ = ReadGuard::Lock;
+    Durability durability_ = Durability::Process;
+    std::uint32_t verifiedCount_ = 0;   // records for which the entries of a tag were counted
+    bool verified_ = false;
+    std::unordered_map<RecordNumber, const void*> recordLocks_;
+};
+
+template <typename Operation> auto Table::read(Operation&& operation) {
+    if (readGuard_ == ReadGuard::Counter && index_) {
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            std::uint64_t before = 0;
+            if (!tryReadByCounter(before)) {
+                break;
+            }
+            try {
+                auto result = operation();
+                if (changeCounter() == before && !isTorn()) {
+                    return result;
+                }
+            } catch (const Error&) {
+                if (changeCounter() == before && !isTorn()) {
+                    throw;
+                }
+            }
+        }
+    }
+    while (true) {
+        {
+            FileLock lock(structureFile(), structureLock, LockKind::Shared);
+            renewTornViews();
+            const Health found = health();
+            if (found == Health::Sound) {
+                auto result = operation();
+                if (isTorn()) {
+                    throw Error(ErrorCode::Io, path(), "otro programa ha cortado el fichero mientras se leía");
+                }
+                return result;
+            }
+            if (isReadOnly()) {
+                refuseStale(found);
+            }
+        }
+        recover();
+    }
+}
+
 } // namespace dbase

@@ -28,4 +28,13 @@ enum class IfExists { Refuse, Replace };
 /// Errors: Error(Exists), BadTable, BadExpression, AccessDenied, DiskFull.
 void createTable(const std::string& folder, const TableDefinition& definition, IfExists ifExists = IfExists::Refuse);
 
+class File;
+
+/// The same into files given by the caller, which must be empty; `index` may be null when there are no tags.
+void writeEmptyTable(File& table, File* index, Schema schema, const std::string& name,
+                     const std::vector<TagDefinition>& tags);
+
+/// Marks the columns that are by themselves the key of a tag.
+[[nodiscard]] std::vector<bool> columnsWithTag(const Schema& schema, const std::vector<TagDefinition>& tags);
+
 } // namespace dbase

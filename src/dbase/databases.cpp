@@ -1,0 +1,97 @@
+#include "dbase/databases.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <map>
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include "dbase/error.h"
+
+namespace dbase {
+
+namespace {
+
+std::string upper(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; });
+    return result;
+}
+
+std::map<std::string, std::string>& folders() {
+    static std::map<std::string, std::string> known;
+    return known;
+}
+
+bool isFile(const std::string& path) {
+    struct stat status = {};
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// The entry of a folder with this name in whatever letter case; of several, the first in byte order.
+std::optional<std::string> findIgnoringCase(const std::string& folder, const std::string& name) {
+    if (isFile(folder + '/' + name)) {
+        return folder + '/' + name;
+    }
+    DIR* directory = opendir(folder.c_str());
+    if (directory == nullptr) {
+        throw Error(errno == EACCES ? ErrorCode::AccessDenied : ErrorCode::NotFound, folder,
+                    std::string("no se puede abrir la carpeta: ") + std::strerror(errno));
+    }
+    const std::string wanted = upper(name);
+    std::optional<std::string> best;
+    while (const dirent* entry = readdir(directory)) {
+        const std::string candidate = entry->d_name;
+        if (candidate.size() == wanted.size() && upper(candidate) == wanted && (!best || candidate < *best) &&
+            isFile(folder + '/' + candidate)) {
+            best = candidate;
+        }
+    }
+    closedir(directory);
+    return best ? std::optional(folder + '/' + *best) : std::nullopt;
+}
+
+} // namespace
+
+void setDatabaseFolder(std::string_view name, std::string folder) {
+    while (folder.size() > 1 && folder.back() == '/') {
+        folder.pop_back();
+    }
+    if (folder.empty()) {
+        folders().erase(upper(name));
+    } else {
+        folders()[upper(name)] = std::move(folder);
+    }
+}
+
+std::string databaseFolder(std::string_view name) {
+    const auto found = folders().find(upper(name));
+    if (found == folders().end()) {
+        throw Error(ErrorCode::NotFound, {}, "no se conoce la base de datos \"" + std::string(name) + "\"");
+    }
+    return found->second;
+}
+
+std::optional<std::string> findTableFile(const std::string& folder, std::string_view table) {
+    std::string name(table);
+    if (name.size() < 4 || upper(std::string_view(name).substr(name.size() - 4)) != ".DBF") {
+        name += ".DBF";
+    }
+    if (name.find('/') != std::string::npos || name.find('\0') != std::string::npos) {
+        return std::nullopt; // a table name never leads out of its folder
+    }
+    return findIgnoringCase(folder, name);
+}
+
+std::optional<std::string> findIndexFile(const std::string& tableFile) {
+    const std::size_t slash = tableFile.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : tableFile.substr(0, slash);
+    const std::string name = slash == std::string::npos ? tableFile : tableFile.substr(slash + 1);
+    const std::size_t dot = name.rfind('.');
+    return findIgnoringCase(folder.empty() ? "/" : folder, name.substr(0, dot) + ".MDX");
+}
+
+} // namespace dbase

@@ -1,0 +1,47 @@
+// Where a dataset stands in its order; private to the dataset's sources.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <vector>
+
+#include "dbase/dataset.h"
+#include "dbase/tree_cursor.h"
+
+namespace dbase {
+
+/// A place in the order of a tag, or in the order of the file. Copied before an operation, assigned when it is done.
+struct Dataset::Spot {
+    std::optional<TreeCursor> cursor; // empty: the order of the file, or a record that its tag does not hold
+    std::uint64_t counter = 0;        // of the table's changes when the cursor was right
+    RecordNumber record = 0;
+    std::vector<char> row;
+};
+
+/// Rows behind the current one that one lock brought along. Used only while the table's change counter proves that none of
+/// our programs changed anything, and not for long, because others do not count.
+struct Dataset::ReadAhead {
+    static constexpr std::size_t mostRows = 64;
+    static constexpr std::chrono::milliseconds shelfLife{20};
+
+    struct Row {
+        RecordNumber record;
+        std::uint32_t slot;
+        std::size_t offset; // of its bytes, then its key's
+    };
+    std::vector<Row> rows;
+    std::size_t next = 0;
+    std::vector<char> bytes;
+    std::uint64_t counter = 0;
+    std::uint32_t recordCount = 0;
+    std::chrono::nanoseconds taken{0};
+    bool justStepped = false; // the last move was a step forward: a second one is worth reading ahead for
+
+    void clear() {
+        rows.clear();
+        bytes.clear();
+        next = 0;
+    }
+};
+
+} // namespace dbase

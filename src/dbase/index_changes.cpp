@@ -1,0 +1,143 @@
+// The writing side of an .MDX: blocks changed in memory, written together, put back when that fails.
+
+#include <algorithm>
+#include <cstring>
+
+#include "dbase/bytes.h"
+#include "dbase/dates.h"
+#include "dbase/error.h"
+#include "dbase/index_file.h"
+#include "dbase/index_layout.h"
+
+namespace dbase {
+
+namespace {
+constexpr PageNumber fileHeaderPage = 0;
+} // namespace
+
+std::span<char> IndexFile::changeBlock(PageNumber page) {
+    if (const auto found = changes_.find(page); found != changes_.end()) {
+        return found->second.bytes;
+    }
+    Change change;
+    if (page == fileHeaderPage) {
+        change.bytes.resize(pageBytes);
+        readBytes(0, change.bytes);
+    } else {
+        std::vector<char> buffer;
+        const char* bytes = block(page, buffer);
+        change.bytes.assign(bytes, bytes + blockSize_);
+    }
+    change.original = change.bytes;
+    return changes_.emplace(page, std::move(change)).first->second.bytes;
+}
+
+void IndexFile::setTreeRoot(const Tag& tag, const TreeRoot& root) {
+    const std::span<char> header = changeBlock(tag.headerPage);
+    changes_.at(tag.headerPage).isHeader = true;
+    store32(header.data() + mdx::root, root.root);
+    store32(header.data() + mdx::firstLeaf, root.firstLeaf);
+    store32(header.data() + mdx::lastLeaf, root.lastLeaf);
+    header[mdx::holdsKeys] = root.holdsKeys ? 1 : 0;
+    header[mdx::changes] = static_cast<char>(header[mdx::changes] + 1);
+}
+
+PageNumber IndexFile::allocate(const Tag& tag) {
+    const std::span<char> tagHeader = changeBlock(tag.headerPage);
+    changes_.at(tag.headerPage).isHeader = true;
+    store32(tagHeader.data() + mdx::tagPages, load32(tagHeader.data() + mdx::tagPages) + blockPages());
+
+    const std::span<char> head = changeBlock(fileHeaderPage);
+    const PageNumber candidate = load32(head.data() + mdx::freeList);
+    if (candidate != 0) {
+        const std::uint64_t end = std::uint64_t{candidate} * pageBytes + blockSize_;
+        std::vector<char> buffer;
+        const bool usable = candidate >= mdx::firstBlock && reaches(end) &&
+                            load32(block(candidate, buffer) + mdx::keyCount) == 0 &&
+                            std::none_of(tags_.begin(), tags_.end(), [&](const Tag& other) {
+                                return other.headerPage == candidate || treeRoot(other).root == candidate;
+                            });
+        if (usable) {
+            const std::span<char> taken = changeBlock(candidate);
+            store32(head.data() + mdx::freeList, load32(taken.data() + mdx::freeNext));
+            std::fill(taken.begin(), taken.end(), '\0');
+            return candidate;
+        }
+        store32(head.data() + mdx::freeList, 0); // a list that cannot be trusted is given up
+    }
+    if (grownSize_ == 0) {
+        // Whole blocks from the first one on, also where a stranger left a ragged end.
+        const std::uint64_t head4 = std::uint64_t{mdx::firstBlock} * pageBytes;
+        const std::uint64_t size = std::max<std::uint64_t>(file_->size(), head4);
+        grownSize_ = head4 + (size - head4 + blockSize_ - 1) / blockSize_ * blockSize_;
+    }
+    if (grownSize_ + blockSize_ >= maxFileSize) {
+        throw Error(ErrorCode::TooLarge, path(), "el índice llegaría a 2 GiB; ejecute \"ambcp reindexar\"");
+    }
+    const auto page = static_cast<PageNumber>(grownSize_ / pageBytes);
+    grownSize_ += blockSize_;
+    Change& change = changes_[page];
+    change.bytes.assign(blockSize_, '\0');
+    change.isNew = true;
+    store32(head.data() + mdx::pageCount, static_cast<std::uint32_t>(grownSize_ / pageBytes));
+    return page;
+}
+
+void IndexFile::release(PageNumber page) {
+    const std::span<char> head = changeBlock(fileHeaderPage);
+    const std::span<char> bytes = changeBlock(page);
+    std::fill(bytes.begin(), bytes.end(), '\0');
+    store32(bytes.data() + mdx::freeNext, load32(head.data() + mdx::freeList));
+    store32(head.data() + mdx::freeList, page);
+}
+
+void IndexFile::dropChanges() {
+    changes_.clear();
+    grownSize_ = 0;
+}
+
+void IndexFile::writeChanges(bool& restored) {
+    restored = true;
+    if (const auto head = changes_.find(fileHeaderPage); head != changes_.end()) {
+        head->second.isHeader = true;
+        encodeHeaderDate(head->second.bytes.data() + mdx::updated);
+        // The stamp has its own writer; what lies in this copy of it is older.
+        readBytes(mdx::stamp, std::span(head->second.bytes).subspan(mdx::stamp, mdx::stampSize));
+    }
+    std::vector<std::pair<PageNumber, const Change*>> order;
+    order.reserve(changes_.size());
+    for (const auto& [page, change] : changes_) {
+        order.emplace_back(page, &change);
+    }
+    const auto rank = [](const Change* change) { return change->isNew ? 0 : change->isHeader ? 2 : 1; };
+    std::stable_sort(order.begin(), order.end(), [&](const auto& a, const auto& b) {
+        return rank(a.second) != rank(b.second) ? rank(a.second) < rank(b.second)
+                                                : (rank(a.second) == 2 && a.first > b.first);
+    });
+    const std::uint64_t oldSize = grownSize_ == 0 ? 0 : file_->size();
+    std::size_t done = 0;
+    try {
+        for (; done < order.size(); ++done) {
+            file_->write(std::uint64_t{order[done].first} * pageBytes, order[done].second->bytes);
+        }
+    } catch (...) {
+        try {
+            for (std::size_t i = 0; i <= done; ++i) {
+                if (!order[i].second->isNew) {
+                    file_->write(std::uint64_t{order[i].first} * pageBytes, order[i].second->original);
+                }
+            }
+            if (grownSize_ != 0) {
+                file_->resize(oldSize);
+                knownSize_ = oldSize;
+            }
+        } catch (const Error&) {
+            restored = false; // the in-update mark stays and the tags are rebuilt by the next one
+        }
+        dropChanges();
+        throw;
+    }
+    dropChanges();
+}
+
+} // namespace dbase

@@ -1,0 +1,220 @@
+#include "dbase/index_file.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "dbase/bytes.h"
+#include "dbase/codepage.h"
+#include "dbase/dates.h"
+#include "dbase/error.h"
+#include "dbase/index_layout.h"
+
+namespace dbase {
+
+namespace {
+
+std::string textAt(std::span<const char> bytes, std::size_t offset, std::size_t size) {
+    const std::string_view raw(bytes.data() + offset, size);
+    return std::string(raw.substr(0, raw.find('\0')));
+}
+
+bool sameName(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+        const auto up = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; };
+        return up(x) == up(y);
+    });
+}
+
+} // namespace
+
+IndexFile::IndexFile(std::unique_ptr<File> file, const Schema& schema) : file_(std::move(file)) {
+    knownSize_ = file_->size();
+    if (knownSize_ >= maxFileSize) {
+        throw Error(ErrorCode::TooLarge, path(), "el índice tiene 2 GiB o más");
+    }
+    if (knownSize_ < mdx::headBytes) {
+        throw Error(ErrorCode::BadIndex, path(), "el índice está cortado; ejecute \"ambcp reindexar\"");
+    }
+    std::vector<char> head(mdx::headBytes);
+    readBytes(0, head);
+    blockSize_ = std::size_t{load16(head.data() + mdx::blockPages)} * pageBytes;
+    languageDriver_ = static_cast<std::uint8_t>(head[mdx::languageDriver]);
+    if (head[mdx::version] != 2 || blockSize_ < pageBytes || blockSize_ > 64 * pageBytes) {
+        throw Error(ErrorCode::BadIndex, path(), "la cabecera no es la de un índice; ejecute \"ambcp reindexar\"");
+    }
+    readTags(schema);
+}
+
+IndexFile::~IndexFile() = default;
+
+void IndexFile::readBytes(std::uint64_t offset, std::span<char> bytes) const {
+    if (const char* view = file_->view()) {
+        std::memcpy(bytes.data(), view + offset, bytes.size());
+    } else {
+        file_->read(offset, bytes);
+    }
+}
+
+void IndexFile::readTags(const Schema& schema) {
+    std::vector<char> head(mdx::headBytes);
+    readBytes(0, head);
+    const std::size_t count = load16(head.data() + mdx::tagsInUse);
+    if (count > mdx::maxTags || static_cast<std::uint8_t>(head[mdx::tagSlotSize]) != mdx::tagEntrySize) {
+        throw Error(ErrorCode::BadIndex, path(),
+                    "la lista de tags dice " + std::to_string(count) + " tags; ejecute \"ambcp reindexar\"");
+    }
+    for (std::size_t i = 1; i <= count; ++i) {
+        const std::span<const char> entry(head.data() + mdx::tagTable + i * mdx::tagEntrySize, mdx::tagEntrySize);
+        Tag tag = readTag(entry, schema, i);
+        if (findTag(tag.definition.name) == nullptr) {
+            tags_.push_back(std::move(tag));
+        }
+    }
+}
+
+Tag IndexFile::readTag(std::span<const char> entry, const Schema& schema, std::size_t number) const {
+    Tag tag;
+    tag.definition.name = textAt(entry, mdx::entryName, mdx::entryNameSize);
+    tag.headerPage = load32(entry.data() + mdx::entryHeaderPage);
+    const auto bad = [&](const std::string& what) {
+        return Error(ErrorCode::BadIndex, path(),
+                     "tag " + std::to_string(number) + " (" + tag.definition.name + "): " + what +
+                         "; ejecute \"ambcp reindexar\"");
+    };
+    if (tag.definition.name.empty()) {
+        throw bad("no tiene nombre");
+    }
+    const std::uint64_t offset = std::uint64_t{tag.headerPage} * pageBytes;
+    const std::size_t size = std::min(blockSize_, mdx::tagHeaderBytes);
+    if (tag.headerPage < mdx::firstBlock || offset + blockSize_ > knownSize_) {
+        throw bad("su cabecera queda fuera del fichero (página " + std::to_string(tag.headerPage) + ")");
+    }
+    std::vector<char> header(std::max(size, mdx::plainColumn + 1));
+    readBytes(offset, std::span(header).first(size));
+
+    const auto format = static_cast<std::uint8_t>(header[mdx::format]);
+    const char type = header[mdx::keyType] == 'F' ? 'N' : header[mdx::keyType];
+    tag.keyLength = load16(header.data() + mdx::keyLength);
+    tag.itemLength = load16(header.data() + mdx::itemLength);
+    const bool lengthFits = type == 'C'   ? tag.keyLength >= 1 && tag.keyLength <= maxKeyLength
+                            : type == 'N' ? tag.keyLength == numericKeyLength
+                            : type == 'D' ? tag.keyLength == dateKeyLength
+                                          : false;
+    if (!lengthFits || tag.itemLength < 4 + tag.keyLength || tag.itemLength > 4 + tag.keyLength + 8) {
+        throw bad("tipo o longitud de clave imposibles");
+    }
+    tag.maxKeys = static_cast<std::uint16_t>((blockSize_ - 12) / tag.itemLength);
+    if (tag.maxKeys < 3) {
+        throw bad("la clave no cabe en sus páginas");
+    }
+    tag.keyType = static_cast<KeyType>(type);
+    tag.definition.unique = (format & mdx::formatUnique) != 0 || header[mdx::unique] == 1;
+    tag.definition.descending = (format & mdx::formatDescending) != 0;
+    tag.definition.expression = textAt(header, mdx::expression, mdx::textSize);
+    if (size == mdx::tagHeaderBytes && header[mdx::hasCondition] != 0) {
+        tag.definition.condition = textAt(header, mdx::condition, mdx::textSize);
+    }
+    tag.order = KeyOrder(tag.keyType, driverCollates(schema.languageDriver), tag.definition.descending);
+    try {
+        Expression key = Expression::parse(tag.definition.expression, schema, Dialect::Index);
+        const KeyType made = key.type() == ValueType::Text     ? KeyType::Character
+                             : key.type() == ValueType::Number ? KeyType::Numeric
+                                                               : KeyType::Date;
+        if (key.type() == ValueType::Logical || made != tag.keyType) {
+            throw Error(ErrorCode::BadExpression, {}, "la expresión no da el tipo de clave del tag");
+        }
+        if (!tag.definition.condition.empty()) {
+            tag.condition = Expression::parse(tag.definition.condition, schema, Dialect::Index);
+            if (tag.condition->type() != ValueType::Logical) {
+                throw Error(ErrorCode::BadExpression, {}, "la condición no es lógica");
+            }
+        }
+        tag.key = std::move(key);
+    } catch (const Error& error) {
+        tag.condition.reset();
+        tag.problem = "el tag " + tag.definition.name + " no se entiende (" + tag.definition.expression +
+                      "): " + error.what();
+    }
+    return tag;
+}
+
+const Tag* IndexFile::findTag(std::string_view name) const {
+    const auto found = std::find_if(tags_.begin(), tags_.end(),
+                                    [&](const Tag& tag) { return sameName(tag.definition.name, name); });
+    return found == tags_.end() ? nullptr : &*found;
+}
+
+UpdateStamp IndexFile::stamp() const {
+    char bytes[mdx::stampSize];
+    readBytes(mdx::stamp, bytes);
+    UpdateStamp stamp;
+    stamp.present = std::memcmp(bytes, mdx::stampMagic, 8) == 0;
+    if (stamp.present) {
+        stamp.inUpdate = load32(bytes + 8) != 0;
+        stamp.records = load32(bytes + 12);
+        stamp.counter = load64(bytes + 16);
+    }
+    return stamp;
+}
+
+void IndexFile::writeStamp(const UpdateStamp& stamp) {
+    char bytes[mdx::stampSize] = {};
+    std::memcpy(bytes, mdx::stampMagic, 8);
+    store32(bytes + 8, stamp.inUpdate ? 1 : 0);
+    store32(bytes + 12, stamp.records);
+    store64(bytes + 16, stamp.counter);
+    file_->write(mdx::stamp, bytes);
+}
+
+bool IndexFile::reaches(std::uint64_t end) const {
+    if (end > knownSize_) {
+        knownSize_ = file_->size();
+    }
+    return end <= knownSize_;
+}
+
+PageNumber IndexFile::pageCount() const { return static_cast<PageNumber>(file_->size() / pageBytes); }
+
+PageNumber IndexFile::announcedPages() const {
+    char bytes[4];
+    readBytes(mdx::pageCount, bytes);
+    return load32(bytes);
+}
+
+PageNumber IndexFile::freeList() const {
+    char bytes[4];
+    readBytes(mdx::freeList, bytes);
+    return load32(bytes);
+}
+
+void IndexFile::damaged(PageNumber page, const std::string& what) const {
+    throw Error(ErrorCode::BadIndex, path(),
+                "página " + std::to_string(page) + ": " + what + "; ejecute \"ambcp reindexar\"");
+}
+
+const char* IndexFile::block(PageNumber page, std::vector<char>& buffer) const {
+    if (!changes_.empty()) {
+        if (const auto found = changes_.find(page); found != changes_.end()) {
+            return found->second.bytes.data();
+        }
+    }
+    const std::uint64_t offset = std::uint64_t{page} * pageBytes;
+    if (page < mdx::firstBlock || !reaches(offset + blockSize_)) {
+        damaged(page, "queda fuera del fichero");
+    }
+    if (const char* view = file_->view()) {
+        return view + offset;
+    }
+    buffer.resize(blockSize_);
+    file_->read(offset, buffer);
+    return buffer.data();
+}
+
+TreeRoot IndexFile::treeRoot(const Tag& tag) const {
+    std::vector<char> buffer;
+    const char* header = block(tag.headerPage, buffer);
+    return {load32(header + mdx::root), load32(header + mdx::firstLeaf), load32(header + mdx::lastLeaf),
+            header[mdx::holdsKeys] != 0};
+}
+
+} // namespace dbase

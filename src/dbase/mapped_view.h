@@ -1,0 +1,31 @@
+// A read-only view of a file in memory that survives somebody cutting the file.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+
+namespace dbase {
+
+/// Maps more than the file holds, so that a growing file needs no new mapping. Touching a page that the file does not
+/// reach (any more) would end the process with SIGBUS; instead the page reads as zeros and isTorn() turns true.
+class MappedView {
+public:
+    MappedView(int descriptor, std::size_t length);
+    ~MappedView();
+    MappedView(const MappedView&) = delete;
+    MappedView& operator=(const MappedView&) = delete;
+
+    /// Null when the system gave no mapping.
+    [[nodiscard]] const char* data() const { return data_; }
+    [[nodiscard]] bool isTorn() const;
+    /// Maps the file again over the pages that were replaced.
+    void renew();
+
+private:
+    int descriptor_;
+    std::size_t length_;
+    char* data_ = nullptr;
+    int slot_ = -1;
+};
+
+} // namespace dbase

@@ -1,0 +1,161 @@
+// Files of the disk: positioned system calls, open-file-description locks, a guarded memory view.
+
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "dbase/error.h"
+#include "dbase/file.h"
+#include "dbase/mapped_view.h"
+
+namespace dbase {
+
+namespace {
+
+[[noreturn]] void raise(const std::string& path, const char* action) {
+    const int number = errno;
+    ErrorCode code = ErrorCode::Io;
+    std::string advice;
+    if (number == ENOENT || number == ENOTDIR) {
+        code = ErrorCode::NotFound;
+    } else if (number == EACCES || number == EPERM || number == EROFS) {
+        code = ErrorCode::AccessDenied;
+    } else if (number == ENOSPC || number == EDQUOT || number == EFBIG) {
+        code = ErrorCode::DiskFull;
+        advice = "; libere espacio y repita la operación";
+    }
+    throw Error(code, path, std::string(action) + ": " + std::strerror(number) + advice);
+}
+
+class PosixFile final : public File {
+public:
+    PosixFile(std::string path, int descriptor, bool writable)
+        : path_(std::move(path)), descriptor_(descriptor), writable_(writable), view_(descriptor, maxFileSize) {}
+    ~PosixFile() override { ::close(descriptor_); }
+
+    const std::string& path() const override { return path_; }
+    bool isWritable() const override { return writable_; }
+
+    std::uint64_t size() const override {
+        struct stat status = {};
+        if (fstat(descriptor_, &status) != 0) {
+            raise(path_, "no se puede leer el tamaño");
+        }
+        return static_cast<std::uint64_t>(status.st_size);
+    }
+
+    void read(std::uint64_t offset, std::span<char> bytes) const override {
+        while (!bytes.empty()) {
+            const ssize_t got = pread(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+            if (got < 0 && errno == EINTR) {
+                continue;
+            }
+            if (got < 0) {
+                raise(path_, "no se puede leer");
+            }
+            if (got == 0) {
+                throw Error(ErrorCode::Io, path_, "el fichero termina antes de lo esperado (posición " +
+                                                      std::to_string(offset) + ")");
+            }
+            bytes = bytes.subspan(static_cast<std::size_t>(got));
+            offset += static_cast<std::uint64_t>(got);
+        }
+    }
+
+    void write(std::uint64_t offset, std::span<const char> bytes) override {
+        while (!bytes.empty()) {
+            const ssize_t put = pwrite(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+            if (put < 0 && errno == EINTR) {
+                continue;
+            }
+            if (put < 0) {
+                raise(path_, "no se puede escribir");
+            }
+            bytes = bytes.subspan(static_cast<std::size_t>(put));
+            offset += static_cast<std::uint64_t>(put);
+        }
+    }
+
+    void resize(std::uint64_t size) override {
+        if (ftruncate(descriptor_, static_cast<off_t>(size)) != 0) {
+            raise(path_, "no se puede cambiar el tamaño");
+        }
+    }
+
+    void sync() override {
+        if (fdatasync(descriptor_) != 0) {
+            raise(path_, "no se puede asegurar en el disco");
+        }
+    }
+
+    const char* view() const override { return view_.data(); }
+    bool viewIsTorn() const override { return view_.isTorn(); }
+    void renewView() override { view_.renew(); }
+
+    bool tryLock(LockRange range, LockKind kind) override {
+        struct flock request = {};
+        request.l_type = kind == LockKind::Shared ? F_RDLCK : F_WRLCK;
+        request.l_whence = SEEK_SET;
+        request.l_start = static_cast<off_t>(range.offset);
+        request.l_len = static_cast<off_t>(range.length);
+        while (fcntl(descriptor_, F_OFD_SETLK, &request) != 0) {
+            if (errno == EAGAIN || errno == EACCES) {
+                return false;
+            }
+            if (errno != EINTR) {
+                raise(path_, "no se puede bloquear");
+            }
+        }
+        return true;
+    }
+
+    void unlock(LockRange range) noexcept override {
+        struct flock request = {};
+        request.l_type = F_UNLCK;
+        request.l_whence = SEEK_SET;
+        request.l_start = static_cast<off_t>(range.offset);
+        request.l_len = static_cast<off_t>(range.length);
+        while (fcntl(descriptor_, F_OFD_SETLK, &request) != 0 && errno == EINTR) {
+        }
+    }
+
+private:
+    std::string path_;
+    int descriptor_;
+    bool writable_;
+    MappedView view_;
+};
+
+} // namespace
+
+std::unique_ptr<File> openFile(const std::string& path, OpenMode mode) {
+    int flags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK; // a pipe in the place of a table must not block
+    if (mode == OpenMode::ReadOnly) {
+        flags |= O_RDONLY;
+    } else {
+        flags |= mode == OpenMode::Create ? O_RDWR | O_CREAT | O_TRUNC : O_RDWR;
+    }
+    const int descriptor = ::open(path.c_str(), flags, 0666);
+    if (descriptor < 0) {
+        raise(path, "no se puede abrir");
+    }
+    struct stat status = {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(descriptor);
+        throw Error(ErrorCode::BadTable, path, "no es un fichero de datos");
+    }
+    return std::make_unique<PosixFile>(path, descriptor, mode != OpenMode::ReadOnly);
+}
+
+std::string fileIdentity(const std::string& path) {
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0) {
+        raise(path, "no se puede abrir");
+    }
+    return std::to_string(status.st_dev) + ':' + std::to_string(status.st_ino);
+}
+
+} // namespace dbase

@@ -1,0 +1,183 @@
+// Changing records together with their tags: gathered in memory first, then written under the in-update mark.
+
+#include <array>
+#include <vector>
+
+#include "dbase/error.h"
+#include "dbase/table.h"
+#include "dbase/tree_cursor.h"
+#include "dbase/tree_editor.h"
+
+namespace dbase {
+
+namespace {
+
+using KeyBytes = std::array<char, maxKeyLength>;
+
+std::string_view keyOf(const Tag& tag, const RecordView& record, KeyBytes& buffer) {
+    makeKey(tag, record, std::span(buffer).first(tag.keyLength));
+    return {buffer.data(), tag.keyLength};
+}
+
+bool belongs(const Tag& tag, const RecordView& record) { return !tag.condition || tag.condition->test(record); }
+
+} // namespace
+
+void Table::gatherInsertion(const Tag& tag, const RecordView& record) {
+    if (!belongs(tag, record)) {
+        return;
+    }
+    KeyBytes buffer;
+    const std::string_view key = keyOf(tag, record, buffer);
+    if (tag.definition.unique) { // only the first record with a key has an entry
+        TreeCursor cursor(*index_, tag);
+        if (cursor.seek(key) && cursor.key() == key) {
+            return;
+        }
+    }
+    TreeEditor(*index_, tag).insert(key, record.number);
+}
+
+void Table::gatherRemoval(const Tag& tag, const RecordView& record) {
+    if (!belongs(tag, record)) {
+        return;
+    }
+    KeyBytes buffer;
+    const bool removed = TreeEditor(*index_, tag).remove(keyOf(tag, record, buffer), record.number);
+    if (!removed && tag.holdsAllRecords()) {
+        throw Error(ErrorCode::BadIndex, index_->path(),
+                    "el registro " + std::to_string(record.number) + " no está en el tag " + tag.definition.name +
+                        "; ejecute \"ambcp reindexar\"");
+    }
+}
+
+void Table::gatherReplacement(const RecordView& before, const RecordView& after) {
+    if (!index_) {
+        return;
+    }
+    for (const Tag& tag : index_->tags()) {
+        const bool was = belongs(tag, before);
+        const bool is = belongs(tag, after);
+        KeyBytes oldBuffer, newBuffer;
+        if (was == is && (!was || keyOf(tag, before, oldBuffer) == keyOf(tag, after, newBuffer))) {
+            continue;
+        }
+        gatherRemoval(tag, before);
+        gatherInsertion(tag, after);
+    }
+}
+
+// The mark, the record, the pages, the mark again. What fails on the way is undone; what cannot be undone leaves the mark
+// standing, and the next one to touch the table rebuilds the tags.
+template <typename Write, typename Undo> void Table::apply(std::uint32_t count, Write&& write, Undo&& undo) {
+    if (!index_) {
+        try {
+            write();
+        } catch (...) {
+            undo();
+            throw;
+        }
+        return;
+    }
+    UpdateStamp stamp = index_->stamp();
+    const std::uint64_t counter = stamp.counter - stamp.counter % 2;
+    const std::uint32_t countBefore = records_.recordCount();
+    bool restored = true;
+    try {
+        index_->writeStamp({true, true, count, counter + 1});
+        write();
+        index_->writeChanges(restored);
+    } catch (...) {
+        index_->dropChanges();
+        try {
+            undo();
+            if (restored) {
+                index_->writeStamp({true, false, countBefore, counter + 2});
+            }
+        } catch (const Error&) {
+            // The mark stands; the first fault is the one to tell.
+        }
+        throw;
+    }
+    index_->writeStamp({true, false, count, counter + 2});
+}
+
+RecordNumber Table::append(std::span<const char> record) {
+    requireWritable();
+    RecordNumber number = 0;
+    {
+        FileLock lock(structureFile(), structureLock, LockKind::Exclusive);
+        renewTornViews();
+        mend(health());
+        FileLock appending(records_.file(), index_ ? appendLock : LockRange{lock_offset::append, 1},
+                           LockKind::Exclusive);
+        const std::uint32_t count = records_.recordCount();
+        number = count + 1;
+        try {
+            if (index_) {
+                for (const Tag& tag : index_->tags()) {
+                    gatherInsertion(tag, {&schema(), record, number});
+                }
+            }
+        } catch (...) {
+            index_->dropChanges();
+            throw;
+        }
+        apply(
+            number,
+            [&] {
+                records_.writeBehind(number, record);
+                records_.setCount(number);
+            },
+            [&] {
+                records_.setCount(count);
+                records_.dropBehind(count);
+            });
+    }
+    if (durability_ == Durability::Disk) {
+        records_.file().sync();
+    }
+    return number;
+}
+
+void Table::overwrite(RecordNumber number, std::span<const char> shown, std::span<const char> record) {
+    requireWritable();
+    {
+        FileLock lock(structureFile(), structureLock, LockKind::Exclusive);
+        renewTornViews();
+        mend(health());
+        const std::uint32_t count = records_.recordCount();
+        const bool isThere = number <= count;
+        std::vector<char> before;
+        if (isThere) {
+            const RecordView stored = records_.record(number);
+            before.assign(stored.bytes.begin(), stored.bytes.end());
+        }
+        if (!isThere || !std::equal(before.begin(), before.end(), shown.begin(), shown.end())) {
+            throw Error(ErrorCode::RecordChanged, path(),
+                        "otro usuario ha cambiado o borrado el registro " + std::to_string(number) +
+                            "; vuelva a leerlo y repita la operación");
+        }
+        try {
+            gatherReplacement({&schema(), before, number}, {&schema(), record, number});
+        } catch (...) {
+            if (index_) {
+                index_->dropChanges();
+            }
+            throw;
+        }
+        apply(
+            count, [&] { records_.overwrite(number, record); }, [&] { records_.overwrite(number, before); });
+    }
+    if (durability_ == Durability::Disk) {
+        records_.file().sync();
+    }
+}
+
+void Table::erase(RecordNumber number, std::span<const char> shown) {
+    std::vector<char> deleted(shown.begin(), shown.end());
+    deleted[0] = '*';
+    overwrite(number, shown, deleted);
+}
+
+} // namespace dbase

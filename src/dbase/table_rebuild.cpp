@@ -1,0 +1,132 @@
+// Rebuilding all tags of a table from its records.
+
+#include <algorithm>
+#include <array>
+
+#include "dbase/bytes.h"
+#include "dbase/dates.h"
+#include "dbase/error.h"
+#include "dbase/index_layout.h"
+#include "dbase/key_sorter.h"
+#include "dbase/table.h"
+#include "dbase/tree_builder.h"
+
+namespace dbase {
+
+namespace {
+
+using Progress = std::function<void(std::uint64_t, std::uint64_t)>;
+
+// Every entry of one tag in order, the hidden records of a unique tag left out.
+TreeRoot buildTree(IndexFile& index, const Tag& tag, const TableFile& records, BlockWriter& blocks,
+                   std::uint32_t& blockCount, const std::function<void(RecordNumber)>& progress) {
+    const RecordNumber count = records.recordCount();
+    KeySorter sorter(tag.order, tag.keyLength, count);
+    std::array<char, maxKeyLength> key;
+    for (RecordNumber number = 1; number <= count; ++number) {
+        const RecordView record = records.record(number);
+        if (!tag.condition || tag.condition->test(record)) {
+            makeKey(tag, record, std::span(key).first(tag.keyLength));
+            sorter.add({key.data(), tag.keyLength}, number);
+        }
+        if (number % 16384 == 0) {
+            progress(number);
+        }
+    }
+    TreeBuilder builder(index, tag, blocks);
+    std::string previous;
+    bool hasPrevious = false;
+    sorter.deliver([&](std::string_view entry, RecordNumber number) {
+        if (tag.definition.unique) {
+            if (hasPrevious && entry == previous) {
+                return;
+            }
+            previous = entry;
+            hasPrevious = true;
+        }
+        builder.add(entry, number);
+    });
+    const TreeRoot root = builder.finish();
+    blockCount = builder.blockCount();
+    return root;
+}
+
+void writeTagHeader(IndexFile& index, const Tag& tag, const TreeRoot& root, std::uint32_t blockCount) {
+    index.setTreeRoot(tag, root);
+    const std::span<char> header = index.changeBlock(tag.headerPage);
+    store32(header.data() + mdx::tagPages, (blockCount + 1) * index.blockPages());
+    store16(header.data() + mdx::maxKeys, tag.maxKeys);
+    encodeHeaderDate(header.data() + mdx::indexed);
+}
+
+} // namespace
+
+void rebuildTrees(TableFile& records, IndexFile& index, const Progress& progress) {
+    index.dropChanges();
+    const std::uint32_t count = records.recordCount();
+    const UpdateStamp old = index.stamp();
+    const std::uint64_t counter = old.counter - old.counter % 2;
+    index.writeStamp({true, true, count, counter + 1});
+    index.resetOrders(records.schema());
+
+    BlockWriter blocks(index);
+    const std::uint64_t total = std::uint64_t{count} * index.tags().size();
+    std::uint64_t done = 0;
+    for (const Tag& tag : index.tags()) {
+        std::uint32_t blockCount = 0;
+        const TreeRoot root = buildTree(index, tag, records, blocks, blockCount, [&](RecordNumber number) {
+            if (progress) {
+                progress(done + number, total);
+            }
+        });
+        writeTagHeader(index, tag, root, blockCount);
+        done += count;
+    }
+    blocks.flush();
+    const std::span<char> head = index.changeBlock(0);
+    store32(head.data() + mdx::pageCount, blocks.end());
+    store32(head.data() + mdx::freeList, 0);
+    head[mdx::languageDriver] = static_cast<char>(records.schema().languageDriver);
+    bool restored = true;
+    index.writeChanges(restored);
+    index.file().resize(std::uint64_t{blocks.end()} * pageBytes);
+    index.forgetSize();
+    if (!records.schema().hasProductionIndex) {
+        records.setHasIndex(true);
+    }
+    if (records.announcedCount() != count) { // a count that the file does not hold is made true
+        records.setCount(count);
+    }
+    index.writeStamp({true, false, count, counter + 2});
+    if (progress) {
+        progress(total, total);
+    }
+}
+
+void Table::rebuildTags(const Progress& progress) {
+    requireWritable();
+    const FileLock lock(structureFile(), structureLock, LockKind::Exclusive);
+    renewTornViews();
+    rebuildLocked(progress);
+}
+
+void Table::rebuildLocked(const Progress& progress) {
+    if (index_) {
+        rebuildTrees(records_, *index_, progress);
+        verified_ = true;
+        verifiedCount_ = records_.recordCount();
+    }
+}
+
+// The rows were written behind the last record and do not count yet: the mark goes first, so that a death in between is
+// mended from the records.
+void Table::addLocked(std::uint32_t newCount, const Progress& progress) {
+    if (index_) {
+        const UpdateStamp stamp = index_->stamp();
+        index_->writeStamp({true, true, newCount, stamp.counter - stamp.counter % 2 + 1});
+    }
+    records_.setCount(newCount);
+    rebuildLocked(progress);
+}
+
+} // namespace dbase

@@ -1,0 +1,220 @@
+#include "dbase/tree_cursor.h"
+
+#include <cstring>
+
+#include "dbase/bytes.h"
+#include "dbase/index_layout.h"
+
+namespace dbase {
+
+TreeNode::TreeNode(const IndexFile& index, const Tag& tag, PageNumber page, std::vector<char>& buffer)
+    : itemLength_(tag.itemLength), keyLength_(tag.keyLength) {
+    const char* block = index.block(page, buffer);
+    items_ = block + mdx::items;
+    count_ = load32(block + mdx::keyCount);
+    if (count_ > (index.blockSize() - mdx::items) / itemLength_) {
+        index.damaged(page, "dice tener " + std::to_string(count_) + " claves y no caben");
+    }
+    const std::size_t behind = mdx::items + std::size_t{count_} * itemLength_;
+    isLeaf_ = behind + 4 > index.blockSize() || load32(block + behind) == 0;
+}
+
+std::uint32_t TreeNode::pointer(std::uint32_t i) const { return load32(items_ + std::size_t{i} * itemLength_); }
+
+std::uint32_t TreeNode::lowerBound(const KeyOrder& order, std::string_view wanted) const {
+    std::uint32_t low = 0, high = count_;
+    while (low < high) {
+        const std::uint32_t middle = (low + high) / 2;
+        if (order.compare(key(middle), wanted) < 0) {
+            low = middle + 1;
+        } else {
+            high = middle;
+        }
+    }
+    return low;
+}
+
+std::uint32_t TreeNode::upperBound(const KeyOrder& order, std::string_view wanted) const {
+    std::uint32_t low = 0, high = count_;
+    while (low < high) {
+        const std::uint32_t middle = (low + high) / 2;
+        if (order.compare(key(middle), wanted) <= 0) {
+            low = middle + 1;
+        } else {
+            high = middle;
+        }
+    }
+    return low;
+}
+
+bool TreeCursor::land(const TreeNode& leaf) {
+    Level& level = levels_[depth_ - 1];
+    onEntry_ = level.slot < leaf.count();
+    if (onEntry_) {
+        record_ = leaf.pointer(level.slot);
+        std::memcpy(key_.data(), leaf.key(level.slot).data(), tag_->keyLength);
+    }
+    return onEntry_;
+}
+
+bool TreeCursor::descend(Bound bound, std::string_view key) {
+    depth_ = 0;
+    steps_ = 0;
+    return descendFrom(index_->treeRoot(*tag_).root, bound, key);
+}
+
+bool TreeCursor::descendFrom(PageNumber page, Bound bound, std::string_view key) {
+    while (true) {
+        if (depth_ == maxDepth) {
+            index_->damaged(page, "el árbol del tag " + tag_->definition.name + " no termina");
+        }
+        const TreeNode node(*index_, *tag_, page, buffer_);
+        std::uint32_t slot = 0;
+        switch (bound) {
+        case Bound::First:
+            break;
+        case Bound::Last:
+            slot = node.count() - (node.isLeaf() && node.count() > 0 ? 1 : 0);
+            break;
+        case Bound::Lower:
+            slot = node.lowerBound(tag_->order, key);
+            break;
+        case Bound::Upper:
+            slot = node.upperBound(tag_->order, key);
+            break;
+        }
+        levels_[depth_++] = {page, slot};
+        if (node.isLeaf()) {
+            return land(node);
+        }
+        page = node.pointer(slot);
+    }
+}
+
+void TreeCursor::countStep() {
+    // A tree whose pages point at one another in circles has no end; one file cannot hold more entries than fit in it.
+    if (++steps_ > index_->file().size() / tag_->itemLength + 1) {
+        index_->damaged(levels_[0].page, "el árbol del tag " + tag_->definition.name + " se repite");
+    }
+}
+
+bool TreeCursor::nextLeaf() {
+    std::size_t level = depth_ - 1;
+    while (level > 0) {
+        --level;
+        const TreeNode node(*index_, *tag_, levels_[level].page, buffer_);
+        if (levels_[level].slot < node.count()) {
+            const PageNumber child = node.pointer(++levels_[level].slot);
+            depth_ = level + 1;
+            countStep();
+            if (descendFrom(child, Bound::First, {})) {
+                return true;
+            }
+            level = depth_ - 1;
+        }
+    }
+    onEntry_ = false;
+    return false;
+}
+
+bool TreeCursor::priorLeaf() {
+    std::size_t level = depth_ - 1;
+    while (level > 0) {
+        --level;
+        if (levels_[level].slot > 0) {
+            const TreeNode node(*index_, *tag_, levels_[level].page, buffer_);
+            if (levels_[level].slot > node.count()) {
+                index_->damaged(levels_[level].page, "cambió mientras se leía");
+            }
+            const PageNumber child = node.pointer(--levels_[level].slot);
+            depth_ = level + 1;
+            countStep();
+            if (descendFrom(child, Bound::Last, {})) {
+                return true;
+            }
+            level = depth_ - 1;
+        }
+    }
+    onEntry_ = false;
+    return false;
+}
+
+bool TreeCursor::first() { return descend(Bound::First, {}) || nextLeaf(); }
+bool TreeCursor::last() { return descend(Bound::Last, {}) || priorLeaf(); }
+
+// Separators may be larger than the last key below them, so the bound may lie in the next leaf.
+bool TreeCursor::seek(std::string_view key) { return descend(Bound::Lower, key) || nextLeaf(); }
+void TreeCursor::placeBehind(std::string_view key) { descend(Bound::Upper, key); }
+
+bool TreeCursor::next() {
+    const TreeNode leaf(*index_, *tag_, levels_[depth_ - 1].page, buffer_);
+    if (++levels_[depth_ - 1].slot < leaf.count()) {
+        return land(leaf);
+    }
+    return nextLeaf();
+}
+
+bool TreeCursor::prior() {
+    if (levels_[depth_ - 1].slot > 0) {
+        const TreeNode leaf(*index_, *tag_, levels_[depth_ - 1].page, buffer_);
+        --levels_[depth_ - 1].slot;
+        if (land(leaf)) {
+            return true;
+        }
+    }
+    return priorLeaf();
+}
+
+bool TreeCursor::find(std::string_view key, RecordNumber record) {
+    for (bool on = seek(key); on && this->key() == key; on = next()) {
+        if (record_ == record) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool TreeCursor::stillHolds() const {
+    if (!onEntry_ || index_->treeRoot(*tag_).root != levels_[0].page) {
+        return false;
+    }
+    for (std::size_t level = 0; level < depth_; ++level) {
+        const TreeNode node(*index_, *tag_, levels_[level].page, buffer_);
+        const bool isLast = level + 1 == depth_;
+        if (node.isLeaf() != isLast || levels_[level].slot > node.count()) {
+            return false;
+        }
+        if (!isLast && node.pointer(levels_[level].slot) != levels_[level + 1].page) {
+            return false;
+        }
+        if (isLast) {
+            const std::uint32_t slot = levels_[level].slot;
+            return slot < node.count() && node.pointer(slot) == record_ && node.key(slot) == key();
+        }
+    }
+    return false;
+}
+
+std::uint32_t TreeCursor::entriesLeftInLeaf() const {
+    const Level& level = levels_[depth_ - 1];
+    const TreeNode leaf(*index_, *tag_, level.page, buffer_);
+    return leaf.count() > level.slot ? leaf.count() - level.slot : 0;
+}
+
+std::vector<RecordNumber> TreeCursor::recordsLeftInLeaf() const {
+    const Level& level = levels_[depth_ - 1];
+    const TreeNode leaf(*index_, *tag_, level.page, buffer_);
+    std::vector<RecordNumber> records;
+    for (std::uint32_t i = level.slot; i < leaf.count(); ++i) {
+        records.push_back(leaf.pointer(i));
+    }
+    return records;
+}
+
+void TreeCursor::moveInLeaf(std::uint32_t slot, RecordNumber record, std::string_view key) {
+    levels_[depth_ - 1].slot = slot;
+    record_ = record;
+    std::memcpy(key_.data(), key.data(), tag_->keyLength);
+}
+
+} // namespace dbase
