@@ -1,0 +1,85 @@
+// Loading and reindexing the whole directory through the administrator's command, against SQLite's bulk insert.
+
+#include <fstream>
+
+#include <benchmark/benchmark.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "our_postal.h"
+#include "sqlite_postal.h"
+
+namespace bench {
+
+namespace {
+
+const std::string& csvPath() {
+    static const std::string path = [] {
+        std::string made = workFolder + "/postal.csv";
+        std::ofstream csv(made);
+        csv << "CODIGO1,PROVINCIA,CAPITAL,TIPO_VIA,VIA,IMPAR_INI,IMPAR_FIN,PAR_INI,PAR_FIN,CODPOSTAL,MUNICIPI,COD_INE\n";
+        for (std::uint32_t i = 0; i < rowCount; ++i) {
+            const PostalRow r = postalRow(i);
+            csv << r.codigo1 << ',' << r.provincia << ',' << r.capital << ',' << r.tipoVia << ',' << r.via << ','
+                << r.imparIni << ',' << r.imparFin << ',' << r.parIni << ',' << r.parFin << ',' << r.codPostal << ','
+                << r.municipi << ',' << r.codIne << '\n';
+        }
+        return made;
+    }();
+    return path;
+}
+
+// Runs ambcp; returns its peak memory in MiB.
+double runCommand(const std::vector<std::string>& arguments) {
+    const pid_t child = fork();
+    if (child == 0) {
+        std::vector<char*> words;
+        words.push_back(const_cast<char*>(AMBCP_PATH));
+        for (const std::string& argument : arguments) {
+            words.push_back(const_cast<char*>(argument.c_str()));
+        }
+        words.push_back(nullptr);
+        execv(AMBCP_PATH, words.data());
+        _exit(127);
+    }
+    int status = 0;
+    rusage usage{};
+    if (wait4(child, &status, 0, &usage) != child || status != 0) {
+        throw std::runtime_error("ambcp " + arguments.front());
+    }
+    return static_cast<double>(usage.ru_maxrss) / 1024;
+}
+
+void loadOurCsv(benchmark::State& state) {
+    const std::string folder = workFolder + "/cargar";
+    runCommand({"crear", folder, "--forzar"});
+    csvPath();
+    double memory = 0;
+    for (auto _ : state) {
+        memory = runCommand({"cargar", folder, "POSTAL", csvPath(), "--reemplazar"});
+    }
+    state.counters["MiB"] = memory;
+}
+
+void reindexOurs(benchmark::State& state) {
+    double memory = 0;
+    for (auto _ : state) {
+        memory = runCommand({"reindexar", workFolder + "/cargar", "POSTAL"});
+    }
+    state.counters["MiB"] = memory;
+}
+
+void bulkInsertSqlite(benchmark::State& state) {
+    for (auto _ : state) {
+        loadSqlite(workFolder + "/bulk.sqlite");
+    }
+}
+
+BENCHMARK(loadOurCsv)->Name("load/ours")->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(reindexOurs)->Name("reindex/ours")->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(bulkInsertSqlite)->Name("bulk/sqlite")->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+} // namespace bench

@@ -1,0 +1,72 @@
+// Runs all benchmarks and ends with one line a figure: ratio NAME VALUE, the rival's time over ours.
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <map>
+
+#include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include "postal_rows.h"
+
+namespace {
+
+// Prints as usual and keeps the real time of each benchmark.
+class RatioReporter final : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs) {
+            const std::string full = run.benchmark_name();
+            const std::size_t slash = full.find('/', full.find('/') + 1);
+            seconds_[full.substr(0, slash)] = run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
+        }
+    }
+
+    void printRatio(const char* name, const char* ours, const char* rival) const {
+        const auto our = seconds_.find(ours), other = seconds_.find(rival);
+        if (our != seconds_.end() && other != seconds_.end()) {
+            std::printf("ratio %s %.2f\n", name, other->second / our->second);
+        }
+    }
+
+private:
+    std::map<std::string, double> seconds_;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    for (int i = 1; i + 1 < argc; ++i) {
+        if (std::strcmp(argv[i], "--filas") == 0) {
+            bench::rowCount = static_cast<std::uint32_t>(std::strtoul(argv[i + 1], nullptr, 10));
+            for (int j = i; j + 2 < argc; ++j) {
+                argv[j] = argv[j + 2];
+            }
+            argc -= 2;
+            break;
+        }
+    }
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 2;
+    }
+    bench::workFolder = (std::filesystem::temp_directory_path() / ("ambrel-bench-" + std::to_string(getpid()))).string();
+    std::filesystem::create_directories(bench::workFolder);
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    std::filesystem::remove_all(bench::workFolder);
+
+    reporter.printRatio("seek_vs_sqlite", "seek/ours", "seek/sqlite");
+    reporter.printRatio("seek_vs_lmdb", "seek/ours", "seek/lmdb");
+    reporter.printRatio("seek_counter_vs_sqlite", "seek_counter/ours", "seek/sqlite");
+    reporter.printRatio("seek_counter_vs_lmdb", "seek_counter/ours", "seek/lmdb");
+    reporter.printRatio("scan_vs_sqlite", "scan/ours", "scan/sqlite");
+    reporter.printRatio("insert_off_vs_sqlite", "insert_off/ours", "insert_off/sqlite");
+    reporter.printRatio("insert_full_vs_sqlite", "insert_full/ours", "insert_full/sqlite");
+    reporter.printRatio("load_vs_sqlite", "load/ours", "bulk/sqlite");
+    reporter.printRatio("reindex_vs_sqlite", "reindex/ours", "bulk/sqlite");
+    reporter.printRatio("reopen_vs_sqlite", "reopen/ours", "reopen/sqlite");
+    return 0;
+}

@@ -1,0 +1,45 @@
+// Ordered scan of the whole directory by the VIA tag, reading two columns.
+
+#include <benchmark/benchmark.h>
+
+#include "our_postal.h"
+#include "sqlite_postal.h"
+
+namespace bench {
+
+namespace {
+
+void scanOurs(benchmark::State& state) {
+    dbase::Dataset table;
+    openOurs(table, "VIA");
+    const dbase::Field& via = table.field("VIA");
+    const dbase::Field& code = table.field("CODPOSTAL");
+    for (auto _ : state) {
+        std::size_t bytes = 0;
+        for (table.first(); !table.eof(); table.next()) {
+            bytes += via.view().size() + code.view().size();
+        }
+        benchmark::DoNotOptimize(bytes);
+    }
+}
+
+void scanSqlite(benchmark::State& state) {
+    const Database database = openSqlite(sqlitePath());
+    const Statement select = prepare(database.get(), "SELECT via, codpostal FROM postal INDEXED BY via_tag "
+                                                     "ORDER BY provincia, capital, via, tipo_via");
+    for (auto _ : state) {
+        int bytes = 0;
+        while (sqlite3_step(select.get()) == SQLITE_ROW) {
+            bytes += sqlite3_column_bytes(select.get(), 0) + sqlite3_column_bytes(select.get(), 1);
+        }
+        benchmark::DoNotOptimize(bytes);
+        sqlite3_reset(select.get());
+    }
+}
+
+BENCHMARK(scanOurs)->Name("scan/ours")->Iterations(3)->Unit(benchmark::kMillisecond);
+BENCHMARK(scanSqlite)->Name("scan/sqlite")->Iterations(3)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+} // namespace bench

@@ -1,0 +1,108 @@
+// Nearest seek by (PROVINCIA, CAPITAL, VIA, TIPO_VIA) plus reading five columns, safe against writers in other processes.
+
+#include <benchmark/benchmark.h>
+
+#include "dbase/table.h"
+
+#include "lmdb_postal.h"
+#include "our_postal.h"
+#include "sqlite_postal.h"
+
+namespace bench {
+
+namespace {
+
+constexpr std::uint32_t searches = 200'000;
+
+const std::vector<PostalSearch>& allSearches() {
+    static const std::vector<PostalSearch> made = [] {
+        std::vector<PostalSearch> list;
+        for (std::uint32_t i = 0; i < searches; ++i) {
+            list.push_back(postalSearch(i));
+        }
+        return list;
+    }();
+    return made;
+}
+
+void seekOurs(benchmark::State& state, dbase::ReadGuard guard) {
+    dbase::Dataset table;
+    openOurs(table, "VIA");
+    table.openTable().setReadGuard(guard);
+    dbase::Field* const columns[] = {&table.field("CODIGO1"), &table.field("VIA"), &table.field("TIPO_VIA"),
+                                     &table.field("CODPOSTAL"), &table.field("IMPAR_FIN")};
+    const auto& list = allSearches();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const PostalSearch& search = list[i++ % searches];
+        bool found = table.seek({{"PROVINCIA", search.provincia},
+                                 {"CAPITAL", search.capital},
+                                 {"VIA", search.via},
+                                 {"TIPO_VIA", search.tipoVia}},
+                                dbase::SeekMode::Nearest);
+        benchmark::DoNotOptimize(found);
+        for (int column = 0; column < 4; ++column) {
+            benchmark::DoNotOptimize(columns[column]->text());
+        }
+        benchmark::DoNotOptimize(columns[4]->integer());
+    }
+    table.openTable().setReadGuard(dbase::ReadGuard::Lock);
+}
+
+void seekOursLocked(benchmark::State& state) { seekOurs(state, dbase::ReadGuard::Lock); }
+void seekOursByCounter(benchmark::State& state) { seekOurs(state, dbase::ReadGuard::Counter); }
+
+void seekSqlite(benchmark::State& state) {
+    const Database database = openSqlite(sqlitePath());
+    const Statement select = prepare(database.get(),
+                                     "SELECT codigo1, via, tipo_via, codpostal, impar_fin FROM postal "
+                                     "WHERE (provincia, capital, via, tipo_via) >= (?,?,?,?) "
+                                     "ORDER BY provincia, capital, via, tipo_via LIMIT 1");
+    const auto& list = allSearches();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const PostalSearch& search = list[i++ % searches];
+        const auto bind = [&](int at, const std::string& text) {
+            sqlite3_bind_text(select.get(), at, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
+        };
+        bind(1, search.provincia);
+        bind(2, search.capital);
+        bind(3, search.via);
+        bind(4, search.tipoVia);
+        if (sqlite3_step(select.get()) == SQLITE_ROW) {
+            for (int column = 0; column < 4; ++column) {
+                benchmark::DoNotOptimize(
+                    std::string(reinterpret_cast<const char*>(sqlite3_column_text(select.get(), column))));
+            }
+            benchmark::DoNotOptimize(sqlite3_column_int(select.get(), 4));
+        }
+        sqlite3_reset(select.get());
+    }
+}
+
+void seekLmdb(benchmark::State& state) {
+    LmdbPostal postal;
+    const auto& list = allSearches();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const PostalSearch& search = list[i++ % searches];
+        const std::string_view row =
+            postal.seek(viaKey(search.provincia, search.capital, search.via, search.tipoVia));
+        if (!row.empty()) { // the same five columns, by their offsets in our record
+            benchmark::DoNotOptimize(std::string(row.substr(1, 8)));
+            benchmark::DoNotOptimize(std::string(row.substr(15, 45)));
+            benchmark::DoNotOptimize(std::string(row.substr(12, 3)));
+            benchmark::DoNotOptimize(std::string(row.substr(84, 5)));
+            benchmark::DoNotOptimize(std::atoi(std::string(row.substr(66, 6)).c_str()));
+        }
+    }
+}
+
+BENCHMARK(seekOursLocked)->Name("seek/ours")->MinTime(2);
+BENCHMARK(seekOursByCounter)->Name("seek_counter/ours")->MinTime(2);
+BENCHMARK(seekSqlite)->Name("seek/sqlite")->MinTime(2);
+BENCHMARK(seekLmdb)->Name("seek/lmdb")->MinTime(2);
+
+} // namespace
+
+} // namespace bench
