@@ -52,6 +52,7 @@ bool Dataset::settle(Spot& spot, Direction direction) {
     }
     TreeCursor& cursor = *spot.cursor;
     for (; cursor.isOnEntry(); forward ? cursor.next() : cursor.prior()) {
+        open_->records().prefetch(cursor.record());
         if (!isInRange(cursor.key())) {
             return false;
         }
