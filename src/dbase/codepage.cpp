@@ -38,7 +38,7 @@ public:
     }
 
 private:
-    [[nodiscard]] bool isOpen() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+    [[nodiscard]] bool isOpen() const { return reinterpret_cast<std::intptr_t>(handle_) != -1; }
 
     iconv_t handle_;
 };
