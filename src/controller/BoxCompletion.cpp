@@ -1,0 +1,35 @@
+// Completion in an edit box.
+#include "controller/BoxCompletion.h"
+
+#include <QLineEdit>
+
+#include "services/TagProperty.h"
+#include "services/Text.h"
+
+namespace ambrel {
+
+std::optional<EditedText> editedText(const QLineEdit& box) {
+    const auto text = toWindows1252(box.text());
+    if (!text)
+        return std::nullopt;
+    // One byte is one character here, so that positions are the same on both sides.
+    const auto start = static_cast<std::size_t>(box.hasSelectedText() ? box.selectionStart() : 0);
+    return EditedText{.text = *text,
+                      .caret = static_cast<std::size_t>(box.cursorPosition()),
+                      .selectionStart = start,
+                      .selectionLength = static_cast<std::size_t>(box.selectionLength())};
+}
+
+void showCompletion(QLineEdit& box, const std::optional<NamedCompletion>& completion) {
+    setTag(box, completion ? completion->code : 0);
+    if (!completion)
+        return;
+    box.setText(fromWindows1252(completion->box.text));
+    // Selected from its end backwards, so that the caret stays before the completed tail.
+    const int end = static_cast<int>(completion->box.text.size());
+    box.setCursorPosition(end);
+    if (const int length = static_cast<int>(completion->box.selectionLength); length > 0)
+        box.setSelection(end, -length);
+}
+
+} // namespace ambrel

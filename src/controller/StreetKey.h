@@ -1,0 +1,24 @@
+// Search keys of the street directory.
+#pragma once
+
+#include <string>
+
+#include "dbase/dataset.h"
+
+namespace ambrel {
+
+/// The municipality in whose streets a search looks.
+struct StreetPlace {
+    std::string postalCode; // its first two characters are the province
+    std::string capital;    // capital mark
+};
+
+/// Key of a street with the name as it is.
+[[nodiscard]] dbase::Key streetKey(const StreetPlace& place, const std::string& name,
+                                   const std::string& type);
+
+/// The same with the name padded with blanks, or cut, to the width of the column.
+[[nodiscard]] dbase::Key paddedStreetKey(const StreetPlace& place, const std::string& name,
+                                         const std::string& type);
+
+} // namespace ambrel

@@ -1,0 +1,95 @@
+// Street searches of the controller.
+#include "controller/StreetSearch.h"
+
+#include "controller/MunicipalitySearch.h"
+#include "controller/StreetKey.h"
+#include "dbase/error.h"
+#include "services/Ruttb.h"
+
+namespace ambrel {
+namespace {
+
+StreetPlace currentPlace(const TDMCodPostales& tables) {
+    return {tables.tbMunicipiCODPOSTAL.text(), tables.tbMunicipiCAPITAL.text()};
+}
+
+/// Whether the next or the previous row has the same name. A step that does not move is neither compared nor
+/// undone.
+bool hasNeighbour(TDMCodPostales& tables, const std::string& name) {
+    dbase::Dataset& streets = tables.tbPostal;
+    bool same = false;
+    try {
+        if (streets.next()) {
+            same = tables.tbPostalVIA.text() == name;
+            streets.prior();
+        }
+        if (!same && streets.prior()) {
+            same = tables.tbPostalVIA.text() == name;
+            streets.next();
+        }
+    } catch (const dbase::Error&) {
+        // Deliberate: a fault of these steps only means that no neighbour is known.
+    }
+    return same;
+}
+
+/// First try: the street itself. Then: its name without type. Last: the municipality's first street.
+void trySearches(TDMCodPostales& tables, const std::string& name, const std::string& type) {
+    const StreetPlace place = currentPlace(tables);
+    for (const dbase::Key& key :
+         {streetKey(place, name, type), streetKey(place, name, {}), streetKey(place, {}, {})}) {
+        static_cast<void>(TBBusca(tables.tbPostal, key, nearestSearch));
+        if (tables.tbPostalVIA.text() == name)
+            return;
+    }
+}
+
+} // namespace
+
+bool findStreet(TDMCodPostales& tables, const std::string& name, const std::string& type, bool exact) {
+    const StreetPlace place = currentPlace(tables);
+    const bool found = TBBusca(tables.tbPostal, paddedStreetKey(place, name, type), exact);
+    if (tables.tbPostalVIA.text() != name)
+        static_cast<void>(TBBusca(tables.tbPostal, paddedStreetKey(place, name, {}), exact));
+    // Deliberate: in a municipality with a single code a street with another code is not a hit.
+    if (const auto only = onlyPostalCode(tables); only && *only != tables.tbPostalCODPOSTAL.text())
+        tables.tbPostal.first();
+    return found;
+}
+
+bool findInStreets(TDMCodPostales& tables, const std::string& name, const std::string& type, bool exact) {
+    return tables.tbPostal.tag() == "VIA" && findStreet(tables, name, type, exact);
+}
+
+std::optional<NamedCompletion> completeStreet(TDMCodPostales& tables, const EditedText& edited,
+                                              const std::string& type) {
+    static_cast<void>(findInStreets(tables, edited.text, type, nearestSearch));
+    const auto completion = complete(edited, tables.tbPostalVIA.text());
+    if (!completion)
+        return std::nullopt;
+    return NamedCompletion{*completion, tables.tbPostalCODIGO1.integer()};
+}
+
+void chooseStreetType(TDMCodPostales& tables, const std::string& name, const std::string& type) {
+    if (!hasNeighbour(tables, name))
+        return;
+    const auto named = [&] { return tables.tbPostalVIA.text() == name; };
+    const auto typed = [&] { return tables.tbPostalTIPO_VIA.text() == type; };
+    const dbase::Bookmark start = tables.tbPostal.bookmark();
+    while (named() && !typed())
+        if (!tables.tbPostal.next())
+            break;
+    if (!named() || !typed())
+        tables.tbPostal.goTo(start);
+}
+
+void goToStreetOfMunicipality(TDMCodPostales& tables, const std::string& ineCode, const std::string& name,
+                              const std::string& type) {
+    std::string previousTag = "COD_INE";
+    TBIndexa(tables.tbMunicipi, previousTag);
+    if (TBBusca(tables.tbMunicipi, {{"COD_INE", ineCode}}, exactSearch))
+        trySearches(tables, name, type);
+    TBIndexa(previousTag, tables.tbMunicipi);
+}
+
+} // namespace ambrel

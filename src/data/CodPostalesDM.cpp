@@ -1,0 +1,15 @@
+// Events of the controller's data module.
+#include "data/CodPostalesDM.h"
+
+TDMCodPostales* DMCodPostales = nullptr;
+
+TDMCodPostales::TDMCodPostales(const std::string& database)
+    : tbMunicipi(database, "MUNICIPI.DBF", "COD_INE"), tbPostal(database, "POSTAL", "VIA"),
+      tbMunicipiAux(database, "MUNICIPI.DBF", "COD_INE") {
+    tbMunicipi.setAfterOpen(ambrel::hideMinorEntities);
+    tbMunicipi.setOnCalculate(
+        [this](dbase::Dataset& table) { ambrel::calculateWholeName(table, tbMunicipiAux); });
+    tbMunicipiAux.open();
+}
+
+TDMCodPostales::~TDMCodPostales() { tbMunicipiAux.close(); }

@@ -1,0 +1,30 @@
+// The five postal tables as they are created: columns and tags.
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "dbase/table_definition.h"
+
+namespace ambrel {
+
+/// Width of a municipality's name, wherever it is stored or bound.
+inline constexpr std::size_t municipalityNameWidth = 53;
+/// Width of a street's name.
+inline constexpr std::size_t streetNameWidth = 45;
+
+[[nodiscard]] dbase::TableDefinition municipalityTable();            // MUNICIPI
+[[nodiscard]] dbase::TableDefinition streetTable();                  // POSTAL
+[[nodiscard]] dbase::TableDefinition provinceTable();                // PROVIN
+[[nodiscard]] dbase::TableDefinition streetTypeTable();              // TIPO_VIA
+[[nodiscard]] dbase::TableDefinition alternativeMunicipalityTable(); // MUNICIMJ
+
+/// All five, in the order in which they are created.
+[[nodiscard]] std::vector<dbase::TableDefinition> tableDefinitions();
+
+/// The definition of a table by its name, with or without ".DBF", letter case ignored; null for any other
+/// table.
+[[nodiscard]] std::optional<dbase::TableDefinition> tableDefinition(std::string_view table);
+
+} // namespace ambrel

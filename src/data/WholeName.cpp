@@ -1,0 +1,41 @@
+// Filter and display name of the municipality cursors.
+#include "data/WholeName.h"
+
+#include <optional>
+
+#include "services/Confamb.h"
+#include "services/Ruttb.h"
+
+namespace ambrel {
+namespace {
+
+/// Name of the municipality that an entity belongs to; null when there is none to be found.
+std::optional<std::string> municipalityOf(const std::string& ineCode, dbase::Dataset& all) {
+    if (!TBBusca(all, {{"COD_INE", ineCode}}, exactSearch))
+        return std::nullopt;
+    // Deliberate: the walk does not end with the code. Where a code has nothing but entities, the next
+    // municipality in the order of codes lends its name.
+    while (all.field("ENT_MENOR").logical())
+        if (!all.next())
+            return std::nullopt;
+    return all.field("NOMBRE").text();
+}
+
+} // namespace
+
+void hideMinorEntities(dbase::Dataset& municipalities) {
+    if (!Config.EntidadesMenores)
+        TBFiltra(municipalities, "ENT_MENOR=False");
+}
+
+void calculateWholeName(dbase::Dataset& municipalities, dbase::Dataset& all) {
+    if (!municipalities.autoCalculates())
+        return;
+    std::string name = municipalities.field("NOMBRE").text();
+    if (municipalities.field("ENT_MENOR").logical())
+        if (const auto municipality = municipalityOf(municipalities.field("COD_INE").text(), all))
+            name += " --> [" + *municipality + "]";
+    municipalities.field("NOMBRE_COMPLETO").setText(name);
+}
+
+} // namespace ambrel

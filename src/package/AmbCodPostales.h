@@ -1,0 +1,27 @@
+// Everything that a host of the postal-code package includes: the controller, the tables behind it and the
+// services that a host configures or replaces.
+#pragma once
+
+#include "controller/ClasCodPostales.h"
+#include "data/CodPostalesDM.h"
+#include "data/MunicipiDM.h"
+#include "data/TableDefinitions.h"
+#include "data/ViasDM.h"
+#include "dbase/databases.h"
+#include "dbase/dataset.h"
+#include "dbase/error.h"
+#include "services/Confamb.h"
+#include "services/EventGuard.h"
+#include "services/FocusEvents.h"
+#include "services/KeyCodes.h"
+#include "services/KeyMap.h"
+#include "services/KeyUpEvents.h"
+#include "services/Mensaje.h"
+#include "services/MessageBox.h"
+#include "services/Pantalla.h"
+#include "services/Rficheros.h"
+#include "services/Rnumcad.h"
+#include "services/Ruttb.h"
+#include "services/Rvarias.h"
+#include "services/TagProperty.h"
+#include "services/Text.h"

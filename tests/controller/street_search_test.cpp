@@ -1,0 +1,222 @@
+#include "controller/StreetSearch.h"
+
+#include "controller/StreetTables.h"
+#include "services/Ruttb.h"
+
+namespace {
+
+using namespace ambrel;
+using namespace postal_tests;
+
+EditedText typed(const std::string& text) { return {.text = text, .caret = text.size()}; }
+
+class FindStreet : public StreetTables {
+protected:
+    void SetUp() override {
+        addStreets({{"1", "ARENAL", "CL", "28013"},
+                    {"2", "MAYOR", "AV", "28001"},
+                    {"3", "MAYOR", "CL", "28013"},
+                    {"4", "SERRANO", "", "28006"},
+                    {.codigo1 = "5", .via = "MAYOR", .tipo = "CL", .codPostal = "08001", .provincia = "08"},
+                    {.codigo1 = "6", .via = "SOL", .tipo = "CL", .codPostal = "28430", .capital = "9"},
+                    {.codigo1 = "7", .via = "LUNA", .tipo = "CL", .codPostal = "28491", .capital = "9"}});
+    }
+};
+
+TEST_F(FindStreet, ExactSearchGoesToTheStreetOfThatType) {
+    TDMCodPostales& tables = openIn("MADRID");
+    EXPECT_TRUE(findStreet(tables, "MAYOR", "CL", exactSearch));
+    EXPECT_EQ(currentRow(), "3");
+}
+
+TEST_F(FindStreet, LooksInTheCurrentMunicipalityOnly) {
+    TDMCodPostales& tables = openIn("BARCELONA");
+    EXPECT_TRUE(findStreet(tables, "MAYOR", "CL", exactSearch));
+    EXPECT_EQ(currentRow(), "5");
+    EXPECT_FALSE(findStreet(tables, "ARENAL", "CL", exactSearch));
+    EXPECT_EQ(currentRow(), "5") << "a miss moves nothing";
+}
+
+TEST_F(FindStreet, OtherNameReachedIsSoughtOnceMoreWithoutTypeAndTheFirstResultCounts) {
+    TDMCodPostales& tables = openIn("MADRID");
+    EXPECT_FALSE(findStreet(tables, "SERRANO", "CL", exactSearch));
+    EXPECT_EQ(currentRow(), "4") << "the street without type";
+}
+
+TEST_F(FindStreet, NearestSearchOfAnUnknownTypeComesToTheFirstRowOfTheName) {
+    TDMCodPostales& tables = openIn("MADRID");
+    EXPECT_TRUE(findStreet(tables, "MAYOR", "ZZ", nearestSearch));
+    EXPECT_EQ(currentRow(), "2");
+}
+
+TEST_F(FindStreet, NameAlreadyReachedIsNotSoughtAgain) {
+    TDMCodPostales& tables = openIn("MADRID");
+    goToRow("3");
+    EXPECT_FALSE(findStreet(tables, "MAYOR", "ZZ", exactSearch));
+    EXPECT_EQ(currentRow(), "3");
+}
+
+TEST_F(FindStreet, InAMunicipalityWithOneCodeAStreetWithAnotherCodeLeavesTheFirstRow) {
+    TDMCodPostales& tables = openIn("ALPEDRETE");
+    EXPECT_TRUE(findStreet(tables, "LUNA", "CL", exactSearch)) << "the result is that of the search";
+    tables.tbPostal.prior();
+    EXPECT_TRUE(tables.tbPostal.bof()) << "street of NAVACERRADA";
+    EXPECT_TRUE(findStreet(tables, "SOL", "CL", exactSearch));
+    EXPECT_EQ(currentRow(), "6");
+}
+
+TEST_F(FindStreet, InAMunicipalityWithSeveralCodesAnyCodeIsAHit) {
+    TDMCodPostales& tables = openIn("MADRID");
+    EXPECT_TRUE(findStreet(tables, "ARENAL", "CL", exactSearch));
+    EXPECT_EQ(currentRow(), "1");
+}
+
+TEST_F(FindStreet, OtherTagThanViaFindsNothingWithoutSearching) {
+    TDMCodPostales& tables = openIn("MADRID");
+    tables.tbPostal.setTag("NOMBREVIA");
+    goToRow("1");
+    EXPECT_FALSE(findInStreets(tables, "MAYOR", "CL", exactSearch));
+    EXPECT_EQ(currentRow(), "1");
+}
+
+TEST_F(FindStreet, CompletionCarriesTheStreetsKeyAsANumber) {
+    TDMCodPostales& tables = openIn("MADRID");
+    const auto completion = completeStreet(tables, typed("SER"), "CL");
+    ASSERT_TRUE(completion);
+    EXPECT_EQ(completion->box.text, "SERRANO");
+    EXPECT_EQ(completion->code, 4);
+}
+
+TEST_F(FindStreet, CompletionPrefersTheGivenType) {
+    TDMCodPostales& tables = openIn("MADRID");
+    const auto completion = completeStreet(tables, typed("MAYOR"), "CL");
+    ASSERT_TRUE(completion);
+    EXPECT_EQ(completion->code, 3);
+}
+
+TEST_F(FindStreet, NothingIsCompletedWhereNoStreetBeginsSo) {
+    TDMCodPostales& tables = openIn("MADRID");
+    EXPECT_FALSE(completeStreet(tables, typed("XYZ"), "CL"));
+    EXPECT_FALSE(completeStreet(tables, typed(""), "CL"));
+}
+
+class ChooseStreetType : public StreetTables {
+protected:
+    void SetUp() override {
+        addStreets({{"1", "MAYOR", "AV", "28001"},
+                    {"2", "MAYOR", "CL", "28013"},
+                    {"3", "MAYOR", "PZ", "28012"},
+                    {"4", "SERRANO", "CL", "28006"},
+                    {"5", "TOLEDO", "CL", "28005"},
+                    {"6", "TOLEDO", "PZ", "28004"}});
+    }
+};
+
+TEST_F(ChooseStreetType, GoesForwardToTheRowOfTheType) {
+    TDMCodPostales& tables = openIn("MADRID");
+    goToRow("1");
+    chooseStreetType(tables, "MAYOR", "PZ");
+    EXPECT_EQ(currentRow(), "3");
+}
+
+TEST_F(ChooseStreetType, PreviousRowIsANeighbourToo) {
+    TDMCodPostales& tables = openIn("MADRID");
+    goToRow("6");
+    chooseStreetType(tables, "TOLEDO", "PZ");
+    EXPECT_EQ(currentRow(), "6");
+}
+
+TEST_F(ChooseStreetType, ReturnsWhenNoRowHasTheType) {
+    TDMCodPostales& tables = openIn("MADRID");
+    goToRow("2");
+    chooseStreetType(tables, "MAYOR", "AV");
+    EXPECT_EQ(currentRow(), "2") << "only rows further on are looked at";
+    goToRow("5");
+    chooseStreetType(tables, "TOLEDO", "ZZ");
+    EXPECT_EQ(currentRow(), "5") << "also when the walk reaches the end of the table";
+}
+
+TEST_F(ChooseStreetType, StreetOfOneRowStays) {
+    TDMCodPostales& tables = openIn("MADRID");
+    goToRow("4");
+    chooseStreetType(tables, "SERRANO", "PZ");
+    EXPECT_EQ(currentRow(), "4");
+}
+
+TEST_F(ChooseStreetType, StepThatDidNotMoveIsNeitherComparedNorUndone) {
+    TDMCodPostales& tables = openIn("MADRID");
+    for (const char* edge : {"1", "6"}) {
+        goToRow(edge);
+        chooseStreetType(tables, "OTRA", "CL");
+        EXPECT_EQ(currentRow(), edge);
+    }
+    tables.tbPostal.setFilter("VIA = \"SERRANO\"");
+    chooseStreetType(tables, "SERRANO", "CL");
+    EXPECT_EQ(currentRow(), "4");
+}
+
+TEST_F(ChooseStreetType, ErrorsOfTheNeighbourStepsAreSwallowed) {
+    TDMCodPostales& tables = openIn("MADRID");
+    tables.tbPostal.close();
+    EXPECT_NO_THROW(chooseStreetType(tables, "MAYOR", "CL"));
+}
+
+class GoToStreetOfMunicipality : public StreetTables {
+protected:
+    void SetUp() override {
+        addStreets({{"1", "ARENAL", "CL", "28013"},
+                    {"2", "MAYOR", "AV", "28001"},
+                    {"3", "MAYOR", "CL", "28013"},
+                    {"4", "SERRANO", "", "28006"},
+                    {.codigo1 = "5", .via = "BALMES", .tipo = "CL", .codPostal = "08007", .provincia = "08"},
+                    {.codigo1 = "6", .via = "MAYOR", .tipo = "CL", .codPostal = "08001", .provincia = "08"}});
+    }
+};
+
+TEST_F(GoToStreetOfMunicipality, GoesToNameAndType) {
+    TDMCodPostales& tables = openIn("BARCELONA");
+    goToStreetOfMunicipality(tables, "28079", "MAYOR", "CL");
+    EXPECT_EQ(currentRow(), "3");
+    EXPECT_EQ(tables.tbMunicipiNOMBRE.text(), "MADRID");
+}
+
+TEST_F(GoToStreetOfMunicipality, SecondTryIsTheNameWithoutType) {
+    TDMCodPostales& tables = openIn("MADRID");
+    goToStreetOfMunicipality(tables, "28079", "MAYOR", "ZZ");
+    EXPECT_EQ(currentRow(), "2");
+}
+
+TEST_F(GoToStreetOfMunicipality, LastTryIsTheFirstStreetOfTheMunicipality) {
+    TDMCodPostales& tables = openIn("MADRID");
+    goToStreetOfMunicipality(tables, "28079", "NO EXISTE", "CL");
+    EXPECT_EQ(currentRow(), "1");
+    goToStreetOfMunicipality(tables, "08019", "NO EXISTE", "CL");
+    EXPECT_EQ(currentRow(), "5");
+}
+
+TEST_F(GoToStreetOfMunicipality, FirstTryIsUnconditional) {
+    TDMCodPostales& tables = openIn("MADRID");
+    goToRow("3");
+    goToStreetOfMunicipality(tables, "08019", "MAYOR", "CL");
+    EXPECT_EQ(currentRow(), "6") << "the row it stood on had the name already, in another municipality";
+}
+
+TEST_F(GoToStreetOfMunicipality, UnknownMunicipalityMovesNothing) {
+    TDMCodPostales& tables = openIn("MADRID");
+    goToRow("3");
+    goToStreetOfMunicipality(tables, "99999", "ARENAL", "CL");
+    EXPECT_EQ(currentRow(), "3");
+    EXPECT_EQ(tables.tbMunicipiNOMBRE.text(), "MADRID");
+    EXPECT_EQ(tables.tbMunicipi.tag(), "NOMBRE");
+}
+
+TEST_F(GoToStreetOfMunicipality, MunicipalitiesKeepTheirOrder) {
+    TDMCodPostales& tables = openIn("MADRID");
+    for (const char* tag : {"NOMBRE", "CODPOSTAL", "COD_INE"}) {
+        tables.tbMunicipi.setTag(tag);
+        goToStreetOfMunicipality(tables, "28079", "MAYOR", "CL");
+        EXPECT_EQ(tables.tbMunicipi.tag(), tag);
+    }
+}
+
+} // namespace
