@@ -1,0 +1,57 @@
+// The host's configuration, as the package reads it. Texts are Windows-1252, folders UTF-8.
+#pragma once
+
+#include <string>
+
+/// The host fills it with the setters or from an INI file; the package only reads it.
+class TConfig {
+public:
+    /// The host's own province: its number, its name, and the form of its name by which streets are searched.
+    [[nodiscard]] int GetProvin() const { return province_; }
+    [[nodiscard]] const std::string& GetProvin2() const { return provinceName_; }
+    [[nodiscard]] const std::string& GetProvin3() const { return provinceOfStreets_; }
+    /// The host's own municipality.
+    [[nodiscard]] const std::string& GetsMunicipio() const { return municipality_; }
+    [[nodiscard]] int GetnMunicipio() const { return municipalityCode_; }
+    /// Database name of the host application; "DB" until the host gives another.
+    [[nodiscard]] const std::string& GetAliasAmbrel() const { return alias_; }
+    /// Folder of the tables of a database name. Errors: dbase::Error(NotFound) for a name without folder.
+    [[nodiscard]] std::string DatabasePath(const std::string& alias) const;
+
+    /// Whether minor population entities are shown.
+    bool EntidadesMenores = false;
+
+    void setProvince(int code, std::string name, std::string nameOfStreets);
+    void setMunicipality(int code, std::string name);
+    /// Names the host's database; "DB" and the alias both stand for the folder from now on.
+    void setDatabase(std::string alias, const std::string& folder);
+
+    /// Reads a file in UTF-8; what it does not name stays as it is:
+    ///
+    ///     ; a comment, as is a line that begins with #
+    ///     [BaseDeDatos]
+    ///     Alias=AMBREL
+    ///     Carpeta=datos           ; relative to the file's own folder; needed with Alias
+    ///     [Provincia]
+    ///     Codigo=28
+    ///     Nombre=MADRID
+    ///     NombreEnVias=MADRID     ; the name when there is none
+    ///     [Municipio]
+    ///     Codigo=3
+    ///     Nombre=MADRID
+    ///     [Opciones]
+    ///     EntidadesMenores=no     ; si, no
+    ///
+    /// Comments stand on lines of their own. Errors: dbase::Error(NotFound) for a file that cannot be read,
+    /// dbase::Error(BadValue) that names the line for anything not understood; nothing has changed then.
+    void loadIni(const std::string& path);
+
+private:
+    int province_ = 0;
+    std::string provinceName_, provinceOfStreets_;
+    int municipalityCode_ = 0;
+    std::string municipality_;
+    std::string alias_ = "DB";
+};
+
+extern TConfig Config;

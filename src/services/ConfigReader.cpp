@@ -1,0 +1,135 @@
+// The INI file's sections, keys and values.
+#include "services/ConfigReader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "dbase/codepage.h"
+#include "dbase/error.h"
+
+namespace ambrel {
+namespace {
+
+constexpr const char* blanks = " \t\r";
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+std::string trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos)
+        return {};
+    return std::string(text.substr(first, text.find_last_not_of(blanks) - first + 1));
+}
+
+bool sameName(std::string_view a, std::string_view b) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    return std::ranges::equal(a, b, {}, lower, lower);
+}
+
+class Reader {
+public:
+    explicit Reader(const std::string& path) : path_(path) {}
+
+    ConfigValues read() {
+        std::ifstream file(path_, std::ios::binary);
+        std::string text;
+        while (std::getline(file, text)) {
+            ++line_;
+            if (line_ == 1 && text.starts_with(byteOrderMark))
+                text.erase(0, byteOrderMark.size());
+            readLine(trimmed(text));
+        }
+        if (line_ == 0 && !file.eof())
+            throw dbase::Error(dbase::ErrorCode::NotFound, path_, "No se puede leer la configuración");
+        if (values_.alias && !values_.folder)
+            fail("hay un Alias sin su Carpeta");
+        return values_;
+    }
+
+private:
+    void readLine(const std::string& line) {
+        if (line.empty() || line.front() == ';' || line.front() == '#')
+            return;
+        if (line.front() == '[') {
+            if (line.back() != ']')
+                fail("falta el corchete de cierre de la sección");
+            section_ = trimmed(std::string_view(line).substr(1, line.size() - 2));
+            return;
+        }
+        const std::size_t equals = line.find('=');
+        if (equals == std::string::npos)
+            fail("se esperaba clave=valor");
+        setValue(trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)));
+    }
+
+    void setValue(const std::string& key, const std::string& value) {
+        const auto is = [&](const char* section, const char* name) {
+            return sameName(section_, section) && sameName(key, name);
+        };
+        if (is("BaseDeDatos", "Alias"))
+            values_.alias = text(value);
+        else if (is("BaseDeDatos", "Carpeta"))
+            values_.folder = folder(value);
+        else if (is("Provincia", "Codigo"))
+            values_.province = number(value);
+        else if (is("Provincia", "Nombre"))
+            values_.provinceName = text(value);
+        else if (is("Provincia", "NombreEnVias"))
+            values_.provinceOfStreets = text(value);
+        else if (is("Municipio", "Codigo"))
+            values_.municipality = number(value);
+        else if (is("Municipio", "Nombre"))
+            values_.municipalityName = text(value);
+        else if (is("Opciones", "EntidadesMenores"))
+            values_.minorEntities = choice(value);
+        else
+            fail("clave desconocida: [" + section_ + "] " + key);
+    }
+
+    [[nodiscard]] std::string text(const std::string& value) const {
+        if (const auto bytes = dbase::CodePage::windows1252().fromUtf8(value))
+            return *bytes;
+        fail("el texto no es UTF-8 o tiene letras que las tablas no admiten: " + value);
+    }
+
+    [[nodiscard]] std::string folder(const std::string& value) const {
+        if (value.empty())
+            fail("falta la carpeta");
+        const std::filesystem::path own = std::filesystem::absolute(path_).parent_path();
+        return (own / value).lexically_normal().string();
+    }
+
+    [[nodiscard]] int number(const std::string& value) const {
+        int result = 0;
+        const char* const end = value.data() + value.size();
+        const auto [rest, error] = std::from_chars(value.data(), end, result);
+        if (error != std::errc() || rest != end || result < 0)
+            fail("se esperaba un número: " + value);
+        return result;
+    }
+
+    [[nodiscard]] bool choice(const std::string& value) const {
+        if (sameName(value, "si") || value == "sí" || value == "Sí")
+            return true;
+        if (!sameName(value, "no"))
+            fail("se esperaba si o no: " + value);
+        return false;
+    }
+
+    [[noreturn]] void fail(const std::string& text) const {
+        throw dbase::Error(dbase::ErrorCode::BadValue, path_, "línea " + std::to_string(line_) + ": " + text);
+    }
+
+    std::string path_;
+    ConfigValues values_;
+    std::string section_;
+    int line_ = 0;
+};
+
+} // namespace
+
+ConfigValues readConfig(const std::string& path) { return Reader(path).read(); }
+
+} // namespace ambrel

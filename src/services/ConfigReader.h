@@ -1,0 +1,21 @@
+// Reading the configuration's INI file.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace ambrel {
+
+/// What an INI file names; everything else is null. Texts are Windows-1252, the folder is an absolute UTF-8
+/// path.
+struct ConfigValues {
+    std::optional<std::string> alias, folder;
+    std::optional<int> province, municipality;
+    std::optional<std::string> provinceName, provinceOfStreets, municipalityName;
+    std::optional<bool> minorEntities;
+};
+
+/// Errors: as TConfig::loadIni.
+[[nodiscard]] ConfigValues readConfig(const std::string& path);
+
+} // namespace ambrel

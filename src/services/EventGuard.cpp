@@ -1,0 +1,33 @@
+// Showing what would otherwise end the program.
+#include "services/EventGuard.h"
+
+#include <QtGlobal>
+#include <exception>
+
+#include "services/Mensaje.h"
+
+namespace ambrel {
+namespace {
+
+void show(const QString& text) noexcept {
+    try {
+        Mensaje_Error(text, QStringLiteral("Atención"));
+    } catch (...) {
+        // With no way left to tell the user, the log at least keeps it.
+        qCritical("%s", qUtf8Printable(text));
+    }
+}
+
+} // namespace
+
+void runGuarded(const std::function<void()>& body) noexcept {
+    try {
+        body();
+    } catch (const std::exception& error) {
+        show(QString::fromUtf8(error.what()));
+    } catch (...) {
+        show(QStringLiteral("Se ha producido un error inesperado."));
+    }
+}
+
+} // namespace ambrel

@@ -1,0 +1,22 @@
+// The one guard in which every slot and event handler runs.
+#pragma once
+
+#include <functional>
+#include <type_traits>
+#include <utility>
+
+namespace ambrel {
+
+/// Runs a handler's body. An exception that reaches it is shown to the user once, and the program goes on.
+void runGuarded(const std::function<void()>& body) noexcept;
+
+/// Wraps a handler for connect(): connect(button, &QPushButton::clicked, this, guarded([this] { ... })).
+template<class Body>
+[[nodiscard]] auto guarded(Body body) {
+    return [body = std::move(body)]<class... Arguments>(
+        Arguments && ... arguments) mutable requires std::is_invocable_v<Body&, Arguments...> {
+        runGuarded([&] { body(std::forward<Arguments>(arguments)...); });
+    };
+}
+
+} // namespace ambrel

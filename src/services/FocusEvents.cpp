@@ -1,0 +1,103 @@
+// Following the focus through the windows of the application.
+#include "services/FocusEvents.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QMenuBar>
+#include <utility>
+
+#include "services/EventGuard.h"
+
+namespace ambrel {
+namespace {
+
+/// How many handlers run for one move before two that send the focus to each other are stopped.
+constexpr int patience = 16;
+
+/// A menu borrows the focus and gives it back.
+bool isMenu(const QWidget* widget) {
+    return qobject_cast<const QMenu*>(widget) || qobject_cast<const QMenuBar*>(widget);
+}
+
+} // namespace
+
+FocusEvents::FocusEvents(QObject* application) : QObject(application) {
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { follow(now); });
+}
+
+FocusEvents& FocusEvents::instance() {
+    static QPointer<FocusEvents> events;
+    if (!events)
+        events = new FocusEvents(qApp);
+    return *events;
+}
+
+void FocusEvents::watch(QWidget* control, Handler onEnter, Handler onExit) {
+    FocusEvents& events = instance();
+    if (!events.handlers_.contains(control))
+        connect(control, &QObject::destroyed, &events,
+                [&events, control] { events.handlers_.remove(control); });
+    events.handlers_.insert(control, {std::move(onEnter), std::move(onExit)});
+    if (events.controlOf(QApplication::focusWidget()) == control)
+        events.stateOf(control->window())->control =
+            control; // it is being used already: only its exit is to come
+}
+
+void FocusEvents::unwatch(QWidget* control) { instance().handlers_.remove(control); }
+
+/// The watched control that a widget is, or is a part of; null when there is none.
+QWidget* FocusEvents::controlOf(QWidget* focused) const {
+    for (QWidget* widget = focused; widget; widget = widget->isWindow() ? nullptr : widget->parentWidget())
+        if (handlers_.contains(widget))
+            return widget;
+    return nullptr;
+}
+
+std::shared_ptr<FocusEvents::Window> FocusEvents::stateOf(QWidget* window) {
+    std::shared_ptr<Window>& state = windows_[window];
+    if (!state) {
+        state = std::make_shared<Window>();
+        connect(window, &QObject::destroyed, this, [this, window] { windows_.remove(window); });
+    }
+    return state;
+}
+
+void FocusEvents::follow(QWidget* focused) {
+    if (!focused || isMenu(focused))
+        return;
+    QWidget* const window = focused->window();
+    if (windows_.contains(window) || controlOf(focused))
+        settle(window);
+}
+
+/// Runs exit and enter handlers until the control entered last is the one that has the window's focus.
+void FocusEvents::settle(QWidget* window) {
+    const std::shared_ptr<Window> state = stateOf(window);
+    if (state->running)
+        return;
+    state->running = true;
+    const QPointer<QWidget> alive = window;
+    for (int count = 0; alive && count < patience; ++count) {
+        QWidget* const focused = window->focusWidget();
+        QWidget* const target = controlOf(focused);
+        if (target == state->control || isMenu(focused))
+            break;
+        if (state->control) {
+            run(std::exchange(state->control, nullptr), &Handlers::onExit);
+        } else {
+            state->control = target;
+            run(target, &Handlers::onEnter);
+        }
+    }
+    state->running = false;
+}
+
+void FocusEvents::run(QWidget* control, Handler Handlers::*which) const {
+    const auto found = handlers_.constFind(control);
+    if (found == handlers_.cend())
+        return;
+    if (const Handler handler = (*found).*which) // a copy: the handler may take the control away
+        runGuarded(handler);
+}
+
+} // namespace ambrel

@@ -1,0 +1,48 @@
+// Enter and exit handlers of controls: they run when the focus moves between controls of one window.
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+#include <functional>
+#include <memory>
+
+namespace ambrel {
+
+/// One for the application. Activating a window, pop-ups and menus are no moves: while they have the focus,
+/// the control left behind is still the current one of its window. The first control of a window that is
+/// shown is entered. A handler that moves the focus itself, or shows a dialog, is finished before the next
+/// one runs. Controls without handlers end the stay in others. A child of a control, such as the edit of a
+/// combo, counts as the control.
+class FocusEvents : public QObject {
+public:
+    using Handler = std::function<void()>;
+
+    /// Either handler may be empty. Watching a control again replaces its handlers.
+    static void watch(QWidget* control, Handler onEnter, Handler onExit);
+    /// The handlers run no more.
+    static void unwatch(QWidget* control);
+
+private:
+    struct Handlers {
+        Handler onEnter, onExit;
+    };
+    struct Window {
+        QPointer<QWidget> control; // the watched control that was entered; null when none
+        bool running = false;      // a handler is at work
+    };
+
+    explicit FocusEvents(QObject* application);
+    static FocusEvents& instance();
+    void follow(QWidget* focused);
+    void settle(QWidget* window);
+    [[nodiscard]] QWidget* controlOf(QWidget* focused) const;
+    [[nodiscard]] std::shared_ptr<Window> stateOf(QWidget* window);
+    void run(QWidget* control, Handler Handlers::*which) const;
+
+    QHash<QWidget*, Handlers> handlers_;
+    QHash<QWidget*, std::shared_ptr<Window>> windows_;
+};
+
+} // namespace ambrel

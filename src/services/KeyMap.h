@@ -1,0 +1,14 @@
+// The one map from Qt's keys to the 16-bit key codes.
+#pragma once
+
+#include <cstdint>
+
+class QKeyEvent;
+
+namespace ambrel {
+
+/// Code of an event's key: one of key_code, a digit (keypad too), or the capital of the letter that it types;
+/// 0 for every other key.
+[[nodiscard]] std::uint16_t keyCode(const QKeyEvent& event);
+
+} // namespace ambrel

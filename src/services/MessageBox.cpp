@@ -1,0 +1,92 @@
+// Message boxes with Spanish buttons.
+#include "services/MessageBox.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+#include <memory>
+#include <utility>
+
+namespace ambrel {
+namespace {
+
+MessageShower& shower() {
+    static MessageShower function = showMessageBox;
+    return function;
+}
+
+QMessageBox::Icon iconOf(MessageKind kind) {
+    switch (kind) {
+    case MessageKind::Error:
+        return QMessageBox::Critical;
+    case MessageKind::Warning:
+        return QMessageBox::Warning;
+    case MessageKind::Question:
+        return QMessageBox::Question;
+    case MessageKind::Information:
+        break;
+    }
+    return QMessageBox::Information;
+}
+
+/// Texts may come with the carriage returns of old; a label knows line feeds.
+QString withLineFeeds(QString text) {
+    return text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"))
+        .replace(QLatin1Char('\r'), QLatin1Char('\n'));
+}
+
+QPushButton* addButton(QMessageBox& dialog, const char* name, const QString& text,
+                       QMessageBox::ButtonRole role) {
+    QPushButton* const button = dialog.addButton(text, role);
+    button->setObjectName(QLatin1String(name));
+    return button;
+}
+
+QWidget* parentFor(const MessageBox& box) {
+    return box.owner ? box.owner->window() : QApplication::activeWindow();
+}
+
+} // namespace
+
+MessageAnswer showMessageBox(const MessageBox& box) {
+    // Not on the stack: the owner may go while the box is shown, and takes its child with it.
+    const QPointer<QMessageBox> dialog = new QMessageBox(parentFor(box));
+    dialog->setObjectName(QStringLiteral("Mensaje"));
+    dialog->setWindowTitle(box.title);
+    dialog->setIcon(iconOf(box.kind));
+    dialog->setTextFormat(Qt::PlainText);
+    dialog->setText(withLineFeeds(box.text));
+    dialog->setInformativeText(withLineFeeds(box.line));
+    dialog->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    dialog->setAccessibleName(box.title);
+    dialog->setAccessibleDescription(box.text + QLatin1Char('\n') + box.line);
+
+    QPushButton* yes = nullptr;
+    if (box.kind == MessageKind::Question) {
+        yes = addButton(*dialog, "BBSi", QStringLiteral("&Sí"), QMessageBox::YesRole);
+        QPushButton* const no = addButton(*dialog, "BBNo", QStringLiteral("&No"), QMessageBox::NoRole);
+        dialog->setDefaultButton(box.defaultButton == MessageAnswer::No ? no : yes);
+        dialog->setEscapeButton(no);
+    } else {
+        dialog->setDefaultButton(
+            addButton(*dialog, "BBAceptar", QStringLiteral("&Aceptar"), QMessageBox::AcceptRole));
+    }
+    dialog->exec();
+    if (!dialog)
+        return MessageAnswer::Cancel;
+    const std::unique_ptr<QMessageBox> freed(dialog);
+    if (!yes)
+        return MessageAnswer::Accept;
+    return dialog->clickedButton() == yes ? MessageAnswer::Yes : MessageAnswer::No;
+}
+
+MessageShower setMessageShower(MessageShower function) {
+    return std::exchange(shower(), function ? std::move(function) : showMessageBox);
+}
+
+MessageAnswer ask(const MessageBox& box) {
+    const MessageShower function = shower(); // may be replaced while it runs
+    return function(box);
+}
+
+} // namespace ambrel

@@ -1,0 +1,95 @@
+// The progress window.
+#include "services/Pantalla.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QLabel>
+#include <QVBoxLayout>
+#include <utility>
+
+namespace ambrel {
+namespace {
+
+constexpr int minimumWidth = 360;
+constexpr int margin = 24;
+constexpr const char* labelName = "LMensaje";
+
+/// Lets the window appear and be drawn, and nothing else happen: no keys, no mouse, no timers, no network.
+void drawNow(QWidget& window) {
+    window.repaint();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers |
+                                    QEventLoop::X11ExcludeTimers);
+}
+
+void setText(QWidget& window, const QString& text) {
+    if (auto* const label = window.findChild<QLabel*>(QLatin1String(labelName)))
+        label->setText(text);
+    window.setAccessibleDescription(text);
+    window.adjustSize();
+}
+
+ProgressWindow showWindow(const QString& text, QWidget* owner) {
+    const QPointer<QWidget> active = QApplication::activeWindow();
+    QWidget* const parent = owner ? owner->window() : active.data();
+    auto* const window = new QWidget(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+    window->setObjectName(QStringLiteral("Progreso"));
+    window->setWindowTitle(QStringLiteral("Un momento, por favor"));
+    window->setAccessibleName(window->windowTitle());
+    window->setAttribute(Qt::WA_ShowWithoutActivating);
+    window->setMinimumWidth(minimumWidth);
+
+    auto* const label = new QLabel(window);
+    label->setObjectName(QLatin1String(labelName));
+    label->setTextFormat(Qt::PlainText);
+    label->setAlignment(Qt::AlignCenter);
+    auto* const layout = new QVBoxLayout(window);
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->addWidget(label);
+
+    setText(*window, text);
+    const ProgressWindow shown = window;
+    window->show();
+    drawNow(*window);
+    if (active && shown && QApplication::activeWindow() == shown)
+        active->activateWindow(); // some platforms make everything active that is shown
+    return shown;
+}
+
+void changeText(const QString& text, QWidget& window) {
+    setText(window, text);
+    drawNow(window);
+}
+
+void closeWindow(QWidget& window) {
+    window.hide();
+    delete &window;
+}
+
+ProgressDisplay& display() {
+    static ProgressDisplay functions = windowProgressDisplay();
+    return functions;
+}
+
+} // namespace
+
+ProgressDisplay windowProgressDisplay() { return {showWindow, changeText, closeWindow}; }
+
+ProgressDisplay setProgressDisplay(ProgressDisplay functions) {
+    return std::exchange(display(), std::move(functions));
+}
+
+} // namespace ambrel
+
+ambrel::ProgressWindow MuestraMensaje(const QString& text, QWidget* owner) {
+    return ambrel::display().show(text, owner);
+}
+
+void CambiaMensaje(const QString& text, const ambrel::ProgressWindow& window) {
+    if (window)
+        ambrel::display().change(text, *window);
+}
+
+void CierraMensaje(const ambrel::ProgressWindow& window) {
+    if (window)
+        ambrel::display().close(*window);
+}

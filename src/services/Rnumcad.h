@@ -1,0 +1,32 @@
+// Texts and numbers. Texts are Windows-1252: a character is a byte.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Exactly `width` characters: filled up with blanks on the right, or cut. Width 0 or less leaves the text as
+/// it is.
+[[nodiscard]] std::string Espacios(std::string_view text, int width);
+
+/// The first n characters, the whole text when it is shorter; empty for n of 0 or less.
+[[nodiscard]] std::string StrLeft(std::string_view text, int n);
+
+/// The last n characters, the whole text when it is shorter; empty for n of 0 or less.
+[[nodiscard]] std::string StrRight(std::string_view text, int n);
+
+/// The text in capitals, accented letters included.
+[[nodiscard]] std::string UpperCase(std::string_view text);
+
+/// Decimal digits of a number, without padding.
+[[nodiscard]] std::string Int_Cad(int number);
+
+/// Number of a decimal text: sign, leading zeros and blanks around it are allowed. 0 for everything that is
+/// no number or does not fit.
+[[nodiscard]] int Cad_Int(std::string_view text);
+
+namespace ambrel {
+
+/// Digits, letters (accented ones, ª and º included); not ¹ ² ³ ¼ ½ ¾.
+[[nodiscard]] bool isAlphanumeric(unsigned char character);
+
+} // namespace ambrel

@@ -1,0 +1,64 @@
+// Focus colouring through the palette, which styles and desktop themes respect.
+#include "services/Rvarias.h"
+
+#include <QPalette>
+#include <QVariant>
+#include <QWidget>
+#include <utility>
+
+namespace ambrel {
+namespace {
+
+constexpr const char* normalPaletteProperty = "normalPalette";
+constexpr QColor paleYellow(255, 249, 214);
+constexpr QColor darkOlive(64, 60, 30);
+constexpr int darkLightness = 128; // of 255
+
+FocusColouring& colouring() {
+    static FocusColouring function = colourByPalette;
+    return function;
+}
+
+void takeFocusColour(QWidget& control) {
+    if (control.property(normalPaletteProperty).isValid())
+        return;
+    QPalette palette =
+        control.palette(); // knows which of its colours are the control's own and which its parent's
+    control.setProperty(normalPaletteProperty, palette);
+    const bool isDark = palette.color(QPalette::Base).lightness() < darkLightness;
+    palette.setColor(QPalette::Base, isDark ? darkOlive : paleYellow);
+    control.setPalette(palette);
+}
+
+void restoreNormalColour(QWidget& control) {
+    const QVariant normal = control.property(normalPaletteProperty);
+    if (!normal.isValid())
+        return;
+    control.setPalette(normal.value<QPalette>());
+    control.setProperty(normalPaletteProperty, QVariant());
+}
+
+} // namespace
+
+void colourByPalette(QWidget& control, bool focused) {
+    if (focused)
+        takeFocusColour(control);
+    else
+        restoreNormalColour(control);
+}
+
+void setFocusColouring(FocusColouring function) {
+    colouring() = function ? std::move(function) : colourByPalette;
+}
+
+} // namespace ambrel
+
+void TomaFocoControl(QWidget* control) {
+    if (control)
+        ambrel::colouring()(*control, true);
+}
+
+void DejaFocoControl(QWidget* control) {
+    if (control)
+        ambrel::colouring()(*control, false);
+}

@@ -1,0 +1,25 @@
+// Focus colouring: the control that has the focus stands out.
+#pragma once
+
+#include <functional>
+
+class QWidget;
+
+/// Gives a control the focus colour.
+void TomaFocoControl(QWidget* control);
+
+/// Gives a control the colours back that it had before TomaFocoControl; nothing for one that has them.
+void DejaFocoControl(QWidget* control);
+
+namespace ambrel {
+
+/// Colours a control as focused or as normal.
+using FocusColouring = std::function<void(QWidget& control, bool focused)>;
+
+/// Background behind the text: pale yellow, or dark olive where the control's colours are dark.
+void colourByPalette(QWidget& control, bool focused);
+
+/// Puts a host's own colouring in place; an empty one brings colourByPalette back.
+void setFocusColouring(FocusColouring colouring);
+
+} // namespace ambrel

@@ -1,0 +1,29 @@
+// The integer Tag of a host's edit boxes and of dialogs: a dynamic property, so that a form made in Designer
+// needs no special class. 0 on an object that never had one.
+#pragma once
+
+#include <QObject>
+#include <functional>
+
+namespace ambrel {
+
+inline constexpr const char* tagProperty = "Tag";
+
+[[nodiscard]] int tagOf(const QObject& object);
+void setTag(QObject& object, int tag);
+
+/// Tells when an object's Tag gets another value, whoever sets it. Lives until it is deleted or its object,
+/// which owns it.
+class TagWatch : public QObject {
+public:
+    using Handler = std::function<void(int tag)>;
+
+    TagWatch(QObject& object, Handler handler);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    Handler handler_;
+};
+
+} // namespace ambrel

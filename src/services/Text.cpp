@@ -1,0 +1,67 @@
+// Windows-1252 and QString.
+#include "services/Text.h"
+
+#include <array>
+#include <utility>
+
+#include "dbase/codepage.h"
+
+namespace ambrel {
+namespace {
+
+const dbase::CodePage& page() { return dbase::CodePage::windows1252(); }
+
+/// Letters whose stroke is part of them, so that they have no form without it.
+char32_t withoutStroke(char32_t letter) {
+    static constexpr std::array<std::pair<char32_t, char32_t>, 5> letters{
+        {{U'Ł', U'L'}, {U'ł', U'l'}, {U'Đ', U'D'}, {U'đ', U'd'}, {U'ı', U'i'}}};
+    for (const auto& [stroked, plain] : letters)
+        if (stroked == letter)
+            return plain;
+    return letter;
+}
+
+void appendNearest(std::string& bytes, char32_t character) {
+    if (const auto byte = page().encode(withoutStroke(character))) {
+        bytes.push_back(static_cast<char>(*byte));
+        return;
+    }
+    const std::size_t before = bytes.size();
+    const QString parts = QString::fromUcs4(&character, 1).normalized(QString::NormalizationForm_KD);
+    for (const QChar part : parts)
+        if (const auto byte = page().encode(part.unicode()); byte && !part.isMark())
+            bytes.push_back(static_cast<char>(*byte));
+    if (bytes.size() == before)
+        bytes.push_back('?');
+}
+
+} // namespace
+
+QString fromWindows1252(std::string_view bytes) {
+    QString text;
+    text.reserve(static_cast<qsizetype>(bytes.size()));
+    for (const char c : bytes)
+        text.append(QChar(static_cast<char16_t>(page().decode(static_cast<unsigned char>(c)))));
+    return text;
+}
+
+std::optional<std::string> toWindows1252(const QString& text) {
+    std::string bytes;
+    bytes.reserve(static_cast<std::size_t>(text.size()));
+    for (const QChar character : text) {
+        const auto byte = page().encode(character.unicode());
+        if (!byte)
+            return std::nullopt;
+        bytes.push_back(static_cast<char>(*byte));
+    }
+    return bytes;
+}
+
+std::string toNearestWindows1252(const QString& text) {
+    std::string bytes;
+    for (const char32_t character : text.normalized(QString::NormalizationForm_C).toStdU32String())
+        appendNearest(bytes, character);
+    return bytes;
+}
+
+} // namespace ambrel

@@ -1,0 +1,58 @@
+// The converter between Windows-1252 and QString.
+#include "services/Text.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using ambrel::fromWindows1252;
+using ambrel::toNearestWindows1252;
+using ambrel::toWindows1252;
+
+TEST(Text, BytesBecomeCharacters) {
+    EXPECT_EQ(fromWindows1252("A CORU\xD1"
+                              "A 5\x80 \x8A"),
+              QString("A CORUÑA 5€ Š"));
+    EXPECT_EQ(fromWindows1252(""), QString());
+}
+
+TEST(Text, CharactersBecomeBytes) {
+    EXPECT_EQ(toWindows1252("CÁDIZ"), "C\xC1"
+                                      "DIZ");
+    EXPECT_EQ(toWindows1252(""), "");
+}
+
+TEST(Text, EveryByteSurvivesTheRoundTrip) {
+    std::string all;
+    for (int byte = 0; byte < 256; ++byte)
+        all.push_back(static_cast<char>(byte));
+    const QString text = fromWindows1252(all);
+    EXPECT_EQ(text.size(), 256);
+    EXPECT_EQ(toWindows1252(text), all);
+    EXPECT_EQ(toNearestWindows1252(text.mid(32, 95)), all.substr(32, 95));
+}
+
+TEST(Text, TextThatWindows1252CannotHoldIsNull) {
+    EXPECT_EQ(toWindows1252("ŁÓDŹ"), std::nullopt);
+    EXPECT_EQ(toWindows1252("PLAZA 😀"), std::nullopt);
+    EXPECT_EQ(toWindows1252(QString("n\u0303")), std::nullopt);
+}
+
+TEST(Text, NearestLetterHasNoMark) {
+    EXPECT_EQ(toNearestWindows1252("ŁÓDŹ, Győr, Đ ı"), "L\xD3"
+                                                       "DZ, Gyor, D i");
+}
+
+TEST(Text, NearestJoinsLetterAndMarkThatWereTypedApart) {
+    EXPECT_EQ(toNearestWindows1252(QString("ESPAN\u0303A")), "ESPA\xD1"
+                                                             "A");
+}
+
+TEST(Text, NearestTakesLigaturesApart) { EXPECT_EQ(toNearestWindows1252(QString("o\uFB01cina")), "oficina"); }
+
+TEST(Text, NearestOfWhatIsNoLetterIsAQuestionMark) {
+    EXPECT_EQ(toNearestWindows1252("😀 Ж 中"), "? ? ?");
+    EXPECT_EQ(toNearestWindows1252(QString(QChar(0xD800))), "?");
+}
+
+} // namespace
