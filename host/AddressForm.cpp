@@ -1,0 +1,63 @@
+#include "host/AddressForm.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+namespace host {
+namespace {
+
+constexpr int gridColumns = 12;
+
+} // namespace
+
+AddressForm::AddressForm(QWidget* parent) : QWidget(parent), grid_(new QGridLayout(this)) {
+    using Kind = ValidationMark::Kind;
+    grid_->setContentsMargins(20, 18, 20, 20);
+    grid_->setHorizontalSpacing(18);
+    grid_->setVerticalSpacing(16);
+    for (int column = 0; column < gridColumns; ++column)
+        grid_->setColumnStretch(column, 1);
+
+    boxes_.name = addBox({"ENombre", tr("&Cliente"), 40, Capitals::No, false, Kind::FreeText}, {0, 0, 12});
+    boxes_.municipality =
+        addBox({"EMunicipio", tr("&Municipio"), 53, Capitals::Yes, true, Kind::Checked}, {1, 0, 7});
+    boxes_.province =
+        addBox({"EProvincia", tr("&Provincia"), 21, Capitals::No, true, Kind::Checked}, {1, 7, 5});
+    boxes_.streetType =
+        addBox({"ETipoVia", tr("&Tipo de vía"), 3, Capitals::No, true, Kind::Checked}, {2, 0, 3});
+    boxes_.street = addBox({"EVia", tr("&Vía"), 45, Capitals::Yes, true, Kind::Checked}, {2, 3, 9});
+    boxes_.number = addBox({"ENumero", tr("Núme&ro"), 6, Capitals::No, true, Kind::Checked}, {3, 0, 3});
+    boxes_.floor = addBox({"EPiso", tr("P&iso"), 10, Capitals::No, true, Kind::FreeText}, {3, 3, 4});
+    boxes_.postalCode =
+        addBox({"ECodPostal", tr("Código p&ostal"), 5, Capitals::No, true, Kind::Checked}, {3, 7, 5});
+    grid_->setRowStretch(4, 1);
+}
+
+QLineEdit* AddressForm::addBox(const BoxSpec& spec, const Place& place) {
+    auto* box = new QLineEdit(this);
+    box->setObjectName(QLatin1String(spec.objectName));
+    auto* label = new QLabel(spec.label, this);
+    label->setBuddy(box);
+    box->setAccessibleName(QString(spec.label).remove(QLatin1Char('&')));
+    new TypingRules(box, spec.length, spec.capitals);
+
+    auto* line = new QHBoxLayout;
+    line->setSpacing(6);
+    line->addWidget(box, 1);
+    if (spec.hasMark) {
+        auto* mark = new ValidationMark(box, spec.kind, this);
+        mark->setObjectName(QStringLiteral("Marca") + QLatin1String(spec.objectName + 1));
+        line->addWidget(mark);
+    }
+    auto* cell = new QVBoxLayout;
+    cell->setSpacing(4);
+    cell->addWidget(label);
+    cell->addLayout(line);
+    grid_->addLayout(cell, place.row, place.column, 1, place.columns);
+    return box;
+}
+
+} // namespace host

@@ -1,0 +1,54 @@
+// A customer's address on the screen: the boxes, their labels and their validation marks.
+#pragma once
+
+#include <QWidget>
+
+#include "host/TypingRules.h"
+#include "host/ValidationMark.h"
+
+class QGridLayout;
+class QLineEdit;
+
+namespace host {
+
+/// The boxes of the form, in the order of the Tab key.
+struct AddressBoxes {
+    QLineEdit* name = nullptr;
+    QLineEdit* municipality = nullptr;
+    QLineEdit* province = nullptr;
+    QLineEdit* streetType = nullptr;
+    QLineEdit* street = nullptr;
+    QLineEdit* number = nullptr;
+    QLineEdit* floor = nullptr;
+    QLineEdit* postalCode = nullptr;
+};
+
+/// Lays the boxes out; knows neither tables nor what validates them. A box's Tag says whether its text is
+/// validated.
+class AddressForm : public QWidget {
+    Q_OBJECT
+public:
+    explicit AddressForm(QWidget* parent = nullptr);
+
+    [[nodiscard]] const AddressBoxes& boxes() const { return boxes_; }
+
+private:
+    struct Place {
+        int row, column, columns;
+    };
+    struct BoxSpec {
+        const char* objectName;
+        QString label; // with its mnemonic
+        int length;    // characters that may be typed
+        Capitals capitals;
+        bool hasMark;
+        ValidationMark::Kind kind;
+    };
+
+    QLineEdit* addBox(const BoxSpec& spec, const Place& place);
+
+    QGridLayout* grid_;
+    AddressBoxes boxes_;
+};
+
+} // namespace host

@@ -1,0 +1,248 @@
+#include "host/AddressValidation.h"
+
+#include <QLineEdit>
+
+#include "controller/NumberRange.h"
+#include "host/HostTable.h"
+#include "host/RecordBinding.h"
+#include "package/AmbCodPostales.h"
+#include "services/EventGuard.h"
+#include "services/FocusEvents.h"
+#include "services/KeyUpEvents.h"
+#include "services/Rnumcad.h"
+#include "services/Rvarias.h"
+#include "services/TagProperty.h"
+#include "services/Text.h"
+
+namespace host {
+namespace {
+
+using ambrel::setTag;
+using ambrel::tagOf;
+
+constexpr bool exact = true;
+constexpr bool nearest = false;
+constexpr bool mayAsk = true;
+constexpr int validated = 1; // Tag of a box whose text has no code of its own
+
+/// Handed to the controller for an answer that is wanted: an empty text would stay empty.
+const QString wanted = QStringLiteral(" ");
+
+bool isBlank(const QLineEdit& box) { return box.text().trimmed().isEmpty(); }
+
+std::string bytesOf(const QLineEdit& box) { return ambrel::toNearestWindows1252(box.text().trimmed()); }
+
+/// Keeps the caret, and the row unpended, where the text is the same already.
+void replaceText(QLineEdit& box, const QString& text) {
+    if (box.text() != text)
+        box.setText(text);
+}
+
+} // namespace
+
+AddressValidation::AddressValidation(const AddressBoxes& boxes, HostTable& table, RecordBinding& binding,
+                                     TClassCodPostales& controller, QObject* parent)
+    : QObject(parent), boxes_(boxes), table_(table), binding_(binding), controller_(controller) {
+    watch(boxes_.name, &AddressValidation::leavePlain);
+    watch(boxes_.municipality, &AddressValidation::leaveMunicipality);
+    watch(boxes_.province, &AddressValidation::leavePlain);
+    watch(boxes_.streetType, &AddressValidation::leaveStreetType);
+    watch(boxes_.street, &AddressValidation::leaveStreet);
+    watch(boxes_.number, &AddressValidation::leaveNumber);
+    watch(boxes_.floor, &AddressValidation::leavePlain);
+    watch(boxes_.postalCode, &AddressValidation::leavePlain);
+    ambrel::KeyUpEvents::watch(boxes_.municipality,
+                               [this](std::uint16_t& key, Qt::KeyboardModifiers modifiers) {
+                                   completeMunicipality(key, modifiers);
+                               });
+    ambrel::KeyUpEvents::watch(boxes_.street, [this](std::uint16_t& key, Qt::KeyboardModifiers modifiers) {
+        completeStreet(key, modifiers);
+    });
+    connect(&binding_, &RecordBinding::rowShown, this, ambrel::guarded([this] { settleStoredAddress(); }));
+}
+
+AddressValidation::~AddressValidation() {
+    for (const Watched& watched : watched_)
+        if (watched.box)
+            ambrel::FocusEvents::unwatch(watched.box);
+}
+
+void AddressValidation::watch(QLineEdit* box, Leave leaveBox) {
+    watched_.push_back({box, leaveBox});
+    ambrel::FocusEvents::watch(
+        box, [box] { TomaFocoControl(box); },
+        [this, box, leaveBox] {
+            DejaFocoControl(box);
+            leave(leaveBox);
+        });
+    // What the user changes is no validated text until a handler says so again.
+    connect(box, &QLineEdit::textEdited, this, [box] { setTag(*box, 0); });
+}
+
+void AddressValidation::leave(Leave leaveBox) {
+    ambrel::runGuarded([&] {
+        (this->*leaveBox)();
+        markWhatFollows();
+        binding_.endUnchangedEdit();
+    });
+}
+
+void AddressValidation::settleFocusedBox() {
+    for (const Watched& watched : watched_)
+        if (watched.box->hasFocus())
+            leave(watched.leave);
+}
+
+void AddressValidation::completeMunicipality(std::uint16_t& key, Qt::KeyboardModifiers modifiers) {
+    controller_.OrdenaPorNombreMunicipi();
+    controller_.KeyUpMunicipi(boxes_.municipality, key, modifiers);
+}
+
+void AddressValidation::completeStreet(std::uint16_t& key, Qt::KeyboardModifiers modifiers) {
+    if (tagOf(*boxes_.municipality) == 0)
+        return;
+    controller_.OrdenaPorViaPostal();
+    controller_.KeyUpDireccionPostal(boxes_.street, key, modifiers, boxes_.streetType->text());
+}
+
+void AddressValidation::leaveMunicipality() {
+    QString province = wanted;
+    QString postalCode = wanted;
+    controller_.ExitMunicipi(boxes_.municipality, province, postalCode, mayAsk);
+    if (province != wanted)
+        replaceText(*boxes_.province, province);
+    if (postalCode != wanted)
+        replaceText(*boxes_.postalCode, postalCode);
+    if (const int code = tagOf(*boxes_.municipality); code != settledMunicipality_) {
+        settledMunicipality_ = code;
+        findStreetAgain();
+    }
+}
+
+void AddressValidation::leaveStreetType() {
+    if (boxes_.streetType->text() == settledStreetType_)
+        return;
+    settledStreetType_ = boxes_.streetType->text();
+    findStreetAgain();
+}
+
+void AddressValidation::findStreetAgain() {
+    setTag(*boxes_.street, 0);
+    if (tagOf(*boxes_.municipality) != 0 && !isBlank(*boxes_.street)) {
+        controller_.OrdenaPorViaPostal();
+        controller_.BuscaEnPostal(boxes_.street->text(), boxes_.streetType->text(), nearest);
+        if (isAtStreet())
+            setTag(*boxes_.street, controller_.DM->tbPostalCODIGO1.integer());
+    }
+    leaveStreet();
+}
+
+void AddressValidation::leaveStreet() {
+    if (tagOf(*boxes_.municipality) == 0)
+        setTag(*boxes_.street, 0);
+    if (tagOf(*boxes_.street) != 0 && !binding_.beginEdit())
+        return;
+    controller_.ExitDireccionPostal(boxes_.street, &table_.postalCode, nullptr, mayAsk,
+                                    boxes_.postalCode->text(), boxes_.streetType->text());
+    // A number that is there already says more about the postal code than the street does.
+    leaveNumber();
+}
+
+void AddressValidation::leaveNumber() {
+    setTag(*boxes_.number, 0);
+    if (tagOf(*boxes_.street) == 0 || isBlank(*boxes_.number))
+        return;
+    controller_.OrdenaPorViaPostal();
+    controller_.BuscaEnPostal(boxes_.street->text(), boxes_.streetType->text(), nearest);
+    if (!isAtStreet() || !binding_.beginEdit())
+        return;
+    controller_.ExitNumeroPostal(boxes_.number, &table_.postalCode);
+    markNumber();
+}
+
+void AddressValidation::settleStoredAddress() {
+    for (const Watched& watched : watched_)
+        setTag(*watched.box, 0);
+    if (goToStoredMunicipality()) {
+        auto& municipalities = controller_.DM->tbMunicipi;
+        const QString code = ambrel::fromWindows1252(controller_.DM->tbMunicipiCOD_INE.text());
+        const dbase::Bookmark municipality = municipalities.bookmark();
+        setTag(*boxes_.municipality, controller_.DM->tbMunicipiCOD_INE.integer());
+        controller_.OrdenaPorViaPostal();
+        controller_.SituaPrimerViaMunicipio(code, boxes_.street->text(), boxes_.streetType->text());
+        // The search by code may have ended at another of the municipality's records.
+        municipalities.goTo(municipality);
+        if (!isBlank(*boxes_.street) && isAtStreet())
+            setTag(*boxes_.street, controller_.DM->tbPostalCODIGO1.integer());
+        if (tagOf(*boxes_.street) != 0 && !isBlank(*boxes_.number)) {
+            controller_.ExitNumeroPostal(boxes_.number, nullptr);
+            markNumber();
+        }
+    }
+    settledMunicipality_ = tagOf(*boxes_.municipality);
+    settledStreetType_ = boxes_.streetType->text();
+    markWhatFollows();
+}
+
+bool AddressValidation::goToStoredMunicipality() {
+    if (isBlank(*boxes_.municipality))
+        return false;
+    controller_.OrdenaPorNombreMunicipi();
+    if (!controller_.BuscaPorNombreMunicipi(boxes_.municipality->text().trimmed(), exact))
+        return false;
+    // Municipalities share names; the stored postal code tells them apart, at least by its province.
+    TDMCodPostales& tables = *controller_.DM;
+    const std::string name = tables.tbMunicipiNOMBRE.text();
+    const std::string stored = bytesOf(*boxes_.postalCode);
+    const auto likeness = [&] {
+        const std::string code = tables.tbMunicipiCODPOSTAL.text();
+        return code == stored ? 2 : StrLeft(code, 2) == StrLeft(stored, 2) ? 1 : 0;
+    };
+    dbase::Bookmark best = tables.tbMunicipi.bookmark();
+    int bestLikeness = likeness();
+    while (bestLikeness < 2 && tables.tbMunicipi.next() && tables.tbMunicipiNOMBRE.text() == name) {
+        if (const int here = likeness(); here > bestLikeness) {
+            bestLikeness = here;
+            best = tables.tbMunicipi.bookmark();
+        }
+    }
+    tables.tbMunicipi.goTo(best);
+    return true;
+}
+
+bool AddressValidation::isAtStreet() const {
+    return !controller_.DM->tbPostal.isEmpty() &&
+           controller_.DM->tbPostalVIA.text() == bytesOf(*boxes_.street);
+}
+
+bool AddressValidation::isAtNumber() const {
+    const TDMCodPostales& tables = *controller_.DM;
+    const ambrel::StretchRanges ranges{
+        .odd = {tables.tbPostalIMPAR_INI.integer(), tables.tbPostalIMPAR_FIN.integer()},
+        .even = {tables.tbPostalPAR_INI.integer(), tables.tbPostalPAR_FIN.integer()}};
+    return isAtStreet() && ranges.hold(Cad_Int(bytesOf(*boxes_.number)));
+}
+
+void AddressValidation::markNumber() { setTag(*boxes_.number, isAtNumber() ? validated : 0); }
+
+/// The boxes that the controller has no Tag for: they are validated while they say what the validated ones
+/// imply.
+void AddressValidation::markWhatFollows() {
+    const TDMCodPostales& tables = *controller_.DM;
+    const bool municipality = tagOf(*boxes_.municipality) != 0;
+    const bool street = municipality && tagOf(*boxes_.street) != 0 && isAtStreet();
+    const std::string postalCode = bytesOf(*boxes_.postalCode);
+
+    const QString province =
+        municipality ? LocalizaProvincia(ambrel::fromWindows1252(tables.tbMunicipiCODPOSTAL.text()))
+                     : QString();
+    setTag(*boxes_.province, municipality && boxes_.province->text() == province ? validated : 0);
+    setTag(*boxes_.streetType,
+           street && tables.tbPostalTIPO_VIA.text() == bytesOf(*boxes_.streetType) ? validated : 0);
+    const bool codeOfMunicipality = municipality && tables.tbMunicipiUNICO.text() == "S" &&
+                                    tables.tbMunicipiCODPOSTAL.text() == postalCode;
+    const bool codeOfStreet = street && tables.tbPostalCODPOSTAL.text() == postalCode;
+    setTag(*boxes_.postalCode, codeOfMunicipality || codeOfStreet ? validated : 0);
+}
+
+} // namespace host

@@ -1,0 +1,75 @@
+#include "host/DataFolder.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QStandardPaths>
+#include <stdexcept>
+
+#include "dbase/databases.h"
+#include "dbase/error.h"
+#include "host/HostTable.h"
+#include "services/Confamb.h"
+#include "services/Pantalla.h"
+
+namespace host {
+namespace {
+
+constexpr const char* packageDatabase = "DB";
+
+[[noreturn]] void refuse(const QString& text) { throw std::runtime_error(text.toStdString()); }
+
+/// The folder that the configuration names; empty when it names none.
+QString configuredFolder() {
+    try {
+        return QString::fromStdString(Config.DatabasePath(packageDatabase));
+    } catch (const dbase::Error& error) {
+        if (error.code() != dbase::ErrorCode::NotFound)
+            throw;
+        return {};
+    }
+}
+
+/// Creates the tables in a folder beside the final one, which appears only when they are complete.
+void createUserTables(const QString& folder, const SampleCreator& createSample) {
+    const auto progress = MuestraMensaje(QStringLiteral("Creando las tablas de muestra…"));
+    QDir unfinished(QStringLiteral("%1.%2").arg(folder).arg(QCoreApplication::applicationPid()));
+    if (!unfinished.mkpath(QStringLiteral(".")))
+        refuse(QStringLiteral("No se puede crear la carpeta «%1».").arg(unfinished.path()));
+    try {
+        createSample(unfinished.path().toStdString());
+        createHostTable(unfinished.path().toStdString(), FirstRows::Sample);
+    } catch (...) {
+        // Half a set of tables is of no use to anybody; the fault itself goes on to the user.
+        unfinished.removeRecursively();
+        CierraMensaje(progress);
+        throw;
+    }
+    CierraMensaje(progress);
+    if (QDir().rename(unfinished.path(), folder))
+        return;
+    unfinished.removeRecursively();
+    // Another one, started at the same moment, may have been first.
+    if (!QDir(folder).exists())
+        refuse(QStringLiteral("No se puede crear la carpeta «%1».").arg(folder));
+}
+
+} // namespace
+
+QString userDataFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/datos");
+}
+
+void chooseFolder(const QString& given, const SampleCreator& createSample) {
+    QString folder = given.isEmpty() ? configuredFolder() : QDir(given).absolutePath();
+    if (folder.isEmpty()) {
+        folder = userDataFolder();
+        if (!QDir(folder).exists())
+            createUserTables(folder, createSample);
+    }
+    Config.setDatabase(hostDatabase, folder.toStdString());
+    if (!dbase::findTableFile(folder.toStdString(), "MUNICIPI"))
+        refuse(QStringLiteral("En la carpeta «%1» no está la tabla MUNICIPI.").arg(folder));
+    createHostTable(folder.toStdString(), FirstRows::None);
+}
+
+} // namespace host

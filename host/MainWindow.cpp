@@ -1,0 +1,198 @@
+#include "host/MainWindow.h"
+
+#include <QCloseEvent>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include "host/AddressForm.h"
+#include "host/AddressValidation.h"
+#include "host/HostTable.h"
+#include "host/RecordBinding.h"
+#include "package/AmbCodPostales.h"
+#include "services/EventGuard.h"
+#include "services/Mensaje.h"
+
+namespace host {
+namespace {
+
+void bindBoxes(RecordBinding& binding, const AddressBoxes& boxes, HostTable& table) {
+    binding.bind(boxes.name, table.name);
+    binding.bind(boxes.municipality, table.municipality);
+    binding.bind(boxes.province, table.province);
+    binding.bind(boxes.streetType, table.streetType);
+    binding.bind(boxes.street, table.street);
+    binding.bind(boxes.number, table.number);
+    binding.bind(boxes.floor, table.floor);
+    binding.bind(boxes.postalCode, table.postalCode);
+}
+
+} // namespace
+
+MainWindow::MainWindow(const QString& database, QWidget* parent)
+    : QMainWindow(parent), table_(std::make_unique<HostTable>(database.toStdString())),
+      controller_(std::make_unique<TClassCodPostales>(this)), form_(new AddressForm(this)),
+      binding_(new RecordBinding(table_->data, this)),
+      validation_(new AddressValidation(form_->boxes(), *table_, *binding_, *controller_, this)) {
+    setObjectName(QStringLiteral("FClientes"));
+    setWindowTitle(tr("Ambrel — Clientes"));
+    controller_->Padre = this;
+    layOut();
+    bindBoxes(*binding_, form_->boxes(), *table_);
+    connect(binding_, &RecordBinding::changed, this, [this] { showState(); });
+    table_->data.open();
+    binding_->showRow();
+    form_->boxes().name->setFocus();
+}
+
+MainWindow::~MainWindow() {
+    // The handlers at work in the form need table and controller, which go before the widgets do.
+    delete validation_;
+    delete binding_;
+}
+
+void MainWindow::layOut() {
+    auto* page = new QWidget(this);
+    auto* column = new QVBoxLayout(page);
+    column->setContentsMargins(24, 20, 24, 16);
+    column->setSpacing(16);
+    auto* card = new QFrame(page);
+    card->setObjectName(QStringLiteral("MarcoFicha"));
+    auto* inside = new QVBoxLayout(card);
+    inside->setContentsMargins(0, 0, 0, 0);
+    inside->addWidget(form_);
+    column->addWidget(header());
+    column->addWidget(card, 1);
+    column->addWidget(commands());
+    message_ = new QLabel(page);
+    message_->setObjectName(QStringLiteral("LMensaje"));
+    column->addWidget(message_);
+    setCentralWidget(page);
+    resize(sizeHint().expandedTo({720, 0}));
+}
+
+QWidget* MainWindow::header() {
+    auto* bar = new QWidget(this);
+    auto* line = new QHBoxLayout(bar);
+    line->setContentsMargins(0, 0, 0, 0);
+    auto* title = new QLabel(tr("Ficha de cliente"), bar);
+    title->setObjectName(QStringLiteral("LTitulo"));
+    state_ = new QLabel(bar);
+    state_->setObjectName(QStringLiteral("LEstado"));
+    line->addWidget(title);
+    line->addStretch();
+    line->addWidget(state_);
+    return bar;
+}
+
+QWidget* MainWindow::commands() {
+    auto* bar = new QWidget(this);
+    auto* line = new QHBoxLayout(bar);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(8);
+    line->addWidget(
+        command("BBAnterior", tr("&Anterior"), QStringLiteral("PgUp"), &MainWindow::goToPrevious));
+    line->addWidget(
+        command("BBSiguiente", tr("&Siguiente"), QStringLiteral("PgDown"), &MainWindow::goToNext));
+    line->addStretch();
+    line->addWidget(command("BBNuevo", tr("N&uevo"), QStringLiteral("Ctrl+N"), &MainWindow::startNew));
+    undo_ = command("BBDeshacer", tr("&Deshacer"), QStringLiteral("Ctrl+D"), &MainWindow::undo);
+    line->addWidget(undo_);
+    line->addWidget(command("BBGuardar", tr("&Guardar"), QStringLiteral("Ctrl+S"), &MainWindow::save));
+    return bar;
+}
+
+QPushButton* MainWindow::command(const char* objectName, const QString& text, const QString& shortcut,
+                                 void (MainWindow::*action)()) {
+    auto* button = new QPushButton(text, this);
+    button->setObjectName(QLatin1String(objectName));
+    button->setAutoDefault(false);
+    const QKeySequence keys(shortcut, QKeySequence::PortableText);
+    button->setToolTip(keys.toString(QKeySequence::NativeText));
+    const auto act = [this, action] { (this->*action)(); };
+    connect(button, &QPushButton::clicked, this, ambrel::guarded(act));
+    connect(new QShortcut(keys, this), &QShortcut::activated, this, ambrel::guarded(act));
+    return button;
+}
+
+void MainWindow::move(Step step) {
+    if (!mayLeaveRow())
+        return;
+    const bool wasNew = table_->data.state() == dbase::DatasetState::Insert;
+    dropPendingRow();
+    // From a new row the first step leads back to the customer that was shown before it.
+    const bool moved = wasNew || (step == Step::Next ? table_->data.next() : table_->data.prior());
+    binding_->showRow();
+    if (moved)
+        tell({});
+    else
+        tell(step == Step::Next ? tr("Es el último cliente.") : tr("Es el primer cliente."));
+}
+
+void MainWindow::startNew() {
+    if (!mayLeaveRow())
+        return;
+    dropPendingRow();
+    binding_->beginNew();
+    form_->boxes().name->setFocus();
+    tell(tr("Escriba los datos del cliente nuevo."));
+}
+
+void MainWindow::save() {
+    validation_->settleFocusedBox();
+    if (!binding_->hasChanges()) {
+        tell(tr("No hay cambios que guardar."));
+        return;
+    }
+    table_->data.post();
+    binding_->showRow();
+    tell(tr("Cliente guardado."));
+}
+
+void MainWindow::undo() {
+    dropPendingRow();
+    table_->data.refresh(); // somebody else may have changed the row meanwhile
+    binding_->showRow();
+    tell(tr("Cambios descartados."));
+}
+
+bool MainWindow::mayLeaveRow() {
+    validation_->settleFocusedBox();
+    if (!binding_->hasChanges())
+        return true;
+    return Mensaje_NoSi(tr("¿Desea descartar los cambios?"),
+                        tr("Los datos de este cliente no se han guardado."), tr("Atención")) == answeredYes;
+}
+
+void MainWindow::dropPendingRow() {
+    if (table_->data.state() != dbase::DatasetState::Browse)
+        table_->data.cancel();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    bool may = true;
+    ambrel::runGuarded([&] { may = mayLeaveRow(); });
+    event->setAccepted(may);
+}
+
+void MainWindow::showState() {
+    const bool isNew = table_->data.state() == dbase::DatasetState::Insert;
+    const bool isChanged = binding_->hasChanges();
+    if (isNew)
+        state_->setText(tr("Cliente nuevo"));
+    else if (table_->data.isEmpty())
+        state_->setText(tr("Sin clientes"));
+    else
+        state_->setText(isChanged ? tr("Con cambios sin guardar") : tr("Guardado"));
+    undo_->setEnabled(isChanged || isNew);
+    if (isChanged)
+        tell({}); // what was said last is over
+}
+
+void MainWindow::tell(const QString& text) { message_->setText(text); }
+
+} // namespace host

@@ -1,0 +1,62 @@
+// The demo host's window: one customer with his address, and the commands to go from one to the next.
+#pragma once
+
+#include <QMainWindow>
+#include <QString>
+#include <memory>
+
+class QLabel;
+class QPushButton;
+class TClassCodPostales;
+
+namespace host {
+
+class AddressForm;
+class AddressValidation;
+class RecordBinding;
+struct HostTable;
+
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    /// Opens the customers of a database. Errors: dbase::Error for tables that cannot be opened.
+    explicit MainWindow(const QString& database, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    enum class Step { Previous, Next };
+
+    void layOut();
+    QWidget* header();
+    QWidget* commands();
+    QPushButton* command(const char* objectName, const QString& text, const QString& shortcut,
+                         void (MainWindow::*action)());
+
+    void goToPrevious() { move(Step::Previous); }
+    void goToNext() { move(Step::Next); }
+    void move(Step step);
+    void startNew();
+    void save();
+    void undo();
+
+    /// Settles the box being typed in; false when there are changes that the user wants to keep.
+    [[nodiscard]] bool mayLeaveRow();
+    void dropPendingRow();
+    void showState();
+    /// Says below the form what a command came to.
+    void tell(const QString& text);
+
+    std::unique_ptr<HostTable> table_;
+    std::unique_ptr<TClassCodPostales> controller_;
+    AddressForm* form_;
+    RecordBinding* binding_;
+    AddressValidation* validation_;
+    QLabel* state_ = nullptr;
+    QLabel* message_ = nullptr;
+    QPushButton* undo_ = nullptr;
+};
+
+} // namespace host

@@ -1,0 +1,48 @@
+#include "host/Style.h"
+
+#include <QApplication>
+#include <QPalette>
+
+namespace host {
+namespace {
+
+constexpr QColor windowColour(0xf3, 0xf5, 0xf8);
+constexpr QColor textColour(0x1f, 0x29, 0x37);
+constexpr QColor borderColour(0xd3, 0xd9, 0xe2);
+constexpr QColor accentColour(0x1d, 0x5f, 0xa8);
+constexpr int darkLightness = 128; // of 255
+
+// Only containers and labels: edit boxes keep to the palette, which the focus colouring changes.
+constexpr const char* rules = R"(
+#MarcoFicha { background: palette(base); border: 1px solid palette(midlight); border-radius: 8px; }
+#LTitulo { font-size: 15pt; font-weight: 600; }
+#LEstado { padding: 3px 10px; border-radius: 9px; border: 1px solid palette(midlight); background: palette(base); }
+QPushButton { min-width: 5.5em; padding: 5px 10px; }
+QLineEdit { padding: 3px 4px; }
+)";
+
+QPalette lightPalette() {
+    QPalette palette(windowColour);
+    palette.setColor(QPalette::Window, windowColour);
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::Button, QColor(0xe9, 0xed, 0xf3));
+    palette.setColor(QPalette::Midlight, borderColour);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Active, role, textColour);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Inactive, role, textColour);
+    palette.setColor(QPalette::Highlight, accentColour);
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    return palette;
+}
+
+} // namespace
+
+void applyStyle(QApplication& application) {
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    if (QApplication::palette().color(QPalette::Window).lightness() >= darkLightness)
+        QApplication::setPalette(lightPalette());
+    application.setStyleSheet(QLatin1String(rules));
+}
+
+} // namespace host

@@ -1,0 +1,80 @@
+#include "host/TypingRules.h"
+
+#include <QCoreApplication>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QScopedValueRollback>
+#include <algorithm>
+
+namespace host {
+namespace {
+
+/// Whether a key press puts its text into a box, rather than being a command.
+bool typesText(const QKeyEvent& event) {
+    if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
+        return false;
+    return !event.text().isEmpty() && event.text().front().isPrint();
+}
+
+} // namespace
+
+TypingRules::TypingRules(QLineEdit* box, int maximalLength, Capitals capitals)
+    : QObject(box), box_(box), maximalLength_(maximalLength), capitals_(capitals) {
+    box->installEventFilter(this);
+}
+
+bool TypingRules::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == box_ && !passing_) {
+        if (event->type() == QEvent::KeyPress)
+            return filterKey(*static_cast<QKeyEvent*>(event));
+        if (event->type() == QEvent::InputMethod)
+            return filterInput(*static_cast<QInputMethodEvent*>(event));
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+bool TypingRules::hasRoomFor(const QString& typed) const {
+    const auto kept = box_->text().size() - box_->selectedText().size();
+    return kept + typed.size() <= maximalLength_;
+}
+
+QString TypingRules::withCapitals(const QString& typed) const {
+    QString text = typed;
+    // Letter by letter: a capital that needs two letters (ß) would shift what follows.
+    if (capitals_ == Capitals::Yes)
+        std::ranges::transform(text, text.begin(), [](QChar letter) { return letter.toUpper(); });
+    return text;
+}
+
+bool TypingRules::filterKey(const QKeyEvent& event) {
+    if (!typesText(event))
+        return false;
+    if (!hasRoomFor(event.text()))
+        return true;
+    const QString text = withCapitals(event.text());
+    if (text == event.text())
+        return false;
+    QKeyEvent capital(event.type(), event.key(), event.modifiers(), text, event.isAutoRepeat(),
+                      static_cast<quint16>(event.count()));
+    const QScopedValueRollback passing(passing_, true);
+    QCoreApplication::sendEvent(box_, &capital);
+    return true;
+}
+
+bool TypingRules::filterInput(const QInputMethodEvent& event) {
+    if (event.commitString().isEmpty())
+        return false;
+    const QString text = withCapitals(event.commitString());
+    const bool fits = hasRoomFor(text);
+    if (fits && text == event.commitString())
+        return false;
+    QInputMethodEvent changed(event.preeditString(), event.attributes());
+    if (fits)
+        changed.setCommitString(text, event.replacementStart(), event.replacementLength());
+    const QScopedValueRollback passing(passing_, true);
+    QCoreApplication::sendEvent(box_, &changed);
+    return true;
+}
+
+} // namespace host

@@ -1,0 +1,104 @@
+// The demo host: a customer's address form over the postal-code package.
+#include <QApplication>
+#include <QFile>
+#include <cstdio>
+#include <exception>
+#include <optional>
+
+#include "host/DataFolder.h"
+#include "host/MainWindow.h"
+#include "host/Options.h"
+#include "host/SpanishTexts.h"
+#include "host/Style.h"
+#include "host/script/ScriptRunner.h"
+#include "package/AmbCodPostales.h"
+#include "sample/Sample.h"
+#include "services/Confamb.h"
+#include "services/Mensaje.h"
+
+namespace {
+
+void printLine(std::FILE* stream, const QString& line) {
+    std::fprintf(stream, "%s\n", line.toUtf8().constData());
+    std::fflush(stream);
+}
+
+void printResult(const QString& line) { printLine(stdout, line); }
+
+void printComplaint(const QString& line) { printLine(stderr, QStringLiteral("ambrel: ") + line); }
+
+/// Without a screen only what needs none can be done. False when there is nothing that can.
+bool choosePlatform(int argc, char** argv) {
+    const bool hasScreen =
+        !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    if (hasScreen || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        return true;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return host::needsNoScreen(argc, argv);
+}
+
+void configure(const host::Options& options) {
+    if (!options.iniFile.isEmpty())
+        Config.loadIni(options.iniFile.toStdString());
+    host::chooseFolder(options.folder, [](const std::string& folder) { ambrel::createSample(folder); });
+}
+
+/// Null, the reason told, when the file cannot be read.
+std::optional<host::script::ParsedScript> readScript(const QString& name) {
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly)) {
+        printComplaint(QStringLiteral("no se puede leer el guion «%1»: %2").arg(name, file.errorString()));
+        return std::nullopt;
+    }
+    return host::script::parseScript(QString::fromUtf8(file.readAll()));
+}
+
+int runInteractively(const host::Options& options) {
+    try {
+        configure(options);
+        host::MainWindow window(host::hostDatabase);
+        window.show();
+        return QApplication::exec();
+    } catch (const std::exception& error) {
+        printComplaint(QString::fromUtf8(error.what()));
+        Mensaje_Error(QString::fromUtf8(error.what()), QStringLiteral("Ambrel"));
+        return host::exitCannot;
+    }
+}
+
+int runScript(const host::Options& options) {
+    auto script = readScript(options.scriptFile);
+    if (!script)
+        return host::exitCannot;
+    QApplication::setQuitOnLastWindowClosed(false); // the script ends the program, whatever it closes
+    host::script::ScriptRunner runner(printResult, printComplaint);
+    QObject::connect(&runner, &host::script::ScriptRunner::finished, qApp,
+                     [](int exitCode) { QApplication::exit(exitCode); });
+    try {
+        configure(options);
+        host::MainWindow window(host::hostDatabase);
+        window.show();
+        runner.start(&window, std::move(*script), options.scriptFile);
+        return runner.exitCode() ? *runner.exitCode() : QApplication::exec();
+    } catch (const std::exception& error) {
+        printComplaint(QString::fromUtf8(error.what()));
+        return host::exitCannot;
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (!choosePlatform(argc, argv)) {
+        printComplaint(
+            QStringLiteral("no hay ninguna pantalla; sin ella solo se ejecutan guiones (--guion)."));
+        return host::exitCannot;
+    }
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("ambrel"));
+    QApplication::setApplicationVersion(QStringLiteral(AMBREL_VERSION));
+    host::SpanishTexts::install();
+    host::applyStyle(application);
+    const host::Options options = host::readOptions(application);
+    return options.scriptFile.isEmpty() ? runInteractively(options) : runScript(options);
+}

@@ -1,0 +1,203 @@
+#include "host/script/Input.h"
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTest>
+#include <variant>
+
+namespace host::script {
+namespace {
+
+QString notFound(const QString& name) { return QStringLiteral("no hay ningún objeto «%1»").arg(name); }
+
+/// The widget of that name, or why nothing can be done with it.
+std::variant<QWidget*, QString> reachable(const ObjectLookup& lookup, const QString& name) {
+    QObject* object = lookup.find(name);
+    if (!object)
+        return notFound(name);
+    auto* widget = qobject_cast<QWidget*>(object);
+    if (!widget)
+        return QStringLiteral("«%1» no es un control").arg(name);
+    if (const QString reason = reasonNotReachable(*widget); !reason.isEmpty())
+        return reason;
+    return widget;
+}
+
+/// The widget that a key for another one goes to: a window hands it to its focused control.
+QWidget* keyReceiver(QWidget* widget) {
+    QWidget* focused = widget->window()->focusWidget();
+    if (focused && focused != widget && widget->isAncestorOf(focused))
+        return focused;
+    return widget;
+}
+
+/// Open lists and menus take the keyboard from everybody else.
+QWidget* popupReceiver() {
+    QWidget* popup = QApplication::activePopupWidget();
+    if (!popup)
+        return nullptr;
+    return popup->focusWidget() ? popup->focusWidget() : popup;
+}
+
+bool isReadOnly(const QWidget& widget) {
+    const auto* edit = qobject_cast<const QLineEdit*>(&widget);
+    return edit && edit->isReadOnly();
+}
+
+/// A release goes to whoever has the focus by then, as from a keyboard.
+Outcome release(const KeyStroke& key, const QPointer<QWidget>& pressed) {
+    QWidget* receiver = popupReceiver();
+    if (!receiver)
+        receiver = QApplication::focusWidget();
+    if (!receiver)
+        receiver = pressed;
+    if (receiver)
+        QTest::sendKeyEvent(QTest::Release, receiver, key.key, key.text, key.modifiers);
+    return Outcome::done();
+}
+
+/// Where the user points at in a grid; null when no row is current.
+std::optional<QPoint> currentRowPoint(const QAbstractItemView& view) {
+    const QModelIndex current = view.currentIndex();
+    if (!current.isValid())
+        return std::nullopt;
+    return view.visualRect(current).intersected(view.viewport()->rect()).center();
+}
+
+Outcome clickAt(QWidget* widget, QPoint point, bool twice) {
+    if (twice)
+        QTest::mouseDClick(widget, Qt::LeftButton, {}, point);
+    else
+        QTest::mouseClick(widget, Qt::LeftButton, {}, point);
+    return Outcome::done();
+}
+
+Outcome takeItem(QComboBox& combo, const QString& item) {
+    const int index = combo.findText(item);
+    if (index < 0)
+        return Outcome::failed(QStringLiteral("«%1» no tiene «%2»").arg(combo.objectName(), item));
+    combo.showPopup();
+    QAbstractItemView* list = combo.view();
+    list->setCurrentIndex(combo.model()->index(index, combo.modelColumn(), combo.rootModelIndex()));
+    QTest::keyClick(list, Qt::Key_Return);
+    return Outcome::done();
+}
+
+} // namespace
+
+Action Input::focus(const QString& name) const {
+    return [this, name] {
+        const auto found = reachable(lookup_, name);
+        if (const auto* reason = std::get_if<QString>(&found))
+            return Outcome::failed(*reason);
+        QWidget* widget = std::get<QWidget*>(found);
+        if (popupReceiver())
+            return Outcome::done();
+        if (!widget->isActiveWindow()) {
+            widget->activateWindow();
+            if (!widget->isActiveWindow())
+                return Outcome::notYet(QStringLiteral("la ventana de «%1» no se activa").arg(name));
+        }
+        QWidget* receiver = keyReceiver(widget);
+        if (!receiver->hasFocus() && receiver->focusPolicy() != Qt::NoFocus)
+            receiver->setFocus(Qt::OtherFocusReason);
+        return Outcome::done();
+    };
+}
+
+Action Input::press(const QString& name, const KeyStroke& key) const {
+    return [this, name, key] {
+        if (QWidget* popup = popupReceiver()) {
+            QTest::sendKeyEvent(QTest::Press, popup, key.key, key.text, key.modifiers);
+            return Outcome::done();
+        }
+        const auto found = reachable(lookup_, name);
+        if (const auto* reason = std::get_if<QString>(&found))
+            return Outcome::failed(*reason);
+        QTest::sendKeyEvent(QTest::Press, keyReceiver(std::get<QWidget*>(found)), key.key, key.text,
+                            key.modifiers);
+        return Outcome::done();
+    };
+}
+
+Actions Input::strokes(const QString& name, const std::vector<KeyStroke>& keys) const {
+    Actions actions{focus(name)};
+    for (const KeyStroke& key : keys) {
+        actions.push_back(press(name, key));
+        actions.push_back(
+            [this, name, key] { return release(key, qobject_cast<QWidget*>(lookup_.find(name))); });
+    }
+    return actions;
+}
+
+Action Input::mustTakeText(const QString& name) const {
+    return [this, name] {
+        const auto* widget = qobject_cast<QWidget*>(lookup_.find(name));
+        return widget && isReadOnly(*widget)
+                   ? Outcome::failed(QStringLiteral("en «%1» no se puede escribir").arg(name))
+                   : Outcome::done();
+    };
+}
+
+Actions Input::type(const QString& name, const QString& text) const {
+    std::vector<KeyStroke> keys;
+    for (const QChar character : text)
+        keys.push_back(strokeOf(character));
+    Actions actions = strokes(name, keys);
+    actions.insert(actions.begin(), mustTakeText(name));
+    return actions;
+}
+
+Actions Input::clear(const QString& name) const {
+    // These keys have no meaning for completion, which Ctrl+A, being a letter, has.
+    Actions actions =
+        strokes(name, {*keyStroke(QStringLiteral("Home")), *keyStroke(QStringLiteral("Shift+End")),
+                       *keyStroke(QStringLiteral("Delete"))});
+    actions.insert(actions.begin(), mustTakeText(name));
+    return actions;
+}
+
+Actions Input::key(const QString& name, const KeyStroke& key) const { return strokes(name, {key}); }
+
+Action Input::clickAction(const QString& name, bool twice) const {
+    return [this, name, twice] {
+        if (auto* action = qobject_cast<QAction*>(lookup_.find(name))) {
+            if (!action->isEnabled())
+                return Outcome::failed(QStringLiteral("«%1» está inactivo").arg(name));
+            action->trigger();
+            return Outcome::done();
+        }
+        const auto found = reachable(lookup_, name);
+        if (const auto* reason = std::get_if<QString>(&found))
+            return Outcome::failed(*reason);
+        QWidget* widget = std::get<QWidget*>(found);
+        if (const auto* view = qobject_cast<QAbstractItemView*>(widget)) {
+            const auto point = currentRowPoint(*view);
+            if (!point)
+                return Outcome::failed(QStringLiteral("«%1» no tiene fila actual").arg(name));
+            return clickAt(view->viewport(), *point, twice);
+        }
+        return clickAt(widget, widget->rect().center(), twice);
+    };
+}
+
+Actions Input::click(const QString& name) const { return {clickAction(name, false)}; }
+
+Actions Input::doubleClick(const QString& name) const { return {clickAction(name, true)}; }
+
+Actions Input::choose(const QString& name, const QString& item) const {
+    return {focus(name), [this, name, item] {
+                const auto found = reachable(lookup_, name);
+                if (const auto* reason = std::get_if<QString>(&found))
+                    return Outcome::failed(*reason);
+                auto* combo = qobject_cast<QComboBox*>(std::get<QWidget*>(found));
+                if (!combo)
+                    return Outcome::failed(QStringLiteral("«%1» no es una lista desplegable").arg(name));
+                return takeItem(*combo, item);
+            }};
+}
+
+} // namespace host::script

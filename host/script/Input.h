@@ -1,0 +1,37 @@
+// What a user does with keyboard and mouse, as the actions of a script. Objects are found anew for each
+// action.
+#pragma once
+
+#include "host/script/KeyNames.h"
+#include "host/script/ObjectLookup.h"
+#include "host/script/Outcome.h"
+
+namespace host::script {
+
+class Input {
+public:
+    explicit Input(const ObjectLookup& lookup) : lookup_(lookup) {}
+
+    /// Types a text where the caret is.
+    [[nodiscard]] Actions type(const QString& object, const QString& text) const;
+    /// Selects all and deletes it.
+    [[nodiscard]] Actions clear(const QString& object) const;
+    [[nodiscard]] Actions key(const QString& object, const KeyStroke& key) const;
+    /// Clicks in the middle, in a grid on the current row.
+    [[nodiscard]] Actions click(const QString& object) const;
+    [[nodiscard]] Actions doubleClick(const QString& object) const;
+    /// Opens a combo and takes an item from its list.
+    [[nodiscard]] Actions choose(const QString& combo, const QString& item) const;
+
+private:
+    /// Focuses the object, if it has not got the focus, then presses and releases each key.
+    [[nodiscard]] Actions strokes(const QString& object, const std::vector<KeyStroke>& keys) const;
+    [[nodiscard]] Action mustTakeText(const QString& object) const;
+    [[nodiscard]] Action focus(const QString& object) const;
+    [[nodiscard]] Action press(const QString& object, const KeyStroke& key) const;
+    [[nodiscard]] Action clickAction(const QString& object, bool twice) const;
+
+    const ObjectLookup& lookup_;
+};
+
+} // namespace host::script

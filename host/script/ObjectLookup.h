@@ -1,0 +1,30 @@
+// Finding what a script names, and the window that the user is in.
+#pragma once
+
+#include <QString>
+
+class QObject;
+class QWidget;
+
+namespace host::script {
+
+class ObjectLookup {
+public:
+    void setMainWindow(QWidget* window) { mainWindow_ = window; }
+
+    /// By objectName in the active modal window, then in the main window; what is visible goes first. Null
+    /// when there is none.
+    [[nodiscard]] QObject* find(const QString& name) const;
+
+    /// The active modal window, else the active window, else the main one, which must have been set.
+    [[nodiscard]] QWidget* activeWindow() const;
+
+private:
+    QWidget* mainWindow_ = nullptr;
+};
+
+/// Why the user cannot reach a widget: it is hidden, disabled, or behind a modal window. Empty when he can.
+/// Spanish.
+[[nodiscard]] QString reasonNotReachable(const QWidget& widget);
+
+} // namespace host::script

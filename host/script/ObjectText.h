@@ -1,0 +1,17 @@
+// What an object shows, as text.
+#pragma once
+
+#include <QString>
+
+class QObject;
+
+namespace host::script {
+
+/// The text of a box, label, button or list; the current row of a grid as CSV, empty when it has none. One
+/// line.
+[[nodiscard]] QString textOf(const QObject& object);
+
+/// Object name, text, Tag, and "activo" or "inactivo", separated by tabs.
+[[nodiscard]] QString describe(const QObject& object);
+
+} // namespace host::script

@@ -1,0 +1,56 @@
+// Test fixture: the host's window over small tables, used with real keys.
+#pragma once
+
+#include <QString>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "data/PostalTables.h"
+#include "host/MainWindow.h"
+
+class QLineEdit;
+
+namespace host_tests {
+
+/// UTF-8.
+struct CustomerRow {
+    std::string name, streetType, street, number, postalCode, municipality, province;
+};
+
+/// MADRID is a capital with several codes; its CL ALCALA has the numbers to 57 in 28014 and the rest in
+/// 28009, its PZ MAYOR and CL MAYOR have different codes. HARO has one code. MIERES is two towns. The
+/// customers' table is empty.
+class FormTest : public postal_tests::PostalTables {
+protected:
+    FormTest();
+    ~FormTest() override;
+
+    void addCustomers(const std::vector<CustomerRow>& rows);
+    /// Opens the window on the first customer.
+    void open();
+    void close() { window_.reset(); }
+
+    [[nodiscard]] QLineEdit* box(const char* name) const;
+    [[nodiscard]] QString text(const char* name) const;
+    [[nodiscard]] int tag(const char* name) const;
+    [[nodiscard]] QString status() const;
+    /// Moves the focus into a box, as the Tab key does.
+    void enter(const char* name);
+    /// Types into the focused box.
+    void type(const QString& text);
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
+    /// Enters a box, replaces its text by typing, and leaves it with the Tab key.
+    void fill(const char* name, const QString& text);
+    void click(const char* button);
+
+    /// A column of a customer as it is stored; "" when there is no such customer.
+    [[nodiscard]] std::string stored(const std::string& customer, const char* column) const;
+
+    [[nodiscard]] host::MainWindow& window() { return *window_; }
+
+private:
+    std::unique_ptr<host::MainWindow> window_;
+};
+
+} // namespace host_tests

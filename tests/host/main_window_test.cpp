@@ -1,0 +1,183 @@
+// Moving between customers, saving and discarding.
+#include <gtest/gtest.h>
+
+#include <QCloseEvent>
+#include <QLabel>
+#include <QTest>
+
+#include "host/FormTest.h"
+#include "host/HostTable.h"
+#include "support/ScriptedMessages.h"
+
+namespace {
+
+using ambrel::MessageAnswer;
+using host_tests::FormTest;
+
+class MainWindowTest : public FormTest {
+protected:
+    void addThree() {
+        addCustomers({{"Berta", "", "", "", "", "HARO", ""},
+                      {"Ana", "", "", "", "", "MADRID", ""},
+                      {"Carlos", "", "", "", "", "", ""}});
+    }
+    static void expectQuestion(ambrel::test::ScriptedMessages& messages, MessageAnswer answer) {
+        messages.expect(QStringLiteral("¿Desea descartar los cambios?"),
+                        QStringLiteral("Los datos de este cliente no se han guardado."),
+                        QStringLiteral("Atención"), answer);
+    }
+};
+
+TEST_F(MainWindowTest, CustomersComeInTheOrderOfTheirNames) {
+    addThree();
+    open();
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Ana"));
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Berta"));
+    EXPECT_EQ(text("EMunicipio"), QStringLiteral("HARO"));
+    click("BBSiguiente");
+    click("BBSiguiente");
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Carlos"));
+    EXPECT_EQ(status(), QStringLiteral("Es el último cliente."));
+    press(Qt::Key_PageUp);
+    click("BBAnterior");
+    click("BBAnterior");
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Ana"));
+    EXPECT_EQ(status(), QStringLiteral("Es el primer cliente."));
+}
+
+TEST_F(MainWindowTest, AnEmptyTableTakesWhatIsTypedAsANewCustomer) {
+    open();
+    fill("ENombre", "Ana");
+    fill("EMunicipio", "haro");
+    press(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(stored("Ana", "VECINDAD"), "HARO");
+    EXPECT_EQ(stored("Ana", "CODPOSTAL"), "26200");
+    EXPECT_EQ(stored("Ana", "PROVINCIA"), "RIOJA, LA");
+}
+
+TEST_F(MainWindowTest, SavesTheSixColumnsOfAnAddress) {
+    addThree();
+    open();
+    click("BBNuevo");
+    EXPECT_EQ(text("ENombre"), QString());
+    fill("ENombre", "Zoe Núñez");
+    fill("EMunicipio", "mad");
+    fill("ETipoVia", "CL");
+    fill("EVia", "alc");
+    fill("ENumero", "60");
+    fill("EPiso", "2º B");
+    click("BBGuardar");
+    EXPECT_EQ(status(), QStringLiteral("Cliente guardado."));
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Zoe Núñez"));
+    EXPECT_EQ(stored("Zoe Núñez", "TIPO_VIA"), "CL");
+    EXPECT_EQ(stored("Zoe Núñez", "DOMICILIO"), "ALCALA");
+    EXPECT_EQ(stored("Zoe Núñez", "NUMERO"), "60");
+    EXPECT_EQ(stored("Zoe Núñez", "PISO"), ambrel::test::ansi("2º B"));
+    EXPECT_EQ(stored("Zoe Núñez", "CODPOSTAL"), "28009");
+    EXPECT_EQ(stored("Zoe Núñez", "VECINDAD"), "MADRID");
+}
+
+TEST_F(MainWindowTest, SavingByShortcutSettlesTheBoxBeingTypedIn) {
+    open();
+    fill("ENombre", "Ana");
+    fill("EMunicipio", "mad");
+    fill("EVia", "alc");
+    enter("ENumero");
+    type("60");
+    press(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(stored("Ana", "CODPOSTAL"), "28009");
+}
+
+TEST_F(MainWindowTest, MovingWithUnsavedChangesAsks) {
+    addThree();
+    open();
+    enter("ENombre");
+    press(Qt::Key_End);
+    type("x");
+    {
+        ambrel::test::ScriptedMessages messages;
+        expectQuestion(messages, MessageAnswer::No);
+        click("BBSiguiente");
+    }
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Anax"));
+    {
+        ambrel::test::ScriptedMessages messages;
+        expectQuestion(messages, MessageAnswer::Yes);
+        click("BBSiguiente");
+    }
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Berta"));
+    EXPECT_EQ(stored("Anax", "VECINDAD"), "");
+    EXPECT_EQ(stored("Ana", "VECINDAD"), "MADRID");
+}
+
+TEST_F(MainWindowTest, AChangeTakenBackIsNoChange) {
+    addThree();
+    open();
+    enter("ENombre");
+    press(Qt::Key_End);
+    type("x");
+    press(Qt::Key_Backspace);
+    click("BBSiguiente");
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Berta"));
+}
+
+TEST_F(MainWindowTest, ClosingWithUnsavedChangesAsks) {
+    addThree();
+    open();
+    fill("ENombre", "Otra");
+    ambrel::test::ScriptedMessages messages;
+    expectQuestion(messages, MessageAnswer::No);
+    EXPECT_FALSE(window().close());
+    expectQuestion(messages, MessageAnswer::Yes);
+    EXPECT_TRUE(window().close());
+}
+
+TEST_F(MainWindowTest, UndoBringsTheStoredTextsBack) {
+    addThree();
+    open();
+    fill("ENombre", "Otra");
+    click("BBDeshacer");
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Ana"));
+    EXPECT_EQ(tag("EMunicipio"), 28079);
+    click("BBSiguiente");
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Berta"));
+}
+
+TEST_F(MainWindowTest, ANewCustomerLeftBlankIsForgotten) {
+    addThree();
+    open();
+    click("BBNuevo");
+    click("BBAnterior");
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Ana"));
+}
+
+TEST_F(MainWindowTest, ARowLeftUnchangedIsFreeForOthers) {
+    addCustomers({{"Ana", "CL", "ALCALA", "60", "28009", "MADRID", "MADRID"}});
+    open();
+    enter("ENumero");
+    press(Qt::Key_Tab);
+    host::HostTable other("AMBREL");
+    other.data.open();
+    EXPECT_NO_THROW(other.data.edit());
+}
+
+TEST_F(MainWindowTest, TextsBeyondTheColumnsPageAreStoredAsNearAsPossible) {
+    open();
+    fill("ENombre", QStringLiteral("Łódź €"));
+    click("BBGuardar");
+    EXPECT_EQ(stored("Lódz €", "NOMBRE"), ambrel::test::ansi("Lódz €"));
+}
+
+TEST_F(MainWindowTest, SaysWhetherTheRowIsSaved) {
+    addThree();
+    open();
+    const auto* state = window().findChild<QLabel*>(QStringLiteral("LEstado"));
+    EXPECT_EQ(state->text(), QStringLiteral("Guardado"));
+    fill("ENombre", "Otra");
+    EXPECT_EQ(state->text(), QStringLiteral("Con cambios sin guardar"));
+    click("BBGuardar");
+    EXPECT_EQ(state->text(), QStringLiteral("Guardado"));
+}
+
+} // namespace

@@ -1,0 +1,175 @@
+// The program as a whole: scripts, exit codes, first start.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+struct Ended {
+    int exitCode = -1;
+    QStringList lines;
+    QString errors;
+};
+
+class ProgramTest : public ::testing::Test {
+protected:
+    /// Runs the program without a display, in a folder of its own that also holds the user's data.
+    Ended run(const QStringList& arguments) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            environment.remove(QLatin1String(name));
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), QString::fromStdString(folder / "datos"));
+        QProcess program;
+        program.setProcessEnvironment(environment);
+        program.setWorkingDirectory(QString::fromStdString(folder.path()));
+        program.start(QStringLiteral(AMBREL_PROGRAM), arguments);
+        EXPECT_TRUE(program.waitForFinished(60000));
+        return {
+            program.exitCode(),
+            QString::fromUtf8(program.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts),
+            QString::fromUtf8(program.readAllStandardError())};
+    }
+
+    Ended play(const std::string& script) {
+        return run({QStringLiteral("--guion"), QString::fromStdString(folder.write("prueba.guion", script))});
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(ProgramTest, TheTourOfANewUserCompletesAnAddress) {
+    const Ended tour = run({QStringLiteral("--guion"), QStringLiteral(AMBREL_TOUR)});
+    EXPECT_EQ(tour.exitCode, 0) << tour.errors.toStdString();
+    EXPECT_TRUE(tour.lines.contains(QStringLiteral("EMunicipio\tMADRID\t28079\tactivo")));
+    EXPECT_TRUE(tour.lines.contains(QStringLiteral("ECodPostal\t28028\t1\tactivo")));
+    EXPECT_TRUE(tour.lines.contains(QStringLiteral("ECodPostal\t28014\t1\tactivo")));
+    EXPECT_TRUE(tour.lines.contains(QStringLiteral("LMensaje\tCliente guardado.\t0\tactivo")));
+    EXPECT_FALSE(QImage(QString::fromStdString(folder / "primer-uso.png")).isNull());
+}
+
+TEST_F(ProgramTest, WhatIsSavedIsThereTheNextTime) {
+    EXPECT_EQ(play("pulsa BBNuevo\nescribe ENombre AAA\npulsa BBGuardar").exitCode, 0);
+    EXPECT_EQ(play("muestra ENombre").lines, QStringList(QStringLiteral("ENombre\tAAA\t0\tactivo")));
+}
+
+TEST_F(ProgramTest, AStepThatCannotBeDoneEndsWithThree) {
+    const Ended ended = play("ventana\npulsa BBNinguno\nventana");
+    EXPECT_EQ(ended.exitCode, 3);
+    EXPECT_EQ(ended.lines.size(), 1);
+    EXPECT_TRUE(
+        ended.errors.contains(QStringLiteral("prueba.guion:2: pulsa BBNinguno: no hay ningún objeto")));
+}
+
+TEST_F(ProgramTest, AQuestionThatNobodyAnswersEndsWithThree) {
+    const Ended ended = play("escribe ENombre X\npulsa BBSiguiente");
+    EXPECT_EQ(ended.exitCode, 3);
+    EXPECT_EQ(ended.lines,
+              QStringList(QStringLiteral("pregunta\t¿Desea descartar los cambios?\tAtención\t")));
+}
+
+TEST_F(ProgramTest, AQuestionTakesTheQueuedAnswer) {
+    const Ended ended = play("escribe ENombre X\nresponde si\npulsa BBSiguiente\nmensajes\nmuestra ENombre");
+    EXPECT_EQ(ended.exitCode, 0);
+    EXPECT_EQ(ended.lines,
+              QStringList({QStringLiteral("pregunta\t¿Desea descartar los cambios?\tAtención\tsi"),
+                           QStringLiteral("ENombre\tBodegas Ribera del Tirón\t0\tactivo")}));
+}
+
+TEST_F(ProgramTest, AllSampleCustomersButTheOneOnAnUnknownStreetAreValidated) {
+    std::string script;
+    for (int customer = 0; customer < 12; ++customer)
+        script += "muestra EVia\nmuestra ECodPostal\ntecla ENombre PageDown\n";
+    const Ended ended = play(script);
+    EXPECT_EQ(ended.exitCode, 0) << ended.errors.toStdString();
+    ASSERT_EQ(ended.lines.size(), 24);
+    for (const QString& line : ended.lines) {
+        const QStringList columns = line.split(QLatin1Char('\t'));
+        const bool isKnown =
+            columns[1] != QStringLiteral("VEGA DE ARRIBA") && columns[1] != QStringLiteral("33600");
+        EXPECT_EQ(columns[2] != QStringLiteral("0"), isKnown) << line.toStdString();
+    }
+}
+
+TEST_F(ProgramTest, AnotherFolderBeginsWithoutCustomers) {
+    (void)play("ventana"); // creates the user's tables
+    const QString own = QString::fromStdString(folder / "propia");
+    ASSERT_TRUE(QDir().mkpath(own));
+    QDir sample(QString::fromStdString(folder / "datos/ambrel/datos"));
+    for (const QString& file : sample.entryList(QDir::Files)) {
+        if (!file.startsWith(QStringLiteral("CLIENTES"))) {
+            ASSERT_TRUE(QFile::copy(sample.filePath(file), own + QLatin1Char('/') + file));
+        }
+    }
+    const QString script =
+        QString::fromStdString(folder.write("otra.guion", "muestra LEstado\nescribe EMunicipio haro\n"
+                                                          "tecla EMunicipio Tab\nmuestra ECodPostal\n"));
+    const Ended ended = run({QStringLiteral("--carpeta"), own, QStringLiteral("--guion"), script});
+    EXPECT_EQ(ended.exitCode, 0) << ended.errors.toStdString();
+    EXPECT_EQ(ended.lines, QStringList({QStringLiteral("LEstado\tSin clientes\t0\tactivo"),
+                                        QStringLiteral("ECodPostal\t26200\t1\tactivo")}));
+    EXPECT_TRUE(QFile::exists(own + QStringLiteral("/CLIENTES.DBF")));
+}
+
+TEST_F(ProgramTest, AFolderThatIsNotThereIsSaid) {
+    const QString script = QString::fromStdString(folder.write("s.guion", "ventana\n"));
+    const QString missing = QString::fromStdString(folder / "ninguna");
+    const Ended ended = run({QStringLiteral("--carpeta"), missing, QStringLiteral("--guion"), script});
+    EXPECT_EQ(ended.exitCode, 2);
+    EXPECT_TRUE(ended.errors.contains(missing)) << ended.errors.toStdString();
+    EXPECT_FALSE(QDir(missing).exists());
+}
+
+TEST_F(ProgramTest, AFolderWithoutTablesIsSaidAndLeftAlone) {
+    const QString script = QString::fromStdString(folder.write("s.guion", "ventana\n"));
+    const QString empty = QString::fromStdString(folder / "vacia");
+    ASSERT_TRUE(QDir().mkpath(empty));
+    const Ended ended = run({QStringLiteral("--carpeta"), empty, QStringLiteral("--guion"), script});
+    EXPECT_EQ(ended.exitCode, 2);
+    EXPECT_TRUE(ended.errors.contains(QStringLiteral("MUNICIPI"))) << ended.errors.toStdString();
+    EXPECT_TRUE(QDir(empty).isEmpty());
+}
+
+TEST_F(ProgramTest, TheConfigurationMayNameTheFolder) {
+    (void)play("ventana");
+    const QString ini = QString::fromStdString(
+        folder.write("ambrel.ini", "[BaseDeDatos]\nAlias=AMBREL\nCarpeta=datos/ambrel/datos\n"));
+    const QString script = QString::fromStdString(folder.write("s.guion", "muestra ENombre\n"));
+    const Ended ended = run({QStringLiteral("--ini"), ini, QStringLiteral("--guion"), script});
+    EXPECT_EQ(ended.lines, QStringList(QStringLiteral("ENombre\tAcademia Trazo\t0\tactivo")));
+}
+
+TEST_F(ProgramTest, HelpIsSpanishAndNeedsNoDisplay) {
+    const Ended ended = run({QStringLiteral("--help")});
+    EXPECT_EQ(ended.exitCode, 0);
+    const QString help = ended.lines.join(QLatin1Char('\n'));
+    EXPECT_TRUE(help.contains(QStringLiteral("Uso: ")));
+    EXPECT_TRUE(help.contains(QStringLiteral("--carpeta <DIR>")));
+    EXPECT_TRUE(help.contains(QStringLiteral("Opciones:")));
+}
+
+TEST_F(ProgramTest, UnknownOptionsAreRefusedInSpanish) {
+    const Ended ended = run({QStringLiteral("--guion"), QStringLiteral("x"), QStringLiteral("--nada")});
+    EXPECT_EQ(ended.exitCode, 2);
+    EXPECT_TRUE(ended.errors.contains(QStringLiteral("No se conoce la opción «nada».")))
+        << ended.errors.toStdString();
+}
+
+TEST_F(ProgramTest, WithoutDisplayAndScriptItSaysWhy) {
+    const Ended ended = run({});
+    EXPECT_EQ(ended.exitCode, 2);
+    EXPECT_TRUE(ended.errors.contains(QStringLiteral("no hay ninguna pantalla")));
+}
+
+TEST_F(ProgramTest, AScriptThatIsNotThereIsSaid) {
+    const Ended ended = run({QStringLiteral("--guion"), QStringLiteral("no-esta.guion")});
+    EXPECT_EQ(ended.exitCode, 2);
+    EXPECT_TRUE(ended.errors.contains(QStringLiteral("no-esta.guion")));
+}
+
+} // namespace

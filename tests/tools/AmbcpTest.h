@@ -1,0 +1,33 @@
+// Fixture of the tests that run the built program.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "support/TableTest.h"
+
+namespace ambcp::test {
+
+struct Run {
+    int exitCode = -1; // 128 and the signal when it was killed
+    std::string output, errors;
+};
+
+/// The tables of the test's folder go through the full check at its end.
+class AmbcpTest : public ambrel::test::TableTest {
+protected:
+    /// Runs the program with these arguments in the test's folder.
+    [[nodiscard]] Run ambcp(const std::vector<std::string>& arguments) const;
+    /// Runs a command of the shell there, in which $AMBCP is the program.
+    [[nodiscard]] Run shell(const std::string& command) const;
+
+    /// Runs the program and expects it to end with 0; returns what it printed.
+    std::string done(const std::vector<std::string>& arguments) const;
+    /// Runs the program and expects it to end with 2 and a reason, which is returned, and to print nothing.
+    std::string refused(const std::vector<std::string>& arguments) const;
+
+    /// Bytes of a file, absolute or in the test's folder.
+    [[nodiscard]] std::string content(const std::string& file) const;
+};
+
+} // namespace ambcp::test

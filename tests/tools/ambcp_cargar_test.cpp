@@ -1,0 +1,128 @@
+#include "AmbcpTest.h"
+
+#include <filesystem>
+
+namespace ambcp::test {
+namespace {
+
+class AmbcpCargar : public AmbcpTest {
+protected:
+    AmbcpCargar() { done({"crear", "."}); }
+
+    /// What loading this text into a table says.
+    Run load(const std::string& table, const std::string& csv) const {
+        folder.write("filas.csv", csv);
+        return ambcp({"cargar", ".", table, "filas.csv"});
+    }
+    void expectRefusal(const std::string& table, const std::string& csv, const std::string& text) const {
+        const std::string records = content(table + ".DBF"), index = content(table + ".MDX");
+        const Run run = load(table, csv);
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_EQ(run.errors, "ambcp: filas.csv: " + text + ". No se ha cargado nada.\n");
+        EXPECT_EQ(content(table + ".DBF"), records);
+        EXPECT_EQ(content(table + ".MDX"), index);
+    }
+};
+
+TEST_F(AmbcpCargar, RowsByColumnName) {
+    const Run run = load("tipo_via", "NOMBRE,CODIGO\nCALLE,CL\n\"AVENIDA, LA\",AV\n");
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, "TIPO_VIA: 2 filas cargadas.\n");
+    EXPECT_EQ(done({"listar", ".", "TIPO_VIA", "--tag", "CODIGO"}),
+              "CODIGO,NOMBRE,NOMBRE_CAT,CODPOSTAL\nAV,\"AVENIDA, LA\",,\nCL,CALLE,,\n");
+}
+
+TEST_F(AmbcpCargar, EveryKindOfColumn) {
+    load("MUNICIPI", "NOMBRE,ENT_MENOR\nA CORUÑA,S\nB,0\nC,\n");
+    EXPECT_EQ(done({"listar", ".", "MUNICIPI", "--filtro", "ENT_MENOR=True OR NOMBRE='B'"}),
+              "COD_INE,CODPOSTAL,UNICO,CAPITAL,NOMBRE,COD_PROV,COD_MUN,COD_MUNMJ,ENT_MENOR,NOM_MUNICI\n"
+              ",,,,A CORUÑA,,,,True,\n,,,,B,,,,False,\n");
+}
+
+TEST_F(AmbcpCargar, AddsOrReplaces) {
+    load("PROVIN", "CODIGO\n001\n");
+    load("PROVIN", "CODIGO\n002\n");
+    EXPECT_EQ(done({"listar", ".", "PROVIN"}), "PROVINCIA,CODIGO,COD_198,GRUPO\n,001,,\n,002,,\n");
+    folder.write("filas.csv", "CODIGO,GRUPO\n003,1\n");
+    done({"cargar", ".", "PROVIN", "filas.csv", "--reemplazar"});
+    EXPECT_EQ(done({"listar", ".", "PROVIN", "--tag", "CODIGO"}),
+              "PROVINCIA,CODIGO,COD_198,GRUPO\n,003,,1\n");
+}
+
+TEST_F(AmbcpCargar, ByteOrderMarkAndCarriageReturnsAreTaken) {
+    const Run run = load("PROVIN", "\xEF\xBB\xBF"
+                                   "CODIGO,GRUPO\r\n001,2\r\n");
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(done({"listar", ".", "PROVIN"}), "PROVINCIA,CODIGO,COD_198,GRUPO\n,001,,2\n");
+}
+
+TEST_F(AmbcpCargar, UnknownColumnLoadsNothing) {
+    expectRefusal("PROVIN", "CODIGO,PAIS\n001,ES\n",
+                  "línea 1, columna 2: la tabla no tiene ninguna columna «PAIS»");
+}
+
+TEST_F(AmbcpCargar, ValueTooLongLoadsNothing) {
+    expectRefusal("PROVIN", "CODIGO\n001\n0002\n",
+                  "línea 3, columna CODIGO: el valor ocupa 4 caracteres y en la columna caben 3");
+}
+
+TEST_F(AmbcpCargar, CharacterOutsideTheCodePageLoadsNothing) {
+    expectRefusal("PROVIN", "CODIGO,PROVINCIA\n001,Łódź\n",
+                  "línea 2, columna PROVINCIA: el carácter «Ł» no existe en Windows-1252");
+}
+
+TEST_F(AmbcpCargar, WrongTypeLoadsNothing) {
+    expectRefusal("PROVIN", "GRUPO\nuno\n", "línea 2, columna GRUPO: «uno» no es un número");
+    expectRefusal("PROVIN", "GRUPO\n40000\n", "línea 2, columna GRUPO: «40000» no está entre -32768 y 32767");
+    expectRefusal("MUNICIPI", "ENT_MENOR\nquizá\n",
+                  "línea 2, columna ENT_MENOR: «quizá» no es un valor lógico (True o False)");
+}
+
+TEST_F(AmbcpCargar, BrokenCsvLoadsNothing) {
+    expectRefusal("PROVIN", "CODIGO\n\"001\n", "línea 2, carácter 1: estas comillas no se cierran");
+}
+
+TEST_F(AmbcpCargar, FailedReplacementKeepsTheTable) {
+    load("PROVIN", "CODIGO\n001\n");
+    folder.write("filas.csv", "CODIGO\n002\n0003\n");
+    refused({"cargar", ".", "PROVIN", "filas.csv", "--reemplazar"});
+    EXPECT_EQ(done({"listar", ".", "PROVIN"}), "PROVINCIA,CODIGO,COD_198,GRUPO\n,001,,\n");
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
+        EXPECT_EQ(entry.path().string().find(".nuevo"), std::string::npos) << entry.path();
+    }
+}
+
+TEST_F(AmbcpCargar, WhatIsNotThereIsNamed) {
+    EXPECT_EQ(refused({"cargar", ".", "PROVIN", "nada.csv"}).rfind("ambcp: nada.csv: no se puede abrir", 0),
+              0U);
+    folder.write("filas.csv", "CODIGO\n001\n");
+    EXPECT_EQ(refused({"cargar", ".", "OTRA", "filas.csv"}),
+              "ambcp: en la carpeta «.» no hay ninguna tabla «OTRA»\n");
+    EXPECT_EQ(refused({"cargar", "no", "OTRA", "filas.csv"}), "ambcp: no existe la carpeta «no»\n");
+}
+
+TEST_F(AmbcpCargar, FindsFilesWhateverTheirLetterCase) {
+    std::filesystem::rename(folder / "PROVIN.DBF", folder / "Provin.dbf");
+    std::filesystem::rename(folder / "PROVIN.MDX", folder / "provin.mdx");
+    EXPECT_EQ(load("PROVIN.DBF", "CODIGO\n001\n").exitCode, 0);
+    EXPECT_EQ(done({"listar", ".", "provin", "--tag", "codigo"}), "PROVINCIA,CODIGO,COD_198,GRUPO\n,001,,\n");
+}
+
+TEST_F(AmbcpCargar, ListingLoadsBack) {
+    const std::string csv = "CODIGO,NOMBRE,NOMBRE_CAT,CODPOSTAL\nÑ,\"a, \"\"b\"\"\",\"x\ny\",\n";
+    EXPECT_EQ(load("TIPO_VIA", csv).exitCode, 0);
+    EXPECT_EQ(done({"listar", ".", "TIPO_VIA"}), csv);
+}
+
+TEST_F(AmbcpCargar, SaysNothingAboutProgressWithoutATerminal) {
+    std::string csv = "CODIGO\n";
+    for (int row = 0; row < 50000; ++row) {
+        csv += "001\n";
+    }
+    const Run run = load("PROVIN", csv);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.errors, "");
+}
+
+} // namespace
+} // namespace ambcp::test

@@ -1,0 +1,72 @@
+#include "AmbcpTest.h"
+
+#include <filesystem>
+
+#include "dbase/databases.h"
+
+namespace ambcp::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class AmbcpCrear : public AmbcpTest {};
+
+constexpr const char* tables[] = {"MUNICIPI", "POSTAL", "PROVIN", "TIPO_VIA", "MUNICIMJ"};
+
+TEST_F(AmbcpCrear, FiveEmptyTables) {
+    done({"crear", "."});
+    for (const std::string table : tables) {
+        EXPECT_TRUE(fs::exists(folder / (table + ".DBF"))) << table;
+        EXPECT_TRUE(fs::exists(folder / (table + ".MDX"))) << table;
+        const std::string listing = done({"listar", ".", table});
+        EXPECT_EQ(listing.find('\n'), listing.size() - 1) << "more than a header: " << listing;
+    }
+}
+
+TEST_F(AmbcpCrear, MakesTheFolderWithItsParents) {
+    done({"crear", "uno/dos"});
+    EXPECT_TRUE(fs::exists(folder / "uno/dos/POSTAL.DBF"));
+}
+
+TEST_F(AmbcpCrear, SampleIsTheWholeSample) {
+    done({"crear", ".", "--muestra"});
+    for (const std::string table : tables) {
+        EXPECT_EQ(done({"listar", ".", table}), content(SAMPLE_FOLDER "/" + table + ".csv")) << table;
+    }
+}
+
+TEST_F(AmbcpCrear, SampleTablesAreSound) {
+    done({"crear", ".", "--muestra"});
+    EXPECT_NE(done({"comprobar", "."}).find("POSTAL: 3639 registros, 3 tags: correcta\n"), std::string::npos);
+}
+
+TEST_F(AmbcpCrear, NeverOverwritesATable) {
+    folder.write("postal.dbf", "mine");
+    leaveUnchecked();
+    EXPECT_EQ(refused({"crear", ".", "--muestra"}),
+              "ambcp: en la carpeta «.» ya hay postal.dbf. No se ha creado nada.\n");
+    EXPECT_EQ(content("postal.dbf"), "mine");
+    EXPECT_FALSE(fs::exists(folder / "MUNICIPI.DBF"));
+}
+
+TEST_F(AmbcpCrear, OverwritesWhenForced) {
+    done({"crear", ".", "--muestra"});
+    done({"crear", ".", "--forzar"});
+    EXPECT_EQ(done({"listar", ".", "TIPO_VIA"}), "CODIGO,NOMBRE,NOMBRE_CAT,CODPOSTAL\n");
+    done({"crear", ".", "--forzar", "--muestra"});
+    EXPECT_EQ(done({"listar", ".", "TIPO_VIA"}), content(SAMPLE_FOLDER "/TIPO_VIA.csv"));
+}
+
+TEST_F(AmbcpCrear, ForcedInAFolderWithoutTablesCreatesThem) {
+    done({"crear", "nueva", "--forzar"});
+    EXPECT_TRUE(fs::exists(folder / "nueva/PROVIN.MDX"));
+}
+
+TEST_F(AmbcpCrear, OtherTablesOfTheFolderStay) {
+    createTable(ambrel::test::defineTable("OTRA", {"COD C3"}, {"COD"}), {{"a"}});
+    done({"crear", "."});
+    EXPECT_EQ(done({"listar", ".", "OTRA"}), "COD\na\n");
+}
+
+} // namespace
+} // namespace ambcp::test

@@ -1,0 +1,202 @@
+#include "tools/csv.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fstream>
+#include <sstream>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "support/TemporaryFolder.h"
+
+namespace ambcp {
+namespace {
+
+using Records = std::vector<std::vector<std::string>>;
+
+Records readAll(std::string_view text, std::size_t bufferSize = CsvReader::defaultBufferSize) {
+    CsvReader csv(textSource(text), "prueba.csv", bufferSize);
+    Records records;
+    while (csv.next()) {
+        auto& record = records.emplace_back();
+        for (const CsvField& field : csv.fields()) {
+            record.emplace_back(field.text);
+        }
+    }
+    return records;
+}
+
+CsvError faultOf(std::string_view text) {
+    try {
+        readAll(text);
+    } catch (const CsvError& error) {
+        return error;
+    }
+    ADD_FAILURE() << "no fault in " << text;
+    return {"", 0, 0, ""};
+}
+
+void expectFault(std::string_view text, std::uint64_t line, std::uint64_t column) {
+    const CsvError error = faultOf(text);
+    EXPECT_EQ(error.line(), line) << text;
+    EXPECT_EQ(error.column(), column) << text;
+}
+
+TEST(CsvReader, SplitsRecordsAndValues) {
+    EXPECT_EQ(readAll("A,B\n1,2\n"), (Records{{"A", "B"}, {"1", "2"}}));
+}
+
+TEST(CsvReader, EmptyTextHasNoRecords) { EXPECT_TRUE(readAll("").empty()); }
+
+TEST(CsvReader, BlankValuesCount) { EXPECT_EQ(readAll(",a,\n,,\n"), (Records{{"", "a", ""}, {"", "", ""}})); }
+
+TEST(CsvReader, LastLineNeedsNoEnd) {
+    EXPECT_EQ(readAll("a,b"), (Records{{"a", "b"}}));
+    EXPECT_EQ(readAll("a,"), (Records{{"a", ""}}));
+    EXPECT_EQ(readAll("a,\"b\""), (Records{{"a", "b"}}));
+}
+
+TEST(CsvReader, CarriageReturnBelongsToTheLineEnd) {
+    EXPECT_EQ(readAll("a,b\r\nc,\"d\"\r\n"), (Records{{"a", "b"}, {"c", "d"}}));
+}
+
+TEST(CsvReader, ByteOrderMarkIsNoPartOfTheFirstName) {
+    EXPECT_EQ(readAll("\xEF\xBB\xBF"
+                      "A,B\n"),
+              (Records{{"A", "B"}}));
+    EXPECT_EQ(readAll("\xEF\xBB\xBF"
+                      "\"A\"\n",
+                      1),
+              (Records{{"A"}}));
+    EXPECT_EQ(readAll("\xEF\xBB"), (Records{{"\xEF\xBB"}}));
+}
+
+TEST(CsvReader, QuotedValuesHoldCommasNewlinesAndQuotes) {
+    EXPECT_EQ(readAll("\"a,b\",\"c\nd\",\"e\"\"f\"\"\"\n\"\"\"\"\n"),
+              (Records{{"a,b", "c\nd", "e\"f\""}, {"\""}}));
+}
+
+TEST(CsvReader, EmptyLinesArePassedOver) { EXPECT_EQ(readAll("\nA\n\n\r\n1\n\n"), (Records{{"A"}, {"1"}})); }
+
+TEST(CsvReader, QuotedNothingIsAValue) { EXPECT_EQ(readAll("A\n\"\"\n"), (Records{{"A"}, {""}})); }
+
+TEST(CsvReader, RecordsSurviveAnyBufferSize) {
+    const std::string text = "uno,\"d\"\"o\ns\",tres\r\n\r\n4,\"\",seis,\"siete\"\nñ,o";
+    const Records whole = readAll(text);
+    for (std::size_t size = 1; size <= text.size() + 1; ++size) {
+        EXPECT_EQ(readAll(text, size), whole) << "buffer of " << size;
+    }
+}
+
+TEST(CsvReader, LinesCountNewlinesInsideQuotes) {
+    CsvReader csv(textSource("A,B\n\n\"x\ny\",\"z\"\r\nlast,1\n"), "prueba.csv");
+    ASSERT_TRUE(csv.next());
+    EXPECT_EQ(csv.line(), 1U);
+    ASSERT_TRUE(csv.next());
+    EXPECT_EQ(csv.line(), 3U);
+    EXPECT_EQ(csv.fields()[0].line, 3U);
+    EXPECT_EQ(csv.fields()[1].line, 4U);
+    ASSERT_TRUE(csv.next());
+    EXPECT_EQ(csv.line(), 5U);
+    EXPECT_FALSE(csv.next());
+}
+
+TEST(CsvReader, UnclosedQuotesAreReportedWhereTheyOpen) { expectFault("A,B\n1,\"dos\ntres\n", 2, 3); }
+
+TEST(CsvReader, TextBehindClosingQuotesIsAFault) { expectFault("A\n\"x\ny\"z\n", 3, 3); }
+
+TEST(CsvReader, QuotesInsideAPlainValueAreAFault) { expectFault("A\nx\"y\n", 2, 2); }
+
+TEST(CsvReader, CarriageReturnAloneIsAFault) {
+    expectFault("A\nx\ry\n", 2, 2);
+    expectFault("A\nx\r", 2, 2);
+}
+
+TEST(CsvReader, ColumnsCountCharactersNotBytes) { expectFault("ñandú,x\"\n", 1, 8); }
+
+TEST(CsvReader, FaultNamesTextLineAndCharacter) {
+    EXPECT_EQ(std::string(faultOf("x\"").what()),
+              "prueba.csv: línea 1, carácter 2: comillas dentro de un valor sin comillas");
+}
+
+TEST(CsvReader, RecordWithoutEndIsRefusedBeforeItFillsTheMemory) {
+    std::uint64_t given = 0;
+    const CsvSource endless = [&](std::span<char> room) {
+        std::ranges::fill(room, 'x');
+        given += room.size();
+        return room.size();
+    };
+    CsvReader csv(endless, "prueba.csv");
+    EXPECT_THROW(static_cast<void>(csv.next()), CsvError);
+    EXPECT_LE(given, CsvReader::maxRecordSize);
+}
+
+TEST(CsvReader, ReadsAFile) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("a.csv", "A\n1\n");
+    CsvReader csv(fileSource(path), path);
+    ASSERT_TRUE(csv.next());
+    ASSERT_TRUE(csv.next());
+    EXPECT_EQ(csv.fields()[0].text, "1");
+    EXPECT_FALSE(csv.next());
+}
+
+TEST(CsvReader, FileThatIsNotThereIsAFailure) {
+    const TemporaryFolder folder;
+    EXPECT_THROW(fileSource(folder / "no.csv"), Failure);
+}
+
+TEST(CsvReader, FolderInPlaceOfAFileIsAFailure) {
+    const TemporaryFolder folder;
+    CsvReader csv(fileSource(folder.path()), "carpeta");
+    EXPECT_THROW(static_cast<void>(csv.next()), Failure);
+}
+
+std::string written(const Records& records) {
+    const TemporaryFolder folder;
+    const std::string path = folder / "a.csv";
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT, 0600);
+    CsvWriter csv(file);
+    for (const auto& record : records) {
+        for (const std::string& text : record) {
+            csv.field(text);
+        }
+        csv.endRecord();
+    }
+    csv.flush();
+    close(file);
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+TEST(CsvWriter, QuotesOnlyWhatMustBe) {
+    EXPECT_EQ(written({{"a b", "c,d", "e\"f", "g\nh", "i\rj", "", " k "}}),
+              "a b,\"c,d\",\"e\"\"f\",\"g\nh\",\"i\rj\",, k \n");
+}
+
+TEST(CsvWriter, OneBlankValueIsNoEmptyLine) { EXPECT_EQ(written({{"A"}, {""}, {"b"}}), "A\n\"\"\nb\n"); }
+
+TEST(CsvWriter, WhatItWritesIsReadBack) {
+    const Records records{{"A", "B"}, {"", ""}, {"ñ,\"", "\r\n"}, {"x", "\"\""}};
+    EXPECT_EQ(readAll(written(records)), records);
+    const Records many(20000, {"una fila larga", "otra columna"});
+    EXPECT_EQ(readAll(written(many)), many);
+}
+
+TEST(CsvWriter, TellsAReaderThatHasGoneAway) {
+    std::signal(SIGPIPE, SIG_IGN);
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    close(ends[0]);
+    CsvWriter csv(ends[1]);
+    csv.field("a");
+    csv.endRecord();
+    EXPECT_THROW(csv.flush(), OutputClosed);
+    close(ends[1]);
+}
+
+} // namespace
+} // namespace ambcp

@@ -1,0 +1,65 @@
+// ambcp buscar: one record by its key.
+
+#include <cstdio>
+
+#include "tools/commands.h"
+#include "tools/failure.h"
+#include "tools/record_output.h"
+#include "tools/search_key.h"
+#include "tools/table_folder.h"
+
+namespace ambcp {
+
+namespace {
+
+SearchKey parsePairs(dbase::Dataset& table, const std::vector<std::string>& pairs) {
+    SearchKey key;
+    for (const std::string& pair : pairs) {
+        const std::size_t equals = pair.find('=');
+        if (equals == std::string::npos) {
+            throw Failure("«" + pair + "» no tiene la forma CAMPO=VALOR");
+        }
+        key.add(table, pair.substr(0, equals), pair.substr(equals + 1));
+    }
+    return key;
+}
+
+/// A field that the tag does not hold changes nothing in the key. One beside others is worth a word; a key
+/// without any other would look for blanks.
+void tellUselessFields(dbase::Dataset& table, const SearchKey& key, std::size_t given) {
+    const std::vector<std::string> outside = fieldsOutsideTag(table, key);
+    for (const std::string& field : outside) {
+        const std::string text = "la columna " + field + " no forma parte del tag " + table.tag();
+        if (outside.size() == given) {
+            throw Failure(text);
+        }
+        std::fprintf(stderr, "ambcp: aviso: %s y no cuenta.\n", text.c_str());
+    }
+}
+
+} // namespace
+
+ExitCode buscar(const FindOptions& options) {
+    static_cast<void>(requireTable(useFolder(options.folder), options.table));
+    dbase::Dataset table(folderDatabase, options.table);
+    table.open();
+    if (options.tag.empty()) {
+        throw Failure("falta el nombre del tag");
+    }
+    useTag(table, options.tag);
+    const SearchKey key = parsePairs(table, options.pairs);
+    tellUselessFields(table, key, options.pairs.size());
+    const auto mode = options.takesNearest ? dbase::SeekMode::Nearest : dbase::SeekMode::Exact;
+    if (!table.seek(key.key(), mode)) {
+        std::fputs(options.takesNearest ? "ambcp: no hay ningún registro con esa clave ni detrás de ella.\n"
+                                        : "ambcp: no hay ningún registro con esa clave.\n",
+                   stderr);
+        return ExitCode::negative;
+    }
+    RecordOutput output(table, RecordNumbers::Hidden);
+    output.writeCurrent();
+    output.flush();
+    return ExitCode::done;
+}
+
+} // namespace ambcp

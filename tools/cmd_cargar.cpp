@@ -1,0 +1,33 @@
+// ambcp cargar: the rows of a CSV file into a table.
+
+#include <cinttypes>
+#include <cstdio>
+
+#include "tools/commands.h"
+#include "tools/progress.h"
+#include "tools/table_folder.h"
+#include "tools/table_loading.h"
+
+namespace ambcp {
+
+ExitCode cargar(const LoadOptions& options) {
+    using Mode = dbase::BulkLoader::Mode;
+    const std::string table = requireTable(useFolder(options.folder), options.table);
+    CsvReader csv(fileSource(options.file), options.file);
+    std::uint64_t rows = 0;
+    {
+        ProgressLine line(tableName(table));
+        rows = loadCsv(csv, table, options.replaces ? Mode::Replace : Mode::Append,
+                       [&](std::uint64_t read, double share) {
+                           if (share < 0) {
+                               line.rows(read);
+                           } else {
+                               line.share(share);
+                           }
+                       });
+    }
+    std::printf("%s: %" PRIu64 " filas cargadas.\n", tableName(table).c_str(), rows);
+    return ExitCode::done;
+}
+
+} // namespace ambcp

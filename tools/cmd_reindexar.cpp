@@ -1,0 +1,50 @@
+// ambcp reindexar: the tags of a table, or of all in a folder, made anew from the records.
+
+#include <algorithm>
+#include <cstdio>
+
+#include "data/TableDefinitions.h"
+#include "dbase/check.h"
+#include "dbase/databases.h"
+#include "dbase/error.h"
+#include "tools/commands.h"
+#include "tools/progress.h"
+#include "tools/table_folder.h"
+
+namespace ambcp {
+
+namespace {
+
+ExitCode rebuild(const std::string& table, const std::vector<dbase::TagDefinition>& knownTags) {
+    const std::string name = tableName(table);
+    try {
+        {
+            ProgressLine line(name);
+            dbase::reindexTable(table, knownTags,
+                                [&](std::uint64_t done, std::uint64_t total) { line.share(done, total); });
+        }
+        std::printf("%s: índice rehecho.\n", name.c_str());
+        return ExitCode::done;
+    } catch (const dbase::Error& error) {
+        std::fprintf(stderr, "ambcp: %s\n", error.what()); // the other tables are rebuilt all the same
+        return ExitCode::failed;
+    }
+}
+
+} // namespace
+
+ExitCode reindexar(const TablesOptions& options) {
+    const bool isWholeFolder = options.table.empty();
+    ExitCode worst = ExitCode::done;
+    for (const std::string& table : tablesNamed(useFolder(options.folder), options.table)) {
+        const auto known = ambrel::tableDefinition(tableName(table));
+        if (isWholeFolder && !known && !dbase::findIndexFile(table)) {
+            std::printf("%s: no tiene índice.\n", tableName(table).c_str());
+            continue;
+        }
+        worst = std::max(worst, rebuild(table, known ? known->tags : std::vector<dbase::TagDefinition>()));
+    }
+    return worst;
+}
+
+} // namespace ambcp

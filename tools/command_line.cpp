@@ -1,0 +1,154 @@
+#include "tools/command_line.h"
+
+#include <memory>
+
+#include <CLI/CLI.hpp>
+
+namespace ambcp {
+
+namespace {
+
+constexpr const char* folderHelp = "Carpeta de las tablas";
+constexpr const char* optionGroup = "Opciones";
+constexpr const char* tableHelp = "Tabla, con o sin .DBF";
+
+/// A minus would be read as a very large number.
+std::string isCount(const std::string& text) {
+    const bool isDigits = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+    return isDigits ? std::string() : "«" + text + "» no es un número";
+}
+
+/// A subcommand whose options, kept alive with it, are handed to a function.
+template<typename Options>
+CLI::App& addCommand(CLI::App& app, Command& chosen, const char* name, const char* description,
+                     const std::shared_ptr<Options>& options, ExitCode (*run)(const Options&)) {
+    CLI::App* command = app.add_subcommand(name, description);
+    command->group("Órdenes");
+    command->set_help_flag("-h,--help", "Muestra esta ayuda")->group(optionGroup);
+    command->callback([&chosen, options, run] { chosen = [options, run] { return run(*options); }; });
+    return *command;
+}
+
+void requireText(CLI::App& command, const char* name, std::string& value, const char* help) {
+    command.add_option(name, value, help)->required()->type_name("");
+}
+
+CLI::Option* offerText(CLI::App& command, const char* name, std::string& value, const char* type,
+                       const char* help) {
+    return command.add_option(name, value, help)->type_name(type);
+}
+
+void defineCreate(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<CreateOptions>();
+    CLI::App& command = addCommand(app, chosen, "crear", "Crea las cinco tablas", options, crear);
+    requireText(command, "DIR", options->folder, "Carpeta; se crea si no existe");
+    command.add_flag("--muestra", options->withSample, "Con los datos de muestra");
+    command.add_flag("--forzar", options->replaces, "Sustituye las tablas que ya existan");
+}
+
+void defineLoad(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<LoadOptions>();
+    CLI::App& command =
+        addCommand(app, chosen, "cargar", "Carga filas de un fichero CSV en una tabla", options, cargar);
+    requireText(command, "DIR", options->folder, folderHelp);
+    requireText(command, "TABLA", options->table, tableHelp);
+    requireText(command, "FICHERO.csv", options->file,
+                "CSV en UTF-8; la primera fila da los nombres de las columnas");
+    command.add_flag("--reemplazar", options->replaces, "Quita antes las filas que ya tenga la tabla");
+    command.footer(
+        "Si algún valor no se puede guardar no se carga nada. Las columnas que falten quedan en blanco.\n"
+        "Lógicos: True/False, T/F, S/N, 1/0. Fechas: AAAA-MM-DD o AAAAMMDD.");
+}
+
+void defineList(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<ListOptions>();
+    CLI::App& command =
+        addCommand(app, chosen, "listar", "Escribe los registros de una tabla como CSV", options, listar);
+    requireText(command, "DIR", options->folder, folderHelp);
+    requireText(command, "TABLA", options->table, tableHelp);
+    CLI::Option* tag = offerText(command, "--tag", options->tag, "T", "En el orden de este tag");
+    offerText(command, "--filtro", options->filter, "EXPR",
+              "Sólo los registros que cumplan la condición, por ejemplo GRUPO=1");
+    command.add_option("--desde", options->from, "Desde la clave más próxima a ésta, escrita como en el tag")
+        ->type_name("CLAVE")
+        ->needs(tag);
+    command.add_option("--max", options->most, "No más de N registros")->type_name("N")->check(isCount);
+    command.add_flag("--registro", options->withRecordNumber,
+                     "Con el número de registro en la primera columna, _REG");
+}
+
+void defineFind(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<FindOptions>();
+    CLI::App& command = addCommand(app, chosen, "buscar",
+                                   "Busca un registro por su clave y lo escribe como CSV", options, buscar);
+    requireText(command, "DIR", options->folder, folderHelp);
+    requireText(command, "TABLA", options->table, tableHelp);
+    requireText(command, "TAG", options->tag, "Tag en el que se busca");
+    command.add_option("CAMPO=VALOR", options->pairs, "Valores de los campos de la clave")
+        ->required()
+        ->type_name("");
+    command.add_flag("--cercana", options->takesNearest, "El primer registro con esa clave o detrás de ella");
+}
+
+void defineAddress(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<AddressOptions>();
+    CLI::App& command = addCommand(app, chosen, "direccion", "Completa una dirección y da su código postal",
+                                   options, direccion);
+    requireText(command, "DIR", options->folder, folderHelp);
+    offerText(command, "--municipio", options->municipality, "M", "Municipio")->required();
+    offerText(command, "--tipo", options->streetType, "T", "Código del tipo de vía, por ejemplo CL");
+    offerText(command, "--via", options->street, "V", "Nombre de la vía")->required();
+    offerText(command, "--numero", options->number, "N", "Número de la casa")->required();
+}
+
+void defineCheck(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<TablesOptions>();
+    CLI::App& command = addCommand(app, chosen, "comprobar", "Comprueba tablas e índices sin cambiar nada",
+                                   options, comprobar);
+    requireText(command, "DIR", options->folder, folderHelp);
+    offerText(command, "TABLA", options->table, "", "Sólo esta tabla");
+}
+
+void defineReindex(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<TablesOptions>();
+    CLI::App& command = addCommand(app, chosen, "reindexar", "Rehace los índices a partir de los registros",
+                                   options, reindexar);
+    requireText(command, "DIR", options->folder, folderHelp);
+    offerText(command, "TABLA", options->table, "", "Sólo esta tabla");
+}
+
+/// The labels and headings that subcommands then inherit.
+void speakSpanish(CLI::App& app) {
+    const auto formatter = std::make_shared<CLI::Formatter>();
+    formatter->label("Usage", "Uso");
+    formatter->label("OPTIONS", "OPCIONES");
+    formatter->label("Positionals", "Argumentos");
+    formatter->label("SUBCOMMAND", "ORDEN");
+    formatter->label("REQUIRED", "(obligatorio)");
+    formatter->label("Needs", "con");
+    app.formatter(formatter);
+    app.option_defaults()->group(optionGroup);
+    app.set_help_flag("-h,--help", "Muestra esta ayuda")->group(optionGroup);
+}
+
+} // namespace
+
+void defineCommands(CLI::App& app, Command& chosen) {
+    speakSpanish(app);
+    app.description("Tablas de códigos postales: crear, cargar, consultar y comprobar");
+    app.set_version_flag("--version", AMBCP_VERSION, "Muestra la versión")->group(optionGroup);
+    app.require_subcommand(1);
+    defineCreate(app, chosen);
+    defineLoad(app, chosen);
+    defineList(app, chosen);
+    defineFind(app, chosen);
+    defineAddress(app, chosen);
+    defineCheck(app, chosen);
+    defineReindex(app, chosen);
+    // Last: a footer given before would be every subcommand's, too.
+    app.footer("«ambcp ORDEN --help» explica cada orden.\n"
+               "Termina con 0 si se ha hecho, 1 si la respuesta es que no (no se encuentra, hay problemas)\n"
+               "y 2 si no se ha podido hacer; el motivo sale entonces por la salida de errores.");
+}
+
+} // namespace ambcp

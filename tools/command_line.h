@@ -1,0 +1,20 @@
+// The command line: its options and their help.
+#pragma once
+
+#include <functional>
+
+#include "tools/commands.h"
+
+namespace CLI {
+class App;
+}
+
+namespace ambcp {
+
+/// What the command line asks for, ready to run.
+using Command = std::function<ExitCode()>;
+
+/// Gives an application all subcommands; parsing then leaves the chosen one in `chosen`.
+void defineCommands(CLI::App& app, Command& chosen);
+
+} // namespace ambcp

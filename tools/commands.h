@@ -1,0 +1,63 @@
+// The subcommands: what the command line asks of each, and the functions that do it.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ambcp {
+
+/// How the program ends.
+enum ExitCode : int {
+    done = 0,
+    negative = 1, // the question was answered, with no
+    failed = 2,   // the reason is on standard error
+};
+
+struct CreateOptions {
+    std::string folder;
+    bool withSample = false;
+    bool replaces = false;
+};
+
+struct LoadOptions {
+    std::string folder, table, file;
+    bool replaces = false;
+};
+
+struct ListOptions {
+    std::string folder, table;
+    std::string tag; // empty: the order of the records
+    std::string filter;
+    std::optional<std::string> from;
+    std::optional<std::uint64_t> most;
+    bool withRecordNumber = false;
+};
+
+struct FindOptions {
+    std::string folder, table, tag;
+    std::vector<std::string> pairs; // FIELD=VALUE
+    bool takesNearest = false;
+};
+
+struct AddressOptions {
+    std::string folder, municipality, streetType, street, number;
+};
+
+/// For one table, or for all of the folder when its name is empty.
+struct TablesOptions {
+    std::string folder, table;
+};
+
+// Texts are UTF-8. Each writes to standard output and returns how the program is to end. Errors: Failure,
+// dbase::Error and OutputClosed.
+[[nodiscard]] ExitCode crear(const CreateOptions& options);
+[[nodiscard]] ExitCode cargar(const LoadOptions& options);
+[[nodiscard]] ExitCode listar(const ListOptions& options);
+[[nodiscard]] ExitCode buscar(const FindOptions& options);
+[[nodiscard]] ExitCode direccion(const AddressOptions& options);
+[[nodiscard]] ExitCode comprobar(const TablesOptions& options);
+[[nodiscard]] ExitCode reindexar(const TablesOptions& options);
+
+} // namespace ambcp

@@ -1,0 +1,277 @@
+#include "tools/csv.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace ambcp {
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+/// Bytes that end an unquoted value, or must not be in one.
+constexpr std::array<bool, 256> endsPlain = [] {
+    std::array<bool, 256> ends{};
+    for (const char c : {',', '\n', '\r', '"'}) {
+        ends[static_cast<unsigned char>(c)] = true;
+    }
+    return ends;
+}();
+
+std::uint64_t characters(std::string_view utf8) {
+    return static_cast<std::uint64_t>(std::count_if(
+        utf8.begin(), utf8.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+} // namespace
+
+CsvError::CsvError(const std::string& name, std::uint64_t line, std::uint64_t column, const std::string& text)
+    : Failure(name + ": línea " + std::to_string(line) + ", carácter " + std::to_string(column) + ": " +
+              text),
+      line_(line), column_(column) {}
+
+CsvReader::CsvReader(CsvSource source, std::string name, std::size_t bufferSize)
+    : source_(std::move(source)), name_(std::move(name)), buffer_(bufferSize) {}
+
+void CsvReader::fail(const std::string& text) const {
+    const std::size_t lineBegin = begin_ + lineStart_;
+    const std::string_view before(buffer_.data() + lineBegin, at_ - lineBegin);
+    throw CsvError(name_, line_, characters(before) + 1, text);
+}
+
+bool CsvReader::hasMore() { return at_ < end_ || refill(); }
+
+/// More bytes behind the ones of the record, which moves to the front of the buffer.
+bool CsvReader::refill() {
+    if (isExhausted_) {
+        return false;
+    }
+    if (begin_ > 0) {
+        std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
+        at_ -= begin_;
+        end_ -= begin_;
+        begin_ = 0;
+    }
+    if (end_ == buffer_.size()) {
+        if (buffer_.size() >= maxRecordSize) {
+            throw CsvError(name_, recordLine_, 1,
+                           "la fila que empieza aquí no termina; ¿faltan unas comillas de cierre?");
+        }
+        buffer_.resize(std::min(buffer_.size() * 2, maxRecordSize));
+    }
+    const std::size_t got = source_(std::span(buffer_).subspan(end_));
+    end_ += got;
+    isExhausted_ = got == 0;
+    return got > 0;
+}
+
+void CsvReader::skipByteOrderMark() {
+    while (end_ - at_ < byteOrderMark.size() && refill()) {
+    }
+    if (std::string_view(buffer_.data() + at_, end_ - at_).starts_with(byteOrderMark)) {
+        at_ += byteOrderMark.size();
+    }
+}
+
+bool CsvReader::next() {
+    if (end_ == 0) {
+        skipByteOrderMark();
+    }
+    do {
+        begin_ = at_;
+        lineStart_ = 0;
+        recordLine_ = line_;
+        extents_.clear();
+        if (!hasMore()) {
+            fields_.clear();
+            return false;
+        }
+        readRecord();
+    } while (extents_.size() == 1 && extents_[0].begin == 0 && extents_[0].end == 0); // an empty line
+    publish();
+    return true;
+}
+
+void CsvReader::readRecord() {
+    do {
+        if (hasMore() && buffer_[at_] == '"') {
+            readQuoted();
+        } else {
+            readPlain();
+        }
+    } while (!endsRecord());
+}
+
+void CsvReader::readPlain() {
+    const std::size_t start = at_ - begin_;
+    while (hasMore()) {
+        const char* const bytes = buffer_.data();
+        while (at_ < end_ && !endsPlain[static_cast<unsigned char>(bytes[at_])]) {
+            ++at_;
+        }
+        if (at_ < end_) {
+            break;
+        }
+    }
+    extents_.push_back({start, at_ - begin_, line_, false});
+}
+
+void CsvReader::readQuoted() {
+    const std::uint64_t openLine = line_;
+    const std::uint64_t openColumn =
+        characters({buffer_.data() + begin_ + lineStart_, at_ - begin_ - lineStart_}) + 1;
+    ++at_;
+    const std::size_t start = at_ - begin_;
+    bool hasDoubledQuotes = false;
+    while (true) {
+        if (!hasMore()) {
+            throw CsvError(name_, openLine, openColumn, "estas comillas no se cierran");
+        }
+        const char c = buffer_[at_++];
+        if (c == '\n') {
+            ++line_;
+            lineStart_ = at_ - begin_;
+        } else if (c == '"') {
+            if (!hasMore() || buffer_[at_] != '"') {
+                break;
+            }
+            hasDoubledQuotes = true;
+            ++at_;
+        }
+    }
+    extents_.push_back({start, at_ - 1 - begin_, openLine, hasDoubledQuotes});
+}
+
+/// Takes what stands behind a value; true when it ends the record.
+bool CsvReader::endsRecord() {
+    if (!hasMore()) {
+        return true;
+    }
+    switch (buffer_[at_]) {
+    case ',':
+        ++at_;
+        return false;
+    case '\r':
+        ++at_;
+        if (!hasMore() || buffer_[at_] != '\n') {
+            --at_;
+            fail("retorno de carro sin salto de línea");
+        }
+        break;
+    case '\n':
+        break;
+    case '"':
+        fail("comillas dentro de un valor sin comillas");
+    default:
+        fail("texto detrás de las comillas de cierre");
+    }
+    ++at_;
+    ++line_;
+    return true;
+}
+
+void CsvReader::publish() {
+    fields_.clear();
+    char* const record = buffer_.data() + begin_;
+    for (const Extent& extent : extents_) {
+        char* const begin = record + extent.begin;
+        char* end = record + extent.end;
+        if (extent.hasDoubledQuotes) {
+            char* to = begin;
+            for (const char* from = begin; from != end; ++from) {
+                *to++ = *from;
+                from += *from == '"' ? 1 : 0;
+            }
+            end = to;
+        }
+        fields_.push_back({{begin, static_cast<std::size_t>(end - begin)}, extent.line});
+    }
+}
+
+CsvSource textSource(std::string_view text) {
+    return [text](std::span<char> room) mutable {
+        const std::size_t size = std::min(room.size(), text.size());
+        std::copy_n(text.begin(), size, room.begin());
+        text.remove_prefix(size);
+        return size;
+    };
+}
+
+CsvSource fileSource(const std::string& path) {
+    const int opened = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (opened < 0) {
+        throw Failure(path + ": no se puede abrir: " + std::strerror(errno));
+    }
+    const std::shared_ptr<const int> descriptor(new int(opened), [](const int* held) {
+        ::close(*held);
+        delete held;
+    });
+    return [descriptor, path](std::span<char> room) {
+        while (true) {
+            const ssize_t got = ::read(*descriptor, room.data(), room.size());
+            if (got >= 0) {
+                return static_cast<std::size_t>(got);
+            }
+            if (errno != EINTR) {
+                throw Failure(path + ": no se puede leer: " + std::strerror(errno));
+            }
+        }
+    };
+}
+
+CsvWriter::CsvWriter(int descriptor) : descriptor_(descriptor) {}
+
+void CsvWriter::field(std::string_view text) {
+    if (!isFirst_) {
+        pending_ += ',';
+    }
+    isFirst_ = false;
+    if (std::none_of(text.begin(), text.end(),
+                     [](char c) { return endsPlain[static_cast<unsigned char>(c)]; })) {
+        pending_ += text;
+        return;
+    }
+    pending_ += '"';
+    for (const char c : text) {
+        pending_.append(c == '"' ? 2 : 1, c);
+    }
+    pending_ += '"';
+}
+
+void CsvWriter::endRecord() {
+    constexpr std::size_t enough = std::size_t{1} << 16;
+    if (pending_.size() == recordStart_) {
+        pending_ += "\"\""; // one blank value: an empty line would be none
+    }
+    pending_ += '\n';
+    isFirst_ = true;
+    recordStart_ = pending_.size();
+    if (pending_.size() >= enough) {
+        flush();
+    }
+}
+
+void CsvWriter::flush() {
+    std::string_view left = pending_;
+    while (!left.empty()) {
+        const ssize_t put = ::write(descriptor_, left.data(), left.size());
+        if (put >= 0) {
+            left.remove_prefix(static_cast<std::size_t>(put));
+        } else if (errno == EPIPE) {
+            throw OutputClosed();
+        } else if (errno != EINTR) {
+            throw Failure(std::string("no se puede escribir la salida: ") + std::strerror(errno));
+        }
+    }
+    pending_.clear();
+    recordStart_ = 0;
+}
+
+} // namespace ambcp

@@ -1,0 +1,115 @@
+// CSV as RFC 4180 has it, in UTF-8: reading record by record from a stream, writing to a file descriptor.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/failure.h"
+
+namespace ambcp {
+
+/// A text that is not CSV. Line and column (in characters) count from 1.
+class CsvError : public Failure {
+public:
+    CsvError(const std::string& name, std::uint64_t line, std::uint64_t column, const std::string& text);
+
+    [[nodiscard]] std::uint64_t line() const noexcept { return line_; }
+    [[nodiscard]] std::uint64_t column() const noexcept { return column_; }
+
+private:
+    std::uint64_t line_, column_;
+};
+
+/// One value of a record, quotes taken off.
+struct CsvField {
+    std::string_view text;
+    std::uint64_t line; // where it begins, from 1
+};
+
+/// Fills a piece of memory with the bytes that follow and says how many they are; 0 at the end.
+using CsvSource = std::function<std::size_t(std::span<char>)>;
+
+/// Reads record by record out of one buffer. Lines end in LF or CR LF; a byte order mark before the first one
+/// and empty lines are passed over. Errors: CsvError, and whatever the source raises.
+class CsvReader {
+public:
+    static constexpr std::size_t defaultBufferSize = std::size_t{1} << 20;
+    /// A longer record can only be a quote that is never closed.
+    static constexpr std::size_t maxRecordSize = std::size_t{1} << 24;
+
+    /// `name` is what errors call the text.
+    CsvReader(CsvSource source, std::string name, std::size_t bufferSize = defaultBufferSize);
+    CsvReader(const CsvReader&) = delete;
+    CsvReader& operator=(const CsvReader&) = delete;
+
+    /// Reads the next record; false when there is none.
+    [[nodiscard]] bool next();
+    /// The record read last; its texts are valid until the next one is read.
+    [[nodiscard]] std::span<const CsvField> fields() const { return fields_; }
+    /// Line where the record read last begins.
+    [[nodiscard]] std::uint64_t line() const { return recordLine_; }
+    [[nodiscard]] const std::string& name() const { return name_; }
+
+private:
+    struct Extent { // relative to the start of the record, as the buffer may move under it
+        std::size_t begin, end;
+        std::uint64_t line;
+        bool hasDoubledQuotes;
+    };
+
+    void skipByteOrderMark();
+    [[nodiscard]] bool hasMore();
+    [[nodiscard]] bool refill();
+    void readRecord();
+    void readPlain();
+    void readQuoted();
+    [[nodiscard]] bool endsRecord();
+    void publish();
+    [[noreturn]] void fail(const std::string& text) const;
+
+    CsvSource source_;
+    std::string name_;
+    std::vector<char> buffer_;
+    std::size_t begin_ = 0; // of the record in the buffer
+    std::size_t at_ = 0;    // next byte to look at
+    std::size_t end_ = 0;   // of the bytes read
+    bool isExhausted_ = false;
+    std::uint64_t line_ = 1, recordLine_ = 1;
+    std::size_t lineStart_ = 0; // of the current line, relative to the record
+    std::vector<Extent> extents_;
+    std::vector<CsvField> fields_;
+};
+
+/// Source on a text in memory, which must outlive it.
+[[nodiscard]] CsvSource textSource(std::string_view text);
+/// Source on a file. Errors: Failure for one that cannot be opened or read.
+[[nodiscard]] CsvSource fileSource(const std::string& path);
+
+/// Whoever reads our output has gone away.
+struct OutputClosed {};
+
+/// Writes records, gathered into large pieces. Errors: OutputClosed, Failure.
+class CsvWriter {
+public:
+    explicit CsvWriter(int descriptor);
+    CsvWriter(const CsvWriter&) = delete;
+    CsvWriter& operator=(const CsvWriter&) = delete;
+
+    /// Quoted when it must be.
+    void field(std::string_view text);
+    void endRecord();
+    /// What is not flushed is not written.
+    void flush();
+
+private:
+    int descriptor_;
+    std::string pending_;
+    std::size_t recordStart_ = 0;
+    bool isFirst_ = true;
+};
+
+} // namespace ambcp

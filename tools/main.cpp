@@ -1,0 +1,63 @@
+// ambcp, the administrator's command for the postal tables.
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+
+#include <CLI/CLI.hpp>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "tools/command_line.h"
+#include "tools/csv.h"
+#include "tools/usage_errors.h"
+
+namespace {
+
+using ambcp::ExitCode;
+
+/// A table must never be opened as one of the standard files: what is printed would be written into it.
+void fillStandardFiles() {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0) {
+            _exit(ExitCode::failed);
+        }
+    }
+}
+
+ExitCode run(const ambcp::Command& command) {
+    try {
+        const ExitCode result = command();
+        if (std::fflush(stdout) == 0 || errno == EPIPE) {
+            return result;
+        }
+        std::fprintf(stderr, "ambcp: no se puede escribir la salida: %s\n", std::strerror(errno));
+    } catch (const ambcp::OutputClosed&) {
+        return ExitCode::done; // the reader had enough
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "ambcp: %s\n", error.what());
+    }
+    return ExitCode::failed;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    fillStandardFiles();
+    std::signal(SIGPIPE, SIG_IGN);
+    ambcp::Command command;
+    CLI::App app({}, "ambcp");
+    ambcp::defineCommands(app, command);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
+            return app.exit(error);
+        }
+        std::fprintf(stderr, "ambcp: %s. Vea «ambcp --help».\n", ambcp::describeUsageError(error).c_str());
+        return ExitCode::failed;
+    }
+    return run(command);
+}

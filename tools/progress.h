@@ -1,0 +1,32 @@
+// A line on the terminal that says how far a long task has come.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+namespace ambcp {
+
+/// Shows on standard error, and only when that is a terminal. The line is gone when the object is.
+class ProgressLine {
+public:
+    explicit ProgressLine(std::string task);
+    ~ProgressLine();
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+
+    /// Not more often than a person can read.
+    void rows(std::uint64_t count);
+    void share(double done);
+    void share(std::uint64_t done, std::uint64_t total);
+
+private:
+    void show(const std::string& state);
+
+    std::string task_;
+    bool isOn_;
+    std::chrono::steady_clock::time_point next_;
+    bool isShown_ = false;
+};
+
+} // namespace ambcp

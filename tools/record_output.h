@@ -1,0 +1,28 @@
+// The records of a dataset as CSV on standard output.
+#pragma once
+
+#include "dbase/codepage.h"
+#include "dbase/dataset.h"
+#include "tools/csv.h"
+
+namespace ambcp {
+
+enum class RecordNumbers { Hidden, Shown };
+
+/// Writes the header row at once, then one row for each call.
+class RecordOutput {
+public:
+    RecordOutput(dbase::Dataset& table, RecordNumbers numbers);
+
+    void writeCurrent();
+    void flush() { csv_.flush(); }
+
+private:
+    dbase::Dataset& table_;
+    const dbase::CodePage& page_;
+    RecordNumbers numbers_;
+    std::vector<dbase::Field*> fields_;
+    CsvWriter csv_;
+};
+
+} // namespace ambcp

@@ -1,0 +1,37 @@
+// Search keys from texts of the command line.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "dbase/dataset.h"
+
+namespace ambcp {
+
+/// A key together with the names and texts that it refers to.
+class SearchKey {
+public:
+    /// One field. `text` is UTF-8, checked against the column. Errors: Failure for a field that the table
+    /// lacks, one given twice, a value that its column cannot hold.
+    void add(dbase::Dataset& table, const std::string& field, const std::string& text);
+
+    [[nodiscard]] dbase::Key key() const;
+    [[nodiscard]] bool empty() const { return pairs_.empty(); }
+    [[nodiscard]] bool has(const std::string& field) const;
+
+private:
+    struct Pair {
+        std::string field, value;
+    };
+    std::vector<Pair> pairs_;
+};
+
+/// The key that begins with a text: its characters spread over the leading character columns of the active
+/// tag, each taking its width. Errors: Failure for a text that a column cannot hold, or a tag whose keys do
+/// not begin with a column.
+[[nodiscard]] SearchKey keyFromText(dbase::Dataset& table, const std::string& text);
+
+/// Fields of the key that have no part in the active tag; empty when its expression does not tell.
+[[nodiscard]] std::vector<std::string> fieldsOutsideTag(dbase::Dataset& table, const SearchKey& key);
+
+} // namespace ambcp

@@ -1,0 +1,97 @@
+#include "tools/table_folder.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "dbase/codepage.h"
+#include "dbase/databases.h"
+#include "dbase/error.h"
+#include "tools/failure.h"
+
+namespace fs = std::filesystem;
+
+namespace ambcp {
+
+namespace {
+
+bool isTableName(const fs::path& name) {
+    const std::string extension = name.extension().string();
+    return extension.size() == 4 &&
+           std::ranges::equal(extension, std::string_view(".DBF"),
+                              [](char a, char b) { return a == b || (a >= 'a' && a <= 'z' && a - 32 == b); });
+}
+
+} // namespace
+
+std::string useFolder(const std::string& folder) {
+    std::error_code problem;
+    if (!fs::is_directory(folder, problem)) {
+        throw Failure("no existe la carpeta «" + folder + "»");
+    }
+    dbase::setDatabaseFolder(folderDatabase, folder);
+    return dbase::databaseFolder(folderDatabase);
+}
+
+std::string requireTable(const std::string& folder, const std::string& table) {
+    const auto file = dbase::findTableFile(folder, table);
+    if (!file) {
+        throw Failure("en la carpeta «" + folder + "» no hay ninguna tabla «" + table + "»");
+    }
+    return *file;
+}
+
+std::vector<std::string> tablesIn(const std::string& folder) {
+    std::vector<std::string> files;
+    std::error_code problem;
+    for (fs::directory_iterator entry(folder, problem), end; !problem && entry != end;
+         entry.increment(problem)) {
+        std::error_code ignored;
+        if (isTableName(entry->path().filename()) && entry->is_regular_file(ignored)) {
+            files.push_back(folder + '/' + entry->path().filename().string());
+        }
+    }
+    if (problem) {
+        throw Failure("no se puede leer la carpeta «" + folder + "»: " + problem.message());
+    }
+    if (files.empty()) {
+        throw Failure("en la carpeta «" + folder + "» no hay ninguna tabla");
+    }
+    std::ranges::sort(files);
+    return files;
+}
+
+std::vector<std::string> tablesNamed(const std::string& folder, const std::string& table) {
+    return table.empty() ? tablesIn(folder) : std::vector{requireTable(folder, table)};
+}
+
+std::string tableName(const std::string& tableFile) { return fs::path(tableFile).stem().string(); }
+
+std::string inTablePage(const dbase::Dataset& table, const std::string& text, const std::string& what) {
+    const auto bytes = dbase::CodePage::ofDriver(table.schema().languageDriver).fromUtf8(text);
+    if (!bytes) {
+        throw Failure(what + " «" + text + "» lleva caracteres que la tabla no puede guardar");
+    }
+    return *bytes;
+}
+
+void useTag(dbase::Dataset& table, const std::string& tag) {
+    try {
+        table.setTag(tag);
+    } catch (const dbase::Error& error) {
+        if (error.code() != dbase::ErrorCode::NotFound) {
+            throw;
+        }
+        const std::vector<std::string> names = table.tagNames();
+        std::string known;
+        for (const std::string& name : names) {
+            known += (known.empty() ? "" : ", ") + name;
+        }
+        const std::string reason = table.readOnlyReason(); // says so when the index is lost
+        const std::string instead = !known.empty()   ? "tiene " + known
+                                    : reason.empty() ? "no tiene índice"
+                                                     : reason;
+        throw Failure("la tabla " + table.tableName() + " no tiene ningún tag «" + tag + "»; " + instead);
+    }
+}
+
+} // namespace ambcp

@@ -1,0 +1,22 @@
+// Loading CSV into a table: all of it or nothing.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "dbase/bulk_loader.h"
+#include "tools/csv.h"
+
+namespace ambcp {
+
+/// Told while rows are read (share below 0) and while the tags are made (share 0 to 1).
+using LoadProgress = std::function<void(std::uint64_t rows, double share)>;
+
+/// Adds the rows of a CSV text to a table; its first row names the columns, in any order, and those not named
+/// stay blank. Returns the number of rows. Errors: Failure naming the text, line and column of the first
+/// value that cannot be loaded, dbase::Error; the table is then as it was.
+std::uint64_t loadCsv(CsvReader& csv, const std::string& tableFile, dbase::BulkLoader::Mode mode,
+                      const LoadProgress& progress = {});
+
+} // namespace ambcp
