@@ -36,20 +36,20 @@ AddressForm::AddressForm(QWidget* parent) : QWidget(parent), grid_(new QGridLayo
     grid_->setRowStretch(4, 1);
 }
 
-QLineEdit* AddressForm::addBox(const BoxSpec& spec, const Place& place) {
+QLineEdit* AddressForm::addBox(const BoxDetails& details, const Place& place) {
     auto* box = new QLineEdit(this);
-    box->setObjectName(QLatin1String(spec.objectName));
-    auto* label = new QLabel(spec.label, this);
+    box->setObjectName(QLatin1String(details.objectName));
+    auto* label = new QLabel(details.label, this);
     label->setBuddy(box);
-    box->setAccessibleName(QString(spec.label).remove(QLatin1Char('&')));
-    new TypingRules(box, spec.length, spec.capitals);
+    box->setAccessibleName(QString(details.label).remove(QLatin1Char('&')));
+    new TypingRules(box, details.length, details.capitals);
 
     auto* line = new QHBoxLayout;
     line->setSpacing(6);
     line->addWidget(box, 1);
-    if (spec.hasMark) {
-        auto* mark = new ValidationMark(box, spec.kind, this);
-        mark->setObjectName(QStringLiteral("Marca") + QLatin1String(spec.objectName + 1));
+    if (details.hasMark) {
+        auto* mark = new ValidationMark(box, details.kind, this);
+        mark->setObjectName(QStringLiteral("Marca") + QLatin1String(details.objectName + 1));
         line->addWidget(mark);
     }
     auto* cell = new QVBoxLayout;

@@ -36,7 +36,7 @@ private:
     struct Place {
         int row, column, columns;
     };
-    struct BoxSpec {
+    struct BoxDetails {
         const char* objectName;
         QString label; // with its mnemonic
         int length;    // characters that may be typed
@@ -45,7 +45,7 @@ private:
         ValidationMark::Kind kind;
     };
 
-    QLineEdit* addBox(const BoxSpec& spec, const Place& place);
+    QLineEdit* addBox(const BoxDetails& details, const Place& place);
 
     QGridLayout* grid_;
     AddressBoxes boxes_;

@@ -12,11 +12,12 @@ constexpr QColor borderColour(0xd3, 0xd9, 0xe2);
 constexpr QColor accentColour(0x1d, 0x5f, 0xa8);
 constexpr int darkLightness = 128; // of 255
 
-// Only containers and labels: edit boxes keep to the palette, which the focus colouring changes.
+// No colours for edit boxes: they keep to the palette, which the focus colouring changes.
 constexpr const char* rules = R"(
 #MarcoFicha { background: palette(base); border: 1px solid palette(midlight); border-radius: 8px; }
 #LTitulo { font-size: 15pt; font-weight: 600; }
-#LEstado { padding: 3px 10px; border-radius: 9px; border: 1px solid palette(midlight); background: palette(base); }
+#LEstado { background: palette(base);
+           border: 1px solid palette(midlight); border-radius: 9px; padding: 3px 10px; }
 QPushButton { min-width: 5.5em; padding: 5px 10px; }
 QLineEdit { padding: 3px 4px; }
 )";
