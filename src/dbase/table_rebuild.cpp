@@ -8,6 +8,7 @@
 #include "dbase/error.h"
 #include "dbase/index_layout.h"
 #include "dbase/key_sorter.h"
+#include "dbase/record_scan.h"
 #include "dbase/table.h"
 #include "dbase/tree_builder.h"
 
@@ -20,17 +21,16 @@ using Progress = std::function<void(std::uint64_t, std::uint64_t)>;
 // Every entry of one tag in order, the hidden records of a unique tag left out.
 TreeRoot buildTree(IndexFile& index, const Tag& tag, const TableFile& records, BlockWriter& blocks,
                    std::uint32_t& blockCount, const std::function<void(RecordNumber)>& progress) {
-    const RecordNumber count = records.recordCount();
-    KeySorter sorter(tag.order, tag.keyLength, count);
+    KeySorter sorter(tag.order, tag.keyLength, records.recordCount());
     std::array<char, maxKeyLength> key;
-    for (RecordNumber number = 1; number <= count; ++number) {
-        const RecordView record = records.record(number);
-        if (!tag.condition || tag.condition->test(record)) {
-            makeKey(tag, record, std::span(key).first(tag.keyLength));
-            sorter.add({key.data(), tag.keyLength}, number);
+    RecordScan scan(records);
+    while (const RecordView* record = scan.next()) {
+        if (!tag.condition || tag.condition->test(*record)) {
+            makeKey(tag, *record, std::span(key).first(tag.keyLength));
+            sorter.add({key.data(), tag.keyLength}, record->number);
         }
-        if (number % 16384 == 0) {
-            progress(number);
+        if (record->number % 16384 == 0) {
+            progress(record->number);
         }
     }
     TreeBuilder builder(index, tag, blocks);
