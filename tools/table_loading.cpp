@@ -22,16 +22,19 @@ std::vector<dbase::Column> readHeader(CsvReader& csv, const dbase::Schema& schem
     }
     std::vector<dbase::Column> columns;
     for (const CsvField& field : csv.fields()) {
-        const std::string name(field.text);
-        const std::string place = ", columna " + std::to_string(columns.size() + 1) + ": ";
-        const std::optional<std::size_t> position = schema.find(name);
+        const auto refuseName = [&](const std::string& text) {
+            const std::string place = ", columna " + std::to_string(columns.size() + 1) + ": ";
+            refuse(csv, field.line, place + text);
+        };
+        const std::string name = "«" + std::string(field.text) + "»";
+        const std::optional<std::size_t> position = schema.find(field.text);
         if (!position) {
-            refuse(csv, field.line, place + "la tabla no tiene ninguna columna «" + name + "»");
+            refuseName("la tabla no tiene ninguna columna " + name);
         }
         const dbase::Column& column = schema.columns[*position];
         if (std::ranges::any_of(columns,
                                 [&](const dbase::Column& other) { return other.name == column.name; })) {
-            refuse(csv, field.line, place + "la columna «" + name + "» está repetida");
+            refuseName("la columna " + name + " está repetida");
         }
         columns.push_back(column);
     }

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "dbase/table_definition.h"
+
 namespace dbase {
 
 struct Finding {
@@ -28,7 +30,7 @@ using Progress = std::function<void(std::uint64_t done, std::uint64_t total)>;
 
 /// Rebuilds all tags of a table from its records, under the exclusive lock; a damaged or missing index is made anew from the
 /// tag definitions that can still be read, else from `fallbackTags` of the caller. Errors: Error.
-void reindexTable(const std::string& tableFile, const std::vector<struct TagDefinition>& fallbackTags = {},
+void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>& fallbackTags = {},
                   const Progress& progress = {});
 
 } // namespace dbase

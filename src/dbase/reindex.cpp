@@ -1,5 +1,7 @@
 // Rebuilding a table's index from outside, also one that cannot be opened any more.
 
+#include <optional>
+
 #include "dbase/check.h"
 #include "dbase/databases.h"
 #include "dbase/error.h"
@@ -57,15 +59,16 @@ void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>
     }
     const std::string indexPath = existing.value_or(tableFile.substr(0, tableFile.rfind('.')) + ".MDX");
     std::unique_ptr<File> index = openFile(indexPath, existing ? OpenMode::ReadWrite : OpenMode::Create);
+    std::optional<IndexFile> trees; // outlives the lock on its file
     const FileLock lock(*index, structureLock, LockKind::Exclusive);
     if (!isReadable) {
         IndexFile::format(*index, records.schema(), baseName(tableFile), tags, UpdateStamp{true, true, 0, 1});
     }
-    IndexFile trees(std::move(index), records.schema());
-    rebuildTrees(records, trees, progress);
+    trees.emplace(std::move(index), records.schema());
+    rebuildTrees(records, *trees, progress);
     records.dropBehind(records.recordCount());
     records.file().sync();
-    trees.file().sync();
+    trees->file().sync();
 }
 
 } // namespace dbase

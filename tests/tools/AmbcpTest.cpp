@@ -19,12 +19,12 @@ std::string quoted(const std::string& text) {
 
 } // namespace
 
-Run AmbcpTest::shell(const std::string& command) const {
+Outcome AmbcpTest::shell(const std::string& command) const {
     const TemporaryFolder scratch;
     const std::string errorFile = scratch / "errors";
     const std::string line = "cd " + quoted(folder.path()) + " && AMBCP=" + quoted(AMBCP_PATH) + " && { " +
                              command + "\n} 2>" + quoted(errorFile);
-    Run run;
+    Outcome run;
     FILE* const pipe = popen(line.c_str(), "r");
     if (pipe == nullptr) {
         ADD_FAILURE() << "no shell";
@@ -40,7 +40,7 @@ Run AmbcpTest::shell(const std::string& command) const {
     return run;
 }
 
-Run AmbcpTest::ambcp(const std::vector<std::string>& arguments) const {
+Outcome AmbcpTest::ambcp(const std::vector<std::string>& arguments) const {
     std::string command = "\"$AMBCP\"";
     for (const std::string& argument : arguments) {
         command += ' ' + quoted(argument);
@@ -49,14 +49,14 @@ Run AmbcpTest::ambcp(const std::vector<std::string>& arguments) const {
 }
 
 std::string AmbcpTest::done(const std::vector<std::string>& arguments) const {
-    const Run run = ambcp(arguments);
+    const Outcome run = ambcp(arguments);
     EXPECT_EQ(run.exitCode, 0) << run.errors;
     EXPECT_EQ(run.errors, "");
     return run.output;
 }
 
 std::string AmbcpTest::refused(const std::vector<std::string>& arguments) const {
-    const Run run = ambcp(arguments);
+    const Outcome run = ambcp(arguments);
     EXPECT_EQ(run.exitCode, 2) << run.output;
     EXPECT_EQ(run.output, "");
     EXPECT_NE(run.errors, "");

@@ -8,7 +8,7 @@
 
 namespace ambcp::test {
 
-struct Run {
+struct Outcome {
     int exitCode = -1; // 128 and the signal when it was killed
     std::string output, errors;
 };
@@ -17,9 +17,9 @@ struct Run {
 class AmbcpTest : public ambrel::test::TableTest {
 protected:
     /// Runs the program with these arguments in the test's folder.
-    [[nodiscard]] Run ambcp(const std::vector<std::string>& arguments) const;
+    [[nodiscard]] Outcome ambcp(const std::vector<std::string>& arguments) const;
     /// Runs a command of the shell there, in which $AMBCP is the program.
-    [[nodiscard]] Run shell(const std::string& command) const;
+    [[nodiscard]] Outcome shell(const std::string& command) const;
 
     /// Runs the program and expects it to end with 0; returns what it printed.
     std::string done(const std::vector<std::string>& arguments) const;

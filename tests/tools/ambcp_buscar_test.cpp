@@ -16,18 +16,18 @@ protected:
         arguments.insert(arguments.begin(), {"buscar", ".", "CALLES"});
         return done(arguments);
     }
-    Run search(std::vector<std::string> arguments) const {
+    Outcome search(std::vector<std::string> arguments) const {
         arguments.insert(arguments.begin(), {"buscar", ".", "CALLES"});
         return ambcp(arguments);
     }
     void expectNothing(const std::vector<std::string>& arguments) const {
-        const Run run = search(arguments);
+        const Outcome run = search(arguments);
         EXPECT_EQ(run.exitCode, 1);
         EXPECT_EQ(run.output, "");
         EXPECT_EQ(run.errors.rfind("ambcp: no hay ningún registro con esa clave", 0), 0U) << run.errors;
     }
     void expectRefusal(const std::vector<std::string>& arguments, const std::string& text) const {
-        const Run run = search(arguments);
+        const Outcome run = search(arguments);
         EXPECT_EQ(run.exitCode, 2);
         EXPECT_EQ(run.output, "");
         EXPECT_EQ(run.errors, "ambcp: " + text + "\n");
@@ -71,7 +71,7 @@ TEST_F(AmbcpBuscar, UnknownColumnOrTagIsRefused) {
 }
 
 TEST_F(AmbcpBuscar, ColumnOutsideTheTagChangesNothing) {
-    const Run run = search({"NUM", "NUM=10", "VIA=Sol"});
+    const Outcome run = search({"NUM", "NUM=10", "VIA=Sol"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.output, row("08,Ñu,10,"));
     EXPECT_EQ(run.errors, "ambcp: aviso: la columna VIA no forma parte del tag NUM y no cuenta.\n");

@@ -10,13 +10,13 @@ protected:
     AmbcpCargar() { done({"crear", "."}); }
 
     /// What loading this text into a table says.
-    Run load(const std::string& table, const std::string& csv) const {
+    Outcome load(const std::string& table, const std::string& csv) const {
         folder.write("filas.csv", csv);
         return ambcp({"cargar", ".", table, "filas.csv"});
     }
     void expectRefusal(const std::string& table, const std::string& csv, const std::string& text) const {
         const std::string records = content(table + ".DBF"), index = content(table + ".MDX");
-        const Run run = load(table, csv);
+        const Outcome run = load(table, csv);
         EXPECT_EQ(run.exitCode, 2);
         EXPECT_EQ(run.errors, "ambcp: filas.csv: " + text + ". No se ha cargado nada.\n");
         EXPECT_EQ(content(table + ".DBF"), records);
@@ -25,7 +25,7 @@ protected:
 };
 
 TEST_F(AmbcpCargar, RowsByColumnName) {
-    const Run run = load("tipo_via", "NOMBRE,CODIGO\nCALLE,CL\n\"AVENIDA, LA\",AV\n");
+    const Outcome run = load("tipo_via", "NOMBRE,CODIGO\nCALLE,CL\n\"AVENIDA, LA\",AV\n");
     EXPECT_EQ(run.exitCode, 0) << run.errors;
     EXPECT_EQ(run.output, "TIPO_VIA: 2 filas cargadas.\n");
     EXPECT_EQ(done({"listar", ".", "TIPO_VIA", "--tag", "CODIGO"}),
@@ -50,8 +50,8 @@ TEST_F(AmbcpCargar, AddsOrReplaces) {
 }
 
 TEST_F(AmbcpCargar, ByteOrderMarkAndCarriageReturnsAreTaken) {
-    const Run run = load("PROVIN", "\xEF\xBB\xBF"
-                                   "CODIGO,GRUPO\r\n001,2\r\n");
+    const Outcome run = load("PROVIN", "\xEF\xBB\xBF"
+                                       "CODIGO,GRUPO\r\n001,2\r\n");
     EXPECT_EQ(run.exitCode, 0) << run.errors;
     EXPECT_EQ(done({"listar", ".", "PROVIN"}), "PROVINCIA,CODIGO,COD_198,GRUPO\n,001,,2\n");
 }
@@ -119,7 +119,7 @@ TEST_F(AmbcpCargar, SaysNothingAboutProgressWithoutATerminal) {
     for (int row = 0; row < 50000; ++row) {
         csv += "001\n";
     }
-    const Run run = load("PROVIN", csv);
+    const Outcome run = load("PROVIN", csv);
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.errors, "");
 }

@@ -40,7 +40,7 @@ TEST_F(AmbcpComprobar, OneTable) {
 TEST_F(AmbcpComprobar, FindingsNameFileAndPlace) {
     leaveUnchecked();
     fs::resize_file(folder / "PROVIN.DBF", fs::file_size(folder / "PROVIN.DBF") - 34);
-    const Run run = ambcp({"comprobar", "."});
+    const Outcome run = ambcp({"comprobar", "."});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.errors, "");
     EXPECT_NE(run.output.find("./PROVIN.DBF: cabecera: dice 3 registros y en el fichero caben 2\n"),
@@ -53,7 +53,7 @@ TEST_F(AmbcpComprobar, FindingsNameFileAndPlace) {
 TEST_F(AmbcpComprobar, KeyThatIsNotItsRecordsIsFound) {
     const std::string index = content("PROVIN.MDX");
     damage("PROVIN.MDX", index.find("ALBACETE"), 'X');
-    const Run run = ambcp({"comprobar", ".", "PROVIN"});
+    const Outcome run = ambcp({"comprobar", ".", "PROVIN"});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_NE(run.output.find("tag ALFABETICO"), std::string::npos) << run.output;
     done({"reindexar", ".", "PROVIN"});
@@ -62,7 +62,7 @@ TEST_F(AmbcpComprobar, KeyThatIsNotItsRecordsIsFound) {
 
 TEST_F(AmbcpComprobar, FindingNamesItsFileOnce) {
     folder.write("PROVIN.MDX", "basura");
-    const Run run = ambcp({"comprobar", ".", "PROVIN"});
+    const Outcome run = ambcp({"comprobar", ".", "PROVIN"});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.output.find("./PROVIN.MDX: índice: "), 0U) << run.output;
     EXPECT_EQ(run.output.find("./PROVIN.MDX", 1), std::string::npos) << run.output;
@@ -123,7 +123,7 @@ TEST_F(AmbcpReindexar, OneFailureDoesNotKeepTheOthersFromBeingRebuilt) {
     leaveUnchecked();
     folder.write("MUNICIPI.DBF", "basura");
     fs::remove(folder / "PROVIN.MDX");
-    const Run run = ambcp({"reindexar", "."});
+    const Outcome run = ambcp({"reindexar", "."});
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_EQ(run.errors.rfind("ambcp: ./MUNICIPI.DBF: ", 0), 0U) << run.errors;
     EXPECT_NE(run.output.find("PROVIN: índice rehecho.\n"), std::string::npos);

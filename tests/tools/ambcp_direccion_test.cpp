@@ -7,8 +7,8 @@ class AmbcpDireccion : public AmbcpTest {
 protected:
     AmbcpDireccion() { done({"crear", ".", "--muestra"}); }
 
-    Run resolve(const std::string& municipality, const std::string& street, const std::string& number,
-                const std::string& type = "CL") const {
+    Outcome resolve(const std::string& municipality, const std::string& street, const std::string& number,
+                    const std::string& type = "CL") const {
         return ambcp({"direccion", ".", "--municipio", municipality, "--tipo", type, "--via", street,
                       "--numero", number});
     }
@@ -24,7 +24,7 @@ TEST_F(AmbcpDireccion, NumberDecidesTheCodeOfADividedStreet) {
 }
 
 TEST_F(AmbcpDireccion, SettledAddressEndsWithZero) {
-    const Run run = resolve("MADRID", "ALCALA", "60");
+    const Outcome run = resolve("MADRID", "ALCALA", "60");
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.errors, "");
 }
@@ -34,20 +34,21 @@ TEST_F(AmbcpDireccion, SmallLettersCountAsCapitals) {
 }
 
 TEST_F(AmbcpDireccion, StreetTypeMayBeLeftOut) {
-    const Run run = ambcp({"direccion", ".", "--municipio", "MADRID", "--via", "ALCALA", "--numero", "60"});
+    const Outcome run =
+        ambcp({"direccion", ".", "--municipio", "MADRID", "--via", "ALCALA", "--numero", "60"});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
     EXPECT_EQ(run.output, row("MADRID,28079,ALCALA,CL,28001"));
 }
 
 TEST_F(AmbcpDireccion, UnsettledMunicipalityIsSaid) {
-    const Run run = resolve("MORDOR", "ALCALA", "1");
+    const Outcome run = resolve("MORDOR", "ALCALA", "1");
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.output, row("MORDOR,,,,"));
     EXPECT_EQ(run.errors, "ambcp: no se ha resuelto el municipio «MORDOR».\n");
 }
 
 TEST_F(AmbcpDireccion, UnsettledStreetIsSaid) {
-    const Run run = resolve("MADRID", "CALLE QUE NO HAY", "1");
+    const Outcome run = resolve("MADRID", "CALLE QUE NO HAY", "1");
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.errors, "ambcp: no se ha resuelto la vía «CALLE QUE NO HAY».\n");
     EXPECT_EQ(run.output.find("MADRID,28079,CALLE QUE NO HAY,"), row("").size() - 1);
@@ -59,13 +60,13 @@ TEST_F(AmbcpDireccion, UnsettledNumberIsSaid) {
                  "28999999,28,0,CL,ZZZ CORTA,1,9,2,8,28001\n");
     done({"cargar", ".", "POSTAL", "filas.csv"});
     EXPECT_EQ(resolve("MADRID", "ZZZ CORTA", "7").exitCode, 0);
-    const Run run = resolve("MADRID", "ZZZ CORTA", "11");
+    const Outcome run = resolve("MADRID", "ZZZ CORTA", "11");
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.errors, "ambcp: no se ha resuelto el número «11».\n");
 }
 
 TEST_F(AmbcpDireccion, TextThatTheTablesCannotHoldMatchesNothing) {
-    const Run run = resolve("Łódź", "ALCALA", "1");
+    const Outcome run = resolve("Łódź", "ALCALA", "1");
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.output, row("Łódź,,,,"));
     EXPECT_EQ(resolve("MADRID", "Łódź", "1").errors, "ambcp: no se ha resuelto la vía «Łódź».\n");

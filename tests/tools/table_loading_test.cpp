@@ -137,8 +137,10 @@ TEST_F(TableLoading, TellsHowFarItIs) {
     }
     std::uint64_t rowsRead = 0;
     double share = 0;
-    load(text, Mode::Append,
-         [&](std::uint64_t rows, double done) { (done < 0 ? rowsRead = rows : share = done); });
+    load(text, Mode::Append, [&](std::uint64_t rows, double done) {
+        rowsRead = done < 0 ? rows : rowsRead;
+        share = done;
+    });
     EXPECT_EQ(rowsRead, 32768U);
     EXPECT_EQ(share, 1.0);
 }
