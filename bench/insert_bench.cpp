@@ -1,4 +1,5 @@
-// One-row inserts committed one by one into the full directory with its three tags: unsynced, and synced to disk.
+// One-row inserts committed one by one into the full directory with its three tags: unsynced, and synced to
+// disk.
 
 #include <benchmark/benchmark.h>
 

@@ -17,8 +17,8 @@ public:
     LmdbPostal(const LmdbPostal&) = delete;
     LmdbPostal& operator=(const LmdbPostal&) = delete;
 
-    /// First row at or after the key, in a read transaction of its own; returns its bytes, empty past the end.
-    /// The bytes are valid until the next call.
+    /// First row at or after the key, in a read transaction of its own; returns its bytes, empty past the
+    /// end. The bytes are valid until the next call.
     [[nodiscard]] std::string_view seek(const std::string& key);
 
 private:
@@ -31,7 +31,7 @@ private:
 };
 
 /// PROVINCIA + CAPITAL + VIA + TIPO_VIA, padded as our tag's key.
-[[nodiscard]] std::string viaKey(const std::string& provincia, const std::string& capital, const std::string& via,
-                                 const std::string& tipoVia);
+[[nodiscard]] std::string viaKey(const std::string& provincia, const std::string& capital,
+                                 const std::string& via, const std::string& tipoVia);
 
 } // namespace bench

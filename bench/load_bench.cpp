@@ -1,4 +1,5 @@
-// Loading and reindexing the whole directory through the administrator's command, against SQLite's bulk insert.
+// Loading and reindexing the whole directory through the administrator's command, against SQLite's bulk
+// insert.
 
 #include <fstream>
 
@@ -18,12 +19,13 @@ const std::string& csvPath() {
     static const std::string path = [] {
         std::string made = workFolder + "/postal.csv";
         std::ofstream csv(made);
-        csv << "CODIGO1,PROVINCIA,CAPITAL,TIPO_VIA,VIA,IMPAR_INI,IMPAR_FIN,PAR_INI,PAR_FIN,CODPOSTAL,MUNICIPI,COD_INE\n";
+        csv << "CODIGO1,PROVINCIA,CAPITAL,TIPO_VIA,VIA,IMPAR_INI,IMPAR_FIN,PAR_INI,PAR_FIN,CODPOSTAL,"
+               "MUNICIPI,COD_INE\n";
         for (std::uint32_t i = 0; i < rowCount; ++i) {
             const PostalRow r = postalRow(i);
-            csv << r.codigo1 << ',' << r.provincia << ',' << r.capital << ',' << r.tipoVia << ',' << r.via << ','
-                << r.imparIni << ',' << r.imparFin << ',' << r.parIni << ',' << r.parFin << ',' << r.codPostal << ','
-                << r.municipi << ',' << r.codIne << '\n';
+            csv << r.codigo1 << ',' << r.provincia << ',' << r.capital << ',' << r.tipoVia << ',' << r.via
+                << ',' << r.imparIni << ',' << r.imparFin << ',' << r.parIni << ',' << r.parFin << ','
+                << r.codPostal << ',' << r.municipi << ',' << r.codIne << '\n';
         }
         return made;
     }();

@@ -20,7 +20,8 @@ public:
         for (const Run& run : runs) {
             const std::string full = run.benchmark_name();
             const std::size_t slash = full.find('/', full.find('/') + 1);
-            seconds_[full.substr(0, slash)] = run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
+            seconds_[full.substr(0, slash)] =
+                run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
         }
     }
 
@@ -52,7 +53,8 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 2;
     }
-    bench::workFolder = (std::filesystem::temp_directory_path() / ("ambrel-bench-" + std::to_string(getpid()))).string();
+    bench::workFolder =
+        (std::filesystem::temp_directory_path() / ("ambrel-bench-" + std::to_string(getpid()))).string();
     std::filesystem::create_directories(bench::workFolder);
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);

@@ -19,12 +19,12 @@ std::uint32_t mix(std::uint32_t x) {
 
 constexpr std::array<const char*, 8> types{"CL", "AV", "PZ", "PS", "CM", "CR", "TR", "RD"};
 constexpr std::array<const char*, 20> firstWords{
-    "MAYOR",     "SAN JUAN", "SANTA MARIA", "REAL",      "DOCTOR",   "CONSTITUCION", "IGLESIA",
+    "MAYOR",     "SAN JUAN", "SANTA MARIA", "REAL",      "DOCTOR",    "CONSTITUCION", "IGLESIA",
     "FUENTE",    "MOLINO",   "CASTILLO",    "ESTACION",  "CERVANTES", "GOYA",         "VELAZQUEZ",
     "CAMINO DE", "PUENTE",   "ERAS",        "ARROYO DE", "VIRGEN DE", "HERMANOS"};
 constexpr std::array<const char*, 20> lastWords{
-    "GARCIA",   "LOPEZ",     "FERNANDEZ", "LA PAZ",   "LA CRUZ",  "LOS OLIVOS", "LAS FLORES",
-    "EL PRADO", "ARRIBA",    "ABAJO",     "NUEVA",    "VIEJA",    "DEL SOL",    "DEL RIO",
+    "GARCIA",    "LOPEZ",    "FERNANDEZ", "LA PAZ",    "LA CRUZ",  "LOS OLIVOS", "LAS FLORES",
+    "EL PRADO",  "ARRIBA",   "ABAJO",     "NUEVA",     "VIEJA",    "DEL SOL",    "DEL RIO",
     "LA SIERRA", "EL PILAR", "LA VEGA",   "EL CARMEN", "LAS ERAS", "LA ENCINA"};
 
 } // namespace

@@ -15,7 +15,7 @@ struct PostalRow {
     int imparIni, imparFin, parIni, parFin;
     std::string codPostal; // 5
     std::string municipi;
-    std::string codIne;    // 5
+    std::string codIne; // 5
 };
 
 /// Row `number` of the directory, 0-based; any number gives a row. Rows come in no order of any tag.

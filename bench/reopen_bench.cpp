@@ -1,4 +1,5 @@
-// A second cursor on a table that is open already, with its first read, against opening a database and reading.
+// A second cursor on a table that is open already, with its first read, against opening a database and
+// reading.
 
 #include <benchmark/benchmark.h>
 

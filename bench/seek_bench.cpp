@@ -1,4 +1,5 @@
-// Nearest seek by (PROVINCIA, CAPITAL, VIA, TIPO_VIA) plus reading five columns, safe against writers in other processes.
+// Nearest seek by (PROVINCIA, CAPITAL, VIA, TIPO_VIA) plus reading five columns, safe against writers in
+// other processes.
 
 #include <benchmark/benchmark.h>
 
@@ -54,10 +55,10 @@ void seekOursByCounter(benchmark::State& state) { seekOurs(state, dbase::ReadGua
 
 void seekSqlite(benchmark::State& state) {
     const Database database = openSqlite(sqlitePath());
-    const Statement select = prepare(database.get(),
-                                     "SELECT codigo1, via, tipo_via, codpostal, impar_fin FROM postal "
-                                     "WHERE (provincia, capital, via, tipo_via) >= (?,?,?,?) "
-                                     "ORDER BY provincia, capital, via, tipo_via LIMIT 1");
+    const Statement select =
+        prepare(database.get(), "SELECT codigo1, via, tipo_via, codpostal, impar_fin FROM postal "
+                                "WHERE (provincia, capital, via, tipo_via) >= (?,?,?,?) "
+                                "ORDER BY provincia, capital, via, tipo_via LIMIT 1");
     const auto& list = allSearches();
     std::size_t i = 0;
     for (auto _ : state) {

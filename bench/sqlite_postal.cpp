@@ -58,9 +58,10 @@ void loadSqlite(const std::string& path) {
         std::remove((path + suffix).c_str());
     }
     const Database database = openSqlite(path);
-    execute(database.get(), "CREATE TABLE postal(codigo1 TEXT, provincia TEXT, capital TEXT, tipo_via TEXT, via TEXT,"
-                            "impar_ini INT, impar_fin INT, par_ini INT, par_fin INT, codpostal TEXT, municipi TEXT,"
-                            "cod_ine TEXT)");
+    execute(database.get(),
+            "CREATE TABLE postal(codigo1 TEXT, provincia TEXT, capital TEXT, tipo_via TEXT, via TEXT,"
+            "impar_ini INT, impar_fin INT, par_ini INT, par_fin INT, codpostal TEXT, municipi TEXT,"
+            "cod_ine TEXT)");
     execute(database.get(), "BEGIN");
     const Statement insert = prepare(database.get(), insertSql);
     for (std::uint32_t i = 0; i < rowCount; ++i) {

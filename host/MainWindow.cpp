@@ -11,6 +11,7 @@
 
 #include "host/AddressForm.h"
 #include "host/AddressValidation.h"
+#include "host/CommandButton.h"
 #include "host/HostTable.h"
 #include "host/RecordBinding.h"
 #include "package/AmbCodPostales.h"
@@ -108,7 +109,7 @@ QWidget* MainWindow::commands() {
 
 QPushButton* MainWindow::command(const char* objectName, const QString& text, const QString& shortcut,
                                  void (MainWindow::*action)()) {
-    auto* button = new QPushButton(text, this);
+    auto* button = new CommandButton(text, this);
     button->setObjectName(QLatin1String(objectName));
     button->setAutoDefault(false);
     const QKeySequence keys(shortcut, QKeySequence::PortableText);

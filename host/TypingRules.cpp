@@ -1,20 +1,33 @@
 #include "host/TypingRules.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QScopedValueRollback>
 #include <algorithm>
 
+#include "services/Text.h"
+
 namespace host {
 namespace {
 
+bool isPrintable(const QKeyEvent& event) { return !event.text().isEmpty() && event.text().front().isPrint(); }
+
 /// Whether a key press puts its text into a box, rather than being a command.
 bool typesText(const QKeyEvent& event) {
-    if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
-        return false;
-    return !event.text().isEmpty() && event.text().front().isPrint();
+    return !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) &&
+           isPrintable(event);
+}
+
+/// The tables keep Windows-1252. A letter that it lacks is kept as the nearest one; what has none is refused
+/// aloud, at the key rather than at the save.
+bool canBeKept(const QString& typed) {
+    if (typed.contains(QLatin1Char('?')) ||
+        ambrel::toNearestWindows1252(typed).find('?') == std::string::npos)
+        return true;
+    QApplication::beep();
+    return false;
 }
 
 } // namespace
@@ -48,9 +61,11 @@ QString TypingRules::withCapitals(const QString& typed) const {
 }
 
 bool TypingRules::filterKey(const QKeyEvent& event) {
+    if (event.modifiers() == Qt::AltModifier && isPrintable(event))
+        return true; // a mnemonic that nothing has: an edit box would take it for a letter
     if (!typesText(event))
         return false;
-    if (!hasRoomFor(event.text()))
+    if (!hasRoomFor(event.text()) || !canBeKept(event.text()))
         return true;
     const QString text = withCapitals(event.text());
     if (text == event.text())
@@ -66,7 +81,7 @@ bool TypingRules::filterInput(const QInputMethodEvent& event) {
     if (event.commitString().isEmpty())
         return false;
     const QString text = withCapitals(event.commitString());
-    const bool fits = hasRoomFor(text);
+    const bool fits = hasRoomFor(text) && canBeKept(text);
     if (fits && text == event.commitString())
         return false;
     QInputMethodEvent changed(event.preeditString(), event.attributes());

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "data/TableDefinitions.h"
 #include "dbase/check.h"
 #include "dbase/error.h"
 #include "tools/commands.h"
@@ -39,12 +40,14 @@ void print(const std::string& table, const dbase::CheckResult& result) {
 }
 
 ExitCode check(const std::string& table) {
+    const auto known = ambrel::tableDefinition(tableName(table));
+    const auto knownTags = known ? known->tags : std::vector<dbase::TagDefinition>();
     try {
         dbase::CheckResult result;
         {
             ProgressLine line(tableName(table));
             result = dbase::checkTable(
-                table, [&](std::uint64_t done, std::uint64_t total) { line.share(done, total); });
+                table, [&](std::uint64_t done, std::uint64_t total) { line.share(done, total); }, knownTags);
         }
         print(table, result);
         return result.findings.empty() ? ExitCode::done : ExitCode::negative;

@@ -10,6 +10,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "dbase/system_reason.h"
+
 namespace ambcp {
 
 namespace {
@@ -207,7 +209,7 @@ CsvSource textSource(std::string_view text) {
 CsvSource fileSource(const std::string& path) {
     const int opened = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (opened < 0) {
-        throw Failure(path + ": no se puede abrir: " + std::strerror(errno));
+        throw Failure(path + ": no se puede abrir: " + dbase::systemReason(errno));
     }
     const std::shared_ptr<const int> descriptor(new int(opened), [](const int* held) {
         ::close(*held);
@@ -220,7 +222,7 @@ CsvSource fileSource(const std::string& path) {
                 return static_cast<std::size_t>(got);
             }
             if (errno != EINTR) {
-                throw Failure(path + ": no se puede leer: " + std::strerror(errno));
+                throw Failure(path + ": no se puede leer: " + dbase::systemReason(errno));
             }
         }
     };
@@ -267,7 +269,7 @@ void CsvWriter::flush() {
         } else if (errno == EPIPE) {
             throw OutputClosed();
         } else if (errno != EINTR) {
-            throw Failure(std::string("no se puede escribir la salida: ") + std::strerror(errno));
+            throw Failure(std::string("no se puede escribir la salida: ") + dbase::systemReason(errno));
         }
     }
     pending_.clear();

@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "dbase/system_reason.h"
 #include "tools/command_line.h"
 #include "tools/csv.h"
 #include "tools/usage_errors.h"
@@ -33,7 +34,8 @@ ExitCode run(const ambcp::Command& command) {
         if (std::fflush(stdout) == 0 || errno == EPIPE) {
             return result;
         }
-        std::fprintf(stderr, "ambcp: no se puede escribir la salida: %s\n", std::strerror(errno));
+        std::fprintf(stderr, "ambcp: no se puede escribir la salida: %s\n",
+                     dbase::systemReason(errno).c_str());
     } catch (const ambcp::OutputClosed&) {
         return ExitCode::done; // the reader had enough
     } catch (const std::exception& error) {

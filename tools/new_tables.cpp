@@ -7,6 +7,7 @@
 
 #include "data/TableDefinitions.h"
 #include "dbase/databases.h"
+#include "dbase/system_reason.h"
 #include "dbase/table_replacement.h"
 #include "tools/failure.h"
 
@@ -79,7 +80,8 @@ void makeFolder(const std::string& folder, Creation& creation) {
             creation.add(part.string());
         }
         if (problem) {
-            throw Failure("no se puede crear la carpeta «" + part.string() + "»: " + problem.message());
+            throw Failure("no se puede crear la carpeta «" + part.string() +
+                          "»: " + dbase::systemReason(problem.value()));
         }
     }
     if (!fs::is_directory(folder, problem)) {

@@ -6,6 +6,7 @@
 #include "dbase/codepage.h"
 #include "dbase/databases.h"
 #include "dbase/error.h"
+#include "dbase/system_reason.h"
 #include "tools/failure.h"
 
 namespace fs = std::filesystem;
@@ -51,7 +52,8 @@ std::vector<std::string> tablesIn(const std::string& folder) {
         }
     }
     if (problem) {
-        throw Failure("no se puede leer la carpeta «" + folder + "»: " + problem.message());
+        throw Failure("no se puede leer la carpeta «" + folder +
+                      "»: " + dbase::systemReason(problem.value()));
     }
     if (files.empty()) {
         throw Failure("en la carpeta «" + folder + "» no hay ninguna tabla");

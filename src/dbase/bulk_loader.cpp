@@ -17,7 +17,8 @@ constexpr std::size_t pendingBytes = std::size_t{1} << 20;
 struct BulkLoader::State {
     std::shared_ptr<Table> table; // the one added to, or the new one
     std::optional<TableReplacement> replacement;
-    std::optional<FileLock> lock;
+    std::optional<StructureLock> lock;
+    std::optional<FileLock> appending;
     std::uint32_t countBefore = 0;
     std::uint32_t added = 0;
     std::vector<char> pending;
@@ -46,7 +47,8 @@ std::shared_ptr<Table> makeTwin(const Table& old, const TableReplacement& files)
     std::unique_ptr<File> table = openFile(files.newTableFile(), OpenMode::Create);
     std::unique_ptr<File> index = tags.empty() ? nullptr : openFile(files.newIndexFile(), OpenMode::Create);
     const std::size_t slash = old.path().rfind('/') + 1;
-    writeEmptyTable(*table, index.get(), old.schema(), old.path().substr(slash, old.path().rfind('.') - slash), tags);
+    writeEmptyTable(*table, index.get(), old.schema(),
+                    old.path().substr(slash, old.path().rfind('.') - slash), tags);
     return std::make_shared<Table>(std::move(table), std::move(index));
 }
 
@@ -60,20 +62,23 @@ BulkLoader::BulkLoader(const std::string& tableFile, Mode mode) : state_(std::ma
     if (mode == Mode::Replace) {
         const std::shared_ptr<Table> old = std::move(state_->table);
         if (old.use_count() > 1) {
-            throw Error(ErrorCode::LockTimeout, tableFile, "la tabla está abierta; ciérrela para poder sustituirla");
+            throw Error(ErrorCode::LockTimeout, tableFile,
+                        "la tabla está abierta; ciérrela para poder sustituirla");
         }
         old->releasePresence(); // our own opening must not count as somebody else's
         state_->replacement.emplace(tableFile);
         state_->table = makeTwin(*old, *state_->replacement);
     }
-    state_->lock.emplace(state_->table->structureFile(), structureLock, LockKind::Exclusive);
-    state_->countBefore = state_->table->records().recordCount();
+    Table& table = *state_->table;
+    state_->lock.emplace(table.structureFile(), table.structureHolders(), LockKind::Exclusive);
+    state_->appending.emplace(table.lockedRecords().file(), table.appendRange(), LockKind::Exclusive);
+    state_->countBefore = table.records().recordCount();
 }
 
 BulkLoader::~BulkLoader() {
     if (!state_->finished && !state_->replacement && state_->added > 0) {
         try {
-            state_->table->lockedRecords().dropBehind(state_->countBefore);
+            state_->table->withdrawLocked(state_->countBefore);
         } catch (const Error&) {
             // The rows do not count; the next one that adds a record writes over them.
         }
@@ -84,7 +89,8 @@ const Schema& BulkLoader::schema() const { return state_->table->schema(); }
 
 void BulkLoader::add(std::span<const char> record) {
     if (record.size() != schema().recordLength) {
-        throw Error(ErrorCode::BadValue, state_->table->path(), "el registro no tiene la longitud de la tabla");
+        throw Error(ErrorCode::BadValue, state_->table->path(),
+                    "el registro no tiene la longitud de la tabla");
     }
     state_->pending.insert(state_->pending.end(), record.begin(), record.end());
     ++state_->added;
@@ -107,6 +113,7 @@ void BulkLoader::finish(const Progress& progress) {
         state_->replacement->commit(table.index() != nullptr);
     }
     state_->finished = true;
+    state_->appending.reset();
     state_->lock.reset();
 }
 

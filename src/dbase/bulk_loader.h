@@ -10,8 +10,8 @@
 
 namespace dbase {
 
-/// Adds rows to a table under its exclusive lock. Nothing becomes visible before finish(); without finish() (an error, a
-/// crash) the table is as it was. Errors: Error.
+/// Adds rows to a table under its exclusive lock. Nothing becomes visible before finish(); without finish()
+/// (an error, a crash) the table is as it was. Errors: Error.
 class BulkLoader {
 public:
     enum class Mode { Append, Replace };

@@ -24,13 +24,16 @@ struct CheckResult {
 
 using Progress = std::function<void(std::uint64_t done, std::uint64_t total)>;
 
-/// Checks a table without changing anything. Faults of the file are findings; only what keeps it from being read at all
-/// (not there, no permission) raises Error.
-[[nodiscard]] CheckResult checkTable(const std::string& tableFile, const Progress& progress = {});
+/// Checks a table without changing anything. `knownTags`: tags that the caller knows the table must have.
+/// Faults of the file are findings; only what keeps it from being read at all (not there, no permission)
+/// raises Error.
+[[nodiscard]] CheckResult checkTable(const std::string& tableFile, const Progress& progress = {},
+                                     const std::vector<TagDefinition>& knownTags = {});
 
-/// Rebuilds all tags of a table from its records, under the exclusive lock; a damaged or missing index is made anew from the
-/// tag definitions that can still be read, else from `fallbackTags` of the caller. Errors: Error.
-void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>& fallbackTags = {},
+/// Rebuilds all tags of a table from its records, under the exclusive lock; a damaged or missing index is
+/// made anew from the tag definitions that can still be read, completed by the `knownTags` of the caller.
+/// Errors: Error.
+void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>& knownTags = {},
                   const Progress& progress = {});
 
 } // namespace dbase

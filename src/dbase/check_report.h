@@ -30,6 +30,7 @@ private:
 };
 
 /// Every page of every tag, every entry against its record, every record against its entries.
-void checkTrees(const TableFile& records, const IndexFile& index, CheckReport& report, const Progress& progress);
+void checkTrees(const TableFile& records, const IndexFile& index, CheckReport& report,
+                const Progress& progress);
 
 } // namespace dbase

@@ -1,11 +1,11 @@
 #include <array>
 #include <unordered_set>
 
+#include "dbase/bytes.h"
 #include "dbase/check_report.h"
 #include "dbase/error.h"
 #include "dbase/index_layout.h"
 #include "dbase/table_file.h"
-#include "dbase/bytes.h"
 #include "dbase/tree_cursor.h"
 
 namespace dbase {
@@ -15,8 +15,8 @@ namespace {
 // One tree, walked from its root; every page of the file may belong to one place only.
 class TreeCheck {
 public:
-    TreeCheck(const TableFile& records, const IndexFile& index, const Tag& tag, std::unordered_set<PageNumber>& taken,
-              CheckReport& report, const Progress& progress)
+    TreeCheck(const TableFile& records, const IndexFile& index, const Tag& tag,
+              std::unordered_set<PageNumber>& taken, CheckReport& report, const Progress& progress)
         : records_(records), index_(index), tag_(tag), taken_(taken), report_(report), progress_(progress),
           count_(records.recordCount()), seen_(count_ + std::size_t{1}) {}
 
@@ -27,9 +27,12 @@ public:
 
 private:
     [[nodiscard]] std::string place() const { return "tag " + tag_.definition.name; }
-    [[nodiscard]] std::string place(PageNumber page) const { return place() + ", página " + std::to_string(page); }
+    [[nodiscard]] std::string place(PageNumber page) const {
+        return place() + ", página " + std::to_string(page);
+    }
 
-    // `bound`: no key below may stand behind it. Returns nothing; order across pages is checked through lastKey_.
+    // `bound`: no key below may stand behind it. Returns nothing; order across pages is checked through
+    // lastKey_.
     void visit(PageNumber page, std::size_t depth, const std::string* bound) {
         if (depth >= TreeCursor::maxDepth || !taken_.insert(page).second) {
             report_.add(index_.path(), place(page), "el árbol pasa dos veces por la misma página");
@@ -75,7 +78,8 @@ private:
         for (std::uint32_t i = 0; i < leaf.count() && !report_.isFull(); ++i) {
             visitEntry(leaf.key(i), leaf.pointer(i), page);
         }
-        if (bound != nullptr && leaf.count() > 0 && tag_.order.compare(leaf.key(leaf.count() - 1), *bound) > 0) {
+        if (bound != nullptr && leaf.count() > 0 &&
+            tag_.order.compare(leaf.key(leaf.count() - 1), *bound) > 0) {
             report_.add(index_.path(), place(page), "una clave pasa de su separador");
         }
     }
@@ -94,11 +98,13 @@ private:
         hasLast_ = true;
         ++entries_;
         if (number == 0 || number > count_) {
-            report_.add(index_.path(), place(page), "lleva al registro " + std::to_string(number) + ", que no existe");
+            report_.add(index_.path(), place(page),
+                        "lleva al registro " + std::to_string(number) + ", que no existe");
             return;
         }
         if (seen_[number]) {
-            report_.add(index_.path(), place(page), "el registro " + std::to_string(number) + " está dos veces");
+            report_.add(index_.path(), place(page),
+                        "el registro " + std::to_string(number) + " está dos veces");
         }
         seen_[number] = true;
         if (tag_.isUnderstood()) {
@@ -112,16 +118,22 @@ private:
     void checkKey(std::string_view key, RecordNumber number) {
         const RecordView record = records_.record(number);
         if (tag_.condition && !tag_.condition->test(record)) {
-            report_.add(index_.path(), place(), "el registro " + std::to_string(number) + " no cumple la condición del tag");
+            report_.add(index_.path(), place(),
+                        "el registro " + std::to_string(number) + " no cumple la condición del tag");
         }
         std::array<char, maxKeyLength> made;
         makeKey(tag_, record, std::span(made).first(tag_.keyLength));
-        if (KeyOrder(tag_.keyType, false, false).compare({made.data(), tag_.keyLength}, key) != 0) {
-            report_.add(index_.path(), place(), "la clave del registro " + std::to_string(number) + " no es la suya");
+        const KeyOrder plain(tag_.keyType, false, false);
+        if (plain.compare({made.data(), tag_.keyLength}, key) != 0 &&
+            !(makeUnsignedKey(tag_, record, std::span(made).first(tag_.keyLength)) &&
+              plain.compare({made.data(), tag_.keyLength}, key) == 0)) {
+            report_.add(index_.path(), place(),
+                        "la clave del registro " + std::to_string(number) + " no es la suya");
         }
     }
 
-    // Records without an entry: right only in a unique tag whose key another record has, or outside the condition.
+    // Records without an entry: right only in a unique tag whose key another record has, or outside the
+    // condition.
     void checkMissing() {
         if (!tag_.isUnderstood()) {
             return;
@@ -178,7 +190,8 @@ void checkFreeList(const IndexFile& index, std::unordered_set<PageNumber>& taken
 
 } // namespace
 
-void checkTrees(const TableFile& records, const IndexFile& index, CheckReport& report, const Progress& progress) {
+void checkTrees(const TableFile& records, const IndexFile& index, CheckReport& report,
+                const Progress& progress) {
     std::unordered_set<PageNumber> taken;
     for (const Tag& tag : index.tags()) {
         if (!taken.insert(tag.headerPage).second) {

@@ -1,9 +1,6 @@
-// The link between bound widgets and a dataset: widgets listen here, so that a form can change the dataset behind.
+// The link between bound widgets and a dataset: widgets listen here, so that a form can change the dataset
+// behind.
 #pragma once
-
-#include <functional>
-#include <memory>
-#include <vector>
 
 #include "dbase/dataset.h"
 
@@ -13,19 +10,21 @@ namespace dbase {
 class DataSource {
 public:
     explicit DataSource(Dataset* dataset = nullptr) { setDataset(dataset); }
+    DataSource(const DataSource&) = delete;
+    DataSource& operator=(const DataSource&) = delete;
 
     [[nodiscard]] Dataset* dataset() const { return dataset_; }
     /// The dataset must outlive the source or be taken away with nullptr.
     void setDataset(Dataset* dataset);
 
-    [[nodiscard]] Dataset::Subscription listen(Dataset::Listener listener);
+    [[nodiscard]] Dataset::Subscription listen(Dataset::Listener listener) {
+        return listeners_.add(std::move(listener));
+    }
 
 private:
-    void tell(DatasetChange change);
-
     Dataset* dataset_ = nullptr;
     Dataset::Subscription upstream_;
-    std::vector<std::weak_ptr<Dataset::Listener>> listeners_;
+    ListenerList listeners_;
 };
 
 } // namespace dbase

@@ -1,6 +1,5 @@
 #include "dbase/databases.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <map>
@@ -9,17 +8,12 @@
 #include <sys/stat.h>
 
 #include "dbase/error.h"
+#include "dbase/names.h"
+#include "dbase/system_reason.h"
 
 namespace dbase {
 
 namespace {
-
-std::string upper(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(),
-                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; });
-    return result;
-}
 
 std::map<std::string, std::string>& folders() {
     static std::map<std::string, std::string> known;
@@ -39,14 +33,14 @@ std::optional<std::string> findIgnoringCase(const std::string& folder, const std
     DIR* directory = opendir(folder.c_str());
     if (directory == nullptr) {
         throw Error(errno == EACCES ? ErrorCode::AccessDenied : ErrorCode::NotFound, folder,
-                    std::string("no se puede abrir la carpeta: ") + std::strerror(errno));
+                    std::string("no se puede abrir la carpeta: ") + systemReason(errno));
     }
-    const std::string wanted = upper(name);
+    const std::string wanted = upperName(name);
     std::optional<std::string> best;
     while (const dirent* entry = readdir(directory)) {
         const std::string candidate = entry->d_name;
-        if (candidate.size() == wanted.size() && upper(candidate) == wanted && (!best || candidate < *best) &&
-            isFile(folder + '/' + candidate)) {
+        if (candidate.size() == wanted.size() && upperName(candidate) == wanted &&
+            (!best || candidate < *best) && isFile(folder + '/' + candidate)) {
             best = candidate;
         }
     }
@@ -61,14 +55,14 @@ void setDatabaseFolder(std::string_view name, std::string folder) {
         folder.pop_back();
     }
     if (folder.empty()) {
-        folders().erase(upper(name));
+        folders().erase(upperName(name));
     } else {
-        folders()[upper(name)] = std::move(folder);
+        folders()[upperName(name)] = std::move(folder);
     }
 }
 
 std::string databaseFolder(std::string_view name) {
-    const auto found = folders().find(upper(name));
+    const auto found = folders().find(upperName(name));
     if (found == folders().end()) {
         throw Error(ErrorCode::NotFound, {}, "no se conoce la base de datos \"" + std::string(name) + "\"");
     }
@@ -77,7 +71,10 @@ std::string databaseFolder(std::string_view name) {
 
 std::optional<std::string> findTableFile(const std::string& folder, std::string_view table) {
     std::string name(table);
-    if (name.size() < 4 || upper(std::string_view(name).substr(name.size() - 4)) != ".DBF") {
+    if (name.empty()) {
+        return std::nullopt;
+    }
+    if (name.size() < 4 || upperName(std::string_view(name).substr(name.size() - 4)) != ".DBF") {
         name += ".DBF";
     }
     if (name.find('/') != std::string::npos || name.find('\0') != std::string::npos) {

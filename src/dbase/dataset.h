@@ -1,7 +1,7 @@
 // A cursor on a table: position, order, range, filter, edit state, calculated fields and events.
 //
-// Nothing is ever posted implicitly: a move, seek, append, change of tag, range or filter, refresh and close cancel a
-// pending row. Like the host, a dataset and everything it shares belong to one thread.
+// Nothing is ever posted implicitly: a move, seek, append, change of tag, range or filter, refresh and close
+// cancel a pending row. Like the host, a dataset and everything it shares belong to one thread.
 #pragma once
 
 #include <functional>
@@ -10,11 +10,12 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
+#include "dbase/dataset_types.h"
 #include "dbase/expression.h"
 #include "dbase/field.h"
+#include "dbase/listener_list.h"
 #include "dbase/schema.h"
 
 namespace dbase {
@@ -22,43 +23,10 @@ namespace dbase {
 class Table;
 struct Tag;
 
-enum class DatasetState { Closed, Browse, Insert, Edit };
-enum class SeekMode { Exact, Nearest };
-
-/// One (field name, value) pair of a search key.
-struct KeyPart {
-    std::string_view field;
-    std::variant<std::string, int> value;
-};
-using Key = std::vector<KeyPart>;
-
-/// What listeners are told, synchronously.
-enum class DatasetChange {
-    Opened,
-    Closed,
-    Moved, // another record is current, or the current one was read again
-    Field, // a value of the current record was set
-    State, // browse, insert, edit
-    Order, // tag, range, filter, or rows came and went: everything shown may be different
-};
-
-/// Remembers a record of one table; a default one remembers nothing.
-class Bookmark {
-public:
-    Bookmark() = default;
-    explicit Bookmark(RecordNumber record) : record_(record) {}
-    [[nodiscard]] RecordNumber record() const { return record_; }
-    [[nodiscard]] explicit operator bool() const { return record_ != 0; }
-
-private:
-    RecordNumber record_ = 0;
-};
-
 class Dataset {
 public:
-    using Listener = std::function<void(DatasetChange)>;
-    /// Ends the listening when it goes.
-    using Subscription = std::shared_ptr<Listener>;
+    using Listener = ListenerList::Listener;
+    using Subscription = ListenerList::Subscription;
 
     Dataset();
     Dataset(std::string database, std::string table, std::string tag = {});
@@ -79,11 +47,13 @@ public:
     /// Any column by name, bound or not, letter case ignored. Errors: Error(NotFound).
     [[nodiscard]] Field& field(std::string_view name);
     [[nodiscard]] Field* findField(std::string_view name);
-    /// In the order of the file, calculated ones behind. Empty while nothing was bound and the table was never open.
+    /// In the order of the file, calculated ones behind. Empty while nothing was bound and the table was
+    /// never open.
     [[nodiscard]] std::vector<Field*> fields();
 
     // --- Life.
-    /// Errors: everything that keeps the table from being used; the dataset then stays closed. Lands on the first record.
+    /// Errors: everything that keeps the table from being used; the dataset then stays closed. Lands on the
+    /// first record.
     void open();
     void close();
     [[nodiscard]] bool isOpen() const { return state_ != DatasetState::Closed; }
@@ -98,11 +68,13 @@ public:
     // --- Order, range, filter.
     /// Active tag; empty is the order of the records in the file.
     [[nodiscard]] const std::string& tag() const { return tag_; }
-    /// Keeps record and filter, drops the range; nothing at all when the tag is already active. May be set while closed.
-    /// Errors: Error(NotFound) for a tag the table lacks.
+    /// Keeps record and filter, drops the range; nothing at all when the tag is already active. May be set
+    /// while closed. Errors: Error(NotFound) for a tag the table lacks.
     void setTag(const std::string& name);
     [[nodiscard]] std::vector<std::string> tagNames() const;
-    /// Records whose key lies between both, included; keys with only the leading fields of the tag compare those.
+    /// Records whose key lies between both, included; keys with only the leading fields of the tag compare
+    /// those. A descending tag takes its bounds either way. Lands on the first record. Errors: BadState
+    /// without a tag, BadValue.
     void setRange(const Key& low, const Key& high);
     void clearRange();
     /// Errors: Error(BadExpression); the filter then stays as it was. May be set while closed.
@@ -122,8 +94,9 @@ public:
     [[nodiscard]] bool isEmpty() const { return record_ == 0; }
     /// Number of the current record in its file, 0 on an empty table and while inserting.
     [[nodiscard]] RecordNumber recordNumber() const { return state_ == DatasetState::Insert ? 0 : record_; }
-    /// Exact: first record with the key, or false and position unchanged. Nearest: true and the first record at or after
-    /// the key, or false, the last record and eof(). A key of only the tag's leading fields compares those when exact.
+    /// Exact: first record with the key, or false and position unchanged. Nearest: true and the first record
+    /// at or after the key, or false, the last record and eof(). A key of only the tag's leading fields
+    /// compares those. Errors: BadState without a tag, BadValue for a value that its column cannot hold.
     [[nodiscard]] bool seek(const Key& key, SeekMode mode);
     [[nodiscard]] Bookmark bookmark() const { return Bookmark(recordNumber()); }
     /// False, position unchanged, when the record is gone or hidden by range or filter.
@@ -131,7 +104,8 @@ public:
     /// Reads the current record again; when it is gone, the next one, else the last.
     void refresh();
 
-    // --- Editing. Errors: Error with ReadOnly, BadState, LockRefused, RecordChanged, and whatever writing raises.
+    // --- Editing. Errors: Error with ReadOnly, BadState, LockRefused, RecordChanged, and whatever writing
+    // raises.
     /// Starts a blank row.
     void append();
     /// Locks the record; a record that another user locked or changed since it was shown raises.
@@ -156,7 +130,7 @@ public:
     void setOnCalculate(std::function<void(Dataset&)> handler) { onCalculate_ = std::move(handler); }
     void setAfterOpen(std::function<void(Dataset&)> hook) { afterOpen_ = std::move(hook); }
 
-    [[nodiscard]] Subscription listen(Listener listener);
+    [[nodiscard]] Subscription listen(Listener listener) { return listeners_.add(std::move(listener)); }
     /// Between suspend and the matching resume nothing is told; resume then tells Order once. Nests.
     void suspendNotifications();
     void resumeNotifications();
@@ -167,37 +141,50 @@ private:
     struct ReadAhead;
     enum class Direction { Forward, Backward };
 
-    // dataset.cpp
+    // dataset_fields.cpp
     void resolveFields();
+    void requireFit(const Field& field) const;
     Field& addField(std::string name, FieldKind kind, std::size_t width);
+    [[nodiscard]] bool isHere(const Field& field) const;
+
+    // dataset.cpp
+    [[nodiscard]] Expression parseFilter(const std::string& text) const;
+    void prepare();
+    void letGo();
     void calculate();
     void changed(DatasetChange change);
     void fieldSet();
     void requireOpen() const;
     void requireClosed() const;
+    void requireKeys() const;
 
-    // dataset_moves.cpp
+    // dataset_search.cpp
     [[nodiscard]] bool isVisible(const RecordView& record) const;
     [[nodiscard]] bool isInRange(std::string_view key) const;
-    [[nodiscard]] Spot spotHere() const;
-    bool settle(Spot& spot, Direction direction);
-    bool stepTo(Spot& spot, Direction direction) const;
-    bool toEnd(Spot& spot, Direction direction) const;
-    bool toEntry(Spot& spot, RecordNumber number, std::span<const char> record) const;
-    bool toNeighbour(Spot& spot, Direction direction) const;
-    void copyRow(Spot& spot) const;
-    bool takeAhead();
+    [[nodiscard]] std::string shownKey() const;
+    void enterRange(Spot& spot, Direction direction) const;
+    [[nodiscard]] bool settle(Spot& spot, Direction direction, std::string_view wanted = {}) const;
+    [[nodiscard]] bool toEnd(Spot& spot, Direction direction) const;
+    [[nodiscard]] bool toEntry(Spot& spot, const RecordView& record) const;
+    [[nodiscard]] bool toRecord(Spot& spot, RecordNumber number) const;
+    [[nodiscard]] bool toNeighbour(Spot& spot, Direction direction) const;
+
+    // dataset_moves.cpp
+    [[nodiscard]] bool takeAhead();
     void fillAhead(const Spot& from);
+    template<typename Search>
+    bool landOn(Search&& search);
     void land(Spot& spot);
     void landNowhere();
-    void landOn(RecordNumber number);
-    void moveToEnd(Direction direction);
+    void landAtEnd(Direction direction);
+    void landOnPosted();
     bool step(Direction direction);
-    bool reposition();
+    void reposition();
+    [[nodiscard]] bool isShownAsStored() const;
 
     // dataset_edit.cpp
-    void endEdit();
-    void dropPending();
+    void takeRecord();
+    void giveRecordBack();
 
     std::string database_, table_, tag_, filterText_;
     std::shared_ptr<Table> open_;
@@ -206,25 +193,26 @@ private:
     std::optional<Expression> filter_;
     std::optional<std::string> rangeLow_, rangeHigh_;
 
-    std::unique_ptr<Spot> spot_; // where the cursor stands in the order
+    std::unique_ptr<Spot> spot_; // its tree cursor stands on the current record, if the tag holds it
     std::unique_ptr<ReadAhead> ahead_;
     std::vector<char> row_;   // the current record, or the pending one
-    std::vector<char> shown_; // while editing: the record as it was shown
+    std::vector<char> shown_; // while a row is pending: the current record as it was shown
     DatasetState state_ = DatasetState::Closed;
     RecordNumber record_ = 0;
     bool bof_ = false, eof_ = false, modified_ = false;
     bool autoCalculates_ = true, isCalculating_ = false;
     int paused_ = 0;
     std::vector<RecordNumber> explicitLocks_;
-    std::vector<std::weak_ptr<Listener>> listeners_;
+    ListenerList listeners_;
     std::function<void(Dataset&)> onCalculate_, afterOpen_;
 };
 
-/// Suspends a dataset's notifications for a block.
+/// Suspends a dataset's notifications for a block. What a listener throws when it is told at the end is lost;
+/// where that matters, resume by hand.
 class NotificationPause {
 public:
     explicit NotificationPause(Dataset& dataset) : dataset_(dataset) { dataset_.suspendNotifications(); }
-    ~NotificationPause() { dataset_.resumeNotifications(); }
+    ~NotificationPause();
     NotificationPause(const NotificationPause&) = delete;
     NotificationPause& operator=(const NotificationPause&) = delete;
 

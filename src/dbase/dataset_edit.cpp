@@ -14,6 +14,7 @@ void Dataset::append() {
     if (isReadOnly()) {
         throw Error(ErrorCode::ReadOnly, open_->path(), "sólo se puede leer: " + readOnlyReason());
     }
+    shown_ = row_;
     std::fill(row_.begin(), row_.end(), ' ');
     state_ = DatasetState::Insert;
     modified_ = false;
@@ -23,30 +24,45 @@ void Dataset::append() {
     changed(DatasetChange::Moved);
 }
 
+/// The record lock that every change of a record needs.
+void Dataset::takeRecord() {
+    if (record_ == 0) {
+        throw Error(ErrorCode::BadState, open_->path(), "no hay ningún registro que modificar o borrar");
+    }
+    if (!open_->tryLockRecord(record_, this)) {
+        throw Error(ErrorCode::LockRefused, open_->path(),
+                    "otro usuario está modificando el registro " + std::to_string(record_) +
+                        "; espere y repita");
+    }
+}
+
+/// Ends the lock of takeRecord(), save where lockCurrent() asked for it too.
+void Dataset::giveRecordBack() {
+    if (std::find(explicitLocks_.begin(), explicitLocks_.end(), record_) == explicitLocks_.end()) {
+        open_->unlockRecord(record_, this);
+    }
+}
+
 void Dataset::edit() {
     requireOpen();
     if (state_ != DatasetState::Browse) {
         return;
     }
-    if (record_ == 0) {
-        throw Error(ErrorCode::BadState, open_->path(), "no hay ningún registro que modificar");
+    takeRecord();
+    bool isCurrent = false;
+    try {
+        isCurrent = isShownAsStored();
+    } catch (...) {
+        giveRecordBack();
+        throw;
     }
-    if (!open_->tryLockRecord(record_, this)) {
-        throw Error(ErrorCode::LockRefused, open_->path(),
-                    "otro usuario está modificando el registro " + std::to_string(record_) + "; espere y repita");
-    }
-    const bool unchanged = open_->read([&] {
-        const bool isThere = record_ <= open_->records().recordCount();
-        return isThere && std::ranges::equal(open_->records().record(record_).bytes, row_);
-    });
-    if (!unchanged) {
-        const RecordNumber changedRecord = record_;
-        endEdit();
+    if (!isCurrent) {
+        giveRecordBack();
+        const std::string number = std::to_string(record_);
         reposition();
         changed(DatasetChange::Moved);
         throw Error(ErrorCode::RecordChanged, open_->path(),
-                    "otro usuario ha cambiado o borrado el registro " + std::to_string(changedRecord) +
-                        "; ahora se ve como está");
+                    "otro usuario ha cambiado o borrado el registro " + number + "; ahora se ve como está");
     }
     shown_ = row_;
     state_ = DatasetState::Edit;
@@ -54,25 +70,17 @@ void Dataset::edit() {
     changed(DatasetChange::State);
 }
 
-void Dataset::endEdit() {
-    if (std::find(explicitLocks_.begin(), explicitLocks_.end(), record_) == explicitLocks_.end()) {
-        open_->unlockRecord(record_, this);
-    }
-}
-
 void Dataset::post() {
     requireOpen();
-    ahead_->clear();
-    RecordNumber posted = record_;
     switch (state_) {
     case DatasetState::Insert:
-        posted = open_->append(row_);
+        record_ = open_->append(row_);
         break;
     case DatasetState::Edit:
         if (row_ != shown_) {
             open_->overwrite(record_, shown_, row_);
         }
-        endEdit();
+        giveRecordBack();
         break;
     case DatasetState::Closed:
     case DatasetState::Browse:
@@ -80,67 +88,46 @@ void Dataset::post() {
     }
     state_ = DatasetState::Browse;
     modified_ = false;
-    landOn(posted);
+    spot_->cursor.reset(); // should landing fail, the row is where its key says
+    landOnPosted();
     changed(DatasetChange::State);
     changed(DatasetChange::Order);
-}
-
-/// A posted row is current whatever range and filter say.
-void Dataset::landOn(RecordNumber number) {
-    Spot landed;
-    open_->read([&] {
-        Spot spot;
-        const RecordView record = open_->records().record(number);
-        if (!toEntry(spot, number, record.bytes)) {
-            spot.cursor.reset();
-        }
-        copyRow(spot);
-        landed = std::move(spot);
-        return true;
-    });
-    land(landed);
-}
-
-void Dataset::dropPending() {
-    const bool wasEdit = state_ == DatasetState::Edit;
-    state_ = DatasetState::Browse;
-    modified_ = false;
-    if (wasEdit) {
-        endEdit();
-    }
-    reposition();
 }
 
 void Dataset::cancel() {
     if (state_ != DatasetState::Insert && state_ != DatasetState::Edit) {
         return;
     }
-    dropPending();
+    if (state_ == DatasetState::Edit) {
+        giveRecordBack();
+    }
+    state_ = DatasetState::Browse;
+    modified_ = false;
+    row_.swap(shown_);
+    if (record_ == 0) {
+        landNowhere();
+    } else {
+        calculate();
+    }
     changed(DatasetChange::State);
     changed(DatasetChange::Moved);
 }
 
 void Dataset::erase() {
     requireOpen();
-    if (state_ == DatasetState::Insert) {
-        cancel(); // the row was never there
-        return;
-    }
+    const bool wasInserting = state_ == DatasetState::Insert;
     cancel();
-    if (record_ == 0) {
-        throw Error(ErrorCode::BadState, open_->path(), "no hay ningún registro que borrar");
+    if (wasInserting) {
+        return; // the row was never there
     }
-    if (!open_->tryLockRecord(record_, this)) {
-        throw Error(ErrorCode::LockRefused, open_->path(),
-                    "otro usuario está usando el registro " + std::to_string(record_) + "; espere y repita");
-    }
+    takeRecord();
     try {
         open_->erase(record_, row_);
     } catch (...) {
-        endEdit();
+        giveRecordBack();
         throw;
     }
-    endEdit();
+    giveRecordBack();
     reposition();
     changed(DatasetChange::Order);
 }

@@ -1,5 +1,6 @@
-// How a dataset moves: everything that walks the order of a tag or of the file.
+// How a dataset moves: reading ahead, landing, and the moves themselves.
 
+#include <algorithm>
 #include <ctime>
 
 #include "dbase/dataset_spot.h"
@@ -19,129 +20,13 @@ std::chrono::nanoseconds coarseNow() {
 
 } // namespace
 
-bool Dataset::isVisible(const RecordView& record) const {
-    return !record.isDeleted() && (!filter_ || filter_->test(record));
-}
-
-bool Dataset::isInRange(std::string_view key) const {
-    return !rangeLow_ || (activeTag_->order.compare(key, *rangeLow_) >= 0 &&
-                          activeTag_->order.compare(key, *rangeHigh_) <= 0);
-}
-
-Dataset::Spot Dataset::spotHere() const { return {spot_->cursor, spot_->counter, record_, {}}; }
-
-void Dataset::copyRow(Spot& spot) const {
-    const RecordView record = open_->records().record(spot.record);
-    spot.row.assign(record.bytes.begin(), record.bytes.end());
-    spot.counter = open_->changeCounter();
-}
-
-// --- Inside Table::read(): these see a state of the files that does not change.
-
-/// From an entry on, in the given direction, to the first one that range and filter show.
-bool Dataset::settle(Spot& spot, Direction direction) {
-    const bool forward = direction == Direction::Forward;
-    const RecordNumber count = open_->records().recordCount();
-    if (activeTag_ == nullptr) {
-        for (; spot.record >= 1 && spot.record <= count; forward ? ++spot.record : --spot.record) {
-            if (isVisible(open_->records().record(spot.record))) {
-                return true;
-            }
-        }
-        return false;
-    }
-    TreeCursor& cursor = *spot.cursor;
-    for (; cursor.isOnEntry(); forward ? cursor.next() : cursor.prior()) {
-        open_->records().prefetch(cursor.record());
-        if (!isInRange(cursor.key())) {
-            return false;
-        }
-        spot.record = cursor.record();
-        if (spot.record <= count && isVisible(open_->records().record(spot.record))) {
-            return true;
-        }
-    }
-    return false;
-}
-
-bool Dataset::toEnd(Spot& spot, Direction direction) const {
-    const bool forward = direction == Direction::Forward; // to the first entry, to go forward from there
-    if (activeTag_ == nullptr) {
-        spot.record = forward ? 1 : open_->records().recordCount();
-        return true;
-    }
-    spot.cursor.emplace(*open_->index(), *activeTag_);
-    if (!rangeLow_) {
-        return forward ? spot.cursor->first() : spot.cursor->last();
-    }
-    if (forward) {
-        return spot.cursor->seek(*rangeLow_);
-    }
-    spot.cursor->placeBehind(*rangeHigh_);
-    return spot.cursor->prior();
-}
-
-/// To the entry of a given record, whose stored bytes the caller has.
-bool Dataset::toEntry(Spot& spot, RecordNumber number, std::span<const char> record) const {
-    spot.record = number;
-    if (activeTag_ == nullptr) {
-        return true;
-    }
-    spot.cursor.emplace(*open_->index(), *activeTag_);
-    if (!activeTag_->isUnderstood()) { // its keys cannot be made: look through the entries
-        for (bool on = spot.cursor->first(); on; on = spot.cursor->next()) {
-            if (spot.cursor->record() == number) {
-                return true;
-            }
-        }
-        return false;
-    }
-    std::string key(activeTag_->keyLength, ' ');
-    makeKey(*activeTag_, {&schema(), record, number}, key);
-    return spot.cursor->find(key, number);
-}
-
-/// To the entry behind (before) the place where the spot was, also when its own entry is not there any more.
-bool Dataset::toNeighbour(Spot& spot, Direction direction) const {
-    const std::string key(spot.cursor->key());
-    const RecordNumber record = spot.record;
-    if (spot.cursor->find(key, record)) {
-        return direction == Direction::Forward ? spot.cursor->next() : spot.cursor->prior();
-    }
-    bool on = spot.cursor->seek(key);
-    while (on && spot.cursor->key() == key && spot.cursor->record() < record) {
-        on = spot.cursor->next();
-    }
-    if (direction == Direction::Forward) {
-        return on;
-    }
-    return on ? spot.cursor->prior() : spot.cursor->last();
-}
-
-bool Dataset::stepTo(Spot& spot, Direction direction) const {
-    const bool forward = direction == Direction::Forward;
-    if (activeTag_ == nullptr) {
-        forward ? ++spot.record : --spot.record;
-        return true;
-    }
-    if (!spot.cursor) { // a record that the tag does not hold has no place in its order
-        return toEnd(spot, direction);
-    }
-    const std::uint64_t counter = open_->changeCounter();
-    const bool unchanged = counter != 0 && counter == spot.counter && counter % 2 == 0;
-    if (unchanged || spot.cursor->stillHolds()) {
-        return forward ? spot.cursor->next() : spot.cursor->prior();
-    }
-    return toNeighbour(spot, direction);
-}
-
 // --- Reading ahead
 
 bool Dataset::takeAhead() {
     ReadAhead& ahead = *ahead_;
-    if (ahead.next == ahead.rows.size() || open_->changeCounter() != ahead.counter ||
-        open_->records().recordCount() != ahead.recordCount || coarseNow() - ahead.taken > ReadAhead::shelfLife) {
-        ahead.clear();
+    if (ahead.next == ahead.rows.size() || ahead.behind != record_ ||
+        open_->changeCounter() != ahead.counter || open_->records().recordCount() != ahead.recordCount ||
+        coarseNow() - ahead.taken > ReadAhead::shelfLife) {
         return false;
     }
     const ReadAhead::Row& row = ahead.rows[ahead.next++];
@@ -149,7 +34,7 @@ bool Dataset::takeAhead() {
     const std::size_t length = row_.size();
     spot_->cursor->moveInLeaf(row.slot, row.record, {bytes + length, activeTag_->keyLength});
     std::copy_n(bytes, length, row_.data());
-    record_ = spot_->record = row.record;
+    record_ = ahead.behind = row.record;
     return true;
 }
 
@@ -157,6 +42,7 @@ bool Dataset::takeAhead() {
 void Dataset::fillAhead(const Spot& from) {
     ReadAhead& ahead = *ahead_;
     ahead.clear();
+    ahead.behind = from.record;
     ahead.counter = open_->changeCounter();
     ahead.recordCount = open_->records().recordCount();
     ahead.taken = coarseNow();
@@ -187,19 +73,37 @@ void Dataset::fillAhead(const Spot& from) {
 
 // --- Landing
 
+/// Runs a search on a state of the files that does not change; the spot that it finds becomes current.
+template<typename Search>
+bool Dataset::landOn(Search&& search) {
+    Spot landed;
+    const bool found = open_->read([&] {
+        Spot spot;
+        if (!search(spot)) {
+            return false;
+        }
+        const RecordView record = open_->records().record(spot.record);
+        spot.row.assign(record.bytes.begin(), record.bytes.end());
+        landed = std::move(spot);
+        return true;
+    });
+    if (found) {
+        land(landed);
+    }
+    return found;
+}
+
 void Dataset::land(Spot& spot) {
     record_ = spot.record;
     row_.swap(spot.row);
     spot_->cursor = spot.cursor;
-    spot_->counter = spot.counter;
-    spot_->record = record_;
     bof_ = eof_ = false;
     calculate();
 }
 
 void Dataset::landNowhere() {
     record_ = 0;
-    *spot_ = Spot{};
+    spot_->cursor.reset();
     std::fill(row_.begin(), row_.end(), ' ');
     bof_ = eof_ = true;
     for (const auto& field : fields_) {
@@ -207,48 +111,69 @@ void Dataset::landNowhere() {
     }
 }
 
-void Dataset::moveToEnd(Direction direction) {
+void Dataset::landAtEnd(Direction direction) {
     ahead_->clear();
-    ahead_->justStepped = false;
-    Spot landed;
-    const bool found = open_->read([&] {
-        Spot spot;
-        if (!toEnd(spot, direction) || !settle(spot, direction)) {
-            return false;
-        }
-        copyRow(spot);
-        landed = std::move(spot);
-        return true;
-    });
-    if (found) {
-        land(landed);
+    if (landOn([&](Spot& spot) { return toEnd(spot, direction) && settle(spot, direction); })) {
         (direction == Direction::Forward ? bof_ : eof_) = true;
     } else {
         landNowhere();
     }
-    changed(DatasetChange::Moved);
 }
+
+/// The current record was posted: it stays whatever tag, range and filter say.
+void Dataset::landOnPosted() {
+    ahead_->clear();
+    landOn([&](Spot& spot) {
+        if (!toEntry(spot, open_->records().record(record_))) {
+            spot.cursor.reset();
+        }
+        return true;
+    });
+}
+
+/// Back onto the current record as it is now; when it is gone or hidden, the next one, else the last.
+void Dataset::reposition() {
+    ahead_->clear();
+    const bool found = landOn([&](Spot& spot) {
+        return toRecord(spot, record_) ||
+               (toNeighbour(spot, Direction::Forward) && settle(spot, Direction::Forward)) ||
+               (toEnd(spot, Direction::Backward) && settle(spot, Direction::Backward));
+    });
+    if (!found) {
+        landNowhere();
+    }
+}
+
+bool Dataset::isShownAsStored() const {
+    return open_->read([&] {
+        return record_ <= open_->records().recordCount() &&
+               std::ranges::equal(open_->records().record(record_).bytes, row_);
+    });
+}
+
+// --- Moves
 
 void Dataset::first() {
     requireOpen();
     cancel();
-    moveToEnd(Direction::Forward);
+    landAtEnd(Direction::Forward);
+    changed(DatasetChange::Moved);
 }
 
 void Dataset::last() {
     requireOpen();
     cancel();
-    moveToEnd(Direction::Backward);
+    landAtEnd(Direction::Backward);
+    changed(DatasetChange::Moved);
 }
+
+bool Dataset::next() { return step(Direction::Forward); }
+bool Dataset::prior() { return step(Direction::Backward); }
 
 bool Dataset::step(Direction direction) {
     requireOpen();
     cancel();
     const bool forward = direction == Direction::Forward;
-    bool& end = forward ? eof_ : bof_;
-    if (record_ == 0) {
-        return reposition() && (changed(DatasetChange::Moved), true);
-    }
     if (forward && takeAhead()) {
         bof_ = eof_ = false;
         calculate();
@@ -256,70 +181,44 @@ bool Dataset::step(Direction direction) {
         return true;
     }
     const bool readsAhead = forward && activeTag_ != nullptr && ahead_->justStepped;
-    Spot landed;
-    const bool found = open_->read([&] {
-        Spot spot = spotHere();
-        if (!stepTo(spot, direction) || !settle(spot, direction)) {
+    ahead_->clear();
+    const bool moved = landOn([&](Spot& spot) {
+        if (!toNeighbour(spot, direction) || !settle(spot, direction)) {
             return false;
         }
-        copyRow(spot);
         if (readsAhead) {
             fillAhead(spot);
         }
-        landed = std::move(spot);
         return true;
     });
-    ahead_->justStepped = forward && found;
-    if (!found) {
-        ahead_->clear();
-        end = true;
-        changed(DatasetChange::Moved);
-        return false;
+    ahead_->justStepped = forward && moved;
+    if (!moved) {
+        if (record_ != 0 && !isShownAsStored()) { // it stays, but as it is now
+            reposition();
+        }
+        (forward ? eof_ : bof_) = true;
     }
-    if (!readsAhead) {
-        ahead_->clear();
-    }
-    land(landed);
     changed(DatasetChange::Moved);
-    return true;
+    return moved;
 }
-
-bool Dataset::next() { return step(Direction::Forward); }
-bool Dataset::prior() { return step(Direction::Backward); }
 
 bool Dataset::seek(const Key& key, SeekMode mode) {
     requireOpen();
+    requireKeys();
+    const std::string wanted = makeSeekKey(*activeTag_, schema(), key);
     cancel();
-    if (activeTag_ == nullptr || !activeTag_->isUnderstood()) {
-        throw Error(ErrorCode::BadState, open_->path(), "una búsqueda necesita un tag activo");
-    }
     ahead_->clear();
-    ahead_->justStepped = false;
-    const SeekKey wanted = makeSeekKey(*activeTag_, schema(), key);
     const bool exact = mode == SeekMode::Exact;
-    const std::string_view target = std::string_view(wanted.bytes).substr(0, exact ? wanted.covered : std::string::npos);
-    const KeyOrder& order = activeTag_->order;
-    Spot landed;
-    const bool found = open_->read([&] {
-        Spot spot;
+    const bool found = landOn([&](Spot& spot) {
         spot.cursor.emplace(*open_->index(), *activeTag_);
-        const bool startsBelowRange = rangeLow_ && order.compare(target, *rangeLow_) < 0;
-        if (!spot.cursor->seek(startsBelowRange ? std::string_view(*rangeLow_) : target) ||
-            !settle(spot, Direction::Forward)) {
-            return false;
-        }
-        if (exact && order.compare(spot.cursor->key(), target) != 0) {
-            return false;
-        }
-        copyRow(spot);
-        landed = std::move(spot);
-        return true;
+        return spot.cursor->seek(wanted) &&
+               settle(spot, Direction::Forward, exact ? wanted : std::string_view());
     });
-    if (found) {
-        land(landed);
+    if (!found && !exact) {
+        landAtEnd(Direction::Backward);
+    }
+    if (found || !exact) {
         changed(DatasetChange::Moved);
-    } else if (!exact) {
-        moveToEnd(Direction::Backward);
     }
     return found;
 }
@@ -328,79 +227,9 @@ bool Dataset::goTo(Bookmark bookmark) {
     requireOpen();
     cancel();
     ahead_->clear();
-    Spot landed;
-    const bool found = bookmark && open_->read([&] {
-        if (bookmark.record() > open_->records().recordCount()) {
-            return false;
-        }
-        const RecordView record = open_->records().record(bookmark.record());
-        Spot spot;
-        if (!isVisible(record) || !toEntry(spot, bookmark.record(), record.bytes) ||
-            (activeTag_ != nullptr && !isInRange(spot.cursor->key()))) {
-            return false;
-        }
-        copyRow(spot);
-        landed = std::move(spot);
-        return true;
-    });
+    const bool found = landOn([&](Spot& spot) { return toRecord(spot, bookmark.record()); });
     if (found) {
-        land(landed);
         changed(DatasetChange::Moved);
-    }
-    return found;
-}
-
-/// Back onto the current record after the order changed; when it is gone or hidden, the next one, else the last. False
-/// when nothing is left.
-bool Dataset::reposition() {
-    ahead_->clear();
-    const RecordNumber here = record_;
-    const std::vector<char> before = row_;
-    Spot landed;
-    const bool found = open_->read([&] {
-        Spot spot;
-        const bool known = here != 0 && here <= open_->records().recordCount();
-        if (known) {
-            const RecordView stored = open_->records().record(here);
-            if (isVisible(stored) && toEntry(spot, here, stored.bytes) &&
-                (activeTag_ == nullptr || isInRange(spot.cursor->key()))) {
-                copyRow(spot);
-                landed = std::move(spot);
-                return true;
-            }
-        }
-        bool on = false;
-        if (here == 0) {
-            on = toEnd(spot, Direction::Forward);
-        } else if (activeTag_ == nullptr) {
-            spot.record = here;
-            on = true;
-        } else {
-            std::string key(activeTag_->keyLength, ' ');
-            if (activeTag_->isUnderstood()) {
-                makeKey(*activeTag_, {&schema(), before, here}, key);
-            }
-            if (rangeLow_ && activeTag_->order.compare(key, *rangeLow_) < 0) {
-                key = *rangeLow_;
-            }
-            spot.cursor.emplace(*open_->index(), *activeTag_);
-            on = spot.cursor->seek(key);
-            while (on && spot.cursor->key() == key && spot.cursor->record() < here) {
-                on = spot.cursor->next();
-            }
-        }
-        if ((!on || !settle(spot, Direction::Forward)) &&
-            (!toEnd(spot, Direction::Backward) || !settle(spot, Direction::Backward))) {
-            return false;
-        }
-        copyRow(spot);
-        landed = std::move(spot);
-        return true;
-    });
-    if (found) {
-        land(landed);
-    } else {
-        landNowhere();
     }
     return found;
 }
@@ -408,7 +237,6 @@ bool Dataset::reposition() {
 void Dataset::refresh() {
     requireOpen();
     cancel();
-    ahead_->justStepped = false;
     reposition();
     changed(DatasetChange::Moved);
 }

@@ -10,16 +10,15 @@
 
 namespace dbase {
 
-/// A place in the order of a tag, or in the order of the file. Copied before an operation, assigned when it is done.
+/// A record and its place in the order. Searches work on one of their own, so that they may be run again.
 struct Dataset::Spot {
     std::optional<TreeCursor> cursor; // empty: the order of the file, or a record that its tag does not hold
-    std::uint64_t counter = 0;        // of the table's changes when the cursor was right
     RecordNumber record = 0;
     std::vector<char> row;
 };
 
-/// Rows behind the current one that one lock brought along. Used only while the table's change counter proves that none of
-/// our programs changed anything, and not for long, because others do not count.
+/// Rows behind the current one that one lock brought along. Used only while the table's change counter proves
+/// that none of our programs changed anything, and not for long, because others do not count.
 struct Dataset::ReadAhead {
     static constexpr std::size_t mostRows = 64;
     static constexpr std::chrono::milliseconds shelfLife{20};
@@ -32,6 +31,7 @@ struct Dataset::ReadAhead {
     std::vector<Row> rows;
     std::size_t next = 0;
     std::vector<char> bytes;
+    RecordNumber behind = 0; // the record that the next row follows
     std::uint64_t counter = 0;
     std::uint32_t recordCount = 0;
     std::chrono::nanoseconds taken{0};
@@ -41,6 +41,7 @@ struct Dataset::ReadAhead {
         rows.clear();
         bytes.clear();
         next = 0;
+        justStepped = false;
     }
 };
 

@@ -8,23 +8,23 @@
 namespace dbase {
 
 enum class ErrorCode {
-    NotFound,       // a folder, file, column or tag that is not there
-    Exists,         // a file that must not be overwritten
-    AccessDenied,   // the system refuses to open or write
-    ReadOnly,       // the table is open for reading only
-    Io,             // a read, write or sync that failed
-    DiskFull,       // no space left; nothing of the operation remains visible
-    TooLarge,       // 2 GiB and over, or more than the format holds
-    BadTable,       // a .DBF that contradicts itself
-    BadIndex,       // an .MDX that contradicts itself
-    StaleIndex,     // an .MDX that does not belong to the records any more and cannot be rebuilt here
-    BadLayout,      // columns that do not fit the bound ones
-    BadExpression,  // a key, FOR or filter text that is not understood
-    BadValue,       // a value that its column cannot hold
-    BadState,       // an operation that the dataset's state does not allow
-    LockRefused,    // a record that another user holds
-    LockTimeout,    // a structure lock that did not come free in time
-    RecordChanged,  // the row shown is not the stored one any more
+    NotFound,      // a folder, file, column or tag that is not there
+    Exists,        // a file that must not be overwritten
+    AccessDenied,  // the system refuses to open or write
+    ReadOnly,      // the table is open for reading only
+    Io,            // a read, write or sync that failed
+    DiskFull,      // no space left; nothing of the operation remains visible
+    TooLarge,      // 2 GiB and over, or more than the format holds
+    BadTable,      // a .DBF that contradicts itself
+    BadIndex,      // an .MDX that contradicts itself
+    StaleIndex,    // an .MDX that does not belong to the records any more and cannot be rebuilt here
+    BadLayout,     // columns that do not fit the bound ones
+    BadExpression, // a key, FOR or filter text that is not understood
+    BadValue,      // a value that its column cannot hold
+    BadState,      // an operation that the dataset's state does not allow
+    LockRefused,   // a record that another user holds
+    LockTimeout,   // a structure lock that did not come free in time
+    RecordChanged, // the row shown is not the stored one any more
 };
 
 /// A fault of the engine. `what()` is a Spanish UTF-8 text that the user can act on; it names the file and,

@@ -10,8 +10,12 @@
 namespace dbase {
 
 namespace {
-bool isTrueText(std::string_view text) { return text == "True" || text == "T" || text == "true" || text == "1"; }
-bool isFalseText(std::string_view text) { return text == "False" || text == "F" || text == "false" || text == "0"; }
+bool isTrueText(std::string_view text) {
+    return text == "True" || text == "T" || text == "true" || text == "1";
+}
+bool isFalseText(std::string_view text) {
+    return text == "False" || text == "F" || text == "false" || text == "0";
+}
 } // namespace
 
 std::size_t Field::width() const {
@@ -30,8 +34,7 @@ std::string_view Field::raw() const {
 }
 
 const Column& Field::writableColumn() const {
-    const bool pending =
-        dataset_->state() == DatasetState::Insert || dataset_->state() == DatasetState::Edit;
+    const bool pending = dataset_->state() == DatasetState::Insert || dataset_->state() == DatasetState::Edit;
     if (!pending || !column_) {
         throw Error(ErrorCode::BadState, dataset_->tableName(),
                     "el campo " + name_ + " sólo se puede cambiar al añadir o modificar un registro");
@@ -45,7 +48,8 @@ std::span<char> Field::rawForWriting() {
 }
 
 void Field::refuse(const std::string& value) const {
-    throw Error(ErrorCode::BadValue, dataset_->tableName(), "el valor \"" + value + "\" no cabe en el campo " + name_);
+    throw Error(ErrorCode::BadValue, dataset_->tableName(),
+                "el valor \"" + value + "\" no cabe en el campo " + name_);
 }
 
 // --- Reading
@@ -69,7 +73,9 @@ bool Field::isNull() const {
     return decodeText(raw()).empty();
 }
 
-std::string_view Field::view() const { return kind_ == FieldKind::Calculated ? calculated_ : decodeText(raw()); }
+std::string_view Field::view() const {
+    return kind_ == FieldKind::Calculated ? calculated_ : decodeText(raw());
+}
 
 std::string Field::text() const {
     switch (kind_) {
@@ -97,8 +103,10 @@ std::string Field::text() const {
 }
 
 int Field::integer() const {
-    const std::optional<std::int64_t> whole = decodeInteger(kind_ == FieldKind::Calculated ? calculated_ : raw());
-    const bool fits = whole && *whole >= std::numeric_limits<int>::min() && *whole <= std::numeric_limits<int>::max();
+    const std::optional<std::int64_t> whole =
+        decodeInteger(kind_ == FieldKind::Calculated ? calculated_ : raw());
+    const bool fits =
+        whole && *whole >= std::numeric_limits<int>::min() && *whole <= std::numeric_limits<int>::max();
     return fits ? static_cast<int>(*whole) : 0;
 }
 
@@ -113,9 +121,10 @@ bool Field::logical() const { return decodeLogical(raw()).value_or(false); }
 void Field::setText(std::string_view text) {
     if (kind_ == FieldKind::Calculated) {
         if (!dataset_->isCalculating_) {
-            throw Error(ErrorCode::BadState, dataset_->tableName(), "el campo " + name_ + " se calcula; no se asigna");
+            throw Error(ErrorCode::BadState, dataset_->tableName(),
+                        "el campo " + name_ + " se calcula; no se asigna");
         }
-        calculated_ = text.substr(0, declaredWidth_);
+        calculated_ = decodeText(text.substr(0, declaredWidth_));
         return;
     }
     const Column& column = writableColumn();
@@ -135,7 +144,8 @@ void Field::setText(std::string_view text) {
         encodeText(rawForWriting(), text);
     } else {
         const std::optional<double> value = decodeNumber(text);
-        if (!value || !fitsBinding(*value) || !encodeNumber(rawForWriting(), *value, column.decimals)) {
+        const bool isOfKind = value && (kind_ == FieldKind::Number || decodeInteger(text));
+        if (!isOfKind || !fitsBinding(*value) || !encodeNumber(rawForWriting(), *value, column.decimals)) {
             refuse(std::string(text));
         }
     }
@@ -144,16 +154,22 @@ void Field::setText(std::string_view text) {
 
 bool Field::fitsBinding(double value) const {
     return !bound_ || kind_ != FieldKind::Integer ||
-           (value >= std::numeric_limits<std::int16_t>::min() && value <= std::numeric_limits<std::int16_t>::max());
+           (value >= std::numeric_limits<std::int16_t>::min() &&
+            value <= std::numeric_limits<std::int16_t>::max());
 }
 
 void Field::setInteger(int value) {
     if (kind_ == FieldKind::Character || kind_ == FieldKind::Calculated) {
-        setText(std::to_string(value));
+        const std::string digits = std::to_string(value);
+        if (digits.size() > width()) {
+            refuse(digits); // a text is cut, a number would become another one
+        }
+        setText(digits);
         return;
     }
     const Column& column = writableColumn();
-    if (!column.isNumber() || !fitsBinding(value) || !encodeInteger(rawForWriting(), value, column.decimals)) {
+    if (!column.isNumber() || !fitsBinding(value) ||
+        !encodeInteger(rawForWriting(), value, column.decimals)) {
         refuse(std::to_string(value));
     }
     dataset_->fieldSet();

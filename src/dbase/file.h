@@ -1,5 +1,5 @@
-// A file as the engine needs it: positioned reads and writes, size, sync, byte-range locks and, where the system
-// offers it, a view of its bytes in memory.
+// A file as the engine needs it: positioned reads and writes, size, sync, byte-range locks and, where the
+// system offers it, a view of its bytes in memory.
 #pragma once
 
 #include <cstdint>
@@ -39,15 +39,16 @@ public:
     /// Data to the disk.
     virtual void sync() = 0;
 
-    /// Start of a read-only view of the whole file that follows its changes and growth, or null when there is none. Only the
-    /// bytes below size() may be looked at. When somebody cuts the file meanwhile they read as 0 and viewIsTorn() says so.
+    /// Start of a read-only view of the whole file that follows its changes and growth, or null when there is
+    /// none. Only the bytes below size() may be looked at. When somebody cuts the file meanwhile they read as
+    /// 0 and viewIsTorn() says so.
     [[nodiscard]] virtual const char* view() const { return nullptr; }
     [[nodiscard]] virtual bool viewIsTorn() const { return false; }
     /// Makes a torn view whole again, as far as the file reaches now.
     virtual void renewView() {}
 
-    /// Advisory lock of this open file; two opens of one file exclude each other, also inside one process. False when
-    /// somebody else holds it.
+    /// Advisory lock of this open file; two opens of one file exclude each other, also inside one process.
+    /// False when somebody else holds it.
     [[nodiscard]] virtual bool tryLock(LockRange range, LockKind kind) = 0;
     virtual void unlock(LockRange range) noexcept = 0;
 };

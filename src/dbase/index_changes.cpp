@@ -52,7 +52,8 @@ PageNumber IndexFile::allocate(const Tag& tag) {
     if (candidate != 0) {
         const std::uint64_t end = std::uint64_t{candidate} * pageBytes + blockSize_;
         std::vector<char> buffer;
-        const bool usable = candidate >= mdx::firstBlock && reaches(end) &&
+        const bool usable = candidate >= mdx::firstBlock &&
+                            (candidate - mdx::firstBlock) % blockPages() == 0 && reaches(end) &&
                             load32(block(candidate, buffer) + mdx::keyCount) == 0 &&
                             std::none_of(tags_.begin(), tags_.end(), [&](const Tag& other) {
                                 return other.headerPage == candidate || treeRoot(other).root == candidate;
@@ -101,8 +102,10 @@ void IndexFile::writeChanges(bool& restored) {
     if (const auto head = changes_.find(fileHeaderPage); head != changes_.end()) {
         head->second.isHeader = true;
         encodeHeaderDate(head->second.bytes.data() + mdx::updated);
-        // The stamp has its own writer; what lies in this copy of it is older.
-        readBytes(mdx::stamp, std::span(head->second.bytes).subspan(mdx::stamp, mdx::stampSize));
+        // The stamp has its own writer; what lies in these copies of it is older.
+        for (std::vector<char>* copy : {&head->second.bytes, &head->second.original}) {
+            readBytes(mdx::stamp, std::span(*copy).subspan(mdx::stamp, mdx::stampSize));
+        }
     }
     std::vector<std::pair<PageNumber, const Change*>> order;
     order.reserve(changes_.size());

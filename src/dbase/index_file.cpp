@@ -40,7 +40,8 @@ IndexFile::IndexFile(std::unique_ptr<File> file, const Schema& schema) : file_(s
     blockSize_ = std::size_t{load16(head.data() + mdx::blockPages)} * pageBytes;
     languageDriver_ = static_cast<std::uint8_t>(head[mdx::languageDriver]);
     if (head[mdx::version] != 2 || blockSize_ < pageBytes || blockSize_ > 64 * pageBytes) {
-        throw Error(ErrorCode::BadIndex, path(), "la cabecera no es la de un índice; ejecute \"ambcp reindexar\"");
+        throw Error(ErrorCode::BadIndex, path(),
+                    "la cabecera no es la de un índice; ejecute \"ambcp reindexar\"");
     }
     readTags(schema);
 }
@@ -64,7 +65,8 @@ void IndexFile::readTags(const Schema& schema) {
                     "la lista de tags dice " + std::to_string(count) + " tags; ejecute \"ambcp reindexar\"");
     }
     for (std::size_t i = 1; i <= count; ++i) {
-        const std::span<const char> entry(head.data() + mdx::tagTable + i * mdx::tagEntrySize, mdx::tagEntrySize);
+        const std::span<const char> entry(head.data() + mdx::tagTable + i * mdx::tagEntrySize,
+                                          mdx::tagEntrySize);
         Tag tag = readTag(entry, schema, i);
         if (findTag(tag.definition.name) == nullptr) {
             tags_.push_back(std::move(tag));
@@ -84,10 +86,19 @@ Tag IndexFile::readTag(std::span<const char> entry, const Schema& schema, std::s
     if (tag.definition.name.empty()) {
         throw bad("no tiene nombre");
     }
+    if (tag.definition.name.size() == mdx::entryNameSize) {
+        throw bad("su nombre no termina");
+    }
     const std::uint64_t offset = std::uint64_t{tag.headerPage} * pageBytes;
     const std::size_t size = std::min(blockSize_, mdx::tagHeaderBytes);
     if (tag.headerPage < mdx::firstBlock || offset + blockSize_ > knownSize_) {
         throw bad("su cabecera queda fuera del fichero (página " + std::to_string(tag.headerPage) + ")");
+    }
+    if (std::any_of(tags_.begin(), tags_.end(), [&](const Tag& other) {
+            return tag.headerPage < other.headerPage + blockPages() &&
+                   other.headerPage < tag.headerPage + blockPages();
+        })) {
+        throw bad("comparte su cabecera con otro tag (página " + std::to_string(tag.headerPage) + ")");
     }
     std::vector<char> header(std::max(size, mdx::plainColumn + 1));
     readBytes(offset, std::span(header).first(size));
@@ -111,7 +122,8 @@ Tag IndexFile::readTag(std::span<const char> entry, const Schema& schema, std::s
     tag.definition.unique = (format & mdx::formatUnique) != 0 || header[mdx::unique] == 1;
     tag.definition.descending = (format & mdx::formatDescending) != 0;
     tag.definition.expression = textAt(header, mdx::expression, mdx::textSize);
-    if (size == mdx::tagHeaderBytes && header[mdx::hasCondition] != 0) {
+    const bool hasCondition = header[mdx::hasCondition] != 0;
+    if (hasCondition && size == mdx::tagHeaderBytes) {
         tag.definition.condition = textAt(header, mdx::condition, mdx::textSize);
     }
     tag.order = KeyOrder(tag.keyType, driverCollates(schema.languageDriver), tag.definition.descending);
@@ -122,6 +134,10 @@ Tag IndexFile::readTag(std::span<const char> entry, const Schema& schema, std::s
                                                                : KeyType::Date;
         if (key.type() == ValueType::Logical || made != tag.keyType) {
             throw Error(ErrorCode::BadExpression, {}, "la expresión no da el tipo de clave del tag");
+        }
+        if (hasCondition && size < mdx::tagHeaderBytes) {
+            tag.definition.condition = "?";
+            throw Error(ErrorCode::BadExpression, {}, "su condición no cabe en bloques tan pequeños");
         }
         if (!tag.definition.condition.empty()) {
             tag.condition = Expression::parse(tag.definition.condition, schema, Dialect::Index);
@@ -142,6 +158,12 @@ const Tag* IndexFile::findTag(std::string_view name) const {
     const auto found = std::find_if(tags_.begin(), tags_.end(),
                                     [&](const Tag& tag) { return sameName(tag.definition.name, name); });
     return found == tags_.end() ? nullptr : &*found;
+}
+
+bool IndexFile::hasOwnHead() const {
+    char bytes[8];
+    readBytes(mdx::ownHead, bytes);
+    return std::memcmp(bytes, mdx::ownHeadMagic, sizeof bytes) == 0;
 }
 
 UpdateStamp IndexFile::stamp() const {
@@ -208,6 +230,15 @@ const char* IndexFile::block(PageNumber page, std::vector<char>& buffer) const {
     buffer.resize(blockSize_);
     file_->read(offset, buffer);
     return buffer.data();
+}
+
+void IndexFile::confirmBlock(PageNumber page) const {
+    if (!changes_.contains(page)) {
+        knownSize_ = 0;
+        if (!reaches(std::uint64_t{page} * pageBytes + blockSize_)) {
+            throw Error(ErrorCode::Io, path(), "otro programa ha cortado el fichero mientras se leía");
+        }
+    }
 }
 
 TreeRoot IndexFile::treeRoot(const Tag& tag) const {

@@ -1,5 +1,5 @@
-// The .MDX: file header, tag table, tag headers and blocks. Changes are gathered in memory and written together; the
-// caller holds the locks.
+// The .MDX: file header, tag table, tag headers and blocks. Changes are gathered in memory and written
+// together; the caller holds the locks.
 #pragma once
 
 #include <cstdint>
@@ -60,10 +60,11 @@ public:
     IndexFile(std::unique_ptr<File> file, const Schema& schema);
     ~IndexFile();
 
-    /// Writes an index without keys over whatever the file holds. Errors: Error(BadExpression, BadIndex) before
-    /// anything is written.
+    /// Writes an index without keys over whatever the file holds. Errors: Error(BadExpression, BadIndex)
+    /// before anything is written.
     static void format(File& file, const Schema& schema, const std::string& tableName,
-                       const std::vector<TagDefinition>& tags, const UpdateStamp& stamp, unsigned blockPages = 2);
+                       const std::vector<TagDefinition>& tags, const UpdateStamp& stamp,
+                       unsigned blockPages = 2);
 
     [[nodiscard]] File& file() const { return *file_; }
     [[nodiscard]] const std::string& path() const { return file_->path(); }
@@ -77,10 +78,21 @@ public:
     [[nodiscard]] UpdateStamp stamp() const;
     void writeStamp(const UpdateStamp& stamp);
 
+    /// False for an index whose headers some other program wrote.
+    [[nodiscard]] bool hasOwnHead() const;
+    /// The first pages as we write them for these tags, what moves with use (dates, free list, stamp) taken
+    /// over.
+    [[nodiscard]] std::vector<char> freshHead(const Schema& schema) const;
+    /// The same for a tag's header, its tree taken over.
+    [[nodiscard]] std::vector<char> freshTagHeader(const Tag& tag) const;
+
     // --- Blocks. Pointers stay valid until the next change of the same block.
-    /// A block of the file, or its changed copy. `buffer` is filled only for files without a view. Errors: Error(BadIndex) for
-    /// a number outside the file.
+    /// A block of the file, or its changed copy. `buffer` is filled only for files without a view. Errors:
+    /// Error(BadIndex) for a number outside the file.
     [[nodiscard]] const char* block(PageNumber page, std::vector<char>& buffer) const;
+    /// For a block with zeros where something should be: asks whether the file was cut before its end.
+    /// Errors: Error(Io).
+    void confirmBlock(PageNumber page) const;
     [[nodiscard]] TreeRoot treeRoot(const Tag& tag) const;
 
     // --- Changes, invisible in the file until writeChanges().
@@ -90,8 +102,8 @@ public:
     [[nodiscard]] PageNumber allocate(const Tag& tag);
     void release(PageNumber page);
     [[nodiscard]] bool hasChanges() const { return !changes_.empty(); }
-    /// New blocks first, then the pages that point at them, headers last. When a write fails the old bytes are put back as
-    /// far as possible; `restored` tells whether that worked.
+    /// New blocks first, then the pages that point at them, headers last. When a write fails the old bytes
+    /// are put back as far as possible; `restored` tells whether that worked.
     void writeChanges(bool& restored);
     void dropChanges();
 
@@ -102,8 +114,8 @@ public:
     [[noreturn]] void damaged(PageNumber page, const std::string& what) const;
     /// Asks for the size of the file again at the next need.
     void forgetSize() { knownSize_ = 0; }
-    /// In a collating table: finds out for each character tag whether its keys lie by weight or by byte, as engines
-    /// differ. Errors: Error(BadIndex) when they obey neither.
+    /// In a collating table: finds out for each character tag whether its keys lie by weight or by byte, as
+    /// engines differ. Errors: Error(BadIndex) when they obey neither.
     void settleOrders();
     /// The order that the language driver asks for, for a rebuild.
     void resetOrders(const Schema& schema);
@@ -133,5 +145,8 @@ private:
 
 /// Key of a record in a tag, exactly keyLength bytes.
 void makeKey(const Tag& tag, const RecordView& record, std::span<char> key);
+/// The key under which some engines file a negative number of a narrow column: its 16 bits read without a
+/// sign. False for any other record.
+[[nodiscard]] bool makeUnsignedKey(const Tag& tag, const RecordView& record, std::span<char> key);
 
 } // namespace dbase

@@ -9,6 +9,7 @@
 #include "dbase/error.h"
 #include "dbase/index_file.h"
 #include "dbase/index_layout.h"
+#include "dbase/names.h"
 
 namespace dbase {
 
@@ -27,7 +28,8 @@ KeyShape shapeOf(const Expression& key, const std::string& tag) {
     case ValueType::Text:
         if (key.width() == 0 || key.width() > maxKeyLength) {
             throw Error(ErrorCode::BadExpression, {},
-                        "la clave del tag " + tag + " mide " + std::to_string(key.width()) + " bytes; caben de 1 a 100");
+                        "la clave del tag " + tag + " mide " + std::to_string(key.width()) +
+                            " bytes; caben de 1 a 100");
         }
         return {KeyType::Character, static_cast<std::uint16_t>(key.width()), key.isPlainColumn()};
     case ValueType::Number:
@@ -37,12 +39,16 @@ KeyShape shapeOf(const Expression& key, const std::string& tag) {
     case ValueType::Logical:
         break;
     }
-    throw Error(ErrorCode::BadExpression, {}, "la clave del tag " + tag + " es lógica; no se puede ordenar por ella");
+    throw Error(ErrorCode::BadExpression, {},
+                "la clave del tag " + tag + " es lógica; no se puede ordenar por ella");
 }
 
 void checkDefinition(const TagDefinition& tag, const Schema& schema, std::size_t blockBytes) {
-    const auto isNameByte = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_'; };
-    if (tag.name.empty() || tag.name.size() > 10 || !std::all_of(tag.name.begin(), tag.name.end(), isNameByte)) {
+    const auto isNameByte = [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+    };
+    if (tag.name.empty() || tag.name.size() > 10 ||
+        !std::all_of(tag.name.begin(), tag.name.end(), isNameByte)) {
         throw Error(ErrorCode::BadExpression, {}, "\"" + tag.name + "\" no sirve como nombre de tag");
     }
     if (tag.expression.size() >= mdx::textSize || tag.condition.size() >= mdx::textSize ||
@@ -65,7 +71,8 @@ void linkNames(std::span<char> head, const std::vector<TagDefinition>& tags) {
         }
         std::size_t at = 1;
         while (true) {
-            const std::size_t link = tags[i - 1].name < tags[at - 1].name ? mdx::entryLess : mdx::entryGreater;
+            const std::size_t link =
+                tags[i - 1].name < tags[at - 1].name ? mdx::entryLess : mdx::entryGreater;
             const auto next = static_cast<std::uint8_t>(entry(at)[link]);
             if (next == 0) {
                 entry(at)[link] = static_cast<char>(i);
@@ -103,11 +110,25 @@ std::vector<char> encodeTagHeader(const TagDefinition& tag, const KeyShape& shap
     return header;
 }
 
-void encodeHead(std::span<char> head, const Schema& schema, const std::string& tableName, std::size_t tagCount,
-                unsigned blockPages, std::uint32_t pages) {
+// One line of the tag table for each tag, and the name tree over them.
+void encodeTagTable(std::span<char> head, const std::vector<TagDefinition>& tags,
+                    const std::vector<KeyShape>& shapes, const std::vector<PageNumber>& headerPages) {
+    for (std::size_t i = 0; i < tags.size(); ++i) {
+        char* entry = head.data() + mdx::tagTable + (i + 1) * mdx::tagEntrySize;
+        store32(entry + mdx::entryHeaderPage, headerPages[i]);
+        putText(entry + mdx::entryName, tags[i].name);
+        entry[mdx::entryFormat] = shapes[i].isPlain ? 0x10 : 0x00;
+        entry[mdx::entryTwo] = 2;
+        entry[mdx::entryKeyType] = static_cast<char>(shapes[i].type);
+    }
+    linkNames(head, tags);
+}
+
+void encodeHead(std::span<char> head, const Schema& schema, const std::string& tableName,
+                std::size_t tagCount, unsigned blockPages, std::uint32_t pages) {
     head[mdx::version] = 2;
     encodeHeaderDate(head.data() + mdx::created);
-    putText(head.data() + mdx::tableName, std::string_view(tableName).substr(0, 16));
+    putText(head.data() + mdx::tableName, std::string_view(tableName).substr(0, mdx::tableNameSize));
     store16(head.data() + mdx::blockPages, static_cast<std::uint16_t>(blockPages));
     store16(head.data() + mdx::blockBytes, static_cast<std::uint16_t>(blockPages * pageBytes));
     head[mdx::production] = 1;
@@ -118,18 +139,24 @@ void encodeHead(std::span<char> head, const Schema& schema, const std::string& t
     head[mdx::languageDriver] = static_cast<char>(schema.languageDriver);
     store32(head.data() + mdx::pageCount, pages);
     encodeHeaderDate(head.data() + mdx::updated);
+    std::memcpy(head.data() + mdx::ownHead, mdx::ownHeadMagic, 8);
 }
 
 } // namespace
 
 void IndexFile::format(File& file, const Schema& schema, const std::string& tableName,
-                       const std::vector<TagDefinition>& tags, const UpdateStamp& stamp, unsigned blockPages) {
+                       const std::vector<TagDefinition>& tags, const UpdateStamp& stamp,
+                       unsigned blockPages) {
     if (tags.size() > mdx::maxTags) {
         throw Error(ErrorCode::BadIndex, file.path(), "un índice admite 47 tags como mucho");
     }
     std::vector<KeyShape> shapes;
     for (const TagDefinition& tag : tags) {
         checkDefinition(tag, schema, blockPages * pageBytes);
+        if (std::count_if(tags.begin(), tags.end(),
+                          [&](const auto& other) { return other.name == tag.name; }) > 1) {
+            throw Error(ErrorCode::BadExpression, file.path(), "el tag " + tag.name + " está repetido");
+        }
         shapes.push_back(shapeOf(Expression::parse(tag.expression, schema, Dialect::Index), tag.name));
     }
     const auto headerPageOf = [&](std::size_t i) {
@@ -140,21 +167,18 @@ void IndexFile::format(File& file, const Schema& schema, const std::string& tabl
     encodeHead(head, schema, tableName, tags.size(), blockPages, pages);
     store32(head.data() + mdx::stamp + 8, 1); // replaced by the caller's stamp when all is written
     std::memcpy(head.data() + mdx::stamp, mdx::stampMagic, 8);
+    std::vector<PageNumber> headerPages;
     for (std::size_t i = 0; i < tags.size(); ++i) {
-        char* entry = head.data() + mdx::tagTable + (i + 1) * mdx::tagEntrySize;
-        store32(entry + mdx::entryHeaderPage, headerPageOf(i));
-        putText(entry + mdx::entryName, tags[i].name);
-        entry[mdx::entryFormat] = shapes[i].isPlain ? 0x10 : 0x00;
-        entry[mdx::entryTwo] = 2;
-        entry[mdx::entryKeyType] = static_cast<char>(shapes[i].type);
+        headerPages.push_back(headerPageOf(i));
     }
-    linkNames(head, tags);
+    encodeTagTable(head, tags, shapes, headerPages);
     file.write(0, head);
     const std::vector<char> emptyLeaf(blockPages * pageBytes);
     for (std::size_t i = 0; i < tags.size(); ++i) {
         const PageNumber root = headerPageOf(i) + blockPages;
         file.write(std::uint64_t{root} * pageBytes, emptyLeaf);
-        file.write(std::uint64_t{headerPageOf(i)} * pageBytes, encodeTagHeader(tags[i], shapes[i], root, blockPages));
+        file.write(std::uint64_t{headerPageOf(i)} * pageBytes,
+                   encodeTagHeader(tags[i], shapes[i], root, blockPages));
     }
     file.resize(std::uint64_t{pages} * pageBytes);
     std::array<char, mdx::stampSize> last{};
@@ -163,6 +187,50 @@ void IndexFile::format(File& file, const Schema& schema, const std::string& tabl
     store32(last.data() + 12, stamp.records);
     store64(last.data() + 16, stamp.counter);
     file.write(mdx::stamp, last);
+}
+
+std::vector<char> IndexFile::freshHead(const Schema& schema) const {
+    std::vector<char> head(mdx::headBytes);
+    const std::string file = path().substr(path().rfind('/') + 1);
+    encodeHead(head, schema, file.substr(0, file.find('.')), tags_.size(), blockPages(), announcedPages());
+    std::vector<TagDefinition> definitions;
+    std::vector<KeyShape> shapes;
+    std::vector<PageNumber> headerPages;
+    for (const Tag& tag : tags_) {
+        definitions.push_back(tag.definition);
+        shapes.push_back({tag.keyType, tag.keyLength, tag.key && tag.key->isPlainColumn()});
+        headerPages.push_back(tag.headerPage);
+    }
+    encodeTagTable(head, definitions, shapes, headerPages);
+    // What moves with use stays as it is: creation date, free list, stamp.
+    readBytes(mdx::created, std::span(head).subspan(mdx::created, 3));
+    readBytes(mdx::freeList, std::span(head).subspan(mdx::freeList, 4));
+    readBytes(mdx::stamp, std::span(head).subspan(mdx::stamp, mdx::stampSize));
+    // Files change the letter case of their names on the way between systems; the name inside stays.
+    std::array<char, mdx::tableNameSize> name{};
+    readBytes(mdx::tableName, name);
+    if (upperName({name.data(), name.size()}) == upperName({head.data() + mdx::tableName, name.size()})) {
+        std::copy(name.begin(), name.end(), head.begin() + mdx::tableName);
+    }
+    return head;
+}
+
+std::vector<char> IndexFile::freshTagHeader(const Tag& tag) const {
+    const KeyShape shape{tag.keyType, tag.keyLength, tag.key && tag.key->isPlainColumn()};
+    std::vector<char> header = encodeTagHeader(tag.definition, shape, 0, blockPages());
+    std::vector<char> buffer;
+    const char* stored = block(tag.headerPage, buffer);
+    const auto keep = [&](std::size_t offset, std::size_t size) {
+        std::memcpy(header.data() + offset, stored + offset, size);
+    };
+    keep(mdx::root, 8); // and the size in pages
+    keep(mdx::changes, 1);
+    keep(mdx::holdsKeys, 1);
+    keep(mdx::firstLeaf, 8);
+    keep(mdx::indexed, 3);
+    store16(header.data() + mdx::itemLength, tag.itemLength);
+    store16(header.data() + mdx::maxKeys, tag.maxKeys);
+    return header;
 }
 
 void makeKey(const Tag& tag, const RecordView& record, std::span<char> key) {
@@ -178,6 +246,20 @@ void makeKey(const Tag& tag, const RecordView& record, std::span<char> key) {
         at += part;
     }
     std::memset(key.data() + at, ' ', key.size() - at);
+}
+
+bool makeUnsignedKey(const Tag& tag, const RecordView& record, std::span<char> key) {
+    constexpr double signless = 65536, lowest = -32768;
+    if (tag.keyType != KeyType::Numeric) {
+        return false;
+    }
+    Value value = tag.key->evaluate(record);
+    if (!value.hasValue || value.number >= 0 || value.number < lowest) {
+        return false;
+    }
+    value.number += signless;
+    encodeKey(value, tag.keyType, key);
+    return true;
 }
 
 } // namespace dbase

@@ -10,6 +10,7 @@ namespace dbase::mdx {
 inline constexpr std::size_t version = 0;
 inline constexpr std::size_t created = 1;
 inline constexpr std::size_t tableName = 4;
+inline constexpr std::size_t tableNameSize = 16;
 inline constexpr std::size_t blockPages = 20;
 inline constexpr std::size_t blockBytes = 22;
 inline constexpr std::size_t production = 24;
@@ -24,6 +25,8 @@ inline constexpr std::size_t updated = 44;
 inline constexpr std::size_t stamp = 480; // ours, in bytes that the format leaves unused
 inline constexpr std::size_t stampSize = 32;
 inline constexpr char stampMagic[9] = "AMBINDX1";
+inline constexpr std::size_t ownHead = 472; // ours too: every byte of the headers was written by us
+inline constexpr char ownHeadMagic[9] = "AMBHEAD1";
 
 inline constexpr std::size_t tagTable = 512;
 inline constexpr std::size_t tagEntrySize = 32;

@@ -6,6 +6,7 @@
 
 #include "dbase/bytes.h"
 #include "dbase/error.h"
+#include "dbase/system_reason.h"
 
 namespace dbase {
 
@@ -13,7 +14,8 @@ namespace dbase {
 struct KeySorter::Run {
     explicit Run(std::size_t itemSize) : file(std::tmpfile()), current(itemSize) {
         if (file == nullptr) {
-            throw Error(ErrorCode::Io, {}, std::string("no se puede crear un fichero temporal: ") + std::strerror(errno));
+            throw Error(ErrorCode::Io, {},
+                        std::string("no se puede crear un fichero temporal: ") + systemReason(errno));
         }
         std::setvbuf(file, nullptr, _IOFBF, std::size_t{1} << 18);
     }
@@ -23,22 +25,33 @@ struct KeySorter::Run {
 
     void put(const char* item) {
         if (std::fwrite(item, current.size(), 1, file) != 1) {
-            throw Error(ErrorCode::DiskFull, {}, "no hay espacio para los ficheros temporales de la ordenación");
+            throw Error(ErrorCode::DiskFull, {},
+                        "no hay espacio para los ficheros temporales de la ordenación");
         }
     }
     void rewind() {
         if (std::fflush(file) != 0 || std::fseek(file, 0, SEEK_SET) != 0) {
-            throw Error(ErrorCode::DiskFull, {}, "no hay espacio para los ficheros temporales de la ordenación");
+            throw Error(ErrorCode::DiskFull, {},
+                        "no hay espacio para los ficheros temporales de la ordenación");
         }
     }
-    bool advance() { return std::fread(current.data(), current.size(), 1, file) == 1; }
+    bool advance() {
+        if (std::fread(current.data(), current.size(), 1, file) == 1) {
+            return true;
+        }
+        if (std::ferror(file) != 0) { // taken for the end it would lose keys
+            throw Error(ErrorCode::Io, {}, "no se pueden releer los ficheros temporales de la ordenación");
+        }
+        return false;
+    }
 
     std::FILE* file;
     std::vector<char> current;
 };
 
 KeySorter::KeySorter(KeyOrder order, std::size_t keyLength, std::size_t expected, std::size_t memory)
-    : order_(order), keyLength_(keyLength), itemSize_(keyLength + 4), memory_(std::max(memory, itemSize_ * 4)),
+    : order_(order), keyLength_(keyLength), itemSize_(keyLength + 4),
+      memory_(std::max(memory, itemSize_ * 4)),
       byPrefix_(order.type() == KeyType::Character && !order.isCollated() && !order.isDescending()) {
     items_.reserve(std::min(memory_, expected * itemSize_));
 }

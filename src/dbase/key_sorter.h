@@ -12,13 +12,14 @@
 
 namespace dbase {
 
-/// Takes (key, record) pairs in any order and gives them back in the tag's order, equal keys by record number.
+/// Takes (key, record) pairs in any order and gives them back in the tag's order, equal keys by record
+/// number.
 class KeySorter {
 public:
     using Receiver = std::function<void(std::string_view key, RecordNumber record)>;
 
-    /// `expected`: how many pairs come, roughly. `memory`: bytes that may be held before a sorted run goes to a
-    /// temporary file.
+    /// `expected`: how many pairs come, roughly. `memory`: bytes that may be held before a sorted run goes to
+    /// a temporary file.
     KeySorter(KeyOrder order, std::size_t keyLength, std::size_t expected,
               std::size_t memory = std::size_t{128} << 20);
     ~KeySorter();

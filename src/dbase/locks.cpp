@@ -31,4 +31,31 @@ void holdLock(File& file, LockRange range, LockKind kind) {
     }
 }
 
+StructureLock::StructureLock(File& file, Holders& holders, LockKind kind)
+    : file_(file), holders_(holders), kind_(kind) {
+    if (holders_.isChanging || (holders_.readers > 0 && kind == LockKind::Exclusive)) {
+        throw Error(ErrorCode::LockTimeout, file.path(),
+                    "la tabla se está usando en este mismo momento; espere a que termine la operación");
+    }
+    if (holders_.readers == 0) {
+        holdLock(file, structureLock, kind);
+    }
+    if (kind == LockKind::Exclusive) {
+        holders_.isChanging = true;
+    } else {
+        ++holders_.readers;
+    }
+}
+
+StructureLock::~StructureLock() {
+    if (kind_ == LockKind::Exclusive) {
+        holders_.isChanging = false;
+    } else {
+        --holders_.readers;
+    }
+    if (holders_.readers == 0) {
+        file_.unlock(structureLock);
+    }
+}
+
 } // namespace dbase

@@ -16,12 +16,16 @@ inline constexpr std::uint64_t append = 0xEFFFFFFF;
 inline constexpr std::uint64_t presence = 0xF0000010; // ours: no other program looks at it
 } // namespace lock_offset
 
-[[nodiscard]] constexpr LockRange recordLock(RecordNumber record) { return {lock_offset::header - record, 1}; }
+[[nodiscard]] constexpr LockRange recordLock(RecordNumber record) {
+    return {lock_offset::header - record, 1};
+}
 /// On the .MDX (on the .DBF of a table without one): the whole structure.
 inline constexpr LockRange structureLock{lock_offset::header, 1};
 /// On the .DBF while a record is added: header and append byte in one.
 inline constexpr LockRange appendLock{lock_offset::header, 2};
 
+/// On the .DBF: header, append and every record byte, as the dBase family locks a whole table.
+inline constexpr LockRange wholeTableLock{lock_offset::header - 1'000'000'000, 1'000'000'002};
 /// On the .DBF, shared by everybody who has the table open, exclusive while its files are replaced.
 inline constexpr LockRange presenceLock{lock_offset::presence, 1};
 
@@ -35,8 +39,15 @@ void holdLock(File& file, LockRange range, LockKind kind);
 /// Holds one byte-range lock for a block.
 class FileLock {
 public:
+    struct AlreadyHeld {};
+    static constexpr AlreadyHeld alreadyHeld{};
+
     /// As holdLock().
-    FileLock(File& file, LockRange range, LockKind kind) : file_(file), range_(range) { holdLock(file, range, kind); }
+    FileLock(File& file, LockRange range, LockKind kind) : file_(file), range_(range) {
+        holdLock(file, range, kind);
+    }
+    /// Takes over a lock that the caller got from tryLock().
+    FileLock(File& file, LockRange range, AlreadyHeld) : file_(file), range_(range) {}
     ~FileLock() { file_.unlock(range_); }
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
@@ -44,6 +55,29 @@ public:
 private:
     File& file_;
     LockRange range_;
+};
+
+/// Holds the structure lock of one open table for a block. Locks belong to the open file: a second one of the
+/// same opening would change the first and its end would drop both, so the holders of one opening are counted
+/// here.
+class StructureLock {
+public:
+    struct Holders {
+        unsigned readers = 0;
+        bool isChanging = false;
+    };
+
+    /// Readers go together; whoever reads or changes while a change of the same opening is under way (a
+    /// progress callback, say) gets Error(LockTimeout) at once.
+    StructureLock(File& file, Holders& holders, LockKind kind);
+    ~StructureLock();
+    StructureLock(const StructureLock&) = delete;
+    StructureLock& operator=(const StructureLock&) = delete;
+
+private:
+    File& file_;
+    Holders& holders_;
+    LockKind kind_;
 };
 
 } // namespace dbase

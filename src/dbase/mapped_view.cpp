@@ -106,7 +106,8 @@ bool MappedView::isTorn() const {
 }
 
 void MappedView::renew() {
-    if (data_ != nullptr && mmap(data_, length_, PROT_READ, MAP_SHARED | MAP_FIXED, descriptor_, 0) != MAP_FAILED) {
+    if (data_ != nullptr &&
+        mmap(data_, length_, PROT_READ, MAP_SHARED | MAP_FIXED, descriptor_, 0) != MAP_FAILED) {
         slots[static_cast<std::size_t>(slot_)].torn.store(false, std::memory_order_relaxed);
     }
 }

@@ -6,8 +6,9 @@
 
 namespace dbase {
 
-/// Maps more than the file holds, so that a growing file needs no new mapping. Touching a page that the file does not
-/// reach (any more) would end the process with SIGBUS; instead the page reads as zeros and isTorn() turns true.
+/// Maps more than the file holds, so that a growing file needs no new mapping. Touching a page that the file
+/// does not reach (any more) would end the process with SIGBUS; instead the page reads as zeros and isTorn()
+/// turns true.
 class MappedView {
 public:
     MappedView(int descriptor, std::size_t length);

@@ -10,6 +10,7 @@
 #include "dbase/error.h"
 #include "dbase/file.h"
 #include "dbase/mapped_view.h"
+#include "dbase/system_reason.h"
 
 namespace dbase {
 
@@ -27,13 +28,14 @@ namespace {
         code = ErrorCode::DiskFull;
         advice = "; libere espacio y repita la operación";
     }
-    throw Error(code, path, std::string(action) + ": " + std::strerror(number) + advice);
+    throw Error(code, path, std::string(action) + ": " + systemReason(number) + advice);
 }
 
 class PosixFile final : public File {
 public:
     PosixFile(std::string path, int descriptor, bool writable)
-        : path_(std::move(path)), descriptor_(descriptor), writable_(writable), view_(descriptor, maxFileSize) {}
+        : path_(std::move(path)), descriptor_(descriptor), writable_(writable),
+          view_(descriptor, maxFileSize) {}
     ~PosixFile() override { ::close(descriptor_); }
 
     const std::string& path() const override { return path_; }
@@ -57,8 +59,9 @@ public:
                 raise(path_, "no se puede leer");
             }
             if (got == 0) {
-                throw Error(ErrorCode::Io, path_, "el fichero termina antes de lo esperado (posición " +
-                                                      std::to_string(offset) + ")");
+                throw Error(ErrorCode::Io, path_,
+                            "el fichero termina antes de lo esperado (posición " + std::to_string(offset) +
+                                ")");
             }
             bytes = bytes.subspan(static_cast<std::size_t>(got));
             offset += static_cast<std::uint64_t>(got);

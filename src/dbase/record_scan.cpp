@@ -16,7 +16,8 @@ const RecordView* RecordScan::next() {
     }
     const std::size_t length = records_.schema().recordLength;
     if (at_ == piece_.size()) {
-        const std::size_t rows = std::min<std::size_t>(count_ - read_, std::max<std::size_t>(pieceBytes / length, 1));
+        const std::size_t rows =
+            std::min<std::size_t>(count_ - read_, std::max<std::size_t>(pieceBytes / length, 1));
         piece_.resize(rows * length);
         records_.file().read(records_.offsetOf(read_ + 1), piece_);
         at_ = 0;

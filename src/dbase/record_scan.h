@@ -7,7 +7,8 @@
 
 namespace dbase {
 
-/// For passes over a whole table: unlike the memory view it does not count the table into the program's memory.
+/// For passes over a whole table: unlike the memory view it does not count the table into the program's
+/// memory.
 class RecordScan {
 public:
     explicit RecordScan(const TableFile& records);

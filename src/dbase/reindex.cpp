@@ -3,10 +3,13 @@
 #include <optional>
 
 #include "dbase/check.h"
+
 #include "dbase/databases.h"
 #include "dbase/error.h"
 #include "dbase/table.h"
 #include "dbase/table_definition.h"
+#include <algorithm>
+#include <iterator>
 
 namespace dbase {
 
@@ -17,55 +20,85 @@ std::string baseName(const std::string& path) {
     return path.substr(slash, path.rfind('.') - slash);
 }
 
-// The tag definitions that can still be read from an index; empty when it is not even that.
-std::vector<TagDefinition> readableTags(const std::string& indexPath, const Schema& schema) {
+struct ReadableTags {
     std::vector<TagDefinition> tags;
+    std::string problem; // why there may have been more; empty when these are all
+    ErrorCode code = ErrorCode::BadIndex;
+};
+
+ReadableTags readTags(const std::string& indexPath, const Schema& schema) {
+    ReadableTags result;
     try {
         const IndexFile index(openFile(indexPath, OpenMode::ReadOnly), schema);
         for (const Tag& tag : index.tags()) {
-            if (!tag.isUnderstood()) {
-                throw Error(ErrorCode::BadExpression, indexPath, tag.problem);
+            if (tag.isUnderstood()) {
+                result.tags.push_back(tag.definition);
+            } else {
+                result.problem = tag.problem;
+                result.code = ErrorCode::BadExpression;
             }
-            tags.push_back(tag.definition);
         }
     } catch (const Error& error) {
         if (error.code() != ErrorCode::BadIndex) {
             throw;
         }
-        tags.clear();
+        result.problem = error.what();
     }
-    return tags;
+    return result;
+}
+
+// A table that the caller knows has at least the tags he names, whatever is left of them; what can be read
+// stays.
+std::vector<TagDefinition> completed(const std::vector<TagDefinition>& readable,
+                                     const std::vector<TagDefinition>& known) {
+    const auto named = [](const std::vector<TagDefinition>& tags, const std::string& name) {
+        return std::find_if(tags.begin(), tags.end(),
+                            [&](const TagDefinition& tag) { return tag.name == name; });
+    };
+    std::vector<TagDefinition> result;
+    for (const TagDefinition& tag : known) {
+        const auto read = named(readable, tag.name);
+        result.push_back(read == readable.end() ? tag : *read);
+    }
+    // A strange tag with the expression of a known one is that one with its name damaged.
+    std::copy_if(readable.begin(), readable.end(), std::back_inserter(result), [&](const TagDefinition& tag) {
+        return std::none_of(known.begin(), known.end(), [&](const TagDefinition& other) {
+            return other.name == tag.name || other.expression == tag.expression;
+        });
+    });
+    return result;
 }
 
 } // namespace
 
-void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>& fallbackTags,
+void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>& knownTags,
                   const Progress& progress) {
     std::unique_ptr<File> file = openFile(tableFile, OpenMode::ReadWrite);
     holdLock(*file, presenceLock, LockKind::Shared);
     TableFile records(std::move(file));
     const std::optional<std::string> existing = findIndexFile(tableFile);
-    std::vector<TagDefinition> tags;
-    if (existing) {
-        tags = readableTags(*existing, records.schema());
+    const ReadableTags readable = existing ? readTags(*existing, records.schema()) : ReadableTags{};
+    if (knownTags.empty() && (readable.tags.empty() || !readable.problem.empty())) {
+        throw Error(
+            ErrorCode::BadIndex, tableFile,
+            "no se conocen los tags de esta tabla y no se pueden leer todos de su índice; no se ha cambiado "
+            "nada. " +
+                readable.problem);
     }
-    const bool isReadable = !tags.empty();
-    if (tags.empty()) {
-        tags = fallbackTags;
-    }
-    if (tags.empty()) {
-        throw Error(ErrorCode::BadIndex, tableFile,
-                    "no hay índice del que tomar los tags y no se conoce esta tabla; no se ha cambiado nada");
-    }
+    const std::vector<TagDefinition> tags = completed(readable.tags, knownTags);
+    const bool isWhole =
+        readable.problem.empty() &&
+        std::ranges::is_permutation(tags, readable.tags, {}, &TagDefinition::name, &TagDefinition::name);
     const std::string indexPath = existing.value_or(tableFile.substr(0, tableFile.rfind('.')) + ".MDX");
     std::unique_ptr<File> index = openFile(indexPath, existing ? OpenMode::ReadWrite : OpenMode::Create);
     std::optional<IndexFile> trees; // outlives the lock on its file
     const FileLock lock(*index, structureLock, LockKind::Exclusive);
-    if (!isReadable) {
+    if (!isWhole) {
         IndexFile::format(*index, records.schema(), baseName(tableFile), tags, UpdateStamp{true, true, 0, 1});
     }
     trees.emplace(std::move(index), records.schema());
     rebuildTrees(records, *trees, progress);
+    records.markColumns(columnsWithTag(records.schema(), tags));
     records.dropBehind(records.recordCount());
     records.file().sync();
     trees->file().sync();

@@ -33,7 +33,8 @@ Table::Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::st
             refuseWriting(tag.problem);
         }
     }
-    // Now, not at the first question: a table whose index was left behind is made whole, or refused, when it is opened.
+    // Now, not at the first question: a table whose index was left behind is made whole, or refused, when it
+    // is opened.
     read([this] {
         index_->settleOrders();
         return true;
@@ -60,9 +61,10 @@ void Table::requireWritable() const {
 
 File& Table::structureFile() const { return index_ ? index_->file() : records_.file(); }
 
-bool Table::isTorn() const {
-    return records_.file().viewIsTorn() || (index_ && index_->file().viewIsTorn());
-}
+// In a table without index the structure lock has the header byte already.
+LockRange Table::appendRange() const { return index_ ? appendLock : LockRange{lock_offset::append, 1}; }
+
+bool Table::isTorn() const { return records_.file().viewIsTorn() || (index_ && index_->file().viewIsTorn()); }
 
 void Table::renewTornViews() {
     if (isTorn()) {
@@ -90,7 +92,7 @@ bool Table::entriesMatchRecords() const {
     const auto tag = std::find_if(index_->tags().begin(), index_->tags().end(),
                                   [](const Tag& candidate) { return candidate.holdsAllRecords(); });
     if (tag == index_->tags().end()) {
-        return true; // nothing that could be counted cheaply
+        return !index_->stamp().present; // nothing that could be counted cheaply: only our own mark speaks
     }
     std::uint64_t entries = 0;
     TreeCursor cursor(*index_, *tag);
@@ -112,7 +114,8 @@ Table::Health Table::health() {
     if ((stamp.present && stamp.records == count) || (verified_ && verifiedCount_ == count)) {
         return Health::Sound;
     }
-    // Another program added records. It may have kept the tags up to date; counting the entries of one tag tells.
+    // Another program added records. It may have kept the tags up to date; counting the entries of one tag
+    // tells.
     bool matches = false;
     try {
         matches = entriesMatchRecords();
@@ -139,7 +142,7 @@ void Table::refuseStale(Health found) const {
 }
 
 void Table::recover() {
-    FileLock lock(structureFile(), structureLock, LockKind::Exclusive);
+    const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
     mend(health());
 }
 
@@ -149,6 +152,18 @@ void Table::mend(Health found) {
     }
     if (isReadOnly()) {
         refuseStale(found);
+    }
+    if (found == Health::Stale && records_.announcedCount() > records_.recordCount()) {
+        // Rows are lost. Tags made anew would agree with what is left and hide it.
+        throw Error(ErrorCode::BadTable, path(),
+                    "la tabla está cortada: dice tener " + std::to_string(records_.announcedCount()) +
+                        " registros y quedan " + std::to_string(records_.recordCount()) +
+                        "; recupere una copia, o ejecute \"ambcp reindexar\" para seguir con los que quedan");
+    }
+    if (found == Health::DiedInUpdate && records_.file().tryLock(appendRange(), LockKind::Exclusive)) {
+        const FileLock appending(records_.file(), appendRange(), FileLock::alreadyHeld);
+        records_.cutBehind(
+            records_.recordCount()); // what the dead one wrote of a row that never came to count
     }
     rebuildLocked({});
 }

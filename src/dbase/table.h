@@ -1,8 +1,9 @@
 // An open table: records and production index together, shared by all cursors of the process.
 //
-// A short structure lock surrounds each operation: shared for reading, exclusive for a record plus all its tags. The
-// index carries an in-update mark and a change counter; a mark that stands although the lock could be had was left by a
-// writer that died, and the tags are rebuilt from the records before anything is answered.
+// A short structure lock surrounds each operation: shared for reading, exclusive for a record plus all its
+// tags. The index carries an in-update mark and a change counter; a mark that stands although the lock could
+// be had was left by a writer that died, and the tags are rebuilt from the records before anything is
+// answered.
 #pragma once
 
 #include <functional>
@@ -21,8 +22,9 @@ namespace dbase {
 /// What keeps a read safe from writers of other processes.
 enum class ReadGuard {
     Lock,    // the shared structure lock: safe against every program that locks
-    Counter, // the change counter read before and after: safe against our own programs, without a system call. Only for
-             // tables on a local disk; a foreign writer in the middle of its work would not be noticed
+    Counter, // the change counter read before and after: safe against our own programs, without a system
+             // call. Only for tables on a local disk; a foreign writer in the middle of its work would not be
+             // noticed
 };
 
 /// When a change is on the disk.
@@ -32,11 +34,13 @@ enum class Durability {
 };
 
 /// Rebuilds every tree of an index from the records. The caller holds the exclusive structure lock.
-void rebuildTrees(TableFile& records, IndexFile& index, const std::function<void(std::uint64_t, std::uint64_t)>& progress);
+void rebuildTrees(TableFile& records, IndexFile& index,
+                  const std::function<void(std::uint64_t, std::uint64_t)>& progress);
 
 class Table {
 public:
-    /// The table of a file, opened once a process. Errors: Error for everything that keeps it from being used.
+    /// The table of a file, opened once a process. Errors: Error for everything that keeps it from being
+    /// used.
     [[nodiscard]] static std::shared_ptr<Table> open(const std::string& path);
     /// A table on files given by the caller; `index` may be null.
     Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::string readOnlyReason = {});
@@ -49,7 +53,9 @@ public:
     [[nodiscard]] bool isReadOnly() const { return !readOnlyReason_.empty(); }
     /// Spanish, UTF-8.
     [[nodiscard]] const std::string& readOnlyReason() const { return readOnlyReason_; }
-    [[nodiscard]] const Tag* findTag(std::string_view name) const { return index_ ? index_->findTag(name) : nullptr; }
+    [[nodiscard]] const Tag* findTag(std::string_view name) const {
+        return index_ ? index_->findTag(name) : nullptr;
+    }
     [[nodiscard]] std::vector<std::string> tagNames() const;
     [[nodiscard]] const IndexFile* index() const { return index_.get(); }
     [[nodiscard]] const TableFile& records() const { return records_; }
@@ -57,12 +63,14 @@ public:
     void setReadGuard(ReadGuard guard) { readGuard_ = guard; }
     void setDurability(Durability durability) { durability_ = durability; }
 
-    /// Runs a reading operation on a state of the table that no writer of ours changes meanwhile. The operation may run
-    /// more than once: it must start from its own copies and only assign results at its end.
-    template <typename Operation> auto read(Operation&& operation);
+    /// Runs a reading operation on a state of the table that no writer of ours changes meanwhile. The
+    /// operation may run more than once: it must start from its own copies and only assign results at its
+    /// end.
+    template<typename Operation>
+    auto read(Operation&& operation);
 
-    /// Moves at every change that one of our programs makes, read without a lock; odd while a change is being made or was
-    /// left unfinished. 0 in a table without tags.
+    /// Moves at every change that one of our programs makes, read without a lock; odd while a change is being
+    /// made or was left unfinished. 0 in a table without tags.
     [[nodiscard]] std::uint64_t changeCounter() const;
 
     // --- Changes; each is whole or not there. Errors: Error, the files then are as before.
@@ -76,10 +84,15 @@ public:
 
     // --- For work that holds the exclusive structure lock itself.
     [[nodiscard]] File& structureFile() const;
+    [[nodiscard]] StructureLock::Holders& structureHolders() { return structureHolders_; }
+    /// What keeps other programs from adding records.
+    [[nodiscard]] LockRange appendRange() const;
     [[nodiscard]] TableFile& lockedRecords() { return records_; }
     [[nodiscard]] IndexFile* lockedIndex() { return index_.get(); }
     /// Makes the rows count that were written behind the last record, and rebuilds the tags.
     void addLocked(std::uint32_t newCount, const std::function<void(std::uint64_t, std::uint64_t)>& progress);
+    /// Takes such rows back, whether they counted already or not.
+    void withdrawLocked(std::uint32_t oldCount);
     /// Lets others replace the files although this table has them open still.
     void releasePresence() { records_.file().unlock(presenceLock); }
 
@@ -92,6 +105,7 @@ private:
     enum class Health { Sound, DiedInUpdate, Stale };
 
     void requireWritable() const;
+    void requireWhole(std::span<const char> record) const;
     void rebuildLocked(const std::function<void(std::uint64_t, std::uint64_t)>& progress);
     void renewTornViews();
     [[nodiscard]] bool isTorn() const;
@@ -103,21 +117,25 @@ private:
     [[nodiscard]] bool tryReadByCounter(std::uint64_t& before) const;
 
     void gatherInsertion(const Tag& tag, const RecordView& record);
+    void gatherSuccessor(const Tag& tag, std::string_view key, RecordNumber leaving);
     void gatherRemoval(const Tag& tag, const RecordView& record);
     void gatherReplacement(const RecordView& before, const RecordView& after);
-    template <typename Write, typename Undo> void apply(std::uint32_t count, Write&& write, Undo&& undo);
+    template<typename Write, typename Undo>
+    void apply(std::uint32_t count, Write&& write, Undo&& undo);
 
     TableFile records_;
     std::unique_ptr<IndexFile> index_;
     std::string readOnlyReason_;
     ReadGuard readGuard_ = ReadGuard::Lock;
     Durability durability_ = Durability::Process;
-    std::uint32_t verifiedCount_ = 0;   // records for which the entries of a tag were counted
+    std::uint32_t verifiedCount_ = 0; // records for which the entries of a tag were counted
     bool verified_ = false;
+    StructureLock::Holders structureHolders_;
     std::unordered_map<RecordNumber, const void*> recordLocks_;
 };
 
-template <typename Operation> auto Table::read(Operation&& operation) {
+template<typename Operation>
+auto Table::read(Operation&& operation) {
     if (readGuard_ == ReadGuard::Counter && index_) {
         for (int attempt = 0; attempt < 3; ++attempt) {
             std::uint64_t before = 0;
@@ -138,13 +156,14 @@ template <typename Operation> auto Table::read(Operation&& operation) {
     }
     while (true) {
         {
-            FileLock lock(structureFile(), structureLock, LockKind::Shared);
+            const StructureLock lock(structureFile(), structureHolders_, LockKind::Shared);
             renewTornViews();
             const Health found = health();
             if (found == Health::Sound) {
                 auto result = operation();
                 if (isTorn()) {
-                    throw Error(ErrorCode::Io, path(), "otro programa ha cortado el fichero mientras se leía");
+                    throw Error(ErrorCode::Io, path(),
+                                "otro programa ha cortado el fichero mientras se leía");
                 }
                 return result;
             }

@@ -19,7 +19,9 @@ std::string_view keyOf(const Tag& tag, const RecordView& record, KeyBytes& buffe
     return {buffer.data(), tag.keyLength};
 }
 
-bool belongs(const Tag& tag, const RecordView& record) { return !tag.condition || tag.condition->test(record); }
+bool belongs(const Tag& tag, const RecordView& record) {
+    return !tag.condition || tag.condition->test(record);
+}
 
 } // namespace
 
@@ -29,25 +31,51 @@ void Table::gatherInsertion(const Tag& tag, const RecordView& record) {
     }
     KeyBytes buffer;
     const std::string_view key = keyOf(tag, record, buffer);
+    TreeEditor tree(*index_, tag);
     if (tag.definition.unique) { // only the first record with a key has an entry
         TreeCursor cursor(*index_, tag);
-        if (cursor.seek(key) && cursor.key() == key) {
+        if (cursor.seek(key) && tag.order.compare(cursor.key(), key) == 0) {
+            const std::string held(cursor.key());
+            if (cursor.record() <= record.number || !tree.remove(held, cursor.record())) {
+                return;
+            }
+        }
+    }
+    tree.insert(key, record.number);
+}
+
+// The first other record with a key that nobody holds in a unique tag any more.
+void Table::gatherSuccessor(const Tag& tag, std::string_view key, RecordNumber leaving) {
+    const RecordNumber count = records_.recordCount();
+    KeyBytes buffer;
+    for (RecordNumber number = 1; number <= count; ++number) {
+        const RecordView record = records_.record(number);
+        if (number != leaving && belongs(tag, record) &&
+            tag.order.compare(keyOf(tag, record, buffer), key) == 0) {
+            TreeEditor(*index_, tag).insert(key, number);
             return;
         }
     }
-    TreeEditor(*index_, tag).insert(key, record.number);
 }
 
 void Table::gatherRemoval(const Tag& tag, const RecordView& record) {
     if (!belongs(tag, record)) {
         return;
     }
-    KeyBytes buffer;
-    const bool removed = TreeEditor(*index_, tag).remove(keyOf(tag, record, buffer), record.number);
+    KeyBytes buffer, foreign;
+    const std::string_view key = keyOf(tag, record, buffer);
+    TreeEditor tree(*index_, tag);
+    bool removed = tree.remove(key, record.number);
+    if (!removed && makeUnsignedKey(tag, record, std::span(foreign).first(tag.keyLength))) {
+        removed = tree.remove({foreign.data(), tag.keyLength}, record.number);
+    }
+    if (removed && tag.definition.unique) {
+        gatherSuccessor(tag, key, record.number);
+    }
     if (!removed && tag.holdsAllRecords()) {
         throw Error(ErrorCode::BadIndex, index_->path(),
-                    "el registro " + std::to_string(record.number) + " no está en el tag " + tag.definition.name +
-                        "; ejecute \"ambcp reindexar\"");
+                    "el registro " + std::to_string(record.number) + " no está en el tag " +
+                        tag.definition.name + "; ejecute \"ambcp reindexar\"");
     }
 }
 
@@ -67,14 +95,20 @@ void Table::gatherReplacement(const RecordView& before, const RecordView& after)
     }
 }
 
-// The mark, the record, the pages, the mark again. What fails on the way is undone; what cannot be undone leaves the mark
-// standing, and the next one to touch the table rebuilds the tags.
-template <typename Write, typename Undo> void Table::apply(std::uint32_t count, Write&& write, Undo&& undo) {
+// The mark, the record, the pages, the mark again. What fails on the way is undone; what cannot be undone
+// leaves the mark standing, and the next one to touch the table rebuilds the tags. Pages that are written and
+// forgotten already cannot be put back: then the record is, under the mark.
+template<typename Write, typename Undo>
+void Table::apply(std::uint32_t count, Write&& write, Undo&& undo) {
     if (!index_) {
         try {
             write();
         } catch (...) {
-            undo();
+            try {
+                undo();
+            } catch (const Error&) {
+                // The first fault is the one to tell; rows behind the count are no rows.
+            }
             throw;
         }
         return;
@@ -87,9 +121,15 @@ template <typename Write, typename Undo> void Table::apply(std::uint32_t count, 
         index_->writeStamp({true, true, count, counter + 1});
         write();
         index_->writeChanges(restored);
+        restored = false;
+        index_->writeStamp({true, false, count, counter + 2});
     } catch (...) {
         index_->dropChanges();
         try {
+            if (!restored) {
+                index_->writeStamp(
+                    {true, true, count, counter + 1}); // before the records leave the pages' side
+            }
             undo();
             if (restored) {
                 index_->writeStamp({true, false, countBefore, counter + 2});
@@ -99,18 +139,23 @@ template <typename Write, typename Undo> void Table::apply(std::uint32_t count, 
         }
         throw;
     }
-    index_->writeStamp({true, false, count, counter + 2});
+}
+
+void Table::requireWhole(std::span<const char> record) const {
+    if (record.size() != schema().recordLength) {
+        throw Error(ErrorCode::BadValue, path(), "el registro no tiene la longitud de la tabla");
+    }
 }
 
 RecordNumber Table::append(std::span<const char> record) {
     requireWritable();
+    requireWhole(record);
     RecordNumber number = 0;
     {
-        FileLock lock(structureFile(), structureLock, LockKind::Exclusive);
+        const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
         renewTornViews();
         mend(health());
-        FileLock appending(records_.file(), index_ ? appendLock : LockRange{lock_offset::append, 1},
-                           LockKind::Exclusive);
+        const FileLock appending(records_.file(), appendRange(), LockKind::Exclusive);
         const std::uint32_t count = records_.recordCount();
         number = count + 1;
         try {
@@ -128,6 +173,7 @@ RecordNumber Table::append(std::span<const char> record) {
             [&] {
                 records_.writeBehind(number, record);
                 records_.setCount(number);
+                records_.cutBehind(number);
             },
             [&] {
                 records_.setCount(count);
@@ -142,12 +188,13 @@ RecordNumber Table::append(std::span<const char> record) {
 
 void Table::overwrite(RecordNumber number, std::span<const char> shown, std::span<const char> record) {
     requireWritable();
+    requireWhole(record);
     {
-        FileLock lock(structureFile(), structureLock, LockKind::Exclusive);
+        const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
         renewTornViews();
         mend(health());
         const std::uint32_t count = records_.recordCount();
-        const bool isThere = number <= count;
+        const bool isThere = number != 0 && number <= count;
         std::vector<char> before;
         if (isThere) {
             const RecordView stored = records_.record(number);
@@ -175,6 +222,7 @@ void Table::overwrite(RecordNumber number, std::span<const char> shown, std::spa
 }
 
 void Table::erase(RecordNumber number, std::span<const char> shown) {
+    requireWhole(shown);
     std::vector<char> deleted(shown.begin(), shown.end());
     deleted[0] = '*';
     overwrite(number, shown, deleted);

@@ -28,7 +28,8 @@ void writeEmptyTable(File& table, File* index, Schema schema, const std::string&
     if (index != nullptr) {
         IndexFile::format(*index, schema, name, tags, UpdateStamp{true, false, 0, 2});
     }
-    const std::vector<std::uint8_t> header = encodeHeader(schema, todaysCounts(), columnsWithTag(schema, tags));
+    const std::vector<std::uint8_t> header =
+        encodeHeader(schema, todaysCounts(), columnsWithTag(schema, tags));
     std::vector<char> bytes(header.begin(), header.end());
     bytes.push_back(0x1A);
     table.write(0, bytes);

@@ -9,9 +9,9 @@
 namespace dbase {
 
 struct TagDefinition {
-    std::string name;       // upper case, at most 10 characters
+    std::string name; // upper case, at most 10 characters
     std::string expression;
-    std::string condition = {};  // FOR; empty for none
+    std::string condition = {}; // FOR; empty for none
     bool unique = false, descending = false;
 };
 
@@ -24,9 +24,10 @@ struct TableDefinition {
 
 enum class IfExists { Refuse, Replace };
 
-/// Creates both files in a folder, empty. Replacing goes through temporary files, so that a failure leaves the old table.
-/// Errors: Error(Exists), BadTable, BadExpression, AccessDenied, DiskFull.
-void createTable(const std::string& folder, const TableDefinition& definition, IfExists ifExists = IfExists::Refuse);
+/// Creates both files in a folder, empty. Replacing goes through temporary files, so that a failure leaves
+/// the old table. Errors: Error(Exists), BadTable, BadExpression, AccessDenied, DiskFull.
+void createTable(const std::string& folder, const TableDefinition& definition,
+                 IfExists ifExists = IfExists::Refuse);
 
 class File;
 

@@ -11,22 +11,23 @@ namespace dbase {
 namespace {
 constexpr std::size_t countOffset = 4;
 constexpr std::size_t indexFlagOffset = 28;
+constexpr std::size_t tagFlagOffset = 31; // in the description of a column
 constexpr char endMark = 0x1A;
 } // namespace
 
 TableFile::TableFile(std::unique_ptr<File> file) : file_(std::move(file)) {
     knownSize_ = file_->size();
     if (knownSize_ >= maxFileSize) {
-        throw Error(ErrorCode::TooLarge, path(), "el fichero tiene 2 GiB o más; no es una tabla que se pueda usar");
+        throw Error(ErrorCode::TooLarge, path(),
+                    "el fichero tiene 2 GiB o más; no es una tabla que se pueda usar");
     }
     if (knownSize_ < fixedHeaderSize) {
         throw Error(ErrorCode::BadTable, path(),
-                    "el fichero está cortado: tiene " + std::to_string(knownSize_) + " bytes y la cabecera necesita 32");
+                    "el fichero está cortado: tiene " + std::to_string(knownSize_) +
+                        " bytes y la cabecera necesita 32");
     }
     std::vector<std::uint8_t> header(fixedHeaderSize);
-    const auto readHeader = [&] {
-        file_->read(0, {reinterpret_cast<char*>(header.data()), header.size()});
-    };
+    const auto readHeader = [&] { file_->read(0, {reinterpret_cast<char*>(header.data()), header.size()}); };
     readHeader();
     const std::size_t length = announcedHeaderLength(header, path());
     header.resize(static_cast<std::size_t>(std::min<std::uint64_t>(length, knownSize_)));
@@ -58,18 +59,31 @@ RecordNumber TableFile::recordCount() const {
     if (announced == 0 || reaches(offsetOf(announced) + schema_.recordLength)) {
         return announced;
     }
-    return static_cast<RecordNumber>((knownSize_ - std::min<std::uint64_t>(knownSize_, schema_.headerLength)) /
-                                     schema_.recordLength);
+    return static_cast<RecordNumber>(
+        (knownSize_ - std::min<std::uint64_t>(knownSize_, schema_.headerLength)) / schema_.recordLength);
+}
+
+void TableFile::confirmReach(std::uint64_t end) const {
+    knownSize_ = 0;
+    if (!reaches(end)) {
+        throw Error(ErrorCode::Io, path(), "otro programa ha cortado el fichero mientras se leía");
+    }
 }
 
 RecordView TableFile::record(RecordNumber number) const {
     const std::uint64_t offset = offsetOf(number);
     if (number == 0 || !reaches(offset + schema_.recordLength)) {
         throw Error(ErrorCode::BadTable, path(),
-                    "el registro " + std::to_string(number) + " queda fuera del fichero; ejecute \"ambcp comprobar\"");
+                    "el registro " + std::to_string(number) +
+                        " queda fuera del fichero; ejecute \"ambcp comprobar\"");
     }
     if (const char* view = file_->view()) {
-        return {&schema_, {view + offset, schema_.recordLength}, number};
+        const std::span<const char> bytes(view + offset, schema_.recordLength);
+        if (bytes.front() == '\0' || bytes.back() == '\0') {
+            confirmReach(offset +
+                         schema_.recordLength); // a file cut within a page of memory reads as zeros there
+        }
+        return {&schema_, bytes, number};
     }
     file_->read(offset, buffer_);
     return {&schema_, buffer_, number};
@@ -85,7 +99,9 @@ void TableFile::prefetch(RecordNumber number) const {
     }
 }
 
-void TableFile::overwrite(RecordNumber number, std::span<const char> bytes) { file_->write(offsetOf(number), bytes); }
+void TableFile::overwrite(RecordNumber number, std::span<const char> bytes) {
+    file_->write(offsetOf(number), bytes);
+}
 
 void TableFile::writeBehind(RecordNumber number, std::span<const char> bytes) {
     if (offsetOf(number) + bytes.size() + 1 >= maxFileSize) {
@@ -108,6 +124,20 @@ void TableFile::dropBehind(std::uint32_t count) {
     file_->write(end, std::span<const char>(&endMark, 1));
     file_->resize(end + 1);
     knownSize_ = end + 1;
+}
+
+void TableFile::cutBehind(std::uint32_t count) {
+    if (file_->size() > offsetOf(count + 1) + 1) {
+        dropBehind(count);
+    }
+}
+
+void TableFile::markColumns(const std::vector<bool>& marked) {
+    for (std::size_t i = 0; i < marked.size(); ++i) {
+        const char flag = marked[i] ? 1 : 0;
+        file_->write(fixedHeaderSize + i * columnDescriptorSize + tagFlagOffset,
+                     std::span<const char>(&flag, 1));
+    }
 }
 
 void TableFile::setHasIndex(bool has) {

@@ -37,8 +37,12 @@ public:
     void setCount(std::uint32_t count);
     /// Cuts what a writeBehind() that failed may have left.
     void dropBehind(std::uint32_t count);
+    /// The same for whatever stands behind the end mark; nothing when nothing does.
+    void cutBehind(std::uint32_t count);
     /// Asks for the size of the file again at the next need.
     void forgetSize() { knownSize_ = 0; }
+    /// Marks the columns that are by themselves the key of a tag.
+    void markColumns(const std::vector<bool>& marked);
     /// Sets the production index flag.
     void setHasIndex(bool has);
 
@@ -48,6 +52,7 @@ public:
 
 private:
     [[nodiscard]] bool reaches(std::uint64_t end) const;
+    void confirmReach(std::uint64_t end) const;
 
     std::unique_ptr<File> file_;
     Schema schema_;

@@ -53,9 +53,10 @@ TreeRoot buildTree(IndexFile& index, const Tag& tag, const TableFile& records, B
 
 void writeTagHeader(IndexFile& index, const Tag& tag, const TreeRoot& root, std::uint32_t blockCount) {
     index.setTreeRoot(tag, root);
+    const std::vector<char> fresh = index.freshTagHeader(tag);
     const std::span<char> header = index.changeBlock(tag.headerPage);
+    std::copy(fresh.begin(), fresh.end(), header.begin());
     store32(header.data() + mdx::tagPages, (blockCount + 1) * index.blockPages());
-    store16(header.data() + mdx::maxKeys, tag.maxKeys);
     encodeHeaderDate(header.data() + mdx::indexed);
 }
 
@@ -83,12 +84,12 @@ void rebuildTrees(TableFile& records, IndexFile& index, const Progress& progress
         done += count;
     }
     blocks.flush();
-    const std::span<char> head = index.changeBlock(0);
-    store32(head.data() + mdx::pageCount, blocks.end());
-    store32(head.data() + mdx::freeList, 0);
-    head[mdx::languageDriver] = static_cast<char>(records.schema().languageDriver);
     bool restored = true;
     index.writeChanges(restored);
+    std::vector<char> head = index.freshHead(records.schema());
+    store32(head.data() + mdx::pageCount, blocks.end());
+    store32(head.data() + mdx::freeList, 0);
+    index.file().write(0, head);
     index.file().resize(std::uint64_t{blocks.end()} * pageBytes);
     index.forgetSize();
     if (!records.schema().hasProductionIndex) {
@@ -105,7 +106,7 @@ void rebuildTrees(TableFile& records, IndexFile& index, const Progress& progress
 
 void Table::rebuildTags(const Progress& progress) {
     requireWritable();
-    const FileLock lock(structureFile(), structureLock, LockKind::Exclusive);
+    const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
     renewTornViews();
     rebuildLocked(progress);
 }
@@ -118,15 +119,43 @@ void Table::rebuildLocked(const Progress& progress) {
     }
 }
 
-// The rows were written behind the last record and do not count yet: the mark goes first, so that a death in between is
-// mended from the records.
+// The rows were written behind the last record and do not count yet: the mark goes first, so that a death in
+// between is mended from the records. What fails for want of space is taken back, and the tags are made again
+// as they were.
 void Table::addLocked(std::uint32_t newCount, const Progress& progress) {
+    const std::uint32_t countBefore = records_.recordCount();
+    try {
+        if (index_) {
+            const UpdateStamp stamp = index_->stamp();
+            index_->writeStamp({true, true, newCount, stamp.counter - stamp.counter % 2 + 1});
+        }
+        records_.setCount(newCount);
+        rebuildLocked(progress);
+    } catch (...) {
+        try {
+            records_.setCount(countBefore);
+            records_.dropBehind(countBefore);
+            rebuildLocked({});
+        } catch (const Error&) {
+            // The mark stands and the next one to touch the table rebuilds; the first fault is the one to
+            // tell.
+        }
+        throw;
+    }
+}
+
+void Table::withdrawLocked(std::uint32_t oldCount) {
+    const bool counted = records_.announcedCount() != oldCount;
     if (index_) {
         const UpdateStamp stamp = index_->stamp();
-        index_->writeStamp({true, true, newCount, stamp.counter - stamp.counter % 2 + 1});
+        if (counted || stamp.inUpdate || stamp.records != oldCount) { // the tags may know the rows already
+            index_->writeStamp({true, true, oldCount, stamp.counter - stamp.counter % 2 + 1});
+        }
     }
-    records_.setCount(newCount);
-    rebuildLocked(progress);
+    if (counted) {
+        records_.setCount(oldCount);
+    }
+    records_.dropBehind(oldCount);
 }
 
 } // namespace dbase

@@ -38,7 +38,8 @@ std::shared_ptr<Table> Table::open(const std::string& path) {
     }
     while (true) {
         std::unique_ptr<File> records = openForUse(path);
-        // Says that the table is in use, for as long as the file is open; whoever replaces its files waits for that.
+        // Says that the table is in use, for as long as the file is open; whoever replaces its files waits
+        // for that.
         holdLock(*records, presenceLock, LockKind::Shared);
         if (std::string now = fileIdentity(path); now != identity) { // replaced while we opened it
             identity = std::move(now);

@@ -12,6 +12,7 @@
 #include "dbase/error.h"
 #include "dbase/index_layout.h"
 #include "dbase/locks.h"
+#include "dbase/system_reason.h"
 
 namespace dbase {
 
@@ -24,8 +25,14 @@ bool exists(const std::string& path) {
 
 void renameOver(const std::string& from, const std::string& to) {
     if (std::rename(from.c_str(), to.c_str()) != 0) {
-        throw Error(ErrorCode::Io, to, std::string("no se puede sustituir el fichero: ") + std::strerror(errno));
+        throw Error(ErrorCode::Io, to,
+                    std::string("no se puede sustituir el fichero: ") + systemReason(errno));
     }
+}
+
+[[noreturn]] void refuseInUse(const std::string& table) {
+    throw Error(ErrorCode::LockTimeout, table,
+                "la tabla está abierta en otro programa; ciérrelo para poder sustituirla");
 }
 
 std::string withoutExtension(const std::string& path) { return path.substr(0, path.rfind('.')); }
@@ -38,13 +45,17 @@ TableReplacement::TableReplacement(std::string tableFile) : table_(std::move(tab
     if (exists(table_)) {
         old_ = openFile(table_, OpenMode::ReadWrite);
         if (!old_->tryLock(presenceLock, LockKind::Exclusive)) {
-            throw Error(ErrorCode::LockTimeout, table_,
-                        "la tabla está abierta en otro programa; ciérrelo para poder sustituirla");
+            refuseInUse(table_);
         }
-        oldIndex_ = findIndexFile(table_);
-        if (oldIndex_) {
-            index_ = *oldIndex_;
+        if (!old_->tryLock(wholeTableLock,
+                           LockKind::Exclusive)) { // programs that do not know our presence lock
+            refuseInUse(table_);
         }
+    }
+    oldIndex_ =
+        findIndexFile(table_); // also one that lost its table, or the new one would take it for its own
+    if (oldIndex_) {
+        index_ = *oldIndex_;
     }
     newTable_ = table_ + suffix;
     newIndex_ = index_ + suffix;
@@ -58,7 +69,8 @@ TableReplacement::~TableReplacement() {
 }
 
 void TableReplacement::commit(bool hasIndex) {
-    if (oldIndex_) { // should the machine stop between the two names, the tags are rebuilt from the new records
+    if (oldIndex_) { // should the machine stop between the two names, the tags are rebuilt from the new
+                     // records
         const std::unique_ptr<File> old = openFile(*oldIndex_, OpenMode::ReadWrite);
         if (old->size() >= mdx::headBytes) {
             char mark[4];

@@ -9,11 +9,12 @@
 
 namespace dbase {
 
-/// The files of a table that are being made beside the ones they are going to replace. Until commit() the old table is
-/// untouched; without it the new files vanish.
+/// The files of a table that are being made beside the ones they are going to replace. Until commit() the old
+/// table is untouched; without it the new files vanish.
 class TableReplacement {
 public:
-    /// `tableFile`: path that the table has or is to have. A table that anybody has open is refused: Error(LockTimeout).
+    /// `tableFile`: path that the table has or is to have. A table that anybody has open is refused:
+    /// Error(LockTimeout).
     explicit TableReplacement(std::string tableFile);
     ~TableReplacement();
     TableReplacement(const TableReplacement&) = delete;

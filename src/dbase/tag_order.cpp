@@ -8,7 +8,8 @@ namespace dbase {
 
 namespace {
 
-// The keys of the blocks on one way from the root to a leaf are enough: every block repeats the order of the whole.
+// The keys of the blocks on one way from the root to a leaf are enough: every block repeats the order of the
+// whole.
 bool obeys(const IndexFile& index, const Tag& tag, const KeyOrder& order) {
     std::vector<char> buffer;
     PageNumber page = index.treeRoot(tag).root;

@@ -75,7 +75,8 @@ void TreeBuilder::closeLeaf() {
     store32(block_.data() + mdx::keyCount, count_);
     std::string lastKey;
     if (count_ > 0) {
-        lastKey.assign(block_.data() + mdx::items + std::size_t{count_ - 1} * tag_.itemLength + 4, tag_.keyLength);
+        lastKey.assign(block_.data() + mdx::items + std::size_t{count_ - 1} * tag_.itemLength + 4,
+                       tag_.keyLength);
     }
     children_.push_back({blocks_.put(block_), std::move(lastKey)});
     ++blockCount_;

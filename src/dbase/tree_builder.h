@@ -8,8 +8,9 @@
 
 namespace dbase {
 
-/// Hands out the blocks of an index from the first one on, leaving the tag headers where they are: the definitions of the
-/// tags stay readable whatever happens meanwhile. Blocks are written behind one another in large pieces.
+/// Hands out the blocks of an index from the first one on, leaving the tag headers where they are: the
+/// definitions of the tags stay readable whatever happens meanwhile. Blocks are written behind one another in
+/// large pieces.
 class BlockWriter {
 public:
     explicit BlockWriter(IndexFile& index);

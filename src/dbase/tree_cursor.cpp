@@ -1,5 +1,6 @@
 #include "dbase/tree_cursor.h"
 
+#include <cstdlib>
 #include <cstring>
 
 #include "dbase/bytes.h"
@@ -10,7 +11,8 @@ namespace dbase {
 TreeNode::TreeNode(const IndexFile& index, const Tag& tag, PageNumber page, std::vector<char>& buffer)
     : itemLength_(tag.itemLength), keyLength_(tag.keyLength) {
     const char* block = index.block(page, buffer);
-    // The search looks at lines all over the block: ask for them together rather than wait for one after another.
+    // The search looks at lines all over the block: ask for them together rather than wait for one after
+    // another.
     for (std::size_t line = 0; line < index.blockSize(); line += 64) {
         __builtin_prefetch(block + line);
     }
@@ -21,9 +23,14 @@ TreeNode::TreeNode(const IndexFile& index, const Tag& tag, PageNumber page, std:
     }
     const std::size_t behind = mdx::items + std::size_t{count_} * itemLength_;
     isLeaf_ = behind + 4 > index.blockSize() || load32(block + behind) == 0;
+    if (count_ == 0 || pointer(count_ - 1) == 0) {
+        index.confirmBlock(page);
+    }
 }
 
-std::uint32_t TreeNode::pointer(std::uint32_t i) const { return load32(items_ + std::size_t{i} * itemLength_); }
+std::uint32_t TreeNode::pointer(std::uint32_t i) const {
+    return load32(items_ + std::size_t{i} * itemLength_);
+}
 
 std::uint32_t TreeNode::lowerBound(const KeyOrder& order, std::string_view wanted) const {
     std::uint32_t low = 0, high = count_;
@@ -95,9 +102,11 @@ bool TreeCursor::descendFrom(PageNumber page, Bound bound, std::string_view key)
     }
 }
 
-void TreeCursor::countStep() {
-    // A tree whose pages point at one another in circles has no end; one file cannot hold more entries than fit in it.
-    if (++steps_ > index_->file().size() / tag_->itemLength + 1) {
+void TreeCursor::countLeaf(int direction) {
+    // A tree whose pages point at one another in circles has no end; one file cannot hold more entries than
+    // fit in it. Whoever walks back and forth between two leaves does not get further.
+    steps_ += direction;
+    if (static_cast<std::uint64_t>(std::abs(steps_)) > index_->file().size() / tag_->itemLength + 1) {
         index_->damaged(levels_[0].page, "el árbol del tag " + tag_->definition.name + " se repite");
     }
 }
@@ -110,7 +119,7 @@ bool TreeCursor::nextLeaf() {
         if (levels_[level].slot < node.count()) {
             const PageNumber child = node.pointer(++levels_[level].slot);
             depth_ = level + 1;
-            countStep();
+            countLeaf(+1);
             if (descendFrom(child, Bound::First, {})) {
                 return true;
             }
@@ -132,7 +141,7 @@ bool TreeCursor::priorLeaf() {
             }
             const PageNumber child = node.pointer(--levels_[level].slot);
             depth_ = level + 1;
-            countStep();
+            countLeaf(-1);
             if (descendFrom(child, Bound::Last, {})) {
                 return true;
             }
@@ -170,7 +179,8 @@ bool TreeCursor::prior() {
 }
 
 bool TreeCursor::find(std::string_view key, RecordNumber record) {
-    for (bool on = seek(key); on && this->key() == key; on = next()) {
+    // Equal in order, not in bytes: engines differ in how they note the digits of a number or a blank date.
+    for (bool on = seek(key); on && tag_->order.compare(this->key(), key) == 0; on = next()) {
         if (record_ == record) {
             return true;
         }

@@ -1,4 +1,5 @@
-// Walking and seeking in the B-tree of one tag: a stack of (page, slot), as the pages have no links to their neighbours.
+// Walking and seeking in the B-tree of one tag: a stack of (page, slot), as the pages have no links to their
+// neighbours.
 #pragma once
 
 #include <array>
@@ -15,9 +16,12 @@ public:
     /// Errors: Error(BadIndex) for a count that its block cannot hold.
     TreeNode(const IndexFile& index, const Tag& tag, PageNumber page, std::vector<char>& buffer);
 
-    [[nodiscard]] std::uint32_t count() const { return count_; } // keys: entries of a leaf, separators of an inner block
+    [[nodiscard]] std::uint32_t count() const {
+        return count_;
+    } // keys: entries of a leaf, separators of an inner block
     [[nodiscard]] bool isLeaf() const { return isLeaf_; }
-    [[nodiscard]] std::uint32_t pointer(std::uint32_t i) const; // record or child; i = count() is the last child
+    [[nodiscard]] std::uint32_t
+    pointer(std::uint32_t i) const; // record or child; i = count() is the last child
     [[nodiscard]] std::string_view key(std::uint32_t i) const {
         return {items_ + i * itemLength_ + 4, keyLength_};
     }
@@ -50,8 +54,8 @@ public:
     bool prior();
     /// First entry at or after the key; a shorter key is compared on its own length.
     bool seek(std::string_view key);
-    /// Where an entry behind all equal keys belongs: the slot may be one past the last of its leaf, so only path() and
-    /// prior() make sense afterwards.
+    /// Where an entry behind all equal keys belongs: the slot may be one past the last of its leaf, so only
+    /// path() and prior() make sense afterwards.
     void placeBehind(std::string_view key);
     /// First entry of the next leaf.
     bool nextLeaf();
@@ -63,11 +67,12 @@ public:
     [[nodiscard]] RecordNumber record() const { return record_; }
     [[nodiscard]] const Tag& tag() const { return *tag_; }
 
-    /// True when the stack still leads from the root of the tree to the entry it stood on: then it may be walked on,
-    /// whoever changed the file in between.
+    /// True when the stack still leads from the root of the tree to the entry it stood on: then it may be
+    /// walked on, whoever changed the file in between.
     [[nodiscard]] bool stillHolds() const;
 
-    /// The stack, root first; its last level is the leaf, also when the cursor stands behind the last entry of it.
+    /// The stack, root first; its last level is the leaf, also when the cursor stands behind the last entry
+    /// of it.
     [[nodiscard]] std::span<const Level> path() const { return {levels_.data(), depth_}; }
     /// Entries that follow in the same leaf, the current one included.
     [[nodiscard]] std::uint32_t entriesLeftInLeaf() const;
@@ -81,7 +86,7 @@ private:
     bool descend(Bound bound, std::string_view key);
     bool descendFrom(PageNumber page, Bound bound, std::string_view key);
     bool land(const TreeNode& leaf);
-    void countStep();
+    void countLeaf(int direction);
     bool priorLeaf();
 
     const IndexFile* index_;
@@ -89,7 +94,7 @@ private:
     std::array<Level, maxDepth> levels_;
     std::size_t depth_ = 0;
     bool onEntry_ = false;
-    std::uint64_t steps_ = 0; // leaves since the last descent from the root
+    std::int64_t steps_ = 0; // leaves since the last descent from the root, those backwards taken off
     RecordNumber record_ = 0;
     std::array<char, maxKeyLength> key_;
     mutable std::vector<char> buffer_;

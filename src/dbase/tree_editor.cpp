@@ -38,7 +38,8 @@ std::uint32_t TreeEditor::count(PageNumber page) const {
     return TreeNode(index_, tag_, page, buffer).count();
 }
 
-void TreeEditor::putItem(std::span<char> block, std::uint32_t i, std::uint32_t pointer, std::string_view key) const {
+void TreeEditor::putItem(std::span<char> block, std::uint32_t i, std::uint32_t pointer,
+                         std::string_view key) const {
     char* item = block.data() + mdx::items + std::size_t{i} * tag_.itemLength;
     store32(item, pointer);
     std::memcpy(item + 4, key.data(), tag_.keyLength);
@@ -46,12 +47,15 @@ void TreeEditor::putItem(std::span<char> block, std::uint32_t i, std::uint32_t p
 }
 
 void TreeEditor::insert(std::string_view key, RecordNumber record) {
-    // From behind the equal keys back to the first one with a higher record number: an appended record, which has the
-    // highest number of all, is placed at once.
+    // From behind the equal keys back to the first one with a higher record number: an appended record, which
+    // has the highest number of all, is placed at once.
     TreeCursor at(index_, tag_);
     at.placeBehind(key);
     Path path(at.path().begin(), at.path().end());
-    while (at.prior() && at.key() == key && at.record() > record) {
+    while (at.prior() && tag_.order.compare(at.key(), key) == 0 && at.record() >= record) {
+        if (at.record() == record) {
+            return; // an engine that ignores FOR conditions put it there
+        }
         path.assign(at.path().begin(), at.path().end());
     }
     insertIntoLeaf(std::move(path), key, record);
@@ -88,12 +92,14 @@ void TreeEditor::splitLeaf(Path path, std::string_view key, RecordNumber record)
     std::vector<Item> items = itemsOf(TreeNode(index_, tag_, left, buffer));
     items.insert(items.begin() + slot, Item{record, std::string(key)});
 
-    // At the very end of the tree only the new entry moves on, so that rows added in key order leave full pages.
+    // At the very end of the tree only the new entry moves on, so that rows added in key order leave full
+    // pages.
     const bool atEnd = slot + 1 == items.size() &&
                        std::all_of(path.begin(), path.end() - 1, [&](const TreeCursor::Level& level) {
                            return level.slot == count(level.page);
                        });
-    const std::size_t leftCount = atEnd ? items.size() - 1 : items.size() / 2;
+    const std::size_t leftCount =
+        atEnd ? std::min<std::size_t>(items.size() - 1, tag_.maxKeys) : items.size() / 2;
 
     const PageNumber right = index_.allocate(tag_);
     const std::span<char> leftBlock = index_.changeBlock(left);
@@ -130,6 +136,9 @@ void TreeEditor::keepEnds(PageNumber oldLeaf, PageNumber newFirst, PageNumber ne
 TreeEditor::Inner TreeEditor::readInner(PageNumber page) const {
     std::vector<char> buffer;
     const TreeNode node(index_, tag_, page, buffer);
+    if (node.isLeaf()) {
+        index_.damaged(page, "es una hoja donde debería haber una página intermedia");
+    }
     return {itemsOf(node), node.pointer(node.count())};
 }
 
@@ -143,7 +152,8 @@ void TreeEditor::writeInner(PageNumber page, const Inner& inner) {
     setTail(block, tag_, inner.items.size(), inner.last);
 }
 
-// `left`, a child of the block at the end of the path, was split: `right` follows it, `separator` is left's last key.
+// `left`, a child of the block at the end of the path, was split: `right` follows it, `separator` is left's
+// last key.
 void TreeEditor::insertChild(Path path, const std::string& separator, PageNumber left, PageNumber right) {
     if (path.empty()) {
         const PageNumber rootPage = index_.allocate(tag_);
@@ -165,7 +175,8 @@ void TreeEditor::insertChild(Path path, const std::string& separator, PageNumber
     }
     const std::size_t middle = inner.items.size() / 2;
     const Item up = inner.items[middle];
-    Inner upper{{inner.items.begin() + static_cast<std::ptrdiff_t>(middle) + 1, inner.items.end()}, inner.last};
+    Inner upper{{inner.items.begin() + static_cast<std::ptrdiff_t>(middle) + 1, inner.items.end()},
+                inner.last};
     inner.items.resize(middle);
     inner.last = up.pointer;
     const PageNumber newPage = index_.allocate(tag_);
@@ -198,7 +209,8 @@ bool TreeEditor::remove(std::string_view key, RecordNumber record) {
         root.holdsKeys = false;
         index_.setTreeRoot(tag_, root);
     } else if (slot == n - 1) {
-        const std::string last(block.data() + mdx::items + std::size_t{n - 2} * tag_.itemLength + 4, tag_.keyLength);
+        const std::string last(block.data() + mdx::items + std::size_t{n - 2} * tag_.itemLength + 4,
+                               tag_.keyLength);
         path.pop_back();
         setSeparatorAbove(std::move(path), last);
     }
@@ -225,7 +237,8 @@ void TreeEditor::unlinkLeaf(Path path) {
     if (root.firstLeaf == leaf || root.lastLeaf == leaf) {
         TreeCursor neighbour(index_, tag_);
         PageNumber newEnd = 0;
-        if (root.firstLeaf == leaf && neighbour.first() && neighbour.path().back().page == leaf && neighbour.next()) {
+        if (root.firstLeaf == leaf && neighbour.first() && neighbour.path().back().page == leaf &&
+            neighbour.next()) {
             newEnd = neighbour.path().back().page;
         } else if (root.lastLeaf == leaf && neighbour.last() && neighbour.prior()) {
             newEnd = neighbour.path().back().page;
@@ -241,6 +254,9 @@ void TreeEditor::unlinkLeaf(Path path) {
 void TreeEditor::removeChild(Path path) {
     const auto [page, slot] = path.back();
     Inner inner = readInner(page);
+    if (inner.items.empty()) {
+        index_.damaged(page, "tiene una sola página debajo");
+    }
     if (slot < inner.items.size()) {
         inner.items.erase(inner.items.begin() + slot);
     } else {
@@ -263,13 +279,16 @@ void TreeEditor::removeChild(Path path) {
     }
 }
 
-// The block at the end of the path keeps one child and no separator, which readers take for a leaf without keys: its
-// child moves to a neighbour, or a neighbour gives it one of its own.
+// The block at the end of the path keeps one child and no separator, which readers take for a leaf without
+// keys: its child moves to a neighbour, or a neighbour gives it one of its own.
 void TreeEditor::mendLoneChild(Path path, PageNumber child) {
     const PageNumber page = path.back().page;
     path.pop_back();
     const auto [abovePage, slot] = path.back();
     Inner above = readInner(abovePage);
+    if (above.items.empty()) {
+        index_.damaged(abovePage, "tiene una sola página debajo");
+    }
     const auto childOf = [](const Inner& node, std::size_t i) {
         return i < node.items.size() ? node.items[i].pointer : node.last;
     };

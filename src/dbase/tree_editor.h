@@ -9,12 +9,13 @@
 
 namespace dbase {
 
-/// Changes a tree through the index file's gathered changes; nothing is written. Errors: Error(BadIndex, TooLarge).
+/// Changes a tree through the index file's gathered changes; nothing is written. Errors: Error(BadIndex,
+/// TooLarge).
 class TreeEditor {
 public:
     TreeEditor(IndexFile& index, const Tag& tag) : index_(index), tag_(tag) {}
 
-    /// Adds an entry in record-number order among equal keys.
+    /// Adds an entry in record-number order among equal keys; nothing when it is there already.
     void insert(std::string_view key, RecordNumber record);
     /// False when there is no such entry.
     [[nodiscard]] bool remove(std::string_view key, RecordNumber record);

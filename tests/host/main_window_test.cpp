@@ -46,6 +46,13 @@ TEST_F(MainWindowTest, CustomersComeInTheOrderOfTheirNames) {
     EXPECT_EQ(status(), QStringLiteral("Es el primer cliente."));
 }
 
+TEST_F(MainWindowTest, AMnemonicActsBeforeTheNextKey) {
+    addThree();
+    open();
+    press(Qt::Key_U, Qt::AltModifier);
+    EXPECT_EQ(text("ENombre"), QString());
+}
+
 TEST_F(MainWindowTest, AnEmptyTableTakesWhatIsTypedAsANewCustomer) {
     open();
     fill("ENombre", "Ana");

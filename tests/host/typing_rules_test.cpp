@@ -52,6 +52,24 @@ TEST(TypingRules, ASelectedTailMakesRoom) {
     EXPECT_EQ(box.text(), QStringLiteral("ax"));
 }
 
+TEST(TypingRules, ALetterThatTheTablesCannotKeepIsRefused) {
+    QLineEdit box;
+    new TypingRules(&box, 20, Capitals::No);
+    QTest::sendKeyEvent(QTest::Click, &box, Qt::Key_unknown, QStringLiteral("日"), Qt::NoModifier);
+    QInputMethodEvent event;
+    event.setCommitString(QStringLiteral("本"));
+    QCoreApplication::sendEvent(&box, &event);
+    QTest::keyClicks(&box, QStringLiteral("a"));
+    EXPECT_EQ(box.text(), QStringLiteral("a"));
+}
+
+TEST(TypingRules, AMnemonicThatNothingHasTypesNothing) {
+    QLineEdit box;
+    new TypingRules(&box, 20, Capitals::No);
+    QTest::sendKeyEvent(QTest::Click, &box, Qt::Key_N, QStringLiteral("n"), Qt::AltModifier);
+    EXPECT_TRUE(box.text().isEmpty());
+}
+
 TEST(TypingRules, CommandKeysWorkInAFullBox) {
     QLineEdit box;
     new TypingRules(&box, 3, Capitals::Yes);

@@ -19,12 +19,20 @@ std::string shownOn(int file, int otherEnd, const std::function<void()>& task) {
     fflush(stderr);
     dup2(before, STDERR_FILENO);
     close(before);
-    const ssize_t mark = write(file, ".", 1); // so that reading does not wait
+    const ssize_t mark =
+        write(file, ".", 1); // nothing that is tested writes one: it tells where to stop reading
+    std::string shown;
     std::array<char, 1000> text;
-    const ssize_t size = read(otherEnd, text.data(), text.size());
+    while (mark == 1 && !shown.ends_with('.')) {
+        const ssize_t size = read(otherEnd, text.data(), text.size());
+        if (size <= 0) {
+            break;
+        }
+        shown.append(text.data(), static_cast<std::size_t>(size));
+    }
     close(file);
     close(otherEnd);
-    return mark == 1 && size > 0 ? std::string(text.data(), static_cast<std::size_t>(size)) : "nothing";
+    return shown;
 }
 
 void makeProgress() {

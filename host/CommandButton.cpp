@@ -1,0 +1,16 @@
+#include "host/CommandButton.h"
+
+#include <QShortcutEvent>
+
+namespace host {
+
+bool CommandButton::event(QEvent* event) {
+    if (event->type() == QEvent::Shortcut && !static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
+        setFocus(Qt::ShortcutFocusReason);
+        click();
+        return true;
+    }
+    return QPushButton::event(event);
+}
+
+} // namespace host

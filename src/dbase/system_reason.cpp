@@ -1,0 +1,50 @@
+#include "dbase/system_reason.h"
+
+#include <cerrno>
+#include <cstring>
+
+namespace dbase {
+
+std::string systemReason(int number) {
+    switch (number) {
+    case ENOENT:
+        return "no existe";
+    case ENOTDIR:
+        return "una parte del camino no es una carpeta";
+    case EISDIR:
+        return "es una carpeta";
+    case EEXIST:
+        return "ya existe";
+    case EACCES:
+    case EPERM:
+        return "no hay permiso";
+    case EROFS:
+        return "el disco es de sólo lectura";
+    case ENOSPC:
+    case EDQUOT:
+        return "no queda espacio en el disco";
+    case EFBIG:
+        return "el fichero sería demasiado grande";
+    case EIO:
+        return "el disco ha fallado";
+    case EMFILE:
+    case ENFILE:
+        return "hay demasiados ficheros abiertos";
+    case EBUSY:
+    case ETXTBSY:
+        return "está en uso";
+    case ENAMETOOLONG:
+        return "el nombre es demasiado largo";
+    case ENOLCK:
+        return "el sistema no puede bloquear ficheros ahí";
+    case EPIPE:
+        return "nadie lee la salida";
+    case ENODEV:
+    case ENXIO:
+        return "el dispositivo no está";
+    default:
+        return std::strerror(number);
+    }
+}
+
+} // namespace dbase

@@ -1,0 +1,11 @@
+// Why the system refused, in the language of our texts.
+#pragma once
+
+#include <string>
+
+namespace dbase {
+
+/// Spanish text of an `errno` value; the system's own words for the rare ones.
+[[nodiscard]] std::string systemReason(int number);
+
+} // namespace dbase

@@ -1,0 +1,276 @@
+// The full check finds what is wrong, says where, and changes nothing; a reindex makes it right.
+#include "dbase/check.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "dbase/bytes.h"
+#include "dbase/error.h"
+#include "dbase/index_layout.h"
+#include "dbase/locks.h"
+#include "dbase/table.h"
+#include "support/StoredTable.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using namespace dbase;
+using namespace dbase::test;
+
+class CheckTest : public ::testing::Test {
+protected:
+    static std::vector<TagDefinition> tags() {
+        return {{.name = "NOMBRE", .expression = "NOMBRE"},
+                {.name = "NUMDES", .expression = "NUM", .descending = true},
+                {.name = "SOLO", .expression = "LEFT(NOMBRE,1)", .unique = true},
+                {.name = "PARTE", .expression = "NOMBRE", .condition = "NUM>50"}};
+    }
+    CheckTest() {
+        const MemoryTable stored({.name = "COMPRUEBA",
+                                  .columns = {{"NOMBRE", ColumnType::Character, 30, 0, 0},
+                                              {"NUM", ColumnType::Numeric, 6, 0, 0},
+                                              {"ALTA", ColumnType::Date, 8, 0, 0},
+                                              {"MENOR", ColumnType::Logical, 1, 0, 0}},
+                                  .tags = tags()});
+        const auto opened = stored.open();
+        for (int i = 0; i < 100; ++i)
+            opened->append(makeRecord(opened->schema(),
+                                      {std::string(1, static_cast<char>('A' + i % 5)) + std::to_string(i),
+                                       std::to_string(i), "20240229", i % 2 == 0 ? "T" : "F"}));
+        table = stored.records->bytes;
+        index = stored.index->bytes;
+        schema = opened->schema();
+    }
+
+    [[nodiscard]] std::string path() const { return folder / "COMPRUEBA.DBF"; }
+    [[nodiscard]] std::string indexPath() const { return folder / "COMPRUEBA.MDX"; }
+    [[nodiscard]] std::size_t recordAt(RecordNumber number) const {
+        return schema.headerLength + (number - std::size_t{1}) * schema.recordLength;
+    }
+    [[nodiscard]] std::size_t tagHeaderAt(std::size_t i) const {
+        return load32(index.data() + mdx::tagTable + (i + 1) * mdx::tagEntrySize) * pageBytes;
+    }
+    [[nodiscard]] std::size_t firstLeafAt(std::size_t i) const {
+        return load32(index.data() + tagHeaderAt(i) + mdx::firstLeaf) * pageBytes;
+    }
+
+    void putOnDisk() const {
+        writeFile(path(), table);
+        writeFile(indexPath(), index);
+    }
+    /// One finding, at that place and with that text, and no byte changed; after a reindex none.
+    void expectFinding(const std::string& place, const std::string& text) const {
+        putOnDisk();
+        const CheckResult result = checkTable(path());
+        EXPECT_TRUE(std::any_of(result.findings.begin(), result.findings.end(), [&](const Finding& finding) {
+            return finding.place.find(place) != std::string::npos &&
+                   finding.text.find(text) != std::string::npos;
+        })) << findingsOf(result);
+        EXPECT_EQ(readFile(path()), table);
+        EXPECT_EQ(readFile(indexPath()), index);
+    }
+    void expectMended() const {
+        reindexTable(path(), tags());
+        EXPECT_EQ(findings(path()), "");
+        EXPECT_EQ(Table::open(path())->tagNames(),
+                  (std::vector<std::string>{"NOMBRE", "NUMDES", "SOLO", "PARTE"}));
+    }
+
+    Bytes table, index;
+    Schema schema;
+    TemporaryFolder folder;
+};
+
+TEST_F(CheckTest, ASoundTableHasNoFindings) {
+    putOnDisk();
+    const CheckResult result = checkTable(path());
+    EXPECT_EQ(findingsOf(result), "");
+    EXPECT_EQ(result.records, 100U);
+    EXPECT_EQ(result.tags, 4U);
+    EXPECT_FALSE(result.truncated);
+}
+
+TEST_F(CheckTest, FindsAHeaderCountBeyondTheFile) {
+    store32(table.data() + 4, 200);
+    expectFinding("cabecera", "200 registros");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsBytesBehindTheLastRecord) {
+    table.insert(table.end(), 7, 'x');
+    expectFinding("final", "7 bytes");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsAnOddDeletionMark) {
+    table[recordAt(5)] = 'x';
+    expectFinding("registro 5", "borrado");
+}
+
+TEST_F(CheckTest, AcceptsTheDeletionMarkOfAnotherEnginesPacking) {
+    table[recordAt(1)] = 0x1A;
+    putOnDisk();
+    EXPECT_EQ(findings(path()), "");
+}
+
+TEST_F(CheckTest, FindsContentThatIsNotOfItsType) {
+    table[recordAt(3) + 31] = 'x';
+    expectFinding("registro 3, columna NUM", "tipo");
+    table[recordAt(4) + 37] = 'x';
+    expectFinding("registro 4, columna ALTA", "tipo");
+    table[recordAt(6) + 45] = 'Q';
+    expectFinding("registro 6, columna MENOR", "tipo");
+}
+
+TEST_F(CheckTest, AcceptsOverflownAndBlankValues) {
+    std::fill_n(table.begin() + static_cast<std::ptrdiff_t>(recordAt(100) + 37), 9, ' ');
+    table[recordAt(99) + 45] = '?';
+    std::fill_n(table.begin() + static_cast<std::ptrdiff_t>(recordAt(1) + 31), 6, '\0'); // a number 0 before
+    putOnDisk();
+    EXPECT_EQ(findings(path()), "");
+}
+
+TEST_F(CheckTest, FindsAMissingIndex) {
+    putOnDisk();
+    std::filesystem::remove(indexPath());
+    EXPECT_NE(findings(path()).find("falta el .MDX"), std::string::npos);
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsAnIndexThatTheTableDoesNotName) {
+    table[28] = 0;
+    expectFinding("cabecera", "no dice que haya");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsTheMarkOfADeadWriter) {
+    store32(index.data() + mdx::stamp + 8, 1);
+    expectFinding("cabecera", "reindexar");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsAnotherLanguageByte) {
+    index[mdx::languageDriver] = 0x03;
+    expectFinding("cabecera", "idioma");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsAWrongPageCount) {
+    store32(index.data() + mdx::pageCount, 1000);
+    expectFinding("cabecera", "1000 páginas");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsAChangedKey) {
+    table[recordAt(7) + 1] = 'Z'; // a program that knows no index
+    expectFinding("tag NOMBRE", "registro 7");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsAChangeInAUniqueAndInAConditionalTag) {
+    table[recordAt(1) + 1] = 'Z';
+    expectFinding("tag SOLO", "registro 1");
+    std::copy_n("     1", 6, table.begin() + static_cast<std::ptrdiff_t>(recordAt(90) + 31));
+    expectFinding("tag PARTE", "registro 90 no cumple");
+    std::copy_n("    99", 6, table.begin() + static_cast<std::ptrdiff_t>(recordAt(2) + 31));
+    expectFinding("tag PARTE", "falta el registro 2");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsARecordWithoutEntryAndOneWithTwo) {
+    const std::size_t items = firstLeafAt(0) + mdx::items;
+    store32(index.data() + items, load32(index.data() + items + 36));
+    expectFinding("tag NOMBRE", "dos veces");
+    expectFinding("tag NOMBRE", "falta el registro");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsKeysOutOfOrder) {
+    const std::size_t items = firstLeafAt(0) + mdx::items;
+    std::swap_ranges(index.begin() + static_cast<std::ptrdiff_t>(items),
+                     index.begin() + static_cast<std::ptrdiff_t>(items + 36),
+                     index.begin() + static_cast<std::ptrdiff_t>(items + 36));
+    expectFinding("tag NOMBRE", "no están en orden");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsASeparatorThatLies) {
+    const std::size_t root = load32(index.data() + tagHeaderAt(0)) * pageBytes;
+    ASSERT_NE(root, firstLeafAt(0));
+    index[root + mdx::items + 4] = '!';
+    expectFinding("tag NOMBRE", "separador");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsAnEntryOfNoRecord) {
+    store32(index.data() + firstLeafAt(0) + mdx::items, 5000);
+    expectFinding("tag NOMBRE", "5000");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsTwoTreesThatShareAPage) {
+    store32(index.data() + tagHeaderAt(3), load32(index.data() + tagHeaderAt(0)));
+    expectFinding("tag PARTE", "dos veces");
+    expectMended();
+}
+
+TEST_F(CheckTest, ADamagedHeaderIsAFindingAndMendedFromTheGivenTags) {
+    std::fill(index.begin(), index.end(), '\0');
+    expectFinding("índice", "cabecera");
+    expectMended();
+    const Bytes bytes = readFile(path());
+    EXPECT_EQ(bytes[32 + 31], 1) << "a column that is a tag's key";
+    EXPECT_EQ(bytes[96 + 31], 0);
+}
+
+TEST_F(CheckTest, ALostIndexOfAnUnknownTableIsNotInvented) {
+    putOnDisk();
+    std::filesystem::remove(indexPath());
+    const Error error = errorOf([&] { reindexTable(path()); });
+    EXPECT_EQ(error.code(), ErrorCode::BadIndex);
+    EXPECT_FALSE(std::filesystem::exists(indexPath()));
+    EXPECT_EQ(readFile(path()), table);
+}
+
+TEST_F(CheckTest, ATableThatIsNoneIsAFinding) {
+    table.assign(500, 'x');
+    expectFinding("cabecera", "dBase");
+}
+
+TEST_F(CheckTest, FindingsStopAtABearableNumber) {
+    for (RecordNumber number = 1; number <= 100; ++number) {
+        table[recordAt(number)] = 'x';
+        table[recordAt(number) + 31] = 'x';
+        table[recordAt(number) + 45] = 'x';
+    }
+    putOnDisk();
+    const CheckResult result = checkTable(path());
+    EXPECT_EQ(result.findings.size(), 200U);
+    EXPECT_TRUE(result.truncated);
+}
+
+TEST_F(CheckTest, WaitsForAWriter) {
+    putOnDisk();
+    const auto writer = openFile(indexPath(), OpenMode::ReadWrite);
+    ASSERT_TRUE(writer->tryLock(structureLock, LockKind::Exclusive));
+    const std::chrono::milliseconds patience = lockPatience();
+    setLockPatience(std::chrono::milliseconds(0));
+    EXPECT_EQ(errorOf([&] { (void)checkTable(path()); }).code(), ErrorCode::LockTimeout);
+    setLockPatience(patience);
+    writer->unlock(structureLock);
+    EXPECT_EQ(findings(path()), "");
+}
+
+TEST_F(CheckTest, TellsItsProgress) {
+    putOnDisk();
+    std::uint64_t last = 0;
+    reindexTable(path(), {}, [&](std::uint64_t done, std::uint64_t total) {
+        EXPECT_GE(done, last);
+        EXPECT_LE(done, total);
+        last = done;
+    });
+    EXPECT_EQ(last, 400U);
+}
+
+} // namespace

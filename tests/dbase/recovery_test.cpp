@@ -1,0 +1,280 @@
+// Indexes that were left behind: by a writer that died, by a program that knows no index, by a cut file.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include <unistd.h>
+
+#include "dbase/bytes.h"
+#include "dbase/error.h"
+#include "dbase/index_layout.h"
+#include "dbase/locks.h"
+#include "dbase/table.h"
+#include "support/ChildProcess.h"
+#include "support/StoredTable.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using namespace dbase;
+using namespace dbase::test;
+
+class RecoveryTest : public ::testing::Test {
+protected:
+    RecoveryTest()
+        : RecoveryTest({{.name = "NOMBRE", .expression = "NOMBRE"}, {.name = "NUM", .expression = "NUM"}}) {}
+    explicit RecoveryTest(std::vector<TagDefinition> tags)
+        : stored_({.name = "RECUPERA",
+                   .columns = {{"NOMBRE", ColumnType::Character, 30, 0, 0},
+                               {"NUM", ColumnType::Numeric, 6, 0, 0}},
+                   .tags = std::move(tags)}) {
+        const auto table = stored_.open();
+        schema_ = table->schema();
+        for (int i = 0; i < 100; ++i)
+            table->append(row(i));
+    }
+
+    [[nodiscard]] Bytes row(int i) const {
+        return makeRecord(schema_, {"CALLE " + std::to_string(1000 + i * 37 % 100), std::to_string(i)});
+    }
+    [[nodiscard]] Bytes& tableBytes() const { return stored_.records->bytes; }
+    [[nodiscard]] Bytes& indexBytes() const { return stored_.index->bytes; }
+
+    [[nodiscard]] UpdateStamp stamp() const {
+        const char* at = indexBytes().data() + mdx::stamp;
+        return {std::equal(at, at + 8, mdx::stampMagic), load32(at + 8) != 0, load32(at + 12),
+                load64(at + 16)};
+    }
+    void setMark() const { store32(indexBytes().data() + mdx::stamp + 8, 1); }
+    void removeStamp() const { std::fill_n(indexBytes().begin() + mdx::stamp, mdx::stampSize, '\0'); }
+    /// Turns the keys of a leaf around: wrong, and cheap to see.
+    void spoilTree() const {
+        const std::size_t leaf = load32(indexBytes().data() + 4 * pageBytes + mdx::firstLeaf) * pageBytes;
+        std::swap_ranges(indexBytes().begin() + static_cast<std::ptrdiff_t>(leaf + 8),
+                         indexBytes().begin() + static_cast<std::ptrdiff_t>(leaf + 44),
+                         indexBytes().begin() + static_cast<std::ptrdiff_t>(leaf + 8 + 36));
+    }
+    /// As a program does that knows no index.
+    void appendWithoutIndex(int i) const {
+        const Bytes record = row(i);
+        tableBytes().pop_back();
+        tableBytes().insert(tableBytes().end(), record.begin(), record.end());
+        tableBytes().push_back(0x1A);
+        store32(tableBytes().data() + 4, load32(tableBytes().data() + 4) + 1);
+    }
+
+    void expectSound(RecordNumber rows) const {
+        const auto table = stored_.open();
+        EXPECT_EQ(table->records().recordCount(), rows);
+        for (const std::string& tag : table->tagNames())
+            EXPECT_EQ(order(*table, tag).size(), rows) << tag;
+        EXPECT_EQ(stored_.findings(), "");
+    }
+
+    MemoryTable stored_;
+    Schema schema_;
+};
+
+TEST_F(RecoveryTest, AMarkLeftBehindIsMendedAtOpening) {
+    setMark();
+    spoilTree();
+    expectSound(100);
+    EXPECT_FALSE(stamp().inUpdate);
+}
+
+TEST_F(RecoveryTest, AMarkLeftBehindIsMendedByAnOpenTableBeforeItAnswers) {
+    const auto table = stored_.open();
+    setMark();
+    spoilTree();
+    EXPECT_EQ(order(*table, "NOMBRE").size(), 100U);
+    EXPECT_EQ(stored_.findings(), "");
+}
+
+TEST_F(RecoveryTest, AMarkLeftBehindIsMendedBeforeAChange) {
+    const auto table = stored_.open();
+    setMark();
+    spoilTree();
+    table->append(row(100));
+    expectSound(101);
+}
+
+TEST_F(RecoveryTest, TheCounterGuardSeesTheMarkToo) {
+    const auto table = stored_.open();
+    table->setReadGuard(ReadGuard::Counter);
+    setMark();
+    spoilTree();
+    EXPECT_EQ(order(*table, "NOMBRE").size(), 100U);
+    EXPECT_EQ(stored_.findings(), "");
+}
+
+TEST_F(RecoveryTest, AMarkOnAReadOnlyTableIsRefused) {
+    setMark();
+    const Bytes table = tableBytes(), index = indexBytes();
+    const Error error = errorOf([&] { (void)stored_.openReadOnly(); });
+    EXPECT_EQ(error.code(), ErrorCode::StaleIndex);
+    EXPECT_EQ(error.file(), "MEMORIA.MDX");
+    EXPECT_NE(std::string(error.what()).find("reindexar"), std::string::npos) << error.what();
+    EXPECT_EQ(tableBytes(), table);
+    EXPECT_EQ(indexBytes(), index);
+}
+
+TEST_F(RecoveryTest, AMarkThatAppearsOnAReadOnlyTableIsRefusedAtTheNextRead) {
+    const auto table = stored_.openReadOnly();
+    EXPECT_EQ(order(*table, "NOMBRE").size(), 100U);
+    setMark();
+    EXPECT_EQ(errorOf([&] { (void)order(*table, "NOMBRE"); }).code(), ErrorCode::StaleIndex);
+}
+
+TEST_F(RecoveryTest, RowsOfAProgramWithoutIndexAreRecognisedByTheirCount) {
+    appendWithoutIndex(100);
+    expectSound(101);
+}
+
+TEST_F(RecoveryTest, RowsOfAProgramWithoutIndexAreSeenByAnOpenTable) {
+    const auto table = stored_.open();
+    appendWithoutIndex(100);
+    EXPECT_EQ(order(*table, "NOMBRE").size(), 101U);
+    EXPECT_EQ(stored_.findings(), "");
+}
+
+TEST_F(RecoveryTest, RowsOfAProgramWithoutIndexOnAReadOnlyTableAreRefused) {
+    appendWithoutIndex(100);
+    EXPECT_EQ(errorOf([&] { (void)stored_.openReadOnly(); }).code(), ErrorCode::StaleIndex);
+}
+
+TEST_F(RecoveryTest, RowsOfAProgramThatKeepsTheIndexAreAccepted) {
+    const UpdateStamp before = stamp();
+    const Bytes stampBytes(indexBytes().begin() + mdx::stamp,
+                           indexBytes().begin() + mdx::stamp + mdx::stampSize);
+    stored_.open()->append(row(100));
+    std::copy(stampBytes.begin(), stampBytes.end(),
+              indexBytes().begin() + mdx::stamp); // others know no stamp
+    ASSERT_EQ(stamp().records, before.records);
+    const Bytes index = indexBytes();
+    {
+        const auto table = stored_.open();
+        EXPECT_EQ(order(*table, "NOMBRE").size(), 101U);
+    }
+    EXPECT_EQ(indexBytes(), index) << "it was rebuilt";
+    EXPECT_EQ(stored_.openReadOnly()->records().recordCount(), 101U);
+}
+
+TEST_F(RecoveryTest, AnIndexWithoutStampIsCountedToo) {
+    removeStamp();
+    EXPECT_EQ(stored_.openReadOnly()->records().recordCount(), 100U);
+    appendWithoutIndex(100);
+    EXPECT_EQ(errorOf([&] { (void)stored_.openReadOnly(); }).code(), ErrorCode::StaleIndex);
+    expectSound(101);
+}
+
+TEST_F(RecoveryTest, AnIndexThatCannotBeWalkedCountsAsStale) {
+    removeStamp();
+    std::fill(indexBytes().begin() + 2048, indexBytes().end() - 4096, '\0');
+    store32(indexBytes().data() + 4 * pageBytes, 999999);
+    EXPECT_THROW((void)stored_.open(), Error);
+}
+
+/// Rows fewer than the header says are a loss: nobody shall make the index agree with it and so hide it.
+TEST_F(RecoveryTest, ACutTableIsRefusedAndLeftAsItIs) {
+    tableBytes().resize(tableBytes().size() - 500);
+    const Bytes table = tableBytes(), index = indexBytes();
+    const Error error = errorOf([&] { (void)stored_.open(); });
+    EXPECT_EQ(error.code(), ErrorCode::BadTable);
+    EXPECT_EQ(error.file(), "MEMORIA.DBF");
+    EXPECT_NE(std::string(error.what()).find("100"), std::string::npos) << error.what();
+    EXPECT_EQ(tableBytes(), table);
+    EXPECT_EQ(indexBytes(), index);
+}
+
+TEST_F(RecoveryTest, ReindexingKeepsWhatACutTableStillHolds) {
+    tableBytes().resize(tableBytes().size() - 500);
+    const TemporaryFolder folder;
+    writeFile(folder / "RECUPERA.DBF", tableBytes());
+    writeFile(folder / "RECUPERA.MDX", indexBytes());
+    EXPECT_NE(findings(folder / "RECUPERA.DBF"), "");
+    reindexTable(folder / "RECUPERA.DBF");
+    EXPECT_EQ(findings(folder / "RECUPERA.DBF"), "");
+    EXPECT_EQ(Table::open(folder / "RECUPERA.DBF")->records().recordCount(), 86U);
+}
+
+class UncountableTags : public RecoveryTest {
+protected:
+    UncountableTags()
+        : RecoveryTest({{.name = "SOLO", .expression = "NOMBRE", .unique = true},
+                        {.name = "PARES", .expression = "NOMBRE", .condition = "NUM>=0"}}) {}
+};
+
+TEST_F(UncountableTags, RowsOfAnotherProgramLeadToARebuild) {
+    appendWithoutIndex(100);
+    const auto table = stored_.open();
+    EXPECT_EQ(order(*table, "PARES").size(), 101U);
+    EXPECT_EQ(stored_.findings(), "");
+}
+
+/// A process that dies at each of its writes in turn.
+class DyingWriter : public RecoveryTest {
+protected:
+    [[nodiscard]] std::string path() const { return folder_ / "RECUPERA.DBF"; }
+    void putOnDisk() const {
+        writeFile(path(), tableBytes());
+        writeFile(folder_ / "RECUPERA.MDX", indexBytes());
+    }
+    /// True when the work was over before that write.
+    [[nodiscard]] bool dieAt(std::size_t write, const std::function<void(Table&)>& work) const {
+        ChildProcess child([&](const ChildProcess::Link&) {
+            const auto faults = std::make_shared<Faults>();
+            faults->failingWrite = write;
+            faults->insteadOfFailing = [] { _exit(1); };
+            const auto opened = [&](const std::string& file) {
+                return std::make_unique<FaultyFile>(openFile(file, OpenMode::ReadWrite), faults);
+            };
+            Table table(opened(path()), opened(folder_ / "RECUPERA.MDX"));
+            work(table);
+            return 0;
+        });
+        const int code = child.join();
+        EXPECT_TRUE(code == 0 || code == 1) << code;
+        return code == 0;
+    }
+    void dieEverywhere(const std::function<void(Table&)>& work,
+                       const std::function<void(Table&)>& judge) const {
+        for (std::size_t write = 1; write < 100; ++write) {
+            putOnDisk();
+            const bool isOver = dieAt(write, work);
+            {
+                const auto table = Table::open(path());
+                judge(*table);
+                EXPECT_EQ(order(*table, "NOMBRE").size(), table->records().recordCount());
+            }
+            ASSERT_EQ(findings(path()), "") << write;
+            if (isOver)
+                return;
+        }
+        FAIL() << "the work never came to its end";
+    }
+
+    TemporaryFolder folder_;
+};
+
+TEST_F(DyingWriter, InAnAppend) {
+    dieEverywhere([&](Table& table) { table.append(row(500)); },
+                  [&](Table& table) {
+                      const RecordNumber count = table.records().recordCount();
+                      EXPECT_TRUE(count == 100 || storedRecord(table, 101) == row(500));
+                  });
+}
+
+TEST_F(DyingWriter, InAnOverwrite) {
+    dieEverywhere([&](Table& table) { table.overwrite(50, row(49), row(500)); },
+                  [&](Table& table) {
+                      const Bytes stored = storedRecord(table, 50);
+                      EXPECT_TRUE(stored == row(49) || stored == row(500));
+                  });
+}
+
+TEST_F(DyingWriter, InARebuild) {
+    dieEverywhere([&](Table& table) { table.rebuildTags(); }, [](Table&) {});
+}
+
+} // namespace

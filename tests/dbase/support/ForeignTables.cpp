@@ -1,0 +1,115 @@
+#include "ForeignTables.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace fs = std::filesystem;
+
+namespace dbase::test {
+
+namespace {
+
+std::string bytesOfHex(const std::string& hex) {
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < hex.size(); i += 2)
+        bytes.push_back(static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16)));
+    return bytes;
+}
+
+// seek eq|ge KEY -> recno|none|eof  # comment
+ListedSeek parseSeek(std::istringstream& words) {
+    std::string mode, key, arrow, found;
+    words >> mode >> key >> arrow >> found;
+    ListedSeek seek{mode == "eq", std::nullopt, {}, 0};
+    if (key.front() == 'n')
+        seek.number = std::stod(key.substr(1));
+    else
+        seek.key = bytesOfHex(key.substr(2, key.size() - 3)); // x'…'
+    if (found != "none" && found != "eof")
+        seek.found = static_cast<RecordNumber>(std::stoul(found));
+    return seek;
+}
+
+// tag NAME type C keylen 5 unique 0 descending 0 entries 1500 expr …
+ListedTag parseTag(std::istringstream& words) {
+    ListedTag tag;
+    std::string name, value;
+    words >> tag.name;
+    while (words >> name >> value) {
+        if (name == "unique")
+            tag.isUnique = value == "1";
+        else if (name == "descending")
+            tag.isDescending = value == "1";
+        else if (name == "expr")
+            tag.expression = value;
+    }
+    return tag;
+}
+
+void parseLine(const std::string& line, Listing& listing) {
+    std::istringstream words(line);
+    std::string first;
+    words >> first;
+    if (first == "table") {
+        std::string word, driver;
+        words >> listing.table >> word >> listing.records >> word >> driver;
+        listing.languageDriver = static_cast<unsigned>(std::stoul(driver, nullptr, 16));
+    } else if (first == "deleted") {
+        words >> listing.deleted.emplace_back();
+    } else if (first == "tag") {
+        listing.tags.push_back(parseTag(words));
+    } else if (first == "seek") {
+        listing.tags.back().seeks.push_back(parseSeek(words));
+    } else if (!first.empty() &&
+               std::all_of(first.begin(), first.end(), [](char c) { return c >= '0' && c <= '9'; })) {
+        listing.tags.back().order.push_back(static_cast<RecordNumber>(std::stoul(first)));
+    }
+}
+
+} // namespace
+
+std::optional<std::string> sharedFolder() {
+    const char* given = std::getenv("AMBREL_SHARED");
+    const std::string folder = given != nullptr ? given : AMBREL_SHARED_FOLDER;
+    return fs::is_directory(folder) ? std::optional(folder) : std::nullopt;
+}
+
+std::optional<std::string> foreignTables() {
+    const std::optional<std::string> shared = sharedFolder();
+    if (!shared || !fs::is_directory(*shared + "/fixtures/dbase-ajenos"))
+        return std::nullopt;
+    return *shared + "/fixtures/dbase-ajenos";
+}
+
+std::vector<std::string> foreignTableNames() {
+    std::vector<std::string> names;
+    if (const std::optional<std::string> folder = foreignTables())
+        for (const fs::directory_entry& entry : fs::directory_iterator(*folder))
+            if (entry.path().extension() == ".txt")
+                names.push_back(entry.path().stem().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+Listing readListing(const std::string& file) {
+    Listing listing;
+    std::ifstream lines(file);
+    for (std::string line; std::getline(lines, line);)
+        parseLine(line, listing);
+    return listing;
+}
+
+std::string copyForeignTable(const std::string& name, const std::string& folder) {
+    const std::string from = foreignTables().value() + '/' + name;
+    const std::string to = folder + '/' + name;
+    for (const char* extension : {".DBF", ".MDX"}) {
+        fs::copy_file(from + extension, to + extension);
+        fs::permissions(to + extension, fs::perms::owner_write, fs::perm_options::add);
+    }
+    return to + ".DBF";
+}
+
+} // namespace dbase::test

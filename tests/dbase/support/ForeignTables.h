@@ -1,0 +1,48 @@
+// The tables that other programs wrote, each with a listing of what they see in them.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "dbase/schema.h"
+
+namespace dbase::test {
+
+/// What the other program answered for a seek.
+struct ListedSeek {
+    bool isExact;
+    std::optional<double> number; // of a numeric tag
+    std::string key;              // of a character tag
+    RecordNumber found;           // 0: none, or behind the last
+};
+
+struct ListedTag {
+    std::string name, expression;
+    bool isUnique = false, isDescending = false;
+    std::vector<RecordNumber> order;
+    std::vector<ListedSeek> seeks;
+};
+
+struct Listing {
+    std::string table;
+    RecordNumber records = 0;
+    unsigned languageDriver = 0;
+    std::vector<RecordNumber> deleted;
+    std::vector<ListedTag> tags;
+};
+
+/// Folder of files shared with other programs; the environment variable AMBREL_SHARED names another one. Null
+/// where this machine lacks it: the test then skips itself.
+[[nodiscard]] std::optional<std::string> sharedFolder();
+/// Folder of the foreign tables.
+[[nodiscard]] std::optional<std::string> foreignTables();
+/// Names of the tables with a listing, without extension.
+[[nodiscard]] std::vector<std::string> foreignTableNames();
+
+[[nodiscard]] Listing readListing(const std::string& file);
+
+/// Copies both files of a foreign table into a folder and returns the path of the .DBF.
+std::string copyForeignTable(const std::string& name, const std::string& folder);
+
+} // namespace dbase::test

@@ -1,0 +1,54 @@
+#include "MemoryFile.h"
+
+#include <algorithm>
+
+#include "dbase/error.h"
+
+namespace dbase::test {
+
+MemoryFile::MemoryFile(std::shared_ptr<MemoryContent> content, std::string path, bool writable)
+    : content_(std::move(content)), path_(std::move(path)), writable_(writable) {}
+
+MemoryFile::~MemoryFile() {
+    std::erase_if(content_->locks, [this](const MemoryContent::Lock& lock) { return lock.owner == this; });
+}
+
+void MemoryFile::read(std::uint64_t offset, std::span<char> bytes) const {
+    if (offset + bytes.size() > content_->bytes.size())
+        throw Error(ErrorCode::Io, path_, "el fichero termina antes de lo esperado");
+    std::copy_n(content_->bytes.begin() + static_cast<std::ptrdiff_t>(offset), bytes.size(), bytes.begin());
+}
+
+void MemoryFile::write(std::uint64_t offset, std::span<const char> bytes) {
+    if (!writable_)
+        throw Error(ErrorCode::AccessDenied, path_, "no se puede escribir");
+    if (offset + bytes.size() > content_->bytes.size())
+        content_->bytes.resize(offset + bytes.size());
+    std::copy(bytes.begin(), bytes.end(), content_->bytes.begin() + static_cast<std::ptrdiff_t>(offset));
+}
+
+void MemoryFile::resize(std::uint64_t size) {
+    if (!writable_)
+        throw Error(ErrorCode::AccessDenied, path_, "no se puede cambiar el tamaño");
+    content_->bytes.resize(size);
+}
+
+bool MemoryFile::tryLock(LockRange range, LockKind kind) {
+    for (const MemoryContent::Lock& lock : content_->locks) {
+        const bool overlaps = lock.range.offset < range.offset + range.length &&
+                              range.offset < lock.range.offset + lock.range.length;
+        if (lock.owner != this && overlaps &&
+            (kind == LockKind::Exclusive || lock.kind == LockKind::Exclusive))
+            return false;
+    }
+    content_->locks.push_back({this, range, kind});
+    return true;
+}
+
+void MemoryFile::unlock(LockRange range) noexcept {
+    std::erase_if(content_->locks, [&](const MemoryContent::Lock& lock) {
+        return lock.owner == this && lock.range.offset == range.offset;
+    });
+}
+
+} // namespace dbase::test

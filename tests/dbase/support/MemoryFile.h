@@ -1,0 +1,49 @@
+// A file that lives in memory, for tests of the engine.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "dbase/file.h"
+
+namespace dbase::test {
+
+class MemoryFile;
+
+/// What a file holds beyond its being open: any number of MemoryFiles may share it, one after another or at
+/// once.
+struct MemoryContent {
+    struct Lock {
+        const MemoryFile* owner;
+        LockRange range;
+        LockKind kind;
+    };
+    std::vector<char> bytes;
+    std::vector<Lock> locks;
+};
+
+/// One opening of a content. Has no view, so that the engine takes its way through read().
+class MemoryFile final : public File {
+public:
+    explicit MemoryFile(std::shared_ptr<MemoryContent> content, std::string path = "MEMORIA.DBF",
+                        bool writable = true);
+    ~MemoryFile() override;
+
+    const std::string& path() const override { return path_; }
+    bool isWritable() const override { return writable_; }
+    std::uint64_t size() const override { return content_->bytes.size(); }
+    void read(std::uint64_t offset, std::span<char> bytes) const override;
+    void write(std::uint64_t offset, std::span<const char> bytes) override;
+    void resize(std::uint64_t size) override;
+    void sync() override {}
+    bool tryLock(LockRange range, LockKind kind) override;
+    void unlock(LockRange range) noexcept override;
+
+private:
+    std::shared_ptr<MemoryContent> content_;
+    std::string path_;
+    bool writable_;
+};
+
+} // namespace dbase::test

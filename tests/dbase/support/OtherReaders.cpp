@@ -1,0 +1,61 @@
+#include "OtherReaders.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+
+#include "ForeignTables.h"
+#include "support/TemporaryFolder.h"
+
+namespace dbase::test {
+
+namespace {
+
+std::string quoted(const std::string& text) { return '\'' + text + '\''; }
+
+/// What a command prints, errors included.
+std::string run(const std::string& command) {
+    const auto close = [](std::FILE* file) { pclose(file); };
+    const std::unique_ptr<std::FILE, decltype(close)> pipe(popen((command + " 2>&1").c_str(), "r"), close);
+    if (!pipe)
+        throw std::runtime_error("cannot run " + command);
+    std::string output;
+    for (int byte = std::fgetc(pipe.get()); byte != EOF; byte = std::fgetc(pipe.get()))
+        output.push_back(static_cast<char>(byte));
+    return output;
+}
+
+std::string verifier() { return sharedFolder().value_or(".") + "/herramientas/mdxcheck"; }
+
+} // namespace
+
+bool hasPerlReader() {
+    static const bool has = std::system("perl -MXBase -MXBase::Index -e 1 >/dev/null 2>&1") == 0;
+    return has;
+}
+
+bool hasVerifier() { return hasPerlReader() && std::filesystem::exists(verifier()); }
+
+std::string verifierComplaint(const std::string& tableFile, bool isStrict, const std::string& listing) {
+    const std::string output =
+        run("perl " + quoted(verifier()) + (isStrict ? " --strict " : " ") +
+            (listing.empty() ? "" : "--listing " + quoted(listing) + ' ') + quoted(tableFile));
+    return output.starts_with("OK:") ? std::string() : output;
+}
+
+std::vector<std::string> runPerl(const std::string& script, const std::vector<std::string>& arguments) {
+    const TemporaryFolder folder;
+    std::string command = "perl " + quoted(folder.write("script.pl", script));
+    for (const std::string& argument : arguments)
+        command += ' ' + quoted(argument);
+    std::istringstream output(run(command));
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(output, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+} // namespace dbase::test

@@ -1,0 +1,21 @@
+// Programs of others that read our tables. Where a machine lacks them the tests skip themselves.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace dbase::test {
+
+/// The page-by-page verifier of tables with their index.
+[[nodiscard]] bool hasVerifier();
+/// Its complaint; empty when it finds the table right.
+[[nodiscard]] std::string verifierComplaint(const std::string& tableFile, bool isStrict,
+                                            const std::string& listing = {});
+
+/// Perl with the module DBD::XBase.
+[[nodiscard]] bool hasPerlReader();
+/// The lines that a Perl script prints, given its arguments.
+[[nodiscard]] std::vector<std::string> runPerl(const std::string& script,
+                                               const std::vector<std::string>& arguments);
+
+} // namespace dbase::test
