@@ -11,7 +11,9 @@
 
 namespace dbase {
 
-Dataset::Dataset() : spot_(std::make_unique<Spot>()), ahead_(std::make_unique<ReadAhead>()) {}
+Dataset::Dataset()
+    : spot_(std::make_unique<Spot>()), spare_(std::make_unique<Spot>()),
+      ahead_(std::make_unique<ReadAhead>()) {}
 
 Dataset::Dataset(std::string database, std::string table, std::string tag) : Dataset() {
     database_ = std::move(database);

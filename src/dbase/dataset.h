@@ -174,7 +174,6 @@ private:
     void fillAhead(const Spot& from);
     template<typename Search>
     bool landOn(Search&& search);
-    void land(Spot& spot);
     void landNowhere();
     void landAtEnd(Direction direction);
     void landOnPosted();
@@ -193,7 +192,8 @@ private:
     std::optional<Expression> filter_;
     std::optional<std::string> rangeLow_, rangeHigh_;
 
-    std::unique_ptr<Spot> spot_; // its tree cursor stands on the current record, if the tag holds it
+    std::unique_ptr<Spot> spot_;  // its tree cursor stands on the current record, if the tag holds it
+    std::unique_ptr<Spot> spare_; // what the next search works on
     std::unique_ptr<ReadAhead> ahead_;
     std::vector<char> row_;   // the current record, or the pending one
     std::vector<char> shown_; // while a row is pending: the current record as it was shown

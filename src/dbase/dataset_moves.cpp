@@ -73,32 +73,29 @@ void Dataset::fillAhead(const Spot& from) {
 
 // --- Landing
 
-/// Runs a search on a state of the files that does not change; the spot that it finds becomes current.
+/// Runs a search on a state of the files that does not change; the spot that it finds becomes current. It may
+/// run again, so it works on the spare spot and leaves the current one alone.
 template<typename Search>
 bool Dataset::landOn(Search&& search) {
-    Spot landed;
+    Spot& spot = *spare_;
     const bool found = open_->read([&] {
-        Spot spot;
+        spot.cursor.reset();
+        spot.record = 0;
         if (!search(spot)) {
             return false;
         }
         const RecordView record = open_->records().record(spot.record);
         spot.row.assign(record.bytes.begin(), record.bytes.end());
-        landed = std::move(spot);
         return true;
     });
     if (found) {
-        land(landed);
+        std::swap(spot_, spare_);
+        record_ = spot_->record;
+        row_.swap(spot_->row);
+        bof_ = eof_ = false;
+        calculate();
     }
     return found;
-}
-
-void Dataset::land(Spot& spot) {
-    record_ = spot.record;
-    row_.swap(spot.row);
-    spot_->cursor = spot.cursor;
-    bof_ = eof_ = false;
-    calculate();
 }
 
 void Dataset::landNowhere() {

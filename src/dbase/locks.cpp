@@ -54,7 +54,7 @@ StructureLock::~StructureLock() {
         --holders_.readers;
     }
     if (holders_.readers == 0) {
-        file_.unlock(structureLock);
+        file_.unlock(holders_.release);
     }
 }
 

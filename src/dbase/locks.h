@@ -24,6 +24,8 @@ inline constexpr LockRange structureLock{lock_offset::header, 1};
 /// On the .DBF while a record is added: header and append byte in one.
 inline constexpr LockRange appendLock{lock_offset::header, 2};
 
+/// Every lock of an open file; letting go of all is cheaper for the system where there is only one.
+inline constexpr LockRange everyLock{0, 0};
 /// On the .DBF: header, append and every record byte, as the dBase family locks a whole table.
 inline constexpr LockRange wholeTableLock{lock_offset::header - 1'000'000'000, 1'000'000'002};
 /// On the .DBF, shared by everybody who has the table open, exclusive while its files are replaced.
@@ -65,6 +67,7 @@ public:
     struct Holders {
         unsigned readers = 0;
         bool isChanging = false;
+        LockRange release = structureLock; // what is let go at the end
     };
 
     /// Readers go together; whoever reads or changes while a change of the same opening is under way (a

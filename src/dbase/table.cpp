@@ -28,6 +28,7 @@ Table::Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::st
         return;
     }
     index_ = std::make_unique<IndexFile>(std::move(index), schema());
+    structureHolders_.release = everyLock; // nothing else is ever locked in an .MDX
     for (const Tag& tag : index_->tags()) {
         if (!tag.isUnderstood()) {
             refuseWriting(tag.problem);
