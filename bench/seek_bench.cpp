@@ -61,8 +61,7 @@ void seekOurs(benchmark::State& state, dbase::ReadGuard guard) {
 void seekOursLocked(benchmark::State& state) { seekOurs(state, dbase::ReadGuard::Lock); }
 void seekOursByCounter(benchmark::State& state) { seekOurs(state, dbase::ReadGuard::Counter); }
 
-void seekSqlite(benchmark::State& state) {
-    const Database database = openSqlite(sqlitePath());
+void seekSqlite(benchmark::State& state, const Database& database) {
     const Statement select =
         prepare(database.get(), "SELECT codigo1, via, tipo_via, codpostal, impar_fin FROM postal "
                                 "WHERE (provincia, capital, via, tipo_via) >= (?,?,?,?) "
@@ -89,6 +88,11 @@ void seekSqlite(benchmark::State& state) {
     }
 }
 
+void seekSqliteRollback(benchmark::State& state) {
+    seekSqlite(state, openSqlite(sqliteRollbackPath(), "FULL", "DELETE"));
+}
+void seekSqliteWal(benchmark::State& state) { seekSqlite(state, openSqlite(sqlitePath())); }
+
 void seekLmdb(benchmark::State& state) {
     LmdbPostal postal;
     const auto& list = allSearches();
@@ -109,7 +113,8 @@ void seekLmdb(benchmark::State& state) {
 
 BENCHMARK(seekOursLocked)->Name("seek/ours")->MinTime(2);
 BENCHMARK(seekOursByCounter)->Name("seek_counter/ours")->MinTime(2);
-BENCHMARK(seekSqlite)->Name("seek/sqlite")->MinTime(2);
+BENCHMARK(seekSqliteRollback)->Name("seek/sqlite")->MinTime(2);
+BENCHMARK(seekSqliteWal)->Name("seek/sqlite_wal")->MinTime(2);
 BENCHMARK(seekLmdb)->Name("seek/lmdb")->MinTime(2);
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "sqlite_postal.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <stdexcept>
 
 namespace bench {
@@ -19,13 +20,13 @@ Statement prepare(sqlite3* database, const char* sql) {
     return Statement(statement);
 }
 
-Database openSqlite(const std::string& path, const char* synchronous) {
+Database openSqlite(const std::string& path, const char* synchronous, const char* journal) {
     sqlite3* database = nullptr;
     if (sqlite3_open(path.c_str(), &database) != SQLITE_OK) {
         throw std::runtime_error("sqlite3_open: " + path);
     }
     Database owner(database);
-    execute(database, "PRAGMA journal_mode=WAL");
+    execute(database, (std::string("PRAGMA journal_mode=") + journal).c_str());
     execute(database, "PRAGMA cache_size=-262144"); // 256 MiB: everything it touches stays warm
     execute(database, (std::string("PRAGMA synchronous=") + synchronous).c_str());
     return owner;
@@ -69,6 +70,15 @@ void loadSqlite(const std::string& path) {
     }
     execute(database.get(), indexSql);
     execute(database.get(), "COMMIT");
+}
+
+const std::string& sqliteRollbackPath() {
+    static const std::string path = [] {
+        std::string made = workFolder + "/postal-rollback.sqlite";
+        std::filesystem::copy_file(sqlitePath(), made);
+        return made;
+    }();
+    return path;
 }
 
 const std::string& sqlitePath() {

@@ -21,10 +21,13 @@ using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
 /// Path of the loaded database, made at the first call.
 [[nodiscard]] const std::string& sqlitePath();
+/// The same rows in a database of SQLite's default kind, with a rollback journal.
+[[nodiscard]] const std::string& sqliteRollbackPath();
 /// Loads all rows in one transaction and makes the three indexes afterwards, which is SQLite's fastest way.
 void loadSqlite(const std::string& path);
 
-[[nodiscard]] Database openSqlite(const std::string& path, const char* synchronous = "OFF");
+[[nodiscard]] Database openSqlite(const std::string& path, const char* synchronous = "OFF",
+                                  const char* journal = "WAL");
 void execute(sqlite3* database, const char* sql);
 [[nodiscard]] Statement prepare(sqlite3* database, const char* sql);
 void insertRow(sqlite3_stmt* insert, const PostalRow& row);
