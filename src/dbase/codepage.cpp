@@ -221,4 +221,8 @@ bool driverCollates(std::uint8_t languageDriver) {
            languageDriver == static_cast<std::uint8_t>(LanguageDriver::AnsiSpanish);
 }
 
+bool driverOrderIsUnknown(std::uint8_t languageDriver) {
+    return languageDriver == 0x14 || languageDriver == 0x18;
+}
+
 } // namespace dbase

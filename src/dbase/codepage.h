@@ -42,5 +42,7 @@ private:
 
 /// True for the drivers whose character keys are ordered by weight: 0x58, 0x59.
 [[nodiscard]] bool driverCollates(std::uint8_t languageDriver);
+/// True for the OEM Spanish drivers 0x14 and 0x18, which collate by weights that nobody has published.
+[[nodiscard]] bool driverOrderIsUnknown(std::uint8_t languageDriver);
 
 } // namespace dbase

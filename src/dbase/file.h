@@ -14,7 +14,7 @@ enum class LockKind { Shared, Exclusive };
 
 struct LockRange {
     std::uint64_t offset;
-    std::uint64_t length;
+    std::uint64_t length; // 0: to the end and beyond
 };
 
 /// Files of this size and over are refused: the classic engines count bytes in 31 bits.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "dbase/codepage.h"
 #include "dbase/error.h"
 #include "dbase/tree_cursor.h"
 
@@ -33,6 +34,9 @@ Table::Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::st
         if (!tag.isUnderstood()) {
             refuseWriting(tag.problem);
         }
+    }
+    if (driverOrderIsUnknown(schema().languageDriver)) {
+        refuseWriting("no se conoce el orden de claves de su idioma (español OEM)");
     }
     // Now, not at the first question: a table whose index was left behind is made whole, or refused, when it
     // is opened.

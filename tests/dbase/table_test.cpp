@@ -56,6 +56,14 @@ TEST_F(StoredTableTest, AppendsBehindTheLastRecord) {
     expectSound();
 }
 
+TEST_F(StoredTableTest, ALanguageWithUnknownKeyOrderIsReadOnly) {
+    for (const int driver : {0x14, 0x18}) {
+        makeTexts({{.name = "TEXTO", .expression = "TEXTO"}}, static_cast<LanguageDriver>(driver));
+        EXPECT_TRUE(table_->isReadOnly());
+        EXPECT_NE(table_->readOnlyReason().find("orden de claves"), std::string::npos);
+    }
+}
+
 TEST_F(StoredTableTest, AnOverwriteMovesTheRecordInTheTagsItConcernsOnly) {
     makeTexts({{.name = "TEXTO", .expression = "TEXTO"}, {.name = "NUM", .expression = "NUM"}});
     append("A", "3");

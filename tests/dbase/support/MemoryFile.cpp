@@ -47,7 +47,9 @@ bool MemoryFile::tryLock(LockRange range, LockKind kind) {
 
 void MemoryFile::unlock(LockRange range) noexcept {
     std::erase_if(content_->locks, [&](const MemoryContent::Lock& lock) {
-        return lock.owner == this && lock.range.offset == range.offset;
+        // A length of 0 reaches to the end of the file, as for the system.
+        return lock.owner == this &&
+               (range.length == 0 ? lock.range.offset >= range.offset : lock.range.offset == range.offset);
     });
 }
 
