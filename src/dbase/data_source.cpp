@@ -5,7 +5,9 @@ namespace dbase {
 void DataSource::setDataset(Dataset* dataset) {
     dataset_ = dataset;
     upstream_.reset();
+    upstreamLife_.reset();
     if (dataset_ != nullptr) {
+        upstreamLife_ = dataset_->lifetime();
         upstream_ = dataset_->listen([this](DatasetChange change) { listeners_.tell(change); });
     }
     listeners_.tell(dataset_ != nullptr && dataset_->isOpen() ? DatasetChange::Opened

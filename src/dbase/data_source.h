@@ -13,16 +13,19 @@ public:
     DataSource(const DataSource&) = delete;
     DataSource& operator=(const DataSource&) = delete;
 
-    [[nodiscard]] Dataset* dataset() const { return dataset_; }
-    /// The dataset must outlive the source or be taken away with nullptr.
+    /// Null when there is none, and when it was destroyed.
+    [[nodiscard]] Dataset* dataset() const { return upstreamLife_.expired() ? nullptr : dataset_; }
     void setDataset(Dataset* dataset);
 
     [[nodiscard]] Dataset::Subscription listen(Dataset::Listener listener) {
         return listeners_.add(std::move(listener));
     }
+    /// Expires with the source.
+    [[nodiscard]] std::weak_ptr<const void> lifetime() const { return listeners_.lifetime(); }
 
 private:
     Dataset* dataset_ = nullptr;
+    std::weak_ptr<const void> upstreamLife_;
     Dataset::Subscription upstream_;
     ListenerList listeners_;
 };

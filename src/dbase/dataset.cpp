@@ -102,6 +102,7 @@ void Dataset::prepare() {
 
 void Dataset::close() {
     if (open_) {
+        requireUnvisited();
         letGo();
         changed(DatasetChange::Closed);
     }

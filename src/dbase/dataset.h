@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "dbase/dataset_types.h"
+#include "dbase/dataset_window.h"
 #include "dbase/expression.h"
 #include "dbase/field.h"
 #include "dbase/listener_list.h"
@@ -103,6 +104,17 @@ public:
     bool goTo(Bookmark bookmark);
     /// Reads the current record again; when it is gone, the next one, else the last.
     void refresh();
+    /// To the record at a share of the order (0 to 1, as RowsAround gives it) or the next one shown, else the
+    /// one before. False, position unchanged, when there is none. O(height of the tree) without filter.
+    bool goToPlace(double place);
+
+    // --- Rows around the current one, without moving and without telling; see dataset_window.h. Errors:
+    // BadState while rows are being shown to a visitor or calculated.
+    [[nodiscard]] RowsAround readAround(const WindowSize& size) const;
+    /// Shows some of them to a visitor, which gets their index: meanwhile the fields, calculated ones
+    /// included, have that row's values, and nothing else can be done with the dataset.
+    void visitRows(const RowsAround& around, std::size_t first, std::size_t count,
+                   const std::function<void(std::size_t)>& visit);
 
     // --- Editing. Errors: Error with ReadOnly, BadState, LockRefused, RecordChanged, and whatever writing
     // raises.
@@ -131,6 +143,8 @@ public:
     void setAfterOpen(std::function<void(Dataset&)> hook) { afterOpen_ = std::move(hook); }
 
     [[nodiscard]] Subscription listen(Listener listener) { return listeners_.add(std::move(listener)); }
+    /// Expires with the dataset.
+    [[nodiscard]] std::weak_ptr<const void> lifetime() const { return listeners_.lifetime(); }
     /// Between suspend and the matching resume nothing is told; resume then tells Order once. Nests.
     void suspendNotifications();
     void resumeNotifications();
@@ -139,6 +153,8 @@ private:
     friend class Field;
     struct Spot;
     struct ReadAhead;
+    class Visit;
+    struct Walk;
     enum class Direction { Forward, Backward };
 
     // dataset_fields.cpp
@@ -157,17 +173,27 @@ private:
     void requireOpen() const;
     void requireClosed() const;
     void requireKeys() const;
+    void requireUnvisited() const;
 
     // dataset_search.cpp
     [[nodiscard]] bool isVisible(const RecordView& record) const;
     [[nodiscard]] bool isInRange(std::string_view key) const;
     [[nodiscard]] std::string shownKey() const;
     void enterRange(Spot& spot, Direction direction) const;
-    [[nodiscard]] bool settle(Spot& spot, Direction direction, std::string_view wanted = {}) const;
+    [[nodiscard]] bool settle(Spot& spot, Direction direction, std::string_view wanted = {},
+                              std::size_t* mostHidden = nullptr) const;
     [[nodiscard]] bool toEnd(Spot& spot, Direction direction) const;
     [[nodiscard]] bool toEntry(Spot& spot, const RecordView& record) const;
     [[nodiscard]] bool toRecord(Spot& spot, RecordNumber number) const;
     [[nodiscard]] bool toNeighbour(Spot& spot, Direction direction) const;
+
+    // dataset_window.cpp
+    [[nodiscard]] bool isPending() const;
+    [[nodiscard]] Walk walk(Direction direction, std::size_t count, std::size_t mostHidden) const;
+    [[nodiscard]] std::pair<double, double> rangeShares() const;
+    [[nodiscard]] double shareOf(const Spot& spot, const std::pair<double, double>& range) const;
+    [[nodiscard]] bool toPlace(Spot& spot, double place) const;
+    [[nodiscard]] RowsAround gatherAround(const WindowSize& size) const;
 
     // dataset_moves.cpp
     [[nodiscard]] bool takeAhead();
@@ -200,7 +226,7 @@ private:
     DatasetState state_ = DatasetState::Closed;
     RecordNumber record_ = 0;
     bool bof_ = false, eof_ = false, modified_ = false;
-    bool autoCalculates_ = true, isCalculating_ = false;
+    bool autoCalculates_ = true, isCalculating_ = false, isVisited_ = false;
     int paused_ = 0;
     std::vector<RecordNumber> explicitLocks_;
     ListenerList listeners_;

@@ -45,6 +45,7 @@ void Dataset::giveRecordBack() {
 
 void Dataset::edit() {
     requireOpen();
+    requireUnvisited();
     if (state_ != DatasetState::Browse) {
         return;
     }
@@ -72,6 +73,7 @@ void Dataset::edit() {
 
 void Dataset::post() {
     requireOpen();
+    requireUnvisited();
     switch (state_) {
     case DatasetState::Insert:
         record_ = open_->append(row_);
@@ -95,6 +97,7 @@ void Dataset::post() {
 }
 
 void Dataset::cancel() {
+    requireUnvisited(); // every move begins here
     if (state_ != DatasetState::Insert && state_ != DatasetState::Edit) {
         return;
     }

@@ -231,6 +231,20 @@ bool Dataset::goTo(Bookmark bookmark) {
     return found;
 }
 
+bool Dataset::goToPlace(double place) {
+    requireOpen();
+    cancel();
+    ahead_->clear();
+    const bool found = landOn([&](Spot& spot) {
+        return (toPlace(spot, place) && settle(spot, Direction::Forward)) ||
+               (toPlace(spot, place) && settle(spot, Direction::Backward));
+    });
+    if (found) {
+        changed(DatasetChange::Moved);
+    }
+    return found;
+}
+
 void Dataset::refresh() {
     requireOpen();
     cancel();

@@ -24,7 +24,7 @@ std::string Dataset::shownKey() const {
     }
     std::string key(activeTag_->keyLength, ' ');
     if (activeTag_->isUnderstood()) {
-        makeKey(*activeTag_, {&schema(), row_, record_}, key);
+        makeKey(*activeTag_, {&schema(), isPending() ? shown_ : row_, record_}, key);
     }
     return key;
 }
@@ -48,14 +48,20 @@ void Dataset::enterRange(Spot& spot, Direction direction) const {
 }
 
 /// From an entry on, in the given direction, to the first one that range and filter show. Goes no further
-/// than the entries with the wanted key, when there is one.
-bool Dataset::settle(Spot& spot, Direction direction, std::string_view wanted) const {
+/// than the entries with the wanted key, when there is one, and gives up behind so many hidden rows, when
+/// that is limited; the limit is counted down.
+bool Dataset::settle(Spot& spot, Direction direction, std::string_view wanted,
+                     std::size_t* mostHidden) const {
     const bool forward = direction == Direction::Forward;
+    const auto givesUp = [mostHidden] { return mostHidden != nullptr && (*mostHidden)-- == 0; };
     const RecordNumber count = open_->records().recordCount();
     if (activeTag_ == nullptr) {
         for (; spot.record >= 1 && spot.record <= count; forward ? ++spot.record : --spot.record) {
             if (isVisible(open_->records().record(spot.record))) {
                 return true;
+            }
+            if (givesUp()) {
+                return false;
             }
         }
         return false;
@@ -70,6 +76,9 @@ bool Dataset::settle(Spot& spot, Direction direction, std::string_view wanted) c
         spot.record = cursor.record();
         if (spot.record <= count && isVisible(open_->records().record(spot.record))) {
             return true;
+        }
+        if (givesUp()) {
+            return false;
         }
     }
     return false;

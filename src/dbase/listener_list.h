@@ -21,6 +21,8 @@ public:
         listeners_.push_back(subscription);
         return subscription;
     }
+    /// Expires with the list: who keeps a pointer to what owns it asks here whether that still exists.
+    [[nodiscard]] std::weak_ptr<const void> lifetime() const { return lifetime_; }
     void tell(DatasetChange change) {
         if (listeners_.empty()) {
             return;
@@ -36,6 +38,7 @@ public:
 
 private:
     std::vector<std::weak_ptr<Listener>> listeners_;
+    std::shared_ptr<const void> lifetime_ = std::make_shared<char>();
 };
 
 } // namespace dbase

@@ -1,5 +1,6 @@
 #include "dbase/tree_cursor.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -158,6 +159,37 @@ bool TreeCursor::last() { return descend(Bound::Last, {}) || priorLeaf(); }
 // Separators may be larger than the last key below them, so the bound may lie in the next leaf.
 bool TreeCursor::seek(std::string_view key) { return descend(Bound::Lower, key) || nextLeaf(); }
 void TreeCursor::placeBehind(std::string_view key) { descend(Bound::Upper, key); }
+
+bool TreeCursor::seekShare(double share) {
+    depth_ = 0;
+    steps_ = 0;
+    PageNumber page = index_->treeRoot(*tag_).root;
+    while (true) {
+        if (depth_ == maxDepth) {
+            index_->damaged(page, "el árbol del tag " + tag_->definition.name + " no termina");
+        }
+        const TreeNode node(*index_, *tag_, page, buffer_);
+        const std::uint32_t branches = std::max<std::uint32_t>(node.count() + (node.isLeaf() ? 0 : 1), 1);
+        const double wanted = std::clamp(share, 0.0, 1.0) * branches;
+        const std::uint32_t slot = std::min(static_cast<std::uint32_t>(wanted), branches - 1);
+        share = wanted - slot;
+        levels_[depth_++] = {page, slot};
+        if (node.isLeaf()) {
+            return land(node) || nextLeaf();
+        }
+        page = node.pointer(slot);
+    }
+}
+
+double TreeCursor::share() const {
+    double share = 0;
+    for (std::size_t level = depth_; level-- > 0;) {
+        const TreeNode node(*index_, *tag_, levels_[level].page, buffer_);
+        const std::uint32_t branches = node.count() + (node.isLeaf() ? 0 : 1);
+        share = branches == 0 ? 0 : std::min((levels_[level].slot + share) / branches, 1.0);
+    }
+    return share;
+}
 
 bool TreeCursor::next() {
     const TreeNode leaf(*index_, *tag_, levels_[depth_ - 1].page, buffer_);

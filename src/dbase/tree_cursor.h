@@ -59,6 +59,8 @@ public:
     void placeBehind(std::string_view key);
     /// First entry of the next leaf.
     bool nextLeaf();
+    /// The entry at a share of the tree (0 to 1), as if every block held equally many.
+    bool seekShare(double share);
     /// The entry of one record, stepping through equal keys in whatever order they lie.
     bool find(std::string_view key, RecordNumber record);
 
@@ -74,6 +76,8 @@ public:
     /// The stack, root first; its last level is the leaf, also when the cursor stands behind the last entry
     /// of it.
     [[nodiscard]] std::span<const Level> path() const { return {levels_.data(), depth_}; }
+    /// How much of the tree lies before the entry (0 to 1), as if every block held equally many.
+    [[nodiscard]] double share() const;
     /// Entries that follow in the same leaf, the current one included.
     [[nodiscard]] std::uint32_t entriesLeftInLeaf() const;
     /// Their record numbers; the first is the current one's.
