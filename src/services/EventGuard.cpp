@@ -23,6 +23,8 @@ void show(const QString& text) noexcept {
 void runGuarded(const std::function<void()>& body) noexcept {
     try {
         body();
+    } catch (const SilentAbort&) {
+        // Whoever threw it has told the user.
     } catch (const std::exception& error) {
         show(QString::fromUtf8(error.what()));
     } catch (...) {

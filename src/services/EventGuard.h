@@ -1,13 +1,21 @@
 // The one guard in which every slot and event handler runs.
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <type_traits>
 #include <utility>
 
 namespace ambrel {
 
-/// Runs a handler's body. An exception that reaches it is shown to the user once, and the program goes on.
+/// Ends an operation of which the user was told already why it goes no further.
+class SilentAbort : public std::exception {
+public:
+    [[nodiscard]] const char* what() const noexcept override { return "operación interrumpida"; }
+};
+
+/// Runs a handler's body. An exception that reaches it is shown to the user once, and the program goes on; a
+/// SilentAbort is not shown.
 void runGuarded(const std::function<void()>& body) noexcept;
 
 /// Wraps a handler for connect(): connect(button, &QPushButton::clicked, this, guarded([this] { ... })).

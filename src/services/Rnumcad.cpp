@@ -8,13 +8,6 @@
 
 namespace {
 
-std::string_view withoutBlanks(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 /// Characters to take out of `available` when n are asked for.
 std::size_t taken(int n, std::size_t available) {
     return n <= 0 ? 0 : std::min(static_cast<std::size_t>(n), available);
@@ -49,7 +42,7 @@ std::string UpperCase(std::string_view text) {
 std::string Int_Cad(int number) { return std::to_string(number); }
 
 int Cad_Int(std::string_view text) {
-    std::string_view digits = withoutBlanks(text);
+    std::string_view digits = ambrel::withoutBlanks(text);
     if (digits.size() > 1 && digits.front() == '+' && digits[1] != '-')
         digits.remove_prefix(1);
     int number = 0;
@@ -59,6 +52,13 @@ int Cad_Int(std::string_view text) {
 }
 
 namespace ambrel {
+
+std::string_view withoutBlanks(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
 
 bool isAlphanumeric(unsigned char character) {
     return (character >= '0' && character <= '9') || dbase::CodePage::windows1252().isLetter(character);

@@ -26,6 +26,9 @@
 
 namespace ambrel {
 
+/// The text without the blanks at both ends; part of the text given.
+[[nodiscard]] std::string_view withoutBlanks(std::string_view text);
+
 /// Digits, letters (accented ones, ª and º included); not ¹ ² ³ ¼ ½ ¾.
 [[nodiscard]] bool isAlphanumeric(unsigned char character);
 

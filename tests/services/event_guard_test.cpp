@@ -44,6 +44,17 @@ TEST(EventGuard, InsideAnotherShowsAnExceptionOnce) {
     EXPECT_TRUE(went);
 }
 
+TEST(EventGuard, DoesNotShowASilentAbort) {
+    ScriptedMessages none;
+    bool went = false;
+    runGuarded([&] {
+        went = true;
+        throw ambrel::SilentAbort();
+    });
+    EXPECT_TRUE(went);
+    EXPECT_TRUE(none.shown().empty());
+}
+
 TEST(EventGuard, ShowsWhatIsNoStandardException) {
     ScriptedMessages messages;
     messages.expect("Se ha producido un error inesperado.", "Atención");

@@ -76,6 +76,14 @@ TEST(CadInt, GivesZeroForWhatDoesNotFit) {
     EXPECT_EQ(Cad_Int("99999999999999999999"), 0);
 }
 
+TEST(WithoutBlanks, TakesThemOffBothEndsOnly) {
+    EXPECT_EQ(ambrel::withoutBlanks("  A  B "), "A  B");
+    EXPECT_EQ(ambrel::withoutBlanks("AB"), "AB");
+    EXPECT_EQ(ambrel::withoutBlanks("   "), "");
+    EXPECT_EQ(ambrel::withoutBlanks(""), "");
+    EXPECT_EQ(ambrel::withoutBlanks("\tA\xA0"), "\tA\xA0") << "only blanks count";
+}
+
 bool areAlphanumeric(const std::string& utf8) {
     bool all = true;
     for (const char c : ansi(utf8))
