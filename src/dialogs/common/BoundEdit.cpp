@@ -1,0 +1,81 @@
+// Between an edit box and a field.
+#include "dialogs/common/BoundEdit.h"
+
+#include <QScopedValueRollback>
+#include <utility>
+
+#include "dbase/error.h"
+#include "services/EventGuard.h"
+#include "services/Text.h"
+
+namespace ambrel {
+namespace {
+
+bool isPending(const dbase::Dataset& table) {
+    return table.state() == dbase::DatasetState::Insert || table.state() == dbase::DatasetState::Edit;
+}
+
+} // namespace
+
+BoundEdit::BoundEdit(QWidget* parent) : QLineEdit(parent) {
+    setReadOnly(true);
+    connect(this, &QLineEdit::textChanged, this, guarded([this] { write(); }));
+}
+
+void BoundEdit::bind(dbase::DataSource& source, std::string field) {
+    source_ = &source;
+    sourceLife_ = source.lifetime();
+    fieldName_ = std::move(field);
+    subscription_ = source.listen([this](dbase::DatasetChange change) { follow(change); });
+    follow(dbase::DatasetChange::Opened);
+}
+
+void BoundEdit::unbind() {
+    subscription_.reset();
+    source_ = nullptr;
+    follow(dbase::DatasetChange::Closed);
+}
+
+/// Null when there is nothing that the box could show.
+dbase::Field* BoundEdit::field() const {
+    dbase::Dataset* const table = source_ && !sourceLife_.expired() ? source_->dataset() : nullptr;
+    return table && table->isOpen() ? table->findField(fieldName_) : nullptr;
+}
+
+void BoundEdit::follow(dbase::DatasetChange change) {
+    if (passing_)
+        return;
+    const dbase::Field* const bound = field();
+    setReadOnly(!bound || !isPending(bound->dataset()));
+    if (change == dbase::DatasetChange::State)
+        return; // a value that changes with the state is told by itself
+    // Another field's value leaves the box alone: it may hold what its own field refused.
+    if (change != dbase::DatasetChange::Field || !bound || bound->text() != shownValue_)
+        show(bound);
+}
+
+void BoundEdit::show(const dbase::Field* field) {
+    const QScopedValueRollback passing(passing_, true);
+    shownValue_ = field ? field->text() : std::string();
+    refused_ = false;
+    if (const QString value = fromWindows1252(shownValue_); value != text())
+        setText(value);
+}
+
+void BoundEdit::write() {
+    dbase::Field* const bound = field();
+    if (passing_ || !bound || !isPending(bound->dataset()))
+        return;
+    const QScopedValueRollback passing(passing_, true);
+    refused_ = false;
+    try {
+        bound->setText(toNearestWindows1252(text()));
+    } catch (const dbase::Error& error) {
+        if (error.code() != dbase::ErrorCode::BadValue)
+            throw;
+        refused_ = true;
+    }
+    shownValue_ = bound->text();
+}
+
+} // namespace ambrel

@@ -1,0 +1,43 @@
+// An edit box that belongs to a field of a dataset.
+#pragma once
+
+#include <QLineEdit>
+#include <memory>
+#include <string>
+
+#include "dbase/data_source.h"
+
+namespace ambrel {
+
+/// Shows the field's value in the current record and follows it. Every change of the text, typed or not,
+/// reaches the pending record at once; while no record is pending the box is read-only. A text that the field
+/// cannot hold, such as a word in a number, stays in the box, and the field keeps the value that it had.
+class BoundEdit : public QLineEdit {
+    Q_OBJECT
+public:
+    explicit BoundEdit(QWidget* parent = nullptr);
+
+    /// A source without dataset, or a dataset without the field, shows nothing. The source may go before the
+    /// box, which is empty then from the next change on.
+    void bind(dbase::DataSource& source, std::string field);
+    void unbind();
+
+    /// The text is not in the field, because the field cannot hold it.
+    [[nodiscard]] bool isRefused() const { return refused_; }
+
+private:
+    [[nodiscard]] dbase::Field* field() const;
+    void follow(dbase::DatasetChange change);
+    void show(const dbase::Field* field);
+    void write();
+
+    dbase::DataSource* source_ = nullptr;
+    std::weak_ptr<const void> sourceLife_;
+    dbase::Dataset::Subscription subscription_;
+    std::string fieldName_;
+    std::string shownValue_; // of the field, when the box was last in step with it
+    bool passing_ = false;   // a text is on its way between box and field
+    bool refused_ = false;
+};
+
+} // namespace ambrel

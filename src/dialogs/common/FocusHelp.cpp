@@ -1,0 +1,65 @@
+// Focus colour and status bar of the dialogs.
+#include "dialogs/common/FocusHelp.h"
+
+#include <QEvent>
+#include <QPushButton>
+#include <QStatusBar>
+#include <utility>
+
+#include "services/EventGuard.h"
+#include "services/FocusEvents.h"
+#include "services/Rvarias.h"
+
+namespace ambrel {
+
+FocusHelp::FocusHelp(QWidget& dialog, QStatusBar& bar) : QObject(&dialog), bar_(bar) {
+    for (QWidget* const control : dialog.findChildren<QWidget*>()) {
+        if (!control->toolTip().isEmpty() && control->accessibleDescription().isEmpty())
+            control->setAccessibleDescription(control->toolTip());
+    }
+}
+
+void FocusHelp::TomaFoco(QWidget* control) {
+    TomaFocoControl(control);
+    bar_.showMessage(control->toolTip());
+}
+
+void FocusHelp::DejaFoco(QWidget* control) {
+    DejaFocoControl(control);
+    bar_.clearMessage();
+}
+
+void FocusHelp::TomaFocoBoton(QWidget* button) { bar_.showMessage(button->toolTip()); }
+
+// The mouse that leaves a button empties the bar, whatever has the focus.
+void FocusHelp::DejaFocoBoton() { bar_.clearMessage(); }
+
+void FocusHelp::watchEdit(QWidget* edit, std::function<void()> onEnter, std::function<void()> onExit) {
+    if (!onEnter)
+        onEnter = [this, edit] { TomaFoco(edit); };
+    if (!onExit)
+        onExit = [this, edit] { DejaFoco(edit); };
+    FocusEvents::watch(edit, std::move(onEnter), std::move(onExit));
+}
+
+void FocusHelp::watchButton(QPushButton* button) {
+    watchFocus(button);
+    button->installEventFilter(this);
+}
+
+void FocusHelp::watchGrid(QWidget* grid) { watchFocus(grid); }
+
+void FocusHelp::watchFocus(QWidget* control) {
+    FocusEvents::watch(
+        control, [this, control] { TomaFocoBoton(control); }, [this] { DejaFocoBoton(); });
+}
+
+bool FocusHelp::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Enter)
+        runGuarded([&] { TomaFocoBoton(static_cast<QWidget*>(watched)); });
+    else if (event->type() == QEvent::Leave)
+        runGuarded([&] { DejaFocoBoton(); });
+    return false;
+}
+
+} // namespace ambrel

@@ -1,0 +1,46 @@
+// What a dialog does when the focus or the mouse comes to a control: colour, and its hint in the status bar.
+#pragma once
+
+#include <QObject>
+#include <functional>
+
+class QPushButton;
+class QStatusBar;
+class QWidget;
+
+namespace ambrel {
+
+/// A control's hint is its tool tip. One of these serves one dialog, whose controls and texts are there when
+/// it is made; its handlers can be attached to controls by the watch functions or called by a dialog's own
+/// handlers.
+class FocusHelp : public QObject {
+    Q_OBJECT
+public:
+    /// Makes the tool tip of every control of the dialog its accessible description as well.
+    FocusHelp(QWidget& dialog, QStatusBar& bar);
+
+    /// Focus gained by an edit control: focus colour, hint in the status bar.
+    void TomaFoco(QWidget* control);
+    /// Focus lost: normal colour, empty status bar.
+    void DejaFoco(QWidget* control);
+    /// Focus gained by a button, or the mouse over it: hint in the status bar.
+    void TomaFocoBoton(QWidget* button);
+    void DejaFocoBoton();
+
+    /// Attaches handlers to an edit control; empty ones stand for TomaFoco and DejaFoco alone. A handler that
+    /// is given replaces them and calls them itself.
+    void watchEdit(QWidget* edit, std::function<void()> onEnter = {}, std::function<void()> onExit = {});
+    /// Attaches TomaFocoBoton and DejaFocoBoton to a button, for focus and mouse.
+    void watchButton(QPushButton* button);
+    /// Attaches both to a grid that has a hint, for the focus.
+    void watchGrid(QWidget* grid);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void watchFocus(QWidget* control);
+
+    QStatusBar& bar_;
+};
+
+} // namespace ambrel

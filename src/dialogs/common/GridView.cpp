@@ -1,0 +1,136 @@
+#include "dialogs/common/GridView.h"
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
+#include <algorithm>
+
+namespace ambrel {
+namespace {
+
+constexpr int rowMargin = 3;       // logical pixels above and below a text
+constexpr int focusDarkness = 160; // per cent, of the line around the current row
+
+/// The current row looks the same wherever the focus is, and no cell of it stands out.
+class RowDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->state &= ~QStyle::State_HasFocus;
+        option->state &= ~QStyle::State_MouseOver;
+        option->state |= QStyle::State_Active;
+    }
+};
+
+} // namespace
+
+GridView::GridView(QWidget* parent) : QTableView(parent) {
+    setFrameShape(NoFrame);
+    setFocusPolicy(Qt::TabFocus); // a click on a row takes the focus, one on a title does not
+    setItemDelegate(new RowDelegate(this));
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setTabKeyNavigation(false);
+    setAlternatingRowColors(true);
+    setShowGrid(false);
+    setWordWrap(false);
+    setAutoScroll(false);
+    setCornerButtonEnabled(false);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollMode(ScrollPerPixel);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setSectionsClickable(true);
+    horizontalHeader()->setMinimumSectionSize(1);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    fitRows();
+}
+
+void GridView::fitRows() {
+    const int height = fontMetrics().height() + 2 * rowMargin;
+    verticalHeader()->setMinimumSectionSize(height);
+    verticalHeader()->setDefaultSectionSize(height);
+}
+
+int GridView::room() const {
+    return std::max(1, viewport()->height() / verticalHeader()->defaultSectionSize());
+}
+
+void GridView::showCurrent(int row, bool isOther) {
+    const QModelIndex wanted = model()->index(row, 0);
+    if (!wanted.isValid()) {
+        selectionModel()->clear();
+        return;
+    }
+    if (isOther && wanted == currentIndex()) {
+        selectionModel()->clearCurrentIndex(); // or the view would take it for the same cell
+    }
+    selectionModel()->setCurrentIndex(wanted,
+                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+void GridView::showWidth(int column, int width) {
+    setColumnHidden(column, width <= 0);
+    if (width > 0) {
+        setColumnWidth(column, width);
+    }
+}
+
+int GridView::heightOf(int rows) const {
+    return horizontalHeader()->sizeHint().height() + rows * verticalHeader()->defaultSectionSize();
+}
+
+void GridView::keyPressEvent(QKeyEvent* event) { event->ignore(); }
+
+void GridView::mousePressEvent(QMouseEvent* event) {
+    setFocus(Qt::MouseFocusReason);
+    const int row = rowAt(event->position().toPoint().y());
+    if (event->button() == Qt::LeftButton && row >= 0) {
+        emit rowPressed(row);
+    }
+}
+
+void GridView::mouseMoveEvent(QMouseEvent* event) { event->accept(); }
+
+void GridView::mouseReleaseEvent(QMouseEvent* event) { event->accept(); }
+
+void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
+    const int row = rowAt(event->position().toPoint().y());
+    if (event->button() == Qt::LeftButton && row >= 0) {
+        emit rowDoubleClicked(row);
+    }
+}
+
+void GridView::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (hasFocus() && currentIndex().isValid()) {
+        const QRect row(0, rowViewportPosition(currentIndex().row()), viewport()->width(),
+                        rowHeight(currentIndex().row()));
+        QPainter painter(viewport());
+        painter.setPen(palette().color(QPalette::Active, QPalette::Highlight).darker(focusDarkness));
+        painter.drawRect(row.adjusted(0, 0, -1, -1));
+    }
+}
+
+void GridView::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    emit roomChanged();
+}
+
+void GridView::changeEvent(QEvent* event) {
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        fitRows();
+        emit roomChanged();
+    }
+}
+
+} // namespace ambrel

@@ -1,0 +1,26 @@
+#include "dialogs/common/ProvinceItems.h"
+
+namespace ambrel {
+
+QString provinceItem(const QString& name, const QString& code) {
+    return name + QStringLiteral(" [") + code.right(2) + QStringLiteral("]");
+}
+
+QString nameOfItem(const QString& item) { return item.left(item.indexOf(QLatin1String(" ["))).trimmed(); }
+
+QString codeOfItem(const QString& item) {
+    const auto bracket = item.indexOf(QLatin1Char('['));
+    return bracket < 0 ? QString() : item.mid(bracket + 1, 2).trimmed();
+}
+
+int findItemContaining(const QStringList& items, const QString& text) {
+    if (text.isEmpty())
+        return -1;
+    for (int index = 0; index < items.size(); ++index) {
+        if (items[index].contains(text))
+            return index;
+    }
+    return -1;
+}
+
+} // namespace ambrel

@@ -1,0 +1,96 @@
+// Capitals and lengths of what is typed.
+#include "dialogs/common/TypingRules.h"
+
+#include <QApplication>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QScopedValueRollback>
+#include <algorithm>
+
+#include "services/Text.h"
+
+namespace ambrel {
+namespace {
+
+bool isPrintable(const QKeyEvent& event) { return !event.text().isEmpty() && event.text().front().isPrint(); }
+
+/// Whether a key press puts its text into a box, rather than being a command.
+bool typesText(const QKeyEvent& event) {
+    return !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) &&
+           isPrintable(event);
+}
+
+/// The tables keep Windows-1252. A letter that it lacks is kept as the nearest one; what has none is refused
+/// aloud, at the key rather than at the save.
+bool canBeKept(const QString& typed) {
+    if (typed.contains(QLatin1Char('?')) || toNearestWindows1252(typed).find('?') == std::string::npos)
+        return true;
+    QApplication::beep();
+    return false;
+}
+
+} // namespace
+
+TypingRules::TypingRules(QLineEdit* box, int maximalLength, Capitals capitals)
+    : QObject(box), box_(box), typedInto_(box->focusProxy() ? box->focusProxy() : box),
+      maximalLength_(maximalLength), capitals_(capitals) {
+    typedInto_->installEventFilter(this);
+}
+
+bool TypingRules::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == typedInto_ && !passing_) {
+        if (event->type() == QEvent::KeyPress)
+            return filterKey(*static_cast<QKeyEvent*>(event));
+        if (event->type() == QEvent::InputMethod)
+            return filterInput(*static_cast<QInputMethodEvent*>(event));
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+bool TypingRules::hasRoomFor(const QString& typed) const {
+    const auto kept = box_->text().size() - box_->selectedText().size();
+    return maximalLength_ == anyLength || kept + typed.size() <= maximalLength_;
+}
+
+QString TypingRules::withCapitals(const QString& typed) const {
+    QString text = typed;
+    // Letter by letter: a capital that needs two letters (ß) would shift what follows.
+    if (capitals_ == Capitals::Yes)
+        std::ranges::transform(text, text.begin(), [](QChar letter) { return letter.toUpper(); });
+    return text;
+}
+
+bool TypingRules::filterKey(const QKeyEvent& event) {
+    if (event.modifiers() == Qt::AltModifier && isPrintable(event))
+        return true; // a mnemonic that nothing has: an edit box would take it for a letter
+    if (!typesText(event))
+        return false;
+    if (!hasRoomFor(event.text()) || !canBeKept(event.text()))
+        return true;
+    const QString text = withCapitals(event.text());
+    if (text == event.text())
+        return false;
+    QKeyEvent capital(event.type(), event.key(), event.modifiers(), text, event.isAutoRepeat(),
+                      static_cast<quint16>(event.count()));
+    const QScopedValueRollback passing(passing_, true);
+    QCoreApplication::sendEvent(typedInto_, &capital);
+    return true;
+}
+
+bool TypingRules::filterInput(const QInputMethodEvent& event) {
+    if (event.commitString().isEmpty())
+        return false;
+    const QString text = withCapitals(event.commitString());
+    const bool fits = hasRoomFor(text) && canBeKept(text);
+    if (fits && text == event.commitString())
+        return false;
+    QInputMethodEvent changed(event.preeditString(), event.attributes());
+    if (fits)
+        changed.setCommitString(text, event.replacementStart(), event.replacementLength());
+    const QScopedValueRollback passing(passing_, true);
+    QCoreApplication::sendEvent(typedInto_, &changed);
+    return true;
+}
+
+} // namespace ambrel
