@@ -1,0 +1,126 @@
+// The list of municipalities that the controller shows.
+#include "dialogs/BuscarMunicipios.h"
+
+#include "controller/ClasCodPostales.h"
+#include "data/CodPostalesDM.h"
+#include "dialogs/MunicipalityColumns.h"
+#include "dialogs/common/FocusHelp.h"
+#include "dialogs/common/FormKeys.h"
+#include "dialogs/common/IncrementalSearch.h"
+#include "dialogs/common/LastColumn.h"
+#include "dialogs/common/ModalDialog.h"
+#include "services/EventGuard.h"
+#include "services/KeyUpEvents.h"
+#include "services/TagProperty.h"
+#include "ui_BuscarMunicipios.h"
+
+TFBuscarMunicipios::TFBuscarMunicipios(QWidget* owner, TClassCodPostales& controller)
+    : QDialog(ambrel::dialogParent(owner)), controller_(controller),
+      ui_(std::make_unique<Ui::TFBuscarMunicipios>()) {
+    ui_->setupUi(this);
+    ui_->DBGMUNICIPI->setColumns(ambrel::municipalityColumns(fontMetrics()));
+    ui_->DBGMUNICIPI->setDataSource(&DSMunicipi);
+    help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
+    connectControls();
+}
+
+TFBuscarMunicipios::~TFBuscarMunicipios() { ui_->DBGMUNICIPI->setDataSource(nullptr); }
+
+void TFBuscarMunicipios::connectControls() {
+    using ambrel::guarded;
+    new ambrel::FormKeys(*this, *ui_->BBCancelar);
+    watchEdit(ui_->ECODINE, &TFBuscarMunicipios::ECODINEEnter);
+    watchEdit(ui_->ECODPOSTAL, &TFBuscarMunicipios::ECODPOSTALEnter);
+    watchEdit(ui_->ENOMBRE, &TFBuscarMunicipios::ENOMBREEnter);
+    help_->watchGrid(ui_->DBGMUNICIPI);
+    help_->watchButton(ui_->BBAceptar);
+    help_->watchButton(ui_->BBCancelar);
+    connect(ui_->DBGMUNICIPI, &ambrel::DataGrid::titleClicked, this,
+            guarded([this](int column) { DBGMUNICIPITitleClick(column); }));
+    connect(ui_->DBGMUNICIPI, &ambrel::DataGrid::rowDoubleClicked, this,
+            guarded([this] { DBGMUNICIPIDblClick(); }));
+    connect(ui_->BBAceptar, &QPushButton::clicked, this, guarded([this] { BBAceptarClick(); }));
+    connect(ui_->BBCancelar, &QPushButton::clicked, this, guarded([this] { BBCancelarClick(); }));
+}
+
+void TFBuscarMunicipios::watchEdit(QLineEdit* edit, void (TFBuscarMunicipios::*enter)()) {
+    help_->watchEdit(
+        edit, [this, enter] { (this->*enter)(); }, [this, edit] { Dejafoco(edit); });
+    ambrel::KeyUpEvents::watch(
+        edit, [this, edit](std::uint16_t& key, Qt::KeyboardModifiers) { ECODINEKeyUp(*edit, key); });
+}
+
+void TFBuscarMunicipios::reject() { done(ambrel::cancelledResult); }
+
+void TFBuscarMunicipios::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    ambrel::runGuarded([this] { FormShow(); });
+}
+
+void TFBuscarMunicipios::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    ambrel::runGuarded([this] { FormResize(); });
+}
+
+void TFBuscarMunicipios::FormShow() {
+    dbase::Dataset& table = controller_.DM->tbMunicipi;
+    DSMunicipi.setDataset(&table);
+    ambrel::focusEditOfTag(table.tag(), {ui_->ECODINE, ui_->ECODPOSTAL, ui_->ENOMBRE});
+    ui_->DBGMUNICIPI->setColumnTitle(2, ambrel::municipalityNameTitle());
+    FormResize();
+}
+
+void TFBuscarMunicipios::FormResize() { ambrel::fillLastColumn(*ui_->DBGMUNICIPI); }
+
+void TFBuscarMunicipios::TomaFoco(QLineEdit* edit) { help_->TomaFoco(edit); }
+
+void TFBuscarMunicipios::Dejafoco(QLineEdit* edit) { help_->DejaFoco(edit); }
+
+void TFBuscarMunicipios::ECODINEEnter() {
+    TomaFoco(ui_->ECODINE);
+    controller_.OrdenaPorCodIneMunicipi();
+}
+
+void TFBuscarMunicipios::ECODPOSTALEnter() {
+    TomaFoco(ui_->ECODPOSTAL);
+    controller_.OrdenaPorCodPostalMunicipi();
+}
+
+void TFBuscarMunicipios::ENOMBREEnter() {
+    TomaFoco(ui_->ENOMBRE);
+    controller_.OrdenaPorNombreMunicipi();
+}
+
+/// Of all three edits; the Tag tells which key is searched.
+void TFBuscarMunicipios::ECODINEKeyUp(QLineEdit& edit, std::uint16_t key) {
+    ambrel::searchWhileTyping(edit, key, controller_.DM->tbMunicipi,
+                              ambrel::municipalityKey(ambrel::tagOf(edit)), *ui_->DBGMUNICIPI);
+}
+
+void TFBuscarMunicipios::DBGMUNICIPITitleClick(int column) {
+    switch (column) {
+    case 0:
+        controller_.OrdenaPorCodIneMunicipi();
+        break;
+    case 1:
+        controller_.OrdenaPorCodPostalMunicipi();
+        break;
+    case 2:
+        controller_.OrdenaPorNombreMunicipi();
+        break;
+    default:
+        break;
+    }
+}
+
+void TFBuscarMunicipios::DBGMUNICIPIDblClick() { BBAceptarClick(); }
+
+void TFBuscarMunicipios::BBAceptarClick() {
+    ambrel::setTag(*this, 1);
+    done(ambrel::acceptedResult);
+}
+
+void TFBuscarMunicipios::BBCancelarClick() {
+    ambrel::setTag(*this, 0);
+    done(ambrel::cancelledResult);
+}

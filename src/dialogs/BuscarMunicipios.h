@@ -1,0 +1,56 @@
+// The list of municipalities that the controller shows.
+#pragma once
+
+#include <QDialog>
+#include <cstdint>
+#include <memory>
+
+#include "dbase/data_source.h"
+
+class QLineEdit;
+class TClassCodPostales;
+namespace Ui {
+class TFBuscarMunicipios;
+}
+namespace ambrel {
+class FocusHelp;
+}
+
+/// Browses a controller's municipalities, whose order it changes through the controller. The answer is the
+/// table's current record.
+/// Deliberate: it answers by its Tag, 1 for accepted, not by its result; the close box leaves the Tag.
+class TFBuscarMunicipios : public QDialog {
+    Q_OBJECT
+public:
+    /// Without owner the application's active window is the parent. The controller must outlive the list.
+    TFBuscarMunicipios(QWidget* owner, TClassCodPostales& controller);
+    ~TFBuscarMunicipios() override;
+
+    void reject() override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void connectControls();
+    void watchEdit(QLineEdit* edit, void (TFBuscarMunicipios::*enter)());
+
+    void FormShow();
+    void FormResize();
+    void TomaFoco(QLineEdit* edit);
+    void Dejafoco(QLineEdit* edit);
+    void ECODINEEnter();
+    void ECODPOSTALEnter();
+    void ENOMBREEnter();
+    void ECODINEKeyUp(QLineEdit& edit, std::uint16_t key);
+    void DBGMUNICIPITitleClick(int column);
+    void DBGMUNICIPIDblClick();
+    void BBAceptarClick();
+    void BBCancelarClick();
+
+    TClassCodPostales& controller_;
+    dbase::DataSource DSMunicipi;
+    std::unique_ptr<Ui::TFBuscarMunicipios> ui_;
+    ambrel::FocusHelp* help_;
+};

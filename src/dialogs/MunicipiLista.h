@@ -1,0 +1,52 @@
+// The list of municipalities that the lookup routines show.
+#pragma once
+
+#include <QDialog>
+#include <cstdint>
+#include <memory>
+
+class QLineEdit;
+namespace Ui {
+class TFMunicipiLista;
+}
+namespace ambrel {
+class FocusHelp;
+}
+
+/// Browses `DMMunicipi`'s `tbMunicipi`, which must be there while the list lives; shows nothing while it is
+/// closed. exec() gives 1 when a municipality was accepted, and 2 otherwise; the answer is the table's
+/// current record.
+class TFMunicipiLista : public QDialog {
+    Q_OBJECT
+public:
+    /// Without owner the application's active window is the parent.
+    explicit TFMunicipiLista(QWidget* owner = nullptr);
+    ~TFMunicipiLista() override;
+
+    void reject() override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void connectControls();
+    void watchEdit(QLineEdit* edit, void (TFMunicipiLista::*enter)());
+
+    void FormShow();
+    void FormResize();
+    bool FormKeyDown(std::uint16_t key);
+    void TomaFoco(QLineEdit* edit);
+    void Dejafoco(QLineEdit* edit);
+    void ECODINEEnter();
+    void ECODPOSTALEnter();
+    void ENOMBREEnter();
+    void ECODINEKeyUp(QLineEdit& edit, std::uint16_t key);
+    void DBGMUNICIPITitleClick(int column);
+    void DBGMUNICIPIDblClick();
+    void BBAceptarClick();
+    void BBCancelarClick();
+
+    std::unique_ptr<Ui::TFMunicipiLista> ui_;
+    ambrel::FocusHelp* help_;
+};

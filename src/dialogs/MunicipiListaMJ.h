@@ -1,0 +1,47 @@
+// The alternative list of municipalities, in order of name.
+#pragma once
+
+#include <QDialog>
+#include <cstdint>
+#include <memory>
+
+namespace Ui {
+class TFMunicipiListaMJ;
+}
+namespace ambrel {
+class FocusHelp;
+}
+
+/// Browses `DMMunicipi`'s `tbMunicipiMJ`, which must be there while the list lives; shows nothing while it is
+/// closed. exec() gives 1 when a municipality was accepted, and 2 otherwise; the answer is the table's
+/// current record.
+class TFMunicipiListaMJ : public QDialog {
+    Q_OBJECT
+public:
+    /// Without owner the application's active window is the parent.
+    explicit TFMunicipiListaMJ(QWidget* owner = nullptr);
+    ~TFMunicipiListaMJ() override;
+
+    void reject() override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void connectControls();
+
+    void FormShow();
+    void FormResize();
+    void TomaFoco();
+    void Dejafoco();
+    void ENOMBREEnter();
+    void ENOMBREKeyUp(std::uint16_t key);
+    void DBGMUNICIMJTitleClick();
+    void DBGMUNICIMJDblClick();
+    void BBAceptarClick();
+    void BBCancelarClick();
+
+    std::unique_ptr<Ui::TFMunicipiListaMJ> ui_;
+    ambrel::FocusHelp* help_;
+};

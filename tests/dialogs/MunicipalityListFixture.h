@@ -1,0 +1,58 @@
+// The lists of municipalities on a small table, shown as their callers show them.
+#pragma once
+
+#include <QDialog>
+#include <QLineEdit>
+#include <QStatusBar>
+#include <memory>
+#include <string>
+
+#include "controller/ClasCodPostales.h"
+#include "data/MunicipiDM.h"
+#include "data/PostalTables.h"
+#include "dialogs/common/DataGrid.h"
+
+namespace postal_tests {
+
+enum class MunicipalityDialog { Lista, Buscar, ListaMJ };
+
+/// A dialog over its own cursor. Rows in the order of their names: ALPEDRETE, BARCELONA, "CORUÑA, A", LOS
+/// NEGRALES (a minor entity of ALPEDRETE), MADRID under two postal codes, MEJORADA DEL CAMPO and "ÑORA, LA".
+class MunicipalityListFixture : public PostalTables {
+protected:
+    MunicipalityListFixture();
+    ~MunicipalityListFixture() override;
+
+    /// Opens the table and makes the dialog, not shown yet.
+    void make(MunicipalityDialog which, const std::string& tag);
+    /// The dialog alone, over the table that is there.
+    [[nodiscard]] std::unique_ptr<QDialog> makeDialog();
+    /// make(), and the dialog shown and active.
+    void open(MunicipalityDialog which, const std::string& tag);
+
+    [[nodiscard]] dbase::Dataset& table();
+    [[nodiscard]] ambrel::DataGrid& grid() const;
+    [[nodiscard]] QLineEdit& edit(const char* name) const;
+    [[nodiscard]] std::string focused() const; // objectName
+    [[nodiscard]] std::string help() const;
+    /// Column of the current record.
+    [[nodiscard]] std::string current(const char* field);
+    /// Text of a column of the grid's current row.
+    [[nodiscard]] std::string shown(int column) const;
+
+    void type(QLineEdit& edit, const QString& text) const;
+    /// Pressed in the control that has the focus, released in the one that has it then.
+    void press(Qt::Key key) const;
+    void hover(const QWidget& control) const;
+    void clickTitle(int column) const;
+    void doubleClickRow(int row) const;
+
+    std::unique_ptr<TDMMunicipi> module;
+    std::unique_ptr<TClassCodPostales> controller;
+    std::unique_ptr<QDialog> dialog;
+
+private:
+    MunicipalityDialog which_ = MunicipalityDialog::Lista;
+};
+
+} // namespace postal_tests
