@@ -1,0 +1,89 @@
+// The list of street types.
+#include "dialogs/TipoViasLista.h"
+
+#include <algorithm>
+
+#include "data/ViasDM.h"
+#include "dialogs/common/FixedWidth.h"
+#include "dialogs/common/FocusHelp.h"
+#include "dialogs/common/FormKeys.h"
+#include "dialogs/common/IncrementalSearch.h"
+#include "dialogs/common/LastColumn.h"
+#include "services/EventGuard.h"
+#include "services/KeyUpEvents.h"
+#include "services/Ruttb.h"
+#include "ui_TipoViasLista.h"
+
+namespace {
+
+// Deliberate: the abbreviation is searched although the edit's hint speaks of the name.
+constexpr const char* searchKey = "CODIGO";
+
+constexpr int codeWidth = 72;          // logical pixels
+constexpr int titleMargins = 24;       // logical pixels, of a column's title
+constexpr int normalWidth = 350;       // logical pixels
+constexpr int normalLeastHeight = 480; // logical pixels
+
+} // namespace
+
+TFTipoViasLista::TFTipoViasLista(QWidget* owner)
+    : QDialog(owner), ui_(std::make_unique<Ui::TFTipoViasLista>()) {
+    using ambrel::guarded;
+    ui_->setupUi(this);
+    ui_->DBGTIPO_VIA->setColumns({{.field = "CODIGO", .title = QStringLiteral("Código"), .width = codeWidth},
+                                  {.field = "NOMBRE", .title = QStringLiteral("Nombre")}});
+    ui_->DBGTIPO_VIA->setDataSource(&DMVias->dsTipo_Via);
+
+    new ambrel::FixedWidth(*this, normalWidth, normalLeastHeight, *ui_->SBAyuda);
+    new ambrel::FormKeys(*this, *ui_->BBCancelar);
+    auto* const help = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
+    help->watchEdit(ui_->EBUSCA, [this, help] {
+        help->TomaFoco(ui_->EBUSCA);
+        EBUSCAEnter();
+    });
+    help->watchButton(ui_->BBAceptar);
+    help->watchButton(ui_->BBCancelar);
+    ambrel::KeyUpEvents::watch(ui_->EBUSCA,
+                               [this](std::uint16_t& key, Qt::KeyboardModifiers) { EBUSCAKeyUp(key); });
+
+    connect(ui_->BBAceptar, &QPushButton::clicked, this, guarded([this] { BBAceptarClick(); }));
+    connect(ui_->BBCancelar, &QPushButton::clicked, this, guarded([this] { BBCancelarClick(); }));
+    connect(ui_->DBGTIPO_VIA, &ambrel::DataGrid::rowDoubleClicked, this,
+            guarded([this] { DBGTIPO_VIADblClick(); }));
+}
+
+TFTipoViasLista::~TFTipoViasLista() = default;
+
+void TFTipoViasLista::reject() { done(ambrel::cancelledResult); }
+
+void TFTipoViasLista::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    ambrel::runGuarded([this] { FormShow(); });
+}
+
+void TFTipoViasLista::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    ambrel::runGuarded([this] { FormResize(); });
+}
+
+void TFTipoViasLista::FormShow() {
+    ambrel::DataGrid& grid = *ui_->DBGTIPO_VIA;
+    const int title = grid.fontMetrics().horizontalAdvance(grid.columnTitle(0));
+    grid.setColumnWidth(0, std::max(codeWidth, title + titleMargins));
+    FormResize();
+}
+
+void TFTipoViasLista::FormResize() { ambrel::fillLastColumn(*ui_->DBGTIPO_VIA); }
+
+void TFTipoViasLista::EBUSCAEnter() { TBIndexa(searchKey, DMVias->tbTipo_Via); }
+
+void TFTipoViasLista::EBUSCAKeyUp(std::uint16_t key) {
+    ambrel::searchWhileTyping(*ui_->EBUSCA, key, DMVias->tbTipo_Via, searchKey, *ui_->DBGTIPO_VIA);
+    ui_->DBGTIPO_VIA->refresh();
+}
+
+void TFTipoViasLista::DBGTIPO_VIADblClick() { done(ambrel::acceptedResult); }
+
+void TFTipoViasLista::BBAceptarClick() { done(ambrel::acceptedResult); }
+
+void TFTipoViasLista::BBCancelarClick() { done(ambrel::cancelledResult); }

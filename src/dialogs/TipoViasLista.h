@@ -1,0 +1,36 @@
+// The list of street types, from which the user chooses one.
+#pragma once
+
+#include <QDialog>
+#include <cstdint>
+#include <memory>
+
+namespace Ui {
+class TFTipoViasLista;
+}
+
+/// Browses the street types of DMVias, which must exist and outlive the list. exec() returns 1 when a row was
+/// accepted, 2 otherwise; the answer is the record on which `tbTipo_Via` then stands.
+class TFTipoViasLista : public QDialog {
+    Q_OBJECT
+public:
+    explicit TFTipoViasLista(QWidget* owner = nullptr);
+    ~TFTipoViasLista() override;
+
+    void reject() override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void FormShow();
+    void FormResize();
+    void EBUSCAEnter();
+    void EBUSCAKeyUp(std::uint16_t key);
+    void DBGTIPO_VIADblClick();
+    void BBAceptarClick();
+    void BBCancelarClick();
+
+    std::unique_ptr<Ui::TFTipoViasLista> ui_;
+};
