@@ -1,25 +1,10 @@
 // Events of the municipality routines' data module.
 #include "data/MunicipiDM.h"
 
+#include "data/OpenForBlock.h"
 #include "services/Ruttb.h"
 
 TDMMunicipi* DMMunicipi = nullptr;
-
-namespace {
-
-/// Closes a table at the end of a block, also when the block fails.
-class OpenForBlock {
-public:
-    explicit OpenForBlock(dbase::Dataset& table) : table_(table) { table_.open(); }
-    ~OpenForBlock() { table_.close(); }
-    OpenForBlock(const OpenForBlock&) = delete;
-    OpenForBlock& operator=(const OpenForBlock&) = delete;
-
-private:
-    dbase::Dataset& table_;
-};
-
-} // namespace
 
 TDMMunicipi::TDMMunicipi(const std::string& database)
     : tbMunicipi(database, "MUNICIPI", "COD_INE"), dsMunicipi(&tbMunicipi),
@@ -38,7 +23,7 @@ TDMMunicipi::~TDMMunicipi() { tbMunicipiAux.close(); }
 void TDMMunicipi::calculateProvinceName() {
     // Deliberate: opened and closed for each record, so that the cursor never stays open between records.
     TBIndexa("CODIGO", tbProvinAux);
-    const OpenForBlock open(tbProvinAux);
+    const ambrel::OpenForBlock open(tbProvinAux);
     if (!tbMunicipiMJ.autoCalculates())
         return;
     // Deliberate: the text of PROVCOD is sought as it is, among codes of three characters; whatever follows

@@ -1,5 +1,5 @@
-// Everything that a host of the postal-code package includes: the controller, the tables behind it and the
-// services that a host configures or replaces.
+// Everything that a host of the postal-code package includes: the controller, the lookups and dialogs, the
+// tables behind them and the services that a host configures or replaces.
 #pragma once
 
 #include "controller/ClasCodPostales.h"
@@ -10,6 +10,14 @@
 #include "dbase/databases.h"
 #include "dbase/dataset.h"
 #include "dbase/error.h"
+#include "dialogs/BuscarDireccionPostal.h"
+#include "dialogs/BuscarMunicipios.h"
+#include "dialogs/FichaVia.h"
+#include "dialogs/MunicipiLista.h"
+#include "dialogs/MunicipiListaMJ.h"
+#include "dialogs/ProvList.h"
+#include "dialogs/TipoViasLista.h"
+#include "lookup/RutCodPostales.h"
 #include "services/Confamb.h"
 #include "services/EventGuard.h"
 #include "services/FocusEvents.h"

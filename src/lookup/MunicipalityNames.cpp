@@ -1,0 +1,40 @@
+// Walks over the municipalities that share a name.
+#include "lookup/MunicipalityNames.h"
+
+#include "services/Rnumcad.h"
+#include "services/Ruttb.h"
+
+namespace ambrel {
+
+bool goToName(const dbase::Field& column, const std::string& name) {
+    return TBBusca(column.dataset(), {{column.name(), name}}, nearestSearch) && column.view() == name;
+}
+
+bool isNameOfAnother(TDMMunicipi& tables) {
+    const std::string name = tables.tbMunicipiNOMBRE.text();
+    const std::string code = tables.tbMunicipiCOD_INE.text();
+    while (tables.tbMunicipi.next() && tables.tbMunicipiNOMBRE.view() == name)
+        if (tables.tbMunicipiCOD_INE.view() != code)
+            return true;
+    return false;
+}
+
+bool goToProvince(TDMMunicipi& tables, const std::string& provinceCode) {
+    const std::string name = tables.tbMunicipiMJPOBLLITE.text();
+    const std::string wanted = StrRight("00" + provinceCode, 2);
+    do {
+        if (tables.tbMunicipiMJPROVCOD.view() == wanted)
+            return true;
+    } while (tables.tbMunicipiMJ.next() && tables.tbMunicipiMJPOBLLITE.view() == name);
+    return false;
+}
+
+bool isNameOfNext(TDMMunicipi& tables) {
+    const std::string name = tables.tbMunicipiMJPOBLLITE.text();
+    // Deliberate: no test for the end of the table. A step from the last record stays on it, so that the last
+    // name in the order counts as another's, too.
+    tables.tbMunicipiMJ.next();
+    return tables.tbMunicipiMJPOBLLITE.view() == name;
+}
+
+} // namespace ambrel

@@ -1,0 +1,68 @@
+// From postal code to province.
+#include "lookup/ProvinceLocation.h"
+
+#include <optional>
+
+#include "lookup/RoutineScope.h"
+#include "services/Rnumcad.h"
+#include "services/Ruttb.h"
+
+namespace ambrel {
+namespace {
+
+constexpr const char* capitalMark = "0";
+constexpr int provinceGroup = 1;
+
+/// First two digits of a postal code, of an INE code, and of a province's code behind its "0".
+std::string prefix(std::string_view code) { return StrLeft(code, 2); }
+
+/// Goes from the postal code on to the capital among the codes that begin alike; false when there is none.
+bool goToCapital(dbase::Dataset& municipalities, const std::string& postalCode) {
+    const dbase::Field& code = municipalities.field("CODPOSTAL");
+    const dbase::Field& mark = municipalities.field("CAPITAL");
+    const std::string wanted = prefix(postalCode);
+    for (bool moved = TBBusca(municipalities, {{"CODPOSTAL", postalCode}}, nearestSearch);
+         moved && prefix(code.view()) == wanted; moved = municipalities.next())
+        if (mark.view() == capitalMark)
+            return true;
+    return false;
+}
+
+/// The capital of the province that a postal code begins with; its INE code says which province it is.
+std::optional<Province> provinceOfCapital(dbase::Dataset& municipalities, const std::string& postalCode) {
+    const dbase::NotificationPause pause(municipalities);
+    TagScope order(municipalities, "CODPOSTAL");
+    std::optional<Province> found;
+    if (goToCapital(municipalities, postalCode))
+        found = Province{.code = '0' + prefix(municipalities.field("COD_INE").view()),
+                         .name = municipalities.field("NOMBRE").text()};
+    order.restore();
+    return found;
+}
+
+/// Name of the province with a code; null for a code that only other territories have.
+std::optional<std::string> nameOfProvince(dbase::Dataset& provinces, const std::string& code) {
+    TBIndexa("CODIGO", provinces);
+    const TableScope open(provinces);
+    const dbase::Field& key = provinces.field("CODIGO");
+    const dbase::Field& group = provinces.field("GRUPO");
+    for (bool moved = TBBusca(provinces, {{"CODIGO", code}}, exactSearch); moved && key.view() == code;
+         moved = provinces.next())
+        if (group.integer() == provinceGroup)
+            return provinces.field("PROVINCIA").text();
+    return std::nullopt;
+}
+
+} // namespace
+
+Province locateProvince(dbase::Dataset& municipalities, dbase::Dataset& provinces,
+                        const std::string& postalCode) {
+    Province province{.code = '0' + prefix(postalCode), .name = municipalities.field("NOMBRE").text()};
+    if (const auto capital = provinceOfCapital(municipalities, postalCode))
+        province = *capital;
+    if (const auto name = nameOfProvince(provinces, province.code))
+        province.name = *name;
+    return province;
+}
+
+} // namespace ambrel

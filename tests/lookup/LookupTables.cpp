@@ -1,0 +1,85 @@
+#include "lookup/LookupTables.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <filesystem>
+
+#include "data/MunicipiDM.h"
+#include "data/ViasDM.h"
+
+namespace lookup_tests {
+
+using ambrel::test::ansi;
+using ambrel::test::child;
+
+void LookupTables::TearDown() {
+    EXPECT_EQ(DMMunicipi, nullptr);
+    EXPECT_EQ(DMVias, nullptr);
+    for (const QWidget* window : QApplication::topLevelWidgets())
+        EXPECT_FALSE(qobject_cast<const QDialog*>(window)) << window->metaObject()->className() << " is left";
+}
+
+void LookupTables::addNumberedMunicipalities(const std::vector<MunicipalityRow>& rows) {
+    addMunicipalities(rows);
+    dbase::Dataset table("DB", "MUNICIPI");
+    table.open();
+    while (!table.eof()) {
+        table.edit();
+        table.field("COD_MUN").setText(table.field("COD_INE").text().substr(2));
+        table.post();
+        table.next();
+    }
+}
+
+void LookupTables::addStreetTypes(const std::vector<StreetTypeRow>& rows) const {
+    dbase::Dataset table("DB", "TIPO_VIA");
+    table.open();
+    for (const StreetTypeRow& row : rows) {
+        table.append();
+        table.field("CODIGO").setText(ansi(row.codigo));
+        table.field("NOMBRE").setText(ansi(row.nombre));
+        table.field("NOMBRE_CAT").setText(ansi(row.nombreCat));
+        table.post();
+    }
+}
+
+void LookupTables::addAlternatives(const std::vector<AlternativeRow>& rows) const {
+    dbase::Dataset table("DB", "MUNICIMJ");
+    table.open();
+    for (const AlternativeRow& row : rows) {
+        table.append();
+        table.field("PROVCOD").setText(row.provCod);
+        table.field("POBLCOD").setText(row.poblCod);
+        table.field("POBLLITE").setText(ansi(row.poblLite));
+        table.post();
+    }
+}
+
+void LookupTables::removeTable(const std::string& name) const {
+    std::filesystem::remove(folder / (name + ".DBF"));
+    std::filesystem::remove(folder / (name + ".MDX"));
+}
+
+void type(const QDialog& dialog, const char* edit, const QString& text) {
+    auto& box = child<QLineEdit>(dialog, edit);
+    for (const QChar letter : text)
+        QTest::sendKeyEvent(QTest::Click, &box, static_cast<Qt::Key>(letter.toUpper().unicode()), letter,
+                            Qt::NoModifier);
+}
+
+void accept(const QDialog& dialog) {
+    QTest::mouseClick(&child<QPushButton>(dialog, "BBAceptar"), Qt::LeftButton);
+}
+
+void leave(const QDialog& dialog) {
+    QTest::mouseClick(&child<QPushButton>(dialog, "BBCancelar"), Qt::LeftButton);
+}
+
+void escape(QDialog& dialog) {
+    QWidget* const focused = dialog.focusWidget();
+    QTest::keyClick(focused ? focused : &dialog, Qt::Key_Escape);
+}
+
+} // namespace lookup_tests
