@@ -33,6 +33,10 @@ enum class Durability {
     Disk,    // the record is synced before the operation returns; the tags can be rebuilt from the records
 };
 
+/// What Table::amend() does to one record: changes the bytes of `after`, which are those of `before` at
+/// first. Must leave the table itself alone.
+using Amendment = std::function<void(const RecordView& before, std::span<char> after)>;
+
 /// Rebuilds every tree of an index from the records. The caller holds the exclusive structure lock.
 void rebuildTrees(TableFile& records, IndexFile& index,
                   const std::function<void(std::uint64_t, std::uint64_t)>& progress);
@@ -79,6 +83,15 @@ public:
     void overwrite(RecordNumber number, std::span<const char> shown, std::span<const char> record);
     void erase(RecordNumber number, std::span<const char> shown);
 
+    /// Lets a function change neighbouring records, at most `most` from `first` on, under one lock and, save
+    /// where there are unique tags, as one change; deleted records and those that somebody holds are left
+    /// out. Returns the record behind them, 0 when there is none.
+    RecordNumber amend(RecordNumber first, RecordNumber most, const Amendment& amendment);
+
+    /// Puts the records changed so far on the disk: one wait for many changes, where each alone would need
+    /// Durability::Disk. The tags can be rebuilt from the records. Errors: Error(Io).
+    void sync() { records_.file().sync(); }
+
     /// Rebuilds all tags from the records under the exclusive lock.
     void rebuildTags(const std::function<void(std::uint64_t, std::uint64_t)>& progress = {});
 
@@ -120,6 +133,10 @@ private:
     void gatherSuccessor(const Tag& tag, std::string_view key, RecordNumber leaving);
     void gatherRemoval(const Tag& tag, const RecordView& record);
     void gatherReplacement(const RecordView& before, const RecordView& after);
+    [[nodiscard]] bool isHeldHere(RecordNumber first, RecordNumber last) const;
+    [[nodiscard]] bool changesOneByOne() const;
+    void amendLocked(RecordNumber first, RecordNumber last, const Amendment& amendment,
+                     const std::function<bool(RecordNumber)>& take);
     template<typename Write, typename Undo>
     void apply(std::uint32_t count, Write&& write, Undo&& undo);
 

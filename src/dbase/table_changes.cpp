@@ -23,6 +23,68 @@ bool belongs(const Tag& tag, const RecordView& record) {
     return !tag.condition || tag.condition->test(record);
 }
 
+/// Bytes of records in ascending order, written with one call for each run of neighbours.
+class RecordRuns {
+public:
+    [[nodiscard]] bool empty() const { return runs_.empty(); }
+    void add(RecordNumber number, std::span<const char> bytes) {
+        if (runs_.empty() || number != next_) {
+            runs_.push_back({number, {}});
+        }
+        next_ = number + 1;
+        runs_.back().bytes.insert(runs_.back().bytes.end(), bytes.begin(), bytes.end());
+    }
+    void write(TableFile& records) const {
+        for (const Run& run : runs_) {
+            records.overwrite(run.first, run.bytes);
+        }
+    }
+
+private:
+    struct Run {
+        RecordNumber first;
+        std::vector<char> bytes;
+    };
+    std::vector<Run> runs_;
+    RecordNumber next_ = 0;
+};
+
+/// The locks of neighbouring records for the time of one change: one for all of them where nobody holds any,
+/// else one for each that nobody holds.
+class NeighbourLocks {
+public:
+    NeighbourLocks(File& file, RecordNumber first, RecordNumber last, bool together) : file_(file) {
+        const LockRange all{recordLock(last).offset, last - first + 1};
+        if (together && file_.tryLock(all, LockKind::Exclusive)) {
+            held_.push_back(all);
+            hasAll_ = true;
+        }
+    }
+    ~NeighbourLocks() {
+        for (const LockRange& range : held_) {
+            file_.unlock(range);
+        }
+    }
+    NeighbourLocks(const NeighbourLocks&) = delete;
+    NeighbourLocks& operator=(const NeighbourLocks&) = delete;
+
+    [[nodiscard]] bool take(RecordNumber number) {
+        if (hasAll_) {
+            return true;
+        }
+        if (!file_.tryLock(recordLock(number), LockKind::Exclusive)) {
+            return false;
+        }
+        held_.push_back(recordLock(number));
+        return true;
+    }
+
+private:
+    File& file_;
+    std::vector<LockRange> held_;
+    bool hasAll_ = false;
+};
+
 } // namespace
 
 void Table::gatherInsertion(const Tag& tag, const RecordView& record) {
@@ -226,6 +288,76 @@ void Table::erase(RecordNumber number, std::span<const char> shown) {
     std::vector<char> deleted(shown.begin(), shown.end());
     deleted[0] = '*';
     overwrite(number, shown, deleted);
+}
+
+bool Table::isHeldHere(RecordNumber first, RecordNumber last) const {
+    return std::any_of(recordLocks_.begin(), recordLocks_.end(),
+                       [&](const auto& held) { return first <= held.first && held.first <= last; });
+}
+
+// Looking for the successor of a key in a unique tag reads stored records: it must not meet one whose change
+// is only gathered yet.
+bool Table::changesOneByOne() const {
+    return index_ && std::any_of(index_->tags().begin(), index_->tags().end(),
+                                 [](const Tag& tag) { return tag.definition.unique; });
+}
+
+RecordNumber Table::amend(RecordNumber first, RecordNumber most, const Amendment& amendment) {
+    requireWritable();
+    const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
+    renewTornViews();
+    mend(health());
+    const std::uint32_t count = records_.recordCount();
+    if (first == 0 || most == 0 || first > count) {
+        return 0;
+    }
+    const RecordNumber last = most < count - first ? first + most - 1 : count;
+    NeighbourLocks locks(records_.file(), first, last, !isHeldHere(first, last));
+    const RecordNumber step = changesOneByOne() ? 1 : last - first + 1;
+    for (RecordNumber begin = first; begin <= last; begin += step) {
+        amendLocked(begin, begin + step - 1, amendment, [&](RecordNumber number) {
+            return !recordLocks_.contains(number) && locks.take(number);
+        });
+    }
+    return last < count ? last + 1 : 0;
+}
+
+void Table::amendLocked(RecordNumber first, RecordNumber last, const Amendment& amendment,
+                        const std::function<bool(RecordNumber)>& take) {
+    RecordRuns before, after;
+    try {
+        std::vector<char> stored, changed;
+        for (RecordNumber number = first; number <= last; ++number) {
+            if (!take(number)) {
+                continue;
+            }
+            const std::span<const char> bytes = records_.record(number).bytes;
+            stored.assign(bytes.begin(), bytes.end());
+            const RecordView record{&schema(), stored, number};
+            changed = stored;
+            if (!record.isDeleted()) {
+                amendment(record, changed);
+            }
+            if (changed != stored) {
+                gatherReplacement(record, {&schema(), changed, number});
+                before.add(number, stored);
+                after.add(number, changed);
+            }
+        }
+    } catch (...) {
+        if (index_) {
+            index_->dropChanges();
+        }
+        throw;
+    }
+    if (after.empty()) {
+        return;
+    }
+    apply(
+        records_.recordCount(), [&] { after.write(records_); }, [&] { before.write(records_); });
+    if (durability_ == Durability::Disk) {
+        records_.file().sync();
+    }
 }
 
 } // namespace dbase

@@ -2,6 +2,8 @@
 // new record.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "dbase/error.h"
 #include "dbase/table.h"
 #include "support/StoredTable.h"
@@ -107,6 +109,27 @@ TEST_P(FaultTest, OverwriteLeavesTheOldOrTheNewRecord) {
             EXPECT_TRUE(isOld || succeeded || GetParam().keepsFailing) << "an error, and yet it is there";
             if (!GetParam().keepsFailing || !GetParam().tearsWrite) { // nobody can mend half a record then
                 EXPECT_TRUE(isOld || isNew);
+            }
+        });
+}
+
+TEST_P(FaultTest, AmendLeavesTheOldOrTheNewOfEachRecord) {
+    failEverywhere(
+        [](Table& table) {
+            static_cast<void>(table.amend(5, 4, [&](const RecordView& before, std::span<char> after) {
+                const int number = 500 + static_cast<int>(before.number);
+                std::ranges::copy(record(table, before.number == 6 ? 5 * 37 % rows : number), after.begin());
+            }));
+        },
+        [](Table& table, bool succeeded) {
+            for (const int number : {5, 7, 8}) {
+                const Bytes stored = storedRecord(table, static_cast<RecordNumber>(number));
+                const bool isNew = stored == record(table, 500 + number);
+                const bool isOld = stored == record(table, (number - 1) * 37 % static_cast<int>(rows));
+                EXPECT_TRUE(isNew || !succeeded);
+                if (!GetParam().keepsFailing || !GetParam().tearsWrite) {
+                    EXPECT_TRUE(isOld || isNew);
+                }
             }
         });
 }
@@ -225,6 +248,23 @@ TEST(DurabilityTest, ASyncThatFailsIsTold) {
     EXPECT_EQ(faults->syncs, 1U);
     faults->failingSync = 2;
     EXPECT_EQ(errorOf([&] { table->append(makeRecord(table->schema(), {"TRES"})); }).code(), ErrorCode::Io);
+    EXPECT_EQ(stored.findings(), "");
+}
+
+TEST(DurabilityTest, ManyChangesCanBeSyncedAtOnce) {
+    MemoryTable stored({.name = "SYNC",
+                        .columns = {{"NOMBRE", ColumnType::Character, 20, 0, 0}},
+                        .tags = {{.name = "NOMBRE", .expression = "NOMBRE"}}});
+    const auto faults = std::make_shared<Faults>();
+    const auto table = stored.open(faults);
+    for (const char* const name : {"UNO", "DOS", "TRES"})
+        table->append(makeRecord(table->schema(), {name}));
+    EXPECT_EQ(faults->syncs, 0U);
+    table->sync();
+    EXPECT_EQ(faults->syncs, 1U);
+    faults->failingSync = 2;
+    EXPECT_EQ(errorOf([&] { table->sync(); }).code(), ErrorCode::Io);
+    EXPECT_EQ(order(*table, "NOMBRE").size(), 3U);
     EXPECT_EQ(stored.findings(), "");
 }
 
