@@ -10,7 +10,10 @@
 #include "controller/ProvinceName.h"
 #include "controller/StreetSearch.h"
 #include "data/CodPostalesDM.h"
+#include "dialogs/BuscarMunicipios.h"
+#include "dialogs/common/ModalDialog.h"
 #include "services/EventGuard.h"
+#include "services/Mensaje.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 #include "services/TagProperty.h"
@@ -27,6 +30,11 @@ namespace {
 void orderBy(const char* tag, dbase::Dataset& table) {
     if (table.tag() != tag)
         TBIndexa(tag, table);
+}
+
+bool wantsMunicipalityList() {
+    return Mensaje_SiNo(QStringLiteral("¿Desea ver la lista de municipios actuales?"),
+                        QStringLiteral("ATENCIÓN"), QStringLiteral("Atención")) == answeredYes;
 }
 
 } // namespace
@@ -89,10 +97,14 @@ void TClassCodPostales::KeyUpMunicipi(QLineEdit* sender, std::uint16_t& key, Qt:
     });
 }
 
-void TClassCodPostales::ExitMunicipi(QLineEdit* sender, QString& province, QString& postalCode, bool) {
+void TClassCodPostales::ExitMunicipi(QLineEdit* sender, QString& province, QString& postalCode, bool ask) {
     runGuarded([&] {
         if (sender->text().trimmed().isEmpty())
             setTag(*sender, 0);
+        else if (tagOf(*sender) == 0 && ask && wantsMunicipalityList() && BuscarMunicipios()) {
+            sender->setText(fromWindows1252(DM->tbMunicipiNOMBRE.view()));
+            setTag(*sender, DM->tbMunicipiCOD_INE.integer());
+        }
         if (tagOf(*sender) == 0)
             return;
         // Deliberate: an empty text stays empty; the host passes some text to ask for an answer.
@@ -101,6 +113,23 @@ void TClassCodPostales::ExitMunicipi(QLineEdit* sender, QString& province, QStri
         if (const auto only = ambrel::onlyPostalCode(*DM); only && !postalCode.isEmpty())
             postalCode = fromWindows1252(*only);
     });
+}
+
+bool TClassCodPostales::BuscarMunicipios() {
+    constexpr int acceptedTag = 1;
+    dbase::Dataset& municipalities = DM->tbMunicipi;
+    const std::string tagBefore = municipalities.tag();
+    const bool accepted = [&] {
+        ambrel::ModalDialog<TFBuscarMunicipios> list(Padre, *this);
+        list.show();
+        return list.get() && tagOf(*list.get()) == acceptedTag;
+    }();
+    if (municipalities.tag() != tagBefore) {
+        const dbase::Bookmark chosen = municipalities.bookmark();
+        TBIndexa(tagBefore, municipalities);
+        municipalities.goTo(chosen);
+    }
+    return accepted;
 }
 
 void TClassCodPostales::OrdenaPorViaPostal() { orderBy("VIA", DM->tbPostal); }
@@ -123,22 +152,6 @@ void TClassCodPostales::KeyUpDireccionPostal(QLineEdit* sender, std::uint16_t& k
         const auto edited = ambrel::editedText(*sender);
         const auto code = toWindows1252(type);
         showCompletion(*sender, edited && code ? ambrel::completeStreet(*DM, *edited, *code) : std::nullopt);
-    });
-}
-
-void TClassCodPostales::ExitDireccionPostal(QLineEdit* sender, dbase::Field* postalCodeField, dbase::Field*,
-                                            bool, const QString&, const QString& type) {
-    runGuarded([&] {
-        if (sender->text().trimmed().isEmpty())
-            setTag(*sender, 0);
-        if (tagOf(*sender) == 0)
-            return;
-        const auto name = toWindows1252(sender->text());
-        const auto code = toWindows1252(type);
-        if (name && code)
-            ambrel::chooseStreetType(*DM, *name, *code);
-        if (postalCodeField)
-            postalCodeField->setText(DM->tbPostalCODPOSTAL.text());
     });
 }
 

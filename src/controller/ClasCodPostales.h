@@ -5,8 +5,10 @@
 #include <QString>
 #include <Qt>
 #include <cstdint>
+#include <functional>
 #include <memory>
 
+#include "controller/Operacion.h"
 #include "dbase/field.h"
 
 class QLineEdit;
@@ -54,6 +56,9 @@ public:
     void KeyUpMunicipi(QLineEdit* sender, std::uint16_t& key, Qt::KeyboardModifiers shift);
     /// Fills province and postal code of a validated municipality, each only when passed in with some text.
     void ExitMunicipi(QLineEdit* sender, QString& province, QString& postalCode, bool ask);
+    /// Shows the list of municipalities; true when one was chosen, which is then current under the tag that
+    /// was active before.
+    bool BuscarMunicipios();
 
     // --- Streets of the current municipality.
     void OrdenaPorViaPostal();
@@ -66,9 +71,10 @@ public:
     /// Completes the street box when a letter, a digit or key 188 (comma) was released.
     void KeyUpDireccionPostal(QLineEdit* sender, std::uint16_t& key, Qt::KeyboardModifiers shift,
                               const QString& type);
-    /// Goes to the row of the given type of a validated street and writes its postal code into the host's
-    /// field, which may be null and whose dataset must be in edit. `unused`, `ask` and `newPostalCode` are
-    /// part of the event's form.
+    /// Goes to the row of the given type of a validated street; offers to add an unknown one, which then has
+    /// the postal code `newPostalCode`, and, with `ask`, to choose it from the list. Writes the postal code
+    /// of a street that is known in the end into the host's field, which may be null and whose dataset must
+    /// be in edit. `unused` is part of the event's form.
     void ExitDireccionPostal(QLineEdit* sender, dbase::Field* postalCodeField, dbase::Field* unused, bool ask,
                              const QString& newPostalCode, const QString& type);
 
@@ -81,13 +87,55 @@ public:
     /// number.
     void ExitNumeroPostal_(QLineEdit* sender, dbase::Field* postalCodeField);
 
+    /// Shows the list of streets; true when one was chosen, which is then current under the tag that was
+    /// active before. `standalone`: begin in the host's own province, not in that of the current
+    /// municipality.
+    bool BuscarDireccionPostal(bool standalone);
+
     /// Puts POSTAL on a street of a municipality, for a stored address; MUNICIPI keeps its order.
     void SituaPrimerViaMunicipio(const QString& codIne, const QString& street, const QString& type);
+
+    // --- Keeping the streets. Only those that users added, whose key begins with "99", may be changed. An
+    // operation that fails in the engine answers false like one that was refused with a message of its own;
+    // whoever works for a user then calls showStreetFailure(), which tells the former and is silent
+    // otherwise: if (!controller.AceptarVia()) controller.showStreetFailure();
+    /// Starts a new row for the current municipality, with open number ranges. False when it cannot.
+    bool AnadirVia();
+    /// Puts the current row into edit; false, with a message, when there is none or it may not be changed,
+    /// and without one when another workstation holds or has changed it.
+    bool ModificarVia();
+    /// Deletes the current row, with `ask` after a question. `unused` has no effect. True when it is gone.
+    /// Deliberate: true also for an empty table, where nothing is left to delete.
+    bool BorrarVia(bool ask, bool unused = false);
+    /// Stores the pending row, a new one under a key of its own. A row without name is refused and dropped.
+    /// False when it was not stored; it then stays pending, save for want of a name.
+    bool AceptarVia();
+    /// Asks, and drops the pending row on yes; false on no.
+    bool CancelarVia();
+    /// Stores a pending new row under the next free key, while a lock keeps other workstations from taking
+    /// it. Called by AceptarVia alone. Errors: dbase::Error; ambrel::SilentAbort when another workstation
+    /// holds the lock, which the user has been told.
+    bool PostInsert();
+    /// Why the last of these operations failed in the engine, for the user; empty when it did not, and once
+    /// it was shown.
+    [[nodiscard]] const QString& streetFailure() const { return streetFailure_; }
+    /// Shows that text once; nothing when there is none.
+    void showStreetFailure();
+    /// Opens the card of the current street; `municipality` is the name that it shows, or empty. MUNICIPI is
+    /// then ordered by name, on the first municipality with the current one's postal code.
+    void MuestraFichaVia(TOperacion operation, const QString& municipality);
 
 private:
     using NumberWalk = bool (*)(TDMCodPostales& tables, int number);
 
-    void orderMunicipalitiesBy(const char* tag);
     bool searchMunicipality(const char* field, const QString& value, bool exact);
     void exitNumber(const QLineEdit& box, dbase::Field* postalCodeField, NumberWalk walk);
+
+    void goToRowOfType(const QString& street, const QString& type);
+    void addTypedStreet(QLineEdit& box, const QString& postalCode, const QString& type);
+    void takeListedStreet(QLineEdit& box);
+    bool attempt(const std::function<bool()>& operation);
+    bool attemptOrCancel(const std::function<bool()>& operation);
+
+    QString streetFailure_;
 };

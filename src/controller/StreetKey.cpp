@@ -23,4 +23,9 @@ dbase::Key paddedStreetKey(const StreetPlace& place, const std::string& name, co
     return streetKey(place, StrLeft(Espacios(name, width), width), type);
 }
 
+std::string_view nameInKey(std::string_view name) {
+    name = name.substr(0, streetNameWidth);
+    return name.substr(0, name.find_last_not_of(' ') + 1);
+}
+
 } // namespace ambrel

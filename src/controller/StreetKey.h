@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "dbase/dataset.h"
 
@@ -20,5 +21,8 @@ struct StreetPlace {
 /// The same with the name padded with blanks, or cut, to the width of the column.
 [[nodiscard]] dbase::Key paddedStreetKey(const StreetPlace& place, const std::string& name,
                                          const std::string& type);
+
+/// The name that a key of paddedStreetKey stands for, as a row would show it: cut, without trailing blanks.
+[[nodiscard]] std::string_view nameInKey(std::string_view name);
 
 } // namespace ambrel

@@ -33,6 +33,32 @@ bool hasNeighbour(TDMCodPostales& tables, const std::string& name) {
     return same;
 }
 
+/// Exact search by name and type, then by name alone where the row that is current then has another name; the
+/// result is that of the first one.
+bool findExact(TDMCodPostales& tables, const StreetPlace& place, const std::string& name,
+               const std::string& type) {
+    const bool found = TBBusca(tables.tbPostal, paddedStreetKey(place, name, type), exactSearch);
+    if (tables.tbPostalVIA.view() != name)
+        static_cast<void>(TBBusca(tables.tbPostal, paddedStreetKey(place, name, {}), exactSearch));
+    return found;
+}
+
+/// Nearest search by name and type, then by name alone where that meets another name; the result is that of
+/// the first one. Begins with the latter: where it meets another name no street has this one, so that both
+/// searches end on the same row. That is what most keys in the street box come to, and costs one search.
+bool findNearest(TDMCodPostales& tables, const StreetPlace& place, const std::string& name,
+                 const std::string& type) {
+    dbase::Dataset& streets = tables.tbPostal;
+    const dbase::Key withoutType = paddedStreetKey(place, name, {});
+    bool found = TBBusca(streets, withoutType, nearestSearch);
+    if (type.empty() || tables.tbPostalVIA.view() != nameInKey(name))
+        return found;
+    found = TBBusca(streets, paddedStreetKey(place, name, type), nearestSearch);
+    if (tables.tbPostalVIA.view() != name)
+        static_cast<void>(TBBusca(streets, withoutType, nearestSearch));
+    return found;
+}
+
 /// First try: the street itself. Then: its name without type. Last: the municipality's first street.
 void trySearches(TDMCodPostales& tables, const std::string& name, const std::string& type) {
     const StreetPlace place = currentPlace(tables);
@@ -48,9 +74,7 @@ void trySearches(TDMCodPostales& tables, const std::string& name, const std::str
 
 bool findStreet(TDMCodPostales& tables, const std::string& name, const std::string& type, bool exact) {
     const StreetPlace place = currentPlace(tables);
-    const bool found = TBBusca(tables.tbPostal, paddedStreetKey(place, name, type), exact);
-    if (tables.tbPostalVIA.text() != name)
-        static_cast<void>(TBBusca(tables.tbPostal, paddedStreetKey(place, name, {}), exact));
+    const bool found = exact ? findExact(tables, place, name, type) : findNearest(tables, place, name, type);
     // Deliberate: in a municipality with a single code a street with another code is not a hit.
     if (const auto only = onlyPostalCode(tables); only && *only != tables.tbPostalCODPOSTAL.text())
         tables.tbPostal.first();

@@ -1,7 +1,10 @@
+#include <QPushButton>
 #include <QTest>
 
 #include "controller/AddressForm.h"
+#include "data/CodPostalesDM.h"
 #include "services/TagProperty.h"
+#include "support/ModalScript.h"
 #include "support/ScriptedMessages.h"
 #include "support/ShownWindow.h"
 
@@ -187,6 +190,173 @@ TEST_F(MunicipalityBox, TabLeavesTheBoxAndFillsTheForm) {
     EXPECT_EQ(municipalityBox->text(), "ALPEDRETE");
     EXPECT_EQ(province, "MADRID");
     EXPECT_EQ(postalCode, "28430");
+}
+
+/// The box is left with a name that it does not know; the user is asked, and may choose from the list.
+class UnknownMunicipality : public MunicipalityBox {
+protected:
+    void SetUp() override {
+        MunicipalityBox::SetUp();
+        addMunicipalities({{"09221", "09500", "MEDINA", "S"}, {"47085", "47400", "MEDINA", "S"}});
+        municipalityBox->setText("MEDI");
+    }
+
+    void answer(ambrel::MessageAnswer given) {
+        messages.expect(QStringLiteral("¿Desea ver la lista de municipios actuales?"),
+                        QStringLiteral("ATENCIÓN"), QStringLiteral("Atención"), given);
+    }
+    void expectList(const ambrel::test::ModalScript::Step& step) {
+        dialogs.expect("TFBuscarMunicipios", step);
+    }
+    static void type(const QDialog& list, const char* name, const char* text) {
+        auto& edit = ambrel::test::child<QLineEdit>(list, name);
+        edit.setFocus();
+        QTest::keyClicks(&edit, text);
+    }
+    static void press(const QDialog& list, const char* button) {
+        QTest::mouseClick(&ambrel::test::child<QPushButton>(list, button), Qt::LeftButton);
+    }
+    void expectUnsettled() {
+        EXPECT_EQ(municipalityBox->text(), "MEDI");
+        EXPECT_EQ(tagOf(*municipalityBox), 0);
+        EXPECT_EQ(province, "?");
+        EXPECT_EQ(postalCode, "?");
+    }
+
+    ScriptedMessages messages;
+    ambrel::test::ModalScript dialogs;
+};
+
+TEST_F(UnknownMunicipality, AnsweringNoShowsNoListAndChangesNothing) {
+    for (const auto given : {ambrel::MessageAnswer::No, ambrel::MessageAnswer::Cancel}) {
+        answer(given);
+        leave();
+        expectUnsettled();
+    }
+}
+
+TEST_F(UnknownMunicipality, MunicipalityFromTheListSettlesTheBox) {
+    answer(ambrel::MessageAnswer::Yes);
+    expectList([](QDialog& list) {
+        type(list, "ENOMBRE", "ALPE");
+        press(list, "BBAceptar");
+    });
+    leave();
+    EXPECT_EQ(municipalityBox->text(), "ALPEDRETE");
+    EXPECT_EQ(tagOf(*municipalityBox), 28010);
+    EXPECT_EQ(province, "MADRID");
+    EXPECT_EQ(postalCode, "28430");
+    EXPECT_EQ(controller->DM->tbMunicipi.tag(), "NOMBRE");
+}
+
+TEST_F(UnknownMunicipality, EachOfTwoMunicipalitiesWithOneNameIsReachable) {
+    for (const auto& [code, tag, postal] : {std::tuple{"09221", 9221, "09500"}, {"47085", 47085, "47400"}}) {
+        municipalityBox->setText("MEDINA");
+        setTag(*municipalityBox, 0);
+        answer(ambrel::MessageAnswer::Yes);
+        expectList([code = code](QDialog& list) {
+            type(list, "ECODINE", code);
+            press(list, "BBAceptar");
+        });
+        leave();
+        EXPECT_EQ(municipalityBox->text(), "MEDINA");
+        EXPECT_EQ(tagOf(*municipalityBox), tag);
+        EXPECT_EQ(postalCode, postal);
+        EXPECT_EQ(controller->DM->tbMunicipiCODPOSTAL.text(), postal);
+        EXPECT_EQ(controller->DM->tbMunicipi.tag(), "NOMBRE");
+    }
+}
+
+TEST_F(UnknownMunicipality, LeavingTheListWithoutAnswerSettlesNothing) {
+    const std::vector<ambrel::test::ModalScript::Step> waysOut{
+        [](QDialog& list) { press(list, "BBCancelar"); },
+        [](QDialog& list) { QTest::keyClick(list.focusWidget(), Qt::Key_Escape); },
+        [](QDialog& list) { list.close(); }};
+    for (const auto& wayOut : waysOut) {
+        answer(ambrel::MessageAnswer::Yes);
+        expectList(wayOut);
+        leave();
+        expectUnsettled();
+    }
+}
+
+TEST_F(UnknownMunicipality, KnownMunicipalityIsNotAskedAbout) {
+    QTest::keyClicks(municipalityBox, "NA");
+    municipalityBox->setText("NAVACERRADA");
+    setTag(*municipalityBox, 28093);
+    leave();
+    EXPECT_TRUE(messages.shown().empty());
+}
+
+TEST_F(UnknownMunicipality, EmptyProvinceAndPostalCodeAreLeftAloneAlsoAfterTheList) {
+    province.clear();
+    postalCode.clear();
+    answer(ambrel::MessageAnswer::Yes);
+    expectList([](QDialog& list) { press(list, "BBAceptar"); });
+    leave();
+    EXPECT_NE(tagOf(*municipalityBox), 0);
+    EXPECT_EQ(province, "");
+    EXPECT_EQ(postalCode, "");
+}
+
+TEST_F(UnknownMunicipality, TabAsksShowsTheListAndGoesOnToTheNextBox) {
+    ambrel::test::showActive(form);
+    municipalityBox->setFocus();
+    answer(ambrel::MessageAnswer::Yes);
+    expectList([](QDialog& list) {
+        type(list, "ECODPOSTAL", "474");
+        press(list, "BBAceptar");
+    });
+    QTest::keyClick(municipalityBox, Qt::Key_Tab);
+    EXPECT_EQ(municipalityBox->text(), "MEDINA");
+    EXPECT_EQ(tagOf(*municipalityBox), 47085);
+    QApplication::setActiveWindow(&form);
+    EXPECT_EQ(form.focusWidget(), streetBox);
+}
+
+TEST_F(UnknownMunicipality, ListKeepsTheChosenRecordUnderTheOrderThatWasActive) {
+    controller->OrdenaPorCodPostalMunicipi();
+    expectList([](QDialog& list) {
+        type(list, "ENOMBRE", "NAVA");
+        press(list, "BBAceptar");
+    });
+    EXPECT_TRUE(controller->BuscarMunicipios());
+    EXPECT_EQ(controller->DM->tbMunicipi.tag(), "CODPOSTAL");
+    EXPECT_EQ(municipality(), "NAVACERRADA");
+}
+
+TEST_F(UnknownMunicipality, OrderComesBackAlsoAfterCancelling) {
+    expectList([](QDialog& list) {
+        type(list, "ECODINE", "28093");
+        press(list, "BBCancelar");
+    });
+    EXPECT_FALSE(controller->BuscarMunicipios());
+    EXPECT_EQ(controller->DM->tbMunicipi.tag(), "NOMBRE");
+}
+
+TEST_F(UnknownMunicipality, AnswerIsTheTagOfTheListNotItsResult) {
+    expectList([](QDialog& list) {
+        setTag(list, 1);
+        list.close();
+    });
+    EXPECT_TRUE(controller->BuscarMunicipios());
+    expectList([](QDialog& list) { list.done(1); });
+    EXPECT_FALSE(controller->BuscarMunicipios());
+}
+
+TEST_F(UnknownMunicipality, ListBelongsToThePadreOrElseToTheActiveWindow) {
+    QWidget padre;
+    ambrel::test::showActive(form);
+    for (QWidget* given : {static_cast<QWidget*>(nullptr), &padre}) {
+        controller->Padre = given;
+        expectList([this, given](QDialog& list) {
+            EXPECT_EQ(list.parentWidget(), given ? given : &form);
+            list.close();
+        });
+        EXPECT_FALSE(controller->BuscarMunicipios());
+    }
+    EXPECT_TRUE(form.findChildren<QDialog*>().isEmpty());
+    EXPECT_TRUE(padre.findChildren<QDialog*>().isEmpty());
 }
 
 TEST_F(MunicipalityBox, FailureIsShownOnceAndTheProgramGoesOn) {

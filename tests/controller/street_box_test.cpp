@@ -2,14 +2,17 @@
 
 #include "controller/AddressForm.h"
 #include "services/TagProperty.h"
+#include "support/ModalScript.h"
 #include "support/ScriptedMessages.h"
 #include "support/ShownWindow.h"
 
 namespace {
 
 using namespace postal_tests;
+using ambrel::MessageAnswer;
 using ambrel::setTag;
 using ambrel::tagOf;
+using ambrel::test::ModalScript;
 using ambrel::test::ScriptedMessages;
 
 class StreetBox : public AddressForm {
@@ -26,6 +29,16 @@ protected:
         choose("MADRID");
     }
 
+    static void expectInsertionOffer(ScriptedMessages& messages, MessageAnswer answer) {
+        messages.expect("¿Desea insertarla como una nueva via?", "ATENCIÓN", "Atención", answer);
+    }
+    static void expectListOffer(ScriptedMessages& messages, MessageAnswer answer) {
+        messages.expect("¿Desea ver la lista de direcciones actuales?", "ATENCIÓN", "Atención", answer);
+    }
+    static void expectCancellation(ScriptedMessages& messages) {
+        messages.expect("¿Desea cancelar esta operación (S/N)?", "Esta modificando los datos de una via",
+                        "Atención", MessageAnswer::Yes);
+    }
     void leave(dbase::Field* field) {
         controller->ExitDireccionPostal(streetBox, field, nullptr, asks, postalCode, streetType);
     }
@@ -128,13 +141,126 @@ TEST_F(StreetBox, LeavingAnEmptyBoxClearsTheTagAndWritesNothing) {
     EXPECT_EQ(hostPostalCode(), "00000");
 }
 
-TEST_F(StreetBox, LeavingAnUnknownStreetLeavesTheTagAt0AndWritesNothing) {
-    ScriptedMessages none;
+TEST_F(StreetBox, LeavingAnUnknownStreetWithAskFalseAndNoToTheInsertionAsksNothingMoreAndLeavesTheTagAt0) {
+    ScriptedMessages messages;
+    expectInsertionOffer(messages, MessageAnswer::No);
     asks = false;
     QTest::keyClicks(streetBox, "NINGUNA");
     leave();
     EXPECT_EQ(tagOf(*streetBox), 0);
+    EXPECT_EQ(streetBox->text(), "NINGUNA");
     EXPECT_EQ(hostPostalCode(), "00000");
+}
+
+TEST_F(StreetBox, LeavingAnUnknownStreetWithNoToBothQuestionsLeavesTheTagAt0AndWritesNothing) {
+    ScriptedMessages messages;
+    expectInsertionOffer(messages, MessageAnswer::No);
+    expectListOffer(messages, MessageAnswer::No);
+    QTest::keyClicks(streetBox, "NINGUNA");
+    leave();
+    EXPECT_EQ(tagOf(*streetBox), 0);
+    EXPECT_EQ(hostPostalCode(), "00000");
+}
+
+TEST_F(StreetBox, YesInsertsTheTextAsANewStreetAndShowsItsCard) {
+    ScriptedMessages messages;
+    ModalScript dialogs;
+    expectInsertionOffer(messages, MessageAnswer::Yes);
+    postalCode = "28045";
+    dialogs.expect("TFFichaVia", [&](QDialog& card) {
+        EXPECT_EQ(controller->DM->tbPostal.state(), dbase::DatasetState::Edit);
+        EXPECT_EQ(ambrel::test::child<QLineEdit>(card, "DBEVia").text(), "NUEVA");
+        EXPECT_EQ(ambrel::test::child<QLineEdit>(card, "EVecindad").text(), "MADRID");
+        expectCancellation(messages);
+        card.reject();
+    });
+    streetBox->setText("NUEVA");
+    leave();
+    EXPECT_EQ(tagOf(*streetBox), 1);
+    EXPECT_EQ(row(), "99000000");
+    const TDMCodPostales& tables = *controller->DM;
+    EXPECT_EQ(tables.tbPostalVIA.text(), "NUEVA");
+    EXPECT_EQ(tables.tbPostalTIPO_VIA.text(), "CL");
+    EXPECT_EQ(tables.tbPostalCODPOSTAL.text(), "28045");
+    EXPECT_EQ(tables.tbPostalPROVINCIA.text(), "28");
+    EXPECT_EQ(tables.tbPostalPAR_FIN.integer(), 9998);
+    EXPECT_EQ(hostPostalCode(), "28045");
+}
+
+TEST_F(StreetBox, NewStreetTakesTheTextAsItStandsInTheBoxAndLettersThatTheColumnCanHold) {
+    ScriptedMessages messages;
+    ModalScript dialogs;
+    expectInsertionOffer(messages, MessageAnswer::Yes);
+    dialogs.expect("TFFichaVia", [&](QDialog& card) {
+        expectCancellation(messages);
+        card.reject();
+    });
+    streetBox->setText(QStringLiteral(" ŁÓDŹ"));
+    leave();
+    EXPECT_EQ(controller->DM->tbPostalVIA.text(), ambrel::test::ansi(" LÓDZ"));
+}
+
+TEST_F(StreetBox, RefusedAllocationLockEndsTheInsertionSilentlyAndLeavesTheTagAt0) {
+    dbase::Dataset other("DB", "POSTAL");
+    other.open();
+    ASSERT_TRUE(other.lockCurrent());
+    ScriptedMessages messages;
+    ModalScript noCard;
+    expectInsertionOffer(messages, MessageAnswer::Yes);
+    messages.expect("Repita nuevamente la última operación", "Acceso concurrente");
+    streetBox->setText("NUEVA");
+    leave();
+    EXPECT_EQ(tagOf(*streetBox), 0);
+    EXPECT_EQ(hostPostalCode(), "00000");
+    EXPECT_EQ(controller->DM->tbPostal.state(), dbase::DatasetState::Insert);
+}
+
+TEST_F(StreetBox, StreetThatCannotBeInsertedIsToldOnceAndLeavesTheTagAt0) {
+    ScriptedMessages messages;
+    expectInsertionOffer(messages, MessageAnswer::Yes);
+    controller->DM->tbPostal.close();
+    EXPECT_FALSE(controller->AnadirVia());
+    messages.expect(controller->streetFailure(), "Atención");
+    streetBox->setText("NUEVA");
+    leave();
+    EXPECT_EQ(tagOf(*streetBox), 0);
+}
+
+TEST_F(StreetBox, StreetChosenFromTheListIsTaken) {
+    ScriptedMessages messages;
+    ModalScript dialogs;
+    expectInsertionOffer(messages, MessageAnswer::No);
+    expectListOffer(messages, MessageAnswer::Yes);
+    dialogs.expect("TFBuscarDireccionPostal", [this](QDialog& list) {
+        goToRow("6");
+        setTag(list, 1);
+        list.done(1);
+    });
+    streetBox->setText("NINGUNA");
+    leave();
+    EXPECT_EQ(streetBox->text(), "SERRANO");
+    EXPECT_EQ(tagOf(*streetBox), 6);
+    EXPECT_EQ(hostPostalCode(), "28006");
+}
+
+TEST_F(StreetBox, ListLeftWithoutAChoiceLeavesTextAndTag) {
+    ScriptedMessages messages;
+    ModalScript dialogs;
+    expectInsertionOffer(messages, MessageAnswer::No);
+    expectListOffer(messages, MessageAnswer::Yes);
+    dialogs.expect("TFBuscarDireccionPostal", [](QDialog& list) { QTest::keyClick(&list, Qt::Key_Escape); });
+    streetBox->setText("NINGUNA");
+    leave();
+    EXPECT_EQ(streetBox->text(), "NINGUNA");
+    EXPECT_EQ(tagOf(*streetBox), 0);
+    EXPECT_EQ(hostPostalCode(), "00000");
+}
+
+TEST_F(StreetBox, LeavingAKnownStreetAsksNothing) {
+    ScriptedMessages none;
+    QTest::keyClicks(streetBox, "SERRANO");
+    leave();
+    EXPECT_TRUE(none.shown().empty());
 }
 
 TEST_F(StreetBox, WithoutAFieldNothingIsWritten) {

@@ -38,4 +38,13 @@ TEST(PaddedStreetKey, LongNameIsCutToTheColumn) {
     EXPECT_EQ(value(paddedStreetKey(madrid, std::string(60, 'X'), "CL"), 2), std::string(45, 'X'));
 }
 
+TEST(StreetKey, NameInAPaddedKeyIsCutAndHasNoTrailingBlanks) {
+    EXPECT_EQ(nameInKey("MAYOR"), "MAYOR");
+    EXPECT_EQ(nameInKey(" MAYOR  "), " MAYOR");
+    EXPECT_EQ(nameInKey(std::string(46, 'X')), std::string(45, 'X'));
+    EXPECT_EQ(nameInKey(std::string(44, 'X') + " X"), std::string(44, 'X'));
+    EXPECT_EQ(nameInKey("   "), "");
+    EXPECT_EQ(nameInKey(""), "");
+}
+
 } // namespace

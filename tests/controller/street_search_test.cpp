@@ -1,5 +1,6 @@
 #include "controller/StreetSearch.h"
 
+#include "controller/StreetKey.h"
 #include "controller/StreetTables.h"
 #include "services/Ruttb.h"
 
@@ -54,6 +55,43 @@ TEST_F(FindStreet, NameAlreadyReachedIsNotSoughtAgain) {
     goToRow("3");
     EXPECT_FALSE(findStreet(tables, "MAYOR", "ZZ", exactSearch));
     EXPECT_EQ(currentRow(), "3");
+}
+
+/// What findStreet is to come to, in so many words: with type, and from another name once more without.
+bool searchTwice(TDMCodPostales& tables, const std::string& name, const std::string& type) {
+    const StreetPlace place{tables.tbMunicipiCODPOSTAL.text(), tables.tbMunicipiCAPITAL.text()};
+    const bool found = TBBusca(tables.tbPostal, paddedStreetKey(place, name, type), nearestSearch);
+    if (tables.tbPostalVIA.text() != name)
+        static_cast<void>(TBBusca(tables.tbPostal, paddedStreetKey(place, name, {}), nearestSearch));
+    return found;
+}
+
+TEST_F(FindStreet, NearestSearchEndsWhereBothSearchesEndWhateverIsTyped) {
+    const std::string longName(45, 'X');
+    std::vector<StreetRow> rows;
+    int key = 100;
+    for (const char* name : {"A", "AB", "A B", "ABÑ", "AÑ", "B", longName.c_str()})
+        for (const char* type : {"", "AV", "CL", "PZ"})
+            if (++key % 3 != 0) // not every name has every type
+                rows.push_back({std::to_string(key), name, type, "28001"});
+    addStreets(rows);
+    for (const char* town : {"MADRID", "BARCELONA"}) {
+        TDMCodPostales& tables = openIn(town);
+        for (const std::string& typedName :
+             {std::string(), std::string(" "), std::string("A"), std::string("A "), std::string("AB"),
+              std::string("ABC"), ambrel::test::ansi("AÑ"), ambrel::test::ansi("Ñ"), std::string("B"),
+              std::string("B  "), std::string("SERRANO"), std::string("MAYO"), std::string("ZZZ"),
+              longName.substr(0, 44), longName, longName + "X", longName + " "})
+            for (const char* type : {"", "AA", "AV", "CL", "PZ", "ZZ"}) {
+                const bool found = searchTwice(tables, typedName, type);
+                const auto there = std::pair(currentRow(), tables.tbPostal.eof());
+                tables.tbPostal.first();
+                EXPECT_EQ(findStreet(tables, typedName, type, nearestSearch), found)
+                    << '"' << typedName << "\" " << type;
+                EXPECT_EQ(std::pair(currentRow(), tables.tbPostal.eof()), there)
+                    << '"' << typedName << "\" " << type;
+            }
+    }
 }
 
 TEST_F(FindStreet, InAMunicipalityWithOneCodeAStreetWithAnotherCodeLeavesTheFirstRow) {

@@ -1,0 +1,105 @@
+// The controller's operations that open the dialogs of the streets, and leaving the street box, which may
+// lead to both.
+#include <QLineEdit>
+
+#include "controller/ClasCodPostales.h"
+#include "controller/StreetSearch.h"
+#include "data/CodPostalesDM.h"
+#include "dialogs/BuscarDireccionPostal.h"
+#include "dialogs/FichaVia.h"
+#include "services/EventGuard.h"
+#include "services/Mensaje.h"
+#include "services/Ruttb.h"
+#include "services/TagProperty.h"
+#include "services/Text.h"
+
+using ambrel::fromWindows1252;
+using ambrel::setTag;
+using ambrel::tagOf;
+using ambrel::toNearestWindows1252;
+using ambrel::toWindows1252;
+
+namespace {
+
+/// What the street box's Tag says of a street that was just inserted: known, whatever its key.
+constexpr int justInserted = 1;
+
+constexpr int acceptedTag = 1;
+
+bool isYes(const QString& question) {
+    return Mensaje_SiNo(question, QStringLiteral("ATENCIÓN"), QStringLiteral("Atención")) == answeredYes;
+}
+
+} // namespace
+
+bool TClassCodPostales::BuscarDireccionPostal(bool standalone) {
+    dbase::Dataset& streets = DM->tbPostal;
+    const std::string tagBefore = streets.tag();
+    const bool accepted = [&] {
+        TFBuscarDireccionPostal dialog(Padre, *this, standalone);
+        dialog.exec();
+        return tagOf(dialog) == acceptedTag;
+    }();
+    if (streets.tag() != tagBefore) {
+        const dbase::Bookmark chosen = streets.bookmark();
+        TBIndexa(tagBefore, streets);
+        streets.goTo(chosen);
+    }
+    return accepted;
+}
+
+void TClassCodPostales::MuestraFichaVia(TOperacion operation, const QString& municipality) {
+    const QString postalCode = fromWindows1252(DM->tbMunicipiCODPOSTAL.view());
+    OrdenaPorCodPostalMunicipi();
+    // Deliberate: the first municipality with this postal code becomes current, whichever it was before.
+    BuscaPorCodPostalMunicipi(postalCode, exactSearch);
+    OrdenaPorNombreMunicipi();
+    TFFichaVia card(Padre, *this, operation, fromWindows1252(DM->tbMunicipiCOD_INE.view()), municipality);
+    card.exec();
+}
+
+void TClassCodPostales::ExitDireccionPostal(QLineEdit* sender, dbase::Field* postalCodeField, dbase::Field*,
+                                            bool ask, const QString& newPostalCode, const QString& type) {
+    ambrel::runGuarded([&] {
+        if (sender->text().trimmed().isEmpty())
+            setTag(*sender, 0);
+        else if (tagOf(*sender) != 0)
+            goToRowOfType(sender->text(), type);
+        else if (isYes(QStringLiteral("¿Desea insertarla como una nueva via?")))
+            addTypedStreet(*sender, newPostalCode, type);
+        else if (ask && isYes(QStringLiteral("¿Desea ver la lista de direcciones actuales?")))
+            takeListedStreet(*sender);
+        if (tagOf(*sender) != 0 && postalCodeField)
+            postalCodeField->setText(DM->tbPostalCODPOSTAL.text());
+    });
+}
+
+void TClassCodPostales::goToRowOfType(const QString& street, const QString& type) {
+    const auto name = toWindows1252(street);
+    const auto code = toWindows1252(type);
+    if (name && code)
+        ambrel::chooseStreetType(*DM, *name, *code);
+}
+
+void TClassCodPostales::addTypedStreet(QLineEdit& box, const QString& postalCode, const QString& type) {
+    if (AnadirVia()) {
+        DM->tbPostalVIA.setText(toNearestWindows1252(box.text()));
+        DM->tbPostalCODPOSTAL.setText(toNearestWindows1252(postalCode));
+        DM->tbPostalTIPO_VIA.setText(toNearestWindows1252(type));
+        setTag(box, justInserted);
+        if (AceptarVia()) {
+            MuestraFichaVia(opModificacion, fromWindows1252(DM->tbMunicipiNOMBRE.view()));
+            return;
+        }
+        // A street that was not stored has no card, and the text is no known street.
+        setTag(box, 0);
+    }
+    showStreetFailure();
+}
+
+void TClassCodPostales::takeListedStreet(QLineEdit& box) {
+    if (!BuscarDireccionPostal(false))
+        return;
+    box.setText(fromWindows1252(DM->tbPostalVIA.view()));
+    setTag(box, DM->tbPostalCODIGO1.integer());
+}

@@ -1,0 +1,77 @@
+// Giving out street keys.
+#include "controller/KeyAllocation.h"
+
+#include <memory>
+#include <utility>
+
+#include "dbase/dataset.h"
+#include "dbase/table.h"
+#include "services/Rnumcad.h"
+#include "services/Ruttb.h"
+
+namespace ambrel {
+namespace {
+
+constexpr std::string_view userBlock = "99";
+constexpr const char* keyTag = "CODIGO1";
+constexpr const char* fileOrder = ""; // no tag
+
+/// The wanted key, or the one behind the highest when it is taken. `table` is then ordered by key.
+std::string freeKey(dbase::Dataset& table, const std::string& wanted) {
+    TBIndexa(keyTag, table);
+    if (!TBBusca(table, {{keyTag, Cad_Int(wanted)}}, exactSearch))
+        return wanted;
+    table.last();
+    return keyBehind(table.field(keyTag).view());
+}
+
+/// The lock on the first row, and the key that may be given while it is held.
+struct Allocation {
+    std::unique_ptr<dbase::Dataset> lock; // null: refused. Its end releases the lock.
+    std::string key;
+};
+
+/// A handle of its own, so that no range, filter or position of another cursor hides a key. It is the lock
+/// and the view of the keys in one: to open a table costs as much as the rest of this.
+Allocation allocate(const dbase::Dataset& streets, const std::string& wanted) {
+    auto table = CreaTabla(streets.databaseName(), streets.tableName(), fileOrder, false, openNow);
+    if (!lockFirstRow(*table))
+        return {};
+    std::string key = table->isEmpty() ? wanted : freeKey(*table, wanted);
+    return {.lock = std::move(table), .key = std::move(key)};
+}
+
+} // namespace
+
+bool isUserKey(std::string_view key) { return key.starts_with(userBlock); }
+
+std::string keyBehind(std::string_view highest) {
+    std::string next = Int_Cad(Cad_Int(highest) + 1);
+    // Deliberate: behind 99999999 comes the block's first key again, although it is taken.
+    return isUserKey(next) ? next : firstUserKey;
+}
+
+bool lockFirstRow(dbase::Dataset& table) {
+    while (BloqueaActual(table)) {
+        const dbase::RecordNumber locked = table.recordNumber();
+        table.first(); // what was seen before the lock proves nothing
+        if (table.recordNumber() == locked)
+            return true;
+        DesbloqueaAll(table);
+    }
+    return false;
+}
+
+bool postUnderFreeKey(dbase::Dataset& streets, dbase::Field& key) {
+    const std::string wanted = key.isNull() ? firstUserKey : key.text();
+    // All looks at the table under one structure lock: a system call costs more than any of them.
+    const Allocation given = streets.openTable().read([&] { return allocate(streets, wanted); });
+    if (!given.lock)
+        return false;
+    if (key.text() != given.key)
+        key.setText(given.key);
+    TBPost(streets);
+    return true;
+}
+
+} // namespace ambrel

@@ -1,0 +1,74 @@
+// From the current street to its municipality, by postal code.
+#include "controller/MunicipalityOfStreet.h"
+
+#include "services/Rnumcad.h"
+#include "services/Ruttb.h"
+
+namespace ambrel {
+namespace {
+
+constexpr const char* capital = "0";
+constexpr const char* locality = "9"; // the row is named after a locality
+
+bool findPostalCode(TDMCodPostales& tables, const std::string& postalCode, bool exact) {
+    return TBBusca(tables.tbMunicipi, {{"CODPOSTAL", postalCode}}, exact);
+}
+
+/// Forward to the capital among the municipalities with a postal code; to the last of them when none is one.
+/// Stays on a municipality with another code.
+void walkToCapital(TDMCodPostales& tables, const std::string& postalCode) {
+    const auto hasCode = [&] { return tables.tbMunicipiCODPOSTAL.text() == postalCode; };
+    while (tables.tbMunicipiCAPITAL.text() != capital && hasCode()) {
+        if (!tables.tbMunicipi.next())
+            return;
+        if (!hasCode()) {
+            tables.tbMunicipi.prior();
+            return;
+        }
+    }
+}
+
+/// Forward to the municipality with the given name among those with a postal code; to the first of them when
+/// none has it.
+void walkToName(TDMCodPostales& tables, const std::string& postalCode, const std::string& name) {
+    do {
+        if (tables.tbMunicipiNOMBRE.text() == name)
+            return;
+    } while (tables.tbMunicipi.next() && tables.tbMunicipiCODPOSTAL.text() == postalCode);
+    static_cast<void>(findPostalCode(tables, postalCode, exactSearch));
+}
+
+std::string nameByPostalCode(TDMCodPostales& tables, const std::string& postalCode) {
+    // Deliberate: a street whose postal code no municipality has shows its own name.
+    if (!findPostalCode(tables, postalCode, exactSearch))
+        return tables.tbPostalVIA.text();
+    if (tables.tbPostalCAPITAL.text() == locality)
+        walkToName(tables, postalCode, std::string(withoutBlanks(tables.tbPostalVIA.view())));
+    else
+        walkToCapital(tables, postalCode);
+    return tables.tbMunicipiNOMBRE.text();
+}
+
+} // namespace
+
+std::string municipalityOfStreet(TDMCodPostales& tables, const std::string& provinceCode) {
+    const std::string postalCode = tables.tbPostalCODPOSTAL.text();
+    if (postalCode.empty() || StrLeft(postalCode, 2) != provinceCode)
+        return {};
+    std::string previousTag = "CODPOSTAL";
+    TBIndexa(tables.tbMunicipi, previousTag);
+    std::string name = nameByPostalCode(tables, postalCode);
+    TBIndexa(tables.tbMunicipi, previousTag);
+    return name;
+}
+
+void goToMunicipalityOfStreet(TDMCodPostales& tables) {
+    TBIndexa("CODPOSTAL", tables.tbMunicipi);
+    const std::string postalCode = tables.tbPostalCODPOSTAL.text();
+    if (!findPostalCode(tables, postalCode, exactSearch))
+        static_cast<void>(findPostalCode(tables, StrLeft(postalCode, 2) + "000", nearestSearch));
+    if (tables.tbPostalCAPITAL.text() == capital)
+        walkToCapital(tables, postalCode);
+}
+
+} // namespace ambrel

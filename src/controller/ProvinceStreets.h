@@ -1,0 +1,29 @@
+// The streets of a province, as the search dialog goes through them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "data/CodPostalesDM.h"
+
+namespace ambrel {
+
+/// A row of PROVIN as stored.
+struct Province {
+    std::string name;
+    std::string code; // three characters
+};
+
+/// The provinces of a closed PROVIN, in the order of its tag, without the territories of other groups. Closes
+/// it again.
+[[nodiscard]] std::vector<Province> spanishProvinces(dbase::Dataset& provinces);
+
+/// Puts MUNICIPI, ordered by postal code from now on, on the first municipality of a province, which is
+/// looked up by its name in a closed PROVIN. A name that PROVIN lacks stands for postal code 00000.
+void goToProvince(TDMCodPostales& tables, dbase::Dataset& provinces, const std::string& name);
+
+/// Puts POSTAL, whatever its tag, on the first street at or after a name in the province of the current
+/// municipality.
+void goToStreetOfProvince(TDMCodPostales& tables, const std::string& name);
+
+} // namespace ambrel

@@ -1,0 +1,73 @@
+// Provinces and street types of the street card.
+#include "controller/StreetCard.h"
+
+#include "data/OpenForBlock.h"
+#include "services/Rnumcad.h"
+#include "services/Ruttb.h"
+
+namespace ambrel {
+namespace {
+
+constexpr std::size_t postalCodeLength = 5;
+constexpr std::size_t provinceCodeLength = 2;
+
+} // namespace
+
+std::vector<Province> StreetCardTables::provinces() {
+    TBIndexa("ALFABETICO", tbProvin);
+    return spanishProvinces(tbProvin);
+}
+
+std::vector<StreetType> StreetCardTables::streetTypes() {
+    std::vector<StreetType> found;
+    const OpenForBlock open(tbTipoVia);
+    for (bool isRow = !tbTipoVia.isEmpty(); isRow; isRow = tbTipoVia.next())
+        found.push_back({tbTipoViaCODIGO.text(), tbTipoViaNOMBRE.text()});
+    return found;
+}
+
+std::optional<Province> StreetCardTables::findProvince(const std::string& code) {
+    TBIndexa("CODIGO", tbProvin);
+    const OpenForBlock open(tbProvin);
+    if (!TBBusca(tbProvin, {{"CODIGO", "0" + code}}, exactSearch))
+        return std::nullopt;
+    return Province{tbProvinPROVINCIA.text(), tbProvinCODIGO.text()};
+}
+
+std::optional<StreetType> StreetCardTables::findStreetType(const std::string& code) {
+    TBIndexa("CODIGO", tbTipoVia);
+    const OpenForBlock open(tbTipoVia);
+    // A search compares what the column holds; a longer code is not found by its beginning.
+    if (!TBBusca(tbTipoVia, {{"CODIGO", code}}, exactSearch) || tbTipoViaCODIGO.text() != code)
+        return std::nullopt;
+    return StreetType{tbTipoViaCODIGO.text(), tbTipoViaNOMBRE.text()};
+}
+
+std::string StreetCardTables::provinceCode(const std::string& name) {
+    TBIndexa("ALFABETICO", tbProvin);
+    const OpenForBlock open(tbProvin);
+    if (!TBBusca(tbProvin, {{"PROVINCIA", name}}, exactSearch) || tbProvinPROVINCIA.text() != name)
+        return "00";
+    return StrRight(tbProvinCODIGO.text(), static_cast<int>(provinceCodeLength));
+}
+
+std::string provinceNameIn(std::string_view text, std::string_view shown) {
+    const std::size_t bracket = text.find('[');
+    if (bracket == std::string_view::npos)
+        return std::string(withoutBlanks(text));
+    // Deliberate: the place is that of the bracket in the text asked about, the name that of the text shown.
+    return std::string(withoutBlanks(withoutBlanks(shown).substr(0, bracket)));
+}
+
+std::string streetTypeCodeIn(std::string_view text) {
+    const std::size_t hyphen = text.find('-');
+    const std::string_view trimmed = withoutBlanks(text);
+    return UpperCase(withoutBlanks(trimmed.substr(0, hyphen)));
+}
+
+bool isPostalCodeOf(std::string_view postalCode, std::string_view provinceCode) {
+    return postalCode.size() == postalCodeLength && postalCode.starts_with(provinceCode) &&
+           provinceCode.size() == provinceCodeLength;
+}
+
+} // namespace ambrel
