@@ -1,6 +1,8 @@
 // The list of municipalities that the controller shows.
 #include "dialogs/BuscarMunicipios.h"
 
+#include <QShowEvent>
+
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
 #include "dialogs/MunicipalityColumns.h"
@@ -18,7 +20,7 @@ TFBuscarMunicipios::TFBuscarMunicipios(QWidget* owner, TClassCodPostales& contro
     : QDialog(ambrel::dialogParent(owner)), controller_(controller),
       ui_(std::make_unique<Ui::TFBuscarMunicipios>()) {
     ui_->setupUi(this);
-    ui_->DBGMUNICIPI->setColumns(ambrel::municipalityColumns(fontMetrics()));
+    ui_->DBGMUNICIPI->setColumns(ambrel::municipalityColumns());
     ui_->DBGMUNICIPI->setDataSource(&DSMunicipi);
     help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
     connectControls();
@@ -54,7 +56,8 @@ void TFBuscarMunicipios::reject() { done(ambrel::cancelledResult); }
 
 void TFBuscarMunicipios::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    ambrel::runGuarded([this] { FormShow(); });
+    if (!event->spontaneous()) // a window that comes back to the screen stays as it is
+        ambrel::runGuarded([this] { FormShow(); });
 }
 
 void TFBuscarMunicipios::resizeEvent(QResizeEvent* event) {
@@ -67,6 +70,7 @@ void TFBuscarMunicipios::FormShow() {
     DSMunicipi.setDataset(&table);
     ambrel::focusEditOfTag(table.tag(), {ui_->ECODINE, ui_->ECODPOSTAL, ui_->ENOMBRE});
     ui_->DBGMUNICIPI->setColumnTitle(2, ambrel::municipalityNameTitle());
+    ambrel::fitCodeColumns(*ui_->DBGMUNICIPI);
     FormResize();
 }
 

@@ -17,11 +17,19 @@ constexpr int cellMargins = 24;
 
 } // namespace
 
-std::vector<GridColumn> municipalityColumns(const QFontMetrics& font) {
-    const int codeWidth = qMax(leastCodeWidth, font.horizontalAdvance(QStringLiteral("00000")) + cellMargins);
-    return {{.field = "COD_INE", .title = QStringLiteral("I.N.E."), .width = codeWidth},
-            {.field = "CODPOSTAL", .title = QStringLiteral("Postal"), .width = codeWidth},
+std::vector<GridColumn> municipalityColumns() {
+    return {{.field = "COD_INE", .title = QStringLiteral("I.N.E."), .width = leastCodeWidth},
+            {.field = "CODPOSTAL", .title = QStringLiteral("Postal"), .width = leastCodeWidth},
             {.field = "NOMBRE_COMPLETO", .title = municipalityNameTitle()}};
+}
+
+void fitCodeColumns(DataGrid& grid) {
+    const QFontMetrics font = grid.fontMetrics();
+    for (const int column : {0, 1}) {
+        const int text = qMax(font.horizontalAdvance(QStringLiteral("00000")),
+                              font.horizontalAdvance(grid.columnTitle(column)));
+        grid.setColumnWidth(column, qMax(leastCodeWidth, text + cellMargins));
+    }
 }
 
 QString municipalityNameTitle() {

@@ -8,13 +8,15 @@
 
 #include "dialogs/common/DataGrid.h"
 
-class QFontMetrics;
 class QLineEdit;
 
 namespace ambrel {
 
-/// INE code, postal code and whole name; the codes' columns fit the font.
-[[nodiscard]] std::vector<GridColumn> municipalityColumns(const QFontMetrics& font);
+/// INE code, postal code and whole name.
+[[nodiscard]] std::vector<GridColumn> municipalityColumns();
+
+/// Gives the codes the width that they need in the grid's font, which is settled when the dialog is shown.
+void fitCodeColumns(DataGrid& grid);
 
 /// Title of the column of names, which tells of the entities while the configuration shows them.
 [[nodiscard]] QString municipalityNameTitle();

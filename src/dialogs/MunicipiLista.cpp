@@ -1,6 +1,8 @@
 // The list of municipalities that the lookup routines show.
 #include "dialogs/MunicipiLista.h"
 
+#include <QShowEvent>
+
 #include "data/MunicipiDM.h"
 #include "dialogs/MunicipalityColumns.h"
 #include "dialogs/common/FocusHelp.h"
@@ -17,7 +19,7 @@
 TFMunicipiLista::TFMunicipiLista(QWidget* owner)
     : QDialog(ambrel::dialogParent(owner)), ui_(std::make_unique<Ui::TFMunicipiLista>()) {
     ui_->setupUi(this);
-    ui_->DBGMUNICIPI->setColumns(ambrel::municipalityColumns(fontMetrics()));
+    ui_->DBGMUNICIPI->setColumns(ambrel::municipalityColumns());
     ui_->DBGMUNICIPI->setDataSource(&DMMunicipi->dsMunicipi);
     help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
     connectControls();
@@ -55,7 +57,8 @@ void TFMunicipiLista::reject() { done(ambrel::cancelledResult); }
 
 void TFMunicipiLista::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    ambrel::runGuarded([this] { FormShow(); });
+    if (!event->spontaneous()) // a window that comes back to the screen stays as it is
+        ambrel::runGuarded([this] { FormShow(); });
 }
 
 void TFMunicipiLista::resizeEvent(QResizeEvent* event) {
@@ -65,6 +68,7 @@ void TFMunicipiLista::resizeEvent(QResizeEvent* event) {
 
 void TFMunicipiLista::FormShow() {
     ui_->DBGMUNICIPI->setColumnTitle(2, ambrel::municipalityNameTitle());
+    ambrel::fitCodeColumns(*ui_->DBGMUNICIPI);
     FormResize();
 }
 

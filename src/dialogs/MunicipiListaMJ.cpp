@@ -2,6 +2,7 @@
 #include "dialogs/MunicipiListaMJ.h"
 
 #include <QFontMetrics>
+#include <QShowEvent>
 
 #include "data/MunicipiDM.h"
 #include "dialogs/common/FocusHelp.h"
@@ -23,13 +24,25 @@ constexpr int leastCodeWidth = 84;  // logical pixels
 constexpr int leastNameWidth = 300; // logical pixels
 constexpr int cellMargins = 24;
 
-std::vector<ambrel::GridColumn> columns(const QFontMetrics& font) {
-    const QString codeTitle = QStringLiteral("Cod. Mun");
-    return {{.field = "POBLCOD",
-             .title = codeTitle,
-             .width = qMax(leastCodeWidth, font.horizontalAdvance(codeTitle) + cellMargins)},
+// Among the widest that the fields hold.
+constexpr const char* wideName = "VILLARCAYO DE MERINDAD DE CASTILLA LA VIE";
+constexpr const char* wideProvince = "SANTA CRUZ DE TENERIF";
+
+std::vector<ambrel::GridColumn> columns() {
+    return {{.field = "POBLCOD", .title = QStringLiteral("Cod. Mun"), .width = leastCodeWidth},
             {.field = "POBLLITE", .title = QStringLiteral("Nombre del municipio"), .width = leastNameWidth},
             {.field = "NOMBREPROV", .title = QStringLiteral("Provincia")}};
+}
+
+/// Room for the texts in the grid's font, which is settled when the dialog is shown.
+void fitColumns(ambrel::DataGrid& grid) {
+    const QFontMetrics font = grid.fontMetrics();
+    const auto widthOf = [&font](const QString& text) { return font.horizontalAdvance(text) + cellMargins; };
+    const int code = qMax(leastCodeWidth, widthOf(grid.columnTitle(0)));
+    const int name = qMax(leastNameWidth, widthOf(wideName));
+    grid.setColumnWidth(0, code);
+    grid.setColumnWidth(1, name);
+    grid.setMinimumWidth(code + name + widthOf(wideProvince) + grid.width() - grid.clientWidth());
 }
 
 } // namespace
@@ -37,7 +50,7 @@ std::vector<ambrel::GridColumn> columns(const QFontMetrics& font) {
 TFMunicipiListaMJ::TFMunicipiListaMJ(QWidget* owner)
     : QDialog(ambrel::dialogParent(owner)), ui_(std::make_unique<Ui::TFMunicipiListaMJ>()) {
     ui_->setupUi(this);
-    ui_->DBGMUNICIMJ->setColumns(columns(fontMetrics()));
+    ui_->DBGMUNICIMJ->setColumns(columns());
     ui_->DBGMUNICIMJ->setDataSource(&DMMunicipi->dsMunicipiMJ);
     help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
     connectControls();
@@ -69,7 +82,8 @@ void TFMunicipiListaMJ::reject() { done(ambrel::cancelledResult); }
 
 void TFMunicipiListaMJ::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    ambrel::runGuarded([this] { FormShow(); });
+    if (!event->spontaneous()) // a window that comes back to the screen stays as it is
+        ambrel::runGuarded([this] { FormShow(); });
 }
 
 void TFMunicipiListaMJ::resizeEvent(QResizeEvent* event) {
@@ -77,7 +91,10 @@ void TFMunicipiListaMJ::resizeEvent(QResizeEvent* event) {
     ambrel::runGuarded([this] { FormResize(); });
 }
 
-void TFMunicipiListaMJ::FormShow() { FormResize(); }
+void TFMunicipiListaMJ::FormShow() {
+    fitColumns(*ui_->DBGMUNICIMJ);
+    FormResize();
+}
 
 void TFMunicipiListaMJ::FormResize() { ambrel::fillLastColumn(*ui_->DBGMUNICIMJ); }
 

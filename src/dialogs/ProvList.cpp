@@ -1,6 +1,8 @@
 // The list of provinces or countries.
 #include "dialogs/ProvList.h"
 
+#include <QShowEvent>
+
 #include <optional>
 #include <string>
 
@@ -9,8 +11,8 @@
 #include "dialogs/common/FormKeys.h"
 #include "dialogs/common/IncrementalSearch.h"
 #include "dialogs/common/LastColumn.h"
+#include "dialogs/common/ModalDialog.h"
 #include "services/EventGuard.h"
-#include "services/FocusEvents.h"
 #include "services/KeyCodes.h"
 #include "services/KeyUpEvents.h"
 #include "services/Rnumcad.h"
@@ -43,7 +45,8 @@ std::optional<std::string> orderFor(const QString& text) {
 
 } // namespace
 
-TFProvList::TFProvList(QWidget* owner) : QDialog(owner), ui_(std::make_unique<Ui::TFProvList>()) {
+TFProvList::TFProvList(QWidget* owner)
+    : QDialog(ambrel::dialogParent(owner)), ui_(std::make_unique<Ui::TFProvList>()) {
     using ambrel::guarded;
     ui_->setupUi(this);
     TProvin.setOnCalculate([this](dbase::Dataset&) { TProvinCalcFields(); });
@@ -57,9 +60,7 @@ TFProvList::TFProvList(QWidget* owner) : QDialog(owner), ui_(std::make_unique<Ui
     help->watchEdit(ui_->E_BUSQUEDA);
     help->watchButton(ui_->BBAceptar);
     help->watchButton(ui_->BBCancelar);
-    ambrel::FocusEvents::watch(
-        ui_->DBGProvincias, [this, help] { help->TomaFocoBoton(ui_->DBGProvincias); },
-        [help] { help->DejaFocoBoton(); });
+    help->watchGrid(ui_->DBGProvincias);
     ambrel::KeyUpEvents::watch(ui_->E_BUSQUEDA,
                                [this](std::uint16_t& key, Qt::KeyboardModifiers) { E_BUSQUEDAKeyUp(key); });
 
@@ -92,7 +93,8 @@ void TFProvList::reject() { done(ambrel::cancelledResult); }
 
 void TFProvList::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    ambrel::runGuarded([this] { FormShow(); });
+    if (!event->spontaneous()) // a window that comes back to the screen stays as it is
+        ambrel::runGuarded([this] { FormShow(); });
 }
 
 void TFProvList::resizeEvent(QResizeEvent* event) {

@@ -17,6 +17,7 @@ class TFProvList;
 class TFProvList : public QDialog {
     Q_OBJECT
 public:
+    /// Without owner the application's active window is the parent.
     explicit TFProvList(QWidget* owner = nullptr);
     ~TFProvList() override;
 

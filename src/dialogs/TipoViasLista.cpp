@@ -1,6 +1,8 @@
 // The list of street types.
 #include "dialogs/TipoViasLista.h"
 
+#include <QShowEvent>
+
 #include <algorithm>
 
 #include "data/ViasDM.h"
@@ -9,6 +11,7 @@
 #include "dialogs/common/FormKeys.h"
 #include "dialogs/common/IncrementalSearch.h"
 #include "dialogs/common/LastColumn.h"
+#include "dialogs/common/ModalDialog.h"
 #include "services/EventGuard.h"
 #include "services/KeyUpEvents.h"
 #include "services/Ruttb.h"
@@ -27,7 +30,7 @@ constexpr int normalLeastHeight = 480; // logical pixels
 } // namespace
 
 TFTipoViasLista::TFTipoViasLista(QWidget* owner)
-    : QDialog(owner), ui_(std::make_unique<Ui::TFTipoViasLista>()) {
+    : QDialog(ambrel::dialogParent(owner)), ui_(std::make_unique<Ui::TFTipoViasLista>()) {
     using ambrel::guarded;
     ui_->setupUi(this);
     ui_->DBGTIPO_VIA->setColumns({{.field = "CODIGO", .title = QStringLiteral("Código"), .width = codeWidth},
@@ -58,7 +61,8 @@ void TFTipoViasLista::reject() { done(ambrel::cancelledResult); }
 
 void TFTipoViasLista::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    ambrel::runGuarded([this] { FormShow(); });
+    if (!event->spontaneous()) // a window that comes back to the screen stays as it is
+        ambrel::runGuarded([this] { FormShow(); });
 }
 
 void TFTipoViasLista::resizeEvent(QResizeEvent* event) {

@@ -14,6 +14,7 @@ class TFTipoViasLista;
 class TFTipoViasLista : public QDialog {
     Q_OBJECT
 public:
+    /// Without owner the application's active window is the parent.
     explicit TFTipoViasLista(QWidget* owner = nullptr);
     ~TFTipoViasLista() override;
 

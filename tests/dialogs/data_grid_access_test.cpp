@@ -74,9 +74,10 @@ TEST_F(DataGridAccessTest, ClientWidthLeavesTheScrollBarOut) {
     const int narrow = grid->clientWidth();
     window.resize(window.width() + 100, window.height());
     EXPECT_EQ(grid->clientWidth(), narrow + 100);
+    QCoreApplication::processEvents(); // a small screen may take some of the width back
     grid->setColumnWidth(2, grid->clientWidth() - 80 - 120);
     QCoreApplication::processEvents();
-    EXPECT_FALSE(view().horizontalScrollBar()->isVisible());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !view().horizontalScrollBar()->isVisible(); }, 1000));
     EXPECT_EQ(grid->cellRect(0, 2).right() + 1, grid->cellRect(0, 0).left() + grid->clientWidth());
 }
 
@@ -174,7 +175,7 @@ TEST_F(DataGridAccessTest, ScreenReaderIsToldEachMoveAlsoWhenTheRowsScrollUnderT
 TEST_F(DataGridAccessTest, SelectionHasTheSameColourWithoutFocusAndALineAroundItWithFocus) {
     start(30);
     press(Qt::Key_Down);
-    const QRect row = grid->cellRect(1, 0), inside = row.adjusted(1, 1, -1, -1);
+    const QRect row = grid->cellRect(1, 0), inside = row.adjusted(2, 2, -2, -2);
     const QImage with = grid->grab(inside).toImage(), lined = grid->grab(row).toImage();
     behind->setFocus();
     EXPECT_EQ(grid->grab(inside).toImage(), with);

@@ -165,6 +165,21 @@ TEST_F(MunicipiListaMJ, TextsHintsAndSizes) {
     EXPECT_EQ(grid().columnWidth(2), grid().clientWidth() - grid().columnWidth(0) - grid().columnWidth(1));
 }
 
+TEST_F(MunicipiListaMJ, LargeFontCutsNoNameAndNoButton) {
+    const QString longName = "VILLARCAYO DE MERINDAD DE CASTILLA LA VI";
+    make(MunicipalityDialog::ListaMJ, "POBLLITE");
+    dialog->setStyleSheet("* { font-size: 24pt }");
+    ambrel::test::showActive(*dialog);
+    const QFontMetrics font = grid().fontMetrics();
+    EXPECT_GT(grid().columnWidth(0), font.horizontalAdvance("Cod. Mun"));
+    EXPECT_GT(grid().columnWidth(1), font.horizontalAdvance(longName));
+    EXPECT_GT(grid().columnWidth(2), font.horizontalAdvance("SANTA CRUZ DE TENERIF"));
+    for (const char* const name : {"BBAceptar", "BBCancelar"}) {
+        const auto& button = child<QPushButton>(*dialog, name);
+        EXPECT_GE(button.width(), button.sizeHint().width()) << name;
+    }
+}
+
 TEST_F(MunicipiListaMJ, ModalResults) {
     make(MunicipalityDialog::ListaMJ, "POBLLITE");
     ambrel::test::expectModalResults([this] { return makeDialog(); },

@@ -10,6 +10,7 @@
 #include "services/Confamb.h"
 #include "services/TagProperty.h"
 #include "support/ModalScript.h"
+#include "support/ShownWindow.h"
 
 namespace {
 
@@ -73,6 +74,28 @@ TEST_P(MunicipalityLists, MinimumGrowsWithTheFont) {
     dialog->show();
     EXPECT_GT(dialog->minimumWidth(), 640);
     EXPECT_GE(dialog->width(), dialog->layout()->minimumSize().width());
+}
+
+TEST_P(MunicipalityLists, LargeFontOfAStyleSheetCutsNoCodeAndNoButton) {
+    make(GetParam(), "NOMBRE");
+    dialog->setStyleSheet("* { font-size: 28pt }");
+    ambrel::test::showActive(*dialog);
+    for (const int column : {0, 1})
+        EXPECT_GT(grid().columnWidth(column), grid().fontMetrics().horizontalAdvance("00000")) << column;
+    EXPECT_GT(grid().columnWidth(2), 0);
+    for (const char* const name : {"BBAceptar", "BBCancelar"}) {
+        const auto& button = child<QPushButton>(*dialog, name);
+        EXPECT_GE(button.width(), button.sizeHint().width()) << name;
+    }
+}
+
+TEST_P(MunicipalityLists, ComingBackToTheScreenLeavesTheFocus) {
+    open("NOMBRE");
+    grid().setFocus();
+    QShowEvent uncovered;
+    QSpontaneKeyEvent::setSpontaneous(&uncovered);
+    QCoreApplication::sendEvent(dialog.get(), &uncovered);
+    EXPECT_EQ(focused(), "DBGMUNICIPI");
 }
 
 TEST_P(MunicipalityLists, FocusGoesToTheEditOfTheActiveTag) {

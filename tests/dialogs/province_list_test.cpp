@@ -76,6 +76,13 @@ protected:
     QStatusBar& help = child<QStatusBar>(list, "SBAyuda");
 };
 
+TEST_F(ProvinceList, WithoutOwnerTheActiveWindowIsTheParent) {
+    QWidget window;
+    ambrel::test::showActive(window);
+    const TFProvList other;
+    EXPECT_EQ(other.parentWidget(), &window);
+}
+
 TEST_F(ProvinceList, HasItsCaptionsHintsSizesAndResults) {
     list.TProvin.open();
     ambrel::test::showActive(list);

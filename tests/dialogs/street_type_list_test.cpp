@@ -78,6 +78,13 @@ protected:
     QStatusBar& help = child<QStatusBar>(list, "SBAyuda");
 };
 
+TEST_F(StreetTypeList, WithoutOwnerTheActiveWindowIsTheParent) {
+    QWidget window;
+    ambrel::test::showActive(window);
+    const TFTipoViasLista other;
+    EXPECT_EQ(other.parentWidget(), &window);
+}
+
 TEST_F(StreetTypeList, HasItsCaptionsHintsSizesAndResults) {
     show();
     ambrel::test::expectControls(

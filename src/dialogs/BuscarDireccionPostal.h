@@ -1,0 +1,71 @@
+// The list of streets, in which the user searches, chooses and keeps them.
+#pragma once
+
+#include <QDialog>
+#include <cstdint>
+#include <memory>
+
+#include "controller/Operacion.h"
+#include "dbase/data_source.h"
+#include "dbase/dataset.h"
+
+class TClassCodPostales;
+
+namespace Ui {
+class TFBuscarDireccionPostal;
+}
+
+/// Works on the controller's tables. Its Tag is 1 once a street was accepted: it is POSTAL's current row
+/// then, and its municipality MUNICIPI's; otherwise the Tag stays 0.
+class TFBuscarDireccionPostal : public QDialog {
+    Q_OBJECT
+public:
+    /// `standalone`: begin in the host's own province, not in that of the current municipality.
+    TFBuscarDireccionPostal(QWidget* owner, TClassCodPostales& controller, bool standalone);
+    ~TFBuscarDireccionPostal() override;
+
+    dbase::Dataset tbProvin{"DB", "PROVIN.DBF", "ALFABETICO"};
+    dbase::Field& tbProvinPROVINCIA = tbProvin.bindCharacter("PROVINCIA", 21);
+    dbase::Field& tbProvinCODIGO = tbProvin.bindCharacter("CODIGO", 3);
+    dbase::Field& tbProvinCOD_198 = tbProvin.bindCharacter("COD_198", 3);
+    dbase::Field& tbProvinGRUPO = tbProvin.bindInteger("GRUPO");
+    /// Gets POSTAL when the dialog is shown.
+    dbase::DataSource DSPostal;
+
+    void reject() override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void connectControls();
+
+    void FormShow();
+    void FormResize();
+    [[nodiscard]] bool FormKeyDown(std::uint16_t key, Qt::KeyboardModifiers modifiers);
+    void DSPostalDataChange(dbase::DatasetChange change);
+    void EViaKeyUp(std::uint16_t key);
+    void CBProvinciaChange();
+    void BBActualizarCOD_INEClick();
+    void BBAceptarClick();
+    void BBCancelarClick();
+    void BBModificarClick();
+    void BBAnadirClick();
+    void BBEliminarClick();
+    void BBDetallesClick();
+    void BBImportarClick();
+
+    void CargaProvincias();
+    [[nodiscard]] int BuscaProvincia(const QString& text) const;
+    void ActualizaTablaMunicipi();
+    void CompruebaSiViaNueva();
+    void ActualizaMunicipio();
+    void KeyUpDireccionPostal(std::uint16_t key);
+    void goToTypedStreet();
+
+    std::unique_ptr<Ui::TFBuscarDireccionPostal> ui_;
+    TClassCodPostales& controller_;
+    const bool standalone_;
+    dbase::Dataset::Subscription onDataChange_;
+};

@@ -1,0 +1,289 @@
+// The street card, from its opening to its end.
+#include "dialogs/FichaVia.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QScreen>
+#include <QShowEvent>
+#include <algorithm>
+#include <utility>
+
+#include "controller/ClasCodPostales.h"
+#include "data/CodPostalesDM.h"
+#include "dialogs/common/FocusHelp.h"
+#include "dialogs/common/FormKeys.h"
+#include "dialogs/common/TypingRules.h"
+#include "services/EventGuard.h"
+#include "services/KeyUpEvents.h"
+#include "services/Text.h"
+#include "ui_FichaVia.h"
+
+using ambrel::Capitals;
+using ambrel::guarded;
+using ambrel::runGuarded;
+using ambrel::toNearestWindows1252;
+using ambrel::TypingRules;
+
+namespace {
+
+constexpr int municipalityLength = 25; // characters that can be typed
+constexpr int streetTypeLength = 2;
+constexpr int streetTypeListWidth = 200; // logical pixels
+constexpr int postalCodeDigits = 7;      // that there is room for: two more than are right
+constexpr int numberDigits = 7;
+constexpr int editMargins = 20;       // logical pixels beside the text of an edit
+constexpr int statusTextMargins = 16; // and beside that of the status bar
+
+constexpr float disabledTextOpacity = 0.7F;
+
+constexpr auto cardWindow = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                            Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                            Qt::MSWindowsFixedSizeDialogHint;
+
+/// Room for a number of digits, in the font that the edit has by now.
+void fitDigits(QWidget& edit, int digits) {
+    const int text = edit.fontMetrics().horizontalAdvance(QString(digits, QLatin1Char('0')));
+    edit.setFixedWidth(std::max(edit.minimumWidth(), text + editMargins));
+}
+
+/// Makes room for the longest hint in the status bar.
+void fitHints(const QDialog& dialog, QWidget& bar) {
+    int width = bar.minimumWidth();
+    for (const QWidget* const control : dialog.findChildren<QWidget*>())
+        width = std::max(width, bar.fontMetrics().horizontalAdvance(control->toolTip()) + statusTextMargins);
+    bar.setMinimumWidth(width);
+}
+
+/// Gives the labels that stand below each other one width, so that the edits beside them line up.
+void alignLabels(std::initializer_list<QLabel*> labels) {
+    int width = 0;
+    for (const QLabel* const label : labels)
+        width = std::max(width, label->sizeHint().width());
+    for (QLabel* const label : labels)
+        label->setMinimumWidth(width);
+}
+
+/// Texts of disabled controls are there to be read on a card that only shows.
+void makeLegible(QWidget& box) {
+    QPalette palette = box.palette();
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text}) {
+        QColor colour = palette.color(QPalette::Active, role);
+        colour.setAlphaF(disabledTextOpacity);
+        palette.setColor(QPalette::Disabled, role, colour);
+    }
+    box.setPalette(palette);
+}
+
+/// To the middle of the host's main form, within its screen.
+void centreOnMainForm(QDialog& dialog) {
+    const QWidget* form = dialog.parentWidget();
+    while (form && form->parentWidget())
+        form = form->parentWidget();
+    if (!form || !form->isVisible())
+        return;
+    QRect place(QPoint(), dialog.size());
+    place.moveCenter(form->frameGeometry().center());
+    const QRect screen = form->screen()->availableGeometry();
+    place.moveRight(std::min(place.right(), screen.right()));
+    place.moveBottom(std::min(place.bottom(), screen.bottom()));
+    dialog.move(std::max(place.left(), screen.left()), std::max(place.top(), screen.top()));
+}
+
+} // namespace
+
+TFFichaVia::TFFichaVia(QWidget* owner, TClassCodPostales& controller, TOperacion operation, QString codIne,
+                       QString vecindad)
+    : QDialog(owner ? owner : QApplication::activeWindow(), cardWindow),
+      ui_(std::make_unique<Ui::TFFichaVia>()), Controlador(controller), Operacion(operation),
+      CodIne(std::move(codIne)), Vecindad(std::move(vecindad)), DSPostal(&controller.DM->tbPostal) {
+    ui_->setupUi(this);
+    for (QComboBox* const combo : {ui_->CBProvincia, ui_->CBTipoVia})
+        combo->setCompleter(nullptr);
+    ui_->CBTipoVia->view()->setMinimumWidth(streetTypeListWidth);
+    help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
+    watchControls();
+    connectHandlers();
+    bindEdits();
+}
+
+TFFichaVia::~TFFichaVia() {
+    for (ambrel::BoundEdit* const edit : findChildren<ambrel::BoundEdit*>())
+        edit->unbind();
+}
+
+/// Keys, hints, and what is made of typed letters. A sixth character of a postal code can be typed: it is
+/// refused aloud when the street is accepted, instead of being swallowed.
+void TFFichaVia::watchControls() {
+    new ambrel::FormKeys(*this, *ui_->BBCancelar,
+                         [this](std::uint16_t key, Qt::KeyboardModifiers) { return FormKeyDown(key); });
+    new TypingRules(ui_->EVecindad, municipalityLength, Capitals::Yes);
+    new TypingRules(ui_->CBProvincia->lineEdit(), TypingRules::anyLength, Capitals::Yes);
+    new TypingRules(ui_->CBTipoVia->lineEdit(), streetTypeLength, Capitals::No);
+    new TypingRules(ui_->DBEVia, static_cast<int>(ambrel::streetNameWidth), Capitals::Yes);
+
+    help_->watchEdit(ui_->EVecindad, {}, [this] { EVecindadExit(); });
+    for (QWidget* const edit :
+         std::initializer_list<QWidget*>{ui_->CBProvincia, ui_->CBTipoVia, ui_->DBEVia, ui_->DBECodPostal,
+                                         ui_->DBEImparIni, ui_->DBEImparFin, ui_->DBEParIni, ui_->DBEParFin})
+        help_->watchEdit(edit);
+    for (QPushButton* const button : {ui_->BBListar, ui_->BBAceptar, ui_->BBCancelar})
+        help_->watchButton(button);
+}
+
+void TFFichaVia::connectHandlers() {
+    ambrel::KeyUpEvents::watch(ui_->EVecindad, [this](std::uint16_t& key, Qt::KeyboardModifiers shift) {
+        EVecindadKeyUp(key, shift);
+    });
+    connect(ui_->EVecindad, &QLineEdit::textChanged, this, guarded([this] { EVecindadChange(); }));
+    connect(ui_->BBListar, &QPushButton::clicked, this, guarded([this] { BBListarClick(); }));
+    connect(ui_->BBAceptar, &QPushButton::clicked, this, guarded([this] { BBAceptarClick(); }));
+    connect(ui_->BBCancelar, &QPushButton::clicked, this, guarded([this] { BBCancelarClick(); }));
+}
+
+void TFFichaVia::bindEdits() {
+    ui_->DBEProvincia->bind(DSPostal, "PROVINCIA");
+    ui_->DBETipoVia->bind(DSPostal, "TIPO_VIA");
+    ui_->DBEVia->bind(DSPostal, "VIA");
+    ui_->DBECodPostal->bind(DSPostal, "CODPOSTAL");
+    ui_->DBEImparIni->bind(DSPostal, "IMPAR_INI");
+    ui_->DBEImparFin->bind(DSPostal, "IMPAR_FIN");
+    ui_->DBEParIni->bind(DSPostal, "PAR_INI");
+    ui_->DBEParFin->bind(DSPostal, "PAR_FIN");
+}
+
+void TFFichaVia::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    if (event->spontaneous())
+        return;
+    bool isStarted = false;
+    runGuarded([&] {
+        FormShow();
+        isStarted = true;
+    });
+    if (!isStarted)
+        runGuarded([this] { // what could not be shown whole is not to be changed either
+            Controlador.DM->tbPostal.cancel();
+            viewOnly();
+        });
+    for (QWidget* const edit : {ui_->DBEImparIni, ui_->DBEImparFin, ui_->DBEParIni, ui_->DBEParFin})
+        fitDigits(*edit, numberDigits);
+    fitDigits(*ui_->DBECodPostal, postalCodeDigits);
+    fitHints(*this, *ui_->SBAyuda);
+    alignLabels({ui_->LVecindad_, ui_->LProvincia_, ui_->LTipoVia_, ui_->LDomicilio_, ui_->LCodPostal_,
+                 ui_->LImparIni_, ui_->LParIni_});
+    alignLabels({ui_->LImparFin_, ui_->LParFin_});
+    layout()->activate();
+    centreOnMainForm(*this);
+}
+
+/// Loading comes first: it ends with a street type and a municipality in view, of which a new street keeps
+/// nothing.
+void TFFichaVia::FormShow() {
+    CargaProvincias();
+    CargaTipoVia();
+    BuscaVecindad();
+    switch (Operacion) {
+    case opAlta:
+        startAddition();
+        break;
+    case opModificacion:
+        startModification();
+        break;
+    case opBaja:
+        ui_->BBAceptar->setText(QStringLiteral("&Borrar"));
+        ui_->BBAceptar->setAccessibleName(QStringLiteral("Borrar"));
+        [[fallthrough]];
+    case opConsulta:
+        BuscaProvinciaPorCodigo();
+        BuscaTipoViaPorCodigo();
+        SoloLectura();
+        break;
+    }
+}
+
+void TFFichaVia::startAddition() {
+    if (Controlador.AnadirVia())
+        LimpiaDatos();
+    else
+        tellCannotStart();
+}
+
+/// Deliberate: a card that cannot start its change shows the province and the street type that loading left
+/// in the combos, not those of the street.
+void TFFichaVia::startModification() {
+    if (!Controlador.ModificarVia()) {
+        tellCannotStart();
+        return;
+    }
+    BuscaProvinciaPorCodigo();
+    BuscaTipoViaPorCodigo();
+    const TDMCodPostales& tables = *Controlador.DM;
+    if (const std::string code = tables.tbPostalCODPOSTAL.text(); code.empty() || code == "0")
+        tables.tbPostalCODPOSTAL.setText(tables.tbMunicipiCODPOSTAL.text());
+}
+
+void TFFichaVia::tellCannotStart() {
+    viewOnly();
+    Controlador.showStreetFailure();
+}
+
+void TFFichaVia::viewOnly() {
+    SoloLectura();
+    Operacion = opConsulta;
+}
+
+void TFFichaVia::SoloLectura() {
+    for (QGroupBox* const box : {ui_->GBIdentificacion, ui_->GBNumeracion}) {
+        box->setEnabled(false);
+        makeLegible(*box);
+    }
+}
+
+void TFFichaVia::LimpiaDatos() {
+    ui_->EVecindad->clear();
+    ui_->CBProvincia->setCurrentIndex(-1);
+    ui_->CBTipoVia->setCurrentIndex(-1);
+}
+
+bool TFFichaVia::FormKeyDown(std::uint16_t key) { return ambrel::enterMovesOn(*this, key); }
+
+void TFFichaVia::BBAceptarClick() {
+    switch (Operacion) {
+    case opBaja:
+        if (!Controlador.BorrarVia(true))
+            Controlador.showStreetFailure();
+        break;
+    case opConsulta:
+        break;
+    case opAlta:
+    case opModificacion:
+        if (!CompruebaDatos())
+            return;
+        storeStreet();
+        break;
+    }
+    done(ambrel::acceptedResult);
+}
+
+/// Deliberate: the card closes also when the street could not be stored; the user is told to repeat the
+/// operation.
+void TFFichaVia::storeStreet() {
+    const TDMCodPostales& tables = *Controlador.DM;
+    tables.tbPostalCAPITAL.setText(tables.tbMunicipiCAPITAL.text());
+    const QString province = ObtenCodProv(ui_->CBProvincia->currentText().trimmed());
+    tables.tbPostalPROVINCIA.setText(toNearestWindows1252(province));
+    const QString streetType = ObtenTipoVia(ui_->CBTipoVia->currentText().trimmed());
+    tables.tbPostalTIPO_VIA.setText(toNearestWindows1252(streetType));
+    if (!Controlador.AceptarVia())
+        Controlador.showStreetFailure();
+}
+
+void TFFichaVia::BBCancelarClick() {
+    const bool isChanging = Operacion == opAlta || Operacion == opModificacion;
+    if (!isChanging || Controlador.CancelarVia())
+        done(ambrel::cancelledResult);
+}
+
+void TFFichaVia::reject() {
+    runGuarded([this] { BBCancelarClick(); });
+}

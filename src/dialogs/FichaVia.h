@@ -1,0 +1,93 @@
+// The card of one street: its municipality, province, type, name, postal code and house numbers.
+#pragma once
+
+#include <QDialog>
+#include <cstdint>
+#include <memory>
+
+#include "controller/Operacion.h"
+#include "controller/StreetCard.h"
+#include "dbase/data_source.h"
+
+class QComboBox;
+class TClassCodPostales;
+
+namespace ambrel {
+class BoundEdit;
+class FocusHelp;
+} // namespace ambrel
+namespace Ui {
+class TFFichaVia;
+}
+
+/// Works on the current row of the controller's POSTAL, or on a new one, which what is typed reaches at once.
+/// exec() returns 1 when the operation was carried out, 2 when it was given up; a row that could not be
+/// stored stays pending. An addition or change that cannot start makes the card a read-only view.
+class TFFichaVia : public QDialog {
+    Q_OBJECT
+public:
+    /// `codIne`: INE code of the street's municipality. `vecindad`: a name to show instead of that of the
+    /// municipality with the street's postal code; may be empty. The controller must outlive the card.
+    TFFichaVia(QWidget* owner, TClassCodPostales& controller, TOperacion operation, QString codIne,
+               QString vecindad);
+    ~TFFichaVia() override;
+
+    /// The close box does what BBCancelar does.
+    void reject() override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    // FichaVia.cpp: the card, from its opening to its end.
+    void FormShow();
+    [[nodiscard]] bool FormKeyDown(std::uint16_t key);
+    void BBAceptarClick();
+    void BBCancelarClick();
+    void SoloLectura();
+    void LimpiaDatos();
+    void connectHandlers();
+    void watchControls();
+    void bindEdits();
+    void startAddition();
+    void startModification();
+    void tellCannotStart();
+    void viewOnly();
+    void storeStreet();
+
+    // FichaViaDatos.cpp: provinces and street types in their combos, and the checks of what was typed.
+    static void showText(QComboBox& combo, const QString& text);
+    void CargaProvincias();
+    void CargaTipoVia();
+    void BuscaProvinciaPorCodigo();
+    void BuscaTipoViaPorCodigo();
+    [[nodiscard]] QString ObtenCodProv(const QString& province);
+    [[nodiscard]] QString ObtenTipoVia(const QString& streetType);
+    [[nodiscard]] bool ValidaProvincia(const QString& province, const QString& expectedCode);
+    [[nodiscard]] bool ValidaTipoVia(const QString& streetType);
+    [[nodiscard]] bool ValidaCodPostal(const QString& postalCode, const QString& province);
+    [[nodiscard]] bool CompruebaDatos();
+    [[nodiscard]] bool checkTexts();
+    void fillEmptyNumbers();
+    [[nodiscard]] bool checkNumbers();
+
+    // FichaViaVecindad.cpp: the municipality.
+    void BuscaVecindad();
+    void EVecindadChange();
+    void EVecindadKeyUp(std::uint16_t& key, Qt::KeyboardModifiers shift);
+    void EVecindadExit();
+    void BBListarClick();
+    void goToMunicipality(const QString& codIne);
+    [[nodiscard]] QString nameForProvince() const;
+    [[nodiscard]] bool takePostalCode(const QString& codIne, const QString& postalCode);
+    void takeProvince(const QString& name, const QString& codIne);
+
+    std::unique_ptr<Ui::TFFichaVia> ui_;
+    ambrel::FocusHelp* help_ = nullptr;
+    TClassCodPostales& Controlador;
+    TOperacion Operacion;
+    QString CodIne;
+    QString Vecindad;
+    ambrel::StreetCardTables tables_;
+    dbase::DataSource DSPostal;
+};

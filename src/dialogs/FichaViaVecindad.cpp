@@ -1,0 +1,161 @@
+// The street card: the municipality, and what it brings along.
+#include <QLineEdit>
+#include <QScopeGuard>
+#include <string>
+
+#include "controller/ClasCodPostales.h"
+#include "data/CodPostalesDM.h"
+#include "dialogs/FichaVia.h"
+#include "dialogs/common/FocusHelp.h"
+#include "dialogs/common/ProvinceItems.h"
+#include "lookup/RutCodPostales.h"
+#include "services/Confamb.h"
+#include "services/KeyCodes.h"
+#include "services/Mensaje.h"
+#include "services/Rnumcad.h"
+#include "services/Ruttb.h"
+#include "services/TagProperty.h"
+#include "services/Text.h"
+#include "ui_FichaVia.h"
+
+using ambrel::fromWindows1252;
+using ambrel::setTag;
+using ambrel::tagOf;
+
+namespace {
+
+constexpr int provinceDigits = 2; // with which an INE code begins
+
+/// What the host's number of a municipality says about how municipalities are looked up.
+enum class LookUpBy { PostalCode = 1, IneCode = 2, Name = 3 };
+
+} // namespace
+
+void TFFichaVia::BuscaVecindad() {
+    const TDMCodPostales& tables = *Controlador.DM;
+    dbase::Dataset& municipalities = Controlador.DM->tbMunicipi;
+    const std::string postalCode = tables.tbPostalCODPOSTAL.text();
+    if (!postalCode.empty()) {
+        std::string tag = "CODPOSTAL";
+        TBIndexa(municipalities, tag);
+        const bool found = TBBusca(municipalities, {{"CODPOSTAL", postalCode}}, exactSearch);
+        // Deliberate: a postal code that no municipality has shows the street's own name.
+        const dbase::Field& shown = found ? tables.tbMunicipiNOMBRE : tables.tbPostalVIA;
+        ui_->EVecindad->setText(fromWindows1252(shown.text()));
+        TBIndexa(municipalities, tag);
+    }
+    if (!Vecindad.isEmpty())
+        ui_->EVecindad->setText(Vecindad);
+    else if (postalCode.empty())
+        ui_->EVecindad->setText(fromWindows1252(tables.tbMunicipiNOMBRE.text()));
+}
+
+/// The Tag holds the municipality's postal code here, where other boxes have its INE code.
+void TFFichaVia::EVecindadChange() {
+    Controlador.OrdenaPorNombreMunicipi();
+    const bool found = Controlador.BuscaEnMunicipi(ui_->EVecindad->text(), exactSearch);
+    setTag(*ui_->EVecindad, found ? Controlador.DM->tbMunicipiCODPOSTAL.integer() : 0);
+}
+
+void TFFichaVia::EVecindadKeyUp(std::uint16_t& key, Qt::KeyboardModifiers shift) {
+    if (key == ambrel::key_code::down) {
+        BBListarClick();
+        return;
+    }
+    const QString text = ui_->EVecindad->text();
+    const int tag = tagOf(*ui_->EVecindad);
+    Controlador.OrdenaPorNombreMunicipi();
+    Controlador.KeyUpMunicipi(ui_->EVecindad, key, shift);
+    // Completing a name that was typed whole changes no text, but leaves the INE code in the Tag, where it
+    // would be taken for a postal code.
+    if (tagOf(*ui_->EVecindad) != tag && ui_->EVecindad->text() == text)
+        EVecindadChange();
+}
+
+void TFFichaVia::EVecindadExit() {
+    const auto leaveFocus = qScopeGuard([this] { help_->DejaFoco(ui_->EVecindad); });
+    const QString name = nameForProvince();
+    QString postalCode = ui_->DBECodPostal->text();
+    // Deliberate: the number of the Tag has no leading zero, and is "0" for an unknown municipality.
+    if (postalCode.isEmpty())
+        postalCode = fromWindows1252(Int_Cad(tagOf(*ui_->EVecindad)));
+    QString notAskedFor; // an empty province stays empty
+    Controlador.ExitMunicipi(ui_->EVecindad, notAskedFor, postalCode, true);
+    const QString codIne = fromWindows1252(Controlador.DM->tbMunicipiCOD_INE.text());
+    if (takePostalCode(codIne, postalCode))
+        takeProvince(name, codIne);
+}
+
+/// Deliberate: without a province in the combo it is the municipality's name.
+QString TFFichaVia::nameForProvince() const {
+    const QString province = ui_->CBProvincia->currentText();
+    const auto bracket = province.indexOf(QLatin1Char('['));
+    return (bracket < 0 ? ui_->EVecindad->text() : province.left(bracket)).trimmed();
+}
+
+/// False when the user keeps the postal code that is there.
+bool TFFichaVia::takePostalCode(const QString& codIne, const QString& postalCode) {
+    const QString shown = ui_->DBECodPostal->text();
+    const bool isNew = codIne != CodIne || shown != postalCode;
+    if (!isNew || (!shown.isEmpty() && shown == postalCode))
+        return true;
+    if (!shown.isEmpty() && Mensaje_SiNo(this, QStringLiteral("¿Desea actualizar el código código postal?"),
+                                         QStringLiteral("El código postal difiere al que hay establecido"),
+                                         QStringLiteral("Atención")) != answeredYes)
+        return false;
+    CodIne = codIne;
+    ui_->DBECodPostal->setText(postalCode); // and with it the street's
+    return true;
+}
+
+/// Deliberate: the code is the municipality's, the name that of the province shown, whichever it is.
+void TFFichaVia::takeProvince(const QString& name, const QString& codIne) {
+    const QString item = ambrel::provinceItem(name, codIne.left(provinceDigits));
+    if (ui_->CBProvincia->currentText() != item)
+        showText(*ui_->CBProvincia, item);
+}
+
+void TFFichaVia::BBListarClick() {
+    QString codIne = CodIne, postalCode = ui_->DBECodPostal->text(), name = ui_->EVecindad->text();
+    const auto orOwn = [](QString& text) {
+        if (text.isEmpty())
+            text = fromWindows1252(Config.GetsMunicipio());
+    };
+    QString tag;
+    switch (static_cast<LookUpBy>(Config.GetnMunicipio())) {
+    case LookUpBy::PostalCode:
+        tag = QStringLiteral("CODPOSTAL");
+        orOwn(postalCode);
+        break;
+    case LookUpBy::IneCode:
+        tag = QStringLiteral("COD_INE");
+        orOwn(codIne);
+        break;
+    case LookUpBy::Name:
+    default: // any other number is no way of looking up; the box holds a name
+        tag = QStringLiteral("NOMBRE");
+        orOwn(name);
+        break;
+    }
+    QString provinceName, provinceCode, municipalityNumber;
+    if (!IMunicipios(this, codIne, postalCode, name, provinceName, provinceCode, municipalityNumber, tag,
+                     QStringLiteral("Lista de municipios del I.N.E.")))
+        return;
+    ui_->EVecindad->setText(name);
+    goToMunicipality(codIne);
+    if (takePostalCode(codIne, postalCode))
+        takeProvince(nameForProvince(), codIne);
+}
+
+/// The change of the box has found the first municipality with its name; several may have it.
+void TFFichaVia::goToMunicipality(const QString& codIne) {
+    dbase::Dataset& municipalities = Controlador.DM->tbMunicipi;
+    const TDMCodPostales& tables = *Controlador.DM;
+    const dbase::Bookmark first = municipalities.bookmark();
+    const std::string name = tables.tbMunicipiNOMBRE.text();
+    while (fromWindows1252(tables.tbMunicipiCOD_INE.text()) != codIne)
+        if (!municipalities.next() || tables.tbMunicipiNOMBRE.text() != name) {
+            municipalities.goTo(first);
+            return;
+        }
+}

@@ -1,0 +1,120 @@
+#include "dialogs/StreetCardForm.h"
+
+#include <QApplication>
+#include <QTest>
+
+#include "support/ModalScript.h"
+#include "support/ShownWindow.h"
+
+namespace postal_tests {
+
+using ambrel::test::child;
+
+namespace {
+
+void addStreetTypes() {
+    dbase::Dataset table("DB", "TIPO_VIA");
+    table.open();
+    for (const auto& [code, name] :
+         {std::pair("PZ", "PLAZA"), std::pair("CL", "CALLE"), std::pair("AV", "AVENIDA")}) {
+        table.append();
+        table.field("CODIGO").setText(code);
+        table.field("NOMBRE").setText(name);
+        table.post();
+    }
+}
+
+bool goTo(dbase::Dataset& table, const std::string& codigo1) {
+    for (table.first(); !table.isEmpty() && table.field("CODIGO1").text() != codigo1;)
+        if (!table.next())
+            return false;
+    return !table.isEmpty();
+}
+
+} // namespace
+
+StreetCardForm::StreetCardForm() {
+    addMunicipalities({{"28079", "28013", "MADRID", "N", "0"},
+                       {"28005", "28801", "ALCALA DE HENARES", "S"},
+                       {"28006", "28100", "ALCOBENDAS"},
+                       {"08019", "08001", "BARCELONA", "N", "0"},
+                       {"15075", "15160", "SADA"},
+                       {"31213", "31491", "SADA"}});
+    addProvinces({{"028", "MADRID"},
+                  {"008", "BARCELONA"},
+                  {"015", "CORUÑA, A"},
+                  {"031", "NAVARRA"},
+                  {"201", "FRANCIA", 3}});
+    addStreetTypes();
+    addStreets({{"99000000", "GRAN VIA", "CL", "28013", {1, 99}, {2, 98}},
+                {"99000001", "SIN CODIGO", "PZ", "0"},
+                {"99000002", "PERDIDA", "AV", "28999"},
+                {.codigo1 = "99000003", .via = "BLANCA", .tipo = "", .codPostal = "", .provincia = ""},
+                {"28000001", "ALCALA", "CL", "28013"}});
+    controller = std::make_unique<TClassCodPostales>();
+    chooseMunicipality("MADRID");
+}
+
+StreetCardForm::~StreetCardForm() {
+    card.reset();
+    controller.reset(); // before the tables are checked
+}
+
+void StreetCardForm::chooseMunicipality(const char* name) {
+    controller->OrdenaPorNombreMunicipi();
+    ASSERT_TRUE(controller->BuscaPorNombreMunicipi(QString::fromUtf8(name), true)) << name;
+}
+
+void StreetCardForm::openCard(TOperacion operation, const QString& vecindad, const std::string& street) {
+    ASSERT_TRUE(goTo(streets(), street)) << street;
+    const QString codIne = QString::fromStdString(controller->DM->tbMunicipiCOD_INE.text());
+    card = std::make_unique<TFFichaVia>(nullptr, *controller, operation, codIne, vecindad);
+    ambrel::test::showActive(*card);
+}
+
+void StreetCardForm::fillIn() {
+    edit("EVecindad").setText("MADRID");
+    combo("CBProvincia").setEditText("MADRID [28]");
+    combo("CBTipoVia").setEditText("CL - CALLE");
+    edit("DBEVia").setText("NUEVA");
+    edit("DBECodPostal").setText("28013");
+}
+
+QLineEdit& StreetCardForm::edit(const char* name) const { return child<QLineEdit>(*card, name); }
+
+QComboBox& StreetCardForm::combo(const char* name) const { return child<QComboBox>(*card, name); }
+
+QPushButton& StreetCardForm::button(const char* name) const { return child<QPushButton>(*card, name); }
+
+std::string StreetCardForm::textOf(const char* name) const {
+    if (const auto* found = card->findChild<QComboBox*>(QLatin1String(name)))
+        return found->currentText().toStdString();
+    return edit(name).text().toStdString();
+}
+
+void StreetCardForm::enter(const char* name) const { child<QWidget>(*card, name).setFocus(); }
+
+void StreetCardForm::leaveByTab() const { press(Qt::Key_Tab); }
+
+void StreetCardForm::typeInto(const char* name, const QString& text) const {
+    enter(name);
+    for (const QChar letter : text)
+        QTest::sendKeyEvent(QTest::Click, &child<QWidget>(*card, name),
+                            static_cast<Qt::Key>(letter.toUpper().unicode()), letter, Qt::NoModifier);
+}
+
+void StreetCardForm::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const {
+    QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : card.get(), key, modifiers);
+}
+
+std::string StreetCardForm::focused() const {
+    return card->focusWidget() ? card->focusWidget()->objectName().toStdString() : std::string();
+}
+
+std::string StreetCardForm::stored(const std::string& codigo1, const char* field) {
+    dbase::Dataset table("DB", "POSTAL", "CODIGO1");
+    table.open();
+    return goTo(table, codigo1) ? table.field(field).text() : std::string();
+}
+
+} // namespace postal_tests
