@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace host {
@@ -22,13 +23,13 @@ AddressForm::AddressForm(QWidget* parent) : QWidget(parent), grid_(new QGridLayo
         grid_->setColumnStretch(column, 1);
 
     boxes_.name = addBox({"ENombre", tr("&Cliente"), 40, Capitals::No, false, Kind::FreeText}, {0, 0, 12});
-    boxes_.municipality =
-        addBox({"EMunicipio", tr("&Municipio"), 53, Capitals::Yes, true, Kind::Checked}, {1, 0, 7});
-    boxes_.province =
-        addBox({"EProvincia", tr("&Provincia"), 21, Capitals::No, true, Kind::Checked}, {1, 7, 5});
-    boxes_.streetType =
-        addBox({"ETipoVia", tr("&Tipo de vía"), 3, Capitals::No, true, Kind::Checked}, {2, 0, 3});
-    boxes_.street = addBox({"EVia", tr("&Vía"), 45, Capitals::Yes, true, Kind::Checked}, {2, 3, 9});
+    boxes_.municipality = addBox(
+        {"EMunicipio", tr("&Municipio"), 53, Capitals::Yes, true, Kind::Checked, "BBMunicipio"}, {1, 0, 7});
+    boxes_.province = addBox(
+        {"EProvincia", tr("&Provincia"), 21, Capitals::No, true, Kind::Checked, "BBProvincia"}, {1, 7, 5});
+    boxes_.streetType = addBox(
+        {"ETipoVia", tr("&Tipo de vía"), 3, Capitals::Yes, true, Kind::Checked, "BBTipoVia"}, {2, 0, 3});
+    boxes_.street = addBox({"EVia", tr("&Vía"), 45, Capitals::Yes, true, Kind::Checked, "BBVia"}, {2, 3, 9});
     boxes_.number = addBox({"ENumero", tr("Núme&ro"), 6, Capitals::No, true, Kind::Checked}, {3, 0, 3});
     boxes_.floor = addBox({"EPiso", tr("P&iso"), 10, Capitals::No, true, Kind::FreeText}, {3, 3, 4});
     boxes_.postalCode =
@@ -47,6 +48,8 @@ QLineEdit* AddressForm::addBox(const BoxDetails& details, const Place& place) {
     auto* line = new QHBoxLayout;
     line->setSpacing(6);
     line->addWidget(box, 1);
+    if (details.listButton)
+        line->addWidget(listButton(details));
     if (details.hasMark) {
         auto* mark = new ValidationMark(box, details.kind, this);
         mark->setObjectName(QStringLiteral("Marca") + QLatin1String(details.objectName + 1));
@@ -58,6 +61,18 @@ QLineEdit* AddressForm::addBox(const BoxDetails& details, const Place& place) {
     cell->addLayout(line);
     grid_->addLayout(cell, place.row, place.column, 1, place.columns);
     return box;
+}
+
+/// No stop of the Tab key: the box itself opens the list with F4.
+QWidget* AddressForm::listButton(const BoxDetails& details) {
+    auto* button = new QPushButton(QStringLiteral("…"), this);
+    button->setObjectName(QLatin1String(details.listButton));
+    button->setProperty("list", true); // for its look
+    button->setFocusPolicy(Qt::NoFocus);
+    button->setAutoDefault(false);
+    button->setAccessibleName(tr("Lista: %1").arg(QString(details.label).remove(QLatin1Char('&'))));
+    button->setToolTip(tr("Ver la lista (F4)"));
+    return button;
 }
 
 } // namespace host

@@ -43,9 +43,11 @@ private:
         Capitals capitals;
         bool hasMark;
         ValidationMark::Kind kind;
+        const char* listButton = nullptr; // objectName of the button that opens the box's list
     };
 
     QLineEdit* addBox(const BoxDetails& details, const Place& place);
+    [[nodiscard]] QWidget* listButton(const BoxDetails& details);
 
     QGridLayout* grid_;
     AddressBoxes boxes_;

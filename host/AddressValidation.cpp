@@ -1,10 +1,12 @@
 #include "host/AddressValidation.h"
 
+#include <QApplication>
 #include <QLineEdit>
 
 #include "controller/NumberRange.h"
 #include "host/HostTable.h"
 #include "host/RecordBinding.h"
+#include "lookup/RutCodPostales.h"
 #include "package/AmbCodPostales.h"
 #include "services/EventGuard.h"
 #include "services/FocusEvents.h"
@@ -23,7 +25,8 @@ using ambrel::tagOf;
 constexpr bool exact = true;
 constexpr bool nearest = false;
 constexpr bool mayAsk = true;
-constexpr int validated = 1; // Tag of a box whose text has no code of its own
+constexpr int validated = 1;    // Tag of a box whose text has no code of its own
+constexpr int justInserted = 1; // Tag of the street box right after a street was inserted from it
 
 /// Handed to the controller for an answer that is wanted: an empty text would stay empty.
 const QString wanted = QStringLiteral(" ");
@@ -31,6 +34,11 @@ const QString wanted = QStringLiteral(" ");
 bool isBlank(const QLineEdit& box) { return box.text().trimmed().isEmpty(); }
 
 std::string bytesOf(const QLineEdit& box) { return ambrel::toNearestWindows1252(box.text().trimmed()); }
+
+/// Whether the key being released has opened a list, which now works on the same tables.
+bool opensList() { return QApplication::activeModalWidget() != nullptr; }
+
+bool isUserStreet(const TDMCodPostales& tables) { return StrLeft(tables.tbPostalCODIGO1.text(), 2) == "99"; }
 
 /// Keeps the caret, and the row unpended, where the text is the same already.
 void replaceText(QLineEdit& box, const QString& text) {
@@ -93,13 +101,21 @@ void AddressValidation::settleFocusedBox() {
             leave(watched.leave);
 }
 
+void AddressValidation::settle(const QLineEdit& box) {
+    for (const Watched& watched : watched_)
+        if (watched.box == &box)
+            leave(watched.leave);
+}
+
 void AddressValidation::completeMunicipality(std::uint16_t& key, Qt::KeyboardModifiers modifiers) {
+    if (opensList())
+        return;
     controller_.OrdenaPorNombreMunicipi();
     controller_.KeyUpMunicipi(boxes_.municipality, key, modifiers);
 }
 
 void AddressValidation::completeStreet(std::uint16_t& key, Qt::KeyboardModifiers modifiers) {
-    if (tagOf(*boxes_.municipality) == 0)
+    if (tagOf(*boxes_.municipality) == 0 || opensList())
         return;
     controller_.OrdenaPorViaPostal();
     controller_.KeyUpDireccionPostal(boxes_.street, key, modifiers, boxes_.streetType->text());
@@ -108,7 +124,9 @@ void AddressValidation::completeStreet(std::uint16_t& key, Qt::KeyboardModifiers
 void AddressValidation::leaveMunicipality() {
     QString province = wanted;
     QString postalCode = wanted;
-    controller_.ExitMunicipi(boxes_.municipality, province, postalCode, mayAsk);
+    const bool ask = boxes_.municipality->text() != askedMunicipality_;
+    controller_.ExitMunicipi(boxes_.municipality, province, postalCode, ask);
+    askedMunicipality_ = boxes_.municipality->text();
     if (province != wanted)
         replaceText(*boxes_.province, province);
     if (postalCode != wanted)
@@ -120,32 +138,97 @@ void AddressValidation::leaveMunicipality() {
 }
 
 void AddressValidation::leaveStreetType() {
-    if (boxes_.streetType->text() == settledStreetType_)
+    QLineEdit& box = *boxes_.streetType;
+    if (box.text() == settledStreetType_)
         return;
-    settledStreetType_ = boxes_.streetType->text();
+    QString name;
+    if (!isBlank(box))
+        if (const QString chosen = Tipo_Via2(name, box.text()); !chosen.isEmpty())
+            box.setText(chosen);
+    settledStreetType_ = box.text();
     findStreetAgain();
 }
 
 void AddressValidation::findStreetAgain() {
-    setTag(*boxes_.street, 0);
-    if (tagOf(*boxes_.municipality) != 0 && !isBlank(*boxes_.street)) {
-        controller_.OrdenaPorViaPostal();
-        controller_.BuscaEnPostal(boxes_.street->text(), boxes_.streetType->text(), nearest);
-        if (isAtStreet())
-            setTag(*boxes_.street, controller_.DM->tbPostalCODIGO1.integer());
-    }
-    leaveStreet();
+    lookUpStreet();
+    askedStreet_.clear();
+    settleStreet(Questions::No); // it is not the street that is being left
 }
 
-void AddressValidation::leaveStreet() {
-    if (tagOf(*boxes_.municipality) == 0)
-        setTag(*boxes_.street, 0);
-    if (tagOf(*boxes_.street) != 0 && !binding_.beginEdit())
+void AddressValidation::lookUpStreet() {
+    setTag(*boxes_.street, 0);
+    if (tagOf(*boxes_.municipality) == 0 || isBlank(*boxes_.street))
         return;
-    controller_.ExitDireccionPostal(boxes_.street, &table_.postalCode, nullptr, mayAsk,
-                                    boxes_.postalCode->text(), boxes_.streetType->text());
+    controller_.OrdenaPorViaPostal();
+    controller_.BuscaEnPostal(boxes_.street->text(), boxes_.streetType->text(), nearest);
+    if (isAtStreet())
+        setTag(*boxes_.street, controller_.DM->tbPostalCODIGO1.integer());
+}
+
+void AddressValidation::leaveStreet() { settleStreet(Questions::Yes); }
+
+void AddressValidation::settleStreet(Questions questions) {
+    QLineEdit& street = *boxes_.street;
+    if (tagOf(*boxes_.municipality) == 0 || isBlank(street))
+        setTag(street, 0);
+    const bool isNews = questions == Questions::Yes && tagOf(street) == 0 && !isBlank(street) &&
+                        tagOf(*boxes_.municipality) != 0 && street.text() != askedStreet_;
+    if (tagOf(street) != 0 || isNews) {
+        if (!binding_.beginEdit())
+            return;
+        const dbase::Bookmark municipality = controller_.DM->tbMunicipi.bookmark();
+        controller_.ExitDireccionPostal(&street, &table_.postalCode, nullptr, mayAsk,
+                                        boxes_.postalCode->text(), boxes_.streetType->text());
+        if (isNews)
+            takeAnswer(municipality);
+    }
+    if (questions == Questions::Yes)
+        askedStreet_ = street.text();
     // A number that is there already says more about the postal code than the street does.
     leaveNumber();
+}
+
+/// What came of asking about a street that is not known: a new one, one from the list, or nothing. Card and
+/// list leave the municipalities where they needed them.
+void AddressValidation::takeAnswer(const dbase::Bookmark& municipality) {
+    const int tag = tagOf(*boxes_.street);
+    if (tag > justInserted) {
+        takeStreet();
+        return;
+    }
+    if (tag == justInserted && isUserStreet(*controller_.DM)) {
+        // The card may have given it another name or type.
+        replaceText(*boxes_.street, ambrel::fromWindows1252(controller_.DM->tbPostalVIA.text()));
+        replaceText(*boxes_.streetType, ambrel::fromWindows1252(controller_.DM->tbPostalTIPO_VIA.text()));
+        settledStreetType_ = boxes_.streetType->text();
+    }
+    controller_.DM->tbMunicipi.goTo(municipality);
+    lookUpStreet();
+}
+
+void AddressValidation::takeStreet() {
+    const TDMCodPostales& tables = *controller_.DM;
+    replaceText(*boxes_.street, ambrel::fromWindows1252(tables.tbPostalVIA.text()));
+    replaceText(*boxes_.streetType, ambrel::fromWindows1252(tables.tbPostalTIPO_VIA.text()));
+    replaceText(*boxes_.postalCode, ambrel::fromWindows1252(tables.tbPostalCODPOSTAL.text()));
+    setTag(*boxes_.street, tables.tbPostalCODIGO1.integer());
+    settledStreetType_ = boxes_.streetType->text();
+    askedStreet_ = boxes_.street->text();
+    takeMunicipality();
+}
+
+/// The list of streets goes through all of Spain: the street brings its municipality along.
+void AddressValidation::takeMunicipality() {
+    const TDMCodPostales& tables = *controller_.DM;
+    const int code = tables.tbMunicipiCOD_INE.integer();
+    if (code == tagOf(*boxes_.municipality))
+        return;
+    replaceText(*boxes_.municipality, ambrel::fromWindows1252(tables.tbMunicipiNOMBRE.text()));
+    replaceText(*boxes_.province,
+                LocalizaProvincia(ambrel::fromWindows1252(tables.tbMunicipiCODPOSTAL.text())));
+    setTag(*boxes_.municipality, code);
+    settledMunicipality_ = code;
+    askedMunicipality_ = boxes_.municipality->text();
 }
 
 void AddressValidation::leaveNumber() {
@@ -181,6 +264,8 @@ void AddressValidation::settleStoredAddress() {
     }
     settledMunicipality_ = tagOf(*boxes_.municipality);
     settledStreetType_ = boxes_.streetType->text();
+    askedMunicipality_ = boxes_.municipality->text();
+    askedStreet_ = boxes_.street->text();
     markWhatFollows();
 }
 

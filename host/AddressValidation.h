@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "dbase/dataset_types.h"
 #include "host/AddressForm.h"
 
 class TClassCodPostales;
@@ -17,7 +18,8 @@ class RecordBinding;
 
 /// Completes municipality and street while they are typed, settles each box when it is left, and keeps the
 /// Tags. The street is looked for only in a municipality that is known, and the number only in a known
-/// street: a text that names nothing leaves no other address's postal code behind.
+/// street: a text that names nothing leaves no other address's postal code behind. What the user does with a
+/// text that is not known is asked once, when its box is left after a change.
 class AddressValidation : public QObject {
     Q_OBJECT
 public:
@@ -27,8 +29,15 @@ public:
 
     /// Does what leaving the focused box does, for a command that does not move the focus.
     void settleFocusedBox();
+    /// Does what leaving a box does, for a text that was chosen from a list.
+    void settle(const QLineEdit& box);
+    /// Takes over the street that POSTAL stands on, and the municipality that MUNICIPI stands on as its own.
+    void takeStreet();
+    /// Finds out again whether the street box names a street of the form's municipality.
+    void lookUpStreet();
 
 private:
+    enum class Questions { No, Yes };
     using Leave = void (AddressValidation::*)();
     struct Watched {
         QPointer<QLineEdit> box; // null when the form went first
@@ -43,11 +52,14 @@ private:
     void leaveMunicipality();
     void leaveStreetType();
     void leaveStreet();
+    void settleStreet(Questions questions);
+    void takeAnswer(const dbase::Bookmark& municipality);
     void leaveNumber();
     void leavePlain() {}
 
     void settleStoredAddress();
     [[nodiscard]] bool goToStoredMunicipality();
+    void takeMunicipality();
     void findStreetAgain();
     [[nodiscard]] bool isAtStreet() const;
     [[nodiscard]] bool isAtNumber() const;
@@ -61,6 +73,7 @@ private:
     std::vector<Watched> watched_;
     int settledMunicipality_ = 0; // for which the street was looked up
     QString settledStreetType_;
+    QString askedMunicipality_, askedStreet_; // for which the user has answered, or that were stored
 };
 
 } // namespace host

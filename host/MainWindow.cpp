@@ -10,10 +10,14 @@
 #include <QVBoxLayout>
 
 #include "host/AddressForm.h"
+#include "host/AddressLists.h"
+#include "host/AddressPreview.h"
 #include "host/AddressValidation.h"
 #include "host/CommandButton.h"
 #include "host/HostTable.h"
+#include "host/MainMenu.h"
 #include "host/RecordBinding.h"
+#include "host/StreetCommands.h"
 #include "package/AmbCodPostales.h"
 #include "services/EventGuard.h"
 #include "services/Mensaje.h"
@@ -38,13 +42,19 @@ MainWindow::MainWindow(const QString& database, QWidget* parent)
     : QMainWindow(parent), table_(std::make_unique<HostTable>(database.toStdString())),
       controller_(std::make_unique<TClassCodPostales>(this)), form_(new AddressForm(this)),
       binding_(new RecordBinding(table_->data, this)),
-      validation_(new AddressValidation(form_->boxes(), *table_, *binding_, *controller_, this)) {
+      validation_(new AddressValidation(form_->boxes(), *table_, *binding_, *controller_, this)),
+      lists_(new AddressLists(*form_, *controller_, *validation_, this)),
+      streets_(new StreetCommands(*form_, *controller_, *validation_, this)) {
     setObjectName(QStringLiteral("FClientes"));
     setWindowTitle(tr("Ambrel — Clientes"));
     controller_->Padre = this;
     layOut();
+    addMenus(*this, *lists_, *streets_, table_->data);
     bindBoxes(*binding_, form_->boxes(), *table_);
-    connect(binding_, &RecordBinding::changed, this, [this] { showState(); });
+    connect(binding_, &RecordBinding::changed, this, ambrel::guarded([this] {
+                showState();
+                preview_->showRow(*table_);
+            }));
     table_->data.open();
     binding_->showRow();
     form_->boxes().name->setFocus();
@@ -52,6 +62,8 @@ MainWindow::MainWindow(const QString& database, QWidget* parent)
 
 MainWindow::~MainWindow() {
     // The handlers at work in the form need table and controller, which go before the widgets do.
+    delete streets_;
+    delete lists_;
     delete validation_;
     delete binding_;
 }
@@ -65,7 +77,10 @@ void MainWindow::layOut() {
     card->setObjectName(QStringLiteral("MarcoFicha"));
     auto* inside = new QVBoxLayout(card);
     inside->setContentsMargins(0, 0, 0, 0);
-    inside->addWidget(form_);
+    inside->setSpacing(0);
+    inside->addWidget(form_, 1);
+    preview_ = new AddressPreview(card);
+    inside->addWidget(preview_);
     column->addWidget(header());
     column->addWidget(card, 1);
     column->addWidget(commands());

@@ -12,8 +12,11 @@ class TClassCodPostales;
 namespace host {
 
 class AddressForm;
+class AddressLists;
+class AddressPreview;
 class AddressValidation;
 class RecordBinding;
+class StreetCommands;
 struct HostTable;
 
 class MainWindow : public QMainWindow {
@@ -54,6 +57,9 @@ private:
     AddressForm* form_;
     RecordBinding* binding_;
     AddressValidation* validation_;
+    AddressLists* lists_;
+    StreetCommands* streets_;
+    AddressPreview* preview_ = nullptr;
     QLabel* state_ = nullptr;
     QLabel* message_ = nullptr;
     QPushButton* undo_ = nullptr;

@@ -1,6 +1,7 @@
 #include "host/Style.h"
 
 #include <QApplication>
+#include <QFont>
 #include <QPalette>
 
 namespace host {
@@ -10,6 +11,7 @@ constexpr QColor windowColour(0xf3, 0xf5, 0xf8);
 constexpr QColor textColour(0x1f, 0x29, 0x37);
 constexpr QColor borderColour(0xd3, 0xd9, 0xe2);
 constexpr QColor accentColour(0x1d, 0x5f, 0xa8);
+constexpr int fixedFontPoints = 9;
 constexpr int darkLightness = 128; // of 255
 
 // No colours for edit boxes: they keep to the palette, which the focus colouring changes.
@@ -18,7 +20,11 @@ constexpr const char* rules = R"(
 #LTitulo { font-size: 15pt; font-weight: 600; }
 #LEstado { background: palette(base);
            border: 1px solid palette(midlight); border-radius: 9px; padding: 3px 10px; }
+#VistaDomicilio { border-top: 1px solid palette(midlight); }
+#LDomicilio { font-weight: 600; }
+#LRutina { font-size: 13pt; font-weight: 600; }
 QPushButton { min-width: 5.5em; padding: 5px 10px; }
+QPushButton[list="true"] { min-width: 1.2em; padding: 4px; }
 QLineEdit { padding: 3px 4px; }
 )";
 
@@ -43,6 +49,14 @@ void applyStyle(QApplication& application) {
     QApplication::setStyle(QStringLiteral("Fusion"));
     if (QApplication::palette().color(QPalette::Window).lightness() >= darkLightness)
         QApplication::setPalette(lightPalette());
+    application.setStyleSheet(QLatin1String(rules));
+}
+
+void applyFixedLook(QApplication& application) {
+    QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), fixedFontPoints));
+    QApplication::setCursorFlashTime(0);
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setPalette(lightPalette());
     application.setStyleSheet(QLatin1String(rules));
 }
 

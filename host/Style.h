@@ -8,4 +8,7 @@ namespace host {
 /// One look on every desktop. A dark desktop stays dark.
 void applyStyle(QApplication& application);
 
+/// The same picture on every machine: one font, and a caret that does not blink.
+void applyFixedLook(QApplication& application);
+
 } // namespace host

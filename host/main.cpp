@@ -37,7 +37,14 @@ bool choosePlatform(int argc, char** argv) {
     return host::needsNoScreen(argc, argv);
 }
 
+/// Where a host is at home when its configuration does not say.
+constexpr int homeProvince = 28;
+constexpr const char* home = "MADRID";
+constexpr int searchByName = 3; // how the card of a street opens the list of municipalities
+
 void configure(const host::Options& options) {
+    Config.setProvince(homeProvince, home, home);
+    Config.setMunicipality(searchByName, home);
     if (!options.iniFile.isEmpty())
         Config.loadIni(options.iniFile.toStdString());
     host::chooseFolder(options.folder, [](const std::string& folder) { ambrel::createSample(folder); });
@@ -98,7 +105,10 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("ambrel"));
     QApplication::setApplicationVersion(QStringLiteral(AMBREL_VERSION));
     host::SpanishTexts::install();
-    host::applyStyle(application);
     const host::Options options = host::readOptions(application);
+    if (options.scriptFile.isEmpty())
+        host::applyStyle(application);
+    else
+        host::applyFixedLook(application); // its pictures are compared
     return options.scriptFile.isEmpty() ? runInteractively(options) : runScript(options);
 }

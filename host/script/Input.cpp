@@ -6,7 +6,11 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QTest>
+#include <optional>
+#include <utility>
 #include <variant>
+
+#include "dialogs/common/DataGrid.h"
 
 namespace host::script {
 namespace {
@@ -60,6 +64,12 @@ Outcome release(const KeyStroke& key, const QPointer<QWidget>& pressed) {
 }
 
 /// Where the user points at in a grid; null when no row is current.
+std::optional<QPoint> currentRowPoint(const ambrel::DataGrid& grid) {
+    if (grid.currentRow() < 0)
+        return std::nullopt;
+    return grid.cellRect(grid.currentRow(), 0).intersected(grid.rect()).center();
+}
+
 std::optional<QPoint> currentRowPoint(const QAbstractItemView& view) {
     const QModelIndex current = view.currentIndex();
     if (!current.isValid())
@@ -73,6 +83,12 @@ Outcome clickAt(QWidget* widget, QPoint point, bool twice) {
     else
         QTest::mouseClick(widget, Qt::LeftButton, {}, point);
     return Outcome::done();
+}
+
+/// A grid is made of widgets of its own: the one at the place gets the click.
+Outcome clickInside(ambrel::DataGrid& grid, QPoint place, bool twice) {
+    QWidget* part = grid.childAt(place);
+    return part ? clickAt(part, part->mapFrom(&grid, place), twice) : clickAt(&grid, place, twice);
 }
 
 Outcome takeItem(QComboBox& combo, const QString& item) {
@@ -174,14 +190,31 @@ Action Input::clickAction(const QString& name, bool twice) const {
         if (const auto* reason = std::get_if<QString>(&found))
             return Outcome::failed(*reason);
         QWidget* widget = std::get<QWidget*>(found);
+        const QString noRow = QStringLiteral("«%1» no tiene fila actual").arg(name);
         if (const auto* view = qobject_cast<QAbstractItemView*>(widget)) {
             const auto point = currentRowPoint(*view);
-            if (!point)
-                return Outcome::failed(QStringLiteral("«%1» no tiene fila actual").arg(name));
-            return clickAt(view->viewport(), *point, twice);
+            return point ? clickAt(view->viewport(), *point, twice) : Outcome::failed(noRow);
+        }
+        if (auto* grid = qobject_cast<ambrel::DataGrid*>(widget)) {
+            const auto point = currentRowPoint(*grid);
+            return point ? clickInside(*grid, *point, twice) : Outcome::failed(noRow);
         }
         return clickAt(widget, widget->rect().center(), twice);
     };
+}
+
+Actions Input::clickTitle(const QString& name, int column) const {
+    return {[this, name, column] {
+        const auto found = reachable(lookup_, name);
+        if (const auto* reason = std::get_if<QString>(&found))
+            return Outcome::failed(*reason);
+        auto* grid = qobject_cast<ambrel::DataGrid*>(std::get<QWidget*>(found));
+        if (!grid)
+            return Outcome::failed(QStringLiteral("«%1» no es una rejilla").arg(name));
+        if (column >= grid->columnCount())
+            return Outcome::failed(QStringLiteral("«%1» no tiene columna %2").arg(name).arg(column));
+        return clickInside(*grid, grid->titleRect(column).center(), false);
+    }};
 }
 
 Actions Input::click(const QString& name) const { return {clickAction(name, false)}; }

@@ -20,6 +20,8 @@ public:
     /// Clicks in the middle, in a grid on the current row.
     [[nodiscard]] Actions click(const QString& object) const;
     [[nodiscard]] Actions doubleClick(const QString& object) const;
+    /// Clicks the title of a grid's column.
+    [[nodiscard]] Actions clickTitle(const QString& grid, int column) const;
     /// Opens a combo and takes an item from its list.
     [[nodiscard]] Actions choose(const QString& combo, const QString& item) const;
 

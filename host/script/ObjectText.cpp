@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAbstractSpinBox>
 #include <QAction>
 #include <QComboBox>
 #include <QGroupBox>
@@ -11,6 +12,7 @@
 #include <QStatusBar>
 #include <QStringList>
 
+#include "dialogs/common/DataGrid.h"
 #include "services/TagProperty.h"
 
 namespace host::script {
@@ -34,12 +36,25 @@ QString currentRow(const QAbstractItemView& view) {
     return cells.join(QLatin1Char(','));
 }
 
+QString currentRow(const ambrel::DataGrid& grid) {
+    if (grid.currentRow() < 0)
+        return {};
+    QStringList cells;
+    for (int column = 0; column < grid.columnCount(); ++column)
+        cells.append(csvCell(grid.cellText(grid.currentRow(), column)));
+    return cells.join(QLatin1Char(','));
+}
+
 /// The text of the first of these classes that the object is.
 QString shownText(const QObject& object) {
     if (const auto* edit = qobject_cast<const QLineEdit*>(&object))
         return edit->text();
     if (const auto* view = qobject_cast<const QAbstractItemView*>(&object))
         return currentRow(*view);
+    if (const auto* grid = qobject_cast<const ambrel::DataGrid*>(&object))
+        return currentRow(*grid);
+    if (const auto* number = qobject_cast<const QAbstractSpinBox*>(&object))
+        return number->text();
     if (const auto* combo = qobject_cast<const QComboBox*>(&object))
         return combo->currentText();
     if (const auto* label = qobject_cast<const QLabel*>(&object))

@@ -19,7 +19,8 @@ struct Word {
 constexpr std::array words{
     Word{"escribe", Verb::Type, Form::ObjectAndText}, Word{"vacia", Verb::Clear, Form::Object},
     Word{"tecla", Verb::Key, Form::ObjectAndText},    Word{"pulsa", Verb::Click, Form::Object},
-    Word{"pulsa2", Verb::DoubleClick, Form::Object},  Word{"elige", Verb::Choose, Form::ObjectAndText},
+    Word{"pulsa2", Verb::DoubleClick, Form::Object},  Word{"titulo", Verb::ClickTitle, Form::ObjectAndText},
+    Word{"elige", Verb::Choose, Form::ObjectAndText}, Word{"medida", Verb::Resize, Form::Text},
     Word{"responde", Verb::Answer, Form::Text},       Word{"muestra", Verb::Show, Form::Object},
     Word{"ventana", Verb::Window, Form::Nothing},     Word{"mensajes", Verb::Messages, Form::Nothing},
     Word{"captura", Verb::Capture, Form::Text},
@@ -49,6 +50,11 @@ QString withoutLeadingBlanks(const QString& text) {
     return text.mid(begin);
 }
 
+bool isNumber(const QString& text) {
+    bool isOne = false;
+    return text.toInt(&isOne) >= 0 && isOne;
+}
+
 /// Why the words of a step do not go together; empty when they do.
 QString reasonAgainst(const Step& step, Form form) {
     const bool wantsObject = form == Form::Object || form == Form::ObjectAndText;
@@ -61,6 +67,10 @@ QString reasonAgainst(const Step& step, Form form) {
         return QStringLiteral("sobra «%1»").arg(step.argument);
     if (step.verb == Verb::Key && !keyStroke(step.argument))
         return QStringLiteral("no se conoce la tecla «%1»").arg(step.argument);
+    if (step.verb == Verb::ClickTitle && !isNumber(step.argument))
+        return QStringLiteral("la columna es un número desde 0");
+    if (step.verb == Verb::Resize && !sizeOf(step.argument))
+        return QStringLiteral("la medida se da como ANCHOxALTO");
     const QStringList answers{QStringLiteral("si"), QStringLiteral("no"), QStringLiteral("aceptar"),
                               QStringLiteral("cancelar")};
     if (step.verb == Verb::Answer && !answers.contains(step.argument))
@@ -86,6 +96,13 @@ QString readStep(Step& step) {
 }
 
 } // namespace
+
+std::optional<QSize> sizeOf(const QString& text) {
+    const QStringList sides = text.split(QLatin1Char('x'));
+    if (sides.size() != 2 || !isNumber(sides[0]) || !isNumber(sides[1]))
+        return std::nullopt;
+    return QSize(sides[0].toInt(), sides[1].toInt());
+}
 
 ParsedScript parseScript(const QString& text) {
     ParsedScript script;

@@ -1,6 +1,7 @@
 // From the text of a script to its steps.
 #pragma once
 
+#include <QSize>
 #include <QString>
 #include <optional>
 #include <vector>
@@ -24,5 +25,8 @@ struct ParsedScript {
 /// One step a line; blank lines and lines that begin with '#' say nothing. The text to type is the rest of
 /// its line behind one blank, blanks included.
 [[nodiscard]] ParsedScript parseScript(const QString& text);
+
+/// A size in logical pixels, such as 800x600; null for anything else.
+[[nodiscard]] std::optional<QSize> sizeOf(const QString& text);
 
 } // namespace host::script

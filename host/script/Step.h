@@ -5,7 +5,21 @@
 
 namespace host::script {
 
-enum class Verb { Type, Clear, Key, Click, DoubleClick, Choose, Answer, Show, Window, Messages, Capture };
+enum class Verb {
+    Type,
+    Clear,
+    Key,
+    Click,
+    DoubleClick,
+    ClickTitle,
+    Choose,
+    Answer,
+    Show,
+    Window,
+    Messages,
+    Resize,
+    Capture
+};
 
 struct Step {
     Verb verb = Verb::Window;

@@ -1,15 +1,20 @@
 #include "host/script/StepActions.h"
 
+#include <QElapsedTimer>
+#include <QImage>
 #include <QPixmap>
 #include <QStringList>
 #include <QWidget>
 #include <utility>
 
 #include "host/script/ObjectText.h"
+#include "host/script/ScriptParser.h"
 #include "services/TagProperty.h"
 
 namespace host::script {
 namespace {
+
+constexpr int restMilliseconds = 100; // without a change, after which a window is taken to be finished
 
 /// A class as its users call it, without the namespace around it.
 QString className(const QObject& object) {
@@ -33,6 +38,8 @@ Actions StepActions::of(const Step& step) const {
         return input_.click(step.object);
     case Verb::DoubleClick:
         return input_.doubleClick(step.object);
+    case Verb::ClickTitle:
+        return input_.clickTitle(step.object, step.argument.toInt());
     case Verb::Choose:
         return input_.choose(step.object, step.argument);
     case Verb::Answer:
@@ -46,10 +53,12 @@ Actions StepActions::of(const Step& step) const {
         return {[this] { return showWindow(); }};
     case Verb::Messages:
         return {[this] { return showMessages(); }};
+    case Verb::Resize:
+        return {[this, step] { return resize(step.argument); }};
     case Verb::Capture:
         break;
     }
-    return {[this, step] { return capture(step.argument); }};
+    return {capture(step.argument)};
 }
 
 Outcome StepActions::show(const QString& name) const {
@@ -74,10 +83,32 @@ Outcome StepActions::showMessages() const {
     return Outcome::done();
 }
 
-Outcome StepActions::capture(const QString& file) const {
-    if (!lookup_.activeWindow()->grab().save(file, "PNG"))
-        return Outcome::failed(QStringLiteral("no se puede escribir la imagen «%1»").arg(file));
+Outcome StepActions::resize(const QString& size) const {
+    lookup_.activeWindow()->resize(sizeOf(size).value_or(QSize()));
     return Outcome::done();
+}
+
+Action StepActions::capture(const QString& file) const {
+    // Grids read their rows, and windows find their place, a little later: what stays is the picture.
+    return [this, file, before = QImage(), since = QElapsedTimer()]() mutable {
+        QWidget& window = *lookup_.activeWindow();
+        if (!window.isActiveWindow()) {
+            window.activateWindow();
+            return Outcome::notYet(QStringLiteral("la ventana «%1» no se activa").arg(window.windowTitle()));
+        }
+        const auto notYet =
+            Outcome::notYet(QStringLiteral("la ventana «%1» no deja de moverse").arg(window.windowTitle()));
+        if (since.isValid() && !since.hasExpired(restMilliseconds))
+            return notYet;
+        const QImage picture = window.grab().toImage();
+        if (picture != std::exchange(before, picture)) {
+            since.start();
+            return notYet;
+        }
+        if (!picture.save(file, "PNG"))
+            return Outcome::failed(QStringLiteral("no se puede escribir la imagen «%1»").arg(file));
+        return Outcome::done();
+    };
 }
 
 } // namespace host::script

@@ -25,7 +25,8 @@ private:
     [[nodiscard]] Outcome show(const QString& object) const;
     [[nodiscard]] Outcome showWindow() const;
     [[nodiscard]] Outcome showMessages() const;
-    [[nodiscard]] Outcome capture(const QString& file) const;
+    [[nodiscard]] Outcome resize(const QString& size) const;
+    [[nodiscard]] Action capture(const QString& file) const;
 
     const ObjectLookup& lookup_;
     ScriptedMessages& messages_;

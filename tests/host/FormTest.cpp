@@ -1,5 +1,6 @@
 #include "host/FormTest.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
@@ -28,11 +29,23 @@ FormTest::FormTest() {
                 {"28000004", "MAYOR", "PZ", "28012"},
                 {"28000005", "CORTA", "CL", "28005", {1, 9}, {2, 8}},
                 {"26000001", "VEGA", "CL", "26200", {1, 9999}, {2, 9998}, "26", "9"}});
+    addStreetTypes({{"AV", "AVENIDA"}, {"CL", "CALLE"}, {"PZ", "PLAZA"}});
     Config.setDatabase(host::hostDatabase, folder.path());
     host::createHostTable(folder.path(), host::FirstRows::None);
 }
 
 FormTest::~FormTest() { close(); }
+
+void FormTest::addStreetTypes(const std::vector<std::pair<std::string, std::string>>& rows) {
+    dbase::Dataset table("DB", "TIPO_VIA");
+    table.open();
+    for (const auto& [abbreviation, name] : rows) {
+        table.append();
+        table.field("CODIGO").setText(abbreviation);
+        table.field("NOMBRE").setText(name);
+        table.post();
+    }
+}
 
 void FormTest::addCustomers(const std::vector<CustomerRow>& rows) {
     host::HostTable table(host::hostDatabase);
@@ -63,17 +76,32 @@ QString FormTest::text(const char* name) const { return box(name)->text(); }
 
 int FormTest::tag(const char* name) const { return ambrel::tagOf(*box(name)); }
 
+QString FormTest::label(const char* name) const {
+    return window_->findChild<QLabel*>(QLatin1String(name))->text();
+}
+
 QString FormTest::status() const { return window_->findChild<QLabel*>(QStringLiteral("LMensaje"))->text(); }
 
-void FormTest::enter(const char* name) { box(name)->setFocus(Qt::TabFocusReason); }
+/// After a dialog the platform of the tests leaves no window active.
+void FormTest::activate() {
+    if (!QApplication::focusWidget())
+        ambrel::test::showActive(*window_);
+}
+
+void FormTest::enter(const char* name) {
+    activate();
+    box(name)->setFocus(Qt::TabFocusReason);
+}
 
 void FormTest::type(const QString& text) {
+    activate();
     for (const QChar letter : text)
         QTest::sendKeyEvent(QTest::Click, QApplication::focusWidget(),
                             static_cast<Qt::Key>(letter.toUpper().unicode()), letter, Qt::NoModifier);
 }
 
 void FormTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    activate();
     QTest::keyClick(QApplication::focusWidget(), key, modifiers);
 }
 
@@ -83,6 +111,14 @@ void FormTest::fill(const char* name, const QString& text) {
     press(Qt::Key_Delete);
     type(text);
     press(Qt::Key_Tab);
+}
+
+void FormTest::choose(const char* entry) { window_->findChild<QAction*>(QLatin1String(entry))->trigger(); }
+
+void FormTest::expectMunicipalityQuestion(ambrel::test::ScriptedMessages& messages,
+                                          ambrel::MessageAnswer answer) {
+    messages.expect(QStringLiteral("¿Desea ver la lista de municipios actuales?"), QStringLiteral("ATENCIÓN"),
+                    QStringLiteral("Atención"), answer);
 }
 
 void FormTest::click(const char* button) {

@@ -4,10 +4,12 @@
 #include <QString>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "data/PostalTables.h"
 #include "host/MainWindow.h"
+#include "support/ScriptedMessages.h"
 
 class QLineEdit;
 
@@ -20,12 +22,14 @@ struct CustomerRow {
 
 /// MADRID is a capital with several codes; its CL ALCALA has the numbers to 57 in 28014 and the rest in
 /// 28009, its PZ MAYOR and CL MAYOR have different codes. HARO has one code. MIERES is two towns. The
-/// customers' table is empty.
+/// customers' table is empty. The street types are AV, CL and PZ.
 class FormTest : public postal_tests::PostalTables {
 protected:
     FormTest();
     ~FormTest() override;
 
+    /// Abbreviations and names.
+    static void addStreetTypes(const std::vector<std::pair<std::string, std::string>>& rows);
     void addCustomers(const std::vector<CustomerRow>& rows);
     /// Opens the window on the first customer.
     void open();
@@ -43,6 +47,11 @@ protected:
     /// Enters a box, replaces its text by typing, and leaves it with the Tab key.
     void fill(const char* name, const QString& text);
     void click(const char* button);
+    /// Takes an entry of the menus.
+    void choose(const char* entry);
+    [[nodiscard]] QString label(const char* name) const;
+    static void expectMunicipalityQuestion(ambrel::test::ScriptedMessages& messages,
+                                           ambrel::MessageAnswer answer);
 
     /// A column of a customer as it is stored; "" when there is no such customer.
     [[nodiscard]] std::string stored(const std::string& customer, const char* column) const;
@@ -50,6 +59,8 @@ protected:
     [[nodiscard]] host::MainWindow& window() { return *window_; }
 
 private:
+    void activate();
+
     std::unique_ptr<host::MainWindow> window_;
 };
 

@@ -3,7 +3,9 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
+#include <QMap>
 #include <QProcess>
 #include <QProcessEnvironment>
 
@@ -44,13 +46,64 @@ protected:
 };
 
 TEST_F(ProgramTest, TheTourOfANewUserCompletesAnAddress) {
-    const Ended tour = run({QStringLiteral("--guion"), QStringLiteral(AMBREL_TOUR)});
+    const Ended tour = run({QStringLiteral("--guion"), QStringLiteral(AMBREL_SCRIPTS "primer-uso.guion")});
     EXPECT_EQ(tour.exitCode, 0) << tour.errors.toStdString();
     EXPECT_TRUE(tour.lines.contains(QStringLiteral("EMunicipio\tMADRID\t28079\tactivo")));
     EXPECT_TRUE(tour.lines.contains(QStringLiteral("ECodPostal\t28028\t1\tactivo")));
     EXPECT_TRUE(tour.lines.contains(QStringLiteral("ECodPostal\t28014\t1\tactivo")));
     EXPECT_TRUE(tour.lines.contains(QStringLiteral("LMensaje\tCliente guardado.\t0\tactivo")));
     EXPECT_FALSE(QImage(QString::fromStdString(folder / "primer-uso.png")).isNull());
+}
+
+TEST_F(ProgramTest, TheTourOfTheListsSettlesTheBoxes) {
+    const Ended tour = run({QStringLiteral("--guion"), QStringLiteral(AMBREL_SCRIPTS "listas.guion")});
+    EXPECT_EQ(tour.exitCode, 0) << tour.errors.toStdString();
+    for (const QString& line :
+         {QStringLiteral("TFBuscarMunicipios\tLista de municipios del I.N.E.\t0"),
+          QStringLiteral("DBGMUNICIPI\t33024,33201,GIJON\t0\tactivo"),
+          QStringLiteral("EMunicipio\tGIJON\t33024\tactivo"), QStringLiteral("ETipoVia\tAV\t0\tactivo"),
+          QStringLiteral("EProvincia\tASTURIAS\t1\tactivo"), QStringLiteral("RCodIne\t33037\t0\tactivo")})
+        EXPECT_TRUE(tour.lines.contains(line)) << line.toStdString();
+}
+
+TEST_F(ProgramTest, TheTourOfTheStreetsAddsFindsChangesAndDeletesOne) {
+    const Ended tour = run({QStringLiteral("--guion"), QStringLiteral(AMBREL_SCRIPTS "vias.guion")});
+    EXPECT_EQ(tour.exitCode, 0) << tour.errors.toStdString();
+    for (const QString& line : {QStringLiteral("TFFichaVia\tDatos de la Via\t0"),
+                                QStringLiteral("EVia\tHORNO NUEVO\t99000000\tactivo"),
+                                QStringLiteral("DBGPostal\tCL,ALCALA,28014,1,57,2,56\t0\tactivo"),
+                                QStringLiteral("DBGPostal\tCL,HORNO NUEVO,28013,1,99,2,9998\t0\tactivo"),
+                                QStringLiteral("EVia\tHORNO NUEVO\t0\tactivo")})
+        EXPECT_TRUE(tour.lines.contains(line)) << line.toStdString();
+}
+
+/// Name and content of every picture in a folder.
+QMap<QString, QByteArray> picturesIn(const QString& folder) {
+    QMap<QString, QByteArray> pictures;
+    for (const QFileInfo& entry : QDir(folder).entryInfoList({QStringLiteral("*.png")})) {
+        QFile file(entry.filePath());
+        if (file.open(QIODevice::ReadOnly))
+            pictures.insert(entry.fileName(), file.readAll());
+    }
+    return pictures;
+}
+
+TEST_F(ProgramTest, ThePicturesOfTheDocumentsAreTheSameEachTime) {
+    QMap<QString, QByteArray> before;
+    for (int round = 0; round < 2; ++round) {
+        for (const char* script :
+             {AMBREL_SCRIPTS "capturas-listas.guion", AMBREL_SCRIPTS "capturas-vias.guion"}) {
+            QDir(QString::fromStdString(folder / "datos")).removeRecursively();
+            const Ended ended = run({QStringLiteral("--guion"), QString::fromUtf8(script)});
+            EXPECT_EQ(ended.exitCode, 0) << ended.errors.toStdString();
+        }
+        const auto pictures = picturesIn(QString::fromStdString(folder.path()));
+        EXPECT_EQ(pictures.size(), 10);
+        if (round > 0) {
+            EXPECT_EQ(pictures, before);
+        }
+        before = pictures;
+    }
 }
 
 TEST_F(ProgramTest, WhatIsSavedIsThereTheNextTime) {

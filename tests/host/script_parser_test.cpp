@@ -40,7 +40,8 @@ TEST(ScriptParser, ReadsEveryVerb) {
         {"pulsa BBNuevo", Verb::Click},      {"pulsa2 DBG", Verb::DoubleClick},
         {"elige CB LA RIOJA", Verb::Choose}, {"responde si", Verb::Answer},
         {"muestra EVia", Verb::Show},        {"ventana", Verb::Window},
-        {"mensajes", Verb::Messages},        {"captura a b.png", Verb::Capture}};
+        {"mensajes", Verb::Messages},        {"captura a b.png", Verb::Capture},
+        {"titulo DBG 2", Verb::ClickTitle},  {"medida 640x480", Verb::Resize}};
     for (const auto& [line, verb] : lines)
         EXPECT_EQ(onlyStep(QString::fromUtf8(line)).verb, verb) << line;
 }
@@ -86,6 +87,14 @@ TEST(ScriptParser, RefusesUnknownKeysAndAnswers) {
               QStringLiteral("no se conoce la tecla «Tabulador»"));
     EXPECT_EQ(reasonFor(QStringLiteral("responde quizá")),
               QStringLiteral("la respuesta es si, no, aceptar o cancelar"));
+}
+
+TEST(ScriptParser, ColumnsAndSizesAreNumbers) {
+    EXPECT_FALSE(reasonFor(QStringLiteral("titulo DBG uno")).isEmpty());
+    EXPECT_FALSE(reasonFor(QStringLiteral("titulo DBG -1")).isEmpty());
+    EXPECT_FALSE(reasonFor(QStringLiteral("medida 640")).isEmpty());
+    EXPECT_FALSE(reasonFor(QStringLiteral("medida 640x")).isEmpty());
+    EXPECT_EQ(sizeOf(QStringLiteral("640x480")), QSize(640, 480));
 }
 
 } // namespace

@@ -11,9 +11,12 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include "dbase/data_source.h"
+#include "dialogs/common/DataGrid.h"
 #include "host/ScriptPlay.h"
 #include "services/Mensaje.h"
 #include "services/TagProperty.h"
+#include "support/TableTest.h"
 #include "support/TemporaryFolder.h"
 
 namespace {
@@ -278,6 +281,80 @@ TEST_F(ScriptRunnerTest, TakesPictures) {
     EXPECT_EQ(run(("captura " + file.toStdString()).c_str()).exitCode, 0);
     EXPECT_EQ(QImage(file).size(), window.size());
     EXPECT_EQ(run(("captura " + (folder / "no/esta.png")).c_str()).exitCode, 3);
+}
+
+TEST_F(ScriptRunnerTest, GivesTheActiveWindowASize) {
+    EXPECT_EQ(run("medida 640x480").exitCode, 0);
+    EXPECT_EQ(window.size(), QSize(640, 480));
+}
+
+TEST_F(ScriptRunnerTest, APictureIsTheSameEachTime) {
+    const TemporaryFolder folder;
+    const auto picture = [&](const char* name) {
+        const QString file = QString::fromStdString(folder / name);
+        EXPECT_EQ(run(qPrintable(QStringLiteral("escribe EUno a\nvacia EUno\ncaptura ") + file)).exitCode, 0);
+        return QImage(file);
+    };
+    QApplication::setCursorFlashTime(0);
+    const QImage once = picture("uno.png");
+    EXPECT_FALSE(once.isNull());
+    EXPECT_EQ(once, picture("dos.png"));
+}
+
+/// The grid of the dialogs on a small table.
+class ScriptGridTest : public ambrel::test::TableTest {
+protected:
+    ScriptGridTest() : layout_(&window) {
+        createTable(ambrel::test::defineTable("LETRAS", {"LETRA C2", "NOMBRE C10"}, {"LETRA"}),
+                    {{"A", "ALFA"}, {"B", "BETA, B"}, {"G", "GAMMA"}});
+        grid.setObjectName(QStringLiteral("DBG"));
+        grid.setColumns({{.field = "LETRA", .title = "Letra"}, {.field = "NOMBRE", .title = "Nombre"}});
+        layout_.addWidget(&grid);
+        table.open();
+        source.setDataset(&table);
+        grid.setDataSource(&source);
+        window.resize(400, 300);
+    }
+    ~ScriptGridTest() override { grid.setDataSource(nullptr); }
+
+    dbase::Dataset table{"DB", "LETRAS", "LETRA"};
+    dbase::DataSource source;
+    QWidget window;
+    ambrel::DataGrid grid;
+
+private:
+    QVBoxLayout layout_;
+};
+
+TEST_F(ScriptGridTest, KeysMoveItsRowWhichIsShownAsCsv) {
+    const Played played = play(window, "tecla DBG Down\nmuestra DBG");
+    EXPECT_EQ(played.exitCode, 0);
+    EXPECT_EQ(played.lines, QStringList(QStringLiteral("DBG\tB,\"BETA, B\"\t0\tactivo")));
+}
+
+TEST_F(ScriptGridTest, ADoubleClickIsOnTheCurrentRow) {
+    table.last();
+    int count = 0;
+    QObject::connect(&grid, &ambrel::DataGrid::rowDoubleClicked, &grid, [&] { ++count; });
+    EXPECT_EQ(play(window, "pulsa DBG\npulsa2 DBG").exitCode, 0);
+    EXPECT_EQ(count, 1);
+    EXPECT_EQ(table.field("LETRA").text(), "G");
+}
+
+TEST_F(ScriptGridTest, TitlesAreClickedByTheirColumn) {
+    std::vector<int> columns;
+    QObject::connect(&grid, &ambrel::DataGrid::titleClicked, &grid,
+                     [&](int column) { columns.push_back(column); });
+    EXPECT_EQ(play(window, "titulo DBG 1\ntitulo DBG 0").exitCode, 0);
+    EXPECT_EQ(columns, (std::vector<int>{1, 0}));
+    const Played missing = play(window, "titulo DBG 2");
+    EXPECT_EQ(missing.exitCode, 3);
+    EXPECT_TRUE(missing.complaints.join(QString()).contains(QStringLiteral("no tiene columna 2")));
+}
+
+TEST_F(ScriptGridTest, AnEmptyGridHasNoRowToClick) {
+    table.setFilter("LETRA='Z'");
+    EXPECT_EQ(play(window, "pulsa DBG").exitCode, 3);
 }
 
 } // namespace

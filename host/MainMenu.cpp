@@ -1,0 +1,56 @@
+#include "host/MainMenu.h"
+
+#include <QAction>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+
+#include "host/AddressLists.h"
+#include "host/StreetCommands.h"
+#include "host/routines/Catalogue.h"
+#include "host/routines/RoutineDialog.h"
+#include "services/EventGuard.h"
+
+namespace host {
+namespace {
+
+template<class Act>
+void addEntry(QMenu& menu, QMainWindow& window, const QString& object, const QString& text, Act act) {
+    auto* entry = new QAction(text, &window);
+    entry->setObjectName(object);
+    QObject::connect(entry, &QAction::triggered, &window, ambrel::guarded(act));
+    menu.addAction(entry);
+}
+
+void addRoutines(QMenu& menu, QMainWindow& window, dbase::Dataset& record,
+                 const std::vector<routines::Routine>& all) {
+    for (const routines::Routine& routine : all)
+        addEntry(menu, window, routine.object, QStringLiteral("%1 (%2)…").arg(routine.title, routine.name),
+                 [&window, &record, routine] { routines::RoutineDialog(routine, record, &window).exec(); });
+}
+
+} // namespace
+
+void addMenus(QMainWindow& window, AddressLists& lists, StreetCommands& streets, dbase::Dataset& record) {
+    QMenu& listMenu = *window.menuBar()->addMenu(QMainWindow::tr("&Listas"));
+    addEntry(listMenu, window, QStringLiteral("MIMunicipio"), QMainWindow::tr("&Municipio del cliente…"),
+             [&lists] { lists.chooseMunicipality(); });
+    addEntry(listMenu, window, QStringLiteral("MIProvincia"), QMainWindow::tr("&Provincia del cliente…"),
+             [&lists] { lists.chooseProvince(); });
+    addEntry(listMenu, window, QStringLiteral("MITipoVia"), QMainWindow::tr("&Tipo de vía del cliente…"),
+             [&lists] { lists.chooseStreetType(); });
+    addEntry(listMenu, window, QStringLiteral("MIVia"), QMainWindow::tr("&Vía del cliente…"),
+             [&streets] { streets.chooseStreet(); });
+    addEntry(listMenu, window, QStringLiteral("MIFichaVia"), QMainWindow::tr("&Ficha de la vía…"),
+             [&streets] { streets.showCard(); });
+    listMenu.addSeparator();
+    addRoutines(listMenu, window, record, routines::municipalityLists());
+    listMenu.addSeparator();
+    addRoutines(listMenu, window, record, routines::otherLists());
+    listMenu.addSeparator();
+    addRoutines(listMenu, window, record, routines::streetLists());
+    QMenu& utilityMenu = *window.menuBar()->addMenu(QMainWindow::tr("Utilidad&es"));
+    addRoutines(utilityMenu, window, record, routines::utilities());
+}
+
+} // namespace host

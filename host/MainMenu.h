@@ -1,0 +1,19 @@
+// The menus of the host's window.
+#pragma once
+
+class QMainWindow;
+
+namespace dbase {
+class Dataset;
+}
+
+namespace host {
+
+class AddressLists;
+class StreetCommands;
+
+/// "Listas": the lists of the form's boxes, then every routine that may show a list. "Utilidades": the
+/// routines that answer without asking. The record must outlive the window.
+void addMenus(QMainWindow& window, AddressLists& lists, StreetCommands& streets, dbase::Dataset& record);
+
+} // namespace host

@@ -1,0 +1,17 @@
+// The routines that the host offers for trying.
+#pragma once
+
+#include <vector>
+
+#include "host/routines/Routine.h"
+
+namespace host::routines {
+
+/// Those that may show a list.
+[[nodiscard]] std::vector<Routine> municipalityLists();
+[[nodiscard]] std::vector<Routine> otherLists();
+[[nodiscard]] std::vector<Routine> streetLists();
+/// Those that answer without asking.
+[[nodiscard]] std::vector<Routine> utilities();
+
+} // namespace host::routines
