@@ -15,6 +15,7 @@ constexpr int gridColumns = 12;
 } // namespace
 
 AddressForm::AddressForm(QWidget* parent) : QWidget(parent), grid_(new QGridLayout(this)) {
+    using ambrel::Capitals;
     using Kind = ValidationMark::Kind;
     grid_->setContentsMargins(20, 18, 20, 20);
     grid_->setHorizontalSpacing(18);
@@ -43,7 +44,7 @@ QLineEdit* AddressForm::addBox(const BoxDetails& details, const Place& place) {
     auto* label = new QLabel(details.label, this);
     label->setBuddy(box);
     box->setAccessibleName(QString(details.label).remove(QLatin1Char('&')));
-    new TypingRules(box, details.length, details.capitals);
+    new ambrel::TypingRules(box, details.length, details.capitals);
 
     auto* line = new QHBoxLayout;
     line->setSpacing(6);

@@ -3,7 +3,7 @@
 
 #include <QWidget>
 
-#include "host/TypingRules.h"
+#include "dialogs/common/TypingRules.h"
 #include "host/ValidationMark.h"
 
 class QGridLayout;
@@ -40,7 +40,7 @@ private:
         const char* objectName;
         QString label; // with its mnemonic
         int length;    // characters that may be typed
-        Capitals capitals;
+        ambrel::Capitals capitals;
         bool hasMark;
         ValidationMark::Kind kind;
         const char* listButton = nullptr; // objectName of the button that opens the box's list

@@ -1,5 +1,5 @@
 // Capitals and lengths of what is typed.
-#include "host/TypingRules.h"
+#include "dialogs/common/TypingRules.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@
 
 namespace {
 
-using host::Capitals;
-using host::TypingRules;
+using ambrel::Capitals;
+using ambrel::TypingRules;
 
 TEST(TypingRules, TypedLettersBecomeCapitals) {
     QLineEdit box;
