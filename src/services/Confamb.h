@@ -3,6 +3,17 @@
 
 #include <string>
 
+namespace ambrel {
+
+/// Where the street-directory service is, and how it wants to be spoken to.
+struct DirectoryService {
+    std::string server = "http://ovc.catastro.meh.es";        // scheme and host
+    std::string actionPrefix = "http://tempuri.org";          // of its SOAP actions
+    std::string xmlNamespace = "http://www.catastro.meh.es/"; // of requests and answers
+};
+
+} // namespace ambrel
+
 /// The host fills it with the setters or from an INI file; the package only reads it.
 class TConfig {
 public:
@@ -20,6 +31,9 @@ public:
 
     /// Whether minor population entities are shown.
     bool EntidadesMenores = false;
+
+    /// The public service until the host gives another.
+    ambrel::DirectoryService directoryService;
 
     void setProvince(int code, std::string name, std::string nameOfStreets);
     void setMunicipality(int code, std::string name);
@@ -41,6 +55,10 @@ public:
     ///     Nombre=MADRID
     ///     [Opciones]
     ///     EntidadesMenores=no     ; si, no
+    ///     [Callejero]
+    ///     Servidor=http://ovc.catastro.meh.es
+    ///     Accion=http://tempuri.org
+    ///     EspacioDeNombres=http://www.catastro.meh.es/
     ///
     /// Comments stand on lines of their own. Errors: dbase::Error(NotFound) for a file that cannot be read,
     /// dbase::Error(BadValue) that names the line for anything not understood; nothing has changed then.

@@ -84,6 +84,12 @@ private:
             values_.municipalityName = text(value);
         else if (is("Opciones", "EntidadesMenores"))
             values_.minorEntities = choice(value);
+        else if (is("Callejero", "Servidor"))
+            values_.directoryServer = address(value);
+        else if (is("Callejero", "Accion"))
+            values_.actionPrefix = address(value);
+        else if (is("Callejero", "EspacioDeNombres"))
+            values_.xmlNamespace = address(value);
         else
             fail("clave desconocida: [" + section_ + "] " + key);
     }
@@ -99,6 +105,12 @@ private:
             fail("falta la carpeta");
         const std::filesystem::path own = std::filesystem::absolute(path_).parent_path();
         return (own / value).lexically_normal().string();
+    }
+
+    [[nodiscard]] std::string address(const std::string& value) const {
+        if (!value.starts_with("http://") && !value.starts_with("https://"))
+            fail("se esperaba una dirección que empiece por http:// o https://: " + value);
+        return value;
     }
 
     [[nodiscard]] int number(const std::string& value) const {

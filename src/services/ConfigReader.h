@@ -13,6 +13,7 @@ struct ConfigValues {
     std::optional<int> province, municipality;
     std::optional<std::string> provinceName, provinceOfStreets, municipalityName;
     std::optional<bool> minorEntities;
+    std::optional<std::string> directoryServer, actionPrefix, xmlNamespace;
 };
 
 /// Errors: as TConfig::loadIni.

@@ -44,6 +44,24 @@ TEST_F(Configuration, IsEmptyAtFirst) {
     EXPECT_FALSE(config.EntidadesMenores);
 }
 
+TEST_F(Configuration, SpeaksToThePublicDirectoryAtFirst) {
+    EXPECT_EQ(config.directoryService.server, "http://ovc.catastro.meh.es");
+    EXPECT_EQ(config.directoryService.actionPrefix, "http://tempuri.org");
+    EXPECT_EQ(config.directoryService.xmlNamespace, "http://www.catastro.meh.es/");
+}
+
+TEST_F(Configuration, ReadsAnotherDirectory) {
+    EXPECT_EQ(load("[Callejero]\nServidor=http://127.0.0.1:8099\nAccion=http://localhost\n"), "");
+    EXPECT_EQ(config.directoryService.server, "http://127.0.0.1:8099");
+    EXPECT_EQ(config.directoryService.actionPrefix, "http://localhost");
+    EXPECT_EQ(config.directoryService.xmlNamespace, "http://www.catastro.meh.es/");
+}
+
+TEST_F(Configuration, RefusesADirectoryThatIsNoAddress) {
+    EXPECT_NE(load("[Callejero]\nServidor=ovc.catastro.meh.es\n").find("http://"), std::string::npos);
+    EXPECT_EQ(config.directoryService.server, "http://ovc.catastro.meh.es");
+}
+
 TEST_F(Configuration, HasWhatTheHostSets) {
     config.setProvince(8, "BARCELONA", "BARCELONA [08]");
     config.setMunicipality(3, "VIC");
