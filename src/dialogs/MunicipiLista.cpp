@@ -17,13 +17,14 @@
 #include "ui_MunicipiLista.h"
 
 TFMunicipiLista::TFMunicipiLista(QWidget* owner)
-    : QDialog(ambrel::dialogParent(owner)), ui_(std::make_unique<Ui::TFMunicipiLista>()) {
+    : QDialog(ambrel::dialogParent(owner)), table_(DMMunicipi->tbMunicipi),
+      ui_(std::make_unique<Ui::TFMunicipiLista>()) {
     ui_->setupUi(this);
     ui_->DBGMUNICIPI->setColumns(ambrel::municipalityColumns());
     ui_->DBGMUNICIPI->setDataSource(&DMMunicipi->dsMunicipi);
     help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
     connectControls();
-    ambrel::focusEditOfTag(DMMunicipi->tbMunicipi.tag(), {ui_->ECODINE, ui_->ECODPOSTAL, ui_->ENOMBRE});
+    ambrel::focusEditOfTag(table_.tag(), {ui_->ECODINE, ui_->ECODPOSTAL, ui_->ENOMBRE});
 }
 
 TFMunicipiLista::~TFMunicipiLista() { ui_->DBGMUNICIPI->setDataSource(nullptr); }
@@ -82,28 +83,28 @@ void TFMunicipiLista::Dejafoco(QLineEdit* edit) { help_->DejaFoco(edit); }
 
 void TFMunicipiLista::ECODINEEnter() {
     TomaFoco(ui_->ECODINE);
-    TBIndexa("COD_INE", DMMunicipi->tbMunicipi);
+    TBIndexa("COD_INE", table_);
 }
 
 void TFMunicipiLista::ECODPOSTALEnter() {
     TomaFoco(ui_->ECODPOSTAL);
-    TBIndexa("CODPOSTAL", DMMunicipi->tbMunicipi);
+    TBIndexa("CODPOSTAL", table_);
 }
 
 void TFMunicipiLista::ENOMBREEnter() {
     TomaFoco(ui_->ENOMBRE);
-    TBIndexa("NOMBRE", DMMunicipi->tbMunicipi);
+    TBIndexa("NOMBRE", table_);
 }
 
 /// Of all three edits; the Tag tells which key is searched.
 void TFMunicipiLista::ECODINEKeyUp(QLineEdit& edit, std::uint16_t key) {
-    ambrel::searchWhileTyping(edit, key, DMMunicipi->tbMunicipi, ambrel::municipalityKey(ambrel::tagOf(edit)),
+    ambrel::searchWhileTyping(edit, key, table_, ambrel::municipalityKey(ambrel::tagOf(edit)),
                               *ui_->DBGMUNICIPI);
 }
 
 void TFMunicipiLista::DBGMUNICIPITitleClick(int column) {
     if (const std::string key = ambrel::municipalityKey(column); !key.empty())
-        TBIndexa(key, DMMunicipi->tbMunicipi);
+        TBIndexa(key, table_);
 }
 
 void TFMunicipiLista::DBGMUNICIPIDblClick() { done(ambrel::acceptedResult); }

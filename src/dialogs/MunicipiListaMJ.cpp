@@ -48,13 +48,14 @@ void fitColumns(ambrel::DataGrid& grid) {
 } // namespace
 
 TFMunicipiListaMJ::TFMunicipiListaMJ(QWidget* owner)
-    : QDialog(ambrel::dialogParent(owner)), ui_(std::make_unique<Ui::TFMunicipiListaMJ>()) {
+    : QDialog(ambrel::dialogParent(owner)), table_(DMMunicipi->tbMunicipiMJ),
+      ui_(std::make_unique<Ui::TFMunicipiListaMJ>()) {
     ui_->setupUi(this);
     ui_->DBGMUNICIMJ->setColumns(columns());
     ui_->DBGMUNICIMJ->setDataSource(&DMMunicipi->dsMunicipiMJ);
     help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
     connectControls();
-    if (DMMunicipi->tbMunicipiMJ.tag() == searchKey)
+    if (table_.tag() == searchKey)
         ui_->ENOMBRE->setFocus();
 }
 
@@ -104,15 +105,15 @@ void TFMunicipiListaMJ::Dejafoco() { help_->DejaFoco(ui_->ENOMBRE); }
 
 void TFMunicipiListaMJ::ENOMBREEnter() {
     TomaFoco();
-    TBIndexa(searchKey, DMMunicipi->tbMunicipiMJ);
+    TBIndexa(searchKey, table_);
 }
 
 void TFMunicipiListaMJ::ENOMBREKeyUp(std::uint16_t key) {
-    ambrel::searchWhileTyping(*ui_->ENOMBRE, key, DMMunicipi->tbMunicipiMJ, searchKey, *ui_->DBGMUNICIMJ);
+    ambrel::searchWhileTyping(*ui_->ENOMBRE, key, table_, searchKey, *ui_->DBGMUNICIMJ);
 }
 
 /// There is one order, whichever title was clicked.
-void TFMunicipiListaMJ::DBGMUNICIMJTitleClick() { TBIndexa(searchKey, DMMunicipi->tbMunicipiMJ); }
+void TFMunicipiListaMJ::DBGMUNICIMJTitleClick() { TBIndexa(searchKey, table_); }
 
 void TFMunicipiListaMJ::DBGMUNICIMJDblClick() { done(ambrel::acceptedResult); }
 

@@ -11,10 +11,14 @@ class TFMunicipiListaMJ;
 namespace ambrel {
 class FocusHelp;
 }
+namespace dbase {
+class Dataset;
+}
 
-/// Browses `DMMunicipi`'s `tbMunicipiMJ`, which must be there while the list lives; shows nothing while it is
-/// closed. exec() gives 1 when a municipality was accepted, and 2 otherwise; the answer is the table's
-/// current record.
+/// Browses the `tbMunicipiMJ` of the `DMMunicipi` that there is when the list is made; shows nothing while it
+/// is closed. A routine that runs meanwhile may empty the global, but the module must outlive the list.
+/// exec() gives 1 when a municipality was accepted, and 2 otherwise; the answer is the table's current
+/// record.
 class TFMunicipiListaMJ : public QDialog {
     Q_OBJECT
 public:
@@ -42,6 +46,7 @@ private:
     void BBAceptarClick();
     void BBCancelarClick();
 
+    dbase::Dataset& table_;
     std::unique_ptr<Ui::TFMunicipiListaMJ> ui_;
     ambrel::FocusHelp* help_;
 };

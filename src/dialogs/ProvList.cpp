@@ -2,7 +2,6 @@
 #include "dialogs/ProvList.h"
 
 #include <QShowEvent>
-
 #include <optional>
 #include <string>
 

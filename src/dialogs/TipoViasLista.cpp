@@ -2,7 +2,6 @@
 #include "dialogs/TipoViasLista.h"
 
 #include <QShowEvent>
-
 #include <algorithm>
 
 #include "data/ViasDM.h"
@@ -30,7 +29,8 @@ constexpr int normalLeastHeight = 480; // logical pixels
 } // namespace
 
 TFTipoViasLista::TFTipoViasLista(QWidget* owner)
-    : QDialog(ambrel::dialogParent(owner)), ui_(std::make_unique<Ui::TFTipoViasLista>()) {
+    : QDialog(ambrel::dialogParent(owner)), table_(DMVias->tbTipo_Via),
+      ui_(std::make_unique<Ui::TFTipoViasLista>()) {
     using ambrel::guarded;
     ui_->setupUi(this);
     ui_->DBGTIPO_VIA->setColumns({{.field = "CODIGO", .title = QStringLiteral("Código"), .width = codeWidth},
@@ -79,10 +79,10 @@ void TFTipoViasLista::FormShow() {
 
 void TFTipoViasLista::FormResize() { ambrel::fillLastColumn(*ui_->DBGTIPO_VIA); }
 
-void TFTipoViasLista::EBUSCAEnter() { TBIndexa(searchKey, DMVias->tbTipo_Via); }
+void TFTipoViasLista::EBUSCAEnter() { TBIndexa(searchKey, table_); }
 
 void TFTipoViasLista::EBUSCAKeyUp(std::uint16_t key) {
-    ambrel::searchWhileTyping(*ui_->EBUSCA, key, DMVias->tbTipo_Via, searchKey, *ui_->DBGTIPO_VIA);
+    ambrel::searchWhileTyping(*ui_->EBUSCA, key, table_, searchKey, *ui_->DBGTIPO_VIA);
     ui_->DBGTIPO_VIA->refresh();
 }
 

@@ -5,12 +5,16 @@
 #include <cstdint>
 #include <memory>
 
+namespace dbase {
+class Dataset;
+}
 namespace Ui {
 class TFTipoViasLista;
 }
 
-/// Browses the street types of DMVias, which must exist and outlive the list. exec() returns 1 when a row was
-/// accepted, 2 otherwise; the answer is the record on which `tbTipo_Via` then stands.
+/// Browses the street types of the DMVias that there is when the list is made. A routine that runs meanwhile
+/// may empty the global, but the module must outlive the list. exec() returns 1 when a row was accepted, 2
+/// otherwise; the answer is the record on which `tbTipo_Via` then stands.
 class TFTipoViasLista : public QDialog {
     Q_OBJECT
 public:
@@ -33,5 +37,6 @@ private:
     void BBAceptarClick();
     void BBCancelarClick();
 
+    dbase::Dataset& table_;
     std::unique_ptr<Ui::TFTipoViasLista> ui_;
 };

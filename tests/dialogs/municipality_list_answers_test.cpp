@@ -180,6 +180,14 @@ TEST_F(MunicipiListaMJ, LargeFontCutsNoNameAndNoButton) {
     }
 }
 
+TEST_F(MunicipiListaMJ, GoesOnWhenARoutineEmptiesTheGlobal) {
+    open();
+    DMMunicipi = nullptr; // as a routine called by a timer leaves it
+    QTest::keyClick(&edit("ENOMBRE"), Qt::Key_Down);
+    clickTitle(1);
+    EXPECT_EQ(current("POBLLITE"), "MADRID");
+}
+
 TEST_F(MunicipiListaMJ, ModalResults) {
     make(MunicipalityDialog::ListaMJ, "POBLLITE");
     ambrel::test::expectModalResults([this] { return makeDialog(); },

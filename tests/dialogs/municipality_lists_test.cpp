@@ -1,6 +1,7 @@
 // What TFMunicipiLista and TFBuscarMunicipios have in common, with real keys, clicks and tables.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QLayout>
 #include <QPushButton>
 #include <QTest>
@@ -60,6 +61,16 @@ TEST_P(MunicipalityLists, TextsHintsAndSizes) {
     EXPECT_EQ(ambrel::tagOf(edit("ENOMBRE")), 2);
 }
 
+TEST_P(MunicipalityLists, GoesOnWhenARoutineEmptiesTheGlobal) {
+    open("NOMBRE");
+    DMMunicipi = nullptr; // as a routine called by a timer leaves it
+    press(Qt::Key_Down);
+    clickTitle(0);
+    edit("ECODPOSTAL").setFocus();
+    EXPECT_EQ(current("NOMBRE"), "BARCELONA");
+    EXPECT_EQ(table().tag(), "CODPOSTAL");
+}
+
 TEST_P(MunicipalityLists, ModalResults) {
     make(GetParam(), "NOMBRE");
     ambrel::test::expectModalResults([this] { return makeDialog(); },
@@ -94,7 +105,7 @@ TEST_P(MunicipalityLists, ComingBackToTheScreenLeavesTheFocus) {
     grid().setFocus();
     QShowEvent uncovered;
     QSpontaneKeyEvent::setSpontaneous(&uncovered);
-    QCoreApplication::sendEvent(dialog.get(), &uncovered);
+    qApp->notify(dialog.get(), &uncovered);
     EXPECT_EQ(focused(), "DBGMUNICIPI");
 }
 

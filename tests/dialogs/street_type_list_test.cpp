@@ -179,6 +179,15 @@ TEST_F(StreetTypeList, EnteringTheSearchSelectsItsTag) {
     EXPECT_EQ(types.table.tag(), "CODIGO");
 }
 
+TEST_F(StreetTypeList, GoesOnWhenARoutineEmptiesTheGlobal) {
+    show();
+    DMVias = nullptr; // as a routine called by a timer leaves it
+    press(Qt::Key_Down);
+    grid.setFocus();
+    search.setFocus();
+    EXPECT_EQ(current(), "CL CALLE");
+}
+
 TEST_F(StreetTypeList, EnterDoesNotAccept) {
     show();
     press(Qt::Key_Return);
