@@ -1,5 +1,10 @@
 #include "sample/Sample.h"
 
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "dbase/codepage.h"
 #include "sample/SampleData.h"
 #include "tools/new_tables.h"
 #include "tools/table_loading.h"
@@ -18,10 +23,35 @@ void loadSample(const std::string& name, const std::string& tableFile) {
     }
 }
 
+/// A municipality file as programs of other systems write it: Windows-1252, lines ended by CR LF.
+std::string asMunicipalityFile(std::string_view utf8) {
+    const std::string lines = dbase::CodePage::windows1252().fromUtf8(utf8).value();
+    std::string text;
+    for (const char c : lines)
+        (text += c == '\n' ? "\r" : "") += c;
+    return text;
+}
+
+void writePostales(const std::filesystem::path& folder, dbase::IfExists ifExists) {
+    for (const PostalesFile& file : postalesFiles()) {
+        const std::filesystem::path path = folder / file.name;
+        std::filesystem::create_directories(path.parent_path());
+        if (ifExists == dbase::IfExists::Refuse && std::filesystem::exists(path))
+            continue;
+        const std::string_view utf8(reinterpret_cast<const char*>(file.utf8.data()), file.utf8.size());
+        std::ofstream stream(path, std::ios::binary);
+        stream << (path.extension() == ".dat" ? asMunicipalityFile(utf8) : std::string(utf8));
+        stream.close();
+        if (!stream)
+            throw std::runtime_error("no se puede escribir «" + path.string() + "»");
+    }
+}
+
 } // namespace
 
 void createSample(const std::string& folder, dbase::IfExists ifExists) {
     ambcp::createPostalTables(folder, ifExists, loadSample);
+    writePostales(std::filesystem::path(folder) / "POSTALES", ifExists);
 }
 
 } // namespace ambrel

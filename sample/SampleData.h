@@ -1,4 +1,4 @@
-// The CSV files of this folder, compiled in; EmbedCsv.cmake writes the definition.
+// The files of this folder, compiled in; EmbedCsv.cmake and EmbedPostales.cmake write the definitions.
 #pragma once
 
 #include <span>
@@ -12,5 +12,13 @@ struct SampleFile {
 };
 
 [[nodiscard]] std::span<const SampleFile> sampleFiles();
+
+/// A file of the folder POSTALES.
+struct PostalesFile {
+    std::string_view name; // UTF-8, with its folder: "LA RIOJA/ALFARO.xml"
+    std::span<const unsigned char> utf8;
+};
+
+[[nodiscard]] std::span<const PostalesFile> postalesFiles();
 
 } // namespace ambrel

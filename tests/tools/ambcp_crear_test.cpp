@@ -45,6 +45,26 @@ TEST_F(AmbcpCrear, SampleTablesAreSound) {
     done({"comprobar", "."});
 }
 
+TEST_F(AmbcpCrear, SampleHasMunicipalityFilesAndSavedAnswers) {
+    done({"crear", ".", "--muestra"});
+    const std::string lines = content("POSTALES/28-ALCALA DE HENARES.dat");
+    EXPECT_TRUE(lines.starts_with("28801:Abeto del, calle\r\n"));
+    EXPECT_NE(lines.find("28807:Puente de la \xD1ora, carretera\r\n"), std::string::npos);
+    EXPECT_EQ(content("POSTALES/LA RIOJA/ALFARO.xml"),
+              content(SAMPLE_FOLDER "/postales/LA RIOJA/ALFARO.xml"));
+    done({"crear", "vacia"});
+    EXPECT_FALSE(fs::exists(folder / "vacia/POSTALES"));
+}
+
+TEST_F(AmbcpCrear, SampleLeavesTheUsersMunicipalityFilesUnlessForced) {
+    fs::create_directories(folder / "POSTALES");
+    folder.write("POSTALES/28-ALCALA DE HENARES.dat", "mine");
+    done({"crear", ".", "--muestra"});
+    EXPECT_EQ(content("POSTALES/28-ALCALA DE HENARES.dat"), "mine");
+    done({"crear", ".", "--muestra", "--forzar"});
+    EXPECT_NE(content("POSTALES/28-ALCALA DE HENARES.dat"), "mine");
+}
+
 TEST_F(AmbcpCrear, NeverOverwritesATable) {
     folder.write("postal.dbf", "mine");
     leaveUnchecked();

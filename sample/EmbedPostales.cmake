@@ -1,0 +1,17 @@
+# Writes files as byte arrays into a C++ source: cmake -DOUTPUT=file.cpp -DFOLDER=dir -DFILES=a|b/c -P EmbedPostales.cmake
+string(REPLACE "|" ";" files "${FILES}")
+set(arrays "")
+set(entries "")
+set(number 0)
+foreach(file IN LISTS files)
+  file(READ "${FOLDER}/${file}" bytes HEX)
+  string(REGEX REPLACE "(................................)" "\\1\n" bytes "${bytes}")
+  string(REGEX REPLACE "([0-9a-f][0-9a-f])" "0x\\1," bytes "${bytes}")
+  string(APPEND arrays "constexpr unsigned char file_${number}[] = {\n${bytes}};\n")
+  string(APPEND entries "    PostalesFile{\"${file}\", file_${number}},\n")
+  math(EXPR number "${number} + 1")
+endforeach()
+file(WRITE "${OUTPUT}"
+  "// Written by EmbedPostales.cmake from the files of postales/.\n#include \"sample/SampleData.h\"\n\n"
+  "namespace ambrel {\nnamespace {\n${arrays}constexpr PostalesFile files[] = {\n${entries}};\n} // namespace\n"
+  "std::span<const PostalesFile> postalesFiles() { return files; }\n} // namespace ambrel\n")

@@ -1,0 +1,40 @@
+// An answer of the street-directory service as a document.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace pugi {
+class xml_document;
+}
+
+namespace ambrel {
+
+/// Knows the entities of XML and no others; nesting is bounded.
+class DirectoryDocument {
+public:
+    DirectoryDocument();
+    ~DirectoryDocument();
+    DirectoryDocument(const DirectoryDocument&) = delete;
+    DirectoryDocument& operator=(const DirectoryDocument&) = delete;
+
+    /// Takes a UTF-8 text; an empty one is a document without nodes. Errors: std::runtime_error (Spanish,
+    /// UTF-8) for a text that is no XML; the document is then without nodes.
+    void load(std::string_view utf8);
+    /// The same with a file, whose own declaration tells its encoding. Errors also for one that cannot be
+    /// read.
+    void loadFile(const std::string& path);
+    void clear();
+    [[nodiscard]] bool hasNodes() const;
+    /// Writes it, indented by eight blanks a level. Errors: std::runtime_error.
+    void save(const std::string& path) const;
+
+    /// For the readers of the answers.
+    [[nodiscard]] const pugi::xml_document& tree() const { return *tree_; }
+
+private:
+    std::unique_ptr<pugi::xml_document> tree_;
+};
+
+} // namespace ambrel

@@ -1,0 +1,57 @@
+// The requests of the street-directory service.
+#include "import/Envelope.h"
+
+#include <initializer_list>
+
+#include "services/Confamb.h"
+
+namespace ambrel {
+namespace {
+
+// Deliberate: a carriage return alone ends each line.
+constexpr char lineEnd = '\r';
+
+std::string envelope(std::initializer_list<std::string> bodyLines) {
+    std::string text;
+    const auto add = [&text](const std::string& line) { (text += line) += lineEnd; };
+    add(R"(<?xml version="1.0" encoding="utf-8"?>)");
+    add(R"(<soap:Envelope xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance")"
+        R"( xmlns:xsd="http://www.w3.org/2001/XMLSchema")"
+        R"( xmlns:soap="http://schemas.xmlsoap.org/soap/envelope/">)");
+    add("  <soap:Body>");
+    // Deliberate: the parameters stand straight in the body; the SOAP action alone names the operation.
+    for (const std::string& line : bodyLines)
+        add("    " + line);
+    add("  </soap:Body>");
+    add("</soap:Envelope>");
+    return text;
+}
+
+/// Deliberate: the value goes in as it is, not escaped.
+std::string element(const std::string& name, const std::string& value) {
+    return "<" + name + " xmlns=\"" + Config.directoryService.xmlNamespace + "\">" + value + "</" + name +
+           ">";
+}
+
+} // namespace
+
+std::string directoryUrl() {
+    return Config.directoryService.server + "/ovcservweb/OVCSWLocalizacionRC/OVCCallejero.asmx";
+}
+
+std::string soapAction(const std::string& operation) {
+    return Config.directoryService.actionPrefix + "/OVCServWeb/OVCCallejero/" + operation;
+}
+
+std::string provincesRequest() { return envelope({}); }
+
+std::string municipalitiesRequest(const std::string& province) {
+    return envelope({element("Provincia", province), element("Municipio", {})});
+}
+
+std::string streetsRequest(const std::string& province, const std::string& municipality) {
+    return envelope({element("Provincia", province), element("Municipio", municipality),
+                     element("TipoVia", {}), element("NombreVia", {})});
+}
+
+} // namespace ambrel

@@ -1,0 +1,19 @@
+// A street on its way into the directory: one row of the import grid.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace ambrel {
+
+/// Texts are Windows-1252. Postal code and numbers only from municipality files; 0 is "not given".
+struct ImportedStreet {
+    std::string type = {};
+    std::string name = {}; // at most 45 characters
+    std::string postalCode = {};
+    int oddFirst = 0, oddLast = 0, evenFirst = 0, evenLast = 0;
+
+    bool operator==(const ImportedStreet&) const = default;
+};
+
+} // namespace ambrel

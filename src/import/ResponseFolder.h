@@ -1,0 +1,33 @@
+// Where answers of the street-directory service and municipality files are kept: the folder POSTALES below a
+// database's folder, with a folder for each province inside.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace ambrel {
+
+class DirectoryDocument;
+
+/// UTF-8 paths and names. The folder need not exist.
+[[nodiscard]] std::string postalesFolder(const std::string& database);
+
+/// "X/Y" is filed as "X()Y", "X\Y" as "X)(Y"; without extension.
+[[nodiscard]] std::string filedName(const std::string& municipality);
+/// The municipality of a file: its name up to the first dot, with those replacements undone.
+[[nodiscard]] std::string municipalityOfFile(const std::string& path);
+
+/// The folder with a province's answers, whose name is in UTF-8; it need not exist. Empty for a name that
+/// would lead out of POSTALES.
+[[nodiscard]] std::string provinceFolder(const std::string& database, const std::string& province);
+
+/// Files an answer as PROVINCE/MUNICIPALITY.xml (names in UTF-8), making the folders. Deliberate: nothing is
+/// said when a folder cannot be made or an old file cannot be removed; false then. A name that would lead
+/// out of its folder counts as one that cannot be made. Errors: of saving.
+bool fileAnswer(const DirectoryDocument& answer, const std::string& database, const std::string& province,
+                const std::string& municipality);
+
+/// TempCalles.XML in the program's folder, or in the user's cache folder where that cannot be written.
+[[nodiscard]] std::string scratchFile();
+
+} // namespace ambrel

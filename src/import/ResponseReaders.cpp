@@ -1,0 +1,154 @@
+// Reading the answers of the street-directory service.
+#include "import/ResponseReaders.h"
+
+#include <algorithm>
+#include <charconv>
+#include <pugixml.hpp>
+#include <utility>
+
+#include "data/TableDefinitions.h"
+#include "dbase/codepage.h"
+#include "import/Document.h"
+#include "services/Text.h"
+
+namespace ambrel {
+namespace {
+
+/// Where an operation keeps what it tells.
+struct Layout {
+    const char *count, *list;
+};
+
+constexpr Layout provinceLayout{"cuprov", "provinciero"};
+constexpr Layout municipalityLayout{"cumun", "municipiero"};
+constexpr Layout streetLayout{"cuca", "callejero"};
+
+pugi::xml_node firstElement(const pugi::xml_node& parent) {
+    return parent.find_child([](const pugi::xml_node& node) { return node.type() == pugi::node_element; });
+}
+
+pugi::xml_node nextElement(pugi::xml_node node) {
+    do
+        node = node.next_sibling();
+    while (node && node.type() != pugi::node_element);
+    return node;
+}
+
+/// Deliberate: below the envelope the names are not looked at; the body's, the answer's and the result's
+/// elements are the first of their level.
+pugi::xml_node rootOf(const DirectoryDocument& answer) {
+    return firstElement(firstElement(firstElement(answer.tree().child("soap:Envelope"))));
+}
+
+std::string textOf(const pugi::xml_node& element) {
+    std::string utf8;
+    for (const pugi::xml_node& child : element.children())
+        if (child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata)
+            utf8 += child.value();
+    if (auto bytes = dbase::CodePage::windows1252().fromUtf8(utf8))
+        return std::move(*bytes);
+    return toNearestWindows1252(QString::fromStdString(utf8));
+}
+
+std::string trimmed(const std::string& text) {
+    const auto isInk = [](char c) { return static_cast<unsigned char>(c) > ' '; };
+    const auto first = std::find_if(text.begin(), text.end(), isInk);
+    const auto last = std::find_if(text.rbegin(), text.rend(), isInk).base();
+    return first < last ? std::string(first, last) : std::string();
+}
+
+std::optional<int> wholeNumber(const std::string& text) {
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc() && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
+}
+
+/// An answer on its way: what is known of it before its entries are read.
+struct Answer {
+    Reading reading = Reading::Empty;
+    std::optional<int> count = {};
+    pugi::xml_node list = {};
+};
+
+Answer begin(const DirectoryDocument& document, const Layout& layout, const std::function<void()>& atRoot) {
+    if (!document.hasNodes())
+        return {};
+    const pugi::xml_node root = rootOf(document);
+    if (!root)
+        return {.reading = Reading::NoRoot};
+    if (atRoot)
+        atRoot();
+    Answer answer{.reading = Reading::Whole, .list = root.child(layout.list)};
+    if (const pugi::xml_node counted = root.child("control").child(layout.count)) {
+        answer.count = wholeNumber(trimmed(textOf(counted)));
+        if (!answer.count)
+            return {.reading = Reading::NoRoot};
+    }
+    return answer;
+}
+
+/// Reads as many entries as the answer counts; `readEntry` says whether one was readable.
+template<class ReadEntry>
+void readEntries(Answer& answer, ReadEntry readEntry) {
+    if (!answer.list)
+        return;
+    pugi::xml_node entry = firstElement(answer.list);
+    for (int left = answer.count.value_or(0); left > 0; --left) {
+        if (!entry || !readEntry(entry))
+            answer.reading = Reading::Partial;
+        if (!entry)
+            return; // those that follow are missing, too
+        entry = nextElement(entry);
+    }
+}
+
+NameList readNames(const DirectoryDocument& document, const Layout& layout, const char* nameElement,
+                   const std::function<void()>& atRoot) {
+    Answer answer = begin(document, layout, atRoot);
+    NameList result;
+    readEntries(answer, [&](const pugi::xml_node& entry) {
+        const pugi::xml_node name = entry.child(nameElement);
+        if (name)
+            result.names.push_back(textOf(name));
+        return !name.empty();
+    });
+    result.reading = answer.reading;
+    return result;
+}
+
+ImportedStreet readStreet(const pugi::xml_node& address) {
+    ImportedStreet street;
+    std::string text;
+    if (const pugi::xml_node type = address.child("tv"))
+        text = trimmed(textOf(type));
+    street.type = text;
+    // Deliberate: without a name the type's code stands in for it.
+    if (const pugi::xml_node name = address.child("nv"))
+        text = trimmed(textOf(name));
+    street.name = text.substr(0, streetNameWidth);
+    return street;
+}
+
+} // namespace
+
+NameList readProvinces(const DirectoryDocument& answer, const std::function<void()>& atRoot) {
+    return readNames(answer, provinceLayout, "np", atRoot);
+}
+
+NameList readMunicipalities(const DirectoryDocument& answer, const std::function<void()>& atRoot) {
+    return readNames(answer, municipalityLayout, "nm", atRoot);
+}
+
+StreetList readStreets(const DirectoryDocument& document, const std::function<void()>& atRoot) {
+    Answer answer = begin(document, streetLayout, atRoot);
+    StreetList result{.count = answer.count};
+    readEntries(answer, [&](const pugi::xml_node& entry) {
+        if (const pugi::xml_node address = entry.child("dir"))
+            result.streets.push_back(readStreet(address));
+        return true; // an entry without address is no street, and no fault
+    });
+    result.reading = answer.reading;
+    return result;
+}
+
+} // namespace ambrel

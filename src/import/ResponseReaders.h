@@ -1,0 +1,43 @@
+// What the answers of the street-directory service say. Entries are visited by position, as many as the
+// answer's own count tells.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "import/ImportedStreet.h"
+
+namespace ambrel {
+
+class DirectoryDocument;
+
+/// What came of reading an answer.
+enum class Reading {
+    Empty,   // the document has no nodes
+    NoRoot,  // it is no answer of the service
+    Partial, // read, but some of the entries counted are missing or unreadable
+    Whole,
+};
+
+struct NameList {
+    Reading reading = Reading::Empty;
+    std::vector<std::string> names; // Windows-1252, untrimmed, in the order of the answer
+};
+
+struct StreetList {
+    Reading reading = Reading::Empty;
+    std::optional<int> count = {}; // as the answer says; null when it does not
+    std::vector<ImportedStreet> streets = {};
+};
+
+/// `atRoot` is called once the answer's root is found, before any entry is read; it may be empty.
+[[nodiscard]] NameList readProvinces(const DirectoryDocument& answer,
+                                     const std::function<void()>& atRoot = {});
+[[nodiscard]] NameList readMunicipalities(const DirectoryDocument& answer,
+                                          const std::function<void()>& atRoot = {});
+[[nodiscard]] StreetList readStreets(const DirectoryDocument& answer,
+                                     const std::function<void()>& atRoot = {});
+
+} // namespace ambrel

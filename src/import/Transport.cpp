@@ -1,0 +1,188 @@
+// The exchange, with libcurl.
+#include "import/Transport.h"
+
+#include <curl/curl.h>
+
+#include <chrono>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+namespace ambrel {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// How long the caller waits for its next turn, and how long for news of the exchange.
+constexpr std::chrono::milliseconds patience{50};
+constexpr long mostRedirections = 5;
+constexpr long firstFailingStatus = 400;
+
+struct Library {
+    Library() { curl_global_init(CURL_GLOBAL_DEFAULT); }
+    ~Library() { curl_global_cleanup(); }
+};
+
+template<auto Free>
+struct Deleter {
+    template<typename Handle>
+    void operator()(Handle* handle) const {
+        Free(handle);
+    }
+};
+
+using Easy = std::unique_ptr<CURL, Deleter<curl_easy_cleanup>>;
+using Multi = std::unique_ptr<CURLM, Deleter<curl_multi_cleanup>>;
+using Headers = std::unique_ptr<curl_slist, Deleter<curl_slist_free_all>>;
+
+[[noreturn]] void fail(const std::string& reason) {
+    throw TransportError("No se ha podido hablar con el servicio: " + reason + ".");
+}
+
+std::string reasonOf(CURLcode code) {
+    switch (code) {
+    case CURLE_COULDNT_RESOLVE_HOST:
+        return "no se encuentra el servidor";
+    case CURLE_COULDNT_RESOLVE_PROXY:
+        return "no se encuentra el proxy";
+    case CURLE_COULDNT_CONNECT:
+        return "el servidor no acepta la conexión";
+    case CURLE_OPERATION_TIMEDOUT:
+        return "el servidor no contesta";
+    case CURLE_GOT_NOTHING:
+    case CURLE_SEND_ERROR:
+    case CURLE_RECV_ERROR:
+        return "la conexión se ha cortado";
+    case CURLE_PARTIAL_FILE:
+        return "la respuesta ha llegado cortada";
+    case CURLE_FILESIZE_EXCEEDED:
+    case CURLE_WRITE_ERROR:
+        return "la respuesta es demasiado grande";
+    case CURLE_TOO_MANY_REDIRECTS:
+        return "el servidor remite una y otra vez a otra dirección";
+    default:
+        return curl_easy_strerror(code);
+    }
+}
+
+/// What has come of an answer.
+struct Answer {
+    bool isHeadWhole = false;
+    std::string body = {};
+};
+
+/// The library takes the end of the connection within the head for the head's own.
+std::size_t receiveHead(char* bytes, std::size_t, std::size_t count, void* answer) {
+    const std::string_view line(bytes, count);
+    auto& isHeadWhole = static_cast<Answer*>(answer)->isHeadWhole;
+    if (line.starts_with("HTTP/"))
+        isHeadWhole = false;
+    else if (line == "\r\n" || line == "\n")
+        isHeadWhole = true;
+    return count;
+}
+
+std::size_t receiveBody(char* bytes, std::size_t, std::size_t count, void* answer) {
+    std::string& body = static_cast<Answer*>(answer)->body;
+    if (count > largestAnswer - body.size())
+        return 0; // ends the transfer with an error
+    try {
+        body.append(bytes, count);
+    } catch (const std::exception&) {
+        return 0; // no exception may cross the library
+    }
+    return count;
+}
+
+Headers headersFor(const std::string& action) {
+    Headers headers;
+    // "Expect:" keeps the library from asking first whether a body is welcome: old servers do not answer
+    // that.
+    for (const std::string& line : {std::string("Content-Type: text/xml; charset=utf-8"),
+                                    "SOAPAction: \"" + action + "\"", std::string("Expect:")}) {
+        curl_slist* const longer = curl_slist_append(headers.get(), line.c_str());
+        if (!longer)
+            fail("no hay memoria para la petición");
+        static_cast<void>(headers.release());
+        headers.reset(longer);
+    }
+    return headers;
+}
+
+template<typename Value>
+void set(CURL* request, CURLoption option, Value value) {
+    if (const CURLcode code = curl_easy_setopt(request, option, value); code != CURLE_OK)
+        fail(reasonOf(code));
+}
+
+void prepare(CURL* request, const std::string& url, const std::string& body, curl_slist* headers,
+             Answer& answer) {
+    set(request, CURLOPT_URL, url.c_str());
+    set(request, CURLOPT_PROTOCOLS_STR, "http,https");
+    set(request, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+    set(request, CURLOPT_POSTFIELDS, body.data());
+    set(request, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
+    set(request, CURLOPT_HTTPHEADER, headers);
+    set(request, CURLOPT_USERAGENT, curl_version());
+    set(request, CURLOPT_FOLLOWLOCATION, 1L);
+    set(request, CURLOPT_MAXREDIRS, mostRedirections);
+    // The operation is in the request's text: one that is sent elsewhere goes there whole.
+    set(request, CURLOPT_POSTREDIR, static_cast<long>(CURL_REDIR_POST_ALL));
+    set(request, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(largestAnswer));
+    // The exchange has no time limit of its own; a peer that is gone is noticed all the same.
+    set(request, CURLOPT_TCP_KEEPALIVE, 1L);
+    set(request, CURLOPT_NOSIGNAL, 1L);
+    set(request, CURLOPT_HEADERFUNCTION, &receiveHead);
+    set(request, CURLOPT_HEADERDATA, &answer);
+    set(request, CURLOPT_WRITEFUNCTION, &receiveBody);
+    set(request, CURLOPT_WRITEDATA, &answer);
+}
+
+/// Runs a prepared request to its end.
+CURLcode perform(CURLM* multi, CURL* request, const std::function<void()>& whileWaiting) {
+    if (const CURLMcode code = curl_multi_add_handle(multi, request); code != CURLM_OK)
+        fail(curl_multi_strerror(code));
+    const auto removal = [multi](CURL* handle) { curl_multi_remove_handle(multi, handle); };
+    const std::unique_ptr<CURL, decltype(removal)> removed(request, removal);
+    Clock::time_point turn = Clock::now();
+    for (int running = 1; running > 0;) {
+        CURLMcode code = curl_multi_perform(multi, &running);
+        if (code == CURLM_OK && running > 0)
+            code = curl_multi_poll(multi, nullptr, 0, static_cast<int>(patience.count()), nullptr);
+        if (code != CURLM_OK)
+            fail(curl_multi_strerror(code));
+        // An answer of many pieces comes faster than a window can be painted.
+        if (whileWaiting && Clock::now() >= turn) {
+            whileWaiting();
+            turn = Clock::now() + patience;
+        }
+    }
+    int left = 0;
+    const CURLMsg* const message = curl_multi_info_read(multi, &left);
+    return message ? message->data.result : CURLE_RECV_ERROR;
+}
+
+} // namespace
+
+std::string postSoap(const std::string& url, const std::string& action, const std::string& body,
+                     const std::function<void()>& whileWaiting) {
+    static const Library library;
+    Answer answer;
+    const Multi multi(curl_multi_init());
+    const Easy request(curl_easy_init());
+    if (!multi || !request)
+        fail("no se puede iniciar la conexión");
+    const Headers headers = headersFor(action);
+    prepare(request.get(), url, body, headers.get(), answer);
+    if (const CURLcode result = perform(multi.get(), request.get(), whileWaiting); result != CURLE_OK)
+        fail(reasonOf(result));
+    long status = 0;
+    curl_easy_getinfo(request.get(), CURLINFO_RESPONSE_CODE, &status);
+    if (status >= firstFailingStatus)
+        fail("el servidor responde con el estado " + std::to_string(status));
+    if (!answer.isHeadWhole)
+        fail(reasonOf(CURLE_PARTIAL_FILE));
+    return std::move(answer.body);
+}
+
+} // namespace ambrel

@@ -1,0 +1,25 @@
+// Reading rows by column.
+#include "tools/callejero/CsvRows.h"
+
+#include <utility>
+
+namespace callejero {
+
+std::vector<CsvRow> csvRows(ambcp::CsvSource source, const std::string& name) {
+    ambcp::CsvReader csv(std::move(source), name);
+    std::vector<std::string> columns;
+    std::vector<CsvRow> rows;
+    while (csv.next()) {
+        if (columns.empty()) {
+            for (const ambcp::CsvField& field : csv.fields())
+                columns.emplace_back(field.text);
+            continue;
+        }
+        CsvRow& row = rows.emplace_back();
+        for (std::size_t i = 0; i < csv.fields().size(); ++i)
+            row[columns.at(i)] = csv.fields()[i].text;
+    }
+    return rows;
+}
+
+} // namespace callejero

@@ -1,0 +1,17 @@
+// Rows of a CSV text by the names of its first line.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "tools/csv.h"
+
+namespace callejero {
+
+using CsvRow = std::map<std::string, std::string>; // value by column
+
+/// All rows. Errors: ambcp::CsvError; std::out_of_range for a row with more values than columns.
+[[nodiscard]] std::vector<CsvRow> csvRows(ambcp::CsvSource source, const std::string& name);
+
+} // namespace callejero

@@ -1,0 +1,145 @@
+// Faults: their names and what they make of an answer.
+#include "tools/callejero/Fault.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+#include <utility>
+
+#include "tools/callejero/Answers.h"
+
+namespace callejero {
+namespace {
+
+constexpr std::array<std::pair<std::string_view, Fault>, 19> names{{
+    {"rechaza", Fault::Refuse},
+    {"calla", Fault::Stall},
+    {"se-para", Fault::StallMidway},
+    {"corta", Fault::Cut},
+    {"corta-trozos", Fault::CutChunked},
+    {"500", Fault::Status500},
+    {"fallo-soap", Fault::SoapFault},
+    {"fallo-soap-200", Fault::SoapFaultOk},
+    {"error", Fault::ErrorAnswer},
+    {"cuenta-de-mas", Fault::MoreCounted},
+    {"cuenta-de-menos", Fault::FewerCounted},
+    {"sin-cuenta", Fault::NoCount},
+    {"cuenta-mala", Fault::BadCount},
+    {"sin-lista", Fault::NoEntries},
+    {"vacia", Fault::EmptyBody},
+    {"basura", Fault::Garbage},
+    {"html", Fault::HtmlPage},
+    {"enorme", Fault::Huge},
+    {"enorme-trozos", Fault::HugeChunked},
+}};
+
+constexpr std::string_view everyOperation = "todo";
+
+/// The part of an answer between an element's tags, or with them.
+std::pair<std::size_t, std::size_t> extentOf(const std::string& answer, const std::string& element,
+                                             bool withTags) {
+    const std::string opening = "<" + element + ">", closing = "</" + element + ">";
+    const std::size_t begin = answer.find(opening), end = answer.find(closing);
+    if (begin == std::string::npos || end == std::string::npos)
+        return {answer.size(), 0};
+    return withTags ? std::pair(begin, end + closing.size() - begin)
+                    : std::pair(begin + opening.size(), end - begin - opening.size());
+}
+
+std::string withCount(std::string answer, Operation operation, int difference) {
+    const auto [begin, size] = extentOf(answer, countElement(operation), false);
+    if (size > 0)
+        answer.replace(begin, size, std::to_string(std::stoi(answer.substr(begin, size)) + difference));
+    return answer;
+}
+
+std::string without(std::string answer, const std::string& element) {
+    const auto [begin, size] = extentOf(answer, element, true);
+    return answer.erase(begin, size);
+}
+
+std::string withoutNumber(std::string answer, Operation operation) {
+    const auto [begin, size] = extentOf(answer, countElement(operation), false);
+    return answer.replace(begin, size, "muchas");
+}
+
+} // namespace
+
+std::optional<Fault> faultNamed(std::string_view name) {
+    const auto found = std::ranges::find(names, name, &std::pair<std::string_view, Fault>::first);
+    return found == names.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::string faultNames() {
+    std::string text;
+    for (const auto& [name, fault] : names)
+        (text += text.empty() ? "" : ", ") += name;
+    return text;
+}
+
+FaultRule readFaultRule(std::string_view text) {
+    const std::size_t equals = text.rfind('=');
+    if (equals == std::string_view::npos)
+        throw std::invalid_argument("«" + std::string(text) + "» no tiene la forma operación=modo");
+    FaultRule rule;
+    const std::string_view mode = text.substr(equals + 1);
+    const auto fault = faultNamed(mode);
+    if (!fault)
+        throw std::invalid_argument("no hay modo «" + std::string(mode) + "»; los que hay: " + faultNames());
+    rule.fault = *fault;
+    std::string_view operation = text.substr(0, equals);
+    if (const std::size_t colon = operation.find(':'); colon != std::string_view::npos) {
+        rule.name = operation.substr(colon + 1);
+        operation = operation.substr(0, colon);
+    }
+    if (operation == everyOperation)
+        return rule;
+    const auto found = std::ranges::find(operationNames, operation);
+    if (found == operationNames.end())
+        throw std::invalid_argument(
+            "no hay operación «" + std::string(operation) +
+            "»; las que hay: ConsultaProvincia, ConsultaMunicipio, ConsultaVia, todo");
+    rule.operation = static_cast<Operation>(found - operationNames.begin());
+    return rule;
+}
+
+std::string spoil(std::string answer, Operation operation, Fault fault) {
+    switch (fault) {
+    case Fault::SoapFault:
+    case Fault::SoapFaultOk:
+        return soapFault("El servidor no puede procesar la petición.");
+    case Fault::ErrorAnswer:
+        return errorAnswer(operation, noSuchProvince);
+    case Fault::MoreCounted:
+        return withCount(std::move(answer), operation, +1);
+    case Fault::FewerCounted:
+        return withCount(std::move(answer), operation, -1);
+    case Fault::NoCount:
+        return without(std::move(answer), countElement(operation));
+    case Fault::BadCount:
+        return withoutNumber(std::move(answer), operation);
+    case Fault::NoEntries:
+        return without(std::move(answer), listElement(operation));
+    case Fault::Status500:
+        return "Error interno del servidor.";
+    case Fault::EmptyBody:
+        return {};
+    case Fault::Garbage:
+        return std::string("\x1F\x8B\x08\0<<&\xFF\xFE no es XML", 19);
+    case Fault::HtmlPage:
+        return "<!DOCTYPE html><html><head><title>Acceso a la red</title></head>"
+               "<body><p>Acepte las condiciones.</p></body></html>";
+    case Fault::None:
+    case Fault::Refuse:
+    case Fault::Stall:
+    case Fault::StallMidway:
+    case Fault::Cut:
+    case Fault::CutChunked:
+    case Fault::Huge:
+    case Fault::HugeChunked:
+        break;
+    }
+    return answer;
+}
+
+} // namespace callejero

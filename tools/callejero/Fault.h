@@ -1,0 +1,53 @@
+// How the simulated service can misbehave.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "tools/callejero/Operation.h"
+
+namespace callejero {
+
+enum class Fault {
+    None,
+    Refuse,       // the connection is reset; not a byte of an answer
+    Stall,        // no answer until the server is told to go on
+    StallMidway,  // the same, after half the body
+    Cut,          // half the body that was announced
+    CutChunked,   // half a body in chunks
+    Status500,    // status 500, a plain text
+    SoapFault,    // status 500, a SOAP fault
+    SoapFaultOk,  // a SOAP fault with status 200
+    ErrorAnswer,  // an answer that the province does not exist
+    MoreCounted,  // one entry more counted than listed
+    FewerCounted, // one entry less
+    NoCount,      // no count element
+    BadCount,     // a count that is no number
+    NoEntries,    // a count and no list
+    EmptyBody,    // status 200 and nothing
+    Garbage,      // status 200 and bytes that are no XML
+    HtmlPage,     // status 200 and a page for people
+    Huge,         // 300 MiB, announced
+    HugeChunked,  // the same in chunks, so that nobody knows before
+};
+
+/// Where a fault applies.
+struct FaultRule {
+    std::optional<Operation> operation = {}; // null: all of them
+    std::string name = {}; // only for requests with this province or municipality; empty: all
+    Fault fault = Fault::None;
+};
+
+/// The fault that a command line calls so: "rechaza", "corta", "500" and so on; null for an unknown one.
+[[nodiscard]] std::optional<Fault> faultNamed(std::string_view name);
+/// All names, for messages: "rechaza, calla, …".
+[[nodiscard]] std::string faultNames();
+
+/// Reads "ConsultaVia=corta", "ConsultaVia:HARO=corta", "todo=500". Errors: std::invalid_argument (Spanish).
+[[nodiscard]] FaultRule readFaultRule(std::string_view text);
+
+/// The answer text that a fault of its content makes of a good one; other faults leave it as it is.
+[[nodiscard]] std::string spoil(std::string answer, Operation operation, Fault fault);
+
+} // namespace callejero

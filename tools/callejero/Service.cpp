@@ -1,0 +1,290 @@
+// Listening and answering.
+#include "tools/callejero/Service.h"
+
+#include <algorithm>
+#include <cctype>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "tools/callejero/Connection.h"
+
+namespace callejero {
+namespace {
+
+constexpr const char* host = "127.0.0.1";
+constexpr const char* answerType = "text/xml; charset=utf-8";
+constexpr const char* plainType = "text/plain; charset=utf-8";
+constexpr int badRequest = 400, notFound = 404, serverFailure = 500;
+constexpr std::size_t largestRequest = std::size_t{1} << 20;
+constexpr std::size_t hugeSize = std::size_t{300} << 20;
+constexpr std::chrono::milliseconds lookInterval{50};
+
+/// The library's own choice would let two servers share a port.
+void reuseAddress(socket_t socket) {
+    const int yes = 1;
+    setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+}
+
+/// The service does not distinguish case in its path.
+bool isServicePath(const std::string& path) {
+    return std::ranges::equal(path, servicePath, [](unsigned char a, unsigned char b) {
+        return std::tolower(a) == std::tolower(b);
+    });
+}
+
+/// Half the body announced, then the end of the connection.
+void cut(const std::string& text, httplib::Response& response) {
+    response.set_content_provider(text.size(), answerType,
+                                  [text](std::size_t, std::size_t, httplib::DataSink& sink) {
+                                      sink.write(text.data(), text.size() / 2);
+                                      return false;
+                                  });
+}
+
+void cutChunked(const std::string& text, httplib::Response& response) {
+    response.set_chunked_content_provider(answerType, [text](std::size_t, httplib::DataSink& sink) {
+        sink.write(text.data(), text.size() / 2);
+        return false;
+    });
+}
+
+const std::string& ballast() {
+    static const std::string blanks(std::size_t{1} << 16, ' ');
+    return blanks;
+}
+
+void sendHuge(httplib::Response& response) {
+    response.set_content_provider(hugeSize, answerType,
+                                  [](std::size_t, std::size_t left, httplib::DataSink& sink) {
+                                      return sink.write(ballast().data(), std::min(left, ballast().size()));
+                                  });
+}
+
+void sendHugeChunked(httplib::Response& response) {
+    response.set_chunked_content_provider(answerType, [](std::size_t sent, httplib::DataSink& sink) {
+        if (sent < hugeSize)
+            return sink.write(ballast().data(), ballast().size());
+        sink.done();
+        return true;
+    });
+}
+
+} // namespace
+
+void Listener::hangUp() {
+    const std::lock_guard lock(mutex_);
+    isHungUp_ = true;
+    for (const socket_t socket : open_)
+        ::shutdown(socket, SHUT_RDWR);
+}
+
+bool Listener::process_and_close_socket(socket_t socket) {
+    {
+        const std::lock_guard lock(mutex_);
+        open_.insert(socket);
+        if (isHungUp_) // it came in at the last moment
+            ::shutdown(socket, SHUT_RDWR);
+    }
+    bool isClosed = false, isDone = false;
+    {
+        Connection connection(socket);
+        isDone = process_request(connection, true, isClosed, {});
+        if (isDone)
+            ::shutdown(socket, SHUT_WR);
+    }
+    const std::lock_guard lock(mutex_);
+    open_.erase(socket);
+    ::close(socket);
+    return isDone;
+}
+
+Server::Service::Service(std::unique_ptr<const Directory> directory, int port, Log log)
+    : directory_(std::move(directory)), log_(std::move(log)) {
+    listener_.set_socket_options(reuseAddress);
+    listener_.set_payload_max_length(largestRequest);
+    listener_.Post(".*", [this](const httplib::Request& request, httplib::Response& response) {
+        serve(request, response);
+    });
+    port_ = port == 0 ? listener_.bind_to_any_port(host) : port;
+    if (port == 0 ? port_ <= 0 : !listener_.bind_to_port(host, port))
+        throw std::runtime_error("no se puede escuchar en el puerto " + std::to_string(port));
+    thread_ = std::thread([this] { listener_.listen_after_bind(); });
+    while (!listener_.is_running()) // ended before it runs, it would never end
+        std::this_thread::yield();
+}
+
+void Server::Service::stop() {
+    {
+        const std::lock_guard lock(mutex_);
+        isStopping_ = true;
+    }
+    changed_.notify_all();
+    listener_.stop();
+    listener_.hangUp();
+    if (thread_.joinable())
+        thread_.join();
+}
+
+void Server::Service::addFault(const FaultRule& rule) {
+    const std::lock_guard lock(mutex_);
+    faults_.push_back(rule);
+}
+
+void Server::Service::clearFaults() {
+    const std::lock_guard lock(mutex_);
+    faults_.clear();
+}
+
+void Server::Service::release() {
+    {
+        const std::lock_guard lock(mutex_);
+        ++releases_;
+    }
+    changed_.notify_all();
+}
+
+void Server::Service::setDelay(std::chrono::milliseconds delay) {
+    const std::lock_guard lock(mutex_);
+    delay_ = delay;
+}
+
+std::vector<Request> Server::Service::requests() const {
+    const std::lock_guard lock(mutex_);
+    return requests_;
+}
+
+std::vector<std::string> Server::Service::complaints() const {
+    const std::lock_guard lock(mutex_);
+    return complaints_;
+}
+
+void Server::Service::serve(const httplib::Request& request, httplib::Response& response) {
+    if (!isServicePath(request.path)) {
+        complain("no hay nada en " + request.path, response);
+        response.status = notFound;
+        return;
+    }
+    try {
+        if (request.has_header("Expect"))
+            throw WrongRequest("sobra la cabecera Expect");
+        const Request read = readRequest({.contentType = request.get_header_value("Content-Type"),
+                                          .soapAction = request.get_header_value("SOAPAction"),
+                                          .body = request.body});
+        const Noted noted = note(read);
+        takeTime();
+        answer(read, noted, response);
+    } catch (const WrongRequest& wrong) {
+        complain(wrong.what(), response);
+    }
+}
+
+void Server::Service::complain(const std::string& reason, httplib::Response& response) {
+    const std::lock_guard lock(mutex_);
+    complaints_.push_back(reason);
+    if (log_)
+        log_("petición incorrecta: " + reason);
+    response.status = badRequest;
+    response.set_content(reason + "\n", plainType);
+}
+
+Server::Service::Noted Server::Service::note(const Request& request) {
+    const std::lock_guard lock(mutex_);
+    requests_.push_back(request);
+    if (log_)
+        log_(nameOf(request.operation) + " «" + request.province + "» «" + request.municipality + "»");
+    const auto applies = [&request](const FaultRule& rule) {
+        return rule.operation.value_or(request.operation) == request.operation &&
+               (rule.name.empty() || rule.name == request.province || rule.name == request.municipality);
+    };
+    const auto found = std::find_if(faults_.rbegin(), faults_.rend(), applies);
+    return {.fault = found == faults_.rend() ? Fault::None : found->fault, .releases = releases_};
+}
+
+std::string Server::Service::answerText(const Request& request) const {
+    const Operation operation = request.operation;
+    if (operation == Operation::Provinces)
+        return directory_->provinces();
+    if (request.province.empty())
+        return errorAnswer(operation, provinceNeeded);
+    if (operation == Operation::Municipalities)
+        return directory_->municipalities(request.province);
+    if (request.municipality.empty())
+        return errorAnswer(operation, municipalityNeeded);
+    return directory_->streets(request.province, request.municipality);
+}
+
+void Server::Service::takeTime() {
+    std::unique_lock lock(mutex_);
+    changed_.wait_for(lock, delay_, [this] { return isStopping_; });
+}
+
+/// Until release(), the server's end or the peer's; false when the server ends.
+bool Server::Service::hold(unsigned releases) {
+    std::unique_lock lock(mutex_);
+    const auto goesOn = [this, releases] { return isStopping_ || releases_ != releases; };
+    while (!changed_.wait_for(lock, lookInterval, goesOn) && Connection::current().peerIsThere())
+        continue;
+    return !isStopping_;
+}
+
+void Server::Service::stallMidway(const std::string& text, unsigned releases, httplib::Response& response) {
+    response.set_content_provider(
+        text.size(), answerType,
+        [this, text, releases](std::size_t at, std::size_t left, httplib::DataSink& sink) {
+            if (at == 0)
+                return sink.write(text.data(), left / 2);
+            return hold(releases) && sink.write(text.data() + at, left);
+        });
+}
+
+void Server::Service::answer(const Request& request, const Noted& noted, httplib::Response& response) {
+    if (!request.isXml()) {
+        response.status = serverFailure;
+        response.set_content(soapFault("La petición no es un documento XML."), answerType);
+        return;
+    }
+    const std::string text = spoil(answerText(request), request.operation, noted.fault);
+    switch (noted.fault) {
+    case Fault::Refuse:
+        Connection::current().refuse();
+        return;
+    case Fault::Cut:
+        cut(text, response);
+        return;
+    case Fault::CutChunked:
+        cutChunked(text, response);
+        return;
+    case Fault::Huge:
+        sendHuge(response);
+        return;
+    case Fault::HugeChunked:
+        sendHugeChunked(response);
+        return;
+    case Fault::StallMidway:
+        stallMidway(text, noted.releases, response);
+        return;
+    case Fault::Status500:
+        response.status = serverFailure;
+        response.set_content(text, plainType);
+        return;
+    case Fault::HtmlPage:
+        response.set_content(text, "text/html");
+        return;
+    case Fault::SoapFault:
+        response.status = serverFailure;
+        break;
+    case Fault::Stall:
+        if (!hold(noted.releases))
+            Connection::current().refuse();
+        break;
+    default:
+        break;
+    }
+    response.set_content(text, answerType);
+}
+
+} // namespace callejero

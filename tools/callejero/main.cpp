@@ -1,0 +1,109 @@
+// callejero-simulado, a street-directory service for trying imports without a network.
+#include <charconv>
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "tools/callejero/Server.h"
+#include "tools/usage_errors.h"
+
+namespace {
+
+struct Options {
+    std::string folder;
+    int port = 0;
+    std::vector<std::string> faults;
+    int delayMs = 0;
+};
+
+/// Whole numbers from 0, as CLI11 itself says it in English only.
+CLI::Validator upTo(int largest) {
+    const auto check = [largest](const std::string& text) {
+        int value = -1;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+        const bool isGood =
+            error == std::errc() && end == text.data() + text.size() && value >= 0 && value <= largest;
+        return isGood ? std::string() : "«" + text + "» no es un número de 0 a " + std::to_string(largest);
+    };
+    return {check, ""};
+}
+
+void define(CLI::App& app, Options& options) {
+    const char* const group = "Opciones";
+    const auto formatter = std::make_shared<CLI::Formatter>();
+    formatter->label("Usage", "Uso");
+    formatter->label("OPTIONS", "OPCIONES");
+    app.formatter(formatter);
+    app.set_help_flag("-h,--help", "Muestra esta ayuda")->group(group);
+    app.add_option("--carpeta", options.folder, "Respuestas que se sirven; sin ella, las de la muestra")
+        ->type_name("DIR")
+        ->group(group);
+    app.add_option("--puerto", options.port, "Puerto; 0, uno cualquiera que esté libre")
+        ->type_name("N")
+        ->check(CLI::Range(0, 65535))
+        ->group(group);
+    app.add_option("--espera", options.delayMs, "Milisegundos que tarda cada respuesta")
+        ->type_name("MS")
+        ->check(upTo(600'000))
+        ->group(group);
+    app.add_option("--falla", options.faults, "Operación que falla, y cómo")
+        ->type_name("OPERACIÓN[:NOMBRE]=MODO")
+        ->group(group);
+    app.footer("OPERACIÓN: ConsultaProvincia, ConsultaMunicipio, ConsultaVia, todo.\n"
+               "NOMBRE: solo con esta provincia o este municipio.\nMODO: " +
+               callejero::faultNames() + ".");
+}
+
+void log(const std::string& line) { std::fprintf(stderr, "callejero-simulado: %s\n", line.c_str()); }
+
+/// Signals that end the program, blocked so that they come to whoever waits for them.
+sigset_t blockEndSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    return signals;
+}
+
+void run(const Options& options) {
+    const sigset_t endSignals = blockEndSignals();
+    callejero::Server server(options.folder.empty() ? callejero::sampleDirectory()
+                                                    : callejero::folderDirectory(options.folder),
+                             options.port, log);
+    for (const std::string& fault : options.faults)
+        server.addFault(callejero::readFaultRule(fault));
+    server.setDelay(std::chrono::milliseconds(options.delayMs));
+    std::printf("%s\n", server.url().c_str());
+    std::fflush(stdout);
+    int signal = 0;
+    sigwait(&endSignals, &signal);
+    server.stop();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::signal(SIGPIPE, SIG_IGN);
+    Options options;
+    CLI::App app("Servicio de callejero simulado, para probar la importación sin red", "callejero-simulado");
+    define(app, options);
+    try {
+        app.parse(argc, argv);
+        run(options);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
+            return app.exit(error);
+        log(ambcp::describeUsageError(error) + ". Vea «callejero-simulado --help».");
+        return 1;
+    } catch (const std::exception& error) {
+        log(error.what());
+        return 1;
+    }
+    return 0;
+}
