@@ -54,8 +54,13 @@ void TClassCodPostales::MuestraFichaVia(TOperacion operation, const QString& mun
     // Deliberate: the first municipality with this postal code becomes current, whichever it was before.
     BuscaPorCodPostalMunicipi(postalCode, exactSearch);
     OrdenaPorNombreMunicipi();
+    const bool isCardsOwn = DM->tbPostal.state() == dbase::DatasetState::Browse;
     TFFichaVia card(Padre, *this, operation, fromWindows1252(DM->tbMunicipiCOD_INE.view()), municipality);
     card.exec();
+    // What could not be stored, and was told, is in nobody's hands any more: it would pass for the current
+    // street, and a changed one would keep its lock.
+    if (isCardsOwn)
+        DM->tbPostal.cancel();
 }
 
 void TClassCodPostales::ExitDireccionPostal(QLineEdit* sender, dbase::Field* postalCodeField, dbase::Field*,

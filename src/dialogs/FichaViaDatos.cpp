@@ -13,6 +13,7 @@
 
 using ambrel::BoundEdit;
 using ambrel::fromWindows1252;
+using ambrel::toNearestWindows1252;
 using ambrel::toWindows1252;
 
 namespace {
@@ -107,7 +108,8 @@ bool TFFichaVia::ValidaProvincia(const QString& province, const QString& expecte
 }
 
 bool TFFichaVia::ValidaTipoVia(const QString& streetType) {
-    return !ObtenTipoVia(streetType.trimmed()).isEmpty();
+    // A blank code is one that the table may have.
+    return tables_.findStreetType(toNearestWindows1252(ObtenTipoVia(streetType.trimmed()))).has_value();
 }
 
 bool TFFichaVia::ValidaCodPostal(const QString& postalCode, const QString& province) {

@@ -50,11 +50,15 @@ void TFFichaVia::BuscaVecindad() {
         ui_->EVecindad->setText(fromWindows1252(tables.tbMunicipiNOMBRE.text()));
 }
 
-/// The Tag holds the municipality's postal code here, where other boxes have its INE code.
+/// The Tag holds the municipality's postal code here, where other boxes have its INE code. Several have one
+/// name: the one that is current already, by its postal code or by the user's choice, goes before the first.
 void TFFichaVia::EVecindadChange() {
+    const TDMCodPostales& tables = *Controlador.DM;
+    const QString name = ui_->EVecindad->text();
     Controlador.OrdenaPorNombreMunicipi();
-    const bool found = Controlador.BuscaEnMunicipi(ui_->EVecindad->text(), exactSearch);
-    setTag(*ui_->EVecindad, found ? Controlador.DM->tbMunicipiCODPOSTAL.integer() : 0);
+    const bool found = name == fromWindows1252(tables.tbMunicipiNOMBRE.text()) ||
+                       Controlador.BuscaEnMunicipi(name, exactSearch);
+    setTag(*ui_->EVecindad, found ? tables.tbMunicipiCODPOSTAL.integer() : 0);
 }
 
 void TFFichaVia::EVecindadKeyUp(std::uint16_t& key, Qt::KeyboardModifiers shift) {
@@ -143,14 +147,18 @@ void TFFichaVia::BBListarClick() {
         return;
     ui_->EVecindad->setText(name);
     goToMunicipality(codIne);
+    EVecindadChange(); // the Tag is that of the chosen one
     if (takePostalCode(codIne, postalCode))
         takeProvince(nameForProvince(), codIne);
 }
 
-/// The change of the box has found the first municipality with its name; several may have it.
+/// Among those with the name in the box, of which there may be several.
 void TFFichaVia::goToMunicipality(const QString& codIne) {
     dbase::Dataset& municipalities = Controlador.DM->tbMunicipi;
     const TDMCodPostales& tables = *Controlador.DM;
+    Controlador.OrdenaPorNombreMunicipi();
+    if (!Controlador.BuscaEnMunicipi(ui_->EVecindad->text(), exactSearch))
+        return;
     const dbase::Bookmark first = municipalities.bookmark();
     const std::string name = tables.tbMunicipiNOMBRE.text();
     while (fromWindows1252(tables.tbMunicipiCOD_INE.text()) != codIne)

@@ -17,6 +17,7 @@
 #include "dialogs/MunicipiListaMJ.h"
 #include "dialogs/ProvList.h"
 #include "dialogs/TipoViasLista.h"
+#include "import/ImportarVias.h"
 #include "lookup/RutCodPostales.h"
 #include "services/Confamb.h"
 #include "services/EventGuard.h"

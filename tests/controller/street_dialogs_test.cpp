@@ -118,4 +118,27 @@ TEST_F(StreetDialogs, CardIsOpenedForItsOperation) {
     controller->MuestraFichaVia(opModificacion, {});
 }
 
+TEST_F(StreetDialogs, WhatACardCouldNotStoreIsPendingNoMoreOnceItHasClosed) {
+    goToRow("99000000");
+    dialogs.expect("TFFichaVia", [this](QDialog& card) {
+        controller->DM->tbPostalVIA.setText("NO GUARDADA");
+        card.done(2); // as after a change that the engine refused
+    });
+    controller->MuestraFichaVia(opModificacion, {});
+    EXPECT_EQ(controller->DM->tbPostal.state(), dbase::DatasetState::Browse);
+    EXPECT_EQ(controller->DM->tbPostalVIA.text(), "SERRANO");
+    dbase::Dataset other("DB", "POSTAL", "CODIGO1");
+    other.open();
+    ASSERT_TRUE(other.seek({{"CODIGO1", "99000000"}}, dbase::SeekMode::Exact));
+    EXPECT_TRUE(other.lockCurrent()) << "nobody is kept from the street";
+}
+
+TEST_F(StreetDialogs, CardThatOnlyShowsLeavesAPendingRowAlone) {
+    ASSERT_TRUE(controller->AnadirVia());
+    dialogs.expect("TFFichaVia", close);
+    controller->MuestraFichaVia(opConsulta, {});
+    EXPECT_EQ(controller->DM->tbPostal.state(), dbase::DatasetState::Insert);
+    controller->DM->tbPostal.cancel();
+}
+
 } // namespace

@@ -7,17 +7,13 @@
 #include "dialogs/AddressSearchForm.h"
 #include "dialogs/DialogTexts.h"
 #include "services/Confamb.h"
-#include "services/Pantalla.h"
 #include "services/TagProperty.h"
-#include "support/ScriptedMessages.h"
 #include "support/ShownWindow.h"
 
 namespace {
 
 using namespace postal_tests;
-using ambrel::MessageAnswer;
 using ambrel::tagOf;
-using ambrel::test::ScriptedMessages;
 
 using AddressSearch = AddressSearchForm;
 
@@ -359,11 +355,13 @@ TEST_F(AddressSearch, ControllerKeepsTheChosenStreetUnderItsOwnOrder) {
     EXPECT_EQ(tables().tbPostal.tag(), "VIA");
 }
 
-TEST_F(AddressSearch, ImportButtonTellsThatImportingIsNotAvailable) {
+TEST_F(AddressSearch, ImportButtonOpensTheImportDialogAndTheListGoesOnAfterIt) {
     show();
-    ScriptedMessages messages;
-    messages.expect("La importación de vías todavía no está disponible.", "Importar vías de la web");
+    ambrel::test::ModalScript script;
+    script.expect("TFImportarVias", [](QDialog& import) { import.close(); });
     QTest::mouseClick(&button("BBImportar"), Qt::LeftButton);
+    EXPECT_TRUE(script.isDone());
+    EXPECT_TRUE(dialog->isVisible());
 }
 
 TEST_F(AddressSearch, WorksWithAnEmptyDirectory) {

@@ -119,4 +119,17 @@ TEST_F(StreetCardChecks, ANumberThatIsNoneOrDoesNotFitIsToldAndNothingIsLost) {
     EXPECT_EQ(stored("99000005", "PAR_FIN"), "7");
 }
 
+TEST_F(StreetCardChecks, ABlankTypeIsOneWhereTheTableHasIt) {
+    dbase::Dataset types("DB", "TIPO_VIA");
+    types.open();
+    types.append();
+    types.field("NOMBRE").setText("SIN TIPO");
+    types.post();
+    openWith("CBTipoVia", " - SIN TIPO");
+    accept();
+    EXPECT_FALSE(card->isVisible());
+    EXPECT_EQ(stored("99000004", "VIA"), "NUEVA");
+    EXPECT_EQ(stored("99000004", "TIPO_VIA"), "");
+}
+
 } // namespace

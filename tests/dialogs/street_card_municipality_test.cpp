@@ -213,4 +213,45 @@ TEST_F(StreetCardMunicipality, OfTwoWithOneNameTheChosenOneIsCurrent) {
     EXPECT_EQ(stored("99000004", "PROVINCIA"), "31");
 }
 
+TEST_F(StreetCardMunicipality, OfTwoWithOneNameTheFirstCanBeChosenAgain) {
+    openCard(opAlta);
+    expectList("NOMBRE", "28005", "31213");
+    QTest::mouseClick(&button("BBListar"), Qt::LeftButton);
+    expectList("NOMBRE", "15075", "15075");
+    expectPostalCodeQuestion(MessageAnswer::Yes);
+    QTest::mouseClick(&button("BBListar"), Qt::LeftButton);
+    EXPECT_EQ(textOf("DBECodPostal"), "15160");
+    EXPECT_EQ(controller->DM->tbMunicipiCOD_INE.text(), "15075");
+}
+
+TEST_F(StreetCardMunicipality, OfTwoWithOneNameTheOneChosenOnLeavingIsCurrent) {
+    openCard(opAlta);
+    expectListQuestion(MessageAnswer::Yes);
+    script.expect("TFBuscarMunicipios", [&](QDialog& list) {
+        dbase::Dataset& municipalities = controller->DM->tbMunicipi;
+        for (municipalities.first(); controller->DM->tbMunicipiCOD_INE.text() != "31213";)
+            ASSERT_TRUE(municipalities.next());
+        child<QPushButton>(list, "BBAceptar").click();
+    });
+    leaveWith("XX");
+    EXPECT_EQ(textOf("EVecindad"), "SADA");
+    EXPECT_EQ(controller->DM->tbMunicipiCOD_INE.text(), "31213");
+    EXPECT_EQ(textOf("CBProvincia"), "XX [31]");
+}
+
+TEST_F(StreetCardMunicipality, OfTwoWithOneNameTheStreetsOwnIsCurrent) {
+    dbase::Dataset table("DB", "POSTAL", "CODIGO1");
+    table.open();
+    ASSERT_TRUE(table.seek({{"CODIGO1", "99000000"}}, dbase::SeekMode::Exact));
+    table.edit();
+    table.field("CODPOSTAL").setText("31491");
+    table.field("PROVINCIA").setText("31");
+    table.post();
+    openCard(opModificacion, "SADA");
+    EXPECT_EQ(controller->DM->tbMunicipiCOD_INE.text(), "31213");
+    button("BBAceptar").click();
+    EXPECT_FALSE(card->isVisible());
+    EXPECT_EQ(stored("99000000", "PROVINCIA"), "31");
+}
+
 } // namespace

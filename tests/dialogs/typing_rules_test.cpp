@@ -80,4 +80,14 @@ TEST(TypingRules, CommandKeysWorkInAFullBox) {
     EXPECT_EQ(box.selectedText(), QStringLiteral("ab"));
 }
 
+TEST(TypingRules, ALetterWhoseCapitalTheTablesCannotKeepStaysSmall) {
+    QLineEdit box;
+    new TypingRules(&box, 20, Capitals::Yes);
+    QTest::sendKeyEvent(QTest::Click, &box, Qt::Key_mu, QStringLiteral("µ"), Qt::NoModifier);
+    QInputMethodEvent event;
+    event.setCommitString(QStringLiteral("µ"));
+    QCoreApplication::sendEvent(&box, &event);
+    EXPECT_EQ(box.text(), QStringLiteral("µµ"));
+}
+
 } // namespace

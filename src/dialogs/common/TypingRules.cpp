@@ -55,9 +55,13 @@ bool TypingRules::hasRoomFor(const QString& typed) const {
 
 QString TypingRules::withCapitals(const QString& typed) const {
     QString text = typed;
-    // Letter by letter: a capital that needs two letters (ß) would shift what follows.
+    // Letter by letter: a capital that needs two letters (ß) would shift what follows. One that the tables
+    // lack (that of µ) would be lost.
     if (capitals_ == Capitals::Yes)
-        std::ranges::transform(text, text.begin(), [](QChar letter) { return letter.toUpper(); });
+        std::ranges::transform(text, text.begin(), [](QChar letter) {
+            const QChar capital = letter.toUpper();
+            return toWindows1252(capital) ? capital : letter;
+        });
     return text;
 }
 

@@ -1,0 +1,190 @@
+// The import dialog: finding streets, in a municipality's file and on the web.
+#include <QComboBox>
+#include <QDir>
+#include <fstream>
+#include <unordered_map>
+
+#include "import/ImportarVias.h"
+#include "import/InputPause.h"
+#include "import/MunicipalityFile.h"
+#include "import/ResponseFolder.h"
+#include "services/Mensaje.h"
+#include "services/Rficheros.h"
+#include "services/Rnumcad.h"
+#include "services/Text.h"
+#include "ui_ImportarVias.h"
+
+namespace {
+
+constexpr int provinceDigits = 2;
+
+QString missingTitle() { return QStringLiteral("Faltan datos"); }
+
+QString refusedTitle() { return QStringLiteral("No se puede realizar la importación"); }
+
+void tellNothingFound(QWidget* owner) {
+    Mensaje_Info(owner, QStringLiteral("No se ha podido importar ningún nombre de vía"),
+                 QStringLiteral("Inténtelo de nuevo"));
+}
+
+void tellMissingMunicipality(QWidget* owner) {
+    Mensaje_Error(owner,
+                  QStringLiteral("Para importar vías de un municipio es necesario indicar la provincia y el "
+                                 "nombre del municipio"),
+                  missingTitle());
+}
+
+/// Null when a file cannot be opened for reading; a folder of that name cannot.
+std::unique_ptr<std::ifstream> openFile(const QString& path) {
+    if (QFileInfo(path).isDir())
+        return nullptr;
+    auto file = std::make_unique<std::ifstream>(path.toStdString(), std::ios::binary);
+    return file->is_open() ? std::move(file) : nullptr;
+}
+
+std::vector<ambrel::ImportedStreet> readFile(std::istream& file, const std::string& database) {
+    std::unordered_map<std::string, std::string> codes; // of the types that came already
+    const auto typeCode = [&](const std::string& name) {
+        const auto known = codes.find(name);
+        return known != codes.end()
+                   ? known->second
+                   : codes.emplace(name, ambrel::ExtraeTipoVia(database, name)).first->second;
+    };
+    std::vector<ambrel::ImportedStreet> streets;
+    for (std::string line; std::getline(file, line);)
+        streets.push_back(ambrel::readMunicipalityLine(line, typeCode));
+    return streets;
+}
+
+} // namespace
+
+void TFImportarVias::BBBuscarViasPorMunicipioClick() {
+    LimpiaDatos(true);
+    if (mode() == ambrel::ImportMode::SeveralCodes)
+        findInFile();
+    else
+        findOnWeb();
+}
+
+// --- Municipalities with several codes.
+
+void TFImportarVias::findInFile() {
+    const QString key = ui_->CBProvincias->currentText();
+    if (key.isEmpty()) {
+        Mensaje_Error(
+            this,
+            QStringLiteral("Para importar vías de un municipio es necesario indicarlo en el desplegable"),
+            missingTitle());
+        return;
+    }
+    openProgress(QStringLiteral("Importando el listado de vías del municipio..."));
+    const ProgressEnd end(*this);
+    CambiaMensaje(key, Progreso);
+    if (!ImportarViasMasUnCodigo()) {
+        tellNothingFound(this); // Deliberate: never shown, the reading always succeeds
+        return;
+    }
+    chooseHostPlacesOfFile();
+}
+
+/// A file's name is the province's two digits, "-" and the municipality with "_" for "/".
+void TFImportarVias::chooseHostPlacesOfFile() {
+    const QString key = ui_->CBProvincias->currentText();
+    QComboBox& provinces = *ui_->CBProvinciasAmbrel;
+    const int code = Cad_Int(ambrel::toNearestWindows1252(key.left(provinceDigits)));
+    // Deliberate: of two provinces with the code the later one stays chosen.
+    for (int index = 0; index < provinces.count(); ++index)
+        if (provinces.itemData(index).toInt() == code)
+            provinces.setCurrentIndex(index);
+    if (provinces.currentIndex() < 0)
+        return;
+    CBProvinciasAmbrelExit();
+    const QString name =
+        key.mid(key.indexOf(QLatin1Char('-')) + 1).trimmed().replace(QLatin1Char('_'), QLatin1Char('/'));
+    ui_->CBMunicipiosAmbrel->setCurrentIndex(Indice(*ui_->CBMunicipiosAmbrel, name));
+}
+
+/// Deliberate: true in every case, also when there is no file.
+bool TFImportarVias::ImportarViasMasUnCodigo() {
+    const QString folder = QString::fromStdString(ambrel::postalesFolder(databaseName()));
+    if (!QDir(folder).exists()) {
+        Mensaje_Info(this, QStringLiteral("No existe la carpeta con los ficheros de códigos postales"),
+                     refusedTitle());
+        return true;
+    }
+    // A backslash may be part of a name here; it must not lead to another folder.
+    const auto file =
+        openFile(folder + QLatin1Char('/') + ui_->CBProvincias->currentText() + QStringLiteral(".dat"));
+    if (!file) {
+        Mensaje_Info(this,
+                     QStringLiteral("Se ha producido un error al leer el fichero de códigos postales del "
+                                    "municipio"),
+                     refusedTitle());
+        return true;
+    }
+    if (const auto streets = readFile(*file, databaseName()); !streets.empty())
+        ui_->SGVias->append(streets);
+    ui_->LMensaje_->setText(QStringLiteral("Se han encontrado %1 vías").arg(ui_->SGVias->streets().size()));
+    return true;
+}
+
+// --- The web.
+
+void TFImportarVias::findOnWeb() {
+    const QString municipality = ui_->CBMunicipios->currentText();
+    if (ui_->CBProvincias->currentText().isEmpty() || municipality.isEmpty()) {
+        tellMissingMunicipality(this);
+        return;
+    }
+    openProgress(QStringLiteral("Importando el listado de vías del municipio..."));
+    const ProgressEnd end(*this);
+    CambiaMensaje(municipality, Progreso);
+    if (!succeeds([this] { return TraeVias({}, {}); })) {
+        tellNothingFound(this);
+        return;
+    }
+    const int province = Indice(*ui_->CBProvinciasAmbrel, ui_->CBProvincias->currentText());
+    ui_->CBProvinciasAmbrel->setCurrentIndex(province);
+    if (province < 0)
+        return;
+    CBProvinciasAmbrelExit();
+    ui_->CBMunicipiosAmbrel->setCurrentIndex(Indice(*ui_->CBMunicipiosAmbrel, municipality));
+}
+
+void TFImportarVias::BBBuscarViasPorProvinciaClick() {
+    if (mode() != ambrel::ImportMode::WholeProvince) {
+        Mensaje_Error(this,
+                      QStringLiteral("Para importar las vías de todos los municipios de una \r"
+                                     "provincia es necesario marcar la opción 3ª"),
+                      missingTitle());
+        return;
+    }
+    if (ui_->CBProvincias->currentText().isEmpty()) {
+        Mensaje_Error(this,
+                      QStringLiteral("Para importar las vías de todos los \r"
+                                     "municipios de una provincia es necesario indicarla"),
+                      missingTitle());
+        return;
+    }
+    CBProvinciasExit();
+    const ambrel::InputPause pause;
+    for (int index = 0; index < ui_->CBMunicipios->count(); ++index) {
+        ui_->CBMunicipios->setCurrentIndex(index);
+        fetchStreetsOfChosen();
+    }
+}
+
+void TFImportarVias::fetchStreetsOfChosen() {
+    const QString province = ui_->CBProvincias->currentText();
+    const QString municipality = ui_->CBMunicipios->currentText();
+    if (province.isEmpty() || municipality.isEmpty()) {
+        tellMissingMunicipality(this);
+        return;
+    }
+    // Deliberate: no blank between the text and the name.
+    openProgress(QStringLiteral("Importando el listado de vías del municipio") + municipality);
+    const ProgressEnd end(*this);
+    CambiaMensaje(municipality, Progreso);
+    if (!succeeds([&] { return TraeVias(province, municipality); }))
+        tellNothingFound(this);
+}

@@ -1,0 +1,199 @@
+// The import dialog: saving the streets of whole provinces, from the answers filed before.
+#include <QComboBox>
+#include <QDir>
+
+#include "controller/ClasCodPostales.h"
+#include "data/CodPostalesDM.h"
+#include "import/ImportarVias.h"
+#include "import/InputPause.h"
+#include "import/MunicipalityMatch.h"
+#include "import/ResponseFolder.h"
+#include "lookup/RutCodPostales.h"
+#include "services/Mensaje.h"
+#include "services/Rficheros.h"
+#include "ui_ImportarVias.h"
+
+namespace {
+
+constexpr char separator = '\\';
+
+QString missingTitle() { return QStringLiteral("Faltan datos"); }
+
+bool isFolder(const std::string& path) {
+    return !path.empty() && QDir(QString::fromStdString(path)).exists();
+}
+
+/// Sets a flag for a block.
+class FlagScope {
+public:
+    explicit FlagScope(bool& flag) : flag_(flag) { flag_ = true; }
+    ~FlagScope() { flag_ = false; }
+    FlagScope(const FlagScope&) = delete;
+    FlagScope& operator=(const FlagScope&) = delete;
+
+private:
+    bool& flag_;
+};
+
+} // namespace
+
+void TFImportarVias::BBGuardarPorProvinciaClick() {
+    if (mode() != ambrel::ImportMode::WholeProvince) {
+        // Deliberate: the text names option 2, although it is option 3.
+        Mensaje_Error(this,
+                      QStringLiteral("Para importar las vías de todos los municipios de una \r"
+                                     "provincia es necesario marcar la opción 2ª"),
+                      missingTitle());
+        return;
+    }
+    if (ui_->CBProvincias->currentText().isEmpty()) {
+        Mensaje_Error(this,
+                      QStringLiteral("Para importar las vías de todos los \r"
+                                     "municipios de una provincia es necesario indicarla"),
+                      missingTitle());
+        return;
+    }
+    const std::string folder =
+        ambrel::provinceFolder(databaseName(), ui_->CBProvincias->currentText().toStdString());
+    const std::vector<std::string> files = filedAnswers(folder);
+    if (files.empty()) {
+        tellMissingFiles();
+        return;
+    }
+    ui_->CBProvinciasAmbrel->setCurrentIndex(-1);
+    {
+        const dbase::NotificationPause pause(Controlador.DM->tbPostal);
+        saveAnswers(files);
+    }
+    tellBatchFailure();
+}
+
+void TFImportarVias::MIGuardarPorProvinciaClick() {
+    if (!isFolder(ambrel::postalesFolder(databaseName()))) {
+        tellMissingFiles();
+        return;
+    }
+    {
+        const dbase::NotificationPause pause(Controlador.DM->tbPostal);
+        saveProvinceFolders();
+    }
+    tellBatchFailure();
+}
+
+void TFImportarVias::saveProvinceFolders() {
+    ambrel::FileSearch search(SlashSep(ambrel::postalesFolder(databaseName()), "*.*", separator),
+                              ambrel::file_attribute::folder);
+    // Deliberate: the entry found first is never looked at; it is the folder itself.
+    if (!search.findFirst())
+        return;
+    while (const auto entry = search.findNext()) {
+        ui_->CBProvincias->setCurrentIndex(-1);
+        ui_->CBProvinciasAmbrel->setCurrentIndex(-1);
+        // Deliberate: a folder with any other attribute beside is passed over.
+        if (entry->attributes != ambrel::file_attribute::folder || entry->name == "." || entry->name == "..")
+            continue;
+        ui_->CBProvincias->setCurrentIndex(Indice(*ui_->CBProvincias, QString::fromStdString(entry->name)));
+        const std::vector<std::string> files =
+            filedAnswers(ambrel::provinceFolder(databaseName(), entry->name));
+        if (files.empty())
+            tellMissingFiles();
+        else
+            saveAnswers(files);
+    }
+}
+
+/// Full paths; none for a folder that is not there.
+std::vector<std::string> TFImportarVias::filedAnswers(const std::string& folder) const {
+    std::vector<std::string> files;
+    if (isFolder(folder))
+        FindFileNoRecursivo(SlashSep(folder, "*.xml", separator), ambrel::file_attribute::any, files);
+    return files;
+}
+
+/// Whatever a file holds, the next one follows.
+void TFImportarVias::saveAnswers(const std::vector<std::string>& files) {
+    const ambrel::InputPause pause;
+    for (const std::string& file : files) {
+        try {
+            saveAnswer(file);
+        } catch (const std::exception& failure) {
+            batchFailure_ = QString::fromUtf8(failure.what());
+        }
+    }
+}
+
+void TFImportarVias::saveAnswer(const std::string& file) {
+    Progreso =
+        MuestraMensaje(QStringLiteral("Importando las calles de ") + QString::fromStdString(file), this);
+    const ProgressEnd end(*this);
+    QString municipality = QString::fromStdString(ambrel::municipalityOfFile(file));
+    if (!chooseHostPlaces(municipality))
+        askForHostPlaces(municipality);
+    if (ui_->CBProvinciasAmbrel->currentIndex() < 0 || ui_->CBMunicipiosAmbrel->currentIndex() < 0 ||
+        !CompruebaMunicipioConUnicoCP())
+        return;
+    LimpiaDatos(false);
+    const QString text = QStringLiteral("Importando las calles de ") + municipality;
+    openProgress(text);
+    CambiaMensaje(text, Progreso);
+    loadAndSave(file);
+}
+
+/// By the names of web province and file. The name becomes the one that was looked for last.
+bool TFImportarVias::chooseHostPlaces(QString& municipality) {
+    QComboBox& provinces = *ui_->CBProvinciasAmbrel;
+    if (provinces.currentIndex() < 0) {
+        provinces.setCurrentIndex(Indice(provinces, ui_->CBProvincias->currentText()));
+        if (provinces.currentIndex() >= 0)
+            CBProvinciasAmbrelExit();
+    }
+    QComboBox& municipalities = *ui_->CBMunicipiosAmbrel;
+    if (provinces.currentIndex() < 0) {
+        municipalities.setCurrentIndex(Indice(municipalities, municipality));
+        return false;
+    }
+    const auto match = ambrel::matchMunicipality(
+        municipality, [&](const QString& name) { return Indice(municipalities, name); });
+    municipalities.setCurrentIndex(match.index);
+    municipality = match.name;
+    return match.index >= 0;
+}
+
+void TFImportarVias::askForHostPlaces(const QString& municipality) {
+    const QString webProvince = ui_->CBProvincias->currentText();
+    QString codIne, postalCode, name = municipality, province = webProvince, provinceCode, number;
+    const QString caption = QStringLiteral("Seleccione el municipio donde importar las vias de %1 (%2)");
+    if (!IMunicipios(this, codIne, postalCode, name, province, provinceCode, number, QStringLiteral("NOMBRE"),
+                     caption.arg(municipality, webProvince)))
+        return;
+    ui_->CBProvinciasAmbrel->setCurrentIndex(Indice(*ui_->CBProvinciasAmbrel, province));
+    if (ui_->CBProvinciasAmbrel->currentIndex() < 0)
+        return;
+    CBProvinciasAmbrelExit();
+    ui_->CBMunicipiosAmbrel->setCurrentIndex(Indice(*ui_->CBMunicipiosAmbrel, name));
+}
+
+void TFImportarVias::loadAndSave(const std::string& file) {
+    const FlagScope inBatch(EnLote);
+    try {
+        XML.clear();
+        XML.loadFile(file);
+    } catch (const std::exception&) {
+        return; // a file that is no answer is passed over without a word
+    }
+    if (CargaVias())
+        GuardaVias();
+}
+
+void TFImportarVias::tellMissingFiles() {
+    Mensaje_Info(this,
+                 QStringLiteral("Para importar las calles de los municipios de una provincia\r"
+                                "es necesario antes pinchar en buscar vías"),
+                 QStringLiteral("Faltan los ficheros XML"));
+}
+
+/// Once for the whole run, not once for each file.
+void TFImportarVias::tellBatchFailure() {
+    if (const QString text = std::exchange(batchFailure_, QString()); !text.isEmpty())
+        Mensaje_Error(this, text, QStringLiteral("Atención"));
+}

@@ -1,0 +1,121 @@
+// The import's list of streets.
+#include "import/StreetGrid.h"
+
+#include <QFontMetrics>
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <algorithm>
+#include <array>
+
+#include "import/StreetModel.h"
+
+namespace ambrel {
+namespace {
+
+constexpr int nameColumn = 1;
+constexpr std::array leastWidths{60, 100, 70, 55, 55, 55, 55}; // logical pixels
+constexpr int nameSlack = 8;                                   // that the columns leave free at the right
+constexpr int titleMargins = 16;
+constexpr int leastRowHeight = 20;
+constexpr int rowMargins = 6;
+constexpr int leastRows = 4;
+
+} // namespace
+
+StreetGrid::StreetGrid(QWidget* parent) : QTableView(parent), model_(new StreetModel(this)) {
+    setModel(model_);
+    setFocusPolicy(Qt::ClickFocus);
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setTabKeyNavigation(false);
+    setAlternatingRowColors(true);
+    setShowGrid(false);
+    setWordWrap(false);
+    setCornerButtonEnabled(false);
+    setVerticalScrollMode(ScrollPerItem);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setSectionsClickable(false);
+    horizontalHeader()->setMinimumSectionSize(1);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    const int height = std::max(leastRowHeight, fontMetrics().height() + rowMargins);
+    verticalHeader()->setMinimumSectionSize(height);
+    verticalHeader()->setDefaultSectionSize(height);
+    setWidths();
+}
+
+/// A column is as wide as its title needs, so that a larger font cuts none.
+void StreetGrid::setWidths() {
+    const QFontMetrics metrics = horizontalHeader()->fontMetrics();
+    for (int column = 0; column < model_->columnCount(); ++column) {
+        const QString title = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        setColumnWidth(column, std::max(leastWidths[static_cast<std::size_t>(column)],
+                                        metrics.horizontalAdvance(title) + titleMargins));
+    }
+    fitNameColumn();
+}
+
+void StreetGrid::fitNameColumn() {
+    int room = viewport()->width() - nameSlack;
+    for (int column = 0; column < model_->columnCount(); ++column)
+        if (column != nameColumn)
+            room -= columnWidth(column);
+    setColumnWidth(nameColumn, std::max(leastWidths[nameColumn], room));
+}
+
+void StreetGrid::showRanges(bool show) {
+    model_->showRanges(show);
+    setWidths();
+}
+
+void StreetGrid::clearStreets() {
+    model_->clear();
+    setCurrentIndex(model_->index(0, 0));
+}
+
+void StreetGrid::append(const std::vector<ImportedStreet>& streets) {
+    model_->append(streets);
+    executeDelayedItemsLayout(); // or the row would be brought into view too early
+    setCurrentIndex(model_->index(model_->rowCount() - 1, 0));
+}
+
+const std::vector<ImportedStreet>& StreetGrid::streets() const { return model_->streets(); }
+
+QSize StreetGrid::minimumSizeHint() const {
+    int width = nameSlack + 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
+    for (int column = 0; column < model_->columnCount(); ++column)
+        width += column == nameColumn ? leastWidths[nameColumn] : columnWidth(column);
+    const int height = horizontalHeader()->sizeHint().height() +
+                       leastRows * verticalHeader()->defaultSectionSize() + 2 * frameWidth();
+    return {width, height};
+}
+
+void StreetGrid::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    fitNameColumn();
+}
+
+void StreetGrid::mousePressEvent(QMouseEvent* event) {
+    QTableView::mousePressEvent(event);
+    isDragging_ = event->button() == Qt::LeftButton && rowAt(event->position().toPoint().y()) >= 0;
+}
+
+/// The row that is dragged follows the mouse.
+void StreetGrid::mouseMoveEvent(QMouseEvent* event) {
+    if (!isDragging_ || !(event->buttons() & Qt::LeftButton))
+        return;
+    const int row = currentIndex().row(), to = rowAt(event->position().toPoint().y());
+    if (row < 0 || to < 0 || row == to)
+        return;
+    model_->move(row, to);
+    scrollTo(currentIndex());
+}
+
+void StreetGrid::mouseReleaseEvent(QMouseEvent* event) {
+    isDragging_ = false;
+    QTableView::mouseReleaseEvent(event);
+}
+
+} // namespace ambrel

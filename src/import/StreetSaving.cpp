@@ -1,0 +1,218 @@
+// Saving imported streets.
+#include "import/StreetSaving.h"
+
+#include <algorithm>
+
+#include "controller/ClasCodPostales.h"
+#include "controller/StreetRecord.h"
+#include "data/CodPostalesDM.h"
+#include "dbase/error.h"
+#include "dbase/table.h"
+#include "services/Rnumcad.h"
+#include "services/Ruttb.h"
+
+namespace ambrel {
+namespace {
+
+constexpr const char* municipalities = "MUNICIPI.DBF";
+
+/// A street as it would be stored.
+struct StoredForm {
+    std::string province, postalCode, type, name;
+    int oddFirst, oddLast, evenFirst, evenLast; // all 0: the whole street
+
+    [[nodiscard]] bool isWholeStreet() const { return !oddFirst && !oddLast && !evenFirst && !evenLast; }
+};
+
+StoredForm storedForm(const ImportedStreet& street, const HostTown& town, ImportMode mode) {
+    StoredForm form{.province = town.provinceCode,
+                    .postalCode = town.postalCode,
+                    .type = UpperCase(street.type),
+                    .name = UpperCase(street.name),
+                    .oddFirst = 0,
+                    .oddLast = 0,
+                    .evenFirst = 0,
+                    .evenLast = 0};
+    if (mode == ImportMode::SeveralCodes) {
+        form.postalCode = street.postalCode;
+        form.oddFirst = street.oddFirst;
+        form.oddLast = street.oddLast;
+        form.evenFirst = street.evenFirst;
+        form.evenLast = street.evenLast;
+    }
+    return form;
+}
+
+/// Goes to the first street with this name in a province; false when there is none.
+bool goToName(TDMCodPostales& tables, const StoredForm& form) {
+    TBIndexa("NOMBREVIA", tables.tbPostal);
+    return TBBusca(tables.tbPostal, {{"PROVINCIA", form.province}, {"VIA", form.name}}, exactSearch);
+}
+
+/// Whether the current street still has the name of the walk. Both ends of the comparison ignore case.
+bool hasName(TDMCodPostales& tables, const StoredForm& form) {
+    return tables.tbPostalPROVINCIA.view() == form.province &&
+           UpperCase(tables.tbPostalVIA.text()) == form.name;
+}
+
+bool hasRanges(TDMCodPostales& tables, int odd, int oddEnd, int even, int evenEnd) {
+    return tables.tbPostalIMPAR_INI.integer() == odd && tables.tbPostalIMPAR_FIN.integer() == oddEnd &&
+           tables.tbPostalPAR_INI.integer() == even && tables.tbPostalPAR_FIN.integer() == evenEnd;
+}
+
+bool isSameStreet(TDMCodPostales& tables, const StoredForm& form) {
+    if (tables.tbPostalCODPOSTAL.view() != form.postalCode ||
+        UpperCase(tables.tbPostalTIPO_VIA.text()) != form.type)
+        return false;
+    return hasRanges(tables, form.oddFirst, form.oddLast, form.evenFirst, form.evenLast) ||
+           (form.isWholeStreet() && hasRanges(tables, firstOdd, lastOdd, firstEven, lastEven));
+}
+
+/// Whether POSTAL holds the street as it would be written.
+bool ExisteViaIgual(TDMCodPostales& tables, const StoredForm& form) {
+    if (!goToName(tables, form))
+        return false;
+    do {
+        if (!hasName(tables, form))
+            return false;
+        if (isSameStreet(tables, form))
+            return true;
+    } while (tables.tbPostal.next());
+    return false;
+}
+
+/// Goes to the street of that name with one of the postal codes; false when there is none.
+bool ExisteViaEnMunicipio(TDMCodPostales& tables, const StoredForm& form,
+                          const std::vector<std::string>& codes) {
+    if (!goToName(tables, form))
+        return false;
+    do {
+        if (!hasName(tables, form))
+            return false;
+        if (std::ranges::find(codes, tables.tbPostalCODPOSTAL.view()) != codes.end())
+            return true;
+    } while (tables.tbPostal.next());
+    return false;
+}
+
+void append(TDMCodPostales& tables, const StoredForm& form) {
+    const bool whole = form.isWholeStreet();
+    tables.tbPostal.append();
+    tables.tbPostalPROVINCIA.setText(form.province);
+    tables.tbPostalCAPITAL.setText("9"); // Deliberate: whatever the municipality's own mark is
+    tables.tbPostalTIPO_VIA.setText(form.type);
+    tables.tbPostalVIA.setText(form.name);
+    tables.tbPostalIMPAR_INI.setInteger(whole ? firstOdd : form.oddFirst);
+    tables.tbPostalIMPAR_FIN.setInteger(whole ? lastOdd : form.oddLast);
+    tables.tbPostalPAR_INI.setInteger(whole ? firstEven : form.evenFirst);
+    tables.tbPostalPAR_FIN.setInteger(whole ? lastEven : form.evenLast);
+    tables.tbPostalCODPOSTAL.setText(form.postalCode);
+}
+
+/// Visits the rows of MUNICIPI with a name, of one province, until `visit` returns false.
+template<typename Visit>
+void visitTown(const std::string& database, const std::string& name, const std::string& province,
+               Visit visit) {
+    const auto table = CreaTabla(database, municipalities, "NOMBRE", false, openNow);
+    dbase::Field& townName = table->field("NOMBRE");
+    dbase::Field& townProvince = table->field("COD_PROV");
+    if (!TBBusca(*table, {{"NOMBRE", name}}, exactSearch))
+        return;
+    do {
+        if (townName.view() != name)
+            return;
+        if (townProvince.view() == province && !visit(*table))
+            return;
+    } while (table->next());
+}
+
+} // namespace
+
+bool hasOnlyOneCode(const std::string& database, const HostTown& town) {
+    if (town.provinceCode.empty() || town.provinceCode == "00" || town.postalCode.empty() ||
+        town.postalCode == "00000" || town.name.empty())
+        return false;
+    bool only = false;
+    visitTown(database, town.name, town.provinceCode, [&only](dbase::Dataset& table) {
+        only = table.field("UNICO").view() == "S";
+        return false;
+    });
+    return only;
+}
+
+std::vector<std::string> CodigosPostalesMunicipio(const std::string& database, const HostTown& town) {
+    std::vector<std::string> codes;
+    const std::string name = town.isFirstOfList ? std::string() : UpperCase(town.name);
+    if (town.provinceCode.empty() || name.empty())
+        return codes;
+    visitTown(database, name, town.provinceCode, [&codes](dbase::Dataset& table) {
+        codes.push_back(table.field("CODPOSTAL").text());
+        return true;
+    });
+    return codes;
+}
+
+template<typename SaveRow>
+StreetSaving::Outcome StreetSaving::saveEach(SaveRow saveRow) {
+    Outcome outcome;
+    const dbase::NotificationPause pause(controller.DM->tbPostal); // a list behind is drawn once, at the end
+    for (std::size_t row = 0; row < streets.size(); ++row) {
+        if (beforeRow)
+            beforeRow(row + 1);
+        try {
+            saveRow(storedForm(streets[row], town, mode), outcome);
+        } catch (const dbase::Error& failure) {
+            outcome.failure = QString::fromUtf8(failure.what());
+            if (failure.code() != dbase::ErrorCode::ReadOnly) // then there is no row that could be cancelled
+                controller.CancelarVia();
+        } catch (const std::exception& failure) {
+            outcome.failure = QString::fromUtf8(failure.what());
+            controller.CancelarVia();
+        }
+    }
+    sync(outcome);
+    return outcome;
+}
+
+/// Once for all rows: until then a power cut may take them, and nobody was told that they are there.
+void StreetSaving::sync(Outcome& outcome) {
+    if (outcome.count == 0)
+        return;
+    try {
+        controller.DM->tbPostal.openTable().sync();
+    } catch (const std::exception& failure) {
+        outcome.failure = QString::fromUtf8(failure.what());
+    }
+}
+
+/// Counts the pending row and stores it. One that is not stored is dropped: the next street takes its place.
+void StreetSaving::offer(Outcome& outcome) {
+    if (!controller.AceptarVia()) {
+        if (!controller.streetFailure().isEmpty())
+            outcome.failure = controller.streetFailure();
+        controller.DM->tbPostal.cancel();
+    }
+    ++outcome.count;
+}
+
+StreetSaving::Outcome StreetSaving::addNew() {
+    return saveEach([this](const StoredForm& form, Outcome& outcome) {
+        if (ExisteViaIgual(*controller.DM, form))
+            return;
+        append(*controller.DM, form);
+        offer(outcome);
+    });
+}
+
+StreetSaving::Outcome StreetSaving::completeTypes(const std::vector<std::string>& postalCodes) {
+    return saveEach([this, &postalCodes](const StoredForm& form, Outcome& outcome) {
+        TDMCodPostales& tables = *controller.DM;
+        if (!ExisteViaEnMunicipio(tables, form, postalCodes) || !tables.tbPostalTIPO_VIA.isNull())
+            return;
+        tables.tbPostal.edit();
+        tables.tbPostalTIPO_VIA.setText(form.type);
+        offer(outcome);
+    });
+}
+
+} // namespace ambrel

@@ -1,0 +1,142 @@
+// The import dialog: saving the streets of one municipality.
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <functional>
+
+#include <sys/resource.h>
+
+#include "import/ImportForm.h"
+
+namespace {
+
+using namespace postal_tests;
+constexpr const char* doneTitle = "Importación finalizada";
+
+class ImportSaving : public ImportForm {
+protected:
+    void find(const char* municipality) {
+        show("RBUno");
+        choose("CBProvincias", "MADRID");
+        press(Qt::Key_Tab);
+        choose("CBMunicipios", municipality);
+        click("BBBuscarViasPorMunicipio");
+    }
+    void expectDone(int count) {
+        expectBox(
+            ("Se han importado " + std::to_string(count) + " calles al módulo de Códigos Postales").c_str(),
+            doneTitle);
+    }
+};
+
+TEST_F(ImportSaving, WritesTheStreetsAndTellsHowMany) {
+    find("ALPEDRETE");
+    progress.clear();
+    expectDone(3);
+    click("BBGuardarPorMunicipio");
+    EXPECT_EQ(stored(), (Texts{"CL ALPISTE 28430", "AV MAYOR 28430", "PZ SOL 28430"}));
+    EXPECT_TRUE(dialog->isVisible());
+    ASSERT_FALSE(progress.empty());
+    EXPECT_EQ(progress.front(), "Importando las calles de ALPEDRETE");
+    EXPECT_EQ(progress[1], "Importando las calles... 1 de 3 de ALPEDRETE");
+    EXPECT_EQ(progress.back(), "Importando las calles... 3 de 3 de ALPEDRETE");
+}
+
+TEST_F(ImportSaving, SavingTwiceAddsNothingTheSecondTime) {
+    find("ALPEDRETE");
+    expectDone(3);
+    expectDone(0);
+    click("BBGuardarPorMunicipio");
+    click("BBGuardarPorMunicipio");
+    EXPECT_EQ(stored().size(), 3U);
+}
+
+TEST_F(ImportSaving, NeedsProvinceAndMunicipalityOfTheHost) {
+    find("ALPEDRETE");
+    combo("CBMunicipiosAmbrel").setCurrentIndex(-1);
+    expectBox("No ha indicado correctamente el nombre de la provincia o el municipio",
+              "Seleccione donde importar las calles");
+    click("BBGuardarPorMunicipio");
+    EXPECT_EQ(stored(), Texts());
+}
+
+TEST_F(ImportSaving, EmptyListIsOfferedAsOneStreetWithoutName) {
+    show();
+    choose("CBProvinciasAmbrel", "MADRID");
+    press(Qt::Key_Tab);
+    choose("CBMunicipiosAmbrel", "ALPEDRETE");
+    expectBox("Rellene el campo Nombre de la Via", "ATENCIÓN:", true);
+    expectDone(1);
+    click("BBGuardarPorMunicipio");
+    EXPECT_EQ(stored(), Texts());
+}
+
+TEST_F(ImportSaving, MunicipalityWithSeveralCodesGetsStreetTypesOnly) {
+    addStreets({{"99000000", "ALCALA", "", "28002"}, {"99000001", "OTRA", "", "28001"}});
+    find("MADRID");
+    EXPECT_EQ(chosen("CBMunicipiosAmbrel"), "MADRID");
+    expectDone(1);
+    click("BBGuardarPorMunicipio");
+    EXPECT_EQ(stored(), (Texts{"CL ALCALA 28002", " OTRA 28001"}));
+}
+
+TEST_F(ImportSaving, FirstOfTheListHasNoPostalCodesSoThatNothingHappens) {
+    addStreets({{"99000000", "ALPISTE", "", "28430"}});
+    find("ALPEDRETE");
+    choose("CBMunicipiosAmbrel", "ÁLAMOS, LOS"); // index 0, several codes
+    click("BBGuardarPorMunicipio");
+    EXPECT_EQ(stored(), (Texts{" ALPISTE 28430"}));
+}
+
+/// Keeps this process from making a file longer than it is: what a full disk does.
+class FullDisk {
+public:
+    explicit FullDisk(const std::string& file) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        rlimit limit = before_;
+        limit.rlim_cur = std::filesystem::file_size(file);
+        handler_ = std::signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, handler_);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    rlimit before_{};
+    void (*handler_)(int) = SIG_DFL;
+};
+
+/// Titles of the boxes that come while something is done.
+Texts titlesDuring(const std::function<void()>& action) {
+    Texts titles;
+    const auto before = ambrel::setMessageShower([&](const ambrel::MessageBox& box) {
+        titles.push_back(box.title.toStdString());
+        return ambrel::MessageAnswer::Accept;
+    });
+    action();
+    ambrel::setMessageShower(before);
+    return titles;
+}
+
+TEST_F(ImportSaving, FullDiskIsToldOnceBehindTheLoopAndNothingSavedBeforeIsLost) {
+    addStreets({{"99000000", "ANTERIOR", "CL", "28430"}});
+    find("ALPEDRETE");
+    Texts titles;
+    {
+        const FullDisk full(folder / "POSTAL.DBF");
+        titles = titlesDuring([this] { click("BBGuardarPorMunicipio"); });
+    }
+    EXPECT_EQ(titles, (Texts{"Atención", doneTitle}));
+    EXPECT_EQ(stored(), (Texts{"CL ANTERIOR 28430"}));
+    EXPECT_EQ(controller->DM->tbPostal.state(), dbase::DatasetState::Browse) << "no row is left pending";
+    expectDone(3);
+    click("BBGuardarPorMunicipio");
+    EXPECT_EQ(stored().size(), 4U);
+}
+
+} // namespace
