@@ -72,5 +72,21 @@ int main(int argc, char** argv) {
     reporter.printRatio("load_vs_sqlite", "load/ours", "bulk/sqlite");
     reporter.printRatio("reindex_vs_sqlite", "reindex/ours", "bulk/sqlite");
     reporter.printRatio("reopen_vs_sqlite", "reopen/ours", "reopen/sqlite");
+    reporter.printRatio("tecla_via_vs_sqlite", "key/ours", "key/sqlite");
+    reporter.printRatio("tecla_via_vs_sqlite_wal", "key/ours", "key/sqlite_wal");
+    reporter.printRatio("tecla_via_vs_sqlite_query", "key/ours", "key/sqlite_query");
+    reporter.printRatio("alta_via_vs_sqlite", "addition/ours", "addition/sqlite");
+    reporter.printRatio("pase_ine_vs_sqlite", "ine/ours", "ine/sqlite");
+    reporter.printRatio("pase_ine_vs_sqlite_wal", "ine/ours", "ine/sqlite_wal");
+    reporter.printRatio("guarda_vs_sqlite", "guarda/ours", "guarda/sqlite");
+    // Our time over the rival's, which only parses.
+    reporter.printRatio("parse_vs_pugixml", "parse/pugixml", "parse/ours");
+    // A large table's time over a small one's.
+    reporter.printRatio("provincia_200_vs_20", "provincia/20", "provincia/200");
+    reporter.printRatio("dialogo_vias_1m5_vs_1k", "vias/1k", "vias/1m5");
+    reporter.printRatio("tecla_via_1m5_vs_1k", "via/1k", "via/1m5");
+    reporter.printRatio("lista_90k_vs_1k", "lista/1k", "lista/90k");
+    reporter.printRatio("lista_1m5_vs_1k", "lista/1k", "lista/1m5");
+    reporter.printRatio("tecla_1m5_vs_1k", "tecla/1k", "tecla/1m5");
     return 0;
 }

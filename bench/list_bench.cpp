@@ -1,0 +1,189 @@
+// What a user of a list waits for, on small and on large tables: opening it, and a key in its search edit.
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <benchmark/benchmark.h>
+
+#include "data/MunicipiDM.h"
+#include "data/TableDefinitions.h"
+#include "dbase/bulk_loader.h"
+#include "dbase/codec.h"
+#include "dbase/databases.h"
+#include "dialogs/MunicipiLista.h"
+#include "services/Confamb.h"
+
+#include "postal_rows.h"
+
+namespace bench {
+
+namespace {
+
+constexpr std::uint32_t entitiesOfOne = 14; // minor entities for each municipality
+constexpr std::uint32_t mostCodes = 100'000;
+
+void startApplication() {
+    static int argumentCount = 1;
+    static char name[] = "ambrel_bench";
+    static char* arguments[] = {name, nullptr};
+    if (qApp == nullptr) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        new QApplication(argumentCount, arguments); // for the rest of the run
+    }
+}
+
+std::string digits(std::uint32_t number, std::size_t width) {
+    const std::string text = std::to_string(number);
+    return std::string(width - std::min(width, text.size()), '0') + text;
+}
+
+// All kinds of beginnings, in no order.
+std::string placeName(std::uint32_t number) {
+    std::uint32_t bits = number * 2654435761U;
+    std::string text;
+    for (int i = 0; i < 6; ++i, bits /= 26) {
+        text += static_cast<char>('A' + bits % 26);
+    }
+    return text + " DE LA " + std::to_string(number);
+}
+
+// A municipality of each code first, then the entities, in no order of any tag.
+void makeMunicipalities(const std::string& folder, std::uint32_t rows) {
+    std::filesystem::create_directories(folder);
+    dbase::createTable(folder, ambrel::municipalityTable(), dbase::IfExists::Replace);
+    dbase::BulkLoader loader(*dbase::findTableFile(folder, "MUNICIPI"), dbase::BulkLoader::Mode::Append);
+    const dbase::Schema& schema = loader.schema();
+    std::string record(schema.recordLength, ' ');
+    const auto column = [&](const char* name) {
+        const dbase::Column& found = schema.columns[*schema.find(name)];
+        return std::span<char>(record).subspan(found.offset, found.width);
+    };
+    const std::uint32_t codes = std::min(mostCodes, rows / (entitiesOfOne + 1) + 1);
+    for (std::uint32_t i = 0; i < rows; ++i) {
+        const bool isEntity = i >= codes;
+        const std::string code = digits(i * 104'729U % codes, 5);
+        dbase::encodeText(column("COD_INE"), code);
+        dbase::encodeText(column("COD_PROV"), code.substr(0, 2));
+        dbase::encodeText(column("CODPOSTAL"), digits(i * 7919U % 100'000U, 5));
+        dbase::encodeText(column("NOMBRE"), placeName(i));
+        dbase::encodeText(column("UNICO"), "S");
+        dbase::encodeText(column("CAPITAL"), "9");
+        dbase::encodeLogical(column("ENT_MENOR"), isEntity);
+        loader.add(record);
+    }
+    loader.finish();
+}
+
+/// Name under which the folder with so many municipalities is registered; made at the first call.
+std::string municipalities(std::uint32_t rows) {
+    const std::string name = "LISTA" + std::to_string(rows);
+    const std::string folder = workFolder + '/' + name;
+    if (!std::filesystem::exists(folder)) {
+        makeMunicipalities(folder, rows);
+        dbase::setDatabaseFolder(name, folder);
+    }
+    return name;
+}
+
+// The data module, the table and the list, as a routine shows them.
+class ShownList {
+public:
+    explicit ShownList(const std::string& database) : module_(database) {
+        Config.EntidadesMenores = true;
+        DMMunicipi = &module_;
+        module_.tbMunicipi.setTag("NOMBRE");
+        module_.tbMunicipi.open();
+        list_ = std::make_unique<TFMunicipiLista>(nullptr);
+        list_->show();
+        paint();
+    }
+    ~ShownList() {
+        list_.reset();
+        module_.tbMunicipi.close();
+        DMMunicipi = nullptr;
+    }
+    ShownList(const ShownList&) = delete;
+    ShownList& operator=(const ShownList&) = delete;
+
+    [[nodiscard]] QLineEdit* edit() const { return list_->findChild<QLineEdit*>("ENOMBRE"); }
+    void paint() {
+        QCoreApplication::processEvents();
+        list_->repaint();
+    }
+
+private:
+    TDMMunicipi module_;
+    std::unique_ptr<TFMunicipiLista> list_;
+};
+
+// The time that one in ten stays below: what other programs on the machine take hardly counts.
+template<typename Work>
+void reportUndisturbed(benchmark::State& state, int count, Work&& work) {
+    for (auto _ : state) {
+        std::vector<double> seconds;
+        for (int i = 0; i < count; ++i) {
+            seconds.push_back(work());
+        }
+        std::nth_element(seconds.begin(), seconds.begin() + count / 10, seconds.end());
+        state.SetIterationTime(seconds[static_cast<std::size_t>(count) / 10]);
+    }
+}
+
+template<typename Work>
+double secondsOf(Work&& work) {
+    const auto begin = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+void openList(benchmark::State& state, std::uint32_t rows) {
+    startApplication();
+    const std::string database = municipalities(rows);
+    reportUndisturbed(state, 200, [&] {
+        std::optional<ShownList> list;
+        return secondsOf([&] { list.emplace(database); });
+    });
+}
+
+// The third letter of a name that is there; the first two stand in the edit.
+void typeKey(benchmark::State& state, std::uint32_t rows) {
+    startApplication();
+    ShownList list(municipalities(rows));
+    QLineEdit* const edit = list.edit();
+    std::uint32_t number = 0;
+    reportUndisturbed(state, 1000, [&] {
+        const QString name = QString::fromStdString(placeName(number++ * 7907U % rows));
+        edit->setText(name.left(2));
+        list.paint();
+        return secondsOf([&] {
+            for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+                QKeyEvent event(type, name[2].unicode(), Qt::NoModifier, name.mid(2, 1));
+                QCoreApplication::sendEvent(edit, &event);
+            }
+            list.paint();
+        });
+    });
+}
+
+void openSmall(benchmark::State& state) { openList(state, 1'000); }
+void openMiddle(benchmark::State& state) { openList(state, std::min<std::uint32_t>(90'000, rowCount)); }
+void openLarge(benchmark::State& state) { openList(state, rowCount); }
+void typeSmall(benchmark::State& state) { typeKey(state, 1'000); }
+void typeLarge(benchmark::State& state) { typeKey(state, rowCount); }
+
+BENCHMARK(openSmall)->Name("lista/1k")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(openMiddle)->Name("lista/90k")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(openLarge)->Name("lista/1m5")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(typeSmall)->Name("tecla/1k")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(typeLarge)->Name("tecla/1m5")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+} // namespace bench

@@ -1,0 +1,96 @@
+// What a user of the street list waits for, on a small and on a large directory: opening it, and a key in its
+// search edit.
+
+#include <chrono>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <benchmark/benchmark.h>
+
+#include "controller/ClasCodPostales.h"
+#include "dialogs/BuscarDireccionPostal.h"
+#include "services/Confamb.h"
+
+#include "directory_folder.h"
+
+namespace bench {
+
+namespace {
+
+void ensureApplication() {
+    static int argumentCount = 1;
+    static char program[] = "ambrel_bench";
+    static char* arguments[] = {program, nullptr};
+    if (qApp == nullptr) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        new QApplication(argumentCount, arguments); // for the rest of the run
+    }
+    const std::string name = provinceName(shownProvince);
+    Config.setProvince(shownProvince, name, name);
+}
+
+// The list as a host's menu opens it.
+class ShownStreets {
+public:
+    explicit ShownStreets(TClassCodPostales& controller) : list_(nullptr, controller, true) {
+        list_.show();
+        paint();
+    }
+    [[nodiscard]] QLineEdit* edit() const { return list_.findChild<QLineEdit*>("EVia"); }
+    /// Reads and paints what has changed.
+    static void paint() { QCoreApplication::processEvents(); }
+
+private:
+    TFBuscarDireccionPostal list_;
+};
+
+void openList(benchmark::State& state, Directory size) {
+    ensureApplication();
+    const DirectoryInUse directory(size);
+    TClassCodPostales controller;
+    for (auto _ : state) {
+        const auto begin = std::chrono::steady_clock::now();
+        const ShownStreets list(controller);
+        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
+        state.SetIterationTime(taken.count());
+    }
+}
+
+// The third letter of a name that is there; the first two stand in the edit.
+void typeKey(benchmark::State& state, Directory size) {
+    ensureApplication();
+    const DirectoryInUse directory(size);
+    TClassCodPostales controller;
+    ShownStreets list(controller);
+    QLineEdit* const edit = list.edit();
+    std::size_t number = 0;
+    for (auto _ : state) {
+        const auto& names = smallDirectoryNames();
+        const QString name = QString::fromStdString(names[number++ % names.size()]);
+        edit->setText(name.left(2));
+        ShownStreets::paint();
+        const auto begin = std::chrono::steady_clock::now();
+        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, name[2].unicode(), Qt::NoModifier, name.mid(2, 1));
+            QCoreApplication::sendEvent(edit, &event);
+        }
+        ShownStreets::paint();
+        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
+        state.SetIterationTime(taken.count());
+    }
+}
+
+void openSmall(benchmark::State& state) { openList(state, Directory::Small); }
+void openLarge(benchmark::State& state) { openList(state, Directory::Large); }
+void typeSmall(benchmark::State& state) { typeKey(state, Directory::Small); }
+void typeLarge(benchmark::State& state) { typeKey(state, Directory::Large); }
+
+BENCHMARK(openSmall)->Name("vias/1k")->Iterations(100)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(openLarge)->Name("vias/1m5")->Iterations(100)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(typeSmall)->Name("via/1k")->Iterations(500)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(typeLarge)->Name("via/1m5")->Iterations(500)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+} // namespace bench
