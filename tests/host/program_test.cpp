@@ -27,6 +27,7 @@ protected:
         for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
             environment.remove(QLatin1String(name));
         environment.insert(QStringLiteral("XDG_DATA_HOME"), QString::fromStdString(folder / "datos"));
+        environment.insert(QStringLiteral("no_proxy"), QStringLiteral("127.0.0.1"));
         QProcess program;
         program.setProcessEnvironment(environment);
         program.setWorkingDirectory(QString::fromStdString(folder.path()));
@@ -77,6 +78,47 @@ TEST_F(ProgramTest, TheTourOfTheStreetsAddsFindsChangesAndDeletesOne) {
         EXPECT_TRUE(tour.lines.contains(line)) << line.toStdString();
 }
 
+/// The stand-in for the street-directory service; ends with the test.
+class DirectoryProgram {
+public:
+    DirectoryProgram() {
+        program_.start(QStringLiteral(CALLEJERO_PROGRAM), QStringList());
+        if (program_.waitForReadyRead(60000))
+            address_ = QString::fromUtf8(program_.readLine()).trimmed();
+    }
+    ~DirectoryProgram() {
+        program_.terminate();
+        program_.waitForFinished();
+    }
+    DirectoryProgram(const DirectoryProgram&) = delete;
+    DirectoryProgram& operator=(const DirectoryProgram&) = delete;
+
+    [[nodiscard]] const QString& address() const { return address_; }
+
+private:
+    QProcess program_;
+    QString address_;
+};
+
+TEST_F(ProgramTest, TheTourOfTheImportBringsStreetsThatThenComplete) {
+    const DirectoryProgram directory;
+    ASSERT_FALSE(directory.address().isEmpty());
+    const QString ini = QString::fromStdString(
+        folder.write("ambrel.ini", "[Callejero]\nServidor=" + directory.address().toStdString() + "\n"));
+    const Ended tour = run({QStringLiteral("--ini"), ini, QStringLiteral("--guion"),
+                            QStringLiteral(AMBREL_SCRIPTS "importar.guion")});
+    EXPECT_EQ(tour.exitCode, 0) << tour.errors.toStdString();
+    for (const QString& line :
+         {QStringLiteral("LMensaje_\tSe han encontrado 23 vías\t0\tactivo"),
+          QStringLiteral("información\tSe han importado 23 calles al módulo de Códigos Postales\t"
+                         "Importación finalizada\taceptar"),
+          QStringLiteral("información\tSe han importado 0 calles al módulo de Códigos Postales\t"
+                         "Importación finalizada\taceptar"),
+          QStringLiteral("CBMunicipiosAmbrel\tARANJUEZ\t0\tactivo"),
+          QStringLiteral("ECodPostal\t28300\t1\tactivo")})
+        EXPECT_TRUE(tour.lines.contains(line)) << line.toStdString();
+}
+
 /// Name and content of every picture in a folder.
 QMap<QString, QByteArray> picturesIn(const QString& folder) {
     QMap<QString, QByteArray> pictures;
@@ -92,13 +134,14 @@ TEST_F(ProgramTest, ThePicturesOfTheDocumentsAreTheSameEachTime) {
     QMap<QString, QByteArray> before;
     for (int round = 0; round < 2; ++round) {
         for (const char* script :
-             {AMBREL_SCRIPTS "capturas-listas.guion", AMBREL_SCRIPTS "capturas-vias.guion"}) {
+             {AMBREL_SCRIPTS "capturas-importar.guion", AMBREL_SCRIPTS "capturas-listas.guion",
+              AMBREL_SCRIPTS "capturas-vias.guion"}) {
             QDir(QString::fromStdString(folder / "datos")).removeRecursively();
             const Ended ended = run({QStringLiteral("--guion"), QString::fromUtf8(script)});
             EXPECT_EQ(ended.exitCode, 0) << ended.errors.toStdString();
         }
         const auto pictures = picturesIn(QString::fromStdString(folder.path()));
-        EXPECT_EQ(pictures.size(), 10);
+        EXPECT_EQ(pictures.size(), 11);
         if (round > 0) {
             EXPECT_EQ(pictures, before);
         }
