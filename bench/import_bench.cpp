@@ -14,6 +14,7 @@
 #include "data/CodPostalesDM.h"
 #include "data/TableDefinitions.h"
 #include "dbase/databases.h"
+#include "dbase/table.h"
 #include "import/Document.h"
 #include "import/ResponseReaders.h"
 #include "import/StreetGrid.h"
@@ -114,6 +115,7 @@ public:
         dbase::createTable(folder_, ambrel::municipalityTable(), dbase::IfExists::Replace);
         dbase::setDatabaseFolder("DB", folder_);
         controller_ = std::make_unique<TClassCodPostales>();
+        controller_->DM->tbPostal.openTable().sync(); // what was loaded is not what is measured
     }
     ~ImportFolder() {
         controller_.reset();

@@ -122,8 +122,8 @@ bool TFImportarVias::ImportarViasMasUnCodigo() {
                      refusedTitle());
         return true;
     }
-    if (const auto streets = readFile(*file, databaseName()); !streets.empty())
-        ui_->SGVias->append(streets);
+    if (auto streets = readFile(*file, databaseName()); !streets.empty())
+        ui_->SGVias->append(std::move(streets));
     ui_->LMensaje_->setText(QStringLiteral("Se han encontrado %1 vías").arg(ui_->SGVias->streets().size()));
     return true;
 }

@@ -140,12 +140,12 @@ bool TFImportarVias::CargaMunicipios() {
 }
 
 bool TFImportarVias::CargaVias() {
-    const ambrel::StreetList list = ambrel::readStreets(
+    ambrel::StreetList list = ambrel::readStreets(
         XML, [this] { CambiaMensaje(QStringLiteral("Cargando datos de vías"), Progreso); });
     if (list.count)
         ui_->LMensaje_->setText(QStringLiteral("Se han encontrado %1 vías").arg(*list.count));
     if (!list.streets.empty())
-        ui_->SGVias->append(list.streets);
+        ui_->SGVias->append(std::move(list.streets));
     // Deliberate: an answer without nodes is none that failed, unlike those of the two other readers.
     return isRead(list.reading) || list.reading == ambrel::Reading::Empty;
 }

@@ -40,21 +40,34 @@ pugi::xml_node rootOf(const DirectoryDocument& answer) {
     return firstElement(firstElement(firstElement(answer.tree().child("soap:Envelope"))));
 }
 
-std::string textOf(const pugi::xml_node& element) {
-    std::string utf8;
-    for (const pugi::xml_node& child : element.children())
-        if (child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata)
-            utf8 += child.value();
-    if (auto bytes = dbase::CodePage::windows1252().fromUtf8(utf8))
-        return std::move(*bytes);
-    return toNearestWindows1252(QString::fromStdString(utf8));
+bool isText(const pugi::xml_node& node) {
+    return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
 }
 
-std::string trimmed(const std::string& text) {
+std::string inWindows1252(std::string_view utf8) {
+    if (std::ranges::all_of(utf8, [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+        return std::string(utf8);
+    if (auto bytes = dbase::CodePage::windows1252().fromUtf8(utf8))
+        return std::move(*bytes);
+    return toNearestWindows1252(QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())));
+}
+
+std::string textOf(const pugi::xml_node& element) {
+    const pugi::xml_node first = element.first_child();
+    if (first && isText(first) && !first.next_sibling())
+        return inWindows1252(first.value());
+    std::string utf8;
+    for (const pugi::xml_node& child : element.children())
+        if (isText(child))
+            utf8 += child.value();
+    return inWindows1252(utf8);
+}
+
+std::string trimmed(std::string text) {
     const auto isInk = [](char c) { return static_cast<unsigned char>(c) > ' '; };
-    const auto first = std::find_if(text.begin(), text.end(), isInk);
-    const auto last = std::find_if(text.rbegin(), text.rend(), isInk).base();
-    return first < last ? std::string(first, last) : std::string();
+    text.erase(std::find_if(text.rbegin(), text.rend(), isInk).base(), text.end());
+    text.erase(text.begin(), std::ranges::find_if(text, isInk));
+    return text;
 }
 
 std::optional<int> wholeNumber(const std::string& text) {
@@ -125,7 +138,9 @@ ImportedStreet readStreet(const pugi::xml_node& address) {
     // Deliberate: without a name the type's code stands in for it.
     if (const pugi::xml_node name = address.child("nv"))
         text = trimmed(textOf(name));
-    street.name = text.substr(0, streetNameWidth);
+    if (text.size() > streetNameWidth)
+        text.resize(streetNameWidth);
+    street.name = std::move(text);
     return street;
 }
 

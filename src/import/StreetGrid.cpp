@@ -7,6 +7,7 @@
 #include <QScrollBar>
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "import/StreetModel.h"
 
@@ -75,8 +76,8 @@ void StreetGrid::clearStreets() {
     setCurrentIndex(model_->index(0, 0));
 }
 
-void StreetGrid::append(const std::vector<ImportedStreet>& streets) {
-    model_->append(streets);
+void StreetGrid::append(std::vector<ImportedStreet> streets) {
+    model_->append(std::move(streets));
     executeDelayedItemsLayout(); // or the row would be brought into view too early
     setCurrentIndex(model_->index(model_->rowCount() - 1, 0));
 }

@@ -22,7 +22,7 @@ public:
     /// One empty row stays.
     void clearStreets();
     /// Below those that are there; the last row becomes the current one.
-    void append(const std::vector<ImportedStreet>& streets);
+    void append(std::vector<ImportedStreet> streets);
     [[nodiscard]] const std::vector<ImportedStreet>& streets() const;
 
     void fitNameColumn();

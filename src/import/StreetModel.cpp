@@ -2,6 +2,7 @@
 #include "import/StreetModel.h"
 
 #include <array>
+#include <utility>
 
 #include "services/Rnumcad.h"
 #include "services/Text.h"
@@ -66,14 +67,14 @@ void StreetModel::clear() {
     endResetModel();
 }
 
-void StreetModel::append(const std::vector<ImportedStreet>& streets) {
+void StreetModel::append(std::vector<ImportedStreet> streets) {
     beginResetModel();
     streets_.reserve(streets_.size() + streets.size());
-    for (const ImportedStreet& street : streets) {
+    for (ImportedStreet& street : streets) {
         if (hasName(streets_.front()))
-            streets_.push_back(street);
+            streets_.push_back(std::move(street));
         else
-            streets_.back() = street;
+            streets_.back() = std::move(street);
     }
     endResetModel();
 }

@@ -19,7 +19,7 @@ public:
     void clear();
     /// Adds streets at the end, in one change. While the first row has no name, a street takes the last row's
     /// place instead.
-    void append(const std::vector<ImportedStreet>& streets);
+    void append(std::vector<ImportedStreet> streets);
     void move(int row, int to);
     [[nodiscard]] const std::vector<ImportedStreet>& streets() const { return streets_; }
 
