@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <memory>
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <benchmark/benchmark.h>
 #include <pugixml.hpp>
 
@@ -20,6 +20,7 @@
 #include "import/StreetGrid.h"
 #include "import/StreetSaving.h"
 
+#include "application.h"
 #include "our_postal.h"
 #include "sqlite_postal.h"
 
@@ -29,16 +30,6 @@ namespace {
 
 constexpr std::uint32_t streetsOfMadrid = 8'085;
 constexpr int townsOfProvince = 200, fewTowns = 20, streetsOfTown = 50, commonNames = 100;
-
-void ensureApplication() {
-    static int argumentCount = 1;
-    static char name[] = "ambrel_bench";
-    static char* arguments[] = {name, nullptr};
-    if (qApp == nullptr) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        new QApplication(argumentCount, arguments); // for the rest of the run
-    }
-}
 
 // --- An answer
 

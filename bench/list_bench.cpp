@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <benchmark/benchmark.h>
@@ -20,6 +20,7 @@
 #include "dialogs/MunicipiLista.h"
 #include "services/Confamb.h"
 
+#include "application.h"
 #include "postal_rows.h"
 
 namespace bench {
@@ -28,16 +29,6 @@ namespace {
 
 constexpr std::uint32_t entitiesOfOne = 14; // minor entities for each municipality
 constexpr std::uint32_t mostCodes = 100'000;
-
-void startApplication() {
-    static int argumentCount = 1;
-    static char name[] = "ambrel_bench";
-    static char* arguments[] = {name, nullptr};
-    if (qApp == nullptr) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        new QApplication(argumentCount, arguments); // for the rest of the run
-    }
-}
 
 std::string digits(std::uint32_t number, std::size_t width) {
     const std::string text = std::to_string(number);
@@ -144,7 +135,7 @@ double secondsOf(Work&& work) {
 }
 
 void openList(benchmark::State& state, std::uint32_t rows) {
-    startApplication();
+    ensureApplication();
     const std::string database = municipalities(rows);
     reportUndisturbed(state, 200, [&] {
         std::optional<ShownList> list;
@@ -154,7 +145,7 @@ void openList(benchmark::State& state, std::uint32_t rows) {
 
 // The third letter of a name that is there; the first two stand in the edit.
 void typeKey(benchmark::State& state, std::uint32_t rows) {
-    startApplication();
+    ensureApplication();
     ShownList list(municipalities(rows));
     QLineEdit* const edit = list.edit();
     std::uint32_t number = 0;

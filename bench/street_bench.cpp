@@ -4,7 +4,6 @@
 #include <chrono>
 #include <cstdlib>
 
-#include <QApplication>
 #include <QLineEdit>
 #include <benchmark/benchmark.h>
 
@@ -13,6 +12,7 @@
 #include "data/CodPostalesDM.h"
 #include "data/TableDefinitions.h"
 
+#include "application.h"
 #include "our_postal.h"
 #include "sqlite_postal.h"
 
@@ -22,16 +22,6 @@ namespace {
 
 constexpr const char* province = "28";
 constexpr const char* capital = "0";
-
-void ensureApplication() {
-    static int argumentCount = 1;
-    static char name[] = "ambrel_bench";
-    static char* arguments[] = {name, nullptr};
-    if (qApp == nullptr) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        new QApplication(argumentCount, arguments); // for the rest of the run
-    }
-}
 
 // The controller of a host's form, in the municipality in which the user types.
 TClassCodPostales& controller() {

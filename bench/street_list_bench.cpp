@@ -3,7 +3,7 @@
 
 #include <chrono>
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <benchmark/benchmark.h>
@@ -12,23 +12,12 @@
 #include "dialogs/BuscarDireccionPostal.h"
 #include "services/Confamb.h"
 
+#include "application.h"
 #include "directory_folder.h"
 
 namespace bench {
 
 namespace {
-
-void ensureApplication() {
-    static int argumentCount = 1;
-    static char program[] = "ambrel_bench";
-    static char* arguments[] = {program, nullptr};
-    if (qApp == nullptr) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        new QApplication(argumentCount, arguments); // for the rest of the run
-    }
-    const std::string name = provinceName(shownProvince);
-    Config.setProvince(shownProvince, name, name);
-}
 
 // The list as a host's menu opens it.
 class ShownStreets {

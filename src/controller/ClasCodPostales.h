@@ -122,8 +122,8 @@ public:
     /// Shows that text once; nothing when there is none.
     void showStreetFailure();
     /// Opens the card of the current street; `municipality` is the name that it shows, or empty. MUNICIPI is
-    /// then ordered by name, on the first municipality with the current one's postal code. What the card could
-    /// not store is dropped when it has closed.
+    /// then ordered by name, on the first municipality with the current one's postal code. What the card
+    /// could not store is dropped when it has closed.
     void MuestraFichaVia(TOperacion operation, const QString& municipality);
 
 private:

@@ -7,6 +7,7 @@
 #include "data/CodPostalesDM.h"
 #include "dialogs/BuscarDireccionPostal.h"
 #include "dialogs/FichaVia.h"
+#include "dialogs/common/ModalDialog.h"
 #include "services/EventGuard.h"
 #include "services/Mensaje.h"
 #include "services/Ruttb.h"
@@ -36,9 +37,9 @@ bool TClassCodPostales::BuscarDireccionPostal(bool standalone) {
     dbase::Dataset& streets = DM->tbPostal;
     const std::string tagBefore = streets.tag();
     const bool accepted = [&] {
-        TFBuscarDireccionPostal dialog(Padre, *this, standalone);
-        dialog.exec();
-        return tagOf(dialog) == acceptedTag;
+        ambrel::ModalDialog<TFBuscarDireccionPostal> list(Padre, *this, standalone);
+        list.show();
+        return list.get() && tagOf(*list.get()) == acceptedTag;
     }();
     if (streets.tag() != tagBefore) {
         const dbase::Bookmark chosen = streets.bookmark();
@@ -55,8 +56,9 @@ void TClassCodPostales::MuestraFichaVia(TOperacion operation, const QString& mun
     BuscaPorCodPostalMunicipi(postalCode, exactSearch);
     OrdenaPorNombreMunicipi();
     const bool isCardsOwn = DM->tbPostal.state() == dbase::DatasetState::Browse;
-    TFFichaVia card(Padre, *this, operation, fromWindows1252(DM->tbMunicipiCOD_INE.view()), municipality);
-    card.exec();
+    ambrel::ModalDialog<TFFichaVia> card(Padre, *this, operation,
+                                         fromWindows1252(DM->tbMunicipiCOD_INE.view()), municipality);
+    card.show();
     // What could not be stored, and was told, is in nobody's hands any more: it would pass for the current
     // street, and a changed one would keep its lock.
     if (isCardsOwn)

@@ -50,14 +50,18 @@ void TFFichaVia::BuscaVecindad() {
         ui_->EVecindad->setText(fromWindows1252(tables.tbMunicipiNOMBRE.text()));
 }
 
-/// The Tag holds the municipality's postal code here, where other boxes have its INE code. Several have one
-/// name: the one that is current already, by its postal code or by the user's choice, goes before the first.
+/// The Tag holds the municipality's postal code here, where other boxes have its INE code. Where two
+/// municipalities have one name, the one that was current, by its postal code or by the user's choice, stays.
 void TFFichaVia::EVecindadChange() {
-    const TDMCodPostales& tables = *Controlador.DM;
+    TDMCodPostales& tables = *Controlador.DM;
     const QString name = ui_->EVecindad->text();
     Controlador.OrdenaPorNombreMunicipi();
-    const bool found = name == fromWindows1252(tables.tbMunicipiNOMBRE.text()) ||
-                       Controlador.BuscaEnMunicipi(name, exactSearch);
+    const dbase::Bookmark current = tables.tbMunicipi.bookmark();
+    const bool isNamed = name == fromWindows1252(tables.tbMunicipiNOMBRE.view());
+    const std::string codIne = tables.tbMunicipiCOD_INE.text();
+    const bool found = Controlador.BuscaEnMunicipi(name, exactSearch);
+    if (found && isNamed && tables.tbMunicipiCOD_INE.view() != codIne)
+        tables.tbMunicipi.goTo(current);
     setTag(*ui_->EVecindad, found ? tables.tbMunicipiCODPOSTAL.integer() : 0);
 }
 
