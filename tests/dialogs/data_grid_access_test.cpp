@@ -121,6 +121,16 @@ TEST_F(DataGridAccessTest, HintIsShownOverTheRows) {
 
 // --- Screen readers
 
+/// Names of header cells. They are made for the caller, who can free them only by way of the register.
+QStringList takeNames(const QList<QAccessibleInterface*>& cells) {
+    QStringList names;
+    for (QAccessibleInterface* const cell : cells) {
+        names.append(cell->text(QAccessible::Name));
+        QAccessible::deleteAccessibleInterface(QAccessible::registerAccessibleInterface(cell));
+    }
+    return names;
+}
+
 TEST_F(DataGridAccessTest, ScreenReaderFindsATable) {
     grid->setAccessibleName("Municipios");
     start(30);
@@ -135,10 +145,8 @@ TEST_F(DataGridAccessTest, ScreenReaderFindsATable) {
     EXPECT_EQ(accessible()->cellAt(4, 1)->text(QAccessible::Name), "N99995");
     auto* const cell = accessible()->cellAt(4, 1)->tableCellInterface();
     ASSERT_NE(cell, nullptr);
-    ASSERT_EQ(cell->columnHeaderCells().size(), 1);
-    EXPECT_EQ(cell->columnHeaderCells()[0]->text(QAccessible::Name), "Name");
-    ASSERT_EQ(cell->rowHeaderCells().size(), 1);
-    EXPECT_EQ(cell->rowHeaderCells()[0]->text(QAccessible::Name), "001040");
+    EXPECT_EQ(takeNames(cell->columnHeaderCells()), QStringList{"Name"});
+    EXPECT_EQ(takeNames(cell->rowHeaderCells()), QStringList{"001040"});
 }
 
 TEST_F(DataGridAccessTest, ScreenReaderFindsTheSelectedRow) {
