@@ -1,10 +1,16 @@
 // Answers as documents.
 #include "import/Document.h"
 
+#include <cstdint>
+#include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <optional>
 #include <pugixml.hpp>
 #include <stdexcept>
+#include <system_error>
+#include <utility>
+
+#include "import/Transport.h"
 
 namespace ambrel {
 namespace {
@@ -33,6 +39,21 @@ bool isTooDeep(const pugi::xml_document& tree) {
     }
 }
 
+/// Null when it cannot be read: a pipe would keep the reader waiting, a device has no end.
+std::optional<std::string> contentOf(const std::string& path) {
+    std::error_code failure;
+    if (!std::filesystem::is_regular_file(path, failure))
+        return std::nullopt;
+    const std::uintmax_t size = std::filesystem::file_size(path, failure);
+    std::ifstream file(path, std::ios::binary);
+    if (failure || size > largestAnswer || !file.is_open())
+        return std::nullopt;
+    std::string text(static_cast<std::size_t>(size), '\0');
+    file.read(text.data(), static_cast<std::streamsize>(size));
+    return file.gcount() == static_cast<std::streamsize>(size) ? std::optional(std::move(text))
+                                                               : std::nullopt;
+}
+
 bool isBlank(std::string_view text) { return text.find_first_not_of(" \t\r\n") == std::string_view::npos; }
 
 void parse(pugi::xml_document& tree, std::string_view text, pugi::xml_encoding encoding) {
@@ -43,9 +64,8 @@ void parse(pugi::xml_document& tree, std::string_view text, pugi::xml_encoding e
         tree.load_buffer(text.data(), text.size(), pugi::parse_default | pugi::parse_declaration, encoding);
     if (!result) {
         tree.reset();
-        throw std::runtime_error(
-            "La respuesta no es un documento XML válido: " + std::string(result.description()) + " (byte " +
-            std::to_string(result.offset) + ").");
+        throw std::runtime_error("La respuesta no es un documento XML válido (byte " +
+                                 std::to_string(result.offset) + ").");
     }
     if (isTooDeep(tree)) {
         tree.reset();
@@ -63,11 +83,10 @@ void DirectoryDocument::load(std::string_view utf8) { parse(*tree_, utf8, pugi::
 
 void DirectoryDocument::loadFile(const std::string& path) {
     clear();
-    std::ifstream file(path, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    if (!file.is_open() || file.bad())
+    const std::optional<std::string> text = contentOf(path);
+    if (!text)
         throw std::runtime_error("No se puede leer " + path + ".");
-    parse(*tree_, text, pugi::encoding_auto);
+    parse(*tree_, *text, pugi::encoding_auto);
 }
 
 void DirectoryDocument::clear() { tree_->reset(); }

@@ -23,7 +23,7 @@ public:
     /// UTF-8) for a text that is no XML; the document is then without nodes.
     void load(std::string_view utf8);
     /// The same with a file, whose own declaration tells its encoding. Errors also for one that cannot be
-    /// read.
+    /// read, is no plain file or is larger than the largest answer.
     void loadFile(const std::string& path);
     void clear();
     [[nodiscard]] bool hasNodes() const;

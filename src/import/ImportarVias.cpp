@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QShowEvent>
 #include <algorithm>
+#include <exception>
 
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
@@ -205,9 +206,19 @@ void TFImportarVias::closeProgress() {
     Progreso.clear();
 }
 
-/// Result of a step; one that fails by an exception, which is shown to the user, has not succeeded either.
+/// Result of a step; one that fails by an exception, which is shown to the user, has not succeeded either. An
+/// answer that cannot be filed passes on: those that follow would fare no better.
 bool TFImportarVias::succeeds(const std::function<bool()>& step) {
     bool result = false;
-    ambrel::runGuarded([&] { result = step(); });
+    std::exception_ptr notFiled;
+    ambrel::runGuarded([&] {
+        try {
+            result = step();
+        } catch (const ambrel::FilingError&) {
+            notFiled = std::current_exception();
+        }
+    });
+    if (notFiled)
+        std::rethrow_exception(notFiled);
     return result;
 }

@@ -34,9 +34,9 @@ void tellMissingMunicipality(QWidget* owner) {
                   missingTitle());
 }
 
-/// Null when a file cannot be opened for reading; a folder of that name cannot.
+/// Null when a file cannot be opened for reading; a folder, pipe or device of that name cannot.
 std::unique_ptr<std::ifstream> openFile(const QString& path) {
-    if (QFileInfo(path).isDir())
+    if (!QFileInfo(path).isFile())
         return nullptr;
     auto file = std::make_unique<std::ifstream>(path.toStdString(), std::ios::binary);
     return file->is_open() ? std::move(file) : nullptr;

@@ -74,7 +74,11 @@ bool fileAnswer(const DirectoryDocument& answer, const std::string& database, co
     fs::remove(file, failure);
     if (fs::exists(fs::symlink_status(file, failure)))
         return false;
-    answer.save(file.string());
+    try {
+        answer.save(file.string());
+    } catch (const std::exception& failed) {
+        throw FilingError(failed.what());
+    }
     return true;
 }
 

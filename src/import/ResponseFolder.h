@@ -2,6 +2,7 @@
 // database's folder, with a folder for each province inside.
 #pragma once
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -21,9 +22,15 @@ class DirectoryDocument;
 /// would lead out of POSTALES.
 [[nodiscard]] std::string provinceFolder(const std::string& database, const std::string& province);
 
+/// An answer that could not be written into its folder. The text is Spanish, UTF-8.
+class FilingError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 /// Files an answer as PROVINCE/MUNICIPALITY.xml (names in UTF-8), making the folders. Deliberate: nothing is
 /// said when a folder cannot be made or an old file cannot be removed; false then. A name that would lead
-/// out of its folder counts as one that cannot be made. Errors: of saving.
+/// out of its folder counts as one that cannot be made. Errors: FilingError.
 bool fileAnswer(const DirectoryDocument& answer, const std::string& database, const std::string& province,
                 const std::string& municipality);
 

@@ -3,10 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
 
+#include "import/Transport.h"
 #include "support/TemporaryFolder.h"
 
 namespace {
@@ -90,6 +94,28 @@ TEST(Document, ThatCannotBeFiledSaysSo) {
     DirectoryDocument document;
     document.load("<a/>");
     EXPECT_THROW(document.save(folder / "falta/a.xml"), std::runtime_error);
+}
+
+TEST(Document, ThatFindsNoRoomSaysSo) {
+    DirectoryDocument document;
+    document.load("<a/>");
+    EXPECT_THROW(document.save("/dev/full"), std::runtime_error);
+}
+
+TEST(Document, IsReadFromNothingButAFileOfItsSize) {
+    TemporaryFolder folder;
+    const std::string pipe = folder / "tubo.xml", endless = folder / "sin fin.xml",
+                      huge = folder / "enorme.xml";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    std::filesystem::create_symlink("/dev/zero", endless);
+    folder.write("enorme.xml", "<a/>");
+    std::filesystem::resize_file(huge, ambrel::largestAnswer + 1);
+    for (const std::string& path : {pipe, endless, huge, folder.path(), folder / "falta.xml"}) {
+        DirectoryDocument document;
+        document.load("<a/>");
+        EXPECT_THROW(document.loadFile(path), std::runtime_error) << path;
+        EXPECT_FALSE(document.hasNodes()) << path;
+    }
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 
 #include <QLineEdit>
 #include <QTest>
+#include <sys/stat.h>
+
 #include <filesystem>
 
 #include "import/ImportForm.h"
@@ -53,6 +55,15 @@ TEST_F(ImportBatch, SavesEveryFileOfTheProvinceWithoutAWord) {
     EXPECT_NE(std::ranges::find(progress, "Importando las calles... 2 de 2 de ALPEDRETE"), progress.end());
     EXPECT_FALSE(isProgressOpen());
     EXPECT_EQ(rows(), (Texts{"CL|INFANTAS"})) << "the last one stays in view";
+}
+
+TEST_F(ImportBatch, BracketsOfAFileNameAreTheSlashesOfTheMunicipality) {
+    file("MADRID/ARANJUEZ()REAL SITIO.xml", answer({{"CL", "INFANTAS"}}));
+    file("MADRID/ARANJUEZ)(REAL SITIO.xml", answer({{"CL", "OTRA"}}));
+    showProvince();
+    expectList("Seleccione el municipio donde importar las vias de ARANJUEZ\\REAL SITIO (MADRID)", cancel);
+    save();
+    EXPECT_EQ(stored(), (Texts{"CL INFANTAS 28300"}));
 }
 
 TEST_F(ImportBatch, SavesWhatTheProvinceSearchHasFiled) {
@@ -121,7 +132,10 @@ TEST_F(ImportBatch, WhateverTheFolderHoldsTheRunGoesOn) {
     file("MADRID/ALPEDRETE.2.xml", std::string(2000, '<'));
     std::filesystem::create_directories(postales("MADRID/ALPEDRETE.3.xml"));
     std::filesystem::create_symlink("nada", postales("MADRID/ALPEDRETE.4.xml"));
-    file("MADRID/ALPEDRETE.5.xml", answer({{"CL", "SOL"}}));
+    std::filesystem::create_symlink("ALPEDRETE.5.xml", postales("MADRID/ALPEDRETE.5.xml"));
+    std::filesystem::create_symlink("/dev/zero", postales("MADRID/ALPEDRETE.6.xml"));
+    ASSERT_EQ(::mkfifo(postales("MADRID/ALPEDRETE.7.xml").c_str(), 0600), 0);
+    file("MADRID/ALPEDRETE.9.xml", answer({{"CL", "SOL"}}));
     showProvince();
     save();
     EXPECT_EQ(stored(), (Texts{"CL SOL 28430"}));

@@ -3,6 +3,8 @@
 
 #include <QMouseEvent>
 #include <QTest>
+#include <sys/stat.h>
+
 #include <filesystem>
 
 #include "dbase/dataset.h"
@@ -137,6 +139,18 @@ TEST_F(ImportFromFiles, FolderCalledLikeAFileCannotBeOpened) {
     search("28-ALPEDRETE");
 }
 
+TEST_F(ImportFromFiles, PipeAndDeviceCalledLikeAFileCannotBeOpened) {
+    file("28-ALPEDRETE.dat", "");
+    ASSERT_EQ(::mkfifo(postales("28-TUBO.dat").c_str(), 0600), 0);
+    std::filesystem::create_symlink("/dev/zero", postales("28-SIN FIN.dat"));
+    show();
+    for (const char* const key : {"28-TUBO", "28-SIN FIN"}) {
+        expectBox("Se ha producido un error al leer el fichero de códigos postales del municipio",
+                  "No se puede realizar la importación", true);
+        search(key);
+    }
+}
+
 TEST_F(ImportFromFiles, FolderThatWentAwayIsTold) {
     file("28-ALPEDRETE.dat", "");
     show();
@@ -189,6 +203,18 @@ TEST_F(ImportFromFiles, LastRowIsCurrentAndInView) {
     EXPECT_EQ(grid.currentIndex().row(), 199);
     EXPECT_TRUE(grid.viewport()->rect().contains(grid.visualRect(grid.currentIndex()).center()));
     EXPECT_TRUE(grid.selectionModel()->isRowSelected(199));
+}
+
+TEST_F(ImportFromFiles, ListsThatFollowOneAnotherStandBelowEachOther) {
+    show("RBUno");
+    auto& grid = control<ambrel::StreetGrid>("SGVias");
+    grid.append({{.type = "CL", .name = "SOL"}, {.type = "AV", .name = "MAYOR"}});
+    grid.append({{.type = "PZ", .name = "LUNA"}});
+    EXPECT_EQ(rows(), (Texts{"CL|SOL", "AV|MAYOR", "PZ|LUNA"}));
+    EXPECT_EQ(grid.currentIndex().row(), 2);
+    grid.clearStreets();
+    grid.append({{.type = "GL", .name = "OTRA"}});
+    EXPECT_EQ(rows(), (Texts{"GL|OTRA"}));
 }
 
 TEST_F(ImportFromFiles, RowsCanBeDraggedToAnotherPlace) {

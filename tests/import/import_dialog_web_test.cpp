@@ -206,8 +206,7 @@ TEST_F(ImportFromTheWeb, EveryFaultOfTheExchangeIsToldAlikeAndTheNextTrySucceeds
 TEST_F(ImportFromTheWeb, GarbageIsToldAndThenThatNothingWasFound) {
     showMunicipality();
     service->setFault(Operation::Streets, Fault::Garbage);
-    expectBox("La respuesta no es un documento XML válido: No document element found (byte 19).", "Atención",
-              true);
+    expectBox("La respuesta no es un documento XML válido (byte 19).", "Atención", true);
     expectNotFound();
     click("BBBuscarViasPorMunicipio");
 }
@@ -285,6 +284,17 @@ TEST_F(ImportFromTheWeb, ProvinceSearchSucceedsAlsoWhenNothingCanBeFiled) {
     choose("CBProvincias", "LA RIOJA");
     click("BBBuscarViasPorProvincia"); // not a word
     EXPECT_FALSE(std::filesystem::is_directory(postales()));
+}
+
+TEST_F(ImportFromTheWeb, AnswerThatCannotBeWrittenEndsTheProvinceSearchAndIsToldOnce) {
+    std::filesystem::create_directories(postales());
+    std::filesystem::create_directory_symlink("/proc", postales("MADRID"));
+    show("RBTodosConUno");
+    choose("CBProvincias", "MADRID");
+    expectBox(("No se puede guardar " + postales("MADRID/ALPEDRETE.xml") + ".").c_str(), "Atención");
+    click("BBBuscarViasPorProvincia");
+    EXPECT_FALSE(isProgressOpen());
+    EXPECT_EQ(chosen("CBMunicipios"), "ALPEDRETE") << "those that follow are not asked for";
 }
 
 TEST_F(ImportFromTheWeb, ProvinceSearchNeedsAProvince) {

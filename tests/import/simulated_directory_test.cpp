@@ -197,4 +197,18 @@ TEST_F(FolderDirectory, ServesAnIndexOfAnswers) {
     EXPECT_NE(directory->streets("LA RIOJA", "X").find("EL MUNICIPIO NO EXISTE."), std::string::npos);
 }
 
+TEST_F(FolderDirectory, OfAnIndexListsItsMunicipalitiesWhereAProvinceHasNoList) {
+    std::filesystem::create_directories(folder / "soap");
+    std::filesystem::create_directories(folder / "vias");
+    folder.write("soap/provincias.xml", "<p><prov><cpine>39</cpine><np>CANTABRIA</np></prov>"
+                                        "<prov><cpine>46</cpine><np>VALENCIA</np></prov></p>");
+    folder.write("vias/indice.csv", "fichero,provincia,municipio\n"
+                                    "a.xml,CANTABRIA,POTES\nb.xml,CANTABRIA,ARGOÑOS\n");
+    const auto directory = callejero::folderDirectory(folder.path());
+    const std::string list = directory->municipalities("CANTABRIA");
+    EXPECT_NE(list.find("<cumun>2</cumun>"), std::string::npos) << list;
+    EXPECT_LT(list.find("<nm>ARGOÑOS</nm>"), list.find("<nm>POTES</nm>")) << list;
+    EXPECT_NE(directory->municipalities("VALENCIA").find("<des>"), std::string::npos);
+}
+
 } // namespace

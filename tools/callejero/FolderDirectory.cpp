@@ -117,8 +117,11 @@ public:
         const auto found = codes_.find(province);
         if (found == codes_.end())
             return errorAnswer(Operation::Municipalities, noSuchProvince);
-        return contentOf(folder_ / "soap" / ("municipios-" + found->second + answerSuffix))
-            .value_or(errorAnswer(Operation::Municipalities, serverError));
+        if (auto answer = contentOf(folder_ / "soap" / ("municipios-" + found->second + answerSuffix)))
+            return *std::move(answer);
+        const Province listed = indexed(province);
+        return listed.municipalities.empty() ? errorAnswer(Operation::Municipalities, serverError)
+                                             : municipalitiesAnswer(listed);
     }
 
     std::string streets(const std::string& province, const std::string& municipality) const override {
@@ -137,6 +140,15 @@ private:
         document.load_file((folder_ / "soap" / provinceList).c_str());
         for (const pugi::xpath_node& node : document.select_nodes("//*[local-name()='prov']"))
             codes_[node.node().child_value("np")] = node.node().child_value("cpine");
+    }
+
+    /// A province with those of its municipalities whose streets are there.
+    [[nodiscard]] Province indexed(const std::string& province) const {
+        Province listed{.name = province};
+        for (auto at = files_.lower_bound({province, ""}); at != files_.end() && at->first.first == province;
+             ++at)
+            listed.municipalities.push_back({.name = at->first.second});
+        return listed;
     }
 
     void readIndex() {
