@@ -6,6 +6,7 @@
 #include <QDialog>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPointingDevice>
 #include <QTest>
 #include <QWindow>
 #include <atomic>
@@ -111,6 +112,9 @@ protected:
         const QPoint place = exit.mapTo(dialog.get(), exit.rect().center());
         const QPointF global = exit.mapToGlobal(exit.rect().center());
         QWindow* const window = dialog->windowHandle();
+        // Made at their first use, and to belong to this thread.
+        static_cast<void>(QInputDevice::primaryKeyboard());
+        static_cast<void>(QPointingDevice::primaryPointingDevice());
         std::atomic<bool> wasAlive = false, isOver = false;
         QObject probe;
         QObject::connect(&probe, &QObject::objectNameChanged, &probe, [&] { wasAlive = true; });
