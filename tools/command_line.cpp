@@ -117,6 +117,15 @@ void defineReindex(CLI::App& app, Command& chosen) {
     offerText(command, "TABLA", options->table, "", "Sólo esta tabla");
 }
 
+void defineLocks(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<FolderOptions>();
+    CLI::App& command = addCommand(app, chosen, "candados", "Prueba si los bloqueos funcionan en una carpeta",
+                                   options, candados);
+    requireText(command, "DIR", options->folder, "Carpeta en la que están, o estarán, las tablas");
+    command.footer(
+        "Lo prueba entre dos procesos de este puesto; en una unidad de red, ejecútelo en cada uno.");
+}
+
 /// The labels and headings that subcommands then inherit.
 void speakSpanish(CLI::App& app) {
     const auto formatter = std::make_shared<CLI::Formatter>();
@@ -145,6 +154,7 @@ void defineCommands(CLI::App& app, Command& chosen) {
     defineAddress(app, chosen);
     defineCheck(app, chosen);
     defineReindex(app, chosen);
+    defineLocks(app, chosen);
     // Last: a footer given before would be every subcommand's, too.
     app.footer("«ambcp ORDEN --help» explica cada orden.\n"
                "Termina con 0 si se ha hecho, 1 si la respuesta es que no (no se encuentra, hay problemas)\n"

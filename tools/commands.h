@@ -45,6 +45,10 @@ struct AddressOptions {
     std::string folder, municipality, streetType, street, number;
 };
 
+struct FolderOptions {
+    std::string folder;
+};
+
 /// For one table, or for all of the folder when its name is empty.
 struct TablesOptions {
     std::string folder, table;
@@ -59,5 +63,6 @@ struct TablesOptions {
 [[nodiscard]] ExitCode direccion(const AddressOptions& options);
 [[nodiscard]] ExitCode comprobar(const TablesOptions& options);
 [[nodiscard]] ExitCode reindexar(const TablesOptions& options);
+[[nodiscard]] ExitCode candados(const FolderOptions& options);
 
 } // namespace ambcp

@@ -13,14 +13,14 @@ protected:
 TEST_F(AmbcpUsage, HelpIsSpanishAndNamesEveryCommand) {
     const std::string help = done({"--help"});
     for (const std::string word : {"Uso: ambcp", "Opciones:", "Órdenes:", "crear", "cargar", "listar",
-                                   "buscar", "direccion", "comprobar", "reindexar"}) {
+                                   "buscar", "direccion", "comprobar", "reindexar", "candados"}) {
         EXPECT_NE(help.find(word), std::string::npos) << word;
     }
 }
 
 TEST_F(AmbcpUsage, HelpOfEachCommandHasNoEnglishWord) {
     for (const std::string command :
-         {"crear", "cargar", "listar", "buscar", "direccion", "comprobar", "reindexar"}) {
+         {"crear", "cargar", "listar", "buscar", "direccion", "comprobar", "reindexar", "candados"}) {
         const std::string help = done({command, "--help"});
         EXPECT_NE(help.find("DIR"), std::string::npos);
         for (const std::string word :

@@ -1,0 +1,28 @@
+// Whether file locks do in a folder what the tables need of them: on some network drives they do not, and two
+// workstations then destroy each other's changes without a word.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "dbase/file.h"
+
+namespace ambcp {
+
+/// One thing that was tried. Texts are Spanish, UTF-8.
+struct LockProbe {
+    std::string question;
+    bool works = false;
+};
+
+using FileOpener = std::function<std::unique_ptr<dbase::File>(const std::string& path, dbase::OpenMode mode)>;
+
+/// Tries locks on a file of its own in the folder, between this process and children of it, and removes the
+/// file. Only for programs with one thread. Errors: dbase::Error for a folder in which no file can be made;
+/// Failure when no child can be started.
+[[nodiscard]] std::vector<LockProbe> tryLocks(const std::string& folder,
+                                              const FileOpener& open = dbase::openFile);
+
+} // namespace ambcp
