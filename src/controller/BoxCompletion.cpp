@@ -27,9 +27,10 @@ void showCompletion(QLineEdit& box, const std::optional<NamedCompletion>& comple
     box.setText(fromWindows1252(completion->box.text));
     // Selected from its end backwards, so that the caret stays before the completed tail.
     const int end = static_cast<int>(completion->box.text.size());
-    box.setCursorPosition(end);
     if (const int length = static_cast<int>(completion->box.selectionLength); length > 0)
         box.setSelection(end, -length);
+    else
+        box.setCursorPosition(end);
 }
 
 } // namespace ambrel
