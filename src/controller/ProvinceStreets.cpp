@@ -10,14 +10,6 @@ namespace {
 
 constexpr int spanishGroup = 1;
 
-std::string provinceCode(dbase::Dataset& provinces, const std::string& name) {
-    TBIndexa("ALFABETICO", provinces);
-    const OpenForBlock open(provinces);
-    if (!TBBusca(provinces, {{"PROVINCIA", name}}, exactSearch))
-        return "00";
-    return StrRight(provinces.field("CODIGO").text(), 2);
-}
-
 } // namespace
 
 std::vector<Province> spanishProvinces(dbase::Dataset& provinces) {
@@ -27,6 +19,16 @@ std::vector<Province> spanishProvinces(dbase::Dataset& provinces) {
         if (provinces.field("GRUPO").integer() == spanishGroup)
             found.push_back({provinces.field("PROVINCIA").text(), provinces.field("CODIGO").text()});
     return found;
+}
+
+std::string provinceCode(dbase::Dataset& provinces, const std::string& name) {
+    TBIndexa("ALFABETICO", provinces);
+    const OpenForBlock open(provinces);
+    // A search compares what the column holds; a longer name is not found by its beginning.
+    if (!TBBusca(provinces, {{"PROVINCIA", name}}, exactSearch) ||
+        provinces.field("PROVINCIA").text() != name)
+        return "00";
+    return StrRight(provinces.field("CODIGO").text(), 2);
 }
 
 void goToProvince(TDMCodPostales& tables, dbase::Dataset& provinces, const std::string& name) {

@@ -18,6 +18,10 @@ struct Province {
 /// it again.
 [[nodiscard]] std::vector<Province> spanishProvinces(dbase::Dataset& provinces);
 
+/// Two-digit code of a province by its name in a closed PROVIN, ordered by name from now on; "00" for a name
+/// that it lacks.
+[[nodiscard]] std::string provinceCode(dbase::Dataset& provinces, const std::string& name);
+
 /// Puts MUNICIPI, ordered by postal code from now on, on the first municipality of a province, which is
 /// looked up by its name in a closed PROVIN. A name that PROVIN lacks stands for postal code 00000.
 void goToProvince(TDMCodPostales& tables, dbase::Dataset& provinces, const std::string& name);

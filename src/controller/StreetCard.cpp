@@ -44,11 +44,7 @@ std::optional<StreetType> StreetCardTables::findStreetType(const std::string& co
 }
 
 std::string StreetCardTables::provinceCode(const std::string& name) {
-    TBIndexa("ALFABETICO", tbProvin);
-    const OpenForBlock open(tbProvin);
-    if (!TBBusca(tbProvin, {{"PROVINCIA", name}}, exactSearch) || tbProvinPROVINCIA.text() != name)
-        return "00";
-    return StrRight(tbProvinCODIGO.text(), static_cast<int>(provinceCodeLength));
+    return ambrel::provinceCode(tbProvin, name);
 }
 
 std::string provinceNameIn(std::string_view text, std::string_view shown) {

@@ -90,6 +90,8 @@ private:
     void chooseHostPlacesOfFile();
     void findOnWeb();
     bool ImportarViasMasUnCodigo();
+    /// False, with a message, when the mode or the province is missing; `option` is the mode that it names.
+    [[nodiscard]] bool isProvinceGiven(const QString& option);
     void BBBuscarViasPorProvinciaClick();
     void fetchStreetsOfChosen();
 

@@ -151,21 +151,28 @@ void TFImportarVias::findOnWeb() {
     ui_->CBMunicipiosAmbrel->setCurrentIndex(Indice(*ui_->CBMunicipiosAmbrel, municipality));
 }
 
-void TFImportarVias::BBBuscarViasPorProvinciaClick() {
+bool TFImportarVias::isProvinceGiven(const QString& option) {
     if (mode() != ambrel::ImportMode::WholeProvince) {
         Mensaje_Error(this,
                       QStringLiteral("Para importar las vías de todos los municipios de una \r"
-                                     "provincia es necesario marcar la opción 3ª"),
+                                     "provincia es necesario marcar la opción ") +
+                          option,
                       missingTitle());
-        return;
+        return false;
     }
     if (ui_->CBProvincias->currentText().isEmpty()) {
         Mensaje_Error(this,
                       QStringLiteral("Para importar las vías de todos los \r"
                                      "municipios de una provincia es necesario indicarla"),
                       missingTitle());
-        return;
+        return false;
     }
+    return true;
+}
+
+void TFImportarVias::BBBuscarViasPorProvinciaClick() {
+    if (!isProvinceGiven(QStringLiteral("3ª")))
+        return;
     CBProvinciasExit();
     const ambrel::InputPause pause;
     for (int index = 0; index < ui_->CBMunicipios->count(); ++index) {

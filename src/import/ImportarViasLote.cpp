@@ -17,8 +17,6 @@ namespace {
 
 constexpr char separator = '\\';
 
-QString missingTitle() { return QStringLiteral("Faltan datos"); }
-
 bool isFolder(const std::string& path) {
     return !path.empty() && QDir(QString::fromStdString(path)).exists();
 }
@@ -38,21 +36,9 @@ private:
 } // namespace
 
 void TFImportarVias::BBGuardarPorProvinciaClick() {
-    if (mode() != ambrel::ImportMode::WholeProvince) {
-        // Deliberate: the text names option 2, although it is option 3.
-        Mensaje_Error(this,
-                      QStringLiteral("Para importar las vías de todos los municipios de una \r"
-                                     "provincia es necesario marcar la opción 2ª"),
-                      missingTitle());
+    // Deliberate: the text names option 2, although it is option 3.
+    if (!isProvinceGiven(QStringLiteral("2ª")))
         return;
-    }
-    if (ui_->CBProvincias->currentText().isEmpty()) {
-        Mensaje_Error(this,
-                      QStringLiteral("Para importar las vías de todos los \r"
-                                     "municipios de una provincia es necesario indicarla"),
-                      missingTitle());
-        return;
-    }
     const std::string folder =
         ambrel::provinceFolder(databaseName(), ui_->CBProvincias->currentText().toStdString());
     const std::vector<std::string> files = filedAnswers(folder);

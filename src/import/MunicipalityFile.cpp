@@ -7,6 +7,7 @@
 
 #include "data/TableDefinitions.h"
 #include "dbase/codepage.h"
+#include "import/Trimmed.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 
@@ -18,15 +19,6 @@ constexpr int openEven = 9998;
 
 bool contains(const std::string& text, std::string_view part) {
     return !part.empty() && text.find(part) != std::string::npos;
-}
-
-std::string trimmed(std::string_view text) {
-    const auto isInk = [](char c) { return static_cast<unsigned char>(c) > ' '; };
-    while (!text.empty() && !isInk(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && !isInk(text.back()))
-        text.remove_suffix(1);
-    return std::string(text);
 }
 
 void removeAll(std::string& text, std::string_view part) {
@@ -54,7 +46,7 @@ void readGroup(std::string group, int open, int& first, int& last) {
     if (contains(group, "AL")) {
         blankBefore(group, "AL");
         removeAll(group, "AL");
-        group = trimmed(group);
+        group = std::string(trimmed(group));
     }
     last = leadingNumber(group);
 }
@@ -62,7 +54,7 @@ void readGroup(std::string group, int open, int& first, int& last) {
 std::string withoutBrackets(std::string group, std::string_view plural, std::string_view singular) {
     for (const std::string_view word : {plural, singular, std::string_view("("), std::string_view(")")})
         removeAll(group, word);
-    return trimmed(group);
+    return std::string(trimmed(group));
 }
 
 bool isLowerCase(char c) {
@@ -118,14 +110,14 @@ void ExtraeNumeracion(const std::string& text, int& oddFirst, int& oddLast, int&
     const std::size_t open = text.find('(');
     if (open == std::string::npos)
         return;
-    std::string rest = trimmed(std::string_view(text).substr(open));
+    std::string rest(trimmed(std::string_view(text).substr(open)));
     if (contains(rest, "IMPAR")) {
         std::string odd;
         // Deliberate: an odd group without its closing bracket is left for the even one, whose word it
         // contains.
         if (const std::size_t close = rest.find(')'); close != std::string::npos) {
-            odd = trimmed(std::string_view(rest).substr(0, close + 1));
-            rest = trimmed(std::string_view(rest).substr(close + 1));
+            odd = std::string(trimmed(std::string_view(rest).substr(0, close + 1)));
+            rest = std::string(trimmed(std::string_view(rest).substr(close + 1)));
         }
         readGroup(withoutBrackets(odd, "IMPARES DEL", "IMPAR DEL"), openOdd, oddFirst, oddLast);
     }
@@ -136,7 +128,7 @@ void ExtraeNumeracion(const std::string& text, int& oddFirst, int& oddLast, int&
 }
 
 std::string ExtraeTipoVia(const std::string& database, const std::string& name) {
-    const std::string wanted = trimmed(std::string_view(name).substr(0, name.find('(')));
+    const std::string wanted(trimmed(std::string_view(name).substr(0, name.find('('))));
     if (std::string code = codeInTable(database, wanted); !code.empty())
         return code;
     for (const auto& [known, code] : knownTypes)
@@ -147,16 +139,16 @@ std::string ExtraeTipoVia(const std::string& database, const std::string& name) 
 
 ImportedStreet readMunicipalityLine(std::string_view line, const StreetTypeCode& typeCode) {
     ImportedStreet street;
-    std::string text = trimmed(line);
+    std::string text(trimmed(line));
     ExtraeNumeracion(UpperCase(text), street.oddFirst, street.oddLast, street.evenFirst, street.evenLast);
     street.type = takeType(text, typeCode);
     const bool hasNumbers = street.oddFirst || street.oddLast || street.evenFirst || street.evenLast;
     if (hasNumbers)
         text.resize(std::min(text.find('('), text.size()));
-    text = trimmed(text);
+    text = std::string(trimmed(text));
     if (const std::size_t colon = text.find(':'); colon != std::string::npos) {
         street.postalCode = text.substr(0, colon);
-        text = trimmed(std::string_view(text).substr(colon + 1));
+        text = std::string(trimmed(std::string_view(text).substr(colon + 1)));
     }
     street.name = text.substr(0, streetNameWidth);
     return street;

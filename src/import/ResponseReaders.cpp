@@ -9,6 +9,7 @@
 #include "data/TableDefinitions.h"
 #include "dbase/codepage.h"
 #include "import/Document.h"
+#include "import/Trimmed.h"
 #include "services/Text.h"
 
 namespace ambrel {
@@ -63,14 +64,7 @@ std::string textOf(const pugi::xml_node& element) {
     return inWindows1252(utf8);
 }
 
-std::string trimmed(std::string text) {
-    const auto isInk = [](char c) { return static_cast<unsigned char>(c) > ' '; };
-    text.erase(std::find_if(text.rbegin(), text.rend(), isInk).base(), text.end());
-    text.erase(text.begin(), std::ranges::find_if(text, isInk));
-    return text;
-}
-
-std::optional<int> wholeNumber(const std::string& text) {
+std::optional<int> wholeNumber(std::string_view text) {
     int value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     return error == std::errc() && end == text.data() + text.size() ? std::optional(value) : std::nullopt;

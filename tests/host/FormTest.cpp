@@ -17,6 +17,14 @@ namespace host_tests {
 
 using ambrel::test::ansi;
 
+void clickIn(QDialog& dialog, const char* button) {
+    QTest::mouseClick(&ambrel::test::child<QPushButton>(dialog, button), Qt::LeftButton);
+}
+
+ambrel::test::ModalScript::Step justClick(const char* button) {
+    return [=](QDialog& dialog) { clickIn(dialog, button); };
+}
+
 FormTest::FormTest() {
     addProvinces({{"026", "RIOJA, LA"}, {"028", "MADRID"}, {"033", "ASTURIAS"}, {"017", "GIRONA"}});
     addMunicipalities({{"17105", "17830", "MIERES", "S"},

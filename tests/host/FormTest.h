@@ -9,8 +9,10 @@
 
 #include "data/PostalTables.h"
 #include "host/MainWindow.h"
+#include "support/ModalScript.h"
 #include "support/ScriptedMessages.h"
 
+class QDialog;
 class QLineEdit;
 
 namespace host_tests {
@@ -19,6 +21,11 @@ namespace host_tests {
 struct CustomerRow {
     std::string name, streetType, street, number, postalCode, municipality, province;
 };
+
+/// Clicks a button of a dialog, by its name.
+void clickIn(QDialog& dialog, const char* button);
+/// The step that does nothing else.
+[[nodiscard]] ambrel::test::ModalScript::Step justClick(const char* button);
 
 /// MADRID is a capital with several codes; its CL ALCALA has the numbers to 57 in 28014 and the rest in
 /// 28009, its PZ MAYOR and CL MAYOR have different codes. HARO has one code. MIERES is two towns. The

@@ -18,11 +18,9 @@ using ambrel::MessageAnswer;
 using ambrel::test::child;
 using ambrel::test::ModalScript;
 using ambrel::test::ScriptedMessages;
+using host_tests::clickIn;
 using host_tests::FormTest;
-
-void clickIn(QDialog& dialog, const char* button) {
-    QTest::mouseClick(&child<QPushButton>(dialog, button), Qt::LeftButton);
-}
+using host_tests::justClick;
 
 /// Types capitals into a box of a dialog and clicks a button of it.
 ModalScript::Step typeAndClick(const char* box, const QString& text, const char* button) {
@@ -33,10 +31,6 @@ ModalScript::Step typeAndClick(const char* box, const QString& text, const char*
         QTest::keyClicks(&edit, text);
         clickIn(dialog, button);
     };
-}
-
-ModalScript::Step justClick(const char* button) {
-    return [=](QDialog& dialog) { clickIn(dialog, button); };
 }
 
 class AddressListsTest : public FormTest {

@@ -19,6 +19,7 @@ namespace {
 
 using ambrel::test::child;
 using ambrel::test::ModalScript;
+using host_tests::clickIn;
 using host_tests::FormTest;
 
 constexpr const char* routineDialog = "host::routines::RoutineDialog";
@@ -37,10 +38,6 @@ void give(QDialog& dialog, const char* argument, int number) {
     box.setFocus();
     box.selectAll();
     QTest::keyClicks(&box, QString::number(number));
-}
-
-void clickIn(QDialog& dialog, const char* button) {
-    QTest::mouseClick(&child<QPushButton>(dialog, button), Qt::LeftButton);
 }
 
 QString shown(QDialog& dialog, const char* result) { return child<QLineEdit>(dialog, result).text(); }

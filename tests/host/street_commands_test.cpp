@@ -17,15 +17,9 @@ using ambrel::MessageAnswer;
 using ambrel::test::child;
 using ambrel::test::ModalScript;
 using ambrel::test::ScriptedMessages;
+using host_tests::clickIn;
 using host_tests::FormTest;
-
-void clickIn(QDialog& dialog, const char* button) {
-    QTest::mouseClick(&child<QPushButton>(dialog, button), Qt::LeftButton);
-}
-
-ModalScript::Step justClick(const char* button) {
-    return [=](QDialog& dialog) { clickIn(dialog, button); };
-}
+using host_tests::justClick;
 
 class StreetCommandsTest : public FormTest {
 protected:
