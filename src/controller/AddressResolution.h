@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "AmbrelExport.h"
+
 namespace ambrel {
 
 /// What somebody would type. Texts in Windows-1252; lower case counts as typed in capitals.
@@ -33,6 +35,7 @@ struct ResolvedAddress {
 
 /// `database`: the name under which the folder of the tables is registered.
 /// Errors: whatever keeps MUNICIPI and POSTAL from being opened or read (dbase::Error).
-[[nodiscard]] ResolvedAddress resolveAddress(const std::string& database, const TypedAddress& typed);
+[[nodiscard]] AMBREL_EXPORT ResolvedAddress resolveAddress(const std::string& database,
+                                                           const TypedAddress& typed);
 
 } // namespace ambrel

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 
+#include "AmbrelExport.h"
 #include "controller/Operacion.h"
 #include "dbase/field.h"
 
@@ -18,7 +19,7 @@ class TDMCodPostales;
 
 /// Name of the province that a postal code belongs to; empty when there is none. Looks in PROVIN of database
 /// "DB".
-[[nodiscard]] QString LocalizaProvincia(const QString& codPostal);
+[[nodiscard]] AMBREL_EXPORT QString LocalizaProvincia(const QString& codPostal);
 
 /// Created by a host form and wired to the events of its boxes. The municipality box's Tag holds the INE code
 /// of the municipality that it names, the street box's Tag the street's `CODIGO1` as a number; 0 says that
@@ -26,7 +27,7 @@ class TDMCodPostales;
 /// value. A text that Windows-1252 cannot hold matches nothing.
 ///
 /// The event handlers (KeyUp..., Exit...) show a failure to the user; everything else lets dbase::Error pass.
-class TClassCodPostales {
+class AMBREL_EXPORT TClassCodPostales {
 public:
     /// Opens MUNICIPI by name and POSTAL by street. The owner is the host's component for which the
     /// controller works; the data module belongs to the controller alone. Errors: dbase::Error for a table

@@ -1,6 +1,7 @@
 // The data module of a postal-code controller: municipalities and streets.
 #pragma once
 
+#include "AmbrelExport.h"
 #include "data/TableDefinitions.h"
 #include "data/WholeName.h"
 #include "dbase/dataset.h"
@@ -8,7 +9,7 @@
 /// Owns the tables that one controller works on. The constructor opens `tbMunicipiAux` and the destructor
 /// closes it; the other tables are opened and closed by those who use them. Errors of the constructor:
 /// whatever keeps MUNICIPI from being opened (dbase::Error).
-class TDMCodPostales {
+class AMBREL_EXPORT TDMCodPostales {
 public:
     /// `database`: the name under which the folder of the tables is registered.
     explicit TDMCodPostales(const std::string& database = "DB");
@@ -49,4 +50,4 @@ public:
 };
 
 /// Declared for the host and always empty: each controller keeps a module of its own.
-extern TDMCodPostales* DMCodPostales;
+extern AMBREL_EXPORT TDMCodPostales* DMCodPostales;

@@ -2,6 +2,7 @@
 // list.
 #pragma once
 
+#include "AmbrelExport.h"
 #include "data/TableDefinitions.h"
 #include "data/WholeName.h"
 #include "dbase/data_source.h"
@@ -10,7 +11,7 @@
 /// Owns the tables that one municipality search works on. The constructor opens `tbMunicipiAux` and the
 /// destructor closes it; the other tables are opened and closed by those who use them. Errors of the
 /// constructor: whatever keeps MUNICIPI from being opened (dbase::Error).
-class TDMMunicipi {
+class AMBREL_EXPORT TDMMunicipi {
 public:
     /// `database`: the name under which the folder of the tables is registered.
     explicit TDMMunicipi(const std::string& database = "DB");
@@ -58,4 +59,4 @@ private:
 };
 
 /// The module of the municipality routine that is at work; null between them.
-extern TDMMunicipi* DMMunicipi;
+extern AMBREL_EXPORT TDMMunicipi* DMMunicipi;

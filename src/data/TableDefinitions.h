@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "AmbrelExport.h"
 #include "dbase/table_definition.h"
 
 namespace ambrel {
@@ -14,17 +15,17 @@ inline constexpr std::size_t municipalityNameWidth = 53;
 /// Width of a street's name.
 inline constexpr std::size_t streetNameWidth = 45;
 
-[[nodiscard]] dbase::TableDefinition municipalityTable();            // MUNICIPI
-[[nodiscard]] dbase::TableDefinition streetTable();                  // POSTAL
-[[nodiscard]] dbase::TableDefinition provinceTable();                // PROVIN
-[[nodiscard]] dbase::TableDefinition streetTypeTable();              // TIPO_VIA
-[[nodiscard]] dbase::TableDefinition alternativeMunicipalityTable(); // MUNICIMJ
+[[nodiscard]] AMBREL_EXPORT dbase::TableDefinition municipalityTable();            // MUNICIPI
+[[nodiscard]] AMBREL_EXPORT dbase::TableDefinition streetTable();                  // POSTAL
+[[nodiscard]] AMBREL_EXPORT dbase::TableDefinition provinceTable();                // PROVIN
+[[nodiscard]] AMBREL_EXPORT dbase::TableDefinition streetTypeTable();              // TIPO_VIA
+[[nodiscard]] AMBREL_EXPORT dbase::TableDefinition alternativeMunicipalityTable(); // MUNICIMJ
 
 /// All five, in the order in which they are created.
-[[nodiscard]] std::vector<dbase::TableDefinition> tableDefinitions();
+[[nodiscard]] AMBREL_EXPORT std::vector<dbase::TableDefinition> tableDefinitions();
 
 /// The definition of a table by its name, with or without ".DBF", letter case ignored; null for any other
 /// table.
-[[nodiscard]] std::optional<dbase::TableDefinition> tableDefinition(std::string_view table);
+[[nodiscard]] AMBREL_EXPORT std::optional<dbase::TableDefinition> tableDefinition(std::string_view table);
 
 } // namespace ambrel

@@ -1,11 +1,12 @@
 // The data module of the street-type routines.
 #pragma once
 
+#include "AmbrelExport.h"
 #include "dbase/data_source.h"
 #include "dbase/dataset.h"
 
 /// Owns the street-type table; it is opened and closed by those who use it.
-class TDMVias {
+class AMBREL_EXPORT TDMVias {
 public:
     /// `database`: the name under which the folder of the table is registered.
     explicit TDMVias(const std::string& database = "DB");
@@ -20,4 +21,4 @@ public:
 };
 
 /// The module of the street-type routine that is at work; null between them.
-extern TDMVias* DMVias;
+extern AMBREL_EXPORT TDMVias* DMVias;

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include "AmbrelExport.h"
 #include "dbase/check.h"
 #include "dbase/schema.h"
 
@@ -12,7 +13,7 @@ namespace dbase {
 
 /// Adds rows to a table under its exclusive lock. Nothing becomes visible before finish(); without finish()
 /// (an error, a crash) the table is as it was. Errors: Error.
-class BulkLoader {
+class AMBREL_EXPORT BulkLoader {
 public:
     enum class Mode { Append, Replace };
 

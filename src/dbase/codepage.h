@@ -7,11 +7,13 @@
 #include <string>
 #include <string_view>
 
+#include "AmbrelExport.h"
+
 namespace dbase {
 
 /// One single-byte code page. The five bytes that Windows-1252 leaves open stand for the control characters
 /// of the same number, so that every byte survives a round trip.
-class CodePage {
+class AMBREL_EXPORT CodePage {
 public:
     /// The code page that a language driver byte names; unknown drivers are read as Windows-1252.
     static const CodePage& ofDriver(std::uint8_t languageDriver);

@@ -2,12 +2,13 @@
 // behind.
 #pragma once
 
+#include "AmbrelExport.h"
 #include "dbase/dataset.h"
 
 namespace dbase {
 
 /// Passes on what its dataset tells, synchronously.
-class DataSource {
+class AMBREL_EXPORT DataSource {
 public:
     explicit DataSource(Dataset* dataset = nullptr) { setDataset(dataset); }
     DataSource(const DataSource&) = delete;

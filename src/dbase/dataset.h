@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "AmbrelExport.h"
 #include "dbase/dataset_types.h"
 #include "dbase/dataset_window.h"
 #include "dbase/expression.h"
@@ -24,7 +25,7 @@ namespace dbase {
 class Table;
 struct Tag;
 
-class Dataset {
+class AMBREL_EXPORT Dataset {
 public:
     using Listener = ListenerList::Listener;
     using Subscription = ListenerList::Subscription;
@@ -235,7 +236,7 @@ private:
 
 /// Suspends a dataset's notifications for a block. What a listener throws when it is told at the end is lost;
 /// where that matters, resume by hand.
-class NotificationPause {
+class AMBREL_EXPORT NotificationPause {
 public:
     explicit NotificationPause(Dataset& dataset) : dataset_(dataset) { dataset_.suspendNotifications(); }
     ~NotificationPause();

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "AmbrelExport.h"
+
 namespace dbase {
 
 enum class ErrorCode {
@@ -29,7 +31,7 @@ enum class ErrorCode {
 
 /// A fault of the engine. `what()` is a Spanish UTF-8 text that the user can act on; it names the file and,
 /// where it helps, the record, page or column.
-class Error : public std::runtime_error {
+class AMBREL_EXPORT Error : public std::runtime_error {
 public:
     Error(ErrorCode code, std::string file, const std::string& text);
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "AmbrelExport.h"
 #include "dbase/schema.h"
 
 namespace dbase {
@@ -19,7 +20,7 @@ enum class FieldKind { Character, Integer, Number, Logical, Date, Calculated };
 /// member. Texts are in the code page of the table (Windows-1252 for ours). Reads on an empty table give
 /// blanks. Setters need a dataset that is inserting or editing (Error BadState); a calculated field can be
 /// set only inside the dataset's calculation event.
-class Field {
+class AMBREL_EXPORT Field {
 public:
     [[nodiscard]] const std::string& name() const { return name_; }
     [[nodiscard]] FieldKind kind() const { return kind_; }

@@ -3,9 +3,11 @@
 
 #include <string>
 
+#include "AmbrelExport.h"
+
 namespace dbase {
 
 /// Spanish text of an `errno` value; the system's own words for the rare ones.
-[[nodiscard]] std::string systemReason(int number);
+[[nodiscard]] AMBREL_EXPORT std::string systemReason(int number);
 
 } // namespace dbase

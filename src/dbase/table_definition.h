@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "AmbrelExport.h"
 #include "dbase/schema.h"
 
 namespace dbase {
@@ -26,8 +27,8 @@ enum class IfExists { Refuse, Replace };
 
 /// Creates both files in a folder, empty. Replacing goes through temporary files, so that a failure leaves
 /// the old table. Errors: Error(Exists), BadTable, BadExpression, AccessDenied, DiskFull.
-void createTable(const std::string& folder, const TableDefinition& definition,
-                 IfExists ifExists = IfExists::Refuse);
+AMBREL_EXPORT void createTable(const std::string& folder, const TableDefinition& definition,
+                               IfExists ifExists = IfExists::Refuse);
 
 class File;
 

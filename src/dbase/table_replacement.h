@@ -5,13 +5,14 @@
 #include <optional>
 #include <string>
 
+#include "AmbrelExport.h"
 #include "dbase/file.h"
 
 namespace dbase {
 
 /// The files of a table that are being made beside the ones they are going to replace. Until commit() the old
 /// table is untouched; without it the new files vanish.
-class TableReplacement {
+class AMBREL_EXPORT TableReplacement {
 public:
     /// `tableFile`: path that the table has or is to have. A table that anybody has open is refused:
     /// Error(LockTimeout).

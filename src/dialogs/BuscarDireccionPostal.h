@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "AmbrelExport.h"
 #include "controller/Operacion.h"
 #include "dbase/data_source.h"
 #include "dbase/dataset.h"
@@ -17,7 +18,7 @@ class TFBuscarDireccionPostal;
 
 /// Works on the controller's tables. Its Tag is 1 once a street was accepted: it is POSTAL's current row
 /// then, and its municipality MUNICIPI's; otherwise the Tag stays 0.
-class TFBuscarDireccionPostal : public QDialog {
+class AMBREL_EXPORT TFBuscarDireccionPostal : public QDialog {
     Q_OBJECT
 public:
     /// `standalone`: begin in the host's own province, not in that of the current municipality.

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "AmbrelExport.h"
 #include "dbase/data_source.h"
 
 class QLineEdit;
@@ -19,7 +20,7 @@ class FocusHelp;
 /// Browses a controller's municipalities, whose order it changes through the controller. The answer is the
 /// table's current record.
 /// Deliberate: it answers by its Tag, 1 for accepted, not by its result; the close box leaves the Tag.
-class TFBuscarMunicipios : public QDialog {
+class AMBREL_EXPORT TFBuscarMunicipios : public QDialog {
     Q_OBJECT
 public:
     /// Without owner the application's active window is the parent. The controller must outlive the list.

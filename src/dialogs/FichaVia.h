@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "AmbrelExport.h"
 #include "controller/Operacion.h"
 #include "controller/StreetCard.h"
 #include "dbase/data_source.h"
@@ -23,7 +24,7 @@ class TFFichaVia;
 /// Works on the current row of the controller's POSTAL, or on a new one, which what is typed reaches at once.
 /// exec() returns 1 when the operation was carried out, 2 when it was given up; a row that could not be
 /// stored stays pending. An addition or change that cannot start makes the card a read-only view.
-class TFFichaVia : public QDialog {
+class AMBREL_EXPORT TFFichaVia : public QDialog {
     Q_OBJECT
 public:
     /// `codIne`: INE code of the street's municipality. `vecindad`: a name to show instead of that of the

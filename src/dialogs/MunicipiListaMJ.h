@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "AmbrelExport.h"
+
 namespace Ui {
 class TFMunicipiListaMJ;
 }
@@ -19,7 +21,7 @@ class Dataset;
 /// is closed. A routine that runs meanwhile may empty the global, but the module must outlive the list.
 /// exec() gives 1 when a municipality was accepted, and 2 otherwise; the answer is the table's current
 /// record.
-class TFMunicipiListaMJ : public QDialog {
+class AMBREL_EXPORT TFMunicipiListaMJ : public QDialog {
     Q_OBJECT
 public:
     /// Without owner the application's active window is the parent.

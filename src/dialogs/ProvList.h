@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "AmbrelExport.h"
 #include "dbase/data_source.h"
 #include "dbase/dataset.h"
 
@@ -14,7 +15,7 @@ class TFProvList;
 
 /// The caller opens `TProvin`, configures the list, runs exec() and reads the choice: 1 accepted, 2 anything
 /// else. The table stays open and positioned.
-class TFProvList : public QDialog {
+class AMBREL_EXPORT TFProvList : public QDialog {
     Q_OBJECT
 public:
     /// Without owner the application's active window is the parent.

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "AmbrelExport.h"
+
 namespace dbase {
 class Dataset;
 }
@@ -15,7 +17,7 @@ class TFTipoViasLista;
 /// Browses the street types of the DMVias that there is when the list is made. A routine that runs meanwhile
 /// may empty the global, but the module must outlive the list. exec() returns 1 when a row was accepted, 2
 /// otherwise; the answer is the record on which `tbTipo_Via` then stands.
-class TFTipoViasLista : public QDialog {
+class AMBREL_EXPORT TFTipoViasLista : public QDialog {
     Q_OBJECT
 public:
     /// Without owner the application's active window is the parent.

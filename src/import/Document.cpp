@@ -1,28 +1,29 @@
 // Answers as documents.
 #include "import/Document.h"
 
-#include <cstdint>
-#include <filesystem>
-#include <fstream>
 #include <optional>
 #include <pugixml.hpp>
 #include <stdexcept>
-#include <system_error>
-#include <utility>
 
 #include "import/Transport.h"
+#include "services/FileStart.h"
 
 namespace ambrel {
 namespace {
 
-/// An answer has six levels.
-constexpr int deepestLevel = 64;
+/// An answer has eight levels.
+constexpr int deepestLevel = 16;
+/// The largest municipality has 10,000 streets, of some fifteen nodes each. Filed, a node takes up to 150
+/// bytes more than it came in.
+constexpr int mostNodes = 1'000'000;
 
 /// Walks without recursion: the depth is what is in doubt.
-bool isTooDeep(const pugi::xml_document& tree) {
-    int depth = 0;
+bool isTooLarge(const pugi::xml_document& tree) {
+    int depth = 0, nodes = 0;
     pugi::xml_node node = tree;
     while (true) {
+        if (++nodes > mostNodes)
+            return true;
         if (const pugi::xml_node child = node.first_child()) {
             if (++depth > deepestLevel)
                 return true;
@@ -39,21 +40,6 @@ bool isTooDeep(const pugi::xml_document& tree) {
     }
 }
 
-/// Null when it cannot be read: a pipe would keep the reader waiting, a device has no end.
-std::optional<std::string> contentOf(const std::string& path) {
-    std::error_code failure;
-    if (!std::filesystem::is_regular_file(path, failure))
-        return std::nullopt;
-    const std::uintmax_t size = std::filesystem::file_size(path, failure);
-    std::ifstream file(path, std::ios::binary);
-    if (failure || size > largestAnswer || !file.is_open())
-        return std::nullopt;
-    std::string text(static_cast<std::size_t>(size), '\0');
-    file.read(text.data(), static_cast<std::streamsize>(size));
-    return file.gcount() == static_cast<std::streamsize>(size) ? std::optional(std::move(text))
-                                                               : std::nullopt;
-}
-
 bool isBlank(std::string_view text) { return text.find_first_not_of(" \t\r\n") == std::string_view::npos; }
 
 void parse(pugi::xml_document& tree, std::string_view text, pugi::xml_encoding encoding) {
@@ -67,9 +53,9 @@ void parse(pugi::xml_document& tree, std::string_view text, pugi::xml_encoding e
         throw std::runtime_error("La respuesta no es un documento XML válido (byte " +
                                  std::to_string(result.offset) + ").");
     }
-    if (isTooDeep(tree)) {
+    if (isTooLarge(tree)) {
         tree.reset();
-        throw std::runtime_error("La respuesta tiene demasiados niveles.");
+        throw std::runtime_error("La respuesta tiene demasiados elementos o niveles.");
     }
 }
 
@@ -83,8 +69,8 @@ void DirectoryDocument::load(std::string_view utf8) { parse(*tree_, utf8, pugi::
 
 void DirectoryDocument::loadFile(const std::string& path) {
     clear();
-    const std::optional<std::string> text = contentOf(path);
-    if (!text)
+    const std::optional<std::string> text = fileStart(path, largestAnswer + 1);
+    if (!text || text->size() > largestAnswer)
         throw std::runtime_error("No se puede leer " + path + ".");
     parse(*tree_, *text, pugi::encoding_auto);
 }

@@ -11,7 +11,7 @@ class xml_document;
 
 namespace ambrel {
 
-/// Knows the entities of XML and no others; nesting is bounded.
+/// Knows the entities of XML and no others; nesting and number of nodes are bounded.
 class DirectoryDocument {
 public:
     DirectoryDocument();
@@ -20,7 +20,7 @@ public:
     DirectoryDocument& operator=(const DirectoryDocument&) = delete;
 
     /// Takes a UTF-8 text; an empty one is a document without nodes. Errors: std::runtime_error (Spanish,
-    /// UTF-8) for a text that is no XML; the document is then without nodes.
+    /// UTF-8) for a text that is no XML or holds too much; the document is then without nodes.
     void load(std::string_view utf8);
     /// The same with a file, whose own declaration tells its encoding. Errors also for one that cannot be
     /// read, is no plain file or is larger than the largest answer.

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "AmbrelExport.h"
 #include "import/Document.h"
 #include "import/ResponseReaders.h"
 #include "import/StreetSaving.h"
@@ -27,7 +28,7 @@ class TFImportarVias;
 
 /// Finds streets, shows them and saves them into the controller's POSTAL: those of a municipality into one of
 /// the host's, or those of all municipalities of a province. exec() returns 2; saving does not close it.
-class TFImportarVias : public QDialog {
+class AMBREL_EXPORT TFImportarVias : public QDialog {
     Q_OBJECT
 public:
     /// The controller must outlive the dialog.
@@ -125,7 +126,7 @@ private:
 };
 
 /// Closes the progress window when a handler ends, however it ends.
-class TFImportarVias::ProgressEnd {
+class AMBREL_EXPORT TFImportarVias::ProgressEnd {
 public:
     explicit ProgressEnd(TFImportarVias& dialog) : dialog_(dialog) {}
     ~ProgressEnd() { dialog_.closeProgress(); }

@@ -1,13 +1,13 @@
 // The import dialog: finding streets, in a municipality's file and on the web.
 #include <QComboBox>
 #include <QDir>
-#include <fstream>
-#include <unordered_map>
+#include <optional>
 
 #include "import/ImportarVias.h"
 #include "import/InputPause.h"
 #include "import/MunicipalityFile.h"
 #include "import/ResponseFolder.h"
+#include "services/FileStart.h"
 #include "services/Mensaje.h"
 #include "services/Rficheros.h"
 #include "services/Rnumcad.h"
@@ -34,26 +34,14 @@ void tellMissingMunicipality(QWidget* owner) {
                   missingTitle());
 }
 
-/// Null when a file cannot be opened for reading; a folder, pipe or device of that name cannot.
-std::unique_ptr<std::ifstream> openFile(const QString& path) {
-    if (!QFileInfo(path).isFile())
-        return nullptr;
-    auto file = std::make_unique<std::ifstream>(path.toStdString(), std::ios::binary);
-    return file->is_open() ? std::move(file) : nullptr;
-}
-
-std::vector<ambrel::ImportedStreet> readFile(std::istream& file, const std::string& database) {
-    std::unordered_map<std::string, std::string> codes; // of the types that came already
-    const auto typeCode = [&](const std::string& name) {
-        const auto known = codes.find(name);
-        return known != codes.end()
-                   ? known->second
-                   : codes.emplace(name, ambrel::ExtraeTipoVia(database, name)).first->second;
-    };
-    std::vector<ambrel::ImportedStreet> streets;
-    for (std::string line; std::getline(file, line);)
-        streets.push_back(ambrel::readMunicipalityLine(line, typeCode));
-    return streets;
+/// Types are looked up in the database; a text that names none asks for no table.
+std::vector<ambrel::ImportedStreet> readStreets(const std::string& text, const std::string& database) {
+    std::optional<ambrel::StreetTypes> types;
+    return ambrel::readMunicipalityText(text, [&](const std::string& name) {
+        if (!types)
+            types.emplace(database);
+        return types->codeOf(name);
+    });
 }
 
 } // namespace
@@ -113,17 +101,23 @@ bool TFImportarVias::ImportarViasMasUnCodigo() {
         return true;
     }
     // A backslash may be part of a name here; it must not lead to another folder.
-    const auto file =
-        openFile(folder + QLatin1Char('/') + ui_->CBProvincias->currentText() + QStringLiteral(".dat"));
-    if (!file) {
+    const QString file =
+        folder + QLatin1Char('/') + ui_->CBProvincias->currentText() + QStringLiteral(".dat");
+    const auto text = ambrel::fileStart(file.toStdString(), ambrel::largestMunicipalityFile + 1);
+    if (!text) {
         Mensaje_Info(this,
                      QStringLiteral("Se ha producido un error al leer el fichero de códigos postales del "
                                     "municipio"),
                      refusedTitle());
         return true;
     }
-    if (auto streets = readFile(*file, databaseName()); !streets.empty())
-        ui_->SGVias->append(std::move(streets));
+    try {
+        if (auto streets = readStreets(*text, databaseName()); !streets.empty())
+            ui_->SGVias->append(std::move(streets));
+    } catch (const ambrel::MunicipalityFileError& failure) {
+        Mensaje_Info(this, QString::fromUtf8(failure.what()), refusedTitle());
+        return true;
+    }
     ui_->LMensaje_->setText(QStringLiteral("Se han encontrado %1 vías").arg(ui_->SGVias->streets().size()));
     return true;
 }

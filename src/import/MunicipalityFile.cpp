@@ -16,14 +16,23 @@ namespace {
 
 constexpr int openOdd = 9999;
 constexpr int openEven = 9998;
+constexpr std::size_t longestCode = 45; // shown; five of them are stored
 
 bool contains(const std::string& text, std::string_view part) {
     return !part.empty() && text.find(part) != std::string::npos;
 }
 
 void removeAll(std::string& text, std::string_view part) {
-    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at))
-        text.erase(at, part.size());
+    std::size_t from = 0, kept = 0;
+    while (from < text.size()) {
+        const std::size_t end = std::min(text.find(part, from), text.size());
+        std::copy(text.begin() + static_cast<std::ptrdiff_t>(from),
+                  text.begin() + static_cast<std::ptrdiff_t>(end),
+                  text.begin() + static_cast<std::ptrdiff_t>(kept));
+        kept += end - from;
+        from = end + part.size();
+    }
+    text.resize(kept);
 }
 
 /// Text with everything before the first `part` blanked.
@@ -76,7 +85,9 @@ std::string takeType(std::string& line, const StreetTypeCode& typeCode) {
     return type;
 }
 
-constexpr std::array<std::pair<std::string_view, std::string_view>, 9> knownTypes{{
+using KnownType = std::pair<std::string_view, std::string_view>;
+
+constexpr std::array<KnownType, 9> knownTypes{{
     {"PLACETA", "PZ"},
     {"PLAZUELA", "PZ"},
     {"CALLEJUELA", "CJ"},
@@ -87,22 +98,6 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 9> knownType
     {"TRANSVERSAL", "TR"},
     {"RESIDENCIAL", "UR"},
 }};
-
-std::string codeInTable(const std::string& database, const std::string& name) {
-    const auto types = CreaTabla(database, "TIPO_VIA.DBF", "NOMBRE", false, openNow);
-    dbase::Field& code = types->field("CODIGO");
-    dbase::Field& typeName = types->field("NOMBRE");
-    if (TBBusca(*types, {{"NOMBRE", name}}, exactSearch))
-        return code.text();
-    if (types->isEmpty())
-        return {};
-    types->first();
-    do
-        if (contains(typeName.text(), name) && !code.isNull())
-            return code.text();
-    while (types->next());
-    return {};
-}
 
 } // namespace
 
@@ -127,14 +122,36 @@ void ExtraeNumeracion(const std::string& text, int& oddFirst, int& oddLast, int&
     }
 }
 
-std::string ExtraeTipoVia(const std::string& database, const std::string& name) {
+StreetTypes::StreetTypes(const std::string& database)
+    : table_(CreaTabla(database, "TIPO_VIA.DBF", "NOMBRE", false, openNow)) {
+    const dbase::Field& code = table_->field("CODIGO");
+    const dbase::Field& name = table_->field("NOMBRE");
+    if (table_->isEmpty())
+        return;
+    table_->first();
+    do
+        if (!code.isNull())
+            types_.push_back({.name = name.text(), .code = code.text()});
+    while (table_->next());
+}
+
+std::string StreetTypes::codeOf(const std::string& name) {
     const std::string wanted(trimmed(std::string_view(name).substr(0, name.find('('))));
-    if (std::string code = codeInTable(database, wanted); !code.empty())
+    std::string code;
+    if (TBBusca(*table_, {{"NOMBRE", wanted}}, exactSearch))
+        code = table_->field("CODIGO").text();
+    else if (const auto type = std::ranges::find_if(
+                 types_, [&](const Type& candidate) { return contains(candidate.name, wanted); });
+             type != types_.end())
+        code = type->code;
+    if (!code.empty())
         return code;
-    for (const auto& [known, code] : knownTypes)
-        if (known == wanted)
-            return std::string(code);
-    return {};
+    const auto known = std::ranges::find(knownTypes, wanted, &KnownType::first);
+    return known == knownTypes.end() ? std::string() : std::string(known->second);
+}
+
+std::string ExtraeTipoVia(const std::string& database, const std::string& name) {
+    return StreetTypes(database).codeOf(name);
 }
 
 ImportedStreet readMunicipalityLine(std::string_view line, const StreetTypeCode& typeCode) {
@@ -147,11 +164,24 @@ ImportedStreet readMunicipalityLine(std::string_view line, const StreetTypeCode&
         text.resize(std::min(text.find('('), text.size()));
     text = std::string(trimmed(text));
     if (const std::size_t colon = text.find(':'); colon != std::string::npos) {
-        street.postalCode = text.substr(0, colon);
+        street.postalCode = text.substr(0, std::min(colon, longestCode));
         text = std::string(trimmed(std::string_view(text).substr(colon + 1)));
     }
     street.name = text.substr(0, streetNameWidth);
     return street;
+}
+
+std::vector<ImportedStreet> readMunicipalityText(std::string_view text, const StreetTypeCode& typeCode) {
+    if (text.size() > largestMunicipalityFile ||
+        static_cast<std::size_t>(std::ranges::count(text, '\n')) > mostMunicipalityLines)
+        throw MunicipalityFileError("El fichero es demasiado grande para las vías de un municipio");
+    std::vector<ImportedStreet> streets;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        streets.push_back(readMunicipalityLine(text.substr(0, end), typeCode));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return streets;
 }
 
 } // namespace ambrel

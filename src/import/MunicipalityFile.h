@@ -2,9 +2,13 @@
 #pragma once
 
 #include <functional>
+#include <memory>
+#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "dbase/dataset.h"
 #include "import/ImportedStreet.h"
 
 namespace ambrel {
@@ -13,8 +17,24 @@ namespace ambrel {
 /// was.
 void ExtraeNumeracion(const std::string& text, int& oddFirst, int& oddLast, int& evenFirst, int& evenLast);
 
-/// Code of a street type by its name, in upper case and trimmed: TIPO_VIA's type of that name, else the first
-/// whose name contains it, else that of a fixed list; empty when unknown. Errors: dbase::Error.
+/// TIPO_VIA's street types, opened once for many names. Errors: dbase::Error.
+class StreetTypes {
+public:
+    explicit StreetTypes(const std::string& database);
+
+    /// Code of a street type by its name, in upper case and trimmed: the type of that name, else the first
+    /// whose name contains it, else that of a fixed list; empty when unknown.
+    [[nodiscard]] std::string codeOf(const std::string& name);
+
+private:
+    struct Type {
+        std::string name, code;
+    };
+    std::unique_ptr<dbase::Dataset> table_;
+    std::vector<Type> types_; // those with a code, by name
+};
+
+/// StreetTypes::codeOf() for one name.
 [[nodiscard]] std::string ExtraeTipoVia(const std::string& database, const std::string& name);
 
 /// Gives the code of a type's name.
@@ -22,5 +42,19 @@ using StreetTypeCode = std::function<std::string(const std::string& name)>;
 
 /// A line as a street. No text is refused: what it does not say is empty or 0.
 [[nodiscard]] ImportedStreet readMunicipalityLine(std::string_view line, const StreetTypeCode& typeCode);
+
+/// A file that is no municipality's, too large or of too many lines. The text is Spanish, UTF-8.
+class MunicipalityFileError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Largest file that is read, in bytes, and most lines: ten times the largest municipality of all.
+inline constexpr std::size_t largestMunicipalityFile = std::size_t{8} << 20;
+inline constexpr std::size_t mostMunicipalityLines = 200'000;
+
+/// A street for each line of a file's text, of blank lines too. Errors: MunicipalityFileError.
+[[nodiscard]] std::vector<ImportedStreet> readMunicipalityText(std::string_view text,
+                                                               const StreetTypeCode& typeCode);
 
 } // namespace ambrel

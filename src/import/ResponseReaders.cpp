@@ -15,6 +15,11 @@
 namespace ambrel {
 namespace {
 
+/// In bytes. A longer name is no place's, and could not be filed.
+constexpr std::size_t longestName = 250;
+/// In bytes of UTF-8, as much as is looked at.
+constexpr std::size_t longestText = 1024;
+
 /// Where an operation keeps what it tells.
 struct Layout {
     const char *count, *list;
@@ -53,15 +58,25 @@ std::string inWindows1252(std::string_view utf8) {
     return toNearestWindows1252(QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())));
 }
 
+/// Not cut within a character.
+std::string_view start(std::string_view utf8) {
+    if (utf8.size() <= longestText)
+        return utf8;
+    std::size_t end = longestText;
+    while (end > 0 && (static_cast<unsigned char>(utf8[end]) & 0xC0) == 0x80)
+        --end;
+    return utf8.substr(0, end);
+}
+
 std::string textOf(const pugi::xml_node& element) {
     const pugi::xml_node first = element.first_child();
     if (first && isText(first) && !first.next_sibling())
-        return inWindows1252(first.value());
+        return inWindows1252(start(first.value()));
     std::string utf8;
     for (const pugi::xml_node& child : element.children())
         if (isText(child))
-            utf8 += child.value();
-    return inWindows1252(utf8);
+            utf8 += start(child.value());
+    return inWindows1252(start(utf8));
 }
 
 std::optional<int> wholeNumber(std::string_view text) {
@@ -115,9 +130,11 @@ NameList readNames(const DirectoryDocument& document, const Layout& layout, cons
     NameList result;
     readEntries(answer, [&](const pugi::xml_node& entry) {
         const pugi::xml_node name = entry.child(nameElement);
-        if (name)
-            result.names.push_back(textOf(name));
-        return !name.empty();
+        std::string text = textOf(name);
+        if (!name || text.size() > longestName)
+            return false;
+        result.names.push_back(std::move(text));
+        return true;
     });
     result.reading = answer.reading;
     return result;
@@ -132,8 +149,8 @@ ImportedStreet readStreet(const pugi::xml_node& address) {
     // Deliberate: without a name the type's code stands in for it.
     if (const pugi::xml_node name = address.child("nv"))
         text = trimmed(textOf(name));
-    if (text.size() > streetNameWidth)
-        text.resize(streetNameWidth);
+    street.type.resize(std::min(street.type.size(), streetNameWidth));
+    text.resize(std::min(text.size(), streetNameWidth));
     street.name = std::move(text);
     return street;
 }

@@ -17,6 +17,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds patience{50};
 constexpr long mostRedirections = 5;
 constexpr long firstFailingStatus = 400;
+constexpr std::size_t largestHead = std::size_t{256} << 10; // of all redirections together
 
 struct Library {
     Library() { curl_global_init(CURL_GLOBAL_DEFAULT); }
@@ -68,13 +69,18 @@ std::string reasonOf(CURLcode code) {
 /// What has come of an answer.
 struct Answer {
     bool isHeadWhole = false;
+    std::size_t headSize = 0;
     std::string body = {};
 };
 
-/// The library takes the end of the connection within the head for the head's own.
+/// The library takes the end of the connection within the head for the head's own, and keeps every line of
+/// it.
 std::size_t receiveHead(char* bytes, std::size_t, std::size_t count, void* answer) {
     const std::string_view line(bytes, count);
-    auto& isHeadWhole = static_cast<Answer*>(answer)->isHeadWhole;
+    auto& [isHeadWhole, headSize, body] = *static_cast<Answer*>(answer);
+    if (count > largestHead - headSize)
+        return 0; // ends the transfer with an error
+    headSize += count;
     if (line.starts_with("HTTP/"))
         isHeadWhole = false;
     else if (line == "\r\n" || line == "\n")

@@ -15,8 +15,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Largest answer that is taken, in bytes.
-inline constexpr std::size_t largestAnswer = std::size_t{256} << 20;
+/// Largest answer that is taken, in bytes: forty times the largest municipality's. As a document it may take
+/// sixteen times that.
+inline constexpr std::size_t largestAnswer = std::size_t{32} << 20;
 
 /// Posts a UTF-8 text with its SOAP action and returns the whole body of the answer. `whileWaiting` is called
 /// several times a second until the answer is there; it may be empty. Errors: TransportError.

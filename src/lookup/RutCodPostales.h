@@ -7,6 +7,8 @@
 
 #include <QString>
 
+#include "AmbrelExport.h"
+
 class QWidget;
 
 namespace dbase {
@@ -18,20 +20,20 @@ class Dataset;
 /// Name of a street type (in Catalan if so wished), cut before its first comma; empty when there is none. For
 /// an empty or unknown abbreviation, and only with `ask`, the user may choose from the list.
 /// Deliberate: the result is then the abbreviation chosen, not its name. Failures are shown to the user.
-[[nodiscard]] QString Tipo_Via(const QString& abbreviation, bool ask, bool catalan);
+[[nodiscard]] AMBREL_EXPORT QString Tipo_Via(const QString& abbreviation, bool ask, bool catalan);
 
 /// Writes the whole name of a street type into `name`. For an empty or unknown abbreviation the user is asked
 /// and may choose from the list.
 /// Deliberate: the result is the abbreviation chosen from the list, and empty when none had to be chosen.
 /// Failures are shown to the user.
-QString Tipo_Via2(QString& name, const QString& abbreviation);
+AMBREL_EXPORT QString Tipo_Via2(QString& name, const QString& abbreviation);
 
 /// Abbreviation of the street type with exactly this name; empty when there is none. Failures are shown to
 /// the user.
-[[nodiscard]] QString Tipo_ViaPorNombre(const QString& name);
+[[nodiscard]] AMBREL_EXPORT QString Tipo_ViaPorNombre(const QString& name);
 
 /// Whole name of a street type; the abbreviation counts as it is, blanks included. Empty when there is none.
-[[nodiscard]] QString Nombre_Via(const QString& abbreviation);
+[[nodiscard]] AMBREL_EXPORT QString Nombre_Via(const QString& abbreviation);
 
 // --- Address line.
 
@@ -39,40 +41,42 @@ QString Tipo_Via2(QString& name, const QString& abbreviation);
 /// current record. `width` below 0 keeps the columns' blanks and writes NÚMERO before the number; above 0 the
 /// line is padded or cut to exactly that many characters. Postal code and locality are appended when their
 /// argument is exactly 1. `typeIsName`: TIPO_VIA holds the type's name, not its abbreviation.
-[[nodiscard]] QString Domicilio(dbase::Dataset& table, int width, int withLocality, int withPostalCode,
-                                bool typeIsName);
+[[nodiscard]] AMBREL_EXPORT QString Domicilio(dbase::Dataset& table, int width, int withLocality,
+                                              int withPostalCode, bool typeIsName);
 
 // --- Municipalities. True when one was determined.
 
 /// Shows the list of municipalities in the order of `tag` ("COD_INE", "CODPOSTAL", "NOMBRE"), from the value
 /// passed in for that tag on. Without an answer no argument changes.
-[[nodiscard]] bool IMunicipios(QWidget* owner, QString& codIne, QString& postalCode, QString& name,
-                               QString& provinceName, QString& provinceCode, QString& municipalityNumber,
-                               const QString& tag, const QString& caption);
+[[nodiscard]] AMBREL_EXPORT bool IMunicipios(QWidget* owner, QString& codIne, QString& postalCode,
+                                             QString& name, QString& provinceName, QString& provinceCode,
+                                             QString& municipalityNumber, const QString& tag,
+                                             const QString& caption);
 
 /// The same with the alternative list, from `name` on.
-[[nodiscard]] bool IMunicipiosMJ(QWidget* owner, QString& provinceCode, QString& name, QString& provinceName,
-                                 const QString& caption);
+[[nodiscard]] AMBREL_EXPORT bool IMunicipiosMJ(QWidget* owner, QString& provinceCode, QString& name,
+                                               QString& provinceName, const QString& caption);
 
 /// Resolves a name that one municipality has, without asking, with its first postal code; shows the list for
 /// any other. Deliberate: without an answer the arguments keep the first of several municipalities.
-[[nodiscard]] bool IBuscaMunicipio(QString& name, QString& codIne, QString& postalCode, QString& capital,
-                                   const QString& caption);
+[[nodiscard]] AMBREL_EXPORT bool IBuscaMunicipio(QString& name, QString& codIne, QString& postalCode,
+                                                 QString& capital, const QString& caption);
 
 /// The same with the alternative list; of several municipalities with the name, the one in the province
 /// passed in (a code of one or two digits). `range`: the list shows only those with the name.
 /// Deliberate: the last name in the order counts as one that several have.
-[[nodiscard]] bool IBuscaMunicipioMJ(QString& name, QString& provinceCode, QString& municipalityCode,
-                                     const QString& caption, bool range);
+[[nodiscard]] AMBREL_EXPORT bool IBuscaMunicipioMJ(QString& name, QString& provinceCode,
+                                                   QString& municipalityCode, const QString& caption,
+                                                   bool range);
 
 // --- Provinces.
 
 /// Three-character code ("0" and two digits) of the province of a postal code, and its name. The cursor is
 /// one on MUNICIPI; its tag is the same afterwards. Needs DMMunicipi.
-[[nodiscard]] QString LocalizaProvincia(dbase::Dataset& municipalities, const QString& postalCode,
-                                        QString& provinceName);
+[[nodiscard]] AMBREL_EXPORT QString LocalizaProvincia(dbase::Dataset& municipalities,
+                                                      const QString& postalCode, QString& provinceName);
 
 /// Lets the user choose a province (group 1) or country; `initialCode` 0 shows all of them. Returns its code.
 /// Without an answer: the host's own province, with group 0.
-int SeleccionaProvincia(QString& name, int& group, const QString& caption, const QString& heading,
-                        int initialCode);
+AMBREL_EXPORT int SeleccionaProvincia(QString& name, int& group, const QString& caption,
+                                      const QString& heading, int initialCode);

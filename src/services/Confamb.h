@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "AmbrelExport.h"
+
 namespace ambrel {
 
 /// Where the street-directory service is, and how it wants to be spoken to.
@@ -15,7 +17,7 @@ struct DirectoryService {
 } // namespace ambrel
 
 /// The host fills it with the setters or from an INI file; the package only reads it.
-class TConfig {
+class AMBREL_EXPORT TConfig {
 public:
     /// The host's own province: its number, its name, and the form of its name by which streets are searched.
     [[nodiscard]] int GetProvin() const { return province_; }
@@ -72,4 +74,4 @@ private:
     std::string alias_ = "DB";
 };
 
-extern TConfig Config;
+extern AMBREL_EXPORT TConfig Config;

@@ -6,17 +6,19 @@
 #include <type_traits>
 #include <utility>
 
+#include "AmbrelExport.h"
+
 namespace ambrel {
 
 /// Ends an operation of which the user was told already why it goes no further.
-class SilentAbort : public std::exception {
+class AMBREL_EXPORT SilentAbort : public std::exception {
 public:
     [[nodiscard]] const char* what() const noexcept override { return "operación interrumpida"; }
 };
 
 /// Runs a handler's body. An exception that reaches it is shown to the user once, and the program goes on; a
 /// SilentAbort is not shown.
-void runGuarded(const std::function<void()>& body) noexcept;
+AMBREL_EXPORT void runGuarded(const std::function<void()>& body) noexcept;
 
 /// Wraps a handler for connect(): connect(button, &QPushButton::clicked, this, guarded([this] { ... })).
 template<class Body>

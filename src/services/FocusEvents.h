@@ -8,6 +8,8 @@
 #include <functional>
 #include <memory>
 
+#include "AmbrelExport.h"
+
 namespace ambrel {
 
 /// One for the application. Activating a window, pop-ups and menus are no moves: while they have the focus,
@@ -15,7 +17,7 @@ namespace ambrel {
 /// shown is entered. A handler that moves the focus itself, or shows a dialog, is finished before the next
 /// one runs. Controls without handlers end the stay in others. A child of a control, such as the edit of a
 /// combo, counts as the control.
-class FocusEvents : public QObject {
+class AMBREL_EXPORT FocusEvents : public QObject {
 public:
     using Handler = std::function<void()>;
 

@@ -3,12 +3,14 @@
 
 #include <cstdint>
 
+#include "AmbrelExport.h"
+
 class QKeyEvent;
 
 namespace ambrel {
 
 /// Code of an event's key: one of key_code, a digit (keypad too), or the capital of the letter that it types;
 /// 0 for every other key.
-[[nodiscard]] std::uint16_t keyCode(const QKeyEvent& event);
+[[nodiscard]] AMBREL_EXPORT std::uint16_t keyCode(const QKeyEvent& event);
 
 } // namespace ambrel

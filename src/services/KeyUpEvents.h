@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <functional>
 
+#include "AmbrelExport.h"
+
 class QWidget;
 
 namespace ambrel {
@@ -12,7 +14,7 @@ namespace ambrel {
 /// Calls a handler for each key that is released in a control, after the control has had the key's press.
 /// Keys without a code are told as 0, releases that auto-repeat invents are not told. A handler that sets the
 /// code to 0 has used the release: nobody else sees it.
-class KeyUpEvents : public QObject {
+class AMBREL_EXPORT KeyUpEvents : public QObject {
 public:
     using Handler = std::function<void(std::uint16_t& key, Qt::KeyboardModifiers modifiers)>;
 

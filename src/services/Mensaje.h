@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include "AmbrelExport.h"
 #include "services/MessageBox.h"
 
 class QWidget;
@@ -11,19 +12,19 @@ class QWidget;
 inline constexpr int answeredYes = 1;
 
 /// Error box with an OK button.
-void Mensaje_Error(const QString& text, const QString& title);
-void Mensaje_Error(QWidget* owner, const QString& text, const QString& title);
+AMBREL_EXPORT void Mensaje_Error(const QString& text, const QString& title);
+AMBREL_EXPORT void Mensaje_Error(QWidget* owner, const QString& text, const QString& title);
 
 /// Information box with an OK button.
-void Mensaje_Info(QWidget* owner, const QString& text, const QString& title);
+AMBREL_EXPORT void Mensaje_Info(QWidget* owner, const QString& text, const QString& title);
 
 /// Question with an explanatory line, or an empty one; yes is the default button.
-[[nodiscard]] int Mensaje_SiNo(const QString& text, const QString& line, const QString& title);
-[[nodiscard]] int Mensaje_SiNo(QWidget* owner, const QString& text, const QString& line,
-                               const QString& title);
+[[nodiscard]] AMBREL_EXPORT int Mensaje_SiNo(const QString& text, const QString& line, const QString& title);
+[[nodiscard]] AMBREL_EXPORT int Mensaje_SiNo(QWidget* owner, const QString& text, const QString& line,
+                                             const QString& title);
 
 /// The same with no as the default button.
-[[nodiscard]] int Mensaje_NoSi(const QString& text, const QString& line, const QString& title);
+[[nodiscard]] AMBREL_EXPORT int Mensaje_NoSi(const QString& text, const QString& line, const QString& title);
 
 /// System colours as Mensajes takes them: face and text of a button.
 inline constexpr int buttonFaceColour = 15;
@@ -32,5 +33,6 @@ inline constexpr int buttonTextColour = 18;
 /// General warning box with an OK button. Returns the number of the button pressed, 1 for OK. `kind`, `icon`
 /// and `option` are 0, 0 and false in every call and have no other form; the box keeps to the colours of the
 /// user's desktop.
-int Mensajes(int kind, const QString& text, int icon, const QString& title, const QString& secondTitle = {},
-             int colour = buttonFaceColour, int textColour = buttonTextColour, bool option = false);
+AMBREL_EXPORT int Mensajes(int kind, const QString& text, int icon, const QString& title,
+                           const QString& secondTitle = {}, int colour = buttonFaceColour,
+                           int textColour = buttonTextColour, bool option = false);

@@ -6,6 +6,8 @@
 #include <QWidget>
 #include <functional>
 
+#include "AmbrelExport.h"
+
 namespace ambrel {
 
 enum class MessageKind { Error, Information, Warning, Question };
@@ -26,13 +28,13 @@ using MessageShower = std::function<MessageAnswer(const MessageBox&)>;
 
 /// Shows a real box: object "Mensaje" with the buttons "BBAceptar", or "BBSi" and "BBNo". Escape and the
 /// close box answer no, or accept where there is nothing to choose.
-[[nodiscard]] MessageAnswer showMessageBox(const MessageBox& box);
+[[nodiscard]] AMBREL_EXPORT MessageAnswer showMessageBox(const MessageBox& box);
 
 /// Makes every message go through a host's or a test's own function; an empty one brings showMessageBox back.
 /// Returns the function that was in force.
-MessageShower setMessageShower(MessageShower shower);
+AMBREL_EXPORT MessageShower setMessageShower(MessageShower shower);
 
 /// Shows a box through the function in force.
-MessageAnswer ask(const MessageBox& box);
+AMBREL_EXPORT MessageAnswer ask(const MessageBox& box);
 
 } // namespace ambrel

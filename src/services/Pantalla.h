@@ -6,6 +6,8 @@
 #include <QWidget>
 #include <functional>
 
+#include "AmbrelExport.h"
+
 namespace ambrel {
 
 /// Null when the window is gone, also when it went with its owner.
@@ -19,19 +21,20 @@ struct ProgressDisplay {
 };
 
 /// The display with real windows: object "Progreso" with the label "LMensaje".
-[[nodiscard]] ProgressDisplay windowProgressDisplay();
+[[nodiscard]] AMBREL_EXPORT ProgressDisplay windowProgressDisplay();
 
 /// Returns the display that was in force. All three functions must be given.
-ProgressDisplay setProgressDisplay(ProgressDisplay display);
+AMBREL_EXPORT ProgressDisplay setProgressDisplay(ProgressDisplay display);
 
 } // namespace ambrel
 
 /// Shows a small window that takes no focus and lets the caller go on. Without owner it belongs to the active
 /// window.
-[[nodiscard]] ambrel::ProgressWindow MuestraMensaje(const QString& text, QWidget* owner = nullptr);
+[[nodiscard]] AMBREL_EXPORT ambrel::ProgressWindow MuestraMensaje(const QString& text,
+                                                                  QWidget* owner = nullptr);
 
 /// Replaces the text and repaints at once. Nothing for a window that is gone.
-void CambiaMensaje(const QString& text, const ambrel::ProgressWindow& window);
+AMBREL_EXPORT void CambiaMensaje(const QString& text, const ambrel::ProgressWindow& window);
 
 /// Closes and frees the window. Nothing for one that is gone.
-void CierraMensaje(const ambrel::ProgressWindow& window);
+AMBREL_EXPORT void CierraMensaje(const ambrel::ProgressWindow& window);

@@ -7,14 +7,18 @@
 #include <string_view>
 #include <vector>
 
+#include "AmbrelExport.h"
+
 /// Directory and name with the separator between them, not doubled. An empty directory gives the name alone.
-[[nodiscard]] std::string SlashSep(std::string_view directory, std::string_view name, char separator);
+[[nodiscard]] AMBREL_EXPORT std::string SlashSep(std::string_view directory, std::string_view name,
+                                                 char separator);
 
 /// Fills the list with the full paths of the entries of one folder whose name matches the last part of
 /// `mask`, sorted by name: * and ? stand for other characters, letter case counts for nothing, "*.*" matches
 /// every name. Folders are listed too, "." and ".." are not. `attributes` says which special kinds (folder,
 /// hidden) are wanted beside plain files; 63 is everything. A folder that is not there gives an empty list.
-void FindFileNoRecursivo(const std::string& mask, int attributes, std::vector<std::string>& list);
+AMBREL_EXPORT void FindFileNoRecursivo(const std::string& mask, int attributes,
+                                       std::vector<std::string>& list);
 
 namespace ambrel {
 
@@ -26,18 +30,18 @@ inline constexpr int any = 63;
 } // namespace file_attribute
 
 /// The path with the system's own separator.
-[[nodiscard]] std::string nativePath(std::string_view path);
+[[nodiscard]] AMBREL_EXPORT std::string nativePath(std::string_view path);
 
 /// Attributes of a file or folder, a sum of file_attribute values.
 using AttributeFunction = std::function<int(const std::string& path)>;
 /// What the permissions and the name say. "." and ".." are folders and nothing else.
-[[nodiscard]] int attributesOnDisk(const std::string& path);
+[[nodiscard]] AMBREL_EXPORT int attributesOnDisk(const std::string& path);
 /// Replaces the function that all routines here ask; an empty one brings attributesOnDisk back.
-void setAttributeFunction(AttributeFunction function);
+AMBREL_EXPORT void setAttributeFunction(AttributeFunction function);
 
 /// The entries of one folder, one after the other: ".", "..", then the rest by name. Mask and attributes as
 /// in FindFileNoRecursivo.
-class FileSearch {
+class AMBREL_EXPORT FileSearch {
 public:
     struct Entry {
         std::string name; // without folder

@@ -4,32 +4,34 @@
 #include <string>
 #include <string_view>
 
+#include "AmbrelExport.h"
+
 /// Exactly `width` characters: filled up with blanks on the right, or cut. Width 0 or less leaves the text as
 /// it is.
-[[nodiscard]] std::string Espacios(std::string_view text, int width);
+[[nodiscard]] AMBREL_EXPORT std::string Espacios(std::string_view text, int width);
 
 /// The first n characters, the whole text when it is shorter; empty for n of 0 or less.
-[[nodiscard]] std::string StrLeft(std::string_view text, int n);
+[[nodiscard]] AMBREL_EXPORT std::string StrLeft(std::string_view text, int n);
 
 /// The last n characters, the whole text when it is shorter; empty for n of 0 or less.
-[[nodiscard]] std::string StrRight(std::string_view text, int n);
+[[nodiscard]] AMBREL_EXPORT std::string StrRight(std::string_view text, int n);
 
 /// The text in capitals, accented letters included.
-[[nodiscard]] std::string UpperCase(std::string_view text);
+[[nodiscard]] AMBREL_EXPORT std::string UpperCase(std::string_view text);
 
 /// Decimal digits of a number, without padding.
-[[nodiscard]] std::string Int_Cad(int number);
+[[nodiscard]] AMBREL_EXPORT std::string Int_Cad(int number);
 
 /// Number of a decimal text: sign, leading zeros and blanks around it are allowed. 0 for everything that is
 /// no number or does not fit.
-[[nodiscard]] int Cad_Int(std::string_view text);
+[[nodiscard]] AMBREL_EXPORT int Cad_Int(std::string_view text);
 
 namespace ambrel {
 
 /// The text without the blanks at both ends; part of the text given.
-[[nodiscard]] std::string_view withoutBlanks(std::string_view text);
+[[nodiscard]] AMBREL_EXPORT std::string_view withoutBlanks(std::string_view text);
 
 /// Digits, letters (accented ones, ª and º included); not ¹ ² ³ ¼ ½ ¾.
-[[nodiscard]] bool isAlphanumeric(unsigned char character);
+[[nodiscard]] AMBREL_EXPORT bool isAlphanumeric(unsigned char character);
 
 } // namespace ambrel

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "AmbrelExport.h"
 #include "dbase/dataset.h"
 
 /// Last argument of TBBusca.
@@ -20,38 +21,39 @@ inline constexpr bool leaveClosed = false;
 
 /// Selects an index tag; the table may be open or closed. Record and filter stay, a range goes; the tag that
 /// is active already changes nothing.
-void TBIndexa(const std::string& tag, dbase::Dataset& table);
+AMBREL_EXPORT void TBIndexa(const std::string& tag, dbase::Dataset& table);
 
 /// Selects an index tag and hands back in the same argument the one that was active before, so that the same
 /// call once more restores it. The argument stays as it was when this raises.
-void TBIndexa(dbase::Dataset& table, std::string& tag);
+AMBREL_EXPORT void TBIndexa(dbase::Dataset& table, std::string& tag);
 
 /// Exact: goes to the first record with the key, or answers false and moves nothing. Nearest: goes to the
 /// first record at or after the key; past the last one it answers false, with the last record current and the
 /// end of the table set.
-[[nodiscard]] bool TBBusca(dbase::Dataset& table, const dbase::Key& key, bool exact);
+[[nodiscard]] AMBREL_EXPORT bool TBBusca(dbase::Dataset& table, const dbase::Key& key, bool exact);
 
 /// Restricts the table to the records whose key lies between both, included.
-void TBRango(dbase::Dataset& table, const dbase::Key& low, const dbase::Key& high);
+AMBREL_EXPORT void TBRango(dbase::Dataset& table, const dbase::Key& low, const dbase::Key& high);
 
 /// Shows only the records for which a condition such as "ENT_MENOR=False" holds. The old filter stays when
 /// this raises.
-void TBFiltra(dbase::Dataset& table, const std::string& condition);
+AMBREL_EXPORT void TBFiltra(dbase::Dataset& table, const std::string& condition);
 
 /// Writes the pending row; it stays pending when this raises.
-void TBPost(dbase::Dataset& table);
+AMBREL_EXPORT void TBPost(dbase::Dataset& table);
 
 /// Deletes the current record; the next one, else the last, is current afterwards.
-void TBDelete(dbase::Dataset& table);
+AMBREL_EXPORT void TBDelete(dbase::Dataset& table);
 
 /// Locks the current record for this user; false when somebody else holds it.
-[[nodiscard]] bool BloqueaActual(dbase::Dataset& table);
+[[nodiscard]] AMBREL_EXPORT bool BloqueaActual(dbase::Dataset& table);
 
 /// Releases every record lock that this table took.
-void DesbloqueaAll(dbase::Dataset& table);
+AMBREL_EXPORT void DesbloqueaAll(dbase::Dataset& table);
 
 /// A new table of a database, with a tag selected and, with `open`, opened. `reserved` has no effect; callers
 /// pass false.
-[[nodiscard]] std::unique_ptr<dbase::Dataset> CreaTabla(const std::string& database,
-                                                        const std::string& tableFile, const std::string& tag,
-                                                        bool reserved, bool open);
+[[nodiscard]] AMBREL_EXPORT std::unique_ptr<dbase::Dataset> CreaTabla(const std::string& database,
+                                                                      const std::string& tableFile,
+                                                                      const std::string& tag, bool reserved,
+                                                                      bool open);

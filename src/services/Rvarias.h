@@ -3,13 +3,15 @@
 
 #include <functional>
 
+#include "AmbrelExport.h"
+
 class QWidget;
 
 /// Gives a control the focus colour.
-void TomaFocoControl(QWidget* control);
+AMBREL_EXPORT void TomaFocoControl(QWidget* control);
 
 /// Gives a control the colours back that it had before TomaFocoControl; nothing for one that has them.
-void DejaFocoControl(QWidget* control);
+AMBREL_EXPORT void DejaFocoControl(QWidget* control);
 
 namespace ambrel {
 
@@ -17,9 +19,9 @@ namespace ambrel {
 using FocusColouring = std::function<void(QWidget& control, bool focused)>;
 
 /// Background behind the text: pale yellow, or dark olive where the control's colours are dark.
-void colourByPalette(QWidget& control, bool focused);
+AMBREL_EXPORT void colourByPalette(QWidget& control, bool focused);
 
 /// Puts a host's own colouring in place; an empty one brings colourByPalette back.
-void setFocusColouring(FocusColouring colouring);
+AMBREL_EXPORT void setFocusColouring(FocusColouring colouring);
 
 } // namespace ambrel

@@ -5,16 +5,18 @@
 #include <QObject>
 #include <functional>
 
+#include "AmbrelExport.h"
+
 namespace ambrel {
 
 inline constexpr const char* tagProperty = "Tag";
 
-[[nodiscard]] int tagOf(const QObject& object);
-void setTag(QObject& object, int tag);
+[[nodiscard]] AMBREL_EXPORT int tagOf(const QObject& object);
+AMBREL_EXPORT void setTag(QObject& object, int tag);
 
 /// Tells when an object's Tag gets another value, whoever sets it. Lives until it is deleted or its object,
 /// which owns it.
-class TagWatch : public QObject {
+class AMBREL_EXPORT TagWatch : public QObject {
 public:
     using Handler = std::function<void(int tag)>;
 

@@ -6,17 +6,19 @@
 #include <string>
 #include <string_view>
 
+#include "AmbrelExport.h"
+
 namespace ambrel {
 
 /// Text of a table for a window. Every byte gives one character.
-[[nodiscard]] QString fromWindows1252(std::string_view bytes);
+[[nodiscard]] AMBREL_EXPORT QString fromWindows1252(std::string_view bytes);
 
 /// Text of a window for a search; null when Windows-1252 lacks one of its characters. Every character gives
 /// one byte, so positions in both texts are the same.
-[[nodiscard]] std::optional<std::string> toWindows1252(const QString& text);
+[[nodiscard]] AMBREL_EXPORT std::optional<std::string> toWindows1252(const QString& text);
 
 /// Text of a window for a column: letters that Windows-1252 lacks become the same letter without its mark,
 /// everything else that it lacks "?".
-[[nodiscard]] std::string toNearestWindows1252(const QString& text);
+[[nodiscard]] AMBREL_EXPORT std::string toNearestWindows1252(const QString& text);
 
 } // namespace ambrel

@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "AmbrelExport.h"
 #include "dialogs/common/GridColumn.h"
 
 namespace dbase {
@@ -20,7 +21,7 @@ namespace ambrel {
 /// or until another table is opened.
 ///
 /// Not supported: cells that are edited, several rows selected, columns that change places.
-class DataGrid : public QWidget {
+class AMBREL_EXPORT DataGrid : public QWidget {
     Q_OBJECT
 public:
     explicit DataGrid(QWidget* parent = nullptr);

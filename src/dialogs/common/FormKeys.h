@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <functional>
 
+#include "AmbrelExport.h"
+
 class QDialog;
 class QKeyEvent;
 class QPushButton;
@@ -22,7 +24,7 @@ inline constexpr int cancelledResult = 2;
 /// dialog, and makes Escape click the cancel button, disabled or not, before the handler is asked.
 /// Enter (13) on a button that has the focus clicks it when the handler did not use the key.
 /// Keys without a code are told as 0. An open drop-down list keeps its keys to itself.
-class FormKeys : public QObject {
+class AMBREL_EXPORT FormKeys : public QObject {
     Q_OBJECT
 public:
     /// True for a key that was used.
@@ -42,6 +44,6 @@ private:
 };
 
 /// For a dialog's `FormKeyDown`: Enter moves the focus on, exactly as Tab does. True for Enter.
-[[nodiscard]] bool enterMovesOn(QWidget& dialog, std::uint16_t key);
+[[nodiscard]] AMBREL_EXPORT bool enterMovesOn(QWidget& dialog, std::uint16_t key);
 
 } // namespace ambrel

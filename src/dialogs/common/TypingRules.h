@@ -3,6 +3,8 @@
 
 #include <QObject>
 
+#include "AmbrelExport.h"
+
 class QInputMethodEvent;
 class QKeyEvent;
 class QLineEdit;
@@ -14,7 +16,7 @@ enum class Capitals { No, Yes };
 /// Turns typed letters into capitals and stops typing at a length. Belongs to its box, which may be the edit
 /// of a combo. What the program writes, and an item chosen from a drop-down list, stays whole and as it is:
 /// that is why the box's own maximal length, which cuts such texts too, is not used.
-class TypingRules : public QObject {
+class AMBREL_EXPORT TypingRules : public QObject {
     Q_OBJECT
 public:
     static constexpr int anyLength = -1;

@@ -1,0 +1,62 @@
+# The headers that are installed: what package/AmbCodPostales.h includes, directly or on the way, and the pieces with
+# which a host's own forms look and behave like the package's dialogs.
+set(public_headers
+  controller/AddressResolution.h
+  controller/ClasCodPostales.h
+  controller/NumberRange.h
+  controller/Operacion.h
+  controller/ProvinceStreets.h
+  controller/StreetCard.h
+  data/CodPostalesDM.h
+  data/MunicipiDM.h
+  data/TableDefinitions.h
+  data/ViasDM.h
+  data/WholeName.h
+  dbase/codec.h
+  dbase/codepage.h
+  dbase/data_source.h
+  dbase/databases.h
+  dbase/dataset.h
+  dbase/dataset_types.h
+  dbase/dataset_window.h
+  dbase/error.h
+  dbase/expression.h
+  dbase/field.h
+  dbase/listener_list.h
+  dbase/schema.h
+  dbase/table_definition.h
+  dialogs/BuscarDireccionPostal.h
+  dialogs/BuscarMunicipios.h
+  dialogs/FichaVia.h
+  dialogs/MunicipiLista.h
+  dialogs/MunicipiListaMJ.h
+  dialogs/ProvList.h
+  dialogs/TipoViasLista.h
+  dialogs/common/DataGrid.h
+  dialogs/common/FormKeys.h
+  dialogs/common/GridColumn.h
+  dialogs/common/TypingRules.h
+  import/Document.h
+  import/ImportarVias.h
+  import/ImportedStreet.h
+  import/ResponseReaders.h
+  import/StreetSaving.h
+  lookup/RutCodPostales.h
+  package/AmbCodPostales.h
+  services/Confamb.h
+  services/EventGuard.h
+  services/FocusEvents.h
+  services/KeyCodes.h
+  services/KeyMap.h
+  services/KeyUpEvents.h
+  services/Mensaje.h
+  services/MessageBox.h
+  services/Pantalla.h
+  services/Rficheros.h
+  services/Rnumcad.h
+  services/Ruttb.h
+  services/Rvarias.h
+  services/TagProperty.h
+  services/Text.h
+)
+list(TRANSFORM public_headers PREPEND "${PROJECT_SOURCE_DIR}/src/")

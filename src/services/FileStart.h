@@ -1,0 +1,14 @@
+// Reading files that are small when they are what they should be.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace ambrel {
+
+/// The first `most` bytes of a plain file, all of a shorter one. Null when it cannot be read or is no plain
+/// file: a pipe would keep the reader waiting, a device has no end.
+[[nodiscard]] std::optional<std::string> fileStart(const std::string& path, std::size_t most);
+
+} // namespace ambrel
