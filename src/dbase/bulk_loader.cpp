@@ -1,6 +1,7 @@
 #include "dbase/bulk_loader.h"
 
 #include <optional>
+#include <utility>
 
 #include "dbase/dates.h"
 #include "dbase/error.h"
@@ -11,8 +12,9 @@
 namespace dbase {
 
 namespace {
+constexpr char endMark = 0x1A;
 constexpr std::size_t pendingBytes = std::size_t{1} << 20;
-}
+} // namespace
 
 struct BulkLoader::State {
     std::shared_ptr<Table> table; // the one added to, or the new one
@@ -22,12 +24,16 @@ struct BulkLoader::State {
     std::uint32_t countBefore = 0;
     std::uint32_t added = 0;
     std::vector<char> pending;
+    char firstMark = ' '; // of the first row; the file keeps its end mark in that place until all are there
     bool finished = false;
 
     void flush() {
         if (!pending.empty()) {
             TableFile& records = table->lockedRecords();
             const auto rows = static_cast<RecordNumber>(pending.size() / table->schema().recordLength);
+            if (rows == added) {
+                firstMark = std::exchange(pending.front(), endMark);
+            }
             records.writeBehind(countBefore + added - rows + 1, pending);
             pending.clear();
         }
@@ -65,7 +71,7 @@ BulkLoader::BulkLoader(const std::string& tableFile, Mode mode) : state_(std::ma
             throw Error(ErrorCode::LockTimeout, tableFile,
                         "la tabla está abierta; ciérrela para poder sustituirla");
         }
-        old->releasePresence(); // our own opening must not count as somebody else's
+        old->leave(); // our own opening must not count as somebody else's
         state_->replacement.emplace(tableFile);
         state_->table = makeTwin(*old, *state_->replacement);
     }
@@ -103,11 +109,11 @@ void BulkLoader::finish(const Progress& progress) {
     state_->flush();
     Table& table = *state_->table;
     if (state_->added > 0) {
-        table.addLocked(state_->countBefore + state_->added, progress);
-        table.lockedRecords().file().sync();
-        if (IndexFile* index = table.lockedIndex()) {
-            index->file().sync();
-        }
+        table.addLocked(state_->countBefore + state_->added, state_->firstMark, progress);
+    }
+    table.lockedRecords().file().sync();
+    if (IndexFile* index = table.lockedIndex()) {
+        index->file().sync();
     }
     if (state_->replacement) {
         state_->replacement->commit(table.index() != nullptr);

@@ -51,10 +51,15 @@ public:
     /// False when somebody else holds it.
     [[nodiscard]] virtual bool tryLock(LockRange range, LockKind kind) = 0;
     virtual void unlock(LockRange range) noexcept = 0;
+    /// Whether somebody else holds any lock there. Needs no permission to write.
+    [[nodiscard]] virtual bool isLockedByOthers(LockRange range) const = 0;
 };
 
 /// Opens a file of the disk. Errors: Error(NotFound, AccessDenied, Io); Create makes it or empties it.
 [[nodiscard]] std::unique_ptr<File> openFile(const std::string& path, OpenMode mode);
+
+/// Puts the names of the files of a folder on the disk, as far as its file system can.
+void syncFolderOf(const std::string& path) noexcept;
 
 /// Number that names an open file of the disk whatever its path ("device:inode").
 [[nodiscard]] std::string fileIdentity(const std::string& path);

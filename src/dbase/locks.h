@@ -13,7 +13,8 @@ namespace dbase {
 namespace lock_offset {
 inline constexpr std::uint64_t header = 0xEFFFFFFE;
 inline constexpr std::uint64_t append = 0xEFFFFFFF;
-inline constexpr std::uint64_t presence = 0xF0000010; // ours: no other program looks at it
+inline constexpr std::uint64_t presence = 0xF0000010; // ours: no other program looks at these
+inline constexpr std::uint64_t opening = 0xF0000011;
 } // namespace lock_offset
 
 [[nodiscard]] constexpr LockRange recordLock(RecordNumber record) {
@@ -30,6 +31,8 @@ inline constexpr LockRange everyLock{0, 0};
 inline constexpr LockRange wholeTableLock{lock_offset::header - 1'000'000'000, 1'000'000'002};
 /// On the .DBF, shared by everybody who has the table open, exclusive while its files are replaced.
 inline constexpr LockRange presenceLock{lock_offset::presence, 1};
+/// On the .DBF, while a program opens the table and, when it is alone, redoes what the last ones left behind.
+inline constexpr LockRange openingLock{lock_offset::opening, 1};
 
 /// How long a structure lock may keep an operation waiting before it fails with Error(LockTimeout).
 [[nodiscard]] std::chrono::milliseconds lockPatience();

@@ -125,6 +125,18 @@ public:
         }
     }
 
+    bool isLockedByOthers(LockRange range) const override {
+        struct flock request = {};
+        request.l_type = F_WRLCK;
+        request.l_whence = SEEK_SET;
+        request.l_start = static_cast<off_t>(range.offset);
+        request.l_len = static_cast<off_t>(range.length);
+        if (fcntl(descriptor_, F_OFD_GETLK, &request) != 0) {
+            raise(path_, "no se pueden consultar los bloqueos");
+        }
+        return request.l_type != F_UNLCK;
+    }
+
 private:
     std::string path_;
     int descriptor_;
@@ -151,6 +163,15 @@ std::unique_ptr<File> openFile(const std::string& path, OpenMode mode) {
         throw Error(ErrorCode::BadTable, path, "no es un fichero de datos");
     }
     return std::make_unique<PosixFile>(path, descriptor, mode != OpenMode::ReadOnly);
+}
+
+void syncFolderOf(const std::string& path) noexcept {
+    const std::size_t slash = path.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    if (const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); descriptor >= 0) {
+        static_cast<void>(fsync(descriptor));
+        ::close(descriptor);
+    }
 }
 
 std::string fileIdentity(const std::string& path) {

@@ -2,14 +2,15 @@
 
 #include <optional>
 
-#include "dbase/check.h"
-
-#include "dbase/databases.h"
-#include "dbase/error.h"
-#include "dbase/table.h"
-#include "dbase/table_definition.h"
 #include <algorithm>
 #include <iterator>
+
+#include "dbase/check.h"
+#include "dbase/databases.h"
+#include "dbase/error.h"
+#include "dbase/journal_redo.h"
+#include "dbase/table.h"
+#include "dbase/table_definition.h"
 
 namespace dbase {
 
@@ -74,7 +75,11 @@ std::vector<TagDefinition> completed(const std::vector<TagDefinition>& readable,
 void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>& knownTags,
                   const Progress& progress) {
     std::unique_ptr<File> file = openFile(tableFile, OpenMode::ReadWrite);
-    holdLock(*file, presenceLock, LockKind::Shared);
+    holdLock(*file, openingLock, LockKind::Exclusive); // until the file is closed
+    const bool isAlone = file->tryLock(presenceLock, LockKind::Exclusive);
+    if (!isAlone) {
+        holdLock(*file, presenceLock, LockKind::Shared);
+    }
     TableFile records(std::move(file));
     const std::optional<std::string> existing = findIndexFile(tableFile);
     const ReadableTags readable = existing ? readTags(*existing, records.schema()) : ReadableTags{};
@@ -93,6 +98,13 @@ void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>
     std::unique_ptr<File> index = openFile(indexPath, existing ? OpenMode::ReadWrite : OpenMode::Create);
     std::optional<IndexFile> trees; // outlives the lock on its file
     const FileLock lock(*index, structureLock, LockKind::Exclusive);
+    Journal journal(journalBeside(tableFile), records.schema());
+    if (isAlone && journal.isOfAnotherStart()) {
+        redo(records, journal.keptEntries());
+        records.file().sync();
+        journal.remove();
+    }
+    journal.begin(); // should the machine stop, the tags are rebuilt by the next one that opens the table
     if (!isWhole) {
         IndexFile::format(*index, records.schema(), baseName(tableFile), tags, UpdateStamp{true, true, 0, 1});
     }
@@ -102,6 +114,9 @@ void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>
     records.dropBehind(records.recordCount());
     records.file().sync();
     trees->file().sync();
+    if (isAlone) {
+        journal.remove();
+    }
 }
 
 } // namespace dbase

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "AmbrelExport.h"
+
 namespace dbase {
 
 /// 1-based number of a record in its file; 0 is no record.
@@ -42,7 +44,7 @@ struct Column {
 };
 
 /// Layout of a table. Value type; columns keep their order in the file.
-struct Schema {
+struct AMBREL_EXPORT Schema {
     std::vector<Column> columns;
     std::uint8_t version = 0x03;
     std::uint8_t languageDriver = static_cast<std::uint8_t>(LanguageDriver::AnsiUs);

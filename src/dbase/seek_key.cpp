@@ -12,6 +12,9 @@ bool writeInteger(std::span<char> raw, const Column& column, int value) {
         return encodeInteger(raw, value, column.decimals);
     }
     std::string digits = std::to_string(value);
+    if (digits.size() > raw.size()) {
+        return false; // a text is cut, a number would become another one
+    }
     if (digits.size() < raw.size()) {
         digits.insert(value < 0 ? 1 : 0, raw.size() - digits.size(), '0');
     }

@@ -4,12 +4,15 @@
 
 #include "dbase/codepage.h"
 #include "dbase/error.h"
-#include "dbase/tree_cursor.h"
 
 namespace dbase {
 
-Table::Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::string readOnlyReason)
+Table::Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::string readOnlyReason,
+             std::unique_ptr<JournalPlace> journal)
     : records_(std::move(records)), readOnlyReason_(std::move(readOnlyReason)) {
+    if (journal) {
+        journal_.emplace(std::move(journal), schema());
+    }
     const auto refuseWriting = [this](const std::string& reason) {
         if (readOnlyReason_.empty()) {
             readOnlyReason_ = reason;
@@ -26,6 +29,7 @@ Table::Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::st
         if (schema().hasProductionIndex) {
             refuseWriting("falta el índice (.MDX) de " + path() + "; ejecute \"ambcp reindexar\"");
         }
+        joinSession();
         return;
     }
     index_ = std::make_unique<IndexFile>(std::move(index), schema());
@@ -38,15 +42,16 @@ Table::Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::st
     if (driverOrderIsUnknown(schema().languageDriver)) {
         refuseWriting("no se conoce el orden de claves de su idioma (español OEM)");
     }
-    // Now, not at the first question: a table whose index was left behind is made whole, or refused, when it
-    // is opened.
+    // Now, not at the first question: a table that was left in the middle of something is made whole, or
+    // refused, when it is opened.
+    joinSession();
     read([this] {
         index_->settleOrders();
         return true;
     });
 }
 
-Table::~Table() = default;
+Table::~Table() { leaveSession(); }
 
 std::vector<std::string> Table::tagNames() const {
     std::vector<std::string> names;
@@ -89,88 +94,6 @@ bool Table::tryReadByCounter(std::uint64_t& before) const {
     before = stamp.counter;
     return stamp.present && !stamp.inUpdate && stamp.counter % 2 == 0 && !isTorn() &&
            stamp.records == records_.recordCount();
-}
-
-// --- Health of the index
-
-bool Table::entriesMatchRecords() const {
-    const auto tag = std::find_if(index_->tags().begin(), index_->tags().end(),
-                                  [](const Tag& candidate) { return candidate.holdsAllRecords(); });
-    if (tag == index_->tags().end()) {
-        return !index_->stamp().present; // nothing that could be counted cheaply: only our own mark speaks
-    }
-    std::uint64_t entries = 0;
-    TreeCursor cursor(*index_, *tag);
-    for (bool on = cursor.first(); on; on = cursor.nextLeaf()) {
-        entries += cursor.entriesLeftInLeaf();
-    }
-    return entries == records_.recordCount();
-}
-
-Table::Health Table::health() {
-    if (!index_) {
-        return Health::Sound;
-    }
-    const UpdateStamp stamp = index_->stamp();
-    if (stamp.present && stamp.inUpdate) {
-        return Health::DiedInUpdate;
-    }
-    const RecordNumber count = records_.recordCount();
-    if ((stamp.present && stamp.records == count) || (verified_ && verifiedCount_ == count)) {
-        return Health::Sound;
-    }
-    // Another program added records. It may have kept the tags up to date; counting the entries of one tag
-    // tells.
-    bool matches = false;
-    try {
-        matches = entriesMatchRecords();
-    } catch (const Error& error) {
-        if (error.code() != ErrorCode::BadIndex) {
-            throw;
-        }
-    }
-    if (!matches) {
-        return Health::Stale;
-    }
-    verified_ = true;
-    verifiedCount_ = count;
-    return Health::Sound;
-}
-
-void Table::refuseStale(Health found) const {
-    const std::string what = found == Health::DiedInUpdate
-                                 ? "un programa terminó mientras escribía y el índice quedó a medias"
-                                 : "el índice no corresponde a los registros";
-    throw Error(ErrorCode::StaleIndex, index_->path(),
-                what + "; no se puede rehacer porque la tabla es de sólo lectura (" + readOnlyReason_ +
-                    "). Ejecute \"ambcp reindexar\" con permiso de escritura");
-}
-
-void Table::recover() {
-    const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
-    mend(health());
-}
-
-void Table::mend(Health found) {
-    if (found == Health::Sound) {
-        return; // somebody else was faster
-    }
-    if (isReadOnly()) {
-        refuseStale(found);
-    }
-    if (found == Health::Stale && records_.announcedCount() > records_.recordCount()) {
-        // Rows are lost. Tags made anew would agree with what is left and hide it.
-        throw Error(ErrorCode::BadTable, path(),
-                    "la tabla está cortada: dice tener " + std::to_string(records_.announcedCount()) +
-                        " registros y quedan " + std::to_string(records_.recordCount()) +
-                        "; recupere una copia, o ejecute \"ambcp reindexar\" para seguir con los que quedan");
-    }
-    if (found == Health::DiedInUpdate && records_.file().tryLock(appendRange(), LockKind::Exclusive)) {
-        const FileLock appending(records_.file(), appendRange(), FileLock::alreadyHeld);
-        records_.cutBehind(
-            records_.recordCount()); // what the dead one wrote of a row that never came to count
-    }
-    rebuildLocked({});
 }
 
 // --- Record locks

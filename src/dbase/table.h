@@ -3,17 +3,19 @@
 // A short structure lock surrounds each operation: shared for reading, exclusive for a record plus all its
 // tags. The index carries an in-update mark and a change counter; a mark that stands although the lock could
 // be had was left by a writer that died, and the tags are rebuilt from the records before anything is
-// answered.
+// answered. What a change does to records is written to a journal first, for the case that the machine stops.
 #pragma once
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <unordered_map>
 
 #include "dbase/error.h"
 #include "dbase/index_file.h"
+#include "dbase/journal.h"
 #include "dbase/locks.h"
 #include "dbase/table_file.h"
 
@@ -30,7 +32,7 @@ enum class ReadGuard {
 /// When a change is on the disk.
 enum class Durability {
     Process, // survives the death of any process at once
-    Disk,    // the record is synced before the operation returns; the tags can be rebuilt from the records
+    Disk,    // the machine's too: the journal is synced before the records are touched
 };
 
 /// What Table::amend() does to one record: changes the bytes of `after`, which are those of `before` at
@@ -46,8 +48,10 @@ public:
     /// The table of a file, opened once a process. Errors: Error for everything that keeps it from being
     /// used.
     [[nodiscard]] static std::shared_ptr<Table> open(const std::string& path);
-    /// A table on files given by the caller; `index` may be null.
-    Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::string readOnlyReason = {});
+    /// A table on files given by the caller; `index` may be null. Without a journal what a stop of the
+    /// machine tears stays torn.
+    Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::string readOnlyReason = {},
+          std::unique_ptr<JournalPlace> journal = nullptr);
     ~Table();
     Table(const Table&) = delete;
     Table& operator=(const Table&) = delete;
@@ -89,8 +93,8 @@ public:
     RecordNumber amend(RecordNumber first, RecordNumber most, const Amendment& amendment);
 
     /// Puts the records changed so far on the disk: one wait for many changes, where each alone would need
-    /// Durability::Disk. The tags can be rebuilt from the records. Errors: Error(Io).
-    void sync() { records_.file().sync(); }
+    /// Durability::Disk. The tags can be rebuilt from the records. Errors: Error(Io, LockTimeout).
+    void sync();
 
     /// Rebuilds all tags from the records under the exclusive lock.
     void rebuildTags(const std::function<void(std::uint64_t, std::uint64_t)>& progress = {});
@@ -102,12 +106,14 @@ public:
     [[nodiscard]] LockRange appendRange() const;
     [[nodiscard]] TableFile& lockedRecords() { return records_; }
     [[nodiscard]] IndexFile* lockedIndex() { return index_.get(); }
-    /// Makes the rows count that were written behind the last record, and rebuilds the tags.
-    void addLocked(std::uint32_t newCount, const std::function<void(std::uint64_t, std::uint64_t)>& progress);
+    /// Makes the rows count that were written behind the last record, the first of them with the end mark in
+    /// the place of its own `firstMark`, and rebuilds the tags.
+    void addLocked(std::uint32_t newCount, char firstMark,
+                   const std::function<void(std::uint64_t, std::uint64_t)>& progress);
     /// Takes such rows back, whether they counted already or not.
     void withdrawLocked(std::uint32_t oldCount);
     /// Lets others replace the files although this table has them open still.
-    void releasePresence() { records_.file().unlock(presenceLock); }
+    void leave();
 
     // --- Record locks, held for an owner of this process; owners exclude each other and other programs.
     [[nodiscard]] bool tryLockRecord(RecordNumber number, const void* owner);
@@ -115,7 +121,7 @@ public:
     void unlockRecords(const void* owner);
 
 private:
-    enum class Health { Sound, DiedInUpdate, Stale };
+    enum class Health { Sound, DiedInUpdate, Miscounted, Stale };
 
     void requireWritable() const;
     void requireWhole(std::span<const char> record) const;
@@ -126,6 +132,12 @@ private:
     [[nodiscard]] bool entriesMatchRecords() const;
     void recover();
     void mend(Health found);
+    void correctCount(Health found);
+    void joinSession();
+    void leaveSession();
+    void beginJournal();
+    void record(const RecordChange& change, std::uint64_t counter);
+    void syncUnjournaled();
     [[noreturn]] void refuseStale(Health found) const;
     [[nodiscard]] bool tryReadByCounter(std::uint64_t& before) const;
 
@@ -138,15 +150,18 @@ private:
     void amendLocked(RecordNumber first, RecordNumber last, const Amendment& amendment,
                      const std::function<bool(RecordNumber)>& take);
     template<typename Write, typename Undo>
-    void apply(std::uint32_t count, Write&& write, Undo&& undo);
+    void apply(const RecordChange& change, std::uint32_t count, Write&& write, Undo&& undo);
 
     TableFile records_;
     std::unique_ptr<IndexFile> index_;
+    std::optional<Journal> journal_;
     std::string readOnlyReason_;
     ReadGuard readGuard_ = ReadGuard::Lock;
     Durability durability_ = Durability::Process;
     std::uint32_t verifiedCount_ = 0; // records for which the entries of a tag were counted
     bool verified_ = false;
+    bool isCounted_ = false; // the header's count was compared with the file once
+    bool hasTail_ = false;   // the count was corrected, and part of a record may lie behind the last one
     StructureLock::Holders structureHolders_;
     std::unordered_map<RecordNumber, const void*> recordLocks_;
 };

@@ -23,31 +23,17 @@ bool belongs(const Tag& tag, const RecordView& record) {
     return !tag.condition || tag.condition->test(record);
 }
 
-/// Bytes of records in ascending order, written with one call for each run of neighbours.
-class RecordRuns {
-public:
-    [[nodiscard]] bool empty() const { return runs_.empty(); }
-    void add(RecordNumber number, std::span<const char> bytes) {
-        if (runs_.empty() || number != next_) {
-            runs_.push_back({number, {}});
-        }
-        next_ = number + 1;
-        runs_.back().bytes.insert(runs_.back().bytes.end(), bytes.begin(), bytes.end());
+void writeAfter(TableFile& records, const RecordChange& change) {
+    for (const RecordRun& run : change.runs()) {
+        records.overwrite(run.first, run.after);
     }
-    void write(TableFile& records) const {
-        for (const Run& run : runs_) {
-            records.overwrite(run.first, run.bytes);
-        }
-    }
+}
 
-private:
-    struct Run {
-        RecordNumber first;
-        std::vector<char> bytes;
-    };
-    std::vector<Run> runs_;
-    RecordNumber next_ = 0;
-};
+void writeBefore(TableFile& records, const RecordChange& change) {
+    for (const RecordRun& run : change.runs()) {
+        records.overwrite(run.first, run.before);
+    }
+}
 
 /// The locks of neighbouring records for the time of one change: one for all of them where nobody holds any,
 /// else one for each that nobody holds.
@@ -157,46 +143,49 @@ void Table::gatherReplacement(const RecordView& before, const RecordView& after)
     }
 }
 
-// The mark, the record, the pages, the mark again. What fails on the way is undone; what cannot be undone
-// leaves the mark standing, and the next one to touch the table rebuilds the tags. Pages that are written and
-// forgotten already cannot be put back: then the record is, under the mark.
+// The mark, the journal, the record, the pages, the mark again. What fails on the way is undone; what cannot
+// be undone leaves the mark standing, and the next one to touch the table rebuilds the tags. Pages that are
+// written and forgotten already cannot be put back: then the record is, under the mark.
 template<typename Write, typename Undo>
-void Table::apply(std::uint32_t count, Write&& write, Undo&& undo) {
-    if (!index_) {
-        try {
-            write();
-        } catch (...) {
-            try {
-                undo();
-            } catch (const Error&) {
-                // The first fault is the one to tell; rows behind the count are no rows.
-            }
-            throw;
-        }
-        return;
-    }
-    UpdateStamp stamp = index_->stamp();
+void Table::apply(const RecordChange& change, std::uint32_t count, Write&& write, Undo&& undo) {
+    const UpdateStamp stamp = index_ ? index_->stamp() : UpdateStamp{};
     const std::uint64_t counter = stamp.counter - stamp.counter % 2;
     const std::uint32_t countBefore = records_.recordCount();
-    bool restored = true;
+    const auto writeMark = [&](bool inUpdate, std::uint32_t records) {
+        if (index_) {
+            index_->writeStamp({true, inUpdate, records, counter + (inUpdate ? 1 : 2)});
+        }
+    };
+    bool restored = true, isTouched = false;
     try {
-        index_->writeStamp({true, true, count, counter + 1});
+        beginJournal();
+        writeMark(true, count);
+        record(change, index_ ? counter + 1 : 0);
+        isTouched = true;
         write();
-        index_->writeChanges(restored);
-        restored = false;
-        index_->writeStamp({true, false, count, counter + 2});
+        if (index_) {
+            index_->writeChanges(restored);
+            restored = false;
+            writeMark(false, count);
+        }
     } catch (...) {
-        index_->dropChanges();
+        if (index_) {
+            index_->dropChanges();
+        }
+        if (journal_) {
+            journal_->withdraw();
+        }
         try {
             if (!restored) {
-                index_->writeStamp(
-                    {true, true, count, counter + 1}); // before the records leave the pages' side
+                writeMark(true, count); // before the records leave the pages' side
             }
-            undo();
+            if (isTouched) {
+                undo();
+            }
             if (restored) {
-                index_->writeStamp({true, false, countBefore, counter + 2});
+                writeMark(false, countBefore);
             }
-        } catch (const Error&) {
+        } catch (...) {
             // The mark stands; the first fault is the one to tell.
         }
         throw;
@@ -230,8 +219,10 @@ RecordNumber Table::append(std::span<const char> record) {
             index_->dropChanges();
             throw;
         }
+        RecordChange change;
+        change.add(number, {}, record);
         apply(
-            number,
+            change, number,
             [&] {
                 records_.writeBehind(number, record);
                 records_.setCount(number);
@@ -242,9 +233,7 @@ RecordNumber Table::append(std::span<const char> record) {
                 records_.dropBehind(count);
             });
     }
-    if (durability_ == Durability::Disk) {
-        records_.file().sync();
-    }
+    syncUnjournaled();
     return number;
 }
 
@@ -275,12 +264,12 @@ void Table::overwrite(RecordNumber number, std::span<const char> shown, std::spa
             }
             throw;
         }
+        RecordChange change;
+        change.add(number, before, record);
         apply(
-            count, [&] { records_.overwrite(number, record); }, [&] { records_.overwrite(number, before); });
+            change, count, [&] { writeAfter(records_, change); }, [&] { writeBefore(records_, change); });
     }
-    if (durability_ == Durability::Disk) {
-        records_.file().sync();
-    }
+    syncUnjournaled();
 }
 
 void Table::erase(RecordNumber number, std::span<const char> shown) {
@@ -324,7 +313,7 @@ RecordNumber Table::amend(RecordNumber first, RecordNumber most, const Amendment
 
 void Table::amendLocked(RecordNumber first, RecordNumber last, const Amendment& amendment,
                         const std::function<bool(RecordNumber)>& take) {
-    RecordRuns before, after;
+    RecordChange change;
     try {
         std::vector<char> stored, changed;
         for (RecordNumber number = first; number <= last; ++number) {
@@ -340,8 +329,7 @@ void Table::amendLocked(RecordNumber first, RecordNumber last, const Amendment& 
             }
             if (changed != stored) {
                 gatherReplacement(record, {&schema(), changed, number});
-                before.add(number, stored);
-                after.add(number, changed);
+                change.add(number, stored, changed);
             }
         }
     } catch (...) {
@@ -350,14 +338,13 @@ void Table::amendLocked(RecordNumber first, RecordNumber last, const Amendment& 
         }
         throw;
     }
-    if (after.empty()) {
+    if (change.empty()) {
         return;
     }
     apply(
-        records_.recordCount(), [&] { after.write(records_); }, [&] { before.write(records_); });
-    if (durability_ == Durability::Disk) {
-        records_.file().sync();
-    }
+        change, records_.recordCount(), [&] { writeAfter(records_, change); },
+        [&] { writeBefore(records_, change); });
+    syncUnjournaled();
 }
 
 } // namespace dbase

@@ -63,6 +63,33 @@ RecordNumber TableFile::recordCount() const {
         (knownSize_ - std::min<std::uint64_t>(knownSize_, schema_.headerLength)) / schema_.recordLength);
 }
 
+bool TableFile::isRecordAt(RecordNumber number) const {
+    const std::uint64_t offset = offsetOf(number);
+    if (!reaches(offset + schema_.recordLength)) {
+        return false;
+    }
+    char mark = 0;
+    if (const char* view = file_->view()) {
+        mark = view[offset];
+    } else {
+        file_->read(offset, std::span(&mark, 1));
+    }
+    return mark == ' ' || mark == '*';
+}
+
+bool TableFile::isMiscounted() const {
+    const RecordNumber count = recordCount();
+    return count != announcedCount() || isRecordAt(count + 1);
+}
+
+RecordNumber TableFile::completeCount() const {
+    RecordNumber count = recordCount();
+    while (isRecordAt(count + 1)) {
+        ++count;
+    }
+    return count;
+}
+
 void TableFile::confirmReach(std::uint64_t end) const {
     knownSize_ = 0;
     if (!reaches(end)) {

@@ -31,8 +31,13 @@ public:
 
     /// Writes a record over an existing one.
     void overwrite(RecordNumber number, std::span<const char> bytes);
-    /// Writes a record behind the last one with the end mark; it does not count before setCount().
+    /// Writes records behind the last one with the end mark; they do not count before setCount().
     void writeBehind(RecordNumber number, std::span<const char> bytes);
+    /// Whether the count that the header announces is not that of the complete records: the file ends before,
+    /// or goes on with complete ones where its end mark should be.
+    [[nodiscard]] bool isMiscounted() const;
+    /// The complete records, whatever the header says; those behind the end mark are none.
+    [[nodiscard]] RecordNumber completeCount() const;
     /// Header count and today's date.
     void setCount(std::uint32_t count);
     /// Cuts what a writeBehind() that failed may have left.
@@ -52,6 +57,7 @@ public:
 
 private:
     [[nodiscard]] bool reaches(std::uint64_t end) const;
+    [[nodiscard]] bool isRecordAt(RecordNumber number) const;
     void confirmReach(std::uint64_t end) const;
 
     std::unique_ptr<File> file_;

@@ -113,22 +113,26 @@ void Table::rebuildTags(const Progress& progress) {
 
 void Table::rebuildLocked(const Progress& progress) {
     if (index_) {
+        beginJournal();
         rebuildTrees(records_, *index_, progress);
         verified_ = true;
         verifiedCount_ = records_.recordCount();
     }
 }
 
-// The rows were written behind the last record and do not count yet: the mark goes first, so that a death in
-// between is mended from the records. What fails for want of space is taken back, and the tags are made again
-// as they were.
-void Table::addLocked(std::uint32_t newCount, const Progress& progress) {
+// The rows were written behind the end mark and do not count yet: they go to the disk, then the mark, then
+// the first row takes the place of the end mark, so that a death in between leaves all of them or none. What
+// fails for want of space is taken back, and the tags are made again as they were.
+void Table::addLocked(std::uint32_t newCount, char firstMark, const Progress& progress) {
     const std::uint32_t countBefore = records_.recordCount();
     try {
+        beginJournal();
+        records_.file().sync();
         if (index_) {
             const UpdateStamp stamp = index_->stamp();
             index_->writeStamp({true, true, newCount, stamp.counter - stamp.counter % 2 + 1});
         }
+        records_.file().write(records_.offsetOf(countBefore + 1), std::span<const char>(&firstMark, 1));
         records_.setCount(newCount);
         rebuildLocked(progress);
     } catch (...) {

@@ -38,9 +38,12 @@ std::shared_ptr<Table> Table::open(const std::string& path) {
     }
     while (true) {
         std::unique_ptr<File> records = openForUse(path);
+        File& file = *records;
+        // One opens at a time, so that one of them is alone and looks at what the last ones left behind.
+        holdLock(file, openingLock, file.isWritable() ? LockKind::Exclusive : LockKind::Shared);
         // Says that the table is in use, for as long as the file is open; whoever replaces its files waits
         // for that.
-        holdLock(*records, presenceLock, LockKind::Shared);
+        holdLock(file, presenceLock, LockKind::Shared);
         if (std::string now = fileIdentity(path); now != identity) { // replaced while we opened it
             identity = std::move(now);
             continue;
@@ -49,7 +52,9 @@ std::shared_ptr<Table> Table::open(const std::string& path) {
         if (const std::optional<std::string> indexPath = findIndexFile(path)) {
             index = openForUse(*indexPath);
         }
-        auto table = std::make_shared<Table>(std::move(records), std::move(index));
+        auto table =
+            std::make_shared<Table>(std::move(records), std::move(index), std::string(), journalBeside(path));
+        file.unlock(openingLock);
         openTables()[identity] = table;
         return table;
     }

@@ -11,6 +11,7 @@
 #include "dbase/databases.h"
 #include "dbase/error.h"
 #include "dbase/index_layout.h"
+#include "dbase/journal_place.h"
 #include "dbase/locks.h"
 #include "dbase/system_reason.h"
 
@@ -86,6 +87,8 @@ void TableReplacement::commit(bool hasIndex) {
         std::remove(oldIndex_->c_str());
     }
     committed_ = true;
+    journalBeside(table_)->remove(); // it speaks of records that are gone
+    syncFolderOf(table_);
 }
 
 } // namespace dbase

@@ -41,6 +41,45 @@ TEST_F(AmendTest, ChangesAtMostSoManyRecordsAndTellsWhereToGoOn) {
     EXPECT_EQ(names().back(), "Y");
 }
 
+TEST_F(AmendTest, TheRecordBeforeTheLastIsAmendedWithoutIt) {
+    towns.open();
+    other.open();
+    Table& table = towns.openTable();
+    EXPECT_EQ(table.amend(7, 1, write(table, "NAME", "X")), 8u);
+    EXPECT_EQ(names()[6], "X");
+    EXPECT_EQ(names()[7], "CORUNA");
+    EXPECT_EQ(table.amend(6, 2, write(table, "NAME", "Y")), 8u);
+    EXPECT_EQ(names()[7], "CORUNA");
+}
+
+TEST_F(AmendTest, NothingIsAmendedFromNowhereOrUpToNothing) {
+    towns.open();
+    other.open();
+    Table& table = towns.openTable();
+    const std::vector<std::string> before = names();
+    EXPECT_EQ(table.amend(0, 3, write(table, "NAME", "X")), 0u);
+    EXPECT_EQ(table.amend(3, 0, write(table, "NAME", "X")), 0u);
+    EXPECT_EQ(names(), before);
+}
+
+TEST_F(AmendTest, RecordsHeldOutsideTheRangeAreLeftInPeace) {
+    towns.open();
+    other.open();
+    Table& table = towns.openTable();
+    for (const RecordNumber held : {2u, 8u}) {
+        ASSERT_TRUE(table.tryLockRecord(held, this));
+        EXPECT_EQ(table.amend(4, 3, write(table, "NAME", "X" + std::to_string(held))), 7u);
+        EXPECT_EQ(names()[4], "X" + std::to_string(held));
+        Workstation away({[&] {
+            other.open();
+            place(other, held);
+            require(codeOf([&] { other.edit(); }) == ErrorCode::LockRefused, "it is held still");
+        }});
+        EXPECT_EQ(away.step(), "");
+        table.unlockRecord(held, this);
+    }
+}
+
 TEST_F(AmendTest, TagsFollow) {
     towns.open();
     other.open();

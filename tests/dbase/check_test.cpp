@@ -5,6 +5,7 @@
 
 #include <filesystem>
 
+#include "dbase/bulk_loader.h"
 #include "dbase/bytes.h"
 #include "dbase/error.h"
 #include "dbase/index_layout.h"
@@ -131,6 +132,32 @@ TEST_F(CheckTest, AcceptsOverflownAndBlankValues) {
     EXPECT_EQ(findings(path()), "");
 }
 
+TEST_F(CheckTest, AcceptsWhatOthersWriteForNothing) {
+    std::fill_n(table.begin() + static_cast<std::ptrdiff_t>(recordAt(100) + 37), 8, '0');
+    putOnDisk();
+    EXPECT_EQ(findings(path()), "") << "a date of zeros";
+}
+
+TEST_F(CheckTest, AcceptsANumberThatDidNotFit) {
+    MemoryTable stored(
+        {.name = "RELLENO",
+         .columns = {{"NUM", ColumnType::Numeric, 6, 0, 0}, {"FLO", ColumnType::Float, 8, 2, 0}},
+         .tags = {{.name = "NUM", .expression = "NUM"}}});
+    const auto opened = stored.open();
+    opened->append(makeRecord(opened->schema(), {"******", "    1.50"}));
+    EXPECT_EQ(stored.findings(), "");
+    opened->append(makeRecord(opened->schema(), {"1", "x"}));
+    EXPECT_NE(stored.findings().find("columna FLO"), std::string::npos);
+}
+
+TEST_F(CheckTest, FindsATagThatIsMissing) {
+    putOnDisk();
+    std::vector<TagDefinition> known = tags();
+    EXPECT_EQ(findingsOf(checkTable(path(), {}, known)), "");
+    known.push_back({.name = "OTRO", .expression = "NUM"});
+    EXPECT_NE(findingsOf(checkTable(path(), {}, known)).find("falta el tag OTRO"), std::string::npos);
+}
+
 TEST_F(CheckTest, FindsAMissingIndex) {
     putOnDisk();
     std::filesystem::remove(indexPath());
@@ -207,6 +234,82 @@ TEST_F(CheckTest, FindsAnEntryOfNoRecord) {
     store32(index.data() + firstLeafAt(0) + mdx::items, 5000);
     expectFinding("tag NOMBRE", "5000");
     expectMended();
+}
+
+TEST_F(CheckTest, FindsAKeyTwiceInAUniqueTag) {
+    const std::size_t items = firstLeafAt(2) + mdx::items;
+    const std::size_t itemLength = load16(index.data() + tagHeaderAt(2) + mdx::itemLength);
+    std::copy_n(index.begin() + static_cast<std::ptrdiff_t>(items + 4), 1,
+                index.begin() + static_cast<std::ptrdiff_t>(items + itemLength + 4));
+    expectFinding("tag SOLO", "clave repetida");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsAnEmptyLeaf) {
+    std::fill_n(index.begin() + static_cast<std::ptrdiff_t>(firstLeafAt(0)), 1024, '\0');
+    expectFinding("tag NOMBRE", "hoja vacía");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsAFreeBlockThatHoldsKeys) {
+    const std::size_t at = index.size();
+    index.resize(at + 1024);
+    store32(index.data() + at, 3);
+    store32(index.data() + mdx::freeList, static_cast<std::uint32_t>(at / pageBytes));
+    store32(index.data() + mdx::pageCount, static_cast<std::uint32_t>(index.size() / pageBytes));
+    expectFinding("página", "libre con claves");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsARaggedEndOfTheIndex) {
+    index.resize(index.size() + 100);
+    expectFinding("cabecera", "páginas");
+    expectMended();
+}
+
+TEST_F(CheckTest, FindsAnIndexTooLargeForItsFormat) {
+    putOnDisk();
+    std::filesystem::resize_file(indexPath(), maxFileSize);
+    EXPECT_NE(findings(path()).find("2 GiB"), std::string::npos);
+}
+
+TEST_F(CheckTest, FindingsStopInTheMiddleOfATree) {
+    for (std::size_t i = 0; i < 4; ++i) {
+        const std::size_t items = firstLeafAt(i) + mdx::items;
+        const std::size_t itemLength = load16(index.data() + tagHeaderAt(i) + mdx::itemLength);
+        for (std::size_t item = 0; item < 5; ++item) {
+            store32(index.data() + items + item * itemLength, 5000);
+        }
+    }
+    for (RecordNumber number = 1; number <= 64; ++number) {
+        table[recordAt(number)] = 'x';
+        table[recordAt(number) + 31] = 'x';
+        table[recordAt(number) + 45] = 'x';
+    }
+    putOnDisk();
+    const CheckResult result = checkTable(path());
+    EXPECT_EQ(result.findings.size(), 200U);
+    EXPECT_TRUE(result.truncated);
+    EXPECT_EQ(result.findings.front().place, "registro 1");
+}
+
+TEST_F(CheckTest, TellsItsProgressThroughManyRecords) {
+    createTable(folder.path(), {.name = "MUCHOS",
+                                .columns = {{"C", ColumnType::Character, 2, 0, 0}},
+                                .tags = {{.name = "C", .expression = "C"}}});
+    BulkLoader loader(folder / "MUCHOS.DBF", BulkLoader::Mode::Append);
+    for (int i = 0; i < 70'000; ++i) {
+        loader.add(makeRecord(loader.schema(), {std::to_string(i % 100)}));
+    }
+    loader.finish();
+    std::vector<std::uint64_t> told;
+    const CheckResult result =
+        checkTable(folder / "MUCHOS.DBF", [&](std::uint64_t done, std::uint64_t total) {
+            EXPECT_EQ(total, 70'000U);
+            told.push_back(done);
+        });
+    EXPECT_EQ(findingsOf(result), "");
+    EXPECT_EQ(told, (std::vector<std::uint64_t>{65'536, 65'536})) << "in the records and in the tag";
 }
 
 TEST_F(CheckTest, FindsTwoTreesThatShareAPage) {

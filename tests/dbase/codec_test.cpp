@@ -4,6 +4,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <random>
 
@@ -104,6 +105,19 @@ TEST(Codec, NumberReadsEveryDecimalTextCorrectlyRounded) {
     }
 }
 
+TEST(Codec, NumberTooLargeForAnyDoubleIsNull) {
+    EXPECT_FALSE(decodeNumber("1" + std::string(400, '0')));
+    EXPECT_EQ(decodeNumber("-" + std::string(30, '0')), 0);
+    EXPECT_FALSE(std::signbit(decodeNumber("-0.0").value()));
+}
+
+TEST(Codec, NoRoomIsFilledWithNothing) {
+    encodeBlank({});
+    encodeText({}, "A");
+    EXPECT_FALSE(encodeNumber({}, 1, 0));
+    EXPECT_EQ(encodedNumber(1, 5, -1), std::nullopt) << "there are no fewer than no decimals";
+}
+
 TEST(Codec, LogicalReadsBothLanguagesAndCases) {
     for (const char* text : {"T", "t", "Y", "y"})
         EXPECT_EQ(decodeLogical(text), true);
@@ -125,6 +139,12 @@ TEST(Codec, DateIsAJulianDayNumber) {
     EXPECT_EQ(decodeDate("19700101"), 2440588);
     EXPECT_EQ(decodeDate("20240101"), 2460311);
     EXPECT_EQ(decodeDate("19000101"), 2415021);
+}
+
+TEST(Codec, YearsBeyondFourDigitsAreNoDates) {
+    EXPECT_FALSE(julianDay(10000, 1, 1));
+    EXPECT_FALSE(julianDay(0, 1, 1));
+    EXPECT_TRUE(julianDay(9999, 12, 31));
 }
 
 TEST(Codec, DateThatDoesNotExistIsNull) {

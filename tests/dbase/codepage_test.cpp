@@ -73,6 +73,14 @@ TEST(CodePage, MalformedUtf8IsRefused) {
         EXPECT_EQ(CodePage::windows1252().fromUtf8(text), std::nullopt) << text;
 }
 
+TEST(CodePage, LongestAndLastCharactersOfUtf8AreRead) {
+    const CodePage& page = CodePage::windows1252();
+    EXPECT_EQ(page.fromUtf8("\xF0\x9F\x98\x80"), std::nullopt) << "beyond the first 65536";
+    EXPECT_EQ(page.fromUtf8("\xEE\x80\x80"), std::nullopt) << "behind the surrogates, and in no page";
+    EXPECT_EQ(page.fromUtf8("\xED\xA0\x80"), std::nullopt) << "a surrogate";
+    EXPECT_EQ(page.fromUtf8("\xE2\x82\xAC"), "\x80");
+}
+
 TEST(CodePage, Windows1252CaseCoversAccentedLetters) {
     const CodePage& page = CodePage::windows1252();
     EXPECT_EQ(page.upper('a'), 'A');
@@ -124,6 +132,14 @@ TEST(CodePage, LettersAreThoseOfThePage) {
         EXPECT_TRUE(page.isLetter(static_cast<unsigned char>(byte))) << byte;
     for (const int byte : {0x30, 0x20, 0x5F, 0x80, 0xB2, 0xB9, 0xBC, 0xBF, 0xD7, 0xF7, 0x81})
         EXPECT_FALSE(page.isLetter(static_cast<unsigned char>(byte))) << byte;
+}
+
+TEST(CodePage, SignsThatCountAsLetters) {
+    const CodePage& page = CodePage::windows1252();
+    for (const int letter : {0xAA, 0xB5, 0xBA, 0x83})
+        EXPECT_TRUE(page.isLetter(static_cast<unsigned char>(letter))) << letter;
+    for (const int sign : {0xD7, 0xF7, 0xA9, 0x5F, 0x30})
+        EXPECT_FALSE(page.isLetter(static_cast<unsigned char>(sign))) << sign;
 }
 
 TEST(Collation, AllWeightsDiffer) {

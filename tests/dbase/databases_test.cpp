@@ -51,6 +51,20 @@ TEST_F(DatabasesTest, ExactNameGoesBeforeOtherCases) {
     fs::remove(folder / "towns.dbf");
 }
 
+TEST_F(DatabasesTest, AmongOtherCasesTheSameFileIsFoundEachTime) {
+    for (const char* name : {"zonas.dbf", "Zonas.dbf", "zoNas.DBF", "ZONAs.dbf", "zonaS.dBf"}) {
+        static_cast<void>(folder.write(name, ""));
+    }
+    leaveUnchecked();
+    EXPECT_EQ(findTableFile(folder.path(), "ZONAS"), folder / "ZONAs.dbf") << "the first in byte order";
+}
+
+TEST_F(DatabasesTest, AnIndexIsLookedForWhereItsTableIs) {
+    EXPECT_EQ(findIndexFile(folder / "towns.dbf"), folder / "TOWNS.MDX");
+    EXPECT_EQ(findIndexFile("/AMBREL-NO.DBF"), std::nullopt) << "in the root";
+    EXPECT_EQ(findIndexFile("AMBREL-NO.DBF"), std::nullopt) << "in the folder of the process";
+}
+
 TEST_F(DatabasesTest, MissingTableNamesFolderAndTable) {
     Dataset missing("DB", "STREETS");
     const auto error = errorOf([&] { missing.open(); });

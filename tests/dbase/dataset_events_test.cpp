@@ -68,6 +68,28 @@ TEST_F(CalculationTest, FollowsThePendingRow) {
     EXPECT_EQ(whole_.text(), "BCN,08019");
 }
 
+TEST_F(CalculationTest, ACalculatedTextReadsAsItsNumberToo) {
+    towns.setOnCalculate([this](Dataset&) { whole_.setInteger(4711); });
+    towns.next();
+    EXPECT_EQ(whole_.integer(), 4711);
+    EXPECT_EQ(whole_.number(), 4711.0);
+    EXPECT_EQ(whole_.view(), "4711");
+}
+
+TEST_F(CalculationTest, AHandlerThatCompletesThePendingRowDoesNotRunItselfAgain) {
+    towns.setOnCalculate([this](Dataset& table) {
+        ++calculations_;
+        if (table.state() == DatasetState::Insert) {
+            table.field("PROV").setText(table.field("CODE").text().substr(0, 2));
+        }
+    });
+    towns.append();
+    calculations_ = 0;
+    towns.field("CODE").setText("28079");
+    EXPECT_EQ(towns.field("PROV").text(), "28");
+    EXPECT_EQ(calculations_, 1);
+}
+
 TEST_F(CalculationTest, SwitchedOffSetsNothing) {
     EXPECT_TRUE(towns.autoCalculates()) << "on by default";
     towns.setAutoCalculates(false);
@@ -282,6 +304,14 @@ TEST_F(NotificationTest, FaultOfAListenerAtTheEndOfAPauseIsLost) {
 }
 
 // --- Data source
+
+TEST_F(NotificationTest, DataSourceOfADestroyedDatasetHasNone) {
+    auto passing = std::make_unique<Dataset>("DB", "TOWNS");
+    DataSource source(passing.get());
+    EXPECT_EQ(source.dataset(), passing.get());
+    passing.reset();
+    EXPECT_EQ(source.dataset(), nullptr);
+}
 
 TEST_F(NotificationTest, DataSourcePassesOnWhatItsDatasetTells) {
     DataSource source(&towns);

@@ -191,6 +191,92 @@ TEST_F(FieldsTest, BoundIntegerTakes16BitsAndNoMore) {
     EXPECT_EQ(group.text(), "-32768");
 }
 
+TEST_F(FieldsTest, ALogicalColumnTakesTheWordsOfBothWritings) {
+    place(towns, 1);
+    towns.edit();
+    Field& minor = towns.field("MINOR");
+    for (const char* word : {"True", "T", "true", "1"}) {
+        minor.setLogical(false);
+        minor.setText(word);
+        EXPECT_EQ(minor.text(), "True") << word;
+        EXPECT_TRUE(minor.logical()) << word;
+    }
+    for (const char* word : {"False", "F", "false", "0"}) {
+        minor.setLogical(true);
+        minor.setText(word);
+        EXPECT_EQ(minor.text(), "False") << word;
+    }
+    EXPECT_EQ(setting(minor, "sí"), ErrorCode::BadValue);
+    EXPECT_EQ(codeOf([&] { towns.field("NAME").setLogical(false); }), ErrorCode::BadValue);
+    EXPECT_EQ(codeOf([&] { towns.field("NAME").setLogical(true); }), ErrorCode::BadValue);
+}
+
+TEST_F(FieldsTest, BlanksMakeAnyColumnNull) {
+    place(towns, 1);
+    towns.edit();
+    for (const char* column : {"GROUP", "BALANCE", "SINCE", "MINOR"}) {
+        towns.field(column).setText("   ");
+        EXPECT_TRUE(towns.field(column).isNull()) << column;
+    }
+}
+
+TEST_F(FieldsTest, ANumberBeyondAnIntIsNoInt) {
+    createTable(ambrel::test::defineTable("LARGE", {"N N12"}),
+                {{"99999999999"}, {"-9999999999"}, {"2147483647"}});
+    Dataset large("DB", "LARGE");
+    large.open();
+    EXPECT_EQ(large.field("N").integer(), 0);
+    EXPECT_EQ(large.field("N").number(), 99999999999.0);
+    EXPECT_TRUE(large.next());
+    EXPECT_EQ(large.field("N").integer(), 0);
+    EXPECT_TRUE(large.next());
+    EXPECT_EQ(large.field("N").integer(), 2147483647);
+}
+
+TEST_F(FieldsTest, AFieldOfAClosedTableHasNoValueAndItsDeclaredWidth) {
+    Dataset bound("DB", "TOWNS");
+    Field& code = bound.bindCharacter("CODE", 5);
+    bound.open();
+    EXPECT_FALSE(code.isNull());
+    bound.close();
+    EXPECT_TRUE(code.isNull());
+    EXPECT_EQ(code.text(), "");
+    EXPECT_EQ(code.width(), 5U);
+    EXPECT_EQ(codeOf([&] { code.setText("1"); }), ErrorCode::BadState);
+    EXPECT_FALSE(bound.isReadOnly());
+    EXPECT_EQ(bound.readOnlyReason(), "");
+    const auto missing = errorOf([&] { (void)Dataset("DB", "TOWNS").field("STREET"); });
+    ASSERT_TRUE(missing);
+    EXPECT_EQ(missing->file(), "TOWNS") << "a table that is not open has no path";
+}
+
+TEST_F(FieldsTest, AColumnThatTheNextTableLacksIsNullAndCannotBeSet) {
+    Field& balance = towns.field("BALANCE");
+    towns.close();
+    createTable(ambrel::test::defineTable("SHORT", {"CODE C5"}, {"CODE"}), {{"1"}});
+    towns.setTable("DB", "SHORT");
+    towns.open();
+    EXPECT_TRUE(balance.isNull());
+    EXPECT_EQ(balance.text(), "");
+    EXPECT_EQ(towns.findField("BALANCE"), nullptr);
+    towns.edit();
+    EXPECT_EQ(setting(balance, "1"), ErrorCode::BadState);
+}
+
+TEST_F(FieldsTest, AFloatColumnReadsAsANumber) {
+    TableDefinition definition = ambrel::test::defineTable("FLOATS", {"F N8.2", "G N6", "H N10"});
+    for (Column& column : definition.columns) {
+        column.type = ColumnType::Float;
+    }
+    createTable(definition, {{"1.5", "7", "8"}});
+    Dataset floats("DB", "FLOATS");
+    floats.open();
+    EXPECT_EQ(floats.field("F").kind(), FieldKind::Number);
+    EXPECT_EQ(floats.field("F").number(), 1.5);
+    EXPECT_EQ(floats.field("G").kind(), FieldKind::Integer);
+    EXPECT_EQ(floats.field("H").kind(), FieldKind::Number) << "ten digits do not fit an int";
+}
+
 class IntegerWidths : public TownsTest, public ::testing::WithParamInterface<int> {};
 
 TEST_P(IntegerWidths, AnyWidthBindsAndRefusesWhatItCannotHold) {

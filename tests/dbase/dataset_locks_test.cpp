@@ -33,6 +33,21 @@ TEST_F(LocksTest, EditLocksTheRecordAgainstOtherCursors) {
     other.edit();
 }
 
+TEST_F(LocksTest, UnlockAllKeepsTheRecordBeingEdited) {
+    openBoth(5);
+    ASSERT_TRUE(towns.lockCurrent());
+    place(towns, 6);
+    ASSERT_TRUE(towns.lockCurrent());
+    towns.edit();
+    towns.unlockAll();
+    other.edit();
+    other.cancel();
+    place(other, 6);
+    EXPECT_EQ(codeOf([&] { other.edit(); }), ErrorCode::LockRefused);
+    towns.cancel();
+    other.edit();
+}
+
 TEST_F(LocksTest, PostCancelAndMovesFreeTheRecord) {
     openBoth(5);
     towns.edit();

@@ -114,6 +114,14 @@ TEST_F(SeekTest, IntegerForACharacterColumnIsZeroPaddedToItsWidth) {
     EXPECT_EQ(towns.recordNumber(), 2u);
 }
 
+TEST_F(SeekTest, NegativeIntegerForACharacterColumnKeepsItsSignInFront) {
+    append(towns, {{"CODE", "-0005"}});
+    EXPECT_TRUE(exact(towns, {{"CODE", -5}}));
+    EXPECT_EQ(towns.field("CODE").text(), "-0005");
+    EXPECT_TRUE(exact(towns, {{"CODE", 46250}})) << "as wide as the column";
+    EXPECT_EQ(codeOf([&] { (void)exact(towns, {{"CODE", 462500}}); }), ErrorCode::BadValue);
+}
+
 TEST_F(SeekTest, NumericTagTakesIntegersAndTexts) {
     towns.setTag("GROUP");
     EXPECT_TRUE(exact(towns, {{"GROUP", 3}}));
@@ -136,6 +144,12 @@ TEST_F(SeekTest, ValueThatItsColumnCannotHoldRaisesAndMovesNothing) {
     towns.setTag("SINCE");
     EXPECT_EQ(codeOf([&] { nearest(towns, {{"SINCE", "20210230"}}); }), ErrorCode::BadValue);
     EXPECT_EQ(towns.recordNumber(), 6u);
+}
+
+TEST_F(SeekTest, NumberWrittenAsTextThatItsColumnCannotHoldRaises) {
+    towns.setTag("GROUP");
+    EXPECT_EQ(codeOf([&] { (void)exact(towns, {{"GROUP", "12345678"}}); }), ErrorCode::BadValue);
+    EXPECT_TRUE(exact(towns, {{"GROUP", "10"}}));
 }
 
 TEST_F(SeekTest, TextLongerThanItsColumnIsCut) {

@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <csetjmp>
+#include <csignal>
+#include <memory>
+
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
@@ -81,6 +85,64 @@ TEST_F(MappedViewTest, AFaultElsewhereStillEndsTheProcess) {
             _exit(*bare);
         },
         [](int status) { return !WIFEXITED(status) || WEXITSTATUS(status) != 0; }, "");
+}
+
+/// In a process of its own, whose first view comes after the handlers that a program may have.
+class HandlerTest : public MappedViewTest {
+protected:
+    static inline sigjmp_buf back;
+    static void jumpBack(int) { siglongjmp(back, 1); }
+    static void jumpBackWithInfo(int, siginfo_t*, void*) { siglongjmp(back, 2); }
+
+    /// Ends with what came back from a fault outside of every view, 0 for none.
+    [[noreturn]] void faultElsewhere() {
+        const MappedView guarded(descriptor_, page);
+        const int other = open(folder_.write("otra", "").c_str(), O_RDWR);
+        const char* bare = static_cast<const char*>(mmap(nullptr, page, PROT_READ, MAP_SHARED, other, 0));
+        const int jumped = sigsetjmp(back, 1);
+        if (jumped == 0) {
+            volatile char read = *bare;
+            static_cast<void>(read);
+        }
+        exit(jumped);
+    }
+};
+
+TEST_F(HandlerTest, AFaultElsewhereReachesTheHandlerThatTheProgramHad) {
+    const auto endsWith = [](int code) { return ::testing::ExitedWithCode(code); };
+    EXPECT_EXIT(
+        {
+            signal(SIGBUS, jumpBack);
+            faultElsewhere();
+        },
+        endsWith(1), "");
+    EXPECT_EXIT(
+        {
+            struct sigaction action = {};
+            action.sa_sigaction = jumpBackWithInfo;
+            action.sa_flags = SA_SIGINFO;
+            sigaction(SIGBUS, &action, nullptr);
+            faultElsewhere();
+        },
+        endsWith(2), "");
+}
+
+TEST_F(MappedViewTest, AFileThatCannotBeMappedHasNoView) {
+    MappedView none(-1, page);
+    EXPECT_EQ(none.data(), nullptr);
+    EXPECT_FALSE(none.isTorn());
+    none.renew();
+    EXPECT_EQ(none.data(), nullptr);
+}
+
+TEST_F(MappedViewTest, MoreFilesThanCanBeGuardedAreReadWithoutAView) {
+    std::vector<std::unique_ptr<MappedView>> views;
+    while (views.empty() || (views.back()->data() != nullptr && views.size() < 5000)) {
+        views.push_back(std::make_unique<MappedView>(descriptor_, page));
+    }
+    EXPECT_EQ(views.back()->data(), nullptr);
+    views.front().reset();
+    EXPECT_NE(MappedView(descriptor_, page).data(), nullptr) << "a place came free";
 }
 
 /// A table of several pages on the disk, opened before it is cut.

@@ -65,10 +65,12 @@ protected:
     }
 
     void expectSound(RecordNumber rows) const {
-        const auto table = stored_.open();
-        EXPECT_EQ(table->records().recordCount(), rows);
-        for (const std::string& tag : table->tagNames())
-            EXPECT_EQ(order(*table, tag).size(), rows) << tag;
+        {
+            const auto table = stored_.open();
+            EXPECT_EQ(table->records().recordCount(), rows);
+            for (const std::string& tag : table->tagNames())
+                EXPECT_EQ(order(*table, tag).size(), rows) << tag;
+        }
         EXPECT_EQ(stored_.findings(), "");
     }
 
@@ -175,16 +177,70 @@ TEST_F(RecoveryTest, AnIndexThatCannotBeWalkedCountsAsStale) {
     EXPECT_THROW((void)stored_.open(), Error);
 }
 
-/// Rows fewer than the header says are a loss: nobody shall make the index agree with it and so hide it.
-TEST_F(RecoveryTest, ACutTableIsRefusedAndLeftAsItIs) {
+TEST_F(RecoveryTest, ATableCutBeforeItIsOpenedGoesOnWithItsCompleteRecords) {
+    tableBytes().resize(tableBytes().size() - 500);
+    expectSound(86);
+}
+
+TEST_F(RecoveryTest, ACutTableThatIsReadOnlyIsRefusedAndLeftAsItIs) {
     tableBytes().resize(tableBytes().size() - 500);
     const Bytes table = tableBytes(), index = indexBytes();
-    const Error error = errorOf([&] { (void)stored_.open(); });
-    EXPECT_EQ(error.code(), ErrorCode::BadTable);
-    EXPECT_EQ(error.file(), "MEMORIA.DBF");
-    EXPECT_NE(std::string(error.what()).find("100"), std::string::npos) << error.what();
+    EXPECT_EQ(errorOf([&] { (void)stored_.openReadOnly(); }).code(), ErrorCode::StaleIndex);
     EXPECT_EQ(tableBytes(), table);
     EXPECT_EQ(indexBytes(), index);
+}
+
+/// Somebody may be copying another one over it: it must not be written to meanwhile.
+TEST_F(RecoveryTest, ATableCutWhileItIsOpenIsRefusedAndLeftAsItIs) {
+    const TemporaryFolder folder;
+    const std::string path = folder / "RECUPERA.DBF", indexPath = folder / "RECUPERA.MDX";
+    writeFile(path, tableBytes());
+    writeFile(indexPath, indexBytes());
+    const auto opened = Table::open(path);
+    ASSERT_EQ(truncate(path.c_str(), static_cast<off_t>(tableBytes().size() - 500)), 0);
+    EXPECT_THROW((void)storedRecord(*opened, 100), Error); // noticed
+    const Bytes table = readFile(path), index = readFile(indexPath);
+    const Error error = errorOf([&] { (void)order(*opened, "NOMBRE"); });
+    EXPECT_EQ(error.code(), ErrorCode::BadTable);
+    EXPECT_EQ(error.file(), path);
+    EXPECT_NE(std::string(error.what()).find("100"), std::string::npos) << error.what();
+    EXPECT_THROW(opened->append(row(100)), Error);
+    EXPECT_EQ(readFile(path), table);
+    EXPECT_EQ(readFile(indexPath), index);
+}
+
+/// The copy goes on behind what was there when somebody opened the table, and is whole in the end.
+TEST_F(RecoveryTest, ACopyThatGoesOnBehindAnOpeningLosesNothing) {
+    const Bytes whole = tableBytes();
+    tableBytes().resize(tableBytes().size() - 500);
+    {
+        const auto opened = stored_.open();
+        tableBytes().resize(whole.size() - 500);
+        tableBytes().insert(tableBytes().end(), whole.end() - 500, whole.end());
+    }
+    expectSound(100);
+}
+
+TEST_F(RecoveryTest, CompleteRecordsThatDoNotCountYetAreAdopted) {
+    const std::uint32_t count = load32(tableBytes().data() + 4);
+    appendWithoutIndex(100);
+    appendWithoutIndex(101);
+    store32(tableBytes().data() + 4, count);
+    expectSound(102);
+}
+
+TEST_F(RecoveryTest, PartOfARecordBehindTheCountIsNone) {
+    tableBytes().pop_back();
+    const Bytes record = row(100);
+    tableBytes().insert(tableBytes().end(), record.begin(), record.end() - 1);
+    EXPECT_EQ(stored_.open()->records().recordCount(), 100U);
+}
+
+/// A packer that does not shorten the file leaves old records behind its end mark.
+TEST_F(RecoveryTest, RecordsBehindTheEndMarkAreNone) {
+    const Bytes record = row(100);
+    tableBytes().insert(tableBytes().end(), record.begin(), record.end());
+    EXPECT_EQ(stored_.open()->records().recordCount(), 100U);
 }
 
 TEST_F(RecoveryTest, ReindexingKeepsWhatACutTableStillHolds) {

@@ -1,68 +1,10 @@
 // The B-trees of the tags: walking, seeking, splitting, emptying, using blocks again.
-#include "dbase/tree_cursor.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <numeric>
-
-#include "dbase/bytes.h"
-#include "dbase/index_layout.h"
-#include "dbase/table.h"
-#include "support/StoredTable.h"
+#include "tree_fixture.h"
 
 namespace {
 
 using namespace dbase;
 using namespace dbase::test;
-
-/// A table of one column with one tag on it; the width decides how many keys a block holds.
-class TreeTest : public ::testing::Test {
-protected:
-    void make(std::uint16_t width, TagDefinition tag = {.name = "K", .expression = "K"},
-              unsigned blockPages = 2) {
-        stored_ = std::make_unique<MemoryTable>(
-            TableDefinition{
-                .name = "ARBOL", .columns = {{"K", ColumnType::Character, width, 0, 0}}, .tags = {tag}},
-            blockPages);
-        table_ = stored_->open();
-    }
-
-    RecordNumber append(const std::string& key) {
-        return table_->append(makeRecord(table_->schema(), {key}));
-    }
-    void setKey(RecordNumber number, const std::string& key) {
-        table_->overwrite(number, storedRecord(*table_, number), makeRecord(table_->schema(), {key}));
-    }
-    static std::string numbered(int number) {
-        const std::string digits = std::to_string(number);
-        return std::string(5 - digits.size(), '0') + digits;
-    }
-
-    [[nodiscard]] const Tag& tag() const { return *table_->findTag("K"); }
-    [[nodiscard]] TreeCursor cursor() const { return {*table_->index(), tag()}; }
-    [[nodiscard]] std::size_t levels() const {
-        TreeCursor at = cursor();
-        at.first();
-        return at.path().size();
-    }
-    [[nodiscard]] std::size_t indexSize() const { return stored_->index->bytes.size(); }
-    [[nodiscard]] std::size_t leafCount() const {
-        std::size_t leaves = 0;
-        TreeCursor at = cursor();
-        for (bool on = at.first(); on; on = at.nextLeaf())
-            ++leaves;
-        return leaves;
-    }
-    static std::vector<RecordNumber> upTo(RecordNumber last) {
-        std::vector<RecordNumber> numbers(last);
-        std::iota(numbers.begin(), numbers.end(), RecordNumber{1});
-        return numbers;
-    }
-
-    std::unique_ptr<MemoryTable> stored_;
-    std::unique_ptr<Table> table_;
-};
 
 TEST_F(TreeTest, AnEmptyTreeHasNoEntry) {
     make(5);

@@ -8,6 +8,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "support/CoverageProfile.h"
+
 namespace dbase::test {
 
 void ChildProcess::Link::tell() const {
@@ -37,6 +39,7 @@ ChildProcess::ChildProcess(const std::function<int(const Link&)>& work) {
         } catch (const std::exception&) {
             code = 200;
         }
+        ambrel::test::keepCoverage();
         _exit(code);
     }
     close(down[0]);
@@ -48,6 +51,14 @@ ChildProcess::ChildProcess(const std::function<int(const Link&)>& work) {
 ChildProcess::~ChildProcess() {
     if (pid_ > 0)
         join();
+}
+
+void ChildProcess::kill() const { ::kill(pid_, SIGKILL); }
+
+bool ChildProcess::hasEnded() const {
+    siginfo_t info{};
+    return waitid(P_PID, static_cast<id_t>(pid_), &info, WEXITED | WNOHANG | WNOWAIT) != 0 ||
+           info.si_pid != 0;
 }
 
 int ChildProcess::join() {

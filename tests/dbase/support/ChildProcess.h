@@ -29,6 +29,9 @@ public:
 
     void tell() const { Link(toParent_, toChild_).tell(); }
     void await() const { Link(toParent_, toChild_).await(); }
+    /// kill -9.
+    void kill() const;
+    [[nodiscard]] bool hasEnded() const;
     /// Waits for the end; the exit code, or minus the signal that ended it.
     int join();
 

@@ -2,19 +2,19 @@
 
 namespace dbase::test {
 
-bool FaultyFile::strikes(std::size_t number, std::size_t failing) const {
-    if (failing == Faults::never || number < failing || (number > failing && !faults_->keepsFailing))
+bool Faults::strike(std::size_t number, std::size_t failing) const {
+    if (failing == never || number < failing || (number > failing && !keepsFailing))
         return false;
-    if (faults_->insteadOfFailing)
-        faults_->insteadOfFailing();
+    if (insteadOfFailing)
+        insteadOfFailing();
     return true;
 }
 
 void FaultyFile::fail(ErrorCode code) const { throw Error(code, path(), "fallo provocado"); }
 
 void FaultyFile::read(std::uint64_t offset, std::span<char> bytes) const {
-    if (strikes(++faults_->reads, faults_->failingRead))
-        fail(ErrorCode::Io);
+    if (faults_->strike(++faults_->reads, faults_->failingRead))
+        fail(faults_->code);
     file_->read(offset, bytes);
 }
 
@@ -25,21 +25,42 @@ void FaultyFile::write(std::uint64_t offset, std::span<const char> bytes) {
     const bool isFailing = number == faults_->failingWrite;
     if (isFailing && faults_->tearsWrite)
         file_->write(offset, bytes.first(bytes.size() / 2));
-    if (strikes(number, faults_->failingWrite))
-        fail(ErrorCode::Io);
+    if (faults_->strike(number, faults_->failingWrite))
+        fail(faults_->code);
     file_->write(offset, bytes);
 }
 
 void FaultyFile::resize(std::uint64_t size) {
-    if (strikes(++faults_->writes, faults_->failingWrite))
-        fail(ErrorCode::Io);
+    if (faults_->strike(++faults_->writes, faults_->failingWrite))
+        fail(faults_->code);
     file_->resize(size);
 }
 
 void FaultyFile::sync() {
-    if (strikes(++faults_->syncs, faults_->failingSync))
-        fail(ErrorCode::Io);
+    if (faults_->strike(++faults_->syncs, faults_->failingSync))
+        fail(faults_->code);
     file_->sync();
+}
+
+void FaultyJournal::step() const {
+    if (faults_->strike(++faults_->journalSteps, faults_->failingJournalStep))
+        throw Error(faults_->code, "MEMORIA.AMJ", "fallo provocado");
+}
+
+std::unique_ptr<File> FaultyJournal::openExisting() {
+    step();
+    std::unique_ptr<File> file = place_->openExisting();
+    return file ? std::make_unique<FaultyFile>(std::move(file), faults_) : nullptr;
+}
+
+std::unique_ptr<File> FaultyJournal::create() {
+    step();
+    return std::make_unique<FaultyFile>(place_->create(), faults_);
+}
+
+void FaultyJournal::remove() {
+    step();
+    place_->remove();
 }
 
 } // namespace dbase::test

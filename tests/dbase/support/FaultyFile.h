@@ -1,4 +1,4 @@
-// A file that fails when it is told to.
+// A file, and a place of a journal, that fail when they are told to.
 #pragma once
 
 #include <functional>
@@ -7,6 +7,7 @@
 
 #include "dbase/error.h"
 #include "dbase/file.h"
+#include "dbase/journal_place.h"
 
 namespace dbase::test {
 
@@ -17,13 +18,18 @@ struct Faults {
     std::size_t failingWrite = never; // writes and changes of size
     std::size_t failingRead = never;
     std::size_t failingSync = never;
-    bool keepsFailing = false; // everything of the same kind after the failing one fails too
-    bool tearsWrite = false;   // the first half of the failing write arrives
+    std::size_t failingJournalStep = never; // opening, creating and removing a journal
+    ErrorCode code = ErrorCode::Io;         // of what fails
+    bool keepsFailing = false;              // everything of the same kind after the failing one fails too
+    bool tearsWrite = false;                // the first half of the failing write arrives
     std::uint64_t largestSize =
         std::numeric_limits<std::uint64_t>::max(); // of each file: the disk is full beyond
     std::function<void()> insteadOfFailing;        // such as the death of the process
 
-    std::size_t writes = 0, reads = 0, syncs = 0; // so far
+    std::size_t writes = 0, reads = 0, syncs = 0, journalSteps = 0; // so far
+
+    /// Whether the operation with this number fails, of which the failing one is told.
+    [[nodiscard]] bool strike(std::size_t number, std::size_t failing) const;
 };
 
 class FaultyFile final : public File {
@@ -40,12 +46,29 @@ public:
     void sync() override;
     bool tryLock(LockRange range, LockKind kind) override { return file_->tryLock(range, kind); }
     void unlock(LockRange range) noexcept override { file_->unlock(range); }
+    bool isLockedByOthers(LockRange range) const override { return file_->isLockedByOthers(range); }
 
 private:
-    [[nodiscard]] bool strikes(std::size_t number, std::size_t failing) const;
     [[noreturn]] void fail(ErrorCode code) const;
 
     std::unique_ptr<File> file_;
+    std::shared_ptr<Faults> faults_;
+};
+
+/// Its files share the faults.
+class FaultyJournal final : public JournalPlace {
+public:
+    FaultyJournal(std::unique_ptr<JournalPlace> place, std::shared_ptr<Faults> faults)
+        : place_(std::move(place)), faults_(std::move(faults)) {}
+
+    std::unique_ptr<File> openExisting() override;
+    std::unique_ptr<File> create() override;
+    void remove() override;
+
+private:
+    void step() const;
+
+    std::unique_ptr<JournalPlace> place_;
     std::shared_ptr<Faults> faults_;
 };
 

@@ -41,8 +41,16 @@ bool MemoryFile::tryLock(LockRange range, LockKind kind) {
             (kind == LockKind::Exclusive || lock.kind == LockKind::Exclusive))
             return false;
     }
+    unlock(range); // a second one of the same opening takes the place of the first
     content_->locks.push_back({this, range, kind});
     return true;
+}
+
+bool MemoryFile::isLockedByOthers(LockRange range) const {
+    return std::any_of(content_->locks.begin(), content_->locks.end(), [&](const MemoryContent::Lock& lock) {
+        return lock.owner != this && lock.range.offset < range.offset + range.length &&
+               range.offset < lock.range.offset + lock.range.length;
+    });
 }
 
 void MemoryFile::unlock(LockRange range) noexcept {

@@ -39,6 +39,7 @@ public:
     void sync() override {}
     bool tryLock(LockRange range, LockKind kind) override;
     void unlock(LockRange range) noexcept override;
+    bool isLockedByOthers(LockRange range) const override;
 
 private:
     std::shared_ptr<MemoryContent> content_;

@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "dbase/index_layout.h"
+#include "dbase/locks.h"
 #include "dbase/tree_cursor.h"
 #include "support/TemporaryFolder.h"
 
@@ -144,13 +145,17 @@ std::unique_ptr<Table> MemoryTable::open(const std::shared_ptr<Faults>& faults) 
     const auto opened = [&](const std::shared_ptr<MemoryContent>& content, const char* path) {
         return std::make_unique<FaultyFile>(std::make_unique<MemoryFile>(content, path), faults);
     };
-    return std::make_unique<Table>(opened(records, "MEMORIA.DBF"),
-                                   index->bytes.empty() ? nullptr : opened(index, "MEMORIA.MDX"));
+    auto table = opened(records, "MEMORIA.DBF");
+    holdLock(*table, presenceLock, LockKind::Shared); // as everybody does who opens a table by its name
+    return std::make_unique<Table>(
+        std::move(table), index->bytes.empty() ? nullptr : opened(index, "MEMORIA.MDX"), std::string(),
+        std::make_unique<FaultyJournal>(std::make_unique<MemoryJournal>(journal), faults));
 }
 
 std::unique_ptr<Table> MemoryTable::openReadOnly() const {
     return std::make_unique<Table>(std::make_unique<MemoryFile>(records, "MEMORIA.DBF", false),
-                                   std::make_unique<MemoryFile>(index, "MEMORIA.MDX", false));
+                                   std::make_unique<MemoryFile>(index, "MEMORIA.MDX", false), std::string(),
+                                   std::make_unique<MemoryJournal>(journal, false));
 }
 
 std::string MemoryTable::findings() const {

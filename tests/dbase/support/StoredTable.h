@@ -8,6 +8,7 @@
 
 #include "FaultyFile.h"
 #include "MemoryFile.h"
+#include "MemoryJournal.h"
 #include "dbase/check.h"
 #include "dbase/table.h"
 #include "dbase/table_definition.h"
@@ -44,7 +45,7 @@ void writeFile(const std::string& path, std::span<const char> bytes);
 /// What the operation raises. Fails the test when it raises nothing.
 [[nodiscard]] Error errorOf(const std::function<void()>& operation);
 
-/// Both files of a table, and any number of openings of them.
+/// The files of a table, and any number of openings of them.
 struct MemoryTable {
     explicit MemoryTable(const TableDefinition& definition, unsigned blockPages = 2);
     /// Of the bytes of two files; an empty index is none.
@@ -58,6 +59,7 @@ struct MemoryTable {
 
     std::shared_ptr<MemoryContent> records = std::make_shared<MemoryContent>();
     std::shared_ptr<MemoryContent> index = std::make_shared<MemoryContent>();
+    std::shared_ptr<MemoryName> journal = std::make_shared<MemoryName>();
 };
 
 } // namespace dbase::test

@@ -1,0 +1,31 @@
+#include "MemoryJournal.h"
+
+#include "dbase/error.h"
+
+namespace dbase::test {
+
+namespace {
+constexpr const char* path = "MEMORIA.AMJ";
+} // namespace
+
+void MemoryJournal::requireWritable() const {
+    if (!writable_)
+        throw Error(ErrorCode::AccessDenied, path, "no se puede escribir en la carpeta");
+}
+
+std::unique_ptr<File> MemoryJournal::openExisting() {
+    return name_->content ? std::make_unique<MemoryFile>(name_->content, path, writable_) : nullptr;
+}
+
+std::unique_ptr<File> MemoryJournal::create() {
+    requireWritable();
+    name_->content = std::make_shared<MemoryContent>();
+    return std::make_unique<MemoryFile>(name_->content, path);
+}
+
+void MemoryJournal::remove() {
+    requireWritable();
+    name_->content.reset();
+}
+
+} // namespace dbase::test

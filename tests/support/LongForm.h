@@ -1,0 +1,13 @@
+// How much a test of endurance does: a size for every run, and the one of scripts/resistencia.
+#pragma once
+
+#include <cstdlib>
+
+namespace ambrel::test {
+
+/// The second size when the environment variable AMBREL_RESISTENCIA is set, else the first.
+[[nodiscard]] inline int longForm(int everyRun, int longRun) {
+    return std::getenv("AMBREL_RESISTENCIA") != nullptr ? longRun : everyRun;
+}
+
+} // namespace ambrel::test
