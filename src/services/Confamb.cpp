@@ -43,6 +43,7 @@ void TConfig::loadIni(const std::string& path) {
     setMunicipality(values.municipality.value_or(municipalityCode_),
                     values.municipalityName.value_or(municipality_));
     EntidadesMenores = values.minorEntities.value_or(EntidadesMenores);
+    AsegurarEnDisco = values.securesOnDisk.value_or(AsegurarEnDisco);
     directoryService.server = values.directoryServer.value_or(directoryService.server);
     directoryService.actionPrefix = values.actionPrefix.value_or(directoryService.actionPrefix);
     directoryService.xmlNamespace = values.xmlNamespace.value_or(directoryService.xmlNamespace);

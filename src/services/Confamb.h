@@ -34,6 +34,10 @@ public:
     /// Whether minor population entities are shown.
     bool EntidadesMenores = false;
 
+    /// Whether a street that was accepted is safe from a power cut at once, at the price of a wait for the
+    /// disk. Without it the last ones before the cut may be missing; the tables are whole either way.
+    bool AsegurarEnDisco = true;
+
     /// The public service until the host gives another.
     ambrel::DirectoryService directoryService;
 
@@ -57,6 +61,7 @@ public:
     ///     Nombre=MADRID
     ///     [Opciones]
     ///     EntidadesMenores=no     ; si, no
+    ///     AsegurarEnDisco=si
     ///     [Callejero]
     ///     Servidor=http://ovc.catastro.meh.es
     ///     Accion=http://tempuri.org

@@ -4,17 +4,19 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <fstream>
+#include <optional>
 #include <sstream>
 
 #include "dbase/codepage.h"
 #include "dbase/error.h"
+#include "services/FileStart.h"
 
 namespace ambrel {
 namespace {
 
 constexpr const char* blanks = " \t\r";
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t largestFile = std::size_t{1} << 20;
 
 std::string trimmed(std::string_view text) {
     const std::size_t first = text.find_first_not_of(blanks);
@@ -28,21 +30,27 @@ bool sameName(std::string_view a, std::string_view b) {
     return std::ranges::equal(a, b, {}, lower, lower);
 }
 
+bool isControl(char c) { return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7F'; }
+
 class Reader {
 public:
     explicit Reader(const std::string& path) : path_(path) {}
 
     ConfigValues read() {
-        std::ifstream file(path_, std::ios::binary);
+        const std::optional<std::string> content = fileStart(path_, largestFile + 1);
+        if (!content)
+            throw dbase::Error(dbase::ErrorCode::NotFound, path_, "No se puede leer la configuración");
+        if (content->size() > largestFile)
+            throw dbase::Error(dbase::ErrorCode::BadValue, path_,
+                               "El fichero es demasiado grande para una configuración");
+        std::istringstream lines(*content);
         std::string text;
-        while (std::getline(file, text)) {
+        while (std::getline(lines, text)) {
             ++line_;
             if (line_ == 1 && text.starts_with(byteOrderMark))
                 text.erase(0, byteOrderMark.size());
             readLine(trimmed(text));
         }
-        if (line_ == 0 && !file.eof())
-            throw dbase::Error(dbase::ErrorCode::NotFound, path_, "No se puede leer la configuración");
         if (values_.alias && !values_.folder)
             fail("hay un Alias sin su Carpeta");
         return values_;
@@ -52,6 +60,9 @@ private:
     void readLine(const std::string& line) {
         if (line.empty() || line.front() == ';' || line.front() == '#')
             return;
+        // They would cut a path short, or end a line of a request.
+        if (std::ranges::any_of(line, isControl))
+            fail("hay un carácter de control");
         if (line.front() == '[') {
             if (line.back() != ']')
                 fail("falta el corchete de cierre de la sección");
@@ -84,6 +95,8 @@ private:
             values_.municipalityName = text(value);
         else if (is("Opciones", "EntidadesMenores"))
             values_.minorEntities = choice(value);
+        else if (is("Opciones", "AsegurarEnDisco"))
+            values_.securesOnDisk = choice(value);
         else if (is("Callejero", "Servidor"))
             values_.directoryServer = address(value);
         else if (is("Callejero", "Accion"))

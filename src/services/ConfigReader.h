@@ -12,7 +12,7 @@ struct ConfigValues {
     std::optional<std::string> alias, folder;
     std::optional<int> province, municipality;
     std::optional<std::string> provinceName, provinceOfStreets, municipalityName;
-    std::optional<bool> minorEntities;
+    std::optional<bool> minorEntities, securesOnDisk;
     std::optional<std::string> directoryServer, actionPrefix, xmlNamespace;
 };
 

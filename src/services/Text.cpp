@@ -21,6 +21,18 @@ char32_t withoutStroke(char32_t letter) {
     return letter;
 }
 
+/// Composing letters and marks takes the square of the time for a run of marks, so a text is composed in
+/// pieces. A letter stays together with its marks, unless it has hundreds of them.
+qsizetype pieceEnd(const QString& text, qsizetype begin) {
+    constexpr qsizetype longest = 256;
+    if (text.size() - begin <= longest)
+        return text.size();
+    qsizetype end = begin + longest;
+    while (end > begin + 1 && (text[end].isMark() || text[end].isLowSurrogate()))
+        --end;
+    return end > begin + 1 ? end : begin + longest;
+}
+
 void appendNearest(std::string& bytes, char32_t character) {
     if (const auto byte = page().encode(withoutStroke(character))) {
         bytes.push_back(static_cast<char>(*byte));
@@ -59,8 +71,12 @@ std::optional<std::string> toWindows1252(const QString& text) {
 
 std::string toNearestWindows1252(const QString& text) {
     std::string bytes;
-    for (const char32_t character : text.normalized(QString::NormalizationForm_C).toStdU32String())
-        appendNearest(bytes, character);
+    for (qsizetype begin = 0, end = 0; begin < text.size(); begin = end) {
+        end = pieceEnd(text, begin);
+        const QString piece = text.sliced(begin, end - begin).normalized(QString::NormalizationForm_C);
+        for (const char32_t character : piece.toStdU32String())
+            appendNearest(bytes, character);
+    }
     return bytes;
 }
 

@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
+#include <filesystem>
+
 #include "dbase/databases.h"
 #include "dbase/error.h"
 #include "support/Tables.h"
@@ -42,6 +46,7 @@ TEST_F(Configuration, IsEmptyAtFirst) {
     EXPECT_EQ(config.GetnMunicipio(), 0);
     EXPECT_EQ(config.GetAliasAmbrel(), "DB");
     EXPECT_FALSE(config.EntidadesMenores);
+    EXPECT_TRUE(config.AsegurarEnDisco);
 }
 
 TEST_F(Configuration, SpeaksToThePublicDirectoryAtFirst) {
@@ -105,7 +110,8 @@ TEST_F(Configuration, IniFileFillsEverything) {
                    "codigo=2\r\n"
                    "nombre=15030\r\n"
                    "[Opciones]\r\n"
-                   "EntidadesMenores=Sí\r\n"),
+                   "EntidadesMenores=Sí\r\n"
+                   "AsegurarEnDisco=no\r\n"),
               "");
     EXPECT_EQ(config.GetAliasAmbrel(), "AMBREL");
     EXPECT_EQ(config.DatabasePath("AMBREL"), "/srv/datos");
@@ -116,6 +122,7 @@ TEST_F(Configuration, IniFileFillsEverything) {
     EXPECT_EQ(config.GetnMunicipio(), 2);
     EXPECT_EQ(config.GetsMunicipio(), "15030");
     EXPECT_TRUE(config.EntidadesMenores);
+    EXPECT_FALSE(config.AsegurarEnDisco);
 }
 
 TEST_F(Configuration, IniFileLeavesWhatItDoesNotName) {
@@ -171,6 +178,30 @@ TEST_F(Configuration, IniFileThatCannotBeReadRaises) {
             EXPECT_EQ(std::string(error.what()), path + ": No se puede leer la configuración");
         }
     }
+}
+
+TEST_F(Configuration, IniFileIsAPlainFileOfSensibleSize) {
+    const std::string pipe = folder / "tubo.ini", endless = folder / "sin fin.ini";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    std::filesystem::create_symlink("/dev/zero", endless);
+    for (const std::string& path : {pipe, endless, folder.path(), folder / "falta.ini"})
+        try {
+            config.loadIni(path);
+            ADD_FAILURE() << path;
+        } catch (const dbase::Error& error) {
+            EXPECT_EQ(error.code(), dbase::ErrorCode::NotFound) << path;
+        }
+    EXPECT_EQ(load(std::string(1 << 20, '\n')), "");
+    EXPECT_NE(load(std::string((1 << 20) + 1, '\n')).find("demasiado grande"), std::string::npos);
+}
+
+TEST_F(Configuration, RefusesControlCharacters) {
+    EXPECT_NE(load(std::string("[BaseDeDatos]\nCarpeta=datos\0/otros\n", 37)).find("línea 2"),
+              std::string::npos);
+    EXPECT_NE(load("[Callejero]\nAccion=http://x\rCookie: y\n").find("carácter de control"),
+              std::string::npos);
+    EXPECT_EQ(load("[Provincia]\nNombre=A\tB\n"), "");
+    EXPECT_EQ(load("; un comentario con \x01\n"), "");
 }
 
 } // namespace

@@ -1,7 +1,13 @@
 // Table access.
 #include "services/Ruttb.h"
 
+#include <filesystem>
+#include <functional>
+
+#include "dbase/databases.h"
 #include "dbase/error.h"
+#include "dbase/journal_place.h"
+#include "services/Confamb.h"
 #include "support/TableTest.h"
 
 namespace {
@@ -140,6 +146,58 @@ TEST_F(Ruttb, TBPostWritesAnInsertAndMakesItCurrent) {
     EXPECT_EQ(name(), "BILBAO");
     EXPECT_EQ(names(*CreaTabla("DB", "MUNICIPI", "NOMBRE", false, openNow)),
               (Names{"ARAVACA", "BARCELONA", "BILBAO", "MADRID", "SEVILLA", "VALENCIA"}));
+}
+
+/// The table as a power cut leaves it when the disk has got nothing but what was waited for.
+class RuttbPowerCut : public Ruttb {
+protected:
+    ~RuttbPowerCut() override {
+        dbase::setBootIdentity(boot_);
+        Config.AsegurarEnDisco = true;
+    }
+    [[nodiscard]] Names namesAfterThePowerCut(const std::function<void()>& work) {
+        const TemporaryFolder disk;
+        for (const char* file : {"MUNICIPI.DBF", "MUNICIPI.MDX"})
+            std::filesystem::copy_file(folder / file, disk / file);
+        work();
+        std::filesystem::copy_file(folder / "MUNICIPI.AMJ", disk / "MUNICIPI.AMJ");
+        dbase::setBootIdentity("otro arranque");
+        dbase::setDatabaseFolder("DISCO", disk.path());
+        dbase::Dataset found("DISCO", "MUNICIPI", "NOMBRE");
+        found.open();
+        return names(found);
+    }
+    void addTown() {
+        table->append();
+        table->field("NOMBRE").setText("LUGO");
+        TBPost(*table);
+    }
+
+private:
+    std::string boot_ = dbase::bootIdentity();
+};
+
+TEST_F(RuttbPowerCut, AnAcceptedRowAndADeletionAreThere) {
+    EXPECT_EQ(namesAfterThePowerCut([this] {
+                  addTown();
+                  ASSERT_TRUE(TBBusca(*table, {{"NOMBRE", "SEVILLA"}}, exactSearch));
+                  TBDelete(*table);
+              }),
+              (Names{"ARAVACA", "BARCELONA", "LUGO", "MADRID", "VALENCIA"}));
+}
+
+TEST_F(RuttbPowerCut, WithoutWaitingForTheDiskTheRowMayBeMissingAndTheTableIsWhole) {
+    Config.AsegurarEnDisco = false;
+    EXPECT_EQ(namesAfterThePowerCut([this] { addTown(); }),
+              (Names{"ARAVACA", "BARCELONA", "MADRID", "SEVILLA", "VALENCIA"}));
+}
+
+TEST_F(RuttbPowerCut, RowsStoredTogetherWaitForTheDiskAtTheirEnd) {
+    EXPECT_EQ(namesAfterThePowerCut([this] {
+                  const ambrel::SyncedTogether together;
+                  addTown();
+              }).size(),
+              5U);
 }
 
 TEST_F(Ruttb, TBPostWritesAnEdit) {

@@ -55,4 +55,23 @@ TEST(Text, NearestOfWhatIsNoLetterIsAQuestionMark) {
     EXPECT_EQ(toNearestWindows1252(QString(QChar(0xD800))), "?");
 }
 
+TEST(Text, NearestKeepsALetterTogetherWithItsMarkInALongText) {
+    QString text;
+    std::string bytes;
+    for (int i = 0; i < 1000; ++i) {
+        text += QStringLiteral("xN\u0303");
+        bytes += "x\xD1";
+    }
+    EXPECT_EQ(toNearestWindows1252(text), bytes);
+    EXPECT_EQ(toNearestWindows1252(QString("😀").repeated(1000)), std::string(1000, '?'));
+}
+
+TEST(Text, NearestOfAMillionMarksIsFoundAtOnce) {
+    const QString marks = QStringLiteral("\u0316\u0301"); // below and above: the second one joins the letter
+    EXPECT_EQ(toNearestWindows1252('A' + marks + 'B'), "\xC1?B");
+    const std::string bytes = toNearestWindows1252('A' + marks.repeated(500'000));
+    EXPECT_EQ(bytes.substr(0, 3), "\xC1??");
+    EXPECT_GE(bytes.size(), 900'000U);
+}
+
 } // namespace
