@@ -76,6 +76,7 @@ int main(int argc, char** argv) {
     reporter.printRatio("tecla_via_vs_sqlite_wal", "key/ours", "key/sqlite_wal");
     reporter.printRatio("tecla_via_vs_sqlite_query", "key/ours", "key/sqlite_query");
     reporter.printRatio("alta_via_vs_sqlite", "addition/ours", "addition/sqlite");
+    reporter.printRatio("alta_via_disco_vs_sqlite", "addition_full/ours", "addition_full/sqlite");
     reporter.printRatio("pase_ine_vs_sqlite", "ine/ours", "ine/sqlite");
     reporter.printRatio("pase_ine_vs_sqlite_wal", "ine/ours", "ine/sqlite_wal");
     reporter.printRatio("guarda_vs_sqlite", "guarda/ours", "guarda/sqlite");

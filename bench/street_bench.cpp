@@ -161,7 +161,8 @@ void keySqliteWal(benchmark::State& state) { keySqlite(state, openSqlite(sqliteP
 
 std::string newName(std::uint32_t number) { return "CALLE NUEVA " + std::to_string(number * 2654435761U); }
 
-void additionOurs(benchmark::State& state) {
+void additionOurs(benchmark::State& state, bool waitsForDisk) {
+    Config.AsegurarEnDisco = waitsForDisk;
     TClassCodPostales& streets = controller();
     TDMCodPostales& tables = *streets.DM;
     std::uint32_t number = 0;
@@ -181,8 +182,8 @@ void additionOurs(benchmark::State& state) {
     }
 }
 
-void additionSqlite(benchmark::State& state) {
-    const Database database = openSqlite(sqlitePath());
+void additionSqlite(benchmark::State& state, const char* synchronous) {
+    const Database database = openSqlite(sqlitePath(), synchronous);
     const Statement begin = prepare(database.get(), "BEGIN IMMEDIATE"),
                     highest = prepare(database.get(), "SELECT max(codigo1) FROM postal"),
                     insert = prepare(database.get(), insertSql), commit = prepare(database.get(), "COMMIT");
@@ -215,8 +216,10 @@ BENCHMARK(keyOurs)->Name("key/ours")->MinTime(2)->UseManualTime();
 BENCHMARK(keySqliteRollback)->Name("key/sqlite")->MinTime(2)->UseManualTime();
 BENCHMARK(keySqliteWal)->Name("key/sqlite_wal")->MinTime(2)->UseManualTime();
 BENCHMARK(querySqlite)->Name("key/sqlite_query")->MinTime(2)->UseManualTime();
-BENCHMARK(additionOurs)->Name("addition/ours")->Iterations(20'000);
-BENCHMARK(additionSqlite)->Name("addition/sqlite")->Iterations(20'000);
+BENCHMARK_CAPTURE(additionOurs, unsynced, false)->Name("addition/ours")->Iterations(20'000);
+BENCHMARK_CAPTURE(additionSqlite, unsynced, "OFF")->Name("addition/sqlite")->Iterations(20'000);
+BENCHMARK_CAPTURE(additionOurs, synced, true)->Name("addition_full/ours")->Iterations(5'000);
+BENCHMARK_CAPTURE(additionSqlite, synced, "FULL")->Name("addition_full/sqlite")->Iterations(5'000);
 
 } // namespace
 
