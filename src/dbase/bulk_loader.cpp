@@ -78,6 +78,7 @@ BulkLoader::BulkLoader(const std::string& tableFile, Mode mode) : state_(std::ma
     Table& table = *state_->table;
     state_->lock.emplace(table.structureFile(), table.structureHolders(), LockKind::Exclusive);
     state_->appending.emplace(table.lockedRecords().file(), table.appendRange(), LockKind::Exclusive);
+    table.beginJournal();
     state_->countBefore = table.records().recordCount();
 }
 

@@ -39,6 +39,10 @@ public:
     /// Data to the disk.
     virtual void sync() = 0;
 
+    /// Whether it lies on another machine: then what this one remembers of it is only looked at anew when a
+    /// lock is taken on it, and only sent when one is let go.
+    [[nodiscard]] virtual bool isRemote() const { return false; }
+
     /// Start of a read-only view of the whole file that follows its changes and growth, or null when there is
     /// none. Only the bytes below size() may be looked at. When somebody cuts the file meanwhile they read as
     /// 0 and viewIsTorn() says so.
@@ -59,7 +63,7 @@ public:
 [[nodiscard]] std::unique_ptr<File> openFile(const std::string& path, OpenMode mode);
 
 /// Puts the names of the files of a folder on the disk, as far as its file system can.
-void syncFolderOf(const std::string& path) noexcept;
+void syncFolderOf(const std::string& path);
 
 /// Number that names an open file of the disk whatever its path ("device:inode").
 [[nodiscard]] std::string fileIdentity(const std::string& path);

@@ -6,6 +6,7 @@
 
 #include "dbase/bytes.h"
 #include "dbase/error.h"
+#include "dbase/locks.h"
 
 namespace dbase {
 
@@ -27,6 +28,7 @@ constexpr std::size_t runHead = 12; // first, rows, whether there are images bef
 
 // Room that is made on the disk at once, so that a sync has no growth to tell; some thousand changes.
 constexpr std::uint64_t capacity = std::uint64_t{256} << 10;
+constexpr std::uint64_t largestJournal = std::uint64_t{64} << 20; // what is read of a file of any size
 
 // Eight bytes at a time; told apart from chance and from half-written blocks, not from malice.
 std::uint64_t checksum(std::span<const char> bytes) {
@@ -77,6 +79,9 @@ bool Journal::exists() { return join(); }
 bool Journal::isOfAnotherStart() { return join() && (!readHeader() || startIdentity_ != bootIdentity()); }
 
 bool Journal::readHeader() {
+    if (file_->isRemote() && file_->tryLock(exchangeLock, LockKind::Shared)) {
+        file_->unlock(exchangeLock);
+    }
     char header[headerBytes];
     if (file_->size() < headerBytes) {
         return false;
@@ -170,7 +175,7 @@ std::vector<char> Journal::encode(const JournalEntry& entry, bool isKept) const 
 }
 
 std::vector<char> Journal::readAt(std::uint64_t offset, std::uint64_t sequence) const {
-    const std::uint64_t size = file_->size();
+    const std::uint64_t size = std::min(file_->size(), largestJournal);
     char head[entryHead];
     if (offset + entryHead > size) {
         return {};
@@ -201,7 +206,8 @@ JournalEntry Journal::decode(std::span<const char> bytes) const {
         const bool hasBefore = load32(bytes.data() + 8) != 0;
         bytes = bytes.subspan(runHead);
         const std::uint64_t images = std::uint64_t{run.rows} * recordLength_;
-        if (images == 0 || run.first == 0 || images * (hasBefore ? 2 : 1) > bytes.size()) {
+        const bool areNumbers = run.first != 0 && run.rows - 1 <= UINT32_MAX - run.first;
+        if (images == 0 || !areNumbers || images * (hasBefore ? 2 : 1) > bytes.size()) {
             break;
         }
         const auto take = [&] {
@@ -235,17 +241,15 @@ void Journal::catchUp() {
     }
 }
 
-bool Journal::hasRoomFor(const JournalEntry& entry) {
+bool Journal::mustRestartFor(const JournalEntry& entry, bool isKept) {
     catchUp();
-    return !isSuspect_ && (sequence_ == 0 || tail_ + sizeOf(entry) <= capacity);
-}
-
-bool Journal::hasKeptEntries() {
-    if (!join() || !readHeader()) {
-        return false;
+    if (isSuspect_) {
+        return true;
     }
-    catchUp();
-    return sequence_ > 0;
+    if (!isKept) {
+        return sequence_ > 0;
+    }
+    return sequence_ > 0 ? tail_ + sizeOf(entry) > capacity : !readAt(tail_, 0).empty();
 }
 
 void Journal::add(const JournalEntry& entry, bool isKept) {
@@ -274,14 +278,16 @@ void Journal::withdraw() noexcept {
     if (written_ == 0) {
         return;
     }
-    if (lastKept_ == written_) {
-        tail_ = written_;
-        --sequence_;
-        lastKept_ = 0;
-    }
-    try { // without its head it is no entry
-        const char nothing[entryHead] = {};
-        file_->write(written_, nothing);
+    try {
+        if (lastKept_ == written_) {
+            tail_ = written_;
+            --sequence_;
+            lastKept_ = 0;
+            const char nothing[entryHead] = {}; // without its head it is no entry
+            file_->write(written_, nothing);
+        } else { // that there were loose ones stays
+            file_->write(written_, encode({}, false));
+        }
     } catch (...) {
         // It stays: should the machine stop now, the change is made whole rather than dropped.
     }

@@ -2,8 +2,10 @@
 // record torn by a power cut, or one that never reached the disk, is written again.
 //
 // A header block names the start of the machine during which the journal was written. Kept entries follow one
-// another; one that is not kept is written behind them and overwritten by the next. Nothing here takes locks:
-// changes are made by the holder of the exclusive structure lock. See docs/formats.md for the bytes.
+// another; a loose one is overwritten by the next. A journal holds the one kind or the other: redone after a
+// stop of the machine, kept entries must know every state in which the disk may hold a record. Nothing here
+// takes locks: changes are made by the holder of the exclusive structure lock. See docs/formats.md for the
+// bytes.
 #pragma once
 
 #include <cstdint>
@@ -20,6 +22,9 @@ struct JournalEntry {
     std::vector<RecordRun> runs;
 };
 
+/// Bytes of records that one change may hold before and after together.
+inline constexpr std::size_t largestChange = std::size_t{32} << 20;
+
 class Journal {
 public:
     Journal(std::unique_ptr<JournalPlace> place, const Schema& schema);
@@ -35,9 +40,8 @@ public:
     void add(const JournalEntry& entry, bool isKept);
     /// Takes the entry back that add() wrote last, as far as the medium lets it.
     void withdraw() noexcept;
-    /// Whether a kept entry of this size would still fit.
-    [[nodiscard]] bool hasRoomFor(const JournalEntry& entry);
-    [[nodiscard]] bool hasKeptEntries();
+    /// Whether restart() has to come before this entry, kept or not.
+    [[nodiscard]] bool mustRestartFor(const JournalEntry& entry, bool isKept);
     /// Forgets all entries; what they did must be on the disk.
     void restart();
     /// Removes the file; the table must be on the disk.

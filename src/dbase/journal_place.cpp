@@ -63,6 +63,7 @@ public:
             throw Error(ErrorCode::Io, path_,
                         std::string("no se puede borrar el diario: ") + systemReason(errno));
         }
+        syncFolderOf(path_); // come back after a power cut, it would speak of what others changed since
     }
 
 private:

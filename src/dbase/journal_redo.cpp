@@ -8,6 +8,9 @@ namespace dbase {
 namespace {
 
 constexpr char endMark = 0x1A;
+// Rows between two entries that were added without waiting for the disk, and lost; a number farther off is
+// none that we wrote.
+constexpr RecordNumber farthestBehind = 100'000;
 
 /// What a record was and became, oldest first.
 struct History {
@@ -69,19 +72,17 @@ void redo(TableFile& records, const std::vector<JournalEntry>& entries) {
     std::uint32_t count = records.recordCount();
     for (const auto& [number, history] : histories) {
         const std::span<const char> wanted = history.states.back();
-        const std::vector<char> stored = storedBytes(records, number);
-        const bool isBehind = number > count;
-        if (std::ranges::equal(stored, wanted) && !isBehind) {
+        if (number > count) {
+            const bool fits = records.offsetOf(number) + wanted.size() + 1 < maxFileSize;
+            if (history.isNew && number == count + 1 && fits) { // another number is none that we wrote
+                records.overwrite(number, wanted);
+                count = number;
+            }
             continue;
         }
-        const bool fits = records.offsetOf(number) + wanted.size() + 1 < maxFileSize;
-        if (isBehind ? history.isNew && fits : isMixture(stored, history)) {
+        const std::vector<char> stored = storedBytes(records, number);
+        if (!std::ranges::equal(stored, wanted) && isMixture(stored, history)) {
             records.overwrite(number, wanted);
-        }
-    }
-    for (const auto& [number, history] : histories) {
-        if (history.isNew && records.offsetOf(number) + history.states.back().size() + 1 < maxFileSize) {
-            count = std::max(count, number);
         }
     }
     if (count != records.announcedCount()) {
@@ -96,7 +97,8 @@ void fillHoles(TableFile& records) {
     std::vector<char> blank(records.schema().recordLength, ' ');
     blank.front() = '*';
     for (RecordNumber number = 1; number <= count; ++number) {
-        if (records.record(number).bytes.front() == '\0') {
+        const char mark = records.record(number).bytes.front();
+        if (mark == '\0' || mark == endMark) {
             records.overwrite(number, blank);
         }
     }

@@ -39,6 +39,14 @@ StructureLock::StructureLock(File& file, Holders& holders, LockKind kind)
     }
     if (holders_.readers == 0) {
         holdLock(file, structureLock, kind);
+        if (holders_.exchanged != nullptr) {
+            try {
+                holdLock(*holders_.exchanged, exchangeLock, LockKind::Shared);
+            } catch (...) {
+                file.unlock(holders_.release);
+                throw;
+            }
+        }
     }
     if (kind == LockKind::Exclusive) {
         holders_.isChanging = true;
@@ -54,6 +62,9 @@ StructureLock::~StructureLock() {
         --holders_.readers;
     }
     if (holders_.readers == 0) {
+        if (holders_.exchanged != nullptr) {
+            holders_.exchanged->unlock(exchangeLock);
+        }
         file_.unlock(holders_.release);
     }
 }

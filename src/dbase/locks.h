@@ -15,6 +15,7 @@ inline constexpr std::uint64_t header = 0xEFFFFFFE;
 inline constexpr std::uint64_t append = 0xEFFFFFFF;
 inline constexpr std::uint64_t presence = 0xF0000010; // ours: no other program looks at these
 inline constexpr std::uint64_t opening = 0xF0000011;
+inline constexpr std::uint64_t exchange = 0xF0000012;
 } // namespace lock_offset
 
 [[nodiscard]] constexpr LockRange recordLock(RecordNumber record) {
@@ -33,6 +34,10 @@ inline constexpr LockRange wholeTableLock{lock_offset::header - 1'000'000'000, 1
 inline constexpr LockRange presenceLock{lock_offset::presence, 1};
 /// On the .DBF, while a program opens the table and, when it is alone, redoes what the last ones left behind.
 inline constexpr LockRange openingLock{lock_offset::opening, 1};
+
+/// On the .DBF and the journal of a network folder, shared: taken and let go inside the structure lock, it
+/// makes this machine look at the server's bytes anew and send its own.
+inline constexpr LockRange exchangeLock{lock_offset::exchange, 1};
 
 /// How long a structure lock may keep an operation waiting before it fails with Error(LockTimeout).
 [[nodiscard]] std::chrono::milliseconds lockPatience();
@@ -71,6 +76,7 @@ public:
         unsigned readers = 0;
         bool isChanging = false;
         LockRange release = structureLock; // what is let go at the end
+        File* exchanged = nullptr;         // another file on a network folder that goes with this one
     };
 
     /// Readers go together; whoever reads or changes while a change of the same opening is under way (a

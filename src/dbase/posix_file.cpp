@@ -4,7 +4,9 @@
 #include <cstring>
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include "dbase/error.h"
@@ -31,15 +33,28 @@ namespace {
     throw Error(code, path, std::string(action) + ": " + systemReason(number) + advice);
 }
 
+bool liesElsewhere(int descriptor) {
+    constexpr long cifs = 0xFF534D42; // not in every version of the system's header
+    struct statfs system = {};
+    if (fstatfs(descriptor, &system) != 0) {
+        return false;
+    }
+    const auto type = static_cast<long>(static_cast<unsigned int>(system.f_type));
+    return type == NFS_SUPER_MAGIC || type == SMB_SUPER_MAGIC || type == SMB2_SUPER_MAGIC || type == cifs ||
+           type == FUSE_SUPER_MAGIC || type == V9FS_MAGIC || type == AFS_SUPER_MAGIC ||
+           type == CEPH_SUPER_MAGIC;
+}
+
 class PosixFile final : public File {
 public:
     PosixFile(std::string path, int descriptor, bool writable)
         : path_(std::move(path)), descriptor_(descriptor), writable_(writable),
-          view_(descriptor, maxFileSize) {}
+          remote_(liesElsewhere(descriptor)), view_(descriptor, maxFileSize) {}
     ~PosixFile() override { ::close(descriptor_); }
 
     const std::string& path() const override { return path_; }
     bool isWritable() const override { return writable_; }
+    bool isRemote() const override { return remote_; }
 
     std::uint64_t size() const override {
         struct stat status = {};
@@ -140,7 +155,7 @@ public:
 private:
     std::string path_;
     int descriptor_;
-    bool writable_;
+    bool writable_, remote_;
     MappedView view_;
 };
 
@@ -165,7 +180,7 @@ std::unique_ptr<File> openFile(const std::string& path, OpenMode mode) {
     return std::make_unique<PosixFile>(path, descriptor, mode != OpenMode::ReadOnly);
 }
 
-void syncFolderOf(const std::string& path) noexcept {
+void syncFolderOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
     if (const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); descriptor >= 0) {

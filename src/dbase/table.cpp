@@ -34,6 +34,9 @@ Table::Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::st
     }
     index_ = std::make_unique<IndexFile>(std::move(index), schema());
     structureHolders_.release = everyLock; // nothing else is ever locked in an .MDX
+    if (records_.file().isRemote()) {
+        structureHolders_.exchanged = &records_.file();
+    }
     for (const Tag& tag : index_->tags()) {
         if (!tag.isUnderstood()) {
             refuseWriting(tag.problem);
@@ -77,6 +80,10 @@ LockRange Table::appendRange() const { return index_ ? appendLock : LockRange{lo
 bool Table::isTorn() const { return records_.file().viewIsTorn() || (index_ && index_->file().viewIsTorn()); }
 
 void Table::renewTornViews() {
+    if (structureHolders_.exchanged != nullptr) {
+        records_.forgetSize();
+        index_->forgetSize();
+    }
     if (isTorn()) {
         records_.forgetSize();
         records_.file().renewView();

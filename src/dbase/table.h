@@ -88,13 +88,13 @@ public:
     void erase(RecordNumber number, std::span<const char> shown);
 
     /// Lets a function change neighbouring records, at most `most` from `first` on, under one lock and, save
-    /// where there are unique tags, as one change; deleted records and those that somebody holds are left
-    /// out. Returns the record behind them, 0 when there is none.
+    /// where there are unique tags, as one change of at most largestChange bytes; deleted records and those
+    /// that somebody holds are left out. Returns the record behind them, 0 when there is none.
     RecordNumber amend(RecordNumber first, RecordNumber most, const Amendment& amendment);
 
     /// Puts the records changed so far on the disk: one wait for many changes, where each alone would need
-    /// Durability::Disk. The tags can be rebuilt from the records. Errors: Error(Io, LockTimeout).
-    void sync();
+    /// Durability::Disk. The tags can be rebuilt from the records. Errors: Error(Io).
+    void sync() { records_.file().sync(); }
 
     /// Rebuilds all tags from the records under the exclusive lock.
     void rebuildTags(const std::function<void(std::uint64_t, std::uint64_t)>& progress = {});
@@ -106,6 +106,9 @@ public:
     [[nodiscard]] LockRange appendRange() const;
     [[nodiscard]] TableFile& lockedRecords() { return records_; }
     [[nodiscard]] IndexFile* lockedIndex() { return index_.get(); }
+    /// Comes before anything is written: whoever opens the table after a death or a stop of the machine is
+    /// told.
+    void beginJournal();
     /// Makes the rows count that were written behind the last record, the first of them with the end mark in
     /// the place of its own `firstMark`, and rebuilds the tags.
     void addLocked(std::uint32_t newCount, char firstMark,
@@ -135,7 +138,6 @@ private:
     void correctCount(Health found);
     void joinSession();
     void leaveSession();
-    void beginJournal();
     void record(const RecordChange& change, std::uint64_t counter);
     void syncUnjournaled();
     [[noreturn]] void refuseStale(Health found) const;

@@ -1,5 +1,6 @@
 // Changing records together with their tags: gathered in memory first, then written under the in-update mark.
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -41,6 +42,7 @@ class NeighbourLocks {
 public:
     NeighbourLocks(File& file, RecordNumber first, RecordNumber last, bool together) : file_(file) {
         const LockRange all{recordLock(last).offset, last - first + 1};
+        held_.reserve(1);
         if (together && file_.tryLock(all, LockKind::Exclusive)) {
             held_.push_back(all);
             hasAll_ = true;
@@ -58,17 +60,34 @@ public:
         if (hasAll_) {
             return true;
         }
-        if (!file_.tryLock(recordLock(number), LockKind::Exclusive)) {
-            return false;
+        held_.push_back(recordLock(number)); // first: what fails here must leave no lock behind
+        if (file_.tryLock(recordLock(number), LockKind::Exclusive)) {
+            return true;
         }
-        held_.push_back(recordLock(number));
-        return true;
+        held_.pop_back();
+        return false;
     }
 
 private:
     File& file_;
     std::vector<LockRange> held_;
     bool hasAll_ = false;
+};
+
+/// Forgets at its end what was gathered for the index and not written.
+class Gathering {
+public:
+    explicit Gathering(IndexFile* index) : index_(index) {}
+    ~Gathering() {
+        if (index_ != nullptr) {
+            index_->dropChanges();
+        }
+    }
+    Gathering(const Gathering&) = delete;
+    Gathering& operator=(const Gathering&) = delete;
+
+private:
+    IndexFile* index_;
 };
 
 } // namespace
@@ -169,9 +188,6 @@ void Table::apply(const RecordChange& change, std::uint32_t count, Write&& write
             writeMark(false, count);
         }
     } catch (...) {
-        if (index_) {
-            index_->dropChanges();
-        }
         if (journal_) {
             journal_->withdraw();
         }
@@ -209,15 +225,11 @@ RecordNumber Table::append(std::span<const char> record) {
         const FileLock appending(records_.file(), appendRange(), LockKind::Exclusive);
         const std::uint32_t count = records_.recordCount();
         number = count + 1;
-        try {
-            if (index_) {
-                for (const Tag& tag : index_->tags()) {
-                    gatherInsertion(tag, {&schema(), record, number});
-                }
+        const Gathering gathering(index_.get());
+        if (index_) {
+            for (const Tag& tag : index_->tags()) {
+                gatherInsertion(tag, {&schema(), record, number});
             }
-        } catch (...) {
-            index_->dropChanges();
-            throw;
         }
         RecordChange change;
         change.add(number, {}, record);
@@ -256,14 +268,8 @@ void Table::overwrite(RecordNumber number, std::span<const char> shown, std::spa
                         "otro usuario ha cambiado o borrado el registro " + std::to_string(number) +
                             "; vuelva a leerlo y repita la operación");
         }
-        try {
-            gatherReplacement({&schema(), before, number}, {&schema(), record, number});
-        } catch (...) {
-            if (index_) {
-                index_->dropChanges();
-            }
-            throw;
-        }
+        const Gathering gathering(index_.get());
+        gatherReplacement({&schema(), before, number}, {&schema(), record, number});
         RecordChange change;
         change.add(number, before, record);
         apply(
@@ -300,7 +306,8 @@ RecordNumber Table::amend(RecordNumber first, RecordNumber most, const Amendment
     if (first == 0 || most == 0 || first > count) {
         return 0;
     }
-    const RecordNumber last = most < count - first ? first + most - 1 : count;
+    most = std::min<RecordNumber>(most, largestChange / 2 / schema().recordLength);
+    const RecordNumber last = most <= count - first ? first + most - 1 : count;
     NeighbourLocks locks(records_.file(), first, last, !isHeldHere(first, last));
     const RecordNumber step = changesOneByOne() ? 1 : last - first + 1;
     for (RecordNumber begin = first; begin <= last; begin += step) {
@@ -314,29 +321,23 @@ RecordNumber Table::amend(RecordNumber first, RecordNumber most, const Amendment
 void Table::amendLocked(RecordNumber first, RecordNumber last, const Amendment& amendment,
                         const std::function<bool(RecordNumber)>& take) {
     RecordChange change;
-    try {
-        std::vector<char> stored, changed;
-        for (RecordNumber number = first; number <= last; ++number) {
-            if (!take(number)) {
-                continue;
-            }
-            const std::span<const char> bytes = records_.record(number).bytes;
-            stored.assign(bytes.begin(), bytes.end());
-            const RecordView record{&schema(), stored, number};
-            changed = stored;
-            if (!record.isDeleted()) {
-                amendment(record, changed);
-            }
-            if (changed != stored) {
-                gatherReplacement(record, {&schema(), changed, number});
-                change.add(number, stored, changed);
-            }
+    const Gathering gathering(index_.get());
+    std::vector<char> stored, changed;
+    for (RecordNumber number = first; number <= last; ++number) {
+        if (!take(number)) {
+            continue;
         }
-    } catch (...) {
-        if (index_) {
-            index_->dropChanges();
+        const std::span<const char> bytes = records_.record(number).bytes;
+        stored.assign(bytes.begin(), bytes.end());
+        const RecordView record{&schema(), stored, number};
+        changed = stored;
+        if (!record.isDeleted()) {
+            amendment(record, changed);
         }
-        throw;
+        if (changed != stored) {
+            gatherReplacement(record, {&schema(), changed, number});
+            change.add(number, stored, changed);
+        }
     }
     if (change.empty()) {
         return;

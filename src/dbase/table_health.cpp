@@ -122,12 +122,13 @@ void Table::correctCount(Health found) {
 // Whoever is alone and finds a journal of an earlier start of the machine makes the table whole again. Where
 // others are at work, one of them has done so.
 void Table::joinSession() {
-    if (!journal_ || !journal_->isOfAnotherStart()) {
+    if (!journal_ || !journal_->exists()) {
         return;
     }
     File& file = records_.file();
+    const bool hasMachineStopped = journal_->isOfAnotherStart();
     if (isReadOnly()) {
-        if (!file.isLockedByOthers(presenceLock)) {
+        if (hasMachineStopped && !file.isLockedByOthers(presenceLock)) {
             refuseStale(Health::DiedInUpdate);
         }
         return;
@@ -135,8 +136,8 @@ void Table::joinSession() {
     if (!file.tryLock(presenceLock, LockKind::Exclusive)) {
         return;
     }
-    {
-        const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
+    const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
+    if (hasMachineStopped) {
         redo(records_, journal_->keptEntries());
         correctCount(Health::DiedInUpdate);
         fillHoles(records_);
@@ -146,6 +147,8 @@ void Table::joinSession() {
             index_->file().sync();
         }
         journal_->remove();
+    } else { // a program died: a load may have left rows behind the end mark
+        correctCount(Health::DiedInUpdate);
     }
     static_cast<void>(file.tryLock(presenceLock, LockKind::Shared)); // cannot fail: it is ours
 }
@@ -192,7 +195,7 @@ void Table::record(const RecordChange& change, std::uint64_t counter) {
     }
     const JournalEntry entry{counter, change.runs()};
     const bool isKept = durability_ == Durability::Disk;
-    if (isKept && !journal_->hasRoomFor(entry)) {
+    if (journal_->mustRestartFor(entry, isKept)) {
         records_.file().sync();
         journal_->restart();
     }
@@ -203,18 +206,6 @@ void Table::record(const RecordChange& change, std::uint64_t counter) {
 void Table::syncUnjournaled() {
     if (!journal_ && durability_ == Durability::Disk) {
         records_.file().sync();
-    }
-}
-
-void Table::sync() {
-    records_.file().sync();
-    if (!journal_ || isReadOnly()) {
-        return;
-    }
-    const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
-    if (journal_->hasKeptEntries()) { // redone, they would undo what came after them
-        records_.file().sync();
-        journal_->restart();
     }
 }
 

@@ -101,10 +101,8 @@ PageNumber TreeBuilder::putInner(std::span<const Child> children) {
 
 TreeRoot TreeBuilder::finish() {
     TreeRoot root;
-    root.holdsKeys = count_ > 0 || !children_.empty();
-    if (count_ > 0 || children_.empty()) {
-        closeLeaf();
-    }
+    root.holdsKeys = count_ > 0; // a leaf is closed only when the next entry comes
+    closeLeaf();
     root.firstLeaf = children_.front().page;
     root.lastLeaf = children_.back().page;
     const std::size_t most = tag_.maxKeys; // children of an inner block: one more than its separators

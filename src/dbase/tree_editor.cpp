@@ -16,10 +16,8 @@ void setCount(std::span<char> block, std::size_t count) {
 
 // The pointer behind the last item: the last child of an inner block, 0 in a leaf.
 void setTail(std::span<char> block, const Tag& tag, std::size_t count, std::uint32_t pointer) {
-    const std::size_t at = mdx::items + count * tag.itemLength;
-    if (at + 4 <= block.size()) {
-        store32(block.data() + at, pointer);
-    }
+    // Room for it is left even behind a full block: maxKeys is counted that way.
+    store32(block.data() + mdx::items + count * tag.itemLength, pointer);
 }
 
 } // namespace
@@ -124,7 +122,7 @@ void TreeEditor::keepEnds(PageNumber oldLeaf, PageNumber newFirst, PageNumber ne
         root.firstLeaf = newFirst;
         changed = true;
     }
-    if (root.lastLeaf == oldLeaf && newLast != oldLeaf) {
+    if (root.lastLeaf == oldLeaf) {
         root.lastLeaf = newLast;
         changed = true;
     }
@@ -237,11 +235,12 @@ void TreeEditor::unlinkLeaf(Path path) {
     if (root.firstLeaf == leaf || root.lastLeaf == leaf) {
         TreeCursor neighbour(index_, tag_);
         PageNumber newEnd = 0;
-        if (root.firstLeaf == leaf && neighbour.first() && neighbour.path().back().page == leaf &&
-            neighbour.next()) {
+        neighbour.first(); // at least on the entry that goes
+        if (root.firstLeaf == leaf && neighbour.path().back().page == leaf && neighbour.next()) {
             newEnd = neighbour.path().back().page;
-        } else if (root.lastLeaf == leaf && neighbour.last() && neighbour.prior()) {
-            newEnd = neighbour.path().back().page;
+        } else if (root.lastLeaf == leaf) {
+            neighbour.last();
+            newEnd = neighbour.prior() ? neighbour.path().back().page : 0;
         }
         keepEnds(leaf, newEnd, newEnd);
     }

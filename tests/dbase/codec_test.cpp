@@ -114,6 +114,7 @@ TEST(Codec, NumberTooLargeForAnyDoubleIsNull) {
 TEST(Codec, NoRoomIsFilledWithNothing) {
     encodeBlank({});
     encodeText({}, "A");
+    encodeLogical({}, true);
     EXPECT_FALSE(encodeNumber({}, 1, 0));
     EXPECT_EQ(encodedNumber(1, 5, -1), std::nullopt) << "there are no fewer than no decimals";
 }

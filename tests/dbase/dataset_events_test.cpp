@@ -305,6 +305,15 @@ TEST_F(NotificationTest, FaultOfAListenerAtTheEndOfAPauseIsLost) {
 
 // --- Data source
 
+TEST_F(NotificationTest, AListenerThatAnotherOneEndsIsNotTold) {
+    bool isTold = false;
+    Dataset::Subscription second;
+    const auto first = towns.listen([&](DatasetChange) { second.reset(); });
+    second = towns.listen([&](DatasetChange) { isTold = true; });
+    towns.next();
+    EXPECT_FALSE(isTold);
+}
+
 TEST_F(NotificationTest, DataSourceOfADestroyedDatasetHasNone) {
     auto passing = std::make_unique<Dataset>("DB", "TOWNS");
     DataSource source(passing.get());

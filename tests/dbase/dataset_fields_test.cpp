@@ -259,6 +259,7 @@ TEST_F(FieldsTest, AColumnThatTheNextTableLacksIsNullAndCannotBeSet) {
     EXPECT_TRUE(balance.isNull());
     EXPECT_EQ(balance.text(), "");
     EXPECT_EQ(towns.findField("BALANCE"), nullptr);
+    EXPECT_EQ(towns.findField("code{"), nullptr);
     towns.edit();
     EXPECT_EQ(setting(balance, "1"), ErrorCode::BadState);
 }

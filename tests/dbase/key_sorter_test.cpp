@@ -116,7 +116,7 @@ TEST(KeySorterTest, EqualKeysComeByRecordNumber) {
 TEST(KeySorterTest, NoRoomForTheTemporaryFilesIsTold) {
     ChildProcess child([](const ChildProcess::Link&) {
         std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{4096, 4096};
+        const rlimit limit{4096, RLIM_INFINITY};
         setrlimit(RLIMIT_FSIZE, &limit);
         try {
             (void)sorted(KeyOrder(KeyType::Character, false, false), anyTexts(6000, 20), 60000);

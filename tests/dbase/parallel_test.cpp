@@ -25,7 +25,10 @@ protected:
              .columns = {{"NOMBRE", ColumnType::Character, 30, 0, 0}, {"NUM", ColumnType::Numeric, 6, 0, 0}},
              .tags = {{.name = "NOMBRE", .expression = "NOMBRE"}, {.name = "NUM", .expression = "NUM"}}});
     }
-    ~ParallelTest() override { setLockPatience(patience_); }
+    ~ParallelTest() override {
+        setLockPatience(patience_);
+        EXPECT_EQ(findings(path()), "");
+    }
 
     [[nodiscard]] std::string path() const { return folder_ / "COMUN.DBF"; }
     static Bytes row(const Table& table, int i) {

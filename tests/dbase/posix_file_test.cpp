@@ -74,13 +74,18 @@ TEST_F(PosixFileTest, ReadingBehindTheEndNamesThePlace) {
 TEST_F(PosixFileTest, AFileLargerThanTheUserMayHaveIsAFullDisk) {
     ChildProcess limited([&](const ChildProcess::Link&) {
         signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{100, 100};
+        rlimit before = {};
+        if (getrlimit(RLIMIT_FSIZE, &before) != 0) {
+            return 2;
+        }
+        const rlimit limit{100, before.rlim_max};
         if (setrlimit(RLIMIT_FSIZE, &limit) != 0) {
             return 2;
         }
         const auto file = openFile(path_, OpenMode::ReadWrite);
         file->write(0, Bytes(100, 'x'));
         const Error error = errorOf([&] { file->write(100, Bytes(1, 'x')); });
+        setrlimit(RLIMIT_FSIZE, &before);
         return error.code() == ErrorCode::DiskFull && file->size() == 100 ? 0 : 1;
     });
     EXPECT_EQ(limited.join(), 0);

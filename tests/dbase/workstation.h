@@ -10,6 +10,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "support/CoverageProfile.h"
+
 namespace dbase {
 
 /// Start it while this process has no table open: what is open is shared with the child, locks included. The
@@ -28,6 +30,7 @@ public:
             ::close(toChild_[1]);
             ::close(fromChild_[0]);
             serve(steps);
+            ambrel::test::keepCoverage();
             _exit(0);
         }
         ::close(toChild_[0]);
