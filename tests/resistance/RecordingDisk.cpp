@@ -1,0 +1,257 @@
+#include "RecordingDisk.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <numeric>
+
+#include "dbase/locks.h"
+
+namespace dbase::test {
+
+namespace {
+
+constexpr std::size_t sectorBytes = 512;
+
+class RecordingFile final : public File {
+public:
+    RecordingFile(std::unique_ptr<File> file, DiskFile which, std::shared_ptr<DiskLog> log)
+        : file_(std::move(file)), which_(which), log_(std::move(log)) {}
+
+    const std::string& path() const override { return file_->path(); }
+    bool isWritable() const override { return file_->isWritable(); }
+    std::uint64_t size() const override { return file_->size(); }
+    void read(std::uint64_t offset, std::span<char> bytes) const override { file_->read(offset, bytes); }
+    void write(std::uint64_t offset, std::span<const char> bytes) override {
+        file_->write(offset, bytes);
+        log_->push_back({DiskEvent::Kind::Write, which_, offset, {bytes.begin(), bytes.end()}});
+    }
+    void resize(std::uint64_t size) override {
+        file_->resize(size);
+        log_->push_back({DiskEvent::Kind::Resize, which_, size});
+    }
+    void sync() override {
+        file_->sync();
+        log_->push_back({DiskEvent::Kind::Sync, which_});
+    }
+    bool tryLock(LockRange range, LockKind kind) override { return file_->tryLock(range, kind); }
+    void unlock(LockRange range) noexcept override { file_->unlock(range); }
+    bool isLockedByOthers(LockRange range) const override { return file_->isLockedByOthers(range); }
+
+private:
+    std::unique_ptr<File> file_;
+    DiskFile which_;
+    std::shared_ptr<DiskLog> log_;
+};
+
+class RecordingJournal final : public JournalPlace {
+public:
+    RecordingJournal(std::shared_ptr<MemoryName> name, std::shared_ptr<DiskLog> log)
+        : place_(std::move(name)), log_(std::move(log)) {}
+
+    std::unique_ptr<File> openExisting() override { return recorded(place_.openExisting()); }
+    std::unique_ptr<File> create() override {
+        log_->push_back({DiskEvent::Kind::Create, DiskFile::Journal});
+        return recorded(place_.create());
+    }
+    void remove() override {
+        place_.remove();
+        log_->push_back({DiskEvent::Kind::Remove, DiskFile::Journal});
+    }
+
+private:
+    [[nodiscard]] std::unique_ptr<File> recorded(std::unique_ptr<File> file) const {
+        return file ? std::make_unique<RecordingFile>(std::move(file), DiskFile::Journal, log_) : nullptr;
+    }
+
+    MemoryJournal place_;
+    std::shared_ptr<DiskLog> log_;
+};
+
+void put(Bytes& content, std::uint64_t offset, std::span<const char> bytes) {
+    const auto at = static_cast<std::size_t>(offset);
+    if (at + bytes.size() > content.size())
+        content.resize(at + bytes.size());
+    std::ranges::copy(bytes, content.begin() + static_cast<std::ptrdiff_t>(at));
+}
+
+void change(Bytes& content, const DiskEvent& event) {
+    if (event.kind == DiskEvent::Kind::Write)
+        put(content, event.offset, event.bytes);
+    else if (event.kind == DiskEvent::Kind::Resize)
+        content.resize(static_cast<std::size_t>(event.offset));
+}
+
+using Sector = std::array<char, sectorBytes>;
+
+/// Zeros where the file ends before.
+Sector sectorAt(const Bytes& content, std::size_t number) {
+    Sector sector{};
+    const std::size_t begin = number * sectorBytes;
+    if (begin < content.size())
+        std::copy_n(content.begin() + static_cast<std::ptrdiff_t>(begin),
+                    std::min(sectorBytes, content.size() - begin), sector.begin());
+    return sector;
+}
+
+} // namespace
+
+// --- Image
+
+DiskImage DiskImage::of(const MemoryTable& stored) {
+    return {stored.records->bytes, stored.index->bytes,
+            stored.journal->content ? std::optional(stored.journal->content->bytes) : std::nullopt};
+}
+
+MemoryTable DiskImage::asTable() const {
+    MemoryTable stored(records, index);
+    if (journal) {
+        stored.journal->content = std::make_shared<MemoryContent>();
+        stored.journal->content->bytes = *journal;
+    }
+    return stored;
+}
+
+Bytes& DiskImage::contentOf(DiskFile file) {
+    if (file == DiskFile::Journal)
+        return journal.value();
+    return file == DiskFile::Records ? records : index;
+}
+
+void DiskImage::apply(const DiskEvent& event) {
+    switch (event.kind) {
+    case DiskEvent::Kind::Create:
+        journal.emplace();
+        break;
+    case DiskEvent::Kind::Remove:
+        journal.reset();
+        break;
+    case DiskEvent::Kind::Write:
+    case DiskEvent::Kind::Resize:
+        change(contentOf(event.file), event);
+        break;
+    case DiskEvent::Kind::Sync:
+    case DiskEvent::Kind::Acknowledge:
+        break;
+    }
+}
+
+void DiskImage::applyTorn(const DiskEvent& write, const std::vector<bool>& arrives) {
+    std::span<const char> rest = write.bytes;
+    std::uint64_t offset = write.offset;
+    for (const bool does : arrives) {
+        const auto share = rest.first(std::min<std::size_t>(rest.size(), sectorBytes - offset % sectorBytes));
+        if (does)
+            put(contentOf(write.file), offset, share);
+        offset += share.size();
+        rest = rest.subspan(share.size());
+    }
+}
+
+std::size_t sectorsOf(const DiskEvent& write) {
+    if (write.bytes.empty())
+        return 0;
+    return static_cast<std::size_t>((write.offset + write.bytes.size() - 1) / sectorBytes -
+                                    write.offset / sectorBytes + 1);
+}
+
+std::unique_ptr<Table> openRecorded(const MemoryTable& stored, const std::shared_ptr<DiskLog>& log) {
+    const auto opened = [&](const std::shared_ptr<MemoryContent>& content, const char* path, DiskFile which) {
+        return std::make_unique<RecordingFile>(std::make_unique<MemoryFile>(content, path), which, log);
+    };
+    auto records = opened(stored.records, "MEMORIA.DBF", DiskFile::Records);
+    holdLock(*records, presenceLock, LockKind::Shared);
+    return std::make_unique<Table>(std::move(records), opened(stored.index, "MEMORIA.MDX", DiskFile::Index),
+                                   std::string(), std::make_unique<RecordingJournal>(stored.journal, log));
+}
+
+void createRecorded(const MemoryTable& stored, const TableDefinition& definition,
+                    const std::shared_ptr<DiskLog>& log) {
+    RecordingFile records(std::make_unique<MemoryFile>(stored.records, "MEMORIA.DBF"), DiskFile::Records,
+                          log);
+    RecordingFile index(std::make_unique<MemoryFile>(stored.index, "MEMORIA.MDX"), DiskFile::Index, log);
+    Schema schema;
+    schema.columns = definition.columns;
+    writeEmptyTable(records, &index, schema, definition.name, definition.tags);
+}
+
+// --- Cache
+
+CachingDisk::CachingDisk(DiskImage image)
+    : records_{std::move(image.records), {}}, index_{std::move(image.index), {}} {
+    if (image.journal)
+        journal_.emplace(Cached{std::move(*image.journal), {}});
+}
+
+CachingDisk::Cached& CachingDisk::of(DiskFile file) {
+    if (file == DiskFile::Journal)
+        return journal_.value();
+    return file == DiskFile::Records ? records_ : index_;
+}
+
+void CachingDisk::apply(const DiskEvent& event) {
+    switch (event.kind) {
+    case DiskEvent::Kind::Create:
+        journal_.emplace();
+        isJournalRemoved_ = false;
+        break;
+    case DiskEvent::Kind::Remove:
+        isJournalRemoved_ = true;
+        break;
+    case DiskEvent::Kind::Acknowledge:
+        break;
+    case DiskEvent::Kind::Sync: {
+        Cached& file = of(event.file);
+        for (const DiskEvent& pending : file.pending)
+            change(file.onDisk, pending);
+        file.pending.clear();
+        break;
+    }
+    case DiskEvent::Kind::Write:
+    case DiskEvent::Kind::Resize:
+        of(event.file).pending.push_back(event);
+        break;
+    }
+}
+
+DiskImage CachingDisk::survivor(std::mt19937& random) const {
+    DiskImage image{records_.survivor(random), index_.survivor(random), std::nullopt};
+    if (journal_ && (!isJournalRemoved_ || random() % 2 == 0))
+        image.journal = journal_->survivor(random);
+    return image;
+}
+
+// Either the writes arrived in order up to one of them, or each sector stands as one of them left it.
+Bytes CachingDisk::Cached::survivor(std::mt19937& random) const {
+    Bytes content = onDisk;
+    if (random() % 3 == 0) {
+        const std::size_t arrived = random() % (pending.size() + 1);
+        for (std::size_t i = 0; i < arrived; ++i)
+            change(content, pending[i]);
+        return content;
+    }
+    std::map<std::size_t, std::vector<Sector>> versions;
+    std::vector<std::size_t> sizes{content.size()};
+    for (const DiskEvent& event : pending) {
+        const std::size_t sizeBefore = content.size();
+        change(content, event);
+        const bool isWrite = event.kind == DiskEvent::Kind::Write;
+        const auto begin = static_cast<std::size_t>(event.offset);
+        const std::size_t end = isWrite ? begin + event.bytes.size() : std::max(begin, sizeBefore);
+        for (std::size_t sector = begin / sectorBytes; sector * sectorBytes < end; ++sector)
+            versions[sector].push_back(sectorAt(content, sector));
+        if (content.size() != sizeBefore)
+            sizes.push_back(content.size());
+    }
+    content = onDisk;
+    content.resize(sizes[random() % sizes.size()]);
+    for (const auto& [number, states] : versions) {
+        const std::size_t chosen = random() % (states.size() + 1), begin = number * sectorBytes;
+        if (chosen > 0 && begin < content.size())
+            std::copy_n(states[chosen - 1].begin(), std::min(sectorBytes, content.size() - begin),
+                        content.begin() + static_cast<std::ptrdiff_t>(begin));
+    }
+    return content;
+}
+
+} // namespace dbase::test

@@ -1,0 +1,51 @@
+#include "StreetFolder.h"
+
+#include <cstdio>
+#include <cstring>
+#include <exception>
+
+#include "data/TableDefinitions.h"
+#include "dbase/bytes.h"
+#include "dbase/databases.h"
+#include "dbase/index_layout.h"
+#include "dbase/locks.h"
+#include "dbase/support/StoredTable.h"
+
+namespace resistance {
+
+StreetFolder::StreetFolder() : patience_(dbase::lockPatience()) {
+    dbase::setDatabaseFolder("DB", folder_.path());
+    dbase::setLockPatience(std::chrono::minutes(2)); // many programs, and perhaps one processor
+    beginAnew();
+}
+
+StreetFolder::~StreetFolder() {
+    dbase::setLockPatience(patience_);
+    dbase::setDatabaseFolder("DB", {});
+}
+
+void StreetFolder::beginAnew() const {
+    dbase::createTable(folder_.path(), ambrel::streetTable(), dbase::IfExists::Replace);
+}
+
+bool StreetFolder::markStands() const {
+    const auto index = dbase::openFile(indexFile(), dbase::OpenMode::ReadOnly);
+    std::array<char, 12> stamp{};
+    index->read(dbase::mdx::stamp, stamp);
+    return std::memcmp(stamp.data(), dbase::mdx::stampMagic, 8) == 0 && dbase::load32(stamp.data() + 8) != 0;
+}
+
+void StreetFolder::expectSound() const { EXPECT_EQ(dbase::test::findings(tableFile()), ""); }
+
+StreetFolder::Work StreetFolder::telling(Work work) {
+    return [work = std::move(work)](const ChildProcess::Link& link) {
+        try {
+            return work(link);
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "%s\n", error.what());
+            throw;
+        }
+    };
+}
+
+} // namespace resistance

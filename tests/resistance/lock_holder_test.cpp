@@ -1,0 +1,235 @@
+// One process holds a lock and dies, or holds it and stays: the others go on, or are told so, and nobody
+// waits for ever.
+#include <csignal>
+#include <memory>
+
+#include <sched.h>
+
+#include "RandomPosts.h"
+#include "StreetFolder.h"
+#include "dbase/error.h"
+#include "dbase/locks.h"
+
+namespace {
+
+using namespace resistance;
+using dbase::ErrorCode;
+
+class LockHolder : public StreetFolder, public ::testing::WithParamInterface<int> {
+protected:
+    LockHolder() {
+        const auto table = dbase::Table::open(tableFile());
+        for (std::uint32_t serial = 0; serial < 50; ++serial)
+            table->append(streetRecord(table->schema(), {.serial = serial}));
+    }
+
+    /// A process that takes locks and then does nothing any more until it is told, or killed.
+    std::unique_ptr<ChildProcess>
+    hold(const std::function<void(dbase::Table&, const ChildProcess::Link&)>& work) {
+        auto holder = std::make_unique<ChildProcess>(telling([&](const ChildProcess::Link& link) {
+            const auto table = dbase::Table::open(tableFile());
+            link.await(); // the others have it open too
+            work(*table, link);
+            return 0;
+        }));
+        return holder;
+    }
+    static void keep(const ChildProcess::Link& link) {
+        link.tell();
+        link.await();
+    }
+    static void holdStructure(dbase::Table& table, const ChildProcess::Link& link) {
+        const dbase::FileLock lock(table.structureFile(), dbase::structureLock, dbase::LockKind::Exclusive);
+        keep(link);
+    }
+    static void holdAppending(dbase::Table& table, const ChildProcess::Link& link) {
+        const dbase::FileLock lock(table.lockedRecords().file(), table.appendRange(),
+                                   dbase::LockKind::Exclusive);
+        keep(link);
+    }
+    static void holdStructureInAChange(dbase::Table& table, const ChildProcess::Link& link) {
+        const dbase::FileLock lock(table.structureFile(), dbase::structureLock, dbase::LockKind::Exclusive);
+        dbase::UpdateStamp stamp = table.lockedIndex()->stamp();
+        stamp.inUpdate = true;
+        ++stamp.counter;
+        table.lockedIndex()->writeStamp(stamp);
+        keep(link);
+    }
+    static void holdFirstRecord(dbase::Table& table, const ChildProcess::Link& link) {
+        if (!table.tryLockRecord(1, &table))
+            throw std::runtime_error("somebody holds the record");
+        keep(link);
+    }
+
+    /// The others, which open the table, wait to be told, and then work.
+    void startOthers(const std::function<void(dbase::Table&, int, const ChildProcess::Link&)>& work) {
+        for (int i = 0; i < GetParam(); ++i) {
+            others_.push_back(std::make_unique<ChildProcess>(telling([&, i](const ChildProcess::Link& link) {
+                const auto table = dbase::Table::open(tableFile());
+                keep(link);
+                work(*table, i, link);
+                return 0;
+            })));
+            others_.back()->await();
+        }
+    }
+    void tellOthers() {
+        for (const auto& other : others_)
+            other->tell();
+    }
+    void awaitOthers() {
+        for (const auto& other : others_)
+            other->await();
+    }
+    void expectThatOthersFinish() {
+        for (const auto& other : others_)
+            EXPECT_EQ(other->join(), 0);
+        others_.clear();
+    }
+    static void appendOne(dbase::Table& table, int i) {
+        table.append(streetRecord(table.schema(), {.serial = 1000 + static_cast<std::uint32_t>(i)}));
+    }
+    void expectRows(std::size_t count) const {
+        EXPECT_EQ(dbase::Table::open(tableFile())->records().recordCount(), count);
+        expectSound();
+    }
+
+    using Holding = void (*)(dbase::Table&, const ChildProcess::Link&);
+    /// All of them want to append while the lock is held, and do once its holder is dead.
+    void killWhileOthersWait(Holding holding) {
+        const auto holder = hold(holding);
+        startOthers([](dbase::Table& table, int i, const ChildProcess::Link& link) {
+            link.tell();
+            appendOne(table, i);
+        });
+        holder->tell();
+        holder->await();
+        tellOthers();
+        awaitOthers();
+        holder->kill();
+        EXPECT_EQ(holder->join(), -SIGKILL);
+        expectThatOthersFinish();
+        expectRows(50 + static_cast<std::size_t>(GetParam()));
+    }
+    /// All of them are told within their patience; when the holder lets go, they append.
+    void refuseWhileOneStays(Holding holding, const std::function<void(dbase::Table&, int)>& attempt) {
+        const auto holder = hold(holding);
+        startOthers([&](dbase::Table& table, int i, const ChildProcess::Link& link) {
+            dbase::setLockPatience(std::chrono::milliseconds(5));
+            attempt(table, i);
+            keep(link);
+            dbase::setLockPatience(std::chrono::minutes(2));
+            appendOne(table, i);
+        });
+        holder->tell();
+        holder->await();
+        tellOthers();
+        awaitOthers();
+        holder->tell();
+        EXPECT_EQ(holder->join(), 0);
+        tellOthers();
+        expectThatOthersFinish();
+        expectRows(50 + static_cast<std::size_t>(GetParam()));
+    }
+    static void expectRefusal(ErrorCode code, const std::string& file,
+                              const std::function<void()>& operation) {
+        try {
+            operation();
+        } catch (const dbase::Error& error) {
+            if (error.code() != code || error.file() != file)
+                throw;
+            return;
+        }
+        throw std::runtime_error("not refused");
+    }
+
+    std::vector<std::unique_ptr<ChildProcess>> others_;
+};
+
+TEST_P(LockHolder, OfTheStructureIsKilledAndTheOthersGoOn) { killWhileOthersWait(holdStructure); }
+
+TEST_P(LockHolder, OfTheStructureIsKilledInAChangeAndTheOthersGoOn) {
+    killWhileOthersWait(holdStructureInAChange);
+}
+
+TEST_P(LockHolder, OfTheAppendBytesIsKilledAndTheOthersGoOn) { killWhileOthersWait(holdAppending); }
+
+TEST_P(LockHolder, OfTheStructureStaysAndTheOthersAreToldSo) {
+    refuseWhileOneStays(holdStructure, [this](dbase::Table& table, int i) {
+        expectRefusal(ErrorCode::LockTimeout, indexFile(), [&] { appendOne(table, i); });
+        expectRefusal(ErrorCode::LockTimeout, indexFile(), [&] { table.read([] { return 0; }); });
+    });
+}
+
+TEST_P(LockHolder, OfTheAppendBytesStaysAndTheOthersAreToldSo) {
+    refuseWhileOneStays(holdAppending, [this](dbase::Table& table, int i) {
+        // The one whose turn it is waits for the append bytes under the structure lock.
+        try {
+            appendOne(table, i);
+        } catch (const dbase::Error& error) {
+            if (error.code() != ErrorCode::LockTimeout)
+                throw;
+            return;
+        }
+        throw std::runtime_error("not refused");
+    });
+}
+
+TEST_P(LockHolder, OfARecordStaysAndTheOthersAreToldSo) {
+    refuseWhileOneStays(holdFirstRecord, [this](dbase::Table&, int) {
+        dbase::Dataset streets("DB", "POSTAL");
+        streets.open();
+        expectRefusal(ErrorCode::LockRefused, tableFile(), [&] { streets.edit(); });
+        expectRefusal(ErrorCode::LockRefused, tableFile(), [&] { streets.erase(); });
+        if (streets.lockCurrent())
+            throw std::runtime_error("not refused");
+    });
+}
+
+/// Each of them changes the record many times, as often as it is let: no change is lost.
+TEST_P(LockHolder, OfARecordIsKilledAndTheOthersChangeItOneAfterAnother) {
+    constexpr std::uint32_t each = 20;
+    const auto holder = hold(holdFirstRecord);
+    startOthers([](dbase::Table&, int, const ChildProcess::Link& link) {
+        dbase::Dataset streets("DB", "POSTAL");
+        streets.open();
+        link.tell();
+        for (std::uint32_t done = 0; done < each;) {
+            try {
+                streets.refresh();
+                streets.edit();
+            } catch (const dbase::Error& error) {
+                if (error.code() != ErrorCode::LockRefused && error.code() != ErrorCode::RecordChanged)
+                    throw;
+                sched_yield();
+                continue;
+            }
+            StreetVersion row = currentRow(streets);
+            ++row.version;
+            setFields(streets, row);
+            streets.post();
+            ++done;
+        }
+    });
+    holder->tell();
+    holder->await();
+    tellOthers();
+    awaitOthers();
+    holder->kill();
+    EXPECT_EQ(holder->join(), -SIGKILL);
+    expectThatOthersFinish();
+    {
+        dbase::Dataset streets("DB", "POSTAL");
+        streets.open();
+        EXPECT_EQ(currentRow(streets),
+                  (StreetVersion{.serial = 0, .version = each * static_cast<std::uint32_t>(GetParam())}));
+        EXPECT_TRUE(isWhole(streets));
+    }
+    expectRows(50);
+}
+
+std::string nameOfCount(const ::testing::TestParamInfo<int>& count) { return std::to_string(count.param); }
+
+INSTANTIATE_TEST_SUITE_P(Among, LockHolder, ::testing::Values(2, 4, 8, 16), nameOfCount);
+
+} // namespace

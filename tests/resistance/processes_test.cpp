@@ -1,0 +1,336 @@
+// Two to sixteen processes on one street table: appends, key allocation, readers among writers.
+#include <algorithm>
+#include <csignal>
+#include <memory>
+#include <set>
+
+#include <sched.h>
+
+#include "ExpectedRows.h"
+#include "RandomPosts.h"
+#include "StreetFolder.h"
+#include "controller/KeyAllocation.h"
+#include "dbase/support/StoredTable.h"
+#include "support/LongForm.h"
+
+namespace {
+
+using namespace resistance;
+using ambrel::test::longForm;
+
+class Processes : public StreetFolder, public ::testing::WithParamInterface<int> {
+protected:
+    static constexpr std::uint32_t serialsOfOne = 1'000'000;
+
+    /// Each begins when all are there.
+    void startTogether(const std::vector<Work>& works) {
+        for (const Work& work : works)
+            children_.push_back(std::make_unique<ChildProcess>(telling(work)));
+        for (const auto& child : children_)
+            child->await();
+        for (const auto& child : children_)
+            child->tell();
+    }
+    static void waitForAll(const ChildProcess::Link& link) {
+        link.tell();
+        link.await();
+    }
+    void expectThatAllFinish() {
+        for (const auto& child : children_)
+            EXPECT_EQ(child->join(), 0);
+        children_.clear();
+    }
+
+    /// Every row of the table, which must be whole.
+    static std::vector<StreetVersion> storedRows(const std::string& tableFile) {
+        const auto table = dbase::Table::open(tableFile);
+        std::vector<StreetVersion> rows;
+        for (dbase::RecordNumber number = 1; number <= table->records().recordCount(); ++number) {
+            const Bytes record = dbase::test::storedRecord(*table, number);
+            rows.push_back(rowOf(table->schema(), record));
+            EXPECT_EQ(record, streetRecord(table->schema(), rows.back())) << number;
+        }
+        return rows;
+    }
+
+    std::vector<std::unique_ptr<ChildProcess>> children_;
+};
+
+TEST_P(Processes, ThatAppendLoseNoRowAndStoreNoneTwice) {
+    const int each = longForm(3200, 64'000) / GetParam();
+    std::vector<Work> works;
+    for (int i = 0; i < GetParam(); ++i)
+        works.push_back([this, i, each](const ChildProcess::Link& link) {
+            const auto table = dbase::Table::open(tableFile());
+            waitForAll(link);
+            for (int row = 0; row < each; ++row)
+                table->append(
+                    streetRecord(table->schema(), {.serial = static_cast<std::uint32_t>(i) * serialsOfOne +
+                                                             static_cast<std::uint32_t>(row)}));
+            return 0;
+        });
+    startTogether(works);
+    expectThatAllFinish();
+    std::set<std::uint32_t> serials;
+    for (const StreetVersion& row : storedRows(tableFile()))
+        EXPECT_TRUE(serials.insert(row.serial).second) << "twice: " << codeOf(row.serial);
+    EXPECT_EQ(serials.size(), static_cast<std::size_t>(each * GetParam()));
+    for (const std::uint32_t serial : serials)
+        EXPECT_LT(serial % serialsOfOne, static_cast<std::uint32_t>(each));
+    expectSound();
+}
+
+TEST_P(Processes, ThatChangeRowsOfTheirOwnSeeThemAllAsTheyLeftThem) {
+    std::vector<std::unique_ptr<PostLog>> logs;
+    std::vector<Work> works;
+    for (int i = 0; i < GetParam(); ++i) {
+        logs.push_back(std::make_unique<PostLog>());
+        const WriterWork work{.throughDataset = i % 2 == 0,
+                              .firstSerial = static_cast<std::uint32_t>(i) * serialsOfOne,
+                              .seed = static_cast<std::uint32_t>(i)};
+        works.push_back([this, work, &log = *logs.back()](const ChildProcess::Link& link) {
+            RandomPosts posts(tableFile(), work, {}, log);
+            waitForAll(link);
+            posts.run();
+            return 0;
+        });
+    }
+    startTogether(works);
+    const auto each = static_cast<std::size_t>(longForm(2400, 40'000) / GetParam());
+    for (std::size_t i = 0; i < logs.size(); ++i)
+        while (logs[i]->acknowledged() < each && !logs[i]->isFull() && !children_[i]->hasEnded())
+            sched_yield();
+    for (const auto& log : logs)
+        log->stop();
+    expectThatAllFinish();
+    ExpectedRows expected;
+    for (const auto& log : logs)
+        for (std::size_t post = 0; post < log->acknowledged(); ++post)
+            expected.apply(log->post(post));
+    std::string differences;
+    expected.settle(*dbase::Table::open(tableFile()), {}, differences);
+    EXPECT_EQ(differences, "");
+    expectSound();
+}
+
+/// Adds streets under keys of its own making, as the screens do when they are told to repeat the operation.
+int addUnderFreeKeys(int driver, int streets) {
+    dbase::Dataset table("DB", "POSTAL", "VIA");
+    table.open();
+    for (int i = 0; i < streets; ++i) {
+        table.append();
+        setFields(table, {.serial = static_cast<std::uint32_t>(driver * 1'000'000 + i)});
+        table.field("CODIGO1").clear();
+        while (!ambrel::postUnderFreeKey(table, table.field("CODIGO1")))
+            sched_yield();
+    }
+    return 0;
+}
+
+class KeysOfProcesses : public Processes {
+protected:
+    void start(int streetsEach) {
+        std::vector<Work> works;
+        for (int i = 0; i < GetParam(); ++i)
+            works.push_back([i, streetsEach](const ChildProcess::Link& link) {
+                waitForAll(link);
+                return addUnderFreeKeys(i, streetsEach);
+            });
+        startTogether(works);
+    }
+    /// The streets' names; a key or a name that is there twice fails the test.
+    std::size_t distinctStreets() {
+        std::set<std::string> keys, names;
+        dbase::Dataset table("DB", "POSTAL", "CODIGO1");
+        table.open();
+        for (table.first(); !table.isEmpty() && !table.eof(); table.next()) {
+            EXPECT_TRUE(keys.insert(table.field("CODIGO1").text()).second)
+                << "twice: " << table.field("CODIGO1").text();
+            EXPECT_TRUE(names.insert(table.field("VIA").text()).second)
+                << "twice: " << table.field("VIA").text();
+        }
+        return names.size();
+    }
+};
+
+TEST_P(KeysOfProcesses, AreGivenOutOnceEach) {
+    const int each = longForm(960, 16'000) / GetParam();
+    start(each);
+    expectThatAllFinish();
+    EXPECT_EQ(distinctStreets(), static_cast<std::size_t>(each * GetParam()));
+    expectSound();
+}
+
+TEST_P(KeysOfProcesses, AreGivenOutOnceEachWhenOneIsKilled) {
+    for (int round = 0; round < longForm(3, 60); ++round) {
+        const int each = 160 / GetParam();
+        start(each);
+        ChildProcess victim(telling([](const ChildProcess::Link& link) {
+            link.tell();
+            return addUnderFreeKeys(50, 1'000'000);
+        }));
+        victim.await();
+        for (const auto& child : children_) { // some are at work, some have finished, when it dies
+            if (child == children_[static_cast<std::size_t>(round) % children_.size()])
+                victim.kill();
+            EXPECT_EQ(child->join(), 0);
+        }
+        children_.clear();
+        EXPECT_EQ(victim.join(), -SIGKILL);
+        EXPECT_GE(distinctStreets(), static_cast<std::size_t>(each * GetParam()));
+        expectSound();
+        beginAnew();
+    }
+}
+
+/// Rows that stay, among which others come, change and go.
+class ReadersAmongWriters : public Processes {
+protected:
+    static constexpr std::uint32_t stableRows = 250;
+    static constexpr std::uint32_t neverStored = 99'000'000;
+
+    ReadersAmongWriters() {
+        const auto table = dbase::Table::open(tableFile());
+        for (std::uint32_t serial = 0; serial < stableRows; ++serial)
+            table->append(streetRecord(table->schema(), {.serial = serial}));
+    }
+
+    /// Seeks and walks until it is told to stop; what is wrong is raised.
+    static void readAllTheWhile(const PostLog& log, std::uint32_t seed, dbase::ReadGuard guard) {
+        dbase::Dataset streets("DB", "POSTAL", "CODIGO1");
+        streets.open();
+        streets.openTable().setReadGuard(guard);
+        std::minstd_rand random(seed + 1);
+        for (int turn = 0; turn < 20 || !log.mustStop(); ++turn) {
+            const std::uint32_t serial =
+                std::uniform_int_distribution<std::uint32_t>(0, stableRows - 1)(random);
+            findByKey(streets, serial);
+            findByName(streets, serial);
+            if (turn % 5 == 0)
+                walkTree(streets);
+            if (turn % 25 == 0)
+                walkAll(streets);
+        }
+    }
+
+private:
+    static void require(bool condition, const std::string& what) {
+        if (!condition)
+            throw std::runtime_error("wrong answer: " + what);
+    }
+
+    static void findByKey(dbase::Dataset& streets, std::uint32_t serial) {
+        streets.setTag("CODIGO1");
+        const std::string code = codeOf(serial);
+        require(streets.seek({{"CODIGO1", code}}, dbase::SeekMode::Exact), "not found: " + code);
+        require(currentRow(streets) == StreetVersion{.serial = serial} && isWhole(streets),
+                "spoilt: " + code);
+        require(!streets.seek({{"CODIGO1", codeOf(neverStored + serial)}}, dbase::SeekMode::Exact),
+                "found and never stored");
+        require(currentRow(streets).serial == serial, "moved by a seek that found nothing");
+    }
+
+    /// And some rows further, which others may have stored, or be changing.
+    static void findByName(dbase::Dataset& streets, std::uint32_t serial) {
+        streets.setTag("VIA");
+        const std::vector<std::string> values = streetValues({.serial = serial});
+        require(streets.seek({{"PROVINCIA", values.at(1)},
+                              {"CAPITAL", values.at(2)},
+                              {"VIA", values.at(4)},
+                              {"TIPO_VIA", values.at(3)}},
+                             dbase::SeekMode::Exact),
+                "not found by name: " + codeOf(serial));
+        require(currentRow(streets) == StreetVersion{.serial = serial} && isWhole(streets),
+                "spoilt by name: " + codeOf(serial));
+        std::string before = orderOf(streets);
+        for (int step = 0; step < 10 && streets.next(); ++step) {
+            require(isWhole(streets), "half a row behind " + before);
+            const std::string here = orderOf(streets);
+            require(before <= here, "out of order: " + here + " behind " + before);
+            before = here;
+        }
+    }
+
+    /// Each row that stays comes once.
+    static void walkAll(dbase::Dataset& streets) {
+        streets.setTag("VIA");
+        std::vector<int> seen(stableRows);
+        std::string before;
+        for (streets.first(); !streets.eof(); streets.next()) {
+            require(isWhole(streets), "half a row behind " + before);
+            const std::string here = orderOf(streets);
+            require(before <= here, "out of order: " + here + " behind " + before);
+            before = here;
+            if (const std::uint32_t serial = currentRow(streets).serial; serial < stableRows)
+                ++seen.at(serial);
+        }
+        require(std::ranges::all_of(seen, [](int times) { return times == 1; }), "rows passed over or twice");
+    }
+
+    /// In one state of the table: each record has its entry, and one only.
+    static void walkTree(dbase::Dataset& streets) {
+        for (const char* tag : {"VIA", "NOMBREVIA", "CODIGO1"}) {
+            std::vector<dbase::RecordNumber> numbers = dbase::test::order(streets.openTable(), tag);
+            require(numbers.size() >= stableRows, "entries lost");
+            std::ranges::sort(numbers);
+            for (std::size_t i = 0; i < numbers.size(); ++i)
+                require(numbers[i] == i + 1, "half a change");
+        }
+    }
+
+    static std::string orderOf(dbase::Dataset& streets) {
+        std::string key;
+        for (const auto& [name, width] : std::vector<std::pair<const char*, std::size_t>>{
+                 {"PROVINCIA", 2}, {"CAPITAL", 1}, {"VIA", 45}, {"TIPO_VIA", 3}}) {
+            std::string value = streets.field(name).text();
+            value.resize(width, ' ');
+            key += value;
+        }
+        return key;
+    }
+};
+
+TEST_P(ReadersAmongWriters, GetNoWrongAnswer) {
+    const int writers = GetParam() / 2;
+    PostLog readers; // tells them when to stop
+    std::vector<std::unique_ptr<PostLog>> logs;
+    std::vector<Work> works;
+    for (int i = 0; i < writers; ++i) {
+        logs.push_back(std::make_unique<PostLog>());
+        const WriterWork work{.weights = {6, 5, 2, 0, 0, 0},
+                              .throughDataset = i % 2 == 0,
+                              .firstSerial = static_cast<std::uint32_t>(i + 1) * serialsOfOne,
+                              .seed = static_cast<std::uint32_t>(i)};
+        works.push_back([this, work, &log = *logs.back()](const ChildProcess::Link& link) {
+            RandomPosts posts(tableFile(), work, {}, log);
+            waitForAll(link);
+            posts.run();
+            return 0;
+        });
+    }
+    for (int i = writers; i < GetParam(); ++i)
+        works.push_back([i, &readers](const ChildProcess::Link& link) {
+            waitForAll(link);
+            readAllTheWhile(readers, static_cast<std::uint32_t>(i),
+                            i % 2 == 0 ? dbase::ReadGuard::Lock : dbase::ReadGuard::Counter);
+            return 0;
+        });
+    startTogether(works);
+    const auto each = static_cast<std::size_t>(longForm(2400, 40'000) / writers);
+    for (std::size_t i = 0; i < logs.size(); ++i)
+        while (logs[i]->acknowledged() < each && !logs[i]->isFull() && !children_[i]->hasEnded())
+            sched_yield();
+    for (const auto& log : logs)
+        log->stop();
+    readers.stop();
+    expectThatAllFinish();
+    expectSound();
+}
+
+std::string nameOfCount(const ::testing::TestParamInfo<int>& count) { return std::to_string(count.param); }
+
+INSTANTIATE_TEST_SUITE_P(Of, Processes, ::testing::Values(2, 4, 8, 16), nameOfCount);
+INSTANTIATE_TEST_SUITE_P(Of, KeysOfProcesses, ::testing::Values(2, 4, 8, 16), nameOfCount);
+INSTANTIATE_TEST_SUITE_P(Of, ReadersAmongWriters, ::testing::Values(2, 4, 8, 16), nameOfCount);
+
+} // namespace
