@@ -1,10 +1,10 @@
 // Any text as an expression of either dialect, evaluated on any record.
 #include <algorithm>
-#include <cstdlib>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "Trial.h"
 #include "dbase/error.h"
 #include "dbase/expression.h"
 #include "dbase/key.h"
@@ -12,6 +12,7 @@
 namespace {
 
 using namespace dbase;
+using trial::require;
 
 Schema makeSchema(std::uint8_t languageDriver) {
     Schema schema;
@@ -23,11 +24,6 @@ Schema makeSchema(std::uint8_t languageDriver) {
     schema.languageDriver = languageDriver;
     completeLayout(schema, {});
     return schema;
-}
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
 }
 
 void evaluate(const Expression& expression, const RecordView& record) {

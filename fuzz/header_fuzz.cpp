@@ -1,18 +1,14 @@
 // Any bytes as the header of a table.
-#include <cstdlib>
 #include <span>
 
+#include "Trial.h"
 #include "dbase/error.h"
 #include "dbase/schema.h"
 
 namespace {
 
 using namespace dbase;
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
+using trial::require;
 
 /// What every reader of records relies on.
 void checkLayout(const Schema& schema, std::size_t available) {

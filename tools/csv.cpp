@@ -111,6 +111,14 @@ void CsvReader::readRecord() {
     } while (!endsRecord());
 }
 
+void CsvReader::add(const Extent& extent) {
+    if (extents_.size() == maxFields) {
+        throw CsvError(name_, recordLine_, 1,
+                       "la fila que empieza aquí tiene más de " + std::to_string(maxFields) + " valores");
+    }
+    extents_.push_back(extent);
+}
+
 void CsvReader::readPlain() {
     const std::size_t start = at_ - begin_;
     while (hasMore()) {
@@ -122,7 +130,7 @@ void CsvReader::readPlain() {
             break;
         }
     }
-    extents_.push_back({start, at_ - begin_, line_, false});
+    add({start, at_ - begin_, line_, false});
 }
 
 void CsvReader::readQuoted() {
@@ -148,7 +156,7 @@ void CsvReader::readQuoted() {
             ++at_;
         }
     }
-    extents_.push_back({start, at_ - 1 - begin_, openLine, hasDoubledQuotes});
+    add({start, at_ - 1 - begin_, openLine, hasDoubledQuotes});
 }
 
 /// Takes what stands behind a value; true when it ends the record.

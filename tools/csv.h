@@ -40,6 +40,8 @@ public:
     static constexpr std::size_t defaultBufferSize = std::size_t{1} << 20;
     /// A longer record can only be a quote that is never closed.
     static constexpr std::size_t maxRecordSize = std::size_t{1} << 24;
+    /// No table has as many columns.
+    static constexpr std::size_t maxFields = 4096;
 
     /// `name` is what errors call the text.
     CsvReader(CsvSource source, std::string name, std::size_t bufferSize = defaultBufferSize);
@@ -61,6 +63,7 @@ private:
         bool hasDoubledQuotes;
     };
 
+    void add(const Extent& extent);
     void skipByteOrderMark();
     [[nodiscard]] bool hasMore();
     [[nodiscard]] bool refill();

@@ -50,9 +50,22 @@ TEST(Document, RefusesWhatIsNoXmlAndIsThenEmpty) {
 
 TEST(Document, RefusesEndlessNesting) {
     DirectoryDocument document;
-    EXPECT_NO_THROW(document.load(nested(64)));
-    EXPECT_THROW(document.load(nested(65)), std::runtime_error);
+    EXPECT_NO_THROW(document.load(nested(16)));
+    EXPECT_THROW(document.load(nested(17)), std::runtime_error);
     EXPECT_THROW(document.load(nested(200'000)), std::runtime_error);
+    EXPECT_FALSE(document.hasNodes());
+}
+
+TEST(Document, RefusesAMillionElements) {
+    const auto withChildren = [](std::size_t count) {
+        std::string text = "<a>";
+        for (std::size_t i = 0; i < count; ++i)
+            text += "<b/>";
+        return text + "</a>";
+    };
+    DirectoryDocument document;
+    EXPECT_NO_THROW(document.load(withChildren(900'000)));
+    EXPECT_THROW(document.load(withChildren(1'000'000)), std::runtime_error);
     EXPECT_FALSE(document.hasNodes());
 }
 

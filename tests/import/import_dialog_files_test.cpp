@@ -151,6 +151,22 @@ TEST_F(ImportFromFiles, PipeAndDeviceCalledLikeAFileCannotBeOpened) {
     }
 }
 
+TEST_F(ImportFromFiles, FileTooLargeForAMunicipalityIsToldAndNoneOfItListed) {
+    file("28-ENORME.dat", "28001:Sol\n");
+    file("28-MADRID.dat", "28001:Sol\n28002:Luna\n");
+    file("28-LINEAS.dat", std::string(300'000, '\n'));
+    std::filesystem::resize_file(postales("28-ENORME.dat"), 200 << 20);
+    show();
+    for (const char* const key : {"28-ENORME", "28-LINEAS"}) {
+        search("28-MADRID");
+        expectBox("El fichero es demasiado grande para las vías de un municipio",
+                  "No se puede realizar la importación", true);
+        search(key);
+        EXPECT_EQ(rows(), (Texts{"||||||"})) << key;
+        EXPECT_EQ(message(), "") << key;
+    }
+}
+
 TEST_F(ImportFromFiles, FolderThatWentAwayIsTold) {
     file("28-ALPEDRETE.dat", "");
     show();

@@ -123,6 +123,42 @@ TEST(MunicipalityLine, OfOddTextNeverFails) {
             << line;
 }
 
+TEST(MunicipalityLine, OfAMillionBracketsIsReadAtOnce) {
+    const std::string text = "(IMPARES DEL " + std::string(2'000'000, '(') + "3 AL 5)(PARES DEL " +
+                             std::string(2'000'000, '(') + "4)";
+    EXPECT_EQ(numbers(text), (Bounds{3, 5, 4, 4}));
+    std::string words = "(PAR";
+    for (int i = 0; i < 1'000'000; ++i)
+        words += "AL";
+    EXPECT_EQ(numbers(words + "6"), (Bounds{0, 0, 0, 6}));
+}
+
+TEST(MunicipalityLine, OfAnEndlessPostalCodeIsCut) {
+    EXPECT_EQ(read(std::string(1'000'000, '9') + ":Mayor").postalCode, std::string(45, '9'));
+}
+
+std::vector<ImportedStreet> readText(const std::string& text) {
+    return ambrel::readMunicipalityText(text, [](const std::string&) { return ""; });
+}
+
+TEST(MunicipalityText, HasAStreetForEachLine) {
+    EXPECT_TRUE(readText("").empty());
+    EXPECT_EQ(readText("\n").size(), 1U);
+    EXPECT_EQ(readText("1:A\r\n\n2:B"),
+              (std::vector<ImportedStreet>{
+                  {.name = "A", .postalCode = "1"}, {}, {.name = "B", .postalCode = "2"}}));
+}
+
+TEST(MunicipalityText, OfTooManyLinesOrBytesIsRefused) {
+    EXPECT_EQ(readText(std::string(ambrel::mostMunicipalityLines, '\n')).size(),
+              ambrel::mostMunicipalityLines);
+    EXPECT_THROW(readText(std::string(ambrel::mostMunicipalityLines + 1, '\n')),
+                 ambrel::MunicipalityFileError);
+    EXPECT_EQ(readText(std::string(ambrel::largestMunicipalityFile, 'x')).size(), 1U);
+    EXPECT_THROW(readText(std::string(ambrel::largestMunicipalityFile + 1, 'x')),
+                 ambrel::MunicipalityFileError);
+}
+
 class StreetTypeNames : public ambrel::test::TableTest {
 protected:
     void addTypes(const std::vector<ambrel::test::Row>& rows) const {
@@ -160,6 +196,15 @@ TEST_F(KnownStreetTypeNames, ThatNobodyKnowsHaveNoCode) {
     EXPECT_EQ(code(""), "");
     EXPECT_EQ(code("RAMBLA"), "");
     EXPECT_EQ(code("UN NOMBRE MUCHO MAS LARGO QUE LA COLUMNA"), "");
+}
+
+TEST_F(KnownStreetTypeNames, AreLookedUpInATableOpenedOnce) {
+    ambrel::StreetTypes types("DB");
+    EXPECT_EQ(types.codeOf("CALLE"), "CL");
+    EXPECT_EQ(types.codeOf("ZAGUAN"), "");
+    EXPECT_EQ(types.codeOf("PLAZUELA"), "PZ");
+    EXPECT_EQ(types.codeOf(std::string(1'000'000, 'X')), "");
+    EXPECT_EQ(types.codeOf("CALLEJON"), "CJ");
 }
 
 TEST_F(StreetTypeNames, PlazuelaIsInTheListOnlyWhenNoTypeContainsIt) {

@@ -195,4 +195,32 @@ TEST(NamesOfAnAnswer, TellsNothingOfARootThatIsNotThere) {
     EXPECT_FALSE(told);
 }
 
+TEST(DirectoryAnswer, WithANameThatNoFileCouldHaveIsPartial) {
+    const auto provinces = [](const std::string& name) {
+        return readProvinces(inEnvelope("<r><control><cuprov>2</cuprov></control><provinciero><prov><np>" +
+                                        name + "</np></prov><prov><np>SORIA</np></prov></provinciero></r>"));
+    };
+    EXPECT_EQ(provinces(std::string(250, 'x')).reading, Reading::Whole);
+    const auto list = provinces(std::string(251, 'x'));
+    EXPECT_EQ(list.reading, Reading::Partial);
+    EXPECT_EQ(list.names, std::vector<std::string>({"SORIA"}));
+}
+
+TEST(DirectoryAnswer, WithEndlessTextsHasShortOnes) {
+    const std::string endless(5'000'000, 'x');
+    const auto list = readStreets(streets("2", street(endless, endless) + street(endless, "")));
+    ASSERT_EQ(list.streets.size(), 2u);
+    EXPECT_EQ(list.streets[0].type, std::string(45, 'x'));
+    EXPECT_EQ(list.streets[0].name, std::string(45, 'x'));
+}
+
+TEST(DirectoryAnswer, WithALetterOfAMillionMarksIsReadAtOnce) {
+    std::string marks = "A";
+    for (int i = 0; i < 1'000'000; ++i)
+        marks += i % 2 ? "\xCC\x81" : "\xCC\x96"; // above and below, in the order that takes longest to sort
+    const auto list = readStreets(streets("1", street("CL", marks)));
+    ASSERT_EQ(list.streets.size(), 1u);
+    EXPECT_EQ(list.streets[0].name, "\xC1" + std::string(44, '?'));
+}
+
 } // namespace

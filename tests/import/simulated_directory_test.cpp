@@ -197,6 +197,18 @@ TEST_F(FolderDirectory, ServesAnIndexOfAnswers) {
     EXPECT_NE(directory->streets("LA RIOJA", "X").find("EL MUNICIPIO NO EXISTE."), std::string::npos);
 }
 
+TEST_F(FolderDirectory, OfAnIndexServesNothingFromOutside) {
+    std::filesystem::create_directories(folder / "soap/municipios-x");
+    std::filesystem::create_directories(folder / "vias");
+    folder.write("secreto.xml", "<secreto/>");
+    folder.write("soap/provincias.xml",
+                 "<p><prov><cpine>x/../../secreto</cpine><np>LA RIOJA</np></prov></p>");
+    folder.write("vias/indice.csv", "fichero,provincia,municipio\n../secreto.xml,LA RIOJA,HARO\n");
+    const auto directory = callejero::folderDirectory(folder.path());
+    EXPECT_EQ(directory->municipalities("LA RIOJA").find("secreto"), std::string::npos);
+    EXPECT_EQ(directory->streets("LA RIOJA", "HARO").find("secreto"), std::string::npos);
+}
+
 TEST_F(FolderDirectory, OfAnIndexListsItsMunicipalitiesWhereAProvinceHasNoList) {
     std::filesystem::create_directories(folder / "soap");
     std::filesystem::create_directories(folder / "vias");

@@ -172,6 +172,13 @@ std::string written(const Records& records) {
     return text.str();
 }
 
+TEST(CsvReader, RefusesARowOfMoreValuesThanAnyTableHasColumns) {
+    const std::string most(CsvReader::maxFields - 1, ',');
+    EXPECT_EQ(readAll(most).at(0).size(), CsvReader::maxFields);
+    expectFault("a\n" + most + ",\n", 2, 1);
+    expectFault("a\n\n" + std::string(5'000'000, ','), 3, 1);
+}
+
 TEST(CsvWriter, QuotesOnlyWhatMustBe) {
     EXPECT_EQ(written({{"a b", "c,d", "e\"f", "g\nh", "i\rj", "", " k "}}),
               "a b,\"c,d\",\"e\"\"f\",\"g\nh\",\"i\rj\",, k \n");

@@ -47,7 +47,7 @@ std::string unfiled(std::string file) {
     return file;
 }
 
-/// A name asked for is no path.
+/// A name, asked for or listed, is no path.
 bool isPlainName(const std::string& name) {
     return !name.empty() && name != "." && name != ".." &&
            name.find_first_of(std::string_view("/\\\0", 3)) == std::string::npos;
@@ -117,7 +117,8 @@ public:
         const auto found = codes_.find(province);
         if (found == codes_.end())
             return errorAnswer(Operation::Municipalities, noSuchProvince);
-        if (auto answer = contentOf(folder_ / "soap" / ("municipios-" + found->second + answerSuffix)))
+        const std::string file = "municipios-" + found->second + answerSuffix;
+        if (auto answer = isPlainName(file) ? contentOf(folder_ / "soap" / file) : std::nullopt)
             return *std::move(answer);
         const Province listed = indexed(province);
         return listed.municipalities.empty() ? errorAnswer(Operation::Municipalities, serverError)
@@ -130,7 +131,7 @@ public:
         const auto found = files_.find({province, municipality});
         if (found == files_.end())
             return errorAnswer(Operation::Streets, noSuchMunicipality);
-        return contentOf(folder_ / "vias" / found->second)
+        return (isPlainName(found->second) ? contentOf(folder_ / "vias" / found->second) : std::nullopt)
             .value_or(errorAnswer(Operation::Streets, serverError));
     }
 

@@ -1,0 +1,166 @@
+#include "Trial.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <span>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include "dbase/codec.h"
+#include "dbase/error.h"
+#include "dbase/table.h"
+#include "dbase/table_definition.h"
+#include "dbase/tree_cursor.h"
+
+namespace trial {
+namespace {
+
+using namespace dbase;
+
+/// Bytes in memory; nobody else has them open.
+class BytesFile final : public File {
+public:
+    BytesFile(Bytes& bytes, bool writable) : bytes_(bytes), writable_(writable) {}
+
+    const std::string& path() const override { return path_; }
+    bool isWritable() const override { return writable_; }
+    std::uint64_t size() const override { return bytes_.size(); }
+    void read(std::uint64_t offset, std::span<char> bytes) const override {
+        if (offset > bytes_.size() || bytes.size() > bytes_.size() - offset)
+            throw Error(ErrorCode::Io, path_, "fin");
+        std::copy_n(bytes_.data() + offset, bytes.size(), bytes.data());
+    }
+    void write(std::uint64_t offset, std::span<const char> bytes) override {
+        require(writable_ && offset < maxFileSize);
+        if (offset > most || bytes.size() > most - offset)
+            throw Error(ErrorCode::DiskFull, path_, "lleno");
+        bytes_.resize(std::max<std::size_t>(bytes_.size(), offset + bytes.size()));
+        std::copy(bytes.begin(), bytes.end(), bytes_.data() + offset);
+    }
+    void resize(std::uint64_t size) override {
+        require(writable_);
+        if (size > most)
+            throw Error(ErrorCode::DiskFull, path_, "lleno");
+        bytes_.resize(size);
+    }
+    void sync() override {}
+    bool tryLock(LockRange, LockKind) override { return true; }
+    bool isLockedByOthers(LockRange) const override { return false; }
+    void unlock(LockRange) noexcept override {}
+
+private:
+    static constexpr std::size_t most = std::size_t{1} << 24;
+    std::string path_ = "T";
+    Bytes& bytes_;
+    bool writable_;
+};
+
+void walk(Table& table) {
+    for (const std::string& name : table.tagNames()) {
+        const Tag& tag = *table.findTag(name);
+        table.read([&] {
+            TreeCursor cursor(*table.index(), tag);
+            for (bool on = cursor.first(); on; on = cursor.next()) {
+                if (cursor.record() != 0 && cursor.record() <= table.records().recordCount())
+                    (void)table.records().record(cursor.record());
+            }
+            for (bool on = cursor.last(); on; on = cursor.prior()) {
+            }
+            return cursor.seek(std::string(tag.keyLength, 'M')) && cursor.next();
+        });
+    }
+}
+
+void change(Table& table) {
+    const Bytes blank(table.schema().recordLength, ' ');
+    for (int i = 0; i < 3 && !table.isReadOnly(); ++i) {
+        const RecordNumber number = table.append(blank);
+        Bytes first;
+        table.read([&] {
+            const RecordView record = table.records().record(1);
+            first.assign(record.bytes.begin(), record.bytes.end());
+            return true;
+        });
+        table.overwrite(1, first, blank);
+        table.erase(number, blank);
+    }
+}
+
+class BytesPlace final : public JournalPlace {
+public:
+    explicit BytesPlace(std::optional<Bytes>& journal) : journal_(journal) {}
+
+    std::unique_ptr<File> openExisting() override {
+        return journal_ ? std::make_unique<BytesFile>(*journal_, true) : nullptr;
+    }
+    std::unique_ptr<File> create() override { return std::make_unique<BytesFile>(journal_.emplace(), true); }
+    void remove() override { journal_.reset(); }
+
+private:
+    std::optional<Bytes>& journal_;
+};
+
+std::unique_ptr<Table> open(TableBytes& bytes, bool writable, std::unique_ptr<JournalPlace> journal = {}) {
+    auto index = bytes.index.empty() ? nullptr : std::make_unique<BytesFile>(bytes.index, writable);
+    return std::make_unique<Table>(std::make_unique<BytesFile>(bytes.records, writable), std::move(index),
+                                   std::string(), std::move(journal));
+}
+
+} // namespace
+
+void require(bool holds) {
+    if (!holds)
+        std::abort();
+}
+
+NamedBytes::NamedBytes()
+    : descriptor_(memfd_create("fuzz", MFD_CLOEXEC)), path_("/proc/self/fd/" + std::to_string(descriptor_)) {
+    require(descriptor_ >= 0);
+}
+
+NamedBytes::~NamedBytes() { close(descriptor_); }
+
+void NamedBytes::put(std::string_view bytes) const {
+    require(ftruncate(descriptor_, 0) == 0);
+    require(pwrite(descriptor_, bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()));
+}
+
+TableBytes soundTable(unsigned rows) {
+    const std::vector<TagDefinition> tags{{.name = "NOMBRE", .expression = "NOMBRE"},
+                                          {.name = "NUM", .expression = "NUM", .descending = true}};
+    TableBytes bytes;
+    Schema schema;
+    schema.columns = {{"NOMBRE", ColumnType::Character, 100, 0, 0}, {"NUM", ColumnType::Numeric, 6, 0, 0}};
+    schema.languageDriver = static_cast<std::uint8_t>(LanguageDriver::AnsiUs);
+    BytesFile records(bytes.records, true), index(bytes.index, true);
+    writeEmptyTable(records, &index, schema, "T", tags);
+    const auto table = open(bytes, true);
+    for (unsigned row = 0; row < rows; ++row) {
+        Bytes record(table->schema().recordLength, ' ');
+        const unsigned number = row * 37 % 1000;
+        encodeText(std::span(record).subspan(1, 100), "CALLE " + std::to_string(number));
+        require(encodeInteger(std::span(record).subspan(101, 6), number));
+        table->append(record);
+    }
+    return bytes;
+}
+
+std::unique_ptr<JournalPlace> placeOf(std::optional<Bytes>& journal) {
+    return std::make_unique<BytesPlace>(journal);
+}
+
+void useTable(const TableBytes& bytes, bool writable, std::optional<Bytes> journal) {
+    TableBytes own = bytes;
+    try {
+        const auto table = open(own, writable, journal ? placeOf(journal) : nullptr);
+        walk(*table);
+        change(*table);
+        walk(*table);
+    } catch (const Error&) {
+        // A refusal is an answer.
+    }
+}
+
+} // namespace trial
