@@ -22,9 +22,9 @@ char32_t withoutStroke(char32_t letter) {
 }
 
 /// Composing letters and marks takes the square of the time for a run of marks, so a text is composed in
-/// pieces. A letter stays together with its marks, unless it has hundreds of them.
+/// pieces. A letter stays together with its marks, unless it has dozens of them.
 qsizetype pieceEnd(const QString& text, qsizetype begin) {
-    constexpr qsizetype longest = 256;
+    constexpr qsizetype longest = 64;
     if (text.size() - begin <= longest)
         return text.size();
     qsizetype end = begin + longest;
