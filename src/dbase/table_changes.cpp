@@ -162,6 +162,17 @@ void Table::gatherReplacement(const RecordView& before, const RecordView& after)
     }
 }
 
+// The server of a network folder gets what was written so far before what comes next: a workstation that is
+// switched off, while others go on, leaves no part of a change there without the mark.
+void Table::sendFirst() {
+    if (records_.file().isRemote()) {
+        records_.file().sync();
+        if (index_) {
+            index_->file().sync();
+        }
+    }
+}
+
 // The mark, the journal, the record, the pages, the mark again. What fails on the way is undone; what cannot
 // be undone leaves the mark standing, and the next one to touch the table rebuilds the tags. Pages that are
 // written and forgotten already cannot be put back: then the record is, under the mark.
@@ -180,11 +191,13 @@ void Table::apply(const RecordChange& change, std::uint32_t count, Write&& write
         beginJournal();
         writeMark(true, count);
         record(change, index_ ? counter + 1 : 0);
+        sendFirst();
         isTouched = true;
         write();
         if (index_) {
             index_->writeChanges(restored);
             restored = false;
+            sendFirst();
             writeMark(false, count);
         }
     } catch (...) {
@@ -306,7 +319,7 @@ RecordNumber Table::amend(RecordNumber first, RecordNumber most, const Amendment
     if (first == 0 || most == 0 || first > count) {
         return 0;
     }
-    most = std::min<RecordNumber>(most, largestChange / 2 / schema().recordLength);
+    most = std::min(most, static_cast<RecordNumber>(largestChange / 2 / schema().recordLength));
     const RecordNumber last = most <= count - first ? first + most - 1 : count;
     NeighbourLocks locks(records_.file(), first, last, !isHeldHere(first, last));
     const RecordNumber step = changesOneByOne() ? 1 : last - first + 1;
