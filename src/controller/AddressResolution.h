@@ -17,6 +17,7 @@ struct TypedAddress {
     std::string number;
 };
 
+/// What is typed one after the other.
 enum class AddressPart { Municipality, Street, Number };
 
 /// What the typing settled. Texts in Windows-1252; empty where nothing is known.
@@ -30,6 +31,7 @@ struct ResolvedAddress {
     /// tried.
     std::vector<AddressPart> unsettled;
 
+    /// Whether everything that was typed is known.
     [[nodiscard]] bool isSettled() const { return unsettled.empty(); }
 };
 

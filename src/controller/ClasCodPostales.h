@@ -45,9 +45,11 @@ public:
     [[nodiscard]] static QString space(int count);
 
     // --- Municipalities.
+    /// Selects the tag; nothing when it is active already. The current municipality stays.
     void OrdenaPorNombreMunicipi();
     void OrdenaPorCodIneMunicipi();
     void OrdenaPorCodPostalMunicipi();
+    /// Searches by the active tag, which must be the one of that name.
     bool BuscaPorNombreMunicipi(const QString& value, bool exact);
     bool BuscaPorCodIneMunicipi(const QString& value, bool exact);
     bool BuscaPorCodPostalMunicipi(const QString& value, bool exact);
@@ -62,6 +64,7 @@ public:
     bool BuscarMunicipios();
 
     // --- Streets of the current municipality.
+    /// Selects the tag VIA; nothing when it is active already. The current street stays.
     void OrdenaPorViaPostal();
     /// BuscaPorViaPostal while POSTAL is ordered by street; otherwise false without searching.
     bool BuscaEnPostal(const QString& street, const QString& type, bool exact);

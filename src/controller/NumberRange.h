@@ -8,6 +8,7 @@ struct NumberRange {
     int first = 0;
     int last = 0;
 
+    /// Whether the number lies in it.
     [[nodiscard]] bool holds(int number) const { return first <= number && number <= last; }
 };
 

@@ -11,6 +11,7 @@
 
 namespace ambrel {
 
+/// A row of TIPO_VIA.
 struct StreetType {
     std::string code;
     std::string name;
@@ -31,11 +32,13 @@ public:
     /// Two digits of the province with exactly this name; "00" when there is none.
     [[nodiscard]] std::string provinceCode(const std::string& name);
 
+    /// Street types.
     dbase::Dataset tbTipoVia{"DB", "TIPO_VIA.DBF", "CODIGO"};
     dbase::Field& tbTipoViaCODIGO = tbTipoVia.bindCharacter("CODIGO", 2);
     dbase::Field& tbTipoViaCODPOSTAL = tbTipoVia.bindCharacter("CODPOSTAL", 3);
     dbase::Field& tbTipoViaNOMBRE = tbTipoVia.bindCharacter("NOMBRE", 15);
 
+    /// Provinces and countries.
     dbase::Dataset tbProvin{"DB", "PROVIN.DBF", "ALFABETICO"};
     dbase::Field& tbProvinPROVINCIA = tbProvin.bindCharacter("PROVINCIA", 21);
     dbase::Field& tbProvinCODIGO = tbProvin.bindCharacter("CODIGO", 3);

@@ -33,6 +33,7 @@ public:
         tbMunicipi.addCalculated("NOMBRE_COMPLETO", ambrel::wholeNameWidth);
     dbase::DataSource dsMunicipi;
 
+    /// Provinces and countries.
     dbase::Dataset tbProvin;
     dbase::Field& tbProvinPROVINCIA = tbProvin.bindCharacter("PROVINCIA", 21);
     dbase::Field& tbProvinCODIGO = tbProvin.bindCharacter("CODIGO", 3);

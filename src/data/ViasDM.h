@@ -13,6 +13,7 @@ public:
     TDMVias(const TDMVias&) = delete;
     TDMVias& operator=(const TDMVias&) = delete;
 
+    /// The street types.
     dbase::Dataset tbTipo_Via;
     dbase::Field& tbTipo_ViaCODIGO = tbTipo_Via.bindCharacter("CODIGO", 2);
     dbase::Field& tbTipo_ViaNOMBRE = tbTipo_Via.bindCharacter("NOMBRE", 15);

@@ -8,6 +8,7 @@
 
 namespace ambrel {
 
+/// Width of `NOMBRE_COMPLETO`.
 inline constexpr std::size_t wholeNameWidth = 100;
 
 /// After-open hook of a browsing cursor: hides minor entities unless the configuration asks for them.

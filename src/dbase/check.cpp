@@ -188,7 +188,12 @@ CheckResult checkTable(const std::string& tableFile, const Progress& progress,
         const std::optional<std::string> indexPath = findIndexFile(tableFile);
         // An opening of its own, so that the lock outlives the index whatever it proves to be.
         const std::unique_ptr<File> locked = openFile(indexPath.value_or(tableFile), OpenMode::ReadOnly);
-        const FileLock lock(*locked, structureLock, LockKind::Shared);
+        StructureLock::Holders holders;
+        if (indexPath && records.file().isRemote()) {
+            holders.exchanged = &records.file();
+        }
+        const StructureLock lock(*locked, holders, LockKind::Shared);
+        records.forgetSize(); // it was asked for before the lock
         result.records = records.recordCount();
         checkSize(records, report);
         checkRecords(records, report, progress);

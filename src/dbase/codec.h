@@ -45,6 +45,7 @@ AMBREL_EXPORT void encodeText(std::span<char> raw, std::string_view text);
 [[nodiscard]] AMBREL_EXPORT bool encodeNumber(std::span<char> raw, double value, int decimals);
 [[nodiscard]] AMBREL_EXPORT bool encodeInteger(std::span<char> raw, std::int64_t value, int decimals = 0);
 
+/// T or F in the first byte; blanks, which are null in every type.
 AMBREL_EXPORT void encodeLogical(std::span<char> raw, bool value);
 AMBREL_EXPORT void encodeBlank(std::span<char> raw);
 

@@ -19,6 +19,7 @@ public:
     static const CodePage& ofDriver(std::uint8_t languageDriver);
     static const CodePage& windows1252();
 
+    /// From the page's bytes.
     [[nodiscard]] char32_t decode(unsigned char byte) const { return codes_[byte]; }
     [[nodiscard]] std::string toUtf8(std::string_view bytes) const;
     /// The byte of a character; null when the page has none.

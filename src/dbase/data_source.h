@@ -10,6 +10,7 @@ namespace dbase {
 /// Passes on what its dataset tells, synchronously.
 class AMBREL_EXPORT DataSource {
 public:
+    /// The dataset may go first.
     explicit DataSource(Dataset* dataset = nullptr) { setDataset(dataset); }
     DataSource(const DataSource&) = delete;
     DataSource& operator=(const DataSource&) = delete;
@@ -18,6 +19,7 @@ public:
     [[nodiscard]] Dataset* dataset() const { return upstreamLife_.expired() ? nullptr : dataset_; }
     void setDataset(Dataset* dataset);
 
+    /// Ends when the subscription goes.
     [[nodiscard]] Dataset::Subscription listen(Dataset::Listener listener) {
         return listeners_.add(std::move(listener));
     }

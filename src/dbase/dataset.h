@@ -25,11 +25,14 @@ namespace dbase {
 class Table;
 struct Tag;
 
+/// Reads and changes one table, record by record; what it shows is the current record, or the pending row.
 class AMBREL_EXPORT Dataset {
 public:
+    /// Is told synchronously, for as long as its subscription lives.
     using Listener = ListenerList::Listener;
     using Subscription = ListenerList::Subscription;
 
+    /// A closed cursor on a table of a database, in the order of a tag.
     Dataset();
     Dataset(std::string database, std::string table, std::string tag = {});
     ~Dataset();
@@ -37,11 +40,13 @@ public:
     Dataset& operator=(const Dataset&) = delete;
 
     // --- Which table. Only while closed.
+    /// Names it: the file is looked for when it is opened.
     void setTable(std::string database, std::string table);
     [[nodiscard]] const std::string& databaseName() const { return database_; }
     [[nodiscard]] const std::string& tableName() const { return table_; }
 
-    // --- Fields. Bind before opening: open() refuses a file whose columns do not fit (Error BadLayout).
+    // --- Fields.
+    /// Bind before opening: open() refuses a file whose columns do not fit (Error BadLayout).
     Field& bindCharacter(std::string name, std::size_t width);
     Field& bindInteger(std::string name); // 16 bits, any N(w,0)
     Field& bindLogical(std::string name);
@@ -85,6 +90,7 @@ public:
     [[nodiscard]] const std::string& filter() const { return filterText_; }
 
     // --- Moving.
+    /// To the first or last record that range and filter show.
     void first();
     void last();
     /// False, with bof()/eof() set, when there is nothing further; the current record then stays.
@@ -109,8 +115,8 @@ public:
     /// one before. False, position unchanged, when there is none. O(height of the tree) without filter.
     bool goToPlace(double place);
 
-    // --- Rows around the current one, without moving and without telling; see dataset_window.h. Errors:
-    // BadState while rows are being shown to a visitor or calculated.
+    // --- Rows around the current one, without moving and without telling; see dataset_window.h.
+    /// Errors: BadState while rows are being shown to a visitor or calculated.
     [[nodiscard]] RowsAround readAround(const WindowSize& size) const;
     /// Shows some of them to a visitor, which gets their index: meanwhile the fields, calculated ones
     /// included, have that row's values, and nothing else can be done with the dataset.
@@ -137,12 +143,14 @@ public:
     void unlockAll();
 
     // --- Calculated fields and events.
+    /// For the calculation's handler: whether fields are to be calculated at all.
     [[nodiscard]] bool autoCalculates() const { return autoCalculates_; }
     void setAutoCalculates(bool on) { autoCalculates_ = on; }
     /// Runs for each record that becomes current, also with the switch off: the handler looks at the switch.
     void setOnCalculate(std::function<void(Dataset&)> handler) { onCalculate_ = std::move(handler); }
     void setAfterOpen(std::function<void(Dataset&)> hook) { afterOpen_ = std::move(hook); }
 
+    /// Ends when the subscription goes.
     [[nodiscard]] Subscription listen(Listener listener) { return listeners_.add(std::move(listener)); }
     /// Expires with the dataset.
     [[nodiscard]] std::weak_ptr<const void> lifetime() const { return listeners_.lifetime(); }
@@ -238,6 +246,7 @@ private:
 /// where that matters, resume by hand.
 class AMBREL_EXPORT NotificationPause {
 public:
+    /// The dataset must outlive it.
     explicit NotificationPause(Dataset& dataset) : dataset_(dataset) { dataset_.suspendNotifications(); }
     ~NotificationPause();
     NotificationPause(const NotificationPause&) = delete;

@@ -10,7 +10,9 @@
 
 namespace dbase {
 
+/// Closed, showing records, or with a pending row that is new or a record's.
 enum class DatasetState { Closed, Browse, Insert, Edit };
+/// Where a search ends for a key that is not there: nowhere, or behind it.
 enum class SeekMode { Exact, Nearest };
 
 /// One (field name, value) pair of a search key.
@@ -18,6 +20,7 @@ struct KeyPart {
     std::string_view field;
     std::variant<std::string, int> value;
 };
+/// Some or all fields of a tag, its first ones.
 using Key = std::vector<KeyPart>;
 
 /// What listeners are told, synchronously.
@@ -34,6 +37,7 @@ enum class DatasetChange {
 class Bookmark {
 public:
     Bookmark() = default;
+    /// 0 remembers nothing, too.
     explicit Bookmark(RecordNumber record) : record_(record) {}
     [[nodiscard]] RecordNumber record() const { return record_; }
     [[nodiscard]] explicit operator bool() const { return record_ != 0; }

@@ -18,6 +18,7 @@ struct WindowSize {
 
 /// A picture of rows as they were when it was taken. On an empty table it holds no rows.
 struct RowsAround {
+    /// One of them.
     struct Row {
         RecordNumber record = 0; // 0: a pending new row; it stands behind the row that was current
         double place = 0; // share of the order, or of the range, that lies before it (0 to 1); estimated

@@ -9,6 +9,7 @@
 
 namespace dbase {
 
+/// What went wrong, for a program that goes on differently for some of them.
 enum class ErrorCode {
     NotFound,      // a folder, file, column or tag that is not there
     Exists,        // a file that must not be overwritten
@@ -33,8 +34,10 @@ enum class ErrorCode {
 /// where it helps, the record, page or column.
 class AMBREL_EXPORT Error : public std::runtime_error {
 public:
+    /// The file's path becomes part of what().
     Error(ErrorCode code, std::string file, const std::string& text);
 
+    /// What a program decides by.
     [[nodiscard]] ErrorCode code() const noexcept { return code_; }
     /// Path of the file concerned; empty when there is none.
     [[nodiscard]] const std::string& file() const noexcept { return file_; }

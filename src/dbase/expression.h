@@ -19,6 +19,7 @@ enum class Dialect {
             // trailing blanks
 };
 
+/// Type of a result.
 enum class ValueType { Text, Number, Date, Logical };
 
 /// Result of an evaluation; only the member of `type` means something. A null date is `hasValue` false; a
@@ -47,6 +48,7 @@ public:
     /// Errors: Error(BadExpression) naming text and position.
     static Expression parse(std::string_view text, const Schema& schema, Dialect dialect);
 
+    /// As it was written, and the type of its result.
     [[nodiscard]] const std::string& text() const { return text_; }
     [[nodiscard]] ValueType type() const;
     /// Width of a text result in bytes, fixed by the declared widths of the columns; 0 for other types.

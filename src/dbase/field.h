@@ -14,6 +14,7 @@ namespace dbase {
 
 class Dataset;
 
+/// What a column holds, as the dataset's user has bound it; Calculated is no column.
 enum class FieldKind { Character, Integer, Number, Logical, Date, Calculated };
 
 /// Owned by its dataset and stable for the dataset's life, so that callers may keep a reference as a bound
@@ -22,6 +23,7 @@ enum class FieldKind { Character, Integer, Number, Logical, Date, Calculated };
 /// set only inside the dataset's calculation event.
 class AMBREL_EXPORT Field {
 public:
+    /// As it was bound, else as the file has it.
     [[nodiscard]] const std::string& name() const { return name_; }
     [[nodiscard]] FieldKind kind() const { return kind_; }
     /// Width in bytes: of the column, or the declared one of a calculated field.

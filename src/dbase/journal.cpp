@@ -271,6 +271,8 @@ void Journal::add(const JournalEntry& entry, bool isKept) {
         lastKept_ = tail_;
         tail_ += bytes.size();
         ++sequence_;
+    } else if (file_->isRemote()) { // the other machines redo it, should this one stop
+        file_->sync();
     }
 }
 

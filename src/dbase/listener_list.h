@@ -12,10 +12,12 @@ namespace dbase {
 /// Tells synchronously, in the order of subscribing. Who comes while it tells is told the next time.
 class ListenerList {
 public:
+    /// Gets what has changed.
     using Listener = std::function<void(DatasetChange)>;
     /// Ends the listening when it goes.
     using Subscription = std::shared_ptr<Listener>;
 
+    /// Adds a listener for as long as the result is kept.
     [[nodiscard]] Subscription add(Listener listener) {
         auto subscription = std::make_shared<Listener>(std::move(listener));
         listeners_.push_back(subscription);

@@ -97,7 +97,12 @@ void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>
     const std::string indexPath = existing.value_or(tableFile.substr(0, tableFile.rfind('.')) + ".MDX");
     std::unique_ptr<File> index = openFile(indexPath, existing ? OpenMode::ReadWrite : OpenMode::Create);
     std::optional<IndexFile> trees; // outlives the lock on its file
-    const FileLock lock(*index, structureLock, LockKind::Exclusive);
+    StructureLock::Holders holders;
+    if (records.file().isRemote()) {
+        holders.exchanged = &records.file();
+    }
+    const StructureLock lock(*index, holders, LockKind::Exclusive);
+    records.forgetSize(); // it was asked for before the lock
     Journal journal(journalBeside(tableFile), records.schema());
     if (isAlone && journal.isOfAnotherStart()) {
         redo(records, journal.keptEntries());

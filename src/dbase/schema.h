@@ -15,6 +15,7 @@ namespace dbase {
 /// 1-based number of a record in its file; 0 is no record.
 using RecordNumber = std::uint32_t;
 
+/// The letter by which a header names a type.
 enum class ColumnType : char {
     Character = 'C',
     Numeric = 'N',
@@ -33,6 +34,7 @@ enum class LanguageDriver : std::uint8_t {
     AnsiSpanish = 0x59,    // Windows-1252, keys by weight
 };
 
+/// A column as the header describes it.
 struct Column {
     std::string name; // upper case, at most 10 characters
     ColumnType type = ColumnType::Character;
@@ -40,6 +42,7 @@ struct Column {
     std::uint8_t decimals = 0;
     std::uint16_t offset = 0; // of the first byte in the record; byte 0 is the deletion mark
 
+    /// Whether its bytes are decimal digits.
     [[nodiscard]] bool isNumber() const { return type == ColumnType::Numeric || type == ColumnType::Float; }
 };
 
@@ -62,6 +65,7 @@ struct HeaderCounts {
     std::uint8_t year = 0, month = 0, day = 0; // year counted from 1900
 };
 
+/// Bytes in front of the columns' descriptors, and of each of them.
 inline constexpr std::size_t fixedHeaderSize = 32;
 inline constexpr std::size_t columnDescriptorSize = 32;
 

@@ -80,15 +80,17 @@ LockRange Table::appendRange() const { return index_ ? appendLock : LockRange{lo
 bool Table::isTorn() const { return records_.file().viewIsTorn() || (index_ && index_->file().viewIsTorn()); }
 
 void Table::renewTornViews() {
-    if (structureHolders_.exchanged != nullptr) {
-        records_.forgetSize();
+    const bool areTorn = isTorn();
+    if (!areTorn && !records_.file().isRemote()) {
+        return;
+    }
+    records_.forgetSize();
+    if (index_) {
         index_->forgetSize();
     }
-    if (isTorn()) {
-        records_.forgetSize();
+    if (areTorn) {
         records_.file().renewView();
         if (index_) {
-            index_->forgetSize();
             index_->file().renewView();
         }
     }

@@ -68,7 +68,8 @@ public:
     [[nodiscard]] const IndexFile* index() const { return index_.get(); }
     [[nodiscard]] const TableFile& records() const { return records_; }
 
-    void setReadGuard(ReadGuard guard) { readGuard_ = guard; }
+    /// On a network folder the lock stays: without it nobody knows how old the counter is that is read.
+    void setReadGuard(ReadGuard guard) { readGuard_ = records_.file().isRemote() ? ReadGuard::Lock : guard; }
     void setDurability(Durability durability) { durability_ = durability; }
 
     /// Runs a reading operation on a state of the table that no writer of ours changes meanwhile. The
@@ -140,6 +141,7 @@ private:
     void leaveSession();
     void record(const RecordChange& change, std::uint64_t counter);
     void syncUnjournaled();
+    void sendFirst();
     [[noreturn]] void refuseStale(Health found) const;
     [[nodiscard]] bool tryReadByCounter(std::uint64_t& before) const;
 

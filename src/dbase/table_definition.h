@@ -9,6 +9,7 @@
 
 namespace dbase {
 
+/// One order of a new table.
 struct TagDefinition {
     std::string name; // upper case, at most 10 characters
     std::string expression;
@@ -16,6 +17,7 @@ struct TagDefinition {
     bool unique = false, descending = false;
 };
 
+/// What a new table is made of.
 struct TableDefinition {
     std::string name; // without extension, upper case: the file is NAME.DBF, its index NAME.MDX
     std::vector<Column> columns;
@@ -23,6 +25,7 @@ struct TableDefinition {
     LanguageDriver languageDriver = LanguageDriver::AnsiUs;
 };
 
+/// What becomes of a table that is there already.
 enum class IfExists { Refuse, Replace };
 
 /// Creates both files in a folder, empty. Replacing goes through temporary files, so that a failure leaves

@@ -67,6 +67,7 @@ void Table::refuseStale(Health found) const {
 
 void Table::recover() {
     const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
+    renewTornViews(); // others had the lock since
     mend(health());
 }
 
@@ -156,8 +157,14 @@ void Table::joinSession() {
 // The last one to leave a table that was changed puts it on the disk; then no journal is needed.
 void Table::leaveSession() {
     try {
-        if (!journal_ || isReadOnly() || !journal_->exists() || (index_ && index_->stamp().inUpdate) ||
-            !records_.file().tryLock(presenceLock, LockKind::Exclusive)) {
+        if (!journal_ || isReadOnly() || !journal_->exists() ||
+            !records_.file().tryLock(presenceLock, LockKind::Exclusive) ||
+            !structureFile().tryLock(structureLock, LockKind::Shared)) {
+            return;
+        }
+        // Under the lock: before, a network folder may show the mark as it was long ago.
+        const FileLock lock(structureFile(), structureLock, FileLock::alreadyHeld);
+        if (index_ && index_->stamp().inUpdate) {
             return;
         }
         records_.forgetSize();

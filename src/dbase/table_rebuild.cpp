@@ -67,7 +67,14 @@ void rebuildTrees(TableFile& records, IndexFile& index, const Progress& progress
     const std::uint32_t count = records.recordCount();
     const UpdateStamp old = index.stamp();
     const std::uint64_t counter = old.counter - old.counter % 2;
+    const auto sendFirst = [&] { // else another machine could get the end without the rest, should this stop
+        if (index.file().isRemote()) {
+            records.file().sync();
+            index.file().sync();
+        }
+    };
     index.writeStamp({true, true, count, counter + 1});
+    sendFirst();
     index.resetOrders(records.schema());
 
     BlockWriter blocks(index);
@@ -98,6 +105,7 @@ void rebuildTrees(TableFile& records, IndexFile& index, const Progress& progress
     if (records.announcedCount() != count) { // a count that the file does not hold is made true
         records.setCount(count);
     }
+    sendFirst();
     index.writeStamp({true, false, count, counter + 2});
     if (progress) {
         progress(total, total);

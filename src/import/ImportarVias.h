@@ -128,6 +128,7 @@ private:
 /// Closes the progress window when a handler ends, however it ends.
 class AMBREL_EXPORT TFImportarVias::ProgressEnd {
 public:
+    /// The dialog must outlive it.
     explicit ProgressEnd(TFImportarVias& dialog) : dialog_(dialog) {}
     ~ProgressEnd() { dialog_.closeProgress(); }
     ProgressEnd(const ProgressEnd&) = delete;

@@ -13,6 +13,7 @@ struct ImportedStreet {
     std::string postalCode = {};
     int oddFirst = 0, oddLast = 0, evenFirst = 0, evenLast = 0;
 
+    /// Whether every value is the same.
     bool operator==(const ImportedStreet&) const = default;
 };
 

@@ -21,11 +21,13 @@ enum class Reading {
     Whole,
 };
 
+/// Names of provinces, or of a province's municipalities.
 struct NameList {
     Reading reading = Reading::Empty;
     std::vector<std::string> names; // Windows-1252, untrimmed, in the order of the answer
 };
 
+/// The streets of a municipality.
 struct StreetList {
     Reading reading = Reading::Empty;
     std::optional<int> count = {}; // as the answer says; null when it does not

@@ -13,6 +13,7 @@ class TClassCodPostales;
 
 namespace ambrel {
 
+/// Where the streets come from: a file with postal codes, the web, or a whole province.
 enum class ImportMode { SeveralCodes, OneCode, WholeProvince };
 
 /// The host's municipality into which streets go. Texts are Windows-1252, "" where nothing is chosen.
@@ -40,6 +41,7 @@ struct StreetSaving {
     /// Called before each row with its number, from 1; may be empty.
     std::function<void(std::size_t row)> beforeRow = {};
 
+    /// What came of it.
     struct Outcome {
         int count = 0;
         QString failure = {}; // why the engine kept the last row that it did from being stored; for the user

@@ -41,6 +41,7 @@ public:
     /// The public service until the host gives another.
     ambrel::DirectoryService directoryService;
 
+    /// The host's own province and municipality, as the getters give them.
     void setProvince(int code, std::string name, std::string nameOfStreets);
     void setMunicipality(int code, std::string name);
     /// Names the host's database; "DB" and the alias both stand for the folder from now on.
@@ -79,4 +80,5 @@ private:
     std::string alias_ = "DB";
 };
 
+/// The one that the package reads.
 extern AMBREL_EXPORT TConfig Config;

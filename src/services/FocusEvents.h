@@ -19,6 +19,7 @@ namespace ambrel {
 /// combo, counts as the control.
 class AMBREL_EXPORT FocusEvents : public QObject {
 public:
+    /// Runs inside runGuarded().
     using Handler = std::function<void()>;
 
     /// Either handler may be empty. Watching a control again replaces its handlers.

@@ -16,6 +16,7 @@ namespace ambrel {
 /// code to 0 has used the release: nobody else sees it.
 class AMBREL_EXPORT KeyUpEvents : public QObject {
 public:
+    /// Runs inside runGuarded().
     using Handler = std::function<void(std::uint16_t& key, Qt::KeyboardModifiers modifiers)>;
 
     /// Watches a control for as long as it lives, or until the returned object, which the control owns, is

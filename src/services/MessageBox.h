@@ -10,11 +10,13 @@
 
 namespace ambrel {
 
+/// What a box is for; it decides the icon.
 enum class MessageKind { Error, Information, Warning, Question };
 
 /// Cancel is a box that went without an answer. It counts as no.
 enum class MessageAnswer { Accept, Yes, No, Cancel };
 
+/// A box to be shown, with one OK button or, for a question, with yes and no.
 struct MessageBox {
     MessageKind kind = MessageKind::Information;
     QString text;
@@ -24,6 +26,7 @@ struct MessageBox {
     MessageAnswer defaultButton = MessageAnswer::Accept; // Accept for a box with an OK button, else Yes or No
 };
 
+/// Shows a box and returns what was answered.
 using MessageShower = std::function<MessageAnswer(const MessageBox&)>;
 
 /// Shows a real box: object "Mensaje" with the buttons "BBAceptar", or "BBSi" and "BBNo". Escape and the

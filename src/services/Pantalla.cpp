@@ -10,7 +10,7 @@
 namespace ambrel {
 namespace {
 
-constexpr int minimumWidth = 360;
+constexpr int minimumWidth = 312; // of the text
 constexpr int margin = 24;
 constexpr const char* labelName = "LMensaje";
 
@@ -22,8 +22,11 @@ void drawNow(QWidget& window) {
 }
 
 void setText(QWidget& window, const QString& text) {
-    if (auto* const label = window.findChild<QLabel*>(QLatin1String(labelName)))
+    if (auto* const label = window.findChild<QLabel*>(QLatin1String(labelName))) {
         label->setText(text);
+        // Whole, also where a window that adjusts itself would stay within two thirds of a small screen.
+        label->setMinimumWidth(qMax(minimumWidth, label->sizeHint().width()));
+    }
     window.setAccessibleDescription(text);
     window.adjustSize();
 }
@@ -36,7 +39,6 @@ ProgressWindow showWindow(const QString& text, QWidget* owner) {
     window->setWindowTitle(QStringLiteral("Un momento, por favor"));
     window->setAccessibleName(window->windowTitle());
     window->setAttribute(Qt::WA_ShowWithoutActivating);
-    window->setMinimumWidth(minimumWidth);
 
     auto* const label = new QLabel(window);
     label->setObjectName(QLatin1String(labelName));

@@ -43,11 +43,13 @@ AMBREL_EXPORT void setAttributeFunction(AttributeFunction function);
 /// in FindFileNoRecursivo.
 class AMBREL_EXPORT FileSearch {
 public:
+    /// What was found.
     struct Entry {
         std::string name; // without folder
         int attributes = 0;
     };
 
+    /// Reads the folder at findFirst, not before.
     FileSearch(const std::string& mask, int attributes);
 
     /// Begins anew; null when nothing matches.

@@ -61,8 +61,9 @@ AMBREL_EXPORT void DesbloqueaAll(dbase::Dataset& table);
 
 namespace ambrel {
 
-/// While one lives TBPost and TBDelete do not wait for the disk, whatever the configuration says: who stores
-/// many rows calls dbase::Table::sync() behind the last one instead.
+/// While one lives TBPost and TBDelete do not wait for the disk, whatever the configuration says. Who stores
+/// many rows ends it before the last one, which then takes those before it to the disk, or calls
+/// dbase::Table::sync() behind them.
 class AMBREL_EXPORT SyncedTogether {
 public:
     SyncedTogether();

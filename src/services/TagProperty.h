@@ -9,8 +9,10 @@
 
 namespace ambrel {
 
+/// Name of the property.
 inline constexpr const char* tagProperty = "Tag";
 
+/// An object's Tag.
 [[nodiscard]] AMBREL_EXPORT int tagOf(const QObject& object);
 AMBREL_EXPORT void setTag(QObject& object, int tag);
 
@@ -18,8 +20,10 @@ AMBREL_EXPORT void setTag(QObject& object, int tag);
 /// which owns it.
 class AMBREL_EXPORT TagWatch : public QObject {
 public:
+    /// Gets the new value.
     using Handler = std::function<void(int tag)>;
 
+    /// The object owns it.
     TagWatch(QObject& object, Handler handler);
 
     bool eventFilter(QObject* watched, QEvent* event) override;

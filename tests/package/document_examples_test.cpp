@@ -1,0 +1,142 @@
+// What the examples of docs/integration.md do when they run; that they compile is seen to by their library.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTemporaryDir>
+#include <initializer_list>
+#include <utility>
+
+#include "package/AmbCodPostales.h"
+#include "snippets/own_table.cpp"
+
+void configureFrom(const std::string& iniFile);
+std::string postalCodeOf(const std::string& municipality, const std::string& street,
+                         const std::string& number);
+bool leaveNumber(TClassCodPostales& postal, const QString& street, const QString& type, QLineEdit* number,
+                 dbase::Field& postalCode);
+bool startEdit(dbase::Dataset& table);
+
+namespace {
+
+void addRow(const char* table, std::initializer_list<std::pair<const char*, const char*>> values) {
+    dbase::Dataset rows("DB", table);
+    rows.open();
+    rows.append();
+    for (const auto& [field, value] : values)
+        rows.field(field).setText(value);
+    rows.post();
+}
+
+class DocumentExamplesTest : public ::testing::Test {
+protected:
+    DocumentExamplesTest() {
+        for (const dbase::TableDefinition& definition : ambrel::tableDefinitions())
+            dbase::createTable(folder(), definition);
+        dbase::createTable(folder(),
+                           {.name = "CLIENTES",
+                            .columns = {{.name = "NOMBRE", .width = 40}, {.name = "CODPOSTAL", .width = 5}},
+                            .tags = {{.name = "NOMBRE", .expression = "NOMBRE"}}});
+        Config.setDatabase("CLIENTES", folder());
+        addRow("MUNICIPI", {{"COD_INE", "28079"},
+                            {"CODPOSTAL", "28001"},
+                            {"CAPITAL", "0"},
+                            {"NOMBRE", "MADRID"},
+                            {"COD_PROV", "28"},
+                            {"ENT_MENOR", "False"}});
+        addStretch("1", "45", "28001");
+        addStretch("47", "9999", "28009");
+        shower_ = ambrel::setMessageShower([this](const ambrel::MessageBox& box) {
+            shown_ += box.text;
+            return ambrel::MessageAnswer::Accept;
+        });
+    }
+    ~DocumentExamplesTest() override {
+        ambrel::setMessageShower(shower_);
+        Config.setDatabase("CLIENTES", {});
+        Config = {};
+    }
+
+    [[nodiscard]] std::string folder() const { return folder_.path().toStdString(); }
+
+    static void addStretch(const char* first, const char* last, const char* postalCode) {
+        addRow("POSTAL", {{"CODIGO1", postalCode},
+                          {"PROVINCIA", "28"},
+                          {"CAPITAL", "0"},
+                          {"TIPO_VIA", "CL"},
+                          {"VIA", "ALCALA"},
+                          {"IMPAR_INI", first},
+                          {"IMPAR_FIN", last},
+                          {"CODPOSTAL", postalCode}});
+    }
+
+    QStringList shown_;
+
+private:
+    QTemporaryDir folder_;
+    ambrel::MessageShower shower_;
+};
+
+TEST_F(DocumentExamplesTest, TheIniFileIsUnderstood) {
+    configureFrom(AMBREL_SNIPPETS "/ambrel.ini");
+    EXPECT_EQ(Config.GetAliasAmbrel(), "CLIENTES");
+    EXPECT_EQ(Config.DatabasePath("DB"), AMBREL_SNIPPETS "/datos");
+    EXPECT_EQ(Config.GetProvin(), 28);
+    EXPECT_EQ(Config.GetnMunicipio(), 3);
+    EXPECT_TRUE(Config.AsegurarEnDisco);
+}
+
+TEST_F(DocumentExamplesTest, ABatchCompletesAnAddress) {
+    EXPECT_EQ(postalCodeOf("madrid", "alcala", "101"), "28009");
+    EXPECT_EQ(postalCodeOf("madrid", "otra", "101"), "");
+}
+
+TEST_F(DocumentExamplesTest, LeavingTheNumberWritesThePostalCodeIntoTheHostsRow) {
+    Customers customers;
+    customers.data.open();
+    storeAll(customers, {"ANA"});
+    TClassCodPostales postal;
+    ASSERT_TRUE(postal.BuscaPorNombreMunicipi("MADRID", true));
+    QLineEdit number("101");
+    EXPECT_TRUE(leaveNumber(postal, "ALCALA", "CL", &number, customers.postalCode));
+    EXPECT_EQ(customers.postalCode.text(), "28009");
+    number.setText("100"); // no stretch has even numbers
+    EXPECT_FALSE(leaveNumber(postal, "ALCALA", "CL", &number, customers.postalCode));
+    EXPECT_EQ(customers.postalCode.text(), "28009");
+}
+
+TEST_F(DocumentExamplesTest, ManyRowsAreStoredTogether) {
+    Customers customers;
+    customers.data.open();
+    storeAll(customers, {"EVA", "ANA", "LUZ"});
+    std::vector<std::string> names;
+    customers.data.first();
+    do
+        names.push_back(customers.name.text());
+    while (customers.data.next());
+    EXPECT_EQ(names, (std::vector<std::string>{"ANA", "EVA", "LUZ"}));
+}
+
+TEST_F(DocumentExamplesTest, ARowThatSomebodyElseHoldsIsToldAndNotEdited) {
+    Customers here, there;
+    here.data.open();
+    storeAll(here, {"ANA"});
+    there.data.open();
+    ASSERT_TRUE(startEdit(there.data));
+    EXPECT_FALSE(startEdit(here.data));
+    EXPECT_EQ(shown_.size(), 1);
+    there.name.setText("EVA");
+    there.data.post();
+    EXPECT_FALSE(startEdit(here.data)); // it is another row now, and is shown
+    EXPECT_EQ(here.name.text(), "EVA");
+    EXPECT_TRUE(startEdit(here.data));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    ::testing::InitGoogleTest(&argc, argv);
+    const QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}

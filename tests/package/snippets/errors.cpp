@@ -1,0 +1,23 @@
+#include <QString>
+
+#include "package/AmbCodPostales.h"
+
+// What a host makes of the faults that it can do something about; the others are for the user.
+bool startEdit(dbase::Dataset& table) {
+    try {
+        table.edit();
+        return true;
+    } catch (const dbase::Error& error) {
+        switch (error.code()) {
+        case dbase::ErrorCode::RecordChanged: // another workstation was faster: show what is there now
+            table.refresh();
+            break;
+        case dbase::ErrorCode::LockRefused: // another workstation has it in edit
+            break;
+        default:
+            throw;
+        }
+        Mensaje_Error(QString::fromUtf8(error.what()), QStringLiteral("Atención"));
+        return false;
+    }
+}

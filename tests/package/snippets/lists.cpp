@@ -1,0 +1,23 @@
+#include <QLineEdit>
+
+#include "package/AmbCodPostales.h"
+
+// F4 in the street box: the list over all streets, and what the chosen one says.
+bool chooseStreet(TClassCodPostales& postal, QLineEdit* street, QLineEdit* municipality) {
+    if (!postal.BuscarDireccionPostal(ambrel::tagOf(*municipality) == 0))
+        return false;
+    const TDMCodPostales& chosen = *postal.DM;
+    street->setText(ambrel::fromWindows1252(chosen.tbPostalVIA.text()));
+    ambrel::setTag(*street, chosen.tbPostalCODIGO1.integer());
+    municipality->setText(ambrel::fromWindows1252(chosen.tbMunicipiNOMBRE.text()));
+    ambrel::setTag(*municipality, chosen.tbMunicipiCOD_INE.integer());
+    return true;
+}
+
+// A routine that needs no controller: opens its own tables and closes them again.
+QString chooseMunicipality(QWidget* owner, QString& postalCode) {
+    QString codIne, name, provinceName, provinceCode, number;
+    const bool isChosen = IMunicipios(owner, codIne, postalCode, name, provinceName, provinceCode, number,
+                                      QStringLiteral("CODPOSTAL"), QStringLiteral("Elija un municipio"));
+    return isChosen ? name : QString();
+}
