@@ -46,6 +46,23 @@ AddressPreview::AddressPreview(QWidget* parent)
 void AddressPreview::showRow(HostTable& table) {
     line_->setText(Domicilio(table.data, unlimitedWidth, included, included, !namesTypes_));
     line_->setAccessibleName(tr("Dirección tal como se imprime: %1").arg(line_->text()));
+    makeRoom();
+}
+
+void AddressPreview::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    makeRoom();
+}
+
+void AddressPreview::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    makeRoom();
+}
+
+/// The window's least height knows nothing of lines that are wrapped; they would take the boxes' room.
+void AddressPreview::makeRoom() {
+    if (isVisible())
+        line_->setMinimumHeight(line_->heightForWidth(line_->width()));
 }
 
 } // namespace host

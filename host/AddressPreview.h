@@ -17,7 +17,13 @@ public:
     /// Shows the line of the table's row, pending changes included.
     void showRow(HostTable& table);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
 private:
+    void makeRoom();
+
     /// Whether abbreviations of street types can be turned into names: without their table every line would
     /// come with an error box.
     bool namesTypes_;

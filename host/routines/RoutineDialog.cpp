@@ -74,6 +74,10 @@ void RoutineDialog::layOut() {
     setMinimumWidth(smallestWidth);
     ensurePolished();
     alignLabels(*this);
+    // Lines that are wrapped do not count for the least height, and would take the boxes' room.
+    const QMargins margins = column->contentsMargins();
+    auto* const summary = findChild<QLabel*>(QStringLiteral("LResumen"));
+    summary->setMinimumHeight(summary->heightForWidth(smallestWidth - margins.left() - margins.right()));
 }
 
 QWidget* RoutineDialog::heading() {
@@ -161,7 +165,6 @@ QWidget* RoutineDialog::commands() {
     execute->setDefault(true);
     auto* close = new QPushButton(tr("&Cerrar"), bar);
     close->setObjectName(QStringLiteral("BBCerrar"));
-    close->setAutoDefault(false);
     connect(execute, &QPushButton::clicked, this, ambrel::guarded([this] { run(); }));
     connect(close, &QPushButton::clicked, this, &QDialog::reject);
     line->addStretch();

@@ -3,6 +3,7 @@
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QLayout>
 #include <QShowEvent>
 #include <algorithm>
 #include <vector>
@@ -34,11 +35,15 @@
 
 namespace {
 
-constexpr int acceptedTag = 1;     // the Tag that tells the caller
-constexpr int titleMargins = 14;   // what a column leaves free beside its title
-constexpr int progressPause = 100; // milliseconds
+constexpr int acceptedTag = 1;   // the Tag that tells the caller
+constexpr int titleMargins = 14; // what a column leaves free beside its title
+constexpr int nameColumn = 1;
+constexpr int nameLetters = 28;      // of a street that are shown, whatever the font
+constexpr QSize leastSize(640, 400); // logical pixels
+constexpr int progressPause = 100;   // milliseconds
 
 /// A column is at least as wide as its title, so that a larger font cuts none.
+/// Deliberate: the longest names of streets are not shown whole; Space shows the card.
 std::vector<ambrel::GridColumn> streetColumns(const QFontMetrics& metrics) {
     std::vector<ambrel::GridColumn> columns{
         {.field = "TIPO_VIA", .title = QStringLiteral("Tipo vía"), .width = 41},
@@ -50,6 +55,7 @@ std::vector<ambrel::GridColumn> streetColumns(const QFontMetrics& metrics) {
         {.field = "PAR_FIN", .title = QStringLiteral("Fin par"), .width = 58}};
     for (ambrel::GridColumn& column : columns)
         column.width = std::max(column.width, metrics.horizontalAdvance(column.title) + titleMargins);
+    columns[nameColumn].width = std::max(columns[nameColumn].width, nameLetters * metrics.averageCharWidth());
     return columns;
 }
 
@@ -130,6 +136,14 @@ void TFBuscarDireccionPostal::connectControls() {
 }
 
 void TFBuscarDireccionPostal::reject() { done(ambrel::cancelledResult); }
+
+/// The least size grows with the font.
+bool TFBuscarDireccionPostal::event(QEvent* event) {
+    const bool result = QDialog::event(event);
+    if (event->type() == QEvent::LayoutRequest)
+        setMinimumSize(leastSize.expandedTo(layout()->totalMinimumSize()));
+    return result;
+}
 
 void TFBuscarDireccionPostal::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);

@@ -25,6 +25,7 @@ public:
     TFBuscarDireccionPostal(QWidget* owner, TClassCodPostales& controller, bool standalone);
     ~TFBuscarDireccionPostal() override;
 
+    /// The provinces that the list offers.
     dbase::Dataset tbProvin{"DB", "PROVIN.DBF", "ALFABETICO"};
     dbase::Field& tbProvinPROVINCIA = tbProvin.bindCharacter("PROVINCIA", 21);
     dbase::Field& tbProvinCODIGO = tbProvin.bindCharacter("CODIGO", 3);
@@ -36,6 +37,7 @@ public:
     void reject() override;
 
 protected:
+    bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 

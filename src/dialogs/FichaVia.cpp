@@ -35,6 +35,7 @@ constexpr int editMargins = 20;       // logical pixels beside the text of an ed
 constexpr int statusTextMargins = 16; // and beside that of the status bar
 
 constexpr float disabledTextOpacity = 0.7F;
+constexpr int strongContrast = 160; // of 255, between the brightness of a text and of what is behind it
 
 constexpr auto cardWindow = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                             Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
@@ -63,15 +64,19 @@ void alignLabels(std::initializer_list<QLabel*> labels) {
         label->setMinimumWidth(width);
 }
 
-/// Texts of disabled controls are there to be read on a card that only shows.
-void makeLegible(QWidget& box) {
-    QPalette palette = box.palette();
-    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text}) {
+/// Texts of disabled controls are there to be read on a card that only shows: paler ones only where they are
+/// easy to read.
+void makeLegible(QWidget& control) {
+    QPalette palette = control.palette();
+    for (const auto& [role, behind] :
+         {std::pair(QPalette::WindowText, QPalette::Window), std::pair(QPalette::Text, QPalette::Base)}) {
         QColor colour = palette.color(QPalette::Active, role);
-        colour.setAlphaF(disabledTextOpacity);
+        const QColor background = palette.color(QPalette::Active, behind);
+        if (qAbs(qGray(colour.rgb()) - qGray(background.rgb())) >= strongContrast)
+            colour.setAlphaF(disabledTextOpacity);
         palette.setColor(QPalette::Disabled, role, colour);
     }
-    box.setPalette(palette);
+    control.setPalette(palette);
 }
 
 /// To the middle of the host's main form, within its screen.
@@ -236,6 +241,9 @@ void TFFichaVia::SoloLectura() {
     for (QGroupBox* const box : {ui_->GBIdentificacion, ui_->GBNumeracion}) {
         box->setEnabled(false);
         makeLegible(*box);
+        for (QWidget* const control :
+             box->findChildren<QWidget*>()) // a host's style sheet keeps the box's from them
+            makeLegible(*control);
     }
 }
 

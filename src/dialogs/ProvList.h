@@ -32,6 +32,7 @@ public:
     [[nodiscard]] int chosenGroup() const { return chosenGroup_; }
     [[nodiscard]] const QString& chosenName() const { return chosenName_; }
 
+    /// The territories that the list shows.
     dbase::Dataset TProvin{"DB", "PROVIN.DBF", "CODIGO"};
     dbase::Field& TProvinPROVINCIA = TProvin.bindCharacter("PROVINCIA", 21);
     dbase::Field& TProvinCODIGO = TProvin.bindCharacter("CODIGO", 3);

@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QMenu>
+#include <QShortcut>
 #include <QShowEvent>
 #include <algorithm>
 #include <exception>
@@ -71,6 +72,10 @@ void TFImportarVias::connectControls() {
          {ui_->BBBuscarViasPorProvincia, ui_->BBBuscarViasPorMunicipio, ui_->BBGuardarPorProvincia,
           ui_->BBGuardarPorMunicipio, ui_->BBCancelar})
         help_->watchButton(button);
+
+    // The list is no stop of the Tab key.
+    connect(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, ui_->SGVias,
+            [grid = ui_->SGVias] { grid->setFocus(Qt::ShortcutFocusReason); });
 
     auto* const menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("PMGuardarPorProvincia"));

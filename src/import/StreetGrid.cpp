@@ -3,6 +3,7 @@
 
 #include <QFontMetrics>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <algorithm>
@@ -98,6 +99,24 @@ void StreetGrid::resizeEvent(QResizeEvent* event) {
     fitNameColumn();
 }
 
+void StreetGrid::moveRow(int row, int to) {
+    model_->move(row, to);
+    scrollTo(currentIndex());
+}
+
+/// What dragging does, for those who use no mouse.
+void StreetGrid::keyPressEvent(QKeyEvent* event) {
+    const bool isUp = event->key() == Qt::Key_Up;
+    const bool moves = (isUp || event->key() == Qt::Key_Down) && event->modifiers() == Qt::ControlModifier;
+    if (!moves) {
+        QTableView::keyPressEvent(event);
+        return;
+    }
+    const int row = currentIndex().row(), to = isUp ? row - 1 : row + 1;
+    if (row >= 0 && to >= 0 && to < model_->rowCount())
+        moveRow(row, to);
+}
+
 void StreetGrid::mousePressEvent(QMouseEvent* event) {
     QTableView::mousePressEvent(event);
     isDragging_ = event->button() == Qt::LeftButton && rowAt(event->position().toPoint().y()) >= 0;
@@ -108,10 +127,8 @@ void StreetGrid::mouseMoveEvent(QMouseEvent* event) {
     if (!isDragging_ || !(event->buttons() & Qt::LeftButton))
         return;
     const int row = currentIndex().row(), to = rowAt(event->position().toPoint().y());
-    if (row < 0 || to < 0 || row == to)
-        return;
-    model_->move(row, to);
-    scrollTo(currentIndex());
+    if (row >= 0 && to >= 0)
+        moveRow(row, to);
 }
 
 void StreetGrid::mouseReleaseEvent(QMouseEvent* event) {

@@ -10,7 +10,8 @@ namespace ambrel {
 
 class StreetModel;
 
-/// Whole rows are selected, and the user may drag one to another place. The name's column takes the room that
+/// Whole rows are selected, and the user may drag one to another place, or move it
+/// there with Ctrl+Up and Ctrl+Down. The name's column takes the room that
 /// the others leave.
 class StreetGrid : public QTableView {
     Q_OBJECT
@@ -30,6 +31,7 @@ public:
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -37,6 +39,7 @@ protected:
 
 private:
     void setWidths();
+    void moveRow(int row, int to);
 
     StreetModel* model_;
     bool isDragging_ = false;

@@ -12,12 +12,15 @@ namespace {
 constexpr const char* normalPaletteProperty = "normalPalette";
 constexpr QColor paleYellow(255, 249, 214);
 constexpr QColor darkOlive(64, 60, 30);
-constexpr int darkLightness = 128; // of 255
+constexpr int brightText = 139; // of 255; a grey of this brightness contrasts alike with both
 
 FocusColouring& colouring() {
     static FocusColouring function = colourByPalette;
     return function;
 }
+
+/// The text decides, whatever is behind it now: a control's own colours may be of any brightness.
+QColor readableBehind(const QColor& text) { return qGray(text.rgb()) > brightText ? darkOlive : paleYellow; }
 
 void takeFocusColour(QWidget& control) {
     if (control.property(normalPaletteProperty).isValid())
@@ -25,8 +28,7 @@ void takeFocusColour(QWidget& control) {
     QPalette palette =
         control.palette(); // knows which of its colours are the control's own and which its parent's
     control.setProperty(normalPaletteProperty, palette);
-    const bool isDark = palette.color(QPalette::Base).lightness() < darkLightness;
-    palette.setColor(QPalette::Base, isDark ? darkOlive : paleYellow);
+    palette.setColor(QPalette::Base, readableBehind(palette.color(QPalette::Text)));
     control.setPalette(palette);
 }
 

@@ -18,7 +18,7 @@ namespace ambrel {
 /// Colours a control as focused or as normal.
 using FocusColouring = std::function<void(QWidget& control, bool focused)>;
 
-/// Background behind the text: pale yellow, or dark olive where the control's colours are dark.
+/// Background behind the text: pale yellow, or dark olive behind a bright text.
 AMBREL_EXPORT void colourByPalette(QWidget& control, bool focused);
 
 /// Puts a host's own colouring in place; an empty one brings colourByPalette back.

@@ -149,7 +149,7 @@ TEST_F(MunicipiListaMJ, TextsHintsAndSizes) {
          {"ENOMBRE", "QLineEdit", "", "Buscar el nombre del municipio a localizar", {400, 20}},
          {"DBGMUNICIMJ", "ambrel::DataGrid", "", "Listado de municipios", {400, 200}},
          {"STAyuda", "QLabel",
-          "Escriba el comienzo del nombre del municipio\nPulse dos veces sobre el municipio para aceptarlo"},
+          "Escriba el comienzo del nombre del municipio\nPulse Alt+A, o dos veces sobre el municipio, para aceptarlo"},
          {"BBAceptar",
           "QPushButton",
           "&Aceptar",

@@ -93,7 +93,7 @@ TEST_F(ProvinceList, HasItsCaptionsHintsSizesAndResults) {
                {"E_BUSQUEDA", "QLineEdit", "", "Escriba el nombre de la provincia a localizar"},
                {"DBGProvincias", "ambrel::DataGrid", "", "Listado de provincias"},
                {"STAyuda", "QLabel",
-                "Escriba un código o un nombre en mayúsculas. Doble clic en una línea para aceptarla."},
+                "Escriba un código o un nombre en mayúsculas. Alt+A o doble clic en una línea para aceptarla."},
                {"BBAceptar", "QPushButton", "&Aceptar", "Aceptar la línea elegida y salir de la pantalla"},
                {"BBCancelar", "QPushButton", "&Salir", "Salir de la pantalla sin elegir"},
                {"SBAyuda", "QStatusBar", ""}});

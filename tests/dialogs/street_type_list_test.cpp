@@ -94,7 +94,7 @@ TEST_F(StreetTypeList, HasItsCaptionsHintsSizesAndResults) {
                {"EBUSCA", "QLineEdit", "", "Escriba el nombre del tipo de vía a localizar"},
                {"DBGTIPO_VIA", "ambrel::DataGrid", ""},
                {"STAyuda", "QLabel",
-                "Escriba la abreviatura del tipo de vía. Doble clic en una línea para aceptarla."},
+                "Escriba la abreviatura del tipo de vía. Alt+A o doble clic en una línea para aceptarla."},
                {"BBAceptar", "QPushButton", "&Aceptar", "Aceptar el tipo elegido y salir de la pantalla"},
                {"BBCancelar", "QPushButton", "&Salir", "Salir de la pantalla sin elegir"},
                {"SBAyuda", "QStatusBar", ""}});

@@ -24,12 +24,14 @@ namespace ambrel {
 class AMBREL_EXPORT DataGrid : public QWidget {
     Q_OBJECT
 public:
+    /// Empty until it has a source and columns.
     explicit DataGrid(QWidget* parent = nullptr);
     ~DataGrid() override;
 
     /// Follows what the source tells. A source that was destroyed counts as none.
     void setDataSource(dbase::DataSource* source);
 
+    /// Columns from left to right, and their titles.
     void setColumns(std::vector<GridColumn> columns);
     [[nodiscard]] int columnCount() const;
     [[nodiscard]] QString columnTitle(int column) const;

@@ -11,6 +11,7 @@
 class QDialog;
 class QKeyEvent;
 class QPushButton;
+class QShortcutEvent;
 class QWidget;
 
 namespace ambrel {
@@ -23,19 +24,22 @@ inline constexpr int cancelledResult = 2;
 /// returns true has used the key: the control does not get it. Takes the default button away from the
 /// dialog, and makes Escape click the cancel button, disabled or not, before the handler is asked.
 /// Enter (13) on a button that has the focus clicks it when the handler did not use the key.
-/// Keys without a code are told as 0. An open drop-down list keeps its keys to itself.
+/// A button's letter together with Alt clicks it at once. Keys without a code are told as 0. An open
+/// drop-down list keeps its keys to itself.
 class AMBREL_EXPORT FormKeys : public QObject {
     Q_OBJECT
 public:
     /// True for a key that was used.
     using Handler = std::function<bool(std::uint16_t key, Qt::KeyboardModifiers modifiers)>;
 
+    /// The dialog owns it.
     FormKeys(QDialog& dialog, QPushButton& cancel, Handler handler = {});
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     bool press(QWidget& control, const QKeyEvent& event);
+    bool pressByLetter(QWidget& control, const QShortcutEvent& event);
 
     QDialog& dialog_;
     QPushButton& cancel_;

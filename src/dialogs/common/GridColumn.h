@@ -7,6 +7,7 @@
 
 namespace ambrel {
 
+/// What a column shows, and how.
 struct GridColumn {
     std::string field; // of the dataset; calculated ones too
     QString title;     // shown above the column

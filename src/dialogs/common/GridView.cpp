@@ -11,8 +11,7 @@
 namespace ambrel {
 namespace {
 
-constexpr int rowMargin = 3;       // logical pixels above and below a text
-constexpr int focusDarkness = 160; // per cent, of the line around the current row
+constexpr int rowMargin = 3; // logical pixels above and below a text
 
 /// The current row looks the same wherever the focus is, and no cell of it stands out.
 class RowDelegate : public QStyledItemDelegate {
@@ -33,6 +32,8 @@ protected:
 GridView::GridView(QWidget* parent) : QTableView(parent) {
     setFrameShape(NoFrame);
     setFocusPolicy(Qt::TabFocus); // a click on a row takes the focus, one on a title does not
+    // Shift+Tab would take the viewport, which stands behind the next control, for the grid.
+    viewport()->setFocusProxy(nullptr);
     setItemDelegate(new RowDelegate(this));
     setSelectionBehavior(SelectRows);
     setSelectionMode(SingleSelection);
@@ -115,7 +116,7 @@ void GridView::paintEvent(QPaintEvent* event) {
         const QRect row(0, rowViewportPosition(currentIndex().row()), viewport()->width(),
                         rowHeight(currentIndex().row()));
         QPainter painter(viewport());
-        painter.setPen(palette().color(QPalette::Active, QPalette::Highlight).darker(focusDarkness));
+        painter.setPen(palette().color(QPalette::Active, QPalette::HighlightedText)); // readable on the row
         painter.drawRect(row.adjusted(0, 0, -1, -1));
     }
 }

@@ -11,6 +11,7 @@ class QLineEdit;
 
 namespace ambrel {
 
+/// Whether letters become capitals.
 enum class Capitals { No, Yes };
 
 /// Turns typed letters into capitals and stops typing at a length. Belongs to its box, which may be the edit
@@ -19,8 +20,10 @@ enum class Capitals { No, Yes };
 class AMBREL_EXPORT TypingRules : public QObject {
     Q_OBJECT
 public:
+    /// As a maximal length: none.
     static constexpr int anyLength = -1;
 
+    /// The box owns it.
     TypingRules(QLineEdit* box, int maximalLength, Capitals capitals);
 
 protected:

@@ -1,0 +1,73 @@
+// Test fixture: every form of the house by its name, shown over tables with the longest texts that occur.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "controller/ClasCodPostales.h"
+#include "data/PostalTables.h"
+#include "import/SimulatedDirectory.h"
+
+namespace accessibility_tests {
+
+enum class Form {
+    MunicipiLista,
+    BuscarMunicipios,
+    MunicipiListaMJ,
+    ProvList,
+    TipoViasLista,
+    BuscarDireccionPostal,
+    FichaViaNueva,
+    FichaViaConsulta,
+    ImportarFichero,
+    ImportarMunicipio,
+    ImportarProvincia,
+    Progreso,
+    MensajePregunta,
+    MensajeAviso,
+    Clientes,
+    Rutina
+};
+
+[[nodiscard]] const std::vector<Form>& allForms();
+/// As in the enumeration; the name of a test's variant.
+[[nodiscard]] std::string nameOf(Form form);
+std::ostream& operator<<(std::ostream& out, Form form);
+
+/// The host's tables know MADRID, with its streets ALCALA and GRAN VIA (a user's), a few more municipalities
+/// and the longest names there are. The service on loopback knows MADRID with ALPEDRETE.
+class Forms : public postal_tests::PostalTables {
+protected:
+    using Step = std::function<void(QWidget& window)>;
+
+    Forms();
+    ~Forms() override;
+
+    /// Shows the form, active, gives it to the step, and closes it unless the step has done that.
+    void show(Form form, const Step& step);
+
+    std::unique_ptr<TClassCodPostales> controller;
+
+private:
+    void showMunicipalityList(Form form, const Step& step);
+    void showSmallList(Form form, const Step& step);
+    void showStreetCard(Form form, const Step& step);
+    void showImport(Form form, const Step& step);
+    void showBox(Form form, const Step& step);
+    void showHost(Form form, const Step& step);
+
+    SimulatedDirectory service_;
+};
+
+/// The name of the control that has the focus in a window, also when the focus is in a part of it.
+[[nodiscard]] std::string focused(const QWidget& window);
+/// Presses a key where the focus of a window is.
+void press(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers = {});
+/// Types letter by letter where the focus of a window is.
+void type(const QWidget& window, const QString& text);
+
+} // namespace accessibility_tests

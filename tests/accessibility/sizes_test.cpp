@@ -1,0 +1,113 @@
+// Nothing is cut: with the usual font and with a larger one. The build runs this on screens of several
+// resolutions.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QFont>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <cstdlib>
+
+#include "accessibility/CutTexts.h"
+#include "accessibility/Forms.h"
+
+namespace accessibility_tests {
+namespace {
+
+using Sentences = std::vector<std::string>;
+
+class Sizes : public Forms, public ::testing::WithParamInterface<Form> {
+protected:
+    ~Sizes() override { QApplication::setFont(usual_); }
+
+    void enlarge(double factor) {
+        QFont larger = usual_;
+        larger.setPointSizeF(usual_.pointSizeF() * factor);
+        QApplication::setFont(larger);
+    }
+
+private:
+    const QFont usual_ = QApplication::font();
+};
+
+constexpr double largerFont = 1.3;
+
+INSTANTIATE_TEST_SUITE_P(Form, Sizes, ::testing::ValuesIn(allForms()),
+                         [](const auto& form) { return nameOf(form.param); });
+
+/// The longest contents that the tables have, where they do not come by themselves.
+void fill(const QWidget& window) {
+    for (const auto& [name, text] :
+         {std::pair("ENumero", "123456"), std::pair("DBEImparIni", "99999"),
+          std::pair("DBEImparFin", "99999"), std::pair("DBEParIni", "99998"), std::pair("DBEParFin", "99998"),
+          std::pair("DBECodPostal", "28739"), std::pair("EVecindad", "GARGANTILLA DEL LOZOYA")})
+        if (auto* const edit = window.findChild<QLineEdit*>(QLatin1String(name)))
+            edit->setText(QLatin1String(text));
+    for (const auto& [name, part] :
+         {std::pair("CBProvincia", "CRUZ"), std::pair("CBProvinciasAmbrel", "CRUZ"),
+          std::pair("CBTipoVia", "URBANIZACION"), std::pair("CBProvincias", "LOZOYA")})
+        if (auto* const combo = window.findChild<QComboBox*>(QLatin1String(name)))
+            combo->setCurrentIndex(combo->findText(QLatin1String(part), Qt::MatchContains));
+}
+
+/// A size that changes may change another, which is laid out at the next turn.
+void settle() {
+    for (int turn = 0; turn < 8; ++turn)
+        QCoreApplication::processEvents();
+}
+
+TEST_P(Sizes, NothingIsCut) {
+    show(GetParam(), [](QWidget& window) { EXPECT_EQ(cutTexts(window), Sentences()); });
+}
+
+TEST_P(Sizes, NothingIsCutWithTheLongestContents) {
+    show(GetParam(), [](QWidget& window) {
+        fill(window);
+        settle();
+        EXPECT_EQ(cutTexts(window), Sentences());
+    });
+}
+
+TEST_P(Sizes, NothingIsCutWithALargerFont) {
+    enlarge(largerFont);
+    show(GetParam(), [](QWidget& window) {
+        fill(window);
+        settle();
+        EXPECT_EQ(cutTexts(window), Sentences());
+    });
+}
+
+TEST_P(Sizes, NothingIsCutInAFormMadeAsSmallAsItGoes) {
+    show(GetParam(), [](QWidget& window) {
+        window.resize(window.minimumSize());
+        settle();
+        EXPECT_EQ(cutTexts(window), Sentences());
+    });
+}
+
+/// Guards the runs on other resolutions: without it they would pass by not being what they say.
+TEST(SizesOfPixels, AreThoseThatTheRunAsksFor) {
+    const char* const asked = std::getenv("QT_SCALE_FACTOR");
+    EXPECT_DOUBLE_EQ(QApplication::primaryScreen()->devicePixelRatio(), asked ? std::atof(asked) : 1.0);
+}
+
+/// The measure itself: a text that has too little room is found.
+TEST(SizesMeasured, AreThoseOfTheTexts) {
+    QWidget window;
+    auto* const label = new QLabel(QStringLiteral("Nombre del municipio"), &window);
+    auto* const button = new QPushButton(QStringLiteral("&Aceptar"), &window);
+    button->move(0, 100);
+    window.resize(600, 400);
+    window.show();
+    EXPECT_EQ(cutTexts(window), Sentences());
+    label->resize(20, label->height());
+    EXPECT_EQ(cutTexts(window).size(), 1U);
+    button->resize(button->width(), 5);
+    EXPECT_EQ(cutTexts(window).size(), 2U);
+}
+
+} // namespace
+} // namespace accessibility_tests
