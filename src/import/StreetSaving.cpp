@@ -155,7 +155,7 @@ std::vector<std::string> CodigosPostalesMunicipio(const std::string& database, c
 template<typename SaveRow>
 StreetSaving::Outcome StreetSaving::saveEach(SaveRow saveRow) {
     Outcome outcome;
-    const SyncedTogether once; // see sync()
+    const SyncedTogether once;                                     // see sync()
     const dbase::NotificationPause pause(controller.DM->tbPostal); // a list behind is drawn once, at the end
     for (std::size_t row = 0; row < streets.size(); ++row) {
         if (beforeRow)

@@ -267,7 +267,8 @@ TEST_F(HostileTest, ALoneChildThatGoesIsRefused) {
     store32(index.data() + blockAt(only) + mdx::items + 104, 0);
     std::fill_n(index.begin() + mdx::stamp, mdx::stampSize, '\0');
     store32(table.data() + 4, 1);
-    table[load16(table.data() + 8) + std::size_t{load16(table.data() + 10)}] = 0x1A; // the others are none any more
+    table[load16(table.data() + 8) + std::size_t{load16(table.data() + 10)}] =
+        0x1A; // the others are none any more
     store32(index.data() + mdx::stamp + 12, 1);
     std::copy_n(mdx::stampMagic, 8, index.begin() + mdx::stamp);
     putOnDisk();

@@ -143,20 +143,20 @@ protected:
 TEST_F(MunicipiListaMJ, TextsHintsAndSizes) {
     open();
     ambrel::test::expectControls(
-        *dialog,
-        {{"TFMunicipiListaMJ", "TFMunicipiListaMJ", "Lista de municipios", "", {640, 480}},
-         {"GBNOMBRE", "QGroupBox", "  Buscar por municipio...  "},
-         {"ENOMBRE", "QLineEdit", "", "Buscar el nombre del municipio a localizar", {400, 20}},
-         {"DBGMUNICIMJ", "ambrel::DataGrid", "", "Listado de municipios", {400, 200}},
-         {"STAyuda", "QLabel",
-          "Escriba el comienzo del nombre del municipio\nPulse Alt+A, o dos veces sobre el municipio, para aceptarlo"},
-         {"BBAceptar",
-          "QPushButton",
-          "&Aceptar",
-          "Aceptar el municipio elegido y salir de la pantalla",
-          {88, 30}},
-         {"BBCancelar", "QPushButton", "&Salir", "Salir de la pantalla sin elegir", {88, 30}},
-         {"SBAyuda", "QStatusBar", ""}});
+        *dialog, {{"TFMunicipiListaMJ", "TFMunicipiListaMJ", "Lista de municipios", "", {640, 480}},
+                  {"GBNOMBRE", "QGroupBox", "  Buscar por municipio...  "},
+                  {"ENOMBRE", "QLineEdit", "", "Buscar el nombre del municipio a localizar", {400, 20}},
+                  {"DBGMUNICIMJ", "ambrel::DataGrid", "", "Listado de municipios", {400, 200}},
+                  {"STAyuda", "QLabel",
+                   "Escriba el comienzo del nombre del municipio\nPulse Alt+A, o dos veces sobre el "
+                   "municipio, para aceptarlo"},
+                  {"BBAceptar",
+                   "QPushButton",
+                   "&Aceptar",
+                   "Aceptar el municipio elegido y salir de la pantalla",
+                   {88, 30}},
+                  {"BBCancelar", "QPushButton", "&Salir", "Salir de la pantalla sin elegir", {88, 30}},
+                  {"SBAyuda", "QStatusBar", ""}});
     EXPECT_EQ(dialog->minimumSize(), QSize(640, 480));
     EXPECT_EQ(grid().columnCount(), 3);
     EXPECT_EQ(grid().columnTitle(0), "Cod. Mun");

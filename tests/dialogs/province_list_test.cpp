@@ -87,16 +87,17 @@ TEST_F(ProvinceList, HasItsCaptionsHintsSizesAndResults) {
     list.TProvin.open();
     ambrel::test::showActive(list);
     ambrel::test::expectControls(
-        list, {{"TFProvList", "TFProvList", "Lista de provincias", "", {350, 480}},
-               {"GBTitulo", "QGroupBox", "Nacimiento"},
-               {"LProvincia_", "QLabel", "&Provincia:"},
-               {"E_BUSQUEDA", "QLineEdit", "", "Escriba el nombre de la provincia a localizar"},
-               {"DBGProvincias", "ambrel::DataGrid", "", "Listado de provincias"},
-               {"STAyuda", "QLabel",
-                "Escriba un código o un nombre en mayúsculas. Alt+A o doble clic en una línea para aceptarla."},
-               {"BBAceptar", "QPushButton", "&Aceptar", "Aceptar la línea elegida y salir de la pantalla"},
-               {"BBCancelar", "QPushButton", "&Salir", "Salir de la pantalla sin elegir"},
-               {"SBAyuda", "QStatusBar", ""}});
+        list,
+        {{"TFProvList", "TFProvList", "Lista de provincias", "", {350, 480}},
+         {"GBTitulo", "QGroupBox", "Nacimiento"},
+         {"LProvincia_", "QLabel", "&Provincia:"},
+         {"E_BUSQUEDA", "QLineEdit", "", "Escriba el nombre de la provincia a localizar"},
+         {"DBGProvincias", "ambrel::DataGrid", "", "Listado de provincias"},
+         {"STAyuda", "QLabel",
+          "Escriba un código o un nombre en mayúsculas. Alt+A o doble clic en una línea para aceptarla."},
+         {"BBAceptar", "QPushButton", "&Aceptar", "Aceptar la línea elegida y salir de la pantalla"},
+         {"BBCancelar", "QPushButton", "&Salir", "Salir de la pantalla sin elegir"},
+         {"SBAyuda", "QStatusBar", ""}});
     EXPECT_EQ(list.minimumWidth(), 350);
     EXPECT_EQ(list.maximumWidth(), 350);
     EXPECT_EQ(child<QLabel>(list, "LProvincia_").buddy(), &search);
