@@ -34,6 +34,7 @@ public:
     void sync() override { file_->sync(); }
     [[nodiscard]] bool tryLock(dbase::LockRange, dbase::LockKind) override { return grants_; }
     void unlock(dbase::LockRange) noexcept override {}
+    [[nodiscard]] bool isLockedByOthers(dbase::LockRange) const override { return false; }
 
 private:
     std::unique_ptr<dbase::File> file_;
