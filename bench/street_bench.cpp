@@ -11,6 +11,7 @@
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
 #include "data/TableDefinitions.h"
+#include "services/Confamb.h"
 
 #include "application.h"
 #include "our_postal.h"
