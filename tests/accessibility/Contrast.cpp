@@ -21,7 +21,7 @@ double luminance(const QColor& colour) {
 } // namespace
 
 double contrast(const QColor& one, const QColor& other) {
-    const auto [darker, brighter] = std::minmax(luminance(one), luminance(other));
+    const auto [darker, brighter] = std::minmax({luminance(one), luminance(other)});
     return (brighter + 0.05) / (darker + 0.05);
 }
 
