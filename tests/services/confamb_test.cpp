@@ -196,7 +196,7 @@ TEST_F(Configuration, IniFileIsAPlainFileOfSensibleSize) {
 }
 
 TEST_F(Configuration, RefusesControlCharacters) {
-    EXPECT_NE(load(std::string("[BaseDeDatos]\nCarpeta=datos\0/otros\n", 37)).find("línea 2"),
+    EXPECT_NE(load(std::string("[BaseDeDatos]\nCarpeta=datos\0/otros\n", 35)).find("línea 2"),
               std::string::npos);
     EXPECT_NE(load("[Callejero]\nAccion=http://x\rCookie: y\n").find("carácter de control"),
               std::string::npos);
