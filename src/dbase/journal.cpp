@@ -76,6 +76,29 @@ bool Journal::join() {
 
 bool Journal::exists() { return join(); }
 
+bool Journal::reaches(std::uint64_t end) const {
+    if (end > knownSize_) {
+        knownSize_ = file_->size();
+    }
+    return end <= knownSize_;
+}
+
+bool Journal::look(std::uint64_t offset, std::span<char> bytes) const {
+    if (file_->viewIsTorn()) { // somebody cut it
+        file_->renewView();
+        knownSize_ = 0;
+    }
+    if (!reaches(offset + bytes.size())) {
+        return false;
+    }
+    if (const char* view = file_->view()) {
+        std::memcpy(bytes.data(), view + offset, bytes.size()); // without a call of the system
+    } else {
+        file_->read(offset, bytes);
+    }
+    return true;
+}
+
 bool Journal::isOfAnotherStart() { return join() && (!readHeader() || startIdentity_ != bootIdentity()); }
 
 bool Journal::readHeader() {
@@ -83,11 +106,7 @@ bool Journal::readHeader() {
         file_->unlock(exchangeLock);
     }
     char header[headerBytes];
-    if (file_->size() < headerBytes) {
-        return false;
-    }
-    file_->read(0, header);
-    if (std::memcmp(header, magic, 8) != 0 ||
+    if (!look(0, header) || std::memcmp(header, magic, 8) != 0 ||
         load64(header + headerSumOffset) != checksum(std::span(header).first(headerSumOffset)) ||
         load32(header + recordLengthOffset) != recordLength_ ||
         load32(header + headerLengthOffset) != headerLength_) {
@@ -146,6 +165,7 @@ void Journal::restart() {
 void Journal::remove() {
     place_->remove();
     file_.reset();
+    knownSize_ = 0;
     generation_ = 0;
 }
 
@@ -175,19 +195,20 @@ std::vector<char> Journal::encode(const JournalEntry& entry, bool isKept) const 
 }
 
 std::vector<char> Journal::readAt(std::uint64_t offset, std::uint64_t sequence) const {
-    const std::uint64_t size = std::min(file_->size(), largestJournal);
     char head[entryHead];
-    if (offset + entryHead > size) {
+    if (!look(offset, head)) {
         return {};
     }
-    file_->read(offset, head);
     const std::uint32_t length = load32(head + lengthOffset);
     if (load32(head) != entryMagic || load64(head + entryGeneration) != generation_ ||
-        load64(head + sequenceOffset) != sequence || length < entryHead || length > size - offset) {
+        load64(head + sequenceOffset) != sequence || length < entryHead || offset + length > largestJournal ||
+        !reaches(offset + length)) {
         return {};
     }
     std::vector<char> bytes(length);
-    file_->read(offset, bytes);
+    if (!look(offset, bytes)) {
+        return {};
+    }
     const std::uint64_t sum = load64(bytes.data() + sumOffset);
     store64(bytes.data() + sumOffset, 0);
     return sum == checksum(bytes) ? bytes : std::vector<char>();
@@ -255,9 +276,8 @@ bool Journal::mustRestartFor(const JournalEntry& entry, bool isKept) {
 void Journal::add(const JournalEntry& entry, bool isKept) {
     catchUp();
     const std::vector<char> bytes = encode(entry, isKept);
-    if (isKept && file_->size() < capacity) {
-        const std::uint64_t size = file_->size();
-        file_->write(size, std::vector<char>(static_cast<std::size_t>(capacity - size)));
+    if (isKept && !reaches(capacity)) {
+        file_->write(knownSize_, std::vector<char>(static_cast<std::size_t>(capacity - knownSize_)));
     }
     written_ = tail_;
     file_->write(tail_, bytes);

@@ -54,6 +54,9 @@ public:
 
 private:
     [[nodiscard]] bool join();
+    [[nodiscard]] bool reaches(std::uint64_t end) const;
+    /// Reads bytes, false where the file ends before.
+    [[nodiscard]] bool look(std::uint64_t offset, std::span<char> bytes) const;
     [[nodiscard]] bool readHeader();
     void writeHeader();
     void catchUp();
@@ -65,7 +68,8 @@ private:
     std::unique_ptr<JournalPlace> place_;
     std::unique_ptr<File> file_; // null until somebody needs it
     std::uint16_t recordLength_, headerLength_;
-    std::string startIdentity_; // of the machine, as the file says
+    std::string startIdentity_;           // of the machine, as the file says
+    mutable std::uint64_t knownSize_ = 0; // it only grows while somebody is at work
     std::uint64_t generation_ = 0;
     std::uint64_t tail_ = 0;     // offset behind the kept entries
     std::uint64_t sequence_ = 0; // number of the next kept entry
