@@ -154,7 +154,8 @@ void TableFile::dropBehind(std::uint32_t count) {
 }
 
 void TableFile::cutBehind(std::uint32_t count) {
-    if (file_->size() > offsetOf(count + 1) + 1) {
+    knownSize_ = file_->size();
+    if (knownSize_ > offsetOf(count + 1) + 1) {
         dropBehind(count);
     }
 }
