@@ -8,9 +8,6 @@ namespace dbase {
 namespace {
 
 constexpr char endMark = 0x1A;
-// Rows between two entries that were added without waiting for the disk, and lost; a number farther off is
-// none that we wrote.
-constexpr RecordNumber farthestBehind = 100'000;
 
 /// What a record was and became, oldest first.
 struct History {
