@@ -273,6 +273,11 @@ bool Journal::mustRestartFor(const JournalEntry& entry, bool isKept) {
     return sequence_ > 0 ? tail_ + sizeOf(entry) > capacity : !readAt(tail_, 0).empty();
 }
 
+bool Journal::hasLooseEntry() {
+    catchUp();
+    return !readAt(tail_, sequence_).empty();
+}
+
 void Journal::add(const JournalEntry& entry, bool isKept) {
     catchUp();
     const std::vector<char> bytes = encode(entry, isKept);

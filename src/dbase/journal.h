@@ -42,6 +42,8 @@ public:
     void withdraw() noexcept;
     /// Whether restart() has to come before this entry, kept or not.
     [[nodiscard]] bool mustRestartFor(const JournalEntry& entry, bool isKept);
+    /// Whether records were changed since the last restart by somebody who did not wait for the disk.
+    [[nodiscard]] bool hasLooseEntry();
     /// Forgets all entries; what they did must be on the disk.
     void restart();
     /// Removes the file; the table must be on the disk.

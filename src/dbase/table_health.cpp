@@ -200,11 +200,19 @@ void Table::record(const RecordChange& change, std::uint64_t counter) {
     if (!journal_) {
         return;
     }
-    const JournalEntry entry{counter, change.runs()};
     const bool isKept = durability_ == Durability::Disk;
+    // A new row that a death cuts short never counts: that something was written is all there is to say. On a
+    // network folder its pieces reach the others in any order.
+    const bool saysAll =
+        isKept || records_.file().isRemote() ||
+        std::ranges::none_of(change.runs(), [](const RecordRun& run) { return run.before.empty(); });
+    const JournalEntry entry{counter, saysAll ? change.runs() : std::vector<RecordRun>()};
     if (journal_->mustRestartFor(entry, isKept)) {
         records_.file().sync();
         journal_->restart();
+    }
+    if (!saysAll && journal_->hasLooseEntry()) {
+        return;
     }
     journal_->add(entry, isKept);
 }
