@@ -289,7 +289,7 @@ protected:
         stations_[1] = std::make_shared<RemoteStation>();
         open(0);
         open(1);
-        for (int i = 0; i < 60; ++i) // some of which lie on two pages
+        for (std::size_t i = 0; i < 60; ++i) // some of which lie on two pages
             append(i % 2);
         for (RecordNumber number = 30; number < 40; ++number)
             overwrite(1, number, rows_[number - 1], anyRow());
