@@ -220,8 +220,9 @@ bool PossibleRows::settle(const Rows& found) {
 
 void PossibleRows::dropTwins() {
     std::ranges::sort(states_);
-    const auto twins = std::ranges::unique(states_);
-    states_.erase(twins.begin(), twins.end());
+    const auto twins =
+        std::unique(states_.begin(), states_.end()); // Clang 14 cannot read that of std::ranges
+    states_.erase(twins, states_.end());
 }
 
 } // namespace dbase::test
