@@ -61,6 +61,14 @@ bool isMixture(std::span<const char> stored, const History& history) {
     return true;
 }
 
+// Nothing has arrived of it, or part of the blank row that an earlier mending wrote in its place.
+bool isHole(std::span<const char> bytes) {
+    const char mark = bytes.front();
+    return mark == '\0' || mark == endMark ||
+           (mark == '*' && std::ranges::find(bytes, '\0') != bytes.end() &&
+            std::ranges::all_of(bytes.subspan(1), [](char c) { return c == ' ' || c == '\0'; }));
+}
+
 } // namespace
 
 void redo(TableFile& records, const std::vector<JournalEntry>& entries) {
@@ -94,8 +102,7 @@ void fillHoles(TableFile& records) {
     std::vector<char> blank(records.schema().recordLength, ' ');
     blank.front() = '*';
     for (RecordNumber number = 1; number <= count; ++number) {
-        const char mark = records.record(number).bytes.front();
-        if (mark == '\0' || mark == endMark) {
+        if (isHole(records.record(number).bytes)) {
             records.overwrite(number, blank);
         }
     }

@@ -289,7 +289,7 @@ TEST_P(CutRuns, ARecoveryThatIsCutIsBegunAgain) {
     for (std::size_t i = 0; i < recorded.log.size(); ++i) {
         disk.apply(recorded.log[i]);
         follow(moment, recorded, recorded.log[i]);
-        if (i % static_cast<std::size_t>(longForm(29, 3)) != 0)
+        if (i % static_cast<std::size_t>(longForm(11, 3)) != 0)
             continue;
         SCOPED_TRACE("first cut after event " + std::to_string(i));
         const DiskImage found = disk.survivor(random);
