@@ -45,6 +45,15 @@ bool liesElsewhere(int descriptor) {
            type == CEPH_SUPER_MAGIC;
 }
 
+struct flock requestOf(LockRange range, short type) {
+    struct flock request = {};
+    request.l_type = type;
+    request.l_whence = SEEK_SET;
+    request.l_start = static_cast<off_t>(range.offset);
+    request.l_len = static_cast<off_t>(range.length);
+    return request;
+}
+
 class PosixFile final : public File {
 public:
     PosixFile(std::string path, int descriptor, bool writable)
@@ -114,11 +123,7 @@ public:
     void renewView() override { view_.renew(); }
 
     bool tryLock(LockRange range, LockKind kind) override {
-        struct flock request = {};
-        request.l_type = kind == LockKind::Shared ? F_RDLCK : F_WRLCK;
-        request.l_whence = SEEK_SET;
-        request.l_start = static_cast<off_t>(range.offset);
-        request.l_len = static_cast<off_t>(range.length);
+        struct flock request = requestOf(range, kind == LockKind::Shared ? F_RDLCK : F_WRLCK);
         while (fcntl(descriptor_, F_OFD_SETLK, &request) != 0) {
             if (errno == EAGAIN || errno == EACCES) {
                 return false;
@@ -131,21 +136,13 @@ public:
     }
 
     void unlock(LockRange range) noexcept override {
-        struct flock request = {};
-        request.l_type = F_UNLCK;
-        request.l_whence = SEEK_SET;
-        request.l_start = static_cast<off_t>(range.offset);
-        request.l_len = static_cast<off_t>(range.length);
+        struct flock request = requestOf(range, F_UNLCK);
         while (fcntl(descriptor_, F_OFD_SETLK, &request) != 0 && errno == EINTR) {
         }
     }
 
     bool isLockedByOthers(LockRange range) const override {
-        struct flock request = {};
-        request.l_type = F_WRLCK;
-        request.l_whence = SEEK_SET;
-        request.l_start = static_cast<off_t>(range.offset);
-        request.l_len = static_cast<off_t>(range.length);
+        struct flock request = requestOf(range, F_WRLCK);
         if (fcntl(descriptor_, F_OFD_GETLK, &request) != 0) {
             raise(path_, "no se pueden consultar los bloqueos");
         }
