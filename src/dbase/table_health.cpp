@@ -57,10 +57,11 @@ Table::Health Table::health() {
 }
 
 void Table::refuseStale(Health found) const {
-    const std::string what = found == Health::DiedInUpdate
-                                 ? "un programa terminó mientras escribía y el índice quedó a medias"
-                                 : "el índice no corresponde a los registros";
-    throw Error(ErrorCode::StaleIndex, index_->path(),
+    const std::string what =
+        found == Health::DiedInUpdate ? "un programa terminó mientras escribía y el índice quedó a medias"
+        : found == Health::Miscounted ? "la tabla no tiene los registros que dice su cabecera"
+                                      : "el índice no corresponde a los registros";
+    throw Error(ErrorCode::StaleIndex, index_ ? index_->path() : path(),
                 what + "; no se puede rehacer porque la tabla es de sólo lectura (" + readOnlyReason_ +
                     "). Ejecute \"ambcp reindexar\" con permiso de escritura");
 }

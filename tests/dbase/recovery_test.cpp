@@ -190,6 +190,15 @@ TEST_F(RecoveryTest, ACutTableThatIsReadOnlyIsRefusedAndLeftAsItIs) {
     EXPECT_EQ(indexBytes(), index);
 }
 
+TEST_F(RecoveryTest, ACutTableWithoutIndexThatIsReadOnlyIsRefusedToo) {
+    tableBytes()[28] = 0; // it was never to have one
+    tableBytes().resize(tableBytes().size() - 500);
+    Table table(std::make_unique<MemoryFile>(stored_.records, "MEMORIA.DBF", false), nullptr);
+    const Error error = errorOf([&] { (void)table.read([&] { return table.records().recordCount(); }); });
+    EXPECT_EQ(error.code(), ErrorCode::StaleIndex);
+    EXPECT_EQ(error.file(), "MEMORIA.DBF");
+}
+
 /// Somebody may be copying another one over it: it must not be written to meanwhile.
 TEST_F(RecoveryTest, ATableCutWhileItIsOpenIsRefusedAndLeftAsItIs) {
     const TemporaryFolder folder;
