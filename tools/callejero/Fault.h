@@ -28,7 +28,7 @@ enum class Fault {
     EmptyBody,    // status 200 and nothing
     Garbage,      // status 200 and bytes that are no XML
     HtmlPage,     // status 200 and a page for people
-    Huge,         // 300 MiB, announced
+    Huge,         // 1 GiB, announced
     HugeChunked,  // the same in chunks, so that nobody knows before
 };
 

@@ -20,7 +20,7 @@ constexpr const char* answerType = "text/xml; charset=utf-8";
 constexpr const char* plainType = "text/plain; charset=utf-8";
 constexpr int badRequest = 400, notFound = 404, serverFailure = 500;
 constexpr std::size_t largestRequest = std::size_t{1} << 20;
-constexpr std::size_t hugeSize = std::size_t{300} << 20;
+constexpr std::size_t hugeSize = std::size_t{1} << 30;
 constexpr std::chrono::milliseconds lookInterval{50};
 
 /// The library's own choice would let two servers share a port.
