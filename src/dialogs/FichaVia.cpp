@@ -86,7 +86,8 @@ void centreOnMainForm(QDialog& dialog) {
         form = form->parentWidget();
     if (!form || !form->isVisible())
         return;
-    QRect place(QPoint(), dialog.size());
+    // Not its size of now, which a window system may have set while a message was shown in between.
+    QRect place(QPoint(), dialog.sizeHint());
     place.moveCenter(form->frameGeometry().center());
     const QRect screen = form->screen()->availableGeometry();
     place.moveRight(std::min(place.right(), screen.right()));

@@ -161,6 +161,24 @@ TEST_F(StreetCard, IsCentredOnTheMainForm) {
     card.reset();
 }
 
+TEST_F(StreetCard, IsCentredAfterAMessageThatCameWhileItOpened) {
+    QWidget mainForm;
+    mainForm.setGeometry(40, 30, 700, 650);
+    ambrel::test::showActive(mainForm);
+    openCard(opConsulta, {}, "28000001"); // one that may not be modified
+    card = std::make_unique<TFFichaVia>(&mainForm, *controller, opModificacion, "28079", QString());
+    const ambrel::MessageShower scripted = ambrel::setMessageShower({});
+    {
+        ambrel::test::ModalScript dialogs;
+        dialogs.expect("QMessageBox", [](QDialog& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+        ambrel::test::showActive(*card);
+    }
+    ambrel::setMessageShower(scripted);
+    const QPoint away = card->frameGeometry().center() - mainForm.frameGeometry().center();
+    EXPECT_LE(away.manhattanLength(), 4);
+    card.reset();
+}
+
 TEST_F(StreetCard, EnterMovesOnThroughAllControls) {
     openCard(opModificacion);
     enter("EVecindad");
