@@ -28,6 +28,12 @@ QPushButton[list="true"] { min-width: 1.2em; padding: 4px; }
 QLineEdit { padding: 3px 4px; }
 )";
 
+// An edit box has hardly an outline in dark colours: it shows as a well in a card that is brighter than it.
+constexpr const char* darkRules = R"(
+#MarcoFicha, #LEstado { background: palette(button); border-color: palette(mid); }
+#VistaDomicilio { border-color: palette(mid); }
+)";
+
 QPalette lightPalette() {
     QPalette palette(windowColour);
     palette.setColor(QPalette::Window, windowColour);
@@ -47,9 +53,10 @@ QPalette lightPalette() {
 
 void applyStyle(QApplication& application) {
     QApplication::setStyle(QStringLiteral("Fusion"));
-    if (QApplication::palette().color(QPalette::Window).lightness() >= darkLightness)
+    const bool isDark = QApplication::palette().color(QPalette::Window).lightness() < darkLightness;
+    if (!isDark)
         QApplication::setPalette(lightPalette());
-    application.setStyleSheet(QLatin1String(rules));
+    application.setStyleSheet(QLatin1String(rules) + QLatin1String(isDark ? darkRules : ""));
 }
 
 void applyFixedLook(QApplication& application) {
