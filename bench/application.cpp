@@ -1,7 +1,7 @@
-// The application, made when the first benchmark needs it.
 #include "application.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 
 namespace bench {
 
@@ -12,6 +12,13 @@ void ensureApplication() {
     if (qApp == nullptr) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         new QApplication(argumentCount, arguments); // for the rest of the run
+    }
+}
+
+void typeLetter(QWidget& target, QChar letter) {
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, letter.unicode(), Qt::NoModifier, letter);
+        QCoreApplication::sendEvent(&target, &event);
     }
 }
 

@@ -1,9 +1,15 @@
-// The application that benchmarks with widgets need.
+// The application that benchmarks with widgets need, and keys typed in it.
 #pragma once
+
+#include <QChar>
+#include <QWidget>
 
 namespace bench {
 
 /// Makes it at the first call, without a display, for the rest of the run.
 void ensureApplication();
+
+/// Presses and releases the key of a letter.
+void typeLetter(QWidget& target, QChar letter);
 
 } // namespace bench

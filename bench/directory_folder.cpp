@@ -4,14 +4,13 @@
 #include <cstdio>
 #include <filesystem>
 #include <map>
-#include <span>
 
 #include "data/TableDefinitions.h"
-#include "dbase/bulk_loader.h"
 #include "dbase/codec.h"
 #include "dbase/databases.h"
 
 #include "our_postal.h"
+#include "table_filling.h"
 
 namespace bench {
 
@@ -22,30 +21,6 @@ std::string printed(const char* format, unsigned first, unsigned second = 0) {
     std::snprintf(text, sizeof text, format, first, second);
     return text;
 }
-
-// Creates a table and hands a loader of it, and a record to fill, to a function.
-template<typename Fill>
-void makeTable(const std::string& folder, const dbase::TableDefinition& definition, Fill&& fill) {
-    dbase::createTable(folder, definition, dbase::IfExists::Replace);
-    dbase::BulkLoader loader(*dbase::findTableFile(folder, definition.name), dbase::BulkLoader::Mode::Append);
-    std::string record(loader.schema().recordLength, ' ');
-    fill(loader, std::span<char>(record));
-    loader.finish();
-}
-
-class Columns {
-public:
-    Columns(const dbase::Schema& schema, std::span<char> record) : schema_(schema), record_(record) {}
-    void set(const char* name, const std::string& text) const { dbase::encodeText(raw(name), text); }
-    [[nodiscard]] std::span<char> raw(const char* name) const {
-        const dbase::Column& column = schema_.columns[*schema_.find(name)];
-        return record_.subspan(column.offset, column.width);
-    }
-
-private:
-    const dbase::Schema& schema_;
-    std::span<char> record_;
-};
 
 void makeProvinces(const std::string& folder) {
     makeTable(folder, ambrel::provinceTable(), [](dbase::BulkLoader& loader, std::span<char> record) {

@@ -1,27 +1,25 @@
 // What a user of a list waits for, on small and on large tables: opening it, and a key in its search edit.
 
 #include <algorithm>
-#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <vector>
 
 #include <QCoreApplication>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <benchmark/benchmark.h>
 
 #include "data/MunicipiDM.h"
 #include "data/TableDefinitions.h"
-#include "dbase/bulk_loader.h"
-#include "dbase/codec.h"
 #include "dbase/databases.h"
 #include "dialogs/MunicipiLista.h"
 #include "services/Confamb.h"
 
 #include "application.h"
 #include "postal_rows.h"
+#include "stopwatch.h"
+#include "table_filling.h"
 
 namespace bench {
 
@@ -47,29 +45,22 @@ std::string placeName(std::uint32_t number) {
 
 // A municipality of each code first, then the entities, in no order of any tag.
 void makeMunicipalities(const std::string& folder, std::uint32_t rows) {
-    std::filesystem::create_directories(folder);
-    dbase::createTable(folder, ambrel::municipalityTable(), dbase::IfExists::Replace);
-    dbase::BulkLoader loader(*dbase::findTableFile(folder, "MUNICIPI"), dbase::BulkLoader::Mode::Append);
-    const dbase::Schema& schema = loader.schema();
-    std::string record(schema.recordLength, ' ');
-    const auto column = [&](const char* name) {
-        const dbase::Column& found = schema.columns[*schema.find(name)];
-        return std::span<char>(record).subspan(found.offset, found.width);
-    };
-    const std::uint32_t codes = std::min(mostCodes, rows / (entitiesOfOne + 1) + 1);
-    for (std::uint32_t i = 0; i < rows; ++i) {
-        const bool isEntity = i >= codes;
-        const std::string code = digits(i * 104'729U % codes, 5);
-        dbase::encodeText(column("COD_INE"), code);
-        dbase::encodeText(column("COD_PROV"), code.substr(0, 2));
-        dbase::encodeText(column("CODPOSTAL"), digits(i * 7919U % 100'000U, 5));
-        dbase::encodeText(column("NOMBRE"), placeName(i));
-        dbase::encodeText(column("UNICO"), "S");
-        dbase::encodeText(column("CAPITAL"), "9");
-        dbase::encodeLogical(column("ENT_MENOR"), isEntity);
-        loader.add(record);
-    }
-    loader.finish();
+    makeTable(folder, ambrel::municipalityTable(), [rows](dbase::BulkLoader& loader, std::span<char> record) {
+        const Columns columns(loader.schema(), record);
+        const std::uint32_t codes = std::min(mostCodes, rows / (entitiesOfOne + 1) + 1);
+        for (std::uint32_t i = 0; i < rows; ++i) {
+            const bool isEntity = i >= codes;
+            const std::string code = digits(i * 104'729U % codes, 5);
+            columns.set("COD_INE", code);
+            columns.set("COD_PROV", code.substr(0, 2));
+            columns.set("CODPOSTAL", digits(i * 7919U % 100'000U, 5));
+            columns.set("NOMBRE", placeName(i));
+            columns.set("UNICO", "S");
+            columns.set("CAPITAL", "9");
+            dbase::encodeLogical(columns.raw("ENT_MENOR"), isEntity);
+            loader.add(record);
+        }
+    });
 }
 
 /// Name under which the folder with so many municipalities is registered; made at the first call.
@@ -127,13 +118,6 @@ void reportUndisturbed(benchmark::State& state, int count, Work&& work) {
     }
 }
 
-template<typename Work>
-double secondsOf(Work&& work) {
-    const auto begin = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
 void openList(benchmark::State& state, std::uint32_t rows) {
     ensureApplication();
     const std::string database = municipalities(rows);
@@ -154,10 +138,7 @@ void typeKey(benchmark::State& state, std::uint32_t rows) {
         edit->setText(name.left(2));
         list.paint();
         return secondsOf([&] {
-            for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-                QKeyEvent event(type, name[2].unicode(), Qt::NoModifier, name.mid(2, 1));
-                QCoreApplication::sendEvent(edit, &event);
-            }
+            typeLetter(*edit, name[2]);
             list.paint();
         });
     });

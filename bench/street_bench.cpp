@@ -1,7 +1,6 @@
 // What a user of the street box waits for: a key that completes a street, and adding a street under a key of
 // its own.
 
-#include <chrono>
 #include <cstdlib>
 
 #include <QLineEdit>
@@ -16,6 +15,7 @@
 #include "application.h"
 #include "our_postal.h"
 #include "sqlite_postal.h"
+#include "stopwatch.h"
 
 namespace bench {
 
@@ -73,10 +73,7 @@ void typeKeys(benchmark::State& state, Complete&& complete) {
     std::size_t i = 0;
     for (auto _ : state) {
         box.setText(typed[i++ % typed.size()]);
-        const auto begin = std::chrono::steady_clock::now();
-        complete(box);
-        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
-        state.SetIterationTime(taken.count());
+        state.SetIterationTime(secondsOf([&] { complete(box); }));
     }
 }
 
@@ -145,11 +142,10 @@ void querySqlite(benchmark::State& state) {
     std::size_t i = 0;
     for (auto _ : state) {
         const std::string& typed = typedNames()[i++ % typedNames().size()];
-        const auto begin = std::chrono::steady_clock::now();
-        int code = 0;
-        benchmark::DoNotOptimize(nearest(typed, code));
-        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
-        state.SetIterationTime(taken.count());
+        state.SetIterationTime(secondsOf([&] {
+            int code = 0;
+            benchmark::DoNotOptimize(nearest(typed, code));
+        }));
     }
 }
 

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <system_error>
 
 #include "Trial.h"
 #include "dbase/check.h"
@@ -25,23 +26,35 @@ void patch(trial::Bytes& bytes, const std::uint8_t*& data, const std::uint8_t* e
     data += 3 + count;
 }
 
+/// A folder of the disk that goes at the end of the program.
+class Folder {
+public:
+    Folder() : path_((std::filesystem::temp_directory_path() / "index_fuzz.XXXXXX").string()) {
+        trial::require(mkdtemp(path_.data()) != nullptr);
+    }
+    ~Folder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+private:
+    std::string path_;
+};
+
 /// The full check reads files of the disk.
 void check(const trial::TableBytes& bytes) {
-    static const std::string folder = [] {
-        std::string name = (std::filesystem::temp_directory_path() / "index_fuzz.XXXXXX").string();
-        trial::require(mkdtemp(name.data()) != nullptr);
-        return name;
-    }();
-    static const bool isRemoved =
-        std::atexit([] { static_cast<void>(std::filesystem::remove_all(folder)); }) == 0;
+    static const Folder folder;
     const auto write = [](const char* name, const trial::Bytes& content) {
-        std::ofstream(folder + name, std::ios::binary)
+        std::ofstream(folder.path() + name, std::ios::binary)
             .write(content.data(), static_cast<std::streamsize>(content.size()));
     };
     write("/T.DBF", bytes.records);
     write("/T.MDX", bytes.index);
-    static_cast<void>(isRemoved);
-    static_cast<void>(dbase::checkTable(folder + "/T.DBF"));
+    static_cast<void>(dbase::checkTable(folder.path() + "/T.DBF"));
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 
 #include "dbase/dates.h"
 #include "dbase/error.h"
+#include "dbase/paths.h"
 #include "dbase/table.h"
 #include "dbase/table_definition.h"
 #include "dbase/table_replacement.h"
@@ -12,7 +13,6 @@
 namespace dbase {
 
 namespace {
-constexpr char endMark = 0x1A;
 constexpr std::size_t pendingBytes = std::size_t{1} << 20;
 } // namespace
 
@@ -52,9 +52,7 @@ std::shared_ptr<Table> makeTwin(const Table& old, const TableReplacement& files)
     }
     std::unique_ptr<File> table = openFile(files.newTableFile(), OpenMode::Create);
     std::unique_ptr<File> index = tags.empty() ? nullptr : openFile(files.newIndexFile(), OpenMode::Create);
-    const std::size_t slash = old.path().rfind('/') + 1;
-    writeEmptyTable(*table, index.get(), old.schema(),
-                    old.path().substr(slash, old.path().rfind('.') - slash), tags);
+    writeEmptyTable(*table, index.get(), old.schema(), baseName(old.path()), tags);
     return std::make_shared<Table>(std::move(table), std::move(index));
 }
 
@@ -86,7 +84,7 @@ BulkLoader::~BulkLoader() {
     if (!state_->finished && !state_->replacement && state_->added > 0) {
         try {
             state_->table->withdrawLocked(state_->countBefore);
-        } catch (const Error&) {
+        } catch (...) {
             // The rows do not count; the next one that adds a record writes over them.
         }
     }
@@ -112,10 +110,7 @@ void BulkLoader::finish(const Progress& progress) {
     if (state_->added > 0) {
         table.addLocked(state_->countBefore + state_->added, state_->firstMark, progress);
     }
-    table.lockedRecords().file().sync();
-    if (IndexFile* index = table.lockedIndex()) {
-        index->file().sync();
-    }
+    table.syncFiles();
     if (state_->replacement) {
         state_->replacement->commit(table.index() != nullptr);
     }

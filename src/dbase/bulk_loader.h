@@ -6,7 +6,7 @@
 #include <string>
 
 #include "AmbrelExport.h"
-#include "dbase/check.h"
+#include "dbase/progress.h"
 #include "dbase/schema.h"
 
 namespace dbase {

@@ -4,13 +4,12 @@
 
 #include "dbase/bytes.h"
 #include "dbase/check_report.h"
+#include "dbase/check_tree.h"
 #include "dbase/codec.h"
 #include "dbase/databases.h"
 #include "dbase/error.h"
-#include "dbase/index_file.h"
 #include "dbase/index_layout.h"
 #include "dbase/locks.h"
-#include "dbase/table_file.h"
 
 namespace dbase {
 
@@ -58,7 +57,7 @@ void checkRecords(const TableFile& records, CheckReport& report, const Progress&
     for (RecordNumber number = 1; number <= count && !report.isFull(); ++number) {
         const RecordView record = records.record(number);
         const char mark = record.bytes[0];
-        if (mark != ' ' && mark != '*' && mark != 0x1A) { // another engine's packing leaves 0x1A there
+        if (mark != ' ' && mark != '*' && mark != endMark) { // another engine's packing leaves one there
             report.add(records.path(), "registro " + std::to_string(number),
                        "la marca de borrado no es ' ' ni '*'");
         }

@@ -1,10 +1,10 @@
 // The full consistency check of a table: header, records, every index page, every tag against a sorted scan.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
+#include "dbase/progress.h"
 #include "dbase/table_definition.h"
 
 namespace dbase {
@@ -21,8 +21,6 @@ struct CheckResult {
     std::uint32_t records = 0;
     std::size_t tags = 0;
 };
-
-using Progress = std::function<void(std::uint64_t done, std::uint64_t total)>;
 
 /// Checks a table without changing anything. `knownTags`: tags that the caller knows the table must have.
 /// Faults of the file are findings; only what keeps it from being read at all (not there, no permission)

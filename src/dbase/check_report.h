@@ -8,9 +8,6 @@
 
 namespace dbase {
 
-class IndexFile;
-class TableFile;
-
 class CheckReport {
 public:
     explicit CheckReport(CheckResult& result) : result_(result) {}
@@ -28,9 +25,5 @@ private:
     static constexpr std::size_t most = 200;
     CheckResult& result_;
 };
-
-/// Every page of every tag, every entry against its record, every record against its entries.
-void checkTrees(const TableFile& records, const IndexFile& index, CheckReport& report,
-                const Progress& progress);
 
 } // namespace dbase

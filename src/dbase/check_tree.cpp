@@ -1,11 +1,11 @@
+#include "dbase/check_tree.h"
+
 #include <array>
 #include <unordered_set>
 
 #include "dbase/bytes.h"
-#include "dbase/check_report.h"
 #include "dbase/error.h"
 #include "dbase/index_layout.h"
-#include "dbase/table_file.h"
 #include "dbase/tree_cursor.h"
 
 namespace dbase {
@@ -31,8 +31,8 @@ private:
         return place() + ", página " + std::to_string(page);
     }
 
-    // `bound`: no key below may stand behind it. Returns nothing; order across pages is checked through
-    // lastKey_.
+    // `bound`: no key below may stand behind it; null where there is none. The order across pages is checked
+    // through lastKey_.
     void visit(PageNumber page, std::size_t depth, const std::string* bound) {
         if (depth >= TreeCursor::maxDepth || !taken_.insert(page).second) {
             report_.add(index_.path(), place(page), "el árbol pasa dos veces por la misma página");

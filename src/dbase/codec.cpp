@@ -40,16 +40,16 @@ constexpr int daysInMonth(int year, int month) {
 
 constexpr JulianDay unixEpoch = 2440588;
 constexpr int daysPerEra = 146097; // 400 years
+constexpr JulianDay firstOfMarch0 = unixEpoch - 719468;
 
 /// Years are counted from March, so that the leap day is the last of its year.
 constexpr JulianDay toJulian(int year, int month, int day) {
     const int marchYear = month <= 2 ? year - 1 : year;
-    const int era =
-        marchYear / 400; // years from 1 on: never negative below zero by more than the era of year 0
+    const int era = marchYear / 400; // never below 0: years begin with 1
     const int yearOfEra = marchYear - era * 400;
     const int dayOfYear = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;
     const int dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
-    return era * daysPerEra + dayOfEra - 719468 + unixEpoch;
+    return era * daysPerEra + dayOfEra + firstOfMarch0;
 }
 
 constexpr JulianDay firstDay = toJulian(1, 1, 1);
@@ -176,7 +176,7 @@ std::string encodeDate(JulianDay day) {
     std::string text(8, ' ');
     if (day < firstDay || day > lastDay)
         return text;
-    const int shifted = day - unixEpoch + 719468; // from the first of March of year 0
+    const int shifted = day - firstOfMarch0;
     const int era = shifted / daysPerEra;
     const int dayOfEra = shifted - era * daysPerEra;
     const int yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;

@@ -9,6 +9,7 @@
 
 #include "dbase/error.h"
 #include "dbase/names.h"
+#include "dbase/paths.h"
 #include "dbase/system_reason.h"
 
 namespace dbase {
@@ -86,9 +87,7 @@ std::optional<std::string> findTableFile(const std::string& folder, std::string_
 std::optional<std::string> findIndexFile(const std::string& tableFile) {
     const std::size_t slash = tableFile.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : tableFile.substr(0, slash);
-    const std::string name = slash == std::string::npos ? tableFile : tableFile.substr(slash + 1);
-    const std::size_t dot = name.rfind('.');
-    return findIgnoringCase(folder.empty() ? "/" : folder, name.substr(0, dot) + ".MDX");
+    return findIgnoringCase(folder.empty() ? "/" : folder, baseName(tableFile) + ".MDX");
 }
 
 } // namespace dbase

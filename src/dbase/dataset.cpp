@@ -3,13 +3,25 @@
 #include <algorithm>
 
 #include "dbase/databases.h"
-#include "dbase/dataset_spot.h"
+#include "dbase/dataset_read_ahead.h"
 #include "dbase/error.h"
 #include "dbase/names.h"
+#include "dbase/row_order.h"
 #include "dbase/seek_key.h"
-#include "dbase/table.h"
 
 namespace dbase {
+
+namespace {
+
+Expression parseFilter(const Table& table, const std::string& text) {
+    Expression parsed = Expression::parse(text, table.schema(), Dialect::Filter);
+    if (parsed.type() != ValueType::Logical) {
+        throw Error(ErrorCode::BadExpression, table.path(), "el filtro \"" + text + "\" no es una condición");
+    }
+    return parsed;
+}
+
+} // namespace
 
 Dataset::Dataset()
     : spot_(std::make_unique<Spot>()), spare_(std::make_unique<Spot>()),
@@ -41,11 +53,11 @@ void Dataset::requireClosed() const {
 
 /// Seeks and ranges make keys, which a tag that is not understood does not allow.
 void Dataset::requireKeys() const {
-    if (activeTag_ == nullptr) {
+    if (order_->tag() == nullptr) {
         throw Error(ErrorCode::BadState, open_->path(), "las búsquedas y los rangos necesitan un tag activo");
     }
-    if (!activeTag_->isUnderstood()) {
-        throw Error(ErrorCode::BadState, open_->path(), activeTag_->problem);
+    if (!order_->tag()->isUnderstood()) {
+        throw Error(ErrorCode::BadState, open_->path(), order_->tag()->problem);
     }
 }
 
@@ -80,16 +92,17 @@ void Dataset::open() {
 }
 
 void Dataset::prepare() {
+    order_ = std::make_unique<RowOrder>(*open_);
     resolveFields();
     if (!tag_.empty()) {
-        activeTag_ = open_->findTag(tag_);
-        if (activeTag_ == nullptr) {
+        order_->setTag(open_->findTag(tag_));
+        if (order_->tag() == nullptr) {
             throw Error(ErrorCode::NotFound, open_->path(),
                         "no hay ningún tag \"" + tag_ + "\"; ejecute \"ambcp reindexar\"");
         }
     }
     if (!filterText_.empty()) {
-        filter_ = parseFilter(filterText_);
+        order_->setFilter(parseFilter(*open_, filterText_));
     }
     row_.assign(schema().recordLength, ' ');
     state_ = DatasetState::Browse;
@@ -115,10 +128,7 @@ void Dataset::letGo() {
     modified_ = false;
     landNowhere();
     ahead_->clear();
-    rangeLow_.reset();
-    rangeHigh_.reset();
-    filter_.reset();
-    activeTag_ = nullptr;
+    order_.reset();
     open_.reset();
 }
 
@@ -129,6 +139,8 @@ Table& Dataset::openTable() const {
     requireOpen();
     return *open_;
 }
+
+void Dataset::sync() { openTable().sync(); }
 
 const Schema& Dataset::schema() const { return openTable().schema(); }
 
@@ -150,10 +162,8 @@ void Dataset::setTag(const std::string& name) {
         throw Error(ErrorCode::NotFound, open_->path(), "no hay ningún tag \"" + name + "\"");
     }
     cancel();
-    activeTag_ = found;
+    order_->setTag(found);
     tag_ = wanted;
-    rangeLow_.reset();
-    rangeHigh_.reset();
     spot_->cursor.reset(); // it walks the old tag
     reposition();
     changed(DatasetChange::Order);
@@ -162,36 +172,26 @@ void Dataset::setTag(const std::string& name) {
 void Dataset::setRange(const Key& low, const Key& high) {
     requireOpen();
     requireKeys();
-    std::string from = makeSeekKey(*activeTag_, schema(), low);
-    std::string to = makeSeekKey(*activeTag_, schema(), high);
-    if (activeTag_->order.isDescending() && activeTag_->order.compare(from, to) > 0) {
+    const Tag& tag = *order_->tag();
+    std::string from = makeSeekKey(tag, schema(), low);
+    std::string to = makeSeekKey(tag, schema(), high);
+    if (tag.order.isDescending() && tag.order.compare(from, to) > 0) {
         std::swap(from, to); // what lies between both is the same from either side
     }
     cancel();
-    rangeLow_ = std::move(from);
-    rangeHigh_ = std::move(to);
+    order_->setRange(std::move(from), std::move(to));
     landAtEnd(Direction::Forward);
     changed(DatasetChange::Order);
 }
 
 void Dataset::clearRange() {
-    if (!rangeLow_) {
+    if (!order_ || !order_->hasRange()) {
         return;
     }
     cancel();
-    rangeLow_.reset();
-    rangeHigh_.reset();
+    order_->clearRange();
     reposition();
     changed(DatasetChange::Order);
-}
-
-Expression Dataset::parseFilter(const std::string& text) const {
-    Expression parsed = Expression::parse(text, schema(), Dialect::Filter);
-    if (parsed.type() != ValueType::Logical) {
-        throw Error(ErrorCode::BadExpression, open_->path(),
-                    "el filtro \"" + text + "\" no es una condición");
-    }
-    return parsed;
 }
 
 void Dataset::setFilter(const std::string& text) {
@@ -201,10 +201,10 @@ void Dataset::setFilter(const std::string& text) {
     }
     std::optional<Expression> parsed;
     if (!text.empty()) {
-        parsed = parseFilter(text);
+        parsed = parseFilter(*open_, text);
     }
     cancel();
-    filter_ = std::move(parsed);
+    order_->setFilter(std::move(parsed));
     filterText_ = text;
     reposition();
     changed(DatasetChange::Order);
@@ -252,6 +252,10 @@ void Dataset::resumeNotifications() {
     if (paused_ > 0 && --paused_ == 0) {
         changed(DatasetChange::Order);
     }
+}
+
+NotificationPause::NotificationPause(Dataset& dataset) : dataset_(dataset) {
+    dataset_.suspendNotifications();
 }
 
 NotificationPause::~NotificationPause() {

@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,15 +14,17 @@
 #include "AmbrelExport.h"
 #include "dbase/dataset_types.h"
 #include "dbase/dataset_window.h"
-#include "dbase/expression.h"
 #include "dbase/field.h"
 #include "dbase/listener_list.h"
+#include "dbase/notification_pause.h"
 #include "dbase/schema.h"
 
 namespace dbase {
 
+class RowOrder;
 class Table;
-struct Tag;
+struct Spot;
+enum class Direction;
 
 /// Reads and changes one table, record by record; what it shows is the current record, or the pending row.
 class AMBREL_EXPORT Dataset {
@@ -136,6 +137,9 @@ public:
     /// Deletes the current record; the next one, else the last, is current afterwards.
     void erase();
     [[nodiscard]] bool isModified() const { return modified_; }
+    /// Waits until all that was posted and deleted in this table so far, by whichever cursor, is safe from a
+    /// power cut: one wait for many rows that were posted without. Errors: Error(BadState, Io).
+    void sync();
 
     // --- Record locks of this cursor, beside those that editing takes by itself.
     /// False when another cursor or program holds it. With an empty table the place of record 1 is locked.
@@ -160,11 +164,9 @@ public:
 
 private:
     friend class Field;
-    struct Spot;
     struct ReadAhead;
     class Visit;
     struct Walk;
-    enum class Direction { Forward, Backward };
 
     // dataset_fields.cpp
     void resolveFields();
@@ -173,7 +175,6 @@ private:
     [[nodiscard]] bool isHere(const Field& field) const;
 
     // dataset.cpp
-    [[nodiscard]] Expression parseFilter(const std::string& text) const;
     void prepare();
     void letGo();
     void calculate();
@@ -184,29 +185,16 @@ private:
     void requireKeys() const;
     void requireUnvisited() const;
 
-    // dataset_search.cpp
-    [[nodiscard]] bool isVisible(const RecordView& record) const;
-    [[nodiscard]] bool isInRange(std::string_view key) const;
-    [[nodiscard]] std::string shownKey() const;
-    void enterRange(Spot& spot, Direction direction) const;
-    [[nodiscard]] bool settle(Spot& spot, Direction direction, std::string_view wanted = {},
-                              std::size_t* mostHidden = nullptr) const;
-    [[nodiscard]] bool toEnd(Spot& spot, Direction direction) const;
-    [[nodiscard]] bool toEntry(Spot& spot, const RecordView& record) const;
-    [[nodiscard]] bool toRecord(Spot& spot, RecordNumber number) const;
-    [[nodiscard]] bool toNeighbour(Spot& spot, Direction direction) const;
-
     // dataset_window.cpp
     [[nodiscard]] bool isPending() const;
     [[nodiscard]] Walk walk(Direction direction, std::size_t count, std::size_t mostHidden) const;
-    [[nodiscard]] std::pair<double, double> rangeShares() const;
-    [[nodiscard]] double shareOf(const Spot& spot, const std::pair<double, double>& range) const;
-    [[nodiscard]] bool toPlace(Spot& spot, double place) const;
     [[nodiscard]] RowsAround gatherAround(const WindowSize& size) const;
 
     // dataset_moves.cpp
     [[nodiscard]] bool takeAhead();
     void fillAhead(const Spot& from);
+    [[nodiscard]] std::string shownKey() const;
+    [[nodiscard]] bool toNeighbour(Spot& spot, Direction direction) const;
     template<typename Search>
     bool landOn(Search&& search);
     void landNowhere();
@@ -223,9 +211,7 @@ private:
     std::string database_, table_, tag_, filterText_;
     std::shared_ptr<Table> open_;
     std::vector<std::unique_ptr<Field>> fields_;
-    const Tag* activeTag_ = nullptr; // null: the order of the records in the file
-    std::optional<Expression> filter_;
-    std::optional<std::string> rangeLow_, rangeHigh_;
+    std::unique_ptr<RowOrder> order_; // null while closed
 
     std::unique_ptr<Spot> spot_;  // its tree cursor stands on the current record, if the tag holds it
     std::unique_ptr<Spot> spare_; // what the next search works on
@@ -240,20 +226,6 @@ private:
     std::vector<RecordNumber> explicitLocks_;
     ListenerList listeners_;
     std::function<void(Dataset&)> onCalculate_, afterOpen_;
-};
-
-/// Suspends a dataset's notifications for a block. What a listener throws when it is told at the end is lost;
-/// where that matters, resume by hand.
-class AMBREL_EXPORT NotificationPause {
-public:
-    /// The dataset must outlive it.
-    explicit NotificationPause(Dataset& dataset) : dataset_(dataset) { dataset_.suspendNotifications(); }
-    ~NotificationPause();
-    NotificationPause(const NotificationPause&) = delete;
-    NotificationPause& operator=(const NotificationPause&) = delete;
-
-private:
-    Dataset& dataset_;
 };
 
 } // namespace dbase

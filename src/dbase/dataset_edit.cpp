@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "dbase/dataset_spot.h"
+#include "dbase/dataset.h"
 #include "dbase/error.h"
-#include "dbase/table.h"
+#include "dbase/row_order.h"
 
 namespace dbase {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "dbase/dataset_spot.h"
+#include "dbase/dataset.h"
 #include "dbase/error.h"
 #include "dbase/names.h"
 #include "dbase/table.h"

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <ctime>
 
-#include "dbase/dataset_spot.h"
+#include "dbase/dataset_read_ahead.h"
 #include "dbase/error.h"
+#include "dbase/row_order.h"
 #include "dbase/seek_key.h"
-#include "dbase/table.h"
 
 namespace dbase {
 
@@ -32,7 +32,7 @@ bool Dataset::takeAhead() {
     const ReadAhead::Row& row = ahead.rows[ahead.next++];
     const char* bytes = ahead.bytes.data() + row.offset;
     const std::size_t length = row_.size();
-    spot_->cursor->moveInLeaf(row.slot, row.record, {bytes + length, activeTag_->keyLength});
+    spot_->cursor->moveInLeaf(row.slot, row.record, {bytes + length, order_->tag()->keyLength});
     std::copy_n(bytes, length, row_.data());
     record_ = ahead.behind = row.record;
     return true;
@@ -56,19 +56,64 @@ void Dataset::fillAhead(const Spot& from) {
     }
     for (std::uint32_t i = 1; i < left && ahead.rows.size() < ReadAhead::mostRows; ++i) {
         cursor.next();
-        if (!isInRange(cursor.key())) {
+        if (!order_->isInRange(cursor.key())) {
             return;
         }
         if (cursor.record() > ahead.recordCount) {
             continue;
         }
         const RecordView record = open_->records().record(cursor.record());
-        if (isVisible(record)) {
+        if (order_->isVisible(record)) {
             ahead.rows.push_back({cursor.record(), cursor.path().back().slot, ahead.bytes.size()});
             ahead.bytes.insert(ahead.bytes.end(), record.bytes.begin(), record.bytes.end());
             ahead.bytes.insert(ahead.bytes.end(), cursor.key().begin(), cursor.key().end());
         }
     }
+}
+
+// --- Where to go on from
+
+/// Key of the row shown: with its record number its place in the order, also when the tag does not hold it
+/// (any more).
+std::string Dataset::shownKey() const {
+    if (spot_->cursor) {
+        return std::string(spot_->cursor->key());
+    }
+    std::string key(order_->tag()->keyLength, ' ');
+    if (order_->tag()->isUnderstood()) {
+        makeKey(*order_->tag(), {&schema(), isPending() ? shown_ : row_, record_}, key);
+    }
+    return key;
+}
+
+/// From the current record to the entry behind (before) it, also when its own one went or moved away. On an
+/// empty table any entry is a neighbour.
+bool Dataset::toNeighbour(Spot& spot, Direction direction) const {
+    const bool forward = direction == Direction::Forward;
+    if (record_ == 0) {
+        return order_->toEnd(spot, direction);
+    }
+    if (order_->tag() == nullptr) {
+        spot.record = forward ? record_ + 1 : std::min(record_ - 1, open_->records().recordCount());
+        return true;
+    }
+    if (spot_->cursor && spot_->cursor->stillHolds()) {
+        spot.cursor = spot_->cursor;
+        return forward ? spot.cursor->next() : spot.cursor->prior();
+    }
+    TreeCursor& cursor = spot.cursor.emplace(*open_->index(), *order_->tag());
+    const std::string key = shownKey();
+    if (cursor.find(key, record_)) {
+        return forward ? cursor.next() : cursor.prior();
+    }
+    bool on = cursor.seek(key);
+    while (on && order_->tag()->order.compare(cursor.key(), key) == 0 && cursor.record() < record_) {
+        on = cursor.next();
+    }
+    if (forward) {
+        return on;
+    }
+    return on ? cursor.prior() : cursor.last();
 }
 
 // --- Landing
@@ -110,7 +155,8 @@ void Dataset::landNowhere() {
 
 void Dataset::landAtEnd(Direction direction) {
     ahead_->clear();
-    if (landOn([&](Spot& spot) { return toEnd(spot, direction) && settle(spot, direction); })) {
+    if (landOn(
+            [&](Spot& spot) { return order_->toEnd(spot, direction) && order_->settle(spot, direction); })) {
         (direction == Direction::Forward ? bof_ : eof_) = true;
     } else {
         landNowhere();
@@ -121,7 +167,7 @@ void Dataset::landAtEnd(Direction direction) {
 void Dataset::landOnPosted() {
     ahead_->clear();
     landOn([&](Spot& spot) {
-        if (!toEntry(spot, open_->records().record(record_))) {
+        if (!order_->toEntry(spot, open_->records().record(record_))) {
             spot.cursor.reset();
         }
         return true;
@@ -132,9 +178,9 @@ void Dataset::landOnPosted() {
 void Dataset::reposition() {
     ahead_->clear();
     const bool found = landOn([&](Spot& spot) {
-        return toRecord(spot, record_) ||
-               (toNeighbour(spot, Direction::Forward) && settle(spot, Direction::Forward)) ||
-               (toEnd(spot, Direction::Backward) && settle(spot, Direction::Backward));
+        return order_->toRecord(spot, record_) ||
+               (toNeighbour(spot, Direction::Forward) && order_->settle(spot, Direction::Forward)) ||
+               (order_->toEnd(spot, Direction::Backward) && order_->settle(spot, Direction::Backward));
     });
     if (!found) {
         landNowhere();
@@ -177,10 +223,10 @@ bool Dataset::step(Direction direction) {
         changed(DatasetChange::Moved);
         return true;
     }
-    const bool readsAhead = forward && activeTag_ != nullptr && ahead_->justStepped;
+    const bool readsAhead = forward && order_->tag() != nullptr && ahead_->justStepped;
     ahead_->clear();
     const bool moved = landOn([&](Spot& spot) {
-        if (!toNeighbour(spot, direction) || !settle(spot, direction)) {
+        if (!toNeighbour(spot, direction) || !order_->settle(spot, direction)) {
             return false;
         }
         if (readsAhead) {
@@ -202,14 +248,14 @@ bool Dataset::step(Direction direction) {
 bool Dataset::seek(const Key& key, SeekMode mode) {
     requireOpen();
     requireKeys();
-    const std::string wanted = makeSeekKey(*activeTag_, schema(), key);
+    const std::string wanted = makeSeekKey(*order_->tag(), schema(), key);
     cancel();
     ahead_->clear();
     const bool exact = mode == SeekMode::Exact;
     const bool found = landOn([&](Spot& spot) {
-        spot.cursor.emplace(*open_->index(), *activeTag_);
+        spot.cursor.emplace(*open_->index(), *order_->tag());
         return spot.cursor->seek(wanted) &&
-               settle(spot, Direction::Forward, exact ? wanted : std::string_view());
+               order_->settle(spot, Direction::Forward, exact ? wanted : std::string_view());
     });
     if (!found && !exact) {
         landAtEnd(Direction::Backward);
@@ -224,7 +270,7 @@ bool Dataset::goTo(Bookmark bookmark) {
     requireOpen();
     cancel();
     ahead_->clear();
-    const bool found = landOn([&](Spot& spot) { return toRecord(spot, bookmark.record()); });
+    const bool found = landOn([&](Spot& spot) { return order_->toRecord(spot, bookmark.record()); });
     if (found) {
         changed(DatasetChange::Moved);
     }
@@ -236,8 +282,8 @@ bool Dataset::goToPlace(double place) {
     cancel();
     ahead_->clear();
     const bool found = landOn([&](Spot& spot) {
-        return (toPlace(spot, place) && settle(spot, Direction::Forward)) ||
-               (toPlace(spot, place) && settle(spot, Direction::Backward));
+        return (order_->toPlace(spot, place) && order_->settle(spot, Direction::Forward)) ||
+               (order_->toPlace(spot, place) && order_->settle(spot, Direction::Backward));
     });
     if (found) {
         changed(DatasetChange::Moved);

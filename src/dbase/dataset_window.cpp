@@ -4,9 +4,9 @@
 
 #include <algorithm>
 
-#include "dbase/dataset_spot.h"
+#include "dbase/dataset.h"
 #include "dbase/error.h"
-#include "dbase/table.h"
+#include "dbase/row_order.h"
 
 namespace dbase {
 
@@ -66,48 +66,6 @@ void Dataset::requireUnvisited() const {
     }
 }
 
-// --- Shares of the order. Inside Table::read().
-
-/// Where the range begins and ends in the tree of the active tag.
-std::pair<double, double> Dataset::rangeShares() const {
-    if (activeTag_ == nullptr || !rangeLow_) {
-        return {0, 1};
-    }
-    TreeCursor cursor(*open_->index(), *activeTag_);
-    const double low = cursor.seek(*rangeLow_) ? cursor.share() : 1;
-    cursor.placeBehind(*rangeHigh_);
-    return {low, std::max(cursor.share(), low)};
-}
-
-double Dataset::shareOf(const Spot& spot, const std::pair<double, double>& range) const {
-    if (activeTag_ == nullptr) {
-        const RecordNumber count = open_->records().recordCount();
-        return count == 0 ? 0 : std::min(1.0, static_cast<double>(spot.record - 1) / count);
-    }
-    const double length = range.second - range.first;
-    return length <= 0 ? 0 : std::clamp((spot.cursor->share() - range.first) / length, 0.0, 1.0);
-}
-
-bool Dataset::toPlace(Spot& spot, double place) const {
-    place = std::clamp(place, 0.0, 1.0);
-    if (activeTag_ == nullptr) {
-        const RecordNumber count = open_->records().recordCount();
-        spot.record = std::min(static_cast<RecordNumber>(place * count) + 1, count);
-        return count != 0;
-    }
-    const auto [low, high] = rangeShares();
-    spot.cursor.emplace(*open_->index(), *activeTag_);
-    if (!spot.cursor->seekShare(low + place * (high - low)) && !spot.cursor->last()) {
-        return false;
-    }
-    // The shares of the bounds are rounded: an entry just outside the range stands for the bound.
-    enterRange(spot, Direction::Forward);
-    enterRange(spot, Direction::Backward);
-    return spot.cursor->isOnEntry();
-}
-
-// --- Reading
-
 Dataset::Walk Dataset::walk(Direction direction, std::size_t count, std::size_t mostHidden) const {
     Walk walk;
     Spot spot;
@@ -115,11 +73,11 @@ Dataset::Walk Dataset::walk(Direction direction, std::size_t count, std::size_t 
         return walk;
     }
     const bool forward = direction == Direction::Forward;
-    const std::pair<double, double> range = rangeShares();
+    const std::pair<double, double> range = order_->rangeShares();
     std::size_t left = mostHidden;
-    while (settle(spot, direction, {}, &left)) {
+    while (order_->settle(spot, direction, {}, &left)) {
         const RecordView record = open_->records().record(spot.record);
-        walk.rows.push_back({spot.record, shareOf(spot, range)});
+        walk.rows.push_back({spot.record, order_->shareOf(spot, range)});
         walk.bytes.insert(walk.bytes.end(), record.bytes.begin(), record.bytes.end());
         if (walk.rows.size() == count) {
             return walk;
@@ -153,11 +111,11 @@ RowsAround Dataset::gatherAround(const WindowSize& size) const {
         add(before.rows[i], {before.bytes.data() + i * row_.size(), row_.size()});
     }
     double place = before.rows.empty() ? 0 : before.rows.front().place;
-    if (activeTag_ == nullptr || (spot_->cursor && spot_->cursor->stillHolds())) {
+    if (order_->tag() == nullptr || (spot_->cursor && spot_->cursor->stillHolds())) {
         Spot here;
         here.cursor = spot_->cursor;
         here.record = record_;
-        place = shareOf(here, rangeShares());
+        place = order_->shareOf(here, order_->rangeShares());
     }
     if (isNew) {
         add({record_, place}, shown_);

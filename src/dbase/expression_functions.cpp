@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "dbase/expression_node.h"
+#include "dbase/names.h"
 
 namespace dbase {
 
@@ -101,9 +102,7 @@ constexpr std::array<Function, 17> functions{{
 
 /// Whole names, and names cut to four letters or more.
 const Function* findFunction(std::string_view written) {
-    std::string name(written);
-    for (char& c : name)
-        c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    const std::string name = upperName(written);
     for (const Function& function : functions)
         if (name == function.name || (name.size() >= 4 && function.name.starts_with(name)))
             return &function;

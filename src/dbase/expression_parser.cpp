@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "dbase/expression_node.h"
+#include "dbase/names.h"
 
 namespace dbase {
 
@@ -22,15 +23,6 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 /// Column names of other programs may hold letters beyond ASCII.
 bool isNameLetter(char c) { return isAsciiLetter(c) || c == '_' || static_cast<unsigned char>(c) >= 0x80; }
-
-bool isWord(std::string_view text, std::string_view upperCaseWord) {
-    if (text.size() != upperCaseWord.size())
-        return false;
-    for (std::size_t i = 0; i < text.size(); ++i)
-        if ((text[i] >= 'a' && text[i] <= 'z' ? text[i] - 'a' + 'A' : text[i]) != upperCaseWord[i])
-            return false;
-    return true;
-}
 
 class Lexer {
 public:
@@ -93,7 +85,7 @@ private:
                                                                                {"F", TokenKind::False},
                                                                                {"N", TokenKind::False}}};
         for (const auto& [known, kind] : words) {
-            if (isWord(word, known)) {
+            if (sameName(word, known)) {
                 token.kind = kind;
                 at_ = end + 1;
                 return token;
@@ -118,7 +110,7 @@ private:
                                                                                {"TRUE", TokenKind::True},
                                                                                {"FALSE", TokenKind::False}}};
         for (const auto& [known, kind] : words)
-            if (isWord(word, known))
+            if (sameName(word, known))
                 return kind;
         return TokenKind::Name;
     }

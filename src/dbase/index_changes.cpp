@@ -48,29 +48,35 @@ PageNumber IndexFile::allocate(const Tag& tag) {
     store32(tagHeader.data() + mdx::tagPages, load32(tagHeader.data() + mdx::tagPages) + blockPages());
 
     const std::span<char> head = changeBlock(fileHeaderPage);
-    const PageNumber candidate = load32(head.data() + mdx::freeList);
-    if (candidate != 0) {
-        const std::uint64_t end = std::uint64_t{candidate} * pageBytes + blockSize_;
-        std::vector<char> buffer;
-        const bool usable = candidate >= mdx::firstBlock &&
-                            (candidate - mdx::firstBlock) % blockPages() == 0 && reaches(end) &&
-                            load32(block(candidate, buffer) + mdx::keyCount) == 0 &&
-                            std::none_of(tags_.begin(), tags_.end(), [&](const Tag& other) {
-                                return other.headerPage == candidate || treeRoot(other).root == candidate;
-                            });
-        if (usable) {
-            const std::span<char> taken = changeBlock(candidate);
-            store32(head.data() + mdx::freeList, load32(taken.data() + mdx::freeNext));
-            std::fill(taken.begin(), taken.end(), '\0');
-            return candidate;
-        }
-        store32(head.data() + mdx::freeList, 0); // a list that cannot be trusted is given up
+    const PageNumber first = load32(head.data() + mdx::freeList);
+    if (first == 0) {
+        return grow(head);
     }
+    if (!mayBeFree(first)) { // a list that cannot be trusted is given up
+        store32(head.data() + mdx::freeList, 0);
+        return grow(head);
+    }
+    const std::span<char> taken = changeBlock(first);
+    store32(head.data() + mdx::freeList, load32(taken.data() + mdx::freeNext));
+    std::fill(taken.begin(), taken.end(), '\0');
+    return first;
+}
+
+bool IndexFile::mayBeFree(PageNumber page) const {
+    std::vector<char> buffer;
+    return page >= mdx::firstBlock && (page - mdx::firstBlock) % blockPages() == 0 &&
+           reaches(std::uint64_t{page} * pageBytes + blockSize_) &&
+           load32(block(page, buffer) + mdx::keyCount) == 0 &&
+           std::none_of(tags_.begin(), tags_.end(),
+                        [&](const Tag& tag) { return tag.headerPage == page || treeRoot(tag).root == page; });
+}
+
+PageNumber IndexFile::grow(std::span<char> head) {
     if (grownSize_ == 0) {
         // Whole blocks from the first one on, also where a stranger left a ragged end.
-        const std::uint64_t head4 = std::uint64_t{mdx::firstBlock} * pageBytes;
-        const std::uint64_t size = std::max<std::uint64_t>(file_->size(), head4);
-        grownSize_ = head4 + (size - head4 + blockSize_ - 1) / blockSize_ * blockSize_;
+        const std::uint64_t begin = std::uint64_t{mdx::firstBlock} * pageBytes;
+        const std::uint64_t size = std::max<std::uint64_t>(file_->size(), begin);
+        grownSize_ = begin + (size - begin + blockSize_ - 1) / blockSize_ * blockSize_;
     }
     if (grownSize_ + blockSize_ >= maxFileSize) {
         throw Error(ErrorCode::TooLarge, path(), "el índice llegaría a 2 GiB; ejecute \"ambcp reindexar\"");
@@ -99,24 +105,8 @@ void IndexFile::dropChanges() {
 
 void IndexFile::writeChanges(bool& restored) {
     restored = true;
-    if (const auto head = changes_.find(fileHeaderPage); head != changes_.end()) {
-        head->second.isHeader = true;
-        encodeHeaderDate(head->second.bytes.data() + mdx::updated);
-        // The stamp has its own writer; what lies in these copies of it is older.
-        for (std::vector<char>* copy : {&head->second.bytes, &head->second.original}) {
-            readBytes(mdx::stamp, std::span(*copy).subspan(mdx::stamp, mdx::stampSize));
-        }
-    }
-    std::vector<std::pair<PageNumber, const Change*>> order;
-    order.reserve(changes_.size());
-    for (const auto& [page, change] : changes_) {
-        order.emplace_back(page, &change);
-    }
-    const auto rank = [](const Change* change) { return change->isNew ? 0 : change->isHeader ? 2 : 1; };
-    std::stable_sort(order.begin(), order.end(), [&](const auto& a, const auto& b) {
-        return rank(a.second) != rank(b.second) ? rank(a.second) < rank(b.second)
-                                                : (rank(a.second) == 2 && a.first > b.first);
-    });
+    refreshHead();
+    const std::vector<std::pair<PageNumber, const Change*>> order = writingOrder();
     const std::uint64_t oldSize = grownSize_ == 0 ? 0 : file_->size();
     std::size_t done = 0;
     try {
@@ -134,13 +124,39 @@ void IndexFile::writeChanges(bool& restored) {
                 file_->resize(oldSize);
                 knownSize_ = oldSize;
             }
-        } catch (const Error&) {
+        } catch (...) {
             restored = false; // the in-update mark stays and the tags are rebuilt by the next one
         }
         dropChanges();
         throw;
     }
     dropChanges();
+}
+
+// The date of the change; and the stamp, which has its own writer, as it is now.
+void IndexFile::refreshHead() {
+    if (const auto head = changes_.find(fileHeaderPage); head != changes_.end()) {
+        head->second.isHeader = true;
+        encodeHeaderDate(head->second.bytes.data() + mdx::updated);
+        for (std::vector<char>* copy : {&head->second.bytes, &head->second.original}) {
+            readBytes(mdx::stamp, std::span(*copy).subspan(mdx::stamp, mdx::stampSize));
+        }
+    }
+}
+
+// As writeChanges() says; of the headers that of the file, page 0, comes last of all.
+std::vector<std::pair<PageNumber, const IndexFile::Change*>> IndexFile::writingOrder() const {
+    std::vector<std::pair<PageNumber, const Change*>> order;
+    order.reserve(changes_.size());
+    for (const auto& [page, change] : changes_) {
+        order.emplace_back(page, &change);
+    }
+    const auto rank = [](const Change* change) { return change->isNew ? 0 : change->isHeader ? 2 : 1; };
+    std::stable_sort(order.begin(), order.end(), [&](const auto& a, const auto& b) {
+        return rank(a.second) != rank(b.second) ? rank(a.second) < rank(b.second)
+                                                : (rank(a.second) == 2 && a.first > b.first);
+    });
+    return order;
 }
 
 } // namespace dbase

@@ -8,6 +8,7 @@
 #include "dbase/dates.h"
 #include "dbase/error.h"
 #include "dbase/index_layout.h"
+#include "dbase/names.h"
 
 namespace dbase {
 
@@ -18,11 +19,37 @@ std::string textAt(std::span<const char> bytes, std::size_t offset, std::size_t 
     return std::string(raw.substr(0, raw.find('\0')));
 }
 
-bool sameName(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-        const auto up = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; };
-        return up(x) == up(y);
-    });
+constexpr std::size_t mostBlockPages = 64;
+constexpr std::size_t mostPadding = 8; // bytes between an item's key and the next item
+
+// Stands for a condition that lies behind the end of its block.
+constexpr std::string_view unreadableCondition = "?";
+
+// Key and condition from their texts, or why they are not understood.
+void parseTexts(Tag& tag, const Schema& schema) {
+    try {
+        Expression key = Expression::parse(tag.definition.expression, schema, Dialect::Index);
+        const KeyType made = key.type() == ValueType::Text     ? KeyType::Character
+                             : key.type() == ValueType::Number ? KeyType::Numeric
+                                                               : KeyType::Date;
+        if (key.type() == ValueType::Logical || made != tag.keyType) {
+            throw Error(ErrorCode::BadExpression, {}, "la expresión no da el tipo de clave del tag");
+        }
+        if (tag.definition.condition == unreadableCondition) {
+            throw Error(ErrorCode::BadExpression, {}, "su condición no cabe en bloques tan pequeños");
+        }
+        if (!tag.definition.condition.empty()) {
+            tag.condition = Expression::parse(tag.definition.condition, schema, Dialect::Index);
+            if (tag.condition->type() != ValueType::Logical) {
+                throw Error(ErrorCode::BadExpression, {}, "la condición no es lógica");
+            }
+        }
+        tag.key = std::move(key);
+    } catch (const Error& error) {
+        tag.condition.reset();
+        tag.problem = "el tag " + tag.definition.name + " no se entiende (" + tag.definition.expression +
+                      "): " + error.what();
+    }
 }
 
 } // namespace
@@ -39,14 +66,12 @@ IndexFile::IndexFile(std::unique_ptr<File> file, const Schema& schema) : file_(s
     readBytes(0, head);
     blockSize_ = std::size_t{load16(head.data() + mdx::blockPages)} * pageBytes;
     languageDriver_ = static_cast<std::uint8_t>(head[mdx::languageDriver]);
-    if (head[mdx::version] != 2 || blockSize_ < pageBytes || blockSize_ > 64 * pageBytes) {
+    if (head[mdx::version] != 2 || blockSize_ < pageBytes || blockSize_ > mostBlockPages * pageBytes) {
         throw Error(ErrorCode::BadIndex, path(),
                     "la cabecera no es la de un índice; ejecute \"ambcp reindexar\"");
     }
     readTags(schema);
 }
-
-IndexFile::~IndexFile() = default;
 
 void IndexFile::readBytes(std::uint64_t offset, std::span<char> bytes) const {
     if (const char* view = file_->view()) {
@@ -74,36 +99,43 @@ void IndexFile::readTags(const Schema& schema) {
     }
 }
 
+Error IndexFile::badTag(const Tag& tag, std::size_t number, const std::string& what) const {
+    return {ErrorCode::BadIndex, path(),
+            "tag " + std::to_string(number) + " (" + tag.definition.name + "): " + what +
+                "; ejecute \"ambcp reindexar\""};
+}
+
 Tag IndexFile::readTag(std::span<const char> entry, const Schema& schema, std::size_t number) const {
     Tag tag;
     tag.definition.name = textAt(entry, mdx::entryName, mdx::entryNameSize);
     tag.headerPage = load32(entry.data() + mdx::entryHeaderPage);
-    const auto bad = [&](const std::string& what) {
-        return Error(ErrorCode::BadIndex, path(),
-                     "tag " + std::to_string(number) + " (" + tag.definition.name + "): " + what +
-                         "; ejecute \"ambcp reindexar\"");
-    };
     if (tag.definition.name.empty()) {
-        throw bad("no tiene nombre");
+        throw badTag(tag, number, "no tiene nombre");
     }
     if (tag.definition.name.size() == mdx::entryNameSize) {
-        throw bad("su nombre no termina");
+        throw badTag(tag, number, "su nombre no termina");
     }
     const std::uint64_t offset = std::uint64_t{tag.headerPage} * pageBytes;
-    const std::size_t size = std::min(blockSize_, mdx::tagHeaderBytes);
+    const std::string page = " (página " + std::to_string(tag.headerPage) + ")";
     if (tag.headerPage < mdx::firstBlock || offset + blockSize_ > knownSize_) {
-        throw bad("su cabecera queda fuera del fichero (página " + std::to_string(tag.headerPage) + ")");
+        throw badTag(tag, number, "su cabecera queda fuera del fichero" + page);
     }
     if (std::any_of(tags_.begin(), tags_.end(), [&](const Tag& other) {
             return tag.headerPage < other.headerPage + blockPages() &&
                    other.headerPage < tag.headerPage + blockPages();
         })) {
-        throw bad("comparte su cabecera con otro tag (página " + std::to_string(tag.headerPage) + ")");
+        throw badTag(tag, number, "comparte su cabecera con otro tag" + page);
     }
-    std::vector<char> header(std::max(size, mdx::plainColumn + 1));
-    readBytes(offset, std::span(header).first(size));
+    readTagHeader(tag, number);
+    tag.order = KeyOrder(tag.keyType, driverCollates(schema.languageDriver), tag.definition.descending);
+    parseTexts(tag, schema);
+    return tag;
+}
 
-    const auto format = static_cast<std::uint8_t>(header[mdx::format]);
+void IndexFile::readTagHeader(Tag& tag, std::size_t number) const {
+    std::vector<char> header(mdx::tagHeaderBytes); // zeros behind a block that is smaller
+    readBytes(std::uint64_t{tag.headerPage} * pageBytes,
+              std::span(header).first(std::min(blockSize_, mdx::tagHeaderBytes)));
     const char type = header[mdx::keyType] == 'F' ? 'N' : header[mdx::keyType];
     tag.keyLength = load16(header.data() + mdx::keyLength);
     tag.itemLength = load16(header.data() + mdx::itemLength);
@@ -111,47 +143,24 @@ Tag IndexFile::readTag(std::span<const char> entry, const Schema& schema, std::s
                             : type == 'N' ? tag.keyLength == numericKeyLength
                             : type == 'D' ? tag.keyLength == dateKeyLength
                                           : false;
-    if (!lengthFits || tag.itemLength < 4 + tag.keyLength || tag.itemLength > 4 + tag.keyLength + 8) {
-        throw bad("tipo o longitud de clave imposibles");
+    if (!lengthFits || tag.itemLength < mdx::itemKey + tag.keyLength ||
+        tag.itemLength > mdx::itemKey + tag.keyLength + mostPadding) {
+        throw badTag(tag, number, "tipo o longitud de clave imposibles");
     }
-    tag.maxKeys = static_cast<std::uint16_t>((blockSize_ - 12) / tag.itemLength);
+    tag.maxKeys = static_cast<std::uint16_t>((blockSize_ - mdx::blockOverhead) / tag.itemLength);
     if (tag.maxKeys < 3) {
-        throw bad("la clave no cabe en sus páginas");
+        throw badTag(tag, number, "la clave no cabe en sus páginas");
     }
     tag.keyType = static_cast<KeyType>(type);
+    const auto format = static_cast<std::uint8_t>(header[mdx::format]);
     tag.definition.unique = (format & mdx::formatUnique) != 0 || header[mdx::unique] == 1;
     tag.definition.descending = (format & mdx::formatDescending) != 0;
     tag.definition.expression = textAt(header, mdx::expression, mdx::textSize);
-    const bool hasCondition = header[mdx::hasCondition] != 0;
-    if (hasCondition && size == mdx::tagHeaderBytes) {
-        tag.definition.condition = textAt(header, mdx::condition, mdx::textSize);
+    if (header[mdx::hasCondition] != 0) {
+        tag.definition.condition = blockSize_ < mdx::tagHeaderBytes
+                                       ? std::string(unreadableCondition)
+                                       : textAt(header, mdx::condition, mdx::textSize);
     }
-    tag.order = KeyOrder(tag.keyType, driverCollates(schema.languageDriver), tag.definition.descending);
-    try {
-        Expression key = Expression::parse(tag.definition.expression, schema, Dialect::Index);
-        const KeyType made = key.type() == ValueType::Text     ? KeyType::Character
-                             : key.type() == ValueType::Number ? KeyType::Numeric
-                                                               : KeyType::Date;
-        if (key.type() == ValueType::Logical || made != tag.keyType) {
-            throw Error(ErrorCode::BadExpression, {}, "la expresión no da el tipo de clave del tag");
-        }
-        if (hasCondition && size < mdx::tagHeaderBytes) {
-            tag.definition.condition = "?";
-            throw Error(ErrorCode::BadExpression, {}, "su condición no cabe en bloques tan pequeños");
-        }
-        if (!tag.definition.condition.empty()) {
-            tag.condition = Expression::parse(tag.definition.condition, schema, Dialect::Index);
-            if (tag.condition->type() != ValueType::Logical) {
-                throw Error(ErrorCode::BadExpression, {}, "la condición no es lógica");
-            }
-        }
-        tag.key = std::move(key);
-    } catch (const Error& error) {
-        tag.condition.reset();
-        tag.problem = "el tag " + tag.definition.name + " no se entiende (" + tag.definition.expression +
-                      "): " + error.what();
-    }
-    return tag;
 }
 
 const Tag* IndexFile::findTag(std::string_view name) const {
@@ -167,26 +176,12 @@ bool IndexFile::hasOwnHead() const {
 }
 
 UpdateStamp IndexFile::stamp() const {
-    char bytes[mdx::stampSize];
+    StampBytes bytes;
     readBytes(mdx::stamp, bytes);
-    UpdateStamp stamp;
-    stamp.present = std::memcmp(bytes, mdx::stampMagic, 8) == 0;
-    if (stamp.present) {
-        stamp.inUpdate = load32(bytes + 8) != 0;
-        stamp.records = load32(bytes + 12);
-        stamp.counter = load64(bytes + 16);
-    }
-    return stamp;
+    return decodeStamp(bytes);
 }
 
-void IndexFile::writeStamp(const UpdateStamp& stamp) {
-    char bytes[mdx::stampSize] = {};
-    std::memcpy(bytes, mdx::stampMagic, 8);
-    store32(bytes + 8, stamp.inUpdate ? 1 : 0);
-    store32(bytes + 12, stamp.records);
-    store64(bytes + 16, stamp.counter);
-    file_->write(mdx::stamp, bytes);
-}
+void IndexFile::writeStamp(const UpdateStamp& stamp) { file_->write(mdx::stamp, encodeStamp(stamp)); }
 
 bool IndexFile::reaches(std::uint64_t end) const {
     if (end > knownSize_) {

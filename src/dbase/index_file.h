@@ -10,10 +10,12 @@
 #include <string>
 #include <vector>
 
+#include "dbase/error.h"
 #include "dbase/expression.h"
 #include "dbase/file.h"
 #include "dbase/key.h"
 #include "dbase/table_definition.h"
+#include "dbase/update_stamp.h"
 
 namespace dbase {
 
@@ -39,14 +41,6 @@ struct Tag {
     [[nodiscard]] bool holdsAllRecords() const { return !definition.unique && definition.condition.empty(); }
 };
 
-/// What our writers leave in header bytes that the format does not use; see docs/formats.md.
-struct UpdateStamp {
-    bool present = false;      // false in an index that only other programs wrote
-    bool inUpdate = false;     // a writer is at work, or died at it
-    std::uint32_t records = 0; // records that the tags cover
-    std::uint64_t counter = 0; // one more at the begin and at the end of every update
-};
-
 /// Part of a tag's header that moves with its tree.
 struct TreeRoot {
     PageNumber root = 0;
@@ -58,7 +52,6 @@ class IndexFile {
 public:
     /// Reads header and tag table for a table of the given layout. Errors: Error(BadIndex, TooLarge, Io).
     IndexFile(std::unique_ptr<File> file, const Schema& schema);
-    ~IndexFile();
 
     /// Writes an index without keys over whatever the file holds. Errors: Error(BadExpression, BadIndex)
     /// before anything is written.
@@ -73,7 +66,6 @@ public:
     [[nodiscard]] std::size_t blockSize() const { return blockSize_; }
     [[nodiscard]] unsigned blockPages() const { return static_cast<unsigned>(blockSize_ / pageBytes); }
     [[nodiscard]] std::uint8_t languageDriver() const { return languageDriver_; }
-    [[nodiscard]] bool isBlank() const { return tags_.empty(); }
 
     [[nodiscard]] UpdateStamp stamp() const;
     void writeStamp(const UpdateStamp& stamp);
@@ -101,7 +93,6 @@ public:
     /// A zeroed block from the free list or behind the end.
     [[nodiscard]] PageNumber allocate(const Tag& tag);
     void release(PageNumber page);
-    [[nodiscard]] bool hasChanges() const { return !changes_.empty(); }
     /// New blocks first, then the pages that point at them, headers last. When a write fails the old bytes
     /// are put back as far as possible; `restored` tells whether that worked.
     void writeChanges(bool& restored);
@@ -123,16 +114,24 @@ public:
     [[nodiscard]] PageNumber freeList() const;
 
 private:
-    void readTags(const Schema& schema);
-    [[nodiscard]] Tag readTag(std::span<const char> entry, const Schema& schema, std::size_t number) const;
-    void readBytes(std::uint64_t offset, std::span<char> bytes) const;
-    [[nodiscard]] bool reaches(std::uint64_t end) const;
-
     struct Change {
         std::vector<char> bytes, original;
         bool isNew = false;    // behind the old end of the file
         bool isHeader = false; // a tag header or the file header: written last
     };
+
+    void readTags(const Schema& schema);
+    [[nodiscard]] Tag readTag(std::span<const char> entry, const Schema& schema, std::size_t number) const;
+    void readTagHeader(Tag& tag, std::size_t number) const;
+    [[nodiscard]] Error badTag(const Tag& tag, std::size_t number, const std::string& what) const;
+    void readBytes(std::uint64_t offset, std::span<char> bytes) const;
+    [[nodiscard]] bool reaches(std::uint64_t end) const;
+    /// For the block that the free list begins with.
+    [[nodiscard]] bool mayBeFree(PageNumber page) const;
+    /// A block behind the end; `head` is the changed file header.
+    [[nodiscard]] PageNumber grow(std::span<char> head);
+    void refreshHead();
+    [[nodiscard]] std::vector<std::pair<PageNumber, const Change*>> writingOrder() const;
 
     std::unique_ptr<File> file_;
     std::vector<Tag> tags_;

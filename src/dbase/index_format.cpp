@@ -10,6 +10,7 @@
 #include "dbase/index_file.h"
 #include "dbase/index_layout.h"
 #include "dbase/names.h"
+#include "dbase/paths.h"
 
 namespace dbase {
 
@@ -61,6 +62,22 @@ void checkDefinition(const TagDefinition& tag, const Schema& schema, std::size_t
     }
 }
 
+std::vector<KeyShape> shapesOf(const std::vector<TagDefinition>& tags, const Schema& schema,
+                               std::size_t blockBytes, const std::string& file) {
+    if (tags.size() > mdx::maxTags) {
+        throw Error(ErrorCode::BadIndex, file, "un índice admite 47 tags como mucho");
+    }
+    std::vector<KeyShape> shapes;
+    for (const TagDefinition& tag : tags) {
+        checkDefinition(tag, schema, blockBytes);
+        if (std::ranges::count(tags, tag.name, &TagDefinition::name) > 1) {
+            throw Error(ErrorCode::BadExpression, file, "el tag " + tag.name + " está repetido");
+        }
+        shapes.push_back(shapeOf(Expression::parse(tag.expression, schema, Dialect::Index), tag.name));
+    }
+    return shapes;
+}
+
 // The tag-name tree that older engines follow: unbalanced, grown in the order of creation.
 void linkNames(std::span<char> head, const std::vector<TagDefinition>& tags) {
     const auto entry = [&](std::size_t i) { return head.data() + mdx::tagTable + i * mdx::tagEntrySize; };
@@ -87,14 +104,15 @@ void linkNames(std::span<char> head, const std::vector<TagDefinition>& tags) {
 std::vector<char> encodeTagHeader(const TagDefinition& tag, const KeyShape& shape, PageNumber root,
                                   unsigned blockPages) {
     std::vector<char> header(blockPages * pageBytes);
-    const auto item = static_cast<std::uint16_t>((4 + shape.length + 3) / 4 * 4);
+    const auto item = static_cast<std::uint16_t>((mdx::itemKey + shape.length + 3) / 4 * 4);
     store32(header.data() + mdx::root, root);
     store32(header.data() + mdx::tagPages, blockPages);
     header[mdx::format] = static_cast<char>(mdx::formatPlain | (tag.unique ? mdx::formatUnique : 0) |
                                             (tag.descending ? mdx::formatDescending : 0));
     header[mdx::keyType] = static_cast<char>(shape.type);
     store16(header.data() + mdx::keyLength, shape.length);
-    store16(header.data() + mdx::maxKeys, static_cast<std::uint16_t>((header.size() - 12) / item));
+    store16(header.data() + mdx::maxKeys,
+            static_cast<std::uint16_t>((header.size() - mdx::blockOverhead) / item));
     store16(header.data() + mdx::secondaryType, shape.type == KeyType::Date ? 1 : 0);
     store16(header.data() + mdx::itemLength, item);
     header[mdx::unique] = tag.unique ? 1 : 0;
@@ -147,52 +165,33 @@ void encodeHead(std::span<char> head, const Schema& schema, const std::string& t
 void IndexFile::format(File& file, const Schema& schema, const std::string& tableName,
                        const std::vector<TagDefinition>& tags, const UpdateStamp& stamp,
                        unsigned blockPages) {
-    if (tags.size() > mdx::maxTags) {
-        throw Error(ErrorCode::BadIndex, file.path(), "un índice admite 47 tags como mucho");
+    const std::vector<KeyShape> shapes = shapesOf(tags, schema, blockPages * pageBytes, file.path());
+    std::vector<PageNumber> headerPages; // each with an empty root behind it
+    for (std::size_t i = 0; i < tags.size(); ++i) {
+        headerPages.push_back(static_cast<PageNumber>(mdx::firstBlock + i * 2 * blockPages));
     }
-    std::vector<KeyShape> shapes;
-    for (const TagDefinition& tag : tags) {
-        checkDefinition(tag, schema, blockPages * pageBytes);
-        if (std::count_if(tags.begin(), tags.end(),
-                          [&](const auto& other) { return other.name == tag.name; }) > 1) {
-            throw Error(ErrorCode::BadExpression, file.path(), "el tag " + tag.name + " está repetido");
-        }
-        shapes.push_back(shapeOf(Expression::parse(tag.expression, schema, Dialect::Index), tag.name));
-    }
-    const auto headerPageOf = [&](std::size_t i) {
-        return static_cast<PageNumber>(mdx::firstBlock + i * 2 * blockPages);
-    };
-    const auto pages = static_cast<std::uint32_t>(headerPageOf(tags.size()));
+    const auto pages = static_cast<PageNumber>(mdx::firstBlock + tags.size() * 2 * blockPages);
     std::vector<char> head(mdx::headBytes);
     encodeHead(head, schema, tableName, tags.size(), blockPages, pages);
-    store32(head.data() + mdx::stamp + 8, 1); // replaced by the caller's stamp when all is written
-    std::memcpy(head.data() + mdx::stamp, mdx::stampMagic, 8);
-    std::vector<PageNumber> headerPages;
-    for (std::size_t i = 0; i < tags.size(); ++i) {
-        headerPages.push_back(headerPageOf(i));
-    }
+    // Unfinished until all is written; then comes the caller's stamp.
+    std::ranges::copy(encodeStamp({.present = true, .inUpdate = true}), head.begin() + mdx::stamp);
     encodeTagTable(head, tags, shapes, headerPages);
     file.write(0, head);
     const std::vector<char> emptyLeaf(blockPages * pageBytes);
     for (std::size_t i = 0; i < tags.size(); ++i) {
-        const PageNumber root = headerPageOf(i) + blockPages;
+        const PageNumber root = headerPages[i] + blockPages;
         file.write(std::uint64_t{root} * pageBytes, emptyLeaf);
-        file.write(std::uint64_t{headerPageOf(i)} * pageBytes,
+        file.write(std::uint64_t{headerPages[i]} * pageBytes,
                    encodeTagHeader(tags[i], shapes[i], root, blockPages));
     }
     file.resize(std::uint64_t{pages} * pageBytes);
-    std::array<char, mdx::stampSize> last{};
-    std::memcpy(last.data(), mdx::stampMagic, 8);
-    store32(last.data() + 8, stamp.inUpdate ? 1 : 0);
-    store32(last.data() + 12, stamp.records);
-    store64(last.data() + 16, stamp.counter);
-    file.write(mdx::stamp, last);
+    file.write(mdx::stamp, encodeStamp(stamp));
 }
 
 std::vector<char> IndexFile::freshHead(const Schema& schema) const {
     std::vector<char> head(mdx::headBytes);
-    const std::string file = path().substr(path().rfind('/') + 1);
-    encodeHead(head, schema, file.substr(0, file.find('.')), tags_.size(), blockPages(), announcedPages());
+    const std::string name = baseName(path()); // with an extension left in a file that replaces another one
+    encodeHead(head, schema, name.substr(0, name.find('.')), tags_.size(), blockPages(), announcedPages());
     std::vector<TagDefinition> definitions;
     std::vector<KeyShape> shapes;
     std::vector<PageNumber> headerPages;
@@ -207,10 +206,10 @@ std::vector<char> IndexFile::freshHead(const Schema& schema) const {
     readBytes(mdx::freeList, std::span(head).subspan(mdx::freeList, 4));
     readBytes(mdx::stamp, std::span(head).subspan(mdx::stamp, mdx::stampSize));
     // Files change the letter case of their names on the way between systems; the name inside stays.
-    std::array<char, mdx::tableNameSize> name{};
-    readBytes(mdx::tableName, name);
-    if (upperName({name.data(), name.size()}) == upperName({head.data() + mdx::tableName, name.size()})) {
-        std::copy(name.begin(), name.end(), head.begin() + mdx::tableName);
+    std::array<char, mdx::tableNameSize> stored{};
+    readBytes(mdx::tableName, stored);
+    if (sameName({stored.data(), stored.size()}, {head.data() + mdx::tableName, stored.size()})) {
+        std::ranges::copy(stored, head.begin() + mdx::tableName);
     }
     return head;
 }

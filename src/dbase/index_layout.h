@@ -25,6 +25,10 @@ inline constexpr std::size_t updated = 44;
 inline constexpr std::size_t stamp = 480; // ours, in bytes that the format leaves unused
 inline constexpr std::size_t stampSize = 32;
 inline constexpr char stampMagic[9] = "AMBINDX1";
+inline constexpr std::size_t stampMagicSize = 8; // from here on, places inside the stamp
+inline constexpr std::size_t stampMark = 8;
+inline constexpr std::size_t stampRecords = 12;
+inline constexpr std::size_t stampCounter = 16;
 inline constexpr std::size_t ownHead = 472; // ours too: every byte of the headers was written by us
 inline constexpr char ownHeadMagic[9] = "AMBHEAD1";
 
@@ -75,5 +79,7 @@ inline constexpr std::uint8_t formatDescending = 0x08;
 inline constexpr std::size_t keyCount = 0;
 inline constexpr std::size_t freeNext = 4;
 inline constexpr std::size_t items = 8;
+inline constexpr std::size_t blockOverhead = items + 4; // behind the last item stands the last child's number
+inline constexpr std::size_t itemKey = 4;               // in an item: behind the record's or child's number
 
 } // namespace dbase::mdx

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "dbase/error.h"
+#include "dbase/paths.h"
 #include "dbase/system_reason.h"
 
 namespace dbase {
@@ -29,7 +30,7 @@ std::string& identity() {
 class FolderPlace final : public JournalPlace {
 public:
     explicit FolderPlace(std::string tableFile)
-        : table_(std::move(tableFile)), path_(table_.substr(0, table_.rfind('.')) + ".AMJ") {}
+        : table_(std::move(tableFile)), path_(withExtension(table_, ".AMJ")) {}
 
     std::unique_ptr<File> openExisting() override {
         if (access(path_.c_str(), F_OK) != 0) {

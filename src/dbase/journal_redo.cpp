@@ -7,8 +7,6 @@ namespace dbase {
 
 namespace {
 
-constexpr char endMark = 0x1A;
-
 /// What a record was and became, oldest first.
 struct History {
     bool isNew = false; // there was nothing before the first of them

@@ -27,8 +27,7 @@ void encodeNumericKey(double value, std::span<char> key) {
     if (key.size() < numericKeyLength)
         return;
     Decimal number = toDecimal(value);
-    if (std::isinf(value) ||
-        number.exponent > largestExponent) { // beyond the format: the largest number of that sign
+    if (std::isinf(value) || number.exponent > largestExponent) { // becomes the largest one of its sign
         number.isNegative = value < 0;
         number.exponent = largestExponent;
         number.digits.fill('9');
@@ -107,8 +106,7 @@ double decodeNumericKey(std::string_view key) {
     *to++ = '.';
     for (std::size_t i = digitsAt; i < numericKeyLength; ++i)
         for (const int digit : {byteAt(key, i) >> 4, byteAt(key, i) & 0x0F})
-            *to++ = static_cast<char>(
-                '0' + std::min(digit, 9)); // a damaged digit must not become another character
+            *to++ = static_cast<char>('0' + std::min(digit, 9)); // damaged ones, too, are digits then
     *to++ = 'e';
     to = std::to_chars(to, text.data() + text.size(), byteAt(key, 0) - exponentBias).ptr;
     double value = 0;

@@ -1,25 +1,21 @@
 // Rebuilding a table's index from outside, also one that cannot be opened any more.
 
-#include <optional>
-
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 #include "dbase/check.h"
 #include "dbase/databases.h"
 #include "dbase/error.h"
+#include "dbase/index_rebuild.h"
 #include "dbase/journal_redo.h"
-#include "dbase/table.h"
+#include "dbase/locks.h"
+#include "dbase/paths.h"
 #include "dbase/table_definition.h"
 
 namespace dbase {
 
 namespace {
-
-std::string baseName(const std::string& path) {
-    const std::size_t slash = path.rfind('/') + 1;
-    return path.substr(slash, path.rfind('.') - slash);
-}
 
 struct ReadableTags {
     std::vector<TagDefinition> tags;
@@ -70,6 +66,44 @@ std::vector<TagDefinition> completed(const std::vector<TagDefinition>& readable,
     return result;
 }
 
+// The tags that the table is to have; refused where nobody knows all of them.
+std::vector<TagDefinition> tagsOf(const std::string& tableFile, const ReadableTags& readable,
+                                  const std::vector<TagDefinition>& known) {
+    if (known.empty() && (readable.tags.empty() || !readable.problem.empty())) {
+        throw Error(
+            ErrorCode::BadIndex, tableFile,
+            "no se conocen los tags de esta tabla y no se pueden leer todos de su índice; no se ha cambiado "
+            "nada. " +
+                readable.problem);
+    }
+    return completed(readable.tags, known);
+}
+
+// As whoever opens a table does: complete records count, also where the header does not know them yet.
+// Whoever is adding one right now sets the count himself.
+void correctCount(TableFile& records) {
+    if (records.file().tryLock(appendLock, LockKind::Exclusive)) {
+        const FileLock appending(records.file(), appendLock, FileLock::alreadyHeld);
+        records.correctCount();
+    }
+}
+
+// The records as the programs before a stop of the machine left them; else the tags would be those of what
+// the stop has torn.
+void mendRecords(TableFile& records, Journal& journal, bool isAlone) {
+    records.forgetSize(); // it was asked for before the lock
+    const bool hasMachineStopped = isAlone && journal.isOfAnotherStart();
+    if (hasMachineStopped) {
+        redo(records, journal.keptEntries());
+    }
+    correctCount(records);
+    if (hasMachineStopped) {
+        fillHoles(records);
+        records.file().sync();
+        journal.remove();
+    }
+}
+
 } // namespace
 
 void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>& knownTags,
@@ -83,32 +117,20 @@ void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>
     TableFile records(std::move(file));
     const std::optional<std::string> existing = findIndexFile(tableFile);
     const ReadableTags readable = existing ? readTags(*existing, records.schema()) : ReadableTags{};
-    if (knownTags.empty() && (readable.tags.empty() || !readable.problem.empty())) {
-        throw Error(
-            ErrorCode::BadIndex, tableFile,
-            "no se conocen los tags de esta tabla y no se pueden leer todos de su índice; no se ha cambiado "
-            "nada. " +
-                readable.problem);
-    }
-    const std::vector<TagDefinition> tags = completed(readable.tags, knownTags);
+    const std::vector<TagDefinition> tags = tagsOf(tableFile, readable, knownTags);
     const bool isWhole =
         readable.problem.empty() &&
         std::ranges::is_permutation(tags, readable.tags, {}, &TagDefinition::name, &TagDefinition::name);
-    const std::string indexPath = existing.value_or(tableFile.substr(0, tableFile.rfind('.')) + ".MDX");
-    std::unique_ptr<File> index = openFile(indexPath, existing ? OpenMode::ReadWrite : OpenMode::Create);
+    std::unique_ptr<File> index = openFile(existing.value_or(withExtension(tableFile, ".MDX")),
+                                           existing ? OpenMode::ReadWrite : OpenMode::Create);
     std::optional<IndexFile> trees; // outlives the lock on its file
     StructureLock::Holders holders;
     if (records.file().isRemote()) {
         holders.exchanged = &records.file();
     }
     const StructureLock lock(*index, holders, LockKind::Exclusive);
-    records.forgetSize(); // it was asked for before the lock
     Journal journal(journalBeside(tableFile), records.schema());
-    if (isAlone && journal.isOfAnotherStart()) {
-        redo(records, journal.keptEntries());
-        records.file().sync();
-        journal.remove();
-    }
+    mendRecords(records, journal, isAlone);
     journal.begin(); // should the machine stop, the tags are rebuilt by the next one that opens the table
     if (!isWhole) {
         IndexFile::format(*index, records.schema(), baseName(tableFile), tags, UpdateStamp{true, true, 0, 1});

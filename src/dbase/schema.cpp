@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "dbase/error.h"
+#include "dbase/names.h"
 
 namespace dbase {
 
@@ -44,13 +45,6 @@ std::string hex(unsigned value) {
     return text.data();
 }
 
-char upperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
-
-bool sameName(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return upperAscii(x) == upperAscii(y); });
-}
-
 /// A name fit for a message: what is not ASCII, or not to be printed, becomes a question mark.
 std::string shown(const std::string& name) {
     std::string text = name;
@@ -63,7 +57,7 @@ std::string shown(const std::string& name) {
 std::string decodeName(Bytes descriptor, std::size_t offset, const std::string& file) {
     std::string name;
     while (name.size() < nameSize && descriptor[name.size()] != 0)
-        name.push_back(upperAscii(static_cast<char>(descriptor[name.size()])));
+        name.push_back(upperLetter(static_cast<char>(descriptor[name.size()])));
     const std::string place = "la columna descrita en la posición " + std::to_string(offset);
     if (name.size() > maxNameLength)
         refuse(file, "el nombre de " + place + " no termina.");

@@ -105,36 +105,57 @@ bool Table::tryReadByCounter(std::uint64_t& before) const {
            stamp.records == records_.recordCount();
 }
 
-// --- Record locks
-
-bool Table::tryLockRecord(RecordNumber number, const void* owner) {
-    requireWritable();
-    if (const auto held = recordLocks_.find(number); held != recordLocks_.end()) {
-        return held->second == owner;
+// Three looks without the lock at most: where writers are busy, waiting for them is quicker.
+void Table::guardRead(const std::function<void()>& operation) {
+    if (readGuard_ == ReadGuard::Counter && index_) {
+        constexpr int mostAttempts = 3;
+        std::uint64_t before = 0;
+        for (int attempt = 0; attempt < mostAttempts && tryReadByCounter(before); ++attempt) {
+            const auto nothingMoved = [&] { return changeCounter() == before && !isTorn(); };
+            try {
+                operation();
+                if (nothingMoved()) {
+                    return;
+                }
+            } catch (const Error&) { // what half a change looks like is no fault of the table
+                if (nothingMoved()) {
+                    throw;
+                }
+            }
+        }
     }
-    if (!records_.file().tryLock(recordLock(number), LockKind::Exclusive)) {
+    while (!tryReadLocked(operation)) {
+        recover();
+    }
+}
+
+// False, and nothing done, where the table has to be mended first.
+bool Table::tryReadLocked(const std::function<void()>& operation) {
+    const StructureLock lock(structureFile(), structureHolders_, LockKind::Shared);
+    renewTornViews();
+    if (const Health found = health(); found != Health::Sound) {
+        if (isReadOnly()) {
+            refuseStale(found);
+        }
         return false;
     }
-    recordLocks_.emplace(number, owner);
+    operation();
+    if (isTorn()) {
+        throw Error(ErrorCode::Io, path(), "otro programa ha cortado el fichero mientras se leía");
+    }
     return true;
 }
 
-void Table::unlockRecord(RecordNumber number, const void* owner) {
-    if (const auto held = recordLocks_.find(number); held != recordLocks_.end() && held->second == owner) {
-        records_.file().unlock(recordLock(number));
-        recordLocks_.erase(held);
+void Table::syncFiles() {
+    records_.file().sync();
+    if (index_) {
+        index_->file().sync();
     }
 }
 
-void Table::unlockRecords(const void* owner) {
-    for (auto held = recordLocks_.begin(); held != recordLocks_.end();) {
-        if (held->second == owner) {
-            records_.file().unlock(recordLock(held->first));
-            held = recordLocks_.erase(held);
-        } else {
-            ++held;
-        }
-    }
+bool Table::tryLockRecord(RecordNumber number, const void* owner) {
+    requireWritable();
+    return recordLocks_.tryLock(number, owner);
 }
 
 } // namespace dbase

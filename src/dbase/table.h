@@ -11,37 +11,16 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <unordered_map>
 
-#include "dbase/error.h"
 #include "dbase/index_file.h"
 #include "dbase/journal.h"
 #include "dbase/locks.h"
+#include "dbase/progress.h"
+#include "dbase/record_locks.h"
 #include "dbase/table_file.h"
+#include "dbase/table_types.h"
 
 namespace dbase {
-
-/// What keeps a read safe from writers of other processes.
-enum class ReadGuard {
-    Lock,    // the shared structure lock: safe against every program that locks
-    Counter, // the change counter read before and after: safe against our own programs, without a system
-             // call. Only for tables on a local disk; a foreign writer in the middle of its work would not be
-             // noticed
-};
-
-/// When a change is on the disk.
-enum class Durability {
-    Process, // survives the death of any process at once
-    Disk,    // the machine's too: the journal is synced before the records are touched
-};
-
-/// What Table::amend() does to one record: changes the bytes of `after`, which are those of `before` at
-/// first. Must leave the table itself alone.
-using Amendment = std::function<void(const RecordView& before, std::span<char> after)>;
-
-/// Rebuilds every tree of an index from the records. The caller holds the exclusive structure lock.
-void rebuildTrees(TableFile& records, IndexFile& index,
-                  const std::function<void(std::uint64_t, std::uint64_t)>& progress);
 
 class Table {
 public:
@@ -98,7 +77,7 @@ public:
     void sync() { records_.file().sync(); }
 
     /// Rebuilds all tags from the records under the exclusive lock.
-    void rebuildTags(const std::function<void(std::uint64_t, std::uint64_t)>& progress = {});
+    void rebuildTags(const Progress& progress = {});
 
     // --- For work that holds the exclusive structure lock itself.
     [[nodiscard]] File& structureFile() const;
@@ -107,13 +86,14 @@ public:
     [[nodiscard]] LockRange appendRange() const;
     [[nodiscard]] TableFile& lockedRecords() { return records_; }
     [[nodiscard]] IndexFile* lockedIndex() { return index_.get(); }
+    /// Puts records and index on the disk.
+    void syncFiles();
     /// Comes before anything is written: whoever opens the table after a death or a stop of the machine is
     /// told.
     void beginJournal();
     /// Makes the rows count that were written behind the last record, the first of them with the end mark in
     /// the place of its own `firstMark`, and rebuilds the tags.
-    void addLocked(std::uint32_t newCount, char firstMark,
-                   const std::function<void(std::uint64_t, std::uint64_t)>& progress);
+    void addLocked(std::uint32_t newCount, char firstMark, const Progress& progress);
     /// Takes such rows back, whether they counted already or not.
     void withdrawLocked(std::uint32_t oldCount);
     /// Lets others replace the files although this table has them open still.
@@ -121,19 +101,33 @@ public:
 
     // --- Record locks, held for an owner of this process; owners exclude each other and other programs.
     [[nodiscard]] bool tryLockRecord(RecordNumber number, const void* owner);
-    void unlockRecord(RecordNumber number, const void* owner);
-    void unlockRecords(const void* owner);
+    void unlockRecord(RecordNumber number, const void* owner) { recordLocks_.unlock(number, owner); }
+    void unlockRecords(const void* owner) { recordLocks_.unlockAll(owner); }
 
 private:
     enum class Health { Sound, DiedInUpdate, Miscounted, Stale };
 
+    // table.cpp
     void requireWritable() const;
-    void requireWhole(std::span<const char> record) const;
-    void rebuildLocked(const std::function<void(std::uint64_t, std::uint64_t)>& progress);
-    void renewTornViews();
+    void guardRead(const std::function<void()>& operation);
+    [[nodiscard]] bool tryReadLocked(const std::function<void()>& operation);
+    [[nodiscard]] bool tryReadByCounter(std::uint64_t& before) const;
     [[nodiscard]] bool isTorn() const;
+    void renewTornViews();
+
+    // table_changes.cpp
+    void requireWhole(std::span<const char> record) const;
+    void sendFirst();
+    template<typename Write, typename Undo>
+    void apply(const RecordChange& change, std::uint32_t count, Write&& write, Undo&& undo);
+    [[nodiscard]] bool changesOneByOne() const;
+    void amendLocked(RecordNumber first, RecordNumber last, const Amendment& amendment,
+                     const std::function<bool(RecordNumber)>& take);
+
+    // table_health.cpp
     [[nodiscard]] Health health();
     [[nodiscard]] bool entriesMatchRecords() const;
+    [[noreturn]] void refuseStale(Health found) const;
     void recover();
     void mend(Health found);
     void correctCount(Health found);
@@ -141,20 +135,9 @@ private:
     void leaveSession();
     void record(const RecordChange& change, std::uint64_t counter);
     void syncUnjournaled();
-    void sendFirst();
-    [[noreturn]] void refuseStale(Health found) const;
-    [[nodiscard]] bool tryReadByCounter(std::uint64_t& before) const;
 
-    void gatherInsertion(const Tag& tag, const RecordView& record);
-    void gatherSuccessor(const Tag& tag, std::string_view key, RecordNumber leaving);
-    void gatherRemoval(const Tag& tag, const RecordView& record);
-    void gatherReplacement(const RecordView& before, const RecordView& after);
-    [[nodiscard]] bool isHeldHere(RecordNumber first, RecordNumber last) const;
-    [[nodiscard]] bool changesOneByOne() const;
-    void amendLocked(RecordNumber first, RecordNumber last, const Amendment& amendment,
-                     const std::function<bool(RecordNumber)>& take);
-    template<typename Write, typename Undo>
-    void apply(const RecordChange& change, std::uint32_t count, Write&& write, Undo&& undo);
+    // table_rebuild.cpp
+    void rebuildLocked(const Progress& progress);
 
     TableFile records_;
     std::unique_ptr<IndexFile> index_;
@@ -162,53 +145,18 @@ private:
     std::string readOnlyReason_;
     ReadGuard readGuard_ = ReadGuard::Lock;
     Durability durability_ = Durability::Process;
-    std::uint32_t verifiedCount_ = 0; // records for which the entries of a tag were counted
-    bool verified_ = false;
-    bool isCounted_ = false; // the header's count was compared with the file once
-    bool hasTail_ = false;   // the count was corrected, and part of a record may lie behind the last one
+    std::optional<std::uint32_t> verifiedCount_; // records for which the entries of a tag were counted
+    bool isCounted_ = false;                     // the header's count was compared with the file once
+    bool hasTail_ = false; // the count was corrected, and part of a record may lie behind the last one
     StructureLock::Holders structureHolders_;
-    std::unordered_map<RecordNumber, const void*> recordLocks_;
+    RecordLocks recordLocks_{records_.file()};
 };
 
 template<typename Operation>
 auto Table::read(Operation&& operation) {
-    if (readGuard_ == ReadGuard::Counter && index_) {
-        for (int attempt = 0; attempt < 3; ++attempt) {
-            std::uint64_t before = 0;
-            if (!tryReadByCounter(before)) {
-                break;
-            }
-            try {
-                auto result = operation();
-                if (changeCounter() == before && !isTorn()) {
-                    return result;
-                }
-            } catch (const Error&) {
-                if (changeCounter() == before && !isTorn()) {
-                    throw;
-                }
-            }
-        }
-    }
-    while (true) {
-        {
-            const StructureLock lock(structureFile(), structureHolders_, LockKind::Shared);
-            renewTornViews();
-            const Health found = health();
-            if (found == Health::Sound) {
-                auto result = operation();
-                if (isTorn()) {
-                    throw Error(ErrorCode::Io, path(),
-                                "otro programa ha cortado el fichero mientras se leía");
-                }
-                return result;
-            }
-            if (isReadOnly()) {
-                refuseStale(found);
-            }
-        }
-        recover();
-    }
+    std::optional<decltype(operation())> result;
+    guardRead([&] { result.emplace(operation()); });
+    return *std::move(result);
 }
 
 } // namespace dbase

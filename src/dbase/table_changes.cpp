@@ -1,28 +1,15 @@
 // Changing records together with their tags: gathered in memory first, then written under the in-update mark.
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 #include "dbase/error.h"
 #include "dbase/table.h"
-#include "dbase/tree_cursor.h"
-#include "dbase/tree_editor.h"
+#include "dbase/tag_changes.h"
 
 namespace dbase {
 
 namespace {
-
-using KeyBytes = std::array<char, maxKeyLength>;
-
-std::string_view keyOf(const Tag& tag, const RecordView& record, KeyBytes& buffer) {
-    makeKey(tag, record, std::span(buffer).first(tag.keyLength));
-    return {buffer.data(), tag.keyLength};
-}
-
-bool belongs(const Tag& tag, const RecordView& record) {
-    return !tag.condition || tag.condition->test(record);
-}
 
 void writeAfter(TableFile& records, const RecordChange& change) {
     for (const RecordRun& run : change.runs()) {
@@ -74,102 +61,13 @@ private:
     bool hasAll_ = false;
 };
 
-/// Forgets at its end what was gathered for the index and not written.
-class Gathering {
-public:
-    explicit Gathering(IndexFile* index) : index_(index) {}
-    ~Gathering() {
-        if (index_ != nullptr) {
-            index_->dropChanges();
-        }
-    }
-    Gathering(const Gathering&) = delete;
-    Gathering& operator=(const Gathering&) = delete;
-
-private:
-    IndexFile* index_;
-};
-
 } // namespace
-
-void Table::gatherInsertion(const Tag& tag, const RecordView& record) {
-    if (!belongs(tag, record)) {
-        return;
-    }
-    KeyBytes buffer;
-    const std::string_view key = keyOf(tag, record, buffer);
-    TreeEditor tree(*index_, tag);
-    if (tag.definition.unique) { // only the first record with a key has an entry
-        TreeCursor cursor(*index_, tag);
-        if (cursor.seek(key) && tag.order.compare(cursor.key(), key) == 0) {
-            const std::string held(cursor.key());
-            if (cursor.record() <= record.number || !tree.remove(held, cursor.record())) {
-                return;
-            }
-        }
-    }
-    tree.insert(key, record.number);
-}
-
-// The first other record with a key that nobody holds in a unique tag any more.
-void Table::gatherSuccessor(const Tag& tag, std::string_view key, RecordNumber leaving) {
-    const RecordNumber count = records_.recordCount();
-    KeyBytes buffer;
-    for (RecordNumber number = 1; number <= count; ++number) {
-        const RecordView record = records_.record(number);
-        if (number != leaving && belongs(tag, record) &&
-            tag.order.compare(keyOf(tag, record, buffer), key) == 0) {
-            TreeEditor(*index_, tag).insert(key, number);
-            return;
-        }
-    }
-}
-
-void Table::gatherRemoval(const Tag& tag, const RecordView& record) {
-    if (!belongs(tag, record)) {
-        return;
-    }
-    KeyBytes buffer, foreign;
-    const std::string_view key = keyOf(tag, record, buffer);
-    TreeEditor tree(*index_, tag);
-    bool removed = tree.remove(key, record.number);
-    if (!removed && makeUnsignedKey(tag, record, std::span(foreign).first(tag.keyLength))) {
-        removed = tree.remove({foreign.data(), tag.keyLength}, record.number);
-    }
-    if (removed && tag.definition.unique) {
-        gatherSuccessor(tag, key, record.number);
-    }
-    if (!removed && tag.holdsAllRecords()) {
-        throw Error(ErrorCode::BadIndex, index_->path(),
-                    "el registro " + std::to_string(record.number) + " no está en el tag " +
-                        tag.definition.name + "; ejecute \"ambcp reindexar\"");
-    }
-}
-
-void Table::gatherReplacement(const RecordView& before, const RecordView& after) {
-    if (!index_) {
-        return;
-    }
-    for (const Tag& tag : index_->tags()) {
-        const bool was = belongs(tag, before);
-        const bool is = belongs(tag, after);
-        KeyBytes oldBuffer, newBuffer;
-        if (was == is && (!was || keyOf(tag, before, oldBuffer) == keyOf(tag, after, newBuffer))) {
-            continue;
-        }
-        gatherRemoval(tag, before);
-        gatherInsertion(tag, after);
-    }
-}
 
 // The server of a network folder gets what was written so far before what comes next: a workstation that is
 // switched off, while others go on, leaves no part of a change there without the mark.
 void Table::sendFirst() {
     if (records_.file().isRemote()) {
-        records_.file().sync();
-        if (index_) {
-            index_->file().sync();
-        }
+        syncFiles();
     }
 }
 
@@ -178,19 +76,18 @@ void Table::sendFirst() {
 // written and forgotten already cannot be put back: then the record is, under the mark.
 template<typename Write, typename Undo>
 void Table::apply(const RecordChange& change, std::uint32_t count, Write&& write, Undo&& undo) {
-    const UpdateStamp stamp = index_ ? index_->stamp() : UpdateStamp{};
-    const std::uint64_t counter = stamp.counter - stamp.counter % 2;
+    const UpdateStamp before = index_ ? index_->stamp() : UpdateStamp{};
     const std::uint32_t countBefore = records_.recordCount();
-    const auto writeMark = [&](bool inUpdate, std::uint32_t records) {
+    const auto writeStamp = [&](const UpdateStamp& stamp) {
         if (index_) {
-            index_->writeStamp({true, inUpdate, records, counter + (inUpdate ? 1 : 2)});
+            index_->writeStamp(stamp);
         }
     };
     bool restored = true, isTouched = false;
     try {
         beginJournal();
-        writeMark(true, count);
-        record(change, index_ ? counter + 1 : 0);
+        writeStamp(before.begun(count));
+        record(change, index_ ? before.begun(count).counter : 0);
         sendFirst();
         isTouched = true;
         write();
@@ -198,7 +95,7 @@ void Table::apply(const RecordChange& change, std::uint32_t count, Write&& write
             index_->writeChanges(restored);
             restored = false;
             sendFirst();
-            writeMark(false, count);
+            writeStamp(before.ended(count));
         }
     } catch (...) {
         if (journal_) {
@@ -206,13 +103,13 @@ void Table::apply(const RecordChange& change, std::uint32_t count, Write&& write
         }
         try {
             if (!restored) {
-                writeMark(true, count); // before the records leave the pages' side
+                writeStamp(before.begun(count)); // before the records leave the pages' side
             }
             if (isTouched) {
                 undo();
             }
             if (restored) {
-                writeMark(false, countBefore);
+                writeStamp(before.ended(countBefore));
             }
         } catch (...) {
             // The mark stands; the first fault is the one to tell.
@@ -238,12 +135,8 @@ RecordNumber Table::append(std::span<const char> record) {
         const FileLock appending(records_.file(), appendRange(), LockKind::Exclusive);
         const std::uint32_t count = records_.recordCount();
         number = count + 1;
-        const Gathering gathering(index_.get());
-        if (index_) {
-            for (const Tag& tag : index_->tags()) {
-                gatherInsertion(tag, {&schema(), record, number});
-            }
-        }
+        TagChanges tags(records_, index_.get());
+        tags.add({&schema(), record, number});
         RecordChange change;
         change.add(number, {}, record);
         apply(
@@ -281,8 +174,8 @@ void Table::overwrite(RecordNumber number, std::span<const char> shown, std::spa
                         "otro usuario ha cambiado o borrado el registro " + std::to_string(number) +
                             "; vuelva a leerlo y repita la operación");
         }
-        const Gathering gathering(index_.get());
-        gatherReplacement({&schema(), before, number}, {&schema(), record, number});
+        TagChanges tags(records_, index_.get());
+        tags.replace({&schema(), before, number}, {&schema(), record, number});
         RecordChange change;
         change.add(number, before, record);
         apply(
@@ -296,11 +189,6 @@ void Table::erase(RecordNumber number, std::span<const char> shown) {
     std::vector<char> deleted(shown.begin(), shown.end());
     deleted[0] = '*';
     overwrite(number, shown, deleted);
-}
-
-bool Table::isHeldHere(RecordNumber first, RecordNumber last) const {
-    return std::any_of(recordLocks_.begin(), recordLocks_.end(),
-                       [&](const auto& held) { return first <= held.first && held.first <= last; });
 }
 
 // Looking for the successor of a key in a unique tag reads stored records: it must not meet one whose change
@@ -321,12 +209,11 @@ RecordNumber Table::amend(RecordNumber first, RecordNumber most, const Amendment
     }
     most = std::min(most, static_cast<RecordNumber>(largestChange / 2 / schema().recordLength));
     const RecordNumber last = most <= count - first ? first + most - 1 : count;
-    NeighbourLocks locks(records_.file(), first, last, !isHeldHere(first, last));
+    NeighbourLocks locks(records_.file(), first, last, !recordLocks_.isAnyHeld(first, last));
     const RecordNumber step = changesOneByOne() ? 1 : last - first + 1;
     for (RecordNumber begin = first; begin <= last; begin += step) {
-        amendLocked(begin, begin + step - 1, amendment, [&](RecordNumber number) {
-            return !recordLocks_.contains(number) && locks.take(number);
-        });
+        amendLocked(begin, begin + step - 1, amendment,
+                    [&](RecordNumber number) { return !recordLocks_.isHeld(number) && locks.take(number); });
     }
     return last < count ? last + 1 : 0;
 }
@@ -334,7 +221,7 @@ RecordNumber Table::amend(RecordNumber first, RecordNumber most, const Amendment
 void Table::amendLocked(RecordNumber first, RecordNumber last, const Amendment& amendment,
                         const std::function<bool(RecordNumber)>& take) {
     RecordChange change;
-    const Gathering gathering(index_.get());
+    TagChanges tags(records_, index_.get());
     std::vector<char> stored, changed;
     for (RecordNumber number = first; number <= last; ++number) {
         if (!take(number)) {
@@ -348,7 +235,7 @@ void Table::amendLocked(RecordNumber first, RecordNumber last, const Amendment& 
             amendment(record, changed);
         }
         if (changed != stored) {
-            gatherReplacement(record, {&schema(), changed, number});
+            tags.replace(record, {&schema(), changed, number});
             change.add(number, stored, changed);
         }
     }

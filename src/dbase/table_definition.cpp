@@ -6,6 +6,7 @@
 #include "dbase/dates.h"
 #include "dbase/error.h"
 #include "dbase/index_file.h"
+#include "dbase/table_file.h"
 #include "dbase/table_replacement.h"
 
 namespace dbase {
@@ -31,7 +32,7 @@ void writeEmptyTable(File& table, File* index, Schema schema, const std::string&
     const std::vector<std::uint8_t> header =
         encodeHeader(schema, todaysCounts(), columnsWithTag(schema, tags));
     std::vector<char> bytes(header.begin(), header.end());
-    bytes.push_back(0x1A);
+    bytes.push_back(endMark);
     table.write(0, bytes);
 }
 

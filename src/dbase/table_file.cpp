@@ -12,7 +12,6 @@ namespace {
 constexpr std::size_t countOffset = 4;
 constexpr std::size_t indexFlagOffset = 28;
 constexpr std::size_t tagFlagOffset = 31; // in the description of a column
-constexpr char endMark = 0x1A;
 } // namespace
 
 TableFile::TableFile(std::unique_ptr<File> file) : file_(std::move(file)) {
@@ -82,12 +81,16 @@ bool TableFile::isMiscounted() const {
     return count != announcedCount() || isRecordAt(count + 1);
 }
 
-RecordNumber TableFile::completeCount() const {
+bool TableFile::correctCount() {
     RecordNumber count = recordCount();
     while (isRecordAt(count + 1)) {
         ++count;
     }
-    return count;
+    if (count == announcedCount()) {
+        return false;
+    }
+    setCount(count);
+    return true;
 }
 
 void TableFile::confirmReach(std::uint64_t end) const {
@@ -106,9 +109,8 @@ RecordView TableFile::record(RecordNumber number) const {
     }
     if (const char* view = file_->view()) {
         const std::span<const char> bytes(view + offset, schema_.recordLength);
-        if (bytes.front() == '\0' || bytes.back() == '\0') {
-            confirmReach(offset +
-                         schema_.recordLength); // a file cut within a page of memory reads as zeros there
+        if (bytes.front() == '\0' || bytes.back() == '\0') { // so reads what a file cut within a page lost
+            confirmReach(offset + schema_.recordLength);
         }
         return {&schema_, bytes, number};
     }

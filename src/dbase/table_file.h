@@ -10,6 +10,9 @@
 
 namespace dbase {
 
+/// The byte behind the last record.
+inline constexpr char endMark = 0x1A;
+
 class TableFile {
 public:
     /// Reads the header. Errors: Error(BadTable, TooLarge, Io).
@@ -36,8 +39,9 @@ public:
     /// Whether the count that the header announces is not that of the complete records: the file ends before,
     /// or goes on with complete ones where its end mark should be.
     [[nodiscard]] bool isMiscounted() const;
-    /// The complete records, whatever the header says; those behind the end mark are none.
-    [[nodiscard]] RecordNumber completeCount() const;
+    /// Makes the complete records those that count, whatever the header said; what stands behind the end mark
+    /// is none. False when they did already.
+    bool correctCount();
     /// Header count and today's date.
     void setCount(std::uint32_t count);
     /// Cuts what a writeBehind() that failed may have left.

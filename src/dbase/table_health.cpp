@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "dbase/index_rebuild.h"
 #include "dbase/journal_redo.h"
 #include "dbase/table.h"
 #include "dbase/tree_cursor.h"
@@ -35,7 +36,7 @@ Table::Health Table::health() {
         return Health::Sound;
     }
     const RecordNumber count = records_.recordCount();
-    if ((stamp.present && stamp.records == count) || (verified_ && verifiedCount_ == count)) {
+    if ((stamp.present && stamp.records == count) || verifiedCount_ == count) {
         return Health::Sound;
     }
     // Another program added records. It may have kept the tags up to date; counting the entries of one tag
@@ -51,7 +52,6 @@ Table::Health Table::health() {
     if (!matches) {
         return Health::Stale;
     }
-    verified_ = true;
     verifiedCount_ = count;
     return Health::Sound;
 }
@@ -110,10 +110,7 @@ void Table::correctCount(Health found) {
     }
     const FileLock appending(records_.file(), appendRange(), FileLock::alreadyHeld);
     records_.forgetSize();
-    if (records_.isMiscounted()) {
-        records_.setCount(records_.completeCount());
-        hasTail_ = true;
-    }
+    hasTail_ = records_.correctCount() || hasTail_;
     if (found == Health::DiedInUpdate) { // part of a row that never came to count
         records_.cutBehind(records_.recordCount());
     }
@@ -172,10 +169,7 @@ void Table::leaveSession() {
         if (hasTail_ && !records_.isMiscounted()) {
             records_.dropBehind(records_.recordCount());
         }
-        records_.file().sync();
-        if (index_) {
-            index_->file().sync();
-        }
+        syncFiles();
         journal_->remove();
     } catch (...) {
         // The journal stays, and the next one to open the table looks at it.
@@ -190,10 +184,7 @@ void Table::leave() {
 
 void Table::beginJournal() {
     if (journal_ && journal_->begin()) { // whoever made these files may not have put them on the disk
-        records_.file().sync();
-        if (index_) {
-            index_->file().sync();
-        }
+        syncFiles();
     }
 }
 

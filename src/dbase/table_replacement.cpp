@@ -2,18 +2,18 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "dbase/bytes.h"
 #include "dbase/databases.h"
 #include "dbase/error.h"
 #include "dbase/index_layout.h"
 #include "dbase/journal_place.h"
 #include "dbase/locks.h"
+#include "dbase/paths.h"
 #include "dbase/system_reason.h"
+#include "dbase/update_stamp.h"
 
 namespace dbase {
 
@@ -36,28 +36,21 @@ void renameOver(const std::string& from, const std::string& to) {
                 "la tabla está abierta en otro programa; ciérrelo para poder sustituirla");
 }
 
-std::string withoutExtension(const std::string& path) { return path.substr(0, path.rfind('.')); }
-
 } // namespace
 
 TableReplacement::TableReplacement(std::string tableFile) : table_(std::move(tableFile)) {
     const std::string suffix = ".nuevo" + std::to_string(getpid());
-    index_ = withoutExtension(table_) + ".MDX";
     if (exists(table_)) {
         old_ = openFile(table_, OpenMode::ReadWrite);
-        if (!old_->tryLock(presenceLock, LockKind::Exclusive)) {
-            refuseInUse(table_);
-        }
-        if (!old_->tryLock(wholeTableLock,
-                           LockKind::Exclusive)) { // programs that do not know our presence lock
+        // The second lock is for programs that do not know our presence lock.
+        if (!old_->tryLock(presenceLock, LockKind::Exclusive) ||
+            !old_->tryLock(wholeTableLock, LockKind::Exclusive)) {
             refuseInUse(table_);
         }
     }
-    oldIndex_ =
-        findIndexFile(table_); // also one that lost its table, or the new one would take it for its own
-    if (oldIndex_) {
-        index_ = *oldIndex_;
-    }
+    // Also one that lost its table: the new table would take it for its own.
+    oldIndex_ = findIndexFile(table_);
+    index_ = oldIndex_.value_or(withExtension(table_, ".MDX"));
     newTable_ = table_ + suffix;
     newIndex_ = index_ + suffix;
 }
@@ -70,14 +63,14 @@ TableReplacement::~TableReplacement() {
 }
 
 void TableReplacement::commit(bool hasIndex) {
-    if (oldIndex_) { // should the machine stop between the two names, the tags are rebuilt from the new
-                     // records
+    if (oldIndex_) { // should the machine stop between the two names, the new records get tags of their own
         const std::unique_ptr<File> old = openFile(*oldIndex_, OpenMode::ReadWrite);
         if (old->size() >= mdx::headBytes) {
-            char mark[4];
-            store32(mark, 1);
-            old->write(mdx::stamp, std::span<const char>(mdx::stampMagic, 8));
-            old->write(mdx::stamp + 8, mark);
+            StampBytes bytes;
+            old->read(mdx::stamp, bytes);
+            UpdateStamp stamp = decodeStamp(bytes);
+            stamp.present = stamp.inUpdate = true;
+            old->write(mdx::stamp, encodeStamp(stamp));
         }
     }
     renameOver(newTable_, table_);

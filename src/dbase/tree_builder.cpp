@@ -20,8 +20,6 @@ BlockWriter::BlockWriter(IndexFile& index) : index_(index), next_(mdx::firstBloc
     std::sort(headers_.begin(), headers_.end());
 }
 
-BlockWriter::~BlockWriter() = default;
-
 PageNumber BlockWriter::put(std::span<const char> block) {
     const PageNumber pages = index_.blockPages();
     for (const PageNumber header : headers_) {
@@ -67,7 +65,7 @@ void TreeBuilder::add(std::string_view key, RecordNumber record) {
     }
     char* item = block_.data() + mdx::items + std::size_t{count_} * tag_.itemLength;
     store32(item, record);
-    std::memcpy(item + 4, key.data(), tag_.keyLength);
+    std::memcpy(item + mdx::itemKey, key.data(), tag_.keyLength);
     ++count_;
 }
 
@@ -75,7 +73,7 @@ void TreeBuilder::closeLeaf() {
     store32(block_.data() + mdx::keyCount, count_);
     std::string lastKey;
     if (count_ > 0) {
-        lastKey.assign(block_.data() + mdx::items + std::size_t{count_ - 1} * tag_.itemLength + 4,
+        lastKey.assign(block_.data() + mdx::items + std::size_t{count_ - 1} * tag_.itemLength + mdx::itemKey,
                        tag_.keyLength);
     }
     children_.push_back({blocks_.put(block_), std::move(lastKey)});
@@ -92,7 +90,7 @@ PageNumber TreeBuilder::putInner(std::span<const Child> children) {
         char* item = block.data() + mdx::items + i * tag_.itemLength;
         store32(item, children[i].page);
         if (i < separators) {
-            std::memcpy(item + 4, children[i].lastKey.data(), tag_.keyLength);
+            std::memcpy(item + mdx::itemKey, children[i].lastKey.data(), tag_.keyLength);
         }
     }
     ++blockCount_;

@@ -14,7 +14,6 @@ namespace dbase {
 class BlockWriter {
 public:
     explicit BlockWriter(IndexFile& index);
-    ~BlockWriter();
 
     /// Takes the next block; its bytes are written with the ones around it.
     PageNumber put(std::span<const char> block);

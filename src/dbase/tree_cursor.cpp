@@ -224,21 +224,16 @@ bool TreeCursor::stillHolds() const {
     if (!onEntry_ || index_->treeRoot(*tag_).root != levels_[0].page) {
         return false;
     }
-    for (std::size_t level = 0; level < depth_; ++level) {
-        const TreeNode node(*index_, *tag_, levels_[level].page, buffer_);
-        const bool isLast = level + 1 == depth_;
-        if (node.isLeaf() != isLast || levels_[level].slot > node.count()) {
+    for (std::size_t level = 0; level + 1 < depth_; ++level) {
+        const auto [page, slot] = levels_[level];
+        const TreeNode node(*index_, *tag_, page, buffer_);
+        if (node.isLeaf() || slot > node.count() || node.pointer(slot) != levels_[level + 1].page) {
             return false;
-        }
-        if (!isLast && node.pointer(levels_[level].slot) != levels_[level + 1].page) {
-            return false;
-        }
-        if (isLast) {
-            const std::uint32_t slot = levels_[level].slot;
-            return slot < node.count() && node.pointer(slot) == record_ && node.key(slot) == key();
         }
     }
-    return false;
+    const auto [page, slot] = levels_[depth_ - 1];
+    const TreeNode leaf(*index_, *tag_, page, buffer_);
+    return leaf.isLeaf() && slot < leaf.count() && leaf.pointer(slot) == record_ && leaf.key(slot) == key();
 }
 
 std::uint32_t TreeCursor::entriesLeftInLeaf() const {

@@ -16,14 +16,13 @@ public:
     /// Errors: Error(BadIndex) for a count that its block cannot hold.
     TreeNode(const IndexFile& index, const Tag& tag, PageNumber page, std::vector<char>& buffer);
 
-    [[nodiscard]] std::uint32_t count() const {
-        return count_;
-    } // keys: entries of a leaf, separators of an inner block
+    /// Keys: entries of a leaf, separators of an inner block.
+    [[nodiscard]] std::uint32_t count() const { return count_; }
     [[nodiscard]] bool isLeaf() const { return isLeaf_; }
-    [[nodiscard]] std::uint32_t
-    pointer(std::uint32_t i) const; // record or child; i = count() is the last child
+    /// Record of an entry, or a child; the one at count() is the last child.
+    [[nodiscard]] std::uint32_t pointer(std::uint32_t i) const;
     [[nodiscard]] std::string_view key(std::uint32_t i) const {
-        return {items_ + i * itemLength_ + 4, keyLength_};
+        return {items_ + i * itemLength_ + mdx::itemKey, keyLength_};
     }
     /// First item whose key is at or after (`after`: after) the given one, count() when there is none.
     [[nodiscard]] std::uint32_t lowerBound(const KeyOrder& order, std::string_view key) const;

@@ -40,8 +40,8 @@ void TreeEditor::putItem(std::span<char> block, std::uint32_t i, std::uint32_t p
                          std::string_view key) const {
     char* item = block.data() + mdx::items + std::size_t{i} * tag_.itemLength;
     store32(item, pointer);
-    std::memcpy(item + 4, key.data(), tag_.keyLength);
-    std::memset(item + 4 + tag_.keyLength, 0, tag_.itemLength - 4U - tag_.keyLength);
+    std::memcpy(item + mdx::itemKey, key.data(), tag_.keyLength);
+    std::memset(item + mdx::itemKey + tag_.keyLength, 0, tag_.itemLength - mdx::itemKey - tag_.keyLength);
 }
 
 void TreeEditor::insert(std::string_view key, RecordNumber record) {
@@ -207,8 +207,8 @@ bool TreeEditor::remove(std::string_view key, RecordNumber record) {
         root.holdsKeys = false;
         index_.setTreeRoot(tag_, root);
     } else if (slot == n - 1) {
-        const std::string last(block.data() + mdx::items + std::size_t{n - 2} * tag_.itemLength + 4,
-                               tag_.keyLength);
+        const std::string last(
+            block.data() + mdx::items + std::size_t{n - 2} * tag_.itemLength + mdx::itemKey, tag_.keyLength);
         path.pop_back();
         setSeparatorAbove(std::move(path), last);
     }
@@ -221,8 +221,8 @@ void TreeEditor::setSeparatorAbove(Path path, std::string_view key) {
         const auto [page, slot] = path.back();
         if (slot < count(page)) {
             const std::span<char> block = index_.changeBlock(page);
-            std::memcpy(block.data() + mdx::items + std::size_t{slot} * tag_.itemLength + 4, key.data(),
-                        tag_.keyLength);
+            std::memcpy(block.data() + mdx::items + std::size_t{slot} * tag_.itemLength + mdx::itemKey,
+                        key.data(), tag_.keyLength);
             return;
         }
         path.pop_back();

@@ -8,6 +8,7 @@
 #include "data/MunicipiDM.h"
 #include "data/TableDefinitions.h"
 #include "data/ViasDM.h"
+#include "dbase/codec.h"
 #include "dbase/databases.h"
 #include "dbase/dataset.h"
 #include "dbase/error.h"

@@ -9,6 +9,7 @@ set(public_headers
   controller/StreetCard.h
   data/CodPostalesDM.h
   data/MunicipiDM.h
+  data/Province.h
   data/TableDefinitions.h
   data/ViasDM.h
   data/WholeName.h
@@ -20,9 +21,9 @@ set(public_headers
   dbase/dataset_types.h
   dbase/dataset_window.h
   dbase/error.h
-  dbase/expression.h
   dbase/field.h
   dbase/listener_list.h
+  dbase/notification_pause.h
   dbase/schema.h
   dbase/table_definition.h
   dialogs/BuscarDireccionPostal.h

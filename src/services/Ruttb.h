@@ -62,8 +62,7 @@ AMBREL_EXPORT void DesbloqueaAll(dbase::Dataset& table);
 namespace ambrel {
 
 /// While one lives TBPost and TBDelete do not wait for the disk, whatever the configuration says. Who stores
-/// many rows ends it before the last one, which then takes those before it to the disk, or calls
-/// dbase::Table::sync() behind them.
+/// many rows calls dbase::Dataset::sync() behind them.
 class AMBREL_EXPORT SyncedTogether {
 public:
     SyncedTogether();

@@ -2,12 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 
 #include "dbase/error.h"
+#include "dbase/index_rebuild.h"
 #include "dbase/locks.h"
 #include "dbase/table.h"
 #include "support/ChildProcess.h"
+#include "support/LockPatience.h"
 #include "support/StoredTable.h"
 #include "support/TemporaryFolder.h"
 
@@ -15,6 +16,7 @@ namespace {
 
 using namespace dbase;
 using namespace dbase::test;
+using ambrel::test::LockPatience;
 
 class ParallelTest : public ::testing::Test {
 protected:
@@ -25,18 +27,15 @@ protected:
              .columns = {{"NOMBRE", ColumnType::Character, 30, 0, 0}, {"NUM", ColumnType::Numeric, 6, 0, 0}},
              .tags = {{.name = "NOMBRE", .expression = "NOMBRE"}, {.name = "NUM", .expression = "NUM"}}});
     }
-    ~ParallelTest() override {
-        setLockPatience(patience_);
-        EXPECT_EQ(findings(path()), "");
-    }
+    ~ParallelTest() override { EXPECT_EQ(findings(path()), ""); }
 
     [[nodiscard]] std::string path() const { return folder_ / "COMUN.DBF"; }
+    [[nodiscard]] std::string indexPath() const { return folder_ / "COMUN.MDX"; }
     static Bytes row(const Table& table, int i) {
         return makeRecord(table.schema(), {"CALLE " + std::to_string(i * 7919 % 1000), std::to_string(i)});
     }
 
     TemporaryFolder folder_;
-    std::chrono::milliseconds patience_ = lockPatience();
 };
 
 TEST_F(ParallelTest, TwoProcessesThatAppendLoseNoRow) {
@@ -101,8 +100,7 @@ TEST_F(ParallelTest, AReaderWaitsForARebuild) {
     const std::uint64_t counter = table->changeCounter();
     ChildProcess rebuilder([&](const ChildProcess::Link& link) {
         // A fork shares the open files of its parent and their locks with them: its own opening is a new one.
-        Table own(openFile(path(), OpenMode::ReadWrite),
-                  openFile(folder_ / "COMUN.MDX", OpenMode::ReadWrite));
+        Table own(openFile(path(), OpenMode::ReadWrite), openFile(indexPath(), OpenMode::ReadWrite));
         own.rebuildTags();
         const FileLock lock(own.structureFile(), structureLock, LockKind::Exclusive);
         link.tell();
@@ -111,10 +109,10 @@ TEST_F(ParallelTest, AReaderWaitsForARebuild) {
         return 0;
     });
     rebuilder.await();
-    setLockPatience(std::chrono::milliseconds(0));
-    const Error error = errorOf([&] { (void)order(*table, "NOMBRE"); });
-    EXPECT_EQ(error.code(), ErrorCode::LockTimeout);
-    setLockPatience(patience_);
+    {
+        const LockPatience noPatience(std::chrono::milliseconds(0));
+        EXPECT_EQ(errorOf([&] { (void)order(*table, "NOMBRE"); }).code(), ErrorCode::LockTimeout);
+    }
     rebuilder.tell();
     EXPECT_EQ(order(*table, "NOMBRE").size(), 50U);
     EXPECT_EQ(rebuilder.join(), 0);
@@ -128,8 +126,7 @@ TEST_F(ParallelTest, ARecordLockExcludesOtherProcesses) {
     ASSERT_TRUE(table->tryLockRecord(1, &owner));
     const auto tryInChild = [&] {
         ChildProcess child([&](const ChildProcess::Link&) {
-            Table own(openFile(path(), OpenMode::ReadWrite),
-                      openFile(folder_ / "COMUN.MDX", OpenMode::ReadWrite));
+            Table own(openFile(path(), OpenMode::ReadWrite), openFile(indexPath(), OpenMode::ReadWrite));
             return own.tryLockRecord(1, &owner) ? 1 : 0;
         });
         return child.join();
@@ -166,12 +163,12 @@ TEST_F(ParallelTest, OpeningTwiceGivesOneTable) { EXPECT_EQ(Table::open(path()),
 
 TEST_F(ParallelTest, AStructureLockThatIsNeverFreeIsToldWithTheFile) {
     const auto table = Table::open(path());
-    const auto stranger = openFile(folder_ / "COMUN.MDX", OpenMode::ReadWrite);
+    const auto stranger = openFile(indexPath(), OpenMode::ReadWrite);
     ASSERT_TRUE(stranger->tryLock(structureLock, LockKind::Exclusive));
-    setLockPatience(std::chrono::milliseconds(0));
+    const LockPatience noPatience(std::chrono::milliseconds(0));
     const Error error = errorOf([&] { table->append(row(*table, 1)); });
     EXPECT_EQ(error.code(), ErrorCode::LockTimeout);
-    EXPECT_EQ(error.file(), folder_ / "COMUN.MDX");
+    EXPECT_EQ(error.file(), indexPath());
     stranger->unlock(structureLock);
     table->append(row(*table, 1));
 }
@@ -179,7 +176,7 @@ TEST_F(ParallelTest, AStructureLockThatIsNeverFreeIsToldWithTheFile) {
 TEST_F(ParallelTest, AReadInsideAReadKeepsTheLock) {
     const auto table = Table::open(path());
     table->append(row(*table, 1));
-    const auto stranger = openFile(folder_ / "COMUN.MDX", OpenMode::ReadWrite);
+    const auto stranger = openFile(indexPath(), OpenMode::ReadWrite);
     EXPECT_FALSE(table->read([&] {
         (void)order(*table, "NOMBRE");
         return stranger->tryLock(structureLock, LockKind::Exclusive);
@@ -202,9 +199,9 @@ TEST_F(ParallelTest, AChangeInsideAReadIsRefused) {
 
 TEST_F(ParallelTest, ReadersDoNotExcludeEachOther) {
     const auto table = Table::open(path());
-    const auto stranger = openFile(folder_ / "COMUN.MDX", OpenMode::ReadWrite);
+    const auto stranger = openFile(indexPath(), OpenMode::ReadWrite);
     ASSERT_TRUE(stranger->tryLock(structureLock, LockKind::Shared));
-    setLockPatience(std::chrono::milliseconds(0));
+    const LockPatience noPatience(std::chrono::milliseconds(0));
     EXPECT_TRUE(order(*table, "NOMBRE").empty());
     EXPECT_EQ(errorOf([&] { table->append(row(*table, 1)); }).code(), ErrorCode::LockTimeout);
 }

@@ -263,6 +263,37 @@ TEST_F(RecoveryTest, ReindexingKeepsWhatACutTableStillHolds) {
     EXPECT_EQ(Table::open(folder / "RECUPERA.DBF")->records().recordCount(), 86U);
 }
 
+TEST_F(RecoveryTest, ReindexingAdoptsCompleteRecordsThatDoNotCountYet) {
+    const std::uint32_t count = load32(tableBytes().data() + 4);
+    appendWithoutIndex(100);
+    appendWithoutIndex(101);
+    store32(tableBytes().data() + 4, count);
+    const TemporaryFolder folder;
+    writeFile(folder / "RECUPERA.DBF", tableBytes());
+    writeFile(folder / "RECUPERA.MDX", indexBytes());
+    reindexTable(folder / "RECUPERA.DBF");
+    EXPECT_EQ(findings(folder / "RECUPERA.DBF"), "");
+    EXPECT_EQ(Table::open(folder / "RECUPERA.DBF")->records().recordCount(), 102U);
+}
+
+TEST_F(RecoveryTest, ReindexingAfterAStopOfTheMachineBlanksARowThatNeverReachedTheDisk) {
+    std::fill(tableBytes().end() - 1 - schema_.recordLength, tableBytes().end() - 1, '\0');
+    const TemporaryFolder folder;
+    writeFile(folder / "RECUPERA.DBF", tableBytes());
+    writeFile(folder / "RECUPERA.MDX", indexBytes());
+    const std::string thisStart = bootIdentity();
+    setBootIdentity("another start");
+    static_cast<void>(Journal(journalBeside(folder / "RECUPERA.DBF"), schema_).begin());
+    setBootIdentity(thisStart);
+    reindexTable(folder / "RECUPERA.DBF");
+    EXPECT_EQ(findings(folder / "RECUPERA.DBF"), "");
+    const auto table = Table::open(folder / "RECUPERA.DBF");
+    ASSERT_EQ(table->records().recordCount(), 100U);
+    Bytes blank(schema_.recordLength, ' ');
+    blank.front() = '*';
+    EXPECT_EQ(storedRecord(*table, 100), blank);
+}
+
 class UncountableTags : public RecoveryTest {
 protected:
     UncountableTags()
@@ -313,8 +344,10 @@ protected:
                 EXPECT_EQ(order(*table, "NOMBRE").size(), table->records().recordCount());
             }
             ASSERT_EQ(findings(path()), "") << write;
-            if (isOver)
+            if (isOver) {
+                EXPECT_GT(write, 1U) << "nobody died";
                 return;
+            }
         }
         FAIL() << "the work never came to its end";
     }

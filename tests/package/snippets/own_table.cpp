@@ -1,4 +1,3 @@
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,15 +10,13 @@ struct Customers {
     dbase::Field& postalCode = data.bindCharacter("CODPOSTAL", 5);
 };
 
-// Stores many rows with a wait for the disk at the end instead of one each: the last one is stored as
-// Config.AsegurarEnDisco says, and puts those before it on the disk, too.
+// Stores many rows with one wait for the disk, behind them, instead of one each.
 void storeAll(Customers& customers, const std::vector<std::string>& names) {
-    std::optional<ambrel::SyncedTogether> together(std::in_place);
+    const ambrel::SyncedTogether together;
     for (const std::string& name : names) {
         customers.data.append();
         customers.name.setText(name);
-        if (&name == &names.back())
-            together.reset();
         TBPost(customers.data);
     }
+    customers.data.sync();
 }

@@ -1,21 +1,12 @@
-// Where a dataset stands in its order; private to the dataset's sources.
+// The rows that a dataset has read ahead of its steps; private to the dataset's sources.
 #pragma once
 
 #include <chrono>
-#include <optional>
 #include <vector>
 
 #include "dbase/dataset.h"
-#include "dbase/tree_cursor.h"
 
 namespace dbase {
-
-/// A record and its place in the order. Searches work on one of their own, so that they may be run again.
-struct Dataset::Spot {
-    std::optional<TreeCursor> cursor; // empty: the order of the file, or a record that its tag does not hold
-    RecordNumber record = 0;
-    std::vector<char> row;
-};
 
 /// Rows behind the current one that one lock brought along. Used only while the table's change counter proves
 /// that none of our programs changed anything, and not for long, because others do not count.

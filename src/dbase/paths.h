@@ -1,0 +1,21 @@
+// Paths of the files of a table, which lie beside one another and differ in their extension.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace dbase {
+
+/// Name of a file without folder and extension: "POSTAL" of "/datos/POSTAL.DBF".
+[[nodiscard]] inline std::string baseName(const std::string& path) {
+    const std::size_t begin = path.rfind('/') + 1; // 0 where there is no folder
+    const std::string name = path.substr(begin);
+    return name.substr(0, name.rfind('.'));
+}
+
+/// The file beside one with another extension: "/datos/POSTAL.MDX" of "/datos/POSTAL.DBF" and ".MDX".
+[[nodiscard]] inline std::string withExtension(const std::string& path, std::string_view extension) {
+    return path.substr(0, path.rfind('/') + 1) + baseName(path) + std::string(extension);
+}
+
+} // namespace dbase

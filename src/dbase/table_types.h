@@ -1,0 +1,29 @@
+// How a table is to be read and written, and what its users hand to it.
+#pragma once
+
+#include <functional>
+#include <span>
+
+#include "dbase/schema.h"
+
+namespace dbase {
+
+/// What keeps a read safe from writers of other processes.
+enum class ReadGuard {
+    Lock,    // the shared structure lock: safe against every program that locks
+    Counter, // the change counter read before and after: safe against our own programs, without a system
+             // call. Only for tables on a local disk; a foreign writer in the middle of its work would not be
+             // noticed
+};
+
+/// When a change is on the disk.
+enum class Durability {
+    Process, // survives the death of any process at once
+    Disk,    // the machine's too: the journal is synced before the records are touched
+};
+
+/// What Table::amend() does to one record: changes the bytes of `after`, which are those of `before` at
+/// first. Must leave the table itself alone.
+using Amendment = std::function<void(const RecordView& before, std::span<char> after)>;
+
+} // namespace dbase
