@@ -10,8 +10,6 @@
 #include "controller/ProvinceName.h"
 #include "controller/StreetSearch.h"
 #include "data/CodPostalesDM.h"
-#include "dialogs/BuscarMunicipios.h"
-#include "dialogs/common/ModalDialog.h"
 #include "services/EventGuard.h"
 #include "services/Mensaje.h"
 #include "services/Rnumcad.h"
@@ -113,23 +111,6 @@ void TClassCodPostales::ExitMunicipi(QLineEdit* sender, QString& province, QStri
         if (const auto only = ambrel::onlyPostalCode(*DM); only && !postalCode.isEmpty())
             postalCode = fromWindows1252(*only);
     });
-}
-
-bool TClassCodPostales::BuscarMunicipios() {
-    constexpr int acceptedTag = 1;
-    dbase::Dataset& municipalities = DM->tbMunicipi;
-    const std::string tagBefore = municipalities.tag();
-    const bool accepted = [&] {
-        ambrel::ModalDialog<TFBuscarMunicipios> list(Padre, *this);
-        list.show();
-        return list.get() && tagOf(*list.get()) == acceptedTag;
-    }();
-    if (municipalities.tag() != tagBefore) {
-        const dbase::Bookmark chosen = municipalities.bookmark();
-        TBIndexa(tagBefore, municipalities);
-        municipalities.goTo(chosen);
-    }
-    return accepted;
 }
 
 void TClassCodPostales::OrdenaPorViaPostal() { orderBy("VIA", DM->tbPostal); }

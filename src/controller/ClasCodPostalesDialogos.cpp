@@ -1,11 +1,13 @@
-// The controller's operations that open the dialogs of the streets, and leaving the street box, which may
-// lead to both.
+// The controller's operations that open dialogs, and leaving the street box, which may lead to those of the
+// streets.
 #include <QLineEdit>
+#include <utility>
 
 #include "controller/ClasCodPostales.h"
 #include "controller/StreetSearch.h"
 #include "data/CodPostalesDM.h"
 #include "dialogs/BuscarDireccionPostal.h"
+#include "dialogs/BuscarMunicipios.h"
 #include "dialogs/FichaVia.h"
 #include "dialogs/common/ModalDialog.h"
 #include "services/EventGuard.h"
@@ -25,28 +27,33 @@ namespace {
 /// What the street box's Tag says of a street that was just inserted: known, whatever its key.
 constexpr int justInserted = 1;
 
-constexpr int acceptedTag = 1;
-
 bool isYes(const QString& question) {
     return Mensaje_SiNo(question, QStringLiteral("ATENCIÓN"), QStringLiteral("Atención")) == answeredYes;
 }
 
-} // namespace
-
-bool TClassCodPostales::BuscarDireccionPostal(bool standalone) {
-    dbase::Dataset& streets = DM->tbPostal;
-    const std::string tagBefore = streets.tag();
-    const bool accepted = [&] {
-        ambrel::ModalDialog<TFBuscarDireccionPostal> list(Padre, *this, standalone);
-        list.show();
-        return list.get() && tagOf(*list.get()) == acceptedTag;
-    }();
-    if (streets.tag() != tagBefore) {
-        const dbase::Bookmark chosen = streets.bookmark();
-        TBIndexa(tagBefore, streets);
-        streets.goTo(chosen);
+/// Shows a list in which the user may change the table's order. True when a row was chosen, which stays
+/// current in the order from before.
+template<class List, class... Arguments>
+bool isChosenFrom(dbase::Dataset& table, QWidget* owner, Arguments&&... arguments) {
+    const std::string tagBefore = table.tag();
+    const bool accepted =
+        ambrel::ModalDialog<List>(owner, std::forward<Arguments>(arguments)...).isAcceptedByTag();
+    if (table.tag() != tagBefore) {
+        const dbase::Bookmark chosen = table.bookmark();
+        TBIndexa(tagBefore, table);
+        table.goTo(chosen);
     }
     return accepted;
+}
+
+} // namespace
+
+bool TClassCodPostales::BuscarMunicipios() {
+    return isChosenFrom<TFBuscarMunicipios>(DM->tbMunicipi, Padre, *this);
+}
+
+bool TClassCodPostales::BuscarDireccionPostal(bool standalone) {
+    return isChosenFrom<TFBuscarDireccionPostal>(DM->tbPostal, Padre, *this, standalone);
 }
 
 void TClassCodPostales::MuestraFichaVia(TOperacion operation, const QString& municipality) {

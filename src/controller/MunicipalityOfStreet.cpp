@@ -1,14 +1,13 @@
 // From the current street to its municipality, by postal code.
 #include "controller/MunicipalityOfStreet.h"
 
+#include "data/Province.h"
+#include "data/TableScope.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 
 namespace ambrel {
 namespace {
-
-constexpr const char* capital = "0";
-constexpr const char* locality = "9"; // the row is named after a locality
 
 bool findPostalCode(TDMCodPostales& tables, const std::string& postalCode, bool exact) {
     return TBBusca(tables.tbMunicipi, {{"CODPOSTAL", postalCode}}, exact);
@@ -18,7 +17,7 @@ bool findPostalCode(TDMCodPostales& tables, const std::string& postalCode, bool 
 /// Stays on a municipality with another code.
 void walkToCapital(TDMCodPostales& tables, const std::string& postalCode) {
     const auto hasCode = [&] { return tables.tbMunicipiCODPOSTAL.text() == postalCode; };
-    while (tables.tbMunicipiCAPITAL.text() != capital && hasCode()) {
+    while (tables.tbMunicipiCAPITAL.text() != capitalMark && hasCode()) {
         if (!tables.tbMunicipi.next())
             return;
         if (!hasCode()) {
@@ -42,7 +41,7 @@ std::string nameByPostalCode(TDMCodPostales& tables, const std::string& postalCo
     // Deliberate: a street whose postal code no municipality has shows its own name.
     if (!findPostalCode(tables, postalCode, exactSearch))
         return tables.tbPostalVIA.text();
-    if (tables.tbPostalCAPITAL.text() == locality)
+    if (tables.tbPostalCAPITAL.text() == localityMark)
         walkToName(tables, postalCode, std::string(withoutBlanks(tables.tbPostalVIA.view())));
     else
         walkToCapital(tables, postalCode);
@@ -53,12 +52,11 @@ std::string nameByPostalCode(TDMCodPostales& tables, const std::string& postalCo
 
 std::string municipalityOfStreet(TDMCodPostales& tables, const std::string& provinceCode) {
     const std::string postalCode = tables.tbPostalCODPOSTAL.text();
-    if (postalCode.empty() || StrLeft(postalCode, 2) != provinceCode)
+    if (postalCode.empty() || provinceOf(postalCode) != provinceCode)
         return {};
-    std::string previousTag = "CODPOSTAL";
-    TBIndexa(tables.tbMunicipi, previousTag);
+    TagScope order(tables.tbMunicipi, "CODPOSTAL");
     std::string name = nameByPostalCode(tables, postalCode);
-    TBIndexa(tables.tbMunicipi, previousTag);
+    order.restore();
     return name;
 }
 
@@ -66,8 +64,8 @@ void goToMunicipalityOfStreet(TDMCodPostales& tables) {
     TBIndexa("CODPOSTAL", tables.tbMunicipi);
     const std::string postalCode = tables.tbPostalCODPOSTAL.text();
     if (!findPostalCode(tables, postalCode, exactSearch))
-        static_cast<void>(findPostalCode(tables, StrLeft(postalCode, 2) + "000", nearestSearch));
-    if (tables.tbPostalCAPITAL.text() == capital)
+        static_cast<void>(findPostalCode(tables, provinceOf(postalCode) + "000", nearestSearch));
+    if (tables.tbPostalCAPITAL.text() == capitalMark)
         walkToCapital(tables, postalCode);
 }
 

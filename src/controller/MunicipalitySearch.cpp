@@ -6,8 +6,6 @@
 namespace ambrel {
 namespace {
 
-constexpr const char* singleCodeMark = "S";
-
 /// The column that the active tag orders by; null for a tag that no search uses.
 dbase::Field* searchedField(TDMCodPostales& tables) {
     const std::string& tag = tables.tbMunicipi.tag();

@@ -1,6 +1,7 @@
 // Looking a province up by postal code.
 #include "controller/ProvinceName.h"
 
+#include "data/Province.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 
@@ -9,7 +10,7 @@ namespace ambrel {
 std::string provinceName(const std::string& postalCode, const std::string& database) {
     const auto provinces = CreaTabla(database, "PROVIN.DBF", "CODIGO", false, openNow);
     // The code goes as a number: the column holds three characters, the postal code begins with two.
-    const int code = Cad_Int(StrLeft(postalCode, 2));
+    const int code = Cad_Int(provinceOf(postalCode));
     if (!TBBusca(*provinces, {{"CODIGO", code}}, exactSearch))
         return {};
     return provinces->field("PROVINCIA").text();

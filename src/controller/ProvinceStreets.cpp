@@ -1,34 +1,31 @@
 // Provinces by name, and streets by province and name.
 #include "controller/ProvinceStreets.h"
 
-#include "data/OpenForBlock.h"
+#include "controller/StreetKey.h"
+#include "data/TableScope.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 
 namespace ambrel {
-namespace {
-
-constexpr int spanishGroup = 1;
-
-} // namespace
 
 std::vector<Province> spanishProvinces(dbase::Dataset& provinces) {
     std::vector<Province> found;
-    const OpenForBlock open(provinces);
+    const TableScope open(provinces);
+    provinces.first(); // it may have been open
     for (bool isRow = !provinces.isEmpty(); isRow; isRow = provinces.next())
-        if (provinces.field("GRUPO").integer() == spanishGroup)
+        if (provinces.field("GRUPO").integer() == provinceGroup)
             found.push_back({provinces.field("PROVINCIA").text(), provinces.field("CODIGO").text()});
     return found;
 }
 
 std::string provinceCode(dbase::Dataset& provinces, const std::string& name) {
     TBIndexa("ALFABETICO", provinces);
-    const OpenForBlock open(provinces);
+    const TableScope open(provinces);
     // A search compares what the column holds; a longer name is not found by its beginning.
     if (!TBBusca(provinces, {{"PROVINCIA", name}}, exactSearch) ||
         provinces.field("PROVINCIA").text() != name)
         return "00";
-    return StrRight(provinces.field("CODIGO").text(), 2);
+    return StrRight(provinces.field("CODIGO").text(), provinceDigits);
 }
 
 void goToProvince(TDMCodPostales& tables, dbase::Dataset& provinces, const std::string& name) {
@@ -38,11 +35,10 @@ void goToProvince(TDMCodPostales& tables, dbase::Dataset& provinces, const std::
 }
 
 void goToStreetOfProvince(TDMCodPostales& tables, const std::string& name) {
-    constexpr int width = static_cast<int>(streetNameWidth);
-    static_cast<void>(TBBusca(tables.tbPostal,
-                              {{"PROVINCIA", StrLeft(tables.tbMunicipiCODPOSTAL.text(), 2)},
-                               {"VIA", StrLeft(Espacios(name, width), width)}},
-                              nearestSearch));
+    static_cast<void>(
+        TBBusca(tables.tbPostal,
+                {{"PROVINCIA", provinceOf(tables.tbMunicipiCODPOSTAL.view())}, {"VIA", paddedName(name)}},
+                nearestSearch));
 }
 
 } // namespace ambrel

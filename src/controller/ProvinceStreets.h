@@ -5,14 +5,9 @@
 #include <vector>
 
 #include "data/CodPostalesDM.h"
+#include "data/Province.h"
 
 namespace ambrel {
-
-/// A row of PROVIN as stored.
-struct Province {
-    std::string name;
-    std::string code; // three characters
-};
 
 /// The provinces of a closed PROVIN, in the order of its tag, without the territories of other groups. Closes
 /// it again.

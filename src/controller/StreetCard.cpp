@@ -1,17 +1,11 @@
 // Provinces and street types of the street card.
 #include "controller/StreetCard.h"
 
-#include "data/OpenForBlock.h"
+#include "data/TableScope.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 
 namespace ambrel {
-namespace {
-
-constexpr std::size_t postalCodeLength = 5;
-constexpr std::size_t provinceCodeLength = 2;
-
-} // namespace
 
 std::vector<Province> StreetCardTables::provinces() {
     TBIndexa("ALFABETICO", tbProvin);
@@ -20,7 +14,8 @@ std::vector<Province> StreetCardTables::provinces() {
 
 std::vector<StreetType> StreetCardTables::streetTypes() {
     std::vector<StreetType> found;
-    const OpenForBlock open(tbTipoVia);
+    const TableScope open(tbTipoVia);
+    tbTipoVia.first(); // it may have been open
     for (bool isRow = !tbTipoVia.isEmpty(); isRow; isRow = tbTipoVia.next())
         found.push_back({tbTipoViaCODIGO.text(), tbTipoViaNOMBRE.text()});
     return found;
@@ -28,7 +23,7 @@ std::vector<StreetType> StreetCardTables::streetTypes() {
 
 std::optional<Province> StreetCardTables::findProvince(const std::string& code) {
     TBIndexa("CODIGO", tbProvin);
-    const OpenForBlock open(tbProvin);
+    const TableScope open(tbProvin);
     if (!TBBusca(tbProvin, {{"CODIGO", "0" + code}}, exactSearch))
         return std::nullopt;
     return Province{tbProvinPROVINCIA.text(), tbProvinCODIGO.text()};
@@ -36,7 +31,7 @@ std::optional<Province> StreetCardTables::findProvince(const std::string& code) 
 
 std::optional<StreetType> StreetCardTables::findStreetType(const std::string& code) {
     TBIndexa("CODIGO", tbTipoVia);
-    const OpenForBlock open(tbTipoVia);
+    const TableScope open(tbTipoVia);
     // A search compares what the column holds; a longer code is not found by its beginning.
     if (!TBBusca(tbTipoVia, {{"CODIGO", code}}, exactSearch) || tbTipoViaCODIGO.text() != code)
         return std::nullopt;
@@ -62,8 +57,8 @@ std::string streetTypeCodeIn(std::string_view text) {
 }
 
 bool isPostalCodeOf(std::string_view postalCode, std::string_view provinceCode) {
-    return postalCode.size() == postalCodeLength && postalCode.starts_with(provinceCode) &&
-           provinceCode.size() == provinceCodeLength;
+    return postalCode.size() == postalCodeDigits && provinceCode.size() == provinceDigits &&
+           postalCode.starts_with(provinceCode);
 }
 
 } // namespace ambrel

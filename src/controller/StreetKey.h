@@ -18,9 +18,12 @@ struct StreetPlace {
 [[nodiscard]] dbase::Key streetKey(const StreetPlace& place, const std::string& name,
                                    const std::string& type);
 
-/// The same with the name padded with blanks, or cut, to the width of the column.
+/// The same with the padded name.
 [[nodiscard]] dbase::Key paddedStreetKey(const StreetPlace& place, const std::string& name,
                                          const std::string& type);
+
+/// A name padded with blanks, or cut, to the width of the column.
+[[nodiscard]] std::string paddedName(const std::string& name);
 
 /// The name that a key of paddedStreetKey stands for, as a row would show it: cut, without trailing blanks.
 [[nodiscard]] std::string_view nameInKey(std::string_view name);

@@ -3,6 +3,7 @@
 
 #include "controller/MunicipalitySearch.h"
 #include "controller/StreetKey.h"
+#include "data/TableScope.h"
 #include "dbase/error.h"
 #include "services/Ruttb.h"
 
@@ -109,11 +110,10 @@ void chooseStreetType(TDMCodPostales& tables, const std::string& name, const std
 
 void goToStreetOfMunicipality(TDMCodPostales& tables, const std::string& ineCode, const std::string& name,
                               const std::string& type) {
-    std::string previousTag = "COD_INE";
-    TBIndexa(tables.tbMunicipi, previousTag);
+    TagScope order(tables.tbMunicipi, "COD_INE");
     if (TBBusca(tables.tbMunicipi, {{"COD_INE", ineCode}}, exactSearch))
         trySearches(tables, name, type);
-    TBIndexa(previousTag, tables.tbMunicipi);
+    order.restore();
 }
 
 } // namespace ambrel

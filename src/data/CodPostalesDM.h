@@ -37,7 +37,7 @@ public:
     dbase::Field& tbPostalCODIGO1 = tbPostal.bindCharacter("CODIGO1", 8);
     dbase::Field& tbPostalPROVINCIA = tbPostal.bindCharacter("PROVINCIA", 2);
     dbase::Field& tbPostalCAPITAL = tbPostal.bindCharacter("CAPITAL", 1);
-    dbase::Field& tbPostalTIPO_VIA = tbPostal.bindCharacter("TIPO_VIA", 3);
+    dbase::Field& tbPostalTIPO_VIA = tbPostal.bindCharacter("TIPO_VIA", ambrel::streetTypeWidth);
     dbase::Field& tbPostalVIA = tbPostal.bindCharacter("VIA", ambrel::streetNameWidth);
     dbase::Field& tbPostalIMPAR_INI = tbPostal.bindInteger("IMPAR_INI");
     dbase::Field& tbPostalIMPAR_FIN = tbPostal.bindInteger("IMPAR_FIN");

@@ -1,7 +1,7 @@
 // Events of the municipality routines' data module.
 #include "data/MunicipiDM.h"
 
-#include "data/OpenForBlock.h"
+#include "data/TableScope.h"
 #include "services/Ruttb.h"
 
 TDMMunicipi* DMMunicipi = nullptr;
@@ -23,7 +23,7 @@ TDMMunicipi::~TDMMunicipi() { tbMunicipiAux.close(); }
 void TDMMunicipi::calculateProvinceName() {
     // Deliberate: opened and closed for each record, so that the cursor never stays open between records.
     TBIndexa("CODIGO", tbProvinAux);
-    const ambrel::OpenForBlock open(tbProvinAux);
+    const ambrel::TableScope open(tbProvinAux);
     if (!tbMunicipiMJ.autoCalculates())
         return;
     // Deliberate: the text of PROVCOD is sought as it is, among codes of three characters; whatever follows

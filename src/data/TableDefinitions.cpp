@@ -44,7 +44,7 @@ dbase::TableDefinition municipalityTable() {
 dbase::TableDefinition streetTable() {
     return {.name = "POSTAL",
             .columns = {character("CODIGO1", 8), character("PROVINCIA", 2), character("CAPITAL", 1),
-                        character("TIPO_VIA", 3), character("VIA", streetNameWidth),
+                        character("TIPO_VIA", streetTypeWidth), character("VIA", streetNameWidth),
                         shortInteger("IMPAR_INI"), shortInteger("IMPAR_FIN"), shortInteger("PAR_INI"),
                         shortInteger("PAR_FIN"), character("CODPOSTAL", 5),
                         character("MUNICIPI", municipalityNameWidth), character("COD_INE", 5)},

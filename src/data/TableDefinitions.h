@@ -14,6 +14,14 @@ namespace ambrel {
 inline constexpr std::size_t municipalityNameWidth = 53;
 /// Width of a street's name.
 inline constexpr std::size_t streetNameWidth = 45;
+/// Width of a street's type.
+inline constexpr std::size_t streetTypeWidth = 3;
+
+/// `CAPITAL` of a provincial capital, and of everything else; of a street: of one named after a locality.
+inline constexpr const char* capitalMark = "0";
+inline constexpr const char* localityMark = "9";
+/// `UNICO` of a municipality with a single postal code.
+inline constexpr const char* singleCodeMark = "S";
 
 [[nodiscard]] AMBREL_EXPORT dbase::TableDefinition municipalityTable();            // MUNICIPI
 [[nodiscard]] AMBREL_EXPORT dbase::TableDefinition streetTable();                  // POSTAL

@@ -35,7 +35,6 @@
 
 namespace {
 
-constexpr int acceptedTag = 1;   // the Tag that tells the caller
 constexpr int titleMargins = 14; // what a column leaves free beside its title
 constexpr int nameColumn = 1;
 constexpr int nameLetters = 28;      // of a street that are shown, whatever the font
@@ -127,9 +126,8 @@ void TFBuscarDireccionPostal::connectControls() {
     onClick(ui_->BBDetalles, &Dialog::BBDetallesClick);
     onClick(ui_->BBImportar, &Dialog::BBImportarClick);
 
-    ambrel::KeyUpEvents::watch(ui_->EVia, [this](std::uint16_t& key, Qt::KeyboardModifiers) {
-        ambrel::runGuarded([&] { EViaKeyUp(key); });
-    });
+    ambrel::KeyUpEvents::watch(ui_->EVia,
+                               [this](std::uint16_t& key, Qt::KeyboardModifiers) { EViaKeyUp(key); });
     connect(ui_->CBProvincia, &QComboBox::activated, this, ambrel::guarded([this] { CBProvinciaChange(); }));
     connect(ui_->DBGPostal, &ambrel::DataGrid::rowDoubleClicked, this,
             ambrel::guarded([this] { BBAceptarClick(); }));
@@ -299,7 +297,7 @@ void TFBuscarDireccionPostal::BBActualizarCOD_INEClick() {
 
 void TFBuscarDireccionPostal::BBAceptarClick() {
     ambrel::goToMunicipalityOfStreet(*controller_.DM);
-    ambrel::setTag(*this, acceptedTag);
+    ambrel::setTag(*this, ambrel::acceptedTag);
     done(ambrel::acceptedResult);
 }
 

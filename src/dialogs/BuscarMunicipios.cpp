@@ -69,8 +69,7 @@ void TFBuscarMunicipios::FormShow() {
     dbase::Dataset& table = controller_.DM->tbMunicipi;
     DSMunicipi.setDataset(&table);
     ambrel::focusEditOfTag(table.tag(), {ui_->ECODINE, ui_->ECODPOSTAL, ui_->ENOMBRE});
-    ui_->DBGMUNICIPI->setColumnTitle(2, ambrel::municipalityNameTitle());
-    ambrel::fitCodeColumns(*ui_->DBGMUNICIPI);
+    ambrel::settleMunicipalityColumns(*ui_->DBGMUNICIPI);
     FormResize();
 }
 
@@ -120,7 +119,7 @@ void TFBuscarMunicipios::DBGMUNICIPITitleClick(int column) {
 void TFBuscarMunicipios::DBGMUNICIPIDblClick() { BBAceptarClick(); }
 
 void TFBuscarMunicipios::BBAceptarClick() {
-    ambrel::setTag(*this, 1);
+    ambrel::setTag(*this, ambrel::acceptedTag);
     done(ambrel::acceptedResult);
 }
 

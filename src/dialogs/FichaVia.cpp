@@ -10,8 +10,10 @@
 
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
+#include "data/Province.h"
 #include "dialogs/common/FocusHelp.h"
 #include "dialogs/common/FormKeys.h"
+#include "dialogs/common/HintWidth.h"
 #include "dialogs/common/TypingRules.h"
 #include "services/EventGuard.h"
 #include "services/KeyUpEvents.h"
@@ -29,8 +31,9 @@ namespace {
 constexpr int municipalityLength = 25; // characters that can be typed
 constexpr int streetTypeLength = 2;
 constexpr int streetTypeListWidth = 200; // logical pixels
-constexpr int postalCodeDigits = 7;      // that there is room for: two more than are right
-constexpr int numberDigits = 7;
+// Digits that an edit has room for.
+constexpr int postalCodeRoom = ambrel::postalCodeDigits + 2; // so that one with too many is seen whole
+constexpr int numberRoom = 7;
 constexpr int editMargins = 20;       // logical pixels beside the text of an edit
 constexpr int statusTextMargins = 16; // and beside that of the status bar
 
@@ -45,14 +48,6 @@ constexpr auto cardWindow = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTit
 void fitDigits(QWidget& edit, int digits) {
     const int text = edit.fontMetrics().horizontalAdvance(QString(digits, QLatin1Char('0')));
     edit.setFixedWidth(std::max(edit.minimumWidth(), text + editMargins));
-}
-
-/// Makes room for the longest hint in the status bar.
-void fitHints(const QDialog& dialog, QWidget& bar) {
-    int width = bar.minimumWidth();
-    for (const QWidget* const control : dialog.findChildren<QWidget*>())
-        width = std::max(width, bar.fontMetrics().horizontalAdvance(control->toolTip()) + statusTextMargins);
-    bar.setMinimumWidth(width);
 }
 
 /// Gives the labels that stand below each other one width, so that the edits beside them line up.
@@ -172,9 +167,9 @@ void TFFichaVia::showEvent(QShowEvent* event) {
             viewOnly();
         });
     for (QWidget* const edit : {ui_->DBEImparIni, ui_->DBEImparFin, ui_->DBEParIni, ui_->DBEParFin})
-        fitDigits(*edit, numberDigits);
-    fitDigits(*ui_->DBECodPostal, postalCodeDigits);
-    fitHints(*this, *ui_->SBAyuda);
+        fitDigits(*edit, numberRoom);
+    fitDigits(*ui_->DBECodPostal, postalCodeRoom);
+    ambrel::fitHints(*this, *ui_->SBAyuda, statusTextMargins);
     alignLabels({ui_->LVecindad_, ui_->LProvincia_, ui_->LTipoVia_, ui_->LDomicilio_, ui_->LCodPostal_,
                  ui_->LImparIni_, ui_->LParIni_});
     alignLabels({ui_->LImparFin_, ui_->LParFin_});

@@ -5,6 +5,8 @@
 
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
+#include "data/Province.h"
+#include "data/TableScope.h"
 #include "dialogs/FichaVia.h"
 #include "dialogs/common/FocusHelp.h"
 #include "dialogs/common/ProvinceItems.h"
@@ -24,8 +26,6 @@ using ambrel::tagOf;
 
 namespace {
 
-constexpr int provinceDigits = 2; // with which an INE code begins
-
 /// What the host's number of a municipality says about how municipalities are looked up.
 enum class LookUpBy { PostalCode = 1, IneCode = 2, Name = 3 };
 
@@ -36,13 +36,12 @@ void TFFichaVia::BuscaVecindad() {
     dbase::Dataset& municipalities = Controlador.DM->tbMunicipi;
     const std::string postalCode = tables.tbPostalCODPOSTAL.text();
     if (!postalCode.empty()) {
-        std::string tag = "CODPOSTAL";
-        TBIndexa(municipalities, tag);
+        ambrel::TagScope order(municipalities, "CODPOSTAL");
         const bool found = TBBusca(municipalities, {{"CODPOSTAL", postalCode}}, exactSearch);
         // Deliberate: a postal code that no municipality has shows the street's own name.
         const dbase::Field& shown = found ? tables.tbMunicipiNOMBRE : tables.tbPostalVIA;
         ui_->EVecindad->setText(fromWindows1252(shown.text()));
-        TBIndexa(municipalities, tag);
+        order.restore();
     }
     if (!Vecindad.isEmpty())
         ui_->EVecindad->setText(Vecindad);
@@ -118,7 +117,7 @@ bool TFFichaVia::takePostalCode(const QString& codIne, const QString& postalCode
 
 /// Deliberate: the code is the municipality's, the name that of the province shown, whichever it is.
 void TFFichaVia::takeProvince(const QString& name, const QString& codIne) {
-    const QString item = ambrel::provinceItem(name, codIne.left(provinceDigits));
+    const QString item = ambrel::provinceItem(name, codIne.left(ambrel::provinceDigits));
     if (ui_->CBProvincia->currentText() != item)
         showText(*ui_->CBProvincia, item);
 }

@@ -1,3 +1,4 @@
+// Columns and keys of the lists over MUNICIPI.
 #include "dialogs/MunicipalityColumns.h"
 
 #include <QFontMetrics>
@@ -14,27 +15,29 @@ constexpr std::array keys = {"COD_INE", "CODPOSTAL", "NOMBRE"};
 constexpr int numberOfKeys = static_cast<int>(keys.size());
 constexpr int leastCodeWidth = 72; // logical pixels
 constexpr int cellMargins = 24;
+constexpr int nameColumn = 2;
+
+QString nameTitle() {
+    return Config.EntidadesMenores ? QStringLiteral("Nombre del municipio, [Entidad Mayor]")
+                                   : QStringLiteral("Nombre del municipio");
+}
 
 } // namespace
 
 std::vector<GridColumn> municipalityColumns() {
     return {{.field = "COD_INE", .title = QStringLiteral("I.N.E."), .width = leastCodeWidth},
             {.field = "CODPOSTAL", .title = QStringLiteral("Postal"), .width = leastCodeWidth},
-            {.field = "NOMBRE_COMPLETO", .title = municipalityNameTitle()}};
+            {.field = "NOMBRE_COMPLETO", .title = nameTitle()}};
 }
 
-void fitCodeColumns(DataGrid& grid) {
+void settleMunicipalityColumns(DataGrid& grid) {
+    grid.setColumnTitle(nameColumn, nameTitle());
     const QFontMetrics font = grid.fontMetrics();
     for (const int column : {0, 1}) {
         const int text = qMax(font.horizontalAdvance(QStringLiteral("00000")),
                               font.horizontalAdvance(grid.columnTitle(column)));
         grid.setColumnWidth(column, qMax(leastCodeWidth, text + cellMargins));
     }
-}
-
-QString municipalityNameTitle() {
-    return Config.EntidadesMenores ? QStringLiteral("Nombre del municipio, [Entidad Mayor]")
-                                   : QStringLiteral("Nombre del municipio");
 }
 
 std::string municipalityKey(int number) {

@@ -1,7 +1,6 @@
 // What the two lists over MUNICIPI share: their columns, and the keys that these stand for.
 #pragma once
 
-#include <QString>
 #include <initializer_list>
 #include <string>
 #include <vector>
@@ -15,11 +14,9 @@ namespace ambrel {
 /// INE code, postal code and whole name.
 [[nodiscard]] std::vector<GridColumn> municipalityColumns();
 
-/// Gives the codes the width that they need in the grid's font, which is settled when the dialog is shown.
-void fitCodeColumns(DataGrid& grid);
-
-/// Title of the column of names, which tells of the entities while the configuration shows them.
-[[nodiscard]] QString municipalityNameTitle();
+/// For the moment when the dialog is shown and the grid has its font: room for the codes, and the title of
+/// the names, which tells of the entities while the configuration shows them.
+void settleMunicipalityColumns(DataGrid& grid);
 
 /// Index tag, and key field, of a number that a search edit's Tag and a column share. Empty for any other.
 [[nodiscard]] std::string municipalityKey(int number);

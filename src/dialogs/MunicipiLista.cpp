@@ -68,8 +68,7 @@ void TFMunicipiLista::resizeEvent(QResizeEvent* event) {
 }
 
 void TFMunicipiLista::FormShow() {
-    ui_->DBGMUNICIPI->setColumnTitle(2, ambrel::municipalityNameTitle());
-    ambrel::fitCodeColumns(*ui_->DBGMUNICIPI);
+    ambrel::settleMunicipalityColumns(*ui_->DBGMUNICIPI);
     FormResize();
 }
 

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "data/Province.h"
 #include "dialogs/common/FixedWidth.h"
 #include "dialogs/common/FocusHelp.h"
 #include "dialogs/common/FormKeys.h"
@@ -24,7 +25,6 @@ namespace {
 constexpr const char* byCode = "CODIGO";
 constexpr const char* byName = "ALFABETICO";
 
-constexpr int provinces = 1;           // the group of the Spanish provinces
 constexpr int withTwoCodes = 3;        // the group whose second code is shown
 constexpr int normalWidth = 350;       // logical pixels
 constexpr int normalLeastHeight = 480; // logical pixels
@@ -74,7 +74,8 @@ TFProvList::~TFProvList() {
 }
 
 void TFProvList::Configura(const QString& caption, const QString& heading, int provinceCode, int group) {
-    const QString label = group == provinces ? QStringLiteral("Provincia") : QStringLiteral("País");
+    const QString label =
+        group == ambrel::provinceGroup ? QStringLiteral("Provincia") : QStringLiteral("País");
     setWindowTitle(caption);
     ui_->GBTitulo->setTitle(heading);
     ui_->LProvincia_->setText(label);

@@ -5,6 +5,7 @@
 #include <QLocale>
 #include <algorithm>
 
+#include "data/Province.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 #include "services/Text.h"
@@ -33,7 +34,7 @@ void sortByName(std::vector<HostPlace>& places) {
 std::vector<HostPlace> hostProvinces(const std::string& database) {
     std::vector<HostPlace> places;
     const auto table = CreaTabla(database, "PROVIN.DBF", "ALFABETICO", false, openNow);
-    TBFiltra(*table, "GRUPO=1");
+    TBFiltra(*table, "GRUPO=" + Int_Cad(provinceGroup));
     if (table->isEmpty())
         return places;
     dbase::Field& name = table->field("PROVINCIA");

@@ -12,6 +12,7 @@
 #include "data/CodPostalesDM.h"
 #include "dialogs/common/FocusHelp.h"
 #include "dialogs/common/FormKeys.h"
+#include "dialogs/common/HintWidth.h"
 #include "dialogs/common/ModalDialog.h"
 #include "import/ResponseFolder.h"
 #include "services/EventGuard.h"
@@ -22,14 +23,6 @@ namespace {
 constexpr int statusTextMargins = 40; // what the status bar leaves free beside its text, size grip included
 constexpr QSize leastSize(570, 600);  // logical pixels
 constexpr QSize startSize(720, 640);
-
-/// Makes room for the longest hint in the status bar.
-void fitHints(const QDialog& dialog, QWidget& bar) {
-    int width = bar.minimumWidth();
-    for (const QWidget* const control : dialog.findChildren<QWidget*>())
-        width = std::max(width, bar.fontMetrics().horizontalAdvance(control->toolTip()) + statusTextMargins);
-    bar.setMinimumWidth(width);
-}
 
 } // namespace
 
@@ -108,7 +101,7 @@ void TFImportarVias::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     if (event->spontaneous())
         return;
-    fitHints(*this, *ui_->SBAyuda);
+    ambrel::fitHints(*this, *ui_->SBAyuda, statusTextMargins);
     ambrel::runGuarded([this] { FormShow(); });
 }
 

@@ -44,8 +44,6 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    class ProgressEnd;
-
     // ImportarVias.cpp: the form, its modes, its keys.
     void connectControls();
     void FormShow();
@@ -123,17 +121,4 @@ private:
     bool EnLote = false;
     QString batchFailure_; // the last one that the user has not been told
     ambrel::DirectoryDocument XML;
-};
-
-/// Closes the progress window when a handler ends, however it ends.
-class AMBREL_EXPORT TFImportarVias::ProgressEnd {
-public:
-    /// The dialog must outlive it.
-    explicit ProgressEnd(TFImportarVias& dialog) : dialog_(dialog) {}
-    ~ProgressEnd() { dialog_.closeProgress(); }
-    ProgressEnd(const ProgressEnd&) = delete;
-    ProgressEnd& operator=(const ProgressEnd&) = delete;
-
-private:
-    TFImportarVias& dialog_;
 };

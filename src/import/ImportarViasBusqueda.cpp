@@ -1,8 +1,10 @@
 // The import dialog: finding streets, in a municipality's file and on the web.
 #include <QComboBox>
 #include <QDir>
+#include <QScopeGuard>
 #include <optional>
 
+#include "data/Province.h"
 #include "import/ImportarVias.h"
 #include "import/InputPause.h"
 #include "import/MunicipalityFile.h"
@@ -15,8 +17,6 @@
 #include "ui_ImportarVias.h"
 
 namespace {
-
-constexpr int provinceDigits = 2;
 
 QString missingTitle() { return QStringLiteral("Faltan datos"); }
 
@@ -66,7 +66,7 @@ void TFImportarVias::findInFile() {
         return;
     }
     openProgress(QStringLiteral("Importando el listado de vías del municipio..."));
-    const ProgressEnd end(*this);
+    const auto end = qScopeGuard([this] { closeProgress(); });
     CambiaMensaje(key, Progreso);
     if (!ImportarViasMasUnCodigo()) {
         tellNothingFound(this); // Deliberate: never shown, the reading always succeeds
@@ -79,7 +79,7 @@ void TFImportarVias::findInFile() {
 void TFImportarVias::chooseHostPlacesOfFile() {
     const QString key = ui_->CBProvincias->currentText();
     QComboBox& provinces = *ui_->CBProvinciasAmbrel;
-    const int code = Cad_Int(ambrel::toNearestWindows1252(key.left(provinceDigits)));
+    const int code = Cad_Int(ambrel::toNearestWindows1252(key.left(ambrel::provinceDigits)));
     // Deliberate: of two provinces with the code the later one stays chosen.
     for (int index = 0; index < provinces.count(); ++index)
         if (provinces.itemData(index).toInt() == code)
@@ -131,7 +131,7 @@ void TFImportarVias::findOnWeb() {
         return;
     }
     openProgress(QStringLiteral("Importando el listado de vías del municipio..."));
-    const ProgressEnd end(*this);
+    const auto end = qScopeGuard([this] { closeProgress(); });
     CambiaMensaje(municipality, Progreso);
     if (!succeeds([this] { return TraeVias({}, {}); })) {
         tellNothingFound(this);
@@ -184,7 +184,7 @@ void TFImportarVias::fetchStreetsOfChosen() {
     }
     // Deliberate: no blank between the text and the name.
     openProgress(QStringLiteral("Importando el listado de vías del municipio") + municipality);
-    const ProgressEnd end(*this);
+    const auto end = qScopeGuard([this] { closeProgress(); });
     CambiaMensaje(municipality, Progreso);
     if (!succeeds([&] { return TraeVias(province, municipality); }))
         tellNothingFound(this);

@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 
 #include "controller/ClasCodPostales.h"
+#include "data/Province.h"
 #include "import/HostPlaces.h"
 #include "import/ImportarVias.h"
 #include "import/InputPause.h"
@@ -12,7 +13,6 @@
 
 namespace {
 
-constexpr int provinceDigits = 2, postalCodeDigits = 5;
 /// Between two texts of the progress window, in milliseconds: nobody reads faster, and each is drawn.
 constexpr int progressPause = 40;
 
@@ -40,8 +40,8 @@ void TFImportarVias::BBGuardarPorMunicipioClick() {
 
 ambrel::HostTown TFImportarVias::hostTown() const {
     const QComboBox& municipalities = *ui_->CBMunicipiosAmbrel;
-    return {.provinceCode = chosenCode(*ui_->CBProvinciasAmbrel, provinceDigits),
-            .postalCode = chosenCode(municipalities, postalCodeDigits),
+    return {.provinceCode = chosenCode(*ui_->CBProvinciasAmbrel, ambrel::provinceDigits),
+            .postalCode = chosenCode(municipalities, ambrel::postalCodeDigits),
             .name = ambrel::toNearestWindows1252(municipalities.currentText()),
             .isFirstOfList = municipalities.currentIndex() == 0};
 }

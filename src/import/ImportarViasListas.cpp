@@ -1,7 +1,9 @@
 // The import dialog's combos: provinces, municipalities and files.
 #include <QComboBox>
+#include <QScopeGuard>
 
 #include "controller/ClasCodPostales.h"
+#include "data/Province.h"
 #include "dialogs/common/FocusHelp.h"
 #include "import/HostPlaces.h"
 #include "import/ImportarVias.h"
@@ -42,7 +44,7 @@ void TFImportarVias::CargaMunicipiosUnCodigo() {
     openProgress(QStringLiteral("Importando el listado de provincias"));
     bool isLoaded = false;
     {
-        const ProgressEnd end(*this);
+        const auto end = qScopeGuard([this] { closeProgress(); });
         isLoaded = succeeds([this] { return TraeProvincias(); });
         QWidget* const next = isLoaded ? static_cast<QWidget*>(ui_->CBProvincias) : ui_->BBCancelar;
         next->setFocus();
@@ -78,7 +80,7 @@ void TFImportarVias::CBProvinciasExit() {
 
 bool TFImportarVias::loadMunicipalities() {
     openProgress(QStringLiteral("Importando el listado de municipios de..."));
-    const ProgressEnd end(*this);
+    const auto end = qScopeGuard([this] { closeProgress(); });
     CambiaMensaje(ui_->CBProvincias->currentText(), Progreso);
     return succeeds([this] { return TraeMunicipios(); });
 }
@@ -105,11 +107,11 @@ void TFImportarVias::CBProvinciasAmbrelExit() {
 void TFImportarVias::loadHostMunicipalities() {
     openProgress(QStringLiteral("Cargando el listado de municipios de ") +
                  ui_->CBProvinciasAmbrel->currentText());
-    const ProgressEnd end(*this);
+    const auto end = qScopeGuard([this] { closeProgress(); });
     LiberaMunicipiosAmbrel();
     const int province = ui_->CBProvinciasAmbrel->currentData().toInt();
     setPlaces(*ui_->CBMunicipiosAmbrel,
-              ambrel::hostMunicipalities(databaseName(), ambrel::codeOf(province, 2)));
+              ambrel::hostMunicipalities(databaseName(), ambrel::codeOf(province, ambrel::provinceDigits)));
 }
 
 void TFImportarVias::LiberaProvinciasAmbrel() { ui_->CBProvinciasAmbrel->clear(); }

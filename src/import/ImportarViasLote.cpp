@@ -1,6 +1,9 @@
 // The import dialog: saving the streets of whole provinces, from the answers filed before.
 #include <QComboBox>
 #include <QDir>
+#include <QScopeGuard>
+#include <QScopedValueRollback>
+#include <utility>
 
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
@@ -20,18 +23,6 @@ constexpr char separator = '\\';
 bool isFolder(const std::string& path) {
     return !path.empty() && QDir(QString::fromStdString(path)).exists();
 }
-
-/// Sets a flag for a block.
-class FlagScope {
-public:
-    explicit FlagScope(bool& flag) : flag_(flag) { flag_ = true; }
-    ~FlagScope() { flag_ = false; }
-    FlagScope(const FlagScope&) = delete;
-    FlagScope& operator=(const FlagScope&) = delete;
-
-private:
-    bool& flag_;
-};
 
 } // namespace
 
@@ -111,7 +102,7 @@ void TFImportarVias::saveAnswers(const std::vector<std::string>& files) {
 void TFImportarVias::saveAnswer(const std::string& file) {
     Progreso =
         MuestraMensaje(QStringLiteral("Importando las calles de ") + QString::fromStdString(file), this);
-    const ProgressEnd end(*this);
+    const auto end = qScopeGuard([this] { closeProgress(); });
     QString municipality = QString::fromStdString(ambrel::municipalityOfFile(file));
     if (!chooseHostPlaces(municipality))
         askForHostPlaces(municipality);
@@ -160,7 +151,7 @@ void TFImportarVias::askForHostPlaces(const QString& municipality) {
 }
 
 void TFImportarVias::loadAndSave(const std::string& file) {
-    const FlagScope inBatch(EnLote);
+    const QScopedValueRollback inBatch(EnLote, true);
     try {
         XML.clear();
         XML.loadFile(file);

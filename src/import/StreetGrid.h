@@ -10,9 +10,8 @@ namespace ambrel {
 
 class StreetModel;
 
-/// Whole rows are selected, and the user may drag one to another place, or move it
-/// there with Ctrl+Up and Ctrl+Down. The name's column takes the room that
-/// the others leave.
+/// Whole rows are selected, and the user may drag one to another place, or move it there with Ctrl+Up and
+/// Ctrl+Down. The name's column takes the room that the others leave.
 class StreetGrid : public QTableView {
     Q_OBJECT
 public:

@@ -2,12 +2,13 @@
 #include <optional>
 
 #include "data/MunicipiDM.h"
+#include "data/TableScope.h"
 #include "dialogs/MunicipiLista.h"
 #include "dialogs/MunicipiListaMJ.h"
 #include "dialogs/common/ModalDialog.h"
+#include "lookup/ModuleScope.h"
 #include "lookup/MunicipalityNames.h"
 #include "lookup/ProvinceLocation.h"
-#include "lookup/RoutineScope.h"
 #include "lookup/RutCodPostales.h"
 #include "services/Ruttb.h"
 #include "services/Text.h"

@@ -1,6 +1,7 @@
 // Walks over the municipalities that share a name.
 #include "lookup/MunicipalityNames.h"
 
+#include "data/Province.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 
@@ -21,7 +22,7 @@ bool isNameOfAnother(TDMMunicipi& tables) {
 
 bool goToProvince(TDMMunicipi& tables, const std::string& provinceCode) {
     const std::string name = tables.tbMunicipiMJPOBLLITE.text();
-    const std::string wanted = StrRight("00" + provinceCode, 2);
+    const std::string wanted = StrRight("00" + provinceCode, provinceDigits);
     do {
         if (tables.tbMunicipiMJPROVCOD.view() == wanted)
             return true;

@@ -3,26 +3,23 @@
 
 #include <optional>
 
-#include "lookup/RoutineScope.h"
-#include "services/Rnumcad.h"
+#include "data/TableDefinitions.h"
+#include "data/TableScope.h"
 #include "services/Ruttb.h"
 
 namespace ambrel {
 namespace {
 
-constexpr const char* capitalMark = "0";
-constexpr int provinceGroup = 1;
-
-/// First two digits of a postal code, of an INE code, and of a province's code behind its "0".
-std::string prefix(std::string_view code) { return StrLeft(code, 2); }
+/// The code of a province as PROVIN has it, from a postal code or an INE code.
+std::string storedCode(std::string_view code) { return '0' + provinceOf(code); }
 
 /// Goes from the postal code on to the capital among the codes that begin alike; false when there is none.
 bool goToCapital(dbase::Dataset& municipalities, const std::string& postalCode) {
     const dbase::Field& code = municipalities.field("CODPOSTAL");
     const dbase::Field& mark = municipalities.field("CAPITAL");
-    const std::string wanted = prefix(postalCode);
+    const std::string wanted = provinceOf(postalCode);
     for (bool moved = TBBusca(municipalities, {{"CODPOSTAL", postalCode}}, nearestSearch);
-         moved && prefix(code.view()) == wanted; moved = municipalities.next())
+         moved && provinceOf(code.view()) == wanted; moved = municipalities.next())
         if (mark.view() == capitalMark)
             return true;
     return false;
@@ -34,8 +31,8 @@ std::optional<Province> provinceOfCapital(dbase::Dataset& municipalities, const 
     TagScope order(municipalities, "CODPOSTAL");
     std::optional<Province> found;
     if (goToCapital(municipalities, postalCode))
-        found = Province{.code = '0' + prefix(municipalities.field("COD_INE").view()),
-                         .name = municipalities.field("NOMBRE").text()};
+        found = Province{.name = municipalities.field("NOMBRE").text(),
+                         .code = storedCode(municipalities.field("COD_INE").view())};
     order.restore();
     return found;
 }
@@ -57,7 +54,7 @@ std::optional<std::string> nameOfProvince(dbase::Dataset& provinces, const std::
 
 Province locateProvince(dbase::Dataset& municipalities, dbase::Dataset& provinces,
                         const std::string& postalCode) {
-    Province province{.code = '0' + prefix(postalCode), .name = municipalities.field("NOMBRE").text()};
+    Province province{.name = municipalities.field("NOMBRE").text(), .code = storedCode(postalCode)};
     if (const auto capital = provinceOfCapital(municipalities, postalCode))
         province = *capital;
     if (const auto name = nameOfProvince(provinces, province.code))

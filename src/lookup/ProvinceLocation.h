@@ -3,16 +3,13 @@
 
 #include <string>
 
+#include "data/Province.h"
+
 namespace dbase {
 class Dataset;
 }
 
 namespace ambrel {
-
-struct Province {
-    std::string code; // three characters, "0" and two digits
-    std::string name;
-};
 
 /// The name is that of the province; where PROVIN lacks it in group 1, that of the provincial capital among
 /// the municipalities whose postal codes begin alike; else that of the record on which the cursor stood. The

@@ -4,7 +4,6 @@
 #include "dialogs/ProvList.h"
 #include "dialogs/common/ModalDialog.h"
 #include "lookup/ProvinceLocation.h"
-#include "lookup/RoutineScope.h"
 #include "lookup/RutCodPostales.h"
 #include "services/Confamb.h"
 #include "services/Text.h"

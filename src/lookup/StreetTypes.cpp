@@ -2,10 +2,11 @@
 #include <exception>
 #include <functional>
 
+#include "data/TableScope.h"
 #include "data/ViasDM.h"
 #include "dialogs/TipoViasLista.h"
 #include "dialogs/common/ModalDialog.h"
-#include "lookup/RoutineScope.h"
+#include "lookup/ModuleScope.h"
 #include "lookup/RutCodPostales.h"
 #include "services/Mensaje.h"
 #include "services/Ruttb.h"

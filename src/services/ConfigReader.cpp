@@ -60,7 +60,7 @@ private:
     void readLine(const std::string& line) {
         if (line.empty() || line.front() == ';' || line.front() == '#')
             return;
-        // They would cut a path short, or end a line of a request.
+        // A control character would cut a path short, or end a line of a request.
         if (std::ranges::any_of(line, isControl))
             fail("hay un carácter de control");
         if (line.front() == '[') {

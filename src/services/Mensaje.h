@@ -30,9 +30,9 @@ AMBREL_EXPORT void Mensaje_Info(QWidget* owner, const QString& text, const QStri
 inline constexpr int buttonFaceColour = 15;
 inline constexpr int buttonTextColour = 18;
 
-/// General warning box with an OK button. Returns the number of the button pressed, 1 for OK. `kind`, `icon`
-/// and `option` are 0, 0 and false in every call and have no other form; the box keeps to the colours of the
-/// user's desktop.
+/// General warning box with an OK button. Returns the number of the button pressed, 1 for OK. `kind`, `icon`,
+/// the colours and `option` are part of the form of old calls and change nothing: callers pass 0, 0 and
+/// false, and the box keeps to the colours of the user's desktop.
 AMBREL_EXPORT int Mensajes(int kind, const QString& text, int icon, const QString& title,
                            const QString& secondTitle = {}, int colour = buttonFaceColour,
                            int textColour = buttonTextColour, bool option = false);

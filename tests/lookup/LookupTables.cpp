@@ -8,6 +8,7 @@
 
 #include "data/MunicipiDM.h"
 #include "data/ViasDM.h"
+#include "support/Typing.h"
 
 namespace lookup_tests {
 
@@ -33,18 +34,6 @@ void LookupTables::addNumberedMunicipalities(const std::vector<MunicipalityRow>&
     }
 }
 
-void LookupTables::addStreetTypes(const std::vector<StreetTypeRow>& rows) const {
-    dbase::Dataset table("DB", "TIPO_VIA");
-    table.open();
-    for (const StreetTypeRow& row : rows) {
-        table.append();
-        table.field("CODIGO").setText(ansi(row.codigo));
-        table.field("NOMBRE").setText(ansi(row.nombre));
-        table.field("NOMBRE_CAT").setText(ansi(row.nombreCat));
-        table.post();
-    }
-}
-
 void LookupTables::addAlternatives(const std::vector<AlternativeRow>& rows) const {
     dbase::Dataset table("DB", "MUNICIMJ");
     table.open();
@@ -63,10 +52,7 @@ void LookupTables::removeTable(const std::string& name) const {
 }
 
 void type(const QDialog& dialog, const char* edit, const QString& text) {
-    auto& box = child<QLineEdit>(dialog, edit);
-    for (const QChar letter : text)
-        QTest::sendKeyEvent(QTest::Click, &box, static_cast<Qt::Key>(letter.toUpper().unicode()), letter,
-                            Qt::NoModifier);
+    ambrel::test::typeInto(child<QLineEdit>(dialog, edit), text);
 }
 
 void accept(const QDialog& dialog) {

@@ -15,10 +15,6 @@ namespace lookup_tests {
 using postal_tests::MunicipalityRow;
 using postal_tests::ProvinceRow;
 
-struct StreetTypeRow {
-    std::string codigo, nombre, nombreCat;
-};
-
 struct AlternativeRow {
     std::string provCod, poblCod, poblLite;
 };
@@ -31,7 +27,6 @@ protected:
 
     /// The municipality number is the end of the INE code.
     void addNumberedMunicipalities(const std::vector<MunicipalityRow>& rows);
-    void addStreetTypes(const std::vector<StreetTypeRow>& rows) const;
     void addAlternatives(const std::vector<AlternativeRow>& rows) const;
     void removeTable(const std::string& name) const;
 

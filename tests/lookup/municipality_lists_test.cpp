@@ -4,7 +4,7 @@
 #include "data/MunicipiDM.h"
 #include "dbase/error.h"
 #include "lookup/LookupTables.h"
-#include "lookup/RoutineScope.h"
+#include "lookup/ModuleScope.h"
 #include "lookup/RutCodPostales.h"
 #include "services/Confamb.h"
 #include "support/ShownWindow.h"

@@ -6,7 +6,6 @@
 #include "data/TableDefinitions.h"
 #include "dbase/error.h"
 #include "lookup/LookupTables.h"
-#include "lookup/RoutineScope.h"
 #include "lookup/RutCodPostales.h"
 #include "services/Confamb.h"
 

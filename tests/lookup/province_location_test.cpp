@@ -1,8 +1,9 @@
 // The province of a postal code.
 #include "data/MunicipiDM.h"
+#include "data/TableScope.h"
 #include "dbase/error.h"
 #include "lookup/LookupTables.h"
-#include "lookup/RoutineScope.h"
+#include "lookup/ModuleScope.h"
 #include "lookup/RutCodPostales.h"
 
 namespace {

@@ -1,3 +1,4 @@
+// The data grid: its parts, what makes it read, what moves the table.
 #include "dialogs/common/DataGrid.h"
 
 #include <QApplication>

@@ -8,6 +8,7 @@
 #include <QStatusBar>
 #include <algorithm>
 
+#include "dialogs/common/HintWidth.h"
 #include "services/EventGuard.h"
 
 namespace ambrel {
@@ -43,16 +44,8 @@ void FixedWidth::fit() {
     // The bar's own height comes from the widgets in it, of which there are none.
     bar_.setMinimumHeight(bar_.fontMetrics().height() + textHeightMargins);
     const QSize needed = dialog_.layout()->totalMinimumSize();
-    dialog_.setFixedWidth(std::max({width_, needed.width(), widestHint()}));
+    dialog_.setFixedWidth(std::max({width_, needed.width(), widestHint(dialog_, bar_) + textMargins}));
     dialog_.setMinimumHeight(std::max(leastHeight_, needed.height()));
-}
-
-int FixedWidth::widestHint() const {
-    const QFontMetrics metrics = bar_.fontMetrics();
-    int widest = 0;
-    for (const QWidget* control : dialog_.findChildren<QWidget*>())
-        widest = std::max(widest, metrics.horizontalAdvance(control->toolTip()));
-    return widest + textMargins;
 }
 
 } // namespace ambrel

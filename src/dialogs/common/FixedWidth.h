@@ -19,7 +19,6 @@ public:
 
 private:
     void fit();
-    [[nodiscard]] int widestHint() const;
 
     QDialog& dialog_;
     QStatusBar& bar_;

@@ -1,3 +1,4 @@
+// The texts of a data grid.
 #include "dialogs/common/GridModel.h"
 
 namespace ambrel {

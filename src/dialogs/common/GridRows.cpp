@@ -1,3 +1,4 @@
+// Reading and moving on behalf of a data grid.
 #include "dialogs/common/GridRows.h"
 
 #include <algorithm>
@@ -5,6 +6,11 @@
 #include "services/Text.h"
 
 namespace ambrel {
+namespace {
+
+constexpr std::size_t furtherEachTime = 4; // many hidden rows are found in few turns
+
+} // namespace
 
 void GridRows::setSource(dbase::DataSource* source) {
     source_ = source;
@@ -83,7 +89,7 @@ void GridRows::giveUp() {
 bool GridRows::isCut() const { return part_.count < room_ && (around_.isCutBefore || around_.isCutAfter); }
 
 void GridRows::lookFurther() {
-    mostHidden_ *= 4;
+    mostHidden_ *= furtherEachTime;
     isStale_ = true;
 }
 

@@ -1,3 +1,4 @@
+// How a data grid looks, and what a click in it hits.
 #include "dialogs/common/GridView.h"
 
 #include <QEvent>

@@ -1,3 +1,4 @@
+// The width of the last column.
 #include "dialogs/common/LastColumn.h"
 
 #include "dialogs/common/DataGrid.h"

@@ -7,8 +7,12 @@
 #include <utility>
 
 #include "dialogs/common/FormKeys.h"
+#include "services/TagProperty.h"
 
 namespace ambrel {
+
+/// Tag of a dialog that answers by it, once something was accepted.
+inline constexpr int acceptedTag = 1;
 
 /// The parent of a dialog: its owner or, where it has none, the application's active window.
 [[nodiscard]] inline QWidget* dialogParent(QWidget* owner) {
@@ -33,7 +37,12 @@ public:
 
     /// Shows it; true when it was closed with acceptedResult and is still there.
     [[nodiscard]] bool isAccepted() { return show() == acceptedResult && dialog_; }
-    /// The same for a dialog that does not answer by its result.
+    /// The same for a dialog that answers by its Tag.
+    [[nodiscard]] bool isAcceptedByTag() {
+        show();
+        return dialog_ && tagOf(*dialog_) == acceptedTag;
+    }
+    /// For a dialog whose answer is nobody's business; its result.
     int show() { return dialog_->exec(); }
 
 private:

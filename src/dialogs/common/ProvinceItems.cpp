@@ -1,16 +1,22 @@
+// Provinces as items of a combo, and back.
 #include "dialogs/common/ProvinceItems.h"
 
 namespace ambrel {
+namespace {
+
+constexpr int codeDigits = 2;
+
+} // namespace
 
 QString provinceItem(const QString& name, const QString& code) {
-    return name + QStringLiteral(" [") + code.right(2) + QStringLiteral("]");
+    return name + QStringLiteral(" [") + code.right(codeDigits) + QStringLiteral("]");
 }
 
 QString nameOfItem(const QString& item) { return item.left(item.indexOf(QLatin1String(" ["))).trimmed(); }
 
 QString codeOfItem(const QString& item) {
     const auto bracket = item.indexOf(QLatin1Char('['));
-    return bracket < 0 ? QString() : item.mid(bracket + 1, 2).trimmed();
+    return bracket < 0 ? QString() : item.mid(bracket + 1, codeDigits).trimmed();
 }
 
 int findItemContaining(const QStringList& items, const QString& text) {

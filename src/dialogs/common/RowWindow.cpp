@@ -1,3 +1,4 @@
+// Choosing the rows of a grid.
 #include "dialogs/common/RowWindow.h"
 
 #include <algorithm>

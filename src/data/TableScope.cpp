@@ -1,5 +1,5 @@
 // Opening and closing, ordering and reordering.
-#include "lookup/RoutineScope.h"
+#include "data/TableScope.h"
 
 #include <exception>
 #include <utility>

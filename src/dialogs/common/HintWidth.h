@@ -1,0 +1,14 @@
+// Room in the status bar for the hints of a dialog, which are the tool tips of its controls.
+#pragma once
+
+class QWidget;
+
+namespace ambrel {
+
+/// Width of the dialog's longest hint in the font of its status bar.
+[[nodiscard]] int widestHint(const QWidget& dialog, const QWidget& bar);
+
+/// Makes the bar wide enough for every hint and the margins beside it, and so the dialog.
+void fitHints(const QWidget& dialog, QWidget& bar, int margins);
+
+} // namespace ambrel
