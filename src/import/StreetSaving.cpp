@@ -6,8 +6,9 @@
 #include "controller/ClasCodPostales.h"
 #include "controller/StreetRecord.h"
 #include "data/CodPostalesDM.h"
+#include "data/Province.h"
+#include "dbase/codec.h"
 #include "dbase/error.h"
-#include "dbase/table.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 
@@ -16,7 +17,7 @@ namespace {
 
 constexpr const char* municipalities = "MUNICIPI.DBF";
 
-/// A street as it would be stored.
+/// A street as POSTAL gives it back once it is stored: what is compared is what was written.
 struct StoredForm {
     std::string province, postalCode, type, name;
     int oddFirst, oddLast, evenFirst, evenLast; // all 0: the whole street
@@ -24,17 +25,22 @@ struct StoredForm {
     [[nodiscard]] bool isWholeStreet() const { return !oddFirst && !oddLast && !evenFirst && !evenLast; }
 };
 
+/// What a character column of this width gives back: a longer text cut, without trailing blanks.
+std::string asStored(std::string_view text, std::size_t width) {
+    return std::string(dbase::decodeText(text.substr(0, width)));
+}
+
 StoredForm storedForm(const ImportedStreet& street, const HostTown& town, ImportMode mode) {
     StoredForm form{.province = town.provinceCode,
                     .postalCode = town.postalCode,
-                    .type = UpperCase(street.type),
-                    .name = UpperCase(street.name),
+                    .type = UpperCase(asStored(street.type, streetTypeWidth)),
+                    .name = UpperCase(asStored(street.name, streetNameWidth)),
                     .oddFirst = 0,
                     .oddLast = 0,
                     .evenFirst = 0,
                     .evenLast = 0};
     if (mode == ImportMode::SeveralCodes) {
-        form.postalCode = street.postalCode;
+        form.postalCode = asStored(street.postalCode, postalCodeDigits);
         form.oddFirst = street.oddFirst;
         form.oddLast = street.oddLast;
         form.evenFirst = street.evenFirst;
@@ -99,7 +105,7 @@ void append(TDMCodPostales& tables, const StoredForm& form) {
     const bool whole = form.isWholeStreet();
     tables.tbPostal.append();
     tables.tbPostalPROVINCIA.setText(form.province);
-    tables.tbPostalCAPITAL.setText("9"); // Deliberate: whatever the municipality's own mark is
+    tables.tbPostalCAPITAL.setText(localityMark); // Deliberate: whatever the municipality's own mark is
     tables.tbPostalTIPO_VIA.setText(form.type);
     tables.tbPostalVIA.setText(form.name);
     tables.tbPostalIMPAR_INI.setInteger(whole ? firstOdd : form.oddFirst);
@@ -134,7 +140,7 @@ bool hasOnlyOneCode(const std::string& database, const HostTown& town) {
         return false;
     bool only = false;
     visitTown(database, town.name, town.provinceCode, [&only](dbase::Dataset& table) {
-        only = table.field("UNICO").view() == "S";
+        only = table.field("UNICO").view() == singleCodeMark;
         return false;
     });
     return only;
@@ -180,7 +186,7 @@ void StreetSaving::sync(Outcome& outcome) {
     if (outcome.count == 0)
         return;
     try {
-        controller.DM->tbPostal.openTable().sync();
+        controller.DM->tbPostal.sync();
     } catch (const std::exception& failure) {
         outcome.failure = QString::fromUtf8(failure.what());
     }

@@ -98,7 +98,7 @@ TEST_F(StreetSavingTest, SameNameInAnotherCodeOrProvinceIsAnotherStreet) {
     EXPECT_EQ(stored().size(), 3U);
 }
 
-TEST_F(StreetSavingTest, StoredInSmallLettersItIsNotFoundByItsKey) {
+TEST_F(StreetSavingTest, TypeStoredInSmallLettersIsTheSameType) {
     addStreets({{"28000001", "SOL", "cl", "28430"}});
     EXPECT_EQ(add({{.type = "CL", .name = "SOL"}}).count, 0) << "the type's case does not matter";
 }
@@ -129,6 +129,18 @@ TEST_F(StreetSavingTest, RowOfAFileWithoutNumbersIsStoredWholeAndRecognisedAfter
     const ImportedStreet whole{.type = "CL", .name = "SOL", .postalCode = "28002"};
     EXPECT_EQ(add({whole, whole}, ImportMode::SeveralCodes).count, 1);
     EXPECT_EQ(stored(), (Texts{"28|9|CL|SOL|1|9999|2|9998|28002|"}));
+}
+
+TEST_F(StreetSavingTest, NameThatWasCutBehindABlankIsRecognisedAfterwards) {
+    const ImportedStreet street{.type = "CL", .name = std::string(44, 'X') + " "};
+    EXPECT_EQ(add({street, street}).count, 1);
+    EXPECT_EQ(stored(), (Texts{"28|9|CL|" + std::string(44, 'X') + "|1|9999|2|9998|28430|"}));
+}
+
+TEST_F(StreetSavingTest, TypeAndCodeThatTheirColumnsCutAreRecognisedAfterwards) {
+    const ImportedStreet street{.type = "PLAZA", .name = "SOL", .postalCode = "28002 y 28003"};
+    EXPECT_EQ(add({street, street}, ImportMode::SeveralCodes).count, 1);
+    EXPECT_EQ(stored(), (Texts{"28|9|PLA|SOL|1|9999|2|9998|28002|"}));
 }
 
 TEST_F(StreetSavingTest, CodeOfAFileIsStoredAsItStands) {
