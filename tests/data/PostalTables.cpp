@@ -63,6 +63,24 @@ void PostalTables::addProvinces(const std::vector<ProvinceRow>& rows) {
     }
 }
 
+void PostalTables::addStreetTypes(const std::vector<StreetTypeRow>& rows) {
+    dbase::Dataset table("DB", "TIPO_VIA");
+    table.open();
+    for (const StreetTypeRow& row : rows) {
+        table.append();
+        table.field("CODIGO").setText(ansi(row.codigo));
+        table.field("NOMBRE").setText(ansi(row.nombre));
+        table.field("NOMBRE_CAT").setText(ansi(row.nombreCat));
+        table.post();
+    }
+}
+
+void PostalTables::goToStreet(dbase::Dataset& streets, const std::string& codigo1) {
+    for (streets.first(); streets.field("CODIGO1").text() != codigo1;)
+        if (!streets.next())
+            FAIL() << "no street row " << codigo1;
+}
+
 void PostalTables::addAlternativeMunicipalities(
     const std::vector<std::pair<std::string, std::string>>& rows) {
     dbase::Dataset table("DB", "MUNICIMJ");

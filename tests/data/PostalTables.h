@@ -7,6 +7,10 @@
 
 #include "support/TableTest.h"
 
+namespace dbase {
+class Dataset;
+}
+
 namespace postal_tests {
 
 /// Texts are UTF-8.
@@ -27,6 +31,10 @@ struct ProvinceRow {
     int grupo = 1;
 };
 
+struct StreetTypeRow {
+    std::string codigo, nombre, nombreCat = {};
+};
+
 /// All five tables exist, empty, and the configuration is a fresh one.
 class PostalTables : public ambrel::test::TableTest {
 protected:
@@ -36,8 +44,12 @@ protected:
     void addMunicipalities(const std::vector<MunicipalityRow>& rows);
     void addStreets(const std::vector<StreetRow>& rows);
     void addProvinces(const std::vector<ProvinceRow>& rows);
+    void addStreetTypes(const std::vector<StreetTypeRow>& rows);
     /// PROVCOD and POBLLITE.
     void addAlternativeMunicipalities(const std::vector<std::pair<std::string, std::string>>& rows);
+
+    /// Goes to the row of POSTAL with this key, in whatever order; fails the test when there is none.
+    static void goToStreet(dbase::Dataset& streets, const std::string& codigo1);
 };
 
 } // namespace postal_tests

@@ -1,4 +1,5 @@
 // The municipality cursors of both data modules: filter, whole name, events.
+#include <algorithm>
 #include <filesystem>
 
 #include "data/CodPostalesDM.h"
@@ -194,7 +195,7 @@ TYPED_TEST(MunicipalityModule, MissingTableRaisesThroughTheConstructor) {
 
 TYPED_TEST(MunicipalityModule, NameColumnOf30CharactersIsRefused) {
     dbase::TableDefinition narrow = ambrel::municipalityTable();
-    narrow.columns.at(4).width = 30;
+    std::ranges::find(narrow.columns, "NOMBRE", &dbase::Column::name)->width = 30;
     dbase::createTable(this->folder.path(), narrow, dbase::IfExists::Replace);
     TypeParam module;
     try {

@@ -1,3 +1,4 @@
+// The layouts of the five tables, and that tables made from them hold what they have to.
 #include "data/TableDefinitions.h"
 
 #include "data/PostalTables.h"
@@ -24,7 +25,7 @@ std::string tags(const dbase::TableDefinition& definition) {
     return text;
 }
 
-TEST_F(TableDefinitions, Municipalities) {
+TEST_F(TableDefinitions, MunicipalitiesHaveNamesOf53Characters) {
     EXPECT_EQ(layout(ambrel::municipalityTable()),
               "COD_INE:C5 CODPOSTAL:C5 UNICO:C1 CAPITAL:C1 NOMBRE:C53 COD_PROV:C2 COD_MUN:C4 COD_MUNMJ:C3 "
               "ENT_MENOR:L1 NOM_MUNICI:C30 ");
@@ -39,17 +40,17 @@ TEST_F(TableDefinitions, StreetsCarryMunicipalityAndIneCodeAtTheirEnd) {
               "VIA=PROVINCIA+CAPITAL+VIA+TIPO_VIA NOMBREVIA=PROVINCIA+VIA CODIGO1=CODIGO1 ");
 }
 
-TEST_F(TableDefinitions, Provinces) {
+TEST_F(TableDefinitions, ProvincesAreSortedByCodeAndByName) {
     EXPECT_EQ(layout(ambrel::provinceTable()), "PROVINCIA:C21 CODIGO:C3 COD_198:C3 GRUPO:N6 ");
     EXPECT_EQ(tags(ambrel::provinceTable()), "CODIGO=CODIGO ALFABETICO=PROVINCIA ");
 }
 
-TEST_F(TableDefinitions, StreetTypes) {
+TEST_F(TableDefinitions, StreetTypesHaveTwoNames) {
     EXPECT_EQ(layout(ambrel::streetTypeTable()), "CODIGO:C2 NOMBRE:C15 NOMBRE_CAT:C15 CODPOSTAL:C3 ");
     EXPECT_EQ(tags(ambrel::streetTypeTable()), "CODIGO=CODIGO NOMBRE=NOMBRE ");
 }
 
-TEST_F(TableDefinitions, AlternativeMunicipalities) {
+TEST_F(TableDefinitions, AlternativeMunicipalitiesAreSortedByName) {
     EXPECT_EQ(layout(ambrel::alternativeMunicipalityTable()), "PROVCOD:C10 POBLCOD:C10 POBLLITE:C41 ");
     EXPECT_EQ(tags(ambrel::alternativeMunicipalityTable()), "POBLLITE=POBLLITE ");
 }

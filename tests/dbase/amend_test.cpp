@@ -80,7 +80,7 @@ TEST_F(AmendTest, RecordsHeldOutsideTheRangeAreLeftInPeace) {
     }
 }
 
-TEST_F(AmendTest, TagsFollow) {
+TEST_F(AmendTest, TagsFollowTheChange) {
     towns.open();
     other.open();
     Table& table = towns.openTable();

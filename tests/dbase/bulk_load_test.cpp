@@ -3,17 +3,17 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <filesystem>
 
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include "dbase/error.h"
+#include "dbase/index_layout.h"
 #include "dbase/locks.h"
 #include "dbase/table.h"
 #include "dbase/table_definition.h"
 #include "support/ChildProcess.h"
+#include "support/FileSizeLimit.h"
 #include "support/StoredTable.h"
 #include "support/TemporaryFolder.h"
 
@@ -53,7 +53,7 @@ protected:
                 << number;
     }
     void expectSound() const { EXPECT_EQ(findings(path()), ""); }
-    /// Whatever became of the load; who opens the table next may have to make it whole.
+    /// Whatever became of the load, the table is sound; who opens it next may have to make it whole.
     void TearDown() override {
         if (isChecked_) {
             (void)Table::open(path());
@@ -73,9 +73,9 @@ TEST_F(BulkLoadTest, RowsAreAddedBehindTheOthers) {
     expectSound();
 }
 
-TEST_F(BulkLoadTest, MoreRowsThanFitInMemoryAtOnce) {
+TEST_F(BulkLoadTest, MoreRowsThanAreHeldInMemoryAreAddedInPieces) {
     BulkLoader loader(path(), Mode::Append);
-    add(loader, 10, 40000); // 2.6 MB
+    add(loader, 10, 40000); // 2.6 MB, of which one is held
     loader.finish();
     expectRows(40000);
     expectSound();
@@ -165,6 +165,16 @@ TEST_F(BulkLoadTest, ReplacingLeavesOnlyTheNewRows) {
     expectSound();
 }
 
+TEST_F(BulkLoadTest, AReplacedIndexNamesItsTable) {
+    {
+        BulkLoader loader(path(), Mode::Replace);
+        add(loader, 0, 5);
+        loader.finish();
+    }
+    const Bytes index = readFile(indexPath());
+    EXPECT_EQ(std::string(index.data() + mdx::tableName), "CARGA");
+}
+
 TEST_F(BulkLoadTest, ReplacingByNothingEmptiesTheTable) {
     {
         BulkLoader loader(path(), Mode::Replace);
@@ -192,16 +202,10 @@ TEST_F(BulkLoadTest, ReplacingAnOpenTableIsRefused) {
 }
 
 TEST_F(BulkLoadTest, ReplacingWhatAnotherProcessHasOpenIsRefused) {
-    ChildProcess other([&](const ChildProcess::Link& link) {
-        const auto table = Table::open(path());
-        link.tell();
-        link.await();
-        return 0;
-    });
-    other.await();
+    const auto other = openInAnotherProcess(path());
     EXPECT_EQ(errorOf([&] { BulkLoader loader(path(), Mode::Replace); }).code(), ErrorCode::LockTimeout);
-    other.tell();
-    EXPECT_EQ(other.join(), 0);
+    other->tell();
+    EXPECT_EQ(other->join(), 0);
     expectRows(10);
 }
 
@@ -231,12 +235,10 @@ TEST_F(BulkLoadTest, AProcessThatDiesWhileRebuildingIsMended) {
     expectSound();
 }
 
-/// Nothing fits behind the given size of a file.
+/// Nothing fits behind the given size of a file: 0 when that is what the load says.
 int finishWithFullDisk(const std::string& path, std::uint64_t largestFile,
                        const std::function<void(BulkLoader&)>& fill) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{largestFile, RLIM_INFINITY};
-    setrlimit(RLIMIT_FSIZE, &limit);
+    const ambrel::test::FileSizeLimit limit(largestFile);
     try {
         BulkLoader loader(path, Mode::Append);
         fill(loader);

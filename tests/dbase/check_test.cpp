@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <string_view>
 
 #include "dbase/bulk_loader.h"
 #include "dbase/bytes.h"
@@ -11,6 +13,7 @@
 #include "dbase/index_layout.h"
 #include "dbase/locks.h"
 #include "dbase/table.h"
+#include "support/LockPatience.h"
 #include "support/StoredTable.h"
 #include "support/TemporaryFolder.h"
 
@@ -21,6 +24,9 @@ using namespace dbase::test;
 
 class CheckTest : public ::testing::Test {
 protected:
+    // In a record, which begins with the mark of deletion.
+    static constexpr std::size_t nombreAt = 1, numAt = 31, altaAt = 37, menorAt = 45;
+
     static std::vector<TagDefinition> tags() {
         return {{.name = "NOMBRE", .expression = "NOMBRE"},
                 {.name = "NUMDES", .expression = "NUM", .descending = true},
@@ -56,11 +62,32 @@ protected:
         return load32(index.data() + tagHeaderAt(i) + mdx::firstLeaf) * pageBytes;
     }
 
+    /// The n-th entry, record number and key, of a tag's first leaf.
+    [[nodiscard]] std::size_t itemAt(std::size_t i, std::size_t item) const {
+        return firstLeafAt(i) + mdx::items + item * load16(index.data() + tagHeaderAt(i) + mdx::itemLength);
+    }
+    void putText(RecordNumber number, std::size_t place, std::string_view text) {
+        std::ranges::copy(text, table.begin() + static_cast<std::ptrdiff_t>(recordAt(number) + place));
+    }
+
     void putOnDisk() const {
         writeFile(path(), table);
         writeFile(indexPath(), index);
     }
-    /// One finding, at that place and with that text, and no byte changed; after a reindex none.
+    /// Makes three findings in each record up to this one.
+    void spoilRecords(RecordNumber last) {
+        for (RecordNumber number = 1; number <= last; ++number)
+            for (const std::size_t place : {std::size_t{0}, numAt, menorAt})
+                table[recordAt(number) + place] = 'x';
+    }
+    void expectTooManyFindings() const {
+        putOnDisk();
+        const CheckResult result = checkTable(path());
+        EXPECT_EQ(result.findings.size(), 200U);
+        EXPECT_TRUE(result.truncated);
+        EXPECT_EQ(result.findings.front().place, "registro 1");
+    }
+    /// Among the findings is one at that place and with that text, and no byte was changed.
     void expectFinding(const std::string& place, const std::string& text) const {
         putOnDisk();
         const CheckResult result = checkTable(path());
@@ -116,24 +143,24 @@ TEST_F(CheckTest, AcceptsTheDeletionMarkOfAnotherEnginesPacking) {
 }
 
 TEST_F(CheckTest, FindsContentThatIsNotOfItsType) {
-    table[recordAt(3) + 31] = 'x';
+    table[recordAt(3) + numAt] = 'x';
     expectFinding("registro 3, columna NUM", "tipo");
-    table[recordAt(4) + 37] = 'x';
+    table[recordAt(4) + altaAt] = 'x';
     expectFinding("registro 4, columna ALTA", "tipo");
-    table[recordAt(6) + 45] = 'Q';
+    table[recordAt(6) + menorAt] = 'Q';
     expectFinding("registro 6, columna MENOR", "tipo");
 }
 
 TEST_F(CheckTest, AcceptsOverflownAndBlankValues) {
-    std::fill_n(table.begin() + static_cast<std::ptrdiff_t>(recordAt(100) + 37), 9, ' ');
-    table[recordAt(99) + 45] = '?';
-    std::fill_n(table.begin() + static_cast<std::ptrdiff_t>(recordAt(1) + 31), 6, '\0'); // a number 0 before
+    putText(100, altaAt, std::string(9, ' '));
+    table[recordAt(99) + menorAt] = '?';
+    putText(1, numAt, std::string(6, '\0')); // a number 0 before
     putOnDisk();
     EXPECT_EQ(findings(path()), "");
 }
 
 TEST_F(CheckTest, AcceptsWhatOthersWriteForNothing) {
-    std::fill_n(table.begin() + static_cast<std::ptrdiff_t>(recordAt(100) + 37), 8, '0');
+    putText(100, altaAt, std::string(8, '0'));
     putOnDisk();
     EXPECT_EQ(findings(path()), "") << "a date of zeros";
 }
@@ -166,7 +193,7 @@ TEST_F(CheckTest, FindsAMissingIndex) {
 }
 
 TEST_F(CheckTest, FindsAnIndexThatTheTableDoesNotName) {
-    table[28] = 0;
+    table[28] = 0; // the sign of an index
     expectFinding("cabecera", "no dice que haya");
     expectMended();
 }
@@ -190,34 +217,32 @@ TEST_F(CheckTest, FindsAWrongPageCount) {
 }
 
 TEST_F(CheckTest, FindsAChangedKey) {
-    table[recordAt(7) + 1] = 'Z'; // a program that knows no index
+    table[recordAt(7) + nombreAt] = 'Z'; // a program that knows no index
     expectFinding("tag NOMBRE", "registro 7");
     expectMended();
 }
 
 TEST_F(CheckTest, FindsAChangeInAUniqueAndInAConditionalTag) {
-    table[recordAt(1) + 1] = 'Z';
+    table[recordAt(1) + nombreAt] = 'Z';
     expectFinding("tag SOLO", "registro 1");
-    std::copy_n("     1", 6, table.begin() + static_cast<std::ptrdiff_t>(recordAt(90) + 31));
+    putText(90, numAt, "     1");
     expectFinding("tag PARTE", "registro 90 no cumple");
-    std::copy_n("    99", 6, table.begin() + static_cast<std::ptrdiff_t>(recordAt(2) + 31));
+    putText(2, numAt, "    99");
     expectFinding("tag PARTE", "falta el registro 2");
     expectMended();
 }
 
 TEST_F(CheckTest, FindsARecordWithoutEntryAndOneWithTwo) {
-    const std::size_t items = firstLeafAt(0) + mdx::items;
-    store32(index.data() + items, load32(index.data() + items + 36));
+    store32(index.data() + itemAt(0, 0), load32(index.data() + itemAt(0, 1)));
     expectFinding("tag NOMBRE", "dos veces");
     expectFinding("tag NOMBRE", "falta el registro");
     expectMended();
 }
 
 TEST_F(CheckTest, FindsKeysOutOfOrder) {
-    const std::size_t items = firstLeafAt(0) + mdx::items;
-    std::swap_ranges(index.begin() + static_cast<std::ptrdiff_t>(items),
-                     index.begin() + static_cast<std::ptrdiff_t>(items + 36),
-                     index.begin() + static_cast<std::ptrdiff_t>(items + 36));
+    const auto first = index.begin() + static_cast<std::ptrdiff_t>(itemAt(0, 0));
+    const auto second = index.begin() + static_cast<std::ptrdiff_t>(itemAt(0, 1));
+    std::swap_ranges(first, second, second);
     expectFinding("tag NOMBRE", "no están en orden");
     expectMended();
 }
@@ -237,10 +262,7 @@ TEST_F(CheckTest, FindsAnEntryOfNoRecord) {
 }
 
 TEST_F(CheckTest, FindsAKeyTwiceInAUniqueTag) {
-    const std::size_t items = firstLeafAt(2) + mdx::items;
-    const std::size_t itemLength = load16(index.data() + tagHeaderAt(2) + mdx::itemLength);
-    std::copy_n(index.begin() + static_cast<std::ptrdiff_t>(items + 4), 1,
-                index.begin() + static_cast<std::ptrdiff_t>(items + itemLength + 4));
+    index[itemAt(2, 1) + 4] = index[itemAt(2, 0) + 4]; // the key of one character, behind the record number
     expectFinding("tag SOLO", "clave repetida");
     expectMended();
 }
@@ -273,24 +295,17 @@ TEST_F(CheckTest, FindsAnIndexTooLargeForItsFormat) {
     EXPECT_NE(findings(path()).find("2 GiB"), std::string::npos);
 }
 
+TEST_F(CheckTest, FindingsStopAtABearableNumber) {
+    spoilRecords(100);
+    expectTooManyFindings();
+}
+
 TEST_F(CheckTest, FindingsStopInTheMiddleOfATree) {
-    for (std::size_t i = 0; i < 4; ++i) {
-        const std::size_t items = firstLeafAt(i) + mdx::items;
-        const std::size_t itemLength = load16(index.data() + tagHeaderAt(i) + mdx::itemLength);
-        for (std::size_t item = 0; item < 5; ++item) {
-            store32(index.data() + items + item * itemLength, 5000);
-        }
-    }
-    for (RecordNumber number = 1; number <= 64; ++number) {
-        table[recordAt(number)] = 'x';
-        table[recordAt(number) + 31] = 'x';
-        table[recordAt(number) + 45] = 'x';
-    }
-    putOnDisk();
-    const CheckResult result = checkTable(path());
-    EXPECT_EQ(result.findings.size(), 200U);
-    EXPECT_TRUE(result.truncated);
-    EXPECT_EQ(result.findings.front().place, "registro 1");
+    for (std::size_t i = 0; i < 4; ++i)
+        for (std::size_t item = 0; item < 5; ++item)
+            store32(index.data() + itemAt(i, item), 5000);
+    spoilRecords(64); // nearly as many findings as are told
+    expectTooManyFindings();
 }
 
 TEST_F(CheckTest, TellsItsProgressThroughManyRecords) {
@@ -341,26 +356,14 @@ TEST_F(CheckTest, ATableThatIsNoneIsAFinding) {
     expectFinding("cabecera", "dBase");
 }
 
-TEST_F(CheckTest, FindingsStopAtABearableNumber) {
-    for (RecordNumber number = 1; number <= 100; ++number) {
-        table[recordAt(number)] = 'x';
-        table[recordAt(number) + 31] = 'x';
-        table[recordAt(number) + 45] = 'x';
-    }
-    putOnDisk();
-    const CheckResult result = checkTable(path());
-    EXPECT_EQ(result.findings.size(), 200U);
-    EXPECT_TRUE(result.truncated);
-}
-
 TEST_F(CheckTest, WaitsForAWriter) {
     putOnDisk();
     const auto writer = openFile(indexPath(), OpenMode::ReadWrite);
     ASSERT_TRUE(writer->tryLock(structureLock, LockKind::Exclusive));
-    const std::chrono::milliseconds patience = lockPatience();
-    setLockPatience(std::chrono::milliseconds(0));
-    EXPECT_EQ(errorOf([&] { (void)checkTable(path()); }).code(), ErrorCode::LockTimeout);
-    setLockPatience(patience);
+    {
+        const ambrel::test::LockPatience noPatience(std::chrono::milliseconds(0));
+        EXPECT_EQ(errorOf([&] { (void)checkTable(path()); }).code(), ErrorCode::LockTimeout);
+    }
     writer->unlock(structureLock);
     EXPECT_EQ(findings(path()), "");
 }

@@ -7,27 +7,30 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <span>
+#include <string>
 
 namespace {
 
 using namespace dbase;
 
-std::optional<std::string> encodedNumber(double value, std::size_t width, int decimals = 0) {
+/// What an encoder writes into a field of this width; one that refuses must not have written.
+template<typename Encode>
+std::optional<std::string> encoded(std::size_t width, Encode encode) {
     std::string raw(width, '#');
-    if (!encodeNumber(raw, value, decimals)) {
+    if (!encode(raw)) {
         EXPECT_EQ(raw, std::string(width, '#')) << "refused but written";
         return std::nullopt;
     }
     return raw;
 }
 
+std::optional<std::string> encodedNumber(double value, std::size_t width, int decimals = 0) {
+    return encoded(width, [&](std::span<char> raw) { return encodeNumber(raw, value, decimals); });
+}
+
 std::optional<std::string> encodedInteger(std::int64_t value, std::size_t width, int decimals = 0) {
-    std::string raw(width, '#');
-    if (!encodeInteger(raw, value, decimals)) {
-        EXPECT_EQ(raw, std::string(width, '#')) << "refused but written";
-        return std::nullopt;
-    }
-    return raw;
+    return encoded(width, [&](std::span<char> raw) { return encodeInteger(raw, value, decimals); });
 }
 
 TEST(Codec, TextDropsTrailingBlanksOnly) {

@@ -156,17 +156,11 @@ TEST_F(CreateTest, AnOpenTableIsNotReplaced) {
 
 TEST_F(CreateTest, ATableThatAnotherProcessHasOpenIsNotReplaced) {
     createTable(folder_.path(), definition());
-    ChildProcess other([&](const ChildProcess::Link& link) {
-        const auto table = Table::open(path());
-        link.tell();
-        link.await();
-        return 0;
-    });
-    other.await();
+    const auto other = openInAnotherProcess(path());
     EXPECT_EQ(errorOf([&] { createTable(folder_.path(), definition(), IfExists::Replace); }).code(),
               ErrorCode::LockTimeout);
-    other.tell();
-    EXPECT_EQ(other.join(), 0);
+    other->tell();
+    EXPECT_EQ(other->join(), 0);
     createTable(folder_.path(), definition(), IfExists::Replace);
 }
 

@@ -67,10 +67,9 @@ TEST_F(DatabasesTest, AnIndexIsLookedForWhereItsTableIs) {
 
 TEST_F(DatabasesTest, MissingTableNamesFolderAndTable) {
     Dataset missing("DB", "STREETS");
-    const auto error = errorOf([&] { missing.open(); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->code(), ErrorCode::NotFound);
-    EXPECT_NE(std::string(error->what()).find(folder / "STREETS"), std::string::npos);
+    const Error error = errorOf([&] { missing.open(); });
+    EXPECT_EQ(error.code(), ErrorCode::NotFound);
+    EXPECT_NE(std::string(error.what()).find(folder / "STREETS"), std::string::npos);
     EXPECT_FALSE(missing.isOpen());
 }
 
@@ -106,19 +105,17 @@ TEST_F(DatabasesTest, AliasesIgnoreCaseAndTrailingSeparators) {
 
 TEST_F(DatabasesTest, UnknownDatabaseIsNamed) {
     Dataset stray("NOWHERE", "TOWNS");
-    const auto error = errorOf([&] { stray.open(); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->code(), ErrorCode::NotFound);
-    EXPECT_NE(std::string(error->what()).find("NOWHERE"), std::string::npos);
+    const Error error = errorOf([&] { stray.open(); });
+    EXPECT_EQ(error.code(), ErrorCode::NotFound);
+    EXPECT_NE(std::string(error.what()).find("NOWHERE"), std::string::npos);
 }
 
 TEST_F(DatabasesTest, FolderThatIsNotThereIsNamed) {
     setDatabaseFolder("GONE", folder / "gone");
     Dataset gone("GONE", "TOWNS");
-    const auto error = errorOf([&] { gone.open(); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->code(), ErrorCode::NotFound);
-    EXPECT_NE(std::string(error->what()).find(folder / "gone"), std::string::npos);
+    const Error error = errorOf([&] { gone.open(); });
+    EXPECT_EQ(error.code(), ErrorCode::NotFound);
+    EXPECT_NE(std::string(error.what()).find(folder / "gone"), std::string::npos);
     setDatabaseFolder("GONE", {});
 }
 
@@ -141,10 +138,9 @@ TEST_F(DatabasesTest, TableIsClosedWithItsLastCursorAndOpensAgain) {
 TEST_F(DatabasesTest, ReplacingAnOpenTableIsRefusedAndChangesNothing) {
     Dataset table("DB", "TOWNS", "CODE");
     table.open();
-    const auto error = errorOf([&] { dbase::createTable(folder.path(), layout(), IfExists::Replace); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->code(), ErrorCode::LockTimeout);
-    EXPECT_NE(std::string(error->what()).find("TOWNS.DBF"), std::string::npos);
+    const Error error = errorOf([&] { dbase::createTable(folder.path(), layout(), IfExists::Replace); });
+    EXPECT_EQ(error.code(), ErrorCode::LockTimeout);
+    EXPECT_NE(std::string(error.what()).find("TOWNS.DBF"), std::string::npos);
     EXPECT_EQ(codeOf([&] { BulkLoader loader(folder / "TOWNS.DBF", BulkLoader::Mode::Replace); }),
               ErrorCode::LockTimeout);
     EXPECT_EQ(walk(table).size(), 8u);

@@ -303,8 +303,6 @@ TEST_F(NotificationTest, FaultOfAListenerAtTheEndOfAPauseIsLost) {
     EXPECT_THROW(towns.next(), std::runtime_error) << "elsewhere it passes";
 }
 
-// --- Data source
-
 TEST_F(NotificationTest, AListenerThatAnotherOneEndsIsNotTold) {
     bool isTold = false;
     Dataset::Subscription second;
@@ -313,6 +311,8 @@ TEST_F(NotificationTest, AListenerThatAnotherOneEndsIsNotTold) {
     towns.next();
     EXPECT_FALSE(isTold);
 }
+
+// --- Data source
 
 TEST_F(NotificationTest, DataSourceOfADestroyedDatasetHasNone) {
     auto passing = std::make_unique<Dataset>("DB", "TOWNS");

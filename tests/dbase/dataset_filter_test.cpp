@@ -42,7 +42,7 @@ TEST_F(DatasetFilterTest, EqualsOfAForConditionIsTrueForABeginning) {
     EXPECT_EQ(walk(fors), (Records{4})) << "the filter compares the whole text";
 }
 
-TEST_F(DatasetFilterTest, AndOrNotAndBrackets) {
+TEST_F(DatasetFilterTest, AndOrNotAndBracketsJoinConditions) {
     EXPECT_EQ(shownBy("PROV='28' AND MINOR=False"), (Records{5, 1}));
     EXPECT_EQ(shownBy("PROV='46' OR PROV='15'"), (Records{8, 6}));
     EXPECT_EQ(shownBy("NOT (PROV='28' OR PROV='08')"), (Records{8, 6}));

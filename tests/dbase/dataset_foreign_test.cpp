@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <string_view>
 
 #include "support/ForeignTables.h"
 #include "towns_fixture.h"
@@ -90,13 +88,12 @@ TEST_F(TownsTest, TagThatIsNotUnderstoodCanBeWalkedButNotSoughtInAndLeavesTheTab
     const std::string file = createTable(
         ambrel::test::defineTable("ODD", {"CODE C3"}, {"CODE", "UP=UPPER(CODE)"}), {{"b"}, {"C"}, {"a"}});
     const std::string index = file.substr(0, file.size() - 3) + "MDX";
-    std::stringstream bytes;
-    bytes << std::ifstream(index, std::ios::binary).rdbuf();
-    std::string changed = bytes.str();
-    const std::size_t at = changed.find("UPPER(CODE)");
-    ASSERT_NE(at, std::string::npos);
-    changed.replace(at, 5, "SOUND");
-    std::ofstream(index, std::ios::binary) << changed;
+    test::Bytes bytes = test::readFile(index);
+    const std::string_view known = "UPPER", unknown = "SOUND";
+    const auto at = std::search(bytes.begin(), bytes.end(), known.begin(), known.end());
+    ASSERT_NE(at, bytes.end());
+    std::ranges::copy(unknown, at);
+    test::writeFile(index, bytes);
     leaveUnchecked();
 
     Dataset odd("DB", "ODD", "UP");
@@ -111,9 +108,8 @@ TEST_F(TownsTest, TagThatIsNotUnderstoodCanBeWalkedButNotSoughtInAndLeavesTheTab
     odd.refresh();
     EXPECT_TRUE(odd.next());
     EXPECT_EQ(odd.recordNumber(), 2u);
-    const auto error = errorOf([&] { static_cast<void>(odd.seek({{"CODE", "a"}}, SeekMode::Nearest)); });
-    ASSERT_TRUE(error);
-    EXPECT_NE(std::string(error->what()).find("SOUND(CODE)"), std::string::npos) << error->what();
+    const Error error = errorOf([&] { static_cast<void>(odd.seek({{"CODE", "a"}}, SeekMode::Nearest)); });
+    EXPECT_NE(std::string(error.what()).find("SOUND(CODE)"), std::string::npos) << error.what();
     EXPECT_TRUE(odd.isReadOnly());
     EXPECT_NE(odd.readOnlyReason().find("UP"), std::string::npos);
     EXPECT_EQ(codeOf([&] { odd.edit(); }), ErrorCode::ReadOnly);

@@ -225,11 +225,10 @@ TEST_F(MovesTest, SetTagOnAClosedTableHoldsFromTheNextOpening) {
 TEST_F(MovesTest, OpeningWithATagThatTheTableLacksNamesBothAndStaysClosed) {
     towns.close();
     towns.setTag("NOSUCH");
-    const auto error = errorOf([&] { towns.open(); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->code(), ErrorCode::NotFound);
-    EXPECT_NE(std::string(error->what()).find("TOWNS.DBF"), std::string::npos);
-    EXPECT_NE(std::string(error->what()).find("NOSUCH"), std::string::npos);
+    const Error error = errorOf([&] { towns.open(); });
+    EXPECT_EQ(error.code(), ErrorCode::NotFound);
+    EXPECT_NE(std::string(error.what()).find("TOWNS.DBF"), std::string::npos);
+    EXPECT_NE(std::string(error.what()).find("NOSUCH"), std::string::npos);
     EXPECT_FALSE(towns.isOpen());
 }
 

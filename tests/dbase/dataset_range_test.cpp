@@ -43,7 +43,7 @@ TEST_F(RangeTest, KeysWithOnlyLeadingFieldsCompareThose) {
     EXPECT_EQ(walk(towns), (Records{4, 8, 5, 7}));
 }
 
-TEST_F(RangeTest, NumericBounds) {
+TEST_F(RangeTest, BoundsOfANumericTagAreNumbers) {
     towns.setTag("GROUP");
     towns.setRange({{"GROUP", 2}}, {{"GROUP", 5}});
     EXPECT_EQ(walk(towns), (Records{3, 4, 5}));

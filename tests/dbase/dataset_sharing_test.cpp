@@ -111,10 +111,9 @@ TEST_F(SharingTest, EditOfARowThatAnotherChangedRaisesAndShowsTheTruth) {
     place(towns, 5);
     place(other, 5);
     change(other, {{"NAME", "COMPLUTUM"}});
-    const auto error = errorOf([&] { towns.edit(); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->code(), ErrorCode::RecordChanged);
-    EXPECT_NE(std::string(error->what()).find("TOWNS.DBF"), std::string::npos);
+    const Error error = errorOf([&] { towns.edit(); });
+    EXPECT_EQ(error.code(), ErrorCode::RecordChanged);
+    EXPECT_NE(std::string(error.what()).find("TOWNS.DBF"), std::string::npos);
     EXPECT_EQ(towns.state(), DatasetState::Browse);
     EXPECT_EQ(name(towns), "COMPLUTUM");
     change(towns, {{"NAME", "ALCALA"}});

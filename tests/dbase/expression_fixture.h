@@ -1,4 +1,4 @@
-// The table and record that the tests of expressions share.
+// The table and record that the tests of expressions and filters share.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,7 +16,8 @@ namespace dbase {
 /// A table with one column of each type and one record, set from texts.
 class ExpressionTest : public ::testing::Test {
 protected:
-    explicit ExpressionTest(std::uint8_t driver = 0x57) {
+    explicit ExpressionTest(LanguageDriver driver = LanguageDriver::AnsiUs, Dialect dialect = Dialect::Index)
+        : dialect_(dialect) {
         const auto add = [this](const char* name, ColumnType type, std::uint16_t width,
                                 std::uint8_t decimals = 0) {
             schema_.columns.push_back({name, type, width, decimals, 0});
@@ -27,7 +28,7 @@ protected:
         add("SALDO", ColumnType::Numeric, 9, 2);
         add("ALTA", ColumnType::Date, 8);
         add("MENOR", ColumnType::Logical, 1);
-        schema_.languageDriver = driver;
+        schema_.languageDriver = static_cast<std::uint8_t>(driver);
         completeLayout(schema_, "T.DBF");
         record_.assign(schema_.recordLength, ' ');
     }
@@ -39,7 +40,7 @@ protected:
 
     [[nodiscard]] RecordView view() const { return {&schema_, record_, 42}; }
     [[nodiscard]] Expression parse(std::string_view text) const {
-        return Expression::parse(text, schema_, Dialect::Index);
+        return Expression::parse(text, schema_, dialect_);
     }
     [[nodiscard]] std::string text(std::string_view expression) const {
         return parse(expression).evaluate(view()).text;
@@ -70,6 +71,9 @@ protected:
 
     Schema schema_;
     std::vector<char> record_;
+
+private:
+    Dialect dialect_;
 };
 
 inline bool mentions(const std::string& text, std::string_view part) {

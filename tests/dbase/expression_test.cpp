@@ -1,4 +1,4 @@
-// Expressions as index files hold them: key expressions and FOR conditions.
+// What expressions are worth: columns, literals, operators, functions.
 #include "expression_fixture.h"
 
 namespace {
@@ -24,6 +24,12 @@ TEST_F(ExpressionTest, NumberColumnIsItsValueAndBlankIsZero) {
     EXPECT_EQ(number("NUM"), 0);
     set("NUM", "1.5");
     EXPECT_EQ(number("NUM"), 1.5);
+}
+
+TEST_F(ExpressionTest, FloatColumnsAreNumbers) {
+    schema_.columns[3].type = ColumnType::Float;
+    set("SALDO", "    -1.50");
+    EXPECT_EQ(number("SALDO+1"), -0.5);
 }
 
 TEST_F(ExpressionTest, DateColumnIsADayOrNull) {
@@ -79,13 +85,25 @@ TEST_F(ExpressionTest, DateLiteralsAreDayMonthYear) {
     EXPECT_TRUE(test("ALTA={  /  /  }"));
 }
 
-TEST_F(ExpressionTest, DateLiteralThatDoesNotExistIsRefused) {
-    for (const char* expression : {"ALTA={31/02/24}", "ALTA={1/2}", "ALTA={x}", "ALTA={1/2/3/4}",
-                                   "ALTA={1/2/20245}", "ALTA={01/02/24"})
-        EXPECT_FALSE(refusal(expression).empty()) << expression;
+TEST_F(ExpressionTest, DatesAreSeparatedByStrokesPointsOrDashes) {
+    for (const char* written : {"{31/12/1999}", "{31-12-1999}", "{31.12.1999}", "{31/12/99}"})
+        EXPECT_EQ(text("DTOS(" + std::string(written) + ")"), "19991231") << written;
+    EXPECT_FALSE(refusal("{31/12/}").empty());
+    EXPECT_FALSE(refusal("{31/12}").empty());
+    EXPECT_FALSE(refusal("{30/2/2024}").empty());
 }
 
-// --- Texts
+TEST_F(ExpressionTest, BlanksMayStandAnywhere) {
+    set("COD", "abcde");
+    EXPECT_EQ(text("  UPPER ( LEFT( COD , 2 ) )  "), "AB");
+}
+
+TEST_F(ExpressionTest, ATabSeparatesAsABlankDoes) {
+    set("COD", "AB");
+    EXPECT_EQ(text("COD\t+\tCOD"), "AB   AB   ");
+}
+
+// --- Texts and numbers
 
 TEST_F(ExpressionTest, SumOfTextsKeepsAllBlanks) {
     set("COD", "AB");
@@ -108,6 +126,37 @@ TEST_F(ExpressionTest, NumbersAreAddedAndSubtracted) {
     EXPECT_EQ(number("NUM+1-3"), 8);
     EXPECT_EQ(number("NUM-(1-3)"), 12);
     EXPECT_EQ(number("-NUM+1"), -9);
+}
+
+TEST_F(ExpressionTest, TextLongerThanTheScratchAreaIsBuiltWhole) {
+    set("NOMBRE", "ABCDEFGHIJKL");
+    std::string expression = "NOMBRE", expected = "ABCDEFGHIJKL";
+    for (int i = 0; i < 20; ++i) {
+        expression += "+NOMBRE";
+        expected += "ABCDEFGHIJKL";
+    }
+    EXPECT_EQ(text("UPPER(" + expression + ")"), expected);
+    EXPECT_EQ(text("SPACE(254)+SPACE(254)+UPPER(" + expression + ")"), std::string(508, ' ') + expected);
+}
+
+// --- Functions
+
+TEST_F(ExpressionTest, FunctionNamesMayBeCutToFourLetters) {
+    set("COD", "abcde");
+    EXPECT_EQ(text("SUBS(COD,2,2)"), "bc");
+    EXPECT_EQ(text("uppe(COD)"), "ABCDE");
+    EXPECT_EQ(text("SUBST(COD,2,2)"), "bc");
+    EXPECT_FALSE(refusal("SUB(COD,2,2)").empty());
+    EXPECT_FALSE(refusal("SUBSTRI(COD,2,2)").empty());
+}
+
+TEST_F(ExpressionTest, WordsAreKnownInAnyCaseAndLettersBeyondZAreNone) {
+    set("COD", "ab");
+    EXPECT_EQ(text("upper(cod)"), "AB   ");
+    EXPECT_EQ(text("UpPeR(COD)"), "AB   ");
+    EXPECT_FALSE(refusal("UPPE{(COD)").empty());
+    EXPECT_TRUE(mentions(refusal("{PPER(COD)"), "{PPER"));
+    EXPECT_TRUE(mentions(refusal("COD .~ND. COD"), ".~ND."));
 }
 
 TEST_F(ExpressionTest, UpperAndLowerFollowTheCodePage) {
@@ -148,6 +197,7 @@ TEST_F(ExpressionTest, CutsByAColumnHaveTheWidthOfTheText) {
     EXPECT_EQ(expression.width(), 5u);
     EXPECT_EQ(expression.evaluate(view()).text, "AB   ");
     EXPECT_EQ(text("SUBSTR(COD,NUM,NUM)"), "BC   ");
+    EXPECT_EQ(text("SUBSTR(COD,2,NUM)"), "BC  ");
     EXPECT_EQ(text("SUBSTR(COD,NUM,2)"), "BC");
 }
 
@@ -200,7 +250,19 @@ TEST_F(ExpressionTest, TrimmedResultsArePaddedAgainToTheirWidth) {
     EXPECT_EQ(text("LTRIM(COD)"), "AB   ");
     EXPECT_EQ(text("ALLTRIM(COD)"), "AB   ");
     EXPECT_EQ(text("ALLTRIM(COD)+'/'+TRIM(COD)"), "AB/ AB     ");
+    EXPECT_EQ(text("RIGHT(TRIM(COD),2)"), "AB");
     EXPECT_EQ(parse("TRIM(COD)").width(), 5u);
+}
+
+TEST_F(ExpressionTest, ATrimmedTextHasNoFixedPlaceForWhatFollows) {
+    set("COD", "A");
+    set("NOMBRE", "B");
+    EXPECT_EQ(text("LEFT(TRIM(COD),3)+NOMBRE"), "AB             ");
+    EXPECT_EQ(text("SUBSTR(TRIM(COD),1,3)+NOMBRE"), "AB             ");
+    set("MENOR", "T");
+    EXPECT_EQ(text("IIF(MENOR,TRIM(COD),COD)+NOMBRE"), "AB               ");
+    EXPECT_EQ(text("IIF(MENOR,COD,TRIM(COD))+NOMBRE"), "A    B           ");
+    EXPECT_EQ(text("IIF(MENOR,COD,'xy')+NOMBRE"), "A    B           ");
 }
 
 TEST_F(ExpressionTest, IifChoosesAValueOfEveryType) {
@@ -212,6 +274,26 @@ TEST_F(ExpressionTest, IifChoosesAValueOfEveryType) {
     EXPECT_TRUE(parse("IIF(MENOR,ALTA,{})").evaluate(view()).hasValue);
 }
 
+TEST_F(ExpressionTest, AChoiceIsMadeForEachRow) {
+    set("COD", "AB");
+    set("NUM", "7");
+    set("ALTA", "20240101");
+    for (const char* minor : {"T", "F"}) {
+        set("MENOR", minor);
+        const bool isMinor = *minor == 'T';
+        EXPECT_EQ(text("IIF(MENOR,COD,'nada ')"), isMinor ? "AB   " : "nada ");
+        EXPECT_EQ(number("IIF(MENOR,NUM,-NUM)"), isMinor ? 7 : -7);
+        EXPECT_EQ(parse("IIF(MENOR,ALTA,{})").evaluate(view()).hasValue, isMinor);
+        EXPECT_EQ(test("IIF(MENOR,NUM=7,NUM=8)"), isMinor);
+        EXPECT_EQ(test("IIF(MENOR,.F.,.T.)"), !isMinor);
+    }
+}
+
+TEST_F(ExpressionTest, AConstantDateIsTheSameWhicheverWayItIsChosen) {
+    EXPECT_EQ(text("DTOS(IIF(.T.,{31/12/1999},{}))"), "19991231");
+    EXPECT_EQ(text("DTOS(IIF(.F.,{31/12/1999},{}))"), "        ");
+}
+
 TEST_F(ExpressionTest, SpaceRecnoAndDeleted) {
     EXPECT_EQ(text("'a'+SPACE(3)+'b'"), "a   b");
     EXPECT_EQ(number("RECNO()"), 42);
@@ -221,172 +303,10 @@ TEST_F(ExpressionTest, SpaceRecnoAndDeleted) {
     EXPECT_FALSE(test(".NOT. DELETED()"));
 }
 
-TEST_F(ExpressionTest, FunctionNamesMayBeCutToFourLetters) {
-    set("COD", "abcde");
-    EXPECT_EQ(text("SUBS(COD,2,2)"), "bc");
-    EXPECT_EQ(text("uppe(COD)"), "ABCDE");
-    EXPECT_EQ(text("SUBST(COD,2,2)"), "bc");
-    EXPECT_FALSE(refusal("SUB(COD,2,2)").empty());
-    EXPECT_FALSE(refusal("SUBSTRI(COD,2,2)").empty());
-}
-
-TEST_F(ExpressionTest, BlanksMayStandAnywhere) {
-    set("COD", "abcde");
-    EXPECT_EQ(text("  UPPER ( LEFT( COD , 2 ) )  "), "AB");
-}
-
-// --- Conditions
-
-TEST_F(ExpressionTest, EqualsIsTrueWhenTheLeftTextBeginsWithTheRight) {
-    set("COD", "ABC");
-    EXPECT_TRUE(test("COD='AB'"));
-    EXPECT_TRUE(test("COD=''"));
-    EXPECT_FALSE(test("'AB'=COD"));
-    EXPECT_FALSE(test("COD='AX'"));
-    EXPECT_FALSE(test("COD<>'AB'"));
-    EXPECT_TRUE(test("COD#'AX'"));
-}
-
-TEST_F(ExpressionTest, TextsAreOrderedLikeTheirEquality) {
-    set("COD", "ABC");
-    EXPECT_TRUE(test("COD<'B'"));
-    EXPECT_FALSE(test("COD<'AB'"));
-    EXPECT_TRUE(test("COD<='AB'"));
-    EXPECT_TRUE(test("COD>='AB'"));
-    EXPECT_FALSE(test("COD>'AB'"));
-    EXPECT_TRUE(test("COD>'AA'"));
-}
-
-TEST_F(ExpressionTest, NumbersCompareByValue) {
-    set("NUM", "10");
-    EXPECT_TRUE(test("NUM=10"));
-    EXPECT_TRUE(test("NUM>9.AND.NUM<11"));
-    EXPECT_TRUE(test("NUM>=10"));
-    EXPECT_FALSE(test("NUM<>10"));
-    EXPECT_FALSE(test("NUM=1"));
-    EXPECT_TRUE(test("NUM<=10.5"));
-}
-
-TEST_F(ExpressionTest, BlankDatesCompareAfterAllOthers) {
-    EXPECT_TRUE(test("ALTA>{31/12/9999}"));
-    set("ALTA", "20240101");
-    EXPECT_TRUE(test("ALTA<{}"));
-    EXPECT_TRUE(test("ALTA>{31/12/2023}"));
-}
-
-TEST_F(ExpressionTest, LogicalsCompareForEqualityOnly) {
-    EXPECT_TRUE(test("MENOR=.F."));
-    EXPECT_TRUE(test("MENOR<>.T."));
-    EXPECT_FALSE(refusal("MENOR<.T.").empty());
-}
-
-TEST_F(ExpressionTest, DollarMeansContainedIn) {
-    set("NOMBRE", "SAN JUAN");
-    EXPECT_TRUE(test("'JUAN'$NOMBRE"));
-    EXPECT_FALSE(test("'juan' $ NOMBRE"));
-    EXPECT_FALSE(test("NOMBRE$'SAN JUAN'")); // its blanks count
-}
-
-TEST_F(ExpressionTest, NotBindsTighterThanAndAndAndTighterThanOr) {
-    EXPECT_TRUE(test(".T. .OR. .F. .AND. .F."));
-    EXPECT_FALSE(test("(.T. .OR. .F.) .AND. .F."));
-    EXPECT_TRUE(test(".NOT. .F. .OR. .T. .AND. .F."));
-    EXPECT_FALSE(test(".NOT. (.F. .OR. .T.)"));
-    EXPECT_TRUE(test(".NOT..NOT.MENOR=.F."));
-}
-
-TEST_F(ExpressionTest, WordsOfFiltersAreColumnNamesHere) {
-    EXPECT_TRUE(mentions(refusal("MENOR=True"), "True"));
-    EXPECT_FALSE(refusal("NUM=1 AND NUM=2").empty());
-}
-
-class CollatedExpressionTest : public ExpressionTest {
-protected:
-    CollatedExpressionTest() : ExpressionTest(0x59) {}
-};
-
-TEST_F(CollatedExpressionTest, TextsOfCollatingDriversAreOrderedByWeight) {
-    set("COD", "\xD1");
-    EXPECT_TRUE(test("COD>'N'"));
-    EXPECT_TRUE(test("COD<'O'"));
-    set("COD", "a");
-    EXPECT_TRUE(test("COD<'A'"));
-    EXPECT_FALSE(test("COD='A'"));
-}
-
-TEST_F(ExpressionTest, TextsOfOtherDriversAreOrderedByByte) {
-    set("COD", "\xD1");
-    EXPECT_TRUE(test("COD>'O'"));
-    set("COD", "a");
-    EXPECT_TRUE(test("COD>'A'"));
-}
-
-// --- What the index asks
-
-TEST_F(ExpressionTest, SegmentsAreTheColumnsSideBySide) {
-    const auto single = parse("NUM").segments();
-    ASSERT_EQ(single.size(), 1u);
-    EXPECT_EQ(single[0].column, 2u);
-    EXPECT_EQ(single[0].offset, 18);
-    EXPECT_EQ(single[0].width, 6);
-    EXPECT_EQ(parse("COD+NOMBRE+COD").segments().size(), 3u);
-    EXPECT_EQ(parse("(COD+(NOMBRE+COD))").segments().size(), 3u);
-}
-
-TEST_F(ExpressionTest, AnythingButColumnsHasNoSegments) {
-    for (const char* expression :
-         {"COD-NOMBRE", "COD+'x'", "UPPER(COD)", "COD+UPPER(NOMBRE)", "NUM+SALDO", "'x'", "NUM=1"})
-        EXPECT_TRUE(parse(expression).segments().empty()) << expression;
-}
-
-TEST_F(ExpressionTest, PlainColumnIsExactlyOneColumn) {
-    EXPECT_TRUE(parse("COD").isPlainColumn());
-    EXPECT_TRUE(parse("(ALTA)").isPlainColumn());
-    EXPECT_FALSE(parse("COD+COD").isPlainColumn());
-    EXPECT_FALSE(parse("UPPER(COD)").isPlainColumn());
-}
-
-TEST_F(ExpressionTest, CoveredWidthCountsTheLeadingGivenColumns) {
-    EXPECT_EQ(covered("COD+NOMBRE+STR(NUM,4)", {"COD"}), 5u);
-    EXPECT_EQ(covered("COD+NOMBRE+STR(NUM,4)", {"COD", "NOMBRE"}), 17u);
-    EXPECT_EQ(covered("COD+NOMBRE+STR(NUM,4)", {"COD", "NOMBRE", "NUM"}), 21u);
-    EXPECT_EQ(covered("COD+NOMBRE+STR(NUM,4)", {"NOMBRE", "NUM"}), 0u);
-    EXPECT_EQ(covered("COD+NOMBRE+STR(NUM,4)", {"COD", "NUM"}), 5u);
-    EXPECT_EQ(covered("COD+NOMBRE", {}), 0u);
-}
-
-TEST_F(ExpressionTest, CoveredWidthLooksThroughFunctionsThatKeepPositions) {
-    EXPECT_EQ(covered("UPPER(COD+NOMBRE)", {"COD"}), 5u);
-    EXPECT_EQ(covered("LEFT(COD+NOMBRE,3)", {"COD"}), 3u);
-    EXPECT_EQ(covered("LEFT(COD+NOMBRE,9)", {"COD"}), 5u);
-    EXPECT_EQ(covered("SUBSTR(COD+NOMBRE,3,9)", {"COD"}), 3u);
-    EXPECT_EQ(covered("SUBSTR(COD+NOMBRE,7)", {"COD"}), 0u);
-    EXPECT_EQ(covered("'x'+COD+NOMBRE", {"COD"}), 6u);
-}
-
-TEST_F(ExpressionTest, CoveredWidthStopsAtTextsOfVaryingLength) {
-    EXPECT_EQ(covered("COD+TRIM(NOMBRE)+COD", {"COD"}), 5u);
-    EXPECT_EQ(covered("TRIM(COD)+NOMBRE", {"COD"}), 0u);
-    EXPECT_EQ(covered("TRIM(COD)+NOMBRE", {"COD", "NOMBRE"}), 17u);
-    EXPECT_EQ(covered("COD-NOMBRE", {"COD"}), 0u);
-    EXPECT_EQ(covered("COD-NOMBRE", {"COD", "NOMBRE"}), 17u);
-    EXPECT_EQ(covered("IIF(MENOR,COD,NOMBRE)", {"COD", "NOMBRE"}), 0u);
-}
-
-TEST_F(ExpressionTest, CoveredWidthNeverIncludesTheRecordNumber) {
-    EXPECT_EQ(covered("COD+STR(RECNO(),5)", {"COD"}), 5u);
-    EXPECT_EQ(covered("STR(RECNO(),5)", {}), 0u);
-}
-
-TEST_F(ExpressionTest, TextLongerThanTheScratchAreaIsBuiltWhole) {
-    set("NOMBRE", "ABCDEFGHIJKL");
-    std::string expression = "NOMBRE", expected = "ABCDEFGHIJKL";
-    for (int i = 0; i < 20; ++i) {
-        expression += "+NOMBRE";
-        expected += "ABCDEFGHIJKL";
-    }
-    EXPECT_EQ(text("UPPER(" + expression + ")"), expected);
-    EXPECT_EQ(text("SPACE(254)+SPACE(254)+UPPER(" + expression + ")"), std::string(508, ' ') + expected);
+TEST_F(ExpressionTest, NumbersBeyondDoubleAreHarmless) {
+    EXPECT_EQ(number("VAL('" + std::string(200, '9') + "')"), 1e200);
+    EXPECT_EQ(text("STR(VAL('" + std::string(190, '9') + "'),3)"), "***");
+    EXPECT_EQ(text("LEFT(COD,VAL('" + std::string(190, '9') + "'))").size(), 5u);
 }
 
 } // namespace

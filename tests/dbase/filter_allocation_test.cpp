@@ -38,6 +38,7 @@ TEST(FilterAllocation, FiltersAllocateNothingPerRecord) {
                                "ALTA>{01/01/2024}", "UPPER(NOMBRE)='MADRID' AND GRUPO+1=2"}) {
         const Expression expression = Expression::parse(filter, schema, Dialect::Filter);
         const std::size_t before = allocations;
+        EXPECT_GT(before, 0U) << "what the parser takes is counted";
         (void)expression.test(view);
         EXPECT_EQ(allocations, before) << filter;
     }

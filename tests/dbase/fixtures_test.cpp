@@ -23,8 +23,7 @@ protected:
         const auto tables = foreignTables();
         if (!tables)
             GTEST_SKIP() << "the shared tables are not on this machine";
-        listingFile_ = *tables + '/' + GetParam() + ".txt";
-        listing_ = readListing(listingFile_);
+        listing_ = readListing(*tables + '/' + GetParam() + ".txt");
         file_ = copyForeignTable(GetParam(), folder_.path());
     }
 
@@ -101,7 +100,7 @@ protected:
     }
 
     TemporaryFolder folder_;
-    std::string listingFile_, file_;
+    std::string file_;
     Listing listing_;
     std::mt19937 random_{20240101};
 };

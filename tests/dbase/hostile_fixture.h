@@ -17,6 +17,8 @@ class HostileTest : public ::testing::Test {
 protected:
     static constexpr std::size_t firstTag = 4 * pageBytes; // the header of tag NOMBRE
     static constexpr std::size_t firstEntry = mdx::tagTable + mdx::tagEntrySize;
+    static constexpr std::size_t itemLength = 104; // of tag NOMBRE: a number and a key of 100
+    static constexpr std::size_t headerLength = 97, recordLength = 107, blockLength = 1024;
 
     HostileTest() {
         const MemoryTable stored(
@@ -38,7 +40,7 @@ protected:
     [[nodiscard]] std::size_t blockAt(std::uint32_t page) const { return std::size_t{page} * pageBytes; }
     [[nodiscard]] std::uint32_t root() const { return load32(index.data() + firstTag); }
     [[nodiscard]] std::uint32_t leaf(std::size_t i) const {
-        return load32(index.data() + blockAt(root()) + mdx::items + i * 104);
+        return load32(index.data() + blockAt(root()) + mdx::items + i * itemLength);
     }
 
     /// Everything that reading touches.

@@ -11,7 +11,8 @@ using namespace dbase::test;
 
 TEST_F(HostileTest, AnIndexThatWouldGrowToTwoGibibytesIsRefusedAndNothingIsAdded) {
     putOnDisk();
-    std::filesystem::resize_file(indexPath(), 0x7FFFFC00);
+    constexpr std::uintmax_t nearlyTooLarge = maxFileSize + 1 - blockLength;
+    std::filesystem::resize_file(indexPath(), nearlyTooLarge);
     const auto opened = Table::open(path());
     Error last(ErrorCode::BadState, {}, {});
     RecordNumber count = 0;
@@ -27,7 +28,7 @@ TEST_F(HostileTest, AnIndexThatWouldGrowToTwoGibibytesIsRefusedAndNothingIsAdded
     EXPECT_EQ(last.file(), indexPath());
     EXPECT_EQ(opened->records().recordCount(), count);
     EXPECT_EQ(order(*opened, "NOMBRE").size(), count);
-    EXPECT_EQ(std::filesystem::file_size(indexPath()), 0x7FFFFC00U);
+    EXPECT_EQ(std::filesystem::file_size(indexPath()), nearlyTooLarge);
 }
 
 TEST_F(HostileTest, AMissingIndexOpensReadOnlyAndSaysSo) {
@@ -37,7 +38,7 @@ TEST_F(HostileTest, AMissingIndexOpensReadOnlyAndSaysSo) {
     EXPECT_TRUE(opened->isReadOnly());
     EXPECT_NE(opened->readOnlyReason().find(".MDX"), std::string::npos) << opened->readOnlyReason();
     EXPECT_TRUE(opened->tagNames().empty());
-    EXPECT_EQ(storedRecord(*opened, 60).size(), 107U);
+    EXPECT_EQ(storedRecord(*opened, 60).size(), recordLength);
     const Error error = errorOf([&] { opened->append(storedRecord(*opened, 1)); });
     EXPECT_EQ(error.code(), ErrorCode::ReadOnly);
     EXPECT_EQ(readFile(path()), table);
@@ -159,7 +160,7 @@ TEST_F(HostileTest, ImpossibleKeysAreRefused) {
         store16(index.data() + firstTag + mdx::itemLength, length);
         expectBadIndex("NOMBRE");
     }
-    store16(index.data() + firstTag + mdx::itemLength, 104);
+    store16(index.data() + firstTag + mdx::itemLength, itemLength);
     index[firstTag + mdx::keyType] = 'X';
     expectBadIndex("NOMBRE");
 }
@@ -195,16 +196,16 @@ TEST_F(HostileTest, ABlockReachedTwiceIsRefusedOrFound) {
     expectUnchanged();
 }
 
-// Thirty levels of blocks that all lead to the same two further down: as good as endless.
+// Levels of blocks whose children are all the same one further down: as good as endless.
 TEST_F(HostileTest, AWebOfBlocksComesToAnEnd) {
     const std::size_t first = index.size();
     constexpr std::uint32_t levels = 28;
     for (std::uint32_t level = 0; level < levels; ++level) {
-        Bytes block(1024);
-        const auto next = static_cast<std::uint32_t>((first + (level + 1) * 1024) / pageBytes);
+        Bytes block(blockLength);
+        const auto next = static_cast<std::uint32_t>((first + (level + 1) * blockLength) / pageBytes);
         store32(block.data(), 2);
         for (std::size_t i = 0; i < 3; ++i)
-            store32(block.data() + mdx::items + i * 104, level + 1 == levels ? leaf(0) : next);
+            store32(block.data() + mdx::items + i * itemLength, level + 1 == levels ? leaf(0) : next);
         index.insert(index.end(), block.begin(), block.end());
     }
     store32(index.data() + firstTag, static_cast<std::uint32_t>(first / pageBytes));
@@ -237,8 +238,8 @@ TEST_F(HostileTest, AnEntryOfNoRecordIsRefused) {
 TEST_F(HostileTest, KeysOutOfOrderAreFound) {
     const std::size_t items = blockAt(leaf(0)) + mdx::items;
     std::swap_ranges(index.begin() + static_cast<std::ptrdiff_t>(items),
-                     index.begin() + static_cast<std::ptrdiff_t>(items + 104),
-                     index.begin() + static_cast<std::ptrdiff_t>(items + 104));
+                     index.begin() + static_cast<std::ptrdiff_t>(items + itemLength),
+                     index.begin() + static_cast<std::ptrdiff_t>(items + itemLength));
     putOnDisk();
     EXPECT_NE(findings(path()), "");
 }
@@ -264,7 +265,7 @@ TEST_F(HostileTest, ALoneChildThatGoesIsRefused) {
     store32(index.data() + at, 0);
     store32(index.data() + at + mdx::items, only);
     store32(index.data() + blockAt(only), 1);
-    store32(index.data() + blockAt(only) + mdx::items + 104, 0);
+    store32(index.data() + blockAt(only) + mdx::items + itemLength, 0);
     std::fill_n(index.begin() + mdx::stamp, mdx::stampSize, '\0');
     store32(table.data() + 4, 1);
     table[load16(table.data() + 8) + std::size_t{load16(table.data() + 10)}] =
@@ -297,7 +298,7 @@ protected:
     }
     std::uint32_t addBlock(std::uint32_t next) {
         const auto page = static_cast<std::uint32_t>(index.size() / pageBytes);
-        index.resize(index.size() + 1024);
+        index.resize(index.size() + blockLength);
         store32(index.data() + blockAt(page) + mdx::freeNext, next);
         store32(index.data() + mdx::pageCount, page + 2);
         return page;

@@ -96,7 +96,7 @@ TEST_F(HostileTest, AMissingEndMarkIsNoError) {
 
 TEST_F(HostileTest, ATableOfTwoGibibytesIsRefused) {
     putOnDisk();
-    ASSERT_EQ(truncate(path().c_str(), 0x7FFFFFFF), 0);
+    ASSERT_EQ(truncate(path().c_str(), static_cast<off_t>(maxFileSize)), 0);
     const Error error = errorOf([&] { (void)Table::open(path()); });
     EXPECT_EQ(error.code(), ErrorCode::TooLarge);
     EXPECT_EQ(error.file(), path());
@@ -105,7 +105,7 @@ TEST_F(HostileTest, ATableOfTwoGibibytesIsRefused) {
 
 TEST_F(HostileTest, AnIndexOfTwoGibibytesIsRefused) {
     putOnDisk();
-    ASSERT_EQ(truncate(indexPath().c_str(), 0x7FFFFFFF), 0);
+    ASSERT_EQ(truncate(indexPath().c_str(), static_cast<off_t>(maxFileSize)), 0);
     const Error error = errorOf([&] { (void)Table::open(path()); });
     EXPECT_EQ(error.code(), ErrorCode::TooLarge);
     EXPECT_EQ(error.file(), indexPath());
@@ -113,10 +113,12 @@ TEST_F(HostileTest, AnIndexOfTwoGibibytesIsRefused) {
 }
 
 TEST_F(HostileTest, ATableThatWouldGrowToTwoGibibytesIsRefusedAndStaysAsItWas) {
-    const std::uint32_t most = (0x7FFFFFFFU - 97U) / 107U - 1;
+    const std::uint32_t most = (maxFileSize - headerLength) / recordLength - 1;
     putOnDisk();
     std::filesystem::remove(indexPath());
-    ASSERT_EQ(truncate(path().c_str(), static_cast<off_t>(97 + std::uint64_t{most} * 107 + 1)), 0);
+    ASSERT_EQ(
+        truncate(path().c_str(), static_cast<off_t>(headerLength + std::uint64_t{most} * recordLength + 1)),
+        0);
     {
         const auto file = openFile(path(), OpenMode::ReadWrite);
         char count[4];
@@ -126,16 +128,16 @@ TEST_F(HostileTest, ATableThatWouldGrowToTwoGibibytesIsRefusedAndStaysAsItWas) {
         file->write(28, std::span<const char>(&noIndex, 1));
     }
     const auto opened = Table::open(path());
-    const Bytes record(107, ' ');
+    const Bytes record(recordLength, ' ');
     EXPECT_EQ(opened->records().recordCount(), most);
     const Error error = errorOf([&] {
         for (int i = 0; i < 3; ++i)
             opened->append(record);
     });
     EXPECT_EQ(error.code(), ErrorCode::TooLarge);
-    EXPECT_LT(std::filesystem::file_size(path()), 0x7FFFFFFFU);
+    EXPECT_LT(std::filesystem::file_size(path()), maxFileSize);
     EXPECT_EQ(std::filesystem::file_size(path()),
-              97 + std::uint64_t{opened->records().recordCount()} * 107 + 1);
+              headerLength + std::uint64_t{opened->records().recordCount()} * recordLength + 1);
 }
 
 TEST_F(HostileTest, AFolderInThePlaceOfATableIsRefused) {

@@ -4,15 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <csignal>
 #include <random>
-
-#include <sys/resource.h>
 
 #include "dbase/codepage.h"
 #include "dbase/error.h"
 #include "dbase/expression.h"
 #include "support/ChildProcess.h"
+#include "support/FileSizeLimit.h"
 
 namespace {
 
@@ -115,9 +113,7 @@ TEST(KeySorterTest, EqualKeysComeByRecordNumber) {
 
 TEST(KeySorterTest, NoRoomForTheTemporaryFilesIsTold) {
     ChildProcess child([](const ChildProcess::Link&) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{4096, RLIM_INFINITY};
-        setrlimit(RLIMIT_FSIZE, &limit);
+        const ambrel::test::FileSizeLimit limit(4096);
         try {
             (void)sorted(KeyOrder(KeyType::Character, false, false), anyTexts(6000, 20), 60000);
         } catch (const Error& error) {

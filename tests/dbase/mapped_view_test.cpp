@@ -22,7 +22,8 @@ namespace {
 using namespace dbase;
 using namespace dbase::test;
 
-constexpr std::size_t page = 4096;
+const off_t pageInFile = sysconf(_SC_PAGESIZE); // as the calls of the system count
+const auto page = static_cast<std::size_t>(pageInFile);
 
 class MappedViewTest : public ::testing::Test {
 protected:
@@ -38,16 +39,16 @@ TEST_F(MappedViewTest, FollowsChangesAndGrowth) {
     const MappedView view(descriptor_, 16 * page);
     ASSERT_NE(view.data(), nullptr);
     EXPECT_EQ(view.data()[2 * page], 'x');
-    EXPECT_EQ(pwrite(descriptor_, "y", 1, 2 * page), 1);
+    EXPECT_EQ(pwrite(descriptor_, "y", 1, 2 * pageInFile), 1);
     EXPECT_EQ(view.data()[2 * page], 'y');
-    EXPECT_EQ(pwrite(descriptor_, "z", 1, 9 * page), 1);
+    EXPECT_EQ(pwrite(descriptor_, "z", 1, 9 * pageInFile), 1);
     EXPECT_EQ(view.data()[9 * page], 'z');
     EXPECT_FALSE(view.isTorn());
 }
 
 TEST_F(MappedViewTest, ReadsZerosAndSaysSoWhereTheFileWasCut) {
     const MappedView view(descriptor_, 16 * page);
-    ASSERT_EQ(ftruncate(descriptor_, page), 0);
+    ASSERT_EQ(ftruncate(descriptor_, pageInFile), 0);
     EXPECT_FALSE(view.isTorn());
     EXPECT_EQ(view.data()[2 * page], '\0');
     EXPECT_TRUE(view.isTorn());
@@ -56,9 +57,9 @@ TEST_F(MappedViewTest, ReadsZerosAndSaysSoWhereTheFileWasCut) {
 
 TEST_F(MappedViewTest, IsWholeAgainAfterRenewing) {
     MappedView view(descriptor_, 16 * page);
-    ASSERT_EQ(ftruncate(descriptor_, page), 0);
+    ASSERT_EQ(ftruncate(descriptor_, pageInFile), 0);
     EXPECT_EQ(view.data()[2 * page], '\0');
-    ASSERT_EQ(pwrite(descriptor_, "w", 1, 2 * page), 1);
+    ASSERT_EQ(pwrite(descriptor_, "w", 1, 2 * pageInFile), 1);
     view.renew();
     EXPECT_FALSE(view.isTorn());
     EXPECT_EQ(view.data()[2 * page], 'w');

@@ -1,9 +1,6 @@
 // Files of the disk: what the system refuses is told by name and kind.
 #include <gtest/gtest.h>
 
-#include <csignal>
-
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +8,7 @@
 #include "dbase/file.h"
 #include "dbase/locks.h"
 #include "support/ChildProcess.h"
+#include "support/FileSizeLimit.h"
 #include "support/StoredTable.h"
 #include "support/TemporaryFolder.h"
 
@@ -73,19 +71,10 @@ TEST_F(PosixFileTest, ReadingBehindTheEndNamesThePlace) {
 
 TEST_F(PosixFileTest, AFileLargerThanTheUserMayHaveIsAFullDisk) {
     ChildProcess limited([&](const ChildProcess::Link&) {
-        signal(SIGXFSZ, SIG_IGN);
-        rlimit before = {};
-        if (getrlimit(RLIMIT_FSIZE, &before) != 0) {
-            return 2;
-        }
-        const rlimit limit{100, before.rlim_max};
-        if (setrlimit(RLIMIT_FSIZE, &limit) != 0) {
-            return 2;
-        }
+        const ambrel::test::FileSizeLimit limit(100);
         const auto file = openFile(path_, OpenMode::ReadWrite);
         file->write(0, Bytes(100, 'x'));
         const Error error = errorOf([&] { file->write(100, Bytes(1, 'x')); });
-        setrlimit(RLIMIT_FSIZE, &before);
         return error.code() == ErrorCode::DiskFull && file->size() == 100 ? 0 : 1;
     });
     EXPECT_EQ(limited.join(), 0);

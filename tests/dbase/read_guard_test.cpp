@@ -4,6 +4,7 @@
 
 #include "dbase/error.h"
 #include "dbase/table.h"
+#include "support/LockPatience.h"
 #include "support/StoredTable.h"
 
 namespace {
@@ -51,8 +52,7 @@ TEST_F(ReadGuardTest, AReadThatAWriterCrossesStartsAgain) {
 }
 
 TEST_F(ReadGuardTest, AReadThatIsCrossedAgainAndAgainTakesTheLock) {
-    const std::chrono::milliseconds patience = lockPatience();
-    setLockPatience(std::chrono::milliseconds(0));
+    const ambrel::test::LockPatience noPatience(std::chrono::milliseconds(0));
     EXPECT_EQ(count([&](int begun) {
                   if (begun <= 3)
                       append("B");
@@ -61,7 +61,6 @@ TEST_F(ReadGuardTest, AReadThatIsCrossedAgainAndAgainTakesTheLock) {
               }),
               4U);
     EXPECT_EQ(begun_, 4);
-    setLockPatience(patience);
 }
 
 TEST_F(ReadGuardTest, AnErrorThatAWriterMayHaveCausedIsNoErrorYet) {

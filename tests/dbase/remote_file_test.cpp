@@ -4,14 +4,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
-#include <iostream>
 #include <map>
 #include <random>
 
 #include "dbase/error.h"
 #include "support/LongForm.h"
 #include "support/RemoteFile.h"
+#include "support/Seed.h"
 #include "support/StoredTable.h"
 
 namespace {
@@ -37,10 +36,6 @@ protected:
     static constexpr std::size_t stationCount = 3;
 
     RemoteTableTest() {
-        const char* given = std::getenv("AMBREL_SEED");
-        seed_ = given != nullptr ? static_cast<unsigned>(std::stoul(given)) : std::random_device()();
-        std::cout << "AMBREL_SEED=" << seed_ << '\n';
-        random_.seed(seed_);
         for (std::size_t i = 0; i < stationCount; ++i)
             stations_[i] = std::make_shared<RemoteStation>();
     }
@@ -178,8 +173,7 @@ protected:
             tables_[station]->rebuildTags();
     }
 
-    unsigned seed_ = 0;
-    std::mt19937 random_;
+    std::mt19937 random_{ambrel::test::seedOfThisRun()};
     MemoryTable stored_{layout()};
     std::array<std::shared_ptr<RemoteStation>, stationCount> stations_;
     std::array<std::unique_ptr<Table>, stationCount> tables_;

@@ -10,6 +10,7 @@
 
 #include "dbase/dataset.h"
 #include "dbase/error.h"
+#include "support/StoredTable.h"
 #include "support/TableTest.h"
 
 namespace dbase {
@@ -90,19 +91,16 @@ protected:
     Dataset none{"DB", "NONE", "CODE"};
 };
 
-/// The error that an operation raises; empty when it raises none.
-inline std::optional<Error> errorOf(const std::function<void()>& operation) {
+using test::errorOf;
+
+/// The code of the error that an operation raises; empty when it raises none.
+inline std::optional<ErrorCode> codeOf(const std::function<void()>& operation) {
     try {
         operation();
     } catch (const Error& error) {
-        return error;
+        return error.code();
     }
     return std::nullopt;
-}
-
-inline std::optional<ErrorCode> codeOf(const std::function<void()>& operation) {
-    const std::optional<Error> error = errorOf(operation);
-    return error ? std::optional(error->code()) : std::nullopt;
 }
 
 } // namespace dbase

@@ -12,6 +12,8 @@ using namespace dbase::test;
 
 class ForeignTreeTest : public TreeTest {
 protected:
+    static constexpr std::size_t itemLength = 104; // a record or page number and a key of 100
+
     /// Four keys a block, rows with even numbers: 00000, 00002, …
     void grow(int rows) {
         make(100, {.name = "K", .expression = "K"}, 1);
@@ -37,7 +39,7 @@ TEST_F(ForeignTreeTest, EmptyLeavesAreSteppedOverBothWays) {
         const PageNumber page = leafOf(number);
         const std::uint32_t count = load32(block(page));
         for (std::uint32_t i = 0; i < count; ++i)
-            std::erase(expected, load32(block(page) + mdx::items + i * 104));
+            std::erase(expected, load32(block(page) + mdx::items + i * itemLength));
         emptyLeaf(page);
     }
     EXPECT_EQ(walk(true), expected);
@@ -54,8 +56,9 @@ TEST_F(ForeignTreeTest, AnEmptyLeafTakesKeysAgain) {
     ASSERT_EQ(load32(block(page)), 4U);
     emptyLeaf(page); // as an engine leaves it that unlinks nothing
     for (RecordNumber number = 5; number <= 8; ++number)
-        std::fill_n(stored_->records->bytes.begin() + table_->schema().headerLength + (number - 1) * 101, 1,
-                    ' ');
+        std::fill_n(stored_->records->bytes.begin() + table_->schema().headerLength +
+                        (number - 1) * table_->schema().recordLength,
+                    1, ' ');
     table_->rebuildTags();
     EXPECT_EQ(walk(true), upTo(12));
     emptyLeaf(leafOf(10));
@@ -72,7 +75,7 @@ TEST_F(ForeignTreeTest, AFullLeafWhoseSeparatorIsLargerSplitsInTheMiddleOfTheTre
     const PageNumber leaf = pages.back(), above = pages[pages.size() - 2];
     const std::uint32_t count = load32(block(leaf));
     ASSERT_EQ(count, 4U);
-    const std::string last(block(leaf) + mdx::items + 3 * 104 + 4, 5);
+    const std::string last(block(leaf) + mdx::items + 3 * itemLength + 4, 5);
     char* const separator = std::search(block(above), block(above) + pageBytes, last.begin(), last.end());
     ASSERT_NE(separator, block(above) + pageBytes);
     separator[5] = '9'; // behind the last key, before the next one
@@ -93,7 +96,7 @@ TEST_F(ForeignTreeTest, AHeaderThatNamesAnotherFirstLeafIsPutRightWhenThatLeafGo
     const std::uint32_t count = load32(block(named));
     std::vector<RecordNumber> moved;
     for (std::uint32_t i = 0; i < count; ++i)
-        moved.push_back(load32(block(named) + mdx::items + i * 104));
+        moved.push_back(load32(block(named) + mdx::items + i * itemLength));
     for (const RecordNumber number : moved)
         setKey(number, "88888");
     const TreeRoot root = table_->index()->treeRoot(tag());
@@ -120,7 +123,7 @@ TEST_F(ForeignTreeTest, ALeafWhereABlockShouldBeIsRefusedWhenTheTreeShrinks) {
     grow(60);
     ASSERT_GE(levels(), 3U);
     const PageNumber root = table_->index()->treeRoot(tag()).root;
-    store32(block(root) + mdx::items + 104, leafOf(100)); // the second child of the root is a leaf now
+    store32(block(root) + mdx::items + itemLength, leafOf(100)); // the second child of the root is a leaf now
     const Bytes table = stored_->records->bytes;
     ErrorCode raised = ErrorCode::BadState;
     for (RecordNumber number = 1; number <= 20 && raised == ErrorCode::BadState; ++number) {
@@ -159,7 +162,7 @@ TEST_F(ForeignTreeTest, ATreeThatIsItsOwnChildIsRefusedAtAShareToo) {
     grow(40);
     const PageNumber root = table_->index()->treeRoot(tag()).root;
     for (std::size_t i = 0; i <= load32(block(root)); ++i)
-        store32(block(root) + mdx::items + i * 104, root);
+        store32(block(root) + mdx::items + i * itemLength, root);
     TreeCursor at = cursor();
     EXPECT_EQ(errorOf([&] { (void)at.seekShare(0.5); }).code(), ErrorCode::BadIndex);
 }
@@ -222,7 +225,7 @@ TEST_F(ForeignTreeTest, AStackHoldsNoMoreWhenAnyOfItsBlocksIsAnother) {
     EXPECT_FALSE(stillHoldsAfter([&](const TreeCursor& at) { emptyLeaf(at.path().back().page); }));
     EXPECT_FALSE(stillHoldsAfter([&](const TreeCursor& at) {
         const TreeCursor::Level& root = at.path()[0];
-        store32(block(root.page) + mdx::items + root.slot * 104, leafOf(0));
+        store32(block(root.page) + mdx::items + root.slot * itemLength, leafOf(0));
     }));
     EXPECT_FALSE(
         stillHoldsAfter([&](const TreeCursor& at) { block(at.path().back().page)[mdx::items + 8] = '!'; }));

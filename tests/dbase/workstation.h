@@ -4,87 +4,49 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include "support/CoverageProfile.h"
+#include "support/ChildProcess.h"
 
 namespace dbase {
 
 /// Start it while this process has no table open: what is open is shared with the child, locks included. The
-/// steps work on the child's own copy of everything that they refer to.
+/// steps work on the child's own copy of everything that they refer to. Between them, and behind the last
+/// one, it stays with what it has open and locked.
 class Workstation {
 public:
-    explicit Workstation(std::vector<std::function<void()>> steps) {
-        if (pipe(toChild_) != 0 || pipe(fromChild_) != 0) {
-            throw std::runtime_error("no pipe");
-        }
-        child_ = fork();
-        if (child_ < 0) {
-            throw std::runtime_error("no process");
-        }
-        if (child_ == 0) {
-            ::close(toChild_[1]);
-            ::close(fromChild_[0]);
-            serve(steps);
-            ambrel::test::keepCoverage();
-            _exit(0);
-        }
-        ::close(toChild_[0]);
-        ::close(fromChild_[1]);
-    }
-    ~Workstation() {
-        ::close(toChild_[1]);
-        ::close(fromChild_[0]);
-        waitpid(child_, nullptr, 0);
-    }
-    Workstation(const Workstation&) = delete;
-    Workstation& operator=(const Workstation&) = delete;
+    explicit Workstation(const std::vector<std::function<void()>>& steps)
+        : process_([&](const test::ChildProcess::Link& link) {
+              for (const auto& step : steps) {
+                  link.await();
+                  link.send(outcome(step));
+              }
+              link.await(); // raises when this side is gone
+              return 0;
+          }) {}
 
     /// Runs the next step there; the text of what it threw, or nothing.
     std::string step() {
-        const char go = 1;
-        if (::write(toChild_[1], &go, 1) != 1) {
-            return "the other process is gone";
-        }
-        std::string text;
-        for (char c = 0;;) {
-            if (::read(fromChild_[0], &c, 1) != 1) {
-                return "the other process is gone: " + text;
+        return outcome([this] {
+            process_.tell();
+            if (const std::string complaint = process_.receive(); !complaint.empty()) {
+                throw std::runtime_error(complaint);
             }
-            if (c == '\0') {
-                return text;
-            }
-            text += c;
-        }
+        });
     }
 
 private:
-    void serve(const std::vector<std::function<void()>>& steps) {
-        for (const auto& step : steps) {
-            char go = 0;
-            if (::read(toChild_[0], &go, 1) != 1) {
-                return;
-            }
-            std::string answer;
-            try {
-                step();
-            } catch (const std::exception& error) {
-                answer = error.what();
-            }
-            if (::write(fromChild_[1], answer.c_str(), answer.size() + 1) < 0) {
-                return;
-            }
+    /// The text of what an operation throws, or nothing.
+    static std::string outcome(const std::function<void()>& operation) {
+        try {
+            operation();
+        } catch (const std::exception& error) {
+            return error.what();
         }
-        char end = 0; // stays, with what it has open and locked, until the other end is closed
-        static_cast<void>(!::read(toChild_[0], &end, 1));
+        return {};
     }
 
-    int toChild_[2] = {-1, -1}, fromChild_[2] = {-1, -1};
-    pid_t child_ = -1;
+    test::ChildProcess process_;
 };
 
 /// For the steps, whose failures only travel as exceptions.

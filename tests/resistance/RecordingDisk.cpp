@@ -11,8 +11,6 @@ namespace dbase::test {
 
 namespace {
 
-constexpr std::size_t sectorBytes = 512;
-
 class RecordingFile final : public File {
 public:
     RecordingFile(std::unique_ptr<File> file, DiskFile which, std::shared_ptr<DiskLog> log)

@@ -12,6 +12,9 @@
 
 namespace dbase::test {
 
+/// What a disk writes whole or not at all.
+inline constexpr std::size_t sectorBytes = 512;
+
 enum class DiskFile { Records, Index, Journal };
 
 struct DiskEvent {

@@ -4,25 +4,22 @@
 #include <cstring>
 #include <exception>
 
+#include <sched.h>
+
 #include "data/TableDefinitions.h"
 #include "dbase/bytes.h"
 #include "dbase/databases.h"
 #include "dbase/index_layout.h"
-#include "dbase/locks.h"
 #include "dbase/support/StoredTable.h"
 
 namespace resistance {
 
-StreetFolder::StreetFolder() : patience_(dbase::lockPatience()) {
+StreetFolder::StreetFolder() {
     dbase::setDatabaseFolder("DB", folder_.path());
-    dbase::setLockPatience(std::chrono::minutes(2)); // many programs, and perhaps one processor
     beginAnew();
 }
 
-StreetFolder::~StreetFolder() {
-    dbase::setLockPatience(patience_);
-    dbase::setDatabaseFolder("DB", {});
-}
+StreetFolder::~StreetFolder() { dbase::setDatabaseFolder("DB", {}); }
 
 void StreetFolder::beginAnew() const {
     dbase::createTable(folder_.path(), ambrel::streetTable(), dbase::IfExists::Replace);
@@ -33,6 +30,11 @@ bool StreetFolder::markStands() const {
     std::array<char, 12> stamp{};
     index->read(dbase::mdx::stamp, stamp);
     return std::memcmp(stamp.data(), dbase::mdx::stampMagic, 8) == 0 && dbase::load32(stamp.data() + 8) != 0;
+}
+
+void StreetFolder::awaitPosts(const PostLog& log, std::size_t posts, const ChildProcess& writer) {
+    while (log.acknowledged() < posts && !log.isFull() && !writer.hasEnded())
+        sched_yield();
 }
 
 void StreetFolder::expectSound() const { EXPECT_EQ(dbase::test::findings(tableFile()), ""); }

@@ -7,7 +7,9 @@
 #include <functional>
 #include <string>
 
+#include "PostLog.h"
 #include "dbase/support/ChildProcess.h"
+#include "support/LockPatience.h"
 #include "support/TemporaryFolder.h"
 
 namespace resistance {
@@ -30,13 +32,16 @@ protected:
     /// Every finding of the consistency check fails the test.
     void expectSound() const;
 
+    /// Waits until a writer has stored so many posts, can store no more or is dead.
+    static void awaitPosts(const PostLog& log, std::size_t posts, const ChildProcess& writer);
+
     /// For the work of a child: what it raises is told on the error output, and its exit code is then 200.
     using Work = std::function<int(const ChildProcess::Link&)>;
     [[nodiscard]] static Work telling(Work work);
 
 private:
     TemporaryFolder folder_;
-    std::chrono::milliseconds patience_;
+    ambrel::test::LockPatience patience_{std::chrono::minutes(2)}; // many programs, and perhaps one processor
 };
 
 } // namespace resistance

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -12,18 +11,19 @@
 
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include "ScriptedRun.h"
 #include "dbase/bulk_loader.h"
 #include "dbase/error.h"
+#include "support/FileSizeLimit.h"
 #include "support/TemporaryFolder.h"
 
 namespace {
 
 using namespace dbase;
 using namespace dbase::test;
+using ambrel::test::FileSizeLimit;
 using Mode = BulkLoader::Mode;
 
 /// A small file system over a folder, for this process only.
@@ -48,27 +48,6 @@ public:
 private:
     std::string folder_, problem_;
     bool isThere_ = false;
-};
-
-/// No file grows beyond a size; the rest of the process is under it, too.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        handler_ = std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{bytes, before_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit before_ = {};
-    void (*handler_)(int) = nullptr;
 };
 
 enum class Kind { SmallDisk, FileSizeLimit };

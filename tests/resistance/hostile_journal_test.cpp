@@ -120,8 +120,9 @@ TEST_F(HostileJournal, GarbageIsNoJournal) {
         SCOPED_TRACE(round);
         Bytes journal(random() % 3000);
         std::ranges::generate(journal, [&] { return static_cast<char>(random()); });
-        if (round % 2 == 0 && journal.size() > 512) // behind a header that holds
-            std::copy_n(written_.journal->begin(), 512, journal.begin());
+        constexpr std::size_t header = 512;
+        if (round % 2 == 0 && journal.size() > header) // behind one that holds
+            std::copy_n(written_.journal->begin(), header, journal.begin());
         EXPECT_EQ(difference(states_.front(), rowsWhenSound(lost(journal))), "");
         ASSERT_FALSE(HasFailure());
     }
@@ -168,27 +169,14 @@ TEST_F(HostileJournal, ATableFromABackupComesOutSound) {
 
 TEST_F(HostileJournal, ForgedEntriesDoNoHarm) {
     const Bytes row = scriptedRow(schema_, 999), other = scriptedRow(schema_, 998);
+    Bytes two = row;
+    two.insert(two.end(), row.begin(), row.end());
     const RecordNumber count = static_cast<RecordNumber>(states_.front().size());
     const std::vector<RecordRun> runs{
-        {0, 1, {}, row},
-        {0, 1, other, row},
-        {0xFFFFFFFF, 1, {}, row},
-        {0xFFFFFFFF,
-         2,
-         {},
-         [&] {
-             Bytes two = row;
-             two.insert(two.end(), row.begin(), row.end());
-             return two;
-         }()},
-        {0x7FFFFFFF, 1, other, row},
-        {count + 2, 1, {}, row}, // behind a gap
-        {20'000'000, 1, {}, row},
-        {count + 1, 1, other, row},
-        {count + 1, 5, {}, row},
-        {1, 1, row, {}},
-        {1, 0xFFFFFFFF, row, row},
-        {1, 0, {}, {}},
+        {0, 1, {}, row},          {0, 1, other, row},          {0xFFFFFFFF, 1, {}, row},
+        {0xFFFFFFFF, 2, {}, two}, {0x7FFFFFFF, 1, other, row}, {count + 2, 1, {}, row}, // behind a gap
+        {20'000'000, 1, {}, row}, {count + 1, 1, other, row},  {count + 1, 5, {}, row},
+        {1, 1, row, {}},          {1, 0xFFFFFFFF, row, row},   {1, 0, {}, {}},
     };
     for (std::size_t i = 0; i < runs.size(); ++i) {
         SCOPED_TRACE("run " + std::to_string(i));

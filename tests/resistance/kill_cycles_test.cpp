@@ -5,8 +5,6 @@
 #include <iostream>
 #include <memory>
 
-#include <sched.h>
-
 #include "RandomPosts.h"
 #include "StreetFolder.h"
 #include "support/LongForm.h"
@@ -65,11 +63,6 @@ private:
         const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(below(most));
         while (std::chrono::steady_clock::now() < end) {
         }
-    }
-
-    static void awaitPosts(const PostLog& log, std::size_t posts, const ChildProcess& writer) {
-        while (log.acknowledged() < posts && !log.isFull() && !writer.hasEnded())
-            sched_yield();
     }
 
     void start(const Plan& plan) {

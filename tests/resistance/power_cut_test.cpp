@@ -61,6 +61,7 @@ protected:
             }
             EXPECT_EQ(difference(recorded.states.back(), rowsOf(*table)), "");
         }
+        EXPECT_FALSE(log->empty()) << "nothing to be cut";
         recorded.log = *log;
         return recorded;
     }
@@ -82,13 +83,17 @@ protected:
         std::vector<std::vector<bool>> all;
         if (sectors < 2)
             return all;
-        const bool isLong = sectors > 8; // some of them then
-        for (std::size_t i = 1; i < sectors; ++i)
-            if (!isLong || random() % sectors < 3)
-                all.emplace_back(sectors, false), std::fill_n(all.back().begin(), i, true);
-        for (std::size_t i = 0; i + 1 < sectors; ++i) // without the last one: the longest of the above
-            if (!isLong || random() % sectors < 3)
-                all.emplace_back(sectors, true), all.back()[i] = false;
+        const auto isTried = [&] { return sectors <= 8 || random() % sectors < 3; }; // some of a long write
+        for (std::size_t arrived = 1; arrived < sectors; ++arrived) {
+            if (isTried()) {
+                std::fill_n(all.emplace_back(sectors, false).begin(), arrived, true);
+            }
+        }
+        for (std::size_t lost = 0; lost + 1 < sectors; ++lost) { // without the last one: among the above
+            if (isTried()) {
+                all.emplace_back(sectors, true)[lost] = false;
+            }
+        }
         return all;
     }
 
@@ -210,7 +215,7 @@ private:
         ASSERT_EQ(found.size(), recordLength);
         const std::size_t offset = headerLength + record * recordLength;
         for (std::size_t at = 0; at < found.size();) {
-            const std::size_t size = std::min(found.size() - at, 512 - (offset + at) % 512);
+            const std::size_t size = std::min(found.size() - at, sectorBytes - (offset + at) % sectorBytes);
             const auto isShareOf = [&](const Bytes& state) {
                 return std::equal(found.begin() + static_cast<std::ptrdiff_t>(at),
                                   found.begin() + static_cast<std::ptrdiff_t>(at + size),

@@ -3,6 +3,7 @@
 #include <csignal>
 #include <memory>
 #include <set>
+#include <utility>
 
 #include <sched.h>
 
@@ -35,6 +36,24 @@ protected:
         link.tell();
         link.await();
     }
+    /// Such a writer; what it stores goes to a log of its own.
+    [[nodiscard]] Work writer(const WriterWork& work) {
+        logs_.push_back(std::make_unique<PostLog>());
+        return [this, work, &log = *logs_.back()](const ChildProcess::Link& link) {
+            RandomPosts posts(tableFile(), work, {}, log);
+            waitForAll(link);
+            posts.run();
+            return 0;
+        };
+    }
+    /// Lets the writers, which were started first, store so many posts together, and stops them.
+    void awaitWriters(int posts) {
+        const std::size_t each = static_cast<std::size_t>(posts) / logs_.size();
+        for (std::size_t i = 0; i < logs_.size(); ++i)
+            awaitPosts(*logs_[i], each, *children_[i]);
+        for (const auto& log : logs_)
+            log->stop();
+    }
     void expectThatAllFinish() {
         for (const auto& child : children_)
             EXPECT_EQ(child->join(), 0);
@@ -54,6 +73,7 @@ protected:
     }
 
     std::vector<std::unique_ptr<ChildProcess>> children_;
+    std::vector<std::unique_ptr<PostLog>> logs_;
 };
 
 TEST_P(Processes, ThatAppendLoseNoRowAndStoreNoneTwice) {
@@ -81,30 +101,16 @@ TEST_P(Processes, ThatAppendLoseNoRowAndStoreNoneTwice) {
 }
 
 TEST_P(Processes, ThatChangeRowsOfTheirOwnSeeThemAllAsTheyLeftThem) {
-    std::vector<std::unique_ptr<PostLog>> logs;
     std::vector<Work> works;
-    for (int i = 0; i < GetParam(); ++i) {
-        logs.push_back(std::make_unique<PostLog>());
-        const WriterWork work{.throughDataset = i % 2 == 0,
-                              .firstSerial = static_cast<std::uint32_t>(i) * serialsOfOne,
-                              .seed = static_cast<std::uint32_t>(i)};
-        works.push_back([this, work, &log = *logs.back()](const ChildProcess::Link& link) {
-            RandomPosts posts(tableFile(), work, {}, log);
-            waitForAll(link);
-            posts.run();
-            return 0;
-        });
-    }
+    for (int i = 0; i < GetParam(); ++i)
+        works.push_back(writer({.throughDataset = i % 2 == 0,
+                                .firstSerial = static_cast<std::uint32_t>(i) * serialsOfOne,
+                                .seed = static_cast<std::uint32_t>(i)}));
     startTogether(works);
-    const auto each = static_cast<std::size_t>(longForm(2400, 40'000) / GetParam());
-    for (std::size_t i = 0; i < logs.size(); ++i)
-        while (logs[i]->acknowledged() < each && !logs[i]->isFull() && !children_[i]->hasEnded())
-            sched_yield();
-    for (const auto& log : logs)
-        log->stop();
+    awaitWriters(longForm(2400, 40'000));
     expectThatAllFinish();
     ExpectedRows expected;
-    for (const auto& log : logs)
+    for (const auto& log : logs_)
         for (std::size_t post = 0; post < log->acknowledged(); ++post)
             expected.apply(log->post(post));
     std::string differences;
@@ -219,6 +225,14 @@ private:
             throw std::runtime_error("wrong answer: " + what);
     }
 
+    /// The current row is whole and stands behind another one, whose place it takes.
+    static void requireBehind(std::string& before, dbase::Dataset& streets) {
+        require(isWhole(streets), "half a row behind " + before);
+        std::string here = orderOf(streets);
+        require(before <= here, "out of order: " + here + " behind " + before);
+        before = std::move(here);
+    }
+
     static void findByKey(dbase::Dataset& streets, std::uint32_t serial) {
         streets.setTag("CODIGO1");
         const std::string code = codeOf(serial);
@@ -244,10 +258,7 @@ private:
                 "spoilt by name: " + codeOf(serial));
         std::string before = orderOf(streets);
         for (int step = 0; step < 10 && streets.next(); ++step) {
-            require(isWhole(streets), "half a row behind " + before);
-            const std::string here = orderOf(streets);
-            require(before <= here, "out of order: " + here + " behind " + before);
-            before = here;
+            requireBehind(before, streets);
         }
     }
 
@@ -257,10 +268,7 @@ private:
         std::vector<int> seen(stableRows);
         std::string before;
         for (streets.first(); !streets.eof(); streets.next()) {
-            require(isWhole(streets), "half a row behind " + before);
-            const std::string here = orderOf(streets);
-            require(before <= here, "out of order: " + here + " behind " + before);
-            before = here;
+            requireBehind(before, streets);
             if (const std::uint32_t serial = currentRow(streets).serial; serial < stableRows)
                 ++seen.at(serial);
         }
@@ -293,21 +301,12 @@ private:
 TEST_P(ReadersAmongWriters, GetNoWrongAnswer) {
     const int writers = GetParam() / 2;
     PostLog readers; // tells them when to stop
-    std::vector<std::unique_ptr<PostLog>> logs;
     std::vector<Work> works;
-    for (int i = 0; i < writers; ++i) {
-        logs.push_back(std::make_unique<PostLog>());
-        const WriterWork work{.weights = {6, 5, 2, 0, 0, 0},
-                              .throughDataset = i % 2 == 0,
-                              .firstSerial = static_cast<std::uint32_t>(i + 1) * serialsOfOne,
-                              .seed = static_cast<std::uint32_t>(i)};
-        works.push_back([this, work, &log = *logs.back()](const ChildProcess::Link& link) {
-            RandomPosts posts(tableFile(), work, {}, log);
-            waitForAll(link);
-            posts.run();
-            return 0;
-        });
-    }
+    for (int i = 0; i < writers; ++i)
+        works.push_back(writer({.weights = {6, 5, 2, 0, 0, 0},
+                                .throughDataset = i % 2 == 0,
+                                .firstSerial = static_cast<std::uint32_t>(i + 1) * serialsOfOne,
+                                .seed = static_cast<std::uint32_t>(i)}));
     for (int i = writers; i < GetParam(); ++i)
         works.push_back([i, &readers](const ChildProcess::Link& link) {
             waitForAll(link);
@@ -316,12 +315,7 @@ TEST_P(ReadersAmongWriters, GetNoWrongAnswer) {
             return 0;
         });
     startTogether(works);
-    const auto each = static_cast<std::size_t>(longForm(2400, 40'000) / writers);
-    for (std::size_t i = 0; i < logs.size(); ++i)
-        while (logs[i]->acknowledged() < each && !logs[i]->isFull() && !children_[i]->hasEnded())
-            sched_yield();
-    for (const auto& log : logs)
-        log->stop();
+    awaitWriters(longForm(2400, 40'000));
     readers.stop();
     expectThatAllFinish();
     expectSound();

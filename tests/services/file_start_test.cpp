@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <system_error>
 
 #include "support/TemporaryFolder.h"
 
@@ -25,7 +26,10 @@ TEST(FileStart, IsAllOfAShortFileAndNoMoreThanAskedForOfALongOne) {
 TEST(FileStart, OfAHugeFileTakesNoMoreMemoryThanAskedFor) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a", "x");
-    std::filesystem::resize_file(path, std::uintmax_t{1} << 40);
+    std::error_code refused;
+    std::filesystem::resize_file(path, std::uintmax_t{1} << 40, refused);
+    if (refused)
+        GTEST_SKIP() << "no file of 1 TiB can be made here: " << refused.message();
     EXPECT_EQ(fileStart(path, 1), "x");
 }
 

@@ -13,7 +13,7 @@ std::uint16_t code(int key, const QString& text = {}, Qt::KeyboardModifiers modi
     return ambrel::keyCode(QKeyEvent(QEvent::KeyRelease, key, modifiers, text));
 }
 
-TEST(KeyMap, NamedKeys) {
+TEST(KeyMap, NamedKeysHaveTheirFixedCodes) {
     EXPECT_EQ(code(Qt::Key_Return), 13);
     EXPECT_EQ(code(Qt::Key_Enter, "\r", Qt::KeypadModifier), 13);
     EXPECT_EQ(code(Qt::Key_Escape), 27);
@@ -28,7 +28,7 @@ TEST(KeyMap, NamedKeys) {
     EXPECT_EQ(code(Qt::Key_Comma, ","), 188);
 }
 
-TEST(KeyMap, DigitsOfBothBlocks) {
+TEST(KeyMap, DigitsOfBothBlocksHaveTheSameCodes) {
     EXPECT_EQ(code(Qt::Key_0, "0"), 48);
     EXPECT_EQ(code(Qt::Key_9, "9"), 57);
     EXPECT_EQ(code(Qt::Key_5, "5", Qt::KeypadModifier), 53);
@@ -54,7 +54,7 @@ TEST(KeyMap, LetterTogetherWithCtrlIsKnownByItsKey) {
     EXPECT_EQ(code(Qt::Key_Ntilde, {}, Qt::AltModifier), 209);
 }
 
-TEST(KeyMap, KeysThatHaveNoCode) {
+TEST(KeyMap, OtherKeysHaveNoCode) {
     for (const int key : {Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Shift, Qt::Key_F1, Qt::Key_Home, Qt::Key_Left,
                           Qt::Key_Backspace, Qt::Key_Period, Qt::Key_Minus, Qt::Key_unknown})
         EXPECT_EQ(code(key), ambrel::key_code::none) << key;

@@ -148,11 +148,60 @@ TEST_F(Ruttb, TBPostWritesAnInsertAndMakesItCurrent) {
               (Names{"ARAVACA", "BARCELONA", "BILBAO", "MADRID", "SEVILLA", "VALENCIA"}));
 }
 
+TEST_F(Ruttb, TBPostWritesAnEdit) {
+    ASSERT_TRUE(TBBusca(*table, {{"NOMBRE", "SEVILLA"}}, exactSearch));
+    table->edit();
+    table->field("NOMBRE").setText("ALMERIA");
+    TBPost(*table);
+    EXPECT_EQ(names(*table).front(), "ALMERIA");
+}
+
+TEST_F(Ruttb, TBDeleteMakesTheNextRecordCurrentElseTheLast) {
+    ASSERT_TRUE(TBBusca(*table, {{"NOMBRE", "MADRID"}}, exactSearch));
+    TBDelete(*table);
+    EXPECT_EQ(name(), "SEVILLA");
+    table->last();
+    TBDelete(*table);
+    EXPECT_EQ(name(), "SEVILLA");
+    EXPECT_EQ(names(*table), (Names{"ARAVACA", "BARCELONA", "SEVILLA"}));
+}
+
+TEST_F(Ruttb, BloqueaActualIsRefusedWhileAnotherCursorHoldsTheRecord) {
+    const auto other = CreaTabla("DB", "MUNICIPI", "NOMBRE", false, openNow);
+    EXPECT_TRUE(BloqueaActual(*table));
+    EXPECT_FALSE(BloqueaActual(*other));
+    other->last();
+    EXPECT_TRUE(BloqueaActual(*other));
+}
+
+TEST_F(Ruttb, DesbloqueaAllReleasesEveryRecord) {
+    const auto other = CreaTabla("DB", "MUNICIPI", "NOMBRE", false, openNow);
+    EXPECT_TRUE(BloqueaActual(*table));
+    table->last();
+    EXPECT_TRUE(BloqueaActual(*table));
+    DesbloqueaAll(*table);
+    EXPECT_TRUE(BloqueaActual(*other));
+    other->last();
+    EXPECT_TRUE(BloqueaActual(*other));
+}
+
+TEST_F(Ruttb, CreaTablaOpensOnlyWhenAsked) {
+    EXPECT_TRUE(table->isOpen());
+    EXPECT_FALSE(CreaTabla("DB", "MUNICIPI", "NOMBRE", false, leaveClosed)->isOpen());
+}
+
+TEST_F(Ruttb, CreaTablaRaisesForATableThatIsNotThere) {
+    EXPECT_THROW(static_cast<void>(CreaTabla("DB", "NO_HAY.DBF", "NOMBRE", false, openNow)), dbase::Error);
+}
+
+// --- After a power cut
+
 /// The table as a power cut leaves it when the disk has got nothing but what was waited for.
 class RuttbPowerCut : public Ruttb {
 protected:
     ~RuttbPowerCut() override {
         dbase::setBootIdentity(boot_);
+        dbase::setDatabaseFolder("DISCO", {});
         Config.AsegurarEnDisco = true;
     }
     [[nodiscard]] Names namesAfterThePowerCut(const std::function<void()>& work) {
@@ -198,52 +247,6 @@ TEST_F(RuttbPowerCut, RowsStoredTogetherWaitForTheDiskAtTheirEnd) {
                   addTown();
               }).size(),
               5U);
-}
-
-TEST_F(Ruttb, TBPostWritesAnEdit) {
-    ASSERT_TRUE(TBBusca(*table, {{"NOMBRE", "SEVILLA"}}, exactSearch));
-    table->edit();
-    table->field("NOMBRE").setText("ALMERIA");
-    TBPost(*table);
-    EXPECT_EQ(names(*table).front(), "ALMERIA");
-}
-
-TEST_F(Ruttb, TBDeleteMakesTheNextRecordCurrentElseTheLast) {
-    ASSERT_TRUE(TBBusca(*table, {{"NOMBRE", "MADRID"}}, exactSearch));
-    TBDelete(*table);
-    EXPECT_EQ(name(), "SEVILLA");
-    table->last();
-    TBDelete(*table);
-    EXPECT_EQ(name(), "SEVILLA");
-    EXPECT_EQ(names(*table), (Names{"ARAVACA", "BARCELONA", "SEVILLA"}));
-}
-
-TEST_F(Ruttb, BloqueaActualIsRefusedWhileAnotherCursorHoldsTheRecord) {
-    const auto other = CreaTabla("DB", "MUNICIPI", "NOMBRE", false, openNow);
-    EXPECT_TRUE(BloqueaActual(*table));
-    EXPECT_FALSE(BloqueaActual(*other));
-    other->last();
-    EXPECT_TRUE(BloqueaActual(*other));
-}
-
-TEST_F(Ruttb, DesbloqueaAllReleasesEveryRecord) {
-    const auto other = CreaTabla("DB", "MUNICIPI", "NOMBRE", false, openNow);
-    EXPECT_TRUE(BloqueaActual(*table));
-    table->last();
-    EXPECT_TRUE(BloqueaActual(*table));
-    DesbloqueaAll(*table);
-    EXPECT_TRUE(BloqueaActual(*other));
-    other->last();
-    EXPECT_TRUE(BloqueaActual(*other));
-}
-
-TEST_F(Ruttb, CreaTablaOpensOnlyWhenAsked) {
-    EXPECT_TRUE(table->isOpen());
-    EXPECT_FALSE(CreaTabla("DB", "MUNICIPI", "NOMBRE", false, leaveClosed)->isOpen());
-}
-
-TEST_F(Ruttb, CreaTablaRaisesForATableThatIsNotThere) {
-    EXPECT_THROW(static_cast<void>(CreaTabla("DB", "NO_HAY.DBF", "NOMBRE", false, openNow)), dbase::Error);
 }
 
 } // namespace

@@ -88,7 +88,7 @@ TEST(FocusColour, AHostMayColourInItsOwnWay) {
     EXPECT_EQ(told, (std::vector<bool>{true, false}));
 }
 
-TEST(FocusColour, NoControlIsLeftAlone) {
+TEST(FocusColour, ANullControlDoesNoHarm) {
     TomaFocoControl(nullptr);
     DejaFocoControl(nullptr);
 }

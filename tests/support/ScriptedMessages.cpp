@@ -49,6 +49,17 @@ MessageAnswer ScriptedMessages::answer(const MessageBox& box) {
     return next.answer;
 }
 
+std::vector<MessageBox> boxesDuring(const std::function<void()>& action) {
+    std::vector<MessageBox> boxes;
+    const MessageShower before = setMessageShower([&](const MessageBox& box) {
+        boxes.push_back(box);
+        return MessageAnswer::Accept;
+    });
+    action();
+    setMessageShower(before);
+    return boxes;
+}
+
 void failOnUnexpectedMessages() {
     setMessageShower([](const MessageBox& box) {
         ADD_FAILURE() << "Unexpected box: " << describe(box);

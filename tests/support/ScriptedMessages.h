@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <deque>
+#include <functional>
 #include <vector>
 
 #include "services/MessageBox.h"
@@ -38,6 +39,10 @@ private:
     std::vector<MessageBox> shown_;
     MessageShower previous_;
 };
+
+/// The boxes that come while something is done, each answered by accepting it: for faults whose words are the
+/// engine's own.
+[[nodiscard]] std::vector<MessageBox> boxesDuring(const std::function<void()>& action);
 
 /// For a whole test program: a box that no ScriptedMessages answers fails the test and is not shown.
 void failOnUnexpectedMessages();

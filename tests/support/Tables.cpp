@@ -40,8 +40,9 @@ dbase::TagDefinition parseTag(const std::string& text) {
 }
 
 bool writeNumber(std::span<char> raw, const Column& column, const std::string& value) {
-    return column.decimals == 0 ? dbase::encodeInteger(raw, std::stoll(value))
-                                : dbase::encodeNumber(raw, std::stod(value), column.decimals);
+    return column.decimals == 0
+               ? dbase::encodeInteger(raw, std::stoll(value))
+               : dbase::encodeNumber(raw, dbase::decodeNumber(value).value(), column.decimals);
 }
 
 void writeValue(std::span<char> raw, const Column& column, const std::string& value) {

@@ -1,3 +1,4 @@
+// ambcp buscar: one record by its key.
 #include "AmbcpTest.h"
 
 namespace ambcp::test {
@@ -35,21 +36,23 @@ protected:
     static std::string row(const std::string& values) { return "PROV,VIA,NUM,ALTA\n" + values + "\n"; }
 };
 
-TEST_F(AmbcpBuscar, WholeKey) {
+TEST_F(AmbcpBuscar, AWholeKeyFindsItsRecord) {
     EXPECT_EQ(found({"VIA", "PROV=28", "VIA=Sol"}), row("28,Sol,3,2024-02-29"));
     EXPECT_EQ(found({"via", "via=Ñu", "prov=08"}), row("08,Ñu,10,"));
 }
 
-TEST_F(AmbcpBuscar, LeadingColumnsOfAKey) {
+TEST_F(AmbcpBuscar, LeadingColumnsOfAKeyFindTheFirstRecordThatHasThem) {
     EXPECT_EQ(found({"VIA", "PROV=28"}), row("28,Alba,20,1999-12-31"));
 }
 
-TEST_F(AmbcpBuscar, NumbersAndDates) {
+TEST_F(AmbcpBuscar, NumbersAndDatesAreKeysToo) {
     EXPECT_EQ(found({"NUM", "NUM=10"}), row("08,Ñu,10,"));
     EXPECT_EQ(found({"ALTA", "ALTA=2024-02-29"}), row("28,Sol,3,2024-02-29"));
 }
 
-TEST_F(AmbcpBuscar, KeyExpression) { EXPECT_EQ(found({"MAYUS", "VIA=sol"}), row("28,Sol,3,2024-02-29")); }
+TEST_F(AmbcpBuscar, AKeyExpressionIsEvaluated) {
+    EXPECT_EQ(found({"MAYUS", "VIA=sol"}), row("28,Sol,3,2024-02-29"));
+}
 
 TEST_F(AmbcpBuscar, NotFoundIsANegativeAnswer) {
     expectNothing({"VIA", "PROV=28", "VIA=So"});
@@ -62,7 +65,7 @@ TEST_F(AmbcpBuscar, NearestIsAtOrBehindTheKey) {
     EXPECT_EQ(found({"NUM", "NUM=20", "--cercana"}), row("28,Alba,20,1999-12-31"));
 }
 
-TEST_F(AmbcpBuscar, NothingBehindTheLastKey) { expectNothing({"NUM", "NUM=21", "--cercana"}); }
+TEST_F(AmbcpBuscar, NothingIsNearestBehindTheLastKey) { expectNothing({"NUM", "NUM=21", "--cercana"}); }
 
 TEST_F(AmbcpBuscar, UnknownColumnOrTagIsRefused) {
     expectRefusal({"VIA", "CALLE=Sol"}, "la tabla CALLES no tiene ninguna columna «CALLE»");

@@ -1,3 +1,4 @@
+// ambcp candados: whether locks work in a folder.
 #include "AmbcpTest.h"
 
 namespace ambcp::test {

@@ -1,3 +1,4 @@
+// ambcp cargar: rows of a CSV file into a table.
 #include "AmbcpTest.h"
 
 #include <filesystem>
@@ -24,7 +25,7 @@ protected:
     }
 };
 
-TEST_F(AmbcpCargar, RowsByColumnName) {
+TEST_F(AmbcpCargar, ColumnsAreKnownByTheirNames) {
     const Outcome run = load("tipo_via", "NOMBRE,CODIGO\nCALLE,CL\n\"AVENIDA, LA\",AV\n");
     EXPECT_EQ(run.exitCode, 0) << run.errors;
     EXPECT_EQ(run.output, "TIPO_VIA: 2 filas cargadas.\n");
@@ -32,7 +33,7 @@ TEST_F(AmbcpCargar, RowsByColumnName) {
               "CODIGO,NOMBRE,NOMBRE_CAT,CODPOSTAL\nAV,\"AVENIDA, LA\",,\nCL,CALLE,,\n");
 }
 
-TEST_F(AmbcpCargar, EveryKindOfColumn) {
+TEST_F(AmbcpCargar, EveryKindOfColumnIsFilled) {
     load("MUNICIPI", "NOMBRE,ENT_MENOR\nA CORUÑA,S\nB,0\nC,\n");
     EXPECT_EQ(done({"listar", ".", "MUNICIPI", "--filtro", "ENT_MENOR=True OR NOMBRE='B'"}),
               "COD_INE,CODPOSTAL,UNICO,CAPITAL,NOMBRE,COD_PROV,COD_MUN,COD_MUNMJ,ENT_MENOR,NOM_MUNICI\n"

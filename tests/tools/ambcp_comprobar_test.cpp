@@ -25,7 +25,7 @@ protected:
     }
 };
 
-TEST_F(AmbcpComprobar, SoundFolder) {
+TEST_F(AmbcpComprobar, ASoundFolderListsEachTableAsCorrect) {
     EXPECT_EQ(done({"comprobar", "."}), "MUNICIMJ: 0 registros, 1 tag: correcta\n"
                                         "MUNICIPI: 0 registros, 3 tags: correcta\n"
                                         "POSTAL: 0 registros, 3 tags: correcta\n"
@@ -33,7 +33,7 @@ TEST_F(AmbcpComprobar, SoundFolder) {
                                         "TIPO_VIA: 0 registros, 2 tags: correcta\n");
 }
 
-TEST_F(AmbcpComprobar, OneTable) {
+TEST_F(AmbcpComprobar, OneTableIsCheckedByItself) {
     EXPECT_EQ(done({"comprobar", ".", "provin"}), "PROVIN: 3 registros, 2 tags: correcta\n");
 }
 

@@ -1,3 +1,4 @@
+// ambcp crear: the five tables, empty or with the sample.
 #include "AmbcpTest.h"
 
 #include <algorithm>
@@ -14,7 +15,7 @@ class AmbcpCrear : public AmbcpTest {};
 
 constexpr const char* tables[] = {"MUNICIPI", "POSTAL", "PROVIN", "TIPO_VIA", "MUNICIMJ"};
 
-TEST_F(AmbcpCrear, FiveEmptyTables) {
+TEST_F(AmbcpCrear, MakesFiveEmptyTables) {
     done({"crear", "."});
     for (const std::string table : tables) {
         EXPECT_TRUE(fs::exists(folder / (table + ".DBF"))) << table;

@@ -1,3 +1,4 @@
+// ambcp direccion: an address resolved as the screens do.
 #include "AmbcpTest.h"
 
 namespace ambcp::test {

@@ -1,3 +1,4 @@
+// ambcp listar: a table as CSV.
 #include "AmbcpTest.h"
 
 #include "dbase/dataset.h"
@@ -35,7 +36,7 @@ protected:
     }
 };
 
-TEST_F(AmbcpListar, RecordOrderWithoutATag) {
+TEST_F(AmbcpListar, WithoutATagItIsTheOrderOfTheFile) {
     EXPECT_EQ(done({"listar", ".", "CALLES"}), "PROV,CAP,VIA,NUM,PRECIO,ALTA,SI\n"
                                                "28,0,sol,3,1.50,2024-02-29,True\n"
                                                "08,0,\"Ñu, \"\"A\"\"\",-10,,,False\n"
@@ -43,30 +44,30 @@ TEST_F(AmbcpListar, RecordOrderWithoutATag) {
                                                "28,9,Mar,,7.00,2001-01-01,True\n");
 }
 
-TEST_F(AmbcpListar, TagOrder) {
+TEST_F(AmbcpListar, WithATagItIsTheOrderOfTheTag) {
     EXPECT_EQ(vias({"--tag", "VIA"}), "ÑuAlbasolMar");
     EXPECT_EQ(vias({"--tag", "num"}), "ÑuMarsolAlba");
 }
 
-TEST_F(AmbcpListar, RecordNumbers) {
+TEST_F(AmbcpListar, RecordNumbersComeFirstWhenAskedFor) {
     EXPECT_EQ(done({"listar", ".", "CALLES", "--tag", "NUM", "--registro", "--max", "1"}),
               "_REG,PROV,CAP,VIA,NUM,PRECIO,ALTA,SI\n2,08,0,\"Ñu, \"\"A\"\"\",-10,,,False\n");
 }
 
-TEST_F(AmbcpListar, Filter) {
+TEST_F(AmbcpListar, AFilterHidesTheOtherRows) {
     EXPECT_EQ(vias({"--filtro", "NUM>=3 AND PROV='28'"}), "solAlba");
     EXPECT_EQ(vias({"--filtro", "SI=True", "--tag", "VIA"}), "solMar");
     EXPECT_EQ(vias({"--filtro", "VIA='Ñu, \"A\"'"}), "Ñu");
 }
 
-TEST_F(AmbcpListar, FromAKeySpreadOverTheColumnsOfTheTag) {
+TEST_F(AmbcpListar, BeginsAtAKeySpreadOverTheColumnsOfTheTag) {
     EXPECT_EQ(vias({"--tag", "VIA", "--desde", "28"}), "AlbasolMar");
     EXPECT_EQ(vias({"--tag", "VIA", "--desde", "280B"}), "solMar");
     EXPECT_EQ(vias({"--tag", "VIA", "--desde", "289Mar"}), "Mar");
     EXPECT_EQ(vias({"--tag", "VIA", "--desde", "280Á"}), "Mar");
 }
 
-TEST_F(AmbcpListar, FromANumberADateOrAnExpression) {
+TEST_F(AmbcpListar, BeginsAtANumberADateOrAnExpression) {
     EXPECT_EQ(vias({"--tag", "NUM", "--desde", "4"}), "Alba");
     EXPECT_EQ(vias({"--tag", "ALTA", "--desde", "2001-01-01"}), "MarsolÑu"); // blank dates stand last
     EXPECT_EQ(vias({"--tag", "MAYUS", "--desde", "mb"}), "solÑu");
@@ -81,7 +82,7 @@ TEST_F(AmbcpListar, FromAKeyInsideAFilter) {
     EXPECT_EQ(vias({"--tag", "VIA", "--desde", "280", "--filtro", "CAP='9'"}), "Mar");
 }
 
-TEST_F(AmbcpListar, AtMost) {
+TEST_F(AmbcpListar, EndsAfterTheMostRowsAskedFor) {
     EXPECT_EQ(vias({"--max", "2"}), "solÑu");
     EXPECT_EQ(vias({"--max", "0"}), "");
     EXPECT_EQ(vias({"--max", "99"}), "solÑuAlbaMar");
@@ -97,7 +98,7 @@ TEST_F(AmbcpListar, DeletedRecordsAreInvisible) {
     EXPECT_EQ(vias({"--tag", "VIA"}), "ÑuAlbaMar");
 }
 
-TEST_F(AmbcpListar, TableInAnotherCodePage) {
+TEST_F(AmbcpListar, ATableInAnotherCodePageIsListedInUtf8) {
     dbase::TableDefinition definition = defineTable("VIEJA", {"NOMBRE C6"}, {"NOMBRE"});
     definition.languageDriver = static_cast<dbase::LanguageDriver>(0x02);
     createTable(definition, {});
@@ -112,7 +113,7 @@ TEST_F(AmbcpListar, TableInAnotherCodePage) {
     EXPECT_EQ(done({"listar", ".", "VIEJA", "--tag", "NOMBRE", "--desde", "ñ"}), "NOMBRE\nñandú\n");
 }
 
-TEST_F(AmbcpListar, TableWithoutIndex) {
+TEST_F(AmbcpListar, ATableWithoutIndexHasNoTags) {
     createTable(defineTable("SUELTA", {"COD C3"}), {{"b"}, {"a"}});
     EXPECT_EQ(done({"listar", ".", "SUELTA"}), "COD\nb\na\n");
     EXPECT_EQ(refused({"listar", ".", "SUELTA", "--tag", "COD"}),

@@ -1,3 +1,4 @@
+// What ambcp says of itself, and of arguments that it does not understand.
 #include "AmbcpTest.h"
 
 namespace ambcp::test {
@@ -30,19 +31,19 @@ TEST_F(AmbcpUsage, HelpOfEachCommandHasNoEnglishWord) {
     }
 }
 
-TEST_F(AmbcpUsage, WithoutACommand) {
+TEST_F(AmbcpUsage, AMissingOrUnknownCommandIsRefused) {
     expectUsageError({}, "falta la orden, o no existe la que se da");
     expectUsageError({"borrar"}, "falta la orden, o no existe la que se da");
 }
 
-TEST_F(AmbcpUsage, MissingArguments) {
+TEST_F(AmbcpUsage, AMissingArgumentIsNamed) {
     expectUsageError({"crear"}, "falta DIR");
     expectUsageError({"listar", "."}, "falta TABLA");
     expectUsageError({"direccion", ".", "--via", "A", "--numero", "1"}, "falta --municipio");
     expectUsageError({"buscar", ".", "T", "TAG"}, "falta CAMPO=VALOR");
 }
 
-TEST_F(AmbcpUsage, WrongOptions) {
+TEST_F(AmbcpUsage, AWrongOptionIsNamed) {
     expectUsageError({"listar", ".", "T", "--nada"}, "sobra --nada");
     expectUsageError({"listar", ".", "T", "U"}, "sobra U");
     expectUsageError({"listar", ".", "T", "--tag"}, "--tag necesita un valor");

@@ -1,3 +1,4 @@
+// Texts as the bytes of a column.
 #include "tools/row_conversion.h"
 
 #include <gtest/gtest.h>

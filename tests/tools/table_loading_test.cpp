@@ -1,3 +1,4 @@
+// CSV into a table: all rows or none.
 #include "tools/table_loading.h"
 
 #include "dbase/dataset.h"

@@ -12,16 +12,34 @@
 
 namespace dbase::test {
 
-void ChildProcess::Link::tell() const {
-    const char byte = 1;
-    if (write(out_, &byte, 1) != 1)
+namespace {
+
+constexpr int raised = 200; // exit code of a child whose work raises
+
+} // namespace
+
+void ChildProcess::Link::tell() const { send({}); }
+
+void ChildProcess::Link::await() const { static_cast<void>(readByte()); }
+
+void ChildProcess::Link::send(const std::string& text) const {
+    const auto size = static_cast<ssize_t>(text.size() + 1); // its end is sent as well
+    if (write(out_, text.c_str(), text.size() + 1) != size)
         throw std::runtime_error("the other process is gone");
 }
 
-void ChildProcess::Link::await() const {
+std::string ChildProcess::Link::receive() const {
+    std::string text;
+    for (char byte = readByte(); byte != '\0'; byte = readByte())
+        text += byte;
+    return text;
+}
+
+char ChildProcess::Link::readByte() const {
     char byte = 0;
     if (read(in_, &byte, 1) != 1)
         throw std::runtime_error("the other process is gone");
+    return byte;
 }
 
 ChildProcess::ChildProcess(const std::function<int(const Link&)>& work) {
@@ -30,14 +48,15 @@ ChildProcess::ChildProcess(const std::function<int(const Link&)>& work) {
     if (pipe(down.data()) != 0 || pipe(up.data()) != 0)
         throw std::runtime_error("no pipe");
     pid_ = fork();
+    if (pid_ < 0)
+        throw std::runtime_error("no process");
     if (pid_ == 0) {
         close(down[1]);
         close(up[0]);
-        int code = 200;
+        int code = raised;
         try {
             code = work(Link(down[0], up[1]));
-        } catch (const std::exception&) {
-            code = 200;
+        } catch (const std::exception&) { // told by the exit code
         }
         ambrel::test::keepCoverage();
         _exit(code);

@@ -84,16 +84,6 @@ std::optional<std::string> foreignTables() {
     return *shared + "/fixtures/dbase-ajenos";
 }
 
-std::vector<std::string> foreignTableNames() {
-    std::vector<std::string> names;
-    if (const std::optional<std::string> folder = foreignTables())
-        for (const fs::directory_entry& entry : fs::directory_iterator(*folder))
-            if (entry.path().extension() == ".txt")
-                names.push_back(entry.path().stem().string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 Listing readListing(const std::string& file) {
     Listing listing;
     std::ifstream lines(file);

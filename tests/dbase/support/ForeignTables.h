@@ -37,9 +37,6 @@ struct Listing {
 [[nodiscard]] std::optional<std::string> sharedFolder();
 /// Folder of the foreign tables.
 [[nodiscard]] std::optional<std::string> foreignTables();
-/// Names of the tables with a listing, without extension.
-[[nodiscard]] std::vector<std::string> foreignTableNames();
-
 [[nodiscard]] Listing readListing(const std::string& file);
 
 /// Copies both files of a foreign table into a folder and returns the path of the .DBF.

@@ -16,8 +16,9 @@ namespace {
 
 std::string quoted(const std::string& text) { return '\'' + text + '\''; }
 
-/// What a command prints, errors included.
-std::string run(const std::string& command) {
+/// What perl prints, errors included; it complains of a locale that the machine lacks.
+std::string runPerlCommand(const std::string& arguments) {
+    const std::string command = "LC_ALL=C perl " + arguments;
     const auto close = [](std::FILE* file) { pclose(file); };
     const std::unique_ptr<std::FILE, decltype(close)> pipe(popen((command + " 2>&1").c_str(), "r"), close);
     if (!pipe)
@@ -39,19 +40,18 @@ bool hasPerlReader() {
 
 bool hasVerifier() { return hasPerlReader() && std::filesystem::exists(verifier()); }
 
-std::string verifierComplaint(const std::string& tableFile, bool isStrict, const std::string& listing) {
+std::string verifierComplaint(const std::string& tableFile, bool isStrict) {
     const std::string output =
-        run("perl " + quoted(verifier()) + (isStrict ? " --strict " : " ") +
-            (listing.empty() ? "" : "--listing " + quoted(listing) + ' ') + quoted(tableFile));
+        runPerlCommand(quoted(verifier()) + (isStrict ? " --strict " : " ") + quoted(tableFile));
     return output.starts_with("OK:") ? std::string() : output;
 }
 
 std::vector<std::string> runPerl(const std::string& script, const std::vector<std::string>& arguments) {
     const TemporaryFolder folder;
-    std::string command = "perl " + quoted(folder.write("script.pl", script));
+    std::string command = quoted(folder.write("script.pl", script));
     for (const std::string& argument : arguments)
         command += ' ' + quoted(argument);
-    std::istringstream output(run(command));
+    std::istringstream output(runPerlCommand(command));
     std::vector<std::string> lines;
     for (std::string line; std::getline(output, line);)
         lines.push_back(line);

@@ -9,8 +9,7 @@ namespace dbase::test {
 /// The page-by-page verifier of tables with their index.
 [[nodiscard]] bool hasVerifier();
 /// Its complaint; empty when it finds the table right.
-[[nodiscard]] std::string verifierComplaint(const std::string& tableFile, bool isStrict,
-                                            const std::string& listing = {});
+[[nodiscard]] std::string verifierComplaint(const std::string& tableFile, bool isStrict);
 
 /// Perl with the module DBD::XBase.
 [[nodiscard]] bool hasPerlReader();

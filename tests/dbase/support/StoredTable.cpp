@@ -110,6 +110,17 @@ std::string findingsOf(const CheckResult& result) {
 
 std::string findings(const std::string& tableFile) { return findingsOf(checkTable(tableFile)); }
 
+std::unique_ptr<ChildProcess> openInAnotherProcess(const std::string& tableFile) {
+    auto other = std::make_unique<ChildProcess>([&](const ChildProcess::Link& link) {
+        const auto table = Table::open(tableFile);
+        link.tell();
+        link.await();
+        return 0;
+    });
+    other->await();
+    return other;
+}
+
 Error errorOf(const std::function<void()>& operation) {
     try {
         operation();

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ChildProcess.h"
 #include "FaultyFile.h"
 #include "MemoryFile.h"
 #include "MemoryJournal.h"
@@ -41,6 +42,9 @@ void writeFile(const std::string& path, std::span<const char> bytes);
 /// The findings, one a line; empty when the table is sound.
 [[nodiscard]] std::string findingsOf(const CheckResult& result);
 [[nodiscard]] std::string findings(const std::string& tableFile);
+
+/// Another process that has a table open, from now on and until it is told.
+[[nodiscard]] std::unique_ptr<ChildProcess> openInAnotherProcess(const std::string& tableFile);
 
 /// What the operation raises. Fails the test when it raises nothing.
 [[nodiscard]] Error errorOf(const std::function<void()>& operation);

@@ -1,10 +1,11 @@
 // What a dataset on a table ought to show: the rules of moving, seeking and filtering in their plainest form.
 #pragma once
 
-#include "table_model.h"
+#include "support/TableModel.h"
 
 namespace ambrel::test {
 
+/// Shows rows of a TableModel, which has to outlive it.
 class CursorModel {
 public:
     using Filter = std::function<bool(const ModelRow&)>;

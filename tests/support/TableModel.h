@@ -111,6 +111,11 @@ public:
         return record != 0 && record <= rows_.size() && !row(record).isDeleted;
     }
     [[nodiscard]] const std::vector<ModelOrder>& orders() const { return orders_; }
+    /// Of a tag that there is.
+    [[nodiscard]] const ModelOrder& order(std::string_view tag) const {
+        return *std::ranges::find_if(orders_,
+                                     [&](const ModelOrder& order) { return order.tag().name == tag; });
+    }
 
     RecordNumber append(const ModelRow& added) {
         rows_.push_back(added);

@@ -1,5 +1,5 @@
-// The table of the random operations: its columns and tags, the model's view of them, and random rows and
-// keys.
+// The table that tests work on at random, MODELO: its columns and tags, the model's view of them, and random
+// rows and keys.
 #pragma once
 
 #include <random>
@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "dbase/dataset_types.h"
+#include "dbase/dataset.h"
 #include "dbase/table_definition.h"
-#include "table_model.h"
+#include "support/TableModel.h"
 
 namespace ambrel::test {
 
@@ -27,6 +27,8 @@ struct ModelShape {
 
 /// A row's values in the order of the columns, as fields tell them.
 [[nodiscard]] std::vector<std::string> textsOf(const ModelRow& row);
+/// Into the row that is pending.
+void setFields(dbase::Dataset& table, const ModelRow& row);
 
 struct NamedFilter {
     const char* text;
@@ -34,6 +36,7 @@ struct NamedFilter {
 };
 [[nodiscard]] const std::vector<NamedFilter>& modelFilters();
 
+/// What is drawn at random; the same from the same seed.
 class Chance {
 public:
     explicit Chance(unsigned seed) : random_(seed) {}

@@ -1,4 +1,4 @@
-#include "model_rows.h"
+#include "support/ModelRows.h"
 
 #include "support/Tables.h"
 
@@ -61,6 +61,14 @@ std::vector<ModelTag> modelTags(const ModelShape& shape) {
 
 std::vector<std::string> textsOf(const ModelRow& row) {
     return {row.code, row.name, row.number ? std::to_string(*row.number) : "", row.day, row.kind};
+}
+
+void setFields(dbase::Dataset& table, const ModelRow& row) {
+    const std::vector<std::string> texts = textsOf(row);
+    const std::vector<dbase::Field*> fields = table.fields();
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        fields[i]->setText(texts[i]);
+    }
 }
 
 const std::vector<NamedFilter>& modelFilters() {

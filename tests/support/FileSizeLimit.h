@@ -1,0 +1,34 @@
+// A disk that is full for whatever would make a file too large.
+#pragma once
+
+#include <csignal>
+#include <stdexcept>
+
+#include <sys/resource.h>
+
+namespace ambrel::test {
+
+/// While it lives, no file of this process grows beyond a size; what would is refused as by a full disk.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        handler_ = std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{bytes, before_.rlim_max};
+        if (setrlimit(RLIMIT_FSIZE, &limit) != 0) {
+            throw std::runtime_error("the size of files cannot be limited");
+        }
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, handler_);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit before_ = {};
+    void (*handler_)(int) = nullptr;
+};
+
+} // namespace ambrel::test
