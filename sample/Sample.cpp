@@ -14,13 +14,12 @@ namespace ambrel {
 namespace {
 
 void loadSample(const std::string& name, const std::string& tableFile) {
-    for (const SampleFile& file : sampleFiles()) {
-        if (file.table == name) {
-            const std::string_view text(reinterpret_cast<const char*>(file.csv.data()), file.csv.size());
-            ambcp::CsvReader csv(ambcp::textSource(text), name + ".csv");
+    const std::string csvName = name + ".csv";
+    for (const SampleFile& file : tableFiles())
+        if (file.name == csvName) {
+            ambcp::CsvReader csv(ambcp::textSource(file.text()), csvName);
             ambcp::loadCsv(csv, tableFile, dbase::BulkLoader::Mode::Append);
         }
-    }
 }
 
 /// A municipality file as programs of other systems write it: Windows-1252, lines ended by CR LF.
@@ -33,14 +32,13 @@ std::string asMunicipalityFile(std::string_view utf8) {
 }
 
 void writePostales(const std::filesystem::path& folder, dbase::IfExists ifExists) {
-    for (const PostalesFile& file : postalesFiles()) {
+    for (const SampleFile& file : postalesFiles()) {
         const std::filesystem::path path = folder / file.name;
         std::filesystem::create_directories(path.parent_path());
         if (ifExists == dbase::IfExists::Refuse && std::filesystem::exists(path))
             continue;
-        const std::string_view utf8(reinterpret_cast<const char*>(file.utf8.data()), file.utf8.size());
         std::ofstream stream(path, std::ios::binary);
-        stream << (path.extension() == ".dat" ? asMunicipalityFile(utf8) : std::string(utf8));
+        stream << (path.extension() == ".dat" ? asMunicipalityFile(file.text()) : std::string(file.text()));
         stream.close();
         if (!stream)
             throw std::runtime_error("no se puede escribir «" + path.string() + "»");

@@ -1,4 +1,4 @@
-// The files of this folder, compiled in; EmbedCsv.cmake and EmbedPostales.cmake write the definitions.
+// The files of this folder, compiled in; EmbedFiles.cmake writes the definitions.
 #pragma once
 
 #include <span>
@@ -6,19 +6,19 @@
 
 namespace ambrel {
 
+/// UTF-8, its name too.
 struct SampleFile {
-    std::string_view table; // its name
-    std::span<const unsigned char> csv;
+    std::string_view name;
+    std::span<const unsigned char> bytes;
+
+    [[nodiscard]] std::string_view text() const {
+        return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+    }
 };
 
-[[nodiscard]] std::span<const SampleFile> sampleFiles();
-
-/// A file of the folder POSTALES.
-struct PostalesFile {
-    std::string_view name; // UTF-8, with its folder: "LA RIOJA/ALFARO.xml"
-    std::span<const unsigned char> utf8;
-};
-
-[[nodiscard]] std::span<const PostalesFile> postalesFiles();
+/// The tables: "MUNICIPI.csv" and so on.
+[[nodiscard]] std::span<const SampleFile> tableFiles();
+/// What the folder POSTALES holds, each with its folder: "LA RIOJA/ALFARO.xml".
+[[nodiscard]] std::span<const SampleFile> postalesFiles();
 
 } // namespace ambrel

@@ -4,12 +4,13 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/spanish_help.h"
+
 namespace ambcp {
 
 namespace {
 
 constexpr const char* folderHelp = "Carpeta de las tablas";
-constexpr const char* optionGroup = "Opciones";
 constexpr const char* tableHelp = "Tabla, con o sin .DBF";
 
 /// A minus would be read as a very large number.
@@ -24,7 +25,7 @@ CLI::App& addCommand(CLI::App& app, Command& chosen, const char* name, const cha
                      const std::shared_ptr<Options>& options, ExitCode (*run)(const Options&)) {
     CLI::App* command = app.add_subcommand(name, description);
     command->group("Órdenes");
-    command->set_help_flag("-h,--help", "Muestra esta ayuda")->group(optionGroup);
+    addHelpOption(*command);
     command->callback([&chosen, options, run] { chosen = [options, run] { return run(*options); }; });
     return *command;
 }
@@ -101,18 +102,11 @@ void defineAddress(CLI::App& app, Command& chosen) {
     offerText(command, "--numero", options->number, "N", "Número de la casa")->required();
 }
 
-void defineCheck(CLI::App& app, Command& chosen) {
+/// An order that works on one table, or on all of the folder.
+void defineForTables(CLI::App& app, Command& chosen, const char* name, const char* description,
+                     ExitCode (*run)(const TablesOptions&)) {
     const auto options = std::make_shared<TablesOptions>();
-    CLI::App& command = addCommand(app, chosen, "comprobar", "Comprueba tablas e índices sin cambiar nada",
-                                   options, comprobar);
-    requireText(command, "DIR", options->folder, folderHelp);
-    offerText(command, "TABLA", options->table, "", "Sólo esta tabla");
-}
-
-void defineReindex(CLI::App& app, Command& chosen) {
-    const auto options = std::make_shared<TablesOptions>();
-    CLI::App& command = addCommand(app, chosen, "reindexar", "Rehace los índices a partir de los registros",
-                                   options, reindexar);
+    CLI::App& command = addCommand(app, chosen, name, description, options, run);
     requireText(command, "DIR", options->folder, folderHelp);
     offerText(command, "TABLA", options->table, "", "Sólo esta tabla");
 }
@@ -124,20 +118,6 @@ void defineLocks(CLI::App& app, Command& chosen) {
     requireText(command, "DIR", options->folder, "Carpeta en la que están, o estarán, las tablas");
     command.footer(
         "Lo prueba entre dos procesos de este puesto; en una unidad de red, ejecútelo en cada uno.");
-}
-
-/// The labels and headings that subcommands then inherit.
-void speakSpanish(CLI::App& app) {
-    const auto formatter = std::make_shared<CLI::Formatter>();
-    formatter->label("Usage", "Uso");
-    formatter->label("OPTIONS", "OPCIONES");
-    formatter->label("Positionals", "Argumentos");
-    formatter->label("SUBCOMMAND", "ORDEN");
-    formatter->label("REQUIRED", "(obligatorio)");
-    formatter->label("Needs", "con");
-    app.formatter(formatter);
-    app.option_defaults()->group(optionGroup);
-    app.set_help_flag("-h,--help", "Muestra esta ayuda")->group(optionGroup);
 }
 
 } // namespace
@@ -152,8 +132,8 @@ void defineCommands(CLI::App& app, Command& chosen) {
     defineList(app, chosen);
     defineFind(app, chosen);
     defineAddress(app, chosen);
-    defineCheck(app, chosen);
-    defineReindex(app, chosen);
+    defineForTables(app, chosen, "comprobar", "Comprueba tablas e índices sin cambiar nada", comprobar);
+    defineForTables(app, chosen, "reindexar", "Rehace los índices a partir de los registros", reindexar);
     defineLocks(app, chosen);
     // Last: a footer given before would be every subcommand's, too.
     app.footer("«ambcp ORDEN --help» explica cada orden.\n"

@@ -15,9 +15,11 @@ std::vector<CsvRow> csvRows(ambcp::CsvSource source, const std::string& name) {
                 columns.emplace_back(field.text);
             continue;
         }
+        if (csv.fields().size() > columns.size())
+            throw ambcp::CsvError(name, csv.line(), 1, "la fila tiene más valores que columnas la cabecera");
         CsvRow& row = rows.emplace_back();
         for (std::size_t i = 0; i < csv.fields().size(); ++i)
-            row[columns.at(i)] = csv.fields()[i].text;
+            row[columns[i]] = csv.fields()[i].text;
     }
     return rows;
 }

@@ -11,7 +11,8 @@ namespace callejero {
 
 using CsvRow = std::map<std::string, std::string>; // value by column
 
-/// All rows. Errors: ambcp::CsvError; std::out_of_range for a row with more values than columns.
+/// All rows; a row that is too short lacks its last columns. Errors: ambcp::CsvError, also for a row with
+/// more values than the first line has names.
 [[nodiscard]] std::vector<CsvRow> csvRows(ambcp::CsvSource source, const std::string& name);
 
 } // namespace callejero

@@ -21,6 +21,7 @@ namespace fs = std::filesystem;
 constexpr const char* provinceList = "provincias.xml";
 constexpr const char* municipalityList = "municipios.xml";
 constexpr const char* answerSuffix = ".xml";
+constexpr const char* indexFile = "indice.csv";
 
 std::optional<std::string> contentOf(const fs::path& file) {
     std::error_code failure;
@@ -153,9 +154,18 @@ private:
     }
 
     void readIndex() {
-        if (const auto text = contentOf(folder_ / "vias" / "indice.csv"))
-            for (const CsvRow& row : csvRows(ambcp::textSource(*text), "indice.csv"))
-                files_[{row.at("provincia"), row.at("municipio")}] = row.at("fichero");
+        const auto text = contentOf(folder_ / "vias" / indexFile);
+        if (!text)
+            return;
+        const auto value = [](const CsvRow& row, const char* column) {
+            const auto found = row.find(column);
+            if (found == row.end())
+                throw std::runtime_error(std::string(indexFile) + ": falta un valor de la columna «" +
+                                         column + "»");
+            return found->second;
+        };
+        for (const CsvRow& row : csvRows(ambcp::textSource(*text), indexFile))
+            files_[{value(row, "provincia"), value(row, "municipio")}] = value(row, "fichero");
     }
 
     fs::path folder_;

@@ -19,11 +19,10 @@ constexpr std::size_t streetWidth = 25;
 constexpr std::array<std::string_view, 4> provincesWithCadastre{"01", "20", "31", "48"};
 
 std::vector<CsvRow> rowsOf(std::string_view table) {
-    for (const ambrel::SampleFile& file : ambrel::sampleFiles())
-        if (file.table == table)
-            return csvRows(
-                ambcp::textSource({reinterpret_cast<const char*>(file.csv.data()), file.csv.size()}),
-                std::string(table));
+    const std::string name = std::string(table) + ".csv";
+    for (const ambrel::SampleFile& file : ambrel::tableFiles())
+        if (file.name == name)
+            return csvRows(ambcp::textSource(file.text()), name);
     return {};
 }
 

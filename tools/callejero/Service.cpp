@@ -3,9 +3,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <memory>
-#include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include <sys/socket.h>
 #include <unistd.h>
@@ -21,7 +20,6 @@ constexpr const char* plainType = "text/plain; charset=utf-8";
 constexpr int badRequest = 400, notFound = 404, serverFailure = 500;
 constexpr std::size_t largestRequest = std::size_t{1} << 20;
 constexpr std::size_t hugeSize = std::size_t{1} << 30;
-constexpr std::chrono::milliseconds lookInterval{50};
 
 /// The library's own choice would let two servers share a port.
 void reuseAddress(socket_t socket) {
@@ -57,22 +55,6 @@ const std::string& ballast() {
     return blanks;
 }
 
-void sendHuge(httplib::Response& response) {
-    response.set_content_provider(hugeSize, answerType,
-                                  [](std::size_t, std::size_t left, httplib::DataSink& sink) {
-                                      return sink.write(ballast().data(), std::min(left, ballast().size()));
-                                  });
-}
-
-void sendHugeChunked(httplib::Response& response) {
-    response.set_chunked_content_provider(answerType, [](std::size_t sent, httplib::DataSink& sink) {
-        if (sent < hugeSize)
-            return sink.write(ballast().data(), ballast().size());
-        sink.done();
-        return true;
-    });
-}
-
 } // namespace
 
 void Listener::hangUp() {
@@ -102,8 +84,8 @@ bool Listener::process_and_close_socket(socket_t socket) {
     return isDone;
 }
 
-Server::Service::Service(std::unique_ptr<const Directory> directory, int port, Log log)
-    : directory_(std::move(directory)), log_(std::move(log)) {
+Service::Service(std::unique_ptr<const Directory> directory, int port, Conduct& conduct)
+    : directory_(std::move(directory)), conduct_(conduct) {
     listener_.set_socket_options(reuseAddress);
     listener_.set_payload_max_length(largestRequest);
     listener_.Post(".*", [this](const httplib::Request& request, httplib::Response& response) {
@@ -117,55 +99,17 @@ Server::Service::Service(std::unique_ptr<const Directory> directory, int port, L
         std::this_thread::yield();
 }
 
-void Server::Service::stop() {
-    {
-        const std::lock_guard lock(mutex_);
-        isStopping_ = true;
-    }
-    changed_.notify_all();
+void Service::stop() {
+    conduct_.end();
     listener_.stop();
     listener_.hangUp();
     if (thread_.joinable())
         thread_.join();
 }
 
-void Server::Service::addFault(const FaultRule& rule) {
-    const std::lock_guard lock(mutex_);
-    faults_.push_back(rule);
-}
-
-void Server::Service::clearFaults() {
-    const std::lock_guard lock(mutex_);
-    faults_.clear();
-}
-
-void Server::Service::release() {
-    {
-        const std::lock_guard lock(mutex_);
-        ++releases_;
-    }
-    changed_.notify_all();
-}
-
-void Server::Service::setDelay(std::chrono::milliseconds delay) {
-    const std::lock_guard lock(mutex_);
-    delay_ = delay;
-}
-
-std::vector<Request> Server::Service::requests() const {
-    const std::lock_guard lock(mutex_);
-    return requests_;
-}
-
-std::vector<std::string> Server::Service::complaints() const {
-    const std::lock_guard lock(mutex_);
-    return complaints_;
-}
-
-void Server::Service::serve(const httplib::Request& request, httplib::Response& response) {
+void Service::serve(const httplib::Request& request, httplib::Response& response) {
     if (!isServicePath(request.path)) {
-        complain("no hay nada en " + request.path, response);
-        response.status = notFound;
+        refuse("no hay nada en " + request.path, notFound, response);
         return;
     }
     try {
@@ -174,37 +118,21 @@ void Server::Service::serve(const httplib::Request& request, httplib::Response& 
         const Request read = readRequest({.contentType = request.get_header_value("Content-Type"),
                                           .soapAction = request.get_header_value("SOAPAction"),
                                           .body = request.body});
-        const Noted noted = note(read);
-        takeTime();
+        const Conduct::Noted noted = conduct_.note(read);
+        conduct_.takeTime();
         answer(read, noted, response);
     } catch (const WrongRequest& wrong) {
-        complain(wrong.what(), response);
+        refuse(wrong.what(), badRequest, response);
     }
 }
 
-void Server::Service::complain(const std::string& reason, httplib::Response& response) {
-    const std::lock_guard lock(mutex_);
-    complaints_.push_back(reason);
-    if (log_)
-        log_("petición incorrecta: " + reason);
-    response.status = badRequest;
+void Service::refuse(const std::string& reason, int status, httplib::Response& response) {
+    conduct_.complain(reason);
+    response.status = status;
     response.set_content(reason + "\n", plainType);
 }
 
-Server::Service::Noted Server::Service::note(const Request& request) {
-    const std::lock_guard lock(mutex_);
-    requests_.push_back(request);
-    if (log_)
-        log_(nameOf(request.operation) + " «" + request.province + "» «" + request.municipality + "»");
-    const auto applies = [&request](const FaultRule& rule) {
-        return rule.operation.value_or(request.operation) == request.operation &&
-               (rule.name.empty() || rule.name == request.province || rule.name == request.municipality);
-    };
-    const auto found = std::find_if(faults_.rbegin(), faults_.rend(), applies);
-    return {.fault = found == faults_.rend() ? Fault::None : found->fault, .releases = releases_};
-}
-
-std::string Server::Service::answerText(const Request& request) const {
+std::string Service::answerText(const Request& request) const {
     const Operation operation = request.operation;
     if (operation == Operation::Provinces)
         return directory_->provinces();
@@ -217,21 +145,12 @@ std::string Server::Service::answerText(const Request& request) const {
     return directory_->streets(request.province, request.municipality);
 }
 
-void Server::Service::takeTime() {
-    std::unique_lock lock(mutex_);
-    changed_.wait_for(lock, delay_, [this] { return isStopping_; });
+/// Until release(), the service's end or the peer's; false when the service ends.
+bool Service::hold(unsigned releases) {
+    return conduct_.hold(releases, [] { return Connection::current().peerIsThere(); });
 }
 
-/// Until release(), the server's end or the peer's; false when the server ends.
-bool Server::Service::hold(unsigned releases) {
-    std::unique_lock lock(mutex_);
-    const auto goesOn = [this, releases] { return isStopping_ || releases_ != releases; };
-    while (!changed_.wait_for(lock, lookInterval, goesOn) && Connection::current().peerIsThere())
-        continue;
-    return !isStopping_;
-}
-
-void Server::Service::stallMidway(const std::string& text, unsigned releases, httplib::Response& response) {
+void Service::stallMidway(const std::string& text, unsigned releases, httplib::Response& response) {
     response.set_content_provider(
         text.size(), answerType,
         [this, text, releases](std::size_t at, std::size_t left, httplib::DataSink& sink) {
@@ -241,7 +160,30 @@ void Server::Service::stallMidway(const std::string& text, unsigned releases, ht
         });
 }
 
-void Server::Service::answer(const Request& request, const Noted& noted, httplib::Response& response) {
+bool Service::sendBallast(std::size_t size, httplib::DataSink& sink) {
+    const std::size_t sent = std::min(size, ballast().size());
+    if (!sink.write(ballast().data(), sent))
+        return false;
+    conduct_.countHuge(sent);
+    return true;
+}
+
+void Service::sendHuge(httplib::Response& response) {
+    response.set_content_provider(
+        hugeSize, answerType,
+        [this](std::size_t, std::size_t left, httplib::DataSink& sink) { return sendBallast(left, sink); });
+}
+
+void Service::sendHugeChunked(httplib::Response& response) {
+    response.set_chunked_content_provider(answerType, [this](std::size_t sent, httplib::DataSink& sink) {
+        if (sent < hugeSize)
+            return sendBallast(hugeSize - sent, sink);
+        sink.done();
+        return true;
+    });
+}
+
+void Service::answer(const Request& request, const Conduct::Noted& noted, httplib::Response& response) {
     if (!request.isXml()) {
         response.status = serverFailure;
         response.set_content(soapFault("La petición no es un documento XML."), answerType);

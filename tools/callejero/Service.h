@@ -1,14 +1,16 @@
-// The simulated service's inside: listening, and what becomes of a request.
+// Listening, and the answer that each request gets.
 #pragma once
 
-#include <condition_variable>
+#include <memory>
 #include <mutex>
 #include <set>
+#include <string>
 #include <thread>
 
 #include <httplib.h>
 
-#include "tools/callejero/Server.h"
+#include "tools/callejero/Conduct.h"
+#include "tools/callejero/Directory.h"
 
 namespace callejero {
 
@@ -26,49 +28,33 @@ private:
     bool isHungUp_ = false;
 };
 
-class Server::Service {
+/// Answers out of a directory as its conduct, which must outlive it, says.
+class Service {
 public:
-    Service(std::unique_ptr<const Directory> directory, int port, Log log);
+    /// Port 0 is any free one. Errors: std::runtime_error (Spanish) when it cannot be had.
+    Service(std::unique_ptr<const Directory> directory, int port, Conduct& conduct);
     ~Service() { stop(); }
     Service(const Service&) = delete;
     Service& operator=(const Service&) = delete;
 
     [[nodiscard]] int port() const { return port_; }
-    void addFault(const FaultRule& rule);
-    void clearFaults();
-    void release();
-    void setDelay(std::chrono::milliseconds delay);
-    [[nodiscard]] std::vector<Request> requests() const;
-    [[nodiscard]] std::vector<std::string> complaints() const;
     void stop();
 
 private:
     void serve(const httplib::Request& request, httplib::Response& response);
-    void complain(const std::string& reason, httplib::Response& response);
-    /// What is on a request, and how often answers had been let go when it came.
-    struct Noted {
-        Fault fault;
-        unsigned releases;
-    };
-    void answer(const Request& request, const Noted& noted, httplib::Response& response);
-    void stallMidway(const std::string& text, unsigned releases, httplib::Response& response);
-    [[nodiscard]] Noted note(const Request& request);
+    void refuse(const std::string& reason, int status, httplib::Response& response);
+    void answer(const Request& request, const Conduct::Noted& noted, httplib::Response& response);
     [[nodiscard]] std::string answerText(const Request& request) const;
-    void takeTime();
+    void stallMidway(const std::string& text, unsigned releases, httplib::Response& response);
+    void sendHuge(httplib::Response& response);
+    void sendHugeChunked(httplib::Response& response);
+    [[nodiscard]] bool sendBallast(std::size_t size, httplib::DataSink& sink);
     [[nodiscard]] bool hold(unsigned releases);
 
     std::unique_ptr<const Directory> directory_;
-    Log log_;
+    Conduct& conduct_;
     Listener listener_;
     int port_ = 0;
-    mutable std::mutex mutex_; // for all that follows
-    std::condition_variable changed_;
-    std::vector<FaultRule> faults_;
-    std::vector<Request> requests_;
-    std::vector<std::string> complaints_;
-    std::chrono::milliseconds delay_{0};
-    unsigned releases_ = 0;
-    bool isStopping_ = false;
     std::thread thread_;
 };
 

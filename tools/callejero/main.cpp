@@ -3,13 +3,13 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "tools/callejero/Server.h"
+#include "tools/spanish_help.h"
 #include "tools/usage_errors.h"
 
 namespace {
@@ -21,7 +21,10 @@ struct Options {
     int delayMs = 0;
 };
 
-/// Whole numbers from 0, as CLI11 itself says it in English only.
+constexpr int largestPort = 65'535;
+constexpr int longestDelayMs = 600'000;
+
+/// Whole numbers from 0; the library's own check speaks English, in the help too.
 CLI::Validator upTo(int largest) {
     const auto check = [largest](const std::string& text) {
         int value = -1;
@@ -34,26 +37,17 @@ CLI::Validator upTo(int largest) {
 }
 
 void define(CLI::App& app, Options& options) {
-    const char* const group = "Opciones";
-    const auto formatter = std::make_shared<CLI::Formatter>();
-    formatter->label("Usage", "Uso");
-    formatter->label("OPTIONS", "OPCIONES");
-    app.formatter(formatter);
-    app.set_help_flag("-h,--help", "Muestra esta ayuda")->group(group);
+    ambcp::speakSpanish(app);
     app.add_option("--carpeta", options.folder, "Respuestas que se sirven; sin ella, las de la muestra")
-        ->type_name("DIR")
-        ->group(group);
+        ->type_name("DIR");
     app.add_option("--puerto", options.port, "Puerto; 0, uno cualquiera que esté libre")
         ->type_name("N")
-        ->check(CLI::Range(0, 65535))
-        ->group(group);
+        ->check(upTo(largestPort));
     app.add_option("--espera", options.delayMs, "Milisegundos que tarda cada respuesta")
         ->type_name("MS")
-        ->check(upTo(600'000))
-        ->group(group);
+        ->check(upTo(longestDelayMs));
     app.add_option("--falla", options.faults, "Operación que falla, y cómo")
-        ->type_name("OPERACIÓN[:NOMBRE]=MODO")
-        ->group(group);
+        ->type_name("OPERACIÓN[:NOMBRE]=MODO");
     app.footer("OPERACIÓN: ConsultaProvincia, ConsultaMunicipio, ConsultaVia, todo.\n"
                "NOMBRE: solo con esta provincia o este municipio.\nMODO: " +
                callejero::faultNames() + ".");

@@ -1,0 +1,75 @@
+// How the simulated service behaves, and what it was asked.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "tools/callejero/Fault.h"
+#include "tools/callejero/Request.h"
+
+namespace callejero {
+
+/// Shared by whoever tells the service what to do and by the threads that answer: everything may be called
+/// from any thread.
+class Conduct {
+public:
+    /// Is given a line for each request, one at a time.
+    using Log = std::function<void(const std::string&)>;
+
+    explicit Conduct(Log log);
+
+    /// Misbehaves from now on in this operation, for this province or municipality (empty: all). A later rule
+    /// goes before an earlier one; Fault::None makes well again.
+    void setFault(Operation operation, Fault fault, const std::string& name = {});
+    void addFault(const FaultRule& rule);
+    void clearFaults();
+    /// Lets all answers go on that a fault holds, to the requests that came until now.
+    void release();
+    /// Time that each answer takes.
+    void setDelay(std::chrono::milliseconds delay);
+
+    /// What was asked, in order, misbehaviour or not.
+    [[nodiscard]] std::vector<Request> requests() const;
+    /// What was wrong with the requests that were not written as they must be; each got a status 400.
+    [[nodiscard]] std::vector<std::string> complaints() const;
+    /// How many bytes of all huge answers could be sent before the client hung up.
+    [[nodiscard]] std::size_t sentOfHuge() const { return sentOfHuge_; }
+
+private:
+    friend class Service; // calls what follows
+
+    /// What is on a request, and how often answers had been let go when it came.
+    struct Noted {
+        Fault fault;
+        unsigned releases;
+    };
+    [[nodiscard]] Noted note(const Request& request);
+    void complain(const std::string& reason);
+    /// Waits as long as an answer takes.
+    void takeTime();
+    /// Waits until release(), the service's end, or until nobody wants the answer any more; false when the
+    /// service ends.
+    [[nodiscard]] bool hold(unsigned releases, const std::function<bool()>& isWanted);
+    /// Nobody waits any more.
+    void end();
+    void countHuge(std::size_t bytes) { sentOfHuge_ += bytes; }
+
+    Log log_;
+    std::atomic<std::size_t> sentOfHuge_ = 0;
+    mutable std::mutex mutex_; // for all that follows
+    std::condition_variable changed_;
+    std::vector<FaultRule> faults_;
+    std::vector<Request> requests_;
+    std::vector<std::string> complaints_;
+    std::chrono::milliseconds delay_{0};
+    unsigned releases_ = 0;
+    bool isEnding_ = false;
+};
+
+} // namespace callejero
