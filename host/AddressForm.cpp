@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace host {
@@ -50,7 +51,7 @@ QLineEdit* AddressForm::addBox(const BoxDetails& details, const Place& place) {
     line->setSpacing(6);
     line->addWidget(box, 1);
     if (details.listButton)
-        line->addWidget(listButton(details));
+        line->addWidget(listButton(details, box));
     if (details.hasMark) {
         auto* mark = new ValidationMark(box, details.kind, this);
         mark->setObjectName(QStringLiteral("Marca") + QLatin1String(details.objectName + 1));
@@ -65,7 +66,7 @@ QLineEdit* AddressForm::addBox(const BoxDetails& details, const Place& place) {
 }
 
 /// No stop of the Tab key: the box itself opens the list with F4.
-QWidget* AddressForm::listButton(const BoxDetails& details) {
+QWidget* AddressForm::listButton(const BoxDetails& details, QLineEdit* box) {
     auto* button = new QPushButton(QStringLiteral("…"), this);
     button->setObjectName(QLatin1String(details.listButton));
     button->setProperty("list", true); // for its look
@@ -73,6 +74,10 @@ QWidget* AddressForm::listButton(const BoxDetails& details) {
     button->setAutoDefault(false);
     button->setAccessibleName(tr("Lista: %1").arg(QString(details.label).remove(QLatin1Char('&'))));
     button->setToolTip(tr("Ver la lista (F4)"));
+    const auto wantList = [this, box] { emit listWanted(box); };
+    connect(button, &QPushButton::clicked, this, wantList);
+    connect(new QShortcut(Qt::Key_F4, box, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated, this,
+            wantList);
     return button;
 }
 

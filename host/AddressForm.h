@@ -23,14 +23,18 @@ struct AddressBoxes {
     QLineEdit* postalCode = nullptr;
 };
 
-/// Lays the boxes out; knows neither tables nor what validates them. A box's Tag says whether its text is
-/// validated.
+/// Lays the boxes out; knows neither tables, nor lists, nor what validates a text. A box's Tag says whether
+/// its text is validated.
 class AddressForm : public QWidget {
     Q_OBJECT
 public:
     explicit AddressForm(QWidget* parent = nullptr);
 
     [[nodiscard]] const AddressBoxes& boxes() const { return boxes_; }
+
+signals:
+    /// The user wants to choose the text of a box from its list.
+    void listWanted(QLineEdit* box);
 
 private:
     struct Place {
@@ -47,7 +51,7 @@ private:
     };
 
     QLineEdit* addBox(const BoxDetails& details, const Place& place);
-    [[nodiscard]] QWidget* listButton(const BoxDetails& details);
+    [[nodiscard]] QWidget* listButton(const BoxDetails& details, QLineEdit* box);
 
     QGridLayout* grid_;
     AddressBoxes boxes_;

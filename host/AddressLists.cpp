@@ -1,8 +1,6 @@
 #include "host/AddressLists.h"
 
 #include <QLineEdit>
-#include <QPushButton>
-#include <QShortcut>
 
 #include "dialogs/TipoViasLista.h"
 #include "dialogs/common/FormKeys.h"
@@ -45,17 +43,15 @@ private:
 
 AddressLists::AddressLists(const AddressForm& form, TClassCodPostales& controller,
                            AddressValidation& validation, QObject* parent)
-    : QObject(parent), form_(form), boxes_(form.boxes()), controller_(controller), validation_(validation) {
-    offer("BBMunicipio", boxes_.municipality, &AddressLists::chooseMunicipality);
-    offer("BBProvincia", boxes_.province, &AddressLists::chooseProvince);
-    offer("BBTipoVia", boxes_.streetType, &AddressLists::chooseStreetType);
-}
-
-void AddressLists::offer(const char* button, QLineEdit* box, void (AddressLists::*choose)()) {
-    const auto act = ambrel::guarded([this, choose] { (this->*choose)(); });
-    connect(form_.findChild<QPushButton*>(QLatin1String(button)), &QPushButton::clicked, this, act);
-    connect(new QShortcut(Qt::Key_F4, box, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated, this,
-            act);
+    : QObject(parent), boxes_(form.boxes()), controller_(controller), validation_(validation) {
+    connect(&form, &AddressForm::listWanted, this, ambrel::guarded([this](const QLineEdit* box) {
+        if (box == boxes_.municipality)
+            chooseMunicipality();
+        else if (box == boxes_.province)
+            chooseProvince();
+        else if (box == boxes_.streetType)
+            chooseStreetType();
+    }));
 }
 
 void AddressLists::chooseMunicipality() {

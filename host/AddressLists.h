@@ -25,9 +25,6 @@ public:
     void chooseStreetType();
 
 private:
-    void offer(const char* button, QLineEdit* box, void (AddressLists::*choose)());
-
-    const AddressForm& form_;
     const AddressBoxes& boxes_;
     TClassCodPostales& controller_;
     AddressValidation& validation_;

@@ -3,18 +3,10 @@
 #include <QApplication>
 #include <QLineEdit>
 
-#include "controller/NumberRange.h"
 #include "host/HostTable.h"
 #include "host/RecordBinding.h"
-#include "lookup/RutCodPostales.h"
+#include "host/StoredMunicipality.h"
 #include "package/AmbCodPostales.h"
-#include "services/EventGuard.h"
-#include "services/FocusEvents.h"
-#include "services/KeyUpEvents.h"
-#include "services/Rnumcad.h"
-#include "services/Rvarias.h"
-#include "services/TagProperty.h"
-#include "services/Text.h"
 
 namespace host {
 namespace {
@@ -22,10 +14,8 @@ namespace {
 using ambrel::setTag;
 using ambrel::tagOf;
 
-constexpr bool exact = true;
 constexpr bool nearest = false;
 constexpr bool mayAsk = true;
-constexpr int validated = 1;    // Tag of a box whose text has no code of its own
 constexpr int justInserted = 1; // Tag of the street box right after a street was inserted from it
 
 /// Handed to the controller for an answer that is wanted: an empty text would stay empty.
@@ -33,12 +23,8 @@ const QString wanted = QStringLiteral(" ");
 
 bool isBlank(const QLineEdit& box) { return box.text().trimmed().isEmpty(); }
 
-std::string bytesOf(const QLineEdit& box) { return ambrel::toNearestWindows1252(box.text().trimmed()); }
-
 /// Whether the key being released has opened a list, which now works on the same tables.
 bool opensList() { return QApplication::activeModalWidget() != nullptr; }
-
-bool isUserStreet(const TDMCodPostales& tables) { return StrLeft(tables.tbPostalCODIGO1.text(), 2) == "99"; }
 
 /// Keeps the caret, and the row unpended, where the text is the same already.
 void replaceText(QLineEdit& box, const QString& text) {
@@ -50,7 +36,8 @@ void replaceText(QLineEdit& box, const QString& text) {
 
 AddressValidation::AddressValidation(const AddressBoxes& boxes, HostTable& table, RecordBinding& binding,
                                      TClassCodPostales& controller, QObject* parent)
-    : QObject(parent), boxes_(boxes), table_(table), binding_(binding), controller_(controller) {
+    : QObject(parent), boxes_(boxes), table_(table), binding_(binding), controller_(controller),
+      marks_(boxes, *controller.DM) {
     watch(boxes_.name, &AddressValidation::leavePlain);
     watch(boxes_.municipality, &AddressValidation::leaveMunicipality);
     watch(boxes_.province, &AddressValidation::leavePlain);
@@ -90,7 +77,7 @@ void AddressValidation::watch(QLineEdit* box, Leave leaveBox) {
 void AddressValidation::leave(Leave leaveBox) {
     ambrel::runGuarded([&] {
         (this->*leaveBox)();
-        markWhatFollows();
+        marks_.markWhatFollows();
         binding_.endUnchangedEdit();
     });
 }
@@ -155,13 +142,21 @@ void AddressValidation::findStreetAgain() {
     settleStreet(Questions::No); // it is not the street that is being left
 }
 
+void AddressValidation::goToStreet() {
+    controller_.OrdenaPorViaPostal();
+    controller_.BuscaEnPostal(boxes_.street->text(), boxes_.streetType->text(), nearest);
+}
+
+bool AddressValidation::isAtUserStreet() const {
+    return StrLeft(controller_.DM->tbPostalCODIGO1.text(), 2) == "99";
+}
+
 void AddressValidation::lookUpStreet() {
     setTag(*boxes_.street, 0);
     if (tagOf(*boxes_.municipality) == 0 || isBlank(*boxes_.street))
         return;
-    controller_.OrdenaPorViaPostal();
-    controller_.BuscaEnPostal(boxes_.street->text(), boxes_.streetType->text(), nearest);
-    if (isAtStreet())
+    goToStreet();
+    if (marks_.isAtStreet())
         setTag(*boxes_.street, controller_.DM->tbPostalCODIGO1.integer());
 }
 
@@ -196,7 +191,7 @@ void AddressValidation::takeAnswer(const dbase::Bookmark& municipality) {
         takeStreet();
         return;
     }
-    if (tag == justInserted && isUserStreet(*controller_.DM)) {
+    if (tag == justInserted && isAtUserStreet()) {
         // The card may have given it another name or type.
         replaceText(*boxes_.street, ambrel::fromWindows1252(controller_.DM->tbPostalVIA.text()));
         replaceText(*boxes_.streetType, ambrel::fromWindows1252(controller_.DM->tbPostalTIPO_VIA.text()));
@@ -235,18 +230,17 @@ void AddressValidation::leaveNumber() {
     setTag(*boxes_.number, 0);
     if (tagOf(*boxes_.street) == 0 || isBlank(*boxes_.number))
         return;
-    controller_.OrdenaPorViaPostal();
-    controller_.BuscaEnPostal(boxes_.street->text(), boxes_.streetType->text(), nearest);
-    if (!isAtStreet() || !binding_.beginEdit())
+    goToStreet();
+    if (!marks_.isAtStreet() || !binding_.beginEdit())
         return;
     controller_.ExitNumeroPostal(boxes_.number, &table_.postalCode);
-    markNumber();
+    marks_.markNumber();
 }
 
 void AddressValidation::settleStoredAddress() {
     for (const Watched& watched : watched_)
         setTag(*watched.box, 0);
-    if (goToStoredMunicipality()) {
+    if (goToStoredMunicipality(controller_, boxes_.municipality->text(), boxes_.postalCode->text())) {
         auto& municipalities = controller_.DM->tbMunicipi;
         const QString code = ambrel::fromWindows1252(controller_.DM->tbMunicipiCOD_INE.text());
         const dbase::Bookmark municipality = municipalities.bookmark();
@@ -255,79 +249,18 @@ void AddressValidation::settleStoredAddress() {
         controller_.SituaPrimerViaMunicipio(code, boxes_.street->text(), boxes_.streetType->text());
         // The search by code may have ended at another of the municipality's records.
         municipalities.goTo(municipality);
-        if (!isBlank(*boxes_.street) && isAtStreet())
+        if (!isBlank(*boxes_.street) && marks_.isAtStreet())
             setTag(*boxes_.street, controller_.DM->tbPostalCODIGO1.integer());
         if (tagOf(*boxes_.street) != 0 && !isBlank(*boxes_.number)) {
             controller_.ExitNumeroPostal(boxes_.number, nullptr);
-            markNumber();
+            marks_.markNumber();
         }
     }
     settledMunicipality_ = tagOf(*boxes_.municipality);
     settledStreetType_ = boxes_.streetType->text();
     askedMunicipality_ = boxes_.municipality->text();
     askedStreet_ = boxes_.street->text();
-    markWhatFollows();
-}
-
-bool AddressValidation::goToStoredMunicipality() {
-    if (isBlank(*boxes_.municipality))
-        return false;
-    controller_.OrdenaPorNombreMunicipi();
-    if (!controller_.BuscaPorNombreMunicipi(boxes_.municipality->text().trimmed(), exact))
-        return false;
-    // Municipalities share names; the stored postal code tells them apart, at least by its province.
-    TDMCodPostales& tables = *controller_.DM;
-    const std::string name = tables.tbMunicipiNOMBRE.text();
-    const std::string stored = bytesOf(*boxes_.postalCode);
-    const auto likeness = [&] {
-        const std::string code = tables.tbMunicipiCODPOSTAL.text();
-        return code == stored ? 2 : StrLeft(code, 2) == StrLeft(stored, 2) ? 1 : 0;
-    };
-    dbase::Bookmark best = tables.tbMunicipi.bookmark();
-    int bestLikeness = likeness();
-    while (bestLikeness < 2 && tables.tbMunicipi.next() && tables.tbMunicipiNOMBRE.text() == name) {
-        if (const int here = likeness(); here > bestLikeness) {
-            bestLikeness = here;
-            best = tables.tbMunicipi.bookmark();
-        }
-    }
-    tables.tbMunicipi.goTo(best);
-    return true;
-}
-
-bool AddressValidation::isAtStreet() const {
-    return !controller_.DM->tbPostal.isEmpty() &&
-           controller_.DM->tbPostalVIA.text() == bytesOf(*boxes_.street);
-}
-
-bool AddressValidation::isAtNumber() const {
-    const TDMCodPostales& tables = *controller_.DM;
-    const ambrel::StretchRanges ranges{
-        .odd = {tables.tbPostalIMPAR_INI.integer(), tables.tbPostalIMPAR_FIN.integer()},
-        .even = {tables.tbPostalPAR_INI.integer(), tables.tbPostalPAR_FIN.integer()}};
-    return isAtStreet() && ranges.hold(Cad_Int(bytesOf(*boxes_.number)));
-}
-
-void AddressValidation::markNumber() { setTag(*boxes_.number, isAtNumber() ? validated : 0); }
-
-/// The boxes that the controller has no Tag for: they are validated while they say what the validated ones
-/// imply.
-void AddressValidation::markWhatFollows() {
-    const TDMCodPostales& tables = *controller_.DM;
-    const bool municipality = tagOf(*boxes_.municipality) != 0;
-    const bool street = municipality && tagOf(*boxes_.street) != 0 && isAtStreet();
-    const std::string postalCode = bytesOf(*boxes_.postalCode);
-
-    const QString province =
-        municipality ? LocalizaProvincia(ambrel::fromWindows1252(tables.tbMunicipiCODPOSTAL.text()))
-                     : QString();
-    setTag(*boxes_.province, municipality && boxes_.province->text() == province ? validated : 0);
-    setTag(*boxes_.streetType,
-           street && tables.tbPostalTIPO_VIA.text() == bytesOf(*boxes_.streetType) ? validated : 0);
-    const bool codeOfMunicipality = municipality && tables.tbMunicipiUNICO.text() == "S" &&
-                                    tables.tbMunicipiCODPOSTAL.text() == postalCode;
-    const bool codeOfStreet = street && tables.tbPostalCODPOSTAL.text() == postalCode;
-    setTag(*boxes_.postalCode, codeOfMunicipality || codeOfStreet ? validated : 0);
+    marks_.markWhatFollows();
 }
 
 } // namespace host

@@ -8,6 +8,7 @@
 
 #include "dbase/dataset_types.h"
 #include "host/AddressForm.h"
+#include "host/AddressMarks.h"
 
 class TClassCodPostales;
 
@@ -35,6 +36,10 @@ public:
     void takeStreet();
     /// Finds out again whether the street box names a street of the form's municipality.
     void lookUpStreet();
+    /// Puts POSTAL, ordered by street, on the first row of the form's street, or near it.
+    void goToStreet();
+    /// Whether POSTAL stands on a street that users added.
+    [[nodiscard]] bool isAtUserStreet() const;
 
 private:
     enum class Questions { No, Yes };
@@ -58,18 +63,14 @@ private:
     void leavePlain() {}
 
     void settleStoredAddress();
-    [[nodiscard]] bool goToStoredMunicipality();
     void takeMunicipality();
     void findStreetAgain();
-    [[nodiscard]] bool isAtStreet() const;
-    [[nodiscard]] bool isAtNumber() const;
-    void markNumber();
-    void markWhatFollows();
 
     AddressBoxes boxes_;
     HostTable& table_;
     RecordBinding& binding_;
     TClassCodPostales& controller_;
+    AddressMarks marks_;
     std::vector<Watched> watched_;
     int settledMunicipality_ = 0; // for which the street was looked up
     QString settledStreetType_;

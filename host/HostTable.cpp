@@ -45,20 +45,20 @@ dbase::TableDefinition definition() {
             .tags = {{.name = "NOMBRE", .expression = "NOMBRE"}}};
 }
 
-void addCustomer(dbase::Dataset& table, const Customer& customer) {
-    const auto set = [&](const char* column, const char* text) {
-        table.field(column).setText(dbase::CodePage::windows1252().fromUtf8(text).value_or(std::string()));
+void addCustomer(HostTable& table, const Customer& customer) {
+    const auto set = [](dbase::Field& field, const char* text) {
+        field.setText(dbase::CodePage::windows1252().fromUtf8(text).value_or(std::string()));
     };
-    table.append();
-    set("NOMBRE", customer.name);
-    set("TIPO_VIA", customer.streetType);
-    set("DOMICILIO", customer.street);
-    set("NUMERO", customer.number);
-    set("PISO", customer.floor);
-    set("CODPOSTAL", customer.postalCode);
-    set("VECINDAD", customer.municipality);
-    set("PROVINCIA", customer.province);
-    table.post();
+    table.data.append();
+    set(table.name, customer.name);
+    set(table.streetType, customer.streetType);
+    set(table.street, customer.street);
+    set(table.number, customer.number);
+    set(table.floor, customer.floor);
+    set(table.postalCode, customer.postalCode);
+    set(table.municipality, customer.municipality);
+    set(table.province, customer.province);
+    table.data.post();
 }
 
 } // namespace
@@ -71,11 +71,11 @@ void createHostTable(const std::string& folder, FirstRows rows) {
         return;
     constexpr const char* temporaryName = "CLIENTES_NUEVOS";
     dbase::setDatabaseFolder(temporaryName, folder);
-    dbase::Dataset table(temporaryName, tableName);
-    table.open();
+    HostTable table(temporaryName);
+    table.data.open();
     for (const Customer& customer : sampleCustomers)
         addCustomer(table, customer);
-    table.close();
+    table.data.close();
     dbase::setDatabaseFolder(temporaryName, {});
 }
 

@@ -1,35 +1,28 @@
 #include "host/StreetCommands.h"
 
 #include <QLineEdit>
-#include <QPushButton>
-#include <QShortcut>
 
 #include "host/AddressValidation.h"
 #include "package/AmbCodPostales.h"
 
 namespace host {
-namespace {
-
-constexpr bool nearest = false;
-
-} // namespace
-
 StreetCommands::StreetCommands(const AddressForm& form, TClassCodPostales& controller,
                                AddressValidation& validation, QObject* parent)
     : QObject(parent), boxes_(form.boxes()), controller_(controller), validation_(validation) {
-    const auto choose = ambrel::guarded([this] { chooseStreet(); });
-    connect(form.findChild<QPushButton*>(QStringLiteral("BBVia")), &QPushButton::clicked, this, choose);
-    connect(new QShortcut(Qt::Key_F4, boxes_.street, nullptr, nullptr, Qt::WidgetShortcut),
-            &QShortcut::activated, this, choose);
+    connect(&form, &AddressForm::listWanted, this, ambrel::guarded([this](const QLineEdit* box) {
+        if (box == boxes_.street)
+            chooseStreet();
+    }));
 }
 
 void StreetCommands::chooseStreet() {
     auto& municipalities = controller_.DM->tbMunicipi;
     const bool standalone = ambrel::tagOf(*boxes_.municipality) == 0;
     const dbase::Bookmark before = municipalities.bookmark();
-    controller_.OrdenaPorViaPostal();
-    if (!standalone)
-        controller_.BuscaEnPostal(boxes_.street->text(), boxes_.streetType->text(), nearest);
+    if (standalone)
+        controller_.OrdenaPorViaPostal();
+    else
+        validation_.goToStreet();
     if (controller_.BuscarDireccionPostal(standalone)) {
         validation_.takeStreet();
         validation_.settle(*boxes_.street);
@@ -48,9 +41,8 @@ void StreetCommands::showCard() {
         return;
     }
     const TDMCodPostales& tables = *controller_.DM;
-    controller_.OrdenaPorViaPostal();
-    controller_.BuscaEnPostal(boxes_.street->text(), boxes_.streetType->text(), nearest);
-    const bool isUsers = StrLeft(tables.tbPostalCODIGO1.text(), 2) == "99";
+    validation_.goToStreet();
+    const bool isUsers = validation_.isAtUserStreet();
     const dbase::Bookmark municipality = tables.tbMunicipi.bookmark();
     controller_.MuestraFichaVia(isUsers ? opModificacion : opConsulta, boxes_.municipality->text());
     const dbase::Bookmark street = tables.tbPostal.bookmark();

@@ -104,6 +104,8 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("ambrel"));
     QApplication::setApplicationVersion(QStringLiteral(AMBREL_VERSION));
+    // As packaging/desktop has it, so that a desktop knows whose window this is.
+    QApplication::setDesktopFileName(QStringLiteral("es.ambrel.CodigosPostales"));
     host::SpanishTexts::install();
     const host::Options options = host::readOptions(application);
     if (options.scriptFile.isEmpty())

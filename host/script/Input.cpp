@@ -7,27 +7,24 @@
 #include <QLineEdit>
 #include <QTest>
 #include <optional>
-#include <utility>
-#include <variant>
 
 #include "dialogs/common/DataGrid.h"
 
 namespace host::script {
 namespace {
 
-QString notFound(const QString& name) { return QStringLiteral("no hay ningún objeto «%1»").arg(name); }
-
-/// The widget of that name, or why nothing can be done with it.
-std::variant<QWidget*, QString> reachable(const ObjectLookup& lookup, const QString& name) {
+/// Does something with the widget of that name, unless the user cannot.
+template<class Act>
+Outcome onReachable(const ObjectLookup& lookup, const QString& name, Act act) {
     QObject* object = lookup.find(name);
     if (!object)
-        return notFound(name);
+        return Outcome::failed(reasonNotFound(name));
     auto* widget = qobject_cast<QWidget*>(object);
     if (!widget)
-        return QStringLiteral("«%1» no es un control").arg(name);
+        return Outcome::failed(QStringLiteral("«%1» no es un control").arg(name));
     if (const QString reason = reasonNotReachable(*widget); !reason.isEmpty())
-        return reason;
-    return widget;
+        return Outcome::failed(reason);
+    return act(widget);
 }
 
 /// The widget that a key for another one goes to: a window hands it to its focused control.
@@ -91,6 +88,20 @@ Outcome clickInside(ambrel::DataGrid& grid, QPoint place, bool twice) {
     return part ? clickAt(part, part->mapFrom(&grid, place), twice) : clickAt(&grid, place, twice);
 }
 
+/// In the middle, of a grid or list on its current row.
+Outcome clickOn(QWidget* widget, bool twice) {
+    const QString noRow = QStringLiteral("«%1» no tiene fila actual").arg(widget->objectName());
+    if (const auto* view = qobject_cast<QAbstractItemView*>(widget)) {
+        const auto point = currentRowPoint(*view);
+        return point ? clickAt(view->viewport(), *point, twice) : Outcome::failed(noRow);
+    }
+    if (auto* grid = qobject_cast<ambrel::DataGrid*>(widget)) {
+        const auto point = currentRowPoint(*grid);
+        return point ? clickInside(*grid, *point, twice) : Outcome::failed(noRow);
+    }
+    return clickAt(widget, widget->rect().center(), twice);
+}
+
 Outcome takeItem(QComboBox& combo, const QString& item) {
     const int index = combo.findText(item);
     if (index < 0)
@@ -106,36 +117,31 @@ Outcome takeItem(QComboBox& combo, const QString& item) {
 
 Action Input::focus(const QString& name) const {
     return [this, name] {
-        const auto found = reachable(lookup_, name);
-        if (const auto* reason = std::get_if<QString>(&found))
-            return Outcome::failed(*reason);
-        QWidget* widget = std::get<QWidget*>(found);
-        if (popupReceiver())
+        return onReachable(lookup_, name, [&](QWidget* widget) {
+            if (popupReceiver())
+                return Outcome::done();
+            if (!widget->isActiveWindow()) {
+                widget->activateWindow();
+                if (!widget->isActiveWindow())
+                    return Outcome::notYet(QStringLiteral("la ventana de «%1» no se activa").arg(name));
+            }
+            QWidget* receiver = keyReceiver(widget);
+            if (!receiver->hasFocus() && receiver->focusPolicy() != Qt::NoFocus)
+                receiver->setFocus(Qt::OtherFocusReason);
             return Outcome::done();
-        if (!widget->isActiveWindow()) {
-            widget->activateWindow();
-            if (!widget->isActiveWindow())
-                return Outcome::notYet(QStringLiteral("la ventana de «%1» no se activa").arg(name));
-        }
-        QWidget* receiver = keyReceiver(widget);
-        if (!receiver->hasFocus() && receiver->focusPolicy() != Qt::NoFocus)
-            receiver->setFocus(Qt::OtherFocusReason);
-        return Outcome::done();
+        });
     };
 }
 
 Action Input::press(const QString& name, const KeyStroke& key) const {
     return [this, name, key] {
-        if (QWidget* popup = popupReceiver()) {
-            QTest::sendKeyEvent(QTest::Press, popup, key.key, key.text, key.modifiers);
+        const auto pressIn = [&key](QWidget* receiver) {
+            QTest::sendKeyEvent(QTest::Press, receiver, key.key, key.text, key.modifiers);
             return Outcome::done();
-        }
-        const auto found = reachable(lookup_, name);
-        if (const auto* reason = std::get_if<QString>(&found))
-            return Outcome::failed(*reason);
-        QTest::sendKeyEvent(QTest::Press, keyReceiver(std::get<QWidget*>(found)), key.key, key.text,
-                            key.modifiers);
-        return Outcome::done();
+        };
+        if (QWidget* popup = popupReceiver())
+            return pressIn(popup);
+        return onReachable(lookup_, name, [&](QWidget* widget) { return pressIn(keyReceiver(widget)); });
     };
 }
 
@@ -186,34 +192,20 @@ Action Input::clickAction(const QString& name, bool twice) const {
             action->trigger();
             return Outcome::done();
         }
-        const auto found = reachable(lookup_, name);
-        if (const auto* reason = std::get_if<QString>(&found))
-            return Outcome::failed(*reason);
-        QWidget* widget = std::get<QWidget*>(found);
-        const QString noRow = QStringLiteral("«%1» no tiene fila actual").arg(name);
-        if (const auto* view = qobject_cast<QAbstractItemView*>(widget)) {
-            const auto point = currentRowPoint(*view);
-            return point ? clickAt(view->viewport(), *point, twice) : Outcome::failed(noRow);
-        }
-        if (auto* grid = qobject_cast<ambrel::DataGrid*>(widget)) {
-            const auto point = currentRowPoint(*grid);
-            return point ? clickInside(*grid, *point, twice) : Outcome::failed(noRow);
-        }
-        return clickAt(widget, widget->rect().center(), twice);
+        return onReachable(lookup_, name, [twice](QWidget* widget) { return clickOn(widget, twice); });
     };
 }
 
 Actions Input::clickTitle(const QString& name, int column) const {
     return {[this, name, column] {
-        const auto found = reachable(lookup_, name);
-        if (const auto* reason = std::get_if<QString>(&found))
-            return Outcome::failed(*reason);
-        auto* grid = qobject_cast<ambrel::DataGrid*>(std::get<QWidget*>(found));
-        if (!grid)
-            return Outcome::failed(QStringLiteral("«%1» no es una rejilla").arg(name));
-        if (column >= grid->columnCount())
-            return Outcome::failed(QStringLiteral("«%1» no tiene columna %2").arg(name).arg(column));
-        return clickInside(*grid, grid->titleRect(column).center(), false);
+        return onReachable(lookup_, name, [&](QWidget* widget) {
+            auto* grid = qobject_cast<ambrel::DataGrid*>(widget);
+            if (!grid)
+                return Outcome::failed(QStringLiteral("«%1» no es una rejilla").arg(name));
+            if (column >= grid->columnCount())
+                return Outcome::failed(QStringLiteral("«%1» no tiene columna %2").arg(name).arg(column));
+            return clickInside(*grid, grid->titleRect(column).center(), false);
+        });
     }};
 }
 
@@ -223,13 +215,12 @@ Actions Input::doubleClick(const QString& name) const { return {clickAction(name
 
 Actions Input::choose(const QString& name, const QString& item) const {
     return {focus(name), [this, name, item] {
-                const auto found = reachable(lookup_, name);
-                if (const auto* reason = std::get_if<QString>(&found))
-                    return Outcome::failed(*reason);
-                auto* combo = qobject_cast<QComboBox*>(std::get<QWidget*>(found));
-                if (!combo)
-                    return Outcome::failed(QStringLiteral("«%1» no es una lista desplegable").arg(name));
-                return takeItem(*combo, item);
+                return onReachable(lookup_, name, [&](QWidget* widget) {
+                    auto* combo = qobject_cast<QComboBox*>(widget);
+                    if (!combo)
+                        return Outcome::failed(QStringLiteral("«%1» no es una lista desplegable").arg(name));
+                    return takeItem(*combo, item);
+                });
             }};
 }
 

@@ -33,6 +33,8 @@ QWidget* ObjectLookup::activeWindow() const {
     return mainWindow_;
 }
 
+QString reasonNotFound(const QString& name) { return QStringLiteral("no hay ningún objeto «%1»").arg(name); }
+
 QString reasonNotReachable(const QWidget& widget) {
     if (!widget.isVisible())
         return QStringLiteral("«%1» no está a la vista").arg(widget.objectName());

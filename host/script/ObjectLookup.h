@@ -23,6 +23,9 @@ private:
     QWidget* mainWindow_ = nullptr;
 };
 
+/// Says that nothing has this name. Spanish.
+[[nodiscard]] QString reasonNotFound(const QString& name);
+
 /// Why the user cannot reach a widget: it is hidden, disabled, or behind a modal window. Empty when he can.
 /// Spanish.
 [[nodiscard]] QString reasonNotReachable(const QWidget& widget);

@@ -64,7 +64,7 @@ Actions StepActions::of(const Step& step) const {
 Outcome StepActions::show(const QString& name) const {
     const QObject* object = lookup_.find(name);
     if (!object)
-        return Outcome::failed(QStringLiteral("no hay ningún objeto «%1»").arg(name));
+        return Outcome::failed(reasonNotFound(name));
     print_(describe(*object));
     return Outcome::done();
 }
