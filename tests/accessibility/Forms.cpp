@@ -31,6 +31,7 @@
 #include "services/TagProperty.h"
 #include "support/ModalScript.h"
 #include "support/ShownWindow.h"
+#include "support/Typing.h"
 #include "tools/callejero/Answers.h"
 
 namespace accessibility_tests {
@@ -71,18 +72,6 @@ std::unique_ptr<const callejero::Directory> directory() {
           .municipalities = {
               {.name = "ALPEDRETE", .code = 10, .streets = {{"CL", "ALPISTE"}, {"AV", "MAYOR"}}},
               {.name = longestMunicipality, .code = 66, .streets = {{"CL", longestStreet}}}}}});
-}
-
-void addStreetTypes() {
-    dbase::Dataset table("DB", "TIPO_VIA");
-    table.open();
-    for (const auto& [code, name] : {std::pair("AV", "AVENIDA"), std::pair("CL", "CALLE"),
-                                     std::pair("PZ", "PLAZA"), std::pair("UR", longestStreetType)}) {
-        table.append();
-        table.field("CODIGO").setText(code);
-        table.field("NOMBRE").setText(name);
-        table.post();
-    }
 }
 
 void addCustomer() {
@@ -147,7 +136,7 @@ Forms::Forms() : service_(directory()) {
          {"08019", "08001", "BARCELONA", "N", "0"},
          {.codIne = "28010", .codPostal = "28431", .nombre = "LOS NEGRALES", .entMenor = true}});
     addAlternativeMunicipalities({{"028", "MADRID"}, {"008", "BARCELONA"}, {"038", "SANTIAGO DEL TEIDE"}});
-    addStreetTypes();
+    addStreetTypes({{"AV", "AVENIDA"}, {"CL", "CALLE"}, {"PZ", "PLAZA"}, {"UR", longestStreetType}});
     addStreets({{"28000001", "ALCALA", "CL", "28001"},
                 {"28000002", "MAYOR", "CL", "28001", {1, 9999}, {2, 9998}},
                 {"28000003", longestStreet, "AV", "28739", {1, 9999}, {2, 9998}, "28", "1"},
@@ -240,9 +229,7 @@ void Forms::showSmallList(Form form, const Step& step) {
 
 void Forms::showStreetCard(Form form, const Step& step) {
     const TOperacion operation = form == Form::FichaViaNueva ? opAlta : opConsulta;
-    dbase::Dataset& streets = controller->DM->tbPostal;
-    for (streets.first(); streets.field("CODIGO1").text() != "99000000" && streets.next();) {
-    }
+    goToStreet(controller->DM->tbPostal, "99000000");
     TFFichaVia card(nullptr, *controller, operation, QStringLiteral("28079"), {});
     play(card, step);
 }
@@ -311,10 +298,16 @@ void press(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers) {
     QTest::keyClick(window.focusWidget() ? window.focusWidget() : &window, key, modifiers);
 }
 
-void type(const QWidget& window, const QString& text) {
-    for (const QChar letter : text)
-        QTest::sendKeyEvent(QTest::Click, window.focusWidget(),
-                            static_cast<Qt::Key>(letter.toUpper().unicode()), letter, Qt::NoModifier);
+void pressAltToClose(QWidget& window, Qt::Key letter) {
+    press(window, letter, Qt::AltModifier);
+    EXPECT_FALSE(window.isVisible()) << "Alt+" << static_cast<char>(letter) << " does not close";
+}
+
+void type(const QWidget& window, const QString& text) { ambrel::test::typeInto(*window.focusWidget(), text); }
+
+void typeAndTab(QWidget& window, const QString& text) {
+    type(window, text);
+    press(window, Qt::Key_Tab);
 }
 
 } // namespace accessibility_tests

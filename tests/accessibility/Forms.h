@@ -67,7 +67,11 @@ private:
 [[nodiscard]] std::string focused(const QWidget& window);
 /// Presses a key where the focus of a window is.
 void press(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers = {});
+/// Presses Alt and a letter, which must close the window.
+void pressAltToClose(QWidget& window, Qt::Key letter);
 /// Types letter by letter where the focus of a window is.
 void type(const QWidget& window, const QString& text);
+/// The same, and Tab behind it.
+void typeAndTab(QWidget& window, const QString& text);
 
 } // namespace accessibility_tests

@@ -44,18 +44,14 @@ TEST_F(KeyboardAddress, ANewAddressIsTypedAndSaved) {
     show(Form::Clientes, [](QWidget& window) {
         press(window, Qt::Key_N, Qt::ControlModifier);
         ASSERT_EQ(focused(window), "ENombre");
-        type(window, QStringLiteral("Taller"));
-        press(window, Qt::Key_Tab);
-        type(window, QStringLiteral("madr"));
-        press(window, Qt::Key_Tab);
+        typeAndTab(window, "Taller");
+        typeAndTab(window, "madr");
         EXPECT_EQ(text(window, "EMunicipio"), "MADRID");
         EXPECT_EQ(text(window, "EProvincia"), "MADRID");
         press(window, Qt::Key_T, Qt::AltModifier);
         ASSERT_EQ(focused(window), "ETipoVia");
-        type(window, QStringLiteral("cl"));
-        press(window, Qt::Key_Tab);
-        type(window, QStringLiteral("alc"));
-        press(window, Qt::Key_Tab);
+        typeAndTab(window, "cl");
+        typeAndTab(window, "alc");
         type(window, QStringLiteral("7"));
         press(window, Qt::Key_S, Qt::ControlModifier);
         EXPECT_EQ(text(window, "EVia"), "ALCALA");

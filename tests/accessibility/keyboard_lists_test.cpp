@@ -17,10 +17,6 @@ namespace {
 
 class KeyboardLists : public Forms {
 protected:
-    static void pressAlt(QWidget& window, Qt::Key letter) {
-        press(window, letter, Qt::AltModifier);
-        EXPECT_FALSE(window.isVisible()) << "Alt+" << static_cast<char>(letter) << " does not close";
-    }
     static int resultOf(const QWidget& window) { return dynamic_cast<const QDialog&>(window).result(); }
 };
 
@@ -34,7 +30,7 @@ TEST_F(KeyboardLists, AMunicipalityIsSearchedChosenAndAccepted) {
         press(window, Qt::Key_End);
         press(window, Qt::Key_Up);
         EXPECT_EQ(DMMunicipi->tbMunicipiCODPOSTAL.text(), "28001");
-        pressAlt(window, Qt::Key_A);
+        pressAltToClose(window, Qt::Key_A);
         EXPECT_EQ(resultOf(window), 1);
         EXPECT_EQ(DMMunicipi->tbMunicipiNOMBRE.text(), "MADRID");
     });
@@ -62,7 +58,7 @@ TEST_F(KeyboardLists, AListIsLeftByEscapeOrItsLetter) {
             EXPECT_EQ(resultOf(window), 2);
         });
         show(form, [](QWidget& window) {
-            pressAlt(window, Qt::Key_S);
+            pressAltToClose(window, Qt::Key_S);
             EXPECT_EQ(resultOf(window), 2);
         });
     }
@@ -91,7 +87,7 @@ TEST_F(KeyboardLists, TheControllersListIsSearchedAndAccepted) {
         press(window, Qt::Key_Down);
         EXPECT_NE(controller->DM->tbMunicipiNOMBRE.text(), "ALPEDRETE");
         press(window, Qt::Key_Up);
-        pressAlt(window, Qt::Key_A);
+        pressAltToClose(window, Qt::Key_A);
         EXPECT_EQ(ambrel::tagOf(window), 1);
         EXPECT_EQ(controller->DM->tbMunicipiNOMBRE.text(), "ALPEDRETE");
     });
@@ -102,7 +98,7 @@ TEST_F(KeyboardLists, TheAlternativeListIsSearchedAndAccepted) {
         type(window, QStringLiteral("SAN"));
         press(window, Qt::Key_Tab);
         press(window, Qt::Key_Up);
-        pressAlt(window, Qt::Key_A);
+        pressAltToClose(window, Qt::Key_A);
         EXPECT_EQ(resultOf(window), 1);
         EXPECT_EQ(DMMunicipi->tbMunicipiMJPOBLLITE.text(), "MADRID");
     });
@@ -114,7 +110,7 @@ TEST_F(KeyboardLists, AProvinceIsSearchedByNameOrCodeAndAccepted) {
         type(window, QStringLiteral("MAD"));
         press(window, Qt::Key_Up);
         press(window, Qt::Key_Down);
-        pressAlt(window, Qt::Key_A);
+        pressAltToClose(window, Qt::Key_A);
         EXPECT_EQ(dynamic_cast<TFProvList&>(window).chosenName().toStdString(), "MADRID");
     });
     show(Form::ProvList, [](QWidget& window) {
@@ -123,7 +119,7 @@ TEST_F(KeyboardLists, AProvinceIsSearchedByNameOrCodeAndAccepted) {
         press(window, Qt::Key_Tab);
         ASSERT_EQ(focused(window), "DBGProvincias");
         press(window, Qt::Key_Home);
-        pressAlt(window, Qt::Key_A);
+        pressAltToClose(window, Qt::Key_A);
         EXPECT_EQ(dynamic_cast<TFProvList&>(window).chosenCode(), 8);
     });
 }

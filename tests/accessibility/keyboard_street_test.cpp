@@ -18,10 +18,6 @@ namespace {
 
 class KeyboardStreets : public Forms {
 protected:
-    static void pressAltToClose(QWidget& window, Qt::Key letter) {
-        press(window, letter, Qt::AltModifier);
-        EXPECT_FALSE(window.isVisible()) << "Alt+" << static_cast<char>(letter) << " does not close";
-    }
     /// The question that a card asks when what was typed is given up.
     static void expectCancelQuestion(ambrel::test::ScriptedMessages& messages) {
         messages.expect(QStringLiteral("¿Desea cancelar esta operación (S/N)?"),

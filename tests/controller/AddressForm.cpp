@@ -36,12 +36,7 @@ void AddressForm::choose(const std::string& name) const {
     ASSERT_TRUE(controller->BuscaPorNombreMunicipi(QString::fromStdString(name), true)) << name;
 }
 
-void AddressForm::goToRow(const std::string& codigo1) const {
-    dbase::Dataset& streets = controller->DM->tbPostal;
-    for (streets.first(); row() != codigo1;)
-        if (!streets.next())
-            FAIL() << "no street row " << codigo1;
-}
+void AddressForm::goToRow(const std::string& codigo1) const { goToStreet(controller->DM->tbPostal, codigo1); }
 
 std::string AddressForm::municipality() const { return controller->DM->tbMunicipiNOMBRE.text(); }
 

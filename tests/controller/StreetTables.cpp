@@ -20,12 +20,7 @@ TDMCodPostales& StreetTables::openIn(const std::string& municipality) {
     return *tables_;
 }
 
-void StreetTables::goToRow(const std::string& codigo1) {
-    dbase::Dataset& streets = tables_->tbPostal;
-    for (streets.first(); currentRow() != codigo1;)
-        if (!streets.next())
-            FAIL() << "no street row " << codigo1;
-}
+void StreetTables::goToRow(const std::string& codigo1) { goToStreet(tables_->tbPostal, codigo1); }
 
 std::string StreetTables::currentRow() const { return tables_->tbPostalCODIGO1.text(); }
 

@@ -148,46 +148,31 @@ protected:
                     {"5", "TOLEDO", "CL", "28005"},
                     {"6", "TOLEDO", "PZ", "28004"}});
     }
+
+    /// The row that choosing a type comes to from another row, in Madrid.
+    std::string chosenFrom(const std::string& row, const std::string& name, const std::string& type) {
+        TDMCodPostales& tables = openIn("MADRID");
+        goToRow(row);
+        chooseStreetType(tables, name, type);
+        return currentRow();
+    }
 };
 
-TEST_F(ChooseStreetType, GoesForwardToTheRowOfTheType) {
-    TDMCodPostales& tables = openIn("MADRID");
-    goToRow("1");
-    chooseStreetType(tables, "MAYOR", "PZ");
-    EXPECT_EQ(currentRow(), "3");
-}
+TEST_F(ChooseStreetType, GoesForwardToTheRowOfTheType) { EXPECT_EQ(chosenFrom("1", "MAYOR", "PZ"), "3"); }
 
-TEST_F(ChooseStreetType, PreviousRowIsANeighbourToo) {
-    TDMCodPostales& tables = openIn("MADRID");
-    goToRow("6");
-    chooseStreetType(tables, "TOLEDO", "PZ");
-    EXPECT_EQ(currentRow(), "6");
-}
+TEST_F(ChooseStreetType, PreviousRowIsANeighbourToo) { EXPECT_EQ(chosenFrom("6", "TOLEDO", "PZ"), "6"); }
 
 TEST_F(ChooseStreetType, ReturnsWhenNoRowHasTheType) {
-    TDMCodPostales& tables = openIn("MADRID");
-    goToRow("2");
-    chooseStreetType(tables, "MAYOR", "AV");
-    EXPECT_EQ(currentRow(), "2") << "only rows further on are looked at";
-    goToRow("5");
-    chooseStreetType(tables, "TOLEDO", "ZZ");
-    EXPECT_EQ(currentRow(), "5") << "also when the walk reaches the end of the table";
+    EXPECT_EQ(chosenFrom("2", "MAYOR", "AV"), "2") << "only rows further on are looked at";
+    EXPECT_EQ(chosenFrom("5", "TOLEDO", "ZZ"), "5") << "also when the walk reaches the end of the table";
 }
 
-TEST_F(ChooseStreetType, StreetOfOneRowStays) {
-    TDMCodPostales& tables = openIn("MADRID");
-    goToRow("4");
-    chooseStreetType(tables, "SERRANO", "PZ");
-    EXPECT_EQ(currentRow(), "4");
-}
+TEST_F(ChooseStreetType, StreetOfOneRowStays) { EXPECT_EQ(chosenFrom("4", "SERRANO", "PZ"), "4"); }
 
 TEST_F(ChooseStreetType, StepThatDidNotMoveIsNeitherComparedNorUndone) {
+    for (const char* edge : {"1", "6"})
+        EXPECT_EQ(chosenFrom(edge, "OTRA", "CL"), edge);
     TDMCodPostales& tables = openIn("MADRID");
-    for (const char* edge : {"1", "6"}) {
-        goToRow(edge);
-        chooseStreetType(tables, "OTRA", "CL");
-        EXPECT_EQ(currentRow(), edge);
-    }
     tables.tbPostal.setFilter("VIA = \"SERRANO\"");
     chooseStreetType(tables, "SERRANO", "CL");
     EXPECT_EQ(currentRow(), "4");

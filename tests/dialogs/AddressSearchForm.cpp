@@ -48,10 +48,7 @@ std::string AddressSearchForm::help() const {
 }
 
 void AddressSearchForm::goToStreet(const std::string& codigo1) const {
-    dbase::Dataset& streets = tables().tbPostal;
-    for (streets.first(); tables().tbPostalCODIGO1.text() != codigo1;)
-        if (!streets.next())
-            FAIL() << "no street row " << codigo1;
+    PostalTables::goToStreet(tables().tbPostal, codigo1);
 }
 
 void AddressSearchForm::type(const char* characters) const {

@@ -94,12 +94,6 @@ std::string MunicipalityListFixture::shown(int column) const {
     return grid().cellText(grid().currentRow(), column).toStdString();
 }
 
-void MunicipalityListFixture::type(QLineEdit& box, const QString& text) const {
-    for (const QChar letter : text)
-        QTest::sendKeyEvent(QTest::Click, &box, static_cast<Qt::Key>(letter.toUpper().unicode()),
-                            QString(letter), Qt::NoModifier);
-}
-
 void MunicipalityListFixture::press(Qt::Key key) const {
     QTest::keyPress(dialog->focusWidget(), key);
     QTest::keyRelease(dialog->focusWidget(), key);

@@ -11,6 +11,7 @@
 #include "data/MunicipiDM.h"
 #include "data/PostalTables.h"
 #include "dialogs/common/DataGrid.h"
+#include "support/Typing.h"
 
 namespace postal_tests {
 
@@ -40,7 +41,7 @@ protected:
     /// Text of a column of the grid's current row.
     [[nodiscard]] std::string shown(int column) const;
 
-    void type(QLineEdit& edit, const QString& text) const;
+    static void type(QLineEdit& edit, const QString& text) { ambrel::test::typeInto(edit, text); }
     /// Pressed in the control that has the focus, released in the one that has it then.
     void press(Qt::Key key) const;
     void hover(const QWidget& control) const;

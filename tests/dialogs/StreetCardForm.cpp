@@ -5,33 +5,11 @@
 
 #include "support/ModalScript.h"
 #include "support/ShownWindow.h"
+#include "support/Typing.h"
 
 namespace postal_tests {
 
 using ambrel::test::child;
-
-namespace {
-
-void addStreetTypes() {
-    dbase::Dataset table("DB", "TIPO_VIA");
-    table.open();
-    for (const auto& [code, name] :
-         {std::pair("PZ", "PLAZA"), std::pair("CL", "CALLE"), std::pair("AV", "AVENIDA")}) {
-        table.append();
-        table.field("CODIGO").setText(code);
-        table.field("NOMBRE").setText(name);
-        table.post();
-    }
-}
-
-bool goTo(dbase::Dataset& table, const std::string& codigo1) {
-    for (table.first(); !table.isEmpty() && table.field("CODIGO1").text() != codigo1;)
-        if (!table.next())
-            return false;
-    return !table.isEmpty();
-}
-
-} // namespace
 
 StreetCardForm::StreetCardForm() {
     addMunicipalities({{"28079", "28013", "MADRID", "N", "0"},
@@ -45,7 +23,7 @@ StreetCardForm::StreetCardForm() {
                   {"015", "CORUÑA, A"},
                   {"031", "NAVARRA"},
                   {"201", "FRANCIA", 3}});
-    addStreetTypes();
+    addStreetTypes({{"PZ", "PLAZA"}, {"CL", "CALLE"}, {"AV", "AVENIDA"}});
     addStreets({{"99000000", "GRAN VIA", "CL", "28013", {1, 99}, {2, 98}},
                 {"99000001", "SIN CODIGO", "PZ", "0"},
                 {"99000002", "PERDIDA", "AV", "28999"},
@@ -66,7 +44,7 @@ void StreetCardForm::chooseMunicipality(const char* name) {
 }
 
 void StreetCardForm::openCard(TOperacion operation, const QString& vecindad, const std::string& street) {
-    ASSERT_TRUE(goTo(streets(), street)) << street;
+    goToStreet(streets(), street);
     const QString codIne = QString::fromStdString(controller->DM->tbMunicipiCOD_INE.text());
     card = std::make_unique<TFFichaVia>(nullptr, *controller, operation, codIne, vecindad);
     ambrel::test::showActive(*card);
@@ -98,9 +76,7 @@ void StreetCardForm::leaveByTab() const { press(Qt::Key_Tab); }
 
 void StreetCardForm::typeInto(const char* name, const QString& text) const {
     enter(name);
-    for (const QChar letter : text)
-        QTest::sendKeyEvent(QTest::Click, &child<QWidget>(*card, name),
-                            static_cast<Qt::Key>(letter.toUpper().unicode()), letter, Qt::NoModifier);
+    ambrel::test::typeInto(child<QWidget>(*card, name), text);
 }
 
 void StreetCardForm::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const {
@@ -114,7 +90,8 @@ std::string StreetCardForm::focused() const {
 std::string StreetCardForm::stored(const std::string& codigo1, const char* field) {
     dbase::Dataset table("DB", "POSTAL", "CODIGO1");
     table.open();
-    return goTo(table, codigo1) ? table.field(field).text() : std::string();
+    return table.seek({{"CODIGO1", codigo1}}, dbase::SeekMode::Exact) ? table.field(field).text()
+                                                                      : std::string();
 }
 
 } // namespace postal_tests

@@ -77,7 +77,7 @@ TEST_F(DataGridAccessTest, ClientWidthLeavesTheScrollBarOut) {
     QCoreApplication::processEvents(); // a small screen may take some of the width back
     grid->setColumnWidth(2, grid->clientWidth() - 80 - 120);
     QCoreApplication::processEvents();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !view().horizontalScrollBar()->isVisible(); }, 1000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !view().horizontalScrollBar()->isVisible(); }));
     EXPECT_EQ(grid->cellRect(0, 2).right() + 1, grid->cellRect(0, 0).left() + grid->clientWidth());
 }
 

@@ -13,6 +13,7 @@
 #include "services/KeyUpEvents.h"
 #include "services/Text.h"
 #include "support/ShownWindow.h"
+#include "support/Typing.h"
 
 namespace {
 
@@ -44,11 +45,7 @@ protected:
         edit.setParent(nullptr);
     }
 
-    void type(const QString& text) {
-        for (const QChar letter : text)
-            QTest::sendKeyEvent(QTest::Click, &edit, static_cast<Qt::Key>(letter.toUpper().unicode()),
-                                QString(letter), Qt::NoModifier);
-    }
+    void type(const QString& text) { ambrel::test::typeInto(edit, text); }
     void press(Qt::Key key) { QTest::keyClick(&edit, key); }
     [[nodiscard]] QString name() { return ambrel::fromWindows1252(table.field("NOMBRE").text()); }
 

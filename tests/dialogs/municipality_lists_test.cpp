@@ -293,9 +293,10 @@ TEST_P(MunicipalityLists, ThirdColumnTakesTheRestAlsoAfterResizing) {
     EXPECT_GT(rest(), 300);
     EXPECT_EQ(grid().columnWidth(2), rest());
     const int narrow = grid().columnWidth(2);
-    dialog->resize(900, 600);
+    constexpr int more = 260;
+    dialog->resize(dialog->width() + more, dialog->height());
     EXPECT_EQ(grid().columnWidth(2), rest());
-    EXPECT_EQ(grid().columnWidth(2), narrow + 260);
+    EXPECT_EQ(grid().columnWidth(2), narrow + more);
 }
 
 TEST_P(MunicipalityLists, NarrowerThanTheFirstTwoColumnsTheThirdOneHasNegativeWidth) {

@@ -17,6 +17,7 @@
 #include "dialogs/common/DataGrid.h"
 #include "support/ModalScript.h"
 #include "support/ShownWindow.h"
+#include "support/Typing.h"
 
 namespace {
 
@@ -56,16 +57,12 @@ protected:
         ambrel::test::showActive(list);
     }
 
-    void type(const char* characters) { QTest::keyClicks(&search, characters); }
+    void type(const QString& text) { ambrel::test::typeInto(search, text); }
     void press(int key) { QTest::keyClick(&search, static_cast<Qt::Key>(key)); }
     /// What the grid shows as the current row.
     [[nodiscard]] std::string current() const { return grid.cellText(grid.currentRow(), 0).toStdString(); }
     void doubleClickCurrentRow() {
-        const QRect cell = grid.cellRect(grid.currentRow(), 0);
-        QWidget* const target = grid.childAt(cell.center()) ? grid.childAt(cell.center()) : &grid;
-        const QPoint place = target->mapFrom(&grid, cell.center());
-        QTest::mouseClick(target, Qt::LeftButton, {}, place);
-        QTest::mouseDClick(target, Qt::LeftButton, {}, place);
+        QTest::mouseDClick(&grid, Qt::LeftButton, {}, grid.cellRect(grid.currentRow(), 0).center());
     }
 
     TFProvList list;
@@ -189,7 +186,7 @@ TEST_F(ProvinceList, LowerCaseLettersDoNotSwitchTheOrder) {
 
 TEST_F(ProvinceList, AnyOtherSingleCharacterLeavesTheOrderAsItIs) {
     show();
-    QTest::sendKeyEvent(QTest::Click, &search, Qt::Key_Ntilde, QStringLiteral("Ñ"), Qt::NoModifier);
+    type("Ñ");
     EXPECT_EQ(search.text(), "Ñ");
     EXPECT_EQ(list.TProvin.tag(), "CODIGO");
     search.clear();

@@ -120,11 +120,7 @@ TEST_F(StreetCardChecks, ANumberThatIsNoneOrDoesNotFitIsToldAndNothingIsLost) {
 }
 
 TEST_F(StreetCardChecks, ABlankTypeIsOneWhereTheTableHasIt) {
-    dbase::Dataset types("DB", "TIPO_VIA");
-    types.open();
-    types.append();
-    types.field("NOMBRE").setText("SIN TIPO");
-    types.post();
+    addStreetTypes({{"", "SIN TIPO"}});
     openWith("CBTipoVia", " - SIN TIPO");
     accept();
     EXPECT_FALSE(card->isVisible());

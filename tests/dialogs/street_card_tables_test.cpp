@@ -14,12 +14,7 @@ class StreetCardLookups : public postal_tests::PostalTables {
 protected:
     StreetCardLookups() {
         addProvinces({{"028", "MADRID"}, {"008", "BARCELONA"}, {"201", "FRANCIA", 3}});
-        dbase::Dataset types("DB", "TIPO_VIA");
-        types.open();
-        types.append();
-        types.field("CODIGO").setText("CL");
-        types.field("NOMBRE").setText("CALLE");
-        types.post();
+        addStreetTypes({{"CL", "CALLE"}});
     }
     ambrel::StreetCardTables tables;
 };

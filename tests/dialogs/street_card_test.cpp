@@ -15,6 +15,7 @@
 namespace {
 
 using ambrel::MessageAnswer;
+using ambrel::test::boxesDuring;
 using ambrel::test::child;
 using dbase::DatasetState;
 
@@ -27,6 +28,10 @@ protected:
     void expectDeleteQuestion(MessageAnswer answer) {
         messages.expect("¿Seguro que desea borrar la via GRAN VIA de la base de datos?", "Eliminar Via",
                         "Atención", answer);
+    }
+    /// A button that a key clicks acts a moment later.
+    void expectClosed() const {
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !card->isVisible(); }));
     }
     void expectReadOnly() const {
         EXPECT_FALSE(child<QGroupBox>(*card, "GBIdentificacion").isEnabled());
@@ -270,15 +275,9 @@ TEST_F(StreetCard, StreetThatAnotherWorkstationHoldsOpensReadOnlyAndSaysWhy) {
     dbase::Dataset other("DB", "POSTAL");
     other.open();
     ASSERT_TRUE(other.lockCurrent()); // the first row: 99000000
-    std::vector<QString> told;
-    const auto previous = ambrel::setMessageShower([&](const ambrel::MessageBox& box) {
-        told.push_back(box.text);
-        return MessageAnswer::Accept;
-    });
-    openCard(opModificacion);
-    ambrel::setMessageShower(previous);
-    ASSERT_EQ(told.size(), 1U);
-    EXPECT_TRUE(told[0].contains("otro usuario")) << told[0].toStdString();
+    const auto boxes = boxesDuring([this] { openCard(opModificacion); });
+    ASSERT_EQ(boxes.size(), 1U);
+    EXPECT_TRUE(boxes[0].text.contains("otro usuario")) << boxes[0].text.toStdString();
     expectReadOnly();
     press(Qt::Key_Escape);
     EXPECT_FALSE(card->isVisible());
@@ -315,7 +314,7 @@ TEST_F(StreetCard, NewStreetIsStoredByKeyboardAlone) {
     press(Qt::Key_Tab);
     typeInto(focused().c_str(), "del sol");
     press(Qt::Key_A, Qt::AltModifier);
-    QTRY_VERIFY(!card->isVisible());
+    expectClosed();
     EXPECT_EQ(card->result(), 1);
     EXPECT_EQ(stored("99000004", "VIA"), "DEL SOL");
     EXPECT_EQ(stored("99000004", "TIPO_VIA"), "PZ");
@@ -342,7 +341,7 @@ TEST_F(StreetCard, WhatIsTypedReachesTheRecordBeforeTheAltKeyOfTheButtonActs) {
     edit("DBEVia").selectAll();
     typeInto("DBEVia", "goya");
     press(Qt::Key_A, Qt::AltModifier);
-    QTRY_VERIFY(!card->isVisible());
+    expectClosed();
     EXPECT_EQ(stored("99000000", "VIA"), "GOYA");
     EXPECT_EQ(streets().state(), DatasetState::Browse);
 }
@@ -383,7 +382,7 @@ TEST_F(StreetCard, DeletionAsksAndClosesWhateverTheAnswer) {
     openCard(opBaja);
     expectDeleteQuestion(MessageAnswer::No);
     press(Qt::Key_B, Qt::AltModifier);
-    QTRY_VERIFY(!card->isVisible());
+    expectClosed();
     EXPECT_EQ(stored("99000000", "VIA"), "GRAN VIA");
     card.reset();
     openCard(opBaja);
@@ -412,14 +411,8 @@ TEST_F(StreetCard, TheEnginesTextIsShownOnceWhenStoringFails) {
     fillIn();
     leaveUnchecked();
     std::filesystem::resize_file(folder.path() / std::filesystem::path("POSTAL.DBF"), 40);
-    std::vector<QString> told;
-    const auto previous = ambrel::setMessageShower([&](const ambrel::MessageBox& box) {
-        told.push_back(box.text);
-        return MessageAnswer::Accept;
-    });
-    QTest::mouseClick(&button("BBAceptar"), Qt::LeftButton);
-    ambrel::setMessageShower(previous);
-    EXPECT_EQ(told.size(), 1U);
+    const auto boxes = boxesDuring([this] { QTest::mouseClick(&button("BBAceptar"), Qt::LeftButton); });
+    EXPECT_EQ(boxes.size(), 1U);
     EXPECT_FALSE(card->isVisible());
     EXPECT_TRUE(controller->streetFailure().isEmpty()) << "shown";
 }
@@ -431,20 +424,13 @@ TEST_F(StreetCard, EscapeInAnOpenListClosesOnlyTheList) {
     box.showPopup();
     ASSERT_TRUE(box.view()->isVisible());
     QTest::keyClick(box.view(), Qt::Key_Escape);
-    QTRY_VERIFY(!box.view()->isVisible());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !box.view()->isVisible(); }));
     EXPECT_TRUE(card->isVisible());
 }
 
 TEST_F(StreetCard, ACardWhoseTablesAreMissingIsAView) {
     std::filesystem::remove(folder.path() / std::filesystem::path("PROVIN.DBF"));
-    std::vector<QString> told;
-    const auto previous = ambrel::setMessageShower([&](const ambrel::MessageBox& box) {
-        told.push_back(box.text);
-        return MessageAnswer::Accept;
-    });
-    openCard(opModificacion);
-    ambrel::setMessageShower(previous);
-    EXPECT_EQ(told.size(), 1U);
+    EXPECT_EQ(boxesDuring([this] { openCard(opModificacion); }).size(), 1U);
     expectReadOnly();
     EXPECT_EQ(streets().state(), DatasetState::Browse);
 }

@@ -12,6 +12,7 @@
 #include "services/Confamb.h"
 #include "services/TagProperty.h"
 #include "support/ShownWindow.h"
+#include "support/Typing.h"
 
 namespace host_tests {
 
@@ -23,6 +24,16 @@ void clickIn(QDialog& dialog, const char* button) {
 
 ambrel::test::ModalScript::Step justClick(const char* button) {
     return [=](QDialog& dialog) { clickIn(dialog, button); };
+}
+
+ambrel::test::ModalScript::Step typeAndClick(const char* box, const QString& text, const char* button) {
+    return [=](QDialog& dialog) {
+        auto& edit = ambrel::test::child<QLineEdit>(dialog, box);
+        edit.setFocus();
+        edit.selectAll();
+        QTest::keyClicks(&edit, text);
+        clickIn(dialog, button);
+    };
 }
 
 FormTest::FormTest() {
@@ -43,17 +54,6 @@ FormTest::FormTest() {
 }
 
 FormTest::~FormTest() { close(); }
-
-void FormTest::addStreetTypes(const std::vector<std::pair<std::string, std::string>>& rows) {
-    dbase::Dataset table("DB", "TIPO_VIA");
-    table.open();
-    for (const auto& [abbreviation, name] : rows) {
-        table.append();
-        table.field("CODIGO").setText(abbreviation);
-        table.field("NOMBRE").setText(name);
-        table.post();
-    }
-}
 
 void FormTest::addCustomers(const std::vector<CustomerRow>& rows) {
     host::HostTable table(host::hostDatabase);
@@ -103,9 +103,7 @@ void FormTest::enter(const char* name) {
 
 void FormTest::type(const QString& text) {
     activate();
-    for (const QChar letter : text)
-        QTest::sendKeyEvent(QTest::Click, QApplication::focusWidget(),
-                            static_cast<Qt::Key>(letter.toUpper().unicode()), letter, Qt::NoModifier);
+    ambrel::test::typeInto(*QApplication::focusWidget(), text);
 }
 
 void FormTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {

@@ -4,7 +4,6 @@
 #include <QString>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "data/PostalTables.h"
@@ -26,6 +25,9 @@ struct CustomerRow {
 void clickIn(QDialog& dialog, const char* button);
 /// The step that does nothing else.
 [[nodiscard]] ambrel::test::ModalScript::Step justClick(const char* button);
+/// Replaces the text of a box of a dialog by typing, and clicks a button.
+[[nodiscard]] ambrel::test::ModalScript::Step typeAndClick(const char* box, const QString& text,
+                                                           const char* button);
 
 /// MADRID is a capital with several codes; its CL ALCALA has the numbers to 57 in 28014 and the rest in
 /// 28009, its PZ MAYOR and CL MAYOR have different codes. HARO has one code. MIERES is two towns. The
@@ -35,8 +37,6 @@ protected:
     FormTest();
     ~FormTest() override;
 
-    /// Abbreviations and names.
-    static void addStreetTypes(const std::vector<std::pair<std::string, std::string>>& rows);
     void addCustomers(const std::vector<CustomerRow>& rows);
     /// Opens the window on the first customer.
     void open();

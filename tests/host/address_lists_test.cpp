@@ -21,17 +21,7 @@ using ambrel::test::ScriptedMessages;
 using host_tests::clickIn;
 using host_tests::FormTest;
 using host_tests::justClick;
-
-/// Types capitals into a box of a dialog and clicks a button of it.
-ModalScript::Step typeAndClick(const char* box, const QString& text, const char* button) {
-    return [=](QDialog& dialog) {
-        auto& edit = child<QLineEdit>(dialog, box);
-        edit.setFocus();
-        edit.selectAll();
-        QTest::keyClicks(&edit, text);
-        clickIn(dialog, button);
-    };
-}
+using host_tests::typeAndClick;
 
 class AddressListsTest : public FormTest {
 protected:

@@ -20,6 +20,12 @@ using ambrel::test::ScriptedMessages;
 using host_tests::clickIn;
 using host_tests::FormTest;
 using host_tests::justClick;
+using host_tests::typeAndClick;
+
+/// In the list of streets: seeks one by typing and clicks a button.
+ModalScript::Step seekAndClick(const QString& street, const char* button) {
+    return typeAndClick("EVia", street, button);
+}
 
 class StreetCommandsTest : public FormTest {
 protected:
@@ -43,16 +49,6 @@ protected:
         dialogs.expect("TFFichaVia", justClick("BBAceptar"));
         fill("EVia", name);
     }
-    /// In the list: seeks a street by typing and clicks a button.
-    static ModalScript::Step seekAndClick(const QString& street, const char* button) {
-        return [=](QDialog& dialog) {
-            auto& box = child<QLineEdit>(dialog, "EVia");
-            box.setFocus();
-            box.selectAll();
-            QTest::keyClicks(&box, street);
-            clickIn(dialog, button);
-        };
-    }
 
     ScriptedMessages messages;
     ModalScript dialogs;
@@ -73,13 +69,7 @@ TEST_F(StreetCommandsTest, AnUnknownStreetIsOfferedAsANewOne) {
 TEST_F(StreetCommandsTest, TheNewStreetTakesTheNameThatItsCardGivesIt) {
     openInMadrid();
     expectInsertion(messages, MessageAnswer::Yes);
-    dialogs.expect("TFFichaVia", [](QDialog& card) {
-        auto& name = child<QLineEdit>(card, "DBEVia");
-        name.setFocus();
-        name.selectAll();
-        QTest::keyClicks(&name, "HORNO VIEJO");
-        clickIn(card, "BBAceptar");
-    });
+    dialogs.expect("TFFichaVia", typeAndClick("DBEVia", "HORNO VIEJO", "BBAceptar"));
     fill("EVia", "HORNO NUEVO");
     EXPECT_EQ(text("EVia"), QStringLiteral("HORNO VIEJO"));
     EXPECT_EQ(tag("EVia"), 99000000);
@@ -207,13 +197,7 @@ TEST_F(StreetCommandsTest, TheCardOfAStreetOfTheDirectoryCanOnlyBeRead) {
 TEST_F(StreetCommandsTest, TheCardOfAUsersStreetCanBeChanged) {
     openInMadrid();
     insertStreet("HORNO NUEVO");
-    dialogs.expect("TFFichaVia", [](QDialog& card) {
-        auto& code = child<QLineEdit>(card, "DBECodPostal");
-        code.setFocus();
-        code.selectAll();
-        QTest::keyClicks(&code, "28013");
-        clickIn(card, "BBAceptar");
-    });
+    dialogs.expect("TFFichaVia", typeAndClick("DBECodPostal", "28013", "BBAceptar"));
     choose("MIFichaVia");
     EXPECT_EQ(text("EVia"), QStringLiteral("HORNO NUEVO"));
     EXPECT_EQ(text("ECodPostal"), QStringLiteral("28013"));

@@ -54,6 +54,13 @@ public:
         const std::string read = std::fgets(text.data(), text.size(), output_) ? text.data() : "";
         return read.substr(0, read.find('\n'));
     }
+    /// All that it prints until it ends.
+    std::string allOutput() {
+        std::string all;
+        for (int byte = std::fgetc(output_); byte != EOF; byte = std::fgetc(output_))
+            all += static_cast<char>(byte);
+        return all;
+    }
 
     /// Its exit code; negative for a signal that killed it.
     int end(int signal) {
@@ -108,6 +115,17 @@ TEST_F(CallejeroProgram, RefusesWhatItDoesNotUnderstand) {
         EXPECT_EQ(program.line(), "");
         EXPECT_EQ(program.wait(), 1);
     }
+}
+
+TEST_F(CallejeroProgram, ItsHelpIsSpanish) {
+    Program program({"--help"});
+    const std::string help = program.allOutput();
+    for (const char* const line : {"Uso: callejero-simulado [OPCIONES]", "Opciones:", "--puerto N ",
+                                   "--espera MS ", "--falla OPERACIÓN[:NOMBRE]=MODO "})
+        EXPECT_NE(help.find(line), std::string::npos) << line << " is not in:\n" << help;
+    for (const char* const word : {"INT", "TEXT", "OPTIONS", "Usage", " in ["})
+        EXPECT_EQ(help.find(word), std::string::npos) << word << " is in:\n" << help;
+    EXPECT_EQ(program.wait(), 0);
 }
 
 TEST_F(CallejeroProgram, RefusesAPortInUse) {

@@ -167,14 +167,9 @@ TEST_F(ImportBatch, FaultOfTheTablesIsToldOnceForTheWholeRun) {
     controller->DM->tbMunicipi.close();
     controller->DM->tbMunicipiAux.close();
     std::filesystem::rename(folder / "MUNICIPI.DBF", folder / "FUERA.DBX");
-    Texts titles;
-    const auto before = ambrel::setMessageShower([&](const ambrel::MessageBox& box) {
-        titles.push_back(box.title.toStdString());
-        return ambrel::MessageAnswer::Accept;
-    });
-    save();
-    ambrel::setMessageShower(before);
-    EXPECT_EQ(titles, (Texts{"Atención"}));
+    const auto boxes = ambrel::test::boxesDuring([this] { save(); });
+    ASSERT_EQ(boxes.size(), 1U);
+    EXPECT_EQ(boxes[0].title.toStdString(), "Atención");
     EXPECT_TRUE(dialog->isVisible());
 }
 

@@ -7,7 +7,6 @@
 
 #include <filesystem>
 
-#include "dbase/dataset.h"
 #include "import/ImportForm.h"
 
 namespace {
@@ -16,17 +15,7 @@ using namespace postal_tests;
 
 class ImportFromFiles : public ImportForm {
 protected:
-    ImportFromFiles() { createTypes({{"CL", "CALLE"}, {"AV", "AVENIDA"}, {"PZ", "PLAZA"}}); }
-    static void createTypes(const std::vector<std::pair<std::string, std::string>>& types) {
-        dbase::Dataset table("DB", "TIPO_VIA");
-        table.open();
-        for (const auto& [code, name] : types) {
-            table.append();
-            table.field("CODIGO").setText(code);
-            table.field("NOMBRE").setText(name);
-            table.post();
-        }
-    }
+    ImportFromFiles() { addStreetTypes({{"CL", "CALLE"}, {"AV", "AVENIDA"}, {"PZ", "PLAZA"}}); }
     void search(const char* key) {
         choose("CBProvincias", key);
         click("BBBuscarViasPorMunicipio");
@@ -183,15 +172,9 @@ TEST_F(ImportFromFiles, StreetTypesThatCannotBeReadAreToldAndNothingStaysOpen) {
     std::filesystem::rename(folder / "TIPO_VIA.MDX", folder / "FUERA.MDX");
     choose("CBProvincias", "28-ALPEDRETE");
     leaveUnchecked();
-    std::vector<ambrel::MessageBox> shown;
-    const auto before = ambrel::setMessageShower([&](const ambrel::MessageBox& box) {
-        shown.push_back(box);
-        return ambrel::MessageAnswer::Accept;
-    });
-    click("BBBuscarViasPorMunicipio");
-    ambrel::setMessageShower(before);
-    ASSERT_EQ(shown.size(), 1U);
-    EXPECT_EQ(shown[0].title.toStdString(), "Atención");
+    const auto boxes = ambrel::test::boxesDuring([this] { click("BBBuscarViasPorMunicipio"); });
+    ASSERT_EQ(boxes.size(), 1U);
+    EXPECT_EQ(boxes[0].title.toStdString(), "Atención");
     EXPECT_TRUE(dialog->isVisible());
 }
 

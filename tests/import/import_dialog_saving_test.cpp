@@ -3,7 +3,6 @@
 
 #include <csignal>
 #include <filesystem>
-#include <functional>
 
 #include <sys/resource.h>
 
@@ -111,25 +110,14 @@ private:
     void (*handler_)(int) = SIG_DFL;
 };
 
-/// Titles of the boxes that come while something is done.
-Texts titlesDuring(const std::function<void()>& action) {
-    Texts titles;
-    const auto before = ambrel::setMessageShower([&](const ambrel::MessageBox& box) {
-        titles.push_back(box.title.toStdString());
-        return ambrel::MessageAnswer::Accept;
-    });
-    action();
-    ambrel::setMessageShower(before);
-    return titles;
-}
-
 TEST_F(ImportSaving, FullDiskIsToldOnceBehindTheLoopAndNothingSavedBeforeIsLost) {
     addStreets({{"99000000", "ANTERIOR", "CL", "28430"}});
     find("ALPEDRETE");
     Texts titles;
     {
         const FullDisk full(folder / "POSTAL.DBF");
-        titles = titlesDuring([this] { click("BBGuardarPorMunicipio"); });
+        for (const auto& box : ambrel::test::boxesDuring([this] { click("BBGuardarPorMunicipio"); }))
+            titles.push_back(box.title.toStdString());
     }
     EXPECT_EQ(titles, (Texts{"Atención", doneTitle}));
     EXPECT_EQ(stored(), (Texts{"CL ANTERIOR 28430"}));

@@ -197,6 +197,25 @@ TEST_F(FolderDirectory, ServesAnIndexOfAnswers) {
     EXPECT_NE(directory->streets("LA RIOJA", "X").find("EL MUNICIPIO NO EXISTE."), std::string::npos);
 }
 
+TEST_F(FolderDirectory, OfAnIndexThatLacksSomethingIsRefusedInSpanish) {
+    std::filesystem::create_directories(folder / "soap");
+    std::filesystem::create_directories(folder / "vias");
+    folder.write("soap/provincias.xml", "<p/>");
+    const auto refusalOf = [this](const char* index) -> std::string {
+        folder.write("vias/indice.csv", index);
+        try {
+            static_cast<void>(callejero::folderDirectory(folder.path()));
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+        return "taken";
+    };
+    EXPECT_EQ(refusalOf("fichero,provincia\nuno.xml,LA RIOJA\n"),
+              "indice.csv: falta un valor de la columna «municipio»");
+    EXPECT_EQ(refusalOf("fichero,provincia,municipio\nuno.xml,LA RIOJA,HARO,26\n"),
+              "indice.csv: línea 2, carácter 1: la fila tiene más valores que columnas la cabecera");
+}
+
 TEST_F(FolderDirectory, OfAnIndexServesNothingFromOutside) {
     std::filesystem::create_directories(folder / "soap/municipios-x");
     std::filesystem::create_directories(folder / "vias");

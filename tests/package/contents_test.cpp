@@ -1,25 +1,19 @@
-// The package as a host sees it: one header, one library.
-#include "package/AmbCodPostales.h"
-
-#include <gtest/gtest.h>
-
+// What the shared library carries: what it lacked would be missing when this program is linked.
 #include <functional>
 
-#include "support/TemporaryFolder.h"
+#include "PackageTest.h"
 
 namespace {
 
-TEST(Package, LoadingItCreatesNoDataModule) {
+class PackageContentsTest : public package_tests::PackageTest {};
+
+TEST_F(PackageContentsTest, LoadingItCreatesNoDataModule) {
     EXPECT_EQ(DMCodPostales, nullptr);
     EXPECT_EQ(DMMunicipi, nullptr);
     EXPECT_EQ(DMVias, nullptr);
 }
 
-TEST(Package, CarriesEverythingThatAHostUses) {
-    const TemporaryFolder folder;
-    for (const dbase::TableDefinition& definition : ambrel::tableDefinitions())
-        dbase::createTable(folder.path(), definition);
-    Config.setDatabase("DB", folder.path());
+TEST_F(PackageContentsTest, CarriesTheControllerAndTheDataModules) {
     TClassCodPostales controller;
     EXPECT_FALSE(controller.BuscaPorNombreMunicipi("MADRID", true));
     const TDMMunicipi municipalities;
@@ -27,11 +21,7 @@ TEST(Package, CarriesEverythingThatAHostUses) {
     EXPECT_EQ(LocalizaProvincia("28001"), "");
 }
 
-TEST(Package, CarriesTheLookups) {
-    const TemporaryFolder folder;
-    for (const dbase::TableDefinition& definition : ambrel::tableDefinitions())
-        dbase::createTable(folder.path(), definition);
-    Config.setDatabase("DB", folder.path());
+TEST_F(PackageContentsTest, CarriesTheLookups) {
     EXPECT_EQ(Tipo_Via("CL", false, false), "");
     EXPECT_EQ(Tipo_ViaPorNombre("CALLE"), "");
     EXPECT_EQ(Nombre_Via("CL"), "");
@@ -42,12 +32,12 @@ TEST(Package, CarriesTheLookups) {
                 std::function(IBuscaMunicipio) && std::function(IBuscaMunicipioMJ));
 }
 
-TEST(Package, CarriesTheDialogs) {
+TEST_F(PackageContentsTest, CarriesTheDialogs) {
     for (const QMetaObject* dialog :
          {&TFMunicipiLista::staticMetaObject, &TFBuscarMunicipios::staticMetaObject,
           &TFMunicipiListaMJ::staticMetaObject, &TFProvList::staticMetaObject,
           &TFTipoViasLista::staticMetaObject, &TFBuscarDireccionPostal::staticMetaObject,
-          &TFFichaVia::staticMetaObject})
+          &TFFichaVia::staticMetaObject, &TFImportarVias::staticMetaObject})
         EXPECT_TRUE(dialog->inherits(&QDialog::staticMetaObject)) << dialog->className();
 }
 
