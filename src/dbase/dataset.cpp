@@ -84,7 +84,9 @@ void Dataset::open() {
         prepare();
     } catch (...) {
         --paused_;
-        letGo();
+        if (open_) { // the hook may have closed it
+            letGo();
+        }
         throw;
     }
     --paused_;
@@ -157,12 +159,16 @@ void Dataset::setTag(const std::string& name) {
         tag_ = wanted;
         return;
     }
-    const Tag* found = wanted.empty() ? nullptr : open_->findTag(wanted);
-    if (!wanted.empty() && found == nullptr) {
-        throw Error(ErrorCode::NotFound, open_->path(), "no hay ningún tag \"" + name + "\"");
-    }
-    cancel();
-    order_->setTag(found);
+    const auto find = [&]() -> const Tag* {
+        const Tag* found = wanted.empty() ? nullptr : open_->findTag(wanted);
+        if (!wanted.empty() && found == nullptr) {
+            throw Error(ErrorCode::NotFound, open_->path(), "no hay ningún tag \"" + name + "\"");
+        }
+        return found;
+    };
+    static_cast<void>(find()); // what is refused leaves the pending row alone
+    leaveRow();
+    order_->setTag(find()); // in the table as it is open now
     tag_ = wanted;
     spot_->cursor.reset(); // it walks the old tag
     reposition();
@@ -178,7 +184,7 @@ void Dataset::setRange(const Key& low, const Key& high) {
     if (tag.order.isDescending() && tag.order.compare(from, to) > 0) {
         std::swap(from, to); // what lies between both is the same from either side
     }
-    cancel();
+    leaveRow();
     order_->setRange(std::move(from), std::move(to));
     landAtEnd(Direction::Forward);
     changed(DatasetChange::Order);
@@ -188,7 +194,7 @@ void Dataset::clearRange() {
     if (!order_ || !order_->hasRange()) {
         return;
     }
-    cancel();
+    leaveRow();
     order_->clearRange();
     reposition();
     changed(DatasetChange::Order);
@@ -203,7 +209,7 @@ void Dataset::setFilter(const std::string& text) {
     if (!text.empty()) {
         parsed = parseFilter(*open_, text);
     }
-    cancel();
+    leaveRow();
     order_->setFilter(std::move(parsed));
     filterText_ = text;
     reposition();

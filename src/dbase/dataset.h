@@ -197,6 +197,7 @@ private:
     [[nodiscard]] bool toNeighbour(Spot& spot, Direction direction) const;
     template<typename Search>
     bool landOn(Search&& search);
+    void leaveRow();
     void landNowhere();
     void landAtEnd(Direction direction);
     void landOnPosted();

@@ -10,7 +10,7 @@ namespace dbase {
 
 void Dataset::append() {
     requireOpen();
-    cancel();
+    leaveRow();
     if (isReadOnly()) {
         throw Error(ErrorCode::ReadOnly, open_->path(), "sólo se puede leer: " + readOnlyReason());
     }
@@ -59,11 +59,12 @@ void Dataset::edit() {
     }
     if (!isCurrent) {
         giveRecordBack();
-        const std::string number = std::to_string(record_);
+        const Error refusal(ErrorCode::RecordChanged, open_->path(),
+                            "otro usuario ha cambiado o borrado el registro " + std::to_string(record_) +
+                                "; ahora se ve como está");
         reposition();
         changed(DatasetChange::Moved);
-        throw Error(ErrorCode::RecordChanged, open_->path(),
-                    "otro usuario ha cambiado o borrado el registro " + number + "; ahora se ve como está");
+        throw refusal;
     }
     shown_ = row_;
     state_ = DatasetState::Edit;
@@ -97,7 +98,7 @@ void Dataset::post() {
 }
 
 void Dataset::cancel() {
-    requireUnvisited(); // every move begins here
+    requireUnvisited();
     if (state_ != DatasetState::Insert && state_ != DatasetState::Edit) {
         return;
     }
@@ -123,6 +124,7 @@ void Dataset::erase() {
     if (wasInserting) {
         return; // the row was never there
     }
+    requireOpen();
     takeRecord();
     try {
         open_->erase(record_, row_);

@@ -196,16 +196,22 @@ bool Dataset::isShownAsStored() const {
 
 // --- Moves
 
+/// Every move begins here. A listener that is told of the cancelling may close the table.
+void Dataset::leaveRow() {
+    cancel();
+    requireOpen();
+}
+
 void Dataset::first() {
     requireOpen();
-    cancel();
+    leaveRow();
     landAtEnd(Direction::Forward);
     changed(DatasetChange::Moved);
 }
 
 void Dataset::last() {
     requireOpen();
-    cancel();
+    leaveRow();
     landAtEnd(Direction::Backward);
     changed(DatasetChange::Moved);
 }
@@ -215,7 +221,7 @@ bool Dataset::prior() { return step(Direction::Backward); }
 
 bool Dataset::step(Direction direction) {
     requireOpen();
-    cancel();
+    leaveRow();
     const bool forward = direction == Direction::Forward;
     if (forward && takeAhead()) {
         bof_ = eof_ = false;
@@ -249,7 +255,7 @@ bool Dataset::seek(const Key& key, SeekMode mode) {
     requireOpen();
     requireKeys();
     const std::string wanted = makeSeekKey(*order_->tag(), schema(), key);
-    cancel();
+    leaveRow();
     ahead_->clear();
     const bool exact = mode == SeekMode::Exact;
     const bool found = landOn([&](Spot& spot) {
@@ -268,7 +274,7 @@ bool Dataset::seek(const Key& key, SeekMode mode) {
 
 bool Dataset::goTo(Bookmark bookmark) {
     requireOpen();
-    cancel();
+    leaveRow();
     ahead_->clear();
     const bool found = landOn([&](Spot& spot) { return order_->toRecord(spot, bookmark.record()); });
     if (found) {
@@ -279,7 +285,7 @@ bool Dataset::goTo(Bookmark bookmark) {
 
 bool Dataset::goToPlace(double place) {
     requireOpen();
-    cancel();
+    leaveRow();
     ahead_->clear();
     const bool found = landOn([&](Spot& spot) {
         return (order_->toPlace(spot, place) && order_->settle(spot, Direction::Forward)) ||
@@ -293,7 +299,7 @@ bool Dataset::goToPlace(double place) {
 
 void Dataset::refresh() {
     requireOpen();
-    cancel();
+    leaveRow();
     reposition();
     changed(DatasetChange::Moved);
 }

@@ -22,11 +22,11 @@ std::string textAt(std::span<const char> bytes, std::size_t offset, std::size_t 
 constexpr std::size_t mostBlockPages = 64;
 constexpr std::size_t mostPadding = 8; // bytes between an item's key and the next item
 
-// Stands for a condition that lies behind the end of its block.
+// Stands for a condition that lies behind the end of a block too small for it.
 constexpr std::string_view unreadableCondition = "?";
 
 // Key and condition from their texts, or why they are not understood.
-void parseTexts(Tag& tag, const Schema& schema) {
+void parseTexts(Tag& tag, const Schema& schema, bool isConditionReadable) {
     try {
         Expression key = Expression::parse(tag.definition.expression, schema, Dialect::Index);
         const KeyType made = key.type() == ValueType::Text     ? KeyType::Character
@@ -35,7 +35,7 @@ void parseTexts(Tag& tag, const Schema& schema) {
         if (key.type() == ValueType::Logical || made != tag.keyType) {
             throw Error(ErrorCode::BadExpression, {}, "la expresión no da el tipo de clave del tag");
         }
-        if (tag.definition.condition == unreadableCondition) {
+        if (!tag.definition.condition.empty() && !isConditionReadable) {
             throw Error(ErrorCode::BadExpression, {}, "su condición no cabe en bloques tan pequeños");
         }
         if (!tag.definition.condition.empty()) {
@@ -128,7 +128,7 @@ Tag IndexFile::readTag(std::span<const char> entry, const Schema& schema, std::s
     }
     readTagHeader(tag, number);
     tag.order = KeyOrder(tag.keyType, driverCollates(schema.languageDriver), tag.definition.descending);
-    parseTexts(tag, schema);
+    parseTexts(tag, schema, blockSize_ >= mdx::tagHeaderBytes);
     return tag;
 }
 

@@ -53,6 +53,9 @@ public:
     /// Reads header and tag table for a table of the given layout. Errors: Error(BadIndex, TooLarge, Io).
     IndexFile(std::unique_ptr<File> file, const Schema& schema);
 
+    /// Errors: Error(BadExpression, BadIndex) for tags that format() would refuse. `path`: for its text.
+    static void checkTags(const std::string& path, const Schema& schema,
+                          const std::vector<TagDefinition>& tags, unsigned blockPages = 2);
     /// Writes an index without keys over whatever the file holds. Errors: Error(BadExpression, BadIndex)
     /// before anything is written.
     static void format(File& file, const Schema& schema, const std::string& tableName,

@@ -162,6 +162,11 @@ void encodeHead(std::span<char> head, const Schema& schema, const std::string& t
 
 } // namespace
 
+void IndexFile::checkTags(const std::string& path, const Schema& schema,
+                          const std::vector<TagDefinition>& tags, unsigned blockPages) {
+    static_cast<void>(shapesOf(tags, schema, blockPages * pageBytes, path));
+}
+
 void IndexFile::format(File& file, const Schema& schema, const std::string& tableName,
                        const std::vector<TagDefinition>& tags, const UpdateStamp& stamp,
                        unsigned blockPages) {

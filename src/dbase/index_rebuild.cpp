@@ -15,13 +15,16 @@ namespace dbase {
 
 namespace {
 
-// Every entry of one tag in order, the hidden records of a unique tag left out.
+// Every entry of one tag in order, the hidden records of a unique tag left out. A program that knows only the
+// append lock may add records meanwhile: their entries are its own to add.
 TreeRoot buildTree(IndexFile& index, const Tag& tag, const TableFile& records, BlockWriter& blocks,
                    std::uint32_t& blockCount, const std::function<void(RecordNumber)>& progress) {
-    KeySorter sorter(tag.order, tag.keyLength, records.recordCount());
+    const std::uint32_t count = index.stamp().records; // for all tags the same
+    KeySorter sorter(tag.order, tag.keyLength, count);
     std::array<char, maxKeyLength> key;
     RecordScan scan(records);
-    while (const RecordView* record = scan.next()) {
+    for (const RecordView* record = scan.next(); record != nullptr && record->number <= count;
+         record = scan.next()) {
         if (!tag.condition || tag.condition->test(*record)) {
             makeKey(tag, *record, std::span(key).first(tag.keyLength));
             sorter.add({key.data(), tag.keyLength}, record->number);
@@ -98,8 +101,8 @@ void rebuildTrees(TableFile& records, IndexFile& index, const Progress& progress
     if (!records.schema().hasProductionIndex) {
         records.setHasIndex(true);
     }
-    if (records.announcedCount() != count) { // a count that the file does not hold is made true
-        records.setCount(count);
+    if (const RecordNumber held = records.recordCount(); records.announcedCount() != held) {
+        records.setCount(held); // a count that the file does not hold is made true
     }
     sendFirst();
     index.writeStamp(before.ended(count));

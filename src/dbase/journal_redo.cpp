@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 namespace dbase {
 
@@ -93,6 +94,13 @@ void redo(TableFile& records, const std::vector<JournalEntry>& entries) {
         records.dropBehind(count);
     }
     records.forgetSize();
+}
+
+void redoUnfinished(TableFile& records, Journal& journal, const UpdateStamp& left) {
+    const std::optional<JournalEntry> last = left.inUpdate ? journal.lastEntry() : std::nullopt;
+    if (last && last->counter == left.counter) {
+        redo(records, {*last});
+    }
 }
 
 void fillHoles(TableFile& records) {

@@ -5,6 +5,7 @@
 
 #include "dbase/journal.h"
 #include "dbase/table_file.h"
+#include "dbase/update_stamp.h"
 
 namespace dbase {
 
@@ -13,6 +14,10 @@ namespace dbase {
 /// another program changed meanwhile stays as that program left it. Entries come oldest first. The caller
 /// holds the exclusive structure lock and rebuilds the tags. Errors: Error(Io, DiskFull).
 void redo(TableFile& records, const std::vector<JournalEntry>& entries);
+
+/// The same for the change that a writer died at: the journal tells it last, with the counter of the mark
+/// that he left. `left`: the stamp as it is found.
+void redoUnfinished(TableFile& records, Journal& journal, const UpdateStamp& left);
 
 /// Rows that count and whose bytes never reached the disk become deleted blank ones, so that all others keep
 /// their numbers.

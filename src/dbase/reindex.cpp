@@ -7,11 +7,13 @@
 #include "dbase/check.h"
 #include "dbase/databases.h"
 #include "dbase/error.h"
+#include "dbase/index_layout.h"
 #include "dbase/index_rebuild.h"
 #include "dbase/journal_redo.h"
 #include "dbase/locks.h"
 #include "dbase/paths.h"
 #include "dbase/table_definition.h"
+#include "dbase/update_stamp.h"
 
 namespace dbase {
 
@@ -88,20 +90,36 @@ void correctCount(TableFile& records) {
     }
 }
 
+// What stands behind the last record goes, unless somebody is writing a new one there.
+void dropTail(TableFile& records) {
+    if (records.file().tryLock(appendLock, LockKind::Exclusive)) {
+        const FileLock appending(records.file(), appendLock, FileLock::alreadyHeld);
+        records.dropBehind(records.recordCount());
+    }
+}
+
+// Of any file, also one that is no index.
+UpdateStamp stampOf(const File& index) {
+    StampBytes bytes{};
+    if (index.size() >= mdx::headBytes) {
+        index.read(mdx::stamp, bytes);
+    }
+    return decodeStamp(bytes);
+}
+
 // The records as the programs before a stop of the machine left them; else the tags would be those of what
 // the stop has torn.
-void mendRecords(TableFile& records, Journal& journal, bool isAlone) {
-    records.forgetSize(); // it was asked for before the lock
-    const bool hasMachineStopped = isAlone && journal.isOfAnotherStart();
-    if (hasMachineStopped) {
-        redo(records, journal.keptEntries());
-    }
+void mendAfterStop(TableFile& records, Journal& journal) {
+    redo(records, journal.keptEntries());
     correctCount(records);
-    if (hasMachineStopped) {
-        fillHoles(records);
-        records.file().sync();
-        journal.remove();
-    }
+    fillHoles(records);
+    records.file().sync();
+}
+
+// The records as the last writer left them, or, if he died at a change, as he was about to.
+void mendAfterWriter(TableFile& records, Journal& journal, const UpdateStamp& left) {
+    redoUnfinished(records, journal, left);
+    correctCount(records);
 }
 
 } // namespace
@@ -121,6 +139,9 @@ void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>
     const bool isWhole =
         readable.problem.empty() &&
         std::ranges::is_permutation(tags, readable.tags, {}, &TagDefinition::name, &TagDefinition::name);
+    if (!isWhole) {
+        IndexFile::checkTags(tableFile, records.schema(), tags); // before a file is made or a record touched
+    }
     std::unique_ptr<File> index = openFile(existing.value_or(withExtension(tableFile, ".MDX")),
                                            existing ? OpenMode::ReadWrite : OpenMode::Create);
     std::optional<IndexFile> trees; // outlives the lock on its file
@@ -130,15 +151,22 @@ void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>
     }
     const StructureLock lock(*index, holders, LockKind::Exclusive);
     Journal journal(journalBeside(tableFile), records.schema());
-    mendRecords(records, journal, isAlone);
-    journal.begin(); // should the machine stop, the tags are rebuilt by the next one that opens the table
+    records.forgetSize(); // it was asked for before the lock
+    // Should the machine stop, the journal tells the next one to open the table that the tags are to be
+    // rebuilt. One of an earlier start tells it already, and also if only this program stops.
+    if (isAlone && journal.isOfAnotherStart()) {
+        mendAfterStop(records, journal);
+    } else {
+        mendAfterWriter(records, journal, stampOf(*index));
+        journal.begin();
+    }
     if (!isWhole) {
         IndexFile::format(*index, records.schema(), baseName(tableFile), tags, UpdateStamp{true, true, 0, 1});
     }
     trees.emplace(std::move(index), records.schema());
     rebuildTrees(records, *trees, progress);
     records.markColumns(columnsWithTag(records.schema(), tags));
-    records.dropBehind(records.recordCount());
+    dropTail(records);
     records.file().sync();
     trees->file().sync();
     if (isAlone) {

@@ -90,10 +90,7 @@ void Table::mend(Health found) {
     }
     beginJournal();
     if (found == Health::DiedInUpdate && journal_) { // its record may be half there
-        const std::optional<JournalEntry> last = journal_->lastEntry();
-        if (last && last->counter == index_->stamp().counter) {
-            redo(records_, {*last});
-        }
+        redoUnfinished(records_, *journal_, index_->stamp());
     }
     correctCount(found);
     rebuildLocked({});

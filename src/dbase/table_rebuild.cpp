@@ -16,7 +16,7 @@ void Table::rebuildLocked(const Progress& progress) {
     if (index_) {
         beginJournal();
         rebuildTrees(records_, *index_, progress);
-        verifiedCount_ = records_.recordCount();
+        verifiedCount_ = index_->stamp().records; // not those that others added meanwhile
     }
 }
 

@@ -11,6 +11,7 @@
 #include "dbase/index_layout.h"
 #include "dbase/locks.h"
 #include "dbase/table.h"
+#include "recovery_fixture.h"
 #include "support/ChildProcess.h"
 #include "support/StoredTable.h"
 #include "support/TemporaryFolder.h"
@@ -19,64 +20,6 @@ namespace {
 
 using namespace dbase;
 using namespace dbase::test;
-
-class RecoveryTest : public ::testing::Test {
-protected:
-    RecoveryTest()
-        : RecoveryTest({{.name = "NOMBRE", .expression = "NOMBRE"}, {.name = "NUM", .expression = "NUM"}}) {}
-    explicit RecoveryTest(std::vector<TagDefinition> tags)
-        : stored_({.name = "RECUPERA",
-                   .columns = {{"NOMBRE", ColumnType::Character, 30, 0, 0},
-                               {"NUM", ColumnType::Numeric, 6, 0, 0}},
-                   .tags = std::move(tags)}) {
-        const auto table = stored_.open();
-        schema_ = table->schema();
-        for (int i = 0; i < 100; ++i)
-            table->append(row(i));
-    }
-
-    [[nodiscard]] Bytes row(int i) const {
-        return makeRecord(schema_, {"CALLE " + std::to_string(1000 + i * 37 % 100), std::to_string(i)});
-    }
-    [[nodiscard]] Bytes& tableBytes() const { return stored_.records->bytes; }
-    [[nodiscard]] Bytes& indexBytes() const { return stored_.index->bytes; }
-
-    [[nodiscard]] UpdateStamp stamp() const {
-        const char* at = indexBytes().data() + mdx::stamp;
-        return {std::equal(at, at + 8, mdx::stampMagic), load32(at + 8) != 0, load32(at + 12),
-                load64(at + 16)};
-    }
-    void setMark() const { store32(indexBytes().data() + mdx::stamp + 8, 1); }
-    void removeStamp() const { std::fill_n(indexBytes().begin() + mdx::stamp, mdx::stampSize, '\0'); }
-    /// Turns the keys of a leaf around: wrong, and cheap to see.
-    void spoilTree() const {
-        const std::size_t leaf = load32(indexBytes().data() + 4 * pageBytes + mdx::firstLeaf) * pageBytes;
-        std::swap_ranges(indexBytes().begin() + static_cast<std::ptrdiff_t>(leaf + 8),
-                         indexBytes().begin() + static_cast<std::ptrdiff_t>(leaf + 44),
-                         indexBytes().begin() + static_cast<std::ptrdiff_t>(leaf + 8 + 36));
-    }
-    /// As a program does that knows no index.
-    void appendWithoutIndex(int i) const {
-        const Bytes record = row(i);
-        tableBytes().pop_back();
-        tableBytes().insert(tableBytes().end(), record.begin(), record.end());
-        tableBytes().push_back(0x1A);
-        store32(tableBytes().data() + 4, load32(tableBytes().data() + 4) + 1);
-    }
-
-    void expectSound(RecordNumber rows) const {
-        {
-            const auto table = stored_.open();
-            EXPECT_EQ(table->records().recordCount(), rows);
-            for (const std::string& tag : table->tagNames())
-                EXPECT_EQ(order(*table, tag).size(), rows) << tag;
-        }
-        EXPECT_EQ(stored_.findings(), "");
-    }
-
-    MemoryTable stored_;
-    Schema schema_;
-};
 
 TEST_F(RecoveryTest, AMarkLeftBehindIsMendedAtOpening) {
     setMark();
@@ -252,48 +195,6 @@ TEST_F(RecoveryTest, RecordsBehindTheEndMarkAreNone) {
     EXPECT_EQ(stored_.open()->records().recordCount(), 100U);
 }
 
-TEST_F(RecoveryTest, ReindexingKeepsWhatACutTableStillHolds) {
-    tableBytes().resize(tableBytes().size() - 500);
-    const TemporaryFolder folder;
-    writeFile(folder / "RECUPERA.DBF", tableBytes());
-    writeFile(folder / "RECUPERA.MDX", indexBytes());
-    EXPECT_NE(findings(folder / "RECUPERA.DBF"), "");
-    reindexTable(folder / "RECUPERA.DBF");
-    EXPECT_EQ(findings(folder / "RECUPERA.DBF"), "");
-    EXPECT_EQ(Table::open(folder / "RECUPERA.DBF")->records().recordCount(), 86U);
-}
-
-TEST_F(RecoveryTest, ReindexingAdoptsCompleteRecordsThatDoNotCountYet) {
-    const std::uint32_t count = load32(tableBytes().data() + 4);
-    appendWithoutIndex(100);
-    appendWithoutIndex(101);
-    store32(tableBytes().data() + 4, count);
-    const TemporaryFolder folder;
-    writeFile(folder / "RECUPERA.DBF", tableBytes());
-    writeFile(folder / "RECUPERA.MDX", indexBytes());
-    reindexTable(folder / "RECUPERA.DBF");
-    EXPECT_EQ(findings(folder / "RECUPERA.DBF"), "");
-    EXPECT_EQ(Table::open(folder / "RECUPERA.DBF")->records().recordCount(), 102U);
-}
-
-TEST_F(RecoveryTest, ReindexingAfterAStopOfTheMachineBlanksARowThatNeverReachedTheDisk) {
-    std::fill(tableBytes().end() - 1 - schema_.recordLength, tableBytes().end() - 1, '\0');
-    const TemporaryFolder folder;
-    writeFile(folder / "RECUPERA.DBF", tableBytes());
-    writeFile(folder / "RECUPERA.MDX", indexBytes());
-    const std::string thisStart = bootIdentity();
-    setBootIdentity("another start");
-    static_cast<void>(Journal(journalBeside(folder / "RECUPERA.DBF"), schema_).begin());
-    setBootIdentity(thisStart);
-    reindexTable(folder / "RECUPERA.DBF");
-    EXPECT_EQ(findings(folder / "RECUPERA.DBF"), "");
-    const auto table = Table::open(folder / "RECUPERA.DBF");
-    ASSERT_EQ(table->records().recordCount(), 100U);
-    Bytes blank(schema_.recordLength, ' ');
-    blank.front() = '*';
-    EXPECT_EQ(storedRecord(*table, 100), blank);
-}
-
 class UncountableTags : public RecoveryTest {
 protected:
     UncountableTags()
@@ -317,7 +218,8 @@ protected:
         writeFile(folder_ / "RECUPERA.MDX", indexBytes());
     }
     /// True when the work was over before that write.
-    [[nodiscard]] bool dieAt(std::size_t write, const std::function<void(Table&)>& work) const {
+    [[nodiscard]] bool dieAt(std::size_t write, const std::function<void(Table&)>& work,
+                             bool keepsJournal = false) const {
         ChildProcess child([&](const ChildProcess::Link&) {
             const auto faults = std::make_shared<Faults>();
             faults->failingWrite = write;
@@ -325,7 +227,8 @@ protected:
             const auto opened = [&](const std::string& file) {
                 return std::make_unique<FaultyFile>(openFile(file, OpenMode::ReadWrite), faults);
             };
-            Table table(opened(path()), opened(folder_ / "RECUPERA.MDX"));
+            Table table(opened(path()), opened(folder_ / "RECUPERA.MDX"), {},
+                        keepsJournal ? journalBeside(path()) : nullptr);
             work(table);
             return 0;
         });
@@ -369,6 +272,36 @@ TEST_F(DyingWriter, InAnOverwrite) {
                       const Bytes stored = storedRecord(table, 50);
                       EXPECT_TRUE(stored == row(49) || stored == row(500));
                   });
+}
+
+TEST_F(DyingWriter, InAChangeOfManyRecordsThatReindexingMakesWhole) {
+    const auto renumber = [&](const RecordView& record, std::span<char> after) {
+        std::ranges::copy(row(500 + static_cast<int>(record.number)), after.begin());
+    };
+    const auto isChanged = [&](Table& table, int number) {
+        return storedRecord(table, static_cast<RecordNumber>(number)) == row(500 + number);
+    };
+    for (std::size_t write = 1; write < 100; ++write) {
+        putOnDisk();
+        const bool isOver = dieAt(
+            write,
+            [&](Table& table) {
+                ASSERT_TRUE(table.tryLockRecord(50, this)); // parts the change: two writes
+                table.amend(49, 3, renumber);
+            },
+            true);
+        reindexTable(path());
+        ASSERT_EQ(findings(path()), "") << write;
+        {
+            const auto table = Table::open(path());
+            EXPECT_EQ(isChanged(*table, 49), isChanged(*table, 51)) << write;
+        }
+        if (isOver) {
+            EXPECT_GT(write, 1U) << "nobody died";
+            return;
+        }
+    }
+    FAIL() << "the work never came to its end";
 }
 
 TEST_F(DyingWriter, InARebuild) {
