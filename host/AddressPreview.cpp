@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <algorithm>
 
 #include "data/ViasDM.h"
 #include "dbase/error.h"
@@ -62,7 +63,7 @@ void AddressPreview::showEvent(QShowEvent* event) {
 /// The window's least height knows nothing of lines that are wrapped; they would take the boxes' room.
 void AddressPreview::makeRoom() {
     if (isVisible())
-        line_->setMinimumHeight(line_->heightForWidth(line_->width()));
+        line_->setMinimumHeight(std::max(0, line_->heightForWidth(line_->width()))); // -1 for an empty line
 }
 
 } // namespace host

@@ -6,6 +6,7 @@
 #include "package/AmbCodPostales.h"
 
 namespace host {
+
 StreetCommands::StreetCommands(const AddressForm& form, TClassCodPostales& controller,
                                AddressValidation& validation, QObject* parent)
     : QObject(parent), boxes_(form.boxes()), controller_(controller), validation_(validation) {

@@ -17,8 +17,8 @@ struct StreetType {
     std::string name;
 };
 
-/// The card's own tables, closed but for the time of an operation. Errors of the operations: dbase::Error of
-/// a table that cannot be opened.
+/// The card's own tables, closed but for the time of an operation, unless somebody opened them. Errors of the
+/// operations: dbase::Error of a table that cannot be opened.
 class StreetCardTables {
 public:
     /// Spanish provinces by name, and all street types by code.

@@ -21,7 +21,9 @@ TDMMunicipi::TDMMunicipi(const std::string& database)
 TDMMunicipi::~TDMMunicipi() { tbMunicipiAux.close(); }
 
 void TDMMunicipi::calculateProvinceName() {
-    // Deliberate: opened and closed for each record, so that the cursor never stays open between records.
+    // Deliberate: opened and closed for each record, so that the cursor never stays open between records, not
+    // even one that somebody else opened.
+    tbProvinAux.close();
     TBIndexa("CODIGO", tbProvinAux);
     const ambrel::TableScope open(tbProvinAux);
     if (!tbMunicipiMJ.autoCalculates())

@@ -1,9 +1,6 @@
 // Opening and closing, ordering and reordering.
 #include "data/TableScope.h"
 
-#include <exception>
-#include <utility>
-
 #include "services/Ruttb.h"
 
 namespace ambrel {
@@ -14,27 +11,39 @@ TableScope::TableScope(dbase::Dataset& table) : table_(table), opened_(!table.is
 }
 
 TableScope::~TableScope() {
-    if (opened_)
-        table_.close();
+    try {
+        if (opened_)
+            table_.close();
+    } catch (...) {
+        // The table is closed; what somebody who listens to it could not do is no fault of the work.
+    }
 }
 
-TagScope::TagScope(dbase::Dataset& table, std::string tag) : table_(table), tag_(std::move(tag)) {
-    TBIndexa(table_, tag_);
+TagScope::TagScope(dbase::Dataset& table, const std::string& tag) : table_(table), tag_(table.tag()) {
+    try {
+        TBIndexa(tag, table_);
+    } catch (...) {
+        giveBack();
+        throw;
+    }
 }
 
 TagScope::~TagScope() {
-    if (restored_)
-        return;
-    try {
-        TBIndexa(table_, tag_);
-    } catch (const std::exception&) {
-        // The failure that ended the work is on its way to the caller and tells more than this one.
-    }
+    if (!restored_)
+        giveBack();
 }
 
 void TagScope::restore() {
     restored_ = true;
-    TBIndexa(table_, tag_);
+    TBIndexa(tag_, table_);
+}
+
+void TagScope::giveBack() noexcept {
+    try {
+        TBIndexa(tag_, table_);
+    } catch (...) {
+        // The failure that ended the work is on its way to the caller and tells more than this one.
+    }
 }
 
 } // namespace ambrel

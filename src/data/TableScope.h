@@ -21,10 +21,10 @@ private:
 };
 
 /// Puts a cursor in another order. Call `restore` when the work is done; the destructor does what it can for
-/// work that failed.
+/// work that failed. Errors: those of TBIndexa, after which the order is the one from before.
 class TagScope {
 public:
-    TagScope(dbase::Dataset& table, std::string tag);
+    TagScope(dbase::Dataset& table, const std::string& tag);
     ~TagScope();
     TagScope(const TagScope&) = delete;
     TagScope& operator=(const TagScope&) = delete;
@@ -32,8 +32,10 @@ public:
     void restore();
 
 private:
+    void giveBack() noexcept;
+
     dbase::Dataset& table_;
-    std::string tag_; // the one to come back to
+    const std::string tag_; // the one to come back to
     bool restored_ = false;
 };
 

@@ -303,7 +303,10 @@ void pressAltToClose(QWidget& window, Qt::Key letter) {
     EXPECT_FALSE(window.isVisible()) << "Alt+" << static_cast<char>(letter) << " does not close";
 }
 
-void type(const QWidget& window, const QString& text) { ambrel::test::typeInto(*window.focusWidget(), text); }
+void type(const QWidget& window, const QString& text) {
+    for (const QChar letter : text) // each where the focus is by then
+        ambrel::test::typeInto(*window.focusWidget(), letter);
+}
 
 void typeAndTab(QWidget& window, const QString& text) {
     type(window, text);

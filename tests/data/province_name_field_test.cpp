@@ -49,6 +49,15 @@ TEST_F(ProvinceNameField, CursorIsClosedBetweenRecords) {
     EXPECT_EQ(told, (std::vector{dbase::DatasetChange::Opened, dbase::DatasetChange::Closed}));
 }
 
+TEST_F(ProvinceNameField, CursorThatWasFoundOpenIsClosedBetweenRecordsToo) {
+    addAlternativeMunicipalities({{"028", "A"}});
+    TDMMunicipi module;
+    module.tbProvinAux.open();
+    module.tbMunicipiMJ.open();
+    EXPECT_EQ(module.tbMunicipiMJNOMBREPROV.text(), "MADRID");
+    EXPECT_FALSE(module.tbProvinAux.isOpen());
+}
+
 TEST_F(ProvinceNameField, WithoutAutomaticCalculationTheCursorIsOpenedAndClosedAndNothingSet) {
     addAlternativeMunicipalities({{"028", "A"}});
     TDMMunicipi module;

@@ -43,6 +43,22 @@ TEST_F(StreetCardLookups, StreetTypesAreFoundByWholeCode) {
     EXPECT_FALSE(tables.tbTipoVia.isOpen());
 }
 
+TEST_F(StreetCardLookups, TablesThatAreFoundOpenAreReadFromTheirBeginningAndStayOpen) {
+    addStreetTypes({{"AV", "AVENIDA"}});
+    tables.tbProvin.open();
+    tables.tbProvin.last();
+    EXPECT_EQ(tables.provinces().size(), 2U);
+    EXPECT_EQ(tables.provinces().size(), 2U) << "the table stands at its end now";
+    EXPECT_EQ(tables.findProvince("28").value().name, "MADRID");
+    EXPECT_EQ(tables.provinceCode("BARCELONA"), "08");
+    EXPECT_TRUE(tables.tbProvin.isOpen());
+    tables.tbTipoVia.open();
+    tables.tbTipoVia.last();
+    EXPECT_EQ(tables.streetTypes().size(), 2U);
+    EXPECT_TRUE(tables.findStreetType("CL").has_value());
+    EXPECT_TRUE(tables.tbTipoVia.isOpen());
+}
+
 TEST(StreetCardTexts, ProvinceNameEndsBeforeTheBracket) {
     EXPECT_EQ(provinceNameIn("MADRID [28]", "MADRID [28]"), "MADRID");
     EXPECT_EQ(provinceNameIn(" MADRID ", "other"), "MADRID");

@@ -103,7 +103,8 @@ void FormTest::enter(const char* name) {
 
 void FormTest::type(const QString& text) {
     activate();
-    ambrel::test::typeInto(*QApplication::focusWidget(), text);
+    for (const QChar letter : text) // each where the focus is by then
+        ambrel::test::typeInto(*QApplication::focusWidget(), letter);
 }
 
 void FormTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {

@@ -36,7 +36,8 @@ public:
 
     /// What was asked, in order, misbehaviour or not.
     [[nodiscard]] std::vector<Request> requests() const;
-    /// What was wrong with the requests that were not written as they must be; each got a status 400.
+    /// What was wrong with the requests that were not written as they must be; each got a status 400, or 404
+    /// for a path that is not the service's.
     [[nodiscard]] std::vector<std::string> complaints() const;
     /// How many bytes of all huge answers could be sent before the client hung up.
     [[nodiscard]] std::size_t sentOfHuge() const { return sentOfHuge_; }
