@@ -23,42 +23,52 @@ namespace {
 using namespace dbase;
 using namespace dbase::test;
 
-TEST_F(RecoveryTest, ReindexingKeepsWhatACutTableStillHolds) {
+/// The table in files of its own.
+class ReindexTest : public RecoveryTest {
+protected:
+    void writeFiles() const {
+        writeFile(file_, tableBytes());
+        writeFile(folder_ / "RECUPERA.MDX", indexBytes());
+    }
+    /// As if the machine had stopped while a program had the table in use.
+    void leaveJournalOfAnotherStart() const {
+        const std::string thisStart = bootIdentity();
+        setBootIdentity("another start");
+        static_cast<void>(Journal(journalBeside(file_), schema_).begin());
+        setBootIdentity(thisStart);
+    }
+
+    const TemporaryFolder folder_;
+    const std::string file_ = folder_ / "RECUPERA.DBF";
+};
+
+TEST_F(ReindexTest, KeepsWhatACutTableStillHolds) {
     tableBytes().resize(tableBytes().size() - 500);
-    const TemporaryFolder folder;
-    writeFile(folder / "RECUPERA.DBF", tableBytes());
-    writeFile(folder / "RECUPERA.MDX", indexBytes());
-    EXPECT_NE(findings(folder / "RECUPERA.DBF"), "");
-    reindexTable(folder / "RECUPERA.DBF");
-    EXPECT_EQ(findings(folder / "RECUPERA.DBF"), "");
-    EXPECT_EQ(Table::open(folder / "RECUPERA.DBF")->records().recordCount(), 86U);
+    writeFiles();
+    EXPECT_NE(findings(file_), "");
+    reindexTable(file_);
+    EXPECT_EQ(findings(file_), "");
+    EXPECT_EQ(Table::open(file_)->records().recordCount(), 86U);
 }
 
-TEST_F(RecoveryTest, ReindexingAdoptsCompleteRecordsThatDoNotCountYet) {
+TEST_F(ReindexTest, AdoptsCompleteRecordsThatDoNotCountYet) {
     const std::uint32_t count = load32(tableBytes().data() + 4);
     appendWithoutIndex(100);
     appendWithoutIndex(101);
     store32(tableBytes().data() + 4, count);
-    const TemporaryFolder folder;
-    writeFile(folder / "RECUPERA.DBF", tableBytes());
-    writeFile(folder / "RECUPERA.MDX", indexBytes());
-    reindexTable(folder / "RECUPERA.DBF");
-    EXPECT_EQ(findings(folder / "RECUPERA.DBF"), "");
-    EXPECT_EQ(Table::open(folder / "RECUPERA.DBF")->records().recordCount(), 102U);
+    writeFiles();
+    reindexTable(file_);
+    EXPECT_EQ(findings(file_), "");
+    EXPECT_EQ(Table::open(file_)->records().recordCount(), 102U);
 }
 
-TEST_F(RecoveryTest, ReindexingAfterAStopOfTheMachineBlanksARowThatNeverReachedTheDisk) {
+TEST_F(ReindexTest, AfterAStopOfTheMachineBlanksARowThatNeverReachedTheDisk) {
     std::fill(tableBytes().end() - 1 - schema_.recordLength, tableBytes().end() - 1, '\0');
-    const TemporaryFolder folder;
-    writeFile(folder / "RECUPERA.DBF", tableBytes());
-    writeFile(folder / "RECUPERA.MDX", indexBytes());
-    const std::string thisStart = bootIdentity();
-    setBootIdentity("another start");
-    static_cast<void>(Journal(journalBeside(folder / "RECUPERA.DBF"), schema_).begin());
-    setBootIdentity(thisStart);
-    reindexTable(folder / "RECUPERA.DBF");
-    EXPECT_EQ(findings(folder / "RECUPERA.DBF"), "");
-    const auto table = Table::open(folder / "RECUPERA.DBF");
+    writeFiles();
+    leaveJournalOfAnotherStart();
+    reindexTable(file_);
+    EXPECT_EQ(findings(file_), "");
+    const auto table = Table::open(file_);
     ASSERT_EQ(table->records().recordCount(), 100U);
     Bytes blank(schema_.recordLength, ' ');
     blank.front() = '*';
@@ -66,87 +76,74 @@ TEST_F(RecoveryTest, ReindexingAfterAStopOfTheMachineBlanksARowThatNeverReachedT
 }
 
 /// A foreign program writes the row first and counts it afterwards.
-TEST_F(RecoveryTest, ReindexingLeavesTheRowThatAnotherProgramIsAddingRightNow) {
+TEST_F(ReindexTest, LeavesTheRowThatAnotherProgramIsAddingRightNow) {
     const std::uint32_t count = load32(tableBytes().data() + 4);
     appendWithoutIndex(100);
     store32(tableBytes().data() + 4, count);
-    const TemporaryFolder folder;
-    writeFile(folder / "RECUPERA.DBF", tableBytes());
-    writeFile(folder / "RECUPERA.MDX", indexBytes());
-    const auto writer = openFile(folder / "RECUPERA.DBF", OpenMode::ReadWrite);
+    writeFiles();
+    const auto writer = openFile(file_, OpenMode::ReadWrite);
     ASSERT_TRUE(writer->tryLock(appendLock, LockKind::Exclusive));
-    reindexTable(folder / "RECUPERA.DBF");
+    reindexTable(file_);
     std::array<char, 4> counted{};
     writer->read(4, counted);
     EXPECT_EQ(load32(counted.data()), count) << "it is the other program's to set";
     store32(counted.data(), count + 1);
     writer->write(4, counted);
     writer->unlock(appendLock);
-    const auto table = Table::open(folder / "RECUPERA.DBF");
+    const auto table = Table::open(file_);
     ASSERT_EQ(table->records().recordCount(), count + 1);
     EXPECT_EQ(storedRecord(*table, count + 1), row(100));
-    EXPECT_EQ(findings(folder / "RECUPERA.DBF"), "");
+    EXPECT_EQ(findings(file_), "");
 }
 
-TEST_F(RecoveryTest, ReindexingKeepsTheRowThatAnotherProgramAddsMeanwhile) {
+TEST_F(ReindexTest, KeepsTheRowThatAnotherProgramAddsMeanwhile) {
     constexpr RecordNumber rows = 20'000; // enough for a word of progress in the middle
-    const TemporaryFolder folder;
-    const std::string path = folder / "RECUPERA.DBF";
     createTable(
-        folder.path(),
+        folder_.path(),
         {.name = "RECUPERA",
          .columns = {{"NOMBRE", ColumnType::Character, 30, 0, 0}, {"NUM", ColumnType::Numeric, 6, 0, 0}},
          .tags = {{.name = "NOMBRE", .expression = "NOMBRE"}, {.name = "NUM", .expression = "NUM"}}});
     {
-        BulkLoader loader(path, BulkLoader::Mode::Append);
+        BulkLoader loader(file_, BulkLoader::Mode::Append);
         for (RecordNumber i = 0; i < rows; ++i)
             loader.add(row(static_cast<int>(i)));
         loader.finish();
     }
     bool isAdded = false;
-    reindexTable(path, {}, [&](std::uint64_t, std::uint64_t) {
+    reindexTable(file_, {}, [&](std::uint64_t, std::uint64_t) {
         if (!std::exchange(isAdded, true)) {
-            TableFile other(openFile(path, OpenMode::ReadWrite));
+            TableFile other(openFile(file_, OpenMode::ReadWrite));
             const FileLock appending(other.file(), appendLock, LockKind::Exclusive);
             other.writeBehind(rows + 1, row(rows));
             other.setCount(rows + 1);
         }
     });
-    const auto table = Table::open(path);
+    const auto table = Table::open(file_);
     ASSERT_EQ(table->records().recordCount(), rows + 1);
     EXPECT_EQ(storedRecord(*table, rows + 1), row(rows));
     for (const std::string& tag : table->tagNames())
         EXPECT_EQ(order(*table, tag).size(), rows + 1) << tag;
-    EXPECT_EQ(findings(path), "");
+    EXPECT_EQ(findings(file_), "");
 }
 
-TEST_F(RecoveryTest, ReindexingAfterAStopOfTheMachineLeavesItsJournalUntilItsEnd) {
-    const TemporaryFolder folder;
-    writeFile(folder / "RECUPERA.DBF", tableBytes());
-    writeFile(folder / "RECUPERA.MDX", indexBytes());
-    const std::string thisStart = bootIdentity();
-    setBootIdentity("another start");
-    static_cast<void>(Journal(journalBeside(folder / "RECUPERA.DBF"), schema_).begin());
-    setBootIdentity(thisStart);
-    const auto isThere = [&] {
-        return Journal(journalBeside(folder / "RECUPERA.DBF"), schema_).isOfAnotherStart();
-    };
+TEST_F(ReindexTest, AfterAStopOfTheMachineLeavesItsJournalUntilItsEnd) {
+    writeFiles();
+    leaveJournalOfAnotherStart();
+    const auto isThere = [&] { return Journal(journalBeside(file_), schema_).isOfAnotherStart(); };
     bool wasThere = true;
-    reindexTable(folder / "RECUPERA.DBF", {},
-                 [&](std::uint64_t, std::uint64_t) { wasThere = wasThere && isThere(); });
+    reindexTable(file_, {}, [&](std::uint64_t, std::uint64_t) { wasThere = wasThere && isThere(); });
     EXPECT_TRUE(wasThere) << "should this end early, nobody else would know of the stop";
-    EXPECT_FALSE(std::filesystem::exists(folder / "RECUPERA.AMJ"));
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "RECUPERA.AMJ"));
 }
 
 /// Else a table that could be used without tags could not be opened any more.
-TEST_F(RecoveryTest, ReindexingWithTagsThatTheTableCannotHaveMakesNoIndex) {
-    const TemporaryFolder folder;
-    writeFile(folder / "RECUPERA.DBF", tableBytes());
-    const Error error = errorOf(
-        [&] { reindexTable(folder / "RECUPERA.DBF", {{.name = "OTRO", .expression = "OTRACOLUMNA"}}); });
+TEST_F(ReindexTest, WithTagsThatTheTableCannotHaveMakesNoIndex) {
+    writeFile(file_, tableBytes());
+    const Error error =
+        errorOf([&] { reindexTable(file_, {{.name = "OTRO", .expression = "OTRACOLUMNA"}}); });
     EXPECT_EQ(error.code(), ErrorCode::BadExpression);
-    EXPECT_FALSE(findIndexFile(folder / "RECUPERA.DBF"));
-    EXPECT_EQ(readFile(folder / "RECUPERA.DBF"), tableBytes());
+    EXPECT_FALSE(findIndexFile(file_));
+    EXPECT_EQ(readFile(file_), tableBytes());
 }
 
 } // namespace

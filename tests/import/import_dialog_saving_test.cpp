@@ -1,12 +1,10 @@
 // The import dialog: saving the streets of one municipality.
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <filesystem>
 
-#include <sys/resource.h>
-
 #include "import/ImportForm.h"
+#include "support/FileSizeLimit.h"
 
 namespace {
 
@@ -88,34 +86,12 @@ TEST_F(ImportSaving, FirstOfTheListHasNoPostalCodesSoThatNothingHappens) {
     EXPECT_EQ(stored(), (Texts{" ALPISTE 28430"}));
 }
 
-/// Keeps this process from making a file longer than it is: what a full disk does.
-class FullDisk {
-public:
-    explicit FullDisk(const std::string& file) {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        rlimit limit = before_;
-        limit.rlim_cur = std::filesystem::file_size(file);
-        handler_ = std::signal(SIGXFSZ, SIG_IGN);
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit before_{};
-    void (*handler_)(int) = SIG_DFL;
-};
-
 TEST_F(ImportSaving, FullDiskIsToldOnceBehindTheLoopAndNothingSavedBeforeIsLost) {
     addStreets({{"99000000", "ANTERIOR", "CL", "28430"}});
     find("ALPEDRETE");
     Texts titles;
     {
-        const FullDisk full(folder / "POSTAL.DBF");
+        const ambrel::test::FileSizeLimit full(std::filesystem::file_size(folder / "POSTAL.DBF"));
         for (const auto& box : ambrel::test::boxesDuring([this] { click("BBGuardarPorMunicipio"); }))
             titles.push_back(box.title.toStdString());
     }
