@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "controller/NumberRange.h"
+#include "dialogs/common/TypingRules.h"
 #include "package/AmbCodPostales.h"
 #include "trial.h"
 
@@ -18,6 +19,8 @@ public:
         layout->addRow(tr("&Vía"), street_);
         layout->addRow(tr("&Número"), number_);
         layout->addRow(tr("&Código postal"), postalCode_);
+        new ambrel::TypingRules(municipality_, 53, ambrel::Capitals::Yes); // the tables hold capitals
+        new ambrel::TypingRules(street_, 45, ambrel::Capitals::Yes);
         ambrel::KeyUpEvents::watch(municipality_, [this](std::uint16_t& key, Qt::KeyboardModifiers shift) {
             postal_.OrdenaPorNombreMunicipi();
             postal_.KeyUpMunicipi(municipality_, key, shift);
@@ -29,9 +32,12 @@ public:
         ambrel::FocusEvents::watch(municipality_, {}, [this] { leaveMunicipality(); });
         ambrel::FocusEvents::watch(street_, {}, [this] { leaveStreet(); });
         ambrel::FocusEvents::watch(number_, {}, [this] { leaveNumber(); });
-        // A text that was changed is not validated until a handler says so again.
-        for (QLineEdit* box : {municipality_, street_})
-            connect(box, &QLineEdit::textEdited, this, [box] { ambrel::setTag(*box, 0); });
+        // What was changed is not validated until a handler says so again; nor is the street elsewhere.
+        connect(municipality_, &QLineEdit::textEdited, this, [this] {
+            ambrel::setTag(*municipality_, 0);
+            ambrel::setTag(*street_, 0);
+        });
+        connect(street_, &QLineEdit::textEdited, this, [this] { ambrel::setTag(*street_, 0); });
     }
     ~AddressForm() override {
         for (QLineEdit* box : {municipality_, street_, number_})
@@ -40,19 +46,36 @@ public:
 
 private:
     void leaveMunicipality() {
+        postal_.OrdenaPorNombreMunicipi();
+        if (ambrel::tagOf(*municipality_) == 0 && // no key has found it: a text that was pasted
+            postal_.BuscaPorNombreMunicipi(municipality_->text(), exactSearch))
+            ambrel::setTag(*municipality_, postal_.DM->tbMunicipiCOD_INE.integer());
         QString province, postalCode = QStringLiteral(" "); // some text: this answer is wanted
         postal_.ExitMunicipi(municipality_, province, postalCode, true);
         postalCode_->setText(postalCode.trimmed());
     }
     void leaveStreet() {
-        if (ambrel::tagOf(*municipality_) != 0)
-            postal_.ExitDireccionPostal(street_, nullptr, nullptr, true, postalCode_->text(), streetType);
+        if (ambrel::tagOf(*municipality_) == 0)
+            return;
+        if (ambrel::tagOf(*street_) == 0 && findStreet())
+            ambrel::setTag(*street_, postal_.DM->tbPostalCODIGO1.integer());
+        postal_.ExitDireccionPostal(street_, nullptr, nullptr, true, postalCode_->text(), streetType);
+        if (ambrel::tagOf(*street_) != 0)
+            postalCode_->setText(ambrel::fromWindows1252(postal_.DM->tbPostalCODPOSTAL.text()));
+        leaveNumber(); // a number that is there already says more
+    }
+    /// Whether the municipality has the street of the box: a nearest search alone ends on a neighbour.
+    bool findStreet() {
+        const TDMCodPostales& row = *postal_.DM;
+        postal_.OrdenaPorViaPostal();
+        postal_.BuscaEnPostal(street_->text(), streetType, nearestSearch); // of this type or another
+        const QString type = ambrel::fromWindows1252(row.tbPostalTIPO_VIA.text());
+        return postal_.BuscaEnPostal(street_->text(), type, exactSearch) &&
+               row.tbPostalVIA.text() == ambrel::toWindows1252(street_->text());
     }
     void leaveNumber() {
-        if (ambrel::tagOf(*street_) == 0)
+        if (ambrel::tagOf(*street_) == 0 || !findStreet())
             return;
-        postal_.OrdenaPorViaPostal();
-        postal_.BuscaEnPostal(street_->text(), streetType, nearestSearch);
         postal_.ExitNumeroPostal(number_, nullptr); // a host with a table of its own passes its field
         const TDMCodPostales& row = *postal_.DM;
         const ambrel::StretchRanges ranges{

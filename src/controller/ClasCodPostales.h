@@ -75,10 +75,11 @@ public:
     /// Completes the street box when a letter, a digit or key 188 (comma) was released.
     void KeyUpDireccionPostal(QLineEdit* sender, std::uint16_t& key, Qt::KeyboardModifiers shift,
                               const QString& type);
-    /// Goes to the row of the given type of a validated street; offers to add an unknown one, which then has
-    /// the postal code `newPostalCode`, and, with `ask`, to choose it from the list. Writes the postal code
-    /// of a street that is known in the end into the host's field, which may be null and whose dataset must
-    /// be in edit. `unused` is part of the event's form.
+    /// Goes to the row of the given type of a validated street; offers to add an unknown one, stored with the
+    /// postal code `newPostalCode` and then shown on its card, which when accepted puts the municipality's
+    /// first one for none, and, with `ask`, to choose it from the list. Writes the postal code of a street
+    /// that is known in the end into the host's field, which may be null and whose dataset must be in edit.
+    /// `unused` is part of the event's form.
     void ExitDireccionPostal(QLineEdit* sender, dbase::Field* postalCodeField, dbase::Field* unused, bool ask,
                              const QString& newPostalCode, const QString& type);
 

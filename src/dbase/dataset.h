@@ -103,9 +103,9 @@ public:
     [[nodiscard]] bool isEmpty() const { return record_ == 0; }
     /// Number of the current record in its file, 0 on an empty table and while inserting.
     [[nodiscard]] RecordNumber recordNumber() const { return state_ == DatasetState::Insert ? 0 : record_; }
-    /// Exact: first record with the key, or false and position unchanged. Nearest: true and the first record
-    /// at or after the key, or false, the last record and eof(). A key of only the tag's leading fields
-    /// compares those. Errors: BadState without a tag, BadValue for a value that its column cannot hold.
+    /// Exact: first record with the key, or false and position unchanged. Nearest: the first at or after it,
+    /// or false, the last record and eof(). The tag's leading fields alone compare those; a field that it
+    /// lacks is ignored, not refused. Errors: BadState without a tag, BadValue for what a column cannot hold.
     [[nodiscard]] bool seek(const Key& key, SeekMode mode);
     [[nodiscard]] Bookmark bookmark() const { return Bookmark(recordNumber()); }
     /// False, position unchanged, when the record is gone or hidden by range or filter.

@@ -1,5 +1,7 @@
 // What the examples of docs/integration.md do when they run; that they compile is seen to by their library.
+#include <QApplication>
 #include <QLineEdit>
+#include <QTimer>
 #include <initializer_list>
 #include <utility>
 
@@ -14,6 +16,7 @@ std::string postalCodeOf(const std::string& municipality, const std::string& str
                          const std::string& number);
 bool leaveNumber(TClassCodPostales& postal, const QString& street, const QString& type, QLineEdit* number,
                  dbase::Field& postalCode);
+void leaveStreet(TClassCodPostales& postal, QLineEdit* street, const QString& type, dbase::Field* postalCode);
 bool startEdit(dbase::Dataset& table);
 
 namespace {
@@ -40,10 +43,7 @@ void addRow(const char* table, std::initializer_list<std::pair<const char*, cons
 class DocumentExamplesTest : public package_tests::PackageTest {
 protected:
     DocumentExamplesTest() {
-        dbase::createTable(folder(),
-                           {.name = "CLIENTES",
-                            .columns = {{.name = "NOMBRE", .width = 40}, {.name = "CODPOSTAL", .width = 5}},
-                            .tags = {{.name = "NOMBRE", .expression = "NOMBRE"}}});
+        createMembers(folder());
         Config.setDatabase("CLIENTES", folder());
         addRow("MUNICIPI", {{"COD_INE", "28079"},
                             {"CODPOSTAL", "28001"},
@@ -86,36 +86,94 @@ TEST_F(DocumentExamplesTest, ABatchCompletesAnAddress) {
 }
 
 TEST_F(DocumentExamplesTest, LeavingTheNumberWritesThePostalCodeIntoTheHostsRow) {
-    Customers customers;
-    customers.data.open();
-    storeAll(customers, {"ANA"});
+    Members members;
+    members.data.open();
+    storeAll(members, {"ANA"});
     TClassCodPostales postal;
     ASSERT_TRUE(postal.BuscaPorNombreMunicipi("MADRID", true));
     QLineEdit number("101");
-    EXPECT_TRUE(leaveNumber(postal, "ALCALA", "CL", &number, customers.postalCode));
-    EXPECT_EQ(customers.postalCode.text(), "28009");
+    EXPECT_TRUE(leaveNumber(postal, "ALCALA", "CL", &number, members.postalCode));
+    EXPECT_EQ(members.postalCode.text(), "28009");
     number.setText("100"); // no stretch has even numbers
-    EXPECT_FALSE(leaveNumber(postal, "ALCALA", "CL", &number, customers.postalCode));
-    EXPECT_EQ(customers.postalCode.text(), "28009");
+    EXPECT_FALSE(leaveNumber(postal, "ALCALA", "CL", &number, members.postalCode));
+    EXPECT_EQ(members.postalCode.text(), "28009");
+}
+
+TEST_F(DocumentExamplesTest, LeavingTheNumberLeavesTheCodeAloneWhereTheMunicipalityLacksTheStreet) {
+    addRow("MUNICIPI", {{"COD_INE", "08019"},
+                        {"CODPOSTAL", "08001"},
+                        {"CAPITAL", "0"},
+                        {"NOMBRE", "BARCELONA"},
+                        {"COD_PROV", "08"},
+                        {"ENT_MENOR", "False"}});
+    addRow("POSTAL", {{"CODIGO1", "08042"},
+                      {"PROVINCIA", "08"},
+                      {"CAPITAL", "0"},
+                      {"TIPO_VIA", "CL"},
+                      {"VIA", "ALCALDE"},
+                      {"PAR_INI", "2"},
+                      {"PAR_FIN", "9998"},
+                      {"CODPOSTAL", "08042"}});
+    Members members;
+    members.data.open();
+    storeAll(members, {"ANA"});
+    TClassCodPostales postal;
+    ASSERT_TRUE(postal.BuscaPorNombreMunicipi("BARCELONA", true));
+    QLineEdit number("100");
+    EXPECT_TRUE(leaveNumber(postal, "ALCALDE", "AV", &number, members.postalCode)); // of another type
+    members.data.cancel();
+    EXPECT_FALSE(leaveNumber(postal, "ALCALA", "CL", &number, members.postalCode));
+    EXPECT_EQ(members.postalCode.text(), "");
+    members.data.close();
+}
+
+TEST_F(DocumentExamplesTest, LeavingAStreetThatWasPastedFindsItWithoutAQuestion) {
+    TClassCodPostales postal;
+    ASSERT_TRUE(postal.BuscaPorNombreMunicipi("MADRID", true));
+    QLineEdit street("ALCALA");
+    leaveStreet(postal, &street, "CL", nullptr);
+    EXPECT_EQ(ambrel::tagOf(street), 28001);
+    EXPECT_TRUE(shown.isEmpty());
+}
+
+TEST_F(DocumentExamplesTest, LeavingANewStreetWhoseCardIsClosedLeavesItUnvalidated) {
+    ambrel::setMessageShower([](const ambrel::MessageBox&) { return ambrel::MessageAnswer::Yes; });
+    TClassCodPostales postal;
+    ASSERT_TRUE(postal.BuscaPorNombreMunicipi("MADRID", true));
+    bool isCardSeen = false;
+    QTimer closer;
+    QObject::connect(&closer, &QTimer::timeout, &closer, [&] {
+        if (QWidget* card = QApplication::activeModalWidget()) {
+            isCardSeen = true;
+            card->close();
+        }
+    });
+    closer.start(0);
+    QLineEdit street("NUEVA");
+    leaveStreet(postal, &street, "CL", nullptr);
+    EXPECT_TRUE(isCardSeen);
+    EXPECT_EQ(ambrel::tagOf(street), 0);
+    EXPECT_EQ(street.text(), "NUEVA");
+    EXPECT_EQ(postal.DM->tbMunicipiNOMBRE.text(), "MADRID");
 }
 
 TEST_F(DocumentExamplesTest, ManyRowsAreStoredTogetherWithOneWaitForTheDisk) {
-    Customers customers;
-    customers.data.open();
-    storeAll(customers, {"LUZ"}); // the first change of a table waits more often
+    Members members;
+    members.data.open();
+    storeAll(members, {"LUZ"}); // the first change of a table waits more often
     diskWaits = 0;
-    storeAll(customers, {"EVA", "ANA"});
+    storeAll(members, {"EVA", "ANA"});
     EXPECT_EQ(diskWaits, 1);
     std::vector<std::string> names;
-    customers.data.first();
+    members.data.first();
     do
-        names.push_back(customers.name.text());
-    while (customers.data.next());
+        names.push_back(members.name.text());
+    while (members.data.next());
     EXPECT_EQ(names, (std::vector<std::string>{"ANA", "EVA", "LUZ"}));
 }
 
 TEST_F(DocumentExamplesTest, ARowThatSomebodyElseHoldsIsToldAndNotEdited) {
-    Customers here, there;
+    Members here, there;
     here.data.open();
     storeAll(here, {"ANA"});
     there.data.open();

@@ -3,11 +3,13 @@
 #include "controller/NumberRange.h"
 #include "package/AmbCodPostales.h"
 
+bool findStreet(TClassCodPostales& postal, const QString& street, const QString& type); // as above
+
 // Writes the postal code of a house number into the host's own table. False when no stretch has the number.
 bool leaveNumber(TClassCodPostales& postal, const QString& street, const QString& type, QLineEdit* number,
                  dbase::Field& postalCode) {
-    postal.OrdenaPorViaPostal();
-    postal.BuscaEnPostal(street, type, nearestSearch); // the walk begins at the current row
+    if (!findStreet(postal, street, type)) // the walk begins at the current row
+        return false;
     if (postalCode.dataset().state() == dbase::DatasetState::Browse)
         postalCode.dataset().edit();
     postal.ExitNumeroPostal(number, &postalCode);

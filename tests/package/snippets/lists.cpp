@@ -1,8 +1,9 @@
 #include <QLineEdit>
+#include <QShortcut>
 
 #include "package/AmbCodPostales.h"
 
-// F4 in the street box: the list over all streets, and what the chosen one says.
+// The list over all streets, and what the chosen one says.
 bool chooseStreet(TClassCodPostales& postal, QLineEdit* street, QLineEdit* municipality) {
     if (!postal.BuscarDireccionPostal(ambrel::tagOf(*municipality) == 0))
         return false;
@@ -12,6 +13,13 @@ bool chooseStreet(TClassCodPostales& postal, QLineEdit* street, QLineEdit* munic
     municipality->setText(ambrel::fromWindows1252(chosen.tbMunicipiNOMBRE.text()));
     ambrel::setTag(*municipality, chosen.tbMunicipiCOD_INE.integer());
     return true;
+}
+
+// Key handlers get F4 as 0, like every key without a code: it takes a shortcut of the box.
+void openStreetsWithF4(TClassCodPostales& postal, QLineEdit* street, QLineEdit* municipality) {
+    auto* f4 = new QShortcut(Qt::Key_F4, street, nullptr, nullptr, Qt::WidgetShortcut);
+    QObject::connect(f4, &QShortcut::activated, street,
+                     ambrel::guarded([=, &postal] { chooseStreet(postal, street, municipality); }));
 }
 
 // A routine that needs no controller: opens its own tables and closes them again.

@@ -4,19 +4,31 @@
 #include "package/AmbCodPostales.h"
 
 // A table of the host, with the columns that it needs; a file whose columns do not fit is not opened.
-struct Customers {
-    dbase::Dataset data{"CLIENTES", "CLIENTES.DBF", "NOMBRE"};
+struct Members {
+    dbase::Dataset data{"CLIENTES", "SOCIOS.DBF", "NOMBRE"};
     dbase::Field& name = data.bindCharacter("NOMBRE", 40);
     dbase::Field& postalCode = data.bindCharacter("CODPOSTAL", 5);
 };
 
+// The files SOCIOS.DBF and SOCIOS.MDX; dbase::Error with code Exists where they are already.
+void createMembers(const std::string& folder) {
+    dbase::createTable(folder, {.name = "SOCIOS",
+                                .columns = {{.name = "NOMBRE", .width = 40},
+                                            {.name = "ALTA", .type = dbase::ColumnType::Date, .width = 8},
+                                            {.name = "CODPOSTAL", .width = 5}},
+                                .tags = {{.name = "NOMBRE", .expression = "UPPER(NOMBRE)"},
+                                         {.name = "POR_CODIGO",
+                                          .expression = "CODPOSTAL+DTOS(ALTA)",
+                                          .condition = "CODPOSTAL<>' '"}}});
+}
+
 // Stores many rows with one wait for the disk, behind them, instead of one each.
-void storeAll(Customers& customers, const std::vector<std::string>& names) {
+void storeAll(Members& members, const std::vector<std::string>& names) {
     const ambrel::SyncedTogether together;
     for (const std::string& name : names) {
-        customers.data.append();
-        customers.name.setText(name);
-        TBPost(customers.data);
+        members.data.append();
+        members.name.setText(name);
+        TBPost(members.data);
     }
-    customers.data.sync();
+    members.data.sync();
 }
