@@ -22,7 +22,8 @@ Options readOptions(const QCoreApplication& application) {
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Ambrel: ficha de clientes con direcciones postales que se completan solas.\n"
-                       "La primera vez crea unas tablas de muestra en la carpeta de datos del usuario."));
+                       "La primera vez crea unas tablas de muestra en la carpeta de datos del usuario.\n"
+                       "Los pasos de un guion y los nombres de sus objetos: «man ambrel»."));
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help"), QStringLiteral("ayuda")},
                                   QStringLiteral("Muestra esta ayuda y termina."));
     const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "tools/commands.h"
+#include "tools/cut_table.h"
 #include "tools/failure.h"
 #include "tools/record_output.h"
 #include "tools/search_key.h"
@@ -40,7 +41,7 @@ void tellUselessFields(dbase::Dataset& table, const SearchKey& key, std::size_t 
 } // namespace
 
 ExitCode buscar(const FindOptions& options) {
-    static_cast<void>(requireTable(useFolder(options.folder), options.table));
+    requireWhole(requireTable(useFolder(options.folder), options.table));
     dbase::Dataset table(folderDatabase, options.table);
     table.open();
     if (options.tag.empty()) {

@@ -1,9 +1,10 @@
 // ambcp cargar: the rows of a CSV file into a table.
 
-#include <cinttypes>
 #include <cstdio>
 
 #include "tools/commands.h"
+#include "tools/counted.h"
+#include "tools/cut_table.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
 #include "tools/table_loading.h"
@@ -13,6 +14,9 @@ namespace ambcp {
 ExitCode cargar(const LoadOptions& options) {
     using Mode = dbase::BulkLoader::Mode;
     const std::string table = requireTable(useFolder(options.folder), options.table);
+    if (!options.replaces) {
+        requireWhole(table);
+    }
     CsvReader csv(fileSource(options.file), options.file);
     std::uint64_t rows = 0;
     {
@@ -26,7 +30,8 @@ ExitCode cargar(const LoadOptions& options) {
                            }
                        });
     }
-    std::printf("%s: %" PRIu64 " filas cargadas.\n", tableName(table).c_str(), rows);
+    std::printf("%s: %s.\n", tableName(table).c_str(),
+                counted(rows, "fila cargada", "filas cargadas").c_str());
     return ExitCode::done;
 }
 

@@ -8,8 +8,10 @@
 
 #include "controller/AddressResolution.h"
 #include "dbase/codepage.h"
+#include "dbase/databases.h"
 #include "tools/commands.h"
 #include "tools/csv.h"
+#include "tools/cut_table.h"
 #include "tools/table_folder.h"
 
 namespace ambcp {
@@ -60,7 +62,12 @@ std::string describe(ambrel::AddressPart part, const AddressOptions& typed) {
 } // namespace
 
 ExitCode direccion(const AddressOptions& options) {
-    useFolder(options.folder);
+    const std::string folder = useFolder(options.folder);
+    for (const char* table : {"MUNICIPI", "POSTAL"}) {
+        if (const auto file = dbase::findTableFile(folder, table)) { // the search says which one is not there
+            requireWhole(*file);
+        }
+    }
     const ambrel::ResolvedAddress address =
         ambrel::resolveAddress(folderDatabase, {.municipality = ansi(options.municipality),
                                                 .streetType = ansi(options.streetType),
@@ -68,7 +75,9 @@ ExitCode direccion(const AddressOptions& options) {
                                                 .number = ansi(options.number)});
     writeAddress(address, options);
     for (const ambrel::AddressPart part : address.unsettled) {
-        std::fprintf(stderr, "ambcp: no se ha resuelto %s.\n", describe(part, options).c_str());
+        const bool keepsCode = part == ambrel::AddressPart::Number && !address.postalCode.empty();
+        std::fprintf(stderr, "ambcp: no se ha resuelto %s%s.\n", describe(part, options).c_str(),
+                     keepsCode ? "; el código postal es el del comienzo de la vía" : "");
     }
     return address.isSettled() ? ExitCode::done : ExitCode::negative;
 }

@@ -1,6 +1,7 @@
 // ambcp listar: the records of any table as CSV.
 
 #include "tools/commands.h"
+#include "tools/cut_table.h"
 #include "tools/record_output.h"
 #include "tools/search_key.h"
 #include "tools/table_folder.h"
@@ -8,7 +9,7 @@
 namespace ambcp {
 
 ExitCode listar(const ListOptions& options) {
-    static_cast<void>(requireTable(useFolder(options.folder), options.table));
+    requireWhole(requireTable(useFolder(options.folder), options.table));
     dbase::Dataset table(folderDatabase, options.table);
     table.open();
     if (!options.tag.empty()) {

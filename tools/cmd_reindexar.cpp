@@ -8,6 +8,8 @@
 #include "dbase/databases.h"
 #include "dbase/error.h"
 #include "tools/commands.h"
+#include "tools/counted.h"
+#include "tools/cut_table.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
 
@@ -18,12 +20,21 @@ namespace {
 ExitCode rebuild(const std::string& table, const std::vector<dbase::TagDefinition>& knownTags) {
     const std::string name = tableName(table);
     try {
+        const std::optional<Shortfall> before = shortfallOf(table);
         {
             ProgressLine line(name);
             dbase::reindexTable(table, knownTags,
                                 [&](std::uint64_t done, std::uint64_t total) { line.share(done, total); });
         }
-        std::printf("%s: índice rehecho.\n", name.c_str());
+        // Asked for now: what a journal knew has come back.
+        const std::uint32_t held = recordsIn(table);
+        if (before && before->announced > held) {
+            std::printf("%s: índice rehecho con %s; de los que decía la cabecera, %s.\n", name.c_str(),
+                        counted(held, "registro", "registros").c_str(),
+                        counted(before->announced - held, "no estaba", "no estaban").c_str());
+        } else {
+            std::printf("%s: índice rehecho.\n", name.c_str());
+        }
         return ExitCode::done;
     } catch (const dbase::Error& error) {
         std::fprintf(stderr, "ambcp: %s\n", error.what()); // the other tables are rebuilt all the same

@@ -54,7 +54,7 @@ void defineLoad(CLI::App& app, Command& chosen) {
     requireText(command, "DIR", options->folder, folderHelp);
     requireText(command, "TABLA", options->table, tableHelp);
     requireText(command, "FICHERO.csv", options->file,
-                "CSV en UTF-8; la primera fila da los nombres de las columnas");
+                "CSV en UTF-8, separado por comas; la primera fila da los nombres de las columnas");
     command.add_flag("--reemplazar", options->replaces, "Quita antes las filas que ya tenga la tabla");
     command.footer(
         "Si algún valor no se puede guardar no se carga nada. Las columnas que falten quedan en blanco.\n"
@@ -100,6 +100,9 @@ void defineAddress(CLI::App& app, Command& chosen) {
     offerText(command, "--tipo", options->streetType, "T", "Código del tipo de vía, por ejemplo CL");
     offerText(command, "--via", options->street, "V", "Nombre de la vía")->required();
     offerText(command, "--numero", options->number, "N", "Número de la casa")->required();
+    command.footer(
+        "Lo que no se resuelve se dice y termina con 1. Si es el número, el código postal que se escribe\n"
+        "es el del comienzo de la vía, como en la ficha.");
 }
 
 /// An order that works on one table, or on all of the folder.

@@ -11,4 +11,11 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// A table that is not to be touched before somebody has looked after it; the program then ends with exit
+/// code 1.
+class DamagedTable : public Failure {
+public:
+    using Failure::Failure;
+};
+
 } // namespace ambcp

@@ -13,6 +13,7 @@
 #include "dbase/system_reason.h"
 #include "tools/command_line.h"
 #include "tools/csv.h"
+#include "tools/failure.h"
 #include "tools/usage_errors.h"
 
 namespace {
@@ -38,6 +39,9 @@ ExitCode run(const ambcp::Command& command) {
                      dbase::systemReason(errno).c_str());
     } catch (const ambcp::OutputClosed&) {
         return ExitCode::done; // the reader had enough
+    } catch (const ambcp::DamagedTable& error) {
+        std::fprintf(stderr, "ambcp: %s\n", error.what());
+        return ExitCode::negative;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "ambcp: %s\n", error.what());
     }

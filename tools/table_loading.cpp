@@ -29,7 +29,11 @@ std::vector<dbase::Column> readHeader(CsvReader& csv, const dbase::Schema& schem
         const std::string name = "«" + std::string(field.text) + "»";
         const std::optional<std::size_t> position = schema.find(field.text);
         if (!position) {
-            refuseName("la tabla no tiene ninguna columna " + name);
+            const bool isOneField = csv.fields().size() == 1;
+            const bool hasOtherSeparator =
+                isOneField && field.text.find_first_of(";\t") != std::string_view::npos;
+            refuseName("la tabla no tiene ninguna columna " + name +
+                       (hasOtherSeparator ? "; las columnas se separan con comas" : ""));
         }
         const dbase::Column& column = schema.columns[*position];
         if (std::ranges::any_of(columns,

@@ -113,7 +113,7 @@ TEST_F(CallejeroProgram, RefusesWhatItDoesNotUnderstand) {
                                                       {"--carpeta", "/no/hay"}}) {
         Program program(arguments);
         EXPECT_EQ(program.line(), "");
-        EXPECT_EQ(program.wait(), 1);
+        EXPECT_EQ(program.wait(), 2);
     }
 }
 
@@ -128,12 +128,24 @@ TEST_F(CallejeroProgram, ItsHelpIsSpanish) {
     EXPECT_EQ(program.wait(), 0);
 }
 
+TEST_F(CallejeroProgram, ItsHelpExplainsEveryModeAndItsVersionIsANumber) {
+    Program program({"--help"});
+    const std::string help = program.allOutput();
+    for (const char* const line :
+         {"  rechaza         se corta", "  calla           nada", "  enorme-trozos   1 GiB"})
+        EXPECT_NE(help.find(line), std::string::npos) << line << " is not in:\n" << help;
+    EXPECT_EQ(program.wait(), 0);
+    Program version({"--version"});
+    EXPECT_EQ(version.line().find_first_not_of("0123456789."), std::string::npos);
+    EXPECT_EQ(version.wait(), 0);
+}
+
 TEST_F(CallejeroProgram, RefusesAPortInUse) {
     Program first({});
     const std::string url = first.line();
     Program second({"--puerto", url.substr(url.rfind(':') + 1)});
     EXPECT_EQ(second.line(), "");
-    EXPECT_EQ(second.wait(), 1);
+    EXPECT_EQ(second.wait(), 2);
 }
 
 } // namespace

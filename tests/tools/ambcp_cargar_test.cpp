@@ -33,6 +33,17 @@ TEST_F(AmbcpCargar, ColumnsAreKnownByTheirNames) {
               "CODIGO,NOMBRE,NOMBRE_CAT,CODPOSTAL\nAV,\"AVENIDA, LA\",,\nCL,CALLE,,\n");
 }
 
+TEST_F(AmbcpCargar, OneRowIsCountedInTheSingular) {
+    EXPECT_EQ(load("TIPO_VIA", "CODIGO\nCL\n").output, "TIPO_VIA: 1 fila cargada.\n");
+}
+
+TEST_F(AmbcpCargar, OtherSeparatorThanTheCommaIsSaid) {
+    expectRefusal(
+        "TIPO_VIA", "CODIGO;NOMBRE\nCL;CALLE\n",
+        "línea 1, columna 1: la tabla no tiene ninguna columna «CODIGO;NOMBRE»; las columnas se separan "
+        "con comas");
+}
+
 TEST_F(AmbcpCargar, EveryKindOfColumnIsFilled) {
     load("MUNICIPI", "NOMBRE,ENT_MENOR\nA CORUÑA,S\nB,0\nC,\n");
     EXPECT_EQ(done({"listar", ".", "MUNICIPI", "--filtro", "ENT_MENOR=True OR NOMBRE='B'"}),

@@ -43,7 +43,8 @@ TEST_F(AmbcpComprobar, FindingsNameFileAndPlace) {
     const Outcome run = ambcp({"comprobar", "."});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.errors, "");
-    EXPECT_NE(run.output.find("./PROVIN.DBF: cabecera: dice 3 registros y en el fichero caben 2\n"),
+    EXPECT_NE(run.output.find("./PROVIN.DBF: cabecera: la tabla está cortada: dice tener 3 registros y hay 2 "
+                              "completos; "),
               std::string::npos)
         << run.output;
     EXPECT_NE(run.output.find("PROVIN: 2 registros, 2 tags: "), std::string::npos) << run.output;
@@ -67,6 +68,51 @@ TEST_F(AmbcpComprobar, FindingNamesItsFileOnce) {
     EXPECT_EQ(run.output.find("./PROVIN.MDX: índice: "), 0U) << run.output;
     EXPECT_EQ(run.output.find("./PROVIN.MDX", 1), std::string::npos) << run.output;
     done({"reindexar", ".", "PROVIN"});
+}
+
+TEST_F(AmbcpComprobar, AdviceFollowsFromWhatIsDamaged) {
+    leaveUnchecked();
+    fs::remove(folder / "PROVIN.MDX");
+    fs::resize_file(folder / "MUNICIPI.DBF", 40);
+    const Outcome run = ambcp({"comprobar", "."});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(
+        run.output.find("PROVIN: 3 registros, 0 tags: 1 problema; \"ambcp reindexar\" rehace el índice\n"),
+        std::string::npos)
+        << run.output;
+    EXPECT_NE(run.output.find("MUNICIPI: 0 registros, 0 tags: 1 problema; recupere la copia de seguridad\n"),
+              std::string::npos)
+        << run.output;
+}
+
+TEST_F(AmbcpComprobar, LostIndexOfATableWhoseTagsNobodyKnowsIsToBeRestored) {
+    createTable(ambrel::test::defineTable("OTRA", {"COD C3"}, {"COD"}), {{"b"}});
+    fs::remove(folder / "OTRA.MDX");
+    leaveUnchecked();
+    const std::string output = ambcp({"comprobar", ".", "OTRA"}).output;
+    EXPECT_NE(output.find("1 problema; recupere la copia de seguridad\n"), std::string::npos) << output;
+}
+
+TEST_F(AmbcpComprobar, TablesThatTheFolderLacksAreNamed) {
+    for (const char* file : {"PROVIN.DBF", "PROVIN.MDX", "MUNICIPI.DBF", "MUNICIPI.MDX"}) {
+        fs::remove(folder / file);
+    }
+    const Outcome run = ambcp({"comprobar", "."});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.output, "MUNICIMJ: 0 registros, 1 tag: correcta\n"
+                          "POSTAL: 0 registros, 3 tags: correcta\n"
+                          "TIPO_VIA: 0 registros, 2 tags: correcta\n"
+                          "MUNICIPI: falta la tabla; recupere la copia de seguridad\n"
+                          "PROVIN: falta la tabla; recupere la copia de seguridad\n");
+    EXPECT_EQ(ambcp({"comprobar", ".", "POSTAL"}).exitCode, 0);
+}
+
+TEST_F(AmbcpComprobar, FolderOfOtherTablesLacksNothing) {
+    const fs::path others = folder / "otras";
+    fs::create_directory(others);
+    createTable(ambrel::test::defineTable("OTRA", {"COD C3"}), {{"b"}});
+    fs::rename(folder / "OTRA.DBF", others / "OTRA.DBF");
+    EXPECT_EQ(done({"comprobar", "otras"}), "OTRA: 1 registro, 0 tags: correcta\n");
 }
 
 TEST_F(AmbcpComprobar, NothingIsChanged) {

@@ -63,7 +63,9 @@ TEST_F(AmbcpDireccion, UnsettledNumberIsSaid) {
     EXPECT_EQ(resolve("MADRID", "ZZZ CORTA", "7").exitCode, 0);
     const Outcome run = resolve("MADRID", "ZZZ CORTA", "11");
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.errors, "ambcp: no se ha resuelto el número «11».\n");
+    EXPECT_EQ(run.output, row("MADRID,28079,ZZZ CORTA,CL,28001")); // what the form shows before the number
+    EXPECT_EQ(run.errors,
+              "ambcp: no se ha resuelto el número «11»; el código postal es el del comienzo de la vía.\n");
 }
 
 TEST_F(AmbcpDireccion, TextThatTheTablesCannotHoldMatchesNothing) {

@@ -11,26 +11,32 @@
 namespace callejero {
 namespace {
 
-constexpr std::array<std::pair<std::string_view, Fault>, 19> names{{
-    {"rechaza", Fault::Refuse},
-    {"calla", Fault::Stall},
-    {"se-para", Fault::StallMidway},
-    {"corta", Fault::Cut},
-    {"corta-trozos", Fault::CutChunked},
-    {"500", Fault::Status500},
-    {"fallo-soap", Fault::SoapFault},
-    {"fallo-soap-200", Fault::SoapFaultOk},
-    {"error", Fault::ErrorAnswer},
-    {"cuenta-de-mas", Fault::MoreCounted},
-    {"cuenta-de-menos", Fault::FewerCounted},
-    {"sin-cuenta", Fault::NoCount},
-    {"cuenta-mala", Fault::BadCount},
-    {"sin-lista", Fault::NoEntries},
-    {"vacia", Fault::EmptyBody},
-    {"basura", Fault::Garbage},
-    {"html", Fault::HtmlPage},
-    {"enorme", Fault::Huge},
-    {"enorme-trozos", Fault::HugeChunked},
+struct NamedFault {
+    std::string_view name;
+    Fault fault;
+    std::string_view explanation;
+};
+
+constexpr std::array<NamedFault, 19> names{{
+    {"rechaza", Fault::Refuse, "se corta la conexión, sin un solo byte"},
+    {"calla", Fault::Stall, "nada, hasta que el programa se cansa"},
+    {"se-para", Fault::StallMidway, "la mitad, y luego nada"},
+    {"corta", Fault::Cut, "la mitad de lo anunciado"},
+    {"corta-trozos", Fault::CutChunked, "la mitad, sin anunciar cuánto era"},
+    {"500", Fault::Status500, "el estado 500 y una línea de texto"},
+    {"fallo-soap", Fault::SoapFault, "un fallo SOAP con el estado 500"},
+    {"fallo-soap-200", Fault::SoapFaultOk, "un fallo SOAP con el estado 200"},
+    {"error", Fault::ErrorAnswer, "una respuesta que dice que no existe la provincia"},
+    {"cuenta-de-mas", Fault::MoreCounted, "un elemento más en la cuenta que en la lista"},
+    {"cuenta-de-menos", Fault::FewerCounted, "un elemento menos"},
+    {"sin-cuenta", Fault::NoCount, "la lista sin la cuenta"},
+    {"cuenta-mala", Fault::BadCount, "una cuenta que no es un número"},
+    {"sin-lista", Fault::NoEntries, "la cuenta sin la lista"},
+    {"vacia", Fault::EmptyBody, "el estado 200 y nada más"},
+    {"basura", Fault::Garbage, "bytes que no son XML"},
+    {"html", Fault::HtmlPage, "una página para personas"},
+    {"enorme", Fault::Huge, "1 GiB, anunciado"},
+    {"enorme-trozos", Fault::HugeChunked, "1 GiB, sin anunciar cuánto es"},
 }};
 
 constexpr std::string_view everyOperation = "todo";
@@ -66,14 +72,25 @@ std::string withoutNumber(std::string answer, Operation operation) {
 } // namespace
 
 std::optional<Fault> faultNamed(std::string_view name) {
-    const auto found = std::ranges::find(names, name, &std::pair<std::string_view, Fault>::first);
-    return found == names.end() ? std::nullopt : std::optional(found->second);
+    const auto found = std::ranges::find(names, name, &NamedFault::name);
+    return found == names.end() ? std::nullopt : std::optional(found->fault);
 }
 
 std::string faultNames() {
     std::string text;
-    for (const auto& [name, fault] : names)
-        (text += text.empty() ? "" : ", ") += name;
+    for (const NamedFault& named : names)
+        (text += text.empty() ? "" : ", ") += named.name;
+    return text;
+}
+
+std::string faultExplanations() {
+    constexpr std::size_t indent = 18;
+    std::string text;
+    for (const NamedFault& named : names) {
+        text += "  " + std::string(named.name);
+        text.append(indent - 2 - named.name.size(), ' ');
+        text += std::string(named.explanation) + '\n';
+    }
     return text;
 }
 

@@ -43,6 +43,8 @@ struct FaultRule {
 [[nodiscard]] std::optional<Fault> faultNamed(std::string_view name);
 /// All names, for messages: "rechaza, calla, …".
 [[nodiscard]] std::string faultNames();
+/// A line for each, for the help: its name and what comes instead of the answer, in Spanish.
+[[nodiscard]] std::string faultExplanations();
 
 /// Reads "ConsultaVia=corta", "ConsultaVia:HARO=corta", "todo=500". Errors: std::invalid_argument (Spanish).
 [[nodiscard]] FaultRule readFaultRule(std::string_view text);

@@ -23,6 +23,7 @@ struct Options {
 
 constexpr int largestPort = 65'535;
 constexpr int longestDelayMs = 600'000;
+constexpr int exitCannot = 2; // as ambcp
 
 /// Whole numbers from 0; the library's own check speaks English, in the help too.
 CLI::Validator upTo(int largest) {
@@ -38,6 +39,7 @@ CLI::Validator upTo(int largest) {
 
 void define(CLI::App& app, Options& options) {
     ambcp::speakSpanish(app);
+    app.set_version_flag("--version", CALLEJERO_VERSION, "Muestra la versión")->group(ambcp::optionGroup);
     app.add_option("--carpeta", options.folder, "Respuestas que se sirven; sin ella, las de la muestra")
         ->type_name("DIR");
     app.add_option("--puerto", options.port, "Puerto; 0, uno cualquiera que esté libre")
@@ -48,9 +50,13 @@ void define(CLI::App& app, Options& options) {
         ->check(upTo(longestDelayMs));
     app.add_option("--falla", options.faults, "Operación que falla, y cómo")
         ->type_name("OPERACIÓN[:NOMBRE]=MODO");
-    app.footer("OPERACIÓN: ConsultaProvincia, ConsultaMunicipio, ConsultaVia, todo.\n"
-               "NOMBRE: solo con esta provincia o este municipio.\nMODO: " +
-               callejero::faultNames() + ".");
+    app.footer(
+        "OPERACIÓN: ConsultaProvincia, ConsultaMunicipio, ConsultaVia, todo.\n"
+        "NOMBRE: solo con esta provincia o este municipio.\n"
+        "MODO, lo que llega en vez de la respuesta:\n" +
+        callejero::faultExplanations() +
+        "\nTermina con 0 cuando se le interrumpe y con 2 si no puede empezar; el motivo sale por la salida\n"
+        "de errores.");
 }
 
 void log(const std::string& line) { std::fprintf(stderr, "callejero-simulado: %s\n", line.c_str()); }
@@ -94,10 +100,10 @@ int main(int argc, char** argv) {
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
             return app.exit(error);
         log(ambcp::describeUsageError(error) + ". Vea «callejero-simulado --help».");
-        return 1;
+        return exitCannot;
     } catch (const std::exception& error) {
         log(error.what());
-        return 1;
+        return exitCannot;
     }
     return 0;
 }

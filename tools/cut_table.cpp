@@ -1,0 +1,58 @@
+#include "tools/cut_table.h"
+
+#include "dbase/databases.h"
+#include "dbase/journal_place.h"
+#include "dbase/locks.h"
+#include "dbase/table_file.h"
+#include "tools/counted.h"
+#include "tools/failure.h"
+
+namespace ambcp {
+
+namespace {
+
+/// Whoever adds a record holds this byte, whatever else he locks; the count is his to set.
+constexpr dbase::LockRange appending{dbase::lock_offset::append, 1};
+
+std::optional<Shortfall> lookAt(const dbase::TableFile& records) {
+    const Shortfall found{.announced = records.announcedCount(), .held = records.recordCount()};
+    return found.announced > found.held ? std::optional(found) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<Shortfall> shortfallOf(const std::string& tableFile) {
+    dbase::TableFile records(dbase::openFile(tableFile, dbase::OpenMode::ReadOnly));
+    if (!lookAt(records)) {
+        return std::nullopt;
+    }
+    // Once more while none of our programs writes. The lock is that of the index where there is one.
+    const auto locked =
+        dbase::openFile(dbase::findIndexFile(tableFile).value_or(tableFile), dbase::OpenMode::ReadOnly);
+    dbase::StructureLock::Holders holders;
+    if (records.file().isRemote()) {
+        holders.exchanged = &records.file();
+    }
+    const dbase::StructureLock lock(*locked, holders, dbase::LockKind::Shared);
+    records.forgetSize();
+    return records.file().isLockedByOthers(appending) ? std::nullopt : lookAt(records);
+}
+
+std::uint32_t recordsIn(const std::string& tableFile) {
+    return dbase::TableFile(dbase::openFile(tableFile, dbase::OpenMode::ReadOnly)).recordCount();
+}
+
+std::string describe(const Shortfall& shortfall) {
+    return "la tabla está cortada: dice tener " + counted(shortfall.announced, "registro", "registros") +
+           " y hay " + counted(shortfall.held, "completo", "completos") +
+           "; recupere la copia de seguridad; \"ambcp reindexar\" se queda con los completos";
+}
+
+void requireWhole(const std::string& tableFile) {
+    const std::optional<Shortfall> shortfall = shortfallOf(tableFile);
+    if (shortfall && !dbase::journalBeside(tableFile)->openExisting()) {
+        throw DamagedTable(tableFile + ": " + describe(*shortfall));
+    }
+}
+
+} // namespace ambcp
