@@ -200,6 +200,8 @@ CheckResult checkTable(const std::string& tableFile, const Progress& progress,
             report.add(tableFile, "cabecera",
                        indexPath ? "no dice que haya índice y lo hay"
                                  : "dice que hay índice y falta el .MDX");
+        } else if (!indexPath && !knownTags.empty()) {
+            report.add(tableFile, "cabecera", "falta el .MDX con los tags de esta tabla");
         }
         if (indexPath) {
             checkIndex(records, *indexPath, knownTags, result, report, progress);

@@ -51,6 +51,18 @@ TEST_F(AmbcpComprobar, FindingsNameFileAndPlace) {
     EXPECT_NE(run.output.find("TIPO_VIA: 0 registros, 2 tags: correcta\n"), std::string::npos) << run.output;
 }
 
+TEST_F(AmbcpComprobar, OneOfOursWithoutIndexIsNotCorrectThoughItsHeaderAsksForNone) {
+    constexpr std::size_t indexFlag = 28; // in the header
+    leaveUnchecked();
+    fs::remove(folder / "PROVIN.MDX");
+    damage("PROVIN.DBF", indexFlag, 0);
+    const Outcome run = ambcp({"comprobar", ".", "PROVIN"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.output.find("falta el .MDX con los tags de esta tabla"), std::string::npos) << run.output;
+    done({"reindexar", ".", "PROVIN"});
+    EXPECT_EQ(done({"comprobar", ".", "PROVIN"}), "PROVIN: 3 registros, 2 tags: correcta\n");
+}
+
 TEST_F(AmbcpComprobar, KeyThatIsNotItsRecordsIsFound) {
     const std::string index = content("PROVIN.MDX");
     damage("PROVIN.MDX", index.find("ALBACETE"), 'X');
