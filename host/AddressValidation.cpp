@@ -101,6 +101,13 @@ void AddressValidation::completeMunicipality(std::uint16_t& key, Qt::KeyboardMod
     controller_.KeyUpMunicipi(boxes_.municipality, key, modifiers);
 }
 
+/// A text that came without keys, as one pasted by mouse, has not been looked up yet.
+void AddressValidation::lookUpMunicipality() {
+    controller_.OrdenaPorNombreMunicipi();
+    if (controller_.BuscaPorNombreMunicipi(boxes_.municipality->text(), exactSearch))
+        setTag(*boxes_.municipality, controller_.DM->tbMunicipiCOD_INE.integer());
+}
+
 void AddressValidation::completeStreet(std::uint16_t& key, Qt::KeyboardModifiers modifiers) {
     if (tagOf(*boxes_.municipality) == 0 || opensList())
         return;
@@ -109,6 +116,8 @@ void AddressValidation::completeStreet(std::uint16_t& key, Qt::KeyboardModifiers
 }
 
 void AddressValidation::leaveMunicipality() {
+    if (tagOf(*boxes_.municipality) == 0 && !isBlank(*boxes_.municipality))
+        lookUpMunicipality();
     QString province = wanted;
     QString postalCode = wanted;
     const bool ask = boxes_.municipality->text() != askedMunicipality_;
@@ -160,7 +169,11 @@ void AddressValidation::lookUpStreet() {
         setTag(*boxes_.street, controller_.DM->tbPostalCODIGO1.integer());
 }
 
-void AddressValidation::leaveStreet() { settleStreet(Questions::Yes); }
+void AddressValidation::leaveStreet() {
+    if (tagOf(*boxes_.street) == 0)
+        lookUpStreet();
+    settleStreet(Questions::Yes);
+}
 
 void AddressValidation::settleStreet(Questions questions) {
     QLineEdit& street = *boxes_.street;

@@ -54,6 +54,7 @@ private:
     void completeMunicipality(std::uint16_t& key, Qt::KeyboardModifiers modifiers);
     void completeStreet(std::uint16_t& key, Qt::KeyboardModifiers modifiers);
 
+    void lookUpMunicipality();
     void leaveMunicipality();
     void leaveStreetType();
     void leaveStreet();

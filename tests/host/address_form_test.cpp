@@ -1,6 +1,8 @@
 // Typing an address into the form, with real keys.
 #include <gtest/gtest.h>
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -54,6 +56,24 @@ TEST_F(AddressFormTest, StreetAndNumberSettleThePostalCode) {
     fill("ENumero", "45");
     EXPECT_EQ(text("ECodPostal"), QStringLiteral("28014"));
     EXPECT_EQ(tag("ENumero"), 1);
+}
+
+TEST_F(AddressFormTest, TextsPastedByMouseAreLookedUpWhenTheirBoxIsLeft) {
+    const auto paste = [this](const char* name, const QString& text) {
+        enter(name);
+        box(name)->selectAll();
+        QGuiApplication::clipboard()->setText(text);
+        box(name)->paste(); // as the box's own menu does: no key is released
+    };
+    open();
+    paste("EMunicipio", QStringLiteral("MADRID"));
+    enter("ETipoVia");
+    EXPECT_EQ(tag("EMunicipio"), 28079);
+    fill("ETipoVia", "CL");
+    paste("EVia", QStringLiteral("ALCALA"));
+    enter("ENumero");
+    EXPECT_EQ(tag("EVia"), 28000001);
+    EXPECT_EQ(text("ECodPostal"), QStringLiteral("28014"));
 }
 
 TEST_F(AddressFormTest, TheNumberIsSoughtFromTheFirstStretchEachTime) {
