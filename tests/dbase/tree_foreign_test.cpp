@@ -229,6 +229,10 @@ TEST_F(ForeignTreeTest, AStackHoldsNoMoreWhenAnyOfItsBlocksIsAnother) {
     }));
     EXPECT_FALSE(
         stillHoldsAfter([&](const TreeCursor& at) { block(at.path().back().page)[mdx::items + 8] = '!'; }));
+    EXPECT_FALSE(stillHoldsAfter([&](const TreeCursor& at) { // a leaf that others hang from now
+        char* const leaf = block(at.path().back().page);
+        store32(leaf + mdx::items + load32(leaf + mdx::keyCount) * itemLength, leafOf(0));
+    }));
     EXPECT_FALSE(cursor().stillHolds()) << "one that never stood anywhere";
 }
 
