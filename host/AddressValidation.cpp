@@ -101,18 +101,18 @@ void AddressValidation::completeMunicipality(std::uint16_t& key, Qt::KeyboardMod
     controller_.KeyUpMunicipi(boxes_.municipality, key, modifiers);
 }
 
-/// A text that came without keys, as one pasted by mouse, has not been looked up yet.
-void AddressValidation::lookUpMunicipality() {
-    controller_.OrdenaPorNombreMunicipi();
-    if (controller_.BuscaPorNombreMunicipi(boxes_.municipality->text(), exactSearch))
-        setTag(*boxes_.municipality, controller_.DM->tbMunicipiCOD_INE.integer());
-}
-
 void AddressValidation::completeStreet(std::uint16_t& key, Qt::KeyboardModifiers modifiers) {
     if (tagOf(*boxes_.municipality) == 0 || opensList())
         return;
     controller_.OrdenaPorViaPostal();
     controller_.KeyUpDireccionPostal(boxes_.street, key, modifiers, boxes_.streetType->text());
+}
+
+/// A text that came without keys, as one pasted by mouse, has not been looked up yet.
+void AddressValidation::lookUpMunicipality() {
+    controller_.OrdenaPorNombreMunicipi();
+    if (controller_.BuscaPorNombreMunicipi(boxes_.municipality->text(), exactSearch))
+        setTag(*boxes_.municipality, controller_.DM->tbMunicipiCOD_INE.integer());
 }
 
 void AddressValidation::leaveMunicipality() {
