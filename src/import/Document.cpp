@@ -42,12 +42,21 @@ bool isTooLarge(const pugi::xml_document& tree) {
 
 bool isBlank(std::string_view text) { return text.find_first_not_of(" \t\r\n") == std::string_view::npos; }
 
-void parse(pugi::xml_document& tree, std::string_view text, pugi::xml_encoding encoding) {
+/// A document is filed in UTF-8, in whatever encoding it came.
+void declareUtf8(pugi::xml_document& tree) {
+    for (pugi::xml_node& node : tree.children())
+        if (pugi::xml_attribute encoding = node.attribute("encoding");
+            encoding && node.type() == pugi::node_declaration)
+            encoding.set_value("utf-8");
+}
+
+void parse(pugi::xml_document& tree, std::string_view text, pugi::xml_encoding encoding,
+           unsigned int options = pugi::parse_default) {
     tree.reset();
     if (isBlank(text))
         return;
     const pugi::xml_parse_result result =
-        tree.load_buffer(text.data(), text.size(), pugi::parse_default | pugi::parse_declaration, encoding);
+        tree.load_buffer(text.data(), text.size(), options | pugi::parse_declaration, encoding);
     if (!result) {
         tree.reset();
         throw std::runtime_error("La respuesta no es un documento XML válido (byte " +
@@ -57,6 +66,26 @@ void parse(pugi::xml_document& tree, std::string_view text, pugi::xml_encoding e
         tree.reset();
         throw std::runtime_error("La respuesta tiene demasiados elementos o niveles.");
     }
+    declareUtf8(tree);
+}
+
+constexpr const char* indent = "        ";
+
+/// One without nodes is filed as an empty file: a declaration alone is no document.
+unsigned int filedFormat(const pugi::xml_document& tree) {
+    return tree.first_child() ? pugi::format_indent : pugi::format_indent | pugi::format_no_declaration;
+}
+
+/// Counts what is written.
+struct Size : pugi::xml_writer {
+    void write(const void*, std::size_t count) override { bytes += count; }
+    std::size_t bytes = 0;
+};
+
+std::size_t filedSize(const pugi::xml_document& tree) {
+    Size size;
+    tree.save(size, indent, filedFormat(tree), pugi::encoding_utf8);
+    return size.bytes;
 }
 
 } // namespace
@@ -65,14 +94,21 @@ DirectoryDocument::DirectoryDocument() : tree_(std::make_unique<pugi::xml_docume
 
 DirectoryDocument::~DirectoryDocument() = default;
 
-void DirectoryDocument::load(std::string_view utf8) { parse(*tree_, utf8, pugi::encoding_utf8); }
+void DirectoryDocument::load(std::string_view utf8) {
+    parse(*tree_, utf8, pugi::encoding_utf8);
+    if (filedSize(*tree_) <= largestAnswer)
+        return;
+    clear();
+    throw std::runtime_error("La respuesta es demasiado grande para guardarla.");
+}
 
 void DirectoryDocument::loadFile(const std::string& path) {
     clear();
     const std::optional<std::string> text = fileStart(path, largestAnswer + 1);
     if (!text || text->size() > largestAnswer)
         throw std::runtime_error("No se puede leer " + path + ".");
-    parse(*tree_, *text, pugi::encoding_auto);
+    // A carriage return that came as "&#13;" is filed as it is; it is not the end of a line.
+    parse(*tree_, *text, pugi::encoding_auto, pugi::parse_default & ~pugi::parse_eol);
 }
 
 void DirectoryDocument::clear() { tree_->reset(); }
@@ -80,7 +116,7 @@ void DirectoryDocument::clear() { tree_->reset(); }
 bool DirectoryDocument::hasNodes() const { return !tree_->first_child().empty(); }
 
 void DirectoryDocument::save(const std::string& path) const {
-    if (!tree_->save_file(path.c_str(), "        ", pugi::format_indent, pugi::encoding_utf8))
+    if (!tree_->save_file(path.c_str(), indent, filedFormat(*tree_), pugi::encoding_utf8))
         throw std::runtime_error("No se puede guardar " + path + ".");
 }
 

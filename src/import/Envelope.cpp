@@ -2,6 +2,7 @@
 #include "import/Envelope.h"
 
 #include <initializer_list>
+#include <string_view>
 
 #include "services/Confamb.h"
 
@@ -33,14 +34,21 @@ std::string element(const std::string& name, const std::string& value) {
            ">";
 }
 
+/// An address and what stands below it. People write addresses with and without a slash at the end.
+std::string below(std::string_view address, const std::string& path) {
+    while (address.ends_with('/'))
+        address.remove_suffix(1);
+    return std::string(address) + path;
+}
+
 } // namespace
 
 std::string directoryUrl() {
-    return Config.directoryService.server + "/ovcservweb/OVCSWLocalizacionRC/OVCCallejero.asmx";
+    return below(Config.directoryService.server, "/ovcservweb/OVCSWLocalizacionRC/OVCCallejero.asmx");
 }
 
 std::string soapAction(const std::string& operation) {
-    return Config.directoryService.actionPrefix + "/OVCServWeb/OVCCallejero/" + operation;
+    return below(Config.directoryService.actionPrefix, "/OVCServWeb/OVCCallejero/" + operation);
 }
 
 std::string provincesRequest() { return envelope({}); }

@@ -16,7 +16,8 @@ using Clock = std::chrono::steady_clock;
 /// How long the caller waits for its next turn, and how long for news of the exchange.
 constexpr std::chrono::milliseconds patience{50};
 constexpr long mostRedirections = 5;
-constexpr long firstFailingStatus = 400;
+constexpr long okStatus = 200;
+constexpr long firstRedirection = 300;                      // those that lead somewhere are followed
 constexpr std::size_t largestHead = std::size_t{256} << 10; // of all redirections together
 
 struct Library {
@@ -144,6 +145,11 @@ void prepare(CURL* request, const std::string& url, const std::string& body, cur
     set(request, CURLOPT_WRITEDATA, &answer);
 }
 
+/// Another status than 200 without a body says that something else was done than answering.
+bool isAnswer(long status, const std::string& body) {
+    return status < firstRedirection && (status == okStatus || !body.empty());
+}
+
 /// Runs a prepared request to its end.
 CURLcode perform(CURLM* multi, CURL* request, const std::function<void()>& whileWaiting) {
     if (const CURLMcode code = curl_multi_add_handle(multi, request); code != CURLM_OK)
@@ -184,7 +190,7 @@ std::string postSoap(const std::string& url, const std::string& action, const st
         fail(reasonOf(result));
     long status = 0;
     curl_easy_getinfo(request.get(), CURLINFO_RESPONSE_CODE, &status);
-    if (status >= firstFailingStatus)
+    if (!isAnswer(status, answer.body))
         fail("el servidor responde con el estado " + std::to_string(status));
     if (!answer.isHeadWhole)
         fail(reasonOf(CURLE_PARTIAL_FILE));

@@ -8,8 +8,8 @@
 
 namespace ambrel {
 
-/// An exchange that failed: no connection, a status of 400 or more, an answer cut short or too large. The
-/// text is Spanish, UTF-8.
+/// An exchange that failed: no connection, a status of 400 or more, a redirection that leads nowhere, no body
+/// with another status than 200, an answer cut short or too large. The text is Spanish, UTF-8.
 class TransportError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "import/ResponseReaders.h"
 #include "import/Transport.h"
 #include "support/TemporaryFolder.h"
 
@@ -29,6 +30,32 @@ std::string nested(int levels) {
     for (int i = 0; i < levels; ++i)
         text += "</a>";
     return text;
+}
+
+/// What the readers make of a document; the texts are those that are shown.
+std::string shown(const DirectoryDocument& document) {
+    const ambrel::StreetList list = ambrel::readStreets(document);
+    std::string text = std::to_string(static_cast<int>(list.reading)) + ":";
+    for (const ambrel::ImportedStreet& street : list.streets)
+        text += street.type + "|" + street.name + ";";
+    return text;
+}
+
+/// An answer with one street, under a declaration of its own.
+std::string streetAnswer(const std::string& declaration, const std::string& name) {
+    return declaration +
+           "<soap:Envelope><soap:Body><a><b><control><cuca>1</cuca></control><callejero><calle>"
+           "<dir><tv>CL</tv><nv>" +
+           name + "</nv></dir></calle></callejero></b></a></soap:Body></soap:Envelope>";
+}
+
+/// The same document, filed and read back.
+std::string shownFromFile(const DirectoryDocument& document) {
+    const TemporaryFolder folder;
+    document.save(folder / "a.xml");
+    DirectoryDocument filed;
+    filed.loadFile(folder / "a.xml");
+    return shown(filed);
 }
 
 TEST(Document, OfAnEmptyTextHasNoNodes) {
@@ -100,6 +127,55 @@ TEST(Document, IsReadBackFromItsFile) {
     EXPECT_THROW(document.loadFile(folder / "falta.xml"), std::runtime_error);
     EXPECT_FALSE(document.hasNodes());
     EXPECT_THROW(document.loadFile(folder.path()), std::runtime_error);
+}
+
+TEST(Document, DeclaresTheEncodingInWhichItIsFiled) {
+    const TemporaryFolder folder;
+    DirectoryDocument document;
+    document.load(R"(<?xml version="1.0" encoding="ISO-8859-1" standalone="yes"?><a>CAÑÓN</a>)");
+    document.save(folder / "a.xml");
+    EXPECT_EQ(content(folder / "a.xml"),
+              "<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"yes\"?>\n<a>CAÑÓN</a>\n");
+}
+
+TEST(Document, IsReadBackExactlyAsItWasShown) {
+    for (const std::string declaration :
+         {"", R"(<?xml version="1.0"?>)", R"(<?xml version="1.0" encoding="utf-8"?>)",
+          R"(<?xml version="1.0" encoding="ISO-8859-1"?>)", R"(<?xml version='1.0' encoding='utf-16'?>)",
+          R"(<?xml version="1.0" encoding="windows-1252"?>)",
+          "\xEF\xBB\xBF"
+          R"(<?xml version="1.0" encoding="latin1"?>)"})
+        for (const std::string name :
+             {"CAÑÓN", "CA\xD1\xD3N", "A & B", "A &amp;&lt;B&gt; C", "A&nbsp;B", "A&#13;B", "A\r\nB", "A\rB",
+              "A&#9;B&#1;C", "<![CDATA[A <B> & C]]>", "A<!-- no --> B", "A <b>no</b> B", "  A   B  ",
+              "\xE2\x82\xAC \xE4\xB8\xAD", "<![CDATA[]]>", ""}) {
+            DirectoryDocument document;
+            try {
+                document.load(streetAnswer(declaration, name));
+            } catch (const std::runtime_error&) {
+                continue; // it is not filed, either
+            }
+            EXPECT_EQ(shownFromFile(document), shown(document)) << declaration << name;
+        }
+}
+
+TEST(Document, WithoutNodesIsReadBackWithoutNodes) {
+    DirectoryDocument document;
+    document.load("");
+    EXPECT_EQ(shownFromFile(document), shown(document));
+}
+
+TEST(Document, ThatWouldBeTooLargeToReadBackIsRefusedWhenItComes) {
+    // As deep as an answer may be: filed, every line is indented by up to 120 blanks.
+    const std::string open = "<a><a><a><a><a><a><a><a><a><a><a><a><a><a><a>";
+    std::string text = open;
+    for (int i = 0; i < 400'000; ++i)
+        text += "<b/>";
+    for (int i = 0; i < 15; ++i)
+        text += "</a>";
+    DirectoryDocument document;
+    EXPECT_THROW(document.load(text), std::runtime_error);
+    EXPECT_FALSE(document.hasNodes());
 }
 
 TEST(Document, ThatCannotBeFiledSaysSo) {

@@ -69,6 +69,16 @@ TEST_F(Envelope, UsesTheConfiguredService) {
               std::string::npos);
 }
 
+TEST_F(Envelope, TakesAddressesOfTheServiceWithASlashAtTheirEnd) {
+    Config.directoryService = {.server = "http://127.0.0.1:8099/", .actionPrefix = "http://pruebas//"};
+    EXPECT_EQ(ambrel::directoryUrl(),
+              "http://127.0.0.1:8099/ovcservweb/OVCSWLocalizacionRC/OVCCallejero.asmx");
+    EXPECT_EQ(ambrel::soapAction("ConsultaVia"), "http://pruebas/OVCServWeb/OVCCallejero/ConsultaVia");
+    EXPECT_NE(ambrel::municipalitiesRequest("X").find("xmlns=\"http://www.catastro.meh.es/\""),
+              std::string::npos)
+        << "the namespace is a name, not an address";
+}
+
 TEST_F(Envelope, SpeaksToThePublicServiceAtFirst) {
     EXPECT_EQ(ambrel::directoryUrl(),
               "http://ovc.catastro.meh.es/ovcservweb/OVCSWLocalizacionRC/OVCCallejero.asmx");

@@ -77,6 +77,20 @@ TEST_F(ImportBatch, SavesWhatTheProvinceSearchHasFiled) {
         << "MADRID has several codes and is passed over";
 }
 
+TEST_F(ImportBatch, NamesAreSavedAsTheyWereShownWhateverEncodingTheAnswerDeclared) {
+    std::string declared = answer({{"CL", "CAÑÓN"}});
+    const std::size_t begin = declared.find("?>");
+    declared = R"(<?xml version="1.0" encoding="ISO-8859-1")" +
+               (begin == std::string::npos ? "?>" + declared : declared.substr(begin));
+    ambrel::DirectoryDocument document;
+    document.load(declared);
+    ASSERT_TRUE(ambrel::fileAnswer(document, "DB", "MADRID", "ALPEDRETE"));
+    showProvince();
+    save();
+    EXPECT_EQ(rows(), (Texts{"CL|CAÑÓN"}));
+    EXPECT_EQ(stored(), (Texts{"CL CAÑÓN 28430"}));
+}
+
 TEST_F(ImportBatch, EscorialWithItsArticleInFrontIsFoundWithItBehind) {
     file("MADRID/EL ESCORIAL.xml", answer({{"CL", "REAL"}}));
     showProvince();

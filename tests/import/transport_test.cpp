@@ -159,8 +159,23 @@ TEST_F(Transport, RefusesAStatusOf400AndOver) {
                       .find("el estado " + std::string(status, 3)),
                   std::string::npos)
             << status;
-    EXPECT_EQ(answered("HTTP/1.1 399 x\r\nContent-Length: 2\r\n\r\nsi"), "si");
-    EXPECT_EQ(answered("HTTP/1.1 204 No Content\r\n\r\n"), "");
+    EXPECT_EQ(answered("HTTP/1.1 299 x\r\nContent-Length: 2\r\n\r\nsi"), "si");
+}
+
+TEST_F(Transport, TakesAnEmptyBodyFromStatus200Only) {
+    EXPECT_EQ(answered(head + "Content-Length: 0\r\n\r\n"), "");
+    for (const char* const status : {"201 Created", "202 Accepted", "204 No Content", "205 Reset Content"})
+        EXPECT_NE(failure(std::string("HTTP/1.1 ") + status + "\r\nContent-Length: 0\r\n\r\n")
+                      .find("el estado " + std::string(status, 3)),
+                  std::string::npos)
+            << status;
+}
+
+TEST_F(Transport, RefusesARedirectionThatLeadsNowhere) {
+    for (const char* const status : {"300 Multiple Choices", "301 Moved", "302 Found", "303 See Other",
+                                     "304 Not Modified", "307 Temporary", "308 Permanent"})
+        for (const char* const rest : {"Content-Length: 0\r\n\r\n", "Content-Length: 4\r\n\r\n<a/>"})
+            EXPECT_NE(failure(std::string("HTTP/1.1 ") + status + "\r\n" + rest), "") << status << rest;
 }
 
 TEST_F(Transport, SendsTheRequestAgainWhereItIsRedirected) {
