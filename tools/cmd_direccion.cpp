@@ -6,7 +6,7 @@
 
 #include <unistd.h>
 
-#include "controller/AddressResolution.h"
+#include "address/AddressResolution.h"
 #include "dbase/codepage.h"
 #include "dbase/databases.h"
 #include "tools/commands.h"

@@ -2,7 +2,7 @@
 // tables behind them and the services that a host configures or replaces.
 #pragma once
 
-#include "controller/AddressResolution.h"
+#include "address/AddressResolution.h"
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
 #include "data/MunicipiDM.h"

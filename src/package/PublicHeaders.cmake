@@ -1,7 +1,7 @@
 # The headers that are installed: what package/AmbCodPostales.h includes, directly or on the way, and the pieces with
 # which a host's own forms look and behave like the package's dialogs.
 set(public_headers
-  controller/AddressResolution.h
+  address/AddressResolution.h
   controller/ClasCodPostales.h
   controller/NumberRange.h
   controller/Operacion.h

@@ -47,6 +47,7 @@ void PostalTables::addStreets(const std::vector<StreetRow>& rows) {
         table.field("PAR_INI").setInteger(row.even.first);
         table.field("PAR_FIN").setInteger(row.even.second);
         table.field("CODPOSTAL").setText(row.codPostal);
+        table.field("COD_INE").setText(row.ineCode);
         table.post();
     }
 }

@@ -23,7 +23,7 @@ struct MunicipalityRow {
 struct StreetRow {
     std::string codigo1, via, tipo, codPostal;
     std::pair<int, int> odd = {1, 9999}, even = {2, 9998};
-    std::string provincia = "28", capital = "0";
+    std::string provincia = "28", capital = "0", ineCode = {};
 };
 
 struct ProvinceRow {

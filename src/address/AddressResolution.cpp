@@ -1,5 +1,5 @@
 // The boxes' searches, run one after the other on plain texts.
-#include "controller/AddressResolution.h"
+#include "address/AddressResolution.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "controller/AddressResolution.h"
+#include "address/AddressResolution.h"
 
 #include "controller/StreetTables.h"
 #include "dbase/error.h"

@@ -1,0 +1,147 @@
+// Looking up municipalities by name, and the streets that are a municipality's own.
+#include "address/AddressDirectory.h"
+
+#include <algorithm>
+
+#include "data/Province.h"
+#include "data/TableDefinitions.h"
+#include "data/WholeName.h"
+
+namespace ambrel {
+namespace {
+
+template<class Value>
+void addOnce(std::vector<Value>& values, const Value& value) {
+    if (std::ranges::find(values, value) == values.end())
+        values.push_back(value);
+}
+
+} // namespace
+
+bool Municipality::hasPostalCode(std::string_view postalCode) const {
+    return std::ranges::binary_search(postalCodes, postalCode);
+}
+
+AddressDirectory::AddressDirectory(const std::string& database)
+    : shown_(database, "MUNICIPI", "NOMBRE"), all_(database, "MUNICIPI", "COD_INE"),
+      streets_(database, "POSTAL", "NOMBREVIA") {
+    shown_.setAfterOpen(hideMinorEntities);
+    shown_.open();
+    all_.open();
+    streets_.open();
+    streetIneCode_ = streets_.findField("COD_INE");
+}
+
+std::vector<Municipality> AddressDirectory::municipalitiesNamed(const std::string& name) {
+    std::vector<std::string> codes;
+    if (!name.empty() && name.size() <= municipalityNameWidth &&
+        shown_.seek({{"NOMBRE", name}}, dbase::SeekMode::Exact)) {
+        do {
+            if (shownName_.view() != name)
+                break;
+            addOnce(codes, shownCode_.text());
+        } while (shown_.next());
+    }
+    std::ranges::sort(codes);
+    std::vector<Municipality> found;
+    for (const std::string& code : codes)
+        if (auto one = municipality(code))
+            found.push_back(std::move(*one));
+    return found;
+}
+
+std::optional<Municipality> AddressDirectory::municipality(const std::string& ineCode) {
+    if (ineCode.empty() || !all_.seek({{"COD_INE", ineCode}}, dbase::SeekMode::Exact))
+        return std::nullopt;
+    Municipality found;
+    found.ineCode = ineCode;
+    bool isMarked = false, isNamed = false;
+    do {
+        if (ineCode_.view() != ineCode)
+            break;
+        if (const std::string code = postalCode_.text(); !code.empty())
+            addOnce(found.postalCodes, code);
+        if (const std::string province = province_.text(); !province.empty())
+            addOnce(found.provinces, province);
+        if (found.name.empty() || (!isNamed && !isEntity_.logical())) {
+            found.name = name_.text();
+            isNamed = !isEntity_.logical();
+        }
+        isMarked = isMarked || onlyCode_.view() == singleCodeMark;
+    } while (all_.next());
+    for (const std::string& code : found.postalCodes)
+        addOnce(found.provinces, provinceOf(code));
+    std::ranges::sort(found.postalCodes);
+    found.hasOneCode = isMarked && found.postalCodes.size() == 1;
+    return found;
+}
+
+bool AddressDirectory::isOwn(const Municipality& municipality) const {
+    if (municipality.hasPostalCode(streetCode_.view()))
+        return true;
+    // A code that MUNICIPI lacks; where it says that there is only one, another one is wrong.
+    return streetIneCode_ && streetIneCode_->view() == municipality.ineCode && !municipality.hasOneCode;
+}
+
+StreetStretch AddressDirectory::currentStretch() const {
+    return {.record = streets_.recordNumber(),
+            .key = key_.text(),
+            .type = type_.text(),
+            .name = street_.text(),
+            .postalCode = streetCode_.text(),
+            .ineCode = streetIneCode_ ? streetIneCode_->text() : std::string(),
+            .ranges = {.odd = {oddFirst_.integer(), oddLast_.integer()},
+                       .even = {evenFirst_.integer(), evenLast_.integer()}}};
+}
+
+void AddressDirectory::visitOwn(const Municipality& municipality, const std::string& province,
+                                const std::string& from, const std::function<bool()>& wantsMore,
+                                const std::function<bool()>& visit) {
+    if (!streets_.seek({{"PROVINCIA", province}, {"VIA", from}}, dbase::SeekMode::Nearest))
+        return;
+    do {
+        if (streetProvince_.view() != province || !wantsMore())
+            return;
+        if (isOwn(municipality) && !visit())
+            return;
+    } while (streets_.next());
+}
+
+std::vector<StreetStretch> AddressDirectory::stretches(const Municipality& municipality,
+                                                       const std::string& name) {
+    std::vector<StreetStretch> found;
+    if (name.empty() || name.size() > streetNameWidth)
+        return found;
+    for (const std::string& province : municipality.provinces)
+        visitOwn(
+            municipality, province, name, [&] { return street_.view() == name; },
+            [&] {
+                found.push_back(currentStretch());
+                return true;
+            });
+    return found;
+}
+
+std::optional<StreetStretch> AddressDirectory::streetBeginning(const Municipality& municipality,
+                                                               const std::string& text,
+                                                               const std::string& type) {
+    std::optional<StreetStretch> best;
+    if (text.empty() || text.size() > streetNameWidth)
+        return best;
+    for (const std::string& province : municipality.provinces) {
+        std::optional<StreetStretch> here;
+        visitOwn(
+            municipality, province, text,
+            [&] { return street_.view().starts_with(text) && (!here || street_.view() == here->name); },
+            [&] {
+                if (!here || type_.view() == type)
+                    here = currentStretch();
+                return here->type != type;
+            });
+        if (here && (!best || here->name < best->name))
+            best = here;
+    }
+    return best;
+}
+
+} // namespace ambrel

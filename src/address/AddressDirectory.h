@@ -1,0 +1,96 @@
+// What the tables know about one address: municipalities by name, and the streets that are a municipality's
+// own.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "AmbrelExport.h"
+#include "controller/NumberRange.h"
+#include "dbase/dataset.h"
+
+namespace ambrel {
+
+/// A municipality as all its rows of MUNICIPI describe it, hidden ones included. Texts in Windows-1252.
+struct Municipality {
+    std::string ineCode;
+    std::string name;
+    std::vector<std::string>
+        provinces; // two digits: its own first, then others that its postal codes begin with
+    std::vector<std::string> postalCodes; // ascending
+    bool hasOneCode = false;              // marked so, and indeed without a second one
+
+    [[nodiscard]] bool hasPostalCode(std::string_view postalCode) const;
+};
+
+/// A row of POSTAL. Texts in Windows-1252.
+struct StreetStretch {
+    dbase::RecordNumber record = 0;
+    std::string key; // CODIGO1
+    std::string type;
+    std::string name;
+    std::string postalCode;
+    std::string ineCode; // blank where nobody has filled it in
+    StretchRanges ranges;
+};
+
+/// Looks up with cursors of its own, so that nobody's place in the tables moves. Streets are found by
+/// province and name, whatever their capital mark: the key of streets holds no municipality, and outside
+/// capitals those of a whole province stand under one mark. Errors of all operations: dbase::Error.
+class AMBREL_EXPORT AddressDirectory {
+public:
+    /// Opens MUNICIPI and POSTAL of a database. A host that changes Config.EntidadesMenores creates another.
+    explicit AddressDirectory(const std::string& database = "DB");
+
+    /// The different municipalities with exactly this name in the rows that the configuration shows, in the
+    /// order of their codes. Minor entities, where they are shown, lead to the municipality that they belong
+    /// to.
+    [[nodiscard]] std::vector<Municipality> municipalitiesNamed(const std::string& name);
+    /// The municipality with an INE code; null when there is none.
+    [[nodiscard]] std::optional<Municipality> municipality(const std::string& ineCode);
+
+    /// A municipality's own stretches of the street with exactly this name, in the order of the table.
+    [[nodiscard]] std::vector<StreetStretch> stretches(const Municipality& municipality,
+                                                       const std::string& name);
+    /// The municipality's first street, by name, that begins with a text; of several rows the first one of
+    /// the type, else the first. Null when there is none.
+    [[nodiscard]] std::optional<StreetStretch>
+    streetBeginning(const Municipality& municipality, const std::string& text, const std::string& type);
+
+private:
+    /// Whether the current row of POSTAL is the municipality's.
+    [[nodiscard]] bool isOwn(const Municipality& municipality) const;
+    [[nodiscard]] StreetStretch currentStretch() const;
+    /// Visits the municipality's own rows from a name on, province by province, while the visitor wants more.
+    void visitOwn(const Municipality& municipality, const std::string& province, const std::string& from,
+                  const std::function<bool()>& wantsMore, const std::function<bool()>& visit);
+
+    dbase::Dataset shown_; // by name, as the configuration shows them
+    dbase::Field& shownName_ = shown_.bindCharacter("NOMBRE", 53);
+    dbase::Field& shownCode_ = shown_.bindCharacter("COD_INE", 5);
+
+    dbase::Dataset all_; // by INE code, minor entities included
+    dbase::Field& ineCode_ = all_.bindCharacter("COD_INE", 5);
+    dbase::Field& postalCode_ = all_.bindCharacter("CODPOSTAL", 5);
+    dbase::Field& onlyCode_ = all_.bindCharacter("UNICO", 1);
+    dbase::Field& name_ = all_.bindCharacter("NOMBRE", 53);
+    dbase::Field& province_ = all_.bindCharacter("COD_PROV", 2);
+    dbase::Field& isEntity_ = all_.bindLogical("ENT_MENOR");
+
+    dbase::Dataset streets_; // by province and name
+    dbase::Field& key_ = streets_.bindCharacter("CODIGO1", 8);
+    dbase::Field& streetProvince_ = streets_.bindCharacter("PROVINCIA", 2);
+    dbase::Field& type_ = streets_.bindCharacter("TIPO_VIA", 3);
+    dbase::Field& street_ = streets_.bindCharacter("VIA", 45);
+    dbase::Field& oddFirst_ = streets_.bindInteger("IMPAR_INI");
+    dbase::Field& oddLast_ = streets_.bindInteger("IMPAR_FIN");
+    dbase::Field& evenFirst_ = streets_.bindInteger("PAR_INI");
+    dbase::Field& evenLast_ = streets_.bindInteger("PAR_FIN");
+    dbase::Field& streetCode_ = streets_.bindCharacter("CODPOSTAL", 5);
+    dbase::Field* streetIneCode_ = nullptr; // null in a table of somebody else that lacks it
+};
+
+} // namespace ambrel

@@ -1,0 +1,79 @@
+// Reading house numbers.
+#include "address/HouseNumber.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "services/Rnumcad.h"
+
+namespace ambrel {
+namespace {
+
+constexpr std::size_t mostDigits = 4;
+constexpr char masculineOrdinal = '\xBA', feminineOrdinal = '\xAA', degree = '\xB0';
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isOrdinal(char c) { return c == masculineOrdinal || c == feminineOrdinal || c == degree; }
+bool isLetter(char c) {
+    return !isDigit(c) && !isOrdinal(c) && isAlphanumeric(static_cast<unsigned char>(c));
+}
+
+/// Capitals without blanks, full stops, slashes, hyphens and ordinals: "S/Nº" becomes "SN".
+std::string lettersOf(std::string_view text) {
+    std::string letters;
+    std::ranges::copy_if(text, std::back_inserter(letters), [](char c) { return isLetter(c) || isDigit(c); });
+    return letters;
+}
+
+bool saysThatThereIsNone(std::string_view text) {
+    static constexpr std::array<std::string_view, 6> words{"",        "SN",        "SNUM",
+                                                           "SN\xDAM", "SINNUMERO", "SINN\xDAMERO"};
+    const std::string letters = lettersOf(text);
+    return std::ranges::find(words, letters) != words.end() && std::ranges::none_of(text, isDigit);
+}
+
+/// Cuts "N", "Nº", "NUM.", "NÚMERO" and the like off the front.
+std::string_view withoutAbbreviation(std::string_view text) {
+    for (const std::string_view word : {"N\xDAMERO", "NUMERO", "N\xDAM", "NUM", "NRO", "NO", "N", "#"}) {
+        if (!text.starts_with(word))
+            continue;
+        std::string_view rest = text.substr(word.size());
+        while (!rest.empty() &&
+               (rest.front() == '.' || rest.front() == ':' || rest.front() == ' ' || isOrdinal(rest.front())))
+            rest.remove_prefix(1);
+        return !rest.empty() && isDigit(rest.front()) ? rest : text;
+    }
+    return text;
+}
+
+/// Whether what follows the digits leaves them a house number.
+bool mayFollow(std::string_view rest) {
+    if (rest.empty())
+        return true;
+    if (rest.front() == '.' && rest.size() > 1 && isDigit(rest[1]))
+        return false; // a fraction, or thousands
+    static constexpr std::string_view separators = " ,;.-/()";
+    if (separators.find(rest.front()) == std::string_view::npos && !isLetter(rest.front()))
+        return false;
+    return !lettersOf(rest).starts_with("KM");
+}
+
+} // namespace
+
+HouseNumber readHouseNumber(std::string_view written) {
+    const std::string capitals = UpperCase(std::string(withoutBlanks(written)));
+    const std::string_view text = capitals;
+    if (text.empty() || saysThatThereIsNone(text))
+        return {};
+    const std::string_view number = withoutAbbreviation(text);
+    const auto digits = static_cast<std::size_t>(std::ranges::find_if_not(number, isDigit) - number.begin());
+    if (digits == 0 || digits > mostDigits || !mayFollow(number.substr(digits)))
+        return {.kind = HouseNumber::Kind::Unclear};
+    const int value = Cad_Int(std::string(number.substr(0, digits)));
+    if (value == 0)
+        return {.kind = HouseNumber::Kind::Unclear};
+    return {.kind = HouseNumber::Kind::Known, .value = value};
+}
+
+} // namespace ambrel
