@@ -8,7 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "AmbrelExport.h"
 #include "controller/NumberRange.h"
 #include "dbase/dataset.h"
 
@@ -40,7 +39,7 @@ struct StreetStretch {
 /// Looks up with cursors of its own, so that nobody's place in the tables moves. Streets are found by
 /// province and name, whatever their capital mark: the key of streets holds no municipality, and outside
 /// capitals those of a whole province stand under one mark. Errors of all operations: dbase::Error.
-class AMBREL_EXPORT AddressDirectory {
+class AddressDirectory {
 public:
     /// Opens MUNICIPI and POSTAL of a database. A host that changes Config.EntidadesMenores creates another.
     explicit AddressDirectory(const std::string& database = "DB");

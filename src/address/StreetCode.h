@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "AmbrelExport.h"
 #include "address/AddressDirectory.h"
 #include "address/HouseNumber.h"
 
@@ -12,8 +11,8 @@ namespace ambrel {
 
 /// The stretches that an address with a type can mean: those of that type; where there are none, those
 /// without type; else, and for a blank type, all.
-[[nodiscard]] AMBREL_EXPORT std::vector<StreetStretch> stretchesOfType(std::vector<StreetStretch> stretches,
-                                                                       const std::string& type);
+[[nodiscard]] std::vector<StreetStretch> stretchesOfType(std::vector<StreetStretch> stretches,
+                                                         const std::string& type);
 
 /// The stretch that an address lies in, and how far that is sure.
 struct StreetCode {
@@ -34,7 +33,7 @@ struct StreetCode {
 /// `stretches`: at least one, all of one street of the municipality. Where the postal codes of two
 /// municipalities overlap, the INE code chooses: stretches that are said to be another's count only while
 /// none is said to be this one's.
-[[nodiscard]] AMBREL_EXPORT StreetCode streetCode(const std::vector<StreetStretch>& stretches,
-                                                  const std::string& ineCode, const HouseNumber& number);
+[[nodiscard]] StreetCode streetCode(const std::vector<StreetStretch>& stretches, const std::string& ineCode,
+                                    const HouseNumber& number);
 
 } // namespace ambrel
