@@ -2,6 +2,7 @@
 
 #include "services/FocusEvents.h"
 #include "services/KeyUpEvents.h"
+#include "support/ShownWindow.h"
 
 namespace postal_tests {
 
@@ -15,6 +16,8 @@ void AddressForm::openForm() {
     host.open();
     host.edit();
     controller = std::make_unique<TClassCodPostales>(&form);
+    form.setFocus(); // no box has the focus yet
+    ambrel::test::showActive(form);
 
     using ambrel::FocusEvents;
     using ambrel::KeyUpEvents;

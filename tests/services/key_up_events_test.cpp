@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QComboBox>
+#include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -80,6 +82,7 @@ TEST_F(KeyUps, OfAutoRepeatAreNotTold) {
 
 TEST_F(KeyUps, ThatAHandlerUsedAreSwallowed) {
     auto* const button = new QPushButton(&window); // passes what it does not know to its parent
+    button->show();
     KeyUpEvents::watch(&window, record());
     KeyUpEvents::watch(button, [](std::uint16_t& key, Qt::KeyboardModifiers) {
         if (key == 27)
@@ -100,9 +103,134 @@ TEST_F(KeyUps, AreToldNoMoreWhenTheWatchIsDeleted) {
 TEST_F(KeyUps, AHandlerMayDeleteItsBox) {
     auto* const watch =
         KeyUpEvents::watch(box, [this](std::uint16_t&, Qt::KeyboardModifiers) { delete box; });
+    QTest::keyPress(box, Qt::Key_A);
     QKeyEvent release(QEvent::KeyRelease, Qt::Key_A, Qt::NoModifier);
     const QPointer<QLineEdit> alive = box;
     EXPECT_FALSE(watch->eventFilter(box, &release));
+    EXPECT_FALSE(alive);
+}
+
+TEST_F(KeyUps, OfAKeyThatWasPressedElsewhereAreNotTold) {
+    KeyUpEvents::watch(box, record());
+    QTest::keyRelease(box, Qt::Key_Return);
+    EXPECT_TRUE(keys.empty());
+}
+
+TEST_F(KeyUps, OfAKeyThatWasHeldWhenTheFocusCameAreNotTold) {
+    KeyUpEvents::watch(box, record());
+    QTest::keyPress(box, Qt::Key_A);
+    combo->setFocus();
+    box->setFocus();
+    QTest::keyRelease(box, Qt::Key_A);
+    EXPECT_TRUE(keys.empty());
+}
+
+TEST_F(KeyUps, OfAKeyWhoseRepetitionOnlyCameHereAreNotTold) {
+    KeyUpEvents::watch(box, record());
+    constexpr bool isRepeat = true;
+    QTest::simulateEvent(box, true, Qt::Key_Return, Qt::NoModifier, "\r", isRepeat);
+    QTest::keyRelease(box, Qt::Key_Return);
+    EXPECT_TRUE(keys.empty());
+}
+
+TEST_F(KeyUps, OfAHiddenControlAreNotTold) {
+    KeyUpEvents::watch(box, record());
+    QTest::keyPress(box, Qt::Key_A);
+    box->hide();
+    QKeyEvent release(QEvent::KeyRelease, Qt::Key_A, Qt::NoModifier);
+    QApplication::sendEvent(box, &release);
+    EXPECT_TRUE(keys.empty());
+}
+
+TEST_F(KeyUps, AreNotToldInAWindowThatIsNotActive) {
+    KeyUpEvents::watch(box, record());
+    QTest::keyPress(box, Qt::Key_A);
+    QWidget other;
+    ambrel::test::showActive(other);
+    QKeyEvent release(QEvent::KeyRelease, Qt::Key_A, Qt::NoModifier);
+    QApplication::sendEvent(box, &release);
+    EXPECT_TRUE(keys.empty());
+}
+
+TEST_F(KeyUps, TellTheModifiersOfThePressWhicheverKeyGoesUpFirst) {
+    KeyUpEvents::watch(box, record());
+    QTest::keyPress(box, Qt::Key_C, Qt::ControlModifier);
+    QTest::keyRelease(box, Qt::Key_C, Qt::NoModifier);
+    EXPECT_EQ(keys, std::vector<std::uint16_t>{'C'});
+    EXPECT_EQ(lastModifiers, Qt::ControlModifier);
+    QTest::keyPress(box, Qt::Key_M, Qt::NoModifier);
+    QTest::keyRelease(box, Qt::Key_M, Qt::AltModifier);
+    EXPECT_EQ(lastModifiers, Qt::NoModifier);
+}
+
+TEST_F(KeyUps, KnowAKeyThatChangesItsNameWhenShiftGoesUpFirst) {
+    KeyUpEvents::watch(box, record());
+    constexpr quint32 scanCode = 11;
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_QuoteDbl, Qt::ShiftModifier, scanCode, 0, 0, "\"");
+    QKeyEvent release(QEvent::KeyRelease, Qt::Key_2, Qt::NoModifier, scanCode, 0, 0, "2");
+    QApplication::sendEvent(box, &press);
+    QApplication::sendEvent(box, &release);
+    EXPECT_EQ(keys, std::vector<std::uint16_t>{0}); // what was typed has no code
+}
+
+TEST_F(KeyUps, OfAShortcutsLetterAreNotTold) {
+    auto* const button = new QPushButton("&Modificar", &window);
+    button->show();
+    bool isClicked = false;
+    QObject::connect(button, &QPushButton::clicked, [&] { isClicked = true; });
+    KeyUpEvents::watch(box, record());
+    QTest::keyPress(box, Qt::Key_M, Qt::AltModifier);
+    QTest::keyRelease(box, Qt::Key_M, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isClicked; }));
+    EXPECT_EQ(keys, std::vector<std::uint16_t>{0}); // of Alt alone
+}
+
+TEST_F(KeyUps, OfALetterThatAnInputMethodComposedIsTold) {
+    KeyUpEvents::watch(box, record());
+    // A dead key's press stays with the input method.
+    QKeyEvent deadKey(QEvent::KeyRelease, Qt::Key_Dead_Acute, Qt::NoModifier);
+    QApplication::sendEvent(box, &deadKey);
+    QInputMethodEvent composed;
+    composed.setCommitString("á");
+    QApplication::sendEvent(box, &composed);
+    QTest::keyRelease(box, Qt::Key_A);
+    QTest::keyRelease(box, Qt::Key_Return);
+    EXPECT_EQ(keys, std::vector<std::uint16_t>{193});
+    EXPECT_EQ(texts, std::vector<QString>{"á"});
+}
+
+TEST_F(KeyUps, PendingLettersAreToldAtOnceAndNotOnceMore) {
+    KeyUpEvents* const watch = KeyUpEvents::watch(box, record());
+    QTest::keyPress(box, Qt::Key_Shift);
+    QTest::keyPress(box, Qt::Key_D);
+    QTest::keyPress(box, Qt::Key_R, Qt::ControlModifier);
+    QTest::keyPress(box, Qt::Key_Down);
+    combo->setFocus();
+    watch->releasePending();
+    EXPECT_EQ(keys, (std::vector<std::uint16_t>{'D', 'R'}));
+    EXPECT_EQ(lastModifiers, Qt::ControlModifier);
+    watch->releasePending();
+    box->setFocus();
+    QTest::keyRelease(box, Qt::Key_D);
+    EXPECT_EQ(keys.size(), 2U);
+}
+
+TEST_F(KeyUps, AComposedLetterPends) {
+    KeyUpEvents* const watch = KeyUpEvents::watch(box, record());
+    QInputMethodEvent composed;
+    composed.setCommitString("Ñ");
+    QApplication::sendEvent(box, &composed);
+    watch->releasePending();
+    EXPECT_EQ(keys, std::vector<std::uint16_t>{209});
+}
+
+TEST_F(KeyUps, AHandlerOfPendingLettersMayDeleteItsBox) {
+    auto* const watch =
+        KeyUpEvents::watch(box, [this](std::uint16_t&, Qt::KeyboardModifiers) { delete box; });
+    const QPointer<QLineEdit> alive = box;
+    QTest::keyPress(box, Qt::Key_A);
+    QTest::keyPress(box, Qt::Key_B);
+    watch->releasePending();
     EXPECT_FALSE(alive);
 }
 

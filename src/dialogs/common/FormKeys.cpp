@@ -25,28 +25,6 @@ void click(QPushButton& button) {
         emit button.clicked();
 }
 
-/// A key that pressed a button by its letter is released where it was not pressed: in a box of the window
-/// behind, which would take it for one that was typed there. That release is seen by nobody.
-class LostRelease : public QObject {
-public:
-    explicit LostRelease(Qt::Key key) : QObject(qApp), key_(key) { qApp->installEventFilter(this); }
-
-    bool eventFilter(QObject*, QEvent* event) override {
-        const QEvent::Type type = event->type();
-        if (type != QEvent::KeyRelease && type != QEvent::KeyPress)
-            return false;
-        const auto& key = static_cast<const QKeyEvent&>(*event);
-        if (key.isAutoRepeat() || (type == QEvent::KeyRelease && key.key() != key_))
-            return false;
-        qApp->removeEventFilter(this);
-        deleteLater();
-        return type == QEvent::KeyRelease; // a press means that the release went elsewhere
-    }
-
-private:
-    const Qt::Key key_;
-};
-
 } // namespace
 
 FormKeys::FormKeys(QDialog& dialog, QPushButton& cancel, Handler handler)
@@ -80,13 +58,12 @@ bool FormKeys::eventFilter(QObject* watched, QEvent* event) {
     return press(control, static_cast<const QKeyEvent&>(*event));
 }
 
-/// A button shows itself pressed for a moment before its letter acts. Meanwhile the release of that letter in
-/// a search box would search anew, and the button accept another row than the one that was chosen.
+/// A button shows itself pressed for a moment before its letter acts. Meanwhile the release of Alt in a
+/// search box would search anew, and the button accept another row than the one that was chosen.
 bool FormKeys::pressByLetter(QWidget& control, const QShortcutEvent& event) {
     const QPointer<QPushButton> button = qobject_cast<QPushButton*>(&control);
     if (!button || event.isAmbiguous())
         return false;
-    new LostRelease(event.key()[0].key());
     button->click();
     return true;
 }

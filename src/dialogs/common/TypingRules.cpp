@@ -75,7 +75,8 @@ bool TypingRules::filterKey(const QKeyEvent& event) {
     const QString text = withCapitals(event.text());
     if (text == event.text())
         return false;
-    QKeyEvent capital(event.type(), event.key(), event.modifiers(), text, event.isAutoRepeat(),
+    QKeyEvent capital(event.type(), event.key(), event.modifiers(), event.nativeScanCode(),
+                      event.nativeVirtualKey(), event.nativeModifiers(), text, event.isAutoRepeat(),
                       static_cast<quint16>(event.count()));
     const QScopedValueRollback passing(passing_, true);
     QCoreApplication::sendEvent(typedInto_, &capital);
