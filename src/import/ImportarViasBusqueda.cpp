@@ -1,6 +1,7 @@
 // The import dialog: finding streets, in a municipality's file and on the web.
 #include <QComboBox>
 #include <QDir>
+#include <QFileInfo>
 #include <QScopeGuard>
 #include <optional>
 
@@ -32,6 +33,18 @@ void tellMissingMunicipality(QWidget* owner) {
                   QStringLiteral("Para importar vías de un municipio es necesario indicar la provincia y el "
                                  "nombre del municipio"),
                   missingTitle());
+}
+
+/// None of them is read: which one is right only the user knows.
+void tellSeveralFiles(QWidget* owner, const std::vector<std::string>& files) {
+    QStringList names;
+    for (const std::string& file : files)
+        names << QFileInfo(QString::fromStdString(file)).fileName();
+    Mensaje_Info(owner,
+                 QStringLiteral("Hay más de un fichero de ese municipio: %1. Deje sólo el bueno en la "
+                                "carpeta POSTALES")
+                     .arg(names.join(QStringLiteral(", "))),
+                 refusedTitle());
 }
 
 /// Types are looked up in the database; a text that names none asks for no table.
@@ -100,10 +113,14 @@ bool TFImportarVias::ImportarViasMasUnCodigo() {
                      refusedTitle());
         return true;
     }
-    // A backslash may be part of a name here; it must not lead to another folder.
-    const QString file =
-        folder + QLatin1Char('/') + ui_->CBProvincias->currentText() + QStringLiteral(".dat");
-    const auto text = ambrel::fileStart(file.toStdString(), ambrel::largestMunicipalityFile + 1);
+    const auto files =
+        ambrel::municipalityFiles(databaseName(), ui_->CBProvincias->currentText().toStdString());
+    if (files.size() > 1) {
+        tellSeveralFiles(this, files);
+        return true;
+    }
+    const auto text =
+        files.empty() ? std::nullopt : ambrel::fileStart(files.front(), ambrel::largestMunicipalityFile + 1);
     if (!text) {
         Mensaje_Info(this,
                      QStringLiteral("Se ha producido un error al leer el fichero de códigos postales del "

@@ -1,6 +1,5 @@
 // The import dialog: saving the streets of one municipality.
 #include <QComboBox>
-#include <QElapsedTimer>
 
 #include "controller/ClasCodPostales.h"
 #include "data/Province.h"
@@ -12,9 +11,6 @@
 #include "ui_ImportarVias.h"
 
 namespace {
-
-/// Between two texts of the progress window, in milliseconds: nobody reads faster, and each is drawn.
-constexpr int progressPause = 40;
 
 /// The chosen item's number as a code; empty when none is chosen.
 std::string chosenCode(const QComboBox& combo, int digits) {
@@ -81,12 +77,8 @@ ambrel::StreetSaving::Outcome TFImportarVias::saveStreets(const std::vector<std:
     const std::vector<ambrel::ImportedStreet>& streets = ui_->SGVias->streets();
     openProgress(QStringLiteral("Importando las calles de ") + municipality);
     const QString text = QStringLiteral("Importando las calles... %1 de %2 de ");
-    QElapsedTimer sinceShown;
     const auto showRow = [&](std::size_t row) {
-        if (sinceShown.isValid() && sinceShown.elapsed() < progressPause && row < streets.size())
-            return;
         CambiaMensaje(text.arg(row).arg(streets.size()) + municipality, Progreso);
-        sinceShown.start();
     };
     const ambrel::InputPause pause;
     ambrel::StreetSaving saving{.controller = Controlador,

@@ -43,6 +43,13 @@ std::string postalesFolder(const std::string& database) {
     return nativePath(SlashSep(Config.DatabasePath(database), "POSTALES", separator));
 }
 
+std::vector<std::string> municipalityFiles(const std::string& database, const std::string& key) {
+    std::vector<std::string> files;
+    FindFileNoRecursivo(SlashSep(postalesFolder(database), "*.dat", separator), file_attribute::any, files);
+    std::erase_if(files, [&key](const std::string& path) { return fs::path(path).stem().string() != key; });
+    return files;
+}
+
 std::string filedName(const std::string& municipality) {
     std::string name = municipality;
     replaceAll(name, "/", "()");

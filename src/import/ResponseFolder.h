@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace ambrel {
 
@@ -11,6 +12,10 @@ class DirectoryDocument;
 
 /// UTF-8 paths and names. The folder need not exist.
 [[nodiscard]] std::string postalesFolder(const std::string& database);
+
+/// The files of a municipality with several postal codes, by their names up to ".dat", whose letter case
+/// counts for nothing: more than one only on a disk where that tells names apart. Full paths, in UTF-8.
+[[nodiscard]] std::vector<std::string> municipalityFiles(const std::string& database, const std::string& key);
 
 /// "X/Y" is filed as "X()Y", "X\Y" as "X)(Y"; without extension.
 [[nodiscard]] std::string filedName(const std::string& municipality);

@@ -2,6 +2,7 @@
 #include "services/Pantalla.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QLabel>
 #include <QVBoxLayout>
@@ -13,6 +14,29 @@ namespace {
 constexpr int minimumWidth = 312; // of the text
 constexpr int margin = 24;
 constexpr const char* labelName = "LMensaje";
+constexpr int readingPause = 40; // milliseconds; nobody reads faster
+constexpr int mostQuickTexts = 4;
+
+/// The window. It is drawn with each of a few texts; of thousands that come faster than anybody reads only
+/// with some, or drawing would take longer than the work that they tell of.
+class ProgressBox : public QWidget {
+public:
+    using QWidget::QWidget;
+
+    /// Whether the next text is drawn at once. Otherwise it is seen with the next drawing.
+    [[nodiscard]] bool drawsNext() {
+        const bool isQuick = sinceDrawn_.isValid() && sinceDrawn_.elapsed() < readingPause;
+        if (isQuick && quickTexts_ >= mostQuickTexts)
+            return false;
+        quickTexts_ = isQuick ? quickTexts_ + 1 : 0;
+        sinceDrawn_.start();
+        return true;
+    }
+
+private:
+    QElapsedTimer sinceDrawn_;
+    int quickTexts_ = 0;
+};
 
 /// Lets the window appear and be drawn, and nothing else happen: no keys, no mouse, no timers, no network.
 void drawNow(QWidget& window) {
@@ -34,7 +58,7 @@ void setText(QWidget& window, const QString& text) {
 ProgressWindow showWindow(const QString& text, QWidget* owner) {
     const QPointer<QWidget> active = QApplication::activeWindow();
     QWidget* const parent = owner ? owner->window() : active.data();
-    auto* const window = new QWidget(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+    auto* const window = new ProgressBox(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     window->setObjectName(QStringLiteral("Progreso"));
     window->setWindowTitle(QStringLiteral("Un momento, por favor"));
     window->setAccessibleName(window->windowTitle());
@@ -59,7 +83,9 @@ ProgressWindow showWindow(const QString& text, QWidget* owner) {
 
 void changeText(const QString& text, QWidget& window) {
     setText(window, text);
-    drawNow(window);
+    auto* const box = dynamic_cast<ProgressBox*>(&window);
+    if (!box || box->drawsNext())
+        drawNow(window);
 }
 
 void closeWindow(QWidget& window) {

@@ -33,7 +33,8 @@ AMBREL_EXPORT ProgressDisplay setProgressDisplay(ProgressDisplay display);
 [[nodiscard]] AMBREL_EXPORT ambrel::ProgressWindow MuestraMensaje(const QString& text,
                                                                   QWidget* owner = nullptr);
 
-/// Replaces the text and repaints at once. Nothing for a window that is gone.
+/// Replaces the text and repaints at once; where texts follow each other faster than they can be read, only
+/// some of them. Nothing for a window that is gone.
 AMBREL_EXPORT void CambiaMensaje(const QString& text, const ambrel::ProgressWindow& window);
 
 /// Closes and frees the window. Nothing for one that is gone.

@@ -120,6 +120,40 @@ TEST_F(ImportFromFiles, FileThatCannotBeOpenedIsToldAndTheHostsPlacesAreChosenAl
     EXPECT_EQ(chosen("CBMunicipiosAmbrel"), "ALPEDRETE"); // the reading answers true in every case
 }
 
+TEST_F(ImportFromFiles, ExtensionInCapitalsIsReadAlike) {
+    file("28-MADRID.DAT", "28001:Pe\xF1"
+                          "a, calle\n");
+    file("28-ALPEDRETE.Dat", "28430:Sol\n");
+    show();
+    search("28-MADRID");
+    EXPECT_EQ(rows(), (Texts{"CL|Peña|28001||||"}));
+    EXPECT_EQ(message(), "Se han encontrado 1 vías");
+    search("28-ALPEDRETE");
+    EXPECT_EQ(rows(), (Texts{"|Sol|28430||||"}));
+}
+
+TEST_F(ImportFromFiles, OfFilesThatDifferInTheirExtensionOnlyNoneIsReadSilently) {
+    file("28-MADRID.DAT", "28001:Sol\n");
+    file("28-MADRID.dat", "28001:Luna\n");
+    show();
+    expectBox("Hay más de un fichero de ese municipio: 28-MADRID.DAT, 28-MADRID.dat. Deje sólo el bueno en "
+              "la carpeta POSTALES",
+              "No se puede realizar la importación", true);
+    search("28-MADRID");
+    EXPECT_EQ(rows(), (Texts{"||||||"}));
+    EXPECT_EQ(message(), "");
+}
+
+TEST_F(ImportFromFiles, NameOfTheFileIsTakenToTheLetter) {
+    file("28-madrid.dat", "28001:Otra\n");
+    file("28-MADRID.2.dat", "28001:Otra\n");
+    file("28-M.*D?D.dat", "28001:Otra\n");
+    file("28-MADRID.DAT", "28001:Sol\n");
+    show();
+    search("28-MADRID");
+    EXPECT_EQ(rows(), (Texts{"|Sol|28001||||"}));
+}
+
 TEST_F(ImportFromFiles, FolderCalledLikeAFileCannotBeOpened) {
     std::filesystem::create_directories(postales("28-ALPEDRETE.dat"));
     show();

@@ -40,6 +40,24 @@ TEST_F(ImportSaving, WritesTheStreetsAndTellsHowMany) {
     EXPECT_EQ(progress.back(), "Importando las calles... 3 de 3 de ALPEDRETE");
 }
 
+TEST_F(ImportSaving, TellsTheProgressDisplayOfEveryRow) {
+    constexpr int streets = 120;
+    std::string lines;
+    for (int i = 1; i <= streets; ++i)
+        lines += "28430:Calle " + std::to_string(i) + "\n";
+    file("28-ALPEDRETE.dat", lines);
+    show();
+    choose("CBProvincias", "28-ALPEDRETE");
+    click("BBBuscarViasPorMunicipio");
+    progress.clear();
+    expectDone(streets);
+    click("BBGuardarPorMunicipio");
+    Texts expected{"Importando las calles de ALPEDRETE"};
+    for (int i = 1; i <= streets; ++i)
+        expected.push_back("Importando las calles... " + std::to_string(i) + " de 120 de ALPEDRETE");
+    EXPECT_EQ(progress, expected);
+}
+
 TEST_F(ImportSaving, SavingTwiceAddsNothingTheSecondTime) {
     find("ALPEDRETE");
     expectDone(3);

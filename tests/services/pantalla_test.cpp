@@ -54,6 +54,32 @@ TEST(Pantalla, CambiaMensajeRepaintsAtOnce) {
     CierraMensaje(window);
 }
 
+TEST(Pantalla, AFewTextsInQuickSuccessionAreAllPainted) {
+    const ProgressWindow window = MuestraMensaje("uno");
+    const PaintCounter paints(window->findChild<QLabel*>("LMensaje"));
+    for (const char* const text : {"dos", "tres", "cuatro"}) {
+        const int before = paints.count;
+        CambiaMensaje(text, window);
+        EXPECT_GT(paints.count, before) << text;
+    }
+    CierraMensaje(window);
+}
+
+TEST(Pantalla, OfVeryManyTextsEachIsSetAndOnlySomeArePainted) {
+    constexpr int texts = 2000;
+    const ProgressWindow window = MuestraMensaje("0");
+    const PaintCounter paints(window->findChild<QLabel*>("LMensaje"));
+    for (int i = 1; i <= texts; ++i) {
+        CambiaMensaje(QString::number(i), window);
+        ASSERT_EQ(textOf(window), QString::number(i));
+    }
+    EXPECT_LT(paints.count, texts / 2);
+    const int painted = paints.count;
+    QCoreApplication::processEvents();
+    EXPECT_GT(paints.count, painted) << "the last one is seen by then";
+    CierraMensaje(window);
+}
+
 TEST(Pantalla, GrowsWithItsText) {
     const ProgressWindow window = MuestraMensaje("uno");
     const int width = window->width();
