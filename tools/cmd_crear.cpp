@@ -10,10 +10,15 @@ namespace ambcp {
 
 ExitCode crear(const CreateOptions& options) {
     const auto ifExists = options.replaces ? dbase::IfExists::Replace : dbase::IfExists::Refuse;
-    if (options.withSample) {
-        ambrel::createSample(options.folder, ifExists);
-    } else {
-        createPostalTables(options.folder, ifExists);
+    try {
+        if (options.withSample) {
+            ambrel::createSample(options.folder, ifExists);
+        } else {
+            createPostalTables(options.folder, ifExists);
+        }
+    } catch (const TablesExist& error) {
+        throw Failure(error.what() +
+                      std::string(" «--forzar» sustituye las tablas que haya, y con ellas sus datos."));
     }
     std::printf("Tablas creadas en «%s».\n", options.folder.c_str());
     return ExitCode::done;

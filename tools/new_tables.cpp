@@ -9,7 +9,6 @@
 #include "dbase/databases.h"
 #include "dbase/system_reason.h"
 #include "dbase/table_replacement.h"
-#include "tools/failure.h"
 
 namespace fs = std::filesystem;
 
@@ -54,7 +53,7 @@ void refuseExisting(const std::string& folder, const std::vector<dbase::TableDef
         }
     }
     if (!existing.empty()) {
-        throw Failure("en la carpeta «" + folder + "» ya hay " + existing + ". No se ha creado nada.");
+        throw TablesExist("en la carpeta «" + folder + "» ya hay " + existing + ". No se ha creado nada.");
     }
 }
 

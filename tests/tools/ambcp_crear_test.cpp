@@ -70,7 +70,8 @@ TEST_F(AmbcpCrear, NeverOverwritesATable) {
     folder.write("postal.dbf", "mine");
     leaveUnchecked();
     EXPECT_EQ(refused({"crear", ".", "--muestra"}),
-              "ambcp: en la carpeta «.» ya hay postal.dbf. No se ha creado nada.\n");
+              "ambcp: en la carpeta «.» ya hay postal.dbf. No se ha creado nada. «--forzar» sustituye las "
+              "tablas que haya, y con ellas sus datos.\n");
     EXPECT_EQ(content("postal.dbf"), "mine");
     EXPECT_FALSE(fs::exists(folder / "MUNICIPI.DBF"));
 }
