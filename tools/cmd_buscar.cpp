@@ -25,6 +25,32 @@ SearchKey parsePairs(dbase::Dataset& table, const std::vector<std::string>& pair
     return key;
 }
 
+std::string joined(const std::vector<std::string>& words, const char* between, const char* beforeLast) {
+    std::string text;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        text += (i == 0 ? "" : i + 1 == words.size() ? beforeLast : between) + words[i];
+    }
+    return text;
+}
+
+/// What is left out in front would be looked for blank, which finds nothing or something else. Who means
+/// blanks can say so.
+void requireLeadingFields(dbase::Dataset& table, const SearchKey& key) {
+    const std::vector<std::string> missing = missingBeforeLast(table, key);
+    if (missing.empty()) {
+        return;
+    }
+    const bool isOne = missing.size() == 1;
+    std::string text = (isOne ? "falta " : "faltan ") + joined(missing, ", ", " y ") +
+                       ", que en la clave del tag " + table.tag() + (isOne ? " va" : " van") +
+                       " delante de lo que se busca; si " + (isOne ? "está" : "están") +
+                       " en blanco, escriba";
+    for (const std::string& field : missing) {
+        text += ' ' + field + '=';
+    }
+    throw Failure(text);
+}
+
 /// A field that the tag does not hold changes nothing in the key. One beside others is worth a word; a key
 /// without any other would look for blanks.
 void tellUselessFields(dbase::Dataset& table, const SearchKey& key, std::size_t given) {
@@ -50,6 +76,7 @@ ExitCode buscar(const FindOptions& options) {
     useTag(table, options.tag);
     const SearchKey key = parsePairs(table, options.pairs);
     tellUselessFields(table, key, options.pairs.size());
+    requireLeadingFields(table, key);
     const auto mode = options.takesNearest ? dbase::SeekMode::Nearest : dbase::SeekMode::Exact;
     if (!table.seek(key.key(), mode)) {
         std::fputs(options.takesNearest ? "ambcp: no hay ningún registro con esa clave ni detrás de ella.\n"

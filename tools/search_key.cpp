@@ -95,6 +95,20 @@ SearchKey keyFromText(dbase::Dataset& table, const std::string& text) {
     return key;
 }
 
+std::vector<std::string> missingBeforeLast(dbase::Dataset& table, const SearchKey& key) {
+    std::vector<std::string> missing, pending;
+    for (const dbase::KeySegment& segment : activeTag(table).key->segments()) {
+        const std::string& name = table.schema().columns[segment.column].name;
+        if (!key.has(name)) {
+            pending.push_back(name);
+            continue;
+        }
+        missing.insert(missing.end(), pending.begin(), pending.end());
+        pending.clear();
+    }
+    return missing;
+}
+
 std::vector<std::string> fieldsOutsideTag(dbase::Dataset& table, const SearchKey& key) {
     const dbase::Schema& schema = table.schema();
     const std::vector<dbase::KeySegment>& segments = activeTag(table).key->segments();

@@ -31,6 +31,10 @@ private:
 /// not begin with a column.
 [[nodiscard]] SearchKey keyFromText(dbase::Dataset& table, const std::string& text);
 
+/// Fields that stand in the active tag before the last one of the key and that the key lacks: it would look
+/// for them blank. Empty when the tag's expression does not tell.
+[[nodiscard]] std::vector<std::string> missingBeforeLast(dbase::Dataset& table, const SearchKey& key);
+
 /// Fields of the key that have no part in the active tag; empty when its expression does not tell.
 [[nodiscard]] std::vector<std::string> fieldsOutsideTag(dbase::Dataset& table, const SearchKey& key);
 

@@ -84,6 +84,20 @@ TEST_F(AmbcpBuscar, ColumnsOutsideTheTagAloneAreRefused) {
     expectRefusal({"NUM", "VIA=Sol"}, "la columna VIA no forma parte del tag NUM");
 }
 
+TEST_F(AmbcpBuscar, AKeyThatLacksLeadingColumnsSaysWhich) {
+    expectRefusal({"VIA", "VIA=Sol"}, "falta PROV, que en la clave del tag VIA va delante de lo que se "
+                                      "busca; si está en blanco, escriba PROV=");
+    createTable(ambrel::test::defineTable("TRES", {"A C1", "B C1", "C C1"}, {"T=A+B+C"}), {{"a", "", "c"}});
+    EXPECT_EQ(refused({"buscar", ".", "TRES", "T", "C=c", "--cercana"}),
+              "ambcp: faltan A y B, que en la clave del tag T van delante de lo que se busca; si están en "
+              "blanco, escriba A= "
+              "B=\n");
+    EXPECT_EQ(refused({"buscar", ".", "TRES", "T", "A=a", "C=c"}),
+              "ambcp: falta B, que en la clave del tag T va delante de lo que se busca; si está en blanco, "
+              "escriba B=\n");
+    EXPECT_EQ(done({"buscar", ".", "TRES", "T", "A=a", "B=", "C=c"}), "A,B,C\na,,c\n");
+}
+
 TEST_F(AmbcpBuscar, ValueThatItsColumnCannotHoldIsRefused) {
     expectRefusal({"NUM", "NUM=diez"}, "columna NUM: «diez» no es un número");
     expectRefusal({"VIA", "VIA=Ł"}, "columna VIA: el carácter «Ł» no existe en Windows-1252");
