@@ -1,15 +1,19 @@
 #include "tools/command_line.h"
 
+#include <cstdio>
 #include <memory>
 
 #include <CLI/CLI.hpp>
 
+#include "tools/failure.h"
 #include "tools/spanish_help.h"
+#include "tools/usage_errors.h"
 
 namespace ambcp {
 
 namespace {
 
+constexpr const char* orderGroup = "Órdenes";
 constexpr const char* folderHelp = "Carpeta de las tablas";
 constexpr const char* tableHelp = "Tabla, con o sin .DBF";
 
@@ -24,7 +28,7 @@ template<typename Options>
 CLI::App& addCommand(CLI::App& app, Command& chosen, const char* name, const char* description,
                      const std::shared_ptr<Options>& options, ExitCode (*run)(const Options&)) {
     CLI::App* command = app.add_subcommand(name, description);
-    command->group("Órdenes");
+    command->group(orderGroup);
     addHelpOption(*command);
     command->callback([&chosen, options, run] { chosen = [options, run] { return run(*options); }; });
     return *command;
@@ -123,6 +127,32 @@ void defineLocks(CLI::App& app, Command& chosen) {
         "Lo prueba entre dos procesos de este puesto; en una unidad de red, ejecútelo en cada uno.");
 }
 
+/// Shows what «--help» behind an order shows, or without order the program's own help.
+ExitCode showHelp(const CLI::App& app, const std::string& order) {
+    // help() of the application would be that of the order which was given: this one.
+    std::string text = app.get_formatter()->make_help(&app, app.get_name(), CLI::AppFormatMode::Normal);
+    if (!order.empty()) {
+        const std::vector<const CLI::App*> found =
+            app.get_subcommands([&](const CLI::App* command) { return command->check_name(order); });
+        if (found.empty()) {
+            throw Failure(describeUnknownCommand(order, app) + ". Vea «ambcp --help».");
+        }
+        text = found.front()->help(app.get_name());
+    }
+    std::fputs(text.c_str(), stdout);
+    return ExitCode::done;
+}
+
+/// `group`: heading under which the help shows it; none hides it.
+void defineHelp(CLI::App& app, Command& chosen, const char* name, const char* group) {
+    const auto order = std::make_shared<std::string>();
+    CLI::App* command = app.add_subcommand(name, "Explica una orden");
+    command->group(group);
+    addHelpOption(*command);
+    command->add_option("ORDEN", *order, "La orden; sin ella, el programa")->type_name("");
+    command->callback([&app, &chosen, order] { chosen = [&app, order] { return showHelp(app, *order); }; });
+}
+
 } // namespace
 
 void defineCommands(CLI::App& app, Command& chosen) {
@@ -138,8 +168,10 @@ void defineCommands(CLI::App& app, Command& chosen) {
     defineForTables(app, chosen, "comprobar", "Comprueba tablas e índices sin cambiar nada", comprobar);
     defineForTables(app, chosen, "reindexar", "Rehace los índices a partir de los registros", reindexar);
     defineLocks(app, chosen);
+    defineHelp(app, chosen, "help", orderGroup);
+    defineHelp(app, chosen, "ayuda", "");
     // Last: a footer given before would be every subcommand's, too.
-    app.footer("«ambcp ORDEN --help» explica cada orden.\n"
+    app.footer("«ambcp help ORDEN» explica cada orden.\n"
                "Termina con 0 si se ha hecho, 1 si la respuesta es que no (no se encuentra, hay problemas)\n"
                "y 2 si no se ha podido hacer; el motivo sale entonces por la salida de errores.");
 }

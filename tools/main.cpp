@@ -62,7 +62,7 @@ int main(int argc, char** argv) {
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
             return app.exit(error);
         }
-        std::fprintf(stderr, "ambcp: %s. Vea «ambcp --help».\n", ambcp::describeUsageError(error).c_str());
+        std::fprintf(stderr, "ambcp: %s\n", ambcp::describeUsageError(error, app).c_str());
         return ExitCode::failed;
     }
     return run(command);

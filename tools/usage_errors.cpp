@@ -4,6 +4,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/nearest_name.h"
+
 namespace ambcp {
 
 namespace {
@@ -17,14 +19,42 @@ std::string behind(const std::string& text, std::string_view mark) {
 
 bool has(const std::string& text, std::string_view part) { return text.find(part) != std::string::npos; }
 
-} // namespace
+/// The orders that the help shows, in its order.
+std::vector<std::string> commandNames(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands({})) {
+        if (!command->get_group().empty()) {
+            names.push_back(command->get_name());
+        }
+    }
+    return names;
+}
 
-std::string describeUsageError(const CLI::ParseError& error) {
+std::string listed(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) {
+        text += (text.empty() ? "" : ", ") + name;
+    }
+    return "las órdenes son " + text;
+}
+
+std::string describeMissing(const std::string& text, const CLI::App& app) {
+    if (!has(text, "subcommand")) {
+        return "falta " + before(text, " is required");
+    }
+    const std::vector<std::string> given = app.remaining();
+    if (given.empty()) {
+        return "falta la orden; " + listed(commandNames(app));
+    }
+    return given.front().starts_with('-') ? "sobra " + given.front()
+                                          : describeUnknownCommand(given.front(), app);
+}
+
+std::string describe(const CLI::ParseError& error, const CLI::App& app) {
     const std::string text = error.what();
     const std::string kind = error.get_name();
     if (kind == "RequiredError") {
-        return has(text, "subcommand") ? "falta la orden, o no existe la que se da"
-                                       : "falta " + before(text, " is required");
+        return describeMissing(text, app);
     }
     if (has(text, "not expected: ")) {
         return "sobra " + behind(text, ": ");
@@ -39,6 +69,21 @@ std::string describeUsageError(const CLI::ParseError& error) {
         return before(text, " requires ") + " necesita " + behind(text, " requires ");
     }
     return "orden no comprendida: " + text;
+}
+
+} // namespace
+
+std::string describeUsageError(const CLI::ParseError& error, const CLI::App& app) {
+    const std::vector<CLI::App*> chosen = app.get_subcommands();
+    const std::string order = chosen.empty() ? std::string() : chosen.front()->get_name() + ' ';
+    return describe(error, app) + ". Vea «" + app.get_name() + ' ' + order + "--help».";
+}
+
+std::string describeUnknownCommand(const std::string& typed, const CLI::App& app) {
+    const std::vector<std::string> names = commandNames(app);
+    const auto nearest = nearestName(typed, names);
+    return "no existe la orden «" + typed + "»; " +
+           (nearest ? "¿quería decir «" + *nearest + "»?" : listed(names));
 }
 
 } // namespace ambcp

@@ -4,11 +4,16 @@
 #include <string>
 
 namespace CLI {
+class App;
 class ParseError;
-}
+} // namespace CLI
 
 namespace ambcp {
 
-[[nodiscard]] std::string describeUsageError(const CLI::ParseError& error);
+/// What the error that parsing raised means, and whose help explains it.
+[[nodiscard]] std::string describeUsageError(const CLI::ParseError& error, const CLI::App& app);
+
+/// That there is no such order, and which one may have been meant.
+[[nodiscard]] std::string describeUnknownCommand(const std::string& typed, const CLI::App& app);
 
 } // namespace ambcp

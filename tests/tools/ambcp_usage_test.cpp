@@ -6,15 +6,18 @@ namespace {
 
 class AmbcpUsage : public AmbcpTest {
 protected:
-    void expectUsageError(const std::vector<std::string>& arguments, const std::string& text) const {
-        EXPECT_EQ(refused(arguments), "ambcp: " + text + ". Vea «ambcp --help».\n");
+    /// `order`: the one whose help is pointed to; none for the program's own.
+    void expectUsageError(const std::vector<std::string>& arguments, const std::string& text,
+                          const std::string& order = "") const {
+        EXPECT_EQ(refused(arguments),
+                  "ambcp: " + text + ". Vea «ambcp " + (order.empty() ? "" : order + ' ') + "--help».\n");
     }
 };
 
 TEST_F(AmbcpUsage, HelpIsSpanishAndNamesEveryCommand) {
     const std::string help = done({"--help"});
     for (const std::string word : {"Uso: ambcp", "Opciones:", "Órdenes:", "crear", "cargar", "listar",
-                                   "buscar", "direccion", "comprobar", "reindexar", "candados"}) {
+                                   "buscar", "direccion", "comprobar", "reindexar", "candados", "help"}) {
         EXPECT_NE(help.find(word), std::string::npos) << word;
     }
 }
@@ -31,26 +34,56 @@ TEST_F(AmbcpUsage, HelpOfEachCommandHasNoEnglishWord) {
     }
 }
 
-TEST_F(AmbcpUsage, AMissingOrUnknownCommandIsRefused) {
-    expectUsageError({}, "falta la orden, o no existe la que se da");
-    expectUsageError({"borrar"}, "falta la orden, o no existe la que se da");
+TEST_F(AmbcpUsage, AMissingCommandIsRefused) {
+    const std::string all =
+        "falta la orden; las órdenes son crear, cargar, listar, buscar, direccion, comprobar, reindexar, "
+        "candados, help";
+    expectUsageError({}, all);
+}
+
+TEST_F(AmbcpUsage, AnUnknownCommandNamesTheNearestOne) {
+    expectUsageError({"carga", ".", "T", "f.csv"}, "no existe la orden «carga»; ¿quería decir «cargar»?");
+    expectUsageError({"direcion", "."}, "no existe la orden «direcion»; ¿quería decir «direccion»?");
+    expectUsageError({"dirección", "."}, "no existe la orden «dirección»; ¿quería decir «direccion»?");
+    expectUsageError({"lsitar"}, "no existe la orden «lsitar»; ¿quería decir «listar»?");
+    expectUsageError({"CREAR", "."}, "no existe la orden «CREAR»; ¿quería decir «crear»?");
+    expectUsageError({"re"}, "no existe la orden «re»; ¿quería decir «reindexar»?");
+    expectUsageError({"help", "bucsar"}, "no existe la orden «bucsar»; ¿quería decir «buscar»?");
+}
+
+TEST_F(AmbcpUsage, AnUnknownCommandThatIsNearNoneNamesThemAll) {
+    const std::string all = "crear, cargar, listar, buscar, direccion, comprobar, reindexar, candados, help";
+    expectUsageError({"xyz"}, "no existe la orden «xyz»; las órdenes son " + all);
+    expectUsageError({""}, "no existe la orden «»; las órdenes son " + all);
 }
 
 TEST_F(AmbcpUsage, AMissingArgumentIsNamed) {
-    expectUsageError({"crear"}, "falta DIR");
-    expectUsageError({"listar", "."}, "falta TABLA");
-    expectUsageError({"direccion", ".", "--via", "A", "--numero", "1"}, "falta --municipio");
-    expectUsageError({"buscar", ".", "T", "TAG"}, "falta CAMPO=VALOR");
+    expectUsageError({"crear"}, "falta DIR", "crear");
+    expectUsageError({"listar", "."}, "falta TABLA", "listar");
+    expectUsageError({"direccion", ".", "--via", "A", "--numero", "1"}, "falta --municipio", "direccion");
+    expectUsageError({"buscar", ".", "T", "TAG"}, "falta CAMPO=VALOR", "buscar");
 }
 
 TEST_F(AmbcpUsage, AWrongOptionIsNamed) {
-    expectUsageError({"listar", ".", "T", "--nada"}, "sobra --nada");
-    expectUsageError({"listar", ".", "T", "U"}, "sobra U");
-    expectUsageError({"listar", ".", "T", "--tag"}, "--tag necesita un valor");
-    expectUsageError({"listar", ".", "T", "--tag", "A", "--tag", "B"}, "--tag se da más de una vez");
-    expectUsageError({"listar", ".", "T", "--desde", "A"}, "--desde necesita --tag");
-    expectUsageError({"listar", ".", "T", "--max", "-1"}, "valor no válido: «-1» no es un número");
-    expectUsageError({"listar", ".", "T", "--max", "dos"}, "valor no válido: «dos» no es un número");
+    expectUsageError({"--nada"}, "sobra --nada");
+    expectUsageError({"listar", ".", "T", "--nada"}, "sobra --nada", "listar");
+    expectUsageError({"listar", ".", "T", "U"}, "sobra U", "listar");
+    expectUsageError({"listar", ".", "T", "--tag"}, "--tag necesita un valor", "listar");
+    expectUsageError({"listar", ".", "T", "--tag", "A", "--tag", "B"}, "--tag se da más de una vez",
+                     "listar");
+    expectUsageError({"listar", ".", "T", "--desde", "A"}, "--desde necesita --tag", "listar");
+    expectUsageError({"listar", ".", "T", "--max", "-1"}, "valor no válido: «-1» no es un número", "listar");
+    expectUsageError({"listar", ".", "T", "--max", "dos"}, "valor no válido: «dos» no es un número",
+                     "listar");
+}
+
+TEST_F(AmbcpUsage, HelpOfACommandIsShownByName) {
+    for (const std::string command :
+         {"crear", "cargar", "listar", "buscar", "direccion", "comprobar", "reindexar", "candados", "help"}) {
+        EXPECT_EQ(done({"help", command}), done({command, "--help"})) << command;
+    }
+    EXPECT_EQ(done({"help"}), done({"--help"}));
+    EXPECT_EQ(done({"ayuda", "cargar"}), done({"cargar", "--help"}));
 }
 
 TEST_F(AmbcpUsage, FolderMayBeCalledLikeACommand) {

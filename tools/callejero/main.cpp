@@ -99,7 +99,7 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
             return app.exit(error);
-        log(ambcp::describeUsageError(error) + ". Vea «callejero-simulado --help».");
+        log(ambcp::describeUsageError(error, app));
         return exitCannot;
     } catch (const std::exception& error) {
         log(error.what());
