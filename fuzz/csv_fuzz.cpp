@@ -17,7 +17,7 @@ struct Reading {
 
 Reading readAll(std::string_view text, std::size_t bufferSize) {
     Reading reading;
-    ambcp::CsvReader csv(ambcp::textSource(text), "T", bufferSize);
+    ambcp::CsvReader csv(ambcp::textSource(text), "T", ',', bufferSize);
     try {
         while (csv.next()) {
             auto& record = reading.records.emplace_back();

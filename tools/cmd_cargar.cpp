@@ -8,8 +8,18 @@
 #include "tools/progress.h"
 #include "tools/table_folder.h"
 #include "tools/table_loading.h"
+#include "tools/text_encoding.h"
 
 namespace ambcp {
+
+namespace {
+
+CsvSource openSource(const LoadOptions& options, const std::string& name) {
+    const CsvSource bytes = options.file == "-" ? standardInput(name) : fileSource(options.file);
+    return decoded(bytes, textEncodingNamed(options.encoding).value(), name);
+}
+
+} // namespace
 
 ExitCode cargar(const LoadOptions& options) {
     using Mode = dbase::BulkLoader::Mode;
@@ -17,7 +27,8 @@ ExitCode cargar(const LoadOptions& options) {
     if (!options.replaces) {
         requireWhole(table);
     }
-    CsvReader csv(fileSource(options.file), options.file);
+    const std::string name = options.file == "-" ? "entrada estándar" : options.file;
+    CsvReader csv(openSource(options, name), name, separatorNamed(options.separator).value());
     std::uint64_t rows = 0;
     {
         ProgressLine line(tableName(table));

@@ -5,8 +5,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/csv.h"
 #include "tools/failure.h"
 #include "tools/spanish_help.h"
+#include "tools/text_encoding.h"
 #include "tools/usage_errors.h"
 
 namespace ambcp {
@@ -21,6 +23,15 @@ constexpr const char* tableHelp = "Tabla, con o sin .DBF";
 std::string isCount(const std::string& text) {
     const bool isDigits = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
     return isDigits ? std::string() : "«" + text + "» no es un número";
+}
+
+std::string isKnownSeparator(const std::string& text) {
+    return separatorNamed(text) ? std::string() : "«" + text + "» no separa columnas; un signo, o «tab»";
+}
+
+std::string isKnownEncoding(const std::string& text) {
+    return textEncodingNamed(text) ? std::string()
+                                   : "«" + text + "» no se conoce; utf-8, windows-1252 o utf-16";
 }
 
 /// A subcommand whose options, kept alive with it, are handed to a function.
@@ -58,11 +69,19 @@ void defineLoad(CLI::App& app, Command& chosen) {
     requireText(command, "DIR", options->folder, folderHelp);
     requireText(command, "TABLA", options->table, tableHelp);
     requireText(command, "FICHERO.csv", options->file,
-                "CSV en UTF-8, separado por comas; la primera fila da los nombres de las columnas");
+                "CSV; la primera fila da los nombres de las columnas. «-» es la entrada estándar");
+    offerText(command, "--separador", options->separator, "S",
+              "Entre las columnas: un signo, o «tab»; si no se da, la coma")
+        ->check(isKnownSeparator);
+    offerText(command, "--codificacion", options->encoding, "C",
+              "utf-8, windows-1252 o utf-16 (con su marca); si no se da, utf-8")
+        ->check(isKnownEncoding);
     command.add_flag("--reemplazar", options->replaces, "Quita antes las filas que ya tenga la tabla");
     command.footer(
-        "Si algún valor no se puede guardar no se carga nada. Las columnas que falten quedan en blanco.\n"
-        "Lógicos: True/False, T/F, S/N, 1/0. Fechas: AAAA-MM-DD o AAAAMMDD.");
+        "Si algún valor no se puede guardar se dicen todos y no se carga nada. Las columnas que falten "
+        "quedan\n"
+        "en blanco. Lógicos: True/False, VERDADERO/FALSO, T/F, S/N, 1/0. Fechas: AAAA-MM-DD o AAAAMMDD.\n"
+        "Una hoja de cálculo en español suele guardar con: --separador ';' --codificacion windows-1252");
 }
 
 void defineList(CLI::App& app, Command& chosen) {

@@ -22,7 +22,10 @@ struct CreateOptions {
 };
 
 struct LoadOptions {
-    std::string folder, table, file;
+    std::string folder, table;
+    std::string file; // "-": standard input
+    std::string separator = ",";
+    std::string encoding = "utf-8";
     bool replaces = false;
 };
 

@@ -18,14 +18,27 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
-/// Bytes that end an unquoted value, or must not be in one.
-constexpr std::array<bool, 256> endsPlain = [] {
+std::array<bool, 256> endsOfPlain(char separator) {
     std::array<bool, 256> ends{};
-    for (const char c : {',', '\n', '\r', '"'}) {
+    for (const char c : {separator, '\n', '\r', '"'}) {
         ends[static_cast<unsigned char>(c)] = true;
     }
     return ends;
-}();
+}
+
+CsvSource descriptorSource(int descriptor, const std::string& name) {
+    return [descriptor, name](std::span<char> room) {
+        while (true) {
+            const ssize_t got = ::read(descriptor, room.data(), room.size());
+            if (got >= 0) {
+                return static_cast<std::size_t>(got);
+            }
+            if (errno != EINTR) {
+                throw Failure(name + ": no se puede leer: " + dbase::systemReason(errno));
+            }
+        }
+    };
+}
 
 std::uint64_t characters(std::string_view utf8) {
     return static_cast<std::uint64_t>(std::count_if(
@@ -39,8 +52,9 @@ CsvError::CsvError(const std::string& name, std::uint64_t line, std::uint64_t co
               text),
       line_(line), column_(column) {}
 
-CsvReader::CsvReader(CsvSource source, std::string name, std::size_t bufferSize)
-    : source_(std::move(source)), name_(std::move(name)), buffer_(bufferSize) {}
+CsvReader::CsvReader(CsvSource source, std::string name, char separator, std::size_t bufferSize)
+    : source_(std::move(source)), name_(std::move(name)), separator_(separator),
+      endsPlain_(endsOfPlain(separator)), buffer_(bufferSize) {}
 
 void CsvReader::fail(const std::string& text) const {
     const std::size_t lineBegin = begin_ + lineStart_;
@@ -123,7 +137,7 @@ void CsvReader::readPlain() {
     const std::size_t start = at_ - begin_;
     while (hasMore()) {
         const char* const bytes = buffer_.data();
-        while (at_ < end_ && !endsPlain[static_cast<unsigned char>(bytes[at_])]) {
+        while (at_ < end_ && !endsPlain_[static_cast<unsigned char>(bytes[at_])]) {
             ++at_;
         }
         if (at_ < end_) {
@@ -164,10 +178,11 @@ bool CsvReader::endsRecord() {
     if (!hasMore()) {
         return true;
     }
-    switch (buffer_[at_]) {
-    case ',':
+    if (buffer_[at_] == separator_) {
         ++at_;
         return false;
+    }
+    switch (buffer_[at_]) {
     case '\r':
         ++at_;
         if (!hasMore() || buffer_[at_] != '\n') {
@@ -205,6 +220,15 @@ void CsvReader::publish() {
     }
 }
 
+std::optional<char> separatorNamed(std::string_view name) {
+    if (name == "tab" || name == "\t") {
+        return '\t';
+    }
+    const char c = name.size() == 1 ? name.front() : ' ';
+    const bool isWord = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+    return c > ' ' && c < 0x7F && c != '"' && !isWord ? std::optional(c) : std::nullopt;
+}
+
 CsvSource textSource(std::string_view text) {
     return [text](std::span<char> room) mutable {
         const std::size_t size = std::min(room.size(), text.size());
@@ -223,18 +247,11 @@ CsvSource fileSource(const std::string& path) {
         ::close(*held);
         delete held;
     });
-    return [descriptor, path](std::span<char> room) {
-        while (true) {
-            const ssize_t got = ::read(*descriptor, room.data(), room.size());
-            if (got >= 0) {
-                return static_cast<std::size_t>(got);
-            }
-            if (errno != EINTR) {
-                throw Failure(path + ": no se puede leer: " + dbase::systemReason(errno));
-            }
-        }
-    };
+    return
+        [descriptor, source = descriptorSource(opened, path)](std::span<char> room) { return source(room); };
 }
+
+CsvSource standardInput(const std::string& name) { return descriptorSource(STDIN_FILENO, name); }
 
 CsvWriter::CsvWriter(int descriptor) : descriptor_(descriptor) {}
 
@@ -243,8 +260,7 @@ void CsvWriter::field(std::string_view text) {
         pending_ += ',';
     }
     isFirst_ = false;
-    if (std::none_of(text.begin(), text.end(),
-                     [](char c) { return endsPlain[static_cast<unsigned char>(c)]; })) {
+    if (text.find_first_of(",\n\r\"") == std::string_view::npos) {
         pending_ += text;
         return;
     }

@@ -1,8 +1,11 @@
-// CSV as RFC 4180 has it, in UTF-8: reading record by record from a stream, writing to a file descriptor.
+// CSV as RFC 4180 has it, in UTF-8, also with another separator than the comma: reading record by record from
+// a stream, writing to a file descriptor.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -43,8 +46,9 @@ public:
     /// No table has as many columns.
     static constexpr std::size_t maxFields = 4096;
 
-    /// `name` is what errors call the text.
-    CsvReader(CsvSource source, std::string name, std::size_t bufferSize = defaultBufferSize);
+    /// `name` is what errors call the text. `separator`: of the values, as separatorNamed() gives it.
+    CsvReader(CsvSource source, std::string name, char separator = ',',
+              std::size_t bufferSize = defaultBufferSize);
     CsvReader(const CsvReader&) = delete;
     CsvReader& operator=(const CsvReader&) = delete;
 
@@ -55,6 +59,7 @@ public:
     /// Line where the record read last begins.
     [[nodiscard]] std::uint64_t line() const { return recordLine_; }
     [[nodiscard]] const std::string& name() const { return name_; }
+    [[nodiscard]] char separator() const { return separator_; }
 
 private:
     struct Extent { // relative to the start of the record, as the buffer may move under it
@@ -76,6 +81,8 @@ private:
 
     CsvSource source_;
     std::string name_;
+    char separator_;
+    std::array<bool, 256> endsPlain_; // bytes that end an unquoted value, or must not be in one
     std::vector<char> buffer_;
     std::size_t begin_ = 0; // of the record in the buffer
     std::size_t at_ = 0;    // next byte to look at
@@ -87,10 +94,16 @@ private:
     std::vector<CsvField> fields_;
 };
 
+/// What can stand between values: a sign other than quotes, or a tab, which may be written "tab". Null for
+/// anything else.
+[[nodiscard]] std::optional<char> separatorNamed(std::string_view name);
+
 /// Source on a text in memory, which must outlive it.
 [[nodiscard]] CsvSource textSource(std::string_view text);
 /// Source on a file. Errors: Failure for one that cannot be opened or read.
 [[nodiscard]] CsvSource fileSource(const std::string& path);
+/// Source on what the program is given to read. `name` is what errors call it.
+[[nodiscard]] CsvSource standardInput(const std::string& name);
 
 /// Whoever reads our output has gone away.
 struct OutputClosed {};

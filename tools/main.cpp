@@ -1,10 +1,12 @@
 // ambcp, the administrator's command for the postal tables.
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <string_view>
 
 #include <CLI/CLI.hpp>
 #include <fcntl.h>
@@ -29,21 +31,29 @@ void fillStandardFiles() {
     }
 }
 
+/// Each line with the name of the program, so that it can be told from others' and searched for.
+void complain(std::string_view text) {
+    while (!text.empty()) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        std::fprintf(stderr, "ambcp: %.*s\n", static_cast<int>(line.size()), line.data());
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+    }
+}
+
 ExitCode run(const ambcp::Command& command) {
     try {
         const ExitCode result = command();
         if (std::fflush(stdout) == 0 || errno == EPIPE) {
             return result;
         }
-        std::fprintf(stderr, "ambcp: no se puede escribir la salida: %s\n",
-                     dbase::systemReason(errno).c_str());
+        complain("no se puede escribir la salida: " + dbase::systemReason(errno));
     } catch (const ambcp::OutputClosed&) {
         return ExitCode::done; // the reader had enough
     } catch (const ambcp::DamagedTable& error) {
-        std::fprintf(stderr, "ambcp: %s\n", error.what());
+        complain(error.what());
         return ExitCode::negative;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "ambcp: %s\n", error.what());
+        complain(error.what());
     }
     return ExitCode::failed;
 }
@@ -62,7 +72,7 @@ int main(int argc, char** argv) {
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
             return app.exit(error);
         }
-        std::fprintf(stderr, "ambcp: %s\n", ambcp::describeUsageError(error, app).c_str());
+        complain(ambcp::describeUsageError(error, app));
         return ExitCode::failed;
     }
     return run(command);

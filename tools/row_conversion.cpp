@@ -6,6 +6,7 @@
 
 #include "data/TableDefinitions.h"
 #include "dbase/codec.h"
+#include "tools/utf8.h"
 
 namespace ambcp {
 
@@ -31,10 +32,8 @@ bool isAscii(std::string_view text) {
     return bits < 0x80;
 }
 
-std::string inQuotes(std::string_view text) { return "«" + std::string(text) + "»"; }
-
-std::string tooLong(std::size_t size, std::size_t width) {
-    return "el valor ocupa " + std::to_string(size) + " caracteres y en la columna caben " +
+std::string tooLong(std::string_view text, std::size_t size, std::size_t width) {
+    return inQuotes(text) + " ocupa " + std::to_string(size) + " caracteres y en la columna caben " +
            std::to_string(width);
 }
 
@@ -75,13 +74,14 @@ bool isSixteenBits(const Decimal& number) {
 }
 
 std::optional<std::string> encodeLogical(std::string_view text, std::span<char> raw) {
-    std::array<char, 5> small{};
+    std::array<char, 9> small{};
     if (text.size() <= small.size()) {
         std::ranges::transform(text, small.begin(),
                                [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
         const std::string_view word(small.data(), text.size());
-        const bool isTrue = word == "true" || word == "t" || word == "s" || word == "1";
-        if (isTrue || word == "false" || word == "f" || word == "n" || word == "0") {
+        const bool isTrue =
+            word == "true" || word == "verdadero" || word == "t" || word == "s" || word == "1";
+        if (isTrue || word == "false" || word == "falso" || word == "f" || word == "n" || word == "0") {
             dbase::encodeLogical(raw, isTrue);
             return std::nullopt;
         }
@@ -114,7 +114,7 @@ CellEncoder::CellEncoder(const dbase::Schema& schema, const std::string& tableFi
 std::optional<std::string> CellEncoder::encode(std::string_view text, const Column& column,
                                                std::span<char> raw) const {
     if (text.find('\0') != std::string_view::npos) {
-        return "el valor lleva un carácter nulo";
+        return inQuotes(text) + " lleva un carácter nulo";
     }
     if (column.type == ColumnType::Character) {
         return encodeCharacters(text, raw);
@@ -144,7 +144,7 @@ std::optional<std::string> CellEncoder::encodeCharacters(std::string_view text, 
     text = dbase::decodeText(text);
     if (isAscii(text)) {
         if (text.size() > raw.size()) {
-            return tooLong(text.size(), raw.size());
+            return tooLong(text, text.size(), raw.size());
         }
         dbase::encodeText(raw, text);
         return std::nullopt;
@@ -154,37 +154,26 @@ std::optional<std::string> CellEncoder::encodeCharacters(std::string_view text, 
         return whyNotInPage(text);
     }
     if (bytes->size() > raw.size()) {
-        return tooLong(bytes->size(), raw.size());
+        return tooLong(text, bytes->size(), raw.size());
     }
     dbase::encodeText(raw, *bytes);
     return std::nullopt;
 }
 
 std::string CellEncoder::whyNotInPage(std::string_view text) const {
-    const std::string page =
-        &page_ == &dbase::CodePage::windows1252() ? "Windows-1252" : "la página de códigos de la tabla";
-    while (!text.empty()) {
-        std::size_t size = 1;
-        while (size < text.size() && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) {
-            ++size;
-        }
-        const std::string_view character = text.substr(0, size);
-        const auto lead = static_cast<unsigned char>(character.front());
-        const std::size_t announced = lead < 0x80   ? 1U
-                                      : lead < 0xC2 ? 0U
-                                      : lead < 0xE0 ? 2U
-                                      : lead < 0xF0 ? 3U
-                                      : lead < 0xF5 ? 4U
-                                                    : 0U;
-        if (size != announced) {
-            return "el texto no está en UTF-8";
+    std::string_view left = text;
+    while (!left.empty()) {
+        const std::string_view character = firstCharacter(left);
+        if (character.empty()) {
+            return inQuotes(text) + " no está en UTF-8";
         }
         if (!page_.fromUtf8(character)) {
-            return "el carácter " + inQuotes(character) + " no existe en " + page;
+            break;
         }
-        text.remove_prefix(size);
+        left.remove_prefix(character.size());
     }
-    return "el texto no está en UTF-8";
+    return inQuotes(text) + " lleva el carácter " + inQuotes(firstCharacter(left)) + ", que no existe en " +
+           (&page_ == &dbase::CodePage::windows1252() ? "Windows-1252" : "la página de códigos de la tabla");
 }
 
 /// Digit by digit, as a floating-point number would not keep all that a wide column holds.
@@ -206,7 +195,7 @@ std::optional<std::string> CellEncoder::encodeNumber(std::string_view text, cons
     const std::size_t tail = column.decimals > 0 ? column.decimals + 1U : 0U;
     const std::size_t size = (number->isNegative ? 1U : 0U) + whole.size() + tail;
     if (size > raw.size()) {
-        return tooLong(size, raw.size());
+        return tooLong(text, size, raw.size());
     }
     auto to = std::fill_n(raw.begin(), raw.size() - size, ' ');
     if (number->isNegative) {

@@ -27,8 +27,8 @@ public:
     CellEncoder(const dbase::Schema& schema, const std::string& tableFile);
 
     /// Writes a text as the bytes of a column (raw: its whole width); a blank one as a blank column. Null
-    /// when that worked, else why not, in Spanish. Logicals: True/False, T/F, S/N, 1/0, letter case ignored;
-    /// dates: YYYY-MM-DD, YYYYMMDD.
+    /// when that worked, else why not, in Spanish and quoting the text. Logicals: True/False,
+    /// VERDADERO/FALSO, T/F, S/N, 1/0, letter case ignored; dates: YYYY-MM-DD, YYYYMMDD.
     [[nodiscard]] std::optional<std::string> encode(std::string_view text, const dbase::Column& column,
                                                     std::span<char> raw) const;
 

@@ -3,42 +3,51 @@
 #include <algorithm>
 #include <vector>
 
+#include "tools/load_complaints.h"
 #include "tools/row_conversion.h"
+#include "tools/utf8.h"
 
 namespace ambcp {
 
 namespace {
 
-constexpr const char* nothingLoaded = ". No se ha cargado nada.";
-
-[[noreturn]] void refuse(const CsvReader& csv, std::uint64_t line, const std::string& what) {
-    throw Failure(csv.name() + ": línea " + std::to_string(line) + what + nothingLoaded);
+/// What a header of a single unknown name may lack.
+std::string separatorHint(const CsvReader& csv) {
+    if (csv.fields().size() > 1) {
+        return {};
+    }
+    for (const char sign : {';', '\t', ',', '|'}) {
+        if (sign != csv.separator() && csv.fields().front().text.find(sign) != std::string_view::npos) {
+            const std::string shown = sign == '\t' ? "tabuladores" : "«" + std::string(1, sign) + "»";
+            const std::string given = sign == '\t' ? "tab" : "'" + std::string(1, sign) + "'";
+            return "; si las columnas se separan con " + shown + ", use «--separador " + given + "»";
+        }
+    }
+    return {};
 }
 
-/// The columns of the table that the header names, in its order.
-std::vector<dbase::Column> readHeader(CsvReader& csv, const dbase::Schema& schema) {
+/// The columns of the table that the header names, in its order; with complaints, not all of them.
+std::vector<dbase::Column> readHeader(CsvReader& csv, const dbase::Schema& schema,
+                                      LoadComplaints& complaints) {
     if (!csv.next()) {
-        refuse(csv, 1, ": falta la fila con los nombres de las columnas");
+        complaints.add(1, ": falta la fila con los nombres de las columnas");
+        return {};
     }
     std::vector<dbase::Column> columns;
-    for (const CsvField& field : csv.fields()) {
-        const auto refuseName = [&](const std::string& text) {
-            const std::string place = ", columna " + std::to_string(columns.size() + 1) + ": ";
-            refuse(csv, field.line, place + text);
-        };
-        const std::string name = "«" + std::string(field.text) + "»";
+    for (std::size_t i = 0; i < csv.fields().size(); ++i) {
+        const CsvField& field = csv.fields()[i];
+        const std::string place = ", columna " + std::to_string(i + 1) + ": ";
+        const std::string name = inQuotes(field.text);
         const std::optional<std::size_t> position = schema.find(field.text);
         if (!position) {
-            const bool isOneField = csv.fields().size() == 1;
-            const bool hasOtherSeparator =
-                isOneField && field.text.find_first_of(";\t") != std::string_view::npos;
-            refuseName("la tabla no tiene ninguna columna " + name +
-                       (hasOtherSeparator ? "; las columnas se separan con comas" : ""));
+            complaints.add(field.line,
+                           place + "la tabla no tiene ninguna columna " + name + separatorHint(csv));
+            continue;
         }
         const dbase::Column& column = schema.columns[*position];
         if (std::ranges::any_of(columns,
                                 [&](const dbase::Column& other) { return other.name == column.name; })) {
-            refuseName("la columna " + name + " está repetida");
+            complaints.add(field.line, place + "la columna " + name + " está repetida");
         }
         columns.push_back(column);
     }
@@ -46,35 +55,43 @@ std::vector<dbase::Column> readHeader(CsvReader& csv, const dbase::Schema& schem
 }
 
 void encodeRow(const CsvReader& csv, const std::vector<dbase::Column>& columns, const CellEncoder& encoder,
-               std::span<char> record) {
+               std::span<char> record, LoadComplaints& complaints) {
     const std::span<const CsvField> fields = csv.fields();
     if (fields.size() != columns.size()) {
-        refuse(csv, csv.line(),
-               ": la cabecera tiene " + std::to_string(columns.size()) + " columnas y esta fila " +
-                   std::to_string(fields.size()));
+        complaints.add(csv.line(), ": la cabecera tiene " + std::to_string(columns.size()) +
+                                       " columnas y esta fila " + std::to_string(fields.size()));
+        return;
     }
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const dbase::Column& column = columns[i];
         const auto problem =
             encoder.encode(fields[i].text, column, record.subspan(column.offset, column.width));
         if (problem) {
-            refuse(csv, fields[i].line, ", columna " + column.name + ": " + *problem);
+            complaints.add(fields[i].line, ", columna " + column.name + ": " + *problem);
+            if (!isUtf8(fields[i].text)) {
+                complaints.addHint("Si el texto está en Windows-1252, use «--codificacion windows-1252».");
+            }
         }
     }
 }
 
-/// Everything but making the rows visible.
+/// Everything but making the rows visible. Behind the first complaint the rows are only looked at.
 std::uint64_t loadRows(CsvReader& csv, dbase::BulkLoader& loader, const std::string& tableFile,
-                       const LoadProgress& progress) {
+                       const LoadProgress& progress, LoadComplaints& complaints) {
     constexpr std::uint64_t rowsBetweenReports = 16384;
-    const std::vector<dbase::Column> columns = readHeader(csv, loader.schema());
+    const std::vector<dbase::Column> columns = readHeader(csv, loader.schema(), complaints);
+    if (!complaints.empty()) {
+        return 0;
+    }
     const CellEncoder encoder(loader.schema(), tableFile);
     std::vector<char> record(loader.schema().recordLength,
                              ' '); // columns that the header does not name stay blank
     std::uint64_t rows = 0;
     while (csv.next()) {
-        encodeRow(csv, columns, encoder, record);
-        loader.add(record);
+        encodeRow(csv, columns, encoder, record, complaints);
+        if (complaints.empty()) {
+            loader.add(record);
+        }
         if (++rows % rowsBetweenReports == 0 && progress) {
             progress(rows, -1);
         }
@@ -87,11 +104,15 @@ std::uint64_t loadRows(CsvReader& csv, dbase::BulkLoader& loader, const std::str
 std::uint64_t loadCsv(CsvReader& csv, const std::string& tableFile, dbase::BulkLoader::Mode mode,
                       const LoadProgress& progress) {
     dbase::BulkLoader loader(tableFile, mode);
+    LoadComplaints complaints(csv.name());
     std::uint64_t rows = 0;
     try {
-        rows = loadRows(csv, loader, tableFile, progress);
-    } catch (const CsvError& error) {
-        throw Failure(error.what() + std::string(nothingLoaded));
+        rows = loadRows(csv, loader, tableFile, progress, complaints);
+    } catch (const Failure& error) {
+        complaints.addEnd(error.what());
+    }
+    if (!complaints.empty()) {
+        throw Failure(complaints.text());
     }
     loader.finish([&](std::uint64_t done, std::uint64_t total) {
         if (progress && total > 0) {

@@ -100,8 +100,8 @@ TEST_F(AmbcpBuscar, AKeyThatLacksLeadingColumnsSaysWhich) {
 
 TEST_F(AmbcpBuscar, ValueThatItsColumnCannotHoldIsRefused) {
     expectRefusal({"NUM", "NUM=diez"}, "columna NUM: «diez» no es un número");
-    expectRefusal({"VIA", "VIA=Ł"}, "columna VIA: el carácter «Ł» no existe en Windows-1252");
-    expectRefusal({"VIA", "PROV=280"}, "columna PROV: el valor ocupa 3 caracteres y en la columna caben 2");
+    expectRefusal({"VIA", "VIA=Ł"}, "columna VIA: «Ł» lleva el carácter «Ł», que no existe en Windows-1252");
+    expectRefusal({"VIA", "PROV=280"}, "columna PROV: «280» ocupa 3 caracteres y en la columna caben 2");
 }
 
 TEST_F(AmbcpBuscar, MalformedPairIsRefused) {

@@ -38,10 +38,62 @@ TEST_F(AmbcpCargar, OneRowIsCountedInTheSingular) {
 }
 
 TEST_F(AmbcpCargar, OtherSeparatorThanTheCommaIsSaid) {
-    expectRefusal(
-        "TIPO_VIA", "CODIGO;NOMBRE\nCL;CALLE\n",
-        "línea 1, columna 1: la tabla no tiene ninguna columna «CODIGO;NOMBRE»; las columnas se separan "
-        "con comas");
+    expectRefusal("TIPO_VIA", "CODIGO;NOMBRE\nCL;CALLE\n",
+                  "línea 1, columna 1: la tabla no tiene ninguna columna «CODIGO;NOMBRE»; si las columnas se "
+                  "separan con «;», use «--separador ';'»");
+}
+
+TEST_F(AmbcpCargar, EveryBadValueIsToldWithTheNameOfTheProgram) {
+    const Outcome run = load("PROVIN", "CODIGO,GRUPO\n0001,1\n002,uno\n");
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.errors, "ambcp: filas.csv: línea 2, columna CODIGO: «0001» ocupa 4 caracteres y en la "
+                          "columna caben 3\n"
+                          "ambcp: filas.csv: línea 3, columna GRUPO: «uno» no es un número\n"
+                          "ambcp: filas.csv: hay 2 errores. No se ha cargado nada.\n");
+    EXPECT_EQ(done({"listar", ".", "PROVIN"}), "PROVINCIA,CODIGO,COD_198,GRUPO\n");
+}
+
+TEST_F(AmbcpCargar, FileOfASpanishSpreadsheetIsTaken) {
+    folder.write("hoja.csv", "NOMBRE;ENT_MENOR\r\n\"A CORU\xD1"
+                             "A, LA\";VERDADERO\r\n");
+    done({"cargar", ".", "MUNICIPI", "hoja.csv", "--separador", ";", "--codificacion", "windows-1252"});
+    EXPECT_EQ(done({"buscar", ".", "MUNICIPI", "NOMBRE", "NOMBRE=A CORUÑA, LA"}),
+              "COD_INE,CODPOSTAL,UNICO,CAPITAL,NOMBRE,COD_PROV,COD_MUN,COD_MUNMJ,ENT_MENOR,NOM_MUNICI\n"
+              ",,,,\"A CORUÑA, LA\",,,,True,\n");
+}
+
+TEST_F(AmbcpCargar, UnicodeTextOfASpreadsheetIsTaken) {
+    std::string text = "\xFF\xFE";
+    for (const char c : std::string("CODIGO\tPROVINCIA\r\n001\t\xC1LAVA\r\n")) {
+        text.append({c, '\0'});
+    }
+    folder.write("hoja.txt", text);
+    done({"cargar", ".", "PROVIN", "hoja.txt", "--separador", "tab", "--codificacion", "UTF-16"});
+    EXPECT_EQ(done({"listar", ".", "PROVIN"}), "PROVINCIA,CODIGO,COD_198,GRUPO\nÁLAVA,001,,\n");
+    EXPECT_EQ(refused({"cargar", ".", "PROVIN", "hoja.txt", "--separador", "tab"}),
+              "ambcp: hoja.txt: está en UTF-16; use «--codificacion utf-16». No se ha cargado nada.\n");
+}
+
+TEST_F(AmbcpCargar, HyphenIsTheStandardInput) {
+    const Outcome run = shell("printf 'CODIGO\\n001\\n' | \"$AMBCP\" cargar . PROVIN -");
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, "PROVIN: 1 fila cargada.\n");
+    EXPECT_EQ(shell("printf 'CODIGO\\n0002\\n' | \"$AMBCP\" cargar . PROVIN -").errors,
+              "ambcp: entrada estándar: línea 2, columna CODIGO: «0002» ocupa 4 caracteres y en la columna "
+              "caben 3. No se ha cargado nada.\n");
+    EXPECT_EQ(shell("\"$AMBCP\" listar . PROVIN | \"$AMBCP\" cargar . PROVIN - --reemplazar").exitCode, 0);
+    EXPECT_EQ(done({"listar", ".", "PROVIN"}), "PROVINCIA,CODIGO,COD_198,GRUPO\n,001,,\n");
+}
+
+TEST_F(AmbcpCargar, UnknownSeparatorOrEncodingIsRefused) {
+    folder.write("filas.csv", "CODIGO\n001\n");
+    EXPECT_EQ(
+        refused({"cargar", ".", "PROVIN", "filas.csv", "--separador", "ab"}),
+        "ambcp: valor no válido: «ab» no separa columnas; un signo, o «tab». Vea «ambcp cargar --help».\n");
+    EXPECT_EQ(
+        refused({"cargar", ".", "PROVIN", "filas.csv", "--codificacion", "ebcdic"}),
+        "ambcp: valor no válido: «ebcdic» no se conoce; utf-8, windows-1252 o utf-16. Vea «ambcp cargar "
+        "--help».\n");
 }
 
 TEST_F(AmbcpCargar, EveryKindOfColumnIsFilled) {
@@ -75,12 +127,12 @@ TEST_F(AmbcpCargar, UnknownColumnLoadsNothing) {
 
 TEST_F(AmbcpCargar, ValueTooLongLoadsNothing) {
     expectRefusal("PROVIN", "CODIGO\n001\n0002\n",
-                  "línea 3, columna CODIGO: el valor ocupa 4 caracteres y en la columna caben 3");
+                  "línea 3, columna CODIGO: «0002» ocupa 4 caracteres y en la columna caben 3");
 }
 
 TEST_F(AmbcpCargar, CharacterOutsideTheCodePageLoadsNothing) {
     expectRefusal("PROVIN", "CODIGO,PROVINCIA\n001,Łódź\n",
-                  "línea 2, columna PROVINCIA: el carácter «Ł» no existe en Windows-1252");
+                  "línea 2, columna PROVINCIA: «Łódź» lleva el carácter «Ł», que no existe en Windows-1252");
 }
 
 TEST_F(AmbcpCargar, WrongTypeLoadsNothing) {

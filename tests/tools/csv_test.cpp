@@ -17,8 +17,9 @@ namespace {
 
 using Records = std::vector<std::vector<std::string>>;
 
-Records readAll(std::string_view text, std::size_t bufferSize = CsvReader::defaultBufferSize) {
-    CsvReader csv(textSource(text), "prueba.csv", bufferSize);
+Records readAll(std::string_view text, std::size_t bufferSize = CsvReader::defaultBufferSize,
+                char separator = ',') {
+    CsvReader csv(textSource(text), "prueba.csv", separator, bufferSize);
     Records records;
     while (csv.next()) {
         auto& record = records.emplace_back();
@@ -77,6 +78,22 @@ TEST(CsvReader, ByteOrderMarkIsNoPartOfTheFirstName) {
 TEST(CsvReader, QuotedValuesHoldCommasNewlinesAndQuotes) {
     EXPECT_EQ(readAll("\"a,b\",\"c\nd\",\"e\"\"f\"\"\"\n\"\"\"\"\n"),
               (Records{{"a,b", "c\nd", "e\"f\""}, {"\""}}));
+}
+
+TEST(CsvReader, AnotherSeparatorLeavesTheCommaToTheValues) {
+    EXPECT_EQ(readAll("A;B\n1,5;\"d;o\"\"s\"\n", 4, ';'), (Records{{"A", "B"}, {"1,5", "d;o\"s"}}));
+    EXPECT_EQ(readAll("A\tB\nx y\t\n", 4, '\t'), (Records{{"A", "B"}, {"x y", ""}}));
+}
+
+TEST(CsvReader, SeparatorIsATabOrASign) {
+    for (const std::string name : {",", ";", "|", ":", "~"}) {
+        EXPECT_EQ(separatorNamed(name), name.front());
+    }
+    EXPECT_EQ(separatorNamed("tab"), '\t');
+    EXPECT_EQ(separatorNamed("\t"), '\t');
+    for (const std::string name : {"", "\"", "\n", "\r", " ", "a", "Z", "0", "\x7F", "\xA7", "§", ";;"}) {
+        EXPECT_EQ(separatorNamed(name), std::nullopt) << name;
+    }
 }
 
 TEST(CsvReader, EmptyLinesArePassedOver) { EXPECT_EQ(readAll("\nA\n\n\r\n1\n\n"), (Records{{"A"}, {"1"}})); }

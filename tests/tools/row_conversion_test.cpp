@@ -40,7 +40,7 @@ TEST(CellEncoder, TextIsPaddedToItsColumn) {
 }
 
 TEST(CellEncoder, TextLongerThanItsColumnIsRefused) {
-    EXPECT_EQ(encoded("ABCDE", characters(4)), "!el valor ocupa 5 caracteres y en la columna caben 4");
+    EXPECT_EQ(encoded("ABCDE", characters(4)), "!«ABCDE» ocupa 5 caracteres y en la columna caben 4");
 }
 
 TEST(CellEncoder, AccentedLettersTakeOneByteEach) {
@@ -51,19 +51,20 @@ TEST(CellEncoder, AccentedLettersTakeOneByteEach) {
 TEST(CellEncoder, TrailingBlanksDoNotCount) { EXPECT_EQ(encoded("AB    ", characters(3)), "AB "); }
 
 TEST(CellEncoder, CharacterOutsideTheCodePageIsNamed) {
-    EXPECT_EQ(encoded("Łódź", characters(9)), "!el carácter «Ł» no existe en Windows-1252");
-    EXPECT_EQ(encoded("uno 中", characters(9)), "!el carácter «中» no existe en Windows-1252");
+    EXPECT_EQ(encoded("Łódź", characters(9)), "!«Łódź» lleva el carácter «Ł», que no existe en Windows-1252");
+    EXPECT_EQ(encoded("uno 中", characters(9)),
+              "!«uno 中» lleva el carácter «中», que no existe en Windows-1252");
 }
 
 TEST(CellEncoder, TextThatIsNoUtf8IsRefused) {
     for (const std::string_view text : {"A\xD1", "\x80", "\xC0\x80", "\xE2\x82", "\xFF", "\xED\xA0\x80"}) {
         EXPECT_TRUE(isRefused(encoded(text, characters(9))));
     }
-    EXPECT_EQ(encoded("A\xD1", characters(9)), "!el texto no está en UTF-8");
+    EXPECT_EQ(encoded("A\xD1", characters(9)), "!«A�» no está en UTF-8");
 }
 
 TEST(CellEncoder, NullCharacterIsRefused) {
-    EXPECT_TRUE(isRefused(encoded(std::string_view("A\0B", 3), characters(9))));
+    EXPECT_EQ(encoded(std::string_view("A\0B", 3), characters(9)), "!«A�B» lleva un carácter nulo");
 }
 
 TEST(CellEncoder, OtherCodePagesAreHonoured) {
@@ -90,7 +91,7 @@ TEST(CellEncoder, WhatIsNoIntegerIsRefused) {
 }
 
 TEST(CellEncoder, NumberWiderThanItsColumnIsRefused) {
-    EXPECT_TRUE(isRefused(encoded("12345", number(4))));
+    EXPECT_EQ(encoded("12345", number(4)), "!«12345» ocupa 5 caracteres y en la columna caben 4");
     EXPECT_TRUE(isRefused(encoded("-1234", number(4))));
     EXPECT_TRUE(isRefused(encoded("12345.6", number(7, 2))));
 }
@@ -121,17 +122,17 @@ TEST(CellEncoder, WideNumbersKeepEveryDigit) {
 }
 
 TEST(CellEncoder, LogicalsHaveSeveralSpellings) {
-    for (const std::string_view text : {"True", "true", "TRUE", "T", "t", "S", "s", "1"}) {
+    for (const std::string_view text : {"True", "true", "TRUE", "T", "t", "S", "s", "1", "VERDADERO"}) {
         EXPECT_EQ(encoded(text, logical), "T") << text;
     }
-    for (const std::string_view text : {"False", "FALSE", "F", "f", "N", "n", "0"}) {
+    for (const std::string_view text : {"False", "FALSE", "F", "f", "N", "n", "0", "Falso"}) {
         EXPECT_EQ(encoded(text, logical), "F") << text;
     }
     EXPECT_EQ(encoded("", logical), " ");
 }
 
 TEST(CellEncoder, WhatIsNoLogicalIsRefused) {
-    for (const std::string_view text : {"Si", "2", "Trueno", "?"}) {
+    for (const std::string_view text : {"Si", "2", "Trueno", "?", "verdaderos"}) {
         EXPECT_TRUE(isRefused(encoded(text, logical))) << text;
     }
 }

@@ -118,11 +118,65 @@ TEST_F(TableLoading, NothingAtAllIsLoadedWhenTheLastRowIsWrong) {
 
 TEST_F(TableLoading, WrongValueNamesLineAndColumn) {
     EXPECT_EQ(refusal("NUM,COD\n1,\"a\n\"\n2,largo\n"),
-              "t.csv: línea 4, columna COD: el valor ocupa 5 caracteres y en "
+              "t.csv: línea 4, columna COD: «largo» ocupa 5 caracteres y en "
               "la columna caben 3. No se ha cargado nada.");
     EXPECT_EQ(
         refusal("COD,ALTA\na,2024-13-01\n"),
         "t.csv: línea 2, columna ALTA: «2024-13-01» no es una fecha (AAAA-MM-DD). No se ha cargado nada.");
+}
+
+TEST_F(TableLoading, EveryBadValueIsToldInOneAttempt) {
+    EXPECT_EQ(refusal("COD,NUM,SI\nlargo,x,1\nb,1,F\nc\nd,9999999,?\n"),
+              "t.csv: línea 2, columna COD: «largo» ocupa 5 caracteres y en la columna caben 3\n"
+              "t.csv: línea 2, columna NUM: «x» no es un número\n"
+              "t.csv: línea 4: la cabecera tiene 3 columnas y esta fila 1\n"
+              "t.csv: línea 5, columna NUM: «9999999» ocupa 7 caracteres y en la columna caben 5\n"
+              "t.csv: línea 5, columna SI: «?» no es un valor lógico (True o False)\n"
+              "t.csv: hay 5 errores. No se ha cargado nada.");
+    EXPECT_EQ(codes(), "");
+}
+
+TEST_F(TableLoading, BehindAHundredBadValuesOnlyTheirNumberIsTold) {
+    std::string text = "NUM\n", told;
+    for (int row = 1; row <= 100; ++row) {
+        text += "x\n";
+        told += "t.csv: línea " + std::to_string(row + 1) + ", columna NUM: «x» no es un número\n";
+    }
+    EXPECT_EQ(refusal(text), told + "t.csv: hay 100 errores. No se ha cargado nada.");
+    EXPECT_EQ(refusal(text + "x\n"), told + "t.csv: y 1 error más. No se ha cargado nada.");
+    EXPECT_EQ(refusal(text + "x\n1\nx\n"), told + "t.csv: y 2 errores más. No se ha cargado nada.");
+}
+
+TEST_F(TableLoading, EveryUnknownColumnIsTold) {
+    EXPECT_EQ(refusal("OTRA,COD,COD,MAS\nx\n"),
+              "t.csv: línea 1, columna 1: la tabla no tiene ninguna columna «OTRA»\n"
+              "t.csv: línea 1, columna 3: la columna «COD» está repetida\n"
+              "t.csv: línea 1, columna 4: la tabla no tiene ninguna columna «MAS»\n"
+              "t.csv: hay 3 errores. No se ha cargado nada.");
+}
+
+TEST_F(TableLoading, WhatEndsTheReadingIsToldBehindTheBadValues) {
+    EXPECT_EQ(refusal("NUM\nx\n1\"\nx\n"),
+              "t.csv: línea 2, columna NUM: «x» no es un número\n"
+              "t.csv: línea 3, carácter 2: comillas dentro de un valor sin comillas\n"
+              "t.csv: hay 2 errores. No se ha cargado nada.");
+}
+
+TEST_F(TableLoading, TextThatIsNoUtf8NamesTheOtherEncoding) {
+    EXPECT_EQ(refusal("COD\n\xD1\n"),
+              "t.csv: línea 2, columna COD: «�» no está en UTF-8. No se ha cargado nada. Si el texto está en "
+              "Windows-1252, use «--codificacion windows-1252».");
+}
+
+TEST_F(TableLoading, AnotherSeparatorIsGuessedFromTheHeader) {
+    const std::string text = "t.csv: línea 1, columna 1: la tabla no tiene ninguna columna ";
+    EXPECT_EQ(
+        refusal("COD;NUM\na;1\n"),
+        text +
+            "«COD;NUM»; si las columnas se separan con «;», use «--separador ';'». No se ha cargado nada.");
+    EXPECT_EQ(refusal("COD\tNUM\na\t1\n"), text +
+                                               "«COD�NUM»; si las columnas se separan con tabuladores, use "
+                                               "«--separador tab». No se ha cargado nada.");
 }
 
 TEST_F(TableLoading, BrokenCsvSaysThatNothingWasLoaded) {
