@@ -57,7 +57,7 @@ public:
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
-signals:
+Q_SIGNALS:
     /// The title of a column was clicked.
     void titleClicked(int column);
     /// A row was double-clicked; it is current by then.

@@ -21,7 +21,7 @@ public:
     /// With the titles.
     [[nodiscard]] int heightOf(int rows) const;
 
-signals:
+Q_SIGNALS:
     void rowPressed(int row);
     void rowDoubleClicked(int row);
     /// The height of the rows or the place for them is another one.
