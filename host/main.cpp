@@ -103,7 +103,7 @@ int main(int argc, char** argv) {
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("ambrel"));
-    QApplication::setApplicationVersion(QStringLiteral(AMBREL_VERSION));
+    QApplication::setApplicationVersion(QString::fromLatin1(ambrel::version()));
     // As packaging/desktop has it, so that a desktop knows whose window this is.
     QApplication::setDesktopFileName(QStringLiteral("es.ambrel.CodigosPostales"));
     host::SpanishTexts::install();

@@ -21,6 +21,7 @@
 #include "dialogs/TipoViasLista.h"
 #include "import/ImportarVias.h"
 #include "lookup/RutCodPostales.h"
+#include "package/Version.h"
 #include "services/Confamb.h"
 #include "services/EventGuard.h"
 #include "services/FocusEvents.h"

@@ -44,6 +44,7 @@ set(public_headers
   import/StreetSaving.h
   lookup/RutCodPostales.h
   package/AmbCodPostales.h
+  package/Version.h
   services/Confamb.h
   services/EventGuard.h
   services/FocusEvents.h

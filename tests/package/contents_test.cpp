@@ -1,5 +1,6 @@
 // What the shared library carries: what it lacked would be missing when this program is linked.
 #include <functional>
+#include <string>
 
 #include "PackageTest.h"
 
@@ -39,6 +40,22 @@ TEST_F(PackageContentsTest, CarriesTheDialogs) {
           &TFTipoViasLista::staticMetaObject, &TFBuscarDireccionPostal::staticMetaObject,
           &TFFichaVia::staticMetaObject, &TFImportarVias::staticMetaObject})
         EXPECT_TRUE(dialog->inherits(&QDialog::staticMetaObject)) << dialog->className();
+}
+
+TEST_F(PackageContentsTest, TellsTheVersionThatItWasBuiltAs) {
+    EXPECT_STREQ(ambrel::version(), AMBREL_PROJECT_VERSION);
+    EXPECT_EQ(ambrel::versionNumber(), AMBREL_VERSION);
+}
+
+TEST_F(PackageContentsTest, TheHeadersHaveTheVersionAsTextAndAsNumbersToCompare) {
+    EXPECT_STREQ(AMBREL_VERSION_TEXT, AMBREL_PROJECT_VERSION);
+    EXPECT_EQ(std::to_string(AMBREL_VERSION_MAJOR) + '.' + std::to_string(AMBREL_VERSION_MINOR) + '.' +
+                  std::to_string(AMBREL_VERSION_PATCH),
+              AMBREL_PROJECT_VERSION);
+    EXPECT_EQ(AMBREL_VERSION,
+              AMBREL_VERSION_CHECK(AMBREL_VERSION_MAJOR, AMBREL_VERSION_MINOR, AMBREL_VERSION_PATCH));
+    EXPECT_LT(AMBREL_VERSION_CHECK(0, 2, 9), AMBREL_VERSION_CHECK(0, 10, 0));
+    EXPECT_LT(AMBREL_VERSION_CHECK(0, 10, 0), AMBREL_VERSION_CHECK(1, 0, 0));
 }
 
 } // namespace
