@@ -3,8 +3,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include "dbase/table.h"
-
 #include "our_postal.h"
 #include "sqlite_postal.h"
 
@@ -17,15 +15,13 @@ std::uint32_t nextRow = 10'000'000; // beyond every loaded row
 void insertOurs(benchmark::State& state, dbase::Durability durability) {
     dbase::Dataset table;
     openOurs(table, "VIA");
-    table.openTable().setDurability(durability);
     std::uint32_t number = rowCount;
     for (auto _ : state) {
         table.append();
         assignRow(postalRow(nextRow + number++), table);
-        table.post();
+        table.post(durability);
     }
     nextRow += 5'000'000;
-    table.openTable().setDurability(dbase::Durability::Process);
 }
 
 void insertSqlite(benchmark::State& state, const char* synchronous) {

@@ -11,6 +11,7 @@
 #include "AmbrelExport.h"
 #include "controller/Operacion.h"
 #include "dbase/field.h"
+#include "services/Confamb.h"
 
 class QLineEdit;
 class QObject;
@@ -26,7 +27,8 @@ class TDMCodPostales;
 /// the text is not validated. In every search `exact` false means nearest: the first record at or after the
 /// value. A text that Windows-1252 cannot hold matches nothing.
 ///
-/// The event handlers (KeyUp..., Exit...) show a failure to the user; everything else lets dbase::Error pass.
+/// The event handlers (KeyUp..., Exit...) do nothing without a box, and show a failure to the user;
+/// everything else lets dbase::Error pass.
 class AMBREL_EXPORT TClassCodPostales {
 public:
     /// Opens MUNICIPI by name and POSTAL by street. The owner is the host's component for which the
@@ -113,14 +115,15 @@ public:
     /// Deliberate: true also for an empty table, where nothing is left to delete.
     bool BorrarVia(bool ask, bool unused = false);
     /// Stores the pending row, a new one under a key of its own. A row without name is refused and dropped.
-    /// False when it was not stored; it then stays pending, save for want of a name.
-    bool AceptarVia();
+    /// False when it was not stored; it then stays pending, save for want of a name. Who stores many asks for
+    /// no wait with each and calls DM->tbPostal.sync() behind them.
+    bool AceptarVia(dbase::Durability durability = Config.durability());
     /// Asks, and drops the pending row on yes; false on no.
     bool CancelarVia();
     /// Stores a pending new row under the next free key, while a lock keeps other workstations from taking
     /// it. Called by AceptarVia alone. Errors: dbase::Error; ambrel::SilentAbort when another workstation
     /// holds the lock, which the user has been told.
-    bool PostInsert();
+    bool PostInsert(dbase::Durability durability = Config.durability());
     /// Why the last of these operations failed in the engine, for the user; empty when it did not, and once
     /// it was shown.
     [[nodiscard]] const QString& streetFailure() const { return streetFailure_; }

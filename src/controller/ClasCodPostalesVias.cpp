@@ -99,16 +99,16 @@ bool TClassCodPostales::BorrarVia(bool ask, bool) {
     });
 }
 
-bool TClassCodPostales::AceptarVia() {
-    return attempt([this] {
+bool TClassCodPostales::AceptarVia(dbase::Durability durability) {
+    return attempt([this, durability] {
         if (!ambrel::hasStreetName(*DM)) {
             Mensaje_Error(QStringLiteral("Rellene el campo Nombre de la Via"), QStringLiteral("ATENCIÓN:"));
             DM->tbPostal.cancel();
             return false;
         }
         if (DM->tbPostal.state() == dbase::DatasetState::Insert)
-            return PostInsert();
-        TBPost(DM->tbPostal);
+            return PostInsert(durability);
+        DM->tbPostal.post(durability);
         return true;
     });
 }
@@ -121,8 +121,8 @@ bool TClassCodPostales::CancelarVia() {
     return true;
 }
 
-bool TClassCodPostales::PostInsert() {
-    if (ambrel::postUnderFreeKey(DM->tbPostal, DM->tbPostalCODIGO1))
+bool TClassCodPostales::PostInsert(dbase::Durability durability) {
+    if (ambrel::postUnderFreeKey(DM->tbPostal, DM->tbPostalCODIGO1, durability))
         return true;
     tellThatOthersAreAdding();
     throw ambrel::SilentAbort();

@@ -62,7 +62,7 @@ bool lockFirstRow(dbase::Dataset& table) {
     return false;
 }
 
-bool postUnderFreeKey(dbase::Dataset& streets, dbase::Field& key) {
+bool postUnderFreeKey(dbase::Dataset& streets, dbase::Field& key, dbase::Durability durability) {
     const std::string wanted = key.isNull() ? firstUserKey : key.text();
     // All looks at the table under one structure lock: a system call costs more than any of them.
     const Allocation given = streets.openTable().read([&] { return allocate(streets, wanted); });
@@ -70,7 +70,7 @@ bool postUnderFreeKey(dbase::Dataset& streets, dbase::Field& key) {
         return false;
     if (key.text() != given.key)
         key.setText(given.key);
-    TBPost(streets);
+    streets.post(durability);
     return true;
 }
 

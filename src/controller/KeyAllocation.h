@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "dbase/durability.h"
+
 namespace dbase {
 class Dataset;
 class Field;
@@ -28,6 +30,7 @@ inline constexpr const char* firstUserKey = "99000000";
 /// the next free one. The lock on the table's first row keeps everybody else from giving out keys meanwhile;
 /// false when somebody else holds it, and the row then stays pending. `key`: the table's CODIGO1.
 /// Errors: dbase::Error for everything that keeps the row from being written; it stays pending then, too.
-[[nodiscard]] bool postUnderFreeKey(dbase::Dataset& streets, dbase::Field& key);
+[[nodiscard]] bool postUnderFreeKey(dbase::Dataset& streets, dbase::Field& key,
+                                    dbase::Durability durability = dbase::Durability::Process);
 
 } // namespace ambrel

@@ -14,6 +14,7 @@
 #include "AmbrelExport.h"
 #include "dbase/dataset_types.h"
 #include "dbase/dataset_window.h"
+#include "dbase/durability.h"
 #include "dbase/field.h"
 #include "dbase/listener_list.h"
 #include "dbase/notification_pause.h"
@@ -70,7 +71,7 @@ public:
     /// Why writing is refused (Spanish, UTF-8); empty when it is not.
     [[nodiscard]] std::string readOnlyReason() const;
     [[nodiscard]] const Schema& schema() const;
-    /// The open table behind, for its read guard and durability. Errors: Error(BadState) while closed.
+    /// The open table behind, for its read guard. Errors: Error(BadState) while closed.
     [[nodiscard]] Table& openTable() const;
 
     // --- Order, range, filter.
@@ -125,17 +126,17 @@ public:
                    const std::function<void(std::size_t)>& visit);
 
     // --- Editing. Errors: Error with ReadOnly, BadState, LockRefused, RecordChanged, and whatever writing
-    // raises.
+    // raises. Whether a change waits for the disk is said with each; none leaves anything behind for others.
     /// Starts a blank row.
     void append();
     /// Locks the record; a record that another user locked or changed since it was shown raises.
     void edit();
     /// Writes the pending row; it is current afterwards. The row stays pending when this raises.
-    void post();
+    void post(Durability durability = Durability::Process);
     /// Drops the pending row; nothing when there is none.
     void cancel();
     /// Deletes the current record; the next one, else the last, is current afterwards.
-    void erase();
+    void erase(Durability durability = Durability::Process);
     [[nodiscard]] bool isModified() const { return modified_; }
     /// Waits until all that was posted and deleted in this table so far, by whichever cursor, is safe from a
     /// power cut: one wait for many rows that were posted without. Errors: Error(BadState, Io).

@@ -72,16 +72,16 @@ void Dataset::edit() {
     changed(DatasetChange::State);
 }
 
-void Dataset::post() {
+void Dataset::post(Durability durability) {
     requireOpen();
     requireUnvisited();
     switch (state_) {
     case DatasetState::Insert:
-        record_ = open_->append(row_);
+        record_ = open_->append(row_, durability);
         break;
     case DatasetState::Edit:
         if (row_ != shown_) {
-            open_->overwrite(record_, shown_, row_);
+            open_->overwrite(record_, shown_, row_, durability);
         }
         giveRecordBack();
         break;
@@ -117,7 +117,7 @@ void Dataset::cancel() {
     changed(DatasetChange::Moved);
 }
 
-void Dataset::erase() {
+void Dataset::erase(Durability durability) {
     requireOpen();
     const bool wasInserting = state_ == DatasetState::Insert;
     cancel();
@@ -127,7 +127,7 @@ void Dataset::erase() {
     requireOpen();
     takeRecord();
     try {
-        open_->erase(record_, row_);
+        open_->erase(record_, row_, durability);
     } catch (...) {
         giveRecordBack();
         throw;

@@ -12,6 +12,7 @@
 #include <span>
 #include <string>
 
+#include "dbase/durability.h"
 #include "dbase/index_file.h"
 #include "dbase/journal.h"
 #include "dbase/locks.h"
@@ -49,7 +50,6 @@ public:
 
     /// On a network folder the lock stays: without it nobody knows how old the counter is that is read.
     void setReadGuard(ReadGuard guard) { readGuard_ = records_.file().isRemote() ? ReadGuard::Lock : guard; }
-    void setDurability(Durability durability) { durability_ = durability; }
 
     /// Runs a reading operation on a state of the table that no writer of ours changes meanwhile. The
     /// operation may run more than once: it must start from its own copies and only assign results at its
@@ -62,15 +62,17 @@ public:
     [[nodiscard]] std::uint64_t changeCounter() const;
 
     // --- Changes; each is whole or not there. Errors: Error, the files then are as before.
-    RecordNumber append(std::span<const char> record);
+    RecordNumber append(std::span<const char> record, Durability durability = Durability::Process);
     /// `shown` is what the caller last saw: Error(RecordChanged) when the stored record is another one.
-    void overwrite(RecordNumber number, std::span<const char> shown, std::span<const char> record);
-    void erase(RecordNumber number, std::span<const char> shown);
+    void overwrite(RecordNumber number, std::span<const char> shown, std::span<const char> record,
+                   Durability durability = Durability::Process);
+    void erase(RecordNumber number, std::span<const char> shown, Durability durability = Durability::Process);
 
     /// Lets a function change neighbouring records, at most `most` from `first` on, under one lock and, save
     /// where there are unique tags, as one change of at most largestChange bytes; deleted records and those
     /// that somebody holds are left out. Returns the record behind them, 0 when there is none.
-    RecordNumber amend(RecordNumber first, RecordNumber most, const Amendment& amendment);
+    RecordNumber amend(RecordNumber first, RecordNumber most, const Amendment& amendment,
+                       Durability durability = Durability::Process, const LeftOut& leftOut = {});
 
     /// Puts the records changed so far on the disk: one wait for many changes, where each alone would need
     /// Durability::Disk. The tags can be rebuilt from the records. Errors: Error(Io).
@@ -119,10 +121,11 @@ private:
     void requireWhole(std::span<const char> record) const;
     void sendFirst();
     template<typename Write, typename Undo>
-    void apply(const RecordChange& change, std::uint32_t count, Write&& write, Undo&& undo);
+    void apply(const RecordChange& change, Durability durability, std::uint32_t count, Write&& write,
+               Undo&& undo);
     [[nodiscard]] bool changesOneByOne() const;
-    void amendLocked(RecordNumber first, RecordNumber last, const Amendment& amendment,
-                     const std::function<bool(RecordNumber)>& take);
+    struct Pass;
+    void amendLocked(RecordNumber first, RecordNumber last, const Pass& pass);
 
     // table_health.cpp
     [[nodiscard]] Health health();
@@ -133,8 +136,8 @@ private:
     void correctCount(Health found);
     void joinSession();
     void leaveSession();
-    void record(const RecordChange& change, std::uint64_t counter);
-    void syncUnjournaled();
+    void record(const RecordChange& change, std::uint64_t counter, Durability durability);
+    void syncUnjournaled(Durability durability);
 
     // table_rebuild.cpp
     void rebuildLocked(const Progress& progress);
@@ -144,7 +147,6 @@ private:
     std::optional<Journal> journal_;
     std::string readOnlyReason_;
     ReadGuard readGuard_ = ReadGuard::Lock;
-    Durability durability_ = Durability::Process;
     std::optional<std::uint32_t> verifiedCount_; // records for which the entries of a tag were counted
     bool isCounted_ = false;                     // the header's count was compared with the file once
     bool hasTail_ = false; // the count was corrected, and part of a record may lie behind the last one

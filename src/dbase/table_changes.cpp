@@ -75,7 +75,8 @@ void Table::sendFirst() {
 // be undone leaves the mark standing, and the next one to touch the table rebuilds the tags. Pages that are
 // written and forgotten already cannot be put back: then the record is, under the mark.
 template<typename Write, typename Undo>
-void Table::apply(const RecordChange& change, std::uint32_t count, Write&& write, Undo&& undo) {
+void Table::apply(const RecordChange& change, Durability durability, std::uint32_t count, Write&& write,
+                  Undo&& undo) {
     const UpdateStamp before = index_ ? index_->stamp() : UpdateStamp{};
     const std::uint32_t countBefore = records_.recordCount();
     const auto writeStamp = [&](const UpdateStamp& stamp) {
@@ -87,7 +88,7 @@ void Table::apply(const RecordChange& change, std::uint32_t count, Write&& write
     try {
         beginJournal();
         writeStamp(before.begun(count));
-        record(change, index_ ? before.begun(count).counter : 0);
+        record(change, index_ ? before.begun(count).counter : 0, durability);
         sendFirst();
         isTouched = true;
         write();
@@ -124,7 +125,7 @@ void Table::requireWhole(std::span<const char> record) const {
     }
 }
 
-RecordNumber Table::append(std::span<const char> record) {
+RecordNumber Table::append(std::span<const char> record, Durability durability) {
     requireWritable();
     requireWhole(record);
     RecordNumber number = 0;
@@ -140,7 +141,7 @@ RecordNumber Table::append(std::span<const char> record) {
         RecordChange change;
         change.add(number, {}, record);
         apply(
-            change, number,
+            change, durability, number,
             [&] {
                 records_.writeBehind(number, record);
                 records_.setCount(number);
@@ -151,11 +152,12 @@ RecordNumber Table::append(std::span<const char> record) {
                 records_.dropBehind(count);
             });
     }
-    syncUnjournaled();
+    syncUnjournaled(durability);
     return number;
 }
 
-void Table::overwrite(RecordNumber number, std::span<const char> shown, std::span<const char> record) {
+void Table::overwrite(RecordNumber number, std::span<const char> shown, std::span<const char> record,
+                      Durability durability) {
     requireWritable();
     requireWhole(record);
     {
@@ -179,16 +181,17 @@ void Table::overwrite(RecordNumber number, std::span<const char> shown, std::spa
         RecordChange change;
         change.add(number, before, record);
         apply(
-            change, count, [&] { writeAfter(records_, change); }, [&] { writeBefore(records_, change); });
+            change, durability, count, [&] { writeAfter(records_, change); },
+            [&] { writeBefore(records_, change); });
     }
-    syncUnjournaled();
+    syncUnjournaled(durability);
 }
 
-void Table::erase(RecordNumber number, std::span<const char> shown) {
+void Table::erase(RecordNumber number, std::span<const char> shown, Durability durability) {
     requireWhole(shown);
     std::vector<char> deleted(shown.begin(), shown.end());
     deleted[0] = '*';
-    overwrite(number, shown, deleted);
+    overwrite(number, shown, deleted, durability);
 }
 
 // Looking for the successor of a key in a unique tag reads stored records: it must not meet one whose change
@@ -198,7 +201,16 @@ bool Table::changesOneByOne() const {
                                  [](const Tag& tag) { return tag.definition.unique; });
 }
 
-RecordNumber Table::amend(RecordNumber first, RecordNumber most, const Amendment& amendment) {
+/// What amend() does to each stretch of records that it changes as one.
+struct Table::Pass {
+    const Amendment& amendment;
+    const LeftOut& leftOut;
+    Durability durability;
+    std::function<bool(RecordNumber)> take; // its lock; false when somebody holds it
+};
+
+RecordNumber Table::amend(RecordNumber first, RecordNumber most, const Amendment& amendment,
+                          Durability durability, const LeftOut& leftOut) {
     requireWritable();
     const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
     renewTornViews();
@@ -210,30 +222,36 @@ RecordNumber Table::amend(RecordNumber first, RecordNumber most, const Amendment
     most = std::min(most, static_cast<RecordNumber>(largestChange / 2 / schema().recordLength));
     const RecordNumber last = most <= count - first ? first + most - 1 : count;
     NeighbourLocks locks(records_.file(), first, last, !recordLocks_.isAnyHeld(first, last));
+    const Pass pass{amendment, leftOut, durability,
+                    [&](RecordNumber number) { return !recordLocks_.isHeld(number) && locks.take(number); }};
     const RecordNumber step = changesOneByOne() ? 1 : last - first + 1;
     for (RecordNumber begin = first; begin <= last; begin += step) {
-        amendLocked(begin, begin + step - 1, amendment,
-                    [&](RecordNumber number) { return !recordLocks_.isHeld(number) && locks.take(number); });
+        amendLocked(begin, begin + step - 1, pass);
     }
     return last < count ? last + 1 : 0;
 }
 
-void Table::amendLocked(RecordNumber first, RecordNumber last, const Amendment& amendment,
-                        const std::function<bool(RecordNumber)>& take) {
+void Table::amendLocked(RecordNumber first, RecordNumber last, const Pass& pass) {
     RecordChange change;
     TagChanges tags(records_, index_.get());
     std::vector<char> stored, changed;
     for (RecordNumber number = first; number <= last; ++number) {
-        if (!take(number)) {
+        const bool isTaken = pass.take(number);
+        if (!isTaken && !pass.leftOut) {
             continue;
         }
         const std::span<const char> bytes = records_.record(number).bytes;
         stored.assign(bytes.begin(), bytes.end());
         const RecordView record{&schema(), stored, number};
-        changed = stored;
-        if (!record.isDeleted()) {
-            amendment(record, changed);
+        if (record.isDeleted()) {
+            continue;
         }
+        if (!isTaken) {
+            pass.leftOut(record);
+            continue;
+        }
+        changed = stored;
+        pass.amendment(record, changed);
         if (changed != stored) {
             tags.replace(record, {&schema(), changed, number});
             change.add(number, stored, changed);
@@ -243,9 +261,9 @@ void Table::amendLocked(RecordNumber first, RecordNumber last, const Amendment& 
         return;
     }
     apply(
-        change, records_.recordCount(), [&] { writeAfter(records_, change); },
+        change, pass.durability, records_.recordCount(), [&] { writeAfter(records_, change); },
         [&] { writeBefore(records_, change); });
-    syncUnjournaled();
+    syncUnjournaled(pass.durability);
 }
 
 } // namespace dbase

@@ -185,11 +185,11 @@ void Table::beginJournal() {
     }
 }
 
-void Table::record(const RecordChange& change, std::uint64_t counter) {
+void Table::record(const RecordChange& change, std::uint64_t counter, Durability durability) {
     if (!journal_) {
         return;
     }
-    const bool isKept = durability_ == Durability::Disk;
+    const bool isKept = durability == Durability::Disk;
     // A new row that a death cuts short never counts: that something was written is all there is to say. On a
     // network folder its pieces reach the others in any order.
     const bool saysAll =
@@ -207,8 +207,8 @@ void Table::record(const RecordChange& change, std::uint64_t counter) {
 }
 
 // A table that keeps no journal has nothing better than the record itself on the disk.
-void Table::syncUnjournaled() {
-    if (!journal_ && durability_ == Durability::Disk) {
+void Table::syncUnjournaled(Durability durability) {
+    if (!journal_ && durability == Durability::Disk) {
         records_.file().sync();
     }
 }

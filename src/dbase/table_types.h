@@ -16,14 +16,11 @@ enum class ReadGuard {
              // noticed
 };
 
-/// When a change is on the disk.
-enum class Durability {
-    Process, // survives the death of any process at once
-    Disk,    // the machine's too: the journal is synced before the records are touched
-};
-
 /// What Table::amend() does to one record: changes the bytes of `after`, which are those of `before` at
 /// first. Must leave the table itself alone.
 using Amendment = std::function<void(const RecordView& before, std::span<char> after)>;
+
+/// Is told of each record, deleted ones aside, that Table::amend() leaves out because somebody holds it.
+using LeftOut = std::function<void(const RecordView& held)>;
 
 } // namespace dbase

@@ -161,7 +161,6 @@ std::vector<std::string> CodigosPostalesMunicipio(const std::string& database, c
 template<typename SaveRow>
 StreetSaving::Outcome StreetSaving::saveEach(SaveRow saveRow) {
     Outcome outcome;
-    const SyncedTogether once;                                     // see sync()
     const dbase::NotificationPause pause(controller.DM->tbPostal); // a list behind is drawn once, at the end
     for (std::size_t row = 0; row < streets.size(); ++row) {
         if (beforeRow)
@@ -194,7 +193,7 @@ void StreetSaving::sync(Outcome& outcome) {
 
 /// Counts the pending row and stores it. One that is not stored is dropped: the next street takes its place.
 void StreetSaving::offer(Outcome& outcome) {
-    if (!controller.AceptarVia()) {
+    if (!controller.AceptarVia(dbase::Durability::Process)) { // see sync()
         if (!controller.streetFailure().isEmpty())
             outcome.failure = controller.streetFailure();
         controller.DM->tbPostal.cancel();

@@ -20,6 +20,7 @@ set(public_headers
   dbase/dataset.h
   dbase/dataset_types.h
   dbase/dataset_window.h
+  dbase/durability.h
   dbase/error.h
   dbase/field.h
   dbase/listener_list.h

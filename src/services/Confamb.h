@@ -4,6 +4,7 @@
 #include <string>
 
 #include "AmbrelExport.h"
+#include "dbase/durability.h"
 
 namespace ambrel {
 
@@ -37,6 +38,10 @@ public:
     /// Whether a street that was accepted is safe from a power cut at once, at the price of a wait for the
     /// disk. Without it the last ones before the cut may be missing; the tables are whole either way.
     bool AsegurarEnDisco = true;
+    /// The same for those who post.
+    [[nodiscard]] dbase::Durability durability() const {
+        return AsegurarEnDisco ? dbase::Durability::Disk : dbase::Durability::Process;
+    }
 
     /// The public service until the host gives another.
     ambrel::DirectoryService directoryService;
@@ -49,27 +54,30 @@ public:
 
     /// Reads a file in UTF-8; what it does not name stays as it is:
     ///
-    ///     ; a comment, as is a line that begins with #
+    ///     ; A comment stands on a line of its own, as does one that begins with #.
     ///     [BaseDeDatos]
     ///     Alias=AMBREL
-    ///     Carpeta=datos           ; relative to the file's own folder; needed with Alias
+    ///     ; Relative to the file's own folder; needed with Alias.
+    ///     Carpeta=datos
     ///     [Provincia]
     ///     Codigo=28
     ///     Nombre=MADRID
-    ///     NombreEnVias=MADRID     ; the name when there is none
+    ///     ; The name when there is none.
+    ///     NombreEnVias=MADRID
     ///     [Municipio]
     ///     Codigo=3
     ///     Nombre=MADRID
     ///     [Opciones]
-    ///     EntidadesMenores=no     ; si, no
+    ///     ; si, no
+    ///     EntidadesMenores=no
     ///     AsegurarEnDisco=si
     ///     [Callejero]
     ///     Servidor=http://ovc.catastro.meh.es
     ///     Accion=http://tempuri.org
     ///     EspacioDeNombres=http://www.catastro.meh.es/
     ///
-    /// Comments stand on lines of their own. Errors: dbase::Error(NotFound) for a file that cannot be read,
-    /// dbase::Error(BadValue) that names the line for anything not understood; nothing has changed then.
+    /// Errors: dbase::Error(NotFound) for a file that cannot be read, dbase::Error(BadValue) that names the
+    /// line for anything not understood; nothing has changed then.
     void loadIni(const std::string& path);
 
 private:

@@ -1,28 +1,7 @@
 // Table access operations.
 #include "services/Ruttb.h"
 
-#include "dbase/table.h"
 #include "services/Confamb.h"
-
-namespace {
-
-int syncedTogether = 0;
-
-void settleDurability(dbase::Dataset& table) {
-    if (table.isOpen())
-        table.openTable().setDurability(Config.AsegurarEnDisco && syncedTogether == 0
-                                            ? dbase::Durability::Disk
-                                            : dbase::Durability::Process);
-}
-
-} // namespace
-
-namespace ambrel {
-
-SyncedTogether::SyncedTogether() { ++syncedTogether; }
-SyncedTogether::~SyncedTogether() { --syncedTogether; }
-
-} // namespace ambrel
 
 void TBIndexa(const std::string& tag, dbase::Dataset& table) { table.setTag(tag); }
 
@@ -42,15 +21,9 @@ void TBRango(dbase::Dataset& table, const dbase::Key& low, const dbase::Key& hig
 
 void TBFiltra(dbase::Dataset& table, const std::string& condition) { table.setFilter(condition); }
 
-void TBPost(dbase::Dataset& table) {
-    settleDurability(table);
-    table.post();
-}
+void TBPost(dbase::Dataset& table) { table.post(Config.durability()); }
 
-void TBDelete(dbase::Dataset& table) {
-    settleDurability(table);
-    table.erase();
-}
+void TBDelete(dbase::Dataset& table) { table.erase(Config.durability()); }
 
 bool BloqueaActual(dbase::Dataset& table) { return table.lockCurrent(); }
 

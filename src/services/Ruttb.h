@@ -40,7 +40,8 @@ AMBREL_EXPORT void TBRango(dbase::Dataset& table, const dbase::Key& low, const d
 AMBREL_EXPORT void TBFiltra(dbase::Dataset& table, const std::string& condition);
 
 /// Writes the pending row; it stays pending when this raises. As Config.AsegurarEnDisco says, what TBPost and
-/// TBDelete did is safe from a power cut at their return.
+/// TBDelete did is safe from a power cut at their return. Who stores many rows posts each with
+/// dbase::Durability::Process and calls dbase::Dataset::sync() behind them.
 AMBREL_EXPORT void TBPost(dbase::Dataset& table);
 
 /// Deletes the current record; the next one, else the last, is current afterwards.
@@ -58,17 +59,3 @@ AMBREL_EXPORT void DesbloqueaAll(dbase::Dataset& table);
                                                                       const std::string& tableFile,
                                                                       const std::string& tag, bool reserved,
                                                                       bool open);
-
-namespace ambrel {
-
-/// While one lives TBPost and TBDelete do not wait for the disk, whatever the configuration says. Who stores
-/// many rows calls dbase::Dataset::sync() behind them.
-class AMBREL_EXPORT SyncedTogether {
-public:
-    SyncedTogether();
-    ~SyncedTogether();
-    SyncedTogether(const SyncedTogether&) = delete;
-    SyncedTogether& operator=(const SyncedTogether&) = delete;
-};
-
-} // namespace ambrel

@@ -255,20 +255,41 @@ TEST_F(DurabilityTest, OnlyTheFirstChangeOfASessionWaitsForTheDisk) {
 }
 
 TEST_F(DurabilityTest, WithTheDiskEachChangeWaitsOnce) {
-    table->setDurability(Durability::Disk);
-    table->append(row(*table, "UNO"));
-    const std::size_t first = faults->syncs;
-    table->append(row(*table, "DOS"));
-    EXPECT_EQ(faults->syncs, first + 1);
+    table->append(row(*table, "UNO"), Durability::Disk);
+    const auto waitsFor = [&](const std::function<void()>& change) {
+        const std::size_t before = faults->syncs;
+        change();
+        return faults->syncs - before;
+    };
+    const Bytes two = row(*table, "DOS"), three = row(*table, "TRES"), four = row(*table, "CUATRO");
+    EXPECT_EQ(waitsFor([&] { table->append(two, Durability::Disk); }), 1U);
+    EXPECT_EQ(waitsFor([&] { table->overwrite(2, two, three, Durability::Disk); }), 1U);
+    EXPECT_EQ(waitsFor([&] {
+                  const auto rename = [&](const RecordView&, std::span<char> after) {
+                      std::ranges::copy(four, after.begin());
+                  };
+                  static_cast<void>(table->amend(1, 2, rename, Durability::Disk));
+              }),
+              1U);
+    EXPECT_EQ(waitsFor([&] { table->erase(1, four, Durability::Disk); }), 1U);
+}
+
+TEST_F(DurabilityTest, AChangeThatWaitedLeavesNoWaitToTheNextOnes) {
+    table->append(row(*table, "UNO"), Durability::Disk);
+    table->append(row(*table, "DOS")); // what was kept for the first one goes to its place
+    const std::size_t before = faults->syncs;
+    table->append(row(*table, "TRES"));
+    table->overwrite(1, row(*table, "UNO"), row(*table, "UNA"));
+    table->erase(2, row(*table, "DOS"));
+    EXPECT_EQ(faults->syncs, before);
 }
 
 TEST_F(DurabilityTest, AChangeWhoseSyncFailsIsNotThere) {
-    table->setDurability(Durability::Disk);
-    table->append(row(*table, "UNO"));
+    table->append(row(*table, "UNO"), Durability::Disk);
     faults->failingSync = faults->syncs + 1;
-    EXPECT_EQ(errorOf([&] { table->append(row(*table, "DOS")); }).code(), ErrorCode::Io);
+    EXPECT_EQ(errorOf([&] { table->append(row(*table, "DOS"), Durability::Disk); }).code(), ErrorCode::Io);
     EXPECT_EQ(order(*table, "NOMBRE").size(), 1U);
-    table->append(row(*table, "TRES"));
+    table->append(row(*table, "TRES"), Durability::Disk);
     EXPECT_EQ(order(*table, "NOMBRE").size(), 2U);
     EXPECT_EQ(stored.findings(), "");
 }

@@ -43,8 +43,10 @@ protected:
     void open(std::size_t station) {
         tables_[station].reset();
         tables_[station] = openRemote(stored_, stations_[station]);
-        if (station == 0)
-            tables_[station]->setDurability(Durability::Disk);
+    }
+    /// The first workstation waits for the disk, the others do not.
+    [[nodiscard]] Durability durability(std::size_t station) const {
+        return station == 0 ? ofTheFirst_ : Durability::Process;
     }
 
     unsigned pick(unsigned low, unsigned high) {
@@ -69,15 +71,16 @@ protected:
     // --- What a workstation does, and what must come of it
     void append(std::size_t station) {
         rows_.push_back(anyRow());
-        EXPECT_EQ(tables_[station]->append(rows_.back()), rows_.size());
+        EXPECT_EQ(tables_[station]->append(rows_.back(), durability(station)), rows_.size());
     }
     void overwrite(std::size_t station, RecordNumber number, const Bytes& shown, const Bytes& row) {
         if (shown == rows_[number - 1]) {
-            tables_[station]->overwrite(number, shown, row);
+            tables_[station]->overwrite(number, shown, row, durability(station));
             rows_[number - 1] = row;
         } else {
-            EXPECT_EQ(errorOf([&] { tables_[station]->overwrite(number, shown, row); }).code(),
-                      ErrorCode::RecordChanged);
+            EXPECT_EQ(
+                errorOf([&] { tables_[station]->overwrite(number, shown, row, durability(station)); }).code(),
+                ErrorCode::RecordChanged);
         }
     }
     void read(std::size_t station, RecordNumber number) {
@@ -96,10 +99,10 @@ protected:
     void amend(std::size_t station, RecordNumber first, RecordNumber most, RecordNumber held = 0) {
         const Bytes model = anyRow();
         const auto end = std::min<RecordNumber>(first + most, static_cast<RecordNumber>(rows_.size()) + 1);
-        const RecordNumber behind =
-            tables_[station]->amend(first, most, [&](const RecordView&, std::span<char> after) {
-                std::ranges::copy(model, after.begin());
-            });
+        const RecordNumber behind = tables_[station]->amend(
+            first, most,
+            [&](const RecordView&, std::span<char> after) { std::ranges::copy(model, after.begin()); },
+            durability(station));
         EXPECT_EQ(behind, end <= rows_.size() ? end : 0);
         for (RecordNumber number = first; number < end; ++number)
             if (number != held && rows_[number - 1][0] != '*')
@@ -176,6 +179,7 @@ protected:
     std::mt19937 random_{ambrel::test::seedOfThisRun()};
     MemoryTable stored_{layout()};
     std::array<std::shared_ptr<RemoteStation>, stationCount> stations_;
+    Durability ofTheFirst_ = Durability::Disk;
     std::array<std::unique_ptr<Table>, stationCount> tables_;
     std::array<std::map<RecordNumber, Bytes>, stationCount> seen_; // as each workstation last read them
     std::vector<Bytes> rows_;                                      // as they should be
@@ -254,23 +258,25 @@ protected:
 
     std::vector<Step> script() {
         const Bytes a = anyRow(), b = anyRow(), c = anyRow();
-        return {[=, this](auto& rows) {
-                    rows.push_back(a);
-                    tables_[0]->append(a);
-                },
-                [=, this](auto& rows) { put(rows, 2, b); },
-                [=, this](auto& rows) { put(rows, 3, erased(rows[2])); },
-                [=, this](auto& rows) {
-                    std::fill(rows.begin() + 4, rows.begin() + 12, c);
-                    tables_[0]->amend(5, 8, [&](const RecordView&, std::span<char> after) {
-                        std::ranges::copy(c, after.begin());
-                    });
-                },
-                [this](auto&) { tables_[0]->rebuildTags(); }};
+        return {
+            [=, this](auto& rows) {
+                rows.push_back(a);
+                tables_[0]->append(a, durability(0));
+            },
+            [=, this](auto& rows) { put(rows, 2, b); },
+            [=, this](auto& rows) { put(rows, 3, erased(rows[2])); },
+            [=, this](auto& rows) {
+                std::fill(rows.begin() + 4, rows.begin() + 12, c);
+                tables_[0]->amend(
+                    5, 8,
+                    [&](const RecordView&, std::span<char> after) { std::ranges::copy(c, after.begin()); },
+                    durability(0));
+            },
+            [this](auto&) { tables_[0]->rebuildTags(); }};
     }
     void put(std::vector<Bytes>& rows, RecordNumber number, const Bytes& row) {
         const Bytes before = std::exchange(rows[number - 1], row);
-        tables_[0]->overwrite(number, before, row);
+        tables_[0]->overwrite(number, before, row, durability(0));
     }
 
     /// Runs the script with workstation 0 switched off at a step; false when it came to its end. Then the
@@ -279,6 +285,7 @@ protected:
         tables_ = {};
         stored_ = MemoryTable(layout());
         rows_.clear();
+        ofTheFirst_ = Durability::Disk;
         stations_[0] = std::make_shared<RemoteStation>();
         stations_[1] = std::make_shared<RemoteStation>();
         open(0);
@@ -288,7 +295,7 @@ protected:
         for (RecordNumber number = 30; number < 40; ++number)
             overwrite(1, number, rows_[number - 1], anyRow());
         walk(0);
-        tables_[0]->setDurability(durability);
+        ofTheFirst_ = durability;
         stations_[0]->steps = 0;
         stations_[0]->lastStep = lastStep;
         stations_[0]->chance.seed(chance);

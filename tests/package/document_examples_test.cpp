@@ -5,11 +5,9 @@
 #include <initializer_list>
 #include <utility>
 
-#include <sys/syscall.h>
-#include <unistd.h>
-
 #include "PackageTest.h"
 #include "snippets/own_table.cpp"
+#include "support/DiskWaits.h"
 
 void configureFrom(const std::string& iniFile);
 std::string postalCodeOf(const std::string& municipality, const std::string& street,
@@ -18,16 +16,6 @@ bool leaveNumber(TClassCodPostales& postal, const QString& street, const QString
                  dbase::Field& postalCode);
 void leaveStreet(TClassCodPostales& postal, QLineEdit* street, const QString& type, dbase::Field* postalCode);
 bool startEdit(dbase::Dataset& table);
-
-namespace {
-int diskWaits = 0;
-}
-
-/// Stands before the system's routine for the shared library, too.
-extern "C" [[gnu::visibility("default")]] int fdatasync(int file) {
-    ++diskWaits;
-    return static_cast<int>(syscall(SYS_fdatasync, file));
-}
 
 namespace {
 
@@ -161,9 +149,9 @@ TEST_F(DocumentExamplesTest, ManyRowsAreStoredTogetherWithOneWaitForTheDisk) {
     Members members;
     members.data.open();
     storeAll(members, {"LUZ"}); // the first change of a table waits more often
-    diskWaits = 0;
+    const int before = ambrel::test::diskWaits();
     storeAll(members, {"EVA", "ANA"});
-    EXPECT_EQ(diskWaits, 1);
+    EXPECT_EQ(ambrel::test::diskWaits() - before, 1);
     std::vector<std::string> names;
     members.data.first();
     do

@@ -26,7 +26,6 @@ void RandomPosts::hold(const Holding& holding) {
 
 void RandomPosts::open() {
     table_ = dbase::Table::open(tableFile_);
-    table_->setDurability(work_.durability);
     if (work_.throughDataset)
         streets_.open();
 }
@@ -74,10 +73,10 @@ void RandomPosts::append() {
     if (work_.throughDataset) {
         streets_.append();
         setFields(streets_, row);
-        streets_.post();
+        streets_.post(work_.durability);
         number = streets_.recordNumber();
     } else {
-        number = table_->append(streetRecord(table_->schema(), row));
+        number = table_->append(streetRecord(table_->schema(), row), work_.durability);
     }
     log_.acknowledge(number);
     hold({number, row});
@@ -106,20 +105,20 @@ void RandomPosts::store(const Holding& target, const StreetVersion& row) {
     if (!work_.throughDataset) {
         const Bytes shown = streetRecord(table_->schema(), target.row);
         if (row.erased)
-            table_->erase(target.number, shown);
+            table_->erase(target.number, shown, work_.durability);
         else
-            table_->overwrite(target.number, shown, streetRecord(table_->schema(), row));
+            table_->overwrite(target.number, shown, streetRecord(table_->schema(), row), work_.durability);
         return;
     }
     if (!streets_.goTo(dbase::Bookmark(target.number)) || currentRow(streets_) != target.row)
         throw std::runtime_error("not there: " + codeOf(target.row.serial));
     if (row.erased) {
-        streets_.erase();
+        streets_.erase(work_.durability);
         return;
     }
     streets_.edit();
     setFields(streets_, row);
-    streets_.post();
+    streets_.post(work_.durability);
 }
 
 void RandomPosts::rebuild() {

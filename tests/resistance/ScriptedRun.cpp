@@ -16,7 +16,9 @@ constexpr int firstRows = 12;
 Step append(const Schema& schema, int number) {
     const Bytes row = scriptedRow(schema, number);
     return {"append " + std::to_string(number),
-            [row](Table& table, const Rows&) { static_cast<void>(table.append(row)); },
+            [row](Table& table, const Rows&, Durability durability) {
+                static_cast<void>(table.append(row, durability));
+            },
             [row](Rows rows) {
                 rows.push_back(row);
                 return rows;
@@ -26,9 +28,9 @@ Step append(const Schema& schema, int number) {
 Step overwrite(const Schema& schema, RecordNumber record, int number) {
     const Bytes row = scriptedRow(schema, number);
     return {"overwrite " + std::to_string(record) + " with " + std::to_string(number),
-            [=](Table& table, const Rows& now) {
+            [=](Table& table, const Rows& now, Durability durability) {
                 if (record <= now.size())
-                    table.overwrite(record, now[record - 1], row);
+                    table.overwrite(record, now[record - 1], row, durability);
             },
             [=](Rows rows) {
                 if (record <= rows.size())
@@ -39,9 +41,9 @@ Step overwrite(const Schema& schema, RecordNumber record, int number) {
 
 Step erase(RecordNumber record) {
     return {"erase " + std::to_string(record),
-            [=](Table& table, const Rows& now) {
+            [=](Table& table, const Rows& now, Durability durability) {
                 if (record <= now.size())
-                    table.erase(record, now[record - 1]);
+                    table.erase(record, now[record - 1], durability);
             },
             [=](Rows rows) {
                 if (record <= rows.size())
@@ -56,11 +58,11 @@ Step amend(const Schema& schema, RecordNumber first, RecordNumber most, int numb
         return scriptedRow(schema, number + static_cast<int>(record));
     };
     return {"amend " + std::to_string(first) + " and " + std::to_string(most - 1) + " more",
-            [=](Table& table, const Rows&) {
-                static_cast<void>(
-                    table.amend(first, most, [&](const RecordView& before, std::span<char> after) {
-                        std::ranges::copy(amended(before.number), after.begin());
-                    }));
+            [=](Table& table, const Rows&, Durability durability) {
+                const auto renumber = [&](const RecordView& before, std::span<char> after) {
+                    std::ranges::copy(amended(before.number), after.begin());
+                };
+                static_cast<void>(table.amend(first, most, renumber, durability));
             },
             [=](Rows rows) {
                 for (RecordNumber record = first; record < first + most && record <= rows.size(); ++record)
@@ -71,17 +73,18 @@ Step amend(const Schema& schema, RecordNumber first, RecordNumber most, int numb
 }
 
 Step sync() {
-    return {"sync", [](Table& table, const Rows&) { table.sync(); }, [](Rows rows) { return rows; }, true};
+    return {"sync", [](Table& table, const Rows&, Durability) { table.sync(); },
+            [](Rows rows) { return rows; }, true};
 }
 
 Step rebuild() {
-    return {"rebuildTags", [](Table& table, const Rows&) { table.rebuildTags(); },
+    return {"rebuildTags", [](Table& table, const Rows&, Durability) { table.rebuildTags(); },
             [](Rows rows) { return rows; }};
 }
 
 Step walk() {
     return {"walk",
-            [](Table& table, const Rows&) {
+            [](Table& table, const Rows&, Durability) {
                 const std::size_t rows = rowsOf(table).size();
                 EXPECT_EQ(order(table, "NOMBRE").size(), rows);
                 EXPECT_EQ(orderBackwards(table, "NUMDES").size(), rows);

@@ -16,7 +16,7 @@ using Rows = std::vector<Bytes>;
 struct Step {
     std::string name;
     /// Raises what the table raises. `now`: the rows before it.
-    std::function<void(Table&, const Rows& now)> run;
+    std::function<void(Table&, const Rows& now, Durability)> run;
     /// The rows after it; the same for a step that changes none.
     std::function<Rows(Rows)> effect;
     bool syncs = false; // all that was done before is on the disk when it is over

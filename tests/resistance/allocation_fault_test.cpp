@@ -123,7 +123,7 @@ protected:
     }
 
     static Ready changed(const Step& step, const std::shared_ptr<Table>& table) {
-        return [step, table, rows = rowsOf(*table)] { step.run(*table, rows); };
+        return [step, table, rows = rowsOf(*table)] { step.run(*table, rows, Durability::Process); };
     }
     void failInStep(const Step& step) {
         failEverywhere(step.name.c_str(),

@@ -68,11 +68,8 @@ protected:
     [[nodiscard]] std::string path() const { return folder_ / "GUION.DBF"; }
     [[nodiscard]] Bytes row(int number) const { return scriptedRow(schema_, number); }
 
-    [[nodiscard]] std::shared_ptr<Table> open() const {
-        auto table = Table::open(path());
-        table->setDurability(std::get<Durability>(GetParam()));
-        return table;
-    }
+    [[nodiscard]] static Durability durability() { return std::get<Durability>(GetParam()); }
+    [[nodiscard]] std::shared_ptr<Table> open() const { return Table::open(path()); }
 
     void load(Mode mode, int from, int to) const {
         BulkLoader loader(path(), mode);
@@ -108,7 +105,7 @@ protected:
         const auto rows = static_cast<int>(table.records().recordCount());
         for (int number = rows + 1;; ++number) {
             try {
-                static_cast<void>(table.append(row(number)));
+                static_cast<void>(table.append(row(number), durability()));
             } catch (const Error& error) {
                 expectFull(error);
                 return number - 1;
@@ -149,11 +146,12 @@ TEST_P(FullDiskTest, AppendsFillItAndGoOnWhenThereIsRoom) {
         for (int attempt = 0; attempt < 3; ++attempt)
             expectFull(errorOf([&] {
                 for (int number = rows + 1;; ++number, ++rows) // a smaller change may still fit
-                    static_cast<void>(table->append(row(number)));
+                    static_cast<void>(table->append(row(number), durability()));
             }));
         expectRows(rows);
         giveRoom();
-        EXPECT_EQ(table->append(row(rows + 1)), static_cast<RecordNumber>(rows + 1)) << "in the same process";
+        EXPECT_EQ(table->append(row(rows + 1), durability()), static_cast<RecordNumber>(rows + 1))
+            << "in the same process";
     }
     expectRows(rows + 1);
 }
@@ -164,7 +162,7 @@ TEST_P(FullDiskTest, AFullDiskIsStillRead) {
     const int rows = fill(*open(), [&](int number) { return row(number); });
     expectRows(rows);
     giveRoom();
-    EXPECT_EQ(open()->append(row(rows + 1)), static_cast<RecordNumber>(rows + 1));
+    EXPECT_EQ(open()->append(row(rows + 1), durability()), static_cast<RecordNumber>(rows + 1));
     expectRows(rows + 1);
 }
 
@@ -177,7 +175,7 @@ TEST_P(FullDiskTest, ChangesInPlaceAreWholeOrNotThere) {
     for (RecordNumber record = 1; record <= static_cast<RecordNumber>(rows); record += 41) {
         const Bytes after = row(static_cast<int>(record) + 3000);
         try {
-            table->overwrite(record, expected[record - 1], after);
+            table->overwrite(record, expected[record - 1], after, durability());
             expected[record - 1] = after;
         } catch (const Error& error) {
             expectFull(error);
@@ -186,7 +184,7 @@ TEST_P(FullDiskTest, ChangesInPlaceAreWholeOrNotThere) {
     }
     EXPECT_EQ(findings(path()), "");
     giveRoom();
-    table->erase(1, expected[0]);
+    table->erase(1, expected[0], durability());
     EXPECT_EQ(storedRecord(*table, 1)[0], '*');
     EXPECT_EQ(findings(path()), "");
 }
@@ -222,7 +220,8 @@ TEST_P(FullDiskTest, ALoadWhoseTagsDoNotFitLeavesTheTableAsItWas) {
     }
     EXPECT_GT(fitting, 0);
     giveRoom();
-    EXPECT_EQ(open()->append(row(before + fitting + 1)), static_cast<RecordNumber>(before + fitting + 1));
+    EXPECT_EQ(open()->append(row(before + fitting + 1), durability()),
+              static_cast<RecordNumber>(before + fitting + 1));
     expectRows(before + fitting + 1);
 }
 

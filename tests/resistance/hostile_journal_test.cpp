@@ -22,13 +22,12 @@ protected:
         const MemoryTable stored = scriptedTable();
         origin_ = DiskImage::of(stored);
         const auto table = stored.open();
-        table->setDurability(Durability::Disk);
         schema_ = table->schema();
         states_.push_back(rowsOf(*table));
         for (const Step& step : shortScript(schema_)) {
             if (step.syncs)
                 break; // the journal begins anew there
-            step.run(*table, states_.back());
+            step.run(*table, states_.back(), Durability::Disk);
             states_.push_back(step.effect(states_.back()));
         }
         written_ = DiskImage::of(stored); // while the table is at work

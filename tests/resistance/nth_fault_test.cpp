@@ -53,23 +53,21 @@ protected:
         }
     }
 
-    static std::unique_ptr<Table> open(const MemoryTable& stored, const std::shared_ptr<Faults>& faults) {
-        auto table = stored.open(faults);
-        table->setDurability(GetParam().durability);
-        return table;
+    static void run(const Step& step, Table& table, const Rows& now) {
+        step.run(table, now, GetParam().durability);
     }
 
     /// Every step that failed is done again by the same process, and is done then.
     static void runPastTheFault(const MemoryTable& stored, const std::shared_ptr<Faults>& faults,
                                 PossibleRows& rows) {
         std::unique_ptr<Table> table;
-        if (!goesThrough([&] { table = open(stored, faults); })) {
-            ASSERT_NO_THROW(table = open(stored, faults)) << "although the fault had passed";
+        if (!goesThrough([&] { table = stored.open(faults); })) {
+            ASSERT_NO_THROW(table = stored.open(faults)) << "although the fault had passed";
         }
         for (const Step& step : shortScript(table->schema())) {
             SCOPED_TRACE(step.name);
             const Rows before = rows.first();
-            if (goesThrough([&] { step.run(*table, before); })) {
+            if (goesThrough([&] { run(step, *table, before); })) {
                 rows.done(step);
                 continue;
             }
@@ -78,7 +76,7 @@ protected:
             ASSERT_NO_THROW(found = rowsOf(*table)) << "although the fault had passed";
             ASSERT_TRUE(rows.settle(found));
             if (found == before) {
-                ASSERT_NO_THROW(step.run(*table, before)) << "although the fault had passed";
+                ASSERT_NO_THROW(run(step, *table, before)) << "although the fault had passed";
                 rows.done(step);
             }
         }
@@ -88,12 +86,12 @@ protected:
     static void runIntoTheFault(const MemoryTable& stored, const std::shared_ptr<Faults>& faults,
                                 PossibleRows& rows) {
         std::unique_ptr<Table> table;
-        if (!goesThrough([&] { table = open(stored, faults); }))
+        if (!goesThrough([&] { table = stored.open(faults); }))
             return;
         int failures = 0;
         for (const Step& step : shortScript(table->schema())) {
             SCOPED_TRACE(step.name);
-            if (goesThrough([&] { step.run(*table, rows.first()); }, !rows.isCertain())) {
+            if (goesThrough([&] { run(step, *table, rows.first()); }, !rows.isCertain())) {
                 rows.done(step);
             } else {
                 rows.doneOrNot(step);

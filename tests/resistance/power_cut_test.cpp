@@ -52,8 +52,7 @@ protected:
             for (const Step& step : script(table->schema())) {
                 const bool toDisk =
                     keeping == Keeping::Disk || (keeping == Keeping::Mixed && random() % 2 == 0);
-                table->setDurability(toDisk ? Durability::Disk : Durability::Process);
-                step.run(*table, recorded.states.back());
+                step.run(*table, recorded.states.back(), toDisk ? Durability::Disk : Durability::Process);
                 recorded.states.push_back(step.effect(recorded.states.back()));
                 recorded.syncs.push_back(step.syncs);
                 recorded.toDisk.push_back(toDisk);

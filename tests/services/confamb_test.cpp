@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "dbase/databases.h"
 #include "dbase/error.h"
@@ -134,6 +135,27 @@ TEST_F(Configuration, IniFileFillsEverything) {
     EXPECT_EQ(config.GetsMunicipio(), "15030");
     EXPECT_TRUE(config.EntidadesMenores);
     EXPECT_FALSE(config.AsegurarEnDisco);
+}
+
+/// The file that a comment of a header shows, indented by four blanks behind its text.
+std::string exampleOf(const std::string& header) {
+    std::ifstream file(header);
+    std::string example;
+    const std::string mark = "    ///     ";
+    for (std::string line; std::getline(file, line);)
+        if (line.starts_with(mark))
+            example += line.substr(mark.size()) + "\n";
+    return example;
+}
+
+TEST_F(Configuration, IniFileOfTheHeaderCanBeReadAsItStands) {
+    ASSERT_EQ(load(exampleOf(AMBREL_SOURCES "/services/Confamb.h")), "");
+    EXPECT_EQ(config.DatabasePath("AMBREL"), folder / "datos");
+    EXPECT_EQ(config.GetProvin(), 28);
+    EXPECT_EQ(config.GetProvin3(), "MADRID");
+    EXPECT_EQ(config.GetnMunicipio(), 3);
+    EXPECT_TRUE(config.AsegurarEnDisco);
+    EXPECT_EQ(config.directoryService.xmlNamespace, "http://www.catastro.meh.es/");
 }
 
 TEST_F(Configuration, IniFileLeavesWhatItDoesNotName) {

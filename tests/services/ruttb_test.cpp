@@ -8,6 +8,7 @@
 #include "dbase/error.h"
 #include "dbase/journal_place.h"
 #include "services/Confamb.h"
+#include "support/DiskWaits.h"
 #include "support/TableTest.h"
 
 namespace {
@@ -194,6 +195,66 @@ TEST_F(Ruttb, CreaTablaRaisesForATableThatIsNotThere) {
     EXPECT_THROW(static_cast<void>(CreaTabla("DB", "NO_HAY.DBF", "NOMBRE", false, openNow)), dbase::Error);
 }
 
+// --- Waiting for the disk
+
+class RuttbDiskWaits : public Ruttb {
+protected:
+    RuttbDiskWaits() { addTown(); } // the first change of a table waits for more
+    ~RuttbDiskWaits() override { Config.AsegurarEnDisco = true; }
+
+    void addTown() {
+        table->append();
+        table->field("NOMBRE").setText("LUGO");
+        TBPost(*table);
+    }
+    static int waitsFor(const std::function<void()>& work) {
+        const int before = ambrel::test::diskWaits();
+        work();
+        return ambrel::test::diskWaits() - before;
+    }
+};
+
+TEST_F(RuttbDiskWaits, TBPostAndTBDeleteWaitOnceEach) {
+    EXPECT_EQ(waitsFor([this] { addTown(); }), 1);
+    EXPECT_EQ(waitsFor([this] { TBDelete(*table); }), 1);
+}
+
+TEST_F(RuttbDiskWaits, TBPostAndTBDeleteDoNotWaitWhereTheConfigurationSaysSo) {
+    Config.AsegurarEnDisco = false;
+    addTown();
+    EXPECT_EQ(waitsFor([this] {
+                  addTown();
+                  TBDelete(*table);
+              }),
+              0);
+}
+
+TEST_F(RuttbDiskWaits, WhatOnePostAskedForIsNothingToTheNext) {
+    dbase::Dataset other("DB", "MUNICIPI", "NOMBRE");
+    other.open();
+    const auto rename = [&] {
+        other.edit();
+        other.field("NOMBRE").setText("LEON");
+        other.post();
+    };
+    addTown();
+    rename(); // what TBPost kept in the journal goes to its place first
+    EXPECT_EQ(waitsFor([&] {
+                  rename();
+                  other.append();
+                  other.post();
+                  other.erase();
+              }),
+              0);
+    EXPECT_EQ(waitsFor([&] {
+                  other.append();
+                  other.post(dbase::Durability::Disk);
+              }),
+              3)
+        << "the change and, once, what was posted without waiting before it";
+    EXPECT_EQ(waitsFor([&] { other.erase(dbase::Durability::Disk); }), 1);
+}
+
 // --- After a power cut
 
 /// The table as a power cut leaves it when the disk has got nothing but what was waited for.
@@ -239,14 +300,6 @@ TEST_F(RuttbPowerCut, WithoutWaitingForTheDiskTheRowMayBeMissingAndTheTableIsWho
     Config.AsegurarEnDisco = false;
     EXPECT_EQ(namesAfterThePowerCut([this] { addTown(); }),
               (Names{"ARAVACA", "BARCELONA", "MADRID", "SEVILLA", "VALENCIA"}));
-}
-
-TEST_F(RuttbPowerCut, RowsStoredTogetherWaitForTheDiskAtTheirEnd) {
-    EXPECT_EQ(namesAfterThePowerCut([this] {
-                  const ambrel::SyncedTogether together;
-                  addTown();
-              }).size(),
-              5U);
 }
 
 } // namespace

@@ -24,11 +24,10 @@ void createMembers(const std::string& folder) {
 
 // Stores many rows with one wait for the disk, behind them, instead of one each.
 void storeAll(Members& members, const std::vector<std::string>& names) {
-    const ambrel::SyncedTogether together;
     for (const std::string& name : names) {
         members.data.append();
         members.name.setText(name);
-        TBPost(members.data);
+        members.data.post(dbase::Durability::Process);
     }
     members.data.sync();
 }
