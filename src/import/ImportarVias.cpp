@@ -3,10 +3,12 @@
 
 #include <QFile>
 #include <QMenu>
+#include <QScopedValueRollback>
 #include <QShortcut>
 #include <QShowEvent>
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
@@ -45,17 +47,27 @@ void TFImportarVias::connectControls() {
     new ambrel::FormKeys(*this, *ui_->BBCancelar,
                          [this](std::uint16_t key, Qt::KeyboardModifiers) { return FormKeyDown(key); });
     help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
-    help_->watchEdit(ui_->CBProvincias, {}, [this] { CBProvinciasExit(); });
+    const auto watchExit = [this](QComboBox* combo, void (Dialog::*handler)()) {
+        help_->watchEdit(combo, {}, [this, combo, handler] {
+            isChoosingByKey_ ? help_->DejaFoco(combo) : (this->*handler)();
+        });
+    };
+    watchExit(ui_->CBProvincias, &Dialog::CBProvinciasExit);
     help_->watchEdit(ui_->CBMunicipios);
-    help_->watchEdit(ui_->CBProvinciasAmbrel, {}, [this] { CBProvinciasAmbrelExit(); });
+    watchExit(ui_->CBProvinciasAmbrel, &Dialog::CBProvinciasAmbrelExit);
     help_->watchEdit(ui_->CBMunicipiosAmbrel);
 
     const auto onClick = [this](auto* button, void (Dialog::*handler)()) {
         connect(button, &QAbstractButton::clicked, this,
                 ambrel::guarded([this, handler] { (this->*handler)(); }));
     };
-    for (QRadioButton* const button : {ui_->RBMasDeUno, ui_->RBUno, ui_->RBTodosConUno})
-        connect(button, &QRadioButton::clicked, this, [this, button] { chooseMode(*button); });
+    for (const auto& [button, key] :
+         {std::pair(ui_->RBMasDeUno, Qt::Key_1), {ui_->RBUno, Qt::Key_2}, {ui_->RBTodosConUno, Qt::Key_3}}) {
+        connect(button, &QRadioButton::clicked, this, [this, button = button] { chooseMode(*button); });
+        // The captions begin with the number; a letter of theirs is not underlined.
+        connect(new QShortcut(Qt::ALT | key, this), &QShortcut::activated, this,
+                ambrel::guarded([this, button = button] { chooseModeByKey(*button); }));
+    }
     onClick(ui_->BBBuscarViasPorProvincia, &Dialog::BBBuscarViasPorProvinciaClick);
     onClick(ui_->BBBuscarViasPorMunicipio, &Dialog::BBBuscarViasPorMunicipioClick);
     onClick(ui_->BBGuardarPorProvincia, &Dialog::BBGuardarPorProvinciaClick);
@@ -101,8 +113,17 @@ void TFImportarVias::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     if (event->spontaneous())
         return;
+    fitCaptions();
     ambrel::fitHints(*this, *ui_->SBAyuda, statusTextMargins);
     ambrel::runGuarded([this] { FormShow(); });
+}
+
+/// A least width that is set takes the place of the caption's own, which may need more.
+void TFImportarVias::fitCaptions() {
+    for (QPushButton* const button : findChildren<QPushButton*>()) {
+        button->ensurePolished();
+        button->setMinimumWidth(std::max(button->minimumWidth(), button->sizeHint().width()));
+    }
 }
 
 void TFImportarVias::resizeEvent(QResizeEvent* event) {
@@ -141,6 +162,16 @@ void TFImportarVias::chooseMode(const QRadioButton& button) {
     QMetaObject::invokeMethod(
         this, [this] { ambrel::runGuarded([this] { RBMasDeUnoClick(); }); },
         isArrow ? Qt::QueuedConnection : Qt::DirectConnection);
+}
+
+/// Whoever goes to another option has done with the places of this one: leaving them asks for nothing and
+/// loads nothing.
+void TFImportarVias::chooseModeByKey(QRadioButton& button) {
+    {
+        const QScopedValueRollback leaving(isChoosingByKey_, true);
+        button.setFocus(Qt::ShortcutFocusReason);
+    }
+    button.click();
 }
 
 void TFImportarVias::RBMasDeUnoClick() {

@@ -5,11 +5,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "AmbrelExport.h"
 #include "import/Document.h"
+#include "import/ProvinceRun.h"
 #include "import/ResponseReaders.h"
 #include "import/StreetSaving.h"
 #include "services/Pantalla.h"
@@ -51,6 +53,8 @@ private:
     void FormClose();
     [[nodiscard]] bool FormKeyDown(std::uint16_t key);
     void chooseMode(const QRadioButton& button);
+    void chooseModeByKey(QRadioButton& button);
+    void fitCaptions();
     void RBMasDeUnoClick();
     void showMode();
     [[nodiscard]] ambrel::ImportMode mode() const;
@@ -93,6 +97,7 @@ private:
     [[nodiscard]] bool isProvinceGiven(const QString& option);
     void BBBuscarViasPorProvinciaClick();
     void fetchStreetsOfChosen();
+    void startRun(ambrel::ProvinceRun::Deed deed, const QString& province, int municipalities);
 
     // ImportarViasGuardar.cpp: saving those of one municipality.
     void BBGuardarPorMunicipioClick();
@@ -119,6 +124,8 @@ private:
     TClassCodPostales& Controlador;
     ambrel::ProgressWindow Progreso;
     bool EnLote = false;
-    QString batchFailure_; // the last one that the user has not been told
+    QString batchFailure_;                   // the last one that the user has not been told
+    std::optional<ambrel::ProvinceRun> run_; // while a province is searched or saved
+    bool isChoosingByKey_ = false;           // what is left for that is not asked about
     ambrel::DirectoryDocument XML;
 };

@@ -185,11 +185,21 @@ void TFImportarVias::BBBuscarViasPorProvinciaClick() {
     if (!isProvinceGiven(QStringLiteral("3ª")))
         return;
     CBProvinciasExit();
+    const int count = ui_->CBMunicipios->count();
+    if (count == 0)
+        return;
     const ambrel::InputPause pause;
-    for (int index = 0; index < ui_->CBMunicipios->count(); ++index) {
+    startRun(ambrel::ProvinceRun::Deed::Filing, ui_->CBProvincias->currentText(), count);
+    const auto end = qScopeGuard([this] { run_.reset(); });
+    for (int index = 0; index < count; ++index) {
+        run_->begin();
         ui_->CBMunicipios->setCurrentIndex(index);
         fetchStreetsOfChosen();
     }
+}
+
+void TFImportarVias::startRun(ambrel::ProvinceRun::Deed deed, const QString& province, int municipalities) {
+    run_.emplace(*ui_->LMensaje_, deed, province, municipalities);
 }
 
 void TFImportarVias::fetchStreetsOfChosen() {
@@ -197,12 +207,16 @@ void TFImportarVias::fetchStreetsOfChosen() {
     const QString municipality = ui_->CBMunicipios->currentText();
     if (province.isEmpty() || municipality.isEmpty()) {
         tellMissingMunicipality(this);
+        run_->userAnswered();
         return;
     }
     // Deliberate: no blank between the text and the name.
     openProgress(QStringLiteral("Importando el listado de vías del municipio") + municipality);
     const auto end = qScopeGuard([this] { closeProgress(); });
     CambiaMensaje(municipality, Progreso);
-    if (!succeeds([&] { return TraeVias(province, municipality); }))
-        tellNothingFound(this);
+    if (succeeds([&] { return TraeVias(province, municipality); }))
+        return;
+    run_->told(ambrel::MunicipalityEnd::NoAnswer);
+    tellNothingFound(this);
+    run_->userAnswered();
 }

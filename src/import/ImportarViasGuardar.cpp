@@ -60,6 +60,11 @@ void TFImportarVias::GuardaVias() {
     if (EnLote) {
         if (!outcome.failure.isEmpty())
             batchFailure_ = outcome.failure;
+        if (run_) {
+            run_->addStreets(outcome.stored);
+            run_->told(outcome.failure.isEmpty() ? ambrel::MunicipalityEnd::Done
+                                                 : ambrel::MunicipalityEnd::Failed);
+        }
         return;
     }
     closeProgress();

@@ -18,10 +18,27 @@
 
 namespace {
 
+using ambrel::MunicipalityEnd;
+
 constexpr char separator = '\\';
 
 bool isFolder(const std::string& path) {
     return !path.empty() && QDir(QString::fromStdString(path)).exists();
+}
+
+/// What POSTALES holds. Deliberate: without the entry found first, which is the folder itself.
+std::vector<ambrel::FileSearch::Entry> entriesOf(const std::string& folder) {
+    std::vector<ambrel::FileSearch::Entry> entries;
+    ambrel::FileSearch search(SlashSep(folder, "*.*", separator), ambrel::file_attribute::folder);
+    if (search.findFirst())
+        while (auto entry = search.findNext())
+            entries.push_back(std::move(*entry));
+    return entries;
+}
+
+/// Deliberate: a folder with any other attribute beside is none.
+bool isProvince(const ambrel::FileSearch::Entry& entry) {
+    return entry.attributes == ambrel::file_attribute::folder && entry.name != "." && entry.name != "..";
 }
 
 } // namespace
@@ -40,6 +57,9 @@ void TFImportarVias::BBGuardarPorProvinciaClick() {
     ui_->CBProvinciasAmbrel->setCurrentIndex(-1);
     {
         const dbase::NotificationPause pause(Controlador.DM->tbPostal);
+        startRun(ambrel::ProvinceRun::Deed::Saving, ui_->CBProvincias->currentText(),
+                 static_cast<int>(files.size()));
+        const auto end = qScopeGuard([this] { run_.reset(); });
         saveAnswers(files);
     }
     tellBatchFailure();
@@ -58,24 +78,28 @@ void TFImportarVias::MIGuardarPorProvinciaClick() {
 }
 
 void TFImportarVias::saveProvinceFolders() {
-    ambrel::FileSearch search(SlashSep(ambrel::postalesFolder(databaseName()), "*.*", separator),
-                              ambrel::file_attribute::folder);
-    // Deliberate: the entry found first is never looked at; it is the folder itself.
-    if (!search.findFirst())
-        return;
-    while (const auto entry = search.findNext()) {
+    const std::vector<ambrel::FileSearch::Entry> entries = entriesOf(ambrel::postalesFolder(databaseName()));
+    std::vector<std::vector<std::string>> files; // of each entry
+    std::size_t count = 0;
+    for (const auto& entry : entries) {
+        files.push_back(isProvince(entry) ? filedAnswers(ambrel::provinceFolder(databaseName(), entry.name))
+                                          : std::vector<std::string>());
+        count += files.back().size();
+    }
+    if (count > 0)
+        startRun(ambrel::ProvinceRun::Deed::Saving, {}, static_cast<int>(count));
+    const auto end = qScopeGuard([this] { run_.reset(); });
+    for (std::size_t i = 0; i < entries.size(); ++i) {
         ui_->CBProvincias->setCurrentIndex(-1);
         ui_->CBProvinciasAmbrel->setCurrentIndex(-1);
-        // Deliberate: a folder with any other attribute beside is passed over.
-        if (entry->attributes != ambrel::file_attribute::folder || entry->name == "." || entry->name == "..")
+        if (!isProvince(entries[i]))
             continue;
-        ui_->CBProvincias->setCurrentIndex(Indice(*ui_->CBProvincias, QString::fromStdString(entry->name)));
-        const std::vector<std::string> files =
-            filedAnswers(ambrel::provinceFolder(databaseName(), entry->name));
-        if (files.empty())
+        const QString province = QString::fromStdString(entries[i].name);
+        ui_->CBProvincias->setCurrentIndex(Indice(*ui_->CBProvincias, province));
+        if (files[i].empty())
             tellMissingFiles();
         else
-            saveAnswers(files);
+            saveAnswers(files[i]);
     }
 }
 
@@ -91,6 +115,7 @@ std::vector<std::string> TFImportarVias::filedAnswers(const std::string& folder)
 void TFImportarVias::saveAnswers(const std::vector<std::string>& files) {
     const ambrel::InputPause pause;
     for (const std::string& file : files) {
+        run_->begin();
         try {
             saveAnswer(file);
         } catch (const std::exception& failure) {
@@ -106,9 +131,14 @@ void TFImportarVias::saveAnswer(const std::string& file) {
     QString municipality = QString::fromStdString(ambrel::municipalityOfFile(file));
     if (!chooseHostPlaces(municipality))
         askForHostPlaces(municipality);
-    if (ui_->CBProvinciasAmbrel->currentIndex() < 0 || ui_->CBMunicipiosAmbrel->currentIndex() < 0 ||
-        !CompruebaMunicipioConUnicoCP())
+    if (ui_->CBProvinciasAmbrel->currentIndex() < 0 || ui_->CBMunicipiosAmbrel->currentIndex() < 0) {
+        run_->told(MunicipalityEnd::NotChosen);
         return;
+    }
+    if (!CompruebaMunicipioConUnicoCP()) {
+        run_->told(MunicipalityEnd::SeveralCodes);
+        return;
+    }
     LimpiaDatos(false);
     const QString text = QStringLiteral("Importando las calles de ") + municipality;
     openProgress(text);
@@ -140,8 +170,10 @@ void TFImportarVias::askForHostPlaces(const QString& municipality) {
     const QString webProvince = ui_->CBProvincias->currentText();
     QString codIne, postalCode, name = municipality, province = webProvince, provinceCode, number;
     const QString caption = QStringLiteral("Seleccione el municipio donde importar las vias de %1 (%2)");
-    if (!IMunicipios(this, codIne, postalCode, name, province, provinceCode, number, QStringLiteral("NOMBRE"),
-                     caption.arg(municipality, webProvince)))
+    const bool isChosen = IMunicipios(this, codIne, postalCode, name, province, provinceCode, number,
+                                      QStringLiteral("NOMBRE"), caption.arg(municipality, webProvince));
+    run_->userAnswered();
+    if (!isChosen)
         return;
     ui_->CBProvinciasAmbrel->setCurrentIndex(Indice(*ui_->CBProvinciasAmbrel, province));
     if (ui_->CBProvinciasAmbrel->currentIndex() < 0)
@@ -152,6 +184,7 @@ void TFImportarVias::askForHostPlaces(const QString& municipality) {
 
 void TFImportarVias::loadAndSave(const std::string& file) {
     const QScopedValueRollback inBatch(EnLote, true);
+    run_->told(MunicipalityEnd::Unreadable);
     try {
         XML.clear();
         XML.loadFile(file);

@@ -104,9 +104,11 @@ bool TFImportarVias::TraeVias(const QString& Carpeta, const QString& Fichero) {
         keepCopy();
         return CargaVias();
     }
-    // Deliberate: the result is true also when nothing could be filed.
-    ambrel::fileAnswer(XML, databaseName(), Carpeta.toStdString(), Fichero.toStdString());
-    return true;
+    const bool isFiled =
+        ambrel::fileAnswer(XML, databaseName(), Carpeta.toStdString(), Fichero.toStdString());
+    if (run_)
+        run_->told(isFiled ? ambrel::MunicipalityEnd::Done : ambrel::MunicipalityEnd::NotFiled);
+    return true; // Deliberate: also when nothing could be filed
 }
 
 /// Leaves the last answer beside the program, for whoever wants to read it.

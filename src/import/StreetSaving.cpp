@@ -193,7 +193,9 @@ void StreetSaving::sync(Outcome& outcome) {
 
 /// Counts the pending row and stores it. One that is not stored is dropped: the next street takes its place.
 void StreetSaving::offer(Outcome& outcome) {
-    if (!controller.AceptarVia(dbase::Durability::Process)) { // see sync()
+    if (controller.AceptarVia(dbase::Durability::Process)) { // see sync()
+        ++outcome.stored;
+    } else {
         if (!controller.streetFailure().isEmpty())
             outcome.failure = controller.streetFailure();
         controller.DM->tbPostal.cancel();

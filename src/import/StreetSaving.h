@@ -43,7 +43,8 @@ struct StreetSaving {
 
     /// What came of it.
     struct Outcome {
-        int count = 0;
+        int count = 0;        // of streets offered
+        int stored = 0;       // of those, the ones that POSTAL holds now
         QString failure = {}; // why the engine kept the last row that it did from being stored; for the user
     };
 

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QMenu>
+#include <QProgressBar>
 #include <QTest>
 #include <filesystem>
 #include <fstream>
@@ -51,6 +52,7 @@ ImportForm::ImportForm() : service(directory()) {
     ambrel::setProgressDisplay({.show =
                                     [this](const QString& text, QWidget* owner) {
                                         progress.push_back(text.toStdString());
+                                        noteBar();
                                         ++openWindows_;
                                         return display_.show(text, owner);
                                     },
@@ -74,6 +76,16 @@ ImportForm::~ImportForm() {
     controller.reset(); // before the tables are checked
     ambrel::setProgressDisplay(display_);
     ambrel::setMessageShower(answering_);
+}
+
+void ImportForm::noteBar() {
+    const auto* const shown = dialog ? dialog->findChild<QProgressBar*>() : nullptr;
+    if (!shown || !shown->isVisible())
+        return;
+    const std::string text = std::to_string(shown->value()) + "/" + std::to_string(shown->maximum()) + " " +
+                             shown->text().toStdString();
+    if (bar.empty() || bar.back() != text)
+        bar.push_back(text);
 }
 
 void ImportForm::show() {
@@ -163,7 +175,9 @@ void ImportForm::chooseMode(const char* mode) const {
     QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(8, button.height() / 2));
 }
 
-void ImportForm::press(Qt::Key key) const { QTest::keyClick(dialog->focusWidget(), key); }
+void ImportForm::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const {
+    QTest::keyClick(dialog->focusWidget(), key, modifiers);
+}
 
 void ImportForm::chooseMenuItem() const {
     ambrel::test::child<QAction>(*dialog, "MIGuardarPorProvincia").trigger();

@@ -60,7 +60,7 @@ protected:
     void choose(const char* combo, const char* item) const;
     void click(const char* button) const;
     void chooseMode(const char* mode) const;
-    void press(Qt::Key key) const;
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const;
     void chooseMenuItem() const;
 
     /// A message box is expected; `whileProgress`: the progress window is open when it comes.
@@ -72,8 +72,11 @@ protected:
     std::unique_ptr<TClassCodPostales> controller;
     std::unique_ptr<TFImportarVias> dialog;
     Texts progress; // texts of the progress windows, in order
+    Texts bar;      // the dialog's bar as it changed from one to the next: "DONE/ALL TEXT"
 
 private:
+    void noteBar();
+
     std::vector<bool> expectedProgress_, seenProgress_;
     ambrel::MessageShower answering_;
     ambrel::ProgressDisplay display_;

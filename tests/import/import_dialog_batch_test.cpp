@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QTest>
 #include <sys/stat.h>
 
@@ -75,6 +76,32 @@ TEST_F(ImportBatch, SavesWhatTheProvinceSearchHasFiled) {
     save();
     EXPECT_EQ(stored(), (Texts{"CL ALPISTE 28430", "AV MAYOR 28430", "PZ SOL 28430", "CL REAL 28280"}))
         << "MADRID has several codes and is passed over";
+}
+
+TEST_F(ImportBatch, ShowsHowFarItIsAndAtItsEndWhatWasDone) {
+    addStreets({{"99000000", "ALPISTE", "CL", "28430"}});
+    file("MADRID/ALPEDRETE.xml", answer({{"CL", "ALPISTE"}, {"AV", "MAYOR"}, {"PZ", "SOL"}}));
+    file("MADRID/DESCONOCIDO.xml", answer({{"CL", "SOL"}}));
+    file("MADRID/EL ESCORIAL.xml", "no es XML");
+    file("MADRID/MADRID.xml", answer({{"CL", "ALCALA"}}));
+    showProvince();
+    expectList("Seleccione el municipio donde importar las vias de DESCONOCIDO (MADRID)", cancel);
+    save();
+    EXPECT_EQ(bar, (Texts{"0/4 1 de 4", "1/4 2 de 4 · queda menos de un minuto",
+                          "2/4 3 de 4 · queda menos de un minuto", "3/4 4 de 4 · queda menos de un minuto"}));
+    EXPECT_EQ(dialog->findChild<QProgressBar*>(), nullptr);
+    EXPECT_TRUE(control<QLabel>("LMensaje_").isVisible());
+    EXPECT_EQ(message(),
+              "MADRID. Municipios guardados: 1 de 4. Calles nuevas: 2. Con varios códigos postales: 1. "
+              "Sin municipio elegido: 1. Ilegibles: 1.");
+}
+
+TEST_F(ImportBatch, StreetThatIsRefusedIsNoNewOne) {
+    file("MADRID/ALPEDRETE.xml", answer({}));
+    showProvince();
+    expectBox("Rellene el campo Nombre de la Via", "ATENCIÓN:", true);
+    save();
+    EXPECT_EQ(message(), "MADRID. Municipios guardados: 1 de 1. Calles nuevas: 0.");
 }
 
 TEST_F(ImportBatch, NamesAreSavedAsTheyWereShownWhateverEncodingTheAnswerDeclared) {
@@ -185,6 +212,7 @@ TEST_F(ImportBatch, FaultOfTheTablesIsToldOnceForTheWholeRun) {
     ASSERT_EQ(boxes.size(), 1U);
     EXPECT_EQ(boxes[0].title.toStdString(), "Atención");
     EXPECT_TRUE(dialog->isVisible());
+    EXPECT_EQ(message(), "MADRID. Municipios guardados: 0 de 2. Calles nuevas: 0. Con error: 2.");
 }
 
 TEST_F(ImportBatch, OutsideModeThreeTheButtonNamesTheSecondOption) {
@@ -236,6 +264,8 @@ TEST_F(ImportBatch, MenuSavesEveryProvinceFolder) {
     chooseMenuItem();
     EXPECT_EQ(stored(), (Texts{"CL SOL 28430"}));
     EXPECT_EQ(chosen("CBProvincias"), "MADRID");
+    EXPECT_EQ(bar, (Texts{"0/2 1 de 2", "1/2 2 de 2"})) << "how long the user takes to answer tells nothing";
+    EXPECT_EQ(message(), "Municipios guardados: 1 de 2. Calles nuevas: 1. Sin municipio elegido: 1.");
 }
 
 TEST_F(ImportBatch, FolderThatIsNoProvinceIsAskedForFileByFile) {

@@ -3,10 +3,12 @@
 
 #include <QFile>
 #include <QHeaderView>
+#include <QLayout>
 #include <QMenu>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTest>
+#include <filesystem>
 
 #include "dialogs/DialogTexts.h"
 #include "import/ImportForm.h"
@@ -158,6 +160,39 @@ TEST_F(ImportDialog, ChangingTheModeReloadsTheListAlsoByKeys) {
     EXPECT_EQ(service->requests().size(), 1U);
 }
 
+TEST_F(ImportDialog, AltAndItsNumberChoosesAModeFromEverywhere) {
+    file("28-ALPEDRETE.dat", "");
+    show();
+    press(Qt::Key_3, Qt::AltModifier);
+    EXPECT_TRUE(control<QRadioButton>("RBTodosConUno").isChecked());
+    EXPECT_EQ(focused(), "CBProvincias");
+    press(Qt::Key_2, Qt::AltModifier);
+    EXPECT_TRUE(control<QRadioButton>("RBUno").isChecked());
+    EXPECT_EQ(items("CBProvincias"), (Texts{"LA RIOJA", "MADRID"}));
+    press(Qt::Key_1, Qt::AltModifier);
+    EXPECT_TRUE(control<QRadioButton>("RBMasDeUno").isChecked());
+    EXPECT_EQ(focused(), "RBMasDeUno");
+    EXPECT_EQ(items("CBProvincias"), (Texts{"28-ALPEDRETE"}));
+    EXPECT_EQ(service->requests().size(), 2U) << "the two lists of provinces, and no municipalities";
+}
+
+TEST_F(ImportDialog, ChoosingAModeByAltAsksForNothingThatIsLeft) {
+    std::filesystem::create_directories(postales());
+    show();
+    for (const char* const box :
+         {"CBProvincias", "CBProvinciasAmbrel"}) { // both tell when they are left empty
+        chooseMode("RBMasDeUno");
+        const QPalette before = combo(box).palette();
+        combo(box).setFocus();
+        press(Qt::Key_3, Qt::AltModifier);
+        EXPECT_EQ(focused(), "CBProvincias") << box;
+        press(Qt::Key_1, Qt::AltModifier);
+        EXPECT_EQ(focused(), "RBMasDeUno") << box;
+        EXPECT_EQ(combo(box).palette(), before) << "the focus colour is taken off";
+    }
+    EXPECT_EQ(control<QRadioButton>("RBUno").accessibleDescription().toStdString(), "Alt+2 la elige");
+}
+
 TEST_F(ImportDialog, LeavingTheProvinceForAnotherModeTellsNothingAndDisturbsNoOtherBox) {
     show("RBUno");
     EXPECT_EQ(focused(), "CBProvincias");
@@ -195,6 +230,20 @@ TEST_F(ImportDialog, NothingIsCutInTheSmallestSize) {
     EXPECT_GE(dialog->width(), 570);
     EXPECT_EQ(grid().horizontalScrollBar()->maximum(), 0);
     expectTexts("Municipio:");
+}
+
+TEST_F(ImportDialog, NoCaptionIsCutWhereNothingElseHoldsTheDialogOpen) {
+    show();
+    for (const char* const mode : {"RBMasDeUno", "RBUno", "RBTodosConUno"}) {
+        chooseMode(mode);
+        control<QStatusBar>("SBAyuda").setMinimumWidth(0);
+        dialog->setMinimumSize(0, 0);
+        dialog->resize(dialog->layout()->totalMinimumSize());
+        dialog->layout()->activate();
+        for (const auto* const button : dialog->findChildren<QAbstractButton*>())
+            EXPECT_TRUE(!button->isVisible() || button->width() >= button->sizeHint().width())
+                << button->text().toStdString();
+    }
 }
 
 // --- Keys, focus, hints.

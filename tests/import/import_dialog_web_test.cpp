@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QProgressBar>
 #include <QTest>
 #include <filesystem>
 #include <fstream>
@@ -265,6 +266,30 @@ TEST_F(ImportFromTheWeb, FilesTheAnswersOfAllMunicipalitiesOfTheProvince) {
     EXPECT_FALSE(isProgressOpen());
 }
 
+TEST_F(ImportFromTheWeb, ProvinceSearchShowsHowFarItIsAndAtItsEndWhatWasDone) {
+    show("RBTodosConUno");
+    choose("CBProvincias", "MADRID");
+    click("BBBuscarViasPorProvincia");
+    EXPECT_EQ(bar, (Texts{"0/4 1 de 4", "1/4 2 de 4 · queda menos de un minuto",
+                          "2/4 3 de 4 · queda menos de un minuto", "3/4 4 de 4 · queda menos de un minuto"}));
+    EXPECT_EQ(dialog->findChild<QProgressBar*>(), nullptr);
+    EXPECT_TRUE(control<QLabel>("LMensaje_").isVisible());
+    EXPECT_EQ(message(), "MADRID. Municipios archivados: 4 de 4.");
+}
+
+TEST_F(ImportFromTheWeb, ProvinceSearchTellsAtItsEndWhatWasNotDone) {
+    show("RBTodosConUno");
+    choose("CBProvincias", "MADRID");
+    std::filesystem::create_directories(postales("MADRID/PARLA.xml/dentro"));
+    service->setFault(Operation::Streets, Fault::Cut, "EL ESCORIAL");
+    expectBox("Se ha producido un error al localizar las vías del municipio seleccionado EL ESCORIAL\r"
+              "Reinténtelo más tarde",
+              errorTitle, true);
+    expectNotFound(false);
+    click("BBBuscarViasPorProvincia");
+    EXPECT_EQ(message(), "MADRID. Municipios archivados: 2 de 4. Sin respuesta válida: 1. Sin archivar: 1.");
+}
+
 TEST_F(ImportFromTheWeb, MunicipalityThatFailsIsToldAndTheOthersAreFiled) {
     show("RBTodosConUno");
     choose("CBProvincias", "MADRID");
@@ -295,6 +320,8 @@ TEST_F(ImportFromTheWeb, AnswerThatCannotBeWrittenEndsTheProvinceSearchAndIsTold
     click("BBBuscarViasPorProvincia");
     EXPECT_FALSE(isProgressOpen());
     EXPECT_EQ(chosen("CBMunicipios"), "ALPEDRETE") << "those that follow are not asked for";
+    EXPECT_EQ(message(), "MADRID. Municipios archivados: 0 de 4. Con error: 1. Sin hacer: 3.");
+    EXPECT_EQ(dialog->findChild<QProgressBar*>(), nullptr);
 }
 
 TEST_F(ImportFromTheWeb, ProvinceSearchNeedsAProvince) {
