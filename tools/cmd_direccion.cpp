@@ -1,15 +1,17 @@
 // ambcp direccion: an address as the controller would complete it.
 
 #include <algorithm>
-#include <cstdio>
 #include <string_view>
 
 #include <unistd.h>
 
 #include "address/AddressResolution.h"
+#include "controller/ProvinceName.h"
 #include "dbase/codepage.h"
 #include "dbase/databases.h"
+#include "dbase/error.h"
 #include "tools/commands.h"
+#include "tools/complain.h"
 #include "tools/csv.h"
 #include "tools/cut_table.h"
 #include "tools/table_folder.h"
@@ -18,45 +20,115 @@ namespace ambcp {
 
 namespace {
 
-/// A text that the tables cannot hold matches nothing, like an empty one.
+using ambrel::AddressPart;
+
+/// A text that the tables cannot hold has to match nothing; an empty one would leave out a condition.
 std::string ansi(const std::string& text) {
-    return dbase::CodePage::windows1252().fromUtf8(text).value_or(std::string());
+    return dbase::CodePage::windows1252().fromUtf8(text).value_or("?");
 }
 
-bool isUnsettled(const ambrel::ResolvedAddress& address, ambrel::AddressPart part) {
-    return std::ranges::find(address.unsettled, part) != address.unsettled.end();
+std::string utf8(const std::string& bytes) { return dbase::CodePage::windows1252().toUtf8(bytes); }
+
+bool has(const std::vector<AddressPart>& parts, AddressPart part) {
+    return std::ranges::find(parts, part) != parts.end();
+}
+
+const char* columnOf(AddressPart part) {
+    switch (part) {
+    case AddressPart::Municipality:
+        return "MUNICIPIO";
+    case AddressPart::StreetType:
+        return "TIPO_VIA";
+    case AddressPart::Street:
+        return "VIA";
+    case AddressPart::Number:
+        break;
+    }
+    return "NUMERO";
 }
 
 void writeAddress(const ambrel::ResolvedAddress& address, const AddressOptions& typed) {
-    const dbase::CodePage& page = dbase::CodePage::windows1252();
     // What was not found is shown as it was typed, whatever the tables could hold of it.
-    const auto name = [&](ambrel::AddressPart part, const std::string& found, const std::string& asTyped) {
-        return isUnsettled(address, part) ? asTyped : page.toUtf8(found);
+    const auto name = [&](AddressPart part, const std::string& found, const std::string& asTyped) {
+        return has(address.unsettled, part) ? asTyped : utf8(found);
     };
+    std::string completed;
+    for (const AddressPart part : address.completed) {
+        completed += (completed.empty() ? "" : " ") + std::string(columnOf(part));
+    }
     CsvWriter csv(STDOUT_FILENO);
-    for (const std::string_view column : {"MUNICIPIO", "COD_INE", "VIA", "TIPO_VIA", "CODPOSTAL"}) {
+    for (const std::string_view column :
+         {"MUNICIPIO", "COD_INE", "VIA", "TIPO_VIA", "CODPOSTAL", "COMPLETADA"}) {
         csv.field(column);
     }
     csv.endRecord();
-    csv.field(name(ambrel::AddressPart::Municipality, address.municipality, typed.municipality));
-    csv.field(page.toUtf8(address.ineCode));
-    csv.field(name(ambrel::AddressPart::Street, address.street, typed.street));
-    csv.field(page.toUtf8(address.streetType));
-    csv.field(page.toUtf8(address.postalCode));
+    csv.field(name(AddressPart::Municipality, address.municipality, typed.municipality));
+    csv.field(utf8(address.ineCode));
+    csv.field(name(AddressPart::Street, address.street, typed.street));
+    csv.field(utf8(address.streetType));
+    csv.field(utf8(address.postalCode));
+    csv.field(completed);
     csv.endRecord();
     csv.flush();
 }
 
-std::string describe(ambrel::AddressPart part, const AddressOptions& typed) {
-    switch (part) {
-    case ambrel::AddressPart::Municipality:
-        return "el municipio «" + typed.municipality + "»";
-    case ambrel::AddressPart::Street:
-        return "la vía «" + typed.street + "»";
-    case ambrel::AddressPart::Number:
-        return "el número «" + typed.number + "»";
+/// Of a province; nothing where the folder has no table of provinces.
+std::string nameInBrackets(const std::string& province) {
+    try {
+        const std::string name = utf8(ambrel::provinceName(province, folderDatabase));
+        return name.empty() ? name : " (" + name + ")";
+    } catch (const dbase::Error&) {
+        return {}; // the code says enough, and the question was another one
     }
-    return {};
+}
+
+std::string describeMunicipality(const ambrel::ResolvedAddress& address, const AddressOptions& typed) {
+    if (address.candidates.empty()) {
+        return "no se ha resuelto el municipio «" + typed.municipality + "».";
+    }
+    const std::string name = " «" + utf8(address.municipality) + "»";
+    std::string text = address.candidates.size() == 1
+                           ? "el municipio" + name + " no es el que se pide:"
+                           : "hay " + std::to_string(address.candidates.size()) + " municipios" + name +
+                                 "; elija uno de ellos con --provincia o --ine:";
+    for (const ambrel::NamedMunicipality& one : address.candidates) {
+        text += "\n  --ine " + utf8(one.ineCode) + ": " + utf8(one.name) + ", provincia " +
+                utf8(one.province) + nameInBrackets(one.province);
+    }
+    return text;
+}
+
+std::string describeNumber(const ambrel::ResolvedAddress& address, const AddressOptions& typed) {
+    const std::string number = "no se ha resuelto el número «" + typed.number + "»";
+    switch (address.numberProblem) {
+    case ambrel::NumberProblem::None:
+    case ambrel::NumberProblem::NoStretch:
+        return number;
+    case ambrel::NumberProblem::NoNumber:
+        return "la vía «" + utf8(address.street) +
+               "» tiene varios códigos postales y el número es lo que decide";
+    case ambrel::NumberProblem::NotANumber:
+        return number + ": no es el de una casa";
+    case ambrel::NumberProblem::SeveralCodes:
+        return number + ": lo tienen tramos con códigos postales distintos";
+    case ambrel::NumberProblem::NoCode:
+        return "la vía «" + utf8(address.street) + "» no tiene código postal";
+    }
+    return number;
+}
+
+std::string describe(AddressPart part, const ambrel::ResolvedAddress& address, const AddressOptions& typed) {
+    switch (part) {
+    case AddressPart::Municipality:
+        return describeMunicipality(address, typed);
+    case AddressPart::StreetType:
+    case AddressPart::Street:
+        return "no se ha resuelto la vía «" + typed.street + "».";
+    case AddressPart::Number:
+        break;
+    }
+    return describeNumber(address, typed) +
+           (address.postalCode.empty() ? "." : "; el código postal es el del comienzo de la vía.");
 }
 
 } // namespace
@@ -72,12 +144,12 @@ ExitCode direccion(const AddressOptions& options) {
         ambrel::resolveAddress(folderDatabase, {.municipality = ansi(options.municipality),
                                                 .streetType = ansi(options.streetType),
                                                 .street = ansi(options.street),
-                                                .number = ansi(options.number)});
+                                                .number = ansi(options.number),
+                                                .province = ansi(options.province),
+                                                .ineCode = ansi(options.ineCode)});
     writeAddress(address, options);
-    for (const ambrel::AddressPart part : address.unsettled) {
-        const bool keepsCode = part == ambrel::AddressPart::Number && !address.postalCode.empty();
-        std::fprintf(stderr, "ambcp: no se ha resuelto %s%s.\n", describe(part, options).c_str(),
-                     keepsCode ? "; el código postal es el del comienzo de la vía" : "");
+    for (const AddressPart part : address.unsettled) {
+        complain(describe(part, address, options));
     }
     return address.isSettled() ? ExitCode::done : ExitCode::negative;
 }

@@ -120,12 +120,21 @@ void defineAddress(CLI::App& app, Command& chosen) {
                                    options, direccion);
     requireText(command, "DIR", options->folder, folderHelp);
     offerText(command, "--municipio", options->municipality, "M", "Municipio")->required();
+    offerText(command, "--provincia", options->province, "P",
+              "De varios municipios con ese nombre, el de esta provincia: su código o su nombre");
+    offerText(command, "--ine", options->ineCode, "C", "De varios, el de este código INE");
     offerText(command, "--tipo", options->streetType, "T", "Código del tipo de vía, por ejemplo CL");
     offerText(command, "--via", options->street, "V", "Nombre de la vía")->required();
-    offerText(command, "--numero", options->number, "N", "Número de la casa")->required();
-    command.footer(
-        "Lo que no se resuelve se dice y termina con 1. Si es el número, el código postal que se escribe\n"
-        "es el del comienzo de la vía, como en la ficha.");
+    offerText(command, "--numero", options->number, "N",
+              "Número de la casa, como se escribe: 12, 12 BIS, 12-14, «12, 3º»; S/N o «» si no tiene")
+        ->required();
+    command.footer("Termina con 0 sólo si la vía es del municipio y el código postal el del número. La "
+                   "columna COMPLETADA\n"
+                   "nombra las que no son como se dieron: de un nombre basta el comienzo. Lo que no se "
+                   "resuelve se dice y\n"
+                   "termina con 1; si es el número, el código postal que se escribe es el del comienzo de la "
+                   "vía, como en\n"
+                   "la ficha.");
 }
 
 /// An order that works on one table, or on all of the folder.

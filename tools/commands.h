@@ -45,7 +45,7 @@ struct FindOptions {
 };
 
 struct AddressOptions {
-    std::string folder, municipality, streetType, street, number;
+    std::string folder, municipality, province, ineCode, streetType, street, number;
 };
 
 struct FolderOptions {

@@ -1,12 +1,10 @@
 // ambcp, the administrator's command for the postal tables.
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <exception>
-#include <string_view>
 
 #include <CLI/CLI.hpp>
 #include <fcntl.h>
@@ -14,6 +12,7 @@
 
 #include "dbase/system_reason.h"
 #include "tools/command_line.h"
+#include "tools/complain.h"
 #include "tools/csv.h"
 #include "tools/failure.h"
 #include "tools/usage_errors.h"
@@ -31,29 +30,20 @@ void fillStandardFiles() {
     }
 }
 
-/// Each line with the name of the program, so that it can be told from others' and searched for.
-void complain(std::string_view text) {
-    while (!text.empty()) {
-        const std::string_view line = text.substr(0, text.find('\n'));
-        std::fprintf(stderr, "ambcp: %.*s\n", static_cast<int>(line.size()), line.data());
-        text.remove_prefix(std::min(line.size() + 1, text.size()));
-    }
-}
-
 ExitCode run(const ambcp::Command& command) {
     try {
         const ExitCode result = command();
         if (std::fflush(stdout) == 0 || errno == EPIPE) {
             return result;
         }
-        complain("no se puede escribir la salida: " + dbase::systemReason(errno));
+        ambcp::complain("no se puede escribir la salida: " + dbase::systemReason(errno));
     } catch (const ambcp::OutputClosed&) {
         return ExitCode::done; // the reader had enough
     } catch (const ambcp::DamagedTable& error) {
-        complain(error.what());
+        ambcp::complain(error.what());
         return ExitCode::negative;
     } catch (const std::exception& error) {
-        complain(error.what());
+        ambcp::complain(error.what());
     }
     return ExitCode::failed;
 }
@@ -72,7 +62,7 @@ int main(int argc, char** argv) {
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
             return app.exit(error);
         }
-        complain(ambcp::describeUsageError(error, app));
+        ambcp::complain(ambcp::describeUsageError(error, app));
         return ExitCode::failed;
     }
     return run(command);

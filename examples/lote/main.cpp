@@ -1,5 +1,5 @@
 // Completes many addresses without a window: reads MUNICIPIO;TIPO;VÍA;NÚMERO a line (UTF-8) and writes each
-// with its postal code, which stays empty where the address is not known.
+// with its postal code, which stays empty where the address is not known under these very names.
 #include <QStringList>
 #include <cstdio>
 #include <exception>
@@ -34,14 +34,14 @@ int main(int argc, char** argv) {
     }
     try {
         dbase::setDatabaseFolder("DB", argv[1]);
-        bool areAllSettled = true;
+        bool areAllKnown = true;
         for (std::string line; std::getline(std::cin, line);) {
             const ambrel::ResolvedAddress address =
                 ambrel::resolveAddress("DB", readAddress(QString::fromStdString(line)));
-            areAllSettled = areAllSettled && address.isSettled();
-            std::printf("%s;%s\n", line.c_str(), address.isSettled() ? address.postalCode.c_str() : "");
+            areAllKnown = areAllKnown && address.isExact();
+            std::printf("%s;%s\n", line.c_str(), address.isExact() ? address.postalCode.c_str() : "");
         }
-        return areAllSettled ? 0 : 1;
+        return areAllKnown ? 0 : 1;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "lote: %s\n", error.what());
         return 2;

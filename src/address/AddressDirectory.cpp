@@ -50,6 +50,13 @@ std::vector<Municipality> AddressDirectory::municipalitiesNamed(const std::strin
     return found;
 }
 
+std::optional<std::string> AddressDirectory::municipalityNameBeginning(const std::string& text) {
+    const bool isFound = !text.empty() && text.size() <= municipalityNameWidth &&
+                         shown_.seek({{"NOMBRE", text}}, dbase::SeekMode::Nearest) &&
+                         shownName_.view().starts_with(text);
+    return isFound ? std::optional(shownName_.text()) : std::nullopt;
+}
+
 std::optional<Municipality> AddressDirectory::municipality(const std::string& ineCode) {
     if (ineCode.empty() || !all_.seek({{"COD_INE", ineCode}}, dbase::SeekMode::Exact))
         return std::nullopt;

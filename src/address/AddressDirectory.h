@@ -48,6 +48,9 @@ public:
     /// order of their codes. Minor entities, where they are shown, lead to the municipality that they belong
     /// to.
     [[nodiscard]] std::vector<Municipality> municipalitiesNamed(const std::string& name);
+    /// The first name, in alphabetical order, that begins with a text, of those that the configuration shows;
+    /// null when there is none.
+    [[nodiscard]] std::optional<std::string> municipalityNameBeginning(const std::string& text);
     /// The municipality with an INE code; null when there is none.
     [[nodiscard]] std::optional<Municipality> municipality(const std::string& ineCode);
 

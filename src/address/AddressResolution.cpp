@@ -2,18 +2,31 @@
 #include "address/AddressResolution.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <optional>
+#include <string_view>
 
+#include "address/AddressDirectory.h"
+#include "address/HouseNumber.h"
+#include "address/StreetCode.h"
 #include "controller/Completion.h"
-#include "controller/MunicipalitySearch.h"
-#include "controller/NumberWalk.h"
-#include "controller/StreetSearch.h"
+#include "controller/ProvinceName.h"
 #include "services/KeyCodes.h"
 #include "services/Rnumcad.h"
-#include "services/Ruttb.h"
 
 namespace ambrel {
 namespace {
+
+/// As names are stored: in capitals, without blanks around it and with single ones inside.
+std::string asStored(const std::string& text) {
+    std::string stored;
+    for (const char c : UpperCase(text))
+        if (c != ' ' || (!stored.empty() && stored.back() != ' '))
+            stored += c;
+    if (!stored.empty() && stored.back() == ' ')
+        stored.pop_back();
+    return stored;
+}
 
 /// Code of the key that types a character; none for signs other than the comma.
 std::uint16_t keyOf(char c) {
@@ -31,71 +44,144 @@ std::optional<std::string> typeInto(const std::string& text, Asks asks, Lookup l
     const auto last = std::find_if(text.rbegin(), text.rend(), [&](char c) { return asks(keyOf(c)); }).base();
     if (last == text.begin())
         return std::nullopt;
-    const std::string shown(text.begin(), last);
-    const std::optional<NamedCompletion> found = lookup(EditedText{.text = shown, .caret = shown.size()});
-    if (!found || found->code == 0)
-        return std::nullopt;
-    const std::string left = last == text.end() ? found->box.text : text;
-    return left == found->box.text ? std::optional(left) : std::nullopt;
+    const std::optional<std::string> found = lookup(std::string(text.begin(), last));
+    return found && (last == text.end() || text == *found) ? found : std::nullopt;
 }
 
-bool settleMunicipality(TDMCodPostales& tables, const std::string& typed, ResolvedAddress& result) {
-    const auto shown = typeInto(typed, completesMunicipality, [&](const EditedText& edited) {
-        return completeMunicipality(tables, edited);
-    });
-    result.municipality = shown.value_or(typed);
-    if (!shown)
-        return false;
-    result.ineCode = tables.tbMunicipiCOD_INE.text();
-    result.postalCode = onlyPostalCode(tables).value_or(std::string());
-    return true;
+/// Whether a province's name is the one given, or has it on one side of a slash: "ALAVA/ARABA".
+bool hasName(std::string_view province, std::string_view given) {
+    while (!province.empty()) {
+        const std::string_view one = province.substr(0, province.find('/'));
+        if (one == given || province == given)
+            return true;
+        province.remove_prefix(std::min(one.size() + 1, province.size()));
+    }
+    return false;
 }
 
-bool settleStreet(TDMCodPostales& tables, const std::string& typed, const std::string& type,
-                  ResolvedAddress& result) {
-    const auto shown = typeInto(typed, completesStreet, [&](const EditedText& edited) {
-        return completeStreet(tables, edited, type);
-    });
-    result.street = shown.value_or(typed);
-    if (!shown)
+bool isIn(const Municipality& municipality, const std::string& province, const std::string& database) {
+    if (province.empty())
+        return true;
+    if (municipality.provinces.empty())
         return false;
-    chooseStreetType(tables, result.street, type);
-    result.postalCode = tables.tbPostalCODPOSTAL.text();
-    return true;
+    const std::string& own = municipality.provinces.front();
+    return own == province || hasName(asStored(provinceName(own, database)), province);
 }
 
-bool settleNumber(TDMCodPostales& tables, const std::string& number, const std::string& type,
-                  ResolvedAddress& result) {
-    // The walk begins at the current row, so the street is sought again first, as its box did.
-    static_cast<void>(findInStreets(tables, result.street, type, nearestSearch));
-    if (!walkToNumber(tables, Cad_Int(number)))
+/// Settles an address part by part; each step says whether the next one makes sense.
+class Resolution {
+public:
+    Resolution(const std::string& database, const TypedAddress& typed)
+        : database_(database), typed_(typed), directory_(database) {}
+
+    ResolvedAddress run() {
+        if (settleMunicipality() && settleStreet())
+            settleNumber();
+        return result_;
+    }
+
+private:
+    bool settleMunicipality() {
+        result_.municipality = asStored(typed_.municipality);
+        std::vector<Municipality> named = directory_.municipalitiesNamed(result_.municipality);
+        if (named.empty()) {
+            const auto whole =
+                typeInto(result_.municipality, completesMunicipality,
+                         [&](const std::string& text) { return directory_.municipalityNameBeginning(text); });
+            if (!whole)
+                return refuse(AddressPart::Municipality);
+            result_.municipality = *whole;
+            result_.completed.push_back(AddressPart::Municipality);
+            named = directory_.municipalitiesNamed(*whole);
+        }
+        std::vector<Municipality> meant = named;
+        std::erase_if(meant, [&](const Municipality& one) { return !isMeant(one); });
+        if (meant.size() != 1) {
+            for (const Municipality& one : meant.empty() ? named : meant)
+                result_.candidates.push_back(
+                    {one.name, one.ineCode, one.provinces.empty() ? std::string() : one.provinces.front()});
+            return refuse(AddressPart::Municipality);
+        }
+        municipality_ = meant.front();
+        result_.ineCode = municipality_.ineCode;
+        return true;
+    }
+
+    [[nodiscard]] bool isMeant(const Municipality& one) const {
+        const std::string ineCode = asStored(typed_.ineCode);
+        return (ineCode.empty() || one.ineCode == ineCode) && isIn(one, asStored(typed_.province), database_);
+    }
+
+    bool settleStreet() {
+        type_ = asStored(typed_.streetType);
+        result_.street = asStored(typed_.street);
+        stretches_ = directory_.stretches(municipality_, result_.street);
+        if (stretches_.empty()) {
+            const auto whole = typeInto(result_.street, completesStreet, [&](const std::string& text) {
+                const auto first = directory_.streetBeginning(municipality_, text, type_);
+                return first ? std::optional(first->name) : std::nullopt;
+            });
+            if (!whole) {
+                if (municipality_.hasOneCode)
+                    result_.postalCode = municipality_.postalCodes.front();
+                return refuse(AddressPart::Street);
+            }
+            result_.street = *whole;
+            result_.completed.push_back(AddressPart::Street);
+            stretches_ = directory_.stretches(municipality_, *whole);
+        }
+        stretches_ = stretchesOfType(stretches_, type_);
+        return true;
+    }
+
+    void settleNumber() {
+        const StreetCode code = streetCode(stretches_, municipality_.ineCode, readHouseNumber(typed_.number));
+        result_.streetType = code.stretch.type;
+        result_.postalCode = code.stretch.postalCode;
+        if (result_.streetType != type_)
+            result_.completed.push_back(AddressPart::StreetType);
+        result_.numberProblem = problemOf(code.certainty);
+        if (!code.isSure())
+            refuse(AddressPart::Number);
+    }
+
+    static NumberProblem problemOf(StreetCode::Certainty certainty) {
+        using enum StreetCode::Certainty;
+        switch (certainty) {
+        case Sure:
+            break;
+        case NoNumber:
+            return NumberProblem::NoNumber;
+        case NoStretch:
+            return NumberProblem::NoStretch;
+        case Unclear:
+            return NumberProblem::NotANumber;
+        case Several:
+            return NumberProblem::SeveralCodes;
+        case NoCode:
+            return NumberProblem::NoCode;
+        }
+        return NumberProblem::None;
+    }
+
+    bool refuse(AddressPart part) {
+        result_.unsettled.push_back(part);
         return false;
-    result.postalCode = tables.tbPostalCODPOSTAL.text();
-    return true;
-}
+    }
+
+    const std::string& database_;
+    const TypedAddress& typed_;
+    AddressDirectory directory_;
+    Municipality municipality_;
+    std::string type_;
+    std::vector<StreetStretch> stretches_;
+    ResolvedAddress result_;
+};
 
 } // namespace
 
 ResolvedAddress resolveAddress(const std::string& database, const TypedAddress& typed) {
-    TDMCodPostales tables(database);
-    tables.tbMunicipi.setTag("NOMBRE");
-    tables.tbMunicipi.open();
-    tables.tbPostal.open();
-
-    ResolvedAddress result;
-    const std::string type = UpperCase(typed.streetType);
-    if (!settleMunicipality(tables, UpperCase(typed.municipality), result)) {
-        result.unsettled.push_back(AddressPart::Municipality);
-        return result;
-    }
-    if (!settleStreet(tables, UpperCase(typed.street), type, result)) {
-        result.unsettled.push_back(AddressPart::Street);
-        return result;
-    }
-    if (!settleNumber(tables, typed.number, type, result))
-        result.unsettled.push_back(AddressPart::Number);
-    result.streetType = tables.tbPostalTIPO_VIA.text();
-    return result;
+    return Resolution(database, typed).run();
 }
 
 } // namespace ambrel

@@ -12,8 +12,12 @@ using ambrel::test::ansi;
 class ResolveAddress : public StreetTables {
 protected:
     void SetUp() override {
-        addMunicipalities(
-            {{"15031", "15500", "CORUÑA, LA", "N", "0"}, {"03090", "03500", "ALFAZ (L')", "S", "9"}});
+        addMunicipalities({{"28079", "28004", "MADRID", "N", "0"},
+                           {"28079", "28013", "MADRID", "N", "0"},
+                           {"28079", "28022", "MADRID", "N", "0"},
+                           {"15031", "15500", "CORUÑA, LA", "N", "0"},
+                           {"15031", "15501", "CORUÑA, LA", "N", "0"},
+                           {"03090", "03500", "ALFAZ (L')", "S", "9"}});
         addStreets(
             {{"10", "GRAN VIA", "CL", "28013", {1, 41}, {2, 48}},
              {"11", "GRAN VIA", "CL", "28004", {43, 9999}, {50, 9998}},
@@ -56,10 +60,19 @@ TEST_F(ResolveAddress, TypeChoosesAmongStreetsOfOneName) {
     EXPECT_EQ(resolve("MADRID", "AV", "MAYOR", "5").streetType, "AV");
 }
 
-TEST_F(ResolveAddress, WithoutTypeTheFirstRowOfTheNameIsTaken) {
+TEST_F(ResolveAddress, WithoutTypeStreetsOfOneNameAndSeveralCodesAreNotSettled) {
     const ResolvedAddress address = resolve("MADRID", "", "MAYOR", "5");
-    EXPECT_TRUE(address.isSettled());
-    EXPECT_EQ(address.streetType, "AV");
+    EXPECT_EQ(address.unsettled, Parts{AddressPart::Number});
+    EXPECT_EQ(address.numberProblem, NumberProblem::SeveralCodes);
+    EXPECT_EQ(resolve("MADRID", "", "MAYOR", "101").postalCode, "28022") << "only the avenue goes that far";
+    EXPECT_TRUE(resolve("MADRID", "", "MAYOR", "101").isSettled());
+}
+
+TEST_F(ResolveAddress, WhatIsNotAsTypedIsSaid) {
+    EXPECT_EQ(resolve("madrid ", "cl", " gran  via", "2").completed, Parts{});
+    EXPECT_EQ(resolve("MADR", "", "GRAN", "2").completed,
+              (Parts{AddressPart::Municipality, AddressPart::Street, AddressPart::StreetType}));
+    EXPECT_EQ(resolve("MADRID", "AV", "GRAN VIA", "2").completed, Parts{AddressPart::StreetType});
 }
 
 TEST_F(ResolveAddress, UnknownMunicipalityIsNamedAndNothingElseTried) {
@@ -92,6 +105,7 @@ TEST_F(ResolveAddress, InAMunicipalityWithOneCodeStreetsOfItsNeighboursAreUnknow
 TEST_F(ResolveAddress, NumberOutsideAllRangesKeepsTheCodeOfTheStreet) {
     const ResolvedAddress address = resolve("MADRID", "CL", "MAYOR", "101");
     EXPECT_EQ(address.unsettled, Parts{AddressPart::Number});
+    EXPECT_EQ(address.numberProblem, NumberProblem::NoStretch);
     EXPECT_EQ(address.postalCode, "28013");
     EXPECT_EQ(address.streetType, "CL");
 }
@@ -103,9 +117,55 @@ TEST_F(ResolveAddress, BeginningOfANameComesToTheRowOfTheType) {
     EXPECT_EQ(address.postalCode, "28013") << "the row of type AV stands before";
 }
 
+TEST_F(ResolveAddress, OnlyWholeNamesAreExact) {
+    EXPECT_TRUE(resolve("madrid", "CL", "gran via", "2").isExact());
+    EXPECT_TRUE(resolve("madrid", "", "gran via", "2").isExact()) << "a type that was left out";
+    EXPECT_FALSE(resolve("madr", "CL", "gran via", "2").isExact());
+    EXPECT_FALSE(resolve("madrid", "CL", "gran", "2").isExact());
+    EXPECT_FALSE(resolve("madrid", "CL", "gran via", "uno").isExact());
+}
+
+TEST_F(ResolveAddress, SeveralMunicipalitiesOfOneNameAreCandidates) {
+    addMunicipalities({{"17105", "17830", "MIERES"}, {"33037", "33600", "MIERES"}});
+    addProvinces({{"017", "GIRONA/GERONA"}, {"033", "ASTURIAS"}});
+    const auto mieres = [](const std::string& province, const std::string& ineCode) {
+        return resolveAddress("DB", {.municipality = "mieres",
+                                     .streetType = "",
+                                     .street = "X",
+                                     .number = "1",
+                                     .province = province,
+                                     .ineCode = ineCode});
+    };
+    const ResolvedAddress open = mieres("", "");
+    EXPECT_EQ(open.unsettled, Parts{AddressPart::Municipality});
+    ASSERT_EQ(open.candidates.size(), 2u);
+    EXPECT_EQ(open.candidates[0].ineCode, "17105");
+    EXPECT_EQ(open.candidates[1].province, "33");
+    for (const char* girona : {"17", "gerona", "GIRONA", "Girona/Gerona"})
+        EXPECT_EQ(mieres(girona, "").ineCode, "17105") << girona;
+    EXPECT_EQ(mieres("", "33037").ineCode, "33037");
+    EXPECT_EQ(mieres("17", "33037").unsettled, Parts{AddressPart::Municipality});
+    EXPECT_EQ(mieres("17", "33037").candidates.size(), 2u);
+    EXPECT_EQ(mieres("GIRO", "").unsettled, Parts{AddressPart::Municipality});
+}
+
+TEST_F(ResolveAddress, NumbersAreReadAsPeopleWriteThem) {
+    for (const char* number : {"45", "45 BIS", "45B", "45-47", "n\xBA 45", "45, 3\xBA"})
+        EXPECT_EQ(resolve("MADRID", "CL", "GRAN VIA", number).postalCode, "28004") << number;
+}
+
+TEST_F(ResolveAddress, WithoutNumberOnlyAStreetOfOneCodeIsSettled) {
+    for (const char* none : {"S/N", ""}) {
+        EXPECT_TRUE(resolve("MADRID", "CL", "MAYOR", none).isSettled());
+        EXPECT_EQ(resolve("MADRID", "CL", "GRAN VIA", none).unsettled, Parts{AddressPart::Number});
+        EXPECT_EQ(resolve("MADRID", "CL", "GRAN VIA", none).numberProblem, NumberProblem::NoNumber);
+    }
+}
+
 TEST_F(ResolveAddress, NumberThatIsNoNumberIsNotSettled) {
-    EXPECT_EQ(resolve("MADRID", "CL", "MAYOR", "S/N").unsettled, Parts{AddressPart::Number});
-    EXPECT_EQ(resolve("MADRID", "CL", "MAYOR", "").unsettled, Parts{AddressPart::Number});
+    const ResolvedAddress address = resolve("MADRID", "CL", "MAYOR", "uno");
+    EXPECT_EQ(address.unsettled, Parts{AddressPart::Number});
+    EXPECT_EQ(address.numberProblem, NumberProblem::NotANumber);
 }
 
 TEST_F(ResolveAddress, SignsThatCompleteNothingMayStandInANameOrBehindIt) {

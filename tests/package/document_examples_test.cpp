@@ -33,12 +33,13 @@ protected:
     DocumentExamplesTest() {
         createMembers(folder());
         Config.setDatabase("CLIENTES", folder());
-        addRow("MUNICIPI", {{"COD_INE", "28079"},
-                            {"CODPOSTAL", "28001"},
-                            {"CAPITAL", "0"},
-                            {"NOMBRE", "MADRID"},
-                            {"COD_PROV", "28"},
-                            {"ENT_MENOR", "False"}});
+        for (const char* postalCode : {"28001", "28009"})
+            addRow("MUNICIPI", {{"COD_INE", "28079"},
+                                {"CODPOSTAL", postalCode},
+                                {"CAPITAL", "0"},
+                                {"NOMBRE", "MADRID"},
+                                {"COD_PROV", "28"},
+                                {"ENT_MENOR", "False"}});
         addStretch("1", "45", "28001");
         addStretch("47", "9999", "28009");
     }

@@ -13,5 +13,5 @@ std::string postalCodeOf(const std::string& municipality, const std::string& str
                                                                           .streetType = "CL",
                                                                           .street = bytes(street),
                                                                           .number = bytes(number)});
-    return address.isSettled() ? address.postalCode : std::string();
+    return address.isExact() ? address.postalCode : std::string();
 }

@@ -1,0 +1,45 @@
+// Many addresses whose postal code is known, resolved one after the other.
+#pragma once
+
+#include <set>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "data/PostalTables.h"
+
+namespace postal_tests {
+
+/// Texts are UTF-8. Several codes where a municipality has the address in several of its villages.
+struct KnownAddress {
+    std::string municipality, ineCode, type, street;
+    int number = 0;
+    std::set<std::string> postalCodes = {};
+
+    /// By what is typed, whatever the codes.
+    friend bool operator<(const KnownAddress& a, const KnownAddress& b) {
+        return std::tie(a.ineCode, a.type, a.street, a.number) <
+               std::tie(b.ineCode, b.type, b.street, b.number);
+    }
+};
+
+/// What came out of a trial.
+struct Tally {
+    int exact = 0; // addresses with one code
+    int found = 0; // of them
+    /// Settled with another code than the address's, with one of several, or as another street.
+    std::vector<std::string> wrong;
+
+    [[nodiscard]] double foundShare() const { return exact == 0 ? 1.0 : static_cast<double>(found) / exact; }
+};
+
+/// The addresses at the ends of each stretch, once each; `ineCodes`: the municipality of each stretch. Those
+/// with a code that MUNICIPI does not have for their municipality are left out: one of both is wrong there.
+[[nodiscard]] std::vector<KnownAddress> addressesOf(const std::vector<StreetRow>& streets,
+                                                    const std::vector<std::string>& ineCodes,
+                                                    const std::vector<MunicipalityRow>& municipalities);
+
+/// Resolves each in the tables of "DB".
+[[nodiscard]] Tally tryAddresses(const std::vector<KnownAddress>& addresses);
+
+} // namespace postal_tests
