@@ -16,6 +16,7 @@
 #include "dialogs/common/FormKeys.h"
 #include "dialogs/common/HintWidth.h"
 #include "dialogs/common/ModalDialog.h"
+#include "import/ProvinceRun.h"
 #include "import/ResponseFolder.h"
 #include "services/EventGuard.h"
 #include "ui_ImportarVias.h"
@@ -46,6 +47,22 @@ void TFImportarVias::connectControls() {
     using Dialog = TFImportarVias;
     new ambrel::FormKeys(*this, *ui_->BBCancelar,
                          [this](std::uint16_t key, Qt::KeyboardModifiers) { return FormKeyDown(key); });
+    connectFocus();
+    connectModes();
+    const auto onClick = [this](auto* button, void (Dialog::*handler)()) {
+        connect(button, &QAbstractButton::clicked, this,
+                ambrel::guarded([this, handler] { (this->*handler)(); }));
+    };
+    onClick(ui_->BBBuscarViasPorProvincia, &Dialog::BBBuscarViasPorProvinciaClick);
+    onClick(ui_->BBBuscarViasPorMunicipio, &Dialog::BBBuscarViasPorMunicipioClick);
+    onClick(ui_->BBGuardarPorProvincia, &Dialog::BBGuardarPorProvinciaClick);
+    onClick(ui_->BBGuardarPorMunicipio, &Dialog::BBGuardarPorMunicipioClick);
+    connect(ui_->BBCancelar, &QPushButton::clicked, this, ambrel::guarded([this] { reject(); }));
+    makeProvinceMenu();
+}
+
+void TFImportarVias::connectFocus() {
+    using Dialog = TFImportarVias;
     help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
     const auto watchExit = [this](QComboBox* combo, void (Dialog::*handler)()) {
         help_->watchEdit(combo, {}, [this, combo, handler] {
@@ -56,32 +73,26 @@ void TFImportarVias::connectControls() {
     help_->watchEdit(ui_->CBMunicipios);
     watchExit(ui_->CBProvinciasAmbrel, &Dialog::CBProvinciasAmbrelExit);
     help_->watchEdit(ui_->CBMunicipiosAmbrel);
-
-    const auto onClick = [this](auto* button, void (Dialog::*handler)()) {
-        connect(button, &QAbstractButton::clicked, this,
-                ambrel::guarded([this, handler] { (this->*handler)(); }));
-    };
-    for (const auto& [button, key] :
-         {std::pair(ui_->RBMasDeUno, Qt::Key_1), {ui_->RBUno, Qt::Key_2}, {ui_->RBTodosConUno, Qt::Key_3}}) {
-        connect(button, &QRadioButton::clicked, this, [this, button = button] { chooseMode(*button); });
-        // The captions begin with the number; a letter of theirs is not underlined.
-        connect(new QShortcut(Qt::ALT | key, this), &QShortcut::activated, this,
-                ambrel::guarded([this, button = button] { chooseModeByKey(*button); }));
-    }
-    onClick(ui_->BBBuscarViasPorProvincia, &Dialog::BBBuscarViasPorProvinciaClick);
-    onClick(ui_->BBBuscarViasPorMunicipio, &Dialog::BBBuscarViasPorMunicipioClick);
-    onClick(ui_->BBGuardarPorProvincia, &Dialog::BBGuardarPorProvinciaClick);
-    onClick(ui_->BBGuardarPorMunicipio, &Dialog::BBGuardarPorMunicipioClick);
-    connect(ui_->BBCancelar, &QPushButton::clicked, this, ambrel::guarded([this] { reject(); }));
     for (QPushButton* const button :
          {ui_->BBBuscarViasPorProvincia, ui_->BBBuscarViasPorMunicipio, ui_->BBGuardarPorProvincia,
           ui_->BBGuardarPorMunicipio, ui_->BBCancelar})
         help_->watchButton(button);
-
     // The list is no stop of the Tab key.
     connect(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, ui_->SGVias,
             [grid = ui_->SGVias] { grid->setFocus(Qt::ShortcutFocusReason); });
+}
 
+/// The captions begin with the number; no letter of theirs is underlined.
+void TFImportarVias::connectModes() {
+    for (const auto& [button, key] :
+         {std::pair(ui_->RBMasDeUno, Qt::Key_1), {ui_->RBUno, Qt::Key_2}, {ui_->RBTodosConUno, Qt::Key_3}}) {
+        connect(button, &QRadioButton::clicked, this, [this, button = button] { chooseMode(*button); });
+        connect(new QShortcut(Qt::ALT | key, this), &QShortcut::activated, this,
+                ambrel::guarded([this, button = button] { chooseModeByKey(*button); }));
+    }
+}
+
+void TFImportarVias::makeProvinceMenu() {
     auto* const menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("PMGuardarPorProvincia"));
     QAction* const item =

@@ -5,13 +5,11 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "AmbrelExport.h"
 #include "import/Document.h"
-#include "import/ProvinceRun.h"
 #include "import/ResponseReaders.h"
 #include "import/StreetSaving.h"
 #include "services/Pantalla.h"
@@ -22,6 +20,8 @@ class TClassCodPostales;
 
 namespace ambrel {
 class FocusHelp;
+class ProvinceRun;
+enum class ProvinceDeed;
 struct HostPlace;
 } // namespace ambrel
 namespace Ui {
@@ -48,6 +48,9 @@ protected:
 private:
     // ImportarVias.cpp: the form, its modes, its keys.
     void connectControls();
+    void connectModes();
+    void connectFocus();
+    void makeProvinceMenu();
     void FormShow();
     void FormResize();
     void FormClose();
@@ -97,7 +100,7 @@ private:
     [[nodiscard]] bool isProvinceGiven(const QString& option);
     void BBBuscarViasPorProvinciaClick();
     void fetchStreetsOfChosen();
-    void startRun(ambrel::ProvinceRun::Deed deed, const QString& province, int municipalities);
+    void startRun(ambrel::ProvinceDeed deed, const QString& province, int municipalities);
 
     // ImportarViasGuardar.cpp: saving those of one municipality.
     void BBGuardarPorMunicipioClick();
@@ -124,8 +127,8 @@ private:
     TClassCodPostales& Controlador;
     ambrel::ProgressWindow Progreso;
     bool EnLote = false;
-    QString batchFailure_;                   // the last one that the user has not been told
-    std::optional<ambrel::ProvinceRun> run_; // while a province is searched or saved
-    bool isChoosingByKey_ = false;           // what is left for that is not asked about
+    QString batchFailure_;                     // the last one that the user has not been told
+    std::unique_ptr<ambrel::ProvinceRun> run_; // while a province is searched or saved
+    bool isChoosingByKey_ = false;             // what is left for that is not asked about
     ambrel::DirectoryDocument XML;
 };

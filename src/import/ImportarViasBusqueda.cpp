@@ -9,6 +9,7 @@
 #include "import/ImportarVias.h"
 #include "import/InputPause.h"
 #include "import/MunicipalityFile.h"
+#include "import/ProvinceRun.h"
 #include "import/ResponseFolder.h"
 #include "services/FileStart.h"
 #include "services/Mensaje.h"
@@ -189,7 +190,7 @@ void TFImportarVias::BBBuscarViasPorProvinciaClick() {
     if (count == 0)
         return;
     const ambrel::InputPause pause;
-    startRun(ambrel::ProvinceRun::Deed::Filing, ui_->CBProvincias->currentText(), count);
+    startRun(ambrel::ProvinceDeed::Filing, ui_->CBProvincias->currentText(), count);
     const auto end = qScopeGuard([this] { run_.reset(); });
     for (int index = 0; index < count; ++index) {
         run_->begin();
@@ -198,8 +199,8 @@ void TFImportarVias::BBBuscarViasPorProvinciaClick() {
     }
 }
 
-void TFImportarVias::startRun(ambrel::ProvinceRun::Deed deed, const QString& province, int municipalities) {
-    run_.emplace(*ui_->LMensaje_, deed, province, municipalities);
+void TFImportarVias::startRun(ambrel::ProvinceDeed deed, const QString& province, int municipalities) {
+    run_ = std::make_unique<ambrel::ProvinceRun>(*ui_->LMensaje_, deed, province, municipalities);
 }
 
 void TFImportarVias::fetchStreetsOfChosen() {

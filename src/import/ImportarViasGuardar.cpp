@@ -6,6 +6,7 @@
 #include "import/HostPlaces.h"
 #include "import/ImportarVias.h"
 #include "import/InputPause.h"
+#include "import/ProvinceRun.h"
 #include "services/Mensaje.h"
 #include "services/Text.h"
 #include "ui_ImportarVias.h"

@@ -10,6 +10,7 @@
 #include "import/ImportarVias.h"
 #include "import/InputPause.h"
 #include "import/MunicipalityMatch.h"
+#include "import/ProvinceRun.h"
 #include "import/ResponseFolder.h"
 #include "lookup/RutCodPostales.h"
 #include "services/Mensaje.h"
@@ -57,7 +58,7 @@ void TFImportarVias::BBGuardarPorProvinciaClick() {
     ui_->CBProvinciasAmbrel->setCurrentIndex(-1);
     {
         const dbase::NotificationPause pause(Controlador.DM->tbPostal);
-        startRun(ambrel::ProvinceRun::Deed::Saving, ui_->CBProvincias->currentText(),
+        startRun(ambrel::ProvinceDeed::Saving, ui_->CBProvincias->currentText(),
                  static_cast<int>(files.size()));
         const auto end = qScopeGuard([this] { run_.reset(); });
         saveAnswers(files);
@@ -87,7 +88,7 @@ void TFImportarVias::saveProvinceFolders() {
         count += files.back().size();
     }
     if (count > 0)
-        startRun(ambrel::ProvinceRun::Deed::Saving, {}, static_cast<int>(count));
+        startRun(ambrel::ProvinceDeed::Saving, {}, static_cast<int>(count));
     const auto end = qScopeGuard([this] { run_.reset(); });
     for (std::size_t i = 0; i < entries.size(); ++i) {
         ui_->CBProvincias->setCurrentIndex(-1);

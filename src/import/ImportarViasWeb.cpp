@@ -7,6 +7,7 @@
 #include "import/Envelope.h"
 #include "import/ImportarVias.h"
 #include "import/InputPause.h"
+#include "import/ProvinceRun.h"
 #include "import/ResponseFolder.h"
 #include "import/Transport.h"
 #include "services/Mensaje.h"

@@ -26,7 +26,7 @@ QString counted(const QString& what, int count) {
 
 } // namespace
 
-ProvinceRun::ProvinceRun(QLabel& label, Deed deed, QString province, int municipalities)
+ProvinceRun::ProvinceRun(QLabel& label, ProvinceDeed deed, QString province, int municipalities)
     : label_(label), bar_(std::make_unique<QProgressBar>(label.parentWidget())), deed_(deed),
       province_(std::move(province)), total_(municipalities) {
     bar_->setObjectName(QStringLiteral("PBProvincia"));
@@ -76,11 +76,11 @@ void ProvinceRun::show() {
 
 QString ProvinceRun::report() const {
     QString text = province_.isEmpty() ? QString() : province_ + QStringLiteral(". ");
-    text += (deed_ == Deed::Filing ? QStringLiteral("Municipios archivados: %1 de %2.")
-                                   : QStringLiteral("Municipios guardados: %1 de %2."))
+    text += (deed_ == ProvinceDeed::Filing ? QStringLiteral("Municipios archivados: %1 de %2.")
+                                           : QStringLiteral("Municipios guardados: %1 de %2."))
                 .arg(ends_[static_cast<std::size_t>(MunicipalityEnd::Done)])
                 .arg(total_);
-    if (deed_ == Deed::Saving)
+    if (deed_ == ProvinceDeed::Saving)
         text += QStringLiteral(" Calles nuevas: %1.").arg(streets_);
     for (std::size_t end = 1; end < ends_.size(); ++end)
         text += counted(QString::fromUtf8(endTexts[end]), ends_[end]);

@@ -17,16 +17,16 @@ namespace ambrel {
 /// What came of a municipality.
 enum class MunicipalityEnd { Done, NoAnswer, NotFiled, SeveralCodes, NotChosen, Unreadable, Failed };
 
+/// What is done with each of them.
+enum class ProvinceDeed { Filing, Saving };
+
 /// While it lives, a bar stands in a label's place and says which municipality of how many it is, and how
 /// much time is left. When it goes, the label is back and says what was done.
 class ProvinceRun {
 public:
-    /// What is done with a municipality.
-    enum class Deed { Filing, Saving };
-
     /// The label stands in a box layout and must outlive the run. `province` is empty where there are
     /// several.
-    ProvinceRun(QLabel& label, Deed deed, QString province, int municipalities);
+    ProvinceRun(QLabel& label, ProvinceDeed deed, QString province, int municipalities);
     ~ProvinceRun();
     ProvinceRun(const ProvinceRun&) = delete;
     ProvinceRun& operator=(const ProvinceRun&) = delete;
@@ -46,7 +46,7 @@ private:
 
     QLabel& label_;
     std::unique_ptr<QProgressBar> bar_;
-    Deed deed_;
+    ProvinceDeed deed_;
     QString province_;
     int total_, begun_ = 0, streets_ = 0;
     MunicipalityEnd end_ = MunicipalityEnd::Failed;
