@@ -1,10 +1,13 @@
 // ambcp cargar: the rows of a CSV file into a table.
 
+#include <algorithm>
 #include <cstdio>
 
 #include "tools/commands.h"
+#include "tools/complain.h"
 #include "tools/counted.h"
 #include "tools/cut_table.h"
+#include "tools/municipality_order.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
 #include "tools/table_loading.h"
@@ -17,6 +20,30 @@ namespace {
 CsvSource openSource(const LoadOptions& options, const std::string& name) {
     const CsvSource bytes = options.file == "-" ? standardInput(name) : fileSource(options.file);
     return decoded(bytes, textEncodingNamed(options.encoding).value(), name);
+}
+
+/// The first few, and how many more there are.
+std::string someOf(const std::vector<std::string>& codes) {
+    constexpr std::size_t mostNamed = 5;
+    std::string text;
+    for (std::size_t i = 0; i < std::min(codes.size(), mostNamed); ++i) {
+        text += (i == 0 ? "" : ", ") + codes[i];
+    }
+    return codes.size() > mostNamed ? text + " y " + std::to_string(codes.size() - mostNamed) + " más" : text;
+}
+
+/// Rows added at the end stand behind those of the same code, whatever they are.
+void tellEntitiesInFront(const std::string& tableFile) {
+    if (!isMunicipalityTable(tableFile)) {
+        return;
+    }
+    dbase::Dataset table(folderDatabase, tableName(tableFile));
+    table.open();
+    const std::vector<std::string> codes = codesWithEntitiesInFront(table);
+    if (!codes.empty()) {
+        complain("aviso: en el orden de COD_INE hay entidades delante de su municipio (" + someOf(codes) +
+                 "); cargue la tabla entera con --reemplazar, que la ordena.");
+    }
 }
 
 } // namespace
@@ -43,6 +70,7 @@ ExitCode cargar(const LoadOptions& options) {
     }
     std::printf("%s: %s.\n", tableName(table).c_str(),
                 counted(rows, "fila cargada", "filas cargadas").c_str());
+    tellEntitiesInFront(table);
     return ExitCode::done;
 }
 

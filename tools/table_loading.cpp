@@ -1,9 +1,12 @@
 #include "tools/table_loading.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "tools/load_complaints.h"
+#include "tools/municipality_order.h"
 #include "tools/row_conversion.h"
 #include "tools/utf8.h"
 
@@ -75,9 +78,11 @@ void encodeRow(const CsvReader& csv, const std::vector<dbase::Column>& columns, 
     }
 }
 
-/// Everything but making the rows visible. Behind the first complaint the rows are only looked at.
+/// Everything but making the rows visible. `ordered`: keeps them until they can be put in order. Behind the
+/// first complaint the rows are only looked at.
 std::uint64_t loadRows(CsvReader& csv, dbase::BulkLoader& loader, const std::string& tableFile,
-                       const LoadProgress& progress, LoadComplaints& complaints) {
+                       std::optional<MunicipalityRows> ordered, const LoadProgress& progress,
+                       LoadComplaints& complaints) {
     constexpr std::uint64_t rowsBetweenReports = 16384;
     const std::vector<dbase::Column> columns = readHeader(csv, loader.schema(), complaints);
     if (!complaints.empty()) {
@@ -89,12 +94,17 @@ std::uint64_t loadRows(CsvReader& csv, dbase::BulkLoader& loader, const std::str
     std::uint64_t rows = 0;
     while (csv.next()) {
         encodeRow(csv, columns, encoder, record, complaints);
-        if (complaints.empty()) {
+        if (complaints.empty() && ordered) {
+            ordered->add(record);
+        } else if (complaints.empty()) {
             loader.add(record);
         }
         if (++rows % rowsBetweenReports == 0 && progress) {
             progress(rows, -1);
         }
+    }
+    if (complaints.empty() && ordered) {
+        ordered->storeIn(loader);
     }
     return rows;
 }
@@ -107,7 +117,10 @@ std::uint64_t loadCsv(CsvReader& csv, const std::string& tableFile, dbase::BulkL
     LoadComplaints complaints(csv.name());
     std::uint64_t rows = 0;
     try {
-        rows = loadRows(csv, loader, tableFile, progress, complaints);
+        auto ordered = mode == dbase::BulkLoader::Mode::Replace
+                           ? MunicipalityRows::of(tableFile, loader.schema())
+                           : std::nullopt;
+        rows = loadRows(csv, loader, tableFile, std::move(ordered), progress, complaints);
     } catch (const Failure& error) {
         complaints.addEnd(error.what());
     }

@@ -14,8 +14,9 @@ namespace ambcp {
 using LoadProgress = std::function<void(std::uint64_t rows, double share)>;
 
 /// Adds the rows of a CSV text to a table; its first row names the columns, in any order, and those not named
-/// stay blank. Returns the number of rows. Errors: Failure that tells text, line and column of every value
-/// that cannot be loaded (as LoadComplaints does), dbase::Error; the table is then as it was.
+/// stay blank. MUNICIPI, when it is replaced, gets the order of COD_INE. Returns the number of rows. Errors:
+/// Failure that tells text, line and column of every value that cannot be loaded (as LoadComplaints does),
+/// dbase::Error; the table is then as it was.
 std::uint64_t loadCsv(CsvReader& csv, const std::string& tableFile, dbase::BulkLoader::Mode mode,
                       const LoadProgress& progress = {});
 

@@ -81,8 +81,8 @@ TEST_F(AmbcpCargar, HyphenIsTheStandardInput) {
     EXPECT_EQ(shell("printf 'CODIGO\\n0002\\n' | \"$AMBCP\" cargar . PROVIN -").errors,
               "ambcp: entrada estándar: línea 2, columna CODIGO: «0002» ocupa 4 caracteres y en la columna "
               "caben 3. No se ha cargado nada.\n");
-    EXPECT_EQ(shell("\"$AMBCP\" listar . PROVIN | \"$AMBCP\" cargar . PROVIN - --reemplazar").exitCode, 0);
-    EXPECT_EQ(done({"listar", ".", "PROVIN"}), "PROVINCIA,CODIGO,COD_198,GRUPO\n,001,,\n");
+    EXPECT_EQ(shell("printf 'CODIGO\\n002\\n' | \"$AMBCP\" cargar . PROVIN - --reemplazar").exitCode, 0);
+    EXPECT_EQ(done({"listar", ".", "PROVIN"}), "PROVINCIA,CODIGO,COD_198,GRUPO\n,002,,\n");
 }
 
 TEST_F(AmbcpCargar, UnknownSeparatorOrEncodingIsRefused) {
@@ -170,6 +170,48 @@ TEST_F(AmbcpCargar, FindsFilesWhateverTheirLetterCase) {
     std::filesystem::rename(folder / "PROVIN.MDX", folder / "provin.mdx");
     EXPECT_EQ(load("PROVIN.DBF", "CODIGO\n001\n").exitCode, 0);
     EXPECT_EQ(done({"listar", ".", "provin", "--tag", "codigo"}), "PROVINCIA,CODIGO,COD_198,GRUPO\n,001,,\n");
+}
+
+constexpr const char* entitiesFirst = "COD_INE,CODPOSTAL,NOMBRE,ENT_MENOR\n"
+                                      "26002,26002,BARRIO,True\n"
+                                      "26001,26011,ALDEA,True\n"
+                                      "26001,26001,ALTA,False\n"
+                                      "26002,26003,BAJA,False\n"
+                                      "26001,26012,ALQUERIA,True\n"
+                                      "26001,26002,ALTA,\n";
+
+TEST_F(AmbcpCargar, ReplacedMunicipalitiesStandBeforeTheirEntities) {
+    folder.write("filas.csv", entitiesFirst);
+    EXPECT_EQ(ambcp({"cargar", ".", "municipi.dbf", "filas.csv", "--reemplazar"}).errors, "");
+    const std::string header = done({"crear", "vacia"}).empty() ? "" : done({"listar", "vacia", "MUNICIPI"});
+    const std::string ordered = header + "26001,26001,,,ALTA,,,,False,\n"
+                                         "26001,26002,,,ALTA,,,,,\n"
+                                         "26001,26011,,,ALDEA,,,,True,\n"
+                                         "26001,26012,,,ALQUERIA,,,,True,\n"
+                                         "26002,26003,,,BAJA,,,,False,\n"
+                                         "26002,26002,,,BARRIO,,,,True,\n";
+    EXPECT_EQ(done({"listar", ".", "MUNICIPI", "--tag", "COD_INE"}), ordered);
+    EXPECT_EQ(done({"listar", ".", "MUNICIPI"}), ordered);
+}
+
+TEST_F(AmbcpCargar, AddingAMunicipalityBehindItsEntitiesWarns) {
+    const Outcome run = load("MUNICIPI", entitiesFirst);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output, "MUNICIPI: 6 filas cargadas.\n");
+    EXPECT_EQ(run.errors,
+              "ambcp: aviso: en el orden de COD_INE hay entidades delante de su municipio (26001, "
+              "26002); cargue la tabla entera con --reemplazar, que la ordena.\n");
+    folder.write("filas.csv", done({"listar", ".", "MUNICIPI"}));
+    done({"cargar", ".", "MUNICIPI", "filas.csv", "--reemplazar"});
+    EXPECT_EQ(load("MUNICIPI", "COD_INE,NOMBRE,ENT_MENOR\n26003,SOLA,True\n26002,OTRA,True\n").errors, "");
+    EXPECT_NE(load("MUNICIPI", "COD_INE,NOMBRE,ENT_MENOR\n26003,SUYO,False\n").errors.find("(26003)"),
+              std::string::npos);
+}
+
+TEST_F(AmbcpCargar, OtherTablesKeepTheOrderOfTheirRows) {
+    folder.write("filas.csv", "CODIGO\n003\n001\n002\n");
+    done({"cargar", ".", "PROVIN", "filas.csv", "--reemplazar"});
+    EXPECT_EQ(done({"listar", ".", "PROVIN"}), "PROVINCIA,CODIGO,COD_198,GRUPO\n,003,,\n,001,,\n,002,,\n");
 }
 
 TEST_F(AmbcpCargar, ListingLoadsBack) {

@@ -37,6 +37,14 @@ TEST_F(AmbcpCrear, SampleIsTheWholeSample) {
     }
 }
 
+TEST_F(AmbcpCrear, SampleIsInTheOrderOfItsMunicipalities) {
+    done({"crear", ".", "--muestra"});
+    const std::string before = done({"listar", ".", "MUNICIPI"});
+    EXPECT_EQ(shell("\"$AMBCP\" listar . MUNICIPI | \"$AMBCP\" cargar . MUNICIPI - --reemplazar").exitCode,
+              0);
+    EXPECT_EQ(done({"listar", ".", "MUNICIPI"}), before);
+}
+
 TEST_F(AmbcpCrear, SampleTablesAreSound) {
     done({"crear", ".", "--muestra"});
     const std::string csv = content(SAMPLE_FOLDER "/POSTAL.csv");
