@@ -7,6 +7,20 @@
 #include "services/Text.h"
 
 namespace ambrel {
+namespace {
+
+/// Turns the box's text into one that begins with it. What is missing is inserted as one step of its own that
+/// can be undone, and gives back what was typed.
+void insertTail(QLineEdit& box, const QString& text) {
+    const auto typed = box.text().size();
+    if (text.size() == typed)
+        return;
+    box.setCursorPosition(0); // a move ends the step of the letters that were typed
+    box.setCursorPosition(static_cast<int>(typed));
+    box.insert(text.mid(typed));
+}
+
+} // namespace
 
 std::optional<EditedText> editedText(const QLineEdit& box) {
     const auto text = toWindows1252(box.text());
@@ -21,16 +35,16 @@ std::optional<EditedText> editedText(const QLineEdit& box) {
 }
 
 void showCompletion(QLineEdit& box, const std::optional<NamedCompletion>& completion) {
-    setTag(box, completion ? completion->code : 0);
-    if (!completion)
-        return;
-    box.setText(fromWindows1252(completion->box.text));
-    // Selected from its end backwards, so that the caret stays before the completed tail.
-    const int end = static_cast<int>(completion->box.text.size());
-    if (const int length = static_cast<int>(completion->box.selectionLength); length > 0)
-        box.setSelection(end, -length);
-    else
-        box.setCursorPosition(end);
+    if (completion) {
+        insertTail(box, fromWindows1252(completion->box.text));
+        // Selected from its end backwards, so that the caret stays before the completed tail.
+        const int end = static_cast<int>(completion->box.text.size());
+        if (const int length = static_cast<int>(completion->box.selectionLength); length > 0)
+            box.setSelection(end, -length);
+        else
+            box.setCursorPosition(end);
+    }
+    setTag(box, completion ? completion->code : 0); // after the text, whose change a host answers with a 0
 }
 
 } // namespace ambrel

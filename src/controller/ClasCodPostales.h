@@ -84,6 +84,17 @@ public:
     /// `unused` is part of the event's form.
     void ExitDireccionPostal(QLineEdit* sender, dbase::Field* postalCodeField, dbase::Field* unused, bool ask,
                              const QString& newPostalCode, const QString& type);
+    /// What came of the street that was left last.
+    enum class TypedStreet {
+        Known,    // or nothing at all
+        Unknown,  // the user did not want to do anything about it
+        Added,    // it is current, if its card has not led elsewhere
+        NotAdded, // it was to be, and the user was told why not
+        Chosen    // another one, from the list; it is current
+    };
+    /// That of the last ExitDireccionPostal. The box's Tag does not tell: it is 1 after an addition, and the
+    /// key of a street may be 1, too.
+    [[nodiscard]] TypedStreet typedStreet() const { return typedStreet_; }
 
     // --- House numbers. Both begin at the current row: call BuscaEnPostal before when the number has
     // changed.
@@ -142,9 +153,10 @@ private:
 
     void goToRowOfType(const QString& street, const QString& type);
     void addTypedStreet(QLineEdit& box, const QString& postalCode, const QString& type);
-    void takeListedStreet(QLineEdit& box);
+    bool takeListedStreet(QLineEdit& box);
     bool attempt(const std::function<bool()>& operation);
     bool attemptOrCancel(const std::function<bool()>& operation);
 
     QString streetFailure_;
+    TypedStreet typedStreet_ = TypedStreet::Known;
 };

@@ -74,6 +74,7 @@ void TClassCodPostales::MuestraFichaVia(TOperacion operation, const QString& mun
 
 void TClassCodPostales::ExitDireccionPostal(QLineEdit* sender, dbase::Field* postalCodeField, dbase::Field*,
                                             bool ask, const QString& newPostalCode, const QString& type) {
+    typedStreet_ = TypedStreet::Known;
     ambrel::runGuarded([&] {
         if (sender->text().trimmed().isEmpty())
             setTag(*sender, 0);
@@ -81,8 +82,9 @@ void TClassCodPostales::ExitDireccionPostal(QLineEdit* sender, dbase::Field* pos
             goToRowOfType(sender->text(), type);
         else if (isYes(QStringLiteral("¿Desea insertarla como una nueva via?")))
             addTypedStreet(*sender, newPostalCode, type);
-        else if (ask && isYes(QStringLiteral("¿Desea ver la lista de direcciones actuales?")))
-            takeListedStreet(*sender);
+        else if (!ask || !isYes(QStringLiteral("¿Desea ver la lista de direcciones actuales?")) ||
+                 !takeListedStreet(*sender))
+            typedStreet_ = TypedStreet::Unknown;
         if (tagOf(*sender) != 0 && postalCodeField)
             postalCodeField->setText(DM->tbPostalCODPOSTAL.text());
     });
@@ -96,12 +98,14 @@ void TClassCodPostales::goToRowOfType(const QString& street, const QString& type
 }
 
 void TClassCodPostales::addTypedStreet(QLineEdit& box, const QString& postalCode, const QString& type) {
+    typedStreet_ = TypedStreet::NotAdded;
     if (AnadirVia()) {
         DM->tbPostalVIA.setText(toNearestWindows1252(box.text()));
         DM->tbPostalCODPOSTAL.setText(toNearestWindows1252(postalCode));
         DM->tbPostalTIPO_VIA.setText(toNearestWindows1252(type));
         setTag(box, justInserted);
         if (AceptarVia()) {
+            typedStreet_ = TypedStreet::Added;
             MuestraFichaVia(opModificacion, fromWindows1252(DM->tbMunicipiNOMBRE.view()));
             return;
         }
@@ -111,9 +115,11 @@ void TClassCodPostales::addTypedStreet(QLineEdit& box, const QString& postalCode
     showStreetFailure();
 }
 
-void TClassCodPostales::takeListedStreet(QLineEdit& box) {
+bool TClassCodPostales::takeListedStreet(QLineEdit& box) {
     if (!BuscarDireccionPostal(false))
-        return;
+        return false;
+    typedStreet_ = TypedStreet::Chosen;
     box.setText(fromWindows1252(DM->tbPostalVIA.view()));
     setTag(box, DM->tbPostalCODIGO1.integer());
+    return true;
 }

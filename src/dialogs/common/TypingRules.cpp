@@ -66,8 +66,8 @@ QString TypingRules::withCapitals(const QString& typed) const {
 }
 
 bool TypingRules::filterKey(const QKeyEvent& event) {
-    if (event.modifiers() == Qt::AltModifier && isPrintable(event))
-        return true; // a mnemonic that nothing has: an edit box would take it for a letter
+    if ((event.modifiers() == Qt::AltModifier || event.modifiers() == Qt::MetaModifier) && isPrintable(event))
+        return true; // a mnemonic or shortcut that nothing has: an edit box would take it for a letter
     if (!typesText(event))
         return false;
     if (!hasRoomFor(event.text()) || !canBeKept(event.text()))
