@@ -5,8 +5,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QShortcut>
 #include <QVBoxLayout>
+
+#include "dialogs/common/TypingRules.h"
 
 namespace host {
 namespace {
@@ -16,7 +17,6 @@ constexpr int gridColumns = 12;
 } // namespace
 
 AddressForm::AddressForm(QWidget* parent) : QWidget(parent), grid_(new QGridLayout(this)) {
-    using ambrel::Capitals;
     using Kind = ValidationMark::Kind;
     grid_->setContentsMargins(20, 18, 20, 20);
     grid_->setHorizontalSpacing(18);
@@ -24,18 +24,22 @@ AddressForm::AddressForm(QWidget* parent) : QWidget(parent), grid_(new QGridLayo
     for (int column = 0; column < gridColumns; ++column)
         grid_->setColumnStretch(column, 1);
 
-    boxes_.name = addBox({"ENombre", tr("&Cliente"), 40, Capitals::No, false, Kind::FreeText}, {0, 0, 12});
-    boxes_.municipality = addBox(
-        {"EMunicipio", tr("&Municipio"), 53, Capitals::Yes, true, Kind::Checked, "BBMunicipio"}, {1, 0, 7});
-    boxes_.province = addBox(
-        {"EProvincia", tr("&Provincia"), 21, Capitals::No, true, Kind::Checked, "BBProvincia"}, {1, 7, 5});
-    boxes_.streetType = addBox(
-        {"ETipoVia", tr("&Tipo de vía"), 3, Capitals::Yes, true, Kind::Checked, "BBTipoVia"}, {2, 0, 3});
-    boxes_.street = addBox({"EVia", tr("&Vía"), 45, Capitals::Yes, true, Kind::Checked, "BBVia"}, {2, 3, 9});
-    boxes_.number = addBox({"ENumero", tr("Núme&ro"), 6, Capitals::No, true, Kind::Checked}, {3, 0, 3});
-    boxes_.floor = addBox({"EPiso", tr("P&iso"), 10, Capitals::No, true, Kind::FreeText}, {3, 3, 4});
-    boxes_.postalCode =
-        addBox({"ECodPostal", tr("Código p&ostal"), 5, Capitals::No, true, Kind::Checked}, {3, 7, 5});
+    auto& address = boxes_.address;
+    boxes_.name = addBox({"ENombre", tr("&Cliente"), false, Kind::FreeText}, {0, 0, 12});
+    new ambrel::TypingRules(boxes_.name, 40, ambrel::Capitals::No);
+    address.municipality =
+        addBox({"EMunicipio", tr("&Municipio"), true, Kind::Checked, "BBMunicipio", &buttons_.municipality},
+               {1, 0, 7});
+    address.province = addBox(
+        {"EProvincia", tr("&Provincia"), true, Kind::Checked, "BBProvincia", &buttons_.province}, {1, 7, 5});
+    address.streetType = addBox(
+        {"ETipoVia", tr("&Tipo de vía"), true, Kind::Checked, "BBTipoVia", &buttons_.streetType}, {2, 0, 3});
+    address.street = addBox({"EVia", tr("&Vía"), true, Kind::Checked, "BBVia", &buttons_.street}, {2, 3, 9});
+    address.number = addBox({"ENumero", tr("Núme&ro"), true, Kind::Checked}, {3, 0, 3});
+    new ambrel::TypingRules(address.number, 6, ambrel::Capitals::No); // the width of the customers' column
+    boxes_.floor = addBox({"EPiso", tr("P&iso"), true, Kind::FreeText}, {3, 3, 4});
+    new ambrel::TypingRules(boxes_.floor, 10, ambrel::Capitals::No);
+    address.postalCode = addBox({"ECodPostal", tr("Código p&ostal"), true, Kind::Checked}, {3, 7, 5});
     grid_->setRowStretch(4, 1);
 }
 
@@ -45,17 +49,17 @@ QLineEdit* AddressForm::addBox(const BoxDetails& details, const Place& place) {
     auto* label = new QLabel(details.label, this);
     label->setBuddy(box);
     box->setAccessibleName(QString(details.label).remove(QLatin1Char('&')));
-    new ambrel::TypingRules(box, details.length, details.capitals);
 
     auto* line = new QHBoxLayout;
     line->setSpacing(6);
     line->addWidget(box, 1);
     if (details.listButton)
-        line->addWidget(listButton(details, box));
+        line->addWidget(*details.button = listButton(details));
     if (details.hasMark) {
         auto* mark = new ValidationMark(box, details.kind, this);
         mark->setObjectName(QStringLiteral("Marca") + QLatin1String(details.objectName + 1));
         line->addWidget(mark);
+        marks_.insert(box, mark);
     }
     auto* cell = new QVBoxLayout;
     cell->setSpacing(4);
@@ -66,7 +70,7 @@ QLineEdit* AddressForm::addBox(const BoxDetails& details, const Place& place) {
 }
 
 /// No stop of the Tab key: the box itself opens the list with F4.
-QWidget* AddressForm::listButton(const BoxDetails& details, QLineEdit* box) {
+QAbstractButton* AddressForm::listButton(const BoxDetails& details) {
     auto* button = new QPushButton(QStringLiteral("…"), this);
     button->setObjectName(QLatin1String(details.listButton));
     button->setProperty("list", true); // for its look
@@ -74,11 +78,12 @@ QWidget* AddressForm::listButton(const BoxDetails& details, QLineEdit* box) {
     button->setAutoDefault(false);
     button->setAccessibleName(tr("Lista: %1").arg(QString(details.label).remove(QLatin1Char('&'))));
     button->setToolTip(tr("Ver la lista (F4)"));
-    const auto wantList = [this, box] { emit listWanted(box); };
-    connect(button, &QPushButton::clicked, this, wantList);
-    connect(new QShortcut(Qt::Key_F4, box, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated, this,
-            wantList);
     return button;
+}
+
+void AddressForm::showReason(const QLineEdit* box, const QString& reason) {
+    if (ValidationMark* mark = marks_.value(box))
+        mark->setReason(reason);
 }
 
 } // namespace host

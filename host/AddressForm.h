@@ -1,9 +1,10 @@
 // A customer's address on the screen: the boxes, their labels and their validation marks.
 #pragma once
 
+#include <QHash>
 #include <QWidget>
 
-#include "dialogs/common/TypingRules.h"
+#include "form/AddressBoxes.h"
 #include "host/ValidationMark.h"
 
 class QGridLayout;
@@ -11,16 +12,11 @@ class QLineEdit;
 
 namespace host {
 
-/// The boxes of the form, in the order of the Tab key.
-struct AddressBoxes {
+/// The boxes of the form.
+struct FormBoxes {
     QLineEdit* name = nullptr;
-    QLineEdit* municipality = nullptr;
-    QLineEdit* province = nullptr;
-    QLineEdit* streetType = nullptr;
-    QLineEdit* street = nullptr;
-    QLineEdit* number = nullptr;
+    ambrel::AddressBoxes::Boxes address;
     QLineEdit* floor = nullptr;
-    QLineEdit* postalCode = nullptr;
 };
 
 /// Lays the boxes out; knows neither tables, nor lists, nor what validates a text. A box's Tag says whether
@@ -30,11 +26,10 @@ class AddressForm : public QWidget {
 public:
     explicit AddressForm(QWidget* parent = nullptr);
 
-    [[nodiscard]] const AddressBoxes& boxes() const { return boxes_; }
-
-signals:
-    /// The user wants to choose the text of a box from its list.
-    void listWanted(QLineEdit* box);
+    [[nodiscard]] const FormBoxes& boxes() const { return boxes_; }
+    [[nodiscard]] const ambrel::AddressBoxes::ListButtons& listButtons() const { return buttons_; }
+    /// Says beside a box why its text is not validated; an empty reason takes that back.
+    void showReason(const QLineEdit* box, const QString& reason);
 
 private:
     struct Place {
@@ -43,18 +38,19 @@ private:
     struct BoxDetails {
         const char* objectName;
         QString label; // with its mnemonic
-        int length;    // characters that may be typed
-        ambrel::Capitals capitals;
         bool hasMark;
         ValidationMark::Kind kind;
         const char* listButton = nullptr; // objectName of the button that opens the box's list
+        QAbstractButton** button = nullptr;
     };
 
     QLineEdit* addBox(const BoxDetails& details, const Place& place);
-    [[nodiscard]] QWidget* listButton(const BoxDetails& details, QLineEdit* box);
+    [[nodiscard]] QAbstractButton* listButton(const BoxDetails& details);
 
     QGridLayout* grid_;
-    AddressBoxes boxes_;
+    FormBoxes boxes_;
+    ambrel::AddressBoxes::ListButtons buttons_;
+    QHash<const QLineEdit*, ValidationMark*> marks_;
 };
 
 } // namespace host

@@ -5,8 +5,7 @@
 #include <QMenu>
 #include <QMenuBar>
 
-#include "host/AddressLists.h"
-#include "host/StreetCommands.h"
+#include "form/AddressBoxes.h"
 #include "host/routines/Catalogue.h"
 #include "host/routines/RoutineDialog.h"
 #include "services/EventGuard.h"
@@ -31,18 +30,19 @@ void addRoutines(QMenu& menu, QMainWindow& window, dbase::Dataset& record,
 
 } // namespace
 
-void addMenus(QMainWindow& window, AddressLists& lists, StreetCommands& streets, dbase::Dataset& record) {
+void addMenus(QMainWindow& window, ambrel::AddressBoxes& address, dbase::Dataset& record) {
+    using Box = ambrel::AddressBoxes::Box;
     QMenu& listMenu = *window.menuBar()->addMenu(QMainWindow::tr("&Listas"));
     addEntry(listMenu, window, QStringLiteral("MIMunicipio"), QMainWindow::tr("&Municipio del cliente…"),
-             [&lists] { lists.chooseMunicipality(); });
+             [&address] { address.openList(Box::Municipality); });
     addEntry(listMenu, window, QStringLiteral("MIProvincia"), QMainWindow::tr("&Provincia del cliente…"),
-             [&lists] { lists.chooseProvince(); });
+             [&address] { address.openList(Box::Province); });
     addEntry(listMenu, window, QStringLiteral("MITipoVia"), QMainWindow::tr("&Tipo de vía del cliente…"),
-             [&lists] { lists.chooseStreetType(); });
+             [&address] { address.openList(Box::StreetType); });
     addEntry(listMenu, window, QStringLiteral("MIVia"), QMainWindow::tr("&Vía del cliente…"),
-             [&streets] { streets.chooseStreet(); });
+             [&address] { address.openList(Box::Street); });
     addEntry(listMenu, window, QStringLiteral("MIFichaVia"), QMainWindow::tr("&Ficha de la vía…"),
-             [&streets] { streets.showCard(); });
+             [&address] { address.openStreetCard(); });
     listMenu.addSeparator();
     addRoutines(listMenu, window, record, routines::municipalityLists());
     listMenu.addSeparator();

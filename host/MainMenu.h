@@ -3,17 +3,18 @@
 
 class QMainWindow;
 
+namespace ambrel {
+class AddressBoxes;
+}
+
 namespace dbase {
 class Dataset;
 }
 
 namespace host {
 
-class AddressLists;
-class StreetCommands;
-
 /// "Listas": the lists of the form's boxes, then every routine that may show a list. "Utilidades": the
 /// routines that answer without asking. The record must outlive the window.
-void addMenus(QMainWindow& window, AddressLists& lists, StreetCommands& streets, dbase::Dataset& record);
+void addMenus(QMainWindow& window, ambrel::AddressBoxes& address, dbase::Dataset& record);
 
 } // namespace host

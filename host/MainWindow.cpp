@@ -9,15 +9,13 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include "form/AddressBoxes.h"
+#include "form/RecordBinding.h"
 #include "host/AddressForm.h"
-#include "host/AddressLists.h"
 #include "host/AddressPreview.h"
-#include "host/AddressValidation.h"
 #include "host/CommandButton.h"
 #include "host/HostTable.h"
 #include "host/MainMenu.h"
-#include "host/RecordBinding.h"
-#include "host/StreetCommands.h"
 #include "package/AmbCodPostales.h"
 #include "services/EventGuard.h"
 #include "services/Mensaje.h"
@@ -25,15 +23,15 @@
 namespace host {
 namespace {
 
-void bindBoxes(RecordBinding& binding, const AddressBoxes& boxes, HostTable& table) {
+void bindBoxes(ambrel::RecordBinding& binding, const FormBoxes& boxes, HostTable& table) {
     binding.bind(boxes.name, table.name);
-    binding.bind(boxes.municipality, table.municipality);
-    binding.bind(boxes.province, table.province);
-    binding.bind(boxes.streetType, table.streetType);
-    binding.bind(boxes.street, table.street);
-    binding.bind(boxes.number, table.number);
+    binding.bind(boxes.address.municipality, table.municipality);
+    binding.bind(boxes.address.province, table.province);
+    binding.bind(boxes.address.streetType, table.streetType);
+    binding.bind(boxes.address.street, table.street);
+    binding.bind(boxes.address.number, table.number);
     binding.bind(boxes.floor, table.floor);
-    binding.bind(boxes.postalCode, table.postalCode);
+    binding.bind(boxes.address.postalCode, table.postalCode);
 }
 
 } // namespace
@@ -41,17 +39,16 @@ void bindBoxes(RecordBinding& binding, const AddressBoxes& boxes, HostTable& tab
 MainWindow::MainWindow(const QString& database, QWidget* parent)
     : QMainWindow(parent), table_(std::make_unique<HostTable>(database.toStdString())),
       controller_(std::make_unique<TClassCodPostales>(this)), form_(new AddressForm(this)),
-      binding_(new RecordBinding(table_->data, this)),
-      validation_(new AddressValidation(form_->boxes(), *table_, *binding_, *controller_, this)),
-      lists_(new AddressLists(*form_, *controller_, *validation_, this)),
-      streets_(new StreetCommands(*form_, *controller_, *validation_, this)) {
+      binding_(new ambrel::RecordBinding(table_->data, this)),
+      address_(new ambrel::AddressBoxes(form_->boxes().address, *controller_, this)) {
     setObjectName(QStringLiteral("FClientes"));
     setWindowTitle(tr("Ambrel — Clientes"));
     controller_->Padre = this;
     layOut();
-    addMenus(*this, *lists_, *streets_, table_->data);
+    addMenus(*this, *address_, table_->data);
     bindBoxes(*binding_, form_->boxes(), *table_);
-    connect(binding_, &RecordBinding::changed, this, ambrel::guarded([this] {
+    wire();
+    connect(binding_, &ambrel::RecordBinding::changed, this, ambrel::guarded([this] {
                 showState();
                 preview_->showRow(*table_);
             }));
@@ -62,10 +59,25 @@ MainWindow::MainWindow(const QString& database, QWidget* parent)
 
 MainWindow::~MainWindow() {
     // The handlers at work in the form need table and controller, which go before the widgets do.
-    delete streets_;
-    delete lists_;
-    delete validation_;
+    for (QLineEdit* box : {form_->boxes().name, form_->boxes().floor})
+        ambrel::FocusEvents::unwatch(box);
+    delete address_;
     delete binding_;
+}
+
+void MainWindow::wire() {
+    address_->setRecord(*binding_);
+    address_->setListButtons(form_->listButtons());
+    connect(address_, &ambrel::AddressBoxes::stateChanged, this, [this](ambrel::AddressBoxes::Box box) {
+        form_->showReason(form_->boxes().address.at(box), address_->reason(box));
+    });
+    for (QLineEdit* box : {form_->boxes().name, form_->boxes().floor})
+        ambrel::FocusEvents::watch(
+            box, [box] { TomaFocoControl(box); },
+            [this, box] {
+                DejaFocoControl(box);
+                binding_->endUnchangedEdit();
+            });
 }
 
 void MainWindow::layOut() {
@@ -159,7 +171,7 @@ void MainWindow::startNew() {
 }
 
 void MainWindow::save() {
-    validation_->settleFocusedBox();
+    address_->settle();
     if (!binding_->hasChanges()) {
         tell(tr("No hay cambios que guardar."));
         return;
@@ -177,7 +189,7 @@ void MainWindow::undo() {
 }
 
 bool MainWindow::mayLeaveRow() {
-    validation_->settleFocusedBox();
+    address_->settle();
     if (!binding_->hasChanges())
         return true;
     return Mensaje_NoSi(tr("¿Desea descartar los cambios?"),

@@ -9,14 +9,15 @@ class QLabel;
 class QPushButton;
 class TClassCodPostales;
 
+namespace ambrel {
+class AddressBoxes;
+class RecordBinding;
+} // namespace ambrel
+
 namespace host {
 
 class AddressForm;
-class AddressLists;
 class AddressPreview;
-class AddressValidation;
-class RecordBinding;
-class StreetCommands;
 struct HostTable;
 
 class MainWindow : public QMainWindow {
@@ -32,6 +33,7 @@ protected:
 private:
     enum class Step { Previous, Next };
 
+    void wire();
     void layOut();
     QWidget* header();
     QWidget* commands();
@@ -55,10 +57,8 @@ private:
     std::unique_ptr<HostTable> table_;
     std::unique_ptr<TClassCodPostales> controller_;
     AddressForm* form_;
-    RecordBinding* binding_;
-    AddressValidation* validation_;
-    AddressLists* lists_;
-    StreetCommands* streets_;
+    ambrel::RecordBinding* binding_;
+    ambrel::AddressBoxes* address_;
     AddressPreview* preview_ = nullptr;
     QLabel* state_ = nullptr;
     QLabel* message_ = nullptr;

@@ -40,6 +40,11 @@ bool ValidationMark::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
+void ValidationMark::setReason(const QString& reason) {
+    reason_ = reason;
+    follow();
+}
+
 void ValidationMark::follow() {
     if (kind_ == Kind::FreeText || box_->text().trimmed().isEmpty())
         state_ = State::Nothing;
@@ -55,7 +60,7 @@ void ValidationMark::follow() {
         setToolTip(QStringLiteral("Texto validado"));
         break;
     case State::NotValidated:
-        setToolTip(QStringLiteral("Texto sin validar"));
+        setToolTip(reason_.isEmpty() ? QStringLiteral("Texto sin validar") : reason_);
         break;
     }
     setAccessibleName(toolTip());

@@ -18,6 +18,8 @@ public:
     ValidationMark(QLineEdit* box, Kind kind, QWidget* parent = nullptr);
 
     [[nodiscard]] State state() const { return state_; }
+    /// Why the text is not validated; shown while it is not.
+    void setReason(const QString& reason);
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
@@ -32,6 +34,7 @@ private:
     QLineEdit* box_;
     Kind kind_;
     State state_ = State::Nothing;
+    QString reason_;
 };
 
 } // namespace host

@@ -19,6 +19,8 @@
 #include "dialogs/MunicipiListaMJ.h"
 #include "dialogs/ProvList.h"
 #include "dialogs/TipoViasLista.h"
+#include "form/AddressBoxes.h"
+#include "form/RecordBinding.h"
 #include "import/ImportarVias.h"
 #include "lookup/RutCodPostales.h"
 #include "package/Version.h"

@@ -38,6 +38,8 @@ set(public_headers
   dialogs/common/FormKeys.h
   dialogs/common/GridColumn.h
   dialogs/common/TypingRules.h
+  form/AddressBoxes.h
+  form/RecordBinding.h
   import/Document.h
   import/ImportarVias.h
   import/ImportedStreet.h

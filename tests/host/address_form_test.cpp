@@ -140,10 +140,10 @@ TEST_F(AddressFormTest, ChangingAValidatedTextInvalidatesIt) {
 TEST_F(AddressFormTest, ATypedPostalCodeIsNotValidatedUnlessItIsTheStreets) {
     open();
     fill("EMunicipio", "mad");
-    fill("EVia", "alc");
+    fill("EVia", "cor");
     fill("ECodPostal", "99999");
     EXPECT_EQ(tag("ECodPostal"), 0);
-    fill("ECodPostal", "28014");
+    fill("ECodPostal", "28005");
     EXPECT_EQ(tag("ECodPostal"), 1);
 }
 
@@ -174,7 +174,7 @@ TEST_F(AddressFormTest, AStoredAddressIsValidatedWhenItIsShown) {
 TEST_F(AddressFormTest, AStoredAddressThatIsNotKnownIsNotValidated) {
     addCustomers({{"Ana", "CL", "NINGUNA", "60", "28999", "MADRID", "TOLEDO"}});
     open();
-    EXPECT_EQ(tag("EMunicipio"), 28079);
+    EXPECT_EQ(tag("EMunicipio"), 0) << "that province has no such municipality";
     EXPECT_EQ(tag("EProvincia"), 0);
     EXPECT_EQ(tag("EVia"), 0);
     EXPECT_EQ(tag("ENumero"), 0);

@@ -62,7 +62,7 @@ TEST_F(ProgramTest, TheTourOfTheListsSettlesTheBoxes) {
     for (const QString& line :
          {QStringLiteral("TFBuscarMunicipios\tLista de municipios del I.N.E.\t0"),
           QStringLiteral("DBGMUNICIPI\t33024,33201,GIJON\t0\tactivo"),
-          QStringLiteral("EMunicipio\tGIJON\t33024\tactivo"), QStringLiteral("ETipoVia\tAV\t0\tactivo"),
+          QStringLiteral("EMunicipio\tGIJON\t33024\tactivo"), QStringLiteral("ETipoVia\tAV\t1\tactivo"),
           QStringLiteral("EProvincia\tASTURIAS\t1\tactivo"), QStringLiteral("RCodIne\t33037\t0\tactivo")})
         EXPECT_TRUE(tour.lines.contains(line)) << line.toStdString();
 }

@@ -4,15 +4,16 @@
 #include <QObject>
 #include <vector>
 
+#include "AmbrelExport.h"
 #include "dbase/dataset.h"
 
 class QLineEdit;
 
-namespace host {
+namespace ambrel {
 
 /// Every change of a box's text reaches the pending row at once, and what else is written into the row
 /// appears in its box at once. The row goes into edit by itself when a box changes.
-class RecordBinding : public QObject {
+class AMBREL_EXPORT RecordBinding : public QObject {
     Q_OBJECT
 public:
     explicit RecordBinding(dbase::Dataset& table, QObject* parent = nullptr);
@@ -32,7 +33,7 @@ public:
     /// Starts a new, blank row.
     void beginNew();
 
-signals:
+Q_SIGNALS:
     /// The row went into edit, was changed or let go of.
     void changed();
     /// The boxes show another row, or the stored texts again.
@@ -56,4 +57,4 @@ private:
     bool writing_ = false; // a text is going from a box to the row
 };
 
-} // namespace host
+} // namespace ambrel

@@ -1,4 +1,4 @@
-#include "host/RecordBinding.h"
+#include "form/RecordBinding.h"
 
 #include <QLineEdit>
 #include <QScopedValueRollback>
@@ -7,7 +7,7 @@
 #include "services/EventGuard.h"
 #include "services/Text.h"
 
-namespace host {
+namespace ambrel {
 namespace {
 
 bool isPending(const dbase::Dataset& table) {
@@ -33,8 +33,8 @@ void RecordBinding::write(const Bond& bond) {
     const QScopedValueRollback writing(writing_, true);
     if (!beginEdit())
         return;
-    ambrel::runGuarded([&] { bond.field->setText(ambrel::toNearestWindows1252(bond.box->text())); });
-    emit changed();
+    runGuarded([&] { bond.field->setText(toNearestWindows1252(bond.box->text())); });
+    Q_EMIT changed();
 }
 
 void RecordBinding::follow(dbase::DatasetChange change) {
@@ -42,28 +42,28 @@ void RecordBinding::follow(dbase::DatasetChange change) {
         return;
     const QScopedValueRollback showing(showing_, true);
     for (const Bond& bond : bonds_) {
-        const QString text = ambrel::fromWindows1252(bond.field->text());
+        const QString text = fromWindows1252(bond.field->text());
         if (bond.box->text() != text)
             bond.box->setText(text);
     }
-    emit changed();
+    Q_EMIT changed();
 }
 
 void RecordBinding::showRow() {
     {
         const QScopedValueRollback showing(showing_, true);
         for (const Bond& bond : bonds_)
-            bond.box->setText(ambrel::fromWindows1252(bond.field->text()));
+            bond.box->setText(fromWindows1252(bond.field->text()));
     }
-    emit rowShown();
-    emit changed();
+    Q_EMIT rowShown();
+    Q_EMIT changed();
 }
 
 bool RecordBinding::beginEdit() {
     if (isPending(table_))
         return true;
     bool done = false;
-    ambrel::runGuarded([&] {
+    runGuarded([&] {
         if (table_.isEmpty())
             table_.append();
         else
@@ -72,9 +72,9 @@ bool RecordBinding::beginEdit() {
     });
     if (done) {
         rememberValues();
-        emit changed();
+        Q_EMIT changed();
     } else {
-        ambrel::runGuarded([&] { table_.refresh(); });
+        runGuarded([&] { table_.refresh(); });
         showRow();
     }
     return done;
@@ -100,7 +100,7 @@ void RecordBinding::endUnchangedEdit() {
     if (table_.state() != dbase::DatasetState::Edit || hasChanges())
         return;
     table_.cancel();
-    emit changed();
+    Q_EMIT changed();
 }
 
-} // namespace host
+} // namespace ambrel

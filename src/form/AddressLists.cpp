@@ -1,0 +1,135 @@
+// Opening the lists of an address.
+#include "form/AddressLists.h"
+
+#include <QLineEdit>
+
+#include "controller/ClasCodPostales.h"
+#include "controller/KeyAllocation.h"
+#include "data/CodPostalesDM.h"
+#include "data/Province.h"
+#include "data/ViasDM.h"
+#include "dialogs/TipoViasLista.h"
+#include "dialogs/common/ModalDialog.h"
+#include "form/AddressValidation.h"
+#include "lookup/RutCodPostales.h"
+#include "services/Confamb.h"
+#include "services/Mensaje.h"
+#include "services/Text.h"
+
+namespace ambrel {
+namespace {
+
+using Box = AddressBoxes::Box;
+
+constexpr int firstProvince = 1;
+
+/// The street types for as long as their list is shown.
+class StreetTypeModule {
+public:
+    StreetTypeModule() {
+        module_.tbTipo_Via.setTag("CODIGO");
+        module_.tbTipo_Via.open();
+        DMVias = &module_;
+    }
+    ~StreetTypeModule() { DMVias = nullptr; }
+    StreetTypeModule(const StreetTypeModule&) = delete;
+    StreetTypeModule& operator=(const StreetTypeModule&) = delete;
+
+    void goNear(const QString& abbreviation) {
+        (void)module_.tbTipo_Via.seek({{"CODIGO", toNearestWindows1252(abbreviation)}},
+                                      dbase::SeekMode::Nearest);
+    }
+    [[nodiscard]] QString abbreviation() const { return fromWindows1252(module_.tbTipo_ViaCODIGO.text()); }
+
+private:
+    TDMVias module_;
+};
+
+} // namespace
+
+void AddressLists::open(Box box) {
+    switch (box) {
+    case Box::Municipality:
+        return chooseMunicipality();
+    case Box::Province:
+        return chooseProvince();
+    case Box::StreetType:
+        return chooseStreetType();
+    case Box::Street:
+        return chooseStreet();
+    case Box::Number:
+    case Box::PostalCode:
+        return;
+    }
+}
+
+void AddressLists::chooseMunicipality() {
+    validation_.boxes().municipality->setFocus(); // leaves the box that was being typed in first
+    validation_.goToMunicipality();
+    if (validation_.controller().BuscarMunicipios())
+        validation_.takeMunicipality();
+    else
+        validation_.goToMunicipality();
+}
+
+void AddressLists::chooseProvince() {
+    QLineEdit& box = *validation_.boxes().province;
+    box.setFocus();
+    int code = Config.GetProvin();
+    if (validation_.state(Box::Municipality) == AddressBoxes::State::Validated)
+        code = validation_.controller().DM->tbMunicipiCOD_PROV.integer();
+    QString name;
+    int group = provinceGroup;
+    // Without an initial code the list would offer countries as well.
+    SeleccionaProvincia(name, group, QStringLiteral("Provincias"),
+                        QStringLiteral("  Provincia de la dirección  "), code != 0 ? code : firstProvince);
+    if (group != 0) // without a choice the host's own province is no answer to this box
+        validation_.take(Box::Province, name);
+}
+
+void AddressLists::chooseStreetType() {
+    QLineEdit& box = *validation_.boxes().streetType;
+    box.setFocus();
+    StreetTypeModule types;
+    types.goNear(box.text().trimmed());
+    if (ModalDialog<TFTipoViasLista>(box.window()).isAccepted())
+        validation_.take(Box::StreetType, types.abbreviation());
+}
+
+void AddressLists::chooseStreet() {
+    validation_.boxes().street->setFocus();
+    const bool standalone = validation_.state(Box::Municipality) != AddressBoxes::State::Validated;
+    if (!standalone)
+        validation_.goToMunicipality();
+    validation_.goToStreet();
+    if (validation_.controller().BuscarDireccionPostal(standalone)) {
+        validation_.takeStreet();
+    } else {
+        validation_.goToMunicipality();
+        validation_.lookUpAgain(); // it may have been changed or deleted in the list
+    }
+    validation_.boxes().street->setFocus();
+}
+
+void AddressLists::openCard() {
+    TClassCodPostales& controller = validation_.controller();
+    if (!validation_.isStreetKnown()) {
+        Mensaje_Info(validation_.boxes().municipality->window(),
+                     QStringLiteral("Elija antes una vía que esté en las tablas."),
+                     QStringLiteral("Ficha de la vía"));
+        return;
+    }
+    validation_.goToMunicipality();
+    validation_.goToStreet();
+    const bool isUsers = isUserKey(controller.DM->tbPostalCODIGO1.text());
+    controller.MuestraFichaVia(isUsers ? opModificacion : opConsulta,
+                               validation_.boxes().municipality->text());
+    const dbase::Bookmark street = controller.DM->tbPostal.bookmark();
+    validation_.goToMunicipality();
+    if (isUsers && controller.DM->tbPostal.goTo(street))
+        validation_.takeStreet();
+    else
+        validation_.lookUpAgain();
+}
+
+} // namespace ambrel

@@ -1,0 +1,225 @@
+// Street, its type, the number and the postal code that they lead to.
+#include <QLineEdit>
+#include <algorithm>
+#include <utility>
+
+#include "controller/ClasCodPostales.h"
+#include "controller/StreetCard.h"
+#include "data/CodPostalesDM.h"
+#include "dbase/error.h"
+#include "form/AddressValidation.h"
+#include "form/TypedText.h"
+#include "lookup/RutCodPostales.h"
+#include "services/Rnumcad.h"
+#include "services/Ruttb.h"
+#include "services/TagProperty.h"
+#include "services/Text.h"
+
+namespace ambrel {
+namespace {
+
+constexpr bool mayAskForList = true;
+
+/// Abbreviation of the street type that a text names: itself, or the type's whole name. Errors: those of
+/// opening TIPO_VIA.
+std::optional<std::string> streetTypeNamed(const std::string& text) {
+    StreetCardTables tables;
+    for (const StreetType& type : tables.streetTypes())
+        if (text == type.code || text == type.name || text == type.name.substr(0, type.name.find(',')))
+            return type.code;
+    return std::nullopt;
+}
+
+} // namespace
+
+/// What stands in the street's box is to be looked up in another municipality when it is left.
+void AddressValidation::forgetStreet() {
+    stretches_.clear();
+    code_.reset();
+    if (boxes_.street) {
+        setTag(*boxes_.street, 0);
+        isChanged_[index(Box::Street)] = !text(Box::Street).isEmpty();
+    }
+}
+
+void AddressValidation::leaveStreetType() {
+    const QString typed = text(Box::StreetType);
+    isTypeKnown_ = false;
+    if (!typed.isEmpty()) {
+        const auto code = streetTypeNamed(bytesOf(typed));
+        QString name, chosen;
+        if (code)
+            chosen = fromWindows1252(*code);
+        else
+            chosen = Tipo_Via2(name, typed);
+        isTypeKnown_ = !chosen.isEmpty();
+        if (isTypeKnown_)
+            show(Box::StreetType, chosen);
+    }
+    if (!stretches_.empty() || isChanged_[index(Box::Street)])
+        lookUpStreet(Writing::StreetsCode);
+}
+
+void AddressValidation::leaveStreet() {
+    if (text(Box::Street).isEmpty()) {
+        setTag(*boxes_.street, 0);
+        return;
+    }
+    if (!municipality_) {
+        setTag(*boxes_.street, 0);
+        isChanged_[index(Box::Street)] = true; // to be looked up once there is one
+        return;
+    }
+    lookUpStreet(Writing::StreetsCode);
+    if (stretches_.empty())
+        askAboutStreet();
+}
+
+void AddressValidation::lookUpStreet(Writing writing) {
+    stretches_.clear();
+    code_.reset();
+    if (!boxes_.street)
+        return;
+    setTag(*boxes_.street, 0);
+    if (!municipality_)
+        return;
+    municipality_ = directory_.municipality(municipality_->ineCode); // somebody may have added a postal code
+    if (municipality_)
+        stretches_ = stretchesOfType(directory_.stretches(*municipality_, bytesOf(text(Box::Street))),
+                                     bytesOf(text(Box::StreetType)));
+    if (stretches_.empty())
+        return;
+    setTag(*boxes_.street, Cad_Int(stretches_.front().key));
+    isChanged_[index(Box::Street)] = false;
+    if (writing != Writing::Nothing)
+        show(Box::Street, fromWindows1252(stretches_.front().name));
+    settleCode(writing);
+}
+
+void AddressValidation::lookUpAgain() {
+    const int chosen = boxes_.street ? tagOf(*boxes_.street) : 0;
+    const bool wasChanged = isChanged_[index(Box::Street)];
+    lookUpStreet(Writing::Nothing);
+    isChanged_[index(Box::Street)] = wasChanged && stretches_.empty();
+    if (std::ranges::any_of(stretches_, [&](const StreetStretch& one) { return Cad_Int(one.key) == chosen; }))
+        setTag(*boxes_.street, chosen);
+    refreshStates();
+}
+
+void AddressValidation::askAboutStreet() {
+    if (!beginEdit())
+        return;
+    QLineEdit& box = *boxes_.street;
+    const QString typed = box.text();
+    const auto name = normalized(typed);
+    goToMunicipality();
+    goToStreet();
+    if (name)
+        show(Box::Street, fromWindows1252(*name)); // what is stored is what can be found
+    controller_.ExitDireccionPostal(&box, nullptr, nullptr, mayAskForList, codeForNewStreet(),
+                                    text(Box::StreetType));
+    switch (controller_.typedStreet()) {
+    case TClassCodPostales::TypedStreet::Added:
+        takeAddedStreet();
+        return;
+    case TClassCodPostales::TypedStreet::Chosen:
+        takeStreet();
+        return;
+    case TClassCodPostales::TypedStreet::NotAdded:
+        isChanged_[index(Box::Street)] = true; // the user is to try again
+        break;
+    case TClassCodPostales::TypedStreet::Known:
+    case TClassCodPostales::TypedStreet::Unknown:
+        break;
+    }
+    setTag(box, 0);
+    show(Box::Street, typed);
+    goToMunicipality();
+}
+
+/// A postal code that the user has typed, or that is sure: not one that another street has left behind.
+QString AddressValidation::codeForNewStreet() const {
+    if (municipality_ && municipality_->hasOneCode)
+        return fromWindows1252(municipality_->postalCodes.front());
+    return isCodeTyped_ ? text(Box::PostalCode) : QString();
+}
+
+/// The card may have given the street another name or type, and has moved the municipalities.
+void AddressValidation::takeAddedStreet() {
+    show(Box::Street, fromWindows1252(controller_.DM->tbPostalVIA.view()));
+    show(Box::StreetType, fromWindows1252(controller_.DM->tbPostalTIPO_VIA.view()));
+    isTypeKnown_ = !text(Box::StreetType).isEmpty();
+    goToMunicipality();
+    lookUpStreet(Writing::StreetsCode);
+}
+
+/// The list goes through all of Spain: where the street is not the municipality's, it brings another along.
+void AddressValidation::takeStreet() {
+    const TDMCodPostales& tables = *controller_.DM;
+    const QString type = fromWindows1252(tables.tbPostalTIPO_VIA.view());
+    const QString code = fromWindows1252(tables.tbPostalCODPOSTAL.view());
+    const dbase::Bookmark row = tables.tbPostal.bookmark();
+    const int key = tables.tbPostalCODIGO1.integer();
+    const std::string name = tables.tbPostalVIA.text();
+    const auto isIn = [&](const Municipality& municipality) {
+        return std::ranges::any_of(directory_.stretches(municipality, name),
+                                   [&](const StreetStretch& one) { return one.record == row.record(); });
+    };
+    if (!municipality_ || !isIn(*municipality_)) {
+        const dbase::Field* ineCode = controller_.DM->tbPostal.findField("COD_INE");
+        const auto own = ineCode ? directory_.municipality(ineCode->text()) : std::nullopt;
+        if (own && isIn(*own))
+            adopt(*own, own->name);
+        else
+            adoptCurrentMunicipality();
+        if (municipality_)
+            settledMunicipality_ = fromWindows1252(municipality_->ineCode);
+        show(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
+        show(Box::Province, LocalizaProvincia(fromWindows1252(controller_.DM->tbMunicipiCODPOSTAL.view())));
+        isChanged_[index(Box::Municipality)] = false;
+    }
+    show(Box::Street, fromWindows1252(name));
+    show(Box::StreetType, type);
+    isTypeKnown_ = !type.isEmpty();
+    show(Box::PostalCode, code);
+    isChanged_[index(Box::Street)] = isChanged_[index(Box::StreetType)] = false;
+    lookUpStreet(Writing::Nothing);
+    if (!stretches_.empty())
+        setTag(*boxes_.street, key);
+    settleCode(Writing::NumbersCode);
+    refreshStates();
+}
+
+/// Finds the stretch of street and number, and writes its postal code. Without a number that chooses, a
+/// street that was just looked up brings its first stretch's.
+void AddressValidation::settleCode(Writing writing) {
+    code_.reset();
+    if (stretches_.empty())
+        return;
+    code_ = streetCode(stretches_, municipality_->ineCode, readHouseNumber(bytesOf(text(Box::Number))));
+    controller_.OrdenaPorViaPostal();
+    controller_.DM->tbPostal.goTo(dbase::Bookmark(code_->stretch.record));
+    using Certainty = StreetCode::Certainty;
+    const bool isNumbers =
+        readHouseNumber(bytesOf(text(Box::Number))).isKnown() && code_->certainty != Certainty::NoStretch;
+    if (writing == Writing::StreetsCode || (writing == Writing::NumbersCode && isNumbers))
+        if (!code_->stretch.postalCode.empty())
+            show(Box::PostalCode, fromWindows1252(code_->stretch.postalCode));
+}
+
+void AddressValidation::goToStreet() {
+    controller_.OrdenaPorViaPostal();
+    if (code_ && controller_.DM->tbPostal.goTo(dbase::Bookmark(code_->stretch.record)))
+        return;
+    controller_.BuscaEnPostal(text(Box::Street), text(Box::StreetType), nearestSearch);
+}
+
+bool AddressValidation::isStreetType(const std::string& code) const {
+    try {
+        return !code.empty() && streetTypeNamed(code) == code;
+    } catch (const dbase::Error&) {
+        return false; // without the table no type is known; whoever leaves the box is told why
+    }
+}
+
+} // namespace ambrel

@@ -1,0 +1,265 @@
+// Leaving the boxes of an address.
+#include "form/AddressValidation.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <algorithm>
+#include <utility>
+
+#include "controller/BoxCompletion.h"
+#include "controller/ClasCodPostales.h"
+#include "data/CodPostalesDM.h"
+#include "form/RecordBinding.h"
+#include "form/TypedText.h"
+#include "lookup/RutCodPostales.h"
+#include "services/Rnumcad.h"
+#include "services/Ruttb.h"
+#include "services/TagProperty.h"
+#include "services/Text.h"
+
+namespace ambrel {
+namespace {
+
+constexpr bool mayAsk = true;
+
+/// Handed to the controller for an answer that is wanted: an empty text would stay empty.
+const QString wanted = QStringLiteral(" ");
+
+bool isInProvince(const Municipality& municipality, const QString& name) {
+    return std::ranges::any_of(municipality.provinces, [&](const std::string& code) {
+        return LocalizaProvincia(fromWindows1252(code)) == name;
+    });
+}
+
+template<class Condition>
+std::vector<Municipality> those(std::vector<Municipality> all, Condition condition) {
+    std::erase_if(all, [&](const Municipality& one) { return !condition(one); });
+    return all;
+}
+
+} // namespace
+
+AddressValidation::AddressValidation(const AddressBoxes::Boxes& boxes, TClassCodPostales& controller,
+                                     Listener listener)
+    : boxes_(boxes), controller_(controller), listener_(std::move(listener)) {
+    takeStored();
+}
+
+QString AddressValidation::text(Box box) const {
+    const QLineEdit* edit = boxes_.at(box);
+    return edit ? edit->text().simplified() : QString();
+}
+
+/// Keeps the caret, and the host's row unpended, where the text is the same already.
+void AddressValidation::show(Box box, const QString& text) {
+    if (QLineEdit* edit = boxes_.at(box); edit && edit->text() != text)
+        edit->setText(text);
+    if (box == Box::Province)
+        isProvinceTyped_ = false;
+    if (box == Box::PostalCode)
+        isCodeTyped_ = false;
+}
+
+bool AddressValidation::beginEdit() { return !record_ || record_->beginEdit(); }
+
+void AddressValidation::edited(Box box) {
+    isChanged_[index(box)] = true;
+    setTag(*boxes_.at(box), 0);
+    switch (box) {
+    case Box::Municipality:
+        municipality_.reset();
+        isNameShared_ = false;
+        forgetStreet();
+        break;
+    case Box::Province:
+        isProvinceTyped_ = true;
+        break;
+    case Box::StreetType:
+        isTypeKnown_ = false;
+        break;
+    case Box::Street:
+        stretches_.clear();
+        code_.reset();
+        break;
+    case Box::Number:
+        code_.reset();
+        break;
+    case Box::PostalCode:
+        isCodeTyped_ = true;
+        break;
+    }
+    refreshStates();
+}
+
+void AddressValidation::complete(Box box, std::uint16_t& key, Qt::KeyboardModifiers modifiers) {
+    constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    if ((modifiers & commands) || QApplication::activeModalWidget())
+        return; // a shortcut, or what opened a list that now works on the same tables
+    if (box == Box::Municipality) {
+        controller_.OrdenaPorNombreMunicipi();
+        controller_.KeyUpMunicipi(boxes_.municipality, key, modifiers);
+    } else if (municipality_ && completesStreet(key)) {
+        std::optional<NamedCompletion> completion;
+        if (const auto typed = editedText(*boxes_.street))
+            if (const auto street =
+                    directory_.streetBeginning(*municipality_, typed->text, bytesOf(text(Box::StreetType))))
+                if (const auto shown = ambrel::complete(*typed, street->name))
+                    completion = NamedCompletion{*shown, Cad_Int(street->key)};
+        showCompletion(*boxes_.street, completion);
+    }
+    refreshStates();
+}
+
+void AddressValidation::leave(Box box) {
+    if (std::exchange(isChanged_[index(box)], false)) {
+        switch (box) {
+        case Box::Municipality:
+            leaveMunicipality();
+            break;
+        case Box::Province:
+            leaveProvince();
+            break;
+        case Box::StreetType:
+            leaveStreetType();
+            break;
+        case Box::Street:
+            leaveStreet();
+            break;
+        case Box::Number:
+            settleCode(Writing::NumbersCode);
+            break;
+        case Box::PostalCode:
+            break;
+        }
+        refreshStates();
+    }
+    if (record_)
+        record_->endUnchangedEdit();
+}
+
+std::vector<Municipality> AddressValidation::candidates() {
+    auto named = directory_.municipalitiesNamed(bytesOf(text(Box::Municipality)));
+    isNameShared_ = named.size() > 1;
+    // A province that the program wrote is that of the municipality before.
+    if (isNameShared_ && isProvinceTyped_ && !text(Box::Province).isEmpty())
+        named = those(std::move(named),
+                      [&](const Municipality& one) { return isInProvince(one, text(Box::Province)); });
+    return named;
+}
+
+/// Puts MUNICIPI, ordered by name, on the row of a municipality with the name that is shown, else on its
+/// first.
+void AddressValidation::adopt(const Municipality& municipality, const std::string& shownName) {
+    auto& table = controller_.DM->tbMunicipi;
+    const auto isIts = [&] { return controller_.DM->tbMunicipiCOD_INE.view() == municipality.ineCode; };
+    controller_.OrdenaPorNombreMunicipi();
+    bool isThere = TBBusca(table, {{"NOMBRE", shownName}}, exactSearch);
+    while (isThere && !isIts())
+        isThere = table.next() && controller_.DM->tbMunicipiNOMBRE.view() == shownName;
+    if (!isThere) {
+        controller_.OrdenaPorCodIneMunicipi();
+        static_cast<void>(TBBusca(table, {{"COD_INE", municipality.ineCode}}, exactSearch));
+        controller_.OrdenaPorNombreMunicipi();
+    }
+    adoptCurrentMunicipality();
+}
+
+void AddressValidation::adoptCurrentMunicipality() {
+    const std::string code = controller_.DM->tbMunicipiCOD_INE.text();
+    municipality_ = directory_.municipality(code);
+    municipalityRow_ = controller_.DM->tbMunicipi.bookmark();
+    isNameShared_ = false;
+    setTag(*boxes_.municipality, municipality_ ? Cad_Int(code) : 0);
+}
+
+void AddressValidation::leaveMunicipality() {
+    if (const auto found = candidates(); found.size() == 1) {
+        adopt(found.front(), bytesOf(text(Box::Municipality)));
+        show(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
+    } else {
+        setTag(*boxes_.municipality, 0);
+        goToMunicipality();
+    }
+    fillFromMunicipality(mayAsk);
+}
+
+void AddressValidation::leaveProvince() {
+    if (municipality_ || text(Box::Municipality).isEmpty())
+        return;
+    if (const auto found = candidates(); found.size() == 1) {
+        adopt(found.front(), bytesOf(text(Box::Municipality)));
+        isChanged_[index(Box::Municipality)] = false;
+        fillFromMunicipality(!mayAsk);
+    }
+}
+
+/// Writes province and, where there is only one, the postal code. Asks for a municipality that is not known.
+void AddressValidation::fillFromMunicipality(bool asks) {
+    QString province = wanted, postalCode = wanted;
+    controller_.ExitMunicipi(boxes_.municipality, province, postalCode, asks);
+    if (tagOf(*boxes_.municipality) != 0 && !municipality_)
+        adoptCurrentMunicipality(); // chosen from the list
+    if (!municipality_)
+        return;
+    if (province != wanted)
+        show(Box::Province, province);
+    municipalityChanged();
+    if (postalCode != wanted)
+        show(Box::PostalCode, postalCode);
+}
+
+void AddressValidation::municipalityChanged() {
+    const QString code = fromWindows1252(municipality_->ineCode);
+    if (std::exchange(settledMunicipality_, code) == code)
+        lookUpStreet(Writing::Nothing); // the same as before it was edited
+    else
+        forgetStreet();
+}
+
+void AddressValidation::takeMunicipality() {
+    show(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
+    isChanged_[index(Box::Municipality)] = false;
+    adoptCurrentMunicipality();
+    fillFromMunicipality(!mayAsk);
+    refreshStates();
+}
+
+void AddressValidation::goToMunicipality() {
+    controller_.OrdenaPorNombreMunicipi();
+    if (municipality_)
+        controller_.DM->tbMunicipi.goTo(municipalityRow_);
+    else if (const std::string name = bytesOf(text(Box::Municipality)); !name.empty())
+        static_cast<void>(TBBusca(controller_.DM->tbMunicipi, {{"NOMBRE", name}}, nearestSearch));
+}
+
+void AddressValidation::take(Box box, const QString& chosen) {
+    show(box, chosen);
+    isProvinceTyped_ = isProvinceTyped_ || box == Box::Province;
+    isChanged_[index(box)] = true;
+    leave(box);
+}
+
+void AddressValidation::takeStored() {
+    isChanged_.fill(false);
+    isProvinceTyped_ = isCodeTyped_ = isNameShared_ = isTypeKnown_ = false;
+    municipality_.reset();
+    settledMunicipality_.clear();
+    setTag(*boxes_.municipality, 0);
+    auto found = directory_.municipalitiesNamed(bytesOf(text(Box::Municipality)));
+    isNameShared_ = found.size() > 1;
+    if (const QString province = text(Box::Province); !province.isEmpty())
+        found = those(std::move(found), [&](const Municipality& one) { return isInProvince(one, province); });
+    if (found.size() > 1)
+        found = those(std::move(found), [&](const Municipality& one) {
+            return one.hasPostalCode(bytesOf(text(Box::PostalCode)));
+        });
+    if (found.size() == 1) {
+        adopt(found.front(), bytesOf(text(Box::Municipality)));
+        settledMunicipality_ = fromWindows1252(found.front().ineCode);
+    }
+    isTypeKnown_ = isStreetType(bytesOf(text(Box::StreetType)));
+    lookUpStreet(Writing::Nothing);
+    refreshStates();
+}
+
+} // namespace ambrel

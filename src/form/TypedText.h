@@ -1,0 +1,17 @@
+// What is typed into a box, as the tables would write it.
+#pragma once
+
+#include <QString>
+#include <optional>
+#include <string>
+
+namespace ambrel {
+
+/// In capitals, without blanks at the ends, single ones inside. Null for what Windows-1252 cannot hold, which
+/// matches nothing.
+[[nodiscard]] std::optional<std::string> normalized(const QString& text);
+
+/// The same, empty for what cannot be held.
+[[nodiscard]] std::string bytesOf(const QString& text);
+
+} // namespace ambrel

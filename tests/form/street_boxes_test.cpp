@@ -1,0 +1,235 @@
+// Street, type, number and postal code: only the municipality's own streets, and what is added to them.
+#include <QTest>
+
+#include "controller/ClasCodPostales.h"
+#include "data/CodPostalesDM.h"
+#include "form/BoxesTest.h"
+
+namespace {
+
+using ambrel::MessageAnswer;
+using ambrel::test::ansi;
+using ambrel::test::child;
+
+class StreetBoxes : public postal_tests::BoxesTest {
+protected:
+    static void accept(QDialog& card) {
+        QTest::mouseClick(&child<QPushButton>(card, "BBAceptar"), Qt::LeftButton);
+    }
+    /// The newest row of POSTAL that users added; "" when there is none.
+    [[nodiscard]] static std::string addedStreet() {
+        dbase::Dataset streets("DB", "POSTAL", "CODIGO1");
+        streets.open();
+        streets.last();
+        return streets.field("CODIGO1").text().starts_with("99") ? streets.field("VIA").text()
+                                                                 : std::string();
+    }
+};
+
+TEST_F(StreetBoxes, AStreetOfAnotherProvinceIsNeverTaken) {
+    open();
+    fill(Box::Municipality, "albacete");
+    expectStreetDeclined();
+    fill(Box::Street, "agr");
+    EXPECT_EQ(text(Box::Street), "AGR");
+    EXPECT_EQ(state(Box::Street), State::NotValidated);
+    EXPECT_EQ(text(Box::PostalCode), "");
+}
+
+TEST_F(StreetBoxes, TheCodeOfATownWithOneIsNotOverwrittenByAStreetElsewhere) {
+    open();
+    fill(Box::Municipality, "aranjuez");
+    expectStreetDeclined();
+    fill(Box::Street, "a");
+    EXPECT_EQ(text(Box::Street), "A");
+    EXPECT_EQ(text(Box::PostalCode), "28300");
+}
+
+TEST_F(StreetBoxes, AmongRowsOfEqualNameTheMunicipalitysOwnIsTaken) {
+    open();
+    fillAddress("alta", "CL", "may", "5");
+    EXPECT_EQ(tag(Box::Street), 26000002);
+    EXPECT_EQ(text(Box::PostalCode), "26501");
+    fill(Box::Number, "150");
+    EXPECT_EQ(text(Box::PostalCode), "26500");
+    EXPECT_EQ(state(Box::PostalCode), State::Validated);
+    fillAddress("baja", "CL", "may", "5");
+    EXPECT_EQ(text(Box::PostalCode), "26510");
+}
+
+TEST_F(StreetBoxes, TheControllerStandsOnTheStretchOfTheAddress) {
+    open();
+    fillAddress("alta", "CL", "may", "150");
+    EXPECT_EQ(address->controller().DM->tbPostalCODIGO1.text(), "26000003");
+    EXPECT_EQ(address->controller().DM->tbMunicipiCOD_INE.text(), "26001");
+}
+
+TEST_F(StreetBoxes, TheKeyOneIsAStreetLikeAnyOther) {
+    open();
+    fillAddress("alta", "CL", "prim", "5");
+    EXPECT_EQ(tag(Box::Street), 1);
+    EXPECT_EQ(text(Box::Street), "PRIMERA");
+    EXPECT_EQ(text(Box::PostalCode), "26500");
+    EXPECT_EQ(state(Box::PostalCode), State::Validated);
+}
+
+TEST_F(StreetBoxes, AStreetWithTheKeyOneCanBeChosenFromTheList) {
+    open();
+    fill(Box::Municipality, "alta");
+    expectInsertion(MessageAnswer::No);
+    expectStreetList(MessageAnswer::Yes);
+    dialogs.expect("TFBuscarDireccionPostal", [](QDialog& list) {
+        auto& name = child<QLineEdit>(list, "EVia");
+        name.setFocus();
+        name.selectAll();
+        QTest::keyClicks(&name, "PRIM");
+        accept(list);
+    });
+    fill(Box::Street, "ninguna");
+    EXPECT_EQ(text(Box::Street), "PRIMERA");
+    EXPECT_EQ(tag(Box::Street), 1);
+    EXPECT_EQ(tag(Box::Municipality), 26001);
+}
+
+TEST_F(StreetBoxes, AMnemonicAndTabChangeNothing) {
+    open();
+    fillAddress("mad", "CL", "alcala", "300");
+    ASSERT_EQ(text(Box::PostalCode), "28027");
+    enter(Box::Street);
+    press(Qt::Key_V, Qt::AltModifier);
+    press(Qt::Key_Tab);
+    EXPECT_EQ(text(Box::PostalCode), "28027");
+    EXPECT_EQ(state(Box::PostalCode), State::Validated);
+}
+
+TEST_F(StreetBoxes, TheTypeTellsStreetsOfOneNameApart) {
+    open();
+    fillAddress("mad", "PZ", "mayor", "5");
+    EXPECT_EQ(text(Box::PostalCode), "28012");
+    fill(Box::StreetType, "CL");
+    EXPECT_EQ(text(Box::PostalCode), "28013");
+    EXPECT_EQ(state(Box::PostalCode), State::Validated);
+}
+
+TEST_F(StreetBoxes, AStreetThatIsThereUnderAnotherTypeSaysSo) {
+    open();
+    fillAddress("mad", "AV", "alcala", "5");
+    EXPECT_EQ(state(Box::StreetType), State::NotValidated);
+    EXPECT_TRUE(address->reason(Box::StreetType).contains("CL ALCALA"));
+}
+
+TEST_F(StreetBoxes, AStreetTypeIsValidatedByItself) {
+    open();
+    fill(Box::StreetType, "cl");
+    EXPECT_EQ(state(Box::StreetType), State::Validated);
+    EXPECT_EQ(tag(Box::StreetType), 1);
+}
+
+TEST_F(StreetBoxes, ATypesNameTypedInFullFindsItsCode) {
+    open();
+    fill(Box::StreetType, "calle");
+    EXPECT_EQ(text(Box::StreetType), "CL");
+    fill(Box::StreetType, "plaza");
+    EXPECT_EQ(text(Box::StreetType), "PZ");
+}
+
+TEST_F(StreetBoxes, ALetterStillHeldWhenTheBoxIsLeftCompletesTheStreet) {
+    open();
+    fill(Box::Municipality, "mad");
+    enter(Box::Street);
+    type("ALC");
+    press(Qt::Key_Delete);
+    QTest::keyPress(&box(Box::Street), Qt::Key_A, {});
+    press(Qt::Key_Tab);
+    EXPECT_EQ(text(Box::Street), "ALCALA");
+    EXPECT_EQ(tag(Box::Street), 28000001);
+}
+
+TEST_F(StreetBoxes, UndoGivesBackWhatWasTypedBeforeACompletion) {
+    open();
+    fill(Box::Municipality, "mad");
+    enter(Box::Street);
+    type("alc");
+    ASSERT_EQ(text(Box::Street), "ALCALA");
+    EXPECT_EQ(box(Box::Street).cursorPosition(), 3);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(text(Box::Street), "ALC");
+    EXPECT_EQ(tag(Box::Street), 0);
+}
+
+TEST_F(StreetBoxes, KeysPressedFasterThanReleasedStillComplete) {
+    open();
+    fill(Box::Municipality, "mad");
+    enter(Box::Street);
+    QLineEdit& street = box(Box::Street);
+    QTest::keyPress(&street, Qt::Key_A);
+    QTest::keyPress(&street, Qt::Key_L);
+    QTest::keyRelease(&street, Qt::Key_A);
+    QTest::keyRelease(&street, Qt::Key_L);
+    EXPECT_EQ(street.text(), "ALCALA");
+    EXPECT_EQ(street.selectedText(), "CALA");
+}
+
+TEST_F(StreetBoxes, AStreetThatIsAddedIsStoredAsItCanBeFound) {
+    open();
+    fill(Box::Municipality, "mad");
+    fill(Box::StreetType, "CL");
+    fill(Box::PostalCode, "28013");
+    expectInsertion(MessageAnswer::Yes);
+    dialogs.expect("TFFichaVia", accept);
+    paste(Box::Street, QStringLiteral(" Nueva  calle de Alcalá "));
+    EXPECT_EQ(addedStreet(), ansi("NUEVA CALLE DE ALCALÁ"));
+    EXPECT_EQ(text(Box::Street), QStringLiteral("NUEVA CALLE DE ALCALÁ"));
+    EXPECT_EQ(state(Box::Street), State::Validated);
+    EXPECT_EQ(tag(Box::Street), 99000000);
+}
+
+TEST_F(StreetBoxes, TheCodeThatAnotherStreetLeftIsNotANewStreets) {
+    open();
+    fillAddress("mad", "CL", "alcala", "300");
+    ASSERT_EQ(text(Box::PostalCode), "28027");
+    fill(Box::Number, "");
+    expectInsertion(MessageAnswer::Yes);
+    dialogs.expect("TFFichaVia", [](QDialog& card) {
+        EXPECT_NE(child<QLineEdit>(card, "DBECodPostal").text(), "28027");
+        accept(card);
+    });
+    fill(Box::Street, "nueva");
+}
+
+TEST_F(StreetBoxes, AfterARefusedLockLeavingTheBoxAsksAgain) {
+    open();
+    dbase::Dataset other("DB", "POSTAL");
+    other.open();
+    ASSERT_TRUE(other.lockCurrent());
+    const auto expectRefusal = [this] {
+        expectInsertion(MessageAnswer::Yes);
+        messages.expect("Repita nuevamente la última operación", "Acceso concurrente");
+    };
+    fill(Box::Municipality, "mad");
+    fill(Box::StreetType, "CL");
+    expectRefusal();
+    fill(Box::Street, "nueva");
+    EXPECT_EQ(tag(Box::Street), 0);
+    expectRefusal();
+    enter(Box::Street);
+    press(Qt::Key_Tab);
+    other.unlockAll();
+    expectInsertion(MessageAnswer::Yes);
+    dialogs.expect("TFFichaVia", accept);
+    enter(Box::Street);
+    press(Qt::Key_Tab);
+    EXPECT_EQ(addedStreet(), "NUEVA");
+}
+
+TEST_F(StreetBoxes, WithoutAValidatedMunicipalityNothingIsLookedUpOrOffered) {
+    open();
+    fill(Box::Street, "alcala");
+    EXPECT_EQ(state(Box::Street), State::NotValidated);
+    fill(Box::Municipality, "mad");
+    enter(Box::Street);
+    press(Qt::Key_Tab);
+    EXPECT_EQ(state(Box::Street), State::Validated) << "it is looked up once there is a municipality";
+}
+
+} // namespace
