@@ -6,6 +6,8 @@
 #include <QLineEdit>
 #include <cstdio>
 
+#include "form/AddressBoxes.h"
+
 /// Presses and releases a key as a user would: whoever has the focus gets it.
 inline void pressKey(int key, const QString& character) {
     for (const QEvent::Type step : {QEvent::KeyPress, QEvent::KeyRelease}) {
@@ -16,18 +18,19 @@ inline void pressKey(int key, const QString& character) {
     QApplication::processEvents();
 }
 
-/// Types an address into the boxes of the form and prints what has become of it; 0 when it was completed.
-inline int typeAnAddress(QWidget& form) {
-    form.activateWindow();
+/// Types an address into the boxes and prints what has become of it; 0 when it was completed.
+inline int typeAnAddress(const ambrel::AddressBoxes::Boxes& boxes) {
+    boxes.municipality->activateWindow();
     QApplication::processEvents();
-    for (const char* text : {"MADRID", "ALCALA", "100"}) {
+    for (const auto& [box, text] :
+         {std::pair{boxes.municipality, "MADRID"}, {boxes.street, "ALCALA"}, {boxes.number, "100"}}) {
+        box->setFocus();
         for (const QChar character : QString(text))
             pressKey(character.unicode(), character);
         pressKey(Qt::Key_Tab, {});
     }
-    const auto boxes = form.findChildren<QLineEdit*>(); // municipality, street, number and postal code
-    const QString address =
-        boxes[1]->text() + ", " + boxes[2]->text() + " - " + boxes[3]->text() + ' ' + boxes[0]->text();
+    const QString address = boxes.street->text() + ", " + boxes.number->text() + " - " +
+                            boxes.postalCode->text() + ' ' + boxes.municipality->text();
     std::printf("%s\n", qUtf8Printable(address));
     return address == "ALCALA, 100 - 28009 MADRID" ? 0 : 1;
 }

@@ -1,0 +1,13 @@
+#include <QLabel>
+#include <QLineEdit>
+
+#include "package/AmbCodPostales.h"
+
+// The boxes that the form has; a label says what is wrong with the address.
+void wireAddress(QWidget* form, QLineEdit* municipality, QLineEdit* street, QLineEdit* number,
+                 QLineEdit* postalCode, QLabel* warning) {
+    auto* address = new ambrel::AddressBoxes(
+        {.municipality = municipality, .street = street, .number = number, .postalCode = postalCode}, form);
+    QObject::connect(address, &ambrel::AddressBoxes::stateChanged, warning,
+                     [=] { warning->setText(address->reason(ambrel::AddressBoxes::Box::PostalCode)); });
+}
