@@ -303,6 +303,21 @@ TEST_F(ImportFromTheWeb, MunicipalityThatFailsIsToldAndTheOthersAreFiled) {
     EXPECT_TRUE(std::filesystem::exists(postales("MADRID/PARLA.xml")));
 }
 
+TEST_F(ImportFromTheWeb, RedirectionThatLeadsNowhereLeavesTheAnswerThatWasFiledBefore) {
+    file("MADRID/PARLA.xml", answer({{"CL", "SOL"}}));
+    show("RBTodosConUno");
+    choose("CBProvincias", "MADRID");
+    service->setFault(Operation::Streets, Fault::Redirection, "PARLA");
+    expectBox("Se ha producido un error al localizar las vías del municipio seleccionado PARLA\r"
+              "Reinténtelo más tarde",
+              errorTitle, true);
+    expectNotFound(false);
+    click("BBBuscarViasPorProvincia");
+    std::ifstream filed(postales("MADRID/PARLA.xml"));
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(filed), {}), answer({{"CL", "SOL"}}));
+    EXPECT_EQ(message(), "MADRID. Municipios archivados: 3 de 4. Sin respuesta válida: 1.");
+}
+
 TEST_F(ImportFromTheWeb, ProvinceSearchSucceedsAlsoWhenNothingCanBeFiled) {
     folder.write("POSTALES", "a file where the folder should be");
     show("RBTodosConUno");

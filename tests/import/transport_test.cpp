@@ -311,6 +311,13 @@ TEST_F(DirectoryExchange, IsRefusedWithHalfABodyInChunks) { expectRefusal(Fault:
 
 TEST_F(DirectoryExchange, IsRefusedWithStatus500) { expectRefusal(Fault::Status500); }
 
+TEST_F(DirectoryExchange, IsRefusedWithARedirectionWithoutAddress) { expectRefusal(Fault::Redirection); }
+
+TEST_F(DirectoryExchange, IsTheSameUnderADeclarationThatIsNotTrue) {
+    EXPECT_EQ(streetsUnder(Fault::OtherCoding).streets.size(), 3u);
+    EXPECT_EQ(streetsUnder(Fault::OtherCoding).reading, Reading::Whole);
+}
+
 TEST_F(DirectoryExchange, IsRefusedWithAFault) { expectRefusal(Fault::SoapFault); }
 
 TEST_F(DirectoryExchange, IsRefusedOnceTheServiceHasEnded) {

@@ -17,13 +17,14 @@ struct NamedFault {
     std::string_view explanation;
 };
 
-constexpr std::array<NamedFault, 19> names{{
+constexpr std::array<NamedFault, 21> names{{
     {"rechaza", Fault::Refuse, "se corta la conexión, sin un solo byte"},
     {"calla", Fault::Stall, "nada, hasta que el programa se cansa"},
     {"se-para", Fault::StallMidway, "la mitad, y luego nada"},
     {"corta", Fault::Cut, "la mitad de lo anunciado"},
     {"corta-trozos", Fault::CutChunked, "la mitad, sin anunciar cuánto era"},
     {"500", Fault::Status500, "el estado 500 y una línea de texto"},
+    {"redirige", Fault::Redirection, "el estado 302, que no lleva a ninguna parte"},
     {"fallo-soap", Fault::SoapFault, "un fallo SOAP con el estado 500"},
     {"fallo-soap-200", Fault::SoapFaultOk, "un fallo SOAP con el estado 200"},
     {"error", Fault::ErrorAnswer, "una respuesta que dice que no existe la provincia"},
@@ -32,6 +33,7 @@ constexpr std::array<NamedFault, 19> names{{
     {"sin-cuenta", Fault::NoCount, "la lista sin la cuenta"},
     {"cuenta-mala", Fault::BadCount, "una cuenta que no es un número"},
     {"sin-lista", Fault::NoEntries, "la cuenta sin la lista"},
+    {"declara-latin1", Fault::OtherCoding, "la respuesta, en UTF-8, que dice ir en ISO-8859-1"},
     {"vacia", Fault::EmptyBody, "el estado 200 y nada más"},
     {"basura", Fault::Garbage, "bytes que no son XML"},
     {"html", Fault::HtmlPage, "una página para personas"},
@@ -67,6 +69,13 @@ std::string without(std::string answer, const std::string& element) {
 std::string withoutNumber(std::string answer, Operation operation) {
     const auto [begin, size] = extentOf(answer, countElement(operation), false);
     return answer.replace(begin, size, "muchas");
+}
+
+std::string declaringLatin1(std::string answer) {
+    constexpr std::string_view declared = R"(encoding="utf-8")";
+    if (const std::size_t at = answer.find(declared); at != std::string::npos)
+        answer.replace(at, declared.size(), R"(encoding="ISO-8859-1")");
+    return answer;
 }
 
 } // namespace
@@ -139,6 +148,9 @@ std::string spoil(std::string answer, Operation operation, Fault fault) {
         return without(std::move(answer), listElement(operation));
     case Fault::Status500:
         return "Error interno del servidor.";
+    case Fault::OtherCoding:
+        return declaringLatin1(std::move(answer));
+    case Fault::Redirection:
     case Fault::EmptyBody:
         return {};
     case Fault::Garbage:

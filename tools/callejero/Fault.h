@@ -17,6 +17,7 @@ enum class Fault {
     Cut,          // half the body that was announced
     CutChunked,   // half a body in chunks
     Status500,    // status 500, a plain text
+    Redirection,  // status 302, and no address
     SoapFault,    // status 500, a SOAP fault
     SoapFaultOk,  // a SOAP fault with status 200
     ErrorAnswer,  // an answer that the province does not exist
@@ -25,6 +26,7 @@ enum class Fault {
     NoCount,      // no count element
     BadCount,     // a count that is no number
     NoEntries,    // a count and no list
+    OtherCoding,  // the answer, in UTF-8, declares another encoding
     EmptyBody,    // status 200 and nothing
     Garbage,      // status 200 and bytes that are no XML
     HtmlPage,     // status 200 and a page for people

@@ -17,7 +17,7 @@ namespace {
 constexpr const char* host = "127.0.0.1";
 constexpr const char* answerType = "text/xml; charset=utf-8";
 constexpr const char* plainType = "text/plain; charset=utf-8";
-constexpr int badRequest = 400, notFound = 404, serverFailure = 500;
+constexpr int redirection = 302, badRequest = 400, notFound = 404, serverFailure = 500;
 constexpr std::size_t largestRequest = std::size_t{1} << 20;
 constexpr std::size_t hugeSize = std::size_t{1} << 30;
 
@@ -219,6 +219,9 @@ void Service::answer(const Request& request, const Conduct::Noted& noted, httpli
     case Fault::SoapFault:
         response.status = serverFailure;
         break;
+    case Fault::Redirection:
+        response.status = redirection;
+        return;
     case Fault::Stall:
         if (!hold(noted.releases))
             Connection::current().refuse();
