@@ -9,6 +9,7 @@
 #include "dbase/codec.h"
 #include "dbase/dataset.h"
 #include "dbase/table.h"
+#include "services/Confamb.h"
 #include "services/Ruttb.h"
 
 namespace ambrel {
@@ -68,21 +69,23 @@ public:
         return !text(street, municipality_).empty() || !text(street, ineCode_).empty();
     }
 
-    void amend(const dbase::RecordView& street, std::span<char> row, const PostalCodes& codes) const {
+    /// `row`: the street's bytes, to be changed. False when no municipality is found for it.
+    bool fill(const dbase::RecordView& street, std::span<char> row, const PostalCodes& codes) const {
         const PostalCode* const code = codes.find(text(street, code_));
         if (!code)
-            return;
+            return false;
         if (code->major)
             write(row, *code->major);
         // Every municipality with this code is a minor entity: the street's own name tells which.
         if (!dbase::decodeText(raw(row, ineCode_)).empty())
-            return;
+            return code->major.has_value();
         for (const Municipality& municipality : code->all) {
             if (municipality.name == text(street, name_)) {
                 write(row, municipality);
-                return;
+                return true;
             }
         }
+        return code->major.has_value();
     }
 
 private:
@@ -106,23 +109,33 @@ private:
 
 } // namespace
 
-void fillIneCodes(const std::string& database, InePassRows rows, const InePassProgress& progress) {
+InePassCount fillIneCodes(const std::string& database, InePassRows rows, const InePassProgress& progress) {
     const auto streets = CreaTabla(database, "POSTAL.DBF", "VIA", false, openNow);
     const auto municipalities = CreaTabla(database, "MUNICIPI.DBF", "CODPOSTAL", false, openNow);
     const PostalCodes codes(*municipalities);
     const StreetColumns columns(*streets);
-    const auto amend = [&](const dbase::RecordView& street, std::span<char> row) {
-        if (rows == InePassRows::All || !columns.hasData(street))
-            columns.amend(street, row, codes);
+    InePassCount count;
+    const auto isFilled = [&](const dbase::RecordView& street, std::span<char> row) {
+        return (rows == InePassRows::All || !columns.hasData(street)) && columns.fill(street, row, codes);
+    };
+    const auto fill = [&](const dbase::RecordView& street, std::span<char> row) {
+        count.filled += isFilled(street, row) ? 1 : 0;
+    };
+    const auto countInUse = [&](const dbase::RecordView& street) {
+        std::vector<char> row(street.bytes.begin(), street.bytes.end());
+        count.inUse += isFilled(street, row) ? 1 : 0;
     };
     // In the order of the file: no street's outcome depends on another's, and neighbours are written
     // together.
     dbase::Table& table = streets->openTable();
     for (dbase::RecordNumber next = 1; next != 0;) {
-        next = table.amend(next, stretch, amend);
+        next = table.amend(next, stretch, fill, dbase::Durability::Process, countInUse);
         if (next != 0)
             progress(next - 1, table.records().recordCount());
     }
+    if (count.filled != 0 && Config.durability() == dbase::Durability::Disk)
+        table.sync();
+    return count;
 }
 
 } // namespace ambrel

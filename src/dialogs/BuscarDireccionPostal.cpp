@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QLayout>
+#include <QLocale>
 #include <QShowEvent>
 #include <algorithm>
 #include <vector>
@@ -84,6 +85,13 @@ private:
     QElapsedTimer sinceShown_;
 };
 
+/// The pass has no message of its own: this stands in the status bar.
+QString outcomeOf(const ambrel::InePassCount& count) {
+    const QLocale spanish(QLocale::Spanish, QLocale::Spain);
+    return QStringLiteral("Vías rellenadas: %1. En uso por otros, que se quedan como estaban: %2.")
+        .arg(spanish.toString(count.filled), spanish.toString(count.inUse));
+}
+
 } // namespace
 
 TFBuscarDireccionPostal::TFBuscarDireccionPostal(QWidget* owner, TClassCodPostales& controller,
@@ -108,12 +116,12 @@ void TFBuscarDireccionPostal::connectControls() {
     new ambrel::FormKeys(*this, *ui_->BBCancelar, [this](std::uint16_t key, Qt::KeyboardModifiers modifiers) {
         return FormKeyDown(key, modifiers);
     });
-    auto* const help = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
-    help->watchEdit(ui_->EVia);
-    help->watchEdit(ui_->CBProvincia);
+    help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
+    help_->watchEdit(ui_->EVia);
+    help_->watchEdit(ui_->CBProvincia);
 
     const auto onClick = [&](QPushButton* button, void (Dialog::*handler)()) {
-        help->watchButton(button);
+        help_->watchButton(button);
         connect(button, &QPushButton::clicked, this,
                 ambrel::guarded([this, handler] { (this->*handler)(); }));
     };
@@ -287,12 +295,14 @@ void TFBuscarDireccionPostal::BBActualizarCOD_INEClick() {
     if (answer != answeredYes)
         return;
     const auto rows = isControlHeld() ? ambrel::InePassRows::WithoutData : ambrel::InePassRows::All;
-    {
+    const ambrel::InePassCount count = [&] {
         PassProgress progress(this);
-        ambrel::fillIneCodes(Config.GetAliasAmbrel(), rows,
-                             [&](std::uint32_t done, std::uint32_t total) { progress.show(done, total); });
-    }
+        return ambrel::fillIneCodes(
+            Config.GetAliasAmbrel(), rows,
+            [&](std::uint32_t done, std::uint32_t total) { progress.show(done, total); });
+    }();
     ui_->DBGPostal->refresh(); // the current row was written to behind the list's back
+    help_->showOutcome(outcomeOf(count));
 }
 
 void TFBuscarDireccionPostal::BBAceptarClick() {

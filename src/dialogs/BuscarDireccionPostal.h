@@ -12,6 +12,10 @@
 
 class TClassCodPostales;
 
+namespace ambrel {
+class FocusHelp;
+}
+
 namespace Ui {
 class TFBuscarDireccionPostal;
 }
@@ -71,4 +75,5 @@ private:
     TClassCodPostales& controller_;
     const bool standalone_;
     dbase::Dataset::Subscription onDataChange_;
+    ambrel::FocusHelp* help_ = nullptr;
 };

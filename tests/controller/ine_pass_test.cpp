@@ -5,6 +5,8 @@
 #include "data/PostalTables.h"
 #include "dbase/dataset.h"
 #include "dbase/error.h"
+#include "services/Confamb.h"
+#include "support/DiskWaits.h"
 
 namespace {
 
@@ -22,8 +24,8 @@ protected:
                            {"28079", "28001", "MADRID", "N", "0"}});
     }
 
-    static void run(InePassRows rows = InePassRows::All) {
-        ambrel::fillIneCodes("DB", rows, [](std::uint32_t, std::uint32_t) {});
+    static ambrel::InePassCount run(InePassRows rows = InePassRows::All) {
+        return ambrel::fillIneCodes("DB", rows, [](std::uint32_t, std::uint32_t) {});
     }
     /// MUNICIPI and COD_INE of a street.
     static std::string stored(const std::string& codigo1) {
@@ -128,6 +130,80 @@ TEST_F(InePass, ProgressIsToldWhileTheTablesCanBeRead) {
     ASSERT_GE(told.size(), 2u);
     EXPECT_LT(told.front(), told.back());
     EXPECT_EQ(stored("1099"), "MADRID/28079");
+}
+
+TEST_F(InePass, StreetsThatItFillsAreCountedAndThoseThatOthersHoldApart) {
+    addStreets({{"1", "A", "CL", "28001"},
+                {"2", "B", "CL", "28001"},
+                {"3", "C", "CL", "28001"},
+                {"4", "SIN MUNICIPIO", "CL", "28999"},
+                {"5", "E", "CL", "28001"}});
+    store("3", "MADRID", "28079");
+    dbase::Dataset mine("DB", "POSTAL", "CODIGO1"), theirs("DB", "POSTAL", "CODIGO1");
+    for (dbase::Dataset* const held : {&mine, &theirs})
+        held->open();
+    mine.next();
+    mine.edit();
+    theirs.last();
+    theirs.prior();
+    theirs.edit(); // has no municipality, held or not
+    const ambrel::InePassCount count = run();
+    EXPECT_EQ(count.filled, 3u) << "1, 3 and 5";
+    EXPECT_EQ(count.inUse, 1u);
+    mine.cancel();
+    EXPECT_EQ(run(InePassRows::WithoutData).filled, 1u);
+    EXPECT_EQ(run(InePassRows::WithoutData).filled, 0u);
+    EXPECT_EQ(run().filled, 4u);
+    EXPECT_EQ(run().inUse, 0u);
+}
+
+/// Twelve stretches that are changed one after the other.
+class InePassWaits : public InePass {
+protected:
+    InePassWaits() {
+        std::vector<StreetRow> rows;
+        for (int i = 0; i < 12 * 512; ++i)
+            rows.push_back({std::to_string(i), "CALLE " + std::to_string(i), "CL", "28001"});
+        addStreets(rows);
+        streets.open();
+    }
+    ~InePassWaits() override { Config.AsegurarEnDisco = true; }
+
+    void post(dbase::Durability durability) {
+        streets.edit();
+        streets.field("VIA").setText("OTRA" + std::to_string(++posts));
+        streets.post(durability);
+    }
+    static int waits(InePassRows rows = InePassRows::All) {
+        const int before = ambrel::test::diskWaits();
+        run(rows);
+        return ambrel::test::diskWaits() - before;
+    }
+
+    dbase::Dataset streets{"DB", "POSTAL", "CODIGO1"};
+    int posts = 0;
+};
+
+TEST_F(InePassWaits, ItWaitsOnceForTheDiskAtItsEnd) {
+    post(dbase::Durability::Process);
+    EXPECT_EQ(waits(), 1);
+}
+
+TEST_F(InePassWaits, ItWaitsAsOftenWhateverWasPostedBefore) {
+    for (int i = 0; i < 3; ++i)
+        post(dbase::Durability::Disk);
+    EXPECT_EQ(waits(), 1 + 2) << "what the posts kept in the journal goes to its place first, once";
+    streets.refresh();
+    store("0", "ANTES", "28000");
+    EXPECT_EQ(waits(), 1);
+}
+
+TEST_F(InePassWaits, ItWaitsForNothingWhereNothingIsFilledOrTheConfigurationAsksForNone) {
+    Config.AsegurarEnDisco = false;
+    post(dbase::Durability::Process);
+    EXPECT_EQ(waits(), 0);
+    Config.AsegurarEnDisco = true;
+    EXPECT_EQ(waits(InePassRows::WithoutData), 0);
 }
 
 TEST_F(InePass, OpenCursorsSeeWhatWasWritten) {

@@ -52,6 +52,23 @@ TEST_F(AmendTest, TheRecordBeforeTheLastIsAmendedWithoutIt) {
     EXPECT_EQ(names()[7], "CORUNA");
 }
 
+TEST_F(AmendTest, WhoAsksIsToldOfEachRecordThatSomebodyHoldsSaveDeletedOnes) {
+    towns.open();
+    other.open();
+    Table& table = towns.openTable();
+    place(towns, 4);
+    towns.erase();
+    for (const RecordNumber held : {2u, 4u, 6u})
+        ASSERT_TRUE(table.tryLockRecord(held, this));
+    std::vector<RecordNumber> amended, leftOut;
+    static_cast<void>(table.amend(
+        1, 7, [&](const RecordView& record, std::span<char>) { amended.push_back(record.number); },
+        Durability::Process, [&](const RecordView& held) { leftOut.push_back(held.number); }));
+    EXPECT_EQ(amended, (std::vector<RecordNumber>{1, 3, 5, 7}));
+    EXPECT_EQ(leftOut, (std::vector<RecordNumber>{2, 6}));
+    table.unlockRecords(this);
+}
+
 TEST_F(AmendTest, NothingIsAmendedFromNowhereOrUpToNothing) {
     towns.open();
     other.open();

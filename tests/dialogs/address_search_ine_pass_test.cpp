@@ -91,6 +91,38 @@ TEST_F(AddressSearchInePass, YesWritesEveryStreetAndShowsItsProgress) {
     EXPECT_EQ(progress.text.toStdString(), "Actualizando los códigos INE de las vías: 0 %");
 }
 
+TEST_F(AddressSearchInePass, ItsEndSaysHowManyStreetsWereFilledAndHowManyWereInUse) {
+    show();
+    dbase::Dataset streets("DB", "POSTAL", "CODIGO1");
+    streets.open();
+    ASSERT_TRUE(streets.seek({{"CODIGO1", "28000001"}}, dbase::SeekMode::Exact));
+    streets.edit();
+    click(MessageAnswer::Yes);
+    EXPECT_EQ(help(), "Vías rellenadas: 6. En uso por otros, que se quedan como estaban: 1.");
+    EXPECT_EQ(stored("28000001"), "/");
+    streets.cancel();
+    click(MessageAnswer::Yes);
+    EXPECT_EQ(help(), "Vías rellenadas: 7. En uso por otros, que se quedan como estaban: 0.");
+}
+
+TEST_F(AddressSearchInePass, WhatItsEndSaidIsReadAgainWhereNoHintStands) {
+    show();
+    click(MessageAnswer::Yes);
+    const std::string outcome = help();
+    QPushButton& accept = button("BBAceptar");
+    QEvent enter(QEvent::Enter), leave(QEvent::Leave);
+    QCoreApplication::sendEvent(&accept, &enter);
+    EXPECT_EQ(help(), accept.toolTip().toStdString());
+    QCoreApplication::sendEvent(&accept, &leave);
+    EXPECT_EQ(help(), outcome);
+}
+
+TEST_F(AddressSearchInePass, AnswerNoSaysNothing) {
+    show();
+    click(MessageAnswer::No);
+    EXPECT_EQ(help(), "Actualiza el campo COD_INE en las vías");
+}
+
 TEST_F(AddressSearchInePass, CtrlHeldWritesOnlyStreetsWithoutData) {
     store("28000001", "VIEJO");
     show();

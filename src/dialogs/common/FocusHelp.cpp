@@ -26,13 +26,21 @@ void FocusHelp::TomaFoco(QWidget* control) {
 
 void FocusHelp::DejaFoco(QWidget* control) {
     DejaFocoControl(control);
-    bar_.clearMessage();
+    clearHint();
 }
 
 void FocusHelp::TomaFocoBoton(QWidget* button) { bar_.showMessage(button->toolTip()); }
 
 // The mouse that leaves a button empties the bar, whatever has the focus.
-void FocusHelp::DejaFocoBoton() { bar_.clearMessage(); }
+void FocusHelp::DejaFocoBoton() { clearHint(); }
+
+void FocusHelp::showOutcome(const QString& text) {
+    outcome_ = text;
+    clearHint();
+}
+
+// The mouse that leaves the button, and with it the hint, must not take away what has just been said.
+void FocusHelp::clearHint() { bar_.showMessage(outcome_); }
 
 void FocusHelp::watchEdit(QWidget* edit, std::function<void()> onEnter, std::function<void()> onExit) {
     if (!onEnter)

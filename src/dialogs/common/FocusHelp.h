@@ -21,11 +21,14 @@ public:
 
     /// Focus gained by an edit control: focus colour, hint in the status bar.
     void TomaFoco(QWidget* control);
-    /// Focus lost: normal colour, empty status bar.
+    /// Focus lost: normal colour, and no hint in the status bar.
     void DejaFoco(QWidget* control);
     /// Focus gained by a button, or the mouse over it: hint in the status bar.
     void TomaFocoBoton(QWidget* button);
     void DejaFocoBoton();
+
+    /// What came of something that the dialog did: stands in the status bar from now on where no hint does.
+    void showOutcome(const QString& text);
 
     /// Attaches handlers to an edit control; empty ones stand for TomaFoco and DejaFoco alone. A handler that
     /// is given replaces them and calls them itself.
@@ -39,8 +42,10 @@ public:
 
 private:
     void watchFocus(QWidget* control);
+    void clearHint();
 
     QStatusBar& bar_;
+    QString outcome_;
 };
 
 } // namespace ambrel
