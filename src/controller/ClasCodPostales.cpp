@@ -87,7 +87,7 @@ bool TClassCodPostales::BuscaEnMunicipi(const QString& value, bool exact) {
 }
 
 void TClassCodPostales::KeyUpMunicipi(QLineEdit* sender, std::uint16_t& key, Qt::KeyboardModifiers) {
-    if (!ambrel::completesMunicipality(key))
+    if (!sender || !ambrel::completesMunicipality(key))
         return;
     runGuarded([&] {
         const auto edited = ambrel::editedText(*sender);
@@ -96,6 +96,8 @@ void TClassCodPostales::KeyUpMunicipi(QLineEdit* sender, std::uint16_t& key, Qt:
 }
 
 void TClassCodPostales::ExitMunicipi(QLineEdit* sender, QString& province, QString& postalCode, bool ask) {
+    if (!sender)
+        return;
     runGuarded([&] {
         if (sender->text().trimmed().isEmpty())
             setTag(*sender, 0);
@@ -127,7 +129,7 @@ bool TClassCodPostales::BuscaPorViaPostal(const QString& street, const QString& 
 
 void TClassCodPostales::KeyUpDireccionPostal(QLineEdit* sender, std::uint16_t& key, Qt::KeyboardModifiers,
                                              const QString& type) {
-    if (!ambrel::completesStreet(key))
+    if (!sender || !ambrel::completesStreet(key))
         return;
     runGuarded([&] {
         const auto edited = ambrel::editedText(*sender);
@@ -137,11 +139,13 @@ void TClassCodPostales::KeyUpDireccionPostal(QLineEdit* sender, std::uint16_t& k
 }
 
 void TClassCodPostales::ExitNumeroPostal(QLineEdit* sender, dbase::Field* postalCodeField) {
-    exitNumber(*sender, postalCodeField, ambrel::walkToNumber);
+    if (sender)
+        exitNumber(*sender, postalCodeField, ambrel::walkToNumber);
 }
 
 void TClassCodPostales::ExitNumeroPostal_(QLineEdit* sender, dbase::Field* postalCodeField) {
-    exitNumber(*sender, postalCodeField, ambrel::walkToNumberWithoutType);
+    if (sender)
+        exitNumber(*sender, postalCodeField, ambrel::walkToNumberWithoutType);
 }
 
 void TClassCodPostales::exitNumber(const QLineEdit& box, dbase::Field* postalCodeField, NumberWalk walk) {

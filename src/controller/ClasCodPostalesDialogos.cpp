@@ -74,6 +74,8 @@ void TClassCodPostales::MuestraFichaVia(TOperacion operation, const QString& mun
 
 void TClassCodPostales::ExitDireccionPostal(QLineEdit* sender, dbase::Field* postalCodeField, dbase::Field*,
                                             bool ask, const QString& newPostalCode, const QString& type) {
+    if (!sender)
+        return;
     typedStreet_ = TypedStreet::Known;
     ambrel::runGuarded([&] {
         if (sender->text().trimmed().isEmpty())

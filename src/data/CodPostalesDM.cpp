@@ -1,6 +1,8 @@
 // Events of the controller's data module.
 #include "data/CodPostalesDM.h"
 
+#include "data/MunicipalityFields.h"
+
 TDMCodPostales* DMCodPostales = nullptr;
 
 TDMCodPostales::TDMCodPostales(const std::string& database)
@@ -9,6 +11,7 @@ TDMCodPostales::TDMCodPostales(const std::string& database)
     tbMunicipi.setAfterOpen(ambrel::hideMinorEntities);
     tbMunicipi.setOnCalculate(
         [this](dbase::Dataset& table) { ambrel::calculateWholeName(table, tbMunicipiAux); });
+    ambrel::bindMunicipalityFields(tbMunicipiAux);
     tbMunicipiAux.open();
 }
 

@@ -1,6 +1,7 @@
 // Events of the municipality routines' data module.
 #include "data/MunicipiDM.h"
 
+#include "data/MunicipalityFields.h"
 #include "data/TableScope.h"
 #include "services/Ruttb.h"
 
@@ -15,6 +16,7 @@ TDMMunicipi::TDMMunicipi(const std::string& database)
     tbMunicipi.setOnCalculate(
         [this](dbase::Dataset& table) { ambrel::calculateWholeName(table, tbMunicipiAux); });
     tbMunicipiMJ.setOnCalculate([this](dbase::Dataset&) { calculateProvinceName(); });
+    ambrel::bindMunicipalityFields(tbMunicipiAux);
     tbMunicipiAux.open();
 }
 

@@ -35,6 +35,21 @@ protected:
     static constexpr Exit untyped = &TClassCodPostales::ExitNumeroPostal_;
 };
 
+TEST_F(NumberBox, NoHandlerDoesAnythingWithoutABox) {
+    goToRow("20");
+    std::uint16_t key = 'A';
+    controller->KeyUpMunicipi(nullptr, key, Qt::NoModifier);
+    controller->ExitMunicipi(nullptr, province, postalCode, true);
+    controller->KeyUpDireccionPostal(nullptr, key, Qt::NoModifier, "CL");
+    controller->ExitDireccionPostal(nullptr, postalCodeField, nullptr, true, "28001", "CL");
+    controller->ExitNumeroPostal(nullptr, postalCodeField);
+    controller->ExitNumeroPostal_(nullptr, postalCodeField);
+    EXPECT_EQ(row(), "20");
+    EXPECT_EQ(municipality(), "MADRID");
+    EXPECT_EQ(province + postalCode, "??");
+    EXPECT_EQ(hostPostalCode(), "00000");
+}
+
 TEST_F(NumberBox, WritesThePostalCodeOfTheRowThatHoldsTheNumber) {
     leave(typed, "20", "41");
     EXPECT_EQ(hostPostalCode(), "28013");

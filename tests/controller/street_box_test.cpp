@@ -1,7 +1,9 @@
 #include <QTest>
+#include <filesystem>
 
 #include "controller/AddressForm.h"
 #include "services/TagProperty.h"
+#include "support/FileSizeLimit.h"
 #include "support/ModalScript.h"
 #include "support/ScriptedMessages.h"
 #include "support/ShownWindow.h"
@@ -213,6 +215,52 @@ TEST_F(StreetBox, RefusedAllocationLockEndsTheInsertionSilentlyAndLeavesTheTagAt
     EXPECT_EQ(tagOf(*streetBox), 0);
     EXPECT_EQ(hostPostalCode(), "00000");
     EXPECT_EQ(controller->DM->tbPostal.state(), dbase::DatasetState::Insert);
+}
+
+TEST_F(StreetBox, LeavingAgainAfterARefusedAllocationLockAsksAgainAndInsertsTheStreetOnce) {
+    dbase::Dataset other("DB", "POSTAL");
+    other.open();
+    ASSERT_TRUE(other.lockCurrent());
+    ScriptedMessages messages;
+    expectInsertionOffer(messages, MessageAnswer::Yes);
+    messages.expect("Repita nuevamente la última operación", "Acceso concurrente");
+    streetBox->setText("NUEVA");
+    leave();
+    other.unlockAll();
+    ModalScript dialogs;
+    expectInsertionOffer(messages, MessageAnswer::Yes);
+    dialogs.expect("TFFichaVia", [&](QDialog& card) {
+        expectCancellation(messages);
+        card.reject();
+    });
+    leave();
+    EXPECT_EQ(tagOf(*streetBox), 1);
+    EXPECT_EQ(controller->DM->tbPostalVIA.text(), "NUEVA");
+    dbase::Dataset stored("DB", "POSTAL");
+    stored.open();
+    stored.setFilter("VIA = 'NUEVA'");
+    EXPECT_FALSE(stored.isEmpty());
+    EXPECT_FALSE(stored.next());
+}
+
+TEST_F(StreetBox, StreetThatTheDiskHasNoRoomForIsToldOnceWithoutACardAndLeavesTheTagAt0) {
+    QStringList shown;
+    const auto before = ambrel::setMessageShower([&](const ambrel::MessageBox& box) {
+        shown += box.text;
+        return MessageAnswer::Yes;
+    });
+    ModalScript noCard;
+    streetBox->setText("NUEVA");
+    {
+        const ambrel::test::FileSizeLimit full(std::filesystem::file_size(folder / "POSTAL.DBF"));
+        leave();
+    }
+    ambrel::setMessageShower(before);
+    ASSERT_EQ(shown.size(), 2);
+    EXPECT_EQ(shown[0], "¿Desea insertarla como una nueva via?");
+    EXPECT_TRUE(shown[1].contains("libere espacio")) << shown[1].toStdString();
+    EXPECT_EQ(tagOf(*streetBox), 0);
+    EXPECT_EQ(hostPostalCode(), "00000");
 }
 
 TEST_F(StreetBox, StreetThatCannotBeInsertedIsToldOnceAndLeavesTheTagAt0) {

@@ -32,6 +32,20 @@ TYPED_TEST_SUITE(MunicipalityModule, Modules);
 
 using Names = std::vector<std::string>;
 
+TYPED_TEST(MunicipalityModule, TableOfSomebodyElseIsRefusedForTheColumnThatItLacks) {
+    std::filesystem::remove(this->folder / "MUNICIPI.DBF");
+    std::filesystem::remove(this->folder / "MUNICIPI.MDX");
+    this->createTable(ambrel::test::defineTable("MUNICIPI", {"CODIGO C5", "NOMBRE C53"}, {"CODIGO"}),
+                      {{"28079", "MADRID"}});
+    try {
+        const TypeParam module;
+        FAIL() << "opened";
+    } catch (const dbase::Error& error) {
+        EXPECT_EQ(error.code(), dbase::ErrorCode::BadLayout);
+        EXPECT_NE(std::string(error.what()).find("COD_INE"), std::string::npos) << error.what();
+    }
+}
+
 TYPED_TEST(MunicipalityModule, EntityShowsItsMunicipalityInBrackets) {
     this->addMunicipalities({{"15036", "15570", "NARON"},
                              {.codIne = "15036", .codPostal = "15578", .nombre = "XUBIA", .entMenor = true}});
