@@ -176,7 +176,7 @@ void MainWindow::save() {
         tell(tr("No hay cambios que guardar."));
         return;
     }
-    table_->data.post();
+    TBPost(table_->data);
     binding_->showRow();
     tell(tr("Cliente guardado."));
 }

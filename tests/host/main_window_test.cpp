@@ -7,6 +7,7 @@
 
 #include "host/FormTest.h"
 #include "host/HostTable.h"
+#include "support/DiskWaits.h"
 #include "support/ScriptedMessages.h"
 
 namespace {
@@ -44,6 +45,20 @@ TEST_F(MainWindowTest, CustomersComeInTheOrderOfTheirNames) {
     click("BBAnterior");
     EXPECT_EQ(text("ENombre"), QStringLiteral("Ana"));
     EXPECT_EQ(status(), QStringLiteral("Es el primer cliente."));
+}
+
+TEST_F(MainWindowTest, ACustomerThatWasSavedIsOnTheDisk) {
+    addThree();
+    open();
+    const auto save = [this](const char* name) {
+        const int before = ambrel::test::diskWaits();
+        fill("ENombre", name);
+        press(Qt::Key_S, Qt::ControlModifier);
+        EXPECT_EQ(status(), QStringLiteral("Cliente guardado."));
+        return ambrel::test::diskWaits() - before;
+    };
+    save("Ana María"); // the first change of a table waits for more
+    EXPECT_EQ(save("Ana Luz"), 1);
 }
 
 TEST_F(MainWindowTest, AMnemonicActsBeforeTheNextKey) {
