@@ -27,6 +27,8 @@ void AddressValidation::refreshStates() {
         QLineEdit* const edit = boxes_.at(box);
         if (!edit)
             continue;
+        if (!isChanged_[index(box)])
+            settledTexts_[index(box)] = edit->text();
         Status now = statusOf(box);
         // Those of municipality and street are codes, set where they are found.
         if (box != Box::Municipality && box != Box::Street)

@@ -63,6 +63,8 @@ void AddressValidation::show(Box box, const QString& text) {
 bool AddressValidation::beginEdit() { return !record_ || record_->beginEdit(); }
 
 void AddressValidation::edited(Box box) {
+    if (!isChanged_[index(box)] && boxes_.at(box)->text() == settledTexts_[index(box)])
+        return; // somebody else has the host's row: what was typed is gone already
     isChanged_[index(box)] = true;
     setTag(*boxes_.at(box), 0);
     switch (box) {
@@ -93,6 +95,8 @@ void AddressValidation::edited(Box box) {
 
 void AddressValidation::complete(Box box, std::uint16_t& key, Qt::KeyboardModifiers modifiers) {
     constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    if (!isChanged_[index(box)])
+        return; // a key that has changed nothing, such as one that was refused
     if ((modifiers & commands) || QApplication::activeModalWidget())
         return; // a shortcut, or what opened a list that now works on the same tables
     if (box == Box::Municipality) {

@@ -114,6 +114,7 @@ private:
     bool isTypeKnown_ = false;
     bool isProvinceTyped_ = false, isCodeTyped_ = false; // by the user, since the program wrote it last
     std::array<bool, 6> isChanged_{};                    // by the user, and not looked up yet
+    std::array<QString, 6> settledTexts_;                // what the boxes held when they were looked up last
     std::array<Status, 6> states_{};
 };
 

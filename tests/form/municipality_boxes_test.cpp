@@ -73,6 +73,19 @@ TEST_F(MunicipalityBoxes, TheMunicipalityChosenIsKeptUntilItsTextIsEdited) {
     EXPECT_EQ(text(Box::PostalCode), "");
 }
 
+TEST_F(MunicipalityBoxes, AKeyThatChangesNothingLooksNothingUp) {
+    open();
+    chooseSecondMieres();
+    enter(Box::Municipality);
+    press(Qt::Key_End);
+    type(QStringLiteral("日")); // the tables cannot hold it
+    QTest::keyRelease(&box(Box::Municipality), Qt::Key_S);
+    EXPECT_EQ(tag(Box::Municipality), 33037);
+    press(Qt::Key_Tab);
+    EXPECT_EQ(tag(Box::Municipality), 33037);
+    EXPECT_EQ(text(Box::Province), "ASTURIAS");
+}
+
 TEST_F(MunicipalityBoxes, ANameThatSeveralHaveIsAskedAboutAndNotGuessed) {
     open();
     expectMunicipalityQuestion(MessageAnswer::No);

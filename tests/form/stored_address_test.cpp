@@ -21,6 +21,22 @@ protected:
         box(Box::PostalCode).setText(postalCode);
         address->takeStored();
     }
+    /// In a table of the host's.
+    void storeCustomer(const char* municipality, const char* postalCode) {
+        const auto character = [](const char* name, std::uint16_t width) {
+            return dbase::Column{.name = name, .type = dbase::ColumnType::Character, .width = width};
+        };
+        dbase::TableDefinition customers;
+        customers.name = "CLIENTES";
+        customers.columns = {character("VECINDAD", 53), character("CODPOSTAL", 5)};
+        dbase::createTable(folder.path(), customers);
+        dbase::Dataset table("DB", "CLIENTES");
+        table.open();
+        table.append();
+        table.field("VECINDAD").setText(municipality);
+        table.field("CODPOSTAL").setText(postalCode);
+        table.post();
+    }
     void passThrough() {
         enter(Box::Municipality);
         for (int count = 0; count < 6; ++count)
@@ -77,19 +93,9 @@ TEST_F(StoredAddress, AStreetOfTheNextVillageIsNotItsOwn) {
 }
 
 TEST_F(StoredAddress, ARowOfTheHostsTableIsTakenWhenItIsShownAndWrittenWhenItIsTyped) {
-    const auto character = [](const char* name, std::uint16_t width) {
-        return dbase::Column{.name = name, .type = dbase::ColumnType::Character, .width = width};
-    };
-    dbase::TableDefinition clients;
-    clients.name = "CLIENTES";
-    clients.columns = {character("VECINDAD", 53), character("CODPOSTAL", 5)};
-    dbase::createTable(folder.path(), clients);
+    storeCustomer("HARO", "26200");
     dbase::Dataset table("DB", "CLIENTES");
     table.open();
-    table.append();
-    table.field("VECINDAD").setText("HARO");
-    table.field("CODPOSTAL").setText("26200");
-    table.post();
     ambrel::RecordBinding record(table);
     record.bind(boxes.municipality, table.field("VECINDAD"));
     record.bind(boxes.postalCode, table.field("CODPOSTAL"));
@@ -103,6 +109,32 @@ TEST_F(StoredAddress, ARowOfTheHostsTableIsTakenWhenItIsShownAndWrittenWhenItIsT
     EXPECT_EQ(table.field("CODPOSTAL").text(), "28300");
     EXPECT_TRUE(record.hasChanges());
     table.cancel();
+}
+
+TEST_F(StoredAddress, TypingIntoARowThatSomebodyElseHasChangesNothing) {
+    storeCustomer("MIERES", "33610");
+    dbase::Dataset table("DB", "CLIENTES");
+    dbase::Dataset other("DB", "CLIENTES");
+    table.open();
+    other.open();
+    ambrel::RecordBinding record(table);
+    record.bind(boxes.municipality, table.field("VECINDAD"));
+    record.bind(boxes.postalCode, table.field("CODPOSTAL"));
+    open();
+    address->setRecord(record);
+    record.showRow();
+    ASSERT_EQ(tag(Box::Municipality), 33037);
+    other.edit();
+    const auto shown = ambrel::test::boxesDuring([this] {
+        enter(Box::Municipality);
+        type("m");
+        press(Qt::Key_Tab);
+    });
+    EXPECT_EQ(shown.size(), 1U) << "that the row is in use";
+    EXPECT_EQ(text(Box::Municipality), "MIERES");
+    EXPECT_EQ(tag(Box::Municipality), 33037);
+    EXPECT_EQ(text(Box::PostalCode), "33610");
+    other.cancel();
 }
 
 } // namespace
