@@ -12,17 +12,13 @@ namespace {
 
 enum Column { Municipality, StreetType, Street, Number, ColumnCount };
 
-ambrel::TypedAddress readAddress(const QString& line) {
+ambrel::TypedAddressText readAddress(const QString& line) {
     QStringList columns = line.split(';');
     columns.resize(ColumnCount);
-    // A text that the tables cannot hold matches nothing, like an empty one.
-    const auto text = [&](Column column) {
-        return ambrel::toWindows1252(columns[column].trimmed()).value_or(std::string());
-    };
-    return {.municipality = text(Municipality),
-            .streetType = text(StreetType),
-            .street = text(Street),
-            .number = text(Number)};
+    return {.municipality = columns[Municipality],
+            .streetType = columns[StreetType],
+            .street = columns[Street],
+            .number = columns[Number]};
 }
 
 } // namespace
@@ -36,10 +32,10 @@ int main(int argc, char** argv) {
         dbase::setDatabaseFolder("DB", argv[1]);
         bool areAllKnown = true;
         for (std::string line; std::getline(std::cin, line);) {
-            const ambrel::ResolvedAddress address =
-                ambrel::resolveAddress("DB", readAddress(QString::fromStdString(line)));
+            const ambrel::ResolvedAddressText address =
+                ambrel::resolveAddressText("DB", readAddress(QString::fromStdString(line)));
             areAllKnown = areAllKnown && address.isExact();
-            std::printf("%s;%s\n", line.c_str(), address.isExact() ? address.postalCode.c_str() : "");
+            std::printf("%s;%s\n", line.c_str(), address.isExact() ? qUtf8Printable(address.postalCode) : "");
         }
         return areAllKnown ? 0 : 1;
     } catch (const std::exception& error) {

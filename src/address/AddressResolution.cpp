@@ -11,6 +11,7 @@
 #include "address/StreetCode.h"
 #include "controller/Completion.h"
 #include "controller/ProvinceName.h"
+#include "dbase/codepage.h"
 #include "services/KeyCodes.h"
 #include "services/Rnumcad.h"
 
@@ -182,6 +183,21 @@ private:
 
 ResolvedAddress resolveAddress(const std::string& database, const TypedAddress& typed) {
     return Resolution(database, typed).run();
+}
+
+ResolvedAddress resolveAddressUtf8(const std::string& database, const TypedAddress& typed) {
+    const dbase::CodePage& page = dbase::CodePage::windows1252();
+    // Nothing is called so; an empty text would leave out a condition.
+    const auto bytes = [&](const std::string& utf8) { return page.fromUtf8(utf8).value_or("?"); };
+    auto result =
+        resolveAddress(database, typed.as<std::string>(bytes)).as<std::string>([&](const auto& text) {
+            return page.toUtf8(text);
+        });
+    if (!page.fromUtf8(typed.municipality))
+        result.municipality = typed.municipality;
+    if (!result.street.empty() && !page.fromUtf8(typed.street))
+        result.street = typed.street;
+    return result;
 }
 
 } // namespace ambrel

@@ -10,15 +10,23 @@
 
 namespace ambrel {
 
-/// What somebody would type. Texts in Windows-1252; letter case and superfluous blanks do not count.
-struct TypedAddress {
-    std::string municipality;
-    std::string streetType; // code, may be empty
-    std::string street;
-    std::string number;
+/// What somebody would type; letter case and superfluous blanks do not count.
+template<class Text>
+struct TypedAddressOf {
+    Text municipality = {};
+    Text streetType = {}; // code, may be empty
+    Text street = {};
+    Text number = {};
     /// Which municipality is meant, of several with one name; either may be empty.
-    std::string province = {}; // its two digits, or its name
-    std::string ineCode = {};
+    Text province = {}; // its two digits, or its name
+    Text ineCode = {};
+
+    /// The same address in texts of another kind.
+    template<class Other, class Convert>
+    [[nodiscard]] TypedAddressOf<Other> as(Convert convert) const {
+        return {convert(municipality), convert(streetType), convert(street),
+                convert(number),       convert(province),   convert(ineCode)};
+    }
 };
 
 /// What is typed one after the other.
@@ -34,22 +42,24 @@ enum class NumberProblem {
     NoCode        // the street has no postal code
 };
 
-/// One of several municipalities that a name can mean. Texts in Windows-1252.
-struct NamedMunicipality {
-    std::string name;
-    std::string ineCode;
-    std::string province; // two digits
+/// One of several municipalities that a name can mean.
+template<class Text>
+struct NamedMunicipalityOf {
+    Text name;
+    Text ineCode;
+    Text province; // two digits
 };
 
-/// What the typing settled. Texts in Windows-1252; empty where nothing is known.
-struct ResolvedAddress {
-    std::string municipality;
-    std::string ineCode;
-    std::string street;
-    std::string streetType;
+/// What the typing settled. Texts are empty where nothing is known.
+template<class Text>
+struct ResolvedAddressOf {
+    Text municipality;
+    Text ineCode;
+    Text street;
+    Text streetType;
     /// The address's; while the number is unsettled that of the street's beginning, and while the street is,
     /// that of a municipality which has a single one.
-    std::string postalCode;
+    Text postalCode;
     /// The parts that were typed to no avail, in the order of typing. What depends on such a part was not
     /// tried.
     std::vector<AddressPart> unsettled;
@@ -57,7 +67,7 @@ struct ResolvedAddress {
     /// of the street.
     std::vector<AddressPart> completed;
     /// The municipalities of that name, where not exactly one of them can be meant.
-    std::vector<NamedMunicipality> candidates;
+    std::vector<NamedMunicipalityOf<Text>> candidates;
     NumberProblem numberProblem = NumberProblem::None;
 
     /// Whether everything that was typed is known and belongs together: the street is the municipality's,
@@ -69,12 +79,34 @@ struct ResolvedAddress {
         return isSettled() && std::ranges::count(completed, AddressPart::Municipality) == 0 &&
                std::ranges::count(completed, AddressPart::Street) == 0;
     }
+
+    /// The same answer in texts of another kind.
+    template<class Other, class Convert>
+    [[nodiscard]] ResolvedAddressOf<Other> as(Convert convert) const {
+        ResolvedAddressOf<Other> other{
+            convert(municipality), convert(ineCode), convert(street), convert(streetType),
+            convert(postalCode),   unsettled,        completed,       {},
+            numberProblem};
+        for (const NamedMunicipalityOf<Text>& one : candidates)
+            other.candidates.push_back({convert(one.name), convert(one.ineCode), convert(one.province)});
+        return other;
+    }
 };
 
+/// In texts of one byte a letter, or in UTF-8.
+using TypedAddress = TypedAddressOf<std::string>;
+using NamedMunicipality = NamedMunicipalityOf<std::string>;
+using ResolvedAddress = ResolvedAddressOf<std::string>;
+
+/// Texts in Windows-1252, in and out, as the tables have them. form/AddressText.h has the same for QString.
 /// `database`: the name under which the folder of the tables is registered.
 /// Errors: whatever keeps MUNICIPI and POSTAL, and PROVIN where a province's name is given, from being opened
 /// or read (dbase::Error).
 [[nodiscard]] AMBREL_EXPORT ResolvedAddress resolveAddress(const std::string& database,
                                                            const TypedAddress& typed);
+
+/// Texts in UTF-8, in and out. One that the tables cannot hold matches nothing, and is answered as typed.
+[[nodiscard]] AMBREL_EXPORT ResolvedAddress resolveAddressUtf8(const std::string& database,
+                                                               const TypedAddress& typed);
 
 } // namespace ambrel

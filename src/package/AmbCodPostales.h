@@ -20,6 +20,7 @@
 #include "dialogs/ProvList.h"
 #include "dialogs/TipoViasLista.h"
 #include "form/AddressBoxes.h"
+#include "form/AddressText.h"
 #include "form/RecordBinding.h"
 #include "import/ImportarVias.h"
 #include "lookup/RutCodPostales.h"

@@ -39,6 +39,7 @@ set(public_headers
   dialogs/common/GridColumn.h
   dialogs/common/TypingRules.h
   form/AddressBoxes.h
+  form/AddressText.h
   form/RecordBinding.h
   import/Document.h
   import/ImportarVias.h

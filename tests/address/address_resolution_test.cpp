@@ -46,6 +46,43 @@ TEST_F(ResolveAddress, SettlesTheWholeAddress) {
     EXPECT_EQ(address.postalCode, "28004");
 }
 
+TEST_F(ResolveAddress, TextsInUtf8AreAnsweredInUtf8) {
+    const ResolvedAddress address = resolveAddressUtf8(
+        "DB", {.municipality = "Coruña, La", .streetType = "cl", .street = "dalia, la", .number = "3"});
+    EXPECT_TRUE(address.isExact());
+    EXPECT_EQ(address.municipality, "CORUÑA, LA");
+    EXPECT_EQ(address.street, "DALIA, LA");
+    EXPECT_EQ(address.postalCode, "15501");
+    EXPECT_EQ(resolveAddressUtf8("DB", {.municipality = "CORUÑ", .street = "DAL"}).municipality,
+              "CORUÑA, LA");
+}
+
+TEST_F(ResolveAddress, ATextInUtf8ThatTheTablesCannotHoldMatchesNothingAndIsAnsweredAsTyped) {
+    const ResolvedAddress street = resolveAddressUtf8(
+        "DB", {.municipality = "MADRID", .streetType = "CL", .street = "Łódzka", .number = "1"});
+    EXPECT_EQ(street.unsettled, std::vector{AddressPart::Street});
+    EXPECT_EQ(street.street, "Łódzka");
+    const ResolvedAddress municipality =
+        resolveAddressUtf8("DB", {.municipality = "東京", .street = "Łódzka"});
+    EXPECT_EQ(municipality.unsettled, std::vector{AddressPart::Municipality});
+    EXPECT_EQ(municipality.municipality, "東京");
+    EXPECT_EQ(municipality.street, "") << "was not tried";
+    const TypedAddress number{
+        .municipality = "MADRID", .streetType = "CL", .street = "GRAN VIA", .number = "Ⅳ"};
+    EXPECT_EQ(resolveAddressUtf8("DB", number).unsettled, std::vector{AddressPart::Number});
+    TypedAddress province{.municipality = "MADRID", .streetType = "CL", .street = "MAYOR", .number = "5"};
+    province.province = "東京";
+    EXPECT_EQ(resolveAddressUtf8("DB", province).unsettled, std::vector{AddressPart::Municipality});
+}
+
+TEST_F(ResolveAddress, CandidatesInUtf8AreNamedInUtf8) {
+    addMunicipalities({{"15032", "15510", "NARÓN", "S", "9"}, {"03091", "03510", "NARÓN", "S", "9"}});
+    const ResolvedAddress address = resolveAddressUtf8("DB", {.municipality = "narón", .street = "MAYOR"});
+    ASSERT_EQ(address.candidates.size(), 2u);
+    EXPECT_EQ(address.candidates[1].name, "NARÓN");
+    EXPECT_EQ(address.candidates[1].ineCode, "15032");
+}
+
 TEST_F(ResolveAddress, BeginningsAreCompletedAsInTheBoxes) {
     const ResolvedAddress address = resolve("madr", "cl", "gran", "2");
     EXPECT_TRUE(address.isSettled());
