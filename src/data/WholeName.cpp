@@ -9,6 +9,8 @@
 namespace ambrel {
 namespace {
 
+constexpr const char* withoutEntities = "ENT_MENOR=False";
+
 /// Name of the municipality that an entity belongs to; null when there is none to be found.
 std::optional<std::string> municipalityOf(const std::string& ineCode, dbase::Dataset& all) {
     if (!TBBusca(all, {{"COD_INE", ineCode}}, exactSearch))
@@ -24,8 +26,12 @@ std::optional<std::string> municipalityOf(const std::string& ineCode, dbase::Dat
 } // namespace
 
 void hideMinorEntities(dbase::Dataset& municipalities) {
-    if (!Config.EntidadesMenores)
-        TBFiltra(municipalities, "ENT_MENOR=False");
+    if (!Config.EntidadesMenores) {
+        TBFiltra(municipalities, withoutEntities);
+    } else if (municipalities.filter() == withoutEntities) { // of an opening with another setting
+        municipalities.clearFilter();
+        municipalities.first();
+    }
 }
 
 void calculateWholeName(dbase::Dataset& municipalities, dbase::Dataset& all) {

@@ -11,7 +11,8 @@ namespace ambrel {
 /// Width of `NOMBRE_COMPLETO`.
 inline constexpr std::size_t wholeNameWidth = 100;
 
-/// After-open hook of a browsing cursor: hides minor entities unless the configuration asks for them.
+/// After-open hook of a browsing cursor: hides minor entities unless the configuration asks for them, and
+/// shows again those that an earlier opening of the cursor hid.
 void hideMinorEntities(dbase::Dataset& municipalities);
 
 /// Calculation of the browsing cursor's `NOMBRE_COMPLETO`: the name and, behind a minor entity's, the

@@ -87,6 +87,32 @@ TYPED_TEST(MunicipalityModule, EntityBehindTheLastMunicipalityShowsItsNameAlone)
     EXPECT_EQ(this->wholeNames(module), (Names{"PRIMERA", "ULTIMA"}));
 }
 
+TYPED_TEST(MunicipalityModule, FilterFollowsTheSwitchAtEachOpening) {
+    this->addMunicipalities({{.codIne = "28001", .codPostal = "28755", .nombre = "A", .entMenor = true},
+                             {"28001", "28756", "B"},
+                             {.codIne = "28002", .codPostal = "28757", .nombre = "C", .entMenor = true}});
+    TypeParam module;
+    const Names hidden{"B"}, all{"A --> [B]", "B", "C"};
+    for (const bool shows : {false, true, false, true, true, false, false}) {
+        Config.EntidadesMenores = shows;
+        module.tbMunicipi.open();
+        EXPECT_EQ(module.tbMunicipiNOMBRE.text(), shows ? "A" : "B") << "it opens on its first row";
+        EXPECT_EQ(this->wholeNames(module), shows ? all : hidden);
+        Config.EntidadesMenores = !shows;
+        EXPECT_EQ(this->wholeNames(module), shows ? all : hidden) << "an open table stays as it is";
+        module.tbMunicipi.close();
+    }
+}
+
+TYPED_TEST(MunicipalityModule, FilterOfAHostStaysWhereEntitiesAreShown) {
+    this->addMunicipalities({{"28001", "28755", "A"}, {"08001", "08755", "B"}});
+    Config.EntidadesMenores = true;
+    TypeParam module;
+    module.tbMunicipi.setFilter("COD_PROV='08'");
+    module.tbMunicipi.open();
+    EXPECT_EQ(this->wholeNames(module), Names{"B"});
+}
+
 TYPED_TEST(MunicipalityModule, WholeNameDoesNotMoveTheBrowsedTable) {
     this->addMunicipalities({{.codIne = "28001", .codPostal = "28755", .nombre = "A", .entMenor = true},
                              {"28001", "28756", "B"},

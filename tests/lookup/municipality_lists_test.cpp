@@ -208,6 +208,19 @@ TEST_F(MunicipalityList, MinorEntitiesAreListedOnlyWithTheSetting) {
     EXPECT_FALSE(choose("NOMBRE"));
 }
 
+TEST_F(MunicipalityList, AModuleThatTheHostKeepsFollowsTheSettingAtEachList) {
+    addMunicipalities({{.codIne = "28079", .codPostal = "28002", .nombre = "MA", .entMenor = true}});
+    TDMMunicipi kept;
+    DMMunicipi = &kept;
+    for (const bool shows : {false, true, false}) {
+        Config.EntidadesMenores = shows;
+        name = "MA";
+        expectListAt(shows ? "MA" : "MADRID", escape);
+        EXPECT_FALSE(choose("NOMBRE"));
+    }
+    DMMunicipi = nullptr;
+}
+
 class AlternativeList : public LookupTables {
 protected:
     void SetUp() override {
