@@ -40,19 +40,24 @@ constexpr int titleMargins = 14; // what a column leaves free beside its title
 constexpr int nameColumn = 1;
 constexpr int nameLetters = 28;      // of a street that are shown, whatever the font
 constexpr QSize leastSize(640, 400); // logical pixels
+constexpr int designWidth = 793;     // in which the columns have the widths below
 constexpr int progressPause = 100;   // milliseconds
+
+ambrel::GridColumn numberColumn(const char* field, const QString& title) {
+    return {.field = field, .title = title, .width = 58, .alignment = Qt::AlignRight};
+}
 
 /// A column is at least as wide as its title, so that a larger font cuts none.
 /// Deliberate: the longest names of streets are not shown whole; Space shows the card.
 std::vector<ambrel::GridColumn> streetColumns(const QFontMetrics& metrics) {
     std::vector<ambrel::GridColumn> columns{
         {.field = "TIPO_VIA", .title = QStringLiteral("Tipo vía"), .width = 41},
-        {.field = "VIA", .title = QStringLiteral("Nombre"), .width = 223},
+        {.field = "VIA", .title = QStringLiteral("Nombre"), .width = 223, .tags = {"NOMBREVIA"}},
         {.field = "CODPOSTAL", .title = QStringLiteral("Cód. Postal"), .width = 61},
-        {.field = "IMPAR_INI", .title = QStringLiteral("Inicio impar"), .width = 58},
-        {.field = "IMPAR_FIN", .title = QStringLiteral("Fin impar"), .width = 58},
-        {.field = "PAR_INI", .title = QStringLiteral("Inicio par"), .width = 58},
-        {.field = "PAR_FIN", .title = QStringLiteral("Fin par"), .width = 58}};
+        numberColumn("IMPAR_INI", QStringLiteral("Inicio impar")),
+        numberColumn("IMPAR_FIN", QStringLiteral("Fin impar")),
+        numberColumn("PAR_INI", QStringLiteral("Inicio par")),
+        numberColumn("PAR_FIN", QStringLiteral("Fin par"))};
     for (ambrel::GridColumn& column : columns)
         column.width = std::max(column.width, metrics.horizontalAdvance(column.title) + titleMargins);
     columns[nameColumn].width = std::max(columns[nameColumn].width, nameLetters * metrics.averageCharWidth());
@@ -100,6 +105,8 @@ TFBuscarDireccionPostal::TFBuscarDireccionPostal(QWidget* owner, TClassCodPostal
       controller_(controller), standalone_(standalone) {
     ui_->setupUi(this);
     ui_->DBGPostal->setColumns(streetColumns(ui_->DBGPostal->fontMetrics()));
+    for (int column = 0; column < ui_->DBGPostal->columnCount(); ++column)
+        leastGridRoom_ += ui_->DBGPostal->columnWidth(column);
     ui_->DBGPostal->setMinimumWidth(ui_->DBGPostal->sizeHint().width()); // all columns, whatever the font
     ui_->DBGPostal->setDataSource(&DSPostal);
     onDataChange_ = DSPostal.listen(
@@ -183,7 +190,16 @@ void TFBuscarDireccionPostal::FormShow() {
     FormResize();
 }
 
-void TFBuscarDireccionPostal::FormResize() { ambrel::fillLastColumn(*ui_->DBGPostal); }
+/// What the window is wider than it was designed goes to the names; the last column takes the rest.
+void TFBuscarDireccionPostal::FormResize() {
+    ambrel::DataGrid& grid = *ui_->DBGPostal;
+    const int room = grid.clientWidth();
+    const int roomAtDesign = std::max(designWidth - (width() - room), leastGridRoom_);
+    const int growth = std::max(0, room - roomAtDesign);
+    grid.setColumnWidth(nameColumn, grid.columnWidth(nameColumn) + growth - nameGrowth_);
+    nameGrowth_ = growth;
+    ambrel::fillLastColumn(grid);
+}
 
 /// The keys call their handlers also when the button is disabled.
 bool TFBuscarDireccionPostal::FormKeyDown(std::uint16_t key, Qt::KeyboardModifiers modifiers) {

@@ -74,6 +74,8 @@ private:
     std::unique_ptr<Ui::TFBuscarDireccionPostal> ui_;
     TClassCodPostales& controller_;
     const bool standalone_;
+    int leastGridRoom_ = 0; // logical pixels, all columns at their least
+    int nameGrowth_ = 0;    // that the name column has beyond its least
     dbase::Dataset::Subscription onDataChange_;
     ambrel::FocusHelp* help_ = nullptr;
 };

@@ -25,9 +25,10 @@ QString nameTitle() {
 } // namespace
 
 std::vector<GridColumn> municipalityColumns() {
-    return {{.field = "COD_INE", .title = QStringLiteral("I.N.E."), .width = leastCodeWidth},
-            {.field = "CODPOSTAL", .title = QStringLiteral("Postal"), .width = leastCodeWidth},
-            {.field = "NOMBRE_COMPLETO", .title = nameTitle()}};
+    return {
+        {.field = "COD_INE", .title = QStringLiteral("I.N.E."), .width = leastCodeWidth, .tags = {keys[0]}},
+        {.field = "CODPOSTAL", .title = QStringLiteral("Postal"), .width = leastCodeWidth, .tags = {keys[1]}},
+        {.field = "NOMBRE_COMPLETO", .title = nameTitle(), .tags = {keys[2]}}};
 }
 
 void settleMunicipalityColumns(DataGrid& grid) {
@@ -35,7 +36,7 @@ void settleMunicipalityColumns(DataGrid& grid) {
     const QFontMetrics font = grid.fontMetrics();
     for (const int column : {0, 1}) {
         const int text = qMax(font.horizontalAdvance(QStringLiteral("00000")),
-                              font.horizontalAdvance(grid.columnTitle(column)));
+                              font.horizontalAdvance(grid.columnTitle(column)) + arrowRoom(font));
         grid.setColumnWidth(column, qMax(leastCodeWidth, text + cellMargins));
     }
 }

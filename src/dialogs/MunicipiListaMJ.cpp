@@ -30,7 +30,10 @@ constexpr const char* wideProvince = "SANTA CRUZ DE TENERIF";
 
 std::vector<ambrel::GridColumn> columns() {
     return {{.field = "POBLCOD", .title = QStringLiteral("Cod. Mun"), .width = leastCodeWidth},
-            {.field = "POBLLITE", .title = QStringLiteral("Nombre del municipio"), .width = leastNameWidth},
+            {.field = "POBLLITE",
+             .title = QStringLiteral("Nombre del municipio"),
+             .width = leastNameWidth,
+             .tags = {searchKey}},
             {.field = "NOMBREPROV", .title = QStringLiteral("Provincia")}};
 }
 

@@ -33,8 +33,9 @@ TFTipoViasLista::TFTipoViasLista(QWidget* owner)
       ui_(std::make_unique<Ui::TFTipoViasLista>()) {
     using ambrel::guarded;
     ui_->setupUi(this);
-    ui_->DBGTIPO_VIA->setColumns({{.field = "CODIGO", .title = QStringLiteral("Código"), .width = codeWidth},
-                                  {.field = "NOMBRE", .title = QStringLiteral("Nombre")}});
+    ui_->DBGTIPO_VIA->setColumns(
+        {{.field = "CODIGO", .title = QStringLiteral("Código"), .width = codeWidth, .tags = {searchKey}},
+         {.field = "NOMBRE", .title = QStringLiteral("Nombre")}});
     ui_->DBGTIPO_VIA->setDataSource(&DMVias->dsTipo_Via);
 
     new ambrel::FixedWidth(*this, normalWidth, normalLeastHeight, *ui_->SBAyuda);
@@ -72,7 +73,8 @@ void TFTipoViasLista::resizeEvent(QResizeEvent* event) {
 
 void TFTipoViasLista::FormShow() {
     ambrel::DataGrid& grid = *ui_->DBGTIPO_VIA;
-    const int title = grid.fontMetrics().horizontalAdvance(grid.columnTitle(0));
+    const QFontMetrics font = grid.fontMetrics();
+    const int title = font.horizontalAdvance(grid.columnTitle(0)) + ambrel::arrowRoom(font);
     grid.setColumnWidth(0, std::max(codeWidth, title + titleMargins));
     FormResize();
 }

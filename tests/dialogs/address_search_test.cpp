@@ -1,7 +1,9 @@
 // TFBuscarDireccionPostal: what it shows, finds and answers.
 #include <gtest/gtest.h>
 
+#include <QHeaderView>
 #include <QStatusBar>
+#include <QTableView>
 #include <QTest>
 
 #include "dialogs/AddressSearchForm.h"
@@ -72,14 +74,49 @@ TEST_F(AddressSearch, ColumnsHaveTheirTitlesAndAtLeastTheirWidths) {
     EXPECT_EQ(total, grid().clientWidth()) << "the last column takes the rest";
 }
 
-TEST_F(AddressSearch, LastColumnFollowsTheWidthOfTheDialogAndIsShownInTheNarrowestToo) {
+TEST_F(AddressSearch, NamesGrowWithTheDialogAndTheLastColumnTakesTheRest) {
     show();
-    const int others = grid().clientWidth() - grid().columnWidth(6);
-    dialog->resize(1000, dialog->height());
-    EXPECT_EQ(grid().columnWidth(6), grid().clientWidth() - others);
-    dialog->resize(dialog->minimumSizeHint().expandedTo(dialog->minimumSize()));
+    const auto nameAt = [this](int width) {
+        dialog->resize(width, dialog->height());
+        int total = 0;
+        for (int column = 0; column < grid().columnCount(); ++column)
+            total += grid().columnWidth(column);
+        EXPECT_EQ(total, grid().clientWidth()) << width;
+        return grid().columnWidth(1);
+    };
+    EXPECT_EQ(nameAt(793), 223);
+    const int last = grid().columnWidth(6);
+    EXPECT_EQ(nameAt(1000), 223 + 1000 - 793);
+    EXPECT_EQ(grid().columnWidth(6), last);
+    EXPECT_EQ(nameAt(900), 223 + 900 - 793);
+    EXPECT_EQ(nameAt(dialog->minimumWidth()), 223);
     EXPECT_GE(dialog->width(), 640);
-    EXPECT_GE(grid().columnWidth(6), 58);
+    EXPECT_GE(grid().columnWidth(6), 58) << "it is shown in the narrowest, too";
+    EXPECT_LT(grid().columnWidth(6), last);
+    EXPECT_EQ(nameAt(793), 223);
+}
+
+TEST_F(AddressSearch, AColumnThatTheUserDraggedKeepsItsWidthAndGrows) {
+    show();
+    dialog->resize(1000, dialog->height());
+    grid().findChild<QTableView*>()->horizontalHeader()->resizeSection(1, 300);
+    dialog->resize(1100, dialog->height());
+    EXPECT_EQ(grid().columnWidth(1), 400);
+}
+
+TEST_F(AddressSearch, NumbersStandToTheRightAndTheNameBearsTheArrowOfTheOrder) {
+    show();
+    goToStreet("28000001");
+    const QTableView& view = *grid().findChild<QTableView*>();
+    for (int column = 0; column < grid().columnCount(); ++column) {
+        const Qt::Alignment expected = (column < 3 ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter;
+        const QVariant ofTitle = view.model()->headerData(column, Qt::Horizontal, Qt::TextAlignmentRole);
+        const QVariant ofCell = view.model()->index(grid().currentRow(), column).data(Qt::TextAlignmentRole);
+        EXPECT_EQ(ofTitle.value<Qt::Alignment>(), expected) << column;
+        EXPECT_EQ(ofCell.value<Qt::Alignment>(), expected) << column;
+    }
+    EXPECT_TRUE(view.horizontalHeader()->isSortIndicatorShown());
+    EXPECT_EQ(view.horizontalHeader()->sortIndicatorSection(), 1);
 }
 
 TEST_F(AddressSearch, RowsShowTypeNamePostalCodeAndRanges) {

@@ -88,6 +88,53 @@ TEST_F(DataGridAccessTest, ClientWidthDoesNotDependOnTheRows) {
     EXPECT_EQ(grid->clientWidth(), few);
 }
 
+// --- Titles
+
+TEST_F(DataGridAccessTest, NumbersStandToTheRightUnderTitlesThatDoSo) {
+    grid->setColumns({{.field = "CODE", .title = "Code"},
+                      {.field = "NAME", .title = "Name", .alignment = Qt::AlignRight}});
+    start(3);
+    const QAbstractItemModel& model = *view().model();
+    const auto ofCell = [&](int column) {
+        return model.index(0, column).data(Qt::TextAlignmentRole).value<Qt::Alignment>();
+    };
+    const auto ofTitle = [&](int column) {
+        return model.headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).value<Qt::Alignment>();
+    };
+    EXPECT_EQ(ofCell(0), Qt::AlignLeft | Qt::AlignVCenter);
+    EXPECT_EQ(ofTitle(0), Qt::AlignLeft | Qt::AlignVCenter);
+    EXPECT_EQ(ofCell(1), Qt::AlignRight | Qt::AlignVCenter);
+    EXPECT_EQ(ofTitle(1), Qt::AlignRight | Qt::AlignVCenter);
+}
+
+TEST_F(DataGridAccessTest, TheTitleOfTheOrdersColumnBearsAnArrow) {
+    grid->setColumns({{.field = "CODE", .title = "Code", .tags = {"CODE"}},
+                      {.field = "NAME", .title = "Name", .tags = {"NAME", "BOTH"}},
+                      {.field = "WHOLE", .title = "Whole"}});
+    start(30);
+    /// The column, or -1 without an arrow.
+    const auto arrow = [&] {
+        static_cast<void>(grid->currentRow());
+        const QHeaderView& header = *view().horizontalHeader();
+        if (header.isSortIndicatorShown()) {
+            EXPECT_EQ(header.sortIndicatorOrder(), Qt::AscendingOrder);
+        }
+        return header.isSortIndicatorShown() ? header.sortIndicatorSection() : -1;
+    };
+    EXPECT_EQ(arrow(), 0);
+    for (const auto& [tag, column] : {std::pair("NAME", 1), std::pair("BOTH", 1), std::pair("CODE", 0),
+                                      std::pair("", -1), std::pair("BOTH", 1)}) {
+        table->setTag(tag);
+        EXPECT_EQ(arrow(), column) << tag;
+    }
+    for (const int column : {2, 0, 1, 1}) {
+        QTest::mouseClick(grid, Qt::LeftButton, {}, grid->titleRect(column).center());
+        EXPECT_EQ(arrow(), 1) << "a click that changes no order moves no arrow";
+    }
+    table->close();
+    EXPECT_EQ(arrow(), -1);
+}
+
 // --- Copying
 
 TEST_F(DataGridAccessTest, ControlCCopiesTheRow) {
@@ -116,6 +163,24 @@ TEST_F(DataGridAccessTest, HintIsShownOverTheRows) {
     QHelpEvent event(QEvent::ToolTip, place, view().viewport()->mapToGlobal(place));
     QCoreApplication::sendEvent(view().viewport(), &event);
     EXPECT_EQ(QToolTip::text(), "Listado");
+    QToolTip::hideText();
+}
+
+TEST_F(DataGridAccessTest, ACellThatIsCutTellsItsWholeText) {
+    grid->setToolTip("Listado");
+    start(30);
+    grid->setColumnWidth(2, 60);
+    const auto hintAt = [&](int row, int column) {
+        const QPoint place = view().viewport()->mapFrom(grid, grid->cellRect(row, column).center());
+        QHelpEvent event(QEvent::ToolTip, place, view().viewport()->mapToGlobal(place));
+        QCoreApplication::sendEvent(view().viewport(), &event);
+        return QToolTip::text();
+    };
+    EXPECT_EQ(hintAt(3, 2), "<001030 N99996>");
+    EXPECT_EQ(hintAt(4, 2), "<001040 N99995>");
+    EXPECT_EQ(hintAt(3, 0), "Listado");
+    grid->setColumnWidth(2, 300);
+    EXPECT_EQ(hintAt(3, 2), "Listado");
     QToolTip::hideText();
 }
 

@@ -80,10 +80,23 @@ TEST_F(DataGridTest, WindowScrollsByWhatIsNeeded) {
     EXPECT_EQ(shown(), rowsOf(2, 11, 2));
 }
 
-TEST_F(DataGridTest, SeekFarAwayShowsRowsOnBothSides) {
+TEST_F(DataGridTest, AHitOutsideTheViewLandsInItsUpperThird) {
     start(100);
     goTo(50);
-    EXPECT_EQ(shown(), rowsOf(45, 54, 50));
+    EXPECT_EQ(shown(), rowsOf(48, 57, 50));
+    goTo(70);
+    EXPECT_EQ(shown(), rowsOf(68, 77, 70));
+    goTo(79);
+    EXPECT_EQ(shown(), rowsOf(77, 86, 79)) << "also when it is near what was shown";
+    goTo(70);
+    EXPECT_EQ(shown(), rowsOf(68, 77, 70));
+    goTo(75);
+    EXPECT_EQ(shown(), rowsOf(68, 77, 75)) << "one inside the view moves nothing";
+    table->next();
+    table->next();
+    EXPECT_EQ(shown(), rowsOf(68, 77, 77));
+    table->next();
+    EXPECT_EQ(shown(), rowsOf(69, 78, 78)) << "nor is a step a hit";
     goTo(1);
     EXPECT_EQ(shown(), rowsOf(0, 9, 1));
     goTo(98);
@@ -150,12 +163,14 @@ TEST_F(DataGridTest, ClickMakesARowCurrent) {
     start(100);
     goTo(50);
     click(2);
-    EXPECT_EQ(shown(), rowsOf(45, 54, 47));
+    EXPECT_EQ(shown(), rowsOf(48, 57, 50));
+    click(4);
+    EXPECT_EQ(shown(), rowsOf(48, 57, 52));
     QTest::mouseClick(grid, Qt::LeftButton, {}, grid->cellRect(9, 1).center());
-    EXPECT_EQ(shown(), rowsOf(45, 54, 54));
+    EXPECT_EQ(shown(), rowsOf(48, 57, 57));
     QTest::mouseClick(view().viewport(), Qt::RightButton, {},
                       view().visualRect(view().model()->index(0, 0)).center());
-    EXPECT_EQ(code(), codeOf(54)) << "only the left button selects";
+    EXPECT_EQ(code(), codeOf(57)) << "only the left button selects";
 }
 
 TEST_F(DataGridTest, WheelScrollsTheRowsUnderTheSelection) {
@@ -237,17 +252,18 @@ TEST_F(DataGridTest, OtherKeysGoOnToTheWindow) {
 TEST_F(DataGridTest, ResizeShowsMoreOrFewerRows) {
     start(100);
     goTo(50);
-    ASSERT_EQ(shown(), rowsOf(45, 54, 50));
+    pressTimes(Qt::Key_Down, 3);
+    ASSERT_EQ(shown(), rowsOf(48, 57, 53));
     giveRoom(14);
-    EXPECT_EQ(shown(), rowsOf(45, 58, 50));
+    EXPECT_EQ(shown(), rowsOf(48, 61, 53));
     giveRoom(3);
-    EXPECT_EQ(shown(), rowsOf(48, 50, 50)) << "the current row stays visible";
+    EXPECT_EQ(shown(), rowsOf(51, 53, 53)) << "the current row stays visible";
     giveRoom(1);
-    EXPECT_EQ(shown(), rowsOf(50, 50, 50));
+    EXPECT_EQ(shown(), rowsOf(53, 53, 53));
     press(Qt::Key_Down);
-    EXPECT_EQ(shown(), rowsOf(51, 51, 51));
+    EXPECT_EQ(shown(), rowsOf(54, 54, 54));
     press(Qt::Key_PageUp);
-    EXPECT_EQ(shown(), rowsOf(50, 50, 50));
+    EXPECT_EQ(shown(), rowsOf(53, 53, 53));
 }
 
 TEST_F(DataGridTest, GrowingAtTheEndPullsRowsDown) {

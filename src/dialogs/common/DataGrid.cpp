@@ -1,242 +1,37 @@
-// The data grid: its parts, what makes it read, what moves the table.
+// The data grid: the widget around its parts, and its events.
 #include "dialogs/common/DataGrid.h"
 
 #include <QApplication>
-#include <QClipboard>
-#include <QHBoxLayout>
+#include <QContextMenuEvent>
+#include <QFrame>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLayout>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QScrollBar>
 #include <QTimer>
 #include <QWheelEvent>
 #include <algorithm>
-#include <chrono>
 
 #include "dialogs/common/GridModel.h"
-#include "dialogs/common/GridRows.h"
+#include "dialogs/common/GridParts.h"
 #include "dialogs/common/GridView.h"
 #include "services/EventGuard.h"
 
 namespace ambrel {
 namespace {
 
-constexpr int wholeBar = 1'000'000; // steps of the scroll bar; a share of the table is exact enough then
-constexpr int wheelNotch = 120;     // eighths of a degree
+constexpr int wheelNotch = 120;                                   // eighths of a degree
 constexpr int usualRows = 10, fewestRows = 3, fewestLetters = 20; // of the sizes that it asks for
-constexpr std::chrono::milliseconds restBeforeLookingFurther{60};
 
-const auto readEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+/// With Shift the rows that a move passes are marked.
+GridMarks marksWith(Qt::KeyboardModifiers modifiers) {
+    return modifiers.testFlag(Qt::ShiftModifier) ? GridMarks::Yes : GridMarks::No;
+}
 
 } // namespace
-
-struct DataGrid::Parts {
-    explicit Parts(DataGrid& owner);
-
-    void readSoon();
-    void read();
-    void show();
-    void showPlace();
-    void move(const std::function<void(dbase::Dataset&)>& how);
-    void moveByKey(int key);
-    void moveByBar(int action);
-    void moveToRow(int row);
-    void scrollBy(int count);
-    void copyRow();
-    [[nodiscard]] int heightOf(int rowCount) const;
-    void resizeColumn(int column, int width);
-
-    DataGrid& grid;
-    GridModel* model;
-    QFrame* frame;
-    GridView* view;
-    QScrollBar* bar;
-    QTimer* further;
-    GridRows rows;
-    dbase::RecordNumber shownRecord = 0;
-    int wheelRest = 0;
-    bool isReadSoon = false, isPassingOn = false, isSettingWidth = false;
-};
-
-DataGrid::Parts::Parts(DataGrid& owner)
-    : grid(owner), model(new GridModel(&owner)), frame(new QFrame(&owner)), view(new GridView(frame)),
-      bar(new QScrollBar(Qt::Vertical, frame)), further(new QTimer(&owner)), rows([this] { readSoon(); }) {
-    view->setModel(model);
-    frame->setFrameStyle(static_cast<int>(QFrame::StyledPanel) | static_cast<int>(QFrame::Sunken));
-    bar->setContextMenuPolicy(Qt::NoContextMenu);
-    bar->setAccessibleName(QStringLiteral("Posición en la lista"));
-    further->setSingleShot(true);
-    further->setInterval(restBeforeLookingFurther);
-    auto* inside = new QHBoxLayout(frame);
-    inside->setContentsMargins({});
-    inside->setSpacing(0);
-    inside->addWidget(view);
-    inside->addWidget(bar);
-    auto* around = new QHBoxLayout(&owner);
-    around->setContentsMargins({});
-    around->addWidget(frame);
-}
-
-// --- Reading
-
-/// Not at once: a program may be in the middle of a walk. Never while painting: a fault opens a box.
-void DataGrid::Parts::readSoon() {
-    if (!isReadSoon) {
-        isReadSoon = true;
-        QCoreApplication::postEvent(&grid, new QEvent(readEvent), Qt::HighEventPriority);
-    }
-}
-
-void DataGrid::Parts::read() {
-    runGuarded([this] {
-        try {
-            if (rows.read(model->columns(), static_cast<std::size_t>(view->room())))
-                show();
-        } catch (...) {
-            show();
-            throw;
-        }
-    });
-}
-
-void DataGrid::Parts::show() {
-    model->setRows(rows.texts());
-    const dbase::RecordNumber record = rows.currentRecord();
-    view->showCurrent(rows.current(), record != shownRecord);
-    shownRecord = record;
-    showPlace();
-    if (rows.isCut())
-        further->start();
-    else
-        further->stop();
-}
-
-void DataGrid::Parts::showPlace() {
-    if (bar->isSliderDown())
-        return; // the user holds it
-    const bool showsAll = rows.showsBegin() && rows.showsEnd();
-    const int page =
-        std::clamp(static_cast<int>((rows.lastPlace() - rows.firstPlace()) * wholeBar), 1, wholeBar / 2);
-    const int end = showsAll ? 0 : wholeBar - page;
-    bar->setRange(0, end);
-    bar->setPageStep(page);
-    bar->setEnabled(!showsAll);
-    if (rows.showsBegin())
-        bar->setValue(0);
-    else if (rows.showsEnd())
-        bar->setValue(end);
-    else
-        bar->setValue(std::clamp(static_cast<int>(rows.firstPlace() * wholeBar), 1, std::max(1, end - 1)));
-}
-
-// --- Moving
-
-void DataGrid::Parts::move(const std::function<void(dbase::Dataset&)>& how) {
-    read();
-    runGuarded([&] {
-        dbase::Dataset* const table = rows.table();
-        if (!table)
-            return;
-        try {
-            how(*table);
-        } catch (...) {
-            try {
-                rows.expire();
-                rows.read(model->columns(), static_cast<std::size_t>(view->room()));
-            } catch (const std::exception&) {
-                // The same fault most likely; the first one is the one to tell.
-            }
-            show();
-            throw;
-        }
-    });
-    read();
-}
-
-void DataGrid::Parts::moveByKey(int key) {
-    move([&](dbase::Dataset& table) {
-        const int page = std::max(1, view->room() - 1);
-        switch (key) {
-        case Qt::Key_Up:
-        case Qt::Key_Down:
-            rows.moveBy(table, key == Qt::Key_Up ? -1 : 1);
-            break;
-        case Qt::Key_PageUp:
-        case Qt::Key_PageDown:
-            rows.keepPlace();
-            rows.moveBy(table, key == Qt::Key_PageUp ? -page : page);
-            break;
-        case Qt::Key_Home:
-            table.first();
-            break;
-        default:
-            table.last();
-            break;
-        }
-    });
-}
-
-void DataGrid::Parts::moveByBar(int action) {
-    switch (action) {
-    case QAbstractSlider::SliderSingleStepAdd:
-        return moveByKey(Qt::Key_Down);
-    case QAbstractSlider::SliderSingleStepSub:
-        return moveByKey(Qt::Key_Up);
-    case QAbstractSlider::SliderPageStepAdd:
-        return moveByKey(Qt::Key_PageDown);
-    case QAbstractSlider::SliderPageStepSub:
-        return moveByKey(Qt::Key_PageUp);
-    default:
-        break;
-    }
-    const int position = bar->sliderPosition();
-    if (position <= bar->minimum())
-        moveByKey(Qt::Key_Home);
-    else if (position >= bar->maximum())
-        moveByKey(Qt::Key_End);
-    else
-        move([&](dbase::Dataset& table) {
-            rows.moveToPlace(table, static_cast<double>(position) / wholeBar);
-        });
-}
-
-void DataGrid::Parts::moveToRow(int row) {
-    move([&](dbase::Dataset& table) { rows.moveToRow(table, row); });
-}
-
-void DataGrid::Parts::scrollBy(int count) {
-    move([&](dbase::Dataset& table) {
-        rows.keepPlace();
-        rows.moveBy(table, count);
-    });
-}
-
-void DataGrid::Parts::copyRow() {
-    read();
-    const int current = rows.current();
-    if (current < 0)
-        return;
-    QStringList texts;
-    for (int column = 0; column < model->columnCount(); ++column) {
-        if (!view->isColumnHidden(column))
-            texts.push_back(grid.cellText(current, column));
-    }
-    QApplication::clipboard()->setText(texts.join(QLatin1Char('\t')));
-}
-
-void DataGrid::Parts::resizeColumn(int column, int width) {
-    model->setWidth(column, width);
-    isSettingWidth = true;
-    view->showWidth(column, width);
-    isSettingWidth = false;
-}
-
-int DataGrid::Parts::heightOf(int rowCount) const {
-    return view->heightOf(rowCount) + 2 * frame->frameWidth();
-}
-
-// --- The widget
 
 DataGrid::DataGrid(QWidget* parent) : QWidget(parent), parts_(std::make_unique<Parts>(*this)) {
     GridView* const view = parts_->view;
@@ -245,14 +40,19 @@ DataGrid::DataGrid(QWidget* parent) : QWidget(parent), parts_(std::make_unique<P
     parts_->bar->installEventFilter(this);
     view->viewport()->installEventFilter(this);
     connect(view, &GridView::roomChanged, this, [this] { parts_->readSoon(); });
-    connect(view, &GridView::rowPressed, this, [this](int row) { parts_->moveToRow(row); });
+    connect(view, &GridView::rowPressed, this, [this](int row, Qt::KeyboardModifiers modifiers) {
+        parts_->moveToRow(row, marksWith(modifiers));
+    });
     connect(view, &GridView::rowDoubleClicked, this, [this](int row) {
         parts_->moveToRow(row);
         if (row == parts_->rows.current())
             emit rowDoubleClicked();
     });
     QHeaderView* const header = view->horizontalHeader();
-    connect(header, &QHeaderView::sectionClicked, this, &DataGrid::titleClicked);
+    connect(header, &QHeaderView::sectionClicked, this, [this](int column) {
+        parts_->showOrder(); // the header gives the arrow to any title that is clicked
+        emit titleClicked(column);
+    });
     connect(header, &QHeaderView::sectionResized, this, [this](int column, int, int width) {
         if (!parts_->isSettingWidth && width > 0)
             parts_->model->setWidth(column, width); // the user drags it
@@ -367,7 +167,7 @@ bool DataGrid::event(QEvent* event) {
         }
         return QWidget::event(event);
     default:
-        if (event->type() != readEvent)
+        if (event->type() != gridReadEvent)
             return QWidget::event(event);
         parts_->isReadSoon = false;
         if (isVisible()) // else when it is shown
@@ -402,7 +202,7 @@ bool DataGrid::eventFilter(QObject* watched, QEvent* event) {
 
 void DataGrid::keyPressEvent(QKeyEvent* event) {
     if (event->matches(QKeySequence::Copy)) {
-        runGuarded([this] { parts_->copyRow(); });
+        runGuarded([this] { parts_->copy(GridTitles::OfSeveralRows); });
         return;
     }
     QScrollBar* const sideways = parts_->view->horizontalScrollBar();
@@ -413,7 +213,7 @@ void DataGrid::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_PageDown:
     case Qt::Key_Home:
     case Qt::Key_End:
-        parts_->moveByKey(event->key());
+        parts_->moveByKey(event->key(), marksWith(event->modifiers()));
         break;
     case Qt::Key_Left:
         sideways->triggerAction(QAbstractSlider::SliderSingleStepSub);
@@ -424,6 +224,28 @@ void DataGrid::keyPressEvent(QKeyEvent* event) {
     default:
         event->ignore();
     }
+}
+
+/// Acts on the rows that are marked, wherever the click was: only the left button chooses.
+void DataGrid::contextMenuEvent(QContextMenuEvent* event) {
+    parts_->read();
+    const int current = parts_->rows.current();
+    if (current < 0)
+        return;
+    auto* const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const auto add = [&](const QString& text, GridTitles titles) {
+        return menu->addAction(text, this, guarded([this, titles] { parts_->copy(titles); }));
+    };
+    const bool several = parts_->hasSeveralMarked();
+    add(several ? QStringLiteral("&Copiar las filas con sus títulos") : QStringLiteral("&Copiar la fila"),
+        GridTitles::OfSeveralRows)
+        ->setShortcut(QKeySequence::Copy);
+    if (!several)
+        add(QStringLiteral("Copiar la fila con los &títulos"), GridTitles::Always);
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    menu->popup(isByKey ? mapToGlobal(cellRect(current, 0).center()) : event->globalPos());
+    event->accept();
 }
 
 void DataGrid::wheelEvent(QWheelEvent* event) {

@@ -20,7 +20,11 @@ namespace ambrel {
 /// closed. A fault while reading is told once; the grid then shows nothing before a refresh() that succeeds
 /// or until another table is opened.
 ///
-/// Not supported: cells that are edited, several rows selected, columns that change places.
+/// With Shift, keys and clicks mark the rows from the one that was current to the one that is; moving in any
+/// other way, and whatever else changes the table, drops the mark. Marked rows are there to be copied, with
+/// their titles (Ctrl+C, context menu); the current one stays the only one that is chosen.
+///
+/// Not supported: cells that are edited, several rows chosen, columns that change places.
 class AMBREL_EXPORT DataGrid : public QWidget {
     Q_OBJECT
 public:
@@ -67,6 +71,7 @@ protected:
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void showEvent(QShowEvent* event) override;
 

@@ -1,14 +1,24 @@
 // Reading and moving on behalf of a data grid.
 #include "dialogs/common/GridRows.h"
 
+#include <QScopedValueRollback>
 #include <algorithm>
+#include <limits>
 
 #include "services/Text.h"
 
 namespace ambrel {
 namespace {
 
+constexpr std::size_t asManyAsThereAre = std::numeric_limits<std::size_t>::max();
 constexpr std::size_t furtherEachTime = 4; // many hidden rows are found in few turns
+
+QStringList textsOf(dbase::Dataset& table, const std::vector<GridColumn>& columns) {
+    QStringList texts;
+    for (const GridColumn& column : columns)
+        texts.push_back(fromWindows1252(table.field(column.field).text()));
+    return texts;
+}
 
 } // namespace
 
@@ -27,6 +37,8 @@ dbase::Dataset* GridRows::table() const {
 }
 
 void GridRows::follow(dbase::DatasetChange change) {
+    if (!isMarking_)
+        mark_.drop();
     if (change == dbase::DatasetChange::Opened || change == dbase::DatasetChange::Closed) {
         hasFailed_ = false;
         window_.forget();
@@ -41,6 +53,7 @@ void GridRows::expire() {
 }
 
 void GridRows::clear() {
+    mark_.drop();
     window_.forget();
     around_ = {};
     part_ = {};
@@ -61,12 +74,10 @@ bool GridRows::read(const std::vector<GridColumn>& columns, std::size_t room) {
     try {
         around_ = table->readAround({room, room, mostHidden_});
         part_ = window_.choose(around_, room);
+        mark_.follow(around_);
         texts_.clear();
-        table->visitRows(around_, part_.first, part_.count, [&](std::size_t) {
-            QStringList& row = texts_.emplace_back();
-            for (const GridColumn& column : columns)
-                row.push_back(fromWindows1252(table->field(column.field).text()));
-        });
+        table->visitRows(around_, part_.first, part_.count,
+                         [&](std::size_t) { texts_.push_back(textsOf(*table, columns)); });
     } catch (...) {
         isReading_ = false;
         giveUp();
@@ -121,6 +132,49 @@ void GridRows::moveToPlace(dbase::Dataset& table, double place) {
     window_.wish(0);
     if (!table.goToPlace(place))
         table.refresh();
+}
+
+// --- Marking
+
+void GridRows::mark(const std::function<void()>& move, MarkedRows::Side leaves) {
+    const QScopedValueRollback marking(isMarking_, true);
+    mark_.begin(currentRecord());
+    if (leaves != MarkedRows::Side::Here)
+        mark_.leaveBehind(leaves);
+    move();
+    expire(); // a move to where it stands already is told by nobody
+}
+
+void GridRows::dropMark() {
+    if (mark_.isEmpty())
+        return;
+    mark_.drop();
+    expire();
+}
+
+MarkedRows::Part GridRows::marked() const {
+    const auto [first, count] = mark_.part(around_);
+    const std::size_t from = std::max(first, part_.first);
+    const std::size_t end = std::min(first + count, part_.first + part_.count);
+    return {from - part_.first, end - std::min(end, from)};
+}
+
+std::vector<QStringList> GridRows::markedTexts(const std::vector<GridColumn>& columns) const {
+    std::vector<QStringList> texts;
+    dbase::Dataset* const table = this->table();
+    if (!table)
+        return texts;
+    dbase::RowsAround around = around_;
+    const bool isBefore = mark_.side() == MarkedRows::Side::Before;
+    for (std::size_t reach = room_; !mark_.isWhole(around);) {
+        reach *= furtherEachTime;
+        around = table->readAround({isBefore ? reach : 0, isBefore ? 0 : reach, asManyAsThereAre});
+        if (around.rows.size() <= reach && !mark_.isWhole(around))
+            return texts; // read to the end
+    }
+    const auto [first, count] = mark_.part(around);
+    table->visitRows(around, first, count, [&](std::size_t) { texts.push_back(textsOf(*table, columns)); });
+    return texts;
 }
 
 // --- What was read

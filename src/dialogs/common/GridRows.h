@@ -8,6 +8,7 @@
 
 #include "dbase/data_source.h"
 #include "dialogs/common/GridColumn.h"
+#include "dialogs/common/MarkedRows.h"
 #include "dialogs/common/RowWindow.h"
 
 namespace ambrel {
@@ -46,6 +47,17 @@ public:
     /// So that the row at this place of the table is shown first.
     void moveToPlace(dbase::Dataset& table, double place);
 
+    // --- Marking. Any move that does not mark drops the mark, as does every other change of the table.
+    /// Makes a move, and marks the rows that it passes. `leaves`: where a move to an end of the table leaves
+    /// the row where marking began.
+    void mark(const std::function<void()>& move, MarkedRows::Side leaves);
+    void dropMark();
+    /// Of the rows shown.
+    [[nodiscard]] MarkedRows::Part marked() const;
+    /// Texts of all marked rows, also of those that are not shown; of the current one without a mark. None
+    /// when the row where marking began has gone. Errors: whatever reading raises.
+    [[nodiscard]] std::vector<QStringList> markedTexts(const std::vector<GridColumn>& columns) const;
+
     // --- What was read.
     [[nodiscard]] const std::vector<QStringList>& texts() const { return texts_; }
     [[nodiscard]] int current() const;
@@ -64,12 +76,13 @@ private:
     dbase::DataSource* source_ = nullptr;
     std::weak_ptr<const void> sourceLife_;
     dbase::Dataset::Subscription subscription_;
-    bool isStale_ = true, isReading_ = false, hasFailed_ = false;
+    bool isStale_ = true, isReading_ = false, hasFailed_ = false, isMarking_ = false;
     std::size_t room_ = 1;
     std::size_t mostHidden_ = dbase::WindowSize().mostHidden;
     RowWindow window_;
     dbase::RowsAround around_;
     RowWindow::Part part_;
+    MarkedRows mark_;
     std::vector<QStringList> texts_;
 };
 

@@ -3,21 +3,41 @@
 
 #include <QEvent>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyledItemDelegate>
+#include <QToolTip>
 #include <algorithm>
 
 namespace ambrel {
 namespace {
 
-constexpr int rowMargin = 3; // logical pixels above and below a text
+constexpr int rowMargin = 3;        // logical pixels above and below a text
+constexpr float markedShare = 0.3F; // of the selection's colour
 
-/// The current row looks the same wherever the focus is, and no cell of it stands out.
+QColor between(const QColor& one, const QColor& other, float share) {
+    const auto mix = [share](float from, float to) { return from + (to - from) * share; };
+    return QColor::fromRgbF(mix(one.redF(), other.redF()), mix(one.greenF(), other.greenF()),
+                            mix(one.blueF(), other.blueF()));
+}
+
+/// The current row looks the same wherever the focus is, and no cell of it stands out. Other marked rows are
+/// paler: the current one is the list's answer.
 class RowDelegate : public QStyledItemDelegate {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    explicit RowDelegate(QAbstractItemView* view) : QStyledItemDelegate(view), view_(*view) {}
+
+    /// A cell that is cut tells its whole text; any other leaves the word to the grid's hint.
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override {
+        const QRect seen = option.rect & view->viewport()->rect();
+        if (!index.isValid() || sizeHint(option, index).width() <= seen.width())
+            return false;
+        QToolTip::showText(event->globalPos(), index.data().toString(), view->viewport(), seen);
+        return true;
+    }
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
@@ -25,7 +45,16 @@ protected:
         option->state &= ~QStyle::State_HasFocus;
         option->state &= ~QStyle::State_MouseOver;
         option->state |= QStyle::State_Active;
+        if (index.row() == view_.currentIndex().row())
+            return;
+        QPalette& colours = option->palette;
+        colours.setColor(QPalette::Highlight, between(colours.color(QPalette::Base),
+                                                      colours.color(QPalette::Highlight), markedShare));
+        colours.setColor(QPalette::HighlightedText, colours.color(QPalette::Text));
     }
+
+private:
+    const QAbstractItemView& view_;
 };
 
 } // namespace
@@ -37,7 +66,7 @@ GridView::GridView(QWidget* parent) : QTableView(parent) {
     viewport()->setFocusProxy(nullptr);
     setItemDelegate(new RowDelegate(this));
     setSelectionBehavior(SelectRows);
-    setSelectionMode(SingleSelection);
+    setSelectionMode(ContiguousSelection);
     setEditTriggers(NoEditTriggers);
     setTabKeyNavigation(false);
     setAlternatingRowColors(true);
@@ -79,6 +108,17 @@ void GridView::showCurrent(int row, bool isOther) {
                                       QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
+void GridView::showMarked(int first, int count) {
+    const QItemSelection rows(model()->index(first, 0),
+                              model()->index(first + count - 1, model()->columnCount() - 1));
+    selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+void GridView::showOrder(int column) {
+    horizontalHeader()->setSortIndicatorShown(column >= 0);
+    horizontalHeader()->setSortIndicator(column, Qt::AscendingOrder);
+}
+
 void GridView::showWidth(int column, int width) {
     setColumnHidden(column, width <= 0);
     if (width > 0) {
@@ -96,7 +136,7 @@ void GridView::mousePressEvent(QMouseEvent* event) {
     setFocus(Qt::MouseFocusReason);
     const int row = rowAt(event->position().toPoint().y());
     if (event->button() == Qt::LeftButton && row >= 0) {
-        emit rowPressed(row);
+        emit rowPressed(row, event->modifiers());
     }
 }
 

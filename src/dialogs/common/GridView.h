@@ -16,13 +16,17 @@ public:
     /// Selects a row, or none with -1. `isOther`: also when it has the place of the one before, it is told to
     /// screen readers.
     void showCurrent(int row, bool isOther);
+    /// Marks rows; the current one among them stands out.
+    void showMarked(int first, int count);
+    /// The title of this column bears the arrow, or none with -1.
+    void showOrder(int column);
     /// Hidden at zero and below.
     void showWidth(int column, int width);
     /// With the titles.
     [[nodiscard]] int heightOf(int rows) const;
 
 Q_SIGNALS:
-    void rowPressed(int row);
+    void rowPressed(int row, Qt::KeyboardModifiers modifiers);
     void rowDoubleClicked(int row);
     /// The height of the rows or the place for them is another one.
     void roomChanged();

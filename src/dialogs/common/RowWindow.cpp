@@ -16,8 +16,9 @@ std::size_t RowWindow::wantedRow(const dbase::RowsAround& around, std::size_t ro
     if (wish_) {
         return std::min(*wish_, room - 1);
     }
+    const std::size_t upperThird = room / 4; // whole rows
     if (shown_.empty()) {
-        return room / 2;
+        return upperThird;
     }
     const auto wasShown = [this](const dbase::RowsAround::Row& row) {
         return row.record != 0 && std::find(shown_.begin(), shown_.end(), row.record) != shown_.end();
@@ -33,13 +34,13 @@ std::size_t RowWindow::wantedRow(const dbase::RowsAround& around, std::size_t ro
         const auto old = std::find(shown_.begin(), shown_.end(), here->record) - shown_.begin();
         return std::min(static_cast<std::size_t>(old), room - 1);
     }
-    if (std::any_of(rows.begin(), here, wasShown)) {
+    if (current > 0 && wasShown(rows[current - 1])) { // a step out of what was shown
         return room - 1;
     }
-    if (std::any_of(here, rows.end(), wasShown)) {
+    if (current + 1 < rows.size() && wasShown(rows[current + 1])) {
         return 0;
     }
-    return room / 2;
+    return upperThird;
 }
 
 RowWindow::Part RowWindow::choose(const dbase::RowsAround& around, std::size_t room) {

@@ -10,7 +10,8 @@
 namespace ambrel {
 
 /// Remembers what was shown last, so that the rows stay where they are while the current one moves among
-/// them, scroll by what is needed when it leaves them, and have it in the middle when it comes from afar.
+/// them, scroll by one when it steps out of them, and have it in the upper third, with what follows it in
+/// view, when it comes from elsewhere.
 class RowWindow {
 public:
     struct Part {
