@@ -14,6 +14,7 @@
 #include "dialogs/common/FocusHelp.h"
 #include "dialogs/common/FormKeys.h"
 #include "dialogs/common/HintWidth.h"
+#include "dialogs/common/TextBeginning.h"
 #include "dialogs/common/TypingRules.h"
 #include "services/EventGuard.h"
 #include "services/KeyUpEvents.h"
@@ -122,6 +123,8 @@ void TFFichaVia::watchControls() {
     new TypingRules(ui_->CBTipoVia->lineEdit(), streetTypeLength, Capitals::No);
     new TypingRules(ui_->DBEVia, static_cast<int>(ambrel::streetNameWidth), Capitals::Yes);
 
+    for (QLineEdit* const box : findChildren<QLineEdit*>())
+        new ambrel::TextBeginning(box);
     help_->watchEdit(ui_->EVecindad, {}, [this] { EVecindadExit(); });
     for (QWidget* const edit :
          std::initializer_list<QWidget*>{ui_->CBProvincia, ui_->CBTipoVia, ui_->DBEVia, ui_->DBECodPostal,

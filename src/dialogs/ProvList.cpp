@@ -25,6 +25,7 @@ namespace {
 constexpr const char* byCode = "CODIGO";
 constexpr const char* byName = "ALFABETICO";
 
+constexpr std::size_t codeWidth = 3;   // characters of CODIGO
 constexpr int withTwoCodes = 3;        // the group whose second code is shown
 constexpr int normalWidth = 350;       // logical pixels
 constexpr int normalLeastHeight = 480; // logical pixels
@@ -49,7 +50,8 @@ TFProvList::TFProvList(QWidget* owner)
     using ambrel::guarded;
     ui_->setupUi(this);
     TProvin.setOnCalculate([this](dbase::Dataset&) { TProvinCalcFields(); });
-    ui_->DBGProvincias->setColumns({{.field = "DATO", .title = QStringLiteral("Código y nombre")}});
+    ui_->DBGProvincias->setColumns(
+        {{.field = "DATO", .title = QStringLiteral("Código y nombre"), .tags = {byCode, byName}}});
     ui_->DBGProvincias->setDataSource(&DSProvin);
 
     new ambrel::FixedWidth(*this, normalWidth, normalLeastHeight, *ui_->SBAyuda);
@@ -137,9 +139,10 @@ void TFProvList::seekText() {
             static_cast<void>(TBBusca(TProvin, {{"PROVINCIA", *name}}, nearestSearch));
         return;
     }
-    // Deliberate: a text that is not a number moves nothing in the order of codes, without a message.
+    // Deliberate: a text that is not a number, or one that no code can hold, moves nothing in the order of
+    // codes, without a message.
     bool isNumber = false;
-    if (const int code = text.toInt(&isNumber); isNumber)
+    if (const int code = text.toInt(&isNumber); isNumber && Int_Cad(code).size() <= codeWidth)
         static_cast<void>(TBBusca(TProvin, {{"CODIGO", code}}, nearestSearch));
 }
 

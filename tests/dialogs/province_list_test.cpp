@@ -16,6 +16,7 @@
 #include "dialogs/DialogTexts.h"
 #include "dialogs/common/DataGrid.h"
 #include "support/ModalScript.h"
+#include "support/ScriptedMessages.h"
 #include "support/ShownWindow.h"
 #include "support/Typing.h"
 
@@ -157,6 +158,16 @@ TEST_F(ProvinceList, ASeekThatFindsACodeAtOrAfterTheTextPutsItIntoTheSearch) {
     EXPECT_EQ(search.text(), "8");
 }
 
+TEST_F(ProvinceList, TheCodeInTheSearchIsSelectedWhenTheListOpens) {
+    addCountry("8", "", "OTRA");
+    show(8, 3);
+    ASSERT_EQ(search.text(), "8");
+    EXPECT_TRUE(search.hasFocus());
+    EXPECT_EQ(search.selectedText(), "8");
+    QTest::keyClick(&search, Qt::Key_F);
+    EXPECT_EQ(search.text(), "f") << "what is typed first replaces it";
+}
+
 TEST_F(ProvinceList, Group3ShowsItsSecondCodeInBracketsBetweenCodeAndName) {
     show(2, 3);
     EXPECT_EQ(current(), "201.- [FR]FRANCIA");
@@ -238,6 +249,20 @@ TEST_F(ProvinceList, ATextThatIsNoNumberInCodeOrderMovesNothingAndShowsNoMessage
         press(Qt::Key_End);
         EXPECT_EQ(current(), "028.- MADRID") << text;
     }
+}
+
+TEST_F(ProvinceList, ANumberThatNoCodeCanHoldMovesNothingAndShowsNoMessage) {
+    const ambrel::test::ScriptedMessages none;
+    show();
+    type("28");
+    for (const char* text : {"1234", "-123", "2147483647", "-2147483648", "0001234"}) {
+        search.setText(text);
+        press(Qt::Key_End);
+        EXPECT_EQ(current(), "028.- MADRID") << text;
+    }
+    search.setText("0008");
+    press(Qt::Key_End);
+    EXPECT_EQ(current(), "008.- BARCELONA") << "leading zeros count for nothing";
 }
 
 TEST_F(ProvinceList, ATextThatTheTablesCannotHoldMovesNothing) {

@@ -1,11 +1,14 @@
 // Focus colour and status bar of the dialogs.
 #include "dialogs/common/FocusHelp.h"
 
+#include <QComboBox>
 #include <QEvent>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QStatusBar>
 #include <utility>
 
+#include "dialogs/common/TextBeginning.h"
 #include "services/EventGuard.h"
 #include "services/FocusEvents.h"
 #include "services/Rvarias.h"
@@ -22,6 +25,11 @@ FocusHelp::FocusHelp(QWidget& dialog, QStatusBar& bar) : QObject(&dialog), bar_(
 void FocusHelp::TomaFoco(QWidget* control) {
     TomaFocoControl(control);
     bar_.showMessage(control->toolTip());
+    if (!std::exchange(isOpening_, false))
+        return;
+    auto* const combo = qobject_cast<QComboBox*>(control);
+    if (auto* const box = combo ? combo->lineEdit() : qobject_cast<QLineEdit*>(control))
+        selectFromBeginning(*box);
 }
 
 void FocusHelp::DejaFoco(QWidget* control) {
@@ -29,7 +37,11 @@ void FocusHelp::DejaFoco(QWidget* control) {
     clearHint();
 }
 
-void FocusHelp::TomaFocoBoton(QWidget* button) { bar_.showMessage(button->toolTip()); }
+void FocusHelp::TomaFocoBoton(QWidget* button) {
+    bar_.showMessage(button->toolTip());
+    if (button->hasFocus()) // and not the mouse over it
+        isOpening_ = false;
+}
 
 // The mouse that leaves a button empties the bar, whatever has the focus.
 void FocusHelp::DejaFocoBoton() { clearHint(); }

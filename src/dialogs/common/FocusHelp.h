@@ -19,7 +19,8 @@ public:
     /// Makes the tool tip of every control of the dialog its accessible description as well.
     FocusHelp(QWidget& dialog, QStatusBar& bar);
 
-    /// Focus gained by an edit control: focus colour, hint in the status bar.
+    /// Focus gained by an edit control: focus colour, hint in the status bar. Where the dialog opens, the
+    /// text is selected: what is typed replaces it.
     void TomaFoco(QWidget* control);
     /// Focus lost: normal colour, and no hint in the status bar.
     void DejaFoco(QWidget* control);
@@ -46,6 +47,7 @@ private:
 
     QStatusBar& bar_;
     QString outcome_;
+    bool isOpening_ = true; // until a control has the focus
 };
 
 } // namespace ambrel
