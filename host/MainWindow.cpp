@@ -23,6 +23,8 @@
 namespace host {
 namespace {
 
+constexpr int readableLetters = 140; // across the form; what is wider is hard to follow
+
 void bindBoxes(ambrel::RecordBinding& binding, const FormBoxes& boxes, HostTable& table) {
     binding.bind(boxes.name, table.name);
     binding.bind(boxes.address.municipality, table.municipality);
@@ -82,10 +84,14 @@ void MainWindow::wire() {
 
 void MainWindow::layOut() {
     auto* page = new QWidget(this);
-    auto* column = new QVBoxLayout(page);
+    auto* middle = new QWidget(page); // a window that is wider has it in its middle
+    middle->setMaximumWidth(readableLetters * fontMetrics().averageCharWidth());
+    (new QHBoxLayout(page))->addWidget(middle);
+    page->layout()->setContentsMargins(0, 0, 0, 0);
+    auto* column = new QVBoxLayout(middle);
     column->setContentsMargins(24, 20, 24, 16);
     column->setSpacing(16);
-    auto* card = new QFrame(page);
+    auto* card = new QFrame(middle);
     card->setObjectName(QStringLiteral("MarcoFicha"));
     auto* inside = new QVBoxLayout(card);
     inside->setContentsMargins(0, 0, 0, 0);
@@ -96,7 +102,7 @@ void MainWindow::layOut() {
     column->addWidget(header());
     column->addWidget(card, 1);
     column->addWidget(commands());
-    message_ = new QLabel(page);
+    message_ = new QLabel(middle);
     message_->setObjectName(QStringLiteral("LMensaje"));
     column->addWidget(message_);
     setCentralWidget(page);
@@ -181,7 +187,10 @@ void MainWindow::save() {
     tell(tr("Cliente guardado."));
 }
 
+/// Of a stored customer, what was stored comes back; of a new one nothing would.
 void MainWindow::undo() {
+    if (table_->data.state() == dbase::DatasetState::Insert && binding_->hasChanges() && !mayDiscard())
+        return;
     dropPendingRow();
     table_->data.refresh(); // somebody else may have changed the row meanwhile
     binding_->showRow();
@@ -190,8 +199,10 @@ void MainWindow::undo() {
 
 bool MainWindow::mayLeaveRow() {
     address_->settle();
-    if (!binding_->hasChanges())
-        return true;
+    return !binding_->hasChanges() || mayDiscard();
+}
+
+bool MainWindow::mayDiscard() {
     return Mensaje_NoSi(tr("¿Desea descartar los cambios?"),
                         tr("Los datos de este cliente no se han guardado."), tr("Atención")) == answeredYes;
 }

@@ -49,6 +49,8 @@ private:
 
     /// Settles the box being typed in; false when there are changes that the user wants to keep.
     [[nodiscard]] bool mayLeaveRow();
+    /// Asks whether what is not saved may go.
+    [[nodiscard]] bool mayDiscard();
     void dropPendingRow();
     void showState();
     /// Says below the form what a command came to.

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QCloseEvent>
+#include <QFrame>
 #include <QLabel>
 #include <QTest>
 
@@ -164,6 +165,55 @@ TEST_F(MainWindowTest, UndoBringsTheStoredTextsBack) {
     EXPECT_EQ(tag("EMunicipio"), 28079);
     click("BBSiguiente");
     EXPECT_EQ(text("ENombre"), QStringLiteral("Berta"));
+}
+
+TEST_F(MainWindowTest, UndoAsksBeforeItThrowsANewCustomerAway) {
+    addThree();
+    open();
+    click("BBNuevo");
+    fill("ENombre", "Zoe");
+    ambrel::test::ScriptedMessages messages;
+    expectQuestion(messages, MessageAnswer::No);
+    click("BBDeshacer");
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Zoe"));
+    expectQuestion(messages, MessageAnswer::No);
+    press(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Zoe"));
+    expectQuestion(messages, MessageAnswer::Yes);
+    click("BBDeshacer");
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Ana"));
+    EXPECT_EQ(stored("Zoe", "NOMBRE"), "");
+}
+
+TEST_F(MainWindowTest, UndoDoesNotAskForABlankNewCustomer) {
+    addThree();
+    open();
+    click("BBNuevo");
+    const ambrel::test::ScriptedMessages none;
+    click("BBDeshacer");
+    EXPECT_EQ(text("ENombre"), QStringLiteral("Ana"));
+}
+
+TEST_F(MainWindowTest, TheFormStopsGrowingAtAReadableWidth) {
+    open();
+    const auto* card = window().findChild<QFrame*>(QStringLiteral("MarcoFicha"));
+    const auto settle = [&](int width) {
+        window().resize(width, 600);
+        QCoreApplication::processEvents();
+        return card->width();
+    };
+    EXPECT_GT(settle(900), settle(720)) << "it grows at first";
+    const int widest = settle(1400);
+    EXPECT_LE(widest, 140 * window().fontMetrics().averageCharWidth());
+    EXPECT_EQ(settle(2400), widest);
+    const QRect place(card->mapTo(&window(), QPoint()), card->size());
+    EXPECT_NEAR(place.center().x(), window().width() / 2, 1) << "in the middle";
+    for (const char* name : {"BBAnterior", "BBGuardar", "LTitulo", "LEstado"}) {
+        const auto* part = window().findChild<QWidget*>(QLatin1String(name));
+        const QRect there(part->mapTo(&window(), QPoint()), part->size());
+        EXPECT_GE(there.left(), place.left()) << name;
+        EXPECT_LE(there.right(), place.right()) << name;
+    }
 }
 
 TEST_F(MainWindowTest, ANewCustomerLeftBlankIsForgotten) {

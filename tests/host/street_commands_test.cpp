@@ -78,6 +78,9 @@ TEST_F(StreetCommandsTest, TheNewStreetTakesTheNameThatItsCardGivesIt) {
 TEST_F(StreetCommandsTest, ANewStreetIsCompletedTheNextTime) {
     openInMadrid();
     insertStreet("HORNO NUEVO");
+    messages.expect(QStringLiteral("¿Desea descartar los cambios?"),
+                    QStringLiteral("Los datos de este cliente no se han guardado."),
+                    QStringLiteral("Atención"), MessageAnswer::Yes);
     click("BBDeshacer");
     fill("EMunicipio", "mad");
     fill("ETipoVia", "CL");
