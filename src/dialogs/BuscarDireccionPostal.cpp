@@ -16,12 +16,14 @@
 #include "controller/ProvinceStreets.h"
 #include "controller/StreetRecord.h"
 #include "data/CodPostalesDM.h"
+#include "dialogs/common/DropDown.h"
 #include "dialogs/common/FocusHelp.h"
 #include "dialogs/common/FormKeys.h"
 #include "dialogs/common/IncrementalSearch.h"
 #include "dialogs/common/LastColumn.h"
 #include "dialogs/common/ModalDialog.h"
 #include "dialogs/common/ProvinceItems.h"
+#include "dialogs/common/ScreenRoom.h"
 #include "import/ImportarVias.h"
 #include "services/Confamb.h"
 #include "services/EventGuard.h"
@@ -104,6 +106,8 @@ TFBuscarDireccionPostal::TFBuscarDireccionPostal(QWidget* owner, TClassCodPostal
     : QDialog(ambrel::dialogParent(owner)), ui_(std::make_unique<Ui::TFBuscarDireccionPostal>()),
       controller_(controller), standalone_(standalone) {
     ui_->setupUi(this);
+    resize(ambrel::withinScreen(*this, size()));
+    ambrel::limitDropDowns(*this);
     ui_->DBGPostal->setColumns(streetColumns(ui_->DBGPostal->fontMetrics()));
     for (int column = 0; column < ui_->DBGPostal->columnCount(); ++column)
         leastGridRoom_ += ui_->DBGPostal->columnWidth(column);

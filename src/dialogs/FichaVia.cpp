@@ -11,6 +11,7 @@
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
 #include "data/Province.h"
+#include "dialogs/common/DropDown.h"
 #include "dialogs/common/FocusHelp.h"
 #include "dialogs/common/FormKeys.h"
 #include "dialogs/common/HintWidth.h"
@@ -99,6 +100,7 @@ TFFichaVia::TFFichaVia(QWidget* owner, TClassCodPostales& controller, TOperacion
       ui_(std::make_unique<Ui::TFFichaVia>()), Controlador(controller), Operacion(operation),
       CodIne(std::move(codIne)), Vecindad(std::move(vecindad)), DSPostal(&controller.DM->tbPostal) {
     ui_->setupUi(this);
+    ambrel::limitDropDowns(*this);
     for (QComboBox* const combo : {ui_->CBProvincia, ui_->CBTipoVia})
         combo->setCompleter(nullptr);
     ui_->CBTipoVia->view()->setMinimumWidth(streetTypeListWidth);

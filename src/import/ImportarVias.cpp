@@ -12,10 +12,12 @@
 
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
+#include "dialogs/common/DropDown.h"
 #include "dialogs/common/FocusHelp.h"
 #include "dialogs/common/FormKeys.h"
 #include "dialogs/common/HintWidth.h"
 #include "dialogs/common/ModalDialog.h"
+#include "dialogs/common/ScreenRoom.h"
 #include "import/ProvinceRun.h"
 #include "import/ResponseFolder.h"
 #include "services/EventGuard.h"
@@ -38,7 +40,9 @@ TFImportarVias::TFImportarVias(QWidget* owner, TClassCodPostales& controller)
     for (QLabel* const label : {ui_->LProvincia_, ui_->LMunicipio_, ui_->LProvinciaAmbrel_})
         label->setMinimumWidth(width);
     connectControls();
-    resize(startSize);
+    ambrel::limitDropDowns(*this);
+    ambrel::tightenOnSmallScreen(*this, leastSize);
+    resize(ambrel::withinScreen(*this, startSize));
 }
 
 TFImportarVias::~TFImportarVias() = default;
@@ -112,11 +116,11 @@ void TFImportarVias::done(int result) {
     QDialog::done(result);
 }
 
-/// The least size grows with what the mode shows, and with the font.
+/// The least size grows with what the mode shows, and with the font; it is not larger than a small screen.
 bool TFImportarVias::event(QEvent* event) {
     const bool result = QDialog::event(event);
     if (event->type() == QEvent::LayoutRequest)
-        setMinimumSize(leastSize.expandedTo(layout()->totalMinimumSize()));
+        setMinimumSize(ambrel::withinScreen(*this, leastSize).expandedTo(layout()->totalMinimumSize()));
     return result;
 }
 

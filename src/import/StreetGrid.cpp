@@ -21,7 +21,7 @@ constexpr int nameSlack = 8;                                   // that the colum
 constexpr int titleMargins = 16;
 constexpr int leastRowHeight = 20;
 constexpr int rowMargins = 6;
-constexpr int leastRows = 4;
+constexpr int leastRows = 2; // on a small screen; elsewhere the window has room for more
 
 } // namespace
 

@@ -1,7 +1,11 @@
 // TFBuscarDireccionPostal: what it shows, finds and answers.
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
+#include <QApplication>
 #include <QHeaderView>
+#include <QScreen>
+#include <QScrollBar>
 #include <QStatusBar>
 #include <QTableView>
 #include <QTest>
@@ -126,6 +130,32 @@ TEST_F(AddressSearch, RowsShowTypeNamePostalCodeAndRanges) {
     for (int column = 0; column < grid().columnCount(); ++column)
         texts.push_back(grid().cellText(grid().currentRow(), column).toStdString());
     EXPECT_EQ(texts, (std::vector<std::string>{"CL", "ALCALA", "28001", "1", "9999", "2", "9998"}));
+}
+
+TEST_F(AddressSearch, ADropDownShowsSomeProvincesInsideTheScreenWhereverTheDialogIs) {
+    std::vector<ProvinceRow> many;
+    for (int code = 100; code < 150; ++code)
+        many.push_back({std::to_string(code), "PROVINCIA " + std::to_string(code)});
+    addProvinces(many);
+    for (const char* const rulesOfTheHost : {"", "QPushButton { padding: 5px; }"}) {
+        qApp->setStyleSheet(QLatin1String(rulesOfTheHost));
+        show();
+        const QRect screen = dialog->screen()->availableGeometry();
+        const QPoint corner(screen.right() - 60, screen.bottom() - 60);
+        for (const QPoint place : {screen.topLeft(), corner - provinces().pos()}) {
+            dialog->move(place);
+            provinces().showPopup();
+            const QAbstractItemView& list = *provinces().view();
+            EXPECT_TRUE(screen.contains(list.window()->geometry()));
+            const int row =
+                list.visualRect(provinces().model()->index(provinces().currentIndex(), 0)).height();
+            EXPECT_LE(list.window()->height(), 21 * row);
+            EXPECT_GE(list.window()->height(), 10 * row);
+            EXPECT_TRUE(list.verticalScrollBar()->isVisible()) << "one sees that there are more";
+            provinces().hidePopup();
+        }
+    }
+    qApp->setStyleSheet(QString());
 }
 
 // --- Showing

@@ -6,7 +6,9 @@
 #include "support/ScriptedMessages.h"
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // A run may ask for a screen of another size.
+    if (!qgetenv("QT_QPA_PLATFORM").startsWith("offscreen"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     ::testing::InitGoogleTest(&argc, argv);
     const QApplication application(argc, argv);
     ambrel::test::failOnUnexpectedMessages();

@@ -1,0 +1,22 @@
+// Which kind of list drops down.
+#include "dialogs/common/DropDown.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QEvent>
+
+namespace ambrel {
+
+void limitDropDowns(QWidget& dialog) {
+    for (QComboBox* const combo : dialog.findChildren<QComboBox*>()) {
+        combo->setStyleSheet(QStringLiteral("QComboBox { combobox-popup: 0; }"));
+        // Where the application has rules of its own, a combo is not told of its new ones.
+        combo->ensurePolished();
+        QEvent changed(QEvent::StyleChange);
+        QCoreApplication::sendEvent(combo, &changed);
+        combo->view()->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    }
+}
+
+} // namespace ambrel
