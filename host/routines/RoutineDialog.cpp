@@ -16,6 +16,7 @@
 namespace host::routines {
 namespace {
 
+constexpr std::size_t mostLinesBelowEachOther = 8; // so that the dialog fits on a small screen
 constexpr int smallestWidth = 480;
 constexpr int largestNumber = 999;
 
@@ -67,8 +68,13 @@ void RoutineDialog::layOut() {
     column->setContentsMargins(20, 18, 20, 18);
     column->setSpacing(14);
     column->addWidget(heading());
-    column->addWidget(argumentBox());
-    column->addWidget(resultBox());
+    const auto lines = routine_.arguments.size() + routine_.results.size();
+    auto* boxes =
+        new QBoxLayout(lines > mostLinesBelowEachOther ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    boxes->setSpacing(column->spacing());
+    boxes->addWidget(argumentBox());
+    boxes->addWidget(resultBox());
+    column->addLayout(boxes);
     column->addStretch();
     column->addWidget(commands());
     setMinimumWidth(smallestWidth);

@@ -1,6 +1,7 @@
 // Trying the package's routines from the menus: arguments in, results out.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -61,6 +62,34 @@ protected:
     ambrel::test::ScriptedMessages messages;
     ModalScript dialogs;
 };
+
+/// The size that fonts have on a desktop.
+class DesktopFont {
+public:
+    DesktopFont() {
+        QFont font = usual_;
+        font.setPointSize(9);
+        QApplication::setFont(font);
+    }
+    ~DesktopFont() { QApplication::setFont(usual_); }
+    DesktopFont(const DesktopFont&) = delete;
+    DesktopFont& operator=(const DesktopFont&) = delete;
+
+private:
+    const QFont usual_ = QApplication::font();
+};
+
+TEST_F(RoutinesTest, EveryDialogFitsOnASmallScreen) {
+    const DesktopFont font;
+    open();
+    for (const auto& list : {host::routines::municipalityLists(), host::routines::otherLists(),
+                             host::routines::streetLists(), host::routines::utilities()})
+        for (const host::routines::Routine& routine : list)
+            attempt(qPrintable(routine.object), [&](QDialog& dialog) {
+                EXPECT_LE(dialog.height(), 470) << routine.object.toStdString();
+                EXPECT_LE(dialog.width(), 790) << routine.object.toStdString();
+            });
+}
 
 TEST_F(RoutinesTest, EveryRoutineHasItsEntryAndItsDialog) {
     open();
