@@ -73,9 +73,8 @@ void TFFichaVia::EVecindadKeyUp(std::uint16_t& key, Qt::KeyboardModifiers shift)
     const int tag = tagOf(*ui_->EVecindad);
     Controlador.OrdenaPorNombreMunicipi();
     Controlador.KeyUpMunicipi(ui_->EVecindad, key, shift);
-    // Completing a name that was typed whole changes no text, but leaves the INE code in the Tag, where it
-    // would be taken for a postal code.
-    if (tagOf(*ui_->EVecindad) != tag && ui_->EVecindad->text() == text)
+    // A completion leaves the INE code in the Tag, where it would be taken for a postal code.
+    if (tagOf(*ui_->EVecindad) != tag || ui_->EVecindad->text() != text)
         EVecindadChange();
 }
 
