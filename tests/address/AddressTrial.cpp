@@ -54,11 +54,24 @@ std::vector<KnownAddress> addressesOf(const std::vector<StreetRow>& streets,
     return addresses;
 }
 
-Tally tryAddresses(const std::vector<KnownAddress>& addresses) {
+Tally tryAddresses(const std::vector<KnownAddress>& addresses, const AddressResolver& resolver) {
     Tally tally;
     for (const KnownAddress& address : addresses) {
         const bool isExact = address.postalCodes.size() == 1;
         tally.exact += isExact ? 1 : 0;
+        const std::optional<std::string> code = resolver(address);
+        if (!code)
+            continue;
+        if (!isExact || !address.postalCodes.contains(*code))
+            tally.wrong.push_back(described(address, *code));
+        else
+            ++tally.found;
+    }
+    return tally;
+}
+
+Tally tryAddresses(const std::vector<KnownAddress>& addresses) {
+    return tryAddresses(addresses, [](const KnownAddress& address) -> std::optional<std::string> {
         const ambrel::ResolvedAddress answer =
             ambrel::resolveAddress("DB", {.municipality = ansi(address.municipality),
                                           .streetType = address.type,
@@ -66,13 +79,9 @@ Tally tryAddresses(const std::vector<KnownAddress>& addresses) {
                                           .number = std::to_string(address.number),
                                           .ineCode = address.ineCode});
         if (!answer.isSettled())
-            continue;
-        if (!isExact || !address.postalCodes.contains(answer.postalCode) || !answer.completed.empty())
-            tally.wrong.push_back(described(address, answer.postalCode));
-        else
-            ++tally.found;
-    }
-    return tally;
+            return std::nullopt;
+        return answer.completed.empty() ? answer.postalCode : "another street's: " + answer.postalCode;
+    });
 }
 
 } // namespace postal_tests

@@ -1,6 +1,8 @@
 // Many addresses whose postal code is known, resolved one after the other.
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <tuple>
@@ -39,7 +41,11 @@ struct Tally {
                                                     const std::vector<std::string>& ineCodes,
                                                     const std::vector<MunicipalityRow>& municipalities);
 
-/// Resolves each in the tables of "DB".
+/// Gives the postal code of an address, null where it says that it does not know it.
+using AddressResolver = std::function<std::optional<std::string>(const KnownAddress&)>;
+
+[[nodiscard]] Tally tryAddresses(const std::vector<KnownAddress>& addresses, const AddressResolver& resolver);
+/// Resolves each in the tables of "DB", without boxes.
 [[nodiscard]] Tally tryAddresses(const std::vector<KnownAddress>& addresses);
 
 } // namespace postal_tests
