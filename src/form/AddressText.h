@@ -8,6 +8,7 @@
 
 namespace ambrel {
 
+/// What is asked and answered, in texts of windows.
 using TypedAddressText = TypedAddressOf<QString>;
 using ResolvedAddressText = ResolvedAddressOf<QString>;
 
