@@ -29,8 +29,10 @@ class RecordBinding;
 class AMBREL_EXPORT AddressBoxes : public QObject {
     Q_OBJECT
 public:
+    /// The parts of an address that have a box.
     enum class Box { Municipality, Province, StreetType, Street, Number, PostalCode };
     Q_ENUM(Box)
+    /// What a box's text can be relied on for.
     enum class State { Empty, Validated, NotValidated };
     Q_ENUM(State)
 
@@ -43,8 +45,10 @@ public:
         QLineEdit* number = nullptr;
         QLineEdit* postalCode = nullptr;
 
+        /// The box of a part; null where the host has none.
         [[nodiscard]] QLineEdit* at(Box box) const;
     };
+    /// As far as the host has them; null for the others.
     struct ListButtons {
         QAbstractButton* municipality = nullptr;
         QAbstractButton* province = nullptr;
@@ -65,6 +69,7 @@ public:
     /// what others keep from being edited is not written. It must outlive the boxes' wiring.
     void setRecord(RecordBinding& record);
 
+    /// Empty for a box that the host does not have.
     [[nodiscard]] State state(Box box) const;
     /// Why a text is not validated, in a sentence for the user; empty otherwise.
     [[nodiscard]] QString reason(Box box) const;

@@ -16,6 +16,7 @@ namespace ambrel {
 class AMBREL_EXPORT RecordBinding : public QObject {
     Q_OBJECT
 public:
+    /// Binds nothing yet. The table must outlive it.
     explicit RecordBinding(dbase::Dataset& table, QObject* parent = nullptr);
 
     /// The box belongs to one field from now on.
