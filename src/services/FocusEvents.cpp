@@ -6,6 +6,7 @@
 #include <QMenuBar>
 #include <utility>
 
+#include "services/ClickKeeper.h"
 #include "services/EventGuard.h"
 
 namespace ambrel {
@@ -21,7 +22,7 @@ bool isMenu(const QWidget* widget) {
 
 } // namespace
 
-FocusEvents::FocusEvents(QObject* application) : QObject(application) {
+FocusEvents::FocusEvents(QObject* application) : QObject(application), clicks_(new ClickKeeper(this)) {
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { follow(now); });
 }
 
@@ -70,26 +71,30 @@ void FocusEvents::follow(QWidget* focused) {
         settle(window);
 }
 
-/// Runs exit and enter handlers until the control entered last is the one that has the window's focus.
 void FocusEvents::settle(QWidget* window) {
     const std::shared_ptr<Window> state = stateOf(window);
     if (state->running)
         return;
     state->running = true;
-    const QPointer<QWidget> alive = window;
+    clicks_->run(*window, [&] { runHandlers(*window, *state); });
+    state->running = false;
+}
+
+/// Exit and enter handlers, until the control entered last is the one that has the window's focus.
+void FocusEvents::runHandlers(QWidget& window, Window& state) const {
+    const QPointer<QWidget> alive = &window;
     for (int count = 0; alive && count < patience; ++count) {
-        QWidget* const focused = window->focusWidget();
+        QWidget* const focused = window.focusWidget();
         QWidget* const target = controlOf(focused);
-        if (target == state->control || isMenu(focused))
+        if (target == state.control || isMenu(focused))
             break;
-        if (state->control) {
-            run(std::exchange(state->control, nullptr), &Handlers::onExit);
+        if (state.control) {
+            run(std::exchange(state.control, nullptr), &Handlers::onExit);
         } else {
-            state->control = target;
+            state.control = target;
             run(target, &Handlers::onEnter);
         }
     }
-    state->running = false;
 }
 
 void FocusEvents::run(QWidget* control, Handler Handlers::*which) const {

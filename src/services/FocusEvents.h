@@ -12,11 +12,17 @@
 
 namespace ambrel {
 
+class ClickKeeper;
+
 /// One for the application. Activating a window, pop-ups and menus are no moves: while they have the focus,
 /// the control left behind is still the current one of its window. The first control of a window that is
 /// shown is entered. A handler that moves the focus itself, or shows a dialog, is finished before the next
 /// one runs. Controls without handlers end the stay in others. A child of a control, such as the edit of a
 /// combo, counts as the control.
+///
+/// A mouse press moves the focus before the control under the mouse gets it. When a handler then shows a
+/// modal window, that control acts on the click afterwards, once, or not at all if the focus went elsewhere
+/// meanwhile; it does not stay pressed.
 class AMBREL_EXPORT FocusEvents : public QObject {
 public:
     /// Runs inside runGuarded().
@@ -40,10 +46,12 @@ private:
     static FocusEvents& instance();
     void follow(QWidget* focused);
     void settle(QWidget* window);
+    void runHandlers(QWidget& window, Window& state) const;
     [[nodiscard]] QWidget* controlOf(QWidget* focused) const;
     [[nodiscard]] std::shared_ptr<Window> stateOf(QWidget* window);
     void run(QWidget* control, Handler Handlers::*which) const;
 
+    ClickKeeper* clicks_;
     QHash<QWidget*, Handlers> handlers_;
     QHash<QWidget*, std::shared_ptr<Window>> windows_;
 };

@@ -7,6 +7,8 @@
 #include <memory>
 #include <utility>
 
+#include "services/ModalLoop.h"
+
 namespace ambrel {
 namespace {
 
@@ -71,7 +73,7 @@ MessageAnswer showMessageBox(const MessageBox& box) {
         dialog->setDefaultButton(
             addButton(*dialog, "BBAceptar", QStringLiteral("&Aceptar"), QMessageBox::AcceptRole));
     }
-    dialog->exec();
+    execModal(*dialog);
     if (!dialog)
         return MessageAnswer::Cancel;
     const std::unique_ptr<QMessageBox> freed(dialog);

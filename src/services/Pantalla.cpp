@@ -2,10 +2,13 @@
 #include "services/Pantalla.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QLabel>
+#include <QThread>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <utility>
 
 namespace ambrel {
@@ -38,18 +41,48 @@ private:
     int quickTexts_ = 0;
 };
 
-/// Lets the window appear and be drawn, and nothing else happen: no keys, no mouse, no timers, no network.
-void drawNow(QWidget& window) {
-    window.repaint();
+/// How long a desktop may take to show a window, or to make it larger, until the program goes on without.
+constexpr int patience = 500; // milliseconds
+
+/// Nothing else happens meanwhile: no keys, no mouse, no timers, no network.
+void processDrawing() {
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers |
                                     QEventLoop::X11ExcludeTimers);
+}
+
+/// Sees whether a window has come to the screen, in the size that it has by now.
+class ExposeWatch : public QObject {
+public:
+    explicit ExposeWatch(QWindow* window) { window->installEventFilter(this); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        isExposed_ |= event->type() == QEvent::Expose && static_cast<QWindow*>(watched)->isExposed();
+        return false;
+    }
+
+    /// The window manager takes its time, and until then what is drawn is lost.
+    void wait() const {
+        for (const QDeadlineTimer deadline(patience); !isExposed_ && !deadline.hasExpired();) {
+            processDrawing();
+            QThread::msleep(1);
+        }
+    }
+
+private:
+    bool isExposed_ = false;
+};
+
+void drawNow(QWidget& window) {
+    window.repaint();
+    processDrawing();
 }
 
 void setText(QWidget& window, const QString& text) {
     if (auto* const label = window.findChild<QLabel*>(QLatin1String(labelName))) {
         label->setText(text);
-        // Whole, also where a window that adjusts itself would stay within two thirds of a small screen.
-        label->setMinimumWidth(qMax(minimumWidth, label->sizeHint().width()));
+        // Whole, also where a window that adjusts itself would stay within two thirds of a small screen; and
+        // never smaller again, so that it does not jump from name to name.
+        label->setMinimumWidth(qMax(label->minimumWidth(), label->sizeHint().width()));
     }
     window.setAccessibleDescription(text);
     window.adjustSize();
@@ -68,23 +101,36 @@ ProgressWindow showWindow(const QString& text, QWidget* owner) {
     label->setObjectName(QLatin1String(labelName));
     label->setTextFormat(Qt::PlainText);
     label->setAlignment(Qt::AlignCenter);
+    label->setMinimumWidth(minimumWidth);
     auto* const layout = new QVBoxLayout(window);
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->addWidget(label);
 
     setText(*window, text);
     const ProgressWindow shown = window;
+    window->winId(); // there is a window to watch from now on
+    const ExposeWatch watch(window->windowHandle());
     window->show();
-    drawNow(*window);
+    watch.wait();
+    if (shown)
+        drawNow(*window);
     if (active && shown && QApplication::activeWindow() == shown)
         active->activateWindow(); // some platforms make everything active that is shown
     return shown;
 }
 
 void changeText(const QString& text, QWidget& window) {
+    const QPointer<QWidget> alive = &window;
+    const QSize before = window.size();
+    const ExposeWatch watch(window.windowHandle());
     setText(window, text);
+    const bool hasGrown = before.expandedTo(window.size()) != before;
     auto* const box = dynamic_cast<ProgressBox*>(&window);
-    if (!box || box->drawsNext())
+    if (box && !box->drawsNext() && !hasGrown)
+        return;
+    if (hasGrown && window.isVisible())
+        watch.wait();
+    if (alive)
         drawNow(window);
 }
 

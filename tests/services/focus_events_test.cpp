@@ -14,6 +14,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <vector>
@@ -268,6 +269,102 @@ TEST_F(Focus, AnExceptionOfAHandlerIsShownAndTheNextHandlerRuns) {
     show();
     second->setFocus();
     EXPECT_EQ(log, Log{"+second"});
+}
+
+/// The first box shows a question when it is left; a button beside it counts its clicks.
+class ClickedAway : public Focus {
+protected:
+    ClickedAway() {
+        QObject::connect(button, &QPushButton::clicked, button, [this] { ++clicks; });
+        FocusEvents::watch(first, {}, [this] {
+            QDialog question(window.get());
+            QPushButton yes("Sí", &question);
+            QObject::connect(&yes, &QPushButton::clicked, &question, &QDialog::accept);
+            QTimer::singleShot(0, &question, [&] { answer(yes); });
+            log.push_back("asked");
+            question.exec();
+            afterwards();
+        });
+        show();
+    }
+
+    void mouse(void (*act)(QWindow*, Qt::MouseButton, Qt::KeyboardModifiers, QPoint, int), QWidget* control,
+               QPoint place) const {
+        QWidget* const top = control->window();
+        act(top->windowHandle(), Qt::LeftButton, {}, control->mapTo(top, place), -1);
+    }
+    void press(QWidget* control) const { mouse(&QTest::mousePress, control, control->rect().center()); }
+    void release(QWidget* control) const { mouse(&QTest::mouseRelease, control, control->rect().center()); }
+
+    /// What the user does with the question: lets the mouse button go, and clicks the answer.
+    std::function<void(QPushButton&)> answer = [this](QPushButton& yes) {
+        release(button);
+        press(&yes);
+        release(&yes);
+    };
+    std::function<void()> afterwards = [] {};
+    int clicks = 0;
+};
+
+TEST_F(ClickedAway, TheControlUnderTheMouseActsOnceAfterTheAnswer) {
+    press(button);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(log, Log{"asked"});
+    EXPECT_EQ(clicks, 1);
+    EXPECT_FALSE(button->isDown());
+    press(button);
+    release(button);
+    EXPECT_EQ(clicks, 2) << "the next click is one like any other";
+}
+
+TEST_F(ClickedAway, TheControlUnderTheMouseIsLetGoWhenTheAnswerMovedTheFocus) {
+    afterwards = [this] { second->setFocus(); };
+    press(button);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(clicks, 0);
+    EXPECT_FALSE(button->isDown());
+    EXPECT_EQ(window->focusWidget(), second);
+    press(button);
+    release(button);
+    EXPECT_EQ(clicks, 1) << "the next click is one like any other";
+}
+
+TEST_F(ClickedAway, AnAnswerByKeyWhileTheMouseButtonIsHeldMakesNoDifference) {
+    answer = [](QPushButton& yes) { QTest::keyClick(&yes, Qt::Key_Space); };
+    press(button);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(clicks, 1);
+    release(button);
+    EXPECT_EQ(clicks, 1);
+    EXPECT_FALSE(button->isDown());
+}
+
+TEST_F(ClickedAway, AWindowThatTheAnswerClosedIsNotClicked) {
+    afterwards = [this] { window->hide(); };
+    press(button);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(clicks, 0);
+}
+
+TEST_F(ClickedAway, ABoxUnderTheMouseIsEnteredAndHasItsCaretWhereTheMouseWas) {
+    second->setText("Alcalá de Henares");
+    press(second);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window->focusWidget(), second);
+    EXPECT_EQ(log, (Log{"asked", "+second"}));
+    EXPECT_GT(second->cursorPosition(), 0);
+    EXPECT_FALSE(second->hasSelectedText());
+    QTest::mouseMove(window->windowHandle(), second->mapTo(window.get(), QPoint(2, 2)));
+    EXPECT_FALSE(second->hasSelectedText()) << "the mouse button is up: nothing is being dragged";
+}
+
+TEST_F(ClickedAway, AListOpensAndStaysOpen) {
+    combo->setEditable(false);
+    press(combo);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(QApplication::activePopupWidget());
+    EXPECT_EQ(combo->currentText(), "CL");
+    combo->hidePopup();
 }
 
 } // namespace

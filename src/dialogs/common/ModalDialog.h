@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "dialogs/common/FormKeys.h"
+#include "services/ModalLoop.h"
 #include "services/TagProperty.h"
 
 namespace ambrel {
@@ -43,7 +44,7 @@ public:
         return dialog_ && tagOf(*dialog_) == acceptedTag;
     }
     /// For a dialog whose answer is nobody's business; its result.
-    int show() { return dialog_->exec(); }
+    int show() { return execModal(*dialog_); }
 
 private:
     QPointer<Dialog> dialog_;

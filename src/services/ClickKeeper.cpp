@@ -1,0 +1,60 @@
+// Clicks that bring up a message before they reach their control.
+#include "services/ClickKeeper.h"
+
+#include <QCoreApplication>
+#include <QMouseEvent>
+#include <utility>
+
+namespace ambrel {
+
+ClickKeeper::ClickKeeper(QObject* parent) : QObject(parent) { qApp->installEventFilter(this); }
+
+/// A press comes to its window first, and then, with the focus moved already, to a control.
+bool ClickKeeper::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        if (watched->isWindowType())
+            press_ = Press{.window = static_cast<QWindow*>(watched)};
+        else if (watched->isWidgetType() && press_)
+            return !deliver(*std::exchange(press_, std::nullopt), static_cast<QWidget&>(*watched),
+                            static_cast<const QMouseEvent&>(*event));
+        return false;
+    case QEvent::WindowBlocked:
+        for (Press& press : waiting_)
+            press.isInterrupted |= press.window == watched;
+        return false;
+    default:
+        return false;
+    }
+}
+
+void ClickKeeper::run(QWidget& window, const std::function<void()>& handlers) {
+    if (!press_ || press_->window != window.windowHandle()) {
+        handlers();
+        return;
+    }
+    const QPointer<QWidget> alive = &window;
+    const QPointer<QWidget> clicked = window.focusWidget();
+    waiting_.push_back(*std::exchange(press_, std::nullopt)); // the message has presses of its own
+    handlers();
+    press_ = waiting_.back();
+    waiting_.pop_back();
+    press_->isAway = !alive || !alive->isVisible() || !clicked || alive->focusWidget() != clicked;
+}
+
+/// False when the control is not to be given its press. Its release is posted, also where the button is still
+/// down: a window that was blocked has forgotten which control that belongs to.
+bool ClickKeeper::deliver(const Press& press, QWidget& control, const QMouseEvent& event) {
+    if (!press.isInterrupted)
+        return true;
+    if (press.isAway)
+        return false;
+    QCoreApplication::postEvent(&control,
+                                new QMouseEvent(QEvent::MouseButtonRelease, event.position(),
+                                                event.scenePosition(), event.globalPosition(), event.button(),
+                                                Qt::NoButton, event.modifiers(), event.pointingDevice()));
+    return true;
+}
+
+} // namespace ambrel

@@ -1,0 +1,47 @@
+#include "support/Desktop.h"
+
+#include <QByteArray>
+#include <QStandardPaths>
+
+namespace ambrel::test {
+namespace {
+
+constexpr int patience = 20'000; // milliseconds
+
+/// The first line that a program that was just started writes; empty when it does not.
+QByteArray firstLine(QProcess& program) {
+    while (!program.canReadLine())
+        if (!program.waitForReadyRead(patience))
+            return {};
+    return program.readLine().trimmed();
+}
+
+void stop(QProcess& program) {
+    program.terminate();
+    if (!program.waitForFinished(patience))
+        program.kill();
+}
+
+} // namespace
+
+Desktop::Desktop() : isRunning_(start()) { qputenv("QT_QPA_PLATFORM", isRunning_ ? "xcb" : "offscreen"); }
+
+Desktop::~Desktop() {
+    stop(windowManager_);
+    stop(server_);
+}
+
+bool Desktop::start() {
+    for (const char* const program : {"Xvfb", "openbox"})
+        if (QStandardPaths::findExecutable(program).isEmpty())
+            return false;
+    server_.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1600x1000x24", "-nolisten", "tcp"});
+    const QByteArray number = firstLine(server_);
+    if (number.isEmpty())
+        return false;
+    qputenv("DISPLAY", ':' + number);
+    windowManager_.start("openbox", {"--sm-disable", "--startup", "echo ready"});
+    return !firstLine(windowManager_).isEmpty();
+}
+
+} // namespace ambrel::test
