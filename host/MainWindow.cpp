@@ -9,6 +9,7 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include "dialogs/common/EditMenu.h"
 #include "form/AddressBoxes.h"
 #include "form/RecordBinding.h"
 #include "host/AddressForm.h"
@@ -73,13 +74,15 @@ void MainWindow::wire() {
     connect(address_, &ambrel::AddressBoxes::stateChanged, this, [this](ambrel::AddressBoxes::Box box) {
         form_->showReason(form_->boxes().address.at(box), address_->reason(box));
     });
-    for (QLineEdit* box : {form_->boxes().name, form_->boxes().floor})
+    for (QLineEdit* box : {form_->boxes().name, form_->boxes().floor}) {
+        new ambrel::EditMenu(box);
         ambrel::FocusEvents::watch(
             box, [box] { TomaFocoControl(box); },
             [this, box] {
                 DejaFocoControl(box);
                 binding_->endUnchangedEdit();
             });
+    }
 }
 
 void MainWindow::layOut() {

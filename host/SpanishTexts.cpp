@@ -22,13 +22,6 @@ constexpr std::array texts{
     Text{"QCommandLineParser", "Unknown options: %1.", "No se conocen las opciones: %1."},
     Text{"QCommandLineParser", "Missing value after '%1'.", "Falta el valor detrás de «%1»."},
     Text{"QCommandLineParser", "Unexpected value after '%1'.", "Sobra el valor detrás de «%1»."},
-    Text{"QLineEdit", "&Undo", "&Deshacer"},
-    Text{"QLineEdit", "&Redo", "&Rehacer"},
-    Text{"QLineEdit", "Cu&t", "Cor&tar"},
-    Text{"QLineEdit", "&Copy", "&Copiar"},
-    Text{"QLineEdit", "&Paste", "&Pegar"},
-    Text{"QLineEdit", "Delete", "Eliminar"},
-    Text{"QLineEdit", "Select All", "Seleccionar todo"},
 };
 
 } // namespace

@@ -5,8 +5,7 @@
 
 namespace host {
 
-/// Works also where Qt's translations are not installed: knows the command line and the menu of an edit box
-/// by itself.
+/// Works also where Qt's translations are not installed: knows the command line by itself.
 class SpanishTexts : public QTranslator {
     Q_OBJECT
 public:

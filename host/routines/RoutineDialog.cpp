@@ -11,6 +11,7 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
+#include "dialogs/common/EditMenu.h"
 #include "services/EventGuard.h"
 
 namespace host::routines {
@@ -23,6 +24,7 @@ constexpr int largestNumber = 999;
 /// A result takes part in the form as a box that can be read and copied, not changed.
 QLineEdit* resultLine(const Result& result, QWidget* parent) {
     auto* line = new QLineEdit(parent);
+    new ambrel::EditMenu(line);
     line->setObjectName(result.object);
     line->setReadOnly(true);
     line->setAccessibleName(result.label);
@@ -146,6 +148,7 @@ QWidget* RoutineDialog::makeEditor(const Argument& argument) {
     }
     }
     auto* text = new QLineEdit(argument.initial.toString(), this);
+    new ambrel::EditMenu(text);
     editors_.push_back({argument.object, [text] { return text->text(); }});
     return text;
 }

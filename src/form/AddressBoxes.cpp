@@ -11,6 +11,7 @@
 
 #include "controller/ClasCodPostales.h"
 #include "data/TableDefinitions.h"
+#include "dialogs/common/EditMenu.h"
 #include "dialogs/common/TypingRules.h"
 #include "form/AddressLists.h"
 #include "form/AddressValidation.h"
@@ -94,6 +95,7 @@ void AddressBoxes::wire(const Boxes& boxes, TClassCodPostales& controller) {
     for (const Typing& typing : typings)
         if (QLineEdit* edit = boxes.at(typing.box)) {
             fasten(*edit, typing.box, typing.completes);
+            events_->helpers.emplace_back(new EditMenu(edit));
             if (!hasTypingRules(*edit)) // the host's own go first
                 events_->helpers.emplace_back(new TypingRules(edit, typing.length, typing.capitals));
             if (typing.hasList) {

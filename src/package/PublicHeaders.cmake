@@ -35,6 +35,7 @@ set(public_headers
   dialogs/ProvList.h
   dialogs/TipoViasLista.h
   dialogs/common/DataGrid.h
+  dialogs/common/EditMenu.h
   dialogs/common/FormKeys.h
   dialogs/common/GridColumn.h
   dialogs/common/TypingRules.h

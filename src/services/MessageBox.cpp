@@ -4,9 +4,11 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStyle>
 #include <memory>
 #include <utility>
 
+#include "services/MessageIcon.h"
 #include "services/ModalLoop.h"
 
 namespace ambrel {
@@ -15,20 +17,6 @@ namespace {
 MessageShower& shower() {
     static MessageShower function = showMessageBox;
     return function;
-}
-
-QMessageBox::Icon iconOf(MessageKind kind) {
-    switch (kind) {
-    case MessageKind::Error:
-        return QMessageBox::Critical;
-    case MessageKind::Warning:
-        return QMessageBox::Warning;
-    case MessageKind::Question:
-        return QMessageBox::Question;
-    case MessageKind::Information:
-        break;
-    }
-    return QMessageBox::Information;
 }
 
 /// Texts may come with the carriage returns of old; a label knows line feeds.
@@ -55,7 +43,9 @@ MessageAnswer showMessageBox(const MessageBox& box) {
     const QPointer<QMessageBox> dialog = new QMessageBox(parentFor(box));
     dialog->setObjectName(QStringLiteral("Mensaje"));
     dialog->setWindowTitle(box.title);
-    dialog->setIcon(iconOf(box.kind));
+    dialog->setIconPixmap(messageIcon(
+        box.kind, dialog->style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, dialog.data()),
+        qApp->devicePixelRatio()));
     dialog->setTextFormat(Qt::PlainText);
     dialog->setText(withLineFeeds(box.text));
     dialog->setInformativeText(withLineFeeds(box.line));

@@ -94,7 +94,8 @@ TEST(RealMessageBox, ShowsTextLineTitleAndIcon) {
         EXPECT_EQ(shown.text(), "¿Desea ver la lista?");
         EXPECT_EQ(shown.informativeText(), "ATENCIÓN");
         EXPECT_EQ(shown.windowTitle(), "Atención");
-        EXPECT_EQ(shown.icon(), QMessageBox::Question);
+        EXPECT_FALSE(shown.iconPixmap().isNull());
+        EXPECT_EQ(shown.iconPixmap().devicePixelRatio(), qApp->devicePixelRatio());
         EXPECT_EQ(shown.accessibleDescription(), "¿Desea ver la lista?\nATENCIÓN");
         shown.reject();
     });

@@ -8,6 +8,8 @@
 #include <QStatusBar>
 #include <utility>
 
+#include "dialogs/common/ComboWheel.h"
+#include "dialogs/common/EditMenu.h"
 #include "dialogs/common/TextBeginning.h"
 #include "services/EventGuard.h"
 #include "services/FocusEvents.h"
@@ -20,6 +22,10 @@ FocusHelp::FocusHelp(QWidget& dialog, QStatusBar& bar) : QObject(&dialog), bar_(
         if (!control->toolTip().isEmpty() && control->accessibleDescription().isEmpty())
             control->setAccessibleDescription(control->toolTip());
     }
+    for (QComboBox* const combo : dialog.findChildren<QComboBox*>())
+        new ComboWheel(combo);
+    for (QLineEdit* const edit : dialog.findChildren<QLineEdit*>())
+        new EditMenu(edit);
 }
 
 void FocusHelp::TomaFoco(QWidget* control) {

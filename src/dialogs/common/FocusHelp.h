@@ -16,7 +16,8 @@ namespace ambrel {
 class FocusHelp : public QObject {
     Q_OBJECT
 public:
-    /// Makes the tool tip of every control of the dialog its accessible description as well.
+    /// Makes the tool tip of every control of the dialog its accessible description as well, gives its edits
+    /// their menus in Spanish, and lets the wheel change a combo only when it has the focus.
     FocusHelp(QWidget& dialog, QStatusBar& bar);
 
     /// Focus gained by an edit control: focus colour, hint in the status bar. Where the dialog opens, the
