@@ -3,10 +3,13 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QStandardPaths>
+#include <filesystem>
 #include <stdexcept>
+#include <system_error>
 
 #include "dbase/databases.h"
 #include "dbase/error.h"
+#include "dbase/system_reason.h"
 #include "host/HostTable.h"
 #include "services/Confamb.h"
 #include "services/Pantalla.h"
@@ -17,6 +20,11 @@ namespace {
 constexpr const char* packageDatabase = "DB";
 
 [[noreturn]] void refuse(const QString& text) { throw std::runtime_error(text.toStdString()); }
+
+[[noreturn]] void refuseFolder(const QString& folder, const std::error_code& failure) {
+    refuse(QStringLiteral("No se puede crear la carpeta «%1»: %2.")
+               .arg(folder, QString::fromStdString(dbase::systemReason(failure.value()))));
+}
 
 /// The folder that the configuration names; empty when it names none.
 QString configuredFolder() {
@@ -33,8 +41,10 @@ QString configuredFolder() {
 void createUserTables(const QString& folder, const SampleCreator& createSample) {
     const auto progress = MuestraMensaje(QStringLiteral("Creando las tablas de muestra…"));
     QDir unfinished(QStringLiteral("%1.%2").arg(folder).arg(QCoreApplication::applicationPid()));
-    if (!unfinished.mkpath(QStringLiteral(".")))
-        refuse(QStringLiteral("No se puede crear la carpeta «%1».").arg(unfinished.path()));
+    std::error_code failure;
+    std::filesystem::create_directories(unfinished.path().toStdString(), failure);
+    if (failure)
+        refuseFolder(unfinished.path(), failure);
     try {
         createSample(unfinished.path().toStdString());
         createHostTable(unfinished.path().toStdString(), FirstRows::Sample);
@@ -45,12 +55,13 @@ void createUserTables(const QString& folder, const SampleCreator& createSample) 
         throw;
     }
     CierraMensaje(progress);
-    if (QDir().rename(unfinished.path(), folder))
+    std::filesystem::rename(unfinished.path().toStdString(), folder.toStdString(), failure);
+    if (!failure)
         return;
     unfinished.removeRecursively();
     // Another one, started at the same moment, may have been first.
     if (!QDir(folder).exists())
-        refuse(QStringLiteral("No se puede crear la carpeta «%1».").arg(folder));
+        refuseFolder(folder, failure);
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 // The demo host: a customer's address form over the postal-code package.
 #include <QApplication>
-#include <QFile>
 #include <cstdio>
 #include <exception>
 #include <optional>
@@ -15,6 +14,8 @@
 #include "sample/Sample.h"
 #include "services/Confamb.h"
 #include "services/Mensaje.h"
+#include "tools/failure.h"
+#include "tools/text_source.h"
 
 namespace {
 
@@ -52,12 +53,13 @@ void configure(const host::Options& options) {
 
 /// Null, the reason told, when the file cannot be read.
 std::optional<host::script::ParsedScript> readScript(const QString& name) {
-    QFile file(name);
-    if (!file.open(QIODevice::ReadOnly)) {
-        printComplaint(QStringLiteral("no se puede leer el guion «%1»: %2").arg(name, file.errorString()));
+    try {
+        const std::string text = ambcp::wholeText(ambcp::fileSource(name.toStdString()));
+        return host::script::parseScript(QString::fromStdString(text));
+    } catch (const ambcp::Failure& error) {
+        printComplaint(QStringLiteral("guion ") + QString::fromUtf8(error.what()));
         return std::nullopt;
     }
-    return host::script::parseScript(QString::fromUtf8(file.readAll()));
 }
 
 int runInteractively(const host::Options& options) {

@@ -1,10 +1,13 @@
 #include "sample/Sample.h"
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <system_error>
 
 #include "dbase/codepage.h"
+#include "dbase/system_reason.h"
 #include "sample/SampleData.h"
 #include "tools/new_tables.h"
 #include "tools/table_loading.h"
@@ -31,17 +34,25 @@ std::string asMunicipalityFile(std::string_view utf8) {
     return text;
 }
 
+[[noreturn]] void refuse(const std::filesystem::path& path, int number) {
+    throw std::runtime_error("no se puede escribir «" + path.string() + "»: " + dbase::systemReason(number));
+}
+
 void writePostales(const std::filesystem::path& folder, dbase::IfExists ifExists) {
     for (const SampleFile& file : postalesFiles()) {
         const std::filesystem::path path = folder / file.name;
-        std::filesystem::create_directories(path.parent_path());
-        if (ifExists == dbase::IfExists::Refuse && std::filesystem::exists(path))
+        std::error_code failure;
+        std::filesystem::create_directories(path.parent_path(), failure);
+        if (failure)
+            refuse(path.parent_path(), failure.value());
+        if (ifExists == dbase::IfExists::Refuse && std::filesystem::exists(path, failure))
             continue;
+        errno = 0;
         std::ofstream stream(path, std::ios::binary);
         stream << (path.extension() == ".dat" ? asMunicipalityFile(file.text()) : std::string(file.text()));
         stream.close();
         if (!stream)
-            throw std::runtime_error("no se puede escribir «" + path.string() + "»");
+            refuse(path, errno);
     }
 }
 

@@ -17,8 +17,8 @@ namespace ambcp {
 
 namespace {
 
-CsvSource openSource(const LoadOptions& options, const std::string& name) {
-    const CsvSource bytes = options.file == "-" ? standardInput(name) : fileSource(options.file);
+TextSource openSource(const LoadOptions& options, const std::string& name) {
+    const TextSource bytes = options.file == "-" ? standardInput(name) : fileSource(options.file);
     return decoded(bytes, textEncodingNamed(options.encoding).value(), name);
 }
 

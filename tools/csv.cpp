@@ -4,10 +4,8 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <memory>
 #include <utility>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include "dbase/system_reason.h"
@@ -26,20 +24,6 @@ std::array<bool, 256> endsOfPlain(char separator) {
     return ends;
 }
 
-CsvSource descriptorSource(int descriptor, const std::string& name) {
-    return [descriptor, name](std::span<char> room) {
-        while (true) {
-            const ssize_t got = ::read(descriptor, room.data(), room.size());
-            if (got >= 0) {
-                return static_cast<std::size_t>(got);
-            }
-            if (errno != EINTR) {
-                throw Failure(name + ": no se puede leer: " + dbase::systemReason(errno));
-            }
-        }
-    };
-}
-
 std::uint64_t characters(std::string_view utf8) {
     return static_cast<std::uint64_t>(std::count_if(
         utf8.begin(), utf8.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
@@ -52,7 +36,7 @@ CsvError::CsvError(const std::string& name, std::uint64_t line, std::uint64_t co
               text),
       line_(line), column_(column) {}
 
-CsvReader::CsvReader(CsvSource source, std::string name, char separator, std::size_t bufferSize)
+CsvReader::CsvReader(TextSource source, std::string name, char separator, std::size_t bufferSize)
     : source_(std::move(source)), name_(std::move(name)), separator_(separator),
       endsPlain_(endsOfPlain(separator)), buffer_(bufferSize) {}
 
@@ -228,30 +212,6 @@ std::optional<char> separatorNamed(std::string_view name) {
     const bool isWord = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
     return c > ' ' && c < 0x7F && c != '"' && !isWord ? std::optional(c) : std::nullopt;
 }
-
-CsvSource textSource(std::string_view text) {
-    return [text](std::span<char> room) mutable {
-        const std::size_t size = std::min(room.size(), text.size());
-        std::copy_n(text.begin(), size, room.begin());
-        text.remove_prefix(size);
-        return size;
-    };
-}
-
-CsvSource fileSource(const std::string& path) {
-    const int opened = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (opened < 0) {
-        throw Failure(path + ": no se puede abrir: " + dbase::systemReason(errno));
-    }
-    const std::shared_ptr<const int> descriptor(new int(opened), [](const int* held) {
-        ::close(*held);
-        delete held;
-    });
-    return
-        [descriptor, source = descriptorSource(opened, path)](std::span<char> room) { return source(room); };
-}
-
-CsvSource standardInput(const std::string& name) { return descriptorSource(STDIN_FILENO, name); }
 
 CsvWriter::CsvWriter(int descriptor) : descriptor_(descriptor) {}
 

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,6 +11,7 @@
 #include <vector>
 
 #include "tools/failure.h"
+#include "tools/text_source.h"
 
 namespace ambcp {
 
@@ -33,9 +33,6 @@ struct CsvField {
     std::uint64_t line; // where it begins, from 1
 };
 
-/// Fills a piece of memory with the bytes that follow and says how many they are; 0 at the end.
-using CsvSource = std::function<std::size_t(std::span<char>)>;
-
 /// Reads record by record out of one buffer. Lines end in LF or CR LF; a byte order mark before the first one
 /// and empty lines are passed over. Errors: CsvError, and whatever the source raises.
 class CsvReader {
@@ -47,7 +44,7 @@ public:
     static constexpr std::size_t maxFields = 4096;
 
     /// `name` is what errors call the text. `separator`: of the values, as separatorNamed() gives it.
-    CsvReader(CsvSource source, std::string name, char separator = ',',
+    CsvReader(TextSource source, std::string name, char separator = ',',
               std::size_t bufferSize = defaultBufferSize);
     CsvReader(const CsvReader&) = delete;
     CsvReader& operator=(const CsvReader&) = delete;
@@ -79,7 +76,7 @@ private:
     void publish();
     [[noreturn]] void fail(const std::string& text) const;
 
-    CsvSource source_;
+    TextSource source_;
     std::string name_;
     char separator_;
     std::array<bool, 256> endsPlain_; // bytes that end an unquoted value, or must not be in one
@@ -97,13 +94,6 @@ private:
 /// What can stand between values: a sign other than quotes, or a tab, which may be written "tab". Null for
 /// anything else.
 [[nodiscard]] std::optional<char> separatorNamed(std::string_view name);
-
-/// Source on a text in memory, which must outlive it.
-[[nodiscard]] CsvSource textSource(std::string_view text);
-/// Source on a file. Errors: Failure for one that cannot be opened or read.
-[[nodiscard]] CsvSource fileSource(const std::string& path);
-/// Source on what the program is given to read. `name` is what errors call it.
-[[nodiscard]] CsvSource standardInput(const std::string& name);
 
 /// Whoever reads our output has gone away.
 struct OutputClosed {};

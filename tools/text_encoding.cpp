@@ -22,7 +22,7 @@ bool isFirstSurrogate(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 /// A source that reads another one; what was read and is not yet given waits as UTF-8.
 class Decoder {
 public:
-    Decoder(CsvSource source, TextEncoding encoding, std::string name)
+    Decoder(TextSource source, TextEncoding encoding, std::string name)
         : source_(std::move(source)), encoding_(encoding), name_(std::move(name)) {}
 
     std::size_t operator()(std::span<char> room) {
@@ -131,7 +131,7 @@ private:
         fail("no es UTF-16 a partir del byte " + std::to_string(dropped_ + at + 1));
     }
 
-    CsvSource source_;
+    TextSource source_;
     TextEncoding encoding_;
     std::string name_;
     std::string bytes_; // read and not yet decoded
@@ -159,7 +159,7 @@ std::optional<TextEncoding> textEncodingNamed(std::string_view name) {
     return std::nullopt;
 }
 
-CsvSource decoded(CsvSource source, TextEncoding encoding, const std::string& name) {
+TextSource decoded(TextSource source, TextEncoding encoding, const std::string& name) {
     return Decoder(std::move(source), encoding, name);
 }
 

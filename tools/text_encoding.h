@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "tools/csv.h"
+#include "tools/text_source.h"
 
 namespace ambcp {
 
@@ -21,6 +21,6 @@ enum class TextEncoding {
 
 /// The text of a source in UTF-8. `name` is what errors call it. Errors: Failure for a mark of another
 /// encoding, a missing mark, what is no UTF-16; whatever the source raises.
-[[nodiscard]] CsvSource decoded(CsvSource source, TextEncoding encoding, const std::string& name);
+[[nodiscard]] TextSource decoded(TextSource source, TextEncoding encoding, const std::string& name);
 
 } // namespace ambcp

@@ -1,12 +1,16 @@
 #include "host/script/StepActions.h"
 
+#include <QBuffer>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QPixmap>
 #include <QStringList>
 #include <QWidget>
+#include <cerrno>
+#include <fstream>
 #include <utility>
 
+#include "dbase/system_reason.h"
 #include "host/script/ObjectText.h"
 #include "host/script/ScriptParser.h"
 #include "services/TagProperty.h"
@@ -19,6 +23,19 @@ constexpr int restMilliseconds = 100; // without a change, after which a window 
 /// A class as its users call it, without the namespace around it.
 QString className(const QObject& object) {
     return QString::fromLatin1(object.metaObject()->className()).section(QStringLiteral("::"), -1);
+}
+
+/// Why the file could not be written; empty when it was.
+QString write(const QImage& picture, const QString& file) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, "PNG");
+    errno = 0;
+    std::ofstream stream(file.toStdString(), std::ios::binary);
+    stream.write(bytes.constData(), bytes.size());
+    stream.close();
+    return stream ? QString() : QString::fromStdString(dbase::systemReason(errno));
 }
 
 } // namespace
@@ -105,8 +122,9 @@ Action StepActions::capture(const QString& file) const {
             since.start();
             return notYet;
         }
-        if (!picture.save(file, "PNG"))
-            return Outcome::failed(QStringLiteral("no se puede escribir la imagen «%1»").arg(file));
+        if (const QString reason = write(picture, file); !reason.isEmpty())
+            return Outcome::failed(
+                QStringLiteral("no se puede escribir la imagen «%1»: %2").arg(file, reason));
         return Outcome::done();
     };
 }

@@ -42,8 +42,35 @@ std::string systemReason(int number) {
     case ENODEV:
     case ENXIO:
         return "el dispositivo no está";
+    case ENOTEMPTY:
+        return "la carpeta no está vacía";
+    case EXDEV:
+        return "está en otro disco";
+    case ELOOP:
+        return "los enlaces dan vueltas";
+    case ENOMEM:
+        return "no queda memoria";
+    case EINVAL:
+        return "el sistema no lo admite ahí";
+    case ENOTSUP:
+    case ENOSYS:
+        return "el sistema no lo sabe hacer";
+    case EAGAIN:
+        return "no está disponible ahora";
+    case ESTALE:
+        return "el fichero ha cambiado en el servidor";
+    case ETIMEDOUT:
+        return "no contesta";
+    case EADDRINUSE:
+        return "otro programa lo usa";
+    case EADDRNOTAVAIL:
+        return "la dirección no es de este puesto";
+    case ECONNREFUSED:
+        return "nadie atiende ahí";
+    case ECONNRESET:
+        return "se ha cortado la conexión";
     default:
-        return std::strerror(number);
+        return "error " + std::to_string(number) + " del sistema (" + std::strerror(number) + ")";
     }
 }
 

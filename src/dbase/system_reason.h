@@ -7,7 +7,7 @@
 
 namespace dbase {
 
-/// Spanish text of an `errno` value; the system's own words for the rare ones.
+/// Spanish text of an `errno` value; of a rare one its number and, in brackets, the system's own words.
 [[nodiscard]] AMBREL_EXPORT std::string systemReason(int number);
 
 } // namespace dbase

@@ -37,9 +37,11 @@ public:
     explicit Reader(const std::string& path) : path_(path) {}
 
     ConfigValues read() {
-        const std::optional<std::string> content = fileStart(path_, largestFile + 1);
+        std::string reason;
+        const std::optional<std::string> content = fileStart(path_, largestFile + 1, &reason);
         if (!content)
-            throw dbase::Error(dbase::ErrorCode::NotFound, path_, "No se puede leer la configuración");
+            throw dbase::Error(dbase::ErrorCode::NotFound, path_,
+                               "No se puede leer la configuración: " + reason);
         if (content->size() > largestFile)
             throw dbase::Error(dbase::ErrorCode::BadValue, path_,
                                "El fichero es demasiado grande para una configuración");

@@ -34,14 +34,19 @@ TEST(SystemReason, SaysInSpanishWhatTheUserCanActOn) {
         {ENOLCK, "el sistema no puede bloquear ficheros ahí"},
         {EPIPE, "nadie lee la salida"},
         {ENODEV, "el dispositivo no está"},
-        {ENXIO, "el dispositivo no está"}};
+        {ENXIO, "el dispositivo no está"},
+        {ENOTEMPTY, "la carpeta no está vacía"},
+        {ELOOP, "los enlaces dan vueltas"},
+        {ENOMEM, "no queda memoria"},
+        {EADDRINUSE, "otro programa lo usa"}};
     for (const auto& [number, reason] : reasons) {
         EXPECT_EQ(systemReason(number), reason) << number;
     }
 }
 
-TEST(SystemReason, KeepsTheSystemsOwnWordsForTheRest) {
-    EXPECT_EQ(systemReason(EXDEV), std::strerror(EXDEV));
+TEST(SystemReason, GivesTheNumberAndTheSystemsOwnWordsOfTheRest) {
+    EXPECT_EQ(systemReason(ECHILD),
+              "error " + std::to_string(ECHILD) + " del sistema (" + std::strerror(ECHILD) + ")");
 }
 
 } // namespace

@@ -265,7 +265,30 @@ TEST_F(ProgramTest, WithoutDisplayAndScriptItSaysWhy) {
 TEST_F(ProgramTest, AScriptThatIsNotThereIsSaid) {
     const Ended ended = run({QStringLiteral("--guion"), QStringLiteral("no-esta.guion")});
     EXPECT_EQ(ended.exitCode, 2);
-    EXPECT_TRUE(ended.errors.contains(QStringLiteral("no-esta.guion")));
+    EXPECT_TRUE(
+        ended.errors.contains(QStringLiteral("ambrel: guion no-esta.guion: no se puede abrir: no existe")))
+        << ended.errors.toStdString();
+    EXPECT_TRUE(run({QStringLiteral("--guion"), QString::fromStdString(folder.path())})
+                    .errors.contains(QStringLiteral("no se puede leer: es una carpeta")));
+}
+
+TEST_F(ProgramTest, AConfigurationThatIsNotThereIsSaid) {
+    const QString script = QString::fromStdString(folder.write("s.guion", "ventana\n"));
+    const Ended ended =
+        run({QStringLiteral("--ini"), QStringLiteral("nada.ini"), QStringLiteral("--guion"), script});
+    EXPECT_EQ(ended.exitCode, 2);
+    EXPECT_TRUE(ended.errors.contains(
+        QStringLiteral("ambrel: nada.ini: No se puede leer la configuración: no existe")))
+        << ended.errors.toStdString();
+}
+
+TEST_F(ProgramTest, AnImageThatCannotBeWrittenSaysWhy) {
+    const QString script = QString::fromStdString(folder.write("s.guion", "captura no/hay.png\n"));
+    const Ended ended = run({QStringLiteral("--guion"), script});
+    EXPECT_EQ(ended.exitCode, 3);
+    EXPECT_TRUE(
+        ended.errors.contains(QStringLiteral("no se puede escribir la imagen «no/hay.png»: no existe")))
+        << ended.errors.toStdString();
 }
 
 } // namespace

@@ -36,13 +36,13 @@ protected:
         return {};
     }
 
-    void expectUnreadable(const std::string& path) {
+    void expectUnreadable(const std::string& path, const std::string& reason) {
         try {
             config.loadIni(path);
             ADD_FAILURE() << path;
         } catch (const dbase::Error& error) {
             EXPECT_EQ(error.code(), dbase::ErrorCode::NotFound);
-            EXPECT_EQ(std::string(error.what()), path + ": No se puede leer la configuración");
+            EXPECT_EQ(std::string(error.what()), path + ": No se puede leer la configuración: " + reason);
         }
     }
 
@@ -202,8 +202,8 @@ TEST_F(Configuration, IniErrorsNameFileAndLineAndChangeNothing) {
 }
 
 TEST_F(Configuration, IniFileThatCannotBeReadRaises) {
-    for (const std::string& path : {folder / "falta.ini", folder.path()})
-        expectUnreadable(path);
+    expectUnreadable(folder / "falta.ini", "no existe");
+    expectUnreadable(folder.path(), "es una carpeta");
 }
 
 TEST_F(Configuration, IniFileIsAPlainFileOfSensibleSize) {
@@ -211,7 +211,7 @@ TEST_F(Configuration, IniFileIsAPlainFileOfSensibleSize) {
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     std::filesystem::create_symlink("/dev/zero", endless);
     for (const std::string& path : {pipe, endless})
-        expectUnreadable(path);
+        expectUnreadable(path, "no es un fichero corriente");
     EXPECT_EQ(load(std::string(1 << 20, '\n')), "");
     EXPECT_NE(load(std::string((1 << 20) + 1, '\n')).find("demasiado grande"), std::string::npos);
 }

@@ -42,4 +42,19 @@ TEST(FileStart, IsReadFromPlainFilesOnly) {
         EXPECT_EQ(fileStart(path, 10), std::nullopt) << path;
 }
 
+TEST(FileStart, TellsWhyInSpanish) {
+    const TemporaryFolder folder;
+    const std::string pipe = folder / "tubo";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const auto whyNot = [](const std::string& path) {
+        std::string reason;
+        EXPECT_EQ(fileStart(path, 10, &reason), std::nullopt);
+        return reason;
+    };
+    EXPECT_EQ(whyNot(folder / "falta"), "no existe");
+    EXPECT_EQ(whyNot(folder.path()), "es una carpeta");
+    EXPECT_EQ(whyNot(pipe), "no es un fichero corriente");
+    EXPECT_EQ(whyNot(folder.write("a", "x") + "/b"), "una parte del camino no es una carpeta");
+}
+
 } // namespace

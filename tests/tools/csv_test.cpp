@@ -141,7 +141,7 @@ TEST(CsvReader, FaultNamesTextLineAndCharacter) {
 
 TEST(CsvReader, RecordWithoutEndIsRefusedBeforeItFillsTheMemory) {
     std::uint64_t given = 0;
-    const CsvSource endless = [&](std::span<char> room) {
+    const TextSource endless = [&](std::span<char> room) {
         std::ranges::fill(room, 'x');
         given += room.size();
         return room.size();

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+
+#include "tools/failure.h"
 
 namespace ambcp {
 namespace {
@@ -12,13 +15,13 @@ using std::string_view_literals::operator""sv;
 
 /// All of a text, which its source gives in pieces of this size.
 std::string read(std::string_view bytes, TextEncoding encoding, std::size_t pieceSize = 1 << 16) {
-    const CsvSource inPieces = [bytes, pieceSize](std::span<char> room) mutable {
+    const TextSource inPieces = [bytes, pieceSize](std::span<char> room) mutable {
         const std::size_t size = std::min({room.size(), bytes.size(), pieceSize});
         std::copy_n(bytes.begin(), size, room.begin());
         bytes.remove_prefix(size);
         return size;
     };
-    const CsvSource source = decoded(inPieces, encoding, "t.csv");
+    const TextSource source = decoded(inPieces, encoding, "t.csv");
     std::string text;
     char room[7];
     while (const std::size_t got = source(room)) {

@@ -5,7 +5,7 @@
 
 namespace callejero {
 
-std::vector<CsvRow> csvRows(ambcp::CsvSource source, const std::string& name) {
+std::vector<CsvRow> csvRows(ambcp::TextSource source, const std::string& name) {
     ambcp::CsvReader csv(std::move(source), name);
     std::vector<std::string> columns;
     std::vector<CsvRow> rows;

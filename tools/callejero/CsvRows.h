@@ -13,6 +13,6 @@ using CsvRow = std::map<std::string, std::string>; // value by column
 
 /// All rows; a row that is too short lacks its last columns. Errors: ambcp::CsvError, also for a row with
 /// more values than the first line has names.
-[[nodiscard]] std::vector<CsvRow> csvRows(ambcp::CsvSource source, const std::string& name);
+[[nodiscard]] std::vector<CsvRow> csvRows(ambcp::TextSource source, const std::string& name);
 
 } // namespace callejero

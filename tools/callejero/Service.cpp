@@ -3,12 +3,14 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <stdexcept>
 #include <utility>
 
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "dbase/system_reason.h"
 #include "tools/callejero/Connection.h"
 
 namespace callejero {
@@ -91,9 +93,11 @@ Service::Service(std::unique_ptr<const Directory> directory, int port, Conduct& 
     listener_.Post(".*", [this](const httplib::Request& request, httplib::Response& response) {
         serve(request, response);
     });
+    errno = 0;
     port_ = port == 0 ? listener_.bind_to_any_port(host) : port;
     if (port == 0 ? port_ <= 0 : !listener_.bind_to_port(host, port))
-        throw std::runtime_error("no se puede escuchar en el puerto " + std::to_string(port));
+        throw std::runtime_error("no se puede escuchar en el puerto " + std::to_string(port) +
+                                 (errno == 0 ? "" : ": " + dbase::systemReason(errno)));
     thread_ = std::thread([this] { listener_.listen_after_bind(); });
     while (!listener_.is_running()) // ended before it runs, it would never end
         std::this_thread::yield();
