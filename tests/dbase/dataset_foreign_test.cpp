@@ -14,11 +14,7 @@ namespace {
 class DatasetOnForeignTable : public TownsTest, public ::testing::WithParamInterface<const char*> {
 protected:
     void SetUp() override {
-        const auto tables = test::foreignTables();
-        if (!tables) {
-            GTEST_SKIP() << "the shared tables are not on this machine";
-        }
-        listing_ = test::readListing(*tables + '/' + GetParam() + ".txt");
+        listing_ = test::listingOf(GetParam());
         test::copyForeignTable(GetParam(), folder.path());
         table_.setTable("DB", GetParam());
         table_.open();

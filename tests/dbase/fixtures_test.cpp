@@ -20,10 +20,7 @@ using namespace dbase::test;
 class ForeignTable : public ::testing::TestWithParam<const char*> {
 protected:
     void SetUp() override {
-        const auto tables = foreignTables();
-        if (!tables)
-            GTEST_SKIP() << "the shared tables are not on this machine";
-        listing_ = readListing(*tables + '/' + GetParam() + ".txt");
+        listing_ = listingOf(GetParam());
         file_ = copyForeignTable(GetParam(), folder_.path());
     }
 
@@ -94,7 +91,7 @@ protected:
 
     void expectRight() const {
         EXPECT_EQ(findings(file_), "");
-        if (hasVerifier()) {
+        if (hasPerlReader()) {
             EXPECT_EQ(verifierComplaint(file_, false), "");
         }
     }

@@ -1,16 +1,18 @@
 #include "ForeignTables.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
 
 namespace fs = std::filesystem;
 
 namespace dbase::test {
 
 namespace {
+
+const fs::path folderOfTables = AMBREL_FOREIGN_TABLES;
 
 std::string bytesOfHex(const std::string& hex) {
     std::string bytes;
@@ -71,29 +73,18 @@ void parseLine(const std::string& line, Listing& listing) {
 
 } // namespace
 
-std::optional<std::string> sharedFolder() {
-    const char* given = std::getenv("AMBREL_SHARED");
-    const std::string folder = given != nullptr ? given : AMBREL_SHARED_FOLDER;
-    return fs::is_directory(folder) ? std::optional(folder) : std::nullopt;
-}
-
-std::optional<std::string> foreignTables() {
-    const std::optional<std::string> shared = sharedFolder();
-    if (!shared || !fs::is_directory(*shared + "/fixtures/dbase-ajenos"))
-        return std::nullopt;
-    return *shared + "/fixtures/dbase-ajenos";
-}
-
-Listing readListing(const std::string& file) {
+Listing listingOf(const std::string& name) {
     Listing listing;
-    std::ifstream lines(file);
+    std::ifstream lines(folderOfTables / (name + ".txt"));
     for (std::string line; std::getline(lines, line);)
         parseLine(line, listing);
+    if (listing.tags.empty())
+        throw std::runtime_error("no listing of the foreign table " + name);
     return listing;
 }
 
 std::string copyForeignTable(const std::string& name, const std::string& folder) {
-    const std::string from = foreignTables().value() + '/' + name;
+    const std::string from = folderOfTables / name;
     const std::string to = folder + '/' + name;
     for (const char* extension : {".DBF", ".MDX"}) {
         fs::copy_file(from + extension, to + extension);

@@ -32,12 +32,8 @@ struct Listing {
     std::vector<ListedTag> tags;
 };
 
-/// Folder of files shared with other programs; the environment variable AMBREL_SHARED names another one. Null
-/// where this machine lacks it: the test then skips itself.
-[[nodiscard]] std::optional<std::string> sharedFolder();
-/// Folder of the foreign tables.
-[[nodiscard]] std::optional<std::string> foreignTables();
-[[nodiscard]] Listing readListing(const std::string& file);
+/// What the other program sees in a table, by its name.
+[[nodiscard]] Listing listingOf(const std::string& name);
 
 /// Copies both files of a foreign table into a folder and returns the path of the .DBF.
 std::string copyForeignTable(const std::string& name, const std::string& folder);

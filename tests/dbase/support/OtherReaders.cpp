@@ -2,12 +2,10 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
 
-#include "ForeignTables.h"
 #include "support/TemporaryFolder.h"
 
 namespace dbase::test {
@@ -29,8 +27,6 @@ std::string runPerlCommand(const std::string& arguments) {
     return output;
 }
 
-std::string verifier() { return sharedFolder().value_or(".") + "/herramientas/mdxcheck"; }
-
 } // namespace
 
 bool hasPerlReader() {
@@ -38,11 +34,9 @@ bool hasPerlReader() {
     return has;
 }
 
-bool hasVerifier() { return hasPerlReader() && std::filesystem::exists(verifier()); }
-
 std::string verifierComplaint(const std::string& tableFile, bool isStrict) {
     const std::string output =
-        runPerlCommand(quoted(verifier()) + (isStrict ? " --strict " : " ") + quoted(tableFile));
+        runPerlCommand(quoted(AMBREL_VERIFIER) + (isStrict ? " --strict " : " ") + quoted(tableFile));
     return output.starts_with("OK:") ? std::string() : output;
 }
 

@@ -6,9 +6,8 @@
 
 namespace dbase::test {
 
-/// The page-by-page verifier of tables with their index.
-[[nodiscard]] bool hasVerifier();
-/// Its complaint; empty when it finds the table right.
+/// The complaint of the page-by-page check of tables with their index, which wants the Perl reader; empty
+/// when it finds the table right.
 [[nodiscard]] std::string verifierComplaint(const std::string& tableFile, bool isStrict);
 
 /// Perl with the module DBD::XBase.
