@@ -6,6 +6,14 @@
 #include <utility>
 
 namespace ambrel {
+namespace {
+
+/// Native children of a window, which Qt makes of a widget's siblings too, get the mouse themselves.
+bool isWithin(const QWindow* pressed, const QWindow* window) {
+    return pressed && window && (pressed == window || window->isAncestorOf(pressed));
+}
+
+} // namespace
 
 ClickKeeper::ClickKeeper(QObject* parent) : QObject(parent) { qApp->installEventFilter(this); }
 
@@ -30,10 +38,11 @@ bool ClickKeeper::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void ClickKeeper::run(QWidget& window, const std::function<void()>& handlers) {
-    if (!press_ || press_->window != window.windowHandle()) {
+    if (!press_ || !isWithin(press_->window, window.windowHandle())) {
         handlers();
         return;
     }
+    press_->window = window.windowHandle(); // which messages block
     const QPointer<QWidget> alive = &window;
     const QPointer<QWidget> clicked = window.focusWidget();
     waiting_.push_back(*std::exchange(press_, std::nullopt)); // the message has presses of its own

@@ -290,8 +290,8 @@ protected:
 
     void mouse(void (*act)(QWindow*, Qt::MouseButton, Qt::KeyboardModifiers, QPoint, int), QWidget* control,
                QPoint place) const {
-        QWidget* const top = control->window();
-        act(top->windowHandle(), Qt::LeftButton, {}, control->mapTo(top, place), -1);
+        QWidget* const native = control->windowHandle() ? control : control->window();
+        act(native->windowHandle(), Qt::LeftButton, {}, control->mapTo(native, place), -1);
     }
     void press(QWidget* control) const { mouse(&QTest::mousePress, control, control->rect().center()); }
     void release(QWidget* control) const { mouse(&QTest::mouseRelease, control, control->rect().center()); }
@@ -315,6 +315,16 @@ TEST_F(ClickedAway, TheControlUnderTheMouseActsOnceAfterTheAnswer) {
     press(button);
     release(button);
     EXPECT_EQ(clicks, 2) << "the next click is one like any other";
+}
+
+TEST_F(ClickedAway, AControlWithANativeWindowOfItsOwnActsOnceAfterTheAnswerToo) {
+    button->winId();
+    ASSERT_TRUE(button->windowHandle());
+    press(button);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(log, Log{"asked"});
+    EXPECT_EQ(clicks, 1);
+    EXPECT_FALSE(button->isDown());
 }
 
 TEST_F(ClickedAway, TheControlUnderTheMouseIsLetGoWhenTheAnswerMovedTheFocus) {
