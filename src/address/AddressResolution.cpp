@@ -9,6 +9,7 @@
 #include "address/AddressDirectory.h"
 #include "address/HouseNumber.h"
 #include "address/StreetCode.h"
+#include "address/TidyText.h"
 #include "controller/Completion.h"
 #include "controller/ProvinceName.h"
 #include "dbase/codepage.h"
@@ -17,17 +18,6 @@
 
 namespace ambrel {
 namespace {
-
-/// As names are stored: in capitals, without blanks around it and with single ones inside.
-std::string asStored(const std::string& text) {
-    std::string stored;
-    for (const char c : UpperCase(text))
-        if (c != ' ' || (!stored.empty() && stored.back() != ' '))
-            stored += c;
-    if (!stored.empty() && stored.back() == ' ')
-        stored.pop_back();
-    return stored;
-}
 
 /// Code of the key that types a character; none for signs other than the comma.
 std::uint16_t keyOf(char c) {
@@ -66,7 +56,7 @@ bool isIn(const Municipality& municipality, const std::string& province, const s
     if (municipality.provinces.empty())
         return false;
     const std::string& own = municipality.provinces.front();
-    return own == province || hasName(asStored(provinceName(own, database)), province);
+    return own == province || hasName(tidied(provinceName(own, database)), province);
 }
 
 /// Settles an address part by part; each step says whether the next one makes sense.
@@ -83,7 +73,7 @@ public:
 
 private:
     bool settleMunicipality() {
-        result_.municipality = asStored(typed_.municipality);
+        result_.municipality = tidied(typed_.municipality);
         std::vector<Municipality> named = directory_.municipalitiesNamed(result_.municipality);
         if (named.empty()) {
             const auto whole =
@@ -109,13 +99,13 @@ private:
     }
 
     [[nodiscard]] bool isMeant(const Municipality& one) const {
-        const std::string ineCode = asStored(typed_.ineCode);
-        return (ineCode.empty() || one.ineCode == ineCode) && isIn(one, asStored(typed_.province), database_);
+        const std::string ineCode = tidied(typed_.ineCode);
+        return (ineCode.empty() || one.ineCode == ineCode) && isIn(one, tidied(typed_.province), database_);
     }
 
     bool settleStreet() {
-        type_ = asStored(typed_.streetType);
-        result_.street = asStored(typed_.street);
+        type_ = tidied(typed_.streetType);
+        result_.street = tidied(typed_.street);
         stretches_ = directory_.stretches(municipality_, result_.street);
         if (stretches_.empty()) {
             const auto whole = typeInto(result_.street, completesStreet, [&](const std::string& text) {

@@ -1,14 +1,14 @@
 // Typed texts as the tables would write them.
 #include "form/TypedText.h"
 
-#include "services/Rnumcad.h"
+#include "address/TidyText.h"
 #include "services/Text.h"
 
 namespace ambrel {
 
 std::optional<std::string> normalized(const QString& text) {
-    const auto bytes = toWindows1252(text.simplified());
-    return bytes ? std::optional(UpperCase(*bytes)) : std::nullopt;
+    const auto bytes = toWindows1252(text);
+    return bytes ? std::optional(tidied(*bytes)) : std::nullopt;
 }
 
 std::string bytesOf(const QString& text) { return normalized(text).value_or(std::string()); }

@@ -1,4 +1,4 @@
-// What is typed into a box, as the tables would write it.
+// What is typed into a box, tidied as the tables write their texts.
 #pragma once
 
 #include <QString>
@@ -7,8 +7,7 @@
 
 namespace ambrel {
 
-/// In capitals, without blanks at the ends, single ones inside. Null for what Windows-1252 cannot hold, which
-/// matches nothing.
+/// Null for what Windows-1252 cannot hold, which matches nothing.
 [[nodiscard]] std::optional<std::string> normalized(const QString& text);
 
 /// The same, empty for what cannot be held.
