@@ -108,7 +108,8 @@ void AddressBoxes::wire(const Boxes& boxes, TClassCodPostales& controller) {
 
 void AddressBoxes::fasten(QLineEdit& edit, Box box, bool completes) {
     events_->boxes.emplace_back(&edit);
-    connect(&edit, &QLineEdit::textEdited, this, guarded([this, box] { validation_->edited(box); }));
+    // Not only what is typed: completers and screen readers set texts, which nobody has looked up either.
+    connect(&edit, &QLineEdit::textChanged, this, guarded([this, box] { validation_->changed(box); }));
     if (completes) {
         auto* keys =
             KeyUpEvents::watch(&edit, [this, box](std::uint16_t& key, Qt::KeyboardModifiers modifiers) {

@@ -27,8 +27,6 @@ void AddressValidation::refreshStates() {
         QLineEdit* const edit = boxes_.at(box);
         if (!edit)
             continue;
-        if (!isChanged_[index(box)])
-            settledTexts_[index(box)] = edit->text();
         Status now = statusOf(box);
         // Those of municipality and street are codes, set where they are found.
         if (box != Box::Municipality && box != Box::Street)
@@ -63,7 +61,8 @@ AddressValidation::Status AddressValidation::statusOf(Box box) const {
 }
 
 AddressValidation::Status AddressValidation::municipalityStatus() const {
-    if (tagOf(*boxes_.municipality) != 0)
+    const bool isCompleted = tagOf(*boxes_.municipality) != 0 && !isNameShared_;
+    if (municipality_ || isCompleted)
         return {State::Validated, {}};
     if (isChanged_[index(Box::Municipality)])
         return {State::NotValidated, unchecked()};
@@ -76,7 +75,7 @@ AddressValidation::Status AddressValidation::municipalityStatus() const {
 AddressValidation::Status AddressValidation::provinceStatus() const {
     if (!municipality_)
         return {State::NotValidated, withoutMunicipality()};
-    const QString shown = text(Box::Province);
+    const QString shown = boxes_.province->text(); // with its blanks: a column takes them, too
     QString first;
     for (const std::string& code : municipality_->provinces) {
         const QString name = LocalizaProvincia(fromWindows1252(code));
@@ -93,13 +92,20 @@ AddressValidation::Status AddressValidation::streetTypeStatus() const {
         return {State::NotValidated, unchecked()};
     if (!isTypeKnown_)
         return {State::NotValidated, QStringLiteral("No está en la tabla de tipos de vía.")};
+    if (const QString reason = reasonOfType(); !reason.isEmpty())
+        return {State::NotValidated, reason};
+    return {State::Validated, {}};
+}
+
+/// Why the street is not the one that is meant, where it has another type than the one in the form.
+QString AddressValidation::reasonOfType() const {
     const auto type = toWindows1252(text(Box::StreetType));
     const auto agrees = [&](const StreetStretch& one) { return one.type.empty() || one.type == type; };
-    if (stretches_.empty() || std::ranges::any_of(stretches_, agrees))
-        return {State::Validated, {}};
+    if (stretches_.empty() || text(Box::StreetType).isEmpty() || std::ranges::any_of(stretches_, agrees))
+        return {};
     const StreetStretch& street = stretches_.front();
-    return {State::NotValidated, QStringLiteral("La vía está en las tablas como «%1 %2».")
-                                     .arg(fromWindows1252(street.type), fromWindows1252(street.name))};
+    return QStringLiteral("La vía está en las tablas como «%1 %2».")
+        .arg(fromWindows1252(street.type), fromWindows1252(street.name));
 }
 
 AddressValidation::Status AddressValidation::streetStatus() const {
@@ -136,6 +142,8 @@ AddressValidation::Status AddressValidation::postalCodeStatus() const {
             return {State::NotValidated, unchecked()};
         switch (code_->certainty) {
         case StreetCode::Certainty::Sure:
+            if (const QString reason = reasonOfType(); !reason.isEmpty() && !municipality_->hasOneCode)
+                return {State::NotValidated, reason};
             right = code_->stretch.postalCode;
             break;
         case StreetCode::Certainty::NoNumber:
@@ -155,7 +163,7 @@ AddressValidation::Status AddressValidation::postalCodeStatus() const {
         return {State::NotValidated, withoutStreet()};
     }
     const QString code = fromWindows1252(right);
-    if (text(Box::PostalCode) == code)
+    if (boxes_.postalCode->text() == code) // with its blanks: a column takes them, too
         return {State::Validated, {}};
     return {State::NotValidated, QStringLiteral("El código de esta dirección es %1.").arg(code)};
 }

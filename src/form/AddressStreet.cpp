@@ -1,5 +1,6 @@
 // Street, its type, the number and the postal code that they lead to.
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <algorithm>
 #include <utility>
 
@@ -71,7 +72,9 @@ void AddressValidation::leaveStreet() {
         return;
     }
     lookUpStreet(Writing::StreetsCode);
-    if (stretches_.empty())
+    if (!municipality_)
+        isChanged_[index(Box::Street)] = true; // it is gone
+    else if (stretches_.empty())
         askAboutStreet();
 }
 
@@ -84,25 +87,29 @@ void AddressValidation::lookUpStreet(Writing writing) {
     if (!municipality_)
         return;
     municipality_ = directory_.municipality(municipality_->ineCode); // somebody may have added a postal code
-    if (municipality_)
-        stretches_ = stretchesOfType(directory_.stretches(*municipality_, bytesOf(text(Box::Street))),
-                                     bytesOf(text(Box::StreetType)));
+    if (!municipality_)
+        return setTag(*boxes_.municipality, 0);
+    stretches_ = stretchesOfType(directory_.stretches(*municipality_, bytesOf(text(Box::Street))),
+                                 bytesOf(text(Box::StreetType)));
     if (stretches_.empty())
         return;
     setTag(*boxes_.street, Cad_Int(stretches_.front().key));
     isChanged_[index(Box::Street)] = false;
-    if (writing != Writing::Nothing)
+    if (writing == Writing::StreetsCode)
         show(Box::Street, fromWindows1252(stretches_.front().name));
     settleCode(writing);
 }
 
-void AddressValidation::lookUpAgain() {
+/// The same for a street that was chosen: its Tag stays while the street has such a row.
+void AddressValidation::lookUpKnownStreet(Writing writing) {
     const int chosen = boxes_.street ? tagOf(*boxes_.street) : 0;
-    const bool wasChanged = isChanged_[index(Box::Street)];
-    lookUpStreet(Writing::Nothing);
-    isChanged_[index(Box::Street)] = wasChanged && stretches_.empty();
+    lookUpStreet(writing);
     if (std::ranges::any_of(stretches_, [&](const StreetStretch& one) { return Cad_Int(one.key) == chosen; }))
         setTag(*boxes_.street, chosen);
+}
+
+void AddressValidation::lookUpAgain() {
+    lookUpKnownStreet(Writing::Nothing);
     refreshStates();
 }
 
@@ -116,8 +123,12 @@ void AddressValidation::askAboutStreet() {
     goToStreet();
     if (name)
         show(Box::Street, fromWindows1252(*name)); // what is stored is what can be found
-    controller_.ExitDireccionPostal(&box, nullptr, nullptr, mayAskForList, codeForNewStreet(),
-                                    text(Box::StreetType));
+    {
+        const QScopedValueRollback writing(isWriting_, true);
+        controller_.ExitDireccionPostal(&box, nullptr, nullptr, mayAskForList, codeForNewStreet(),
+                                        text(Box::StreetType));
+        seen_[index(Box::Street)] = box.text();
+    }
     switch (controller_.typedStreet()) {
     case TClassCodPostales::TypedStreet::Added:
         takeAddedStreet();
@@ -155,6 +166,8 @@ void AddressValidation::takeAddedStreet() {
 
 /// The list goes through all of Spain: where the street is not the municipality's, it brings another along.
 void AddressValidation::takeStreet() {
+    if (!beginEdit())
+        return;
     const TDMCodPostales& tables = *controller_.DM;
     const QString type = fromWindows1252(tables.tbPostalTIPO_VIA.view());
     const QString code = fromWindows1252(tables.tbPostalCODPOSTAL.view());
@@ -188,6 +201,7 @@ void AddressValidation::takeStreet() {
         setTag(*boxes_.street, key);
     settleCode(Writing::NumbersCode);
     refreshStates();
+    endUnchangedEdit();
 }
 
 /// Finds the stretch of street and number, and writes its postal code. Without a number that chooses, a

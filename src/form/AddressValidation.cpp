@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <algorithm>
 #include <utility>
 
@@ -51,20 +52,47 @@ QString AddressValidation::text(Box box) const {
 }
 
 /// Keeps the caret, and the host's row unpended, where the text is the same already.
+void AddressValidation::write(Box box, const QString& text) {
+    QLineEdit* const edit = boxes_.at(box);
+    if (!edit || edit->text() == text)
+        return;
+    const QScopedValueRollback writing(isWriting_, true);
+    edit->setText(text);
+    seen_[index(box)] = edit->text(); // a row that is held by others takes it back
+}
+
 void AddressValidation::show(Box box, const QString& text) {
-    if (QLineEdit* edit = boxes_.at(box); edit && edit->text() != text)
-        edit->setText(text);
+    write(box, text);
     if (box == Box::Province)
         isProvinceTyped_ = false;
     if (box == Box::PostalCode)
         isCodeTyped_ = false;
 }
 
+/// Without the blanks that came along with a text: in a column they would take the place of its end.
+void AddressValidation::tidy(Box box) { write(box, text(box)); }
+
+void AddressValidation::noteTexts() {
+    for (std::size_t box = 0; box < seen_.size(); ++box)
+        if (const QLineEdit* edit = boxes_.at(static_cast<Box>(box)))
+            seen_[box] = edit->text();
+}
+
 bool AddressValidation::beginEdit() { return !record_ || record_->beginEdit(); }
 
+void AddressValidation::endUnchangedEdit() {
+    if (record_)
+        record_->endUnchangedEdit();
+}
+
+void AddressValidation::changed(Box box) {
+    if (isWriting_ || boxes_.at(box)->text() == seen_[index(box)])
+        return; // ours, or gone already: somebody else has the host's row
+    seen_[index(box)] = boxes_.at(box)->text();
+    edited(box);
+}
+
 void AddressValidation::edited(Box box) {
-    if (!isChanged_[index(box)] && boxes_.at(box)->text() == settledTexts_[index(box)])
-        return; // somebody else has the host's row: what was typed is gone already
     isChanged_[index(box)] = true;
     setTag(*boxes_.at(box), 0);
     switch (box) {
@@ -78,6 +106,7 @@ void AddressValidation::edited(Box box) {
         break;
     case Box::StreetType:
         isTypeKnown_ = false;
+        code_.reset();
         break;
     case Box::Street:
         stretches_.clear();
@@ -96,12 +125,14 @@ void AddressValidation::edited(Box box) {
 void AddressValidation::complete(Box box, std::uint16_t& key, Qt::KeyboardModifiers modifiers) {
     constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
     if (!isChanged_[index(box)])
-        return; // a key that has changed nothing, such as one that was refused
+        return; // a key that has changed nothing, such as one that was refused or is for reading only
     if ((modifiers & commands) || QApplication::activeModalWidget())
         return; // a shortcut, or what opened a list that now works on the same tables
     if (box == Box::Municipality) {
         controller_.OrdenaPorNombreMunicipi();
         controller_.KeyUpMunicipi(boxes_.municipality, key, modifiers);
+        isNameShared_ = tagOf(*boxes_.municipality) != 0 &&
+                        directory_.municipalitiesNamed(bytesOf(text(Box::Municipality))).size() > 1;
     } else if (municipality_ && completesStreet(key)) {
         std::optional<NamedCompletion> completion;
         if (const auto typed = editedText(*boxes_.street))
@@ -116,29 +147,37 @@ void AddressValidation::complete(Box box, std::uint16_t& key, Qt::KeyboardModifi
 
 void AddressValidation::leave(Box box) {
     if (std::exchange(isChanged_[index(box)], false)) {
-        switch (box) {
-        case Box::Municipality:
-            leaveMunicipality();
-            break;
-        case Box::Province:
-            leaveProvince();
-            break;
-        case Box::StreetType:
-            leaveStreetType();
-            break;
-        case Box::Street:
-            leaveStreet();
-            break;
-        case Box::Number:
-            settleCode(Writing::NumbersCode);
-            break;
-        case Box::PostalCode:
-            break;
+        try {
+            look(box);
+        } catch (...) {
+            isChanged_[index(box)] = true; // to be looked up when the box is left again
+            refreshStates();
+            throw;
         }
         refreshStates();
     }
-    if (record_)
-        record_->endUnchangedEdit();
+    endUnchangedEdit();
+}
+
+void AddressValidation::look(Box box) {
+    switch (box) {
+    case Box::Municipality:
+        return leaveMunicipality();
+    case Box::Province:
+        tidy(box);
+        return leaveProvince();
+    case Box::StreetType:
+        return leaveStreetType();
+    case Box::Street:
+        return leaveStreet();
+    case Box::Number:
+        tidy(box);
+        if (!stretches_.empty()) // others may have changed them since the street was left
+            lookUpKnownStreet(Writing::NumbersCode);
+        return;
+    case Box::PostalCode:
+        return tidy(box);
+    }
 }
 
 std::vector<Municipality> AddressValidation::candidates() {
@@ -152,7 +191,7 @@ std::vector<Municipality> AddressValidation::candidates() {
 }
 
 /// Puts MUNICIPI, ordered by name, on the row of a municipality with the name that is shown, else on its
-/// first.
+/// first. One that others have deleted meanwhile is not taken, nor is the row that stands in its place.
 void AddressValidation::adopt(const Municipality& municipality, const std::string& shownName) {
     auto& table = controller_.DM->tbMunicipi;
     const auto isIts = [&] { return controller_.DM->tbMunicipiCOD_INE.view() == municipality.ineCode; };
@@ -165,7 +204,10 @@ void AddressValidation::adopt(const Municipality& municipality, const std::strin
         static_cast<void>(TBBusca(table, {{"COD_INE", municipality.ineCode}}, exactSearch));
         controller_.OrdenaPorNombreMunicipi();
     }
-    adoptCurrentMunicipality();
+    if (isIts())
+        return adoptCurrentMunicipality();
+    municipality_.reset();
+    setTag(*boxes_.municipality, 0);
 }
 
 void AddressValidation::adoptCurrentMunicipality() {
@@ -179,7 +221,8 @@ void AddressValidation::adoptCurrentMunicipality() {
 void AddressValidation::leaveMunicipality() {
     if (const auto found = candidates(); found.size() == 1) {
         adopt(found.front(), bytesOf(text(Box::Municipality)));
-        show(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
+        if (municipality_)
+            show(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
     } else {
         setTag(*boxes_.municipality, 0);
         goToMunicipality();
@@ -200,7 +243,11 @@ void AddressValidation::leaveProvince() {
 /// Writes province and, where there is only one, the postal code. Asks for a municipality that is not known.
 void AddressValidation::fillFromMunicipality(bool asks) {
     QString province = wanted, postalCode = wanted;
-    controller_.ExitMunicipi(boxes_.municipality, province, postalCode, asks);
+    {
+        const QScopedValueRollback writing(isWriting_, true);
+        controller_.ExitMunicipi(boxes_.municipality, province, postalCode, asks);
+        seen_[index(Box::Municipality)] = boxes_.municipality->text();
+    }
     if (tagOf(*boxes_.municipality) != 0 && !municipality_)
         adoptCurrentMunicipality(); // chosen from the list
     if (!municipality_)
@@ -214,29 +261,38 @@ void AddressValidation::fillFromMunicipality(bool asks) {
 
 void AddressValidation::municipalityChanged() {
     const QString code = fromWindows1252(municipality_->ineCode);
-    if (std::exchange(settledMunicipality_, code) == code)
-        lookUpStreet(Writing::Nothing); // the same as before it was edited
-    else
-        forgetStreet();
+    const QString before = std::exchange(settledMunicipality_, code);
+    if (before == code)
+        return lookUpStreet(Writing::Nothing);       // the same as before it was edited
+    isCodeTyped_ = isCodeTyped_ && before.isEmpty(); // else it was typed for the one before
+    forgetStreet();
 }
 
 void AddressValidation::takeMunicipality() {
+    if (!beginEdit())
+        return; // the boxes show the row that others hold
     show(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
     isChanged_[index(Box::Municipality)] = false;
     adoptCurrentMunicipality();
     fillFromMunicipality(!mayAsk);
     refreshStates();
+    endUnchangedEdit();
 }
 
 void AddressValidation::goToMunicipality() {
+    const TDMCodPostales& tables = *controller_.DM;
     controller_.OrdenaPorNombreMunicipi();
-    if (municipality_)
-        controller_.DM->tbMunicipi.goTo(municipalityRow_);
-    else if (const std::string name = bytesOf(text(Box::Municipality)); !name.empty())
+    if (municipality_) {
+        if (!controller_.DM->tbMunicipi.goTo(municipalityRow_) ||
+            tables.tbMunicipiCOD_INE.view() != municipality_->ineCode)
+            adopt(Municipality(*municipality_), bytesOf(text(Box::Municipality)));
+    } else if (const std::string name = bytesOf(text(Box::Municipality)); !name.empty())
         static_cast<void>(TBBusca(controller_.DM->tbMunicipi, {{"NOMBRE", name}}, nearestSearch));
 }
 
 void AddressValidation::take(Box box, const QString& chosen) {
+    if (!beginEdit())
+        return;
     show(box, chosen);
     isProvinceTyped_ = isProvinceTyped_ || box == Box::Province;
     isChanged_[index(box)] = true;
@@ -245,6 +301,7 @@ void AddressValidation::take(Box box, const QString& chosen) {
 
 void AddressValidation::takeStored() {
     isChanged_.fill(false);
+    noteTexts();
     isProvinceTyped_ = isCodeTyped_ = isNameShared_ = isTypeKnown_ = false;
     municipality_.reset();
     settledMunicipality_.clear();

@@ -33,8 +33,8 @@ public:
     [[nodiscard]] QString reason(Box box) const { return states_[index(box)].reason; }
 
     // --- What the user does.
-    /// Has changed the text of a box.
-    void edited(Box box);
+    /// Has changed the text of a box, as anybody may but this object.
+    void changed(Box box);
     /// Has released a key that completes.
     void complete(Box box, std::uint16_t& key, Qt::KeyboardModifiers modifiers);
     /// Leaves a box; nothing happens to one that was not changed since it was left last.
@@ -67,7 +67,13 @@ private:
     static std::size_t index(Box box) { return static_cast<std::size_t>(box); }
     [[nodiscard]] QString text(Box box) const;
     void show(Box box, const QString& text);
+    void write(Box box, const QString& text);
+    void tidy(Box box);
+    void noteTexts();
+    void edited(Box box);
+    void look(Box box);
     bool beginEdit();
+    void endUnchangedEdit();
 
     // Municipality.
     void leaveMunicipality();
@@ -84,6 +90,7 @@ private:
     void leaveStreetType();
     void leaveStreet();
     void lookUpStreet(Writing writing);
+    void lookUpKnownStreet(Writing writing);
     void askAboutStreet();
     void takeAddedStreet();
     [[nodiscard]] QString codeForNewStreet() const;
@@ -95,6 +102,7 @@ private:
     [[nodiscard]] Status municipalityStatus() const;
     [[nodiscard]] Status provinceStatus() const;
     [[nodiscard]] Status streetTypeStatus() const;
+    [[nodiscard]] QString reasonOfType() const;
     [[nodiscard]] Status streetStatus() const;
     [[nodiscard]] Status numberStatus() const;
     [[nodiscard]] Status postalCodeStatus() const;
@@ -113,8 +121,9 @@ private:
     std::optional<StreetCode> code_;
     bool isTypeKnown_ = false;
     bool isProvinceTyped_ = false, isCodeTyped_ = false; // by the user, since the program wrote it last
-    std::array<bool, 6> isChanged_{};                    // by the user, and not looked up yet
-    std::array<QString, 6> settledTexts_;                // what the boxes held when they were looked up last
+    std::array<bool, 6> isChanged_{};                    // by others than us, and not looked up yet
+    std::array<QString, 6> seen_{};                      // texts whose change is known
+    bool isWriting_ = false;                             // a text of ours goes into a box
     std::array<Status, 6> states_{};
 };
 
