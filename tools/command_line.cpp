@@ -163,7 +163,7 @@ ExitCode showHelp(const CLI::App& app, const std::string& order) {
         const std::vector<const CLI::App*> found =
             app.get_subcommands([&](const CLI::App* command) { return command->check_name(order); });
         if (found.empty()) {
-            throw Failure(describeUnknownCommand(order, app) + ". Vea «ambcp --help».");
+            throw Failure(describeUnknownCommand(order, app));
         }
         text = found.front()->help(app.get_name());
     }

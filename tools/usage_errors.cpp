@@ -38,6 +38,15 @@ std::string listed(const std::vector<std::string>& names) {
     return "las órdenes son " + text;
 }
 
+std::string describeSuperfluous(const std::string& given) { return "sobra «" + given + "»"; }
+
+std::string unknownCommand(const std::string& typed, const CLI::App& app) {
+    const std::vector<std::string> names = commandNames(app);
+    const auto nearest = nearestName(typed, names);
+    return "no existe la orden «" + typed + "»; " +
+           (nearest ? "¿quería decir «" + *nearest + "»?" : listed(names));
+}
+
 std::string describeMissing(const std::string& text, const CLI::App& app) {
     if (!has(text, "subcommand")) {
         return "falta " + before(text, " is required");
@@ -46,8 +55,8 @@ std::string describeMissing(const std::string& text, const CLI::App& app) {
     if (given.empty()) {
         return "falta la orden; " + listed(commandNames(app));
     }
-    return given.front().starts_with('-') ? "sobra " + given.front()
-                                          : describeUnknownCommand(given.front(), app);
+    return given.front().starts_with('-') ? describeSuperfluous(given.front())
+                                          : unknownCommand(given.front(), app);
 }
 
 std::string describe(const CLI::ParseError& error, const CLI::App& app) {
@@ -57,7 +66,7 @@ std::string describe(const CLI::ParseError& error, const CLI::App& app) {
         return describeMissing(text, app);
     }
     if (has(text, "not expected: ")) {
-        return "sobra " + behind(text, ": ");
+        return describeSuperfluous(behind(text, ": "));
     }
     if (kind == "ConversionError" || kind == "ValidationError") {
         return "valor no válido: " + behind(text, ": ");
@@ -71,19 +80,20 @@ std::string describe(const CLI::ParseError& error, const CLI::App& app) {
     return "orden no comprendida: " + text;
 }
 
+std::string withHelp(const std::string& what, const std::string& call) {
+    return what + (what.ends_with('?') ? " Vea «" : ". Vea «") + call + " --help».";
+}
+
 } // namespace
 
 std::string describeUsageError(const CLI::ParseError& error, const CLI::App& app) {
     const std::vector<CLI::App*> chosen = app.get_subcommands();
-    const std::string order = chosen.empty() ? std::string() : chosen.front()->get_name() + ' ';
-    return describe(error, app) + ". Vea «" + app.get_name() + ' ' + order + "--help».";
+    const std::string order = chosen.empty() ? std::string() : ' ' + chosen.front()->get_name();
+    return withHelp(describe(error, app), app.get_name() + order);
 }
 
 std::string describeUnknownCommand(const std::string& typed, const CLI::App& app) {
-    const std::vector<std::string> names = commandNames(app);
-    const auto nearest = nearestName(typed, names);
-    return "no existe la orden «" + typed + "»; " +
-           (nearest ? "¿quería decir «" + *nearest + "»?" : listed(names));
+    return withHelp(unknownCommand(typed, app), app.get_name());
 }
 
 } // namespace ambcp

@@ -13,7 +13,7 @@ namespace ambcp {
 /// What the error that parsing raised means, and whose help explains it.
 [[nodiscard]] std::string describeUsageError(const CLI::ParseError& error, const CLI::App& app);
 
-/// That there is no such order, and which one may have been meant.
+/// That there is no such order, which one may have been meant, and whose help tells.
 [[nodiscard]] std::string describeUnknownCommand(const std::string& typed, const CLI::App& app);
 
 } // namespace ambcp

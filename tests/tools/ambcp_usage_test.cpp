@@ -9,8 +9,8 @@ protected:
     /// `order`: the one whose help is pointed to; none for the program's own.
     void expectUsageError(const std::vector<std::string>& arguments, const std::string& text,
                           const std::string& order = "") const {
-        EXPECT_EQ(refused(arguments),
-                  "ambcp: " + text + ". Vea «ambcp " + (order.empty() ? "" : order + ' ') + "--help».\n");
+        EXPECT_EQ(refused(arguments), "ambcp: " + text + (text.ends_with('?') ? "" : ".") + " Vea «ambcp " +
+                                          (order.empty() ? "" : order + ' ') + "--help».\n");
     }
 };
 
@@ -65,9 +65,9 @@ TEST_F(AmbcpUsage, AMissingArgumentIsNamed) {
 }
 
 TEST_F(AmbcpUsage, AWrongOptionIsNamed) {
-    expectUsageError({"--nada"}, "sobra --nada");
-    expectUsageError({"listar", ".", "T", "--nada"}, "sobra --nada", "listar");
-    expectUsageError({"listar", ".", "T", "U"}, "sobra U", "listar");
+    expectUsageError({"--nada"}, "sobra «--nada»");
+    expectUsageError({"listar", ".", "T", "--nada"}, "sobra «--nada»", "listar");
+    expectUsageError({"listar", ".", "T", "U"}, "sobra «U»", "listar");
     expectUsageError({"listar", ".", "T", "--tag"}, "--tag necesita un valor", "listar");
     expectUsageError({"listar", ".", "T", "--tag", "A", "--tag", "B"}, "--tag se da más de una vez",
                      "listar");
