@@ -117,6 +117,21 @@ TEST_F(AddressSearchInePass, WhatItsEndSaidIsReadAgainWhereNoHintStands) {
     EXPECT_EQ(help(), outcome);
 }
 
+TEST_F(AddressSearchInePass, WhatItsEndSaidStaysWhileTheMouseRestsOnTheButton) {
+    show();
+    click(MessageAnswer::Yes);
+    const std::string outcome = help();
+    QPushButton& pass = button("BBActualizarCOD_INE");
+    const QPointF rest = QCursor::pos();
+    QEnterEvent back(pass.mapFromGlobal(rest), rest, rest); // the question is gone, the mouse has not moved
+    QCoreApplication::sendEvent(&pass, &back);
+    EXPECT_EQ(help(), outcome);
+    const QPointF elsewhere = rest + QPointF(1, 0);
+    QEnterEvent moved(pass.mapFromGlobal(elsewhere), elsewhere, elsewhere);
+    QCoreApplication::sendEvent(&pass, &moved);
+    EXPECT_EQ(help(), pass.toolTip().toStdString());
+}
+
 TEST_F(AddressSearchInePass, AnswerNoSaysNothing) {
     show();
     click(MessageAnswer::No);

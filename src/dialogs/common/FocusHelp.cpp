@@ -2,7 +2,8 @@
 #include "dialogs/common/FocusHelp.h"
 
 #include <QComboBox>
-#include <QEvent>
+#include <QCursor>
+#include <QEnterEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStatusBar>
@@ -54,6 +55,7 @@ void FocusHelp::DejaFocoBoton() { clearHint(); }
 
 void FocusHelp::showOutcome(const QString& text) {
     outcome_ = text;
+    resting_ = QCursor::pos();
     clearHint();
 }
 
@@ -80,8 +82,14 @@ void FocusHelp::watchFocus(QWidget* control) {
         control, [this, control] { TomaFocoBoton(control); }, [this] { DejaFocoBoton(); });
 }
 
+/// A mouse that has not moved enters what is under it when the window over that goes.
+bool FocusHelp::isResting(const QEvent& event) const {
+    const auto* const enter = dynamic_cast<const QEnterEvent*>(&event);
+    return enter && resting_ == enter->globalPosition().toPoint();
+}
+
 bool FocusHelp::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Enter)
+    if (event->type() == QEvent::Enter && !isResting(*event))
         runGuarded([&] { TomaFocoBoton(static_cast<QWidget*>(watched)); });
     else if (event->type() == QEvent::Leave)
         runGuarded([&] { DejaFocoBoton(); });

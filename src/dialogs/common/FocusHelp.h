@@ -2,7 +2,9 @@
 #pragma once
 
 #include <QObject>
+#include <QPoint>
 #include <functional>
+#include <optional>
 
 class QPushButton;
 class QStatusBar;
@@ -30,6 +32,7 @@ public:
     void DejaFocoBoton();
 
     /// What came of something that the dialog did: stands in the status bar from now on where no hint does.
+    /// The hint of what the mouse rests on does not take its place.
     void showOutcome(const QString& text);
 
     /// Attaches handlers to an edit control; empty ones stand for TomaFoco and DejaFoco alone. A handler that
@@ -45,10 +48,12 @@ public:
 private:
     void watchFocus(QWidget* control);
     void clearHint();
+    [[nodiscard]] bool isResting(const QEvent& event) const;
 
     QStatusBar& bar_;
     QString outcome_;
-    bool isOpening_ = true; // until a control has the focus
+    std::optional<QPoint> resting_; // where the mouse was when that was said
+    bool isOpening_ = true;         // until a control has the focus
 };
 
 } // namespace ambrel
