@@ -185,6 +185,12 @@ void MainWindow::save() {
         tell(tr("No hay cambios que guardar."));
         return;
     }
+    if (QLineEdit* cut = binding_->cutBox()) {
+        Mensaje_Error(this, tr("«%1» no cabe en la ficha: escríbalo más corto.").arg(cut->text()),
+                      tr("Atención"));
+        cut->setFocus();
+        return;
+    }
     TBPost(table_->data);
     binding_->showRow();
     tell(tr("Cliente guardado."));

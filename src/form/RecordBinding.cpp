@@ -96,6 +96,16 @@ bool RecordBinding::hasChanges() const {
            std::ranges::any_of(bonds_, [](const Bond& bond) { return bond.field->text() != bond.before; });
 }
 
+QLineEdit* RecordBinding::cutBox() const {
+    const auto isCut = [](const Bond& bond) {
+        std::string whole = toNearestWindows1252(bond.box->text());
+        whole.erase(whole.find_last_not_of(' ') + 1); // trailing blanks are no loss
+        return whole.size() > bond.field->width();
+    };
+    const auto cut = std::ranges::find_if(bonds_, isCut);
+    return cut != bonds_.end() ? cut->box : nullptr;
+}
+
 void RecordBinding::endUnchangedEdit() {
     if (table_.state() != dbase::DatasetState::Edit || hasChanges())
         return;

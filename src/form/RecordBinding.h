@@ -29,6 +29,9 @@ public:
     [[nodiscard]] bool beginEdit();
     /// Whether the pending row differs from what it was when it went into edit or was begun.
     [[nodiscard]] bool hasChanges() const;
+    /// The first box with a text that is longer than its column, which keeps only the beginning; null when
+    /// there is none. Ask before posting.
+    [[nodiscard]] QLineEdit* cutBox() const;
     /// Lets go of a row that is in edit without having been changed, so that others can have it.
     void endUnchangedEdit();
     /// Starts a new, blank row.

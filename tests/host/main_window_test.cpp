@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QFrame>
 #include <QLabel>
+#include <QLineEdit>
 #include <QTest>
 
 #include "host/FormTest.h"
@@ -110,6 +111,22 @@ TEST_F(MainWindowTest, SavingByShortcutSettlesTheBoxBeingTypedIn) {
     type("60");
     press(Qt::Key_S, Qt::ControlModifier);
     EXPECT_EQ(stored("Ana", "CODPOSTAL"), "28009");
+}
+
+TEST_F(MainWindowTest, ATextThatTheColumnWouldCutIsNotSaved) {
+    addCustomers({{"Ana", "CL", "ALCALA", "60", "28009", "MADRID", "MADRID"}});
+    open();
+    ambrel::test::ScriptedMessages messages;
+    messages.expect(QStringLiteral("¿Desea buscarlo en la relación alfabética (S/N)?"),
+                    QStringLiteral("No se ha encontrado ningún tipo de vía con esta abreviatura"),
+                    QStringLiteral("Atención"), MessageAnswer::No);
+    fill("ETipoVia", "CLAUSTRO");
+    messages.expect(QStringLiteral("«CLAUSTRO» no cabe en la ficha: escríbalo más corto."),
+                    QStringLiteral("Atención"));
+    click("BBGuardar");
+    EXPECT_EQ(stored("Ana", "TIPO_VIA"), "CL");
+    EXPECT_EQ(text("ETipoVia"), QStringLiteral("CLAUSTRO"));
+    EXPECT_TRUE(box("ETipoVia")->hasFocus());
 }
 
 TEST_F(MainWindowTest, MovingWithUnsavedChangesAsks) {
