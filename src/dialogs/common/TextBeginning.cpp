@@ -19,15 +19,17 @@ TextBeginning::TextBeginning(QLineEdit* box) : QObject(box), box_(*box) {
     box->setCursorPosition(0);
     // A combo hands the focus events of its box over without telling a filter.
     (box->focusProxy() ? box->focusProxy() : box)->installEventFilter(this);
-    connect(box, &QLineEdit::textChanged, this, [this] {
-        if (!box_.hasFocus())
-            box_.setCursorPosition(0);
+    connect(box, &QLineEdit::textChanged, this, [box] {
+        if (!box->hasFocus())
+            box->setCursorPosition(0);
     });
 }
 
 bool TextBeginning::eventFilter(QObject*, QEvent* event) {
     if (event->type() == QEvent::FocusOut && isLeft(static_cast<const QFocusEvent&>(*event)))
-        box_.setCursorPosition(0);
+        // A box that is being destroyed loses the focus, too, and is no edit box any more.
+        if (auto* box = qobject_cast<QLineEdit*>(&box_))
+            box->setCursorPosition(0);
     return false;
 }
 

@@ -17,7 +17,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    QLineEdit& box_;
+    QObject& box_;
 };
 
 /// Selects the whole text; the caret stands before it, so that its beginning is seen.
