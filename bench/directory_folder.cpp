@@ -6,8 +6,8 @@
 #include <map>
 
 #include "data/TableDefinitions.h"
-#include "dbase/codec.h"
-#include "dbase/databases.h"
+#include "dbase/dbf/codec.h"
+#include "dbase/system/databases.h"
 
 #include "our_postal.h"
 #include "table_filling.h"

@@ -12,7 +12,7 @@
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
 #include "data/TableDefinitions.h"
-#include "dbase/databases.h"
+#include "dbase/system/databases.h"
 #include "import/Document.h"
 #include "import/ResponseReaders.h"
 #include "import/StreetGrid.h"

@@ -12,7 +12,7 @@
 
 #include "data/MunicipiDM.h"
 #include "data/TableDefinitions.h"
-#include "dbase/databases.h"
+#include "dbase/system/databases.h"
 #include "dialogs/MunicipiLista.h"
 #include "services/Confamb.h"
 

@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "data/TableDefinitions.h"
-#include "dbase/schema.h"
+#include "dbase/dbf/schema.h"
 
 #include "our_postal.h"
 

@@ -3,9 +3,9 @@
 #include <filesystem>
 
 #include "data/TableDefinitions.h"
-#include "dbase/bulk_loader.h"
-#include "dbase/codec.h"
-#include "dbase/databases.h"
+#include "dbase/dbf/codec.h"
+#include "dbase/system/databases.h"
+#include "dbase/table/bulk_loader.h"
 
 namespace bench {
 

@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 
 #include "postal_rows.h"
 

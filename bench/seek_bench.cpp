@@ -3,7 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "dbase/table.h"
+#include "dbase/table/table.h"
 
 #include "lmdb_postal.h"
 #include "our_postal.h"

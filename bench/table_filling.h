@@ -5,10 +5,10 @@
 #include <span>
 #include <string>
 
-#include "dbase/bulk_loader.h"
-#include "dbase/codec.h"
-#include "dbase/databases.h"
-#include "dbase/table_definition.h"
+#include "dbase/dbf/codec.h"
+#include "dbase/system/databases.h"
+#include "dbase/table/bulk_loader.h"
+#include "dbase/table/table_definition.h"
 
 namespace bench {
 

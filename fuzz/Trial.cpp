@@ -8,11 +8,11 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "dbase/codec.h"
-#include "dbase/error.h"
-#include "dbase/table.h"
-#include "dbase/table_definition.h"
-#include "dbase/tree_cursor.h"
+#include "dbase/dbf/codec.h"
+#include "dbase/mdx/tree_cursor.h"
+#include "dbase/system/error.h"
+#include "dbase/table/table.h"
+#include "dbase/table/table_definition.h"
 
 namespace trial {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "dbase/journal_place.h"
+#include "dbase/journal/journal_place.h"
 
 namespace trial {
 

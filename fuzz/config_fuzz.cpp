@@ -1,6 +1,6 @@
 // Any bytes as the host's INI file.
 #include "Trial.h"
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 #include "services/ConfigReader.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

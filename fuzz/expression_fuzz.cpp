@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "Trial.h"
-#include "dbase/error.h"
-#include "dbase/expression.h"
-#include "dbase/key.h"
+#include "dbase/expression/expression.h"
+#include "dbase/mdx/key.h"
+#include "dbase/system/error.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 #include <span>
 
 #include "Trial.h"
-#include "dbase/error.h"
-#include "dbase/schema.h"
+#include "dbase/dbf/schema.h"
+#include "dbase/system/error.h"
 
 namespace {
 

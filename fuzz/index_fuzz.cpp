@@ -7,7 +7,7 @@
 #include <system_error>
 
 #include "Trial.h"
-#include "dbase/check.h"
+#include "dbase/table/check.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 #include <algorithm>
 
 #include "Trial.h"
-#include "dbase/error.h"
-#include "dbase/journal.h"
+#include "dbase/journal/journal.h"
+#include "dbase/system/error.h"
 
 namespace {
 

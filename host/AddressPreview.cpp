@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "data/ViasDM.h"
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 #include "host/HostTable.h"
 #include "lookup/RutCodPostales.h"
 

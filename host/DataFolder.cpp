@@ -7,9 +7,9 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "dbase/databases.h"
-#include "dbase/error.h"
-#include "dbase/system_reason.h"
+#include "dbase/system/databases.h"
+#include "dbase/system/error.h"
+#include "dbase/system/system_reason.h"
 #include "host/HostTable.h"
 #include "services/Confamb.h"
 #include "services/Pantalla.h"

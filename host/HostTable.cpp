@@ -2,9 +2,9 @@
 
 #include <array>
 
-#include "dbase/codepage.h"
-#include "dbase/databases.h"
-#include "dbase/table_definition.h"
+#include "dbase/dbf/codepage.h"
+#include "dbase/system/databases.h"
+#include "dbase/table/table_definition.h"
 
 namespace host {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 
 namespace host {
 

@@ -6,8 +6,8 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "dbase/codepage.h"
-#include "dbase/system_reason.h"
+#include "dbase/dbf/codepage.h"
+#include "dbase/system/system_reason.h"
 #include "sample/SampleData.h"
 #include "tools/new_tables.h"
 #include "tools/table_loading.h"

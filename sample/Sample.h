@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "dbase/table_definition.h"
+#include "dbase/table/table_definition.h"
 
 namespace ambrel {
 

@@ -4,9 +4,9 @@
 #include <cstdio>
 
 #include "data/TableDefinitions.h"
-#include "dbase/check.h"
-#include "dbase/databases.h"
-#include "dbase/error.h"
+#include "dbase/system/databases.h"
+#include "dbase/system/error.h"
+#include "dbase/table/check.h"
 #include "tools/commands.h"
 #include "tools/counted.h"
 #include "tools/cut_table.h"

@@ -7,9 +7,9 @@
 
 #include "address/AddressResolution.h"
 #include "controller/ProvinceName.h"
-#include "dbase/codepage.h"
-#include "dbase/databases.h"
-#include "dbase/error.h"
+#include "dbase/dbf/codepage.h"
+#include "dbase/system/databases.h"
+#include "dbase/system/error.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
 #include "tools/csv.h"

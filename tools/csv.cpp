@@ -8,7 +8,7 @@
 
 #include <unistd.h>
 
-#include "dbase/system_reason.h"
+#include "dbase/system/system_reason.h"
 
 namespace ambcp {
 

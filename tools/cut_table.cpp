@@ -1,9 +1,9 @@
 #include "tools/cut_table.h"
 
-#include "dbase/databases.h"
-#include "dbase/journal_place.h"
-#include "dbase/locks.h"
-#include "dbase/table_file.h"
+#include "dbase/dbf/table_file.h"
+#include "dbase/journal/journal_place.h"
+#include "dbase/lock/locks.h"
+#include "dbase/system/databases.h"
 #include "tools/counted.h"
 #include "tools/failure.h"
 

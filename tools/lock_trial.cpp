@@ -9,7 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "dbase/locks.h"
+#include "dbase/lock/locks.h"
 #include "tools/failure.h"
 
 namespace ambcp {

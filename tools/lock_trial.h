@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "dbase/file.h"
+#include "dbase/system/file.h"
 
 namespace ambcp {
 

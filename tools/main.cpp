@@ -10,7 +10,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "dbase/system_reason.h"
+#include "dbase/system/system_reason.h"
 #include "tools/command_line.h"
 #include "tools/complain.h"
 #include "tools/csv.h"

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "dbase/bulk_loader.h"
-#include "dbase/dataset.h"
-#include "dbase/schema.h"
+#include "dbase/dataset/dataset.h"
+#include "dbase/dbf/schema.h"
+#include "dbase/table/bulk_loader.h"
 
 namespace ambcp {
 

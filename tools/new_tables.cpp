@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "data/TableDefinitions.h"
-#include "dbase/databases.h"
-#include "dbase/system_reason.h"
-#include "dbase/table_replacement.h"
+#include "dbase/system/databases.h"
+#include "dbase/system/system_reason.h"
+#include "dbase/table/table_replacement.h"
 
 namespace fs = std::filesystem;
 

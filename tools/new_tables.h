@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "dbase/table_definition.h"
+#include "dbase/table/table_definition.h"
 #include "tools/failure.h"
 
 namespace ambcp {

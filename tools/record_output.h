@@ -1,8 +1,8 @@
 // The records of a dataset as CSV on standard output.
 #pragma once
 
-#include "dbase/codepage.h"
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
+#include "dbase/dbf/codepage.h"
 #include "tools/csv.h"
 
 namespace ambcp {

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "data/TableDefinitions.h"
-#include "dbase/codec.h"
+#include "dbase/dbf/codec.h"
 #include "tools/utf8.h"
 
 namespace ambcp {

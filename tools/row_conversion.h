@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "dbase/codepage.h"
-#include "dbase/field.h"
-#include "dbase/schema.h"
+#include "dbase/dataset/field.h"
+#include "dbase/dbf/codepage.h"
+#include "dbase/dbf/schema.h"
 #include "tools/csv.h"
 
 namespace ambcp {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "dbase/codec.h"
-#include "dbase/index_file.h"
-#include "dbase/table.h"
+#include "dbase/dbf/codec.h"
+#include "dbase/mdx/index_file.h"
+#include "dbase/table/table.h"
 #include "tools/failure.h"
 #include "tools/row_conversion.h"
 #include "tools/table_folder.h"

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "dbase/codepage.h"
-#include "dbase/databases.h"
-#include "dbase/error.h"
-#include "dbase/system_reason.h"
+#include "dbase/dbf/codepage.h"
+#include "dbase/system/databases.h"
+#include "dbase/system/error.h"
+#include "dbase/system/system_reason.h"
 #include "tools/failure.h"
 
 namespace fs = std::filesystem;

@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "dbase/bulk_loader.h"
+#include "dbase/table/bulk_loader.h"
 #include "tools/csv.h"
 
 namespace ambcp {

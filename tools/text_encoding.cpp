@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "dbase/codepage.h"
+#include "dbase/dbf/codepage.h"
 #include "tools/failure.h"
 #include "tools/utf8.h"
 

@@ -10,7 +10,7 @@
 #include <fstream>
 #include <utility>
 
-#include "dbase/system_reason.h"
+#include "dbase/system/system_reason.h"
 #include "host/script/ObjectText.h"
 #include "host/script/ScriptParser.h"
 #include "services/TagProperty.h"

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "controller/NumberRange.h"
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 
 namespace ambrel {
 

@@ -12,7 +12,7 @@
 #include "address/TidyText.h"
 #include "controller/Completion.h"
 #include "controller/ProvinceName.h"
-#include "dbase/codepage.h"
+#include "dbase/dbf/codepage.h"
 #include "services/KeyCodes.h"
 #include "services/Rnumcad.h"
 

@@ -10,7 +10,7 @@
 
 #include "AmbrelExport.h"
 #include "controller/Operacion.h"
-#include "dbase/field.h"
+#include "dbase/dataset/field.h"
 #include "services/Confamb.h"
 
 class QLineEdit;

@@ -6,9 +6,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "dbase/codec.h"
-#include "dbase/dataset.h"
-#include "dbase/table.h"
+#include "dbase/dataset/dataset.h"
+#include "dbase/dbf/codec.h"
+#include "dbase/table/table.h"
 #include "services/Confamb.h"
 #include "services/Ruttb.h"
 

@@ -4,8 +4,8 @@
 #include <memory>
 #include <utility>
 
-#include "dbase/dataset.h"
-#include "dbase/table.h"
+#include "dbase/dataset/dataset.h"
+#include "dbase/table/table.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 

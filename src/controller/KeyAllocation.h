@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "dbase/durability.h"
+#include "dbase/system/durability.h"
 
 namespace dbase {
 class Dataset;

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "controller/ProvinceStreets.h"
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 
 namespace ambrel {
 

@@ -3,7 +3,7 @@
 
 #include "data/Province.h"
 #include "data/TableDefinitions.h"
-#include "dbase/codec.h"
+#include "dbase/dbf/codec.h"
 #include "services/Rnumcad.h"
 
 namespace ambrel {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 
 namespace ambrel {
 

@@ -4,7 +4,7 @@
 #include "controller/MunicipalitySearch.h"
 #include "controller/StreetKey.h"
 #include "data/TableScope.h"
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 #include "services/Ruttb.h"
 
 namespace ambrel {

@@ -4,7 +4,7 @@
 #include "AmbrelExport.h"
 #include "data/TableDefinitions.h"
 #include "data/WholeName.h"
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 
 /// Owns the tables that one controller works on. The constructor opens `tbMunicipiAux` and the destructor
 /// closes it; the other tables are opened and closed by those who use them. Errors of the constructor:

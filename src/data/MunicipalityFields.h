@@ -1,7 +1,7 @@
 // By what the cursor on MUNICIPI knows its table, from which the name of an entity's municipality is taken.
 #pragma once
 
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 
 namespace ambrel {
 

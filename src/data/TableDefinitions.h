@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "AmbrelExport.h"
-#include "dbase/table_definition.h"
+#include "dbase/table/table_definition.h"
 
 namespace ambrel {
 

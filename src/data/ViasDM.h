@@ -2,8 +2,8 @@
 #pragma once
 
 #include "AmbrelExport.h"
-#include "dbase/data_source.h"
-#include "dbase/dataset.h"
+#include "dbase/dataset/data_source.h"
+#include "dbase/dataset/dataset.h"
 
 /// Owns the street-type table; it is opened and closed by those who use it.
 class AMBREL_EXPORT TDMVias {

@@ -7,8 +7,8 @@
 
 #include "AmbrelExport.h"
 #include "controller/Operacion.h"
-#include "dbase/data_source.h"
-#include "dbase/dataset.h"
+#include "dbase/dataset/data_source.h"
+#include "dbase/dataset/dataset.h"
 
 class TClassCodPostales;
 

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "AmbrelExport.h"
-#include "dbase/data_source.h"
+#include "dbase/dataset/data_source.h"
 
 class QLineEdit;
 class TClassCodPostales;

@@ -8,7 +8,7 @@
 #include "AmbrelExport.h"
 #include "controller/Operacion.h"
 #include "controller/StreetCard.h"
-#include "dbase/data_source.h"
+#include "dbase/dataset/data_source.h"
 
 class QComboBox;
 class TClassCodPostales;

@@ -6,8 +6,8 @@
 #include <memory>
 
 #include "AmbrelExport.h"
-#include "dbase/data_source.h"
-#include "dbase/dataset.h"
+#include "dbase/dataset/data_source.h"
+#include "dbase/dataset/dataset.h"
 
 namespace Ui {
 class TFProvList;

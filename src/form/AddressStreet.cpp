@@ -7,7 +7,7 @@
 #include "controller/ClasCodPostales.h"
 #include "controller/StreetCard.h"
 #include "data/CodPostalesDM.h"
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 #include "form/AddressValidation.h"
 #include "form/TypedText.h"
 #include "lookup/RutCodPostales.h"

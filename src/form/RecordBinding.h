@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "AmbrelExport.h"
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 
 class QLineEdit;
 

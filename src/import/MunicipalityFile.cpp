@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "data/TableDefinitions.h"
-#include "dbase/codepage.h"
+#include "dbase/dbf/codepage.h"
 #include "import/Trimmed.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 #include "import/ImportedStreet.h"
 
 namespace ambrel {

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "data/TableDefinitions.h"
-#include "dbase/codepage.h"
+#include "dbase/dbf/codepage.h"
 #include "import/Document.h"
 #include "import/Trimmed.h"
 #include "services/Text.h"

@@ -7,8 +7,8 @@
 #include "controller/StreetRecord.h"
 #include "data/CodPostalesDM.h"
 #include "data/Province.h"
-#include "dbase/codec.h"
-#include "dbase/error.h"
+#include "dbase/dbf/codec.h"
+#include "dbase/system/error.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 

@@ -1,5 +1,5 @@
 // The line of an address, from a host's table.
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 #include "lookup/AddressLine.h"
 #include "lookup/RutCodPostales.h"
 #include "services/Text.h"

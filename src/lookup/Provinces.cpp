@@ -1,6 +1,6 @@
 // Provinces: of a postal code, and chosen by the user.
 #include "data/MunicipiDM.h"
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 #include "dialogs/ProvList.h"
 #include "dialogs/common/ModalDialog.h"
 #include "lookup/ProvinceLocation.h"

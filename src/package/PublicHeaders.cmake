@@ -13,20 +13,20 @@ set(public_headers
   data/TableDefinitions.h
   data/ViasDM.h
   data/WholeName.h
-  dbase/codec.h
-  dbase/codepage.h
-  dbase/data_source.h
-  dbase/databases.h
-  dbase/dataset.h
-  dbase/dataset_types.h
-  dbase/dataset_window.h
-  dbase/durability.h
-  dbase/error.h
-  dbase/field.h
-  dbase/listener_list.h
-  dbase/notification_pause.h
-  dbase/schema.h
-  dbase/table_definition.h
+  dbase/dbf/codec.h
+  dbase/dbf/codepage.h
+  dbase/dataset/data_source.h
+  dbase/system/databases.h
+  dbase/dataset/dataset.h
+  dbase/dataset/dataset_types.h
+  dbase/dataset/dataset_window.h
+  dbase/system/durability.h
+  dbase/system/error.h
+  dbase/dataset/field.h
+  dbase/dataset/listener_list.h
+  dbase/dataset/notification_pause.h
+  dbase/dbf/schema.h
+  dbase/table/table_definition.h
   dialogs/BuscarDireccionPostal.h
   dialogs/BuscarMunicipios.h
   dialogs/FichaVia.h

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "dbase/databases.h"
+#include "dbase/system/databases.h"
 #include "services/ConfigReader.h"
 
 TConfig Config;

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "AmbrelExport.h"
-#include "dbase/durability.h"
+#include "dbase/system/durability.h"
 
 namespace ambrel {
 

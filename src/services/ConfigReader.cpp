@@ -7,8 +7,8 @@
 #include <optional>
 #include <sstream>
 
-#include "dbase/codepage.h"
-#include "dbase/error.h"
+#include "dbase/dbf/codepage.h"
+#include "dbase/system/error.h"
 #include "services/FileStart.h"
 
 namespace ambrel {

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-#include "dbase/codepage.h"
+#include "dbase/dbf/codepage.h"
 
 namespace ambrel {
 namespace {

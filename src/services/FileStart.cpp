@@ -8,7 +8,7 @@
 #include <fstream>
 #include <system_error>
 
-#include "dbase/system_reason.h"
+#include "dbase/system/system_reason.h"
 
 namespace ambrel {
 

@@ -4,7 +4,7 @@
 #include <QKeyEvent>
 #include <optional>
 
-#include "dbase/codepage.h"
+#include "dbase/dbf/codepage.h"
 #include "services/KeyCodes.h"
 
 namespace ambrel {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "dbase/codepage.h"
+#include "dbase/dbf/codepage.h"
 
 namespace {
 

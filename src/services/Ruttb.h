@@ -9,7 +9,7 @@
 #include <string>
 
 #include "AmbrelExport.h"
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 
 /// Last argument of TBBusca.
 inline constexpr bool exactSearch = true;

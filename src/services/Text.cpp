@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include "dbase/codepage.h"
+#include "dbase/dbf/codepage.h"
 
 namespace ambrel {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "dbase/codepage.h"
+#include "dbase/dbf/codepage.h"
 #include "services/Rnumcad.h"
 #include "support/Tables.h"
 #include "tools/callejero/CsvRows.h"

@@ -1,7 +1,7 @@
 #include "address/AddressResolution.h"
 
 #include "controller/StreetTables.h"
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "controller/ClasCodPostales.h"
 #include "controller/StreetTables.h"
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 
 namespace postal_tests {
 

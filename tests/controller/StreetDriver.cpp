@@ -12,7 +12,7 @@
 
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
-#include "dbase/locks.h"
+#include "dbase/lock/locks.h"
 #include "services/MessageBox.h"
 
 namespace postal_tests {

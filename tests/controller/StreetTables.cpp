@@ -1,6 +1,6 @@
 #include "controller/StreetTables.h"
 
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 
 namespace postal_tests {
 

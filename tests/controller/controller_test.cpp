@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "controller/StreetTables.h"
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "data/PostalTables.h"
-#include "dbase/dataset.h"
-#include "dbase/error.h"
+#include "dbase/dataset/dataset.h"
+#include "dbase/system/error.h"
 #include "services/Confamb.h"
 #include "support/DiskWaits.h"
 

@@ -1,8 +1,8 @@
 #include "controller/KeyAllocation.h"
 
 #include "data/PostalTables.h"
-#include "dbase/dataset.h"
-#include "dbase/error.h"
+#include "dbase/dataset/dataset.h"
+#include "dbase/system/error.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include "controller/StreetDriver.h"
 #include "data/PostalTables.h"
 #include "data/TableDefinitions.h"
-#include "dbase/check.h"
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
+#include "dbase/table/check.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "data/PostalTables.h"
 
 #include "data/TableDefinitions.h"
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 #include "services/Confamb.h"
 
 namespace postal_tests {

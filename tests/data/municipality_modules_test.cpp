@@ -5,8 +5,8 @@
 #include "data/CodPostalesDM.h"
 #include "data/MunicipiDM.h"
 #include "data/PostalTables.h"
-#include "dbase/error.h"
-#include "dbase/table_definition.h"
+#include "dbase/system/error.h"
+#include "dbase/table/table_definition.h"
 #include "services/Confamb.h"
 #include "services/Ruttb.h"
 

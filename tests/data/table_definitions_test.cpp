@@ -2,8 +2,8 @@
 #include "data/TableDefinitions.h"
 
 #include "data/PostalTables.h"
-#include "dbase/databases.h"
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
+#include "dbase/system/databases.h"
 
 namespace {
 

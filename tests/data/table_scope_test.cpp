@@ -4,9 +4,9 @@
 #include <stdexcept>
 
 #include "data/PostalTables.h"
-#include "dbase/error.h"
-#include "dbase/file.h"
-#include "dbase/locks.h"
+#include "dbase/lock/locks.h"
+#include "dbase/system/error.h"
+#include "dbase/system/file.h"
 #include "support/LockPatience.h"
 
 namespace {

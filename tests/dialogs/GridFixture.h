@@ -10,7 +10,7 @@
 #include <optional>
 #include <string>
 
-#include "dbase/data_source.h"
+#include "dbase/dataset/data_source.h"
 #include "dialogs/common/DataGrid.h"
 #include "support/ScriptedMessages.h"
 #include "support/ShownWindow.h"

@@ -4,7 +4,7 @@
 #include <QTest>
 #include <filesystem>
 
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 #include "dialogs/AddressSearchForm.h"
 #include "services/Pantalla.h"
 #include "services/Ruttb.h"

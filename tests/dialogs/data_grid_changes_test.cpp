@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "GridFixture.h"
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 
 namespace grid_tests {
 namespace {

@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 
 #include "data/PostalTables.h"
-#include "dbase/data_source.h"
+#include "dbase/dataset/data_source.h"
 #include "dialogs/common/DataGrid.h"
 #include "services/KeyUpEvents.h"
 #include "services/Text.h"

@@ -2,7 +2,7 @@
 // writes, tables that change meanwhile.
 #include <QTest>
 
-#include "dbase/table_definition.h"
+#include "dbase/table/table_definition.h"
 #include "dialogs/common/TypingRules.h"
 #include "form/BoxesTest.h"
 #include "form/RecordBinding.h"

@@ -15,9 +15,9 @@
 #include <set>
 
 #include "data/PostalTables.h"
-#include "dbase/dataset.h"
-#include "dbase/error.h"
-#include "dbase/table_definition.h"
+#include "dbase/dataset/dataset.h"
+#include "dbase/system/error.h"
+#include "dbase/table/table_definition.h"
 #include "form/AddressBoxes.h"
 #include "form/RecordBinding.h"
 #include "services/MessageBox.h"

@@ -2,7 +2,7 @@
 // through.
 #include <QTest>
 
-#include "dbase/table_definition.h"
+#include "dbase/table/table_definition.h"
 #include "form/BoxesTest.h"
 #include "form/RecordBinding.h"
 

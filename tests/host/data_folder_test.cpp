@@ -8,8 +8,8 @@
 
 #include "data/PostalTables.h"
 #include "data/TableDefinitions.h"
-#include "dbase/databases.h"
-#include "dbase/table_definition.h"
+#include "dbase/system/databases.h"
+#include "dbase/table/table_definition.h"
 
 namespace {
 

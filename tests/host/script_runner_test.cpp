@@ -11,7 +11,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
-#include "dbase/data_source.h"
+#include "dbase/dataset/data_source.h"
 #include "dialogs/common/DataGrid.h"
 #include "host/ScriptPlay.h"
 #include "services/Mensaje.h"

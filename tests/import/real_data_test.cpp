@@ -11,7 +11,7 @@
 #include <string>
 
 #include "SimulatedDirectory.h"
-#include "dbase/codepage.h"
+#include "dbase/dbf/codepage.h"
 #include "import/Document.h"
 #include "import/Envelope.h"
 #include "import/MunicipalityFile.h"

@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "dbase/databases.h"
+#include "dbase/system/databases.h"
 #include "import/Document.h"
 #include "support/TemporaryFolder.h"
 

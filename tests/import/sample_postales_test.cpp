@@ -6,8 +6,8 @@
 #include <set>
 #include <string>
 
-#include "dbase/codepage.h"
-#include "dbase/databases.h"
+#include "dbase/dbf/codepage.h"
+#include "dbase/system/databases.h"
 #include "import/Document.h"
 #include "import/MunicipalityFile.h"
 #include "import/ResponseReaders.h"

@@ -9,7 +9,7 @@
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
 #include "data/PostalTables.h"
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 #include "support/ScriptedMessages.h"
 
 namespace {

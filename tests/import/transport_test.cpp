@@ -10,7 +10,7 @@
 
 #include "RawServer.h"
 #include "SimulatedDirectory.h"
-#include "dbase/codepage.h"
+#include "dbase/dbf/codepage.h"
 #include "import/Document.h"
 #include "import/Envelope.h"
 #include "import/ResponseReaders.h"

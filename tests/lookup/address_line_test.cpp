@@ -1,6 +1,6 @@
 // The line of an address: composed from texts, and from a host's table.
-#include "dbase/dataset.h"
-#include "dbase/error.h"
+#include "dbase/dataset/dataset.h"
+#include "dbase/system/error.h"
 #include "lookup/AddressLine.h"
 #include "lookup/LookupTables.h"
 #include "lookup/RutCodPostales.h"

@@ -2,7 +2,7 @@
 #include <QLineEdit>
 
 #include "data/MunicipiDM.h"
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 #include "lookup/LookupTables.h"
 #include "lookup/ModuleScope.h"
 #include "lookup/RutCodPostales.h"

@@ -4,7 +4,7 @@
 
 #include "data/MunicipiDM.h"
 #include "data/TableDefinitions.h"
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 #include "lookup/LookupTables.h"
 #include "lookup/RutCodPostales.h"
 #include "services/Confamb.h"

@@ -2,7 +2,7 @@
 #include <QGroupBox>
 #include <QLabel>
 
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 #include "dialogs/ProvList.h"
 #include "lookup/LookupTables.h"
 #include "lookup/RutCodPostales.h"

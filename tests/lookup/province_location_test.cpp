@@ -1,7 +1,7 @@
 // The province of a postal code.
 #include "data/MunicipiDM.h"
 #include "data/TableScope.h"
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 #include "lookup/LookupTables.h"
 #include "lookup/ModuleScope.h"
 #include "lookup/RutCodPostales.h"

@@ -2,7 +2,7 @@
 #include <QTest>
 
 #include "data/ViasDM.h"
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 #include "lookup/LookupTables.h"
 #include "lookup/RutCodPostales.h"
 

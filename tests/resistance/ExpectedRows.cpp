@@ -1,7 +1,7 @@
 #include "ExpectedRows.h"
 
 #include "dbase/support/StoredTable.h"
-#include "dbase/table.h"
+#include "dbase/table/table.h"
 
 namespace resistance {
 

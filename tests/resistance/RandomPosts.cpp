@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "dbase/bulk_loader.h"
+#include "dbase/table/bulk_loader.h"
 
 namespace resistance {
 

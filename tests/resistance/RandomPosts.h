@@ -9,8 +9,8 @@
 
 #include "ExpectedRows.h"
 #include "PostLog.h"
-#include "dbase/dataset.h"
-#include "dbase/table.h"
+#include "dbase/dataset/dataset.h"
+#include "dbase/table/table.h"
 
 namespace resistance {
 

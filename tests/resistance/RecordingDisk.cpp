@@ -5,7 +5,7 @@
 #include <map>
 #include <numeric>
 
-#include "dbase/locks.h"
+#include "dbase/lock/locks.h"
 
 namespace dbase::test {
 

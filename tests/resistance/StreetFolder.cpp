@@ -7,10 +7,10 @@
 #include <sched.h>
 
 #include "data/TableDefinitions.h"
-#include "dbase/bytes.h"
-#include "dbase/databases.h"
-#include "dbase/index_layout.h"
+#include "dbase/mdx/index_layout.h"
 #include "dbase/support/StoredTable.h"
+#include "dbase/system/bytes.h"
+#include "dbase/system/databases.h"
 
 namespace resistance {
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdio>
 
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 #include "dbase/support/StoredTable.h"
 
 namespace resistance {

@@ -11,11 +11,11 @@
 #include <new>
 
 #include "ScriptedRun.h"
-#include "dbase/bulk_loader.h"
-#include "dbase/databases.h"
-#include "dbase/dataset.h"
-#include "dbase/error.h"
-#include "dbase/locks.h"
+#include "dbase/dataset/dataset.h"
+#include "dbase/lock/locks.h"
+#include "dbase/system/databases.h"
+#include "dbase/system/error.h"
+#include "dbase/table/bulk_loader.h"
 #include "support/TemporaryFolder.h"
 
 namespace {

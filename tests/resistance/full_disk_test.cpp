@@ -14,8 +14,8 @@
 #include <unistd.h>
 
 #include "ScriptedRun.h"
-#include "dbase/bulk_loader.h"
-#include "dbase/error.h"
+#include "dbase/system/error.h"
+#include "dbase/table/bulk_loader.h"
 #include "support/FileSizeLimit.h"
 #include "support/TemporaryFolder.h"
 

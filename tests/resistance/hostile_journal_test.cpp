@@ -6,9 +6,9 @@
 
 #include "RecordingDisk.h"
 #include "ScriptedRun.h"
-#include "dbase/error.h"
-#include "dbase/journal.h"
-#include "dbase/locks.h"
+#include "dbase/journal/journal.h"
+#include "dbase/lock/locks.h"
+#include "dbase/system/error.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 
 #include "RandomPosts.h"
 #include "StreetFolder.h"
-#include "dbase/error.h"
-#include "dbase/locks.h"
+#include "dbase/lock/locks.h"
+#include "dbase/system/error.h"
 
 namespace {
 

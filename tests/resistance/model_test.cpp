@@ -6,11 +6,11 @@
 #include <memory>
 #include <numeric>
 
-#include "dbase/error.h"
-#include "dbase/file.h"
-#include "dbase/index_file.h"
+#include "dbase/mdx/index_file.h"
 #include "dbase/support/StoredTable.h"
-#include "dbase/table.h"
+#include "dbase/system/error.h"
+#include "dbase/system/file.h"
+#include "dbase/table/table.h"
 #include "support/LongForm.h"
 #include "support/ModelledCursor.h"
 #include "support/Seed.h"

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "ScriptedRun.h"
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 
 namespace {
 

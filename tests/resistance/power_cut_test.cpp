@@ -6,8 +6,8 @@
 
 #include "RecordingDisk.h"
 #include "ScriptedRun.h"
-#include "dbase/error.h"
-#include "dbase/journal_place.h"
+#include "dbase/journal/journal_place.h"
+#include "dbase/system/error.h"
 #include "support/LongForm.h"
 
 namespace {

@@ -8,8 +8,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "dbase/databases.h"
-#include "dbase/error.h"
+#include "dbase/system/databases.h"
+#include "dbase/system/error.h"
 #include "support/Tables.h"
 #include "support/TemporaryFolder.h"
 

@@ -8,7 +8,7 @@
 #include <QTest>
 #include <stdexcept>
 
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 #include "services/MessageBox.h"
 #include "support/ScriptedMessages.h"
 

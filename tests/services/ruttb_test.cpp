@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <functional>
 
-#include "dbase/databases.h"
-#include "dbase/error.h"
-#include "dbase/journal_place.h"
+#include "dbase/journal/journal_place.h"
+#include "dbase/system/databases.h"
+#include "dbase/system/error.h"
 #include "services/Confamb.h"
 #include "support/DiskWaits.h"
 #include "support/TableTest.h"

@@ -3,7 +3,7 @@
 
 #include <chrono>
 
-#include "dbase/locks.h"
+#include "dbase/lock/locks.h"
 
 namespace ambrel::test {
 

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "dbase/dataset.h"
-#include "dbase/table_definition.h"
+#include "dbase/dataset/dataset.h"
+#include "dbase/table/table_definition.h"
 #include "support/TableModel.h"
 
 namespace ambrel::test {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 
 namespace ambrel::test {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 #include "support/CursorModel.h"
 #include "support/ModelRows.h"
 

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "dbase/schema.h"
+#include "dbase/dbf/schema.h"
 
 namespace ambrel::test {
 

@@ -2,8 +2,8 @@
 
 #include <filesystem>
 
-#include "dbase/check.h"
-#include "dbase/databases.h"
+#include "dbase/system/databases.h"
+#include "dbase/table/check.h"
 
 namespace ambrel::test {
 namespace {

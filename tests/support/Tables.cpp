@@ -4,10 +4,10 @@
 #include <span>
 #include <stdexcept>
 
-#include "dbase/bulk_loader.h"
-#include "dbase/codec.h"
-#include "dbase/codepage.h"
-#include "dbase/databases.h"
+#include "dbase/dbf/codec.h"
+#include "dbase/dbf/codepage.h"
+#include "dbase/system/databases.h"
+#include "dbase/table/bulk_loader.h"
 
 namespace ambrel::test {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "dbase/table_definition.h"
+#include "dbase/table/table_definition.h"
 
 namespace ambrel::test {
 

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 #include "support/TableTest.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "dbase/databases.h"
+#include "dbase/system/databases.h"
 
 namespace ambcp::test {
 namespace {

@@ -1,7 +1,7 @@
 // ambcp listar: a table as CSV.
 #include "AmbcpTest.h"
 
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 
 namespace ambcp::test {
 namespace {

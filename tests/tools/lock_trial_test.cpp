@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 #include "support/TemporaryFolder.h"
 
 namespace {

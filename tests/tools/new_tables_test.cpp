@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 #include "tools/failure.h"
 
 namespace ambcp {

@@ -1,7 +1,7 @@
 // CSV into a table: all rows or none.
 #include "tools/table_loading.h"
 
-#include "dbase/dataset.h"
+#include "dbase/dataset/dataset.h"
 #include "support/TableTest.h"
 
 namespace ambcp {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "dbase/codepage.h"
+#include "dbase/dbf/codepage.h"
 
 namespace callejero {
 namespace {

@@ -10,7 +10,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "dbase/system_reason.h"
+#include "dbase/system/system_reason.h"
 #include "tools/callejero/Connection.h"
 
 namespace callejero {

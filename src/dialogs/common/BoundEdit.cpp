@@ -4,7 +4,7 @@
 #include <QScopedValueRollback>
 #include <utility>
 
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 #include "services/EventGuard.h"
 #include "services/Text.h"
 

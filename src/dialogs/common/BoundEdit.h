@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "dbase/data_source.h"
+#include "dbase/dataset/data_source.h"
 
 namespace ambrel {
 

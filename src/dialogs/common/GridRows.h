@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "dbase/data_source.h"
+#include "dbase/dataset/data_source.h"
 #include "dialogs/common/GridColumn.h"
 #include "dialogs/common/MarkedRows.h"
 #include "dialogs/common/RowWindow.h"

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "dbase/dataset_window.h"
+#include "dbase/dataset/dataset_window.h"
 
 namespace ambrel {
 

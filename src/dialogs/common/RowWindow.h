@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "dbase/dataset_window.h"
+#include "dbase/dataset/dataset_window.h"
 
 namespace ambrel {
 

@@ -5,9 +5,9 @@
 #include <limits>
 #include <memory>
 
-#include "dbase/error.h"
-#include "dbase/file.h"
-#include "dbase/journal_place.h"
+#include "dbase/journal/journal_place.h"
+#include "dbase/system/error.h"
+#include "dbase/system/file.h"
 
 namespace dbase::test {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "dbase/schema.h"
+#include "dbase/dbf/schema.h"
 
 namespace dbase::test {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 
 namespace dbase::test {
 

@@ -1,6 +1,6 @@
 #include "MemoryJournal.h"
 
-#include "dbase/error.h"
+#include "dbase/system/error.h"
 
 namespace dbase::test {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "MemoryFile.h"
-#include "dbase/journal_place.h"
+#include "dbase/journal/journal_place.h"
 
 namespace dbase::test {
 

@@ -4,8 +4,8 @@
 #include <span>
 #include <utility>
 
-#include "dbase/error.h"
-#include "dbase/locks.h"
+#include "dbase/lock/locks.h"
+#include "dbase/system/error.h"
 
 namespace dbase::test {
 

@@ -11,7 +11,7 @@
 #include "MemoryFile.h"
 #include "MemoryJournal.h"
 #include "StoredTable.h"
-#include "dbase/table.h"
+#include "dbase/table/table.h"
 
 namespace dbase::test {
 

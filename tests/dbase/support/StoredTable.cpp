@@ -7,9 +7,9 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "dbase/index_layout.h"
-#include "dbase/locks.h"
-#include "dbase/tree_cursor.h"
+#include "dbase/lock/locks.h"
+#include "dbase/mdx/index_layout.h"
+#include "dbase/mdx/tree_cursor.h"
 #include "support/TemporaryFolder.h"
 
 namespace dbase::test {

@@ -10,9 +10,9 @@
 #include "FaultyFile.h"
 #include "MemoryFile.h"
 #include "MemoryJournal.h"
-#include "dbase/check.h"
-#include "dbase/table.h"
-#include "dbase/table_definition.h"
+#include "dbase/table/check.h"
+#include "dbase/table/table.h"
+#include "dbase/table/table_definition.h"
 
 namespace dbase::test {
 

@@ -1,0 +1,307 @@
+// How a dataset moves: reading ahead, landing, and the moves themselves.
+
+#include <algorithm>
+#include <ctime>
+
+#include "dbase/dataset/dataset_read_ahead.h"
+#include "dbase/dataset/row_order.h"
+#include "dbase/dataset/seek_key.h"
+#include "dbase/system/error.h"
+
+namespace dbase {
+
+namespace {
+
+std::chrono::nanoseconds coarseNow() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    return std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec);
+}
+
+} // namespace
+
+// --- Reading ahead
+
+bool Dataset::takeAhead() {
+    ReadAhead& ahead = *ahead_;
+    if (ahead.next == ahead.rows.size() || ahead.behind != record_ ||
+        open_->changeCounter() != ahead.counter || open_->records().recordCount() != ahead.recordCount ||
+        coarseNow() - ahead.taken > ReadAhead::shelfLife) {
+        return false;
+    }
+    const ReadAhead::Row& row = ahead.rows[ahead.next++];
+    const char* bytes = ahead.bytes.data() + row.offset;
+    const std::size_t length = row_.size();
+    spot_->cursor->moveInLeaf(row.slot, row.record, {bytes + length, order_->tag()->keyLength});
+    std::copy_n(bytes, length, row_.data());
+    record_ = ahead.behind = row.record;
+    return true;
+}
+
+/// The visible rows that follow in the same leaf. Inside Table::read().
+void Dataset::fillAhead(const Spot& from) {
+    ReadAhead& ahead = *ahead_;
+    ahead.clear();
+    ahead.behind = from.record;
+    ahead.counter = open_->changeCounter();
+    ahead.recordCount = open_->records().recordCount();
+    ahead.taken = coarseNow();
+    if (ahead.counter == 0 || ahead.counter % 2 != 0) {
+        return; // nothing would prove the rows current
+    }
+    TreeCursor cursor = *from.cursor;
+    const std::uint32_t left = cursor.entriesLeftInLeaf();
+    for (const RecordNumber number : cursor.recordsLeftInLeaf()) {
+        open_->records().prefetch(number);
+    }
+    for (std::uint32_t i = 1; i < left && ahead.rows.size() < ReadAhead::mostRows; ++i) {
+        cursor.next();
+        if (!order_->isInRange(cursor.key())) {
+            return;
+        }
+        if (cursor.record() > ahead.recordCount) {
+            continue;
+        }
+        const RecordView record = open_->records().record(cursor.record());
+        if (order_->isVisible(record)) {
+            ahead.rows.push_back({cursor.record(), cursor.path().back().slot, ahead.bytes.size()});
+            ahead.bytes.insert(ahead.bytes.end(), record.bytes.begin(), record.bytes.end());
+            ahead.bytes.insert(ahead.bytes.end(), cursor.key().begin(), cursor.key().end());
+        }
+    }
+}
+
+// --- Where to go on from
+
+/// Key of the row shown: with its record number its place in the order, also when the tag does not hold it
+/// (any more).
+std::string Dataset::shownKey() const {
+    if (spot_->cursor) {
+        return std::string(spot_->cursor->key());
+    }
+    std::string key(order_->tag()->keyLength, ' ');
+    if (order_->tag()->isUnderstood()) {
+        makeKey(*order_->tag(), {&schema(), isPending() ? shown_ : row_, record_}, key);
+    }
+    return key;
+}
+
+/// From the current record to the entry behind (before) it, also when its own one went or moved away. On an
+/// empty table any entry is a neighbour.
+bool Dataset::toNeighbour(Spot& spot, Direction direction) const {
+    const bool forward = direction == Direction::Forward;
+    if (record_ == 0) {
+        return order_->toEnd(spot, direction);
+    }
+    if (order_->tag() == nullptr) {
+        spot.record = forward ? record_ + 1 : std::min(record_ - 1, open_->records().recordCount());
+        return true;
+    }
+    if (spot_->cursor && spot_->cursor->stillHolds()) {
+        spot.cursor = spot_->cursor;
+        return forward ? spot.cursor->next() : spot.cursor->prior();
+    }
+    TreeCursor& cursor = spot.cursor.emplace(*open_->index(), *order_->tag());
+    const std::string key = shownKey();
+    if (cursor.find(key, record_)) {
+        return forward ? cursor.next() : cursor.prior();
+    }
+    bool on = cursor.seek(key);
+    while (on && order_->tag()->order.compare(cursor.key(), key) == 0 && cursor.record() < record_) {
+        on = cursor.next();
+    }
+    if (forward) {
+        return on;
+    }
+    return on ? cursor.prior() : cursor.last();
+}
+
+// --- Landing
+
+/// Runs a search on a state of the files that does not change; the spot that it finds becomes current. It may
+/// run again, so it works on the spare spot and leaves the current one alone.
+template<typename Search>
+bool Dataset::landOn(Search&& search) {
+    Spot& spot = *spare_;
+    const bool found = open_->read([&] {
+        spot.cursor.reset();
+        spot.record = 0;
+        if (!search(spot)) {
+            return false;
+        }
+        const RecordView record = open_->records().record(spot.record);
+        spot.row.assign(record.bytes.begin(), record.bytes.end());
+        return true;
+    });
+    if (found) {
+        std::swap(spot_, spare_);
+        record_ = spot_->record;
+        row_.swap(spot_->row);
+        bof_ = eof_ = false;
+        calculate();
+    }
+    return found;
+}
+
+void Dataset::landNowhere() {
+    record_ = 0;
+    spot_->cursor.reset();
+    std::fill(row_.begin(), row_.end(), ' ');
+    bof_ = eof_ = true;
+    for (const auto& field : fields_) {
+        field->calculated_.clear();
+    }
+}
+
+void Dataset::landAtEnd(Direction direction) {
+    ahead_->clear();
+    if (landOn(
+            [&](Spot& spot) { return order_->toEnd(spot, direction) && order_->settle(spot, direction); })) {
+        (direction == Direction::Forward ? bof_ : eof_) = true;
+    } else {
+        landNowhere();
+    }
+}
+
+/// The current record was posted: it stays whatever tag, range and filter say.
+void Dataset::landOnPosted() {
+    ahead_->clear();
+    landOn([&](Spot& spot) {
+        if (!order_->toEntry(spot, open_->records().record(record_))) {
+            spot.cursor.reset();
+        }
+        return true;
+    });
+}
+
+/// Back onto the current record as it is now; when it is gone or hidden, the next one, else the last.
+void Dataset::reposition() {
+    ahead_->clear();
+    const bool found = landOn([&](Spot& spot) {
+        return order_->toRecord(spot, record_) ||
+               (toNeighbour(spot, Direction::Forward) && order_->settle(spot, Direction::Forward)) ||
+               (order_->toEnd(spot, Direction::Backward) && order_->settle(spot, Direction::Backward));
+    });
+    if (!found) {
+        landNowhere();
+    }
+}
+
+bool Dataset::isShownAsStored() const {
+    return open_->read([&] {
+        return record_ <= open_->records().recordCount() &&
+               std::ranges::equal(open_->records().record(record_).bytes, row_);
+    });
+}
+
+// --- Moves
+
+/// Every move begins here. A listener that is told of the cancelling may close the table.
+void Dataset::leaveRow() {
+    cancel();
+    requireOpen();
+}
+
+void Dataset::first() {
+    requireOpen();
+    leaveRow();
+    landAtEnd(Direction::Forward);
+    changed(DatasetChange::Moved);
+}
+
+void Dataset::last() {
+    requireOpen();
+    leaveRow();
+    landAtEnd(Direction::Backward);
+    changed(DatasetChange::Moved);
+}
+
+bool Dataset::next() { return step(Direction::Forward); }
+bool Dataset::prior() { return step(Direction::Backward); }
+
+bool Dataset::step(Direction direction) {
+    requireOpen();
+    leaveRow();
+    const bool forward = direction == Direction::Forward;
+    if (forward && takeAhead()) {
+        bof_ = eof_ = false;
+        calculate();
+        changed(DatasetChange::Moved);
+        return true;
+    }
+    const bool readsAhead = forward && order_->tag() != nullptr && ahead_->justStepped;
+    ahead_->clear();
+    const bool moved = landOn([&](Spot& spot) {
+        if (!toNeighbour(spot, direction) || !order_->settle(spot, direction)) {
+            return false;
+        }
+        if (readsAhead) {
+            fillAhead(spot);
+        }
+        return true;
+    });
+    ahead_->justStepped = forward && moved;
+    if (!moved) {
+        if (record_ != 0 && !isShownAsStored()) { // it stays, but as it is now
+            reposition();
+        }
+        (forward ? eof_ : bof_) = true;
+    }
+    changed(DatasetChange::Moved);
+    return moved;
+}
+
+bool Dataset::seek(const Key& key, SeekMode mode) {
+    requireOpen();
+    requireKeys();
+    const std::string wanted = makeSeekKey(*order_->tag(), schema(), key);
+    leaveRow();
+    ahead_->clear();
+    const bool exact = mode == SeekMode::Exact;
+    const bool found = landOn([&](Spot& spot) {
+        spot.cursor.emplace(*open_->index(), *order_->tag());
+        return spot.cursor->seek(wanted) &&
+               order_->settle(spot, Direction::Forward, exact ? wanted : std::string_view());
+    });
+    if (!found && !exact) {
+        landAtEnd(Direction::Backward);
+    }
+    if (found || !exact) {
+        changed(DatasetChange::Moved);
+    }
+    return found;
+}
+
+bool Dataset::goTo(Bookmark bookmark) {
+    requireOpen();
+    leaveRow();
+    ahead_->clear();
+    const bool found = landOn([&](Spot& spot) { return order_->toRecord(spot, bookmark.record()); });
+    if (found) {
+        changed(DatasetChange::Moved);
+    }
+    return found;
+}
+
+bool Dataset::goToPlace(double place) {
+    requireOpen();
+    leaveRow();
+    ahead_->clear();
+    const bool found = landOn([&](Spot& spot) {
+        return (order_->toPlace(spot, place) && order_->settle(spot, Direction::Forward)) ||
+               (order_->toPlace(spot, place) && order_->settle(spot, Direction::Backward));
+    });
+    if (found) {
+        changed(DatasetChange::Moved);
+    }
+    return found;
+}
+
+void Dataset::refresh() {
+    requireOpen();
+    leaveRow();
+    reposition();
+    changed(DatasetChange::Moved);
+}
+
+} // namespace dbase

@@ -1,0 +1,39 @@
+// The rows that a dataset has read ahead of its steps; private to the dataset's sources.
+#pragma once
+
+#include <chrono>
+#include <vector>
+
+#include "dbase/dataset/dataset.h"
+
+namespace dbase {
+
+/// Rows behind the current one that one lock brought along. Used only while the table's change counter proves
+/// that none of our programs changed anything, and not for long, because others do not count.
+struct Dataset::ReadAhead {
+    static constexpr std::size_t mostRows = 64;
+    static constexpr std::chrono::milliseconds shelfLife{20};
+
+    struct Row {
+        RecordNumber record;
+        std::uint32_t slot;
+        std::size_t offset; // of its bytes, then its key's
+    };
+    std::vector<Row> rows;
+    std::size_t next = 0;
+    std::vector<char> bytes;
+    RecordNumber behind = 0; // the record that the next row follows
+    std::uint64_t counter = 0;
+    std::uint32_t recordCount = 0;
+    std::chrono::nanoseconds taken{0};
+    bool justStepped = false; // the last move was a step forward: a second one is worth reading ahead for
+
+    void clear() {
+        rows.clear();
+        bytes.clear();
+        next = 0;
+        justStepped = false;
+    }
+};
+
+} // namespace dbase

@@ -1,0 +1,153 @@
+#include "dbase/dataset/row_order.h"
+
+#include <algorithm>
+
+namespace dbase {
+
+void RowOrder::setTag(const Tag* tag) {
+    tag_ = tag;
+    clearRange();
+}
+
+void RowOrder::setRange(std::string low, std::string high) {
+    rangeLow_ = std::move(low);
+    rangeHigh_ = std::move(high);
+}
+
+void RowOrder::clearRange() {
+    rangeLow_.reset();
+    rangeHigh_.reset();
+}
+
+bool RowOrder::isVisible(const RecordView& record) const {
+    return !record.isDeleted() && (!filter_ || filter_->test(record));
+}
+
+bool RowOrder::isInRange(std::string_view key) const {
+    return !rangeLow_ ||
+           (tag_->order.compare(key, *rangeLow_) >= 0 && tag_->order.compare(key, *rangeHigh_) <= 0);
+}
+
+// A row posted outside the range may be current; what follows it begins where the range begins.
+void RowOrder::enterRange(Spot& spot, Direction direction) const {
+    TreeCursor& cursor = *spot.cursor;
+    if (!rangeLow_ || !cursor.isOnEntry()) {
+        return;
+    }
+    const KeyOrder& order = tag_->order;
+    if (direction == Direction::Forward && order.compare(cursor.key(), *rangeLow_) < 0) {
+        cursor.seek(*rangeLow_);
+    } else if (direction == Direction::Backward && order.compare(cursor.key(), *rangeHigh_) > 0) {
+        cursor.placeBehind(*rangeHigh_);
+        cursor.prior();
+    }
+}
+
+bool RowOrder::settle(Spot& spot, Direction direction, std::string_view wanted,
+                      std::size_t* mostHidden) const {
+    const bool forward = direction == Direction::Forward;
+    const auto givesUp = [mostHidden] { return mostHidden != nullptr && (*mostHidden)-- == 0; };
+    const RecordNumber count = table_.records().recordCount();
+    if (tag_ == nullptr) {
+        for (; spot.record >= 1 && spot.record <= count; forward ? ++spot.record : --spot.record) {
+            if (isVisible(table_.records().record(spot.record))) {
+                return true;
+            }
+            if (givesUp()) {
+                return false;
+            }
+        }
+        return false;
+    }
+    enterRange(spot, direction);
+    TreeCursor& cursor = *spot.cursor;
+    for (; cursor.isOnEntry(); forward ? cursor.next() : cursor.prior()) {
+        if (!isInRange(cursor.key()) || (!wanted.empty() && tag_->order.compare(cursor.key(), wanted) != 0)) {
+            return false;
+        }
+        spot.record = cursor.record();
+        if (spot.record <= count && isVisible(table_.records().record(spot.record))) {
+            return true;
+        }
+        if (givesUp()) {
+            return false;
+        }
+    }
+    return false;
+}
+
+bool RowOrder::toEnd(Spot& spot, Direction direction) const {
+    const bool forward = direction == Direction::Forward; // to the first entry, to go forward from there
+    if (tag_ == nullptr) {
+        spot.record = forward ? 1 : table_.records().recordCount();
+        return true;
+    }
+    spot.cursor.emplace(*table_.index(), *tag_);
+    return forward ? spot.cursor->first() : spot.cursor->last();
+}
+
+bool RowOrder::toEntry(Spot& spot, const RecordView& record) const {
+    spot.record = record.number;
+    if (tag_ == nullptr) {
+        return true;
+    }
+    spot.cursor.emplace(*table_.index(), *tag_);
+    if (!tag_->isUnderstood()) { // its keys cannot be made: look through the entries
+        bool on = spot.cursor->first();
+        while (on && spot.cursor->record() != record.number) {
+            on = spot.cursor->next();
+        }
+        return on;
+    }
+    std::string key(tag_->keyLength, ' ');
+    makeKey(*tag_, record, key);
+    return spot.cursor->find(key, record.number) ||
+           (makeUnsignedKey(*tag_, record, key) && spot.cursor->find(key, record.number));
+}
+
+bool RowOrder::toRecord(Spot& spot, RecordNumber number) const {
+    if (number == 0 || number > table_.records().recordCount()) {
+        return false;
+    }
+    const RecordView record = table_.records().record(number);
+    return isVisible(record) && toEntry(spot, record) && (tag_ == nullptr || isInRange(spot.cursor->key()));
+}
+
+bool RowOrder::toPlace(Spot& spot, double place) const {
+    place = std::clamp(place, 0.0, 1.0);
+    if (tag_ == nullptr) {
+        const RecordNumber count = table_.records().recordCount();
+        spot.record = std::min(static_cast<RecordNumber>(place * count) + 1, count);
+        return count != 0;
+    }
+    const auto [low, high] = rangeShares();
+    spot.cursor.emplace(*table_.index(), *tag_);
+    if (!spot.cursor->seekShare(low + place * (high - low)) && !spot.cursor->last()) {
+        return false;
+    }
+    // The shares of the bounds are rounded: an entry just outside the range stands for the bound.
+    enterRange(spot, Direction::Forward);
+    enterRange(spot, Direction::Backward);
+    return spot.cursor->isOnEntry();
+}
+
+std::pair<double, double> RowOrder::rangeShares() const {
+    if (tag_ == nullptr || !rangeLow_) {
+        return {0, 1};
+    }
+    TreeCursor cursor(*table_.index(), *tag_);
+    const double low = cursor.seek(*rangeLow_) ? cursor.share() : 1;
+    cursor.placeBehind(*rangeHigh_);
+    return {low, std::max(cursor.share(), low)};
+}
+
+double RowOrder::shareOf(const Spot& spot, const std::pair<double, double>& range) const {
+    if (tag_ == nullptr) {
+        const RecordNumber count = table_.records().recordCount();
+        return count == 0 ? 0 : std::min(1.0, static_cast<double>(spot.record - 1) / count);
+    }
+    const double length = range.second - range.first;
+    return length <= 0 ? 0 : std::clamp((spot.cursor->share() - range.first) / length, 0.0, 1.0);
+}
+
+} // namespace dbase

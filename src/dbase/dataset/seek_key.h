@@ -1,0 +1,18 @@
+// Search keys: the tag's expression on a blank record into which the given pairs were written. The one way
+// for all keys.
+#pragma once
+
+#include <string>
+
+#include "dbase/dataset/dataset.h"
+#include "dbase/mdx/index_file.h"
+
+namespace dbase {
+
+/// The leading bytes of the key that the given pairs settle: all of them, unless the pairs are only leading
+/// fields of the tag. Pairs that name no column, or none of the tag's, change nothing. A text is cut to its
+/// column; an integer for a character column is written in decimal, zero-padded to the column's width.
+/// Errors: Error(BadValue) for a value that its column cannot hold.
+[[nodiscard]] std::string makeSeekKey(const Tag& tag, const Schema& schema, const Key& parts);
+
+} // namespace dbase

@@ -1,0 +1,179 @@
+#include "dbase/dbf/table_file.h"
+
+#include <algorithm>
+
+#include "dbase/dbf/dates.h"
+#include "dbase/system/bytes.h"
+#include "dbase/system/error.h"
+
+namespace dbase {
+
+namespace {
+constexpr std::size_t countOffset = 4;
+constexpr std::size_t indexFlagOffset = 28;
+constexpr std::size_t tagFlagOffset = 31; // in the description of a column
+} // namespace
+
+TableFile::TableFile(std::unique_ptr<File> file) : file_(std::move(file)) {
+    knownSize_ = file_->size();
+    if (knownSize_ >= maxFileSize) {
+        throw Error(ErrorCode::TooLarge, path(),
+                    "el fichero tiene 2 GiB o más; no es una tabla que se pueda usar");
+    }
+    if (knownSize_ < fixedHeaderSize) {
+        throw Error(ErrorCode::BadTable, path(),
+                    "el fichero está cortado: tiene " + std::to_string(knownSize_) +
+                        " bytes y la cabecera necesita 32");
+    }
+    std::vector<std::uint8_t> header(fixedHeaderSize);
+    const auto readHeader = [&] { file_->read(0, {reinterpret_cast<char*>(header.data()), header.size()}); };
+    readHeader();
+    const std::size_t length = announcedHeaderLength(header, path());
+    header.resize(static_cast<std::size_t>(std::min<std::uint64_t>(length, knownSize_)));
+    readHeader();
+    HeaderCounts counts;
+    schema_ = decodeHeader(header, counts, path());
+    buffer_.resize(schema_.recordLength);
+}
+
+bool TableFile::reaches(std::uint64_t end) const {
+    if (end <= knownSize_) {
+        return true;
+    }
+    knownSize_ = file_->size();
+    return end <= knownSize_;
+}
+
+std::uint32_t TableFile::announcedCount() const {
+    if (const char* view = file_->view()) {
+        return load32(view + countOffset);
+    }
+    char bytes[4];
+    file_->read(countOffset, bytes);
+    return load32(bytes);
+}
+
+RecordNumber TableFile::recordCount() const {
+    const std::uint32_t announced = announcedCount();
+    if (announced == 0 || reaches(offsetOf(announced) + schema_.recordLength)) {
+        return announced;
+    }
+    return static_cast<RecordNumber>(
+        (knownSize_ - std::min<std::uint64_t>(knownSize_, schema_.headerLength)) / schema_.recordLength);
+}
+
+bool TableFile::isRecordAt(RecordNumber number) const {
+    const std::uint64_t offset = offsetOf(number);
+    if (!reaches(offset + schema_.recordLength)) {
+        return false;
+    }
+    char mark = 0;
+    if (const char* view = file_->view()) {
+        mark = view[offset];
+    } else {
+        file_->read(offset, std::span(&mark, 1));
+    }
+    return mark == ' ' || mark == '*';
+}
+
+bool TableFile::isMiscounted() const {
+    const RecordNumber count = recordCount();
+    return count != announcedCount() || isRecordAt(count + 1);
+}
+
+bool TableFile::correctCount() {
+    RecordNumber count = recordCount();
+    while (isRecordAt(count + 1)) {
+        ++count;
+    }
+    if (count == announcedCount()) {
+        return false;
+    }
+    setCount(count);
+    return true;
+}
+
+void TableFile::confirmReach(std::uint64_t end) const {
+    knownSize_ = 0;
+    if (!reaches(end)) {
+        throw Error(ErrorCode::Io, path(), "otro programa ha cortado el fichero mientras se leía");
+    }
+}
+
+RecordView TableFile::record(RecordNumber number) const {
+    const std::uint64_t offset = offsetOf(number);
+    if (number == 0 || !reaches(offset + schema_.recordLength)) {
+        throw Error(ErrorCode::BadTable, path(),
+                    "el registro " + std::to_string(number) +
+                        " queda fuera del fichero; ejecute \"ambcp comprobar\"");
+    }
+    if (const char* view = file_->view()) {
+        const std::span<const char> bytes(view + offset, schema_.recordLength);
+        if (bytes.front() == '\0' || bytes.back() == '\0') { // so reads what a file cut within a page lost
+            confirmReach(offset + schema_.recordLength);
+        }
+        return {&schema_, bytes, number};
+    }
+    file_->read(offset, buffer_);
+    return {&schema_, buffer_, number};
+}
+
+void TableFile::prefetch(RecordNumber number) const {
+    const char* view = file_->view();
+    if (view != nullptr && number != 0 && offsetOf(number) + schema_.recordLength <= knownSize_) {
+        const char* begin = view + offsetOf(number);
+        for (std::size_t line = 0; line < schema_.recordLength; line += 64) {
+            __builtin_prefetch(begin + line);
+        }
+    }
+}
+
+void TableFile::overwrite(RecordNumber number, std::span<const char> bytes) {
+    file_->write(offsetOf(number), bytes);
+}
+
+void TableFile::writeBehind(RecordNumber number, std::span<const char> bytes) {
+    if (offsetOf(number) + bytes.size() + 1 >= maxFileSize) {
+        throw Error(ErrorCode::TooLarge, path(), "la tabla llegaría a 2 GiB; no caben más registros");
+    }
+    std::vector<char> record(bytes.begin(), bytes.end());
+    record.push_back(endMark);
+    file_->write(offsetOf(number), record);
+}
+
+void TableFile::setCount(std::uint32_t count) {
+    char bytes[7];
+    encodeHeaderDate(bytes);
+    store32(bytes + 3, count);
+    file_->write(1, bytes);
+}
+
+void TableFile::dropBehind(std::uint32_t count) {
+    const std::uint64_t end = offsetOf(count + 1);
+    file_->write(end, std::span<const char>(&endMark, 1));
+    file_->resize(end + 1);
+    knownSize_ = end + 1;
+}
+
+void TableFile::cutBehind(std::uint32_t count) {
+    knownSize_ = file_->size();
+    if (knownSize_ > offsetOf(count + 1) + 1) {
+        dropBehind(count);
+    }
+}
+
+void TableFile::markColumns(const std::vector<bool>& marked) {
+    for (std::size_t i = 0; i < marked.size(); ++i) {
+        const char flag = marked[i] ? 1 : 0;
+        file_->write(fixedHeaderSize + i * columnDescriptorSize + tagFlagOffset,
+                     std::span<const char>(&flag, 1));
+    }
+}
+
+void TableFile::setHasIndex(bool has) {
+    const char flag = has ? 1 : 0;
+    file_->write(indexFlagOffset, std::span<const char>(&flag, 1));
+    schema_.hasProductionIndex = has;
+}
+
+} // namespace dbase

@@ -1,0 +1,352 @@
+#include "dbase/journal/journal.h"
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+
+#include "dbase/lock/locks.h"
+#include "dbase/system/bytes.h"
+#include "dbase/system/error.h"
+
+namespace dbase {
+
+namespace {
+
+// Header block.
+constexpr std::size_t headerBytes = 512;
+constexpr char magic[9] = "AMBJRNL1";
+constexpr std::size_t recordLengthOffset = 8, headerLengthOffset = 12, generationOffset = 16;
+constexpr std::size_t startOffset = 32, startSize = 64;
+constexpr std::size_t headerSumOffset = headerBytes - 8;
+
+// Entry.
+constexpr std::uint32_t entryMagic = 0x454A4D41; // "AMJE"
+constexpr std::size_t entryHead = 48;
+constexpr std::size_t lengthOffset = 4, entryGeneration = 8, sequenceOffset = 16, counterOffset = 24;
+constexpr std::size_t runsOffset = 32, keptOffset = 36, sumOffset = 40;
+constexpr std::size_t runHead = 12; // first, rows, whether there are images before
+
+// Room that is made on the disk at once, so that a sync has no growth to tell; some thousand changes.
+constexpr std::uint64_t capacity = std::uint64_t{256} << 10;
+constexpr std::uint64_t largestJournal = std::uint64_t{64} << 20; // what is read of a file of any size
+
+// Eight bytes at a time; told apart from chance and from half-written blocks, not from malice.
+std::uint64_t checksum(std::span<const char> bytes) {
+    std::uint64_t sum = 0x9E3779B97F4A7C15 ^ bytes.size();
+    const auto mix = [&](std::uint64_t word) {
+        sum = (sum ^ word) * 0xFF51AFD7ED558CCD;
+        sum ^= sum >> 32;
+    };
+    std::size_t at = 0;
+    for (; at + 8 <= bytes.size(); at += 8) {
+        mix(load64(bytes.data() + at));
+    }
+    char rest[8] = {};
+    std::memcpy(rest, bytes.data() + at, bytes.size() - at);
+    mix(load64(rest));
+    return sum;
+}
+
+std::uint64_t newGeneration() {
+    std::random_device random;
+    return (std::uint64_t{random()} << 32 | random()) | 1;
+}
+
+std::size_t sizeOf(const JournalEntry& entry) {
+    std::size_t size = entryHead;
+    for (const RecordRun& run : entry.runs) {
+        size += runHead + run.before.size() + run.after.size();
+    }
+    return size;
+}
+
+} // namespace
+
+Journal::Journal(std::unique_ptr<JournalPlace> place, const Schema& schema)
+    : place_(std::move(place)), recordLength_(schema.recordLength), headerLength_(schema.headerLength) {}
+
+// --- The file and its header
+
+bool Journal::join() {
+    if (!file_) {
+        file_ = place_->openExisting();
+    }
+    return file_ != nullptr;
+}
+
+bool Journal::exists() { return join(); }
+
+bool Journal::reaches(std::uint64_t end) const {
+    if (end > knownSize_) {
+        knownSize_ = file_->size();
+    }
+    return end <= knownSize_;
+}
+
+bool Journal::look(std::uint64_t offset, std::span<char> bytes) const {
+    if (file_->viewIsTorn()) { // somebody cut it
+        file_->renewView();
+        knownSize_ = 0;
+    }
+    if (!reaches(offset + bytes.size())) {
+        return false;
+    }
+    if (const char* view = file_->view()) {
+        std::memcpy(bytes.data(), view + offset, bytes.size()); // without a call of the system
+    } else {
+        file_->read(offset, bytes);
+    }
+    return true;
+}
+
+bool Journal::isOfAnotherStart() { return join() && (!readHeader() || startIdentity_ != bootIdentity()); }
+
+bool Journal::readHeader() {
+    if (file_->isRemote() && file_->tryLock(exchangeLock, LockKind::Shared)) {
+        file_->unlock(exchangeLock);
+    }
+    char header[headerBytes];
+    if (!look(0, header) || std::memcmp(header, magic, 8) != 0 ||
+        load64(header + headerSumOffset) != checksum(std::span(header).first(headerSumOffset)) ||
+        load32(header + recordLengthOffset) != recordLength_ ||
+        load32(header + headerLengthOffset) != headerLength_) {
+        return false;
+    }
+    const std::string_view start(header + startOffset, startSize);
+    startIdentity_ = start.substr(0, start.find('\0'));
+    if (load64(header + generationOffset) != generation_) {
+        generation_ = load64(header + generationOffset);
+        tail_ = headerBytes;
+        sequence_ = 0;
+        lastKept_ = 0;
+    }
+    return true;
+}
+
+void Journal::writeHeader() {
+    char header[headerBytes] = {};
+    std::memcpy(header, magic, 8);
+    store32(header + recordLengthOffset, recordLength_);
+    store32(header + headerLengthOffset, headerLength_);
+    const std::uint64_t generation = newGeneration();
+    store64(header + generationOffset, generation);
+    const std::string start = bootIdentity().substr(0, startSize - 1);
+    std::copy(start.begin(), start.end(), header + startOffset);
+    store64(header + headerSumOffset, checksum(std::span(header).first(headerSumOffset)));
+    file_->write(0, header);
+    file_->sync();
+    startIdentity_ = start;
+    generation_ = generation;
+    tail_ = headerBytes;
+    sequence_ = 0;
+    lastKept_ = 0;
+}
+
+bool Journal::begin() {
+    written_ = 0;
+    const bool isThere = join();
+    if (isThere && file_->isWritable() && readHeader()) {
+        return false;
+    }
+    if (!isThere) {
+        file_ = place_->create();
+    } else if (!file_->isWritable()) {
+        throw Error(ErrorCode::AccessDenied, file_->path(), "no hay permiso para escribir en el diario");
+    }
+    writeHeader();
+    return true;
+}
+
+void Journal::restart() {
+    writeHeader();
+    isSuspect_ = false;
+}
+
+void Journal::remove() {
+    place_->remove();
+    file_.reset();
+    knownSize_ = 0;
+    generation_ = 0;
+}
+
+// --- Entries
+
+std::vector<char> Journal::encode(const JournalEntry& entry, bool isKept) const {
+    std::vector<char> bytes(entryHead);
+    bytes.reserve(sizeOf(entry));
+    for (const RecordRun& run : entry.runs) {
+        char head[runHead];
+        store32(head, run.first);
+        store32(head + 4, run.rows);
+        store32(head + 8, run.before.empty() ? 0 : 1);
+        bytes.insert(bytes.end(), head, head + runHead);
+        bytes.insert(bytes.end(), run.before.begin(), run.before.end());
+        bytes.insert(bytes.end(), run.after.begin(), run.after.end());
+    }
+    store32(bytes.data(), entryMagic);
+    store32(bytes.data() + lengthOffset, static_cast<std::uint32_t>(bytes.size()));
+    store64(bytes.data() + entryGeneration, generation_);
+    store64(bytes.data() + sequenceOffset, sequence_);
+    store64(bytes.data() + counterOffset, entry.counter);
+    store32(bytes.data() + runsOffset, static_cast<std::uint32_t>(entry.runs.size()));
+    store32(bytes.data() + keptOffset, isKept ? 1 : 0);
+    store64(bytes.data() + sumOffset, checksum(bytes)); // with zeros in its own place
+    return bytes;
+}
+
+std::vector<char> Journal::readAt(std::uint64_t offset, std::uint64_t sequence) const {
+    char head[entryHead];
+    if (!look(offset, head)) {
+        return {};
+    }
+    const std::uint32_t length = load32(head + lengthOffset);
+    if (load32(head) != entryMagic || load64(head + entryGeneration) != generation_ ||
+        load64(head + sequenceOffset) != sequence || length < entryHead || offset + length > largestJournal ||
+        !reaches(offset + length)) {
+        return {};
+    }
+    std::vector<char> bytes(length);
+    if (!look(offset, bytes)) {
+        return {};
+    }
+    const std::uint64_t sum = load64(bytes.data() + sumOffset);
+    store64(bytes.data() + sumOffset, 0);
+    return sum == checksum(bytes) ? bytes : std::vector<char>();
+}
+
+// The sum proves that the bytes are those that encode() made, so their shape needs no second look; only a
+// forged entry lies about it, and ends the reading.
+JournalEntry Journal::decode(std::span<const char> bytes) const {
+    JournalEntry entry;
+    entry.counter = load64(bytes.data() + counterOffset);
+    std::uint32_t runs = load32(bytes.data() + runsOffset);
+    for (bytes = bytes.subspan(entryHead); runs > 0 && bytes.size() >= runHead; --runs) {
+        RecordRun run;
+        run.first = load32(bytes.data());
+        run.rows = load32(bytes.data() + 4);
+        const bool hasBefore = load32(bytes.data() + 8) != 0;
+        bytes = bytes.subspan(runHead);
+        const std::uint64_t images = std::uint64_t{run.rows} * recordLength_;
+        const bool areNumbers = run.first != 0 && run.rows - 1 <= UINT32_MAX - run.first;
+        if (images == 0 || !areNumbers || images * (hasBefore ? 2 : 1) > bytes.size()) {
+            break;
+        }
+        const auto take = [&] {
+            const std::span<const char> taken = bytes.first(static_cast<std::size_t>(images));
+            bytes = bytes.subspan(taken.size());
+            return std::vector<char>(taken.begin(), taken.end());
+        };
+        if (hasBefore) {
+            run.before = take();
+        }
+        run.after = take();
+        entry.runs.push_back(std::move(run));
+    }
+    return entry;
+}
+
+// Other programs have added entries behind ours, or begun anew.
+void Journal::catchUp() {
+    if (!readHeader()) {
+        throw Error(ErrorCode::Io, file_->path(),
+                    "el diario de la tabla ha cambiado; ciérrela y vuelva a abrirla");
+    }
+    while (true) {
+        const std::vector<char> bytes = readAt(tail_, sequence_);
+        if (bytes.empty() || load32(bytes.data() + keptOffset) == 0) {
+            return;
+        }
+        lastKept_ = tail_;
+        tail_ += bytes.size();
+        ++sequence_;
+    }
+}
+
+bool Journal::mustRestartFor(const JournalEntry& entry, bool isKept) {
+    catchUp();
+    if (isSuspect_) {
+        return true;
+    }
+    if (!isKept) {
+        return sequence_ > 0;
+    }
+    return sequence_ > 0 ? tail_ + sizeOf(entry) > capacity : !readAt(tail_, 0).empty();
+}
+
+bool Journal::hasLooseEntry() {
+    catchUp();
+    return !readAt(tail_, sequence_).empty();
+}
+
+void Journal::add(const JournalEntry& entry, bool isKept) {
+    catchUp();
+    const std::vector<char> bytes = encode(entry, isKept);
+    if (isKept && !reaches(capacity)) {
+        file_->write(knownSize_, std::vector<char>(static_cast<std::size_t>(capacity - knownSize_)));
+    }
+    written_ = tail_;
+    file_->write(tail_, bytes);
+    if (isKept) {
+        try {
+            file_->sync();
+        } catch (...) {
+            isSuspect_ = true;
+            throw;
+        }
+        lastKept_ = tail_;
+        tail_ += bytes.size();
+        ++sequence_;
+    } else if (file_->isRemote()) { // the other machines redo it, should this one stop
+        file_->sync();
+    }
+}
+
+void Journal::withdraw() noexcept {
+    if (written_ == 0) {
+        return;
+    }
+    try {
+        if (lastKept_ == written_) {
+            tail_ = written_;
+            --sequence_;
+            lastKept_ = 0;
+            const char nothing[entryHead] = {}; // without its head it is no entry
+            file_->write(written_, nothing);
+        } else { // that there were loose ones stays
+            file_->write(written_, encode({}, false));
+        }
+    } catch (...) {
+        // It stays: should the machine stop now, the change is made whole rather than dropped.
+    }
+    written_ = 0;
+}
+
+std::vector<JournalEntry> Journal::keptEntries() {
+    std::vector<JournalEntry> entries;
+    if (!join() || !readHeader()) {
+        return entries;
+    }
+    std::uint64_t offset = headerBytes;
+    for (std::uint64_t sequence = 0;; ++sequence) {
+        const std::vector<char> bytes = readAt(offset, sequence);
+        if (bytes.empty() || load32(bytes.data() + keptOffset) == 0) {
+            return entries;
+        }
+        entries.push_back(decode(bytes));
+        offset += bytes.size();
+    }
+}
+
+std::optional<JournalEntry> Journal::lastEntry() {
+    if (!join() || !readHeader()) {
+        return std::nullopt;
+    }
+    catchUp();
+    std::vector<char> bytes = readAt(tail_, sequence_);
+    if (bytes.empty() && lastKept_ != 0) {
+        bytes = readAt(lastKept_, sequence_ - 1);
+    }
+    return bytes.empty() ? std::nullopt : std::optional(decode(bytes));
+}
+
+} // namespace dbase

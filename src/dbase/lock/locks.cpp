@@ -1,0 +1,72 @@
+#include "dbase/lock/locks.h"
+
+#include <algorithm>
+#include <thread>
+
+#include "dbase/system/error.h"
+
+namespace dbase {
+
+namespace {
+std::chrono::milliseconds patience{10000};
+}
+
+std::chrono::milliseconds lockPatience() { return patience; }
+void setLockPatience(std::chrono::milliseconds value) { patience = value; }
+
+void holdLock(File& file, LockRange range, LockKind kind) {
+    using Clock = std::chrono::steady_clock;
+    if (file.tryLock(range, kind)) {
+        return;
+    }
+    const Clock::time_point deadline = Clock::now() + patience;
+    auto pause = std::chrono::microseconds(20);
+    while (!file.tryLock(range, kind)) {
+        if (Clock::now() >= deadline) {
+            throw Error(ErrorCode::LockTimeout, file.path(),
+                        "otro programa mantiene bloqueada la tabla; espere y repita la operación");
+        }
+        std::this_thread::sleep_for(pause);
+        pause = std::min(pause * 2, std::chrono::microseconds(2000));
+    }
+}
+
+StructureLock::StructureLock(File& file, Holders& holders, LockKind kind)
+    : file_(file), holders_(holders), kind_(kind) {
+    if (holders_.isChanging || (holders_.readers > 0 && kind == LockKind::Exclusive)) {
+        throw Error(ErrorCode::LockTimeout, file.path(),
+                    "la tabla se está usando en este mismo momento; espere a que termine la operación");
+    }
+    if (holders_.readers == 0) {
+        holdLock(file, structureLock, kind);
+        if (holders_.exchanged != nullptr) {
+            try {
+                holdLock(*holders_.exchanged, exchangeLock, LockKind::Shared);
+            } catch (...) {
+                file.unlock(holders_.release);
+                throw;
+            }
+        }
+    }
+    if (kind == LockKind::Exclusive) {
+        holders_.isChanging = true;
+    } else {
+        ++holders_.readers;
+    }
+}
+
+StructureLock::~StructureLock() {
+    if (kind_ == LockKind::Exclusive) {
+        holders_.isChanging = false;
+    } else {
+        --holders_.readers;
+    }
+    if (holders_.readers == 0) {
+        if (holders_.exchanged != nullptr) {
+            holders_.exchanged->unlock(exchangeLock);
+        }
+        file_.unlock(holders_.release);
+    }
+}
+
+} // namespace dbase

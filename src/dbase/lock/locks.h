@@ -1,0 +1,95 @@
+// Where the locks lie, and the guards that hold them. See docs/locking.md.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+#include "dbase/dbf/schema.h"
+#include "dbase/system/file.h"
+
+namespace dbase {
+
+/// Byte offsets of the dBase scheme, far beyond the data, so that locked records stay readable.
+namespace lock_offset {
+inline constexpr std::uint64_t header = 0xEFFFFFFE;
+inline constexpr std::uint64_t append = 0xEFFFFFFF;
+inline constexpr std::uint64_t presence = 0xF0000010; // ours: no other program looks at these
+inline constexpr std::uint64_t opening = 0xF0000011;
+inline constexpr std::uint64_t exchange = 0xF0000012;
+} // namespace lock_offset
+
+[[nodiscard]] constexpr LockRange recordLock(RecordNumber record) {
+    return {lock_offset::header - record, 1};
+}
+/// On the .MDX (on the .DBF of a table without one): the whole structure.
+inline constexpr LockRange structureLock{lock_offset::header, 1};
+/// On the .DBF while a record is added: header and append byte in one.
+inline constexpr LockRange appendLock{lock_offset::header, 2};
+
+/// Every lock of an open file; letting go of all is cheaper for the system where there is only one.
+inline constexpr LockRange everyLock{0, 0};
+/// On the .DBF: header, append and every record byte, as the dBase family locks a whole table.
+inline constexpr LockRange wholeTableLock{lock_offset::header - 1'000'000'000, 1'000'000'002};
+/// On the .DBF, shared by everybody who has the table open, exclusive while its files are replaced.
+inline constexpr LockRange presenceLock{lock_offset::presence, 1};
+/// On the .DBF, while a program opens the table and, when it is alone, redoes what the last ones left behind.
+inline constexpr LockRange openingLock{lock_offset::opening, 1};
+
+/// On the .DBF and the journal of a network folder, shared: taken and let go inside the structure lock, it
+/// makes this machine look at the server's bytes anew and send its own.
+inline constexpr LockRange exchangeLock{lock_offset::exchange, 1};
+
+/// How long a structure lock may keep an operation waiting before it fails with Error(LockTimeout).
+[[nodiscard]] std::chrono::milliseconds lockPatience();
+void setLockPatience(std::chrono::milliseconds patience);
+
+/// Takes a lock, waiting at most lockPatience(). Errors: Error(LockTimeout).
+void holdLock(File& file, LockRange range, LockKind kind);
+
+/// Holds one byte-range lock for a block.
+class FileLock {
+public:
+    struct AlreadyHeld {};
+    static constexpr AlreadyHeld alreadyHeld{};
+
+    /// As holdLock().
+    FileLock(File& file, LockRange range, LockKind kind) : file_(file), range_(range) {
+        holdLock(file, range, kind);
+    }
+    /// Takes over a lock that the caller got from tryLock().
+    FileLock(File& file, LockRange range, AlreadyHeld) : file_(file), range_(range) {}
+    ~FileLock() { file_.unlock(range_); }
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+
+private:
+    File& file_;
+    LockRange range_;
+};
+
+/// Holds the structure lock of one open table for a block. Locks belong to the open file: a second one of the
+/// same opening would change the first and its end would drop both, so the holders of one opening are counted
+/// here.
+class StructureLock {
+public:
+    struct Holders {
+        unsigned readers = 0;
+        bool isChanging = false;
+        LockRange release = structureLock; // what is let go at the end
+        File* exchanged = nullptr;         // another file on a network folder that goes with this one
+    };
+
+    /// Readers go together; whoever reads or changes while a change of the same opening is under way (a
+    /// progress callback, say) gets Error(LockTimeout) at once.
+    StructureLock(File& file, Holders& holders, LockKind kind);
+    ~StructureLock();
+    StructureLock(const StructureLock&) = delete;
+    StructureLock& operator=(const StructureLock&) = delete;
+
+private:
+    File& file_;
+    Holders& holders_;
+    LockKind kind_;
+};
+
+} // namespace dbase

@@ -1,0 +1,140 @@
+#include "dbase/mdx/key_sorter.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "dbase/system/bytes.h"
+#include "dbase/system/error.h"
+#include "dbase/system/system_reason.h"
+
+namespace dbase {
+
+// A sorted run in a temporary file that the system removes by itself.
+struct KeySorter::Run {
+    explicit Run(std::size_t itemSize) : file(std::tmpfile()), current(itemSize) {
+        if (file == nullptr) {
+            throw Error(ErrorCode::Io, {},
+                        std::string("no se puede crear un fichero temporal: ") + systemReason(errno));
+        }
+        std::setvbuf(file, nullptr, _IOFBF, std::size_t{1} << 18);
+    }
+    ~Run() { std::fclose(file); }
+    Run(const Run&) = delete;
+    Run& operator=(const Run&) = delete;
+
+    void put(const char* item) {
+        if (std::fwrite(item, current.size(), 1, file) != 1) {
+            throw Error(ErrorCode::DiskFull, {},
+                        "no hay espacio para los ficheros temporales de la ordenación");
+        }
+    }
+    void rewind() {
+        if (std::fflush(file) != 0 || std::fseek(file, 0, SEEK_SET) != 0) {
+            throw Error(ErrorCode::DiskFull, {},
+                        "no hay espacio para los ficheros temporales de la ordenación");
+        }
+    }
+    bool advance() {
+        if (std::fread(current.data(), current.size(), 1, file) == 1) {
+            return true;
+        }
+        if (std::ferror(file) != 0) { // taken for the end it would lose keys
+            throw Error(ErrorCode::Io, {}, "no se pueden releer los ficheros temporales de la ordenación");
+        }
+        return false;
+    }
+
+    std::FILE* file;
+    std::vector<char> current;
+};
+
+KeySorter::KeySorter(KeyOrder order, std::size_t keyLength, std::size_t expected, std::size_t memory)
+    : order_(order), keyLength_(keyLength), itemSize_(keyLength + 4),
+      memory_(std::max(memory, itemSize_ * 4)),
+      byPrefix_(order.type() == KeyType::Character && !order.isCollated() && !order.isDescending()) {
+    items_.reserve(std::min(memory_, expected * itemSize_));
+}
+
+KeySorter::~KeySorter() = default;
+
+void KeySorter::add(std::string_view key, RecordNumber record) {
+    if (items_.size() + itemSize_ > memory_) {
+        spill();
+    }
+    const std::size_t at = items_.size();
+    items_.resize(at + itemSize_);
+    std::memcpy(items_.data() + at, key.data(), keyLength_);
+    store32(items_.data() + at + keyLength_, record);
+}
+
+bool KeySorter::comesBefore(const char* a, const char* b) const {
+    const int order = order_.compare({a, keyLength_}, {b, keyLength_});
+    return order != 0 ? order < 0 : load32(a + keyLength_) < load32(b + keyLength_);
+}
+
+std::vector<KeySorter::Handle> KeySorter::sorted() const {
+    std::vector<Handle> handles(items_.size() / itemSize_);
+    for (std::size_t i = 0; i < handles.size(); ++i) {
+        std::uint64_t prefix = 0;
+        if (byPrefix_) {
+            std::memcpy(&prefix, item(i), std::min<std::size_t>(keyLength_, 8));
+            prefix = __builtin_bswap64(prefix);
+        }
+        handles[i] = {prefix, static_cast<std::uint32_t>(i)};
+    }
+    std::sort(handles.begin(), handles.end(), [this](const Handle& a, const Handle& b) {
+        return a.prefix != b.prefix ? a.prefix < b.prefix : comesBefore(item(a.item), item(b.item));
+    });
+    return handles;
+}
+
+void KeySorter::spill() {
+    auto run = std::make_unique<Run>(itemSize_);
+    for (const Handle& handle : sorted()) {
+        run->put(item(handle.item));
+    }
+    run->rewind();
+    runs_.push_back(std::move(run));
+    items_.clear();
+}
+
+void KeySorter::deliver(const Receiver& receiver) {
+    if (!runs_.empty()) {
+        merge(receiver);
+        return;
+    }
+    for (const Handle& handle : sorted()) {
+        const char* at = item(handle.item);
+        receiver({at, keyLength_}, load32(at + keyLength_));
+    }
+}
+
+void KeySorter::merge(const Receiver& receiver) {
+    if (!items_.empty()) {
+        spill();
+    }
+    items_.shrink_to_fit();
+    std::vector<Run*> heap;
+    for (const auto& run : runs_) {
+        if (run->advance()) {
+            heap.push_back(run.get());
+        }
+    }
+    const auto later = [this](const Run* a, const Run* b) {
+        return comesBefore(b->current.data(), a->current.data());
+    };
+    std::make_heap(heap.begin(), heap.end(), later);
+    while (!heap.empty()) {
+        std::pop_heap(heap.begin(), heap.end(), later);
+        Run* run = heap.back();
+        receiver({run->current.data(), keyLength_}, load32(run->current.data() + keyLength_));
+        if (run->advance()) {
+            std::push_heap(heap.begin(), heap.end(), later);
+        } else {
+            heap.pop_back();
+        }
+    }
+}
+
+} // namespace dbase

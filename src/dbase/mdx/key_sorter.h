@@ -1,0 +1,50 @@
+// Sorting the keys of a whole table, in memory as long as they are few, through temporary files beyond.
+#pragma once
+
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "dbase/dbf/schema.h"
+#include "dbase/mdx/key.h"
+
+namespace dbase {
+
+/// Takes (key, record) pairs in any order and gives them back in the tag's order, equal keys by record
+/// number.
+class KeySorter {
+public:
+    using Receiver = std::function<void(std::string_view key, RecordNumber record)>;
+
+    /// `expected`: how many pairs come, roughly. `memory`: bytes that may be held before a sorted run goes to
+    /// a temporary file.
+    KeySorter(KeyOrder order, std::size_t keyLength, std::size_t expected,
+              std::size_t memory = std::size_t{128} << 20);
+    ~KeySorter();
+
+    void add(std::string_view key, RecordNumber record);
+    void deliver(const Receiver& receiver);
+
+private:
+    struct Run;
+    struct Handle {
+        std::uint64_t prefix; // first bytes of the key, so that most comparisons touch nothing else
+        std::uint32_t item;
+    };
+
+    [[nodiscard]] const char* item(std::size_t i) const { return items_.data() + i * itemSize_; }
+    [[nodiscard]] bool comesBefore(const char* a, const char* b) const;
+    [[nodiscard]] std::vector<Handle> sorted() const;
+    void spill();
+    void merge(const Receiver& receiver);
+
+    KeyOrder order_;
+    std::size_t keyLength_, itemSize_, memory_;
+    bool byPrefix_;
+    std::vector<char> items_; // key, record number
+    std::vector<std::unique_ptr<Run>> runs_;
+};
+
+} // namespace dbase

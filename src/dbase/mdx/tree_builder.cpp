@@ -1,0 +1,124 @@
+#include "dbase/mdx/tree_builder.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "dbase/mdx/index_layout.h"
+#include "dbase/system/bytes.h"
+#include "dbase/system/error.h"
+
+namespace dbase {
+
+namespace {
+constexpr std::size_t pendingBytes = std::size_t{1} << 20;
+}
+
+BlockWriter::BlockWriter(IndexFile& index) : index_(index), next_(mdx::firstBlock) {
+    for (const Tag& tag : index.tags()) {
+        headers_.push_back(tag.headerPage);
+    }
+    std::sort(headers_.begin(), headers_.end());
+}
+
+PageNumber BlockWriter::put(std::span<const char> block) {
+    const PageNumber pages = index_.blockPages();
+    for (const PageNumber header : headers_) {
+        if (next_ < header + pages && header < next_ + pages) {
+            flush();
+            next_ = header + pages;
+        }
+    }
+    if (pending_.empty()) {
+        pendingStart_ = next_;
+    }
+    pending_.insert(pending_.end(), block.begin(), block.end());
+    const PageNumber page = next_;
+    next_ += pages;
+    if (std::uint64_t{next_} * pageBytes >= maxFileSize) {
+        throw Error(ErrorCode::TooLarge, index_.path(), "el índice llegaría a 2 GiB");
+    }
+    if (pending_.size() >= pendingBytes) {
+        flush();
+    }
+    return page;
+}
+
+void BlockWriter::flush() {
+    if (!pending_.empty()) {
+        index_.file().write(std::uint64_t{pendingStart_} * pageBytes, pending_);
+        pending_.clear();
+    }
+}
+
+PageNumber BlockWriter::end() const {
+    const PageNumber lastHeader = headers_.empty() ? 0 : headers_.back() + index_.blockPages();
+    return std::max({next_, lastHeader, mdx::firstBlock});
+}
+
+TreeBuilder::TreeBuilder(IndexFile& index, const Tag& tag, BlockWriter& blocks)
+    : tag_(tag), blocks_(blocks), block_(index.blockSize()) {}
+
+void TreeBuilder::add(std::string_view key, RecordNumber record) {
+    // One entry in eight stays free, so that the first additions do not split every leaf they touch.
+    if (count_ >= tag_.maxKeys - tag_.maxKeys / 8U) {
+        closeLeaf();
+    }
+    char* item = block_.data() + mdx::items + std::size_t{count_} * tag_.itemLength;
+    store32(item, record);
+    std::memcpy(item + mdx::itemKey, key.data(), tag_.keyLength);
+    ++count_;
+}
+
+void TreeBuilder::closeLeaf() {
+    store32(block_.data() + mdx::keyCount, count_);
+    std::string lastKey;
+    if (count_ > 0) {
+        lastKey.assign(block_.data() + mdx::items + std::size_t{count_ - 1} * tag_.itemLength + mdx::itemKey,
+                       tag_.keyLength);
+    }
+    children_.push_back({blocks_.put(block_), std::move(lastKey)});
+    ++blockCount_;
+    std::fill(block_.begin(), block_.end(), '\0');
+    count_ = 0;
+}
+
+PageNumber TreeBuilder::putInner(std::span<const Child> children) {
+    std::vector<char> block(block_.size());
+    const std::size_t separators = children.size() - 1;
+    store32(block.data() + mdx::keyCount, static_cast<std::uint32_t>(separators));
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        char* item = block.data() + mdx::items + i * tag_.itemLength;
+        store32(item, children[i].page);
+        if (i < separators) {
+            std::memcpy(item + mdx::itemKey, children[i].lastKey.data(), tag_.keyLength);
+        }
+    }
+    ++blockCount_;
+    return blocks_.put(block);
+}
+
+TreeRoot TreeBuilder::finish() {
+    TreeRoot root;
+    root.holdsKeys = count_ > 0; // a leaf is closed only when the next entry comes
+    closeLeaf();
+    root.firstLeaf = children_.front().page;
+    root.lastLeaf = children_.back().page;
+    const std::size_t most = tag_.maxKeys; // children of an inner block: one more than its separators
+    while (children_.size() > 1) {
+        // Evenly, so that no inner block is left with a single child.
+        const std::size_t blocks = (children_.size() + most - 1) / most;
+        std::vector<Child> above;
+        std::size_t from = 0;
+        for (std::size_t i = 0; i < blocks; ++i) {
+            const std::size_t to = children_.size() * (i + 1) / blocks;
+            const std::span<const Child> part(children_.data() + from, to - from);
+            above.push_back({putInner(part), part.back().lastKey});
+            from = to;
+        }
+        children_ = std::move(above);
+    }
+    root.root = children_.front().page;
+    return root;
+}
+
+} // namespace dbase

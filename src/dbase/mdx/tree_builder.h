@@ -1,0 +1,59 @@
+// Rebuilding the trees of an index from sorted keys, bottom up and in one pass over the file.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "dbase/mdx/index_file.h"
+
+namespace dbase {
+
+/// Hands out the blocks of an index from the first one on, leaving the tag headers where they are: the
+/// definitions of the tags stay readable whatever happens meanwhile. Blocks are written behind one another in
+/// large pieces.
+class BlockWriter {
+public:
+    explicit BlockWriter(IndexFile& index);
+
+    /// Takes the next block; its bytes are written with the ones around it.
+    PageNumber put(std::span<const char> block);
+    void flush();
+    /// First page behind everything used, tag headers included.
+    [[nodiscard]] PageNumber end() const;
+
+private:
+    IndexFile& index_;
+    std::vector<PageNumber> headers_; // sorted
+    PageNumber next_;
+    std::vector<char> pending_;
+    PageNumber pendingStart_ = 0;
+};
+
+/// Takes one tag's entries in order and writes its tree.
+class TreeBuilder {
+public:
+    TreeBuilder(IndexFile& index, const Tag& tag, BlockWriter& blocks);
+
+    void add(std::string_view key, RecordNumber record);
+    /// Writes what is left and the inner blocks. The root goes into the tag's header by the caller.
+    [[nodiscard]] TreeRoot finish();
+    /// Blocks written, for the size that the tag's header keeps.
+    [[nodiscard]] std::uint32_t blockCount() const { return blockCount_; }
+
+private:
+    struct Child {
+        PageNumber page;
+        std::string lastKey;
+    };
+    void closeLeaf();
+    [[nodiscard]] PageNumber putInner(std::span<const Child> children);
+
+    const Tag& tag_;
+    BlockWriter& blocks_;
+    std::vector<char> block_;
+    std::uint32_t count_ = 0;
+    std::uint32_t blockCount_ = 0;
+    std::vector<Child> children_;
+};
+
+} // namespace dbase

@@ -1,0 +1,93 @@
+#include "dbase/system/databases.h"
+
+#include <cerrno>
+#include <cstring>
+#include <map>
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include "dbase/system/error.h"
+#include "dbase/system/names.h"
+#include "dbase/system/paths.h"
+#include "dbase/system/system_reason.h"
+
+namespace dbase {
+
+namespace {
+
+std::map<std::string, std::string>& folders() {
+    static std::map<std::string, std::string> known;
+    return known;
+}
+
+bool isFile(const std::string& path) {
+    struct stat status = {};
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// The entry of a folder with this name in whatever letter case; of several, the first in byte order.
+std::optional<std::string> findIgnoringCase(const std::string& folder, const std::string& name) {
+    if (isFile(folder + '/' + name)) {
+        return folder + '/' + name;
+    }
+    DIR* directory = opendir(folder.c_str());
+    if (directory == nullptr) {
+        throw Error(errno == EACCES ? ErrorCode::AccessDenied : ErrorCode::NotFound, folder,
+                    std::string("no se puede abrir la carpeta: ") + systemReason(errno));
+    }
+    const std::string wanted = upperName(name);
+    std::optional<std::string> best;
+    while (const dirent* entry = readdir(directory)) {
+        const std::string candidate = entry->d_name;
+        if (candidate.size() == wanted.size() && upperName(candidate) == wanted &&
+            (!best || candidate < *best) && isFile(folder + '/' + candidate)) {
+            best = candidate;
+        }
+    }
+    closedir(directory);
+    return best ? std::optional(folder + '/' + *best) : std::nullopt;
+}
+
+} // namespace
+
+void setDatabaseFolder(std::string_view name, std::string folder) {
+    while (folder.size() > 1 && folder.back() == '/') {
+        folder.pop_back();
+    }
+    if (folder.empty()) {
+        folders().erase(upperName(name));
+    } else {
+        folders()[upperName(name)] = std::move(folder);
+    }
+}
+
+std::string databaseFolder(std::string_view name) {
+    const auto found = folders().find(upperName(name));
+    if (found == folders().end()) {
+        throw Error(ErrorCode::NotFound, {}, "no se conoce la base de datos \"" + std::string(name) + "\"");
+    }
+    return found->second;
+}
+
+std::optional<std::string> findTableFile(const std::string& folder, std::string_view table) {
+    std::string name(table);
+    if (name.empty()) {
+        return std::nullopt;
+    }
+    if (name.size() < 4 || upperName(std::string_view(name).substr(name.size() - 4)) != ".DBF") {
+        name += ".DBF";
+    }
+    if (name.find('/') != std::string::npos || name.find('\0') != std::string::npos) {
+        return std::nullopt; // a table name never leads out of its folder
+    }
+    return findIgnoringCase(folder, name);
+}
+
+std::optional<std::string> findIndexFile(const std::string& tableFile) {
+    const std::size_t slash = tableFile.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : tableFile.substr(0, slash);
+    return findIgnoringCase(folder.empty() ? "/" : folder, baseName(tableFile) + ".MDX");
+}
+
+} // namespace dbase

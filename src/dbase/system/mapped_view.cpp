@@ -1,0 +1,115 @@
+#include "dbase/system/mapped_view.h"
+
+#include <array>
+#include <csignal>
+#include <cstdint>
+#include <mutex>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace dbase {
+
+namespace {
+
+// What the signal handler knows of a view. Plain lock-free words: a handler may take no lock.
+struct Slot {
+    std::atomic<std::uintptr_t> begin{0};
+    std::atomic<std::uintptr_t> end{0};
+    std::atomic<bool> torn{false};
+};
+static_assert(std::atomic<std::uintptr_t>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
+
+constexpr std::size_t slotCount = 1024;
+std::array<Slot, slotCount> slots;
+struct sigaction previousAction;
+std::uintptr_t pageSize = 4096;
+
+void passOn(int signal, siginfo_t* info, void* context) {
+    if ((previousAction.sa_flags & SA_SIGINFO) != 0) {
+        previousAction.sa_sigaction(signal, info, context);
+    } else if (previousAction.sa_handler != SIG_DFL && previousAction.sa_handler != SIG_IGN) {
+        previousAction.sa_handler(signal);
+    } else {
+        sigaction(signal, &previousAction, nullptr); // the fault comes again and takes its usual course
+    }
+}
+
+void onBusError(int signal, siginfo_t* info, void* context) {
+    const auto address = reinterpret_cast<std::uintptr_t>(info->si_addr);
+    for (Slot& slot : slots) {
+        const std::uintptr_t begin = slot.begin.load(std::memory_order_relaxed);
+        if (begin == 0 || address < begin || address >= slot.end.load(std::memory_order_relaxed)) {
+            continue;
+        }
+        void* page = reinterpret_cast<void*>(address & ~(pageSize - 1));
+        if (mmap(page, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0) != MAP_FAILED) {
+            slot.torn.store(true, std::memory_order_relaxed);
+            return;
+        }
+    }
+    passOn(signal, info, context);
+}
+
+void installHandler() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        pageSize = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+        struct sigaction action = {};
+        action.sa_sigaction = onBusError;
+        action.sa_flags = SA_SIGINFO | SA_NODEFER;
+        sigemptyset(&action.sa_mask);
+        sigaction(SIGBUS, &action, &previousAction);
+    });
+}
+
+int takeSlot(std::uintptr_t begin, std::uintptr_t end) {
+    for (std::size_t i = 0; i < slotCount; ++i) {
+        std::uintptr_t expected = 0;
+        if (slots[i].begin.load(std::memory_order_relaxed) == 0) {
+            slots[i].torn.store(false, std::memory_order_relaxed);
+            slots[i].end.store(end, std::memory_order_relaxed);
+            if (slots[i].begin.compare_exchange_strong(expected, begin)) {
+                return static_cast<int>(i);
+            }
+        }
+    }
+    return -1;
+}
+
+} // namespace
+
+MappedView::MappedView(int descriptor, std::size_t length) : descriptor_(descriptor), length_(length) {
+    installHandler();
+    void* address = mmap(nullptr, length_, PROT_READ, MAP_SHARED, descriptor_, 0);
+    if (address == MAP_FAILED) {
+        return;
+    }
+    const auto begin = reinterpret_cast<std::uintptr_t>(address);
+    slot_ = takeSlot(begin, begin + length_);
+    if (slot_ < 0) { // unguarded views are not worth their risk
+        munmap(address, length_);
+        return;
+    }
+    data_ = static_cast<char*>(address);
+}
+
+MappedView::~MappedView() {
+    if (data_ != nullptr) {
+        slots[static_cast<std::size_t>(slot_)].begin.store(0);
+        munmap(data_, length_);
+    }
+}
+
+bool MappedView::isTorn() const {
+    return slot_ >= 0 && slots[static_cast<std::size_t>(slot_)].torn.load(std::memory_order_relaxed);
+}
+
+void MappedView::renew() {
+    if (data_ != nullptr &&
+        mmap(data_, length_, PROT_READ, MAP_SHARED | MAP_FIXED, descriptor_, 0) != MAP_FAILED) {
+        slots[static_cast<std::size_t>(slot_)].torn.store(false, std::memory_order_relaxed);
+    }
+}
+
+} // namespace dbase

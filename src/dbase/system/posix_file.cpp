@@ -1,0 +1,197 @@
+// Files of the disk: positioned system calls, open-file-description locks, a guarded memory view.
+
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+#include "dbase/system/error.h"
+#include "dbase/system/file.h"
+#include "dbase/system/mapped_view.h"
+#include "dbase/system/system_reason.h"
+
+namespace dbase {
+
+namespace {
+
+[[noreturn]] void raise(const std::string& path, const char* action) {
+    const int number = errno;
+    ErrorCode code = ErrorCode::Io;
+    std::string advice;
+    if (number == ENOENT || number == ENOTDIR) {
+        code = ErrorCode::NotFound;
+    } else if (number == EACCES || number == EPERM || number == EROFS) {
+        code = ErrorCode::AccessDenied;
+    } else if (number == ENOSPC || number == EDQUOT || number == EFBIG) {
+        code = ErrorCode::DiskFull;
+        advice = "; libere espacio y repita la operación";
+    }
+    throw Error(code, path, std::string(action) + ": " + systemReason(number) + advice);
+}
+
+bool liesElsewhere(int descriptor) {
+    constexpr long cifs = 0xFF534D42; // not in every version of the system's header
+    struct statfs system = {};
+    if (fstatfs(descriptor, &system) != 0) {
+        return false;
+    }
+    const auto type = static_cast<long>(static_cast<unsigned int>(system.f_type));
+    return type == NFS_SUPER_MAGIC || type == SMB_SUPER_MAGIC || type == SMB2_SUPER_MAGIC || type == cifs ||
+           type == FUSE_SUPER_MAGIC || type == V9FS_MAGIC || type == AFS_SUPER_MAGIC ||
+           type == CEPH_SUPER_MAGIC;
+}
+
+struct flock requestOf(LockRange range, short type) {
+    struct flock request = {};
+    request.l_type = type;
+    request.l_whence = SEEK_SET;
+    request.l_start = static_cast<off_t>(range.offset);
+    request.l_len = static_cast<off_t>(range.length);
+    return request;
+}
+
+class PosixFile final : public File {
+public:
+    PosixFile(std::string path, int descriptor, bool writable)
+        : path_(std::move(path)), descriptor_(descriptor), writable_(writable),
+          remote_(liesElsewhere(descriptor)), view_(descriptor, maxFileSize) {}
+    ~PosixFile() override { ::close(descriptor_); }
+
+    const std::string& path() const override { return path_; }
+    bool isWritable() const override { return writable_; }
+    bool isRemote() const override { return remote_; }
+
+    std::uint64_t size() const override {
+        struct stat status = {};
+        if (fstat(descriptor_, &status) != 0) {
+            raise(path_, "no se puede leer el tamaño");
+        }
+        return static_cast<std::uint64_t>(status.st_size);
+    }
+
+    void read(std::uint64_t offset, std::span<char> bytes) const override {
+        while (!bytes.empty()) {
+            const ssize_t got = pread(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+            if (got < 0 && errno == EINTR) {
+                continue;
+            }
+            if (got < 0) {
+                raise(path_, "no se puede leer");
+            }
+            if (got == 0) {
+                throw Error(ErrorCode::Io, path_,
+                            "el fichero termina antes de lo esperado (posición " + std::to_string(offset) +
+                                ")");
+            }
+            bytes = bytes.subspan(static_cast<std::size_t>(got));
+            offset += static_cast<std::uint64_t>(got);
+        }
+    }
+
+    void write(std::uint64_t offset, std::span<const char> bytes) override {
+        while (!bytes.empty()) {
+            const ssize_t put = pwrite(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+            if (put < 0 && errno == EINTR) {
+                continue;
+            }
+            if (put < 0) {
+                raise(path_, "no se puede escribir");
+            }
+            bytes = bytes.subspan(static_cast<std::size_t>(put));
+            offset += static_cast<std::uint64_t>(put);
+        }
+    }
+
+    void resize(std::uint64_t size) override {
+        if (ftruncate(descriptor_, static_cast<off_t>(size)) != 0) {
+            raise(path_, "no se puede cambiar el tamaño");
+        }
+    }
+
+    void sync() override {
+        if (fdatasync(descriptor_) != 0) {
+            raise(path_, "no se puede asegurar en el disco");
+        }
+    }
+
+    const char* view() const override { return view_.data(); }
+    bool viewIsTorn() const override { return view_.isTorn(); }
+    void renewView() override { view_.renew(); }
+
+    bool tryLock(LockRange range, LockKind kind) override {
+        struct flock request = requestOf(range, kind == LockKind::Shared ? F_RDLCK : F_WRLCK);
+        while (fcntl(descriptor_, F_OFD_SETLK, &request) != 0) {
+            if (errno == EAGAIN || errno == EACCES) {
+                return false;
+            }
+            if (errno != EINTR) {
+                raise(path_, "no se puede bloquear");
+            }
+        }
+        return true;
+    }
+
+    void unlock(LockRange range) noexcept override {
+        struct flock request = requestOf(range, F_UNLCK);
+        while (fcntl(descriptor_, F_OFD_SETLK, &request) != 0 && errno == EINTR) {
+        }
+    }
+
+    bool isLockedByOthers(LockRange range) const override {
+        struct flock request = requestOf(range, F_WRLCK);
+        if (fcntl(descriptor_, F_OFD_GETLK, &request) != 0) {
+            raise(path_, "no se pueden consultar los bloqueos");
+        }
+        return request.l_type != F_UNLCK;
+    }
+
+private:
+    std::string path_;
+    int descriptor_;
+    bool writable_, remote_;
+    MappedView view_;
+};
+
+} // namespace
+
+std::unique_ptr<File> openFile(const std::string& path, OpenMode mode) {
+    int flags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK; // a pipe in the place of a table must not block
+    if (mode == OpenMode::ReadOnly) {
+        flags |= O_RDONLY;
+    } else {
+        flags |= mode == OpenMode::Create ? O_RDWR | O_CREAT | O_TRUNC : O_RDWR;
+    }
+    const int descriptor = ::open(path.c_str(), flags, 0666);
+    if (descriptor < 0) {
+        raise(path, "no se puede abrir");
+    }
+    struct stat status = {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(descriptor);
+        throw Error(ErrorCode::BadTable, path, "no es un fichero de datos");
+    }
+    return std::make_unique<PosixFile>(path, descriptor, mode != OpenMode::ReadOnly);
+}
+
+void syncFolderOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    if (const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); descriptor >= 0) {
+        static_cast<void>(fsync(descriptor));
+        ::close(descriptor);
+    }
+}
+
+std::string fileIdentity(const std::string& path) {
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0) {
+        raise(path, "no se puede abrir");
+    }
+    return std::to_string(status.st_dev) + ':' + std::to_string(status.st_ino);
+}
+
+} // namespace dbase

@@ -1,0 +1,122 @@
+#include "dbase/table/bulk_loader.h"
+
+#include <optional>
+#include <utility>
+
+#include "dbase/dbf/dates.h"
+#include "dbase/system/error.h"
+#include "dbase/system/paths.h"
+#include "dbase/table/table.h"
+#include "dbase/table/table_definition.h"
+#include "dbase/table/table_replacement.h"
+
+namespace dbase {
+
+namespace {
+constexpr std::size_t pendingBytes = std::size_t{1} << 20;
+} // namespace
+
+struct BulkLoader::State {
+    std::shared_ptr<Table> table; // the one added to, or the new one
+    std::optional<TableReplacement> replacement;
+    std::optional<StructureLock> lock;
+    std::optional<FileLock> appending;
+    std::uint32_t countBefore = 0;
+    std::uint32_t added = 0;
+    std::vector<char> pending;
+    char firstMark = ' '; // of the first row; the file keeps its end mark in that place until all are there
+    bool finished = false;
+
+    void flush() {
+        if (!pending.empty()) {
+            TableFile& records = table->lockedRecords();
+            const auto rows = static_cast<RecordNumber>(pending.size() / table->schema().recordLength);
+            if (rows == added) {
+                firstMark = std::exchange(pending.front(), endMark);
+            }
+            records.writeBehind(countBefore + added - rows + 1, pending);
+            pending.clear();
+        }
+    }
+};
+
+namespace {
+
+// An empty table with the columns and tags of another one, in the files that are to replace it.
+std::shared_ptr<Table> makeTwin(const Table& old, const TableReplacement& files) {
+    std::vector<TagDefinition> tags;
+    if (old.index() != nullptr) {
+        for (const Tag& tag : old.index()->tags()) {
+            tags.push_back(tag.definition);
+        }
+    }
+    std::unique_ptr<File> table = openFile(files.newTableFile(), OpenMode::Create);
+    std::unique_ptr<File> index = tags.empty() ? nullptr : openFile(files.newIndexFile(), OpenMode::Create);
+    writeEmptyTable(*table, index.get(), old.schema(), baseName(old.path()), tags);
+    return std::make_shared<Table>(std::move(table), std::move(index));
+}
+
+} // namespace
+
+BulkLoader::BulkLoader(const std::string& tableFile, Mode mode) : state_(std::make_unique<State>()) {
+    state_->table = Table::open(tableFile);
+    if (state_->table->isReadOnly()) {
+        throw Error(ErrorCode::ReadOnly, tableFile, "sólo se puede leer: " + state_->table->readOnlyReason());
+    }
+    if (mode == Mode::Replace) {
+        const std::shared_ptr<Table> old = std::move(state_->table);
+        if (old.use_count() > 1) {
+            throw Error(ErrorCode::LockTimeout, tableFile,
+                        "la tabla está abierta; ciérrela para poder sustituirla");
+        }
+        old->leave(); // our own opening must not count as somebody else's
+        state_->replacement.emplace(tableFile);
+        state_->table = makeTwin(*old, *state_->replacement);
+    }
+    Table& table = *state_->table;
+    state_->lock.emplace(table.structureFile(), table.structureHolders(), LockKind::Exclusive);
+    state_->appending.emplace(table.lockedRecords().file(), table.appendRange(), LockKind::Exclusive);
+    table.beginJournal();
+    state_->countBefore = table.records().recordCount();
+}
+
+BulkLoader::~BulkLoader() {
+    if (!state_->finished && !state_->replacement && state_->added > 0) {
+        try {
+            state_->table->withdrawLocked(state_->countBefore);
+        } catch (...) {
+            // The rows do not count; the next one that adds a record writes over them.
+        }
+    }
+}
+
+const Schema& BulkLoader::schema() const { return state_->table->schema(); }
+
+void BulkLoader::add(std::span<const char> record) {
+    if (record.size() != schema().recordLength) {
+        throw Error(ErrorCode::BadValue, state_->table->path(),
+                    "el registro no tiene la longitud de la tabla");
+    }
+    state_->pending.insert(state_->pending.end(), record.begin(), record.end());
+    ++state_->added;
+    if (state_->pending.size() >= pendingBytes) {
+        state_->flush();
+    }
+}
+
+void BulkLoader::finish(const Progress& progress) {
+    state_->flush();
+    Table& table = *state_->table;
+    if (state_->added > 0) {
+        table.addLocked(state_->countBefore + state_->added, state_->firstMark, progress);
+    }
+    table.syncFiles();
+    if (state_->replacement) {
+        state_->replacement->commit(table.index() != nullptr);
+    }
+    state_->finished = true;
+    state_->appending.reset();
+    state_->lock.reset();
+}
+
+} // namespace dbase

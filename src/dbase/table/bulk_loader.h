@@ -1,0 +1,35 @@
+// Loading many rows at once: records first, tags rebuilt once at the end.
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+
+#include "AmbrelExport.h"
+#include "dbase/dbf/schema.h"
+#include "dbase/system/progress.h"
+
+namespace dbase {
+
+/// Adds rows to a table under its exclusive lock. Nothing becomes visible before finish(); without finish()
+/// (an error, a crash) the table is as it was. Errors: Error.
+class AMBREL_EXPORT BulkLoader {
+public:
+    enum class Mode { Append, Replace };
+
+    BulkLoader(const std::string& tableFile, Mode mode);
+    ~BulkLoader();
+    BulkLoader(const BulkLoader&) = delete;
+    BulkLoader& operator=(const BulkLoader&) = delete;
+
+    [[nodiscard]] const Schema& schema() const;
+    /// One record, recordLength bytes, deletion mark included.
+    void add(std::span<const char> record);
+    void finish(const Progress& progress = {});
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace dbase

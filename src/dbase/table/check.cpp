@@ -1,0 +1,219 @@
+#include "dbase/table/check.h"
+
+#include <algorithm>
+
+#include "dbase/dbf/codec.h"
+#include "dbase/lock/locks.h"
+#include "dbase/mdx/index_layout.h"
+#include "dbase/system/bytes.h"
+#include "dbase/system/databases.h"
+#include "dbase/system/error.h"
+#include "dbase/table/check_report.h"
+#include "dbase/table/check_tree.h"
+
+namespace dbase {
+
+namespace {
+
+void checkSize(const TableFile& records, CheckReport& report) {
+    const std::uint64_t size = records.file().size();
+    const std::uint64_t announced = records.announcedCount();
+    const std::uint64_t needed =
+        records.schema().headerLength + announced * std::uint64_t{records.schema().recordLength};
+    if (size < needed) {
+        report.add(records.path(), "cabecera",
+                   "dice " + std::to_string(announced) + " registros y en el fichero caben " +
+                       std::to_string(records.recordCount()));
+    } else if (size > needed + 1) {
+        report.add(records.path(), "final", "sobran " + std::to_string(size - needed - 1) + " bytes");
+    }
+}
+
+bool isBlank(std::string_view raw) {
+    return raw.find_first_not_of(std::string_view(" \0", 2)) == std::string_view::npos;
+}
+
+bool isPlausible(std::string_view raw, const Column& column) {
+    if (isBlank(raw)) {
+        return true;
+    }
+    switch (column.type) {
+    case ColumnType::Numeric:
+    case ColumnType::Float:
+        return decodeNumber(raw) || raw.find_first_not_of('*') == std::string_view::npos;
+    case ColumnType::Logical:
+        return decodeLogical(raw) || raw == "?";
+    case ColumnType::Date:
+        return decodeDate(raw) || raw == "00000000";
+    case ColumnType::Character:
+    case ColumnType::Memo:
+        break;
+    }
+    return true;
+}
+
+void checkRecords(const TableFile& records, CheckReport& report, const Progress& progress) {
+    const RecordNumber count = records.recordCount();
+    for (RecordNumber number = 1; number <= count && !report.isFull(); ++number) {
+        const RecordView record = records.record(number);
+        const char mark = record.bytes[0];
+        if (mark != ' ' && mark != '*' && mark != endMark) { // another engine's packing leaves one there
+            report.add(records.path(), "registro " + std::to_string(number),
+                       "la marca de borrado no es ' ' ni '*'");
+        }
+        for (const Column& column : records.schema().columns) {
+            if (!isPlausible(record.raw(column), column)) {
+                report.add(records.path(), "registro " + std::to_string(number) + ", columna " + column.name,
+                           "el contenido no es del tipo de la columna");
+            }
+        }
+        if (progress && number % 65536 == 0) {
+            progress(number, count);
+        }
+    }
+}
+
+// First byte in which stored bytes differ from the ones that we would write; the size when there is none.
+std::size_t firstDifference(std::span<const char> stored, std::span<const char> fresh,
+                            std::initializer_list<std::pair<std::size_t, std::size_t>> ignored) {
+    for (std::size_t i = 0; i < fresh.size(); ++i) {
+        const bool counts = std::none_of(ignored.begin(), ignored.end(), [&](const auto& range) {
+            return i >= range.first && i < range.first + range.second;
+        });
+        if (counts && stored[i] != fresh[i]) {
+            return i;
+        }
+    }
+    return fresh.size();
+}
+
+// What nobody but us wrote must be as we write it, to the byte: other engines follow bytes that ours never
+// looks at.
+void checkOwnBytes(const TableFile& records, const IndexFile& index, CheckReport& report) {
+    const std::vector<char> head = index.freshHead(records.schema());
+    std::vector<char> stored(head.size());
+    index.file().read(0, stored);
+    const std::size_t at = firstDifference(stored, head,
+                                           {{mdx::tableName, mdx::tableNameSize},
+                                            {mdx::updated, 3},
+                                            {mdx::pageCount, 4},
+                                            {mdx::languageDriver, 1}});
+    if (at < head.size()) {
+        report.add(index.path(), "cabecera, byte " + std::to_string(at),
+                   "no es el que corresponde a estos tags");
+    }
+    for (const Tag& tag : index.tags()) {
+        const std::vector<char> header = index.freshTagHeader(tag);
+        std::vector<char> buffer;
+        const std::span<const char> block(index.block(tag.headerPage, buffer), index.blockSize());
+        const std::size_t difference = firstDifference(block, header, {});
+        if (difference < header.size()) {
+            report.add(index.path(),
+                       "tag " + tag.definition.name + ", cabecera, byte " + std::to_string(difference),
+                       "no es el que corresponde a este tag");
+        }
+    }
+}
+
+void checkKnownTags(const IndexFile& index, const std::vector<TagDefinition>& knownTags,
+                    CheckReport& report) {
+    for (const TagDefinition& known : knownTags) {
+        if (index.findTag(known.name) == nullptr) {
+            report.add(index.path(), "tags", "falta el tag " + known.name);
+        }
+    }
+}
+
+void checkIndexHeader(const TableFile& records, const IndexFile& index, CheckReport& report) {
+    const UpdateStamp stamp = index.stamp();
+    if (stamp.present && stamp.inUpdate) {
+        report.add(index.path(), "cabecera", "un programa terminó mientras escribía; hay que reindexar");
+    } else if (index.hasOwnHead()) {
+        checkOwnBytes(records, index, report);
+    }
+    if (index.languageDriver() != records.schema().languageDriver) {
+        report.add(index.path(), "cabecera",
+                   "el byte de idioma no es el de la tabla: otros programas no usarían el índice");
+    }
+    if (index.announcedPages() != index.pageCount() || index.file().size() % pageBytes != 0) {
+        report.add(index.path(), "cabecera",
+                   "dice " + std::to_string(index.announcedPages()) + " páginas y el fichero tiene " +
+                       std::to_string(index.pageCount()));
+    }
+    for (const Tag& tag : index.tags()) {
+        if (!tag.isUnderstood()) {
+            report.add(index.path(), "tag " + tag.definition.name, tag.problem + "; no se puede comprobar");
+        }
+    }
+}
+
+void checkWhole(const File& file, CheckReport& report) {
+    if (file.viewIsTorn()) {
+        report.add(file.path(), "final", "otro programa ha cortado el fichero mientras se comprobaba");
+    }
+}
+
+void checkIndex(const TableFile& records, const std::string& path,
+                const std::vector<TagDefinition>& knownTags, CheckResult& result, CheckReport& report,
+                const Progress& progress) {
+    try {
+        IndexFile index(openFile(path, OpenMode::ReadOnly), records.schema());
+        result.tags = index.tags().size();
+        checkIndexHeader(records, index, report);
+        checkKnownTags(index, knownTags, report);
+        try {
+            index.settleOrders();
+        } catch (const Error& error) {
+            report.add(path, "orden", error.what());
+        }
+        checkTrees(records, index, report, progress);
+        checkWhole(index.file(), report);
+    } catch (const Error& error) {
+        if (error.code() != ErrorCode::BadIndex && error.code() != ErrorCode::TooLarge) {
+            throw;
+        }
+        report.add(path, "índice", error.what());
+    }
+}
+
+} // namespace
+
+CheckResult checkTable(const std::string& tableFile, const Progress& progress,
+                       const std::vector<TagDefinition>& knownTags) {
+    CheckResult result;
+    CheckReport report(result);
+    try {
+        TableFile records(openFile(tableFile, OpenMode::ReadOnly));
+        const std::optional<std::string> indexPath = findIndexFile(tableFile);
+        // An opening of its own, so that the lock outlives the index whatever it proves to be.
+        const std::unique_ptr<File> locked = openFile(indexPath.value_or(tableFile), OpenMode::ReadOnly);
+        StructureLock::Holders holders;
+        if (indexPath && records.file().isRemote()) {
+            holders.exchanged = &records.file();
+        }
+        const StructureLock lock(*locked, holders, LockKind::Shared);
+        records.forgetSize(); // it was asked for before the lock
+        result.records = records.recordCount();
+        checkSize(records, report);
+        checkRecords(records, report, progress);
+        if (indexPath.has_value() != records.schema().hasProductionIndex) {
+            report.add(tableFile, "cabecera",
+                       indexPath ? "no dice que haya índice y lo hay"
+                                 : "dice que hay índice y falta el .MDX");
+        } else if (!indexPath && !knownTags.empty()) {
+            report.add(tableFile, "cabecera", "falta el .MDX con los tags de esta tabla");
+        }
+        if (indexPath) {
+            checkIndex(records, *indexPath, knownTags, result, report, progress);
+        }
+        checkWhole(records.file(), report);
+    } catch (const Error& error) {
+        if (error.code() != ErrorCode::BadTable && error.code() != ErrorCode::TooLarge) {
+            throw;
+        }
+        report.add(tableFile, "cabecera", error.what());
+    }
+    return result;
+}
+
+} // namespace dbase

@@ -1,0 +1,177 @@
+// Rebuilding a table's index from outside, also one that cannot be opened any more.
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
+#include "dbase/journal/journal_redo.h"
+#include "dbase/lock/locks.h"
+#include "dbase/mdx/index_layout.h"
+#include "dbase/mdx/index_rebuild.h"
+#include "dbase/mdx/update_stamp.h"
+#include "dbase/system/databases.h"
+#include "dbase/system/error.h"
+#include "dbase/system/paths.h"
+#include "dbase/table/check.h"
+#include "dbase/table/table_definition.h"
+
+namespace dbase {
+
+namespace {
+
+struct ReadableTags {
+    std::vector<TagDefinition> tags;
+    std::string problem; // why there may have been more; empty when these are all
+    ErrorCode code = ErrorCode::BadIndex;
+};
+
+ReadableTags readTags(const std::string& indexPath, const Schema& schema) {
+    ReadableTags result;
+    try {
+        const IndexFile index(openFile(indexPath, OpenMode::ReadOnly), schema);
+        for (const Tag& tag : index.tags()) {
+            if (tag.isUnderstood()) {
+                result.tags.push_back(tag.definition);
+            } else {
+                result.problem = tag.problem;
+                result.code = ErrorCode::BadExpression;
+            }
+        }
+    } catch (const Error& error) {
+        if (error.code() != ErrorCode::BadIndex) {
+            throw;
+        }
+        result.problem = error.what();
+    }
+    return result;
+}
+
+// A table that the caller knows has at least the tags he names, whatever is left of them; what can be read
+// stays.
+std::vector<TagDefinition> completed(const std::vector<TagDefinition>& readable,
+                                     const std::vector<TagDefinition>& known) {
+    const auto named = [](const std::vector<TagDefinition>& tags, const std::string& name) {
+        return std::find_if(tags.begin(), tags.end(),
+                            [&](const TagDefinition& tag) { return tag.name == name; });
+    };
+    std::vector<TagDefinition> result;
+    for (const TagDefinition& tag : known) {
+        const auto read = named(readable, tag.name);
+        result.push_back(read == readable.end() ? tag : *read);
+    }
+    // A strange tag with the expression of a known one is that one with its name damaged.
+    std::copy_if(readable.begin(), readable.end(), std::back_inserter(result), [&](const TagDefinition& tag) {
+        return std::none_of(known.begin(), known.end(), [&](const TagDefinition& other) {
+            return other.name == tag.name || other.expression == tag.expression;
+        });
+    });
+    return result;
+}
+
+// The tags that the table is to have; refused where nobody knows all of them.
+std::vector<TagDefinition> tagsOf(const std::string& tableFile, const ReadableTags& readable,
+                                  const std::vector<TagDefinition>& known) {
+    if (known.empty() && (readable.tags.empty() || !readable.problem.empty())) {
+        throw Error(
+            ErrorCode::BadIndex, tableFile,
+            "no se conocen los tags de esta tabla y no se pueden leer todos de su índice; no se ha cambiado "
+            "nada. " +
+                readable.problem);
+    }
+    return completed(readable.tags, known);
+}
+
+// As whoever opens a table does: complete records count, also where the header does not know them yet.
+// Whoever is adding one right now sets the count himself.
+void correctCount(TableFile& records) {
+    if (records.file().tryLock(appendLock, LockKind::Exclusive)) {
+        const FileLock appending(records.file(), appendLock, FileLock::alreadyHeld);
+        records.correctCount();
+    }
+}
+
+// What stands behind the last record goes, unless somebody is writing a new one there.
+void dropTail(TableFile& records) {
+    if (records.file().tryLock(appendLock, LockKind::Exclusive)) {
+        const FileLock appending(records.file(), appendLock, FileLock::alreadyHeld);
+        records.dropBehind(records.recordCount());
+    }
+}
+
+// Of any file, also one that is no index.
+UpdateStamp stampOf(const File& index) {
+    StampBytes bytes{};
+    if (index.size() >= mdx::headBytes) {
+        index.read(mdx::stamp, bytes);
+    }
+    return decodeStamp(bytes);
+}
+
+// The records as the programs before a stop of the machine left them; else the tags would be those of what
+// the stop has torn.
+void mendAfterStop(TableFile& records, Journal& journal) {
+    redo(records, journal.keptEntries());
+    correctCount(records);
+    fillHoles(records);
+    records.file().sync();
+}
+
+// The records as the last writer left them, or, if he died at a change, as he was about to.
+void mendAfterWriter(TableFile& records, Journal& journal, const UpdateStamp& left) {
+    redoUnfinished(records, journal, left);
+    correctCount(records);
+}
+
+} // namespace
+
+void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>& knownTags,
+                  const Progress& progress) {
+    std::unique_ptr<File> file = openFile(tableFile, OpenMode::ReadWrite);
+    holdLock(*file, openingLock, LockKind::Exclusive); // until the file is closed
+    const bool isAlone = file->tryLock(presenceLock, LockKind::Exclusive);
+    if (!isAlone) {
+        holdLock(*file, presenceLock, LockKind::Shared);
+    }
+    TableFile records(std::move(file));
+    const std::optional<std::string> existing = findIndexFile(tableFile);
+    const ReadableTags readable = existing ? readTags(*existing, records.schema()) : ReadableTags{};
+    const std::vector<TagDefinition> tags = tagsOf(tableFile, readable, knownTags);
+    const bool isWhole =
+        readable.problem.empty() &&
+        std::ranges::is_permutation(tags, readable.tags, {}, &TagDefinition::name, &TagDefinition::name);
+    if (!isWhole) {
+        IndexFile::checkTags(tableFile, records.schema(), tags); // before a file is made or a record touched
+    }
+    std::unique_ptr<File> index = openFile(existing.value_or(withExtension(tableFile, ".MDX")),
+                                           existing ? OpenMode::ReadWrite : OpenMode::Create);
+    std::optional<IndexFile> trees; // outlives the lock on its file
+    StructureLock::Holders holders;
+    if (records.file().isRemote()) {
+        holders.exchanged = &records.file();
+    }
+    const StructureLock lock(*index, holders, LockKind::Exclusive);
+    Journal journal(journalBeside(tableFile), records.schema());
+    records.forgetSize(); // it was asked for before the lock
+    // Should the machine stop, the journal tells the next one to open the table that the tags are to be
+    // rebuilt. One of an earlier start tells it already, and also if only this program stops.
+    if (isAlone && journal.isOfAnotherStart()) {
+        mendAfterStop(records, journal);
+    } else {
+        mendAfterWriter(records, journal, stampOf(*index));
+        journal.begin();
+    }
+    if (!isWhole) {
+        IndexFile::format(*index, records.schema(), baseName(tableFile), tags, UpdateStamp{true, true, 0, 1});
+    }
+    trees.emplace(std::move(index), records.schema());
+    rebuildTrees(records, *trees, progress);
+    records.markColumns(columnsWithTag(records.schema(), tags));
+    dropTail(records);
+    records.file().sync();
+    trees->file().sync();
+    if (isAlone) {
+        journal.remove();
+    }
+}
+
+} // namespace dbase

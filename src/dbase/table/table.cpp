@@ -1,0 +1,161 @@
+#include "dbase/table/table.h"
+
+#include <algorithm>
+
+#include "dbase/dbf/codepage.h"
+#include "dbase/system/error.h"
+
+namespace dbase {
+
+Table::Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::string readOnlyReason,
+             std::unique_ptr<JournalPlace> journal)
+    : records_(std::move(records)), readOnlyReason_(std::move(readOnlyReason)) {
+    if (journal) {
+        journal_.emplace(std::move(journal), schema());
+    }
+    const auto refuseWriting = [this](const std::string& reason) {
+        if (readOnlyReason_.empty()) {
+            readOnlyReason_ = reason;
+        }
+    };
+    if (!records_.file().isWritable() || (index && !index->isWritable())) {
+        refuseWriting("no hay permiso para escribir en " + path());
+    }
+    if (std::any_of(schema().columns.begin(), schema().columns.end(),
+                    [](const Column& column) { return column.type == ColumnType::Memo; })) {
+        refuseWriting("la tabla tiene campos memo, que aquí no se escriben");
+    }
+    if (!index) {
+        if (schema().hasProductionIndex) {
+            refuseWriting("falta el índice (.MDX) de " + path() + "; ejecute \"ambcp reindexar\"");
+        }
+        joinSession();
+        return;
+    }
+    index_ = std::make_unique<IndexFile>(std::move(index), schema());
+    structureHolders_.release = everyLock; // nothing else is ever locked in an .MDX
+    if (records_.file().isRemote()) {
+        structureHolders_.exchanged = &records_.file();
+    }
+    for (const Tag& tag : index_->tags()) {
+        if (!tag.isUnderstood()) {
+            refuseWriting(tag.problem);
+        }
+    }
+    if (driverOrderIsUnknown(schema().languageDriver)) {
+        refuseWriting("no se conoce el orden de claves de su idioma (español OEM)");
+    }
+    // Now, not at the first question: a table that was left in the middle of something is made whole, or
+    // refused, when it is opened.
+    joinSession();
+    read([this] {
+        index_->settleOrders();
+        return true;
+    });
+}
+
+Table::~Table() { leaveSession(); }
+
+std::vector<std::string> Table::tagNames() const {
+    std::vector<std::string> names;
+    if (index_) {
+        for (const Tag& tag : index_->tags()) {
+            names.push_back(tag.definition.name);
+        }
+    }
+    return names;
+}
+
+void Table::requireWritable() const {
+    if (isReadOnly()) {
+        throw Error(ErrorCode::ReadOnly, path(), "sólo se puede leer: " + readOnlyReason_);
+    }
+}
+
+File& Table::structureFile() const { return index_ ? index_->file() : records_.file(); }
+
+// In a table without index the structure lock has the header byte already.
+LockRange Table::appendRange() const { return index_ ? appendLock : LockRange{lock_offset::append, 1}; }
+
+bool Table::isTorn() const { return records_.file().viewIsTorn() || (index_ && index_->file().viewIsTorn()); }
+
+void Table::renewTornViews() {
+    const bool areTorn = isTorn();
+    if (!areTorn && !records_.file().isRemote()) {
+        return;
+    }
+    records_.forgetSize();
+    if (index_) {
+        index_->forgetSize();
+    }
+    if (areTorn) {
+        records_.file().renewView();
+        if (index_) {
+            index_->file().renewView();
+        }
+    }
+}
+
+std::uint64_t Table::changeCounter() const { return index_ ? index_->stamp().counter : 0; }
+
+bool Table::tryReadByCounter(std::uint64_t& before) const {
+    const UpdateStamp stamp = index_->stamp();
+    before = stamp.counter;
+    return stamp.present && !stamp.inUpdate && stamp.counter % 2 == 0 && !isTorn() &&
+           stamp.records == records_.recordCount();
+}
+
+// Three looks without the lock at most: where writers are busy, waiting for them is quicker.
+void Table::guardRead(const std::function<void()>& operation) {
+    if (readGuard_ == ReadGuard::Counter && index_) {
+        constexpr int mostAttempts = 3;
+        std::uint64_t before = 0;
+        for (int attempt = 0; attempt < mostAttempts && tryReadByCounter(before); ++attempt) {
+            const auto nothingMoved = [&] { return changeCounter() == before && !isTorn(); };
+            try {
+                operation();
+                if (nothingMoved()) {
+                    return;
+                }
+            } catch (const Error&) { // what half a change looks like is no fault of the table
+                if (nothingMoved()) {
+                    throw;
+                }
+            }
+        }
+    }
+    while (!tryReadLocked(operation)) {
+        recover();
+    }
+}
+
+// False, and nothing done, where the table has to be mended first.
+bool Table::tryReadLocked(const std::function<void()>& operation) {
+    const StructureLock lock(structureFile(), structureHolders_, LockKind::Shared);
+    renewTornViews();
+    if (const Health found = health(); found != Health::Sound) {
+        if (isReadOnly()) {
+            refuseStale(found);
+        }
+        return false;
+    }
+    operation();
+    if (isTorn()) {
+        throw Error(ErrorCode::Io, path(), "otro programa ha cortado el fichero mientras se leía");
+    }
+    return true;
+}
+
+void Table::syncFiles() {
+    records_.file().sync();
+    if (index_) {
+        index_->file().sync();
+    }
+}
+
+bool Table::tryLockRecord(RecordNumber number, const void* owner) {
+    requireWritable();
+    return recordLocks_.tryLock(number, owner);
+}
+
+} // namespace dbase

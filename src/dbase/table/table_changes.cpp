@@ -1,0 +1,269 @@
+// Changing records together with their tags: gathered in memory first, then written under the in-update mark.
+
+#include <algorithm>
+#include <vector>
+
+#include "dbase/system/error.h"
+#include "dbase/table/table.h"
+#include "dbase/table/tag_changes.h"
+
+namespace dbase {
+
+namespace {
+
+void writeAfter(TableFile& records, const RecordChange& change) {
+    for (const RecordRun& run : change.runs()) {
+        records.overwrite(run.first, run.after);
+    }
+}
+
+void writeBefore(TableFile& records, const RecordChange& change) {
+    for (const RecordRun& run : change.runs()) {
+        records.overwrite(run.first, run.before);
+    }
+}
+
+/// The locks of neighbouring records for the time of one change: one for all of them where nobody holds any,
+/// else one for each that nobody holds.
+class NeighbourLocks {
+public:
+    NeighbourLocks(File& file, RecordNumber first, RecordNumber last, bool together) : file_(file) {
+        const LockRange all{recordLock(last).offset, last - first + 1};
+        held_.reserve(1);
+        if (together && file_.tryLock(all, LockKind::Exclusive)) {
+            held_.push_back(all);
+            hasAll_ = true;
+        }
+    }
+    ~NeighbourLocks() {
+        for (const LockRange& range : held_) {
+            file_.unlock(range);
+        }
+    }
+    NeighbourLocks(const NeighbourLocks&) = delete;
+    NeighbourLocks& operator=(const NeighbourLocks&) = delete;
+
+    [[nodiscard]] bool take(RecordNumber number) {
+        if (hasAll_) {
+            return true;
+        }
+        held_.push_back(recordLock(number)); // first: what fails here must leave no lock behind
+        if (file_.tryLock(recordLock(number), LockKind::Exclusive)) {
+            return true;
+        }
+        held_.pop_back();
+        return false;
+    }
+
+private:
+    File& file_;
+    std::vector<LockRange> held_;
+    bool hasAll_ = false;
+};
+
+} // namespace
+
+// The server of a network folder gets what was written so far before what comes next: a workstation that is
+// switched off, while others go on, leaves no part of a change there without the mark.
+void Table::sendFirst() {
+    if (records_.file().isRemote()) {
+        syncFiles();
+    }
+}
+
+// The mark, the journal, the record, the pages, the mark again. What fails on the way is undone; what cannot
+// be undone leaves the mark standing, and the next one to touch the table rebuilds the tags. Pages that are
+// written and forgotten already cannot be put back: then the record is, under the mark.
+template<typename Write, typename Undo>
+void Table::apply(const RecordChange& change, Durability durability, std::uint32_t count, Write&& write,
+                  Undo&& undo) {
+    const UpdateStamp before = index_ ? index_->stamp() : UpdateStamp{};
+    const std::uint32_t countBefore = records_.recordCount();
+    const auto writeStamp = [&](const UpdateStamp& stamp) {
+        if (index_) {
+            index_->writeStamp(stamp);
+        }
+    };
+    bool restored = true, isTouched = false;
+    try {
+        beginJournal();
+        writeStamp(before.begun(count));
+        record(change, index_ ? before.begun(count).counter : 0, durability);
+        sendFirst();
+        isTouched = true;
+        write();
+        if (index_) {
+            index_->writeChanges(restored);
+            restored = false;
+            sendFirst();
+            writeStamp(before.ended(count));
+        }
+    } catch (...) {
+        if (journal_) {
+            journal_->withdraw();
+        }
+        try {
+            if (!restored) {
+                writeStamp(before.begun(count)); // before the records leave the pages' side
+            }
+            if (isTouched) {
+                undo();
+            }
+            if (restored) {
+                writeStamp(before.ended(countBefore));
+            }
+        } catch (...) {
+            // The mark stands; the first fault is the one to tell.
+        }
+        throw;
+    }
+}
+
+void Table::requireWhole(std::span<const char> record) const {
+    if (record.size() != schema().recordLength) {
+        throw Error(ErrorCode::BadValue, path(), "el registro no tiene la longitud de la tabla");
+    }
+}
+
+RecordNumber Table::append(std::span<const char> record, Durability durability) {
+    requireWritable();
+    requireWhole(record);
+    RecordNumber number = 0;
+    {
+        const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
+        renewTornViews();
+        mend(health());
+        const FileLock appending(records_.file(), appendRange(), LockKind::Exclusive);
+        const std::uint32_t count = records_.recordCount();
+        number = count + 1;
+        TagChanges tags(records_, index_.get());
+        tags.add({&schema(), record, number});
+        RecordChange change;
+        change.add(number, {}, record);
+        apply(
+            change, durability, number,
+            [&] {
+                records_.writeBehind(number, record);
+                records_.setCount(number);
+                records_.cutBehind(number);
+            },
+            [&] {
+                records_.setCount(count);
+                records_.dropBehind(count);
+            });
+    }
+    syncUnjournaled(durability);
+    return number;
+}
+
+void Table::overwrite(RecordNumber number, std::span<const char> shown, std::span<const char> record,
+                      Durability durability) {
+    requireWritable();
+    requireWhole(record);
+    {
+        const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
+        renewTornViews();
+        mend(health());
+        const std::uint32_t count = records_.recordCount();
+        const bool isThere = number != 0 && number <= count;
+        std::vector<char> before;
+        if (isThere) {
+            const RecordView stored = records_.record(number);
+            before.assign(stored.bytes.begin(), stored.bytes.end());
+        }
+        if (!isThere || !std::equal(before.begin(), before.end(), shown.begin(), shown.end())) {
+            throw Error(ErrorCode::RecordChanged, path(),
+                        "otro usuario ha cambiado o borrado el registro " + std::to_string(number) +
+                            "; vuelva a leerlo y repita la operación");
+        }
+        TagChanges tags(records_, index_.get());
+        tags.replace({&schema(), before, number}, {&schema(), record, number});
+        RecordChange change;
+        change.add(number, before, record);
+        apply(
+            change, durability, count, [&] { writeAfter(records_, change); },
+            [&] { writeBefore(records_, change); });
+    }
+    syncUnjournaled(durability);
+}
+
+void Table::erase(RecordNumber number, std::span<const char> shown, Durability durability) {
+    requireWhole(shown);
+    std::vector<char> deleted(shown.begin(), shown.end());
+    deleted[0] = '*';
+    overwrite(number, shown, deleted, durability);
+}
+
+// Looking for the successor of a key in a unique tag reads stored records: it must not meet one whose change
+// is only gathered yet.
+bool Table::changesOneByOne() const {
+    return index_ && std::any_of(index_->tags().begin(), index_->tags().end(),
+                                 [](const Tag& tag) { return tag.definition.unique; });
+}
+
+/// What amend() does to each stretch of records that it changes as one.
+struct Table::Pass {
+    const Amendment& amendment;
+    const LeftOut& leftOut;
+    Durability durability;
+    std::function<bool(RecordNumber)> take; // its lock; false when somebody holds it
+};
+
+RecordNumber Table::amend(RecordNumber first, RecordNumber most, const Amendment& amendment,
+                          Durability durability, const LeftOut& leftOut) {
+    requireWritable();
+    const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
+    renewTornViews();
+    mend(health());
+    const std::uint32_t count = records_.recordCount();
+    if (first == 0 || most == 0 || first > count) {
+        return 0;
+    }
+    most = std::min(most, static_cast<RecordNumber>(largestChange / 2 / schema().recordLength));
+    const RecordNumber last = most <= count - first ? first + most - 1 : count;
+    NeighbourLocks locks(records_.file(), first, last, !recordLocks_.isAnyHeld(first, last));
+    const Pass pass{amendment, leftOut, durability,
+                    [&](RecordNumber number) { return !recordLocks_.isHeld(number) && locks.take(number); }};
+    const RecordNumber step = changesOneByOne() ? 1 : last - first + 1;
+    for (RecordNumber begin = first; begin <= last; begin += step) {
+        amendLocked(begin, begin + step - 1, pass);
+    }
+    return last < count ? last + 1 : 0;
+}
+
+void Table::amendLocked(RecordNumber first, RecordNumber last, const Pass& pass) {
+    RecordChange change;
+    TagChanges tags(records_, index_.get());
+    std::vector<char> stored, changed;
+    for (RecordNumber number = first; number <= last; ++number) {
+        const bool isTaken = pass.take(number);
+        if (!isTaken && !pass.leftOut) {
+            continue;
+        }
+        const std::span<const char> bytes = records_.record(number).bytes;
+        stored.assign(bytes.begin(), bytes.end());
+        const RecordView record{&schema(), stored, number};
+        if (record.isDeleted()) {
+            continue;
+        }
+        if (!isTaken) {
+            pass.leftOut(record);
+            continue;
+        }
+        changed = stored;
+        pass.amendment(record, changed);
+        if (changed != stored) {
+            tags.replace(record, {&schema(), changed, number});
+            change.add(number, stored, changed);
+        }
+    }
+    if (change.empty()) {
+        return;
+    }
+    apply(
+        change, pass.durability, records_.recordCount(), [&] { writeAfter(records_, change); },
+        [&] { writeBefore(records_, change); });
+    syncUnjournaled(pass.durability);
+}
+
+} // namespace dbase

@@ -1,0 +1,59 @@
+#include "dbase/table/table_definition.h"
+
+#include <algorithm>
+
+#include "dbase/dbf/dates.h"
+#include "dbase/dbf/table_file.h"
+#include "dbase/mdx/index_file.h"
+#include "dbase/system/databases.h"
+#include "dbase/system/error.h"
+#include "dbase/table/table_replacement.h"
+
+namespace dbase {
+
+std::vector<bool> columnsWithTag(const Schema& schema, const std::vector<TagDefinition>& tags) {
+    std::vector<bool> marked(schema.columns.size());
+    for (const TagDefinition& tag : tags) {
+        const Expression key = Expression::parse(tag.expression, schema, Dialect::Index);
+        if (key.isPlainColumn()) {
+            marked[key.segments().front().column] = true;
+        }
+    }
+    return marked;
+}
+
+void writeEmptyTable(File& table, File* index, Schema schema, const std::string& name,
+                     const std::vector<TagDefinition>& tags) {
+    schema.hasProductionIndex = index != nullptr;
+    completeLayout(schema, table.path());
+    if (index != nullptr) {
+        IndexFile::format(*index, schema, name, tags, UpdateStamp{true, false, 0, 2});
+    }
+    const std::vector<std::uint8_t> header =
+        encodeHeader(schema, todaysCounts(), columnsWithTag(schema, tags));
+    std::vector<char> bytes(header.begin(), header.end());
+    bytes.push_back(endMark);
+    table.write(0, bytes);
+}
+
+void createTable(const std::string& folder, const TableDefinition& definition, IfExists ifExists) {
+    const std::optional<std::string> existing = findTableFile(folder, definition.name);
+    if (existing && ifExists == IfExists::Refuse) {
+        throw Error(ErrorCode::Exists, *existing, "la tabla ya existe");
+    }
+    TableReplacement files(existing.value_or(folder + '/' + definition.name + ".DBF"));
+    Schema schema;
+    schema.columns = definition.columns;
+    schema.languageDriver = static_cast<std::uint8_t>(definition.languageDriver);
+    {
+        const std::unique_ptr<File> table = openFile(files.newTableFile(), OpenMode::Create);
+        std::unique_ptr<File> index;
+        if (!definition.tags.empty()) {
+            index = openFile(files.newIndexFile(), OpenMode::Create);
+        }
+        writeEmptyTable(*table, index.get(), schema, definition.name, definition.tags);
+    }
+    files.commit(!definition.tags.empty());
+}
+
+} // namespace dbase

@@ -1,0 +1,407 @@
+// The rows around the current one: read and shown without moving the dataset and without telling anybody.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "dbase/table/table.h"
+#include "dbase/table/towns_fixture.h"
+
+namespace dbase {
+namespace {
+
+class DatasetWindowTest : public TownsTest {
+protected:
+    static Records recordsOf(const RowsAround& around) {
+        Records records;
+        for (const RowsAround::Row& row : around.rows) {
+            records.push_back(row.record);
+        }
+        return records;
+    }
+    /// NAME of each row, as its visitor sees it.
+    static std::vector<std::string> namesOf(Dataset& table, const WindowSize& size = {100, 100}) {
+        const RowsAround around = table.readAround(size);
+        std::vector<std::string> names;
+        table.visitRows(around, 0, around.rows.size(), [&](std::size_t) { names.push_back(name(table)); });
+        return names;
+    }
+    /// Everything around a record is what walking from it would show.
+    static void expectLikeWalking(Dataset& table) {
+        const Records all = walk(table);
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            place(table, all[i]);
+            for (const std::size_t reach : {0u, 1u, 2u, 100u}) {
+                const RowsAround around = table.readAround({reach, reach});
+                const std::size_t first = i - std::min(i, reach), end = std::min(all.size(), i + reach + 1);
+                EXPECT_EQ(recordsOf(around), Records(all.begin() + static_cast<std::ptrdiff_t>(first),
+                                                     all.begin() + static_cast<std::ptrdiff_t>(end)));
+                EXPECT_EQ(around.current, i - first);
+                EXPECT_FALSE(around.isCutBefore || around.isCutAfter);
+            }
+            EXPECT_EQ(table.recordNumber(), all[i]);
+        }
+    }
+};
+
+TEST_F(DatasetWindowTest, RowsAreThoseThatWalkingShows) {
+    towns.open();
+    for (const char* tag : {"", "CODE", "NAME", "PROVNAME", "GROUP", "SINCE", "FALLING", "ONCE", "BIG"}) {
+        SCOPED_TRACE(tag);
+        towns.setTag(tag);
+        expectLikeWalking(towns);
+    }
+}
+
+TEST_F(DatasetWindowTest, FilterAndRangeAreRespected) {
+    towns.open();
+    towns.setFilter("MINOR=False");
+    expectLikeWalking(towns);
+    towns.setTag({});
+    expectLikeWalking(towns);
+    towns.setTag("PROVNAME");
+    towns.setRange({{"PROV", "28"}}, {{"PROV", "28"}});
+    expectLikeWalking(towns);
+    EXPECT_EQ(namesOf(towns), (std::vector<std::string>{"ALCALA", "MADRID"}));
+    towns.clearFilter();
+    expectLikeWalking(towns);
+}
+
+TEST_F(DatasetWindowTest, EmptyTableHasNoRows) {
+    createEmpty();
+    none.open();
+    EXPECT_TRUE(none.readAround({5, 5}).rows.empty());
+    EXPECT_TRUE(namesOf(none).empty());
+    towns.open();
+    towns.setFilter("NAME='NOWHERE'");
+    EXPECT_TRUE(towns.readAround({5, 5}).rows.empty());
+}
+
+TEST_F(DatasetWindowTest, NothingMovesAndNobodyIsTold) {
+    towns.open();
+    towns.last();
+    EXPECT_FALSE(towns.next());
+    int told = 0;
+    const auto subscription = towns.listen([&](DatasetChange) { ++told; });
+    const RecordNumber record = towns.recordNumber();
+    const std::string shown = name(towns);
+    EXPECT_EQ(namesOf(towns).size(), 8u);
+    EXPECT_EQ(told, 0);
+    EXPECT_EQ(towns.recordNumber(), record);
+    EXPECT_EQ(name(towns), shown);
+    EXPECT_TRUE(towns.eof());
+    EXPECT_FALSE(towns.bof());
+    EXPECT_TRUE(towns.prior());
+}
+
+TEST_F(DatasetWindowTest, CalculatedFieldsHaveTheRowsValues) {
+    Field& whole = towns.addCalculated("WHOLE", 20);
+    towns.setOnCalculate(
+        [&](Dataset& table) { whole.setText("*" + name(table) + std::to_string(table.recordNumber())); });
+    towns.open();
+    towns.setTag("NAME");
+    towns.first();
+    const RowsAround around = towns.readAround({0, 2});
+    std::vector<std::string> seen;
+    towns.visitRows(around, 0, 3, [&](std::size_t) { seen.push_back(whole.text()); });
+    EXPECT_EQ(seen, (std::vector<std::string>{"*ALCALA5", "*APEADERO7", "*ARANJUEZ3"}));
+    EXPECT_EQ(whole.text(), "*ALCALA5");
+}
+
+TEST_F(DatasetWindowTest, CalculationMayReadTheSameTableThroughAnotherCursor) {
+    Field& whole = towns.addCalculated("WHOLE", 20);
+    other.open();
+    towns.setOnCalculate([&](Dataset& table) {
+        ASSERT_TRUE(exact(other, {{"CODE", table.field("CODE").text()}}));
+        whole.setText(name(other));
+    });
+    towns.open();
+    const RowsAround around = towns.readAround({9, 9});
+    std::vector<std::string> seen;
+    towns.visitRows(around, 0, 2, [&](std::size_t) { seen.push_back(whole.text()); });
+    EXPECT_EQ(seen, (std::vector<std::string>{"BARCELONA", "HOSPITALET"}));
+}
+
+TEST_F(DatasetWindowTest, OnlyTheRowsAskedForAreShown) {
+    towns.open();
+    towns.setTag("NAME");
+    place(towns, 1); // MADRID
+    const RowsAround around = towns.readAround({2, 2});
+    std::vector<std::size_t> seen;
+    towns.visitRows(around, 1, 2, [&](std::size_t i) { seen.push_back(i); });
+    EXPECT_EQ(seen, (std::vector<std::size_t>{1, 2}));
+    seen.clear();
+    towns.visitRows(around, 3, 100, [&](std::size_t i) { seen.push_back(i); });
+    EXPECT_EQ(seen, (std::vector<std::size_t>{3}));
+}
+
+// --- Pending rows
+
+TEST_F(DatasetWindowTest, PendingEditIsShownAsTyped) {
+    towns.open();
+    towns.setTag("NAME");
+    place(towns, 3); // ARANJUEZ
+    towns.edit();
+    towns.field("NAME").setText("ZZZ");
+    EXPECT_EQ(namesOf(towns, {1, 1}), (std::vector<std::string>{"APEADERO", "ZZZ", "BARCELONA"}));
+    EXPECT_EQ(towns.state(), DatasetState::Edit);
+    EXPECT_TRUE(towns.isModified());
+    towns.post();
+    EXPECT_EQ(name(towns), "ZZZ");
+}
+
+TEST_F(DatasetWindowTest, PendingNewRowStandsBehindTheRowThatWasCurrent) {
+    towns.open();
+    towns.setTag("NAME");
+    place(towns, 3);
+    towns.append();
+    towns.field("NAME").setText("NEW");
+    const RowsAround around = towns.readAround({2, 1});
+    EXPECT_EQ(recordsOf(around), (Records{5, 7, 3, 0, 2}));
+    EXPECT_EQ(around.current, 3u);
+    EXPECT_EQ(namesOf(towns, {1, 1}), (std::vector<std::string>{"APEADERO", "ARANJUEZ", "NEW", "BARCELONA"}));
+    EXPECT_EQ(towns.state(), DatasetState::Insert);
+    EXPECT_EQ(name(towns), "NEW");
+    towns.cancel();
+    EXPECT_EQ(name(towns), "ARANJUEZ");
+}
+
+TEST_F(DatasetWindowTest, PendingNewRowInAnEmptyTable) {
+    createEmpty();
+    none.open();
+    none.append();
+    EXPECT_EQ(recordsOf(none.readAround({2, 2})), Records{0});
+}
+
+TEST_F(DatasetWindowTest, RowPostedOutsideTheTagHasNeighbours) {
+    towns.open();
+    towns.setTag("BIG"); // GROUP >= 10
+    append(towns, {{"NAME", "CADIZ"}, {"GROUP", "1"}});
+    EXPECT_EQ(namesOf(towns, {1, 1}), (std::vector<std::string>{"BARCELONA", "CADIZ", "MADRID"}));
+    towns.edit();
+    towns.field("NAME").setText("ZAMORA");
+    EXPECT_EQ(namesOf(towns, {1, 1}), (std::vector<std::string>{"BARCELONA", "ZAMORA", "MADRID"}));
+}
+
+TEST_F(DatasetWindowTest, RowDeletedElsewhereKeepsItsPlaceUntilTheDatasetMoves) {
+    towns.open();
+    towns.setTag("NAME");
+    place(towns, 3);
+    other.open();
+    place(other, 3);
+    other.erase();
+    EXPECT_EQ(namesOf(towns, {1, 1}), (std::vector<std::string>{"APEADERO", "ARANJUEZ", "BARCELONA"}));
+}
+
+// --- What is refused, and what is put back
+
+TEST_F(DatasetWindowTest, ClosedTableIsRefused) {
+    EXPECT_EQ(codeOf([&] { static_cast<void>(towns.readAround({1, 1})); }), ErrorCode::BadState);
+    EXPECT_EQ(codeOf([&] { towns.visitRows({}, 0, 0, [](std::size_t) {}); }), ErrorCode::BadState);
+    EXPECT_EQ(codeOf([&] { towns.goToPlace(0.5); }), ErrorCode::BadState);
+}
+
+TEST_F(DatasetWindowTest, VisitorCannotMoveOrChangeTheDataset) {
+    towns.open();
+    const RowsAround around = towns.readAround({0, 1});
+    const std::vector<std::function<void()>> forbidden = {
+        [&] { towns.next(); },
+        [&] { towns.first(); },
+        [&] { static_cast<void>(towns.goTo(Bookmark(1))); },
+        [&] {
+            static_cast<void>(exact(towns, {{"CODE", "28079"}}));
+        },
+        [&] { towns.refresh(); },
+        [&] { towns.setTag("NAME"); },
+        [&] { towns.setFilter("MINOR=True"); },
+        [&] { towns.append(); },
+        [&] { towns.edit(); },
+        [&] { towns.post(); },
+        [&] { towns.erase(); },
+        [&] { towns.close(); },
+        [&] { towns.field("NAME").setText("X"); },
+        [&] {
+            static_cast<void>(towns.readAround({1, 1}));
+        },
+        [&] { towns.visitRows(around, 0, 1, [](std::size_t) {}); },
+    };
+    std::size_t refused = 0;
+    towns.visitRows(around, 1, 1, [&](std::size_t) {
+        for (const auto& operation : forbidden) {
+            refused += codeOf(operation) == ErrorCode::BadState ? 1 : 0;
+        }
+    });
+    EXPECT_EQ(refused, forbidden.size());
+    EXPECT_EQ(name(towns), "BARCELONA");
+    EXPECT_TRUE(towns.next());
+}
+
+TEST_F(DatasetWindowTest, CalculationCannotAskForTheRowsAround) {
+    towns.open();
+    const RowsAround around = towns.readAround({0, 1});
+    std::optional<ErrorCode> code;
+    towns.setOnCalculate(
+        [&](Dataset&) { code = codeOf([&] { towns.visitRows(around, 0, 1, [](std::size_t) {}); }); });
+    towns.next();
+    EXPECT_EQ(code, ErrorCode::BadState);
+}
+
+TEST_F(DatasetWindowTest, EverythingIsPutBackWhenTheVisitorThrows) {
+    Field& whole = towns.addCalculated("WHOLE", 20);
+    towns.setOnCalculate([&](Dataset& table) { whole.setText(name(table)); });
+    towns.open();
+    towns.edit();
+    towns.field("NAME").setText("TYPED");
+    const RowsAround around = towns.readAround({0, 3});
+    EXPECT_THROW(towns.visitRows(around, 0, 4,
+                                 [](std::size_t i) {
+                                     if (i == 2) {
+                                         throw std::runtime_error("visitor");
+                                     }
+                                 }),
+                 std::runtime_error);
+    EXPECT_EQ(towns.state(), DatasetState::Edit);
+    EXPECT_EQ(name(towns), "TYPED");
+    EXPECT_EQ(whole.text(), "TYPED");
+    EXPECT_EQ(towns.recordNumber(), 2u);
+    towns.cancel();
+    EXPECT_EQ(name(towns), "BARCELONA");
+}
+
+TEST_F(DatasetWindowTest, RowsOfAnotherTableAreRefused) {
+    towns.open();
+    RowsAround around = towns.readAround({1, 1});
+    around.bytes.pop_back();
+    EXPECT_EQ(codeOf([&] { towns.visitRows(around, 0, 1, [](std::size_t) {}); }), ErrorCode::BadState);
+}
+
+// --- How far it looks
+
+TEST_F(DatasetWindowTest, GivesUpBehindTooManyHiddenRows) {
+    towns.open();
+    for (const char* tag : {"NAME", ""}) {
+        SCOPED_TRACE(tag);
+        towns.setTag(tag);
+        towns.setFilter("NAME='ALCALA' .OR. NAME='VALENCIA'");
+        place(towns, 5);
+        RowsAround around = towns.readAround({.before = 3, .after = 3, .mostHidden = 0});
+        const bool isNext = *tag == '\0'; // by record number VALENCIA (6) follows ALCALA (5)
+        EXPECT_EQ(recordsOf(around), isNext ? (Records{5, 6}) : Records{5});
+        EXPECT_TRUE(around.isCutAfter);
+        around = towns.readAround({.before = 3, .after = 3, .mostHidden = 7});
+        EXPECT_EQ(recordsOf(around), (Records{5, 6}));
+        EXPECT_FALSE(around.isCutBefore || around.isCutAfter);
+        towns.clearFilter();
+    }
+}
+
+TEST_F(DatasetWindowTest, LimitIsForHiddenRowsOnly) {
+    towns.open();
+    const RowsAround around = towns.readAround({.before = 100, .after = 100, .mostHidden = 0});
+    EXPECT_EQ(around.rows.size(), 8u);
+    EXPECT_FALSE(around.isCutBefore || around.isCutAfter);
+}
+
+// --- Places
+
+class DatasetPlaceTest : public ambrel::test::TableTest {
+protected:
+    static constexpr int rows = 3000;
+    DatasetPlaceTest() {
+        std::vector<ambrel::test::Row> values;
+        for (int i = 0; i < rows; ++i) {
+            values.push_back({std::to_string(10'000 + i), i % 2 == 0 ? "T" : "F"});
+        }
+        createTable(ambrel::test::defineTable("LONG", {"CODE C5", "EVEN L"}, {"CODE"}), values);
+        table.open();
+    }
+    [[nodiscard]] int row() { return table.field("CODE").integer() - 10'000; }
+    [[nodiscard]] double here() { return table.readAround({0, 0}).rows.at(0).place; }
+
+    Dataset table{"DB", "LONG", "CODE"};
+};
+
+TEST_F(DatasetPlaceTest, PlacesGrowWithTheOrder) {
+    for (const char* tag : {"CODE", ""}) {
+        SCOPED_TRACE(tag);
+        table.setTag(tag);
+        table.first();
+        EXPECT_EQ(here(), 0);
+        const RowsAround all = table.readAround({0, rows});
+        ASSERT_EQ(all.rows.size(), std::size_t{rows});
+        EXPECT_TRUE(std::is_sorted(all.rows.begin(), all.rows.end(),
+                                   [](const auto& a, const auto& b) { return a.place < b.place; }));
+        EXPECT_NEAR(all.rows[rows / 2].place, 0.5, 0.05);
+        EXPECT_GT(all.rows[rows - 1].place, 0.95);
+        EXPECT_LE(all.rows[rows - 1].place, 1);
+    }
+}
+
+TEST_F(DatasetPlaceTest, GoingToAPlaceLandsWhereItWasRead) {
+    for (const char* tag : {"CODE", ""}) {
+        SCOPED_TRACE(tag);
+        table.setTag(tag);
+        for (const int wanted : {0, 1, 700, 1500, 2998, 2999}) {
+            ASSERT_TRUE(table.goTo(Bookmark(static_cast<RecordNumber>(wanted + 1))));
+            const double place = here();
+            table.first();
+            int told = 0;
+            const auto subscription = table.listen([&](DatasetChange) { ++told; });
+            EXPECT_TRUE(table.goToPlace(place));
+            EXPECT_NEAR(row(), wanted, 1);
+            EXPECT_EQ(told, 1);
+        }
+        EXPECT_TRUE(table.goToPlace(-1));
+        EXPECT_EQ(row(), 0);
+        EXPECT_TRUE(table.goToPlace(2));
+        EXPECT_EQ(row(), rows - 1);
+    }
+}
+
+TEST_F(DatasetPlaceTest, PlacesOfARangeCoverTheRange) {
+    table.setRange({{"CODE", "11000"}}, {{"CODE", "11200"}});
+    EXPECT_NEAR(here(), 0, 0.01);
+    table.last();
+    EXPECT_NEAR(here(), 1, 0.02);
+    for (const double place : {0.0, 0.25, 0.5, 0.75, 1.0}) {
+        EXPECT_TRUE(table.goToPlace(place));
+        EXPECT_NEAR(row(), 1000 + 200 * place, 25);
+        EXPECT_NEAR(here(), place, 0.02);
+    }
+    table.setRange({{"CODE", "3"}}, {{"CODE", "4"}});
+    EXPECT_FALSE(table.goToPlace(0.5));
+}
+
+TEST_F(DatasetPlaceTest, HiddenRowsAtAPlaceGiveTheNextOne) {
+    table.setFilter("EVEN=True");
+    EXPECT_TRUE(table.goToPlace(0.5));
+    EXPECT_EQ(row() % 2, 0);
+    table.setFilter("CODE='10007'");
+    EXPECT_TRUE(table.goToPlace(0.9));
+    EXPECT_EQ(row(), 7) << "none behind it: the one before";
+}
+
+TEST_F(DatasetPlaceTest, EmptyTableHasNoPlaces) {
+    table.setFilter("CODE='X'");
+    EXPECT_FALSE(table.goToPlace(0.5));
+    createTable(ambrel::test::defineTable("EMPTY", {"CODE C5"}, {"CODE"}), {});
+    for (const char* tag : {"CODE", ""}) {
+        Dataset empty("DB", "EMPTY", tag);
+        empty.open();
+        EXPECT_FALSE(empty.goToPlace(0.5));
+        EXPECT_TRUE(empty.isEmpty());
+    }
+}
+
+// --- Life
+
+TEST_F(DatasetWindowTest, LifetimeExpiresWithTheDataset) {
+    auto table = std::make_unique<Dataset>("DB", "TOWNS");
+    const std::weak_ptr<const void> life = table->lifetime();
+    EXPECT_FALSE(life.expired());
+    table.reset();
+    EXPECT_TRUE(life.expired());
+}
+
+} // namespace
+} // namespace dbase

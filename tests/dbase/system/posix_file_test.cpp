@@ -1,0 +1,90 @@
+// Files of the disk: what the system refuses is told by name and kind.
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "dbase/lock/locks.h"
+#include "dbase/support/ChildProcess.h"
+#include "dbase/support/StoredTable.h"
+#include "dbase/system/error.h"
+#include "dbase/system/file.h"
+#include "support/FileSizeLimit.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using namespace dbase;
+using namespace dbase::test;
+
+class PosixFileTest : public ::testing::Test {
+protected:
+    [[nodiscard]] static Error opening(const std::string& path, OpenMode mode = OpenMode::ReadWrite) {
+        return errorOf([&] { (void)openFile(path, mode); });
+    }
+    TemporaryFolder folder_;
+    std::string path_ = folder_.write("fichero", "0123456789");
+};
+
+TEST_F(PosixFileTest, APathThroughAFileIsNotThere) {
+    EXPECT_EQ(opening(path_ + "/otro").code(), ErrorCode::NotFound);
+    EXPECT_EQ(opening(folder_ / "nada").code(), ErrorCode::NotFound);
+    EXPECT_EQ(opening(folder_ / "nada").file(), folder_ / "nada");
+    EXPECT_EQ(errorOf([&] { (void)fileIdentity(folder_ / "nada"); }).code(), ErrorCode::NotFound);
+}
+
+TEST_F(PosixFileTest, WhatIsNoFileIsRefused) {
+    EXPECT_EQ(opening(folder_.path(), OpenMode::ReadOnly).code(), ErrorCode::BadTable);
+    const std::string pipe = folder_ / "tubo";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(opening(pipe, OpenMode::ReadOnly).code(), ErrorCode::BadTable)
+        << "and nobody waits for a writer";
+}
+
+TEST_F(PosixFileTest, AFileThatMayNotBeWrittenSaysSo) {
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "root may write everything";
+    }
+    ASSERT_EQ(chmod(path_.c_str(), 0400), 0);
+    EXPECT_EQ(opening(path_).code(), ErrorCode::AccessDenied);
+    EXPECT_FALSE(openFile(path_, OpenMode::ReadOnly)->isWritable());
+}
+
+TEST_F(PosixFileTest, AFileOpenForReadingRefusesToBeChanged) {
+    const auto file = openFile(path_, OpenMode::ReadOnly);
+    EXPECT_EQ(errorOf([&] { file->write(0, Bytes{'x'}); }).code(), ErrorCode::Io);
+    EXPECT_EQ(errorOf([&] { file->resize(3); }).code(), ErrorCode::Io);
+    EXPECT_EQ(readFile(path_).size(), 10U);
+    EXPECT_EQ(errorOf([&] { (void)file->tryLock(structureLock, LockKind::Exclusive); }).code(),
+              ErrorCode::Io);
+}
+
+TEST_F(PosixFileTest, ReadingBehindTheEndNamesThePlace) {
+    const auto file = openFile(path_, OpenMode::ReadOnly);
+    Bytes bytes(4);
+    file->read(6, bytes);
+    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), "6789");
+    const Error error = errorOf([&] { file->read(8, bytes); });
+    EXPECT_EQ(error.code(), ErrorCode::Io);
+    EXPECT_NE(std::string(error.what()).find("posición 10"), std::string::npos) << error.what();
+}
+
+TEST_F(PosixFileTest, AFileLargerThanTheUserMayHaveIsAFullDisk) {
+    ChildProcess limited([&](const ChildProcess::Link&) {
+        const ambrel::test::FileSizeLimit limit(100);
+        const auto file = openFile(path_, OpenMode::ReadWrite);
+        file->write(0, Bytes(100, 'x'));
+        const Error error = errorOf([&] { file->write(100, Bytes(1, 'x')); });
+        return error.code() == ErrorCode::DiskFull && file->size() == 100 ? 0 : 1;
+    });
+    EXPECT_EQ(limited.join(), 0);
+}
+
+TEST_F(PosixFileTest, TheSameFileHasOneIdentityWhateverItsName) {
+    const std::string other = folder_ / "enlace";
+    ASSERT_EQ(link(path_.c_str(), other.c_str()), 0);
+    EXPECT_EQ(fileIdentity(path_), fileIdentity(other));
+    EXPECT_NE(fileIdentity(path_), fileIdentity(folder_.write("otro", "")));
+}
+
+} // namespace

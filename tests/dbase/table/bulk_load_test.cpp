@@ -1,0 +1,286 @@
+// Loading many rows at once: all of them or none.
+#include "dbase/table/bulk_loader.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include <unistd.h>
+
+#include "dbase/lock/locks.h"
+#include "dbase/mdx/index_layout.h"
+#include "dbase/support/ChildProcess.h"
+#include "dbase/support/StoredTable.h"
+#include "dbase/system/error.h"
+#include "dbase/table/table.h"
+#include "dbase/table/table_definition.h"
+#include "support/FileSizeLimit.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using namespace dbase;
+using namespace dbase::test;
+using Mode = BulkLoader::Mode;
+
+class BulkLoadTest : public ::testing::Test {
+protected:
+    explicit BulkLoadTest(std::vector<TagDefinition> tags = {{.name = "NOMBRE", .expression = "NOMBRE"},
+                                                             {.name = "NUM", .expression = "NUM"}}) {
+        createTable(folder_.path(), {.name = "CARGA",
+                                     .columns = {{"NOMBRE", ColumnType::Character, 60, 0, 0},
+                                                 {"NUM", ColumnType::Numeric, 6, 0, 0}},
+                                     .tags = std::move(tags)});
+        const auto table = Table::open(path());
+        for (int i = 0; i < 10; ++i)
+            table->append(row(table->schema(), i));
+    }
+
+    [[nodiscard]] std::string path() const { return folder_ / "CARGA.DBF"; }
+    [[nodiscard]] std::string indexPath() const { return folder_ / "CARGA.MDX"; }
+    static Bytes row(const Schema& schema, int i) {
+        return makeRecord(schema, {"CALLE " + std::to_string(i * 7919 % 10007), std::to_string(i)});
+    }
+    static void add(BulkLoader& loader, int from, int to) {
+        for (int i = from; i < to; ++i)
+            loader.add(row(loader.schema(), i));
+    }
+    void expectRows(RecordNumber rows) const {
+        const auto table = Table::open(path());
+        EXPECT_EQ(table->records().recordCount(), rows);
+        for (RecordNumber number = 1; number <= rows; number += 97)
+            EXPECT_EQ(storedRecord(*table, number), row(table->schema(), static_cast<int>(number - 1)))
+                << number;
+    }
+    void expectSound() const { EXPECT_EQ(findings(path()), ""); }
+    /// Whatever became of the load, the table is sound; who opens it next may have to make it whole.
+    void TearDown() override {
+        if (isChecked_) {
+            (void)Table::open(path());
+            expectSound();
+        }
+    }
+
+    TemporaryFolder folder_;
+    bool isChecked_ = true;
+};
+
+TEST_F(BulkLoadTest, RowsAreAddedBehindTheOthers) {
+    BulkLoader loader(path(), Mode::Append);
+    add(loader, 10, 2000);
+    loader.finish();
+    expectRows(2000);
+    expectSound();
+}
+
+TEST_F(BulkLoadTest, MoreRowsThanAreHeldInMemoryAreAddedInPieces) {
+    BulkLoader loader(path(), Mode::Append);
+    add(loader, 10, 40000); // 2.6 MB, of which one is held
+    loader.finish();
+    expectRows(40000);
+    expectSound();
+}
+
+TEST_F(BulkLoadTest, NothingIsVisibleBeforeTheEnd) {
+    const Bytes index = readFile(indexPath());
+    const auto reader = Table::open(path());
+    BulkLoader loader(path(), Mode::Append);
+    add(loader, 10, 30000);
+    EXPECT_EQ(reader->records().recordCount(), 10U);
+    EXPECT_EQ(readFile(indexPath()), index);
+    loader.finish();
+    EXPECT_EQ(reader->records().recordCount(), 30000U);
+    EXPECT_EQ(order(*reader, "NUM").size(), 30000U);
+}
+
+TEST_F(BulkLoadTest, WithoutFinishTheTableIsAsItWas) {
+    const Bytes table = readFile(path()), index = readFile(indexPath());
+    {
+        BulkLoader loader(path(), Mode::Append);
+        add(loader, 10, 30000);
+    }
+    EXPECT_EQ(readFile(path()), table);
+    EXPECT_EQ(readFile(indexPath()), index);
+}
+
+TEST_F(BulkLoadTest, NoRowsChangeNothing) {
+    const Bytes table = readFile(path()), index = readFile(indexPath());
+    {
+        BulkLoader loader(path(), Mode::Append);
+        loader.finish();
+    }
+    EXPECT_EQ(readFile(path()), table);
+    EXPECT_EQ(readFile(indexPath()), index);
+}
+
+TEST_F(BulkLoadTest, ARecordOfAnotherLengthIsRefused) {
+    BulkLoader loader(path(), Mode::Append);
+    EXPECT_EQ(errorOf([&] { loader.add(Bytes(5)); }).code(), ErrorCode::BadValue);
+}
+
+TEST_F(BulkLoadTest, AReadOnlyTableIsRefused) {
+    isChecked_ = false; // its index is gone
+    std::filesystem::remove(indexPath());
+    EXPECT_EQ(errorOf([&] { BulkLoader loader(path(), Mode::Append); }).code(), ErrorCode::ReadOnly);
+}
+
+TEST_F(BulkLoadTest, OtherWritersWaitMeanwhile) {
+    BulkLoader loader(path(), Mode::Append);
+    add(loader, 10, 20);
+    const auto table = openFile(path(), OpenMode::ReadWrite),
+               index = openFile(indexPath(), OpenMode::ReadWrite);
+    EXPECT_FALSE(index->tryLock(structureLock, LockKind::Shared));
+    EXPECT_FALSE(table->tryLock(appendLock, LockKind::Exclusive))
+        << "programs that lock the table's own bytes";
+    loader.finish();
+    EXPECT_TRUE(index->tryLock(structureLock, LockKind::Shared));
+    EXPECT_TRUE(table->tryLock(appendLock, LockKind::Exclusive));
+}
+
+TEST_F(BulkLoadTest, ReadingOrWritingFromTheProgressIsRefusedAndHarmless) {
+    const auto table = Table::open(path());
+    BulkLoader loader(path(), Mode::Append);
+    add(loader, 10, 20000);
+    int calls = 0;
+    loader.finish([&](std::uint64_t done, std::uint64_t total) {
+        if (done < total) {
+            EXPECT_EQ(errorOf([&] { (void)order(*table, "NUM"); }).code(), ErrorCode::LockTimeout);
+            EXPECT_EQ(errorOf([&] { table->append(row(table->schema(), 1)); }).code(),
+                      ErrorCode::LockTimeout);
+            ++calls;
+        }
+    });
+    EXPECT_GT(calls, 0);
+    EXPECT_EQ(order(*table, "NUM").size(), 20000U);
+    expectSound();
+}
+
+TEST_F(BulkLoadTest, ReplacingLeavesOnlyTheNewRows) {
+    {
+        BulkLoader loader(path(), Mode::Replace);
+        add(loader, 0, 500);
+        loader.finish();
+    }
+    expectRows(500);
+    expectSound();
+}
+
+TEST_F(BulkLoadTest, AReplacedIndexNamesItsTable) {
+    {
+        BulkLoader loader(path(), Mode::Replace);
+        add(loader, 0, 5);
+        loader.finish();
+    }
+    const Bytes index = readFile(indexPath());
+    EXPECT_EQ(std::string(index.data() + mdx::tableName), "CARGA");
+}
+
+TEST_F(BulkLoadTest, ReplacingByNothingEmptiesTheTable) {
+    {
+        BulkLoader loader(path(), Mode::Replace);
+        loader.finish();
+    }
+    expectRows(0);
+    expectSound();
+}
+
+TEST_F(BulkLoadTest, ReplacingWithoutFinishLeavesTheOldTableAndNoOtherFiles) {
+    const Bytes table = readFile(path()), index = readFile(indexPath());
+    {
+        BulkLoader loader(path(), Mode::Replace);
+        add(loader, 0, 500);
+    }
+    EXPECT_EQ(readFile(path()), table);
+    EXPECT_EQ(readFile(indexPath()), index);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()), {}), 2);
+}
+
+TEST_F(BulkLoadTest, ReplacingAnOpenTableIsRefused) {
+    const auto open = Table::open(path());
+    EXPECT_EQ(errorOf([&] { BulkLoader loader(path(), Mode::Replace); }).code(), ErrorCode::LockTimeout);
+    EXPECT_EQ(order(*open, "NUM").size(), 10U);
+}
+
+TEST_F(BulkLoadTest, ReplacingWhatAnotherProcessHasOpenIsRefused) {
+    const auto other = openInAnotherProcess(path());
+    EXPECT_EQ(errorOf([&] { BulkLoader loader(path(), Mode::Replace); }).code(), ErrorCode::LockTimeout);
+    other->tell();
+    EXPECT_EQ(other->join(), 0);
+    expectRows(10);
+}
+
+TEST_F(BulkLoadTest, AProcessThatDiesWhileAddingLeavesTheTableAsItWas) {
+    ChildProcess dying([&](const ChildProcess::Link&) {
+        BulkLoader loader(path(), Mode::Append);
+        add(loader, 10, 40000);
+        _exit(1);
+        return 0;
+    });
+    EXPECT_EQ(dying.join(), 1);
+    expectRows(10);
+    Table::open(path())->append(row(Table::open(path())->schema(), 10));
+    expectRows(11);
+    expectSound(); // the rows that never counted are gone
+}
+
+TEST_F(BulkLoadTest, AProcessThatDiesWhileRebuildingIsMended) {
+    ChildProcess dying([&](const ChildProcess::Link&) {
+        BulkLoader loader(path(), Mode::Append);
+        add(loader, 10, 20000);
+        loader.finish([](std::uint64_t, std::uint64_t) { _exit(1); });
+        return 0;
+    });
+    EXPECT_EQ(dying.join(), 1);
+    expectRows(20000);
+    expectSound();
+}
+
+/// Nothing fits behind the given size of a file: 0 when that is what the load says.
+int finishWithFullDisk(const std::string& path, std::uint64_t largestFile,
+                       const std::function<void(BulkLoader&)>& fill) {
+    const ambrel::test::FileSizeLimit limit(largestFile);
+    try {
+        BulkLoader loader(path, Mode::Append);
+        fill(loader);
+        loader.finish();
+    } catch (const Error& error) {
+        return error.code() == ErrorCode::DiskFull ? 0 : 1;
+    }
+    return 2;
+}
+
+TEST_F(BulkLoadTest, AFullDiskWhileAddingLeavesTheTableAsItWas) {
+    const Bytes table = readFile(path()), index = readFile(indexPath());
+    ChildProcess child([&](const ChildProcess::Link&) {
+        return finishWithFullDisk(path(), 500000, [](BulkLoader& loader) { add(loader, 10, 40000); });
+    });
+    EXPECT_EQ(child.join(), 0);
+    EXPECT_EQ(readFile(path()), table);
+    EXPECT_EQ(readFile(indexPath()), index);
+}
+
+TEST_F(BulkLoadTest, AFullDiskWhileRebuildingLeavesTheTableAsItWas) {
+    ChildProcess child([&](const ChildProcess::Link&) {
+        return finishWithFullDisk(path(), 1400000, [](BulkLoader& loader) { add(loader, 10, 20000); });
+    });
+    EXPECT_EQ(child.join(), 0);
+    expectRows(10);
+    expectSound();
+}
+
+/// Tags whose entries cannot be counted: only the mark tells that they are wrong.
+class UncountableLoadTest : public BulkLoadTest {
+protected:
+    UncountableLoadTest() : BulkLoadTest({{.name = "SOLO", .expression = "NOMBRE", .unique = true}}) {}
+};
+
+TEST_F(UncountableLoadTest, AFullDiskWhileRebuildingLeavesTheTableAsItWas) {
+    ChildProcess child([&](const ChildProcess::Link&) {
+        return finishWithFullDisk(path(), 700000, [](BulkLoader& loader) { add(loader, 10, 10000); });
+    });
+    EXPECT_EQ(child.join(), 0);
+    expectRows(10);
+    expectSound();
+}
+
+} // namespace

@@ -1,0 +1,311 @@
+// Indexes that were left behind: by a writer that died, by a program that knows no index, by a cut file.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include <unistd.h>
+
+#include "dbase/lock/locks.h"
+#include "dbase/mdx/index_layout.h"
+#include "dbase/support/ChildProcess.h"
+#include "dbase/support/StoredTable.h"
+#include "dbase/system/bytes.h"
+#include "dbase/system/error.h"
+#include "dbase/table/table.h"
+#include "recovery_fixture.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using namespace dbase;
+using namespace dbase::test;
+
+TEST_F(RecoveryTest, AMarkLeftBehindIsMendedAtOpening) {
+    setMark();
+    spoilTree();
+    expectSound(100);
+    EXPECT_FALSE(stamp().inUpdate);
+}
+
+TEST_F(RecoveryTest, AMarkLeftBehindIsMendedByAnOpenTableBeforeItAnswers) {
+    const auto table = stored_.open();
+    setMark();
+    spoilTree();
+    EXPECT_EQ(order(*table, "NOMBRE").size(), 100U);
+    EXPECT_EQ(stored_.findings(), "");
+}
+
+TEST_F(RecoveryTest, AMarkLeftBehindIsMendedBeforeAChange) {
+    const auto table = stored_.open();
+    setMark();
+    spoilTree();
+    table->append(row(100));
+    expectSound(101);
+}
+
+TEST_F(RecoveryTest, TheCounterGuardSeesTheMarkToo) {
+    const auto table = stored_.open();
+    table->setReadGuard(ReadGuard::Counter);
+    setMark();
+    spoilTree();
+    EXPECT_EQ(order(*table, "NOMBRE").size(), 100U);
+    EXPECT_EQ(stored_.findings(), "");
+}
+
+TEST_F(RecoveryTest, AMarkOnAReadOnlyTableIsRefused) {
+    setMark();
+    const Bytes table = tableBytes(), index = indexBytes();
+    const Error error = errorOf([&] { (void)stored_.openReadOnly(); });
+    EXPECT_EQ(error.code(), ErrorCode::StaleIndex);
+    EXPECT_EQ(error.file(), "MEMORIA.MDX");
+    EXPECT_NE(std::string(error.what()).find("reindexar"), std::string::npos) << error.what();
+    EXPECT_EQ(tableBytes(), table);
+    EXPECT_EQ(indexBytes(), index);
+}
+
+TEST_F(RecoveryTest, AMarkThatAppearsOnAReadOnlyTableIsRefusedAtTheNextRead) {
+    const auto table = stored_.openReadOnly();
+    EXPECT_EQ(order(*table, "NOMBRE").size(), 100U);
+    setMark();
+    EXPECT_EQ(errorOf([&] { (void)order(*table, "NOMBRE"); }).code(), ErrorCode::StaleIndex);
+}
+
+TEST_F(RecoveryTest, RowsOfAProgramWithoutIndexAreRecognisedByTheirCount) {
+    appendWithoutIndex(100);
+    expectSound(101);
+}
+
+TEST_F(RecoveryTest, RowsOfAProgramWithoutIndexAreSeenByAnOpenTable) {
+    const auto table = stored_.open();
+    appendWithoutIndex(100);
+    EXPECT_EQ(order(*table, "NOMBRE").size(), 101U);
+    EXPECT_EQ(stored_.findings(), "");
+}
+
+TEST_F(RecoveryTest, RowsOfAProgramWithoutIndexOnAReadOnlyTableAreRefused) {
+    appendWithoutIndex(100);
+    EXPECT_EQ(errorOf([&] { (void)stored_.openReadOnly(); }).code(), ErrorCode::StaleIndex);
+}
+
+TEST_F(RecoveryTest, RowsOfAProgramThatKeepsTheIndexAreAccepted) {
+    const UpdateStamp before = stamp();
+    const Bytes stampBytes(indexBytes().begin() + mdx::stamp,
+                           indexBytes().begin() + mdx::stamp + mdx::stampSize);
+    stored_.open()->append(row(100));
+    std::copy(stampBytes.begin(), stampBytes.end(),
+              indexBytes().begin() + mdx::stamp); // others know no stamp
+    ASSERT_EQ(stamp().records, before.records);
+    const Bytes index = indexBytes();
+    {
+        const auto table = stored_.open();
+        EXPECT_EQ(order(*table, "NOMBRE").size(), 101U);
+    }
+    EXPECT_EQ(indexBytes(), index) << "it was rebuilt";
+    EXPECT_EQ(stored_.openReadOnly()->records().recordCount(), 101U);
+}
+
+TEST_F(RecoveryTest, AnIndexWithoutStampIsCountedToo) {
+    removeStamp();
+    EXPECT_EQ(stored_.openReadOnly()->records().recordCount(), 100U);
+    appendWithoutIndex(100);
+    EXPECT_EQ(errorOf([&] { (void)stored_.openReadOnly(); }).code(), ErrorCode::StaleIndex);
+    expectSound(101);
+}
+
+TEST_F(RecoveryTest, AnIndexThatCannotBeWalkedCountsAsStale) {
+    removeStamp();
+    std::fill(indexBytes().begin() + 2048, indexBytes().end() - 4096, '\0');
+    store32(indexBytes().data() + 4 * pageBytes, 999999);
+    EXPECT_THROW((void)stored_.open(), Error);
+}
+
+TEST_F(RecoveryTest, ATableCutBeforeItIsOpenedGoesOnWithItsCompleteRecords) {
+    tableBytes().resize(tableBytes().size() - 500);
+    expectSound(86);
+}
+
+TEST_F(RecoveryTest, ACutTableThatIsReadOnlyIsRefusedAndLeftAsItIs) {
+    tableBytes().resize(tableBytes().size() - 500);
+    const Bytes table = tableBytes(), index = indexBytes();
+    EXPECT_EQ(errorOf([&] { (void)stored_.openReadOnly(); }).code(), ErrorCode::StaleIndex);
+    EXPECT_EQ(tableBytes(), table);
+    EXPECT_EQ(indexBytes(), index);
+}
+
+TEST_F(RecoveryTest, ACutTableWithoutIndexThatIsReadOnlyIsRefusedToo) {
+    tableBytes()[28] = 0; // it was never to have one
+    tableBytes().resize(tableBytes().size() - 500);
+    Table table(std::make_unique<MemoryFile>(stored_.records, "MEMORIA.DBF", false), nullptr);
+    const Error error = errorOf([&] { (void)table.read([&] { return table.records().recordCount(); }); });
+    EXPECT_EQ(error.code(), ErrorCode::StaleIndex);
+    EXPECT_EQ(error.file(), "MEMORIA.DBF");
+}
+
+/// Somebody may be copying another one over it: it must not be written to meanwhile.
+TEST_F(RecoveryTest, ATableCutWhileItIsOpenIsRefusedAndLeftAsItIs) {
+    const TemporaryFolder folder;
+    const std::string path = folder / "RECUPERA.DBF", indexPath = folder / "RECUPERA.MDX";
+    writeFile(path, tableBytes());
+    writeFile(indexPath, indexBytes());
+    const auto opened = Table::open(path);
+    ASSERT_EQ(truncate(path.c_str(), static_cast<off_t>(tableBytes().size() - 500)), 0);
+    EXPECT_THROW((void)storedRecord(*opened, 100), Error); // noticed
+    const Bytes table = readFile(path), index = readFile(indexPath);
+    const Error error = errorOf([&] { (void)order(*opened, "NOMBRE"); });
+    EXPECT_EQ(error.code(), ErrorCode::BadTable);
+    EXPECT_EQ(error.file(), path);
+    EXPECT_NE(std::string(error.what()).find("100"), std::string::npos) << error.what();
+    EXPECT_THROW(opened->append(row(100)), Error);
+    EXPECT_EQ(readFile(path), table);
+    EXPECT_EQ(readFile(indexPath), index);
+}
+
+/// The copy goes on behind what was there when somebody opened the table, and is whole in the end.
+TEST_F(RecoveryTest, ACopyThatGoesOnBehindAnOpeningLosesNothing) {
+    const Bytes whole = tableBytes();
+    tableBytes().resize(tableBytes().size() - 500);
+    {
+        const auto opened = stored_.open();
+        tableBytes().resize(whole.size() - 500);
+        tableBytes().insert(tableBytes().end(), whole.end() - 500, whole.end());
+    }
+    expectSound(100);
+}
+
+TEST_F(RecoveryTest, CompleteRecordsThatDoNotCountYetAreAdopted) {
+    const std::uint32_t count = load32(tableBytes().data() + 4);
+    appendWithoutIndex(100);
+    appendWithoutIndex(101);
+    store32(tableBytes().data() + 4, count);
+    expectSound(102);
+}
+
+TEST_F(RecoveryTest, PartOfARecordBehindTheCountIsNone) {
+    tableBytes().pop_back();
+    const Bytes record = row(100);
+    tableBytes().insert(tableBytes().end(), record.begin(), record.end() - 1);
+    EXPECT_EQ(stored_.open()->records().recordCount(), 100U);
+}
+
+/// A packer that does not shorten the file leaves old records behind its end mark.
+TEST_F(RecoveryTest, RecordsBehindTheEndMarkAreNone) {
+    const Bytes record = row(100);
+    tableBytes().insert(tableBytes().end(), record.begin(), record.end());
+    EXPECT_EQ(stored_.open()->records().recordCount(), 100U);
+}
+
+class UncountableTags : public RecoveryTest {
+protected:
+    UncountableTags()
+        : RecoveryTest({{.name = "SOLO", .expression = "NOMBRE", .unique = true},
+                        {.name = "PARES", .expression = "NOMBRE", .condition = "NUM>=0"}}) {}
+};
+
+TEST_F(UncountableTags, RowsOfAnotherProgramLeadToARebuild) {
+    appendWithoutIndex(100);
+    const auto table = stored_.open();
+    EXPECT_EQ(order(*table, "PARES").size(), 101U);
+    EXPECT_EQ(stored_.findings(), "");
+}
+
+/// A process that dies at each of its writes in turn.
+class DyingWriter : public RecoveryTest {
+protected:
+    [[nodiscard]] std::string path() const { return folder_ / "RECUPERA.DBF"; }
+    void putOnDisk() const {
+        writeFile(path(), tableBytes());
+        writeFile(folder_ / "RECUPERA.MDX", indexBytes());
+    }
+    /// True when the work was over before that write.
+    [[nodiscard]] bool dieAt(std::size_t write, const std::function<void(Table&)>& work,
+                             bool keepsJournal = false) const {
+        ChildProcess child([&](const ChildProcess::Link&) {
+            const auto faults = std::make_shared<Faults>();
+            faults->failingWrite = write;
+            faults->insteadOfFailing = [] { _exit(1); };
+            const auto opened = [&](const std::string& file) {
+                return std::make_unique<FaultyFile>(openFile(file, OpenMode::ReadWrite), faults);
+            };
+            Table table(opened(path()), opened(folder_ / "RECUPERA.MDX"), {},
+                        keepsJournal ? journalBeside(path()) : nullptr);
+            work(table);
+            return 0;
+        });
+        const int code = child.join();
+        EXPECT_TRUE(code == 0 || code == 1) << code;
+        return code == 0;
+    }
+    void dieEverywhere(const std::function<void(Table&)>& work,
+                       const std::function<void(Table&)>& judge) const {
+        for (std::size_t write = 1; write < 100; ++write) {
+            putOnDisk();
+            const bool isOver = dieAt(write, work);
+            {
+                const auto table = Table::open(path());
+                judge(*table);
+                EXPECT_EQ(order(*table, "NOMBRE").size(), table->records().recordCount());
+            }
+            ASSERT_EQ(findings(path()), "") << write;
+            if (isOver) {
+                EXPECT_GT(write, 1U) << "nobody died";
+                return;
+            }
+        }
+        FAIL() << "the work never came to its end";
+    }
+
+    TemporaryFolder folder_;
+};
+
+TEST_F(DyingWriter, InAnAppend) {
+    dieEverywhere([&](Table& table) { table.append(row(500)); },
+                  [&](Table& table) {
+                      const RecordNumber count = table.records().recordCount();
+                      EXPECT_TRUE(count == 100 || storedRecord(table, 101) == row(500));
+                  });
+}
+
+TEST_F(DyingWriter, InAnOverwrite) {
+    dieEverywhere([&](Table& table) { table.overwrite(50, row(49), row(500)); },
+                  [&](Table& table) {
+                      const Bytes stored = storedRecord(table, 50);
+                      EXPECT_TRUE(stored == row(49) || stored == row(500));
+                  });
+}
+
+TEST_F(DyingWriter, InAChangeOfManyRecordsThatReindexingMakesWhole) {
+    const auto renumber = [&](const RecordView& record, std::span<char> after) {
+        std::ranges::copy(row(500 + static_cast<int>(record.number)), after.begin());
+    };
+    const auto isChanged = [&](Table& table, int number) {
+        return storedRecord(table, static_cast<RecordNumber>(number)) == row(500 + number);
+    };
+    for (std::size_t write = 1; write < 100; ++write) {
+        putOnDisk();
+        const bool isOver = dieAt(
+            write,
+            [&](Table& table) {
+                ASSERT_TRUE(table.tryLockRecord(50, this)); // parts the change: two writes
+                table.amend(49, 3, renumber);
+            },
+            true);
+        reindexTable(path());
+        ASSERT_EQ(findings(path()), "") << write;
+        {
+            const auto table = Table::open(path());
+            EXPECT_EQ(isChanged(*table, 49), isChanged(*table, 51)) << write;
+        }
+        if (isOver) {
+            EXPECT_GT(write, 1U) << "nobody died";
+            return;
+        }
+    }
+    FAIL() << "the work never came to its end";
+}
+
+TEST_F(DyingWriter, InARebuild) {
+    dieEverywhere([&](Table& table) { table.rebuildTags(); }, [](Table&) {});
+}
+
+} // namespace
