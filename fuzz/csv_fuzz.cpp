@@ -1,7 +1,7 @@
 // Any bytes as CSV, its values as those of a table's columns.
 #include "Trial.h"
-#include "tools/csv.h"
-#include "tools/row_conversion.h"
+#include "loading/csv.h"
+#include "loading/row_conversion.h"
 
 namespace {
 
@@ -17,14 +17,14 @@ struct Reading {
 
 Reading readAll(std::string_view text, std::size_t bufferSize) {
     Reading reading;
-    ambcp::CsvReader csv(ambcp::textSource(text), "T", ',', bufferSize);
+    loading::CsvReader csv(loading::textSource(text), "T", ',', bufferSize);
     try {
         while (csv.next()) {
             auto& record = reading.records.emplace_back();
-            for (const ambcp::CsvField& field : csv.fields())
+            for (const loading::CsvField& field : csv.fields())
                 record.emplace_back(field.text);
         }
-    } catch (const ambcp::CsvError& error) {
+    } catch (const loading::CsvError& error) {
         reading.error = error.what();
     }
     return reading;
@@ -43,10 +43,10 @@ dbase::Schema makeSchema() {
 
 void encodeInEachColumn(const std::string& text) {
     static const dbase::Schema schema = makeSchema();
-    static const ambcp::CellEncoder encoder(schema, "T.DBF"), postal(schema, "POSTAL.DBF");
+    static const loading::CellEncoder encoder(schema, "T.DBF"), postal(schema, "POSTAL.DBF");
     std::string record(schema.recordLength, '?');
     for (const dbase::Column& column : schema.columns)
-        for (const ambcp::CellEncoder* const one : {&encoder, &postal}) {
+        for (const loading::CellEncoder* const one : {&encoder, &postal}) {
             const auto problem =
                 one->encode(text, column, std::span(record).subspan(column.offset, column.width));
             trial::require(!problem || !problem->empty());

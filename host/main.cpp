@@ -10,12 +10,12 @@
 #include "host/SpanishTexts.h"
 #include "host/Style.h"
 #include "host/script/ScriptRunner.h"
+#include "loading/failure.h"
+#include "loading/text_source.h"
 #include "package/AmbCodPostales.h"
 #include "sample/Sample.h"
 #include "services/Confamb.h"
 #include "services/Mensaje.h"
-#include "tools/failure.h"
-#include "tools/text_source.h"
 
 namespace {
 
@@ -54,9 +54,9 @@ void configure(const host::Options& options) {
 /// Null, the reason told, when the file cannot be read.
 std::optional<host::script::ParsedScript> readScript(const QString& name) {
     try {
-        const std::string text = ambcp::wholeText(ambcp::fileSource(name.toStdString()));
+        const std::string text = loading::wholeText(loading::fileSource(name.toStdString()));
         return host::script::parseScript(QString::fromStdString(text));
-    } catch (const ambcp::Failure& error) {
+    } catch (const loading::Failure& error) {
         printComplaint(QStringLiteral("guion ") + QString::fromUtf8(error.what()));
         return std::nullopt;
     }

@@ -8,9 +8,9 @@
 
 #include "dbase/dbf/codepage.h"
 #include "dbase/system/system_reason.h"
+#include "loading/new_tables.h"
+#include "loading/table_loading.h"
 #include "sample/SampleData.h"
-#include "tools/new_tables.h"
-#include "tools/table_loading.h"
 
 namespace ambrel {
 
@@ -20,8 +20,8 @@ void loadSample(const std::string& name, const std::string& tableFile) {
     const std::string csvName = name + ".csv";
     for (const SampleFile& file : tableFiles())
         if (file.name == csvName) {
-            ambcp::CsvReader csv(ambcp::textSource(file.text()), csvName);
-            ambcp::loadCsv(csv, tableFile, dbase::BulkLoader::Mode::Append);
+            loading::CsvReader csv(loading::textSource(file.text()), csvName);
+            loading::loadCsv(csv, tableFile, dbase::BulkLoader::Mode::Append);
         }
 }
 
@@ -59,7 +59,7 @@ void writePostales(const std::filesystem::path& folder, dbase::IfExists ifExists
 } // namespace
 
 void createSample(const std::string& folder, dbase::IfExists ifExists) {
-    ambcp::createPostalTables(folder, ifExists, loadSample);
+    loading::createPostalTables(folder, ifExists, loadSample);
     writePostales(std::filesystem::path(folder) / "POSTALES", ifExists);
 }
 

@@ -2,9 +2,9 @@
 
 #include <cstdio>
 
+#include "loading/failure.h"
 #include "tools/commands.h"
 #include "tools/cut_table.h"
-#include "tools/failure.h"
 #include "tools/record_output.h"
 #include "tools/search_key.h"
 #include "tools/table_folder.h"
@@ -18,7 +18,7 @@ SearchKey parsePairs(dbase::Dataset& table, const std::vector<std::string>& pair
     for (const std::string& pair : pairs) {
         const std::size_t equals = pair.find('=');
         if (equals == std::string::npos) {
-            throw Failure("«" + pair + "» no tiene la forma CAMPO=VALOR");
+            throw loading::Failure("«" + pair + "» no tiene la forma CAMPO=VALOR");
         }
         key.add(table, pair.substr(0, equals), pair.substr(equals + 1));
     }
@@ -48,7 +48,7 @@ void requireLeadingFields(dbase::Dataset& table, const SearchKey& key) {
     for (const std::string& field : missing) {
         text += ' ' + field + '=';
     }
-    throw Failure(text);
+    throw loading::Failure(text);
 }
 
 /// A field that the tag does not hold changes nothing in the key. One beside others is worth a word; a key
@@ -58,7 +58,7 @@ void tellUselessFields(dbase::Dataset& table, const SearchKey& key, std::size_t 
     for (const std::string& field : outside) {
         const std::string text = "la columna " + field + " no forma parte del tag " + table.tag();
         if (outside.size() == given) {
-            throw Failure(text);
+            throw loading::Failure(text);
         }
         std::fprintf(stderr, "ambcp: aviso: %s y no cuenta.\n", text.c_str());
     }
@@ -71,7 +71,7 @@ ExitCode buscar(const FindOptions& options) {
     dbase::Dataset table(folderDatabase, options.table);
     table.open();
     if (options.tag.empty()) {
-        throw Failure("falta el nombre del tag");
+        throw loading::Failure("falta el nombre del tag");
     }
     useTag(table, options.tag);
     const SearchKey key = parsePairs(table, options.pairs);

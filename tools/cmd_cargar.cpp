@@ -3,23 +3,24 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "loading/counted.h"
+#include "loading/municipality_order.h"
+#include "loading/table_loading.h"
+#include "loading/text_encoding.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
-#include "tools/counted.h"
 #include "tools/cut_table.h"
-#include "tools/municipality_order.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
-#include "tools/table_loading.h"
-#include "tools/text_encoding.h"
 
 namespace ambcp {
 
 namespace {
 
-TextSource openSource(const LoadOptions& options, const std::string& name) {
-    const TextSource bytes = options.file == "-" ? standardInput(name) : fileSource(options.file);
-    return decoded(bytes, textEncodingNamed(options.encoding).value(), name);
+loading::TextSource openSource(const LoadOptions& options, const std::string& name) {
+    const loading::TextSource bytes =
+        options.file == "-" ? loading::standardInput(name) : loading::fileSource(options.file);
+    return loading::decoded(bytes, loading::textEncodingNamed(options.encoding).value(), name);
 }
 
 /// The first few, and how many more there are.
@@ -34,12 +35,12 @@ std::string someOf(const std::vector<std::string>& codes) {
 
 /// Rows added at the end stand behind those of the same code, whatever they are.
 void tellEntitiesInFront(const std::string& tableFile) {
-    if (!isMunicipalityTable(tableFile)) {
+    if (!loading::isMunicipalityTable(tableFile)) {
         return;
     }
     dbase::Dataset table(folderDatabase, tableName(tableFile));
     table.open();
-    const std::vector<std::string> codes = codesWithEntitiesInFront(table);
+    const std::vector<std::string> codes = loading::codesWithEntitiesInFront(table);
     if (!codes.empty()) {
         complain("aviso: en el orden de COD_INE hay entidades delante de su municipio (" + someOf(codes) +
                  "); cargue la tabla entera con --reemplazar, que la ordena.");
@@ -55,21 +56,22 @@ ExitCode cargar(const LoadOptions& options) {
         requireWhole(table);
     }
     const std::string name = options.file == "-" ? "entrada estándar" : options.file;
-    CsvReader csv(openSource(options, name), name, separatorNamed(options.separator).value());
+    loading::CsvReader csv(openSource(options, name), name,
+                           loading::separatorNamed(options.separator).value());
     std::uint64_t rows = 0;
     {
         ProgressLine line(tableName(table));
-        rows = loadCsv(csv, table, options.replaces ? Mode::Replace : Mode::Append,
-                       [&](std::uint64_t read, double share) {
-                           if (share < 0) {
-                               line.rows(read);
-                           } else {
-                               line.share(share);
-                           }
-                       });
+        rows = loading::loadCsv(csv, table, options.replaces ? Mode::Replace : Mode::Append,
+                                [&](std::uint64_t read, double share) {
+                                    if (share < 0) {
+                                        line.rows(read);
+                                    } else {
+                                        line.share(share);
+                                    }
+                                });
     }
     std::printf("%s: %s.\n", tableName(table).c_str(),
-                counted(rows, "fila cargada", "filas cargadas").c_str());
+                loading::counted(rows, "fila cargada", "filas cargadas").c_str());
     tellEntitiesInFront(table);
     return ExitCode::done;
 }

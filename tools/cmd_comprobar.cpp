@@ -7,8 +7,8 @@
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/table/check.h"
+#include "loading/counted.h"
 #include "tools/commands.h"
-#include "tools/counted.h"
 #include "tools/cut_table.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
@@ -73,11 +73,11 @@ void print(const std::string& table, const dbase::CheckResult& result, const std
     }
     const std::string problems = result.findings.empty()
                                      ? "correcta"
-                                     : counted(result.findings.size(), "problema", "problemas") +
+                                     : loading::counted(result.findings.size(), "problema", "problemas") +
                                            (result.truncated ? " y más" : "") + whatToDo;
     std::printf("%s: %s, %s: %s\n", tableName(table).c_str(),
-                counted(result.records, "registro", "registros").c_str(),
-                counted(result.tags, "tag", "tags").c_str(), problems.c_str());
+                loading::counted(result.records, "registro", "registros").c_str(),
+                loading::counted(result.tags, "tag", "tags").c_str(), problems.c_str());
 }
 
 ExitCode check(const std::string& table) {

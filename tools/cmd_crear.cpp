@@ -2,9 +2,9 @@
 
 #include <cstdio>
 
+#include "loading/new_tables.h"
 #include "sample/Sample.h"
 #include "tools/commands.h"
-#include "tools/new_tables.h"
 
 namespace ambcp {
 
@@ -14,11 +14,11 @@ ExitCode crear(const CreateOptions& options) {
         if (options.withSample) {
             ambrel::createSample(options.folder, ifExists);
         } else {
-            createPostalTables(options.folder, ifExists);
+            loading::createPostalTables(options.folder, ifExists);
         }
-    } catch (const TablesExist& error) {
-        throw Failure(error.what() +
-                      std::string(" «--forzar» sustituye las tablas que haya, y con ellas sus datos."));
+    } catch (const loading::TablesExist& error) {
+        throw loading::Failure(
+            error.what() + std::string(" «--forzar» sustituye las tablas que haya, y con ellas sus datos."));
     }
     std::printf("Tablas creadas en «%s».\n", options.folder.c_str());
     return ExitCode::done;

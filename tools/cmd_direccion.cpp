@@ -10,9 +10,9 @@
 #include "dbase/dbf/codepage.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
+#include "loading/csv.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
-#include "tools/csv.h"
 #include "tools/cut_table.h"
 #include "tools/table_folder.h"
 
@@ -56,7 +56,7 @@ void writeAddress(const ambrel::ResolvedAddress& address, const AddressOptions& 
     for (const AddressPart part : address.completed) {
         completed += (completed.empty() ? "" : " ") + std::string(columnOf(part));
     }
-    CsvWriter csv(STDOUT_FILENO);
+    loading::CsvWriter csv(STDOUT_FILENO);
     for (const std::string_view column :
          {"MUNICIPIO", "COD_INE", "VIA", "TIPO_VIA", "CODPOSTAL", "COMPLETADA"}) {
         csv.field(column);

@@ -7,8 +7,8 @@
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/table/check.h"
+#include "loading/counted.h"
 #include "tools/commands.h"
-#include "tools/counted.h"
 #include "tools/cut_table.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
@@ -30,8 +30,8 @@ ExitCode rebuild(const std::string& table, const std::vector<dbase::TagDefinitio
         const std::uint32_t held = recordsIn(table);
         if (before && before->announced > held) {
             std::printf("%s: índice rehecho con %s; de los que decía la cabecera, %s.\n", name.c_str(),
-                        counted(held, "registro", "registros").c_str(),
-                        counted(before->announced - held, "no estaba", "no estaban").c_str());
+                        loading::counted(held, "registro", "registros").c_str(),
+                        loading::counted(before->announced - held, "no estaba", "no estaban").c_str());
         } else {
             std::printf("%s: índice rehecho.\n", name.c_str());
         }

@@ -5,10 +5,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include "tools/csv.h"
-#include "tools/failure.h"
+#include "loading/csv.h"
+#include "loading/failure.h"
+#include "loading/text_encoding.h"
 #include "tools/spanish_help.h"
-#include "tools/text_encoding.h"
 #include "tools/usage_errors.h"
 
 namespace ambcp {
@@ -26,12 +26,13 @@ std::string isCount(const std::string& text) {
 }
 
 std::string isKnownSeparator(const std::string& text) {
-    return separatorNamed(text) ? std::string() : "«" + text + "» no separa columnas; un signo, o «tab»";
+    return loading::separatorNamed(text) ? std::string()
+                                         : "«" + text + "» no separa columnas; un signo, o «tab»";
 }
 
 std::string isKnownEncoding(const std::string& text) {
-    return textEncodingNamed(text) ? std::string()
-                                   : "«" + text + "» no se conoce; utf-8, windows-1252 o utf-16";
+    return loading::textEncodingNamed(text) ? std::string()
+                                            : "«" + text + "» no se conoce; utf-8, windows-1252 o utf-16";
 }
 
 /// A subcommand whose options, kept alive with it, are handed to a function.
@@ -163,7 +164,7 @@ ExitCode showHelp(const CLI::App& app, const std::string& order) {
         const std::vector<const CLI::App*> found =
             app.get_subcommands([&](const CLI::App* command) { return command->check_name(order); });
         if (found.empty()) {
-            throw Failure(describeUnknownCommand(order, app));
+            throw loading::Failure(describeUnknownCommand(order, app));
         }
         text = found.front()->help(app.get_name());
     }

@@ -4,8 +4,8 @@
 #include "dbase/journal/journal_place.h"
 #include "dbase/lock/locks.h"
 #include "dbase/system/databases.h"
-#include "tools/counted.h"
-#include "tools/failure.h"
+#include "loading/counted.h"
+#include "loading/failure.h"
 
 namespace ambcp {
 
@@ -43,8 +43,9 @@ std::uint32_t recordsIn(const std::string& tableFile) {
 }
 
 std::string describe(const Shortfall& shortfall) {
-    return "la tabla está cortada: dice tener " + counted(shortfall.announced, "registro", "registros") +
-           " y hay " + counted(shortfall.held, "completo", "completos") +
+    return "la tabla está cortada: dice tener " +
+           loading::counted(shortfall.announced, "registro", "registros") + " y hay " +
+           loading::counted(shortfall.held, "completo", "completos") +
            "; recupere la copia de seguridad; \"ambcp reindexar\" se queda con los completos";
 }
 

@@ -8,7 +8,16 @@
 #include <optional>
 #include <string>
 
+#include "loading/failure.h"
+
 namespace ambcp {
+
+/// A table that is not to be touched before somebody has looked after it; the program then ends with exit
+/// code 1.
+class DamagedTable : public loading::Failure {
+public:
+    using loading::Failure::Failure;
+};
 
 struct Shortfall {
     std::uint32_t announced = 0; // records that the header tells of

@@ -10,7 +10,7 @@
 #include <unistd.h>
 
 #include "dbase/lock/locks.h"
-#include "tools/failure.h"
+#include "loading/failure.h"
 
 namespace ambcp {
 
@@ -57,7 +57,7 @@ template<typename Action>
 pid_t startChild(Action action) {
     const pid_t child = fork();
     if (child < 0) {
-        throw Failure("no se puede iniciar un segundo proceso para la prueba");
+        throw loading::Failure("no se puede iniciar un segundo proceso para la prueba");
     }
     if (child == 0) {
         int answer = ChildAnswer::broken;
@@ -131,7 +131,7 @@ private:
     void tryDeath() {
         std::array<int, 2> ends{};
         if (pipe(ends.data()) != 0) {
-            throw Failure("no se puede hablar con un segundo proceso para la prueba");
+            throw loading::Failure("no se puede hablar con un segundo proceso para la prueba");
         }
         const pid_t child = startChild([&] {
             const auto file = open_(file_.path(), OpenMode::ReadWrite);

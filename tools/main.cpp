@@ -11,10 +11,11 @@
 #include <unistd.h>
 
 #include "dbase/system/system_reason.h"
+#include "loading/csv.h"
+#include "loading/failure.h"
 #include "tools/command_line.h"
 #include "tools/complain.h"
-#include "tools/csv.h"
-#include "tools/failure.h"
+#include "tools/cut_table.h"
 #include "tools/usage_errors.h"
 
 namespace {
@@ -37,7 +38,7 @@ ExitCode run(const ambcp::Command& command) {
             return result;
         }
         ambcp::complain("no se puede escribir la salida: " + dbase::systemReason(errno));
-    } catch (const ambcp::OutputClosed&) {
+    } catch (const loading::OutputClosed&) {
         return ExitCode::done; // the reader had enough
     } catch (const ambcp::DamagedTable& error) {
         ambcp::complain(error.what());

@@ -5,7 +5,7 @@
 
 #include <unistd.h>
 
-#include "tools/row_conversion.h"
+#include "loading/row_conversion.h"
 
 namespace ambcp {
 
@@ -28,7 +28,7 @@ void RecordOutput::writeCurrent() {
         csv_.field({digits.data(), static_cast<std::size_t>(end - digits.data())});
     }
     for (const dbase::Field* field : fields_) {
-        writeValue(csv_, *field, page_);
+        loading::writeValue(csv_, *field, page_);
     }
     csv_.endRecord();
 }

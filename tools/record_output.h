@@ -3,7 +3,7 @@
 
 #include "dbase/dataset/dataset.h"
 #include "dbase/dbf/codepage.h"
-#include "tools/csv.h"
+#include "loading/csv.h"
 
 namespace ambcp {
 
@@ -22,7 +22,7 @@ private:
     const dbase::CodePage& page_;
     RecordNumbers numbers_;
     std::vector<dbase::Field*> fields_;
-    CsvWriter csv_;
+    loading::CsvWriter csv_;
 };
 
 } // namespace ambcp

@@ -5,8 +5,8 @@
 #include "dbase/dbf/codec.h"
 #include "dbase/mdx/index_file.h"
 #include "dbase/table/table.h"
-#include "tools/failure.h"
-#include "tools/row_conversion.h"
+#include "loading/failure.h"
+#include "loading/row_conversion.h"
 #include "tools/table_folder.h"
 
 namespace ambcp {
@@ -16,8 +16,8 @@ namespace {
 const dbase::Tag& activeTag(dbase::Dataset& table) {
     const dbase::Tag* tag = table.openTable().findTag(table.tag());
     if (tag == nullptr || !tag->isUnderstood()) {
-        throw Failure("en el tag " + table.tag() + " no se puede buscar" +
-                      (tag == nullptr ? std::string() : ": " + tag->problem));
+        throw loading::Failure("en el tag " + table.tag() + " no se puede buscar" +
+                               (tag == nullptr ? std::string() : ": " + tag->problem));
     }
     return *tag;
 }
@@ -31,8 +31,8 @@ const dbase::Column& leadingColumn(const dbase::Schema& schema, const dbase::Tag
             return schema.columns[i];
         }
     }
-    throw Failure("la clave del tag " + tag.definition.name + ", " + tag.definition.expression +
-                  ", no empieza por una columna");
+    throw loading::Failure("la clave del tag " + tag.definition.name + ", " + tag.definition.expression +
+                           ", no empieza por una columna");
 }
 
 } // namespace
@@ -41,16 +41,17 @@ void SearchKey::add(dbase::Dataset& table, const std::string& field, const std::
     const dbase::Schema& schema = table.schema();
     const std::optional<std::size_t> position = schema.find(field);
     if (!position) {
-        throw Failure("la tabla " + table.tableName() + " no tiene ninguna columna «" + field + "»");
+        throw loading::Failure("la tabla " + table.tableName() + " no tiene ninguna columna «" + field + "»");
     }
     const dbase::Column& column = schema.columns[*position];
     if (has(column.name)) {
-        throw Failure("la columna " + column.name + " se da dos veces");
+        throw loading::Failure("la columna " + column.name + " se da dos veces");
     }
     std::string raw(column.width, ' ');
-    const CellEncoder encoder(dbase::CodePage::ofDriver(schema.languageDriver), Integers::AnyThatFits);
+    const loading::CellEncoder encoder(dbase::CodePage::ofDriver(schema.languageDriver),
+                                       loading::Integers::AnyThatFits);
     if (const auto problem = encoder.encode(text, column, raw)) {
-        throw Failure("columna " + column.name + ": " + *problem);
+        throw loading::Failure("columna " + column.name + ": " + *problem);
     }
     pairs_.push_back({column.name, std::string(dbase::decodeText(raw))});
 }
@@ -90,7 +91,7 @@ SearchKey keyFromText(dbase::Dataset& table, const std::string& text) {
         left.remove_prefix(part.size());
     }
     if (!left.empty()) {
-        throw Failure("la clave «" + text + "» es más larga que las del tag " + tag.definition.name);
+        throw loading::Failure("la clave «" + text + "» es más larga que las del tag " + tag.definition.name);
     }
     return key;
 }

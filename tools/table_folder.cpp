@@ -7,7 +7,7 @@
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/system/system_reason.h"
-#include "tools/failure.h"
+#include "loading/failure.h"
 
 namespace fs = std::filesystem;
 
@@ -27,7 +27,7 @@ bool isTableName(const fs::path& name) {
 std::string useFolder(const std::string& folder) {
     std::error_code problem;
     if (!fs::is_directory(folder, problem)) {
-        throw Failure("no existe la carpeta «" + folder + "»");
+        throw loading::Failure("no existe la carpeta «" + folder + "»");
     }
     dbase::setDatabaseFolder(folderDatabase, folder);
     return dbase::databaseFolder(folderDatabase);
@@ -36,7 +36,7 @@ std::string useFolder(const std::string& folder) {
 std::string requireTable(const std::string& folder, const std::string& table) {
     const auto file = dbase::findTableFile(folder, table);
     if (!file) {
-        throw Failure("en la carpeta «" + folder + "» no hay ninguna tabla «" + table + "»");
+        throw loading::Failure("en la carpeta «" + folder + "» no hay ninguna tabla «" + table + "»");
     }
     return *file;
 }
@@ -52,11 +52,11 @@ std::vector<std::string> tablesIn(const std::string& folder) {
         }
     }
     if (problem) {
-        throw Failure("no se puede leer la carpeta «" + folder +
-                      "»: " + dbase::systemReason(problem.value()));
+        throw loading::Failure("no se puede leer la carpeta «" + folder +
+                               "»: " + dbase::systemReason(problem.value()));
     }
     if (files.empty()) {
-        throw Failure("en la carpeta «" + folder + "» no hay ninguna tabla");
+        throw loading::Failure("en la carpeta «" + folder + "» no hay ninguna tabla");
     }
     std::ranges::sort(files);
     return files;
@@ -71,7 +71,7 @@ std::string tableName(const std::string& tableFile) { return fs::path(tableFile)
 std::string inTablePage(const dbase::Dataset& table, const std::string& text, const std::string& what) {
     const auto bytes = dbase::CodePage::ofDriver(table.schema().languageDriver).fromUtf8(text);
     if (!bytes) {
-        throw Failure(what + " «" + text + "» lleva caracteres que la tabla no puede guardar");
+        throw loading::Failure(what + " «" + text + "» lleva caracteres que la tabla no puede guardar");
     }
     return *bytes;
 }
@@ -92,7 +92,8 @@ void useTag(dbase::Dataset& table, const std::string& tag) {
         const std::string instead = !known.empty()   ? "tiene " + known
                                     : reason.empty() ? "no tiene índice"
                                                      : reason;
-        throw Failure("la tabla " + table.tableName() + " no tiene ningún tag «" + tag + "»; " + instead);
+        throw loading::Failure("la tabla " + table.tableName() + " no tiene ningún tag «" + tag + "»; " +
+                               instead);
     }
 }
 

@@ -19,7 +19,7 @@ constexpr const char* province = "26";
 constexpr const char* capital = "26089";
 
 std::vector<CsvRow> rowsOf(const fs::path& file) {
-    return callejero::csvRows(ambcp::fileSource(file.string()), file.filename().string());
+    return callejero::csvRows(loading::fileSource(file.string()), file.filename().string());
 }
 
 std::string capitals(const std::string& utf8) {

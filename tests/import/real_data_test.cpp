@@ -38,7 +38,7 @@ protected:
     [[nodiscard]] fs::path cadastre() const { return folder / "catastro"; }
 
     static std::vector<callejero::CsvRow> rows(const fs::path& file) {
-        return callejero::csvRows(ambcp::fileSource(file.string()), file.filename().string());
+        return callejero::csvRows(loading::fileSource(file.string()), file.filename().string());
     }
 
     static std::string exchange(const std::string& operation, const std::string& request) {

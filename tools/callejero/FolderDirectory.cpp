@@ -164,7 +164,7 @@ private:
                                          column + "»");
             return found->second;
         };
-        for (const CsvRow& row : csvRows(ambcp::textSource(*text), indexFile))
+        for (const CsvRow& row : csvRows(loading::textSource(*text), indexFile))
             files_[{value(row, "provincia"), value(row, "municipio")}] = value(row, "fichero");
     }
 

@@ -22,7 +22,7 @@ std::vector<CsvRow> rowsOf(std::string_view table) {
     const std::string name = std::string(table) + ".csv";
     for (const ambrel::SampleFile& file : ambrel::tableFiles())
         if (file.name == name)
-            return csvRows(ambcp::textSource(file.text()), name);
+            return csvRows(loading::textSource(file.text()), name);
     return {};
 }
 

@@ -1,4 +1,4 @@
-#include "tools/text_source.h"
+#include "loading/text_source.h"
 
 #include <algorithm>
 #include <array>
@@ -9,9 +9,9 @@
 #include <unistd.h>
 
 #include "dbase/system/system_reason.h"
-#include "tools/failure.h"
+#include "loading/failure.h"
 
-namespace ambcp {
+namespace loading {
 
 namespace {
 
@@ -64,4 +64,4 @@ std::string wholeText(const TextSource& source) {
     return text;
 }
 
-} // namespace ambcp
+} // namespace loading

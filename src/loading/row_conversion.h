@@ -9,9 +9,9 @@
 #include "dbase/dataset/field.h"
 #include "dbase/dbf/codepage.h"
 #include "dbase/dbf/schema.h"
-#include "tools/csv.h"
+#include "loading/csv.h"
 
-namespace ambcp {
+namespace loading {
 
 /// What a numeric column without decimals may hold.
 enum class Integers {
@@ -47,4 +47,4 @@ private:
 /// YYYY-MM-DD, null as nothing.
 void writeValue(CsvWriter& csv, const dbase::Field& field, const dbase::CodePage& page);
 
-} // namespace ambcp
+} // namespace loading

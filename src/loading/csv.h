@@ -10,10 +10,10 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/failure.h"
-#include "tools/text_source.h"
+#include "loading/failure.h"
+#include "loading/text_source.h"
 
-namespace ambcp {
+namespace loading {
 
 /// A text that is not CSV. Line and column (in characters) count from 1.
 class CsvError : public Failure {
@@ -118,4 +118,4 @@ private:
     bool isFirst_ = true;
 };
 
-} // namespace ambcp
+} // namespace loading

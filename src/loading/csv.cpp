@@ -1,4 +1,4 @@
-#include "tools/csv.h"
+#include "loading/csv.h"
 
 #include <algorithm>
 #include <array>
@@ -10,7 +10,7 @@
 
 #include "dbase/system/system_reason.h"
 
-namespace ambcp {
+namespace loading {
 
 namespace {
 
@@ -260,4 +260,4 @@ void CsvWriter::flush() {
     recordStart_ = 0;
 }
 
-} // namespace ambcp
+} // namespace loading

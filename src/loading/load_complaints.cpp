@@ -1,8 +1,8 @@
-#include "tools/load_complaints.h"
+#include "loading/load_complaints.h"
 
-#include "tools/counted.h"
+#include "loading/counted.h"
 
-namespace ambcp {
+namespace loading {
 
 void LoadComplaints::add(std::uint64_t line, const std::string& text) {
     if (told_.size() == mostTold) {
@@ -29,4 +29,4 @@ std::string LoadComplaints::text() const {
     return text + ". No se ha cargado nada." + (hint_.empty() ? "" : ' ' + hint_);
 }
 
-} // namespace ambcp
+} // namespace loading

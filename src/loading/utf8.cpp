@@ -1,6 +1,6 @@
-#include "tools/utf8.h"
+#include "loading/utf8.h"
 
-namespace ambcp {
+namespace loading {
 
 namespace {
 
@@ -83,4 +83,4 @@ std::string inQuotes(std::string_view text) {
     return shown + "»";
 }
 
-} // namespace ambcp
+} // namespace loading

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace ambcp {
+namespace loading {
 
 /// Gathers what is wrong, so that one attempt tells all of it: the first ones word by word, of the others the
 /// number.
@@ -34,4 +34,4 @@ private:
     std::string end_, hint_;
 };
 
-} // namespace ambcp
+} // namespace loading

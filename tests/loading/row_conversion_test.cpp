@@ -1,9 +1,9 @@
 // Texts as the bytes of a column.
-#include "tools/row_conversion.h"
+#include "loading/row_conversion.h"
 
 #include <gtest/gtest.h>
 
-namespace ambcp {
+namespace loading {
 namespace {
 
 using dbase::Column;
@@ -162,4 +162,4 @@ TEST(CellEncoder, OnlyPostalTablesLimitTheirIntegers) {
 }
 
 } // namespace
-} // namespace ambcp
+} // namespace loading

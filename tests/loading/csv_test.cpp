@@ -1,5 +1,5 @@
 // Reading and writing CSV.
-#include "tools/csv.h"
+#include "loading/csv.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 
 #include "support/TemporaryFolder.h"
 
-namespace ambcp {
+namespace loading {
 namespace {
 
 using Records = std::vector<std::vector<std::string>>;
@@ -224,4 +224,4 @@ TEST(CsvWriter, TellsAReaderThatHasGoneAway) {
 }
 
 } // namespace
-} // namespace ambcp
+} // namespace loading

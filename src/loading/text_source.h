@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace ambcp {
+namespace loading {
 
 /// Fills a piece of memory with the bytes that follow and says how many they are; 0 at the end.
 using TextSource = std::function<std::size_t(std::span<char>)>;
@@ -22,4 +22,4 @@ using TextSource = std::function<std::size_t(std::span<char>)>;
 /// All that a source has left.
 [[nodiscard]] std::string wholeText(const TextSource& source);
 
-} // namespace ambcp
+} // namespace loading

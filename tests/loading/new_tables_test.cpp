@@ -1,14 +1,14 @@
 // The five tables created together, or none of them.
-#include "tools/new_tables.h"
+#include "loading/new_tables.h"
 
 #include "support/TableTest.h"
 
 #include <filesystem>
 
 #include "dbase/dataset/dataset.h"
-#include "tools/failure.h"
+#include "loading/failure.h"
 
-namespace ambcp {
+namespace loading {
 namespace {
 
 namespace fs = std::filesystem;
@@ -79,4 +79,4 @@ TEST_F(NewTables, AFileInPlaceOfTheFolderIsAFailure) {
 }
 
 } // namespace
-} // namespace ambcp
+} // namespace loading

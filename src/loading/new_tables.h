@@ -5,9 +5,9 @@
 #include <string>
 
 #include "dbase/table/table_definition.h"
-#include "tools/failure.h"
+#include "loading/failure.h"
 
-namespace ambcp {
+namespace loading {
 
 /// Tables that are there already and may not be replaced.
 class TablesExist : public Failure {
@@ -24,4 +24,4 @@ using TableFiller = std::function<void(const std::string& name, const std::strin
 /// whatever the filler raises, after which no new table remains.
 void createPostalTables(const std::string& folder, dbase::IfExists ifExists, const TableFiller& fill = {});
 
-} // namespace ambcp
+} // namespace loading

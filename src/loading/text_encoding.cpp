@@ -1,14 +1,14 @@
-#include "tools/text_encoding.h"
+#include "loading/text_encoding.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <utility>
 
 #include "dbase/dbf/codepage.h"
-#include "tools/failure.h"
-#include "tools/utf8.h"
+#include "loading/failure.h"
+#include "loading/utf8.h"
 
-namespace ambcp {
+namespace loading {
 
 namespace {
 
@@ -163,4 +163,4 @@ TextSource decoded(TextSource source, TextEncoding encoding, const std::string& 
     return Decoder(std::move(source), encoding, name);
 }
 
-} // namespace ambcp
+} // namespace loading

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace ambcp {
+namespace loading {
 
 /// The first character of a text; empty when what it begins with is no UTF-8, or the text is.
 [[nodiscard]] std::string_view firstCharacter(std::string_view text);
@@ -17,4 +17,4 @@ void appendUtf8(std::string& text, char32_t code);
 /// A value for a message: in quotes and in one line, cut where it is long; what cannot be shown is marked.
 [[nodiscard]] std::string inQuotes(std::string_view text);
 
-} // namespace ambcp
+} // namespace loading

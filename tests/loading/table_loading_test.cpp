@@ -1,10 +1,10 @@
 // CSV into a table: all rows or none.
-#include "tools/table_loading.h"
+#include "loading/table_loading.h"
 
 #include "dbase/dataset/dataset.h"
 #include "support/TableTest.h"
 
-namespace ambcp {
+namespace loading {
 namespace {
 
 using Mode = dbase::BulkLoader::Mode;
@@ -201,4 +201,4 @@ TEST_F(TableLoading, TellsHowFarItIs) {
 }
 
 } // namespace
-} // namespace ambcp
+} // namespace loading

@@ -1,4 +1,4 @@
-#include "tools/new_tables.h"
+#include "loading/new_tables.h"
 
 #include <filesystem>
 #include <memory>
@@ -12,7 +12,7 @@
 
 namespace fs = std::filesystem;
 
-namespace ambcp {
+namespace loading {
 
 namespace {
 
@@ -113,4 +113,4 @@ void createPostalTables(const std::string& folder, dbase::IfExists ifExists, con
     creation.keep();
 }
 
-} // namespace ambcp
+} // namespace loading

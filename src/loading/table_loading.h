@@ -6,9 +6,9 @@
 #include <string>
 
 #include "dbase/table/bulk_loader.h"
-#include "tools/csv.h"
+#include "loading/csv.h"
 
-namespace ambcp {
+namespace loading {
 
 /// Told while rows are read (share below 0) and while the tags are made (share 0 to 1).
 using LoadProgress = std::function<void(std::uint64_t rows, double share)>;
@@ -20,4 +20,4 @@ using LoadProgress = std::function<void(std::uint64_t rows, double share)>;
 std::uint64_t loadCsv(CsvReader& csv, const std::string& tableFile, dbase::BulkLoader::Mode mode,
                       const LoadProgress& progress = {});
 
-} // namespace ambcp
+} // namespace loading

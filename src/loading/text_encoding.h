@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "tools/text_source.h"
+#include "loading/text_source.h"
 
-namespace ambcp {
+namespace loading {
 
 /// How the characters of a file are written.
 enum class TextEncoding {
@@ -23,4 +23,4 @@ enum class TextEncoding {
 /// encoding, a missing mark, what is no UTF-16; whatever the source raises.
 [[nodiscard]] TextSource decoded(TextSource source, TextEncoding encoding, const std::string& name);
 
-} // namespace ambcp
+} // namespace loading

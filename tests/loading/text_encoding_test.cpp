@@ -1,14 +1,14 @@
 // Files in other encodings than UTF-8, read as UTF-8.
-#include "tools/text_encoding.h"
+#include "loading/text_encoding.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>
 
-#include "tools/failure.h"
+#include "loading/failure.h"
 
-namespace ambcp {
+namespace loading {
 namespace {
 
 using std::string_view_literals::operator""sv;
@@ -95,4 +95,4 @@ TEST(TextEncoding, WhatIsNoUtf16IsRefusedWithItsPlace) {
 }
 
 } // namespace
-} // namespace ambcp
+} // namespace loading

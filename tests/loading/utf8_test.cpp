@@ -1,9 +1,9 @@
 // UTF-8, and values as messages show them.
-#include "tools/utf8.h"
+#include "loading/utf8.h"
 
 #include <gtest/gtest.h>
 
-namespace ambcp {
+namespace loading {
 namespace {
 
 TEST(Utf8, KnowsItsOwn) {
@@ -46,4 +46,4 @@ TEST(InQuotes, CutsALongValueBetweenCharacters) {
 }
 
 } // namespace
-} // namespace ambcp
+} // namespace loading

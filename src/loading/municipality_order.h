@@ -11,7 +11,7 @@
 #include "dbase/dbf/schema.h"
 #include "dbase/table/bulk_loader.h"
 
-namespace ambcp {
+namespace loading {
 
 /// Rows that wait for all the others, to be stored in order.
 class MunicipalityRows {
@@ -38,4 +38,4 @@ private:
 /// active tag.
 [[nodiscard]] std::vector<std::string> codesWithEntitiesInFront(dbase::Dataset& table);
 
-} // namespace ambcp
+} // namespace loading

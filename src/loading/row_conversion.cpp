@@ -1,4 +1,4 @@
-#include "tools/row_conversion.h"
+#include "loading/row_conversion.h"
 
 #include <algorithm>
 #include <array>
@@ -6,9 +6,9 @@
 
 #include "data/TableDefinitions.h"
 #include "dbase/dbf/codec.h"
-#include "tools/utf8.h"
+#include "loading/utf8.h"
 
-namespace ambcp {
+namespace loading {
 
 namespace {
 
@@ -236,4 +236,4 @@ void writeValue(CsvWriter& csv, const dbase::Field& field, const dbase::CodePage
     }
 }
 
-} // namespace ambcp
+} // namespace loading

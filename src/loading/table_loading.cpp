@@ -1,16 +1,16 @@
-#include "tools/table_loading.h"
+#include "loading/table_loading.h"
 
 #include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
 
-#include "tools/load_complaints.h"
-#include "tools/municipality_order.h"
-#include "tools/row_conversion.h"
-#include "tools/utf8.h"
+#include "loading/load_complaints.h"
+#include "loading/municipality_order.h"
+#include "loading/row_conversion.h"
+#include "loading/utf8.h"
 
-namespace ambcp {
+namespace loading {
 
 namespace {
 
@@ -135,4 +135,4 @@ std::uint64_t loadCsv(CsvReader& csv, const std::string& tableFile, dbase::BulkL
     return rows;
 }
 
-} // namespace ambcp
+} // namespace loading

@@ -1,4 +1,4 @@
-#include "tools/municipality_order.h"
+#include "loading/municipality_order.h"
 
 #include <algorithm>
 #include <set>
@@ -7,7 +7,7 @@
 
 #include "data/TableDefinitions.h"
 
-namespace ambcp {
+namespace loading {
 
 namespace {
 
@@ -61,4 +61,4 @@ std::vector<std::string> codesWithEntitiesInFront(dbase::Dataset& table) {
     return {inFront.begin(), inFront.end()};
 }
 
-} // namespace ambcp
+} // namespace loading
