@@ -259,10 +259,10 @@ void saveProvince(benchmark::State& state, int towns) {
 
 BENCHMARK(parseOurs)->Name("parse/ours")->MinTime(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(parsePugixml)->Name("parse/pugixml")->MinTime(2)->Unit(benchmark::kMillisecond);
-BENCHMARK(saveOurs)->Name("guarda/ours")->Iterations(1)->Unit(benchmark::kMillisecond);
-BENCHMARK(saveSqlite)->Name("guarda/sqlite")->Iterations(1)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(saveProvince, few, fewTowns)->Name("provincia/20")->Iterations(3)->UseManualTime();
-BENCHMARK_CAPTURE(saveProvince, many, townsOfProvince)->Name("provincia/200")->Iterations(3)->UseManualTime();
+BENCHMARK(saveOurs)->Name("save_streets/ours")->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(saveSqlite)->Name("save_streets/sqlite")->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(saveProvince, few, fewTowns)->Name("province/20")->Iterations(3)->UseManualTime();
+BENCHMARK_CAPTURE(saveProvince, many, townsOfProvince)->Name("province/200")->Iterations(3)->UseManualTime();
 
 } // namespace
 

@@ -61,10 +61,10 @@ void passSqlite(benchmark::State& state, const char* name, const char* journal) 
 void passSqliteWal(benchmark::State& state) { passSqlite(state, "pase-wal.sqlite", "WAL"); }
 void passSqliteRollback(benchmark::State& state) { passSqlite(state, "pase.sqlite", "DELETE"); }
 
-BENCHMARK(passOurs)->Name("ine/ours")->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(passSqliteWal)->Name("ine/sqlite_wal")->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(passOurs)->Name("ine_pass/ours")->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(passSqliteWal)->Name("ine_pass/sqlite_wal")->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(passSqliteRollback)
-    ->Name("ine/sqlite")
+    ->Name("ine_pass/sqlite")
     ->Iterations(1)
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);

@@ -150,11 +150,11 @@ void openLarge(benchmark::State& state) { openList(state, rowCount); }
 void typeSmall(benchmark::State& state) { typeKey(state, 1'000); }
 void typeLarge(benchmark::State& state) { typeKey(state, rowCount); }
 
-BENCHMARK(openSmall)->Name("lista/1k")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(openMiddle)->Name("lista/90k")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(openLarge)->Name("lista/1m5")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(typeSmall)->Name("tecla/1k")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(typeLarge)->Name("tecla/1m5")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(openSmall)->Name("list/1k")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(openMiddle)->Name("list/90k")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(openLarge)->Name("list/1m5")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(typeSmall)->Name("keystroke/1k")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(typeLarge)->Name("keystroke/1m5")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 } // namespace
 

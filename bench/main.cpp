@@ -40,7 +40,7 @@ private:
 
 int main(int argc, char** argv) {
     for (int i = 1; i + 1 < argc; ++i) {
-        if (std::strcmp(argv[i], "--filas") == 0) {
+        if (std::strcmp(argv[i], "--rows") == 0) {
             bench::rowCount = static_cast<std::uint32_t>(std::strtoul(argv[i + 1], nullptr, 10));
             for (int j = i; j + 2 < argc; ++j) {
                 argv[j] = argv[j + 2];
@@ -72,22 +72,22 @@ int main(int argc, char** argv) {
     reporter.printRatio("load_vs_sqlite", "load/ours", "bulk/sqlite");
     reporter.printRatio("reindex_vs_sqlite", "reindex/ours", "bulk/sqlite");
     reporter.printRatio("reopen_vs_sqlite", "reopen/ours", "reopen/sqlite");
-    reporter.printRatio("tecla_via_vs_sqlite", "key/ours", "key/sqlite");
-    reporter.printRatio("tecla_via_vs_sqlite_wal", "key/ours", "key/sqlite_wal");
-    reporter.printRatio("tecla_via_vs_sqlite_query", "key/ours", "key/sqlite_query");
-    reporter.printRatio("alta_via_vs_sqlite", "addition/ours", "addition/sqlite");
-    reporter.printRatio("alta_via_disco_vs_sqlite", "addition_full/ours", "addition_full/sqlite");
-    reporter.printRatio("pase_ine_vs_sqlite", "ine/ours", "ine/sqlite");
-    reporter.printRatio("pase_ine_vs_sqlite_wal", "ine/ours", "ine/sqlite_wal");
-    reporter.printRatio("guarda_vs_sqlite", "guarda/ours", "guarda/sqlite");
+    reporter.printRatio("street_keystroke_vs_sqlite", "key/ours", "key/sqlite");
+    reporter.printRatio("street_keystroke_vs_sqlite_wal", "key/ours", "key/sqlite_wal");
+    reporter.printRatio("street_keystroke_vs_sqlite_query", "key/ours", "key/sqlite_query");
+    reporter.printRatio("new_street_vs_sqlite", "addition/ours", "addition/sqlite");
+    reporter.printRatio("new_street_disk_vs_sqlite", "addition_full/ours", "addition_full/sqlite");
+    reporter.printRatio("ine_pass_vs_sqlite", "ine_pass/ours", "ine_pass/sqlite");
+    reporter.printRatio("ine_pass_vs_sqlite_wal", "ine_pass/ours", "ine_pass/sqlite_wal");
+    reporter.printRatio("save_streets_vs_sqlite", "save_streets/ours", "save_streets/sqlite");
     // Our time over the rival's, which only parses.
     reporter.printRatio("parse_vs_pugixml", "parse/pugixml", "parse/ours");
     // A large table's time over a small one's.
-    reporter.printRatio("provincia_200_vs_20", "provincia/20", "provincia/200");
-    reporter.printRatio("dialogo_vias_1m5_vs_1k", "vias/1k", "vias/1m5");
-    reporter.printRatio("tecla_via_1m5_vs_1k", "via/1k", "via/1m5");
-    reporter.printRatio("lista_90k_vs_1k", "lista/1k", "lista/90k");
-    reporter.printRatio("lista_1m5_vs_1k", "lista/1k", "lista/1m5");
-    reporter.printRatio("tecla_1m5_vs_1k", "tecla/1k", "tecla/1m5");
+    reporter.printRatio("province_200_vs_20", "province/20", "province/200");
+    reporter.printRatio("street_dialog_1m5_vs_1k", "street_dialog/1k", "street_dialog/1m5");
+    reporter.printRatio("street_keystroke_1m5_vs_1k", "street_keystroke/1k", "street_keystroke/1m5");
+    reporter.printRatio("list_90k_vs_1k", "list/1k", "list/90k");
+    reporter.printRatio("list_1m5_vs_1k", "list/1k", "list/1m5");
+    reporter.printRatio("keystroke_1m5_vs_1k", "keystroke/1k", "keystroke/1m5");
     return 0;
 }

@@ -29,9 +29,9 @@ std::string capitals(const std::string& utf8) {
 } // namespace
 
 void RealProvince::SetUp() {
-    const char* const given = std::getenv("AMBREL_DATOS");
+    const char* const given = std::getenv("AMBREL_REAL_DATA");
     if (!given || !fs::is_directory(given))
-        GTEST_SKIP() << "AMBREL_DATOS names no folder";
+        GTEST_SKIP() << "AMBREL_REAL_DATA names no folder";
     folder_ = given;
     readMunicipalities();
     readStreets();

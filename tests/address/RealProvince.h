@@ -1,5 +1,5 @@
 // Test fixture: the municipalities and streets of one real province. The data are no part of the project: a
-// folder that has them is named by the environment variable AMBREL_DATOS, and without it the tests skip
+// folder that has them is named by the environment variable AMBREL_REAL_DATA, and without it the tests skip
 // themselves.
 #pragma once
 

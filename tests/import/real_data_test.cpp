@@ -1,5 +1,5 @@
 // Recorded answers and municipality files of real places. They are no part of the project: a folder that has
-// them is named by the environment variable AMBREL_DATOS, and without it these tests skip themselves.
+// them is named by the environment variable AMBREL_REAL_DATA, and without it these tests skip themselves.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -29,9 +29,9 @@ using ambrel::test::ansi;
 class RealData : public ::testing::Test {
 protected:
     void SetUp() override {
-        const char* const given = std::getenv("AMBREL_DATOS");
+        const char* const given = std::getenv("AMBREL_REAL_DATA");
         if (!given || !fs::is_directory(given))
-            GTEST_SKIP() << "AMBREL_DATOS names no folder";
+            GTEST_SKIP() << "AMBREL_REAL_DATA names no folder";
         folder = given;
     }
 

@@ -1,4 +1,4 @@
-// What a forked process has to do before it ends without its exit handlers, so that scripts/cobertura sees
+// What a forked process has to do before it ends without its exit handlers, so that scripts/coverage sees
 // its work.
 #pragma once
 

@@ -1,13 +1,13 @@
-// How much a test of endurance does: a size for every run, and the one of scripts/resistencia.
+// How much a test of endurance does: a size for every run, and the one of scripts/resistance.
 #pragma once
 
 #include <cstdlib>
 
 namespace ambrel::test {
 
-/// The second size when the environment variable AMBREL_RESISTENCIA is set, else the first.
+/// The second size when the environment variable AMBREL_LONG_FORM is set, else the first.
 [[nodiscard]] inline int longForm(int everyRun, int longRun) {
-    return std::getenv("AMBREL_RESISTENCIA") != nullptr ? longRun : everyRun;
+    return std::getenv("AMBREL_LONG_FORM") != nullptr ? longRun : everyRun;
 }
 
 } // namespace ambrel::test
