@@ -62,7 +62,11 @@ void passSqliteWal(benchmark::State& state) { passSqlite(state, "pase-wal.sqlite
 void passSqliteRollback(benchmark::State& state) { passSqlite(state, "pase.sqlite", "DELETE"); }
 
 BENCHMARK(passOurs)->Name("ine_pass/ours")->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(passSqliteWal)->Name("ine_pass/sqlite_wal")->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(passSqliteWal)
+    ->Name("ine_pass/sqlite_wal")
+    ->Iterations(1)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(passSqliteRollback)
     ->Name("ine_pass/sqlite")
     ->Iterations(1)

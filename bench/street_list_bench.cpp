@@ -76,10 +76,26 @@ void openLarge(benchmark::State& state) { openList(state, Directory::Large); }
 void typeSmall(benchmark::State& state) { typeKey(state, Directory::Small); }
 void typeLarge(benchmark::State& state) { typeKey(state, Directory::Large); }
 
-BENCHMARK(openSmall)->Name("street_dialog/1k")->Iterations(100)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(openLarge)->Name("street_dialog/1m5")->Iterations(100)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(typeSmall)->Name("street_keystroke/1k")->Iterations(500)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(typeLarge)->Name("street_keystroke/1m5")->Iterations(500)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(openSmall)
+    ->Name("street_dialog/1k")
+    ->Iterations(100)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(openLarge)
+    ->Name("street_dialog/1m5")
+    ->Iterations(100)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(typeSmall)
+    ->Name("street_keystroke/1k")
+    ->Iterations(500)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(typeLarge)
+    ->Name("street_keystroke/1m5")
+    ->Iterations(500)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -28,21 +28,24 @@ public:
     bool isWritable() const override { return writable_; }
     std::uint64_t size() const override { return bytes_.size(); }
     void read(std::uint64_t offset, std::span<char> bytes) const override {
-        if (offset > bytes_.size() || bytes.size() > bytes_.size() - offset)
+        if (offset > bytes_.size() || bytes.size() > bytes_.size() - offset) {
             throw Error(ErrorCode::Io, path_, "fin");
+        }
         std::copy_n(bytes_.data() + offset, bytes.size(), bytes.data());
     }
     void write(std::uint64_t offset, std::span<const char> bytes) override {
         require(writable_ && offset < maxFileSize);
-        if (offset > most || bytes.size() > most - offset)
+        if (offset > most || bytes.size() > most - offset) {
             throw Error(ErrorCode::DiskFull, path_, "lleno");
+        }
         bytes_.resize(std::max<std::size_t>(bytes_.size(), offset + bytes.size()));
         std::copy(bytes.begin(), bytes.end(), bytes_.data() + offset);
     }
     void resize(std::uint64_t size) override {
         require(writable_);
-        if (size > most)
+        if (size > most) {
             throw Error(ErrorCode::DiskFull, path_, "lleno");
+        }
         bytes_.resize(size);
     }
     void sync() override {}
@@ -63,8 +66,9 @@ void walk(Table& table) {
         table.read([&] {
             TreeCursor cursor(*table.index(), tag);
             for (bool on = cursor.first(); on; on = cursor.next()) {
-                if (cursor.record() != 0 && cursor.record() <= table.records().recordCount())
+                if (cursor.record() != 0 && cursor.record() <= table.records().recordCount()) {
                     (void)table.records().record(cursor.record());
+                }
             }
             for (bool on = cursor.last(); on; on = cursor.prior()) {
             }
@@ -111,8 +115,9 @@ std::unique_ptr<Table> open(TableBytes& bytes, bool writable, std::unique_ptr<Jo
 } // namespace
 
 void require(bool holds) {
-    if (!holds)
+    if (!holds) {
         std::abort();
+    }
 }
 
 NamedBytes::NamedBytes()

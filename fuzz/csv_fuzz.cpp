@@ -21,8 +21,9 @@ Reading readAll(std::string_view text, std::size_t bufferSize) {
     try {
         while (csv.next()) {
             auto& record = reading.records.emplace_back();
-            for (const loading::CsvField& field : csv.fields())
+            for (const loading::CsvField& field : csv.fields()) {
                 record.emplace_back(field.text);
+            }
         }
     } catch (const loading::CsvError& error) {
         reading.error = error.what();
@@ -45,27 +46,32 @@ void encodeInEachColumn(const std::string& text) {
     static const dbase::Schema schema = makeSchema();
     static const loading::CellEncoder encoder(schema, "T.DBF"), postal(schema, "POSTAL.DBF");
     std::string record(schema.recordLength, '?');
-    for (const dbase::Column& column : schema.columns)
+    for (const dbase::Column& column : schema.columns) {
         for (const loading::CellEncoder* const one : {&encoder, &postal}) {
             const auto problem =
                 one->encode(text, column, std::span(record).subspan(column.offset, column.width));
             trial::require(!problem || !problem->empty());
-            if (!problem)
+            if (!problem) {
                 trial::require(record.find('\0') == std::string::npos);
+            }
         }
+    }
 }
 
 } // namespace
 
 /// The first byte is the size of the buffer: what is read does not depend on it.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0)
+    if (size == 0) {
         return 0;
+    }
     const std::string_view text(reinterpret_cast<const char*>(data) + 1, size - 1);
     const Reading reading = readAll(text, std::size_t{data[0]} + 1);
     trial::require(reading == readAll(text, 4096));
-    for (const auto& record : reading.records)
-        for (const std::string& value : record)
+    for (const auto& record : reading.records) {
+        for (const std::string& value : record) {
             encodeInEachColumn(value);
+        }
+    }
     return 0;
 }

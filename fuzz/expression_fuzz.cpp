@@ -44,8 +44,9 @@ void evaluate(const Expression& expression, const RecordView& record) {
 /// The first byte chooses dialect and driver; the text ends at the first line feed, what follows is the
 /// record.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0)
+    if (size == 0) {
         return 0;
+    }
     static const Schema plain = makeSchema(0x57), collated = makeSchema(0x59), dos = makeSchema(0x02);
     const Schema& schema = data[0] & 2 ? collated : data[0] & 4 ? dos : plain;
     const std::string input(reinterpret_cast<const char*>(data) + 1, size - 1);

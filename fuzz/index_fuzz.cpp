@@ -61,16 +61,19 @@ void check(const trial::TableBytes& bytes) {
 
 /// The first byte chooses the table, whether it may be written, and the full check.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0)
+    if (size == 0) {
         return 0;
+    }
     const std::uint8_t choice = data[0];
     trial::TableBytes bytes = soundOne(choice & 3U);
     const std::uint8_t* const end = data + size;
-    for (++data; end - data > 3;)
+    for (++data; end - data > 3;) {
         patch(choice & 16 ? bytes.records : bytes.index, data, end);
-    if (choice & 8)
+    }
+    if (choice & 8) {
         check(bytes);
-    else
+    } else {
         trial::useTable(bytes, choice & 4);
+    }
     return 0;
 }

@@ -21,8 +21,9 @@ public:
     [[nodiscard]] bool isEmpty() const { return data_ == end_; }
     std::uint32_t number(int bytes) {
         std::uint32_t value = 0;
-        for (int i = 0; i < bytes && data_ != end_; ++i)
+        for (int i = 0; i < bytes && data_ != end_; ++i) {
             value |= std::uint32_t{*data_++} << 8 * i;
+        }
         return value;
     }
     trial::Bytes bytes(std::size_t count) {
@@ -36,8 +37,9 @@ private:
 };
 
 trial::Bytes forgedImages(Input& input, std::uint32_t rows, bool isWhole) {
-    if (!isWhole)
+    if (!isWhole) {
         return input.bytes(input.number(1));
+    }
     trial::Bytes bytes = input.bytes(4);
     bytes.resize(rows % 8 * recordLength, ' ');
     return bytes;
@@ -51,8 +53,9 @@ JournalEntry forgedEntry(Input& input) {
         dbase::RecordRun run;
         run.first = input.number(shape & 1 ? 4 : 1);
         run.rows = input.number(shape & 2 ? 4 : 1);
-        if (shape & 4)
+        if (shape & 4) {
             run.before = forgedImages(input, run.rows, shape & 8);
+        }
         run.after = forgedImages(input, run.rows, shape & 16);
         entry.runs.push_back(std::move(run));
     }
@@ -75,16 +78,18 @@ void forge(std::optional<trial::Bytes>& journal, const trial::TableBytes& table,
 
 /// The first byte says whether the bytes that follow are the journal, or what its entries hold.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0)
+    if (size == 0) {
         return 0;
+    }
     static const trial::TableBytes table = trial::soundTable(5);
     dbase::setBootIdentity(thisStart);
     std::optional<trial::Bytes> journal;
     Input input(data + 1, size - 1);
-    if (data[0] & 1)
+    if (data[0] & 1) {
         journal = input.bytes(size);
-    else
+    } else {
         forge(journal, table, input);
+    }
     dbase::setBootIdentity(data[0] & 2 ? thisStart : otherStart);
     trial::useTable(table, !(data[0] & 4), std::move(journal));
     return 0;

@@ -20,7 +20,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const int number = Cad_Int(text);
     trial::require(Cad_Int(Int_Cad(number)) == number);
     trial::require(StrLeft(text, number).size() + StrRight(text, number).size() <= 2 * size);
-    if (number < 1000)
+    if (number < 1000) {
         trial::require(number <= 0 || Espacios(text, number).size() == static_cast<std::size_t>(number));
+    }
     return 0;
 }

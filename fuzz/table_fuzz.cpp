@@ -5,8 +5,9 @@
 
 /// The first two bytes say how long the .DBF is; the rest is the .MDX.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size < 2)
+    if (size < 2) {
         return 0;
+    }
     const char* begin = reinterpret_cast<const char*>(data) + 2;
     const std::size_t length = std::min<std::size_t>(data[0] | std::size_t{data[1]} << 8, size - 2);
     const trial::TableBytes bytes{.records = {begin, begin + length},

@@ -21,8 +21,9 @@ AddressForm::AddressForm(QWidget* parent) : QWidget(parent), grid_(new QGridLayo
     grid_->setContentsMargins(20, 18, 20, 20);
     grid_->setHorizontalSpacing(18);
     grid_->setVerticalSpacing(16);
-    for (int column = 0; column < gridColumns; ++column)
+    for (int column = 0; column < gridColumns; ++column) {
         grid_->setColumnStretch(column, 1);
+    }
 
     auto& address = boxes_.address;
     boxes_.name = addBox({"ENombre", tr("&Cliente"), false, Kind::FreeText}, {0, 0, 12});
@@ -53,8 +54,9 @@ QLineEdit* AddressForm::addBox(const BoxDetails& details, const Place& place) {
     auto* line = new QHBoxLayout;
     line->setSpacing(6);
     line->addWidget(box, 1);
-    if (details.listButton)
+    if (details.listButton) {
         line->addWidget(*details.button = listButton(details));
+    }
     if (details.hasMark) {
         auto* mark = new ValidationMark(box, details.kind, this);
         mark->setObjectName(QStringLiteral("Marca") + QLatin1String(details.objectName + 1));
@@ -82,8 +84,9 @@ QAbstractButton* AddressForm::listButton(const BoxDetails& details) {
 }
 
 void AddressForm::showReason(const QLineEdit* box, const QString& reason) {
-    if (ValidationMark* mark = marks_.value(box))
+    if (ValidationMark* mark = marks_.value(box)) {
         mark->setReason(reason);
+    }
 }
 
 } // namespace host

@@ -62,8 +62,9 @@ void AddressPreview::showEvent(QShowEvent* event) {
 
 /// The window's least height knows nothing of lines that are wrapped; they would take the boxes' room.
 void AddressPreview::makeRoom() {
-    if (isVisible())
+    if (isVisible()) {
         line_->setMinimumHeight(std::max(0, line_->heightForWidth(line_->width()))); // -1 for an empty line
+    }
 }
 
 } // namespace host

@@ -31,8 +31,9 @@ QString configuredFolder() {
     try {
         return QString::fromStdString(Config.DatabasePath(packageDatabase));
     } catch (const dbase::Error& error) {
-        if (error.code() != dbase::ErrorCode::NotFound)
+        if (error.code() != dbase::ErrorCode::NotFound) {
             throw;
+        }
         return {};
     }
 }
@@ -43,8 +44,9 @@ void createUserTables(const QString& folder, const SampleCreator& createSample) 
     QDir unfinished(QStringLiteral("%1.%2").arg(folder).arg(QCoreApplication::applicationPid()));
     std::error_code failure;
     std::filesystem::create_directories(unfinished.path().toStdString(), failure);
-    if (failure)
+    if (failure) {
         refuseFolder(unfinished.path(), failure);
+    }
     try {
         createSample(unfinished.path().toStdString());
         createHostTable(unfinished.path().toStdString(), FirstRows::Sample);
@@ -56,12 +58,14 @@ void createUserTables(const QString& folder, const SampleCreator& createSample) 
     }
     CierraMensaje(progress);
     std::filesystem::rename(unfinished.path().toStdString(), folder.toStdString(), failure);
-    if (!failure)
+    if (!failure) {
         return;
+    }
     unfinished.removeRecursively();
     // Another one, started at the same moment, may have been first.
-    if (!QDir(folder).exists())
+    if (!QDir(folder).exists()) {
         refuseFolder(folder, failure);
+    }
 }
 
 } // namespace
@@ -74,12 +78,14 @@ void chooseFolder(const QString& given, const SampleCreator& createSample) {
     QString folder = given.isEmpty() ? configuredFolder() : QDir(given).absolutePath();
     if (folder.isEmpty()) {
         folder = userDataFolder();
-        if (!QDir(folder).exists())
+        if (!QDir(folder).exists()) {
             createUserTables(folder, createSample);
+        }
     }
     Config.setDatabase(hostDatabase, folder.toStdString());
-    if (!dbase::findTableFile(folder.toStdString(), "MUNICIPI"))
+    if (!dbase::findTableFile(folder.toStdString(), "MUNICIPI")) {
         refuse(QStringLiteral("En la carpeta «%1» no está la tabla MUNICIPI.").arg(folder));
+    }
     createHostTable(folder.toStdString(), FirstRows::None);
 }
 

@@ -64,17 +64,20 @@ void addCustomer(HostTable& table, const Customer& customer) {
 } // namespace
 
 void createHostTable(const std::string& folder, FirstRows rows) {
-    if (dbase::findTableFile(folder, tableName))
+    if (dbase::findTableFile(folder, tableName)) {
         return;
+    }
     dbase::createTable(folder, definition());
-    if (rows == FirstRows::None)
+    if (rows == FirstRows::None) {
         return;
+    }
     constexpr const char* temporaryName = "CLIENTES_NUEVOS";
     dbase::setDatabaseFolder(temporaryName, folder);
     HostTable table(temporaryName);
     table.data.open();
-    for (const Customer& customer : sampleCustomers)
+    for (const Customer& customer : sampleCustomers) {
         addCustomer(table, customer);
+    }
     table.data.close();
     dbase::setDatabaseFolder(temporaryName, {});
 }

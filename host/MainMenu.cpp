@@ -23,9 +23,10 @@ void addEntry(QMenu& menu, QMainWindow& window, const QString& object, const QSt
 
 void addRoutines(QMenu& menu, QMainWindow& window, dbase::Dataset& record,
                  const std::vector<routines::Routine>& all) {
-    for (const routines::Routine& routine : all)
+    for (const routines::Routine& routine : all) {
         addEntry(menu, window, routine.object, QStringLiteral("%1 (%2)…").arg(routine.title, routine.name),
                  [&window, &record, routine] { routines::RoutineDialog(routine, record, &window).exec(); });
+    }
 }
 
 } // namespace

@@ -62,8 +62,9 @@ MainWindow::MainWindow(const QString& database, QWidget* parent)
 
 MainWindow::~MainWindow() {
     // The handlers at work in the form need table and controller, which go before the widgets do.
-    for (QLineEdit* box : {form_->boxes().name, form_->boxes().floor})
+    for (QLineEdit* box : {form_->boxes().name, form_->boxes().floor}) {
         ambrel::FocusEvents::unwatch(box);
+    }
     delete address_;
     delete binding_;
 }
@@ -157,22 +158,25 @@ QPushButton* MainWindow::command(const char* objectName, const QString& text, co
 }
 
 void MainWindow::move(Step step) {
-    if (!mayLeaveRow())
+    if (!mayLeaveRow()) {
         return;
+    }
     const bool wasNew = table_->data.state() == dbase::DatasetState::Insert;
     dropPendingRow();
     // From a new row the first step leads back to the customer that was shown before it.
     const bool moved = wasNew || (step == Step::Next ? table_->data.next() : table_->data.prior());
     binding_->showRow();
-    if (moved)
+    if (moved) {
         tell({});
-    else
+    } else {
         tell(step == Step::Next ? tr("Es el último cliente.") : tr("Es el primer cliente."));
+    }
 }
 
 void MainWindow::startNew() {
-    if (!mayLeaveRow())
+    if (!mayLeaveRow()) {
         return;
+    }
     dropPendingRow();
     binding_->beginNew();
     form_->boxes().name->setFocus();
@@ -198,8 +202,9 @@ void MainWindow::save() {
 
 /// Of a stored customer, what was stored comes back; of a new one nothing would.
 void MainWindow::undo() {
-    if (table_->data.state() == dbase::DatasetState::Insert && binding_->hasChanges() && !mayDiscard())
+    if (table_->data.state() == dbase::DatasetState::Insert && binding_->hasChanges() && !mayDiscard()) {
         return;
+    }
     dropPendingRow();
     table_->data.refresh(); // somebody else may have changed the row meanwhile
     binding_->showRow();
@@ -217,8 +222,9 @@ bool MainWindow::mayDiscard() {
 }
 
 void MainWindow::dropPendingRow() {
-    if (table_->data.state() != dbase::DatasetState::Browse)
+    if (table_->data.state() != dbase::DatasetState::Browse) {
         table_->data.cancel();
+    }
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -230,15 +236,17 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::showState() {
     const bool isNew = table_->data.state() == dbase::DatasetState::Insert;
     const bool isChanged = binding_->hasChanges();
-    if (isNew)
+    if (isNew) {
         state_->setText(tr("Cliente nuevo"));
-    else if (table_->data.isEmpty())
+    } else if (table_->data.isEmpty()) {
         state_->setText(tr("Sin clientes"));
-    else
+    } else {
         state_->setText(isChanged ? tr("Con cambios sin guardar") : tr("Guardado"));
+    }
     undo_->setEnabled(isChanged || isNew);
-    if (isChanged)
+    if (isChanged) {
         tell({}); // what was said last is over
+    }
 }
 
 void MainWindow::tell(const QString& text) { message_->setText(text); }

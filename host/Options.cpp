@@ -39,14 +39,18 @@ Options readOptions(const QCoreApplication& application) {
     const QCommandLineOption ini(QStringLiteral("ini"), QStringLiteral("Lee la configuración de FICHERO."),
                                  QStringLiteral("FICHERO"));
     parser.addOptions({help, version, folder, script, ini});
-    if (!parser.parse(application.arguments()))
+    if (!parser.parse(application.arguments())) {
         refuse(parser.errorText());
-    if (parser.isSet(help))
+    }
+    if (parser.isSet(help)) {
         parser.showHelp(0);
-    if (parser.isSet(version))
+    }
+    if (parser.isSet(version)) {
         parser.showVersion();
-    if (!parser.positionalArguments().isEmpty())
+    }
+    if (!parser.positionalArguments().isEmpty()) {
         refuse(QStringLiteral("Sobra «%1».").arg(parser.positionalArguments().constFirst()));
+    }
     return {parser.value(folder), parser.value(script), parser.value(ini)};
 }
 
@@ -54,12 +58,14 @@ bool needsNoScreen(int argumentCount, char** arguments) {
     constexpr std::array<std::string_view, 6> names{"guion", "h", "help", "ayuda", "v", "version"};
     for (int index = 1; index < argumentCount; ++index) {
         std::string_view option = arguments[index];
-        if (!option.starts_with('-'))
+        if (!option.starts_with('-')) {
             continue;
+        }
         option.remove_prefix(std::min(option.size(), option.find_first_not_of('-')));
         option = option.substr(0, option.find('='));
-        if (std::ranges::find(names, option) != names.end())
+        if (std::ranges::find(names, option) != names.end()) {
             return true;
+        }
     }
     return false;
 }

@@ -29,15 +29,18 @@ constexpr std::array texts{
 void SpanishTexts::install() {
     QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
     auto* installed = new QTranslator(qApp);
-    if (installed->load(QStringLiteral("qtbase_es"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    if (installed->load(QStringLiteral("qtbase_es"), QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
         QCoreApplication::installTranslator(installed);
+    }
     QCoreApplication::installTranslator(new SpanishTexts(qApp));
 }
 
 QString SpanishTexts::translate(const char* context, const char* sourceText, const char*, int) const {
-    for (const Text& text : texts)
-        if (text.context == context && text.source == sourceText)
+    for (const Text& text : texts) {
+        if (text.context == context && text.source == sourceText) {
             return QString::fromUtf8(text.spanish);
+        }
+    }
     return {};
 }
 

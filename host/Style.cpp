@@ -40,10 +40,12 @@ QPalette lightPalette() {
     palette.setColor(QPalette::Base, Qt::white);
     palette.setColor(QPalette::Button, QColor(0xe9, 0xed, 0xf3));
     palette.setColor(QPalette::Midlight, borderColour);
-    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(QPalette::Active, role, textColour);
-    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    }
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(QPalette::Inactive, role, textColour);
+    }
     palette.setColor(QPalette::Highlight, accentColour);
     palette.setColor(QPalette::HighlightedText, Qt::white);
     return palette;
@@ -54,8 +56,9 @@ QPalette lightPalette() {
 void applyStyle(QApplication& application) {
     QApplication::setStyle(QStringLiteral("Fusion"));
     const bool isDark = QApplication::palette().color(QPalette::Window).lightness() < darkLightness;
-    if (!isDark)
+    if (!isDark) {
         QApplication::setPalette(lightPalette());
+    }
     application.setStyleSheet(QLatin1String(rules) + QLatin1String(isDark ? darkRules : ""));
 }
 

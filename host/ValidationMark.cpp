@@ -35,8 +35,9 @@ QSize ValidationMark::sizeHint() const {
 }
 
 bool ValidationMark::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == box_ && event->type() == QEvent::EnabledChange)
+    if (watched == box_ && event->type() == QEvent::EnabledChange) {
         update();
+    }
     return QWidget::eventFilter(watched, event);
 }
 
@@ -46,10 +47,11 @@ void ValidationMark::setReason(const QString& reason) {
 }
 
 void ValidationMark::follow() {
-    if (kind_ == Kind::FreeText || box_->text().trimmed().isEmpty())
+    if (kind_ == Kind::FreeText || box_->text().trimmed().isEmpty()) {
         state_ = State::Nothing;
-    else
+    } else {
         state_ = ambrel::tagOf(*box_) != 0 ? State::Validated : State::NotValidated;
+    }
     const QString free = QStringLiteral("Texto libre: no se valida");
     const QString empty = QStringLiteral("Sin texto que validar");
     switch (state_) {

@@ -32,8 +32,9 @@ void printComplaint(const QString& line) { printLine(stderr, QStringLiteral("amb
 bool choosePlatform(int argc, char** argv) {
     const bool hasScreen =
         !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-    if (hasScreen || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+    if (hasScreen || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         return true;
+    }
     qputenv("QT_QPA_PLATFORM", "offscreen");
     return host::needsNoScreen(argc, argv);
 }
@@ -46,8 +47,9 @@ constexpr int searchByName = 3; // how the card of a street opens the list of mu
 void configure(const host::Options& options) {
     Config.setProvince(homeProvince, home, home);
     Config.setMunicipality(searchByName, home);
-    if (!options.iniFile.isEmpty())
+    if (!options.iniFile.isEmpty()) {
         Config.loadIni(options.iniFile.toStdString());
+    }
     host::chooseFolder(options.folder, [](const std::string& folder) { ambrel::createSample(folder); });
 }
 
@@ -77,8 +79,9 @@ int runInteractively(const host::Options& options) {
 
 int runScript(const host::Options& options) {
     auto script = readScript(options.scriptFile);
-    if (!script)
+    if (!script) {
         return host::exitCannot;
+    }
     QApplication::setQuitOnLastWindowClosed(false); // the script ends the program, whatever it closes
     host::script::ScriptRunner runner(printResult, printComplaint);
     QObject::connect(&runner, &host::script::ScriptRunner::finished, qApp,
@@ -110,9 +113,10 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName(QStringLiteral("es.ambrel.CodigosPostales"));
     host::SpanishTexts::install();
     const host::Options options = host::readOptions(application);
-    if (options.scriptFile.isEmpty())
+    if (options.scriptFile.isEmpty()) {
         host::applyStyle(application);
-    else
+    } else {
         host::applyFixedLook(application); // its pictures are compared
+    }
     return options.scriptFile.isEmpty() ? runInteractively(options) : runScript(options);
 }

@@ -18,19 +18,21 @@ namespace {
 
 void loadSample(const std::string& name, const std::string& tableFile) {
     const std::string csvName = name + ".csv";
-    for (const SampleFile& file : tableFiles())
+    for (const SampleFile& file : tableFiles()) {
         if (file.name == csvName) {
             loading::CsvReader csv(loading::textSource(file.text()), csvName);
             loading::loadCsv(csv, tableFile, dbase::BulkLoader::Mode::Append);
         }
+    }
 }
 
 /// A municipality file as programs of other systems write it: Windows-1252, lines ended by CR LF.
 std::string asMunicipalityFile(std::string_view utf8) {
     const std::string lines = dbase::CodePage::windows1252().fromUtf8(utf8).value();
     std::string text;
-    for (const char c : lines)
+    for (const char c : lines) {
         (text += c == '\n' ? "\r" : "") += c;
+    }
     return text;
 }
 
@@ -43,16 +45,19 @@ void writePostales(const std::filesystem::path& folder, dbase::IfExists ifExists
         const std::filesystem::path path = folder / file.name;
         std::error_code failure;
         std::filesystem::create_directories(path.parent_path(), failure);
-        if (failure)
+        if (failure) {
             refuse(path.parent_path(), failure.value());
-        if (ifExists == dbase::IfExists::Refuse && std::filesystem::exists(path, failure))
+        }
+        if (ifExists == dbase::IfExists::Refuse && std::filesystem::exists(path, failure)) {
             continue;
+        }
         errno = 0;
         std::ofstream stream(path, std::ios::binary);
         stream << (path.extension() == ".dat" ? asMunicipalityFile(file.text()) : std::string(file.text()));
         stream.close();
-        if (!stream)
+        if (!stream) {
             refuse(path, errno);
+        }
     }
 }
 

@@ -12,8 +12,9 @@
 inline void pressKey(int key, const QString& character) {
     for (const QEvent::Type step : {QEvent::KeyPress, QEvent::KeyRelease}) {
         QKeyEvent event(step, key, Qt::NoModifier, character);
-        if (QWidget* focused = QApplication::focusWidget())
+        if (QWidget* focused = QApplication::focusWidget()) {
             QApplication::sendEvent(focused, &event);
+        }
     }
     QApplication::processEvents();
 }
@@ -25,8 +26,9 @@ inline int typeAnAddress(const ambrel::AddressBoxes::Boxes& boxes) {
     for (const auto& [box, text] :
          {std::pair{boxes.municipality, "MADRID"}, {boxes.street, "ALCALA"}, {boxes.number, "100"}}) {
         box->setFocus();
-        for (const QChar character : QString(text))
+        for (const QChar character : QString(text)) {
             pressKey(character.unicode(), character);
+        }
         pressKey(Qt::Key_Tab, {});
     }
     const QString address = boxes.street->text() + ", " + boxes.number->text() + " - " +

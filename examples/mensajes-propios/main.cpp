@@ -109,8 +109,9 @@ int main(int argc, char** argv) {
                                           box->text());
                          }));
         window.show();
-        if (arguments.contains("--prueba") || QApplication::platformName() == "offscreen")
+        if (arguments.contains("--prueba") || QApplication::platformName() == "offscreen") {
             return passesTrial(window, *box) ? 0 : 1;
+        }
         return QApplication::exec();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "mensajes-propios: %s\n", error.what());

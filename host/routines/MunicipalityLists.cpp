@@ -55,12 +55,14 @@ QStringList callBuscarMunicipios(const Values& values, const Surroundings& aroun
     TClassCodPostales controller;
     controller.Padre = around.owner;
     const QString tag = values.text("CBOrden");
-    if (tag == QLatin1String("COD_INE"))
+    if (tag == QLatin1String("COD_INE")) {
         controller.OrdenaPorCodIneMunicipi();
-    else if (tag == QLatin1String("CODPOSTAL"))
+    } else if (tag == QLatin1String("CODPOSTAL")) {
         controller.OrdenaPorCodPostalMunicipi();
-    if (!controller.BuscarMunicipios())
+    }
+    if (!controller.BuscarMunicipios()) {
         return {yesOrNo(false), {}, {}, {}};
+    }
     const TDMCodPostales& tables = *controller.DM;
     return {yesOrNo(true), ambrel::fromWindows1252(tables.tbMunicipiCOD_INE.text()),
             ambrel::fromWindows1252(tables.tbMunicipiCODPOSTAL.text()),

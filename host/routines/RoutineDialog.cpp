@@ -39,10 +39,13 @@ void alignLabels(const QWidget& dialog) {
     int width = 0;
     const auto forms = dialog.findChildren<QFormLayout*>();
     const auto eachLabel = [&](const auto& act) {
-        for (const QFormLayout* form : forms)
-            for (int row = 0; row < form->rowCount(); ++row)
-                if (QLayoutItem* item = form->itemAt(row, QFormLayout::LabelRole); item && item->widget())
+        for (const QFormLayout* form : forms) {
+            for (int row = 0; row < form->rowCount(); ++row) {
+                if (QLayoutItem* item = form->itemAt(row, QFormLayout::LabelRole); item && item->widget()) {
                     act(*item->widget());
+                }
+            }
+        }
     };
     eachLabel([&](const QWidget& label) { width = qMax(width, label.sizeHint().width()); });
     eachLabel([&](QWidget& label) { label.setMinimumWidth(width); });
@@ -107,8 +110,9 @@ QWidget* RoutineDialog::argumentBox() {
     auto* box = new QGroupBox(tr("Argumentos"), this);
     auto* form = new QFormLayout(box);
     align(*form);
-    for (const Argument& argument : routine_.arguments)
+    for (const Argument& argument : routine_.arguments) {
         addEditor(*form, argument);
+    }
     return box;
 }
 
@@ -116,10 +120,11 @@ void RoutineDialog::addEditor(QFormLayout& form, const Argument& argument) {
     QWidget* editor = makeEditor(argument);
     editor->setObjectName(argument.object);
     editor->setAccessibleName(argument.label);
-    if (argument.kind == ArgumentKind::Flag)
+    if (argument.kind == ArgumentKind::Flag) {
         form.addRow(QString(), editor); // says by itself what it is
-    else
+    } else {
         form.addRow(argument.label, editor);
+    }
 }
 
 QWidget* RoutineDialog::makeEditor(const Argument& argument) {
@@ -188,8 +193,9 @@ void RoutineDialog::run() {
         line->setPlaceholderText({});
     }
     Values values;
-    for (const Editor& editor : editors_)
+    for (const Editor& editor : editors_) {
         values.set(editor.object, editor.value());
+    }
     const QStringList answers = routine_.call(values, {this, record_});
     for (std::size_t index = 0; index < results_.size(); ++index) {
         results_[index]->setText(answers.value(static_cast<qsizetype>(index)));

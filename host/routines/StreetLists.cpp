@@ -10,8 +10,9 @@ namespace {
 QStringList callBuscarDireccionPostal(const Values& values, const Surroundings& around) {
     TClassCodPostales controller;
     controller.Padre = around.owner;
-    if (!controller.BuscarDireccionPostal(values.flag("CHIndependiente")))
+    if (!controller.BuscarDireccionPostal(values.flag("CHIndependiente"))) {
         return {yesOrNo(false), {}, {}, {}, {}};
+    }
     const TDMCodPostales& tables = *controller.DM;
     return {yesOrNo(true), ambrel::fromWindows1252(tables.tbPostalTIPO_VIA.text()),
             ambrel::fromWindows1252(tables.tbPostalVIA.text()),

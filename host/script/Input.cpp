@@ -17,29 +17,34 @@ namespace {
 template<class Act>
 Outcome onReachable(const ObjectLookup& lookup, const QString& name, Act act) {
     QObject* object = lookup.find(name);
-    if (!object)
+    if (!object) {
         return Outcome::failed(reasonNotFound(name));
+    }
     auto* widget = qobject_cast<QWidget*>(object);
-    if (!widget)
+    if (!widget) {
         return Outcome::failed(QStringLiteral("«%1» no es un control").arg(name));
-    if (const QString reason = reasonNotReachable(*widget); !reason.isEmpty())
+    }
+    if (const QString reason = reasonNotReachable(*widget); !reason.isEmpty()) {
         return Outcome::failed(reason);
+    }
     return act(widget);
 }
 
 /// The widget that a key for another one goes to: a window hands it to its focused control.
 QWidget* keyReceiver(QWidget* widget) {
     QWidget* focused = widget->window()->focusWidget();
-    if (focused && focused != widget && widget->isAncestorOf(focused))
+    if (focused && focused != widget && widget->isAncestorOf(focused)) {
         return focused;
+    }
     return widget;
 }
 
 /// Open lists and menus take the keyboard from everybody else.
 QWidget* popupReceiver() {
     QWidget* popup = QApplication::activePopupWidget();
-    if (!popup)
+    if (!popup) {
         return nullptr;
+    }
     return popup->focusWidget() ? popup->focusWidget() : popup;
 }
 
@@ -51,34 +56,40 @@ bool isReadOnly(const QWidget& widget) {
 /// A release goes to whoever has the focus by then, as from a keyboard.
 Outcome release(const KeyStroke& key, const QPointer<QWidget>& pressed) {
     QWidget* receiver = popupReceiver();
-    if (!receiver)
+    if (!receiver) {
         receiver = QApplication::focusWidget();
-    if (!receiver)
+    }
+    if (!receiver) {
         receiver = pressed;
-    if (receiver)
+    }
+    if (receiver) {
         QTest::sendKeyEvent(QTest::Release, receiver, key.key, key.text, key.modifiers);
+    }
     return Outcome::done();
 }
 
 /// Where the user points at in a grid; null when no row is current.
 std::optional<QPoint> currentRowPoint(const ambrel::DataGrid& grid) {
-    if (grid.currentRow() < 0)
+    if (grid.currentRow() < 0) {
         return std::nullopt;
+    }
     return grid.cellRect(grid.currentRow(), 0).intersected(grid.rect()).center();
 }
 
 std::optional<QPoint> currentRowPoint(const QAbstractItemView& view) {
     const QModelIndex current = view.currentIndex();
-    if (!current.isValid())
+    if (!current.isValid()) {
         return std::nullopt;
+    }
     return view.visualRect(current).intersected(view.viewport()->rect()).center();
 }
 
 Outcome clickAt(QWidget* widget, QPoint point, bool twice) {
-    if (twice)
+    if (twice) {
         QTest::mouseDClick(widget, Qt::LeftButton, {}, point);
-    else
+    } else {
         QTest::mouseClick(widget, Qt::LeftButton, {}, point);
+    }
     return Outcome::done();
 }
 
@@ -104,8 +115,9 @@ Outcome clickOn(QWidget* widget, bool twice) {
 
 Outcome takeItem(QComboBox& combo, const QString& item) {
     const int index = combo.findText(item);
-    if (index < 0)
+    if (index < 0) {
         return Outcome::failed(QStringLiteral("«%1» no tiene «%2»").arg(combo.objectName(), item));
+    }
     combo.showPopup();
     QAbstractItemView* list = combo.view();
     list->setCurrentIndex(combo.model()->index(index, combo.modelColumn(), combo.rootModelIndex()));
@@ -118,16 +130,19 @@ Outcome takeItem(QComboBox& combo, const QString& item) {
 Action Input::focus(const QString& name) const {
     return [this, name] {
         return onReachable(lookup_, name, [&](QWidget* widget) {
-            if (popupReceiver())
+            if (popupReceiver()) {
                 return Outcome::done();
+            }
             if (!widget->isActiveWindow()) {
                 widget->activateWindow();
-                if (!widget->isActiveWindow())
+                if (!widget->isActiveWindow()) {
                     return Outcome::notYet(QStringLiteral("la ventana de «%1» no se activa").arg(name));
+                }
             }
             QWidget* receiver = keyReceiver(widget);
-            if (!receiver->hasFocus() && receiver->focusPolicy() != Qt::NoFocus)
+            if (!receiver->hasFocus() && receiver->focusPolicy() != Qt::NoFocus) {
                 receiver->setFocus(Qt::OtherFocusReason);
+            }
             return Outcome::done();
         });
     };
@@ -139,8 +154,9 @@ Action Input::press(const QString& name, const KeyStroke& key) const {
             QTest::sendKeyEvent(QTest::Press, receiver, key.key, key.text, key.modifiers);
             return Outcome::done();
         };
-        if (QWidget* popup = popupReceiver())
+        if (QWidget* popup = popupReceiver()) {
             return pressIn(popup);
+        }
         return onReachable(lookup_, name, [&](QWidget* widget) { return pressIn(keyReceiver(widget)); });
     };
 }
@@ -166,8 +182,9 @@ Action Input::mustTakeText(const QString& name) const {
 
 Actions Input::type(const QString& name, const QString& text) const {
     std::vector<KeyStroke> keys;
-    for (const QChar character : text)
+    for (const QChar character : text) {
         keys.push_back(strokeOf(character));
+    }
     Actions actions = strokes(name, keys);
     actions.insert(actions.begin(), mustTakeText(name));
     return actions;
@@ -187,8 +204,9 @@ Actions Input::key(const QString& name, const KeyStroke& key) const { return str
 Action Input::clickAction(const QString& name, bool twice) const {
     return [this, name, twice] {
         if (auto* action = qobject_cast<QAction*>(lookup_.find(name))) {
-            if (!action->isEnabled())
+            if (!action->isEnabled()) {
                 return Outcome::failed(QStringLiteral("«%1» está inactivo").arg(name));
+            }
             action->trigger();
             return Outcome::done();
         }
@@ -200,10 +218,12 @@ Actions Input::clickTitle(const QString& name, int column) const {
     return {[this, name, column] {
         return onReachable(lookup_, name, [&](QWidget* widget) {
             auto* grid = qobject_cast<ambrel::DataGrid*>(widget);
-            if (!grid)
+            if (!grid) {
                 return Outcome::failed(QStringLiteral("«%1» no es una rejilla").arg(name));
-            if (column >= grid->columnCount())
+            }
+            if (column >= grid->columnCount()) {
                 return Outcome::failed(QStringLiteral("«%1» no tiene columna %2").arg(name).arg(column));
+            }
             return clickInside(*grid, grid->titleRect(column).center(), false);
         });
     }};
@@ -217,8 +237,9 @@ Actions Input::choose(const QString& name, const QString& item) const {
     return {focus(name), [this, name, item] {
                 return onReachable(lookup_, name, [&](QWidget* widget) {
                     auto* combo = qobject_cast<QComboBox*>(widget);
-                    if (!combo)
+                    if (!combo) {
                         return Outcome::failed(QStringLiteral("«%1» no es una lista desplegable").arg(name));
+                    }
                     return takeItem(*combo, item);
                 });
             }};

@@ -55,15 +55,19 @@ Qt::KeyboardModifiers takeModifiers(QString& name) {
 }
 
 std::optional<KeyStroke> plainStroke(const QString& name) {
-    for (const NamedKey& key : namedKeys)
-        if (name == QLatin1String(key.name))
+    for (const NamedKey& key : namedKeys) {
+        if (name == QLatin1String(key.name)) {
             return KeyStroke{key.key, {}, QLatin1String(key.text)};
-    if (name.size() == 1)
+        }
+    }
+    if (name.size() == 1) {
         return strokeOf(name.front());
+    }
     bool isNumber = false;
     const int number = name.mid(1).toInt(&isNumber);
-    if (name.startsWith(QLatin1Char('F')) && isNumber && number >= 1 && number <= 24)
+    if (name.startsWith(QLatin1Char('F')) && isNumber && number >= 1 && number <= 24) {
         return KeyStroke{static_cast<Qt::Key>(Qt::Key_F1 + number - 1), {}, {}};
+    }
     return std::nullopt;
 }
 
@@ -73,8 +77,9 @@ KeyStroke strokeOf(QChar character) {
     KeyStroke stroke;
     // Qt numbers the key of a letter by its capital.
     stroke.key = static_cast<Qt::Key>(character.toUpper().unicode());
-    if (character.isUpper())
+    if (character.isUpper()) {
         stroke.modifiers = Qt::ShiftModifier;
+    }
     stroke.text = character;
     return stroke;
 }
@@ -83,20 +88,23 @@ std::optional<KeyStroke> keyStroke(const QString& name) {
     QString rest = name;
     const Qt::KeyboardModifiers modifiers = takeModifiers(rest);
     auto stroke = plainStroke(rest);
-    if (!stroke)
+    if (!stroke) {
         return std::nullopt;
+    }
     const bool isCharacter = rest.size() == 1;
     if (modifiers & (Qt::ControlModifier | Qt::AltModifier)) {
         stroke->text.clear();
         stroke->modifiers = modifiers;
     } else {
         stroke->modifiers |= modifiers;
-        if (isCharacter && (modifiers & Qt::ShiftModifier))
+        if (isCharacter && (modifiers & Qt::ShiftModifier)) {
             stroke->text = stroke->text.toUpper();
+        }
     }
     // A keyboard sends this key of its own for a shifted Tab.
-    if (stroke->key == Qt::Key_Tab && (modifiers & Qt::ShiftModifier))
+    if (stroke->key == Qt::Key_Tab && (modifiers & Qt::ShiftModifier)) {
         stroke->key = Qt::Key_Backtab;
+    }
     return stroke;
 }
 

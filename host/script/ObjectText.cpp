@@ -21,62 +21,80 @@ namespace {
 QString csvCell(QString text) {
     const bool needsQuotes = text.contains(QLatin1Char(',')) || text.contains(QLatin1Char('"')) ||
                              text.contains(QLatin1Char('\n')) || text.contains(QLatin1Char('\r'));
-    if (!needsQuotes)
+    if (!needsQuotes) {
         return text;
+    }
     return QLatin1Char('"') + text.replace(QLatin1Char('"'), QStringLiteral("\"\"")) + QLatin1Char('"');
 }
 
 QString currentRow(const QAbstractItemView& view) {
     const QModelIndex current = view.currentIndex();
-    if (!current.isValid())
+    if (!current.isValid()) {
         return {};
+    }
     QStringList cells;
-    for (int column = 0; column < view.model()->columnCount(current.parent()); ++column)
+    for (int column = 0; column < view.model()->columnCount(current.parent()); ++column) {
         cells.append(csvCell(current.siblingAtColumn(column).data().toString()));
+    }
     return cells.join(QLatin1Char(','));
 }
 
 QString currentRow(const ambrel::DataGrid& grid) {
-    if (grid.currentRow() < 0)
+    if (grid.currentRow() < 0) {
         return {};
+    }
     QStringList cells;
-    for (int column = 0; column < grid.columnCount(); ++column)
+    for (int column = 0; column < grid.columnCount(); ++column) {
         cells.append(csvCell(grid.cellText(grid.currentRow(), column)));
+    }
     return cells.join(QLatin1Char(','));
 }
 
 /// The text of the first of these classes that the object is.
 QString shownText(const QObject& object) {
-    if (const auto* edit = qobject_cast<const QLineEdit*>(&object))
+    if (const auto* edit = qobject_cast<const QLineEdit*>(&object)) {
         return edit->text();
-    if (const auto* view = qobject_cast<const QAbstractItemView*>(&object))
+    }
+    if (const auto* view = qobject_cast<const QAbstractItemView*>(&object)) {
         return currentRow(*view);
-    if (const auto* grid = qobject_cast<const ambrel::DataGrid*>(&object))
+    }
+    if (const auto* grid = qobject_cast<const ambrel::DataGrid*>(&object)) {
         return currentRow(*grid);
-    if (const auto* number = qobject_cast<const QAbstractSpinBox*>(&object))
+    }
+    if (const auto* number = qobject_cast<const QAbstractSpinBox*>(&object)) {
         return number->text();
-    if (const auto* combo = qobject_cast<const QComboBox*>(&object))
+    }
+    if (const auto* combo = qobject_cast<const QComboBox*>(&object)) {
         return combo->currentText();
-    if (const auto* label = qobject_cast<const QLabel*>(&object))
+    }
+    if (const auto* label = qobject_cast<const QLabel*>(&object)) {
         return label->text();
-    if (const auto* button = qobject_cast<const QAbstractButton*>(&object))
+    }
+    if (const auto* button = qobject_cast<const QAbstractButton*>(&object)) {
         return button->text();
-    if (const auto* action = qobject_cast<const QAction*>(&object))
+    }
+    if (const auto* action = qobject_cast<const QAction*>(&object)) {
         return action->text();
-    if (const auto* group = qobject_cast<const QGroupBox*>(&object))
+    }
+    if (const auto* group = qobject_cast<const QGroupBox*>(&object)) {
         return group->title();
-    if (const auto* text = qobject_cast<const QPlainTextEdit*>(&object))
+    }
+    if (const auto* text = qobject_cast<const QPlainTextEdit*>(&object)) {
         return text->toPlainText();
-    if (const auto* bar = qobject_cast<const QStatusBar*>(&object))
+    }
+    if (const auto* bar = qobject_cast<const QStatusBar*>(&object)) {
         return bar->currentMessage();
-    if (const auto* widget = qobject_cast<const QWidget*>(&object))
+    }
+    if (const auto* widget = qobject_cast<const QWidget*>(&object)) {
         return widget->windowTitle();
+    }
     return {};
 }
 
 bool isEnabled(const QObject& object) {
-    if (const auto* action = qobject_cast<const QAction*>(&object))
+    if (const auto* action = qobject_cast<const QAction*>(&object)) {
         return action->isEnabled();
+    }
     const auto* widget = qobject_cast<const QWidget*>(&object);
     return widget && widget->isEnabled();
 }
@@ -85,10 +103,12 @@ bool isEnabled(const QObject& object) {
 
 QString textOf(const QObject& object) {
     QString text = shownText(object);
-    for (QChar& character : text)
+    for (QChar& character : text) {
         if (character == QLatin1Char('\t') || character == QLatin1Char('\n') ||
-            character == QLatin1Char('\r'))
+            character == QLatin1Char('\r')) {
             character = QLatin1Char(' ');
+        }
+    }
     return text;
 }
 

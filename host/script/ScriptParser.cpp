@@ -27,17 +27,20 @@ constexpr std::array words{
 };
 
 const Word* findWord(const QString& name) {
-    for (const Word& word : words)
-        if (name == QLatin1String(word.name))
+    for (const Word& word : words) {
+        if (name == QLatin1String(word.name)) {
             return &word;
+        }
+    }
     return nullptr;
 }
 
 /// Cuts the first word off; what is left begins behind the one blank that ends it.
 QString takeWord(QString& rest) {
     qsizetype end = 0;
-    while (end < rest.size() && !rest[end].isSpace())
+    while (end < rest.size() && !rest[end].isSpace()) {
         ++end;
+    }
     const QString word = rest.left(end);
     rest = rest.mid(end + 1);
     return word;
@@ -45,8 +48,9 @@ QString takeWord(QString& rest) {
 
 QString withoutLeadingBlanks(const QString& text) {
     qsizetype begin = 0;
-    while (begin < text.size() && text[begin].isSpace())
+    while (begin < text.size() && text[begin].isSpace()) {
         ++begin;
+    }
     return text.mid(begin);
 }
 
@@ -59,22 +63,29 @@ bool isNumber(const QString& text) {
 QString reasonAgainst(const Step& step, Form form) {
     const bool wantsObject = form == Form::Object || form == Form::ObjectAndText;
     const bool wantsText = form == Form::Text || form == Form::ObjectAndText;
-    if (wantsObject && step.object.isEmpty())
+    if (wantsObject && step.object.isEmpty()) {
         return QStringLiteral("falta el nombre del objeto");
-    if (wantsText && step.argument.isEmpty())
+    }
+    if (wantsText && step.argument.isEmpty()) {
         return QStringLiteral("falta el texto del paso");
-    if (!wantsText && !step.argument.isEmpty())
+    }
+    if (!wantsText && !step.argument.isEmpty()) {
         return QStringLiteral("sobra «%1»").arg(step.argument);
-    if (step.verb == Verb::Key && !keyStroke(step.argument))
+    }
+    if (step.verb == Verb::Key && !keyStroke(step.argument)) {
         return QStringLiteral("no se conoce la tecla «%1»").arg(step.argument);
-    if (step.verb == Verb::ClickTitle && !isNumber(step.argument))
+    }
+    if (step.verb == Verb::ClickTitle && !isNumber(step.argument)) {
         return QStringLiteral("la columna es un número desde 0");
-    if (step.verb == Verb::Resize && !sizeOf(step.argument))
+    }
+    if (step.verb == Verb::Resize && !sizeOf(step.argument)) {
         return QStringLiteral("la medida se da como ANCHOxALTO");
+    }
     const QStringList answers{QStringLiteral("si"), QStringLiteral("no"), QStringLiteral("aceptar"),
                               QStringLiteral("cancelar")};
-    if (step.verb == Verb::Answer && !answers.contains(step.argument))
+    if (step.verb == Verb::Answer && !answers.contains(step.argument)) {
         return QStringLiteral("la respuesta es si, no, aceptar o cancelar");
+    }
     return {};
 }
 
@@ -83,8 +94,9 @@ QString readStep(Step& step) {
     QString rest = withoutLeadingBlanks(step.source);
     const QString name = takeWord(rest);
     const Word* word = findWord(name);
-    if (!word)
+    if (!word) {
         return QStringLiteral("no se conoce el paso «%1»").arg(name);
+    }
     step.verb = word->verb;
     if (word->form == Form::Object || word->form == Form::ObjectAndText) {
         rest = withoutLeadingBlanks(rest);
@@ -99,24 +111,28 @@ QString readStep(Step& step) {
 
 std::optional<QSize> sizeOf(const QString& text) {
     const QStringList sides = text.split(QLatin1Char('x'));
-    if (sides.size() != 2 || !isNumber(sides[0]) || !isNumber(sides[1]))
+    if (sides.size() != 2 || !isNumber(sides[0]) || !isNumber(sides[1])) {
         return std::nullopt;
+    }
     return QSize(sides[0].toInt(), sides[1].toInt());
 }
 
 ParsedScript parseScript(const QString& text) {
     ParsedScript script;
     QString whole = text;
-    if (whole.startsWith(QChar(0xFEFF)))
+    if (whole.startsWith(QChar(0xFEFF))) {
         whole.remove(0, 1);
+    }
     int number = 0;
     for (QString line : whole.split(QLatin1Char('\n'))) {
         ++number;
-        if (line.endsWith(QLatin1Char('\r')))
+        if (line.endsWith(QLatin1Char('\r'))) {
             line.chop(1);
+        }
         const QString trimmed = line.trimmed();
-        if (trimmed.isEmpty() || trimmed.startsWith(QLatin1Char('#')))
+        if (trimmed.isEmpty() || trimmed.startsWith(QLatin1Char('#'))) {
             continue;
+        }
         Step step;
         step.line = number;
         step.source = line;

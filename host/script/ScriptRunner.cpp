@@ -14,9 +14,11 @@ constexpr int patienceMilliseconds = 3000;
 
 /// A button that a key clicks stays down for a moment and acts when it comes up.
 bool aButtonIsDown(const QWidget& window) {
-    for (const auto* button : window.findChildren<QAbstractButton*>())
-        if (button->isDown() && button->isVisible())
+    for (const auto* button : window.findChildren<QAbstractButton*>()) {
+        if (button->isDown() && button->isVisible()) {
             return true;
+        }
+    }
     return false;
 }
 
@@ -36,10 +38,11 @@ void ScriptRunner::start(QWidget* mainWindow, ParsedScript script, const QString
     lookup_.setMainWindow(mainWindow);
     script_ = std::move(script);
     name_ = name;
-    if (script_.error)
+    if (script_.error) {
         fail(script_.error->line, script_.error->source, script_.error->reason);
-    else
+    } else {
         schedule(0);
+    }
 }
 
 ScriptRunner::Surroundings ScriptRunner::surroundings() {
@@ -53,8 +56,9 @@ void ScriptRunner::schedule(int milliseconds) {
 }
 
 void ScriptRunner::turn() {
-    if (exitCode_)
+    if (exitCode_) {
         return;
+    }
     if (isBusy()) {
         schedule(pollMilliseconds);
         return;
@@ -75,10 +79,12 @@ void ScriptRunner::turn() {
 }
 
 bool ScriptRunner::takeStep() {
-    if (nextStep_ == script_.steps.size())
+    if (nextStep_ == script_.steps.size()) {
         return false;
-    for (Action& action : steps_.of(script_.steps[nextStep_]))
+    }
+    for (Action& action : steps_.of(script_.steps[nextStep_])) {
         actions_.push_back(std::move(action));
+    }
     ++nextStep_;
     return true;
 }
@@ -90,8 +96,9 @@ void ScriptRunner::run(const Action& action) {
     running_.push_back(surroundings());
     const Outcome outcome = action();
     running_.resize(depth);
-    if (exitCode_)
+    if (exitCode_) {
         return;
+    }
     const Step& step = script_.steps[nextStep_ - 1];
     switch (outcome.result) {
     case Outcome::Result::Done:
@@ -103,12 +110,14 @@ void ScriptRunner::run(const Action& action) {
     case Outcome::Result::NotYet:
         break;
     }
-    if (!waiting_.isValid())
+    if (!waiting_.isValid()) {
         waiting_.start();
-    if (waiting_.hasExpired(patienceMilliseconds))
+    }
+    if (waiting_.hasExpired(patienceMilliseconds)) {
         fail(step.line, step.source, outcome.reason);
-    else
+    } else {
         actions_.push_front(action);
+    }
 }
 
 void ScriptRunner::fail(int line, const QString& source, const QString& reason) {
@@ -118,8 +127,9 @@ void ScriptRunner::fail(int line, const QString& source, const QString& reason) 
 }
 
 void ScriptRunner::end(int exitCode) {
-    if (exitCode_)
+    if (exitCode_) {
         return;
+    }
     exitCode_ = exitCode;
     emit finished(exitCode);
 }

@@ -26,12 +26,15 @@ QString kindName(MessageKind kind) {
 
 /// The answer that a word stands for in a box; null when the box has no such button.
 std::optional<MessageAnswer> answerOf(const QString& word, MessageKind kind) {
-    if (word == QLatin1String("cancelar"))
+    if (word == QLatin1String("cancelar")) {
         return MessageAnswer::Cancel;
-    if (kind != MessageKind::Question)
+    }
+    if (kind != MessageKind::Question) {
         return word == QLatin1String("aceptar") ? std::optional(MessageAnswer::Accept) : std::nullopt;
-    if (word == QLatin1String("si"))
+    }
+    if (word == QLatin1String("si")) {
         return MessageAnswer::Yes;
+    }
     return word == QLatin1String("no") ? std::optional(MessageAnswer::No) : std::nullopt;
 }
 

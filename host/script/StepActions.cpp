@@ -80,8 +80,9 @@ Actions StepActions::of(const Step& step) const {
 
 Outcome StepActions::show(const QString& name) const {
     const QObject* object = lookup_.find(name);
-    if (!object)
+    if (!object) {
         return Outcome::failed(reasonNotFound(name));
+    }
     print_(describe(*object));
     return Outcome::done();
 }
@@ -95,8 +96,9 @@ Outcome StepActions::showWindow() const {
 }
 
 Outcome StepActions::showMessages() const {
-    for (const QString& message : messages_.takeShown())
+    for (const QString& message : messages_.takeShown()) {
         print_(message);
+    }
     return Outcome::done();
 }
 
@@ -115,16 +117,18 @@ Action StepActions::capture(const QString& file) const {
         }
         const auto notYet =
             Outcome::notYet(QStringLiteral("la ventana «%1» no deja de moverse").arg(window.windowTitle()));
-        if (since.isValid() && !since.hasExpired(restMilliseconds))
+        if (since.isValid() && !since.hasExpired(restMilliseconds)) {
             return notYet;
+        }
         const QImage picture = window.grab().toImage();
         if (picture != std::exchange(before, picture)) {
             since.start();
             return notYet;
         }
-        if (const QString reason = write(picture, file); !reason.isEmpty())
+        if (const QString reason = write(picture, file); !reason.isEmpty()) {
             return Outcome::failed(
                 QStringLiteral("no se puede escribir la imagen «%1»: %2").arg(file, reason));
+        }
         return Outcome::done();
     };
 }

@@ -12,8 +12,9 @@ namespace {
 
 template<class Value>
 void addOnce(std::vector<Value>& values, const Value& value) {
-    if (std::ranges::find(values, value) == values.end())
+    if (std::ranges::find(values, value) == values.end()) {
         values.push_back(value);
+    }
 }
 
 } // namespace
@@ -37,16 +38,19 @@ std::vector<Municipality> AddressDirectory::municipalitiesNamed(const std::strin
     if (!name.empty() && name.size() <= municipalityNameWidth &&
         shown_.seek({{"NOMBRE", name}}, dbase::SeekMode::Exact)) {
         do {
-            if (shownName_.view() != name)
+            if (shownName_.view() != name) {
                 break;
+            }
             addOnce(codes, shownCode_.text());
         } while (shown_.next());
     }
     std::ranges::sort(codes);
     std::vector<Municipality> found;
-    for (const std::string& code : codes)
-        if (auto one = municipality(code))
+    for (const std::string& code : codes) {
+        if (auto one = municipality(code)) {
             found.push_back(std::move(*one));
+        }
+    }
     return found;
 }
 
@@ -58,34 +62,40 @@ std::optional<std::string> AddressDirectory::municipalityNameBeginning(const std
 }
 
 std::optional<Municipality> AddressDirectory::municipality(const std::string& ineCode) {
-    if (ineCode.empty() || !all_.seek({{"COD_INE", ineCode}}, dbase::SeekMode::Exact))
+    if (ineCode.empty() || !all_.seek({{"COD_INE", ineCode}}, dbase::SeekMode::Exact)) {
         return std::nullopt;
+    }
     Municipality found;
     found.ineCode = ineCode;
     bool isMarked = false, isNamed = false;
     do {
-        if (ineCode_.view() != ineCode)
+        if (ineCode_.view() != ineCode) {
             break;
-        if (const std::string code = postalCode_.text(); !code.empty())
+        }
+        if (const std::string code = postalCode_.text(); !code.empty()) {
             addOnce(found.postalCodes, code);
-        if (const std::string province = province_.text(); !province.empty())
+        }
+        if (const std::string province = province_.text(); !province.empty()) {
             addOnce(found.provinces, province);
+        }
         if (found.name.empty() || (!isNamed && !isEntity_.logical())) {
             found.name = name_.text();
             isNamed = !isEntity_.logical();
         }
         isMarked = isMarked || onlyCode_.view() == singleCodeMark;
     } while (all_.next());
-    for (const std::string& code : found.postalCodes)
+    for (const std::string& code : found.postalCodes) {
         addOnce(found.provinces, provinceOf(code));
+    }
     std::ranges::sort(found.postalCodes);
     found.hasOneCode = isMarked && found.postalCodes.size() == 1;
     return found;
 }
 
 bool AddressDirectory::isOwn(const Municipality& municipality) const {
-    if (municipality.hasPostalCode(streetCode_.view()))
+    if (municipality.hasPostalCode(streetCode_.view())) {
         return true;
+    }
     // A code that MUNICIPI lacks; where it says that there is only one, another one is wrong.
     return streetIneCode_ && streetIneCode_->view() == municipality.ineCode && !municipality.hasOneCode;
 }
@@ -104,28 +114,33 @@ StreetStretch AddressDirectory::currentStretch() const {
 void AddressDirectory::visitOwn(const Municipality& municipality, const std::string& province,
                                 const std::string& from, const std::function<bool()>& wantsMore,
                                 const std::function<bool()>& visit) {
-    if (!streets_.seek({{"PROVINCIA", province}, {"VIA", from}}, dbase::SeekMode::Nearest))
+    if (!streets_.seek({{"PROVINCIA", province}, {"VIA", from}}, dbase::SeekMode::Nearest)) {
         return;
+    }
     do {
-        if (streetProvince_.view() != province || !wantsMore())
+        if (streetProvince_.view() != province || !wantsMore()) {
             return;
-        if (isOwn(municipality) && !visit())
+        }
+        if (isOwn(municipality) && !visit()) {
             return;
+        }
     } while (streets_.next());
 }
 
 std::vector<StreetStretch> AddressDirectory::stretches(const Municipality& municipality,
                                                        const std::string& name) {
     std::vector<StreetStretch> found;
-    if (name.empty() || name.size() > streetNameWidth)
+    if (name.empty() || name.size() > streetNameWidth) {
         return found;
-    for (const std::string& province : municipality.provinces)
+    }
+    for (const std::string& province : municipality.provinces) {
         visitOwn(
             municipality, province, name, [&] { return street_.view() == name; },
             [&] {
                 found.push_back(currentStretch());
                 return true;
             });
+    }
     return found;
 }
 
@@ -133,20 +148,23 @@ std::optional<StreetStretch> AddressDirectory::streetBeginning(const Municipalit
                                                                const std::string& text,
                                                                const std::string& type) {
     std::optional<StreetStretch> best;
-    if (text.empty() || text.size() > streetNameWidth)
+    if (text.empty() || text.size() > streetNameWidth) {
         return best;
+    }
     for (const std::string& province : municipality.provinces) {
         std::optional<StreetStretch> here;
         visitOwn(
             municipality, province, text,
             [&] { return street_.view().starts_with(text) && (!here || street_.view() == here->name); },
             [&] {
-                if (!here || type_.view() == type)
+                if (!here || type_.view() == type) {
                     here = currentStretch();
+                }
                 return here->type != type;
             });
-        if (here && (!best || here->name < best->name))
+        if (here && (!best || here->name < best->name)) {
             best = here;
+        }
     }
     return best;
 }

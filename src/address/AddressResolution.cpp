@@ -22,8 +22,9 @@ namespace {
 /// Code of the key that types a character; none for signs other than the comma.
 std::uint16_t keyOf(char c) {
     const auto byte = static_cast<unsigned char>(c);
-    if (isAlphanumeric(byte))
+    if (isAlphanumeric(byte)) {
         return byte;
+    }
     return c == ',' ? key_code::comma : key_code::none;
 }
 
@@ -33,8 +34,9 @@ std::uint16_t keyOf(char c) {
 template<class Asks, class Lookup>
 std::optional<std::string> typeInto(const std::string& text, Asks asks, Lookup lookup) {
     const auto last = std::find_if(text.rbegin(), text.rend(), [&](char c) { return asks(keyOf(c)); }).base();
-    if (last == text.begin())
+    if (last == text.begin()) {
         return std::nullopt;
+    }
     const std::optional<std::string> found = lookup(std::string(text.begin(), last));
     return found && (last == text.end() || text == *found) ? found : std::nullopt;
 }
@@ -43,18 +45,21 @@ std::optional<std::string> typeInto(const std::string& text, Asks asks, Lookup l
 bool hasName(std::string_view province, std::string_view given) {
     while (!province.empty()) {
         const std::string_view one = province.substr(0, province.find('/'));
-        if (one == given || province == given)
+        if (one == given || province == given) {
             return true;
+        }
         province.remove_prefix(std::min(one.size() + 1, province.size()));
     }
     return false;
 }
 
 bool isIn(const Municipality& municipality, const std::string& province, const std::string& database) {
-    if (province.empty())
+    if (province.empty()) {
         return true;
-    if (municipality.provinces.empty())
+    }
+    if (municipality.provinces.empty()) {
         return false;
+    }
     const std::string& own = municipality.provinces.front();
     return own == province || hasName(tidied(provinceName(own, database)), province);
 }
@@ -66,8 +71,9 @@ public:
         : database_(database), typed_(typed), directory_(database) {}
 
     ResolvedAddress run() {
-        if (settleMunicipality() && settleStreet())
+        if (settleMunicipality() && settleStreet()) {
             settleNumber();
+        }
         return result_;
     }
 
@@ -79,8 +85,9 @@ private:
             const auto whole =
                 typeInto(result_.municipality, completesMunicipality,
                          [&](const std::string& text) { return directory_.municipalityNameBeginning(text); });
-            if (!whole)
+            if (!whole) {
                 return refuse(AddressPart::Municipality);
+            }
             result_.municipality = *whole;
             result_.completed.push_back(AddressPart::Municipality);
             named = directory_.municipalitiesNamed(*whole);
@@ -88,9 +95,10 @@ private:
         std::vector<Municipality> meant = named;
         std::erase_if(meant, [&](const Municipality& one) { return !isMeant(one); });
         if (meant.size() != 1) {
-            for (const Municipality& one : meant.empty() ? named : meant)
+            for (const Municipality& one : meant.empty() ? named : meant) {
                 result_.candidates.push_back(
                     {one.name, one.ineCode, one.provinces.empty() ? std::string() : one.provinces.front()});
+            }
             return refuse(AddressPart::Municipality);
         }
         municipality_ = meant.front();
@@ -113,8 +121,9 @@ private:
                 return first ? std::optional(first->name) : std::nullopt;
             });
             if (!whole) {
-                if (municipality_.hasOneCode)
+                if (municipality_.hasOneCode) {
                     result_.postalCode = municipality_.postalCodes.front();
+                }
                 return refuse(AddressPart::Street);
             }
             result_.street = *whole;
@@ -129,11 +138,13 @@ private:
         const StreetCode code = streetCode(stretches_, municipality_.ineCode, readHouseNumber(typed_.number));
         result_.streetType = code.stretch.type;
         result_.postalCode = code.stretch.postalCode;
-        if (result_.streetType != type_)
+        if (result_.streetType != type_) {
             result_.completed.push_back(AddressPart::StreetType);
+        }
         result_.numberProblem = problemOf(code.certainty);
-        if (!code.isSure())
+        if (!code.isSure()) {
             refuse(AddressPart::Number);
+        }
     }
 
     static NumberProblem problemOf(StreetCode::Certainty certainty) {
@@ -183,10 +194,12 @@ ResolvedAddress resolveAddressUtf8(const std::string& database, const TypedAddre
         resolveAddress(database, typed.as<std::string>(bytes)).as<std::string>([&](const auto& text) {
             return page.toUtf8(text);
         });
-    if (!page.fromUtf8(typed.municipality))
+    if (!page.fromUtf8(typed.municipality)) {
         result.municipality = typed.municipality;
-    if (!result.street.empty() && !page.fromUtf8(typed.street))
+    }
+    if (!result.street.empty() && !page.fromUtf8(typed.street)) {
         result.street = typed.street;
+    }
     return result;
 }
 

@@ -87,8 +87,9 @@ struct ResolvedAddressOf {
             convert(municipality), convert(ineCode), convert(street), convert(streetType),
             convert(postalCode),   unsettled,        completed,       {},
             numberProblem};
-        for (const NamedMunicipalityOf<Text>& one : candidates)
+        for (const NamedMunicipalityOf<Text>& one : candidates) {
             other.candidates.push_back({convert(one.name), convert(one.ineCode), convert(one.province)});
+        }
         return other;
     }
 };

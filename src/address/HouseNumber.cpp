@@ -36,12 +36,14 @@ bool saysThatThereIsNone(std::string_view text) {
 /// Cuts "N", "Nº", "NUM.", "NÚMERO" and the like off the front.
 std::string_view withoutAbbreviation(std::string_view text) {
     for (const std::string_view word : {"N\xDAMERO", "NUMERO", "N\xDAM", "NUM", "NRO", "NO", "N", "#"}) {
-        if (!text.starts_with(word))
+        if (!text.starts_with(word)) {
             continue;
+        }
         std::string_view rest = text.substr(word.size());
-        while (!rest.empty() &&
-               (rest.front() == '.' || rest.front() == ':' || rest.front() == ' ' || isOrdinal(rest.front())))
+        while (!rest.empty() && (rest.front() == '.' || rest.front() == ':' || rest.front() == ' ' ||
+                                 isOrdinal(rest.front()))) {
             rest.remove_prefix(1);
+        }
         return !rest.empty() && isDigit(rest.front()) ? rest : text;
     }
     return text;
@@ -49,13 +51,16 @@ std::string_view withoutAbbreviation(std::string_view text) {
 
 /// Whether what follows the digits leaves them a house number.
 bool mayFollow(std::string_view rest) {
-    if (rest.empty())
+    if (rest.empty()) {
         return true;
-    if (rest.front() == '.' && rest.size() > 1 && isDigit(rest[1]))
+    }
+    if (rest.front() == '.' && rest.size() > 1 && isDigit(rest[1])) {
         return false; // a fraction, or thousands
+    }
     static constexpr std::string_view separators = " ,;.-/()";
-    if (separators.find(rest.front()) == std::string_view::npos && !isLetter(rest.front()))
+    if (separators.find(rest.front()) == std::string_view::npos && !isLetter(rest.front())) {
         return false;
+    }
     return !lettersOf(rest).starts_with("KM");
 }
 
@@ -64,15 +69,18 @@ bool mayFollow(std::string_view rest) {
 HouseNumber readHouseNumber(std::string_view written) {
     const std::string capitals = UpperCase(std::string(withoutBlanks(written)));
     const std::string_view text = capitals;
-    if (text.empty() || saysThatThereIsNone(text))
+    if (text.empty() || saysThatThereIsNone(text)) {
         return {};
+    }
     const std::string_view number = withoutAbbreviation(text);
     const auto digits = static_cast<std::size_t>(std::ranges::find_if_not(number, isDigit) - number.begin());
-    if (digits == 0 || digits > mostDigits || !mayFollow(number.substr(digits)))
+    if (digits == 0 || digits > mostDigits || !mayFollow(number.substr(digits))) {
         return {.kind = HouseNumber::Kind::Unclear};
+    }
     const int value = Cad_Int(std::string(number.substr(0, digits)));
-    if (value == 0)
+    if (value == 0) {
         return {.kind = HouseNumber::Kind::Unclear};
+    }
     return {.kind = HouseNumber::Kind::Known, .value = value};
 }
 

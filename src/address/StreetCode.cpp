@@ -24,8 +24,9 @@ Stretches saidToBeOf(const Stretches& stretches, const std::string& ineCode) {
 
 /// Without those that are said to be another municipality's, unless that is all there is.
 Stretches withoutForeign(const Stretches& stretches, const std::string& ineCode) {
-    if (saidToBeOf(stretches, ineCode).empty())
+    if (saidToBeOf(stretches, ineCode).empty()) {
         return stretches;
+    }
     return those(stretches,
                  [&](const StreetStretch& one) { return one.ineCode.empty() || one.ineCode == ineCode; });
 }
@@ -36,36 +37,45 @@ bool shareOneCode(const Stretches& stretches) {
 }
 
 Certainty sureOr(Certainty otherwise, const Stretches& stretches) {
-    if (!shareOneCode(stretches))
+    if (!shareOneCode(stretches)) {
         return otherwise;
+    }
     return stretches.front().postalCode.empty() ? Certainty::NoCode : Certainty::Sure;
 }
 
 } // namespace
 
 Stretches stretchesOfType(Stretches stretches, const std::string& type) {
-    if (type.empty())
+    if (type.empty()) {
         return stretches;
-    for (const std::string& wanted : {type, std::string()})
+    }
+    for (const std::string& wanted : {type, std::string()}) {
         if (auto chosen = those(stretches, [&](const StreetStretch& one) { return one.type == wanted; });
-            !chosen.empty())
+            !chosen.empty()) {
             return chosen;
+        }
+    }
     return stretches;
 }
 
 StreetCode streetCode(const Stretches& all, const std::string& ineCode, const HouseNumber& number) {
     const Stretches stretches = withoutForeign(all, ineCode);
-    if (number.kind == HouseNumber::Kind::Unclear)
+    if (number.kind == HouseNumber::Kind::Unclear) {
         return {Certainty::Unclear, stretches.front()};
-    if (!number.isKnown())
+    }
+    if (!number.isKnown()) {
         return {sureOr(Certainty::NoNumber, stretches), stretches.front()};
+    }
     Stretches holders =
         those(stretches, [&](const StreetStretch& one) { return one.ranges.hold(number.value); });
-    if (holders.empty())
+    if (holders.empty()) {
         return {Certainty::NoStretch, stretches.front()};
-    if (!shareOneCode(holders))
-        if (Stretches own = saidToBeOf(holders, ineCode); !own.empty())
+    }
+    if (!shareOneCode(holders)) {
+        if (Stretches own = saidToBeOf(holders, ineCode); !own.empty()) {
             holders = std::move(own);
+        }
+    }
     return {sureOr(Certainty::Several, holders), holders.front()};
 }
 

@@ -10,13 +10,15 @@ std::string tidied(std::string_view text) {
     std::string tidy;
     for (const char c : UpperCase(text)) {
         const bool isBlank = blanks.find(c) != std::string_view::npos;
-        if (!isBlank)
+        if (!isBlank) {
             tidy += c;
-        else if (!tidy.empty() && tidy.back() != ' ')
+        } else if (!tidy.empty() && tidy.back() != ' ') {
             tidy += ' ';
+        }
     }
-    if (!tidy.empty() && tidy.back() == ' ')
+    if (!tidy.empty() && tidy.back() == ' ') {
         tidy.pop_back();
+    }
     return tidy;
 }
 

@@ -13,8 +13,9 @@ namespace {
 /// can be undone, and gives back what was typed.
 void insertTail(QLineEdit& box, const QString& text) {
     const auto typed = box.text().size();
-    if (text.size() == typed)
+    if (text.size() == typed) {
         return;
+    }
     box.setCursorPosition(0); // a move ends the step of the letters that were typed
     box.setCursorPosition(static_cast<int>(typed));
     box.insert(text.mid(typed));
@@ -24,8 +25,9 @@ void insertTail(QLineEdit& box, const QString& text) {
 
 std::optional<EditedText> editedText(const QLineEdit& box) {
     const auto text = toWindows1252(box.text());
-    if (!text)
+    if (!text) {
         return std::nullopt;
+    }
     // One byte is one character here, so that positions are the same on both sides.
     const auto start = static_cast<std::size_t>(box.hasSelectedText() ? box.selectionStart() : 0);
     return EditedText{.text = *text,
@@ -39,10 +41,11 @@ void showCompletion(QLineEdit& box, const std::optional<NamedCompletion>& comple
         insertTail(box, fromWindows1252(completion->box.text));
         // Selected from its end backwards, so that the caret stays before the completed tail.
         const int end = static_cast<int>(completion->box.text.size());
-        if (const int length = static_cast<int>(completion->box.selectionLength); length > 0)
+        if (const int length = static_cast<int>(completion->box.selectionLength); length > 0) {
             box.setSelection(end, -length);
-        else
+        } else {
             box.setCursorPosition(end);
+        }
     }
     setTag(box, completion ? completion->code : 0); // after the text, whose change a host answers with a 0
 }

@@ -26,8 +26,9 @@ using ambrel::toWindows1252;
 namespace {
 
 void orderBy(const char* tag, dbase::Dataset& table) {
-    if (table.tag() != tag)
+    if (table.tag() != tag) {
         TBIndexa(tag, table);
+    }
 }
 
 bool wantsMunicipalityList() {
@@ -87,8 +88,9 @@ bool TClassCodPostales::BuscaEnMunicipi(const QString& value, bool exact) {
 }
 
 void TClassCodPostales::KeyUpMunicipi(QLineEdit* sender, std::uint16_t& key, Qt::KeyboardModifiers) {
-    if (!sender || !ambrel::completesMunicipality(key))
+    if (!sender || !ambrel::completesMunicipality(key)) {
         return;
+    }
     runGuarded([&] {
         const auto edited = ambrel::editedText(*sender);
         showCompletion(*sender, edited ? ambrel::completeMunicipality(*DM, *edited) : std::nullopt);
@@ -96,22 +98,26 @@ void TClassCodPostales::KeyUpMunicipi(QLineEdit* sender, std::uint16_t& key, Qt:
 }
 
 void TClassCodPostales::ExitMunicipi(QLineEdit* sender, QString& province, QString& postalCode, bool ask) {
-    if (!sender)
+    if (!sender) {
         return;
+    }
     runGuarded([&] {
-        if (sender->text().trimmed().isEmpty())
+        if (sender->text().trimmed().isEmpty()) {
             setTag(*sender, 0);
-        else if (tagOf(*sender) == 0 && ask && wantsMunicipalityList() && BuscarMunicipios()) {
+        } else if (tagOf(*sender) == 0 && ask && wantsMunicipalityList() && BuscarMunicipios()) {
             sender->setText(fromWindows1252(DM->tbMunicipiNOMBRE.view()));
             setTag(*sender, DM->tbMunicipiCOD_INE.integer());
         }
-        if (tagOf(*sender) == 0)
+        if (tagOf(*sender) == 0) {
             return;
+        }
         // Deliberate: an empty text stays empty; the host passes some text to ask for an answer.
-        if (!province.isEmpty())
+        if (!province.isEmpty()) {
             province = fromWindows1252(ambrel::provinceName(DM->tbMunicipiCODPOSTAL.text()));
-        if (const auto only = ambrel::onlyPostalCode(*DM); only && !postalCode.isEmpty())
+        }
+        if (const auto only = ambrel::onlyPostalCode(*DM); only && !postalCode.isEmpty()) {
             postalCode = fromWindows1252(*only);
+        }
     });
 }
 
@@ -129,8 +135,9 @@ bool TClassCodPostales::BuscaPorViaPostal(const QString& street, const QString& 
 
 void TClassCodPostales::KeyUpDireccionPostal(QLineEdit* sender, std::uint16_t& key, Qt::KeyboardModifiers,
                                              const QString& type) {
-    if (!sender || !ambrel::completesStreet(key))
+    if (!sender || !ambrel::completesStreet(key)) {
         return;
+    }
     runGuarded([&] {
         const auto edited = ambrel::editedText(*sender);
         const auto code = toWindows1252(type);
@@ -139,20 +146,23 @@ void TClassCodPostales::KeyUpDireccionPostal(QLineEdit* sender, std::uint16_t& k
 }
 
 void TClassCodPostales::ExitNumeroPostal(QLineEdit* sender, dbase::Field* postalCodeField) {
-    if (sender)
+    if (sender) {
         exitNumber(*sender, postalCodeField, ambrel::walkToNumber);
+    }
 }
 
 void TClassCodPostales::ExitNumeroPostal_(QLineEdit* sender, dbase::Field* postalCodeField) {
-    if (sender)
+    if (sender) {
         exitNumber(*sender, postalCodeField, ambrel::walkToNumberWithoutType);
+    }
 }
 
 void TClassCodPostales::exitNumber(const QLineEdit& box, dbase::Field* postalCodeField, NumberWalk walk) {
     runGuarded([&] {
         const int number = Cad_Int(toWindows1252(box.text()).value_or(std::string()));
-        if (walk(*DM, number) && postalCodeField)
+        if (walk(*DM, number) && postalCodeField) {
             postalCodeField->setText(DM->tbPostalCODPOSTAL.text());
+        }
     });
 }
 
@@ -161,6 +171,7 @@ void TClassCodPostales::SituaPrimerViaMunicipio(const QString& codIne, const QSt
     const auto code = toWindows1252(codIne);
     const auto name = toWindows1252(street);
     const auto typeCode = toWindows1252(type);
-    if (code && name && typeCode)
+    if (code && name && typeCode) {
         ambrel::goToStreetOfMunicipality(*DM, *code, *name, *typeCode);
+    }
 }

@@ -68,35 +68,40 @@ void TClassCodPostales::MuestraFichaVia(TOperacion operation, const QString& mun
     card.show();
     // What could not be stored, and was told, is in nobody's hands any more: it would pass for the current
     // street, and a changed one would keep its lock.
-    if (isCardsOwn)
+    if (isCardsOwn) {
         DM->tbPostal.cancel();
+    }
 }
 
 void TClassCodPostales::ExitDireccionPostal(QLineEdit* sender, dbase::Field* postalCodeField, dbase::Field*,
                                             bool ask, const QString& newPostalCode, const QString& type) {
-    if (!sender)
+    if (!sender) {
         return;
+    }
     typedStreet_ = TypedStreet::Known;
     ambrel::runGuarded([&] {
-        if (sender->text().trimmed().isEmpty())
+        if (sender->text().trimmed().isEmpty()) {
             setTag(*sender, 0);
-        else if (tagOf(*sender) != 0)
+        } else if (tagOf(*sender) != 0) {
             goToRowOfType(sender->text(), type);
-        else if (isYes(QStringLiteral("¿Desea insertarla como una nueva via?")))
+        } else if (isYes(QStringLiteral("¿Desea insertarla como una nueva via?"))) {
             addTypedStreet(*sender, newPostalCode, type);
-        else if (!ask || !isYes(QStringLiteral("¿Desea ver la lista de direcciones actuales?")) ||
-                 !takeListedStreet(*sender))
+        } else if (!ask || !isYes(QStringLiteral("¿Desea ver la lista de direcciones actuales?")) ||
+                   !takeListedStreet(*sender)) {
             typedStreet_ = TypedStreet::Unknown;
-        if (tagOf(*sender) != 0 && postalCodeField)
+        }
+        if (tagOf(*sender) != 0 && postalCodeField) {
             postalCodeField->setText(DM->tbPostalCODPOSTAL.text());
+        }
     });
 }
 
 void TClassCodPostales::goToRowOfType(const QString& street, const QString& type) {
     const auto name = toWindows1252(street);
     const auto code = toWindows1252(type);
-    if (name && code)
+    if (name && code) {
         ambrel::chooseStreetType(*DM, *name, *code);
+    }
 }
 
 void TClassCodPostales::addTypedStreet(QLineEdit& box, const QString& postalCode, const QString& type) {
@@ -118,8 +123,9 @@ void TClassCodPostales::addTypedStreet(QLineEdit& box, const QString& postalCode
 }
 
 bool TClassCodPostales::takeListedStreet(QLineEdit& box) {
-    if (!BuscarDireccionPostal(false))
+    if (!BuscarDireccionPostal(false)) {
         return false;
+    }
     typedStreet_ = TypedStreet::Chosen;
     box.setText(fromWindows1252(DM->tbPostalVIA.view()));
     setTag(box, DM->tbPostalCODIGO1.integer());

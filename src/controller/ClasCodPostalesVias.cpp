@@ -48,14 +48,16 @@ bool TClassCodPostales::attempt(const std::function<bool()>& operation) {
 
 bool TClassCodPostales::attemptOrCancel(const std::function<bool()>& operation) {
     const bool done = attempt(operation);
-    if (!streetFailure_.isEmpty())
+    if (!streetFailure_.isEmpty()) {
         DM->tbPostal.cancel();
+    }
     return done;
 }
 
 void TClassCodPostales::showStreetFailure() {
-    if (const QString text = std::exchange(streetFailure_, QString()); !text.isEmpty())
+    if (const QString text = std::exchange(streetFailure_, QString()); !text.isEmpty()) {
         Mensaje_Error(Padre, text, attention());
+    }
 }
 
 bool TClassCodPostales::AnadirVia() {
@@ -92,8 +94,9 @@ bool TClassCodPostales::BorrarVia(bool ask, bool) {
             tellThatItIsFixed(QStringLiteral("No puede borrar los datos de esta via"));
             return false;
         }
-        if (ask && !isDeletionWanted(ambrel::fromWindows1252(DM->tbPostalVIA.view())))
+        if (ask && !isDeletionWanted(ambrel::fromWindows1252(DM->tbPostalVIA.view()))) {
             return false;
+        }
         TBDelete(DM->tbPostal);
         return true;
     });
@@ -106,8 +109,9 @@ bool TClassCodPostales::AceptarVia(dbase::Durability durability) {
             DM->tbPostal.cancel();
             return false;
         }
-        if (DM->tbPostal.state() == dbase::DatasetState::Insert)
+        if (DM->tbPostal.state() == dbase::DatasetState::Insert) {
             return PostInsert(durability);
+        }
         DM->tbPostal.post(durability);
         return true;
     });
@@ -115,15 +119,17 @@ bool TClassCodPostales::AceptarVia(dbase::Durability durability) {
 
 bool TClassCodPostales::CancelarVia() {
     if (Mensaje_NoSi(QStringLiteral("¿Desea cancelar esta operación (S/N)?"),
-                     QStringLiteral("Esta modificando los datos de una via"), attention()) != answeredYes)
+                     QStringLiteral("Esta modificando los datos de una via"), attention()) != answeredYes) {
         return false;
+    }
     DM->tbPostal.cancel();
     return true;
 }
 
 bool TClassCodPostales::PostInsert(dbase::Durability durability) {
-    if (ambrel::postUnderFreeKey(DM->tbPostal, DM->tbPostalCODIGO1, durability))
+    if (ambrel::postUnderFreeKey(DM->tbPostal, DM->tbPostalCODIGO1, durability)) {
         return true;
+    }
     tellThatOthersAreAdding();
     throw ambrel::SilentAbort();
 }

@@ -21,8 +21,9 @@ bool completesMunicipality(std::uint16_t key) {
 bool completesStreet(std::uint16_t key) { return isAlphanumeric(lowByte(key)) || key == key_code::comma; }
 
 std::optional<Completion> complete(const EditedText& edited, std::string_view found) {
-    if (edited.text.empty() || !found.starts_with(edited.text))
+    if (edited.text.empty() || !found.starts_with(edited.text)) {
         return std::nullopt;
+    }
     // With keys pressed faster than released, the text is complete already and its tail selected: the caret
     // stays where the user was typing.
     const std::size_t wanted = edited.selectionLength > 0 ? edited.selectionStart : edited.caret;

@@ -40,8 +40,9 @@ public:
         for (bool isRow = !municipalities.isEmpty(); isRow; isRow = municipalities.next()) {
             PostalCode& entry = codes_[code.text()];
             entry.all.push_back({name.text(), ineCode.text()});
-            if (!entry.major && !isMinor.logical())
+            if (!entry.major && !isMinor.logical()) {
                 entry.major = entry.all.back();
+            }
         }
     }
 
@@ -72,13 +73,16 @@ public:
     /// `row`: the street's bytes, to be changed. False when no municipality is found for it.
     bool fill(const dbase::RecordView& street, std::span<char> row, const PostalCodes& codes) const {
         const PostalCode* const code = codes.find(text(street, code_));
-        if (!code)
+        if (!code) {
             return false;
-        if (code->major)
+        }
+        if (code->major) {
             write(row, *code->major);
+        }
         // Every municipality with this code is a minor entity: the street's own name tells which.
-        if (!dbase::decodeText(raw(row, ineCode_)).empty())
+        if (!dbase::decodeText(raw(row, ineCode_)).empty()) {
             return code->major.has_value();
+        }
         for (const Municipality& municipality : code->all) {
             if (municipality.name == text(street, name_)) {
                 write(row, municipality);
@@ -130,11 +134,13 @@ InePassCount fillIneCodes(const std::string& database, InePassRows rows, const I
     dbase::Table& table = streets->openTable();
     for (dbase::RecordNumber next = 1; next != 0;) {
         next = table.amend(next, stretch, fill, dbase::Durability::Process, countInUse);
-        if (next != 0)
+        if (next != 0) {
             progress(next - 1, table.records().recordCount());
+        }
     }
-    if (count.filled != 0 && Config.durability() == dbase::Durability::Disk)
+    if (count.filled != 0 && Config.durability() == dbase::Durability::Disk) {
         table.sync();
+    }
     return count;
 }
 

@@ -19,8 +19,9 @@ constexpr const char* fileOrder = ""; // no tag
 /// The wanted key, or the one behind the highest when it is taken. `table` is then ordered by key.
 std::string freeKey(dbase::Dataset& table, const std::string& wanted) {
     TBIndexa(keyTag, table);
-    if (!TBBusca(table, {{keyTag, Cad_Int(wanted)}}, exactSearch))
+    if (!TBBusca(table, {{keyTag, Cad_Int(wanted)}}, exactSearch)) {
         return wanted;
+    }
     table.last();
     return keyBehind(table.field(keyTag).view());
 }
@@ -35,8 +36,9 @@ struct Allocation {
 /// and the view of the keys in one: to open a table costs as much as the rest of this.
 Allocation allocate(const dbase::Dataset& streets, const std::string& wanted) {
     auto table = CreaTabla(streets.databaseName(), streets.tableName(), fileOrder, false, openNow);
-    if (!lockFirstRow(*table))
+    if (!lockFirstRow(*table)) {
         return {};
+    }
     std::string key = table->isEmpty() ? wanted : freeKey(*table, wanted);
     return {.lock = std::move(table), .key = std::move(key)};
 }
@@ -55,8 +57,9 @@ bool lockFirstRow(dbase::Dataset& table) {
     while (BloqueaActual(table)) {
         const dbase::RecordNumber locked = table.recordNumber();
         table.first(); // what was seen before the lock proves nothing
-        if (table.recordNumber() == locked)
+        if (table.recordNumber() == locked) {
             return true;
+        }
         DesbloqueaAll(table);
     }
     return false;
@@ -66,10 +69,12 @@ bool postUnderFreeKey(dbase::Dataset& streets, dbase::Field& key, dbase::Durabil
     const std::string wanted = key.isNull() ? firstUserKey : key.text();
     // All looks at the table under one structure lock: a system call costs more than any of them.
     const Allocation given = streets.openTable().read([&] { return allocate(streets, wanted); });
-    if (!given.lock)
+    if (!given.lock) {
         return false;
-    if (key.text() != given.key)
+    }
+    if (key.text() != given.key) {
         key.setText(given.key);
+    }
     streets.post(durability);
     return true;
 }

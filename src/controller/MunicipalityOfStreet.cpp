@@ -18,8 +18,9 @@ bool findPostalCode(TDMCodPostales& tables, const std::string& postalCode, bool 
 void walkToCapital(TDMCodPostales& tables, const std::string& postalCode) {
     const auto hasCode = [&] { return tables.tbMunicipiCODPOSTAL.text() == postalCode; };
     while (tables.tbMunicipiCAPITAL.text() != capitalMark && hasCode()) {
-        if (!tables.tbMunicipi.next())
+        if (!tables.tbMunicipi.next()) {
             return;
+        }
         if (!hasCode()) {
             tables.tbMunicipi.prior();
             return;
@@ -31,20 +32,23 @@ void walkToCapital(TDMCodPostales& tables, const std::string& postalCode) {
 /// none has it.
 void walkToName(TDMCodPostales& tables, const std::string& postalCode, const std::string& name) {
     do {
-        if (tables.tbMunicipiNOMBRE.text() == name)
+        if (tables.tbMunicipiNOMBRE.text() == name) {
             return;
+        }
     } while (tables.tbMunicipi.next() && tables.tbMunicipiCODPOSTAL.text() == postalCode);
     static_cast<void>(findPostalCode(tables, postalCode, exactSearch));
 }
 
 std::string nameByPostalCode(TDMCodPostales& tables, const std::string& postalCode) {
     // Deliberate: a street whose postal code no municipality has shows its own name.
-    if (!findPostalCode(tables, postalCode, exactSearch))
+    if (!findPostalCode(tables, postalCode, exactSearch)) {
         return tables.tbPostalVIA.text();
-    if (tables.tbPostalCAPITAL.text() == localityMark)
+    }
+    if (tables.tbPostalCAPITAL.text() == localityMark) {
         walkToName(tables, postalCode, std::string(withoutBlanks(tables.tbPostalVIA.view())));
-    else
+    } else {
         walkToCapital(tables, postalCode);
+    }
     return tables.tbMunicipiNOMBRE.text();
 }
 
@@ -52,8 +56,9 @@ std::string nameByPostalCode(TDMCodPostales& tables, const std::string& postalCo
 
 std::string municipalityOfStreet(TDMCodPostales& tables, const std::string& provinceCode) {
     const std::string postalCode = tables.tbPostalCODPOSTAL.text();
-    if (postalCode.empty() || provinceOf(postalCode) != provinceCode)
+    if (postalCode.empty() || provinceOf(postalCode) != provinceCode) {
         return {};
+    }
     TagScope order(tables.tbMunicipi, "CODPOSTAL");
     std::string name = nameByPostalCode(tables, postalCode);
     order.restore();
@@ -63,10 +68,12 @@ std::string municipalityOfStreet(TDMCodPostales& tables, const std::string& prov
 void goToMunicipalityOfStreet(TDMCodPostales& tables) {
     TBIndexa("CODPOSTAL", tables.tbMunicipi);
     const std::string postalCode = tables.tbPostalCODPOSTAL.text();
-    if (!findPostalCode(tables, postalCode, exactSearch))
+    if (!findPostalCode(tables, postalCode, exactSearch)) {
         static_cast<void>(findPostalCode(tables, provinceOf(postalCode) + "000", nearestSearch));
-    if (tables.tbPostalCAPITAL.text() == capitalMark)
+    }
+    if (tables.tbPostalCAPITAL.text() == capitalMark) {
         walkToCapital(tables, postalCode);
+    }
 }
 
 } // namespace ambrel

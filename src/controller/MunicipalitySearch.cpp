@@ -10,9 +10,11 @@ namespace {
 dbase::Field* searchedField(TDMCodPostales& tables) {
     const std::string& tag = tables.tbMunicipi.tag();
     for (dbase::Field* field :
-         {&tables.tbMunicipiNOMBRE, &tables.tbMunicipiCOD_INE, &tables.tbMunicipiCODPOSTAL})
-        if (field->name() == tag)
+         {&tables.tbMunicipiNOMBRE, &tables.tbMunicipiCOD_INE, &tables.tbMunicipiCODPOSTAL}) {
+        if (field->name() == tag) {
             return field;
+        }
+    }
     return nullptr;
 }
 
@@ -31,14 +33,16 @@ std::string municipalityText(TDMCodPostales& tables) {
 std::optional<NamedCompletion> completeMunicipality(TDMCodPostales& tables, const EditedText& edited) {
     static_cast<void>(findMunicipality(tables, edited.text, nearestSearch));
     const auto completion = complete(edited, municipalityText(tables));
-    if (!completion)
+    if (!completion) {
         return std::nullopt;
+    }
     return NamedCompletion{*completion, tables.tbMunicipiCOD_INE.integer()};
 }
 
 std::optional<std::string> onlyPostalCode(const TDMCodPostales& tables) {
-    if (tables.tbMunicipiUNICO.text() != singleCodeMark)
+    if (tables.tbMunicipiUNICO.text() != singleCodeMark) {
         return std::nullopt;
+    }
     return tables.tbMunicipiCODPOSTAL.text();
 }
 

@@ -16,8 +16,9 @@ bool currentRowHolds(const TDMCodPostales& tables, int number) {
 } // namespace
 
 bool walkToNumber(TDMCodPostales& tables, int number) {
-    if (tables.tbPostal.isEmpty())
+    if (tables.tbPostal.isEmpty()) {
         return false;
+    }
     const std::string name = tables.tbPostalVIA.text();
     const std::string type = tables.tbPostalTIPO_VIA.text();
     // Deliberate: the end of the table is not looked for; the walk ends there because a step no longer moves.
@@ -26,23 +27,27 @@ bool walkToNumber(TDMCodPostales& tables, int number) {
             tables.tbPostal.prior();
             return false;
         }
-        if (currentRowHolds(tables, number))
+        if (currentRowHolds(tables, number)) {
             return true;
+        }
     } while (tables.tbPostal.next());
     return false;
 }
 
 bool walkToNumberWithoutType(TDMCodPostales& tables, int number) {
-    if (tables.tbPostal.isEmpty())
+    if (tables.tbPostal.isEmpty()) {
         return false;
+    }
     const std::string name = tables.tbPostalVIA.text();
     const dbase::Bookmark start = tables.tbPostal.bookmark();
     do {
-        if (tables.tbPostalVIA.text() != name)
+        if (tables.tbPostalVIA.text() != name) {
             break;
+        }
         // Deliberate: only rows without type are looked at, whatever type the walk began with.
-        if (tables.tbPostalTIPO_VIA.text().empty() && currentRowHolds(tables, number))
+        if (tables.tbPostalTIPO_VIA.text().empty() && currentRowHolds(tables, number)) {
             return true;
+        }
     } while (tables.tbPostal.next());
     tables.tbPostal.goTo(start);
     return false;

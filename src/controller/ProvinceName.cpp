@@ -11,8 +11,9 @@ std::string provinceName(const std::string& postalCode, const std::string& datab
     const auto provinces = CreaTabla(database, "PROVIN.DBF", "CODIGO", false, openNow);
     // The code goes as a number: the column holds three characters, the postal code begins with two.
     const int code = Cad_Int(provinceOf(postalCode));
-    if (!TBBusca(*provinces, {{"CODIGO", code}}, exactSearch))
+    if (!TBBusca(*provinces, {{"CODIGO", code}}, exactSearch)) {
         return {};
+    }
     return provinces->field("PROVINCIA").text();
 }
 

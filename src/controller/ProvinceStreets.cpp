@@ -12,9 +12,11 @@ std::vector<Province> spanishProvinces(dbase::Dataset& provinces) {
     std::vector<Province> found;
     const TableScope open(provinces);
     provinces.first(); // it may have been open
-    for (bool isRow = !provinces.isEmpty(); isRow; isRow = provinces.next())
-        if (provinces.field("GRUPO").integer() == provinceGroup)
+    for (bool isRow = !provinces.isEmpty(); isRow; isRow = provinces.next()) {
+        if (provinces.field("GRUPO").integer() == provinceGroup) {
             found.push_back({provinces.field("PROVINCIA").text(), provinces.field("CODIGO").text()});
+        }
+    }
     return found;
 }
 
@@ -23,8 +25,9 @@ std::string provinceCode(dbase::Dataset& provinces, const std::string& name) {
     const TableScope open(provinces);
     // A search compares what the column holds; a longer name is not found by its beginning.
     if (!TBBusca(provinces, {{"PROVINCIA", name}}, exactSearch) ||
-        provinces.field("PROVINCIA").text() != name)
+        provinces.field("PROVINCIA").text() != name) {
         return "00";
+    }
     return StrRight(provinces.field("CODIGO").text(), provinceDigits);
 }
 

@@ -16,16 +16,18 @@ std::vector<StreetType> StreetCardTables::streetTypes() {
     std::vector<StreetType> found;
     const TableScope open(tbTipoVia);
     tbTipoVia.first(); // it may have been open
-    for (bool isRow = !tbTipoVia.isEmpty(); isRow; isRow = tbTipoVia.next())
+    for (bool isRow = !tbTipoVia.isEmpty(); isRow; isRow = tbTipoVia.next()) {
         found.push_back({tbTipoViaCODIGO.text(), tbTipoViaNOMBRE.text()});
+    }
     return found;
 }
 
 std::optional<Province> StreetCardTables::findProvince(const std::string& code) {
     TBIndexa("CODIGO", tbProvin);
     const TableScope open(tbProvin);
-    if (!TBBusca(tbProvin, {{"CODIGO", "0" + code}}, exactSearch))
+    if (!TBBusca(tbProvin, {{"CODIGO", "0" + code}}, exactSearch)) {
         return std::nullopt;
+    }
     return Province{tbProvinPROVINCIA.text(), tbProvinCODIGO.text()};
 }
 
@@ -33,8 +35,9 @@ std::optional<StreetType> StreetCardTables::findStreetType(const std::string& co
     TBIndexa("CODIGO", tbTipoVia);
     const TableScope open(tbTipoVia);
     // A search compares what the column holds; a longer code is not found by its beginning.
-    if (!TBBusca(tbTipoVia, {{"CODIGO", code}}, exactSearch) || tbTipoViaCODIGO.text() != code)
+    if (!TBBusca(tbTipoVia, {{"CODIGO", code}}, exactSearch) || tbTipoViaCODIGO.text() != code) {
         return std::nullopt;
+    }
     return StreetType{tbTipoViaCODIGO.text(), tbTipoViaNOMBRE.text()};
 }
 
@@ -44,8 +47,9 @@ std::string StreetCardTables::provinceCode(const std::string& name) {
 
 std::string provinceNameIn(std::string_view text, std::string_view shown) {
     const std::size_t bracket = text.find('[');
-    if (bracket == std::string_view::npos)
+    if (bracket == std::string_view::npos) {
         return std::string(withoutBlanks(text));
+    }
     // Deliberate: the place is that of the bracket in the text asked about, the name that of the text shown.
     return std::string(withoutBlanks(withoutBlanks(shown).substr(0, bracket)));
 }

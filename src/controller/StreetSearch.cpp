@@ -39,8 +39,9 @@ bool hasNeighbour(TDMCodPostales& tables, const std::string& name) {
 bool findExact(TDMCodPostales& tables, const StreetPlace& place, const std::string& name,
                const std::string& type) {
     const bool found = TBBusca(tables.tbPostal, paddedStreetKey(place, name, type), exactSearch);
-    if (tables.tbPostalVIA.view() != name)
+    if (tables.tbPostalVIA.view() != name) {
         static_cast<void>(TBBusca(tables.tbPostal, paddedStreetKey(place, name, {}), exactSearch));
+    }
     return found;
 }
 
@@ -52,11 +53,13 @@ bool findNearest(TDMCodPostales& tables, const StreetPlace& place, const std::st
     dbase::Dataset& streets = tables.tbPostal;
     const dbase::Key withoutType = paddedStreetKey(place, name, {});
     bool found = TBBusca(streets, withoutType, nearestSearch);
-    if (type.empty() || tables.tbPostalVIA.view() != nameInKey(name))
+    if (type.empty() || tables.tbPostalVIA.view() != nameInKey(name)) {
         return found;
+    }
     found = TBBusca(streets, paddedStreetKey(place, name, type), nearestSearch);
-    if (tables.tbPostalVIA.view() != name)
+    if (tables.tbPostalVIA.view() != name) {
         static_cast<void>(TBBusca(streets, withoutType, nearestSearch));
+    }
     return found;
 }
 
@@ -66,8 +69,9 @@ void trySearches(TDMCodPostales& tables, const std::string& name, const std::str
     for (const dbase::Key& key :
          {streetKey(place, name, type), streetKey(place, name, {}), streetKey(place, {}, {})}) {
         static_cast<void>(TBBusca(tables.tbPostal, key, nearestSearch));
-        if (tables.tbPostalVIA.text() == name)
+        if (tables.tbPostalVIA.text() == name) {
             return;
+        }
     }
 }
 
@@ -77,8 +81,9 @@ bool findStreet(TDMCodPostales& tables, const std::string& name, const std::stri
     const StreetPlace place = currentPlace(tables);
     const bool found = exact ? findExact(tables, place, name, type) : findNearest(tables, place, name, type);
     // Deliberate: in a municipality with a single code a street with another code is not a hit.
-    if (const auto only = onlyPostalCode(tables); only && *only != tables.tbPostalCODPOSTAL.text())
+    if (const auto only = onlyPostalCode(tables); only && *only != tables.tbPostalCODPOSTAL.text()) {
         tables.tbPostal.first();
+    }
     return found;
 }
 
@@ -90,29 +95,35 @@ std::optional<NamedCompletion> completeStreet(TDMCodPostales& tables, const Edit
                                               const std::string& type) {
     static_cast<void>(findInStreets(tables, edited.text, type, nearestSearch));
     const auto completion = complete(edited, tables.tbPostalVIA.text());
-    if (!completion)
+    if (!completion) {
         return std::nullopt;
+    }
     return NamedCompletion{*completion, tables.tbPostalCODIGO1.integer()};
 }
 
 void chooseStreetType(TDMCodPostales& tables, const std::string& name, const std::string& type) {
-    if (!hasNeighbour(tables, name))
+    if (!hasNeighbour(tables, name)) {
         return;
+    }
     const auto named = [&] { return tables.tbPostalVIA.text() == name; };
     const auto typed = [&] { return tables.tbPostalTIPO_VIA.text() == type; };
     const dbase::Bookmark start = tables.tbPostal.bookmark();
-    while (named() && !typed())
-        if (!tables.tbPostal.next())
+    while (named() && !typed()) {
+        if (!tables.tbPostal.next()) {
             break;
-    if (!named() || !typed())
+        }
+    }
+    if (!named() || !typed()) {
         tables.tbPostal.goTo(start);
+    }
 }
 
 void goToStreetOfMunicipality(TDMCodPostales& tables, const std::string& ineCode, const std::string& name,
                               const std::string& type) {
     TagScope order(tables.tbMunicipi, "COD_INE");
-    if (TBBusca(tables.tbMunicipi, {{"COD_INE", ineCode}}, exactSearch))
+    if (TBBusca(tables.tbMunicipi, {{"COD_INE", ineCode}}, exactSearch)) {
         trySearches(tables, name, type);
+    }
     order.restore();
 }
 

@@ -28,8 +28,9 @@ void TDMMunicipi::calculateProvinceName() {
     tbProvinAux.close();
     TBIndexa("CODIGO", tbProvinAux);
     const ambrel::TableScope open(tbProvinAux);
-    if (!tbMunicipiMJ.autoCalculates())
+    if (!tbMunicipiMJ.autoCalculates()) {
         return;
+    }
     // Deliberate: the text of PROVCOD is sought as it is, among codes of three characters; whatever follows
     // it, or the last province, gives the name.
     static_cast<void>(TBBusca(tbProvinAux, {{"CODIGO", tbMunicipiMJPROVCOD.text()}}, nearestSearch));

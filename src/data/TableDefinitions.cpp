@@ -81,11 +81,14 @@ std::vector<dbase::TableDefinition> tableDefinitions() {
 std::optional<dbase::TableDefinition> tableDefinition(std::string_view table) {
     std::string name(table);
     std::ranges::transform(name, name.begin(), upper);
-    if (name.ends_with(".DBF"))
+    if (name.ends_with(".DBF")) {
         name.resize(name.size() - 4);
-    for (dbase::TableDefinition& definition : tableDefinitions())
-        if (definition.name == name)
+    }
+    for (dbase::TableDefinition& definition : tableDefinitions()) {
+        if (definition.name == name) {
             return std::move(definition);
+        }
+    }
     return std::nullopt;
 }
 

@@ -6,14 +6,16 @@
 namespace ambrel {
 
 TableScope::TableScope(dbase::Dataset& table) : table_(table), opened_(!table.isOpen()) {
-    if (opened_)
+    if (opened_) {
         table_.open();
+    }
 }
 
 TableScope::~TableScope() {
     try {
-        if (opened_)
+        if (opened_) {
             table_.close();
+        }
     } catch (...) {
         // The table is closed; what somebody who listens to it could not do is no fault of the work.
     }
@@ -29,8 +31,9 @@ TagScope::TagScope(dbase::Dataset& table, const std::string& tag) : table_(table
 }
 
 TagScope::~TagScope() {
-    if (!restored_)
+    if (!restored_) {
         giveBack();
+    }
 }
 
 void TagScope::restore() {

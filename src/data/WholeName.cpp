@@ -13,13 +13,16 @@ constexpr const char* withoutEntities = "ENT_MENOR=False";
 
 /// Name of the municipality that an entity belongs to; null when there is none to be found.
 std::optional<std::string> municipalityOf(const std::string& ineCode, dbase::Dataset& all) {
-    if (!TBBusca(all, {{"COD_INE", ineCode}}, exactSearch))
+    if (!TBBusca(all, {{"COD_INE", ineCode}}, exactSearch)) {
         return std::nullopt;
+    }
     // Deliberate: the walk does not end with the code. Where a code has nothing but entities, the next
     // municipality in the order of codes lends its name.
-    while (all.field("ENT_MENOR").logical())
-        if (!all.next())
+    while (all.field("ENT_MENOR").logical()) {
+        if (!all.next()) {
             return std::nullopt;
+        }
+    }
     return all.field("NOMBRE").text();
 }
 
@@ -35,12 +38,15 @@ void hideMinorEntities(dbase::Dataset& municipalities) {
 }
 
 void calculateWholeName(dbase::Dataset& municipalities, dbase::Dataset& all) {
-    if (!municipalities.autoCalculates())
+    if (!municipalities.autoCalculates()) {
         return;
+    }
     std::string name = municipalities.field("NOMBRE").text();
-    if (municipalities.field("ENT_MENOR").logical())
-        if (const auto municipality = municipalityOf(municipalities.field("COD_INE").text(), all))
+    if (municipalities.field("ENT_MENOR").logical()) {
+        if (const auto municipality = municipalityOf(municipalities.field("COD_INE").text(), all)) {
             name += " --> [" + *municipality + "]";
+        }
+    }
     municipalities.field("NOMBRE_COMPLETO").setText(name);
 }
 

@@ -60,8 +60,9 @@ std::vector<ambrel::GridColumn> streetColumns(const QFontMetrics& metrics) {
         numberColumn("IMPAR_FIN", QStringLiteral("Fin impar")),
         numberColumn("PAR_INI", QStringLiteral("Inicio par")),
         numberColumn("PAR_FIN", QStringLiteral("Fin par"))};
-    for (ambrel::GridColumn& column : columns)
+    for (ambrel::GridColumn& column : columns) {
         column.width = std::max(column.width, metrics.horizontalAdvance(column.title) + titleMargins);
+    }
     columns[nameColumn].width = std::max(columns[nameColumn].width, nameLetters * metrics.averageCharWidth());
     return columns;
 }
@@ -77,8 +78,9 @@ public:
     PassProgress& operator=(const PassProgress&) = delete;
 
     void show(std::uint32_t done, std::uint32_t total) {
-        if (sinceShown_.elapsed() < progressPause)
+        if (sinceShown_.elapsed() < progressPause) {
             return;
+        }
         CambiaMensaje(text(static_cast<int>(std::uint64_t(done) * 100 / total)), window_);
         sinceShown_.restart();
     }
@@ -109,8 +111,9 @@ TFBuscarDireccionPostal::TFBuscarDireccionPostal(QWidget* owner, TClassCodPostal
     resize(ambrel::withinScreen(*this, size()));
     ambrel::limitDropDowns(*this);
     ui_->DBGPostal->setColumns(streetColumns(ui_->DBGPostal->fontMetrics()));
-    for (int column = 0; column < ui_->DBGPostal->columnCount(); ++column)
+    for (int column = 0; column < ui_->DBGPostal->columnCount(); ++column) {
         leastGridRoom_ += ui_->DBGPostal->columnWidth(column);
+    }
     ui_->DBGPostal->setMinimumWidth(ui_->DBGPostal->sizeHint().width()); // all columns, whatever the font
     ui_->DBGPostal->setDataSource(&DSPostal);
     onDataChange_ = DSPostal.listen(
@@ -157,15 +160,17 @@ void TFBuscarDireccionPostal::reject() { done(ambrel::cancelledResult); }
 /// The least size grows with the font.
 bool TFBuscarDireccionPostal::event(QEvent* event) {
     const bool result = QDialog::event(event);
-    if (event->type() == QEvent::LayoutRequest)
+    if (event->type() == QEvent::LayoutRequest) {
         setMinimumSize(leastSize.expandedTo(layout()->totalMinimumSize()));
+    }
     return result;
 }
 
 void TFBuscarDireccionPostal::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (!event->spontaneous())
+    if (!event->spontaneous()) {
         ambrel::runGuarded([this] { FormShow(); });
+    }
 }
 
 void TFBuscarDireccionPostal::resizeEvent(QResizeEvent* event) {
@@ -207,24 +212,28 @@ void TFBuscarDireccionPostal::FormResize() {
 
 /// The keys call their handlers also when the button is disabled.
 bool TFBuscarDireccionPostal::FormKeyDown(std::uint16_t key, Qt::KeyboardModifiers modifiers) {
-    if (ambrel::enterMovesOn(*this, key))
+    if (ambrel::enterMovesOn(*this, key)) {
         return true;
+    }
     // While a name is being typed, Delete and Space belong to the text.
     const bool types = ui_->EVia->hasFocus();
     switch (key) {
     case ambrel::key_code::insert:
-        if ((modifiers & ~Qt::KeypadModifier) == Qt::ShiftModifier)
+        if ((modifiers & ~Qt::KeypadModifier) == Qt::ShiftModifier) {
             BBModificarClick();
-        else
+        } else {
             BBAnadirClick();
+        }
         return true;
     case ambrel::key_code::remove:
-        if (!types)
+        if (!types) {
             BBEliminarClick();
+        }
         return !types;
     case ambrel::key_code::space:
-        if (!types)
+        if (!types) {
             BBDetallesClick();
+        }
         return !types;
     default:
         return false;
@@ -234,8 +243,9 @@ bool TFBuscarDireccionPostal::FormKeyDown(std::uint16_t key, Qt::KeyboardModifie
 /// Acts on another row, not on a value that the record card sets in this one.
 void TFBuscarDireccionPostal::DSPostalDataChange(dbase::DatasetChange change) {
     using dbase::DatasetChange;
-    if (change != DatasetChange::Opened && change != DatasetChange::Moved && change != DatasetChange::Order)
+    if (change != DatasetChange::Opened && change != DatasetChange::Moved && change != DatasetChange::Order) {
         return;
+    }
     CompruebaSiViaNueva();
     ActualizaMunicipio();
 }
@@ -244,22 +254,26 @@ void TFBuscarDireccionPostal::DSPostalDataChange(dbase::DatasetChange change) {
 
 void TFBuscarDireccionPostal::EViaKeyUp(std::uint16_t key) {
     ambrel::removeLeadingBlanks(*ui_->EVia);
-    if (ambrel::moveByKey(key, controller_.DM->tbPostal, *ui_->DBGPostal))
+    if (ambrel::moveByKey(key, controller_.DM->tbPostal, *ui_->DBGPostal)) {
         return;
+    }
     ActualizaTablaMunicipi();
     KeyUpDireccionPostal(key);
 }
 
 void TFBuscarDireccionPostal::KeyUpDireccionPostal(std::uint16_t key) {
-    if (!ambrel::completesStreet(key))
+    if (!ambrel::completesStreet(key)) {
         return;
+    }
     const auto edited = ambrel::editedText(*ui_->EVia);
-    if (!edited)
+    if (!edited) {
         return;
+    }
     TDMCodPostales& tables = *controller_.DM;
     ambrel::goToStreetOfProvince(tables, edited->text);
-    if (const auto completion = ambrel::complete(*edited, tables.tbPostalVIA.text()))
+    if (const auto completion = ambrel::complete(*edited, tables.tbPostalVIA.text())) {
         ambrel::showCompletion(*ui_->EVia, ambrel::NamedCompletion{.box = *completion});
+    }
 }
 
 void TFBuscarDireccionPostal::CBProvinciaChange() {
@@ -275,15 +289,17 @@ void TFBuscarDireccionPostal::goToTypedStreet() {
 
 void TFBuscarDireccionPostal::CargaProvincias() {
     ui_->CBProvincia->clear();
-    for (const ambrel::Province& province : ambrel::spanishProvinces(tbProvin))
+    for (const ambrel::Province& province : ambrel::spanishProvinces(tbProvin)) {
         ui_->CBProvincia->addItem(ambrel::provinceItem(ambrel::fromWindows1252(province.name),
                                                        ambrel::fromWindows1252(province.code)));
+    }
 }
 
 int TFBuscarDireccionPostal::BuscaProvincia(const QString& text) const {
     QStringList items;
-    for (int index = 0; index < ui_->CBProvincia->count(); ++index)
+    for (int index = 0; index < ui_->CBProvincia->count(); ++index) {
         items << ui_->CBProvincia->itemText(index);
+    }
     return ambrel::findItemContaining(items, text);
 }
 
@@ -312,8 +328,9 @@ void TFBuscarDireccionPostal::BBActualizarCOD_INEClick() {
         Mensaje_SiNo(this, QStringLiteral("¿Seguro que desea actualizar los Códigos INE de las vías?"),
                      QStringLiteral("Esta operación tomará varios minutos"),
                      QStringLiteral("Actualizar la tabla Postales"));
-    if (answer != answeredYes)
+    if (answer != answeredYes) {
         return;
+    }
     const auto rows = isControlHeld() ? ambrel::InePassRows::WithoutData : ambrel::InePassRows::All;
     const ambrel::InePassCount count = [&] {
         PassProgress progress(this);

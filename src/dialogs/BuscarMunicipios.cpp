@@ -56,8 +56,9 @@ void TFBuscarMunicipios::reject() { done(ambrel::cancelledResult); }
 
 void TFBuscarMunicipios::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (!event->spontaneous()) // a window that comes back to the screen stays as it is
+    if (!event->spontaneous()) { // a window that comes back to the screen stays as it is
         ambrel::runGuarded([this] { FormShow(); });
+    }
 }
 
 void TFBuscarMunicipios::resizeEvent(QResizeEvent* event) {

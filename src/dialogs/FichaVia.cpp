@@ -55,10 +55,12 @@ void fitDigits(QWidget& edit, int digits) {
 /// Gives the labels that stand below each other one width, so that the edits beside them line up.
 void alignLabels(std::initializer_list<QLabel*> labels) {
     int width = 0;
-    for (const QLabel* const label : labels)
+    for (const QLabel* const label : labels) {
         width = std::max(width, label->sizeHint().width());
-    for (QLabel* const label : labels)
+    }
+    for (QLabel* const label : labels) {
         label->setMinimumWidth(width);
+    }
 }
 
 /// Texts of disabled controls are there to be read on a card that only shows: paler ones only where they are
@@ -69,8 +71,9 @@ void makeLegible(QWidget& control) {
          {std::pair(QPalette::WindowText, QPalette::Window), std::pair(QPalette::Text, QPalette::Base)}) {
         QColor colour = palette.color(QPalette::Active, role);
         const QColor background = palette.color(QPalette::Active, behind);
-        if (qAbs(qGray(colour.rgb()) - qGray(background.rgb())) >= strongContrast)
+        if (qAbs(qGray(colour.rgb()) - qGray(background.rgb())) >= strongContrast) {
             colour.setAlphaF(disabledTextOpacity);
+        }
         palette.setColor(QPalette::Disabled, role, colour);
     }
     control.setPalette(palette);
@@ -79,10 +82,12 @@ void makeLegible(QWidget& control) {
 /// To the middle of the host's main form, within its screen.
 void centreOnMainForm(QDialog& dialog) {
     const QWidget* form = dialog.parentWidget();
-    while (form && form->parentWidget())
+    while (form && form->parentWidget()) {
         form = form->parentWidget();
-    if (!form || !form->isVisible())
+    }
+    if (!form || !form->isVisible()) {
         return;
+    }
     // Not its size of now, which a window system may have set while a message was shown in between.
     QRect place(QPoint(), dialog.sizeHint());
     place.moveCenter(form->frameGeometry().center());
@@ -101,8 +106,9 @@ TFFichaVia::TFFichaVia(QWidget* owner, TClassCodPostales& controller, TOperacion
       CodIne(std::move(codIne)), Vecindad(std::move(vecindad)), DSPostal(&controller.DM->tbPostal) {
     ui_->setupUi(this);
     ambrel::limitDropDowns(*this);
-    for (QComboBox* const combo : {ui_->CBProvincia, ui_->CBTipoVia})
+    for (QComboBox* const combo : {ui_->CBProvincia, ui_->CBTipoVia}) {
         combo->setCompleter(nullptr);
+    }
     ui_->CBTipoVia->view()->setMinimumWidth(streetTypeListWidth);
     help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
     watchControls();
@@ -111,8 +117,9 @@ TFFichaVia::TFFichaVia(QWidget* owner, TClassCodPostales& controller, TOperacion
 }
 
 TFFichaVia::~TFFichaVia() {
-    for (ambrel::BoundEdit* const edit : findChildren<ambrel::BoundEdit*>())
+    for (ambrel::BoundEdit* const edit : findChildren<ambrel::BoundEdit*>()) {
         edit->unbind();
+    }
 }
 
 /// Keys, hints, and what is made of typed letters. A sixth character of a postal code can be typed: it is
@@ -125,15 +132,18 @@ void TFFichaVia::watchControls() {
     new TypingRules(ui_->CBTipoVia->lineEdit(), streetTypeLength, Capitals::No);
     new TypingRules(ui_->DBEVia, static_cast<int>(ambrel::streetNameWidth), Capitals::Yes);
 
-    for (QLineEdit* const box : findChildren<QLineEdit*>())
+    for (QLineEdit* const box : findChildren<QLineEdit*>()) {
         new ambrel::TextBeginning(box);
+    }
     help_->watchEdit(ui_->EVecindad, {}, [this] { EVecindadExit(); });
-    for (QWidget* const edit :
-         std::initializer_list<QWidget*>{ui_->CBProvincia, ui_->CBTipoVia, ui_->DBEVia, ui_->DBECodPostal,
-                                         ui_->DBEImparIni, ui_->DBEImparFin, ui_->DBEParIni, ui_->DBEParFin})
+    for (QWidget* const edit : std::initializer_list<QWidget*>{
+             ui_->CBProvincia, ui_->CBTipoVia, ui_->DBEVia, ui_->DBECodPostal, ui_->DBEImparIni,
+             ui_->DBEImparFin, ui_->DBEParIni, ui_->DBEParFin}) {
         help_->watchEdit(edit);
-    for (QPushButton* const button : {ui_->BBListar, ui_->BBAceptar, ui_->BBCancelar})
+    }
+    for (QPushButton* const button : {ui_->BBListar, ui_->BBAceptar, ui_->BBCancelar}) {
         help_->watchButton(button);
+    }
 }
 
 void TFFichaVia::connectHandlers() {
@@ -159,20 +169,23 @@ void TFFichaVia::bindEdits() {
 
 void TFFichaVia::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (event->spontaneous())
+    if (event->spontaneous()) {
         return;
+    }
     bool isStarted = false;
     runGuarded([&] {
         FormShow();
         isStarted = true;
     });
-    if (!isStarted)
+    if (!isStarted) {
         runGuarded([this] { // what could not be shown whole is not to be changed either
             Controlador.DM->tbPostal.cancel();
             viewOnly();
         });
-    for (QWidget* const edit : {ui_->DBEImparIni, ui_->DBEImparFin, ui_->DBEParIni, ui_->DBEParFin})
+    }
+    for (QWidget* const edit : {ui_->DBEImparIni, ui_->DBEImparFin, ui_->DBEParIni, ui_->DBEParFin}) {
         fitDigits(*edit, numberRoom);
+    }
     fitDigits(*ui_->DBECodPostal, postalCodeRoom);
     ambrel::fitHints(*this, *ui_->SBAyuda, statusTextMargins);
     alignLabels({ui_->LVecindad_, ui_->LProvincia_, ui_->LTipoVia_, ui_->LDomicilio_, ui_->LCodPostal_,
@@ -208,10 +221,11 @@ void TFFichaVia::FormShow() {
 }
 
 void TFFichaVia::startAddition() {
-    if (Controlador.AnadirVia())
+    if (Controlador.AnadirVia()) {
         LimpiaDatos();
-    else
+    } else {
         tellCannotStart();
+    }
 }
 
 /// Deliberate: a card that cannot start its change shows the province and the street type that loading left
@@ -224,8 +238,9 @@ void TFFichaVia::startModification() {
     BuscaProvinciaPorCodigo();
     BuscaTipoViaPorCodigo();
     const TDMCodPostales& tables = *Controlador.DM;
-    if (const std::string code = tables.tbPostalCODPOSTAL.text(); code.empty() || code == "0")
+    if (const std::string code = tables.tbPostalCODPOSTAL.text(); code.empty() || code == "0") {
         tables.tbPostalCODPOSTAL.setText(tables.tbMunicipiCODPOSTAL.text());
+    }
 }
 
 void TFFichaVia::tellCannotStart() {
@@ -243,8 +258,9 @@ void TFFichaVia::SoloLectura() {
         box->setEnabled(false);
         makeLegible(*box);
         for (QWidget* const control :
-             box->findChildren<QWidget*>()) // a host's style sheet keeps the box's from them
+             box->findChildren<QWidget*>()) { // a host's style sheet keeps the box's from them
             makeLegible(*control);
+        }
     }
 }
 
@@ -259,15 +275,17 @@ bool TFFichaVia::FormKeyDown(std::uint16_t key) { return ambrel::enterMovesOn(*t
 void TFFichaVia::BBAceptarClick() {
     switch (Operacion) {
     case opBaja:
-        if (!Controlador.BorrarVia(true))
+        if (!Controlador.BorrarVia(true)) {
             Controlador.showStreetFailure();
+        }
         break;
     case opConsulta:
         break;
     case opAlta:
     case opModificacion:
-        if (!CompruebaDatos())
+        if (!CompruebaDatos()) {
             return;
+        }
         storeStreet();
         break;
     }
@@ -283,14 +301,16 @@ void TFFichaVia::storeStreet() {
     tables.tbPostalPROVINCIA.setText(toNearestWindows1252(province));
     const QString streetType = ObtenTipoVia(ui_->CBTipoVia->currentText().trimmed());
     tables.tbPostalTIPO_VIA.setText(toNearestWindows1252(streetType));
-    if (!Controlador.AceptarVia())
+    if (!Controlador.AceptarVia()) {
         Controlador.showStreetFailure();
+    }
 }
 
 void TFFichaVia::BBCancelarClick() {
     const bool isChanging = Operacion == opAlta || Operacion == opModificacion;
-    if (!isChanging || Controlador.CancelarVia())
+    if (!isChanging || Controlador.CancelarVia()) {
         done(ambrel::cancelledResult);
+    }
 }
 
 void TFFichaVia::reject() {

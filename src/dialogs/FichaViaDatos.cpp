@@ -35,8 +35,9 @@ void clearCurrentItem(QComboBox& combo) { combo.setCurrentIndex(-1); }
 /// The place of an item among items in alphabetical order.
 int placeOf(const QString& item, const QComboBox& combo) {
     int place = 0;
-    while (place < combo.count() && combo.itemText(place) <= item)
+    while (place < combo.count() && combo.itemText(place) <= item) {
         ++place;
+    }
     return place;
 }
 
@@ -52,8 +53,9 @@ void TFFichaVia::showText(QComboBox& combo, const QString& text) {
 void TFFichaVia::CargaProvincias() {
     QComboBox& combo = *ui_->CBProvincia;
     const QString shown = combo.currentText();
-    for (const ambrel::Province& province : tables_.provinces())
+    for (const ambrel::Province& province : tables_.provinces()) {
         combo.addItem(itemOf(province));
+    }
     showText(combo, shown); // a combo makes its first item the current one by itself
 }
 
@@ -64,8 +66,9 @@ void TFFichaVia::CargaTipoVia() {
     for (const ambrel::StreetType& type : tables_.streetTypes()) {
         const QString item = itemOf(type);
         combo.insertItem(placeOf(item, combo), item);
-        if (type.code == commonestType)
+        if (type.code == commonestType) {
             current = item;
+        }
     }
     showText(combo, current);
 }
@@ -73,26 +76,29 @@ void TFFichaVia::CargaTipoVia() {
 void TFFichaVia::BuscaProvinciaPorCodigo() {
     const std::string code = Controlador.DM->tbPostalPROVINCIA.text();
     const auto province = code.empty() ? std::nullopt : tables_.findProvince(code);
-    if (province)
+    if (province) {
         showText(*ui_->CBProvincia, itemOf(*province));
-    else
+    } else {
         clearCurrentItem(*ui_->CBProvincia);
+    }
 }
 
 void TFFichaVia::BuscaTipoViaPorCodigo() {
     const std::string code = Controlador.DM->tbPostalTIPO_VIA.text();
     const auto type = code.empty() ? std::nullopt : tables_.findStreetType(code);
-    if (type)
+    if (type) {
         showText(*ui_->CBTipoVia, itemOf(*type));
-    else
+    } else {
         clearCurrentItem(*ui_->CBTipoVia);
+    }
 }
 
 QString TFFichaVia::ObtenCodProv(const QString& province) {
     const auto text = toWindows1252(province);
     const auto shown = toWindows1252(ui_->CBProvincia->currentText());
-    if (!text || !shown)
+    if (!text || !shown) {
         return QStringLiteral("00");
+    }
     return fromWindows1252(tables_.provinceCode(ambrel::provinceNameIn(*text, *shown)));
 }
 
@@ -134,36 +140,44 @@ bool TFFichaVia::checkTexts() {
     const TDMCodPostales& tables = *Controlador.DM;
     const QString municipality = ui_->EVecindad->text().trimmed();
     const QString province = ui_->CBProvincia->currentText().trimmed();
-    if (municipality.isEmpty() || municipality != fromWindows1252(tables.tbMunicipiNOMBRE.text()))
+    if (municipality.isEmpty() || municipality != fromWindows1252(tables.tbMunicipiNOMBRE.text())) {
         return fails(QStringLiteral("No ha especificado la vecindad de la nueva via o no es correcta"),
                      ui_->EVecindad);
-    if (!ValidaProvincia(province, fromWindows1252(tables.tbMunicipiCOD_PROV.text())))
+    }
+    if (!ValidaProvincia(province, fromWindows1252(tables.tbMunicipiCOD_PROV.text()))) {
         return fails(QStringLiteral("No ha especificado la provincia de la nueva via o no es correcta"),
                      ui_->CBProvincia);
-    if (!ValidaTipoVia(ui_->CBTipoVia->currentText()))
+    }
+    if (!ValidaTipoVia(ui_->CBTipoVia->currentText())) {
         return fails(QStringLiteral("No ha especificado el tipo de via de la nueva via o no es correcta"),
                      ui_->CBTipoVia);
-    if (ui_->DBEVia->text().trimmed().isEmpty())
+    }
+    if (ui_->DBEVia->text().trimmed().isEmpty()) {
         return fails(QStringLiteral("No ha especificado el nombre de la nueva via"), ui_->DBEVia);
-    if (!ValidaCodPostal(ui_->DBECodPostal->text(), province))
+    }
+    if (!ValidaCodPostal(ui_->DBECodPostal->text(), province)) {
         return fails(QStringLiteral("No ha especificado el código postal de la nueva via o no es correcta"),
                      ui_->DBECodPostal);
+    }
     return true;
 }
 
 void TFFichaVia::fillEmptyNumbers() {
     const std::initializer_list<std::pair<BoundEdit*, const char*>> defaults = {
         {ui_->DBEImparIni, "1"}, {ui_->DBEImparFin, "9999"}, {ui_->DBEParIni, "2"}, {ui_->DBEParFin, "9998"}};
-    for (const auto& [edit, number] : defaults)
-        if (edit->text().trimmed().isEmpty())
+    for (const auto& [edit, number] : defaults) {
+        if (edit->text().trimmed().isEmpty()) {
             edit->setText(QLatin1String(number));
+        }
+    }
 }
 
 /// What the column cannot hold is still in its edit only.
 bool TFFichaVia::checkNumbers() {
     for (BoundEdit* const edit : {ui_->DBEImparIni, ui_->DBEImparFin, ui_->DBEParIni, ui_->DBEParFin}) {
-        if (!edit->isRefused())
+        if (!edit->isRefused()) {
             continue;
+        }
         const QString message =
             QStringLiteral("\"%1\" no es un número válido en %2: escriba uno entero, de -32768 a 32767");
         Mensaje_Error(this, message.arg(edit->text(), edit->accessibleName()), wrongData());

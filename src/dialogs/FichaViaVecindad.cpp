@@ -43,10 +43,11 @@ void TFFichaVia::BuscaVecindad() {
         ui_->EVecindad->setText(fromWindows1252(shown.text()));
         order.restore();
     }
-    if (!Vecindad.isEmpty())
+    if (!Vecindad.isEmpty()) {
         ui_->EVecindad->setText(Vecindad);
-    else if (postalCode.empty())
+    } else if (postalCode.empty()) {
         ui_->EVecindad->setText(fromWindows1252(tables.tbMunicipiNOMBRE.text()));
+    }
 }
 
 /// The Tag holds the municipality's postal code here, where other boxes have its INE code. Where two
@@ -59,8 +60,9 @@ void TFFichaVia::EVecindadChange() {
     const bool isNamed = name == fromWindows1252(tables.tbMunicipiNOMBRE.view());
     const std::string codIne = tables.tbMunicipiCOD_INE.text();
     const bool found = Controlador.BuscaEnMunicipi(name, exactSearch);
-    if (found && isNamed && tables.tbMunicipiCOD_INE.view() != codIne)
+    if (found && isNamed && tables.tbMunicipiCOD_INE.view() != codIne) {
         tables.tbMunicipi.goTo(current);
+    }
     setTag(*ui_->EVecindad, found ? tables.tbMunicipiCODPOSTAL.integer() : 0);
 }
 
@@ -74,8 +76,9 @@ void TFFichaVia::EVecindadKeyUp(std::uint16_t& key, Qt::KeyboardModifiers shift)
     Controlador.OrdenaPorNombreMunicipi();
     Controlador.KeyUpMunicipi(ui_->EVecindad, key, shift);
     // A completion leaves the INE code in the Tag, where it would be taken for a postal code.
-    if (tagOf(*ui_->EVecindad) != tag || ui_->EVecindad->text() != text)
+    if (tagOf(*ui_->EVecindad) != tag || ui_->EVecindad->text() != text) {
         EVecindadChange();
+    }
 }
 
 void TFFichaVia::EVecindadExit() {
@@ -83,13 +86,15 @@ void TFFichaVia::EVecindadExit() {
     const QString name = nameForProvince();
     QString postalCode = ui_->DBECodPostal->text();
     // Deliberate: the number of the Tag has no leading zero, and is "0" for an unknown municipality.
-    if (postalCode.isEmpty())
+    if (postalCode.isEmpty()) {
         postalCode = fromWindows1252(Int_Cad(tagOf(*ui_->EVecindad)));
+    }
     QString notAskedFor; // an empty province stays empty
     Controlador.ExitMunicipi(ui_->EVecindad, notAskedFor, postalCode, true);
     const QString codIne = fromWindows1252(Controlador.DM->tbMunicipiCOD_INE.text());
-    if (takePostalCode(codIne, postalCode))
+    if (takePostalCode(codIne, postalCode)) {
         takeProvince(name, codIne);
+    }
 }
 
 /// Deliberate: without a province in the combo it is the municipality's name.
@@ -103,12 +108,14 @@ QString TFFichaVia::nameForProvince() const {
 bool TFFichaVia::takePostalCode(const QString& codIne, const QString& postalCode) {
     const QString shown = ui_->DBECodPostal->text();
     const bool isNew = codIne != CodIne || shown != postalCode;
-    if (!isNew || (!shown.isEmpty() && shown == postalCode))
+    if (!isNew || (!shown.isEmpty() && shown == postalCode)) {
         return true;
+    }
     if (!shown.isEmpty() && Mensaje_SiNo(this, QStringLiteral("¿Desea actualizar el código código postal?"),
                                          QStringLiteral("El código postal difiere al que hay establecido"),
-                                         QStringLiteral("Atención")) != answeredYes)
+                                         QStringLiteral("Atención")) != answeredYes) {
         return false;
+    }
     CodIne = codIne;
     ui_->DBECodPostal->setText(postalCode); // and with it the street's
     return true;
@@ -117,15 +124,17 @@ bool TFFichaVia::takePostalCode(const QString& codIne, const QString& postalCode
 /// Deliberate: the code is the municipality's, the name that of the province shown, whichever it is.
 void TFFichaVia::takeProvince(const QString& name, const QString& codIne) {
     const QString item = ambrel::provinceItem(name, codIne.left(ambrel::provinceDigits));
-    if (ui_->CBProvincia->currentText() != item)
+    if (ui_->CBProvincia->currentText() != item) {
         showText(*ui_->CBProvincia, item);
+    }
 }
 
 void TFFichaVia::BBListarClick() {
     QString codIne = CodIne, postalCode = ui_->DBECodPostal->text(), name = ui_->EVecindad->text();
     const auto orOwn = [](QString& text) {
-        if (text.isEmpty())
+        if (text.isEmpty()) {
             text = fromWindows1252(Config.GetsMunicipio());
+        }
     };
     QString tag;
     switch (static_cast<LookUpBy>(Config.GetnMunicipio())) {
@@ -145,13 +154,15 @@ void TFFichaVia::BBListarClick() {
     }
     QString provinceName, provinceCode, municipalityNumber;
     if (!IMunicipios(this, codIne, postalCode, name, provinceName, provinceCode, municipalityNumber, tag,
-                     QStringLiteral("Lista de municipios del I.N.E.")))
+                     QStringLiteral("Lista de municipios del I.N.E."))) {
         return;
+    }
     ui_->EVecindad->setText(name);
     goToMunicipality(codIne);
     EVecindadChange(); // the Tag is that of the chosen one
-    if (takePostalCode(codIne, postalCode))
+    if (takePostalCode(codIne, postalCode)) {
         takeProvince(nameForProvince(), codIne);
+    }
 }
 
 /// Among those with the name in the box, of which there may be several.
@@ -159,13 +170,15 @@ void TFFichaVia::goToMunicipality(const QString& codIne) {
     dbase::Dataset& municipalities = Controlador.DM->tbMunicipi;
     const TDMCodPostales& tables = *Controlador.DM;
     Controlador.OrdenaPorNombreMunicipi();
-    if (!Controlador.BuscaEnMunicipi(ui_->EVecindad->text(), exactSearch))
+    if (!Controlador.BuscaEnMunicipi(ui_->EVecindad->text(), exactSearch)) {
         return;
+    }
     const dbase::Bookmark first = municipalities.bookmark();
     const std::string name = tables.tbMunicipiNOMBRE.text();
-    while (fromWindows1252(tables.tbMunicipiCOD_INE.text()) != codIne)
+    while (fromWindows1252(tables.tbMunicipiCOD_INE.text()) != codIne) {
         if (!municipalities.next() || tables.tbMunicipiNOMBRE.text() != name) {
             municipalities.goTo(first);
             return;
         }
+    }
 }

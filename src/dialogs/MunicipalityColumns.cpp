@@ -47,8 +47,9 @@ std::string municipalityKey(int number) {
 
 void focusEditOfTag(const std::string& tag, std::initializer_list<QLineEdit*> edits) {
     for (QLineEdit* const edit : edits) {
-        if (municipalityKey(tagOf(*edit)) == tag)
+        if (municipalityKey(tagOf(*edit)) == tag) {
             edit->setFocus();
+        }
     }
 }
 

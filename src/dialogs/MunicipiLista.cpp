@@ -58,8 +58,9 @@ void TFMunicipiLista::reject() { done(ambrel::cancelledResult); }
 
 void TFMunicipiLista::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (!event->spontaneous()) // a window that comes back to the screen stays as it is
+    if (!event->spontaneous()) { // a window that comes back to the screen stays as it is
         ambrel::runGuarded([this] { FormShow(); });
+    }
 }
 
 void TFMunicipiLista::resizeEvent(QResizeEvent* event) {
@@ -102,8 +103,9 @@ void TFMunicipiLista::ECODINEKeyUp(QLineEdit& edit, std::uint16_t key) {
 }
 
 void TFMunicipiLista::DBGMUNICIPITitleClick(int column) {
-    if (const std::string key = ambrel::municipalityKey(column); !key.empty())
+    if (const std::string key = ambrel::municipalityKey(column); !key.empty()) {
         TBIndexa(key, table_);
+    }
 }
 
 void TFMunicipiLista::DBGMUNICIPIDblClick() { done(ambrel::acceptedResult); }

@@ -58,8 +58,9 @@ TFMunicipiListaMJ::TFMunicipiListaMJ(QWidget* owner)
     ui_->DBGMUNICIMJ->setDataSource(&DMMunicipi->dsMunicipiMJ);
     help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
     connectControls();
-    if (table_.tag() == searchKey)
+    if (table_.tag() == searchKey) {
         ui_->ENOMBRE->setFocus();
+    }
 }
 
 TFMunicipiListaMJ::~TFMunicipiListaMJ() { ui_->DBGMUNICIMJ->setDataSource(nullptr); }
@@ -86,8 +87,9 @@ void TFMunicipiListaMJ::reject() { done(ambrel::cancelledResult); }
 
 void TFMunicipiListaMJ::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (!event->spontaneous()) // a window that comes back to the screen stays as it is
+    if (!event->spontaneous()) { // a window that comes back to the screen stays as it is
         ambrel::runGuarded([this] { FormShow(); });
+    }
 }
 
 void TFMunicipiListaMJ::resizeEvent(QResizeEvent* event) {

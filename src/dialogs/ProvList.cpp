@@ -33,13 +33,16 @@ constexpr int normalLeastHeight = 480; // logical pixels
 /// The order that a text's only character asks for.
 /// Deliberate: lower-case letters do not switch the order.
 std::optional<std::string> orderFor(const QString& text) {
-    if (text.size() != 1)
+    if (text.size() != 1) {
         return std::nullopt;
+    }
     const char16_t character = text.front().unicode();
-    if (character >= u'0' && character <= u'9')
+    if (character >= u'0' && character <= u'9') {
         return byCode;
-    if (character >= u'A' && character <= u'Z')
+    }
+    if (character >= u'A' && character <= u'Z') {
         return byName;
+    }
     return std::nullopt;
 }
 
@@ -82,21 +85,24 @@ void TFProvList::Configura(const QString& caption, const QString& heading, int p
     ui_->GBTitulo->setTitle(heading);
     ui_->LProvincia_->setText(label);
     ui_->E_BUSQUEDA->setAccessibleName(label);
-    if (provinceCode == 0)
+    if (provinceCode == 0) {
         return;
+    }
     TBFiltra(TProvin, "GRUPO = " + Int_Cad(group));
     // Deliberate: the code is sought as text, 8 and not 008, among codes of three characters.
     const std::string code = Int_Cad(provinceCode);
-    if (TBBusca(TProvin, {{"CODIGO", code}}, nearestSearch))
+    if (TBBusca(TProvin, {{"CODIGO", code}}, nearestSearch)) {
         ui_->E_BUSQUEDA->setText(QString::fromStdString(code));
+    }
 }
 
 void TFProvList::reject() { done(ambrel::cancelledResult); }
 
 void TFProvList::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (!event->spontaneous()) // a window that comes back to the screen stays as it is
+    if (!event->spontaneous()) { // a window that comes back to the screen stays as it is
         ambrel::runGuarded([this] { FormShow(); });
+    }
 }
 
 void TFProvList::resizeEvent(QResizeEvent* event) {
@@ -126,8 +132,9 @@ void TFProvList::E_BUSQUEDAKeyUp(std::uint16_t key) {
 }
 
 void TFProvList::chooseOrder() {
-    if (std::optional<std::string> tag = orderFor(ui_->E_BUSQUEDA->text()))
+    if (std::optional<std::string> tag = orderFor(ui_->E_BUSQUEDA->text())) {
         TBIndexa(TProvin, *tag);
+    }
 }
 
 /// Whether something was found shows in the grid.
@@ -135,15 +142,17 @@ void TFProvList::seekText() {
     const QString text = ui_->E_BUSQUEDA->text();
     if (TProvin.tag() == byName) {
         // Deliberate: an empty text is sought as well in the order of names, and goes to the first one.
-        if (const std::optional<std::string> name = ambrel::toWindows1252(text))
+        if (const std::optional<std::string> name = ambrel::toWindows1252(text)) {
             static_cast<void>(TBBusca(TProvin, {{"PROVINCIA", *name}}, nearestSearch));
+        }
         return;
     }
     // Deliberate: a text that is not a number, or one that no code can hold, moves nothing in the order of
     // codes, without a message.
     bool isNumber = false;
-    if (const int code = text.toInt(&isNumber); isNumber && Int_Cad(code).size() <= codeWidth)
+    if (const int code = text.toInt(&isNumber); isNumber && Int_Cad(code).size() <= codeWidth) {
         static_cast<void>(TBBusca(TProvin, {{"CODIGO", code}}, nearestSearch));
+    }
 }
 
 void TFProvList::BBAceptarClick() {

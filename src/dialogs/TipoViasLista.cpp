@@ -62,8 +62,9 @@ void TFTipoViasLista::reject() { done(ambrel::cancelledResult); }
 
 void TFTipoViasLista::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (!event->spontaneous()) // a window that comes back to the screen stays as it is
+    if (!event->spontaneous()) { // a window that comes back to the screen stays as it is
         ambrel::runGuarded([this] { FormShow(); });
+    }
 }
 
 void TFTipoViasLista::resizeEvent(QResizeEvent* event) {

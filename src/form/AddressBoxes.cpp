@@ -61,11 +61,14 @@ struct AddressBoxes::Events {
     Events(const Events&) = delete;
     Events& operator=(const Events&) = delete;
     ~Events() {
-        for (const auto& box : boxes)
-            if (box)
+        for (const auto& box : boxes) {
+            if (box) {
                 FocusEvents::unwatch(box);
-        for (const auto& helper : helpers)
+            }
+        }
+        for (const auto& helper : helpers) {
             delete helper.data();
+        }
     }
 };
 
@@ -92,18 +95,20 @@ void AddressBoxes::wire(const Boxes& boxes, TClassCodPostales& controller) {
         std::make_unique<AddressValidation>(boxes, controller, [this](Box box) { Q_EMIT stateChanged(box); });
     lists_ = std::make_unique<AddressLists>(*validation_);
     events_ = std::make_unique<Events>();
-    for (const Typing& typing : typings)
+    for (const Typing& typing : typings) {
         if (QLineEdit* edit = boxes.at(typing.box)) {
             fasten(*edit, typing.box, typing.completes);
             events_->helpers.emplace_back(new EditMenu(edit));
-            if (!hasTypingRules(*edit)) // the host's own go first
+            if (!hasTypingRules(*edit)) { // the host's own go first
                 events_->helpers.emplace_back(new TypingRules(edit, typing.length, typing.capitals));
+            }
             if (typing.hasList) {
                 auto* f4 = new QShortcut(Qt::Key_F4, edit, nullptr, nullptr, Qt::WidgetShortcut);
                 connect(f4, &QShortcut::activated, this, [this, box = typing.box] { openList(box); });
                 events_->helpers.emplace_back(f4);
             }
         }
+    }
 }
 
 void AddressBoxes::fasten(QLineEdit& edit, Box box, bool completes) {
@@ -127,9 +132,11 @@ void AddressBoxes::fasten(QLineEdit& edit, Box box, bool completes) {
 }
 
 void AddressBoxes::leave(Box box) {
-    for (const auto& keys : {events_->municipalityKeys, events_->streetKeys})
-        if (keys && keys->parent() == validation_->boxes().at(box))
+    for (const auto& keys : {events_->municipalityKeys, events_->streetKeys}) {
+        if (keys && keys->parent() == validation_->boxes().at(box)) {
             keys->releasePending(); // fast typists press Tab before the last letter is up
+        }
+    }
     validation_->leave(box);
 }
 
@@ -137,9 +144,11 @@ void AddressBoxes::setListButtons(const ListButtons& buttons) {
     const std::array all{
         std::pair{buttons.municipality, Box::Municipality}, std::pair{buttons.province, Box::Province},
         std::pair{buttons.streetType, Box::StreetType}, std::pair{buttons.street, Box::Street}};
-    for (const auto& [button, box] : all)
-        if (button)
+    for (const auto& [button, box] : all) {
+        if (button) {
             connect(button, &QAbstractButton::clicked, this, [this, wanted = box] { openList(wanted); });
+        }
+    }
 }
 
 void AddressBoxes::setRecord(RecordBinding& record) {
@@ -155,9 +164,11 @@ QString AddressBoxes::reason(Box box) const { return validation_->reason(box); }
 TClassCodPostales& AddressBoxes::controller() const { return validation_->controller(); }
 
 void AddressBoxes::settle() {
-    for (const Typing& typing : typings)
-        if (const QLineEdit* edit = validation_->boxes().at(typing.box); edit && edit->hasFocus())
+    for (const Typing& typing : typings) {
+        if (const QLineEdit* edit = validation_->boxes().at(typing.box); edit && edit->hasFocus()) {
             runGuarded([&] { leave(typing.box); });
+        }
+    }
 }
 
 void AddressBoxes::takeStored() {
@@ -165,8 +176,9 @@ void AddressBoxes::takeStored() {
 }
 
 void AddressBoxes::openList(Box box) {
-    if (validation_->boxes().at(box))
+    if (validation_->boxes().at(box)) {
         runGuarded([&] { lists_->open(box); });
+    }
 }
 
 void AddressBoxes::openStreetCard() {

@@ -66,25 +66,28 @@ void AddressLists::open(Box box) {
 void AddressLists::chooseMunicipality() {
     validation_.boxes().municipality->setFocus(); // leaves the box that was being typed in first
     validation_.goToMunicipality();
-    if (validation_.controller().BuscarMunicipios())
+    if (validation_.controller().BuscarMunicipios()) {
         validation_.takeMunicipality();
-    else
+    } else {
         validation_.goToMunicipality();
+    }
 }
 
 void AddressLists::chooseProvince() {
     QLineEdit& box = *validation_.boxes().province;
     box.setFocus();
     int code = Config.GetProvin();
-    if (validation_.state(Box::Municipality) == AddressBoxes::State::Validated)
+    if (validation_.state(Box::Municipality) == AddressBoxes::State::Validated) {
         code = validation_.controller().DM->tbMunicipiCOD_PROV.integer();
+    }
     QString name;
     int group = provinceGroup;
     // Without an initial code the list would offer countries as well.
     SeleccionaProvincia(name, group, QStringLiteral("Provincias"),
                         QStringLiteral("  Provincia de la dirección  "), code != 0 ? code : firstProvince);
-    if (group != 0) // without a choice the host's own province is no answer to this box
+    if (group != 0) { // without a choice the host's own province is no answer to this box
         validation_.take(Box::Province, name);
+    }
 }
 
 void AddressLists::chooseStreetType() {
@@ -92,15 +95,17 @@ void AddressLists::chooseStreetType() {
     box.setFocus();
     StreetTypeModule types;
     types.goNear(box.text().trimmed());
-    if (ModalDialog<TFTipoViasLista>(box.window()).isAccepted())
+    if (ModalDialog<TFTipoViasLista>(box.window()).isAccepted()) {
         validation_.take(Box::StreetType, types.abbreviation());
+    }
 }
 
 void AddressLists::chooseStreet() {
     validation_.boxes().street->setFocus();
     const bool standalone = validation_.state(Box::Municipality) != AddressBoxes::State::Validated;
-    if (!standalone)
+    if (!standalone) {
         validation_.goToMunicipality();
+    }
     validation_.goToStreet();
     if (validation_.controller().BuscarDireccionPostal(standalone)) {
         validation_.takeStreet();
@@ -126,10 +131,11 @@ void AddressLists::openCard() {
                                validation_.boxes().municipality->text());
     const dbase::Bookmark street = controller.DM->tbPostal.bookmark();
     validation_.goToMunicipality();
-    if (isUsers && controller.DM->tbPostal.goTo(street))
+    if (isUsers && controller.DM->tbPostal.goTo(street)) {
         validation_.takeStreet();
-    else
+    } else {
         validation_.lookUpAgain();
+    }
 }
 
 } // namespace ambrel

@@ -25,24 +25,29 @@ void AddressValidation::refreshStates() {
     std::vector<Box> changed;
     for (const Box box : everyBox) {
         QLineEdit* const edit = boxes_.at(box);
-        if (!edit)
+        if (!edit) {
             continue;
+        }
         Status now = statusOf(box);
         // Those of municipality and street are codes, set where they are found.
-        if (box != Box::Municipality && box != Box::Street)
+        if (box != Box::Municipality && box != Box::Street) {
             setTag(*edit, now.state == State::Validated ? 1 : 0);
-        if (now == states_[index(box)])
+        }
+        if (now == states_[index(box)]) {
             continue;
+        }
         states_[index(box)] = std::move(now);
         changed.push_back(box);
     }
-    for (const Box box : changed)
+    for (const Box box : changed) {
         listener_(box);
+    }
 }
 
 AddressValidation::Status AddressValidation::statusOf(Box box) const {
-    if (text(box).isEmpty())
+    if (text(box).isEmpty()) {
         return {};
+    }
     switch (box) {
     case Box::Municipality:
         return municipalityStatus();
@@ -62,10 +67,12 @@ AddressValidation::Status AddressValidation::statusOf(Box box) const {
 
 AddressValidation::Status AddressValidation::municipalityStatus() const {
     const bool isCompleted = tagOf(*boxes_.municipality) != 0 && !isNameShared_;
-    if (municipality_ || isCompleted)
+    if (municipality_ || isCompleted) {
         return {State::Validated, {}};
-    if (isChanged_[index(Box::Municipality)])
+    }
+    if (isChanged_[index(Box::Municipality)]) {
         return {State::NotValidated, unchecked()};
+    }
     return {State::NotValidated,
             isNameShared_
                 ? QStringLiteral("Hay varios municipios con este nombre: elija el suyo en la lista (F4).")
@@ -73,27 +80,33 @@ AddressValidation::Status AddressValidation::municipalityStatus() const {
 }
 
 AddressValidation::Status AddressValidation::provinceStatus() const {
-    if (!municipality_)
+    if (!municipality_) {
         return {State::NotValidated, withoutMunicipality()};
+    }
     const QString shown = boxes_.province->text(); // with its blanks: a column takes them, too
     QString first;
     for (const std::string& code : municipality_->provinces) {
         const QString name = LocalizaProvincia(fromWindows1252(code));
-        if (name == shown)
+        if (name == shown) {
             return {State::Validated, {}};
-        if (first.isEmpty())
+        }
+        if (first.isEmpty()) {
             first = name;
+        }
     }
     return {State::NotValidated, QStringLiteral("El municipio es de la provincia %1.").arg(first)};
 }
 
 AddressValidation::Status AddressValidation::streetTypeStatus() const {
-    if (isChanged_[index(Box::StreetType)])
+    if (isChanged_[index(Box::StreetType)]) {
         return {State::NotValidated, unchecked()};
-    if (!isTypeKnown_)
+    }
+    if (!isTypeKnown_) {
         return {State::NotValidated, QStringLiteral("No está en la tabla de tipos de vía.")};
-    if (const QString reason = reasonOfType(); !reason.isEmpty())
+    }
+    if (const QString reason = reasonOfType(); !reason.isEmpty()) {
         return {State::NotValidated, reason};
+    }
     return {State::Validated, {}};
 }
 
@@ -101,28 +114,34 @@ AddressValidation::Status AddressValidation::streetTypeStatus() const {
 QString AddressValidation::reasonOfType() const {
     const auto type = toWindows1252(text(Box::StreetType));
     const auto agrees = [&](const StreetStretch& one) { return one.type.empty() || one.type == type; };
-    if (stretches_.empty() || text(Box::StreetType).isEmpty() || std::ranges::any_of(stretches_, agrees))
+    if (stretches_.empty() || text(Box::StreetType).isEmpty() || std::ranges::any_of(stretches_, agrees)) {
         return {};
+    }
     const StreetStretch& street = stretches_.front();
     return QStringLiteral("La vía está en las tablas como «%1 %2».")
         .arg(fromWindows1252(street.type), fromWindows1252(street.name));
 }
 
 AddressValidation::Status AddressValidation::streetStatus() const {
-    if (!municipality_)
+    if (!municipality_) {
         return {State::NotValidated, withoutMunicipality()};
-    if (tagOf(*boxes_.street) != 0)
+    }
+    if (tagOf(*boxes_.street) != 0) {
         return {State::Validated, {}};
-    if (isChanged_[index(Box::Street)])
+    }
+    if (isChanged_[index(Box::Street)]) {
         return {State::NotValidated, unchecked()};
+    }
     return {State::NotValidated, QStringLiteral("El municipio no tiene esta vía en las tablas.")};
 }
 
 AddressValidation::Status AddressValidation::numberStatus() const {
-    if (stretches_.empty())
+    if (stretches_.empty()) {
         return {State::NotValidated, withoutStreet()};
-    if (!code_)
+    }
+    if (!code_) {
         return {State::NotValidated, unchecked()};
+    }
     switch (code_->certainty) {
     case StreetCode::Certainty::Unclear:
         return {State::NotValidated, QStringLiteral("No se entiende como número de la vía.")};
@@ -134,16 +153,19 @@ AddressValidation::Status AddressValidation::numberStatus() const {
 }
 
 AddressValidation::Status AddressValidation::postalCodeStatus() const {
-    if (!municipality_)
+    if (!municipality_) {
         return {State::NotValidated, withoutMunicipality()};
+    }
     std::string right;
     if (!stretches_.empty()) {
-        if (!code_)
+        if (!code_) {
             return {State::NotValidated, unchecked()};
+        }
         switch (code_->certainty) {
         case StreetCode::Certainty::Sure:
-            if (const QString reason = reasonOfType(); !reason.isEmpty() && !municipality_->hasOneCode)
+            if (const QString reason = reasonOfType(); !reason.isEmpty() && !municipality_->hasOneCode) {
                 return {State::NotValidated, reason};
+            }
             right = code_->stretch.postalCode;
             break;
         case StreetCode::Certainty::NoNumber:
@@ -163,8 +185,9 @@ AddressValidation::Status AddressValidation::postalCodeStatus() const {
         return {State::NotValidated, withoutStreet()};
     }
     const QString code = fromWindows1252(right);
-    if (boxes_.postalCode->text() == code) // with its blanks: a column takes them, too
+    if (boxes_.postalCode->text() == code) { // with its blanks: a column takes them, too
         return {State::Validated, {}};
+    }
     return {State::NotValidated, QStringLiteral("El código de esta dirección es %1.").arg(code)};
 }
 

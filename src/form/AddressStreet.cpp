@@ -25,9 +25,11 @@ constexpr bool mayAskForList = true;
 /// opening TIPO_VIA.
 std::optional<std::string> streetTypeNamed(const std::string& text) {
     StreetCardTables tables;
-    for (const StreetType& type : tables.streetTypes())
-        if (text == type.code || text == type.name || text == type.name.substr(0, type.name.find(',')))
+    for (const StreetType& type : tables.streetTypes()) {
+        if (text == type.code || text == type.name || text == type.name.substr(0, type.name.find(','))) {
             return type.code;
+        }
+    }
     return std::nullopt;
 }
 
@@ -49,16 +51,19 @@ void AddressValidation::leaveStreetType() {
     if (!typed.isEmpty()) {
         const auto code = streetTypeNamed(bytesOf(typed));
         QString name, chosen;
-        if (code)
+        if (code) {
             chosen = fromWindows1252(*code);
-        else
+        } else {
             chosen = Tipo_Via2(name, typed);
+        }
         isTypeKnown_ = !chosen.isEmpty();
-        if (isTypeKnown_)
+        if (isTypeKnown_) {
             show(Box::StreetType, chosen);
+        }
     }
-    if (!stretches_.empty() || isChanged_[index(Box::Street)])
+    if (!stretches_.empty() || isChanged_[index(Box::Street)]) {
         lookUpStreet(Writing::StreetsCode);
+    }
 }
 
 void AddressValidation::leaveStreet() {
@@ -72,31 +77,37 @@ void AddressValidation::leaveStreet() {
         return;
     }
     lookUpStreet(Writing::StreetsCode);
-    if (!municipality_)
+    if (!municipality_) {
         isChanged_[index(Box::Street)] = true; // it is gone
-    else if (stretches_.empty())
+    } else if (stretches_.empty()) {
         askAboutStreet();
+    }
 }
 
 void AddressValidation::lookUpStreet(Writing writing) {
     stretches_.clear();
     code_.reset();
-    if (!boxes_.street)
+    if (!boxes_.street) {
         return;
+    }
     setTag(*boxes_.street, 0);
-    if (!municipality_)
+    if (!municipality_) {
         return;
+    }
     municipality_ = directory_.municipality(municipality_->ineCode); // somebody may have added a postal code
-    if (!municipality_)
+    if (!municipality_) {
         return setTag(*boxes_.municipality, 0);
+    }
     stretches_ = stretchesOfType(directory_.stretches(*municipality_, bytesOf(text(Box::Street))),
                                  bytesOf(text(Box::StreetType)));
-    if (stretches_.empty())
+    if (stretches_.empty()) {
         return;
+    }
     setTag(*boxes_.street, Cad_Int(stretches_.front().key));
     isChanged_[index(Box::Street)] = false;
-    if (writing == Writing::StreetsCode)
+    if (writing == Writing::StreetsCode) {
         show(Box::Street, fromWindows1252(stretches_.front().name));
+    }
     settleCode(writing);
 }
 
@@ -104,8 +115,10 @@ void AddressValidation::lookUpStreet(Writing writing) {
 void AddressValidation::lookUpKnownStreet(Writing writing) {
     const int chosen = boxes_.street ? tagOf(*boxes_.street) : 0;
     lookUpStreet(writing);
-    if (std::ranges::any_of(stretches_, [&](const StreetStretch& one) { return Cad_Int(one.key) == chosen; }))
+    if (std::ranges::any_of(stretches_,
+                            [&](const StreetStretch& one) { return Cad_Int(one.key) == chosen; })) {
         setTag(*boxes_.street, chosen);
+    }
 }
 
 void AddressValidation::lookUpAgain() {
@@ -114,15 +127,17 @@ void AddressValidation::lookUpAgain() {
 }
 
 void AddressValidation::askAboutStreet() {
-    if (!beginEdit())
+    if (!beginEdit()) {
         return;
+    }
     QLineEdit& box = *boxes_.street;
     const QString typed = box.text();
     const auto name = normalized(typed);
     goToMunicipality();
     goToStreet();
-    if (name)
+    if (name) {
         show(Box::Street, fromWindows1252(*name)); // what is stored is what can be found
+    }
     {
         const QScopedValueRollback writing(isWriting_, true);
         controller_.ExitDireccionPostal(&box, nullptr, nullptr, mayAskForList, codeForNewStreet(),
@@ -150,8 +165,9 @@ void AddressValidation::askAboutStreet() {
 
 /// A postal code that the user has typed, or that is sure: not one that another street has left behind.
 QString AddressValidation::codeForNewStreet() const {
-    if (municipality_ && municipality_->hasOneCode)
+    if (municipality_ && municipality_->hasOneCode) {
         return fromWindows1252(municipality_->postalCodes.front());
+    }
     return isCodeTyped_ ? text(Box::PostalCode) : QString();
 }
 
@@ -166,8 +182,9 @@ void AddressValidation::takeAddedStreet() {
 
 /// The list goes through all of Spain: where the street is not the municipality's, it brings another along.
 void AddressValidation::takeStreet() {
-    if (!beginEdit())
+    if (!beginEdit()) {
         return;
+    }
     const TDMCodPostales& tables = *controller_.DM;
     const QString type = fromWindows1252(tables.tbPostalTIPO_VIA.view());
     const QString code = fromWindows1252(tables.tbPostalCODPOSTAL.view());
@@ -181,12 +198,14 @@ void AddressValidation::takeStreet() {
     if (!municipality_ || !isIn(*municipality_)) {
         const dbase::Field* ineCode = controller_.DM->tbPostal.findField("COD_INE");
         const auto own = ineCode ? directory_.municipality(ineCode->text()) : std::nullopt;
-        if (own && isIn(*own))
+        if (own && isIn(*own)) {
             adopt(*own, own->name);
-        else
+        } else {
             adoptCurrentMunicipality();
-        if (municipality_)
+        }
+        if (municipality_) {
             settledMunicipality_ = fromWindows1252(municipality_->ineCode);
+        }
         show(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
         show(Box::Province, LocalizaProvincia(fromWindows1252(controller_.DM->tbMunicipiCODPOSTAL.view())));
         isChanged_[index(Box::Municipality)] = false;
@@ -197,8 +216,9 @@ void AddressValidation::takeStreet() {
     show(Box::PostalCode, code);
     isChanged_[index(Box::Street)] = isChanged_[index(Box::StreetType)] = false;
     lookUpStreet(Writing::Nothing);
-    if (!stretches_.empty())
+    if (!stretches_.empty()) {
         setTag(*boxes_.street, key);
+    }
     settleCode(Writing::NumbersCode);
     refreshStates();
     endUnchangedEdit();
@@ -208,23 +228,27 @@ void AddressValidation::takeStreet() {
 /// street that was just looked up brings its first stretch's.
 void AddressValidation::settleCode(Writing writing) {
     code_.reset();
-    if (stretches_.empty())
+    if (stretches_.empty()) {
         return;
+    }
     code_ = streetCode(stretches_, municipality_->ineCode, readHouseNumber(bytesOf(text(Box::Number))));
     controller_.OrdenaPorViaPostal();
     controller_.DM->tbPostal.goTo(dbase::Bookmark(code_->stretch.record));
     using Certainty = StreetCode::Certainty;
     const bool isNumbers =
         readHouseNumber(bytesOf(text(Box::Number))).isKnown() && code_->certainty != Certainty::NoStretch;
-    if (writing == Writing::StreetsCode || (writing == Writing::NumbersCode && isNumbers))
-        if (!code_->stretch.postalCode.empty())
+    if (writing == Writing::StreetsCode || (writing == Writing::NumbersCode && isNumbers)) {
+        if (!code_->stretch.postalCode.empty()) {
             show(Box::PostalCode, fromWindows1252(code_->stretch.postalCode));
+        }
+    }
 }
 
 void AddressValidation::goToStreet() {
     controller_.OrdenaPorViaPostal();
-    if (code_ && controller_.DM->tbPostal.goTo(dbase::Bookmark(code_->stretch.record)))
+    if (code_ && controller_.DM->tbPostal.goTo(dbase::Bookmark(code_->stretch.record))) {
         return;
+    }
     controller_.BuscaEnPostal(text(Box::Street), text(Box::StreetType), nearestSearch);
 }
 

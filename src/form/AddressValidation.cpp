@@ -54,8 +54,9 @@ QString AddressValidation::text(Box box) const {
 /// Keeps the caret, and the host's row unpended, where the text is the same already.
 void AddressValidation::write(Box box, const QString& text) {
     QLineEdit* const edit = boxes_.at(box);
-    if (!edit || edit->text() == text)
+    if (!edit || edit->text() == text) {
         return;
+    }
     const QScopedValueRollback writing(isWriting_, true);
     edit->setText(text);
     seen_[index(box)] = edit->text(); // a row that is held by others takes it back
@@ -63,31 +64,37 @@ void AddressValidation::write(Box box, const QString& text) {
 
 void AddressValidation::show(Box box, const QString& text) {
     write(box, text);
-    if (box == Box::Province)
+    if (box == Box::Province) {
         isProvinceTyped_ = false;
-    if (box == Box::PostalCode)
+    }
+    if (box == Box::PostalCode) {
         isCodeTyped_ = false;
+    }
 }
 
 /// Without the blanks that came along with a text: in a column they would take the place of its end.
 void AddressValidation::tidy(Box box) { write(box, text(box)); }
 
 void AddressValidation::noteTexts() {
-    for (std::size_t box = 0; box < seen_.size(); ++box)
-        if (const QLineEdit* edit = boxes_.at(static_cast<Box>(box)))
+    for (std::size_t box = 0; box < seen_.size(); ++box) {
+        if (const QLineEdit* edit = boxes_.at(static_cast<Box>(box))) {
             seen_[box] = edit->text();
+        }
+    }
 }
 
 bool AddressValidation::beginEdit() { return !record_ || record_->beginEdit(); }
 
 void AddressValidation::endUnchangedEdit() {
-    if (record_)
+    if (record_) {
         record_->endUnchangedEdit();
+    }
 }
 
 void AddressValidation::changed(Box box) {
-    if (isWriting_ || boxes_.at(box)->text() == seen_[index(box)])
+    if (isWriting_ || boxes_.at(box)->text() == seen_[index(box)]) {
         return; // ours, or gone already: somebody else has the host's row
+    }
     seen_[index(box)] = boxes_.at(box)->text();
     edited(box);
 }
@@ -124,10 +131,12 @@ void AddressValidation::edited(Box box) {
 
 void AddressValidation::complete(Box box, std::uint16_t& key, Qt::KeyboardModifiers modifiers) {
     constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-    if (!isChanged_[index(box)])
+    if (!isChanged_[index(box)]) {
         return; // a key that has changed nothing, such as one that was refused or is for reading only
-    if ((modifiers & commands) || QApplication::activeModalWidget())
+    }
+    if ((modifiers & commands) || QApplication::activeModalWidget()) {
         return; // a shortcut, or what opened a list that now works on the same tables
+    }
     if (box == Box::Municipality) {
         controller_.OrdenaPorNombreMunicipi();
         controller_.KeyUpMunicipi(boxes_.municipality, key, modifiers);
@@ -135,11 +144,14 @@ void AddressValidation::complete(Box box, std::uint16_t& key, Qt::KeyboardModifi
                         directory_.municipalitiesNamed(bytesOf(text(Box::Municipality))).size() > 1;
     } else if (municipality_ && completesStreet(key)) {
         std::optional<NamedCompletion> completion;
-        if (const auto typed = editedText(*boxes_.street))
+        if (const auto typed = editedText(*boxes_.street)) {
             if (const auto street =
-                    directory_.streetBeginning(*municipality_, typed->text, bytesOf(text(Box::StreetType))))
-                if (const auto shown = ambrel::complete(*typed, street->name))
+                    directory_.streetBeginning(*municipality_, typed->text, bytesOf(text(Box::StreetType)))) {
+                if (const auto shown = ambrel::complete(*typed, street->name)) {
                     completion = NamedCompletion{*shown, Cad_Int(street->key)};
+                }
+            }
+        }
         showCompletion(*boxes_.street, completion);
     }
     refreshStates();
@@ -172,8 +184,9 @@ void AddressValidation::look(Box box) {
         return leaveStreet();
     case Box::Number:
         tidy(box);
-        if (!stretches_.empty()) // others may have changed them since the street was left
+        if (!stretches_.empty()) { // others may have changed them since the street was left
             lookUpKnownStreet(Writing::NumbersCode);
+        }
         return;
     case Box::PostalCode:
         return tidy(box);
@@ -184,9 +197,10 @@ std::vector<Municipality> AddressValidation::candidates() {
     auto named = directory_.municipalitiesNamed(bytesOf(text(Box::Municipality)));
     isNameShared_ = named.size() > 1;
     // A province that the program wrote is that of the municipality before.
-    if (isNameShared_ && isProvinceTyped_ && !text(Box::Province).isEmpty())
+    if (isNameShared_ && isProvinceTyped_ && !text(Box::Province).isEmpty()) {
         named = those(std::move(named),
                       [&](const Municipality& one) { return isInProvince(one, text(Box::Province)); });
+    }
     return named;
 }
 
@@ -197,15 +211,17 @@ void AddressValidation::adopt(const Municipality& municipality, const std::strin
     const auto isIts = [&] { return controller_.DM->tbMunicipiCOD_INE.view() == municipality.ineCode; };
     controller_.OrdenaPorNombreMunicipi();
     bool isThere = TBBusca(table, {{"NOMBRE", shownName}}, exactSearch);
-    while (isThere && !isIts())
+    while (isThere && !isIts()) {
         isThere = table.next() && controller_.DM->tbMunicipiNOMBRE.view() == shownName;
+    }
     if (!isThere) {
         controller_.OrdenaPorCodIneMunicipi();
         static_cast<void>(TBBusca(table, {{"COD_INE", municipality.ineCode}}, exactSearch));
         controller_.OrdenaPorNombreMunicipi();
     }
-    if (isIts())
+    if (isIts()) {
         return adoptCurrentMunicipality();
+    }
     municipality_.reset();
     setTag(*boxes_.municipality, 0);
 }
@@ -221,8 +237,9 @@ void AddressValidation::adoptCurrentMunicipality() {
 void AddressValidation::leaveMunicipality() {
     if (const auto found = candidates(); found.size() == 1) {
         adopt(found.front(), bytesOf(text(Box::Municipality)));
-        if (municipality_)
+        if (municipality_) {
             show(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
+        }
     } else {
         setTag(*boxes_.municipality, 0);
         goToMunicipality();
@@ -231,8 +248,9 @@ void AddressValidation::leaveMunicipality() {
 }
 
 void AddressValidation::leaveProvince() {
-    if (municipality_ || text(Box::Municipality).isEmpty())
+    if (municipality_ || text(Box::Municipality).isEmpty()) {
         return;
+    }
     if (const auto found = candidates(); found.size() == 1) {
         adopt(found.front(), bytesOf(text(Box::Municipality)));
         isChanged_[index(Box::Municipality)] = false;
@@ -248,29 +266,35 @@ void AddressValidation::fillFromMunicipality(bool asks) {
         controller_.ExitMunicipi(boxes_.municipality, province, postalCode, asks);
         seen_[index(Box::Municipality)] = boxes_.municipality->text();
     }
-    if (tagOf(*boxes_.municipality) != 0 && !municipality_)
+    if (tagOf(*boxes_.municipality) != 0 && !municipality_) {
         adoptCurrentMunicipality(); // chosen from the list
-    if (!municipality_)
+    }
+    if (!municipality_) {
         return;
-    if (province != wanted)
+    }
+    if (province != wanted) {
         show(Box::Province, province);
+    }
     municipalityChanged();
-    if (postalCode != wanted)
+    if (postalCode != wanted) {
         show(Box::PostalCode, postalCode);
+    }
 }
 
 void AddressValidation::municipalityChanged() {
     const QString code = fromWindows1252(municipality_->ineCode);
     const QString before = std::exchange(settledMunicipality_, code);
-    if (before == code)
-        return lookUpStreet(Writing::Nothing);       // the same as before it was edited
+    if (before == code) {
+        return lookUpStreet(Writing::Nothing); // the same as before it was edited
+    }
     isCodeTyped_ = isCodeTyped_ && before.isEmpty(); // else it was typed for the one before
     forgetStreet();
 }
 
 void AddressValidation::takeMunicipality() {
-    if (!beginEdit())
+    if (!beginEdit()) {
         return; // the boxes show the row that others hold
+    }
     show(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
     isChanged_[index(Box::Municipality)] = false;
     adoptCurrentMunicipality();
@@ -284,15 +308,18 @@ void AddressValidation::goToMunicipality() {
     controller_.OrdenaPorNombreMunicipi();
     if (municipality_) {
         if (!controller_.DM->tbMunicipi.goTo(municipalityRow_) ||
-            tables.tbMunicipiCOD_INE.view() != municipality_->ineCode)
+            tables.tbMunicipiCOD_INE.view() != municipality_->ineCode) {
             adopt(Municipality(*municipality_), bytesOf(text(Box::Municipality)));
-    } else if (const std::string name = bytesOf(text(Box::Municipality)); !name.empty())
+        }
+    } else if (const std::string name = bytesOf(text(Box::Municipality)); !name.empty()) {
         static_cast<void>(TBBusca(controller_.DM->tbMunicipi, {{"NOMBRE", name}}, nearestSearch));
+    }
 }
 
 void AddressValidation::take(Box box, const QString& chosen) {
-    if (!beginEdit())
+    if (!beginEdit()) {
         return;
+    }
     show(box, chosen);
     isProvinceTyped_ = isProvinceTyped_ || box == Box::Province;
     isChanged_[index(box)] = true;
@@ -308,12 +335,14 @@ void AddressValidation::takeStored() {
     setTag(*boxes_.municipality, 0);
     auto found = directory_.municipalitiesNamed(bytesOf(text(Box::Municipality)));
     isNameShared_ = found.size() > 1;
-    if (const QString province = text(Box::Province); !province.isEmpty())
+    if (const QString province = text(Box::Province); !province.isEmpty()) {
         found = those(std::move(found), [&](const Municipality& one) { return isInProvince(one, province); });
-    if (found.size() > 1)
+    }
+    if (found.size() > 1) {
         found = those(std::move(found), [&](const Municipality& one) {
             return one.hasPostalCode(bytesOf(text(Box::PostalCode)));
         });
+    }
     if (found.size() == 1) {
         adopt(found.front(), bytesOf(text(Box::Municipality)));
         settledMunicipality_ = fromWindows1252(found.front().ineCode);

@@ -24,27 +24,31 @@ void RecordBinding::bind(QLineEdit* box, dbase::Field& field) {
     bonds_.push_back({box, &field, {}});
     const std::size_t index = bonds_.size() - 1;
     connect(box, &QLineEdit::textChanged, this, [this, index] {
-        if (!showing_)
+        if (!showing_) {
             write(bonds_[index]);
+        }
     });
 }
 
 void RecordBinding::write(const Bond& bond) {
     const QScopedValueRollback writing(writing_, true);
-    if (!beginEdit())
+    if (!beginEdit()) {
         return;
+    }
     runGuarded([&] { bond.field->setText(toNearestWindows1252(bond.box->text())); });
     Q_EMIT changed();
 }
 
 void RecordBinding::follow(dbase::DatasetChange change) {
-    if (change != dbase::DatasetChange::Field || writing_ || showing_)
+    if (change != dbase::DatasetChange::Field || writing_ || showing_) {
         return;
+    }
     const QScopedValueRollback showing(showing_, true);
     for (const Bond& bond : bonds_) {
         const QString text = fromWindows1252(bond.field->text());
-        if (bond.box->text() != text)
+        if (bond.box->text() != text) {
             bond.box->setText(text);
+        }
     }
     Q_EMIT changed();
 }
@@ -52,22 +56,25 @@ void RecordBinding::follow(dbase::DatasetChange change) {
 void RecordBinding::showRow() {
     {
         const QScopedValueRollback showing(showing_, true);
-        for (const Bond& bond : bonds_)
+        for (const Bond& bond : bonds_) {
             bond.box->setText(fromWindows1252(bond.field->text()));
+        }
     }
     Q_EMIT rowShown();
     Q_EMIT changed();
 }
 
 bool RecordBinding::beginEdit() {
-    if (isPending(table_))
+    if (isPending(table_)) {
         return true;
+    }
     bool done = false;
     runGuarded([&] {
-        if (table_.isEmpty())
+        if (table_.isEmpty()) {
             table_.append();
-        else
+        } else {
             table_.edit();
+        }
         done = true;
     });
     if (done) {
@@ -87,8 +94,9 @@ void RecordBinding::beginNew() {
 }
 
 void RecordBinding::rememberValues() {
-    for (Bond& bond : bonds_)
+    for (Bond& bond : bonds_) {
         bond.before = bond.field->text();
+    }
 }
 
 bool RecordBinding::hasChanges() const {
@@ -107,8 +115,9 @@ QLineEdit* RecordBinding::cutBox() const {
 }
 
 void RecordBinding::endUnchangedEdit() {
-    if (table_.state() != dbase::DatasetState::Edit || hasChanges())
+    if (table_.state() != dbase::DatasetState::Edit || hasChanges()) {
         return;
+    }
     table_.cancel();
     Q_EMIT changed();
 }

@@ -22,11 +22,13 @@ bool isTooLarge(const pugi::xml_document& tree) {
     int depth = 0, nodes = 0;
     pugi::xml_node node = tree;
     while (true) {
-        if (++nodes > mostNodes)
+        if (++nodes > mostNodes) {
             return true;
+        }
         if (const pugi::xml_node child = node.first_child()) {
-            if (++depth > deepestLevel)
+            if (++depth > deepestLevel) {
                 return true;
+            }
             node = child;
             continue;
         }
@@ -34,8 +36,9 @@ bool isTooLarge(const pugi::xml_document& tree) {
             node = node.parent();
             --depth;
         }
-        if (depth == 0)
+        if (depth == 0) {
             return false;
+        }
         node = node.next_sibling();
     }
 }
@@ -44,17 +47,20 @@ bool isBlank(std::string_view text) { return text.find_first_not_of(" \t\r\n") =
 
 /// A document is filed in UTF-8, in whatever encoding it came.
 void declareUtf8(pugi::xml_document& tree) {
-    for (pugi::xml_node& node : tree.children())
+    for (pugi::xml_node& node : tree.children()) {
         if (pugi::xml_attribute encoding = node.attribute("encoding");
-            encoding && node.type() == pugi::node_declaration)
+            encoding && node.type() == pugi::node_declaration) {
             encoding.set_value("utf-8");
+        }
+    }
 }
 
 void parse(pugi::xml_document& tree, std::string_view text, pugi::xml_encoding encoding,
            unsigned int options = pugi::parse_default) {
     tree.reset();
-    if (isBlank(text))
+    if (isBlank(text)) {
         return;
+    }
     const pugi::xml_parse_result result =
         tree.load_buffer(text.data(), text.size(), options | pugi::parse_declaration, encoding);
     if (!result) {
@@ -96,8 +102,9 @@ DirectoryDocument::~DirectoryDocument() = default;
 
 void DirectoryDocument::load(std::string_view utf8) {
     parse(*tree_, utf8, pugi::encoding_utf8);
-    if (filedSize(*tree_) <= largestAnswer)
+    if (filedSize(*tree_) <= largestAnswer) {
         return;
+    }
     clear();
     throw std::runtime_error("La respuesta es demasiado grande para guardarla.");
 }
@@ -105,8 +112,9 @@ void DirectoryDocument::load(std::string_view utf8) {
 void DirectoryDocument::loadFile(const std::string& path) {
     clear();
     const std::optional<std::string> text = fileStart(path, largestAnswer + 1);
-    if (!text || text->size() > largestAnswer)
+    if (!text || text->size() > largestAnswer) {
         throw std::runtime_error("No se puede leer " + path + ".");
+    }
     // A carriage return that came as "&#13;" is filed as it is; it is not the end of a line.
     parse(*tree_, *text, pugi::encoding_auto, pugi::parse_default & ~pugi::parse_eol);
 }
@@ -116,8 +124,9 @@ void DirectoryDocument::clear() { tree_->reset(); }
 bool DirectoryDocument::hasNodes() const { return !tree_->first_child().empty(); }
 
 void DirectoryDocument::save(const std::string& path) const {
-    if (!tree_->save_file(path.c_str(), indent, filedFormat(*tree_), pugi::encoding_utf8))
+    if (!tree_->save_file(path.c_str(), indent, filedFormat(*tree_), pugi::encoding_utf8)) {
         throw std::runtime_error("No se puede guardar " + path + ".");
+    }
 }
 
 } // namespace ambrel

@@ -21,8 +21,9 @@ std::string envelope(std::initializer_list<std::string> bodyLines) {
         R"( xmlns:soap="http://schemas.xmlsoap.org/soap/envelope/">)");
     add("  <soap:Body>");
     // Deliberate: the parameters stand straight in the body; the SOAP action alone names the operation.
-    for (const std::string& line : bodyLines)
+    for (const std::string& line : bodyLines) {
         add("    " + line);
+    }
     add("  </soap:Body>");
     add("</soap:Envelope>");
     return text;
@@ -36,8 +37,9 @@ std::string element(const std::string& name, const std::string& value) {
 
 /// An address and what stands below it. People write addresses with and without a slash at the end.
 std::string below(std::string_view address, const std::string& path) {
-    while (address.ends_with('/'))
+    while (address.ends_with('/')) {
         address.remove_suffix(1);
+    }
     return std::string(address) + path;
 }
 

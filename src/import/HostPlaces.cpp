@@ -20,12 +20,14 @@ HostPlace placeOf(const dbase::Field& name, const dbase::Field& code) {
 void sortByName(std::vector<HostPlace>& places) {
     const QCollator spanish(QLocale(QLocale::Spanish, QLocale::Spain));
     std::vector<std::pair<QCollatorSortKey, std::size_t>> keys;
-    for (std::size_t i = 0; i < places.size(); ++i)
+    for (std::size_t i = 0; i < places.size(); ++i) {
         keys.emplace_back(spanish.sortKey(places[i].name), i);
+    }
     std::ranges::stable_sort(keys, [](const auto& a, const auto& b) { return a.first < b.first; });
     std::vector<HostPlace> sorted;
-    for (const auto& [key, index] : keys)
+    for (const auto& [key, index] : keys) {
         sorted.push_back(std::move(places[index]));
+    }
     places = std::move(sorted);
 }
 
@@ -35,32 +37,36 @@ std::vector<HostPlace> hostProvinces(const std::string& database) {
     std::vector<HostPlace> places;
     const auto table = CreaTabla(database, "PROVIN.DBF", "ALFABETICO", false, openNow);
     TBFiltra(*table, "GRUPO=" + Int_Cad(provinceGroup));
-    if (table->isEmpty())
+    if (table->isEmpty()) {
         return places;
+    }
     dbase::Field& name = table->field("PROVINCIA");
     dbase::Field& code = table->field("CODIGO");
     table->first();
-    do
+    do {
         places.push_back(placeOf(name, code));
-    while (table->next());
+    } while (table->next());
     return places;
 }
 
 std::vector<HostPlace> hostMunicipalities(const std::string& database, const std::string& provinceCode) {
     std::vector<HostPlace> places;
     const auto table = CreaTabla(database, "MUNICIPI.DBF", "COD_INE", false, openNow);
-    if (table->isEmpty())
+    if (table->isEmpty()) {
         return places;
+    }
     dbase::Field& province = table->field("COD_PROV");
     dbase::Field& name = table->field("NOMBRE");
     dbase::Field& code = table->field("CODPOSTAL");
     table->first();
-    while (province.view() != provinceCode)
-        if (!table->next())
+    while (province.view() != provinceCode) {
+        if (!table->next()) {
             return places;
-    do
+        }
+    }
+    do {
         places.push_back(placeOf(name, code));
-    while (table->next() && province.view() == provinceCode);
+    } while (table->next() && province.view() == provinceCode);
     sortByName(places);
     return places;
 }

@@ -37,8 +37,9 @@ TFImportarVias::TFImportarVias(QWidget* owner, TClassCodPostales& controller)
     ui_->setupUi(this);
     // Labels below each other have one width, whichever of them are shown.
     const int width = std::max(ui_->LProvincia_->sizeHint().width(), ui_->LMunicipio_->sizeHint().width());
-    for (QLabel* const label : {ui_->LProvincia_, ui_->LMunicipio_, ui_->LProvinciaAmbrel_})
+    for (QLabel* const label : {ui_->LProvincia_, ui_->LMunicipio_, ui_->LProvinciaAmbrel_}) {
         label->setMinimumWidth(width);
+    }
     connectControls();
     ambrel::limitDropDowns(*this);
     ambrel::tightenOnSmallScreen(*this, leastSize);
@@ -79,8 +80,9 @@ void TFImportarVias::connectFocus() {
     help_->watchEdit(ui_->CBMunicipiosAmbrel);
     for (QPushButton* const button :
          {ui_->BBBuscarViasPorProvincia, ui_->BBBuscarViasPorMunicipio, ui_->BBGuardarPorProvincia,
-          ui_->BBGuardarPorMunicipio, ui_->BBCancelar})
+          ui_->BBGuardarPorMunicipio, ui_->BBCancelar}) {
         help_->watchButton(button);
+    }
     // The list is no stop of the Tab key.
     connect(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, ui_->SGVias,
             [grid = ui_->SGVias] { grid->setFocus(Qt::ShortcutFocusReason); });
@@ -119,15 +121,17 @@ void TFImportarVias::done(int result) {
 /// The least size grows with what the mode shows, and with the font; it is not larger than a small screen.
 bool TFImportarVias::event(QEvent* event) {
     const bool result = QDialog::event(event);
-    if (event->type() == QEvent::LayoutRequest)
+    if (event->type() == QEvent::LayoutRequest) {
         setMinimumSize(ambrel::withinScreen(*this, leastSize).expandedTo(layout()->totalMinimumSize()));
+    }
     return result;
 }
 
 void TFImportarVias::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (event->spontaneous())
+    if (event->spontaneous()) {
         return;
+    }
     fitCaptions();
     ambrel::fitHints(*this, *ui_->SBAyuda, statusTextMargins);
     ambrel::runGuarded([this] { FormShow(); });
@@ -165,8 +169,9 @@ bool TFImportarVias::FormKeyDown(std::uint16_t key) { return ambrel::enterMovesO
 // --- Modes.
 
 ambrel::ImportMode TFImportarVias::mode() const {
-    if (ui_->RBMasDeUno->isChecked())
+    if (ui_->RBMasDeUno->isChecked()) {
         return ambrel::ImportMode::SeveralCodes;
+    }
     return ui_->RBUno->isChecked() ? ambrel::ImportMode::OneCode : ambrel::ImportMode::WholeProvince;
 }
 
@@ -192,10 +197,11 @@ void TFImportarVias::chooseModeByKey(QRadioButton& button) {
 void TFImportarVias::RBMasDeUnoClick() {
     ui_->CBProvincias->clear();
     showMode();
-    if (mode() == ambrel::ImportMode::SeveralCodes)
+    if (mode() == ambrel::ImportMode::SeveralCodes) {
         CargaMunicipiosMasDeUnCodigo();
-    else
+    } else {
         CargaMunicipiosUnCodigo();
+    }
 }
 
 void TFImportarVias::showMode() {
@@ -207,8 +213,9 @@ void TFImportarVias::showMode() {
     ui_->LProvincia_->setText(name + QLatin1Char(':'));
     ui_->CBProvincias->setAccessibleName(name);
     // A control that is hidden hands the focus on to whatever comes next, whose handlers would then run.
-    if (focusWidget() && focusWidget() != ui_->CBProvincias && !qobject_cast<QRadioButton*>(focusWidget()))
+    if (focusWidget() && focusWidget() != ui_->CBProvincias && !qobject_cast<QRadioButton*>(focusWidget())) {
         (isProvince ? ui_->RBTodosConUno : hasFiles ? ui_->RBMasDeUno : ui_->RBUno)->setFocus();
+    }
     ui_->LMunicipio_->setVisible(current == ImportMode::OneCode);
     ui_->CBMunicipios->setVisible(current == ImportMode::OneCode);
     ui_->BBBuscarViasPorMunicipio->setVisible(!isProvince);
@@ -222,9 +229,11 @@ void TFImportarVias::showMode() {
 
 int TFImportarVias::Indice(const QComboBox& combo, const QString& text) {
     const QString wanted = text.toUpper();
-    for (int index = 0; index < combo.count(); ++index)
-        if (combo.itemText(index).toUpper() == wanted)
+    for (int index = 0; index < combo.count(); ++index) {
+        if (combo.itemText(index).toUpper() == wanted) {
             return index;
+        }
+    }
     return -1;
 }
 
@@ -241,8 +250,9 @@ const std::string& TFImportarVias::databaseName() const { return Controlador.DM-
 
 /// A window that is open already stays as it is.
 void TFImportarVias::openProgress(const QString& text) {
-    if (!Progreso)
+    if (!Progreso) {
         Progreso = MuestraMensaje(text, this);
+    }
 }
 
 void TFImportarVias::closeProgress() {
@@ -262,7 +272,8 @@ bool TFImportarVias::succeeds(const std::function<bool()>& step) {
             notFiled = std::current_exception();
         }
     });
-    if (notFiled)
+    if (notFiled) {
         std::rethrow_exception(notFiled);
+    }
     return result;
 }

@@ -39,8 +39,9 @@ void tellMissingMunicipality(QWidget* owner) {
 /// None of them is read: which one is right only the user knows.
 void tellSeveralFiles(QWidget* owner, const std::vector<std::string>& files) {
     QStringList names;
-    for (const std::string& file : files)
+    for (const std::string& file : files) {
         names << QFileInfo(QString::fromStdString(file)).fileName();
+    }
     Mensaje_Info(owner,
                  QStringLiteral("Hay más de un fichero de ese municipio: %1. Deje sólo el bueno en la "
                                 "carpeta POSTALES")
@@ -52,8 +53,9 @@ void tellSeveralFiles(QWidget* owner, const std::vector<std::string>& files) {
 std::vector<ambrel::ImportedStreet> readStreets(const std::string& text, const std::string& database) {
     std::optional<ambrel::StreetTypes> types;
     return ambrel::readMunicipalityText(text, [&](const std::string& name) {
-        if (!types)
+        if (!types) {
             types.emplace(database);
+        }
         return types->codeOf(name);
     });
 }
@@ -62,10 +64,11 @@ std::vector<ambrel::ImportedStreet> readStreets(const std::string& text, const s
 
 void TFImportarVias::BBBuscarViasPorMunicipioClick() {
     LimpiaDatos(true);
-    if (mode() == ambrel::ImportMode::SeveralCodes)
+    if (mode() == ambrel::ImportMode::SeveralCodes) {
         findInFile();
-    else
+    } else {
         findOnWeb();
+    }
 }
 
 // --- Municipalities with several codes.
@@ -95,11 +98,14 @@ void TFImportarVias::chooseHostPlacesOfFile() {
     QComboBox& provinces = *ui_->CBProvinciasAmbrel;
     const int code = Cad_Int(ambrel::toNearestWindows1252(key.left(ambrel::provinceDigits)));
     // Deliberate: of two provinces with the code the later one stays chosen.
-    for (int index = 0; index < provinces.count(); ++index)
-        if (provinces.itemData(index).toInt() == code)
+    for (int index = 0; index < provinces.count(); ++index) {
+        if (provinces.itemData(index).toInt() == code) {
             provinces.setCurrentIndex(index);
-    if (provinces.currentIndex() < 0)
+        }
+    }
+    if (provinces.currentIndex() < 0) {
         return;
+    }
     CBProvinciasAmbrelExit();
     const QString name =
         key.mid(key.indexOf(QLatin1Char('-')) + 1).trimmed().replace(QLatin1Char('_'), QLatin1Char('/'));
@@ -130,8 +136,9 @@ bool TFImportarVias::ImportarViasMasUnCodigo() {
         return true;
     }
     try {
-        if (auto streets = readStreets(*text, databaseName()); !streets.empty())
+        if (auto streets = readStreets(*text, databaseName()); !streets.empty()) {
             ui_->SGVias->append(std::move(streets));
+        }
     } catch (const ambrel::MunicipalityFileError& failure) {
         Mensaje_Info(this, QString::fromUtf8(failure.what()), refusedTitle());
         return true;
@@ -157,8 +164,9 @@ void TFImportarVias::findOnWeb() {
     }
     const int province = Indice(*ui_->CBProvinciasAmbrel, ui_->CBProvincias->currentText());
     ui_->CBProvinciasAmbrel->setCurrentIndex(province);
-    if (province < 0)
+    if (province < 0) {
         return;
+    }
     CBProvinciasAmbrelExit();
     ui_->CBMunicipiosAmbrel->setCurrentIndex(Indice(*ui_->CBMunicipiosAmbrel, municipality));
 }
@@ -183,12 +191,14 @@ bool TFImportarVias::isProvinceGiven(const QString& option) {
 }
 
 void TFImportarVias::BBBuscarViasPorProvinciaClick() {
-    if (!isProvinceGiven(QStringLiteral("3ª")))
+    if (!isProvinceGiven(QStringLiteral("3ª"))) {
         return;
+    }
     CBProvinciasExit();
     const int count = ui_->CBMunicipios->count();
-    if (count == 0)
+    if (count == 0) {
         return;
+    }
     const ambrel::InputPause pause;
     startRun(ambrel::ProvinceDeed::Filing, ui_->CBProvincias->currentText(), count);
     const auto end = qScopeGuard([this] { run_.reset(); });
@@ -215,8 +225,9 @@ void TFImportarVias::fetchStreetsOfChosen() {
     openProgress(QStringLiteral("Importando el listado de vías del municipio") + municipality);
     const auto end = qScopeGuard([this] { closeProgress(); });
     CambiaMensaje(municipality, Progreso);
-    if (succeeds([&] { return TraeVias(province, municipality); }))
+    if (succeeds([&] { return TraeVias(province, municipality); })) {
         return;
+    }
     run_->told(ambrel::MunicipalityEnd::NoAnswer);
     tellNothingFound(this);
     run_->userAnswered();

@@ -27,12 +27,13 @@ void TFImportarVias::BBGuardarPorMunicipioClick() {
                      QStringLiteral("Busque antes las vías"));
         return;
     }
-    if (ui_->CBProvinciasAmbrel->currentIndex() >= 0 && ui_->CBMunicipiosAmbrel->currentIndex() >= 0)
+    if (ui_->CBProvinciasAmbrel->currentIndex() >= 0 && ui_->CBMunicipiosAmbrel->currentIndex() >= 0) {
         GuardaVias();
-    else
+    } else {
         Mensaje_Info(this,
                      QStringLiteral("No ha indicado correctamente el nombre de la provincia o el municipio"),
                      QStringLiteral("Seleccione donde importar las calles"));
+    }
 }
 
 ambrel::HostTown TFImportarVias::hostTown() const {
@@ -49,18 +50,21 @@ bool TFImportarVias::CompruebaMunicipioConUnicoCP() const {
 
 void TFImportarVias::GuardaVias() {
     const bool completes = mode() != ambrel::ImportMode::SeveralCodes && !CompruebaMunicipioConUnicoCP();
-    if (completes && EnLote)
+    if (completes && EnLote) {
         return;
+    }
     std::vector<std::string> postalCodes;
     if (completes) {
         postalCodes = ambrel::CodigosPostalesMunicipio(databaseName(), hostTown());
-        if (postalCodes.empty())
+        if (postalCodes.empty()) {
             return;
+        }
     }
     const ambrel::StreetSaving::Outcome outcome = saveStreets(completes ? &postalCodes : nullptr);
     if (EnLote) {
-        if (!outcome.failure.isEmpty())
+        if (!outcome.failure.isEmpty()) {
             batchFailure_ = outcome.failure;
+        }
         if (run_) {
             run_->addStreets(outcome.stored);
             run_->told(outcome.failure.isEmpty() ? ambrel::MunicipalityEnd::Done
@@ -69,8 +73,9 @@ void TFImportarVias::GuardaVias() {
         return;
     }
     closeProgress();
-    if (!outcome.failure.isEmpty())
+    if (!outcome.failure.isEmpty()) {
         Mensaje_Error(this, outcome.failure, QStringLiteral("Atención"));
+    }
     Mensaje_Info(
         parentWidget(),
         QStringLiteral("Se han importado %1 calles al módulo de Códigos Postales").arg(outcome.count),
@@ -95,8 +100,9 @@ ambrel::StreetSaving::Outcome TFImportarVias::saveStreets(const std::vector<std:
     try {
         return postalCodes ? saving.completeTypes(*postalCodes) : saving.addNew();
     } catch (...) {
-        if (!EnLote)
+        if (!EnLote) {
             closeProgress();
+        }
         throw;
     }
 }

@@ -19,8 +19,9 @@ QString failureTitle() { return QStringLiteral("Error al importar los datos"); }
 
 /// Adds places with their numbers as item data; none of them is chosen.
 void setPlaces(QComboBox& combo, const std::vector<ambrel::HostPlace>& places) {
-    for (const ambrel::HostPlace& place : places)
+    for (const ambrel::HostPlace& place : places) {
         combo.addItem(place.name, place.number);
+    }
     combo.setCurrentIndex(-1);
 }
 
@@ -49,21 +50,23 @@ void TFImportarVias::CargaMunicipiosUnCodigo() {
         QWidget* const next = isLoaded ? static_cast<QWidget*>(ui_->CBProvincias) : ui_->BBCancelar;
         next->setFocus();
     }
-    if (!isLoaded)
+    if (!isLoaded) {
         Mensaje_Error(this,
                       QStringLiteral("No se han podido cargar las provincias.Salga de la ventana y vuelva a "
                                      "intentarlo de nuevo más tarde"),
                       failureTitle());
+    }
 }
 
 void TFImportarVias::CBProvinciasExit() {
     help_->DejaFoco(ui_->CBProvincias);
     if (mode() == ambrel::ImportMode::SeveralCodes) {
-        if (ui_->CBProvincias->count() == 0)
+        if (ui_->CBProvincias->count() == 0) {
             Mensaje_Info(this,
                          QStringLiteral("Le faltan los ficheros correspondientes a los CP múltiples.\r"
                                         "póngase en contacto con nuestro soporte técnico"),
                          QStringLiteral("Faltan datos"));
+        }
         return;
     }
     if (!loadMunicipalities()) {
@@ -74,8 +77,9 @@ void TFImportarVias::CBProvinciasExit() {
                                      "indicada.Inténtelo de nuevo más tarde"),
                       failureTitle());
     }
-    if (ui_->CBMunicipios->isVisible())
+    if (ui_->CBMunicipios->isVisible()) {
         ui_->CBMunicipios->setFocus();
+    }
 }
 
 bool TFImportarVias::loadMunicipalities() {
@@ -95,13 +99,15 @@ void TFImportarVias::CargaProvinciasAmbrel() {
 
 void TFImportarVias::CBProvinciasAmbrelExit() {
     help_->DejaFoco(ui_->CBProvinciasAmbrel);
-    if (ui_->CBProvinciasAmbrel->currentIndex() >= 0)
+    if (ui_->CBProvinciasAmbrel->currentIndex() >= 0) {
         loadHostMunicipalities();
-    else
+    } else {
         Mensaje_Info(this, QStringLiteral("Indique una provincia para poder seleccionar el municipio"),
                      QStringLiteral("Faltan datos"));
-    if (ui_->GBDatosAmbrel->isVisible() && ui_->CBMunicipiosAmbrel->isVisible())
+    }
+    if (ui_->GBDatosAmbrel->isVisible() && ui_->CBMunicipiosAmbrel->isVisible()) {
         ui_->CBMunicipiosAmbrel->setFocus();
+    }
 }
 
 void TFImportarVias::loadHostMunicipalities() {

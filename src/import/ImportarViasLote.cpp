@@ -31,9 +31,11 @@ bool isFolder(const std::string& path) {
 std::vector<ambrel::FileSearch::Entry> entriesOf(const std::string& folder) {
     std::vector<ambrel::FileSearch::Entry> entries;
     ambrel::FileSearch search(SlashSep(folder, "*.*", separator), ambrel::file_attribute::folder);
-    if (search.findFirst())
-        while (auto entry = search.findNext())
+    if (search.findFirst()) {
+        while (auto entry = search.findNext()) {
             entries.push_back(std::move(*entry));
+        }
+    }
     return entries;
 }
 
@@ -46,8 +48,9 @@ bool isProvince(const ambrel::FileSearch::Entry& entry) {
 
 void TFImportarVias::BBGuardarPorProvinciaClick() {
     // Deliberate: the text names option 2, although it is option 3.
-    if (!isProvinceGiven(QStringLiteral("2ª")))
+    if (!isProvinceGiven(QStringLiteral("2ª"))) {
         return;
+    }
     const std::string folder =
         ambrel::provinceFolder(databaseName(), ui_->CBProvincias->currentText().toStdString());
     const std::vector<std::string> files = filedAnswers(folder);
@@ -87,28 +90,32 @@ void TFImportarVias::saveProvinceFolders() {
                                           : std::vector<std::string>());
         count += files.back().size();
     }
-    if (count > 0)
+    if (count > 0) {
         startRun(ambrel::ProvinceDeed::Saving, {}, static_cast<int>(count));
+    }
     const auto end = qScopeGuard([this] { run_.reset(); });
     for (std::size_t i = 0; i < entries.size(); ++i) {
         ui_->CBProvincias->setCurrentIndex(-1);
         ui_->CBProvinciasAmbrel->setCurrentIndex(-1);
-        if (!isProvince(entries[i]))
+        if (!isProvince(entries[i])) {
             continue;
+        }
         const QString province = QString::fromStdString(entries[i].name);
         ui_->CBProvincias->setCurrentIndex(Indice(*ui_->CBProvincias, province));
-        if (files[i].empty())
+        if (files[i].empty()) {
             tellMissingFiles();
-        else
+        } else {
             saveAnswers(files[i]);
+        }
     }
 }
 
 /// Full paths; none for a folder that is not there.
 std::vector<std::string> TFImportarVias::filedAnswers(const std::string& folder) const {
     std::vector<std::string> files;
-    if (isFolder(folder))
+    if (isFolder(folder)) {
         FindFileNoRecursivo(SlashSep(folder, "*.xml", separator), ambrel::file_attribute::any, files);
+    }
     return files;
 }
 
@@ -130,8 +137,9 @@ void TFImportarVias::saveAnswer(const std::string& file) {
         MuestraMensaje(QStringLiteral("Importando las calles de ") + QString::fromStdString(file), this);
     const auto end = qScopeGuard([this] { closeProgress(); });
     QString municipality = QString::fromStdString(ambrel::municipalityOfFile(file));
-    if (!chooseHostPlaces(municipality))
+    if (!chooseHostPlaces(municipality)) {
         askForHostPlaces(municipality);
+    }
     if (ui_->CBProvinciasAmbrel->currentIndex() < 0 || ui_->CBMunicipiosAmbrel->currentIndex() < 0) {
         run_->told(MunicipalityEnd::NotChosen);
         return;
@@ -152,8 +160,9 @@ bool TFImportarVias::chooseHostPlaces(QString& municipality) {
     QComboBox& provinces = *ui_->CBProvinciasAmbrel;
     if (provinces.currentIndex() < 0) {
         provinces.setCurrentIndex(Indice(provinces, ui_->CBProvincias->currentText()));
-        if (provinces.currentIndex() >= 0)
+        if (provinces.currentIndex() >= 0) {
             CBProvinciasAmbrelExit();
+        }
     }
     QComboBox& municipalities = *ui_->CBMunicipiosAmbrel;
     if (provinces.currentIndex() < 0) {
@@ -174,11 +183,13 @@ void TFImportarVias::askForHostPlaces(const QString& municipality) {
     const bool isChosen = IMunicipios(this, codIne, postalCode, name, province, provinceCode, number,
                                       QStringLiteral("NOMBRE"), caption.arg(municipality, webProvince));
     run_->userAnswered();
-    if (!isChosen)
+    if (!isChosen) {
         return;
+    }
     ui_->CBProvinciasAmbrel->setCurrentIndex(Indice(*ui_->CBProvinciasAmbrel, province));
-    if (ui_->CBProvinciasAmbrel->currentIndex() < 0)
+    if (ui_->CBProvinciasAmbrel->currentIndex() < 0) {
         return;
+    }
     CBProvinciasAmbrelExit();
     ui_->CBMunicipiosAmbrel->setCurrentIndex(Indice(*ui_->CBMunicipiosAmbrel, name));
 }
@@ -192,8 +203,9 @@ void TFImportarVias::loadAndSave(const std::string& file) {
     } catch (const std::exception&) {
         return; // a file that is no answer is passed over without a word
     }
-    if (CargaVias())
+    if (CargaVias()) {
         GuardaVias();
+    }
 }
 
 void TFImportarVias::tellMissingFiles() {
@@ -205,6 +217,7 @@ void TFImportarVias::tellMissingFiles() {
 
 /// Once for the whole run, not once for each file.
 void TFImportarVias::tellBatchFailure() {
-    if (const QString text = std::exchange(batchFailure_, QString()); !text.isEmpty())
+    if (const QString text = std::exchange(batchFailure_, QString()); !text.isEmpty()) {
         Mensaje_Error(this, text, QStringLiteral("Atención"));
+    }
 }

@@ -29,8 +29,9 @@ QString failureText(const QString& what) {
 /// In the order given, with none of them chosen.
 void setItems(QComboBox& combo, const std::vector<std::string>& names) {
     QStringList items;
-    for (const std::string& name : names)
+    for (const std::string& name : names) {
         items << fromWindows1252(name);
+    }
     combo.addItems(items);
     combo.setCurrentIndex(-1);
 }
@@ -107,8 +108,9 @@ bool TFImportarVias::TraeVias(const QString& Carpeta, const QString& Fichero) {
     }
     const bool isFiled =
         ambrel::fileAnswer(XML, databaseName(), Carpeta.toStdString(), Fichero.toStdString());
-    if (run_)
+    if (run_) {
         run_->told(isFiled ? ambrel::MunicipalityEnd::Done : ambrel::MunicipalityEnd::NotFiled);
+    }
     return true; // Deliberate: also when nothing could be filed
 }
 
@@ -121,8 +123,9 @@ void TFImportarVias::keepCopy() const {
 
 /// Closes the progress window after an answer that was not read whole. No message: the callers tell.
 bool TFImportarVias::isRead(ambrel::Reading reading) {
-    if (reading == ambrel::Reading::NoRoot || reading == ambrel::Reading::Partial)
+    if (reading == ambrel::Reading::NoRoot || reading == ambrel::Reading::Partial) {
         closeProgress();
+    }
     return reading == ambrel::Reading::Whole;
 }
 
@@ -145,10 +148,12 @@ bool TFImportarVias::CargaMunicipios() {
 bool TFImportarVias::CargaVias() {
     ambrel::StreetList list = ambrel::readStreets(
         XML, [this] { CambiaMensaje(QStringLiteral("Cargando datos de vías"), Progreso); });
-    if (list.count)
+    if (list.count) {
         ui_->LMensaje_->setText(QStringLiteral("Se han encontrado %1 vías").arg(*list.count));
-    if (!list.streets.empty())
+    }
+    if (!list.streets.empty()) {
         ui_->SGVias->append(std::move(list.streets));
+    }
     // Deliberate: an answer without nodes is none that failed, unlike those of the two other readers.
     return isRead(list.reading) || list.reading == ambrel::Reading::Empty;
 }

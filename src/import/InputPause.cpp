@@ -52,8 +52,9 @@ InputPause::InputPause()
 InputPause::~InputPause() {
     letDraw(); // takes what is waiting still
     qApp->removeEventFilter(this);
-    if (releasedIn_)
+    if (releasedIn_) {
         QCoreApplication::postEvent(releasedIn_, release_.release());
+    }
 }
 
 void InputPause::letDraw() const {
@@ -61,18 +62,21 @@ void InputPause::letDraw() const {
 }
 
 bool InputPause::eventFilter(QObject* watched, QEvent* event) {
-    if (!isInput(*event) || QApplication::activeModalWidget() != modal_)
+    if (!isInput(*event) || QApplication::activeModalWidget() != modal_) {
         return false;
-    if (event->type() == QEvent::MouseButtonRelease)
+    }
+    if (event->type() == QEvent::MouseButtonRelease) {
         keepRelease(*watched, *event);
+    }
     event->ignore();
     return true;
 }
 
 /// A button of the dialog whose press began the wait would stay down for ever without its release.
 void InputPause::keepRelease(QObject& window, const QEvent& event) {
-    if (!isHeld_ || !window.isWindowType())
+    if (!isHeld_ || !window.isWindowType()) {
         return;
+    }
     isHeld_ = false;
     releasedIn_ = &window;
     release_.reset(event.clone());

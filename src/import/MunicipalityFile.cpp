@@ -61,8 +61,9 @@ void readGroup(std::string group, int open, int& first, int& last) {
 }
 
 std::string withoutBrackets(std::string group, std::string_view plural, std::string_view singular) {
-    for (const std::string_view word : {plural, singular, std::string_view("("), std::string_view(")")})
+    for (const std::string_view word : {plural, singular, std::string_view("("), std::string_view(")")}) {
         removeAll(group, word);
+    }
     return std::string(trimmed(group));
 }
 
@@ -77,8 +78,9 @@ bool isLowerCase(char c) {
 std::string takeType(std::string& line, const StreetTypeCode& typeCode) {
     std::string type;
     for (std::size_t i = line.size(); i-- > 0;) {
-        if (line[i] != ',' || i + 2 >= line.size() || !isLowerCase(line[i + 2]))
+        if (line[i] != ',' || i + 2 >= line.size() || !isLowerCase(line[i + 2])) {
             continue;
+        }
         type = typeCode(UpperCase(trimmed(type + line.substr(i + 1))));
         line.resize(i);
     }
@@ -103,8 +105,9 @@ constexpr std::array<KnownType, 9> knownTypes{{
 
 void ExtraeNumeracion(const std::string& text, int& oddFirst, int& oddLast, int& evenFirst, int& evenLast) {
     const std::size_t open = text.find('(');
-    if (open == std::string::npos)
+    if (open == std::string::npos) {
         return;
+    }
     std::string rest(trimmed(std::string_view(text).substr(open)));
     if (contains(rest, "IMPAR")) {
         std::string odd;
@@ -126,26 +129,30 @@ StreetTypes::StreetTypes(const std::string& database)
     : table_(CreaTabla(database, "TIPO_VIA.DBF", "NOMBRE", false, openNow)) {
     const dbase::Field& code = table_->field("CODIGO");
     const dbase::Field& name = table_->field("NOMBRE");
-    if (table_->isEmpty())
+    if (table_->isEmpty()) {
         return;
+    }
     table_->first();
-    do
-        if (!code.isNull())
+    do {
+        if (!code.isNull()) {
             types_.push_back({.name = name.text(), .code = code.text()});
-    while (table_->next());
+        }
+    } while (table_->next());
 }
 
 std::string StreetTypes::codeOf(const std::string& name) {
     const std::string wanted(trimmed(std::string_view(name).substr(0, name.find('('))));
     std::string code;
-    if (TBBusca(*table_, {{"NOMBRE", wanted}}, exactSearch))
+    if (TBBusca(*table_, {{"NOMBRE", wanted}}, exactSearch)) {
         code = table_->field("CODIGO").text();
-    else if (const auto type = std::ranges::find_if(
-                 types_, [&](const Type& candidate) { return contains(candidate.name, wanted); });
-             type != types_.end())
+    } else if (const auto type = std::ranges::find_if(
+                   types_, [&](const Type& candidate) { return contains(candidate.name, wanted); });
+               type != types_.end()) {
         code = type->code;
-    if (!code.empty())
+    }
+    if (!code.empty()) {
         return code;
+    }
     const auto known = std::ranges::find(knownTypes, wanted, &KnownType::first);
     return known == knownTypes.end() ? std::string() : std::string(known->second);
 }
@@ -160,8 +167,9 @@ ImportedStreet readMunicipalityLine(std::string_view line, const StreetTypeCode&
     ExtraeNumeracion(UpperCase(text), street.oddFirst, street.oddLast, street.evenFirst, street.evenLast);
     street.type = takeType(text, typeCode);
     const bool hasNumbers = street.oddFirst || street.oddLast || street.evenFirst || street.evenLast;
-    if (hasNumbers)
+    if (hasNumbers) {
         text.resize(std::min(text.find('('), text.size()));
+    }
     text = std::string(trimmed(text));
     if (const std::size_t colon = text.find(':'); colon != std::string::npos) {
         street.postalCode = text.substr(0, std::min(colon, longestCode));
@@ -173,8 +181,9 @@ ImportedStreet readMunicipalityLine(std::string_view line, const StreetTypeCode&
 
 std::vector<ImportedStreet> readMunicipalityText(std::string_view text, const StreetTypeCode& typeCode) {
     if (text.size() > largestMunicipalityFile ||
-        static_cast<std::size_t>(std::ranges::count(text, '\n')) > mostMunicipalityLines)
+        static_cast<std::size_t>(std::ranges::count(text, '\n')) > mostMunicipalityLines) {
         throw MunicipalityFileError("El fichero es demasiado grande para las vías de un municipio");
+    }
     std::vector<ImportedStreet> streets;
     while (!text.empty()) {
         const std::size_t end = std::min(text.find('\n'), text.size());

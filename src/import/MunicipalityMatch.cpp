@@ -9,15 +9,17 @@ QString withArticleBehind(const QString& name) {
     static constexpr std::array articles{"EL", "LA", "LOS", "LAS"};
     for (const char* const text : articles) {
         const QLatin1String article(text);
-        if (name.startsWith(article) && name.mid(article.size()).startsWith(QLatin1Char(' ')))
+        if (name.startsWith(article) && name.mid(article.size()).startsWith(QLatin1Char(' '))) {
             return name.mid(article.size()).trimmed() + QLatin1String(" (") + article + QLatin1Char(')');
+        }
     }
     return name;
 }
 
 MunicipalityMatch matchMunicipality(const QString& name, const std::function<int(const QString&)>& indexOf) {
-    if (const int index = indexOf(name); index >= 0)
+    if (const int index = indexOf(name); index >= 0) {
         return {.name = name, .index = index};
+    }
     const QString moved = withArticleBehind(name);
     return {.name = moved, .index = moved == name ? -1 : indexOf(moved)};
 }

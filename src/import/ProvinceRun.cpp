@@ -57,18 +57,21 @@ void ProvinceRun::begin() {
 }
 
 void ProvinceRun::finishCurrent() {
-    if (begun_ == 0)
+    if (begun_ == 0) {
         return;
+    }
     ++ends_[static_cast<std::size_t>(end_)];
-    if (clock_.isValid())
+    if (clock_.isValid()) {
         time_.addStep(std::chrono::milliseconds(clock_.elapsed()));
+    }
 }
 
 void ProvinceRun::show() {
     const int done = std::max(begun_ - 1, 0);
     QString text = QStringLiteral("%1 de %2").arg(begun_).arg(total_);
-    if (const QString left = time_.text(total_ - done); !left.isEmpty())
+    if (const QString left = time_.text(total_ - done); !left.isEmpty()) {
         text += QStringLiteral(" · ") + left;
+    }
     bar_->setMaximum(std::max(total_, 1));
     bar_->setValue(done);
     bar_->setFormat(text);
@@ -80,10 +83,12 @@ QString ProvinceRun::report() const {
                                            : QStringLiteral("Municipios guardados: %1 de %2."))
                 .arg(ends_[static_cast<std::size_t>(MunicipalityEnd::Done)])
                 .arg(total_);
-    if (deed_ == ProvinceDeed::Saving)
+    if (deed_ == ProvinceDeed::Saving) {
         text += QStringLiteral(" Calles nuevas: %1.").arg(streets_);
-    for (std::size_t end = 1; end < ends_.size(); ++end)
+    }
+    for (std::size_t end = 1; end < ends_.size(); ++end) {
         text += counted(QString::fromUtf8(endTexts[end]), ends_[end]);
+    }
     return text + counted(QStringLiteral("Sin hacer"), total_ - begun_);
 }
 

@@ -21,8 +21,9 @@ constexpr char separator = '\\';
 constexpr const char* scratchName = "TempCalles.XML";
 
 void replaceAll(std::string& text, std::string_view from, std::string_view to) {
-    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
         text.replace(at, from.size(), to);
+    }
 }
 
 /// Names of the service are no paths: one that would lead elsewhere cannot be made.
@@ -74,13 +75,15 @@ bool fileAnswer(const DirectoryDocument& answer, const std::string& database, co
     const std::string name = filedName(municipality);
     const std::string folder = provinceFolder(database, province);
     if (folder.empty() || !staysInside(name + ".xml") || !makeFolder(postalesFolder(database)) ||
-        !makeFolder(folder))
+        !makeFolder(folder)) {
         return false;
+    }
     const fs::path file = fs::path(folder) / (name + ".xml");
     std::error_code failure;
     fs::remove(file, failure);
-    if (fs::exists(fs::symlink_status(file, failure)))
+    if (fs::exists(fs::symlink_status(file, failure))) {
         return false;
+    }
     try {
         answer.save(file.string());
     } catch (const std::exception& failed) {
@@ -91,8 +94,9 @@ bool fileAnswer(const DirectoryDocument& answer, const std::string& database, co
 
 std::string scratchFile() {
     QString folder = QCoreApplication::applicationDirPath();
-    if (!QFileInfo(folder).isWritable())
+    if (!QFileInfo(folder).isWritable()) {
         folder = QStandardPaths::writableLocation(QStandardPaths::CacheLocation);
+    }
     return (folder + QLatin1Char('/') + QLatin1String(scratchName)).toStdString();
 }
 

@@ -34,9 +34,9 @@ pugi::xml_node firstElement(const pugi::xml_node& parent) {
 }
 
 pugi::xml_node nextElement(pugi::xml_node node) {
-    do
+    do {
         node = node.next_sibling();
-    while (node && node.type() != pugi::node_element);
+    } while (node && node.type() != pugi::node_element);
     return node;
 }
 
@@ -51,31 +51,38 @@ bool isText(const pugi::xml_node& node) {
 }
 
 std::string inWindows1252(std::string_view utf8) {
-    if (std::ranges::all_of(utf8, [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+    if (std::ranges::all_of(utf8, [](char c) { return static_cast<unsigned char>(c) < 0x80; })) {
         return std::string(utf8);
-    if (auto bytes = dbase::CodePage::windows1252().fromUtf8(utf8))
+    }
+    if (auto bytes = dbase::CodePage::windows1252().fromUtf8(utf8)) {
         return std::move(*bytes);
+    }
     return toNearestWindows1252(QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())));
 }
 
 /// Not cut within a character.
 std::string_view start(std::string_view utf8) {
-    if (utf8.size() <= longestText)
+    if (utf8.size() <= longestText) {
         return utf8;
+    }
     std::size_t end = longestText;
-    while (end > 0 && (static_cast<unsigned char>(utf8[end]) & 0xC0) == 0x80)
+    while (end > 0 && (static_cast<unsigned char>(utf8[end]) & 0xC0) == 0x80) {
         --end;
+    }
     return utf8.substr(0, end);
 }
 
 std::string textOf(const pugi::xml_node& element) {
     const pugi::xml_node first = element.first_child();
-    if (first && isText(first) && !first.next_sibling())
+    if (first && isText(first) && !first.next_sibling()) {
         return inWindows1252(start(first.value()));
+    }
     std::string utf8;
-    for (const pugi::xml_node& child : element.children())
-        if (isText(child))
+    for (const pugi::xml_node& child : element.children()) {
+        if (isText(child)) {
             utf8 += start(child.value());
+        }
+    }
     return inWindows1252(start(utf8));
 }
 
@@ -93,18 +100,22 @@ struct Answer {
 };
 
 Answer begin(const DirectoryDocument& document, const Layout& layout, const std::function<void()>& atRoot) {
-    if (!document.hasNodes())
+    if (!document.hasNodes()) {
         return {};
+    }
     const pugi::xml_node root = rootOf(document);
-    if (!root)
+    if (!root) {
         return {.reading = Reading::NoRoot};
-    if (atRoot)
+    }
+    if (atRoot) {
         atRoot();
+    }
     Answer answer{.reading = Reading::Whole, .list = root.child(layout.list)};
     if (const pugi::xml_node counted = root.child("control").child(layout.count)) {
         answer.count = wholeNumber(trimmed(textOf(counted)));
-        if (!answer.count)
+        if (!answer.count) {
             return {.reading = Reading::NoRoot};
+        }
     }
     return answer;
 }
@@ -112,14 +123,17 @@ Answer begin(const DirectoryDocument& document, const Layout& layout, const std:
 /// Reads as many entries as the answer counts; `readEntry` says whether one was readable.
 template<class ReadEntry>
 void readEntries(Answer& answer, ReadEntry readEntry) {
-    if (!answer.list)
+    if (!answer.list) {
         return;
+    }
     pugi::xml_node entry = firstElement(answer.list);
     for (int left = answer.count.value_or(0); left > 0; --left) {
-        if (!entry || !readEntry(entry))
+        if (!entry || !readEntry(entry)) {
             answer.reading = Reading::Partial;
-        if (!entry)
+        }
+        if (!entry) {
             return; // those that follow are missing, too
+        }
         entry = nextElement(entry);
     }
 }
@@ -131,8 +145,9 @@ NameList readNames(const DirectoryDocument& document, const Layout& layout, cons
     readEntries(answer, [&](const pugi::xml_node& entry) {
         const pugi::xml_node name = entry.child(nameElement);
         std::string text = textOf(name);
-        if (!name || text.size() > longestName)
+        if (!name || text.size() > longestName) {
             return false;
+        }
         result.names.push_back(std::move(text));
         return true;
     });
@@ -143,12 +158,14 @@ NameList readNames(const DirectoryDocument& document, const Layout& layout, cons
 ImportedStreet readStreet(const pugi::xml_node& address) {
     ImportedStreet street;
     std::string text;
-    if (const pugi::xml_node type = address.child("tv"))
+    if (const pugi::xml_node type = address.child("tv")) {
         text = trimmed(textOf(type));
+    }
     street.type = text;
     // Deliberate: without a name the type's code stands in for it.
-    if (const pugi::xml_node name = address.child("nv"))
+    if (const pugi::xml_node name = address.child("nv")) {
         text = trimmed(textOf(name));
+    }
     street.type.resize(std::min(street.type.size(), streetNameWidth));
     text.resize(std::min(text.size(), streetNameWidth));
     street.name = std::move(text);
@@ -169,8 +186,9 @@ StreetList readStreets(const DirectoryDocument& document, const std::function<vo
     Answer answer = begin(document, streetLayout, atRoot);
     StreetList result{.count = answer.count};
     readEntries(answer, [&](const pugi::xml_node& entry) {
-        if (const pugi::xml_node address = entry.child("dir"))
+        if (const pugi::xml_node address = entry.child("dir")) {
             result.streets.push_back(readStreet(address));
+        }
         return true; // an entry without address is no street, and no fault
     });
     result.reading = answer.reading;

@@ -61,9 +61,11 @@ void StreetGrid::setWidths() {
 
 void StreetGrid::fitNameColumn() {
     int room = viewport()->width() - nameSlack;
-    for (int column = 0; column < model_->columnCount(); ++column)
-        if (column != nameColumn)
+    for (int column = 0; column < model_->columnCount(); ++column) {
+        if (column != nameColumn) {
             room -= columnWidth(column);
+        }
+    }
     setColumnWidth(nameColumn, std::max(leastWidths[nameColumn], room));
 }
 
@@ -87,8 +89,9 @@ const std::vector<ImportedStreet>& StreetGrid::streets() const { return model_->
 
 QSize StreetGrid::minimumSizeHint() const {
     int width = nameSlack + 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
-    for (int column = 0; column < model_->columnCount(); ++column)
+    for (int column = 0; column < model_->columnCount(); ++column) {
         width += column == nameColumn ? leastWidths[nameColumn] : columnWidth(column);
+    }
     const int height = horizontalHeader()->sizeHint().height() +
                        leastRows * verticalHeader()->defaultSectionSize() + 2 * frameWidth();
     return {width, height};
@@ -113,8 +116,9 @@ void StreetGrid::keyPressEvent(QKeyEvent* event) {
         return;
     }
     const int row = currentIndex().row(), to = isUp ? row - 1 : row + 1;
-    if (row >= 0 && to >= 0 && to < model_->rowCount())
+    if (row >= 0 && to >= 0 && to < model_->rowCount()) {
         moveRow(row, to);
+    }
 }
 
 void StreetGrid::mousePressEvent(QMouseEvent* event) {
@@ -124,11 +128,13 @@ void StreetGrid::mousePressEvent(QMouseEvent* event) {
 
 /// The row that is dragged follows the mouse.
 void StreetGrid::mouseMoveEvent(QMouseEvent* event) {
-    if (!isDragging_ || !(event->buttons() & Qt::LeftButton))
+    if (!isDragging_ || !(event->buttons() & Qt::LeftButton)) {
         return;
+    }
     const int row = currentIndex().row(), to = rowAt(event->position().toPoint().y());
-    if (row >= 0 && to >= 0)
+    if (row >= 0 && to >= 0) {
         moveRow(row, to);
+    }
 }
 
 void StreetGrid::mouseReleaseEvent(QMouseEvent* event) {

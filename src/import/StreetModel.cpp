@@ -48,17 +48,20 @@ bool hasName(const ImportedStreet& street) { return !withoutBlanks(street.name).
 StreetModel::StreetModel(QObject* parent) : QAbstractTableModel(parent), streets_(1) {}
 
 void StreetModel::showRanges(bool show) {
-    if (show == hasRanges_)
+    if (show == hasRanges_) {
         return;
-    if (show)
+    }
+    if (show) {
         beginInsertColumns({}, columnsWithout, columnsWithRanges - 1);
-    else
+    } else {
         beginRemoveColumns({}, columnsWithout, columnsWithRanges - 1);
+    }
     hasRanges_ = show;
-    if (show)
+    if (show) {
         endInsertColumns();
-    else
+    } else {
         endRemoveColumns();
+    }
 }
 
 void StreetModel::clear() {
@@ -71,18 +74,20 @@ void StreetModel::append(std::vector<ImportedStreet> streets) {
     beginResetModel();
     streets_.reserve(streets_.size() + streets.size());
     for (ImportedStreet& street : streets) {
-        if (hasName(streets_.front()))
+        if (hasName(streets_.front())) {
             streets_.push_back(std::move(street));
-        else
+        } else {
             streets_.back() = std::move(street);
+        }
     }
     endResetModel();
 }
 
 void StreetModel::move(int row, int to) {
     // The rows are told to stand before the one at the target; moving down, that is the next one.
-    if (row == to || !beginMoveRows({}, row, row, {}, to > row ? to + 1 : to))
+    if (row == to || !beginMoveRows({}, row, row, {}, to > row ? to + 1 : to)) {
         return;
+    }
     const ImportedStreet street = streets_[static_cast<std::size_t>(row)];
     streets_.erase(streets_.begin() + row);
     streets_.insert(streets_.begin() + to, street);
@@ -94,29 +99,36 @@ int StreetModel::rowCount(const QModelIndex& parent) const {
 }
 
 int StreetModel::columnCount(const QModelIndex& parent) const {
-    if (parent.isValid())
+    if (parent.isValid()) {
         return 0;
+    }
     return hasRanges_ ? columnsWithRanges : columnsWithout;
 }
 
 QVariant StreetModel::data(const QModelIndex& index, int role) const {
-    if (!index.isValid())
+    if (!index.isValid()) {
         return {};
-    if (role == Qt::TextAlignmentRole && index.column() >= OddFirst)
+    }
+    if (role == Qt::TextAlignmentRole && index.column() >= OddFirst) {
         return QVariant::fromValue(Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter));
-    if (role != Qt::DisplayRole)
+    }
+    if (role != Qt::DisplayRole) {
         return {};
+    }
     return cellText(streets_[static_cast<std::size_t>(index.row())], index.column());
 }
 
 QVariant StreetModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation != Qt::Horizontal)
+    if (orientation != Qt::Horizontal) {
         return {};
-    if (role == Qt::TextAlignmentRole)
+    }
+    if (role == Qt::TextAlignmentRole) {
         return QVariant::fromValue(
             Qt::Alignment((section >= OddFirst ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
-    if (role == Qt::DisplayRole && section < columnsWithRanges)
+    }
+    if (role == Qt::DisplayRole && section < columnsWithRanges) {
         return QString::fromUtf16(titles[static_cast<std::size_t>(section)]);
+    }
     return {};
 }
 

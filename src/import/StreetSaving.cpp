@@ -68,21 +68,25 @@ bool hasRanges(TDMCodPostales& tables, int odd, int oddEnd, int even, int evenEn
 
 bool isSameStreet(TDMCodPostales& tables, const StoredForm& form) {
     if (tables.tbPostalCODPOSTAL.view() != form.postalCode ||
-        UpperCase(tables.tbPostalTIPO_VIA.text()) != form.type)
+        UpperCase(tables.tbPostalTIPO_VIA.text()) != form.type) {
         return false;
+    }
     return hasRanges(tables, form.oddFirst, form.oddLast, form.evenFirst, form.evenLast) ||
            (form.isWholeStreet() && hasRanges(tables, firstOdd, lastOdd, firstEven, lastEven));
 }
 
 /// Whether POSTAL holds the street as it would be written.
 bool ExisteViaIgual(TDMCodPostales& tables, const StoredForm& form) {
-    if (!goToName(tables, form))
+    if (!goToName(tables, form)) {
         return false;
+    }
     do {
-        if (!hasName(tables, form))
+        if (!hasName(tables, form)) {
             return false;
-        if (isSameStreet(tables, form))
+        }
+        if (isSameStreet(tables, form)) {
             return true;
+        }
     } while (tables.tbPostal.next());
     return false;
 }
@@ -90,13 +94,16 @@ bool ExisteViaIgual(TDMCodPostales& tables, const StoredForm& form) {
 /// Goes to the street of that name with one of the postal codes; false when there is none.
 bool ExisteViaEnMunicipio(TDMCodPostales& tables, const StoredForm& form,
                           const std::vector<std::string>& codes) {
-    if (!goToName(tables, form))
+    if (!goToName(tables, form)) {
         return false;
+    }
     do {
-        if (!hasName(tables, form))
+        if (!hasName(tables, form)) {
             return false;
-        if (std::ranges::find(codes, tables.tbPostalCODPOSTAL.view()) != codes.end())
+        }
+        if (std::ranges::find(codes, tables.tbPostalCODPOSTAL.view()) != codes.end()) {
             return true;
+        }
     } while (tables.tbPostal.next());
     return false;
 }
@@ -122,13 +129,16 @@ void visitTown(const std::string& database, const std::string& name, const std::
     const auto table = CreaTabla(database, municipalities, "NOMBRE", false, openNow);
     dbase::Field& townName = table->field("NOMBRE");
     dbase::Field& townProvince = table->field("COD_PROV");
-    if (!TBBusca(*table, {{"NOMBRE", name}}, exactSearch))
+    if (!TBBusca(*table, {{"NOMBRE", name}}, exactSearch)) {
         return;
+    }
     do {
-        if (townName.view() != name)
+        if (townName.view() != name) {
             return;
-        if (townProvince.view() == province && !visit(*table))
+        }
+        if (townProvince.view() == province && !visit(*table)) {
             return;
+        }
     } while (table->next());
 }
 
@@ -136,8 +146,9 @@ void visitTown(const std::string& database, const std::string& name, const std::
 
 bool hasOnlyOneCode(const std::string& database, const HostTown& town) {
     if (town.provinceCode.empty() || town.provinceCode == "00" || town.postalCode.empty() ||
-        town.postalCode == "00000" || town.name.empty())
+        town.postalCode == "00000" || town.name.empty()) {
         return false;
+    }
     bool only = false;
     visitTown(database, town.name, town.provinceCode, [&only](dbase::Dataset& table) {
         only = table.field("UNICO").view() == singleCodeMark;
@@ -149,8 +160,9 @@ bool hasOnlyOneCode(const std::string& database, const HostTown& town) {
 std::vector<std::string> CodigosPostalesMunicipio(const std::string& database, const HostTown& town) {
     std::vector<std::string> codes;
     const std::string name = town.isFirstOfList ? std::string() : UpperCase(town.name);
-    if (town.provinceCode.empty() || name.empty())
+    if (town.provinceCode.empty() || name.empty()) {
         return codes;
+    }
     visitTown(database, name, town.provinceCode, [&codes](dbase::Dataset& table) {
         codes.push_back(table.field("CODPOSTAL").text());
         return true;
@@ -163,14 +175,17 @@ StreetSaving::Outcome StreetSaving::saveEach(SaveRow saveRow) {
     Outcome outcome;
     const dbase::NotificationPause pause(controller.DM->tbPostal); // a list behind is drawn once, at the end
     for (std::size_t row = 0; row < streets.size(); ++row) {
-        if (beforeRow)
+        if (beforeRow) {
             beforeRow(row + 1);
+        }
         try {
             saveRow(storedForm(streets[row], town, mode), outcome);
         } catch (const dbase::Error& failure) {
             outcome.failure = QString::fromUtf8(failure.what());
-            if (failure.code() != dbase::ErrorCode::ReadOnly) // then there is no row that could be cancelled
+            if (failure.code() !=
+                dbase::ErrorCode::ReadOnly) { // then there is no row that could be cancelled
                 controller.CancelarVia();
+            }
         } catch (const std::exception& failure) {
             outcome.failure = QString::fromUtf8(failure.what());
             controller.CancelarVia();
@@ -182,8 +197,9 @@ StreetSaving::Outcome StreetSaving::saveEach(SaveRow saveRow) {
 
 /// Once for all rows: until then a power cut may take them, and nobody was told that they are there.
 void StreetSaving::sync(Outcome& outcome) {
-    if (outcome.count == 0)
+    if (outcome.count == 0) {
         return;
+    }
     try {
         controller.DM->tbPostal.sync();
     } catch (const std::exception& failure) {
@@ -196,8 +212,9 @@ void StreetSaving::offer(Outcome& outcome) {
     if (controller.AceptarVia(dbase::Durability::Process)) { // see sync()
         ++outcome.stored;
     } else {
-        if (!controller.streetFailure().isEmpty())
+        if (!controller.streetFailure().isEmpty()) {
             outcome.failure = controller.streetFailure();
+        }
         controller.DM->tbPostal.cancel();
     }
     ++outcome.count;
@@ -205,8 +222,9 @@ void StreetSaving::offer(Outcome& outcome) {
 
 StreetSaving::Outcome StreetSaving::addNew() {
     return saveEach([this](const StoredForm& form, Outcome& outcome) {
-        if (ExisteViaIgual(*controller.DM, form))
+        if (ExisteViaIgual(*controller.DM, form)) {
             return;
+        }
         append(*controller.DM, form);
         offer(outcome);
     });
@@ -215,8 +233,9 @@ StreetSaving::Outcome StreetSaving::addNew() {
 StreetSaving::Outcome StreetSaving::completeTypes(const std::vector<std::string>& postalCodes) {
     return saveEach([this, &postalCodes](const StoredForm& form, Outcome& outcome) {
         TDMCodPostales& tables = *controller.DM;
-        if (!ExisteViaEnMunicipio(tables, form, postalCodes) || !tables.tbPostalTIPO_VIA.isNull())
+        if (!ExisteViaEnMunicipio(tables, form, postalCodes) || !tables.tbPostalTIPO_VIA.isNull()) {
             return;
+        }
         tables.tbPostal.edit();
         tables.tbPostalTIPO_VIA.setText(form.type);
         offer(outcome);

@@ -18,16 +18,20 @@ void TimeLeft::addStep(std::chrono::milliseconds taken) {
 }
 
 QString TimeLeft::text(int stepsLeft) const {
-    if (steps_ == 0 || stepsLeft <= 0)
+    if (steps_ == 0 || stepsLeft <= 0) {
         return {};
+    }
     const std::int64_t seconds = std::chrono::ceil<std::chrono::seconds>(taken_ * stepsLeft / steps_).count();
     const std::int64_t minutes = roundedUp(seconds, secondsOfMinute);
-    if (seconds < secondsOfMinute)
+    if (seconds < secondsOfMinute) {
         return QStringLiteral("queda menos de un minuto");
-    if (minutes == 1)
+    }
+    if (minutes == 1) {
         return QStringLiteral("queda un minuto");
-    if (minutes <= mostMinutes)
+    }
+    if (minutes <= mostMinutes) {
         return QStringLiteral("quedan unos %1 minutos").arg(minutes);
+    }
     return QStringLiteral("quedan unas %1 horas").arg(roundedUp(minutes, minutesOfHour));
 }
 

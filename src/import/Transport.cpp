@@ -79,20 +79,23 @@ struct Answer {
 std::size_t receiveHead(char* bytes, std::size_t, std::size_t count, void* answer) {
     const std::string_view line(bytes, count);
     auto& [isHeadWhole, headSize, body] = *static_cast<Answer*>(answer);
-    if (count > largestHead - headSize)
+    if (count > largestHead - headSize) {
         return 0; // ends the transfer with an error
+    }
     headSize += count;
-    if (line.starts_with("HTTP/"))
+    if (line.starts_with("HTTP/")) {
         isHeadWhole = false;
-    else if (line == "\r\n" || line == "\n")
+    } else if (line == "\r\n" || line == "\n") {
         isHeadWhole = true;
+    }
     return count;
 }
 
 std::size_t receiveBody(char* bytes, std::size_t, std::size_t count, void* answer) {
     std::string& body = static_cast<Answer*>(answer)->body;
-    if (count > largestAnswer - body.size())
+    if (count > largestAnswer - body.size()) {
         return 0; // ends the transfer with an error
+    }
     try {
         body.append(bytes, count);
     } catch (const std::exception&) {
@@ -108,8 +111,9 @@ Headers headersFor(const std::string& action) {
     for (const std::string& line : {std::string("Content-Type: text/xml; charset=utf-8"),
                                     "SOAPAction: \"" + action + "\"", std::string("Expect:")}) {
         curl_slist* const longer = curl_slist_append(headers.get(), line.c_str());
-        if (!longer)
+        if (!longer) {
             fail("no hay memoria para la petición");
+        }
         static_cast<void>(headers.release());
         headers.reset(longer);
     }
@@ -118,8 +122,9 @@ Headers headersFor(const std::string& action) {
 
 template<typename Value>
 void set(CURL* request, CURLoption option, Value value) {
-    if (const CURLcode code = curl_easy_setopt(request, option, value); code != CURLE_OK)
+    if (const CURLcode code = curl_easy_setopt(request, option, value); code != CURLE_OK) {
         fail(reasonOf(code));
+    }
 }
 
 void prepare(CURL* request, const std::string& url, const std::string& body, curl_slist* headers,
@@ -152,17 +157,20 @@ bool isAnswer(long status, const std::string& body) {
 
 /// Runs a prepared request to its end.
 CURLcode perform(CURLM* multi, CURL* request, const std::function<void()>& whileWaiting) {
-    if (const CURLMcode code = curl_multi_add_handle(multi, request); code != CURLM_OK)
+    if (const CURLMcode code = curl_multi_add_handle(multi, request); code != CURLM_OK) {
         fail(curl_multi_strerror(code));
+    }
     const auto removal = [multi](CURL* handle) { curl_multi_remove_handle(multi, handle); };
     const std::unique_ptr<CURL, decltype(removal)> removed(request, removal);
     Clock::time_point turn = Clock::now();
     for (int running = 1; running > 0;) {
         CURLMcode code = curl_multi_perform(multi, &running);
-        if (code == CURLM_OK && running > 0)
+        if (code == CURLM_OK && running > 0) {
             code = curl_multi_poll(multi, nullptr, 0, static_cast<int>(patience.count()), nullptr);
-        if (code != CURLM_OK)
+        }
+        if (code != CURLM_OK) {
             fail(curl_multi_strerror(code));
+        }
         // An answer of many pieces comes faster than a window can be painted.
         if (whileWaiting && Clock::now() >= turn) {
             whileWaiting();
@@ -182,18 +190,22 @@ std::string postSoap(const std::string& url, const std::string& action, const st
     Answer answer;
     const Multi multi(curl_multi_init());
     const Easy request(curl_easy_init());
-    if (!multi || !request)
+    if (!multi || !request) {
         fail("no se puede iniciar la conexión");
+    }
     const Headers headers = headersFor(action);
     prepare(request.get(), url, body, headers.get(), answer);
-    if (const CURLcode result = perform(multi.get(), request.get(), whileWaiting); result != CURLE_OK)
+    if (const CURLcode result = perform(multi.get(), request.get(), whileWaiting); result != CURLE_OK) {
         fail(reasonOf(result));
+    }
     long status = 0;
     curl_easy_getinfo(request.get(), CURLINFO_RESPONSE_CODE, &status);
-    if (!isAnswer(status, answer.body))
+    if (!isAnswer(status, answer.body)) {
         fail("el servidor responde con el estado " + std::to_string(status));
-    if (!answer.isHeadWhole)
+    }
+    if (!answer.isHeadWhole) {
         fail(reasonOf(CURLE_PARTIAL_FILE));
+    }
     return std::move(answer.body);
 }
 

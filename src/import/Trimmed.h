@@ -9,10 +9,12 @@ namespace ambrel {
 /// of the text given.
 [[nodiscard]] inline std::string_view trimmed(std::string_view text) {
     const auto isInk = [](char c) { return static_cast<unsigned char>(c) > ' '; };
-    while (!text.empty() && !isInk(text.front()))
+    while (!text.empty() && !isInk(text.front())) {
         text.remove_prefix(1);
-    while (!text.empty() && !isInk(text.back()))
+    }
+    while (!text.empty() && !isInk(text.back())) {
         text.remove_suffix(1);
+    }
     return text;
 }
 

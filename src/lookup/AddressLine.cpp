@@ -10,20 +10,24 @@ std::string trimmed(std::string_view text) { return std::string(withoutBlanks(te
 
 std::string trimmedLine(const AddressColumns& columns) {
     std::string line = trimmed(trimmed(columns.type) + ' ' + trimmed(columns.street));
-    if (const std::string number = trimmed(columns.number); !number.empty())
+    if (const std::string number = trimmed(columns.number); !number.empty()) {
         line += ", " + number;
-    if (const std::string floor = trimmed(columns.floor); !floor.empty())
+    }
+    if (const std::string floor = trimmed(columns.floor); !floor.empty()) {
         line += ", " + floor;
+    }
     return line;
 }
 
 std::string untrimmedLine(const AddressColumns& columns) {
     std::string line = trimmed(columns.type + ' ' + columns.street);
     // Deliberate: the number is written out here, where the trimmed line has only a comma.
-    if (!withoutBlanks(columns.number).empty())
+    if (!withoutBlanks(columns.number).empty()) {
         line += " N\xDAMERO " + columns.number;
-    if (!withoutBlanks(columns.floor).empty())
+    }
+    if (!withoutBlanks(columns.floor).empty()) {
         line += ", " + columns.floor;
+    }
     return line;
 }
 
@@ -31,9 +35,11 @@ std::string untrimmedLine(const AddressColumns& columns) {
 
 std::string addressLine(const AddressColumns& columns, int width) {
     std::string line = width < 0 ? untrimmedLine(columns) : trimmedLine(columns);
-    for (const std::optional<std::string>& part : {columns.postalCode, columns.locality})
-        if (part)
+    for (const std::optional<std::string>& part : {columns.postalCode, columns.locality}) {
+        if (part) {
             line += ' ' + *part;
+        }
+    }
     return Espacios(withoutBlanks(line), width);
 }
 

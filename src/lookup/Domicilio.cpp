@@ -20,12 +20,15 @@ QString Domicilio(dbase::Dataset& table, int width, int withLocality, int withPo
                                    .floor = column("PISO"),
                                    .postalCode = std::nullopt,
                                    .locality = std::nullopt};
-    if (!typeIsName)
+    if (!typeIsName) {
         columns.type = ambrel::toNearestWindows1252(
             Tipo_Via(ambrel::fromWindows1252(columns.type), !askUser, !inCatalan));
-    if (withPostalCode == appended)
+    }
+    if (withPostalCode == appended) {
         columns.postalCode = column("CODPOSTAL");
-    if (withLocality == appended)
+    }
+    if (withLocality == appended) {
         columns.locality = column("VECINDAD");
+    }
     return ambrel::fromWindows1252(ambrel::addressLine(columns, width));
 }

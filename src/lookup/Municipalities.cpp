@@ -24,8 +24,9 @@ namespace {
 class SharedModule {
 public:
     SharedModule() {
-        if (!DMMunicipi)
+        if (!DMMunicipi) {
             own_.emplace(DMMunicipi);
+        }
         module_ = DMMunicipi;
     }
     [[nodiscard]] TDMMunicipi& module() const { return *module_; }
@@ -45,8 +46,9 @@ bool isChosenFrom(QWidget* owner, const QString& caption) {
 
 /// Goes near a text; nowhere for one that the table cannot hold.
 void goNear(dbase::Dataset& table, const char* keyField, const QString& value) {
-    if (const auto text = toWindows1252(value))
+    if (const auto text = toWindows1252(value)) {
         static_cast<void>(TBBusca(table, {{keyField, *text}}, nearestSearch));
+    }
 }
 
 bool isExactName(const dbase::Field& column, const QString& name) {
@@ -74,14 +76,16 @@ bool IMunicipios(QWidget* owner, QString& codIne, QString& postalCode, QString& 
     TDMMunicipi& tables = shared.module();
     TBIndexa(ambrel::toNearestWindows1252(tag), tables.tbMunicipi);
     const TableScope open(tables.tbMunicipi);
-    if (tag == QLatin1String("COD_INE"))
+    if (tag == QLatin1String("COD_INE")) {
         goNear(tables.tbMunicipi, "COD_INE", codIne);
-    else if (tag == QLatin1String("CODPOSTAL"))
+    } else if (tag == QLatin1String("CODPOSTAL")) {
         goNear(tables.tbMunicipi, "CODPOSTAL", postalCode);
-    else if (tag == QLatin1String("NOMBRE"))
+    } else if (tag == QLatin1String("NOMBRE")) {
         goNear(tables.tbMunicipi, "NOMBRE", name);
-    if (!isChosenFrom<TFMunicipiLista>(owner, caption))
+    }
+    if (!isChosenFrom<TFMunicipiLista>(owner, caption)) {
         return false;
+    }
 
     const std::string chosenCode = tables.tbMunicipiCOD_INE.text();
     const std::string chosenPostalCode = tables.tbMunicipiCODPOSTAL.text();
@@ -105,8 +109,9 @@ bool IMunicipiosMJ(QWidget* owner, QString& provinceCode, QString& name, QString
     TBIndexa("POBLLITE", tables.tbMunicipiMJ);
     const TableScope open(tables.tbMunicipiMJ);
     goNear(tables.tbMunicipiMJ, "POBLLITE", name);
-    if (!isChosenFrom<TFMunicipiListaMJ>(owner, caption))
+    if (!isChosenFrom<TFMunicipiListaMJ>(owner, caption)) {
         return false;
+    }
     provinceCode = fromWindows1252(tables.tbMunicipiMJPROVCOD.text());
     provinceName = fromWindows1252(tables.tbMunicipiMJNOMBREPROV.text());
     name = fromWindows1252(tables.tbMunicipiMJPOBLLITE.text());
@@ -128,12 +133,14 @@ bool IBuscaMunicipio(QString& name, QString& codIne, QString& postalCode, QStrin
     if (isExactName(tables.tbMunicipiNOMBRE, name)) {
         // Deliberate: whoever leaves the list without an answer keeps the first of several municipalities.
         takeCurrent();
-        if (!ambrel::isNameOfAnother(tables))
+        if (!ambrel::isNameOfAnother(tables)) {
             return true;
+        }
         showOnlyName(tables.tbMunicipiNOMBRE);
     }
-    if (!isChosenFrom<TFMunicipiLista>(nullptr, caption))
+    if (!isChosenFrom<TFMunicipiLista>(nullptr, caption)) {
         return false;
+    }
     takeCurrent();
     return true;
 }
@@ -158,13 +165,16 @@ bool IBuscaMunicipioMJ(QString& name, QString& provinceCode, QString& municipali
         goNear(tables.tbMunicipiMJ, "POBLLITE", wanted);
         // Deliberate: whoever leaves the list without an answer keeps the first of several municipalities.
         takeCurrent();
-        if (!ambrel::isNameOfNext(tables))
+        if (!ambrel::isNameOfNext(tables)) {
             return true;
-        if (range)
+        }
+        if (range) {
             showOnlyName(tables.tbMunicipiMJPOBLLITE);
+        }
     }
-    if (!isChosenFrom<TFMunicipiListaMJ>(nullptr, caption))
+    if (!isChosenFrom<TFMunicipiListaMJ>(nullptr, caption)) {
         return false;
+    }
     takeCurrent();
     return true;
 }

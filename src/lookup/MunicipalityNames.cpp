@@ -14,9 +14,11 @@ bool goToName(const dbase::Field& column, const std::string& name) {
 bool isNameOfAnother(TDMMunicipi& tables) {
     const std::string name = tables.tbMunicipiNOMBRE.text();
     const std::string code = tables.tbMunicipiCOD_INE.text();
-    while (tables.tbMunicipi.next() && tables.tbMunicipiNOMBRE.view() == name)
-        if (tables.tbMunicipiCOD_INE.view() != code)
+    while (tables.tbMunicipi.next() && tables.tbMunicipiNOMBRE.view() == name) {
+        if (tables.tbMunicipiCOD_INE.view() != code) {
             return true;
+        }
+    }
     return false;
 }
 
@@ -24,8 +26,9 @@ bool goToProvince(TDMMunicipi& tables, const std::string& provinceCode) {
     const std::string name = tables.tbMunicipiMJPOBLLITE.text();
     const std::string wanted = StrRight("00" + provinceCode, provinceDigits);
     do {
-        if (tables.tbMunicipiMJPROVCOD.view() == wanted)
+        if (tables.tbMunicipiMJPROVCOD.view() == wanted) {
             return true;
+        }
     } while (tables.tbMunicipiMJ.next() && tables.tbMunicipiMJPOBLLITE.view() == name);
     return false;
 }

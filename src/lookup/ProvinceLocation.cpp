@@ -19,9 +19,11 @@ bool goToCapital(dbase::Dataset& municipalities, const std::string& postalCode) 
     const dbase::Field& mark = municipalities.field("CAPITAL");
     const std::string wanted = provinceOf(postalCode);
     for (bool moved = TBBusca(municipalities, {{"CODPOSTAL", postalCode}}, nearestSearch);
-         moved && provinceOf(code.view()) == wanted; moved = municipalities.next())
-        if (mark.view() == capitalMark)
+         moved && provinceOf(code.view()) == wanted; moved = municipalities.next()) {
+        if (mark.view() == capitalMark) {
             return true;
+        }
+    }
     return false;
 }
 
@@ -30,9 +32,10 @@ std::optional<Province> provinceOfCapital(dbase::Dataset& municipalities, const 
     const dbase::NotificationPause pause(municipalities);
     TagScope order(municipalities, "CODPOSTAL");
     std::optional<Province> found;
-    if (goToCapital(municipalities, postalCode))
+    if (goToCapital(municipalities, postalCode)) {
         found = Province{.name = municipalities.field("NOMBRE").text(),
                          .code = storedCode(municipalities.field("COD_INE").view())};
+    }
     order.restore();
     return found;
 }
@@ -44,9 +47,11 @@ std::optional<std::string> nameOfProvince(dbase::Dataset& provinces, const std::
     const dbase::Field& key = provinces.field("CODIGO");
     const dbase::Field& group = provinces.field("GRUPO");
     for (bool moved = TBBusca(provinces, {{"CODIGO", code}}, exactSearch); moved && key.view() == code;
-         moved = provinces.next())
-        if (group.integer() == provinceGroup)
+         moved = provinces.next()) {
+        if (group.integer() == provinceGroup) {
             return provinces.field("PROVINCIA").text();
+        }
+    }
     return std::nullopt;
 }
 
@@ -55,10 +60,12 @@ std::optional<std::string> nameOfProvince(dbase::Dataset& provinces, const std::
 Province locateProvince(dbase::Dataset& municipalities, dbase::Dataset& provinces,
                         const std::string& postalCode) {
     Province province{.name = municipalities.field("NOMBRE").text(), .code = storedCode(postalCode)};
-    if (const auto capital = provinceOfCapital(municipalities, postalCode))
+    if (const auto capital = provinceOfCapital(municipalities, postalCode)) {
         province = *capital;
-    if (const auto name = nameOfProvince(provinces, province.code))
+    }
+    if (const auto name = nameOfProvince(provinces, province.code)) {
         province.name = *name;
+    }
     return province;
 }
 

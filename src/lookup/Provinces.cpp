@@ -11,9 +11,10 @@
 using ambrel::fromWindows1252;
 
 QString LocalizaProvincia(dbase::Dataset& municipalities, const QString& postalCode, QString& provinceName) {
-    if (!DMMunicipi)
+    if (!DMMunicipi) {
         throw dbase::Error(dbase::ErrorCode::BadState, {},
                            "no hay módulo de municipios con el que localizar la provincia");
+    }
     const auto code = ambrel::toWindows1252(postalCode);
     if (!code) {
         provinceName = fromWindows1252(municipalities.field("NOMBRE").text());

@@ -25,8 +25,9 @@ public:
     /// count.
     [[nodiscard]] bool find(const dbase::Field& column, const QString& value) {
         auto text = ambrel::toWindows1252(value);
-        if (!text)
+        if (!text) {
             return false;
+        }
         text->erase(text->find_last_not_of(' ') + 1);
         // A key is cut to the width of its column: a longer text would find a type that it only begins with.
         return TBBusca(types().tbTipo_Via, {{column.name(), *text}}, exactSearch) && column.text() == *text;
@@ -55,9 +56,10 @@ void reportFailure(const std::function<void()>& lookUp) {
 
 bool wantsList(const QString& unknown) {
     const QString title = QStringLiteral("Atención");
-    if (unknown.isEmpty())
+    if (unknown.isEmpty()) {
         return Mensaje_SiNo(QStringLiteral("¿Desea buscar el tipo de vía en la relación alfabética (S/N)?"),
                             {}, title) == answeredYes;
+    }
     return Mensaje_SiNo(QStringLiteral("¿Desea buscarlo en la relación alfabética (S/N)?"),
                         QStringLiteral("No se ha encontrado ningún tipo de vía con esta abreviatura"),
                         title) == answeredYes;
@@ -78,12 +80,13 @@ QString Tipo_Via(const QString& abbreviation, bool ask, bool catalan) {
         const QString code = abbreviation.trimmed();
         StreetTypes lookup("CODIGO");
         const TDMVias& types = lookup.types();
-        if (!code.isEmpty() && lookup.find(types.tbTipo_ViaCODIGO, code))
+        if (!code.isEmpty() && lookup.find(types.tbTipo_ViaCODIGO, code)) {
             result = shortForm((catalan ? types.tbTipo_ViaNOMBRE_CAT : types.tbTipo_ViaNOMBRE).text());
-        else if (ask && isChosenFromList(code))
+        } else if (ask && isChosenFromList(code)) {
             // Deliberate: a type from the list comes back as its abbreviation, one that was found as its
             // name.
             result = fromWindows1252(types.tbTipo_ViaCODIGO.text());
+        }
     });
     return result;
 }
@@ -111,8 +114,9 @@ QString Tipo_ViaPorNombre(const QString& name) {
         const QString wanted = name.trimmed();
         StreetTypes lookup("NOMBRE");
         const TDMVias& types = lookup.types();
-        if (!wanted.isEmpty() && lookup.find(types.tbTipo_ViaNOMBRE, wanted))
+        if (!wanted.isEmpty() && lookup.find(types.tbTipo_ViaNOMBRE, wanted)) {
             result = fromWindows1252(types.tbTipo_ViaCODIGO.text());
+        }
     });
     return result;
 }

@@ -22,15 +22,17 @@ bool ClickKeeper::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
-        if (watched->isWindowType())
+        if (watched->isWindowType()) {
             press_ = Press{.window = static_cast<QWindow*>(watched)};
-        else if (watched->isWidgetType() && press_)
+        } else if (watched->isWidgetType() && press_) {
             return !deliver(*std::exchange(press_, std::nullopt), static_cast<QWidget&>(*watched),
                             static_cast<const QMouseEvent&>(*event));
+        }
         return false;
     case QEvent::WindowBlocked:
-        for (Press& press : waiting_)
+        for (Press& press : waiting_) {
             press.isInterrupted |= press.window == watched;
+        }
         return false;
     default:
         return false;
@@ -55,10 +57,12 @@ void ClickKeeper::run(QWidget& window, const std::function<void()>& handlers) {
 /// False when the control is not to be given its press. Its release is posted, also where the button is still
 /// down: a window that was blocked has forgotten which control that belongs to.
 bool ClickKeeper::deliver(const Press& press, QWidget& control, const QMouseEvent& event) {
-    if (!press.isInterrupted)
+    if (!press.isInterrupted) {
         return true;
-    if (press.isAway)
+    }
+    if (press.isAway) {
         return false;
+    }
     QCoreApplication::postEvent(&control,
                                 new QMouseEvent(QEvent::MouseButtonRelease, event.position(),
                                                 event.scenePosition(), event.globalPosition(), event.button(),

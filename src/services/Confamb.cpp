@@ -36,8 +36,9 @@ void TConfig::setDatabase(std::string alias, const std::string& folder) {
 
 void TConfig::loadIni(const std::string& path) {
     const ambrel::ConfigValues values = ambrel::readConfig(path);
-    if (values.folder)
+    if (values.folder) {
         setDatabase(values.alias.value_or(alias_), *values.folder);
+    }
     setProvince(values.province.value_or(province_), values.provinceName.value_or(provinceName_),
                 values.provinceOfStreets.value_or(values.provinceName.value_or(provinceOfStreets_)));
     setMunicipality(values.municipality.value_or(municipalityCode_),

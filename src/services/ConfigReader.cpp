@@ -20,8 +20,9 @@ constexpr std::size_t largestFile = std::size_t{1} << 20;
 
 std::string trimmed(std::string_view text) {
     const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
+    if (first == std::string_view::npos) {
         return {};
+    }
     return std::string(text.substr(first, text.find_last_not_of(blanks) - first + 1));
 }
 
@@ -39,41 +40,49 @@ public:
     ConfigValues read() {
         std::string reason;
         const std::optional<std::string> content = fileStart(path_, largestFile + 1, &reason);
-        if (!content)
+        if (!content) {
             throw dbase::Error(dbase::ErrorCode::NotFound, path_,
                                "No se puede leer la configuración: " + reason);
-        if (content->size() > largestFile)
+        }
+        if (content->size() > largestFile) {
             throw dbase::Error(dbase::ErrorCode::BadValue, path_,
                                "El fichero es demasiado grande para una configuración");
+        }
         std::istringstream lines(*content);
         std::string text;
         while (std::getline(lines, text)) {
             ++line_;
-            if (line_ == 1 && text.starts_with(byteOrderMark))
+            if (line_ == 1 && text.starts_with(byteOrderMark)) {
                 text.erase(0, byteOrderMark.size());
+            }
             readLine(trimmed(text));
         }
-        if (values_.alias && !values_.folder)
+        if (values_.alias && !values_.folder) {
             fail("hay un Alias sin su Carpeta");
+        }
         return values_;
     }
 
 private:
     void readLine(const std::string& line) {
-        if (line.empty() || line.front() == ';' || line.front() == '#')
+        if (line.empty() || line.front() == ';' || line.front() == '#') {
             return;
+        }
         // A control character would cut a path short, or end a line of a request.
-        if (std::ranges::any_of(line, isControl))
+        if (std::ranges::any_of(line, isControl)) {
             fail("hay un carácter de control");
+        }
         if (line.front() == '[') {
-            if (line.back() != ']')
+            if (line.back() != ']') {
                 fail("falta el corchete de cierre de la sección");
+            }
             section_ = trimmed(std::string_view(line).substr(1, line.size() - 2));
             return;
         }
         const std::size_t equals = line.find('=');
-        if (equals == std::string::npos)
+        if (equals == std::string::npos) {
             fail("se esperaba clave=valor");
+        }
         setValue(trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)));
     }
 
@@ -81,50 +90,54 @@ private:
         const auto is = [&](const char* section, const char* name) {
             return sameName(section_, section) && sameName(key, name);
         };
-        if (is("BaseDeDatos", "Alias"))
+        if (is("BaseDeDatos", "Alias")) {
             values_.alias = text(value);
-        else if (is("BaseDeDatos", "Carpeta"))
+        } else if (is("BaseDeDatos", "Carpeta")) {
             values_.folder = folder(value);
-        else if (is("Provincia", "Codigo"))
+        } else if (is("Provincia", "Codigo")) {
             values_.province = number(value);
-        else if (is("Provincia", "Nombre"))
+        } else if (is("Provincia", "Nombre")) {
             values_.provinceName = text(value);
-        else if (is("Provincia", "NombreEnVias"))
+        } else if (is("Provincia", "NombreEnVias")) {
             values_.provinceOfStreets = text(value);
-        else if (is("Municipio", "Codigo"))
+        } else if (is("Municipio", "Codigo")) {
             values_.municipality = number(value);
-        else if (is("Municipio", "Nombre"))
+        } else if (is("Municipio", "Nombre")) {
             values_.municipalityName = text(value);
-        else if (is("Opciones", "EntidadesMenores"))
+        } else if (is("Opciones", "EntidadesMenores")) {
             values_.minorEntities = choice(value);
-        else if (is("Opciones", "AsegurarEnDisco"))
+        } else if (is("Opciones", "AsegurarEnDisco")) {
             values_.securesOnDisk = choice(value);
-        else if (is("Callejero", "Servidor"))
+        } else if (is("Callejero", "Servidor")) {
             values_.directoryServer = address(value);
-        else if (is("Callejero", "Accion"))
+        } else if (is("Callejero", "Accion")) {
             values_.actionPrefix = address(value);
-        else if (is("Callejero", "EspacioDeNombres"))
+        } else if (is("Callejero", "EspacioDeNombres")) {
             values_.xmlNamespace = address(value);
-        else
+        } else {
             fail("clave desconocida: [" + section_ + "] " + key);
+        }
     }
 
     [[nodiscard]] std::string text(const std::string& value) const {
-        if (const auto bytes = dbase::CodePage::windows1252().fromUtf8(value))
+        if (const auto bytes = dbase::CodePage::windows1252().fromUtf8(value)) {
             return *bytes;
+        }
         fail("el texto no es UTF-8 o tiene letras que las tablas no admiten: " + value);
     }
 
     [[nodiscard]] std::string folder(const std::string& value) const {
-        if (value.empty())
+        if (value.empty()) {
             fail("falta la carpeta");
+        }
         const std::filesystem::path own = std::filesystem::absolute(path_).parent_path();
         return (own / value).lexically_normal().string();
     }
 
     [[nodiscard]] std::string address(const std::string& value) const {
-        if (!value.starts_with("http://") && !value.starts_with("https://"))
+        if (!value.starts_with("http://") && !value.starts_with("https://")) {
             fail("se esperaba una dirección que empiece por http:// o https://: " + value);
+        }
         return value;
     }
 
@@ -132,16 +145,19 @@ private:
         int result = 0;
         const char* const end = value.data() + value.size();
         const auto [rest, error] = std::from_chars(value.data(), end, result);
-        if (error != std::errc() || rest != end || result < 0)
+        if (error != std::errc() || rest != end || result < 0) {
             fail("se esperaba un número: " + value);
+        }
         return result;
     }
 
     [[nodiscard]] bool choice(const std::string& value) const {
-        if (sameName(value, "si") || value == "sí" || value == "Sí")
+        if (sameName(value, "si") || value == "sí" || value == "Sí") {
             return true;
-        if (!sameName(value, "no"))
+        }
+        if (!sameName(value, "no")) {
             fail("se esperaba si o no: " + value);
+        }
         return false;
     }
 

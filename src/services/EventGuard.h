@@ -23,8 +23,9 @@ AMBREL_EXPORT void runGuarded(const std::function<void()>& body) noexcept;
 /// Wraps a handler for connect(): connect(button, &QPushButton::clicked, this, guarded([this] { ... })).
 template<class Body>
 [[nodiscard]] auto guarded(Body body) {
-    return [body = std::move(body)]<class... Arguments>(
-        Arguments && ... arguments) mutable requires std::is_invocable_v<Body&, Arguments...> {
+    return [body = std::move(body)]<class... Arguments>(Arguments && ... arguments) mutable
+        requires std::is_invocable_v<Body&, Arguments...>
+    {
         runGuarded([&] { body(std::forward<Arguments>(arguments)...); });
     };
 }

@@ -21,11 +21,13 @@ std::u32string capitals(std::string_view text) {
     try {
         characters = std::filesystem::path(text).u32string();
     } catch (const std::filesystem::filesystem_error&) {
-        for (const char c : text)
+        for (const char c : text) {
             characters.push_back(static_cast<unsigned char>(c));
+        }
     }
-    for (char32_t& character : characters)
+    for (char32_t& character : characters) {
         character = capital(character);
+    }
     return characters;
 }
 

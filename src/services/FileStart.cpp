@@ -15,8 +15,9 @@ namespace ambrel {
 namespace {
 
 std::nullopt_t refuse(std::string* reason, const std::string& text) {
-    if (reason)
+    if (reason) {
         *reason = text;
+    }
     return std::nullopt;
 }
 
@@ -29,21 +30,26 @@ std::string notPlain(const std::filesystem::file_status& status) {
 std::optional<std::string> fileStart(const std::string& path, std::size_t most, std::string* reason) {
     std::error_code failure;
     const std::filesystem::file_status status = std::filesystem::status(path, failure);
-    if (failure)
+    if (failure) {
         return refuse(reason, dbase::systemReason(failure.value()));
-    if (!std::filesystem::is_regular_file(status))
+    }
+    if (!std::filesystem::is_regular_file(status)) {
         return refuse(reason, notPlain(status));
+    }
     const std::uintmax_t size = std::filesystem::file_size(path, failure);
-    if (failure)
+    if (failure) {
         return refuse(reason, dbase::systemReason(failure.value()));
+    }
     errno = 0;
     std::ifstream file(path, std::ios::binary);
-    if (!file.is_open())
+    if (!file.is_open()) {
         return refuse(reason, dbase::systemReason(errno));
+    }
     std::string text(static_cast<std::size_t>(std::min<std::uintmax_t>(size, most)), '\0');
     file.read(text.data(), static_cast<std::streamsize>(text.size()));
-    if (file.bad())
+    if (file.bad()) {
         return refuse(reason, dbase::systemReason(errno));
+    }
     text.resize(static_cast<std::size_t>(file.gcount())); // somebody may have cut it meanwhile
     return text;
 }

@@ -28,29 +28,34 @@ FocusEvents::FocusEvents(QObject* application) : QObject(application), clicks_(n
 
 FocusEvents& FocusEvents::instance() {
     static QPointer<FocusEvents> events;
-    if (!events)
+    if (!events) {
         events = new FocusEvents(qApp);
+    }
     return *events;
 }
 
 void FocusEvents::watch(QWidget* control, Handler onEnter, Handler onExit) {
     FocusEvents& events = instance();
-    if (!events.handlers_.contains(control))
+    if (!events.handlers_.contains(control)) {
         connect(control, &QObject::destroyed, &events,
                 [&events, control] { events.handlers_.remove(control); });
+    }
     events.handlers_.insert(control, {std::move(onEnter), std::move(onExit)});
-    if (events.controlOf(QApplication::focusWidget()) == control)
+    if (events.controlOf(QApplication::focusWidget()) == control) {
         events.stateOf(control->window())->control =
             control; // it is being used already: only its exit is to come
+    }
 }
 
 void FocusEvents::unwatch(QWidget* control) { instance().handlers_.remove(control); }
 
 /// The watched control that a widget is, or is a part of; null when there is none.
 QWidget* FocusEvents::controlOf(QWidget* focused) const {
-    for (QWidget* widget = focused; widget; widget = widget->isWindow() ? nullptr : widget->parentWidget())
-        if (handlers_.contains(widget))
+    for (QWidget* widget = focused; widget; widget = widget->isWindow() ? nullptr : widget->parentWidget()) {
+        if (handlers_.contains(widget)) {
             return widget;
+        }
+    }
     return nullptr;
 }
 
@@ -64,17 +69,20 @@ std::shared_ptr<FocusEvents::Window> FocusEvents::stateOf(QWidget* window) {
 }
 
 void FocusEvents::follow(QWidget* focused) {
-    if (!focused || isMenu(focused))
+    if (!focused || isMenu(focused)) {
         return;
+    }
     QWidget* const window = focused->window();
-    if (windows_.contains(window) || controlOf(focused))
+    if (windows_.contains(window) || controlOf(focused)) {
         settle(window);
+    }
 }
 
 void FocusEvents::settle(QWidget* window) {
     const std::shared_ptr<Window> state = stateOf(window);
-    if (state->running)
+    if (state->running) {
         return;
+    }
     state->running = true;
     clicks_->run(*window, [&] { runHandlers(*window, *state); });
     state->running = false;
@@ -86,8 +94,9 @@ void FocusEvents::runHandlers(QWidget& window, Window& state) const {
     for (int count = 0; alive && count < patience; ++count) {
         QWidget* const focused = window.focusWidget();
         QWidget* const target = controlOf(focused);
-        if (target == state.control || isMenu(focused))
+        if (target == state.control || isMenu(focused)) {
             break;
+        }
         if (state.control) {
             run(std::exchange(state.control, nullptr), &Handlers::onExit);
         } else {
@@ -99,10 +108,12 @@ void FocusEvents::runHandlers(QWidget& window, Window& state) const {
 
 void FocusEvents::run(QWidget* control, Handler Handlers::*which) const {
     const auto found = handlers_.constFind(control);
-    if (found == handlers_.cend())
+    if (found == handlers_.cend()) {
         return;
-    if (const Handler handler = (*found).*which) // a copy: the handler may take the control away
+    }
+    if (const Handler handler = (*found).*which) { // a copy: the handler may take the control away
         runGuarded(handler);
+    }
 }
 
 } // namespace ambrel

@@ -45,8 +45,9 @@ std::uint16_t namedKey(int key) {
 std::optional<std::uint16_t> capitalLetter(char32_t character) {
     const dbase::CodePage& page = dbase::CodePage::windows1252();
     const auto byte = page.encode(character);
-    if (!byte || !page.isLetter(*byte))
+    if (!byte || !page.isLetter(*byte)) {
         return std::nullopt;
+    }
     return page.upper(*byte);
 }
 
@@ -54,15 +55,19 @@ std::optional<std::uint16_t> capitalLetter(char32_t character) {
 
 std::uint16_t keyCode(const QKeyEvent& event) {
     const int key = event.key();
-    if ((key >= Qt::Key_0 && key <= Qt::Key_9) || (key >= Qt::Key_A && key <= Qt::Key_Z))
+    if ((key >= Qt::Key_0 && key <= Qt::Key_9) || (key >= Qt::Key_A && key <= Qt::Key_Z)) {
         return static_cast<std::uint16_t>(key);
-    if (const std::uint16_t code = namedKey(key))
+    }
+    if (const std::uint16_t code = namedKey(key)) {
         return code;
+    }
     // The text tells what was typed; together with Ctrl it does not, and then the key is the character
     // itself.
-    if (event.text().size() == 1)
-        if (const auto letter = capitalLetter(event.text().front().unicode()))
+    if (event.text().size() == 1) {
+        if (const auto letter = capitalLetter(event.text().front().unicode())) {
             return *letter;
+        }
+    }
     return capitalLetter(static_cast<char32_t>(key)).value_or(key_code::none);
 }
 

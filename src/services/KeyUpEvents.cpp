@@ -48,48 +48,58 @@ bool KeyUpEvents::eventFilter(QObject*, QEvent* event) {
 }
 
 void KeyUpEvents::notePress(const QKeyEvent& event) {
-    if (event.isAutoRepeat())
+    if (event.isAutoRepeat()) {
         return;
-    if (const auto old = pressOf(event); old != presses_.end())
+    }
+    if (const auto old = pressOf(event); old != presses_.end()) {
         presses_.erase(old); // it went up elsewhere, or a filter sends the same press once more
+    }
     presses_.push_back({event.key(), event.nativeScanCode(), keyCode(event), event.modifiers()});
 }
 
 void KeyUpEvents::noteText(const QInputMethodEvent& event) {
-    if (event.commitString().isEmpty())
+    if (event.commitString().isEmpty()) {
         return;
+    }
     notePress({QEvent::KeyPress, unknownKey, Qt::NoModifier, event.commitString().last(1)});
 }
 
 KeyUpEvents::Presses::iterator KeyUpEvents::pressOf(const QKeyEvent& event) {
     return std::ranges::find_if(presses_, [&](const Press& press) {
-        if (press.scanCode != 0 && event.nativeScanCode() != 0)
+        if (press.scanCode != 0 && event.nativeScanCode() != 0) {
             return press.scanCode == event.nativeScanCode();
+        }
         return press.key == event.key();
     });
 }
 
 bool KeyUpEvents::release(const QKeyEvent& event) {
-    if (event.isAutoRepeat())
+    if (event.isAutoRepeat()) {
         return false;
+    }
     auto found = pressOf(event);
-    if (found == presses_.end())
+    if (found == presses_.end()) {
         found = std::ranges::find(presses_, unknownKey, &Press::key);
-    if (found == presses_.end())
+    }
+    if (found == presses_.end()) {
         return false;
+    }
     const Press press = *found;
     presses_.erase(found);
-    if (!control_->isVisible() || !control_->isActiveWindow())
+    if (!control_->isVisible() || !control_->isActiveWindow()) {
         return false;
+    }
     const std::uint16_t left = tell(press);
     return press.code != key_code::none && left == key_code::none;
 }
 
 void KeyUpEvents::releasePending() {
     const QPointer<KeyUpEvents> alive = this;
-    for (const Press& press : std::exchange(presses_, {}))
-        if (alive && isAlphanumeric(static_cast<unsigned char>(press.code)))
+    for (const Press& press : std::exchange(presses_, {})) {
+        if (alive && isAlphanumeric(static_cast<unsigned char>(press.code))) {
             static_cast<void>(tell(press));
+        }
+    }
 }
 
 /// What the handler made of the key's code. The handler may delete the control, and this object with it.

@@ -64,11 +64,13 @@ MessageAnswer showMessageBox(const MessageBox& box) {
             addButton(*dialog, "BBAceptar", QStringLiteral("&Aceptar"), QMessageBox::AcceptRole));
     }
     execModal(*dialog);
-    if (!dialog)
+    if (!dialog) {
         return MessageAnswer::Cancel;
+    }
     const std::unique_ptr<QMessageBox> freed(dialog);
-    if (!yes)
+    if (!yes) {
         return MessageAnswer::Accept;
+    }
     return dialog->clickedButton() == yes ? MessageAnswer::Yes : MessageAnswer::No;
 }
 

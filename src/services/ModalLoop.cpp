@@ -9,12 +9,14 @@ namespace ambrel {
 
 int execModal(QDialog& dialog) {
     QPointer<QWidget> before = QApplication::activeWindow();
-    if (!before)
+    if (!before) {
         before = dialog.parentWidget();
+    }
     const int result = dialog.exec();
     // Not in another program, where the user may have gone meanwhile.
-    if (before && before->isVisible() && QGuiApplication::applicationState() == Qt::ApplicationActive)
+    if (before && before->isVisible() && QGuiApplication::applicationState() == Qt::ApplicationActive) {
         before->activateWindow();
+    }
     return result;
 }
 

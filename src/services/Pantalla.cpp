@@ -29,8 +29,9 @@ public:
     /// Whether the next text is drawn at once. Otherwise it is seen with the next drawing.
     [[nodiscard]] bool drawsNext() {
         const bool isQuick = sinceDrawn_.isValid() && sinceDrawn_.elapsed() < readingPause;
-        if (isQuick && quickTexts_ >= mostQuickTexts)
+        if (isQuick && quickTexts_ >= mostQuickTexts) {
             return false;
+        }
         quickTexts_ = isQuick ? quickTexts_ + 1 : 0;
         sinceDrawn_.start();
         return true;
@@ -112,10 +113,12 @@ ProgressWindow showWindow(const QString& text, QWidget* owner) {
     const ExposeWatch watch(window->windowHandle());
     window->show();
     watch.wait();
-    if (shown)
+    if (shown) {
         drawNow(*window);
-    if (active && shown && QApplication::activeWindow() == shown)
+    }
+    if (active && shown && QApplication::activeWindow() == shown) {
         active->activateWindow(); // some platforms make everything active that is shown
+    }
     return shown;
 }
 
@@ -126,12 +129,15 @@ void changeText(const QString& text, QWidget& window) {
     setText(window, text);
     const bool hasGrown = before.expandedTo(window.size()) != before;
     auto* const box = dynamic_cast<ProgressBox*>(&window);
-    if (box && !box->drawsNext() && !hasGrown)
+    if (box && !box->drawsNext() && !hasGrown) {
         return;
-    if (hasGrown && window.isVisible())
+    }
+    if (hasGrown && window.isVisible()) {
         watch.wait();
-    if (alive)
+    }
+    if (alive) {
         drawNow(window);
+    }
 }
 
 void closeWindow(QWidget& window) {
@@ -159,11 +165,13 @@ ambrel::ProgressWindow MuestraMensaje(const QString& text, QWidget* owner) {
 }
 
 void CambiaMensaje(const QString& text, const ambrel::ProgressWindow& window) {
-    if (window)
+    if (window) {
         ambrel::display().change(text, *window);
+    }
 }
 
 void CierraMensaje(const ambrel::ProgressWindow& window) {
-    if (window)
+    if (window) {
         ambrel::display().close(*window);
+    }
 }

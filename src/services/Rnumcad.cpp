@@ -17,8 +17,9 @@ std::size_t taken(int n, std::size_t available) {
 
 std::string Espacios(std::string_view text, int width) {
     std::string result(text);
-    if (width > 0)
+    if (width > 0) {
         result.resize(static_cast<std::size_t>(width), ' ');
+    }
     return result;
 }
 
@@ -43,8 +44,9 @@ std::string Int_Cad(int number) { return std::to_string(number); }
 
 int Cad_Int(std::string_view text) {
     std::string_view digits = ambrel::withoutBlanks(text);
-    if (digits.size() > 1 && digits.front() == '+' && digits[1] != '-')
+    if (digits.size() > 1 && digits.front() == '+' && digits[1] != '-') {
         digits.remove_prefix(1);
+    }
     int number = 0;
     const char* const end = digits.data() + digits.size();
     const auto [rest, error] = std::from_chars(digits.data(), end, number);
@@ -55,8 +57,9 @@ namespace ambrel {
 
 std::string_view withoutBlanks(std::string_view text) {
     const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos)
+    if (first == std::string_view::npos) {
         return {};
+    }
     return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 

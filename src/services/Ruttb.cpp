@@ -32,7 +32,8 @@ void DesbloqueaAll(dbase::Dataset& table) { table.unlockAll(); }
 std::unique_ptr<dbase::Dataset> CreaTabla(const std::string& database, const std::string& tableFile,
                                           const std::string& tag, [[maybe_unused]] bool reserved, bool open) {
     auto table = std::make_unique<dbase::Dataset>(database, tableFile, tag);
-    if (open)
+    if (open) {
         table->open();
+    }
     return table;
 }

@@ -23,8 +23,9 @@ FocusColouring& colouring() {
 QColor readableBehind(const QColor& text) { return qGray(text.rgb()) > brightText ? darkOlive : paleYellow; }
 
 void takeFocusColour(QWidget& control) {
-    if (control.property(normalPaletteProperty).isValid())
+    if (control.property(normalPaletteProperty).isValid()) {
         return;
+    }
     QPalette palette =
         control.palette(); // knows which of its colours are the control's own and which its parent's
     control.setProperty(normalPaletteProperty, palette);
@@ -34,8 +35,9 @@ void takeFocusColour(QWidget& control) {
 
 void restoreNormalColour(QWidget& control) {
     const QVariant normal = control.property(normalPaletteProperty);
-    if (!normal.isValid())
+    if (!normal.isValid()) {
         return;
+    }
     control.setPalette(normal.value<QPalette>());
     control.setProperty(normalPaletteProperty, QVariant());
 }
@@ -43,10 +45,11 @@ void restoreNormalColour(QWidget& control) {
 } // namespace
 
 void colourByPalette(QWidget& control, bool focused) {
-    if (focused)
+    if (focused) {
         takeFocusColour(control);
-    else
+    } else {
         restoreNormalColour(control);
+    }
 }
 
 void setFocusColouring(FocusColouring function) {
@@ -56,11 +59,13 @@ void setFocusColouring(FocusColouring function) {
 } // namespace ambrel
 
 void TomaFocoControl(QWidget* control) {
-    if (control)
+    if (control) {
         ambrel::colouring()(*control, true);
+    }
 }
 
 void DejaFocoControl(QWidget* control) {
-    if (control)
+    if (control) {
         ambrel::colouring()(*control, false);
+    }
 }

@@ -19,8 +19,9 @@ TagWatch::TagWatch(QObject& object, Handler handler) : QObject(&object), handler
 
 bool TagWatch::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::DynamicPropertyChange ||
-        static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName() != tagProperty)
+        static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName() != tagProperty) {
         return false;
+    }
     const Handler handler = handler_; // the handler may delete the object, and this one with it
     const int tag = tagOf(*watched);
     runGuarded([&] { handler(tag); });

@@ -15,9 +15,11 @@ const dbase::CodePage& page() { return dbase::CodePage::windows1252(); }
 char32_t withoutStroke(char32_t letter) {
     static constexpr std::array<std::pair<char32_t, char32_t>, 5> letters{
         {{U'Ł', U'L'}, {U'ł', U'l'}, {U'Đ', U'D'}, {U'đ', U'd'}, {U'ı', U'i'}}};
-    for (const auto& [stroked, plain] : letters)
-        if (stroked == letter)
+    for (const auto& [stroked, plain] : letters) {
+        if (stroked == letter) {
             return plain;
+        }
+    }
     return letter;
 }
 
@@ -25,11 +27,13 @@ char32_t withoutStroke(char32_t letter) {
 /// pieces. A letter stays together with its marks, unless it has dozens of them.
 qsizetype pieceEnd(const QString& text, qsizetype begin) {
     constexpr qsizetype longest = 64;
-    if (text.size() - begin <= longest)
+    if (text.size() - begin <= longest) {
         return text.size();
+    }
     qsizetype end = begin + longest;
-    while (end > begin + 1 && (text[end].isMark() || text[end].isLowSurrogate()))
+    while (end > begin + 1 && (text[end].isMark() || text[end].isLowSurrogate())) {
         --end;
+    }
     return end > begin + 1 ? end : begin + longest;
 }
 
@@ -40,11 +44,14 @@ void appendNearest(std::string& bytes, char32_t character) {
     }
     const std::size_t before = bytes.size();
     const QString parts = QString::fromUcs4(&character, 1).normalized(QString::NormalizationForm_KD);
-    for (const QChar part : parts)
-        if (const auto byte = page().encode(part.unicode()); byte && !part.isMark())
+    for (const QChar part : parts) {
+        if (const auto byte = page().encode(part.unicode()); byte && !part.isMark()) {
             bytes.push_back(static_cast<char>(*byte));
-    if (bytes.size() == before)
+        }
+    }
+    if (bytes.size() == before) {
         bytes.push_back('?');
+    }
 }
 
 } // namespace
@@ -52,8 +59,9 @@ void appendNearest(std::string& bytes, char32_t character) {
 QString fromWindows1252(std::string_view bytes) {
     QString text;
     text.reserve(static_cast<qsizetype>(bytes.size()));
-    for (const char c : bytes)
+    for (const char c : bytes) {
         text.append(QChar(static_cast<char16_t>(page().decode(static_cast<unsigned char>(c)))));
+    }
     return text;
 }
 
@@ -62,8 +70,9 @@ std::optional<std::string> toWindows1252(const QString& text) {
     bytes.reserve(static_cast<std::size_t>(text.size()));
     for (const QChar character : text) {
         const auto byte = page().encode(character.unicode());
-        if (!byte)
+        if (!byte) {
             return std::nullopt;
+        }
         bytes.push_back(static_cast<char>(*byte));
     }
     return bytes;
@@ -74,8 +83,9 @@ std::string toNearestWindows1252(const QString& text) {
     for (qsizetype begin = 0, end = 0; begin < text.size(); begin = end) {
         end = pieceEnd(text, begin);
         const QString piece = text.sliced(begin, end - begin).normalized(QString::NormalizationForm_C);
-        for (const char32_t character : piece.toStdU32String())
+        for (const char32_t character : piece.toStdU32String()) {
             appendNearest(bytes, character);
+        }
     }
     return bytes;
 }

@@ -28,20 +28,25 @@ double contrast(const QColor& one, const QColor& other) {
 DrawnText drawnIn(QWidget& widget, const QRect& part) {
     const QImage image = widget.grab(part).toImage().convertToFormat(QImage::Format_RGB32);
     QHash<QRgb, int> pixels;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
             ++pixels[image.pixel(x, y)];
+        }
+    }
     DrawnText drawn;
     int most = 0;
-    for (auto pixel = pixels.cbegin(); pixel != pixels.cend(); ++pixel)
+    for (auto pixel = pixels.cbegin(); pixel != pixels.cend(); ++pixel) {
         if (pixel.value() > most) {
             most = pixel.value();
             drawn.background = pixel.key();
         }
+    }
     drawn.text = drawn.background;
-    for (auto pixel = pixels.cbegin(); pixel != pixels.cend(); ++pixel)
-        if (contrast(drawn.background, pixel.key()) > contrast(drawn.background, drawn.text))
+    for (auto pixel = pixels.cbegin(); pixel != pixels.cend(); ++pixel) {
+        if (contrast(drawn.background, pixel.key()) > contrast(drawn.background, drawn.text)) {
             drawn.text = pixel.key();
+        }
+    }
     return drawn;
 }
 

@@ -25,10 +25,11 @@ constexpr int streetLetters = 28;    // the longest streets in their list, too
 class Findings {
 public:
     void check(const QWidget& widget, const QString& text, int room, int needed, const char* what) {
-        if (room < needed)
+        if (room < needed) {
             sentences.push_back(widget.objectName().toStdString() + ": " + std::to_string(room) + " of " +
                                 std::to_string(needed) + " pixels " + what + " \"" + text.toStdString() +
                                 '"');
+        }
     }
     void checkSize(const QWidget& widget, const QString& text, const QSize& needed) {
         check(widget, text, widget.width(), needed.width(), "across for");
@@ -43,12 +44,14 @@ int advance(const QWidget& widget, const QString& text) {
 }
 
 void checkLabel(const QLabel& label, Findings& findings) {
-    if (label.text().isEmpty())
+    if (label.text().isEmpty()) {
         return;
-    if (label.wordWrap())
+    }
+    if (label.wordWrap()) {
         findings.check(label, label.text(), label.height(), label.heightForWidth(label.width()), "down for");
-    else
+    } else {
         findings.checkSize(label, label.text(), label.sizeHint());
+    }
 }
 
 void checkCombo(const QComboBox& combo, Findings& findings) {
@@ -71,9 +74,10 @@ void checkEdit(const QLineEdit& edit, Findings& findings) {
     const QMargins margins = edit.textMargins();
     findings.check(edit, edit.text(), room.height() - margins.top() - margins.bottom(),
                    edit.fontMetrics().height(), "down for");
-    if (edit.text().size() <= scrollingLetters)
+    if (edit.text().size() <= scrollingLetters) {
         findings.check(edit, edit.text(), room.width() - margins.left() - margins.right(),
                        advance(edit, edit.text()) + caretRoom, "across for");
+    }
 }
 
 void checkTable(const QTableView& table, Findings& findings) {
@@ -92,9 +96,10 @@ void checkTable(const QTableView& table, Findings& findings) {
             const bool isStreet =
                 title == QStringLiteral("Nombre") &&
                 table.parentWidget()->parentWidget()->objectName() == QStringLiteral("DBGPostal");
-            if (text.size() <= (isStreet ? streetLetters : wholeNameLetters))
+            if (text.size() <= (isStreet ? streetLetters : wholeNameLetters)) {
                 findings.check(*table.parentWidget(), text, table.columnWidth(column),
                                advance(table, text) + 2 * cellMargin, "across for the cell");
+            }
         }
     }
     findings.check(*table.parentWidget(), {}, table.rowHeight(0), table.fontMetrics().height(),
@@ -105,16 +110,19 @@ void checkTable(const QTableView& table, Findings& findings) {
 
 void checkHints(const QStatusBar& bar, const QWidget& window, Findings& findings) {
     findings.check(bar, {}, bar.height(), bar.fontMetrics().height(), "down for");
-    for (const QWidget* const control : window.findChildren<QWidget*>())
-        if (!control->toolTip().isEmpty())
+    for (const QWidget* const control : window.findChildren<QWidget*>()) {
+        if (!control->toolTip().isEmpty()) {
             findings.check(bar, control->toolTip(), bar.width() - statusBarMargin,
                            advance(bar, control->toolTip()), "across for");
+        }
+    }
 }
 
 void checkPlace(const QWidget& widget, Findings& findings) {
     const QRect place = widget.geometry(), room = widget.parentWidget()->rect();
-    if (!room.contains(place) && !place.isEmpty())
+    if (!room.contains(place) && !place.isEmpty()) {
         findings.check(widget, {}, 0, 1, "inside of what holds it for");
+    }
 }
 
 } // namespace
@@ -122,24 +130,26 @@ void checkPlace(const QWidget& widget, Findings& findings) {
 std::vector<std::string> cutTexts(const QWidget& window) {
     Findings findings;
     for (const QWidget* const widget : window.findChildren<QWidget*>()) {
-        if (!widget->isVisibleTo(&window) || widget->isWindow())
+        if (!widget->isVisibleTo(&window) || widget->isWindow()) {
             continue;
-        if (const auto* label = qobject_cast<const QLabel*>(widget))
+        }
+        if (const auto* label = qobject_cast<const QLabel*>(widget)) {
             checkLabel(*label, findings);
-        else if (const auto* button = qobject_cast<const QAbstractButton*>(widget))
+        } else if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) {
             findings.checkSize(*button, button->text(), button->sizeHint());
-        else if (const auto* frame = qobject_cast<const QGroupBox*>(widget))
+        } else if (const auto* frame = qobject_cast<const QGroupBox*>(widget)) {
             findings.checkSize(*frame, frame->title(), frame->minimumSizeHint());
-        else if (const auto* combo = qobject_cast<const QComboBox*>(widget))
+        } else if (const auto* combo = qobject_cast<const QComboBox*>(widget)) {
             checkCombo(*combo, findings);
-        else if (const auto* edit = qobject_cast<const QLineEdit*>(widget))
+        } else if (const auto* edit = qobject_cast<const QLineEdit*>(widget)) {
             checkEdit(*edit, findings);
-        else if (const auto* table = qobject_cast<const QTableView*>(widget))
+        } else if (const auto* table = qobject_cast<const QTableView*>(widget)) {
             checkTable(*table, findings);
-        else if (const auto* bar = qobject_cast<const QStatusBar*>(widget))
+        } else if (const auto* bar = qobject_cast<const QStatusBar*>(widget)) {
             checkHints(*bar, window, findings);
-        else
+        } else {
             continue;
+        }
         checkPlace(*widget, findings);
     }
     return findings.sentences;

@@ -25,9 +25,11 @@ bool isWhole(const QWidget& widget) {
 
 bool isPart(const QWidget& widget, const QWidget& window) {
     for (const QWidget* parent = widget.parentWidget(); parent && parent != &window;
-         parent = parent->parentWidget())
-        if (isWhole(*parent) || parent->isWindow())
+         parent = parent->parentWidget()) {
+        if (isWhole(*parent) || parent->isWindow()) {
             return true;
+        }
+    }
     return false;
 }
 
@@ -44,16 +46,18 @@ std::vector<QWidget*> controlsOf(const QWidget& window) {
         const bool isButton = qobject_cast<QAbstractButton*>(widget);
         if (!widget->isVisibleTo(&window) || isPart(*widget, window) ||
             widget->objectName().startsWith(QStringLiteral("qt_")) ||
-            (widget->focusPolicy() == Qt::NoFocus && !isButton))
+            (widget->focusPolicy() == Qt::NoFocus && !isButton)) {
             continue;
+        }
         controls.push_back(widget);
     }
     return controls;
 }
 
 bool isTabStop(const QWidget& control) {
-    if (const auto* choice = qobject_cast<const QRadioButton*>(&control); choice && !choice->isChecked())
+    if (const auto* choice = qobject_cast<const QRadioButton*>(&control); choice && !choice->isChecked()) {
         return false;
+    }
     return control.isEnabled() && (control.focusPolicy() & Qt::TabFocus);
 }
 
@@ -65,22 +69,26 @@ std::string spoken(QWidget& control, QAccessible::Text what) {
 std::vector<Mnemonic> mnemonicsOf(const QWidget& window) {
     std::vector<Mnemonic> mnemonics;
     const auto add = [&](const QString& text, QWidget* bearer, QWidget* target) {
-        if (const QChar letter = letterOf(text); !letter.isNull())
+        if (const QChar letter = letterOf(text); !letter.isNull()) {
             mnemonics.push_back({letter, bearer, target});
+        }
     };
     for (QWidget* const widget : window.findChildren<QWidget*>()) {
-        if (!widget->isVisibleTo(&window))
+        if (!widget->isVisibleTo(&window)) {
             continue;
-        if (auto* const label = qobject_cast<QLabel*>(widget))
+        }
+        if (auto* const label = qobject_cast<QLabel*>(widget)) {
             add(label->text(), label, label->buddy());
-        else if (auto* const button = qobject_cast<QAbstractButton*>(widget))
+        } else if (auto* const button = qobject_cast<QAbstractButton*>(widget)) {
             add(button->shortcut().isEmpty() ? QString() : u'&' + button->shortcut().toString().right(1),
                 button, button);
-        else if (auto* const frame = qobject_cast<QGroupBox*>(widget))
+        } else if (auto* const frame = qobject_cast<QGroupBox*>(widget)) {
             add(frame->title(), frame, frame);
-        else if (auto* const bar = qobject_cast<QMenuBar*>(widget))
-            for (const QAction* const menu : bar->actions())
+        } else if (auto* const bar = qobject_cast<QMenuBar*>(widget)) {
+            for (const QAction* const menu : bar->actions()) {
                 add(menu->text(), bar, bar);
+            }
+        }
     }
     return mnemonics;
 }

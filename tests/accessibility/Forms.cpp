@@ -115,8 +115,9 @@ void play(QWidget& window, const std::function<void(QWidget&)>& step) {
 const std::vector<Form>& allForms() {
     static const std::vector<Form> forms = [] {
         std::vector<Form> all;
-        for (const auto& [form, name] : formNames())
+        for (const auto& [form, name] : formNames()) {
             all.push_back(form);
+        }
         return all;
     }();
     return forms;
@@ -256,8 +257,9 @@ void Forms::showBox(Form form, const Step& step) {
     ambrel::test::ModalScript script;
     script.expect("QMessageBox", [&](QDialog& box) {
         step(box);
-        if (box.isVisible())
+        if (box.isVisible()) {
             QTest::keyClick(&box, Qt::Key_Escape);
+        }
     });
     const bool asks = form == Form::MensajePregunta;
     static_cast<void>(ambrel::showMessageBox(
@@ -273,8 +275,9 @@ void Forms::showBox(Form form, const Step& step) {
 void Forms::showHost(Form form, const Step& step) {
     const HostLook look;
     host::MainWindow window(host::hostDatabase);
-    if (form == Form::Clientes)
+    if (form == Form::Clientes) {
         return play(window, step);
+    }
     host::HostTable table(host::hostDatabase);
     table.data.open();
     ambrel::test::showActive(window);
@@ -286,15 +289,17 @@ void Forms::showHost(Form form, const Step& step) {
 
 std::string focused(const QWidget& window) {
     const QWidget* widget = window.focusWidget();
-    while (widget && (widget->objectName().isEmpty() || widget->objectName().startsWith("qt_")))
+    while (widget && (widget->objectName().isEmpty() || widget->objectName().startsWith("qt_"))) {
         widget = widget->parentWidget();
+    }
     return widget ? widget->objectName().toStdString() : std::string();
 }
 
 void press(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers) {
-    if (window.isVisible() && !window.isActiveWindow())
+    if (window.isVisible() && !window.isActiveWindow()) {
         ambrel::test::showActive(
             window); // the platform of the tests leaves none active after another has gone
+    }
     QTest::keyClick(window.focusWidget() ? window.focusWidget() : &window, key, modifiers);
 }
 
@@ -304,8 +309,9 @@ void pressAltToClose(QWidget& window, Qt::Key letter) {
 }
 
 void type(const QWidget& window, const QString& text) {
-    for (const QChar letter : text) // each where the focus is by then
+    for (const QChar letter : text) { // each where the focus is by then
         ambrel::test::typeInto(*window.focusWidget(), letter);
+    }
 }
 
 void typeAndTab(QWidget& window, const QString& text) {

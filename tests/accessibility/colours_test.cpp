@@ -36,8 +36,9 @@ QPalette paletteOf(const Colours& colours) {
     palette.setColor(QPalette::AlternateBase, colours.base);
     palette.setColor(QPalette::Highlight, colours.highlight);
     palette.setColor(QPalette::HighlightedText, colours.highlightedText);
-    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(role, colours.text);
+    }
     return palette;
 }
 
@@ -81,12 +82,14 @@ TEST_P(Readable, TheTextOfEachEditIsReadableWithTheFocus) {
     showInAllColours([](QWidget& window) {
         for (QWidget* const control : controlsOf(window)) {
             auto* const edit = qobject_cast<QLineEdit*>(control);
-            if (!edit || !edit->isEnabled())
+            if (!edit || !edit->isEnabled()) {
                 continue;
+            }
             const bool isEmpty = edit->text().isEmpty();
             const QSignalBlocker silent(edit);
-            if (isEmpty)
+            if (isEmpty) {
                 edit->setText(QStringLiteral("MWH"));
+            }
             edit->setFocus(Qt::TabFocusReason);
             ASSERT_TRUE(edit->hasFocus()) << edit->objectName().toStdString();
             edit->deselect();
@@ -95,8 +98,9 @@ TEST_P(Readable, TheTextOfEachEditIsReadableWithTheFocus) {
             EXPECT_GE(contrast(colours.color(QPalette::Text), colours.color(QPalette::Base)),
                       readableContrast)
                 << edit->objectName().toStdString();
-            if (isEmpty)
+            if (isEmpty) {
                 edit->clear();
+            }
         }
     });
 }
@@ -105,12 +109,14 @@ TEST_P(Readable, TheTextOfEachEditIsReadableWithoutTheFocus) {
     showInAllColours([](QWidget& window) {
         for (QWidget* const control : controlsOf(window)) {
             auto* const edit = qobject_cast<QLineEdit*>(control);
-            if (!edit || edit->hasFocus())
+            if (!edit || edit->hasFocus()) {
                 continue;
+            }
             const QString before = edit->text();
             const QSignalBlocker silent(edit);
-            if (before.isEmpty())
+            if (before.isEmpty()) {
                 edit->setText(QStringLiteral("MWH"));
+            }
             expectReadable(*edit, inside(*edit), edit->isEnabled() ? "without the focus" : "disabled");
             edit->setText(before);
         }
@@ -121,8 +127,9 @@ TEST_P(Readable, TheFocusedEditStandsOut) {
     showInAllColours([](QWidget& window) {
         for (const char* const name : {"ENOMBRE", "E_BUSQUEDA", "EBUSCA", "EVia", "DBEVia"}) {
             auto* const edit = window.findChild<QLineEdit*>(QLatin1String(name));
-            if (!edit || !edit->isEnabled() || window.objectName() == QLatin1String("FClientes"))
+            if (!edit || !edit->isEnabled() || window.objectName() == QLatin1String("FClientes")) {
                 continue; // the host's boxes are the host's business
+            }
             const QColor normal = QApplication::palette().color(QPalette::Base);
             edit->setFocus(Qt::TabFocusReason);
             EXPECT_NE(edit->palette().color(QPalette::Base), normal) << name;
@@ -135,12 +142,14 @@ TEST_P(Readable, TheRowsOfAGridAreReadable) {
         for (auto* const grid : window.findChildren<ambrel::DataGrid*>()) {
             ASSERT_GT(grid->visibleRowCount(), 1);
             for (const bool hasFocus : {false, true}) {
-                if (hasFocus)
+                if (hasFocus) {
                     grid->setFocus(Qt::TabFocusReason);
+                }
                 const int column = grid->cellText(0, 0).isEmpty() ? 1 : 0;
-                for (int row = 0; row < grid->visibleRowCount(); ++row)
+                for (int row = 0; row < grid->visibleRowCount(); ++row) {
                     expectReadable(*grid, grid->cellRect(row, column).adjusted(2, 2, -2, -2),
                                    row == grid->currentRow() ? "the current row" : "another row");
+                }
             }
         }
     });
@@ -150,8 +159,9 @@ TEST_P(Readable, ComboTextsAreReadableWithTheFocusAndWithout) {
     showInAllColours([](QWidget& window) {
         for (QWidget* const control : controlsOf(window)) {
             auto* const combo = qobject_cast<QComboBox*>(control);
-            if (!combo || !combo->isEnabled() || combo->currentText().isEmpty())
+            if (!combo || !combo->isEnabled() || combo->currentText().isEmpty()) {
                 continue;
+            }
             const QRect text(8, 5, combo->width() - 48, combo->height() - 10);
             expectReadable(*combo, text, "without the focus");
             ambrel::colourByPalette(*combo, true);
@@ -189,8 +199,9 @@ TEST_F(OwnLook, TheHostsColoursAreReadable) {
     using enum QPalette::ColorRole;
     for (const auto& [text, background] :
          {std::pair(WindowText, Window), std::pair(Text, Base), std::pair(ButtonText, Button),
-          std::pair(HighlightedText, Highlight)})
+          std::pair(HighlightedText, Highlight)}) {
         EXPECT_GE(contrast(own.color(text), own.color(background)), readableContrast) << text;
+    }
 }
 
 } // namespace

@@ -102,12 +102,14 @@ TEST_F(KeyboardAddress, ARoutineIsTriedAndItsDialogLeft) {
 
 TEST_F(KeyboardAddress, EnterOnTheButtonThatClosesClosesAndExecutesNothing) {
     show(Form::Rutina, [](QWidget& window) {
-        while (focused(window) != "BBCerrar")
+        while (focused(window) != "BBCerrar") {
             press(window, Qt::Key_Tab);
+        }
         press(window, Qt::Key_Return);
         EXPECT_FALSE(window.isVisible());
-        for (const QLineEdit* const box : window.findChildren<QLineEdit*>())
+        for (const QLineEdit* const box : window.findChildren<QLineEdit*>()) {
             EXPECT_TRUE(box->placeholderText().isEmpty());
+        }
     });
 }
 

@@ -25,12 +25,14 @@ protected:
         const auto& combo = dynamic_cast<const QComboBox&>(*window.focusWidget());
         const int wanted = combo.findText(QString::fromUtf8(item));
         ASSERT_GE(wanted, 0) << item;
-        while (combo.currentIndex() != wanted)
+        while (combo.currentIndex() != wanted) {
             press(window, combo.currentIndex() < wanted ? Qt::Key_Down : Qt::Key_Up);
+        }
     }
     static void goTo(QWidget& window, const char* control) {
-        for (int step = 0; step < 20 && focused(window) != control; ++step)
+        for (int step = 0; step < 20 && focused(window) != control; ++step) {
             press(window, Qt::Key_Tab);
+        }
         ASSERT_EQ(focused(window), control);
     }
     static std::string row(const QWidget& window, int row) {

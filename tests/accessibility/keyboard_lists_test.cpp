@@ -69,8 +69,9 @@ TEST_F(KeyboardLists, AnAcceptButtonIsPressedByTheSpaceKeyToo) {
                             Form::ProvList, Form::TipoViasLista}) {
         SCOPED_TRACE(nameOf(form));
         show(form, [](QWidget& window) {
-            while (focused(window) != "BBAceptar")
+            while (focused(window) != "BBAceptar") {
                 press(window, Qt::Key_Tab);
+            }
             press(window, Qt::Key_Space);
             EXPECT_FALSE(window.isVisible());
             EXPECT_EQ(resultOf(window), 1);

@@ -34,8 +34,9 @@ TEST_F(KeyboardStreets, AStreetIsSearchedInAProvinceChosenAndAccepted) {
         ASSERT_EQ(focused(window), "EVia");
         press(window, Qt::Key_Tab);
         const auto& provinces = ambrel::test::child<QComboBox>(window, "CBProvincia");
-        while (!provinces.currentText().startsWith(QStringLiteral("MADRID")))
+        while (!provinces.currentText().startsWith(QStringLiteral("MADRID"))) {
             press(window, Qt::Key_Down);
+        }
         press(window, Qt::Key_Backtab, Qt::ShiftModifier);
         type(window, QStringLiteral("ALC"));
         EXPECT_EQ(street(), "ALCALA");
@@ -56,8 +57,9 @@ TEST_F(KeyboardStreets, AStreetIsSearchedInAProvinceChosenAndAccepted) {
 TEST_F(KeyboardStreets, EachOperationOnAStreetHasAKey) {
     show(Form::BuscarDireccionPostal, [this](QWidget& window) {
         type(window, QStringLiteral("GRAN"));
-        while (focused(window) != "DBGPostal")
+        while (focused(window) != "DBGPostal") {
             press(window, Qt::Key_Tab);
+        }
         ambrel::test::ModalScript script;
         ambrel::test::ScriptedMessages messages;
         expectCancelQuestion(messages); // of the two that change something
@@ -108,12 +110,14 @@ TEST_F(KeyboardStreets, ANewStreetIsFilledInAndAccepted) {
         press(window, Qt::Key_Tab);
         ASSERT_EQ(focused(window), "CBProvincia");
         const auto& provinces = ambrel::test::child<QComboBox>(window, "CBProvincia");
-        while (!provinces.currentText().startsWith(QStringLiteral("MADRID")))
+        while (!provinces.currentText().startsWith(QStringLiteral("MADRID"))) {
             press(window, Qt::Key_Down);
+        }
         press(window, Qt::Key_Tab);
         const auto& types = ambrel::test::child<QComboBox>(window, "CBTipoVia");
-        while (!types.currentText().startsWith(QStringLiteral("PZ")))
+        while (!types.currentText().startsWith(QStringLiteral("PZ"))) {
             press(window, Qt::Key_Down);
+        }
         press(window, Qt::Key_Tab);
         type(window, QStringLiteral("nueva"));
         press(window, Qt::Key_Return);

@@ -36,16 +36,18 @@ TEST_P(Combos, AreChangedByTheWheelOnlyWhenTheyHaveTheFocus) {
     show(GetParam(), [](QWidget& window) {
         for (QComboBox* const combo : window.findChildren<QComboBox*>()) {
             SCOPED_TRACE(combo->objectName().toStdString());
-            if (!combo->isVisible() || !combo->isEnabled() || combo->count() < 2)
+            if (!combo->isVisible() || !combo->isEnabled() || combo->count() < 2) {
                 continue;
+            }
             combo->setCurrentIndex(0);
             combo->clearFocus();
             turnWheel(*combo);
             EXPECT_EQ(combo->currentIndex(), 0);
             EXPECT_NE(combo->focusPolicy(), Qt::WheelFocus) << "the wheel would bring the focus";
             combo->setFocus();
-            if (!combo->hasFocus())
-                continue;                             // what was left has sent the focus elsewhere
+            if (!combo->hasFocus()) {
+                continue; // what was left has sent the focus elsewhere
+            }
             const int before = combo->currentIndex(); // may have been chosen anew by what was left
             turnWheel(*combo);
             EXPECT_EQ(combo->currentIndex(), before + 1);
@@ -61,9 +63,11 @@ QStringList menuOf(QLineEdit& edit) {
     auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     QStringList texts;
     if (menu) {
-        for (const QAction* const action : menu->actions())
-            if (!action->isSeparator())
+        for (const QAction* const action : menu->actions()) {
+            if (!action->isSeparator()) {
                 texts << action->text().section('\t', 0, 0);
+            }
+        }
         menu->close();
     }
     return texts;
@@ -75,8 +79,9 @@ TEST_P(EditMenus, AreSpanish) {
     show(GetParam(), [&](QWidget& window) {
         for (QLineEdit* const edit : window.findChildren<QLineEdit*>()) {
             if (!edit->isVisible() || !edit->isEnabled() || edit->isReadOnly() ||
-                edit->contextMenuPolicy() != Qt::DefaultContextMenu) // a spin box has a menu of its own
+                edit->contextMenuPolicy() != Qt::DefaultContextMenu) { // a spin box has a menu of its own
                 continue;
+            }
             EXPECT_EQ(menuOf(*edit), spanish) << edit->objectName().toStdString() << " of "
                                               << edit->parentWidget()->objectName().toStdString();
         }

@@ -35,8 +35,9 @@ bool hasLabel(const QWidget& control, const QWidget& window) {
     const auto labels = window.findChildren<QLabel*>();
     if (std::any_of(labels.begin(), labels.end(), [&](const QLabel* label) {
             return label->buddy() == &control && label->isVisibleTo(&window);
-        }))
+        })) {
         return true;
+    }
     const auto* frame = qobject_cast<const QGroupBox*>(control.parentWidget());
     return frame && !frame->title().isEmpty() && frame->findChildren<QLineEdit*>().size() == 1;
 }
@@ -94,10 +95,11 @@ TEST_P(Names, AHintIsTheDescription) {
 
 TEST_P(Names, WhatIsTypedOrChosenHasALabel) {
     show(GetParam(), [](QWidget& window) {
-        for (const QWidget* const control : controlsOf(window))
+        for (const QWidget* const control : controlsOf(window)) {
             if (needsLabel(*control)) {
                 EXPECT_TRUE(hasLabel(*control, window)) << control->objectName().toStdString();
             }
+        }
     });
 }
 
@@ -116,8 +118,9 @@ TEST_P(Names, AnUnderlinedLetterIsUnderlinedOnce) {
 TEST_P(Names, TheLetterOfALabelLeadsToItsControl) {
     show(GetParam(), [](QWidget& window) {
         for (const Mnemonic& mnemonic : mnemonicsOf(window)) {
-            if (!qobject_cast<QLabel*>(mnemonic.bearer))
+            if (!qobject_cast<QLabel*>(mnemonic.bearer)) {
                 continue;
+            }
             press(window, static_cast<Qt::Key>(mnemonic.letter.toUpper().unicode()), Qt::AltModifier);
             EXPECT_EQ(focused(window), mnemonic.target->objectName().toStdString())
                 << "Alt+" << static_cast<char>(mnemonic.letter.toLatin1());
@@ -128,9 +131,11 @@ TEST_P(Names, TheLetterOfALabelLeadsToItsControl) {
 TEST_P(Names, EnterPressesNoButtonByItself) {
     show(GetParam(), [](QWidget& window) {
         std::vector<std::string> buttons;
-        for (const QPushButton* const button : window.findChildren<QPushButton*>())
-            if (button->isDefault())
+        for (const QPushButton* const button : window.findChildren<QPushButton*>()) {
+            if (button->isDefault()) {
                 buttons.push_back(button->objectName().toStdString());
+            }
+        }
         EXPECT_EQ(buttons, defaultButtonsOf(GetParam()));
     });
 }
@@ -138,9 +143,10 @@ TEST_P(Names, EnterPressesNoButtonByItself) {
 /// Elsewhere Enter goes on to the next control, or does nothing.
 TEST_P(Names, AButtonThatEnterMayPressIsOneOfABoxWithADefault) {
     show(GetParam(), [](QWidget& window) {
-        for (const QPushButton* const button : window.findChildren<QPushButton*>())
+        for (const QPushButton* const button : window.findChildren<QPushButton*>()) {
             EXPECT_EQ(button->autoDefault(), !defaultButtonsOf(GetParam()).empty())
                 << button->objectName().toStdString();
+        }
     });
 }
 
@@ -153,11 +159,13 @@ TEST_F(MenuNames, EachMenuHasALetterThatIsUnderlinedOnce) {
         for (const QAction* const entry : bar->actions()) {
             ASSERT_TRUE(entry->menu());
             std::map<QString, int> letters;
-            for (const QAction* const item : entry->menu()->actions())
+            for (const QAction* const item : entry->menu()->actions()) {
                 ++letters[QKeySequence::mnemonic(item->text()).toString()];
+            }
             letters.erase(QString());
-            for (const auto& [letter, count] : letters)
+            for (const auto& [letter, count] : letters) {
                 EXPECT_EQ(count, 1) << letter.toStdString() << " in " << entry->text().toStdString();
+            }
         }
     });
 }

@@ -43,20 +43,25 @@ void fill(const QWidget& window) {
     for (const auto& [name, text] :
          {std::pair("ENumero", "123456"), std::pair("DBEImparIni", "99999"),
           std::pair("DBEImparFin", "99999"), std::pair("DBEParIni", "99998"), std::pair("DBEParFin", "99998"),
-          std::pair("DBECodPostal", "28739"), std::pair("EVecindad", "GARGANTILLA DEL LOZOYA")})
-        if (auto* const edit = window.findChild<QLineEdit*>(QLatin1String(name)))
+          std::pair("DBECodPostal", "28739"), std::pair("EVecindad", "GARGANTILLA DEL LOZOYA")}) {
+        if (auto* const edit = window.findChild<QLineEdit*>(QLatin1String(name))) {
             edit->setText(QLatin1String(text));
+        }
+    }
     for (const auto& [name, part] :
          {std::pair("CBProvincia", "CRUZ"), std::pair("CBProvinciasAmbrel", "CRUZ"),
-          std::pair("CBTipoVia", "URBANIZACION"), std::pair("CBProvincias", "LOZOYA")})
-        if (auto* const combo = window.findChild<QComboBox*>(QLatin1String(name)))
+          std::pair("CBTipoVia", "URBANIZACION"), std::pair("CBProvincias", "LOZOYA")}) {
+        if (auto* const combo = window.findChild<QComboBox*>(QLatin1String(name))) {
             combo->setCurrentIndex(combo->findText(QLatin1String(part), Qt::MatchContains));
+        }
+    }
 }
 
 /// A size that changes may change another, which is laid out at the next turn.
 void settle() {
-    for (int turn = 0; turn < 8; ++turn)
+    for (int turn = 0; turn < 8; ++turn) {
         QCoreApplication::processEvents();
+    }
 }
 
 TEST_P(Sizes, NothingIsCut) {
@@ -92,8 +97,9 @@ TEST_P(Sizes, NothingIsCutInAFormMadeAsSmallAsItGoes) {
 /// there: some lists are 480 high at least.
 TEST_P(Sizes, FitsOnTheScreen) {
     const QSize screen = QApplication::primaryScreen()->availableSize();
-    if (screen.width() < 800 || screen.height() < 500)
+    if (screen.width() < 800 || screen.height() < 500) {
         GTEST_SKIP() << "not meant for a screen as small as this";
+    }
     QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9)); // as desktops have it
     show(GetParam(), [](QWidget& window) {
         settle();

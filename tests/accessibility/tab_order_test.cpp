@@ -73,9 +73,11 @@ INSTANTIATE_TEST_SUITE_P(Form, TabOrder, ::testing::ValuesIn(orders()),
 
 /// The combos whose leaving asks for a choice get one.
 void choose(const QWidget& window) {
-    for (const char* const name : {"CBProvincias", "CBProvinciasAmbrel"})
-        if (auto* const combo = window.findChild<QComboBox*>(QLatin1String(name)))
+    for (const char* const name : {"CBProvincias", "CBProvinciasAmbrel"}) {
+        if (auto* const combo = window.findChild<QComboBox*>(QLatin1String(name))) {
             combo->setCurrentIndex(combo->findText(QStringLiteral("MADRID"), Qt::MatchContains));
+        }
+    }
 }
 
 /// The controls that a key comes to, from the one that has the focus, the latter included.
@@ -90,8 +92,9 @@ Way walk(QWidget& window, Qt::Key key, std::size_t steps) {
 
 void startAt(QWidget& window, const std::string& control) {
     const std::size_t all = controlsOf(window).size();
-    for (std::size_t step = 0; step < all && focused(window) != control; ++step)
+    for (std::size_t step = 0; step < all && focused(window) != control; ++step) {
         press(window, Qt::Key_Tab);
+    }
     ASSERT_EQ(focused(window), control) << "cannot be reached";
 }
 
@@ -108,8 +111,9 @@ TEST_P(TabOrder, TabWalksThroughTheFormAndBackToItsBeginning) {
 TEST_P(TabOrder, ShiftTabWalksBack) {
     const FormOrder& order = GetParam();
     Way expected = order.backwards;
-    if (expected.empty())
+    if (expected.empty()) {
         expected.assign(order.controls.rbegin(), order.controls.rend());
+    }
     show(order.form, [&](QWidget& window) {
         choose(window);
         startAt(window, expected.front());

@@ -14,16 +14,19 @@ using ambrel::test::ansi;
 /// The first and the last number of each side that has any.
 std::vector<int> endsOf(const StreetRow& street) {
     std::vector<int> numbers;
-    for (const auto& [first, last] : {street.odd, street.even})
-        if (first > 0 && first <= last)
+    for (const auto& [first, last] : {street.odd, street.even}) {
+        if (first > 0 && first <= last) {
             numbers.insert(numbers.end(), {first, last});
+        }
+    }
     return numbers;
 }
 
 std::string described(const KnownAddress& address, const std::string& code) {
     std::string right;
-    for (const std::string& one : address.postalCodes)
+    for (const std::string& one : address.postalCodes) {
         right += ' ' + one;
+    }
     return address.municipality + ", " + address.type + ' ' + address.street + ' ' +
            std::to_string(address.number) + ": " + code + ", right:" + right;
 }
@@ -37,20 +40,24 @@ std::vector<KnownAddress> addressesOf(const std::vector<StreetRow>& streets,
     std::map<std::string, std::set<std::string>> codes;
     for (const MunicipalityRow& row : municipalities) {
         codes[row.codIne].insert(row.codPostal);
-        if (!row.entMenor)
+        if (!row.entMenor) {
             names.emplace(row.codIne, row.nombre);
+        }
     }
     std::map<KnownAddress, std::set<std::string>> known;
-    for (std::size_t i = 0; i < streets.size(); ++i)
-        for (const int number : endsOf(streets[i]))
+    for (std::size_t i = 0; i < streets.size(); ++i) {
+        for (const int number : endsOf(streets[i])) {
             known[{names.at(ineCodes[i]), ineCodes[i], streets[i].tipo, streets[i].via, number}].insert(
                 streets[i].codPostal);
+        }
+    }
     std::vector<KnownAddress> addresses;
-    for (const auto& [address, right] : known)
+    for (const auto& [address, right] : known) {
         if (std::ranges::includes(codes.at(address.ineCode), right)) {
             addresses.push_back(address);
             addresses.back().postalCodes = right;
         }
+    }
     return addresses;
 }
 
@@ -60,12 +67,14 @@ Tally tryAddresses(const std::vector<KnownAddress>& addresses, const AddressReso
         const bool isExact = address.postalCodes.size() == 1;
         tally.exact += isExact ? 1 : 0;
         const std::optional<std::string> code = resolver(address);
-        if (!code)
+        if (!code) {
             continue;
-        if (!isExact || !address.postalCodes.contains(*code))
+        }
+        if (!isExact || !address.postalCodes.contains(*code)) {
             tally.wrong.push_back(described(address, *code));
-        else
+        } else {
             ++tally.found;
+        }
     }
     return tally;
 }
@@ -78,8 +87,9 @@ Tally tryAddresses(const std::vector<KnownAddress>& addresses) {
                                           .street = ansi(address.street),
                                           .number = std::to_string(address.number),
                                           .ineCode = address.ineCode});
-        if (!answer.isSettled())
+        if (!answer.isSettled()) {
             return std::nullopt;
+        }
         return answer.completed.empty() ? answer.postalCode : "another street's: " + answer.postalCode;
     });
 }

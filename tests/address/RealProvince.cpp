@@ -30,8 +30,9 @@ std::string capitals(const std::string& utf8) {
 
 void RealProvince::SetUp() {
     const char* const given = std::getenv("AMBREL_REAL_DATA");
-    if (!given || !fs::is_directory(given))
+    if (!given || !fs::is_directory(given)) {
         GTEST_SKIP() << "AMBREL_REAL_DATA names no folder";
+    }
     folder_ = given;
     readMunicipalities();
     readStreets();
@@ -39,12 +40,14 @@ void RealProvince::SetUp() {
 
 void RealProvince::load(bool withIneCodes) {
     std::vector<StreetRow> rows = streets_;
-    for (std::size_t i = 0; withIneCodes && i < rows.size(); ++i)
+    for (std::size_t i = 0; withIneCodes && i < rows.size(); ++i) {
         rows[i].ineCode = owners_[i];
+    }
     addMunicipalities(municipalities_);
     addStreets(rows);
-    for (const auto& [name, code] : types_)
+    for (const auto& [name, code] : types_) {
         addStreetTypes({{code, code}});
+    }
 }
 
 std::vector<KnownAddress> RealProvince::addresses() const {
@@ -55,17 +58,22 @@ std::vector<KnownAddress> RealProvince::addresses() const {
 void RealProvince::readMunicipalities() {
     std::map<std::string, int> codes;
     const std::vector<CsvRow> all = rowsOf(folder_ / "codigos_postales.csv");
-    for (const CsvRow& row : all)
+    for (const CsvRow& row : all) {
         ++codes[row.at("cod_ine")];
-    for (const CsvRow& row : all)
-        if (row.at("cod_ine").starts_with(province))
+    }
+    for (const CsvRow& row : all) {
+        if (row.at("cod_ine").starts_with(province)) {
             municipalities_.push_back({row.at("cod_ine"), row.at("codpostal"), capitals(row.at("nombre")),
                                        codes[row.at("cod_ine")] == 1 ? "S" : "N",
                                        row.at("cod_ine") == capital ? "0" : "9"});
-    for (const CsvRow& row : rowsOf(folder_ / "entidades.csv"))
-        if (row.at("cod_ine").starts_with(province))
+        }
+    }
+    for (const CsvRow& row : rowsOf(folder_ / "entidades.csv")) {
+        if (row.at("cod_ine").starts_with(province)) {
             municipalities_.push_back({row.at("cod_ine"), row.at("codpostal"),
                                        capitals(row.at("entidad_singular")), "N", "9", true});
+        }
+    }
 }
 
 void RealProvince::readStreets() {

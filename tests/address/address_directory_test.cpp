@@ -57,8 +57,9 @@ protected:
 
     std::string keys(const std::string& ineCode, const std::string& street) {
         std::string text;
-        for (const StreetStretch& one : directory().stretches(*directory().municipality(ineCode), street))
+        for (const StreetStretch& one : directory().stretches(*directory().municipality(ineCode), street)) {
             text += one.key + " ";
+        }
         return text;
     }
     std::string beginning(const std::string& ineCode, const std::string& text, const std::string& type = {}) {
@@ -66,8 +67,9 @@ protected:
         return found ? found->key : std::string();
     }
     AddressDirectory& directory() {
-        if (!directory_)
+        if (!directory_) {
             directory_.emplace();
+        }
         return *directory_;
     }
 

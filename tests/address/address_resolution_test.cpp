@@ -178,8 +178,9 @@ TEST_F(ResolveAddress, SeveralMunicipalitiesOfOneNameAreCandidates) {
     ASSERT_EQ(open.candidates.size(), 2u);
     EXPECT_EQ(open.candidates[0].ineCode, "17105");
     EXPECT_EQ(open.candidates[1].province, "33");
-    for (const char* girona : {"17", "gerona", "GIRONA", "Girona/Gerona"})
+    for (const char* girona : {"17", "gerona", "GIRONA", "Girona/Gerona"}) {
         EXPECT_EQ(mieres(girona, "").ineCode, "17105") << girona;
+    }
     EXPECT_EQ(mieres("", "33037").ineCode, "33037");
     EXPECT_EQ(mieres("17", "33037").unsettled, Parts{AddressPart::Municipality});
     EXPECT_EQ(mieres("17", "33037").candidates.size(), 2u);
@@ -187,8 +188,9 @@ TEST_F(ResolveAddress, SeveralMunicipalitiesOfOneNameAreCandidates) {
 }
 
 TEST_F(ResolveAddress, NumbersAreReadAsPeopleWriteThem) {
-    for (const char* number : {"45", "45 BIS", "45B", "45-47", "n\xBA 45", "45, 3\xBA"})
+    for (const char* number : {"45", "45 BIS", "45B", "45-47", "n\xBA 45", "45, 3\xBA"}) {
         EXPECT_EQ(resolve("MADRID", "CL", "GRAN VIA", number).postalCode, "28004") << number;
+    }
 }
 
 TEST_F(ResolveAddress, WithoutNumberOnlyAStreetOfOneCodeIsSettled) {

@@ -10,8 +10,9 @@ class RealAddresses : public RealProvince {};
 void expectRight(const Tally& tally) {
     EXPECT_GE(tally.exact, 19000);
     EXPECT_GE(tally.foundShare(), 0.99) << tally.found << " of " << tally.exact;
-    for (const std::string& wrong : tally.wrong)
+    for (const std::string& wrong : tally.wrong) {
         ADD_FAILURE() << wrong;
+    }
 }
 
 TEST_F(RealAddresses, AreFoundInTheTablesOfAWholeProvince) {

@@ -90,8 +90,9 @@ TEST(StreetCodeTest, OfTypesTheTypedOneIsMeantThenNoneThenAny) {
                         stretch("3", "26001", "", low, "CL")};
     const auto keys = [](const Stretches& some) {
         std::string text;
-        for (const StreetStretch& one : some)
+        for (const StreetStretch& one : some) {
             text += one.key;
+        }
         return text;
     };
     EXPECT_EQ(keys(stretchesOfType(all, "CL")), "3");

@@ -29,10 +29,12 @@ protected:
         for (int i = 0; i < 30; ++i) {
             const std::string code = std::to_string(26100 + 10 * i);
             Village village{std::to_string(26001 + i), "ALDEA " + std::to_string(i), {code}};
-            if (i % 3 == 0)
+            if (i % 3 == 0) {
                 village.codes.push_back(std::to_string(26101 + 10 * i));
-            if (i % 5 == 0)
+            }
+            if (i % 5 == 0) {
                 village.capital = "";
+            }
             villages_.push_back(village);
         }
         villages_.push_back({"26089", "LA CAPITAL", {"26001", "26002", "26003"}, "26", "0"});
@@ -43,27 +45,30 @@ protected:
         villages_.push_back({"26120", "VECINA", {"26910"}, "26", "9", true});
         villages_.push_back({"26121", "VECINA MAYOR", {"26911", "26910"}, "26", "9", true});
         addMunicipalities(rowsOf(villages_));
-        for (std::size_t i = 0; i < villages_.size(); ++i)
+        for (std::size_t i = 0; i < villages_.size(); ++i) {
             addStreetsOf(villages_[i], i);
+        }
         addStreets(streets_);
     }
 
     static std::vector<MunicipalityRow> rowsOf(const std::vector<Village>& villages) {
         std::vector<MunicipalityRow> rows;
-        for (const Village& village : villages)
+        for (const Village& village : villages) {
             for (const std::string& code : village.codes) {
                 const bool isEntity = code != village.codes.front();
                 rows.push_back({village.ineCode, code, isEntity ? "BARRIO " + code : village.name,
                                 village.codes.size() == 1 ? "S" : "N", village.capital, isEntity});
             }
+        }
         return rows;
     }
 
     /// Each village lacks some names. Every other street is divided between the village's codes.
     void addStreetsOf(const Village& village, std::size_t place) {
         for (std::size_t name = 0; name < streetNames.size(); ++name) {
-            if ((name + place) % 4 == 0)
+            if ((name + place) % 4 == 0) {
                 continue;
+            }
             const bool isDivided = village.codes.size() > 1 && name % 2 == 0;
             StreetRow row{.codigo1 = std::to_string(26000000 + streets_.size()),
                           .via = streetNames[name],
@@ -75,8 +80,9 @@ protected:
                           .capital = village.capital,
                           .ineCode = village.namesItself ? village.ineCode : ""};
             addStretch(village, row);
-            if (!isDivided)
+            if (!isDivided) {
                 continue;
+            }
             row.codigo1 = std::to_string(26000000 + streets_.size());
             row.codPostal = village.codes[(name + 1) % village.codes.size()];
             row.odd = {101, 9999};
@@ -90,9 +96,11 @@ protected:
     }
 
     [[nodiscard]] bool hasStreet(const Village& village, const std::string& name) const {
-        for (std::size_t i = 0; i < streets_.size(); ++i)
-            if (owners_[i] == village.ineCode && streets_[i].via == name)
+        for (std::size_t i = 0; i < streets_.size(); ++i) {
+            if (owners_[i] == village.ineCode && streets_[i].via == name) {
                 return true;
+            }
+        }
         return false;
     }
 
@@ -105,16 +113,18 @@ TEST_F(VillageAddresses, AreAllFound) {
     const Tally tally = tryAddresses(addressesOf(streets_, owners_, rowsOf(villages_)));
     EXPECT_GT(tally.exact, 900);
     EXPECT_EQ(tally.found, tally.exact);
-    for (const std::string& wrong : tally.wrong)
+    for (const std::string& wrong : tally.wrong) {
         ADD_FAILURE() << wrong;
+    }
 }
 
 TEST_F(VillageAddresses, AreNoAnswerWhereOnlyNeighboursHaveTheStreet) {
     int lacking = 0;
-    for (const Village& village : villages_)
+    for (const Village& village : villages_) {
         for (const std::string& name : streetNames) {
-            if (village.namesItself || hasStreet(village, name))
+            if (village.namesItself || hasStreet(village, name)) {
                 continue;
+            }
             ++lacking;
             const ambrel::ResolvedAddress answer =
                 ambrel::resolveAddress("DB", {.municipality = ansi(village.name),
@@ -126,6 +136,7 @@ TEST_F(VillageAddresses, AreNoAnswerWhereOnlyNeighboursHaveTheStreet) {
             EXPECT_TRUE(answer.postalCode.empty() ||
                         std::ranges::count(village.codes, answer.postalCode) == 1);
         }
+    }
     EXPECT_GT(lacking, 70);
 }
 

@@ -30,12 +30,14 @@ public:
     void run() {
         dbase::setLockPatience(std::chrono::minutes(2)); // eight programs, and perhaps one processor
         ambrel::setMessageShower([this](const MessageBox& box) { return answer(box); });
-        if (!controller_.BuscaPorNombreMunicipi(QStringLiteral("MADRID"), true))
+        if (!controller_.BuscaPorNombreMunicipi(QStringLiteral("MADRID"), true)) {
             throw std::runtime_error("no municipality");
+        }
         for (int i = 0; i < work_.streets; ++i) {
             add(i);
-            if (work_.deletes && i % 3 == 2)
+            if (work_.deletes && i % 3 == 2) {
                 remove(i - i % 2);
+            }
         }
         tell("! " + std::to_string(refusals_));
     }
@@ -47,13 +49,15 @@ private:
 
     void tell(const std::string& line) const {
         const std::string bytes = line + '\n';
-        if (write(out_, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))
+        if (write(out_, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) {
             throw std::runtime_error("nobody listens");
+        }
     }
 
     MessageAnswer answer(const MessageBox& box) {
-        if (box.text != QStringLiteral("Repita nuevamente la última operación"))
+        if (box.text != QStringLiteral("Repita nuevamente la última operación")) {
             throw std::runtime_error(box.text.toStdString());
+        }
         return MessageAnswer::Accept;
     }
 
@@ -61,9 +65,10 @@ private:
     void repeat(const std::function<bool()>& operation) {
         auto pause = std::chrono::microseconds(20);
         for (const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(2); !operation();) {
-            if (std::chrono::steady_clock::now() > end)
+            if (std::chrono::steady_clock::now() > end) {
                 throw std::runtime_error("refused for too long: " +
                                          controller_.streetFailure().toStdString());
+            }
             ++refusals_;
             std::this_thread::sleep_for(pause);
             pause = std::min(pause * 2, std::chrono::microseconds(2000));
@@ -72,8 +77,9 @@ private:
 
     void add(int i) {
         tell("+ " + name(i));
-        if (!controller_.AnadirVia())
+        if (!controller_.AnadirVia()) {
             throw std::runtime_error(controller_.streetFailure().toStdString());
+        }
         TDMCodPostales& tables = *controller_.DM;
         tables.tbPostalCAPITAL.setText("0");
         tables.tbPostalTIPO_VIA.setText("CL");
@@ -86,8 +92,9 @@ private:
     void remove(int i) {
         tell("- " + name(i));
         repeat([&] {
-            if (!controller_.BuscaPorViaPostal(QString::fromStdString(name(i)), QStringLiteral("CL"), true))
+            if (!controller_.BuscaPorViaPostal(QString::fromStdString(name(i)), QStringLiteral("CL"), true)) {
                 throw std::runtime_error("not there: " + name(i));
+            }
             return controller_.BorrarVia(false);
         });
         tell("x");
@@ -103,8 +110,9 @@ private:
 
 StreetDriver::StreetDriver(const DriverWork& work) {
     std::array<int, 2> ends{};
-    if (pipe(ends.data()) != 0)
+    if (pipe(ends.data()) != 0) {
         throw std::runtime_error("no pipe");
+    }
     pid_ = fork();
     if (pid_ == 0) {
         close(ends[0]);
@@ -133,8 +141,9 @@ bool StreetDriver::readLine() {
     while ((end = unread_.find('\n')) == std::string::npos) {
         std::array<char, 4096> bytes{};
         const ssize_t got = read(fromChild_, bytes.data(), bytes.size());
-        if (got <= 0)
+        if (got <= 0) {
             return false;
+        }
         unread_.append(bytes.data(), static_cast<std::size_t>(got));
     }
     const std::string line = unread_.substr(0, end);
@@ -160,9 +169,11 @@ bool StreetDriver::readLine() {
 }
 
 bool StreetDriver::awaitStored(std::size_t rows) {
-    while (stored_ < rows)
-        if (!readLine())
+    while (stored_ < rows) {
+        if (!readLine()) {
             return false;
+        }
+    }
     return true;
 }
 

@@ -39,11 +39,13 @@ TEST_F(Controller, DestructorClosesMunicipalitiesThenStreets) {
         const TClassCodPostales controller;
         for (const auto& [table, name] : {std::pair{&controller.DM->tbMunicipi, "MUNICIPI"},
                                           {&controller.DM->tbPostal, "POSTAL"},
-                                          {&controller.DM->tbMunicipiAux, "AUX"}})
+                                          {&controller.DM->tbMunicipiAux, "AUX"}}) {
             listening.push_back(table->listen([&closed, name = name](dbase::DatasetChange change) {
-                if (change == dbase::DatasetChange::Closed)
+                if (change == dbase::DatasetChange::Closed) {
                     closed.emplace_back(name);
+                }
             }));
+        }
     }
     EXPECT_EQ(closed, (std::vector<std::string>{"MUNICIPI", "POSTAL", "AUX"}));
 }

@@ -118,8 +118,9 @@ TEST_F(InePass, DeletedStreetsAreLeftAlone) {
 
 TEST_F(InePass, ProgressIsToldWhileTheTablesCanBeRead) {
     std::vector<StreetRow> rows;
-    for (int i = 0; i < 1100; ++i)
+    for (int i = 0; i < 1100; ++i) {
         rows.push_back({std::to_string(i), "CALLE " + std::to_string(i), "CL", "28001"});
+    }
     addStreets(rows);
     std::vector<std::uint32_t> told;
     ambrel::fillIneCodes("DB", InePassRows::All, [&](std::uint32_t done, std::uint32_t total) {
@@ -140,8 +141,9 @@ TEST_F(InePass, StreetsThatItFillsAreCountedAndThoseThatOthersHoldApart) {
                 {"5", "E", "CL", "28001"}});
     store("3", "MADRID", "28079");
     dbase::Dataset mine("DB", "POSTAL", "CODIGO1"), theirs("DB", "POSTAL", "CODIGO1");
-    for (dbase::Dataset* const held : {&mine, &theirs})
+    for (dbase::Dataset* const held : {&mine, &theirs}) {
         held->open();
+    }
     mine.next();
     mine.edit();
     theirs.last();
@@ -162,8 +164,9 @@ class InePassWaits : public InePass {
 protected:
     InePassWaits() {
         std::vector<StreetRow> rows;
-        for (int i = 0; i < 12 * 512; ++i)
+        for (int i = 0; i < 12 * 512; ++i) {
             rows.push_back({std::to_string(i), "CALLE " + std::to_string(i), "CL", "28001"});
+        }
         addStreets(rows);
         streets.open();
     }
@@ -190,8 +193,9 @@ TEST_F(InePassWaits, ItWaitsOnceForTheDiskAtItsEnd) {
 }
 
 TEST_F(InePassWaits, ItWaitsAsOftenWhateverWasPostedBefore) {
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 3; ++i) {
         post(dbase::Durability::Disk);
+    }
     EXPECT_EQ(waits(), 1 + 2) << "what the posts kept in the journal goes to its place first, once";
     streets.refresh();
     store("0", "ANTES", "28000");

@@ -15,8 +15,9 @@ protected:
 
     void addKeys(const std::vector<std::string>& keys) {
         std::vector<StreetRow> rows;
-        for (const std::string& key : keys)
+        for (const std::string& key : keys) {
             rows.push_back({key, "CALLE " + key, "CL", "28001"});
+        }
         addStreets(rows);
         streets.first();
     }
@@ -50,8 +51,9 @@ TEST_F(KeyAllocation, InAnEmptyTableTheKeyOfTheRowIsKeptUnlooked) {
 
 TEST_F(KeyAllocation, With99000000To99000041StoredTheNextKeyIs99000042) {
     std::vector<std::string> keys{"28000001"};
-    for (int i = 0; i <= 41; ++i)
+    for (int i = 0; i <= 41; ++i) {
         keys.push_back(std::to_string(99000000 + i));
+    }
     addKeys(keys);
     EXPECT_EQ(added(), "99000042");
 }

@@ -143,8 +143,9 @@ TEST_F(MunicipalityOfStreet, SpanishProvincesAreThoseOfGroup1InTheOrderOfTheTag)
     addProvinces({{"028", "MADRID"}, {"110", "FRANCIA", 3}, {"008", "BARCELONA"}});
     dbase::Dataset provinces("DB", "PROVIN.DBF", "ALFABETICO");
     std::vector<std::string> names;
-    for (const ambrel::Province& province : ambrel::spanishProvinces(provinces))
+    for (const ambrel::Province& province : ambrel::spanishProvinces(provinces)) {
         names.push_back(province.name + province.code);
+    }
     EXPECT_EQ(names, (std::vector<std::string>{"BARCELONA008", "MADRID028"}));
     EXPECT_FALSE(provinces.isOpen());
 }

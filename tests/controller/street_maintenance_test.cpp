@@ -42,8 +42,9 @@ protected:
         dbase::Dataset table("DB", "POSTAL");
         table.open();
         std::vector<std::string> keys;
-        for (; !table.eof() && !table.isEmpty(); table.next())
+        for (; !table.eof() && !table.isEmpty(); table.next()) {
             keys.push_back(table.field("CODIGO1").text());
+        }
         return keys;
     }
 
@@ -72,8 +73,9 @@ TEST_F(StreetMaintenance, AnadirViaStartsARowOfTheProvinceWithOpenRangesAndNothi
     EXPECT_EQ(tables.tbPostalPAR_INI.integer(), 2);
     EXPECT_EQ(tables.tbPostalPAR_FIN.integer(), 9998);
     for (const dbase::Field* left : {&tables.tbPostalCAPITAL, &tables.tbPostalVIA, &tables.tbPostalTIPO_VIA,
-                                     &tables.tbPostalCODPOSTAL, &tables.tbPostalCODIGO1})
+                                     &tables.tbPostalCODPOSTAL, &tables.tbPostalCODIGO1}) {
         EXPECT_TRUE(left->isNull()) << left->name();
+    }
 }
 
 TEST_F(StreetMaintenance, AnadirViaThatRaisesLeavesNothingPendingAndAnswersFalse) {
@@ -320,8 +322,9 @@ TEST_F(StreetMaintenance, TwoControllersOfOneProgramNeverGiveOneKeyTwice) {
         EXPECT_TRUE(controller->AceptarVia());
     }
     Keys expected;
-    for (int i = 0; i < 10; ++i)
+    for (int i = 0; i < 10; ++i) {
         expected.push_back(std::to_string(99000000 + i));
+    }
     EXPECT_EQ(storedKeys(), expected);
 }
 

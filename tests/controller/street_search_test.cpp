@@ -61,8 +61,9 @@ TEST_F(FindStreet, NameAlreadyReachedIsNotSoughtAgain) {
 bool searchTwice(TDMCodPostales& tables, const std::string& name, const std::string& type) {
     const StreetPlace place{tables.tbMunicipiCODPOSTAL.text(), tables.tbMunicipiCAPITAL.text()};
     const bool found = TBBusca(tables.tbPostal, paddedStreetKey(place, name, type), nearestSearch);
-    if (tables.tbPostalVIA.text() != name)
+    if (tables.tbPostalVIA.text() != name) {
         static_cast<void>(TBBusca(tables.tbPostal, paddedStreetKey(place, name, {}), nearestSearch));
+    }
     return found;
 }
 
@@ -70,10 +71,13 @@ TEST_F(FindStreet, NearestSearchEndsWhereBothSearchesEndWhateverIsTyped) {
     const std::string longName(45, 'X');
     std::vector<StreetRow> rows;
     int key = 100;
-    for (const char* name : {"A", "AB", "A B", "ABÑ", "AÑ", "B", longName.c_str()})
-        for (const char* type : {"", "AV", "CL", "PZ"})
-            if (++key % 3 != 0) // not every name has every type
+    for (const char* name : {"A", "AB", "A B", "ABÑ", "AÑ", "B", longName.c_str()}) {
+        for (const char* type : {"", "AV", "CL", "PZ"}) {
+            if (++key % 3 != 0) { // not every name has every type
                 rows.push_back({std::to_string(key), name, type, "28001"});
+            }
+        }
+    }
     addStreets(rows);
     for (const char* town : {"MADRID", "BARCELONA"}) {
         TDMCodPostales& tables = openIn(town);
@@ -81,7 +85,7 @@ TEST_F(FindStreet, NearestSearchEndsWhereBothSearchesEndWhateverIsTyped) {
              {std::string(), std::string(" "), std::string("A"), std::string("A "), std::string("AB"),
               std::string("ABC"), ambrel::test::ansi("AÑ"), ambrel::test::ansi("Ñ"), std::string("B"),
               std::string("B  "), std::string("SERRANO"), std::string("MAYO"), std::string("ZZZ"),
-              longName.substr(0, 44), longName, longName + "X", longName + " "})
+              longName.substr(0, 44), longName, longName + "X", longName + " "}) {
             for (const char* type : {"", "AA", "AV", "CL", "PZ", "ZZ"}) {
                 const bool found = searchTwice(tables, typedName, type);
                 const auto there = std::pair(currentRow(), tables.tbPostal.eof());
@@ -91,6 +95,7 @@ TEST_F(FindStreet, NearestSearchEndsWhereBothSearchesEndWhateverIsTyped) {
                 EXPECT_EQ(std::pair(currentRow(), tables.tbPostal.eof()), there)
                     << '"' << typedName << "\" " << type;
             }
+        }
     }
 }
 
@@ -170,8 +175,9 @@ TEST_F(ChooseStreetType, ReturnsWhenNoRowHasTheType) {
 TEST_F(ChooseStreetType, StreetOfOneRowStays) { EXPECT_EQ(chosenFrom("4", "SERRANO", "PZ"), "4"); }
 
 TEST_F(ChooseStreetType, StepThatDidNotMoveIsNeitherComparedNorUndone) {
-    for (const char* edge : {"1", "6"})
+    for (const char* edge : {"1", "6"}) {
         EXPECT_EQ(chosenFrom(edge, "OTRA", "CL"), edge);
+    }
     TDMCodPostales& tables = openIn("MADRID");
     tables.tbPostal.setFilter("VIA = \"SERRANO\"");
     chooseStreetType(tables, "SERRANO", "CL");

@@ -24,9 +24,10 @@ protected:
 
     /// Every second driver deletes as well.
     void start(int streetsEach) {
-        for (int i = 0; i < driverCount; ++i)
+        for (int i = 0; i < driverCount; ++i) {
             drivers.push_back(std::make_unique<StreetDriver>(
                 DriverWork{.driver = i, .streets = streetsEach, .deletes = i % 2 == 0}));
+        }
     }
 
     void expectThatAllFinish() {
@@ -41,8 +42,9 @@ protected:
 
     [[nodiscard]] Streets acknowledged() const {
         Streets all;
-        for (const auto& driver : drivers)
+        for (const auto& driver : drivers) {
             all.insert(driver->acknowledged().begin(), driver->acknowledged().end());
+        }
         return all;
     }
 
@@ -55,8 +57,9 @@ protected:
         for (table.first(); !table.isEmpty() && !table.eof(); table.next()) {
             const std::string key = table.field("CODIGO1").text();
             EXPECT_TRUE(keys.insert(key).second) << "twice: " << key;
-            if (!key.starts_with("99"))
+            if (!key.starts_with("99")) {
                 continue;
+            }
             const std::string name = table.field("VIA").text();
             EXPECT_TRUE(streets.emplace(name, key).second) << "twice: " << name;
         }
@@ -91,8 +94,9 @@ protected:
         }
         Streets rows = stored();
         const Streets promised = acknowledged();
-        if (!promised.contains(victim.inFlight()))
+        if (!promised.contains(victim.inFlight())) {
             rows.erase(victim.inFlight()); // whole or not there; nobody was promised it
+        }
         EXPECT_EQ(rows, promised);
         expectClean();
         drivers.clear();
@@ -111,20 +115,23 @@ TEST_F(StreetWorkstations, LongRunOfEightThatAddAndDelete) { addAndDeleteAtOnce(
 
 TEST_F(StreetWorkstations, LongRunOfEightInAFilledTable) {
     std::vector<StreetRow> rows;
-    for (int i = 0; i < 200; ++i)
+    for (int i = 0; i < 200; ++i) {
         rows.push_back({std::to_string(28000000 + i), "VIA " + std::to_string(i), "CL", "28001"});
+    }
     addStreets(rows);
     addAndDeleteAtOnce(500);
 }
 
 TEST_F(StreetWorkstations, OneThatIsKilledInTheMiddleLeavesTheOthersWorkingAndTheTableClean) {
-    for (const std::size_t stored : {5U, 17U, 40U})
+    for (const std::size_t stored : {5U, 17U, 40U}) {
         killOneAfter(stored, 60);
+    }
 }
 
 TEST_F(StreetWorkstations, LongRunInWhichOneAfterAnotherIsKilled) {
-    for (std::size_t stored = 1; stored <= 40; ++stored)
+    for (std::size_t stored = 1; stored <= 40; ++stored) {
         killOneAfter(stored, 60);
+    }
 }
 
 } // namespace

@@ -9,8 +9,9 @@ namespace postal_tests {
 using ambrel::test::ansi;
 
 PostalTables::PostalTables() {
-    for (const dbase::TableDefinition& definition : ambrel::tableDefinitions())
+    for (const dbase::TableDefinition& definition : ambrel::tableDefinitions()) {
         dbase::createTable(folder.path(), definition);
+    }
     Config = TConfig();
 }
 
@@ -77,9 +78,11 @@ void PostalTables::addStreetTypes(const std::vector<StreetTypeRow>& rows) {
 }
 
 void PostalTables::goToStreet(dbase::Dataset& streets, const std::string& codigo1) {
-    for (streets.first(); streets.field("CODIGO1").text() != codigo1;)
-        if (!streets.next())
+    for (streets.first(); streets.field("CODIGO1").text() != codigo1;) {
+        if (!streets.next()) {
             FAIL() << "no street row " << codigo1;
+        }
+    }
 }
 
 void PostalTables::addAlternativeMunicipalities(

@@ -21,8 +21,9 @@ class MunicipalityModule : public PostalTables {
 protected:
     static std::vector<std::string> wholeNames(Module& module) {
         std::vector<std::string> names;
-        for (module.tbMunicipi.first(); !module.tbMunicipi.eof(); module.tbMunicipi.next())
+        for (module.tbMunicipi.first(); !module.tbMunicipi.eof(); module.tbMunicipi.next()) {
             names.push_back(module.tbMunicipiNOMBRE_COMPLETO.text());
+        }
         return names;
     }
 };

@@ -37,8 +37,9 @@ TEST_F(ProvinceNameField, CursorIsClosedBetweenRecords) {
     TDMMunicipi module;
     std::vector<dbase::DatasetChange> told;
     const auto listening = module.tbProvinAux.listen([&](dbase::DatasetChange change) {
-        if (change == dbase::DatasetChange::Opened || change == dbase::DatasetChange::Closed)
+        if (change == dbase::DatasetChange::Opened || change == dbase::DatasetChange::Closed) {
             told.push_back(change);
+        }
     });
     module.tbMunicipiMJ.open();
     EXPECT_FALSE(module.tbProvinAux.isOpen());

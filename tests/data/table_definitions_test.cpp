@@ -13,15 +13,17 @@ class TableDefinitions : public PostalTables {};
 
 std::string layout(const dbase::TableDefinition& definition) {
     std::string text;
-    for (const dbase::Column& column : definition.columns)
+    for (const dbase::Column& column : definition.columns) {
         text += column.name + ":" + static_cast<char>(column.type) + std::to_string(column.width) + " ";
+    }
     return text;
 }
 
 std::string tags(const dbase::TableDefinition& definition) {
     std::string text;
-    for (const dbase::TagDefinition& tag : definition.tags)
+    for (const dbase::TagDefinition& tag : definition.tags) {
         text += tag.name + "=" + tag.expression + " ";
+    }
     return text;
 }
 
@@ -66,12 +68,13 @@ TEST_F(TableDefinitions, AreFoundByNameWithOrWithoutExtensionWhateverTheLetterCa
 }
 
 TEST_F(TableDefinitions, EveryCreatedTableOpensInEachOfItsTags) {
-    for (const dbase::TableDefinition& definition : ambrel::tableDefinitions())
+    for (const dbase::TableDefinition& definition : ambrel::tableDefinitions()) {
         for (const dbase::TagDefinition& tag : definition.tags) {
             dbase::Dataset table("DB", definition.name, tag.name);
             ASSERT_NO_THROW(table.open()) << definition.name << " " << tag.name;
             EXPECT_TRUE(table.isEmpty());
         }
+    }
 }
 
 TEST_F(TableDefinitions, NameWithAndWithoutExtensionOpenTheSameFile) {
@@ -102,8 +105,9 @@ TEST_F(TableDefinitions, GroupFilterRestrictsTheProvinces) {
     table.open();
     table.setFilter("GRUPO=1");
     std::vector<std::string> codes;
-    for (table.first(); !table.eof(); table.next())
+    for (table.first(); !table.eof(); table.next()) {
         codes.push_back(table.field("CODIGO").text());
+    }
     EXPECT_EQ(codes, (std::vector<std::string>{"001", "028"}));
 }
 

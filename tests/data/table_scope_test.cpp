@@ -46,8 +46,9 @@ TEST_F(Scopes, ATableFoundOpenStaysWhereItIs) {
 
 TEST_F(Scopes, ATableIsClosedThoughSomebodyFailsWhoIsTold) {
     const auto listening = table.listen([](dbase::DatasetChange change) {
-        if (change == dbase::DatasetChange::Closed)
+        if (change == dbase::DatasetChange::Closed) {
             throw std::runtime_error("a list that cannot be drawn");
+        }
     });
     { const TableScope open(table); }
     EXPECT_FALSE(table.isOpen());

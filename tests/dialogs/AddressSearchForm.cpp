@@ -64,8 +64,9 @@ void AddressSearchForm::chooseProvince(const QString& item) const {
     const int wanted = combo.findText(item);
     ASSERT_GE(wanted, 0) << item.toStdString();
     combo.setFocus();
-    while (combo.currentIndex() != wanted)
+    while (combo.currentIndex() != wanted) {
         press(combo.currentIndex() < wanted ? Qt::Key_Down : Qt::Key_Up);
+    }
 }
 
 } // namespace postal_tests

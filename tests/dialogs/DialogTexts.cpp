@@ -16,12 +16,14 @@ namespace {
 std::string printed(const QString& text) { return text.toStdString(); }
 
 QString textOf(const QWidget& control) {
-    if (control.isWindow())
+    if (control.isWindow()) {
         return control.windowTitle();
+    }
     for (const char* const property : {"title", "text"}) {
         const QVariant text = control.property(property);
-        if (text.isValid())
+        if (text.isValid()) {
             return text.toString();
+        }
     }
     return {};
 }
@@ -67,23 +69,26 @@ void expectControl(const QDialog& dialog, const ControlTexts& expected) {
 }
 
 void close(QDialog& dialog, const std::string& way) {
-    if (way == "Escape")
+    if (way == "Escape") {
         QTest::keyClick(dialog.focusWidget() ? dialog.focusWidget() : &dialog, Qt::Key_Escape);
-    else if (way == "close box")
+    } else if (way == "close box") {
         dialog.close();
-    else
+    } else {
         QTest::mouseClick(&child<QPushButton>(dialog, way.c_str()), Qt::LeftButton);
+    }
 }
 
 } // namespace
 
 void expectControls(const QDialog& dialog, const std::vector<ControlTexts>& controls) {
-    for (const ControlTexts& expected : controls)
+    for (const ControlTexts& expected : controls) {
         expectControl(dialog, expected);
+    }
     for (const QWidget* const widget : dialog.findChildren<QWidget*>()) {
         const QString name = widget->objectName();
-        if (name.isEmpty() || name.startsWith("qt_") || !isContainer(*widget->parentWidget()))
+        if (name.isEmpty() || name.startsWith("qt_") || !isContainer(*widget->parentWidget())) {
             continue;
+        }
         const auto isThis = [&](const ControlTexts& expected) { return expected.name == name; };
         EXPECT_TRUE(std::any_of(controls.begin(), controls.end(), isThis))
             << printed(name) << " is not in the table";

@@ -31,8 +31,9 @@ std::string GridTest::codeOf(int row) {
 
 void GridTest::makeTable(int rows) {
     std::vector<ambrel::test::Row> values;
-    for (int i = 0; i < rows; ++i)
+    for (int i = 0; i < rows; ++i) {
         values.push_back({codeOf(i), "N" + std::to_string(99999 - i), i % 10 == 0 ? "F" : "T"});
+    }
     createTable(ambrel::test::defineTable("ROWS", {"CODE C6", "NAME C20", "HIDDEN L"},
                                           {"CODE", "NAME", "BOTH=NAME+CODE"}),
                 values);
@@ -77,8 +78,9 @@ void GridTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
 }
 
 void GridTest::pressTimes(Qt::Key key, int times) {
-    for (int i = 0; i < times; ++i)
+    for (int i = 0; i < times; ++i) {
         press(key);
+    }
 }
 
 void GridTest::click(int row) {
@@ -94,9 +96,11 @@ void GridTest::wheel(int notches) {
 }
 
 QScrollBar& GridTest::bar() const {
-    for (QScrollBar* candidate : grid->findChildren<QScrollBar*>())
-        if (candidate->orientation() == Qt::Vertical && candidate->isVisible())
+    for (QScrollBar* candidate : grid->findChildren<QScrollBar*>()) {
+        if (candidate->orientation() == Qt::Vertical && candidate->isVisible()) {
             return *candidate;
+        }
+    }
     throw std::logic_error("no scroll bar");
 }
 

@@ -63,8 +63,9 @@ void MunicipalityListFixture::open(MunicipalityDialog which, const std::string& 
 }
 
 dbase::Dataset& MunicipalityListFixture::table() {
-    if (which_ == MunicipalityDialog::Buscar)
+    if (which_ == MunicipalityDialog::Buscar) {
         return controller->DM->tbMunicipi;
+    }
     return which_ == MunicipalityDialog::Lista ? module->tbMunicipi : module->tbMunicipiMJ;
 }
 
@@ -77,8 +78,9 @@ QLineEdit& MunicipalityListFixture::edit(const char* name) const { return child<
 
 std::string MunicipalityListFixture::focused() const {
     const QWidget* widget = dialog->focusWidget();
-    while (widget && (widget->objectName().isEmpty() || widget->objectName().startsWith("qt_")))
+    while (widget && (widget->objectName().isEmpty() || widget->objectName().startsWith("qt_"))) {
         widget = widget->parentWidget(); // a part of a control
+    }
     return widget ? widget->objectName().toStdString() : std::string();
 }
 
@@ -100,8 +102,9 @@ void MunicipalityListFixture::press(Qt::Key key) const {
 }
 
 void MunicipalityListFixture::hover(const QWidget& control) const {
-    for (const QPoint outside : {QPoint(1, 1), QPoint(2, 2)}) // two, for the mouse may be on one of them
+    for (const QPoint outside : {QPoint(1, 1), QPoint(2, 2)}) { // two, for the mouse may be on one of them
         QTest::mouseMove(dialog->windowHandle(), outside);
+    }
     QTest::mouseMove(dialog->windowHandle(), control.mapTo(dialog.get(), control.rect().center()));
 }
 

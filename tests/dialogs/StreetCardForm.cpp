@@ -65,8 +65,9 @@ QComboBox& StreetCardForm::combo(const char* name) const { return child<QComboBo
 QPushButton& StreetCardForm::button(const char* name) const { return child<QPushButton>(*card, name); }
 
 std::string StreetCardForm::textOf(const char* name) const {
-    if (const auto* found = card->findChild<QComboBox*>(QLatin1String(name)))
+    if (const auto* found = card->findChild<QComboBox*>(QLatin1String(name))) {
         return found->currentText().toStdString();
+    }
     return edit(name).text().toStdString();
 }
 

@@ -38,9 +38,10 @@ protected:
 
     static void leave(QDialog& card, bool editing) {
         ScriptedMessages messages;
-        if (editing)
+        if (editing) {
             messages.expect("¿Desea cancelar esta operación (S/N)?", "Esta modificando los datos de una via",
                             "Atención", MessageAnswer::Yes);
+        }
         QTest::keyClick(card.focusWidget() ? card.focusWidget() : &card, Qt::Key_Escape);
     }
 
@@ -56,8 +57,9 @@ TEST_F(AddressSearchKeys, EnterMovesTheFocusOnAndNeverAccepts) {
                                          "BBImportar",  "BBAceptar",   "BBCancelar",          "EVia"};
     for (const char* name : order) {
         QWidget* focused = dialog->focusWidget();
-        while (focused && focused->objectName() != name)
+        while (focused && focused->objectName() != name) {
             focused = focused->parentWidget();
+        }
         EXPECT_TRUE(focused) << name << " should have the focus, not "
                              << dialog->focusWidget()->objectName().toStdString();
         press(Qt::Key_Return);

@@ -83,8 +83,9 @@ TEST_F(AddressSearch, NamesGrowWithTheDialogAndTheLastColumnTakesTheRest) {
     const auto nameAt = [this](int width) {
         dialog->resize(width, dialog->height());
         int total = 0;
-        for (int column = 0; column < grid().columnCount(); ++column)
+        for (int column = 0; column < grid().columnCount(); ++column) {
             total += grid().columnWidth(column);
+        }
         EXPECT_EQ(total, grid().clientWidth()) << width;
         return grid().columnWidth(1);
     };
@@ -127,15 +128,17 @@ TEST_F(AddressSearch, RowsShowTypeNamePostalCodeAndRanges) {
     show();
     goToStreet("28000001");
     std::vector<std::string> texts;
-    for (int column = 0; column < grid().columnCount(); ++column)
+    for (int column = 0; column < grid().columnCount(); ++column) {
         texts.push_back(grid().cellText(grid().currentRow(), column).toStdString());
+    }
     EXPECT_EQ(texts, (std::vector<std::string>{"CL", "ALCALA", "28001", "1", "9999", "2", "9998"}));
 }
 
 TEST_F(AddressSearch, ADropDownShowsSomeProvincesInsideTheScreenWhereverTheDialogIs) {
     std::vector<ProvinceRow> many;
-    for (int code = 100; code < 150; ++code)
+    for (int code = 100; code < 150; ++code) {
         many.push_back({std::to_string(code), "PROVINCIA " + std::to_string(code)});
+    }
     addProvinces(many);
     for (const char* const rulesOfTheHost : {"", "QPushButton { padding: 5px; }"}) {
         qApp->setStyleSheet(QLatin1String(rulesOfTheHost));
@@ -163,8 +166,9 @@ TEST_F(AddressSearch, ADropDownShowsSomeProvincesInsideTheScreenWhereverTheDialo
 TEST_F(AddressSearch, ProvinceItemsAreNameAndCodeInAlphabeticalOrder) {
     show();
     std::vector<std::string> items;
-    for (int index = 0; index < provinces().count(); ++index)
+    for (int index = 0; index < provinces().count(); ++index) {
         items.push_back(provinces().itemText(index).toStdString());
+    }
     EXPECT_EQ(items, (std::vector<std::string>{"ALAVA/ARABA [01]", "BARCELONA [08]", "MADRID [28]"}));
     EXPECT_FALSE(dialog->tbProvin.isOpen());
 }
@@ -433,8 +437,9 @@ TEST_F(AddressSearch, ImportButtonOpensTheImportDialogAndTheListGoesOnAfterIt) {
 
 TEST_F(AddressSearch, WorksWithAnEmptyDirectory) {
     dbase::Dataset streets("DB", "POSTAL");
-    for (streets.open(); !streets.isEmpty();)
+    for (streets.open(); !streets.isEmpty();) {
         streets.erase();
+    }
     streets.close();
     show();
     type("A");

@@ -233,8 +233,9 @@ TEST_F(DataGridAccessTest, ScreenReaderIsToldEachMoveAlsoWhenTheRowsScrollUnderT
     QStringList told;
     QObject::connect(view().selectionModel(), &QItemSelectionModel::currentChanged, grid,
                      [&](const QModelIndex& current) {
-                         if (current.isValid())
+                         if (current.isValid()) {
                              told.push_back(current.data().toString());
+                         }
                      });
     press(Qt::Key_Down);
     press(Qt::Key_Down);

@@ -78,8 +78,9 @@ TEST_F(DataGridChangesTest, TagChangeKeepsTheRowAndItsPlace) {
 
 TEST_F(DataGridChangesTest, NeighboursBehindManyHiddenRowsAreLookedForWhileNobodyTypes) {
     std::vector<ambrel::test::Row> rows;
-    for (int i = 0; i < 50'000; ++i)
+    for (int i = 0; i < 50'000; ++i) {
         rows.push_back({std::to_string(100'000 + i), "N", i == 0 || i >= 49'995 ? "F" : "T"});
+    }
     createTable(ambrel::test::defineTable("ROWS", {"CODE C6", "NAME C20", "HIDDEN L"}, {"CODE"}), rows);
     table->open();
     ambrel::test::showActive(window);
@@ -336,8 +337,9 @@ TEST_F(DataGridChangesTest, FaultOfACalculationIsToldOnceUntilARefreshSucceeds) 
     start(30);
     bool fails = true;
     table->setOnCalculate([&](dbase::Dataset& rows) {
-        if (fails && rows.field("CODE").text() == codeOf(5))
+        if (fails && rows.field("CODE").text() == codeOf(5)) {
             throw std::runtime_error("no puede ser");
+        }
     });
     messages.expect("no puede ser", QStringLiteral("Atención"));
     table->next();

@@ -20,8 +20,9 @@ protected:
         QTest::mouseClick(grid, Qt::LeftButton, Qt::ShiftModifier, grid->cellRect(row, 0).center());
     }
     void mark(Qt::Key key, int times = 1) {
-        for (int i = 0; i < times; ++i)
+        for (int i = 0; i < times; ++i) {
             press(key, Qt::ShiftModifier);
+        }
     }
     static QString copied() { return QApplication::clipboard()->text(); }
     /// Numbers of the rows that Ctrl+C copies, below their titles when there are several.
@@ -31,16 +32,18 @@ protected:
         if (lines.size() > 1) {
             EXPECT_EQ(lines.takeFirst(), "Code\tName\tWhole");
         }
-        for (const QString& line : lines)
+        for (const QString& line : lines) {
             codes.push_back(QString::number((line.section('\t', 0, 0).toInt() - 1000) / 10));
+        }
         return codes.join(' ');
     }
     /// Shown rows that look marked.
     [[nodiscard]] QList<int> marked() const {
         static_cast<void>(grid->currentRow());
         QList<int> rows;
-        for (const QModelIndex& index : view().selectionModel()->selectedRows())
+        for (const QModelIndex& index : view().selectionModel()->selectedRows()) {
             rows.push_back(index.row());
+        }
         std::ranges::sort(rows);
         return rows;
     }
@@ -132,15 +135,17 @@ TEST_F(DataGridMarksTest, ShiftAndAClickMarkTheRowsBetween) {
 TEST_F(DataGridMarksTest, MarkReachesOverMoreRowsThanAreShown) {
     start(200);
     goTo(60);
-    for (int i = 0; i < 5; ++i)
+    for (int i = 0; i < 5; ++i) {
         mark(Qt::Key_PageDown);
+    }
     EXPECT_EQ(code(), codeOf(105));
     EXPECT_EQ(marked().size(), grid->currentRow() + 1);
     EXPECT_EQ(copy().split(' ').size(), 46);
     EXPECT_TRUE(copy().startsWith("60 61 "));
     EXPECT_TRUE(copy().endsWith(" 105"));
-    for (int i = 0; i < 9; ++i)
+    for (int i = 0; i < 9; ++i) {
         mark(Qt::Key_PageUp);
+    }
     EXPECT_EQ(code(), codeOf(24));
     EXPECT_TRUE(copy().startsWith("24 25 "));
     EXPECT_TRUE(copy().endsWith(" 60"));

@@ -30,8 +30,9 @@ TEST_F(DataGridTest, EmptyTableShowsNothing) {
     start(0);
     EXPECT_EQ(grid->visibleRowCount(), 0);
     EXPECT_EQ(grid->currentRow(), -1);
-    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End})
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End}) {
         press(key);
+    }
     wheel(-1);
     click(0);
     EXPECT_FALSE(bar().isEnabled());
@@ -107,8 +108,9 @@ TEST_F(DataGridTest, ManyMovesOfAProgramAreReadOnce) {
     start(100);
     int calculated = 0;
     table->setOnCalculate([&](dbase::Dataset&) { ++calculated; });
-    for (int i = 0; i < 60; ++i)
+    for (int i = 0; i < 60; ++i) {
         table->next();
+    }
     QCoreApplication::processEvents();
     EXPECT_LE(calculated, 60 + 10);
     EXPECT_EQ(grid->cellText(grid->currentRow(), 0), "001600");
@@ -232,8 +234,9 @@ TEST_F(DataGridTest, TabMovesOnToTheNextControl) {
 TEST_F(DataGridTest, OtherKeysGoOnToTheWindow) {
     struct Listener : QObject {
         bool eventFilter(QObject*, QEvent* event) override {
-            if (event->type() == QEvent::KeyPress)
+            if (event->type() == QEvent::KeyPress) {
                 keys.push_back(static_cast<QKeyEvent*>(event)->key());
+            }
             return false;
         }
         QList<int> keys;

@@ -24,8 +24,9 @@ class FocusHelpTest : public ::testing::Test {
 protected:
     FocusHelpTest() {
         auto* const layout = new QVBoxLayout(&dialog);
-        for (QWidget* const widget : std::initializer_list<QWidget*>{edit, other, button, bar})
+        for (QWidget* const widget : std::initializer_list<QWidget*>{edit, other, button, bar}) {
             layout->addWidget(widget);
+        }
         edit->setToolTip("Escriba el nombre");
         other->setToolTip("Escriba el código");
         button->setToolTip("Salir de la pantalla");
@@ -37,8 +38,9 @@ protected:
         edit->setFocus();
     }
     void moveMouseTo(const QWidget& control) {
-        for (const QPoint offset : {QPoint(1, 1), QPoint(0, 0)}) // two, for the mouse may be on one of them
+        for (const QPoint offset : {QPoint(1, 1), QPoint(0, 0)}) { // two, for the mouse may be on one of them
             QTest::mouseMove(dialog.windowHandle(), control.geometry().center() + offset);
+        }
     }
     [[nodiscard]] std::string help() const { return bar->currentMessage().toStdString(); }
     [[nodiscard]] static QColor background(const QWidget& control) {

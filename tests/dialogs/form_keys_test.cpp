@@ -36,8 +36,10 @@ protected:
         auto* const layout = new QVBoxLayout(&dialog);
         auto* const inside = new QVBoxLayout(box);
         inside->addWidget(edit);
-        for (QWidget* const widget : std::initializer_list<QWidget*>{box, text, table, combo, accept, cancel})
+        for (QWidget* const widget :
+             std::initializer_list<QWidget*>{box, text, table, combo, accept, cancel}) {
             layout->addWidget(widget);
+        }
         combo->addItems({"MADRID", "BARCELONA"});
         accept->setDefault(true);
         QObject::connect(accept, &QPushButton::clicked, &dialog, [this] { ++accepted; });

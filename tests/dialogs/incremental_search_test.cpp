@@ -177,8 +177,9 @@ TEST_F(IncrementalSearch, SearchStaysInsideOfARange) {
 TEST_F(IncrementalSearch, ClosedTableIsLeftAlone) {
     table.close();
     type(" M");
-    for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown})
+    for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown}) {
         press(key);
+    }
     EXPECT_EQ(edit.text(), "M");
     EXPECT_FALSE(table.isOpen());
 }
@@ -186,8 +187,9 @@ TEST_F(IncrementalSearch, ClosedTableIsLeftAlone) {
 TEST_F(IncrementalSearch, EmptyTableIsLeftAlone) {
     table.setFilter("NOMBRE='X'");
     type("M");
-    for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown})
+    for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown}) {
         press(key);
+    }
     EXPECT_TRUE(table.isEmpty());
 }
 

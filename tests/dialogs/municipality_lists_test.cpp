@@ -91,8 +91,9 @@ TEST_P(MunicipalityLists, LargeFontOfAStyleSheetCutsNoCodeAndNoButton) {
     make(GetParam(), "NOMBRE");
     dialog->setStyleSheet("* { font-size: 28pt }");
     ambrel::test::showActive(*dialog);
-    for (const int column : {0, 1})
+    for (const int column : {0, 1}) {
         EXPECT_GT(grid().columnWidth(column), grid().fontMetrics().horizontalAdvance("00000")) << column;
+    }
     EXPECT_GT(grid().columnWidth(2), 0);
     for (const char* const name : {"BBAceptar", "BBCancelar"}) {
         const auto& button = child<QPushButton>(*dialog, name);
@@ -317,8 +318,9 @@ TEST_P(MunicipalityLists, ClosedTableShowsNothingAndKeysDoNoHarm) {
     for (const char* const name : {"ECODINE", "ECODPOSTAL", "ENOMBRE"}) {
         edit(name).setFocus();
         type(edit(name), " M");
-        for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown})
+        for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown}) {
             QTest::keyClick(&edit(name), key);
+        }
         EXPECT_EQ(edit(name).text(), "M");
     }
     clickTitle(0);

@@ -22,10 +22,11 @@ protected:
         openCard(opAlta);
         enter("BBCancelar"); // leaving EVecindad fills others in: first of all, then
         fillIn();
-        if (card->findChild<QComboBox*>(QLatin1String(control)))
+        if (card->findChild<QComboBox*>(QLatin1String(control))) {
             combo(control).setEditText(text);
-        else
+        } else {
             edit(control).setText(text);
+        }
     }
     void accept() { button("BBAceptar").click(); }
     void expectRefused(const QString& message, const std::string& focus) {
@@ -80,8 +81,9 @@ TEST_F(StreetCardChecks, TheFirstFaultIsTold) {
 
 TEST_F(StreetCardChecks, EmptyNumbersAreFilledInAlsoWhenACheckFailed) {
     openWith("DBEVia", "");
-    for (const char* name : {"DBEImparIni", "DBEImparFin", "DBEParIni", "DBEParFin"})
+    for (const char* name : {"DBEImparIni", "DBEImparFin", "DBEParIni", "DBEParFin"}) {
         edit(name).clear();
+    }
     edit("DBEParFin").setText("40");
     expectRefused(badStreet, "DBEVia");
     EXPECT_EQ(textOf("DBEImparIni"), "1");

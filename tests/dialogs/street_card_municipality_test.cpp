@@ -37,8 +37,9 @@ protected:
         script.expect("TFMunicipiLista", [=](QDialog& list) {
             EXPECT_EQ(DMMunicipi->tbMunicipi.tag(), tag);
             EXPECT_EQ(DMMunicipi->tbMunicipiCOD_INE.text(), nearest);
-            for (DMMunicipi->tbMunicipi.first(); DMMunicipi->tbMunicipiCOD_INE.text() != chosen;)
+            for (DMMunicipi->tbMunicipi.first(); DMMunicipi->tbMunicipiCOD_INE.text() != chosen;) {
                 ASSERT_TRUE(DMMunicipi->tbMunicipi.next());
+            }
             child<QPushButton>(list, "BBAceptar").click();
         });
     }
@@ -152,8 +153,9 @@ TEST_F(StreetCardMunicipality, TheListSearchesByTheKeyThatTheConfigurationNames)
         openCard(opModificacion, "ALCOBENDAS");
         controller->BuscaPorNombreMunicipi("ALCOBENDAS", true);
         expectList(way.tag, way.nearest, way.nearest);
-        if (way.nearest != "28079")
+        if (way.nearest != "28079") {
             expectPostalCodeQuestion(MessageAnswer::No);
+        }
         QTest::mouseClick(&button("BBListar"), Qt::LeftButton);
         EXPECT_TRUE(messages.isDone());
         streets().cancel();
@@ -229,8 +231,9 @@ TEST_F(StreetCardMunicipality, OfTwoWithOneNameTheOneChosenOnLeavingIsCurrent) {
     expectListQuestion(MessageAnswer::Yes);
     script.expect("TFBuscarMunicipios", [&](QDialog& list) {
         dbase::Dataset& municipalities = controller->DM->tbMunicipi;
-        for (municipalities.first(); controller->DM->tbMunicipiCOD_INE.text() != "31213";)
+        for (municipalities.first(); controller->DM->tbMunicipiCOD_INE.text() != "31213";) {
             ASSERT_TRUE(municipalities.next());
+        }
         child<QPushButton>(list, "BBAceptar").click();
     });
     leaveWith("XX");

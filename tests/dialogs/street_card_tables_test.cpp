@@ -79,8 +79,9 @@ TEST(StreetCardTexts, StreetTypeCodeEndsBeforeTheHyphenAndIsInCapitals) {
 
 TEST(StreetCardTexts, PostalCodeHasFiveCharactersAndBeginsWithTheProvince) {
     EXPECT_TRUE(isPostalCodeOf("28013", "28"));
-    for (const char* wrong : {"", "2801", "280131", "08013"})
+    for (const char* wrong : {"", "2801", "280131", "08013"}) {
         EXPECT_FALSE(isPostalCodeOf(wrong, "28")) << wrong;
+    }
     EXPECT_FALSE(isPostalCodeOf("28013", ""));
 }
 

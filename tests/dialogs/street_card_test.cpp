@@ -109,8 +109,9 @@ TEST_F(StreetCard, CombosAreEditableWithoutCompleterAndNeverInsert) {
         typeInto(name, "Z");
         leaveByTab();
         QStringList found;
-        for (int i = 0; i < box.count(); ++i)
+        for (int i = 0; i < box.count(); ++i) {
             found << box.itemText(i);
+        }
         EXPECT_EQ(found, items) << name;
     }
     EXPECT_GE(combo("CBTipoVia").view()->minimumWidth(), 200);
@@ -201,8 +202,9 @@ TEST_F(StreetCard, EnterMovesOnThroughAllControls) {
 TEST_F(StreetCard, NewStreetStartsEmptyInTheCurrentMunicipality) {
     openCard(opAlta);
     EXPECT_EQ(streets().state(), DatasetState::Insert);
-    for (const char* empty : {"EVecindad", "CBProvincia", "CBTipoVia", "DBEVia", "DBECodPostal"})
+    for (const char* empty : {"EVecindad", "CBProvincia", "CBTipoVia", "DBEVia", "DBECodPostal"}) {
         EXPECT_EQ(textOf(empty), "") << empty;
+    }
     EXPECT_EQ(combo("CBTipoVia").currentIndex(), -1);
     EXPECT_EQ(textOf("DBEProvincia"), "28");
     EXPECT_EQ(textOf("DBEImparIni"), "1");
@@ -326,8 +328,9 @@ TEST_F(StreetCard, NewStreetIsStoredByKeyboardAlone) {
 TEST_F(StreetCard, EmptyNumbersOfANewStreetAreStoredAsTheWholeRanges) {
     openCard(opAlta);
     fillIn();
-    for (const char* name : {"DBEImparIni", "DBEImparFin", "DBEParIni", "DBEParFin"})
+    for (const char* name : {"DBEImparIni", "DBEImparFin", "DBEParIni", "DBEParFin"}) {
         edit(name).clear();
+    }
     QTest::mouseClick(&button("BBAceptar"), Qt::LeftButton);
     EXPECT_FALSE(card->isVisible());
     EXPECT_EQ(stored("99000004", "IMPAR_INI"), "1");

@@ -65,19 +65,22 @@ void BoxesTest::open() {
 }
 
 void BoxesTest::enter(Box which) {
-    if (!QApplication::focusWidget()) // after a dialog the platform of the tests leaves no window active
+    if (!QApplication::focusWidget()) { // after a dialog the platform of the tests leaves no window active
         ambrel::test::showActive(form);
+    }
     box(which).setFocus(Qt::TabFocusReason);
 }
 
 void BoxesTest::type(const QString& text) {
-    for (const QChar letter : text)
+    for (const QChar letter : text) {
         ambrel::test::typeInto(*QApplication::focusWidget(), letter);
+    }
 }
 
 void BoxesTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
-    if (!QApplication::focusWidget())
+    if (!QApplication::focusWidget()) {
         ambrel::test::showActive(form);
+    }
     QTest::keyClick(QApplication::focusWidget(), key, modifiers);
 }
 

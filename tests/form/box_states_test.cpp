@@ -10,16 +10,18 @@ class BoxStates : public postal_tests::BoxesTest {};
 TEST_F(BoxStates, AnEmptyFormSaysNothing) {
     open();
     for (const Box one :
-         {Box::Municipality, Box::Province, Box::StreetType, Box::Street, Box::Number, Box::PostalCode})
+         {Box::Municipality, Box::Province, Box::StreetType, Box::Street, Box::Number, Box::PostalCode}) {
         EXPECT_EQ(state(one), State::Empty);
+    }
 }
 
 TEST_F(BoxStates, AWholeAddressIsValidated) {
     open();
     fillAddress("mad", "CL", "alcala", "5");
     for (const Box one :
-         {Box::Municipality, Box::Province, Box::StreetType, Box::Street, Box::Number, Box::PostalCode})
+         {Box::Municipality, Box::Province, Box::StreetType, Box::Street, Box::Number, Box::PostalCode}) {
         EXPECT_EQ(state(one), State::Validated) << static_cast<int>(one);
+    }
 }
 
 TEST_F(BoxStates, NumbersAreReadAsPeopleWriteThem) {
@@ -88,8 +90,9 @@ TEST_F(BoxStates, AnEditedMunicipalityTakesEverythingsValidationAwayAtOnce) {
     enter(Box::Municipality);
     press(Qt::Key_End);
     press(Qt::Key_Backspace);
-    for (const Box one : {Box::Municipality, Box::Province, Box::Street, Box::Number, Box::PostalCode})
+    for (const Box one : {Box::Municipality, Box::Province, Box::Street, Box::Number, Box::PostalCode}) {
         EXPECT_EQ(state(one), State::NotValidated) << static_cast<int>(one);
+    }
     EXPECT_EQ(tag(Box::Street), 0);
 }
 

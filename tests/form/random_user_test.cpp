@@ -45,19 +45,24 @@ public:
                                               const std::string& type, const std::string& number) {
         read(ineCode);
         std::vector<Row> rows;
-        for (const Row& row : streets_)
-            if (row.name == street && isOwn(row, ineCode))
+        for (const Row& row : streets_) {
+            if (row.name == street && isOwn(row, ineCode)) {
                 rows.push_back(row);
-        if (hasOneCode())
+            }
+        }
+        if (hasOneCode()) {
             return codes_;
+        }
         keepType(rows, type);
         keepOwn(rows, ineCode, [](const Row& row) { return row.ineCode.empty(); });
-        if (const int value = leadingNumber(number); value > 0)
+        if (const int value = leadingNumber(number); value > 0) {
             std::erase_if(rows, [&](const Row& row) {
                 return value < row.first[value % 2] || value > row.last[value % 2];
             });
-        if (codesOf(rows).size() > 1 && leadingNumber(number) > 0)
+        }
+        if (codesOf(rows).size() > 1 && leadingNumber(number) > 0) {
             keepOwn(rows, ineCode, [](const Row&) { return false; });
+        }
         return codesOf(rows);
     }
     [[nodiscard]] std::set<std::string> namesOf(const std::string& ineCode) {
@@ -75,25 +80,29 @@ private:
     static int leadingNumber(const std::string& text) { return std::atoi(text.c_str()); }
     static std::set<std::string> codesOf(const std::vector<Row>& rows) {
         std::set<std::string> codes;
-        for (const Row& row : rows)
+        for (const Row& row : rows) {
             codes.insert(row.code);
+        }
         return codes;
     }
     static void keepType(std::vector<Row>& rows, const std::string& type) {
-        if (type.empty())
+        if (type.empty()) {
             return;
-        for (const std::string& wanted : {type, std::string()})
+        }
+        for (const std::string& wanted : {type, std::string()}) {
             if (std::ranges::any_of(rows, [&](const Row& row) { return row.type == wanted; })) {
                 std::erase_if(rows, [&](const Row& row) { return row.type != wanted; });
                 return;
             }
+        }
         rows.clear(); // the form shows a street that is not there
     }
     template<class AlsoKept>
     static void keepOwn(std::vector<Row>& rows, const std::string& ineCode, AlsoKept alsoKept) {
         const auto isSaid = [&](const Row& row) { return row.ineCode == ineCode; };
-        if (std::ranges::any_of(rows, isSaid))
+        if (std::ranges::any_of(rows, isSaid)) {
             std::erase_if(rows, [&](const Row& row) { return !isSaid(row) && !alsoKept(row); });
+        }
     }
     [[nodiscard]] bool isOwn(const Row& row, const std::string& ineCode) const {
         return provinces_.contains(row.province) &&
@@ -105,7 +114,7 @@ private:
         *this = {};
         dbase::Dataset towns("DB", "MUNICIPI"), streets("DB", "POSTAL");
         towns.open();
-        for (bool more = !towns.isEmpty(); more; more = towns.next())
+        for (bool more = !towns.isEmpty(); more; more = towns.next()) {
             if (towns.field("COD_INE").text() == ineCode) {
                 codes_.insert(towns.field("CODPOSTAL").text());
                 names_.insert(towns.field("NOMBRE").text());
@@ -113,8 +122,9 @@ private:
                 provinces_.insert(towns.field("CODPOSTAL").text().substr(0, 2));
                 isMarked_ = isMarked_ || towns.field("UNICO").text() == "S";
             }
+        }
         streets.open();
-        for (bool more = !streets.isEmpty(); more; more = streets.next())
+        for (bool more = !streets.isEmpty(); more; more = streets.next()) {
             streets_.push_back({streets.field("VIA").text(),
                                 streets.field("TIPO_VIA").text(),
                                 streets.field("CODPOSTAL").text(),
@@ -122,6 +132,7 @@ private:
                                 streets.field("COD_INE").text(),
                                 {streets.field("PAR_INI").integer(), streets.field("IMPAR_INI").integer()},
                                 {streets.field("PAR_FIN").integer(), streets.field("IMPAR_FIN").integer()}});
+        }
     }
 
     std::vector<Row> streets_;
@@ -157,9 +168,10 @@ protected:
                     {"33000004", "MALA", "AV", "33699", {1, 9999}, {2, 9998}, "33", "", "33038"}});
         dbase::TableDefinition customers;
         customers.name = "CLIENTES";
-        for (const char* name : {"VECINDAD", "PROVINCIA", "TIPO", "DOMICILIO", "NUMERO", "CODPOSTAL"})
+        for (const char* name : {"VECINDAD", "PROVINCIA", "TIPO", "DOMICILIO", "NUMERO", "CODPOSTAL"}) {
             customers.columns.push_back(
                 {.name = name, .type = dbase::ColumnType::Character, .width = columnWidth});
+        }
         dbase::createTable(folder.path(), customers);
         customers_.open();
         store({"MIERES", "ASTURIAS", "CL", "MAYOR", "5", "33600"});
@@ -170,11 +182,13 @@ protected:
 
         auto* column = new QVBoxLayout(&form_);
         for (QLineEdit** edit : {&boxes_.municipality, &boxes_.province, &boxes_.streetType, &boxes_.street,
-                                 &boxes_.number, &boxes_.postalCode})
+                                 &boxes_.number, &boxes_.postalCode}) {
             column->addWidget(*edit = new QLineEdit(&form_));
+        }
         column->addWidget(new QPushButton(&form_));
-        for (std::size_t index = 0; index < everyBox.size(); ++index)
+        for (std::size_t index = 0; index < everyBox.size(); ++index) {
             record_.bind(boxes_.at(everyBox[index]), *customers_.fields()[index]);
+        }
         address_ = std::make_unique<AddressBoxes>(boxes_);
         address_->setRecord(record_);
         record_.showRow();
@@ -195,8 +209,9 @@ protected:
 
     void store(const std::vector<std::string>& texts) {
         customers_.append();
-        for (std::size_t index = 0; index < texts.size(); ++index)
+        for (std::size_t index = 0; index < texts.size(); ++index) {
             customers_.fields()[index]->setText(texts[index]);
+        }
         customers_.post();
     }
 
@@ -231,16 +246,19 @@ protected:
         case 2: { // a text, typed
             auto* const box = &anyBox();
             box->setFocus();
-            if (roll(2) == 0)
+            if (roll(2) == 0) {
                 box->selectAll();
+            }
             return typeKeys(*box, anyText());
         }
         case 3: // letters whose keys overlap
-            for (const Qt::Key key : {Qt::Key_M, Qt::Key_A, pick(std::array{Qt::Key_I, Qt::Key_L})})
+            for (const Qt::Key key : {Qt::Key_M, Qt::Key_A, pick(std::array{Qt::Key_I, Qt::Key_L})}) {
                 QTest::keyPress(&focused(), key);
+            }
             QTest::keyRelease(&focused(), Qt::Key_M);
-            if (roll(2) == 0)
+            if (roll(2) == 0) {
                 QTest::keyClick(&focused(), Qt::Key_Tab);
+            }
             return QTest::keyRelease(&focused(), Qt::Key_A);
         case 4:
             QGuiApplication::clipboard()->setText(anyText());
@@ -273,16 +291,18 @@ protected:
     }
 
     void setProgramText(QLineEdit& box) {
-        if (roll(2) == 0)
+        if (roll(2) == 0) {
             box.setText(anyText());
-        else
+        } else {
             box.insert(anyText());
+        }
     }
 
     void typeKeys(QWidget& box, const QString& text) {
-        for (const QChar letter : text)
+        for (const QChar letter : text) {
             QTest::sendKeyEvent(QTest::Click, &box, static_cast<Qt::Key>(letter.toUpper().unicode()),
                                 QString(letter), Qt::NoModifier);
+        }
     }
 
     void wholeAddress() {
@@ -300,10 +320,11 @@ protected:
     void anotherCustomer() {
         address_->settle();
         if (customers_.state() != dbase::DatasetState::Browse) {
-            if (roll(2) == 0)
+            if (roll(2) == 0) {
                 customers_.post();
-            else
+            } else {
                 customers_.cancel();
+            }
         }
         static_cast<void>(roll(2) == 0 ? customers_.next() : customers_.prior());
         record_.showRow();
@@ -313,8 +334,9 @@ protected:
     void somebodyElse() {
         dbase::Dataset streets("DB", "POSTAL");
         streets.open();
-        for (int count = roll(11); count > 0; --count)
+        for (int count = roll(11); count > 0; --count) {
             static_cast<void>(streets.next());
+        }
         try {
             streets.edit();
             streets.field("CODPOSTAL").setText(pick(std::array{"01001", "01002", "01003", "33600", "33610"}));
@@ -325,8 +347,9 @@ protected:
     }
 
     void holdOrLetGo() {
-        if (others_.state() == dbase::DatasetState::Edit)
+        if (others_.state() == dbase::DatasetState::Edit) {
             return others_.cancel();
+        }
         others_.goTo(customers_.bookmark());
         try {
             others_.edit();
@@ -338,8 +361,9 @@ protected:
         isDeclining_ = true;
         const auto through = [this] {
             boxes_.municipality->setFocus();
-            for (std::size_t count = 0; count < everyBox.size(); ++count)
+            for (std::size_t count = 0; count < everyBox.size(); ++count) {
                 QTest::keyClick(&focused(), Qt::Key_Tab);
+            }
         };
         through();
         const QStringList before = texts();
@@ -352,8 +376,9 @@ protected:
 
     [[nodiscard]] QStringList texts() const {
         QStringList all;
-        for (const Box box : everyBox)
+        for (const Box box : everyBox) {
             all << boxes_.at(box)->text();
+        }
         return all;
     }
     [[nodiscard]] std::string written(Box box) const {
@@ -363,8 +388,9 @@ protected:
     void check() {
         for (std::size_t index = 0; index < everyBox.size(); ++index) {
             QString shown = boxes_.at(everyBox[index])->text().left(columnWidth);
-            while (shown.endsWith(QLatin1Char(' ')))
+            while (shown.endsWith(QLatin1Char(' '))) {
                 shown.chop(1);
+            }
             EXPECT_EQ(ambrel::fromWindows1252(customers_.fields()[index]->text()), shown) << "the row";
         }
         const int tag = ambrel::tagOf(*boxes_.municipality);
@@ -372,8 +398,9 @@ protected:
         if (address_->state(Box::Municipality) == State::Validated) {
             EXPECT_TRUE(oracle_.namesOf(ineCode).contains(written(Box::Municipality))) << ineCode;
         }
-        if (address_->state(Box::PostalCode) != State::Validated)
+        if (address_->state(Box::PostalCode) != State::Validated) {
             return;
+        }
         EXPECT_EQ(address_->state(Box::Municipality), State::Validated);
         EXPECT_EQ(
             oracle_.codes(ineCode, written(Box::Street), written(Box::StreetType), written(Box::Number)),
@@ -387,16 +414,21 @@ protected:
         explicit Dialogs(RandomUser& user) : user_(user) {}
         bool eventFilter(QObject* watched, QEvent* event) override {
             auto* dialog = qobject_cast<QDialog*>(watched);
-            if (event->type() == QEvent::Show && dialog && dialog->isModal())
+            if (event->type() == QEvent::Show && dialog && dialog->isModal()) {
                 QTimer::singleShot(0, dialog, [this, alive = QPointer<QDialog>(dialog)] {
-                    if (QWidget* focused = alive ? alive->focusWidget() : nullptr)
+                    if (QWidget* focused = alive ? alive->focusWidget() : nullptr) {
                         user_.typeKeys(*focused, user_.anyText());
+                    }
                     const char* const name = user_.pick(std::array{"BBAceptar", "BBAceptar", "BBCancelar"});
-                    if (auto* button = alive ? alive->findChild<QPushButton*>(QLatin1String(name)) : nullptr)
+                    if (auto* button =
+                            alive ? alive->findChild<QPushButton*>(QLatin1String(name)) : nullptr) {
                         button->click();
-                    if (alive && alive->isVisible())
+                    }
+                    if (alive && alive->isVisible()) {
                         alive->done(2);
+                    }
                 });
+            }
             return false;
         }
 
@@ -424,9 +456,10 @@ TEST_F(RandomUser, GetsNoCodeThatTheTablesDoNotGive) {
     for (int count = 0; count < steps && !HasFailure(); ++count) {
         step();
         check();
-        if (HasFailure())
+        if (HasFailure()) {
             ADD_FAILURE() << "step " << count << ", texts: " << texts().join(QLatin1Char('|')).toStdString()
                           << ", reason: " << address_->reason(Box::PostalCode).toStdString();
+        }
     }
 }
 

@@ -18,8 +18,9 @@ protected:
         RealProvince::SetUp();
         auto* column = new QVBoxLayout(&form_);
         for (QLineEdit** box :
-             {&boxes_.municipality, &boxes_.streetType, &boxes_.street, &boxes_.number, &boxes_.postalCode})
+             {&boxes_.municipality, &boxes_.streetType, &boxes_.street, &boxes_.number, &boxes_.postalCode}) {
             column->addWidget(*box = new QLineEdit(&form_));
+        }
     }
 
     /// One in so many: the boxes look up what the other trials look up by the ten thousands.
@@ -27,8 +28,9 @@ protected:
         constexpr std::size_t one = 23;
         std::vector<KnownAddress> chosen;
         const std::vector<KnownAddress> all = addresses();
-        for (std::size_t i = 0; i < all.size(); i += one)
+        for (std::size_t i = 0; i < all.size(); i += one) {
             chosen.push_back(all[i]);
+        }
         return chosen;
     }
 
@@ -37,17 +39,20 @@ protected:
         AddressBoxes address(boxes_);
         ambrel::test::showActive(form_);
         return tryAddresses(addresses, [&](const KnownAddress& one) -> std::optional<std::string> {
-            for (const AddressBoxes::Box box : filled)
+            for (const AddressBoxes::Box box : filled) {
                 boxes_.at(box)->clear();
+            }
             address.takeStored();
             fill(boxes_.municipality, one.municipality);
             fill(boxes_.streetType, one.type);
             fill(boxes_.street, one.street);
             fill(boxes_.number, std::to_string(one.number));
             boxes_.postalCode->setFocus();
-            for (const AddressBoxes::Box box : filled)
-                if (address.state(box) != AddressBoxes::State::Validated)
+            for (const AddressBoxes::Box box : filled) {
+                if (address.state(box) != AddressBoxes::State::Validated) {
                     return std::nullopt;
+                }
+            }
             return boxes_.postalCode->text().toStdString();
         });
     }
@@ -71,8 +76,9 @@ private:
 void expectRight(const Tally& tally) {
     EXPECT_GE(tally.exact, 800);
     EXPECT_GE(tally.foundShare(), 0.99) << tally.found << " of " << tally.exact;
-    for (const std::string& wrong : tally.wrong)
+    for (const std::string& wrong : tally.wrong) {
         ADD_FAILURE() << wrong;
+    }
 }
 
 TEST_F(RealBoxes, AreRightInTheTablesOfAWholeProvince) {

@@ -39,8 +39,9 @@ protected:
     }
     void passThrough() {
         enter(Box::Municipality);
-        for (int count = 0; count < 6; ++count)
+        for (int count = 0; count < 6; ++count) {
             press(Qt::Key_Tab);
+        }
     }
 };
 
@@ -48,8 +49,9 @@ TEST_F(StoredAddress, IsValidatedWithoutChangingItsTexts) {
     show("MADRID", "MADRID", "CL", "ALCALA", "212 bis", "28027");
     EXPECT_EQ(tag(Box::Municipality), 28079);
     EXPECT_EQ(tag(Box::Street), 28000001);
-    for (const Box one : {Box::Province, Box::StreetType, Box::Number, Box::PostalCode})
+    for (const Box one : {Box::Province, Box::StreetType, Box::Number, Box::PostalCode}) {
         EXPECT_EQ(state(one), State::Validated) << static_cast<int>(one);
+    }
 }
 
 TEST_F(StoredAddress, GoingThroughItsBoxesChangesNothing) {

@@ -97,8 +97,9 @@ QString FormTest::status() const { return window_->findChild<QLabel*>(QStringLit
 
 /// After a dialog the platform of the tests leaves no window active.
 void FormTest::activate() {
-    if (!QApplication::focusWidget())
+    if (!QApplication::focusWidget()) {
         ambrel::test::showActive(*window_);
+    }
 }
 
 void FormTest::enter(const char* name) {
@@ -108,8 +109,9 @@ void FormTest::enter(const char* name) {
 
 void FormTest::type(const QString& text) {
     activate();
-    for (const QChar letter : text) // each where the focus is by then
+    for (const QChar letter : text) { // each where the focus is by then
         ambrel::test::typeInto(*QApplication::focusWidget(), letter);
+    }
 }
 
 void FormTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
@@ -140,8 +142,9 @@ void FormTest::click(const char* button) {
 std::string FormTest::stored(const std::string& customer, const char* column) const {
     host::HostTable table(host::hostDatabase);
     table.data.open();
-    if (!table.data.seek({{"NOMBRE", ansi(customer)}}, dbase::SeekMode::Exact))
+    if (!table.data.seek({{"NOMBRE", ansi(customer)}}, dbase::SeekMode::Exact)) {
         return {};
+    }
     return table.data.field(column).text();
 }
 

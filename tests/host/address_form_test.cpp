@@ -196,8 +196,9 @@ TEST_F(AddressFormTest, PassingThroughAStoredAddressChangesNothing) {
         {{"Ana", "CL", "ALCALA", "60", "28009", "MADRID", "MADRID"}, {"Eva", "", "", "", "", "", ""}});
     open();
     enter("ENombre");
-    for (int box = 0; box < 8; ++box)
+    for (int box = 0; box < 8; ++box) {
         press(Qt::Key_Tab);
+    }
     EXPECT_EQ(text("ECodPostal"), QStringLiteral("28009"));
     click("BBSiguiente"); // would ask if anything had changed
     EXPECT_EQ(text("ENombre"), QStringLiteral("Eva"));
@@ -251,8 +252,9 @@ TEST_F(AddressFormTest, LabelsLeadToTheirBoxesAndNamesAreTold) {
          {"EMunicipio", "EProvincia", "ETipoVia", "EVia", "ENumero", "EPiso", "ECodPostal"}) {
         EXPECT_FALSE(box(name)->accessibleName().isEmpty()) << name;
         int labels = 0;
-        for (const QLabel* label : window().findChildren<QLabel*>())
+        for (const QLabel* label : window().findChildren<QLabel*>()) {
             labels += label->buddy() == box(name) ? 1 : 0;
+        }
         EXPECT_EQ(labels, 1) << name;
     }
 }
@@ -261,15 +263,19 @@ TEST_F(AddressFormTest, MnemonicsAreAllDifferent) {
     open();
     QStringList letters;
     const auto add = [&](const QString& text) {
-        if (const auto at = text.indexOf(QLatin1Char('&')); at >= 0)
+        if (const auto at = text.indexOf(QLatin1Char('&')); at >= 0) {
             letters.append(text.mid(at + 1, 1).toUpper());
+        }
     };
-    for (const QLabel* label : window().findChildren<QLabel*>())
+    for (const QLabel* label : window().findChildren<QLabel*>()) {
         add(label->text());
-    for (const QPushButton* button : window().findChildren<QPushButton*>())
+    }
+    for (const QPushButton* button : window().findChildren<QPushButton*>()) {
         add(button->text());
-    for (const QAction* menu : window().menuBar()->actions())
+    }
+    for (const QAction* menu : window().menuBar()->actions()) {
         add(menu->text());
+    }
     EXPECT_EQ(letters.size(), 15);
     letters.removeDuplicates();
     EXPECT_EQ(letters.size(), 15);

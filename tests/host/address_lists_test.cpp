@@ -72,8 +72,9 @@ TEST_F(AddressListsTest, AStoredMunicipalityThatIsNotKnownIsNotAskedAbout) {
     addCustomers({{"Ana", "XX", "", "", "", "VILLANINGUNA", ""}});
     open();
     enter("EMunicipio");
-    for (int count = 0; count < 3; ++count)
+    for (int count = 0; count < 3; ++count) {
         press(Qt::Key_Tab); // through the street type, too
+    }
     EXPECT_TRUE(box("EVia")->hasFocus());
 }
 
@@ -208,8 +209,9 @@ TEST_F(AddressPreviewTest, TheLineFollowsTheRow) {
 }
 
 TEST_F(AddressPreviewTest, WithoutStreetTypesTheLineKeepsTheAbbreviation) {
-    for (const char* file : {"TIPO_VIA.DBF", "TIPO_VIA.MDX"})
+    for (const char* file : {"TIPO_VIA.DBF", "TIPO_VIA.MDX"}) {
         ASSERT_TRUE(std::filesystem::remove(folder / file));
+    }
     addCustomers({{"Ana", "PZ", "MAYOR", "3", "28012", "MADRID", "MADRID"}});
     open();
     EXPECT_EQ(label("LDomicilio"), QStringLiteral("PZ MAYOR, 3 28012 MADRID"));

@@ -23,8 +23,9 @@ protected:
     ~DataFolderTest() override { qputenv("XDG_DATA_HOME", before_); }
 
     static void createEmptyTables(const std::string& where) {
-        for (const dbase::TableDefinition& definition : ambrel::tableDefinitions())
+        for (const dbase::TableDefinition& definition : ambrel::tableDefinitions()) {
             dbase::createTable(where, definition);
+        }
     }
 
     TemporaryFolder user;

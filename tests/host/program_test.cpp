@@ -24,8 +24,9 @@ protected:
     /// Runs the program without a display, in a folder of its own that also holds the user's data.
     Ended run(const QStringList& arguments) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
             environment.remove(QLatin1String(name));
+        }
         environment.insert(QStringLiteral("XDG_DATA_HOME"), QString::fromStdString(folder / "datos"));
         environment.insert(QStringLiteral("no_proxy"), QStringLiteral("127.0.0.1"));
         QProcess program;
@@ -63,8 +64,9 @@ TEST_F(ProgramTest, TheTourOfTheListsSettlesTheBoxes) {
          {QStringLiteral("TFBuscarMunicipios\tLista de municipios del I.N.E.\t0"),
           QStringLiteral("DBGMUNICIPI\t33024,33201,GIJON\t0\tactivo"),
           QStringLiteral("EMunicipio\tGIJON\t33024\tactivo"), QStringLiteral("ETipoVia\tAV\t1\tactivo"),
-          QStringLiteral("EProvincia\tASTURIAS\t1\tactivo"), QStringLiteral("RCodIne\t33037\t0\tactivo")})
+          QStringLiteral("EProvincia\tASTURIAS\t1\tactivo"), QStringLiteral("RCodIne\t33037\t0\tactivo")}) {
         EXPECT_TRUE(tour.lines.contains(line)) << line.toStdString();
+    }
 }
 
 TEST_F(ProgramTest, TheTourOfTheStreetsAddsFindsChangesAndDeletesOne) {
@@ -74,8 +76,9 @@ TEST_F(ProgramTest, TheTourOfTheStreetsAddsFindsChangesAndDeletesOne) {
                                 QStringLiteral("EVia\tHORNO NUEVO\t99000000\tactivo"),
                                 QStringLiteral("DBGPostal\tCL,ALCALA,28014,1,57,2,56\t0\tactivo"),
                                 QStringLiteral("DBGPostal\tCL,HORNO NUEVO,28013,1,99,2,9998\t0\tactivo"),
-                                QStringLiteral("EVia\tHORNO NUEVO\t0\tactivo")})
+                                QStringLiteral("EVia\tHORNO NUEVO\t0\tactivo")}) {
         EXPECT_TRUE(tour.lines.contains(line)) << line.toStdString();
+    }
 }
 
 /// The stand-in for the street-directory service; ends with the test.
@@ -83,8 +86,9 @@ class DirectoryProgram {
 public:
     DirectoryProgram() {
         program_.start(QStringLiteral(CALLEJERO_PROGRAM), QStringList());
-        if (program_.waitForReadyRead(60000))
+        if (program_.waitForReadyRead(60000)) {
             address_ = QString::fromUtf8(program_.readLine()).trimmed();
+        }
     }
     ~DirectoryProgram() {
         program_.terminate();
@@ -115,8 +119,9 @@ TEST_F(ProgramTest, TheTourOfTheImportBringsStreetsThatThenComplete) {
           QStringLiteral("información\tSe han importado 0 calles al módulo de Códigos Postales\t"
                          "Importación finalizada\taceptar"),
           QStringLiteral("CBMunicipiosAmbrel\tARANJUEZ\t0\tactivo"),
-          QStringLiteral("ECodPostal\t28300\t1\tactivo")})
+          QStringLiteral("ECodPostal\t28300\t1\tactivo")}) {
         EXPECT_TRUE(tour.lines.contains(line)) << line.toStdString();
+    }
 }
 
 /// Name and content of every picture in a folder.
@@ -124,8 +129,9 @@ QMap<QString, QByteArray> picturesIn(const QString& folder) {
     QMap<QString, QByteArray> pictures;
     for (const QFileInfo& entry : QDir(folder).entryInfoList({QStringLiteral("*.png")})) {
         QFile file(entry.filePath());
-        if (file.open(QIODevice::ReadOnly))
+        if (file.open(QIODevice::ReadOnly)) {
             pictures.insert(entry.fileName(), file.readAll());
+        }
     }
     return pictures;
 }
@@ -179,8 +185,9 @@ TEST_F(ProgramTest, AQuestionTakesTheQueuedAnswer) {
 
 TEST_F(ProgramTest, AllSampleCustomersButTheOneOnAnUnknownStreetAreValidated) {
     std::string script;
-    for (int customer = 0; customer < 12; ++customer)
+    for (int customer = 0; customer < 12; ++customer) {
         script += "muestra EVia\nmuestra ECodPostal\ntecla ENombre PageDown\n";
+    }
     const Ended ended = play(script);
     EXPECT_EQ(ended.exitCode, 0) << ended.errors.toStdString();
     ASSERT_EQ(ended.lines.size(), 24);

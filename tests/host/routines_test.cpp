@@ -30,8 +30,9 @@ void give(QDialog& dialog, const char* argument, const QString& text) {
     edit.setFocus();
     edit.selectAll();
     QTest::keyClicks(&edit, text);
-    if (text.isEmpty())
+    if (text.isEmpty()) {
         QTest::keyClick(&edit, Qt::Key_Delete);
+    }
 }
 
 void give(QDialog& dialog, const char* argument, int number) {
@@ -83,19 +84,21 @@ TEST_F(RoutinesTest, EveryDialogFitsOnASmallScreen) {
     const DesktopFont font;
     open();
     for (const auto& list : {host::routines::municipalityLists(), host::routines::otherLists(),
-                             host::routines::streetLists(), host::routines::utilities()})
-        for (const host::routines::Routine& routine : list)
+                             host::routines::streetLists(), host::routines::utilities()}) {
+        for (const host::routines::Routine& routine : list) {
             attempt(qPrintable(routine.object), [&](QDialog& dialog) {
                 EXPECT_LE(dialog.height(), 470) << routine.object.toStdString();
                 EXPECT_LE(dialog.width(), 790) << routine.object.toStdString();
             });
+        }
+    }
 }
 
 TEST_F(RoutinesTest, EveryRoutineHasItsEntryAndItsDialog) {
     open();
     int count = 0;
     for (const auto& list : {host::routines::municipalityLists(), host::routines::otherLists(),
-                             host::routines::streetLists(), host::routines::utilities()})
+                             host::routines::streetLists(), host::routines::utilities()}) {
         for (const host::routines::Routine& routine : list) {
             SCOPED_TRACE(routine.object.toStdString());
             attempt(qPrintable(routine.object), [&](QDialog& dialog) {
@@ -105,11 +108,13 @@ TEST_F(RoutinesTest, EveryRoutineHasItsEntryAndItsDialog) {
                     ASSERT_TRUE(editor) << argument.object.toStdString();
                     EXPECT_FALSE(editor->accessibleName().isEmpty());
                 }
-                for (const auto& result : routine.results)
+                for (const auto& result : routine.results) {
                     EXPECT_TRUE(child<QLineEdit>(dialog, qPrintable(result.object)).isReadOnly());
+                }
                 ++count;
             });
         }
+    }
     EXPECT_EQ(count, 14);
     EXPECT_EQ(window().menuBar()->actions().size(), 2);
 }

@@ -42,8 +42,9 @@ TEST(ScriptParser, ReadsEveryVerb) {
         {"muestra EVia", Verb::Show},        {"ventana", Verb::Window},
         {"mensajes", Verb::Messages},        {"captura a b.png", Verb::Capture},
         {"titulo DBG 2", Verb::ClickTitle},  {"medida 640x480", Verb::Resize}};
-    for (const auto& [line, verb] : lines)
+    for (const auto& [line, verb] : lines) {
         EXPECT_EQ(onlyStep(QString::fromUtf8(line)).verb, verb) << line;
+    }
 }
 
 TEST(ScriptParser, ItemsAndFilesMayHaveBlanksInside) {

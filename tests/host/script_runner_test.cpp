@@ -29,8 +29,9 @@ class ReleaseLog : public QObject {
 public:
     explicit ReleaseLog(QWidget* widget) : QObject(widget) { widget->installEventFilter(this); }
     bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::KeyRelease)
+        if (event->type() == QEvent::KeyRelease) {
             released.append(static_cast<QKeyEvent*>(event)->text());
+        }
         return false;
     }
     QStringList released;
@@ -154,8 +155,9 @@ TEST_F(ScriptRunnerTest, StepsGoOnInsideAModalWindow) {
 
 TEST_F(ScriptRunnerTest, AStepInsideANestedLoopWithoutWindowWaits) {
     QObject::connect(button, &QPushButton::clicked, button, [this] {
-        for (int turn = 0; turn < 20; ++turn)
+        for (int turn = 0; turn < 20; ++turn) {
             QCoreApplication::processEvents();
+        }
         first->setText(QStringLiteral("terminado"));
     });
     EXPECT_EQ(run("pulsa BBAbrir\nmuestra EUno").lines,

@@ -80,12 +80,14 @@ ImportForm::~ImportForm() {
 
 void ImportForm::noteBar() {
     const auto* const shown = dialog ? dialog->findChild<QProgressBar*>() : nullptr;
-    if (!shown || !shown->isVisible())
+    if (!shown || !shown->isVisible()) {
         return;
+    }
     const std::string text = std::to_string(shown->value()) + "/" + std::to_string(shown->maximum()) + " " +
                              shown->text().toStdString();
-    if (bar.empty() || bar.back() != text)
+    if (bar.empty() || bar.back() != text) {
         bar.push_back(text);
+    }
 }
 
 void ImportForm::show() {
@@ -109,8 +111,9 @@ void ImportForm::file(const std::string& name, const std::string& content) {
 
 std::string ImportForm::answer(const std::vector<std::pair<std::string, std::string>>& streets) {
     callejero::Municipality municipality{.name = "X", .code = 1};
-    for (const auto& [type, name] : streets)
+    for (const auto& [type, name] : streets) {
         municipality.streets.push_back({type, name});
+    }
     return callejero::streetsAnswer({.name = "X", .code = 1}, municipality);
 }
 
@@ -118,8 +121,9 @@ std::string ImportForm::chosen(const char* name) const { return combo(name).curr
 
 Texts ImportForm::items(const char* name) const {
     Texts texts;
-    for (int index = 0; index < combo(name).count(); ++index)
+    for (int index = 0; index < combo(name).count(); ++index) {
         texts.push_back(combo(name).itemText(index).toStdString());
+    }
     return texts;
 }
 
@@ -134,8 +138,9 @@ Texts ImportForm::rows() const {
     Texts rows;
     for (int row = 0; row < model.rowCount(); ++row) {
         QStringList cells;
-        for (int column = 0; column < model.columnCount(); ++column)
+        for (int column = 0; column < model.columnCount(); ++column) {
             cells << model.index(row, column).data().toString();
+        }
         rows.push_back(cells.join(QLatin1Char('|')).toStdString());
     }
     return rows;
@@ -145,14 +150,15 @@ Texts ImportForm::stored() {
     dbase::Dataset table("DB", "POSTAL");
     table.open();
     Texts rows;
-    if (table.isEmpty())
+    if (table.isEmpty()) {
         return rows;
-    do
+    }
+    do {
         rows.push_back(ambrel::fromWindows1252(table.field("TIPO_VIA").text() + " " +
                                                table.field("VIA").text() + " " +
                                                table.field("CODPOSTAL").text())
                            .toStdString());
-    while (table.next());
+    } while (table.next());
     return rows;
 }
 
@@ -161,8 +167,9 @@ void ImportForm::choose(const char* name, const char* item) const {
     const int wanted = box.findText(QString::fromUtf8(item));
     ASSERT_GE(wanted, 0) << item << " is not in " << name;
     box.setFocus();
-    for (int step = 0; step < box.count() && box.currentIndex() != wanted; ++step)
+    for (int step = 0; step < box.count() && box.currentIndex() != wanted; ++step) {
         QTest::keyClick(&box, box.currentIndex() < wanted ? Qt::Key_Down : Qt::Key_Up);
+    }
     ASSERT_EQ(box.currentIndex(), wanted);
 }
 

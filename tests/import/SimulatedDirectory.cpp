@@ -36,6 +36,7 @@ SimulatedDirectory::SimulatedDirectory(std::unique_ptr<const callejero::Director
 
 SimulatedDirectory::~SimulatedDirectory() {
     Config.directoryService = {};
-    for (const std::string& complaint : server_.complaints())
+    for (const std::string& complaint : server_.complaints()) {
         ADD_FAILURE() << complaint;
+    }
 }

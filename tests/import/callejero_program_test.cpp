@@ -23,18 +23,21 @@ class Program {
 public:
     explicit Program(std::vector<std::string> arguments) {
         std::array<int, 2> ends{};
-        if (pipe(ends.data()) != 0)
+        if (pipe(ends.data()) != 0) {
             throw std::runtime_error("no pipe");
+        }
         arguments.insert(arguments.begin(), CALLEJERO_PATH);
         std::vector<char*> words;
-        for (std::string& argument : arguments)
+        for (std::string& argument : arguments) {
             words.push_back(argument.data());
+        }
         words.push_back(nullptr);
         process_ = fork();
         if (process_ == 0) {
             dup2(ends[1], STDOUT_FILENO);
-            if (!std::freopen("/dev/null", "w", stderr))
+            if (!std::freopen("/dev/null", "w", stderr)) {
                 _exit(126);
+            }
             execv(CALLEJERO_PATH, words.data());
             _exit(127);
         }
@@ -42,8 +45,9 @@ public:
         output_ = fdopen(ends[0], "r");
     }
     ~Program() {
-        if (process_ > 0)
+        if (process_ > 0) {
             static_cast<void>(end(SIGKILL));
+        }
         std::fclose(output_);
     }
     Program(const Program&) = delete;
@@ -57,8 +61,9 @@ public:
     /// All that it prints until it ends.
     std::string allOutput() {
         std::string all;
-        for (int byte = std::fgetc(output_); byte != EOF; byte = std::fgetc(output_))
+        for (int byte = std::fgetc(output_); byte != EOF; byte = std::fgetc(output_)) {
             all += static_cast<char>(byte);
+        }
         return all;
     }
 
@@ -121,10 +126,12 @@ TEST_F(CallejeroProgram, ItsHelpIsSpanish) {
     Program program({"--help"});
     const std::string help = program.allOutput();
     for (const char* const line : {"Uso: callejero-simulado [OPCIONES]", "Opciones:", "--puerto N ",
-                                   "--espera MS ", "--falla OPERACIÓN[:NOMBRE]=MODO "})
+                                   "--espera MS ", "--falla OPERACIÓN[:NOMBRE]=MODO "}) {
         EXPECT_NE(help.find(line), std::string::npos) << line << " is not in:\n" << help;
-    for (const char* const word : {"INT", "TEXT", "OPTIONS", "Usage", " in ["})
+    }
+    for (const char* const word : {"INT", "TEXT", "OPTIONS", "Usage", " in ["}) {
         EXPECT_EQ(help.find(word), std::string::npos) << word << " is in:\n" << help;
+    }
     EXPECT_EQ(program.wait(), 0);
 }
 
@@ -132,8 +139,9 @@ TEST_F(CallejeroProgram, ItsHelpExplainsEveryModeAndItsVersionIsANumber) {
     Program program({"--help"});
     const std::string help = program.allOutput();
     for (const char* const line :
-         {"  rechaza         se corta", "  calla           nada", "  enorme-trozos   1 GiB"})
+         {"  rechaza         se corta", "  calla           nada", "  enorme-trozos   1 GiB"}) {
         EXPECT_NE(help.find(line), std::string::npos) << line << " is not in:\n" << help;
+    }
     EXPECT_EQ(program.wait(), 0);
     Program version({"--version"});
     EXPECT_EQ(version.line().find_first_not_of("0123456789."), std::string::npos);

@@ -25,10 +25,12 @@ std::string content(const std::string& path) {
 
 std::string nested(int levels) {
     std::string text;
-    for (int i = 0; i < levels; ++i)
+    for (int i = 0; i < levels; ++i) {
         text += "<a>";
-    for (int i = 0; i < levels; ++i)
+    }
+    for (int i = 0; i < levels; ++i) {
         text += "</a>";
+    }
     return text;
 }
 
@@ -36,8 +38,9 @@ std::string nested(int levels) {
 std::string shown(const DirectoryDocument& document) {
     const ambrel::StreetList list = ambrel::readStreets(document);
     std::string text = std::to_string(static_cast<int>(list.reading)) + ":";
-    for (const ambrel::ImportedStreet& street : list.streets)
+    for (const ambrel::ImportedStreet& street : list.streets) {
         text += street.type + "|" + street.name + ";";
+    }
     return text;
 }
 
@@ -86,8 +89,9 @@ TEST(Document, RefusesEndlessNesting) {
 TEST(Document, RefusesAMillionElements) {
     const auto withChildren = [](std::size_t count) {
         std::string text = "<a>";
-        for (std::size_t i = 0; i < count; ++i)
+        for (std::size_t i = 0; i < count; ++i) {
             text += "<b/>";
+        }
         return text + "</a>";
     };
     DirectoryDocument document;
@@ -144,7 +148,7 @@ TEST(Document, IsReadBackExactlyAsItWasShown) {
           R"(<?xml version="1.0" encoding="ISO-8859-1"?>)", R"(<?xml version='1.0' encoding='utf-16'?>)",
           R"(<?xml version="1.0" encoding="windows-1252"?>)",
           "\xEF\xBB\xBF"
-          R"(<?xml version="1.0" encoding="latin1"?>)"})
+          R"(<?xml version="1.0" encoding="latin1"?>)"}) {
         for (const std::string name :
              {"CAÑÓN", "CA\xD1\xD3N", "A & B", "A &amp;&lt;B&gt; C", "A&nbsp;B", "A&#13;B", "A\r\nB", "A\rB",
               "A&#9;B&#1;C", "<![CDATA[A <B> & C]]>", "A<!-- no --> B", "A <b>no</b> B", "  A   B  ",
@@ -157,6 +161,7 @@ TEST(Document, IsReadBackExactlyAsItWasShown) {
             }
             EXPECT_EQ(shownFromFile(document), shown(document)) << declaration << name;
         }
+    }
 }
 
 TEST(Document, WithoutNodesIsReadBackWithoutNodes) {
@@ -169,10 +174,12 @@ TEST(Document, ThatWouldBeTooLargeToReadBackIsRefusedWhenItComes) {
     // As deep as an answer may be: filed, every line is indented by up to 120 blanks.
     const std::string open = "<a><a><a><a><a><a><a><a><a><a><a><a><a><a><a>";
     std::string text = open;
-    for (int i = 0; i < 400'000; ++i)
+    for (int i = 0; i < 400'000; ++i) {
         text += "<b/>";
-    for (int i = 0; i < 15; ++i)
+    }
+    for (int i = 0; i < 15; ++i) {
         text += "</a>";
+    }
     DirectoryDocument document;
     EXPECT_THROW(document.load(text), std::runtime_error);
     EXPECT_FALSE(document.hasNodes());

@@ -22,8 +22,9 @@ public:
         choose("CBProvincias", "MADRID");
         service->setFault(callejero::Operation::Municipalities, callejero::Fault::Refuse);
         ModalScript script;
-        for (int box = 0; box < 2; ++box)
+        for (int box = 0; box < 2; ++box) {
             script.expect("QMessageBox", [&](QDialog& message) { answer(message, (this->*target)()); });
+        }
         QWidget& control = (this->*target)();
         QTest::mousePress(dialog->windowHandle(), Qt::LeftButton, {}, placeOf(control));
         QCoreApplication::processEvents();

@@ -227,8 +227,9 @@ TEST_F(ImportFromFiles, SavingTheRangesOfAFile) {
 
 TEST_F(ImportFromFiles, LastRowIsCurrentAndInView) {
     std::string lines;
-    for (int line = 0; line < 200; ++line)
+    for (int line = 0; line < 200; ++line) {
         lines += "28001:CALLE " + std::to_string(line) + "\n";
+    }
     file("28-MADRID.dat", lines);
     show();
     search("28-MADRID");

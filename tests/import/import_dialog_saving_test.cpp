@@ -43,8 +43,9 @@ TEST_F(ImportSaving, WritesTheStreetsAndTellsHowMany) {
 TEST_F(ImportSaving, TellsTheProgressDisplayOfEveryRow) {
     constexpr int streets = 120;
     std::string lines;
-    for (int i = 1; i <= streets; ++i)
+    for (int i = 1; i <= streets; ++i) {
         lines += "28430:Calle " + std::to_string(i) + "\n";
+    }
     file("28-ALPEDRETE.dat", lines);
     show();
     choose("CBProvincias", "28-ALPEDRETE");
@@ -53,8 +54,9 @@ TEST_F(ImportSaving, TellsTheProgressDisplayOfEveryRow) {
     expectDone(streets);
     click("BBGuardarPorMunicipio");
     Texts expected{"Importando las calles de ALPEDRETE"};
-    for (int i = 1; i <= streets; ++i)
+    for (int i = 1; i <= streets; ++i) {
         expected.push_back("Importando las calles... " + std::to_string(i) + " de 120 de ALPEDRETE");
+    }
     EXPECT_EQ(progress, expected);
 }
 
@@ -110,8 +112,9 @@ TEST_F(ImportSaving, FullDiskIsToldOnceBehindTheLoopAndNothingSavedBeforeIsLost)
     Texts titles;
     {
         const ambrel::test::FileSizeLimit full(std::filesystem::file_size(folder / "POSTAL.DBF"));
-        for (const auto& box : ambrel::test::boxesDuring([this] { click("BBGuardarPorMunicipio"); }))
+        for (const auto& box : ambrel::test::boxesDuring([this] { click("BBGuardarPorMunicipio"); })) {
             titles.push_back(box.title.toStdString());
+        }
     }
     EXPECT_EQ(titles, (Texts{"Atención", doneTitle}));
     EXPECT_EQ(stored(), (Texts{"CL ANTERIOR 28430"}));

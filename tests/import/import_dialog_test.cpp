@@ -26,8 +26,9 @@ protected:
     [[nodiscard]] QTableView& grid() const { return control<ambrel::StreetGrid>("SGVias"); }
     [[nodiscard]] Texts titles() const {
         Texts texts;
-        for (int column = 0; column < grid().model()->columnCount(); ++column)
+        for (int column = 0; column < grid().model()->columnCount(); ++column) {
             texts.push_back(grid().model()->headerData(column, Qt::Horizontal).toString().toStdString());
+        }
         return texts;
     }
     [[nodiscard]] std::string help() const {
@@ -242,9 +243,10 @@ TEST_F(ImportDialog, NoCaptionIsCutInAHostThatPadsItsButtons) {
         QCoreApplication::processEvents();
         dialog->resize(dialog->minimumSize());
         QCoreApplication::processEvents();
-        for (const auto* const button : dialog->findChildren<QPushButton*>())
+        for (const auto* const button : dialog->findChildren<QPushButton*>()) {
             EXPECT_TRUE(!button->isVisible() || button->width() >= button->sizeHint().width())
                 << mode << " " << button->text().toStdString();
+        }
     }
 }
 

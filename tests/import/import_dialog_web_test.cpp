@@ -257,8 +257,9 @@ TEST_F(ImportFromTheWeb, FilesTheAnswersOfAllMunicipalitiesOfTheProvince) {
     choose("CBProvincias", "MADRID");
     progress.clear();
     click("BBBuscarViasPorProvincia");
-    for (const char* const name : {"ALPEDRETE", "EL ESCORIAL", "MADRID", "PARLA"})
+    for (const char* const name : {"ALPEDRETE", "EL ESCORIAL", "MADRID", "PARLA"}) {
         EXPECT_TRUE(std::filesystem::exists(postales("MADRID/" + std::string(name) + ".xml"))) << name;
+    }
     EXPECT_EQ(rows(), (Texts{"|"})) << "nothing is shown";
     // Deliberate: no blank between the text and the name.
     EXPECT_NE(std::ranges::find(progress, "Importando el listado de vías del municipioALPEDRETE"),

@@ -120,13 +120,15 @@ protected:
         QObject::connect(&probe, &QObject::objectNameChanged, &probe, [&] { wasAlive = true; });
         std::thread user([&] {
             const auto wait = [] { std::this_thread::sleep_for(std::chrono::milliseconds(1)); };
-            while (service->requests().size() == before)
+            while (service->requests().size() == before) {
                 wait();
+            }
             leaveInput(window, place, global);
             QMetaObject::invokeMethod(
                 &probe, [&] { probe.setObjectName("alive"); }, Qt::QueuedConnection);
-            while (!wasAlive)
+            while (!wasAlive) {
                 wait();
+            }
             while (!isOver) { // the answer may not be held yet
                 service->release();
                 wait();

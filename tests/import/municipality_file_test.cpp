@@ -117,10 +117,11 @@ TEST(MunicipalityLine, KeepsBracketsThatHoldNoNumbers) {
 
 TEST(MunicipalityLine, OfOddTextNeverFails) {
     for (const char* const line :
-         {",", ", ", ",,a", ":", "::", "(", ")", ", a", "a, b, c, d", "(((:,,, x", "\xff, \xe1"})
+         {",", ", ", ",,a", ":", "::", "(", ")", ", a", "a, b, c, d", "(((:,,, x", "\xff, \xe1"}) {
         EXPECT_NO_THROW(std::ignore =
                             ambrel::readMunicipalityLine(line, [](const std::string& name) { return name; }))
             << line;
+    }
 }
 
 TEST(MunicipalityLine, OfAMillionBracketsIsReadAtOnce) {
@@ -128,8 +129,9 @@ TEST(MunicipalityLine, OfAMillionBracketsIsReadAtOnce) {
                              std::string(2'000'000, '(') + "4)";
     EXPECT_EQ(numbers(text), (Bounds{3, 5, 4, 4}));
     std::string words = "(PAR";
-    for (int i = 0; i < 1'000'000; ++i)
+    for (int i = 0; i < 1'000'000; ++i) {
         words += "AL";
+    }
     EXPECT_EQ(numbers(words + "6"), (Bounds{0, 0, 0, 6}));
 }
 

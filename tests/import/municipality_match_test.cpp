@@ -22,8 +22,9 @@ TEST(MunicipalityMatchTest, ArticleInFrontGoesBehindInBrackets) {
 
 TEST(MunicipalityMatchTest, OtherNamesStayAsTheyAre) {
     for (const char* const name : {"ELCHE", "LASARTE", "L'ALCORA", "ELS POBLETS", "A CORUÑA", "EL", "",
-                                   "el escorial", "PUEBLA DE ALFINDEN, LA", "SAN LORENZO DE EL ESCORIAL"})
+                                   "el escorial", "PUEBLA DE ALFINDEN, LA", "SAN LORENZO DE EL ESCORIAL"}) {
         EXPECT_EQ(moved(name), name);
+    }
 }
 
 TEST(MunicipalityMatchTest, NameAsItIsGoesBeforeTheMovedArticle) {

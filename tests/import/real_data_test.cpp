@@ -30,8 +30,9 @@ class RealData : public ::testing::Test {
 protected:
     void SetUp() override {
         const char* const given = std::getenv("AMBREL_REAL_DATA");
-        if (!given || !fs::is_directory(given))
+        if (!given || !fs::is_directory(given)) {
             GTEST_SKIP() << "AMBREL_REAL_DATA names no folder";
+        }
         folder = given;
     }
 
@@ -57,8 +58,9 @@ TEST_F(RealData, ListsAreReadThroughTheService) {
     EXPECT_EQ(provinces.reading, Reading::Whole);
     EXPECT_EQ(provinces.names.size(), 48u);
     std::map<std::string, std::vector<std::string>> expected;
-    for (const auto& row : rows(cadastre() / "municipios_catastro.csv"))
+    for (const auto& row : rows(cadastre() / "municipios_catastro.csv")) {
         expected[row.at("provincia")].push_back(ansi(row.at("municipio")));
+    }
     for (auto& [province, names] : expected) {
         document.load(exchange("ConsultaMunicipio", ambrel::municipalitiesRequest(ansi(province))));
         ambrel::NameList list = ambrel::readMunicipalities(document);
@@ -72,8 +74,9 @@ TEST_F(RealData, ListsAreReadThroughTheService) {
 TEST_F(RealData, StreetsAreReadThroughTheServiceAsManyAsTheIndexSays) {
     const SimulatedDirectory directory(callejero::folderDirectory(cadastre().string()));
     std::map<std::string, std::vector<std::string>> names; // by municipality
-    for (const auto& row : rows(cadastre() / "vias_catastro.csv"))
+    for (const auto& row : rows(cadastre() / "vias_catastro.csv")) {
         names[row.at("cod_ine")].push_back(ansi(row.at("tv") + " " + row.at("nv")));
+    }
     for (const auto& row : rows(cadastre() / "vias/indice.csv")) {
         ambrel::DirectoryDocument document;
         document.load(exchange("ConsultaVia",
@@ -83,8 +86,9 @@ TEST_F(RealData, StreetsAreReadThroughTheServiceAsManyAsTheIndexSays) {
         EXPECT_EQ(list.count, std::stoi(row.at("cuca"))) << row.at("municipio");
         EXPECT_EQ(std::to_string(list.streets.size()), row.at("cuca")) << row.at("municipio");
         std::vector<std::string> read;
-        for (const ambrel::ImportedStreet& street : list.streets)
+        for (const ambrel::ImportedStreet& street : list.streets) {
             read.push_back(street.type + " " + street.name);
+        }
         std::vector<std::string>& listed = names[row.at("cod_ine")];
         std::ranges::sort(read);
         std::ranges::sort(listed);
@@ -112,10 +116,12 @@ TEST_F(RealData, RecordingsWithoutEnvelopeAreNoAnswers) {
 
 /// A bound of a range is absent, a number or the open end of its side.
 void expectBounds(const ambrel::ImportedStreet& street, const std::string& line) {
-    for (const int bound : {street.oddFirst, street.oddLast})
+    for (const int bound : {street.oddFirst, street.oddLast}) {
         EXPECT_TRUE(bound == 0 || bound % 2 == 1) << line;
-    for (const int bound : {street.evenFirst, street.evenLast})
+    }
+    for (const int bound : {street.evenFirst, street.evenLast}) {
         EXPECT_EQ(bound % 2, 0) << line;
+    }
     EXPECT_LE(street.oddFirst, street.oddLast) << line;
     EXPECT_LE(street.evenFirst, street.evenLast) << line;
 }
@@ -151,9 +157,10 @@ TEST_F(RealData, RangesOfNamesWithoutBracketsAreReadRight) {
             const std::size_t bracket = line.find('(');
             const bool isPlain = bracket == std::string::npos || line.compare(bracket, 4, "(IMP") == 0 ||
                                  line.compare(bracket, 4, "(PAR") == 0;
-            if (isPlain)
+            if (isPlain) {
                 expectBounds(ambrel::readMunicipalityLine(line, [](const std::string&) { return ""; }),
                              dbase::CodePage::windows1252().toUtf8(line));
+            }
         }
     }
 }

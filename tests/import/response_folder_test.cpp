@@ -62,8 +62,9 @@ TEST_F(ResponseFolder, LeavesAnOldFileThatCannotBeRemoved) {
 }
 
 TEST_F(ResponseFolder, TakesNoNameThatLeadsOut) {
-    for (const char* const province : {"", ".", "..", "../fuera", "a/b", "a\\b"})
+    for (const char* const province : {"", ".", "..", "../fuera", "a/b", "a\\b"}) {
         EXPECT_FALSE(file(province, "X")) << province;
+    }
     EXPECT_FALSE(file("P", std::string("a\0b", 3)));
     EXPECT_FALSE(fs::exists(folder / "fuera"));
     EXPECT_TRUE(file("P", "../fuera")); // its slash becomes brackets

@@ -75,8 +75,9 @@ TEST(DirectoryAnswer, WithoutListHasNothingAndIsWhole) {
 }
 
 TEST(DirectoryAnswer, WithACountThatIsNoNumberIsMalformed) {
-    for (const char* const count : {"", "tres", "3x", "99999999999"})
+    for (const char* const count : {"", "tres", "3x", "99999999999"}) {
         EXPECT_EQ(readStreets(streets(count, street("CL", "MAYOR"))).reading, Reading::NoRoot) << count;
+    }
 }
 
 TEST(DirectoryAnswer, OfAnErrorHasNothing) {
@@ -92,8 +93,9 @@ TEST(DirectoryAnswer, ThatIsNoneOfTheServiceHasNoRoot) {
     for (const char* const text : {"<html><body><p>503</p></body></html>", "<soap:Envelope/>",
                                    "<soap:Envelope><soap:Body/></soap:Envelope>",
                                    "<soap:Envelope><soap:Body><r/></soap:Body></soap:Envelope>",
-                                   "<s:Envelope><s:Body><r><d/></r></s:Body></s:Envelope>"})
+                                   "<s:Envelope><s:Body><r><d/></r></s:Body></s:Envelope>"}) {
         EXPECT_EQ(readStreets(text).reading, Reading::NoRoot) << text;
+    }
 }
 
 TEST(DirectoryAnswer, OfAFaultHasNothing) {
@@ -128,8 +130,9 @@ TEST(StreetOfAnAnswer, Of50CharactersIsCutTo45) {
 
 TEST(StreetOfAnAnswer, CountsCharactersNotBytes) {
     std::string name;
-    for (int i = 0; i < 46; ++i)
+    for (int i = 0; i < 46; ++i) {
         name += "Ñ";
+    }
     EXPECT_EQ(readStreets(streets("1", street("CL", name))).streets.front().name, std::string(45, '\xD1'));
 }
 
@@ -216,8 +219,9 @@ TEST(DirectoryAnswer, WithEndlessTextsHasShortOnes) {
 
 TEST(DirectoryAnswer, WithALetterOfAMillionMarksIsReadAtOnce) {
     std::string marks = "A";
-    for (int i = 0; i < 1'000'000; ++i)
+    for (int i = 0; i < 1'000'000; ++i) {
         marks += i % 2 ? "\xCC\x81" : "\xCC\x96"; // above and below, in the order that takes longest to sort
+    }
     const auto list = readStreets(streets("1", street("CL", marks)));
     ASSERT_EQ(list.streets.size(), 1u);
     EXPECT_EQ(list.streets[0].name, "\xC1" + std::string(44, '?'));

@@ -36,10 +36,11 @@ protected:
         const auto rows = CreaTabla("DB", table, "", false, openNow);
         std::set<std::string> result;
         rows->first();
-        do
-            if (rows->field(where).text() == value)
+        do {
+            if (rows->field(where).text() == value) {
                 result.insert(rows->field(column).text());
-        while (rows->next());
+            }
+        } while (rows->next());
         return result;
     }
 
@@ -49,12 +50,14 @@ protected:
 TEST_F(SamplePostales, LinesOfMunicipalityFilesHaveAKnownTypeAndACodeOfTheirMunicipality) {
     int files = 0;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder / "POSTALES")) {
-        if (entry.path().extension() != ".dat")
+        if (entry.path().extension() != ".dat") {
             continue;
+        }
         ++files;
         std::string name = entry.path().stem().string().substr(3);
-        for (char& c : name)
+        for (char& c : name) {
             c = c == '_' ? '/' : c;
+        }
         const std::set<std::string> codes = values("MUNICIPI.DBF", "CODPOSTAL", "NOMBRE", ansi(name));
         std::set<std::string> seen;
         std::ifstream file(entry.path(), std::ios::binary);
@@ -74,8 +77,9 @@ TEST_F(SamplePostales, LinesOfMunicipalityFilesHaveAKnownTypeAndACodeOfTheirMuni
 TEST_F(SamplePostales, SavedAnswersAreOfMunicipalitiesWithASingleCode) {
     int files = 0;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder / "POSTALES")) {
-        if (entry.path().extension() != ".xml")
+        if (entry.path().extension() != ".xml") {
             continue;
+        }
         ++files;
         const std::string name = entry.path().stem().string();
         EXPECT_EQ(values("MUNICIPI.DBF", "CODPOSTAL", "NOMBRE", ansi(name)).size(), 1u) << name;

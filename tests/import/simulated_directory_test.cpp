@@ -105,8 +105,9 @@ TEST(FaultNames, AreReadFromACommandLine) {
     EXPECT_EQ(rule.name, "SANT LLUIS");
     EXPECT_EQ(rule.fault, Fault::CutChunked);
     EXPECT_FALSE(callejero::readFaultRule("todo=500").operation);
-    for (const char* const text : {"", "corta", "ConsultaVia=nada", "Otra=corta"})
+    for (const char* const text : {"", "corta", "ConsultaVia=nada", "Otra=corta"}) {
         EXPECT_THROW(static_cast<void>(callejero::readFaultRule(text)), std::invalid_argument) << text;
+    }
 }
 
 TEST(CadastreNames, PutTheArticleInFront) {
@@ -131,12 +132,14 @@ TEST(CadastreNames, OfProvincesHaveOneLanguage) {
 TEST(SampleDirectory, Has48ProvincesWithStreetsInEveryMunicipality) {
     const auto provinces = callejero::sampleProvinces();
     EXPECT_EQ(provinces.size(), 48u);
-    for (const auto& province : provinces)
+    for (const auto& province : provinces) {
         for (const auto& place : province.municipalities) {
             EXPECT_GE(place.streets.size(), 15u) << place.name;
-            for (const auto& street : place.streets)
+            for (const auto& street : place.streets) {
                 EXPECT_LE(ansi(street.name).size(), 25u) << street.name;
+            }
         }
+    }
 }
 
 class FolderDirectory : public ::testing::Test {

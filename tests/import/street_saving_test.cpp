@@ -46,13 +46,15 @@ protected:
         dbase::Dataset table("DB", "POSTAL");
         table.open();
         Texts rows;
-        if (table.isEmpty())
+        if (table.isEmpty()) {
             return rows;
+        }
         do {
             std::string row;
             for (const char* const field : {"PROVINCIA", "CAPITAL", "TIPO_VIA", "VIA", "IMPAR_INI",
-                                            "IMPAR_FIN", "PAR_INI", "PAR_FIN", "CODPOSTAL"})
+                                            "IMPAR_FIN", "PAR_INI", "PAR_FIN", "CODPOSTAL"}) {
                 row += table.field(field).text() + "|";
+            }
             rows.push_back(row);
         } while (table.next());
         return rows;
@@ -186,8 +188,9 @@ TEST_F(StreetSavingTest, RefusedLockIsToldTheRowIsLeftOutAndTheNextFollows) {
     dbase::Dataset other("DB", "POSTAL");
     other.open();
     ASSERT_TRUE(other.lockCurrent());
-    for (int row = 0; row < 2; ++row)
+    for (int row = 0; row < 2; ++row) {
         messages.expect("Repita nuevamente la última operación", "Acceso concurrente");
+    }
     const Outcome outcome = add({{.type = "CL", .name = "SOL"}, {.type = "CL", .name = "LUNA"}});
     EXPECT_EQ(outcome.count, 2) << "those offered are counted";
     EXPECT_TRUE(outcome.failure.isEmpty()) << "the user was told already";

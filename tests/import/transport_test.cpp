@@ -32,8 +32,9 @@ std::string utf8(const std::string& text) { return dbase::CodePage::windows1252(
 class Transport : public ::testing::Test {
 protected:
     Transport() {
-        for (const char* const name : {"http_proxy", "all_proxy", "ALL_PROXY", "no_proxy", "NO_PROXY"})
+        for (const char* const name : {"http_proxy", "all_proxy", "ALL_PROXY", "no_proxy", "NO_PROXY"}) {
             unsetenv(name);
+        }
     }
     ~Transport() override { unsetenv("http_proxy"); }
 
@@ -154,28 +155,32 @@ TEST_F(Transport, NeverUnpacksACompressedAnswer) {
 
 TEST_F(Transport, RefusesAStatusOf400AndOver) {
     for (const char* const status : {"400 Bad Request", "403 Forbidden", "404 Not Found", "407 Proxy",
-                                     "500 Internal Server Error", "503 Unavailable", "599 x"})
+                                     "500 Internal Server Error", "503 Unavailable", "599 x"}) {
         EXPECT_NE(failure(std::string("HTTP/1.1 ") + status + "\r\nContent-Length: 2\r\n\r\nsi")
                       .find("el estado " + std::string(status, 3)),
                   std::string::npos)
             << status;
+    }
     EXPECT_EQ(answered("HTTP/1.1 299 x\r\nContent-Length: 2\r\n\r\nsi"), "si");
 }
 
 TEST_F(Transport, TakesAnEmptyBodyFromStatus200Only) {
     EXPECT_EQ(answered(head + "Content-Length: 0\r\n\r\n"), "");
-    for (const char* const status : {"201 Created", "202 Accepted", "204 No Content", "205 Reset Content"})
+    for (const char* const status : {"201 Created", "202 Accepted", "204 No Content", "205 Reset Content"}) {
         EXPECT_NE(failure(std::string("HTTP/1.1 ") + status + "\r\nContent-Length: 0\r\n\r\n")
                       .find("el estado " + std::string(status, 3)),
                   std::string::npos)
             << status;
+    }
 }
 
 TEST_F(Transport, RefusesARedirectionThatLeadsNowhere) {
     for (const char* const status : {"300 Multiple Choices", "301 Moved", "302 Found", "303 See Other",
-                                     "304 Not Modified", "307 Temporary", "308 Permanent"})
-        for (const char* const rest : {"Content-Length: 0\r\n\r\n", "Content-Length: 4\r\n\r\n<a/>"})
+                                     "304 Not Modified", "307 Temporary", "308 Permanent"}) {
+        for (const char* const rest : {"Content-Length: 0\r\n\r\n", "Content-Length: 4\r\n\r\n<a/>"}) {
             EXPECT_NE(failure(std::string("HTTP/1.1 ") + status + "\r\n" + rest), "") << status << rest;
+        }
+    }
 }
 
 TEST_F(Transport, SendsTheRequestAgainWhereItIsRedirected) {
@@ -276,8 +281,9 @@ protected:
         directory->setFault(Operation::Streets, fault);
         int turns = 0;
         const std::string answer = askStreets([&] {
-            if (++turns >= 5)
+            if (++turns >= 5) {
                 directory->release();
+            }
         });
         EXPECT_GE(turns, 5);
         EXPECT_EQ(streetsIn(answer).streets.size(), 3u);
@@ -345,8 +351,9 @@ TEST_F(DirectoryExchange, FailsWhenTheServiceEndsMeanwhile) {
     directory->setFault(Operation::Streets, Fault::StallMidway);
     int turns = 0;
     EXPECT_THROW(askStreets([&] {
-                     if (++turns == 3)
+                     if (++turns == 3) {
                          directory->stop();
+                     }
                  }),
                  TransportError);
 }
@@ -354,8 +361,9 @@ TEST_F(DirectoryExchange, FailsWhenTheServiceEndsMeanwhile) {
 TEST_F(DirectoryExchange, FailsWhenTheServiceEndsBeforeItAnswers) {
     directory->setFault(Operation::Streets, Fault::Stall);
     EXPECT_THROW(askStreets([&] {
-                     if (directory->requests().size() == 1)
+                     if (directory->requests().size() == 1) {
                          directory->stop();
+                     }
                  }),
                  TransportError);
 }

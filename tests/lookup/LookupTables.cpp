@@ -18,8 +18,9 @@ using ambrel::test::child;
 void LookupTables::TearDown() {
     EXPECT_EQ(DMMunicipi, nullptr);
     EXPECT_EQ(DMVias, nullptr);
-    for (const QWidget* window : QApplication::topLevelWidgets())
+    for (const QWidget* window : QApplication::topLevelWidgets()) {
         EXPECT_FALSE(qobject_cast<const QDialog*>(window)) << window->metaObject()->className() << " is left";
+    }
 }
 
 void LookupTables::addNumberedMunicipalities(const std::vector<MunicipalityRow>& rows) {

@@ -38,8 +38,9 @@ TEST(AddressLine, EmptyNumberAndFloorAddNothing) {
 }
 
 TEST(AddressLine, EmptyTypeLeavesNoBlank) {
-    for (const int width : {0, -1})
+    for (const int width : {0, -1}) {
         EXPECT_EQ(addressLine(columns("", "MAYOR", "", ""), width), "MAYOR");
+    }
 }
 
 TEST(AddressLine, PostalCodePrecedesTheLocality) {
@@ -109,8 +110,9 @@ TEST_F(HostAddress, OnlyExactlyOneAppendsAColumn) {
     EXPECT_EQ(Domicilio(host, 0, 1, 0, asName), line + QStringLiteral(" LA CORUÑA"));
     EXPECT_EQ(Domicilio(host, 0, 0, 1, asName), line + " 28013");
     EXPECT_EQ(Domicilio(host, 0, 1, 1, asName), line + QStringLiteral(" 28013 LA CORUÑA"));
-    for (const int other : {2, -1, 256})
+    for (const int other : {2, -1, 256}) {
         EXPECT_EQ(Domicilio(host, 0, other, other, asName), line) << other;
+    }
 }
 
 TEST_F(HostAddress, WidthGivesExactlyThatManyCharacters) {

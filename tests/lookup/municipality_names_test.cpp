@@ -19,8 +19,9 @@ std::vector<std::string> shownNames(dbase::Dataset& table, const dbase::Field& c
     const dbase::Bookmark here = table.bookmark();
     std::vector<std::string> names;
     table.first();
-    for (bool moved = !table.isEmpty(); moved; moved = table.next())
+    for (bool moved = !table.isEmpty(); moved; moved = table.next()) {
         names.push_back(column.text());
+    }
     table.goTo(here);
     return names;
 }

@@ -116,8 +116,9 @@ TEST_F(ProvinceLocation, CursorKeepsItsTag) {
 
 TEST_F(ProvinceLocation, BoundWidgetsAreToldOnceOfTheWholeWalk) {
     std::vector<MunicipalityRow> rows;
-    for (int i = 0; i < 50; ++i)
+    for (int i = 0; i < 50; ++i) {
         rows.push_back({"28084", std::to_string(28100 + i), "M" + std::to_string(i)});
+    }
     addMunicipalities(rows);
     standOn("M1");
     std::vector<dbase::DatasetChange> told;

@@ -154,8 +154,9 @@ TEST_F(StreetTypes, NameGivesItsAbbreviation) {
 }
 
 TEST_F(StreetTypes, OnlyTheExactNameCountsAndNobodyIsAsked) {
-    for (const char* name : {"CALL", "calle", "AVENIDA", "", "  ", "ZZZ"})
+    for (const char* name : {"CALL", "calle", "AVENIDA", "", "  ", "ZZZ"}) {
         EXPECT_EQ(Tipo_ViaPorNombre(name), "") << name;
+    }
     EXPECT_TRUE(messages.shown().empty());
 }
 

@@ -5,8 +5,9 @@
 namespace package_tests {
 
 PackageTest::PackageTest() {
-    for (const dbase::TableDefinition& definition : ambrel::tableDefinitions())
+    for (const dbase::TableDefinition& definition : ambrel::tableDefinitions()) {
         dbase::createTable(folder(), definition);
+    }
     dbase::setDatabaseFolder("DB", folder());
     before_ = ambrel::setMessageShower([this](const ambrel::MessageBox& box) {
         shown += box.text;

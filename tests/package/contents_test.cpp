@@ -38,8 +38,9 @@ TEST_F(PackageContentsTest, CarriesTheDialogs) {
          {&TFMunicipiLista::staticMetaObject, &TFBuscarMunicipios::staticMetaObject,
           &TFMunicipiListaMJ::staticMetaObject, &TFProvList::staticMetaObject,
           &TFTipoViasLista::staticMetaObject, &TFBuscarDireccionPostal::staticMetaObject,
-          &TFFichaVia::staticMetaObject, &TFImportarVias::staticMetaObject})
+          &TFFichaVia::staticMetaObject, &TFImportarVias::staticMetaObject}) {
         EXPECT_TRUE(dialog->inherits(&QDialog::staticMetaObject)) << dialog->className();
+    }
 }
 
 TEST_F(PackageContentsTest, TellsTheVersionThatItWasBuiltAs) {

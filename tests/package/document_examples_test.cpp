@@ -23,8 +23,9 @@ void addRow(const char* table, std::initializer_list<std::pair<const char*, cons
     dbase::Dataset rows("DB", table);
     rows.open();
     rows.append();
-    for (const auto& [field, value] : values)
+    for (const auto& [field, value] : values) {
         rows.field(field).setText(value);
+    }
     rows.post();
 }
 
@@ -33,13 +34,14 @@ protected:
     DocumentExamplesTest() {
         createMembers(folder());
         Config.setDatabase("CLIENTES", folder());
-        for (const char* postalCode : {"28001", "28009"})
+        for (const char* postalCode : {"28001", "28009"}) {
             addRow("MUNICIPI", {{"COD_INE", "28079"},
                                 {"CODPOSTAL", postalCode},
                                 {"CAPITAL", "0"},
                                 {"NOMBRE", "MADRID"},
                                 {"COD_PROV", "28"},
                                 {"ENT_MENOR", "False"}});
+        }
         addStretch("1", "45", "28001");
         addStretch("47", "9999", "28009");
     }
@@ -155,9 +157,9 @@ TEST_F(DocumentExamplesTest, ManyRowsAreStoredTogetherWithOneWaitForTheDisk) {
     EXPECT_EQ(ambrel::test::diskWaits() - before, 1);
     std::vector<std::string> names;
     members.data.first();
-    do
+    do {
         names.push_back(members.name.text());
-    while (members.data.next());
+    } while (members.data.next());
     EXPECT_EQ(names, (std::vector<std::string>{"ANA", "EVA", "LUZ"}));
 }
 

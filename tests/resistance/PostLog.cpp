@@ -9,8 +9,9 @@ namespace resistance {
 
 PostLog::PostLog() {
     void* memory = mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    if (memory == MAP_FAILED)
+    if (memory == MAP_FAILED) {
         throw std::runtime_error("no shared memory");
+    }
     shared_ = new (memory) Shared();
 }
 
@@ -33,8 +34,9 @@ void PostLog::clear() {
 }
 
 std::optional<Post> PostLog::inFlight() const {
-    if (shared_->announced == shared_->acknowledged)
+    if (shared_->announced == shared_->acknowledged) {
         return std::nullopt;
+    }
     return shared_->posts.at(shared_->acknowledged);
 }
 

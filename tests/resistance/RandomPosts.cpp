@@ -12,22 +12,25 @@ RandomPosts::RandomPosts(std::string tableFile, const WriterWork& work, const st
     : tableFile_(std::move(tableFile)), work_(work), log_(log), random_(work.seed + 1),
       nextSerial_(work.firstSerial) {
     open();
-    for (const Holding& holding : rows)
+    for (const Holding& holding : rows) {
         hold(holding);
+    }
 }
 
 void RandomPosts::hold(const Holding& holding) {
     constexpr std::size_t page = 4096;
     const dbase::Schema& schema = table_->schema();
     const std::size_t begin = schema.headerLength + std::size_t{holding.number - 1} * schema.recordLength;
-    if (!work_.onlyAcrossPages || begin / page != (begin + schema.recordLength - 1) / page)
+    if (!work_.onlyAcrossPages || begin / page != (begin + schema.recordLength - 1) / page) {
         rows_.push_back(holding);
+    }
 }
 
 void RandomPosts::open() {
     table_ = dbase::Table::open(tableFile_);
-    if (work_.throughDataset)
+    if (work_.throughDataset) {
         streets_.open();
+    }
 }
 
 void RandomPosts::close() {
@@ -86,10 +89,11 @@ void RandomPosts::change(bool erase) {
     const std::size_t chosen = below(rows_.size());
     const Holding target = rows_[chosen];
     StreetVersion row = target.row;
-    if (erase)
+    if (erase) {
         row.erased = true;
-    else
+    } else {
         ++row.version;
+    }
     log_.announce(
         {.kind = erase ? PostKind::Erase : PostKind::Overwrite, .row = row, .number = target.number});
     store(target, row);
@@ -104,14 +108,16 @@ void RandomPosts::change(bool erase) {
 void RandomPosts::store(const Holding& target, const StreetVersion& row) {
     if (!work_.throughDataset) {
         const Bytes shown = streetRecord(table_->schema(), target.row);
-        if (row.erased)
+        if (row.erased) {
             table_->erase(target.number, shown, work_.durability);
-        else
+        } else {
             table_->overwrite(target.number, shown, streetRecord(table_->schema(), row), work_.durability);
+        }
         return;
     }
-    if (!streets_.goTo(dbase::Bookmark(target.number)) || currentRow(streets_) != target.row)
+    if (!streets_.goTo(dbase::Bookmark(target.number)) || currentRow(streets_) != target.row) {
         throw std::runtime_error("not there: " + codeOf(target.row.serial));
+    }
     if (row.erased) {
         streets_.erase(work_.durability);
         return;
@@ -132,14 +138,16 @@ void RandomPosts::load(PostKind kind) {
     const Post post{.kind = kind, .row = {.serial = nextSerial_}, .number = 1, .rows = count};
     nextSerial_ += count;
     const dbase::RecordNumber first = kind == PostKind::Load ? table_->records().recordCount() + 1 : 1;
-    if (kind == PostKind::Replace)
+    if (kind == PostKind::Replace) {
         close(); // nobody may have the table open
+    }
     log_.announce(post);
     {
         dbase::BulkLoader loader(tableFile_, kind == PostKind::Load ? dbase::BulkLoader::Mode::Append
                                                                     : dbase::BulkLoader::Mode::Replace);
-        for (std::uint32_t i = 0; i < count; ++i)
+        for (std::uint32_t i = 0; i < count; ++i) {
             loader.add(streetRecord(loader.schema(), {.serial = post.row.serial + i}));
+        }
         loader.finish();
     }
     log_.acknowledge(first);
@@ -147,8 +155,9 @@ void RandomPosts::load(PostKind kind) {
         rows_.clear();
         open();
     }
-    for (std::uint32_t i = 0; i < count; ++i)
+    for (std::uint32_t i = 0; i < count; ++i) {
         hold({first + i, {.serial = post.row.serial + i}});
+    }
 }
 
 } // namespace resistance

@@ -68,16 +68,18 @@ private:
 
 void put(Bytes& content, std::uint64_t offset, std::span<const char> bytes) {
     const auto at = static_cast<std::size_t>(offset);
-    if (at + bytes.size() > content.size())
+    if (at + bytes.size() > content.size()) {
         content.resize(at + bytes.size());
+    }
     std::ranges::copy(bytes, content.begin() + static_cast<std::ptrdiff_t>(at));
 }
 
 void change(Bytes& content, const DiskEvent& event) {
-    if (event.kind == DiskEvent::Kind::Write)
+    if (event.kind == DiskEvent::Kind::Write) {
         put(content, event.offset, event.bytes);
-    else if (event.kind == DiskEvent::Kind::Resize)
+    } else if (event.kind == DiskEvent::Kind::Resize) {
         content.resize(static_cast<std::size_t>(event.offset));
+    }
 }
 
 using Sector = std::array<char, sectorBytes>;
@@ -86,9 +88,10 @@ using Sector = std::array<char, sectorBytes>;
 Sector sectorAt(const Bytes& content, std::size_t number) {
     Sector sector{};
     const std::size_t begin = number * sectorBytes;
-    if (begin < content.size())
+    if (begin < content.size()) {
         std::copy_n(content.begin() + static_cast<std::ptrdiff_t>(begin),
                     std::min(sectorBytes, content.size() - begin), sector.begin());
+    }
     return sector;
 }
 
@@ -111,8 +114,9 @@ MemoryTable DiskImage::asTable() const {
 }
 
 Bytes& DiskImage::contentOf(DiskFile file) {
-    if (file == DiskFile::Journal)
+    if (file == DiskFile::Journal) {
         return journal.value();
+    }
     return file == DiskFile::Records ? records : index;
 }
 
@@ -139,16 +143,18 @@ void DiskImage::applyTorn(const DiskEvent& write, const std::vector<bool>& arriv
     std::uint64_t offset = write.offset;
     for (const bool does : arrives) {
         const auto share = rest.first(std::min<std::size_t>(rest.size(), sectorBytes - offset % sectorBytes));
-        if (does)
+        if (does) {
             put(contentOf(write.file), offset, share);
+        }
         offset += share.size();
         rest = rest.subspan(share.size());
     }
 }
 
 std::size_t sectorsOf(const DiskEvent& write) {
-    if (write.bytes.empty())
+    if (write.bytes.empty()) {
         return 0;
+    }
     return static_cast<std::size_t>((write.offset + write.bytes.size() - 1) / sectorBytes -
                                     write.offset / sectorBytes + 1);
 }
@@ -177,13 +183,15 @@ void createRecorded(const MemoryTable& stored, const TableDefinition& definition
 
 CachingDisk::CachingDisk(DiskImage image)
     : records_{std::move(image.records), {}}, index_{std::move(image.index), {}} {
-    if (image.journal)
+    if (image.journal) {
         journal_.emplace(Cached{std::move(*image.journal), {}});
+    }
 }
 
 CachingDisk::Cached& CachingDisk::of(DiskFile file) {
-    if (file == DiskFile::Journal)
+    if (file == DiskFile::Journal) {
         return journal_.value();
+    }
     return file == DiskFile::Records ? records_ : index_;
 }
 
@@ -200,8 +208,9 @@ void CachingDisk::apply(const DiskEvent& event) {
         break;
     case DiskEvent::Kind::Sync: {
         Cached& file = of(event.file);
-        for (const DiskEvent& pending : file.pending)
+        for (const DiskEvent& pending : file.pending) {
             change(file.onDisk, pending);
+        }
         file.pending.clear();
         break;
     }
@@ -214,8 +223,9 @@ void CachingDisk::apply(const DiskEvent& event) {
 
 DiskImage CachingDisk::survivor(std::mt19937& random) const {
     DiskImage image{records_.survivor(random), index_.survivor(random), std::nullopt};
-    if (journal_ && (!isJournalRemoved_ || random() % 2 == 0))
+    if (journal_ && (!isJournalRemoved_ || random() % 2 == 0)) {
         image.journal = journal_->survivor(random);
+    }
     return image;
 }
 
@@ -224,8 +234,9 @@ Bytes CachingDisk::Cached::survivor(std::mt19937& random) const {
     Bytes content = onDisk;
     if (random() % 3 == 0) {
         const std::size_t arrived = random() % (pending.size() + 1);
-        for (std::size_t i = 0; i < arrived; ++i)
+        for (std::size_t i = 0; i < arrived; ++i) {
             change(content, pending[i]);
+        }
         return content;
     }
     std::map<std::size_t, std::vector<Sector>> versions;
@@ -236,18 +247,21 @@ Bytes CachingDisk::Cached::survivor(std::mt19937& random) const {
         const bool isWrite = event.kind == DiskEvent::Kind::Write;
         const auto begin = static_cast<std::size_t>(event.offset);
         const std::size_t end = isWrite ? begin + event.bytes.size() : std::max(begin, sizeBefore);
-        for (std::size_t sector = begin / sectorBytes; sector * sectorBytes < end; ++sector)
+        for (std::size_t sector = begin / sectorBytes; sector * sectorBytes < end; ++sector) {
             versions[sector].push_back(sectorAt(content, sector));
-        if (content.size() != sizeBefore)
+        }
+        if (content.size() != sizeBefore) {
             sizes.push_back(content.size());
+        }
     }
     content = onDisk;
     content.resize(sizes[random() % sizes.size()]);
     for (const auto& [number, states] : versions) {
         const std::size_t chosen = random() % (states.size() + 1), begin = number * sectorBytes;
-        if (chosen > 0 && begin < content.size())
+        if (chosen > 0 && begin < content.size()) {
             std::copy_n(states[chosen - 1].begin(), std::min(sectorBytes, content.size() - begin),
                         content.begin() + static_cast<std::ptrdiff_t>(begin));
+        }
     }
     return content;
 }

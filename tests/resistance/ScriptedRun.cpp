@@ -29,12 +29,14 @@ Step overwrite(const Schema& schema, RecordNumber record, int number) {
     const Bytes row = scriptedRow(schema, number);
     return {"overwrite " + std::to_string(record) + " with " + std::to_string(number),
             [=](Table& table, const Rows& now, Durability durability) {
-                if (record <= now.size())
+                if (record <= now.size()) {
                     table.overwrite(record, now[record - 1], row, durability);
+                }
             },
             [=](Rows rows) {
-                if (record <= rows.size())
+                if (record <= rows.size()) {
                     rows[record - 1] = row;
+                }
                 return rows;
             }};
 }
@@ -42,12 +44,14 @@ Step overwrite(const Schema& schema, RecordNumber record, int number) {
 Step erase(RecordNumber record) {
     return {"erase " + std::to_string(record),
             [=](Table& table, const Rows& now, Durability durability) {
-                if (record <= now.size())
+                if (record <= now.size()) {
                     table.erase(record, now[record - 1], durability);
+                }
             },
             [=](Rows rows) {
-                if (record <= rows.size())
+                if (record <= rows.size()) {
                     rows[record - 1][0] = '*';
+                }
                 return rows;
             }};
 }
@@ -65,9 +69,11 @@ Step amend(const Schema& schema, RecordNumber first, RecordNumber most, int numb
                 static_cast<void>(table.amend(first, most, renumber, durability));
             },
             [=](Rows rows) {
-                for (RecordNumber record = first; record < first + most && record <= rows.size(); ++record)
-                    if (rows[record - 1][0] != '*')
+                for (RecordNumber record = first; record < first + most && record <= rows.size(); ++record) {
+                    if (rows[record - 1][0] != '*') {
                         rows[record - 1] = amended(record);
+                    }
+                }
                 return rows;
             }};
 }
@@ -109,8 +115,9 @@ Bytes scriptedRow(const Schema& schema, int number) {
 MemoryTable scriptedTable() {
     MemoryTable stored(scriptedDefinition(), 1);
     const auto table = stored.open();
-    for (int number = 1; number <= firstRows; ++number)
+    for (int number = 1; number <= firstRows; ++number) {
         static_cast<void>(table->append(scriptedRow(table->schema(), number * 70)));
+    }
     return stored;
 }
 
@@ -170,8 +177,9 @@ std::vector<Step> randomScript(const Schema& schema, unsigned seed, int steps) {
 Rows rowsOf(Table& table) {
     Rows rows;
     const RecordNumber count = table.read([&] { return table.records().recordCount(); });
-    for (RecordNumber number = 1; number <= count; ++number)
+    for (RecordNumber number = 1; number <= count; ++number) {
         rows.push_back(storedRecord(table, number));
+    }
     return rows;
 }
 
@@ -181,42 +189,50 @@ std::string freshFindings(const MemoryTable& stored) {
         return std::hash<std::string_view>()({bytes.data(), bytes.size()});
     };
     const std::size_t content = hash(stored.records->bytes) * 31 + hash(stored.index->bytes);
-    if (soundContents.contains(content))
+    if (soundContents.contains(content)) {
         return {};
+    }
     std::string findings = stored.findings();
-    if (findings.empty())
+    if (findings.empty()) {
         soundContents.insert(content);
+    }
     return findings;
 }
 
 std::string difference(const Rows& expected, const Rows& found) {
-    if (expected.size() != found.size())
+    if (expected.size() != found.size()) {
         return std::to_string(found.size()) + " rows instead of " + std::to_string(expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i)
-        if (expected[i] != found[i])
+    }
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        if (expected[i] != found[i]) {
             return "record " + std::to_string(i + 1) + " is \"" +
                    std::string(found[i].begin(), found[i].end()) + "\" instead of \"" +
                    std::string(expected[i].begin(), expected[i].end()) + '"';
+        }
+    }
     return {};
 }
 
 void PossibleRows::done(const Step& step) {
-    for (Rows& state : states_)
+    for (Rows& state : states_) {
         state = step.effect(state);
+    }
     dropTwins();
 }
 
 void PossibleRows::doneOrNot(const Step& step) {
-    for (std::size_t i = states_.size(); i-- > 0;)
+    for (std::size_t i = states_.size(); i-- > 0;) {
         states_.push_back(step.effect(states_[i]));
+    }
     dropTwins();
 }
 
 bool PossibleRows::settle(const Rows& found) {
     const bool isPossible = std::ranges::find(states_, found) != states_.end();
-    if (!isPossible)
+    if (!isPossible) {
         ADD_FAILURE() << states_.size()
                       << " possible states; against the first one: " << difference(states_.front(), found);
+    }
     states_ = {found};
     return isPossible;
 }

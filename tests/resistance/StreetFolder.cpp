@@ -33,8 +33,9 @@ bool StreetFolder::markStands() const {
 }
 
 void StreetFolder::awaitPosts(const PostLog& log, std::size_t posts, const ChildProcess& writer) {
-    while (log.acknowledged() < posts && !log.isFull() && !writer.hasEnded())
+    while (log.acknowledged() < posts && !log.isFull() && !writer.hasEnded()) {
         sched_yield();
+    }
 }
 
 void StreetFolder::expectSound() const { EXPECT_EQ(dbase::test::findings(tableFile()), ""); }

@@ -51,8 +51,9 @@ std::vector<std::string> streetValues(const StreetVersion& row) {
 
 Bytes streetRecord(const dbase::Schema& schema, const StreetVersion& row) {
     Bytes record = dbase::test::makeRecord(schema, streetValues(row));
-    if (row.erased)
+    if (row.erased) {
         record.front() = '*';
+    }
     return record;
 }
 
@@ -68,8 +69,9 @@ StreetVersion rowOf(const dbase::Schema& schema, std::span<const char> record) {
 
 void setFields(dbase::Dataset& streets, const StreetVersion& row) {
     const std::vector<std::string> values = streetValues(row);
-    for (std::size_t i = 0; i < columns.size(); ++i)
+    for (std::size_t i = 0; i < columns.size(); ++i) {
         streets.field(columns.at(i)).setText(values.at(i));
+    }
 }
 
 StreetVersion currentRow(dbase::Dataset& streets) {
@@ -83,8 +85,9 @@ bool isWhole(dbase::Dataset& streets) {
     const std::vector<std::string> values = streetValues(currentRow(streets));
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const std::string text = streets.field(columns.at(i)).text();
-        if (values.at(i).substr(0, values.at(i).find_last_not_of(' ') + 1) != text)
+        if (values.at(i).substr(0, values.at(i).find_last_not_of(' ') + 1) != text) {
             return false;
+        }
     }
     return true;
 }

@@ -28,8 +28,9 @@ struct Shortage {
     const char* operation = "";
 
     [[nodiscard]] bool strikes() {
-        if (!isOn)
+        if (!isOn) {
             return false;
+        }
         ++requests;
         return requests == failing || (lasts && requests > failing);
     }
@@ -37,8 +38,9 @@ struct Shortage {
 Shortage shortage;
 
 void* allocate(std::size_t size) {
-    if (shortage.strikes())
+    if (shortage.strikes()) {
         return nullptr;
+    }
     return std::malloc(size == 0 ? 1 : size);
 }
 
@@ -51,8 +53,9 @@ void* allocate(std::size_t size) {
 
 // Not inlined: the compiler would take malloc and delete in one function for a mismatch.
 [[gnu::noinline]] void* operator new(std::size_t size) {
-    if (void* const memory = allocate(size))
+    if (void* const memory = allocate(size)) {
         return memory;
+    }
     throw std::bad_alloc();
 }
 [[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
@@ -111,8 +114,9 @@ protected:
                     }
                 }
                 expectSound();
-                if (HasFatalFailure() || HasNonfatalFailure())
+                if (HasFatalFailure() || HasNonfatalFailure()) {
                     return;
+                }
             }
         }
     }
@@ -173,11 +177,12 @@ protected:
     }
 
     static void expectOneOf(const std::vector<Rows>& effects, const Rows& found, bool isDone) {
-        if (isDone)
+        if (isDone) {
             EXPECT_EQ(difference(effects.back(), found), "");
-        else
+        } else {
             EXPECT_NE(std::ranges::find(effects, found), effects.end())
                 << difference(effects.front(), found) << "; " << difference(effects.back(), found);
+        }
     }
 
     void expectSound() const {
@@ -239,10 +244,12 @@ TEST_F(AllocationFaultTest, Walking) {
         const auto dataset = cursor();
         return [dataset] {
             std::size_t rows = 1;
-            for (dataset->first(); dataset->next();)
+            for (dataset->first(); dataset->next();) {
                 ++rows;
-            while (dataset->prior())
+            }
+            while (dataset->prior()) {
                 --rows;
+            }
             EXPECT_EQ(rows, 1U);
         };
     });
@@ -290,12 +297,14 @@ TEST_F(AllocationFaultTest, EveryKindOfChange) {
     std::vector<std::string> seen;
     for (const Step& step : shortScript(schema)) {
         const std::string kind = step.name.substr(0, step.name.find(' '));
-        if (kind == "walk" || std::ranges::find(seen, kind) != seen.end())
+        if (kind == "walk" || std::ranges::find(seen, kind) != seen.end()) {
             continue; // one of each
+        }
         seen.push_back(kind);
         failInStep(step);
-        if (HasFailure())
+        if (HasFailure()) {
             return;
+        }
     }
     EXPECT_EQ(seen.size(), 6U);
 }
@@ -305,15 +314,17 @@ protected:
     static constexpr int added = 30;
 
     [[nodiscard]] Rows withAdded(Rows rows) const {
-        for (int i = 0; i < added; ++i)
+        for (int i = 0; i < added; ++i) {
             rows.push_back(scriptedRow(schema_, i));
+        }
         return rows;
     }
     [[nodiscard]] Ready load(BulkLoader::Mode mode) const {
         return [this, mode, rows = withAdded({})] {
             BulkLoader loader(path(), mode);
-            for (const Bytes& row : rows)
+            for (const Bytes& row : rows) {
                 loader.add(row);
+            }
             loader.finish();
         };
     }
@@ -341,8 +352,9 @@ TEST_F(AllocationInLoadTest, ReplacingRows) {
             ASSERT_NO_THROW(ready()) << "with all the memory";
             expectSound();
             ASSERT_FALSE(HasFailure());
-            if (isOver)
+            if (isOver) {
                 break;
+            }
         }
     }
 }

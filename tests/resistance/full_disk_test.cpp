@@ -36,8 +36,9 @@ public:
         problem_ = isThere_ ? std::string() : std::strerror(errno);
     }
     ~SmallDisk() {
-        if (isThere_)
+        if (isThere_) {
             umount2(folder_.c_str(), MNT_DETACH);
+        }
     }
     SmallDisk(const SmallDisk&) = delete;
     SmallDisk& operator=(const SmallDisk&) = delete;
@@ -57,8 +58,9 @@ protected:
     void SetUp() override {
         if (kind() == Kind::SmallDisk) {
             disk_.emplace(folder_.path());
-            if (!disk_->problem().empty())
+            if (!disk_->problem().empty()) {
                 GTEST_SKIP() << "no small file system can be mounted here: " << disk_->problem();
+            }
         }
         createTable(folder_.path(), scriptedDefinition());
         schema_ = Table::open(path())->schema();
@@ -73,8 +75,9 @@ protected:
 
     void load(Mode mode, int from, int to) const {
         BulkLoader loader(path(), mode);
-        for (int number = from; number <= to; ++number)
+        for (int number = from; number <= to; ++number) {
             loader.add(row(number));
+        }
         loader.finish();
     }
 
@@ -96,8 +99,9 @@ protected:
 
     /// Rows that are nearly as many as the limit lets in; syncing each of them would take long.
     void loadNearlyToTheLimit() const {
-        if (kind() == Kind::FileSizeLimit)
+        if (kind() == Kind::FileSizeLimit) {
             load(Mode::Append, 1, 900);
+        }
     }
 
     /// Adds rows until there is no room; how many there are then.
@@ -122,8 +126,9 @@ protected:
     void expectRows(int rows) const {
         const auto table = Table::open(path());
         ASSERT_EQ(table->records().recordCount(), static_cast<RecordNumber>(rows));
-        for (int number = 1; number <= rows; ++number)
+        for (int number = 1; number <= rows; ++number) {
             ASSERT_EQ(storedRecord(*table, static_cast<RecordNumber>(number)), row(number)) << number;
+        }
         EXPECT_EQ(order(*table, "NOMBRE").size(), static_cast<std::size_t>(rows));
         EXPECT_EQ(findings(path()), "");
     }
@@ -143,11 +148,13 @@ TEST_P(FullDiskTest, AppendsFillItAndGoOnWhenThereIsRoom) {
         const auto before = static_cast<int>(table->records().recordCount());
         rows = fill(*table, [&](int number) { return row(number); });
         EXPECT_GT(rows, before + 20);
-        for (int attempt = 0; attempt < 3; ++attempt)
+        for (int attempt = 0; attempt < 3; ++attempt) {
             expectFull(errorOf([&] {
-                for (int number = rows + 1;; ++number, ++rows) // a smaller change may still fit
+                for (int number = rows + 1;; ++number, ++rows) { // a smaller change may still fit
                     static_cast<void>(table->append(row(number), durability()));
+                }
             }));
+        }
         expectRows(rows);
         giveRoom();
         EXPECT_EQ(table->append(row(rows + 1), durability()), static_cast<RecordNumber>(rows + 1))

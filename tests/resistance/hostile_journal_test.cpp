@@ -25,8 +25,9 @@ protected:
         schema_ = table->schema();
         states_.push_back(rowsOf(*table));
         for (const Step& step : shortScript(schema_)) {
-            if (step.syncs)
+            if (step.syncs) {
                 break; // the journal begins anew there
+            }
             step.run(*table, states_.back(), Durability::Disk);
             states_.push_back(step.effect(states_.back()));
         }
@@ -70,8 +71,9 @@ protected:
         const auto name = std::make_shared<MemoryName>();
         Journal journal(std::make_unique<MemoryJournal>(name), schema_);
         static_cast<void>(journal.begin());
-        for (const JournalEntry& entry : entries)
+        for (const JournalEntry& entry : entries) {
             journal.add(entry, true);
+        }
         setBootIdentity("the second start");
         return name->content->bytes;
     }
@@ -120,8 +122,9 @@ TEST_F(HostileJournal, GarbageIsNoJournal) {
         Bytes journal(random() % 3000);
         std::ranges::generate(journal, [&] { return static_cast<char>(random()); });
         constexpr std::size_t header = 512;
-        if (round % 2 == 0 && journal.size() > header) // behind one that holds
+        if (round % 2 == 0 && journal.size() > header) { // behind one that holds
             std::copy_n(written_.journal->begin(), header, journal.begin());
+        }
         EXPECT_EQ(difference(states_.front(), rowsWhenSound(lost(journal))), "");
         ASSERT_FALSE(HasFailure());
     }
@@ -136,8 +139,9 @@ TEST_F(HostileJournal, OneOfAnotherLayoutIsNotRedone) {
     {
         setBootIdentity("the first start");
         const auto table = other.open();
-        for (int i = 0; i < 20; ++i)
+        for (int i = 0; i < 20; ++i) {
             static_cast<void>(table->append(makeRecord(table->schema(), {"FILA " + std::to_string(i), "1"})));
+        }
         rows = rowsOf(*table);
     }
     setBootIdentity("the second start");
@@ -153,17 +157,19 @@ TEST_F(HostileJournal, ATableFromABackupComesOutSound) {
     const MemoryTable backup(origin_.records, origin_.index);
     {
         const auto table = backup.open();
-        for (RecordNumber record = 1; record <= table->records().recordCount(); ++record)
+        for (RecordNumber record = 1; record <= table->records().recordCount(); ++record) {
             table->overwrite(record, storedRecord(*table, record),
                              scriptedRow(schema_, 900 + static_cast<int>(record)));
+        }
     }
     setBootIdentity("the second start");
     DiskImage image = DiskImage::of(backup);
     image.journal = written_.journal;
     const Rows found = rowsWhenSound(image);
     ASSERT_GE(found.size(), states_.front().size());
-    for (std::size_t i = 0; i < states_.front().size(); ++i)
+    for (std::size_t i = 0; i < states_.front().size(); ++i) {
         EXPECT_EQ(found[i], scriptedRow(schema_, 901 + static_cast<int>(i))) << i;
+    }
 }
 
 TEST_F(HostileJournal, ForgedEntriesDoNoHarm) {

@@ -37,8 +37,9 @@ protected:
             ASSERT_FALSE(HasFailure());
             verify();
             ASSERT_FALSE(HasFailure());
-            if (expected_.count() > rowsOfALargeTable || nextSerial_ > 90'000'000)
+            if (expected_.count() > rowsOfALargeTable || nextSerial_ > 90'000'000) {
                 beginOver();
+            }
         }
         report();
     }
@@ -68,8 +69,9 @@ private:
     void start(const Plan& plan) {
         const std::size_t count =
             plan.mostWriters == 1 ? 1 : 2 + below(static_cast<std::uint32_t>(plan.mostWriters - 1));
-        while (logs_.size() < count)
+        while (logs_.size() < count) {
             logs_.push_back(std::make_unique<PostLog>());
+        }
         for (std::size_t i = 0; i < count; ++i) {
             WriterWork work = plan.work;
             work.firstSerial = nextSerial_;
@@ -98,15 +100,17 @@ private:
             awaitPosts(*logs_[i], logs_[i]->acknowledged() + 5, *writers_[i]);
             logs_[i]->stop();
         }
-        for (std::size_t i = 1; i < writers_.size(); ++i)
+        for (std::size_t i = 1; i < writers_.size(); ++i) {
             EXPECT_EQ(writers_[i]->join(), 0);
+        }
         usedLogs_ = writers_.size();
         writers_.clear();
         ++tally_.cycles;
         markStood_ = markStands();
         tally_.marks += markStood_ ? 1 : 0;
-        for (int openers = 0; plan.killsTheNextOpener && openers < 3 && markStands(); ++openers)
+        for (int openers = 0; plan.killsTheNextOpener && openers < 3 && markStands(); ++openers) {
             killAnOpener();
+        }
     }
 
     void killAnOpener() {
@@ -118,16 +122,18 @@ private:
         opener.await();
         spin();
         opener.kill();
-        if (opener.join() == -SIGKILL)
+        if (opener.join() == -SIGKILL) {
             ++tally_.killedOpeners;
+        }
     }
 
     void verify() {
         std::optional<Post> inFlight = logs_.front()->inFlight();
         for (std::size_t i = 0; i < usedLogs_; ++i) {
             EXPECT_TRUE(i == 0 || !logs_[i]->inFlight());
-            for (std::size_t post = 0; post < logs_[i]->acknowledged(); ++post)
+            for (std::size_t post = 0; post < logs_[i]->acknowledged(); ++post) {
                 expected_.apply(logs_[i]->post(post));
+            }
             tally_.acknowledged += logs_[i]->acknowledged();
         }
         std::string differences;

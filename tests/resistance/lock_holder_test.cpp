@@ -23,8 +23,9 @@ protected:
 
     LockHolder() {
         const auto table = dbase::Table::open(tableFile());
-        for (std::uint32_t serial = 0; serial < 50; ++serial)
+        for (std::uint32_t serial = 0; serial < 50; ++serial) {
             table->append(streetRecord(table->schema(), {.serial = serial}));
+        }
     }
 
     /// A process that takes locks and then does nothing any more until it is told, or killed.
@@ -58,8 +59,9 @@ protected:
         keep(link);
     }
     static void holdFirstRecord(dbase::Table& table, const ChildProcess::Link& link) {
-        if (!table.tryLockRecord(1, &table))
+        if (!table.tryLockRecord(1, &table)) {
             throw std::runtime_error("somebody holds the record");
+        }
         keep(link);
     }
 
@@ -76,16 +78,19 @@ protected:
         }
     }
     void tellOthers() {
-        for (const auto& other : others_)
+        for (const auto& other : others_) {
             other->tell();
+        }
     }
     void awaitOthers() {
-        for (const auto& other : others_)
+        for (const auto& other : others_) {
             other->await();
+        }
     }
     void expectThatOthersFinish() {
-        for (const auto& other : others_)
+        for (const auto& other : others_) {
             EXPECT_EQ(other->join(), 0);
+        }
         others_.clear();
     }
     static void appendOne(dbase::Table& table, int i) {
@@ -142,8 +147,9 @@ protected:
         try {
             operation();
         } catch (const dbase::Error& error) {
-            if (error.code() != code || std::ranges::find(files, error.file()) == files.end())
+            if (error.code() != code || std::ranges::find(files, error.file()) == files.end()) {
                 throw;
+            }
             return;
         }
         throw std::runtime_error("not refused");
@@ -180,8 +186,9 @@ TEST_P(LockHolder, OfARecordStaysAndTheOthersAreToldSo) {
         streets.open();
         expectRefusal(ErrorCode::LockRefused, {tableFile()}, [&] { streets.edit(); });
         expectRefusal(ErrorCode::LockRefused, {tableFile()}, [&] { streets.erase(); });
-        if (streets.lockCurrent())
+        if (streets.lockCurrent()) {
             throw std::runtime_error("not refused");
+        }
     });
 }
 
@@ -197,8 +204,9 @@ TEST_P(LockHolder, OfARecordIsKilledAndTheOthersChangeItOneAfterAnother) {
                 streets.refresh();
                 streets.edit();
             } catch (const dbase::Error& error) {
-                if (error.code() != ErrorCode::LockRefused && error.code() != ErrorCode::RecordChanged)
+                if (error.code() != ErrorCode::LockRefused && error.code() != ErrorCode::RecordChanged) {
                     throw;
+                }
                 sched_yield();
                 continue;
             }

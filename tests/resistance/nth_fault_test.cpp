@@ -86,8 +86,9 @@ protected:
     static void runIntoTheFault(const MemoryTable& stored, const std::shared_ptr<Faults>& faults,
                                 PossibleRows& rows) {
         std::unique_ptr<Table> table;
-        if (!goesThrough([&] { table = stored.open(faults); }))
+        if (!goesThrough([&] { table = stored.open(faults); })) {
             return;
+        }
         int failures = 0;
         for (const Step& step : shortScript(table->schema())) {
             SCOPED_TRACE(step.name);
@@ -95,8 +96,9 @@ protected:
                 rows.done(step);
             } else {
                 rows.doneOrNot(step);
-                if (++failures == 4)
+                if (++failures == 4) {
                     return;
+                }
             }
         }
     }
@@ -104,10 +106,12 @@ protected:
     static void expectSound(const MemoryTable& stored, PossibleRows& rows) {
         {
             const auto table = stored.open();
-            if (!rows.settle(rowsOf(*table)))
+            if (!rows.settle(rowsOf(*table))) {
                 return;
-            for (const char* const tag : {"NOMBRE", "NUMDES"})
+            }
+            for (const char* const tag : {"NOMBRE", "NUMDES"}) {
                 EXPECT_EQ(order(*table, tag).size(), rows.first().size()) << tag;
+            }
             EXPECT_EQ(table->append(scriptedRow(table->schema(), 999)), rows.first().size() + 1);
         }
         EXPECT_EQ(freshFindings(stored), "");
@@ -128,8 +132,9 @@ protected:
             PossibleRows rows(first);
             ASSERT_NO_THROW(run(stored, faults, rows));
             ASSERT_NO_THROW(expectSound(stored, rows));
-            if (HasFailure())
+            if (HasFailure()) {
                 return;
+            }
             isOver = (*faults).*GetParam().fault.done < number;
         }
         const std::size_t faults = number - 2; // the last run met none, and the count is one further
@@ -161,10 +166,12 @@ constexpr Fault noRoomForJournal{"JournalStepNoRoom", &Faults::failingJournalSte
 
 std::vector<Plan> plans() {
     std::vector<Plan> all;
-    for (const Fault& fault :
-         {noRead, noWrite, noRoom, tornWrite, tornNoRoom, noSync, noRoomToSync, noJournal, noRoomForJournal})
-        for (const Durability durability : {Durability::Process, Durability::Disk})
+    for (const Fault& fault : {noRead, noWrite, noRoom, tornWrite, tornNoRoom, noSync, noRoomToSync,
+                               noJournal, noRoomForJournal}) {
+        for (const Durability durability : {Durability::Process, Durability::Disk}) {
             all.push_back({fault, durability});
+        }
+    }
     return all;
 }
 

@@ -72,16 +72,18 @@ protected:
     static void follow(Moment& moment, const Recorded& run, const DiskEvent& event) {
         if (event.kind == Kind::Acknowledge) {
             moment.acknowledged = static_cast<std::size_t>(event.offset);
-            if (run.syncs[moment.acknowledged - 1])
+            if (run.syncs[moment.acknowledged - 1]) {
                 moment.synced = moment.acknowledged;
+            }
         }
     }
 
     /// Each way in which a write may arrive in parts: its first sectors, and all but one.
     static std::vector<std::vector<bool>> tears(std::size_t sectors, std::mt19937& random) {
         std::vector<std::vector<bool>> all;
-        if (sectors < 2)
+        if (sectors < 2) {
             return all;
+        }
         const auto isTried = [&] { return sectors <= 8 || random() % sectors < 3; }; // some of a long write
         for (std::size_t arrived = 1; arrived < sectors; ++arrived) {
             if (isTried()) {
@@ -107,21 +109,25 @@ protected:
         for (std::size_t i = 0; i < run.log.size(); ++i) {
             const DiskEvent& event = run.log[i];
             SCOPED_TRACE("event " + std::to_string(i) + ", step " + std::to_string(moment.acknowledged + 1));
-            if (event.kind == Kind::Write)
+            if (event.kind == Kind::Write) {
                 for (const std::vector<bool>& tear : tears(sectorsOf(event), random)) {
                     DiskImage torn = image;
                     torn.applyTorn(event, tear);
                     SCOPED_TRACE("torn " + ::testing::PrintToString(tear));
                     judge(torn, moment);
-                    if (HasFailure())
+                    if (HasFailure()) {
                         return;
+                    }
                 }
+            }
             image.apply(event);
             follow(moment, run, event);
-            if (event.kind != Kind::Sync)
+            if (event.kind != Kind::Sync) {
                 judge(image, moment);
-            if (HasFailure())
+            }
+            if (HasFailure()) {
                 return;
+            }
         }
     }
 
@@ -165,10 +171,11 @@ protected:
         for (std::size_t i = 0; i < run.states[last].size() && !HasFailure(); ++i) {
             const std::size_t kept = keptState(run, moment, i);
             const std::span<const Rows> states(run.states.data() + kept, last - kept + 1);
-            if (i < found.size())
+            if (i < found.size()) {
                 expectKnownShares(found[i], i, states);
-            else
+            } else {
                 EXPECT_LE(states.front().size(), i) << "a row was lost that was on the disk";
+            }
         }
         EXPECT_LE(found.size(), run.states[last].size());
     }
@@ -199,9 +206,11 @@ private:
         const auto rowAt = [&](std::size_t state) {
             return record < run.states[state].size() ? run.states[state][record] : Bytes();
         };
-        for (std::size_t state = moment.acknowledged; state > moment.synced; --state)
-            if (run.toDisk[state - 1] && rowAt(state) != rowAt(state - 1))
+        for (std::size_t state = moment.acknowledged; state > moment.synced; --state) {
+            if (run.toDisk[state - 1] && rowAt(state) != rowAt(state - 1)) {
                 return state;
+            }
+        }
         return moment.synced;
     }
 
@@ -209,8 +218,9 @@ private:
         Bytes blank(found.size(), ' ');
         blank[0] = '*';
         const bool isNew = record >= states.front().size();
-        if (isNew && found == blank)
+        if (isNew && found == blank) {
             return;
+        }
         ASSERT_EQ(found.size(), recordLength);
         const std::size_t offset = headerLength + record * recordLength;
         for (std::size_t at = 0; at < found.size();) {
@@ -293,8 +303,9 @@ TEST_P(CutRuns, ARecoveryThatIsCutIsBegunAgain) {
     for (std::size_t i = 0; i < recorded.log.size(); ++i) {
         disk.apply(recorded.log[i]);
         follow(moment, recorded, recorded.log[i]);
-        if (i % static_cast<std::size_t>(longForm(11, 3)) != 0)
+        if (i % static_cast<std::size_t>(longForm(11, 3)) != 0) {
             continue;
+        }
         SCOPED_TRACE("first cut after event " + std::to_string(i));
         const DiskImage found = disk.survivor(random);
         const DiskLog recovery = recoveryOf(found);

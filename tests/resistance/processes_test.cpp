@@ -25,12 +25,15 @@ protected:
 
     /// Each begins when all are there.
     void startTogether(const std::vector<Work>& works) {
-        for (const Work& work : works)
+        for (const Work& work : works) {
             children_.push_back(std::make_unique<ChildProcess>(telling(work)));
-        for (const auto& child : children_)
+        }
+        for (const auto& child : children_) {
             child->await();
-        for (const auto& child : children_)
+        }
+        for (const auto& child : children_) {
             child->tell();
+        }
     }
     static void waitForAll(const ChildProcess::Link& link) {
         link.tell();
@@ -49,14 +52,17 @@ protected:
     /// Lets the writers, which were started first, store so many posts together, and stops them.
     void awaitWriters(int posts) {
         const std::size_t each = static_cast<std::size_t>(posts) / logs_.size();
-        for (std::size_t i = 0; i < logs_.size(); ++i)
+        for (std::size_t i = 0; i < logs_.size(); ++i) {
             awaitPosts(*logs_[i], each, *children_[i]);
-        for (const auto& log : logs_)
+        }
+        for (const auto& log : logs_) {
             log->stop();
+        }
     }
     void expectThatAllFinish() {
-        for (const auto& child : children_)
+        for (const auto& child : children_) {
             EXPECT_EQ(child->join(), 0);
+        }
         children_.clear();
     }
 
@@ -79,40 +85,47 @@ protected:
 TEST_P(Processes, ThatAppendLoseNoRowAndStoreNoneTwice) {
     const int each = longForm(3200, 64'000) / GetParam();
     std::vector<Work> works;
-    for (int i = 0; i < GetParam(); ++i)
+    for (int i = 0; i < GetParam(); ++i) {
         works.push_back([this, i, each](const ChildProcess::Link& link) {
             const auto table = dbase::Table::open(tableFile());
             waitForAll(link);
-            for (int row = 0; row < each; ++row)
+            for (int row = 0; row < each; ++row) {
                 table->append(
                     streetRecord(table->schema(), {.serial = static_cast<std::uint32_t>(i) * serialsOfOne +
                                                              static_cast<std::uint32_t>(row)}));
+            }
             return 0;
         });
+    }
     startTogether(works);
     expectThatAllFinish();
     std::set<std::uint32_t> serials;
-    for (const StreetVersion& row : storedRows(tableFile()))
+    for (const StreetVersion& row : storedRows(tableFile())) {
         EXPECT_TRUE(serials.insert(row.serial).second) << "twice: " << codeOf(row.serial);
+    }
     EXPECT_EQ(serials.size(), static_cast<std::size_t>(each * GetParam()));
-    for (const std::uint32_t serial : serials)
+    for (const std::uint32_t serial : serials) {
         EXPECT_LT(serial % serialsOfOne, static_cast<std::uint32_t>(each));
+    }
     expectSound();
 }
 
 TEST_P(Processes, ThatChangeRowsOfTheirOwnSeeThemAllAsTheyLeftThem) {
     std::vector<Work> works;
-    for (int i = 0; i < GetParam(); ++i)
+    for (int i = 0; i < GetParam(); ++i) {
         works.push_back(writer({.throughDataset = i % 2 == 0,
                                 .firstSerial = static_cast<std::uint32_t>(i) * serialsOfOne,
                                 .seed = static_cast<std::uint32_t>(i)}));
+    }
     startTogether(works);
     awaitWriters(longForm(2400, 40'000));
     expectThatAllFinish();
     ExpectedRows expected;
-    for (const auto& log : logs_)
-        for (std::size_t post = 0; post < log->acknowledged(); ++post)
+    for (const auto& log : logs_) {
+        for (std::size_t post = 0; post < log->acknowledged(); ++post) {
             expected.apply(log->post(post));
+        }
+    }
     std::string differences;
     expected.settle(*dbase::Table::open(tableFile()), {}, differences);
     EXPECT_EQ(differences, "");
@@ -127,8 +140,9 @@ int addUnderFreeKeys(int driver, int streets) {
         table.append();
         setFields(table, {.serial = static_cast<std::uint32_t>(driver * 1'000'000 + i)});
         table.field("CODIGO1").clear();
-        while (!ambrel::postUnderFreeKey(table, table.field("CODIGO1")))
+        while (!ambrel::postUnderFreeKey(table, table.field("CODIGO1"))) {
             sched_yield();
+        }
     }
     return 0;
 }
@@ -137,11 +151,12 @@ class KeysOfProcesses : public Processes {
 protected:
     void start(int streetsEach) {
         std::vector<Work> works;
-        for (int i = 0; i < GetParam(); ++i)
+        for (int i = 0; i < GetParam(); ++i) {
             works.push_back([i, streetsEach](const ChildProcess::Link& link) {
                 waitForAll(link);
                 return addUnderFreeKeys(i, streetsEach);
             });
+        }
         startTogether(works);
     }
     /// The streets' names; a key or a name that is there twice fails the test.
@@ -177,8 +192,9 @@ TEST_P(KeysOfProcesses, AreGivenOutOnceEachWhenOneIsKilled) {
         }));
         victim.await();
         for (const auto& child : children_) { // some are at work, some have finished, when it dies
-            if (child == children_[static_cast<std::size_t>(round) % children_.size()])
+            if (child == children_[static_cast<std::size_t>(round) % children_.size()]) {
                 victim.kill();
+            }
             EXPECT_EQ(child->join(), 0);
         }
         children_.clear();
@@ -197,8 +213,9 @@ protected:
 
     ReadersAmongWriters() {
         const auto table = dbase::Table::open(tableFile());
-        for (std::uint32_t serial = 0; serial < stableRows; ++serial)
+        for (std::uint32_t serial = 0; serial < stableRows; ++serial) {
             table->append(streetRecord(table->schema(), {.serial = serial}));
+        }
     }
 
     /// Seeks and walks until it is told to stop; what is wrong is raised.
@@ -212,17 +229,20 @@ protected:
                 std::uniform_int_distribution<std::uint32_t>(0, stableRows - 1)(random);
             findByKey(streets, serial);
             findByName(streets, serial);
-            if (turn % 5 == 0)
+            if (turn % 5 == 0) {
                 walkTree(streets);
-            if (turn % 25 == 0)
+            }
+            if (turn % 25 == 0) {
                 walkAll(streets);
+            }
         }
     }
 
 private:
     static void require(bool condition, const std::string& what) {
-        if (!condition)
+        if (!condition) {
             throw std::runtime_error("wrong answer: " + what);
+        }
     }
 
     /// The current row is whole and stands behind another one, whose place it takes.
@@ -269,8 +289,9 @@ private:
         std::string before;
         for (streets.first(); !streets.eof(); streets.next()) {
             requireBehind(before, streets);
-            if (const std::uint32_t serial = currentRow(streets).serial; serial < stableRows)
+            if (const std::uint32_t serial = currentRow(streets).serial; serial < stableRows) {
                 ++seen.at(serial);
+            }
         }
         require(std::ranges::all_of(seen, [](int times) { return times == 1; }), "rows passed over or twice");
     }
@@ -281,8 +302,9 @@ private:
             std::vector<dbase::RecordNumber> numbers = dbase::test::order(streets.openTable(), tag);
             require(numbers.size() >= stableRows, "entries lost");
             std::ranges::sort(numbers);
-            for (std::size_t i = 0; i < numbers.size(); ++i)
+            for (std::size_t i = 0; i < numbers.size(); ++i) {
                 require(numbers[i] == i + 1, "half a change");
+            }
         }
     }
 
@@ -302,18 +324,20 @@ TEST_P(ReadersAmongWriters, GetNoWrongAnswer) {
     const int writers = GetParam() / 2;
     PostLog readers; // tells them when to stop
     std::vector<Work> works;
-    for (int i = 0; i < writers; ++i)
+    for (int i = 0; i < writers; ++i) {
         works.push_back(writer({.weights = {6, 5, 2, 0, 0, 0},
                                 .throughDataset = i % 2 == 0,
                                 .firstSerial = static_cast<std::uint32_t>(i + 1) * serialsOfOne,
                                 .seed = static_cast<std::uint32_t>(i)}));
-    for (int i = writers; i < GetParam(); ++i)
+    }
+    for (int i = writers; i < GetParam(); ++i) {
         works.push_back([i, &readers](const ChildProcess::Link& link) {
             waitForAll(link);
             readAllTheWhile(readers, static_cast<std::uint32_t>(i),
                             i % 2 == 0 ? dbase::ReadGuard::Lock : dbase::ReadGuard::Counter);
             return 0;
         });
+    }
     startTogether(works);
     awaitWriters(longForm(2400, 40'000));
     readers.stop();

@@ -21,8 +21,9 @@ using ambrel::test::ansi;
 class Configuration : public ::testing::Test {
 protected:
     ~Configuration() override {
-        for (const char* const name : {"DB", "AMBREL"})
+        for (const char* const name : {"DB", "AMBREL"}) {
             dbase::setDatabaseFolder(name, {});
+        }
     }
 
     /// Loads a file with this content; the text of the error, or empty.
@@ -142,9 +143,11 @@ std::string exampleOf(const std::string& header) {
     std::ifstream file(header);
     std::string example;
     const std::string mark = "    ///     ";
-    for (std::string line; std::getline(file, line);)
-        if (line.starts_with(mark))
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with(mark)) {
             example += line.substr(mark.size()) + "\n";
+        }
+    }
     return example;
 }
 
@@ -210,8 +213,9 @@ TEST_F(Configuration, IniFileIsAPlainFileOfSensibleSize) {
     const std::string pipe = folder / "tubo.ini", endless = folder / "sin fin.ini";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     std::filesystem::create_symlink("/dev/zero", endless);
-    for (const std::string& path : {pipe, endless})
+    for (const std::string& path : {pipe, endless}) {
         expectUnreadable(path, "no es un fichero corriente");
+    }
     EXPECT_EQ(load(std::string(1 << 20, '\n')), "");
     EXPECT_NE(load(std::string((1 << 20) + 1, '\n')).find("demasiado grande"), std::string::npos);
 }

@@ -28,8 +28,9 @@ TEST(FileStart, OfAHugeFileTakesNoMoreMemoryThanAskedFor) {
     const std::string path = folder.write("a", "x");
     std::error_code refused;
     std::filesystem::resize_file(path, std::uintmax_t{1} << 40, refused);
-    if (refused)
+    if (refused) {
         GTEST_SKIP() << "no file of 1 TiB can be made here: " << refused.message();
+    }
     EXPECT_EQ(fileStart(path, 1), "x");
 }
 
@@ -38,8 +39,9 @@ TEST(FileStart, IsReadFromPlainFilesOnly) {
     const std::string pipe = folder / "tubo", endless = folder / "sin fin";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     std::filesystem::create_symlink("/dev/zero", endless);
-    for (const std::string& path : {pipe, endless, folder.path(), folder / "falta", std::string()})
+    for (const std::string& path : {pipe, endless, folder.path(), folder / "falta", std::string()}) {
         EXPECT_EQ(fileStart(path, 10), std::nullopt) << path;
+    }
 }
 
 TEST(FileStart, TellsWhyInSpanish) {

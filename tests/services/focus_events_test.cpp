@@ -35,8 +35,9 @@ protected:
     Focus() {
         auto* const central = new QWidget;
         auto* const layout = new QVBoxLayout(central);
-        for (QWidget* const widget : std::initializer_list<QWidget*>{first, second, combo, button})
+        for (QWidget* const widget : std::initializer_list<QWidget*>{first, second, combo, button}) {
             layout->addWidget(widget);
+        }
         combo->setEditable(true);
         combo->addItems({"CL", "AV"});
         watch(first, "first");
@@ -216,8 +217,9 @@ TEST_F(Focus, TwoHandlersThatSendTheFocusToEachOtherAreStopped) {
     int turns = 0;
     const auto sendTo = [&turns](QWidget* other) {
         return [&turns, other] {
-            if (++turns < endless)
+            if (++turns < endless) {
                 other->setFocus();
+            }
         };
     };
     FocusEvents::watch(first, sendTo(second), {});

@@ -56,8 +56,9 @@ TEST(KeyMap, LetterTogetherWithCtrlIsKnownByItsKey) {
 
 TEST(KeyMap, OtherKeysHaveNoCode) {
     for (const int key : {Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Shift, Qt::Key_F1, Qt::Key_Home, Qt::Key_Left,
-                          Qt::Key_Backspace, Qt::Key_Period, Qt::Key_Minus, Qt::Key_unknown})
+                          Qt::Key_Backspace, Qt::Key_Period, Qt::Key_Minus, Qt::Key_unknown}) {
         EXPECT_EQ(code(key), ambrel::key_code::none) << key;
+    }
     EXPECT_EQ(code(Qt::Key_Period, "."), 0);
     EXPECT_EQ(code(Qt::Key_Dead_Acute), 0);
 }

@@ -35,8 +35,9 @@ protected:
         return [this](std::uint16_t& key, Qt::KeyboardModifiers modifiers) {
             keys.push_back(key);
             texts.push_back(box->text());
-            if (key != 0)
+            if (key != 0) {
                 lastModifiers = modifiers;
+            }
         };
     }
 
@@ -85,8 +86,9 @@ TEST_F(KeyUps, ThatAHandlerUsedAreSwallowed) {
     button->show();
     KeyUpEvents::watch(&window, record());
     KeyUpEvents::watch(button, [](std::uint16_t& key, Qt::KeyboardModifiers) {
-        if (key == 27)
+        if (key == 27) {
             key = 0;
+        }
     });
     QTest::keyClick(button, Qt::Key_Escape);
     EXPECT_TRUE(keys.empty());

@@ -18,12 +18,13 @@ constexpr int size = 32;
 /// Squares of 2 x 2 pixels that are not of one colour: a picture that was only enlarged has none.
 int fineSquares(const QImage& image) {
     int count = 0;
-    for (int y = 0; y + 1 < image.height(); y += 2)
+    for (int y = 0; y + 1 < image.height(); y += 2) {
         for (int x = 0; x + 1 < image.width(); x += 2) {
             const QRgb first = image.pixel(x, y);
             count += first != image.pixel(x + 1, y) || first != image.pixel(x, y + 1) ||
                      first != image.pixel(x + 1, y + 1);
         }
+    }
     return count;
 }
 
@@ -37,15 +38,18 @@ TEST(MessageIcon, IsSharpOnAScreenOfTwiceTheResolution) {
 }
 
 TEST(MessageIcon, EachKindHasItsOwn) {
-    for (const MessageKind one : kinds)
-        for (const MessageKind other : kinds)
+    for (const MessageKind one : kinds) {
+        for (const MessageKind other : kinds) {
             EXPECT_EQ(messageIcon(one, size, 1).toImage() == messageIcon(other, size, 1).toImage(),
                       one == other);
+        }
+    }
 }
 
 TEST(MessageIcon, HasNoBackgroundOfItsOwn) {
-    for (const MessageKind kind : kinds)
+    for (const MessageKind kind : kinds) {
         EXPECT_EQ(messageIcon(kind, size, 1).toImage().pixelColor(0, 0).alpha(), 0);
+    }
 }
 
 } // namespace

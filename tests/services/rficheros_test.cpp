@@ -41,8 +41,9 @@ protected:
     ~Folder() override { ambrel::setAttributeFunction({}); }
 
     void makeFiles(const std::vector<std::string>& names) const {
-        for (const std::string& name : names)
+        for (const std::string& name : names) {
             folder.write(name, "x");
+        }
     }
 
     /// Names found, without the folder that each of them must have in front.
@@ -125,8 +126,9 @@ TEST_F(Folder, EnumerationYieldsDotsFirst) {
     FileSearch search(folder.path() + "\\*.*", file_attribute::folder);
     EXPECT_FALSE(search.findNext());
     Names names;
-    for (auto entry = search.findFirst(); entry; entry = search.findNext())
+    for (auto entry = search.findFirst(); entry; entry = search.findNext()) {
         names.push_back(entry->name);
+    }
     EXPECT_EQ(names, (Names{".", "..", "MADRID", "a.xml", "b.xml"}));
     EXPECT_FALSE(search.findNext());
     EXPECT_EQ(search.findFirst()->name, ".");
@@ -136,8 +138,9 @@ TEST_F(Folder, EnumerationTellsAttributes) {
     makeFiles({"MADRID/x.xml", "a.xml"});
     FileSearch search(folder / "*.*", file_attribute::any);
     std::vector<int> attributes;
-    for (auto entry = search.findFirst(); entry; entry = search.findNext())
+    for (auto entry = search.findFirst(); entry; entry = search.findNext()) {
         attributes.push_back(entry->attributes);
+    }
     EXPECT_EQ(attributes, (std::vector<int>{16, 16, 16, 0}));
 }
 

@@ -66,8 +66,9 @@ TEST(CadInt, ToleratesBlanksAroundAndASign) {
 }
 
 TEST(CadInt, GivesZeroForWhatIsNoNumber) {
-    for (const char* const text : {"", "   ", "S/N", "12B", "1 2", "1.5", "+-3", "--3", "+", "-", "0x1F"})
+    for (const char* const text : {"", "   ", "S/N", "12B", "1 2", "1.5", "+-3", "--3", "+", "-", "0x1F"}) {
         EXPECT_EQ(Cad_Int(text), 0) << text;
+    }
 }
 
 TEST(CadInt, GivesZeroForWhatDoesNotFit) {
@@ -101,8 +102,9 @@ TEST(Alphanumeric, NoSuperscriptsFractionsOrSigns) {
 }
 
 TEST(Alphanumeric, NoControlCharacters) {
-    for (const int c : {0x00, 0x0D, 0x1B, 0x7F, 0x81, 0x8D, 0x8F, 0x90, 0x9D})
+    for (const int c : {0x00, 0x0D, 0x1B, 0x7F, 0x81, 0x8D, 0x8F, 0x90, 0x9D}) {
         EXPECT_FALSE(isAlphanumeric(static_cast<unsigned char>(c))) << c;
+    }
 }
 
 } // namespace

@@ -35,8 +35,9 @@ protected:
 
     static std::vector<std::string> names(dbase::Dataset& dataset) {
         std::vector<std::string> result;
-        for (dataset.first(); !dataset.eof(); dataset.next())
+        for (dataset.first(); !dataset.eof(); dataset.next()) {
             result.push_back(dataset.field("NOMBRE").text());
+        }
         return result;
     }
     [[nodiscard]] std::string name() const { return table->field("NOMBRE").text(); }
@@ -267,8 +268,9 @@ protected:
     }
     [[nodiscard]] Names namesAfterThePowerCut(const std::function<void()>& work) {
         const TemporaryFolder disk;
-        for (const char* file : {"MUNICIPI.DBF", "MUNICIPI.MDX"})
+        for (const char* file : {"MUNICIPI.DBF", "MUNICIPI.MDX"}) {
             std::filesystem::copy_file(folder / file, disk / file);
+        }
         work();
         std::filesystem::copy_file(folder / "MUNICIPI.AMJ", disk / "MUNICIPI.AMJ");
         dbase::setBootIdentity("otro arranque");

@@ -24,8 +24,9 @@ TEST(Text, CharactersBecomeBytes) {
 
 TEST(Text, EveryByteSurvivesTheRoundTrip) {
     std::string all;
-    for (int byte = 0; byte < 256; ++byte)
+    for (int byte = 0; byte < 256; ++byte) {
         all.push_back(static_cast<char>(byte));
+    }
     const QString text = fromWindows1252(all);
     EXPECT_EQ(text.size(), 256);
     EXPECT_EQ(toWindows1252(text), all);

@@ -23,8 +23,9 @@ namespace {
 class UnderAWindowManager : public ::testing::Test {
 protected:
     void SetUp() override {
-        if (QGuiApplication::platformName() != "xcb")
+        if (QGuiApplication::platformName() != "xcb") {
             GTEST_SKIP() << "Xvfb and openbox are not installed";
+        }
         auto* const layout = new QVBoxLayout(&window);
         layout->addWidget(box);
         window.resize(400, 300);
@@ -88,10 +89,11 @@ TEST_F(UnderAWindowManager, TheProgressWindowIsWholeWhenItsTextHasGrown) {
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     std::optional<ambrel::test::Desktop> desktop;
-    if (!GTEST_FLAG_GET(list_tests))
+    if (!GTEST_FLAG_GET(list_tests)) {
         desktop.emplace();
-    else
+    } else {
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     const QApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

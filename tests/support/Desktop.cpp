@@ -10,16 +10,19 @@ constexpr int patience = 20'000; // milliseconds
 
 /// The first line that a program that was just started writes; empty when it does not.
 QByteArray firstLine(QProcess& program) {
-    while (!program.canReadLine())
-        if (!program.waitForReadyRead(patience))
+    while (!program.canReadLine()) {
+        if (!program.waitForReadyRead(patience)) {
             return {};
+        }
+    }
     return program.readLine().trimmed();
 }
 
 void stop(QProcess& program) {
     program.terminate();
-    if (!program.waitForFinished(patience))
+    if (!program.waitForFinished(patience)) {
         program.kill();
+    }
 }
 
 } // namespace
@@ -32,13 +35,16 @@ Desktop::~Desktop() {
 }
 
 bool Desktop::start() {
-    for (const char* const program : {"Xvfb", "openbox"})
-        if (QStandardPaths::findExecutable(program).isEmpty())
+    for (const char* const program : {"Xvfb", "openbox"}) {
+        if (QStandardPaths::findExecutable(program).isEmpty()) {
             return false;
+        }
+    }
     server_.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1600x1000x24", "-nolisten", "tcp"});
     const QByteArray number = firstLine(server_);
-    if (number.isEmpty())
+    if (number.isEmpty()) {
         return false;
+    }
     qputenv("DISPLAY", ':' + number);
     windowManager_.start("openbox", {"--sm-disable", "--startup", "echo ready"});
     return !firstLine(windowManager_).isEmpty();

@@ -14,8 +14,9 @@ namespace ambrel::test {
 ModalScript::ModalScript() { qApp->installEventFilter(this); }
 
 ModalScript::~ModalScript() {
-    for (const Expected& missing : expected_)
+    for (const Expected& missing : expected_) {
         ADD_FAILURE() << "This dialog never came: " << missing.className;
+    }
 }
 
 void ModalScript::expect(std::string className, Step step) {
@@ -24,11 +25,13 @@ void ModalScript::expect(std::string className, Step step) {
 
 bool ModalScript::eventFilter(QObject* watched, QEvent* event) {
     auto* dialog = qobject_cast<QDialog*>(watched);
-    if (event->type() == QEvent::Show && dialog && dialog->isModal())
+    if (event->type() == QEvent::Show && dialog && dialog->isModal()) {
         QTimer::singleShot(0, dialog, [this, script = QPointer<QObject>(this), dialog] {
-            if (script)
+            if (script) {
                 play(*dialog);
+            }
         });
+    }
     return false;
 }
 
@@ -42,8 +45,9 @@ void ModalScript::play(QDialog& dialog) {
     const Step step = std::move(expected_.front().step);
     expected_.pop_front();
     // The widget knows; the window behind it counts as active already when its parent's is.
-    if (!QTest::qWaitFor([&dialog] { return dialog.isActiveWindow(); }))
+    if (!QTest::qWaitFor([&dialog] { return dialog.isActiveWindow(); })) {
         ADD_FAILURE() << name << " does not become active.";
+    }
     const QPointer<QDialog> alive = &dialog;
     try {
         step(dialog);

@@ -44,8 +44,9 @@ Widget& child(const QObject& dialog, const char* name);
 
 template<class Widget>
 Widget& child(const QObject& dialog, const char* name) {
-    if (auto* found = dialog.findChild<Widget*>(QLatin1String(name)))
+    if (auto* found = dialog.findChild<Widget*>(QLatin1String(name))) {
         return *found;
+    }
     failMissingChild(dialog, name);
 }
 

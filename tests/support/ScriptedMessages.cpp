@@ -22,8 +22,9 @@ ScriptedMessages::ScriptedMessages() {
 
 ScriptedMessages::~ScriptedMessages() {
     setMessageShower(std::move(previous_));
-    for (const Expected& missing : expected_)
+    for (const Expected& missing : expected_) {
         ADD_FAILURE() << "This box never came: " << describe(missing.text, missing.line, missing.title);
+    }
 }
 
 void ScriptedMessages::expect(const QString& text, const QString& title, MessageAnswer answer) {
@@ -43,9 +44,10 @@ MessageAnswer ScriptedMessages::answer(const MessageBox& box) {
     }
     const Expected next = std::move(expected_.front());
     expected_.pop_front();
-    if (next.text != box.text || next.line != box.line || next.title != box.title)
+    if (next.text != box.text || next.line != box.line || next.title != box.title) {
         ADD_FAILURE() << "This box came: " << describe(box)
                       << "\ninstead of:    " << describe(next.text, next.line, next.title);
+    }
     return next.answer;
 }
 

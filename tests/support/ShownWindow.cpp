@@ -9,8 +9,9 @@ namespace ambrel::test {
 void showActive(QWidget& window) {
     window.show();
     window.activateWindow();
-    if (!QTest::qWaitForWindowActive(&window))
+    if (!QTest::qWaitForWindowActive(&window)) {
         ADD_FAILURE() << "The window does not become active.";
+    }
 }
 
 } // namespace ambrel::test

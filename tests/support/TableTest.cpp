@@ -21,11 +21,14 @@ TableTest::TableTest() { dbase::setDatabaseFolder(database, folder.path()); }
 
 TableTest::~TableTest() {
     dbase::setDatabaseFolder(database, {});
-    if (!isChecked_)
+    if (!isChecked_) {
         return;
-    for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
-        if (isTable(entry.path()))
+    }
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
+        if (isTable(entry.path())) {
             expectSound(entry.path().string());
+        }
+    }
 }
 
 std::string TableTest::createTable(const dbase::TableDefinition& definition,
@@ -41,8 +44,9 @@ std::string TableTest::createTable(const dbase::TableDefinition& definition,
 
 void expectSound(const std::string& tableFile) {
     try {
-        for (const dbase::Finding& finding : dbase::checkTable(tableFile).findings)
+        for (const dbase::Finding& finding : dbase::checkTable(tableFile).findings) {
             ADD_FAILURE() << finding.file << ", " << finding.place << ": " << finding.text;
+        }
     } catch (const std::exception& error) {
         ADD_FAILURE() << error.what();
     }

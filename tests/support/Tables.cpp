@@ -18,24 +18,29 @@ using dbase::ColumnType;
 /// "NOMBRE C53", "PRECIO N8.2", "ENT_MENOR L", "ALTA D"
 Column parseColumn(const std::string& text) {
     const std::size_t blank = text.find(' ');
-    if (blank == std::string::npos || blank + 1 == text.size())
+    if (blank == std::string::npos || blank + 1 == text.size()) {
         throw std::invalid_argument("no column: " + text);
+    }
     Column column{.name = text.substr(0, blank), .type = static_cast<ColumnType>(text[blank + 1])};
     const std::string sizes = text.substr(blank + 2);
-    if (column.type == ColumnType::Date)
+    if (column.type == ColumnType::Date) {
         column.width = 8;
-    if (sizes.empty())
+    }
+    if (sizes.empty()) {
         return column;
+    }
     column.width = static_cast<std::uint16_t>(std::stoi(sizes));
-    if (const std::size_t point = sizes.find('.'); point != std::string::npos)
+    if (const std::size_t point = sizes.find('.'); point != std::string::npos) {
         column.decimals = static_cast<std::uint8_t>(std::stoi(sizes.substr(point + 1)));
+    }
     return column;
 }
 
 dbase::TagDefinition parseTag(const std::string& text) {
     const std::size_t equals = text.find('=');
-    if (equals == std::string::npos)
+    if (equals == std::string::npos) {
         return {.name = text, .expression = text};
+    }
     return {.name = text.substr(0, equals), .expression = text.substr(equals + 1)};
 }
 
@@ -47,27 +52,31 @@ bool writeNumber(std::span<char> raw, const Column& column, const std::string& v
 
 void writeValue(std::span<char> raw, const Column& column, const std::string& value) {
     bool fits = true;
-    if (value.empty())
+    if (value.empty()) {
         dbase::encodeBlank(raw);
-    else if (column.isNumber())
+    } else if (column.isNumber()) {
         fits = writeNumber(raw, column, value);
-    else if (column.type == ColumnType::Logical)
+    } else if (column.type == ColumnType::Logical) {
         dbase::encodeLogical(raw, value == "T");
-    else
+    } else {
         dbase::encodeText(raw, ansi(value));
-    if (!fits || ansi(value).size() > column.width)
+    }
+    if (!fits || ansi(value).size() > column.width) {
         throw std::invalid_argument(column.name + " cannot hold " + value);
+    }
 }
 
 std::vector<char> recordOf(const dbase::Schema& schema, const std::vector<std::string>& columns,
                            const Row& row) {
-    if (row.size() != columns.size())
+    if (row.size() != columns.size()) {
         throw std::invalid_argument("a row of " + std::to_string(row.size()) + " values");
+    }
     std::vector<char> record(schema.recordLength, ' ');
     for (std::size_t i = 0; i < row.size(); ++i) {
         const auto position = schema.find(columns[i]);
-        if (!position)
+        if (!position) {
             throw std::invalid_argument("no column " + columns[i]);
+        }
         const Column& column = schema.columns[*position];
         writeValue(std::span(record).subspan(column.offset, column.width), column, row[i]);
     }
@@ -89,8 +98,9 @@ std::string createTable(const std::string& folder, const dbase::TableDefinition&
     dbase::createTable(folder, definition);
     const std::string file = dbase::findTableFile(folder, definition.name).value();
     dbase::BulkLoader loader(file, dbase::BulkLoader::Mode::Append);
-    for (const Row& row : rows)
+    for (const Row& row : rows) {
         loader.add(recordOf(loader.schema(), columns, row));
+    }
     loader.finish();
     return file;
 }

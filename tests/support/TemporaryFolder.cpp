@@ -13,17 +13,21 @@ namespace {
 void makeWritable(const fs::path& folder) {
     std::error_code ignored;
     fs::permissions(folder, fs::perms::owner_all, fs::perm_options::add, ignored);
-    for (fs::recursive_directory_iterator entry(folder, ignored), end; entry != end; entry.increment(ignored))
-        if (entry->is_directory(ignored) && !entry->is_symlink(ignored))
+    for (fs::recursive_directory_iterator entry(folder, ignored), end; entry != end;
+         entry.increment(ignored)) {
+        if (entry->is_directory(ignored) && !entry->is_symlink(ignored)) {
             fs::permissions(entry->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
+        }
+    }
 }
 
 } // namespace
 
 TemporaryFolder::TemporaryFolder() {
     std::string pattern = (fs::temp_directory_path() / "ambrel-XXXXXX").string();
-    if (!mkdtemp(pattern.data()))
+    if (!mkdtemp(pattern.data())) {
         throw std::runtime_error("no temporary folder: " + pattern);
+    }
     path_ = pattern;
 }
 

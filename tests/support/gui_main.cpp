@@ -7,8 +7,9 @@
 
 int main(int argc, char** argv) {
     // A run may ask for a screen of another size.
-    if (!qgetenv("QT_QPA_PLATFORM").startsWith("offscreen"))
+    if (!qgetenv("QT_QPA_PLATFORM").startsWith("offscreen")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     ::testing::InitGoogleTest(&argc, argv);
     const QApplication application(argc, argv);
     ambrel::test::failOnUnexpectedMessages();

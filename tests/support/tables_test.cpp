@@ -27,8 +27,9 @@ TEST_F(InlineTable, HoldsTheRowsInEveryType) {
     EXPECT_TRUE(table.field("MENOR").logical());
     EXPECT_EQ(table.field("ALTA").text(), "20240229");
     ASSERT_TRUE(table.next());
-    for (const dbase::Field* const field : table.fields())
+    for (const dbase::Field* const field : table.fields()) {
         EXPECT_TRUE(field->isNull()) << field->name();
+    }
 }
 
 TEST_F(InlineTable, LeavesColumnsBlankThatAreNotNamed) {

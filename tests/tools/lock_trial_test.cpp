@@ -49,8 +49,9 @@ ambcp::FileOpener filesWhoseLocks(bool grant) {
 
 TEST(LockTrial, EverythingWorksOnADiskOfThisMachine) {
     const TemporaryFolder folder;
-    for (const LockProbe& probe : ambcp::tryLocks(folder.path()))
+    for (const LockProbe& probe : ambcp::tryLocks(folder.path())) {
         EXPECT_TRUE(probe.works) << probe.question;
+    }
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 

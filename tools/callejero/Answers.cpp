@@ -64,8 +64,9 @@ std::string inShape(Operation operation, const std::string& content) {
 template<class Entries, class Write>
 std::string listAnswer(Operation operation, const Entries& entries, Write write) {
     std::string list;
-    for (const auto& entry : entries)
+    for (const auto& entry : entries) {
         list += write(entry);
+    }
     return inShape(operation,
                    element("control", element(countElement(operation), std::to_string(entries.size()))) +
                        element(listElement(operation), list));

@@ -14,18 +14,21 @@ constexpr std::array<std::string_view, 14> articles{"A",   "AS",  "EL", "ELS", "
 
 std::string articleInFront(const std::string& name) {
     const std::size_t comma = name.rfind(", ");
-    if (comma == std::string::npos)
+    if (comma == std::string::npos) {
         return name;
+    }
     const std::string article = name.substr(comma + 2);
-    if (std::ranges::find(articles, article) == articles.end())
+    if (std::ranges::find(articles, article) == articles.end()) {
         return name;
+    }
     return article + (article.back() == '\'' ? "" : " ") + name.substr(0, comma);
 }
 
 std::string withoutDieresis(std::string text) {
     constexpr std::string_view letter = "Ü";
-    for (std::size_t at = text.find(letter); at != std::string::npos; at = text.find(letter, at))
+    for (std::size_t at = text.find(letter); at != std::string::npos; at = text.find(letter, at)) {
         text.replace(at, letter.size(), "U");
+    }
     return text;
 }
 
@@ -34,12 +37,15 @@ std::string withoutDieresis(std::string text) {
 std::string cutAt(std::string text, std::size_t characters) {
     const auto isFirstByte = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; };
     std::size_t end = 0;
-    for (std::size_t left = characters; end < text.size(); ++end)
-        if (isFirstByte(text[end]) && left-- == 0)
+    for (std::size_t left = characters; end < text.size(); ++end) {
+        if (isFirstByte(text[end]) && left-- == 0) {
             break;
+        }
+    }
     text.resize(end);
-    while (!text.empty() && text.back() == ' ')
+    while (!text.empty() && text.back() == ' ') {
         text.pop_back();
+    }
     return text;
 }
 
@@ -54,8 +60,9 @@ std::string municipalityName(const std::string& name) {
 }
 
 std::string provinceName(const std::string& name) {
-    if (name == "STA. CRUZ DE TENERIFE")
+    if (name == "STA. CRUZ DE TENERIFE") {
         return "S.C. TENERIFE"; // the one name that follows no rule, and has dots in it
+    }
     return articleInFront(withoutDieresis(name.substr(name.rfind('/') + 1)));
 }
 

@@ -54,8 +54,9 @@ std::vector<std::string> Conduct::complaints() const {
 Conduct::Noted Conduct::note(const Request& request) {
     const std::lock_guard lock(mutex_);
     requests_.push_back(request);
-    if (log_)
+    if (log_) {
         log_(nameOf(request.operation) + " «" + request.province + "» «" + request.municipality + "»");
+    }
     const auto applies = [&request](const FaultRule& rule) {
         return rule.operation.value_or(request.operation) == request.operation &&
                (rule.name.empty() || rule.name == request.province || rule.name == request.municipality);
@@ -67,8 +68,9 @@ Conduct::Noted Conduct::note(const Request& request) {
 void Conduct::complain(const std::string& reason) {
     const std::lock_guard lock(mutex_);
     complaints_.push_back(reason);
-    if (log_)
+    if (log_) {
         log_("petición incorrecta: " + reason);
+    }
 }
 
 void Conduct::takeTime() {
@@ -79,8 +81,9 @@ void Conduct::takeTime() {
 bool Conduct::hold(unsigned releases, const std::function<bool()>& isWanted) {
     std::unique_lock lock(mutex_);
     const auto goesOn = [this, releases] { return isEnding_ || releases_ != releases; };
-    while (!changed_.wait_for(lock, lookInterval, goesOn) && isWanted())
+    while (!changed_.wait_for(lock, lookInterval, goesOn) && isWanted()) {
         continue;
+    }
     return !isEnding_;
 }
 

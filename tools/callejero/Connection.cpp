@@ -45,8 +45,9 @@ bool Connection::is_writable() const { return !isRefused_ && waitFor(POLLOUT); }
 ssize_t Connection::read(char* bytes, size_t size) {
     if (at_ == end_) {
         const ssize_t count = waitFor(POLLIN) ? recv(socket_, buffer_.data(), buffer_.size(), 0) : -1;
-        if (count <= 0)
+        if (count <= 0) {
             return count;
+        }
         at_ = 0;
         end_ = static_cast<std::size_t>(count);
     }

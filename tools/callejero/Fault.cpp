@@ -48,16 +48,18 @@ std::pair<std::size_t, std::size_t> extentOf(const std::string& answer, const st
                                              bool withTags) {
     const std::string opening = "<" + element + ">", closing = "</" + element + ">";
     const std::size_t begin = answer.find(opening), end = answer.find(closing);
-    if (begin == std::string::npos || end == std::string::npos)
+    if (begin == std::string::npos || end == std::string::npos) {
         return {answer.size(), 0};
+    }
     return withTags ? std::pair(begin, end + closing.size() - begin)
                     : std::pair(begin + opening.size(), end - begin - opening.size());
 }
 
 std::string withCount(std::string answer, Operation operation, int difference) {
     const auto [begin, size] = extentOf(answer, countElement(operation), false);
-    if (size > 0)
+    if (size > 0) {
         answer.replace(begin, size, std::to_string(std::stoi(answer.substr(begin, size)) + difference));
+    }
     return answer;
 }
 
@@ -73,8 +75,9 @@ std::string withoutNumber(std::string answer, Operation operation) {
 
 std::string declaringLatin1(std::string answer) {
     constexpr std::string_view declared = R"(encoding="utf-8")";
-    if (const std::size_t at = answer.find(declared); at != std::string::npos)
+    if (const std::size_t at = answer.find(declared); at != std::string::npos) {
         answer.replace(at, declared.size(), R"(encoding="ISO-8859-1")");
+    }
     return answer;
 }
 
@@ -87,8 +90,9 @@ std::optional<Fault> faultNamed(std::string_view name) {
 
 std::string faultNames() {
     std::string text;
-    for (const NamedFault& named : names)
+    for (const NamedFault& named : names) {
         (text += text.empty() ? "" : ", ") += named.name;
+    }
     return text;
 }
 
@@ -105,26 +109,30 @@ std::string faultExplanations() {
 
 FaultRule readFaultRule(std::string_view text) {
     const std::size_t equals = text.rfind('=');
-    if (equals == std::string_view::npos)
+    if (equals == std::string_view::npos) {
         throw std::invalid_argument("«" + std::string(text) + "» no tiene la forma operación=modo");
+    }
     FaultRule rule;
     const std::string_view mode = text.substr(equals + 1);
     const auto fault = faultNamed(mode);
-    if (!fault)
+    if (!fault) {
         throw std::invalid_argument("no hay modo «" + std::string(mode) + "»; los que hay: " + faultNames());
+    }
     rule.fault = *fault;
     std::string_view operation = text.substr(0, equals);
     if (const std::size_t colon = operation.find(':'); colon != std::string_view::npos) {
         rule.name = operation.substr(colon + 1);
         operation = operation.substr(0, colon);
     }
-    if (operation == everyOperation)
+    if (operation == everyOperation) {
         return rule;
+    }
     const auto found = std::ranges::find(operationNames, operation);
-    if (found == operationNames.end())
+    if (found == operationNames.end()) {
         throw std::invalid_argument(
             "no hay operación «" + std::string(operation) +
             "»; las que hay: ConsultaProvincia, ConsultaMunicipio, ConsultaVia, todo");
+    }
     rule.operation = static_cast<Operation>(found - operationNames.begin());
     return rule;
 }

@@ -25,15 +25,17 @@ constexpr const char* indexFile = "indice.csv";
 
 std::optional<std::string> contentOf(const fs::path& file) {
     std::error_code failure;
-    if (!fs::is_regular_file(file, failure))
+    if (!fs::is_regular_file(file, failure)) {
         return std::nullopt;
+    }
     std::ifstream stream(file, std::ios::binary);
     return std::string{std::istreambuf_iterator<char>(stream), {}};
 }
 
 void replaceAll(std::string& text, std::string_view from, std::string_view to) {
-    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
         text.replace(at, from.size(), to);
+    }
 }
 
 std::string filed(std::string municipality) {
@@ -60,35 +62,44 @@ public:
     explicit ProvinceFolders(fs::path folder) : folder_(std::move(folder)) {}
 
     std::string provinces() const override {
-        if (auto answer = contentOf(folder_ / provinceList))
+        if (auto answer = contentOf(folder_ / provinceList)) {
             return *std::move(answer);
+        }
         std::vector<Province> provinces;
-        for (const fs::directory_entry& entry : fs::directory_iterator(folder_))
-            if (entry.is_directory())
+        for (const fs::directory_entry& entry : fs::directory_iterator(folder_)) {
+            if (entry.is_directory()) {
                 provinces.push_back({.name = entry.path().filename().string()});
+            }
+        }
         std::ranges::sort(provinces, {}, &Province::name);
         return provincesAnswer(provinces);
     }
 
     std::string municipalities(const std::string& province) const override {
-        if (!hasProvince(province))
+        if (!hasProvince(province)) {
             return errorAnswer(Operation::Municipalities, noSuchProvince);
-        if (auto answer = contentOf(folder_ / province / municipalityList))
+        }
+        if (auto answer = contentOf(folder_ / province / municipalityList)) {
             return *std::move(answer);
+        }
         Province listed{.name = province};
-        for (const fs::directory_entry& entry : fs::directory_iterator(folder_ / province))
-            if (entry.path().extension() == answerSuffix)
+        for (const fs::directory_entry& entry : fs::directory_iterator(folder_ / province)) {
+            if (entry.path().extension() == answerSuffix) {
                 listed.municipalities.push_back({.name = unfiled(entry.path().stem().string())});
+            }
+        }
         std::ranges::sort(listed.municipalities, {}, &Municipality::name);
         return municipalitiesAnswer(listed);
     }
 
     std::string streets(const std::string& province, const std::string& municipality) const override {
-        if (!hasProvince(province))
+        if (!hasProvince(province)) {
             return errorAnswer(Operation::Streets, noSuchProvince);
+        }
         const std::string file = filed(municipality) + answerSuffix;
-        if (auto answer = isPlainName(file) ? contentOf(folder_ / province / file) : std::nullopt)
+        if (auto answer = isPlainName(file) ? contentOf(folder_ / province / file) : std::nullopt) {
             return *std::move(answer);
+        }
         return errorAnswer(Operation::Streets, noSuchMunicipality);
     }
 
@@ -116,22 +127,26 @@ public:
 
     std::string municipalities(const std::string& province) const override {
         const auto found = codes_.find(province);
-        if (found == codes_.end())
+        if (found == codes_.end()) {
             return errorAnswer(Operation::Municipalities, noSuchProvince);
+        }
         const std::string file = "municipios-" + found->second + answerSuffix;
-        if (auto answer = isPlainName(file) ? contentOf(folder_ / "soap" / file) : std::nullopt)
+        if (auto answer = isPlainName(file) ? contentOf(folder_ / "soap" / file) : std::nullopt) {
             return *std::move(answer);
+        }
         const Province listed = indexed(province);
         return listed.municipalities.empty() ? errorAnswer(Operation::Municipalities, serverError)
                                              : municipalitiesAnswer(listed);
     }
 
     std::string streets(const std::string& province, const std::string& municipality) const override {
-        if (!codes_.contains(province))
+        if (!codes_.contains(province)) {
             return errorAnswer(Operation::Streets, noSuchProvince);
+        }
         const auto found = files_.find({province, municipality});
-        if (found == files_.end())
+        if (found == files_.end()) {
             return errorAnswer(Operation::Streets, noSuchMunicipality);
+        }
         return (isPlainName(found->second) ? contentOf(folder_ / "vias" / found->second) : std::nullopt)
             .value_or(errorAnswer(Operation::Streets, serverError));
     }
@@ -140,32 +155,37 @@ private:
     void readProvinceCodes() {
         pugi::xml_document document;
         document.load_file((folder_ / "soap" / provinceList).c_str());
-        for (const pugi::xpath_node& node : document.select_nodes("//*[local-name()='prov']"))
+        for (const pugi::xpath_node& node : document.select_nodes("//*[local-name()='prov']")) {
             codes_[node.node().child_value("np")] = node.node().child_value("cpine");
+        }
     }
 
     /// A province with those of its municipalities whose streets are there.
     [[nodiscard]] Province indexed(const std::string& province) const {
         Province listed{.name = province};
         for (auto at = files_.lower_bound({province, ""}); at != files_.end() && at->first.first == province;
-             ++at)
+             ++at) {
             listed.municipalities.push_back({.name = at->first.second});
+        }
         return listed;
     }
 
     void readIndex() {
         const auto text = contentOf(folder_ / "vias" / indexFile);
-        if (!text)
+        if (!text) {
             return;
+        }
         const auto value = [](const CsvRow& row, const char* column) {
             const auto found = row.find(column);
-            if (found == row.end())
+            if (found == row.end()) {
                 throw std::runtime_error(std::string(indexFile) + ": falta un valor de la columna «" +
                                          column + "»");
+            }
             return found->second;
         };
-        for (const CsvRow& row : csvRows(loading::textSource(*text), indexFile))
+        for (const CsvRow& row : csvRows(loading::textSource(*text), indexFile)) {
             files_[{value(row, "provincia"), value(row, "municipio")}] = value(row, "fichero");
+        }
     }
 
     fs::path folder_;
@@ -176,10 +196,12 @@ private:
 } // namespace
 
 std::unique_ptr<const Directory> folderDirectory(const std::string& folder) {
-    if (!fs::is_directory(folder))
+    if (!fs::is_directory(folder)) {
         throw std::runtime_error("no hay carpeta «" + folder + "»");
-    if (fs::exists(fs::path(folder) / "soap" / provinceList))
+    }
+    if (fs::exists(fs::path(folder) / "soap" / provinceList)) {
         return std::make_unique<IndexedAnswers>(folder);
+    }
     return std::make_unique<ProvinceFolders>(folder);
 }
 

@@ -26,8 +26,9 @@ public:
 
     std::string streets(const std::string& province, const std::string& municipality) const override {
         const Province* const found = named(provinces_, province);
-        if (!found)
+        if (!found) {
             return errorAnswer(Operation::Streets, noSuchProvince);
+        }
         const Municipality* const place = named(found->municipalities, municipality);
         return place ? streetsAnswer(*found, *place) : errorAnswer(Operation::Streets, noSuchMunicipality);
     }

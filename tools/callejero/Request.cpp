@@ -22,9 +22,11 @@ constexpr std::string_view envelope =
 }
 
 Operation operationOf(const std::string& action) {
-    for (std::size_t i = 0; i < operationNames.size(); ++i)
-        if (action == '"' + std::string(actionPrefix) + std::string(operationNames.at(i)) + '"')
+    for (std::size_t i = 0; i < operationNames.size(); ++i) {
+        if (action == '"' + std::string(actionPrefix) + std::string(operationNames.at(i)) + '"') {
             return static_cast<Operation>(i);
+        }
+    }
     refuse("SOAPAction", '"' + std::string(actionPrefix) + "…\"", action);
 }
 
@@ -35,8 +37,9 @@ public:
 
     void expect(std::string_view line) {
         const std::string_view found = next();
-        if (found != line)
+        if (found != line) {
             refuse(where(), line, found);
+        }
     }
 
     /// The text within an element that stands on a line of its own, four blanks in.
@@ -44,27 +47,31 @@ public:
         const std::string opening = "    <" + name + " xmlns=\"" + std::string(xmlNamespace) + "\">";
         const std::string closing = "</" + name + ">";
         const std::string_view found = next();
-        if (!found.starts_with(opening) || !found.ends_with(closing))
+        if (!found.starts_with(opening) || !found.ends_with(closing)) {
             refuse(where(), opening + "…" + closing, found);
+        }
         return std::string(found.substr(opening.size(), found.size() - opening.size() - closing.size()));
     }
 
     void expectEmptyElement(const std::string& name) {
-        if (const std::string text = element(name); !text.empty())
+        if (const std::string text = element(name); !text.empty()) {
             refuse(where() + ", " + name, "", text);
+        }
     }
 
     void expectEnd() const {
-        if (!left_.empty())
+        if (!left_.empty()) {
             refuse("detrás de la última línea", "", left_);
+        }
     }
 
 private:
     std::string_view next() {
         ++number_;
         const std::size_t end = left_.find('\r');
-        if (end == std::string_view::npos)
+        if (end == std::string_view::npos) {
             throw WrongRequest(where() + ": no acaba en retorno de carro");
+        }
         const std::string_view line = left_.substr(0, end);
         left_.remove_prefix(end + 1);
         return line;
@@ -85,8 +92,9 @@ void readBody(Request& request) {
         request.province = lines.element("Provincia");
         request.municipality = lines.element("Municipio");
     }
-    if (request.operation == Operation::Municipalities && !request.municipality.empty())
+    if (request.operation == Operation::Municipalities && !request.municipality.empty()) {
         refuse("Municipio", "", request.municipality);
+    }
     if (request.operation == Operation::Streets) {
         lines.expectEmptyElement("TipoVia");
         lines.expectEmptyElement("NombreVia");
@@ -99,14 +107,17 @@ void readBody(Request& request) {
 } // namespace
 
 Request readRequest(const Received& received) {
-    if (received.contentType != contentType)
+    if (received.contentType != contentType) {
         refuse("Content-Type", contentType, received.contentType);
+    }
     Request request{.operation = operationOf(received.soapAction), .body = received.body};
-    if (std::ranges::find(request.body, '\n') != request.body.end())
+    if (std::ranges::find(request.body, '\n') != request.body.end()) {
         throw WrongRequest("el cuerpo tiene saltos de línea: cada línea acaba en un solo retorno de carro");
+    }
     // All names come from Windows-1252, so a text beyond it has been converted wrongly on its way.
-    if (!dbase::CodePage::windows1252().fromUtf8(request.body))
+    if (!dbase::CodePage::windows1252().fromUtf8(request.body)) {
         throw WrongRequest("el cuerpo no está en UTF-8");
+    }
     readBody(request);
     return request;
 }

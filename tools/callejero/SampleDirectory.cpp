@@ -20,9 +20,11 @@ constexpr std::array<std::string_view, 4> provincesWithCadastre{"01", "20", "31"
 
 std::vector<CsvRow> rowsOf(std::string_view table) {
     const std::string name = std::string(table) + ".csv";
-    for (const ambrel::SampleFile& file : ambrel::tableFiles())
-        if (file.name == name)
+    for (const ambrel::SampleFile& file : ambrel::tableFiles()) {
+        if (file.name == name) {
             return csvRows(loading::textSource(file.text()), name);
+        }
+    }
     return {};
 }
 
@@ -142,8 +144,9 @@ void addCommonStreets(std::vector<Street>& streets, unsigned municipality) {
     for (const auto& [type, name] : commonStreets) {
         state = state * 1664525u + 1013904223u;
         const Street street{std::string(type), std::string(name)};
-        if ((state >> 16) % 3 == 0 && !isThere(street))
+        if ((state >> 16) % 3 == 0 && !isThere(street)) {
             streets.push_back(street);
+        }
     }
 }
 
@@ -153,8 +156,9 @@ void addRoads(std::vector<Municipality>& places) {
         const Municipality& next = places[(i + 1) % places.size()];
         const Municipality& before = places[(i + places.size() - 1) % places.size()];
         places[i].streets.push_back({"CR", cutAt(next.name, streetWidth)});
-        if (&next != &before)
+        if (&next != &before) {
             places[i].streets.push_back({"CM", cutAt("VIEJO DE " + before.name, streetWidth)});
+        }
     }
 }
 
@@ -164,8 +168,9 @@ std::map<std::string, std::vector<Street>> streetsOfSample() {
     std::set<std::string> known;
     for (const CsvRow& row : rowsOf("POSTAL")) {
         const Street street{row.at("TIPO_VIA"), cutAt(row.at("VIA"), streetWidth)};
-        if (known.insert(row.at("COD_INE") + street.type + street.name).second)
+        if (known.insert(row.at("COD_INE") + street.type + street.name).second) {
             streets[row.at("COD_INE")].push_back(street);
+        }
     }
     return streets;
 }
@@ -177,8 +182,9 @@ std::map<std::string, std::vector<Municipality>> municipalitiesOfSample() {
     std::set<std::string> known;
     for (const CsvRow& row : rowsOf("MUNICIPI")) {
         const std::string& code = row.at("COD_INE");
-        if (row.at("ENT_MENOR") == "True" || !known.insert(code).second)
+        if (row.at("ENT_MENOR") == "True" || !known.insert(code).second) {
             continue;
+        }
         Municipality place{municipalityName(row.at("NOMBRE")), number(row.at("COD_MUN")), streets[code]};
         addCommonStreets(place.streets, static_cast<unsigned>(number(code)));
         provinces[row.at("COD_PROV")].push_back(std::move(place));
@@ -198,8 +204,9 @@ std::vector<Province> sampleProvinces() {
     for (const CsvRow& row : rowsOf("PROVIN")) {
         const std::string& code = row.at("COD_198");
         if (row.at("GRUPO") == "1" &&
-            std::ranges::find(provincesWithCadastre, code) == provincesWithCadastre.end())
+            std::ranges::find(provincesWithCadastre, code) == provincesWithCadastre.end()) {
             provinces.push_back({provinceName(row.at("PROVINCIA")), number(code), municipalities[code]});
+        }
     }
     std::ranges::sort(provinces, {}, &Province::name);
     return provinces;

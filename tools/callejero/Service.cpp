@@ -62,23 +62,26 @@ const std::string& ballast() {
 void Listener::hangUp() {
     const std::lock_guard lock(mutex_);
     isHungUp_ = true;
-    for (const socket_t socket : open_)
+    for (const socket_t socket : open_) {
         ::shutdown(socket, SHUT_RDWR);
+    }
 }
 
 bool Listener::process_and_close_socket(socket_t socket) {
     {
         const std::lock_guard lock(mutex_);
         open_.insert(socket);
-        if (isHungUp_) // it came in at the last moment
+        if (isHungUp_) { // it came in at the last moment
             ::shutdown(socket, SHUT_RDWR);
+        }
     }
     bool isClosed = false, isDone = false;
     {
         Connection connection(socket);
         isDone = process_request(connection, true, isClosed, {});
-        if (isDone)
+        if (isDone) {
             ::shutdown(socket, SHUT_WR);
+        }
     }
     const std::lock_guard lock(mutex_);
     open_.erase(socket);
@@ -95,20 +98,23 @@ Service::Service(std::unique_ptr<const Directory> directory, int port, Conduct& 
     });
     errno = 0;
     port_ = port == 0 ? listener_.bind_to_any_port(host) : port;
-    if (port == 0 ? port_ <= 0 : !listener_.bind_to_port(host, port))
+    if (port == 0 ? port_ <= 0 : !listener_.bind_to_port(host, port)) {
         throw std::runtime_error("no se puede escuchar en el puerto " + std::to_string(port) +
                                  (errno == 0 ? "" : ": " + dbase::systemReason(errno)));
+    }
     thread_ = std::thread([this] { listener_.listen_after_bind(); });
-    while (!listener_.is_running()) // ended before it runs, it would never end
+    while (!listener_.is_running()) { // ended before it runs, it would never end
         std::this_thread::yield();
+    }
 }
 
 void Service::stop() {
     conduct_.end();
     listener_.stop();
     listener_.hangUp();
-    if (thread_.joinable())
+    if (thread_.joinable()) {
         thread_.join();
+    }
 }
 
 void Service::serve(const httplib::Request& request, httplib::Response& response) {
@@ -117,8 +123,9 @@ void Service::serve(const httplib::Request& request, httplib::Response& response
         return;
     }
     try {
-        if (request.has_header("Expect"))
+        if (request.has_header("Expect")) {
             throw WrongRequest("sobra la cabecera Expect");
+        }
         const Request read = readRequest({.contentType = request.get_header_value("Content-Type"),
                                           .soapAction = request.get_header_value("SOAPAction"),
                                           .body = request.body});
@@ -138,14 +145,18 @@ void Service::refuse(const std::string& reason, int status, httplib::Response& r
 
 std::string Service::answerText(const Request& request) const {
     const Operation operation = request.operation;
-    if (operation == Operation::Provinces)
+    if (operation == Operation::Provinces) {
         return directory_->provinces();
-    if (request.province.empty())
+    }
+    if (request.province.empty()) {
         return errorAnswer(operation, provinceNeeded);
-    if (operation == Operation::Municipalities)
+    }
+    if (operation == Operation::Municipalities) {
         return directory_->municipalities(request.province);
-    if (request.municipality.empty())
+    }
+    if (request.municipality.empty()) {
         return errorAnswer(operation, municipalityNeeded);
+    }
     return directory_->streets(request.province, request.municipality);
 }
 
@@ -158,16 +169,18 @@ void Service::stallMidway(const std::string& text, unsigned releases, httplib::R
     response.set_content_provider(
         text.size(), answerType,
         [this, text, releases](std::size_t at, std::size_t left, httplib::DataSink& sink) {
-            if (at == 0)
+            if (at == 0) {
                 return sink.write(text.data(), left / 2);
+            }
             return hold(releases) && sink.write(text.data() + at, left);
         });
 }
 
 bool Service::sendBallast(std::size_t size, httplib::DataSink& sink) {
     const std::size_t sent = std::min(size, ballast().size());
-    if (!sink.write(ballast().data(), sent))
+    if (!sink.write(ballast().data(), sent)) {
         return false;
+    }
     conduct_.countHuge(sent);
     return true;
 }
@@ -180,8 +193,9 @@ void Service::sendHuge(httplib::Response& response) {
 
 void Service::sendHugeChunked(httplib::Response& response) {
     response.set_chunked_content_provider(answerType, [this](std::size_t sent, httplib::DataSink& sink) {
-        if (sent < hugeSize)
+        if (sent < hugeSize) {
             return sendBallast(hugeSize - sent, sink);
+        }
         sink.done();
         return true;
     });
@@ -227,8 +241,9 @@ void Service::answer(const Request& request, const Conduct::Noted& noted, httpli
         response.status = redirection;
         return;
     case Fault::Stall:
-        if (!hold(noted.releases))
+        if (!hold(noted.releases)) {
             Connection::current().refuse();
+        }
         break;
     default:
         break;

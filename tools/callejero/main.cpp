@@ -76,8 +76,9 @@ void run(const Options& options) {
     callejero::Server server(options.folder.empty() ? callejero::sampleDirectory()
                                                     : callejero::folderDirectory(options.folder),
                              options.port, log);
-    for (const std::string& fault : options.faults)
+    for (const std::string& fault : options.faults) {
         server.addFault(callejero::readFaultRule(fault));
+    }
     server.setDelay(std::chrono::milliseconds(options.delayMs));
     std::printf("%s\n", server.url().c_str());
     std::fflush(stdout);
@@ -97,8 +98,9 @@ int main(int argc, char** argv) {
         app.parse(argc, argv);
         run(options);
     } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
             return app.exit(error);
+        }
         log(ambcp::describeUsageError(error, app));
         return exitCannot;
     } catch (const std::exception& error) {

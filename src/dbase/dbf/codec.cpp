@@ -15,17 +15,20 @@ namespace {
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::string_view withoutBlanks(std::string_view text) {
-    while (!text.empty() && text.front() == ' ')
+    while (!text.empty() && text.front() == ' ') {
         text.remove_prefix(1);
-    while (!text.empty() && text.back() == ' ')
+    }
+    while (!text.empty() && text.back() == ' ') {
         text.remove_suffix(1);
+    }
     return text;
 }
 
 /// Takes a sign off the front; true for minus.
 bool takeSign(std::string_view& text) {
-    if (text.empty() || (text.front() != '-' && text.front() != '+'))
+    if (text.empty() || (text.front() != '-' && text.front() != '+')) {
         return false;
+    }
     const bool isMinus = text.front() == '-';
     text.remove_prefix(1);
     return isMinus;
@@ -59,24 +62,29 @@ static_assert(toJulian(1970, 1, 1) == 2440588 && toJulian(2024, 1, 1) == 2460311
 
 /// Decimal digits of a fixed count.
 void writeDigits(char* to, int count, int value) {
-    for (int i = count - 1; i >= 0; --i, value /= 10)
+    for (int i = count - 1; i >= 0; --i, value /= 10) {
         to[i] = static_cast<char>('0' + value % 10);
+    }
 }
 
 } // namespace
 
 std::string_view decodeText(std::string_view raw) {
-    if (raw.empty())
+    if (raw.empty()) {
         return raw;
-    if (const void* end = std::memchr(raw.data(), 0, raw.size()))
+    }
+    if (const void* end = std::memchr(raw.data(), 0, raw.size())) {
         raw = raw.substr(0, static_cast<std::size_t>(static_cast<const char*>(end) - raw.data()));
+    }
     constexpr std::string_view blanks = "        ";
     std::size_t size = raw.size();
     while (size >= blanks.size() &&
-           std::memcmp(raw.data() + size - blanks.size(), blanks.data(), blanks.size()) == 0)
+           std::memcmp(raw.data() + size - blanks.size(), blanks.data(), blanks.size()) == 0) {
         size -= blanks.size(); // a word at a time: most of a wide column is padding
-    while (size > 0 && raw[size - 1] == ' ')
+    }
+    while (size > 0 && raw[size - 1] == ' ') {
         --size;
+    }
     return raw.substr(0, size);
 }
 
@@ -90,15 +98,17 @@ std::optional<double> decodeNumber(std::string_view raw) {
         if (c == '.' && !hasPoint) {
             hasPoint = true;
         } else if (isDigit(c)) {
-            if (++digits <= 18)
+            if (++digits <= 18) {
                 mantissa = mantissa * 10 + static_cast<std::uint64_t>(c - '0');
+            }
             decimals += hasPoint ? 1 : 0;
         } else {
             return std::nullopt;
         }
     }
-    if (digits == 0)
+    if (digits == 0) {
         return std::nullopt;
+    }
 
     double value = 0;
     if (digits <= 15) { // both exact as doubles, hence the quotient correctly rounded
@@ -119,25 +129,30 @@ std::optional<std::int64_t> decodeInteger(std::string_view raw) {
     std::uint64_t value = 0;
     std::size_t at = 0;
     for (; at < text.size() && isDigit(text[at]); ++at) {
-        if (value > limit / 10)
+        if (value > limit / 10) {
             return std::nullopt;
+        }
         value = value * 10 + static_cast<std::uint64_t>(text[at] - '0');
     }
-    if (value > limit + (isNegative ? 1 : 0))
+    if (value > limit + (isNegative ? 1 : 0)) {
         return std::nullopt;
+    }
     std::size_t digits = at;
     if (at < text.size() && text[at] == '.') {
-        for (++at; at < text.size() && text[at] == '0'; ++at)
+        for (++at; at < text.size() && text[at] == '0'; ++at) {
             ++digits;
+        }
     }
-    if (at < text.size() || digits == 0)
+    if (at < text.size() || digits == 0) {
         return std::nullopt;
+    }
     return static_cast<std::int64_t>(isNegative ? 0 - value : value);
 }
 
 std::optional<bool> decodeLogical(std::string_view raw) {
-    if (raw.empty())
+    if (raw.empty()) {
         return std::nullopt;
+    }
     switch (raw.front()) {
     case 'T':
     case 't':
@@ -155,27 +170,31 @@ std::optional<bool> decodeLogical(std::string_view raw) {
 }
 
 std::optional<JulianDay> decodeDate(std::string_view raw) {
-    if (raw.size() < 8 || !std::all_of(raw.begin(), raw.begin() + 8, isDigit))
+    if (raw.size() < 8 || !std::all_of(raw.begin(), raw.begin() + 8, isDigit)) {
         return std::nullopt;
+    }
     const auto number = [raw](std::size_t from, std::size_t count) {
         int value = 0;
-        for (const char c : raw.substr(from, count))
+        for (const char c : raw.substr(from, count)) {
             value = value * 10 + (c - '0');
+        }
         return value;
     };
     return julianDay(number(0, 4), number(4, 2), number(6, 2));
 }
 
 std::optional<JulianDay> julianDay(int year, int month, int day) {
-    if (year < 1 || year > 9999 || month < 1 || month > 12 || day < 1 || day > daysInMonth(year, month))
+    if (year < 1 || year > 9999 || month < 1 || month > 12 || day < 1 || day > daysInMonth(year, month)) {
         return std::nullopt;
+    }
     return toJulian(year, month, day);
 }
 
 std::string encodeDate(JulianDay day) {
     std::string text(8, ' ');
-    if (day < firstDay || day > lastDay)
+    if (day < firstDay || day > lastDay) {
         return text;
+    }
     const int shifted = day - firstOfMarch0;
     const int era = shifted / daysPerEra;
     const int dayOfEra = shifted - era * daysPerEra;
@@ -204,8 +223,9 @@ bool encodeInteger(std::span<char> raw, std::int64_t value, int decimals) {
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
     const auto length = static_cast<std::size_t>(end - digits.data());
     const std::size_t tail = decimals > 0 ? 1 + static_cast<std::size_t>(decimals) : 0;
-    if (length + tail > raw.size())
+    if (length + tail > raw.size()) {
         return false;
+    }
     auto to = std::fill_n(raw.begin(), raw.size() - length - tail, ' ');
     to = std::copy_n(digits.begin(), length, to);
     if (tail > 0) {
@@ -217,8 +237,9 @@ bool encodeInteger(std::span<char> raw, std::int64_t value, int decimals) {
 
 void encodeLogical(std::span<char> raw, bool value) {
     encodeBlank(raw);
-    if (!raw.empty())
+    if (!raw.empty()) {
         raw.front() = value ? 'T' : 'F';
+    }
 }
 
 void encodeBlank(std::span<char> raw) { std::fill(raw.begin(), raw.end(), ' '); }

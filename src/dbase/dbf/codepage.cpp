@@ -13,13 +13,15 @@ namespace {
 class Converter {
 public:
     explicit Converter(const char* page) : handle_(iconv_open("UTF-32LE", page)) {
-        if (!isOpen())
+        if (!isOpen()) {
             throw Error(ErrorCode::NotFound, {},
                         std::string("El sistema no tiene la página de códigos ") + page);
+        }
     }
     ~Converter() {
-        if (isOpen())
+        if (isOpen()) {
             iconv_close(handle_);
+        }
     }
     Converter(const Converter&) = delete;
     Converter& operator=(const Converter&) = delete;
@@ -32,8 +34,9 @@ public:
         char* from = &in;
         char* to = reinterpret_cast<char*>(out.data());
         std::size_t inLeft = 1, outLeft = out.size();
-        if (iconv(handle_, &from, &inLeft, &to, &outLeft) != 0 || outLeft != out.size() - 4)
+        if (iconv(handle_, &from, &inLeft, &to, &outLeft) != 0 || outLeft != out.size() - 4) {
             return std::nullopt;
+        }
         return static_cast<char32_t>(out[0] | out[1] << 8 | out[2] << 16);
     }
 
@@ -46,15 +49,18 @@ private:
 /// Small letter of a Latin capital; the same character for anything else. Independent of the locale.
 char32_t smallLetter(char32_t code) {
     const auto within = [code](char32_t first, char32_t last) { return code >= first && code <= last; };
-    if (within(U'A', U'Z') || (within(0xC0, 0xDE) && code != 0xD7))
+    if (within(U'A', U'Z') || (within(0xC0, 0xDE) && code != 0xD7)) {
         return code + 32;
-    if (code == 0x178) // Ÿ
+    }
+    if (code == 0x178) { // Ÿ
         return 0xFF;
+    }
     // Latin Extended-A keeps capital and small letter side by side, from even or from odd numbers.
     const bool isEvenPair = within(0x100, 0x12F) || within(0x132, 0x137) || within(0x14A, 0x177);
     const bool isOddPair = within(0x139, 0x148) || within(0x179, 0x17E);
-    if ((isEvenPair && code % 2 == 0) || (isOddPair && code % 2 == 1))
+    if ((isEvenPair && code % 2 == 0) || (isOddPair && code % 2 == 1)) {
         return code + 1;
+    }
     return code;
 }
 
@@ -85,18 +91,21 @@ std::optional<char32_t> takeUtf8(std::string_view& text) {
                              : lead >> 4 == 0xE  ? 3
                              : lead >> 3 == 0x1E ? 4
                                                  : 0;
-    if (size == 0 || size > text.size())
+    if (size == 0 || size > text.size()) {
         return std::nullopt;
+    }
     char32_t code = size == 1 ? lead : lead & (0x7Fu >> size);
     for (std::size_t i = 1; i < size; ++i) {
         const auto byte = static_cast<unsigned char>(text[i]);
-        if (byte >> 6 != 0x2)
+        if (byte >> 6 != 0x2) {
             return std::nullopt;
+        }
         code = code << 6 | (byte & 0x3Fu);
     }
     constexpr std::array<char32_t, 5> smallest{0, 0, 0x80, 0x800, 0x10000};
-    if (code < smallest[size] || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF))
+    if (code < smallest[size] || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) {
         return std::nullopt;
+    }
     text.remove_prefix(size);
     return code;
 }
@@ -121,8 +130,9 @@ constexpr std::array<std::uint8_t, 255> bytesByWeight{
 
 constexpr std::array<std::uint8_t, 256> weightsByByte() {
     std::array<std::uint8_t, 256> weights{}; // byte 0 is the lightest
-    for (std::size_t i = 0; i < bytesByWeight.size(); ++i)
+    for (std::size_t i = 0; i < bytesByWeight.size(); ++i) {
         weights[bytesByWeight[i]] = static_cast<std::uint8_t>(i + 1);
+    }
     return weights;
 }
 
@@ -137,8 +147,9 @@ CodePage::CodePage(const char* name) {
     }
     for (std::size_t byte = 0; byte < codes_.size(); ++byte) {
         const char32_t letter = smallLetter(codes_[byte]);
-        if (letter == codes_[byte])
+        if (letter == codes_[byte]) {
             continue;
+        }
         if (const auto other = encode(letter)) {
             lower_[byte] = *other;
             upper_[*other] = static_cast<unsigned char>(byte);
@@ -177,17 +188,21 @@ const CodePage& CodePage::ofDriver(std::uint8_t languageDriver) {
 std::string CodePage::toUtf8(std::string_view bytes) const {
     std::string text;
     text.reserve(bytes.size());
-    for (const char c : bytes)
+    for (const char c : bytes) {
         appendUtf8(text, codes_[static_cast<unsigned char>(c)]);
+    }
     return text;
 }
 
 std::optional<unsigned char> CodePage::encode(char32_t code) const {
-    if (code < codes_.size() && codes_[code] == code)
+    if (code < codes_.size() && codes_[code] == code) {
         return static_cast<unsigned char>(code);
-    for (std::size_t byte = 0x80; byte < codes_.size(); ++byte)
-        if (codes_[byte] == code)
+    }
+    for (std::size_t byte = 0x80; byte < codes_.size(); ++byte) {
+        if (codes_[byte] == code) {
             return static_cast<unsigned char>(byte);
+        }
+    }
     return std::nullopt;
 }
 
@@ -197,8 +212,9 @@ std::optional<std::string> CodePage::fromUtf8(std::string_view text) const {
     while (!text.empty()) {
         const auto code = takeUtf8(text);
         const auto byte = code ? encode(*code) : std::nullopt;
-        if (!byte)
+        if (!byte) {
             return std::nullopt;
+        }
         bytes.push_back(static_cast<char>(*byte));
     }
     return bytes;

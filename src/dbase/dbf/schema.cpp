@@ -48,25 +48,32 @@ std::string hex(unsigned value) {
 /// A name fit for a message: what is not ASCII, or not to be printed, becomes a question mark.
 std::string shown(const std::string& name) {
     std::string text = name;
-    for (char& c : text)
-        if (c < ' ' || c > '~')
+    for (char& c : text) {
+        if (c < ' ' || c > '~') {
             c = '?';
+        }
+    }
     return text;
 }
 
 std::string decodeName(Bytes descriptor, std::size_t offset, const std::string& file) {
     std::string name;
-    while (name.size() < nameSize && descriptor[name.size()] != 0)
+    while (name.size() < nameSize && descriptor[name.size()] != 0) {
         name.push_back(upperLetter(static_cast<char>(descriptor[name.size()])));
+    }
     const std::string place = "la columna descrita en la posición " + std::to_string(offset);
-    if (name.size() > maxNameLength)
+    if (name.size() > maxNameLength) {
         refuse(file, "el nombre de " + place + " no termina.");
-    while (!name.empty() && name.back() == ' ')
+    }
+    while (!name.empty() && name.back() == ' ') {
         name.pop_back();
-    if (name.empty())
+    }
+    if (name.empty()) {
         refuse(file, place + " no tiene nombre.");
-    if (std::any_of(name.begin(), name.end(), [](char c) { return (c >= 0 && c <= ' ') || c == 0x7F; }))
+    }
+    if (std::any_of(name.begin(), name.end(), [](char c) { return (c >= 0 && c <= ' ') || c == 0x7F; })) {
         refuse(file, "el nombre de " + place + " («" + shown(name) + "») tiene caracteres no válidos.");
+    }
     return name;
 }
 
@@ -79,24 +86,28 @@ Column decodeColumn(Bytes descriptor, std::size_t offset, const std::string& fil
     Column column;
     column.name = decodeName(descriptor, offset, file);
     const std::string title = "la columna " + shown(column.name);
-    if (!isKnownType(descriptor[typeAt]))
+    if (!isKnownType(descriptor[typeAt])) {
         refuse(file, title + " es de un tipo desconocido (" + hex(descriptor[typeAt]) + ").");
+    }
     column.type = static_cast<ColumnType>(descriptor[typeAt]);
     column.width = descriptor[widthAt];
-    if (column.width == 0)
+    if (column.width == 0) {
         refuse(file, title + " tiene anchura cero.");
+    }
     const std::uint16_t fixedWidth = column.type == ColumnType::Logical ? 1
                                      : column.type == ColumnType::Date  ? 8
                                      : column.type == ColumnType::Memo  ? memoWidth
                                                                         : column.width;
-    if (column.width != fixedWidth)
+    if (column.width != fixedWidth) {
         refuse(file, title + " tiene anchura " + std::to_string(column.width) + " y su tipo exige " +
                          std::to_string(fixedWidth) + ".");
+    }
     if (column.isNumber()) { // other programs keep other things in this byte of character columns
         column.decimals = descriptor[decimalsAt];
-        if (column.decimals >= column.width)
+        if (column.decimals >= column.width) {
             refuse(file, title + " tiene anchura " + std::to_string(column.width) + " y " +
                              std::to_string(column.decimals) + " decimales, que no caben.");
+        }
     }
     return column;
 }
@@ -105,30 +116,38 @@ void decodeColumns(Schema& schema, Bytes bytes, const std::string& file) {
     std::size_t offset = fixedHeaderSize;
     std::size_t recordLength = 1;
     for (;; offset += columnDescriptorSize) {
-        if (offset >= schema.headerLength)
+        if (offset >= schema.headerLength) {
             refuse(file, "falta la marca de fin de la lista de columnas (0x0D).");
-        if (bytes[offset] == endOfColumns)
+        }
+        if (bytes[offset] == endOfColumns) {
             break;
-        if (offset + columnDescriptorSize > schema.headerLength)
+        }
+        if (offset + columnDescriptorSize > schema.headerLength) {
             refuse(file, "la lista de columnas está cortada en la posición " + std::to_string(offset) + ".");
-        if (schema.columns.size() == maxColumns)
+        }
+        if (schema.columns.size() == maxColumns) {
             refuse(file, "hay más de 255 columnas.");
+        }
         Column column = decodeColumn(bytes.subspan(offset, columnDescriptorSize), offset, file);
-        if (schema.find(column.name))
+        if (schema.find(column.name)) {
             refuse(file, "la columna " + shown(column.name) + " está repetida.");
-        if (recordLength + column.width > schema.recordLength)
+        }
+        if (recordLength + column.width > schema.recordLength) {
             refuse(file, "la columna " + shown(column.name) + " se sale del registro, que es de " +
                              std::to_string(schema.recordLength) + " bytes.");
+        }
         column.offset = static_cast<std::uint16_t>(recordLength);
         recordLength += column.width;
         schema.columns.push_back(std::move(column));
     }
-    if (schema.columns.empty())
+    if (schema.columns.empty()) {
         refuse(file, "la tabla no tiene columnas.");
-    if (recordLength != schema.recordLength)
+    }
+    if (recordLength != schema.recordLength) {
         refuse(file, "las columnas suman " + std::to_string(recordLength) +
                          " bytes y la cabecera dice que el registro es de " +
                          std::to_string(schema.recordLength) + ".");
+    }
 }
 
 /// Widths that a new column may have.
@@ -142,8 +161,9 @@ void checkNewWidth(const Column& column, const std::string& file) {
     case ColumnType::Numeric:
     case ColumnType::Float:
         largest = 20;
-        if (column.decimals > 0)
+        if (column.decimals > 0) {
             smallest = column.decimals + 2; // a digit and the point before them
+        }
         break;
     case ColumnType::Logical:
         break;
@@ -155,18 +175,20 @@ void checkNewWidth(const Column& column, const std::string& file) {
     default:
         refuse(file, title + " es de un tipo desconocido.");
     }
-    if (column.width < smallest || column.width > largest)
+    if (column.width < smallest || column.width > largest) {
         refuse(file, title + " tiene anchura " + std::to_string(column.width) + "; debe estar entre " +
                          std::to_string(smallest) + " y " + std::to_string(largest) + ".");
+    }
 }
 
 void checkNewName(const std::string& name, const std::string& file) {
     const auto isLetter = [](char c) { return c >= 'A' && c <= 'Z'; };
     const auto isAllowed = [&](char c) { return isLetter(c) || (c >= '0' && c <= '9') || c == '_'; };
     if (name.empty() || name.size() > maxNameLength || !isLetter(name.front()) ||
-        !std::all_of(name.begin(), name.end(), isAllowed))
+        !std::all_of(name.begin(), name.end(), isAllowed)) {
         refuse(file, "el nombre de columna «" + shown(name) +
                          "» no vale: hasta 10 letras A-Z, cifras o «_», con una letra al principio.");
+    }
 }
 
 void putU16(std::vector<std::uint8_t>& bytes, std::size_t at, std::uint32_t value) {
@@ -177,33 +199,41 @@ void putU16(std::vector<std::uint8_t>& bytes, std::size_t at, std::uint32_t valu
 } // namespace
 
 std::optional<std::size_t> Schema::find(std::string_view name) const {
-    for (std::size_t i = 0; i < columns.size(); ++i)
-        if (columns[i].name == name) // as nearly every caller writes it
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (columns[i].name == name) { // as nearly every caller writes it
             return i;
-    for (std::size_t i = 0; i < columns.size(); ++i)
-        if (sameName(columns[i].name, name))
+        }
+    }
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (sameName(columns[i].name, name)) {
             return i;
+        }
+    }
     return std::nullopt;
 }
 
 std::size_t announcedHeaderLength(std::span<const std::uint8_t> bytes, const std::string& file) {
-    if (bytes.size() < fixedHeaderSize)
+    if (bytes.size() < fixedHeaderSize) {
         refuse(file, "la cabecera está cortada: hay " + std::to_string(bytes.size()) + " bytes de 32.");
+    }
     constexpr std::array<std::uint8_t, 4> known{0x03, 0x05, 0x83, 0x8B};
-    if (std::find(known.begin(), known.end(), bytes[0]) == known.end())
+    if (std::find(known.begin(), known.end(), bytes[0]) == known.end()) {
         refuse(file, "no es una tabla dBase III a 5 (versión " + hex(bytes[0]) + ").");
+    }
     const std::uint16_t length = u16(bytes, headerLengthAt);
-    if (length < fixedHeaderSize + columnDescriptorSize + 1)
+    if (length < fixedHeaderSize + columnDescriptorSize + 1) {
         refuse(file, "la cabecera dice que mide " + std::to_string(length) +
                          " bytes, menos de lo que ocupa una columna.");
+    }
     return length;
 }
 
 Schema decodeHeader(std::span<const std::uint8_t> bytes, HeaderCounts& counts, const std::string& file) {
     const std::size_t length = announcedHeaderLength(bytes, file);
-    if (bytes.size() < length)
+    if (bytes.size() < length) {
         refuse(file, "la cabecera está cortada: anuncia " + std::to_string(length) + " bytes y hay " +
                          std::to_string(bytes.size()) + ".");
+    }
     Schema schema;
     schema.version = bytes[0];
     schema.languageDriver = bytes[languageAt];
@@ -220,23 +250,28 @@ Schema decodeHeader(std::span<const std::uint8_t> bytes, HeaderCounts& counts, c
 }
 
 void completeLayout(Schema& schema, const std::string& file) {
-    if (schema.columns.empty())
+    if (schema.columns.empty()) {
         refuse(file, "la tabla no tiene columnas.");
-    if (schema.columns.size() > maxColumns)
+    }
+    if (schema.columns.size() > maxColumns) {
         refuse(file, "hay más de 255 columnas.");
+    }
     std::size_t recordLength = 1;
     for (std::size_t i = 0; i < schema.columns.size(); ++i) {
         Column& column = schema.columns[i];
         checkNewName(column.name, file);
         checkNewWidth(column, file);
-        if (schema.find(column.name) != i)
+        if (schema.find(column.name) != i) {
             refuse(file, "la columna " + column.name + " está repetida.");
-        if (!column.isNumber())
+        }
+        if (!column.isNumber()) {
             column.decimals = 0;
+        }
         column.offset = static_cast<std::uint16_t>(recordLength);
         recordLength += column.width;
-        if (recordLength > maxNewRecordLength)
+        if (recordLength > maxNewRecordLength) {
             refuse(file, "con la columna " + column.name + " el registro pasa de 4000 bytes.");
+        }
     }
     schema.recordLength = static_cast<std::uint16_t>(recordLength);
     schema.headerLength =

@@ -18,17 +18,21 @@ constexpr std::size_t maxFilterText = 4096; // bounds the work that a hostile te
 std::string shown(std::string_view text, const Schema& schema) {
     constexpr std::size_t longest = 200;
     std::string bytes(text.substr(0, longest));
-    for (char& c : bytes)
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F)
+    for (char& c : bytes) {
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
             c = '?';
+        }
+    }
     return CodePage::ofDriver(schema.languageDriver).toUtf8(bytes) + (text.size() > longest ? "…" : "");
 }
 
 bool usesOnly(const Node& node, const std::vector<bool>& given) {
-    if (node.operation == Operation::Column)
+    if (node.operation == Operation::Column) {
         return node.column < given.size() && given[node.column];
-    if (node.operation == Operation::Recno || node.operation == Operation::Deleted)
+    }
+    if (node.operation == Operation::Recno || node.operation == Operation::Deleted) {
         return false;
+    }
     return std::all_of(node.parts.begin(), node.parts.end(),
                        [&given](const auto& part) { return usesOnly(*part, given); });
 }
@@ -40,16 +44,18 @@ std::size_t coveredOfConcat(const Node& node, const std::vector<bool>& given) {
     for (const auto& part : node.parts) {
         const std::size_t width = covered(*part, given);
         sum += part->hasFixedWidth ? width : 0;
-        if (!part->hasFixedWidth || width < part->width)
+        if (!part->hasFixedWidth || width < part->width) {
             break;
+        }
     }
     return sum;
 }
 
 /// Leading bytes that depend only on the given columns.
 std::size_t covered(const Node& node, const std::vector<bool>& given) {
-    if (usesOnly(node, given))
+    if (usesOnly(node, given)) {
         return node.width;
+    }
     switch (node.operation) {
     case Operation::Concat:
         return coveredOfConcat(node, given);
@@ -59,8 +65,9 @@ std::size_t covered(const Node& node, const std::vector<bool>& given) {
     case Operation::Left:
         return node.parts[1]->isConstant ? std::min(node.width, covered(*node.parts[0], given)) : 0;
     case Operation::Substr: {
-        if (!node.parts[1]->isConstant || (node.parts.size() > 2 && !node.parts[2]->isConstant))
+        if (!node.parts[1]->isConstant || (node.parts.size() > 2 && !node.parts[2]->isConstant)) {
             return 0;
+        }
         const auto skipped =
             std::max<std::size_t>(wholeCount(node.parts[1]->number, maxExpressionWidth), 1) - 1;
         const std::size_t inner = covered(*node.parts[0], given);
@@ -74,13 +81,15 @@ std::size_t covered(const Node& node, const std::vector<bool>& given) {
 /// The columns side by side; empty when there is anything else.
 std::vector<KeySegment> segmentsOf(const Node& root) {
     const auto segment = [](const Node& node) { return KeySegment{node.column, node.offset, node.bytes}; };
-    if (root.operation == Operation::Column)
+    if (root.operation == Operation::Column) {
         return {segment(root)};
+    }
     std::vector<KeySegment> segments;
     if (root.operation == Operation::Concat) {
         for (const auto& part : root.parts) {
-            if (part->operation != Operation::Column)
+            if (part->operation != Operation::Column) {
                 return {};
+            }
             segments.push_back(segment(*part));
         }
     }
@@ -92,8 +101,9 @@ std::vector<KeySegment> segmentsOf(const Node& root) {
 Expression Expression::parse(std::string_view text, const Schema& schema, Dialect dialect) {
     try {
         const std::size_t longest = dialect == Dialect::Index ? maxIndexText : maxFilterText;
-        if (text.size() > longest)
+        if (text.size() > longest) {
             throw ExpressionFault{longest, "tiene más de " + std::to_string(longest) + " caracteres"};
+        }
         Expression expression;
         expression.text_ = text;
         expression.root_ = parseExpression(text, {&schema, dialect});

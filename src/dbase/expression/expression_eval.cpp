@@ -41,14 +41,16 @@ std::string_view rawColumn(const Node& node, const RecordView& record) {
 }
 
 std::string_view trimRight(std::string_view text) {
-    while (!text.empty() && text.back() == ' ')
+    while (!text.empty() && text.back() == ' ') {
         text.remove_suffix(1);
+    }
     return text;
 }
 
 std::string_view trimLeft(std::string_view text) {
-    while (!text.empty() && text.front() == ' ')
+    while (!text.empty() && text.front() == ' ') {
         text.remove_prefix(1);
+    }
     return text;
 }
 
@@ -94,10 +96,12 @@ std::size_t count(const Node& node, const RecordView& record, Scratch& scratch) 
 std::string_view part(const Node& node, const RecordView& record, Scratch& scratch) {
     const std::string_view text = evaluateText(*node.parts[0], record, scratch);
     const std::size_t number = count(*node.parts[1], record, scratch);
-    if (node.operation == Operation::Left)
+    if (node.operation == Operation::Left) {
         return text.substr(0, number);
-    if (node.operation == Operation::Right)
+    }
+    if (node.operation == Operation::Right) {
         return text.substr(text.size() - std::min(number, text.size()));
+    }
     const std::size_t start = std::min(std::max<std::size_t>(number, 1) - 1, text.size());
     return node.parts.size() > 2 ? text.substr(start, count(*node.parts[2], record, scratch))
                                  : text.substr(start);
@@ -106,8 +110,9 @@ std::string_view part(const Node& node, const RecordView& record, Scratch& scrat
 std::string_view numberText(const Node& node, const RecordView& record, Scratch& scratch) {
     const double value = evaluateNumber(*node.parts[0], record, scratch);
     char* const room = scratch.take(node.width);
-    if (!formatFixed({room, node.width}, value, node.decimals))
+    if (!formatFixed({room, node.width}, value, node.decimals)) {
         std::fill_n(room, node.width, '*');
+    }
     return {room, node.width};
 }
 
@@ -168,8 +173,9 @@ std::string_view evaluateText(const Node& node, const RecordView& record, Scratc
 // --- Numbers
 
 double columnNumber(std::string_view raw) {
-    if (const auto whole = decodeInteger(raw))
+    if (const auto whole = decodeInteger(raw)) {
         return static_cast<double>(*whole);
+    }
     return decodeNumber(raw).value_or(0);
 }
 
@@ -181,8 +187,9 @@ double leadingNumber(std::string_view text) {
     for (; size < text.size(); ++size) {
         const bool isPoint = text[size] == '.' && !hasPoint;
         hasPoint = hasPoint || isPoint;
-        if (!isPoint && (text[size] < '0' || text[size] > '9'))
+        if (!isPoint && (text[size] < '0' || text[size] > '9')) {
             break;
+        }
     }
     return decodeNumber(text.substr(0, size)).value_or(0);
 }
@@ -195,8 +202,9 @@ double evaluateNumber(const Node& node, const RecordView& record, Scratch& scrat
         return node.number;
     case Operation::Sum: {
         double sum = 0;
-        for (const auto& term : node.parts)
+        for (const auto& term : node.parts) {
             sum += evaluateNumber(*term, record, scratch);
+        }
         return sum;
     }
     case Operation::Difference:
@@ -235,13 +243,16 @@ std::optional<JulianDay> evaluateDate(const Node& node, const RecordView& record
 // --- Conditions
 
 int compareTexts(std::string_view a, std::string_view b, bool isCollated) {
-    if (!isCollated)
+    if (!isCollated) {
         return a.compare(b);
+    }
     const auto& weights = collationWeights();
     const std::size_t size = std::min(a.size(), b.size());
-    for (std::size_t i = 0; i < size; ++i)
-        if (a[i] != b[i])
+    for (std::size_t i = 0; i < size; ++i) {
+        if (a[i] != b[i]) {
             return weights[static_cast<unsigned char>(a[i])] - weights[static_cast<unsigned char>(b[i])];
+        }
+    }
     return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
 }
 
@@ -255,8 +266,9 @@ int compareTextParts(const Node& node, const RecordView& record, Scratch& scratc
     } else {
         left = left.substr(0, right.size()); // what begins with the right text is equal to it
     }
-    if (left == right)
+    if (left == right) {
         return 0;
+    }
     return compareTexts(left, right, node.isCollated);
 }
 
@@ -267,8 +279,9 @@ int order(const T& left, const T& right) {
 
 /// Blank dates come after all others, as they do in keys.
 int compareDates(const std::optional<JulianDay>& left, const std::optional<JulianDay>& right) {
-    if (left && right)
+    if (left && right) {
         return order(*left, *right);
+    }
     return order(!left, !right);
 }
 
@@ -311,8 +324,9 @@ bool compare(const Node& node, const RecordView& record, Scratch& scratch) {
 bool contains(const Node& node, const RecordView& record, Scratch& scratch) {
     const std::string_view needle = evaluateText(*node.parts[0], record, scratch);
     const std::string_view text = evaluateText(*node.parts[1], record, scratch);
-    if (node.dialect == Dialect::Index)
+    if (node.dialect == Dialect::Index) {
         return text.find(needle) != std::string_view::npos;
+    }
     const std::string_view word = decodeText(needle);
     return !word.empty() &&
            decodeText(text).find(word) != std::string_view::npos; // a blank column is in no list

@@ -29,16 +29,19 @@ struct Function {
 
 /// A constant argument as a whole number within limits; `missing` when it was not given.
 int constantArgument(const Call& call, std::size_t index, int missing, int smallest, int largest) {
-    if (index >= call.arguments.size())
+    if (index >= call.arguments.size()) {
         return missing;
+    }
     const Node& argument = *call.arguments[index];
-    if (!argument.isConstant)
+    if (!argument.isConstant) {
         throw ExpressionFault{call.position,
                               "el argumento " + std::to_string(index + 1) + " debe ser constante"};
-    if (!(argument.number >= smallest && argument.number <= largest))
+    }
+    if (!(argument.number >= smallest && argument.number <= largest)) {
         throw ExpressionFault{call.position, "el argumento " + std::to_string(index + 1) +
                                                  " debe estar entre " + std::to_string(smallest) + " y " +
                                                  std::to_string(largest)};
+    }
     return static_cast<int>(argument.number);
 }
 
@@ -66,8 +69,9 @@ void shapeSubstr(Node& node, const Call& call) {
     const Node* count = call.arguments.size() > 2 ? call.arguments[2].get() : nullptr;
     const std::size_t skipped = start.isConstant ? wholeCount(start.number, text.width + 1) : 1;
     node.width = text.width + 1 - std::max<std::size_t>(skipped, 1);
-    if (count != nullptr && count->isConstant)
+    if (count != nullptr && count->isConstant) {
         node.width = wholeCount(count->number, node.width);
+    }
     node.hasFixedWidth = text.hasFixedWidth && start.isConstant && (count == nullptr || count->isConstant);
 }
 
@@ -103,9 +107,11 @@ constexpr std::array<Function, 17> functions{{
 /// Whole names, and names cut to four letters or more.
 const Function* findFunction(std::string_view written) {
     const std::string name = upperName(written);
-    for (const Function& function : functions)
-        if (name == function.name || (name.size() >= 4 && function.name.starts_with(name)))
+    for (const Function& function : functions) {
+        if (name == function.name || (name.size() >= 4 && function.name.starts_with(name))) {
             return &function;
+        }
+    }
     return nullptr;
 }
 
@@ -119,19 +125,23 @@ ValueType typeOf(char letter) {
 void checkArguments(const Function& function, const Call& call) {
     const std::string name(function.name);
     const std::size_t given = call.arguments.size();
-    if (given < function.needed || given > function.arguments.size())
+    if (given < function.needed || given > function.arguments.size()) {
         throw ExpressionFault{call.position, name + " no admite " + std::to_string(given) + " argumentos"};
-    for (std::size_t i = 0; i < given; ++i)
-        if (function.arguments[i] != '*' && call.arguments[i]->type != typeOf(function.arguments[i]))
+    }
+    for (std::size_t i = 0; i < given; ++i) {
+        if (function.arguments[i] != '*' && call.arguments[i]->type != typeOf(function.arguments[i])) {
             throw ExpressionFault{call.position, "el argumento " + std::to_string(i + 1) + " de " + name +
                                                      " no es del tipo que pide"};
+        }
+    }
 }
 
 void shapeChoice(Node& node, const Call& call) {
     const Node& first = *call.arguments[1];
     const Node& second = *call.arguments[2];
-    if (first.type != second.type)
+    if (first.type != second.type) {
         throw ExpressionFault{call.position, "los dos valores de IIF deben ser del mismo tipo"};
+    }
     node.type = first.type;
     node.width = std::max(first.width, second.width);
     node.hasFixedWidth = first.hasFixedWidth && second.hasFixedWidth && first.width == second.width;
@@ -142,8 +152,9 @@ void shapeChoice(Node& node, const Call& call) {
 NodePointer makeCall(std::string_view name, std::vector<NodePointer> arguments,
                      const ExpressionContext& context, std::size_t position) {
     const Function* function = findFunction(name);
-    if (function == nullptr)
+    if (function == nullptr) {
         throw ExpressionFault{position, "no se conoce la función " + CodePage::windows1252().toUtf8(name)};
+    }
     const Call call{arguments, context, position};
     checkArguments(*function, call);
     if (function->name == "SPACE") {
@@ -154,12 +165,14 @@ NodePointer makeCall(std::string_view name, std::vector<NodePointer> arguments,
     auto node = std::make_unique<Node>();
     node->operation = function->operation;
     node->type = function->result;
-    if (function->operation == Operation::Choose)
+    if (function->operation == Operation::Choose) {
         shapeChoice(*node, call);
-    else if (function->shape != nullptr)
+    } else if (function->shape != nullptr) {
         function->shape(*node, call);
-    for (NodePointer& argument : arguments)
+    }
+    for (NodePointer& argument : arguments) {
         node->parts.push_back(std::move(argument));
+    }
     return finishNode(std::move(node), position);
 }
 

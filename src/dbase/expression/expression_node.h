@@ -126,8 +126,9 @@ inline constexpr std::size_t maxExpressionWidth = 32767; // of a text result
 
 /// A count or place from a number: what is below zero, or no number, counts as zero.
 [[nodiscard]] inline std::size_t wholeCount(double number, std::size_t limit) {
-    if (!(number > 0))
+    if (!(number > 0)) {
         return 0;
+    }
     return number < static_cast<double>(limit) ? static_cast<std::size_t>(number) : limit;
 }
 

@@ -40,9 +40,10 @@ const char* nameOf(ValueType type) {
 }
 
 void requireLogical(const Node& node, std::size_t position) {
-    if (node.type != ValueType::Logical)
+    if (node.type != ValueType::Logical) {
         throw ExpressionFault{position,
                               std::string("se esperaba una condición y hay un ") + nameOf(node.type)};
+    }
 }
 
 /// Joins two nodes, or the chains of the same operation that they are already. Sums of numbers are grouped as
@@ -55,10 +56,11 @@ NodePointer chain(Operation operation, ValueType type, NodePointer left, NodePoi
         node = makeNode(operation, type);
         node->parts.push_back(std::move(left));
     }
-    if (right->operation == operation && type != ValueType::Number)
+    if (right->operation == operation && type != ValueType::Number) {
         std::move(right->parts.begin(), right->parts.end(), std::back_inserter(node->parts));
-    else
+    } else {
         node->parts.push_back(std::move(right));
+    }
     return node;
 }
 
@@ -80,8 +82,9 @@ NodePointer fold(const Node& node) {
     result->text = std::move(value.text);
     result->number = value.number;
     result->logical = value.logical;
-    if (value.hasValue && node.type == ValueType::Date)
+    if (value.hasValue && node.type == ValueType::Date) {
         result->day = value.day;
+    }
     return result;
 }
 
@@ -89,12 +92,15 @@ NodePointer fold(const Node& node) {
 
 NodePointer finishNode(NodePointer node, std::size_t position) {
     node->depth = 1;
-    for (const auto& part : node->parts)
+    for (const auto& part : node->parts) {
         node->depth = std::max(node->depth, part->depth + 1);
-    if (node->depth > maxExpressionDepth)
+    }
+    if (node->depth > maxExpressionDepth) {
         throw ExpressionFault{position, "tiene demasiados niveles"};
-    if (node->type == ValueType::Text && node->width > maxExpressionWidth)
+    }
+    if (node->type == ValueType::Text && node->width > maxExpressionWidth) {
         throw ExpressionFault{position, "el texto que resulta es demasiado largo"};
+    }
     const bool foldable = !node->parts.empty() && (node->type != ValueType::Text || node->hasFixedWidth) &&
                           std::all_of(node->parts.begin(), node->parts.end(),
                                       [](const auto& part) { return part->isConstant; });
@@ -154,34 +160,39 @@ NodePointer makeColumn(std::size_t column, const ExpressionContext& context, std
 
 NodePointer makeSum(NodePointer left, NodePointer right, std::size_t position) {
     const ValueType type = left->type;
-    if (type != right->type || (type != ValueType::Text && type != ValueType::Number))
+    if (type != right->type || (type != ValueType::Text && type != ValueType::Number)) {
         throw ExpressionFault{position, std::string("no se pueden sumar ") + nameOf(type) + " y " +
                                             nameOf(right->type)};
+    }
     const bool isText = type == ValueType::Text;
     NodePointer node =
         chain(isText ? Operation::Concat : Operation::Sum, type, std::move(left), std::move(right));
-    if (isText)
+    if (isText) {
         setTextWidth(*node);
+    }
     return finishNode(std::move(node), position);
 }
 
 NodePointer makeDifference(NodePointer left, NodePointer right, std::size_t position) {
     const ValueType type = left->type;
-    if (type != right->type || (type != ValueType::Text && type != ValueType::Number))
+    if (type != right->type || (type != ValueType::Text && type != ValueType::Number)) {
         throw ExpressionFault{position, std::string("no se pueden restar ") + nameOf(type) + " y " +
                                             nameOf(right->type)};
+    }
     const bool isText = type == ValueType::Text;
     NodePointer node = makeNode(isText ? Operation::ConcatTrimmed : Operation::Difference, type);
     node->parts.push_back(std::move(left));
     node->parts.push_back(std::move(right));
-    if (isText)
+    if (isText) {
         setTextWidth(*node);
+    }
     return finishNode(std::move(node), position);
 }
 
 NodePointer makeNegation(NodePointer part, std::size_t position) {
-    if (part->type != ValueType::Number)
+    if (part->type != ValueType::Number) {
         throw ExpressionFault{position, std::string("un signo delante de un ") + nameOf(part->type)};
+    }
     NodePointer node = makeNode(Operation::Negate, ValueType::Number);
     node->parts.push_back(std::move(part));
     return finishNode(std::move(node), position);
@@ -189,11 +200,13 @@ NodePointer makeNegation(NodePointer part, std::size_t position) {
 
 NodePointer makeComparison(Relation relation, NodePointer left, NodePointer right,
                            const ExpressionContext& context, std::size_t position) {
-    if (left->type != right->type)
+    if (left->type != right->type) {
         throw ExpressionFault{position, std::string("no se pueden comparar ") + nameOf(left->type) + " y " +
                                             nameOf(right->type)};
-    if (left->type == ValueType::Logical && relation != Relation::Equal && relation != Relation::NotEqual)
+    }
+    if (left->type == ValueType::Logical && relation != Relation::Equal && relation != Relation::NotEqual) {
         throw ExpressionFault{position, "los valores lógicos solo se comparan con = y <>"};
+    }
     NodePointer node = makeNode(Operation::Compare, ValueType::Logical);
     node->relation = relation;
     node->dialect = context.dialect;
@@ -205,8 +218,9 @@ NodePointer makeComparison(Relation relation, NodePointer left, NodePointer righ
 
 NodePointer makeContains(NodePointer needle, NodePointer text, const ExpressionContext& context,
                          std::size_t position) {
-    if (needle->type != ValueType::Text || text->type != ValueType::Text)
+    if (needle->type != ValueType::Text || text->type != ValueType::Text) {
         throw ExpressionFault{position, "$ necesita un texto a cada lado"};
+    }
     NodePointer node = makeNode(Operation::Contains, ValueType::Logical);
     node->dialect = context.dialect;
     node->parts.push_back(std::move(needle));

@@ -29,25 +29,33 @@ public:
     Lexer(std::string_view text, Dialect dialect) : text_(text), dialect_(dialect) {}
 
     Token next() {
-        while (at_ < text_.size() && (text_[at_] == ' ' || text_[at_] == '\t'))
+        while (at_ < text_.size() && (text_[at_] == ' ' || text_[at_] == '\t')) {
             ++at_;
+        }
         Token token;
         token.position = at_;
-        if (at_ == text_.size())
+        if (at_ == text_.size()) {
             return token;
+        }
         const char c = text_[at_];
-        if (isDigit(c) || (c == '.' && isDigit(peek(1))))
+        if (isDigit(c) || (c == '.' && isDigit(peek(1)))) {
             return number(token);
-        if (c == '.')
+        }
+        if (c == '.') {
             return dottedWord(token);
-        if (isNameLetter(c))
+        }
+        if (isNameLetter(c)) {
             return name(token);
-        if (c == '"' || c == '\'')
+        }
+        if (c == '"' || c == '\'') {
             return quoted(token, TokenKind::Text, c);
-        if (c == '[' && dialect_ == Dialect::Index)
+        }
+        if (c == '[' && dialect_ == Dialect::Index) {
             return quoted(token, TokenKind::Text, ']');
-        if (c == '{')
+        }
+        if (c == '{') {
             return quoted(token, TokenKind::Date, '}');
+        }
         return symbol(token);
     }
 
@@ -58,16 +66,19 @@ private:
 
     Token number(Token token) {
         const std::size_t start = at_;
-        while (isDigit(peek(0)))
+        while (isDigit(peek(0))) {
             ++at_;
+        }
         if (peek(0) == '.' && !isAsciiLetter(peek(1))) { // in 1.AND. the point belongs to the word
             ++at_;
-            while (isDigit(peek(0)))
+            while (isDigit(peek(0))) {
                 ++at_;
+            }
         }
         const auto value = decodeNumber(text_.substr(start, at_ - start));
-        if (!value || isNameLetter(peek(0)))
+        if (!value || isNameLetter(peek(0))) {
             throw ExpressionFault{start, "el número no se entiende"};
+        }
         token.kind = TokenKind::Number;
         token.number = *value;
         return token;
@@ -96,8 +107,9 @@ private:
 
     Token name(Token token) {
         const std::size_t start = at_;
-        while (at_ < text_.size() && (isNameLetter(text_[at_]) || isDigit(text_[at_])))
+        while (at_ < text_.size() && (isNameLetter(text_[at_]) || isDigit(text_[at_]))) {
             ++at_;
+        }
         token.text = text_.substr(start, at_ - start);
         token.kind = dialect_ == Dialect::Filter ? filterWord(token.text) : TokenKind::Name;
         return token;
@@ -109,16 +121,19 @@ private:
                                                                                {"NOT", TokenKind::Not},
                                                                                {"TRUE", TokenKind::True},
                                                                                {"FALSE", TokenKind::False}}};
-        for (const auto& [known, kind] : words)
-            if (sameName(word, known))
+        for (const auto& [known, kind] : words) {
+            if (sameName(word, known)) {
                 return kind;
+            }
+        }
         return TokenKind::Name;
     }
 
     Token quoted(Token token, TokenKind kind, char closing) {
         const std::size_t end = text_.find(closing, at_ + 1);
-        if (end == std::string_view::npos)
+        if (end == std::string_view::npos) {
             throw ExpressionFault{at_, std::string("falta el cierre ") + closing};
+        }
         token.kind = kind;
         token.text = text_.substr(at_ + 1, end - at_ - 1);
         at_ = end + 1;
@@ -137,8 +152,9 @@ private:
                 return token;
             }
         }
-        if (rest.front() != ',')
+        if (rest.front() != ',') {
             throw ExpressionFault{at_, "hay un carácter que no se esperaba"};
+        }
         token.text = rest.substr(0, 1);
         ++at_;
         return token;
@@ -166,13 +182,16 @@ std::optional<JulianDay> parseDate(const Token& token) {
             throw ExpressionFault{token.position, "la fecha no se entiende"};
         }
     }
-    if (isBlank)
+    if (isBlank) {
         return std::nullopt;
-    if (digits <= 2)
+    }
+    if (digits <= 2) {
         numbers[2] += numbers[2] < 50 ? 2000 : 1900;
+    }
     const auto day = field == 2 && digits > 0 ? julianDay(numbers[2], numbers[1], numbers[0]) : std::nullopt;
-    if (!day)
+    if (!day) {
         throw ExpressionFault{token.position, "la fecha no existe"};
+    }
     return day;
 }
 
@@ -183,8 +202,9 @@ public:
 
     NodePointer whole() {
         NodePointer node = disjunction();
-        if (token_.kind != TokenKind::End)
+        if (token_.kind != TokenKind::End) {
             throw ExpressionFault{token_.position, "sobra texto"};
+        }
         return node;
     }
 
@@ -193,8 +213,9 @@ private:
     class Level {
     public:
         explicit Level(Parser& parser) : parser_(parser) {
-            if (++parser_.level_ > maxExpressionDepth)
+            if (++parser_.level_ > maxExpressionDepth) {
                 throw ExpressionFault{parser_.token_.position, "tiene demasiados niveles"};
+            }
         }
         ~Level() { --parser_.level_; }
         Level(const Level&) = delete;
@@ -228,8 +249,9 @@ private:
     }
 
     NodePointer negation() {
-        if (token_.kind != TokenKind::Not)
+        if (token_.kind != TokenKind::Not) {
             return comparison();
+        }
         const Level level(*this);
         const std::size_t position = take().position;
         return makeNot(negation(), position);
@@ -270,15 +292,18 @@ private:
     }
 
     NodePointer signedTerm() {
-        if (!isSymbol("-") && !isSymbol("+"))
+        if (!isSymbol("-") && !isSymbol("+")) {
             return term();
+        }
         const Level level(*this);
         const Token sign = take();
         NodePointer node = signedTerm();
-        if (sign.text == "-")
+        if (sign.text == "-") {
             return makeNegation(std::move(node), sign.position);
-        if (node->type != ValueType::Number)
+        }
+        if (node->type != ValueType::Number) {
             throw ExpressionFault{sign.position, "un signo delante de lo que no es un número"};
+        }
         return node;
     }
 
@@ -291,8 +316,9 @@ private:
             return node;
         }
         if (token_.kind == TokenKind::Symbol || token_.kind == TokenKind::And ||
-            token_.kind == TokenKind::Or || token_.kind == TokenKind::Not)
+            token_.kind == TokenKind::Or || token_.kind == TokenKind::Not) {
             throw ExpressionFault{token_.position, "falta un valor"};
+        }
         const Token token = take();
         switch (token.kind) {
         case TokenKind::Number:
@@ -328,17 +354,19 @@ private:
 
     NodePointer column(const Token& name) {
         const auto found = context_.schema->find(name.text);
-        if (!found)
+        if (!found) {
             throw ExpressionFault{name.position,
                                   "no hay ninguna columna " +
                                       CodePage::ofDriver(context_.schema->languageDriver).toUtf8(name.text)};
+        }
         return makeColumn(*found, context_, name.position);
     }
 
     void close(std::size_t opened) {
-        if (!isSymbol(")"))
+        if (!isSymbol(")")) {
             throw ExpressionFault{token_.position, "falta el paréntesis que cierra el de la posición " +
                                                        std::to_string(opened + 1)};
+        }
         take();
     }
 

@@ -24,8 +24,9 @@ unsigned char byteAt(std::string_view key, std::size_t at) { return static_cast<
 
 void encodeNumericKey(double value, std::span<char> key) {
     std::fill(key.begin(), key.end(), '\0');
-    if (key.size() < numericKeyLength)
+    if (key.size() < numericKeyLength) {
         return;
+    }
     Decimal number = toDecimal(value);
     if (std::isinf(value) || number.exponent > largestExponent) { // becomes the largest one of its sign
         number.isNegative = value < 0;
@@ -47,15 +48,17 @@ void encodeNumericKey(double value, std::span<char> key) {
 void encodeDateKey(double day, std::span<char> key) {
     std::fill(key.begin(), key.end(), '\0');
     const auto bits = std::bit_cast<std::uint64_t>(day);
-    for (std::size_t i = 0; i < std::min(key.size(), dateKeyLength); ++i)
+    for (std::size_t i = 0; i < std::min(key.size(), dateKeyLength); ++i) {
         key[i] = static_cast<char>(bits >> (8 * i) & 0xFF);
+    }
 }
 
 /// Blank dates stand after all others, whichever way they were written.
 double dateOrder(std::string_view key) {
     std::uint64_t bits = 0;
-    for (std::size_t i = 0; i < dateKeyLength; ++i)
+    for (std::size_t i = 0; i < dateKeyLength; ++i) {
         bits |= static_cast<std::uint64_t>(byteAt(key, i)) << (8 * i);
+    }
     const auto day = std::bit_cast<double>(bits);
     const bool isBlank = std::isnan(day) || day == 0 || day > 1e9;
     return isBlank ? std::numeric_limits<double>::infinity() : day;
@@ -63,21 +66,25 @@ double dateOrder(std::string_view key) {
 
 int compareNumeric(std::string_view a, std::string_view b) {
     const bool isNegative = (byteAt(a, 1) & signBit) != 0;
-    if (isNegative != ((byteAt(b, 1) & signBit) != 0))
+    if (isNegative != ((byteAt(b, 1) & signBit) != 0)) {
         return isNegative ? -1 : 1;
+    }
     int order = byteAt(a, 0) - byteAt(b, 0);
-    if (order == 0)
+    if (order == 0) {
         order = a.substr(digitsAt, numericKeyLength - digitsAt)
                     .compare(b.substr(digitsAt, numericKeyLength - digitsAt));
+    }
     return isNegative ? -order : order;
 }
 
 int compareWeights(std::string_view a, std::string_view b) {
     const auto& weights = collationWeights();
     const std::size_t size = std::min(a.size(), b.size());
-    for (std::size_t i = 0; i < size; ++i)
-        if (a[i] != b[i])
+    for (std::size_t i = 0; i < size; ++i) {
+        if (a[i] != b[i]) {
             return weights[byteAt(a, i)] - weights[byteAt(b, i)];
+        }
+    }
     return 0;
 }
 
@@ -98,15 +105,18 @@ void encodeKey(const Value& value, KeyType type, std::span<char> key) {
 }
 
 double decodeNumericKey(std::string_view key) {
-    if (key.size() < numericKeyLength)
+    if (key.size() < numericKeyLength) {
         return 0;
+    }
     std::array<char, 40> text; // "0." 20 digits "e-52"
     char* to = text.data();
     *to++ = '0';
     *to++ = '.';
-    for (std::size_t i = digitsAt; i < numericKeyLength; ++i)
-        for (const int digit : {byteAt(key, i) >> 4, byteAt(key, i) & 0x0F})
+    for (std::size_t i = digitsAt; i < numericKeyLength; ++i) {
+        for (const int digit : {byteAt(key, i) >> 4, byteAt(key, i) & 0x0F}) {
             *to++ = static_cast<char>('0' + std::min(digit, 9)); // damaged ones, too, are digits then
+        }
+    }
     *to++ = 'e';
     to = std::to_chars(to, text.data() + text.size(), byteAt(key, 0) - exponentBias).ptr;
     double value = 0;
@@ -116,10 +126,12 @@ double decodeNumericKey(std::string_view key) {
 
 int KeyOrder::compareOther(std::string_view a, std::string_view b) const {
     const std::size_t size = std::min(a.size(), b.size());
-    if (type_ == KeyType::Character)
+    if (type_ == KeyType::Character) {
         return compareWeights(a, b);
-    if (type_ == KeyType::Numeric && size >= numericKeyLength)
+    }
+    if (type_ == KeyType::Numeric && size >= numericKeyLength) {
         return compareNumeric(a, b);
+    }
     if (type_ == KeyType::Date && size >= dateKeyLength) {
         const double left = dateOrder(a), right = dateOrder(b);
         return left < right ? -1 : left > right ? 1 : 0;

@@ -43,36 +43,42 @@ dbase::Field* BoundEdit::field() const {
 }
 
 void BoundEdit::follow(dbase::DatasetChange change) {
-    if (passing_)
+    if (passing_) {
         return;
+    }
     const dbase::Field* const bound = field();
     setReadOnly(!bound || !isPending(bound->dataset()));
-    if (change == dbase::DatasetChange::State)
+    if (change == dbase::DatasetChange::State) {
         return; // a value that changes with the state is told by itself
+    }
     // Another field's value leaves the box alone: it may hold what its own field refused.
-    if (change != dbase::DatasetChange::Field || !bound || bound->text() != shownValue_)
+    if (change != dbase::DatasetChange::Field || !bound || bound->text() != shownValue_) {
         show(bound);
+    }
 }
 
 void BoundEdit::show(const dbase::Field* field) {
     const QScopedValueRollback passing(passing_, true);
     shownValue_ = field ? field->text() : std::string();
     refused_ = false;
-    if (const QString value = fromWindows1252(shownValue_); value != text())
+    if (const QString value = fromWindows1252(shownValue_); value != text()) {
         setText(value);
+    }
 }
 
 void BoundEdit::write() {
     dbase::Field* const bound = field();
-    if (passing_ || !bound || !isPending(bound->dataset()))
+    if (passing_ || !bound || !isPending(bound->dataset())) {
         return;
+    }
     const QScopedValueRollback passing(passing_, true);
     refused_ = false;
     try {
         bound->setText(toNearestWindows1252(text()));
     } catch (const dbase::Error& error) {
-        if (error.code() != dbase::ErrorCode::BadValue)
+        if (error.code() != dbase::ErrorCode::BadValue) {
             throw;
+        }
         refused_ = true;
     }
     shownValue_ = bound->text();

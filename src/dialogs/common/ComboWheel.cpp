@@ -6,14 +6,16 @@
 namespace ambrel {
 
 ComboWheel::ComboWheel(QComboBox* combo) : QObject(combo), combo_(combo) {
-    if (combo->focusPolicy() == Qt::WheelFocus)
+    if (combo->focusPolicy() == Qt::WheelFocus) {
         combo->setFocusPolicy(Qt::StrongFocus);
+    }
     combo->installEventFilter(this);
 }
 
 bool ComboWheel::eventFilter(QObject*, QEvent* event) {
-    if (event->type() != QEvent::Wheel || combo_->hasFocus())
+    if (event->type() != QEvent::Wheel || combo_->hasFocus()) {
         return false;
+    }
     event->ignore(); // what the combo stands in may scroll
     return true;
 }

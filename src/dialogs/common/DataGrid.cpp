@@ -45,8 +45,9 @@ DataGrid::DataGrid(QWidget* parent) : QWidget(parent), parts_(std::make_unique<P
     });
     connect(view, &GridView::rowDoubleClicked, this, [this](int row) {
         parts_->moveToRow(row);
-        if (row == parts_->rows.current())
+        if (row == parts_->rows.current()) {
             emit rowDoubleClicked();
+        }
     });
     QHeaderView* const header = view->horizontalHeader();
     connect(header, &QHeaderView::sectionClicked, this, [this](int column) {
@@ -54,8 +55,9 @@ DataGrid::DataGrid(QWidget* parent) : QWidget(parent), parts_(std::make_unique<P
         emit titleClicked(column);
     });
     connect(header, &QHeaderView::sectionResized, this, [this](int column, int, int width) {
-        if (!parts_->isSettingWidth && width > 0)
+        if (!parts_->isSettingWidth && width > 0) {
             parts_->model->setWidth(column, width); // the user drags it
+        }
     });
     connect(parts_->bar, &QScrollBar::actionTriggered, this,
             [this](int action) { parts_->moveByBar(action); });
@@ -72,8 +74,9 @@ void DataGrid::setDataSource(dbase::DataSource* source) { parts_->rows.setSource
 
 void DataGrid::setColumns(std::vector<GridColumn> columns) {
     parts_->model->setColumns(std::move(columns));
-    for (int column = 0; column < columnCount(); ++column)
+    for (int column = 0; column < columnCount(); ++column) {
         parts_->resizeColumn(column, columnWidth(column));
+    }
     parts_->rows.expire();
 }
 
@@ -88,8 +91,9 @@ int DataGrid::columnWidth(int column) const { return parts_->model->column(colum
 void DataGrid::setColumnWidth(int column, int width) { parts_->resizeColumn(column, width); }
 
 int DataGrid::clientWidth() const {
-    if (layout()->isEnabled())
+    if (layout()->isEnabled()) {
         layout()->activate();
+    }
     parts_->frame->layout()->activate();
     return parts_->view->viewport()->width();
 }
@@ -99,8 +103,9 @@ void DataGrid::refresh() {
     runGuarded([&parts] {
         parts.rows.retry();
         dbase::Dataset* const table = parts.rows.table();
-        if (!table || table->state() != dbase::DatasetState::Browse)
+        if (!table || table->state() != dbase::DatasetState::Browse) {
             return;
+        }
         try {
             table->refresh();
         } catch (...) {
@@ -142,8 +147,9 @@ QRect DataGrid::titleRect(int column) const {
 
 QSize DataGrid::sizeHint() const {
     int width = parts_->bar->sizeHint().width() + 2 * parts_->frame->frameWidth();
-    for (int column = 0; column < columnCount(); ++column)
+    for (int column = 0; column < columnCount(); ++column) {
         width += std::max(0, columnWidth(column));
+    }
     return QSize(width, parts_->heightOf(usualRows)).expandedTo(minimumSizeHint());
 }
 
@@ -167,11 +173,13 @@ bool DataGrid::event(QEvent* event) {
         }
         return QWidget::event(event);
     default:
-        if (event->type() != gridReadEvent)
+        if (event->type() != gridReadEvent) {
             return QWidget::event(event);
+        }
         parts_->isReadSoon = false;
-        if (isVisible()) // else when it is shown
+        if (isVisible()) { // else when it is shown
             parts_->read();
+        }
         return true;
     }
 }
@@ -179,15 +187,17 @@ bool DataGrid::event(QEvent* event) {
 /// A click that a program sends to the grid itself is one on the part that lies there.
 bool DataGrid::passOn(QMouseEvent& event) {
     QWidget* const part = childAt(event.position().toPoint());
-    if (!part || parts_->isPassingOn)
+    if (!part || parts_->isPassingOn) {
         return false;
+    }
     parts_->isPassingOn = true;
     QMouseEvent copy(event.type(), part->mapFrom(this, event.position()), event.globalPosition(),
                      event.button(), event.buttons(), event.modifiers());
     const QPointer<DataGrid> alive = this;
     QCoreApplication::sendEvent(part, &copy);
-    if (alive)
+    if (alive) {
         parts_->isPassingOn = false;
+    }
     event.accept();
     return true;
 }
@@ -230,8 +240,9 @@ void DataGrid::keyPressEvent(QKeyEvent* event) {
 void DataGrid::contextMenuEvent(QContextMenuEvent* event) {
     parts_->read();
     const int current = parts_->rows.current();
-    if (current < 0)
+    if (current < 0) {
         return;
+    }
     auto* const menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const auto add = [&](const QString& text, GridTitles titles) {
@@ -241,8 +252,9 @@ void DataGrid::contextMenuEvent(QContextMenuEvent* event) {
     add(several ? QStringLiteral("&Copiar las filas con sus títulos") : QStringLiteral("&Copiar la fila"),
         GridTitles::OfSeveralRows)
         ->setShortcut(QKeySequence::Copy);
-    if (!several)
+    if (!several) {
         add(QStringLiteral("Copiar la fila con los &títulos"), GridTitles::Always);
+    }
     const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
     menu->popup(isByKey ? mapToGlobal(cellRect(current, 0).center()) : event->globalPos());
     event->accept();
@@ -252,8 +264,9 @@ void DataGrid::wheelEvent(QWheelEvent* event) {
     parts_->wheelRest += event->angleDelta().y() * QApplication::wheelScrollLines();
     const int count = parts_->wheelRest / wheelNotch;
     parts_->wheelRest -= count * wheelNotch;
-    if (count != 0)
+    if (count != 0) {
         parts_->scrollBy(-count);
+    }
     event->accept();
 }
 

@@ -27,8 +27,9 @@ void putIntoSpanish(QMenu& menu) {
         const QString text = action->text().section(QLatin1Char('\t'), 0, 0); // its key stands behind
         const auto* const found = std::ranges::find_if(
             texts, [&](const auto& known) { return text == QLatin1String(known.first); });
-        if (found != texts.end())
+        if (found != texts.end()) {
             action->setText(QString::fromUtf8(found->second) + action->text().mid(text.size()));
+        }
     }
 }
 
@@ -38,11 +39,13 @@ EditMenu::EditMenu(QLineEdit* box) : QObject(box), box_(box) { box->installEvent
 
 bool EditMenu::eventFilter(QObject* watched, QEvent* event) {
     if (watched != box_ || event->type() != QEvent::ContextMenu ||
-        box_->contextMenuPolicy() != Qt::DefaultContextMenu)
+        box_->contextMenuPolicy() != Qt::DefaultContextMenu) {
         return false;
+    }
     QMenu* const menu = box_->createStandardContextMenu();
-    if (!menu)
+    if (!menu) {
         return false;
+    }
     putIntoSpanish(*menu);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(static_cast<const QContextMenuEvent*>(event)->globalPos());

@@ -20,23 +20,28 @@ namespace ambrel {
 
 FocusHelp::FocusHelp(QWidget& dialog, QStatusBar& bar) : QObject(&dialog), bar_(bar) {
     for (QWidget* const control : dialog.findChildren<QWidget*>()) {
-        if (!control->toolTip().isEmpty() && control->accessibleDescription().isEmpty())
+        if (!control->toolTip().isEmpty() && control->accessibleDescription().isEmpty()) {
             control->setAccessibleDescription(control->toolTip());
+        }
     }
-    for (QComboBox* const combo : dialog.findChildren<QComboBox*>())
+    for (QComboBox* const combo : dialog.findChildren<QComboBox*>()) {
         new ComboWheel(combo);
-    for (QLineEdit* const edit : dialog.findChildren<QLineEdit*>())
+    }
+    for (QLineEdit* const edit : dialog.findChildren<QLineEdit*>()) {
         new EditMenu(edit);
+    }
 }
 
 void FocusHelp::TomaFoco(QWidget* control) {
     TomaFocoControl(control);
     bar_.showMessage(control->toolTip());
-    if (!std::exchange(isOpening_, false))
+    if (!std::exchange(isOpening_, false)) {
         return;
+    }
     auto* const combo = qobject_cast<QComboBox*>(control);
-    if (auto* const box = combo ? combo->lineEdit() : qobject_cast<QLineEdit*>(control))
+    if (auto* const box = combo ? combo->lineEdit() : qobject_cast<QLineEdit*>(control)) {
         selectFromBeginning(*box);
+    }
 }
 
 void FocusHelp::DejaFoco(QWidget* control) {
@@ -46,8 +51,9 @@ void FocusHelp::DejaFoco(QWidget* control) {
 
 void FocusHelp::TomaFocoBoton(QWidget* button) {
     bar_.showMessage(button->toolTip());
-    if (button->hasFocus()) // and not the mouse over it
+    if (button->hasFocus()) { // and not the mouse over it
         isOpening_ = false;
+    }
 }
 
 // The mouse that leaves a button empties the bar, whatever has the focus.
@@ -63,10 +69,12 @@ void FocusHelp::showOutcome(const QString& text) {
 void FocusHelp::clearHint() { bar_.showMessage(outcome_); }
 
 void FocusHelp::watchEdit(QWidget* edit, std::function<void()> onEnter, std::function<void()> onExit) {
-    if (!onEnter)
+    if (!onEnter) {
         onEnter = [this, edit] { TomaFoco(edit); };
-    if (!onExit)
+    }
+    if (!onExit) {
         onExit = [this, edit] { DejaFoco(edit); };
+    }
     FocusEvents::watch(edit, std::move(onEnter), std::move(onExit));
 }
 
@@ -89,10 +97,11 @@ bool FocusHelp::isResting(const QEvent& event) const {
 }
 
 bool FocusHelp::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Enter && !isResting(*event))
+    if (event->type() == QEvent::Enter && !isResting(*event)) {
         runGuarded([&] { TomaFocoBoton(static_cast<QWidget*>(watched)); });
-    else if (event->type() == QEvent::Leave)
+    } else if (event->type() == QEvent::Leave) {
         runGuarded([&] { DejaFocoBoton(); });
+    }
     return false;
 }
 

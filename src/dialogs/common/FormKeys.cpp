@@ -19,10 +19,11 @@ constexpr auto heldModifiers = Qt::ShiftModifier | Qt::ControlModifier | Qt::Alt
 
 /// Presses a button for the user. A disabled one runs its handlers all the same.
 void click(QPushButton& button) {
-    if (button.isEnabled())
+    if (button.isEnabled()) {
         button.click();
-    else
+    } else {
         emit button.clicked();
+    }
 }
 
 } // namespace
@@ -39,21 +40,26 @@ FormKeys::FormKeys(QDialog& dialog, QPushButton& cancel, Handler handler)
 bool FormKeys::eventFilter(QObject* watched, QEvent* event) {
     const QEvent::Type type = event->type();
     if (type != QEvent::KeyPress && type != QEvent::KeyRelease && type != QEvent::ShortcutOverride &&
-        type != QEvent::Shortcut)
+        type != QEvent::Shortcut) {
         return false;
-    if (!watched->isWidgetType())
+    }
+    if (!watched->isWidgetType()) {
         return false;
+    }
     auto& control = *static_cast<QWidget*>(watched);
-    if (control.window() != &dialog_)
+    if (control.window() != &dialog_) {
         return false;
-    if (type == QEvent::Shortcut)
+    }
+    if (type == QEvent::Shortcut) {
         return pressByLetter(control, static_cast<const QShortcutEvent&>(*event));
+    }
     if (type != QEvent::KeyPress) {
         told_ = nullptr; // one of both comes between a key and the next
         return false;
     }
-    if (told_ && told_ != &control && control.isAncestorOf(told_))
+    if (told_ && told_ != &control && control.isAncestorOf(told_)) {
         return false; // the control left the key, which is on its way up
+    }
     told_ = &control;
     return press(control, static_cast<const QKeyEvent&>(*event));
 }
@@ -62,8 +68,9 @@ bool FormKeys::eventFilter(QObject* watched, QEvent* event) {
 /// search box would search anew, and the button accept another row than the one that was chosen.
 bool FormKeys::pressByLetter(QWidget& control, const QShortcutEvent& event) {
     const QPointer<QPushButton> button = qobject_cast<QPushButton*>(&control);
-    if (!button || event.isAmbiguous())
+    if (!button || event.isAmbiguous()) {
         return false;
+    }
     button->click();
     return true;
 }
@@ -78,8 +85,9 @@ bool FormKeys::press(QWidget& control, const QKeyEvent& event) {
     }
     QPointer<QPushButton> button = qobject_cast<QPushButton*>(&control);
     bool used = false;
-    if (const Handler handler = handler_)
+    if (const Handler handler = handler_) {
         runGuarded([&] { used = handler(key, event.modifiers()); });
+    }
     if (!used && button && key == key_code::enter && alone) {
         button->click();
         return true;
@@ -88,8 +96,9 @@ bool FormKeys::press(QWidget& control, const QKeyEvent& event) {
 }
 
 bool enterMovesOn(QWidget& dialog, std::uint16_t key) {
-    if (key != key_code::enter)
+    if (key != key_code::enter) {
         return false;
+    }
     // Given to the dialog itself, Tab leaves also a control that would keep it, and nobody is told of it.
     QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
     static_cast<QObject&>(dialog).event(&tab);

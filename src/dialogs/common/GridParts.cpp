@@ -55,8 +55,9 @@ void DataGrid::Parts::readSoon() {
 void DataGrid::Parts::read() {
     runGuarded([this] {
         try {
-            if (rows.read(model->columns(), static_cast<std::size_t>(view->room())))
+            if (rows.read(model->columns(), static_cast<std::size_t>(view->room()))) {
                 show();
+            }
         } catch (...) {
             show();
             throw;
@@ -69,14 +70,16 @@ void DataGrid::Parts::show() {
     const dbase::RecordNumber record = rows.currentRecord();
     view->showCurrent(rows.current(), record != shownRecord);
     shownRecord = record;
-    if (const auto [first, count] = rows.marked(); count > 1)
+    if (const auto [first, count] = rows.marked(); count > 1) {
         view->showMarked(static_cast<int>(first), static_cast<int>(count));
+    }
     showOrder();
     showPlace();
-    if (rows.isCut())
+    if (rows.isCut()) {
         further->start();
-    else
+    } else {
         further->stop();
+    }
 }
 
 void DataGrid::Parts::showOrder() {
@@ -89,8 +92,9 @@ void DataGrid::Parts::showOrder() {
 }
 
 void DataGrid::Parts::showPlace() {
-    if (bar->isSliderDown())
+    if (bar->isSliderDown()) {
         return; // the user holds it
+    }
     const bool showsAll = rows.showsBegin() && rows.showsEnd();
     const int page =
         std::clamp(static_cast<int>((rows.lastPlace() - rows.firstPlace()) * wholeBar), 1, wholeBar / 2);
@@ -98,12 +102,13 @@ void DataGrid::Parts::showPlace() {
     bar->setRange(0, end);
     bar->setPageStep(page);
     bar->setEnabled(!showsAll);
-    if (rows.showsBegin())
+    if (rows.showsBegin()) {
         bar->setValue(0);
-    else if (rows.showsEnd())
+    } else if (rows.showsEnd()) {
         bar->setValue(end);
-    else
+    } else {
         bar->setValue(std::clamp(static_cast<int>(rows.firstPlace() * wholeBar), 1, std::max(1, end - 1)));
+    }
 }
 
 // --- Moving
@@ -121,8 +126,9 @@ void DataGrid::Parts::tryToMove(const std::function<void(dbase::Dataset&)>& how)
     read();
     runGuarded([&] {
         dbase::Dataset* const table = rows.table();
-        if (!table)
+        if (!table) {
             return;
+        }
         try {
             how(*table);
         } catch (...) {
@@ -161,10 +167,11 @@ void DataGrid::Parts::moveByKey(int key, GridMarks marks) {
         }
     };
     using Side = MarkedRows::Side;
-    if (marks == GridMarks::No)
+    if (marks == GridMarks::No) {
         move(how);
-    else
+    } else {
         moveAndMark(how, key == Qt::Key_Home ? Side::After : key == Qt::Key_End ? Side::Before : Side::Here);
+    }
 }
 
 void DataGrid::Parts::moveByBar(int action) {
@@ -181,22 +188,24 @@ void DataGrid::Parts::moveByBar(int action) {
         break;
     }
     const int position = bar->sliderPosition();
-    if (position <= bar->minimum())
+    if (position <= bar->minimum()) {
         moveByKey(Qt::Key_Home);
-    else if (position >= bar->maximum())
+    } else if (position >= bar->maximum()) {
         moveByKey(Qt::Key_End);
-    else
+    } else {
         move([&](dbase::Dataset& table) {
             rows.moveToPlace(table, static_cast<double>(position) / wholeBar);
         });
+    }
 }
 
 void DataGrid::Parts::moveToRow(int row, GridMarks marks) {
     const auto how = [&](dbase::Dataset& table) { rows.moveToRow(table, row); };
-    if (marks == GridMarks::No)
+    if (marks == GridMarks::No) {
         move(how);
-    else
+    } else {
         moveAndMark(how);
+    }
 }
 
 void DataGrid::Parts::scrollBy(int count) {

@@ -15,8 +15,9 @@ constexpr std::size_t furtherEachTime = 4; // many hidden rows are found in few 
 
 QStringList textsOf(dbase::Dataset& table, const std::vector<GridColumn>& columns) {
     QStringList texts;
-    for (const GridColumn& column : columns)
+    for (const GridColumn& column : columns) {
         texts.push_back(fromWindows1252(table.field(column.field).text()));
+    }
     return texts;
 }
 
@@ -26,8 +27,9 @@ void GridRows::setSource(dbase::DataSource* source) {
     source_ = source;
     sourceLife_ = source ? source->lifetime() : std::weak_ptr<const void>();
     subscription_.reset();
-    if (source)
+    if (source) {
         subscription_ = source->listen([this](dbase::DatasetChange change) { follow(change); });
+    }
     follow(dbase::DatasetChange::Opened);
 }
 
@@ -37,8 +39,9 @@ dbase::Dataset* GridRows::table() const {
 }
 
 void GridRows::follow(dbase::DatasetChange change) {
-    if (!isMarking_)
+    if (!isMarking_) {
         mark_.drop();
+    }
     if (change == dbase::DatasetChange::Opened || change == dbase::DatasetChange::Closed) {
         hasFailed_ = false;
         window_.forget();
@@ -61,8 +64,9 @@ void GridRows::clear() {
 }
 
 bool GridRows::read(const std::vector<GridColumn>& columns, std::size_t room) {
-    if (isReading_ || (!isStale_ && room == room_ && (table() || texts_.empty())))
+    if (isReading_ || (!isStale_ && room == room_ && (table() || texts_.empty()))) {
         return false;
+    }
     isStale_ = false;
     room_ = room;
     dbase::Dataset* const table = this->table();
@@ -109,29 +113,33 @@ void GridRows::lookFurther() {
 void GridRows::moveBy(dbase::Dataset& table, int rows) {
     const auto current = static_cast<std::ptrdiff_t>(around_.current);
     const auto last = static_cast<std::ptrdiff_t>(around_.rows.size()) - 1;
-    if (last < 0)
+    if (last < 0) {
         return;
+    }
     const std::ptrdiff_t wanted = std::clamp<std::ptrdiff_t>(current + rows, 0, last);
     const bool isNew = table.state() == dbase::DatasetState::Insert;
-    if (wanted == current || ((rows == 1 || rows == -1) && !isNew))
+    if (wanted == current || ((rows == 1 || rows == -1) && !isNew)) {
         rows > 0 ? table.next() : table.prior(); // also where it ends: then the dataset says so
-    else if (!table.goTo(dbase::Bookmark(around_.rows[static_cast<std::size_t>(wanted)].record)))
+    } else if (!table.goTo(dbase::Bookmark(around_.rows[static_cast<std::size_t>(wanted)].record))) {
         table.refresh();
+    }
 }
 
 void GridRows::moveToRow(dbase::Dataset& table, int row) {
     const std::size_t wanted = part_.first + static_cast<std::size_t>(row);
     if (wanted != around_.current && wanted < around_.rows.size() &&
-        !table.goTo(dbase::Bookmark(around_.rows[wanted].record)))
+        !table.goTo(dbase::Bookmark(around_.rows[wanted].record))) {
         table.refresh();
+    }
 }
 
 void GridRows::keepPlace() { window_.wish(around_.current - part_.first); }
 
 void GridRows::moveToPlace(dbase::Dataset& table, double place) {
     window_.wish(0);
-    if (!table.goToPlace(place))
+    if (!table.goToPlace(place)) {
         table.refresh();
+    }
 }
 
 // --- Marking
@@ -139,15 +147,17 @@ void GridRows::moveToPlace(dbase::Dataset& table, double place) {
 void GridRows::mark(const std::function<void()>& move, MarkedRows::Side leaves) {
     const QScopedValueRollback marking(isMarking_, true);
     mark_.begin(currentRecord());
-    if (leaves != MarkedRows::Side::Here)
+    if (leaves != MarkedRows::Side::Here) {
         mark_.leaveBehind(leaves);
+    }
     move();
     expire(); // a move to where it stands already is told by nobody
 }
 
 void GridRows::dropMark() {
-    if (mark_.isEmpty())
+    if (mark_.isEmpty()) {
         return;
+    }
     mark_.drop();
     expire();
 }
@@ -162,15 +172,17 @@ MarkedRows::Part GridRows::marked() const {
 std::vector<QStringList> GridRows::markedTexts(const std::vector<GridColumn>& columns) const {
     std::vector<QStringList> texts;
     dbase::Dataset* const table = this->table();
-    if (!table)
+    if (!table) {
         return texts;
+    }
     dbase::RowsAround around = around_;
     const bool isBefore = mark_.side() == MarkedRows::Side::Before;
     for (std::size_t reach = room_; !mark_.isWhole(around);) {
         reach *= furtherEachTime;
         around = table->readAround({isBefore ? reach : 0, isBefore ? 0 : reach, asManyAsThereAre});
-        if (around.rows.size() <= reach && !mark_.isWhole(around))
+        if (around.rows.size() <= reach && !mark_.isWhole(around)) {
             return texts; // read to the end
+        }
     }
     const auto [first, count] = mark_.part(around);
     table->visitRows(around, first, count, [&](std::size_t) { texts.push_back(textsOf(*table, columns)); });

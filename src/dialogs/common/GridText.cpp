@@ -8,9 +8,10 @@ namespace {
 
 /// A stray control character in a table would part a cell or a line in two.
 QString lineOf(QStringList cells) {
-    for (QString& cell : cells)
+    for (QString& cell : cells) {
         std::ranges::replace_if(
             cell, [](QChar letter) { return letter.category() == QChar::Other_Control; }, QChar::Space);
+    }
     return cells.join(QLatin1Char('\t'));
 }
 
@@ -21,12 +22,14 @@ QString gridText(const std::vector<GridColumn>& columns, const std::vector<QStri
     QStringList lines;
     if (titles == GridTitles::Always || rows.size() > 1) {
         QStringList cells;
-        for (const GridColumn& column : columns)
+        for (const GridColumn& column : columns) {
             cells.push_back(column.title);
+        }
         lines.push_back(lineOf(cells));
     }
-    for (const QStringList& row : rows)
+    for (const QStringList& row : rows) {
         lines.push_back(lineOf(row));
+    }
     return lines.join(QLatin1Char('\n'));
 }
 

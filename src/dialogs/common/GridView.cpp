@@ -33,8 +33,9 @@ public:
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override {
         const QRect seen = option.rect & view->viewport()->rect();
-        if (!index.isValid() || sizeHint(option, index).width() <= seen.width())
+        if (!index.isValid() || sizeHint(option, index).width() <= seen.width()) {
             return false;
+        }
         QToolTip::showText(event->globalPos(), index.data().toString(), view->viewport(), seen);
         return true;
     }
@@ -45,8 +46,9 @@ protected:
         option->state &= ~QStyle::State_HasFocus;
         option->state &= ~QStyle::State_MouseOver;
         option->state |= QStyle::State_Active;
-        if (index.row() == view_.currentIndex().row())
+        if (index.row() == view_.currentIndex().row()) {
             return;
+        }
         QPalette& colours = option->palette;
         colours.setColor(QPalette::Highlight, between(colours.color(QPalette::Base),
                                                       colours.color(QPalette::Highlight), markedShare));

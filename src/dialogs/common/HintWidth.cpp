@@ -10,8 +10,9 @@ namespace ambrel {
 int widestHint(const QWidget& dialog, const QWidget& bar) {
     const QFontMetrics metrics = bar.fontMetrics();
     int widest = 0;
-    for (const QWidget* const control : dialog.findChildren<QWidget*>())
+    for (const QWidget* const control : dialog.findChildren<QWidget*>()) {
         widest = std::max(widest, metrics.horizontalAdvance(control->toolTip()));
+    }
     return widest;
 }
 

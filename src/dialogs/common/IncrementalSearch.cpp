@@ -32,19 +32,23 @@ void step(std::uint16_t key, dbase::Dataset& table) {
 void searchWhileTyping(QLineEdit& edit, std::uint16_t key, dbase::Dataset& table, const std::string& keyField,
                        DataGrid& grid) {
     removeLeadingBlanks(edit);
-    if (moveByKey(key, table, grid) || !table.isOpen() || edit.text().isEmpty())
+    if (moveByKey(key, table, grid) || !table.isOpen() || edit.text().isEmpty()) {
         return;
+    }
     const auto text = toWindows1252(edit.text());
-    if (!text)
+    if (!text) {
         return;
+    }
     // Past the last key the search fails, and the table stands on its last record, as near as can be.
     static_cast<void>(TBBusca(table, {{keyField, *text}}, nearestSearch));
     grid.refresh();
 }
 
 bool moveByKey(std::uint16_t key, dbase::Dataset& table, DataGrid& grid) {
-    if (key != key_code::pageUp && key != key_code::pageDown && key != key_code::up && key != key_code::down)
+    if (key != key_code::pageUp && key != key_code::pageDown && key != key_code::up &&
+        key != key_code::down) {
         return false;
+    }
     if (table.isOpen()) {
         step(key, table);
         grid.refresh();
@@ -55,18 +59,21 @@ bool moveByKey(std::uint16_t key, dbase::Dataset& table, DataGrid& grid) {
 void removeLeadingBlanks(QLineEdit& edit) {
     const QString text = edit.text();
     int blanks = 0;
-    while (blanks < text.size() && text[blanks] == QLatin1Char(' '))
+    while (blanks < text.size() && text[blanks] == QLatin1Char(' ')) {
         ++blanks;
-    if (blanks == 0)
+    }
+    if (blanks == 0) {
         return;
+    }
     const auto moved = [blanks](int position) { return qMax(0, position - blanks); };
     const int caret = moved(edit.cursorPosition());
     const bool hasSelection = edit.hasSelectedText();
     const int start = moved(edit.selectionStart()), end = moved(edit.selectionEnd());
     edit.setText(text.mid(blanks));
     edit.setCursorPosition(caret);
-    if (hasSelection && start < end) // the caret stands at one end of the selection
+    if (hasSelection && start < end) { // the caret stands at one end of the selection
         edit.setSelection(caret == start ? end : start, caret == start ? start - end : end - start);
+    }
 }
 
 } // namespace ambrel

@@ -8,8 +8,9 @@ namespace ambrel {
 void fillLastColumn(DataGrid& grid) {
     const int last = grid.columnCount() - 1;
     int room = grid.clientWidth();
-    for (int column = 0; column < last; ++column)
+    for (int column = 0; column < last; ++column) {
         room -= grid.columnWidth(column);
+    }
     grid.setColumnWidth(last, room);
 }
 

@@ -6,8 +6,9 @@
 namespace ambrel {
 
 void MarkedRows::begin(dbase::RecordNumber record) {
-    if (beginning_ == 0)
+    if (beginning_ == 0) {
         beginning_ = record;
+    }
 }
 
 void MarkedRows::drop() {
@@ -27,24 +28,27 @@ bool MarkedRows::isWhole(const dbase::RowsAround& around) const {
 
 void MarkedRows::follow(const dbase::RowsAround& around) {
     const std::size_t beginning = beginningIn(around);
-    if (isEmpty() || beginning == around.rows.size())
+    if (isEmpty() || beginning == around.rows.size()) {
         return;
+    }
     side_ = beginning == around.current  ? Side::Here
             : beginning < around.current ? Side::Before
                                          : Side::After;
 }
 
 MarkedRows::Part MarkedRows::part(const dbase::RowsAround& around) const {
-    if (around.rows.empty())
+    if (around.rows.empty()) {
         return {};
+    }
     std::size_t first = around.current, last = around.current;
     if (!isEmpty()) {
         const std::size_t beginning = beginningIn(around);
         const bool isSeen = beginning < around.rows.size();
-        if (side_ == Side::Before)
+        if (side_ == Side::Before) {
             first = isSeen ? beginning : 0;
-        else if (side_ == Side::After)
+        } else if (side_ == Side::After) {
             last = isSeen ? beginning : around.rows.size() - 1;
+        }
     }
     return {first, last - first + 1};
 }

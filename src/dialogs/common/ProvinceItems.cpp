@@ -20,11 +20,13 @@ QString codeOfItem(const QString& item) {
 }
 
 int findItemContaining(const QStringList& items, const QString& text) {
-    if (text.isEmpty())
+    if (text.isEmpty()) {
         return -1;
+    }
     for (int index = 0; index < items.size(); ++index) {
-        if (items[index].contains(text))
+        if (items[index].contains(text)) {
             return index;
+        }
     }
     return -1;
 }

@@ -14,10 +14,11 @@ constexpr QSize frame(4, 28); // of a window manager, logical pixels
 void tighten(QLayout& layout) {
     const QMargins margins = layout.contentsMargins();
     layout.setContentsMargins(margins.left(), margins.top() / 2, margins.right(), margins.bottom() / 2);
-    if (auto* const grid = qobject_cast<QGridLayout*>(&layout))
+    if (auto* const grid = qobject_cast<QGridLayout*>(&layout)) {
         grid->setVerticalSpacing(grid->verticalSpacing() / 2);
-    else if (auto* const column = qobject_cast<QVBoxLayout*>(&layout))
+    } else if (auto* const column = qobject_cast<QVBoxLayout*>(&layout)) {
         column->setSpacing(column->spacing() / 2);
+    }
 }
 
 } // namespace
@@ -27,10 +28,12 @@ QSize withinScreen(const QWidget& window, QSize wanted) {
 }
 
 void tightenOnSmallScreen(QWidget& window, QSize leastSize) {
-    if (withinScreen(window, leastSize) == leastSize)
+    if (withinScreen(window, leastSize) == leastSize) {
         return;
-    for (QLayout* const layout : window.findChildren<QLayout*>())
+    }
+    for (QLayout* const layout : window.findChildren<QLayout*>()) {
         tighten(*layout);
+    }
 }
 
 } // namespace ambrel

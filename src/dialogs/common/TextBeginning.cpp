@@ -20,16 +20,19 @@ TextBeginning::TextBeginning(QLineEdit* box) : QObject(box), box_(*box) {
     // A combo hands the focus events of its box over without telling a filter.
     (box->focusProxy() ? box->focusProxy() : box)->installEventFilter(this);
     connect(box, &QLineEdit::textChanged, this, [box] {
-        if (!box->hasFocus())
+        if (!box->hasFocus()) {
             box->setCursorPosition(0);
+        }
     });
 }
 
 bool TextBeginning::eventFilter(QObject*, QEvent* event) {
-    if (event->type() == QEvent::FocusOut && isLeft(static_cast<const QFocusEvent&>(*event)))
+    if (event->type() == QEvent::FocusOut && isLeft(static_cast<const QFocusEvent&>(*event))) {
         // A box that is being destroyed loses the focus, too, and is no edit box any more.
-        if (auto* box = qobject_cast<QLineEdit*>(&box_))
+        if (auto* box = qobject_cast<QLineEdit*>(&box_)) {
             box->setCursorPosition(0);
+        }
+    }
     return false;
 }
 

@@ -24,8 +24,9 @@ bool typesText(const QKeyEvent& event) {
 /// The tables keep Windows-1252. A letter that it lacks is kept as the nearest one; what has none is refused
 /// aloud, at the key rather than at the save.
 bool canBeKept(const QString& typed) {
-    if (typed.contains(QLatin1Char('?')) || toNearestWindows1252(typed).find('?') == std::string::npos)
+    if (typed.contains(QLatin1Char('?')) || toNearestWindows1252(typed).find('?') == std::string::npos) {
         return true;
+    }
     QApplication::beep();
     return false;
 }
@@ -40,10 +41,12 @@ TypingRules::TypingRules(QLineEdit* box, int maximalLength, Capitals capitals)
 
 bool TypingRules::eventFilter(QObject* watched, QEvent* event) {
     if (watched == typedInto_ && !passing_) {
-        if (event->type() == QEvent::KeyPress)
+        if (event->type() == QEvent::KeyPress) {
             return filterKey(*static_cast<QKeyEvent*>(event));
-        if (event->type() == QEvent::InputMethod)
+        }
+        if (event->type() == QEvent::InputMethod) {
             return filterInput(*static_cast<QInputMethodEvent*>(event));
+        }
     }
     return QObject::eventFilter(watched, event);
 }
@@ -57,24 +60,30 @@ QString TypingRules::withCapitals(const QString& typed) const {
     QString text = typed;
     // Letter by letter: a capital that needs two letters (ß) would shift what follows. One that the tables
     // lack (that of µ) would be lost.
-    if (capitals_ == Capitals::Yes)
+    if (capitals_ == Capitals::Yes) {
         std::ranges::transform(text, text.begin(), [](QChar letter) {
             const QChar capital = letter.toUpper();
             return toWindows1252(capital) ? capital : letter;
         });
+    }
     return text;
 }
 
 bool TypingRules::filterKey(const QKeyEvent& event) {
-    if ((event.modifiers() == Qt::AltModifier || event.modifiers() == Qt::MetaModifier) && isPrintable(event))
+    if ((event.modifiers() == Qt::AltModifier || event.modifiers() == Qt::MetaModifier) &&
+        isPrintable(event)) {
         return true; // a mnemonic or shortcut that nothing has: an edit box would take it for a letter
-    if (!typesText(event))
+    }
+    if (!typesText(event)) {
         return false;
-    if (!hasRoomFor(event.text()) || !canBeKept(event.text()))
+    }
+    if (!hasRoomFor(event.text()) || !canBeKept(event.text())) {
         return true;
+    }
     const QString text = withCapitals(event.text());
-    if (text == event.text())
+    if (text == event.text()) {
         return false;
+    }
     QKeyEvent capital(event.type(), event.key(), event.modifiers(), event.nativeScanCode(),
                       event.nativeVirtualKey(), event.nativeModifiers(), text, event.isAutoRepeat(),
                       static_cast<quint16>(event.count()));
@@ -84,15 +93,18 @@ bool TypingRules::filterKey(const QKeyEvent& event) {
 }
 
 bool TypingRules::filterInput(const QInputMethodEvent& event) {
-    if (event.commitString().isEmpty())
+    if (event.commitString().isEmpty()) {
         return false;
+    }
     const QString text = withCapitals(event.commitString());
     const bool fits = hasRoomFor(text) && canBeKept(text);
-    if (fits && text == event.commitString())
+    if (fits && text == event.commitString()) {
         return false;
+    }
     QInputMethodEvent changed(event.preeditString(), event.attributes());
-    if (fits)
+    if (fits) {
         changed.setCommitString(text, event.replacementStart(), event.replacementLength());
+    }
     const QScopedValueRollback passing(passing_, true);
     QCoreApplication::sendEvent(typedInto_, &changed);
     return true;

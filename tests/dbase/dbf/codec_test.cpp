@@ -67,8 +67,9 @@ TEST(Codec, IntegerAcceptsEveryLegalForm) {
 
 TEST(Codec, IntegerIsNullForWhatIsNone) {
     for (const char* text :
-         {"", "     ", "*****", "-", "+", ".", "1.5", "1 2", "--1", "1-", "A", "1E3", "0x1"})
+         {"", "     ", "*****", "-", "+", ".", "1.5", "1 2", "--1", "1-", "A", "1E3", "0x1"}) {
         EXPECT_EQ(decodeInteger(text), std::nullopt) << text;
+    }
     EXPECT_EQ(decodeInteger(std::string_view("1\0", 2)), std::nullopt);
 }
 
@@ -93,8 +94,9 @@ TEST(Codec, NumberAcceptsEveryLegalForm) {
 
 TEST(Codec, NumberIsNullForWhatIsNone) {
     for (const char* text :
-         {"", "    ", "****", ".", "-", "1..2", "1.2.3", "1E5", "inf", "nan", "1,5", "1 2", "-+1"})
+         {"", "    ", "****", ".", "-", "1..2", "1.2.3", "1E5", "inf", "nan", "1,5", "1 2", "-+1"}) {
         EXPECT_EQ(decodeNumber(text), std::nullopt) << text;
+    }
 }
 
 TEST(Codec, NumberReadsEveryDecimalTextCorrectlyRounded) {
@@ -123,12 +125,15 @@ TEST(Codec, NoRoomIsFilledWithNothing) {
 }
 
 TEST(Codec, LogicalReadsBothLanguagesAndCases) {
-    for (const char* text : {"T", "t", "Y", "y"})
+    for (const char* text : {"T", "t", "Y", "y"}) {
         EXPECT_EQ(decodeLogical(text), true);
-    for (const char* text : {"F", "f", "N", "n"})
+    }
+    for (const char* text : {"F", "f", "N", "n"}) {
         EXPECT_EQ(decodeLogical(text), false);
-    for (const char* text : {"?", " ", "1", "V", "S", ""})
+    }
+    for (const char* text : {"?", " ", "1", "V", "S", ""}) {
         EXPECT_EQ(decodeLogical(text), std::nullopt) << text;
+    }
 }
 
 TEST(Codec, LogicalIsWrittenAsTOrF) {
@@ -153,8 +158,9 @@ TEST(Codec, YearsBeyondFourDigitsAreNoDates) {
 
 TEST(Codec, DateThatDoesNotExistIsNull) {
     for (const char* text : {"        ", "00000000", "20230229", "19000229", "20241301", "20240001",
-                             "20240100", "20240431", "2024010", "2024 101", "********", "00000101", ""})
+                             "20240100", "20240431", "2024010", "2024 101", "********", "00000101", ""}) {
         EXPECT_EQ(decodeDate(text), std::nullopt) << text;
+    }
     EXPECT_TRUE(decodeDate("20000229"));
     EXPECT_TRUE(decodeDate("20240229"));
 }

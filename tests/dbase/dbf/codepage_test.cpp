@@ -14,18 +14,22 @@ const CodePage& windows1250() { return CodePage::ofDriver(0xC8); }
 
 std::string everyByte() {
     std::string bytes;
-    for (int byte = 0; byte < 256; ++byte)
+    for (int byte = 0; byte < 256; ++byte) {
         bytes.push_back(static_cast<char>(byte));
+    }
     return bytes;
 }
 
 TEST(CodePage, DriverByteNamesThePage) {
-    for (const int driver : {0x57, 0x03, 0x58, 0x59, 0x00})
+    for (const int driver : {0x57, 0x03, 0x58, 0x59, 0x00}) {
         EXPECT_EQ(&CodePage::ofDriver(static_cast<std::uint8_t>(driver)), &CodePage::windows1252()) << driver;
-    for (const int driver : {0x01, 0x1B, 0x18})
+    }
+    for (const int driver : {0x01, 0x1B, 0x18}) {
         EXPECT_EQ(CodePage::ofDriver(static_cast<std::uint8_t>(driver)).decode(0xA5), U'Ñ') << driver;
-    for (const int driver : {0x02, 0x37, 0x14})
+    }
+    for (const int driver : {0x02, 0x37, 0x14}) {
         EXPECT_EQ(CodePage::ofDriver(static_cast<std::uint8_t>(driver)).decode(0xB5), U'Á') << driver;
+    }
     EXPECT_EQ(windows1250().decode(0xC8), U'Č');
 }
 
@@ -46,14 +50,16 @@ TEST(CodePage, Windows1252DecodesItsOwnCharacters) {
 }
 
 TEST(CodePage, OpenBytesStandForTheControlsOfTheSameNumber) {
-    for (const int byte : {0x81, 0x8D, 0x8F, 0x90, 0x9D})
+    for (const int byte : {0x81, 0x8D, 0x8F, 0x90, 0x9D}) {
         EXPECT_EQ(CodePage::windows1252().decode(static_cast<unsigned char>(byte)),
                   static_cast<char32_t>(byte));
+    }
 }
 
 TEST(CodePage, EveryByteSurvivesARoundTripThroughUtf8) {
-    for (const CodePage* page : {&CodePage::windows1252(), &dos437(), &dos850(), &windows1250()})
+    for (const CodePage* page : {&CodePage::windows1252(), &dos437(), &dos850(), &windows1250()}) {
         EXPECT_EQ(page->fromUtf8(page->toUtf8(everyByte())), everyByte());
+    }
 }
 
 TEST(CodePage, CharactersOutsideThePageHaveNoByte) {
@@ -69,8 +75,9 @@ TEST(CodePage, MalformedUtf8IsRefused) {
     for (const char* text : {"\x80", "\xC3", "\xC3(", "\xE2\x82", "\xC0\x80", "\xC1\xBF", "\xE0\x80\xAF",
                              "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xF8\x88\x80\x80\x80", "\xFF",
                              "\xD1"
-                             "A"})
+                             "A"}) {
         EXPECT_EQ(CodePage::windows1252().fromUtf8(text), std::nullopt) << text;
+    }
 }
 
 TEST(CodePage, LongestAndLastCharactersOfUtf8AreRead) {
@@ -128,18 +135,22 @@ TEST(CodePage, CaseChangesAreEachOthersInverse) {
 
 TEST(CodePage, LettersAreThoseOfThePage) {
     const CodePage& page = CodePage::windows1252();
-    for (const int byte : {0x41, 0x7A, 0xD1, 0xDF, 0xFF, 0x8A, 0x9F, 0xAA, 0xBA})
+    for (const int byte : {0x41, 0x7A, 0xD1, 0xDF, 0xFF, 0x8A, 0x9F, 0xAA, 0xBA}) {
         EXPECT_TRUE(page.isLetter(static_cast<unsigned char>(byte))) << byte;
-    for (const int byte : {0x30, 0x20, 0x5F, 0x80, 0xB2, 0xB9, 0xBC, 0xBF, 0xD7, 0xF7, 0x81})
+    }
+    for (const int byte : {0x30, 0x20, 0x5F, 0x80, 0xB2, 0xB9, 0xBC, 0xBF, 0xD7, 0xF7, 0x81}) {
         EXPECT_FALSE(page.isLetter(static_cast<unsigned char>(byte))) << byte;
+    }
 }
 
 TEST(CodePage, SignsThatCountAsLetters) {
     const CodePage& page = CodePage::windows1252();
-    for (const int letter : {0xAA, 0xB5, 0xBA, 0x83})
+    for (const int letter : {0xAA, 0xB5, 0xBA, 0x83}) {
         EXPECT_TRUE(page.isLetter(static_cast<unsigned char>(letter))) << letter;
-    for (const int sign : {0xD7, 0xF7, 0xA9, 0x5F, 0x30})
+    }
+    for (const int sign : {0xD7, 0xF7, 0xA9, 0x5F, 0x30}) {
         EXPECT_FALSE(page.isLetter(static_cast<unsigned char>(sign))) << sign;
+    }
 }
 
 TEST(Collation, AllWeightsDiffer) {
@@ -152,16 +163,18 @@ TEST(Collation, LettersStandTogetherWhateverTheirCaseAndAccent) {
     const auto& weights = collationWeights();
     const std::string ascending = " -.09aA\xE1\xC1"
                                   "bBcC\xE7\xC7nN\xF1\xD1oOzZ";
-    for (std::size_t i = 1; i < ascending.size(); ++i)
+    for (std::size_t i = 1; i < ascending.size(); ++i) {
         EXPECT_LT(weights[static_cast<unsigned char>(ascending[i - 1])],
                   weights[static_cast<unsigned char>(ascending[i])])
             << i;
+    }
 }
 
 TEST(Collation, OnlyTheTwoAnsiDriversCollate) {
-    for (int driver = 0; driver < 256; ++driver)
+    for (int driver = 0; driver < 256; ++driver) {
         EXPECT_EQ(driverCollates(static_cast<std::uint8_t>(driver)), driver == 0x58 || driver == 0x59)
             << driver;
+    }
 }
 
 } // namespace

@@ -204,9 +204,10 @@ TEST(Schema, WideColumnsOfOtherProgramsAreTolerated) {
 
 TEST(Schema, EveryTruncationIsRefused) {
     const Bytes whole = sampleHeader();
-    for (std::size_t size = 0; size < whole.size(); ++size)
+    for (std::size_t size = 0; size < whole.size(); ++size) {
         EXPECT_FALSE(refusal({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)}).empty())
             << size;
+    }
 }
 
 TEST(Schema, HeaderTooShortForOneColumnIsRefused) {
@@ -327,8 +328,9 @@ TEST(Schema, RandomDamageNeverDecodesToColumnsOutsideTheRecord) {
     const Bytes good = sampleHeader();
     for (int round = 0; round < 20000; ++round) {
         Bytes bytes = good;
-        for (unsigned i = 0; i <= random() % 4; ++i)
+        for (unsigned i = 0; i <= random() % 4; ++i) {
             bytes[random() % bytes.size()] = static_cast<std::uint8_t>(random());
+        }
         try {
             const Schema schema = decode(bytes);
             std::size_t end = 1;
@@ -363,16 +365,18 @@ TEST(NewLayout, RefusesWhatTheFormatCannotHold) {
 }
 
 TEST(NewLayout, RefusesNamesThatTheFormatCannotHold) {
-    for (const char* name : {"", "1A", "_A", "abc", "A B", "ABCDEFGHIJK", "AÑO", "A.B"})
+    for (const char* name : {"", "1A", "_A", "abc", "A B", "ABCDEFGHIJK", "AÑO", "A.B"}) {
         EXPECT_TRUE(mentions(layoutRefusal({column(name, ColumnType::Logical, 1)}), "nombre")) << name;
+    }
     EXPECT_TRUE(mentions(
         layoutRefusal({column("A", ColumnType::Logical, 1), column("A", ColumnType::Date, 8)}), "repetida"));
 }
 
 TEST(NewLayout, RefusesRecordsOfMoreThan4000Bytes) {
     std::vector<Column> columns;
-    for (int i = 0; i < 15; ++i)
+    for (int i = 0; i < 15; ++i) {
         columns.push_back(column("C" + std::to_string(i), ColumnType::Character, 254));
+    }
     columns.push_back(column("RESTO", ColumnType::Character, 4000 - 1 - 15 * 254));
     EXPECT_EQ(layoutRefusal(columns), "");
     ++columns.back().width;
@@ -381,8 +385,9 @@ TEST(NewLayout, RefusesRecordsOfMoreThan4000Bytes) {
 
 TEST(NewLayout, RefusesMoreThan255Columns) {
     std::vector<Column> columns;
-    for (int i = 0; i < 256; ++i)
+    for (int i = 0; i < 256; ++i) {
         columns.push_back(column("C" + std::to_string(i), ColumnType::Logical, 1));
+    }
     EXPECT_TRUE(mentions(layoutRefusal(columns), "255"));
 }
 

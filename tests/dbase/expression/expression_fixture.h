@@ -64,8 +64,9 @@ protected:
     [[nodiscard]] std::size_t covered(std::string_view expression,
                                       std::initializer_list<const char*> columns) const {
         std::vector<bool> given(schema_.columns.size());
-        for (const char* column : columns)
+        for (const char* column : columns) {
             given[schema_.find(column).value()] = true;
+        }
         return parse(expression).coveredWidth(given);
     }
 

@@ -20,8 +20,9 @@ TEST_F(ExpressionOfAKey, SegmentsAreTheColumnsSideBySide) {
 
 TEST_F(ExpressionOfAKey, AnythingButColumnsHasNoSegments) {
     for (const char* expression :
-         {"COD-NOMBRE", "COD+'x'", "UPPER(COD)", "COD+UPPER(NOMBRE)", "NUM+SALDO", "'x'", "NUM=1"})
+         {"COD-NOMBRE", "COD+'x'", "UPPER(COD)", "COD+UPPER(NOMBRE)", "NUM+SALDO", "'x'", "NUM=1"}) {
         EXPECT_TRUE(parse(expression).segments().empty()) << expression;
+    }
 }
 
 TEST_F(ExpressionOfAKey, PlainColumnIsExactlyOneColumn) {

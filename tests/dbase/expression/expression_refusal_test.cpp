@@ -34,8 +34,9 @@ TEST_F(ExpressionRefusal, MixedTypesAreRefused) {
          {"COD+NUM",     "NUM-COD",   "ALTA+1",   "ALTA+ALTA",     "ALTA-ALTA",       "MENOR+MENOR",
           "MENOR-MENOR", "COD=NUM",   "COD>NUM",  "NUM='1'",       "ALTA='20240101'", "NUM$COD",
           "COD$NUM",     "-COD",      "+COD",     ".NOT. COD",     "COD .AND. MENOR", "UPPER(NUM)",
-          "STR(COD)",    "DTOS(COD)", "VAL(NUM)", "LEFT(COD,COD)", "IIF(COD,1,2)",    "IIF(MENOR,1,'a')"})
+          "STR(COD)",    "DTOS(COD)", "VAL(NUM)", "LEFT(COD,COD)", "IIF(COD,1,2)",    "IIF(MENOR,1,'a')"}) {
         EXPECT_FALSE(refusal(expression).empty()) << expression;
+    }
     EXPECT_TRUE(mentions(refusal("MENOR+MENOR"), "lógico"));
 }
 
@@ -43,19 +44,22 @@ TEST_F(ExpressionRefusal, WrongArgumentsAreRefused) {
     for (const char* expression :
          {"UPPER()", "UPPER(COD,COD)", "LEFT(COD)", "STR(NUM,5,1,1)", "RECNO(1)", "SPACE()", "SPACE(NUM)",
           "SPACE(255)", "SPACE(-1)", "STR(NUM,NUM)", "STR(NUM,0)", "STR(NUM,255)", "STR(NUM,5,-1)",
-          "IIF(MENOR,1)", "UPPER(COD,)", "UPPER(,COD)"})
+          "IIF(MENOR,1)", "UPPER(COD,)", "UPPER(,COD)"}) {
         EXPECT_FALSE(refusal(expression).empty()) << expression;
+    }
 }
 
 TEST_F(ExpressionRefusal, OperatorsWithoutAValueAreToldAsSuch) {
-    for (const char* expression : {"MENOR .AND. .OR. MENOR", ".OR. MENOR", "COD = .NOT. MENOR", "(.AND.)"})
+    for (const char* expression : {"MENOR .AND. .OR. MENOR", ".OR. MENOR", "COD = .NOT. MENOR", "(.AND.)"}) {
         EXPECT_TRUE(mentions(refusal(expression), "falta un valor")) << refusal(expression);
+    }
 }
 
 TEST_F(ExpressionRefusal, DateLiteralThatDoesNotExistIsRefused) {
     for (const char* expression : {"ALTA={31/02/24}", "ALTA={1/2}", "ALTA={x}", "ALTA={1/2/3/4}",
-                                   "ALTA={1/2/20245}", "ALTA={01/02/24"})
+                                   "ALTA={1/2/20245}", "ALTA={01/02/24"}) {
         EXPECT_FALSE(refusal(expression).empty()) << expression;
+    }
 }
 
 TEST_F(ExpressionRefusal, BrokenTextsAreRefused) {
@@ -63,8 +67,9 @@ TEST_F(ExpressionRefusal, BrokenTextsAreRefused) {
          {"",      "   ",  "COD+", "+",    "(COD",     "COD)",        "()",    "COD COD",     "'abc",
           "\"abc", "[abc", "COD=", "=COD", "COD==COD", "COD=COD=COD", ".AND.", "MENOR .AND.", ".NOT.",
           ".X.",   ".",    "..",   "COD;", "COD*2",    "NUM/2",       "1A",    "1.2.3",       "COD!",
-          "A->B",  "{",    "}",    "@",    "\\",       "\xFF"})
+          "A->B",  "{",    "}",    "@",    "\\",       "\xFF"}) {
         EXPECT_FALSE(refusal(expression).empty()) << expression;
+    }
     EXPECT_FALSE(refusal(std::string_view("COD\0+COD", 8)).empty());
 }
 
@@ -75,8 +80,9 @@ TEST_F(ExpressionRefusal, MemoColumnsAreRefused) {
 
 TEST_F(ExpressionRefusal, TextsLongerThanTheIndexHoldsAreRefused) {
     std::string expression = "COD";
-    while (expression.size() < 220)
+    while (expression.size() < 220) {
         expression += ' ';
+    }
     EXPECT_EQ(refusal(expression), "");
     EXPECT_TRUE(mentions(refusal(expression + ' '), "220"));
 }

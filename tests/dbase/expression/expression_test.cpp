@@ -67,10 +67,12 @@ TEST_F(ExpressionTest, NumberLiterals) {
 }
 
 TEST_F(ExpressionTest, LogicalLiterals) {
-    for (const char* yes : {".T.", ".t.", ".Y."})
+    for (const char* yes : {".T.", ".t.", ".Y."}) {
         EXPECT_TRUE(test(yes)) << yes;
-    for (const char* no : {".F.", ".f.", ".N."})
+    }
+    for (const char* no : {".F.", ".f.", ".N."}) {
         EXPECT_FALSE(test(no)) << no;
+    }
 }
 
 TEST_F(ExpressionTest, DateLiteralsAreDayMonthYear) {
@@ -86,8 +88,9 @@ TEST_F(ExpressionTest, DateLiteralsAreDayMonthYear) {
 }
 
 TEST_F(ExpressionTest, DatesAreSeparatedByStrokesPointsOrDashes) {
-    for (const char* written : {"{31/12/1999}", "{31-12-1999}", "{31.12.1999}", "{31/12/99}"})
+    for (const char* written : {"{31/12/1999}", "{31-12-1999}", "{31.12.1999}", "{31/12/99}"}) {
         EXPECT_EQ(text("DTOS(" + std::string(written) + ")"), "19991231") << written;
+    }
     EXPECT_FALSE(refusal("{31/12/}").empty());
     EXPECT_FALSE(refusal("{31/12}").empty());
     EXPECT_FALSE(refusal("{30/2/2024}").empty());

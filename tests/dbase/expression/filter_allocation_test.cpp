@@ -14,8 +14,9 @@ std::size_t allocations = 0;
 // Not inlined: the compiler would take malloc and delete in one function for a mismatch.
 [[gnu::noinline]] void* operator new(std::size_t size) {
     ++allocations;
-    if (void* const memory = std::malloc(size == 0 ? 1 : size))
+    if (void* const memory = std::malloc(size == 0 ? 1 : size)) {
         return memory;
+    }
     throw std::bad_alloc();
 }
 [[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }

@@ -97,29 +97,33 @@ TEST_F(FilterTest, BareWordIsAColumnNeverAText) { EXPECT_TRUE(mentions(refusal("
 TEST_F(FilterTest, WrongTypesAndBrokenTextsAreRefused) {
     for (const char* filter :
          {"", "NOMBRE=1", "NUM='1'", "MENOR=1", "NUM=True", "NOMBRE=[A]", "NUM=1 AND", "AND NUM=1",
-          "NUM=1 NUM=2", "NOT", "FALTA=1", "NUM=1;", "(NUM=1", "NUM=1)", "NUM AND MENOR"})
+          "NUM=1 NUM=2", "NOT", "FALTA=1", "NUM=1;", "(NUM=1", "NUM=1)", "NUM AND MENOR"}) {
         EXPECT_FALSE(refusal(filter).empty()) << filter;
+    }
 }
 
 TEST_F(FilterTest, LongChainsAreParsedDeepNestsRefused) {
     std::string chain = "NUM=0";
-    for (int i = 1; i < 300; ++i)
+    for (int i = 1; i < 300; ++i) {
         chain += " OR NUM=" + std::to_string(i);
+    }
     set("NUM", "299");
     EXPECT_TRUE(test(chain));
     set("NUM", "300");
     EXPECT_FALSE(test(chain));
     std::string nots = "MENOR";
-    for (int i = 0; i < 500; ++i)
+    for (int i = 0; i < 500; ++i) {
         nots.insert(0, "NOT ");
+    }
     EXPECT_TRUE(mentions(refusal(nots), "niveles"));
     EXPECT_FALSE(refusal(std::string(5000, ' ') + "NUM=1").empty());
 }
 
 TEST_F(FilterTest, LeaningChainsAreBoundedToo) {
     std::string chain = "NUM";
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 300; ++i) {
         chain += "-1+1";
+    }
     EXPECT_TRUE(mentions(refusal(chain + "=1"), "niveles"));
 }
 

@@ -204,8 +204,9 @@ TEST_F(HostileTest, AWebOfBlocksComesToAnEnd) {
         Bytes block(blockLength);
         const auto next = static_cast<std::uint32_t>((first + (level + 1) * blockLength) / pageBytes);
         store32(block.data(), 2);
-        for (std::size_t i = 0; i < 3; ++i)
+        for (std::size_t i = 0; i < 3; ++i) {
             store32(block.data() + mdx::items + i * itemLength, level + 1 == levels ? leaf(0) : next);
+        }
         index.insert(index.end(), block.begin(), block.end());
     }
     store32(index.data() + firstTag, static_cast<std::uint32_t>(first / pageBytes));
@@ -227,8 +228,9 @@ TEST_F(HostileTest, AnEntryOfNoRecordIsRefused) {
         const auto opened = Table::open(path());
         EXPECT_THROW(
             {
-                for (const RecordNumber each : order(*opened, "NOMBRE"))
+                for (const RecordNumber each : order(*opened, "NOMBRE")) {
                     (void)storedRecord(*opened, each);
+                }
             },
             Error);
         expectUnchanged();
@@ -291,8 +293,9 @@ protected:
         putOnDisk();
         {
             const auto opened = Table::open(path());
-            for (int i = 0; i < 30; ++i)
+            for (int i = 0; i < 30; ++i) {
                 opened->append(makeRecord(opened->schema(), {"PLAZA " + std::to_string(i), "1"}));
+            }
         }
         EXPECT_EQ(findings(path()), "");
     }

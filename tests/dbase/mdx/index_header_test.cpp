@@ -84,8 +84,9 @@ protected:
 
     FreeListIntoHeaders() { append(0, rows / 2); }
     void append(int from, int to) {
-        for (int i = from; i < to; ++i)
+        for (int i = from; i < to; ++i) {
             table_->append(makeRecord(table_->schema(), {"CALLE " + std::to_string(100 + i), "1"}));
+        }
     }
     [[nodiscard]] char* header(const char* tag) const {
         return stored_.index->bytes.data() + std::size_t{table_->findTag(tag)->headerPage} * pageBytes;

@@ -23,8 +23,9 @@ constexpr std::size_t plenty = std::size_t{1} << 20;
 std::vector<Entry> sorted(KeyOrder order, const std::vector<Entry>& entries, std::size_t memory) {
     const std::size_t length = entries.empty() ? 1 : entries.front().first.size();
     KeySorter sorter(order, length, entries.size(), memory);
-    for (const auto& [key, record] : entries)
+    for (const auto& [key, record] : entries) {
         sorter.add(key, record);
+    }
     std::vector<Entry> delivered;
     sorter.deliver([&](std::string_view key, RecordNumber record) { delivered.emplace_back(key, record); });
     return delivered;
@@ -44,8 +45,9 @@ std::vector<Entry> anyTexts(std::size_t count, std::size_t length) {
     std::vector<Entry> entries;
     for (std::size_t i = 0; i < count; ++i) {
         std::string key(length, ' ');
-        for (char& c : key)
+        for (char& c : key) {
             c = "aA\xE1\xF1\xD1zZ "[random() % 8];
+        }
         entries.emplace_back(key, static_cast<RecordNumber>(i + 1));
     }
     std::shuffle(entries.begin(), entries.end(), random);
@@ -79,12 +81,14 @@ TEST(KeySorterTest, NothingGivesNothing) {
 }
 
 TEST(KeySorterTest, SortsTextByBytes) {
-    for (const std::size_t length : {1U, 3U, 8U, 9U, 20U, 100U})
+    for (const std::size_t length : {1U, 3U, 8U, 9U, 20U, 100U}) {
         expectSorted(KeyOrder(KeyType::Character, false, false), anyTexts(600, length));
+    }
 }
 TEST(KeySorterTest, SortsTextDescending) {
-    for (const std::size_t length : {1U, 20U})
+    for (const std::size_t length : {1U, 20U}) {
         expectSorted(KeyOrder(KeyType::Character, false, true), anyTexts(600, length));
+    }
 }
 TEST(KeySorterTest, SortsTextByWeights) {
     expectSorted(KeyOrder(KeyType::Character, true, false), anyTexts(600, 4));
@@ -103,12 +107,14 @@ TEST(KeySorterTest, SortsDatesBlankOnesLast) {
 
 TEST(KeySorterTest, EqualKeysComeByRecordNumber) {
     std::vector<Entry> entries;
-    for (RecordNumber i = 300; i > 0; --i)
+    for (RecordNumber i = 300; i > 0; --i) {
         entries.emplace_back("IGUAL", i);
+    }
     const std::vector<Entry> result = sorted(KeyOrder(KeyType::Character, false, true), entries, 400);
     ASSERT_EQ(result.size(), 300U);
-    for (RecordNumber i = 0; i < 300; ++i)
+    for (RecordNumber i = 0; i < 300; ++i) {
         EXPECT_EQ(result[i].second, i + 1);
+    }
 }
 
 TEST(KeySorterTest, NoRoomForTheTemporaryFilesIsTold) {

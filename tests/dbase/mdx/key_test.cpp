@@ -43,8 +43,9 @@ std::string textKey(std::string text, std::size_t length) {
 std::string rawDateKey(double day) {
     std::string key(dateKeyLength, '\0');
     const auto bits = std::bit_cast<std::uint64_t>(day);
-    for (std::size_t i = 0; i < key.size(); ++i)
+    for (std::size_t i = 0; i < key.size(); ++i) {
         key[i] = static_cast<char>(bits >> (8 * i));
+    }
     return key;
 }
 
@@ -94,8 +95,10 @@ TEST(Key, BlankNumberIsZero) {
 }
 
 TEST(Key, NumericKeyReadsBack) {
-    for (const double number : {0.0, 1.0, -1.0, 0.01, -2.75, 948.4, 1e-40, -123456.789, 1e20, 9.87654321e50})
+    for (const double number :
+         {0.0, 1.0, -1.0, 0.01, -2.75, 948.4, 1e-40, -123456.789, 1e20, 9.87654321e50}) {
         EXPECT_EQ(decodeNumericKey(numericKey(number)), number);
+    }
     std::mt19937_64 random(3);
     for (int round = 0; round < 20000; ++round) {
         const double number = static_cast<double>(static_cast<std::int64_t>(random() >> 12)) / 1000 - 1e12;
@@ -137,9 +140,10 @@ TEST(KeyOrder, IntegersStandInNumericOrder) {
 TEST(KeyOrder, DecimalsFromATenthOnAndNegativesStandInNumericOrder) {
     const std::vector<double> ascending{-1000, -948.47, -948.4, -1, -0.5, -0.1, -0.01, 0,
                                         0.1,   0.11,    0.5,    1,  9.99, 10,   948.4, 948.47};
-    for (std::size_t i = 1; i < ascending.size(); ++i)
+    for (std::size_t i = 1; i < ascending.size(); ++i) {
         EXPECT_LT(numericOrder.compare(numericKey(ascending[i - 1]), numericKey(ascending[i])), 0)
             << ascending[i];
+    }
 }
 
 // Deliberate: the order that the readers and writers of these files share.
@@ -154,8 +158,9 @@ TEST(KeyOrder, IsAStrictWeakOrderForEveryKindOfKey) {
     std::mt19937 random(9);
     const auto bytes = [&random](std::size_t size) {
         std::string key(size, '\0');
-        for (char& c : key)
+        for (char& c : key) {
             c = static_cast<char>(random() % 4 == 0 ? random() : random() % 3);
+        }
         return key;
     };
     for (const bool descending : {false, true}) {

@@ -51,8 +51,9 @@ protected:
     [[nodiscard]] std::size_t leafCount() const {
         std::size_t leaves = 0;
         TreeCursor at = cursor();
-        for (bool on = at.first(); on; on = at.nextLeaf())
+        for (bool on = at.first(); on; on = at.nextLeaf()) {
             ++leaves;
+        }
         return leaves;
     }
     static std::vector<RecordNumber> upTo(RecordNumber last) {
@@ -70,8 +71,9 @@ protected:
         TreeCursor at = cursor();
         at.seek(key);
         std::vector<PageNumber> pages;
-        for (const TreeCursor::Level& level : at.path())
+        for (const TreeCursor::Level& level : at.path()) {
             pages.push_back(level.page);
+        }
         return pages;
     }
     void emptyLeaf(PageNumber page) const { std::fill_n(block(page), table_->index()->blockSize(), '\0'); }

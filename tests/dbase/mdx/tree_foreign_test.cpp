@@ -17,16 +17,18 @@ protected:
     /// Four keys a block, rows with even numbers: 00000, 00002, …
     void grow(int rows) {
         make(100, {.name = "K", .expression = "K"}, 1);
-        for (int i = 0; i < rows; ++i)
+        for (int i = 0; i < rows; ++i) {
             append(numbered(i * 2));
+        }
     }
     [[nodiscard]] PageNumber leafOf(int number) const { return pagesTo(numbered(number)).back(); }
     /// Record numbers of a walk, which find themselves in a file that other programs wrote.
     [[nodiscard]] std::vector<RecordNumber> walk(bool isForward) const {
         std::vector<RecordNumber> records;
         TreeCursor at = cursor();
-        for (bool on = isForward ? at.first() : at.last(); on; on = isForward ? at.next() : at.prior())
+        for (bool on = isForward ? at.first() : at.last(); on; on = isForward ? at.next() : at.prior()) {
             records.push_back(at.record());
+        }
         return records;
     }
 };
@@ -38,8 +40,9 @@ TEST_F(ForeignTreeTest, EmptyLeavesAreSteppedOverBothWays) {
     for (const int number : {0, 30, 78}) { // the first leaf, one in the middle, the last one
         const PageNumber page = leafOf(number);
         const std::uint32_t count = load32(block(page));
-        for (std::uint32_t i = 0; i < count; ++i)
+        for (std::uint32_t i = 0; i < count; ++i) {
             std::erase(expected, load32(block(page) + mdx::items + i * itemLength));
+        }
         emptyLeaf(page);
     }
     EXPECT_EQ(walk(true), expected);
@@ -55,10 +58,11 @@ TEST_F(ForeignTreeTest, AnEmptyLeafTakesKeysAgain) {
     const PageNumber page = leafOf(10);
     ASSERT_EQ(load32(block(page)), 4U);
     emptyLeaf(page); // as an engine leaves it that unlinks nothing
-    for (RecordNumber number = 5; number <= 8; ++number)
+    for (RecordNumber number = 5; number <= 8; ++number) {
         std::fill_n(stored_->records->bytes.begin() + table_->schema().headerLength +
                         (number - 1) * table_->schema().recordLength,
                     1, ' ');
+    }
     table_->rebuildTags();
     EXPECT_EQ(walk(true), upTo(12));
     emptyLeaf(leafOf(10));
@@ -95,10 +99,12 @@ TEST_F(ForeignTreeTest, AHeaderThatNamesAnotherFirstLeafIsPutRightWhenThatLeafGo
     store32(tagHeader() + mdx::lastLeaf, named);
     const std::uint32_t count = load32(block(named));
     std::vector<RecordNumber> moved;
-    for (std::uint32_t i = 0; i < count; ++i)
+    for (std::uint32_t i = 0; i < count; ++i) {
         moved.push_back(load32(block(named) + mdx::items + i * itemLength));
-    for (const RecordNumber number : moved)
+    }
+    for (const RecordNumber number : moved) {
         setKey(number, "88888");
+    }
     const TreeRoot root = table_->index()->treeRoot(tag());
     EXPECT_NE(root.firstLeaf, named);
     EXPECT_NE(root.lastLeaf, named);
@@ -140,8 +146,9 @@ TEST_F(ForeignTreeTest, ALeafWhereABlockShouldBeIsRefusedWhenTheTreeShrinks) {
 TEST_F(ForeignTreeTest, ABlockAboveWithALoneChildIsRefusedWhenTheTreeShrinks) {
     leaveUnchecked();
     make(100, {.name = "K", .expression = "K", .condition = "K<'5'"}); // nine keys a block
-    for (int i = 0; i < 200; ++i)
+    for (int i = 0; i < 200; ++i) {
         append(numbered(i));
+    }
     ASSERT_EQ(levels(), 3U);
     const PageNumber root = table_->index()->treeRoot(tag()).root;
     const PageNumber child = load32(block(root) + mdx::items);
@@ -149,8 +156,9 @@ TEST_F(ForeignTreeTest, ABlockAboveWithALoneChildIsRefusedWhenTheTreeShrinks) {
     store32(block(root) + mdx::items, child); // one child and no separator
     RecordNumber number = 0;
     const Error error = errorOf([&] {
-        while (number < 200)
+        while (number < 200) {
             setKey(++number, "9"); // out of the tag
+        }
     });
     EXPECT_EQ(error.code(), ErrorCode::BadIndex);
     EXPECT_NE(std::string(error.what()).find("una sola página"), std::string::npos) << error.what();
@@ -161,8 +169,9 @@ TEST_F(ForeignTreeTest, ATreeThatIsItsOwnChildIsRefusedAtAShareToo) {
     leaveUnchecked();
     grow(40);
     const PageNumber root = table_->index()->treeRoot(tag()).root;
-    for (std::size_t i = 0; i <= load32(block(root)); ++i)
+    for (std::size_t i = 0; i <= load32(block(root)); ++i) {
         store32(block(root) + mdx::items + i * itemLength, root);
+    }
     TreeCursor at = cursor();
     EXPECT_EQ(errorOf([&] { (void)at.seekShare(0.5); }).code(), ErrorCode::BadIndex);
 }
@@ -242,8 +251,9 @@ TEST_F(ForeignTreeTest, AStackThatStoodFurtherBackThanABlockReachesNowHoldsNoMor
     ASSERT_GE(levels(), 3U);
     TreeCursor at = cursor();
     bool isFound = at.first();
-    while (isFound && at.path()[1].slot < 2)
+    while (isFound && at.path()[1].slot < 2) {
         isFound = at.next();
+    }
     ASSERT_TRUE(isFound);
     store32(block(at.path()[1].page) + mdx::keyCount,
             1); // its first separator and the child behind it remain
@@ -296,8 +306,9 @@ TEST_F(ForeignTreeTest, ATreeThatWouldReachTwoGibibytesIsRefusedWhileItIsBuilt) 
     BlockWriter blocks(index);
     const Bytes full(index.blockSize());
     const Error error = errorOf([&] {
-        for (int i = 0; i < 70'000; ++i)
+        for (int i = 0; i < 70'000; ++i) {
             blocks.put(full);
+        }
     });
     EXPECT_EQ(error.code(), ErrorCode::TooLarge);
     EXPECT_LT(bottomless.last(), maxFileSize);

@@ -27,21 +27,24 @@ TEST_F(TreeTest, AStepBeyondTheEndsFindsNothing) {
 
 TEST_F(TreeTest, GrowsDeepAndStaysInOrder) {
     make(100, {.name = "K", .expression = "K"}, 1); // four keys a block
-    for (int i = 0; i < 700; ++i)
+    for (int i = 0; i < 700; ++i) {
         append(numbered(i * 7919 % 700));
+    }
     EXPECT_GE(levels(), 5U);
     const std::vector<RecordNumber> numbers = order(*table_, "K");
     ASSERT_EQ(numbers.size(), 700U);
-    for (std::size_t i = 0; i < numbers.size(); ++i)
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
         ASSERT_EQ(valueOf(table_->schema(), storedRecord(*table_, numbers[i]), "K"),
                   numbered(static_cast<int>(i)));
+    }
     EXPECT_EQ(stored_->findings(), "");
 }
 
 TEST_F(TreeTest, SeekFindsTheFirstAtOrAfter) {
     make(5);
-    for (int i = 0; i < 500; ++i)
+    for (int i = 0; i < 500; ++i) {
         append(numbered(i * 2));
+    }
     EXPECT_EQ(seek(*table_, "K", "00000"), 1U);
     EXPECT_EQ(seek(*table_, "K", "00500"), 251U);
     EXPECT_EQ(seek(*table_, "K", "00501"), 252U);
@@ -52,8 +55,9 @@ TEST_F(TreeTest, SeekFindsTheFirstAtOrAfter) {
 
 TEST_F(TreeTest, SeekFindsTheFirstOfEqualKeysThatSpanPages) {
     make(1);
-    for (int i = 0; i < 900; ++i)
+    for (int i = 0; i < 900; ++i) {
         append(i % 3 == 0 ? "A" : i % 3 == 1 ? "B" : "C");
+    }
     EXPECT_GE(leafCount(), 7U);
     EXPECT_EQ(seek(*table_, "K", "A"), 1U);
     EXPECT_EQ(seek(*table_, "K", "B"), 2U);
@@ -62,8 +66,9 @@ TEST_F(TreeTest, SeekFindsTheFirstOfEqualKeysThatSpanPages) {
 
 TEST_F(TreeTest, EqualKeysKeepRecordOrder) {
     make(3);
-    for (int i = 0; i < 600; ++i)
+    for (int i = 0; i < 600; ++i) {
         append("IGU");
+    }
     EXPECT_EQ(order(*table_, "K"), upTo(600));
     setKey(300, "OTR");
     setKey(300, "IGU"); // back among its equals, not behind them
@@ -72,8 +77,9 @@ TEST_F(TreeTest, EqualKeysKeepRecordOrder) {
 
 TEST_F(TreeTest, EqualKeysKeepRecordOrderInADescendingTagToo) {
     make(3, {.name = "K", .expression = "K", .descending = true});
-    for (int i = 0; i < 400; ++i)
+    for (int i = 0; i < 400; ++i) {
         append("IGU");
+    }
     append("ZZZ");
     append("AAA");
     std::vector<RecordNumber> expected = upTo(400);
@@ -87,19 +93,22 @@ TEST_F(TreeTest, EqualKeysKeepRecordOrderInADescendingTagToo) {
 
 TEST_F(TreeTest, RowsAddedInKeyOrderLeaveFullPages) {
     make(5);
-    for (int i = 0; i < 84 * 10; ++i)
+    for (int i = 0; i < 84 * 10; ++i) {
         append(numbered(i));
+    }
     EXPECT_EQ(leafCount(), 10U);
 }
 
 TEST_F(TreeTest, EmptiedLeavesAreUsedAgain) {
     make(5);
-    for (int i = 0; i < 1000; ++i)
+    for (int i = 0; i < 1000; ++i) {
         append(numbered(i));
+    }
     const std::size_t size = indexSize();
     for (int round = 1; round <= 5; ++round) {
-        for (RecordNumber number = 1; number <= 1000; ++number)
+        for (RecordNumber number = 1; number <= 1000; ++number) {
             setKey(number, numbered(static_cast<int>(number) + round * 1000));
+        }
     }
     EXPECT_LE(indexSize(), size + 2 * 1024);
     EXPECT_EQ(order(*table_, "K"), upTo(1000));
@@ -108,11 +117,13 @@ TEST_F(TreeTest, EmptiedLeavesAreUsedAgain) {
 
 TEST_F(TreeTest, ShrinksToASingleLeaf) {
     make(100, {.name = "K", .expression = "K", .unique = true}, 1);
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 300; ++i) {
         append(numbered(i));
+    }
     ASSERT_GE(levels(), 4U);
-    for (RecordNumber number = 1; number <= 300; ++number)
+    for (RecordNumber number = 1; number <= 300; ++number) {
         setKey(number, "UNO");
+    }
     EXPECT_EQ(levels(), 1U);
     EXPECT_EQ(order(*table_, "K"), std::vector<RecordNumber>{1});
     EXPECT_EQ(stored_->findings(), "");
@@ -123,8 +134,9 @@ TEST_F(TreeTest, ShrinksToASingleLeaf) {
 TEST_F(TreeTest, EveryOrderOfRemovalKeepsTheTreeWhole) {
     for (const int stride : {1, 7, 53, 89, 149, 179, 181}) { // all prime to 180 but the ends
         make(100, {.name = "K", .expression = "K", .unique = true}, 1);
-        for (int i = 0; i < 180; ++i)
+        for (int i = 0; i < 180; ++i) {
             append(numbered(i));
+        }
         for (int i = 0; i < 180; ++i) {
             setKey(static_cast<RecordNumber>(i * stride % 180 + 1), "UNO");
             if (i % 20 == 0) {
@@ -137,8 +149,9 @@ TEST_F(TreeTest, EveryOrderOfRemovalKeepsTheTreeWhole) {
 
 TEST_F(TreeTest, WalkingBackAndForthBetweenLeavesIsNoCycle) {
     make(5);
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 100; ++i) {
         append(numbered(i));
+    }
     TreeCursor at = cursor();
     ASSERT_TRUE(at.seek(numbered(83))); // the last of the first leaf
     for (int i = 0; i < 2000; ++i) {
@@ -150,8 +163,9 @@ TEST_F(TreeTest, WalkingBackAndForthBetweenLeavesIsNoCycle) {
 
 TEST_F(TreeTest, AStackHoldsUntilItsEntryMoves) {
     make(5);
-    for (int i = 0; i < 200; ++i)
+    for (int i = 0; i < 200; ++i) {
         append(numbered(i * 2));
+    }
     TreeCursor at = cursor();
     ASSERT_TRUE(at.seek(numbered(100)));
     EXPECT_TRUE(at.stillHolds());
@@ -166,12 +180,14 @@ TEST_F(TreeTest, FindSeesNumbersWhoseDigitsAreNotedDifferently) {
                                                             .columns = {{"N", ColumnType::Numeric, 6, 0, 0}},
                                                             .tags = {{.name = "K", .expression = "N"}}});
     table_ = stored_->open();
-    for (int i = 1; i <= 9; ++i)
+    for (int i = 1; i <= 9; ++i) {
         table_->append(makeRecord(table_->schema(), {std::to_string(i)}));
+    }
     const TreeRoot root = table_->index()->treeRoot(tag());
     // As an engine writes that rounds the count of digits up to an even one.
-    for (std::size_t i = 0; i < 9; ++i)
+    for (std::size_t i = 0; i < 9; ++i) {
         stored_->index->bytes[root.root * pageBytes + mdx::items + i * 16 + 5] = 0x09;
+    }
     setKey(5, "50");
     EXPECT_EQ(order(*table_, "K"), (std::vector<RecordNumber>{1, 2, 3, 4, 6, 7, 8, 9, 5}));
     EXPECT_EQ(stored_->findings(), "");
@@ -179,8 +195,9 @@ TEST_F(TreeTest, FindSeesNumbersWhoseDigitsAreNotedDifferently) {
 
 TEST_F(TreeTest, HeaderKeepsTheOutermostLeaves) {
     make(5);
-    for (int i = 0; i < 400; ++i)
+    for (int i = 0; i < 400; ++i) {
         append(numbered(i));
+    }
     const auto expectEnds = [&] {
         const TreeRoot root = table_->index()->treeRoot(tag());
         TreeCursor at = cursor();
@@ -191,11 +208,13 @@ TEST_F(TreeTest, HeaderKeepsTheOutermostLeaves) {
         EXPECT_TRUE(root.holdsKeys);
     };
     expectEnds();
-    for (RecordNumber number = 1; number <= 90; ++number) // empties the first leaf
+    for (RecordNumber number = 1; number <= 90; ++number) { // empties the first leaf
         setKey(number, "77777");
+    }
     expectEnds();
-    for (RecordNumber number = 1; number <= 90; ++number) // and the last one
+    for (RecordNumber number = 1; number <= 90; ++number) { // and the last one
         setKey(number, "00000");
+    }
     expectEnds();
 }
 

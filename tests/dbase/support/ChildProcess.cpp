@@ -24,32 +24,37 @@ void ChildProcess::Link::await() const { static_cast<void>(readByte()); }
 
 void ChildProcess::Link::send(const std::string& text) const {
     const auto size = static_cast<ssize_t>(text.size() + 1); // its end is sent as well
-    if (write(out_, text.c_str(), text.size() + 1) != size)
+    if (write(out_, text.c_str(), text.size() + 1) != size) {
         throw std::runtime_error("the other process is gone");
+    }
 }
 
 std::string ChildProcess::Link::receive() const {
     std::string text;
-    for (char byte = readByte(); byte != '\0'; byte = readByte())
+    for (char byte = readByte(); byte != '\0'; byte = readByte()) {
         text += byte;
+    }
     return text;
 }
 
 char ChildProcess::Link::readByte() const {
     char byte = 0;
-    if (read(in_, &byte, 1) != 1)
+    if (read(in_, &byte, 1) != 1) {
         throw std::runtime_error("the other process is gone");
+    }
     return byte;
 }
 
 ChildProcess::ChildProcess(const std::function<int(const Link&)>& work) {
     std::signal(SIGPIPE, SIG_IGN); // a child that is gone shall be an exception
     std::array<int, 2> down{}, up{};
-    if (pipe(down.data()) != 0 || pipe(up.data()) != 0)
+    if (pipe(down.data()) != 0 || pipe(up.data()) != 0) {
         throw std::runtime_error("no pipe");
+    }
     pid_ = fork();
-    if (pid_ < 0)
+    if (pid_ < 0) {
         throw std::runtime_error("no process");
+    }
     if (pid_ == 0) {
         close(down[1]);
         close(up[0]);
@@ -68,8 +73,9 @@ ChildProcess::ChildProcess(const std::function<int(const Link&)>& work) {
 }
 
 ChildProcess::~ChildProcess() {
-    if (pid_ > 0)
+    if (pid_ > 0) {
         join();
+    }
 }
 
 void ChildProcess::kill() const { ::kill(pid_, SIGKILL); }

@@ -16,8 +16,9 @@ const fs::path folderOfTables = AMBREL_FOREIGN_TABLES;
 
 std::string bytesOfHex(const std::string& hex) {
     std::string bytes;
-    for (std::size_t i = 0; i + 1 < hex.size(); i += 2)
+    for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
         bytes.push_back(static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16)));
+    }
     return bytes;
 }
 
@@ -26,12 +27,14 @@ ListedSeek parseSeek(std::istringstream& words) {
     std::string mode, key, arrow, found;
     words >> mode >> key >> arrow >> found;
     ListedSeek seek{mode == "eq", std::nullopt, {}, 0};
-    if (key.front() == 'n')
+    if (key.front() == 'n') {
         seek.number = std::stod(key.substr(1));
-    else
+    } else {
         seek.key = bytesOfHex(key.substr(2, key.size() - 3)); // x'…'
-    if (found != "none" && found != "eof")
+    }
+    if (found != "none" && found != "eof") {
         seek.found = static_cast<RecordNumber>(std::stoul(found));
+    }
     return seek;
 }
 
@@ -41,12 +44,13 @@ ListedTag parseTag(std::istringstream& words) {
     std::string name, value;
     words >> tag.name;
     while (words >> name >> value) {
-        if (name == "unique")
+        if (name == "unique") {
             tag.isUnique = value == "1";
-        else if (name == "descending")
+        } else if (name == "descending") {
             tag.isDescending = value == "1";
-        else if (name == "expr")
+        } else if (name == "expr") {
             tag.expression = value;
+        }
     }
     return tag;
 }
@@ -76,10 +80,12 @@ void parseLine(const std::string& line, Listing& listing) {
 Listing listingOf(const std::string& name) {
     Listing listing;
     std::ifstream lines(folderOfTables / (name + ".txt"));
-    for (std::string line; std::getline(lines, line);)
+    for (std::string line; std::getline(lines, line);) {
         parseLine(line, listing);
-    if (listing.tags.empty())
+    }
+    if (listing.tags.empty()) {
         throw std::runtime_error("no listing of the foreign table " + name);
+    }
     return listing;
 }
 

@@ -14,22 +14,26 @@ MemoryFile::~MemoryFile() {
 }
 
 void MemoryFile::read(std::uint64_t offset, std::span<char> bytes) const {
-    if (offset + bytes.size() > content_->bytes.size())
+    if (offset + bytes.size() > content_->bytes.size()) {
         throw Error(ErrorCode::Io, path_, "el fichero termina antes de lo esperado");
+    }
     std::copy_n(content_->bytes.begin() + static_cast<std::ptrdiff_t>(offset), bytes.size(), bytes.begin());
 }
 
 void MemoryFile::write(std::uint64_t offset, std::span<const char> bytes) {
-    if (!writable_)
+    if (!writable_) {
         throw Error(ErrorCode::AccessDenied, path_, "no se puede escribir");
-    if (offset + bytes.size() > content_->bytes.size())
+    }
+    if (offset + bytes.size() > content_->bytes.size()) {
         content_->bytes.resize(offset + bytes.size());
+    }
     std::copy(bytes.begin(), bytes.end(), content_->bytes.begin() + static_cast<std::ptrdiff_t>(offset));
 }
 
 void MemoryFile::resize(std::uint64_t size) {
-    if (!writable_)
+    if (!writable_) {
         throw Error(ErrorCode::AccessDenied, path_, "no se puede cambiar el tamaño");
+    }
     content_->bytes.resize(size);
 }
 
@@ -38,8 +42,9 @@ bool MemoryFile::tryLock(LockRange range, LockKind kind) {
         const bool overlaps = lock.range.offset < range.offset + range.length &&
                               range.offset < lock.range.offset + lock.range.length;
         if (lock.owner != this && overlaps &&
-            (kind == LockKind::Exclusive || lock.kind == LockKind::Exclusive))
+            (kind == LockKind::Exclusive || lock.kind == LockKind::Exclusive)) {
             return false;
+        }
     }
     unlock(range); // a second one of the same opening takes the place of the first
     content_->locks.push_back({this, range, kind});

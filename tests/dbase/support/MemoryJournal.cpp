@@ -9,8 +9,9 @@ constexpr const char* path = "MEMORIA.AMJ";
 } // namespace
 
 void MemoryJournal::requireWritable() const {
-    if (!writable_)
+    if (!writable_) {
         throw Error(ErrorCode::AccessDenied, path, "no se puede escribir en la carpeta");
+    }
 }
 
 std::unique_ptr<File> MemoryJournal::openExisting() {

@@ -19,11 +19,13 @@ std::string runPerlCommand(const std::string& arguments) {
     const std::string command = "LC_ALL=C perl " + arguments;
     const auto close = [](std::FILE* file) { pclose(file); };
     const std::unique_ptr<std::FILE, decltype(close)> pipe(popen((command + " 2>&1").c_str(), "r"), close);
-    if (!pipe)
+    if (!pipe) {
         throw std::runtime_error("cannot run " + command);
+    }
     std::string output;
-    for (int byte = std::fgetc(pipe.get()); byte != EOF; byte = std::fgetc(pipe.get()))
+    for (int byte = std::fgetc(pipe.get()); byte != EOF; byte = std::fgetc(pipe.get())) {
         output.push_back(static_cast<char>(byte));
+    }
     return output;
 }
 
@@ -43,12 +45,14 @@ std::string verifierComplaint(const std::string& tableFile, bool isStrict) {
 std::vector<std::string> runPerl(const std::string& script, const std::vector<std::string>& arguments) {
     const TemporaryFolder folder;
     std::string command = quoted(folder.write("script.pl", script));
-    for (const std::string& argument : arguments)
+    for (const std::string& argument : arguments) {
         command += ' ' + quoted(argument);
+    }
     std::istringstream output(runPerlCommand(command));
     std::vector<std::string> lines;
-    for (std::string line; std::getline(output, line);)
+    for (std::string line; std::getline(output, line);) {
         lines.push_back(line);
+    }
     return lines;
 }
 

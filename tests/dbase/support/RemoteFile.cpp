@@ -29,14 +29,16 @@ bool RemoteStation::hasUnsent() const {
 }
 
 bool RemoteStation::isOnAfterStep() {
-    if (!isOff && ++steps == lastStep)
+    if (!isOff && ++steps == lastStep) {
         switchOff();
+    }
     return !isOff;
 }
 
 void RemoteStation::requireOn(bool isOn, const std::string& path) {
-    if (!isOn)
+    if (!isOn) {
         throw Error(ErrorCode::Io, path, "el puesto se ha apagado");
+    }
 }
 
 RemoteFile::RemoteFile(std::shared_ptr<MemoryContent> content, std::string path,
@@ -48,13 +50,15 @@ RemoteFile::RemoteFile(std::shared_ptr<MemoryContent> content, std::string path,
 
 RemoteFile::~RemoteFile() {
     std::erase(station_->files, this);
-    if (!station_->isOff)
+    if (!station_->isOff) {
         send();
+    }
 }
 
 void RemoteFile::send() {
-    for (const Write& write : unsent_)
+    for (const Write& write : unsent_) {
         server_->write(write.offset, write.bytes);
+    }
     unsent_.clear();
 }
 
@@ -71,8 +75,9 @@ void RemoteFile::breakUp() {
 }
 
 void RemoteFile::read(std::uint64_t offset, std::span<char> bytes) const {
-    if (offset + bytes.size() > remembered_.size())
+    if (offset + bytes.size() > remembered_.size()) {
         throw Error(ErrorCode::Io, path(), "el fichero termina antes de lo esperado");
+    }
     std::copy_n(remembered_.begin() + static_cast<std::ptrdiff_t>(offset), bytes.size(), bytes.begin());
 }
 
@@ -101,8 +106,9 @@ void RemoteFile::sync() {
 bool RemoteFile::tryLock(LockRange range, LockKind kind) {
     station_->requireOn(!station_->isOff, path());
     send();
-    if (!server_->tryLock(range, kind))
+    if (!server_->tryLock(range, kind)) {
         return false;
+    }
     remembered_ = content_->bytes;
     return true;
 }

@@ -21,8 +21,9 @@ const Column& columnOf(const Schema& schema, std::string_view name) {
 }
 
 void putValue(std::span<char> raw, const Column& column, std::string_view value) {
-    if (value.size() > column.width)
+    if (value.size() > column.width) {
         throw std::invalid_argument(column.name + " cannot hold " + std::string(value));
+    }
     std::fill(raw.begin(), raw.end(), ' ');
     const std::size_t indent = column.isNumber() ? raw.size() - value.size() : 0;
     std::copy(value.begin(), value.end(), raw.begin() + static_cast<std::ptrdiff_t>(indent));
@@ -31,13 +32,15 @@ void putValue(std::span<char> raw, const Column& column, std::string_view value)
 template<typename Start, typename Step>
 std::vector<RecordNumber> walk(Table& table, std::string_view name, Start start, Step step) {
     const Tag* tag = table.findTag(name);
-    if (tag == nullptr)
+    if (tag == nullptr) {
         throw std::invalid_argument("no tag " + std::string(name));
+    }
     return table.read([&] {
         std::vector<RecordNumber> numbers;
         TreeCursor cursor(*table.index(), *tag);
-        for (bool on = start(cursor); on; on = step(cursor))
+        for (bool on = start(cursor); on; on = step(cursor)) {
             numbers.push_back(cursor.record());
+        }
         return numbers;
     });
 }
@@ -103,8 +106,9 @@ RecordNumber seek(Table& table, std::string_view tag, std::string_view key) {
 
 std::string findingsOf(const CheckResult& result) {
     std::string text;
-    for (const Finding& finding : result.findings)
+    for (const Finding& finding : result.findings) {
         text += finding.file + ": " + finding.place + ": " + finding.text + '\n';
+    }
     return text;
 }
 

@@ -154,8 +154,9 @@ protected:
                                      .columns = {{"NOMBRE", ColumnType::Character, 50, 0, 0}},
                                      .tags = {{.name = "NOMBRE", .expression = "NOMBRE"}}});
         table_ = Table::open(path());
-        for (int i = 0; i < 400; ++i)
+        for (int i = 0; i < 400; ++i) {
             table_->append(makeRecord(table_->schema(), {"CALLE " + std::to_string(i * 7919 % 400)}));
+        }
     }
 
     [[nodiscard]] std::string path() const { return folder_ / "CORTE.DBF"; }

@@ -36,8 +36,9 @@ protected:
     static constexpr std::size_t stationCount = 3;
 
     RemoteTableTest() {
-        for (std::size_t i = 0; i < stationCount; ++i)
+        for (std::size_t i = 0; i < stationCount; ++i) {
             stations_[i] = std::make_shared<RemoteStation>();
+        }
     }
 
     void open(std::size_t station) {
@@ -55,8 +56,9 @@ protected:
     RecordNumber anyRecord() { return pick(1, static_cast<unsigned>(rows_.size())); }
     Bytes anyRow() {
         std::string name(pick(3, 30), 'A');
-        for (char& letter : name)
+        for (char& letter : name) {
             letter = static_cast<char>('A' + pick(0, 5));
+        }
         return makeRecord(schema(), {std::to_string(pick(1000, 1200)), name, std::to_string(pick(0, 99))});
     }
     const Schema& schema() const { return tables_[0]->schema(); }
@@ -104,9 +106,11 @@ protected:
             [&](const RecordView&, std::span<char> after) { std::ranges::copy(model, after.begin()); },
             durability(station));
         EXPECT_EQ(behind, end <= rows_.size() ? end : 0);
-        for (RecordNumber number = first; number < end; ++number)
-            if (number != held && rows_[number - 1][0] != '*')
+        for (RecordNumber number = first; number < end; ++number) {
+            if (number != held && rows_[number - 1][0] != '*') {
                 rows_[number - 1] = model;
+            }
+        }
     }
     /// One edits under a record lock, which the others see.
     void edit(std::size_t station, std::size_t other, RecordNumber number) {
@@ -123,9 +127,11 @@ protected:
     template<typename KeyOf>
     Numbers ordered(KeyOf keyOf, bool descending = false, bool onlyLive = false) const {
         Numbers numbers;
-        for (RecordNumber number = 1; number <= rows_.size(); ++number)
-            if (!onlyLive || rows_[number - 1][0] != '*')
+        for (RecordNumber number = 1; number <= rows_.size(); ++number) {
+            if (!onlyLive || rows_[number - 1][0] != '*') {
                 numbers.push_back(number);
+            }
+        }
         std::ranges::stable_sort(numbers, [&](RecordNumber a, RecordNumber b) {
             return descending ? keyOf(b) < keyOf(a) : keyOf(a) < keyOf(b);
         });
@@ -152,28 +158,29 @@ protected:
     void work(std::size_t station) {
         const unsigned kind = rows_.size() < 10 ? 0 : pick(0, 19);
         const RecordNumber number = rows_.empty() ? 0 : anyRecord();
-        if (kind < 6)
+        if (kind < 6) {
             append(station);
-        else if (kind < 8)
+        } else if (kind < 8) {
             overwrite(station, number, storedRecord(*tables_[station], number), anyRow());
-        else if (kind < 11)
+        } else if (kind < 11) {
             overwriteWhatWasSeen(station);
-        else if (kind < 12)
+        } else if (kind < 12) {
             overwrite(station, number, rows_[number - 1], erased(rows_[number - 1]));
-        else if (kind < 14)
+        } else if (kind < 14) {
             read(station, number);
-        else if (kind < 15)
+        } else if (kind < 15) {
             amend(station, number, pick(1, 8));
-        else if (kind < 16)
+        } else if (kind < 16) {
             edit(station, (station + 1) % stationCount, number);
-        else if (kind < 18)
+        } else if (kind < 18) {
             seekAny(station);
-        else if (kind < 19)
+        } else if (kind < 19) {
             walk(station);
-        else if (pick(0, 4) > 0)
+        } else if (pick(0, 4) > 0) {
             open(station);
-        else
+        } else {
             tables_[station]->rebuildTags();
+        }
     }
 
     std::mt19937 random_{ambrel::test::seedOfThisRun()};
@@ -186,27 +193,31 @@ protected:
 };
 
 TEST_F(RemoteTableTest, NothingIsLostOrStaleBetweenWorkstations) {
-    for (std::size_t i = 0; i < stationCount; ++i)
+    for (std::size_t i = 0; i < stationCount; ++i) {
         open(i);
+    }
     const int operations = ambrel::test::longForm(1500, 60'000);
     for (int done = 1; done <= operations; ++done) {
         const std::size_t station = pick(0, stationCount - 1);
         work(station);
-        for (const auto& each : stations_)
+        for (const auto& each : stations_) {
             EXPECT_FALSE(each->hasUnsent());
+        }
         if (rows_.size() == 600) { // small, so that every answer can be compared
             ASSERT_EQ(stored_.findings(), "");
             tables_ = {};
             stored_ = MemoryTable(layout());
             rows_.clear();
             seen_ = {};
-            for (std::size_t i = 0; i < stationCount; ++i)
+            for (std::size_t i = 0; i < stationCount; ++i) {
                 open(i);
+            }
         }
         ASSERT_FALSE(HasFailure()) << "operation " << done;
     }
-    for (std::size_t i = 0; i < stationCount; ++i)
+    for (std::size_t i = 0; i < stationCount; ++i) {
         walk(i);
+    }
     tables_ = {};
     EXPECT_EQ(stored_.journal->content, nullptr) << "the last one to leave removes the journal";
     EXPECT_EQ(stored_.findings(), "");
@@ -214,8 +225,9 @@ TEST_F(RemoteTableTest, NothingIsLostOrStaleBetweenWorkstations) {
 
 // That these files are a trap at all: an engine that is not told falls into it.
 TEST_F(RemoteTableTest, FilesThatDoNotTellKeepAChangeFromTheOthers) {
-    for (const auto& station : stations_)
+    for (const auto& station : stations_) {
         station->tells = false;
+    }
     open(0);
     open(1);
     append(0);
@@ -240,8 +252,9 @@ TEST_F(RemoteTableTest, ATableWithoutTagsIsSharedAsWell) {
     TableDefinition plain = layout();
     plain.tags.clear();
     stored_ = MemoryTable(plain);
-    for (std::size_t i = 0; i < stationCount; ++i)
+    for (std::size_t i = 0; i < stationCount; ++i) {
         open(i);
+    }
     for (int round = 0; round < 60; ++round) {
         append(pick(0, stationCount - 1));
         read(pick(0, stationCount - 1), anyRecord());
@@ -290,10 +303,12 @@ protected:
         stations_[1] = std::make_shared<RemoteStation>();
         open(0);
         open(1);
-        for (std::size_t i = 0; i < 60; ++i) // some of which lie on two pages
+        for (std::size_t i = 0; i < 60; ++i) { // some of which lie on two pages
             append(i % 2);
-        for (RecordNumber number = 30; number < 40; ++number)
+        }
+        for (RecordNumber number = 30; number < 40; ++number) {
             overwrite(1, number, rows_[number - 1], anyRow());
+        }
         walk(0);
         ofTheFirst_ = durability;
         stations_[0]->steps = 0;
@@ -309,8 +324,9 @@ protected:
         } catch (const Error&) {
             EXPECT_TRUE(stations_[0]->isOff);
         }
-        if (comesAgain)
+        if (comesAgain) {
             open(1);
+        }
         look(before);
         tables_[0].reset();
         return stations_[0]->isOff;
@@ -319,16 +335,18 @@ protected:
     void look(const std::vector<Bytes>& before) {
         std::vector<Bytes> found;
         const RecordNumber count = tables_[1]->read([&] { return tables_[1]->records().recordCount(); });
-        for (RecordNumber number = 1; number <= count; ++number)
+        for (RecordNumber number = 1; number <= count; ++number) {
             found.push_back(storedRecord(*tables_[1], number));
+        }
         EXPECT_EQ(stored_.findings(), "");
         for (std::size_t i = 0; i < std::max(before.size(), rows_.size()); ++i) {
             const Bytes& old = i < before.size() ? before[i] : rows_[i];
             const bool mayBeMissing = i >= before.size() || i >= rows_.size();
-            if (i >= found.size())
+            if (i >= found.size()) {
                 EXPECT_TRUE(mayBeMissing) << "record " << i + 1;
-            else
+            } else {
                 EXPECT_TRUE(found[i] == old || found[i] == rows_[i]) << "record " << i + 1;
+            }
         }
         rows_ = found;
         append(1);
@@ -337,13 +355,15 @@ protected:
 };
 
 TEST_F(SwitchedOffStationTest, LeavesNoHalfChangeToTheOthers) {
-    for (const Durability durability : {Durability::Process, Durability::Disk})
+    for (const Durability durability : {Durability::Process, Durability::Disk}) {
         for (unsigned chance = 0; chance < static_cast<unsigned>(ambrel::test::longForm(2, 60)); ++chance) {
             std::size_t step = 1;
-            for (; runUntil(step, chance, durability, (step + chance) % 2 == 0); ++step)
+            for (; runUntil(step, chance, durability, (step + chance) % 2 == 0); ++step) {
                 ASSERT_FALSE(HasFailure()) << "step " << step << ", chance " << chance;
+            }
             EXPECT_GT(step, 50U);
         }
+    }
 }
 
 } // namespace

@@ -23,8 +23,9 @@ protected:
         other.setTag("");
         other.refresh();
         other.first();
-        for (bool on = !other.isEmpty(); on; on = other.next())
+        for (bool on = !other.isEmpty(); on; on = other.next()) {
             found.push_back(name(other));
+        }
         return found;
     }
 };
@@ -58,8 +59,9 @@ TEST_F(AmendTest, WhoAsksIsToldOfEachRecordThatSomebodyHoldsSaveDeletedOnes) {
     Table& table = towns.openTable();
     place(towns, 4);
     towns.erase();
-    for (const RecordNumber held : {2u, 4u, 6u})
+    for (const RecordNumber held : {2u, 4u, 6u}) {
         ASSERT_TRUE(table.tryLockRecord(held, this));
+    }
     std::vector<RecordNumber> amended, leftOut;
     static_cast<void>(table.amend(
         1, 7, [&](const RecordView& record, std::span<char>) { amended.push_back(record.number); },
@@ -186,8 +188,9 @@ TEST_F(AmendTest, FunctionThatThrowsChangesNothing) {
     EXPECT_THROW(static_cast<void>(table.amend(1, 3,
                                                [&](const RecordView& record, std::span<char> after) {
                                                    change(record, after);
-                                                   if (record.number == 3)
+                                                   if (record.number == 3) {
                                                        throw std::runtime_error("enough");
+                                                   }
                                                })),
                  std::runtime_error);
     for (const char* name : {"A", "B", "C"}) {
@@ -204,8 +207,9 @@ TEST_F(AmendTest, UniqueTagsMeetNoRecordWhoseChangeIsOnTheWay) {
     static_cast<void>(table.amend(1, 5, write(table, "PROV", "50")));
     towns.setTag("ONCE");
     std::vector<std::string> provinces;
-    for (bool on = true; on; on = towns.next())
+    for (bool on = true; on; on = towns.next()) {
         provinces.push_back(towns.field("PROV").text());
+    }
     EXPECT_EQ(provinces, (std::vector<std::string>{"15", "28", "46", "50"}));
 }
 

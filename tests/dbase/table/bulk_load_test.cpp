@@ -32,8 +32,9 @@ protected:
                                                  {"NUM", ColumnType::Numeric, 6, 0, 0}},
                                      .tags = std::move(tags)});
         const auto table = Table::open(path());
-        for (int i = 0; i < 10; ++i)
+        for (int i = 0; i < 10; ++i) {
             table->append(row(table->schema(), i));
+        }
     }
 
     [[nodiscard]] std::string path() const { return folder_ / "CARGA.DBF"; }
@@ -42,15 +43,17 @@ protected:
         return makeRecord(schema, {"CALLE " + std::to_string(i * 7919 % 10007), std::to_string(i)});
     }
     static void add(BulkLoader& loader, int from, int to) {
-        for (int i = from; i < to; ++i)
+        for (int i = from; i < to; ++i) {
             loader.add(row(loader.schema(), i));
+        }
     }
     void expectRows(RecordNumber rows) const {
         const auto table = Table::open(path());
         EXPECT_EQ(table->records().recordCount(), rows);
-        for (RecordNumber number = 1; number <= rows; number += 97)
+        for (RecordNumber number = 1; number <= rows; number += 97) {
             EXPECT_EQ(storedRecord(*table, number), row(table->schema(), static_cast<int>(number - 1)))
                 << number;
+        }
     }
     void expectSound() const { EXPECT_EQ(findings(path()), ""); }
     /// Whatever became of the load, the table is sound; who opens it next may have to make it whole.

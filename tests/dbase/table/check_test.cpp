@@ -41,10 +41,11 @@ protected:
                                               {"MENOR", ColumnType::Logical, 1, 0, 0}},
                                   .tags = tags()});
         const auto opened = stored.open();
-        for (int i = 0; i < 100; ++i)
+        for (int i = 0; i < 100; ++i) {
             opened->append(makeRecord(opened->schema(),
                                       {std::string(1, static_cast<char>('A' + i % 5)) + std::to_string(i),
                                        std::to_string(i), "20240229", i % 2 == 0 ? "T" : "F"}));
+        }
         table = stored.records->bytes;
         index = stored.index->bytes;
         schema = opened->schema();
@@ -76,9 +77,11 @@ protected:
     }
     /// Makes three findings in each record up to this one.
     void spoilRecords(RecordNumber last) {
-        for (RecordNumber number = 1; number <= last; ++number)
-            for (const std::size_t place : {std::size_t{0}, numAt, menorAt})
+        for (RecordNumber number = 1; number <= last; ++number) {
+            for (const std::size_t place : {std::size_t{0}, numAt, menorAt}) {
                 table[recordAt(number) + place] = 'x';
+            }
+        }
     }
     void expectTooManyFindings() const {
         putOnDisk();
@@ -301,9 +304,11 @@ TEST_F(CheckTest, FindingsStopAtABearableNumber) {
 }
 
 TEST_F(CheckTest, FindingsStopInTheMiddleOfATree) {
-    for (std::size_t i = 0; i < 4; ++i)
-        for (std::size_t item = 0; item < 5; ++item)
+    for (std::size_t i = 0; i < 4; ++i) {
+        for (std::size_t item = 0; item < 5; ++item) {
             store32(index.data() + itemAt(i, item), 5000);
+        }
+    }
     spoilRecords(64); // nearly as many findings as are told
     expectTooManyFindings();
 }

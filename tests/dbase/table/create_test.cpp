@@ -38,8 +38,9 @@ protected:
     [[nodiscard]] std::string indexPath() const { return folder_ / "NUEVA.MDX"; }
     [[nodiscard]] std::vector<std::string> files() const {
         std::vector<std::string> names;
-        for (const fs::directory_entry& entry : fs::directory_iterator(folder_.path()))
+        for (const fs::directory_entry& entry : fs::directory_iterator(folder_.path())) {
             names.push_back(entry.path().filename().string());
+        }
         std::sort(names.begin(), names.end());
         return names;
     }
@@ -202,13 +203,15 @@ TEST_F(CreateTest, WithoutCommitTheNewFilesVanish) {
 /// A machine that stops after the first of the two names.
 TEST_F(CreateTest, ANewTableBesideTheOldIndexIsMended) {
     createTable(folder_.path(), definition());
-    for (int i = 0; i < 5; ++i)
+    for (int i = 0; i < 5; ++i) {
         addRow();
+    }
     MemoryTable fresh(definition());
     {
         const auto table = fresh.open();
-        for (int i = 0; i < 5; ++i)
+        for (int i = 0; i < 5; ++i) {
             table->append(makeRecord(table->schema(), {"1000" + std::to_string(i)}));
+        }
     }
     const Bytes oldIndex = readFile(indexPath());
     {
@@ -249,11 +252,13 @@ TEST_F(CreateTest, ImpossibleDefinitionsLeaveNothingBehind) {
 TEST_F(CreateTest, FortySevenTagsAreTheMost) {
     TableDefinition many = definition();
     many.tags.clear();
-    for (int i = 0; i < 47; ++i)
+    for (int i = 0; i < 47; ++i) {
         many.tags.push_back({.name = "T" + std::to_string(i * 29 % 47), .expression = "CODIGO"});
+    }
     createTable(folder_.path(), many);
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 20; ++i) {
         addRow();
+    }
     EXPECT_EQ(Table::open(path())->tagNames().size(), 47U);
     EXPECT_EQ(findings(path()), "");
 }

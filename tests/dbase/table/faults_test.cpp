@@ -34,8 +34,9 @@ protected:
                       {.name = "SOLO", .expression = "LEFT(NOMBRE,2)", .unique = true}}},
             1);
         const auto table = stored.open();
-        for (RecordNumber i = 0; i < rows; ++i)
+        for (RecordNumber i = 0; i < rows; ++i) {
             table->append(record(*table, static_cast<int>(i * 37 % rows)));
+        }
         return stored;
     }
     static Bytes record(const Table& table, int number) {
@@ -79,8 +80,9 @@ protected:
                 EXPECT_GT(write, 1U) << "nothing was written, and nothing failed";
                 return;
             }
-            if (HasFailure())
+            if (HasFailure()) {
                 return;
+            }
         }
         FAIL() << "the operation never came to its end";
     }
@@ -188,8 +190,9 @@ TEST(NoRoomTest, AppendLeavesTheTableAsItWas) {
                         .tags = {{.name = "NOMBRE", .expression = "NOMBRE"}}});
     const auto faults = std::make_shared<Faults>();
     const auto table = stored.open(faults);
-    for (int i = 0; i < 9; ++i) // the next one splits the only leaf
+    for (int i = 0; i < 9; ++i) { // the next one splits the only leaf
         table->append(makeRecord(table->schema(), {"A" + std::to_string(i)}));
+    }
     for (const std::uint64_t room : {stored.records->bytes.size(), stored.index->bytes.size()}) {
         faults->largestSize = room;
         const Bytes records = stored.records->bytes;
@@ -211,8 +214,9 @@ TEST(ReadFaultTest, IsToldAndChangesNothing) {
                         .tags = {{.name = "NOMBRE", .expression = "NOMBRE"}}});
     {
         const auto table = stored.open();
-        for (int i = 0; i < 100; ++i)
+        for (int i = 0; i < 100; ++i) {
             table->append(makeRecord(table->schema(), {std::to_string(i)}));
+        }
     }
     const Bytes records = stored.records->bytes, index = stored.index->bytes;
     std::size_t read = 0;

@@ -53,10 +53,11 @@ protected:
         Bytes record = count == 0 ? Bytes(schema.recordLength, ' ') : storedRecord(table, pick(1, count));
         record[0] = ' ';
         for (const Column& column : schema.columns) {
-            if (column.isNumber() && pick(0, 3) == 0)
+            if (column.isNumber() && pick(0, 3) == 0) {
                 record = withValue(schema, std::move(record), column.name, numberFor(column));
-            else if (column.type == ColumnType::Character && pick(0, 2) == 0)
+            } else if (column.type == ColumnType::Character && pick(0, 2) == 0) {
                 record[column.offset + pick(0, column.width - 1U)] = static_cast<char>(pick('A', 'Z'));
+            }
         }
         return record;
     }
@@ -65,8 +66,9 @@ protected:
         const int digits = column.width - (column.decimals > 0 ? column.decimals + 1 : 0);
         std::string text =
             std::to_string(static_cast<int>(pick(0, 999)) - 300).substr(0, static_cast<std::size_t>(digits));
-        if (text == "-")
+        if (text == "-") {
             text = "0";
+        }
         return column.decimals == 0 ? text : text + '.' + std::string(column.decimals, '7');
     }
 
@@ -83,10 +85,11 @@ protected:
         }
         const RecordNumber number = pick(1, count);
         const Bytes shown = storedRecord(table, number);
-        if (kind < 8)
+        if (kind < 8) {
             table.overwrite(number, shown, anyRecord(table));
-        else
+        } else {
             table.erase(number, shown);
+        }
     }
 
     void expectRight() const {
@@ -129,18 +132,22 @@ TEST_P(ForeignTable, ListsInEveryTagsOrder) {
 
 TEST_P(ForeignTable, SeeksAsListed) {
     const auto table = Table::open(file_);
-    for (const ListedTag& listed : listing_.tags)
-        for (const ListedSeek& seek : listed.seeks)
+    for (const ListedTag& listed : listing_.tags) {
+        for (const ListedSeek& seek : listed.seeks) {
             EXPECT_EQ(answer(*table, *table->findTag(listed.name), seek), seek.found)
                 << listed.name << (seek.isExact ? " eq " : " ge ") << seek.key << seek.number.value_or(0);
+        }
+    }
 }
 
 TEST_P(ForeignTable, KnowsItsDeletedRecords) {
     const auto table = Table::open(file_);
     std::vector<RecordNumber> deleted;
-    for (RecordNumber number = 1; number <= listing_.records; ++number)
-        if (storedRecord(*table, number)[0] == '*')
+    for (RecordNumber number = 1; number <= listing_.records; ++number) {
+        if (storedRecord(*table, number)[0] == '*') {
             deleted.push_back(number);
+        }
+    }
     EXPECT_EQ(deleted, listing_.deleted);
 }
 
@@ -167,8 +174,9 @@ TEST_P(ForeignTable, StaysRightAfterARebuild) {
     const auto table = Table::open(file_);
     table->rebuildTags();
     EXPECT_EQ(findings(file_), "");
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 100; ++i) {
         change(*table);
+    }
     expectRight();
 }
 

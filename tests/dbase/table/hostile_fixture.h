@@ -27,9 +27,10 @@ protected:
              .tags = {{.name = "NOMBRE", .expression = "NOMBRE"}, {.name = "NUM", .expression = "NUM"}}});
         {
             const auto opened = stored.open();
-            for (int i = 0; i < 60; ++i)
+            for (int i = 0; i < 60; ++i) {
                 opened->append(
                     makeRecord(opened->schema(), {"CALLE " + std::to_string(100 + i), std::to_string(i)}));
+            }
         }
         table = stored.records->bytes;
         index = stored.index->bytes;
@@ -50,8 +51,9 @@ protected:
             (void)orderBackwards(opened, tag);
             (void)seek(opened, tag, std::string(opened.findTag(tag)->keyLength, '5'));
         }
-        for (RecordNumber number = 1; number <= opened.records().recordCount(); ++number)
+        for (RecordNumber number = 1; number <= opened.records().recordCount(); ++number) {
             (void)storedRecord(opened, number);
+        }
     }
 
     void putOnDisk() const {

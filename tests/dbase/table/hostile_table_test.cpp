@@ -131,8 +131,9 @@ TEST_F(HostileTest, ATableThatWouldGrowToTwoGibibytesIsRefusedAndStaysAsItWas) {
     const Bytes record(recordLength, ' ');
     EXPECT_EQ(opened->records().recordCount(), most);
     const Error error = errorOf([&] {
-        for (int i = 0; i < 3; ++i)
+        for (int i = 0; i < 3; ++i) {
             opened->append(record);
+        }
     });
     EXPECT_EQ(error.code(), ErrorCode::TooLarge);
     EXPECT_LT(std::filesystem::file_size(path()), maxFileSize);

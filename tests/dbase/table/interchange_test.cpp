@@ -67,12 +67,13 @@ protected:
             const RecordNumber count = table.records().recordCount();
             const unsigned kind = count == 0 ? 0 : pick(0, 9);
             const RecordNumber number = count == 0 ? 0 : pick(1, count);
-            if (kind < 5)
+            if (kind < 5) {
                 table.append(anyRecord(table.schema()));
-            else if (kind < 9)
+            } else if (kind < 9) {
                 table.overwrite(number, storedRecord(table, number), anyRecord(table.schema()));
-            else
+            } else {
                 table.erase(number, storedRecord(table, number));
+            }
         }
     }
     void expectRight() const {
@@ -87,8 +88,9 @@ protected:
 class VerifiedTest : public InterchangeTest {
 protected:
     void SetUp() override {
-        if (!hasPerlReader())
+        if (!hasPerlReader()) {
             GTEST_SKIP() << "wants Perl with XBase::Index (libdbd-xbase-perl)";
+        }
     }
 };
 
@@ -108,17 +110,19 @@ TEST_F(VerifiedTest, ATableThatGrewRecordByRecord) {
 
 TEST_F(VerifiedTest, ATableInKeyOrder) {
     const auto table = Table::open(path());
-    for (int i = 0; i < 600; ++i)
+    for (int i = 0; i < 600; ++i) {
         table->append(
             makeRecord(table->schema(), {std::to_string(10000 + i), "CALLE " + std::to_string(100 + i)}));
+    }
     expectRight();
 }
 
 TEST_F(VerifiedTest, ALoadedTable) {
     {
         BulkLoader loader(path(), BulkLoader::Mode::Append);
-        for (int i = 0; i < 3000; ++i)
+        for (int i = 0; i < 3000; ++i) {
             loader.add(anyRecord(loader.schema()));
+        }
         loader.finish();
     }
     expectRight();
@@ -126,8 +130,9 @@ TEST_F(VerifiedTest, ALoadedTable) {
     expectRight();
     {
         BulkLoader loader(path(), BulkLoader::Mode::Replace);
-        for (int i = 0; i < 300; ++i)
+        for (int i = 0; i < 300; ++i) {
             loader.add(anyRecord(loader.schema()));
+        }
         loader.finish();
     }
     expectRight();
@@ -146,9 +151,10 @@ TEST_F(VerifiedTest, AReindexedTable) {
 
 TEST_F(VerifiedTest, ATableWhoseKeysAllMoved) {
     const auto table = Table::open(path());
-    for (int i = 0; i < 400; ++i)
+    for (int i = 0; i < 400; ++i) {
         table->append(anyRecord(table->schema()));
-    for (const char* name : {"ZZZ", "AAA"})
+    }
+    for (const char* name : {"ZZZ", "AAA"}) {
         for (RecordNumber number = 1; number <= 400; ++number) {
             const Bytes shown = storedRecord(*table, number);
             Bytes moved = withValue(table->schema(), shown, "NOMBRE", name + std::to_string(number));
@@ -156,6 +162,7 @@ TEST_F(VerifiedTest, ATableWhoseKeysAllMoved) {
                               std::to_string(*name == 'Z' ? 5000 : -5000));
             table->overwrite(number, shown, moved);
         }
+    }
     expectRight();
 }
 
@@ -187,8 +194,9 @@ TEST_F(VerifiedTest, TagNamesInAnyOrderOfCreation) {
                               {"A1", "A", "A10", "AB", "A_"}}) {
         TableDefinition named = definition();
         named.tags.clear();
-        for (const std::string& name : names)
+        for (const std::string& name : names) {
             named.tags.push_back({.name = name, .expression = "CODIGO"});
+        }
         createTable(folder_.path(), named, IfExists::Replace);
         Table::open(path())->append(anyRecord(Table::open(path())->schema()));
         expectRight();
@@ -199,8 +207,9 @@ TEST_F(VerifiedTest, TagNamesInAnyOrderOfCreation) {
 class PerlReaderTest : public InterchangeTest {
 protected:
     void SetUp() override {
-        if (!hasPerlReader())
+        if (!hasPerlReader()) {
             GTEST_SKIP() << "perl has no DBD::XBase on this machine";
+        }
     }
 };
 
@@ -210,8 +219,9 @@ TEST_F(PerlReaderTest, ReadsTheRowsWeWrote) {
     std::vector<std::string> expected;
     for (RecordNumber number = 1; number <= table->records().recordCount(); ++number) {
         const Bytes record = storedRecord(*table, number);
-        if (record[0] == '*')
+        if (record[0] == '*') {
             continue;
+        }
         std::string line;
         for (const char* column : {"CODIGO", "NOMBRE", "NUM", "SALDO", "ALTA", "MENOR"}) {
             const std::string value = valueOf(table->schema(), record, column);
@@ -238,8 +248,9 @@ TEST_F(PerlReaderTest, WalksTheTagsWeWrote) {
     change(*table, 500);
     for (const std::string& tag : table->tagNames()) {
         std::vector<std::string> expected;
-        for (const RecordNumber number : order(*table, tag))
+        for (const RecordNumber number : order(*table, tag)) {
             expected.push_back(std::to_string(number));
+        }
         EXPECT_EQ(runPerl(R"(
 use strict; use XBase; use XBase::Index;
 my $index = XBase::Index->new($ARGV[0], tag => $ARGV[1]) or die XBase->errstr;
@@ -254,8 +265,9 @@ while (my ($key, $number) = $index->fetch) { print "$number\n" }
 
 TEST_F(PerlReaderTest, SelectsThroughItsDatabaseInterface) {
     const auto table = Table::open(path());
-    for (int i = 0; i < 50; ++i)
+    for (int i = 0; i < 50; ++i) {
         table->append(makeRecord(table->schema(), {std::to_string(10000 + i), "CALLE", std::to_string(i)}));
+    }
     EXPECT_EQ(runPerl(R"(
 use strict; use DBI;
 my $dbh = DBI->connect("dbi:XBase:$ARGV[0]", '', '', { RaiseError => 1 });

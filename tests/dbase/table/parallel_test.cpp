@@ -45,8 +45,9 @@ TEST_F(ParallelTest, TwoProcessesThatAppendLoseNoRow) {
             const auto table = Table::open(path());
             link.tell();
             link.await();
-            for (int i = 0; i < each; ++i)
+            for (int i = 0; i < each; ++i) {
                 table->append(row(*table, first + i));
+            }
             return 0;
         };
     };
@@ -60,9 +61,10 @@ TEST_F(ParallelTest, TwoProcessesThatAppendLoseNoRow) {
     const auto table = Table::open(path());
     EXPECT_EQ(table->records().recordCount(), 2U * each);
     std::vector<bool> seen(2000);
-    for (const RecordNumber number : order(*table, "NUM"))
+    for (const RecordNumber number : order(*table, "NUM")) {
         seen[static_cast<std::size_t>(
             std::stoi(valueOf(table->schema(), storedRecord(*table, number), "NUM")))] = true;
+    }
     EXPECT_EQ(std::count(seen.begin(), seen.end(), true), 2 * each);
     EXPECT_EQ(findings(path()), "");
 }
@@ -71,8 +73,9 @@ TEST_F(ParallelTest, AReaderSeesEachRowWholeWhileAnotherProcessWrites) {
     ChildProcess writer([&](const ChildProcess::Link& link) {
         const auto table = Table::open(path());
         link.tell();
-        for (int i = 0; i < 200; ++i)
+        for (int i = 0; i < 200; ++i) {
             table->append(row(*table, i));
+        }
         return 0;
     });
     writer.await();
@@ -82,8 +85,9 @@ TEST_F(ParallelTest, AReaderSeesEachRowWholeWhileAnotherProcessWrites) {
         for (int i = 0; i < 100; ++i) {
             const std::vector<RecordNumber> numbers = order(*table, "NOMBRE");
             EXPECT_LE(numbers.size(), 200U);
-            for (const RecordNumber number : numbers)
+            for (const RecordNumber number : numbers) {
                 ASSERT_EQ(storedRecord(*table, number), row(*table, static_cast<int>(number - 1)));
+            }
         }
     }
     EXPECT_EQ(writer.join(), 0);
@@ -93,8 +97,9 @@ TEST_F(ParallelTest, AReaderSeesEachRowWholeWhileAnotherProcessWrites) {
 TEST_F(ParallelTest, AReaderWaitsForARebuild) {
     {
         const auto table = Table::open(path());
-        for (int i = 0; i < 50; ++i)
+        for (int i = 0; i < 50; ++i) {
             table->append(row(*table, i));
+        }
     }
     const auto table = Table::open(path());
     const std::uint64_t counter = table->changeCounter();

@@ -44,8 +44,9 @@ TEST_F(ReadGuardTest, AReadThatNobodyCrossesRunsOnce) {
 
 TEST_F(ReadGuardTest, AReadThatAWriterCrossesStartsAgain) {
     EXPECT_EQ(count([&](int begun) {
-                  if (begun == 1)
+                  if (begun == 1) {
                       append("B");
+                  }
               }),
               2U);
     EXPECT_EQ(begun_, 2);
@@ -54,10 +55,11 @@ TEST_F(ReadGuardTest, AReadThatAWriterCrossesStartsAgain) {
 TEST_F(ReadGuardTest, AReadThatIsCrossedAgainAndAgainTakesTheLock) {
     const ambrel::test::LockPatience noPatience(std::chrono::milliseconds(0));
     EXPECT_EQ(count([&](int begun) {
-                  if (begun <= 3)
+                  if (begun <= 3) {
                       append("B");
-                  else
+                  } else {
                       EXPECT_EQ(errorOf([&] { append("C"); }).code(), ErrorCode::LockTimeout);
+                  }
               }),
               4U);
     EXPECT_EQ(begun_, 4);

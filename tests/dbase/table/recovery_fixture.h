@@ -26,8 +26,9 @@ protected:
                    .tags = std::move(tags)}) {
         const auto table = stored_.open();
         schema_ = table->schema();
-        for (int i = 0; i < 100; ++i)
+        for (int i = 0; i < 100; ++i) {
             table->append(row(i));
+        }
     }
 
     [[nodiscard]] Bytes row(int i) const {
@@ -63,8 +64,9 @@ protected:
         {
             const auto table = stored_.open();
             EXPECT_EQ(table->records().recordCount(), rows);
-            for (const std::string& tag : table->tagNames())
+            for (const std::string& tag : table->tagNames()) {
                 EXPECT_EQ(order(*table, tag).size(), rows) << tag;
+            }
         }
         EXPECT_EQ(stored_.findings(), "");
     }

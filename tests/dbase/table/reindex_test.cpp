@@ -105,8 +105,9 @@ TEST_F(ReindexTest, KeepsTheRowThatAnotherProgramAddsMeanwhile) {
          .tags = {{.name = "NOMBRE", .expression = "NOMBRE"}, {.name = "NUM", .expression = "NUM"}}});
     {
         BulkLoader loader(file_, BulkLoader::Mode::Append);
-        for (RecordNumber i = 0; i < rows; ++i)
+        for (RecordNumber i = 0; i < rows; ++i) {
             loader.add(row(static_cast<int>(i)));
+        }
         loader.finish();
     }
     bool isAdded = false;
@@ -121,8 +122,9 @@ TEST_F(ReindexTest, KeepsTheRowThatAnotherProgramAddsMeanwhile) {
     const auto table = Table::open(file_);
     ASSERT_EQ(table->records().recordCount(), rows + 1);
     EXPECT_EQ(storedRecord(*table, rows + 1), row(rows));
-    for (const std::string& tag : table->tagNames())
+    for (const std::string& tag : table->tagNames()) {
         EXPECT_EQ(order(*table, tag).size(), rows + 1) << tag;
+    }
     EXPECT_EQ(findings(file_), "");
 }
 

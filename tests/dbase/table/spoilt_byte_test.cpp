@@ -22,11 +22,13 @@ MemoryTable sample() {
                   {.name = "NUM", .expression = "NUM", .descending = true}}},
         1);
     const auto table = stored.open();
-    for (int i = 0; i < 12; ++i)
+    for (int i = 0; i < 12; ++i) {
         table->append(makeRecord(table->schema(),
                                  {std::string(1, static_cast<char>('A' + i * 7 % 12)), std::to_string(i)}));
-    for (RecordNumber number = 1; number <= 3; ++number) // leaves blocks on the free list
+    }
+    for (RecordNumber number = 1; number <= 3; ++number) { // leaves blocks on the free list
         table->overwrite(number, storedRecord(*table, number), makeRecord(table->schema(), {"Z", "5"}));
+    }
     return stored;
 }
 
@@ -35,14 +37,16 @@ void use(Table& table) {
         const std::vector<RecordNumber> numbers = order(table, tag);
         (void)orderBackwards(table, tag);
         (void)seek(table, tag, std::string(table.findTag(tag)->keyLength, 'C'));
-        for (const RecordNumber number : numbers)
+        for (const RecordNumber number : numbers) {
             (void)storedRecord(table, number);
+        }
     }
 }
 
 void change(Table& table) {
-    if (table.isReadOnly())
+    if (table.isReadOnly()) {
         return;
+    }
     Bytes record(table.schema().recordLength, ' ');
     table.append(record);
     table.overwrite(1, storedRecord(table, 1), record);
@@ -89,13 +93,15 @@ TEST_P(SpoiltByteTest, OfTheIndexIsRefusedOrHarmless) {
     const MemoryTable stored = sample();
     Bytes index = stored.index->bytes;
     for (std::size_t at = 0; at < index.size(); ++at) {
-        if (at == mdx::tagTable + 4 * mdx::tagEntrySize)
+        if (at == mdx::tagTable + 4 * mdx::tagEntrySize) {
             at = mdx::headBytes; // entries that no tag uses
+        }
         SCOPED_TRACE(at);
         const char whole = index[at];
         index[at] = spoil(whole);
-        if (index[at] != whole)
+        if (index[at] != whole) {
             tryOut(stored.records->bytes, index);
+        }
         index[at] = whole;
     }
 }

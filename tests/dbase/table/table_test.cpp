@@ -21,8 +21,9 @@ protected:
     /// For a test that leaves its table as no engine of ours would.
     void leaveUnchecked() { isChecked_ = false; }
     void TearDown() override {
-        if (isChecked_ && stored_ != nullptr)
+        if (isChecked_ && stored_ != nullptr) {
             expectSound();
+        }
     }
 
     void make(std::vector<Column> columns, std::vector<TagDefinition> tags,
@@ -203,8 +204,9 @@ TEST_F(StoredTableTest, NumbersAndDatesLieByValue) {
 
 TEST_F(StoredTableTest, BytesOrWeightsAsTheLanguageDriverSays) {
     const auto fill = [&] {
-        for (const char* text : {"b", "A", "\xC1", "Z", "a", "\xD1", "N", "O"})
+        for (const char* text : {"b", "A", "\xC1", "Z", "a", "\xD1", "N", "O"}) {
             append(text);
+        }
     };
     makeTexts({{.name = "TEXTO", .expression = "TEXTO"}});
     fill();
@@ -219,8 +221,9 @@ TEST_F(StoredTableTest, BytesOrWeightsAsTheLanguageDriverSays) {
 /// they lie.
 TEST_F(StoredTableTest, AWeightedTableWhoseKeysLieByBytesIsReadByBytes) {
     makeTexts({{.name = "TEXTO", .expression = "TEXTO"}});
-    for (const char* text : {"b", "A", "\xC1", "Z", "a", "\xD1", "N"})
+    for (const char* text : {"b", "A", "\xC1", "Z", "a", "\xD1", "N"}) {
         append(text);
+    }
     table_.reset();
     tableBytes()[29] = indexBytes()[mdx::languageDriver] = 0x59;
     table_ = stored_->open();

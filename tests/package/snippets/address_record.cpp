@@ -16,10 +16,12 @@ void wireCustomer(QWidget* form, const ambrel::AddressBoxes::Boxes& boxes, dbase
 
 // What the host's command for saving does.
 void saveCustomer(ambrel::AddressBoxes& address, ambrel::RecordBinding& record, dbase::Dataset& customers) {
-    address.settle();                     // as if the box that is being typed in had been left
-    if (QLineEdit* cut = record.cutBox()) // its column would lose the end of the text
+    address.settle();                       // as if the box that is being typed in had been left
+    if (QLineEdit* cut = record.cutBox()) { // its column would lose the end of the text
         return cut->setFocus();
-    if (record.hasChanges())
+    }
+    if (record.hasChanges()) {
         customers.post();
+    }
     record.showRow();
 }

@@ -29,8 +29,9 @@ private:
         QString province = QStringLiteral(" "); // some text: this answer is wanted
         QString postalCode;                     // none: this one is not
         postal_.ExitMunicipi(box_, province, postalCode, mayAsk);
-        if (ambrel::tagOf(*box_) != 0)
+        if (ambrel::tagOf(*box_) != 0) {
             province_->setText(province);
+        }
     }
 
     TClassCodPostales postal_{this};

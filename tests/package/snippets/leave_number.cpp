@@ -8,10 +8,12 @@ bool findStreet(TClassCodPostales& postal, const QString& street, const QString&
 // Writes the postal code of a house number into the host's own table. False when no stretch has the number.
 bool leaveNumber(TClassCodPostales& postal, const QString& street, const QString& type, QLineEdit* number,
                  dbase::Field& postalCode) {
-    if (!findStreet(postal, street, type)) // the walk begins at the current row
+    if (!findStreet(postal, street, type)) { // the walk begins at the current row
         return false;
-    if (postalCode.dataset().state() == dbase::DatasetState::Browse)
+    }
+    if (postalCode.dataset().state() == dbase::DatasetState::Browse) {
         postalCode.dataset().edit();
+    }
     postal.ExitNumeroPostal(number, &postalCode);
 
     // Without such a field, and to know whether it was found: when it was not, the street's last row is

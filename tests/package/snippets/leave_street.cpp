@@ -21,14 +21,17 @@ void leaveStreet(TClassCodPostales& postal, QLineEdit* street, const QString& ty
         const bool found = findStreet(postal, street->text(), type);
         ambrel::setTag(*street, found ? postal.DM->tbPostalCODIGO1.integer() : 0);
     };
-    if (ambrel::tagOf(*street) == 0 && !street->text().isEmpty())
+    if (ambrel::tagOf(*street) == 0 && !street->text().isEmpty()) {
         lookUp(); // no key has: a text that was pasted
+    }
     const dbase::Bookmark municipality = postal.DM->tbMunicipi.bookmark();
     postal.ExitDireccionPostal(street, postalCode, nullptr, true, QString(), type);
-    if (ambrel::tagOf(*street) != justAdded)
+    if (ambrel::tagOf(*street) != justAdded) {
         return;
-    if (StrLeft(postal.DM->tbPostalCODIGO1.text(), 2) == "99") // the card may have given it another name
+    }
+    if (StrLeft(postal.DM->tbPostalCODIGO1.text(), 2) == "99") { // the card may have given it another name
         street->setText(ambrel::fromWindows1252(postal.DM->tbPostalVIA.text()));
+    }
     postal.DM->tbMunicipi.goTo(municipality);
     lookUp();
 }

@@ -5,8 +5,9 @@
 
 // The list over all streets, and what the chosen one says.
 bool chooseStreet(TClassCodPostales& postal, QLineEdit* street, QLineEdit* municipality) {
-    if (!postal.BuscarDireccionPostal(ambrel::tagOf(*municipality) == 0))
+    if (!postal.BuscarDireccionPostal(ambrel::tagOf(*municipality) == 0)) {
         return false;
+    }
     const TDMCodPostales& chosen = *postal.DM;
     street->setText(ambrel::fromWindows1252(chosen.tbPostalVIA.text()));
     ambrel::setTag(*street, chosen.tbPostalCODIGO1.integer());

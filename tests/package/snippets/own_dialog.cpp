@@ -26,8 +26,9 @@ public:
         grid_->setColumns({{"CODIGO", tr("Tipo"), 60}, {"NOMBRE", tr("Nombre"), 200}});
         grid_->setDataSource(&types_.dsTipo_Via);
         ambrel::KeyUpEvents::watch(search_, [this](std::uint16_t&, Qt::KeyboardModifiers) {
-            if (const auto code = ambrel::toWindows1252(search_->text()))
+            if (const auto code = ambrel::toWindows1252(search_->text())) {
                 static_cast<void>(TBBusca(types_.tbTipo_Via, {{"CODIGO", *code}}, nearestSearch));
+            }
         });
         connect(close, &QPushButton::clicked, this, &QDialog::reject);
     }
