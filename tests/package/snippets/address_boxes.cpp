@@ -3,7 +3,7 @@
 
 #include "package/AmbCodPostales.h"
 
-// The boxes that the form has; a label says what is wrong with the address.
+// The boxes of the form; a label says what is wrong with the address.
 void wireAddress(QWidget* form, QLineEdit* municipality, QLineEdit* street, QLineEdit* number,
                  QLineEdit* postalCode, QLabel* warning) {
     auto* address = new ambrel::AddressBoxes(
