@@ -103,7 +103,9 @@ void linkNames(std::span<char> head, const std::vector<TagDefinition>& tags) {
 
 std::vector<char> encodeTagHeader(const TagDefinition& tag, const KeyShape& shape, PageNumber root,
                                   unsigned blockPages) {
-    std::vector<char> header(blockPages * pageBytes);
+    const std::size_t size = blockPages * pageBytes;
+    // A file may say that its blocks are smaller than the headers that it holds.
+    std::vector<char> header(std::max(size, mdx::tagHeaderBytes));
     const auto item = static_cast<std::uint16_t>((mdx::itemKey + shape.length + 3) / 4 * 4);
     store32(header.data() + mdx::root, root);
     store32(header.data() + mdx::tagPages, blockPages);
@@ -111,8 +113,7 @@ std::vector<char> encodeTagHeader(const TagDefinition& tag, const KeyShape& shap
                                             (tag.descending ? mdx::formatDescending : 0));
     header[mdx::keyType] = static_cast<char>(shape.type);
     store16(header.data() + mdx::keyLength, shape.length);
-    store16(header.data() + mdx::maxKeys,
-            static_cast<std::uint16_t>((header.size() - mdx::blockOverhead) / item));
+    store16(header.data() + mdx::maxKeys, static_cast<std::uint16_t>((size - mdx::blockOverhead) / item));
     store16(header.data() + mdx::secondaryType, shape.type == KeyType::Date ? 1 : 0);
     store16(header.data() + mdx::itemLength, item);
     header[mdx::unique] = tag.unique ? 1 : 0;
@@ -125,6 +126,7 @@ std::vector<char> encodeTagHeader(const TagDefinition& tag, const KeyShape& shap
         header[mdx::hasCondition] = 1;
         putText(header.data() + mdx::condition, tag.condition);
     }
+    header.resize(size);
     return header;
 }
 

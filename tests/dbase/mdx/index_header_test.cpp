@@ -1,5 +1,6 @@
 // What other engines write into the headers of tags, and free lists that lead into them.
 #include "dbase/table/hostile_fixture.h"
+#include "dbase/table/table_definition.h"
 
 namespace {
 
@@ -75,6 +76,19 @@ TEST_F(IndexHeaderTest, TagsAreFoundInAnyCaseAndByTheirWholeName) {
     EXPECT_EQ(opened->findTag("nombr{"), nullptr);
     EXPECT_EQ(opened->findTag("nombr"), nullptr);
     EXPECT_EQ(opened->findTag(""), nullptr);
+}
+
+TEST_F(IndexHeaderTest, BlocksTooSmallForAConditionAreReportedAndRebuilt) {
+    createTable(folder.path(), {.name = "COND",
+                                .columns = {{"NOMBRE", ColumnType::Character, 20, 0, 0}},
+                                .tags = {{.name = "NOMBRE",
+                                          .expression = "NOMBRE",
+                                          .condition = "NOMBRE>'" + std::string(150, 'A') + "'"}}});
+    Bytes bytes = readFile(folder / "COND.MDX");
+    bytes[mdx::blockPages] = 1;
+    writeFile(folder / "COND.MDX", bytes);
+    EXPECT_NE(findings(folder / "COND.DBF"), "");
+    EXPECT_EQ(readFile(folder / "COND.MDX"), bytes);
 }
 
 /// One tag that grows and one that no record belongs to, whose empty root looks like a free block.
