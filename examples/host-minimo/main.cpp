@@ -1,4 +1,4 @@
-// The smallest host: a window whose boxes are completed and validated, and say which of them can be relied
+// The smallest host: a window whose boxes are completed and validated, and show which of them can be relied
 // on.
 #include <QApplication>
 #include <QFormLayout>
@@ -11,7 +11,7 @@
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     try {
-        dbase::setDatabaseFolder("DB", argc > 1 ? argv[1] : "datos"); // where the tables are
+        dbase::setDatabaseFolder("DB", argc > 1 ? argv[1] : "datos"); // the folder of the tables
         QWidget form;
         auto* layout = new QFormLayout(&form);
         const ambrel::AddressBoxes::Boxes boxes{.municipality = new QLineEdit,
@@ -31,7 +31,7 @@ int main(int argc, char** argv) {
         QObject::connect(
             &address, &ambrel::AddressBoxes::stateChanged, &form, [&](ambrel::AddressBoxes::Box box) {
                 const bool isWrong = address.state(box) == ambrel::AddressBoxes::State::NotValidated;
-                boxes.at(box)->setToolTip(address.reason(box)); // why its text cannot be relied on
+                boxes.at(box)->setToolTip(address.reason(box)); // says why its text cannot be relied on
                 boxes.at(box)->setStyleSheet(isWrong ? QStringLiteral("color: #b26a00") : QString());
             });
         form.show();

@@ -1,4 +1,4 @@
-// The trial of the example where there is no screen; a host needs nothing of it.
+// Tries the example where there is no screen; a host needs none of this.
 #pragma once
 
 #include <QApplication>
@@ -8,7 +8,7 @@
 
 #include "form/AddressBoxes.h"
 
-/// Presses and releases a key as a user would: whoever has the focus gets it.
+/// Presses and releases a key as a user would: the focused widget gets it.
 inline void pressKey(int key, const QString& character) {
     for (const QEvent::Type step : {QEvent::KeyPress, QEvent::KeyRelease}) {
         QKeyEvent event(step, key, Qt::NoModifier, character);
@@ -19,7 +19,7 @@ inline void pressKey(int key, const QString& character) {
     QApplication::processEvents();
 }
 
-/// Types an address into the boxes and prints what has become of it; 0 when it was completed.
+/// Types an address into the boxes and prints the result; 0 when it was completed.
 inline int typeAnAddress(const ambrel::AddressBoxes::Boxes& boxes) {
     boxes.municipality->activateWindow();
     QApplication::processEvents();

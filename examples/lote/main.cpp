@@ -1,5 +1,5 @@
-// Completes many addresses without a window: reads MUNICIPIO;TIPO;VÍA;NÚMERO a line (UTF-8) and writes each
-// with its postal code, which stays empty where the address is not known under these very names.
+// Completes many addresses without a window: reads lines MUNICIPIO;TIPO;VÍA;NÚMERO (UTF-8) and writes each
+// with its postal code, which stays empty when the address is not known under exactly these names.
 #include <QStringList>
 #include <cstdio>
 #include <exception>

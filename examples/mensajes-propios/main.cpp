@@ -1,4 +1,4 @@
-// A host that shows the package's messages, progress and focus in its own way. Without a screen it tries them
+// A host that shows the package's messages, progress and focus in its own way. Without a screen it tests
 // itself.
 #include <QApplication>
 #include <QFormLayout>
@@ -13,7 +13,7 @@
 
 namespace {
 
-/// What only tells goes to the status bar; what asks becomes a box of the host's own.
+/// Puts notices into the status bar and asks questions in a box of the host's own.
 ambrel::MessageShower messagesOf(QMainWindow& window) {
     return [&window](const ambrel::MessageBox& box) {
         if (box.kind != ambrel::MessageKind::Question) {
@@ -29,7 +29,7 @@ ambrel::MessageShower messagesOf(QMainWindow& window) {
     };
 }
 
-/// Long operations tell what they do in the status bar, too: the window itself stands for the progress
+/// Shows the progress of long operations in the status bar, too, which takes the place of the progress
 /// window.
 ambrel::ProgressDisplay progressIn(QMainWindow& window) {
     const auto tell = [&window](const QString& text) {
@@ -49,7 +49,7 @@ void underline(QWidget& control, bool focused) {
     control.setStyleSheet(focused ? "border-bottom: 2px solid palette(highlight)" : QString());
 }
 
-/// Takes the three functions back before the window goes to which they belong.
+/// Restores the three functions before the window that they use is destroyed.
 class OwnLook {
 public:
     explicit OwnLook(QMainWindow& window) {
@@ -66,7 +66,7 @@ public:
     OwnLook& operator=(const OwnLook&) = delete;
 };
 
-/// Whether message, progress and focus arrive where they were sent.
+/// True if message, progress and focus arrive where they were sent.
 bool passesTrial(QMainWindow& window, QLineEdit& box) {
     Mensaje_Error(QStringLiteral("No se encuentra el municipio."), QStringLiteral("Aviso"));
     const QString message = window.statusBar()->currentMessage();

@@ -10,13 +10,13 @@ void wireCustomer(QWidget* form, const ambrel::AddressBoxes::Boxes& boxes, dbase
     record->bind(boxes.number, customers.field("NUMERO"));
     record->bind(boxes.postalCode, customers.field("CODPOSTAL"));
     auto* address = new ambrel::AddressBoxes(boxes, form);
-    address->setRecord(*record); // each row that is shown is looked up as a stored address
+    address->setRecord(*record); // looks up each row that is shown as a stored address
     record->showRow();           // of the open table; again after each move, post and cancel
 }
 
-// What the host's command for saving does.
+// The host's command for saving.
 void saveCustomer(ambrel::AddressBoxes& address, ambrel::RecordBinding& record, dbase::Dataset& customers) {
-    address.settle();                       // as if the box that is being typed in had been left
+    address.settle();                       // as if the box being typed in had been left
     if (QLineEdit* cut = record.cutBox()) { // its column would lose the end of the text
         return cut->setFocus();
     }

@@ -2,8 +2,8 @@
 
 #include "package/AmbCodPostales.h"
 
-// Completes an address without a window, and without a QApplication. Texts in UTF-8; empty when it is not
-// known.
+// Completes an address without a window, and without a QApplication. Texts in UTF-8; empty when the address
+// is not known.
 std::string postalCodeOf(const std::string& municipality, const std::string& street,
                          const std::string& number) {
     const ambrel::ResolvedAddress address = ambrel::resolveAddressUtf8(

@@ -10,6 +10,6 @@ void configure(const std::string& folder) {
     Config.EntidadesMenores = false;
 }
 
-// What the user has written into a file. dbase::Error names the line that is not understood; nothing has
+// What the user has written into a file. dbase::Error names a line that is not understood, and nothing has
 // changed then.
 void configureFrom(const std::string& iniFile) { Config.loadIni(iniFile); }

@@ -11,13 +11,13 @@ bool addStreet(TClassCodPostales& postal, const std::string& name, const std::st
             postal.MuestraFichaVia(opModificacion, {});
             return true;
         }
-        postal.DM->tbPostal.cancel(); // it has stayed pending
+        postal.DM->tbPostal.cancel(); // the row is still pending
     }
-    postal.showStreetFailure(); // silent where a message was shown already
+    postal.showStreetFailure(); // shows nothing where a message has already been shown
     return false;
 }
 
-// The import, with which the user brings the streets of whole municipalities.
+// The import, which brings the streets of whole municipalities.
 void importStreets(QWidget* owner, TClassCodPostales& postal) {
     TFImportarVias import(owner, postal);
     import.exec();

@@ -18,16 +18,16 @@ public:
                 DejaFocoControl(box_);
                 leave();
             });
-        // A text that the user has changed is not validated until a handler says so again.
+        // A text that the user has changed is not validated until a handler validates it again.
         connect(box_, &QLineEdit::textEdited, this, [this] { ambrel::setTag(*box_, 0); });
     }
-    // The controller goes before the boxes, and losing the focus is an exit, too.
+    // The controller is destroyed before the boxes, and losing the focus counts as leaving.
     ~MunicipalityForm() override { ambrel::FocusEvents::unwatch(box_); }
 
 private:
     void leave() {
-        QString province = QStringLiteral(" "); // some text: this answer is wanted
-        QString postalCode;                     // none: this one is not
+        QString province = QStringLiteral(" "); // some text: province is wanted
+        QString postalCode;                     // none: postal code is not
         postal_.ExitMunicipi(box_, province, postalCode, mayAsk);
         if (ambrel::tagOf(*box_) != 0) {
             province_->setText(province);

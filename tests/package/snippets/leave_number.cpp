@@ -16,7 +16,7 @@ bool leaveNumber(TClassCodPostales& postal, const QString& street, const QString
     }
     postal.ExitNumeroPostal(number, &postalCode);
 
-    // Without such a field, and to know whether it was found: when it was not, the street's last row is
+    // Without such a field, and to know whether the number was found: if not, the street's last row is
     // current.
     const TDMCodPostales& row = *postal.DM;
     const ambrel::StretchRanges ranges{

@@ -3,7 +3,7 @@
 #include "package/AmbCodPostales.h"
 
 // Whether the current municipality has the street of a box; its first row is current then. A nearest search
-// ends on a neighbour otherwise, and one for a type on another type of the street.
+// may end on a neighbour, and one with a type on another type of the street.
 bool findStreet(TClassCodPostales& postal, const QString& street, const QString& type) {
     const TDMCodPostales& row = *postal.DM;
     postal.OrdenaPorViaPostal();
@@ -13,7 +13,7 @@ bool findStreet(TClassCodPostales& postal, const QString& street, const QString&
            row.tbPostalVIA.text() == ambrel::toWindows1252(street);
 }
 
-// To be called with a municipality that is validated, and with `postalCode` null or in edit.
+// Call it with a validated municipality, and with `postalCode` null or in edit.
 void leaveStreet(TClassCodPostales& postal, QLineEdit* street, const QString& type,
                  dbase::Field* postalCode) {
     constexpr int justAdded = 1;
@@ -22,14 +22,14 @@ void leaveStreet(TClassCodPostales& postal, QLineEdit* street, const QString& ty
         ambrel::setTag(*street, found ? postal.DM->tbPostalCODIGO1.integer() : 0);
     };
     if (ambrel::tagOf(*street) == 0 && !street->text().isEmpty()) {
-        lookUp(); // no key has: a text that was pasted
+        lookUp(); // a pasted text: no key has looked it up
     }
     const dbase::Bookmark municipality = postal.DM->tbMunicipi.bookmark();
     postal.ExitDireccionPostal(street, postalCode, nullptr, true, QString(), type);
     if (ambrel::tagOf(*street) != justAdded) {
         return;
     }
-    if (StrLeft(postal.DM->tbPostalCODIGO1.text(), 2) == "99") { // the card may have given it another name
+    if (StrLeft(postal.DM->tbPostalCODIGO1.text(), 2) == "99") { // the card may have changed its name
         street->setText(ambrel::fromWindows1252(postal.DM->tbPostalVIA.text()));
     }
     postal.DM->tbMunicipi.goTo(municipality);

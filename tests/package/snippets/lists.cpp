@@ -3,7 +3,7 @@
 
 #include "package/AmbCodPostales.h"
 
-// The list over all streets, and what the chosen one says.
+// The list over all streets; the chosen one fills the boxes.
 bool chooseStreet(TClassCodPostales& postal, QLineEdit* street, QLineEdit* municipality) {
     if (!postal.BuscarDireccionPostal(ambrel::tagOf(*municipality) == 0)) {
         return false;
@@ -16,14 +16,14 @@ bool chooseStreet(TClassCodPostales& postal, QLineEdit* street, QLineEdit* munic
     return true;
 }
 
-// Key handlers get F4 as 0, like every key without a code: it takes a shortcut of the box.
+// Key handlers get F4 as 0, like every key without a code, so it needs a shortcut of the box.
 void openStreetsWithF4(TClassCodPostales& postal, QLineEdit* street, QLineEdit* municipality) {
     auto* f4 = new QShortcut(Qt::Key_F4, street, nullptr, nullptr, Qt::WidgetShortcut);
     QObject::connect(f4, &QShortcut::activated, street,
                      ambrel::guarded([=, &postal] { chooseStreet(postal, street, municipality); }));
 }
 
-// A routine that needs no controller: opens its own tables and closes them again.
+// A routine that needs no controller: it opens its own tables and closes them again.
 QString chooseMunicipality(QWidget* owner, QString& postalCode) {
     QString codIne, name, provinceName, provinceCode, number;
     const bool isChosen = IMunicipios(owner, codIne, postalCode, name, provinceName, provinceCode, number,

@@ -4,7 +4,7 @@
 
 #include "package/AmbCodPostales.h"
 
-// While one lives, messages, progress and focus look as the host wants them; it must go before its window.
+// While one exists, messages, progress and focus look as the host wants. Destroy it before its window.
 class OwnLook {
 public:
     explicit OwnLook(QMainWindow& window) {

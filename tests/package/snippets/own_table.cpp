@@ -3,14 +3,14 @@
 
 #include "package/AmbCodPostales.h"
 
-// A table of the host, with the columns that it needs; a file whose columns do not fit is not opened.
+// A table of the host, with the columns that it needs; a file whose columns do not match is not opened.
 struct Members {
     dbase::Dataset data{"CLIENTES", "SOCIOS.DBF", "NOMBRE"};
     dbase::Field& name = data.bindCharacter("NOMBRE", 40);
     dbase::Field& postalCode = data.bindCharacter("CODPOSTAL", 5);
 };
 
-// The files SOCIOS.DBF and SOCIOS.MDX; dbase::Error with code Exists where they are already.
+// Creates SOCIOS.DBF and SOCIOS.MDX; dbase::Error with code Exists if they are already there.
 void createMembers(const std::string& folder) {
     dbase::createTable(folder, {.name = "SOCIOS",
                                 .columns = {{.name = "NOMBRE", .width = 40},
@@ -22,7 +22,7 @@ void createMembers(const std::string& folder) {
                                           .condition = "CODPOSTAL<>' '"}}});
 }
 
-// Stores many rows with one wait for the disk, behind them, instead of one each.
+// Stores many rows with one wait for the disk, at the end, instead of one each.
 void storeAll(Members& members, const std::vector<std::string>& names) {
     for (const std::string& name : names) {
         members.data.append();
