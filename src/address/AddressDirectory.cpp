@@ -1,4 +1,4 @@
-// Looking up municipalities by name, and the streets that are a municipality's own.
+// Looking up municipalities by name, and a municipality's own streets.
 #include "address/AddressDirectory.h"
 
 #include <algorithm>
@@ -96,7 +96,7 @@ bool AddressDirectory::isOwn(const Municipality& municipality) const {
     if (municipality.hasPostalCode(streetCode_.view())) {
         return true;
     }
-    // A code that MUNICIPI lacks; where it says that there is only one, another one is wrong.
+    // A code missing from MUNICIPI; a municipality marked as having a single code cannot have another one.
     return streetIneCode_ && streetIneCode_->view() == municipality.ineCode && !municipality.hasOneCode;
 }
 

@@ -1,5 +1,4 @@
-// What the tables know about one address: municipalities by name, and the streets that are a municipality's
-// own.
+// Table lookups for one address: municipalities by name, and a municipality's own streets.
 #pragma once
 
 #include <functional>
@@ -13,14 +12,14 @@
 
 namespace ambrel {
 
-/// A municipality as all its rows of MUNICIPI describe it, hidden ones included. Texts in Windows-1252.
+/// A municipality as described by all its rows of MUNICIPI, hidden ones included. Texts in Windows-1252.
 struct Municipality {
     std::string ineCode;
     std::string name;
     std::vector<std::string>
-        provinces; // two digits: its own first, then others that its postal codes begin with
+        provinces; // two digits: its own first, then any others that its postal codes begin with
     std::vector<std::string> postalCodes; // ascending
-    bool hasOneCode = false;              // marked so, and indeed without a second one
+    bool hasOneCode = false;              // marked as such, and without a second one in the rows
 
     [[nodiscard]] bool hasPostalCode(std::string_view postalCode) const;
 };
@@ -32,38 +31,37 @@ struct StreetStretch {
     std::string type;
     std::string name;
     std::string postalCode;
-    std::string ineCode; // blank where nobody has filled it in
+    std::string ineCode; // blank if never filled in
     StretchRanges ranges;
 };
 
-/// Looks up with cursors of its own, so that nobody's place in the tables moves. Streets are found by
-/// province and name, whatever their capital mark: the key of streets holds no municipality, and outside
-/// capitals those of a whole province stand under one mark. Errors of all operations: dbase::Error.
+/// Looks up with cursors of its own, so that no other cursor moves. Streets are found by province and name,
+/// whatever their capital mark: street keys contain no municipality, and outside capitals the streets of a
+/// whole province share one mark. Errors of all operations: dbase::Error.
 class AddressDirectory {
 public:
-    /// Opens MUNICIPI and POSTAL of a database. A host that changes Config.EntidadesMenores creates another.
+    /// Opens MUNICIPI and POSTAL of a database. After changing Config.EntidadesMenores, create a new object.
     explicit AddressDirectory(const std::string& database = "DB");
 
-    /// The different municipalities with exactly this name in the rows that the configuration shows, in the
-    /// order of their codes. Minor entities, where they are shown, lead to the municipality that they belong
-    /// to.
+    /// The distinct municipalities with exactly this name in the rows that the configuration shows, in code
+    /// order. Minor entities, if shown, lead to the municipality they belong to.
     [[nodiscard]] std::vector<Municipality> municipalitiesNamed(const std::string& name);
-    /// The first name, in alphabetical order, that begins with a text, of those that the configuration shows;
-    /// null when there is none.
+    /// The alphabetically first name beginning with a text, among those that the configuration shows; null if
+    /// there is none.
     [[nodiscard]] std::optional<std::string> municipalityNameBeginning(const std::string& text);
-    /// The municipality with an INE code; null when there is none.
+    /// The municipality with an INE code; null if there is none.
     [[nodiscard]] std::optional<Municipality> municipality(const std::string& ineCode);
 
-    /// A municipality's own stretches of the street with exactly this name, in the order of the table.
+    /// A municipality's own stretches of the street with exactly this name, in table order.
     [[nodiscard]] std::vector<StreetStretch> stretches(const Municipality& municipality,
                                                        const std::string& name);
     /// The municipality's first street, by name, that begins with a text; of several rows the first one of
-    /// the type, else the first. Null when there is none.
+    /// the type, or else the first. Null if there is none.
     [[nodiscard]] std::optional<StreetStretch>
     streetBeginning(const Municipality& municipality, const std::string& text, const std::string& type);
 
 private:
-    /// Whether the current row of POSTAL is the municipality's.
+    /// Whether the current row of POSTAL belongs to the municipality.
     [[nodiscard]] bool isOwn(const Municipality& municipality) const;
     [[nodiscard]] StreetStretch currentStretch() const;
     /// Visits the municipality's own rows from a name on, province by province, while the visitor wants more.
@@ -92,7 +90,7 @@ private:
     dbase::Field& evenFirst_ = streets_.bindInteger("PAR_INI");
     dbase::Field& evenLast_ = streets_.bindInteger("PAR_FIN");
     dbase::Field& streetCode_ = streets_.bindCharacter("CODPOSTAL", 5);
-    dbase::Field* streetIneCode_ = nullptr; // null in a table of somebody else that lacks it
+    dbase::Field* streetIneCode_ = nullptr; // null if a foreign table lacks it
 };
 
 } // namespace ambrel

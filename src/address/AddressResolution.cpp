@@ -28,9 +28,9 @@ std::uint16_t keyOf(char c) {
     return c == ',' ? key_code::comma : key_code::none;
 }
 
-/// Types a text into an empty box. Only the last key that asks for completion matters: each lookup starts
-/// afresh, and the keys behind it overwrite the completed tail. Null when the box then shows something else
-/// than what was found.
+/// Types a text into an empty box. Only the last key that requests completion matters: each lookup starts
+/// from scratch, and the keys after it overwrite the completed tail. Null if the box would then show
+/// something other than what was found.
 template<class Asks, class Lookup>
 std::optional<std::string> typeInto(const std::string& text, Asks asks, Lookup lookup) {
     const auto last = std::find_if(text.rbegin(), text.rend(), [&](char c) { return asks(keyOf(c)); }).base();
@@ -41,7 +41,7 @@ std::optional<std::string> typeInto(const std::string& text, Asks asks, Lookup l
     return found && (last == text.end() || text == *found) ? found : std::nullopt;
 }
 
-/// Whether a province's name is the one given, or has it on one side of a slash: "ALAVA/ARABA".
+/// Whether a province's name equals the given one, in full or on one side of a slash: "ALAVA/ARABA".
 bool hasName(std::string_view province, std::string_view given) {
     while (!province.empty()) {
         const std::string_view one = province.substr(0, province.find('/'));
@@ -64,7 +64,7 @@ bool isIn(const Municipality& municipality, const std::string& province, const s
     return own == province || hasName(tidied(provinceName(own, database)), province);
 }
 
-/// Settles an address part by part; each step says whether the next one makes sense.
+/// Resolves an address part by part; each step returns whether the next one makes sense.
 class Resolution {
 public:
     Resolution(const std::string& database, const TypedAddress& typed)
@@ -188,7 +188,7 @@ ResolvedAddress resolveAddress(const std::string& database, const TypedAddress& 
 
 ResolvedAddress resolveAddressUtf8(const std::string& database, const TypedAddress& typed) {
     const dbase::CodePage& page = dbase::CodePage::windows1252();
-    // Nothing is called so; an empty text would leave out a condition.
+    // A text that no name equals; an empty one would drop a condition.
     const auto bytes = [&](const std::string& utf8) { return page.fromUtf8(utf8).value_or("?"); };
     auto result =
         resolveAddress(database, typed.as<std::string>(bytes)).as<std::string>([&](const auto& text) {

@@ -19,7 +19,7 @@ bool isLetter(char c) {
     return !isDigit(c) && !isOrdinal(c) && isAlphanumeric(static_cast<unsigned char>(c));
 }
 
-/// Capitals without blanks, full stops, slashes, hyphens and ordinals: "S/Nº" becomes "SN".
+/// Drops blanks, full stops, slashes, hyphens and ordinals from capitals: "S/Nº" becomes "SN".
 std::string lettersOf(std::string_view text) {
     std::string letters;
     std::ranges::copy_if(text, std::back_inserter(letters), [](char c) { return isLetter(c) || isDigit(c); });
@@ -33,7 +33,7 @@ bool saysThatThereIsNone(std::string_view text) {
     return std::ranges::find(words, letters) != words.end() && std::ranges::none_of(text, isDigit);
 }
 
-/// Cuts "N", "Nº", "NUM.", "NÚMERO" and the like off the front.
+/// Removes "N", "Nº", "NUM.", "NÚMERO" and the like from the front.
 std::string_view withoutAbbreviation(std::string_view text) {
     for (const std::string_view word : {"N\xDAMERO", "NUMERO", "N\xDAM", "NUM", "NRO", "NO", "N", "#"}) {
         if (!text.starts_with(word)) {
@@ -49,7 +49,7 @@ std::string_view withoutAbbreviation(std::string_view text) {
     return text;
 }
 
-/// Whether what follows the digits leaves them a house number.
+/// Whether the digits are still a house number with this text after them.
 bool mayFollow(std::string_view rest) {
     if (rest.empty()) {
         return true;

@@ -22,7 +22,7 @@ Stretches saidToBeOf(const Stretches& stretches, const std::string& ineCode) {
     return those(stretches, [&](const StreetStretch& one) { return one.ineCode == ineCode; });
 }
 
-/// Without those that are said to be another municipality's, unless that is all there is.
+/// Drops stretches marked as another municipality's, unless none is marked as this one's.
 Stretches withoutForeign(const Stretches& stretches, const std::string& ineCode) {
     if (saidToBeOf(stretches, ineCode).empty()) {
         return stretches;

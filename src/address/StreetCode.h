@@ -1,4 +1,4 @@
-// Which postal code an address has, of the stretches that its street is divided into.
+// Determining the postal code of an address from the stretches of its street.
 #pragma once
 
 #include <string>
@@ -9,30 +9,30 @@
 
 namespace ambrel {
 
-/// The stretches that an address with a type can mean: those of that type; where there are none, those
-/// without type; else, and for a blank type, all.
+/// The stretches that an address with a type may refer to: those of that type; if there are none, those
+/// without a type; otherwise, or for a blank type, all.
 [[nodiscard]] std::vector<StreetStretch> stretchesOfType(std::vector<StreetStretch> stretches,
                                                          const std::string& type);
 
-/// The stretch that an address lies in, and how far that is sure.
+/// The stretch in which an address lies, and how certain that is.
 struct StreetCode {
     enum class Certainty {
-        Sure,      // one postal code is possible
-        NoNumber,  // the street has several codes, and no number chooses among them
+        Sure,      // only one postal code is possible
+        NoNumber,  // the street has several codes, and no number selects one
         NoStretch, // no stretch has the number
-        Unclear,   // what stands for a number is none
+        Unclear,   // the text for the number is not a number
         Several,   // stretches with different codes have the number
-        NoCode     // the stretch has none
+        NoCode     // the stretch has no code
     };
     Certainty certainty = Certainty::NoStretch;
-    StreetStretch stretch; // the one with the number; without one the street's first
+    StreetStretch stretch; // the one with the number; without one, the street's first
 
     [[nodiscard]] bool isSure() const { return certainty == Certainty::Sure; }
 };
 
 /// `stretches`: at least one, all of one street of the municipality. Where the postal codes of two
-/// municipalities overlap, the INE code chooses: stretches that are said to be another's count only while
-/// none is said to be this one's.
+/// municipalities overlap, the INE code decides: stretches marked as another municipality's count only if
+/// none is marked as this one's.
 [[nodiscard]] StreetCode streetCode(const std::vector<StreetStretch>& stretches, const std::string& ineCode,
                                     const HouseNumber& number);
 

@@ -1,4 +1,4 @@
-// Typed texts as the tables write theirs.
+// Typed texts in the form that the tables use.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace ambrel {
 
-/// In capitals, without blanks at the ends and with single ones inside; tabs and line ends are blanks. Text
-/// in Windows-1252.
+/// In capitals, without blanks at the ends and with single blanks inside; tabs and line ends count as blanks.
+/// Text in Windows-1252.
 [[nodiscard]] std::string tidied(std::string_view text);
 
 } // namespace ambrel

@@ -7,8 +7,8 @@
 #include "dbase/dataset/dataset.h"
 
 /// Owns the tables that one controller works on. The constructor opens `tbMunicipiAux` and the destructor
-/// closes it; the other tables are opened and closed by those who use them. Errors of the constructor:
-/// whatever keeps MUNICIPI from being opened (dbase::Error).
+/// closes it; the users of the other tables open and close them. Errors of the constructor: anything that
+/// prevents MUNICIPI from being opened (dbase::Error).
 class AMBREL_EXPORT TDMCodPostales {
 public:
     /// `database`: the name under which the folder of the tables is registered.
@@ -45,9 +45,9 @@ public:
     dbase::Field& tbPostalPAR_FIN = tbPostal.bindInteger("PAR_FIN");
     dbase::Field& tbPostalCODPOSTAL = tbPostal.bindCharacter("CODPOSTAL", 5);
 
-    /// Second, unfiltered cursor, from which `NOMBRE_COMPLETO` is calculated.
+    /// Second, unfiltered cursor, used to calculate `NOMBRE_COMPLETO`.
     dbase::Dataset tbMunicipiAux;
 };
 
-/// Declared for the host and always empty: each controller keeps a module of its own.
+/// Declared for the host and always null: each controller has a module of its own.
 extern AMBREL_EXPORT TDMCodPostales* DMCodPostales;

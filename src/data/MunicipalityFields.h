@@ -1,11 +1,11 @@
-// By what the cursor on MUNICIPI knows its table, from which the name of an entity's municipality is taken.
+// The fields of the MUNICIPI cursor that supplies the name of an entity's municipality.
 #pragma once
 
 #include "dbase/dataset/dataset.h"
 
 namespace ambrel {
 
-/// So that a table of somebody else is refused for a column that it lacks, and not for its tags.
+/// Binds the fields so that a foreign table is refused for a column it lacks rather than for its tags.
 inline void bindMunicipalityFields(dbase::Dataset& municipalities) {
     municipalities.bindCharacter("COD_INE", 5);
     municipalities.bindCharacter("CODPOSTAL", 5);

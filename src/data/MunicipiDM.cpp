@@ -24,15 +24,15 @@ TDMMunicipi::~TDMMunicipi() { tbMunicipiAux.close(); }
 
 void TDMMunicipi::calculateProvinceName() {
     // Deliberate: opened and closed for each record, so that the cursor never stays open between records, not
-    // even one that somebody else opened.
+    // even if other code opened it.
     tbProvinAux.close();
     TBIndexa("CODIGO", tbProvinAux);
     const ambrel::TableScope open(tbProvinAux);
     if (!tbMunicipiMJ.autoCalculates()) {
         return;
     }
-    // Deliberate: the text of PROVCOD is sought as it is, among codes of three characters; whatever follows
-    // it, or the last province, gives the name.
+    // Deliberate: the text of PROVCOD is sought as it is, among codes of three characters; the name is that
+    // of the next record after it or, failing that, the last province.
     static_cast<void>(TBBusca(tbProvinAux, {{"CODIGO", tbMunicipiMJPROVCOD.text()}}, nearestSearch));
     tbMunicipiMJNOMBREPROV.setText(tbProvinAuxPROVINCIA.text());
 }

@@ -9,8 +9,8 @@
 #include "dbase/dataset/dataset.h"
 
 /// Owns the tables that one municipality search works on. The constructor opens `tbMunicipiAux` and the
-/// destructor closes it; the other tables are opened and closed by those who use them. Errors of the
-/// constructor: whatever keeps MUNICIPI from being opened (dbase::Error).
+/// destructor closes it; the users of the other tables open and close them. Errors of the constructor:
+/// anything that prevents MUNICIPI from being opened (dbase::Error).
 class AMBREL_EXPORT TDMMunicipi {
 public:
     /// `database`: the name under which the folder of the tables is registered.
@@ -40,7 +40,7 @@ public:
     dbase::Field& tbProvinCOD_198 = tbProvin.bindCharacter("COD_198", 3);
     dbase::Field& tbProvinGRUPO = tbProvin.bindInteger("GRUPO");
 
-    /// Second, unfiltered cursor, from which `NOMBRE_COMPLETO` is calculated.
+    /// Second, unfiltered cursor, used to calculate `NOMBRE_COMPLETO`.
     dbase::Dataset tbMunicipiAux;
 
     /// The alternative municipality list.
@@ -51,7 +51,7 @@ public:
     dbase::Field& tbMunicipiMJNOMBREPROV = tbMunicipiMJ.addCalculated("NOMBREPROV", 21);
     dbase::DataSource dsMunicipiMJ;
 
-    /// Cursor from which `NOMBREPROV` is calculated; closed between records.
+    /// Cursor used to calculate `NOMBREPROV`; closed between records.
     dbase::Dataset tbProvinAux;
     dbase::Field& tbProvinAuxPROVINCIA = tbProvinAux.bindCharacter("PROVINCIA", 21);
 
@@ -59,5 +59,5 @@ private:
     void calculateProvinceName();
 };
 
-/// The module of the municipality routine that is at work; null between them.
+/// The module of the municipality routine now running; null between runs.
 extern AMBREL_EXPORT TDMMunicipi* DMMunicipi;

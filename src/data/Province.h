@@ -8,9 +8,9 @@
 
 namespace ambrel {
 
-/// Digits of a province's code, with which postal codes and INE codes begin.
+/// Digits of a province code; postal codes and INE codes begin with them.
 inline constexpr int provinceDigits = 2;
-/// Digits of a whole postal code.
+/// Digits of a postal code.
 inline constexpr int postalCodeDigits = 5;
 
 /// `GRUPO` of the Spanish provinces; countries and other territories have other groups.
@@ -22,7 +22,7 @@ struct Province {
     std::string code; // three characters: "0" and the two digits
 };
 
-/// The two digits of the province that a postal code or an INE code begins with.
+/// The two-digit province code at the start of a postal code or an INE code.
 [[nodiscard]] inline std::string provinceOf(std::string_view code) { return StrLeft(code, provinceDigits); }
 
 } // namespace ambrel

@@ -1,4 +1,4 @@
-// The five postal tables as they are created: columns and tags.
+// The five postal tables as created: columns and tags.
 #pragma once
 
 #include <optional>
@@ -17,7 +17,7 @@ inline constexpr std::size_t streetNameWidth = 45;
 /// Width of a street's type.
 inline constexpr std::size_t streetTypeWidth = 3;
 
-/// `CAPITAL` of a provincial capital, and of everything else; of a street: of one named after a locality.
+/// `CAPITAL` of a provincial capital, and of anything else; in a street: of one named after a locality.
 inline constexpr const char* capitalMark = "0";
 inline constexpr const char* localityMark = "9";
 /// `UNICO` of a municipality with a single postal code.
@@ -29,7 +29,7 @@ inline constexpr const char* singleCodeMark = "S";
 [[nodiscard]] AMBREL_EXPORT dbase::TableDefinition streetTypeTable();              // TIPO_VIA
 [[nodiscard]] AMBREL_EXPORT dbase::TableDefinition alternativeMunicipalityTable(); // MUNICIMJ
 
-/// All five, in the order in which they are created.
+/// All five, in order of creation.
 [[nodiscard]] AMBREL_EXPORT std::vector<dbase::TableDefinition> tableDefinitions();
 
 /// The definition of a table by its name, with or without ".DBF", letter case ignored; null for any other

@@ -17,7 +17,7 @@ TableScope::~TableScope() {
             table_.close();
         }
     } catch (...) {
-        // The table is closed; what somebody who listens to it could not do is no fault of the work.
+        // The table is closed; a listener's failure to react is not a fault of the work.
     }
 }
 
@@ -45,7 +45,7 @@ void TagScope::giveBack() noexcept {
     try {
         TBIndexa(tag_, table_);
     } catch (...) {
-        // The failure that ended the work is on its way to the caller and tells more than this one.
+        // The failure that ended the work is on its way to the caller and says more than this one.
     }
 }
 

@@ -1,4 +1,4 @@
-// What is done to a table for the time of a block, and undone however the block ends.
+// Temporary changes to a table: made for a block and undone however the block ends.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace ambrel {
 
-/// Opens a table that it finds closed, and closes that one again. Errors: those of opening.
+/// Opens a table if it is closed, and closes it again in that case. Errors: those of opening.
 class TableScope {
 public:
     explicit TableScope(dbase::Dataset& table);
@@ -20,8 +20,8 @@ private:
     bool opened_;
 };
 
-/// Puts a cursor in another order. Call `restore` when the work is done; the destructor does what it can for
-/// work that failed. Errors: those of TBIndexa, after which the order is the one from before.
+/// Puts a cursor in another order. Call `restore` when the work is done; the destructor restores as far as
+/// possible after work that failed. Errors: those of TBIndexa, after which the order is the previous one.
 class TagScope {
 public:
     TagScope(dbase::Dataset& table, const std::string& tag);
@@ -35,7 +35,7 @@ private:
     void giveBack() noexcept;
 
     dbase::Dataset& table_;
-    const std::string tag_; // the one to come back to
+    const std::string tag_; // the tag to restore
     bool restored_ = false;
 };
 

@@ -5,7 +5,7 @@
 #include "dbase/dataset/data_source.h"
 #include "dbase/dataset/dataset.h"
 
-/// Owns the street-type table; it is opened and closed by those who use it.
+/// Owns the street-type table; its users open and close it.
 class AMBREL_EXPORT TDMVias {
 public:
     /// `database`: the name under which the folder of the table is registered.
@@ -21,5 +21,5 @@ public:
     dbase::DataSource dsTipo_Via;
 };
 
-/// The module of the street-type routine that is at work; null between them.
+/// The module of the street-type routine now running; null between runs.
 extern AMBREL_EXPORT TDMVias* DMVias;

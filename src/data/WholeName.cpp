@@ -11,13 +11,13 @@ namespace {
 
 constexpr const char* withoutEntities = "ENT_MENOR=False";
 
-/// Name of the municipality that an entity belongs to; null when there is none to be found.
+/// Name of the municipality that an entity belongs to; null if none is found.
 std::optional<std::string> municipalityOf(const std::string& ineCode, dbase::Dataset& all) {
     if (!TBBusca(all, {{"COD_INE", ineCode}}, exactSearch)) {
         return std::nullopt;
     }
-    // Deliberate: the walk does not end with the code. Where a code has nothing but entities, the next
-    // municipality in the order of codes lends its name.
+    // Deliberate: the walk does not end with the code. If a code has only entities, the next municipality in
+    // code order lends its name.
     while (all.field("ENT_MENOR").logical()) {
         if (!all.next()) {
             return std::nullopt;
@@ -31,7 +31,7 @@ std::optional<std::string> municipalityOf(const std::string& ineCode, dbase::Dat
 void hideMinorEntities(dbase::Dataset& municipalities) {
     if (!Config.EntidadesMenores) {
         TBFiltra(municipalities, withoutEntities);
-    } else if (municipalities.filter() == withoutEntities) { // of an opening with another setting
+    } else if (municipalities.filter() == withoutEntities) { // left by an opening under another setting
         municipalities.clearFilter();
         municipalities.first();
     }

@@ -1,5 +1,5 @@
-// What the municipality cursors of the data modules have in common: the filter that hides minor population
-// entities, and the name under which a record is shown.
+// What the municipality cursors of the data modules share: the filter that hides minor population entities,
+// and the name under which a record is shown.
 #pragma once
 
 #include <string>
@@ -12,12 +12,11 @@ namespace ambrel {
 inline constexpr std::size_t wholeNameWidth = 100;
 
 /// After-open hook of a browsing cursor: hides minor entities unless the configuration asks for them, and
-/// shows again those that an earlier opening of the cursor hid.
+/// shows those hidden by an earlier opening of the cursor again.
 void hideMinorEntities(dbase::Dataset& municipalities);
 
-/// Calculation of the browsing cursor's `NOMBRE_COMPLETO`: the name and, behind a minor entity's, the
-/// municipality that it belongs to. `all` is a second, unfiltered cursor in the order of COD_INE; only that
-/// one moves.
+/// Calculates the browsing cursor's `NOMBRE_COMPLETO`: the name, followed for a minor entity by the
+/// municipality it belongs to. `all` is a second, unfiltered cursor in COD_INE order; only that one moves.
 void calculateWholeName(dbase::Dataset& municipalities, dbase::Dataset& all);
 
 } // namespace ambrel

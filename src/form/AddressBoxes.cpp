@@ -26,7 +26,7 @@ namespace {
 
 using Box = AddressBoxes::Box;
 
-/// How a box is typed into. A street type may be given by its name, a number with what belongs to it.
+/// How a box is typed into. The length allows a street type's whole name, and a number with its additions.
 struct Typing {
     Box box;
     int length;
@@ -51,7 +51,7 @@ bool hasTypingRules(const QLineEdit& edit) {
 
 } // namespace
 
-/// What was fastened to the host's boxes, which may go before or after it.
+/// Objects attached to the host's boxes, which may be destroyed before or after it.
 struct AddressBoxes::Events {
     std::vector<QPointer<QLineEdit>> boxes;
     std::vector<QPointer<QObject>> helpers;
@@ -99,7 +99,7 @@ void AddressBoxes::wire(const Boxes& boxes, TClassCodPostales& controller) {
         if (QLineEdit* edit = boxes.at(typing.box)) {
             fasten(*edit, typing.box, typing.completes);
             events_->helpers.emplace_back(new EditMenu(edit));
-            if (!hasTypingRules(*edit)) { // the host's own go first
+            if (!hasTypingRules(*edit)) { // the host's own come first
                 events_->helpers.emplace_back(new TypingRules(edit, typing.length, typing.capitals));
             }
             if (typing.hasList) {
@@ -113,7 +113,7 @@ void AddressBoxes::wire(const Boxes& boxes, TClassCodPostales& controller) {
 
 void AddressBoxes::fasten(QLineEdit& edit, Box box, bool completes) {
     events_->boxes.emplace_back(&edit);
-    // Not only what is typed: completers and screen readers set texts, which nobody has looked up either.
+    // Not only typed changes: completers and screen readers set texts too, and nothing has looked those up.
     connect(&edit, &QLineEdit::textChanged, this, guarded([this, box] { validation_->changed(box); }));
     if (completes) {
         auto* keys =

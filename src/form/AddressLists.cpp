@@ -23,7 +23,7 @@ using Box = AddressBoxes::Box;
 
 constexpr int firstProvince = 1;
 
-/// The street types for as long as their list is shown.
+/// The street types while their list is shown.
 class StreetTypeModule {
 public:
     StreetTypeModule() {
@@ -64,7 +64,7 @@ void AddressLists::open(Box box) {
 }
 
 void AddressLists::chooseMunicipality() {
-    validation_.boxes().municipality->setFocus(); // leaves the box that was being typed in first
+    validation_.boxes().municipality->setFocus(); // leaves the box being edited first
     validation_.goToMunicipality();
     if (validation_.controller().BuscarMunicipios()) {
         validation_.takeMunicipality();
@@ -82,10 +82,10 @@ void AddressLists::chooseProvince() {
     }
     QString name;
     int group = provinceGroup;
-    // Without an initial code the list would offer countries as well.
+    // Without an initial code the list would also offer countries.
     SeleccionaProvincia(name, group, QStringLiteral("Provincias"),
                         QStringLiteral("  Provincia de la dirección  "), code != 0 ? code : firstProvince);
-    if (group != 0) { // without a choice the host's own province is no answer to this box
+    if (group != 0) { // 0: nothing chosen, and the host's own province does not belong in this box
         validation_.take(Box::Province, name);
     }
 }
@@ -111,7 +111,7 @@ void AddressLists::chooseStreet() {
         validation_.takeStreet();
     } else {
         validation_.goToMunicipality();
-        validation_.lookUpAgain(); // it may have been changed or deleted in the list
+        validation_.lookUpAgain(); // the street may have been changed or deleted in the list
     }
     validation_.boxes().street->setFocus();
 }

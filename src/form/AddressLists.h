@@ -1,12 +1,12 @@
-// The lists that the boxes of an address open, and the card of its street.
+// The lists opened from the boxes of an address, and the card of its street.
 #pragma once
 
 #include "form/AddressBoxes.h"
 
 namespace ambrel {
 
-/// What is chosen goes into its box as if it had been typed and left. Without a choice the form stays as it
-/// was. Not installed: the inside of AddressBoxes.
+/// A choice goes into its box as if it had been typed and left. Without a choice the form stays as it was.
+/// Not installed: internal to AddressBoxes.
 class AddressLists {
 public:
     explicit AddressLists(AddressValidation& validation) : validation_(validation) {}

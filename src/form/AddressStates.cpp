@@ -1,4 +1,4 @@
-// What each box of an address can be relied on for, and why not.
+// How reliable each box of an address is, and why not.
 #include <QLineEdit>
 #include <algorithm>
 
@@ -29,7 +29,7 @@ void AddressValidation::refreshStates() {
             continue;
         }
         Status now = statusOf(box);
-        // Those of municipality and street are codes, set where they are found.
+        // The Tags of municipality and street are codes, set where they are found.
         if (box != Box::Municipality && box != Box::Street) {
             setTag(*edit, now.state == State::Validated ? 1 : 0);
         }
@@ -83,7 +83,7 @@ AddressValidation::Status AddressValidation::provinceStatus() const {
     if (!municipality_) {
         return {State::NotValidated, withoutMunicipality()};
     }
-    const QString shown = boxes_.province->text(); // with its blanks: a column takes them, too
+    const QString shown = boxes_.province->text(); // with its blanks: a column stores them too
     QString first;
     for (const std::string& code : municipality_->provinces) {
         const QString name = LocalizaProvincia(fromWindows1252(code));
@@ -110,7 +110,7 @@ AddressValidation::Status AddressValidation::streetTypeStatus() const {
     return {State::Validated, {}};
 }
 
-/// Why the street is not the one that is meant, where it has another type than the one in the form.
+/// Why the street does not match, if its type differs from the one in the form.
 QString AddressValidation::reasonOfType() const {
     const auto type = toWindows1252(text(Box::StreetType));
     const auto agrees = [&](const StreetStretch& one) { return one.type.empty() || one.type == type; };
@@ -185,7 +185,7 @@ AddressValidation::Status AddressValidation::postalCodeStatus() const {
         return {State::NotValidated, withoutStreet()};
     }
     const QString code = fromWindows1252(right);
-    if (boxes_.postalCode->text() == code) { // with its blanks: a column takes them, too
+    if (boxes_.postalCode->text() == code) { // with its blanks: a column stores them too
         return {State::Validated, {}};
     }
     return {State::NotValidated, QStringLiteral("El código de esta dirección es %1.").arg(code)};

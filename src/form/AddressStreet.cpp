@@ -1,4 +1,4 @@
-// Street, its type, the number and the postal code that they lead to.
+// Street, type and number, and the postal code they lead to.
 #include <QLineEdit>
 #include <QScopedValueRollback>
 #include <algorithm>
@@ -21,8 +21,8 @@ namespace {
 
 constexpr bool mayAskForList = true;
 
-/// Abbreviation of the street type that a text names: itself, or the type's whole name. Errors: those of
-/// opening TIPO_VIA.
+/// Abbreviation of the street type named by a text: the text itself, or that of the type with this whole
+/// name. Errors: those of opening TIPO_VIA.
 std::optional<std::string> streetTypeNamed(const std::string& text) {
     StreetCardTables tables;
     for (const StreetType& type : tables.streetTypes()) {
@@ -35,7 +35,7 @@ std::optional<std::string> streetTypeNamed(const std::string& text) {
 
 } // namespace
 
-/// What stands in the street's box is to be looked up in another municipality when it is left.
+/// Marks the text in the street's box for lookup in another municipality when the box is left.
 void AddressValidation::forgetStreet() {
     stretches_.clear();
     code_.reset();
@@ -73,12 +73,12 @@ void AddressValidation::leaveStreet() {
     }
     if (!municipality_) {
         setTag(*boxes_.street, 0);
-        isChanged_[index(Box::Street)] = true; // to be looked up once there is one
+        isChanged_[index(Box::Street)] = true; // look it up once there is one
         return;
     }
     lookUpStreet(Writing::StreetsCode);
     if (!municipality_) {
-        isChanged_[index(Box::Street)] = true; // it is gone
+        isChanged_[index(Box::Street)] = true; // the municipality is gone
     } else if (stretches_.empty()) {
         askAboutStreet();
     }
@@ -94,7 +94,7 @@ void AddressValidation::lookUpStreet(Writing writing) {
     if (!municipality_) {
         return;
     }
-    municipality_ = directory_.municipality(municipality_->ineCode); // somebody may have added a postal code
+    municipality_ = directory_.municipality(municipality_->ineCode); // others may have added a postal code
     if (!municipality_) {
         return setTag(*boxes_.municipality, 0);
     }
@@ -111,7 +111,7 @@ void AddressValidation::lookUpStreet(Writing writing) {
     settleCode(writing);
 }
 
-/// The same for a street that was chosen: its Tag stays while the street has such a row.
+/// The same for a chosen street: keeps its Tag while the street still has that row.
 void AddressValidation::lookUpKnownStreet(Writing writing) {
     const int chosen = boxes_.street ? tagOf(*boxes_.street) : 0;
     lookUpStreet(writing);
@@ -136,7 +136,7 @@ void AddressValidation::askAboutStreet() {
     goToMunicipality();
     goToStreet();
     if (name) {
-        show(Box::Street, fromWindows1252(*name)); // what is stored is what can be found
+        show(Box::Street, fromWindows1252(*name)); // what is stored can be found again
     }
     {
         const QScopedValueRollback writing(isWriting_, true);
@@ -152,7 +152,7 @@ void AddressValidation::askAboutStreet() {
         takeStreet();
         return;
     case TClassCodPostales::TypedStreet::NotAdded:
-        isChanged_[index(Box::Street)] = true; // the user is to try again
+        isChanged_[index(Box::Street)] = true; // so that the user can try again
         break;
     case TClassCodPostales::TypedStreet::Known:
     case TClassCodPostales::TypedStreet::Unknown:
@@ -163,7 +163,7 @@ void AddressValidation::askAboutStreet() {
     goToMunicipality();
 }
 
-/// A postal code that the user has typed, or that is sure: not one that another street has left behind.
+/// The postal code typed by the user or the only possible one, but not one left from another street.
 QString AddressValidation::codeForNewStreet() const {
     if (municipality_ && municipality_->hasOneCode) {
         return fromWindows1252(municipality_->postalCodes.front());
@@ -171,7 +171,7 @@ QString AddressValidation::codeForNewStreet() const {
     return isCodeTyped_ ? text(Box::PostalCode) : QString();
 }
 
-/// The card may have given the street another name or type, and has moved the municipalities.
+/// The card may have given the street another name or type, and has moved the municipality cursor.
 void AddressValidation::takeAddedStreet() {
     show(Box::Street, fromWindows1252(controller_.DM->tbPostalVIA.view()));
     show(Box::StreetType, fromWindows1252(controller_.DM->tbPostalTIPO_VIA.view()));
@@ -180,7 +180,7 @@ void AddressValidation::takeAddedStreet() {
     lookUpStreet(Writing::StreetsCode);
 }
 
-/// The list goes through all of Spain: where the street is not the municipality's, it brings another along.
+/// The list covers all of Spain: a street of another municipality brings that municipality with it.
 void AddressValidation::takeStreet() {
     if (!beginEdit()) {
         return;
@@ -224,8 +224,8 @@ void AddressValidation::takeStreet() {
     endUnchangedEdit();
 }
 
-/// Finds the stretch of street and number, and writes its postal code. Without a number that chooses, a
-/// street that was just looked up brings its first stretch's.
+/// Finds the stretch of street and number, and writes its postal code. If no number selects one, a street
+/// that was just looked up brings the code of its first stretch.
 void AddressValidation::settleCode(Writing writing) {
     code_.reset();
     if (stretches_.empty()) {
@@ -256,7 +256,7 @@ bool AddressValidation::isStreetType(const std::string& code) const {
     try {
         return !code.empty() && streetTypeNamed(code) == code;
     } catch (const dbase::Error&) {
-        return false; // without the table no type is known; whoever leaves the box is told why
+        return false; // without the table no type is known; leaving the box reports why
     }
 }
 

@@ -1,4 +1,4 @@
-// An address settled without boxes, in the texts of windows.
+// Address resolution without boxes, in window texts.
 #pragma once
 
 #include <QString>
@@ -8,12 +8,12 @@
 
 namespace ambrel {
 
-/// What is asked and answered, in texts of windows.
+/// Query and answer in window texts.
 using TypedAddressText = TypedAddressOf<QString>;
 using ResolvedAddressText = ResolvedAddressOf<QString>;
 
-/// resolveAddress() for texts of windows; needs neither a QApplication nor a screen. A text that the tables
-/// cannot hold matches nothing, and is answered as typed.
+/// resolveAddress() for window texts; needs neither a QApplication nor a screen. A text that the tables
+/// cannot hold matches nothing and is returned as typed.
 [[nodiscard]] AMBREL_EXPORT ResolvedAddressText resolveAddressText(const std::string& database,
                                                                    const TypedAddressText& typed);
 

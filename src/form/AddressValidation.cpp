@@ -1,4 +1,4 @@
-// Leaving the boxes of an address.
+// Handling of leaving the boxes of an address.
 #include "form/AddressValidation.h"
 
 #include <QApplication>
@@ -23,7 +23,7 @@ namespace {
 
 constexpr bool mayAsk = true;
 
-/// Handed to the controller for an answer that is wanted: an empty text would stay empty.
+/// Passed to the controller to request a value: an empty text would stay empty.
 const QString wanted = QStringLiteral(" ");
 
 bool isInProvince(const Municipality& municipality, const QString& name) {
@@ -51,7 +51,7 @@ QString AddressValidation::text(Box box) const {
     return edit ? edit->text().simplified() : QString();
 }
 
-/// Keeps the caret, and the host's row unpended, where the text is the same already.
+/// If the text is unchanged, keeps the caret and leaves the host's row out of edit.
 void AddressValidation::write(Box box, const QString& text) {
     QLineEdit* const edit = boxes_.at(box);
     if (!edit || edit->text() == text) {
@@ -59,7 +59,7 @@ void AddressValidation::write(Box box, const QString& text) {
     }
     const QScopedValueRollback writing(isWriting_, true);
     edit->setText(text);
-    seen_[index(box)] = edit->text(); // a row that is held by others takes it back
+    seen_[index(box)] = edit->text(); // a row locked by another user restores it
 }
 
 void AddressValidation::show(Box box, const QString& text) {
@@ -72,7 +72,7 @@ void AddressValidation::show(Box box, const QString& text) {
     }
 }
 
-/// Without the blanks that came along with a text: in a column they would take the place of its end.
+/// Removes blanks that came with a text: in a column they would push out its end.
 void AddressValidation::tidy(Box box) { write(box, text(box)); }
 
 void AddressValidation::noteTexts() {
@@ -93,7 +93,7 @@ void AddressValidation::endUnchangedEdit() {
 
 void AddressValidation::changed(Box box) {
     if (isWriting_ || boxes_.at(box)->text() == seen_[index(box)]) {
-        return; // ours, or gone already: somebody else has the host's row
+        return; // our own change, or already undone: another user holds the host's row
     }
     seen_[index(box)] = boxes_.at(box)->text();
     edited(box);
@@ -132,10 +132,10 @@ void AddressValidation::edited(Box box) {
 void AddressValidation::complete(Box box, std::uint16_t& key, Qt::KeyboardModifiers modifiers) {
     constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
     if (!isChanged_[index(box)]) {
-        return; // a key that has changed nothing, such as one that was refused or is for reading only
+        return; // a key that changed nothing, such as one that was refused or typed into a read-only box
     }
     if ((modifiers & commands) || QApplication::activeModalWidget()) {
-        return; // a shortcut, or what opened a list that now works on the same tables
+        return; // a shortcut, or the key that opened a list now using the same tables
     }
     if (box == Box::Municipality) {
         controller_.OrdenaPorNombreMunicipi();
@@ -162,7 +162,7 @@ void AddressValidation::leave(Box box) {
         try {
             look(box);
         } catch (...) {
-            isChanged_[index(box)] = true; // to be looked up when the box is left again
+            isChanged_[index(box)] = true; // look it up when the box is left again
             refreshStates();
             throw;
         }
@@ -184,7 +184,7 @@ void AddressValidation::look(Box box) {
         return leaveStreet();
     case Box::Number:
         tidy(box);
-        if (!stretches_.empty()) { // others may have changed them since the street was left
+        if (!stretches_.empty()) { // other users may have changed them since the street was left
             lookUpKnownStreet(Writing::NumbersCode);
         }
         return;
@@ -196,7 +196,7 @@ void AddressValidation::look(Box box) {
 std::vector<Municipality> AddressValidation::candidates() {
     auto named = directory_.municipalitiesNamed(bytesOf(text(Box::Municipality)));
     isNameShared_ = named.size() > 1;
-    // A province that the program wrote is that of the municipality before.
+    // A province written by the program belongs to the previous municipality.
     if (isNameShared_ && isProvinceTyped_ && !text(Box::Province).isEmpty()) {
         named = those(std::move(named),
                       [&](const Municipality& one) { return isInProvince(one, text(Box::Province)); });
@@ -204,8 +204,8 @@ std::vector<Municipality> AddressValidation::candidates() {
     return named;
 }
 
-/// Puts MUNICIPI, ordered by name, on the row of a municipality with the name that is shown, else on its
-/// first. One that others have deleted meanwhile is not taken, nor is the row that stands in its place.
+/// Moves MUNICIPI, in name order, to the row of a municipality with the name shown, or else to its first. If
+/// another user has deleted it meanwhile, neither it nor the row in its place is taken.
 void AddressValidation::adopt(const Municipality& municipality, const std::string& shownName) {
     auto& table = controller_.DM->tbMunicipi;
     const auto isIts = [&] { return controller_.DM->tbMunicipiCOD_INE.view() == municipality.ineCode; };
@@ -258,7 +258,7 @@ void AddressValidation::leaveProvince() {
     }
 }
 
-/// Writes province and, where there is only one, the postal code. Asks for a municipality that is not known.
+/// Writes the province and, if it is the only one, the postal code. Asks about an unknown municipality.
 void AddressValidation::fillFromMunicipality(bool asks) {
     QString province = wanted, postalCode = wanted;
     {
@@ -285,15 +285,15 @@ void AddressValidation::municipalityChanged() {
     const QString code = fromWindows1252(municipality_->ineCode);
     const QString before = std::exchange(settledMunicipality_, code);
     if (before == code) {
-        return lookUpStreet(Writing::Nothing); // the same as before it was edited
+        return lookUpStreet(Writing::Nothing); // the same as before the edit
     }
-    isCodeTyped_ = isCodeTyped_ && before.isEmpty(); // else it was typed for the one before
+    isCodeTyped_ = isCodeTyped_ && before.isEmpty(); // otherwise it was typed for the previous one
     forgetStreet();
 }
 
 void AddressValidation::takeMunicipality() {
     if (!beginEdit()) {
-        return; // the boxes show the row that others hold
+        return; // the boxes show the row that another user holds
     }
     show(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
     isChanged_[index(Box::Municipality)] = false;

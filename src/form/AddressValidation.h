@@ -1,5 +1,5 @@
-// What leaving the boxes of an address does: looks their texts up, asks what is to become of unknown ones,
-// and keeps what the tables say of each.
+// Handles leaving the boxes of an address: looks up their texts, asks what to do about unknown ones, and
+// keeps what the tables say about each.
 #pragma once
 
 #include <QString>
@@ -16,12 +16,12 @@ class TClassCodPostales;
 
 namespace ambrel {
 
-/// Not installed: the inside of AddressBoxes.
+/// Not installed: internal to AddressBoxes.
 class AddressValidation {
 public:
     using Box = AddressBoxes::Box;
     using State = AddressBoxes::State;
-    /// Told when a box has another state or reason.
+    /// Called when the state or reason of a box changes.
     using Listener = std::function<void(Box)>;
 
     AddressValidation(const AddressBoxes::Boxes& boxes, TClassCodPostales& controller, Listener listener);
@@ -32,27 +32,27 @@ public:
     [[nodiscard]] State state(Box box) const { return states_[index(box)].state; }
     [[nodiscard]] QString reason(Box box) const { return states_[index(box)].reason; }
 
-    // --- What the user does.
-    /// Has changed the text of a box, as anybody may but this object.
+    // --- User actions.
+    /// The text of a box has changed, by anything but this object.
     void changed(Box box);
-    /// Has released a key that completes.
+    /// A key that may complete a text was released.
     void complete(Box box, std::uint16_t& key, Qt::KeyboardModifiers modifiers);
-    /// Leaves a box; nothing happens to one that was not changed since it was left last.
+    /// Leaves a box; does nothing if it has not changed since it was last left.
     void leave(Box box);
 
-    // --- What was chosen from a list, on whose row the controller's table stands.
+    // --- Choices from a list; the controller's table is on the chosen row.
     void takeMunicipality();
     void takeStreet();
-    /// A text that was chosen for a box.
+    /// Takes a text chosen for a box.
     void take(Box box, const QString& text);
 
-    /// Looks a stored address up.
+    /// Looks up a stored address.
     void takeStored();
-    /// Finds out again what is known of street and number: the tables may have changed.
+    /// Looks street and number up again: the tables may have changed.
     void lookUpAgain();
-    /// Puts MUNICIPI on the form's municipality, by name; near the text where it is not validated.
+    /// Moves MUNICIPI, in name order, to the form's municipality, or near the text if it is not validated.
     void goToMunicipality();
-    /// Puts POSTAL, ordered by street, on the address's stretch, or near its street.
+    /// Moves POSTAL, in street order, to the address's stretch, or near its street.
     void goToStreet();
     [[nodiscard]] bool isStreetKnown() const { return !stretches_.empty(); }
 
@@ -116,14 +116,14 @@ private:
     std::optional<Municipality> municipality_; // while its text is validated
     dbase::Bookmark municipalityRow_;
     QString settledMunicipality_;          // INE code for which the street was looked up
-    bool isNameShared_ = false;            // several municipalities have the text that stands in the box
+    bool isNameShared_ = false;            // several municipalities share the name in the box
     std::vector<StreetStretch> stretches_; // of the street, while it is validated
     std::optional<StreetCode> code_;
     bool isTypeKnown_ = false;
-    bool isProvinceTyped_ = false, isCodeTyped_ = false; // by the user, since the program wrote it last
-    std::array<bool, 6> isChanged_{};                    // by others than us, and not looked up yet
-    std::array<QString, 6> seen_{};                      // texts whose change is known
-    bool isWriting_ = false;                             // a text of ours goes into a box
+    bool isProvinceTyped_ = false, isCodeTyped_ = false; // by the user, since the program last wrote it
+    std::array<bool, 6> isChanged_{};                    // not by us, and not looked up yet
+    std::array<QString, 6> seen_{};                      // texts whose change has been processed
+    bool isWriting_ = false;                             // we are writing a text to a box
     std::array<Status, 6> states_{};
 };
 

@@ -107,7 +107,7 @@ bool RecordBinding::hasChanges() const {
 QLineEdit* RecordBinding::cutBox() const {
     const auto isCut = [](const Bond& bond) {
         std::string whole = toNearestWindows1252(bond.box->text());
-        whole.erase(whole.find_last_not_of(' ') + 1); // trailing blanks are no loss
+        whole.erase(whole.find_last_not_of(' ') + 1); // trailing blanks may be lost
         return whole.size() > bond.field->width();
     };
     const auto cut = std::ranges::find_if(bonds_, isCut);

@@ -1,4 +1,4 @@
-// Typed texts as the tables would write them.
+// Normalises typed texts to the form used in the tables.
 #include "form/TypedText.h"
 
 #include "address/TidyText.h"

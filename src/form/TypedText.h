@@ -1,4 +1,4 @@
-// What is typed into a box, tidied as the tables write their texts.
+// Typed texts, tidied to the form used in the tables.
 #pragma once
 
 #include <QString>
@@ -7,10 +7,10 @@
 
 namespace ambrel {
 
-/// Null for what Windows-1252 cannot hold, which matches nothing.
+/// Null for text that Windows-1252 cannot hold; such text matches nothing.
 [[nodiscard]] std::optional<std::string> normalized(const QString& text);
 
-/// The same, empty for what cannot be held.
+/// The same, but empty for text that cannot be held.
 [[nodiscard]] std::string bytesOf(const QString& text);
 
 } // namespace ambrel

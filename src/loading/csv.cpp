@@ -48,7 +48,7 @@ void CsvReader::fail(const std::string& text) const {
 
 bool CsvReader::hasMore() { return at_ < end_ || refill(); }
 
-/// More bytes behind the ones of the record, which moves to the front of the buffer.
+/// Reads more bytes after those of the record, which moves to the front of the buffer.
 bool CsvReader::refill() {
     if (isExhausted_) {
         return false;
@@ -157,7 +157,7 @@ void CsvReader::readQuoted() {
     add({start, at_ - 1 - begin_, openLine, hasDoubledQuotes});
 }
 
-/// Takes what stands behind a value; true when it ends the record.
+/// Consumes what follows a value; true if it ends the record.
 bool CsvReader::endsRecord() {
     if (!hasMore()) {
         return true;
@@ -234,7 +234,7 @@ void CsvWriter::field(std::string_view text) {
 void CsvWriter::endRecord() {
     constexpr std::size_t enough = std::size_t{1} << 16;
     if (pending_.size() == recordStart_) {
-        pending_ += "\"\""; // one blank value: an empty line would be none
+        pending_ += "\"\""; // one blank value: an empty line would not be a record
     }
     pending_ += '\n';
     isFirst_ = true;

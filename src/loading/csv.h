@@ -1,5 +1,5 @@
-// CSV as RFC 4180 has it, in UTF-8, also with another separator than the comma: reading record by record from
-// a stream, writing to a file descriptor.
+// CSV according to RFC 4180, in UTF-8, also with a separator other than the comma: reading record by record
+// from a stream, writing to a file descriptor.
 #pragma once
 
 #include <array>
@@ -15,7 +15,7 @@
 
 namespace loading {
 
-/// A text that is not CSV. Line and column (in characters) count from 1.
+/// A text that is not valid CSV. Line and column (in characters) count from 1.
 class CsvError : public Failure {
 public:
     CsvError(const std::string& name, std::uint64_t line, std::uint64_t column, const std::string& text);
@@ -27,29 +27,29 @@ private:
     std::uint64_t line_, column_;
 };
 
-/// One value of a record, quotes taken off.
+/// One value of a record, without its quotes.
 struct CsvField {
     std::string_view text;
     std::uint64_t line; // where it begins, from 1
 };
 
-/// Reads record by record out of one buffer. Lines end in LF or CR LF; a byte order mark before the first one
-/// and empty lines are passed over. Errors: CsvError, and whatever the source raises.
+/// Reads record by record through one buffer. Lines end in LF or CR LF; a byte order mark at the start and
+/// empty lines are skipped. Errors: CsvError, and anything the source throws.
 class CsvReader {
 public:
     static constexpr std::size_t defaultBufferSize = std::size_t{1} << 20;
-    /// A longer record can only be a quote that is never closed.
+    /// A longer record can only come from a quote that is never closed.
     static constexpr std::size_t maxRecordSize = std::size_t{1} << 24;
-    /// No table has as many columns.
+    /// More columns than any table has.
     static constexpr std::size_t maxFields = 4096;
 
-    /// `name` is what errors call the text. `separator`: of the values, as separatorNamed() gives it.
+    /// `name`: what errors call the text. `separator`: between values, as returned by separatorNamed().
     CsvReader(TextSource source, std::string name, char separator = ',',
               std::size_t bufferSize = defaultBufferSize);
     CsvReader(const CsvReader&) = delete;
     CsvReader& operator=(const CsvReader&) = delete;
 
-    /// Reads the next record; false when there is none.
+    /// Reads the next record; false if there are no more.
     [[nodiscard]] bool next();
     /// The record read last; its texts are valid until the next one is read.
     [[nodiscard]] std::span<const CsvField> fields() const { return fields_; }
@@ -59,7 +59,7 @@ public:
     [[nodiscard]] char separator() const { return separator_; }
 
 private:
-    struct Extent { // relative to the start of the record, as the buffer may move under it
+    struct Extent { // relative to the start of the record, because the buffer may move
         std::size_t begin, end;
         std::uint64_t line;
         bool hasDoubledQuotes;
@@ -82,7 +82,7 @@ private:
     std::array<bool, 256> endsPlain_; // bytes that end an unquoted value, or must not be in one
     std::vector<char> buffer_;
     std::size_t begin_ = 0; // of the record in the buffer
-    std::size_t at_ = 0;    // next byte to look at
+    std::size_t at_ = 0;    // next byte to examine
     std::size_t end_ = 0;   // of the bytes read
     bool isExhausted_ = false;
     std::uint64_t line_ = 1, recordLine_ = 1;
@@ -91,24 +91,23 @@ private:
     std::vector<CsvField> fields_;
 };
 
-/// What can stand between values: a sign other than quotes, or a tab, which may be written "tab". Null for
-/// anything else.
+/// A separator of values: any sign other than a quote, or a tab, also written "tab". Null for anything else.
 [[nodiscard]] std::optional<char> separatorNamed(std::string_view name);
 
-/// Whoever reads our output has gone away.
+/// Thrown when the reader of our output has gone away.
 struct OutputClosed {};
 
-/// Writes records, gathered into large pieces. Errors: OutputClosed, Failure.
+/// Writes records, collected into large pieces. Errors: OutputClosed, Failure.
 class CsvWriter {
 public:
     explicit CsvWriter(int descriptor);
     CsvWriter(const CsvWriter&) = delete;
     CsvWriter& operator=(const CsvWriter&) = delete;
 
-    /// Quoted when it must be.
+    /// Quotes the text if necessary.
     void field(std::string_view text);
     void endRecord();
-    /// What is not flushed is not written.
+    /// Writes what is pending; anything not flushed is lost.
     void flush();
 
 private:

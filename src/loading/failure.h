@@ -1,4 +1,4 @@
-// What keeps a loading or a command from being done.
+// Failures that prevent a load or a command.
 #pragma once
 
 #include <stdexcept>

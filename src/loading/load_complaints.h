@@ -1,4 +1,4 @@
-// What is wrong with a text that is to be loaded.
+// Complaints about a text to be loaded.
 #pragma once
 
 #include <cstdint>
@@ -7,24 +7,23 @@
 
 namespace loading {
 
-/// Gathers what is wrong, so that one attempt tells all of it: the first ones word by word, of the others the
-/// number.
+/// Collects complaints, so that one attempt reports them all: the first ones in full, the rest as a number.
 class LoadComplaints {
 public:
     static constexpr std::size_t mostTold = 100;
 
-    /// `name` is what they call the text.
+    /// `name`: what complaints call the text.
     explicit LoadComplaints(std::string name) : name_(std::move(name)) {}
 
-    /// One of a line; `text` goes behind it: ", columna NUM: ...".
+    /// Adds a complaint about a line; `text` continues it: ", columna NUM: ...".
     void add(std::uint64_t line, const std::string& text);
-    /// What ended the reading before the end of the text, already with its name; told in any case.
+    /// Adds what ended the reading before the end of the text, with the name already in it; always reported.
     void addEnd(const std::string& text) { end_ = text; }
-    /// Something worth saying once, behind everything.
+    /// Adds something worth saying once, after everything else.
     void addHint(const std::string& text) { hint_ = text; }
 
     [[nodiscard]] bool empty() const { return told_.empty() && end_.empty(); }
-    /// All of it, one a line, and that nothing was loaded.
+    /// All complaints, one a line, and that nothing was loaded.
     [[nodiscard]] std::string text() const;
 
 private:

@@ -1,5 +1,5 @@
-// The rows of MUNICIPI in the order of COD_INE: behind a municipality its entities. The tag is the plain
-// column, as other programs understand it, and rows of one code stand in it in the order of the records.
+// The rows of MUNICIPI in COD_INE order: a municipality, then its entities. The tag is the plain column,
+// which other programs understand, and within a code it keeps the order of the records.
 #pragma once
 
 #include <optional>
@@ -13,15 +13,15 @@
 
 namespace loading {
 
-/// Rows that wait for all the others, to be stored in order.
+/// Collects all rows, to store them in order.
 class MunicipalityRows {
 public:
-    /// Null for a table that is not MUNICIPI, or not with its columns.
+    /// Null for a table other than MUNICIPI, or without its columns.
     [[nodiscard]] static std::optional<MunicipalityRows> of(const std::string& tableFile,
                                                             const dbase::Schema& schema);
 
     void add(std::span<const char> record) { rows_.emplace_back(record.begin(), record.end()); }
-    /// By code, entities last; otherwise in the order in which they came.
+    /// Orders by code, entities last; otherwise keeps the order of arrival.
     void storeIn(dbase::BulkLoader& loader);
 
 private:
@@ -31,11 +31,11 @@ private:
     std::vector<std::string> rows_;
 };
 
-/// Whether a table is MUNICIPI, by its file.
+/// Whether a table file is that of MUNICIPI.
 [[nodiscard]] bool isMunicipalityTable(const std::string& tableFile);
 
-/// INE codes, in ascending order, with an entity before a row of its municipality. `table`: open, without
-/// active tag.
+/// INE codes, in ascending order, in which an entity precedes a row of its municipality. `table`: open,
+/// without an active tag.
 [[nodiscard]] std::vector<std::string> codesWithEntitiesInFront(dbase::Dataset& table);
 
 } // namespace loading

@@ -16,12 +16,12 @@ namespace loading {
 
 namespace {
 
-/// Takes away again what was created, unless it is kept.
+/// Removes what was created, unless it is kept.
 class Creation {
 public:
     Creation() = default;
     ~Creation() {
-        std::error_code ignored; // the fault that led here is the one to tell
+        std::error_code ignored; // the error that led here is the one to report
         for (const std::string& path : paths_) {
             fs::remove(path, ignored);
         }
@@ -29,7 +29,7 @@ public:
     Creation(const Creation&) = delete;
     Creation& operator=(const Creation&) = delete;
 
-    /// The last one added is the first one removed.
+    /// Files are removed in reverse order of addition.
     void add(const std::string& path) { paths_.insert(paths_.begin(), path); }
     void keep() { paths_.clear(); }
 
@@ -37,7 +37,7 @@ private:
     std::vector<std::string> paths_;
 };
 
-/// The file of a table, or the index that is left of one.
+/// The file of a table, or the index left over from one.
 std::optional<std::string> leftOf(const std::string& folder, const std::string& table) {
     if (auto file = dbase::findTableFile(folder, table)) {
         return file;
@@ -57,7 +57,7 @@ void refuseExisting(const std::string& folder, const std::vector<dbase::TableDef
     }
 }
 
-/// Fails while a table is in use, so that not half of them are replaced.
+/// Fails if a table is in use, so that the tables are never replaced in part.
 void requireUnused(const std::string& folder, const std::vector<dbase::TableDefinition>& definitions) {
     std::vector<std::unique_ptr<dbase::TableReplacement>> all;
     for (const dbase::TableDefinition& definition : definitions) {

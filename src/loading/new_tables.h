@@ -9,19 +9,18 @@
 
 namespace loading {
 
-/// Tables that are there already and may not be replaced.
+/// Tables exist already and may not be replaced.
 class TablesExist : public Failure {
 public:
     using Failure::Failure;
 };
 
-/// Is given the name and the file of a table that was just created.
+/// Receives the name and the file of a table just created.
 using TableFiller = std::function<void(const std::string& name, const std::string& tableFile)>;
 
-/// Creates the five tables, and the folder where it is not there. Errors: TablesExist naming the
-/// tables that exist already (unless they may be replaced), Failure naming those in use, before anything is
-/// created; dbase::Error and
-/// whatever the filler raises, after which no new table remains.
+/// Creates the five tables, and the folder if missing. Errors: before anything is created, TablesExist naming
+/// the tables that exist already (unless they may be replaced) or Failure naming those in use; later,
+/// dbase::Error and anything the filler throws, after which no new table remains.
 void createPostalTables(const std::string& folder, dbase::IfExists ifExists, const TableFiller& fill = {});
 
 } // namespace loading

@@ -37,7 +37,7 @@ std::string tooLong(std::string_view text, std::size_t size, std::size_t width) 
            std::to_string(width);
 }
 
-/// A decimal number cut into its digits; no view on anything but the text.
+/// A decimal number split into its digits; its views refer to the text.
 struct Decimal {
     bool isNegative = false;
     std::string_view whole, fraction; // without leading and trailing zeros
@@ -139,7 +139,7 @@ std::optional<std::string> CellEncoder::encode(std::string_view text, const Colu
     return "los campos memo no se escriben";
 }
 
-/// Trailing blanks do not count: the table does not tell them from its padding.
+/// Trailing blanks are ignored: the table cannot distinguish them from its padding.
 std::optional<std::string> CellEncoder::encodeCharacters(std::string_view text, std::span<char> raw) const {
     text = dbase::decodeText(text);
     if (isAscii(text)) {
@@ -176,7 +176,7 @@ std::string CellEncoder::whyNotInPage(std::string_view text) const {
            (&page_ == &dbase::CodePage::windows1252() ? "Windows-1252" : "la página de códigos de la tabla");
 }
 
-/// Digit by digit, as a floating-point number would not keep all that a wide column holds.
+/// Works digit by digit, because a floating-point number would lose digits of a wide column.
 std::optional<std::string> CellEncoder::encodeNumber(std::string_view text, const Column& column,
                                                      std::span<char> raw) const {
     const std::optional<Decimal> number = parseDecimal(text);

@@ -1,4 +1,4 @@
-// Values between UTF-8 text, as CSV and the command line have them, and the columns of a record.
+// Conversion between UTF-8 text, as in CSV and on the command line, and the columns of a record.
 #pragma once
 
 #include <optional>
@@ -13,22 +13,22 @@
 
 namespace loading {
 
-/// What a numeric column without decimals may hold.
+/// Range of a numeric column without decimals.
 enum class Integers {
     AnyThatFits,
-    SixteenBits, // those of the postal tables are bound as 16-bit fields
+    SixteenBits, // for the postal tables, whose columns are bound as 16-bit fields
 };
 
-/// Writes the values of one table's columns.
+/// Encodes values for the columns of one table.
 class CellEncoder {
 public:
     CellEncoder(const dbase::CodePage& page, Integers integers) : page_(page), integers_(integers) {}
-    /// With the code page of a table, and 16 bits where it is one of the postal ones.
+    /// Uses the table's code page, and 16 bits if it is a postal table.
     CellEncoder(const dbase::Schema& schema, const std::string& tableFile);
 
-    /// Writes a text as the bytes of a column (raw: its whole width); a blank one as a blank column. Null
-    /// when that worked, else why not, in Spanish and quoting the text. Logicals: True/False,
-    /// VERDADERO/FALSO, T/F, S/N, 1/0, letter case ignored; dates: YYYY-MM-DD, YYYYMMDD.
+    /// Encodes a text as the bytes of a column (raw: its whole width); a blank text as a blank column. Null
+    /// on success, otherwise the reason in Spanish, quoting the text. Logicals: True/False, VERDADERO/FALSO,
+    /// T/F, S/N, 1/0, letter case ignored; dates: YYYY-MM-DD, YYYYMMDD.
     [[nodiscard]] std::optional<std::string> encode(std::string_view text, const dbase::Column& column,
                                                     std::span<char> raw) const;
 
@@ -43,7 +43,7 @@ private:
     Integers integers_;
 };
 
-/// Writes the value of a field: text without trailing blanks, numbers in decimal, True or False, dates as
+/// Writes a field's value: text without trailing blanks, numbers in decimal, True or False, dates as
 /// YYYY-MM-DD, null as nothing.
 void writeValue(CsvWriter& csv, const dbase::Field& field, const dbase::CodePage& page);
 

@@ -14,7 +14,7 @@ namespace loading {
 
 namespace {
 
-/// What a header of a single unknown name may lack.
+/// Hints at the separator that a header with a single unknown name may need.
 std::string separatorHint(const CsvReader& csv) {
     if (csv.fields().size() > 1) {
         return {};
@@ -29,7 +29,7 @@ std::string separatorHint(const CsvReader& csv) {
     return {};
 }
 
-/// The columns of the table that the header names, in its order; with complaints, not all of them.
+/// The table's columns named by the header, in its order; some are missing if there are complaints.
 std::vector<dbase::Column> readHeader(CsvReader& csv, const dbase::Schema& schema,
                                       LoadComplaints& complaints) {
     if (!csv.next()) {
@@ -78,8 +78,8 @@ void encodeRow(const CsvReader& csv, const std::vector<dbase::Column>& columns, 
     }
 }
 
-/// Everything but making the rows visible. `ordered`: keeps them until they can be put in order. Behind the
-/// first complaint the rows are only looked at.
+/// Loads without making the rows visible. `ordered`: keeps them until they can be put in order. After the
+/// first complaint the rows are only checked.
 std::uint64_t loadRows(CsvReader& csv, dbase::BulkLoader& loader, const std::string& tableFile,
                        std::optional<MunicipalityRows> ordered, const LoadProgress& progress,
                        LoadComplaints& complaints) {
@@ -90,7 +90,7 @@ std::uint64_t loadRows(CsvReader& csv, dbase::BulkLoader& loader, const std::str
     }
     const CellEncoder encoder(loader.schema(), tableFile);
     std::vector<char> record(loader.schema().recordLength,
-                             ' '); // columns that the header does not name stay blank
+                             ' '); // columns not named by the header stay blank
     std::uint64_t rows = 0;
     while (csv.next()) {
         encodeRow(csv, columns, encoder, record, complaints);

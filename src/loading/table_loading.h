@@ -10,13 +10,13 @@
 
 namespace loading {
 
-/// Told while rows are read (share below 0) and while the tags are made (share 0 to 1).
+/// Called while rows are read (share below 0) and while the tags are built (share 0 to 1).
 using LoadProgress = std::function<void(std::uint64_t rows, double share)>;
 
-/// Adds the rows of a CSV text to a table; its first row names the columns, in any order, and those not named
-/// stay blank. MUNICIPI, when it is replaced, gets the order of COD_INE. Returns the number of rows. Errors:
-/// Failure that tells text, line and column of every value that cannot be loaded (as LoadComplaints does),
-/// dbase::Error; the table is then as it was.
+/// Adds the rows of a CSV text to a table; the first row names the columns, in any order, and those not named
+/// stay blank. MUNICIPI, when replaced, is put in COD_INE order. Returns the number of rows. Errors: Failure
+/// with text, line and column of every value that cannot be loaded (as in LoadComplaints), dbase::Error; the
+/// table is then unchanged.
 std::uint64_t loadCsv(CsvReader& csv, const std::string& tableFile, dbase::BulkLoader::Mode mode,
                       const LoadProgress& progress = {});
 

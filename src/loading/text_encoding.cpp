@@ -19,7 +19,7 @@ constexpr std::string_view littleEndianMark = "\xFF\xFE";
 bool isSurrogate(char32_t unit) { return unit >= 0xD800 && unit < 0xE000; }
 bool isFirstSurrogate(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 
-/// A source that reads another one; what was read and is not yet given waits as UTF-8.
+/// A source that reads another one; what was read but not yet delivered is kept as UTF-8.
 class Decoder {
 public:
     Decoder(TextSource source, TextEncoding encoding, std::string name)
@@ -38,7 +38,7 @@ public:
     }
 
 private:
-    /// The next bytes of the source, decoded. The first ones wait until they can tell a mark.
+    /// Decodes the next bytes of the source. The first ones are held until a mark can be recognised.
     void read() {
         constexpr std::size_t pieceSize = std::size_t{1} << 16;
         const std::size_t kept = bytes_.size();
@@ -88,7 +88,7 @@ private:
         }
     }
 
-    /// Whole characters; the bytes of a cut one wait for the rest.
+    /// Decodes whole characters; the bytes of a partial one wait for the rest.
     void decodeUtf16() {
         std::size_t at = 0;
         while (at + 2 <= bytes_.size()) {
@@ -134,7 +134,7 @@ private:
     TextSource source_;
     TextEncoding encoding_;
     std::string name_;
-    std::string bytes_; // read and not yet decoded
+    std::string bytes_; // read but not yet decoded
     std::uint64_t dropped_ = 0;
     std::string text_;
     std::size_t given_ = 0; // of the text

@@ -9,18 +9,18 @@
 
 namespace loading {
 
-/// How the characters of a file are written.
+/// Encoding of a file.
 enum class TextEncoding {
     Utf8,        // with or without its mark
-    Windows1252, // as Windows calls ANSI in western Europe
-    Utf16,       // with its mark, which tells the order of the bytes
+    Windows1252, // what Windows calls ANSI in western Europe
+    Utf16,       // with its mark, which gives the byte order
 };
 
-/// By its usual name, letter case ignored: utf-8, windows-1252, utf-16. Null for any other.
+/// Finds an encoding by its usual name, letter case ignored: utf-8, windows-1252, utf-16. Null for any other.
 [[nodiscard]] std::optional<TextEncoding> textEncodingNamed(std::string_view name);
 
-/// The text of a source in UTF-8. `name` is what errors call it. Errors: Failure for a mark of another
-/// encoding, a missing mark, what is no UTF-16; whatever the source raises.
+/// The text of a source in UTF-8. `name`: what errors call it. Errors: Failure for a mark of another
+/// encoding, a missing mark, or invalid UTF-16; anything the source throws.
 [[nodiscard]] TextSource decoded(TextSource source, TextEncoding encoding, const std::string& name);
 
 } // namespace loading

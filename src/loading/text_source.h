@@ -1,4 +1,4 @@
-// Where text that is read piece by piece comes from.
+// Sources of text that is read piece by piece.
 #pragma once
 
 #include <cstddef>
@@ -9,17 +9,17 @@
 
 namespace loading {
 
-/// Fills a piece of memory with the bytes that follow and says how many they are; 0 at the end.
+/// Fills a piece of memory with the next bytes and returns their number; 0 at the end.
 using TextSource = std::function<std::size_t(std::span<char>)>;
 
-/// Source on a text in memory, which must outlive it.
+/// Source over a text in memory, which must outlive it.
 [[nodiscard]] TextSource textSource(std::string_view text);
-/// Source on a file. Errors: Failure for one that cannot be opened or read.
+/// Source over a file. Errors: Failure if it cannot be opened or read.
 [[nodiscard]] TextSource fileSource(const std::string& path);
-/// Source on what the program is given to read. `name` is what errors call it.
+/// Source over the program's standard input. `name`: what errors call it.
 [[nodiscard]] TextSource standardInput(const std::string& name);
 
-/// All that a source has left.
+/// Everything left in a source.
 [[nodiscard]] std::string wholeText(const TextSource& source);
 
 } // namespace loading

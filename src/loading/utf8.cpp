@@ -4,12 +4,12 @@ namespace loading {
 
 namespace {
 
-/// Bytes of the character that this one begins; 0 for one that begins none.
+/// Size in bytes of the character that begins with this byte; 0 if none does.
 std::size_t announcedSize(unsigned char lead) {
     return lead < 0x80 ? 1 : lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
 }
 
-/// Longer forms than needed, surrogates, and what lies behind the last code point.
+/// True for overlong forms, surrogates, and code points beyond the last one.
 bool isForbidden(unsigned char lead, unsigned char second) {
     return (lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) ||
            (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second > 0x8F);

@@ -1,4 +1,4 @@
-// The package's own unit: loading it creates nothing; its classes and routines, save those below, come from
+// The package's own unit: loading it creates nothing; its classes and routines, except those below, come from
 // the archives linked whole.
 #include "package/AmbCodPostales.h"
 

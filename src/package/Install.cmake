@@ -1,5 +1,5 @@
-# What a host's developers get: library, headers, the CMake package and the pkg-config file. Nothing in them names the
-# place where they were installed, so that the whole tree may be moved.
+# What a host's developers get: library, headers, the CMake package and the pkg-config file. None of them names the
+# place of installation, so that the whole tree may be moved.
 include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/AmbCodPostales")
@@ -12,7 +12,7 @@ install(EXPORT AmbCodPostalesTargets NAMESPACE AmbCodPostales:: DESTINATION "${p
 
 configure_package_config_file(AmbCodPostalesConfig.cmake.in "${CMAKE_CURRENT_BINARY_DIR}/AmbCodPostalesConfig.cmake"
   INSTALL_DESTINATION "${package_dir}" NO_SET_AND_CHECK_MACRO)
-# Below 1.0 a second number that changes may break a host.
+# Below 1.0 a change of the second number may break a host.
 write_basic_package_version_file("${CMAKE_CURRENT_BINARY_DIR}/AmbCodPostalesConfigVersion.cmake"
   COMPATIBILITY SameMinorVersion)
 install(FILES
@@ -20,7 +20,7 @@ install(FILES
   "${CMAKE_CURRENT_BINARY_DIR}/AmbCodPostalesConfigVersion.cmake"
   DESTINATION "${package_dir}" COMPONENT dev)
 
-# From where the pkg-config file lies to the prefix, whatever the machine's library folder is called.
+# Path from the pkg-config file to the prefix, whatever the machine's library folder is called.
 set(pkgconfig_dir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 file(RELATIVE_PATH pkgconfig_to_prefix "/${pkgconfig_dir}" "/")
 string(REGEX REPLACE "/$" "" pkgconfig_to_prefix "${pkgconfig_to_prefix}")

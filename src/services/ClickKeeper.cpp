@@ -1,4 +1,4 @@
-// Clicks that bring up a message before they reach their control.
+// Clicks whose focus change brings up a message before they reach their control.
 #include "services/ClickKeeper.h"
 
 #include <QCoreApplication>
@@ -8,7 +8,7 @@
 namespace ambrel {
 namespace {
 
-/// Native children of a window, which Qt makes of a widget's siblings too, get the mouse themselves.
+/// Native children of a window, which Qt also creates for a widget's siblings, receive the mouse themselves.
 bool isWithin(const QWindow* pressed, const QWindow* window) {
     return pressed && window && (pressed == window || window->isAncestorOf(pressed));
 }
@@ -17,7 +17,7 @@ bool isWithin(const QWindow* pressed, const QWindow* window) {
 
 ClickKeeper::ClickKeeper(QObject* parent) : QObject(parent) { qApp->installEventFilter(this); }
 
-/// A press comes to its window first, and then, with the focus moved already, to a control.
+/// A press goes to its window first and then, after the focus has moved, to a control.
 bool ClickKeeper::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
     case QEvent::MouseButtonPress:
@@ -44,18 +44,18 @@ void ClickKeeper::run(QWidget& window, const std::function<void()>& handlers) {
         handlers();
         return;
     }
-    press_->window = window.windowHandle(); // which messages block
+    press_->window = window.windowHandle(); // the one that messages block
     const QPointer<QWidget> alive = &window;
     const QPointer<QWidget> clicked = window.focusWidget();
-    waiting_.push_back(*std::exchange(press_, std::nullopt)); // the message has presses of its own
+    waiting_.push_back(*std::exchange(press_, std::nullopt)); // the message gets presses of its own
     handlers();
     press_ = waiting_.back();
     waiting_.pop_back();
     press_->isAway = !alive || !alive->isVisible() || !clicked || alive->focusWidget() != clicked;
 }
 
-/// False when the control is not to be given its press. Its release is posted, also where the button is still
-/// down: a window that was blocked has forgotten which control that belongs to.
+/// False if the control must not receive its press. The release is posted even if the button is still down: a
+/// window that was blocked has forgotten which control it belongs to.
 bool ClickKeeper::deliver(const Press& press, QWidget& control, const QMouseEvent& event) {
     if (!press.isInterrupted) {
         return true;

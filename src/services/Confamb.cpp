@@ -10,7 +10,7 @@ TConfig Config;
 
 namespace {
 
-/// Under which the package opens its tables, whatever the host calls its database.
+/// Database name under which the package opens its tables, whatever the host calls its database.
 constexpr const char* packageDatabase = "DB";
 
 } // namespace

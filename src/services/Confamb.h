@@ -8,7 +8,7 @@
 
 namespace ambrel {
 
-/// Where the street-directory service is, and how it wants to be spoken to.
+/// Address of the street-directory service and the names its protocol uses.
 struct DirectoryService {
     std::string server = "http://ovc.catastro.meh.es";        // scheme and host
     std::string actionPrefix = "http://tempuri.org";          // of its SOAP actions
@@ -17,42 +17,42 @@ struct DirectoryService {
 
 } // namespace ambrel
 
-/// The host fills it with the setters or from an INI file; the package only reads it.
+/// Filled by the host, with the setters or from an INI file; the package only reads it.
 class AMBREL_EXPORT TConfig {
 public:
-    /// The host's own province: its number, its name, and the form of its name by which streets are searched.
+    /// The host's own province: its number, its name, and the form of the name used for street searches.
     [[nodiscard]] int GetProvin() const { return province_; }
     [[nodiscard]] const std::string& GetProvin2() const { return provinceName_; }
     [[nodiscard]] const std::string& GetProvin3() const { return provinceOfStreets_; }
     /// The host's own municipality.
     [[nodiscard]] const std::string& GetsMunicipio() const { return municipality_; }
     [[nodiscard]] int GetnMunicipio() const { return municipalityCode_; }
-    /// Database name of the host application; "DB" until the host gives another.
+    /// Database name of the host application; "DB" until the host sets another.
     [[nodiscard]] const std::string& GetAliasAmbrel() const { return alias_; }
-    /// Folder of the tables of a database name. Errors: dbase::Error(NotFound) for a name without folder.
+    /// Folder of a database's tables. Errors: dbase::Error(NotFound) for a name without a folder.
     [[nodiscard]] std::string DatabasePath(const std::string& alias) const;
 
     /// Whether minor population entities are shown.
     bool EntidadesMenores = false;
 
-    /// Whether a street that was accepted is safe from a power cut at once, at the price of a wait for the
-    /// disk. Without it the last ones before the cut may be missing; the tables are whole either way.
+    /// Whether an accepted street survives a power cut from that moment on, at the price of a wait for the
+    /// disk. Otherwise the last streets before the cut may be missing; the tables are sound either way.
     bool AsegurarEnDisco = true;
-    /// The same for those who post.
+    /// The same setting as the durability to post with.
     [[nodiscard]] dbase::Durability durability() const {
         return AsegurarEnDisco ? dbase::Durability::Disk : dbase::Durability::Process;
     }
 
-    /// The public service until the host gives another.
+    /// The public service until the host sets another.
     ambrel::DirectoryService directoryService;
 
-    /// The host's own province and municipality, as the getters give them.
+    /// Set the host's own province and municipality, which the getters return.
     void setProvince(int code, std::string name, std::string nameOfStreets);
     void setMunicipality(int code, std::string name);
-    /// Names the host's database; "DB" and the alias both stand for the folder from now on.
+    /// Names the host's database; from then on both "DB" and the alias stand for the folder.
     void setDatabase(std::string alias, const std::string& folder);
 
-    /// Reads a file in UTF-8; what it does not name stays as it is:
+    /// Reads a UTF-8 file; settings that it does not name stay as they are:
     ///
     ///     ; A comment stands on a line of its own, as does one that begins with #.
     ///     [BaseDeDatos]
@@ -76,8 +76,8 @@ public:
     ///     Accion=http://tempuri.org
     ///     EspacioDeNombres=http://www.catastro.meh.es/
     ///
-    /// Errors: dbase::Error(NotFound) for a file that cannot be read, dbase::Error(BadValue) that names the
-    /// line for anything not understood; nothing has changed then.
+    /// Errors: dbase::Error(NotFound) for a file that cannot be read; dbase::Error(BadValue), which names the
+    /// line, for anything not understood. On error nothing has changed.
     void loadIni(const std::string& path);
 
 private:
@@ -88,5 +88,5 @@ private:
     std::string alias_ = "DB";
 };
 
-/// The one that the package reads.
+/// The configuration that the package reads.
 extern AMBREL_EXPORT TConfig Config;

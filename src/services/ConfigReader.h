@@ -6,8 +6,8 @@
 
 namespace ambrel {
 
-/// What an INI file names; everything else is null. Texts are Windows-1252, the folder is an absolute UTF-8
-/// path.
+/// Settings found in an INI file; the others are null. Texts are Windows-1252, the folder is an absolute
+/// UTF-8 path.
 struct ConfigValues {
     std::optional<std::string> alias, folder;
     std::optional<int> province, municipality;
@@ -16,7 +16,7 @@ struct ConfigValues {
     std::optional<std::string> directoryServer, actionPrefix, xmlNamespace;
 };
 
-/// Errors: as TConfig::loadIni.
+/// Errors: those of TConfig::loadIni.
 [[nodiscard]] ConfigValues readConfig(const std::string& path);
 
 } // namespace ambrel

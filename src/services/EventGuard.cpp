@@ -1,4 +1,4 @@
-// Showing what would otherwise end the program.
+// Showing the exceptions that would otherwise end the program.
 #include "services/EventGuard.h"
 
 #include <QtGlobal>
@@ -13,7 +13,7 @@ void show(const QString& text) noexcept {
     try {
         Mensaje_Error(text, QStringLiteral("Atención"));
     } catch (...) {
-        // With no way left to tell the user, the log at least keeps it.
+        // The user cannot be informed, but the log at least keeps it.
         qCritical("%s", qUtf8Printable(text));
     }
 }
@@ -24,7 +24,7 @@ void runGuarded(const std::function<void()>& body) noexcept {
     try {
         body();
     } catch (const SilentAbort&) {
-        // Whoever threw it has told the user.
+        // The thrower has already informed the user.
     } catch (const std::exception& error) {
         show(QString::fromUtf8(error.what()));
     } catch (...) {

@@ -10,14 +10,14 @@
 
 namespace ambrel {
 
-/// Ends an operation of which the user was told already why it goes no further.
+/// Ends an operation whose failure has already been shown to the user.
 class AMBREL_EXPORT SilentAbort : public std::exception {
 public:
     [[nodiscard]] const char* what() const noexcept override { return "operación interrumpida"; }
 };
 
-/// Runs a handler's body. An exception that reaches it is shown to the user once, and the program goes on; a
-/// SilentAbort is not shown.
+/// Runs a handler's body. An exception that leaves the body is shown to the user once, and the program goes
+/// on; a SilentAbort is not shown.
 AMBREL_EXPORT void runGuarded(const std::function<void()>& body) noexcept;
 
 /// Wraps a handler for connect(): connect(button, &QPushButton::clicked, this, guarded([this] { ... })).

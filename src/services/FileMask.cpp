@@ -1,4 +1,4 @@
-// Matching by characters, not bytes, so that ? stands for an accented letter too.
+// Matching by characters rather than bytes, so that ? also stands for an accented letter.
 #include "services/FileMask.h"
 
 #include <filesystem>
@@ -15,7 +15,7 @@ char32_t capital(char32_t character) {
     return byte ? page.decode(page.upper(*byte)) : character;
 }
 
-/// A name on disk need not be UTF-8; its bytes are characters then.
+/// A name on disk need not be UTF-8; if it is not, each byte counts as a character.
 std::u32string capitals(std::string_view text) {
     std::u32string characters;
     try {
@@ -31,7 +31,7 @@ std::u32string capitals(std::string_view text) {
     return characters;
 }
 
-/// One star at a time: a later star never needs an earlier one to take more than it did.
+/// Backtracks to the last star only: a later star never needs an earlier one to take more than it did.
 bool matches(std::u32string_view name, std::u32string_view mask) {
     std::size_t n = 0, m = 0;
     std::size_t star = std::u32string_view::npos, resume = 0;

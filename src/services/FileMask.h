@@ -6,7 +6,7 @@
 namespace ambrel {
 
 /// Whether a name (UTF-8) matches a mask: * stands for any characters, ? for one, "*.*" for every name;
-/// letter case counts for nothing.
+/// letter case is ignored.
 [[nodiscard]] bool matchesMask(std::string_view name, std::string_view mask);
 
 } // namespace ambrel

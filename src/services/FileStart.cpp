@@ -50,7 +50,7 @@ std::optional<std::string> fileStart(const std::string& path, std::size_t most, 
     if (file.bad()) {
         return refuse(reason, dbase::systemReason(errno));
     }
-    text.resize(static_cast<std::size_t>(file.gcount())); // somebody may have cut it meanwhile
+    text.resize(static_cast<std::size_t>(file.gcount())); // another process may have truncated it since
     return text;
 }
 

@@ -1,4 +1,4 @@
-// Reading files that are small when they are what they should be.
+// Reading files that ought to be small.
 #pragma once
 
 #include <cstddef>
@@ -7,8 +7,8 @@
 
 namespace ambrel {
 
-/// The first `most` bytes of a plain file, all of a shorter one. Null when it cannot be read or is no plain
-/// file: a pipe would keep the reader waiting, a device has no end. `reason`: is told why, in Spanish.
+/// The first `most` bytes of a plain file, or all of a shorter one. Null if it cannot be read or is not a
+/// plain file: a pipe would block the reader, a device has no end. `reason`: receives why, in Spanish.
 [[nodiscard]] std::optional<std::string> fileStart(const std::string& path, std::size_t most,
                                                    std::string* reason = nullptr);
 

@@ -12,10 +12,10 @@
 namespace ambrel {
 namespace {
 
-/// How many handlers run for one move before two that send the focus to each other are stopped.
+/// How many handlers run for one move, so that two that send the focus to each other come to an end.
 constexpr int patience = 16;
 
-/// A menu borrows the focus and gives it back.
+/// A menu takes the focus only for a while and gives it back.
 bool isMenu(const QWidget* widget) {
     return qobject_cast<const QMenu*>(widget) || qobject_cast<const QMenuBar*>(widget);
 }
@@ -43,13 +43,13 @@ void FocusEvents::watch(QWidget* control, Handler onEnter, Handler onExit) {
     events.handlers_.insert(control, {std::move(onEnter), std::move(onExit)});
     if (events.controlOf(QApplication::focusWidget()) == control) {
         events.stateOf(control->window())->control =
-            control; // it is being used already: only its exit is to come
+            control; // already in use: only its exit is still to come
     }
 }
 
 void FocusEvents::unwatch(QWidget* control) { instance().handlers_.remove(control); }
 
-/// The watched control that a widget is, or is a part of; null when there is none.
+/// The watched control that a widget is or belongs to; null if there is none.
 QWidget* FocusEvents::controlOf(QWidget* focused) const {
     for (QWidget* widget = focused; widget; widget = widget->isWindow() ? nullptr : widget->parentWidget()) {
         if (handlers_.contains(widget)) {
@@ -88,7 +88,7 @@ void FocusEvents::settle(QWidget* window) {
     state->running = false;
 }
 
-/// Exit and enter handlers, until the control entered last is the one that has the window's focus.
+/// Runs exit and enter handlers until the control entered last is the one with the window's focus.
 void FocusEvents::runHandlers(QWidget& window, Window& state) const {
     const QPointer<QWidget> alive = &window;
     for (int count = 0; alive && count < patience; ++count) {
@@ -111,7 +111,7 @@ void FocusEvents::run(QWidget* control, Handler Handlers::*which) const {
     if (found == handlers_.cend()) {
         return;
     }
-    if (const Handler handler = (*found).*which) { // a copy: the handler may take the control away
+    if (const Handler handler = (*found).*which) { // a copy: the handler may remove the control
         runGuarded(handler);
     }
 }

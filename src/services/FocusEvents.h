@@ -14,15 +14,15 @@ namespace ambrel {
 
 class ClickKeeper;
 
-/// One for the application. Activating a window, pop-ups and menus are no moves: while they have the focus,
-/// the control left behind is still the current one of its window. The first control of a window that is
-/// shown is entered. A handler that moves the focus itself, or shows a dialog, is finished before the next
-/// one runs. Controls without handlers end the stay in others. A child of a control, such as the edit of a
-/// combo, counts as the control.
+/// One object for the application. Activating a window, a pop-up or a menu is not a move: while they have the
+/// focus, the control that lost it stays the current one of its window. The first control of a window being
+/// shown is entered. A handler that moves the focus itself or shows a dialog finishes before the next one
+/// runs. Moving to a control without handlers also exits the watched one. A child of a control, such as the
+/// edit of a combo, counts as the control.
 ///
-/// A mouse press moves the focus before the control under the mouse gets it. When a handler then shows a
-/// modal window, that control acts on the click afterwards, once, or not at all if the focus went elsewhere
-/// meanwhile; it does not stay pressed.
+/// A mouse press moves the focus before the control under the mouse receives it. When a handler then shows a
+/// modal window, that control acts on the click afterwards, once, or not at all if the focus has gone
+/// elsewhere meanwhile; it does not stay pressed.
 class AMBREL_EXPORT FocusEvents : public QObject {
 public:
     /// Runs inside runGuarded().
@@ -30,7 +30,7 @@ public:
 
     /// Either handler may be empty. Watching a control again replaces its handlers.
     static void watch(QWidget* control, Handler onEnter, Handler onExit);
-    /// The handlers run no more.
+    /// Stops calling the control's handlers.
     static void unwatch(QWidget* control);
 
 private:
@@ -38,8 +38,8 @@ private:
         Handler onEnter, onExit;
     };
     struct Window {
-        QPointer<QWidget> control; // the watched control that was entered; null when none
-        bool running = false;      // a handler is at work
+        QPointer<QWidget> control; // the watched control that was entered; null if none
+        bool running = false;      // a handler is running
     };
 
     explicit FocusEvents(QObject* application);

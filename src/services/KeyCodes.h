@@ -1,4 +1,4 @@
-// The 16-bit key codes that key handlers are given. Letters and digits have the code of their capital in
+// The 16-bit key codes passed to key handlers. The code of a letter or digit is that of its capital in
 // Windows-1252.
 #pragma once
 
@@ -8,7 +8,7 @@
 
 namespace ambrel::key_code {
 
-inline constexpr std::uint16_t none = 0; // a key that handlers have no code for
+inline constexpr std::uint16_t none = 0; // a key without a code
 inline constexpr std::uint16_t enter = 13;
 inline constexpr std::uint16_t escape = 27;
 inline constexpr std::uint16_t space = 32;

@@ -10,7 +10,7 @@
 namespace ambrel {
 namespace {
 
-/// Keys that are no letters and no digits; 0 for those without a code.
+/// Codes of keys other than letters and digits; 0 for a key without a code.
 std::uint16_t namedKey(int key) {
     switch (key) {
     case Qt::Key_Return:
@@ -41,7 +41,7 @@ std::uint16_t namedKey(int key) {
     }
 }
 
-/// Byte of a letter's capital in Windows-1252; null for what is no letter there.
+/// Byte of a letter's capital in Windows-1252; null if the character is not a letter there.
 std::optional<std::uint16_t> capitalLetter(char32_t character) {
     const dbase::CodePage& page = dbase::CodePage::windows1252();
     const auto byte = page.encode(character);
@@ -61,8 +61,7 @@ std::uint16_t keyCode(const QKeyEvent& event) {
     if (const std::uint16_t code = namedKey(key)) {
         return code;
     }
-    // The text tells what was typed; together with Ctrl it does not, and then the key is the character
-    // itself.
+    // The text is what was typed, except with Ctrl; then the key itself is the character.
     if (event.text().size() == 1) {
         if (const auto letter = capitalLetter(event.text().front().unicode())) {
             return *letter;

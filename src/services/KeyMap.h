@@ -9,8 +9,8 @@ class QKeyEvent;
 
 namespace ambrel {
 
-/// Code of an event's key: one of key_code, a digit (keypad too), or the capital of the letter that it types;
-/// 0 for every other key.
+/// Code of an event's key: one of key_code, a digit (keypad included), or the capital of the letter typed; 0
+/// for any other key.
 [[nodiscard]] AMBREL_EXPORT std::uint16_t keyCode(const QKeyEvent& event);
 
 } // namespace ambrel

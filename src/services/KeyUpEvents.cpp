@@ -15,7 +15,7 @@
 namespace ambrel {
 namespace {
 
-/// Stands for the key of a composed letter, which only the input method knows.
+/// Stands for the key of a composed letter; only the input method knows the real one.
 constexpr int unknownKey = Qt::Key_unknown;
 
 } // namespace
@@ -37,7 +37,7 @@ bool KeyUpEvents::eventFilter(QObject*, QEvent* event) {
     case QEvent::InputMethod:
         noteText(static_cast<const QInputMethodEvent&>(*event));
         return false;
-    case QEvent::FocusIn: // not FocusOut: who leaves may still ask for the pending ones
+    case QEvent::FocusIn: // not FocusOut: an exit handler may still ask for the pending ones
         presses_.clear();
         return false;
     case QEvent::KeyRelease:
@@ -52,7 +52,7 @@ void KeyUpEvents::notePress(const QKeyEvent& event) {
         return;
     }
     if (const auto old = pressOf(event); old != presses_.end()) {
-        presses_.erase(old); // it went up elsewhere, or a filter sends the same press once more
+        presses_.erase(old); // it was released elsewhere, or a filter sends the same press again
     }
     presses_.push_back({event.key(), event.nativeScanCode(), keyCode(event), event.modifiers()});
 }
@@ -102,7 +102,7 @@ void KeyUpEvents::releasePending() {
     }
 }
 
-/// What the handler made of the key's code. The handler may delete the control, and this object with it.
+/// Returns the code as the handler left it. The handler may delete the control, and this object with it.
 std::uint16_t KeyUpEvents::tell(const Press& press) const {
     const Handler handler = handler_;
     std::uint16_t key = press.code;

@@ -14,29 +14,29 @@ class QWidget;
 
 namespace ambrel {
 
-/// Calls a handler for each key that is released in a control, after the control has had the key's press.
-/// A key that was pressed elsewhere, such as the one that closed a message or the letter of a shortcut, is
-/// none of the control's: its release is not told, nor is any while the control is hidden or its window is
-/// not the active one. What was pressed before the focus came (back) counts as pressed elsewhere. Releases
-/// that auto-repeat invents are not told.
+/// Calls a handler for each key released in a control, after the control has processed the key's press. A
+/// release is not reported if the key was pressed elsewhere, such as the one that closed a message or the
+/// letter of a shortcut, or while the control is hidden or its window is not the active one. Keys pressed
+/// before the control received the focus (again) count as pressed elsewhere. Releases invented by auto-repeat
+/// are not reported.
 ///
-/// Code and modifiers are those of the key's press, whichever goes up first: a handler knows Ctrl+C by its
-/// modifiers although Ctrl was let go before C, and a plain letter although Alt is held by now. AltGr is
-/// Qt::GroupSwitchModifier, never Ctrl or Alt. Keys without a code are told as 0. A letter that an input
-/// method composes has no press: its text counts as one, and the next release of an unknown key as its.
+/// Code and modifiers are those of the key's press, whichever key goes up first: a handler recognises Ctrl+C
+/// even if Ctrl was released before C, and a plain letter even if Alt is held by now. AltGr is
+/// Qt::GroupSwitchModifier, never Ctrl or Alt. Keys without a code are reported as 0. A letter composed by an
+/// input method has no press: its text counts as one, and the next release of an unknown key as its release.
 ///
-/// A handler that sets the code to 0 has used the release: nobody else sees it.
+/// A handler that sets the code to 0 has consumed the release: nothing else receives it.
 class AMBREL_EXPORT KeyUpEvents : public QObject {
 public:
     /// Runs inside runGuarded().
     using Handler = std::function<void(std::uint16_t& key, Qt::KeyboardModifiers modifiers)>;
 
-    /// Watches a control for as long as it lives, or until the returned object, which the control owns, is
+    /// Watches a control for as long as it lives, or until the returned object, owned by the control, is
     /// deleted.
     static KeyUpEvents* watch(QWidget* control, Handler handler);
 
-    /// Tells now of the letters and digits that were pressed in the control and are still held; their
-    /// releases are not told again. For who leaves a control, as in its exit handler: fast typists press Tab
+    /// Reports the letters and digits pressed in the control and still held now; their releases are not
+    /// reported again. For code that leaves a control, such as its exit handler: fast typists press Tab
     /// before the last letter is up. The handler may delete the control.
     void releasePending();
 
@@ -44,8 +44,8 @@ public:
 
 private:
     struct Press {
-        int key;          // of Qt; another one at the release of a digit whose Shift went up first
-        quint32 scanCode; // of the keyboard; 0 when unknown
+        int key;          // Qt's; a digit's release has another one if its Shift went up first
+        quint32 scanCode; // the keyboard's; 0 if unknown
         std::uint16_t code;
         Qt::KeyboardModifiers modifiers;
     };
@@ -60,7 +60,7 @@ private:
 
     QWidget* control_;
     Handler handler_;
-    Presses presses_; // keys that are held, in the order in which they were pressed
+    Presses presses_; // keys held, in the order of their presses
 };
 
 } // namespace ambrel

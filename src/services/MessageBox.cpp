@@ -19,7 +19,7 @@ MessageShower& shower() {
     return function;
 }
 
-/// Texts may come with the carriage returns of old; a label knows line feeds.
+/// Texts may contain carriage returns, from older code; a label knows only line feeds.
 QString withLineFeeds(QString text) {
     return text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"))
         .replace(QLatin1Char('\r'), QLatin1Char('\n'));
@@ -39,7 +39,7 @@ QWidget* parentFor(const MessageBox& box) {
 } // namespace
 
 MessageAnswer showMessageBox(const MessageBox& box) {
-    // Not on the stack: the owner may go while the box is shown, and takes its child with it.
+    // Not on the stack: the owner may be destroyed while the box is shown, and takes its child with it.
     const QPointer<QMessageBox> dialog = new QMessageBox(parentFor(box));
     dialog->setObjectName(QStringLiteral("Mensaje"));
     dialog->setWindowTitle(box.title);
@@ -79,7 +79,7 @@ MessageShower setMessageShower(MessageShower function) {
 }
 
 MessageAnswer ask(const MessageBox& box) {
-    const MessageShower function = shower(); // may be replaced while it runs
+    const MessageShower function = shower(); // a copy: may be replaced while it runs
     return function(box);
 }
 

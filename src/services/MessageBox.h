@@ -1,4 +1,4 @@
-// What is asked of the user in a message box, and the one function that shows it.
+// What a message box asks of the user, and the one function that shows it.
 #pragma once
 
 #include <QPointer>
@@ -10,13 +10,13 @@
 
 namespace ambrel {
 
-/// What a box is for; it decides the icon.
+/// Purpose of a box; determines its icon.
 enum class MessageKind { Error, Information, Warning, Question };
 
-/// Cancel is a box that went without an answer. It counts as no.
+/// Cancel: the box was closed without an answer. It counts as no.
 enum class MessageAnswer { Accept, Yes, No, Cancel };
 
-/// A box to be shown, with one OK button or, for a question, with yes and no.
+/// A box to show, with one OK button or, for a question, with yes and no.
 struct MessageBox {
     MessageKind kind = MessageKind::Information;
     QString text;
@@ -26,18 +26,18 @@ struct MessageBox {
     MessageAnswer defaultButton = MessageAnswer::Accept; // Accept for a box with an OK button, else Yes or No
 };
 
-/// Shows a box and returns what was answered.
+/// Shows a box and returns the answer.
 using MessageShower = std::function<MessageAnswer(const MessageBox&)>;
 
 /// Shows a real box: object "Mensaje" with the buttons "BBAceptar", or "BBSi" and "BBNo". Escape and the
-/// close box answer no, or accept where there is nothing to choose.
+/// close button answer no, or accept if there is nothing to choose.
 [[nodiscard]] AMBREL_EXPORT MessageAnswer showMessageBox(const MessageBox& box);
 
-/// Makes every message go through a host's or a test's own function; an empty one brings showMessageBox back.
-/// Returns the function that was in force.
+/// Sends every message through a function of the host or of a test; an empty one restores showMessageBox.
+/// Returns the previous function.
 AMBREL_EXPORT MessageShower setMessageShower(MessageShower shower);
 
-/// Shows a box through the function in force.
+/// Shows a box through the current function.
 AMBREL_EXPORT MessageAnswer ask(const MessageBox& box);
 
 } // namespace ambrel

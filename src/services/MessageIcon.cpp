@@ -6,7 +6,7 @@
 namespace ambrel {
 namespace {
 
-/// Everything is drawn in a square of this side.
+/// Side of the square in which everything is drawn.
 constexpr qreal side = 32;
 
 const QColor red(0xc6, 0x28, 0x28), blue(0x15, 0x65, 0xc0), amber(0xff, 0xb3, 0x00), dark(0x33, 0x29, 0x00);

@@ -1,4 +1,4 @@
-// The pictures of message boxes.
+// The icons of message boxes.
 #pragma once
 
 #include <QPixmap>
@@ -7,8 +7,8 @@
 
 namespace ambrel {
 
-/// Drawn anew for each size and ratio of device pixels, so that it is sharp on every screen; the toolkit's
-/// own are bitmaps of one size.
+/// Draws the icon for this size and device pixel ratio, so that it is sharp on every screen; the toolkit's
+/// own icons are bitmaps of one size.
 [[nodiscard]] QPixmap messageIcon(MessageKind kind, int size, qreal devicePixelRatio);
 
 } // namespace ambrel

@@ -13,7 +13,7 @@ int execModal(QDialog& dialog) {
         before = dialog.parentWidget();
     }
     const int result = dialog.exec();
-    // Not in another program, where the user may have gone meanwhile.
+    // Not if the user has gone to another program meanwhile.
     if (before && before->isVisible() && QGuiApplication::applicationState() == Qt::ApplicationActive) {
         before->activateWindow();
     }

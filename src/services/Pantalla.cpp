@@ -20,13 +20,13 @@ constexpr const char* labelName = "LMensaje";
 constexpr int readingPause = 40; // milliseconds; nobody reads faster
 constexpr int mostQuickTexts = 4;
 
-/// The window. It is drawn with each of a few texts; of thousands that come faster than anybody reads only
-/// with some, or drawing would take longer than the work that they tell of.
+/// The window. Each of a few texts is drawn; of thousands that come faster than anybody can read, only some,
+/// or drawing would take longer than the work they report.
 class ProgressBox : public QWidget {
 public:
     using QWidget::QWidget;
 
-    /// Whether the next text is drawn at once. Otherwise it is seen with the next drawing.
+    /// Whether the next text is drawn at once. If not, it appears with the next drawing.
     [[nodiscard]] bool drawsNext() {
         const bool isQuick = sinceDrawn_.isValid() && sinceDrawn_.elapsed() < readingPause;
         if (isQuick && quickTexts_ >= mostQuickTexts) {
@@ -42,16 +42,16 @@ private:
     int quickTexts_ = 0;
 };
 
-/// How long a desktop may take to show a window, or to make it larger, until the program goes on without.
+/// How long a desktop may take to show or enlarge a window before the program goes on without waiting.
 constexpr int patience = 500; // milliseconds
 
-/// Nothing else happens meanwhile: no keys, no mouse, no timers, no network.
+/// Processes drawing only: no keys, mouse, timers or network.
 void processDrawing() {
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers |
                                     QEventLoop::X11ExcludeTimers);
 }
 
-/// Sees whether a window has come to the screen, in the size that it has by now.
+/// Observes whether a window has appeared on the screen at its current size.
 class ExposeWatch : public QObject {
 public:
     explicit ExposeWatch(QWindow* window) { window->installEventFilter(this); }
@@ -61,7 +61,7 @@ public:
         return false;
     }
 
-    /// The window manager takes its time, and until then what is drawn is lost.
+    /// Waits, because window managers take their time, and until then what is drawn is lost.
     void wait() const {
         for (const QDeadlineTimer deadline(patience); !isExposed_ && !deadline.hasExpired();) {
             processDrawing();
@@ -81,8 +81,8 @@ void drawNow(QWidget& window) {
 void setText(QWidget& window, const QString& text) {
     if (auto* const label = window.findChild<QLabel*>(QLatin1String(labelName))) {
         label->setText(text);
-        // Whole, also where a window that adjusts itself would stay within two thirds of a small screen; and
-        // never smaller again, so that it does not jump from name to name.
+        // Wide enough for the whole text, which a window that adjusts itself to two thirds of a small screen
+        // would cut; and never narrower again, so that it does not jump from name to name.
         label->setMinimumWidth(qMax(label->minimumWidth(), label->sizeHint().width()));
     }
     window.setAccessibleDescription(text);
@@ -109,7 +109,7 @@ ProgressWindow showWindow(const QString& text, QWidget* owner) {
 
     setText(*window, text);
     const ProgressWindow shown = window;
-    window->winId(); // there is a window to watch from now on
+    window->winId(); // creates the native window to watch
     const ExposeWatch watch(window->windowHandle());
     window->show();
     watch.wait();
@@ -117,7 +117,7 @@ ProgressWindow showWindow(const QString& text, QWidget* owner) {
         drawNow(*window);
     }
     if (active && shown && QApplication::activeWindow() == shown) {
-        active->activateWindow(); // some platforms make everything active that is shown
+        active->activateWindow(); // some platforms activate every window that is shown
     }
     return shown;
 }

@@ -1,4 +1,4 @@
-// The progress window: a small window with a text that stays while something long is done.
+// The progress window: a small window with a text, shown during long work.
 #pragma once
 
 #include <QPointer>
@@ -10,10 +10,10 @@
 
 namespace ambrel {
 
-/// Null when the window is gone, also when it went with its owner.
+/// Null if the window is gone, also when it was destroyed with its owner.
 using ProgressWindow = QPointer<QWidget>;
 
-/// How progress is shown; a host or a test may put its own functions in place.
+/// Functions that show progress; a host or a test may replace them.
 struct ProgressDisplay {
     std::function<ProgressWindow(const QString& text, QWidget* owner)> show;
     std::function<void(const QString& text, QWidget& window)> change;
@@ -23,19 +23,19 @@ struct ProgressDisplay {
 /// The display with real windows: object "Progreso" with the label "LMensaje".
 [[nodiscard]] AMBREL_EXPORT ProgressDisplay windowProgressDisplay();
 
-/// Returns the display that was in force. All three functions must be given.
+/// Returns the previous display. All three functions must be given.
 AMBREL_EXPORT ProgressDisplay setProgressDisplay(ProgressDisplay display);
 
 } // namespace ambrel
 
-/// Shows a small window that takes no focus and lets the caller go on. Without owner it belongs to the active
-/// window.
+/// Shows a small window that takes no focus and lets the caller go on. Without an owner it belongs to the
+/// active window.
 [[nodiscard]] AMBREL_EXPORT ambrel::ProgressWindow MuestraMensaje(const QString& text,
                                                                   QWidget* owner = nullptr);
 
-/// Replaces the text and repaints at once; where texts follow each other faster than they can be read, only
-/// some of them. Nothing for a window that is gone.
+/// Replaces the text and repaints at once; when texts follow each other faster than they can be read, only
+/// some of them are painted. Does nothing if the window is gone.
 AMBREL_EXPORT void CambiaMensaje(const QString& text, const ambrel::ProgressWindow& window);
 
-/// Closes and frees the window. Nothing for one that is gone.
+/// Closes and frees the window. Does nothing if it is gone.
 AMBREL_EXPORT void CierraMensaje(const ambrel::ProgressWindow& window);

@@ -14,7 +14,7 @@ namespace ambrel {
 namespace {
 
 constexpr int systemFile = 4;
-/// Entries with one of these are listed only when asked for; the other attributes never keep one out.
+/// Entries with one of these are listed only on request; the other attributes never exclude an entry.
 constexpr int specialKinds = file_attribute::hidden | systemFile | file_attribute::folder;
 
 bool isSeparator(char c) { return c == '/' || c == '\\'; }
@@ -26,7 +26,7 @@ AttributeFunction& attributeFunction() {
     return function;
 }
 
-/// Names in a folder with "." and ".." in front; empty when it cannot be read.
+/// Names in a folder, preceded by "." and ".."; empty if it cannot be read.
 std::vector<std::string> namesIn(const std::string& folder) {
     std::vector<std::string> names;
     std::error_code error;

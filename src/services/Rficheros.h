@@ -1,4 +1,4 @@
-// Files and folders. Paths are UTF-8 and may have either separator, / or \.
+// Files and folders. Paths are UTF-8; either separator, / or \, may be used.
 #pragma once
 
 #include <functional>
@@ -9,14 +9,14 @@
 
 #include "AmbrelExport.h"
 
-/// Directory and name with the separator between them, not doubled. An empty directory gives the name alone.
+/// Joins directory and name with one separator. An empty directory gives the name alone.
 [[nodiscard]] AMBREL_EXPORT std::string SlashSep(std::string_view directory, std::string_view name,
                                                  char separator);
 
 /// Fills the list with the full paths of the entries of one folder whose name matches the last part of
-/// `mask`, sorted by name: * and ? stand for other characters, letter case counts for nothing, "*.*" matches
-/// every name. Folders are listed too, "." and ".." are not. `attributes` says which special kinds (folder,
-/// hidden) are wanted beside plain files; 63 is everything. A folder that is not there gives an empty list.
+/// `mask`, sorted by name: * stands for any characters, ? for one, letter case is ignored, "*.*" matches
+/// every name. Folders are listed too, "." and ".." are not. `attributes` selects the special kinds (folder,
+/// hidden) wanted besides plain files; 63 is everything. A folder that does not exist gives an empty list.
 AMBREL_EXPORT void FindFileNoRecursivo(const std::string& mask, int attributes,
                                        std::vector<std::string>& list);
 
@@ -34,29 +34,29 @@ inline constexpr int any = 63;
 
 /// Attributes of a file or folder, a sum of file_attribute values.
 using AttributeFunction = std::function<int(const std::string& path)>;
-/// What the permissions and the name say. "." and ".." are folders and nothing else.
+/// Attributes according to permissions and name. "." and ".." are folders and nothing else.
 [[nodiscard]] AMBREL_EXPORT int attributesOnDisk(const std::string& path);
-/// Replaces the function that all routines here ask; an empty one brings attributesOnDisk back.
+/// Replaces the function that all routines here ask; an empty one restores attributesOnDisk.
 AMBREL_EXPORT void setAttributeFunction(AttributeFunction function);
 
-/// The entries of one folder, one after the other: ".", "..", then the rest by name. Mask and attributes as
-/// in FindFileNoRecursivo.
+/// Iterates over the entries of one folder: ".", "..", then the rest by name. Mask and attributes as in
+/// FindFileNoRecursivo.
 class AMBREL_EXPORT FileSearch {
 public:
-    /// What was found.
+    /// An entry found.
     struct Entry {
         std::string name; // without folder
         int attributes = 0;
     };
 
-    /// Reads the folder at findFirst, not before.
+    /// The folder is read by findFirst, not before.
     FileSearch(const std::string& mask, int attributes);
 
-    /// Begins anew; null when nothing matches.
+    /// Starts again from the first entry; null if nothing matches.
     [[nodiscard]] std::optional<Entry> findFirst();
-    /// Null behind the last entry, and before findFirst.
+    /// Null after the last entry, and before findFirst.
     [[nodiscard]] std::optional<Entry> findNext();
-    /// The folder that is searched, as the system writes it; empty for the current one.
+    /// The folder searched, with the system's separator; empty for the current one.
     [[nodiscard]] const std::string& folder() const { return folder_; }
 
 private:

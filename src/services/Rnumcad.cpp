@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Characters to take out of `available` when n are asked for.
+/// Number of characters to take out of `available` when n are requested.
 std::size_t taken(int n, std::size_t available) {
     return n <= 0 ? 0 : std::min(static_cast<std::size_t>(n), available);
 }

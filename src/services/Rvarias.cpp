@@ -12,22 +12,21 @@ namespace {
 constexpr const char* normalPaletteProperty = "normalPalette";
 constexpr QColor paleYellow(255, 249, 214);
 constexpr QColor darkOlive(64, 60, 30);
-constexpr int brightText = 139; // of 255; a grey of this brightness contrasts alike with both
+constexpr int brightText = 139; // of 255; a grey of this brightness contrasts equally with both
 
 FocusColouring& colouring() {
     static FocusColouring function = colourByPalette;
     return function;
 }
 
-/// The text decides, whatever is behind it now: a control's own colours may be of any brightness.
+/// Chosen by the text, not by the current background: a control's own colours may be of any brightness.
 QColor readableBehind(const QColor& text) { return qGray(text.rgb()) > brightText ? darkOlive : paleYellow; }
 
 void takeFocusColour(QWidget& control) {
     if (control.property(normalPaletteProperty).isValid()) {
         return;
     }
-    QPalette palette =
-        control.palette(); // knows which of its colours are the control's own and which its parent's
+    QPalette palette = control.palette(); // keeps which colours are the control's own and which its parent's
     control.setProperty(normalPaletteProperty, palette);
     palette.setColor(QPalette::Base, readableBehind(palette.color(QPalette::Text)));
     control.setPalette(palette);

@@ -1,4 +1,4 @@
-// Focus colouring: the control that has the focus stands out.
+// Focus colouring: highlights the control that has the focus.
 #pragma once
 
 #include <functional>
@@ -10,7 +10,7 @@ class QWidget;
 /// Gives a control the focus colour.
 AMBREL_EXPORT void TomaFocoControl(QWidget* control);
 
-/// Gives a control the colours back that it had before TomaFocoControl; nothing for one that has them.
+/// Restores the colours that a control had before TomaFocoControl; does nothing if it has them already.
 AMBREL_EXPORT void DejaFocoControl(QWidget* control);
 
 namespace ambrel {
@@ -18,10 +18,10 @@ namespace ambrel {
 /// Colours a control as focused or as normal.
 using FocusColouring = std::function<void(QWidget& control, bool focused)>;
 
-/// Background behind the text: pale yellow, or dark olive behind a bright text.
+/// Colours the background behind the text: pale yellow, or dark olive behind bright text.
 AMBREL_EXPORT void colourByPalette(QWidget& control, bool focused);
 
-/// Puts a host's own colouring in place; an empty one brings colourByPalette back.
+/// Installs a host's own colouring; an empty one restores colourByPalette.
 AMBREL_EXPORT void setFocusColouring(FocusColouring colouring);
 
 } // namespace ambrel

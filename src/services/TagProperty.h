@@ -1,5 +1,5 @@
 // The integer Tag of a host's edit boxes and of dialogs: a dynamic property, so that a form made in Designer
-// needs no special class. 0 on an object that never had one.
+// needs no special class. 0 for an object on which it was never set.
 #pragma once
 
 #include <QObject>
@@ -16,14 +16,14 @@ inline constexpr const char* tagProperty = "Tag";
 [[nodiscard]] AMBREL_EXPORT int tagOf(const QObject& object);
 AMBREL_EXPORT void setTag(QObject& object, int tag);
 
-/// Tells when an object's Tag gets another value, whoever sets it. Lives until it is deleted or its object,
-/// which owns it.
+/// Reports when an object's Tag changes, whatever sets it. Lives until it or its object, which owns it, is
+/// deleted.
 class AMBREL_EXPORT TagWatch : public QObject {
 public:
-    /// Gets the new value.
+    /// Receives the new value.
     using Handler = std::function<void(int tag)>;
 
-    /// The object owns it.
+    /// Owned by the object.
     TagWatch(QObject& object, Handler handler);
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -11,7 +11,7 @@ namespace {
 
 const dbase::CodePage& page() { return dbase::CodePage::windows1252(); }
 
-/// Letters whose stroke is part of them, so that they have no form without it.
+/// Plain forms of letters whose stroke is part of them, so that they do not decompose.
 char32_t withoutStroke(char32_t letter) {
     static constexpr std::array<std::pair<char32_t, char32_t>, 5> letters{
         {{U'Ł', U'L'}, {U'ł', U'l'}, {U'Đ', U'D'}, {U'đ', U'd'}, {U'ı', U'i'}}};
@@ -23,8 +23,8 @@ char32_t withoutStroke(char32_t letter) {
     return letter;
 }
 
-/// Composing letters and marks takes the square of the time for a run of marks, so a text is composed in
-/// pieces. A letter stays together with its marks, unless it has dozens of them.
+/// Composing letters and marks takes time quadratic in a run of marks, so a text is composed in pieces. A
+/// letter stays together with its marks, unless it has dozens of them.
 qsizetype pieceEnd(const QString& text, qsizetype begin) {
     constexpr qsizetype longest = 64;
     if (text.size() - begin <= longest) {

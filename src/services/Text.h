@@ -10,15 +10,15 @@
 
 namespace ambrel {
 
-/// Text of a table for a window. Every byte gives one character.
+/// Converts text of a table for a window. Every byte gives one character.
 [[nodiscard]] AMBREL_EXPORT QString fromWindows1252(std::string_view bytes);
 
-/// Text of a window for a search; null when Windows-1252 lacks one of its characters. Every character gives
-/// one byte, so positions in both texts are the same.
+/// Converts text of a window for a search; null if Windows-1252 lacks one of its characters. Every character
+/// gives one byte, so positions in both texts are the same.
 [[nodiscard]] AMBREL_EXPORT std::optional<std::string> toWindows1252(const QString& text);
 
-/// Text of a window for a column: letters that Windows-1252 lacks become the same letter without its mark,
-/// everything else that it lacks "?".
+/// Converts text of a window for a column: letters that Windows-1252 lacks become the same letter without its
+/// mark, everything else that it lacks becomes "?".
 [[nodiscard]] AMBREL_EXPORT std::string toNearestWindows1252(const QString& text);
 
 } // namespace ambrel
