@@ -26,10 +26,9 @@ const std::vector<PostalSearch>& allSearches() {
     return made;
 }
 
-void seekOurs(benchmark::State& state, dbase::ReadGuard guard) {
+void seekOurs(benchmark::State& state) {
     dbase::Dataset table;
     openOurs(table, "VIA");
-    table.openTable().setReadGuard(guard);
     dbase::Field* const columns[] = {&table.field("CODIGO1"), &table.field("VIA"), &table.field("TIPO_VIA"),
                                      &table.field("CODPOSTAL"), &table.field("IMPAR_FIN")};
     const auto& list = allSearches();
@@ -55,11 +54,7 @@ void seekOurs(benchmark::State& state, dbase::ReadGuard guard) {
         }
         benchmark::DoNotOptimize(columns[4]->integer());
     }
-    table.openTable().setReadGuard(dbase::ReadGuard::Lock);
 }
-
-void seekOursLocked(benchmark::State& state) { seekOurs(state, dbase::ReadGuard::Lock); }
-void seekOursByCounter(benchmark::State& state) { seekOurs(state, dbase::ReadGuard::Counter); }
 
 void seekSqlite(benchmark::State& state, const Database& database) {
     const Statement select =
@@ -111,8 +106,7 @@ void seekLmdb(benchmark::State& state) {
     }
 }
 
-BENCHMARK(seekOursLocked)->Name("seek/ours")->MinTime(2);
-BENCHMARK(seekOursByCounter)->Name("seek_counter/ours")->MinTime(2);
+BENCHMARK(seekOurs)->Name("seek/ours")->MinTime(2);
 BENCHMARK(seekSqliteRollback)->Name("seek/sqlite")->MinTime(2);
 BENCHMARK(seekSqliteWal)->Name("seek/sqlite_wal")->MinTime(2);
 BENCHMARK(seekLmdb)->Name("seek/lmdb")->MinTime(2);

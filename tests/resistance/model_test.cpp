@@ -26,7 +26,6 @@ using Cursor = ModelledCursor;
 
 struct ModelRun {
     ModelShape shape;
-    dbase::ReadGuard guard;
     int operations;
 };
 void PrintTo(const ModelRun& run, std::ostream* out) { *out << run.shape.name; }
@@ -71,7 +70,6 @@ protected:
         for (Cursor* cursor : {one_.get(), two_.get()}) {
             cursor->open();
         }
-        one_->table.openTable().setReadGuard(GetParam().guard);
     }
 
     // --- Judging
@@ -209,11 +207,10 @@ TEST_P(RandomOperations, AreAnsweredAsTheModelAnswersThem) {
 }
 
 std::vector<ModelRun> runs(int operations) {
-    using dbase::ReadGuard;
-    return {{{"SmallPages", 1, 400, 26, false}, ReadGuard::Lock, operations},
-            {{"SmallPagesEqualKeys", 1, 6, 2, false}, ReadGuard::Counter, operations},
-            {{"Conditions", 2, 400, 26, true}, ReadGuard::Counter, operations},
-            {{"ConditionsEqualKeys", 2, 30, 3, true}, ReadGuard::Lock, operations}};
+    return {{{"SmallPages", 1, 400, 26, false}, operations},
+            {{"SmallPagesEqualKeys", 1, 6, 2, false}, operations},
+            {{"Conditions", 2, 400, 26, true}, operations},
+            {{"ConditionsEqualKeys", 2, 30, 3, true}, operations}};
 }
 std::string nameOf(const ::testing::TestParamInfo<ModelRun>& run) { return run.param.shape.name; }
 

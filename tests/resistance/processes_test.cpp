@@ -219,10 +219,9 @@ protected:
     }
 
     /// Seeks and walks until it is told to stop; what is wrong is raised.
-    static void readAllTheWhile(const PostLog& log, std::uint32_t seed, dbase::ReadGuard guard) {
+    static void readAllTheWhile(const PostLog& log, std::uint32_t seed) {
         dbase::Dataset streets("DB", "POSTAL", "CODIGO1");
         streets.open();
-        streets.openTable().setReadGuard(guard);
         std::minstd_rand random(seed + 1);
         for (int turn = 0; turn < 20 || !log.mustStop(); ++turn) {
             const std::uint32_t serial =
@@ -333,8 +332,7 @@ TEST_P(ReadersAmongWriters, GetNoWrongAnswer) {
     for (int i = writers; i < GetParam(); ++i) {
         works.push_back([i, &readers](const ChildProcess::Link& link) {
             waitForAll(link);
-            readAllTheWhile(readers, static_cast<std::uint32_t>(i),
-                            i % 2 == 0 ? dbase::ReadGuard::Lock : dbase::ReadGuard::Counter);
+            readAllTheWhile(readers, static_cast<std::uint32_t>(i));
             return 0;
         });
     }

@@ -71,7 +71,7 @@ public:
     /// Why writing is refused (Spanish, UTF-8); empty when it is not.
     [[nodiscard]] std::string readOnlyReason() const;
     [[nodiscard]] const Schema& schema() const;
-    /// The open table behind, for its read guard. Errors: Error(BadState) while closed.
+    /// The open table it stands on. Errors: Error(BadState) while closed.
     [[nodiscard]] Table& openTable() const;
 
     // --- Order, range, filter.

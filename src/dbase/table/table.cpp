@@ -98,32 +98,7 @@ void Table::renewTornViews() {
 
 std::uint64_t Table::changeCounter() const { return index_ ? index_->stamp().counter : 0; }
 
-bool Table::tryReadByCounter(std::uint64_t& before) const {
-    const UpdateStamp stamp = index_->stamp();
-    before = stamp.counter;
-    return stamp.present && !stamp.inUpdate && stamp.counter % 2 == 0 && !isTorn() &&
-           stamp.records == records_.recordCount();
-}
-
-// Three looks without the lock at most: where writers are busy, waiting for them is quicker.
 void Table::guardRead(const std::function<void()>& operation) {
-    if (readGuard_ == ReadGuard::Counter && index_) {
-        constexpr int mostAttempts = 3;
-        std::uint64_t before = 0;
-        for (int attempt = 0; attempt < mostAttempts && tryReadByCounter(before); ++attempt) {
-            const auto nothingMoved = [&] { return changeCounter() == before && !isTorn(); };
-            try {
-                operation();
-                if (nothingMoved()) {
-                    return;
-                }
-            } catch (const Error&) { // what half a change looks like is no fault of the table
-                if (nothingMoved()) {
-                    throw;
-                }
-            }
-        }
-    }
     while (!tryReadLocked(operation)) {
         recover();
     }

@@ -48,9 +48,6 @@ public:
     [[nodiscard]] const IndexFile* index() const { return index_.get(); }
     [[nodiscard]] const TableFile& records() const { return records_; }
 
-    /// On a network folder the lock stays: without it nobody knows how old the counter is that is read.
-    void setReadGuard(ReadGuard guard) { readGuard_ = records_.file().isRemote() ? ReadGuard::Lock : guard; }
-
     /// Runs a reading operation on a state of the table that no writer of ours changes meanwhile. The
     /// operation may run more than once: it must start from its own copies and only assign results at its
     /// end.
@@ -113,7 +110,6 @@ private:
     void requireWritable() const;
     void guardRead(const std::function<void()>& operation);
     [[nodiscard]] bool tryReadLocked(const std::function<void()>& operation);
-    [[nodiscard]] bool tryReadByCounter(std::uint64_t& before) const;
     [[nodiscard]] bool isTorn() const;
     void renewTornViews();
 
@@ -146,7 +142,6 @@ private:
     std::unique_ptr<IndexFile> index_;
     std::optional<Journal> journal_;
     std::string readOnlyReason_;
-    ReadGuard readGuard_ = ReadGuard::Lock;
     std::optional<std::uint32_t> verifiedCount_; // records for which the entries of a tag were counted
     bool isCounted_ = false;                     // the header's count was compared with the file once
     bool hasTail_ = false; // the count was corrected, and part of a record may lie behind the last one

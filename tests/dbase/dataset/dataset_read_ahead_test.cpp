@@ -2,14 +2,13 @@
 #include <gtest/gtest.h>
 
 #include "dbase/dataset/dataset.h"
-#include "dbase/table/table.h"
 #include "dbase/table/workstation.h"
 #include "support/TableTest.h"
 
 namespace dbase {
 namespace {
 
-class ReadAheadTest : public ambrel::test::TableTest, public ::testing::WithParamInterface<ReadGuard> {
+class ReadAheadTest : public ambrel::test::TableTest {
 protected:
     ReadAheadTest() {
         std::vector<ambrel::test::Row> rows;
@@ -21,10 +20,7 @@ protected:
     /// Rows 0, 1, 2… have the codes 1000, 1010, 1020…
     static std::string codeOf(int row) { return std::to_string(1000 + 10 * row); }
 
-    void open() {
-        table_.open();
-        table_.openTable().setReadGuard(GetParam());
-    }
+    void open() { table_.open(); }
     /// Walks onto a row, so that the ones behind it are read ahead.
     void walkTo(int row) {
         table_.first();
@@ -59,7 +55,7 @@ protected:
     Dataset table_{"DB", "LONG", "CODE"}, other_{"DB", "LONG", "CODE"};
 };
 
-TEST_P(ReadAheadTest, InsertAheadIsSeen) {
+TEST_F(ReadAheadTest, InsertAheadIsSeen) {
     open();
     walkTo(20);
     insert(other_, "1205");
@@ -69,7 +65,7 @@ TEST_P(ReadAheadTest, InsertAheadIsSeen) {
     EXPECT_EQ(code(), codeOf(21));
 }
 
-TEST_P(ReadAheadTest, InsertBehindDoesNotShiftTheWalk) {
+TEST_F(ReadAheadTest, InsertBehindDoesNotShiftTheWalk) {
     open();
     walkTo(20);
     insert(other_, "1195");
@@ -80,7 +76,7 @@ TEST_P(ReadAheadTest, InsertBehindDoesNotShiftTheWalk) {
     EXPECT_EQ(code(), "1195");
 }
 
-TEST_P(ReadAheadTest, DeleteAheadIsSeen) {
+TEST_F(ReadAheadTest, DeleteAheadIsSeen) {
     open();
     walkTo(20);
     erase(other_, codeOf(21));
@@ -89,7 +85,7 @@ TEST_P(ReadAheadTest, DeleteAheadIsSeen) {
     EXPECT_EQ(code(), codeOf(23));
 }
 
-TEST_P(ReadAheadTest, DeleteOfTheRowShownDoesNotShiftTheWalk) {
+TEST_F(ReadAheadTest, DeleteOfTheRowShownDoesNotShiftTheWalk) {
     open();
     walkTo(20);
     erase(other_, codeOf(20));
@@ -97,7 +93,7 @@ TEST_P(ReadAheadTest, DeleteOfTheRowShownDoesNotShiftTheWalk) {
     EXPECT_EQ(code(), codeOf(21));
 }
 
-TEST_P(ReadAheadTest, EditAheadIsSeen) {
+TEST_F(ReadAheadTest, EditAheadIsSeen) {
     open();
     walkTo(20);
     recode(other_, codeOf(21), "1211");
@@ -105,7 +101,7 @@ TEST_P(ReadAheadTest, EditAheadIsSeen) {
     EXPECT_EQ(code(), "1211");
 }
 
-TEST_P(ReadAheadTest, RowThatMovesFromAheadToBehindIsNotSeen) {
+TEST_F(ReadAheadTest, RowThatMovesFromAheadToBehindIsNotSeen) {
     open();
     walkTo(20);
     recode(other_, codeOf(21), "0001");
@@ -113,7 +109,7 @@ TEST_P(ReadAheadTest, RowThatMovesFromAheadToBehindIsNotSeen) {
     EXPECT_EQ(code(), codeOf(22));
 }
 
-TEST_P(ReadAheadTest, RowThatMovesFromBehindToAheadIsSeen) {
+TEST_F(ReadAheadTest, RowThatMovesFromBehindToAheadIsSeen) {
     open();
     walkTo(20);
     recode(other_, codeOf(3), "1205");
@@ -121,7 +117,7 @@ TEST_P(ReadAheadTest, RowThatMovesFromBehindToAheadIsSeen) {
     EXPECT_EQ(code(), "1205");
 }
 
-TEST_P(ReadAheadTest, RowShownThatMovesAwayLeavesTheWalkItsPlace) {
+TEST_F(ReadAheadTest, RowShownThatMovesAwayLeavesTheWalkItsPlace) {
     open();
     walkTo(20);
     recode(other_, codeOf(20), "9999");
@@ -129,7 +125,7 @@ TEST_P(ReadAheadTest, RowShownThatMovesAwayLeavesTheWalkItsPlace) {
     EXPECT_EQ(code(), codeOf(21));
 }
 
-TEST_P(ReadAheadTest, RowThatTheFilterHidesMeanwhileIsNotSeen) {
+TEST_F(ReadAheadTest, RowThatTheFilterHidesMeanwhileIsNotSeen) {
     open();
     table_.setFilter("HIDDEN=False");
     walkTo(20);
@@ -141,7 +137,7 @@ TEST_P(ReadAheadTest, RowThatTheFilterHidesMeanwhileIsNotSeen) {
     EXPECT_EQ(code(), codeOf(22));
 }
 
-TEST_P(ReadAheadTest, OnesOwnChangesAreSeen) {
+TEST_F(ReadAheadTest, OnesOwnChangesAreSeen) {
     open();
     walkTo(20);
     table_.edit();
@@ -156,7 +152,7 @@ TEST_P(ReadAheadTest, OnesOwnChangesAreSeen) {
     EXPECT_EQ(code(), codeOf(12));
 }
 
-TEST_P(ReadAheadTest, OtherMovesInTheMiddleStartAnew) {
+TEST_F(ReadAheadTest, OtherMovesInTheMiddleStartAnew) {
     open();
     walkTo(20);
     const Bookmark mark = table_.bookmark();
@@ -181,7 +177,7 @@ TEST_P(ReadAheadTest, OtherMovesInTheMiddleStartAnew) {
     EXPECT_EQ(code(), codeOf(23));
 }
 
-TEST_P(ReadAheadTest, ChangesOfAnotherProcessAreSeenAtTheNextStep) {
+TEST_F(ReadAheadTest, ChangesOfAnotherProcessAreSeenAtTheNextStep) {
     Workstation away({[this] { insert(other_, "1205"); }, [this] { insert(other_, "1005"); },
                       [this] { erase(other_, codeOf(21)); }, [this] { recode(other_, codeOf(22), "1221"); },
                       [this] { recode(other_, codeOf(2), "1225"); }, [this] { erase(other_, "1225"); }});
@@ -200,7 +196,7 @@ TEST_P(ReadAheadTest, ChangesOfAnotherProcessAreSeenAtTheNextStep) {
     EXPECT_EQ(stepAfterChange(), codeOf(23));
 }
 
-TEST_P(ReadAheadTest, WholeWalkWhileAnotherProcessWritesEndsAndRepeatsNothing) {
+TEST_F(ReadAheadTest, WholeWalkWhileAnotherProcessWritesEndsAndRepeatsNothing) {
     std::vector<std::function<void()>> steps;
     for (int i = 0; i < 60; ++i) {
         steps.push_back([this, i] {
@@ -220,12 +216,6 @@ TEST_P(ReadAheadTest, WholeWalkWhileAnotherProcessWritesEndsAndRepeatsNothing) {
     }
     EXPECT_EQ(last, codeOf(299));
 }
-
-INSTANTIATE_TEST_SUITE_P(Guards, ReadAheadTest, ::testing::Values(ReadGuard::Lock, ReadGuard::Counter),
-                         [](const auto& test) {
-                             return test.param == ReadGuard::Lock ? std::string("Lock")
-                                                                  : std::string("Counter");
-                         });
 
 } // namespace
 } // namespace dbase

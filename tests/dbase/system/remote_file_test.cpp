@@ -237,17 +237,6 @@ TEST_F(RemoteTableTest, FilesThatDoNotTellKeepAChangeFromTheOthers) {
     EXPECT_EQ(storedRecord(*tables_[1], 1), shown);
 }
 
-TEST_F(RemoteTableTest, ACounterThatIsReadWithoutALockProvesNothingThere) {
-    open(0);
-    open(1);
-    tables_[1]->setReadGuard(ReadGuard::Counter);
-    append(0);
-    read(1, 1);
-    overwrite(0, 1, rows_[0], anyRow());
-    read(1, 1);
-    walk(1);
-}
-
 TEST_F(RemoteTableTest, ATableWithoutTagsIsSharedAsWell) {
     TableDefinition plain = layout();
     plain.tags.clear();

@@ -44,15 +44,6 @@ TEST_F(RecoveryTest, AMarkLeftBehindIsMendedBeforeAChange) {
     expectSound(101);
 }
 
-TEST_F(RecoveryTest, TheCounterGuardSeesTheMarkToo) {
-    const auto table = stored_.open();
-    table->setReadGuard(ReadGuard::Counter);
-    setMark();
-    spoilTree();
-    EXPECT_EQ(order(*table, "NOMBRE").size(), 100U);
-    EXPECT_EQ(stored_.findings(), "");
-}
-
 TEST_F(RecoveryTest, AMarkOnAReadOnlyTableIsRefused) {
     setMark();
     const Bytes table = tableBytes(), index = indexBytes();
