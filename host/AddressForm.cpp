@@ -71,11 +71,11 @@ QLineEdit* AddressForm::addBox(const BoxDetails& details, const Place& place) {
     return box;
 }
 
-/// No stop of the Tab key: the box itself opens the list with F4.
+/// Not reached by the Tab key, because F4 in the box itself opens the list.
 QAbstractButton* AddressForm::listButton(const BoxDetails& details) {
     auto* button = new QPushButton(QStringLiteral("…"), this);
     button->setObjectName(QLatin1String(details.listButton));
-    button->setProperty("list", true); // for its look
+    button->setProperty("list", true); // the style sheet selects by it
     button->setFocusPolicy(Qt::NoFocus);
     button->setAutoDefault(false);
     button->setAccessibleName(tr("Lista: %1").arg(QString(details.label).remove(QLatin1Char('&'))));

@@ -19,8 +19,8 @@ struct FormBoxes {
     QLineEdit* floor = nullptr;
 };
 
-/// Lays the boxes out; knows neither tables, nor lists, nor what validates a text. A box's Tag says whether
-/// its text is validated.
+/// Lays the boxes out; knows nothing of tables, lists or validation. A box's Tag says whether its text is
+/// validated.
 class AddressForm : public QWidget {
     Q_OBJECT
 public:
@@ -28,7 +28,7 @@ public:
 
     [[nodiscard]] const FormBoxes& boxes() const { return boxes_; }
     [[nodiscard]] const ambrel::AddressBoxes::ListButtons& listButtons() const { return buttons_; }
-    /// Says beside a box why its text is not validated; an empty reason takes that back.
+    /// Shows beside a box why its text is not validated; an empty reason removes it.
     void showReason(const QLineEdit* box, const QString& reason);
 
 private:
@@ -37,7 +37,7 @@ private:
     };
     struct BoxDetails {
         const char* objectName;
-        QString label; // with its mnemonic
+        QString label; // including its mnemonic
         bool hasMark;
         ValidationMark::Kind kind;
         const char* listButton = nullptr; // objectName of the button that opens the box's list

@@ -60,7 +60,7 @@ void AddressPreview::showEvent(QShowEvent* event) {
     makeRoom();
 }
 
-/// The window's least height knows nothing of lines that are wrapped; they would take the boxes' room.
+/// A window's minimum height ignores wrapped lines, which would then take the boxes' room.
 void AddressPreview::makeRoom() {
     if (isVisible()) {
         line_->setMinimumHeight(std::max(0, line_->heightForWidth(line_->width()))); // -1 for an empty line

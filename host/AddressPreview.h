@@ -25,7 +25,7 @@ private:
     void makeRoom();
 
     /// Whether abbreviations of street types can be turned into names: without their table every line would
-    /// come with an error box.
+    /// bring up an error box.
     bool namesTypes_;
     QLabel* line_;
 };

@@ -5,8 +5,8 @@
 
 namespace host {
 
-/// A plain button shows itself pressed for a tenth of a second before its mnemonic acts; what is typed
-/// meanwhile would go to the record that is being left.
+/// A plain button looks pressed for a tenth of a second before its mnemonic acts; letters typed in that time
+/// would go to the record that is being left.
 class CommandButton : public QPushButton {
 public:
     using QPushButton::QPushButton;

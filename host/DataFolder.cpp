@@ -51,7 +51,7 @@ void createUserTables(const QString& folder, const SampleCreator& createSample) 
         createSample(unfinished.path().toStdString());
         createHostTable(unfinished.path().toStdString(), FirstRows::Sample);
     } catch (...) {
-        // Half a set of tables is of no use to anybody; the fault itself goes on to the user.
+        // Half a set of tables is useless; the fault itself is passed on to the user.
         unfinished.removeRecursively();
         CierraMensaje(progress);
         throw;
@@ -62,7 +62,7 @@ void createUserTables(const QString& folder, const SampleCreator& createSample) 
         return;
     }
     unfinished.removeRecursively();
-    // Another one, started at the same moment, may have been first.
+    // Another instance, started at the same moment, may have created it first.
     if (!QDir(folder).exists()) {
         refuseFolder(folder, failure);
     }

@@ -10,16 +10,16 @@ namespace host {
 /// Database name of the host's own table.
 inline constexpr const char* hostDatabase = "AMBREL";
 
-/// Where the user's own tables are, or will be.
+/// The folder of the user's own tables, which may not exist yet.
 [[nodiscard]] QString userDataFolder();
 
-/// Creates the postal tables with the sample data in an empty folder. Errors: as its own.
+/// Creates the postal tables with the sample data in an empty folder. Errors: those of the creation.
 using SampleCreator = std::function<void(const std::string& folder)>;
 
-/// Makes the database names stand for the folder with the tables: the one given, else the configured one,
-/// else the user's own, whose tables are created with the sample data, all or none, at the first start. The
-/// host's table is created where it is missing. Errors: std::exception with a Spanish text for a folder or
-/// table that cannot be used.
+/// Sets the folder that the database names stand for: the given one, else the configured one, else the user's
+/// own, whose tables are created with the sample data, all or none, at the first start. Creates the host's
+/// table where it is missing. Errors: std::exception with a Spanish text for a folder or table that cannot be
+/// used.
 void chooseFolder(const QString& given, const SampleCreator& createSample);
 
 } // namespace host

@@ -16,8 +16,8 @@ struct Customer {
     const char *name, *streetType, *street, *number, *floor, *postalCode, *municipality, *province;
 };
 
-// Addresses of the sample tables: single-code and several-code towns, two towns of one name, a street that is
-// not known.
+// Addresses of the sample tables: towns with one and with several codes, two towns of one name, an unknown
+// street.
 constexpr std::array sampleCustomers{
     Customer{"Academia Trazo", "CL", "ALCALA", "45", "2º B", "28014", "MADRID", "MADRID"},
     Customer{"Bodegas Ribera del Tirón", "CL", "VEGA", "12", "", "26200", "HARO", "RIOJA, LA"},

@@ -10,11 +10,11 @@ namespace host {
 enum class FirstRows { None, Sample };
 
 /// Creates CLIENTES with its index in a folder, unless it is there.
-/// Errors: whatever keeps it from being created (dbase::Error).
+/// Errors: dbase::Error if it cannot be created.
 void createHostTable(const std::string& folder, FirstRows rows);
 
-/// CLIENTES in the order of the names. Its six address columns are those that any host table has for the
-/// package; the street's name is in DOMICILIO and the municipality's in VECINDAD. Texts are Windows-1252.
+/// CLIENTES in the order of the names. Its six address columns are those that the package expects in any host
+/// table; the street's name is in DOMICILIO and the municipality's in VECINDAD. Texts are Windows-1252.
 struct HostTable {
     explicit HostTable(const std::string& database);
 

@@ -24,7 +24,7 @@
 namespace host {
 namespace {
 
-constexpr int readableLetters = 140; // across the form; what is wider is hard to follow
+constexpr int readableLetters = 140; // across the form; wider text is hard to follow
 
 void bindBoxes(ambrel::RecordBinding& binding, const FormBoxes& boxes, HostTable& table) {
     binding.bind(boxes.name, table.name);
@@ -61,7 +61,7 @@ MainWindow::MainWindow(const QString& database, QWidget* parent)
 }
 
 MainWindow::~MainWindow() {
-    // The handlers at work in the form need table and controller, which go before the widgets do.
+    // The handlers at work in the form need table and controller, which are destroyed before the widgets.
     for (QLineEdit* box : {form_->boxes().name, form_->boxes().floor}) {
         ambrel::FocusEvents::unwatch(box);
     }
@@ -88,7 +88,7 @@ void MainWindow::wire() {
 
 void MainWindow::layOut() {
     auto* page = new QWidget(this);
-    auto* middle = new QWidget(page); // a window that is wider has it in its middle
+    auto* middle = new QWidget(page); // centred in a wider window
     middle->setMaximumWidth(readableLetters * fontMetrics().averageCharWidth());
     (new QHBoxLayout(page))->addWidget(middle);
     page->layout()->setContentsMargins(0, 0, 0, 0);
@@ -163,7 +163,7 @@ void MainWindow::move(Step step) {
     }
     const bool wasNew = table_->data.state() == dbase::DatasetState::Insert;
     dropPendingRow();
-    // From a new row the first step leads back to the customer that was shown before it.
+    // From a new row the first step leads back to the customer shown before it.
     const bool moved = wasNew || (step == Step::Next ? table_->data.next() : table_->data.prior());
     binding_->showRow();
     if (moved) {
@@ -200,13 +200,13 @@ void MainWindow::save() {
     tell(tr("Cliente guardado."));
 }
 
-/// Of a stored customer, what was stored comes back; of a new one nothing would.
+/// Restores what was stored of a customer; a new one has nothing stored and is discarded.
 void MainWindow::undo() {
     if (table_->data.state() == dbase::DatasetState::Insert && binding_->hasChanges() && !mayDiscard()) {
         return;
     }
     dropPendingRow();
-    table_->data.refresh(); // somebody else may have changed the row meanwhile
+    table_->data.refresh(); // another user may have changed the row since
     binding_->showRow();
     tell(tr("Cambios descartados."));
 }
@@ -245,7 +245,7 @@ void MainWindow::showState() {
     }
     undo_->setEnabled(isChanged || isNew);
     if (isChanged) {
-        tell({}); // what was said last is over
+        tell({}); // clears the last message
     }
 }
 

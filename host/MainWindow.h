@@ -1,4 +1,4 @@
-// The demo host's window: one customer with his address, and the commands to go from one to the next.
+// The demo host's window: one customer with his address, and the commands to move between customers.
 #pragma once
 
 #include <QMainWindow>
@@ -47,13 +47,13 @@ private:
     void save();
     void undo();
 
-    /// Settles the box being typed in; false when there are changes that the user wants to keep.
+    /// Settles the box being typed in; false if the user wants to keep unsaved changes.
     [[nodiscard]] bool mayLeaveRow();
-    /// Asks whether what is not saved may go.
+    /// Asks whether unsaved changes may be discarded.
     [[nodiscard]] bool mayDiscard();
     void dropPendingRow();
     void showState();
-    /// Says below the form what a command came to.
+    /// Shows the result of a command below the form.
     void tell(const QString& text);
 
     std::unique_ptr<HostTable> table_;

@@ -1,4 +1,4 @@
-// What the program is told on its command line.
+// The command line of the program.
 #pragma once
 
 #include <QString>
@@ -13,15 +13,14 @@ struct Options {
     QString iniFile;    // configuration; empty for none
 };
 
-/// Exit code for a program that cannot do what it was started for.
+/// Exit code when the program cannot do what it was started for.
 inline constexpr int exitCannot = 2;
 
-/// Reads the command line. Prints help, version or what is wrong and ends the program where that is all there
-/// is to do.
+/// Reads the command line. For the help, the version or an error prints it and ends the program.
 [[nodiscard]] Options readOptions(const QCoreApplication& application);
 
 /// Whether the command line asks for something that needs no screen, such as playing a script or the help.
-/// Asked before there is an application object.
+/// Called before there is an application object.
 [[nodiscard]] bool needsNoScreen(int argumentCount, char** arguments);
 
 } // namespace host

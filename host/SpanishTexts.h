@@ -5,7 +5,7 @@
 
 namespace host {
 
-/// Works also where Qt's translations are not installed: knows the command line by itself.
+/// Also works where Qt's translations are not installed: it has the texts of the command line itself.
 class SpanishTexts : public QTranslator {
     Q_OBJECT
 public:

@@ -14,7 +14,7 @@ constexpr QColor accentColour(0x1d, 0x5f, 0xa8);
 constexpr int fixedFontPoints = 9;
 constexpr int darkLightness = 128; // of 255
 
-// No colours for edit boxes: they keep to the palette, which the focus colouring changes.
+// No colours for edit boxes: they use the palette, which the focus colouring changes.
 constexpr const char* rules = R"(
 #MarcoFicha { background: palette(base); border: 1px solid palette(midlight); border-radius: 8px; }
 #LTitulo { font-size: 15pt; font-weight: 600; }
@@ -28,7 +28,7 @@ QPushButton[list="true"] { min-width: 1.2em; padding: 4px; }
 QLineEdit { padding: 3px 4px; }
 )";
 
-// An edit box has hardly an outline in dark colours: it shows as a well in a card that is brighter than it.
+// In dark colours the outline of an edit box is hardly visible: the box is a dark well in a brighter card.
 constexpr const char* darkRules = R"(
 #MarcoFicha, #LEstado { background: palette(button); border-color: palette(mid); }
 #VistaDomicilio { border-color: palette(mid); }

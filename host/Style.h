@@ -1,4 +1,4 @@
-// How the demo host looks.
+// The look of the demo host.
 #pragma once
 
 class QApplication;
@@ -8,7 +8,7 @@ namespace host {
 /// One look on every desktop. A dark desktop stays dark.
 void applyStyle(QApplication& application);
 
-/// The same picture on every machine: one font, and a caret that does not blink.
+/// Gives the same picture on every machine: one font, and a caret that does not blink.
 void applyFixedLook(QApplication& application);
 
 } // namespace host

@@ -13,7 +13,7 @@ namespace {
 constexpr QColor validatedColour(0x2e, 0x7d, 0x32);
 constexpr QColor warningColour(0xb2, 0x6a, 0x00);
 
-/// A point of a drawing that is `side` wide and high.
+/// A point of a drawing whose width and height are 1.
 QPointF at(const QRectF& square, double x, double y) {
     return {square.left() + x * square.width(), square.top() + y * square.height()};
 }

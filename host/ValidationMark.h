@@ -18,7 +18,7 @@ public:
     ValidationMark(QLineEdit* box, Kind kind, QWidget* parent = nullptr);
 
     [[nodiscard]] State state() const { return state_; }
-    /// Why the text is not validated; shown while it is not.
+    /// Why the text is not validated; shown as long as it is not.
     void setReason(const QString& reason);
     [[nodiscard]] QSize sizeHint() const override;
 

@@ -28,7 +28,7 @@ void printResult(const QString& line) { printLine(stdout, line); }
 
 void printComplaint(const QString& line) { printLine(stderr, QStringLiteral("ambrel: ") + line); }
 
-/// Without a screen only what needs none can be done. False when there is nothing that can.
+/// Chooses a platform without a screen where there is none. False if the command line needs a screen then.
 bool choosePlatform(int argc, char** argv) {
     const bool hasScreen =
         !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
@@ -39,7 +39,7 @@ bool choosePlatform(int argc, char** argv) {
     return host::needsNoScreen(argc, argv);
 }
 
-/// Where a host is at home when its configuration does not say.
+/// The host's province and municipality when its configuration names none.
 constexpr int homeProvince = 28;
 constexpr const char* home = "MADRID";
 constexpr int searchByName = 3; // how the card of a street opens the list of municipalities
@@ -53,7 +53,7 @@ void configure(const host::Options& options) {
     host::chooseFolder(options.folder, [](const std::string& folder) { ambrel::createSample(folder); });
 }
 
-/// Null, the reason told, when the file cannot be read.
+/// Null if the file cannot be read; the reason is then printed.
 std::optional<host::script::ParsedScript> readScript(const QString& name) {
     try {
         const std::string text = loading::wholeText(loading::fileSource(name.toStdString()));
@@ -82,7 +82,7 @@ int runScript(const host::Options& options) {
     if (!script) {
         return host::exitCannot;
     }
-    QApplication::setQuitOnLastWindowClosed(false); // the script ends the program, whatever it closes
+    QApplication::setQuitOnLastWindowClosed(false); // only the script ends the program
     host::script::ScriptRunner runner(printResult, printComplaint);
     QObject::connect(&runner, &host::script::ScriptRunner::finished, qApp,
                      [](int exitCode) { QApplication::exit(exitCode); });
@@ -109,7 +109,7 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("ambrel"));
     QApplication::setApplicationVersion(QString::fromLatin1(ambrel::version()));
-    // As packaging/desktop has it, so that a desktop knows whose window this is.
+    // The name used in packaging/desktop, so that a desktop knows whose window this is.
     QApplication::setDesktopFileName(QStringLiteral("es.ambrel.CodigosPostales"));
     host::SpanishTexts::install();
     const host::Options options = host::readOptions(application);

@@ -7,11 +7,11 @@
 
 namespace host::routines {
 
-/// Those that may show a list.
+/// Routines that may show a list.
 [[nodiscard]] std::vector<Routine> municipalityLists();
 [[nodiscard]] std::vector<Routine> otherLists();
 [[nodiscard]] std::vector<Routine> streetLists();
-/// Those that answer without asking.
+/// Routines that answer without asking.
 [[nodiscard]] std::vector<Routine> utilities();
 
 } // namespace host::routines

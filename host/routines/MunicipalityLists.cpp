@@ -1,4 +1,4 @@
-// The routines that search municipalities.
+// The routines that search for municipalities.
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
 #include "host/routines/Catalogue.h"

@@ -1,4 +1,4 @@
-// The routines that may show the list of street types or that of provinces.
+// The routines that may show the list of street types or of provinces.
 #include "host/routines/Catalogue.h"
 #include "lookup/RutCodPostales.h"
 

@@ -32,7 +32,7 @@ struct Result {
     QString label;
 };
 
-/// What the user gave for the arguments, by the objectName of their editors.
+/// The values that the user gave for the arguments, by the objectName of their editors.
 class Values {
 public:
     void set(const QString& object, QVariant value) { values_.insert(object, std::move(value)); }
@@ -44,7 +44,7 @@ private:
     QHash<QString, QVariant> values_;
 };
 
-/// What a call may need beside its arguments.
+/// What a call may need besides its arguments.
 struct Surroundings {
     QWidget* owner;         // window that lists belong to
     dbase::Dataset& record; // the host's table, on the customer that is shown
@@ -57,7 +57,7 @@ struct Routine {
     QString summary; // a sentence or two
     std::vector<Argument> arguments;
     std::vector<Result> results;
-    /// The values of the results, in their order. Errors: whatever the routine lets through.
+    /// Returns the values of the results, in their order. Errors: those of the routine.
     std::function<QStringList(const Values&, const Surroundings&)> call;
 };
 

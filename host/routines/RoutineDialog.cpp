@@ -21,7 +21,7 @@ constexpr std::size_t mostLinesBelowEachOther = 8; // so that the dialog fits on
 constexpr int smallestWidth = 480;
 constexpr int largestNumber = 999;
 
-/// A result takes part in the form as a box that can be read and copied, not changed.
+/// Shows a result in a box that can be read and copied, but not changed.
 QLineEdit* resultLine(const Result& result, QWidget* parent) {
     auto* line = new QLineEdit(parent);
     new ambrel::EditMenu(line);
@@ -29,12 +29,12 @@ QLineEdit* resultLine(const Result& result, QWidget* parent) {
     line->setReadOnly(true);
     line->setAccessibleName(result.label);
     QPalette palette = line->palette();
-    palette.setColor(QPalette::Base, palette.color(QPalette::Window)); // nothing to be typed here
+    palette.setColor(QPalette::Base, palette.color(QPalette::Window)); // nothing can be typed here
     line->setPalette(palette);
     return line;
 }
 
-/// The editors of all groups begin at one line.
+/// Makes the editors of all groups begin at the same column.
 void alignLabels(const QWidget& dialog) {
     int width = 0;
     const auto forms = dialog.findChildren<QFormLayout*>();
@@ -85,7 +85,7 @@ void RoutineDialog::layOut() {
     setMinimumWidth(smallestWidth);
     ensurePolished();
     alignLabels(*this);
-    // Lines that are wrapped do not count for the least height, and would take the boxes' room.
+    // The minimum height ignores wrapped lines, which would then take the boxes' room.
     const QMargins margins = column->contentsMargins();
     auto* const summary = findChild<QLabel*>(QStringLiteral("LResumen"));
     summary->setMinimumHeight(summary->heightForWidth(smallestWidth - margins.left() - margins.right()));
@@ -121,7 +121,7 @@ void RoutineDialog::addEditor(QFormLayout& form, const Argument& argument) {
     editor->setObjectName(argument.object);
     editor->setAccessibleName(argument.label);
     if (argument.kind == ArgumentKind::Flag) {
-        form.addRow(QString(), editor); // says by itself what it is
+        form.addRow(QString(), editor); // its own caption labels it
     } else {
         form.addRow(argument.label, editor);
     }

@@ -11,7 +11,7 @@ class QLineEdit;
 
 namespace host::routines {
 
-/// Shows a routine's arguments to be filled in, calls it, and shows what came of it. Stays open for the next
+/// Shows a routine's arguments to be filled in, calls it, and shows the result. Stays open for the next
 /// try.
 class RoutineDialog : public QDialog {
     Q_OBJECT

@@ -7,7 +7,7 @@
 namespace host::routines {
 namespace {
 
-/// The module of the municipality routines for as long as one of them needs it.
+/// Provides the module of the municipality routines as long as one of them needs it.
 class MunicipalityModule {
 public:
     MunicipalityModule() {

@@ -13,7 +13,7 @@
 namespace host::script {
 namespace {
 
-/// Does something with the widget of that name, unless the user cannot.
+/// Calls act with the widget of that name, unless the user cannot reach it.
 template<class Act>
 Outcome onReachable(const ObjectLookup& lookup, const QString& name, Act act) {
     QObject* object = lookup.find(name);
@@ -30,7 +30,7 @@ Outcome onReachable(const ObjectLookup& lookup, const QString& name, Act act) {
     return act(widget);
 }
 
-/// The widget that a key for another one goes to: a window hands it to its focused control.
+/// The widget that receives a key sent to another one: a window passes it to its focused control.
 QWidget* keyReceiver(QWidget* widget) {
     QWidget* focused = widget->window()->focusWidget();
     if (focused && focused != widget && widget->isAncestorOf(focused)) {
@@ -39,7 +39,7 @@ QWidget* keyReceiver(QWidget* widget) {
     return widget;
 }
 
-/// Open lists and menus take the keyboard from everybody else.
+/// The open list or menu, which takes the keyboard from all other widgets.
 QWidget* popupReceiver() {
     QWidget* popup = QApplication::activePopupWidget();
     if (!popup) {
@@ -53,7 +53,7 @@ bool isReadOnly(const QWidget& widget) {
     return edit && edit->isReadOnly();
 }
 
-/// A release goes to whoever has the focus by then, as from a keyboard.
+/// Sends a release to the widget that has the focus by then, as a keyboard does.
 Outcome release(const KeyStroke& key, const QPointer<QWidget>& pressed) {
     QWidget* receiver = popupReceiver();
     if (!receiver) {
@@ -68,7 +68,7 @@ Outcome release(const KeyStroke& key, const QPointer<QWidget>& pressed) {
     return Outcome::done();
 }
 
-/// Where the user points at in a grid; null when no row is current.
+/// The place in a grid that the user would point at; null when no row is current.
 std::optional<QPoint> currentRowPoint(const ambrel::DataGrid& grid) {
     if (grid.currentRow() < 0) {
         return std::nullopt;
@@ -93,13 +93,13 @@ Outcome clickAt(QWidget* widget, QPoint point, bool twice) {
     return Outcome::done();
 }
 
-/// A grid is made of widgets of its own: the one at the place gets the click.
+/// A grid is made of inner widgets: the one at the place gets the click.
 Outcome clickInside(ambrel::DataGrid& grid, QPoint place, bool twice) {
     QWidget* part = grid.childAt(place);
     return part ? clickAt(part, part->mapFrom(&grid, place), twice) : clickAt(&grid, place, twice);
 }
 
-/// In the middle, of a grid or list on its current row.
+/// Clicks in the middle of a widget; in a grid or list, on its current row.
 Outcome clickOn(QWidget* widget, bool twice) {
     const QString noRow = QStringLiteral("«%1» no tiene fila actual").arg(widget->objectName());
     if (const auto* view = qobject_cast<QAbstractItemView*>(widget)) {
@@ -191,7 +191,7 @@ Actions Input::type(const QString& name, const QString& text) const {
 }
 
 Actions Input::clear(const QString& name) const {
-    // These keys have no meaning for completion, which Ctrl+A, being a letter, has.
+    // These keys have no meaning for completion, unlike Ctrl+A, which is a letter.
     Actions actions =
         strokes(name, {*keyStroke(QStringLiteral("Home")), *keyStroke(QStringLiteral("Shift+End")),
                        *keyStroke(QStringLiteral("Delete"))});

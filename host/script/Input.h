@@ -1,4 +1,4 @@
-// What a user does with keyboard and mouse, as the actions of a script. Objects are found anew for each
+// What a user does with keyboard and mouse, as the actions of a script. Objects are looked up again for each
 // action.
 #pragma once
 
@@ -12,7 +12,7 @@ class Input {
 public:
     explicit Input(const ObjectLookup& lookup) : lookup_(lookup) {}
 
-    /// Types a text where the caret is.
+    /// Types a text at the caret.
     [[nodiscard]] Actions type(const QString& object, const QString& text) const;
     /// Selects all and deletes it.
     [[nodiscard]] Actions clear(const QString& object) const;
@@ -26,7 +26,7 @@ public:
     [[nodiscard]] Actions choose(const QString& combo, const QString& item) const;
 
 private:
-    /// Focuses the object, if it has not got the focus, then presses and releases each key.
+    /// Focuses the object, if it does not have the focus, then presses and releases each key.
     [[nodiscard]] Actions strokes(const QString& object, const std::vector<KeyStroke>& keys) const;
     [[nodiscard]] Action mustTakeText(const QString& object) const;
     [[nodiscard]] Action focus(const QString& object) const;

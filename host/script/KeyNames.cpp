@@ -101,7 +101,7 @@ std::optional<KeyStroke> keyStroke(const QString& name) {
             stroke->text = stroke->text.toUpper();
         }
     }
-    // A keyboard sends this key of its own for a shifted Tab.
+    // A keyboard sends a key of its own for a shifted Tab.
     if (stroke->key == Qt::Key_Tab && (modifiers & Qt::ShiftModifier)) {
         stroke->key = Qt::Key_Backtab;
     }

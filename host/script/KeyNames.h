@@ -16,8 +16,8 @@ struct KeyStroke {
 /// The stroke that types a character.
 [[nodiscard]] KeyStroke strokeOf(QChar character);
 
-/// A key by name: Tab, Return, Escape, Up, F1... or a character, behind any of "Shift+", "Ctrl+" and "Alt+".
-/// Null for a name that is not known.
+/// A key by name: Tab, Return, Escape, Up, F1... or a character, after any of "Shift+", "Ctrl+" and "Alt+".
+/// Null for an unknown name.
 [[nodiscard]] std::optional<KeyStroke> keyStroke(const QString& name);
 
 } // namespace host::script

@@ -1,4 +1,4 @@
-// Finding what a script names, and the window that the user is in.
+// Finds the objects that a script names, and the window that the user is in.
 #pragma once
 
 #include <QString>
@@ -12,7 +12,7 @@ class ObjectLookup {
 public:
     void setMainWindow(QWidget* window) { mainWindow_ = window; }
 
-    /// By objectName in the active modal window, then in the main window; what is visible goes first. Null
+    /// By objectName in the active modal window, then in the main window; visible objects come first. Null
     /// when there is none.
     [[nodiscard]] QObject* find(const QString& name) const;
 
@@ -23,7 +23,7 @@ private:
     QWidget* mainWindow_ = nullptr;
 };
 
-/// Says that nothing has this name. Spanish.
+/// The message that no object has this name. Spanish.
 [[nodiscard]] QString reasonNotFound(const QString& name);
 
 /// Why the user cannot reach a widget: it is hidden, disabled, or behind a modal window. Empty when he can.

@@ -50,7 +50,7 @@ QString currentRow(const ambrel::DataGrid& grid) {
     return cells.join(QLatin1Char(','));
 }
 
-/// The text of the first of these classes that the object is.
+/// The text of an object by its class, tested in this order.
 QString shownText(const QObject& object) {
     if (const auto* edit = qobject_cast<const QLineEdit*>(&object)) {
         return edit->text();

@@ -1,4 +1,4 @@
-// What an object shows, as text.
+// The text that an object shows.
 #pragma once
 
 #include <QString>
@@ -7,8 +7,8 @@ class QObject;
 
 namespace host::script {
 
-/// The text of a box, label, button or list; the current row of a grid as CSV, empty when it has none. One
-/// line.
+/// The text of a box, label, button or list; the current row of a grid as CSV, empty when it has none.
+/// One line.
 [[nodiscard]] QString textOf(const QObject& object);
 
 /// Object name, text, Tag, and "activo" or "inactivo", separated by tabs.

@@ -35,7 +35,7 @@ const Word* findWord(const QString& name) {
     return nullptr;
 }
 
-/// Cuts the first word off; what is left begins behind the one blank that ends it.
+/// Cuts off the first word and the one blank after it.
 QString takeWord(QString& rest) {
     qsizetype end = 0;
     while (end < rest.size() && !rest[end].isSpace()) {
@@ -59,7 +59,7 @@ bool isNumber(const QString& text) {
     return text.toInt(&isOne) >= 0 && isOne;
 }
 
-/// Why the words of a step do not go together; empty when they do.
+/// Why the words of a step do not fit together; empty when they do.
 QString reasonAgainst(const Step& step, Form form) {
     const bool wantsObject = form == Form::Object || form == Form::ObjectAndText;
     const bool wantsText = form == Form::Text || form == Form::ObjectAndText;
@@ -89,7 +89,7 @@ QString reasonAgainst(const Step& step, Form form) {
     return {};
 }
 
-/// Fills the step from its line; the reason when that is no step.
+/// Fills the step from its line; returns the reason when the line is not a step.
 QString readStep(Step& step) {
     QString rest = withoutLeadingBlanks(step.source);
     const QString name = takeWord(rest);
@@ -102,7 +102,7 @@ QString readStep(Step& step) {
         rest = withoutLeadingBlanks(rest);
         step.object = takeWord(rest);
     }
-    // Only what is typed keeps its outer blanks.
+    // Only typed text keeps its outer blanks.
     step.argument = step.verb == Verb::Type ? rest : rest.trimmed();
     return reasonAgainst(step, word->form);
 }

@@ -10,7 +10,7 @@
 
 namespace host::script {
 
-/// Why a line is no step.
+/// Why a line is not a step.
 struct ScriptError {
     int line = 0;
     QString source;
@@ -19,11 +19,11 @@ struct ScriptError {
 
 struct ParsedScript {
     std::vector<Step> steps;
-    std::optional<ScriptError> error; // of the first line that is not understood; the steps before it stand
+    std::optional<ScriptError> error; // of the first line that is not understood; steps holds those before it
 };
 
-/// One step a line; blank lines and lines that begin with '#' say nothing. The text to type is the rest of
-/// its line behind one blank, blanks included.
+/// One step per line; blank lines and lines that begin with '#' are ignored. The text to type is the rest of
+/// its line after one blank, blanks included.
 [[nodiscard]] ParsedScript parseScript(const QString& text);
 
 /// A size in logical pixels, such as 800x600; null for anything else.

@@ -12,7 +12,7 @@ namespace {
 constexpr int pollMilliseconds = 5;
 constexpr int patienceMilliseconds = 3000;
 
-/// A button that a key clicks stays down for a moment and acts when it comes up.
+/// True while a button that a key has clicked is down: it acts when it comes up, a moment later.
 bool aButtonIsDown(const QWidget& window) {
     for (const auto* button : window.findChildren<QAbstractButton*>()) {
         if (button->isDown() && button->isVisible()) {
@@ -28,7 +28,7 @@ ScriptRunner::ScriptRunner(Printer print, Printer complain)
     : print_(std::move(print)), complain_(std::move(complain)),
       messages_([this](const QString& box, const QString& reason) {
           print_(box);
-          // A box may also appear before the first step.
+          // a box may also appear before the first step
           const Step step = nextStep_ == 0 ? Step{} : script_.steps[nextStep_ - 1];
           fail(step.line, step.source, reason);
       }),
@@ -90,7 +90,7 @@ bool ScriptRunner::takeStep() {
 }
 
 void ScriptRunner::run(const Action& action) {
-    // Before the action, which may stay inside a modal window for many turns to come.
+    // Scheduled before the action, which may stay inside a modal window for many turns.
     schedule(0);
     const std::size_t depth = running_.size();
     running_.push_back(surroundings());

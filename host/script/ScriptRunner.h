@@ -16,8 +16,8 @@ class QWidget;
 
 namespace host::script {
 
-/// Does one action at a time, each from a turn of the event loop, so that a step which opens a modal window
-/// is followed by the next one inside that window. Every other step is finished before the next one begins.
+/// Does one action at a time, each from a turn of the event loop, so that a step that opens a modal window
+/// is followed by the next one inside that window. Every other step finishes before the next one begins.
 /// Answers the message boxes from its construction on.
 class ScriptRunner : public QObject {
     Q_OBJECT
@@ -25,17 +25,17 @@ public:
     static constexpr int exitDone = 0;
     static constexpr int exitFailed = 3;
 
-    /// `print` gets what the script prints, `complain` why it ended early.
+    /// `print` receives what the script prints, `complain` why it ended early.
     ScriptRunner(Printer print, Printer complain);
 
-    /// A script with an error is refused whole. `name` is the script's file, for the complaints.
+    /// Refuses a script with an error as a whole. `name` is the script's file, for the complaints.
     void start(QWidget* mainWindow, ParsedScript script, const QString& name);
 
-    /// Null until the script has ended, which it also does before it starts when a message box has no answer.
+    /// Null until the script has ended. A message box without an answer ends it even before its start.
     [[nodiscard]] std::optional<int> exitCode() const { return exitCode_; }
 
 signals:
-    /// Once, with the exit code for the program.
+    /// Emitted once, with the exit code for the program.
     void finished(int exitCode);
 
 private:
@@ -64,7 +64,7 @@ private:
     std::size_t nextStep_ = 0;
     std::deque<Action> actions_;        // what is left of the current step
     std::vector<Surroundings> running_; // one for each action under way, the innermost last
-    QElapsedTimer waiting_;             // since an action was not yet possible
+    QElapsedTimer waiting_;             // since the action first was not possible
     std::optional<int> exitCode_;
 };
 

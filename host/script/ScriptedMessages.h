@@ -1,4 +1,4 @@
-// Message boxes while a script runs: the script answers them, nothing is shown.
+// Message boxes while a script runs: the script answers them, and nothing is shown.
 #pragma once
 
 #include <QString>
@@ -10,11 +10,11 @@
 
 namespace host::script {
 
-/// Takes the place of the message boxes for as long as it lives.
+/// Replaces the message boxes as long as it exists.
 class ScriptedMessages {
 public:
-    /// Told of a box that no answer was queued for, or none that it has a button for: the box as `takeShown`
-    /// would say it, and the reason in Spanish. The box then counts as not answered.
+    /// Called for a box without a queued answer, or without a button for it, with the box as `takeShown`
+    /// would list it and the reason in Spanish. The box then counts as not answered.
     using Unanswered = std::function<void(const QString& box, const QString& reason)>;
 
     explicit ScriptedMessages(Unanswered unanswered);
@@ -25,7 +25,7 @@ public:
     /// Queues the answer to the next box: si, no, aceptar or cancelar.
     void answer(const QString& word);
 
-    /// The boxes shown so far, which are forgotten: kind, text, title and answer, separated by tabs.
+    /// Returns the boxes shown so far and forgets them: kind, text, title and answer, separated by tabs.
     [[nodiscard]] QStringList takeShown();
 
 private:

@@ -1,4 +1,4 @@
-// One step of a script, as its line says it.
+// One step of a script, as read from its line.
 #pragma once
 
 #include <QString>

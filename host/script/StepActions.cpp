@@ -18,14 +18,14 @@
 namespace host::script {
 namespace {
 
-constexpr int restMilliseconds = 100; // without a change, after which a window is taken to be finished
+constexpr int restMilliseconds = 100; // a window without changes for this long is finished
 
-/// A class as its users call it, without the namespace around it.
+/// The name of a class without its namespace.
 QString className(const QObject& object) {
     return QString::fromLatin1(object.metaObject()->className()).section(QStringLiteral("::"), -1);
 }
 
-/// Why the file could not be written; empty when it was.
+/// Writes a picture. Returns why it could not be written; empty when it was.
 QString write(const QImage& picture, const QString& file) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -108,7 +108,7 @@ Outcome StepActions::resize(const QString& size) const {
 }
 
 Action StepActions::capture(const QString& file) const {
-    // Grids read their rows, and windows find their place, a little later: what stays is the picture.
+    // Grids read their rows, and windows find their place, a little later: wait until the picture stays.
     return [this, file, before = QImage(), since = QElapsedTimer()]() mutable {
         QWidget& window = *lookup_.activeWindow();
         if (!window.isActiveWindow()) {

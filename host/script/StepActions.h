@@ -11,7 +11,7 @@
 
 namespace host::script {
 
-/// Takes one line of output.
+/// Receives one line of output.
 using Printer = std::function<void(const QString& line)>;
 
 class StepActions {
