@@ -9,14 +9,14 @@
 namespace ambrel {
 namespace {
 
-/// Turns the box's text into one that begins with it. What is missing is inserted as one step of its own that
-/// can be undone, and gives back what was typed.
+/// Completes the box's text to one that begins with it. The missing tail is inserted as an undo step of its
+/// own, so that undoing it restores what was typed.
 void insertTail(QLineEdit& box, const QString& text) {
     const auto typed = box.text().size();
     if (text.size() == typed) {
         return;
     }
-    box.setCursorPosition(0); // a move ends the step of the letters that were typed
+    box.setCursorPosition(0); // moving the caret ends the undo step of the typed letters
     box.setCursorPosition(static_cast<int>(typed));
     box.insert(text.mid(typed));
 }
@@ -28,7 +28,7 @@ std::optional<EditedText> editedText(const QLineEdit& box) {
     if (!text) {
         return std::nullopt;
     }
-    // One byte is one character here, so that positions are the same on both sides.
+    // One byte is one character here, so positions are the same on both sides.
     const auto start = static_cast<std::size_t>(box.hasSelectedText() ? box.selectionStart() : 0);
     return EditedText{.text = *text,
                       .caret = static_cast<std::size_t>(box.cursorPosition()),
@@ -39,7 +39,7 @@ std::optional<EditedText> editedText(const QLineEdit& box) {
 void showCompletion(QLineEdit& box, const std::optional<NamedCompletion>& completion) {
     if (completion) {
         insertTail(box, fromWindows1252(completion->box.text));
-        // Selected from its end backwards, so that the caret stays before the completed tail.
+        // Selected backwards from its end, so that the caret stays before the completed tail.
         const int end = static_cast<int>(completion->box.text.size());
         if (const int length = static_cast<int>(completion->box.selectionLength); length > 0) {
             box.setSelection(end, -length);
@@ -47,7 +47,7 @@ void showCompletion(QLineEdit& box, const std::optional<NamedCompletion>& comple
             box.setCursorPosition(end);
         }
     }
-    setTag(box, completion ? completion->code : 0); // after the text, whose change a host answers with a 0
+    setTag(box, completion ? completion->code : 0); // after the text: hosts react to its change with a 0
 }
 
 } // namespace ambrel

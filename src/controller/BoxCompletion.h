@@ -1,4 +1,4 @@
-// Between an edit box and the pure completion: reads text, caret and selection, and shows what came of it.
+// Connects an edit box to the pure completion: reads text, caret and selection, and shows the result.
 #pragma once
 
 #include <optional>
@@ -9,11 +9,10 @@ class QLineEdit;
 
 namespace ambrel {
 
-/// What the box holds; null when Windows-1252 cannot hold its text.
+/// The box's contents; null if Windows-1252 cannot hold its text.
 [[nodiscard]] std::optional<EditedText> editedText(const QLineEdit& box);
 
-/// Shows a completion and sets the Tag to its code. Without one the text stays as it is and the Tag becomes
-/// 0.
+/// Shows a completion and sets the Tag to its code. Without one, keeps the text and sets the Tag to 0.
 void showCompletion(QLineEdit& box, const std::optional<NamedCompletion>& completion);
 
 } // namespace ambrel

@@ -1,4 +1,4 @@
-// The controller's operations: each reads its box, calls the piece that does the work, writes the result
+// The controller's operations: each reads its box, calls the piece that does the work, and writes the result
 // back.
 #include "controller/ClasCodPostales.h"
 
@@ -111,7 +111,7 @@ void TClassCodPostales::ExitMunicipi(QLineEdit* sender, QString& province, QStri
         if (tagOf(*sender) == 0) {
             return;
         }
-        // Deliberate: an empty text stays empty; the host passes some text to ask for an answer.
+        // Deliberate: an empty text stays empty; the host passes some text to request a value.
         if (!province.isEmpty()) {
             province = fromWindows1252(ambrel::provinceName(DM->tbMunicipiCODPOSTAL.text()));
         }

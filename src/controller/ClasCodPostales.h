@@ -1,5 +1,5 @@
-// The postal-code controller: gives the edit boxes of a host's form their municipality, street and number
-// behaviour.
+// The postal-code controller: gives the edit boxes of a host's form their behaviour as municipality, street
+// and number boxes.
 #pragma once
 
 #include <QString>
@@ -18,28 +18,28 @@ class QObject;
 class QWidget;
 class TDMCodPostales;
 
-/// Name of the province that a postal code belongs to; empty when there is none. Looks in PROVIN of database
-/// "DB".
+/// Name of the province that a postal code belongs to; empty if there is none. Looks it up in PROVIN of
+/// database "DB".
 [[nodiscard]] AMBREL_EXPORT QString LocalizaProvincia(const QString& codPostal);
 
 /// Created by a host form and wired to the events of its boxes. The municipality box's Tag holds the INE code
-/// of the municipality that it names, the street box's Tag the street's `CODIGO1` as a number; 0 says that
-/// the text is not validated. In every search `exact` false means nearest: the first record at or after the
+/// of the municipality it names, the street box's Tag the street's `CODIGO1` as a number; 0 means that the
+/// text is not validated. In every search, `exact` false means nearest: the first record at or after the
 /// value. A text that Windows-1252 cannot hold matches nothing.
 ///
-/// The event handlers (KeyUp..., Exit...) do nothing without a box, and show a failure to the user;
-/// everything else lets dbase::Error pass.
+/// The event handlers (KeyUp..., Exit...) do nothing without a box and show failures to the user; all other
+/// functions let dbase::Error pass.
 class AMBREL_EXPORT TClassCodPostales {
 public:
-    /// Opens MUNICIPI by name and POSTAL by street. The owner is the host's component for which the
-    /// controller works; the data module belongs to the controller alone. Errors: dbase::Error for a table
-    /// that cannot be opened.
+    /// Opens MUNICIPI by name and POSTAL by street. `owner`: the host's component that the controller works
+    /// for; the data module belongs to the controller alone. Errors: dbase::Error for a table that cannot be
+    /// opened.
     explicit TClassCodPostales(QObject* owner = nullptr);
     ~TClassCodPostales();
     TClassCodPostales(const TClassCodPostales&) = delete;
     TClassCodPostales& operator=(const TClassCodPostales&) = delete;
 
-    /// Owner of the dialogs that the controller opens; the host assigns it, and may leave it null.
+    /// Owner of the dialogs that the controller opens; set by the host, may be null.
     QWidget* Padre = nullptr;
     std::unique_ptr<TDMCodPostales> DM;
 
@@ -47,102 +47,100 @@ public:
     [[nodiscard]] static QString space(int count);
 
     // --- Municipalities.
-    /// Selects the tag; nothing when it is active already. The current municipality stays.
+    /// Selects the tag; does nothing if it is active already. The current municipality stays.
     void OrdenaPorNombreMunicipi();
     void OrdenaPorCodIneMunicipi();
     void OrdenaPorCodPostalMunicipi();
-    /// Searches by the active tag, which must be the one of that name.
+    /// Searches by the active tag, which must match the function's name.
     bool BuscaPorNombreMunicipi(const QString& value, bool exact);
     bool BuscaPorCodIneMunicipi(const QString& value, bool exact);
     bool BuscaPorCodPostalMunicipi(const QString& value, bool exact);
     /// Searches by the column that the active tag orders by; false without searching for any other tag.
     bool BuscaEnMunicipi(const QString& value, bool exact);
-    /// Completes the municipality box when a letter, a digit or key 44 was released.
+    /// Completes the municipality box when a letter, a digit or key 44 has been released.
     void KeyUpMunicipi(QLineEdit* sender, std::uint16_t& key, Qt::KeyboardModifiers shift);
-    /// Fills province and postal code of a validated municipality, each only when passed in with some text.
+    /// Fills in province and postal code of a validated municipality, each only if some text is passed in.
     void ExitMunicipi(QLineEdit* sender, QString& province, QString& postalCode, bool ask);
-    /// Shows the list of municipalities; true when one was chosen, which is then current under the tag that
-    /// was active before.
+    /// Shows the list of municipalities; true if one was chosen, which is then current under the previously
+    /// active tag.
     bool BuscarMunicipios();
 
     // --- Streets of the current municipality.
-    /// Selects the tag VIA; nothing when it is active already. The current street stays.
+    /// Selects the tag VIA; does nothing if it is active already. The current street stays.
     void OrdenaPorViaPostal();
-    /// BuscaPorViaPostal while POSTAL is ordered by street; otherwise false without searching.
+    /// BuscaPorViaPostal if POSTAL is ordered by street; otherwise returns false without searching.
     bool BuscaEnPostal(const QString& street, const QString& type, bool exact);
-    /// Seeks name and type, and where the row reached has another name, the name without type; the result is
-    /// that of the first search. In a municipality with one postal code, a row with another code is left for
-    /// the first row.
+    /// Seeks name and type and, if the row reached has another name, the name without type; returns the
+    /// result of the first search. In a municipality with one postal code, a row with another code is
+    /// rejected in favour of the first row.
     bool BuscaPorViaPostal(const QString& street, const QString& type, bool exact);
-    /// Completes the street box when a letter, a digit or key 188 (comma) was released.
+    /// Completes the street box when a letter, a digit or key 188 (comma) has been released.
     void KeyUpDireccionPostal(QLineEdit* sender, std::uint16_t& key, Qt::KeyboardModifiers shift,
                               const QString& type);
-    /// Goes to the row of the given type of a validated street; offers to add an unknown one, stored with the
-    /// postal code `newPostalCode` and then shown on its card, which when accepted puts the municipality's
-    /// first one for none, and, with `ask`, to choose it from the list. Writes the postal code of a street
-    /// that is known in the end into the host's field, which may be null and whose dataset must be in edit.
-    /// `unused` is part of the event's form.
+    /// For a validated street, goes to the row of the given type. For an unknown one, offers to add it,
+    /// stored with the postal code `newPostalCode` and then shown on its card (accepting the card replaces an
+    /// empty code by the municipality's first one), and, with `ask`, to choose one from the list. Writes the
+    /// postal code of the street known in the end into the host's field, which may be null and whose dataset
+    /// must be in edit. `unused` is part of the event's signature.
     void ExitDireccionPostal(QLineEdit* sender, dbase::Field* postalCodeField, dbase::Field* unused, bool ask,
                              const QString& newPostalCode, const QString& type);
-    /// What came of the street that was left last.
+    /// What happened to the street last left.
     enum class TypedStreet {
-        Known,    // or nothing at all
-        Unknown,  // the user did not want to do anything about it
-        Added,    // it is current, if its card has not led elsewhere
-        NotAdded, // it was to be, and the user was told why not
+        Known,    // or an empty box
+        Unknown,  // the user chose to do nothing about it
+        Added,    // it is current, unless its card has led elsewhere
+        NotAdded, // adding it failed, and the user was informed why
         Chosen    // another one, from the list; it is current
     };
-    /// That of the last ExitDireccionPostal. The box's Tag does not tell: it is 1 after an addition, and the
-    /// key of a street may be 1, too.
+    /// Result of the last ExitDireccionPostal. The box's Tag does not show it: it is 1 after an addition, but
+    /// the key of a street may be 1 too.
     [[nodiscard]] TypedStreet typedStreet() const { return typedStreet_; }
 
-    // --- House numbers. Both begin at the current row: call BuscaEnPostal before when the number has
-    // changed.
+    // --- House numbers. Both begin at the current row: call BuscaEnPostal first if the number has changed.
     /// Writes the postal code of the row whose range holds the number, among the rows with the current name
     /// and type.
     void ExitNumeroPostal(QLineEdit* sender, dbase::Field* postalCodeField);
-    /// The variant that looks only at rows without type and returns to where it began when none holds the
+    /// Variant that considers only rows without type, and returns to its starting row if none holds the
     /// number.
     void ExitNumeroPostal_(QLineEdit* sender, dbase::Field* postalCodeField);
 
-    /// Shows the list of streets; true when one was chosen, which is then current under the tag that was
-    /// active before. `standalone`: begin in the host's own province, not in that of the current
-    /// municipality.
+    /// Shows the list of streets; true if one was chosen, which is then current under the previously active
+    /// tag. `standalone`: begin in the host's own province instead of the current municipality's.
     bool BuscarDireccionPostal(bool standalone);
 
-    /// Puts POSTAL on a street of a municipality, for a stored address; MUNICIPI keeps its order.
+    /// Moves POSTAL to a street of a municipality, for a stored address; MUNICIPI keeps its order.
     void SituaPrimerViaMunicipio(const QString& codIne, const QString& street, const QString& type);
 
-    // --- Keeping the streets. Only those that users added, whose key begins with "99", may be changed. An
-    // operation that fails in the engine answers false like one that was refused with a message of its own;
-    // whoever works for a user then calls showStreetFailure(), which tells the former and is silent
-    // otherwise: if (!controller.AceptarVia()) controller.showStreetFailure();
-    /// Starts a new row for the current municipality, with open number ranges. False when it cannot.
+    // --- Keeping the streets. Only streets added by users, whose key begins with "99", may be changed. An
+    // operation that fails in the engine returns false, like one refused with a message of its own; callers
+    // acting for a user then call showStreetFailure(), which reports the former and is silent otherwise:
+    // if (!controller.AceptarVia()) controller.showStreetFailure();
+    /// Starts a new row for the current municipality, with open number ranges. False if it cannot.
     bool AnadirVia();
-    /// Puts the current row into edit; false, with a message, when there is none or it may not be changed,
-    /// and without one when another workstation holds or has changed it.
+    /// Puts the current row into edit. False with a message if there is none or it may not be changed; false
+    /// without one if another workstation holds or has changed it.
     bool ModificarVia();
-    /// Deletes the current row, with `ask` after a question. `unused` has no effect. True when it is gone.
+    /// Deletes the current row; with `ask`, after a question. `unused` has no effect. True if it is gone.
     /// Deliberate: true also for an empty table, where nothing is left to delete.
     bool BorrarVia(bool ask, bool unused = false);
-    /// Stores the pending row, a new one under a key of its own. A row without name is refused and dropped.
-    /// False when it was not stored; it then stays pending, save for want of a name. Who stores many asks for
-    /// no wait with each and calls DM->tbPostal.sync() behind them.
+    /// Stores the pending row, a new one under a key of its own. A row without a name is refused and dropped.
+    /// False if it was not stored; it then stays pending, unless it lacked a name. To store many, request no
+    /// wait for each and call DM->tbPostal.sync() after them.
     bool AceptarVia(dbase::Durability durability = Config.durability());
-    /// Asks, and drops the pending row on yes; false on no.
+    /// Asks, and drops the pending row on yes; returns false on no.
     bool CancelarVia();
-    /// Stores a pending new row under the next free key, while a lock keeps other workstations from taking
-    /// it. Called by AceptarVia alone. Errors: dbase::Error; ambrel::SilentAbort when another workstation
-    /// holds the lock, which the user has been told.
+    /// Stores a pending new row under the next free key; a lock keeps other workstations from taking that
+    /// key. Called by AceptarVia alone. Errors: dbase::Error; ambrel::SilentAbort if another workstation
+    /// holds the lock, of which the user has been informed.
     bool PostInsert(dbase::Durability durability = Config.durability());
-    /// Why the last of these operations failed in the engine, for the user; empty when it did not, and once
-    /// it was shown.
+    /// Why the last of these operations failed in the engine, for the user; empty if it did not fail or the
+    /// text has been shown.
     [[nodiscard]] const QString& streetFailure() const { return streetFailure_; }
-    /// Shows that text once; nothing when there is none.
+    /// Shows that text once; does nothing if there is none.
     void showStreetFailure();
-    /// Opens the card of the current street; `municipality` is the name that it shows, or empty. MUNICIPI is
-    /// then ordered by name, on the first municipality with the current one's postal code. What the card
-    /// could not store is dropped when it has closed.
+    /// Opens the card of the current street; `municipality` is the name it shows, or empty. Afterwards
+    /// MUNICIPI is ordered by name, on the first municipality with the current one's postal code. Anything
+    /// that the card could not store is dropped when it closes.
     void MuestraFichaVia(TOperacion operation, const QString& municipality);
 
 private:

@@ -1,5 +1,5 @@
-// The controller's operations that open dialogs, and leaving the street box, which may lead to those of the
-// streets.
+// The controller's operations that open dialogs, and leaving the street box, which may open the street
+// dialogs.
 #include <QLineEdit>
 #include <utility>
 
@@ -24,15 +24,15 @@ using ambrel::toWindows1252;
 
 namespace {
 
-/// What the street box's Tag says of a street that was just inserted: known, whatever its key.
+/// Tag of the street box for a street just inserted: known, whatever its key.
 constexpr int justInserted = 1;
 
 bool isYes(const QString& question) {
     return Mensaje_SiNo(question, QStringLiteral("ATENCIÓN"), QStringLiteral("Atención")) == answeredYes;
 }
 
-/// Shows a list in which the user may change the table's order. True when a row was chosen, which stays
-/// current in the order from before.
+/// Shows a list in which the user may change the table's order. True if a row was chosen, which stays current
+/// in the previous order.
 template<class List, class... Arguments>
 bool isChosenFrom(dbase::Dataset& table, QWidget* owner, Arguments&&... arguments) {
     const std::string tagBefore = table.tag();
@@ -59,14 +59,14 @@ bool TClassCodPostales::BuscarDireccionPostal(bool standalone) {
 void TClassCodPostales::MuestraFichaVia(TOperacion operation, const QString& municipality) {
     const QString postalCode = fromWindows1252(DM->tbMunicipiCODPOSTAL.view());
     OrdenaPorCodPostalMunicipi();
-    // Deliberate: the first municipality with this postal code becomes current, whichever it was before.
+    // Deliberate: makes the first municipality with this postal code current, whichever was current before.
     BuscaPorCodPostalMunicipi(postalCode, exactSearch);
     OrdenaPorNombreMunicipi();
     const bool isCardsOwn = DM->tbPostal.state() == dbase::DatasetState::Browse;
     ambrel::ModalDialog<TFFichaVia> card(Padre, *this, operation,
                                          fromWindows1252(DM->tbMunicipiCOD_INE.view()), municipality);
     card.show();
-    // What could not be stored, and was told, is in nobody's hands any more: it would pass for the current
+    // A row that could not be stored, as the user was informed, is abandoned: it would pass for the current
     // street, and a changed one would keep its lock.
     if (isCardsOwn) {
         DM->tbPostal.cancel();
@@ -116,7 +116,7 @@ void TClassCodPostales::addTypedStreet(QLineEdit& box, const QString& postalCode
             MuestraFichaVia(opModificacion, fromWindows1252(DM->tbMunicipiNOMBRE.view()));
             return;
         }
-        // A street that was not stored has no card, and the text is no known street.
+        // A street that was not stored has no card, and the text is not a known street.
         setTag(box, 0);
     }
     showStreetFailure();

@@ -39,7 +39,7 @@ bool TClassCodPostales::attempt(const std::function<bool()>& operation) {
     try {
         return operation();
     } catch (const ambrel::SilentAbort&) {
-        // Told already: no failure to be shown later.
+        // Already shown: no failure to show later.
     } catch (const std::exception& failure) {
         streetFailure_ = QString::fromUtf8(failure.what());
     }
@@ -87,7 +87,7 @@ bool TClassCodPostales::BorrarVia(bool ask, bool) {
         if (DM->tbPostal.isEmpty()) {
             tellThatThereAreNoStreets();
             DM->tbPostal.cancel();
-            // Deliberate: callers take an empty table for one in which nothing is left to delete.
+            // Deliberate: to callers an empty table means that nothing is left to delete.
             return true;
         }
         if (!ambrel::isUserStreet(*DM)) {

@@ -1,4 +1,4 @@
-// Completion of what is being typed.
+// Completion of a text being typed.
 #include "controller/Completion.h"
 
 #include <algorithm>
@@ -24,8 +24,8 @@ std::optional<Completion> complete(const EditedText& edited, std::string_view fo
     if (edited.text.empty() || !found.starts_with(edited.text)) {
         return std::nullopt;
     }
-    // With keys pressed faster than released, the text is complete already and its tail selected: the caret
-    // stays where the user was typing.
+    // If keys are pressed faster than released, the text is complete already with its tail selected: the
+    // caret stays where the user was typing.
     const std::size_t wanted = edited.selectionLength > 0 ? edited.selectionStart : edited.caret;
     const std::size_t caret = std::min(wanted, found.size());
     return Completion{.text = std::string(found), .caret = caret, .selectionLength = found.size() - caret};

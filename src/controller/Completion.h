@@ -1,4 +1,4 @@
-// Incremental completion of a text box: which keys ask for it, and what the box shows afterwards.
+// Incremental completion of a text box: the keys that trigger it, and what the box shows afterwards.
 #pragma once
 
 #include <cstddef>
@@ -14,17 +14,17 @@ struct EditedText {
     std::string text;
     std::size_t caret = 0;
     std::size_t selectionStart = 0;
-    std::size_t selectionLength = 0; // 0: nothing is selected
+    std::size_t selectionLength = 0; // 0: no selection
 };
 
-/// A completed text box: the completed tail is selected behind the caret, so that the next key overwrites it.
+/// A completed text box: the tail after the caret is selected, so that the next key overwrites it.
 struct Completion {
     std::string text;
     std::size_t caret = 0;
     std::size_t selectionLength = 0;
 };
 
-/// A completed text box together with the code of what it names, for the box's Tag.
+/// A completed text box with the code of what it names, for the box's Tag.
 struct NamedCompletion {
     Completion box;
     int code = 0;
@@ -36,7 +36,7 @@ struct NamedCompletion {
 /// True for the key codes that complete a street: letters, digits and 188, the comma key.
 [[nodiscard]] bool completesStreet(std::uint16_t key);
 
-/// Completes a text with one that begins with it; null when `found` does not, and for an empty text.
+/// Completes a text to one that begins with it; null if `found` does not, or if the text is empty.
 [[nodiscard]] std::optional<Completion> complete(const EditedText& edited, std::string_view found);
 
 } // namespace ambrel

@@ -15,20 +15,20 @@
 namespace ambrel {
 namespace {
 
-/// Streets changed under one lock: few enough for other users not to notice the wait.
+/// Streets changed under one lock: few enough that other users do not notice the wait.
 constexpr dbase::RecordNumber stretch = 512;
 
 struct Municipality {
     std::string name, ineCode;
 };
 
-/// The municipalities with one postal code, in the order of the table.
+/// The municipalities with one postal code, in table order.
 struct PostalCode {
     std::vector<Municipality> all;
-    std::optional<Municipality> major; // the first that is no minor entity
+    std::optional<Municipality> major; // the first that is not a minor entity
 };
 
-/// MUNICIPI by postal code. It is small, and each of its codes stands for many streets.
+/// MUNICIPI by postal code. It is small, and each of its codes covers many streets.
 class PostalCodes {
 public:
     explicit PostalCodes(dbase::Dataset& municipalities) {
@@ -70,7 +70,7 @@ public:
         return !text(street, municipality_).empty() || !text(street, ineCode_).empty();
     }
 
-    /// `row`: the street's bytes, to be changed. False when no municipality is found for it.
+    /// `row`: the street's bytes, to be changed. False if no municipality is found for it.
     bool fill(const dbase::RecordView& street, std::span<char> row, const PostalCodes& codes) const {
         const PostalCode* const code = codes.find(text(street, code_));
         if (!code) {
@@ -79,7 +79,7 @@ public:
         if (code->major) {
             write(row, *code->major);
         }
-        // Every municipality with this code is a minor entity: the street's own name tells which.
+        // Every municipality with this code is a minor entity: the street's own name decides.
         if (!dbase::decodeText(raw(row, ineCode_)).empty()) {
             return code->major.has_value();
         }
@@ -94,7 +94,7 @@ public:
 
 private:
     static const dbase::Column& column(dbase::Dataset& table, std::string_view name) {
-        static_cast<void>(table.field(name)); // refuses a name that is not there
+        static_cast<void>(table.field(name)); // throws if the name is missing
         return table.schema().columns[*table.schema().find(name)];
     }
     static std::string_view text(const dbase::RecordView& street, const dbase::Column& column) {
@@ -129,8 +129,7 @@ InePassCount fillIneCodes(const std::string& database, InePassRows rows, const I
         std::vector<char> row(street.bytes.begin(), street.bytes.end());
         count.inUse += isFilled(street, row) ? 1 : 0;
     };
-    // In the order of the file: no street's outcome depends on another's, and neighbours are written
-    // together.
+    // In file order: no street's outcome depends on another's, and neighbours are written together.
     dbase::Table& table = streets->openTable();
     for (dbase::RecordNumber next = 1; next != 0;) {
         next = table.amend(next, stretch, fill, dbase::Durability::Process, countInUse);

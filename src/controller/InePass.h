@@ -1,4 +1,4 @@
-// The maintenance pass that writes municipality and INE code into the streets, by their postal code.
+// The maintenance pass that writes municipality and INE code into the streets, based on their postal code.
 #pragma once
 
 #include <cstdint>
@@ -9,23 +9,23 @@ namespace ambrel {
 
 enum class InePassRows {
     All,
-    WithoutData, // only those where both MUNICIPI and COD_INE are blank
+    WithoutData, // only those with both MUNICIPI and COD_INE blank
 };
 
-/// Told now and then, between two changes: records of POSTAL that are done, of how many.
+/// Called now and then, between two changes, with the number of POSTAL records done and their total.
 using InePassProgress = std::function<void(std::uint32_t done, std::uint32_t total)>;
 
-/// What became of the streets.
+/// Outcome of the pass.
 struct InePassCount {
-    std::uint32_t filled = 0; // that have their municipality and code from the pass
-    std::uint32_t inUse = 0;  // that would have, but are held by somebody and stay as they were
+    std::uint32_t filled = 0; // received their municipality and code from the pass
+    std::uint32_t inUse = 0;  // would have, but are held by another user and stay as they were
 };
 
-/// Gives each street the first municipality, minor entities aside, with its postal code; where there are only
-/// minor entities, a street without code gets the one that has its name. Streets that nothing is found for,
-/// and those that another user holds, stay as they are. Opens POSTAL and MUNICIPI of a database for the time
-/// of the pass, and waits once for the disk, at its end, where Config.AsegurarEnDisco asks for it. Errors:
-/// dbase::Error for tables that cannot be opened or written.
+/// Gives each street the first municipality with its postal code that is not a minor entity; if there are
+/// only minor entities, a street without a code gets the one that bears its name. Streets for which nothing
+/// is found, and those held by another user, stay as they are. Opens POSTAL and MUNICIPI of a database for
+/// the duration of the pass, and waits for the disk once, at the end, if Config.AsegurarEnDisco requires it.
+/// Errors: dbase::Error for tables that cannot be opened or written.
 InePassCount fillIneCodes(const std::string& database, InePassRows rows, const InePassProgress& progress);
 
 } // namespace ambrel

@@ -1,4 +1,4 @@
-// Giving out street keys.
+// Allocating street keys.
 #include "controller/KeyAllocation.h"
 
 #include <memory>
@@ -16,7 +16,7 @@ constexpr std::string_view userBlock = "99";
 constexpr const char* keyTag = "CODIGO1";
 constexpr const char* fileOrder = ""; // no tag
 
-/// The wanted key, or the one behind the highest when it is taken. `table` is then ordered by key.
+/// The wanted key or, if taken, the one after the highest. Leaves `table` ordered by key.
 std::string freeKey(dbase::Dataset& table, const std::string& wanted) {
     TBIndexa(keyTag, table);
     if (!TBBusca(table, {{keyTag, Cad_Int(wanted)}}, exactSearch)) {
@@ -26,14 +26,14 @@ std::string freeKey(dbase::Dataset& table, const std::string& wanted) {
     return keyBehind(table.field(keyTag).view());
 }
 
-/// The lock on the first row, and the key that may be given while it is held.
+/// The lock on the first row, and the key that may be used while it is held.
 struct Allocation {
-    std::unique_ptr<dbase::Dataset> lock; // null: refused. Its end releases the lock.
+    std::unique_ptr<dbase::Dataset> lock; // null: refused. Its destruction releases the lock.
     std::string key;
 };
 
-/// A handle of its own, so that no range, filter or position of another cursor hides a key. It is the lock
-/// and the view of the keys in one: to open a table costs as much as the rest of this.
+/// Uses a handle of its own, so that no range, filter or position of another cursor hides a key. The same
+/// handle holds the lock and reads the keys: opening a table costs as much as all the rest.
 Allocation allocate(const dbase::Dataset& streets, const std::string& wanted) {
     auto table = CreaTabla(streets.databaseName(), streets.tableName(), fileOrder, false, openNow);
     if (!lockFirstRow(*table)) {
@@ -49,14 +49,14 @@ bool isUserKey(std::string_view key) { return key.starts_with(userBlock); }
 
 std::string keyBehind(std::string_view highest) {
     std::string next = Int_Cad(Cad_Int(highest) + 1);
-    // Deliberate: behind 99999999 comes the block's first key again, although it is taken.
+    // Deliberate: 99999999 is followed by the block's first key again, although that one is taken.
     return isUserKey(next) ? next : firstUserKey;
 }
 
 bool lockFirstRow(dbase::Dataset& table) {
     while (BloqueaActual(table)) {
         const dbase::RecordNumber locked = table.recordNumber();
-        table.first(); // what was seen before the lock proves nothing
+        table.first(); // reads made before the lock prove nothing
         if (table.recordNumber() == locked) {
             return true;
         }
@@ -67,7 +67,7 @@ bool lockFirstRow(dbase::Dataset& table) {
 
 bool postUnderFreeKey(dbase::Dataset& streets, dbase::Field& key, dbase::Durability durability) {
     const std::string wanted = key.isNull() ? firstUserKey : key.text();
-    // All looks at the table under one structure lock: a system call costs more than any of them.
+    // Reads the table under a single structure lock: a system call costs more than any of the reads.
     const Allocation given = streets.openTable().read([&] { return allocate(streets, wanted); });
     if (!given.lock) {
         return false;

@@ -13,8 +13,8 @@ bool findPostalCode(TDMCodPostales& tables, const std::string& postalCode, bool 
     return TBBusca(tables.tbMunicipi, {{"CODPOSTAL", postalCode}}, exact);
 }
 
-/// Forward to the capital among the municipalities with a postal code; to the last of them when none is one.
-/// Stays on a municipality with another code.
+/// Moves forward to the capital among the municipalities with a postal code, or to the last of them if none
+/// is one. Stays put on a municipality with another code.
 void walkToCapital(TDMCodPostales& tables, const std::string& postalCode) {
     const auto hasCode = [&] { return tables.tbMunicipiCODPOSTAL.text() == postalCode; };
     while (tables.tbMunicipiCAPITAL.text() != capitalMark && hasCode()) {
@@ -28,8 +28,8 @@ void walkToCapital(TDMCodPostales& tables, const std::string& postalCode) {
     }
 }
 
-/// Forward to the municipality with the given name among those with a postal code; to the first of them when
-/// none has it.
+/// Moves forward to the municipality with the given name among those with a postal code, or to the first of
+/// them if none has it.
 void walkToName(TDMCodPostales& tables, const std::string& postalCode, const std::string& name) {
     do {
         if (tables.tbMunicipiNOMBRE.text() == name) {
@@ -40,7 +40,7 @@ void walkToName(TDMCodPostales& tables, const std::string& postalCode, const std
 }
 
 std::string nameByPostalCode(TDMCodPostales& tables, const std::string& postalCode) {
-    // Deliberate: a street whose postal code no municipality has shows its own name.
+    // Deliberate: a street whose postal code belongs to no municipality shows its own name.
     if (!findPostalCode(tables, postalCode, exactSearch)) {
         return tables.tbPostalVIA.text();
     }

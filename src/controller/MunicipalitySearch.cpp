@@ -6,7 +6,7 @@
 namespace ambrel {
 namespace {
 
-/// The column that the active tag orders by; null for a tag that no search uses.
+/// The column that the active tag orders by; null for a tag not used by any search.
 dbase::Field* searchedField(TDMCodPostales& tables) {
     const std::string& tag = tables.tbMunicipi.tag();
     for (dbase::Field* field :

@@ -3,12 +3,12 @@
 
 namespace ambrel {
 
-/// First and last house number, both included.
+/// First and last house number, inclusive.
 struct NumberRange {
     int first = 0;
     int last = 0;
 
-    /// Whether the number lies in it.
+    /// Whether the range contains the number.
     [[nodiscard]] bool holds(int number) const { return first <= number && number <= last; }
 };
 
@@ -17,7 +17,7 @@ struct StretchRanges {
     NumberRange odd;
     NumberRange even;
 
-    /// Whether the side on which the number stands has it; 0 is even.
+    /// Whether the number's side contains it; 0 is even.
     [[nodiscard]] bool hold(int number) const { return (number % 2 != 0 ? odd : even).holds(number); }
 };
 

@@ -21,7 +21,7 @@ bool walkToNumber(TDMCodPostales& tables, int number) {
     }
     const std::string name = tables.tbPostalVIA.text();
     const std::string type = tables.tbPostalTIPO_VIA.text();
-    // Deliberate: the end of the table is not looked for; the walk ends there because a step no longer moves.
+    // Deliberate: no test for the end of the table; the walk ends there because a step no longer moves.
     do {
         if (tables.tbPostalVIA.text() != name || tables.tbPostalTIPO_VIA.text() != type) {
             tables.tbPostal.prior();
@@ -44,7 +44,7 @@ bool walkToNumberWithoutType(TDMCodPostales& tables, int number) {
         if (tables.tbPostalVIA.text() != name) {
             break;
         }
-        // Deliberate: only rows without type are looked at, whatever type the walk began with.
+        // Deliberate: only rows without type are considered, whatever type the walk began with.
         if (tables.tbPostalTIPO_VIA.text().empty() && currentRowHolds(tables, number)) {
             return true;
         }

@@ -5,12 +5,12 @@
 
 namespace ambrel {
 
-/// From the current row on, among the rows with its name and type; true on the row that holds the number.
-/// Otherwise false, and the last row of the street with that type is current.
+/// Walks from the current row through the rows with its name and type; true on the row that holds the number.
+/// Otherwise false, with the last row of the street with that type current.
 [[nodiscard]] bool walkToNumber(TDMCodPostales& tables, int number);
 
-/// From the current row on, among the rows with its name and without type; true on the row that holds the
-/// number. Otherwise false, and the row where the walk began is current.
+/// Walks from the current row through the rows with its name and without type; true on the row that holds the
+/// number. Otherwise false, with the starting row current.
 [[nodiscard]] bool walkToNumberWithoutType(TDMCodPostales& tables, int number);
 
 } // namespace ambrel

@@ -1,4 +1,4 @@
-// What a record dialog is opened for.
+// The purpose for which a record dialog is opened.
 #pragma once
 
 /// Addition, deletion, change, view.

@@ -9,7 +9,7 @@ namespace ambrel {
 
 std::string provinceName(const std::string& postalCode, const std::string& database) {
     const auto provinces = CreaTabla(database, "PROVIN.DBF", "CODIGO", false, openNow);
-    // The code goes as a number: the column holds three characters, the postal code begins with two.
+    // The code is passed as a number: the column has three characters, the postal code begins with two.
     const int code = Cad_Int(provinceOf(postalCode));
     if (!TBBusca(*provinces, {{"CODIGO", code}}, exactSearch)) {
         return {};

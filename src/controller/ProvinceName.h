@@ -5,7 +5,7 @@
 
 namespace ambrel {
 
-/// Name of the province whose code is the number in the first two characters; empty when PROVIN has none.
+/// Name of the province whose code is the number in the first two characters; empty if PROVIN has none.
 [[nodiscard]] std::string provinceName(const std::string& postalCode, const std::string& database = "DB");
 
 } // namespace ambrel

@@ -11,7 +11,7 @@ namespace ambrel {
 std::vector<Province> spanishProvinces(dbase::Dataset& provinces) {
     std::vector<Province> found;
     const TableScope open(provinces);
-    provinces.first(); // it may have been open
+    provinces.first(); // it may have been open already
     for (bool isRow = !provinces.isEmpty(); isRow; isRow = provinces.next()) {
         if (provinces.field("GRUPO").integer() == provinceGroup) {
             found.push_back({provinces.field("PROVINCIA").text(), provinces.field("CODIGO").text()});
@@ -23,7 +23,7 @@ std::vector<Province> spanishProvinces(dbase::Dataset& provinces) {
 std::string provinceCode(dbase::Dataset& provinces, const std::string& name) {
     TBIndexa("ALFABETICO", provinces);
     const TableScope open(provinces);
-    // A search compares what the column holds; a longer name is not found by its beginning.
+    // A search compares only as much as the column holds; a longer name must not match its beginning.
     if (!TBBusca(provinces, {{"PROVINCIA", name}}, exactSearch) ||
         provinces.field("PROVINCIA").text() != name) {
         return "00";

@@ -15,7 +15,7 @@ std::vector<Province> StreetCardTables::provinces() {
 std::vector<StreetType> StreetCardTables::streetTypes() {
     std::vector<StreetType> found;
     const TableScope open(tbTipoVia);
-    tbTipoVia.first(); // it may have been open
+    tbTipoVia.first(); // it may have been open already
     for (bool isRow = !tbTipoVia.isEmpty(); isRow; isRow = tbTipoVia.next()) {
         found.push_back({tbTipoViaCODIGO.text(), tbTipoViaNOMBRE.text()});
     }
@@ -34,7 +34,7 @@ std::optional<Province> StreetCardTables::findProvince(const std::string& code) 
 std::optional<StreetType> StreetCardTables::findStreetType(const std::string& code) {
     TBIndexa("CODIGO", tbTipoVia);
     const TableScope open(tbTipoVia);
-    // A search compares what the column holds; a longer code is not found by its beginning.
+    // A search compares only as much as the column holds; a longer code must not match its beginning.
     if (!TBBusca(tbTipoVia, {{"CODIGO", code}}, exactSearch) || tbTipoViaCODIGO.text() != code) {
         return std::nullopt;
     }
@@ -50,7 +50,7 @@ std::string provinceNameIn(std::string_view text, std::string_view shown) {
     if (bracket == std::string_view::npos) {
         return std::string(withoutBlanks(text));
     }
-    // Deliberate: the place is that of the bracket in the text asked about, the name that of the text shown.
+    // Deliberate: the position is that of the bracket in the text passed in, the name that of the text shown.
     return std::string(withoutBlanks(withoutBlanks(shown).substr(0, bracket)));
 }
 

@@ -1,4 +1,4 @@
-// What the street card looks up in PROVIN and TIPO_VIA, and what it makes of its texts.
+// The street card's lookups in PROVIN and TIPO_VIA, and the interpretation of its texts.
 #pragma once
 
 #include <optional>
@@ -17,7 +17,7 @@ struct StreetType {
     std::string name;
 };
 
-/// The card's own tables, closed but for the time of an operation, unless somebody opened them. Errors of the
+/// The card's own tables, closed except during an operation, unless other code has opened them. Errors of the
 /// operations: dbase::Error of a table that cannot be opened.
 class StreetCardTables {
 public:
@@ -25,11 +25,11 @@ public:
     [[nodiscard]] std::vector<Province> provinces();
     [[nodiscard]] std::vector<StreetType> streetTypes();
 
-    /// By the two digits of a province code, as streets have it.
+    /// By the two digits of a province code, as stored in streets.
     [[nodiscard]] std::optional<Province> findProvince(const std::string& code);
     [[nodiscard]] std::optional<StreetType> findStreetType(const std::string& code);
 
-    /// Two digits of the province with exactly this name; "00" when there is none.
+    /// Two digits of the province with exactly this name; "00" if there is none.
     [[nodiscard]] std::string provinceCode(const std::string& name);
 
     /// Street types.
@@ -46,14 +46,14 @@ public:
     dbase::Field& tbProvinGRUPO = tbProvin.bindInteger("GRUPO");
 };
 
-/// Name of the province that a text such as "MADRID [28]" gives, while the card shows `shown`. Without "[" it
+/// Name of the province given by a text such as "MADRID [28]", while the card shows `shown`. Without "[" it
 /// is the text itself.
 [[nodiscard]] std::string provinceNameIn(std::string_view text, std::string_view shown);
 
-/// Code, in capitals, of the street type that a text such as "cl" or "CL - CALLE" gives.
+/// Code, in capitals, of the street type given by a text such as "cl" or "CL - CALLE".
 [[nodiscard]] std::string streetTypeCodeIn(std::string_view text);
 
-/// True for five characters that begin with the province's two.
+/// True for five characters that begin with the province's two digits.
 [[nodiscard]] bool isPostalCodeOf(std::string_view postalCode, std::string_view provinceCode);
 
 } // namespace ambrel

@@ -1,4 +1,4 @@
-// Building the keys of the street searches.
+// Builds the keys of the street searches.
 #include "controller/StreetKey.h"
 
 #include "data/Province.h"

@@ -1,4 +1,4 @@
-// Street rows in the making.
+// Street rows being edited.
 #include "controller/StreetRecord.h"
 
 #include "controller/KeyAllocation.h"

@@ -29,13 +29,13 @@ bool hasNeighbour(TDMCodPostales& tables, const std::string& name) {
             streets.next();
         }
     } catch (const dbase::Error&) {
-        // Deliberate: a fault of these steps only means that no neighbour is known.
+        // Deliberate: a failure of these steps only means that no neighbour is known.
     }
     return same;
 }
 
-/// Exact search by name and type, then by name alone where the row that is current then has another name; the
-/// result is that of the first one.
+/// Searches exactly by name and type, then by name alone if the current row then has another name; returns
+/// the result of the first search.
 bool findExact(TDMCodPostales& tables, const StreetPlace& place, const std::string& name,
                const std::string& type) {
     const bool found = TBBusca(tables.tbPostal, paddedStreetKey(place, name, type), exactSearch);
@@ -45,9 +45,9 @@ bool findExact(TDMCodPostales& tables, const StreetPlace& place, const std::stri
     return found;
 }
 
-/// Nearest search by name and type, then by name alone where that meets another name; the result is that of
-/// the first one. Begins with the latter: where it meets another name no street has this one, so that both
-/// searches end on the same row. That is what most keys in the street box come to, and costs one search.
+/// Searches nearest by name and type, then by name alone if that reaches another name; returns the result of
+/// the first search. Begins with the latter: if it reaches another name, no street has this one, and both
+/// searches end on the same row. Most keys typed in the street box take this path, at the cost of one search.
 bool findNearest(TDMCodPostales& tables, const StreetPlace& place, const std::string& name,
                  const std::string& type) {
     dbase::Dataset& streets = tables.tbPostal;
@@ -63,7 +63,7 @@ bool findNearest(TDMCodPostales& tables, const StreetPlace& place, const std::st
     return found;
 }
 
-/// First try: the street itself. Then: its name without type. Last: the municipality's first street.
+/// First the street itself, then its name without type, finally the municipality's first street.
 void trySearches(TDMCodPostales& tables, const std::string& name, const std::string& type) {
     const StreetPlace place = currentPlace(tables);
     for (const dbase::Key& key :
@@ -80,7 +80,7 @@ void trySearches(TDMCodPostales& tables, const std::string& name, const std::str
 bool findStreet(TDMCodPostales& tables, const std::string& name, const std::string& type, bool exact) {
     const StreetPlace place = currentPlace(tables);
     const bool found = exact ? findExact(tables, place, name, type) : findNearest(tables, place, name, type);
-    // Deliberate: in a municipality with a single code a street with another code is not a hit.
+    // Deliberate: in a municipality with a single code, a street with another code is not a match.
     if (const auto only = onlyPostalCode(tables); only && *only != tables.tbPostalCODPOSTAL.text()) {
         tables.tbPostal.first();
     }

@@ -1,4 +1,4 @@
-// Composing the line of an address.
+// Composes the line of an address.
 #include "lookup/AddressLine.h"
 
 #include "services/Rnumcad.h"
@@ -21,7 +21,7 @@ std::string trimmedLine(const AddressColumns& columns) {
 
 std::string untrimmedLine(const AddressColumns& columns) {
     std::string line = trimmed(columns.type + ' ' + columns.street);
-    // Deliberate: the number is written out here, where the trimmed line has only a comma.
+    // Deliberate: the number is introduced in words here, whereas the trimmed line has only a comma.
     if (!withoutBlanks(columns.number).empty()) {
         line += " N\xDAMERO " + columns.number;
     }

@@ -1,10 +1,10 @@
-// The data module of a lookup routine, for the time in which the routine works.
+// The data module of a lookup routine, alive while the routine runs.
 #pragma once
 
 namespace ambrel {
 
-/// Creates a data module and keeps it in the global of its unit. The global is empty afterwards. Errors:
-/// those of the module's constructor; the global then stays as it was.
+/// Creates a data module and stores it in its unit's global, which is null afterwards. Errors: those of the
+/// module's constructor; the global is then unchanged.
 template<class Module>
 class ModuleScope {
 public:

@@ -1,4 +1,4 @@
-// Municipalities from the lists: always asked for, or only where the name does not settle them.
+// Municipalities from the lists: always by asking, or only if the name is ambiguous or unknown.
 #include <optional>
 
 #include "data/MunicipiDM.h"
@@ -20,7 +20,7 @@ using ambrel::toWindows1252;
 
 namespace {
 
-/// The module that is in the global already, or one for this routine alone.
+/// The module already in the global, or one for this routine alone.
 class SharedModule {
 public:
     SharedModule() {
@@ -36,7 +36,7 @@ private:
     TDMMunicipi* module_;
 };
 
-/// Shows one of the lists; true when the user takes the row that is then current.
+/// Shows one of the lists; true if the user accepts the row that is then current.
 template<class List>
 bool isChosenFrom(QWidget* owner, const QString& caption) {
     ambrel::ModalDialog<List> list(owner);
@@ -44,7 +44,7 @@ bool isChosenFrom(QWidget* owner, const QString& caption) {
     return list.isAccepted();
 }
 
-/// Goes near a text; nowhere for one that the table cannot hold.
+/// Goes near a text; does nothing for one that the table cannot hold.
 void goNear(dbase::Dataset& table, const char* keyField, const QString& value) {
     if (const auto text = toWindows1252(value)) {
         static_cast<void>(TBBusca(table, {{keyField, *text}}, nearestSearch));
@@ -61,7 +61,7 @@ bool isInProvince(TDMMunicipi& tables, const QString& provinceCode) {
     return code && ambrel::goToProvince(tables, *code);
 }
 
-/// Restricts a table to the records with the name of the current one.
+/// Restricts a table to the records with the current record's name.
 void showOnlyName(const dbase::Field& column) {
     const std::string name = column.text();
     TBRango(column.dataset(), {{column.name(), name}}, {{column.name(), name}});
@@ -131,7 +131,7 @@ bool IBuscaMunicipio(QString& name, QString& codIne, QString& postalCode, QStrin
         name = fromWindows1252(tables.tbMunicipiNOMBRE.text());
     };
     if (isExactName(tables.tbMunicipiNOMBRE, name)) {
-        // Deliberate: whoever leaves the list without an answer keeps the first of several municipalities.
+        // Deliberate: leaving the list without an answer keeps the first of several municipalities.
         takeCurrent();
         if (!ambrel::isNameOfAnother(tables)) {
             return true;
@@ -163,7 +163,7 @@ bool IBuscaMunicipioMJ(QString& name, QString& provinceCode, QString& municipali
             return true;
         }
         goNear(tables.tbMunicipiMJ, "POBLLITE", wanted);
-        // Deliberate: whoever leaves the list without an answer keeps the first of several municipalities.
+        // Deliberate: leaving the list without an answer keeps the first of several municipalities.
         takeCurrent();
         if (!ambrel::isNameOfNext(tables)) {
             return true;

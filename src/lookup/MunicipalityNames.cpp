@@ -36,7 +36,7 @@ bool goToProvince(TDMMunicipi& tables, const std::string& provinceCode) {
 bool isNameOfNext(TDMMunicipi& tables) {
     const std::string name = tables.tbMunicipiMJPOBLLITE.text();
     // Deliberate: no test for the end of the table. A step from the last record stays on it, so that the last
-    // name in the order counts as another's, too.
+    // name in the order also counts as shared.
     tables.tbMunicipiMJ.next();
     return tables.tbMunicipiMJPOBLLITE.view() == name;
 }

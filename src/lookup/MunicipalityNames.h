@@ -1,4 +1,4 @@
-// Municipalities by their exact name: where the first one is, and whether another one has the name as well.
+// Municipalities by exact name: where the first one is, and whether another one shares the name.
 #pragma once
 
 #include <string>
@@ -7,19 +7,19 @@
 
 namespace ambrel {
 
-/// Goes to the first record whose column, which the active tag orders by, holds exactly this text; otherwise
-/// to the nearest behind it, with false.
+/// Goes to the first record whose column, by which the active tag orders, holds exactly this text; otherwise
+/// returns false and goes to the nearest record after it.
 [[nodiscard]] bool goToName(const dbase::Field& column, const std::string& name);
 
-/// Walks MUNICIPI, in the order of names, on from the first record with a name: true as soon as another
-/// municipality has it. The same municipality under other postal codes does not count.
+/// Walks MUNICIPI, in name order, from the first record with a name: true as soon as another municipality has
+/// it. The same municipality under other postal codes does not count.
 [[nodiscard]] bool isNameOfAnother(TDMMunicipi& tables);
 
-/// Walks MUNICIMJ on from the first record with a name to the one in a province; false when there is none.
+/// Walks MUNICIMJ from the first record with a name to the one in a province; false if there is none.
 /// `provinceCode`: the last two characters count, "8" is "08".
 [[nodiscard]] bool goToProvince(TDMMunicipi& tables, const std::string& provinceCode);
 
-/// Whether the record behind MUNICIMJ's current one, to which it moves, has the same name.
+/// Moves to the record after MUNICIMJ's current one; true if it has the same name.
 [[nodiscard]] bool isNameOfNext(TDMMunicipi& tables);
 
 } // namespace ambrel

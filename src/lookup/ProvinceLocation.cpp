@@ -1,4 +1,4 @@
-// From postal code to province.
+// From a postal code to its province.
 #include "lookup/ProvinceLocation.h"
 
 #include <optional>
@@ -10,10 +10,10 @@
 namespace ambrel {
 namespace {
 
-/// The code of a province as PROVIN has it, from a postal code or an INE code.
+/// The code of a province as stored in PROVIN, from a postal code or an INE code.
 std::string storedCode(std::string_view code) { return '0' + provinceOf(code); }
 
-/// Goes from the postal code on to the capital among the codes that begin alike; false when there is none.
+/// Searches from the postal code on for the capital among codes of the same province; false if there is none.
 bool goToCapital(dbase::Dataset& municipalities, const std::string& postalCode) {
     const dbase::Field& code = municipalities.field("CODPOSTAL");
     const dbase::Field& mark = municipalities.field("CAPITAL");
@@ -27,7 +27,7 @@ bool goToCapital(dbase::Dataset& municipalities, const std::string& postalCode) 
     return false;
 }
 
-/// The capital of the province that a postal code begins with; its INE code says which province it is.
+/// The capital of the province that a postal code begins with; its INE code gives the province.
 std::optional<Province> provinceOfCapital(dbase::Dataset& municipalities, const std::string& postalCode) {
     const dbase::NotificationPause pause(municipalities);
     TagScope order(municipalities, "CODPOSTAL");

@@ -1,4 +1,4 @@
-// Provinces: of a postal code, and chosen by the user.
+// Provinces: of a postal code, or chosen by the user.
 #include "data/MunicipiDM.h"
 #include "dbase/system/error.h"
 #include "dialogs/ProvList.h"

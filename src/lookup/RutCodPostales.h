@@ -1,7 +1,7 @@
-// Lookups that the host calls: street types, provinces and municipalities by code or name, with a list where
-// the text does not settle the answer, and the line of an address.
+// Lookups for hosts: street types, provinces and municipalities by code or name, with a list if the text does
+// not determine the answer, and the line of an address.
 //
-// Texts that Windows-1252 cannot hold match nothing. Unless a routine says otherwise, dbase::Error of a table
+// Texts that Windows-1252 cannot hold match nothing. Unless stated otherwise, the dbase::Error of a table
 // that cannot be opened reaches the caller.
 #pragma once
 
@@ -17,54 +17,54 @@ class Dataset;
 
 // --- Street types.
 
-/// Name of a street type (in Catalan if so wished), cut before its first comma; empty when there is none. For
+/// Name of a street type (in Catalan if requested), cut before its first comma; empty if there is none. For
 /// an empty or unknown abbreviation, and only with `ask`, the user may choose from the list.
 /// Deliberate: the result is then the abbreviation chosen, not its name. Failures are shown to the user.
 [[nodiscard]] AMBREL_EXPORT QString Tipo_Via(const QString& abbreviation, bool ask, bool catalan);
 
 /// Writes the whole name of a street type into `name`. For an empty or unknown abbreviation the user is asked
 /// and may choose from the list.
-/// Deliberate: the result is the abbreviation chosen from the list, and empty when none had to be chosen.
-/// Failures are shown to the user.
+/// Deliberate: the result is the abbreviation chosen from the list, empty if no choice was needed. Failures
+/// are shown to the user.
 AMBREL_EXPORT QString Tipo_Via2(QString& name, const QString& abbreviation);
 
-/// Abbreviation of the street type with exactly this name; empty when there is none. Failures are shown to
-/// the user.
+/// Abbreviation of the street type with exactly this name; empty if there is none. Failures are shown to the
+/// user.
 [[nodiscard]] AMBREL_EXPORT QString Tipo_ViaPorNombre(const QString& name);
 
-/// Whole name of a street type; the abbreviation counts as it is, blanks included. Empty when there is none.
+/// Whole name of a street type; the abbreviation is taken as it is, blanks included. Empty if there is none.
 [[nodiscard]] AMBREL_EXPORT QString Nombre_Via(const QString& abbreviation);
 
 // --- Address line.
 
 /// One line from the columns TIPO_VIA, DOMICILIO, NUMERO, PISO, CODPOSTAL and VECINDAD of a host table's
 /// current record. `width` below 0 keeps the columns' blanks and writes NÚMERO before the number; above 0 the
-/// line is padded or cut to exactly that many characters. Postal code and locality are appended when their
+/// line is padded or cut to exactly that many characters. Postal code and locality are appended if their
 /// argument is exactly 1. `typeIsName`: TIPO_VIA holds the type's name, not its abbreviation.
 [[nodiscard]] AMBREL_EXPORT QString Domicilio(dbase::Dataset& table, int width, int withLocality,
                                               int withPostalCode, bool typeIsName);
 
-// --- Municipalities. True when one was determined.
+// --- Municipalities. These return true if one was determined.
 
-/// Shows the list of municipalities in the order of `tag` ("COD_INE", "CODPOSTAL", "NOMBRE"), from the value
-/// passed in for that tag on. Without an answer no argument changes.
+/// Shows the list of municipalities in the order of `tag` ("COD_INE", "CODPOSTAL", "NOMBRE"), starting at the
+/// value passed in for that tag. Without an answer no argument changes.
 [[nodiscard]] AMBREL_EXPORT bool IMunicipios(QWidget* owner, QString& codIne, QString& postalCode,
                                              QString& name, QString& provinceName, QString& provinceCode,
                                              QString& municipalityNumber, const QString& tag,
                                              const QString& caption);
 
-/// The same with the alternative list, from `name` on.
+/// The same with the alternative list, starting at `name`.
 [[nodiscard]] AMBREL_EXPORT bool IMunicipiosMJ(QWidget* owner, QString& provinceCode, QString& name,
                                                QString& provinceName, const QString& caption);
 
-/// Resolves a name that one municipality has, without asking, with its first postal code; shows the list for
-/// any other. Deliberate: without an answer the arguments keep the first of several municipalities.
+/// Resolves the name of exactly one municipality without asking, with its first postal code; shows the list
+/// for any other. Deliberate: without an answer the arguments keep the first of several municipalities.
 [[nodiscard]] AMBREL_EXPORT bool IBuscaMunicipio(QString& name, QString& codIne, QString& postalCode,
                                                  QString& capital, const QString& caption);
 
-/// The same with the alternative list; of several municipalities with the name, the one in the province
+/// The same with the alternative list; of several municipalities with the name, takes the one in the province
 /// passed in (a code of one or two digits). `range`: the list shows only those with the name.
-/// Deliberate: the last name in the order counts as one that several have.
+/// Deliberate: the last name in the order counts as shared.
 [[nodiscard]] AMBREL_EXPORT bool IBuscaMunicipioMJ(QString& name, QString& provinceCode,
                                                    QString& municipalityCode, const QString& caption,
                                                    bool range);
@@ -72,7 +72,7 @@ AMBREL_EXPORT QString Tipo_Via2(QString& name, const QString& abbreviation);
 // --- Provinces.
 
 /// Three-character code ("0" and two digits) of the province of a postal code, and its name. The cursor is
-/// one on MUNICIPI; its tag is the same afterwards. Needs DMMunicipi.
+/// one on MUNICIPI and keeps its tag. Needs DMMunicipi.
 [[nodiscard]] AMBREL_EXPORT QString LocalizaProvincia(dbase::Dataset& municipalities,
                                                       const QString& postalCode, QString& provinceName);
 

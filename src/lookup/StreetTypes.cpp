@@ -21,15 +21,14 @@ class StreetTypes {
 public:
     explicit StreetTypes(const char* tag) : open_(orderedBy(tag)) {}
 
-    /// Goes to the type whose column, which the tag orders by, holds the value; blanks behind it do not
-    /// count.
+    /// Goes to the type whose column, by which the tag orders, holds the value; trailing blanks are ignored.
     [[nodiscard]] bool find(const dbase::Field& column, const QString& value) {
         auto text = ambrel::toWindows1252(value);
         if (!text) {
             return false;
         }
         text->erase(text->find_last_not_of(' ') + 1);
-        // A key is cut to the width of its column: a longer text would find a type that it only begins with.
+        // A key is cut to its column's width: a longer text would find a type that it merely begins with.
         return TBBusca(types().tbTipo_Via, {{column.name(), *text}}, exactSearch) && column.text() == *text;
     }
 
@@ -45,7 +44,7 @@ private:
     ambrel::TableScope open_;
 };
 
-/// Runs a lookup; a failure is shown to the user when everything is closed again.
+/// Runs a lookup; a failure is shown to the user after everything is closed again.
 void reportFailure(const std::function<void()>& lookUp) {
     try {
         lookUp();
@@ -65,7 +64,7 @@ bool wantsList(const QString& unknown) {
                         title) == answeredYes;
 }
 
-/// True when the user wants the list and takes a type from it, which is then current.
+/// True if the user wants the list and chooses a type from it, which is then current.
 bool isChosenFromList(const QString& unknown) {
     return wantsList(unknown) && ambrel::ModalDialog<TFTipoViasLista>(nullptr).isAccepted();
 }
@@ -83,7 +82,7 @@ QString Tipo_Via(const QString& abbreviation, bool ask, bool catalan) {
         if (!code.isEmpty() && lookup.find(types.tbTipo_ViaCODIGO, code)) {
             result = shortForm((catalan ? types.tbTipo_ViaNOMBRE_CAT : types.tbTipo_ViaNOMBRE).text());
         } else if (ask && isChosenFromList(code)) {
-            // Deliberate: a type from the list comes back as its abbreviation, one that was found as its
+            // Deliberate: a type chosen from the list is returned as its abbreviation, a type found as its
             // name.
             result = fromWindows1252(types.tbTipo_ViaCODIGO.text());
         }
@@ -98,7 +97,7 @@ QString Tipo_Via2(QString& name, const QString& abbreviation) {
         StreetTypes lookup("CODIGO");
         const TDMVias& types = lookup.types();
         if (!code.isEmpty() && lookup.find(types.tbTipo_ViaCODIGO, code)) {
-            // Deliberate: the result stays empty; callers tell by it that nothing had to be chosen.
+            // Deliberate: the result stays empty, which tells callers that no choice was needed.
             name = fromWindows1252(types.tbTipo_ViaNOMBRE.text());
         } else if (isChosenFromList(code)) {
             result = fromWindows1252(types.tbTipo_ViaCODIGO.text());
