@@ -33,8 +33,8 @@ std::string joined(const std::vector<std::string>& words, const char* between, c
     return text;
 }
 
-/// What is left out in front would be looked for blank, which finds nothing or something else. Who means
-/// blanks can say so.
+/// A leading field that is left out would be searched for as blank, which finds nothing or something else. A
+/// user who means blanks can give them.
 void requireLeadingFields(dbase::Dataset& table, const SearchKey& key) {
     const std::vector<std::string> missing = missingBeforeLast(table, key);
     if (missing.empty()) {
@@ -51,8 +51,8 @@ void requireLeadingFields(dbase::Dataset& table, const SearchKey& key) {
     throw loading::Failure(text);
 }
 
-/// A field that the tag does not hold changes nothing in the key. One beside others is worth a word; a key
-/// without any other would look for blanks.
+/// A field that the tag does not hold changes nothing in the key. Beside others it is worth a warning; a key
+/// of such fields alone would look for blanks.
 void tellUselessFields(dbase::Dataset& table, const SearchKey& key, std::size_t given) {
     const std::vector<std::string> outside = fieldsOutsideTag(table, key);
     for (const std::string& field : outside) {

@@ -23,7 +23,7 @@ loading::TextSource openSource(const LoadOptions& options, const std::string& na
     return loading::decoded(bytes, loading::textEncodingNamed(options.encoding).value(), name);
 }
 
-/// The first few, and how many more there are.
+/// The first few codes, and how many more there are.
 std::string someOf(const std::vector<std::string>& codes) {
     constexpr std::size_t mostNamed = 5;
     std::string text;
@@ -33,7 +33,7 @@ std::string someOf(const std::vector<std::string>& codes) {
     return codes.size() > mostNamed ? text + " y " + std::to_string(codes.size() - mostNamed) + " más" : text;
 }
 
-/// Rows added at the end stand behind those of the same code, whatever they are.
+/// Warns of entities before their municipality: added rows come after all others of the same code.
 void tellEntitiesInFront(const std::string& tableFile) {
     if (!loading::isMunicipalityTable(tableFile)) {
         return;

@@ -1,4 +1,4 @@
-// ambcp comprobar: everything that is wrong with a table, or with all of a folder.
+// ambcp comprobar: everything that is wrong with a table, or with all tables of a folder.
 
 #include <algorithm>
 #include <cstdio>
@@ -17,13 +17,13 @@ namespace ambcp {
 
 namespace {
 
-/// Engine texts may begin with the file, which the finding names already.
+/// Engine texts may begin with the file, which the finding already names.
 std::string_view withoutFile(const dbase::Finding& finding) {
     const std::string prefix = finding.file + ": ";
     return std::string_view(finding.text).substr(finding.text.starts_with(prefix) ? prefix.size() : 0);
 }
 
-/// What the header of a table says at first sight.
+/// What the header of a table shows by itself.
 struct HeaderState {
     bool isReadable = true;
     std::optional<Shortfall> shortfall;
@@ -40,7 +40,7 @@ HeaderState headerState(const std::string& table) {
     }
 }
 
-/// The tags of a cut table lead to the lost records one by one, which says the same a hundred times over.
+/// The tags of a cut table point to the lost records one by one, which would repeat one finding many times.
 void tellShortfallOnce(const std::string& table, const Shortfall& shortfall, dbase::CheckResult& result) {
     const std::size_t fromIndex =
         std::erase_if(result.findings, [&](const dbase::Finding& finding) { return finding.file != table; });
@@ -50,13 +50,13 @@ void tellShortfallOnce(const std::string& table, const Shortfall& shortfall, dba
                            {.file = table, .place = "cabecera", .text = describe(shortfall)});
 }
 
-/// What to do about the findings, as far as one can know.
+/// Advice about the findings, as far as it is known.
 std::string advice(const std::string& table, const dbase::CheckResult& result, const HeaderState& state,
                    bool knowsTags) {
     const bool hasIndex = dbase::findIndexFile(table).has_value();
     const bool concernsIndex = std::ranges::any_of(
         result.findings, [&](const dbase::Finding& finding) { return finding.file != table; });
-    if (result.findings.empty() || state.shortfall) { // which says what to do by itself
+    if (result.findings.empty() || state.shortfall) { // its description says what to do
         return {};
     }
     if (!state.isReadable || (!hasIndex && !knowsTags)) {
@@ -97,12 +97,12 @@ ExitCode check(const std::string& table) {
         print(table, result, advice(table, result, state, known.has_value()));
         return result.findings.empty() ? ExitCode::done : ExitCode::negative;
     } catch (const dbase::Error& error) {
-        std::fprintf(stderr, "ambcp: %s\n", error.what()); // the other tables are checked all the same
+        std::fprintf(stderr, "ambcp: %s\n", error.what()); // the other tables are still checked
         return ExitCode::failed;
     }
 }
 
-/// Tables that a folder with some of the five lacks.
+/// The tables that a folder with some of the five lacks.
 std::vector<std::string> missingTables(const std::string& folder) {
     const std::vector<dbase::TableDefinition> all = ambrel::tableDefinitions();
     std::vector<std::string> missing;

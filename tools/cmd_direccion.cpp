@@ -1,4 +1,4 @@
-// ambcp direccion: an address as the controller would complete it.
+// ambcp direccion: completes an address as the controller would.
 
 #include <algorithm>
 #include <string_view>
@@ -22,7 +22,7 @@ namespace {
 
 using ambrel::AddressPart;
 
-/// A text that the tables cannot hold has to match nothing; an empty one would leave out a condition.
+/// A text that the tables cannot hold must match nothing; passed as empty, it would drop a condition.
 std::string ansi(const std::string& text) {
     return dbase::CodePage::windows1252().fromUtf8(text).value_or("?");
 }
@@ -48,7 +48,7 @@ const char* columnOf(AddressPart part) {
 }
 
 void writeAddress(const ambrel::ResolvedAddress& address, const AddressOptions& typed) {
-    // What was not found is shown as it was typed, whatever the tables could hold of it.
+    // A part that was not found is shown as it was typed, whatever the tables could hold of it.
     const auto name = [&](AddressPart part, const std::string& found, const std::string& asTyped) {
         return has(address.unsettled, part) ? asTyped : utf8(found);
     };
@@ -72,13 +72,13 @@ void writeAddress(const ambrel::ResolvedAddress& address, const AddressOptions& 
     csv.flush();
 }
 
-/// Of a province; nothing where the folder has no table of provinces.
+/// The name of a province; empty where the folder has no table of provinces.
 std::string nameInBrackets(const std::string& province) {
     try {
         const std::string name = utf8(ambrel::provinceName(province, folderDatabase));
         return name.empty() ? name : " (" + name + ")";
     } catch (const dbase::Error&) {
-        return {}; // the code says enough, and the question was another one
+        return {}; // the code is enough, as the province was not the question
     }
 }
 
@@ -136,7 +136,7 @@ std::string describe(AddressPart part, const ambrel::ResolvedAddress& address, c
 ExitCode direccion(const AddressOptions& options) {
     const std::string folder = useFolder(options.folder);
     for (const char* table : {"MUNICIPI", "POSTAL"}) {
-        if (const auto file = dbase::findTableFile(folder, table)) { // the search says which one is not there
+        if (const auto file = dbase::findTableFile(folder, table)) { // the search reports a missing one
             requireWhole(*file);
         }
     }

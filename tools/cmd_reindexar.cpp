@@ -1,4 +1,4 @@
-// ambcp reindexar: the tags of a table, or of all in a folder, made anew from the records.
+// ambcp reindexar: rebuilds the tags of a table, or of all tables in a folder, from the records.
 
 #include <algorithm>
 #include <cstdio>
@@ -26,7 +26,7 @@ ExitCode rebuild(const std::string& table, const std::vector<dbase::TagDefinitio
             dbase::reindexTable(table, knownTags,
                                 [&](std::uint64_t done, std::uint64_t total) { line.share(done, total); });
         }
-        // Asked for now: what a journal knew has come back.
+        // Counted only now, because redoing the journal may have restored records.
         const std::uint32_t held = recordsIn(table);
         if (before && before->announced > held) {
             std::printf("%s: índice rehecho con %s; de los que decía la cabecera, %s.\n", name.c_str(),
@@ -37,7 +37,7 @@ ExitCode rebuild(const std::string& table, const std::vector<dbase::TagDefinitio
         }
         return ExitCode::done;
     } catch (const dbase::Error& error) {
-        std::fprintf(stderr, "ambcp: %s\n", error.what()); // the other tables are rebuilt all the same
+        std::fprintf(stderr, "ambcp: %s\n", error.what()); // the other tables are still rebuilt
         return ExitCode::failed;
     }
 }

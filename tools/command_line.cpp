@@ -19,7 +19,7 @@ constexpr const char* orderGroup = "Órdenes";
 constexpr const char* folderHelp = "Carpeta de las tablas";
 constexpr const char* tableHelp = "Tabla, con o sin .DBF";
 
-/// A minus would be read as a very large number.
+/// A minus sign would be read as a very large number.
 std::string isCount(const std::string& text) {
     const bool isDigits = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
     return isDigits ? std::string() : "«" + text + "» no es un número";
@@ -35,7 +35,7 @@ std::string isKnownEncoding(const std::string& text) {
                                             : "«" + text + "» no se conoce; utf-8, windows-1252 o utf-16";
 }
 
-/// A subcommand whose options, kept alive with it, are handed to a function.
+/// Adds a subcommand whose options, kept alive with it, are passed to a function.
 template<typename Options>
 CLI::App& addCommand(CLI::App& app, Command& chosen, const char* name, const char* description,
                      const std::shared_ptr<Options>& options, ExitCode (*run)(const Options&)) {
@@ -138,7 +138,7 @@ void defineAddress(CLI::App& app, Command& chosen) {
                    "la ficha.");
 }
 
-/// An order that works on one table, or on all of the folder.
+/// Adds an order that works on one table, or on all tables of the folder.
 void defineForTables(CLI::App& app, Command& chosen, const char* name, const char* description,
                      ExitCode (*run)(const TablesOptions&)) {
     const auto options = std::make_shared<TablesOptions>();
@@ -156,9 +156,9 @@ void defineLocks(CLI::App& app, Command& chosen) {
         "Lo prueba entre dos procesos de este puesto; en una unidad de red, ejecútelo en cada uno.");
 }
 
-/// Shows what «--help» behind an order shows, or without order the program's own help.
+/// Prints the same as «--help» after an order, or without an order the program's own help.
 ExitCode showHelp(const CLI::App& app, const std::string& order) {
-    // help() of the application would be that of the order which was given: this one.
+    // help() of the application would be that of the given order, which is this one.
     std::string text = app.get_formatter()->make_help(&app, app.get_name(), CLI::AppFormatMode::Normal);
     if (!order.empty()) {
         const std::vector<const CLI::App*> found =
@@ -172,7 +172,7 @@ ExitCode showHelp(const CLI::App& app, const std::string& order) {
     return ExitCode::done;
 }
 
-/// `group`: heading under which the help shows it; none hides it.
+/// `group`: the heading under which the help shows it; empty hides it.
 void defineHelp(CLI::App& app, Command& chosen, const char* name, const char* group) {
     const auto order = std::make_shared<std::string>();
     CLI::App* command = app.add_subcommand(name, "Explica una orden");
@@ -199,7 +199,7 @@ void defineCommands(CLI::App& app, Command& chosen) {
     defineLocks(app, chosen);
     defineHelp(app, chosen, "help", orderGroup);
     defineHelp(app, chosen, "ayuda", "");
-    // Last: a footer given before would be every subcommand's, too.
+    // Last, because every subcommand would inherit a footer set before.
     app.footer("«ambcp help ORDEN» explica cada orden.\n"
                "Termina con 0 si se ha hecho, 1 si la respuesta es que no (no se encuentra, hay problemas)\n"
                "y 2 si no se ha podido hacer; el motivo sale entonces por la salida de errores.");

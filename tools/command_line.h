@@ -14,8 +14,8 @@ namespace ambcp {
 /// What the command line asks for, ready to run.
 using Command = std::function<ExitCode()>;
 
-/// Gives an application all subcommands; parsing then leaves the chosen one in `chosen`, to be run while the
-/// application lives.
+/// Adds all subcommands to an application; parsing then stores the chosen one in `chosen`, to be run while
+/// the application lives.
 void defineCommands(CLI::App& app, Command& chosen);
 
 } // namespace ambcp

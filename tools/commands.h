@@ -1,4 +1,4 @@
-// The subcommands: what the command line asks of each, and the functions that do it.
+// The subcommands: their options, and the functions that carry them out.
 #pragma once
 
 #include <cstdint>
@@ -8,10 +8,10 @@
 
 namespace ambcp {
 
-/// How the program ends.
+/// Exit codes of the program.
 enum ExitCode : int {
     done = 0,
-    negative = 1, // the question was answered, with no
+    negative = 1, // the answer to the question is no
     failed = 2,   // the reason is on standard error
 };
 
@@ -52,12 +52,12 @@ struct FolderOptions {
     std::string folder;
 };
 
-/// For one table, or for all of the folder when its name is empty.
+/// For one table, or for all tables of the folder when its name is empty.
 struct TablesOptions {
     std::string folder, table;
 };
 
-// Texts are UTF-8. Each writes to standard output and returns how the program is to end. Errors: Failure,
+// Texts are UTF-8. Each writes to standard output and returns the exit code of the program. Errors: Failure,
 // dbase::Error and OutputClosed.
 [[nodiscard]] ExitCode crear(const CreateOptions& options);
 [[nodiscard]] ExitCode cargar(const LoadOptions& options);

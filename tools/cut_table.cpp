@@ -11,7 +11,7 @@ namespace ambcp {
 
 namespace {
 
-/// Whoever adds a record holds this byte, whatever else he locks; the count is his to set.
+/// Any writer that adds a record holds this byte, whatever else it locks, and may change the count.
 constexpr dbase::LockRange appending{dbase::lock_offset::append, 1};
 
 std::optional<Shortfall> lookAt(const dbase::TableFile& records) {
@@ -26,7 +26,7 @@ std::optional<Shortfall> shortfallOf(const std::string& tableFile) {
     if (!lookAt(records)) {
         return std::nullopt;
     }
-    // Once more while none of our programs writes. The lock is that of the index where there is one.
+    // Looks again while none of our programs writes, under the lock of the index where there is one.
     const auto locked =
         dbase::openFile(dbase::findIndexFile(tableFile).value_or(tableFile), dbase::OpenMode::ReadOnly);
     dbase::StructureLock::Holders holders;

@@ -24,11 +24,11 @@ enum ChildAnswer : int { yes = 0, no = 1, broken = 2 };
 
 constexpr LockRange one = dbase::recordLock(1), another = dbase::recordLock(2);
 
-/// How long the locks of a process that was killed may outlive it.
+/// How long the locks of a killed process may outlive it.
 constexpr std::chrono::seconds patience{5};
 constexpr std::chrono::milliseconds pause{20};
 
-/// A file in a folder, gone at the end.
+/// A file in a folder, removed at the end.
 class TrialFile {
 public:
     TrialFile(const std::string& folder, const FileOpener& open)
@@ -37,7 +37,7 @@ public:
           file_(open(path_, OpenMode::Create)) {}
     ~TrialFile() {
         file_.reset();
-        std::error_code ignored; // what is left behind does no harm
+        std::error_code ignored; // a file left there does no harm
         std::filesystem::remove(path_, ignored);
     }
     TrialFile(const TrialFile&) = delete;
@@ -52,7 +52,7 @@ private:
     std::unique_ptr<dbase::File> file_;
 };
 
-/// Runs an action in a child of this process, which ends with its answer.
+/// Runs an action in a child of this process, whose exit code is the answer.
 template<typename Action>
 pid_t startChild(Action action) {
     const pid_t child = fork();
@@ -64,7 +64,7 @@ pid_t startChild(Action action) {
         try {
             answer = action() ? ChildAnswer::yes : ChildAnswer::no;
         } catch (const std::exception&) {
-            // the answer says so
+            // the answer stays `broken`
         }
         _exit(answer);
     }

@@ -1,5 +1,5 @@
-// Whether file locks do in a folder what the tables need of them: on some network drives they do not, and two
-// workstations then destroy each other's changes without a word.
+// Whether file locks in a folder do what the tables need: on some network drives they do not, and two
+// workstations then destroy each other's changes silently.
 #pragma once
 
 #include <functional>
@@ -11,7 +11,7 @@
 
 namespace ambcp {
 
-/// One thing that was tried. Texts are Spanish, UTF-8.
+/// One property that was tried. Texts are Spanish, UTF-8.
 struct LockProbe {
     std::string question;
     bool works = false;
@@ -20,8 +20,8 @@ struct LockProbe {
 using FileOpener = std::function<std::unique_ptr<dbase::File>(const std::string& path, dbase::OpenMode mode)>;
 
 /// Tries locks on a file of its own in the folder, between this process and children of it, and removes the
-/// file. Only for programs with one thread. Errors: dbase::Error for a folder in which no file can be made;
-/// Failure when no child can be started.
+/// file. Only for programs with one thread. Errors: dbase::Error for a folder in which no file can be
+/// created; Failure when no child can be started.
 [[nodiscard]] std::vector<LockProbe> tryLocks(const std::string& folder,
                                               const FileOpener& open = dbase::openFile);
 

@@ -22,7 +22,7 @@ namespace {
 
 using ambcp::ExitCode;
 
-/// A table must never be opened as one of the standard files: what is printed would be written into it.
+/// A table must never be opened as one of the standard files, because output would be written into it.
 void fillStandardFiles() {
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0) {
@@ -39,7 +39,7 @@ ExitCode run(const ambcp::Command& command) {
         }
         ambcp::complain("no se puede escribir la salida: " + dbase::systemReason(errno));
     } catch (const loading::OutputClosed&) {
-        return ExitCode::done; // the reader had enough
+        return ExitCode::done; // the reader has read enough
     } catch (const ambcp::DamagedTable& error) {
         ambcp::complain(error.what());
         return ExitCode::negative;

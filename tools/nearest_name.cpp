@@ -13,7 +13,7 @@ std::string inSmallLetters(std::string_view text) {
     return small;
 }
 
-/// Wrong, missing, superfluous letters, and neighbours exchanged.
+/// Number of wrong, missing and superfluous letters, and of exchanged neighbours.
 std::size_t slipsBetween(std::string_view a, std::string_view b) {
     std::vector<std::size_t> before, above(b.size() + 1), row(b.size() + 1);
     for (std::size_t column = 0; column <= b.size(); ++column) {

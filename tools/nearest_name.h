@@ -1,4 +1,4 @@
-// What somebody may have meant by a name that is not known.
+// The name that a user may have meant by an unknown one.
 #pragma once
 
 #include <optional>
@@ -8,8 +8,8 @@
 
 namespace ambcp {
 
-/// The name that a mistyped one comes nearest to: the one that it begins, or the one with the fewest slips
-/// (letters wrong, missing, too many or exchanged). Null when it is near none. Letter case does not count.
+/// The name nearest to a mistyped one: the one that it begins, or the one with the fewest slips (letters
+/// wrong, missing, too many or exchanged). Null when none is near. Letter case does not count.
 [[nodiscard]] std::optional<std::string> nearestName(std::string_view typed,
                                                      const std::vector<std::string>& names);
 

@@ -1,4 +1,4 @@
-// A line on the terminal that says how far a long task has come.
+// A line on the terminal that shows the progress of a long task.
 #pragma once
 
 #include <chrono>
@@ -7,7 +7,7 @@
 
 namespace ambcp {
 
-/// Shows on standard error, and only when that is a terminal. The line is gone when the object is.
+/// Writes to standard error, and only when that is a terminal. Its destruction removes the line.
 class ProgressLine {
 public:
     explicit ProgressLine(std::string task);
@@ -15,7 +15,7 @@ public:
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
 
-    /// Not more often than a person can read.
+    /// Updates no more often than a person can read.
     void rows(std::uint64_t count);
     void share(double done);
     void share(std::uint64_t done, std::uint64_t total);

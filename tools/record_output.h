@@ -1,4 +1,4 @@
-// The records of a dataset as CSV on standard output.
+// Writes the records of a dataset as CSV to standard output.
 #pragma once
 
 #include "dbase/dataset/dataset.h"
@@ -9,7 +9,7 @@ namespace ambcp {
 
 enum class RecordNumbers { Hidden, Shown };
 
-/// Writes the header row at once, then one row for each call.
+/// Writes the header row at once, then one row per call.
 class RecordOutput {
 public:
     RecordOutput(dbase::Dataset& table, RecordNumbers numbers);

@@ -10,8 +10,8 @@ namespace ambcp {
 /// Heading of the options in a help.
 inline constexpr const char* optionGroup = "Opciones";
 
-/// Gives an application, and the subcommands that it gets afterwards, Spanish headings and labels; gives it
-/// the option that shows its help.
+/// Gives an application, and the subcommands added to it afterwards, Spanish headings and labels, and the
+/// option that shows its help.
 void speakSpanish(CLI::App& app);
 
 /// The option that shows the help of an application or subcommand.

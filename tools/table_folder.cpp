@@ -88,7 +88,7 @@ void useTag(dbase::Dataset& table, const std::string& tag) {
         for (const std::string& name : names) {
             known += (known.empty() ? "" : ", ") + name;
         }
-        const std::string reason = table.readOnlyReason(); // says so when the index is lost
+        const std::string reason = table.readOnlyReason(); // names a missing index, too
         const std::string instead = !known.empty()   ? "tiene " + known
                                     : reason.empty() ? "no tiene índice"
                                                      : reason;

@@ -8,10 +8,10 @@
 
 namespace ambcp {
 
-/// Database name that stands for the folder of the command line.
+/// Database name of the folder given on the command line.
 inline constexpr const char* folderDatabase = "DB";
 
-/// Makes folderDatabase stand for the folder and returns it without slashes at its end. Errors: Failure when
+/// Makes folderDatabase stand for the folder and returns it without trailing slashes. Errors: Failure when
 /// there is no such folder.
 std::string useFolder(const std::string& folder);
 
@@ -21,18 +21,18 @@ std::string useFolder(const std::string& folder);
 /// Paths of all tables in the folder, sorted. Errors: Failure when it cannot be read or has none.
 [[nodiscard]] std::vector<std::string> tablesIn(const std::string& folder);
 
-/// The one table named, or all of the folder where the name is empty.
+/// The named table, or all tables of the folder when the name is empty.
 [[nodiscard]] std::vector<std::string> tablesNamed(const std::string& folder, const std::string& table);
 
-/// Name of a table, as commands take it, from its path.
+/// The name of a table, as commands take it, from its path.
 [[nodiscard]] std::string tableName(const std::string& tableFile);
 
-/// A text of the command line in the code page of an open table. Errors: Failure, naming the text by `what`,
-/// for one that the code page cannot hold.
+/// Converts a text of the command line to the code page of an open table. Errors: Failure, naming the text by
+/// `what`, for one that the code page cannot hold.
 [[nodiscard]] std::string inTablePage(const dbase::Dataset& table, const std::string& text,
                                       const std::string& what);
 
-/// Sets the active tag. Errors: Failure for one that the table lacks, naming those it has.
+/// Sets the active tag. Errors: Failure for a tag that the table lacks, listing those it has.
 void useTag(dbase::Dataset& table, const std::string& tag);
 
 } // namespace ambcp

@@ -1,4 +1,4 @@
-// What is wrong with a command line, in Spanish.
+// Describes errors of the command line, in Spanish.
 #pragma once
 
 #include <string>
@@ -10,10 +10,10 @@ class ParseError;
 
 namespace ambcp {
 
-/// What the error that parsing raised means, and whose help explains it.
+/// Describes a parsing error, and names the order whose help explains it.
 [[nodiscard]] std::string describeUsageError(const CLI::ParseError& error, const CLI::App& app);
 
-/// That there is no such order, which one may have been meant, and whose help tells.
+/// Says that there is no such order, which one may have been meant, and which help lists them.
 [[nodiscard]] std::string describeUnknownCommand(const std::string& typed, const CLI::App& app);
 
 } // namespace ambcp

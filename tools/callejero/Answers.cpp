@@ -1,4 +1,4 @@
-// Writing answers.
+// Writes the answers.
 #include "tools/callejero/Answers.h"
 
 #include <array>

@@ -1,4 +1,4 @@
-// Names in the cadastre's way.
+// Names in the cadastre's form.
 #include "tools/callejero/CadastreNames.h"
 
 #include <algorithm>
@@ -61,7 +61,7 @@ std::string municipalityName(const std::string& name) {
 
 std::string provinceName(const std::string& name) {
     if (name == "STA. CRUZ DE TENERIFE") {
-        return "S.C. TENERIFE"; // the one name that follows no rule, and has dots in it
+        return "S.C. TENERIFE"; // the only name that follows no rule and has dots
     }
     return articleInFront(withoutDieresis(name.substr(name.rfind('/') + 1)));
 }

@@ -1,17 +1,17 @@
-// Names of places in the cadastre's way: the article in front, cut at 30 characters, no accents.
+// Names of places in the cadastre's form: the article in front, cut at 30 characters, no accents.
 #pragma once
 
 #include <string>
 
 namespace callejero {
 
-/// Both take a name of the postal tables in UTF-8, the article behind a comma: "CORUÑA, A" is "A CORUÑA",
+/// Both take a name of the postal tables in UTF-8, with the article after a comma: "CORUÑA, A" is "A CORUÑA",
 /// "VILLAJOYOSA/VILA JOIOSA, LA" is "VILLAJOYOSA/LA VILA JOIOSA".
 [[nodiscard]] std::string municipalityName(const std::string& name);
-/// Of two languages a province has the second only.
+/// Of a name in two languages only the second is kept for a province.
 [[nodiscard]] std::string provinceName(const std::string& name);
 
-/// The first characters of a UTF-8 text, without blanks at the end.
+/// The first characters of a UTF-8 text, without trailing blanks.
 [[nodiscard]] std::string cutAt(std::string text, std::size_t characters);
 
 } // namespace callejero

@@ -1,4 +1,4 @@
-// What the service was told and asked.
+// The faults set for the service and the requests it received.
 #include "tools/callejero/Conduct.h"
 
 #include <algorithm>
@@ -7,7 +7,7 @@
 namespace callejero {
 namespace {
 
-/// How often a held answer looks whether its client is still there.
+/// Interval at which a held answer checks whether its client is still there.
 constexpr std::chrono::milliseconds lookInterval{50};
 
 } // namespace

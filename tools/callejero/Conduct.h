@@ -1,4 +1,4 @@
-// How the simulated service behaves, and what it was asked.
+// How the simulated service behaves, and which requests it received.
 #pragma once
 
 #include <atomic>
@@ -15,37 +15,37 @@
 
 namespace callejero {
 
-/// Shared by whoever tells the service what to do and by the threads that answer: everything may be called
+/// Shared by the code that sets the service's behaviour and the threads that answer: everything may be called
 /// from any thread.
 class Conduct {
 public:
-    /// Is given a line for each request, one at a time.
+    /// Receives a line for each request, one at a time.
     using Log = std::function<void(const std::string&)>;
 
     explicit Conduct(Log log);
 
     /// Misbehaves from now on in this operation, for this province or municipality (empty: all). A later rule
-    /// goes before an earlier one; Fault::None makes well again.
+    /// takes precedence over an earlier one; Fault::None restores good behaviour.
     void setFault(Operation operation, Fault fault, const std::string& name = {});
     void addFault(const FaultRule& rule);
     void clearFaults();
-    /// Lets all answers go on that a fault holds, to the requests that came until now.
+    /// Releases the held answers to all requests received so far.
     void release();
     /// Time that each answer takes.
     void setDelay(std::chrono::milliseconds delay);
 
-    /// What was asked, in order, misbehaviour or not.
+    /// The requests in order, whether misbehaving or not.
     [[nodiscard]] std::vector<Request> requests() const;
-    /// What was wrong with the requests that were not written as they must be; each got a status 400, or 404
-    /// for a path that is not the service's.
+    /// What was wrong with the requests that were not written as required; each got a status 400, or 404 for
+    /// a path that is not the service's.
     [[nodiscard]] std::vector<std::string> complaints() const;
-    /// How many bytes of all huge answers could be sent before the client hung up.
+    /// Bytes of all huge answers that were sent before the client hung up.
     [[nodiscard]] std::size_t sentOfHuge() const { return sentOfHuge_; }
 
 private:
-    friend class Service; // calls what follows
+    friend class Service; // calls the following
 
-    /// What is on a request, and how often answers had been let go when it came.
+    /// The fault that applies to a request, and the number of releases when it came.
     struct Noted {
         Fault fault;
         unsigned releases;
@@ -54,16 +54,16 @@ private:
     void complain(const std::string& reason);
     /// Waits as long as an answer takes.
     void takeTime();
-    /// Waits until release(), the service's end, or until nobody wants the answer any more; false when the
-    /// service ends.
+    /// Waits until release(), the service's end, or until the client no longer wants the answer; false when
+    /// the service ends.
     [[nodiscard]] bool hold(unsigned releases, const std::function<bool()>& isWanted);
-    /// Nobody waits any more.
+    /// Ends all waiting.
     void end();
     void countHuge(std::size_t bytes) { sentOfHuge_ += bytes; }
 
     Log log_;
     std::atomic<std::size_t> sentOfHuge_ = 0;
-    mutable std::mutex mutex_; // for all that follows
+    mutable std::mutex mutex_; // for all members below
     std::condition_variable changed_;
     std::vector<FaultRule> faults_;
     std::vector<Request> requests_;

@@ -8,7 +8,7 @@
 
 namespace callejero {
 
-/// A server's stream on a socket, which it does not own.
+/// A server's stream on a socket that it does not own.
 class Connection : public httplib::Stream {
 public:
     explicit Connection(socket_t socket);
@@ -16,10 +16,10 @@ public:
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    /// The one that the calling thread serves.
+    /// The connection that the calling thread serves.
     [[nodiscard]] static Connection& current();
 
-    /// From now on nothing is sent, and closing resets the connection.
+    /// Stops sending; closing then resets the connection.
     void refuse();
     [[nodiscard]] bool peerIsThere() const;
 

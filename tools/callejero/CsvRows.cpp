@@ -1,4 +1,4 @@
-// Reading rows by column.
+// Reads rows by column.
 #include "tools/callejero/CsvRows.h"
 
 #include <utility>

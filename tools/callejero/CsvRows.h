@@ -1,4 +1,4 @@
-// Rows of a CSV text by the names of its first line.
+// Rows of a CSV text by the column names in its first line.
 #pragma once
 
 #include <map>

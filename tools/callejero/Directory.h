@@ -1,4 +1,4 @@
-// What the simulated service knows: provinces, their municipalities and their streets.
+// The contents of the simulated service: provinces, their municipalities and their streets.
 #pragma once
 
 #include <memory>
@@ -9,8 +9,8 @@
 
 namespace callejero {
 
-/// Gives whole answers, errors of the service included ("LA PROVINCIA NO EXISTE"). Names are UTF-8 and must
-/// be exact. Called from several threads at once.
+/// Returns whole answers, errors of the service included ("LA PROVINCIA NO EXISTE"). Names are UTF-8 and must
+/// match exactly. Called from several threads at once.
 class Directory {
 public:
     virtual ~Directory() = default;
@@ -21,15 +21,15 @@ public:
                                               const std::string& municipality) const = 0;
 };
 
-/// A directory of what is given here, in this order.
+/// A directory of the given provinces, in this order.
 [[nodiscard]] std::unique_ptr<const Directory> listedDirectory(std::vector<Province> provinces);
 
-/// The built-in sample's places, named in the cadastre's way. Where the sample has streets they come first;
+/// The places of the built-in sample, named in the cadastre's form. The streets of the sample come first;
 /// every municipality has a few dozen more that the sample lacks.
 [[nodiscard]] std::unique_ptr<const Directory> sampleDirectory();
 [[nodiscard]] std::vector<Province> sampleProvinces();
 
-/// The answers kept in a folder, sent as they are. Two layouts:
+/// The answers kept in a folder, sent unchanged. Two layouts:
 ///
 ///     PROVINCE/MUNICIPALITY.xml           streets; "/" of a name is written "()" and "\" is ")("
 ///     PROVINCE/municipios.xml             optional: else the names of the files are listed

@@ -1,4 +1,4 @@
-// Faults: their names and what they make of an answer.
+// Faults: their names and their effect on an answer.
 #include "tools/callejero/Fault.h"
 
 #include <algorithm>
@@ -43,7 +43,7 @@ constexpr std::array<NamedFault, 21> names{{
 
 constexpr std::string_view everyOperation = "todo";
 
-/// The part of an answer between an element's tags, or with them.
+/// Position and length of the text between an element's tags, or including them.
 std::pair<std::size_t, std::size_t> extentOf(const std::string& answer, const std::string& element,
                                              bool withTags) {
     const std::string opening = "<" + element + ">", closing = "</" + element + ">";

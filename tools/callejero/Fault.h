@@ -12,9 +12,9 @@ namespace callejero {
 enum class Fault {
     None,
     Refuse,       // the connection is reset; not a byte of an answer
-    Stall,        // no answer until the server is told to go on
+    Stall,        // no answer until release()
     StallMidway,  // the same, after half the body
-    Cut,          // half the body that was announced
+    Cut,          // half the announced body
     CutChunked,   // half a body in chunks
     Status500,    // status 500, a plain text
     Redirection,  // status 302, and no address
@@ -22,16 +22,16 @@ enum class Fault {
     SoapFaultOk,  // a SOAP fault with status 200
     ErrorAnswer,  // an answer that the province does not exist
     MoreCounted,  // one entry more counted than listed
-    FewerCounted, // one entry less
+    FewerCounted, // one entry fewer
     NoCount,      // no count element
-    BadCount,     // a count that is no number
+    BadCount,     // a count that is not a number
     NoEntries,    // a count and no list
     OtherCoding,  // the answer, in UTF-8, declares another encoding
     EmptyBody,    // status 200 and nothing
-    Garbage,      // status 200 and bytes that are no XML
-    HtmlPage,     // status 200 and a page for people
+    Garbage,      // status 200 and bytes that are not XML
+    HtmlPage,     // status 200 and a web page
     Huge,         // 1 GiB, announced
-    HugeChunked,  // the same in chunks, so that nobody knows before
+    HugeChunked,  // the same in chunks, its size unannounced
 };
 
 /// Where a fault applies.
@@ -41,17 +41,18 @@ struct FaultRule {
     Fault fault = Fault::None;
 };
 
-/// The fault that a command line calls so: "rechaza", "corta", "500" and so on; null for an unknown one.
+/// The fault with this name on the command line: "rechaza", "corta", "500" and so on; null for an unknown
+/// one.
 [[nodiscard]] std::optional<Fault> faultNamed(std::string_view name);
 /// All names, for messages: "rechaza, calla, …".
 [[nodiscard]] std::string faultNames();
-/// A line for each, for the help: its name and what comes instead of the answer, in Spanish.
+/// A line for each, for the help: its name and what it sends in place of the answer, in Spanish.
 [[nodiscard]] std::string faultExplanations();
 
 /// Reads "ConsultaVia=corta", "ConsultaVia:HARO=corta", "todo=500". Errors: std::invalid_argument (Spanish).
 [[nodiscard]] FaultRule readFaultRule(std::string_view text);
 
-/// The answer text that a fault of its content makes of a good one; other faults leave it as it is.
+/// Applies a fault of the content to the text of a good answer; other faults leave it unchanged.
 [[nodiscard]] std::string spoil(std::string answer, Operation operation, Fault fault);
 
 } // namespace callejero

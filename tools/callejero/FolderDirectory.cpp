@@ -50,13 +50,13 @@ std::string unfiled(std::string file) {
     return file;
 }
 
-/// A name, asked for or listed, is no path.
+/// A requested or listed name must not be a path.
 bool isPlainName(const std::string& name) {
     return !name.empty() && name != "." && name != ".." &&
            name.find_first_of(std::string_view("/\\\0", 3)) == std::string::npos;
 }
 
-/// A folder for each province, a file for each municipality.
+/// A folder per province, a file per municipality.
 class ProvinceFolders : public Directory {
 public:
     explicit ProvinceFolders(fs::path folder) : folder_(std::move(folder)) {}
@@ -112,7 +112,7 @@ private:
     fs::path folder_;
 };
 
-/// Lists in soap/, streets in vias/ under the names of an index.
+/// Lists in soap/, streets in vias/ under the names in an index.
 class IndexedAnswers : public Directory {
 public:
     explicit IndexedAnswers(fs::path folder) : folder_(std::move(folder)) {
@@ -160,7 +160,7 @@ private:
         }
     }
 
-    /// A province with those of its municipalities whose streets are there.
+    /// A province with those municipalities whose streets are in the index.
     [[nodiscard]] Province indexed(const std::string& province) const {
         Province listed{.name = province};
         for (auto at = files_.lower_bound({province, ""}); at != files_.end() && at->first.first == province;

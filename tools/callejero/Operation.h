@@ -16,7 +16,7 @@ inline constexpr std::array<std::string_view, 3> operationNames{"ConsultaProvinc
     return std::string(operationNames.at(static_cast<std::size_t>(operation)));
 }
 
-/// What every element of requests and answers belongs to, and what every SOAP action begins with.
+/// Namespace of every element of requests and answers, and beginning of every SOAP action.
 inline constexpr std::string_view xmlNamespace = "http://www.catastro.meh.es/";
 inline constexpr std::string_view actionPrefix = "http://tempuri.org/OVCServWeb/OVCCallejero/";
 inline constexpr std::string_view servicePath = "/ovcservweb/OVCSWLocalizacionRC/OVCCallejero.asmx";

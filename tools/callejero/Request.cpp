@@ -1,4 +1,4 @@
-// Reading requests.
+// Reads requests.
 #include "tools/callejero/Request.h"
 
 #include <algorithm>
@@ -42,7 +42,7 @@ public:
         }
     }
 
-    /// The text within an element that stands on a line of its own, four blanks in.
+    /// The text within an element that stands on a line of its own, indented by four blanks.
     std::string element(const std::string& name) {
         const std::string opening = "    <" + name + " xmlns=\"" + std::string(xmlNamespace) + "\">";
         const std::string closing = "</" + name + ">";
@@ -114,7 +114,7 @@ Request readRequest(const Received& received) {
     if (std::ranges::find(request.body, '\n') != request.body.end()) {
         throw WrongRequest("el cuerpo tiene saltos de línea: cada línea acaba en un solo retorno de carro");
     }
-    // All names come from Windows-1252, so a text beyond it has been converted wrongly on its way.
+    // All names come from Windows-1252, so a text beyond it was wrongly converted on its way.
     if (!dbase::CodePage::windows1252().fromUtf8(request.body)) {
         throw WrongRequest("el cuerpo no está en UTF-8");
     }

@@ -1,4 +1,4 @@
-// Reading a request as strictly as it must be written: byte for byte.
+// Reads a request as strictly as it must be written: byte for byte.
 #pragma once
 
 #include <stdexcept>
@@ -8,24 +8,24 @@
 
 namespace callejero {
 
-/// What came over the wire, as far as the operation depends on it.
+/// The parts of a received request that the operation depends on.
 struct Received {
     std::string contentType, soapAction, body;
 };
 
-/// A request that was understood; texts are UTF-8.
+/// A valid request; texts are UTF-8.
 struct Request {
     Operation operation = Operation::Provinces;
     std::string province = {}, municipality = {};
     std::string body = {};
 
-    /// Names are sent unescaped: one with an ampersand or an angle bracket makes the whole text no XML.
+    /// Names are sent unescaped: an ampersand or an angle bracket in one makes the whole text invalid XML.
     [[nodiscard]] bool isXml() const {
         return (province + municipality).find_first_of("&<") == std::string::npos;
     }
 };
 
-/// A request that is not written as it must be. The text is Spanish, UTF-8, and says what is wrong.
+/// A request that is not written as required. The text is Spanish, UTF-8, and says what is wrong.
 class WrongRequest : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

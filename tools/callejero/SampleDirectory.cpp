@@ -14,7 +14,7 @@
 namespace callejero {
 namespace {
 
-/// What the cadastre gives a street's name.
+/// Width of street names in the cadastre.
 constexpr std::size_t streetWidth = 25;
 constexpr std::array<std::string_view, 4> provincesWithCadastre{"01", "20", "31", "48"};
 
@@ -34,7 +34,7 @@ int number(std::string_view text) {
     return value;
 }
 
-/// Names that any place may have, some of them in the odd forms that the cadastre has.
+/// Names that any place may have, some of them in the cadastre's odd forms.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 96> commonStreets{{
     {"CL", "ABEDUL"},
     {"CL", "ACACIAS LAS"},
@@ -134,7 +134,7 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 96> commonSt
     {"PS", "VIRGEN DEL CAMINO"},
 }};
 
-/// About a third of the common names, others for each municipality.
+/// Adds about a third of the common names, a different selection for each municipality.
 void addCommonStreets(std::vector<Street>& streets, unsigned municipality) {
     const auto isThere = [&streets](const Street& street) {
         return std::ranges::any_of(streets,
@@ -150,7 +150,7 @@ void addCommonStreets(std::vector<Street>& streets, unsigned municipality) {
     }
 }
 
-/// A road to the next place and a way to the one before: names that no other municipality has.
+/// Adds a road to the next place and a way to the previous one: names that no other municipality has.
 void addRoads(std::vector<Municipality>& places) {
     for (std::size_t i = 0; i < places.size() && places.size() > 1; ++i) {
         const Municipality& next = places[(i + 1) % places.size()];
@@ -175,7 +175,7 @@ std::map<std::string, std::vector<Street>> streetsOfSample() {
     return streets;
 }
 
-/// Municipalities by their province's code.
+/// The municipalities by their province's code.
 std::map<std::string, std::vector<Municipality>> municipalitiesOfSample() {
     std::map<std::string, std::vector<Street>> streets = streetsOfSample();
     std::map<std::string, std::vector<Municipality>> provinces;

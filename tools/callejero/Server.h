@@ -11,23 +11,23 @@ namespace callejero {
 
 class Service;
 
-/// Runs from its construction to stop() or its end. Everything may be called from any thread.
+/// Runs from its construction until stop() or its destruction. Everything may be called from any thread.
 class Server : public Conduct {
 public:
-    /// Port 0 is any free one. Errors: std::runtime_error (Spanish) when it cannot be had.
+    /// Port 0 means any free one. Errors: std::runtime_error (Spanish) if the port is not available.
     explicit Server(std::unique_ptr<const Directory> directory, int port = 0, Log log = {});
     ~Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
-    /// "http://127.0.0.1:PORT", which is what a configuration takes as the service's host.
+    /// "http://127.0.0.1:PORT", as a configuration names the service's host.
     [[nodiscard]] std::string url() const;
 
-    /// Ends it at once, held answers too: from now on connections are refused.
+    /// Stops at once, held answers included: from now on connections are refused.
     void stop();
 
 private:
-    std::unique_ptr<Service> service_; // behind a pointer, as its HTTP library is large
+    std::unique_ptr<Service> service_; // by pointer, because its HTTP library is large
 };
 
 } // namespace callejero

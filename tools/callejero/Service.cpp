@@ -1,4 +1,4 @@
-// Listening and answering.
+// Listens and answers.
 #include "tools/callejero/Service.h"
 
 #include <algorithm>
@@ -23,20 +23,20 @@ constexpr int redirection = 302, badRequest = 400, notFound = 404, serverFailure
 constexpr std::size_t largestRequest = std::size_t{1} << 20;
 constexpr std::size_t hugeSize = std::size_t{1} << 30;
 
-/// The library's own choice would let two servers share a port.
+/// The library's default would let two servers share a port.
 void reuseAddress(socket_t socket) {
     const int yes = 1;
     setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
 }
 
-/// The service does not distinguish case in its path.
+/// The service ignores case in its path.
 bool isServicePath(const std::string& path) {
     return std::ranges::equal(path, servicePath, [](unsigned char a, unsigned char b) {
         return std::tolower(a) == std::tolower(b);
     });
 }
 
-/// Half the body announced, then the end of the connection.
+/// Sends half the announced body and ends the connection.
 void cut(const std::string& text, httplib::Response& response) {
     response.set_content_provider(text.size(), answerType,
                                   [text](std::size_t, std::size_t, httplib::DataSink& sink) {
@@ -71,7 +71,7 @@ bool Listener::process_and_close_socket(socket_t socket) {
     {
         const std::lock_guard lock(mutex_);
         open_.insert(socket);
-        if (isHungUp_) { // it came in at the last moment
+        if (isHungUp_) { // this connection came in at the last moment
             ::shutdown(socket, SHUT_RDWR);
         }
     }
@@ -103,7 +103,7 @@ Service::Service(std::unique_ptr<const Directory> directory, int port, Conduct& 
                                  (errno == 0 ? "" : ": " + dbase::systemReason(errno)));
     }
     thread_ = std::thread([this] { listener_.listen_after_bind(); });
-    while (!listener_.is_running()) { // ended before it runs, it would never end
+    while (!listener_.is_running()) { // a server stopped before it runs would never end
         std::this_thread::yield();
     }
 }
@@ -160,7 +160,7 @@ std::string Service::answerText(const Request& request) const {
     return directory_->streets(request.province, request.municipality);
 }
 
-/// Until release(), the service's end or the peer's; false when the service ends.
+/// Waits until release(), the service's end or the peer's; false when the service ends.
 bool Service::hold(unsigned releases) {
     return conduct_.hold(releases, [] { return Connection::current().peerIsThere(); });
 }

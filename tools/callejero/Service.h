@@ -1,4 +1,4 @@
-// Listening, and the answer that each request gets.
+// Listening, and the answer to each request.
 #pragma once
 
 #include <memory>
@@ -14,10 +14,10 @@
 
 namespace callejero {
 
-/// The library's server on connections that can be reset.
+/// The library's server, whose connections can be reset.
 class Listener : public httplib::Server {
 public:
-    /// Ends the connections that are open, and those that still come.
+    /// Closes the open connections and all that still come.
     void hangUp();
 
 private:
@@ -28,10 +28,10 @@ private:
     bool isHungUp_ = false;
 };
 
-/// Answers out of a directory as its conduct, which must outlive it, says.
+/// Answers from a directory as its conduct says, which must outlive it.
 class Service {
 public:
-    /// Port 0 is any free one. Errors: std::runtime_error (Spanish) when it cannot be had.
+    /// Port 0 means any free one. Errors: std::runtime_error (Spanish) if the port is not available.
     Service(std::unique_ptr<const Directory> directory, int port, Conduct& conduct);
     ~Service() { stop(); }
     Service(const Service&) = delete;

@@ -23,9 +23,9 @@ struct Options {
 
 constexpr int largestPort = 65'535;
 constexpr int longestDelayMs = 600'000;
-constexpr int exitCannot = 2; // as ambcp
+constexpr int exitCannot = 2; // the same as in ambcp
 
-/// Whole numbers from 0; the library's own check speaks English, in the help too.
+/// Whole numbers from 0; the library's own check reports in English, in the help too.
 CLI::Validator upTo(int largest) {
     const auto check = [largest](const std::string& text) {
         int value = -1;
@@ -61,7 +61,7 @@ void define(CLI::App& app, Options& options) {
 
 void log(const std::string& line) { std::fprintf(stderr, "callejero-simulado: %s\n", line.c_str()); }
 
-/// Signals that end the program, blocked so that they come to whoever waits for them.
+/// Blocks the signals that end the program, so that the thread waiting for them receives them.
 sigset_t blockEndSignals() {
     sigset_t signals;
     sigemptyset(&signals);
