@@ -38,19 +38,19 @@
 
 namespace {
 
-constexpr int titleMargins = 14; // what a column leaves free beside its title
+constexpr int titleMargins = 14; // free space of a column beside its title
 constexpr int nameColumn = 1;
-constexpr int nameLetters = 28;      // of a street that are shown, whatever the font
+constexpr int nameLetters = 28;      // of a street, shown whatever the font
 constexpr QSize leastSize(640, 400); // logical pixels
-constexpr int designWidth = 793;     // in which the columns have the widths below
+constexpr int designWidth = 793;     // at which the columns have the widths below
 constexpr int progressPause = 100;   // milliseconds
 
 ambrel::GridColumn numberColumn(const char* field, const QString& title) {
     return {.field = field, .title = title, .width = 58, .alignment = Qt::AlignRight};
 }
 
-/// A column is at least as wide as its title, so that a larger font cuts none.
-/// Deliberate: the longest names of streets are not shown whole; Space shows the card.
+/// Every column is at least as wide as its title, so that a larger font cuts none.
+/// Deliberate: the longest street names are not shown whole; Space shows the card.
 std::vector<ambrel::GridColumn> streetColumns(const QFontMetrics& metrics) {
     std::vector<ambrel::GridColumn> columns{
         {.field = "TIPO_VIA", .title = QStringLiteral("Tipo vía"), .width = 41},
@@ -69,7 +69,7 @@ std::vector<ambrel::GridColumn> streetColumns(const QFontMetrics& metrics) {
 
 bool isControlHeld() { return QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier); }
 
-/// The window that shows how far the pass has come, and lets the desktop be repainted.
+/// The window that shows the progress of the pass, and lets the desktop repaint.
 class PassProgress {
 public:
     explicit PassProgress(QWidget* owner) : window_(MuestraMensaje(text(0), owner)) { sinceShown_.start(); }
@@ -94,7 +94,7 @@ private:
     QElapsedTimer sinceShown_;
 };
 
-/// The pass has no message of its own: this stands in the status bar.
+/// The pass shows no message of its own: this text goes into the status bar.
 QString outcomeOf(const ambrel::InePassCount& count) {
     const QLocale spanish(QLocale::Spanish, QLocale::Spain);
     return QStringLiteral("Vías rellenadas: %1. En uso por otros, que se quedan como estaban: %2.")
@@ -114,7 +114,7 @@ TFBuscarDireccionPostal::TFBuscarDireccionPostal(QWidget* owner, TClassCodPostal
     for (int column = 0; column < ui_->DBGPostal->columnCount(); ++column) {
         leastGridRoom_ += ui_->DBGPostal->columnWidth(column);
     }
-    ui_->DBGPostal->setMinimumWidth(ui_->DBGPostal->sizeHint().width()); // all columns, whatever the font
+    ui_->DBGPostal->setMinimumWidth(ui_->DBGPostal->sizeHint().width()); // all columns fit, whatever the font
     ui_->DBGPostal->setDataSource(&DSPostal);
     onDataChange_ = DSPostal.listen(
         [this](dbase::DatasetChange change) { ambrel::runGuarded([&] { DSPostalDataChange(change); }); });
@@ -157,7 +157,7 @@ void TFBuscarDireccionPostal::connectControls() {
 
 void TFBuscarDireccionPostal::reject() { done(ambrel::cancelledResult); }
 
-/// The least size grows with the font.
+/// The minimum size grows with the font.
 bool TFBuscarDireccionPostal::event(QEvent* event) {
     const bool result = QDialog::event(event);
     if (event->type() == QEvent::LayoutRequest) {
@@ -187,7 +187,7 @@ void TFBuscarDireccionPostal::FormShow() {
         const QString own = ambrel::fromWindows1252(Config.GetProvin3()).trimmed();
         ui_->CBProvincia->setCurrentIndex(BuscaProvincia(own));
         ActualizaTablaMunicipi();
-        // Deliberate: sought before the tag changes; a key of two fields is made for whatever tag is active.
+        // Deliberate: sought before the tag changes; its key of two fields fits any active tag.
         goToTypedStreet();
     } else {
         const QString code = ambrel::fromWindows1252(tables.tbMunicipiCOD_PROV.text());
@@ -199,7 +199,7 @@ void TFBuscarDireccionPostal::FormShow() {
     FormResize();
 }
 
-/// What the window is wider than it was designed goes to the names; the last column takes the rest.
+/// Width beyond the design goes to the names; the last column takes the rest.
 void TFBuscarDireccionPostal::FormResize() {
     ambrel::DataGrid& grid = *ui_->DBGPostal;
     const int room = grid.clientWidth();
@@ -210,7 +210,7 @@ void TFBuscarDireccionPostal::FormResize() {
     ambrel::fillLastColumn(grid);
 }
 
-/// The keys call their handlers also when the button is disabled.
+/// The keys call their handlers even if the button is disabled.
 bool TFBuscarDireccionPostal::FormKeyDown(std::uint16_t key, Qt::KeyboardModifiers modifiers) {
     if (ambrel::enterMovesOn(*this, key)) {
         return true;
@@ -240,7 +240,7 @@ bool TFBuscarDireccionPostal::FormKeyDown(std::uint16_t key, Qt::KeyboardModifie
     }
 }
 
-/// Acts on another row, not on a value that the record card sets in this one.
+/// Reacts to a change of row, not to a value that the record card sets in this one.
 void TFBuscarDireccionPostal::DSPostalDataChange(dbase::DatasetChange change) {
     using dbase::DatasetChange;
     if (change != DatasetChange::Opened && change != DatasetChange::Moved && change != DatasetChange::Order) {
@@ -282,7 +282,7 @@ void TFBuscarDireccionPostal::CBProvinciaChange() {
 }
 
 void TFBuscarDireccionPostal::goToTypedStreet() {
-    // A name that the tables cannot hold is no name: the province's first street.
+    // A name that the tables cannot hold counts as none: the province's first street.
     const std::string name = ambrel::toWindows1252(ui_->EVia->text()).value_or(std::string());
     ambrel::goToStreetOfProvince(*controller_.DM, name);
 }
@@ -338,7 +338,7 @@ void TFBuscarDireccionPostal::BBActualizarCOD_INEClick() {
             Config.GetAliasAmbrel(), rows,
             [&](std::uint32_t done, std::uint32_t total) { progress.show(done, total); });
     }();
-    ui_->DBGPostal->refresh(); // the current row was written to behind the list's back
+    ui_->DBGPostal->refresh(); // the current row was changed without the list's knowledge
     help_->showOutcome(outcomeOf(count));
 }
 

@@ -1,4 +1,4 @@
-// The list of streets, in which the user searches, chooses and keeps them.
+// The list of streets, where the user searches, chooses and maintains them.
 #pragma once
 
 #include <QDialog>
@@ -20,22 +20,22 @@ namespace Ui {
 class TFBuscarDireccionPostal;
 }
 
-/// Works on the controller's tables. Its Tag is 1 once a street was accepted: it is POSTAL's current row
-/// then, and its municipality MUNICIPI's; otherwise the Tag stays 0.
+/// Works on the controller's tables. Its Tag is 1 once a street has been accepted, which is then POSTAL's
+/// current row, with its municipality MUNICIPI's; otherwise the Tag stays 0.
 class AMBREL_EXPORT TFBuscarDireccionPostal : public QDialog {
     Q_OBJECT
 public:
-    /// `standalone`: begin in the host's own province, not in that of the current municipality.
+    /// `standalone`: begin in the host's own province instead of the current municipality's.
     TFBuscarDireccionPostal(QWidget* owner, TClassCodPostales& controller, bool standalone);
     ~TFBuscarDireccionPostal() override;
 
-    /// The provinces that the list offers.
+    /// The provinces on offer.
     dbase::Dataset tbProvin{"DB", "PROVIN.DBF", "ALFABETICO"};
     dbase::Field& tbProvinPROVINCIA = tbProvin.bindCharacter("PROVINCIA", 21);
     dbase::Field& tbProvinCODIGO = tbProvin.bindCharacter("CODIGO", 3);
     dbase::Field& tbProvinCOD_198 = tbProvin.bindCharacter("COD_198", 3);
     dbase::Field& tbProvinGRUPO = tbProvin.bindInteger("GRUPO");
-    /// Gets POSTAL when the dialog is shown.
+    /// Receives POSTAL when the dialog is shown.
     dbase::DataSource DSPostal;
 
     void reject() override;
@@ -74,8 +74,8 @@ private:
     std::unique_ptr<Ui::TFBuscarDireccionPostal> ui_;
     TClassCodPostales& controller_;
     const bool standalone_;
-    int leastGridRoom_ = 0; // logical pixels, all columns at their least
-    int nameGrowth_ = 0;    // that the name column has beyond its least
+    int leastGridRoom_ = 0; // logical pixels; all columns at minimum width
+    int nameGrowth_ = 0;    // of the name column beyond its minimum width
     dbase::Dataset::Subscription onDataChange_;
     ambrel::FocusHelp* help_ = nullptr;
 };

@@ -56,7 +56,7 @@ void TFBuscarMunicipios::reject() { done(ambrel::cancelledResult); }
 
 void TFBuscarMunicipios::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (!event->spontaneous()) { // a window that comes back to the screen stays as it is
+    if (!event->spontaneous()) { // a window restored to the screen stays as it is
         ambrel::runGuarded([this] { FormShow(); });
     }
 }
@@ -95,7 +95,7 @@ void TFBuscarMunicipios::ENOMBREEnter() {
     controller_.OrdenaPorNombreMunicipi();
 }
 
-/// Of all three edits; the Tag tells which key is searched.
+/// For all three edits; the Tag selects the key to search.
 void TFBuscarMunicipios::ECODINEKeyUp(QLineEdit& edit, std::uint16_t key) {
     ambrel::searchWhileTyping(edit, key, controller_.DM->tbMunicipi,
                               ambrel::municipalityKey(ambrel::tagOf(edit)), *ui_->DBGMUNICIPI);

@@ -17,13 +17,14 @@ namespace ambrel {
 class FocusHelp;
 }
 
-/// Browses a controller's municipalities, whose order it changes through the controller. The answer is the
+/// Browses a controller's municipalities and changes their order through the controller. The answer is the
 /// table's current record.
-/// Deliberate: it answers by its Tag, 1 for accepted, not by its result; the close box leaves the Tag.
+/// Deliberate: it answers by its Tag, 1 for accepted, not by its result; the close button leaves the Tag as
+/// it is.
 class AMBREL_EXPORT TFBuscarMunicipios : public QDialog {
     Q_OBJECT
 public:
-    /// Without owner the application's active window is the parent. The controller must outlive the list.
+    /// Without an owner, the application's active window is the parent. The controller must outlive the list.
     TFBuscarMunicipios(QWidget* owner, TClassCodPostales& controller);
     ~TFBuscarMunicipios() override;
 

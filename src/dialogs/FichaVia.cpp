@@ -1,4 +1,4 @@
-// The street card, from its opening to its end.
+// The street card, from opening to closing.
 #include "dialogs/FichaVia.h"
 
 #include <QAbstractItemView>
@@ -33,26 +33,26 @@ namespace {
 constexpr int municipalityLength = 25; // characters that can be typed
 constexpr int streetTypeLength = 2;
 constexpr int streetTypeListWidth = 200; // logical pixels
-// Digits that an edit has room for.
-constexpr int postalCodeRoom = ambrel::postalCodeDigits + 2; // so that one with too many is seen whole
+// Digits for which an edit has room.
+constexpr int postalCodeRoom = ambrel::postalCodeDigits + 2; // so that one too long is fully visible
 constexpr int numberRoom = 7;
 constexpr int editMargins = 20;       // logical pixels beside the text of an edit
 constexpr int statusTextMargins = 16; // and beside that of the status bar
 
 constexpr float disabledTextOpacity = 0.7F;
-constexpr int strongContrast = 160; // of 255, between the brightness of a text and of what is behind it
+constexpr int strongContrast = 160; // of 255; difference in brightness between text and background
 
 constexpr auto cardWindow = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                             Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
                             Qt::MSWindowsFixedSizeDialogHint;
 
-/// Room for a number of digits, in the font that the edit has by now.
+/// Makes room for a number of digits, in the edit's current font.
 void fitDigits(QWidget& edit, int digits) {
     const int text = edit.fontMetrics().horizontalAdvance(QString(digits, QLatin1Char('0')));
     edit.setFixedWidth(std::max(edit.minimumWidth(), text + editMargins));
 }
 
-/// Gives the labels that stand below each other one width, so that the edits beside them line up.
+/// Gives labels below each other the same width, so that the edits beside them line up.
 void alignLabels(std::initializer_list<QLabel*> labels) {
     int width = 0;
     for (const QLabel* const label : labels) {
@@ -63,8 +63,8 @@ void alignLabels(std::initializer_list<QLabel*> labels) {
     }
 }
 
-/// Texts of disabled controls are there to be read on a card that only shows: paler ones only where they are
-/// easy to read.
+/// On a card that only shows, the texts of disabled controls must be readable: they are paler only where
+/// contrast is strong.
 void makeLegible(QWidget& control) {
     QPalette palette = control.palette();
     for (const auto& [role, behind] :
@@ -79,7 +79,7 @@ void makeLegible(QWidget& control) {
     control.setPalette(palette);
 }
 
-/// To the middle of the host's main form, within its screen.
+/// Moves the dialog to the middle of the host's main form, within its screen.
 void centreOnMainForm(QDialog& dialog) {
     const QWidget* form = dialog.parentWidget();
     while (form && form->parentWidget()) {
@@ -88,7 +88,7 @@ void centreOnMainForm(QDialog& dialog) {
     if (!form || !form->isVisible()) {
         return;
     }
-    // Not its size of now, which a window system may have set while a message was shown in between.
+    // Not its current size, which a window system may have set while a message was shown in between.
     QRect place(QPoint(), dialog.sizeHint());
     place.moveCenter(form->frameGeometry().center());
     const QRect screen = form->screen()->availableGeometry();
@@ -122,8 +122,8 @@ TFFichaVia::~TFFichaVia() {
     }
 }
 
-/// Keys, hints, and what is made of typed letters. A sixth character of a postal code can be typed: it is
-/// refused aloud when the street is accepted, instead of being swallowed.
+/// Sets up keys, hints and typing rules. A sixth character of a postal code can be typed: it is refused with
+/// a message when the street is accepted, instead of being swallowed.
 void TFFichaVia::watchControls() {
     new ambrel::FormKeys(*this, *ui_->BBCancelar,
                          [this](std::uint16_t key, Qt::KeyboardModifiers) { return FormKeyDown(key); });
@@ -178,7 +178,7 @@ void TFFichaVia::showEvent(QShowEvent* event) {
         isStarted = true;
     });
     if (!isStarted) {
-        runGuarded([this] { // what could not be shown whole is not to be changed either
+        runGuarded([this] { // what could not be shown whole must not be changed either
             Controlador.DM->tbPostal.cancel();
             viewOnly();
         });
@@ -195,8 +195,7 @@ void TFFichaVia::showEvent(QShowEvent* event) {
     centreOnMainForm(*this);
 }
 
-/// Loading comes first: it ends with a street type and a municipality in view, of which a new street keeps
-/// nothing.
+/// Loads first: loading leaves a street type and a municipality in view, of which a new street keeps nothing.
 void TFFichaVia::FormShow() {
     CargaProvincias();
     CargaTipoVia();
@@ -228,8 +227,8 @@ void TFFichaVia::startAddition() {
     }
 }
 
-/// Deliberate: a card that cannot start its change shows the province and the street type that loading left
-/// in the combos, not those of the street.
+/// Deliberate: a card that cannot start its change shows the province and street type left in the combos by
+/// loading, not the street's.
 void TFFichaVia::startModification() {
     if (!Controlador.ModificarVia()) {
         tellCannotStart();
@@ -258,7 +257,7 @@ void TFFichaVia::SoloLectura() {
         box->setEnabled(false);
         makeLegible(*box);
         for (QWidget* const control :
-             box->findChildren<QWidget*>()) { // a host's style sheet keeps the box's from them
+             box->findChildren<QWidget*>()) { // a host's style sheet blocks inheritance from the box
             makeLegible(*control);
         }
     }
@@ -292,7 +291,7 @@ void TFFichaVia::BBAceptarClick() {
     done(ambrel::acceptedResult);
 }
 
-/// Deliberate: the card closes also when the street could not be stored; the user is told to repeat the
+/// Deliberate: the card also closes if the street could not be stored; the user is asked to repeat the
 /// operation.
 void TFFichaVia::storeStreet() {
     const TDMCodPostales& tables = *Controlador.DM;

@@ -1,4 +1,4 @@
-// The card of one street: its municipality, province, type, name, postal code and house numbers.
+// The card of a street: its municipality, province, type, name, postal code and house numbers.
 #pragma once
 
 #include <QDialog>
@@ -21,26 +21,26 @@ namespace Ui {
 class TFFichaVia;
 }
 
-/// Works on the current row of the controller's POSTAL, or on a new one, which what is typed reaches at once.
-/// exec() returns 1 when the operation was carried out, 2 when it was given up; a row that could not be
-/// stored stays pending. An addition or change that cannot start makes the card a read-only view.
+/// Works on the current row of the controller's POSTAL, or on a new one; typed text reaches the row at once.
+/// exec() returns 1 if the operation was carried out, 2 if it was cancelled; a row that could not be stored
+/// stays pending. An addition or change that cannot start turns the card into a read-only view.
 class AMBREL_EXPORT TFFichaVia : public QDialog {
     Q_OBJECT
 public:
-    /// `codIne`: INE code of the street's municipality. `vecindad`: a name to show instead of that of the
+    /// `codIne`: INE code of the street's municipality. `vecindad`: a name to show instead of the name of the
     /// municipality with the street's postal code; may be empty. The controller must outlive the card.
     TFFichaVia(QWidget* owner, TClassCodPostales& controller, TOperacion operation, QString codIne,
                QString vecindad);
     ~TFFichaVia() override;
 
-    /// The close box does what BBCancelar does.
+    /// The close button does what BBCancelar does.
     void reject() override;
 
 protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    // FichaVia.cpp: the card, from its opening to its end.
+    // FichaVia.cpp: the card, from opening to closing.
     void FormShow();
     [[nodiscard]] bool FormKeyDown(std::uint16_t key);
     void BBAceptarClick();
@@ -56,7 +56,7 @@ private:
     void viewOnly();
     void storeStreet();
 
-    // FichaViaDatos.cpp: provinces and street types in their combos, and the checks of what was typed.
+    // FichaViaDatos.cpp: provinces and street types in their combos, and checks of the typed data.
     static void showText(QComboBox& combo, const QString& text);
     void CargaProvincias();
     void CargaTipoVia();

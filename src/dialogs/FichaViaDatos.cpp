@@ -1,4 +1,4 @@
-// The street card: provinces and street types in their combos, and the checks of what was typed.
+// The street card: provinces and street types in their combos, and checks of the typed data.
 #include <QComboBox>
 #include <algorithm>
 #include <string>
@@ -32,7 +32,7 @@ QString itemOf(const ambrel::StreetType& type) {
 
 void clearCurrentItem(QComboBox& combo) { combo.setCurrentIndex(-1); }
 
-/// The place of an item among items in alphabetical order.
+/// The index of an item among items in alphabetical order.
 int placeOf(const QString& item, const QComboBox& combo) {
     int place = 0;
     while (place < combo.count() && combo.itemText(place) <= item) {
@@ -43,20 +43,20 @@ int placeOf(const QString& item, const QComboBox& combo) {
 
 } // namespace
 
-/// The text's item, where there is one, becomes the current one.
+/// Shows a text; its item, if there is one, becomes current.
 void TFFichaVia::showText(QComboBox& combo, const QString& text) {
     combo.setCurrentIndex(combo.findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive));
     combo.setEditText(text);
 }
 
-/// Deliberate: the items that are there already stay.
+/// Deliberate: items already there stay.
 void TFFichaVia::CargaProvincias() {
     QComboBox& combo = *ui_->CBProvincia;
     const QString shown = combo.currentText();
     for (const ambrel::Province& province : tables_.provinces()) {
         combo.addItem(itemOf(province));
     }
-    showText(combo, shown); // a combo makes its first item the current one by itself
+    showText(combo, shown); // a combo automatically makes its first item current
 }
 
 void TFFichaVia::CargaTipoVia() {
@@ -114,7 +114,7 @@ bool TFFichaVia::ValidaProvincia(const QString& province, const QString& expecte
 }
 
 bool TFFichaVia::ValidaTipoVia(const QString& streetType) {
-    // A blank code is one that the table may have.
+    // A blank code may exist in the table.
     return tables_.findStreetType(toNearestWindows1252(ObtenTipoVia(streetType.trimmed()))).has_value();
 }
 
@@ -124,7 +124,7 @@ bool TFFichaVia::ValidaCodPostal(const QString& postalCode, const QString& provi
     return code && provinceCode && ambrel::isPostalCodeOf(*code, *provinceCode);
 }
 
-/// Deliberate: empty numbers are filled in also when a check failed.
+/// Deliberate: empty numbers are filled in even if a check failed.
 bool TFFichaVia::CompruebaDatos() {
     const bool areTextsRight = checkTexts();
     fillEmptyNumbers();
@@ -172,7 +172,7 @@ void TFFichaVia::fillEmptyNumbers() {
     }
 }
 
-/// What the column cannot hold is still in its edit only.
+/// A number that the column cannot hold is still only in its edit.
 bool TFFichaVia::checkNumbers() {
     for (BoundEdit* const edit : {ui_->DBEImparIni, ui_->DBEImparFin, ui_->DBEParIni, ui_->DBEParFin}) {
         if (!edit->isRefused()) {

@@ -1,4 +1,4 @@
-// The street card: the municipality, and what it brings along.
+// The street card: the municipality and the data that depend on it.
 #include <QLineEdit>
 #include <QScopeGuard>
 #include <string>
@@ -26,7 +26,7 @@ using ambrel::tagOf;
 
 namespace {
 
-/// What the host's number of a municipality says about how municipalities are looked up.
+/// How municipalities are looked up, according to the host's municipality number.
 enum class LookUpBy { PostalCode = 1, IneCode = 2, Name = 3 };
 
 } // namespace
@@ -38,7 +38,7 @@ void TFFichaVia::BuscaVecindad() {
     if (!postalCode.empty()) {
         ambrel::TagScope order(municipalities, "CODPOSTAL");
         const bool found = TBBusca(municipalities, {{"CODPOSTAL", postalCode}}, exactSearch);
-        // Deliberate: a postal code that no municipality has shows the street's own name.
+        // Deliberate: a postal code without a municipality shows the street's own name.
         const dbase::Field& shown = found ? tables.tbMunicipiNOMBRE : tables.tbPostalVIA;
         ui_->EVecindad->setText(fromWindows1252(shown.text()));
         order.restore();
@@ -50,8 +50,8 @@ void TFFichaVia::BuscaVecindad() {
     }
 }
 
-/// The Tag holds the municipality's postal code here, where other boxes have its INE code. Where two
-/// municipalities have one name, the one that was current, by its postal code or by the user's choice, stays.
+/// The Tag holds the municipality's postal code here, whereas other boxes have the INE code. If two
+/// municipalities share a name, the one already current, by its postal code or by the user's choice, stays.
 void TFFichaVia::EVecindadChange() {
     TDMCodPostales& tables = *Controlador.DM;
     const QString name = ui_->EVecindad->text();
@@ -75,7 +75,7 @@ void TFFichaVia::EVecindadKeyUp(std::uint16_t& key, Qt::KeyboardModifiers shift)
     const int tag = tagOf(*ui_->EVecindad);
     Controlador.OrdenaPorNombreMunicipi();
     Controlador.KeyUpMunicipi(ui_->EVecindad, key, shift);
-    // A completion leaves the INE code in the Tag, where it would be taken for a postal code.
+    // A completion leaves the INE code in the Tag, where it would pass for a postal code.
     if (tagOf(*ui_->EVecindad) != tag || ui_->EVecindad->text() != text) {
         EVecindadChange();
     }
@@ -85,11 +85,11 @@ void TFFichaVia::EVecindadExit() {
     const auto leaveFocus = qScopeGuard([this] { help_->DejaFoco(ui_->EVecindad); });
     const QString name = nameForProvince();
     QString postalCode = ui_->DBECodPostal->text();
-    // Deliberate: the number of the Tag has no leading zero, and is "0" for an unknown municipality.
+    // Deliberate: the number from the Tag has no leading zero, and is "0" for an unknown municipality.
     if (postalCode.isEmpty()) {
         postalCode = fromWindows1252(Int_Cad(tagOf(*ui_->EVecindad)));
     }
-    QString notAskedFor; // an empty province stays empty
+    QString notAskedFor; // empty: no province requested
     Controlador.ExitMunicipi(ui_->EVecindad, notAskedFor, postalCode, true);
     const QString codIne = fromWindows1252(Controlador.DM->tbMunicipiCOD_INE.text());
     if (takePostalCode(codIne, postalCode)) {
@@ -97,14 +97,14 @@ void TFFichaVia::EVecindadExit() {
     }
 }
 
-/// Deliberate: without a province in the combo it is the municipality's name.
+/// Deliberate: without a province in the combo, returns the municipality's name.
 QString TFFichaVia::nameForProvince() const {
     const QString province = ui_->CBProvincia->currentText();
     const auto bracket = province.indexOf(QLatin1Char('['));
     return (bracket < 0 ? ui_->EVecindad->text() : province.left(bracket)).trimmed();
 }
 
-/// False when the user keeps the postal code that is there.
+/// False if the user keeps the existing postal code.
 bool TFFichaVia::takePostalCode(const QString& codIne, const QString& postalCode) {
     const QString shown = ui_->DBECodPostal->text();
     const bool isNew = codIne != CodIne || shown != postalCode;
@@ -121,7 +121,7 @@ bool TFFichaVia::takePostalCode(const QString& codIne, const QString& postalCode
     return true;
 }
 
-/// Deliberate: the code is the municipality's, the name that of the province shown, whichever it is.
+/// Deliberate: the code is the municipality's, the name that of the province shown, even if they differ.
 void TFFichaVia::takeProvince(const QString& name, const QString& codIne) {
     const QString item = ambrel::provinceItem(name, codIne.left(ambrel::provinceDigits));
     if (ui_->CBProvincia->currentText() != item) {
@@ -147,7 +147,7 @@ void TFFichaVia::BBListarClick() {
         orOwn(codIne);
         break;
     case LookUpBy::Name:
-    default: // any other number is no way of looking up; the box holds a name
+    default: // no other number selects a lookup; the box holds a name
         tag = QStringLiteral("NOMBRE");
         orOwn(name);
         break;
@@ -159,13 +159,13 @@ void TFFichaVia::BBListarClick() {
     }
     ui_->EVecindad->setText(name);
     goToMunicipality(codIne);
-    EVecindadChange(); // the Tag is that of the chosen one
+    EVecindadChange(); // sets the Tag to the chosen one's
     if (takePostalCode(codIne, postalCode)) {
         takeProvince(nameForProvince(), codIne);
     }
 }
 
-/// Among those with the name in the box, of which there may be several.
+/// Searches among those with the name in the box, of which there may be several.
 void TFFichaVia::goToMunicipality(const QString& codIne) {
     dbase::Dataset& municipalities = Controlador.DM->tbMunicipi;
     const TDMCodPostales& tables = *Controlador.DM;

@@ -1,4 +1,4 @@
-// Columns and keys of the lists over MUNICIPI.
+// Columns and keys of the MUNICIPI lists.
 #include "dialogs/MunicipalityColumns.h"
 
 #include <QFontMetrics>

@@ -1,4 +1,4 @@
-// The list of municipalities that the lookup routines show.
+// The list of municipalities shown by the lookup routines.
 #include "dialogs/MunicipiLista.h"
 
 #include <QShowEvent>
@@ -31,7 +31,7 @@ TFMunicipiLista::~TFMunicipiLista() { ui_->DBGMUNICIPI->setDataSource(nullptr); 
 
 void TFMunicipiLista::connectControls() {
     using ambrel::guarded;
-    // Deliberate: Enter moves on in this list, and never accepts, although the guidance says that it does.
+    // Deliberate: Enter moves on in this list and never accepts, although the hint says that it does.
     new ambrel::FormKeys(*this, *ui_->BBCancelar,
                          [this](std::uint16_t key, Qt::KeyboardModifiers) { return FormKeyDown(key); });
     watchEdit(ui_->ECODINE, &TFMunicipiLista::ECODINEEnter);
@@ -58,7 +58,7 @@ void TFMunicipiLista::reject() { done(ambrel::cancelledResult); }
 
 void TFMunicipiLista::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (!event->spontaneous()) { // a window that comes back to the screen stays as it is
+    if (!event->spontaneous()) { // a window restored to the screen stays as it is
         ambrel::runGuarded([this] { FormShow(); });
     }
 }
@@ -96,7 +96,7 @@ void TFMunicipiLista::ENOMBREEnter() {
     TBIndexa("NOMBRE", table_);
 }
 
-/// Of all three edits; the Tag tells which key is searched.
+/// For all three edits; the Tag selects the key to search.
 void TFMunicipiLista::ECODINEKeyUp(QLineEdit& edit, std::uint16_t key) {
     ambrel::searchWhileTyping(edit, key, table_, ambrel::municipalityKey(ambrel::tagOf(edit)),
                               *ui_->DBGMUNICIPI);

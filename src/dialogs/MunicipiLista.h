@@ -1,4 +1,4 @@
-// The list of municipalities that the lookup routines show.
+// The list of municipalities shown by the lookup routines.
 #pragma once
 
 #include <QDialog>
@@ -18,14 +18,13 @@ namespace dbase {
 class Dataset;
 }
 
-/// Browses the `tbMunicipi` of the `DMMunicipi` that there is when the list is made; shows nothing while it
-/// is closed. A routine that runs meanwhile may empty the global, but the module must outlive the list.
-/// exec() gives 1 when a municipality was accepted, and 2 otherwise; the answer is the table's current
-/// record.
+/// Browses the `tbMunicipi` of the `DMMunicipi` that exists when the list is created; shows nothing while it
+/// is closed. A routine running meanwhile may reset the global, but the module must outlive the list. exec()
+/// returns 1 if a municipality was accepted, 2 otherwise; the answer is the table's current record.
 class AMBREL_EXPORT TFMunicipiLista : public QDialog {
     Q_OBJECT
 public:
-    /// Without owner the application's active window is the parent.
+    /// Without an owner, the application's active window is the parent.
     explicit TFMunicipiLista(QWidget* owner = nullptr);
     ~TFMunicipiLista() override;
 

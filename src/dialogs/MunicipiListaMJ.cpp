@@ -24,7 +24,7 @@ constexpr int leastCodeWidth = 84;  // logical pixels
 constexpr int leastNameWidth = 300; // logical pixels
 constexpr int cellMargins = 24;
 
-// Among the widest that the fields hold.
+// Among the widest values that the fields hold.
 constexpr const char* wideName = "VILLARCAYO DE MERINDAD DE CASTILLA LA VIE";
 constexpr const char* wideProvince = "SANTA CRUZ DE TENERIF";
 
@@ -37,7 +37,7 @@ std::vector<ambrel::GridColumn> columns() {
             {.field = "NOMBREPROV", .title = QStringLiteral("Provincia")}};
 }
 
-/// Room for the texts in the grid's font, which is settled when the dialog is shown.
+/// Makes room for the texts in the grid's font, which is final when the dialog is shown.
 void fitColumns(ambrel::DataGrid& grid) {
     const QFontMetrics font = grid.fontMetrics();
     const auto widthOf = [&font](const QString& text) { return font.horizontalAdvance(text) + cellMargins; };
@@ -87,7 +87,7 @@ void TFMunicipiListaMJ::reject() { done(ambrel::cancelledResult); }
 
 void TFMunicipiListaMJ::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (!event->spontaneous()) { // a window that comes back to the screen stays as it is
+    if (!event->spontaneous()) { // a window restored to the screen stays as it is
         ambrel::runGuarded([this] { FormShow(); });
     }
 }
@@ -117,7 +117,7 @@ void TFMunicipiListaMJ::ENOMBREKeyUp(std::uint16_t key) {
     ambrel::searchWhileTyping(*ui_->ENOMBRE, key, table_, searchKey, *ui_->DBGMUNICIMJ);
 }
 
-/// There is one order, whichever title was clicked.
+/// There is only one order, whichever title was clicked.
 void TFMunicipiListaMJ::DBGMUNICIMJTitleClick() { TBIndexa(searchKey, table_); }
 
 void TFMunicipiListaMJ::DBGMUNICIMJDblClick() { done(ambrel::acceptedResult); }

@@ -30,7 +30,7 @@ constexpr int withTwoCodes = 3;        // the group whose second code is shown
 constexpr int normalWidth = 350;       // logical pixels
 constexpr int normalLeastHeight = 480; // logical pixels
 
-/// The order that a text's only character asks for.
+/// The order requested by a text's only character.
 /// Deliberate: lower-case letters do not switch the order.
 std::optional<std::string> orderFor(const QString& text) {
     if (text.size() != 1) {
@@ -89,7 +89,7 @@ void TFProvList::Configura(const QString& caption, const QString& heading, int p
         return;
     }
     TBFiltra(TProvin, "GRUPO = " + Int_Cad(group));
-    // Deliberate: the code is sought as text, 8 and not 008, among codes of three characters.
+    // Deliberate: the code is sought as text, 8 rather than 008, among codes of three characters.
     const std::string code = Int_Cad(provinceCode);
     if (TBBusca(TProvin, {{"CODIGO", code}}, nearestSearch)) {
         ui_->E_BUSQUEDA->setText(QString::fromStdString(code));
@@ -100,7 +100,7 @@ void TFProvList::reject() { done(ambrel::cancelledResult); }
 
 void TFProvList::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (!event->spontaneous()) { // a window that comes back to the screen stays as it is
+    if (!event->spontaneous()) { // a window restored to the screen stays as it is
         ambrel::runGuarded([this] { FormShow(); });
     }
 }
@@ -137,18 +137,18 @@ void TFProvList::chooseOrder() {
     }
 }
 
-/// Whether something was found shows in the grid.
+/// Moves the table; the grid shows whether something was found.
 void TFProvList::seekText() {
     const QString text = ui_->E_BUSQUEDA->text();
     if (TProvin.tag() == byName) {
-        // Deliberate: an empty text is sought as well in the order of names, and goes to the first one.
+        // Deliberate: in name order an empty text is sought too, and goes to the first name.
         if (const std::optional<std::string> name = ambrel::toWindows1252(text)) {
             static_cast<void>(TBBusca(TProvin, {{"PROVINCIA", *name}}, nearestSearch));
         }
         return;
     }
-    // Deliberate: a text that is not a number, or one that no code can hold, moves nothing in the order of
-    // codes, without a message.
+    // Deliberate: in code order, a text that is not a number, or that no code can hold, moves nothing and
+    // shows no message.
     bool isNumber = false;
     if (const int code = text.toInt(&isNumber); isNumber && Int_Cad(code).size() <= codeWidth) {
         static_cast<void>(TBBusca(TProvin, {{"CODIGO", code}}, nearestSearch));

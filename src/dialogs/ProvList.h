@@ -1,4 +1,4 @@
-// The list of provinces or countries, from which the user chooses one.
+// The list of provinces or countries, where the user chooses one.
 #pragma once
 
 #include <QDialog>
@@ -14,17 +14,17 @@ class TFProvList;
 }
 
 /// The caller opens `TProvin`, configures the list, runs exec() and reads the choice: 1 accepted, 2 anything
-/// else. The table stays open and positioned.
+/// else. The table stays open, on its record.
 class AMBREL_EXPORT TFProvList : public QDialog {
     Q_OBJECT
 public:
-    /// Without owner the application's active window is the parent.
+    /// Without an owner, the application's active window is the parent.
     explicit TFProvList(QWidget* owner = nullptr);
     ~TFProvList() override;
 
-    /// Title of the window and of its frame; with a province code other than 0 only the territories of the
-    /// group are shown, from that code on. Errors: dbase::Error of a table that is closed or spoilt.
-    /// Deliberate: with code 0 every territory is shown, whatever the group.
+    /// Sets the titles of the window and of its frame; with a province code other than 0, shows only the
+    /// territories of the group, starting at that code. Errors: dbase::Error of a closed or damaged table.
+    /// Deliberate: with code 0 all territories are shown, whatever the group.
     void Configura(const QString& caption, const QString& heading, int provinceCode, int group);
 
     /// The accepted territory; 0, 0 and empty until one is accepted.
@@ -32,13 +32,13 @@ public:
     [[nodiscard]] int chosenGroup() const { return chosenGroup_; }
     [[nodiscard]] const QString& chosenName() const { return chosenName_; }
 
-    /// The territories that the list shows.
+    /// The territories shown in the list.
     dbase::Dataset TProvin{"DB", "PROVIN.DBF", "CODIGO"};
     dbase::Field& TProvinPROVINCIA = TProvin.bindCharacter("PROVINCIA", 21);
     dbase::Field& TProvinCODIGO = TProvin.bindCharacter("CODIGO", 3);
     dbase::Field& TProvinGRUPO = TProvin.bindInteger("GRUPO");
     dbase::Field& TProvinCOD_198 = TProvin.bindCharacter("COD_198", 3);
-    /// Code and name as one text, with the second code between them in group 3.
+    /// Code and name as one text, in group 3 with the second code between them.
     dbase::Field& TProvinDATO = TProvin.addCalculated("DATO", 27);
     dbase::DataSource DSProvin{&TProvin};
 

@@ -18,11 +18,11 @@
 
 namespace {
 
-// Deliberate: the abbreviation is searched although the edit's hint speaks of the name.
+// Deliberate: searches the abbreviation, although the edit's hint mentions the name.
 constexpr const char* searchKey = "CODIGO";
 
 constexpr int codeWidth = 72;          // logical pixels
-constexpr int titleMargins = 24;       // logical pixels, of a column's title
+constexpr int titleMargins = 24;       // logical pixels, around a column's title
 constexpr int normalWidth = 350;       // logical pixels
 constexpr int normalLeastHeight = 480; // logical pixels
 
@@ -62,7 +62,7 @@ void TFTipoViasLista::reject() { done(ambrel::cancelledResult); }
 
 void TFTipoViasLista::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (!event->spontaneous()) { // a window that comes back to the screen stays as it is
+    if (!event->spontaneous()) { // a window restored to the screen stays as it is
         ambrel::runGuarded([this] { FormShow(); });
     }
 }

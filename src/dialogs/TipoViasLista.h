@@ -1,4 +1,4 @@
-// The list of street types, from which the user chooses one.
+// The list of street types, where the user chooses one.
 #pragma once
 
 #include <QDialog>
@@ -14,13 +14,13 @@ namespace Ui {
 class TFTipoViasLista;
 }
 
-/// Browses the street types of the DMVias that there is when the list is made. A routine that runs meanwhile
-/// may empty the global, but the module must outlive the list. exec() returns 1 when a row was accepted, 2
-/// otherwise; the answer is the record on which `tbTipo_Via` then stands.
+/// Browses the street types of the DMVias that exists when the list is created. A routine running meanwhile
+/// may reset the global, but the module must outlive the list. exec() returns 1 if a row was accepted, 2
+/// otherwise; the answer is the current record of `tbTipo_Via`.
 class AMBREL_EXPORT TFTipoViasLista : public QDialog {
     Q_OBJECT
 public:
-    /// Without owner the application's active window is the parent.
+    /// Without an owner, the application's active window is the parent.
     explicit TFTipoViasLista(QWidget* owner = nullptr);
     ~TFTipoViasLista() override;
 

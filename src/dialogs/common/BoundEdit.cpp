@@ -1,4 +1,4 @@
-// Between an edit box and a field.
+// Connects an edit box and a field.
 #include "dialogs/common/BoundEdit.h"
 
 #include <QScopedValueRollback>
@@ -36,7 +36,7 @@ void BoundEdit::unbind() {
     follow(dbase::DatasetChange::Closed);
 }
 
-/// Null when there is nothing that the box could show.
+/// Null if the box has nothing to show.
 dbase::Field* BoundEdit::field() const {
     dbase::Dataset* const table = source_ && !sourceLife_.expired() ? source_->dataset() : nullptr;
     return table && table->isOpen() ? table->findField(fieldName_) : nullptr;
@@ -49,9 +49,9 @@ void BoundEdit::follow(dbase::DatasetChange change) {
     const dbase::Field* const bound = field();
     setReadOnly(!bound || !isPending(bound->dataset()));
     if (change == dbase::DatasetChange::State) {
-        return; // a value that changes with the state is told by itself
+        return; // a value that changes with the state is reported separately
     }
-    // Another field's value leaves the box alone: it may hold what its own field refused.
+    // Another field's change leaves the box alone: it may hold text that its own field refused.
     if (change != dbase::DatasetChange::Field || !bound || bound->text() != shownValue_) {
         show(bound);
     }

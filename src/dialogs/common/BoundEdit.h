@@ -1,4 +1,4 @@
-// An edit box that belongs to a field of a dataset.
+// An edit box bound to a field of a dataset.
 #pragma once
 
 #include <QLineEdit>
@@ -10,19 +10,19 @@
 namespace ambrel {
 
 /// Shows the field's value in the current record and follows it. Every change of the text, typed or not,
-/// reaches the pending record at once; while no record is pending the box is read-only. A text that the field
-/// cannot hold, such as a word in a number, stays in the box, and the field keeps the value that it had.
+/// reaches the pending record at once; while no record is pending, the box is read-only. A text that the
+/// field cannot hold, such as a word in a number, stays in the box, and the field keeps its value.
 class BoundEdit : public QLineEdit {
     Q_OBJECT
 public:
     explicit BoundEdit(QWidget* parent = nullptr);
 
-    /// A source without dataset, or a dataset without the field, shows nothing. The source may go before the
-    /// box, which is empty then from the next change on.
+    /// Shows nothing for a source without a dataset, or a dataset without the field. The source may be
+    /// destroyed before the box, which is then empty from the next change on.
     void bind(dbase::DataSource& source, std::string field);
     void unbind();
 
-    /// The text is not in the field, because the field cannot hold it.
+    /// True if the text is not in the field because the field cannot hold it.
     [[nodiscard]] bool isRefused() const { return refused_; }
 
 private:
@@ -35,8 +35,8 @@ private:
     std::weak_ptr<const void> sourceLife_;
     dbase::Dataset::Subscription subscription_;
     std::string fieldName_;
-    std::string shownValue_; // of the field, when the box was last in step with it
-    bool passing_ = false;   // a text is on its way between box and field
+    std::string shownValue_; // of the field, when box and field last agreed
+    bool passing_ = false;   // a text is being passed between box and field
     bool refused_ = false;
 };
 

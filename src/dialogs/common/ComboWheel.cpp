@@ -16,7 +16,7 @@ bool ComboWheel::eventFilter(QObject*, QEvent* event) {
     if (event->type() != QEvent::Wheel || combo_->hasFocus()) {
         return false;
     }
-    event->ignore(); // what the combo stands in may scroll
+    event->ignore(); // the area around the combo may scroll
     return true;
 }
 

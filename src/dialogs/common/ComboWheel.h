@@ -7,11 +7,11 @@ class QComboBox;
 
 namespace ambrel {
 
-/// Lets the wheel change a combo only while it has the focus: who scrolls past it, or rests the hand on the
-/// wheel, changes no data. The wheel no longer gives it the focus either. Belongs to its combo.
+/// Lets the wheel change a combo only while it has the focus, so that scrolling past it or resting a hand on
+/// the wheel changes no data. Nor does the wheel give it the focus. Belongs to its combo.
 class ComboWheel : public QObject {
 public:
-    /// The combo owns it.
+    /// Owned by the combo.
     explicit ComboWheel(QComboBox* combo);
 
 protected:

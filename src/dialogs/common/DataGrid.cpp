@@ -1,4 +1,4 @@
-// The data grid: the widget around its parts, and its events.
+// The data grid: the widget around its parts, and its event handling.
 #include "dialogs/common/DataGrid.h"
 
 #include <QApplication>
@@ -24,9 +24,9 @@ namespace ambrel {
 namespace {
 
 constexpr int wheelNotch = 120;                                   // eighths of a degree
-constexpr int usualRows = 10, fewestRows = 3, fewestLetters = 20; // of the sizes that it asks for
+constexpr int usualRows = 10, fewestRows = 3, fewestLetters = 20; // for size hints
 
-/// With Shift the rows that a move passes are marked.
+/// With Shift, the rows passed by a move are marked.
 GridMarks marksWith(Qt::KeyboardModifiers modifiers) {
     return modifiers.testFlag(Qt::ShiftModifier) ? GridMarks::Yes : GridMarks::No;
 }
@@ -51,12 +51,12 @@ DataGrid::DataGrid(QWidget* parent) : QWidget(parent), parts_(std::make_unique<P
     });
     QHeaderView* const header = view->horizontalHeader();
     connect(header, &QHeaderView::sectionClicked, this, [this](int column) {
-        parts_->showOrder(); // the header gives the arrow to any title that is clicked
+        parts_->showOrder(); // the header puts the arrow on any title that is clicked
         emit titleClicked(column);
     });
     connect(header, &QHeaderView::sectionResized, this, [this](int column, int, int width) {
         if (!parts_->isSettingWidth && width > 0) {
-            parts_->model->setWidth(column, width); // the user drags it
+            parts_->model->setWidth(column, width); // dragged by the user
         }
     });
     connect(parts_->bar, &QScrollBar::actionTriggered, this,
@@ -177,14 +177,14 @@ bool DataGrid::event(QEvent* event) {
             return QWidget::event(event);
         }
         parts_->isReadSoon = false;
-        if (isVisible()) { // else when it is shown
+        if (isVisible()) { // otherwise when it is shown
             parts_->read();
         }
         return true;
     }
 }
 
-/// A click that a program sends to the grid itself is one on the part that lies there.
+/// Forwards a click that a program sends to the grid itself to the part at that position.
 bool DataGrid::passOn(QMouseEvent& event) {
     QWidget* const part = childAt(event.position().toPoint());
     if (!part || parts_->isPassingOn) {
@@ -236,7 +236,7 @@ void DataGrid::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-/// Acts on the rows that are marked, wherever the click was: only the left button chooses.
+/// Acts on the marked rows, wherever the click was: only the left button selects.
 void DataGrid::contextMenuEvent(QContextMenuEvent* event) {
     parts_->read();
     const int current = parts_->rows.current();
@@ -272,7 +272,7 @@ void DataGrid::wheelEvent(QWheelEvent* event) {
 
 void DataGrid::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    // Screen readers read the table inside: it goes by the grid's name.
+    // Screen readers read the table inside, under the grid's name.
     parts_->view->setAccessibleName(accessibleName());
     parts_->view->setAccessibleDescription(accessibleDescription());
     parts_->readSoon();

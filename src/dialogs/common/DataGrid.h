@@ -1,4 +1,4 @@
-// The grid that all dialogs share: the rows of a dataset around its current record.
+// The grid shared by all dialogs: the rows of a dataset around its current record.
 #pragma once
 
 #include <QWidget>
@@ -14,17 +14,17 @@ class DataSource;
 
 namespace ambrel {
 
-/// Shows as many rows as there is room for and reads no others, so that it costs the same on any table. The
-/// dataset's current record is always visible and selected; keys, wheel, scroll bar and clicks move the
-/// dataset; painting never does. Nothing is shown while there is no source, no dataset, or the dataset is
-/// closed. A fault while reading is told once; the grid then shows nothing before a refresh() that succeeds
-/// or until another table is opened.
+/// Shows as many rows as fit and reads no others, so that it costs the same on any table. The dataset's
+/// current record is always visible and selected; keys, wheel, scroll bar and clicks move the dataset;
+/// painting never does. Shows nothing without a source or dataset, or while the dataset is closed. A failure
+/// while reading is reported once; the grid then shows nothing until a refresh() succeeds or another table is
+/// opened.
 ///
-/// With Shift, keys and clicks mark the rows from the one that was current to the one that is; moving in any
-/// other way, and whatever else changes the table, drops the mark. Marked rows are there to be copied, with
-/// their titles (Ctrl+C, context menu); the current one stays the only one that is chosen.
+/// With Shift, keys and clicks mark the rows from the previously current one to the new one; any other move
+/// or change of the table drops the mark. Marked rows can be copied with their titles (Ctrl+C, context menu);
+/// the current one remains the only one selected.
 ///
-/// Not supported: cells that are edited, several rows chosen, columns that change places.
+/// Not supported: editing cells, selecting several rows, moving columns.
 class AMBREL_EXPORT DataGrid : public QWidget {
     Q_OBJECT
 public:
@@ -32,29 +32,29 @@ public:
     explicit DataGrid(QWidget* parent = nullptr);
     ~DataGrid() override;
 
-    /// Follows what the source tells. A source that was destroyed counts as none.
+    /// Follows the source's notifications. A destroyed source counts as none.
     void setDataSource(dbase::DataSource* source);
 
-    /// Columns from left to right, and their titles.
+    /// Sets the columns, from left to right, and their titles.
     void setColumns(std::vector<GridColumn> columns);
     [[nodiscard]] int columnCount() const;
     [[nodiscard]] QString columnTitle(int column) const;
     void setColumnTitle(int column, const QString& title);
-    /// As set last, also when it is negative; such a column is not shown.
+    /// Width as last set, even if negative; such a column is not shown.
     [[nodiscard]] int columnWidth(int column) const;
     void setColumnWidth(int column, int width);
-    /// Logical pixels that the columns have between them.
+    /// Logical pixels available to all columns together.
     [[nodiscard]] int clientWidth() const;
 
-    /// Reads the dataset's current record again (it may have gone) and shows the rows around it. A pending
-    /// row stays pending.
+    /// Reads the dataset's current record again (it may be gone) and shows the rows around it. A pending row
+    /// stays pending.
     void refresh();
 
-    /// Rows shown now, and which of them is current (-1 on an empty table). For tests and screen readers.
+    /// Rows shown now, and the index of the current one (-1 in an empty table). For tests and screen readers.
     [[nodiscard]] int visibleRowCount() const;
     [[nodiscard]] int currentRow() const;
     [[nodiscard]] QString cellText(int row, int column) const;
-    /// Place of a shown cell and of a column's title, in the grid's coordinates.
+    /// Position of a shown cell and of a column's title, in the grid's coordinates.
     [[nodiscard]] QRect cellRect(int row, int column) const;
     [[nodiscard]] QRect titleRect(int column) const;
 
@@ -64,7 +64,7 @@ public:
 Q_SIGNALS:
     /// The title of a column was clicked.
     void titleClicked(int column);
-    /// A row was double-clicked; it is current by then.
+    /// A row was double-clicked; by then it is current.
     void rowDoubleClicked();
 
 protected:

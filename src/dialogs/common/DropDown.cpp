@@ -1,4 +1,4 @@
-// Which kind of list drops down.
+// Chooses the kind of list that drops down.
 #include "dialogs/common/DropDown.h"
 
 #include <QAbstractItemView>
@@ -11,7 +11,7 @@ namespace ambrel {
 void limitDropDowns(QWidget& dialog) {
     for (QComboBox* const combo : dialog.findChildren<QComboBox*>()) {
         combo->setStyleSheet(QStringLiteral("QComboBox { combobox-popup: 0; }"));
-        // Where the application has rules of its own, a combo is not told of its new ones.
+        // If the application has a style sheet of its own, a combo is not notified of its new one.
         combo->ensurePolished();
         QEvent changed(QEvent::StyleChange);
         QCoreApplication::sendEvent(combo, &changed);

@@ -1,12 +1,12 @@
-// Lists that drop down from combos.
+// Drop-down lists of combos.
 #pragma once
 
 class QWidget;
 
 namespace ambrel {
 
-/// The combos of a dialog, editable or not, drop down a list of as many rows as they say, inside the screen.
-/// Some styles make a menu of all items instead, which covers the screen from top to bottom.
+/// Makes the dialog's combos, editable or not, drop down a list with their own number of rows, within the
+/// screen. Some styles instead show a menu of all items, which covers the screen from top to bottom.
 void limitDropDowns(QWidget& dialog);
 
 } // namespace ambrel

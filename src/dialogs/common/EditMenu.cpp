@@ -21,10 +21,10 @@ constexpr std::array<std::pair<const char*, const char*>, 7> texts{{
     {"Select All", "Seleccionar todo"},
 }};
 
-/// What is in the toolkit's English; texts that the program has translated stay.
+/// Translates the toolkit's English texts; texts already translated by the program stay.
 void putIntoSpanish(QMenu& menu) {
     for (QAction* const action : menu.actions()) {
-        const QString text = action->text().section(QLatin1Char('\t'), 0, 0); // its key stands behind
+        const QString text = action->text().section(QLatin1Char('\t'), 0, 0); // its key follows
         const auto* const found = std::ranges::find_if(
             texts, [&](const auto& known) { return text == QLatin1String(known.first); });
         if (found != texts.end()) {

@@ -9,12 +9,12 @@ class QLineEdit;
 
 namespace ambrel {
 
-/// Gives an edit box its usual menu with Spanish texts, also in a program that does not load the toolkit's
+/// Gives an edit box its usual menu with Spanish texts, even in a program that does not load the toolkit's
 /// translations. Belongs to its box, which may be the edit of a combo.
 class AMBREL_EXPORT EditMenu : public QObject {
     Q_OBJECT
 public:
-    /// The box owns it.
+    /// Owned by the box.
     explicit EditMenu(QLineEdit* box);
 
 protected:

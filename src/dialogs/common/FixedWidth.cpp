@@ -1,4 +1,4 @@
-// Fitting a dialog of one width to what it shows.
+// Fits a dialog of fixed width to its contents.
 #include "dialogs/common/FixedWidth.h"
 
 #include <QDialog>
@@ -14,7 +14,7 @@
 namespace ambrel {
 namespace {
 
-constexpr int textMargins = 20;      // what a status bar leaves free beside its text
+constexpr int textMargins = 20;      // free space beside a status bar's text
 constexpr int textHeightMargins = 6; // above and below
 
 } // namespace
@@ -41,7 +41,7 @@ bool FixedWidth::eventFilter(QObject*, QEvent* event) {
 }
 
 void FixedWidth::fit() {
-    // The bar's own height comes from the widgets in it, of which there are none.
+    // The bar's own height comes from the widgets in it, and it has none.
     bar_.setMinimumHeight(bar_.fontMetrics().height() + textHeightMargins);
     const QSize needed = dialog_.layout()->totalMinimumSize();
     dialog_.setFixedWidth(std::max({width_, needed.width(), widestHint(dialog_, bar_) + textMargins}));

@@ -1,4 +1,4 @@
-// A dialog of one width, such as the small lists have.
+// A dialog of fixed width, such as the small lists.
 #pragma once
 
 #include <QObject>
@@ -8,8 +8,8 @@ class QStatusBar;
 
 namespace ambrel {
 
-/// Keeps a dialog, which it lives with, at one width and above a least height; sizes in logical pixels. Both
-/// grow with font and text where the controls, or their hints in the status bar, would be cut.
+/// Keeps a dialog, whose lifetime it shares, at one width and above a minimum height; sizes in logical
+/// pixels. Both grow with font and text if the controls, or their hints in the status bar, would be cut.
 class FixedWidth : public QObject {
     Q_OBJECT
 public:

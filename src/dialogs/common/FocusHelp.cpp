@@ -51,12 +51,12 @@ void FocusHelp::DejaFoco(QWidget* control) {
 
 void FocusHelp::TomaFocoBoton(QWidget* button) {
     bar_.showMessage(button->toolTip());
-    if (button->hasFocus()) { // and not the mouse over it
+    if (button->hasFocus()) { // not just the mouse over it
         isOpening_ = false;
     }
 }
 
-// The mouse that leaves a button empties the bar, whatever has the focus.
+// The mouse leaving a button clears the hint, whatever has the focus.
 void FocusHelp::DejaFocoBoton() { clearHint(); }
 
 void FocusHelp::showOutcome(const QString& text) {
@@ -65,7 +65,7 @@ void FocusHelp::showOutcome(const QString& text) {
     clearHint();
 }
 
-// The mouse that leaves the button, and with it the hint, must not take away what has just been said.
+// The mouse leaving the button, and so its hint, must not remove the outcome just shown.
 void FocusHelp::clearHint() { bar_.showMessage(outcome_); }
 
 void FocusHelp::watchEdit(QWidget* edit, std::function<void()> onEnter, std::function<void()> onExit) {
@@ -90,7 +90,7 @@ void FocusHelp::watchFocus(QWidget* control) {
         control, [this, control] { TomaFocoBoton(control); }, [this] { DejaFocoBoton(); });
 }
 
-/// A mouse that has not moved enters what is under it when the window over that goes.
+/// A mouse that has not moved enters the control under it when the window above disappears.
 bool FocusHelp::isResting(const QEvent& event) const {
     const auto* const enter = dynamic_cast<const QEnterEvent*>(&event);
     return enter && resting_ == enter->globalPosition().toPoint();

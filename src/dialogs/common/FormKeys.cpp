@@ -17,7 +17,7 @@ namespace {
 
 constexpr auto heldModifiers = Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
 
-/// Presses a button for the user. A disabled one runs its handlers all the same.
+/// Presses a button for the user. A disabled one still runs its handlers.
 void click(QPushButton& button) {
     if (button.isEnabled()) {
         button.click();
@@ -34,7 +34,7 @@ FormKeys::FormKeys(QDialog& dialog, QPushButton& cancel, Handler handler)
         button->setAutoDefault(false);
         button->setDefault(false);
     }
-    qApp->installEventFilter(this); // controls that the dialog gets later are seen, too
+    qApp->installEventFilter(this); // so that it also sees controls added later
 }
 
 bool FormKeys::eventFilter(QObject* watched, QEvent* event) {
@@ -54,18 +54,18 @@ bool FormKeys::eventFilter(QObject* watched, QEvent* event) {
         return pressByLetter(control, static_cast<const QShortcutEvent&>(*event));
     }
     if (type != QEvent::KeyPress) {
-        told_ = nullptr; // one of both comes between a key and the next
+        told_ = nullptr; // one of these comes between a key and the next
         return false;
     }
     if (told_ && told_ != &control && control.isAncestorOf(told_)) {
-        return false; // the control left the key, which is on its way up
+        return false; // the control ignored the key, which is on its way up to its parents
     }
     told_ = &control;
     return press(control, static_cast<const QKeyEvent&>(*event));
 }
 
-/// A button shows itself pressed for a moment before its letter acts. Meanwhile the release of Alt in a
-/// search box would search anew, and the button accept another row than the one that was chosen.
+/// Acts at once, because a button first shows itself pressed for a moment. Meanwhile the release of Alt in a
+/// search box would search again, and the button would accept a row other than the chosen one.
 bool FormKeys::pressByLetter(QWidget& control, const QShortcutEvent& event) {
     const QPointer<QPushButton> button = qobject_cast<QPushButton*>(&control);
     if (!button || event.isAmbiguous()) {
@@ -75,7 +75,7 @@ bool FormKeys::pressByLetter(QWidget& control, const QShortcutEvent& event) {
     return true;
 }
 
-/// True for a key that was used. Whatever is called may close the dialog, and delete it.
+/// True if the key was used. The code called may close the dialog and delete it.
 bool FormKeys::press(QWidget& control, const QKeyEvent& event) {
     const std::uint16_t key = keyCode(event);
     const bool alone = !(event.modifiers() & heldModifiers);
@@ -99,7 +99,7 @@ bool enterMovesOn(QWidget& dialog, std::uint16_t key) {
     if (key != key_code::enter) {
         return false;
     }
-    // Given to the dialog itself, Tab leaves also a control that would keep it, and nobody is told of it.
+    // Given to the dialog itself, Tab also leaves a control that would keep it, and no handler sees it.
     QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
     static_cast<QObject&>(dialog).event(&tab);
     return true;

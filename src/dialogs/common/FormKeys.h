@@ -1,4 +1,4 @@
-// Keys that a dialog sees before its controls do, and what the dialogs make of them.
+// Keys that a dialog handles before its controls do.
 #pragma once
 
 #include <QObject>
@@ -16,23 +16,22 @@ class QWidget;
 
 namespace ambrel {
 
-/// Results of a modal dialog: of its accept button and double click, and of everything else that closes it.
+/// Results of a modal dialog: for its accept button and double click, and for any other way of closing it.
 inline constexpr int acceptedResult = 1;
 inline constexpr int cancelledResult = 2;
 
-/// Tells each key pressed in a dialog before its control gets it; lives with the dialog. A handler that
-/// returns true has used the key: the control does not get it. Takes the default button away from the
-/// dialog, and makes Escape click the cancel button, disabled or not, before the handler is asked.
-/// Enter (13) on a button that has the focus clicks it when the handler did not use the key.
-/// A button's letter together with Alt clicks it at once. Keys without a code are told as 0. An open
-/// drop-down list keeps its keys to itself.
+/// Reports each key pressed in a dialog before its control receives it; lives with the dialog. A handler that
+/// returns true has used the key: the control does not receive it. Removes the dialog's default button, and
+/// makes Escape click the cancel button, disabled or not, before the handler is called. Enter (13) on a
+/// focused button clicks it unless the handler used the key. A button's letter together with Alt clicks it at
+/// once. Keys without a code are reported as 0. An open drop-down list keeps its keys to itself.
 class AMBREL_EXPORT FormKeys : public QObject {
     Q_OBJECT
 public:
-    /// True for a key that was used.
+    /// Returns true if it used the key.
     using Handler = std::function<bool(std::uint16_t key, Qt::KeyboardModifiers modifiers)>;
 
-    /// The dialog owns it.
+    /// Owned by the dialog.
     FormKeys(QDialog& dialog, QPushButton& cancel, Handler handler = {});
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -44,7 +43,7 @@ private:
     QDialog& dialog_;
     QPushButton& cancel_;
     Handler handler_;
-    QPointer<QWidget> told_; // control whose key was told; its parents may still get the same one
+    QPointer<QWidget> told_; // control whose key was reported; its parents may still receive the same key
 };
 
 /// For a dialog's `FormKeyDown`: Enter moves the focus on, exactly as Tab does. True for Enter.

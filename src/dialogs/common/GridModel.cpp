@@ -23,7 +23,7 @@ void GridModel::setTitle(int column, const QString& title) {
     emit headerDataChanged(Qt::Horizontal, column, column);
 }
 
-/// Rows come and go at the end and change in place: a reset would forget the widths of the columns.
+/// Adds and removes rows at the end and changes the others in place: a reset would lose the column widths.
 void GridModel::setRows(std::vector<QStringList> rows) {
     const int before = rowCount();
     const int after = static_cast<int>(rows.size());
@@ -66,7 +66,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
     }
 }
 
-/// A row is called by the text of its first column: it has no number that would mean anything.
+/// A row is named by the text of its first column: it has no meaningful number.
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
     const auto at = static_cast<std::size_t>(section);
     if (orientation == Qt::Vertical) {

@@ -1,4 +1,4 @@
-// The texts that a data grid shows, as Qt's views and screen readers want them.
+// The texts that a data grid shows, in the form required by Qt's views and screen readers.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -9,7 +9,7 @@
 
 namespace ambrel {
 
-/// Holds the rows of the window and knows no others.
+/// Holds only the rows that the grid shows.
 class GridModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -18,10 +18,10 @@ public:
     void setColumns(std::vector<GridColumn> columns);
     [[nodiscard]] const std::vector<GridColumn>& columns() const { return columns_; }
     [[nodiscard]] const GridColumn& column(int column) const;
-    /// Kept here only; the view shows it.
+    /// Stored only; the view applies it.
     void setWidth(int column, int width);
     void setTitle(int column, const QString& title);
-    /// One text a column in each row.
+    /// Each row has one text per column.
     void setRows(std::vector<QStringList> rows);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;

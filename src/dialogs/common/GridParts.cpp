@@ -1,4 +1,4 @@
-// The parts of a data grid: what makes it read, what moves the table, what is copied.
+// The parts of a data grid: when it reads, how it moves the table, what it copies.
 #include "dialogs/common/GridParts.h"
 
 #include <QApplication>
@@ -16,7 +16,7 @@
 namespace ambrel {
 namespace {
 
-constexpr int wholeBar = 1'000'000; // steps of the scroll bar; a share of the table is exact enough then
+constexpr int wholeBar = 1'000'000; // steps of the scroll bar; precise enough for a share of the table
 constexpr std::chrono::milliseconds restBeforeLookingFurther{60};
 
 } // namespace
@@ -44,7 +44,7 @@ DataGrid::Parts::Parts(DataGrid& owner)
 
 // --- Reading
 
-/// Not at once: a program may be in the middle of a walk. Never while painting: a fault opens a box.
+/// Not at once: a program may be in the middle of a walk. Never while painting: a failure opens a box.
 void DataGrid::Parts::readSoon() {
     if (!isReadSoon) {
         isReadSoon = true;
@@ -93,7 +93,7 @@ void DataGrid::Parts::showOrder() {
 
 void DataGrid::Parts::showPlace() {
     if (bar->isSliderDown()) {
-        return; // the user holds it
+        return; // the user is dragging it
     }
     const bool showsAll = rows.showsBegin() && rows.showsEnd();
     const int page =
@@ -136,7 +136,7 @@ void DataGrid::Parts::tryToMove(const std::function<void(dbase::Dataset&)>& how)
                 rows.expire();
                 rows.read(model->columns(), static_cast<std::size_t>(view->room()));
             } catch (const std::exception&) {
-                // The same fault most likely; the first one is the one to tell.
+                // Most likely the same failure; the first one is the one to report.
             }
             show();
             throw;
@@ -222,7 +222,7 @@ void DataGrid::Parts::copy(GridTitles titles) {
     const std::vector<QStringList> texts = rows.markedTexts(seen);
     if (!texts.empty()) {
         QApplication::clipboard()->setText(gridText(seen, texts, titles));
-    } else if (rows.current() >= 0) { // somebody took the row away from which was marked
+    } else if (rows.current() >= 0) { // the row where marking began was deleted by another user
         QApplication::beep();
         rows.dropMark();
     }

@@ -1,4 +1,4 @@
-// The parts of a data grid, and what they do together.
+// The parts of a data grid, and how they work together.
 #pragma once
 
 #include <QEvent>
@@ -17,7 +17,7 @@ namespace ambrel {
 class GridModel;
 class GridView;
 
-/// Whether the rows that a move passes are marked. A move that does not mark them drops the mark.
+/// Whether the rows passed by a move are marked. A move that does not mark them drops the mark.
 enum class GridMarks { No, Yes };
 
 struct DataGrid::Parts {
@@ -37,7 +37,7 @@ struct DataGrid::Parts {
     void moveToRow(int row, GridMarks marks = GridMarks::No);
     void scrollBy(int count);
     [[nodiscard]] bool hasSeveralMarked() const { return rows.marked().count > 1; }
-    /// The marked rows to the clipboard; of several also the titles.
+    /// Copies the marked rows to the clipboard; if several, with the titles.
     void copy(GridTitles titles);
     [[nodiscard]] int heightOf(int rowCount) const;
     void resizeColumn(int column, int width);
@@ -57,7 +57,7 @@ private:
     void tryToMove(const std::function<void(dbase::Dataset&)>& how);
 };
 
-/// Told to the grid itself when the rows ought to be read.
+/// Event posted to the grid when its rows should be read.
 extern const QEvent::Type gridReadEvent;
 
 } // namespace ambrel

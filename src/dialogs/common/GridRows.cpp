@@ -1,4 +1,4 @@
-// Reading and moving on behalf of a data grid.
+// Reads rows and moves the dataset for a data grid.
 #include "dialogs/common/GridRows.h"
 
 #include <QScopedValueRollback>
@@ -11,7 +11,7 @@ namespace ambrel {
 namespace {
 
 constexpr std::size_t asManyAsThereAre = std::numeric_limits<std::size_t>::max();
-constexpr std::size_t furtherEachTime = 4; // many hidden rows are found in few turns
+constexpr std::size_t furtherEachTime = 4; // finds many hidden rows in few rounds
 
 QStringList textsOf(dbase::Dataset& table, const std::vector<GridColumn>& columns) {
     QStringList texts;
@@ -119,7 +119,7 @@ void GridRows::moveBy(dbase::Dataset& table, int rows) {
     const std::ptrdiff_t wanted = std::clamp<std::ptrdiff_t>(current + rows, 0, last);
     const bool isNew = table.state() == dbase::DatasetState::Insert;
     if (wanted == current || ((rows == 1 || rows == -1) && !isNew)) {
-        rows > 0 ? table.next() : table.prior(); // also where it ends: then the dataset says so
+        rows > 0 ? table.next() : table.prior(); // even at an end of the table: the dataset then reports it
     } else if (!table.goTo(dbase::Bookmark(around_.rows[static_cast<std::size_t>(wanted)].record))) {
         table.refresh();
     }
@@ -151,7 +151,7 @@ void GridRows::mark(const std::function<void()>& move, MarkedRows::Side leaves) 
         mark_.leaveBehind(leaves);
     }
     move();
-    expire(); // a move to where it stands already is told by nobody
+    expire(); // a move that does not change the row sends no notification
 }
 
 void GridRows::dropMark() {

@@ -1,4 +1,4 @@
-// The rows that a data grid shows, read from the dataset behind its data source.
+// The rows that a data grid shows, read from its data source's dataset.
 #pragma once
 
 #include <QStringList>
@@ -13,49 +13,48 @@
 
 namespace ambrel {
 
-/// Reads when it is asked to and something was told since; so a program may move the dataset a thousand times
+/// Reads on request, and only after a change notification; so a program may move the dataset a thousand times
 /// before anything is read. Knows no widget.
 class GridRows {
 public:
-    /// `onChange` runs when the rows ought to be read again. It must not throw.
+    /// `onChange` runs when the rows should be read again. It must not throw.
     explicit GridRows(std::function<void()> onChange) : onChange_(std::move(onChange)) {}
 
     void setSource(dbase::DataSource* source);
-    /// Null unless it is there, open, and not known to be unreadable.
+    /// Null if missing, closed or known to be unreadable.
     [[nodiscard]] dbase::Dataset* table() const;
 
-    /// What was read does not count any more.
+    /// Marks what was read as outdated.
     void expire();
-    /// True when it read, or found that there is nothing to be read; the rows may then be others. `room`:
-    /// rows that can be shown. Errors: whatever reading raises; there are no rows then, and no more reading
-    /// before retry().
+    /// True if it read, or found nothing to read; the rows may then differ. `room`: number of rows that fit.
+    /// Errors: anything thrown by reading; there are then no rows, and no further reading before retry().
     bool read(const std::vector<GridColumn>& columns, std::size_t room);
-    /// Reads again after a fault.
+    /// Reads again after a failure.
     void retry();
-    /// After a fault that was told already.
+    /// Stops reading after a failure that has already been reported.
     void giveUp();
-    /// True when fewer rows are shown than could be, because too many hidden ones lie around: then look
-    /// further is worth while.
+    /// True if fewer rows are shown than fit because there are too many hidden ones around them:
+    /// lookFurther() then finds more.
     [[nodiscard]] bool isCut() const;
     void lookFurther();
 
-    // --- Moves of the table. Errors: whatever moving raises.
+    // --- Moves of the table. Errors: anything thrown by moving.
     void moveBy(dbase::Dataset& table, int rows);
     void moveToRow(dbase::Dataset& table, int row);
-    /// The current row keeps its place on the screen at the next move.
+    /// Keeps the current row's place on the screen at the next move.
     void keepPlace();
-    /// So that the row at this place of the table is shown first.
+    /// Moves so that the row at this place of the table is shown first.
     void moveToPlace(dbase::Dataset& table, double place);
 
-    // --- Marking. Any move that does not mark drops the mark, as does every other change of the table.
-    /// Makes a move, and marks the rows that it passes. `leaves`: where a move to an end of the table leaves
-    /// the row where marking began.
+    // --- Marking. A move that does not mark drops the mark, as does any other change of the table.
+    /// Makes a move and marks the rows it passes. `leaves`: on which side a move to an end of the table
+    /// leaves the row where marking began.
     void mark(const std::function<void()>& move, MarkedRows::Side leaves);
     void dropMark();
-    /// Of the rows shown.
+    /// Marked rows among those shown.
     [[nodiscard]] MarkedRows::Part marked() const;
-    /// Texts of all marked rows, also of those that are not shown; of the current one without a mark. None
-    /// when the row where marking began has gone. Errors: whatever reading raises.
+    /// Texts of all marked rows, including those not shown; without a mark, of the current row. None if the
+    /// row where marking began is gone. Errors: anything thrown by reading.
     [[nodiscard]] std::vector<QStringList> markedTexts(const std::vector<GridColumn>& columns) const;
 
     // --- What was read.
@@ -64,7 +63,7 @@ public:
     [[nodiscard]] dbase::RecordNumber currentRecord() const;
     [[nodiscard]] bool showsBegin() const { return part_.first == 0 && !around_.isCutBefore; }
     [[nodiscard]] bool showsEnd() const;
-    /// Shares of the table's order (0 to 1) that lie before the first and before the last row shown.
+    /// Shares of the table's order (0 to 1) before the first and before the last row shown.
     [[nodiscard]] double firstPlace() const;
     [[nodiscard]] double lastPlace() const;
 

@@ -1,4 +1,4 @@
-// Writing rows for the clipboard.
+// Formats rows for the clipboard.
 #include "dialogs/common/GridText.h"
 
 #include <algorithm>
@@ -6,7 +6,7 @@
 namespace ambrel {
 namespace {
 
-/// A stray control character in a table would part a cell or a line in two.
+/// A stray control character in a table would split a cell or a line.
 QString lineOf(QStringList cells) {
     for (QString& cell : cells) {
         std::ranges::replace_if(

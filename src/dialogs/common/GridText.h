@@ -1,4 +1,4 @@
-// Rows of a grid as a text for the clipboard.
+// Rows of a grid as text for the clipboard.
 #pragma once
 
 #include <QStringList>
@@ -8,10 +8,10 @@
 
 namespace ambrel {
 
-/// Whether the titles of the columns stand above the rows.
+/// When the column titles precede the rows.
 enum class GridTitles { OfSeveralRows, Always };
 
-/// One line a row, its cells parted by tabs, as spreadsheets take them. `rows`: one text a column in each.
+/// One line per row, cells separated by tabs, as spreadsheets expect. `rows`: each has one text per column.
 [[nodiscard]] QString gridText(const std::vector<GridColumn>& columns, const std::vector<QStringList>& rows,
                                GridTitles titles);
 

@@ -1,4 +1,4 @@
-// How a data grid looks, and what a click in it hits.
+// Appearance of a data grid, and its reaction to clicks.
 #include "dialogs/common/GridView.h"
 
 #include <QEvent>
@@ -15,7 +15,7 @@ namespace ambrel {
 namespace {
 
 constexpr int rowMargin = 3;        // logical pixels above and below a text
-constexpr float markedShare = 0.3F; // of the selection's colour
+constexpr float markedShare = 0.3F; // share of the selection's colour
 
 QColor between(const QColor& one, const QColor& other, float share) {
     const auto mix = [share](float from, float to) { return from + (to - from) * share; };
@@ -23,13 +23,13 @@ QColor between(const QColor& one, const QColor& other, float share) {
                             mix(one.blueF(), other.blueF()));
 }
 
-/// The current row looks the same wherever the focus is, and no cell of it stands out. Other marked rows are
-/// paler: the current one is the list's answer.
+/// The current row looks the same wherever the focus is, and none of its cells stands out. Other marked rows
+/// are paler: the current one is the list's answer.
 class RowDelegate : public QStyledItemDelegate {
 public:
     explicit RowDelegate(QAbstractItemView* view) : QStyledItemDelegate(view), view_(*view) {}
 
-    /// A cell that is cut tells its whole text; any other leaves the word to the grid's hint.
+    /// Shows the whole text of a cell that is cut; for others the grid's hint applies.
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override {
         const QRect seen = option.rect & view->viewport()->rect();
@@ -64,7 +64,7 @@ private:
 GridView::GridView(QWidget* parent) : QTableView(parent) {
     setFrameShape(NoFrame);
     setFocusPolicy(Qt::TabFocus); // a click on a row takes the focus, one on a title does not
-    // Shift+Tab would take the viewport, which stands behind the next control, for the grid.
+    // Shift+Tab would mistake the viewport, which comes after the next control in focus order, for the grid.
     viewport()->setFocusProxy(nullptr);
     setItemDelegate(new RowDelegate(this));
     setSelectionBehavior(SelectRows);
@@ -104,7 +104,7 @@ void GridView::showCurrent(int row, bool isOther) {
         return;
     }
     if (isOther && wanted == currentIndex()) {
-        selectionModel()->clearCurrentIndex(); // or the view would take it for the same cell
+        selectionModel()->clearCurrentIndex(); // otherwise the view would take it for the same cell
     }
     selectionModel()->setCurrentIndex(wanted,
                                       QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
@@ -159,7 +159,7 @@ void GridView::paintEvent(QPaintEvent* event) {
         const QRect row(0, rowViewportPosition(currentIndex().row()), viewport()->width(),
                         rowHeight(currentIndex().row()));
         QPainter painter(viewport());
-        painter.setPen(palette().color(QPalette::Active, QPalette::HighlightedText)); // readable on the row
+        painter.setPen(palette().color(QPalette::Active, QPalette::HighlightedText)); // legible on the row
         painter.drawRect(row.adjusted(0, 0, -1, -1));
     }
 }

@@ -1,34 +1,34 @@
-// The table that a data grid shows its rows in.
+// The table view in which a data grid shows its rows.
 #pragma once
 
 #include <QTableView>
 
 namespace ambrel {
 
-/// Paints, and tells clicks. It moves nothing by itself: keys are left to the grid around it.
+/// Paints rows and reports clicks. It moves nothing by itself: keys are left to the grid around it.
 class GridView : public QTableView {
     Q_OBJECT
 public:
     explicit GridView(QWidget* parent);
 
-    /// Whole rows that there is room for, at least one.
+    /// Number of whole rows that fit, at least one.
     [[nodiscard]] int room() const;
-    /// Selects a row, or none with -1. `isOther`: also when it has the place of the one before, it is told to
-    /// screen readers.
+    /// Selects a row, or none with -1. `isOther`: reports it to screen readers even if it is in the previous
+    /// one's place.
     void showCurrent(int row, bool isOther);
     /// Marks rows; the current one among them stands out.
     void showMarked(int first, int count);
-    /// The title of this column bears the arrow, or none with -1.
+    /// Shows the arrow in the title of this column, or in none with -1.
     void showOrder(int column);
-    /// Hidden at zero and below.
+    /// Hides the column at zero and below.
     void showWidth(int column, int width);
-    /// With the titles.
+    /// Height including the titles.
     [[nodiscard]] int heightOf(int rows) const;
 
 Q_SIGNALS:
     void rowPressed(int row, Qt::KeyboardModifiers modifiers);
     void rowDoubleClicked(int row);
-    /// The height of the rows or the place for them is another one.
+    /// The row height or the available height has changed.
     void roomChanged();
 
 protected:

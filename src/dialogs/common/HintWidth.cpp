@@ -1,4 +1,4 @@
-// Measuring the hints of a dialog.
+// Measures the hints of a dialog.
 #include "dialogs/common/HintWidth.h"
 
 #include <QFontMetrics>

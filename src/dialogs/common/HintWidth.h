@@ -1,4 +1,4 @@
-// Room in the status bar for the hints of a dialog, which are the tool tips of its controls.
+// Room in the status bar for a dialog's hints, which are the tool tips of its controls.
 #pragma once
 
 class QWidget;
@@ -8,7 +8,7 @@ namespace ambrel {
 /// Width of the dialog's longest hint in the font of its status bar.
 [[nodiscard]] int widestHint(const QWidget& dialog, const QWidget& bar);
 
-/// Makes the bar wide enough for every hint and the margins beside it, and so the dialog.
+/// Makes the bar, and so the dialog, wide enough for every hint and the margins beside it.
 void fitHints(const QWidget& dialog, QWidget& bar, int margins);
 
 } // namespace ambrel

@@ -39,7 +39,7 @@ void searchWhileTyping(QLineEdit& edit, std::uint16_t key, dbase::Dataset& table
     if (!text) {
         return;
     }
-    // Past the last key the search fails, and the table stands on its last record, as near as can be.
+    // Past the last key the search fails and leaves the table on its last record, the nearest there is.
     static_cast<void>(TBBusca(table, {{keyField, *text}}, nearestSearch));
     grid.refresh();
 }
@@ -71,7 +71,7 @@ void removeLeadingBlanks(QLineEdit& edit) {
     const int start = moved(edit.selectionStart()), end = moved(edit.selectionEnd());
     edit.setText(text.mid(blanks));
     edit.setCursorPosition(caret);
-    if (hasSelection && start < end) { // the caret stands at one end of the selection
+    if (hasSelection && start < end) { // the caret is at one end of the selection
         edit.setSelection(caret == start ? end : start, caret == start ? start - end : end - start);
     }
 }

@@ -14,17 +14,17 @@ namespace ambrel {
 
 class DataGrid;
 
-/// Takes leading blanks off the edit's text; Page Up, Page Down, Up and Down then move the table, every other
-/// key seeks the text as typed, nearest, in a key field. An empty text, or one that Windows-1252 cannot hold,
-/// moves nothing. Refreshes the grid after a move.
+/// Removes leading blanks from the edit's text; then Page Up, Page Down, Up and Down move the table, and any
+/// other key seeks the typed text, nearest, in a key field. An empty text, or one that Windows-1252 cannot
+/// hold, moves nothing. Refreshes the grid after a move.
 void searchWhileTyping(QLineEdit& edit, std::uint16_t key, dbase::Dataset& table, const std::string& keyField,
                        DataGrid& grid);
 
 /// Up, Down: one row, unless the table is at its end. Page Up, Page Down: first and last row. Refreshes the
-/// grid. False for every other key.
+/// grid. False for any other key.
 bool moveByKey(std::uint16_t key, dbase::Dataset& table, DataGrid& grid);
 
-/// Takes leading blanks off the edit's text; caret and selection stay on their letters.
+/// Removes leading blanks from the edit's text; caret and selection stay on their letters.
 void removeLeadingBlanks(QLineEdit& edit);
 
 } // namespace ambrel

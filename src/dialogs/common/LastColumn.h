@@ -1,12 +1,12 @@
-// The last column of a dialog's grid takes the room that the others leave.
+// Lets the last column of a dialog's grid fill the remaining width.
 #pragma once
 
 namespace ambrel {
 
 class DataGrid;
 
-/// Width of the last column: what the grid has, less the columns before it. Deliberate: 0 or negative, and
-/// the column not shown, where those take all.
+/// Sets the last column's width to the grid's, less the columns before it. Deliberate: 0 or negative, with
+/// the column hidden, if those take up everything.
 void fillLastColumn(DataGrid& grid);
 
 } // namespace ambrel

@@ -1,4 +1,4 @@
-// Marking rows of a grid.
+// Marks rows of a grid.
 #include "dialogs/common/MarkedRows.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ void MarkedRows::drop() {
     side_ = Side::Here;
 }
 
-/// The number of rows when it is none of them.
+/// Index of the row where marking began, or the number of rows if it is not among them.
 std::size_t MarkedRows::beginningIn(const dbase::RowsAround& around) const {
     const auto found = std::ranges::find(around.rows, beginning_, &dbase::RowsAround::Row::record);
     return static_cast<std::size_t>(found - around.rows.begin());

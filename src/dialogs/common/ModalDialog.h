@@ -1,4 +1,4 @@
-// A dialog for the time in which it is shown once: created, shown modally, read, freed.
+// A dialog shown modally once: created, shown, read, freed.
 #pragma once
 
 #include <QApplication>
@@ -12,15 +12,15 @@
 
 namespace ambrel {
 
-/// Tag of a dialog that answers by it, once something was accepted.
+/// Tag of a dialog that answers by it, after something was accepted.
 inline constexpr int acceptedTag = 1;
 
-/// The parent of a dialog: its owner or, where it has none, the application's active window.
+/// The parent of a dialog: its owner or, without one, the application's active window.
 [[nodiscard]] inline QWidget* dialogParent(QWidget* owner) {
     return owner ? owner : QApplication::activeWindow();
 }
 
-/// Frees the dialog at the end, unless its parent, closed meanwhile, has freed it already.
+/// Frees the dialog at the end, unless it has already been freed by its parent.
 template<class Dialog>
 class ModalDialog {
 public:
@@ -32,18 +32,18 @@ public:
     ModalDialog(const ModalDialog&) = delete;
     ModalDialog& operator=(const ModalDialog&) = delete;
 
-    /// Null when the parent took the dialog along.
+    /// Null if the dialog was destroyed with its parent.
     [[nodiscard]] Dialog* get() const { return dialog_; }
     Dialog* operator->() const { return dialog_; }
 
-    /// Shows it; true when it was closed with acceptedResult and is still there.
+    /// Shows it; true if it was closed with acceptedResult and still exists.
     [[nodiscard]] bool isAccepted() { return show() == acceptedResult && dialog_; }
     /// The same for a dialog that answers by its Tag.
     [[nodiscard]] bool isAcceptedByTag() {
         show();
         return dialog_ && tagOf(*dialog_) == acceptedTag;
     }
-    /// For a dialog whose answer is nobody's business; its result.
+    /// Shows a dialog whose answer does not matter; returns its result.
     int show() { return execModal(*dialog_); }
 
 private:

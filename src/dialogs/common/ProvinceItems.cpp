@@ -1,4 +1,4 @@
-// Provinces as items of a combo, and back.
+// Provinces as combo items, and back.
 #include "dialogs/common/ProvinceItems.h"
 
 namespace ambrel {

@@ -9,13 +9,13 @@ namespace ambrel {
 /// "MADRID [28]" from a name and a stored code, of which the last two characters are shown.
 [[nodiscard]] QString provinceItem(const QString& name, const QString& code);
 
-/// Text before " [", the whole text where there is none; without blanks around it.
+/// Text before " [", or the whole text if there is none; without blanks around it.
 [[nodiscard]] QString nameOfItem(const QString& item);
 
-/// The two characters behind "[", without blanks around them; empty where there is no "[".
+/// The two characters after "[", without blanks around them; empty if there is no "[".
 [[nodiscard]] QString codeOfItem(const QString& item);
 
-/// Index of the first item that contains the text anywhere; -1 when none does or the text is empty.
+/// Index of the first item that contains the text anywhere; -1 if none does or the text is empty.
 [[nodiscard]] int findItemContaining(const QStringList& items, const QString& text);
 
 } // namespace ambrel

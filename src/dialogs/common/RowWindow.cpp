@@ -1,4 +1,4 @@
-// Choosing the rows of a grid.
+// Chooses the rows that a grid shows.
 #include "dialogs/common/RowWindow.h"
 
 #include <algorithm>
@@ -30,11 +30,11 @@ std::size_t RowWindow::wantedRow(const dbase::RowsAround& around, std::size_t ro
         return current - at;
     }
     const auto here = rows.begin() + static_cast<std::ptrdiff_t>(current);
-    if (wasShown(*here)) { // in another order, or what was above it went
+    if (wasShown(*here)) { // order changed, or rows above were removed
         const auto old = std::find(shown_.begin(), shown_.end(), here->record) - shown_.begin();
         return std::min(static_cast<std::size_t>(old), room - 1);
     }
-    if (current > 0 && wasShown(rows[current - 1])) { // a step out of what was shown
+    if (current > 0 && wasShown(rows[current - 1])) { // a step out of the shown rows
         return room - 1;
     }
     if (current + 1 < rows.size() && wasShown(rows[current + 1])) {

@@ -1,4 +1,4 @@
-// Which of the rows around the current one a grid shows.
+// The choice of rows around the current one that a grid shows.
 #pragma once
 
 #include <cstddef>
@@ -9,20 +9,20 @@
 
 namespace ambrel {
 
-/// Remembers what was shown last, so that the rows stay where they are while the current one moves among
-/// them, scroll by one when it steps out of them, and have it in the upper third, with what follows it in
-/// view, when it comes from elsewhere.
+/// Remembers what was last shown, so that the rows stay put while the current one moves among them, scroll by
+/// one when it steps out of them, and show it in the upper third, with the rows after it in view, when it
+/// comes from elsewhere.
 class RowWindow {
 public:
     struct Part {
         std::size_t first = 0, count = 0; // of the rows around
     };
 
-    /// The current row goes to this row of the window the next time.
+    /// Puts the current row in this row of the window at the next choice.
     void wish(std::size_t row) { wish_ = row; }
-    /// Nothing of what was shown counts any more.
+    /// Discards what was last shown.
     void forget();
-    /// Needs as many rows each way as there is room for. The current row is always in the part.
+    /// Needs as many rows each way as fit. The current row is always in the part.
     Part choose(const dbase::RowsAround& around, std::size_t room);
 
 private:

@@ -1,4 +1,4 @@
-// Measuring the screen.
+// Measures the screen.
 #include "dialogs/common/ScreenRoom.h"
 
 #include <QBoxLayout>

@@ -1,4 +1,4 @@
-// What a window may take of its screen.
+// Room that a window may take up on its screen.
 #pragma once
 
 #include <QSize>
@@ -7,11 +7,10 @@ class QWidget;
 
 namespace ambrel {
 
-/// A size in logical pixels, no larger than what the window's screen has room for inside the frame of a
-/// window manager.
+/// Limits a size in logical pixels to the room on the window's screen, inside a window manager's frame.
 [[nodiscard]] QSize withinScreen(const QWidget& window, QSize wanted);
 
-/// On a screen that a window of this least size does not fit, puts its controls closer to each other.
+/// Moves the window's controls closer together if a window of this minimum size does not fit the screen.
 void tightenOnSmallScreen(QWidget& window, QSize leastSize);
 
 } // namespace ambrel

@@ -1,4 +1,4 @@
-// Which part of a long text an edit box shows.
+// Chooses the part of a long text that an edit box shows.
 #include "dialogs/common/TextBeginning.h"
 
 #include <QFocusEvent>
@@ -7,7 +7,7 @@
 namespace ambrel {
 namespace {
 
-/// Pop-ups and other windows borrow the focus; the box is being used all the same.
+/// Pop-ups and other windows take the focus only for a while; the box is still in use.
 bool isLeft(const QFocusEvent& event) {
     return event.reason() != Qt::ActiveWindowFocusReason && event.reason() != Qt::PopupFocusReason &&
            event.reason() != Qt::MenuBarFocusReason;
@@ -17,7 +17,7 @@ bool isLeft(const QFocusEvent& event) {
 
 TextBeginning::TextBeginning(QLineEdit* box) : QObject(box), box_(*box) {
     box->setCursorPosition(0);
-    // A combo hands the focus events of its box over without telling a filter.
+    // A combo passes its box's focus events on without involving event filters.
     (box->focusProxy() ? box->focusProxy() : box)->installEventFilter(this);
     connect(box, &QLineEdit::textChanged, this, [box] {
         if (!box->hasFocus()) {
@@ -28,7 +28,7 @@ TextBeginning::TextBeginning(QLineEdit* box) : QObject(box), box_(*box) {
 
 bool TextBeginning::eventFilter(QObject*, QEvent* event) {
     if (event->type() == QEvent::FocusOut && isLeft(static_cast<const QFocusEvent&>(*event))) {
-        // A box that is being destroyed loses the focus, too, and is no edit box any more.
+        // A box being destroyed also loses the focus, and is no longer an edit box.
         if (auto* box = qobject_cast<QLineEdit*>(&box_)) {
             box->setCursorPosition(0);
         }

@@ -1,4 +1,4 @@
-// An edit box that is too narrow for its text shows the beginning of it, not the end.
+// Makes an edit box that is too narrow for its text show the beginning rather than the end.
 #pragma once
 
 #include <QObject>
@@ -7,8 +7,8 @@ class QLineEdit;
 
 namespace ambrel {
 
-/// Keeps the caret of an edit box, which it lives with, before the first letter while the box is not used:
-/// when a text is put into it, and when it is left. A disabled box shows its beginning, too.
+/// Keeps the caret of an edit box, whose lifetime it shares, before the first letter while the box is not in
+/// use: when a text is put into it, and when it is left. A disabled box shows its beginning too.
 class TextBeginning : public QObject {
     Q_OBJECT
 public:
@@ -20,7 +20,7 @@ private:
     QObject& box_;
 };
 
-/// Selects the whole text; the caret stands before it, so that its beginning is seen.
+/// Selects the whole text, with the caret before it, so that its beginning is visible.
 void selectFromBeginning(QLineEdit& box);
 
 } // namespace ambrel

@@ -1,4 +1,4 @@
-// Capitals and lengths of what is typed.
+// Capitals and maximum lengths of typed text.
 #include "dialogs/common/TypingRules.h"
 
 #include <QApplication>
@@ -15,14 +15,14 @@ namespace {
 
 bool isPrintable(const QKeyEvent& event) { return !event.text().isEmpty() && event.text().front().isPrint(); }
 
-/// Whether a key press puts its text into a box, rather than being a command.
+/// Whether a key press enters text into a box, rather than being a command.
 bool typesText(const QKeyEvent& event) {
     return !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) &&
            isPrintable(event);
 }
 
-/// The tables keep Windows-1252. A letter that it lacks is kept as the nearest one; what has none is refused
-/// aloud, at the key rather than at the save.
+/// The tables store Windows-1252. A letter that it lacks is stored as the nearest one; one that has none is
+/// refused with a beep, when typed rather than when saved.
 bool canBeKept(const QString& typed) {
     if (typed.contains(QLatin1Char('?')) || toNearestWindows1252(typed).find('?') == std::string::npos) {
         return true;
@@ -58,7 +58,7 @@ bool TypingRules::hasRoomFor(const QString& typed) const {
 
 QString TypingRules::withCapitals(const QString& typed) const {
     QString text = typed;
-    // Letter by letter: a capital that needs two letters (ß) would shift what follows. One that the tables
+    // Letter by letter: a capital that needs two letters (ß) would shift the rest. A capital that the tables
     // lack (that of µ) would be lost.
     if (capitals_ == Capitals::Yes) {
         std::ranges::transform(text, text.begin(), [](QChar letter) {
@@ -72,7 +72,7 @@ QString TypingRules::withCapitals(const QString& typed) const {
 bool TypingRules::filterKey(const QKeyEvent& event) {
     if ((event.modifiers() == Qt::AltModifier || event.modifiers() == Qt::MetaModifier) &&
         isPrintable(event)) {
-        return true; // a mnemonic or shortcut that nothing has: an edit box would take it for a letter
+        return true; // an unused mnemonic or shortcut, which an edit box would take for a letter
     }
     if (!typesText(event)) {
         return false;

@@ -1,4 +1,4 @@
-// What a box does to the characters that are typed into it.
+// What a box does with typed characters.
 #pragma once
 
 #include <QObject>
@@ -14,16 +14,16 @@ namespace ambrel {
 /// Whether letters become capitals.
 enum class Capitals { No, Yes };
 
-/// Turns typed letters into capitals and stops typing at a length. Belongs to its box, which may be the edit
-/// of a combo. What the program writes, and an item chosen from a drop-down list, stays whole and as it is:
-/// that is why the box's own maximal length, which cuts such texts too, is not used.
+/// Turns typed letters into capitals and stops typing at a maximum length. Belongs to its box, which may be
+/// the edit of a combo. Text set by the program, or chosen from a drop-down list, is kept whole and
+/// unchanged; therefore the box's own maximum length, which would cut such text too, is not used.
 class AMBREL_EXPORT TypingRules : public QObject {
     Q_OBJECT
 public:
-    /// As a maximal length: none.
+    /// As a maximum length: unlimited.
     static constexpr int anyLength = -1;
 
-    /// The box owns it.
+    /// Owned by the box.
     TypingRules(QLineEdit* box, int maximalLength, Capitals capitals);
 
 protected:
@@ -36,7 +36,7 @@ private:
     bool filterInput(const QInputMethodEvent& event);
 
     QLineEdit* box_;
-    QObject* typedInto_; // who gets the keys: a combo hands them to its edit
+    QObject* typedInto_; // receives the keys: a combo passes them to its edit
     int maximalLength_;
     Capitals capitals_;
     bool passing_ = false;
