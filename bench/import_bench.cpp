@@ -28,7 +28,8 @@ namespace bench {
 namespace {
 
 constexpr std::uint32_t streetsOfMadrid = 8'085;
-constexpr int townsOfProvince = 200, fewTowns = 20, streetsOfTown = 50, commonNames = 100;
+constexpr int municipalitiesOfProvince = 200, fewMunicipalities = 20, streetsOfMunicipality = 50,
+              commonNames = 100;
 
 // --- An answer
 
@@ -134,14 +135,14 @@ std::vector<ambrel::ImportedStreet> importedStreets() {
     return streets;
 }
 
-const ambrel::HostTown town{.provinceCode = "28", .postalCode = "28999", .name = "MADRID"};
+const ambrel::HostMunicipality municipality{.provinceCode = "28", .postalCode = "28999", .name = "MADRID"};
 
 void saveOurs(benchmark::State& state) {
     ensureApplication();
     ImportFolder folder("import", true);
     const std::vector<ambrel::ImportedStreet> streets = importedStreets();
     for (auto _ : state) {
-        ambrel::StreetSaving saving{folder.controller(), streets, town};
+        ambrel::StreetSaving saving{folder.controller(), streets, municipality};
         state.counters["saved"] = saving.addNew().count;
     }
     state.SetItemsProcessed(static_cast<std::int64_t>(streets.size()));
@@ -211,9 +212,9 @@ void saveSqlite(benchmark::State& state) {
         SqliteSaving saving(database.get());
         const std::vector<ambrel::ImportedStreet> streets = importedStreets();
         PostalRow row = postalRow(0);
-        row.provincia = town.provinceCode;
+        row.provincia = municipality.provinceCode;
         row.capital = "9";
-        row.codPostal = town.postalCode;
+        row.codPostal = municipality.postalCode;
         int saved = 0;
         for (auto _ : state) {
             for (const ambrel::ImportedStreet& street : streets) {
@@ -228,32 +229,35 @@ void saveSqlite(benchmark::State& state) {
     std::filesystem::remove(path);
 }
 
-// A town's streets: every second name is one that all towns share.
-std::vector<ambrel::ImportedStreet> streetsOf(int townNumber) {
+// A municipality's streets: every second name is one that all municipalities share.
+std::vector<ambrel::ImportedStreet> streetsOf(int municipalityNumber) {
     std::vector<ambrel::ImportedStreet> streets;
-    for (int i = 0; i < streetsOfTown; ++i) {
-        const int common = (townNumber * 7 + i) % commonNames;
-        streets.push_back({.type = "CL",
-                           .name = i % 2 == 0 ? "COMUN " + std::to_string(common)
-                                              : "PROPIA " + std::to_string(townNumber * streetsOfTown + i)});
+    for (int i = 0; i < streetsOfMunicipality; ++i) {
+        const int common = (municipalityNumber * 7 + i) % commonNames;
+        streets.push_back(
+            {.type = "CL",
+             .name = i % 2 == 0
+                         ? "COMUN " + std::to_string(common)
+                         : "PROPIA " + std::to_string(municipalityNumber * streetsOfMunicipality + i)});
     }
     return streets;
 }
 
-// Towns of a province, one after the other; the time of one street.
-void saveProvince(benchmark::State& state, int towns) {
+// Municipalities of a province, one after the other; the time of one street.
+void saveProvince(benchmark::State& state, int municipalities) {
     ensureApplication();
     for (auto _ : state) {
         ImportFolder folder("provincia", false);
         const double seconds = secondsOf([&] {
-            for (int i = 0; i < towns; ++i) {
+            for (int i = 0; i < municipalities; ++i) {
                 const std::vector<ambrel::ImportedStreet> streets = streetsOf(i);
-                const ambrel::HostTown place{.provinceCode = "28", .postalCode = std::to_string(28'000 + i)};
+                const ambrel::HostMunicipality place{.provinceCode = "28",
+                                                     .postalCode = std::to_string(28'000 + i)};
                 ambrel::StreetSaving saving{folder.controller(), streets, place};
                 benchmark::DoNotOptimize(saving.addNew().count);
             }
         });
-        state.SetIterationTime(seconds / (towns * streetsOfTown));
+        state.SetIterationTime(seconds / (municipalities * streetsOfMunicipality));
     }
 }
 
@@ -261,8 +265,11 @@ BENCHMARK(parseOurs)->Name("parse/ours")->MinTime(2)->Unit(benchmark::kMilliseco
 BENCHMARK(parsePugixml)->Name("parse/pugixml")->MinTime(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(saveOurs)->Name("save_streets/ours")->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(saveSqlite)->Name("save_streets/sqlite")->Iterations(1)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(saveProvince, few, fewTowns)->Name("province/20")->Iterations(3)->UseManualTime();
-BENCHMARK_CAPTURE(saveProvince, many, townsOfProvince)->Name("province/200")->Iterations(3)->UseManualTime();
+BENCHMARK_CAPTURE(saveProvince, few, fewMunicipalities)->Name("province/20")->Iterations(3)->UseManualTime();
+BENCHMARK_CAPTURE(saveProvince, many, municipalitiesOfProvince)
+    ->Name("province/200")
+    ->Iterations(3)
+    ->UseManualTime();
 
 } // namespace
 

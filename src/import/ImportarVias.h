@@ -106,7 +106,7 @@ private:
     void BBGuardarPorMunicipioClick();
     void GuardaVias();
     [[nodiscard]] bool CompruebaMunicipioConUnicoCP() const;
-    [[nodiscard]] ambrel::HostTown hostTown() const;
+    [[nodiscard]] ambrel::HostMunicipality hostMunicipality() const;
     [[nodiscard]] ambrel::StreetSaving::Outcome saveStreets(const std::vector<std::string>* postalCodes);
 
     // ImportarViasLote.cpp: saving those of provinces.

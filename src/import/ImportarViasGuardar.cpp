@@ -36,7 +36,7 @@ void TFImportarVias::BBGuardarPorMunicipioClick() {
     }
 }
 
-ambrel::HostTown TFImportarVias::hostTown() const {
+ambrel::HostMunicipality TFImportarVias::hostMunicipality() const {
     const QComboBox& municipalities = *ui_->CBMunicipiosAmbrel;
     return {.provinceCode = chosenCode(*ui_->CBProvinciasAmbrel, ambrel::provinceDigits),
             .postalCode = chosenCode(municipalities, ambrel::postalCodeDigits),
@@ -45,7 +45,7 @@ ambrel::HostTown TFImportarVias::hostTown() const {
 }
 
 bool TFImportarVias::CompruebaMunicipioConUnicoCP() const {
-    return ambrel::hasOnlyOneCode(databaseName(), hostTown());
+    return ambrel::hasOnlyOneCode(databaseName(), hostMunicipality());
 }
 
 void TFImportarVias::GuardaVias() {
@@ -55,7 +55,7 @@ void TFImportarVias::GuardaVias() {
     }
     std::vector<std::string> postalCodes;
     if (completes) {
-        postalCodes = ambrel::CodigosPostalesMunicipio(databaseName(), hostTown());
+        postalCodes = ambrel::CodigosPostalesMunicipio(databaseName(), hostMunicipality());
         if (postalCodes.empty()) {
             return;
         }
@@ -94,7 +94,7 @@ ambrel::StreetSaving::Outcome TFImportarVias::saveStreets(const std::vector<std:
     const ambrel::InputPause pause;
     ambrel::StreetSaving saving{.controller = Controlador,
                                 .streets = streets,
-                                .town = hostTown(),
+                                .municipality = hostMunicipality(),
                                 .mode = mode(),
                                 .beforeRow = showRow};
     try {

@@ -30,9 +30,9 @@ std::string asStored(std::string_view text, std::size_t width) {
     return std::string(dbase::decodeText(text.substr(0, width)));
 }
 
-StoredForm storedForm(const ImportedStreet& street, const HostTown& town, ImportMode mode) {
-    StoredForm form{.province = town.provinceCode,
-                    .postalCode = town.postalCode,
+StoredForm storedForm(const ImportedStreet& street, const HostMunicipality& municipality, ImportMode mode) {
+    StoredForm form{.province = municipality.provinceCode,
+                    .postalCode = municipality.postalCode,
                     .type = UpperCase(asStored(street.type, streetTypeWidth)),
                     .name = UpperCase(asStored(street.name, streetNameWidth)),
                     .oddFirst = 0,
@@ -124,19 +124,19 @@ void append(TDMCodPostales& tables, const StoredForm& form) {
 
 /// Visits the rows of MUNICIPI with a name, of one province, until `visit` returns false.
 template<typename Visit>
-void visitTown(const std::string& database, const std::string& name, const std::string& province,
-               Visit visit) {
+void visitMunicipality(const std::string& database, const std::string& name, const std::string& province,
+                       Visit visit) {
     const auto table = CreaTabla(database, municipalities, "NOMBRE", false, openNow);
-    dbase::Field& townName = table->field("NOMBRE");
-    dbase::Field& townProvince = table->field("COD_PROV");
+    dbase::Field& municipalityName = table->field("NOMBRE");
+    dbase::Field& municipalityProvince = table->field("COD_PROV");
     if (!TBBusca(*table, {{"NOMBRE", name}}, exactSearch)) {
         return;
     }
     do {
-        if (townName.view() != name) {
+        if (municipalityName.view() != name) {
             return;
         }
-        if (townProvince.view() == province && !visit(*table)) {
+        if (municipalityProvince.view() == province && !visit(*table)) {
             return;
         }
     } while (table->next());
@@ -144,26 +144,27 @@ void visitTown(const std::string& database, const std::string& name, const std::
 
 } // namespace
 
-bool hasOnlyOneCode(const std::string& database, const HostTown& town) {
-    if (town.provinceCode.empty() || town.provinceCode == "00" || town.postalCode.empty() ||
-        town.postalCode == "00000" || town.name.empty()) {
+bool hasOnlyOneCode(const std::string& database, const HostMunicipality& municipality) {
+    if (municipality.provinceCode.empty() || municipality.provinceCode == "00" ||
+        municipality.postalCode.empty() || municipality.postalCode == "00000" || municipality.name.empty()) {
         return false;
     }
     bool only = false;
-    visitTown(database, town.name, town.provinceCode, [&only](dbase::Dataset& table) {
+    visitMunicipality(database, municipality.name, municipality.provinceCode, [&only](dbase::Dataset& table) {
         only = table.field("UNICO").view() == singleCodeMark;
         return false;
     });
     return only;
 }
 
-std::vector<std::string> CodigosPostalesMunicipio(const std::string& database, const HostTown& town) {
+std::vector<std::string> CodigosPostalesMunicipio(const std::string& database,
+                                                  const HostMunicipality& municipality) {
     std::vector<std::string> codes;
-    const std::string name = town.isFirstOfList ? std::string() : UpperCase(town.name);
-    if (town.provinceCode.empty() || name.empty()) {
+    const std::string name = municipality.isFirstOfList ? std::string() : UpperCase(municipality.name);
+    if (municipality.provinceCode.empty() || name.empty()) {
         return codes;
     }
-    visitTown(database, name, town.provinceCode, [&codes](dbase::Dataset& table) {
+    visitMunicipality(database, name, municipality.provinceCode, [&codes](dbase::Dataset& table) {
         codes.push_back(table.field("CODPOSTAL").text());
         return true;
     });
@@ -179,7 +180,7 @@ StreetSaving::Outcome StreetSaving::saveEach(SaveRow saveRow) {
             beforeRow(row + 1);
         }
         try {
-            saveRow(storedForm(streets[row], town, mode), outcome);
+            saveRow(storedForm(streets[row], municipality, mode), outcome);
         } catch (const dbase::Error& failure) {
             outcome.failure = QString::fromUtf8(failure.what());
             if (failure.code() !=

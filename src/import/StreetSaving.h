@@ -17,26 +17,26 @@ namespace ambrel {
 enum class ImportMode { SeveralCodes, OneCode, WholeProvince };
 
 /// The host's municipality into which streets go. Texts are Windows-1252, "" where nothing is chosen.
-struct HostTown {
+struct HostMunicipality {
     std::string provinceCode = {}; // two digits
     std::string postalCode = {};   // five digits
     std::string name = {};
     bool isFirstOfList = false; // of the list that it was chosen from
 };
 
-/// True when MUNICIPI marks the town as one with a single postal code. Errors: dbase::Error.
-[[nodiscard]] bool hasOnlyOneCode(const std::string& database, const HostTown& town);
+/// True when MUNICIPI marks the municipality as one with a single postal code. Errors: dbase::Error.
+[[nodiscard]] bool hasOnlyOneCode(const std::string& database, const HostMunicipality& municipality);
 
-/// Postal codes of the town. Deliberate: none for the first of the list. Errors: dbase::Error.
+/// Postal codes of the municipality. Deliberate: none for the first of the list. Errors: dbase::Error.
 [[nodiscard]] std::vector<std::string> CodigosPostalesMunicipio(const std::string& database,
-                                                                const HostTown& town);
+                                                                const HostMunicipality& municipality);
 
 /// Streets on their way into POSTAL, row by row; one that fails is left out and the next one follows. When it
 /// is over they are on the disk.
 struct StreetSaving {
     TClassCodPostales& controller;
     const std::vector<ImportedStreet>& streets;
-    HostTown town;
+    HostMunicipality municipality;
     ImportMode mode = ImportMode::OneCode;
     /// Called before each row with its number, from 1; may be empty.
     std::function<void(std::size_t row)> beforeRow = {};
@@ -50,7 +50,7 @@ struct StreetSaving {
 
     /// Adds the streets that POSTAL does not hold yet. Deliberate: counts those offered, stored or not.
     [[nodiscard]] Outcome addNew();
-    /// Completes the type of streets of the town that POSTAL holds without one, and counts them.
+    /// Completes the type of streets of the municipality that POSTAL holds without one, and counts them.
     [[nodiscard]] Outcome completeTypes(const std::vector<std::string>& postalCodes);
 
 private:

@@ -15,7 +15,7 @@
 namespace {
 
 using namespace postal_tests;
-using ambrel::HostTown;
+using ambrel::HostMunicipality;
 using ambrel::ImportedStreet;
 using ambrel::ImportMode;
 using ambrel::test::ansi;
@@ -36,10 +36,10 @@ protected:
     ~StreetSavingTest() override { controller.reset(); }
 
     Outcome add(const std::vector<ImportedStreet>& streets, ImportMode mode = ImportMode::OneCode) {
-        return ambrel::StreetSaving{*controller, streets, town, mode}.addNew();
+        return ambrel::StreetSaving{*controller, streets, municipality, mode}.addNew();
     }
     Outcome complete(const std::vector<ImportedStreet>& streets, const Texts& codes) {
-        return ambrel::StreetSaving{*controller, streets, town}.completeTypes(codes);
+        return ambrel::StreetSaving{*controller, streets, municipality}.completeTypes(codes);
     }
     /// Every column of the stored streets but the key, joined by "|".
     static Texts stored() {
@@ -62,12 +62,12 @@ protected:
 
     ambrel::test::ScriptedMessages messages;
     std::optional<TClassCodPostales> controller;
-    HostTown town{.provinceCode = "28", .postalCode = "28430", .name = "ALPEDRETE"};
+    HostMunicipality municipality{.provinceCode = "28", .postalCode = "28430", .name = "ALPEDRETE"};
 };
 
 // --- New streets.
 
-TEST_F(StreetSavingTest, NewStreetIsWholeInCapitalsWithTheTownsCode) {
+TEST_F(StreetSavingTest, NewStreetIsWholeInCapitalsWithTheMunicipalitysCode) {
     const Outcome outcome = add({{.type = "cl", .name = ansi("peña la")}});
     EXPECT_EQ(outcome.count, 1);
     EXPECT_TRUE(outcome.failure.isEmpty());
@@ -75,7 +75,8 @@ TEST_F(StreetSavingTest, NewStreetIsWholeInCapitalsWithTheTownsCode) {
 }
 
 TEST_F(StreetSavingTest, CapitalIsAlwaysNine) {
-    town = {.provinceCode = "28", .postalCode = "28001", .name = "MADRID"}; // a capital, "0" in MUNICIPI
+    municipality = {
+        .provinceCode = "28", .postalCode = "28001", .name = "MADRID"}; // a capital, "0" in MUNICIPI
     EXPECT_EQ(add({{.type = "CL", .name = "SOL"}}).count, 1);
     EXPECT_EQ(stored(), (Texts{"28|9|CL|SOL|1|9999|2|9998|28001|"}));
 }
@@ -168,7 +169,7 @@ TEST_F(StreetSavingTest, NewStreetsGetKeysOfTheUsersBlock) {
 TEST_F(StreetSavingTest, EachRowIsAnnouncedBefore) {
     const std::vector<ImportedStreet> streets{{.type = "CL", .name = "SOL"}, {.type = "CL", .name = "LUNA"}};
     std::vector<std::size_t> rows;
-    ambrel::StreetSaving saving{*controller, streets, town};
+    ambrel::StreetSaving saving{*controller, streets, municipality};
     saving.beforeRow = [&](std::size_t row) { rows.push_back(row); };
     EXPECT_EQ(saving.addNew().count, 2);
     EXPECT_EQ(rows, (std::vector<std::size_t>{1, 2}));
@@ -230,7 +231,7 @@ TEST_F(StreetSavingTest, TableForReadingOnlyAsksNothingAndSaysWhyOnce) {
 
 // --- Completing types.
 
-TEST_F(StreetSavingTest, EmptyTypesOfTheTownsStreetsAreCompletedAndCounted) {
+TEST_F(StreetSavingTest, EmptyTypesOfTheMunicipalitysStreetsAreCompletedAndCounted) {
     addStreets({{"99000000", "SOL", "", "28002"},
                 {"99000001", "LUNA", "PZ", "28001"},
                 {"99000002", "MAR", "", "28430"}});
@@ -239,15 +240,15 @@ TEST_F(StreetSavingTest, EmptyTypesOfTheTownsStreetsAreCompletedAndCounted) {
                                       {.type = "CL", .name = "MAR"},
                                       {.type = "CL", .name = "NUEVA"}},
                                      {"28001", "28002"});
-    EXPECT_EQ(outcome.count, 1) << "one has a type, one another town's code, one is not there";
+    EXPECT_EQ(outcome.count, 1) << "one has a type, one another municipality's code, one is not there";
     EXPECT_EQ(stored(), (Texts{"28|0|CL|SOL|1|9999|2|9998|28002|", "28|0|PZ|LUNA|1|9999|2|9998|28001|",
                                "28|0||MAR|1|9999|2|9998|28430|"}));
 }
 
-// --- The host's town.
+// --- The host's municipality.
 
-TEST_F(StreetSavingTest, TownHasOneCodeByItsMarkInItsProvince) {
-    const auto only = [](const HostTown& asked) { return ambrel::hasOnlyOneCode("DB", asked); };
+TEST_F(StreetSavingTest, MunicipalityHasOneCodeByItsMarkInItsProvince) {
+    const auto only = [](const HostMunicipality& asked) { return ambrel::hasOnlyOneCode("DB", asked); };
     EXPECT_TRUE(only({.provinceCode = "28", .postalCode = "28430", .name = "ALPEDRETE"}));
     EXPECT_FALSE(only({.provinceCode = "28", .postalCode = "28001", .name = "MADRID"}));
     EXPECT_TRUE(only({.provinceCode = "31", .postalCode = "31491", .name = "SADA"}));
@@ -257,8 +258,8 @@ TEST_F(StreetSavingTest, TownHasOneCodeByItsMarkInItsProvince) {
     EXPECT_TRUE(only({.provinceCode = "28", .postalCode = "28999", .name = ansi("ÑORA")}));
 }
 
-TEST_F(StreetSavingTest, TownWithoutChoiceHasNotOneCode) {
-    const auto only = [](const HostTown& asked) { return ambrel::hasOnlyOneCode("DB", asked); };
+TEST_F(StreetSavingTest, MunicipalityWithoutChoiceHasNotOneCode) {
+    const auto only = [](const HostMunicipality& asked) { return ambrel::hasOnlyOneCode("DB", asked); };
     EXPECT_FALSE(only({.postalCode = "28430", .name = "ALPEDRETE"}));
     EXPECT_FALSE(only({.provinceCode = "28", .name = "ALPEDRETE"}));
     EXPECT_FALSE(only({.provinceCode = "28", .postalCode = "28430"}));
@@ -267,7 +268,9 @@ TEST_F(StreetSavingTest, TownWithoutChoiceHasNotOneCode) {
 }
 
 TEST_F(StreetSavingTest, PostalCodesAreThoseOfTheNameInTheProvince) {
-    const auto codes = [](const HostTown& asked) { return ambrel::CodigosPostalesMunicipio("DB", asked); };
+    const auto codes = [](const HostMunicipality& asked) {
+        return ambrel::CodigosPostalesMunicipio("DB", asked);
+    };
     EXPECT_EQ(codes({.provinceCode = "28", .name = "MADRID"}), (Texts{"28001", "28002"}));
     EXPECT_EQ(codes({.provinceCode = "28", .name = "madrid"}), (Texts{"28001", "28002"})) << "in capitals";
     EXPECT_EQ(codes({.provinceCode = "31", .name = "SADA"}), (Texts{"31491"}));
@@ -275,7 +278,7 @@ TEST_F(StreetSavingTest, PostalCodesAreThoseOfTheNameInTheProvince) {
     EXPECT_EQ(codes({.provinceCode = "28"}), Texts());
 }
 
-TEST_F(StreetSavingTest, FirstTownOfTheListHasNoPostalCodes) {
+TEST_F(StreetSavingTest, FirstMunicipalityOfTheListHasNoPostalCodes) {
     EXPECT_EQ(ambrel::CodigosPostalesMunicipio(
                   "DB", {.provinceCode = "28", .name = "MADRID", .isFirstOfList = true}),
               Texts());
