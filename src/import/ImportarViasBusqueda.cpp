@@ -11,6 +11,7 @@
 #include "import/MunicipalityFile.h"
 #include "import/ProvinceRun.h"
 #include "import/ResponseFolder.h"
+#include "import/StreetTypeNames.h"
 #include "services/FileStart.h"
 #include "services/Mensaje.h"
 #include "services/Rficheros.h"
@@ -49,15 +50,10 @@ void tellSeveralFiles(QWidget* owner, const std::vector<std::string>& files) {
                  refusedTitle());
 }
 
-/// Types are looked up in the database; a text that names none asks for no table.
 std::vector<ambrel::ImportedStreet> readStreets(const std::string& text, const std::string& database) {
-    std::optional<ambrel::StreetTypes> types;
-    return ambrel::readMunicipalityText(text, [&](const std::string& name) {
-        if (!types) {
-            types.emplace(database);
-        }
-        return types->codeOf(name);
-    });
+    ambrel::StreetTypeNames types(database);
+    return ambrel::readMunicipalityText(
+        text, [&types](const std::string& name) { return types.ExtraeTipoVia(name); });
 }
 
 } // namespace

@@ -2,14 +2,11 @@
 #include "import/MunicipalityFile.h"
 
 #include <algorithm>
-#include <array>
-#include <utility>
 
 #include "data/TableDefinitions.h"
 #include "dbase/dbf/codepage.h"
 #include "import/Trimmed.h"
 #include "services/Rnumcad.h"
-#include "services/Ruttb.h"
 
 namespace ambrel {
 namespace {
@@ -87,20 +84,6 @@ std::string takeType(std::string& line, const StreetTypeCode& typeCode) {
     return type;
 }
 
-using KnownType = std::pair<std::string_view, std::string_view>;
-
-constexpr std::array<KnownType, 9> knownTypes{{
-    {"PLACETA", "PZ"},
-    {"PLAZUELA", "PZ"},
-    {"CALLEJUELA", "CJ"},
-    {"PUERTA", "ED"},
-    {"PALACIO", "ED"},
-    {"CERRO", "MT"},
-    {"CAMINO VIEJO", "CM"},
-    {"TRANSVERSAL", "TR"},
-    {"RESIDENCIAL", "UR"},
-}};
-
 } // namespace
 
 void ExtraeNumeracion(const std::string& text, int& oddFirst, int& oddLast, int& evenFirst, int& evenLast) {
@@ -123,42 +106,6 @@ void ExtraeNumeracion(const std::string& text, int& oddFirst, int& oddLast, int&
         blankBefore(rest, "PAR");
         readGroup(withoutBrackets(rest, "PARES DEL", "PAR DEL"), openEven, evenFirst, evenLast);
     }
-}
-
-StreetTypes::StreetTypes(const std::string& database)
-    : table_(CreaTabla(database, "TIPO_VIA.DBF", "NOMBRE", false, openNow)) {
-    const dbase::Field& code = table_->field("CODIGO");
-    const dbase::Field& name = table_->field("NOMBRE");
-    if (table_->isEmpty()) {
-        return;
-    }
-    table_->first();
-    do {
-        if (!code.isNull()) {
-            types_.push_back({.name = name.text(), .code = code.text()});
-        }
-    } while (table_->next());
-}
-
-std::string StreetTypes::codeOf(const std::string& name) {
-    const std::string wanted(trimmed(std::string_view(name).substr(0, name.find('('))));
-    std::string code;
-    if (TBBusca(*table_, {{"NOMBRE", wanted}}, exactSearch)) {
-        code = table_->field("CODIGO").text();
-    } else if (const auto type = std::ranges::find_if(
-                   types_, [&](const Type& candidate) { return contains(candidate.name, wanted); });
-               type != types_.end()) {
-        code = type->code;
-    }
-    if (!code.empty()) {
-        return code;
-    }
-    const auto known = std::ranges::find(knownTypes, wanted, &KnownType::first);
-    return known == knownTypes.end() ? std::string() : std::string(known->second);
-}
-
-std::string ExtraeTipoVia(const std::string& database, const std::string& name) {
-    return StreetTypes(database).codeOf(name);
 }
 
 ImportedStreet readMunicipalityLine(std::string_view line, const StreetTypeCode& typeCode) {

@@ -2,13 +2,11 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "dbase/dataset/dataset.h"
 #include "import/ImportedStreet.h"
 
 namespace ambrel {
@@ -16,26 +14,6 @@ namespace ambrel {
 /// Writes the number ranges that a line, in upper case, names in brackets; what it does not name stays as it
 /// was.
 void ExtraeNumeracion(const std::string& text, int& oddFirst, int& oddLast, int& evenFirst, int& evenLast);
-
-/// TIPO_VIA's street types, opened once for many names. Errors: dbase::Error.
-class StreetTypes {
-public:
-    explicit StreetTypes(const std::string& database);
-
-    /// Code of a street type by its name, in upper case and trimmed: the type of that name, else the first
-    /// whose name contains it, else that of a fixed list; empty when unknown.
-    [[nodiscard]] std::string codeOf(const std::string& name);
-
-private:
-    struct Type {
-        std::string name, code;
-    };
-    std::unique_ptr<dbase::Dataset> table_;
-    std::vector<Type> types_; // those with a code, by name
-};
-
-/// StreetTypes::codeOf() for one name.
-[[nodiscard]] std::string ExtraeTipoVia(const std::string& database, const std::string& name);
 
 /// Gives the code of a type's name.
 using StreetTypeCode = std::function<std::string(const std::string& name)>;

@@ -1,11 +1,10 @@
-// Lines of municipality files, their number ranges and street types.
+// Lines of municipality files and their number ranges.
 #include "import/MunicipalityFile.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 
-#include "data/TableDefinitions.h"
 #include "support/TableTest.h"
 
 namespace {
@@ -159,59 +158,6 @@ TEST(MunicipalityText, OfTooManyLinesOrBytesIsRefused) {
     EXPECT_EQ(readText(std::string(ambrel::largestMunicipalityFile, 'x')).size(), 1U);
     EXPECT_THROW(readText(std::string(ambrel::largestMunicipalityFile + 1, 'x')),
                  ambrel::MunicipalityFileError);
-}
-
-class StreetTypeNames : public ambrel::test::TableTest {
-protected:
-    void addTypes(const std::vector<ambrel::test::Row>& rows) const {
-        createTable(ambrel::streetTypeTable(), {"CODIGO", "NOMBRE"}, rows);
-    }
-
-    static std::string code(const std::string& name) { return ambrel::ExtraeTipoVia("DB", ansi(name)); }
-};
-
-class KnownStreetTypeNames : public StreetTypeNames {
-protected:
-    KnownStreetTypeNames() {
-        addTypes({{"CL", "CALLE"}, {"CJ", "CJA,CALLEJON"}, {"PZ", "PLAZA"}, {"", "RAMBLA"}});
-    }
-};
-
-TEST_F(KnownStreetTypeNames, AreFoundWhole) {
-    EXPECT_EQ(code("CALLE"), "CL");
-    EXPECT_EQ(code("PLAZA"), "PZ");
-}
-
-TEST_F(KnownStreetTypeNames, AreFoundAsPartOfOne) { EXPECT_EQ(code("CALLEJON"), "CJ"); }
-
-TEST_F(KnownStreetTypeNames, EndBeforeABracket) { EXPECT_EQ(code("CALLE (IMPARES DEL 1 AL 3)"), "CL"); }
-
-TEST_F(KnownStreetTypeNames, FallBackOnTheFixedList) {
-    EXPECT_EQ(code("PLAZUELA"), "PZ");
-    EXPECT_EQ(code("CALLEJUELA"), "CJ");
-    EXPECT_EQ(code("CAMINO VIEJO"), "CM");
-    EXPECT_EQ(code("RESIDENCIAL"), "UR");
-}
-
-TEST_F(KnownStreetTypeNames, ThatNobodyKnowsHaveNoCode) {
-    EXPECT_EQ(code("ZAGUAN"), "");
-    EXPECT_EQ(code(""), "");
-    EXPECT_EQ(code("RAMBLA"), "");
-    EXPECT_EQ(code("UN NOMBRE MUCHO MAS LARGO QUE LA COLUMNA"), "");
-}
-
-TEST_F(KnownStreetTypeNames, AreLookedUpInATableOpenedOnce) {
-    ambrel::StreetTypes types("DB");
-    EXPECT_EQ(types.codeOf("CALLE"), "CL");
-    EXPECT_EQ(types.codeOf("ZAGUAN"), "");
-    EXPECT_EQ(types.codeOf("PLAZUELA"), "PZ");
-    EXPECT_EQ(types.codeOf(std::string(1'000'000, 'X')), "");
-    EXPECT_EQ(types.codeOf("CALLEJON"), "CJ");
-}
-
-TEST_F(StreetTypeNames, PlazuelaIsInTheListOnlyWhenNoTypeContainsIt) {
-    addTypes({{"PU", "PLAZA,PLAZUELA"}});
-    EXPECT_EQ(code("PLAZUELA"), "PU");
 }
 
 } // namespace

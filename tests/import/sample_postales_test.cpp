@@ -11,6 +11,7 @@
 #include "import/Document.h"
 #include "import/MunicipalityFile.h"
 #include "import/ResponseReaders.h"
+#include "import/StreetTypeNames.h"
 #include "sample/Sample.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
@@ -48,6 +49,7 @@ protected:
 };
 
 TEST_F(SamplePostales, LinesOfMunicipalityFilesHaveAKnownTypeAndACodeOfTheirMunicipality) {
+    ambrel::StreetTypeNames types("DB");
     int files = 0;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder / "POSTALES")) {
         if (entry.path().extension() != ".dat") {
@@ -63,7 +65,7 @@ TEST_F(SamplePostales, LinesOfMunicipalityFilesHaveAKnownTypeAndACodeOfTheirMuni
         std::ifstream file(entry.path(), std::ios::binary);
         for (std::string line; std::getline(file, line);) {
             const ambrel::ImportedStreet street = ambrel::readMunicipalityLine(
-                line, [](const std::string& type) { return ambrel::ExtraeTipoVia("DB", type); });
+                line, [&types](const std::string& type) { return types.ExtraeTipoVia(type); });
             EXPECT_NE(street.type, "") << dbase::CodePage::windows1252().toUtf8(line);
             EXPECT_TRUE(codes.contains(street.postalCode)) << dbase::CodePage::windows1252().toUtf8(line);
             EXPECT_FALSE(street.name.empty()) << line;
