@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "controller/ClasCodPostales.h"
-#include "controller/KeyAllocation.h"
+#include "controller/StreetKeyAllocation.h"
 #include "controller/StreetRecord.h"
 #include "data/CodPostalesDM.h"
 #include "services/EventGuard.h"

@@ -1,7 +1,7 @@
 // Provinces by name, and streets by province and name.
 #include "controller/ProvinceStreets.h"
 
-#include "controller/StreetKey.h"
+#include "controller/StreetSearchKey.h"
 #include "data/TableScope.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"

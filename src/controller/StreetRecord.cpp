@@ -1,7 +1,7 @@
 // Street rows being edited.
 #include "controller/StreetRecord.h"
 
-#include "controller/KeyAllocation.h"
+#include "controller/StreetKeyAllocation.h"
 
 namespace ambrel {
 

@@ -2,7 +2,7 @@
 #include "controller/StreetSearch.h"
 
 #include "controller/MunicipalitySearch.h"
-#include "controller/StreetKey.h"
+#include "controller/StreetSearchKey.h"
 #include "data/TableScope.h"
 #include "dbase/system/error.h"
 #include "services/Ruttb.h"
@@ -38,9 +38,9 @@ bool hasNeighbour(TDMCodPostales& tables, const std::string& name) {
 /// the result of the first search.
 bool findExact(TDMCodPostales& tables, const StreetPlace& place, const std::string& name,
                const std::string& type) {
-    const bool found = TBBusca(tables.tbPostal, paddedStreetKey(place, name, type), exactSearch);
+    const bool found = TBBusca(tables.tbPostal, paddedStreetSearchKey(place, name, type), exactSearch);
     if (tables.tbPostalVIA.view() != name) {
-        static_cast<void>(TBBusca(tables.tbPostal, paddedStreetKey(place, name, {}), exactSearch));
+        static_cast<void>(TBBusca(tables.tbPostal, paddedStreetSearchKey(place, name, {}), exactSearch));
     }
     return found;
 }
@@ -51,12 +51,12 @@ bool findExact(TDMCodPostales& tables, const StreetPlace& place, const std::stri
 bool findNearest(TDMCodPostales& tables, const StreetPlace& place, const std::string& name,
                  const std::string& type) {
     dbase::Dataset& streets = tables.tbPostal;
-    const dbase::Key withoutType = paddedStreetKey(place, name, {});
+    const dbase::Key withoutType = paddedStreetSearchKey(place, name, {});
     bool found = TBBusca(streets, withoutType, nearestSearch);
     if (type.empty() || tables.tbPostalVIA.view() != nameInKey(name)) {
         return found;
     }
-    found = TBBusca(streets, paddedStreetKey(place, name, type), nearestSearch);
+    found = TBBusca(streets, paddedStreetSearchKey(place, name, type), nearestSearch);
     if (tables.tbPostalVIA.view() != name) {
         static_cast<void>(TBBusca(streets, withoutType, nearestSearch));
     }
@@ -66,8 +66,8 @@ bool findNearest(TDMCodPostales& tables, const StreetPlace& place, const std::st
 /// First the street itself, then its name without type, finally the municipality's first street.
 void trySearches(TDMCodPostales& tables, const std::string& name, const std::string& type) {
     const StreetPlace place = currentPlace(tables);
-    for (const dbase::Key& key :
-         {streetKey(place, name, type), streetKey(place, name, {}), streetKey(place, {}, {})}) {
+    for (const dbase::Key& key : {streetSearchKey(place, name, type), streetSearchKey(place, name, {}),
+                                  streetSearchKey(place, {}, {})}) {
         static_cast<void>(TBBusca(tables.tbPostal, key, nearestSearch));
         if (tables.tbPostalVIA.text() == name) {
             return;

@@ -4,7 +4,7 @@
 #include <QLineEdit>
 
 #include "controller/ClasCodPostales.h"
-#include "controller/KeyAllocation.h"
+#include "controller/StreetKeyAllocation.h"
 #include "data/CodPostalesDM.h"
 #include "data/Province.h"
 #include "data/ViasDM.h"

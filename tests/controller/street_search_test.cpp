@@ -1,6 +1,6 @@
 #include "controller/StreetSearch.h"
 
-#include "controller/StreetKey.h"
+#include "controller/StreetSearchKey.h"
 #include "controller/StreetTables.h"
 #include "services/Ruttb.h"
 
@@ -60,9 +60,9 @@ TEST_F(FindStreet, NameAlreadyReachedIsNotSoughtAgain) {
 /// What findStreet is to come to, in so many words: with type, and from another name once more without.
 bool searchTwice(TDMCodPostales& tables, const std::string& name, const std::string& type) {
     const StreetPlace place{tables.tbMunicipiCODPOSTAL.text(), tables.tbMunicipiCAPITAL.text()};
-    const bool found = TBBusca(tables.tbPostal, paddedStreetKey(place, name, type), nearestSearch);
+    const bool found = TBBusca(tables.tbPostal, paddedStreetSearchKey(place, name, type), nearestSearch);
     if (tables.tbPostalVIA.text() != name) {
-        static_cast<void>(TBBusca(tables.tbPostal, paddedStreetKey(place, name, {}), nearestSearch));
+        static_cast<void>(TBBusca(tables.tbPostal, paddedStreetSearchKey(place, name, {}), nearestSearch));
     }
     return found;
 }

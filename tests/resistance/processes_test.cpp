@@ -10,7 +10,7 @@
 #include "ExpectedRows.h"
 #include "RandomPosts.h"
 #include "StreetFolder.h"
-#include "controller/KeyAllocation.h"
+#include "controller/StreetKeyAllocation.h"
 #include "dbase/support/StoredTable.h"
 #include "support/LongForm.h"
 

@@ -1,4 +1,4 @@
-#include "controller/KeyAllocation.h"
+#include "controller/StreetKeyAllocation.h"
 
 #include "data/PostalTables.h"
 #include "dbase/dataset/dataset.h"
@@ -9,9 +9,9 @@ namespace {
 using namespace postal_tests;
 
 /// A table of streets on which one cursor adds; others come and go.
-class KeyAllocation : public PostalTables {
+class StreetKeyAllocation : public PostalTables {
 protected:
-    KeyAllocation() { streets.open(); }
+    StreetKeyAllocation() { streets.open(); }
 
     void addKeys(const std::vector<std::string>& keys) {
         std::vector<StreetRow> rows;
@@ -38,18 +38,18 @@ protected:
     dbase::Dataset streets{"DB", "POSTAL", "VIA"};
 };
 
-TEST_F(KeyAllocation, FirstUserStreetOfAnEmptyBlockGets99000000) {
+TEST_F(StreetKeyAllocation, FirstUserStreetOfAnEmptyBlockGets99000000) {
     addKeys({"28000001", "28000002"});
     EXPECT_EQ(added(), "99000000");
 }
 
-TEST_F(KeyAllocation, FirstStreetOfAnEmptyTableGets99000000) { EXPECT_EQ(added(), "99000000"); }
+TEST_F(StreetKeyAllocation, FirstStreetOfAnEmptyTableGets99000000) { EXPECT_EQ(added(), "99000000"); }
 
-TEST_F(KeyAllocation, InAnEmptyTableTheKeyOfTheRowIsKeptUnlooked) {
+TEST_F(StreetKeyAllocation, InAnEmptyTableTheKeyOfTheRowIsKeptUnlooked) {
     EXPECT_EQ(added("12345678"), "12345678");
 }
 
-TEST_F(KeyAllocation, With99000000To99000041StoredTheNextKeyIs99000042) {
+TEST_F(StreetKeyAllocation, With99000000To99000041StoredTheNextKeyIs99000042) {
     std::vector<std::string> keys{"28000001"};
     for (int i = 0; i <= 41; ++i) {
         keys.push_back(std::to_string(99000000 + i));
@@ -58,47 +58,47 @@ TEST_F(KeyAllocation, With99000000To99000041StoredTheNextKeyIs99000042) {
     EXPECT_EQ(added(), "99000042");
 }
 
-TEST_F(KeyAllocation, KeysBelowTheHighestAreNotUsedAgain) {
+TEST_F(StreetKeyAllocation, KeysBelowTheHighestAreNotUsedAgain) {
     addKeys({"99000000", "99000007"});
     EXPECT_EQ(added(), "99000008");
 }
 
-TEST_F(KeyAllocation, KeyOfTheDeletedHighestIsUsedAgain) {
+TEST_F(StreetKeyAllocation, KeyOfTheDeletedHighestIsUsedAgain) {
     addKeys({"99000000", "99000001"});
     streets.last();
     streets.erase();
     EXPECT_EQ(added(), "99000001");
 }
 
-TEST_F(KeyAllocation, Behind99999999ComesTheFirstKeyOfTheBlockAgainAlthoughItIsTaken) {
+TEST_F(StreetKeyAllocation, Behind99999999ComesTheFirstKeyOfTheBlockAgainAlthoughItIsTaken) {
     addKeys({"99000000", "99999999"});
     EXPECT_EQ(ambrel::keyBehind("99999999"), "99000000");
     EXPECT_EQ(added(), "99000000");
 }
 
-TEST_F(KeyAllocation, ImportedRowKeepsAFreeKeyOutsideTheBlock) {
+TEST_F(StreetKeyAllocation, ImportedRowKeepsAFreeKeyOutsideTheBlock) {
     addKeys({"28000001", "99000000"});
     EXPECT_EQ(added("28000002"), "28000002");
 }
 
-TEST_F(KeyAllocation, ImportedRowWithATakenKeyGetsTheNextUserKey) {
+TEST_F(StreetKeyAllocation, ImportedRowWithATakenKeyGetsTheNextUserKey) {
     addKeys({"28000001", "99000004"});
     EXPECT_EQ(added("28000001"), "99000005");
 }
 
-TEST_F(KeyAllocation, ImportedRowWithATakenKeyGets99000000WhereNoUserStreetIsStored) {
+TEST_F(StreetKeyAllocation, ImportedRowWithATakenKeyGets99000000WhereNoUserStreetIsStored) {
     addKeys({"28000001"});
     EXPECT_EQ(added("28000001"), "99000000");
 }
 
-TEST_F(KeyAllocation, KeyIsLookedUpAsANumber) {
+TEST_F(StreetKeyAllocation, KeyIsLookedUpAsANumber) {
     addKeys({"00000000"});
     EXPECT_EQ(added("ABC"), "99000000"); // no number: looked up as 0, which is taken
     addKeys({"00000042"});
     EXPECT_EQ(added("42"), "99000001");
 }
 
-TEST_F(KeyAllocation, FilterAndRangeOfTheCursorHideNoKey) {
+TEST_F(StreetKeyAllocation, FilterAndRangeOfTheCursorHideNoKey) {
     addKeys({"99000000", "99000001"});
     streets.setFilter("VIA=\"OTRA\"");
     EXPECT_EQ(added(), "99000002");
@@ -108,7 +108,7 @@ TEST_F(KeyAllocation, FilterAndRangeOfTheCursorHideNoKey) {
     EXPECT_EQ(added(), "99000003");
 }
 
-TEST_F(KeyAllocation, RefusedWhileAnotherHoldsTheFirstRowAndTheRowStaysPending) {
+TEST_F(StreetKeyAllocation, RefusedWhileAnotherHoldsTheFirstRowAndTheRowStaysPending) {
     addKeys({"28000001"});
     dbase::Dataset other("DB", "POSTAL");
     other.open();
@@ -121,7 +121,7 @@ TEST_F(KeyAllocation, RefusedWhileAnotherHoldsTheFirstRowAndTheRowStaysPending) 
     EXPECT_TRUE(post());
 }
 
-TEST_F(KeyAllocation, RefusedInAnEmptyTableWhileAnotherHoldsThePlaceOfItsFirstRow) {
+TEST_F(StreetKeyAllocation, RefusedInAnEmptyTableWhileAnotherHoldsThePlaceOfItsFirstRow) {
     dbase::Dataset other("DB", "POSTAL");
     other.open();
     ASSERT_TRUE(other.lockCurrent());
@@ -131,7 +131,7 @@ TEST_F(KeyAllocation, RefusedInAnEmptyTableWhileAnotherHoldsThePlaceOfItsFirstRo
     EXPECT_TRUE(post());
 }
 
-TEST_F(KeyAllocation, LockIsGivenBackAfterPosting) {
+TEST_F(StreetKeyAllocation, LockIsGivenBackAfterPosting) {
     addKeys({"28000001"});
     static_cast<void>(added());
     dbase::Dataset other("DB", "POSTAL");
@@ -139,7 +139,7 @@ TEST_F(KeyAllocation, LockIsGivenBackAfterPosting) {
     EXPECT_TRUE(other.lockCurrent());
 }
 
-TEST_F(KeyAllocation, LockIsGivenBackWhenPostingFails) {
+TEST_F(StreetKeyAllocation, LockIsGivenBackWhenPostingFails) {
     addKeys({"28000001"});
     EXPECT_THROW(static_cast<void>(post()), dbase::Error); // nothing is pending
     dbase::Dataset other("DB", "POSTAL");
@@ -147,7 +147,7 @@ TEST_F(KeyAllocation, LockIsGivenBackWhenPostingFails) {
     EXPECT_TRUE(other.lockCurrent());
 }
 
-TEST_F(KeyAllocation, FirstRowDeletedBetweenLookingAndLockingIsNotTheLock) {
+TEST_F(StreetKeyAllocation, FirstRowDeletedBetweenLookingAndLockingIsNotTheLock) {
     addKeys({"99000000", "99000001"});
     dbase::Dataset looking("DB", "POSTAL"), deleting("DB", "POSTAL"), other("DB", "POSTAL");
     looking.open();
@@ -159,7 +159,7 @@ TEST_F(KeyAllocation, FirstRowDeletedBetweenLookingAndLockingIsNotTheLock) {
     EXPECT_FALSE(ambrel::lockFirstRow(other));
 }
 
-TEST_F(KeyAllocation, OnlyRowDeletedBetweenLookingAndLockingLeavesAnEmptyTable) {
+TEST_F(StreetKeyAllocation, OnlyRowDeletedBetweenLookingAndLockingLeavesAnEmptyTable) {
     addKeys({"99000000"});
     dbase::Dataset looking("DB", "POSTAL"), deleting("DB", "POSTAL"), other("DB", "POSTAL");
     looking.open();
@@ -171,7 +171,7 @@ TEST_F(KeyAllocation, OnlyRowDeletedBetweenLookingAndLockingLeavesAnEmptyTable) 
     EXPECT_FALSE(ambrel::lockFirstRow(other));
 }
 
-TEST_F(KeyAllocation, FirstRowThatComesBetweenLookingAndLockingIsTheLock) {
+TEST_F(StreetKeyAllocation, FirstRowThatComesBetweenLookingAndLockingIsTheLock) {
     addKeys({"99000000"});
     streets.erase(); // record 1 is there and no row any more
     dbase::Dataset looking("DB", "POSTAL"), other("DB", "POSTAL");
@@ -184,7 +184,7 @@ TEST_F(KeyAllocation, FirstRowThatComesBetweenLookingAndLockingIsTheLock) {
     EXPECT_FALSE(ambrel::lockFirstRow(other));
 }
 
-TEST_F(KeyAllocation, HeldFirstRowCannotBeDeleted) {
+TEST_F(StreetKeyAllocation, HeldFirstRowCannotBeDeleted) {
     addKeys({"99000000", "99000001"});
     dbase::Dataset locking("DB", "POSTAL");
     locking.open();
@@ -192,7 +192,7 @@ TEST_F(KeyAllocation, HeldFirstRowCannotBeDeleted) {
     EXPECT_THROW(streets.erase(), dbase::Error);
 }
 
-TEST_F(KeyAllocation, UserKeysBeginWith99) {
+TEST_F(StreetKeyAllocation, UserKeysBeginWith99) {
     EXPECT_TRUE(ambrel::isUserKey("99000000"));
     EXPECT_TRUE(ambrel::isUserKey("99"));
     EXPECT_FALSE(ambrel::isUserKey("98999999"));

@@ -1,4 +1,4 @@
-#include "controller/StreetKey.h"
+#include "controller/StreetSearchKey.h"
 
 #include <gtest/gtest.h>
 
@@ -12,8 +12,8 @@ std::string value(const dbase::Key& key, std::size_t part) {
     return std::get<std::string>(key.at(part).value);
 }
 
-TEST(StreetKey, NamesTheColumnsOfTheTagInItsOrder) {
-    const dbase::Key key = streetKey(madrid, "MAYOR", "CL");
+TEST(StreetSearchKey, NamesTheColumnsOfTheTagInItsOrder) {
+    const dbase::Key key = streetSearchKey(madrid, "MAYOR", "CL");
     ASSERT_EQ(key.size(), 4u);
     EXPECT_EQ(key[0].field, "PROVINCIA");
     EXPECT_EQ(key[1].field, "CAPITAL");
@@ -21,24 +21,26 @@ TEST(StreetKey, NamesTheColumnsOfTheTagInItsOrder) {
     EXPECT_EQ(key[3].field, "TIPO_VIA");
 }
 
-TEST(StreetKey, ProvinceIsTheBeginningOfThePostalCode) {
-    const dbase::Key key = streetKey(madrid, "MAYOR", "CL");
+TEST(StreetSearchKey, ProvinceIsTheBeginningOfThePostalCode) {
+    const dbase::Key key = streetSearchKey(madrid, "MAYOR", "CL");
     EXPECT_EQ(value(key, 0), "28");
     EXPECT_EQ(value(key, 1), "0");
     EXPECT_EQ(value(key, 3), "CL");
 }
 
-TEST(StreetKey, NameIsNotPadded) { EXPECT_EQ(value(streetKey(madrid, "MAYOR", "CL"), 2), "MAYOR"); }
-
-TEST(PaddedStreetKey, NameIsPaddedToTheColumn) {
-    EXPECT_EQ(value(paddedStreetKey(madrid, "MAYOR", "CL"), 2), "MAYOR" + std::string(40, ' '));
+TEST(StreetSearchKey, NameIsNotPadded) {
+    EXPECT_EQ(value(streetSearchKey(madrid, "MAYOR", "CL"), 2), "MAYOR");
 }
 
-TEST(PaddedStreetKey, LongNameIsCutToTheColumn) {
-    EXPECT_EQ(value(paddedStreetKey(madrid, std::string(60, 'X'), "CL"), 2), std::string(45, 'X'));
+TEST(PaddedStreetSearchKey, NameIsPaddedToTheColumn) {
+    EXPECT_EQ(value(paddedStreetSearchKey(madrid, "MAYOR", "CL"), 2), "MAYOR" + std::string(40, ' '));
 }
 
-TEST(StreetKey, NameInAPaddedKeyIsCutAndHasNoTrailingBlanks) {
+TEST(PaddedStreetSearchKey, LongNameIsCutToTheColumn) {
+    EXPECT_EQ(value(paddedStreetSearchKey(madrid, std::string(60, 'X'), "CL"), 2), std::string(45, 'X'));
+}
+
+TEST(StreetSearchKey, NameInAPaddedKeyIsCutAndHasNoTrailingBlanks) {
     EXPECT_EQ(nameInKey("MAYOR"), "MAYOR");
     EXPECT_EQ(nameInKey(" MAYOR  "), " MAYOR");
     EXPECT_EQ(nameInKey(std::string(46, 'X')), std::string(45, 'X'));

@@ -1,5 +1,5 @@
 // Builds the keys of the street searches.
-#include "controller/StreetKey.h"
+#include "controller/StreetSearchKey.h"
 
 #include "data/Province.h"
 #include "data/TableDefinitions.h"
@@ -8,15 +8,15 @@
 
 namespace ambrel {
 
-dbase::Key streetKey(const StreetPlace& place, const std::string& name, const std::string& type) {
+dbase::Key streetSearchKey(const StreetPlace& place, const std::string& name, const std::string& type) {
     return {{"PROVINCIA", provinceOf(place.postalCode)},
             {"CAPITAL", place.capital},
             {"VIA", name},
             {"TIPO_VIA", type}};
 }
 
-dbase::Key paddedStreetKey(const StreetPlace& place, const std::string& name, const std::string& type) {
-    return streetKey(place, paddedName(name), type);
+dbase::Key paddedStreetSearchKey(const StreetPlace& place, const std::string& name, const std::string& type) {
+    return streetSearchKey(place, paddedName(name), type);
 }
 
 std::string paddedName(const std::string& name) { return Espacios(name, static_cast<int>(streetNameWidth)); }

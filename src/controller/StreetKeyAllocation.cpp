@@ -1,5 +1,5 @@
 // Allocating street keys.
-#include "controller/KeyAllocation.h"
+#include "controller/StreetKeyAllocation.h"
 
 #include <memory>
 #include <utility>
