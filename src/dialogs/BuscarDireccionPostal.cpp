@@ -187,7 +187,7 @@ void TFBuscarDireccionPostal::FormShow() {
         const QString own = ambrel::fromWindows1252(Config.GetProvin3()).trimmed();
         ui_->CBProvincia->setCurrentIndex(BuscaProvincia(own));
         ActualizaTablaMunicipi();
-        // Deliberate: sought before the tag changes; its key of two fields fits any active tag.
+        // Deliberate: sought before the tag changes; a key of two fields is built for the active tag.
         goToTypedStreet();
     } else {
         const QString code = ambrel::fromWindows1252(tables.tbMunicipiCOD_PROV.text());

@@ -31,7 +31,7 @@ TFMunicipiLista::~TFMunicipiLista() { ui_->DBGMUNICIPI->setDataSource(nullptr); 
 
 void TFMunicipiLista::connectControls() {
     using ambrel::guarded;
-    // Deliberate: Enter moves on in this list and never accepts, although the hint says that it does.
+    // Deliberate: Enter moves on in this list and never accepts, although the form's text says that it does.
     new ambrel::FormKeys(*this, *ui_->BBCancelar,
                          [this](std::uint16_t key, Qt::KeyboardModifiers) { return FormKeyDown(key); });
     watchEdit(ui_->ECODINE, &TFMunicipiLista::ECODINEEnter);

@@ -1,3 +1,4 @@
+// Converts window texts for the address resolution.
 #include "form/AddressText.h"
 
 namespace ambrel {

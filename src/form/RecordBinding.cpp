@@ -1,3 +1,4 @@
+// Passes texts between the boxes of a form and the host's row.
 #include "form/RecordBinding.h"
 
 #include <QLineEdit>

@@ -1,3 +1,4 @@
+// Parses and writes CSV.
 #include "loading/csv.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Collects and words complaints about a text to be loaded.
 #include "loading/load_complaints.h"
 
 #include "loading/counted.h"

@@ -1,3 +1,4 @@
+// Orders the rows of MUNICIPI.
 #include "loading/municipality_order.h"
 
 #include <algorithm>

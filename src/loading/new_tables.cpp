@@ -1,3 +1,4 @@
+// Creates the postal tables, all or none.
 #include "loading/new_tables.h"
 
 #include <filesystem>

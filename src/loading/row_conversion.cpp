@@ -1,3 +1,4 @@
+// Converts between texts and column bytes.
 #include "loading/row_conversion.h"
 
 #include <algorithm>

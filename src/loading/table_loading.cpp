@@ -1,3 +1,4 @@
+// Loads the rows of a CSV text into a table.
 #include "loading/table_loading.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Decodes Windows-1252 and UTF-16 into UTF-8.
 #include "loading/text_encoding.h"
 
 #include <algorithm>

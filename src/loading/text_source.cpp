@@ -1,3 +1,4 @@
+// Reads text from memory, a file or standard input.
 #include "loading/text_source.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Checks, encodes and shows UTF-8.
 #include "loading/utf8.h"
 
 namespace loading {

@@ -1,5 +1,5 @@
-// Everything that a host of the postal-code package includes: the controller, the lookups and dialogs, the
-// tables behind them and the services that a host configures or replaces.
+// Everything that a host of the postal-code package includes: the controller, the lookups and dialogs, their
+// tables, and the services that a host configures or replaces.
 #pragma once
 
 #include "address/AddressResolution.h"

@@ -1,5 +1,5 @@
-# The headers that are installed: what package/AmbCodPostales.h includes, directly or on the way, and the pieces with
-# which a host's own forms look and behave like the package's dialogs.
+# The installed headers: those that package/AmbCodPostales.h includes, directly or indirectly, and the pieces that make
+# a host's own forms look and behave like the package's dialogs.
 set(public_headers
   address/AddressResolution.h
   controller/ClasCodPostales.h

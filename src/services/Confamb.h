@@ -54,7 +54,7 @@ public:
 
     /// Reads a UTF-8 file; settings that it does not name stay as they are:
     ///
-    ///     ; A comment stands on a line of its own, as does one that begins with #.
+    ///     ; A comment has a line of its own; # begins one too.
     ///     [BaseDeDatos]
     ///     Alias=AMBREL
     ///     ; Relative to the file's own folder; needed with Alias.
@@ -62,7 +62,7 @@ public:
     ///     [Provincia]
     ///     Codigo=28
     ///     Nombre=MADRID
-    ///     ; The name when there is none.
+    ///     ; Nombre if not given.
     ///     NombreEnVias=MADRID
     ///     [Municipio]
     ///     Codigo=3

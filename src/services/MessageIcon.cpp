@@ -1,3 +1,4 @@
+// Draws the icons of message boxes.
 #include "services/MessageIcon.h"
 
 #include <QPainter>

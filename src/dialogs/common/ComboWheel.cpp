@@ -1,3 +1,4 @@
+// Keeps the mouse wheel from changing combos without the focus.
 #include "dialogs/common/ComboWheel.h"
 
 #include <QComboBox>

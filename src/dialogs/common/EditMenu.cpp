@@ -1,3 +1,4 @@
+// Translates the context menu of an edit box.
 #include "dialogs/common/EditMenu.h"
 
 #include <QAction>
