@@ -11,7 +11,7 @@ void ensureApplication() {
     static char* arguments[] = {name, nullptr};
     if (qApp == nullptr) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
-        new QApplication(argumentCount, arguments); // for the rest of the run
+        new QApplication(argumentCount, arguments); // lives for the rest of the run
     }
 }
 

@@ -1,4 +1,4 @@
-// The application that benchmarks with widgets need, and keys typed in it.
+// The application that benchmarks with widgets need, and typing in it.
 #pragma once
 
 #include <QChar>
@@ -6,7 +6,7 @@
 
 namespace bench {
 
-/// Makes it at the first call, without a display, for the rest of the run.
+/// Creates the application at the first call, without a display, for the rest of the run.
 void ensureApplication();
 
 /// Presses and releases the key of a letter.

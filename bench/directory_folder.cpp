@@ -53,7 +53,7 @@ void makeMunicipalities(const std::string& folder) {
 
 constexpr std::size_t smallDirectory = 1'000; // streets
 
-// Numbers of the rows of the small directory.
+// Numbers of the rows in the small directory.
 const std::vector<std::uint32_t>& smallRows() {
     static const std::vector<std::uint32_t> numbers = [] {
         std::vector<std::uint32_t> found;

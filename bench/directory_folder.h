@@ -1,4 +1,4 @@
-// Folders with provinces, municipalities and streets, a small and a large one, for what a user sees of them.
+// Folders with provinces, municipalities and streets, a small and a large one, for benchmarks of the windows.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@ namespace bench {
 
 inline constexpr unsigned provinceCount = 52, codesOfProvince = 1000;
 
-/// One municipality for each postal code that the streets have.
+/// One municipality for each postal code of the streets.
 struct MunicipalityRow {
     std::string ineCode, postalCode, name;
     bool isCapital = false;
@@ -17,21 +17,21 @@ struct MunicipalityRow {
 [[nodiscard]] MunicipalityRow municipalityRow(unsigned number); // below provinceCount * codesOfProvince
 [[nodiscard]] std::string provinceName(unsigned province);      // 1 to provinceCount
 
-/// The province whose streets are looked at.
+/// The province whose streets are shown.
 inline constexpr unsigned shownProvince = 28;
 
 enum class Directory {
-    Small, // a thousand streets, all in the province shown: far more than a list shows at once
-    Large, // rowCount streets in all provinces, those of the small one among them
+    Small, // a thousand streets, all in the shown province: far more than a list shows at once
+    Large, // rowCount streets in all provinces, including those of the small one
 };
 
 /// Names of the streets of the small directory.
 [[nodiscard]] const std::vector<std::string>& smallDirectoryNames();
 
-/// Folder of a directory, made at the first call.
+/// The folder of a directory, created at the first call.
 [[nodiscard]] const std::string& directoryFolder(Directory directory);
 
-/// Makes "DB" stand for such a folder for a block.
+/// Makes "DB" stand for such a folder as long as it exists.
 class DirectoryInUse {
 public:
     explicit DirectoryInUse(Directory directory);

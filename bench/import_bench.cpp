@@ -1,5 +1,5 @@
-// What a user of the import waits for: an answer of the size of Madrid's in the list, and its streets in the
-// directory.
+// What a user of the import waits for: loading an answer of Madrid's size into the list, and saving its
+// streets into the directory.
 
 #include <cstdlib>
 #include <filesystem>
@@ -54,7 +54,7 @@ const std::string& answer() {
     return text;
 }
 
-// Into the list that is shown.
+// Into the list that the user sees.
 void parseOurs(benchmark::State& state) {
     ensureApplication();
     ambrel::StreetGrid grid;
@@ -74,7 +74,7 @@ void parseOurs(benchmark::State& state) {
     }
 }
 
-// The text parsed, and each street's texts looked at.
+// Parses the text, and reads each street's texts.
 void parsePugixml(benchmark::State& state) {
     for (auto _ : state) {
         pugi::xml_document document;
@@ -93,7 +93,7 @@ void parsePugixml(benchmark::State& state) {
 
 // --- Saving
 
-// "DB" stands for a folder of its own while it lives; its directory has all rows, or none.
+// Makes "DB" stand for a folder of its own; its directory has all rows, or none.
 class ImportFolder {
 public:
     ImportFolder(const std::string& name, bool filled) : folder_(workFolder + "/" + name) {
@@ -106,7 +106,7 @@ public:
         dbase::createTable(folder_, ambrel::municipalityTable(), dbase::IfExists::Replace);
         dbase::setDatabaseFolder("DB", folder_);
         controller_ = std::make_unique<TClassCodPostales>();
-        controller_->DM->tbPostal.sync(); // what was loaded is not what is measured
+        controller_->DM->tbPostal.sync(); // the loading is not measured
     }
     ~ImportFolder() {
         controller_.reset();
@@ -123,7 +123,7 @@ private:
     std::unique_ptr<TClassCodPostales> controller_;
 };
 
-// A municipality's streets: most of their names are known in the province already, with other codes.
+// A municipality's streets: most of their names already exist in the province, with other codes.
 std::vector<ambrel::ImportedStreet> importedStreets() {
     std::vector<ambrel::ImportedStreet> streets;
     for (std::uint32_t i = 0; streets.size() < streetsOfMadrid; ++i) {
@@ -159,7 +159,7 @@ public:
           highest_(prepare(database, "SELECT max(codigo1) FROM postal")),
           insert_(prepare(database, insertSql)), commit_(prepare(database, "COMMIT")) {}
 
-    // True when the street was not there.
+    // True if the street was not there yet.
     bool save(PostalRow& row) {
         step(begin_);
         const bool isNew = !isStored(row);
@@ -229,7 +229,7 @@ void saveSqlite(benchmark::State& state) {
     std::filesystem::remove(path);
 }
 
-// A municipality's streets: every second name is one that all municipalities share.
+// A municipality's streets: every second name is shared by all municipalities.
 std::vector<ambrel::ImportedStreet> streetsOf(int municipalityNumber) {
     std::vector<ambrel::ImportedStreet> streets;
     for (int i = 0; i < streetsOfMunicipality; ++i) {
@@ -243,7 +243,7 @@ std::vector<ambrel::ImportedStreet> streetsOf(int municipalityNumber) {
     return streets;
 }
 
-// Municipalities of a province, one after the other; the time of one street.
+// Saves municipalities of a province one after the other; reports the time of one street.
 void saveProvince(benchmark::State& state, int municipalities) {
     ensureApplication();
     for (auto _ : state) {

@@ -1,5 +1,5 @@
 // The maintenance pass that writes municipality and INE code into every street, against the same updates in
-// one transaction that nobody syncs.
+// one unsynced transaction.
 
 #include <filesystem>
 
@@ -14,7 +14,7 @@ namespace bench {
 
 namespace {
 
-// Once: a second pass would find everything written.
+// Runs once: a second pass would find everything written.
 void passOurs(benchmark::State& state) {
     const DirectoryInUse directory(Directory::Large);
     for (auto _ : state) {

@@ -1,4 +1,4 @@
-// What a user of a list waits for, on small and on large tables: opening it, and a key in its search edit.
+// What a user of a list waits for, on small and on large tables: opening it, and a key in its search box.
 
 #include <algorithm>
 #include <filesystem>
@@ -33,7 +33,7 @@ std::string digits(std::uint32_t number, std::size_t width) {
     return std::string(width - std::min(width, text.size()), '0') + text;
 }
 
-// All kinds of beginnings, in no order.
+// All kinds of beginnings, unordered.
 std::string placeName(std::uint32_t number) {
     std::uint32_t bits = number * 2654435761U;
     std::string text;
@@ -43,7 +43,7 @@ std::string placeName(std::uint32_t number) {
     return text + " DE LA " + std::to_string(number);
 }
 
-// A municipality of each code first, then the entities, in no order of any tag.
+// First a municipality of each code, then the entities, in no tag's order.
 void makeMunicipalities(const std::string& folder, std::uint32_t rows) {
     makeTable(folder, ambrel::municipalityTable(), [rows](dbase::BulkLoader& loader, std::span<char> record) {
         const Columns columns(loader.schema(), record);
@@ -63,7 +63,7 @@ void makeMunicipalities(const std::string& folder, std::uint32_t rows) {
     });
 }
 
-/// Name under which the folder with so many municipalities is registered; made at the first call.
+/// The name under which the folder with this many municipalities is registered; created at the first call.
 std::string municipalities(std::uint32_t rows) {
     const std::string name = "LISTA" + std::to_string(rows);
     const std::string folder = workFolder + '/' + name;
@@ -105,7 +105,7 @@ private:
     std::unique_ptr<TFMunicipiLista> list_;
 };
 
-// The time that one in ten stays below: what other programs on the machine take hardly counts.
+// Reports the fastest tenth's limit, which other programs on the machine hardly affect.
 template<typename Work>
 void reportUndisturbed(benchmark::State& state, int count, Work&& work) {
     for (auto _ : state) {
@@ -127,7 +127,7 @@ void openList(benchmark::State& state, std::uint32_t rows) {
     });
 }
 
-// The third letter of a name that is there; the first two stand in the edit.
+// The third letter of an existing name; the first two are already in the box.
 void typeKey(benchmark::State& state, std::uint32_t rows) {
     ensureApplication();
     ShownList list(municipalities(rows));

@@ -30,7 +30,7 @@ private:
     MDB_cursor* cursor_ = nullptr;
 };
 
-/// PROVINCIA + CAPITAL + VIA + TIPO_VIA, padded as our tag's key.
+/// PROVINCIA + CAPITAL + VIA + TIPO_VIA, padded like our tag's key.
 [[nodiscard]] std::string viaKey(const std::string& provincia, const std::string& capital,
                                  const std::string& via, const std::string& tipoVia);
 

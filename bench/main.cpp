@@ -1,4 +1,4 @@
-// Runs all benchmarks and ends with one line a figure: ratio NAME VALUE, the rival's time over ours.
+// Runs all benchmarks and ends with one line per figure: ratio NAME VALUE, the rival's time over ours.
 
 #include <cstdio>
 #include <cstring>

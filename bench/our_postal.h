@@ -10,15 +10,15 @@
 
 namespace bench {
 
-/// Folder of the loaded table, made at the first call.
+/// The folder of the loaded table, created at the first call.
 [[nodiscard]] const std::string& ourFolder();
 /// Loads all rows into a new folder through the bulk loader; returns the table's path.
 std::string loadOurs(const std::string& folder);
-/// Writes a row's bytes by the table's schema.
+/// Encodes a row by the table's schema.
 void encodeRow(const PostalRow& row, const dbase::Schema& schema, std::span<char> record);
 /// Sets the fields of a row that is being added.
 void assignRow(const PostalRow& row, dbase::Dataset& table);
-/// An open cursor on the loaded table.
+/// Opens a cursor on the loaded table.
 void openOurs(dbase::Dataset& table, const std::string& tag);
 
 } // namespace bench

@@ -61,7 +61,7 @@ PostalSearch postalSearch(std::uint32_t i) {
     const std::uint32_t h = mix(i * 2654435761U + 7);
     const PostalRow row = postalRow(h % rowCount);
     PostalSearch search{row.provincia, row.capital, row.via, row.tipoVia};
-    if (h % 2 == 0) { // half typed
+    if (h % 2 == 0) { // typed halfway
         search.via.resize(search.via.size() / 2);
         search.tipoVia.clear();
     }

@@ -1,4 +1,4 @@
-// Generated rows of a street directory, the same ones for us and for every rival.
+// Generated rows of a street directory, the same for us and for every rival.
 #pragma once
 
 #include <cstdint>
@@ -18,16 +18,16 @@ struct PostalRow {
     std::string codIne; // 5
 };
 
-/// Row `number` of the directory, 0-based; any number gives a row. Rows come in no order of any tag.
+/// Row `number` of the directory, 0-based; any number gives a row. Rows come in no tag's order.
 [[nodiscard]] PostalRow postalRow(std::uint32_t number);
 
-/// Rows that the tables hold.
+/// Number of rows in the tables.
 inline std::uint32_t rowCount = 1'500'000;
 
-/// Folder for everything that the run writes.
+/// The folder for everything that the run writes.
 inline std::string workFolder;
 
-/// Search number `i` of a run: a street that exists, or a prefix of one as a user would have typed it.
+/// Search number `i` of a run: an existing street, or a prefix of one as a user would have typed it.
 struct PostalSearch {
     std::string provincia, capital, via, tipoVia;
 };

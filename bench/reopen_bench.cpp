@@ -1,4 +1,4 @@
-// A second cursor on a table that is open already, with its first read, against opening a database and
+// A second cursor on a table that is already open, with its first read, against opening a database and
 // reading.
 
 #include <benchmark/benchmark.h>

@@ -33,7 +33,7 @@ void seekOurs(benchmark::State& state) {
                                      &table.field("CODPOSTAL"), &table.field("IMPAR_FIN")};
     const auto& list = allSearches();
     std::size_t i = 0;
-    // One key, its values assigned anew for each search, as the rival binds those of its prepared statement.
+    // One key, whose values are assigned for each search, as the rival binds those of its prepared statement.
     dbase::Key key{{"PROVINCIA", std::string()},
                    {"CAPITAL", std::string()},
                    {"VIA", std::string()},

@@ -19,11 +19,11 @@ struct FinalizeStatement {
 using Database = std::unique_ptr<sqlite3, CloseDatabase>;
 using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
-/// Path of the loaded database, made at the first call.
+/// The path of the loaded database, created at the first call.
 [[nodiscard]] const std::string& sqlitePath();
 /// The same rows in a database of SQLite's default kind, with a rollback journal.
 [[nodiscard]] const std::string& sqliteRollbackPath();
-/// Loads all rows in one transaction and makes the three indexes afterwards, which is SQLite's fastest way.
+/// Loads all rows in one transaction and then creates the three indexes, which is SQLite's fastest way.
 void loadSqlite(const std::string& path);
 
 [[nodiscard]] Database openSqlite(const std::string& path, const char* synchronous = "OFF",

@@ -1,11 +1,11 @@
-// The time that a piece of work takes, for benchmarks that time by hand.
+// The time that a piece of work takes, for benchmarks with manual timing.
 #pragma once
 
 #include <chrono>
 
 namespace bench {
 
-/// Runs it once.
+/// Runs the work once. Returns its time in seconds.
 template<typename Work>
 [[nodiscard]] double secondsOf(Work&& work) {
     const auto begin = std::chrono::steady_clock::now();

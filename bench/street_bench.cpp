@@ -1,5 +1,5 @@
-// What a user of the street box waits for: a key that completes a street, and adding a street under a key of
-// its own.
+// What a user of the street box waits for: a key that completes a street, and the addition of a street under
+// a key of its own.
 
 #include <cstdlib>
 
@@ -24,7 +24,7 @@ namespace {
 constexpr const char* province = "28";
 constexpr const char* capital = "0";
 
-// The controller of a host's form, in the municipality in which the user types.
+// The controller of a host's form, on the municipality in which the user types.
 TClassCodPostales& controller() {
     static TClassCodPostales made = [] {
         dbase::createTable(ourFolder(), ambrel::municipalityTable(), dbase::IfExists::Replace);
@@ -46,7 +46,7 @@ TClassCodPostales& controller() {
 
 // --- A key in the street box
 
-// Half typed names of streets of the municipality, in no order.
+// Half-typed names of streets of the municipality, unordered.
 const std::vector<std::string>& typedNames() {
     static const std::vector<std::string> made = [] {
         std::vector<std::string> names;
@@ -61,7 +61,7 @@ const std::vector<std::string>& typedNames() {
     return made;
 }
 
-// Times what becomes of a key, `complete`, alone: the text that the user typed stands in the box before.
+// Times only `complete`, the effect of a key: the text that the user typed is put into the box before.
 template<typename Complete>
 void typeKeys(benchmark::State& state, Complete&& complete) {
     ensureApplication();
@@ -86,7 +86,7 @@ void keyOurs(benchmark::State& state) {
     });
 }
 
-// The nearest street in SQLite, with what the completion needs of it.
+// The nearest street in SQLite, with the columns that the completion needs.
 class NearestInSqlite {
 public:
     explicit NearestInSqlite(const Database& database)
@@ -135,7 +135,7 @@ void keySqlite(benchmark::State& state, const Database& database) {
     });
 }
 
-// Nothing but the query: what the handler would cost if boxes were filled for nothing.
+// The query alone: the handler's cost if filling boxes were free.
 void querySqlite(benchmark::State& state) {
     const Database database = openSqlite(sqliteRollbackPath(), "FULL", "DELETE");
     NearestInSqlite nearest(database);

@@ -1,5 +1,5 @@
 // What a user of the street list waits for, on a small and on a large directory: opening it, and a key in its
-// search edit.
+// search box.
 
 #include <optional>
 
@@ -19,7 +19,7 @@ namespace bench {
 
 namespace {
 
-// A host whose own province is the one that the list begins with.
+// A host whose own province is the one that the list opens with.
 void startHost() {
     ensureApplication();
     const std::string name = provinceName(shownProvince);
@@ -51,7 +51,7 @@ void openList(benchmark::State& state, Directory size) {
     }
 }
 
-// The third letter of a name that is there; the first two stand in the edit.
+// The third letter of an existing name; the first two are already in the box.
 void typeKey(benchmark::State& state, Directory size) {
     startHost();
     const DirectoryInUse directory(size);

@@ -27,8 +27,8 @@ private:
     std::span<char> record_;
 };
 
-/// Creates a table in a folder, which is made if need be, and hands a loader of it, and a record to fill, to
-/// a function.
+/// Creates a table in a folder, which is created if necessary, and passes a loader of it and a record to fill
+/// to a function.
 template<typename Fill>
 void makeTable(const std::string& folder, const dbase::TableDefinition& definition, Fill&& fill) {
     std::filesystem::create_directories(folder);

@@ -1,4 +1,4 @@
-# What every target of the house shares: language level, warnings, sanitizers, where programs go.
+# What all targets share: language level, warnings, sanitizers, output folders.
 
 option(AMBREL_TESTS "Build the tests" ON)
 option(AMBREL_BENCH "Build the benchmarks" OFF)
@@ -11,7 +11,7 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-# Only what is marked AMBREL_EXPORT leaves the shared library; the archives that it packs are built alike.
+# Only symbols marked AMBREL_EXPORT leave the shared library; the archives that it contains are built the same way.
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
@@ -22,10 +22,10 @@ if(CCACHE_PROGRAM)
   set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
 endif()
 
-# Where src/package generates AmbrelExport.h, which public headers of every floor include.
+# src/package generates AmbrelExport.h here; public headers of every floor include it.
 include_directories("${PROJECT_BINARY_DIR}/include")
 
-# Linked privately by each of our own targets, never by somebody else's.
+# Linked privately by each of our own targets, never by a host's.
 add_library(ambrel_options INTERFACE)
 target_compile_options(ambrel_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast

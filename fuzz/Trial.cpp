@@ -19,7 +19,7 @@ namespace {
 
 using namespace dbase;
 
-/// Bytes in memory; nobody else has them open.
+/// Bytes in memory, not open anywhere else.
 class BytesFile final : public File {
 public:
     BytesFile(Bytes& bytes, bool writable) : bytes_(bytes), writable_(writable) {}
@@ -164,7 +164,7 @@ void useTable(const TableBytes& bytes, bool writable, std::optional<Bytes> journ
         change(*table);
         walk(*table);
     } catch (const Error&) {
-        // A refusal is an answer.
+        // a refusal is a valid answer
     }
 }
 

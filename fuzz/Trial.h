@@ -1,4 +1,4 @@
-// What the fuzz targets share: demands on the code, files that hold bytes, a table tried out.
+// What the fuzz targets share: requirements on the code, files that hold bytes, the use of a table.
 #pragma once
 
 #include <cstdint>
@@ -14,10 +14,10 @@ namespace trial {
 
 using Bytes = std::vector<char>;
 
-/// Ends the program, which counts as a finding.
+/// Ends the program if false, which counts as a finding.
 void require(bool holds);
 
-/// A file that lives in memory, with a path for code that opens files by name. Overwritten by each put().
+/// A file in memory, with a path for code that opens files by name. Overwritten by each put().
 class NamedBytes {
 public:
     NamedBytes();
@@ -33,18 +33,19 @@ private:
     std::string path_;
 };
 
-/// The bytes of a table and its index, which may be empty for none.
+/// The bytes of a table and its index; an empty index means none.
 struct TableBytes {
     Bytes records, index;
 };
 
-/// A sound table of 100-byte keys and of numbers, with so many rows that were added one by one.
+/// A sound table with keys of 100 bytes and of numbers, whose rows were added one by one.
 [[nodiscard]] TableBytes soundTable(unsigned rows);
 
-/// A journal that lies in memory; null while there is none.
+/// A journal kept in memory; null while there is none.
 [[nodiscard]] std::unique_ptr<dbase::JournalPlace> placeOf(std::optional<Bytes>& journal);
 
-/// Opens a table, walks by every tag, seeks, changes where it may, and walks again. A refusal is an answer.
+/// Opens a table, walks every tag, seeks, changes where allowed, and walks again. A refusal is a valid
+/// answer.
 void useTable(const TableBytes& bytes, bool writable, std::optional<Bytes> journal = {});
 
 } // namespace trial

@@ -1,4 +1,4 @@
-// Any bytes as an answer of the street-directory service, as it comes and as it lies in a file.
+// Any bytes as an answer of the street-directory service, as received and as read back from a file.
 #include <stdexcept>
 
 #include "Trial.h"
@@ -25,7 +25,7 @@ void read(const ambrel::DirectoryDocument& answer) {
 
 } // namespace
 
-/// The first byte chooses between text and file, and whether it is filed.
+/// The first byte chooses between text and file, and whether the answer is filed.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) {
         return 0;

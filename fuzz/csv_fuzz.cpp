@@ -1,4 +1,4 @@
-// Any bytes as CSV, its values as those of a table's columns.
+// Any bytes as CSV, and its values as those of a table's columns.
 #include "Trial.h"
 #include "loading/csv.h"
 #include "loading/row_conversion.h"
@@ -7,7 +7,7 @@ namespace {
 
 using Records = std::vector<std::vector<std::string>>;
 
-/// What is read, and the error behind it.
+/// The records read, and the error that follows them.
 struct Reading {
     Records records;
     std::string error;
@@ -60,7 +60,7 @@ void encodeInEachColumn(const std::string& text) {
 
 } // namespace
 
-/// The first byte is the size of the buffer: what is read does not depend on it.
+/// The first byte is the size of the buffer, on which the result must not depend.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) {
         return 0;

@@ -41,7 +41,7 @@ void evaluate(const Expression& expression, const RecordView& record) {
 
 } // namespace
 
-/// The first byte chooses dialect and driver; the text ends at the first line feed, what follows is the
+/// The first byte chooses dialect and driver; the text ends at the first line feed, and the rest is the
 /// record.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) {

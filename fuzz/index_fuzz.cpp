@@ -1,4 +1,4 @@
-// A sound table whose index, or some of whose records, somebody has spoilt: used and checked.
+// A sound table with a corrupted index, or some corrupted records: used and checked.
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -11,13 +11,13 @@
 
 namespace {
 
-/// One leaf a tag, two levels, three levels.
+/// One leaf per tag, two levels, three levels.
 const trial::TableBytes& soundOne(unsigned which) {
     static const std::array tables{trial::soundTable(3), trial::soundTable(12), trial::soundTable(50)};
     return tables.at(which % tables.size());
 }
 
-/// Reads patches one behind the other: the place in two bytes, the number of bytes in one, the bytes.
+/// Reads patches one after the other: the place in two bytes, the number of bytes in one, the bytes.
 void patch(trial::Bytes& bytes, const std::uint8_t*& data, const std::uint8_t* end) {
     const std::size_t place = data[0] | std::size_t{data[1]} << 8;
     const std::size_t count = std::min<std::size_t>(
@@ -26,7 +26,7 @@ void patch(trial::Bytes& bytes, const std::uint8_t*& data, const std::uint8_t* e
     data += 3 + count;
 }
 
-/// A folder of the disk that goes at the end of the program.
+/// A folder on the disk, removed at the end of the program.
 class Folder {
 public:
     Folder() : path_((std::filesystem::temp_directory_path() / "index_fuzz.XXXXXX").string()) {
@@ -45,7 +45,7 @@ private:
     std::string path_;
 };
 
-/// The full check reads files of the disk.
+/// The full check reads files on the disk.
 void check(const trial::TableBytes& bytes) {
     static const Folder folder;
     const auto write = [](const char* name, const trial::Bytes& content) {
@@ -59,7 +59,7 @@ void check(const trial::TableBytes& bytes) {
 
 } // namespace
 
-/// The first byte chooses the table, whether it may be written, and the full check.
+/// The first byte chooses the table, whether it is writable, and whether to run the full check.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) {
         return 0;

@@ -1,4 +1,4 @@
-// A sound table beside whose files lies a journal that somebody forged: used after a start of the machine.
+// A sound table with a forged journal beside its files, used after a restart of the machine.
 #include <algorithm>
 
 #include "Trial.h"
@@ -13,7 +13,7 @@ constexpr const char* thisStart = "este arranque";
 constexpr const char* otherStart = "otro arranque";
 constexpr std::size_t recordLength = 107; // of the sound table
 
-/// Takes numbers and bytes off the input; zeros behind its end.
+/// Takes numbers and bytes from the input; zeros after its end.
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size) : data_(data), end_(data + size) {}
@@ -45,7 +45,7 @@ trial::Bytes forgedImages(Input& input, std::uint32_t rows, bool isWhole) {
     return bytes;
 }
 
-/// An entry whose rows, numbers and images need not fit together.
+/// An entry whose rows, numbers and images need not match.
 JournalEntry forgedEntry(Input& input) {
     JournalEntry entry{.counter = input.number(1), .runs = {}};
     for (std::uint32_t runs = input.number(1) % 4; runs > 0; --runs) {
@@ -76,7 +76,7 @@ void forge(std::optional<trial::Bytes>& journal, const trial::TableBytes& table,
 
 } // namespace
 
-/// The first byte says whether the bytes that follow are the journal, or what its entries hold.
+/// The first byte says whether the bytes after it are the journal, or the contents of its entries.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) {
         return 0;

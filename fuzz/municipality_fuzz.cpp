@@ -1,4 +1,4 @@
-// Any bytes as a municipality's file, and as the texts that its readers take apart.
+// Any bytes as a municipality's file, and as the texts that its readers split.
 #include "Trial.h"
 #include "data/TableDefinitions.h"
 #include "import/MunicipalityFile.h"

@@ -1,9 +1,9 @@
-// Any bytes as a table with its index: opened, walked by every tag, sought in, changed.
+// Any bytes as a table with its index: opened, walked by every tag, searched, changed.
 #include <algorithm>
 
 #include "Trial.h"
 
-/// The first two bytes say how long the .DBF is; the rest is the .MDX.
+/// The first two bytes give the length of the .DBF; the rest is the .MDX.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size < 2) {
         return 0;

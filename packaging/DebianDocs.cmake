@@ -1,4 +1,4 @@
-# What Debian wants in each package's folder of documents, and manual pages compressed as it has them.
+# The files that Debian requires in each package's folder of documents, and manual pages compressed its way.
 find_program(GZIP_PROGRAM gzip REQUIRED)
 
 configure_file(debian/changelog.in "${CMAKE_CURRENT_BINARY_DIR}/changelog.Debian" @ONLY)

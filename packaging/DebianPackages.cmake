@@ -1,4 +1,4 @@
-# CPack makes three Debian packages: the library, what is needed to build a host with it, and the programs.
+# CPack makes three Debian packages: the library, the files for building a host with it, and the programs.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ambrel-codigos-postales)
 set(CPACK_PACKAGE_VENDOR "Ambrel")
@@ -16,7 +16,7 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE ${debian_revision})
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Programs are searched for the library in the build tree: no installed package tells of it yet.
+# The library that programs need is searched for in the build tree, as no installed package provides it yet.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")

@@ -26,7 +26,7 @@ void loadSample(const std::string& name, const std::string& tableFile) {
     }
 }
 
-/// A municipality file as programs of other systems write it: Windows-1252, lines ended by CR LF.
+/// A municipality file as programs on other systems write it: Windows-1252, lines ended by CR LF.
 std::string asMunicipalityFile(std::string_view utf8) {
     const std::string lines = dbase::CodePage::windows1252().fromUtf8(utf8).value();
     std::string text;

@@ -6,7 +6,7 @@
 
 namespace ambrel {
 
-/// UTF-8, its name too.
+/// UTF-8, including its name.
 struct SampleFile {
     std::string_view name;
     std::span<const unsigned char> bytes;
@@ -18,7 +18,7 @@ struct SampleFile {
 
 /// The tables: "MUNICIPI.csv" and so on.
 [[nodiscard]] std::span<const SampleFile> tableFiles();
-/// What the folder POSTALES holds, each with its folder: "LA RIOJA/ALFARO.xml".
+/// The contents of the folder POSTALES, each with its folder: "LA RIOJA/ALFARO.xml".
 [[nodiscard]] std::span<const SampleFile> postalesFiles();
 
 } // namespace ambrel
