@@ -188,7 +188,7 @@ ResolvedAddress resolveAddress(const std::string& database, const TypedAddress& 
 
 ResolvedAddress resolveAddressUtf8(const std::string& database, const TypedAddress& typed) {
     const dbase::CodePage& page = dbase::CodePage::windows1252();
-    // A text that no name equals; an empty one would drop a condition.
+    // No name equals "?"; an empty text would drop a condition.
     const auto bytes = [&](const std::string& utf8) { return page.fromUtf8(utf8).value_or("?"); };
     auto result =
         resolveAddress(database, typed.as<std::string>(bytes)).as<std::string>([&](const auto& text) {

@@ -73,7 +73,7 @@ struct ResolvedAddressOf {
     /// Whether everything typed is known and consistent: the street belongs to the municipality, and the
     /// postal code to the number.
     [[nodiscard]] bool isSettled() const { return unsettled.empty(); }
-    /// Whether it is settled under the very names that were typed. Programs that resolve many addresses
+    /// Whether it is settled under exactly the names that were typed. Programs that resolve many addresses
     /// unattended should accept no others.
     [[nodiscard]] bool isExact() const {
         return isSettled() && std::ranges::count(completed, AddressPart::Municipality) == 0 &&

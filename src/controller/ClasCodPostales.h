@@ -79,9 +79,9 @@ public:
                               const QString& type);
     /// For a validated street, goes to the row of the given type. For an unknown one, offers to add it,
     /// stored with the postal code `newPostalCode` and then shown on its card (accepting the card replaces an
-    /// empty code by the municipality's first one), and, with `ask`, to choose one from the list. Writes the
-    /// postal code of the street known in the end into the host's field, which may be null and whose dataset
-    /// must be in edit. `unused` is part of the event's signature.
+    /// empty code with the municipality's first one), and, with `ask`, to choose one from the list. Writes
+    /// the postal code of the street known in the end into the host's field, which may be null and whose
+    /// dataset must be in edit. `unused` is part of the event's signature.
     void ExitDireccionPostal(QLineEdit* sender, dbase::Field* postalCodeField, dbase::Field* unused, bool ask,
                              const QString& newPostalCode, const QString& type);
     /// What happened to the street last left.

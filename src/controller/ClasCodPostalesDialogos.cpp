@@ -66,8 +66,8 @@ void TClassCodPostales::MuestraFichaVia(TOperacion operation, const QString& mun
     ambrel::ModalDialog<TFFichaVia> card(Padre, *this, operation,
                                          fromWindows1252(DM->tbMunicipiCOD_INE.view()), municipality);
     card.show();
-    // A row that could not be stored, as the user was informed, is abandoned: it would pass for the current
-    // street, and a changed one would keep its lock.
+    // The user knows of a row that could not be stored. Kept, it would pass for the current street, and a
+    // changed one would keep its lock.
     if (isCardsOwn) {
         DM->tbPostal.cancel();
     }

@@ -22,7 +22,7 @@ struct InePassCount {
 };
 
 /// Gives each street the first municipality with its postal code that is not a minor entity; if there are
-/// only minor entities, a street without a code gets the one that bears its name. Streets for which nothing
+/// only minor entities, a street without a code gets the one with its name. Streets for which nothing
 /// is found, and those held by another user, stay as they are. Opens POSTAL and MUNICIPI of a database for
 /// the duration of the pass, and waits for the disk once, at the end, if Config.AsegurarEnDisco requires it.
 /// Errors: dbase::Error for tables that cannot be opened or written.

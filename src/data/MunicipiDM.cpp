@@ -31,8 +31,8 @@ void TDMMunicipi::calculateProvinceName() {
     if (!tbMunicipiMJ.autoCalculates()) {
         return;
     }
-    // Deliberate: the text of PROVCOD is sought as it is, among codes of three characters; the name is that
-    // of the next record after it or, failing that, the last province.
+    // Deliberate: the text of PROVCOD is sought as it is, among codes of three characters; the first record
+    // at or after it, or else the last province, gives the name.
     static_cast<void>(TBBusca(tbProvinAux, {{"CODIGO", tbMunicipiMJPROVCOD.text()}}, nearestSearch));
     tbMunicipiMJNOMBREPROV.setText(tbProvinAuxPROVINCIA.text());
 }

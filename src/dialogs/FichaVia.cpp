@@ -257,7 +257,7 @@ void TFFichaVia::SoloLectura() {
         box->setEnabled(false);
         makeLegible(*box);
         for (QWidget* const control :
-             box->findChildren<QWidget*>()) { // a host's style sheet blocks inheritance from the box
+             box->findChildren<QWidget*>()) { // a host's style sheet keeps them from inheriting the box's
             makeLegible(*control);
         }
     }

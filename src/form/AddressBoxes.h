@@ -20,7 +20,7 @@ class RecordBinding;
 
 /// Makes edit boxes of a host's form an address: typing rules, completion, handling of entering and leaving,
 /// F4 and list buttons, questions about unknown texts, and the boxes' Tags. The host connects nothing else to
-/// their keys and focus. A text changes only when the user types or chooses, or to the spelling in the
+/// their keys and focus. A text changes only by the user's typing or choice, or to the spelling in the
 /// tables; the postal code also follows street and number. Nothing is looked up again unless it has changed.
 ///
 /// Tag of the municipality's box: its INE code; of the street's: `CODIGO1` as a number; of the others: 1. 0

@@ -1,4 +1,4 @@
-// How reliable each box of an address is, and why not.
+// The state of each box of an address, and its reason.
 #include <QLineEdit>
 #include <algorithm>
 

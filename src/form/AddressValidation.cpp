@@ -59,7 +59,7 @@ void AddressValidation::write(Box box, const QString& text) {
     }
     const QScopedValueRollback writing(isWriting_, true);
     edit->setText(text);
-    seen_[index(box)] = edit->text(); // a row locked by another user restores it
+    seen_[index(box)] = edit->text(); // a row locked by another user restores its text
 }
 
 void AddressValidation::show(Box box, const QString& text) {

@@ -9,7 +9,7 @@
 
 namespace loading {
 
-/// Tables exist already and may not be replaced.
+/// Thrown if tables exist already and may not be replaced.
 class TablesExist : public Failure {
 public:
     using Failure::Failure;

@@ -57,7 +57,7 @@ AMBREL_EXPORT QString Tipo_Via2(QString& name, const QString& abbreviation);
 [[nodiscard]] AMBREL_EXPORT bool IMunicipiosMJ(QWidget* owner, QString& provinceCode, QString& name,
                                                QString& provinceName, const QString& caption);
 
-/// Resolves the name of exactly one municipality without asking, with its first postal code; shows the list
+/// Resolves a name that only one municipality has, without asking, with its first postal code; shows the list
 /// for any other. Deliberate: without an answer the arguments keep the first of several municipalities.
 [[nodiscard]] AMBREL_EXPORT bool IBuscaMunicipio(QString& name, QString& codIne, QString& postalCode,
                                                  QString& capital, const QString& caption);

@@ -28,7 +28,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    /// A mouse press in a window that no control has received yet.
+    /// A mouse press in a window, not yet received by a control.
     struct Press {
         QPointer<QWindow> window;
         bool isInterrupted = false; // by a modal window

@@ -35,8 +35,8 @@ public:
     /// Whether minor population entities are shown.
     bool EntidadesMenores = false;
 
-    /// Whether an accepted street survives a power cut from that moment on, at the price of a wait for the
-    /// disk. Otherwise the last streets before the cut may be missing; the tables are sound either way.
+    /// Whether an accepted street is safe from a power cut at once, at the price of a wait for the disk.
+    /// Otherwise the last streets before the cut may be missing; the tables are sound either way.
     bool AsegurarEnDisco = true;
     /// The same setting as the durability to post with.
     [[nodiscard]] dbase::Durability durability() const {

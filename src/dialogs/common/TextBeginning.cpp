@@ -17,7 +17,7 @@ bool isLeft(const QFocusEvent& event) {
 
 TextBeginning::TextBeginning(QLineEdit* box) : QObject(box), box_(*box) {
     box->setCursorPosition(0);
-    // A combo passes its box's focus events on without involving event filters.
+    // A combo passes focus events on to its box without going through the box's event filters.
     (box->focusProxy() ? box->focusProxy() : box)->installEventFilter(this);
     connect(box, &QLineEdit::textChanged, this, [box] {
         if (!box->hasFocus()) {
