@@ -35,7 +35,7 @@ struct StreetTypeRow {
     std::string codigo, nombre, nombreCat = {};
 };
 
-/// All five tables exist, empty, and the configuration is a fresh one.
+/// All five tables exist, empty, with a fresh configuration.
 class PostalTables : public ambrel::test::TableTest {
 protected:
     PostalTables();
@@ -45,10 +45,10 @@ protected:
     void addStreets(const std::vector<StreetRow>& rows);
     void addProvinces(const std::vector<ProvinceRow>& rows);
     void addStreetTypes(const std::vector<StreetTypeRow>& rows);
-    /// PROVCOD and POBLLITE.
+    /// Rows of PROVCOD and POBLLITE.
     void addAlternativeMunicipalities(const std::vector<std::pair<std::string, std::string>>& rows);
 
-    /// Goes to the row of POSTAL with this key, in whatever order; fails the test when there is none.
+    /// Goes to the row of POSTAL with this key, in any order; fails the test when there is none.
     static void goToStreet(dbase::Dataset& streets, const std::string& codigo1);
 };
 

@@ -1,4 +1,4 @@
-// The layouts of the five tables, and that tables made from them hold what they have to.
+// The layouts of the five tables, and the values that tables made from them must hold.
 #include "data/TableDefinitions.h"
 
 #include "data/PostalTables.h"

@@ -1,4 +1,4 @@
-// Tables opened and reordered for a block, and as they were found afterwards.
+// Tables opened and reordered for a block, and restored afterwards.
 #include "data/TableScope.h"
 
 #include <stdexcept>

@@ -1,4 +1,4 @@
-// Reading and writing CSV.
+// Reads and writes CSV.
 #include "loading/csv.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The five tables created together, or none of them.
+// The five tables are created together, or none of them.
 #include "loading/new_tables.h"
 
 #include "support/TableTest.h"

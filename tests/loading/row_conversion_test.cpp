@@ -18,7 +18,7 @@ Column number(std::uint16_t width, std::uint8_t decimals = 0) {
 const Column logical{.name = "L", .type = ColumnType::Logical, .width = 1};
 const Column date{.name = "D", .type = ColumnType::Date, .width = 8};
 
-/// The bytes that a text becomes, or "!" and why it cannot.
+/// The bytes of a converted text, or "!" and why it cannot be converted.
 std::string encoded(std::string_view text, const Column& column,
                     const dbase::CodePage& page = dbase::CodePage::windows1252(),
                     Integers integers = Integers::AnyThatFits) {

@@ -13,7 +13,7 @@ namespace {
 
 using std::string_view_literals::operator""sv;
 
-/// All of a text, which its source gives in pieces of this size.
+/// Reads a whole text, which its source delivers in pieces of this size.
 std::string read(std::string_view bytes, TextEncoding encoding, std::size_t pieceSize = 1 << 16) {
     const TextSource inPieces = [bytes, pieceSize](std::span<char> room) mutable {
         const std::size_t size = std::min({room.size(), bytes.size(), pieceSize});
@@ -67,7 +67,7 @@ TEST(TextEncoding, PiecesOfAnySizeGiveTheSameText) {
 }
 
 TEST(TextEncoding, Utf8StaysAsItIs) {
-    EXPECT_EQ(read("Ñ\xFF", TextEncoding::Utf8), "Ñ\xFF"); // whose value it is says so
+    EXPECT_EQ(read("Ñ\xFF", TextEncoding::Utf8), "Ñ\xFF"); // the code that reads the value reports it
 }
 
 TEST(TextEncoding, MarkOfAnotherEncodingIsSaid) {

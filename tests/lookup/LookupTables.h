@@ -1,5 +1,5 @@
-// Test fixture of the lookups: the postal tables, scripted boxes and dialogs, and what every routine leaves
-// behind.
+// Test fixture of the lookups: the postal tables, scripted boxes and dialogs, and the state that every
+// routine must leave.
 #pragma once
 
 #include <QDialog>

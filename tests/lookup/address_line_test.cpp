@@ -64,7 +64,7 @@ TEST(AddressLine, WidthPadsOrCutsToExactlyThatManyCharacters) {
     EXPECT_EQ(addressLine(columns("", "", "", ""), 3), "   ");
 }
 
-/// A host's own table, on its one record.
+/// A host's own table, on its only record.
 class HostAddress : public LookupTables {
 protected:
     void SetUp() override {

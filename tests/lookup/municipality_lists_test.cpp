@@ -1,4 +1,4 @@
-// Municipalities from the lists that always come.
+// Municipalities from the lists that are always shown.
 #include <QLineEdit>
 
 #include "data/MunicipiDM.h"
@@ -32,7 +32,7 @@ protected:
     void expectUntouched() {
         EXPECT_EQ(QStringList({codIne, postalCode, name, provinceName, provinceCode, number}), before);
     }
-    /// What the list stands on when it comes.
+    /// Expects the list, on this municipality.
     void expectListAt(const std::string& municipality, const std::function<void(QDialog&)>& act) {
         dialogs.expect("TFMunicipiLista", [=](QDialog& list) {
             EXPECT_EQ(DMMunicipi->tbMunicipiNOMBRE.text(), ansi(municipality));

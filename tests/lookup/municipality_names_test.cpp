@@ -1,4 +1,4 @@
-// Municipalities by name: settled silently where only one has it, from the list otherwise.
+// Municipalities by name: without a list where only one has it, from the list otherwise.
 #include <QLineEdit>
 #include <QTest>
 
@@ -14,7 +14,7 @@ namespace {
 using namespace lookup_tests;
 using ambrel::test::ansi;
 
-/// Names that a table shows under its range and filter, in its order; the position stays.
+/// The names that a table shows under its range and filter, in its order; the position stays.
 std::vector<std::string> shownNames(dbase::Dataset& table, const dbase::Field& column) {
     const dbase::Bookmark here = table.bookmark();
     std::vector<std::string> names;
@@ -240,7 +240,7 @@ TEST_F(AlternativeByName, WhoeverLeavesTheListKeepsTheFirstOfSeveral) {
     EXPECT_EQ(outputs(), QStringList({"MEDINA", "28", "010"}));
 }
 
-// Deliberate: the step to the next record does not look whether there was one.
+// Deliberate: the step to the next record does not check whether there was one.
 TEST_F(AlternativeByName, LastNameInTheOrderCountsAsSharedByAnother) {
     expectList(all, escape);
     EXPECT_FALSE(search("ULTIMA", "99"));

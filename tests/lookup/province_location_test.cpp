@@ -12,7 +12,7 @@ using namespace lookup_tests;
 
 class ProvinceLocation : public LookupTables {
 protected:
-    /// A cursor that stands on a municipality, in the order of names.
+    /// Moves the cursor to a municipality, in the order of names.
     void standOn(const char* name) {
         cursor.setTag("NOMBRE");
         cursor.open();

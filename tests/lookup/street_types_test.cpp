@@ -36,7 +36,7 @@ protected:
     void expectFailure() {
         messages.expect(QStringLiteral("No se puede buscar en la lista de vías"), QStringLiteral("Error"));
     }
-    /// The list comes, and a type is taken from it.
+    /// Expects the list, and chooses a type from it.
     void pick(const QString& abbreviation) {
         dialogs.expect("TFTipoViasLista", [=](QDialog& list) {
             EXPECT_NE(DMVias, nullptr) << "the list browses the module in the global";

@@ -26,7 +26,7 @@ protected:
         }
     }
 
-    /// Loads a file with this content; the text of the error, or empty.
+    /// Loads a file with this content. Returns the text of the error, or empty.
     std::string load(const std::string& content) {
         try {
             config.loadIni(folder.write("ambrel.ini", content));
@@ -138,7 +138,7 @@ TEST_F(Configuration, IniFileFillsEverything) {
     EXPECT_FALSE(config.AsegurarEnDisco);
 }
 
-/// The file that a comment of a header shows, indented by four blanks behind its text.
+/// The file in a comment of a header, indented by four blanks.
 std::string exampleOf(const std::string& header) {
     std::ifstream file(header);
     std::string example;

@@ -1,4 +1,4 @@
-// Reading the start of a file.
+// Reads the start of a file.
 #include "services/FileStart.h"
 
 #include <gtest/gtest.h>

@@ -29,7 +29,7 @@ using ambrel::test::showActive;
 
 using Log = std::vector<std::string>;
 
-/// A window with two watched boxes, a watched combo and a button that nobody watches.
+/// A window with two watched boxes, a watched combo and an unwatched button.
 class Focus : public ::testing::Test {
 protected:
     Focus() {
@@ -52,7 +52,7 @@ protected:
             [this, name] { log.push_back("-" + name); });
     }
 
-    /// Shows the window and forgets what that told.
+    /// Shows the window and forgets the events of that.
     void show() {
         showActive(*window);
         first->setFocus();
@@ -298,7 +298,7 @@ protected:
     void press(QWidget* control) const { mouse(&QTest::mousePress, control, control->rect().center()); }
     void release(QWidget* control) const { mouse(&QTest::mouseRelease, control, control->rect().center()); }
 
-    /// What the user does with the question: lets the mouse button go, and clicks the answer.
+    /// What the user does with the question: releases the mouse button, and clicks the answer.
     std::function<void(QPushButton&)> answer = [this](QPushButton& yes) {
         release(button);
         press(&yes);

@@ -82,7 +82,7 @@ TEST_F(KeyUps, OfAutoRepeatAreNotTold) {
 }
 
 TEST_F(KeyUps, ThatAHandlerUsedAreSwallowed) {
-    auto* const button = new QPushButton(&window); // passes what it does not know to its parent
+    auto* const button = new QPushButton(&window); // passes unknown keys to its parent
     button->show();
     KeyUpEvents::watch(&window, record());
     KeyUpEvents::watch(button, [](std::uint16_t& key, Qt::KeyboardModifiers) {
@@ -172,7 +172,7 @@ TEST_F(KeyUps, KnowAKeyThatChangesItsNameWhenShiftGoesUpFirst) {
     QKeyEvent release(QEvent::KeyRelease, Qt::Key_2, Qt::NoModifier, scanCode, 0, 0, "2");
     QApplication::sendEvent(box, &press);
     QApplication::sendEvent(box, &release);
-    EXPECT_EQ(keys, std::vector<std::uint16_t>{0}); // what was typed has no code
+    EXPECT_EQ(keys, std::vector<std::uint16_t>{0}); // the typed character has no code
 }
 
 TEST_F(KeyUps, OfAShortcutsLetterAreNotTold) {
@@ -184,12 +184,12 @@ TEST_F(KeyUps, OfAShortcutsLetterAreNotTold) {
     QTest::keyPress(box, Qt::Key_M, Qt::AltModifier);
     QTest::keyRelease(box, Qt::Key_M, Qt::AltModifier);
     ASSERT_TRUE(QTest::qWaitFor([&] { return isClicked; }));
-    EXPECT_EQ(keys, std::vector<std::uint16_t>{0}); // of Alt alone
+    EXPECT_EQ(keys, std::vector<std::uint16_t>{0}); // for Alt alone
 }
 
 TEST_F(KeyUps, OfALetterThatAnInputMethodComposedIsTold) {
     KeyUpEvents::watch(box, record());
-    // A dead key's press stays with the input method.
+    // The press of a dead key goes to the input method alone.
     QKeyEvent deadKey(QEvent::KeyRelease, Qt::Key_Dead_Acute, Qt::NoModifier);
     QApplication::sendEvent(box, &deadKey);
     QInputMethodEvent composed;

@@ -1,4 +1,4 @@
-// What the message routines ask for.
+// The boxes that the message routines ask for.
 #include "services/Mensaje.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ using ambrel::MessageBox;
 using ambrel::MessageKind;
 using ambrel::test::ScriptedMessages;
 
-/// The one box that came.
+/// The only box that came.
 const MessageBox& only(const ScriptedMessages& messages) {
     EXPECT_EQ(messages.shown().size(), 1U);
     return messages.shown().front();

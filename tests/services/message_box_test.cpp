@@ -21,7 +21,7 @@ using ambrel::MessageBox;
 using ambrel::MessageKind;
 using ambrel::showMessageBox;
 
-/// Shows a box and, once it is there, lets `act` look at it and end it.
+/// Shows a box and, once it is there, lets `act` check it and close it.
 MessageAnswer show(const MessageBox& box, const std::function<void(QMessageBox&)>& act) {
     QTimer::singleShot(0, [&act] {
         auto* const shown = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());

@@ -15,7 +15,7 @@ constexpr std::array kinds{MessageKind::Error, MessageKind::Information, Message
                            MessageKind::Question};
 constexpr int size = 32;
 
-/// Squares of 2 x 2 pixels that are not of one colour: a picture that was only enlarged has none.
+/// Number of squares of 2 x 2 pixels with more than one colour: a picture that was only enlarged has none.
 int fineSquares(const QImage& image) {
     int count = 0;
     for (int y = 0; y + 1 < image.height(); y += 2) {

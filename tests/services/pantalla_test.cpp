@@ -23,7 +23,7 @@ QString textOf(const ProgressWindow& window) {
     return label ? label->text() : QString();
 }
 
-/// Counts how often it is painted.
+/// Counts the paint events.
 class PaintCounter : public QObject {
 public:
     explicit PaintCounter(QObject* watched) { watched->installEventFilter(this); }

@@ -46,7 +46,7 @@ protected:
         }
     }
 
-    /// Names found, without the folder that each of them must have in front.
+    /// The names found, without the folder that must precede each of them.
     [[nodiscard]] std::vector<std::string> find(const std::string& mask,
                                                 int attributes = file_attribute::any) const {
         std::vector<std::string> list{"what was there before"};

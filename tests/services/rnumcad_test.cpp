@@ -85,7 +85,7 @@ TEST(WithoutBlanks, TakesThemOffBothEndsOnly) {
     EXPECT_EQ(ambrel::withoutBlanks("\tA\xA0"), "\tA\xA0") << "only blanks count";
 }
 
-/// Those of a text's characters that count, in Windows-1252.
+/// The characters of a text that count, in Windows-1252.
 std::string alphanumericsOf(const std::string& utf8) {
     std::string found = ansi(utf8);
     std::erase_if(found, [](char c) { return !isAlphanumeric(static_cast<unsigned char>(c)); });

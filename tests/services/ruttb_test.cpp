@@ -200,7 +200,7 @@ TEST_F(Ruttb, CreaTablaRaisesForATableThatIsNotThere) {
 
 class RuttbDiskWaits : public Ruttb {
 protected:
-    RuttbDiskWaits() { addTown(); } // the first change of a table waits for more
+    RuttbDiskWaits() { addTown(); } // the first change of a table waits more often
     ~RuttbDiskWaits() override { Config.AsegurarEnDisco = true; }
 
     void addTown() {
@@ -239,7 +239,7 @@ TEST_F(RuttbDiskWaits, WhatOnePostAskedForIsNothingToTheNext) {
         other.post();
     };
     addTown();
-    rename(); // what TBPost kept in the journal goes to its place first
+    rename(); // the engine first puts TBPost's journal entry in its place
     EXPECT_EQ(waitsFor([&] {
                   rename();
                   other.append();
@@ -258,7 +258,7 @@ TEST_F(RuttbDiskWaits, WhatOnePostAskedForIsNothingToTheNext) {
 
 // --- After a power cut
 
-/// The table as a power cut leaves it when the disk has got nothing but what was waited for.
+/// The table after a power cut, when the disk has only what was waited for.
 class RuttbPowerCut : public Ruttb {
 protected:
     ~RuttbPowerCut() override {

@@ -1,4 +1,4 @@
-// The converter between Windows-1252 and QString.
+// Conversion between Windows-1252 and QString.
 #include "services/Text.h"
 
 #include <gtest/gtest.h>

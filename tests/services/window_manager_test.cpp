@@ -1,4 +1,4 @@
-// What only a real X server with a window manager shows: who has the keyboard, and what is on the screen.
+// What only a real X server with a window manager shows: keyboard focus, and the contents of the screen.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -32,7 +32,7 @@ protected:
         ambrel::test::showActive(window);
     }
 
-    /// Whether the screen shows all of a window as it draws itself.
+    /// True if the screen shows all of a window as it draws itself.
     static bool isOnScreen(QWidget& shown) {
         const QRect place(shown.mapToGlobal(QPoint()), shown.size());
         QScreen& screen = *shown.screen();
@@ -46,7 +46,7 @@ protected:
 };
 
 TEST_F(UnderAWindowManager, TheKeyboardIsBackAfterADialogThatClosesTogetherWithItsQuestion) {
-    constexpr int often = 20; // a window manager that loses it does so half of the times
+    constexpr int often = 20; // a faulty window manager loses it half of the time
     for (int time = 0; time < often; ++time) {
         QDialog card(&window);
         QTimer::singleShot(0, &card, [&card] {

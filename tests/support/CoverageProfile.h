@@ -1,15 +1,15 @@
-// What a forked process has to do before it ends without its exit handlers, so that scripts/coverage sees
+// What a forked process must do before it ends without its exit handlers, so that scripts/coverage counts
 // its work.
 #pragma once
 
 #include <sys/resource.h>
 
-/// Of the compiler's coverage runtime; absent in every other build.
+/// From the compiler's coverage runtime; absent in every other build.
 extern "C" int __llvm_profile_write_file() __attribute__((weak));
 
 namespace ambrel::test {
 
-/// Writes nothing where the process may only write short files: half a profile would spoil all.
+/// Writes nothing where the process may only write short files: half a profile would spoil them all.
 inline void keepCoverage() {
     if (&__llvm_profile_write_file == nullptr) {
         return;

@@ -1,11 +1,11 @@
-// What a dataset on a table ought to show: the rules of moving, seeking and filtering in their plainest form.
+// What a dataset on a table should show: the rules of moving, seeking and filtering in their plainest form.
 #pragma once
 
 #include "support/TableModel.h"
 
 namespace ambrel::test {
 
-/// Shows rows of a TableModel, which has to outlive it.
+/// Shows rows of a TableModel, which must outlive it.
 class CursorModel {
 public:
     using Filter = std::function<bool(const ModelRow&)>;
@@ -91,7 +91,7 @@ public:
         }
         return isVisible;
     }
-    /// The same record, the next one when it is gone, else the last.
+    /// Moves to the same record, to the next one when it is gone, else to the last.
     void reposition() {
         if (record != 0 && goTo(record)) {
             return;
@@ -126,7 +126,7 @@ private:
         const Place place = entries().find(order_->entryOf(number, table_->row(number)));
         return place != entries().end() && isInRange(place->key) && shows(place);
     }
-    /// The first record shown from a place on, within the range; 0 for none.
+    /// The first shown record from a place on, within the range; 0 for none.
     [[nodiscard]] RecordNumber firstFrom(Place place) const {
         for (; place != entries().end() && isInRange(place->key); ++place) {
             if (shows(place)) {
@@ -147,7 +147,7 @@ private:
         }
         return 0;
     }
-    /// The record shown behind (before) the place of the row shown; 0 for none.
+    /// The record shown after (before) the current one; 0 for none.
     [[nodiscard]] RecordNumber neighbour(bool isForward) const {
         if (record == 0) {
             return isForward ? firstFrom(begin()) : lastBefore(end());

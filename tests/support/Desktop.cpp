@@ -8,7 +8,7 @@ namespace {
 
 constexpr int patience = 20'000; // milliseconds
 
-/// The first line that a program that was just started writes; empty when it does not.
+/// The first line that a newly started program writes; empty when it writes none.
 QByteArray firstLine(QProcess& program) {
     while (!program.canReadLine()) {
         if (!program.waitForReadyRead(patience)) {

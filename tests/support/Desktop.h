@@ -5,10 +5,10 @@
 
 namespace ambrel::test {
 
-/// Runs for as long as it lives. Needs the programs Xvfb and openbox.
+/// Runs as long as the object exists. Needs the programs Xvfb and openbox.
 class Desktop {
 public:
-    /// Starts it and makes it the display of the application that is created next.
+    /// Starts the desktop and makes it the display of the application that is created next.
     Desktop();
     ~Desktop();
 

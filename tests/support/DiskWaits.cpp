@@ -7,7 +7,7 @@ namespace {
 int waits = 0;
 }
 
-/// Stands before the system's routine, for a shared library as well.
+/// Replaces the system's routine, for a shared library as well.
 extern "C" [[gnu::visibility("default")]] int fdatasync(int file) {
     ++waits;
     return static_cast<int>(syscall(SYS_fdatasync, file));

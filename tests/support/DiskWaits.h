@@ -3,7 +3,7 @@
 
 namespace ambrel::test {
 
-/// So far. A program that asks counts each fdatasync(), the shared library's too.
+/// The number so far. Calling it makes the program count each fdatasync(), the shared library's too.
 [[nodiscard]] int diskWaits();
 
 } // namespace ambrel::test

@@ -1,4 +1,4 @@
-// A disk that is full for whatever would make a file too large.
+// A disk that is full for any write that would make a file too large.
 #pragma once
 
 #include <csignal>
@@ -8,7 +8,7 @@
 
 namespace ambrel::test {
 
-/// While it lives, no file of this process grows beyond a size; what would is refused as by a full disk.
+/// While it exists, no file of this process grows beyond a size; larger writes fail as on a full disk.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(rlim_t bytes) {

@@ -7,7 +7,7 @@
 
 namespace ambrel::test {
 
-/// Another patience while it lives, and the one before afterwards.
+/// Sets another patience and restores the previous one when destroyed.
 class LockPatience {
 public:
     explicit LockPatience(std::chrono::milliseconds patience) { dbase::setLockPatience(patience); }

@@ -1,4 +1,4 @@
-// How much a test of endurance does: a size for every run, and the one of scripts/resistance.
+// The two sizes of an endurance test: one for every run, and one for scripts/resistance.
 #pragma once
 
 #include <cstdlib>

@@ -44,7 +44,7 @@ void ModalScript::play(QDialog& dialog) {
     }
     const Step step = std::move(expected_.front().step);
     expected_.pop_front();
-    // The widget knows; the window behind it counts as active already when its parent's is.
+    // Asks the widget, because its window handle already counts as active when its parent's is.
     if (!QTest::qWaitFor([&dialog] { return dialog.isActiveWindow(); })) {
         ADD_FAILURE() << name << " does not become active.";
     }

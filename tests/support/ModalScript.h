@@ -1,4 +1,4 @@
-// Modal dialogs in tests: what is done with each is given beforehand, in the order in which they come.
+// Modal dialogs in tests: the steps for them are given beforehand, in the order in which the dialogs come.
 #pragma once
 
 #include <QDialog>
@@ -9,9 +9,10 @@
 
 namespace ambrel::test {
 
-/// While it lives, each modal dialog that is shown gets the next step, once it is the active window. A dialog
-/// that no step expects, or of another class, fails the test and is closed, as is one that is still open when
-/// its step is done; a step whose dialog never came fails the test. A step may lead to further dialogs.
+/// While it exists, each modal dialog that is shown gets the next step, once it is the active window. A
+/// dialog that no step expects, or of another class, fails the test and is closed, as is one that is still
+/// open when its step is done; a step whose dialog never came fails the test. A step may open further
+/// dialogs.
 class ModalScript : public QObject {
 public:
     using Step = std::function<void(QDialog& dialog)>;
@@ -35,8 +36,8 @@ private:
     std::deque<Expected> expected_;
 };
 
-/// The child of a dialog with this object name; fails the test (and the caller by an exception) when there is
-/// none or it is of another class.
+/// The child of a dialog with this object name; fails the test (and throws) when there is none or it is of
+/// another class.
 template<class Widget>
 Widget& child(const QObject& dialog, const char* name);
 

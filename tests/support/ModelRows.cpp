@@ -110,7 +110,7 @@ std::pair<dbase::Key, std::string> Chance::key(const ModelTag& tag, const ModelR
         return {{{"DAY", row.day}}, dayOf(row)};
     }
     if (name == "NAME" || name == "NAMEDES" || name == "HALF") {
-        return {{{"NAME", row.name}, {"OTHER", 5}}, nameOf(row)}; // what is not in the tag is left aside
+        return {{{"NAME", row.name}, {"OTHER", 5}}, nameOf(row)}; // a field outside the tag is ignored
     }
     if ((name == "WIDE" || name == "LIVE") && oneIn(2)) {
         return {{{"CODE", row.code}, {"NAME", row.name}}, wideOf(row)};

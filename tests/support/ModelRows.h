@@ -1,4 +1,4 @@
-// The table that tests work on at random, MODELO: its columns and tags, the model's view of them, and random
+// MODELO, the table of the random tests: its columns and tags, the model's view of them, and random
 // rows and keys.
 #pragma once
 
@@ -13,11 +13,11 @@
 
 namespace ambrel::test {
 
-/// What makes one run unlike another.
+/// What distinguishes one run from another.
 struct ModelShape {
     const char* name;
     unsigned blockPages;         // of 512 bytes: one holds four of the widest keys
-    unsigned codes, nameLetters; // how many different ones: few make long runs of equal keys
+    unsigned codes, nameLetters; // number of different ones: few make long runs of equal keys
     bool hasConditions;          // tags with a FOR condition need blocks of two pages
 };
 
@@ -25,9 +25,9 @@ struct ModelShape {
 [[nodiscard]] dbase::TableDefinition modelDefinition(const ModelShape& shape);
 [[nodiscard]] std::vector<ModelTag> modelTags(const ModelShape& shape);
 
-/// A row's values in the order of the columns, as fields tell them.
+/// A row's values in the order of the columns, as fields return them.
 [[nodiscard]] std::vector<std::string> textsOf(const ModelRow& row);
-/// Into the row that is pending.
+/// Sets the fields of the pending row.
 void setFields(dbase::Dataset& table, const ModelRow& row);
 
 struct NamedFilter {
@@ -36,7 +36,7 @@ struct NamedFilter {
 };
 [[nodiscard]] const std::vector<NamedFilter>& modelFilters();
 
-/// What is drawn at random; the same from the same seed.
+/// Draws at random; the same from the same seed.
 class Chance {
 public:
     explicit Chance(unsigned seed) : random_(seed) {}

@@ -1,4 +1,4 @@
-// A dataset and a model of it that do the same random things: every answer is compared.
+// A dataset and a model of it that do the same random operations: every answer is compared.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@
 
 namespace ambrel::test {
 
-/// Works on MODELO of database "DB" and on the model of what is stored there, which other cursors may share.
+/// Works on MODELO of database "DB" and on the model of its contents, which other cursors may share.
 /// A difference between the two fails the test.
 class ModelledCursor {
 public:
@@ -27,13 +27,13 @@ public:
     // --- Changes
     void append();
     void edit();
-    /// Of the edit that is pending.
+    /// Ends the pending edit.
     void finishEdit();
     void erase();
 
     // --- Moves
     void step() { walk(chance_.oneIn(2), 1 + chance_.below(4)); }
-    /// So many steps, or fewer where the rows end.
+    /// Moves this number of steps, or fewer where the rows end.
     void walk(bool isForward, unsigned steps);
     void walkFromMark();
     void goToEnd();

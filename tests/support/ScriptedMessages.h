@@ -10,8 +10,8 @@
 
 namespace ambrel::test {
 
-/// While it lives, message boxes are answered from a queue. A box that is not expected, comes in another
-/// order or has other texts fails the test, as does one that was expected and never came.
+/// While it exists, message boxes are answered from a queue. A box that is not expected, comes in another
+/// order or has other texts fails the test, as does an expected one that never came.
 class ScriptedMessages {
 public:
     ScriptedMessages();
@@ -19,7 +19,7 @@ public:
     ScriptedMessages(const ScriptedMessages&) = delete;
     ScriptedMessages& operator=(const ScriptedMessages&) = delete;
 
-    /// A box without explanatory line.
+    /// A box without an explanatory line.
     void expect(const QString& text, const QString& title, MessageAnswer answer = MessageAnswer::Accept);
     void expect(const QString& text, const QString& line, const QString& title, MessageAnswer answer);
 
@@ -40,7 +40,7 @@ private:
     MessageShower previous_;
 };
 
-/// The boxes that come while something is done, each answered by accepting it: for faults whose words are the
+/// The boxes that come during an action, each answered by accepting it: for faults whose texts are the
 /// engine's own.
 [[nodiscard]] std::vector<MessageBox> boxesDuring(const std::function<void()>& action);
 

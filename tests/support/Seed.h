@@ -1,4 +1,4 @@
-// The seed of a test that works at random.
+// The seed of a random test.
 #pragma once
 
 #include <cstdlib>
@@ -8,8 +8,8 @@
 
 namespace ambrel::test {
 
-/// Another one in every run, and the same throughout it. It is printed; the environment variable AMBREL_SEED
-/// gives it back to repeat the run.
+/// Different in every run, and the same throughout it. It is printed; the environment variable AMBREL_SEED
+/// sets it to repeat the run.
 [[nodiscard]] inline unsigned seedOfThisRun() {
     static const unsigned seed = [] {
         const char* const given = std::getenv("AMBREL_SEED");

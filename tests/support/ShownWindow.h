@@ -5,7 +5,7 @@
 
 namespace ambrel::test {
 
-/// Shows a window and waits until it is the active one; adds a test failure when it does not become so.
+/// Shows a window and waits until it is the active one; adds a test failure when it does not become active.
 void showActive(QWidget& window);
 
 } // namespace ambrel::test

@@ -1,4 +1,4 @@
-// What a table ought to hold, in standard containers: rows in a vector, and every tag as a sorted set of
+// What a table should hold, in standard containers: rows in a vector, and every tag as a sorted set of
 // them.
 #pragma once
 
@@ -30,7 +30,7 @@ struct ModelTag {
     bool isDescending = false, isUnique = false;
     std::function<bool(const ModelRow&)> condition = {};
 
-    /// A shorter key is compared on its own length.
+    /// A shorter key is compared over its own length only.
     [[nodiscard]] int compare(std::string_view a, std::string_view b) const {
         const std::size_t size = std::min(a.size(), b.size());
         const int order = a.substr(0, size).compare(b.substr(0, size));
@@ -45,7 +45,7 @@ public:
         std::string key;
         RecordNumber record;
     };
-    struct Edge { // before (behind) everything with the key
+    struct Edge { // before (after) everything with the key
         std::string_view key;
         bool isBehind;
     };
@@ -67,7 +67,7 @@ public:
     explicit ModelOrder(const ModelTag& tag) : tag_(&tag), entries_(Before{&tag}) {}
 
     [[nodiscard]] const ModelTag& tag() const { return *tag_; }
-    /// With all rows of a unique tag, of which only the first of each key counts: see counts().
+    /// Has all rows of a unique tag, of which only the first of each key counts: see counts().
     [[nodiscard]] const Entries& entries() const { return entries_; }
     [[nodiscard]] bool counts(Place place) const {
         return !tag_->isUnique || place == entries_.begin() || std::prev(place)->key != place->key;
@@ -111,7 +111,7 @@ public:
         return record != 0 && record <= rows_.size() && !row(record).isDeleted;
     }
     [[nodiscard]] const std::vector<ModelOrder>& orders() const { return orders_; }
-    /// Of a tag that there is.
+    /// The tag must exist.
     [[nodiscard]] const ModelOrder& order(std::string_view tag) const {
         return *std::ranges::find_if(orders_,
                                      [&](const ModelOrder& order) { return order.tag().name == tag; });

@@ -10,14 +10,14 @@
 
 namespace ambrel::test {
 
-/// Gives a test a folder that database "DB" stands for. When the test is over, and its own datasets are
+/// Gives a test a folder that database "DB" stands for. After the test, when its own datasets are
 /// closed, every table in the folder goes through the full consistency check.
 class TableTest : public ::testing::Test {
 protected:
     TableTest();
     ~TableTest() override;
 
-    /// As ambrel::test::createTable, in the test's folder.
+    /// Like ambrel::test::createTable, in the test's folder.
     std::string createTable(const dbase::TableDefinition& definition, const std::vector<std::string>& columns,
                             const std::vector<Row>& rows) const;
     std::string createTable(const dbase::TableDefinition& definition, const std::vector<Row>& rows) const;

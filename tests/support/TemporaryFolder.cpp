@@ -9,7 +9,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A test may have taken the write permission away, without which nothing inside can be removed.
+/// A test may have removed the write permission, without which nothing inside can be removed.
 void makeWritable(const fs::path& folder) {
     std::error_code ignored;
     fs::permissions(folder, fs::perms::owner_all, fs::perm_options::add, ignored);
@@ -33,7 +33,7 @@ TemporaryFolder::TemporaryFolder() {
 
 TemporaryFolder::~TemporaryFolder() {
     makeWritable(path_);
-    std::error_code ignored; // what cannot be removed stays for the system to clear away
+    std::error_code ignored; // left for the system to clear away
     fs::remove_all(path_, ignored);
 }
 

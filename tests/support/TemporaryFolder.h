@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-/// Made empty, and removed with all that is in it at the end.
+/// Created empty, and removed with its contents at the end.
 class TemporaryFolder {
 public:
     TemporaryFolder();

@@ -6,7 +6,7 @@
 
 namespace ambrel::test {
 
-/// Presses and releases the key of each letter in a control, accented letters included, which
+/// Presses and releases the key of each letter in a control, including accented letters, which
 /// QTest::keyClicks does not type.
 void typeInto(QWidget& control, const QString& text);
 

@@ -1,4 +1,4 @@
-// Main program of the tests with windows: no screen, and no message box that nobody expects.
+// Main program of the tests with windows: no screen, and no unexpected message boxes.
 #include <gtest/gtest.h>
 
 #include <QApplication>

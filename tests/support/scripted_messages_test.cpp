@@ -1,4 +1,4 @@
-// The queue of expected message boxes finds what does not fit.
+// The queue of expected message boxes reports every mismatch.
 #include "support/ScriptedMessages.h"
 
 #include <gtest/gtest-spi.h>

@@ -1,4 +1,4 @@
-// The tables that tests make from rows written inline.
+// The tables that tests create from rows written inline.
 #include "support/Tables.h"
 
 #include <gtest/gtest-spi.h>
