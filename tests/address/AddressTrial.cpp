@@ -11,7 +11,7 @@ namespace {
 
 using ambrel::test::ansi;
 
-/// The first and the last number of each side that has any.
+/// The first and the last number of each side that has numbers.
 std::vector<int> endsOf(const StreetRow& street) {
     std::vector<int> numbers;
     for (const auto& [first, last] : {street.odd, street.even}) {

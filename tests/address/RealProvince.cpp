@@ -54,7 +54,7 @@ std::vector<KnownAddress> RealProvince::addresses() const {
     return addressesOf(streets_, owners_, municipalities_);
 }
 
-/// One row a postal code, and behind them those of entities with codes of their own.
+/// Reads one row per postal code, followed by those of entities with codes of their own.
 void RealProvince::readMunicipalities() {
     std::map<std::string, int> codes;
     const std::vector<CsvRow> all = rowsOf(folder_ / "codigos_postales.csv");

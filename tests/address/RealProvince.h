@@ -1,5 +1,5 @@
-// Test fixture: the municipalities and streets of one real province. The data are no part of the project: a
-// folder that has them is named by the environment variable AMBREL_REAL_DATA, and without it the tests skip
+// Test fixture: the municipalities and streets of one real province. The data are not part of the project:
+// the environment variable AMBREL_REAL_DATA names a folder that has them, and without it the tests skip
 // themselves.
 #pragma once
 
@@ -19,7 +19,7 @@ protected:
 
     /// Fills MUNICIPI, TIPO_VIA and POSTAL, the last with or without the column that the INE pass fills.
     void load(bool withIneCodes);
-    /// Those at the ends of each stretch.
+    /// The addresses at the ends of each stretch.
     [[nodiscard]] std::vector<KnownAddress> addresses() const;
 
 private:
@@ -30,7 +30,7 @@ private:
     std::vector<MunicipalityRow> municipalities_;
     std::vector<StreetRow> streets_;
     std::vector<std::string> owners_;          // INE code of each street
-    std::map<std::string, std::string> types_; // code of each name of a street type; any two characters do
+    std::map<std::string, std::string> types_; // code of each street type's name; any two characters will do
 };
 
 } // namespace postal_tests

@@ -1,4 +1,4 @@
-// Municipalities by name and the streets that are their own, among neighbours with streets of the same names.
+// Municipalities by name and their own streets, among neighbours with streets of the same names.
 #include "address/AddressDirectory.h"
 
 #include "data/PostalTables.h"

@@ -1,4 +1,4 @@
-// Reading house numbers as people write them.
+// Reads house numbers as people write them.
 #include "address/HouseNumber.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Choosing the stretch of an address, and saying how sure that is.
+// Chooses the stretch of an address, and says how sure its code is.
 #include "address/StreetCode.h"
 
 #include <gtest/gtest.h>

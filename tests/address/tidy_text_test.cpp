@@ -1,4 +1,4 @@
-// Typed texts as the tables write theirs.
+// Typed texts in the spelling of the tables.
 #include "address/TidyText.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // The addresses of an invented region: villages whose streets have the same names, with hidden entities,
-// shared codes, blank capital marks and codes of the province next to theirs.
+// shared codes, blank capital marks and codes of the neighbouring province.
 #include <algorithm>
 
 #include "AddressTrial.h"
@@ -38,10 +38,10 @@ protected:
             villages_.push_back(village);
         }
         villages_.push_back({"26089", "LA CAPITAL", {"26001", "26002", "26003"}, "26", "0"});
-        // Its code begins like the province next to its own, and its streets stand there or here.
+        // Its code belongs to the neighbouring province, and its streets may be stored under either.
         villages_.push_back({"26109", "ENCLAVE", {"01118"}, "01"});
         villages_.push_back({"26110", "ENCLAVE DE ABAJO", {"01119", "26900"}, "26"});
-        // Neighbours with one code in common; only the INE code of a street tells whose it is.
+        // Neighbours with one code in common; only the INE code of a street shows whose it is.
         villages_.push_back({"26120", "VECINA", {"26910"}, "26", "9", true});
         villages_.push_back({"26121", "VECINA MAYOR", {"26911", "26910"}, "26", "9", true});
         addMunicipalities(rowsOf(villages_));
@@ -131,7 +131,7 @@ TEST_F(VillageAddresses, AreNoAnswerWhereOnlyNeighboursHaveTheStreet) {
                                               .streetType = "CL",
                                               .street = ansi(name),
                                               .number = "1"});
-            const bool isAnotherName = !answer.completed.empty(); // REAL became REAL DE, and that is said
+            const bool isAnotherName = !answer.completed.empty(); // REAL became REAL DE, which is reported
             EXPECT_TRUE(!answer.isSettled() || isAnotherName) << village.name << ", " << name;
             EXPECT_TRUE(answer.postalCode.empty() ||
                         std::ranges::count(village.codes, answer.postalCode) == 1);

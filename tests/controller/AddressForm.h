@@ -16,7 +16,7 @@ class AddressForm : public StreetTables {
 protected:
     AddressForm();
 
-    /// Creates the controller, the host's row, in edit, and the wired boxes. Call it when the tables are
+    /// Creates the controller, the host's row, in edit, and the wired boxes. Call it once the tables are
     /// filled.
     void openForm();
     /// Goes to a municipality as if it had been chosen.
@@ -33,7 +33,7 @@ protected:
     QLineEdit* const streetBox = new QLineEdit(&form);
     QLineEdit* const numberBox = new QLineEdit(&form);
 
-    /// What the host passes to the handlers, and what they make of it.
+    /// The arguments that the host passes to the handlers, and what the handlers write into them.
     QString province = "?", postalCode = "?", streetType = "CL";
     bool asks = true;
 

@@ -21,8 +21,8 @@ namespace {
 using ambrel::MessageAnswer;
 using ambrel::MessageBox;
 
-/// The child's side. Lines: "+ NAME" and "- NAME" before a row is stored or deleted, "= KEY" once it is
-/// stored, "x" once it is gone, "! N" at the end with the number of refusals.
+/// The child's side. Prints "+ NAME" and "- NAME" before a row is stored or deleted, "= KEY" once it is
+/// stored, "x" once it is deleted, "! N" at the end with the number of refusals.
 class Work {
 public:
     Work(const DriverWork& work, int out) : work_(work), out_(out) {}
@@ -61,7 +61,7 @@ private:
         return MessageAnswer::Accept;
     }
 
-    /// The user who is told to repeat the operation, and does.
+    /// Repeats a refused operation, as a user does who is asked to.
     void repeat(const std::function<bool()>& operation) {
         auto pause = std::chrono::microseconds(20);
         for (const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(2); !operation();) {

@@ -1,4 +1,4 @@
-// A workstation of its own: a process in which a controller adds and deletes streets and tells what was done.
+// A workstation of its own: a process in which a controller adds and deletes streets and reports it.
 #pragma once
 
 #include <map>
@@ -8,7 +8,7 @@
 
 namespace postal_tests {
 
-/// What a driver does: adds `streets` rows and, with `deletes`, takes away every third one again later.
+/// The work of a driver: adds `streets` rows and, with `deletes`, later deletes every third one.
 struct DriverWork {
     int driver = 0; // number, part of its street names
     int streets = 0;
@@ -16,7 +16,7 @@ struct DriverWork {
 };
 
 /// Starts the process at once, in the municipality MADRID of database "DB". Start it while this process has
-/// no table open: what is open is shared with the child, locks included.
+/// no table open: open tables are shared with the child, locks included.
 class StreetDriver {
 public:
     explicit StreetDriver(const DriverWork& work);
@@ -24,16 +24,16 @@ public:
     StreetDriver(const StreetDriver&) = delete;
     StreetDriver& operator=(const StreetDriver&) = delete;
 
-    /// Reads what the driver tells until that many rows are stored. False when it ended before.
+    /// Reads the driver's report until that many rows are stored. False if it ended before.
     bool awaitStored(std::size_t rows);
     /// kill -9.
     void kill() const;
-    /// Reads all and waits for the end; the exit code, or minus the signal that ended it.
+    /// Reads the whole report and waits for the end; the exit code, or minus the signal that ended it.
     int join();
 
     /// Names of the streets whose storing was acknowledged and whose deletion was not, with their keys.
     [[nodiscard]] const std::map<std::string, std::string>& acknowledged() const { return acknowledged_; }
-    /// The row that was being stored, or deleted, when the driver last spoke; empty when it had finished.
+    /// The row that was being stored or deleted at the driver's last report; empty when it had finished.
     [[nodiscard]] const std::string& inFlight() const { return inFlight_; }
     [[nodiscard]] int refusals() const { return refusals_; }
 

@@ -8,13 +8,13 @@
 
 namespace postal_tests {
 
-/// MADRID is a capital with several codes, ALPEDRETE and NAVACERRADA are towns with one; BARCELONA is another
-/// province.
+/// MADRID is a capital with several codes, ALPEDRETE and NAVACERRADA are towns with one; BARCELONA is in
+/// another province.
 class StreetTables : public PostalTables {
 protected:
     StreetTables();
 
-    /// Opens both tables and goes to a municipality. The street table stands on its first row.
+    /// Opens both tables and goes to a municipality. The street table is on its first row.
     TDMCodPostales& openIn(const std::string& municipality);
     /// Goes to a street row by its key.
     void goToRow(const std::string& codigo1);

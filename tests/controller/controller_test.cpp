@@ -1,4 +1,4 @@
-// The controller apart from its boxes: life, orders, searches.
+// The controller apart from its boxes: lifetime, orders, searches.
 #include "controller/ClasCodPostales.h"
 
 #include <QObject>

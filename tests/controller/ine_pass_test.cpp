@@ -102,7 +102,7 @@ TEST_F(InePass, StreetThatAnotherUserHoldsIsSkipped) {
     EXPECT_EQ(stored("2"), "/");
     EXPECT_EQ(stored("3"), "MADRID/28079");
     other.field("VIA").setText("BB");
-    other.post(); // the other user's work is not lost
+    other.post(); // the other user's change is not lost
 }
 
 TEST_F(InePass, DeletedStreetsAreLeftAlone) {
@@ -148,7 +148,7 @@ TEST_F(InePass, StreetsThatItFillsAreCountedAndThoseThatOthersHoldApart) {
     mine.edit();
     theirs.last();
     theirs.prior();
-    theirs.edit(); // has no municipality, held or not
+    theirs.edit(); // has no municipality, whether held or not
     const ambrel::InePassCount count = run();
     EXPECT_EQ(count.filled, 3u) << "1, 3 and 5";
     EXPECT_EQ(count.inUse, 1u);

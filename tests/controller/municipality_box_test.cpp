@@ -192,7 +192,7 @@ TEST_F(MunicipalityBox, TabLeavesTheBoxAndFillsTheForm) {
     EXPECT_EQ(postalCode, "28430");
 }
 
-/// The box is left with a name that it does not know; the user is asked, and may choose from the list.
+/// The box is left with an unknown name; the user is asked, and may choose from the list.
 class UnknownMunicipality : public MunicipalityBox {
 protected:
     void SetUp() override {

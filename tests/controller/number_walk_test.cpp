@@ -82,7 +82,7 @@ TEST_F(NumberWalk, EmptyTableHoldsNoNumber) {
     EXPECT_FALSE(walkToNumberWithoutType(tables, 0));
 }
 
-/// The variant for rows without type; in the order of NOMBREVIA, rows with and without type stand mixed.
+/// The variant for rows without type; in the order of NOMBREVIA, rows with and without type are mixed.
 class NumberWalkWithoutType : public StreetTables {
 protected:
     void SetUp() override {

@@ -8,7 +8,7 @@ namespace {
 
 using namespace postal_tests;
 
-/// A table of streets on which one cursor adds; others come and go.
+/// A table of streets to which one cursor adds rows while others come and go.
 class StreetKeyAllocation : public PostalTables {
 protected:
     StreetKeyAllocation() { streets.open(); }
@@ -93,7 +93,7 @@ TEST_F(StreetKeyAllocation, ImportedRowWithATakenKeyGets99000000WhereNoUserStree
 
 TEST_F(StreetKeyAllocation, KeyIsLookedUpAsANumber) {
     addKeys({"00000000"});
-    EXPECT_EQ(added("ABC"), "99000000"); // no number: looked up as 0, which is taken
+    EXPECT_EQ(added("ABC"), "99000000"); // not a number: looked up as 0, which is taken
     addKeys({"00000042"});
     EXPECT_EQ(added("42"), "99000001");
 }
@@ -173,7 +173,7 @@ TEST_F(StreetKeyAllocation, OnlyRowDeletedBetweenLookingAndLockingLeavesAnEmptyT
 
 TEST_F(StreetKeyAllocation, FirstRowThatComesBetweenLookingAndLockingIsTheLock) {
     addKeys({"99000000"});
-    streets.erase(); // record 1 is there and no row any more
+    streets.erase(); // record 1 exists but is no longer a row
     dbase::Dataset looking("DB", "POSTAL"), other("DB", "POSTAL");
     looking.open();
     ASSERT_TRUE(looking.isEmpty());

@@ -12,7 +12,7 @@ using dbase::DatasetState;
 
 class StreetMaintenance : public StreetTables {
 protected:
-    /// With an ordinary street and two that users added. Madrid is the current municipality.
+    /// Opens with an ordinary street and two that users added. Madrid is the current municipality.
     void openWithStreets() {
         addStreets({{"28000001", "ARENAL", "CL", "28013"},
                     {"99000000", "SERRANO", "CL", "28006"},
@@ -32,7 +32,7 @@ protected:
         ASSERT_TRUE(on.BuscaPorViaPostal(QString::fromStdString(street), "CL", true)) << street;
     }
 
-    /// A new row with a name.
+    /// Begins a new row with a name.
     void begin(const std::string& street) const {
         ASSERT_TRUE(controller->AnadirVia());
         controller->DM->tbPostalVIA.setText(street);
@@ -290,7 +290,7 @@ TEST_F(StreetMaintenance, RefusedAllocationLockIsToldAndTheRowStaysInInsert) {
         EXPECT_FALSE(controller->AceptarVia());
         ASSERT_EQ(messages.shown().size(), 1U);
         EXPECT_EQ(messages.shown().front().kind, ambrel::MessageKind::Warning);
-        controller->showStreetFailure(); // nothing more to say
+        controller->showStreetFailure(); // there is nothing left to show
     }
     EXPECT_EQ(streets().state(), DatasetState::Insert);
     EXPECT_EQ(name(), "NUEVA");

@@ -57,7 +57,7 @@ TEST_F(FindStreet, NameAlreadyReachedIsNotSoughtAgain) {
     EXPECT_EQ(currentRow(), "3");
 }
 
-/// What findStreet is to come to, in so many words: with type, and from another name once more without.
+/// What findStreet must do, spelled out: search with type and, if it ends on another name, again without.
 bool searchTwice(TDMCodPostales& tables, const std::string& name, const std::string& type) {
     const StreetPlace place{tables.tbMunicipiCODPOSTAL.text(), tables.tbMunicipiCAPITAL.text()};
     const bool found = TBBusca(tables.tbPostal, paddedStreetSearchKey(place, name, type), nearestSearch);
@@ -154,7 +154,7 @@ protected:
                     {"6", "TOLEDO", "PZ", "28004"}});
     }
 
-    /// The row that choosing a type comes to from another row, in Madrid.
+    /// The row that choosing a type leads to from another row, in Madrid.
     std::string chosenFrom(const std::string& row, const std::string& name, const std::string& type) {
         TDMCodPostales& tables = openIn("MADRID");
         goToRow(row);

@@ -1,4 +1,4 @@
-// Several programs that add and delete streets of one POSTAL at the same time.
+// Several programs add and delete streets of one POSTAL at the same time.
 #include <algorithm>
 #include <csignal>
 #include <memory>
@@ -48,7 +48,7 @@ protected:
         return all;
     }
 
-    /// The streets of the drivers as they are stored; a key or a name that comes twice fails the test.
+    /// The drivers' streets as stored; a key or a name that occurs twice fails the test.
     static Streets stored() {
         Streets streets;
         std::set<std::string> keys;
@@ -78,7 +78,7 @@ protected:
     }
 
     /// Kills a driver that would add for ever, once that many of its rows are stored. It deletes none, so
-    /// that only its last row is in doubt.
+    /// only its last row is in doubt.
     void killOneAfter(std::size_t storedRows, int streetsOfTheOthers) {
         start(streetsOfTheOthers);
         drivers.push_back(
@@ -95,7 +95,7 @@ protected:
         Streets rows = stored();
         const Streets promised = acknowledged();
         if (!promised.contains(victim.inFlight())) {
-            rows.erase(victim.inFlight()); // whole or not there; nobody was promised it
+            rows.erase(victim.inFlight()); // complete or absent: it was never acknowledged
         }
         EXPECT_EQ(rows, promised);
         expectClean();
@@ -106,7 +106,7 @@ protected:
     std::vector<std::unique_ptr<StreetDriver>> drivers;
 };
 
-/// The table begins empty, so that its first row is one that is deleted: the lock moves from row to row.
+/// The table begins empty, so that its first row is one that gets deleted: the lock moves from row to row.
 TEST_F(StreetWorkstations, EightAddAndDeleteStreetsAndEveryAcknowledgedRowIsThereUnderAKeyOfItsOwn) {
     addAndDeleteAtOnce(60);
 }

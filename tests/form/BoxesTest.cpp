@@ -65,7 +65,7 @@ void BoxesTest::open() {
 }
 
 void BoxesTest::enter(Box which) {
-    if (!QApplication::focusWidget()) { // after a dialog the platform of the tests leaves no window active
+    if (!QApplication::focusWidget()) { // after a dialog the test platform leaves no window active
         ambrel::test::showActive(form);
     }
     box(which).setFocus(Qt::TabFocusReason);

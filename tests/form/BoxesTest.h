@@ -1,5 +1,5 @@
-// Test fixture: a plain window with the six boxes of an address, wired by AddressBoxes alone, used with real
-// keys.
+// Test fixture: a plain window with the six boxes of an address, wired by AddressBoxes alone and used with
+// real keys.
 #pragma once
 
 #include <QLineEdit>
@@ -16,8 +16,8 @@ namespace postal_tests {
 
 /// MADRID is a capital with several codes, whose CL ALCALA is divided between 28014 and 28027; ARANJUEZ and
 /// HARO have one code. MIERES is two towns. ALTA and BAJA are villages with a CL MAYOR each, of which BAJA's
-/// stands first. ALBACETE has no streets; BARCELONA and VITORIA have ones that come after all names typed in
-/// vain.
+/// comes first. ALBACETE has no streets; BARCELONA and VITORIA have streets that come after all names that
+/// are typed and not found.
 class BoxesTest : public PostalTables {
 protected:
     using Box = ambrel::AddressBoxes::Box;
@@ -26,7 +26,7 @@ protected:
     BoxesTest();
     ~BoxesTest() override;
 
-    /// Wires and shows the boxes. Call it when the tables are filled.
+    /// Wires and shows the boxes. Call it once the tables are filled.
     void open();
 
     void enter(Box box);
@@ -35,9 +35,9 @@ protected:
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
     /// Enters a box, replaces its text by typing, and leaves it with the Tab key.
     void fill(Box box, const QString& text);
-    /// Replaces a box's text as its own menu does, and leaves it.
+    /// Replaces a box's text as its own menu does, and leaves the box.
     void paste(Box box, const QString& text);
-    /// Fills several boxes and forgets nothing: municipality, type, street, number.
+    /// Fills several boxes in their order: municipality, type, street, number.
     void fillAddress(const QString& municipality, const QString& type, const QString& street,
                      const QString& number);
 
@@ -49,7 +49,7 @@ protected:
     void expectMunicipalityQuestion(ambrel::MessageAnswer answer);
     void expectInsertion(ambrel::MessageAnswer answer);
     void expectStreetList(ambrel::MessageAnswer answer);
-    /// Both questions about an unknown street, answered with no.
+    /// Expects both questions about an unknown street, and answers no.
     void expectStreetDeclined();
 
     ambrel::test::ScriptedMessages messages;

@@ -1,4 +1,4 @@
-// An address settled without boxes, in the texts of windows.
+// An address resolved without boxes, in QString texts.
 #include "form/AddressText.h"
 
 #include "data/PostalTables.h"

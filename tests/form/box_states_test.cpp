@@ -1,4 +1,4 @@
-// What each box's state says, and that hosts are told.
+// The state of each box, and its notification to hosts.
 #include <QTest>
 
 #include "form/BoxesTest.h"

@@ -1,5 +1,5 @@
-// What must not make a text look validated, or change it: keys that change nothing, texts that somebody else
-// writes, tables that change meanwhile.
+// What must not validate a text, or change it: keys without effect, texts written by other programs,
+// tables that change in the meantime.
 #include <QTest>
 
 #include "dbase/table/table_definition.h"
@@ -87,7 +87,7 @@ TEST_F(HostileBoxes, ACodeWithBlanksBeforeItIsNoneUntilTheyAreGone) {
     enter(Box::PostalCode);
     box(Box::PostalCode).clear();
     box(Box::PostalCode).insert(" 26200");
-    EXPECT_EQ(state(Box::PostalCode), State::NotValidated); // a column of five takes " 2620"
+    EXPECT_EQ(state(Box::PostalCode), State::NotValidated); // a column of five holds " 2620"
     press(Qt::Key_Tab);
     EXPECT_EQ(text(Box::PostalCode), "26200");
     EXPECT_EQ(state(Box::PostalCode), State::Validated);

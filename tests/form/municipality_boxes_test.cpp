@@ -1,4 +1,4 @@
-// The municipality's box: completion, namesakes, and what stays as it was chosen.
+// The municipality's box: completion, namesakes, and choices that must be kept.
 #include <QTest>
 
 #include "form/BoxesTest.h"
@@ -10,7 +10,7 @@ using ambrel::test::child;
 
 class MunicipalityBoxes : public postal_tests::BoxesTest {
 protected:
-    /// From the list, where the second MIERES is that of Asturias.
+    /// Chooses from the list, where the second MIERES is that of Asturias.
     void chooseSecondMieres() {
         dialogs.expect("TFBuscarMunicipios", [](QDialog& list) {
             auto& name = child<QLineEdit>(list, "ENOMBRE");
@@ -54,7 +54,7 @@ TEST_F(MunicipalityBoxes, AKeyWithCtrlAltOrMetaNeverCompletesWhicheverGoesUpFirs
         QTest::keyPress(&box(Box::Municipality), key);
         QTest::keyPress(&box(Box::Municipality), Qt::Key_C, modifier);
         QTest::keyRelease(&box(Box::Municipality), key);
-        QTest::keyRelease(&box(Box::Municipality), Qt::Key_C); // its modifier has gone already
+        QTest::keyRelease(&box(Box::Municipality), Qt::Key_C); // its modifier has already been released
         EXPECT_EQ(text(Box::Municipality), "MA");
     }
 }

@@ -1,5 +1,5 @@
-// A user who types, pastes, undoes, opens lists and answers at random, beside somebody who changes the
-// tables: what the form then calls validated is what the tables say, found out without the form's own pieces.
+// A user types, pastes, undoes, opens lists and answers at random while another program changes the tables:
+// what the form then calls validated must follow from the tables, computed without the form's own pieces.
 #include <QApplication>
 #include <QClipboard>
 #include <QDialog>
@@ -38,7 +38,7 @@ constexpr std::array everyBox{Box::Municipality, Box::Province, Box::StreetType,
 
 constexpr int columnWidth = 60; // of the host's table
 
-/// All postal codes that the rows allow for what the form shows.
+/// All postal codes that the rows allow for the address in the form.
 class Oracle {
 public:
     [[nodiscard]] std::set<std::string> codes(const std::string& ineCode, const std::string& street,
@@ -76,7 +76,7 @@ private:
         int first[2], last[2];
     };
 
-    /// The number that a text begins with; the user types no other kind of number.
+    /// The number at the beginning of a text; the user types no other kind of number.
     static int leadingNumber(const std::string& text) { return std::atoi(text.c_str()); }
     static std::set<std::string> codesOf(const std::vector<Row>& rows) {
         std::set<std::string> codes;
@@ -95,7 +95,7 @@ private:
                 return;
             }
         }
-        rows.clear(); // the form shows a street that is not there
+        rows.clear(); // the form shows a street that does not exist
     }
     template<class AlsoKept>
     static void keepOwn(std::vector<Row>& rows, const std::string& ineCode, AlsoKept alsoKept) {
@@ -229,8 +229,7 @@ protected:
         return QLatin1String(pick(texts));
     }
     QWidget& focused() {
-        if (!QApplication::focusWidget()) { // after a dialog the platform of the tests leaves no window
-                                            // active
+        if (!QApplication::focusWidget()) { // after a dialog the test platform leaves no window active
             form_.activateWindow();
             QApplication::processEvents();
         }
@@ -275,7 +274,7 @@ protected:
                                                                Qt::Key_Home, Qt::Key_End, Qt::Key_Left}));
         case 8:
             return QTest::keyClick(&focused(), Qt::Key_F4);
-        case 9: // what a completer, a screen reader or dropping does
+        case 9: // as a completer, a screen reader or a drop does
             return setProgramText(anyBox());
         case 10:
             return roll(3) == 0 ? address_->openStreetCard() : address_->settle();
@@ -330,7 +329,7 @@ protected:
         record_.showRow();
     }
 
-    /// Changes the tables; the form looks at them again, as a host does that shows the row once more.
+    /// Changes the tables; the form looks its texts up again, as when a host shows the row again.
     void somebodyElse() {
         dbase::Dataset streets("DB", "POSTAL");
         streets.open();
@@ -341,7 +340,7 @@ protected:
             streets.edit();
             streets.field("CODPOSTAL").setText(pick(std::array{"01001", "01002", "01003", "33600", "33610"}));
             streets.post();
-        } catch (const dbase::Error&) { // the form has it
+        } catch (const dbase::Error&) { // the form holds it
         }
         address_->takeStored();
     }
@@ -353,7 +352,7 @@ protected:
         others_.goTo(customers_.bookmark());
         try {
             others_.edit();
-        } catch (const dbase::Error&) { // the form has it
+        } catch (const dbase::Error&) { // the form holds it
         }
     }
 

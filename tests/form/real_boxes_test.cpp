@@ -1,4 +1,4 @@
-// The addresses of one real province put into the boxes, one after the other.
+// Puts the addresses of one real province into the boxes, one after the other.
 #include <QLineEdit>
 #include <QVBoxLayout>
 
@@ -23,7 +23,7 @@ protected:
         }
     }
 
-    /// One in so many: the boxes look up what the other trials look up by the ten thousands.
+    /// A fraction of the addresses: the other trials look up tens of thousands, which is too slow with boxes.
     [[nodiscard]] std::vector<KnownAddress> some() const {
         constexpr std::size_t one = 23;
         std::vector<KnownAddress> chosen;
@@ -62,7 +62,7 @@ private:
                                        AddressBoxes::Box::Street, AddressBoxes::Box::Number,
                                        AddressBoxes::Box::PostalCode};
 
-    /// As pasted.
+    /// As if pasted.
     static void fill(QLineEdit* box, const std::string& text) {
         box->setFocus();
         box->selectAll();

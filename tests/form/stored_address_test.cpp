@@ -1,4 +1,4 @@
-// A stored address that is shown: found again without a question, and changed by nobody who only passes
+// A stored address that is shown: found again without a question, and unchanged when a user only passes
 // through.
 #include <QTest>
 
@@ -21,7 +21,7 @@ protected:
         box(Box::PostalCode).setText(postalCode);
         address->takeStored();
     }
-    /// In a table of the host's.
+    /// Stores it in a table of the host's.
     void storeCustomer(const char* municipality, const char* postalCode) {
         const auto character = [](const char* name, std::uint16_t width) {
             return dbase::Column{.name = name, .type = dbase::ColumnType::Character, .width = width};

@@ -1,4 +1,4 @@
-// Street, type, number and postal code: only the municipality's own streets, and what is added to them.
+// Street, type, number and postal code: only the municipality's own streets, and new ones.
 #include <QTest>
 
 #include "controller/ClasCodPostales.h"

@@ -95,7 +95,7 @@ QString FormTest::label(const char* name) const {
 
 QString FormTest::status() const { return window_->findChild<QLabel*>(QStringLiteral("LMensaje"))->text(); }
 
-/// After a dialog the platform of the tests leaves no window active.
+/// After a dialog the test platform leaves no window active.
 void FormTest::activate() {
     if (!QApplication::focusWidget()) {
         ambrel::test::showActive(*window_);
@@ -109,7 +109,7 @@ void FormTest::enter(const char* name) {
 
 void FormTest::type(const QString& text) {
     activate();
-    for (const QChar letter : text) { // each where the focus is by then
+    for (const QChar letter : text) { // each goes to the widget that has the focus by then
         ambrel::test::typeInto(*QApplication::focusWidget(), letter);
     }
 }

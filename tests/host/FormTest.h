@@ -21,16 +21,16 @@ struct CustomerRow {
     std::string name, streetType, street, number, postalCode, municipality, province;
 };
 
-/// Clicks a button of a dialog, by its name.
+/// Clicks a button of a dialog, by the button's name.
 void clickIn(QDialog& dialog, const char* button);
-/// The step that does nothing else.
+/// A step that only clicks a button.
 [[nodiscard]] ambrel::test::ModalScript::Step justClick(const char* button);
 /// Replaces the text of a box of a dialog by typing, and clicks a button.
 [[nodiscard]] ambrel::test::ModalScript::Step typeAndClick(const char* box, const QString& text,
                                                            const char* button);
 
-/// MADRID is a capital with several codes; its CL ALCALA has the numbers to 57 in 28014 and the rest in
-/// 28009, its PZ MAYOR and CL MAYOR have different codes. HARO has one code. MIERES is two towns. The
+/// MADRID is a capital with several codes; its CL ALCALA has the numbers up to 57 in 28014 and the rest in
+/// 28009; its PZ MAYOR and CL MAYOR have different codes. HARO has one code. MIERES is two towns. The
 /// customers' table is empty. The street types are AV, CL and PZ.
 class FormTest : public postal_tests::PostalTables {
 protected:
@@ -54,13 +54,13 @@ protected:
     /// Enters a box, replaces its text by typing, and leaves it with the Tab key.
     void fill(const char* name, const QString& text);
     void click(const char* button);
-    /// Takes an entry of the menus.
+    /// Chooses an entry of the menus.
     void choose(const char* entry);
     [[nodiscard]] QString label(const char* name) const;
     static void expectMunicipalityQuestion(ambrel::test::ScriptedMessages& messages,
                                            ambrel::MessageAnswer answer);
 
-    /// A column of a customer as it is stored; "" when there is no such customer.
+    /// A column of a customer as stored; "" when there is no such customer.
     [[nodiscard]] std::string stored(const std::string& customer, const char* column) const;
 
     [[nodiscard]] host::MainWindow& window() { return *window_; }

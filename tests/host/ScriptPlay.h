@@ -1,4 +1,4 @@
-// Playing a script on a window of a test.
+// Plays a script on a window of a test.
 #pragma once
 
 #include <QString>
@@ -14,7 +14,7 @@ struct Played {
     QStringList complaints; // why it ended early
 };
 
-/// Shows the window, runs the script to its end and tells what came of it.
+/// Shows the window, runs the script to its end and returns what came of it.
 [[nodiscard]] Played play(QWidget& window, const QString& script);
 
 } // namespace host_tests

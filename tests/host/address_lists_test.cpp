@@ -1,4 +1,4 @@
-// The lists that the form's boxes open and what becomes of a choice.
+// The lists that the form's boxes open, and the effect of a choice.
 #include <gtest/gtest.h>
 
 #include <QLineEdit>

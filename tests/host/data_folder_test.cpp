@@ -1,4 +1,4 @@
-// Which folder the program works in, and the first start.
+// The folder that the program works in, and the first start.
 #include "host/DataFolder.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@
 
 namespace {
 
-/// The user's data are in a folder of the test; no database has a folder yet.
+/// The user's data is in a folder of the test; no database has a folder yet.
 class DataFolderTest : public postal_tests::PostalTables {
 protected:
     DataFolderTest() : before_(qgetenv("XDG_DATA_HOME")) {

@@ -1,4 +1,4 @@
-// The keys that scripts name.
+// The key names of scripts.
 #include "host/script/KeyNames.h"
 
 #include <gtest/gtest.h>

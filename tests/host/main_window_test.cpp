@@ -59,7 +59,7 @@ TEST_F(MainWindowTest, ACustomerThatWasSavedIsOnTheDisk) {
         EXPECT_EQ(status(), QStringLiteral("Cliente guardado."));
         return ambrel::test::diskWaits() - before;
     };
-    save("Ana María"); // the first change of a table waits for more
+    save("Ana María"); // the first change of a table waits more often
     EXPECT_EQ(save("Ana Luz"), 1);
 }
 

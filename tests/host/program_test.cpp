@@ -81,7 +81,7 @@ TEST_F(ProgramTest, TheTourOfTheStreetsAddsFindsChangesAndDeletesOne) {
     }
 }
 
-/// The stand-in for the street-directory service; ends with the test.
+/// The stand-in for the street-directory service, stopped at the end of the test.
 class DirectoryProgram {
 public:
     DirectoryProgram() {

@@ -51,7 +51,7 @@ protected:
         addAlternativeMunicipalities({{"28", "MADRID"}, {"33", "MIERES"}, {"17", "MIERES"}});
     }
 
-    /// Opens the dialog of a menu entry, does something in it, and closes it.
+    /// Opens the dialog of a menu entry, runs a step in it, and closes it.
     void attempt(const char* entry, const ModalScript::Step& step) {
         dialogs.expect(routineDialog, [step](QDialog& dialog) {
             step(dialog);
@@ -64,7 +64,7 @@ protected:
     ModalScript dialogs;
 };
 
-/// The size that fonts have on a desktop.
+/// Sets the font size of a desktop.
 class DesktopFont {
 public:
     DesktopFont() {
@@ -268,7 +268,7 @@ TEST_F(RoutinesTest, NamesAndAbbreviationsOfStreetTypes) {
     });
     attempt("MINombre_Via", [](QDialog& dialog) {
         give(dialog, "EAbreviatura", "AL");
-        QTest::keyClick(&child<QLineEdit>(dialog, "EAbreviatura"), Qt::Key_Return); // runs, too
+        QTest::keyClick(&child<QLineEdit>(dialog, "EAbreviatura"), Qt::Key_Return); // runs it, too
         EXPECT_EQ(shown(dialog, "RResultado"), QStringLiteral("ALDEA, ALAMEDA"));
         give(dialog, "EAbreviatura", " AL");
         clickIn(dialog, "BBEjecutar");

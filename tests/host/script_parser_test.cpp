@@ -1,4 +1,4 @@
-// Reading scripts.
+// Reads scripts.
 #include "host/script/ScriptParser.h"
 
 #include <gtest/gtest.h>

@@ -24,7 +24,7 @@ namespace {
 using host_tests::play;
 using host_tests::Played;
 
-/// Notes which keys are released in a widget.
+/// Records which keys are released in a widget.
 class ReleaseLog : public QObject {
 public:
     explicit ReleaseLog(QWidget* widget) : QObject(widget) { widget->installEventFilter(this); }
@@ -303,7 +303,7 @@ TEST_F(ScriptRunnerTest, APictureIsTheSameEachTime) {
     EXPECT_EQ(once, picture("dos.png"));
 }
 
-/// The grid of the dialogs on a small table.
+/// The dialogs' grid on a small table.
 class ScriptGridTest : public ambrel::test::TableTest {
 protected:
     ScriptGridTest() : layout_(&window) {

@@ -22,7 +22,7 @@ using host_tests::FormTest;
 using host_tests::justClick;
 using host_tests::typeAndClick;
 
-/// In the list of streets: seeks one by typing and clicks a button.
+/// In the list of streets, searches for one by typing and clicks a button.
 ModalScript::Step seekAndClick(const QString& street, const char* button) {
     return typeAndClick("EVia", street, button);
 }
@@ -37,7 +37,7 @@ protected:
         messages.expect(QStringLiteral("¿Desea ver la lista de direcciones actuales?"),
                         QStringLiteral("ATENCIÓN"), QStringLiteral("Atención"), answer);
     }
-    /// A customer in MADRID, with a street type and a postal code of his own.
+    /// Opens a customer in MADRID, with a street type and a postal code.
     void openInMadrid() {
         open();
         fill("EMunicipio", "mad");
@@ -215,7 +215,7 @@ TEST_F(StreetCommandsTest, WithoutAKnownStreetThereIsNoCard) {
 
 TEST_F(StreetCommandsTest, AnotherProgramOnTheFolderSeesTheNewStreet) {
     openInMadrid();
-    host::MainWindow other(host::hostDatabase); // its tables are open before the street is there
+    host::MainWindow other(host::hostDatabase); // its tables are open before the street exists
     insertStreet("HORNO NUEVO");
     ambrel::test::showActive(other);
     const auto typeInOther = [&](const char* name, const QString& what) {
