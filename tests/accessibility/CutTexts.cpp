@@ -18,8 +18,8 @@ namespace {
 
 constexpr int caretRoom = 2;         // of an edit
 constexpr int statusBarMargin = 6;   // before its text
-constexpr int scrollingLetters = 20; // an edit for more of them lets a text scroll under the caret
-constexpr int wholeNameLetters = 60; // a municipality's name with that of its entity: deliberately elided
+constexpr int scrollingLetters = 20; // in an edit for more letters a text scrolls under the caret
+constexpr int wholeNameLetters = 60; // a municipality's name with its entity's: deliberately elided
 constexpr int streetLetters = 28;    // the longest streets in their list, too
 
 class Findings {

@@ -1,4 +1,4 @@
-// Texts of a form that are not shown whole.
+// Texts of a form that are not shown completely.
 #pragma once
 
 #include <QWidget>

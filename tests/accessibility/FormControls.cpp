@@ -16,7 +16,7 @@
 namespace accessibility_tests {
 namespace {
 
-/// Inside of these are parts that are the control's own business.
+/// These contain only parts of their own.
 bool isWhole(const QWidget& widget) {
     return qobject_cast<const QComboBox*>(&widget) || qobject_cast<const QAbstractSpinBox*>(&widget) ||
            qobject_cast<const QAbstractScrollArea*>(&widget) ||

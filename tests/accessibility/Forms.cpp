@@ -89,7 +89,7 @@ void addCustomer() {
     table.data.post();
 }
 
-/// The rules of look that the host brings along.
+/// The style rules of the host.
 class HostLook {
 public:
     HostLook() { host::applyStyle(*qApp); }
@@ -106,7 +106,7 @@ private:
 
 void play(QWidget& window, const std::function<void(QWidget&)>& step) {
     ambrel::test::showActive(window);
-    QCoreApplication::processEvents(); // the layout that follows the first texts
+    QCoreApplication::processEvents(); // the layout after the first texts
     step(window);
 }
 
@@ -297,8 +297,7 @@ std::string focused(const QWidget& window) {
 
 void press(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers) {
     if (window.isVisible() && !window.isActiveWindow()) {
-        ambrel::test::showActive(
-            window); // the platform of the tests leaves none active after another has gone
+        ambrel::test::showActive(window); // the test platform leaves none active after another has closed
     }
     QTest::keyClick(window.focusWidget() ? window.focusWidget() : &window, key, modifiers);
 }
@@ -309,7 +308,7 @@ void pressAltToClose(QWidget& window, Qt::Key letter) {
 }
 
 void type(const QWidget& window, const QString& text) {
-    for (const QChar letter : text) { // each where the focus is by then
+    for (const QChar letter : text) { // each goes to the widget that has the focus by then
         ambrel::test::typeInto(*window.focusWidget(), letter);
     }
 }

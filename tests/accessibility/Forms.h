@@ -34,12 +34,12 @@ enum class Form {
 };
 
 [[nodiscard]] const std::vector<Form>& allForms();
-/// As in the enumeration; the name of a test's variant.
+/// The name in the enumeration, used for a test's variant.
 [[nodiscard]] std::string nameOf(Form form);
 std::ostream& operator<<(std::ostream& out, Form form);
 
-/// The host's tables know MADRID, with its streets ALCALA and GRAN VIA (a user's), a few more municipalities
-/// and the longest names there are. The service on loopback knows MADRID with ALPEDRETE.
+/// The host's tables know MADRID, with its streets ALCALA and GRAN VIA (added by a user), a few more
+/// municipalities and the longest names that occur. The service on loopback knows MADRID with ALPEDRETE.
 class Forms : public postal_tests::PostalTables {
 protected:
     using Step = std::function<void(QWidget& window)>;
@@ -47,7 +47,7 @@ protected:
     Forms();
     ~Forms() override;
 
-    /// Shows the form, active, gives it to the step, and closes it unless the step has done that.
+    /// Shows the form, active, passes it to the step, and closes it unless the step has done that.
     void show(Form form, const Step& step);
 
     std::unique_ptr<TClassCodPostales> controller;
@@ -63,15 +63,15 @@ private:
     SimulatedDirectory service_;
 };
 
-/// The name of the control that has the focus in a window, also when the focus is in a part of it.
+/// The name of the focused control of a window, also when the focus is in a part of it.
 [[nodiscard]] std::string focused(const QWidget& window);
-/// Presses a key where the focus of a window is.
+/// Presses a key in the focused control of a window.
 void press(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers = {});
 /// Presses Alt and a letter, which must close the window.
 void pressAltToClose(QWidget& window, Qt::Key letter);
-/// Types letter by letter where the focus of a window is.
+/// Types letter by letter into the focused control of a window.
 void type(const QWidget& window, const QString& text);
-/// The same, and Tab behind it.
+/// The same, followed by Tab.
 void typeAndTab(QWidget& window, const QString& text);
 
 } // namespace accessibility_tests

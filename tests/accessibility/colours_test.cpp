@@ -128,7 +128,7 @@ TEST_P(Readable, TheFocusedEditStandsOut) {
         for (const char* const name : {"ENOMBRE", "E_BUSQUEDA", "EBUSCA", "EVia", "DBEVia"}) {
             auto* const edit = window.findChild<QLineEdit*>(QLatin1String(name));
             if (!edit || !edit->isEnabled() || window.objectName() == QLatin1String("FClientes")) {
-                continue; // the host's boxes are the host's business
+                continue; // the host's boxes have the host's colours
             }
             const QColor normal = QApplication::palette().color(QPalette::Base);
             edit->setFocus(Qt::TabFocusReason);
@@ -173,7 +173,7 @@ TEST_P(Readable, ComboTextsAreReadableWithTheFocusAndWithout) {
 
 class OwnLook : public Forms {};
 
-/// A style sheet has a way of its own with the colours of what is disabled.
+/// A style sheet treats the colours of disabled controls in its own way.
 TEST_F(OwnLook, ACardThatOnlyShowsIsReadableInTheHostsLook) {
     const QPalette usual = QApplication::palette();
     host::applyStyle(*qApp);

@@ -59,7 +59,7 @@ TEST_F(KeyboardImport, AFileIsReadLookedThroughAndSaved) {
         EXPECT_EQ(grid.currentIndex().row(), 0);
         press(window, Qt::Key_Return);
         ASSERT_EQ(focused(window), "CBProvinciasAmbrel");
-        goTo(window, "CBMunicipiosAmbrel"); // which leaving the province has emptied
+        goTo(window, "CBMunicipiosAmbrel"); // emptied by leaving the province
         choose(window, "MADRID");
         messages.expect(QStringLiteral("Se han importado 2 calles al módulo de Códigos Postales"),
                         QStringLiteral("Importación finalizada"));

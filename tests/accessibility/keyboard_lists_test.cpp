@@ -125,7 +125,7 @@ TEST_F(KeyboardLists, AProvinceIsSearchedByNameOrCodeAndAccepted) {
     });
 }
 
-/// The release of the letter must not search for the typed text once more.
+/// The release of the letter must not search for the typed text again.
 TEST_F(KeyboardLists, TheRowAfterASearchIsTheOneAccepted) {
     show(Form::TipoViasLista, [](QWidget& window) {
         type(window, QStringLiteral("C"));

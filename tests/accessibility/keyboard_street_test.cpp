@@ -18,7 +18,7 @@ namespace {
 
 class KeyboardStreets : public Forms {
 protected:
-    /// The question that a card asks when what was typed is given up.
+    /// The question that a card asks before it discards changes.
     static void expectCancelQuestion(ambrel::test::ScriptedMessages& messages) {
         messages.expect(QStringLiteral("¿Desea cancelar esta operación (S/N)?"),
                         QStringLiteral("Esta modificando los datos de una via"), QStringLiteral("Atención"),
@@ -62,7 +62,7 @@ TEST_F(KeyboardStreets, EachOperationOnAStreetHasAKey) {
         }
         ambrel::test::ModalScript script;
         ambrel::test::ScriptedMessages messages;
-        expectCancelQuestion(messages); // of the two that change something
+        expectCancelQuestion(messages); // for the two that change something
         expectCancelQuestion(messages);
         const auto expectCard = [&](const char* caption) {
             script.expect("TFFichaVia", [=](QDialog& card) {
@@ -86,7 +86,7 @@ TEST_F(KeyboardStreets, EachOperationOnAStreetHasAKey) {
     });
 }
 
-/// On these two buttons Space shows the street, and Enter goes on.
+/// On these two buttons Space shows the street, and Enter moves on.
 TEST_F(KeyboardStreets, ImportAndUpdateHaveALetterOfTheirOwn) {
     show(Form::BuscarDireccionPostal, [](QWidget& window) {
         {

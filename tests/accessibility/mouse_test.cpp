@@ -46,9 +46,9 @@ TEST_P(Combos, AreChangedByTheWheelOnlyWhenTheyHaveTheFocus) {
             EXPECT_NE(combo->focusPolicy(), Qt::WheelFocus) << "the wheel would bring the focus";
             combo->setFocus();
             if (!combo->hasFocus()) {
-                continue; // what was left has sent the focus elsewhere
+                continue; // leaving the previous control has sent the focus elsewhere
             }
-            const int before = combo->currentIndex(); // may have been chosen anew by what was left
+            const int before = combo->currentIndex(); // leaving the previous control may have changed it
             turnWheel(*combo);
             EXPECT_EQ(combo->currentIndex(), before + 1);
         }
@@ -79,7 +79,7 @@ TEST_P(EditMenus, AreSpanish) {
     show(GetParam(), [&](QWidget& window) {
         for (QLineEdit* const edit : window.findChildren<QLineEdit*>()) {
             if (!edit->isVisible() || !edit->isEnabled() || edit->isReadOnly() ||
-                edit->contextMenuPolicy() != Qt::DefaultContextMenu) { // a spin box has a menu of its own
+                edit->contextMenuPolicy() != Qt::DefaultContextMenu) { // a spin box has its own menu
                 continue;
             }
             EXPECT_EQ(menuOf(*edit), spanish) << edit->objectName().toStdString() << " of "

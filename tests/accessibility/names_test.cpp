@@ -26,7 +26,7 @@ class Names : public Forms, public ::testing::WithParamInterface<Form> {};
 INSTANTIATE_TEST_SUITE_P(Form, Names, ::testing::ValuesIn(allForms()),
                          [](const auto& form) { return nameOf(form.param); });
 
-/// A control that is typed into or chosen from does not say by itself what it is for.
+/// A control for typing or choosing does not show by itself what it is for.
 bool needsLabel(const QWidget& control) {
     return qobject_cast<const QLineEdit*>(&control) || qobject_cast<const QComboBox*>(&control);
 }
@@ -42,7 +42,7 @@ bool hasLabel(const QWidget& control, const QWidget& window) {
     return frame && !frame->title().isEmpty() && frame->findChildren<QLineEdit*>().size() == 1;
 }
 
-/// The buttons that Enter may press, of a form in which one is meant to be.
+/// The buttons that Enter may press in a form that should have one.
 std::vector<std::string> defaultButtonsOf(Form form) {
     switch (form) {
     case Form::MensajePregunta:
@@ -140,7 +140,7 @@ TEST_P(Names, EnterPressesNoButtonByItself) {
     });
 }
 
-/// Elsewhere Enter goes on to the next control, or does nothing.
+/// Elsewhere Enter moves to the next control, or does nothing.
 TEST_P(Names, AButtonThatEnterMayPressIsOneOfABoxWithADefault) {
     show(GetParam(), [](QWidget& window) {
         for (const QPushButton* const button : window.findChildren<QPushButton*>()) {

@@ -1,4 +1,4 @@
-// Nothing is cut: with the usual font and with a larger one. The build runs this on screens of several
+// No text is cut, with the usual font and with a larger one. The build runs this on screens of several
 // resolutions.
 #include <gtest/gtest.h>
 
@@ -38,7 +38,7 @@ constexpr double largerFont = 1.3;
 INSTANTIATE_TEST_SUITE_P(Form, Sizes, ::testing::ValuesIn(allForms()),
                          [](const auto& form) { return nameOf(form.param); });
 
-/// The longest contents that the tables have, where they do not come by themselves.
+/// Fills in the longest contents of the tables, where they do not appear by themselves.
 void fill(const QWidget& window) {
     for (const auto& [name, text] :
          {std::pair("ENumero", "123456"), std::pair("DBEImparIni", "99999"),
@@ -57,7 +57,7 @@ void fill(const QWidget& window) {
     }
 }
 
-/// A size that changes may change another, which is laid out at the next turn.
+/// A changed size may change another one, which is laid out at the next turn.
 void settle() {
     for (int turn = 0; turn < 8; ++turn) {
         QCoreApplication::processEvents();
@@ -94,17 +94,17 @@ TEST_P(Sizes, NothingIsCutInAFormMadeAsSmallAsItGoes) {
 }
 
 /// The build runs this on a screen of 1600 × 1000 pixels at twice the size. A window manager's title is small
-/// there: some lists are 480 high at least.
+/// there: some lists have a minimum height of 480.
 TEST_P(Sizes, FitsOnTheScreen) {
     const QSize screen = QApplication::primaryScreen()->availableSize();
     if (screen.width() < 800 || screen.height() < 500) {
         GTEST_SKIP() << "not meant for a screen as small as this";
     }
-    QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9)); // as desktops have it
+    QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9)); // as on desktops
     show(GetParam(), [](QWidget& window) {
         settle();
         const QSize room = window.screen()->availableSize() - QSize(4, 16);
-        // The import's combos are as wide as the longest name of a municipality that they offer.
+        // The import's combos are as wide as the longest municipality name in them.
         if (window.objectName() != QLatin1String("TFImportarVias")) {
             EXPECT_LE(window.width(), room.width());
         }
@@ -112,13 +112,13 @@ TEST_P(Sizes, FitsOnTheScreen) {
     });
 }
 
-/// Guards the runs on other resolutions: without it they would pass by not being what they say.
+/// Guards the runs on other resolutions, which would otherwise pass without having them.
 TEST(SizesOfPixels, AreThoseThatTheRunAsksFor) {
     const char* const asked = std::getenv("QT_SCALE_FACTOR");
     EXPECT_DOUBLE_EQ(QApplication::primaryScreen()->devicePixelRatio(), asked ? std::atof(asked) : 1.0);
 }
 
-/// The measure itself: a text that has too little room is found.
+/// Tests the measure itself: it finds a text that has too little room.
 TEST(SizesMeasured, AreThoseOfTheTexts) {
     QWidget window;
     auto* const label = new QLabel(QStringLiteral("Nombre del municipio"), &window);

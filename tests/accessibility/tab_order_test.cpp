@@ -14,11 +14,11 @@ namespace {
 
 using Way = std::vector<std::string>;
 
-/// From the first control to the last, which is followed by the first again.
+/// From the first control to the last; after it comes the first again.
 struct FormOrder {
     Form form;
     Way controls;
-    Way byOtherKeys = {}; // controls that Tab passes by, because a key of their own reaches them
+    Way byOtherKeys = {}; // controls that Tab skips, because a key of their own reaches them
     Way backwards = {};   // when Shift+Tab does not just walk back
 };
 
@@ -41,8 +41,8 @@ const std::vector<FormOrder>& orders() {
           "DBEParIni", "DBEParFin", "BBAceptar", "BBCancelar"},
          {"BBListar"}},
         {Form::FichaViaConsulta, {"BBAceptar", "BBCancelar"}},
-        // Leaving a province gives the focus to the municipality, whichever way it is left. Choosing the
-        // second or third mode gives it to the province.
+        // Leaving a province moves the focus to the municipality, however it is left. Choosing the
+        // second or third mode moves it to the province.
         {Form::ImportarFichero,
          {"RBMasDeUno", "CBProvincias", "BBBuscarViasPorMunicipio", "CBProvinciasAmbrel",
           "CBMunicipiosAmbrel", "BBGuardarPorMunicipio", "BBCancelar"},
@@ -71,7 +71,7 @@ const std::vector<FormOrder>& orders() {
 INSTANTIATE_TEST_SUITE_P(Form, TabOrder, ::testing::ValuesIn(orders()),
                          [](const auto& order) { return nameOf(order.param.form); });
 
-/// The combos whose leaving asks for a choice get one.
+/// Makes a choice in the combos that ask for one when they are left.
 void choose(const QWidget& window) {
     for (const char* const name : {"CBProvincias", "CBProvinciasAmbrel"}) {
         if (auto* const combo = window.findChild<QComboBox*>(QLatin1String(name))) {
@@ -80,7 +80,7 @@ void choose(const QWidget& window) {
     }
 }
 
-/// The controls that a key comes to, from the one that has the focus, the latter included.
+/// The controls that a key reaches, starting with the focused one.
 Way walk(QWidget& window, Qt::Key key, std::size_t steps) {
     Way way;
     for (std::size_t step = 0; step < steps; ++step) {

@@ -1,4 +1,4 @@
-// Test fixture: the street search dialog on a screen of its own, over a few provinces and streets.
+// Test fixture: the street search dialog on the screen, over a few provinces and streets.
 #pragma once
 
 #include <QComboBox>
@@ -22,7 +22,7 @@ protected:
     AddressSearchForm();
     ~AddressSearchForm() override;
 
-    /// Creates controller and dialog, the municipality being current before, and shows the dialog.
+    /// Creates controller and dialog, makes the municipality current first, and shows the dialog.
     void show(bool standalone = false, const std::string& municipality = "MADRID");
     void create(bool standalone = false, const std::string& municipality = "MADRID");
 
@@ -43,7 +43,7 @@ protected:
     [[nodiscard]] std::string municipality() const { return tables().tbMunicipiNOMBRE.text(); }
     void goToStreet(const std::string& codigo1) const;
 
-    /// Types into whatever has the focus.
+    /// Types into the focused control.
     void type(const char* characters) const;
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const;
     /// Chooses a province with the keyboard, as a user does.

@@ -28,7 +28,7 @@ QString textOf(const QWidget& control) {
     return {};
 }
 
-/// Where controls are looked for; inside of other widgets are parts that are the widget's own business.
+/// Where named controls are searched for; other widgets contain only parts of their own.
 bool isContainer(const QWidget& widget) {
     const QString name = widget.metaObject()->className();
     return widget.isWindow() || qobject_cast<const QGroupBox*>(&widget) || name == "QWidget" ||

@@ -1,4 +1,4 @@
-// What a dialog shows, compared with a table of what it has to show.
+// Compares the controls and texts of a dialog with a table of the required ones.
 #pragma once
 
 #include <QDialog>
@@ -12,23 +12,23 @@
 
 namespace ambrel::test {
 
-/// One control. `text`: title of the dialog or of a group box, text of everything else that has one. `least`:
-/// logical pixels that it must have at least, of the dialog its minimum size; 0 where any size will do.
+/// One control. `text`: title of the dialog or of a group box, text of all other controls that have one.
+/// `least`: minimum size in logical pixels, of the dialog its minimumSize; 0 where any size will do.
 struct ControlTexts {
-    QString name;      // objectName; that of the dialog for the dialog itself
+    QString name;      // objectName, also of the dialog itself
     QString className; // as in the sources: "QLineEdit", "ambrel::DataGrid"
     QString text;
     QString hint = {}; // tool tip
     QSize least = {0, 0};
 };
 
-/// Compares a dialog that is shown with the table, which must name every named control of it. Checks of each,
-/// too: an accessible name where the focus can go, the hint as accessible description, no default button,
-/// nothing narrower or lower than its text needs.
+/// Compares a shown dialog with the table, which must list every named control of it. Also checks each
+/// control: an accessible name if it takes the focus, the hint as accessible description, no default button,
+/// and enough width and height for its text.
 void expectControls(const QDialog& dialog, const std::vector<ControlTexts>& controls);
 
-/// For each way of closing, a button's name, "Escape" or "close box": a dialog just made is run modally,
-/// closed in that way, and must answer the result.
+/// For each way of closing, which is a button's name, "Escape" or "close box": runs a new dialog modally,
+/// closes it that way, and expects the result.
 void expectModalResults(const std::function<std::unique_ptr<QDialog>()>& make,
                         const std::vector<std::pair<std::string, int>>& results);
 

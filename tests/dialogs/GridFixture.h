@@ -18,8 +18,8 @@
 
 namespace grid_tests {
 
-/// Rows 0, 1, 2… have the codes "001000", "001010", "001020"…; their names run the other way round. HIDDEN is
-/// true in all but every tenth row.
+/// Rows 0, 1, 2… have the codes "001000", "001010", "001020"…; their names run in the opposite order. HIDDEN
+/// is true in all but every tenth row.
 class GridTest : public ambrel::test::TableTest {
 protected:
     static constexpr int roomWanted = 10;
@@ -28,13 +28,13 @@ protected:
 
     static std::string codeOf(int row);
     void makeTable(int rows);
-    /// Makes the table, opens it and shows the window.
+    /// Creates the table, opens it and shows the window.
     void start(int rows);
-    /// Makes the grid so high that this many rows fit.
+    /// Makes the grid high enough for this many rows.
     void giveRoom(int rows);
 
     [[nodiscard]] std::string code() { return table->field("CODE").text(); }
-    /// First column of the shown rows, the current one in brackets; only the numbers that differ.
+    /// First column of the shown rows, the current one in brackets; only the digits that differ.
     [[nodiscard]] std::string shown() const;
     /// The same for rows `first` to `last` of the fresh table.
     static std::string rowsOf(int first, int last, int current);

@@ -79,7 +79,7 @@ QLineEdit& MunicipalityListFixture::edit(const char* name) const { return child<
 std::string MunicipalityListFixture::focused() const {
     const QWidget* widget = dialog->focusWidget();
     while (widget && (widget->objectName().isEmpty() || widget->objectName().startsWith("qt_"))) {
-        widget = widget->parentWidget(); // a part of a control
+        widget = widget->parentWidget(); // from a part to its control
     }
     return widget ? widget->objectName().toStdString() : std::string();
 }
@@ -102,7 +102,7 @@ void MunicipalityListFixture::press(Qt::Key key) const {
 }
 
 void MunicipalityListFixture::hover(const QWidget& control) const {
-    for (const QPoint outside : {QPoint(1, 1), QPoint(2, 2)}) { // two, for the mouse may be on one of them
+    for (const QPoint outside : {QPoint(1, 1), QPoint(2, 2)}) { // two: the mouse may be on one of them
         QTest::mouseMove(dialog->windowHandle(), outside);
     }
     QTest::mouseMove(dialog->windowHandle(), control.mapTo(dialog.get(), control.rect().center()));

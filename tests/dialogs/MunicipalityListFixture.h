@@ -24,11 +24,11 @@ protected:
     MunicipalityListFixture();
     ~MunicipalityListFixture() override;
 
-    /// Opens the table and makes the dialog, not shown yet.
+    /// Opens the table and creates the dialog, not shown yet.
     void make(MunicipalityDialog which, const std::string& tag);
-    /// The dialog alone, over the table that is there.
+    /// Creates only the dialog, over the existing table.
     [[nodiscard]] std::unique_ptr<QDialog> makeDialog();
-    /// make(), and the dialog shown and active.
+    /// make(), then shows and activates the dialog.
     void open(MunicipalityDialog which, const std::string& tag);
 
     [[nodiscard]] dbase::Dataset& table();
@@ -36,13 +36,13 @@ protected:
     [[nodiscard]] QLineEdit& edit(const char* name) const;
     [[nodiscard]] std::string focused() const; // objectName
     [[nodiscard]] std::string help() const;
-    /// Column of the current record.
+    /// A column of the current record.
     [[nodiscard]] std::string current(const char* field);
     /// Text of a column of the grid's current row.
     [[nodiscard]] std::string shown(int column) const;
 
     static void type(QLineEdit& edit, const QString& text) { ambrel::test::typeInto(edit, text); }
-    /// Pressed in the control that has the focus, released in the one that has it then.
+    /// Presses in the focused control, and releases in the one that has the focus by then.
     void press(Qt::Key key) const;
     void hover(const QWidget& control) const;
     void clickTitle(int column) const;

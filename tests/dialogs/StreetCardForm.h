@@ -24,7 +24,7 @@ protected:
     StreetCardForm();
     ~StreetCardForm() override;
 
-    /// Shows the card of a street, of Madrid unless another municipality is chosen before.
+    /// Shows the card of a street, of Madrid unless another municipality was chosen before.
     void openCard(TOperacion operation, const QString& vecindad = {}, const std::string& street = "99000000");
     void chooseMunicipality(const char* name);
     /// Fills the card in as a new street of Madrid that passes every check.
@@ -34,11 +34,11 @@ protected:
     [[nodiscard]] QComboBox& combo(const char* name) const;
     [[nodiscard]] QPushButton& button(const char* name) const;
     [[nodiscard]] std::string textOf(const char* name) const;
-    /// Focus goes into a control, and on to the next one by Tab.
+    /// Moves the focus into a control, and to the next one by Tab.
     void enter(const char* name) const;
     void leaveByTab() const;
     void typeInto(const char* name, const QString& text) const;
-    /// Presses a key where the focus is.
+    /// Presses a key in the focused control.
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const;
     [[nodiscard]] std::string focused() const;
 

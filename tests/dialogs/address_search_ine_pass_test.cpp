@@ -123,7 +123,7 @@ TEST_F(AddressSearchInePass, WhatItsEndSaidStaysWhileTheMouseRestsOnTheButton) {
     const std::string outcome = help();
     QPushButton& pass = button("BBActualizarCOD_INE");
     const QPointF rest = QCursor::pos();
-    QEnterEvent back(pass.mapFromGlobal(rest), rest, rest); // the question is gone, the mouse has not moved
+    QEnterEvent back(pass.mapFromGlobal(rest), rest, rest); // the question is gone, the mouse is still there
     QCoreApplication::sendEvent(&pass, &back);
     EXPECT_EQ(help(), outcome);
     const QPointF elsewhere = rest + QPointF(1, 0);

@@ -1,4 +1,4 @@
-// TFBuscarDireccionPostal: its keys, the record card behind them, focus and hints.
+// TFBuscarDireccionPostal: its keys, the street card that they open, focus and hints.
 #include <gtest/gtest.h>
 
 #include <QGroupBox>
@@ -24,7 +24,7 @@ protected:
         goToStreet("99000000");
     }
 
-    /// Presses a key with the grid in focus, or in the box, and expects the card to come up as given.
+    /// Presses a key with the grid in focus, or in the box, and expects the card to open as given.
     void expectCard(Qt::Key key, Qt::KeyboardModifiers modifiers, const char* acceptCaption, bool editable) {
         ModalScript script;
         script.expect("TFFichaVia", [&](QDialog& card) {

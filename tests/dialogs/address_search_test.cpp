@@ -1,4 +1,4 @@
-// TFBuscarDireccionPostal: what it shows, finds and answers.
+// TFBuscarDireccionPostal: its contents, its searches and its answers.
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
@@ -193,7 +193,7 @@ TEST_F(AddressSearch, StandaloneBeginsInTheHostsProvince) {
     EXPECT_EQ(municipalityLabel(), "BARCELONA");
 }
 
-// By street the capital's come first, by name alone AAA would.
+// In the order of streets the capital's come first; by name alone AAA would.
 TEST_F(AddressSearch, StandaloneSeeksBeforeTheTagChanges) {
     addStreets({{"28000009", "AAA", "CL", "28430", {1, 9999}, {2, 9998}, "28", "1"}});
     Config.setProvince(28, "Madrid", "MADRID");

@@ -1,4 +1,4 @@
-// The data grid: columns, what is copied, what screen readers get, how it looks.
+// The data grid: columns, copying, screen readers, appearance.
 #include <gtest/gtest.h>
 
 #include <QAccessible>
@@ -74,7 +74,7 @@ TEST_F(DataGridAccessTest, ClientWidthLeavesTheScrollBarOut) {
     const int narrow = grid->clientWidth();
     window.resize(window.width() + 100, window.height());
     EXPECT_EQ(grid->clientWidth(), narrow + 100);
-    QCoreApplication::processEvents(); // a small screen may take some of the width back
+    QCoreApplication::processEvents(); // a small screen may take back some of the width
     grid->setColumnWidth(2, grid->clientWidth() - 80 - 120);
     QCoreApplication::processEvents();
     EXPECT_TRUE(QTest::qWaitFor([&] { return !view().horizontalScrollBar()->isVisible(); }));
@@ -186,7 +186,7 @@ TEST_F(DataGridAccessTest, ACellThatIsCutTellsItsWholeText) {
 
 // --- Screen readers
 
-/// Names of header cells. They are made for the caller, who can free them only by way of the register.
+/// Names of header cells. The caller owns the cells, which only the registry can free.
 QStringList takeNames(const QList<QAccessibleInterface*>& cells) {
     QStringList names;
     for (QAccessibleInterface* const cell : cells) {
@@ -227,7 +227,7 @@ TEST_F(DataGridAccessTest, ScreenReaderFindsTheSelectedRow) {
 }
 
 TEST_F(DataGridAccessTest, ScreenReaderIsToldEachMoveAlsoWhenTheRowsScrollUnderTheSelection) {
-    // The view tells them whenever its current cell changes; without a screen there is nobody else to ask.
+    // The view notifies them whenever its current cell changes; without a screen there is no other sender.
     start(30);
     pressTimes(Qt::Key_Down, 9);
     QStringList told;

@@ -22,7 +22,7 @@ protected:
         giveRoom(roomWanted);
         grid->setFocus();
     }
-    /// Takes the bytes of the table away, as a server that fails would.
+    /// Empties the table's files, as a failing server would.
     void loseTheFile() {
         leaveUnchecked();
         std::filesystem::resize_file(folder / "ROWS.DBF", 0);

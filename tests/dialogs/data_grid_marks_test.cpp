@@ -37,7 +37,7 @@ protected:
         }
         return codes.join(' ');
     }
-    /// Shown rows that look marked.
+    /// The shown rows that look marked.
     [[nodiscard]] QList<int> marked() const {
         static_cast<void>(grid->currentRow());
         QList<int> rows;
@@ -47,7 +47,7 @@ protected:
         std::ranges::sort(rows);
         return rows;
     }
-    /// The context menu that comes up over the grid, or null.
+    /// The context menu shown over the grid, or null.
     QMenu* menu() {
         const QPoint place = view().viewport()->rect().center();
         QContextMenuEvent event(QContextMenuEvent::Mouse, place, view().viewport()->mapToGlobal(place));
@@ -202,7 +202,7 @@ TEST_F(DataGridMarksTest, PendingNewRowBeginsNoMark) {
 TEST_F(DataGridMarksTest, TheCurrentRowStandsOutAmongTheMarked) {
     start(30);
     mark(Qt::Key_Down, 2);
-    behind->setFocus(); // no line around the current row either
+    behind->setFocus(); // removes the line around the current row, too
     const auto colourOf = [&](int row) {
         return grid->grab(grid->cellRect(row, 2)).toImage().pixelColor(grid->columnWidth(2) - 3, 3);
     };

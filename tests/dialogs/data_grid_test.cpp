@@ -1,4 +1,4 @@
-// The data grid: which rows it shows, and the moves that keys and mouse make.
+// The data grid: the rows it shows, and the moves of keys and mouse.
 #include <gtest/gtest.h>
 
 #include <QHeaderView>
@@ -183,7 +183,7 @@ TEST_F(DataGridTest, WheelScrollsTheRowsUnderTheSelection) {
     wheel(-2);
     EXPECT_EQ(shown(), rowsOf(9, 18, 13));
     wheel(5);
-    EXPECT_EQ(shown(), rowsOf(0, 9, 3)); // a page at most
+    EXPECT_EQ(shown(), rowsOf(0, 9, 3)); // by a page at most
 }
 
 TEST_F(DataGridTest, DoubleClickTellsWithTheRowCurrent) {

@@ -38,7 +38,7 @@ protected:
         edit->setFocus();
     }
     void moveMouseTo(const QWidget& control) {
-        for (const QPoint offset : {QPoint(1, 1), QPoint(0, 0)}) { // two, for the mouse may be on one of them
+        for (const QPoint offset : {QPoint(1, 1), QPoint(0, 0)}) { // two: the mouse may be on one of them
             QTest::mouseMove(dialog.windowHandle(), control.geometry().center() + offset);
         }
     }
@@ -72,7 +72,7 @@ TEST_F(FocusHelpTest, LeavingTheLastEditEmptiesTheStatusBar) {
     FocusHelp help_(dialog, *bar);
     help_.watchEdit(edit);
     show();
-    QTest::keyClick(edit, Qt::Key_Tab); // to one that nobody watches
+    QTest::keyClick(edit, Qt::Key_Tab); // to one that is not watched
     EXPECT_EQ(help(), "");
 }
 

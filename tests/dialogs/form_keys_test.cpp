@@ -1,4 +1,4 @@
-// Keys that a dialog sees before its controls.
+// Keys that a dialog handles before its controls.
 #include "dialogs/common/FormKeys.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ namespace {
 using ambrel::FormKeys;
 using ambrel::test::showActive;
 
-/// A dialog with an edit inside of a box that may have the focus itself, a text, a table, a combo and two
+/// A dialog with an edit inside a box that may have the focus itself, a text, a table, a combo and two
 /// buttons.
 class FormKeysTest : public ::testing::Test {
 protected:
@@ -46,14 +46,14 @@ protected:
         QObject::connect(cancel, &QPushButton::clicked, &dialog, [this] { ++cancelled; });
     }
 
-    /// Notes every key, and uses those in `used`.
+    /// Records every key, and uses up those in `used`.
     FormKeys::Handler noting() {
         return [this](std::uint16_t key, Qt::KeyboardModifiers) {
             told.push_back(key);
             return std::find(used.begin(), used.end(), key) != used.end();
         };
     }
-    /// Notes every key; Enter moves on.
+    /// Records every key; Enter moves on.
     FormKeys::Handler moving() {
         return [this](std::uint16_t key, Qt::KeyboardModifiers) {
             told.push_back(key);
@@ -138,7 +138,7 @@ TEST_F(FormKeysTest, DialogSeesKeysBeforeTheControl) {
 TEST_F(FormKeysTest, KeyThatTheControlLeavesIsToldOnce) {
     new FormKeys(dialog, *cancel, noting());
     show(edit);
-    QTest::keyClick(edit, Qt::Key_PageDown); // goes on from the edit to the box and to the dialog
+    QTest::keyClick(edit, Qt::Key_PageDown); // goes from the edit to the box and then to the dialog
     QTest::keyClick(edit, Qt::Key_F5);
     QTest::keyClick(edit, Qt::Key_PageDown);
     EXPECT_EQ(told, (Keys{34, 0, 34}));

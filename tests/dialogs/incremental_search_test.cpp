@@ -162,7 +162,7 @@ TEST_F(IncrementalSearch, UpAtTheFirstRecordAndDownAtTheLastDoNothing) {
 }
 
 TEST_F(IncrementalSearch, TextInAnotherFieldThanTheActiveOrdersFindsTheFirstRecord) {
-    keyField = "COD_INE"; // as after a click on a title, which leaves the focus where it is
+    keyField = "COD_INE"; // as after a click on a title, which does not move the focus
     press(Qt::Key_PageDown);
     type("28");
     EXPECT_EQ(name(), "ALPEDRETE");

@@ -1,4 +1,4 @@
-// Where TFMunicipiLista, TFBuscarMunicipios and TFMunicipiListaMJ differ: Enter, the answer, the orders.
+// The differences between TFMunicipiLista, TFBuscarMunicipios and TFMunicipiListaMJ: Enter, answer, orders.
 #include <gtest/gtest.h>
 
 #include <QPushButton>
@@ -65,7 +65,7 @@ protected:
     }
 };
 
-// Named as the remark at the class: the difference to the other lists is meant.
+// Named like the remark at the class: the difference from the other lists is intended.
 TEST_F(BuscarMunicipios, AnswersByItsTag) {
     open("NOMBRE");
     EXPECT_EQ(tagOf(*dialog), 0);

@@ -51,7 +51,7 @@ protected:
         table.post();
     }
 
-    /// The list as its caller configures it, on the screen.
+    /// Shows the list as its caller configures it.
     void show(int code = 0, int group = 1) {
         list.TProvin.open();
         list.Configura("Elegir", "Nacimiento del declarante", code, group);
@@ -60,7 +60,7 @@ protected:
 
     void type(const QString& text) { ambrel::test::typeInto(search, text); }
     void press(int key) { QTest::keyClick(&search, static_cast<Qt::Key>(key)); }
-    /// What the grid shows as the current row.
+    /// The grid's current row.
     [[nodiscard]] std::string current() const { return grid.cellText(grid.currentRow(), 0).toStdString(); }
     void doubleClickCurrentRow() {
         QTest::mouseDClick(&grid, Qt::LeftButton, {}, grid.cellRect(grid.currentRow(), 0).center());
@@ -142,7 +142,7 @@ TEST_F(ProvinceList, CodeZeroShowsEveryTerritoryWhateverTheGroup) {
     }
 }
 
-// The text 8 is beyond every code of three digits, such as 008, so that the last province is left current.
+// The text 8 sorts after every code of three digits, such as 008, so that the last province stays current.
 TEST_F(ProvinceList, Code8AndGroup1FilterAndSeekTheText8AmongThreeCharacterCodes) {
     show(8, 1);
     EXPECT_EQ(list.TProvin.filter(), "GRUPO = 1");
@@ -236,7 +236,7 @@ TEST_F(ProvinceList, TheOrderChangesInsideTheFilteredGroup) {
 
 TEST_F(ProvinceList, ANameIsSoughtAsTyped) {
     show();
-    type("Ba"); // small letters come behind all capitals
+    type("Ba"); // small letters come after all capitals
     EXPECT_EQ(current(), "015.- CORUÑA, A");
 }
 

@@ -17,10 +17,10 @@ const QString badPostalCode = "No ha especificado el código postal de la nueva 
 
 class StreetCardChecks : public postal_tests::StreetCardForm {
 protected:
-    /// A new street that passes every check but for one control's text.
+    /// Opens the card as a new street that passes every check except for one control's text.
     void openWith(const char* control, const QString& text) {
         openCard(opAlta);
-        enter("BBCancelar"); // leaving EVecindad fills others in: first of all, then
+        enter("BBCancelar"); // first, because leaving EVecindad fills in others
         fillIn();
         if (card->findChild<QComboBox*>(QLatin1String(control))) {
             combo(control).setEditText(text);

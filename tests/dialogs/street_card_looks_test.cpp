@@ -1,4 +1,4 @@
-// TFFichaVia: what of a long text is seen, and what is selected when the card opens.
+// TFFichaVia: the visible part of a long text, and the selection when the card opens.
 #include <gtest/gtest.h>
 
 #include <QTest>
@@ -14,7 +14,7 @@ protected:
     StreetCardLooks() {
         addStreets({{"99000010", longName, "CL", "28013"}, {"28000010", longName, "CL", "28013"}});
     }
-    /// Whether the first letter is seen. What is painted decides it.
+    /// Whether the first letter is visible, judged by what is painted.
     static bool showsBeginning(QLineEdit& box) {
         static_cast<void>(box.grab());
         return box.cursorPositionAt({box.textMargins().left() + 1, box.height() / 2}) == 0;

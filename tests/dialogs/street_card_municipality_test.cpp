@@ -32,7 +32,7 @@ protected:
         typeInto("EVecindad", municipality);
         leaveByTab();
     }
-    /// The list comes, shows `code` as current, and has the row `chosen` accepted.
+    /// Expects the list, with `nearest` as the current row, and accepts the row `chosen`.
     void expectList(const std::string& tag, const std::string& nearest, const std::string& chosen) {
         script.expect("TFMunicipiLista", [=](QDialog& list) {
             EXPECT_EQ(DMMunicipi->tbMunicipi.tag(), tag);
@@ -125,7 +125,7 @@ TEST_F(StreetCardMunicipality, NoKeepsPostalCodeAndProvince) {
 
 TEST_F(StreetCardMunicipality, TheSamePostalCodeAsksNothing) {
     openCard(opModificacion);
-    leaveWith("BARCELONA"); // has several, so that the code stays
+    leaveWith("BARCELONA"); // it has several codes, so the code stays
     EXPECT_EQ(textOf("DBECodPostal"), "28013");
     EXPECT_EQ(textOf("CBProvincia"), "MADRID [08]");
 }

@@ -1,4 +1,4 @@
-// What the street card looks up, and what it makes of its texts.
+// The street card's look-ups, and the texts it stores.
 #include <gtest/gtest.h>
 
 #include "controller/StreetCard.h"

@@ -130,7 +130,7 @@ TEST_F(StreetCard, LengthsAndCapitalsApplyToTypingOnly) {
         auto& control = child<QWidget>(*card, rule.control);
         auto* const box = qobject_cast<QComboBox*>(&control);
         QLineEdit& line = box ? *box->lineEdit() : edit(rule.control);
-        enter(rule.control); // leaving EVecindad fills others in
+        enter(rule.control); // leaving EVecindad fills in others
         line.clear();
         typeInto(rule.control, QString(60, u'ñ'));
         const QString typed(rule.length, rule.capitals ? u'Ñ' : u'ñ');

@@ -26,7 +26,7 @@ using ambrel::test::ansi;
 using ambrel::test::child;
 using ambrel::test::ModalScript;
 
-/// The module of a street-type routine at work, its table filled and open.
+/// The module of a street-type routine at work, with its table filled and open.
 class StreetTypes {
 public:
     StreetTypes() {
@@ -58,7 +58,7 @@ protected:
     void show() { ambrel::test::showActive(list); }
     void type(const QString& text) { ambrel::test::typeInto(search, text); }
     void press(int key) { QTest::keyClick(&search, static_cast<Qt::Key>(key)); }
-    /// What the grid shows as the current row.
+    /// The grid's current row.
     [[nodiscard]] std::string current() const {
         const int row = grid.currentRow();
         return (grid.cellText(row, 0) + " " + grid.cellText(row, 1)).toStdString();
@@ -120,7 +120,7 @@ TEST_F(StreetTypeList, TheAbbreviationIsSearchedAlthoughTheHintSpeaksOfTheName) 
 
 TEST_F(StreetTypeList, TheTextIsSoughtAsTyped) {
     show();
-    type("c"); // behind all capitals
+    type("c"); // after all capitals
     EXPECT_EQ(current(), "RD RONDA");
 }
 

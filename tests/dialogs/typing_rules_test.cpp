@@ -1,4 +1,4 @@
-// Capitals and lengths of what is typed.
+// Capitals and lengths of typed text.
 #include "dialogs/common/TypingRules.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Test fixture: the import dialog on the screen, over a few host places, and a service on loopback.
+// Test fixture: the import dialog on the screen, over a few of the host's places, and a service on loopback.
 #pragma once
 
 #include <QComboBox>
@@ -35,9 +35,9 @@ protected:
 
     /// Shows the dialog, in the first mode.
     void show();
-    /// Shows it and goes on to another mode.
+    /// Shows the dialog and switches to another mode.
     void show(const char* mode);
-    /// Writes a file into POSTALES, whose folders are made; texts are UTF-8, a .dat becomes Windows-1252.
+    /// Writes a file into POSTALES, whose folders are created; texts are UTF-8, a .dat becomes Windows-1252.
     void file(const std::string& name, const std::string& content);
     /// An answer with these streets (type and name), as the service sends it.
     static std::string answer(const std::vector<std::pair<std::string, std::string>>& streets);
@@ -63,7 +63,7 @@ protected:
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const;
     void chooseMenuItem() const;
 
-    /// A message box is expected; `whileProgress`: the progress window is open when it comes.
+    /// Expects a message box; `whileProgress`: the progress window is open when it comes.
     void expectBox(const char* text, const char* title, bool whileProgress = false);
     [[nodiscard]] bool isProgressOpen() const;
 
@@ -72,7 +72,7 @@ protected:
     std::unique_ptr<TClassCodPostales> controller;
     std::unique_ptr<TFImportarVias> dialog;
     Texts progress; // texts of the progress windows, in order
-    Texts bar;      // the dialog's bar as it changed from one to the next: "DONE/ALL TEXT"
+    Texts bar;      // successive states of the dialog's bar: "DONE/ALL TEXT"
 
 private:
     void noteBar();

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Whether a request is there to its last byte, by its Content-Length.
+/// Whether a request is complete to its last byte, by its Content-Length.
 bool isWhole(const std::string& request) {
     const std::size_t head = request.find("\r\n\r\n");
     if (head == std::string::npos) {
@@ -42,7 +42,7 @@ RawServer::RawServer(std::vector<std::string> answers) : listener_(socket(AF_INE
 }
 
 RawServer::~RawServer() {
-    shutdown(listener_, SHUT_RDWR); // answers that nobody fetched are not waited for
+    shutdown(listener_, SHUT_RDWR); // answers not yet fetched are not waited for
     if (thread_.joinable()) {
         thread_.join();
     }
@@ -81,7 +81,7 @@ void RawServer::serve(const std::string& answer) {
         sent += static_cast<std::size_t>(count);
     }
     shutdown(peer, SHUT_WR);
-    while (recv(peer, bytes.data(), bytes.size(), 0) > 0) { // closed earlier, the answer might be lost
+    while (recv(peer, bytes.data(), bytes.size(), 0) > 0) { // an earlier close might lose the answer
         continue;
     }
     close(peer);

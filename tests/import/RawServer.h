@@ -1,11 +1,11 @@
-// A peer that says exactly what a test tells it to, whether that is HTTP or not.
+// A peer that sends exactly the bytes that a test gives it, whether they are HTTP or not.
 #pragma once
 
 #include <string>
 #include <thread>
 #include <vector>
 
-/// Listens on loopback; serves one connection after the other, an answer each, and then closes it.
+/// Listens on loopback; serves one connection after the other with one answer each, and closes it.
 class RawServer {
 public:
     explicit RawServer(std::vector<std::string> answers);

@@ -1,15 +1,15 @@
-// The street-directory service of a test: on loopback, and where the configuration says.
+// A test's street-directory service, on loopback, which the configuration points to.
 #pragma once
 
 #include <memory>
 
 #include "tools/callejero/Server.h"
 
-/// While it is there, requests by Config's service come to it, whatever proxy the environment names. At its
-/// end the test fails if one of them was not written as it must be.
+/// While it exists, it receives the requests of Config's service, whatever proxy the environment names. Its
+/// destruction fails the test if one of them was not written as required.
 class SimulatedDirectory {
 public:
-    /// Two provinces with a few municipalities, see the .cpp.
+    /// Has two provinces with a few municipalities, see the .cpp.
     SimulatedDirectory();
     explicit SimulatedDirectory(std::unique_ptr<const callejero::Directory> directory);
     ~SimulatedDirectory();

@@ -18,7 +18,7 @@
 
 namespace {
 
-/// The running program; its standard output is read here, its messages are left out of the test's.
+/// The running program; its standard output is read here, and its messages are kept out of the test's.
 class Program {
 public:
     explicit Program(std::vector<std::string> arguments) {
@@ -58,7 +58,7 @@ public:
         const std::string read = std::fgets(text.data(), text.size(), output_) ? text.data() : "";
         return read.substr(0, read.find('\n'));
     }
-    /// All that it prints until it ends.
+    /// Its output until it ends.
     std::string allOutput() {
         std::string all;
         for (int byte = std::fgetc(output_); byte != EOF; byte = std::fgetc(output_)) {

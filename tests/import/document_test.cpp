@@ -1,4 +1,4 @@
-// Answers as documents: what is taken, what is refused, how they are filed.
+// Answers as documents: which are accepted, which are refused, how they are filed.
 #include "import/Document.h"
 
 #include <gtest/gtest.h>
@@ -34,7 +34,7 @@ std::string nested(int levels) {
     return text;
 }
 
-/// What the readers make of a document; the texts are those that are shown.
+/// What the readers find in a document, in the texts of the window.
 std::string shown(const DirectoryDocument& document) {
     const ambrel::StreetList list = ambrel::readStreets(document);
     std::string text = std::to_string(static_cast<int>(list.reading)) + ":";
@@ -44,7 +44,7 @@ std::string shown(const DirectoryDocument& document) {
     return text;
 }
 
-/// An answer with one street, under a declaration of its own.
+/// An answer with one street, and its own declaration.
 std::string streetAnswer(const std::string& declaration, const std::string& name) {
     return declaration +
            "<soap:Envelope><soap:Body><a><b><control><cuca>1</cuca></control><callejero><calle>"
@@ -52,7 +52,7 @@ std::string streetAnswer(const std::string& declaration, const std::string& name
            name + "</nv></dir></calle></callejero></b></a></soap:Body></soap:Envelope>";
 }
 
-/// The same document, filed and read back.
+/// The same for the document filed and read back.
 std::string shownFromFile(const DirectoryDocument& document) {
     const TemporaryFolder folder;
     document.save(folder / "a.xml");
@@ -171,7 +171,7 @@ TEST(Document, WithoutNodesIsReadBackWithoutNodes) {
 }
 
 TEST(Document, ThatWouldBeTooLargeToReadBackIsRefusedWhenItComes) {
-    // As deep as an answer may be: filed, every line is indented by up to 120 blanks.
+    // As deep as an answer may be: when filed, every line is indented by up to 120 blanks.
     const std::string open = "<a><a><a><a><a><a><a><a><a><a><a><a><a><a><a>";
     std::string text = open;
     for (int i = 0; i < 400'000; ++i) {

@@ -30,7 +30,7 @@ protected:
         progress.clear();
     }
     void save() { click("BBGuardarPorProvincia"); }
-    /// The list of municipalities comes, with this caption.
+    /// Expects the list of municipalities, with this caption.
     void expectList(const char* caption, const std::function<void(QDialog&)>& answer) {
         script.expect("TFMunicipiLista", [=](QDialog& list) {
             EXPECT_EQ(list.windowTitle().toStdString(), caption);
@@ -292,7 +292,7 @@ TEST_F(ImportBatch, FolderWithAnotherAttributeIsPassedOver) {
 
 TEST_F(ImportBatch, FirstEntryOfTheFolderIsNeverLookedAt) {
     file("MADRID/ALPEDRETE.xml", answer({{"CL", "SOL"}}));
-    // Where "." and ".." are no folders the province is the first entry.
+    // Where "." and ".." are not folders the province is the first entry.
     ambrel::setAttributeFunction([](const std::string& path) {
         const bool isDots = path.ends_with("/.") || path.ends_with("/..");
         return isDots ? ambrel::file_attribute::hidden : ambrel::attributesOnDisk(path);
@@ -319,7 +319,7 @@ TEST_F(ImportBatch, MenuTellsWhenThereIsNoFolder) {
     chooseMenuItem();
 }
 
-// Deliberate: the menu asks for no mode; in the first one streets are saved without a postal code.
+// Deliberate: the menu does not depend on the mode; in the first one streets are saved without a postal code.
 TEST_F(ImportBatch, MenuWorksInAnyMode) {
     file("MADRID/ALPEDRETE.xml", answer({{"CL", "SOL"}}));
     show("RBUno");

@@ -11,12 +11,12 @@ namespace {
 using namespace postal_tests;
 using ambrel::test::ModalScript;
 
-/// Real boxes. The service does not tell the municipalities of a province, of which two boxes tell.
+/// Real message boxes. The service refuses the municipalities of a province, which leads to two boxes.
 class ImportClicks : public ImportForm {
 public:
     ImportClicks() { ambrel::setMessageShower({}); }
 
-    /// Goes to a mode with its province chosen, and presses the mouse over a control.
+    /// Switches to a mode with its province chosen, and presses the mouse over a control.
     void leaveProvinceFor(const char* mode, QWidget& (ImportClicks::*target)() const) {
         show(mode);
         choose("CBProvincias", "MADRID");
@@ -36,7 +36,7 @@ private:
     QPoint placeOf(QWidget& control) const {
         return control.mapTo(dialog.get(), QPoint(control.height() / 2, control.height() / 2));
     }
-    /// The mouse button goes up over what it was pressed on; then the box is answered.
+    /// Releases the mouse button over the pressed control, then answers the box.
     void answer(QDialog& message, QWidget& control) const {
         QTest::mouseRelease(dialog->windowHandle(), Qt::LeftButton, {}, placeOf(control));
         QTest::keyClick(&message, Qt::Key_Return);

@@ -117,7 +117,7 @@ TEST_F(ImportFromFiles, FileThatCannotBeOpenedIsToldAndTheHostsPlacesAreChosenAl
               "No se puede realizar la importación", true);
     search("28-ALPEDRETE");
     EXPECT_EQ(message(), "");
-    EXPECT_EQ(chosen("CBMunicipiosAmbrel"), "ALPEDRETE"); // the reading answers true in every case
+    EXPECT_EQ(chosen("CBMunicipiosAmbrel"), "ALPEDRETE"); // reading returns true in every case
 }
 
 TEST_F(ImportFromFiles, ExtensionInCapitalsIsReadAlike) {

@@ -1,4 +1,4 @@
-// TFImportarVias: what it shows in its three modes, its keys and its end.
+// TFImportarVias: its contents in its three modes, its keys and its end.
 #include <gtest/gtest.h>
 
 #include <QFile>
@@ -181,7 +181,7 @@ TEST_F(ImportDialog, ChoosingAModeByAltAsksForNothingThatIsLeft) {
     std::filesystem::create_directories(postales());
     show();
     for (const char* const box :
-         {"CBProvincias", "CBProvinciasAmbrel"}) { // both tell when they are left empty
+         {"CBProvincias", "CBProvinciasAmbrel"}) { // both show a message when left empty
         chooseMode("RBMasDeUno");
         const QPalette before = combo(box).palette();
         combo(box).setFocus();
@@ -197,7 +197,7 @@ TEST_F(ImportDialog, ChoosingAModeByAltAsksForNothingThatIsLeft) {
 TEST_F(ImportDialog, LeavingTheProvinceForAnotherModeTellsNothingAndDisturbsNoOtherBox) {
     show("RBUno");
     EXPECT_EQ(focused(), "CBProvincias");
-    chooseMode("RBTodosConUno"); // on the way the focus comes to the municipalities, which are then hidden
+    chooseMode("RBTodosConUno"); // the focus passes through the municipalities, which are then hidden
     EXPECT_EQ(focused(), "CBProvincias");
     chooseMode("RBMasDeUno");
     EXPECT_EQ(focused(), "RBMasDeUno");

@@ -26,7 +26,7 @@ constexpr const char* noMunicipalities = "No se han podido cargar los municipios
 
 class ImportFromTheWeb : public ImportForm {
 protected:
-    /// Second mode, with a municipality of Madrid chosen.
+    /// Shows the second mode, with a municipality of Madrid chosen.
     void showMunicipality(const char* name = "ALPEDRETE") {
         show("RBUno");
         choose("CBProvincias", "MADRID");
@@ -323,7 +323,7 @@ TEST_F(ImportFromTheWeb, ProvinceSearchSucceedsAlsoWhenNothingCanBeFiled) {
     folder.write("POSTALES", "a file where the folder should be");
     show("RBTodosConUno");
     choose("CBProvincias", "LA RIOJA");
-    click("BBBuscarViasPorProvincia"); // not a word
+    click("BBBuscarViasPorProvincia"); // no message
     EXPECT_FALSE(std::filesystem::is_directory(postales()));
 }
 

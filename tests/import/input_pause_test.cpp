@@ -1,4 +1,4 @@
-// Waiting for the service: windows are drawn, and what the user does meanwhile is lost.
+// While the service is waited for, windows are drawn and input is discarded.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -23,7 +23,7 @@ using namespace postal_tests;
 using callejero::Fault;
 using callejero::Operation;
 
-/// Leaves in a window's queue what a user does who clicks a button and then presses Escape.
+/// Leaves the events of a click on a button, and of Escape after it, in a window's queue.
 void leaveInput(QWindow* window, QPoint place, QPointF global) {
     QCoreApplication::postEvent(window, new QMouseEvent(QEvent::MouseButtonPress, place, global,
                                                         Qt::LeftButton, Qt::LeftButton, Qt::NoModifier));
@@ -60,7 +60,7 @@ TEST_F(InputPauseTest, InputDuringThePauseIsLost) {
         leaveClick();
         pause.letDraw();
         EXPECT_EQ(clicks, 0);
-        leaveClick(); // nobody looks again before the end
+        leaveClick(); // not processed again before the end
     }
     QCoreApplication::processEvents();
     EXPECT_EQ(clicks, 0);
@@ -103,7 +103,7 @@ TEST_F(InputPauseTest, ClosingAWindowIsLost) {
 
 class ImportWaiting : public ImportForm {
 protected:
-    /// Runs an action of the dialog whose request is held until a user who grows impatient has clicked Salir
+    /// Runs an action of the dialog whose request is held until an impatient user has clicked Salir
     /// and pressed Escape.
     void runWithImpatientUser(Operation operation, const std::function<void()>& action) {
         service->setFault(operation, Fault::Stall);
@@ -112,7 +112,7 @@ protected:
         const QPoint place = exit.mapTo(dialog.get(), exit.rect().center());
         const QPointF global = exit.mapToGlobal(exit.rect().center());
         QWindow* const window = dialog->windowHandle();
-        // Made at their first use, and to belong to this thread.
+        // Created at their first use, so that they belong to this thread.
         static_cast<void>(QInputDevice::primaryKeyboard());
         static_cast<void>(QPointingDevice::primaryPointingDevice());
         std::atomic<bool> wasAlive = false, isOver = false;
@@ -163,7 +163,7 @@ TEST_F(ImportWaiting, ButtonWhosePressBeganTheRequestIsLetGo) {
     choose("CBProvincias", "MADRID");
     QPushButton& exit = control<QPushButton>("BBCancelar");
     const QPoint place = exit.mapTo(dialog.get(), exit.rect().center());
-    // The press takes the focus from the province, whose municipalities are asked for; the release comes
+    // The press takes the focus from the province, which requests its municipalities; the release comes
     // while the request is under way.
     QWindow* const window = dialog->windowHandle();
     const QPointF global = exit.mapToGlobal(exit.rect().center());

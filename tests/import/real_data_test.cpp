@@ -1,5 +1,5 @@
-// Recorded answers and municipality files of real places. They are no part of the project: a folder that has
-// them is named by the environment variable AMBREL_REAL_DATA, and without it these tests skip themselves.
+// Recorded answers and municipality files of real places. They are not part of the project: the environment
+// variable AMBREL_REAL_DATA names a folder that has them, and without it these tests skip themselves.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -149,7 +149,7 @@ TEST_F(RealData, EveryLineOfTheMunicipalityFilesIsAStreetWithItsCode) {
     }
 }
 
-/// The reader cuts at the first bracket; what stands in brackets before the ranges is gone with it.
+/// The reader cuts at the first bracket, and so loses any text in brackets before the ranges.
 TEST_F(RealData, RangesOfNamesWithoutBracketsAreReadRight) {
     for (const fs::directory_entry& entry : fs::directory_iterator(folder / "callejero/dat")) {
         std::ifstream file(entry.path(), std::ios::binary);

@@ -1,4 +1,4 @@
-// Where answers are kept.
+// The folder in which answers are kept.
 #include "import/ResponseFolder.h"
 
 #include <gtest/gtest.h>
@@ -67,7 +67,7 @@ TEST_F(ResponseFolder, TakesNoNameThatLeadsOut) {
     }
     EXPECT_FALSE(file("P", std::string("a\0b", 3)));
     EXPECT_FALSE(fs::exists(folder / "fuera"));
-    EXPECT_TRUE(file("P", "../fuera")); // its slash becomes brackets
+    EXPECT_TRUE(file("P", "../fuera")); // the slash becomes brackets
     EXPECT_TRUE(fs::exists(folder / "POSTALES/P/..()fuera.xml"));
 }
 

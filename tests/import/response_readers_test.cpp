@@ -1,4 +1,4 @@
-// What is read from the answers.
+// The values read from the answers.
 #include "import/ResponseReaders.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The sample's folder POSTALES: every file of it can be imported into the sample's tables.
+// The sample's folder POSTALES: each of its files can be imported into the sample's tables.
 #include <gtest/gtest.h>
 
 #include <filesystem>

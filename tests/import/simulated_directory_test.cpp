@@ -23,7 +23,7 @@ using callejero::Operation;
 using callejero::Received;
 using callejero::WrongRequest;
 
-/// A good request, to be spoilt.
+/// A valid request, to be altered.
 Received streetsRequest() {
     Config = {};
     return {.contentType = "text/xml; charset=utf-8",

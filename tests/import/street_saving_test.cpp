@@ -1,4 +1,4 @@
-// Imported streets on their way into POSTAL.
+// Saves imported streets in POSTAL.
 #include "import/StreetSaving.h"
 
 #include <gtest/gtest.h>
@@ -41,7 +41,7 @@ protected:
     Outcome complete(const std::vector<ImportedStreet>& streets, const Texts& codes) {
         return ambrel::StreetSaving{*controller, streets, municipality}.completeTypes(codes);
     }
-    /// Every column of the stored streets but the key, joined by "|".
+    /// Every column of the stored streets except the key, joined by "|".
     static Texts stored() {
         dbase::Dataset table("DB", "POSTAL");
         table.open();
@@ -220,7 +220,7 @@ TEST_F(StreetSavingTest, TableForReadingOnlyAsksNothingAndSaysWhyOnce) {
     leaveUnchecked();
     {
         std::fstream file(folder / "POSTAL.DBF", std::ios::in | std::ios::out | std::ios::binary);
-        file.seekp(29); // the language driver: one whose order of keys nobody knows
+        file.seekp(29); // the language driver: one whose order of keys is unknown
         file.put('\x14');
     }
     controller.emplace();

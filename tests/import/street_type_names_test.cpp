@@ -62,7 +62,7 @@ TEST_F(KnownStreetTypeNames, AreLookedUpInATableOpenedOnce) {
 }
 
 TEST_F(StreetTypeNames, AskForNoTableBeforeTheFirstName) {
-    ambrel::StreetTypeNames types("DB"); // whose folder is empty
+    ambrel::StreetTypeNames types("DB"); // its folder is empty
     EXPECT_THROW(static_cast<void>(types.ExtraeTipoVia("CALLE")), dbase::Error);
     addTypes({{"CL", "CALLE"}});
     EXPECT_EQ(types.ExtraeTipoVia("CALLE"), "CL");

@@ -1,4 +1,4 @@
-// The time that a run will still take, in words.
+// The remaining time of a run, in words.
 #include "import/TimeLeft.h"
 
 #include <gtest/gtest.h>

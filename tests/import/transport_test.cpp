@@ -1,4 +1,4 @@
-// The exchange with the service: what is sent, and that an answer comes whole or not at all.
+// The exchange with the service: what is sent, and that an answer arrives as a whole or not at all.
 #include "import/Transport.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ const std::string head = "HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\n";
 
 std::string utf8(const std::string& text) { return dbase::CodePage::windows1252().toUtf8(text); }
 
-/// Proxies of whoever runs the tests are none of their business.
+/// Ignores the proxies in the environment.
 class Transport : public ::testing::Test {
 protected:
     Transport() {
@@ -42,7 +42,7 @@ protected:
         return ambrel::postSoap(url, "urn:saludo", body);
     }
 
-    /// What the transport makes of an answer's bytes.
+    /// The transport's answer for these bytes.
     static std::string answered(const std::string& bytes) {
         RawServer server({bytes});
         return post(server.url());
@@ -265,7 +265,7 @@ protected:
         return ambrel::readStreets(document);
     }
 
-    /// What the streets of Haro come to under a fault.
+    /// The list of Haro's streets under a fault.
     ambrel::StreetList streetsUnder(Fault fault) {
         directory->setFault(Operation::Streets, fault);
         return streetsIn(askStreets());
@@ -276,7 +276,7 @@ protected:
         directory->setFault(Operation::Streets, Fault::None);
         EXPECT_EQ(streetsIn(askStreets()).streets.size(), 3u) << "the next exchange is a new one";
     }
-    /// The fault holds the answer until the caller has had a few turns; it then comes whole.
+    /// The fault holds the answer until the caller has had a few turns; then it arrives as a whole.
     void expectPatience(Fault fault) {
         directory->setFault(Operation::Streets, fault);
         int turns = 0;
@@ -331,7 +331,7 @@ TEST_F(DirectoryExchange, IsRefusedOnceTheServiceHasEnded) {
     EXPECT_THROW(askStreets(), TransportError);
 }
 
-/// What the service could send of an answer shows what was taken of it; the system's buffers hold a few MiB.
+/// The bytes that the service could send show how much was received; the system's buffers hold a few MiB.
 TEST_F(DirectoryExchange, RefusesAnAnnouncedHugeAnswerBeforeItComes) {
     expectRefusal(Fault::Huge);
     EXPECT_LT(directory->sentOfHuge(), ambrel::largestAnswer);

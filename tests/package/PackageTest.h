@@ -1,4 +1,4 @@
-// Test fixture of the programs that link nothing of the package but the shared library.
+// Test fixture of the programs that link only the shared library of the package.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 namespace package_tests {
 
 /// The five tables exist, empty, in a folder that database "DB" stands for. Message boxes are accepted and
-/// noted.
+/// recorded.
 class PackageTest : public ::testing::Test {
 protected:
     PackageTest();

@@ -1,4 +1,4 @@
-// What has to work across the border of the shared library: this program links nothing of the package but it.
+// What must work across the border of the shared library: this program links nothing else of the package.
 #include <QDialog>
 #include <memory>
 #include <stdexcept>

@@ -1,4 +1,4 @@
-// What the shared library carries: what it lacked would be missing when this program is linked.
+// Contents of the shared library: this program would not link if something were missing.
 #include <functional>
 #include <string>
 

@@ -1,4 +1,4 @@
-// What the examples of docs/integration.md do when they run; that they compile is seen to by their library.
+// Runs the examples of docs/integration.md; their library shows that they compile.
 #include <QApplication>
 #include <QLineEdit>
 #include <QTimer>
@@ -173,7 +173,7 @@ TEST_F(DocumentExamplesTest, ARowThatSomebodyElseHoldsIsToldAndNotEdited) {
     EXPECT_EQ(shown.size(), 1);
     there.name.setText("EVA");
     there.data.post();
-    EXPECT_FALSE(startEdit(here.data)); // it is another row now, and is shown
+    EXPECT_FALSE(startEdit(here.data)); // the row has changed, and is shown
     EXPECT_EQ(here.name.text(), "EVA");
     EXPECT_TRUE(startEdit(here.data));
 }
