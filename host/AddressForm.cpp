@@ -1,3 +1,4 @@
+// Lays out the address form: boxes, labels, list buttons and validation marks.
 #include "host/AddressForm.h"
 
 #include <QGridLayout>

@@ -1,3 +1,4 @@
+// Composes the printed line of an address.
 #include "host/AddressPreview.h"
 
 #include <QHBoxLayout>

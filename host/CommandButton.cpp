@@ -1,3 +1,4 @@
+// A button whose mnemonic acts at once.
 #include "host/CommandButton.h"
 
 #include <QShortcutEvent>

@@ -1,3 +1,4 @@
+// Chooses the folder of the tables and creates them where there are none.
 #include "host/DataFolder.h"
 
 #include <QCoreApplication>

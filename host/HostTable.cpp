@@ -1,3 +1,4 @@
+// Creates the host's own table and its sample customers.
 #include "host/HostTable.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// The menus of the host's window.
 #include "host/MainMenu.h"
 
 #include <QAction>

@@ -1,3 +1,4 @@
+// Builds the host's window and moves between customers.
 #include "host/MainWindow.h"
 
 #include <QCloseEvent>

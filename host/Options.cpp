@@ -1,3 +1,4 @@
+// Reads the program's command line.
 #include "host/Options.h"
 
 #include <QCommandLineParser>

@@ -1,3 +1,4 @@
+// Spanish translations of Qt's own texts.
 #include "host/SpanishTexts.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// The look of the demo host.
 #include "host/Style.h"
 
 #include <QApplication>

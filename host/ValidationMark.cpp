@@ -1,3 +1,4 @@
+// The sign beside a box that shows whether its text is validated.
 #include "host/ValidationMark.h"
 
 #include <QEvent>

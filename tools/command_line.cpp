@@ -1,3 +1,4 @@
+// The command line: its options and their help.
 #include "tools/command_line.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// Writes messages to standard error.
 #include "tools/complain.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Recognizes tables shorter than their header announces.
 #include "tools/cut_table.h"
 
 #include "dbase/dbf/table_file.h"

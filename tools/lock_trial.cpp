@@ -1,3 +1,4 @@
+// Tries file locks in a folder.
 #include "tools/lock_trial.h"
 
 #include <array>

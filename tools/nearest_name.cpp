@@ -1,3 +1,4 @@
+// The name nearest to an unknown one.
 #include "tools/nearest_name.h"
 
 #include <algorithm>

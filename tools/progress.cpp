@@ -1,3 +1,4 @@
+// The progress line on the terminal.
 #include "tools/progress.h"
 
 #include <cstdio>

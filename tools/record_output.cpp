@@ -1,3 +1,4 @@
+// Writes records as CSV.
 #include "tools/record_output.h"
 
 #include <array>

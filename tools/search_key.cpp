@@ -1,3 +1,4 @@
+// Converts texts of the command line into search keys.
 #include "tools/search_key.h"
 
 #include <algorithm>

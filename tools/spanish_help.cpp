@@ -1,3 +1,4 @@
+// The help of a command line, in Spanish.
 #include "tools/spanish_help.h"
 
 #include <memory>

@@ -1,3 +1,4 @@
+// The folder of tables that a command works on.
 #include "tools/table_folder.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Describes errors of the command line, in Spanish.
 #include "tools/usage_errors.h"
 
 #include <string_view>

@@ -1,3 +1,4 @@
+// The dialog that runs one routine of the package.
 #include "host/routines/RoutineDialog.h"
 
 #include <QCheckBox>

@@ -1,3 +1,4 @@
+// Sends keyboard and mouse events as a user would cause them.
 #include "host/script/Input.h"
 
 #include <QAbstractItemView>

@@ -1,3 +1,4 @@
+// Key events by the names of the keys.
 #include "host/script/KeyNames.h"
 
 #include <array>

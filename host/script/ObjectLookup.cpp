@@ -1,3 +1,4 @@
+// Finds objects by the names that scripts use.
 #include "host/script/ObjectLookup.h"
 
 #include <QApplication>

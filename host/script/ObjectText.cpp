@@ -1,3 +1,4 @@
+// The text that an object shows.
 #include "host/script/ObjectText.h"
 
 #include <QAbstractButton>

@@ -1,3 +1,4 @@
+// Parses scripts.
 #include "host/script/ScriptParser.h"
 
 #include <QStringList>

@@ -1,3 +1,4 @@
+// Runs the steps of a script from the event loop.
 #include "host/script/ScriptRunner.h"
 
 #include <QAbstractButton>

@@ -1,3 +1,4 @@
+// Answers message boxes as the script says.
 #include "host/script/ScriptedMessages.h"
 
 #include <optional>

@@ -1,3 +1,4 @@
+// The actions of script steps.
 #include "host/script/StepActions.h"
 
 #include <QBuffer>
