@@ -11,10 +11,10 @@ namespace {
 
 using Node = Expression::Node;
 
-constexpr std::size_t maxIndexText = 220;   // what the index file has room for
-constexpr std::size_t maxFilterText = 4096; // bounds the work that a hostile text can make
+constexpr std::size_t maxIndexText = 220;   // the room in the index file
+constexpr std::size_t maxFilterText = 4096; // bounds the work that a hostile text can cause
 
-/// The text as UTF-8 on one line, cut where it is long.
+/// The text as UTF-8 on one line, truncated if long.
 std::string shown(std::string_view text, const Schema& schema) {
     constexpr std::size_t longest = 200;
     std::string bytes(text.substr(0, longest));
@@ -51,7 +51,7 @@ std::size_t coveredOfConcat(const Node& node, const std::vector<bool>& given) {
     return sum;
 }
 
-/// Leading bytes that depend only on the given columns.
+/// Number of leading bytes that depend only on the given columns.
 std::size_t covered(const Node& node, const std::vector<bool>& given) {
     if (usesOnly(node, given)) {
         return node.width;
@@ -78,7 +78,7 @@ std::size_t covered(const Node& node, const std::vector<bool>& given) {
     }
 }
 
-/// The columns side by side; empty when there is anything else.
+/// The columns that the expression strings together; empty if it contains anything else.
 std::vector<KeySegment> segmentsOf(const Node& root) {
     const auto segment = [](const Node& node) { return KeySegment{node.column, node.offset, node.bytes}; };
     if (root.operation == Operation::Column) {

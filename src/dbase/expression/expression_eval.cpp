@@ -1,4 +1,4 @@
-// Evaluating expressions. Texts are views into the record, the expression or a scratch area of the
+// Evaluates expressions. Texts are views into the record, the expression or a scratch area of the
 // evaluation, so that filters on plain columns allocate nothing.
 #include <algorithm>
 #include <array>
@@ -12,7 +12,7 @@ namespace {
 
 using Node = Expression::Node;
 
-/// Room for the texts that one evaluation makes.
+/// Memory for the texts that one evaluation produces.
 class Scratch {
 public:
     char* take(std::size_t size) {
@@ -26,7 +26,7 @@ public:
     }
 
 private:
-    char near_[512]; // left as it is: clearing it would cost more than most filters
+    char near_[512]; // uninitialized: clearing it would cost more than most filters
     std::size_t used_ = 0;
     std::vector<std::unique_ptr<char[]>> far_;
 };
@@ -116,8 +116,8 @@ std::string_view numberText(const Node& node, const RecordView& record, Scratch&
     return {room, node.width};
 }
 
-/// Deliberate: DTOC writes month/day/year, the order of dBase's own default setting, which foreign keys were
-/// built with.
+/// Deliberate: DTOC writes month/day/year, dBase's own default order, with which other programs built their
+/// keys.
 std::string_view dateText(const Node& node, const RecordView& record, Scratch& scratch) {
     const auto day = evaluateDate(*node.parts[0], record, scratch);
     char* const room = scratch.take(8);
@@ -179,7 +179,7 @@ double columnNumber(std::string_view raw) {
     return decodeNumber(raw).value_or(0);
 }
 
-/// The number at the start of a text, after blanks; 0 when there is none.
+/// The number at the start of a text, after blanks; 0 if there is none.
 double leadingNumber(std::string_view text) {
     text = trimLeft(text);
     std::size_t size = !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
@@ -256,7 +256,7 @@ int compareTexts(std::string_view a, std::string_view b, bool isCollated) {
     return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
 }
 
-/// Below, at or above 0 as the left part is below, equal to or above the right one.
+/// Negative, 0 or positive if the left part is less than, equal to or greater than the right one.
 int compareTextParts(const Node& node, const RecordView& record, Scratch& scratch) {
     std::string_view left = evaluateText(*node.parts[0], record, scratch);
     std::string_view right = evaluateText(*node.parts[1], record, scratch);
@@ -264,7 +264,7 @@ int compareTextParts(const Node& node, const RecordView& record, Scratch& scratc
         left = decodeText(left);
         right = decodeText(right);
     } else {
-        left = left.substr(0, right.size()); // what begins with the right text is equal to it
+        left = left.substr(0, right.size()); // a text that begins with the right one is equal to it
     }
     if (left == right) {
         return 0;
@@ -277,7 +277,7 @@ int order(const T& left, const T& right) {
     return left < right ? -1 : right < left ? 1 : 0;
 }
 
-/// Blank dates come after all others, as they do in keys.
+/// Blank dates come after all others, as in keys.
 int compareDates(const std::optional<JulianDay>& left, const std::optional<JulianDay>& right) {
     if (left && right) {
         return order(*left, *right);

@@ -1,4 +1,4 @@
-// The functions of expressions: their names, arguments and the width of what they give.
+// The functions of expressions: their names, arguments and result widths.
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -22,12 +22,12 @@ struct Function {
     std::string_view name;
     Operation operation;
     ValueType result;
-    std::string_view arguments;        // C N D L each, in order
-    std::size_t needed;                // arguments that must be there
-    void (*shape)(Node&, const Call&); // sets the width; null where there is nothing to set
+    std::string_view arguments;        // the type of each, in order: C N D L
+    std::size_t needed;                // number of required arguments
+    void (*shape)(Node&, const Call&); // sets the width; null if there is nothing to set
 };
 
-/// A constant argument as a whole number within limits; `missing` when it was not given.
+/// A constant argument as a whole number within limits; `missing` if it was not given.
 int constantArgument(const Call& call, std::size_t index, int missing, int smallest, int largest) {
     if (index >= call.arguments.size()) {
         return missing;
@@ -99,12 +99,12 @@ constexpr std::array<Function, 17> functions{{
     {"ALLTRIM", Operation::TrimBoth, ValueType::Text, "C", 1, shapeTrimmed},
     {"RECNO", Operation::Recno, ValueType::Number, "", 0, nullptr},
     {"DELETED", Operation::Deleted, ValueType::Logical, "", 0, nullptr},
-    // The two whose result the table cannot say.
+    // The table cannot describe the results of these two.
     {"SPACE", Operation::Constant, ValueType::Text, "N", 1, nullptr},
     {"IIF", Operation::Choose, ValueType::Text, "L**", 3, nullptr},
 }};
 
-/// Whole names, and names cut to four letters or more.
+/// Accepts whole names, and names cut to four letters or more.
 const Function* findFunction(std::string_view written) {
     const std::string name = upperName(written);
     for (const Function& function : functions) {

@@ -18,7 +18,7 @@ enum class Operation : std::uint8_t {
     Constant,
     // texts
     Concat,        // all parts one after the other
-    ConcatTrimmed, // the first without its trailing blanks, the second, those blanks
+    ConcatTrimmed, // the first without its trailing blanks, the second, then those blanks
     Upper,
     Lower,
     Left,
@@ -52,9 +52,9 @@ enum class Relation : std::uint8_t { Equal, NotEqual, Less, Greater, LessOrEqual
 struct Expression::Node {
     Operation operation = Operation::Constant;
     ValueType type = ValueType::Text;
-    std::size_t width = 0;     // text: bytes at most
-    bool hasFixedWidth = true; // text: exactly so many, whatever the record holds
-    bool isConstant = false;   // depends on no record
+    std::size_t width = 0;     // text: maximum in bytes
+    bool hasFixedWidth = true; // text: always exactly `width`, whatever the record holds
+    bool isConstant = false;   // does not depend on the record
     int depth = 1;
     std::vector<std::unique_ptr<const Node>> parts;
 
@@ -78,13 +78,13 @@ struct Expression::Node {
 
 using NodePointer = std::unique_ptr<Expression::Node>;
 
-/// What the parser knows beside the text.
+/// What the parser knows besides the text.
 struct ExpressionContext {
     const Schema* schema;
     Dialect dialect;
 };
 
-/// A refusal while parsing; `position` is where in the text, from 0.
+/// Thrown to reject a text; `position` is the place in the text, from 0.
 struct ExpressionFault {
     std::size_t position;
     std::string text; // Spanish, UTF-8
@@ -117,14 +117,14 @@ inline constexpr std::size_t maxExpressionWidth = 32767; // of a text result
 [[nodiscard]] NodePointer makeJunction(Operation operation, NodePointer left, NodePointer right,
                                        std::size_t position);
 [[nodiscard]] NodePointer makeNot(NodePointer part, std::size_t position);
-/// A call by the name as written, which may be cut to four letters.
+/// A function call; the name is as written and may be cut to four letters.
 [[nodiscard]] NodePointer makeCall(std::string_view name, std::vector<NodePointer> arguments,
                                    const ExpressionContext& context, std::size_t position);
 
-/// Checks depth and width of a node that has its parts, and turns it into a constant when they all are.
+/// Checks depth and width of a node that has its parts, and makes it a constant if all of them are.
 [[nodiscard]] NodePointer finishNode(NodePointer node, std::size_t position);
 
-/// A count or place from a number: what is below zero, or no number, counts as zero.
+/// Converts a number to a count or position: zero if it is negative or NaN, at most `limit`.
 [[nodiscard]] inline std::size_t wholeCount(double number, std::size_t limit) {
     if (!(number > 0)) {
         return 0;

@@ -1,4 +1,4 @@
-// Building the nodes of an expression: static types and widths.
+// Builds the nodes of an expression, with their static types and widths.
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -46,8 +46,7 @@ void requireLogical(const Node& node, std::size_t position) {
     }
 }
 
-/// Joins two nodes, or the chains of the same operation that they are already. Sums of numbers are grouped as
-/// written.
+/// Joins two nodes; chains of the same operation become one chain. Sums of numbers are grouped as written.
 NodePointer chain(Operation operation, ValueType type, NodePointer left, NodePointer right) {
     NodePointer node;
     if (left->operation == operation) {
@@ -73,7 +72,7 @@ void setTextWidth(Node& node) {
     }
 }
 
-/// A constant holding what a constant calculation gives.
+/// The result of a constant calculation, as a constant.
 NodePointer fold(const Node& node) {
     Value value = evaluateNode(node, RecordView{});
     NodePointer result = constant(node.type);

@@ -1,4 +1,4 @@
-// Reading expression texts: lexical units, then a recursive descent with bounded depth.
+// Parses expression texts: a lexer, and a recursive descent with bounded depth.
 #include <array>
 #include <charconv>
 #include <utility>
@@ -21,7 +21,7 @@ struct Token {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-/// Column names of other programs may hold letters beyond ASCII.
+/// Column names from other programs may contain letters beyond ASCII.
 bool isNameLetter(char c) { return isAsciiLetter(c) || c == '_' || static_cast<unsigned char>(c) >= 0x80; }
 
 class Lexer {
@@ -165,7 +165,7 @@ private:
     std::size_t at_ = 0;
 };
 
-/// dd/mm/yy or dd/mm/yyyy; empty or blank is the blank date. Two digits stand for 1950 to 2049.
+/// Parses dd/mm/yy or dd/mm/yyyy; empty or blank is the blank date. Two-digit years mean 1950 to 2049.
 std::optional<JulianDay> parseDate(const Token& token) {
     std::array<int, 3> numbers{};
     std::size_t field = 0, digits = 0;
@@ -209,7 +209,7 @@ public:
     }
 
 private:
-    /// Counts the nested calls, so that no text can exhaust the stack.
+    /// Counts nested calls, so that no text can exhaust the stack.
     class Level {
     public:
         explicit Level(Parser& parser) : parser_(parser) {
