@@ -7,7 +7,7 @@ namespace resistance {
 
 namespace {
 
-/// The post as it would have been acknowledged, when the table shows its first row.
+/// The post as it would have been acknowledged, if the table shows its first row.
 std::optional<Post> asItHappened(const Post& post, const std::vector<Bytes>& stored,
                                  const dbase::Schema& schema) {
     Post happened = post;
@@ -15,7 +15,7 @@ std::optional<Post> asItHappened(const Post& post, const std::vector<Bytes>& sto
         return std::nullopt;
     }
     if (post.kind == PostKind::Append || post.kind == PostKind::Load) {
-        // Others may have added rows behind it since: it is looked for from the end.
+        // Searches from the end, because others may have added rows after it since.
         for (happened.number = static_cast<dbase::RecordNumber>(stored.size()); happened.number > 0;
              --happened.number) {
             if (rowOf(schema, stored[happened.number - 1]).serial == post.row.serial) {

@@ -1,4 +1,5 @@
-// What a table must hold: every acknowledged post, the one in flight whole or not at all, and nothing else.
+// The required rows of a table: every acknowledged post, the one in flight wholly or not at all, nothing
+// else.
 #pragma once
 
 #include <map>
@@ -23,7 +24,7 @@ class ExpectedRows {
 public:
     enum class Outcome { NothingInFlight, Whole, Absent };
 
-    /// What was acknowledged.
+    /// Applies an acknowledged post.
     void apply(const Post& post);
     void clear() { rows_.clear(); }
 
@@ -32,7 +33,7 @@ public:
     Outcome settle(dbase::Table& table, const std::optional<Post>& inFlight, std::string& differences);
 
     [[nodiscard]] std::size_t count() const { return rows_.size(); }
-    /// The rows that were not erased, dealt out among so many writers.
+    /// The share of one of several writers in the rows that were not erased.
     [[nodiscard]] std::vector<Holding> share(std::size_t writer, std::size_t writers) const;
 
 private:

@@ -1,4 +1,4 @@
-// What a writer was told to have stored, kept in memory that outlives it.
+// The posts acknowledged to a writer, in memory that outlives it.
 #pragma once
 
 #include <array>
@@ -13,15 +13,15 @@ namespace resistance {
 enum class PostKind : std::uint8_t { Append, Overwrite, Erase, Rebuild, Load, Replace };
 inline constexpr std::size_t postKinds = 6;
 
-/// One change of the table. A load adds, a replacement leaves, `rows` rows with ascending serials.
+/// One change of the table. A load adds `rows` rows with ascending serials, a replacement leaves only those.
 struct Post {
     PostKind kind = PostKind::Append;
-    StreetVersion row;              // as it is afterwards; the first one of several
-    dbase::RecordNumber number = 0; // of an append and a load: once it is acknowledged
+    StreetVersion row;              // the row after the change; the first of several
+    dbase::RecordNumber number = 0; // for an append and a load: once acknowledged
     std::uint32_t rows = 1;
 };
 
-/// Shared with the processes that are forked after it was made. One of them writes, the parent reads.
+/// Shared with the processes forked after it was created. One of them writes, the parent reads.
 class PostLog {
 public:
     PostLog();
@@ -31,7 +31,7 @@ public:
 
     // --- The writer's side.
     void announce(const Post& post);
-    /// The last one announced is stored, `number` its first record.
+    /// Acknowledges the last announced post, whose first record is `number`.
     void acknowledge(dbase::RecordNumber number);
     [[nodiscard]] bool isFull() const { return shared_->announced == capacity; }
     [[nodiscard]] bool mustStop() const { return shared_->stop; }
@@ -41,7 +41,7 @@ public:
     void stop() { shared_->stop = true; }
     [[nodiscard]] std::size_t acknowledged() const { return shared_->acknowledged; }
     [[nodiscard]] const Post& post(std::size_t i) const { return shared_->posts.at(i); }
-    /// Announced and not acknowledged.
+    /// The post that is announced and not acknowledged.
     [[nodiscard]] std::optional<Post> inFlight() const;
 
 private:

@@ -139,7 +139,7 @@ void RandomPosts::load(PostKind kind) {
     nextSerial_ += count;
     const dbase::RecordNumber first = kind == PostKind::Load ? table_->records().recordCount() + 1 : 1;
     if (kind == PostKind::Replace) {
-        close(); // nobody may have the table open
+        close(); // a replacement needs the table closed everywhere
     }
     log_.announce(post);
     {

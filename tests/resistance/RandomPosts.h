@@ -14,11 +14,11 @@
 
 namespace resistance {
 
-/// What a writer does, and with which weight it chooses each kind of post.
+/// What a writer does, and the weights with which it chooses each kind of post.
 struct WriterWork {
     std::array<int, postKinds> weights{6, 4, 1, 0, 0, 0}; // in the order of PostKind
     dbase::Durability durability = dbase::Durability::Process;
-    bool throughDataset = false;  // as the screens work; else by the table itself
+    bool throughDataset = false;  // as the dialogs work; else directly through the table
     bool onlyAcrossPages = false; // changes only rows that the system may write in two parts
     std::uint32_t firstSerial = 0;
     std::uint32_t mostRows = 300; // of a load
@@ -30,7 +30,7 @@ class RandomPosts {
 public:
     RandomPosts(std::string tableFile, const WriterWork& work, const std::vector<Holding>& rows,
                 PostLog& log);
-    /// Returns when the log says so, or has no room left.
+    /// Returns when the log says stop, or is full.
     void run();
 
 private:

@@ -84,7 +84,7 @@ void change(Bytes& content, const DiskEvent& event) {
 
 using Sector = std::array<char, sectorBytes>;
 
-/// Zeros where the file ends before.
+/// A sector of the content, padded with zeros after its end.
 Sector sectorAt(const Bytes& content, std::size_t number) {
     Sector sector{};
     const std::size_t begin = number * sectorBytes;
@@ -229,7 +229,7 @@ DiskImage CachingDisk::survivor(std::mt19937& random) const {
     return image;
 }
 
-// Either the writes arrived in order up to one of them, or each sector stands as one of them left it.
+// Either the writes arrived in order up to one of them, or each sector is as one of them left it.
 Bytes CachingDisk::Cached::survivor(std::mt19937& random) const {
     Bytes content = onDisk;
     if (random() % 3 == 0) {

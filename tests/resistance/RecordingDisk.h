@@ -1,5 +1,5 @@
-// A disk that keeps a log of all that is done to the files of a table, and what may be found on it when the
-// current fails somewhere in that log.
+// A disk that logs everything done to the files of a table, and the contents it may have when the power fails
+// somewhere in that log.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace dbase::test {
 
-/// What a disk writes whole or not at all.
+/// The unit that a disk writes wholly or not at all.
 inline constexpr std::size_t sectorBytes = 512;
 
 enum class DiskFile { Records, Index, Journal };
@@ -22,13 +22,13 @@ struct DiskEvent {
 
     Kind kind;
     DiskFile file = DiskFile::Records;
-    std::uint64_t offset = 0; // of a write; the size of a resize; how many steps are acknowledged
+    std::uint64_t offset = 0; // of a write; the size of a resize; the number of acknowledged steps
     Bytes bytes = {};
 };
 
 using DiskLog = std::vector<DiskEvent>;
 
-/// What lies on the disk.
+/// The contents of the disk.
 struct DiskImage {
     Bytes records, index;
     std::optional<Bytes> journal;
@@ -37,7 +37,7 @@ struct DiskImage {
     [[nodiscard]] MemoryTable asTable() const;
 
     void apply(const DiskEvent& event);
-    /// A write of which only some sectors of the file arrive: those for which `arrives` says so, counted from
+    /// A write of which only some sectors of the file arrive: those for which `arrives` is true, counted from
     /// the first that it touches.
     void applyTorn(const DiskEvent& write, const std::vector<bool>& arrives);
 
@@ -45,25 +45,25 @@ private:
     [[nodiscard]] Bytes& contentOf(DiskFile file);
 };
 
-/// How many sectors of its file a write touches.
+/// Number of sectors of its file that a write touches.
 [[nodiscard]] std::size_t sectorsOf(const DiskEvent& write);
 
-/// The table of an image, opened so that everything done to its files is told to the log.
+/// The table of an image, opened so that everything done to its files is logged.
 [[nodiscard]] std::unique_ptr<Table> openRecorded(const MemoryTable& stored,
                                                   const std::shared_ptr<DiskLog>& log);
 
-/// Makes the two files of a table, empty so far, and tells the log.
+/// Creates the two files of a table, so far empty, and logs it.
 void createRecorded(const MemoryTable& stored, const TableDefinition& definition,
                     const std::shared_ptr<DiskLog>& log);
 
-/// A disk that has a cache: what was written since the last sync of a file may have arrived or not, sector by
-/// sector, in any order; nor need its growth and its bytes arrive together.
+/// A disk with a cache: writes since the last sync of a file may have arrived or not, sector by sector, in
+/// any order, and independently of the file's growth.
 class CachingDisk {
 public:
     explicit CachingDisk(DiskImage image);
 
     void apply(const DiskEvent& event);
-    /// What is left when the current fails now.
+    /// The contents left if the power fails now.
     [[nodiscard]] DiskImage survivor(std::mt19937& random) const;
 
 private:
@@ -77,7 +77,7 @@ private:
 
     Cached records_, index_;
     std::optional<Cached> journal_;
-    bool isJournalRemoved_ = false; // the folder is not on the disk yet
+    bool isJournalRemoved_ = false; // the folder has not been synced yet
 };
 
 } // namespace dbase::test

@@ -121,7 +121,7 @@ MemoryTable scriptedTable() {
     return stored;
 }
 
-// A record has 107 bytes and the first begins at 97: the fourth and the ninth lie across a border of sectors.
+// A record has 107 bytes and the first begins at 97: the fourth and the ninth cross a sector border.
 std::vector<Step> shortScript(const Schema& schema) {
     return {append(schema, 501),
             append(schema, 17),
@@ -240,7 +240,7 @@ bool PossibleRows::settle(const Rows& found) {
 void PossibleRows::dropTwins() {
     std::ranges::sort(states_);
     const auto twins =
-        std::unique(states_.begin(), states_.end()); // Clang 14 cannot read that of std::ranges
+        std::unique(states_.begin(), states_.end()); // Clang 14 cannot compile that of std::ranges
     states_.erase(twins, states_.end());
 }
 

@@ -1,5 +1,5 @@
-// A run of operations on one table that touches everything a medium can spoil: pages that split, records that
-// lie across a border of sectors, rows that go, tags made anew. What each step does to the rows is known.
+// A run of operations on one table that touches everything a medium can damage: pages that split, records
+// that cross a sector border, erased rows, rebuilt tags. The effect of each step on the rows is known.
 #pragma once
 
 #include <functional>
@@ -15,33 +15,33 @@ using Rows = std::vector<Bytes>;
 
 struct Step {
     std::string name;
-    /// Raises what the table raises. `now`: the rows before it.
+    /// Throws what the table throws. `now`: the rows before the step.
     std::function<void(Table&, const Rows& now, Durability)> run;
-    /// The rows after it; the same for a step that changes none.
+    /// The rows after the step; unchanged for a step that changes none.
     std::function<Rows(Rows)> effect;
-    bool syncs = false; // all that was done before is on the disk when it is over
+    bool syncs = false; // everything done before is on the disk when it returns
 };
 
-/// Records that lie across borders of sectors, tags of every kind whose removal needs no other record.
+/// Records that cross sector borders; tags of every kind that can be removed without reading another record.
 [[nodiscard]] TableDefinition scriptedDefinition();
-/// The table with its first rows, and so small pages that a few changes touch several levels of its trees.
+/// The table with its first rows, and pages so small that a few changes touch several levels of its trees.
 [[nodiscard]] MemoryTable scriptedTable();
 /// Rows of the definition above.
 [[nodiscard]] Bytes scriptedRow(const Schema& schema, int number);
 
-/// Each kind of change a few times, sync() and rebuildTags() in between.
+/// Each kind of change a few times, with sync() and rebuildTags() in between.
 [[nodiscard]] std::vector<Step> shortScript(const Schema& schema);
-/// So many changes drawn at random.
+/// This many changes drawn at random.
 [[nodiscard]] std::vector<Step> randomScript(const Schema& schema, unsigned seed, int steps);
 
 [[nodiscard]] Rows rowsOf(Table& table);
-/// The full check; nothing for bytes that were found sound before, of which many cuts and faults leave the
-/// same.
+/// The full check; skipped for bytes that have already been found sound, because many cuts and faults leave
+/// the same.
 [[nodiscard]] std::string freshFindings(const MemoryTable& stored);
-/// The two differ in this, for a message; empty when they are the same.
+/// Describes the difference, for a message; empty when they are the same.
 [[nodiscard]] std::string difference(const Rows& expected, const Rows& found);
 
-/// What the rows of a table may be: one state, and more after a fault that left open whether a step was done.
+/// The possible rows of a table: one state, and more after a fault that left open whether a step was done.
 class PossibleRows {
 public:
     explicit PossibleRows(Rows rows) : states_{std::move(rows)} {}

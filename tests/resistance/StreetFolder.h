@@ -16,26 +16,26 @@ namespace resistance {
 
 using dbase::test::ChildProcess;
 
-/// POSTAL of database "DB", empty at first. Start processes while this one has no table open: what is open is
+/// POSTAL of database "DB", empty at first. Start processes while this one has no table open: open tables are
 /// shared with them, locks included.
 class StreetFolder : public ::testing::Test {
 protected:
     StreetFolder();
     ~StreetFolder() override;
 
-    /// An empty table in the place of the one there.
+    /// Replaces the table by an empty one.
     void beginAnew() const;
     [[nodiscard]] std::string tableFile() const { return folder_ / "POSTAL.DBF"; }
     [[nodiscard]] std::string indexFile() const { return folder_ / "POSTAL.MDX"; }
-    /// Whether somebody died, or is, in the middle of a change.
+    /// True if a writer died, or still is, in the middle of a change.
     [[nodiscard]] bool markStands() const;
-    /// Every finding of the consistency check fails the test.
+    /// Fails the test for every finding of the consistency check.
     void expectSound() const;
 
-    /// Waits until a writer has stored so many posts, can store no more or is dead.
+    /// Waits until a writer has stored that many posts, can store no more or is dead.
     static void awaitPosts(const PostLog& log, std::size_t posts, const ChildProcess& writer);
 
-    /// For the work of a child: what it raises is told on the error output, and its exit code is then 200.
+    /// The work of a child. An exception from it is written to standard error, and the exit code is then 200.
     using Work = std::function<int(const ChildProcess::Link&)>;
     [[nodiscard]] static Work telling(Work work);
 

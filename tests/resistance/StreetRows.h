@@ -1,4 +1,4 @@
-// Rows of a street table that prove themselves: every byte follows from two numbers that the row carries.
+// Rows of a street table that verify themselves: every byte follows from two numbers that the row carries.
 #pragma once
 
 #include <cstdint>
@@ -29,14 +29,14 @@ struct StreetVersion {
 [[nodiscard]] std::vector<std::string> streetValues(const StreetVersion& row);
 [[nodiscard]] Bytes streetRecord(const dbase::Schema& schema, const StreetVersion& row);
 
-/// The row that a record says to be.
+/// The row that a record claims to be.
 [[nodiscard]] StreetVersion rowOf(const dbase::Schema& schema, std::span<const char> record);
 [[nodiscard]] std::string codeOf(std::uint32_t serial);
 
-/// Through the fields of a dataset: sets all of the pending row, and tells whether the current one is whole.
+/// Through the fields of a dataset: sets all of the pending row; true if the current row is intact.
 void setFields(dbase::Dataset& streets, const StreetVersion& row);
 [[nodiscard]] bool isWhole(dbase::Dataset& streets);
-/// The row that is current says to be.
+/// The row that the current one claims to be.
 [[nodiscard]] StreetVersion currentRow(dbase::Dataset& streets);
 
 } // namespace resistance

@@ -1,6 +1,6 @@
-// Memory that runs out at the n-th request of an operation, for every n: the operation raises, holds no lock
-// any more, leaves the table sound, and can be done again. A program of its own, because it replaces what the
-// whole program allocates with.
+// Memory runs out at the n-th request of an operation, for every n: the operation throws, holds no lock
+// afterwards, leaves the table sound, and can be repeated. A program of its own, because it replaces the
+// allocation of the whole program.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -20,7 +20,7 @@
 
 namespace {
 
-/// What is wrong with the memory.
+/// How the memory fails.
 struct Shortage {
     bool isOn = false;
     bool lasts = false; // every request after the failing one fails too
@@ -70,7 +70,7 @@ namespace {
 using namespace dbase;
 using namespace dbase::test;
 
-/// An operation made ready with all the memory it asks for; the result is what runs short of it.
+/// An operation prepared with unlimited memory; calling the result runs it with the shortage.
 using Ready = std::function<void()>;
 
 class AllocationFaultTest : public ::testing::Test {
@@ -90,7 +90,7 @@ protected:
     [[nodiscard]] std::string path() const { return folder_ / "GUION.DBF"; }
     [[nodiscard]] std::string indexPath() const { return folder_ / "GUION.MDX"; }
 
-    /// Lets the first, second, ... request of memory fail, once and from then on. `prepare` gets the open
+    /// Makes the first, second, ... request of memory fail, once and from then on. `prepare` gets the open
     /// table; `effects`: the states of the rows that the operation may leave, the last one when it succeeds.
     void failEverywhere(const char* operation,
                         const std::function<Ready(const std::shared_ptr<Table>&)>& prepare,
@@ -120,7 +120,7 @@ protected:
             }
         }
     }
-    /// The same of what changes no row.
+    /// The same for an operation that changes no row.
     void failEverywhere(const char* operation,
                         const std::function<Ready(const std::shared_ptr<Table>&)>& prepare) {
         failEverywhere(operation, prepare, {firstRows_});
@@ -148,7 +148,7 @@ protected:
         writeFile(indexPath(), indexBytes_);
     }
 
-    /// True when nothing was raised.
+    /// True when nothing was thrown.
     static bool runShort(const Ready& ready, std::size_t number, bool lasts) {
         shortage.failing = number;
         shortage.lasts = lasts;
@@ -199,7 +199,7 @@ protected:
 
 TEST_F(AllocationFaultTest, OpeningATable) {
     failEverywhere("open", [&](const std::shared_ptr<Table>&) {
-        return [this] { // files of its own: the process's Table is open already
+        return [this] { // files of its own, because the process's Table is already open
             const Table table(openFile(path(), OpenMode::ReadWrite),
                               openFile(indexPath(), OpenMode::ReadWrite));
         };
@@ -209,7 +209,7 @@ TEST_F(AllocationFaultTest, OpeningATable) {
 TEST_F(AllocationFaultTest, OpeningATableOfTheProcess) {
     shortage.operation = "Table::open";
     for (std::size_t number = 1; number < 5000; ++number) {
-        std::shared_ptr<Table> table; // closed with all the memory
+        std::shared_ptr<Table> table; // closed with unlimited memory
         const std::string name = path();
         const bool isDone = runShort([&] { table = Table::open(name); }, number, false);
         if (isDone && shortage.requests < number) {

@@ -1,6 +1,6 @@
-// A disk without room: a really full file system of 1 MiB where it may be mounted, and everywhere a limit for
-// the size of files. What was acknowledged stays, the error says what is wrong, and with room the work goes
-// on.
+// A disk without room: a file system of 1 MiB that is really full where it may be mounted, and everywhere a
+// limit on the size of files. Acknowledged changes stay, the error says what is wrong, and work goes on once
+// there is room.
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -81,10 +81,10 @@ protected:
         loader.finish();
     }
 
-    /// Leaves room for some hundreds of rows beside what is there.
+    /// Leaves room for some hundreds of rows in addition to the existing ones.
     void takeRoom() {
         if (kind() == Kind::FileSizeLimit) {
-            limit_.emplace(300'000); // the place of a journal is made on the disk at once, and has to fit
+            limit_.emplace(300'000); // a journal's room is allocated at once, and must fit
             return;
         }
         constexpr std::uintmax_t left = 500'000;
@@ -97,14 +97,14 @@ protected:
         std::filesystem::remove(folder_ / "LASTRE");
     }
 
-    /// Rows that are nearly as many as the limit lets in; syncing each of them would take long.
+    /// Loads nearly as many rows as the limit allows; syncing each of them would take long.
     void loadNearlyToTheLimit() const {
         if (kind() == Kind::FileSizeLimit) {
             load(Mode::Append, 1, 900);
         }
     }
 
-    /// Adds rows until there is no room; how many there are then.
+    /// Adds rows until there is no room. Returns their number.
     static int fill(Table& table, const std::function<Bytes(int)>& row) {
         const auto rows = static_cast<int>(table.records().recordCount());
         for (int number = rows + 1;; ++number) {
@@ -122,7 +122,7 @@ protected:
         EXPECT_NE(error.file().find("GUION."), std::string::npos) << error.file();
     }
 
-    /// The rows with the numbers from 1 on, each as it was added, and a sound table.
+    /// Expects rows 1 to `rows`, each as it was added, and a sound table.
     void expectRows(int rows) const {
         const auto table = Table::open(path());
         ASSERT_EQ(table->records().recordCount(), static_cast<RecordNumber>(rows));
@@ -134,7 +134,7 @@ protected:
     }
 
     TemporaryFolder folder_;
-    std::optional<SmallDisk> disk_; // goes before its folder does
+    std::optional<SmallDisk> disk_; // destroyed before its folder
     std::optional<FileSizeLimit> limit_;
     Schema schema_;
 };
@@ -209,13 +209,13 @@ TEST_P(FullDiskTest, ALoadThatDoesNotFitLeavesTheTableAsItWas) {
     expectRows(2 * before);
 }
 
-/// The rows fit, the tags made of them do not.
+/// The rows fit, but the tags built from them do not.
 TEST_P(FullDiskTest, ALoadWhoseTagsDoNotFitLeavesTheTableAsItWas) {
     constexpr int before = 50;
     load(Mode::Append, 1, before);
     takeRoom();
     int fitting = 0;
-    for (int rows = 500; rows < 4000; rows += 250) { // somewhere between, only the tags do not fit
+    for (int rows = 500; rows < 4000; rows += 250) { // for some of these only the tags do not fit
         try {
             load(Mode::Append, before + fitting + 1, before + rows);
             fitting = rows;

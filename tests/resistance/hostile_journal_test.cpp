@@ -1,5 +1,5 @@
-// Journals that no recovery wrote: cut, spoilt, forged, of another table or of another time. The table comes
-// out sound, and a journal that cannot be trusted changes nothing.
+// Journals that no table wrote as they are: cut, damaged, forged, of another table or of another time. The
+// table is sound afterwards, and a journal that cannot be trusted changes nothing.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -26,12 +26,12 @@ protected:
         states_.push_back(rowsOf(*table));
         for (const Step& step : shortScript(schema_)) {
             if (step.syncs) {
-                break; // the journal begins anew there
+                break; // the journal restarts there
             }
             step.run(*table, states_.back(), Durability::Disk);
             states_.push_back(step.effect(states_.back()));
         }
-        written_ = DiskImage::of(stored); // while the table is at work
+        written_ = DiskImage::of(stored); // while the table is open
         const Bytes& journal = written_.journal.value();
         used_ = static_cast<std::size_t>(
             std::find_if(journal.rbegin(), journal.rend(), [](char c) { return c != 0; }).base() -
@@ -65,7 +65,7 @@ protected:
             << difference(states_.front(), found) << "; " << difference(states_.back(), found);
     }
 
-    /// A journal of the first start with these entries, whatever they say.
+    /// A journal of the first boot with these entries, whatever they contain.
     [[nodiscard]] Bytes forged(const std::vector<JournalEntry>& entries) const {
         setBootIdentity("the first start");
         const auto name = std::make_shared<MemoryName>();
@@ -81,7 +81,7 @@ protected:
     DiskImage origin_, written_;
     Schema schema_;
     std::vector<Rows> states_;
-    std::size_t used_ = 0; // bytes of the journal; zeros behind
+    std::size_t used_ = 0; // bytes of the journal; zeros after them
 
 private:
     std::string ownIdentity_ = bootIdentity();
@@ -108,7 +108,7 @@ TEST_F(HostileJournal, OneSpoiltBitEndsIt) {
         Bytes journal = *written_.journal;
         journal[at] = static_cast<char>(journal[at] ^ (1 << random() % 8));
         expectAState(rowsWhenSound(lost(journal)));
-        DiskImage kept = written_; // nothing was lost, so nothing may go
+        DiskImage kept = written_; // nothing was lost, so nothing may be removed
         kept.journal = journal;
         EXPECT_EQ(difference(states_.back(), rowsWhenSound(kept)), "");
         ASSERT_FALSE(HasFailure());
@@ -122,7 +122,7 @@ TEST_F(HostileJournal, GarbageIsNoJournal) {
         Bytes journal(random() % 3000);
         std::ranges::generate(journal, [&] { return static_cast<char>(random()); });
         constexpr std::size_t header = 512;
-        if (round % 2 == 0 && journal.size() > header) { // behind one that holds
+        if (round % 2 == 0 && journal.size() > header) { // after a valid one
             std::copy_n(written_.journal->begin(), header, journal.begin());
         }
         EXPECT_EQ(difference(states_.front(), rowsWhenSound(lost(journal))), "");
@@ -150,8 +150,8 @@ TEST_F(HostileJournal, OneOfAnotherLayoutIsNotRedone) {
     EXPECT_EQ(difference(rows, rowsWhenSound(image)), "");
 }
 
-/// A copy of the table from before: the journal brings it to its own state, and leaves alone what it does not
-/// know.
+/// An earlier copy of the table: the journal brings it to its own state, and leaves alone records that it
+/// does not know.
 TEST_F(HostileJournal, ATableFromABackupComesOutSound) {
     setBootIdentity("the first start");
     const MemoryTable backup(origin_.records, origin_.index);
@@ -179,7 +179,7 @@ TEST_F(HostileJournal, ForgedEntriesDoNoHarm) {
     const RecordNumber count = static_cast<RecordNumber>(states_.front().size());
     const std::vector<RecordRun> runs{
         {0, 1, {}, row},          {0, 1, other, row},          {0xFFFFFFFF, 1, {}, row},
-        {0xFFFFFFFF, 2, {}, two}, {0x7FFFFFFF, 1, other, row}, {count + 2, 1, {}, row}, // behind a gap
+        {0xFFFFFFFF, 2, {}, two}, {0x7FFFFFFF, 1, other, row}, {count + 2, 1, {}, row}, // after a gap
         {20'000'000, 1, {}, row}, {count + 1, 1, other, row},  {count + 1, 5, {}, row},
         {1, 1, row, {}},          {1, 0xFFFFFFFF, row, row},   {1, 0, {}, {}},
     };

@@ -1,5 +1,5 @@
-// Writers of a street table that are killed at random instants, again and again: what was acknowledged is
-// there, what was not is whole or absent, and the table is sound each time.
+// Writers of a street table are killed at random instants, again and again: acknowledged posts are
+// there, others are complete or absent, and the table is sound each time.
 #include <algorithm>
 #include <csignal>
 #include <iostream>
@@ -22,7 +22,7 @@ struct Plan {
     bool killsTheNextOpener = false; // while it makes the table whole
 };
 
-/// What the cycles of a test came to.
+/// The results of a test's cycles.
 struct Tally {
     int cycles = 0, marks = 0, killedOpeners = 0, whole = 0, absent = 0, redone = 0;
     std::size_t acknowledged = 0;
@@ -58,7 +58,7 @@ private:
         return std::uniform_int_distribution<std::uint32_t>(0, limit - 1)(random_);
     }
 
-    /// Lets a child work on for a random time, of no length or of several posts.
+    /// Lets a child work on for a random time, from none to that of several posts.
     void spin() {
         const std::uint32_t most = std::array<std::uint32_t, 4>{20, 100, 500, 5000}.at(below(4));
         const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(below(most));
@@ -177,7 +177,7 @@ constexpr std::array<int, postKinds> plainPosts{6, 4, 1, 0, 0, 0};
 
 TEST_F(KillCycles, OneWriterIsKilled) { run({.cycles = longForm(80, 2900)}); }
 
-/// The system may end a write that a signal meets between two pages of memory.
+/// The system may end a write that a signal interrupts between two pages of memory.
 TEST_F(KillCycles, OneWriterIsKilledWhoseRowsLieAcrossTwoPages) {
     run({.cycles = longForm(60, 1500), .work = {.weights = {3, 60, 0, 0, 0, 0}, .onlyAcrossPages = true}});
 }
@@ -198,7 +198,7 @@ TEST_F(KillCycles, AWriterIsKilledInALoad) {
     run({.cycles = longForm(20, 400), .work = {.weights = {6, 4, 1, 0, 5, 0}}, .mostPosts = 8});
 }
 
-/// Rows go to the file before the load is finished when there are many.
+/// A large load writes rows to the file before it is finished.
 TEST_F(KillCycles, AWriterIsKilledInALoadOfManyRows) {
     run({.cycles = longForm(10, 200),
          .work = {.weights = {1, 1, 0, 0, 5, 0}, .mostRows = 15'000},

@@ -1,4 +1,4 @@
-// One process holds a lock and dies, or holds it and stays: the others go on, or are told so, and nobody
+// One process holds a lock and dies, or holds it and stays: the others go on, or get an error, and none
 // waits for ever.
 #include <algorithm>
 #include <csignal>
@@ -28,11 +28,11 @@ protected:
         }
     }
 
-    /// A process that takes locks and then does nothing any more until it is told, or killed.
+    /// A process that takes locks and then does nothing until it gets a message, or is killed.
     std::unique_ptr<ChildProcess> hold(HoldLock holding) {
         return std::make_unique<ChildProcess>(telling([this, holding](const ChildProcess::Link& link) {
             const auto table = dbase::Table::open(tableFile());
-            link.await(); // the others have it open too
+            link.await(); // the others have it open, too
             holding(*table, link);
             return 0;
         }));
@@ -65,7 +65,7 @@ protected:
         keep(link);
     }
 
-    /// The others, which open the table, wait to be told, and then work.
+    /// Starts the others, which open the table, wait for a message, and then work.
     void startOthers(const OthersWork& work) {
         for (int i = 0; i < GetParam(); ++i) {
             others_.push_back(std::make_unique<ChildProcess>(telling([&, i](const ChildProcess::Link& link) {
@@ -101,7 +101,7 @@ protected:
         expectSound();
     }
 
-    /// All of them are at work, and have said so, when the holder of the lock dies; all of them finish.
+    /// All others report that they are at work before the lock's holder dies; then all of them finish.
     void killWhileOthersWork(HoldLock holding, const OthersWork& work) {
         const auto holder = hold(holding);
         startOthers(work);
@@ -113,7 +113,7 @@ protected:
         EXPECT_EQ(holder->join(), -SIGKILL);
         expectThatOthersFinish();
     }
-    /// All of them want to append while the lock is held, and do once its holder is dead.
+    /// All others want to append while the lock is held, and do so once its holder is dead.
     void killWhileOthersAppend(HoldLock holding) {
         killWhileOthersWork(holding, [](dbase::Table& table, int i, const ChildProcess::Link& link) {
             link.tell();
@@ -121,7 +121,7 @@ protected:
         });
         expectRows(50 + static_cast<std::size_t>(GetParam()));
     }
-    /// All of them are told within their patience; when the holder lets go, they append.
+    /// All others get an error within their patience; when the holder releases the lock, they append.
     void refuseWhileOneStays(HoldLock holding, const std::function<void(dbase::Table&, int)>& attempt) {
         const auto holder = hold(holding);
         startOthers([&](dbase::Table& table, int i, const ChildProcess::Link& link) {
@@ -141,7 +141,7 @@ protected:
         expectThatOthersFinish();
         expectRows(50 + static_cast<std::size_t>(GetParam()));
     }
-    /// In a child, whose failures only travel as exceptions.
+    /// Runs in a child, whose failures reach the parent only as exceptions.
     static void expectRefusal(ErrorCode code, const std::vector<std::string>& files,
                               const std::function<void()>& operation) {
         try {
@@ -175,7 +175,8 @@ TEST_P(LockHolder, OfTheStructureStaysAndTheOthersAreToldSo) {
 
 TEST_P(LockHolder, OfTheAppendBytesStaysAndTheOthersAreToldSo) {
     refuseWhileOneStays(holdAppending, [this](dbase::Table& table, int i) {
-        // The one whose turn it is waits for the append bytes under the structure lock, the others for that.
+        // The next in turn waits for the append bytes under the structure lock, the others wait for that
+        // lock.
         expectRefusal(ErrorCode::LockTimeout, {tableFile(), indexFile()}, [&] { appendOne(table, i); });
     });
 }
@@ -192,7 +193,7 @@ TEST_P(LockHolder, OfARecordStaysAndTheOthersAreToldSo) {
     });
 }
 
-/// Each of them changes the record many times, as often as it is let: no change is lost.
+/// Each of them changes the record many times, whenever it is allowed to: no change is lost.
 TEST_P(LockHolder, OfARecordIsKilledAndTheOthersChangeItOneAfterAnother) {
     constexpr std::uint32_t each = 20;
     killWhileOthersWork(holdFirstRecord, [](dbase::Table&, int, const ChildProcess::Link& link) {

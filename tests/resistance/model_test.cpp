@@ -1,5 +1,5 @@
-// A table and a model of it do the same random things through two cursors: every answer is compared, and the
-// full check passes at every stage. AMBREL_SEED repeats a run; what fails tells the seed of its round.
+// A table and a model of it do the same random operations through two cursors: every answer is compared, and
+// the full check passes at every stage. AMBREL_SEED repeats a run; a failure prints the seed of its round.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -72,7 +72,7 @@ protected:
         }
     }
 
-    // --- Judging
+    // --- Comparing
 
     void expectSoundOrders() {
         dbase::Table& table = one_->table.openTable();
@@ -88,7 +88,7 @@ protected:
         expectSound(file());
     }
 
-    // --- Operations on the table and the model alike
+    // --- Operations on both the table and the model
 
     void play() {
         struct Kind {
@@ -133,7 +133,7 @@ protected:
     Cursor& otherThan(const Cursor& cursor) { return &cursor == one_.get() ? *two_ : *one_; }
 
     void amend(Cursor& cursor) { amendAround(cursor, 0); }
-    /// Several records at once, one of which may be held by somebody.
+    /// Amends several records at once, one of which another cursor may hold.
     void amendAround(Cursor& cursor, RecordNumber held) {
         const RecordNumber first =
             held != 0 ? std::max(held, RecordNumber{4}) - 3 : 1 + chance_.below(table_->recordCount() + 2);
@@ -161,7 +161,7 @@ protected:
             }
         }
     }
-    /// While one cursor edits a record, nobody else gets it.
+    /// While one cursor edits a record, no other one gets it.
     void contend(Cursor& cursor) {
         Cursor& other = otherThan(cursor);
         const RecordNumber record = cursor.model.record;
@@ -175,7 +175,7 @@ protected:
         amendAround(cursor, record);
         other.finishEdit();
     }
-    /// A change that takes another state of the record for granted.
+    /// A change that expects another state of the record.
     void overtake(Cursor& cursor) {
         const RecordNumber record = 1 + chance_.below(table_->recordCount() + 1);
         dbase::Table& table = cursor.table.openTable();

@@ -1,5 +1,5 @@
-// A medium whose n-th operation fails, for every n of a scripted run: nothing that was acknowledged is lost,
-// the fault is told, and where it passes the same process goes on.
+// A medium whose n-th operation fails, for every n of a scripted run: no acknowledged change is lost,
+// the fault is reported, and once it has passed the same process goes on.
 #include <gtest/gtest.h>
 
 #include "ScriptedRun.h"
@@ -38,7 +38,7 @@ protected:
         return faults;
     }
 
-    /// True when it went through; what it raises must be the fault of the medium.
+    /// True when it succeeded; what it throws must be the fault of the medium.
     static bool goesThrough(const std::function<void()>& operation, bool mayMeetOthersChange = false) {
         try {
             operation();
@@ -57,7 +57,7 @@ protected:
         step.run(table, now, GetParam().durability);
     }
 
-    /// Every step that failed is done again by the same process, and is done then.
+    /// The same process repeats every step that failed, and succeeds.
     static void runPastTheFault(const MemoryTable& stored, const std::shared_ptr<Faults>& faults,
                                 PossibleRows& rows) {
         std::unique_ptr<Table> table;
@@ -82,7 +82,7 @@ protected:
         }
     }
 
-    /// A few steps are tried still: they fail as well, or are done.
+    /// Tries a few more steps: they fail as well, or are done.
     static void runIntoTheFault(const MemoryTable& stored, const std::shared_ptr<Faults>& faults,
                                 PossibleRows& rows) {
         std::unique_ptr<Table> table;
@@ -120,7 +120,7 @@ protected:
 
     using Run = void (*)(const MemoryTable&, const std::shared_ptr<Faults>&, PossibleRows&);
 
-    /// Lets the first, second, ... operation fail, until the run is over before.
+    /// Makes the first, second, ... operation fail, until a run ends before that one.
     static void failEverywhere(bool lasts, Run run) {
         const MemoryTable origin = scriptedTable();
         const Rows first = rowsOf(*origin.open());
@@ -137,7 +137,7 @@ protected:
             }
             isOver = (*faults).*GetParam().fault.done < number;
         }
-        const std::size_t faults = number - 2; // the last run met none, and the count is one further
+        const std::size_t faults = number - 2; // the last run met no fault, and the count is one further
         EXPECT_GT(faults, 0U) << "nothing failed";
         RecordProperty("faults", static_cast<int>(faults));
     }

@@ -1,5 +1,5 @@
-// The current fails at every place of a scripted run, and the process dies there: whatever lies on the disk
-// then, the next one to open the table finds it whole, and in it every post that was acknowledged.
+// The power fails at every place of a scripted run, and the process dies there: whatever is on the disk then,
+// the next program to open the table recovers it, and every acknowledged post is in it.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -22,16 +22,16 @@ struct Recorded {
     DiskImage origin;
     DiskLog log;
     std::vector<Rows> states;
-    std::vector<bool> syncs;  // whether all is on the disk after each step
+    std::vector<bool> syncs;  // whether everything is on the disk after each step
     std::vector<bool> toDisk; // whether the step itself is
 };
 
-/// How many steps are acknowledged, and how many of them a sync() has put on the disk.
+/// The number of acknowledged steps, and of those that a sync() has put on the disk.
 struct Moment {
     std::size_t acknowledged = 0, synced = 0;
 };
 
-/// How the changes of a run are kept; Mixed draws it for each.
+/// The durability of a run's changes; Mixed draws it for each.
 enum class Keeping { Process, Disk, Mixed };
 
 class Cuts : public ::testing::Test {
@@ -78,7 +78,7 @@ protected:
         }
     }
 
-    /// Each way in which a write may arrive in parts: its first sectors, and all but one.
+    /// The ways in which a write may arrive in parts: only its first sectors, or all but one.
     static std::vector<std::vector<bool>> tears(std::size_t sectors, std::mt19937& random) {
         std::vector<std::vector<bool>> all;
         if (sectors < 2) {
@@ -90,7 +90,7 @@ protected:
                 std::fill_n(all.emplace_back(sectors, false).begin(), arrived, true);
             }
         }
-        for (std::size_t lost = 0; lost + 1 < sectors; ++lost) { // without the last one: among the above
+        for (std::size_t lost = 0; lost + 1 < sectors; ++lost) { // the loss of the last is among the above
             if (isTried()) {
                 all.emplace_back(sectors, true)[lost] = false;
             }
@@ -98,8 +98,8 @@ protected:
         return all;
     }
 
-    /// Calls `judge` with every image that a cut of an orderly disk can leave, and what was acknowledged by
-    /// then.
+    /// Calls `judge` with every image that a cut of an orderly disk can leave, and with what was acknowledged
+    /// by then.
     static void cutEverywhere(const Recorded& run,
                               const std::function<void(const DiskImage&, const Moment&)>& judge) {
         std::mt19937 random(20240229);
@@ -140,7 +140,7 @@ protected:
         }
     }
 
-    /// The table is whole; the rows found in it.
+    /// Expects a sound table. Returns its rows.
     static Rows rowsWhenSound(const DiskImage& image) {
         const MemoryTable stored = image.asTable();
         Rows found;
@@ -163,8 +163,8 @@ protected:
         EXPECT_TRUE(now.empty() || next.empty()) << now << "; " << next;
     }
 
-    /// What a sync() or a post to the disk has put there is there; a record changed since is made of what it
-    /// was meanwhile, a row added since may be missing or be a deleted blank one.
+    /// Everything that a sync() or a post to the disk has put there is there; a record changed since consists
+    /// of its states since then, a row added since may be missing or be a deleted blank one.
     static void expectKept(const DiskImage& image, const Recorded& run, const Moment& moment) {
         const Rows found = rowsWhenSound(image);
         const std::size_t last = std::min(moment.acknowledged + 1, run.states.size() - 1);
@@ -180,7 +180,7 @@ protected:
         EXPECT_LE(found.size(), run.states[last].size());
     }
 
-    /// What making an image whole does to the disk, during the second start of the machine.
+    /// Everything that recovering an image does to the disk, during the second boot.
     static DiskLog recoveryOf(const DiskImage& image) {
         setBootIdentity("the second start");
         const auto log = std::make_shared<DiskLog>();
@@ -201,7 +201,7 @@ protected:
 private:
     static constexpr std::size_t headerLength = 97, recordLength = 107; // of the scripted table
 
-    /// The state up to which all that happened to a record is on the disk.
+    /// The state up to which all changes of a record are on the disk.
     static std::size_t keptState(const Recorded& run, const Moment& moment, std::size_t record) {
         const auto rowAt = [&](std::size_t state) {
             return record < run.states[state].size() ? run.states[state][record] : Bytes();
@@ -244,11 +244,11 @@ private:
 
 using Judge = void (*)(const DiskImage&, const Recorded&, const Moment&);
 
-/// One of the runs, and how its changes are kept.
+/// One of the runs, and the durability of its changes.
 class CutRuns : public Cuts, public ::testing::WithParamInterface<Keeping> {
 protected:
     static Recorded run() { return record(GetParam(), shortScript); }
-    /// What a failure of the current must leave.
+    /// What a power failure must leave.
     static Judge judge() { return GetParam() == Keeping::Disk ? expectAcknowledged : expectKept; }
 
     static void cutEverywhere(const Recorded& recorded, Judge judge) {
@@ -273,7 +273,7 @@ TEST_P(CutRuns, ADiskThatKeepsTheOrderLosesNothing) {
     cutEverywhere(recorded, judge());
 }
 
-/// The disk has a cache, and the current takes with it what was not synced.
+/// The disk has a cache, and a power failure loses what was not synced.
 TEST_P(CutRuns, ADiskThatLosesWhatWasNotSyncedLosesNoPost) {
     for (int seed = 1; seed <= longForm(6, 400); ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
@@ -294,7 +294,7 @@ TEST_P(CutRuns, ADiskThatLosesWhatWasNotSyncedLosesNoPost) {
     }
 }
 
-/// Making the table whole is cut as well, by another failure of the current.
+/// The recovery is cut as well, by another power failure.
 TEST_P(CutRuns, ARecoveryThatIsCutIsBegunAgain) {
     const Recorded recorded = run();
     std::mt19937 random(4);
@@ -331,7 +331,7 @@ INSTANTIATE_TEST_SUITE_P(Keepings, CutRuns,
                          ::testing::Values(Keeping::Process, Keeping::Disk, Keeping::Mixed),
                          [](const auto& test) { return nameOf(test.param); });
 
-// --- Before there is anything
+// --- Before the table exists
 
 TEST_F(Cuts, ATableThatIsBeingMadeOpensOrIsRefused) {
     const Recorded creation = recordCreation();

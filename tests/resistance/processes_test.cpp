@@ -23,7 +23,7 @@ class Processes : public StreetFolder, public ::testing::WithParamInterface<int>
 protected:
     static constexpr std::uint32_t serialsOfOne = 1'000'000;
 
-    /// Each begins when all are there.
+    /// Each begins when all are ready.
     void startTogether(const std::vector<Work>& works) {
         for (const Work& work : works) {
             children_.push_back(std::make_unique<ChildProcess>(telling(work)));
@@ -39,7 +39,7 @@ protected:
         link.tell();
         link.await();
     }
-    /// Such a writer; what it stores goes to a log of its own.
+    /// A writer with this work; its posts go to a log of its own.
     [[nodiscard]] Work writer(const WriterWork& work) {
         logs_.push_back(std::make_unique<PostLog>());
         return [this, work, &log = *logs_.back()](const ChildProcess::Link& link) {
@@ -49,7 +49,7 @@ protected:
             return 0;
         };
     }
-    /// Lets the writers, which were started first, store so many posts together, and stops them.
+    /// Lets the writers, which were started first, store that many posts together, and stops them.
     void awaitWriters(int posts) {
         const std::size_t each = static_cast<std::size_t>(posts) / logs_.size();
         for (std::size_t i = 0; i < logs_.size(); ++i) {
@@ -66,7 +66,7 @@ protected:
         children_.clear();
     }
 
-    /// Every row of the table, which must be whole.
+    /// Every row of the table, which must be complete.
     static std::vector<StreetVersion> storedRows(const std::string& tableFile) {
         const auto table = dbase::Table::open(tableFile);
         std::vector<StreetVersion> rows;
@@ -132,7 +132,7 @@ TEST_P(Processes, ThatChangeRowsOfTheirOwnSeeThemAllAsTheyLeftThem) {
     expectSound();
 }
 
-/// Adds streets under keys of its own making, as the screens do when they are told to repeat the operation.
+/// Adds streets under keys that it allocates, repeating refused operations as the dialogs ask their users to.
 int addUnderFreeKeys(int driver, int streets) {
     dbase::Dataset table("DB", "POSTAL", "VIA");
     table.open();
@@ -159,7 +159,7 @@ protected:
         }
         startTogether(works);
     }
-    /// The streets' names; a key or a name that is there twice fails the test.
+    /// Number of different streets; a key or a name that occurs twice fails the test.
     std::size_t distinctStreets() {
         std::set<std::string> keys, names;
         dbase::Dataset table("DB", "POSTAL", "CODIGO1");
@@ -191,7 +191,7 @@ TEST_P(KeysOfProcesses, AreGivenOutOnceEachWhenOneIsKilled) {
             return addUnderFreeKeys(50, 1'000'000);
         }));
         victim.await();
-        for (const auto& child : children_) { // some are at work, some have finished, when it dies
+        for (const auto& child : children_) { // when it dies, some are at work and some have finished
             if (child == children_[static_cast<std::size_t>(round) % children_.size()]) {
                 victim.kill();
             }
@@ -218,7 +218,7 @@ protected:
         }
     }
 
-    /// Seeks and walks until it is told to stop; what is wrong is raised.
+    /// Seeks and walks until the log says stop; throws for a wrong answer.
     static void readAllTheWhile(const PostLog& log, std::uint32_t seed) {
         dbase::Dataset streets("DB", "POSTAL", "CODIGO1");
         streets.open();
@@ -244,7 +244,7 @@ private:
         }
     }
 
-    /// The current row is whole and stands behind another one, whose place it takes.
+    /// The current row is complete and comes after `before`, which it then replaces.
     static void requireBehind(std::string& before, dbase::Dataset& streets) {
         require(isWhole(streets), "half a row behind " + before);
         std::string here = orderOf(streets);
@@ -263,7 +263,7 @@ private:
         require(currentRow(streets).serial == serial, "moved by a seek that found nothing");
     }
 
-    /// And some rows further, which others may have stored, or be changing.
+    /// Also reads some rows further, which others may have stored, or be changing.
     static void findByName(dbase::Dataset& streets, std::uint32_t serial) {
         streets.setTag("VIA");
         const std::vector<std::string> values = streetValues({.serial = serial});
@@ -281,7 +281,7 @@ private:
         }
     }
 
-    /// Each row that stays comes once.
+    /// Each row that stays occurs once.
     static void walkAll(dbase::Dataset& streets) {
         streets.setTag("VIA");
         std::vector<int> seen(stableRows);
@@ -295,7 +295,7 @@ private:
         require(std::ranges::all_of(seen, [](int times) { return times == 1; }), "rows passed over or twice");
     }
 
-    /// In one state of the table: each record has its entry, and one only.
+    /// In one state of the table, each record has exactly one entry.
     static void walkTree(dbase::Dataset& streets) {
         for (const char* tag : {"VIA", "NOMBREVIA", "CODIGO1"}) {
             std::vector<dbase::RecordNumber> numbers = dbase::test::order(streets.openTable(), tag);
@@ -321,7 +321,7 @@ private:
 
 TEST_P(ReadersAmongWriters, GetNoWrongAnswer) {
     const int writers = GetParam() / 2;
-    PostLog readers; // tells them when to stop
+    PostLog readers; // stops the readers
     std::vector<Work> works;
     for (int i = 0; i < writers; ++i) {
         works.push_back(writer({.weights = {6, 5, 2, 0, 0, 0},

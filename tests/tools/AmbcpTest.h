@@ -9,7 +9,7 @@
 namespace ambcp::test {
 
 struct Outcome {
-    int exitCode = -1; // 128 and the signal when it was killed
+    int exitCode = -1; // 128 plus the signal that killed it
     std::string output, errors;
 };
 
@@ -18,12 +18,12 @@ class AmbcpTest : public ambrel::test::TableTest {
 protected:
     /// Runs the program with these arguments in the test's folder.
     [[nodiscard]] Outcome ambcp(const std::vector<std::string>& arguments) const;
-    /// Runs a command of the shell there, in which $AMBCP is the program.
+    /// Runs a shell command there, in which $AMBCP is the program.
     [[nodiscard]] Outcome shell(const std::string& command) const;
 
-    /// Runs the program and expects it to end with 0; returns what it printed.
+    /// Runs the program and expects exit code 0; returns its output.
     std::string done(const std::vector<std::string>& arguments) const;
-    /// Runs the program and expects it to end with 2 and a reason, which is returned, and to print nothing.
+    /// Runs the program and expects exit code 2, a reason, which is returned, and no output.
     std::string refused(const std::vector<std::string>& arguments) const;
 
     /// Bytes of a file, absolute or in the test's folder.

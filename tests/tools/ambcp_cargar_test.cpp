@@ -10,7 +10,7 @@ class AmbcpCargar : public AmbcpTest {
 protected:
     AmbcpCargar() { done({"crear", "."}); }
 
-    /// What loading this text into a table says.
+    /// The result of loading this text into a table.
     Outcome load(const std::string& table, const std::string& csv) const {
         folder.write("filas.csv", csv);
         return ambcp({"cargar", ".", table, "filas.csv"});

@@ -17,7 +17,7 @@ protected:
         done({"cargar", ".", "PROVIN", "filas.csv"});
     }
 
-    /// Writes a byte over one of a file.
+    /// Overwrites one byte of a file.
     void damage(const std::string& file, std::size_t place, char byte) const {
         std::string bytes = content(file);
         bytes.at(place) = byte;

@@ -14,7 +14,7 @@ constexpr const char* cutPostal =
     "recupere la copia de seguridad; \"ambcp reindexar\" se queda con los "
     "completos";
 
-/// POSTAL holds one record and part of another of its three.
+/// POSTAL announces three records and holds one and part of another.
 class AmbcpCutTable : public AmbcpTest {
 protected:
     AmbcpCutTable() {
@@ -31,7 +31,7 @@ protected:
         return static_cast<unsigned char>(whole_[8]) + 256U * static_cast<unsigned char>(whole_[9]);
     }
 
-    /// Expects a question to be refused with 1 and the one line, and the files to stay as they are.
+    /// Expects a question to be refused with 1 and the one line, and the files to be unchanged.
     void expectRefusal(const std::vector<std::string>& arguments) const {
         const std::string records = content("POSTAL.DBF"), index = content("POSTAL.MDX");
         const Outcome run = ambcp(arguments);
@@ -73,7 +73,7 @@ TEST_F(AmbcpCutTable, CopyThatWasStillUnderWayIsWholeAfterAQuestion) {
 TEST_F(AmbcpCutTable, TheOtherTablesAnswer) { done({"listar", ".", "PROVIN"}); }
 
 TEST_F(AmbcpCutTable, JournalBesideItLetsTheQuestionMakeItWhole) {
-    folder.write("POSTAL.AMJ", ""); // a program of ours died while it had the table
+    folder.write("POSTAL.AMJ", ""); // one of our programs died while it had the table open
     EXPECT_NE(done({"listar", ".", "POSTAL", "--tag", "VIA"}).find("ALCALA"), std::string::npos);
     done({"comprobar", ".", "POSTAL"});
 }

@@ -1,4 +1,4 @@
-// ambcp direccion: an address resolved as the screens do.
+// ambcp direccion: an address resolved as in the dialogs.
 #include "AmbcpTest.h"
 
 namespace ambcp::test {
@@ -76,7 +76,7 @@ TEST_F(AmbcpDireccion, ProvinceOrIneCodeChoosesAmongThem) {
     EXPECT_EQ(in("--provincia", "Girona"), row("MIERES,17105,X,,17830"));
     EXPECT_EQ(in("--ine", "33037"), row("MIERES,33037,X,,"));
     EXPECT_EQ(in("--provincia", "28"), row("MIERES,,,,"));
-    EXPECT_EQ(in("--provincia", "中"), row("MIERES,,,,")); // what cannot be is no condition that is left out
+    EXPECT_EQ(in("--provincia", "中"), row("MIERES,,,,")); // an impossible value must not drop the condition
 }
 
 TEST_F(AmbcpDireccion, MunicipalityThatIsNotTheOneAskedForIsSaid) {
@@ -129,7 +129,7 @@ TEST_F(AmbcpDireccion, UnsettledNumberIsSaid) {
     EXPECT_EQ(resolve("MADRID", "ZZZ CORTA", "7").exitCode, 0);
     const Outcome run = resolve("MADRID", "ZZZ CORTA", "11");
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.output, row("MADRID,28079,ZZZ CORTA,CL,28001")); // what the form shows before the number
+    EXPECT_EQ(run.output, row("MADRID,28079,ZZZ CORTA,CL,28001")); // as in the form before the number
     EXPECT_EQ(run.errors,
               "ambcp: no se ha resuelto el número «11»; el código postal es el del comienzo de la vía.\n");
 }

@@ -69,7 +69,7 @@ TEST_F(AmbcpListar, BeginsAtAKeySpreadOverTheColumnsOfTheTag) {
 
 TEST_F(AmbcpListar, BeginsAtANumberADateOrAnExpression) {
     EXPECT_EQ(vias({"--tag", "NUM", "--desde", "4"}), "Alba");
-    EXPECT_EQ(vias({"--tag", "ALTA", "--desde", "2001-01-01"}), "MarsolÑu"); // blank dates stand last
+    EXPECT_EQ(vias({"--tag", "ALTA", "--desde", "2001-01-01"}), "MarsolÑu"); // blank dates come last
     EXPECT_EQ(vias({"--tag", "MAYUS", "--desde", "mb"}), "solÑu");
 }
 

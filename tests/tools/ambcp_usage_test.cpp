@@ -1,4 +1,4 @@
-// What ambcp says of itself, and of arguments that it does not understand.
+// The help of ambcp, and its errors for arguments that it does not understand.
 #include "AmbcpTest.h"
 
 namespace ambcp::test {
@@ -6,7 +6,7 @@ namespace {
 
 class AmbcpUsage : public AmbcpTest {
 protected:
-    /// `order`: the one whose help is pointed to; none for the program's own.
+    /// `order`: the one whose help the error points to; none for the program's own.
     void expectUsageError(const std::vector<std::string>& arguments, const std::string& text,
                           const std::string& order = "") const {
         EXPECT_EQ(refused(arguments), "ambcp: " + text + (text.ends_with('?') ? "" : ".") + " Vea «ambcp " +

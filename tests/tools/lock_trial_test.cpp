@@ -1,4 +1,4 @@
-// The trial of locks finds what is broken.
+// The trial of locks finds broken ones.
 #include "tools/lock_trial.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ bool works(const std::vector<LockProbe>& probes, const std::string& question) {
     return found != probes.end() && found->works;
 }
 
-/// Passes everything on to a file of the disk, save its locks.
+/// Passes everything on to a file on the disk, except its locks.
 class UnlockableFile : public dbase::File {
 public:
     UnlockableFile(std::unique_ptr<dbase::File> file, bool grants)

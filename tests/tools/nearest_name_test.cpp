@@ -1,4 +1,4 @@
-// What a mistyped name is taken for.
+// The name that a mistyped one is taken for.
 #include "tools/nearest_name.h"
 
 #include <gtest/gtest.h>

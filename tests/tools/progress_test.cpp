@@ -1,4 +1,4 @@
-// The line that says how far a task has come.
+// The line that shows the progress of a task.
 #include "tools/progress.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@
 namespace ambcp {
 namespace {
 
-/// What a function writes to standard error while that is the given file.
+/// The output of a function to standard error while that is the given file.
 std::string shownOn(int file, int otherEnd, const std::function<void()>& task) {
     const int before = dup(STDERR_FILENO);
     dup2(file, STDERR_FILENO);
@@ -24,8 +24,7 @@ std::string shownOn(int file, int otherEnd, const std::function<void()>& task) {
     std::fflush(stderr);
     dup2(before, STDERR_FILENO);
     close(before);
-    const ssize_t mark =
-        write(file, ".", 1); // nothing that is tested writes one: it tells where to stop reading
+    const ssize_t mark = write(file, ".", 1); // absent from all tested output: marks where to stop reading
     std::string shown;
     std::array<char, 1000> text;
     while (mark == 1 && !shown.ends_with('.')) {
@@ -40,7 +39,7 @@ std::string shownOn(int file, int otherEnd, const std::function<void()>& task) {
     return shown;
 }
 
-/// The line of a task while standard error is a terminal; nothing where none can be made.
+/// The line of a task while standard error is a terminal; null where none can be created.
 std::optional<std::string> shownOnATerminal(const std::function<void()>& task) {
     int terminal = 0, program = 0;
     if (openpty(&terminal, &program, nullptr, nullptr, nullptr) != 0) {
