@@ -26,11 +26,11 @@ constexpr std::size_t lengthOffset = 4, entryGeneration = 8, sequenceOffset = 16
 constexpr std::size_t runsOffset = 32, keptOffset = 36, sumOffset = 40;
 constexpr std::size_t runHead = 12; // first, rows, whether there are images before
 
-// Room that is made on the disk at once, so that a sync has no growth to tell; some thousand changes.
+// Allocated on the disk at once, so that a sync has no growth to record; holds some thousand changes.
 constexpr std::uint64_t capacity = std::uint64_t{256} << 10;
-constexpr std::uint64_t largestJournal = std::uint64_t{64} << 20; // what is read of a file of any size
+constexpr std::uint64_t largestJournal = std::uint64_t{64} << 20; // the most that is read of any file
 
-// Eight bytes at a time; told apart from chance and from half-written blocks, not from malice.
+// Works on eight bytes at a time; detects chance and half-written blocks, not malice.
 std::uint64_t checksum(std::span<const char> bytes) {
     std::uint64_t sum = 0x9E3779B97F4A7C15 ^ bytes.size();
     const auto mix = [&](std::uint64_t word) {
@@ -84,7 +84,7 @@ bool Journal::reaches(std::uint64_t end) const {
 }
 
 bool Journal::look(std::uint64_t offset, std::span<char> bytes) const {
-    if (file_->viewIsTorn()) { // somebody cut it
+    if (file_->viewIsTorn()) { // another process has truncated the file
         file_->renewView();
         knownSize_ = 0;
     }
@@ -92,7 +92,7 @@ bool Journal::look(std::uint64_t offset, std::span<char> bytes) const {
         return false;
     }
     if (const char* view = file_->view()) {
-        std::memcpy(bytes.data(), view + offset, bytes.size()); // without a call of the system
+        std::memcpy(bytes.data(), view + offset, bytes.size()); // without a system call
     } else {
         file_->read(offset, bytes);
     }
@@ -190,7 +190,7 @@ std::vector<char> Journal::encode(const JournalEntry& entry, bool isKept) const 
     store64(bytes.data() + counterOffset, entry.counter);
     store32(bytes.data() + runsOffset, static_cast<std::uint32_t>(entry.runs.size()));
     store32(bytes.data() + keptOffset, isKept ? 1 : 0);
-    store64(bytes.data() + sumOffset, checksum(bytes)); // with zeros in its own place
+    store64(bytes.data() + sumOffset, checksum(bytes)); // computed with zeros in its own place
     return bytes;
 }
 
@@ -214,8 +214,8 @@ std::vector<char> Journal::readAt(std::uint64_t offset, std::uint64_t sequence) 
     return sum == checksum(bytes) ? bytes : std::vector<char>();
 }
 
-// The sum proves that the bytes are those that encode() made, so their shape needs no second look; only a
-// forged entry lies about it, and ends the reading.
+// The checksum proves that encode() produced the bytes, so their structure needs no further checks; only a
+// forged entry can contradict itself, and ends the reading.
 JournalEntry Journal::decode(std::span<const char> bytes) const {
     JournalEntry entry;
     entry.counter = load64(bytes.data() + counterOffset);
@@ -245,7 +245,7 @@ JournalEntry Journal::decode(std::span<const char> bytes) const {
     return entry;
 }
 
-// Other programs have added entries behind ours, or begun anew.
+// Other programs may have added entries after ours, or restarted the journal.
 void Journal::catchUp() {
     if (!readHeader()) {
         throw Error(ErrorCode::Io, file_->path(),
@@ -296,7 +296,7 @@ void Journal::add(const JournalEntry& entry, bool isKept) {
         lastKept_ = tail_;
         tail_ += bytes.size();
         ++sequence_;
-    } else if (file_->isRemote()) { // the other machines redo it, should this one stop
+    } else if (file_->isRemote()) { // if this machine crashes, the others redo it
         file_->sync();
     }
 }
@@ -310,13 +310,13 @@ void Journal::withdraw() noexcept {
             tail_ = written_;
             --sequence_;
             lastKept_ = 0;
-            const char nothing[entryHead] = {}; // without its head it is no entry
+            const char nothing[entryHead] = {}; // without its head it is not an entry
             file_->write(written_, nothing);
-        } else { // that there were loose ones stays
+        } else { // an empty one still shows that there were loose entries
             file_->write(written_, encode({}, false));
         }
     } catch (...) {
-        // It stays: should the machine stop now, the change is made whole rather than dropped.
+        // The entry stays: if the machine crashes now, the change is redone instead of dropped.
     }
     written_ = 0;
 }

@@ -18,7 +18,7 @@ namespace {
 std::string readBootIdentity() {
     std::ifstream file("/proc/sys/kernel/random/boot_id");
     std::string identity;
-    // Without one every program counts as another start: journals are then redone more often than needed.
+    // Without one every process counts as another boot: journals are then redone more often than needed.
     return std::getline(file, identity) ? identity : "proceso " + std::to_string(getpid());
 }
 
@@ -39,7 +39,7 @@ public:
         try {
             return openFile(path_, OpenMode::ReadWrite);
         } catch (const Error& error) {
-            if (error.code() == ErrorCode::NotFound) { // gone meanwhile
+            if (error.code() == ErrorCode::NotFound) { // deleted meanwhile
                 return nullptr;
             }
             if (error.code() != ErrorCode::AccessDenied) {
@@ -52,7 +52,7 @@ public:
     std::unique_ptr<File> create() override {
         std::unique_ptr<File> file = openFile(path_, OpenMode::Create);
         struct stat table = {};
-        if (stat(table_.c_str(), &table) == 0) { // whoever may write the table may go on with its journal
+        if (stat(table_.c_str(), &table) == 0) { // all who may write the table may continue its journal
             static_cast<void>(chmod(path_.c_str(), table.st_mode & 0666));
         }
         syncFolderOf(path_);
@@ -64,7 +64,7 @@ public:
             throw Error(ErrorCode::Io, path_,
                         std::string("no se puede borrar el diario: ") + systemReason(errno));
         }
-        syncFolderOf(path_); // come back after a power cut, it would speak of what others changed since
+        syncFolderOf(path_); // reappearing after a power cut, it would describe outdated records
     }
 
 private:

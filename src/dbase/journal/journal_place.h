@@ -1,4 +1,4 @@
-// Where the journal of a table lies: a file beside it, POSTAL.AMJ for POSTAL.DBF.
+// Where the journal of a table is: in a file beside it, POSTAL.AMJ for POSTAL.DBF.
 #pragma once
 
 #include <memory>
@@ -15,19 +15,19 @@ public:
     JournalPlace(const JournalPlace&) = delete;
     JournalPlace& operator=(const JournalPlace&) = delete;
 
-    /// Null when there is none. Errors of all: Error that names the journal.
+    /// Null if there is none. Errors of all operations: Error, which names the journal.
     [[nodiscard]] virtual std::unique_ptr<File> openExisting() = 0;
-    /// An empty file, whose name has reached the disk.
+    /// Creates an empty file and puts its name on the disk.
     [[nodiscard]] virtual std::unique_ptr<File> create() = 0;
     virtual void remove() = 0;
 };
 
-/// The place beside a table file of the disk.
+/// The place beside a table file on disk.
 [[nodiscard]] std::unique_ptr<JournalPlace> journalBeside(const std::string& tableFile);
 
-/// Text that changes whenever the machine starts: what lay in memory only is lost between two of them.
+/// A text that changes at each boot of the machine; between two boots, data held only in memory is lost.
 [[nodiscard]] std::string bootIdentity();
-/// Pretends another one.
+/// Pretends another boot.
 void setBootIdentity(std::string identity);
 
 } // namespace dbase

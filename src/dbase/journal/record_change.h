@@ -1,4 +1,4 @@
-// What a change does to records: their bytes before and after, in runs of neighbours.
+// What a change does to records: their bytes before and after, in runs of adjacent records.
 #pragma once
 
 #include <span>
@@ -11,7 +11,7 @@ namespace dbase {
 struct RecordRun {
     RecordNumber first = 0;
     RecordNumber rows = 0;
-    std::vector<char> before; // empty for records that are new
+    std::vector<char> before; // empty for new records
     std::vector<char> after;
 };
 
@@ -20,7 +20,7 @@ public:
     [[nodiscard]] bool empty() const { return runs_.empty(); }
     [[nodiscard]] const std::vector<RecordRun>& runs() const { return runs_; }
 
-    /// Records come in ascending order. `before` is empty for a new one, and then so for all.
+    /// Add records in ascending order. `before` is empty for a new record; then all of them must be new.
     void add(RecordNumber number, std::span<const char> before, std::span<const char> after) {
         if (runs_.empty() || number != runs_.back().first + runs_.back().rows) {
             runs_.push_back({number, 0, {}, {}});

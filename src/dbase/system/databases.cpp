@@ -26,7 +26,7 @@ bool isFile(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-// The entry of a folder with this name in whatever letter case; of several, the first in byte order.
+// The entry of a folder with this name, letter case ignored; of several, the first in byte order.
 std::optional<std::string> findIgnoringCase(const std::string& folder, const std::string& name) {
     if (isFile(folder + '/' + name)) {
         return folder + '/' + name;

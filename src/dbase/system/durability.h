@@ -1,12 +1,12 @@
-// Whether a change waits for the disk.
+// How durable a change is: whether it waits for the disk.
 #pragma once
 
 namespace dbase {
 
-/// When a change is on the disk. Each change says it for itself.
+/// What a change survives as soon as it returns. Chosen for each change.
 enum class Durability {
-    Process, // survives the death of any process at once
-    Disk,    // the machine's too: the journal is synced before the records are touched
+    Process, // the death of any process
+    Disk,    // a crash of the machine too: the journal is synced before the records are touched
 };
 
 } // namespace dbase

@@ -9,9 +9,9 @@
 
 namespace dbase {
 
-/// What went wrong, for a program that goes on differently for some of them.
+/// What went wrong, for programs that handle some errors differently.
 enum class ErrorCode {
-    NotFound,      // a folder, file, column or tag that is not there
+    NotFound,      // a folder, file, column or tag that does not exist
     Exists,        // a file that must not be overwritten
     AccessDenied,  // the system refuses to open or write
     ReadOnly,      // the table is open for reading only
@@ -20,26 +20,26 @@ enum class ErrorCode {
     TooLarge,      // 2 GiB and over, or more than the format holds
     BadTable,      // a .DBF that contradicts itself
     BadIndex,      // an .MDX that contradicts itself
-    StaleIndex,    // an .MDX that does not belong to the records any more and cannot be rebuilt here
+    StaleIndex,    // an .MDX that no longer matches the records and cannot be rebuilt here
     BadLayout,     // columns that do not fit the bound ones
     BadExpression, // a key, FOR or filter text that is not understood
     BadValue,      // a value that its column cannot hold
     BadState,      // an operation that the dataset's state does not allow
     LockRefused,   // a record that another user holds
-    LockTimeout,   // a structure lock that did not come free in time
-    RecordChanged, // the row shown is not the stored one any more
+    LockTimeout,   // a structure lock that was not released in time
+    RecordChanged, // the row shown is no longer the stored one
 };
 
-/// A fault of the engine. `what()` is a Spanish UTF-8 text that the user can act on; it names the file and,
+/// An error of the engine. `what()` is a Spanish UTF-8 text that the user can act on; it names the file and,
 /// where it helps, the record, page or column.
 class AMBREL_EXPORT Error : public std::runtime_error {
 public:
-    /// The file's path becomes part of what().
+    /// Puts the file's path in front of the text of what().
     Error(ErrorCode code, std::string file, const std::string& text);
 
-    /// What a program decides by.
+    /// What programs decide by.
     [[nodiscard]] ErrorCode code() const noexcept { return code_; }
-    /// Path of the file concerned; empty when there is none.
+    /// Path of the file concerned; empty if there is none.
     [[nodiscard]] const std::string& file() const noexcept { return file_; }
 
 private:

@@ -1,5 +1,5 @@
-// A file as the engine needs it: positioned reads and writes, size, sync, byte-range locks and, where the
-// system offers it, a view of its bytes in memory.
+// A file as the engine needs it: positioned reads and writes, size, sync, byte-range locks and, if the system
+// offers it, a view of its bytes in memory.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ struct LockRange {
     std::uint64_t length; // 0: to the end and beyond
 };
 
-/// Files of this size and over are refused: the classic engines count bytes in 31 bits.
+/// Files of this size or larger are refused: the classic engines count bytes in 31 bits.
 inline constexpr std::uint64_t maxFileSize = 0x7FFFFFFF;
 
 class File {
@@ -30,42 +30,42 @@ public:
     [[nodiscard]] virtual const std::string& path() const = 0;
     [[nodiscard]] virtual bool isWritable() const = 0;
 
-    /// Errors of all below: Error(Io, DiskFull) naming the file.
+    /// Errors of everything below: Error(Io, DiskFull), which names the file.
     [[nodiscard]] virtual std::uint64_t size() const = 0;
-    /// Reads exactly the bytes asked for; a file that ends before is Error(Io).
+    /// Reads exactly the bytes requested; Error(Io) if the file ends before them.
     virtual void read(std::uint64_t offset, std::span<char> bytes) const = 0;
     virtual void write(std::uint64_t offset, std::span<const char> bytes) = 0;
     virtual void resize(std::uint64_t size) = 0;
-    /// Data to the disk.
+    /// Flushes the data to the disk.
     virtual void sync() = 0;
 
-    /// Whether it lies on another machine: then what this one remembers of it is only looked at anew when a
-    /// lock is taken on it, and only sent when one is let go.
+    /// Whether the file is on another machine: then this one refreshes its cached bytes only when a lock on
+    /// the file is taken, and sends changes only when one is released.
     [[nodiscard]] virtual bool isRemote() const { return false; }
 
-    /// Start of a read-only view of the whole file that follows its changes and growth, or null when there is
-    /// none. Only the bytes below size() may be looked at. When somebody cuts the file meanwhile they read as
-    /// 0 and viewIsTorn() says so.
+    /// Start of a read-only view of the whole file that follows its changes and growth; null if there is
+    /// none. Only bytes below size() may be read. If another process truncates the file meanwhile, they read
+    /// as 0 and viewIsTorn() returns true.
     [[nodiscard]] virtual const char* view() const { return nullptr; }
     [[nodiscard]] virtual bool viewIsTorn() const { return false; }
-    /// Makes a torn view whole again, as far as the file reaches now.
+    /// Renews a torn view, up to the file's present end.
     virtual void renewView() {}
 
-    /// Advisory lock of this open file; two opens of one file exclude each other, also inside one process.
-    /// False when somebody else holds it.
+    /// Advisory lock of this open file; two opens of one file exclude each other, even within one process.
+    /// False if another holder has it.
     [[nodiscard]] virtual bool tryLock(LockRange range, LockKind kind) = 0;
     virtual void unlock(LockRange range) noexcept = 0;
-    /// Whether somebody else holds any lock there. Needs no permission to write.
+    /// Whether another holder has any lock in the range. Needs no write permission.
     [[nodiscard]] virtual bool isLockedByOthers(LockRange range) const = 0;
 };
 
-/// Opens a file of the disk. Errors: Error(NotFound, AccessDenied, Io); Create makes it or empties it.
+/// Opens a file on disk; Create creates or empties it. Errors: Error(NotFound, AccessDenied, Io).
 [[nodiscard]] std::unique_ptr<File> openFile(const std::string& path, OpenMode mode);
 
-/// Puts the names of the files of a folder on the disk, as far as its file system can.
+/// Flushes the folder of a file, and so the names in it, to the disk if its file system can.
 void syncFolderOf(const std::string& path);
 
-/// Number that names an open file of the disk whatever its path ("device:inode").
+/// Identifies a file on disk whatever its path ("device:inode").
 [[nodiscard]] std::string fileIdentity(const std::string& path);
 
 } // namespace dbase

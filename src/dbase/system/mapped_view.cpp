@@ -12,7 +12,7 @@ namespace dbase {
 
 namespace {
 
-// What the signal handler knows of a view. Plain lock-free words: a handler may take no lock.
+// What the signal handler knows of a view. Lock-free words, because a handler must not take locks.
 struct Slot {
     std::atomic<std::uintptr_t> begin{0};
     std::atomic<std::uintptr_t> end{0};
@@ -31,7 +31,7 @@ void passOn(int signal, siginfo_t* info, void* context) {
     } else if (previousAction.sa_handler != SIG_DFL && previousAction.sa_handler != SIG_IGN) {
         previousAction.sa_handler(signal);
     } else {
-        sigaction(signal, &previousAction, nullptr); // the fault comes again and takes its usual course
+        sigaction(signal, &previousAction, nullptr); // the fault recurs and takes its usual course
     }
 }
 
@@ -87,7 +87,7 @@ MappedView::MappedView(int descriptor, std::size_t length) : descriptor_(descrip
     }
     const auto begin = reinterpret_cast<std::uintptr_t>(address);
     slot_ = takeSlot(begin, begin + length_);
-    if (slot_ < 0) { // unguarded views are not worth their risk
+    if (slot_ < 0) { // an unguarded view is not worth the risk
         munmap(address, length_);
         return;
     }

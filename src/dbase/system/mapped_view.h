@@ -1,4 +1,4 @@
-// A read-only view of a file in memory that survives somebody cutting the file.
+// A read-only view of a file in memory that survives truncation of the file.
 #pragma once
 
 #include <atomic>
@@ -6,9 +6,9 @@
 
 namespace dbase {
 
-/// Maps more than the file holds, so that a growing file needs no new mapping. Touching a page that the file
-/// does not reach (any more) would end the process with SIGBUS; instead the page reads as zeros and isTorn()
-/// turns true.
+/// Maps more than the file holds, so that a growing file needs no new mapping. Touching a page beyond the
+/// present end of the file would end the process with SIGBUS; instead the page reads as zeros and isTorn()
+/// becomes true.
 class MappedView {
 public:
     MappedView(int descriptor, std::size_t length);
@@ -16,7 +16,7 @@ public:
     MappedView(const MappedView&) = delete;
     MappedView& operator=(const MappedView&) = delete;
 
-    /// Null when the system gave no mapping.
+    /// Null if the system refused the mapping.
     [[nodiscard]] const char* data() const { return data_; }
     [[nodiscard]] bool isTorn() const;
     /// Maps the file again over the pages that were replaced.

@@ -1,5 +1,4 @@
-// Names of databases, files, tags, columns and functions: letter case never matters, and they are plain
-// ASCII.
+// Names of databases, files, tags, columns and functions: plain ASCII, letter case ignored.
 #pragma once
 
 #include <algorithm>
@@ -8,7 +7,7 @@
 
 namespace dbase {
 
-/// Of ASCII letters alone; any other byte stays.
+/// The capital of an ASCII letter; any other byte unchanged.
 [[nodiscard]] constexpr char upperLetter(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
@@ -19,7 +18,7 @@ namespace dbase {
     return result;
 }
 
-/// Whether two names are the same one; nothing is allocated.
+/// Whether two names are the same; allocates nothing.
 [[nodiscard]] inline bool sameName(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                       [](char x, char y) { return upperLetter(x) == upperLetter(y); });

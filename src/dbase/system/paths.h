@@ -1,4 +1,4 @@
-// Paths of the files of a table, which lie beside one another and differ in their extension.
+// Paths of the files of a table, which share a folder and name and differ in their extension.
 #pragma once
 
 #include <string>
@@ -6,14 +6,14 @@
 
 namespace dbase {
 
-/// Name of a file without folder and extension: "POSTAL" of "/datos/POSTAL.DBF".
+/// Name of a file without folder and extension: "POSTAL" for "/datos/POSTAL.DBF".
 [[nodiscard]] inline std::string baseName(const std::string& path) {
-    const std::size_t begin = path.rfind('/') + 1; // 0 where there is no folder
+    const std::size_t begin = path.rfind('/') + 1; // 0 if there is no folder
     const std::string name = path.substr(begin);
     return name.substr(0, name.rfind('.'));
 }
 
-/// The file beside one with another extension: "/datos/POSTAL.MDX" of "/datos/POSTAL.DBF" and ".MDX".
+/// The same path with another extension: "/datos/POSTAL.MDX" for "/datos/POSTAL.DBF" and ".MDX".
 [[nodiscard]] inline std::string withExtension(const std::string& path, std::string_view extension) {
     return path.substr(0, path.rfind('/') + 1) + baseName(path) + std::string(extension);
 }

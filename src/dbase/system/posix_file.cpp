@@ -1,4 +1,4 @@
-// Files of the disk: positioned system calls, open-file-description locks, a guarded memory view.
+// Files on disk: positioned system calls, open-file-description locks, a guarded memory view.
 
 #include <cerrno>
 #include <cstring>
@@ -34,7 +34,7 @@ namespace {
 }
 
 bool liesElsewhere(int descriptor) {
-    constexpr long cifs = 0xFF534D42; // not in every version of the system's header
+    constexpr long cifs = 0xFF534D42; // missing from some versions of the system's header
     struct statfs system = {};
     if (fstatfs(descriptor, &system) != 0) {
         return false;
@@ -159,7 +159,7 @@ private:
 } // namespace
 
 std::unique_ptr<File> openFile(const std::string& path, OpenMode mode) {
-    int flags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK; // a pipe in the place of a table must not block
+    int flags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK; // a pipe in place of a table must not block
     if (mode == OpenMode::ReadOnly) {
         flags |= O_RDONLY;
     } else {

@@ -1,4 +1,4 @@
-// How far a long operation has come.
+// Progress of a long operation.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 
 namespace dbase {
 
-/// Is told now and then, and at the end, how much of all is done; both in the same unit. May be empty.
+/// Called now and then, and at the end, with the work done and the total, in the same unit. May be empty.
 using Progress = std::function<void(std::uint64_t done, std::uint64_t total)>;
 
 } // namespace dbase

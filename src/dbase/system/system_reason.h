@@ -1,4 +1,4 @@
-// Why the system refused, in the language of our texts.
+// Reasons why the system refused, in Spanish.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace dbase {
 
-/// Spanish text of an `errno` value; of a rare one its number and, in brackets, the system's own words.
+/// Spanish text of an `errno` value; for a rare one its number and, in brackets, the system's own text.
 [[nodiscard]] AMBREL_EXPORT std::string systemReason(int number);
 
 } // namespace dbase
