@@ -26,6 +26,7 @@ set(public_headers
   dbase/dataset/listener_list.h
   dbase/dataset/notification_pause.h
   dbase/dbf/schema.h
+  dbase/mdx/tag_definition.h
   dbase/table/table_definition.h
   dialogs/BuscarDireccionPostal.h
   dialogs/BuscarMunicipios.h

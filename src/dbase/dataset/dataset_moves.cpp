@@ -6,6 +6,7 @@
 #include "dbase/dataset/dataset_read_ahead.h"
 #include "dbase/dataset/row_order.h"
 #include "dbase/dataset/seek_key.h"
+#include "dbase/mdx/record_key.h"
 #include "dbase/system/error.h"
 
 namespace dbase {

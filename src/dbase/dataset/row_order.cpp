@@ -1,4 +1,5 @@
 #include "dbase/dataset/row_order.h"
+#include "dbase/mdx/record_key.h"
 
 #include <algorithm>
 

@@ -1,6 +1,7 @@
 #include "dbase/dataset/seek_key.h"
 
 #include "dbase/dbf/codec.h"
+#include "dbase/mdx/record_key.h"
 #include "dbase/system/error.h"
 
 namespace dbase {

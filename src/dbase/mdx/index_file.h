@@ -12,10 +12,10 @@
 
 #include "dbase/expression/expression.h"
 #include "dbase/mdx/key.h"
+#include "dbase/mdx/tag_definition.h"
 #include "dbase/mdx/update_stamp.h"
 #include "dbase/system/error.h"
 #include "dbase/system/file.h"
-#include "dbase/table/table_definition.h"
 
 namespace dbase {
 
@@ -144,11 +144,5 @@ private:
     std::uint64_t grownSize_ = 0; // with the blocks allocated but not written yet; 0 while there are none
     std::map<PageNumber, Change> changes_;
 };
-
-/// Key of a record in a tag, exactly keyLength bytes.
-void makeKey(const Tag& tag, const RecordView& record, std::span<char> key);
-/// The key under which some engines file a negative number of a narrow column: its 16 bits read without a
-/// sign. False for any other record.
-[[nodiscard]] bool makeUnsignedKey(const Tag& tag, const RecordView& record, std::span<char> key);
 
 } // namespace dbase

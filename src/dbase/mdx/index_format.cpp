@@ -1,4 +1,4 @@
-// A new .MDX: header, tag table with its name tree, tag headers and empty roots. And the keys of records.
+// A new .MDX: header, tag table with its name tree, tag headers and empty roots.
 
 #include <algorithm>
 #include <array>
@@ -237,35 +237,6 @@ std::vector<char> IndexFile::freshTagHeader(const Tag& tag) const {
     store16(header.data() + mdx::itemLength, tag.itemLength);
     store16(header.data() + mdx::maxKeys, tag.maxKeys);
     return header;
-}
-
-void makeKey(const Tag& tag, const RecordView& record, std::span<char> key) {
-    const std::vector<KeySegment>& segments = tag.key->segments();
-    if (tag.keyType != KeyType::Character || segments.empty()) {
-        encodeKey(tag.key->evaluate(record), tag.keyType, key);
-        return;
-    }
-    std::size_t at = 0;
-    for (const KeySegment& segment : segments) {
-        const std::size_t part = std::min<std::size_t>(segment.width, key.size() - at);
-        std::memcpy(key.data() + at, record.bytes.data() + segment.offset, part);
-        at += part;
-    }
-    std::memset(key.data() + at, ' ', key.size() - at);
-}
-
-bool makeUnsignedKey(const Tag& tag, const RecordView& record, std::span<char> key) {
-    constexpr double signless = 65536, lowest = -32768;
-    if (tag.keyType != KeyType::Numeric) {
-        return false;
-    }
-    Value value = tag.key->evaluate(record);
-    if (!value.hasValue || value.number >= 0 || value.number < lowest) {
-        return false;
-    }
-    value.number += signless;
-    encodeKey(value, tag.keyType, key);
-    return true;
 }
 
 } // namespace dbase

@@ -7,6 +7,7 @@
 #include "dbase/dbf/record_scan.h"
 #include "dbase/mdx/index_layout.h"
 #include "dbase/mdx/key_sorter.h"
+#include "dbase/mdx/record_key.h"
 #include "dbase/mdx/tree_builder.h"
 #include "dbase/system/bytes.h"
 #include "dbase/system/error.h"

@@ -4,6 +4,7 @@
 #include <unordered_set>
 
 #include "dbase/mdx/index_layout.h"
+#include "dbase/mdx/record_key.h"
 #include "dbase/mdx/tree_cursor.h"
 #include "dbase/system/bytes.h"
 #include "dbase/system/error.h"

@@ -6,16 +6,9 @@
 
 #include "AmbrelExport.h"
 #include "dbase/dbf/schema.h"
+#include "dbase/mdx/tag_definition.h"
 
 namespace dbase {
-
-/// One order of a new table.
-struct TagDefinition {
-    std::string name; // upper case, at most 10 characters
-    std::string expression;
-    std::string condition = {}; // FOR; empty for none
-    bool unique = false, descending = false;
-};
 
 /// What a new table is made of.
 struct TableDefinition {

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "dbase/mdx/record_key.h"
 #include "dbase/mdx/tree_cursor.h"
 #include "dbase/mdx/tree_editor.h"
 #include "dbase/system/error.h"
