@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "data/TableDefinitions.h"
-#include "dbase/dbf/schema.h"
+#include "dbase/dbf/table_header.h"
 
 #include "our_postal.h"
 

@@ -1,5 +1,6 @@
 // Any bytes as CSV, and its values as those of a table's columns.
 #include "Trial.h"
+#include "dbase/dbf/table_header.h"
 #include "loading/csv.h"
 #include "loading/row_conversion.h"
 

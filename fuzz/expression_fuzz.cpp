@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Trial.h"
+#include "dbase/dbf/table_header.h"
 #include "dbase/expression/expression.h"
 #include "dbase/mdx/key.h"
 #include "dbase/system/error.h"

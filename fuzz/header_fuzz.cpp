@@ -2,7 +2,7 @@
 #include <span>
 
 #include "Trial.h"
-#include "dbase/dbf/schema.h"
+#include "dbase/dbf/table_header.h"
 #include "dbase/system/error.h"
 
 namespace {
@@ -26,8 +26,9 @@ void checkLayout(const Schema& schema, std::size_t available) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     try {
+        const std::vector<char> bytes(data, data + size);
         HeaderCounts counts;
-        const Schema schema = decodeHeader({data, size}, counts, "T.DBF");
+        const Schema schema = decodeHeader(bytes, counts, "T.DBF");
         checkLayout(schema, size);
         HeaderCounts again;
         const Schema copy = decodeHeader(encodeHeader(schema, counts), again, "T.DBF");

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "Trial.h"
+#include "dbase/dbf/table_header.h"
 #include "dbase/journal/journal.h"
 #include "dbase/system/error.h"
 
@@ -64,8 +65,7 @@ JournalEntry forgedEntry(Input& input) {
 
 void forge(std::optional<trial::Bytes>& journal, const trial::TableBytes& table, Input& input) {
     dbase::HeaderCounts counts;
-    const std::vector<std::uint8_t> header(table.records.begin(), table.records.end());
-    const dbase::Schema schema = dbase::decodeHeader(header, counts, "T.DBF");
+    const dbase::Schema schema = dbase::decodeHeader(table.records, counts, "T.DBF");
     dbase::Journal forged(trial::placeOf(journal), schema);
     forged.begin();
     while (!input.isEmpty()) {

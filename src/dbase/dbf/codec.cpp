@@ -1,3 +1,4 @@
+// Values of columns, decoded from the bytes of a record and encoded into them.
 #include "dbase/dbf/codec.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Code pages asked of the system once, and the weights of tables that collate.
 #include "dbase/dbf/codepage.h"
 
 #include <iconv.h>

@@ -1,3 +1,4 @@
+// Today's date in three bytes.
 #include "dbase/dbf/dates.h"
 
 #include <ctime>

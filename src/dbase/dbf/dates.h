@@ -1,7 +1,7 @@
 // Today's date as file headers keep it.
 #pragma once
 
-#include "dbase/dbf/schema.h"
+#include "dbase/dbf/table_header.h"
 
 namespace dbase {
 

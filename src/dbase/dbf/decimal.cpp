@@ -1,3 +1,4 @@
+// Decimal digits of a double, rounded and laid out in a fixed width.
 #include "dbase/dbf/decimal.h"
 
 #include <algorithm>

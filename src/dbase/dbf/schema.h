@@ -1,4 +1,4 @@
-// The header of a .DBF as plain values: columns, sizes, language driver.
+// The layout of a table as plain values: columns, sizes, language driver.
 #pragma once
 
 #include <cstdint>
@@ -59,32 +59,8 @@ struct AMBREL_EXPORT Schema {
     [[nodiscard]] std::optional<std::size_t> find(std::string_view name) const;
 };
 
-/// What the fixed part of the header says beside the layout.
-struct HeaderCounts {
-    std::uint32_t records = 0;                 // deleted ones included
-    std::uint8_t year = 0, month = 0, day = 0; // year counted from 1900
-};
-
-/// Bytes in front of the columns' descriptors, and of each of them.
-inline constexpr std::size_t fixedHeaderSize = 32;
-inline constexpr std::size_t columnDescriptorSize = 32;
-
-/// Decodes a whole header (fixed part and column list, `headerLength` bytes or as many as the file has).
-/// Errors: Error(BadTable) with `file` in its text for anything that contradicts itself.
-[[nodiscard]] Schema decodeHeader(std::span<const std::uint8_t> bytes, HeaderCounts& counts,
-                                  const std::string& file);
-
-/// Header length that the fixed part announces, in bytes. Needs 32 bytes. Errors as decodeHeader.
-[[nodiscard]] std::size_t announcedHeaderLength(std::span<const std::uint8_t> bytes, const std::string& file);
-
-/// Sets offsets, record and header length from the columns. Errors: Error(BadTable) for a layout the format
-/// cannot hold (names, widths, 255 columns, 4000 bytes a record).
-void completeLayout(Schema& schema, const std::string& file);
-
-/// Encodes a header for a completed layout. `fieldTags` marks the columns that are by themselves the key of a
-/// tag.
-[[nodiscard]] std::vector<std::uint8_t> encodeHeader(const Schema& schema, const HeaderCounts& counts,
-                                                     const std::vector<bool>& fieldTags = {});
+/// The first byte of a record.
+inline constexpr char liveMark = ' ', deletedMark = '*';
 
 /// One record as it lies in the file: deletion mark, then the columns without separators.
 struct RecordView {
@@ -92,7 +68,7 @@ struct RecordView {
     std::span<const char> bytes; // recordLength bytes
     RecordNumber number = 0;
 
-    [[nodiscard]] bool isDeleted() const { return bytes[0] == '*'; }
+    [[nodiscard]] bool isDeleted() const { return bytes[0] == deletedMark; }
     [[nodiscard]] std::string_view raw(const Column& column) const {
         return {bytes.data() + column.offset, column.width};
     }

@@ -1,18 +1,14 @@
+// Records read and written by their number, and the count of the header.
 #include "dbase/dbf/table_file.h"
 
 #include <algorithm>
 
 #include "dbase/dbf/dates.h"
+#include "dbase/dbf/table_header.h"
 #include "dbase/system/bytes.h"
 #include "dbase/system/error.h"
 
 namespace dbase {
-
-namespace {
-constexpr std::size_t countOffset = 4;
-constexpr std::size_t indexFlagOffset = 28;
-constexpr std::size_t tagFlagOffset = 31; // in the description of a column
-} // namespace
 
 TableFile::TableFile(std::unique_ptr<File> file) : file_(std::move(file)) {
     knownSize_ = file_->size();
@@ -20,17 +16,16 @@ TableFile::TableFile(std::unique_ptr<File> file) : file_(std::move(file)) {
         throw Error(ErrorCode::TooLarge, path(),
                     "el fichero tiene 2 GiB o más; no es una tabla que se pueda usar");
     }
-    if (knownSize_ < fixedHeaderSize) {
+    if (knownSize_ < dbf::fixedSize) {
         throw Error(ErrorCode::BadTable, path(),
                     "el fichero está cortado: tiene " + std::to_string(knownSize_) +
                         " bytes y la cabecera necesita 32");
     }
-    std::vector<std::uint8_t> header(fixedHeaderSize);
-    const auto readHeader = [&] { file_->read(0, {reinterpret_cast<char*>(header.data()), header.size()}); };
-    readHeader();
+    std::vector<char> header(dbf::fixedSize);
+    file_->read(0, header);
     const std::size_t length = announcedHeaderLength(header, path());
     header.resize(static_cast<std::size_t>(std::min<std::uint64_t>(length, knownSize_)));
-    readHeader();
+    file_->read(0, header);
     HeaderCounts counts;
     schema_ = decodeHeader(header, counts, path());
     buffer_.resize(schema_.recordLength);
@@ -46,10 +41,10 @@ bool TableFile::reaches(std::uint64_t end) const {
 
 std::uint32_t TableFile::announcedCount() const {
     if (const char* view = file_->view()) {
-        return load32(view + countOffset);
+        return load32(view + dbf::records);
     }
     char bytes[4];
-    file_->read(countOffset, bytes);
+    file_->read(dbf::records, bytes);
     return load32(bytes);
 }
 
@@ -73,7 +68,7 @@ bool TableFile::isRecordAt(RecordNumber number) const {
     } else {
         file_->read(offset, std::span(&mark, 1));
     }
-    return mark == ' ' || mark == '*';
+    return mark == liveMark || mark == deletedMark;
 }
 
 bool TableFile::isMiscounted() const {
@@ -142,10 +137,10 @@ void TableFile::writeBehind(RecordNumber number, std::span<const char> bytes) {
 }
 
 void TableFile::setCount(std::uint32_t count) {
-    char bytes[7];
+    char bytes[dbf::headerLength - dbf::updated];
     encodeHeaderDate(bytes);
-    store32(bytes + 3, count);
-    file_->write(1, bytes);
+    store32(bytes + (dbf::records - dbf::updated), count);
+    file_->write(dbf::updated, bytes);
 }
 
 void TableFile::dropBehind(std::uint32_t count) {
@@ -165,14 +160,14 @@ void TableFile::cutBehind(std::uint32_t count) {
 void TableFile::markColumns(const std::vector<bool>& marked) {
     for (std::size_t i = 0; i < marked.size(); ++i) {
         const char flag = marked[i] ? 1 : 0;
-        file_->write(fixedHeaderSize + i * columnDescriptorSize + tagFlagOffset,
+        file_->write(dbf::fixedSize + i * dbf::descriptorSize + dbf::columnTagFlag,
                      std::span<const char>(&flag, 1));
     }
 }
 
 void TableFile::setHasIndex(bool has) {
     const char flag = has ? 1 : 0;
-    file_->write(indexFlagOffset, std::span<const char>(&flag, 1));
+    file_->write(dbf::indexFlag, std::span<const char>(&flag, 1));
     schema_.hasProductionIndex = has;
 }
 

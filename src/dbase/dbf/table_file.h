@@ -6,12 +6,10 @@
 #include <vector>
 
 #include "dbase/dbf/schema.h"
+#include "dbase/dbf/table_layout.h"
 #include "dbase/system/file.h"
 
 namespace dbase {
-
-/// The byte behind the last record.
-inline constexpr char endMark = 0x1A;
 
 class TableFile {
 public:

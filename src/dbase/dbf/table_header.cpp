@@ -1,9 +1,12 @@
-#include "dbase/dbf/schema.h"
+// The header of a .DBF, decoded field by field and checked, and encoded.
+#include "dbase/dbf/table_header.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
 
+#include "dbase/dbf/table_layout.h"
+#include "dbase/system/bytes.h"
 #include "dbase/system/error.h"
 #include "dbase/system/names.h"
 
@@ -11,33 +14,19 @@ namespace dbase {
 
 namespace {
 
-constexpr std::uint8_t endOfColumns = 0x0D;
-constexpr std::size_t nameSize = 11; // in a descriptor, with its end
-constexpr std::size_t maxNameLength = nameSize - 1;
+constexpr std::size_t maxNameLength = dbf::columnNameSize - 1;
 constexpr std::size_t maxColumns = 255;
 constexpr std::size_t maxNewRecordLength = 4000;
 constexpr std::uint16_t memoWidth = 10;
 constexpr std::uint8_t productionIndexFlag = 0x01;
 
-// Places in the fixed part.
-constexpr std::size_t recordsAt = 4, headerLengthAt = 8, recordLengthAt = 10, indexFlagAt = 28,
-                      languageAt = 29;
-// Places in a column descriptor.
-constexpr std::size_t typeAt = 11, widthAt = 16, decimalsAt = 17, fieldTagAt = 31;
-
-using Bytes = std::span<const std::uint8_t>;
+using Bytes = std::span<const char>;
 
 [[noreturn]] void refuse(const std::string& file, const std::string& text) {
     throw Error(ErrorCode::BadTable, file, text);
 }
 
-std::uint16_t u16(Bytes bytes, std::size_t at) {
-    return static_cast<std::uint16_t>(bytes[at] | bytes[at + 1] << 8);
-}
-
-std::uint32_t u32(Bytes bytes, std::size_t at) {
-    return u16(bytes, at) | static_cast<std::uint32_t>(u16(bytes, at + 2)) << 16;
-}
+std::uint8_t load8(Bytes bytes, std::size_t at) { return static_cast<std::uint8_t>(bytes[at]); }
 
 std::string hex(unsigned value) {
     std::array<char, 16> text;
@@ -58,8 +47,8 @@ std::string shown(const std::string& name) {
 
 std::string decodeName(Bytes descriptor, std::size_t offset, const std::string& file) {
     std::string name;
-    while (name.size() < nameSize && descriptor[name.size()] != 0) {
-        name.push_back(upperLetter(static_cast<char>(descriptor[name.size()])));
+    while (name.size() < dbf::columnNameSize && descriptor[dbf::columnName + name.size()] != 0) {
+        name.push_back(upperLetter(descriptor[dbf::columnName + name.size()]));
     }
     const std::string place = "la columna descrita en la posición " + std::to_string(offset);
     if (name.size() > maxNameLength) {
@@ -77,20 +66,18 @@ std::string decodeName(Bytes descriptor, std::size_t offset, const std::string& 
     return name;
 }
 
-bool isKnownType(std::uint8_t type) {
-    return std::string_view("CNFLDM").find(static_cast<char>(type)) != std::string_view::npos;
-}
+bool isKnownType(char type) { return std::string_view("CNFLDM").find(type) != std::string_view::npos; }
 
 /// Decodes one descriptor; the column's offset is left to the caller.
 Column decodeColumn(Bytes descriptor, std::size_t offset, const std::string& file) {
     Column column;
     column.name = decodeName(descriptor, offset, file);
     const std::string title = "la columna " + shown(column.name);
-    if (!isKnownType(descriptor[typeAt])) {
-        refuse(file, title + " es de un tipo desconocido (" + hex(descriptor[typeAt]) + ").");
+    if (!isKnownType(descriptor[dbf::columnType])) {
+        refuse(file, title + " es de un tipo desconocido (" + hex(load8(descriptor, dbf::columnType)) + ").");
     }
-    column.type = static_cast<ColumnType>(descriptor[typeAt]);
-    column.width = descriptor[widthAt];
+    column.type = static_cast<ColumnType>(descriptor[dbf::columnType]);
+    column.width = load8(descriptor, dbf::columnWidth);
     if (column.width == 0) {
         refuse(file, title + " tiene anchura cero.");
     }
@@ -103,7 +90,7 @@ Column decodeColumn(Bytes descriptor, std::size_t offset, const std::string& fil
                          std::to_string(fixedWidth) + ".");
     }
     if (column.isNumber()) { // other programs keep other things in this byte of character columns
-        column.decimals = descriptor[decimalsAt];
+        column.decimals = load8(descriptor, dbf::columnDecimals);
         if (column.decimals >= column.width) {
             refuse(file, title + " tiene anchura " + std::to_string(column.width) + " y " +
                              std::to_string(column.decimals) + " decimales, que no caben.");
@@ -113,22 +100,22 @@ Column decodeColumn(Bytes descriptor, std::size_t offset, const std::string& fil
 }
 
 void decodeColumns(Schema& schema, Bytes bytes, const std::string& file) {
-    std::size_t offset = fixedHeaderSize;
+    std::size_t offset = dbf::fixedSize;
     std::size_t recordLength = 1;
-    for (;; offset += columnDescriptorSize) {
+    for (;; offset += dbf::descriptorSize) {
         if (offset >= schema.headerLength) {
             refuse(file, "falta la marca de fin de la lista de columnas (0x0D).");
         }
-        if (bytes[offset] == endOfColumns) {
+        if (bytes[offset] == dbf::endOfColumns) {
             break;
         }
-        if (offset + columnDescriptorSize > schema.headerLength) {
+        if (offset + dbf::descriptorSize > schema.headerLength) {
             refuse(file, "la lista de columnas está cortada en la posición " + std::to_string(offset) + ".");
         }
         if (schema.columns.size() == maxColumns) {
             refuse(file, "hay más de 255 columnas.");
         }
-        Column column = decodeColumn(bytes.subspan(offset, columnDescriptorSize), offset, file);
+        Column column = decodeColumn(bytes.subspan(offset, dbf::descriptorSize), offset, file);
         if (schema.find(column.name)) {
             refuse(file, "la columna " + shown(column.name) + " está repetida.");
         }
@@ -191,61 +178,43 @@ void checkNewName(const std::string& name, const std::string& file) {
     }
 }
 
-void putU16(std::vector<std::uint8_t>& bytes, std::size_t at, std::uint32_t value) {
-    bytes[at] = static_cast<std::uint8_t>(value & 0xFF);
-    bytes[at + 1] = static_cast<std::uint8_t>(value >> 8 & 0xFF);
-}
-
 } // namespace
 
-std::optional<std::size_t> Schema::find(std::string_view name) const {
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (columns[i].name == name) { // as nearly every caller writes it
-            return i;
-        }
-    }
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (sameName(columns[i].name, name)) {
-            return i;
-        }
-    }
-    return std::nullopt;
-}
-
-std::size_t announcedHeaderLength(std::span<const std::uint8_t> bytes, const std::string& file) {
-    if (bytes.size() < fixedHeaderSize) {
+std::size_t announcedHeaderLength(std::span<const char> bytes, const std::string& file) {
+    if (bytes.size() < dbf::fixedSize) {
         refuse(file, "la cabecera está cortada: hay " + std::to_string(bytes.size()) + " bytes de 32.");
     }
     constexpr std::array<std::uint8_t, 4> known{0x03, 0x05, 0x83, 0x8B};
-    if (std::find(known.begin(), known.end(), bytes[0]) == known.end()) {
-        refuse(file, "no es una tabla dBase III a 5 (versión " + hex(bytes[0]) + ").");
+    const std::uint8_t version = load8(bytes, dbf::version);
+    if (std::find(known.begin(), known.end(), version) == known.end()) {
+        refuse(file, "no es una tabla dBase III a 5 (versión " + hex(version) + ").");
     }
-    const std::uint16_t length = u16(bytes, headerLengthAt);
-    if (length < fixedHeaderSize + columnDescriptorSize + 1) {
+    const std::uint16_t length = load16(bytes.data() + dbf::headerLength);
+    if (length < dbf::fixedSize + dbf::descriptorSize + 1) {
         refuse(file, "la cabecera dice que mide " + std::to_string(length) +
                          " bytes, menos de lo que ocupa una columna.");
     }
     return length;
 }
 
-Schema decodeHeader(std::span<const std::uint8_t> bytes, HeaderCounts& counts, const std::string& file) {
+Schema decodeHeader(std::span<const char> bytes, HeaderCounts& counts, const std::string& file) {
     const std::size_t length = announcedHeaderLength(bytes, file);
     if (bytes.size() < length) {
         refuse(file, "la cabecera está cortada: anuncia " + std::to_string(length) + " bytes y hay " +
                          std::to_string(bytes.size()) + ".");
     }
     Schema schema;
-    schema.version = bytes[0];
-    schema.languageDriver = bytes[languageAt];
-    schema.hasProductionIndex = (bytes[indexFlagAt] & productionIndexFlag) != 0;
+    schema.version = load8(bytes, dbf::version);
+    schema.languageDriver = load8(bytes, dbf::languageDriver);
+    schema.hasProductionIndex = (load8(bytes, dbf::indexFlag) & productionIndexFlag) != 0;
     schema.headerLength = static_cast<std::uint16_t>(length);
-    schema.recordLength = u16(bytes, recordLengthAt);
+    schema.recordLength = load16(bytes.data() + dbf::recordLength);
     decodeColumns(schema, bytes.first(length), file);
 
-    counts.records = u32(bytes, recordsAt);
-    counts.year = bytes[1];
-    counts.month = bytes[2];
-    counts.day = bytes[3];
+    counts.records = load32(bytes.data() + dbf::records);
+    counts.year = load8(bytes, dbf::updated);
+    counts.month = load8(bytes, dbf::updated + 1);
+    counts.day = load8(bytes, dbf::updated + 2);
     return schema;
 }
 
@@ -275,33 +244,33 @@ void completeLayout(Schema& schema, const std::string& file) {
     }
     schema.recordLength = static_cast<std::uint16_t>(recordLength);
     schema.headerLength =
-        static_cast<std::uint16_t>(fixedHeaderSize + columnDescriptorSize * schema.columns.size() + 1);
+        static_cast<std::uint16_t>(dbf::fixedSize + dbf::descriptorSize * schema.columns.size() + 1);
 }
 
-std::vector<std::uint8_t> encodeHeader(const Schema& schema, const HeaderCounts& counts,
-                                       const std::vector<bool>& fieldTags) {
-    std::vector<std::uint8_t> bytes(schema.headerLength, 0);
-    bytes[0] = schema.version;
-    bytes[1] = counts.year;
-    bytes[2] = counts.month;
-    bytes[3] = counts.day;
-    putU16(bytes, recordsAt, counts.records);
-    putU16(bytes, recordsAt + 2, counts.records >> 16);
-    putU16(bytes, headerLengthAt, schema.headerLength);
-    putU16(bytes, recordLengthAt, schema.recordLength);
-    bytes[indexFlagAt] = schema.hasProductionIndex ? productionIndexFlag : 0;
-    bytes[languageAt] = schema.languageDriver;
-    std::size_t offset = fixedHeaderSize;
-    for (std::size_t i = 0; i < schema.columns.size(); ++i, offset += columnDescriptorSize) {
+std::vector<char> encodeHeader(const Schema& schema, const HeaderCounts& counts,
+                               const std::vector<bool>& fieldTags) {
+    std::vector<char> bytes(schema.headerLength);
+    const auto put = [&](std::size_t at, std::uint8_t value) { bytes[at] = static_cast<char>(value); };
+    put(dbf::version, schema.version);
+    put(dbf::updated, counts.year);
+    put(dbf::updated + 1, counts.month);
+    put(dbf::updated + 2, counts.day);
+    store32(bytes.data() + dbf::records, counts.records);
+    store16(bytes.data() + dbf::headerLength, schema.headerLength);
+    store16(bytes.data() + dbf::recordLength, schema.recordLength);
+    put(dbf::indexFlag, schema.hasProductionIndex ? productionIndexFlag : 0);
+    put(dbf::languageDriver, schema.languageDriver);
+    std::size_t offset = dbf::fixedSize;
+    for (std::size_t i = 0; i < schema.columns.size(); ++i, offset += dbf::descriptorSize) {
         const Column& column = schema.columns[i];
         std::copy_n(column.name.begin(), std::min(column.name.size(), maxNameLength),
-                    bytes.begin() + static_cast<std::ptrdiff_t>(offset));
-        bytes[offset + typeAt] = static_cast<std::uint8_t>(column.type);
-        bytes[offset + widthAt] = static_cast<std::uint8_t>(column.width);
-        bytes[offset + decimalsAt] = column.decimals;
-        bytes[offset + fieldTagAt] = i < fieldTags.size() && fieldTags[i] ? 1 : 0;
+                    bytes.begin() + static_cast<std::ptrdiff_t>(offset + dbf::columnName));
+        bytes[offset + dbf::columnType] = static_cast<char>(column.type);
+        put(offset + dbf::columnWidth, static_cast<std::uint8_t>(column.width));
+        put(offset + dbf::columnDecimals, column.decimals);
+        put(offset + dbf::columnTagFlag, i < fieldTags.size() && fieldTags[i] ? 1 : 0);
     }
-    bytes[offset] = endOfColumns;
+    bytes[offset] = dbf::endOfColumns;
     return bytes;
 }
 

@@ -1,3 +1,4 @@
+// Records written again from the entries of a journal.
 #include "dbase/journal/journal_redo.h"
 
 #include <algorithm>
@@ -64,7 +65,7 @@ bool isMixture(std::span<const char> stored, const History& history) {
 bool isHole(std::span<const char> bytes) {
     const char mark = bytes.front();
     return mark == '\0' || mark == endMark ||
-           (mark == '*' && std::ranges::find(bytes, '\0') != bytes.end() &&
+           (mark == deletedMark && std::ranges::find(bytes, '\0') != bytes.end() &&
             std::ranges::all_of(bytes.subspan(1), [](char c) { return c == ' ' || c == '\0'; }));
 }
 
@@ -106,7 +107,7 @@ void redoUnfinished(TableFile& records, Journal& journal, const UpdateStamp& lef
 void fillHoles(TableFile& records) {
     const std::uint32_t count = records.recordCount();
     std::vector<char> blank(records.schema().recordLength, ' ');
-    blank.front() = '*';
+    blank.front() = deletedMark;
     for (RecordNumber number = 1; number <= count; ++number) {
         if (isHole(records.record(number).bytes)) {
             records.overwrite(number, blank);

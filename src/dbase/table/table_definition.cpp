@@ -1,9 +1,11 @@
+// Empty tables, into given files or into a folder.
 #include "dbase/table/table_definition.h"
 
 #include <algorithm>
 
 #include "dbase/dbf/dates.h"
-#include "dbase/dbf/table_file.h"
+#include "dbase/dbf/table_header.h"
+#include "dbase/dbf/table_layout.h"
 #include "dbase/mdx/index_file.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
@@ -29,9 +31,7 @@ void writeEmptyTable(File& table, File* index, Schema schema, const std::string&
     if (index != nullptr) {
         IndexFile::format(*index, schema, name, tags, UpdateStamp{true, false, 0, 2});
     }
-    const std::vector<std::uint8_t> header =
-        encodeHeader(schema, todaysCounts(), columnsWithTag(schema, tags));
-    std::vector<char> bytes(header.begin(), header.end());
+    std::vector<char> bytes = encodeHeader(schema, todaysCounts(), columnsWithTag(schema, tags));
     bytes.push_back(endMark);
     table.write(0, bytes);
 }

@@ -1,4 +1,4 @@
-#include "dbase/dbf/schema.h"
+#include "dbase/dbf/table_header.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 namespace {
 
 using namespace dbase;
-using Bytes = std::vector<std::uint8_t>;
+using Bytes = std::vector<char>;
 
 // Places in the header, of lengths in two bytes, and in the descriptor of a column.
 constexpr std::size_t headerLengthAt = 8, recordLengthAt = 10;
@@ -33,12 +33,12 @@ Schema sampleSchema() {
 Bytes sampleHeader() { return encodeHeader(sampleSchema(), HeaderCounts{7, 126, 11, 21}); }
 
 void putLength(Bytes& bytes, std::size_t at, std::size_t length) {
-    bytes[at] = static_cast<std::uint8_t>(length & 0xFF);
-    bytes[at + 1] = static_cast<std::uint8_t>(length >> 8);
+    bytes[at] = static_cast<char>(length & 0xFF);
+    bytes[at + 1] = static_cast<char>(length >> 8);
 }
 
 /// A header of so many character columns of this width.
-Bytes headerOf(std::size_t columns, std::uint8_t width) {
+Bytes headerOf(std::size_t columns, std::size_t width) {
     Bytes bytes(firstDescriptor + columns * descriptorSize + 1, 0);
     bytes[0] = 0x03;
     putLength(bytes, headerLengthAt, bytes.size());
@@ -48,7 +48,7 @@ Bytes headerOf(std::size_t columns, std::uint8_t width) {
         const std::string name = "C" + std::to_string(i);
         std::ranges::copy(name, bytes.begin() + static_cast<std::ptrdiff_t>(descriptor));
         bytes[descriptor + typeAt] = 'C';
-        bytes[descriptor + widthAt] = width;
+        bytes[descriptor + widthAt] = static_cast<char>(width);
     }
     bytes.back() = 0x0D;
     return bytes;
@@ -112,7 +112,7 @@ TEST(Schema, EncodedHeaderHasTheBytesOfTheFormat) {
         encodeHeader(schema, HeaderCounts{0x01020304, 126, 1, 2}, {true, false, false, false});
     ASSERT_EQ(bytes.size(), 161u);
     EXPECT_EQ(bytes[0], 0x03);
-    EXPECT_EQ((Bytes{bytes.begin() + 4, bytes.begin() + 12}), (Bytes{4, 3, 2, 1, 161, 0, 24, 0}));
+    EXPECT_EQ((Bytes{bytes.begin() + 4, bytes.begin() + 12}), (Bytes{4, 3, 2, 1, '\xA1', 0, 24, 0}));
     EXPECT_EQ(bytes[28], 1);
     EXPECT_EQ(bytes[29], 0x57);
     EXPECT_EQ((Bytes{bytes.begin() + 32, bytes.begin() + 44}),
@@ -132,7 +132,7 @@ TEST(Schema, FindIgnoresLetterCase) {
 TEST(Schema, KnownVersionsAreAccepted) {
     for (const int version : {0x03, 0x05, 0x83, 0x8B}) {
         Bytes bytes = sampleHeader();
-        bytes[0] = static_cast<std::uint8_t>(version);
+        bytes[0] = static_cast<char>(version);
         EXPECT_EQ(decode(bytes).version, version);
     }
 }
@@ -140,7 +140,7 @@ TEST(Schema, KnownVersionsAreAccepted) {
 TEST(Schema, OtherVersionsAreRefused) {
     for (const int version : {0x00, 0x02, 0x04, 0x30, 0x43, 0xF5}) {
         Bytes bytes = sampleHeader();
-        bytes[0] = static_cast<std::uint8_t>(version);
+        bytes[0] = static_cast<char>(version);
         EXPECT_TRUE(mentions(refusal(bytes), "versión")) << version;
     }
 }
@@ -148,13 +148,13 @@ TEST(Schema, OtherVersionsAreRefused) {
 TEST(Schema, OneMoreByteAfterTheTerminatorIsAccepted) {
     Bytes bytes = sampleHeader();
     bytes.push_back(0);
-    bytes[headerLengthAt] = 162;
+    bytes[headerLengthAt] = '\xA2';
     EXPECT_EQ(decode(bytes).headerLength, 162);
 }
 
 TEST(Schema, LongerHeaderIsTrustedAndItsRestIgnored) {
     Bytes bytes = sampleHeader();
-    bytes.resize(161 + 263, 0xAB);
+    bytes.resize(161 + 263, '\xAB');
     putLength(bytes, headerLengthAt, 161 + 263);
     const Schema schema = decode(bytes);
     EXPECT_EQ(schema.headerLength, 161 + 263);
@@ -163,7 +163,7 @@ TEST(Schema, LongerHeaderIsTrustedAndItsRestIgnored) {
 
 TEST(Schema, BytesBehindTheHeaderAreNotLookedAt) {
     Bytes bytes = sampleHeader();
-    bytes.resize(bytes.size() + 100, 0xFF);
+    bytes.resize(bytes.size() + 100, '\xFF');
     EXPECT_EQ(decode(bytes).columns.size(), 4u);
 }
 
@@ -183,7 +183,7 @@ TEST(Schema, NameIsReadInCapitals) {
 
 TEST(Schema, DecimalsByteOfACharacterColumnIsIgnored) {
     Bytes bytes = sampleHeader();
-    bytes[firstDescriptor + decimalsAt] = 200;
+    bytes[firstDescriptor + decimalsAt] = '\xC8';
     EXPECT_EQ(decode(bytes).columns[0].decimals, 0);
 }
 
@@ -197,7 +197,7 @@ TEST(Schema, MemoColumnIsTolerated) {
 
 TEST(Schema, WideColumnsOfOtherProgramsAreTolerated) {
     Bytes bytes = sampleHeader();
-    bytes[firstDescriptor + widthAt] = 255;
+    bytes[firstDescriptor + widthAt] = '\xFF';
     putLength(bytes, recordLengthAt, 24 + 250);
     EXPECT_EQ(decode(bytes).columns[0].width, 255);
 }
@@ -213,7 +213,7 @@ TEST(Schema, EveryTruncationIsRefused) {
 TEST(Schema, HeaderTooShortForOneColumnIsRefused) {
     for (const int length : {0, 1, 32, 33, 64}) {
         Bytes bytes = sampleHeader();
-        bytes[headerLengthAt] = static_cast<std::uint8_t>(length);
+        bytes[headerLengthAt] = static_cast<char>(length);
         EXPECT_FALSE(refusal(bytes).empty()) << length;
     }
 }
@@ -228,13 +228,13 @@ TEST(Schema, HeaderLongerThanTheFileIsRefusedWithBothLengths) {
 
 TEST(Schema, MissingTerminatorIsRefused) {
     Bytes bytes = sampleHeader();
-    bytes[headerLengthAt] = 160; // ends right behind the last descriptor
+    bytes[headerLengthAt] = '\xA0'; // ends right behind the last descriptor
     EXPECT_TRUE(mentions(refusal(bytes), "0x0D"));
 }
 
 TEST(Schema, DescriptorCutByTheHeaderLengthNamesItsOffset) {
     Bytes bytes = sampleHeader();
-    bytes[headerLengthAt] = 150;
+    bytes[headerLengthAt] = '\x96';
     EXPECT_TRUE(mentions(refusal(bytes), "posición 128"));
 }
 
@@ -254,7 +254,7 @@ TEST(Schema, RecordLengthThatDiffersFromTheSumIsRefused) {
 
 TEST(Schema, ColumnThatLeavesTheRecordIsNamed) {
     Bytes bytes = sampleHeader();
-    bytes[firstDescriptor + widthAt] = 250;
+    bytes[firstDescriptor + widthAt] = '\xFA';
     EXPECT_TRUE(mentions(refusal(bytes), "COD"));
 }
 
@@ -293,7 +293,7 @@ TEST(Schema, DecimalsThatDoNotFitAreRefusedByName) {
 TEST(Schema, UnknownTypeIsRefusedByName) {
     for (const char type : {'\0', 'B', 'I', 'c', '@'}) {
         Bytes bytes = sampleHeader();
-        bytes[secondDescriptor + typeAt] = static_cast<std::uint8_t>(type);
+        bytes[secondDescriptor + typeAt] = static_cast<char>(type);
         EXPECT_TRUE(mentions(refusal(bytes), "SALDO")) << int(type);
     }
 }
@@ -329,7 +329,7 @@ TEST(Schema, RandomDamageNeverDecodesToColumnsOutsideTheRecord) {
     for (int round = 0; round < 20000; ++round) {
         Bytes bytes = good;
         for (unsigned i = 0; i <= random() % 4; ++i) {
-            bytes[random() % bytes.size()] = static_cast<std::uint8_t>(random());
+            bytes[random() % bytes.size()] = static_cast<char>(random());
         }
         try {
             const Schema schema = decode(bytes);

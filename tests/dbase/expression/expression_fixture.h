@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "dbase/dbf/table_header.h"
 #include "dbase/expression/expression.h"
 #include "dbase/system/error.h"
 

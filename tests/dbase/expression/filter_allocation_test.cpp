@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "dbase/dbf/table_header.h"
 #include "dbase/expression/expression.h"
 
 namespace {

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "dbase/dbf/table_header.h"
 #include "dbase/lock/locks.h"
 #include "dbase/mdx/index_layout.h"
 #include "dbase/mdx/tree_cursor.h"
