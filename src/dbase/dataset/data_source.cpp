@@ -1,3 +1,4 @@
+// A data source and the dataset that it listens to.
 #include "dbase/dataset/data_source.h"
 
 namespace dbase {

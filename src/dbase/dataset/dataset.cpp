@@ -1,3 +1,4 @@
+// A dataset as a whole: opening and closing it, its tag, range and filter, calculated fields, events.
 #include "dbase/dataset/dataset.h"
 
 #include <algorithm>

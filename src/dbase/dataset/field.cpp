@@ -1,3 +1,4 @@
+// The value of a column in the current row, read and written by type.
 #include "dbase/dataset/field.h"
 
 #include <algorithm>

@@ -1,7 +1,9 @@
+// The rows that a dataset shows: how tag, range and filter are walked together.
 #include "dbase/dataset/row_order.h"
-#include "dbase/mdx/record_key.h"
 
 #include <algorithm>
+
+#include "dbase/mdx/record_key.h"
 
 namespace dbase {
 

@@ -1,3 +1,4 @@
+// Search keys: the key of a blank record into which the given values were written.
 #include "dbase/dataset/seek_key.h"
 
 #include "dbase/dbf/codec.h"

@@ -1,3 +1,4 @@
+// An expression as its users see it: parsing it, evaluating it, and what its key is made of.
 #include "dbase/expression/expression.h"
 
 #include <algorithm>

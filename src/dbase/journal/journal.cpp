@@ -1,3 +1,4 @@
+// The journal as bytes: its header, its entries and their checksums.
 #include "dbase/journal/journal.h"
 
 #include <algorithm>

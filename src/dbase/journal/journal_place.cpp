@@ -1,3 +1,4 @@
+// The journal as a file beside its table, and the identity of a start of the machine.
 #include "dbase/journal/journal_place.h"
 
 #include <cerrno>

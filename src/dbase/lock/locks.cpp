@@ -1,3 +1,4 @@
+// Waiting for locks, and the structure lock that one process shares among its cursors.
 #include "dbase/lock/locks.h"
 
 #include <algorithm>

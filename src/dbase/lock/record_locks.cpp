@@ -1,3 +1,4 @@
+// Record locks: an owner inside this process for each, and a lock of the file against everybody else.
 #include "dbase/lock/record_locks.h"
 
 #include <algorithm>

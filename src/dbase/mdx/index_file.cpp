@@ -1,3 +1,4 @@
+// An .MDX as it is read: file header, tag table, tag headers, blocks.
 #include "dbase/mdx/index_file.h"
 
 #include <algorithm>

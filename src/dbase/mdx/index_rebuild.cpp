@@ -1,3 +1,4 @@
+// Trees made anew: the keys of all records sorted, then written page by page.
 #include "dbase/mdx/index_rebuild.h"
 
 #include <algorithm>

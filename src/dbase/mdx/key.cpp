@@ -1,3 +1,4 @@
+// Keys of numbers and days, and comparing those whose bytes alone do not give the order.
 #include "dbase/mdx/key.h"
 
 #include <algorithm>

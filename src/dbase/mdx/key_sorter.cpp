@@ -1,3 +1,4 @@
+// Sorting the keys of a whole table, in runs that are merged when memory does not hold them.
 #include "dbase/mdx/key_sorter.h"
 
 #include <algorithm>

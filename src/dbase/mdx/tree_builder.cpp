@@ -1,3 +1,4 @@
+// A tree made of sorted keys, from its leaves up to its root, and the blocks that it fills.
 #include "dbase/mdx/tree_builder.h"
 
 #include <algorithm>

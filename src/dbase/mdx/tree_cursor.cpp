@@ -1,3 +1,4 @@
+// Seeking and walking in a tree: a stack of pages and slots.
 #include "dbase/mdx/tree_cursor.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Keys put into a tree and taken out of it: pages that split, and pages that go.
 #include "dbase/mdx/tree_editor.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The stamp in the header of an index, from its bytes and back.
 #include "dbase/mdx/update_stamp.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Folders by the names of databases, and files found in them whatever their letter case.
 #include "dbase/system/databases.h"
 
 #include <cerrno>

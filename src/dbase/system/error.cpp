@@ -1,3 +1,4 @@
+// The text of an error, which begins with its file.
 #include "dbase/system/error.h"
 
 namespace dbase {

@@ -1,3 +1,4 @@
+// Views of files in memory, and the signal handler that keeps a cut file from ending the program.
 #include "dbase/system/mapped_view.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// Spanish texts for the error numbers of the system.
 #include "dbase/system/system_reason.h"
 
 #include <cerrno>

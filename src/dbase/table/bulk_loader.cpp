@@ -1,3 +1,4 @@
+// Many rows at once: written after the last record, counted and filed at the end, or not at all.
 #include "dbase/table/bulk_loader.h"
 
 #include <optional>

@@ -1,3 +1,4 @@
+// The check of a table: its header, its records, the headers of its index.
 #include "dbase/table/check.h"
 
 #include <algorithm>

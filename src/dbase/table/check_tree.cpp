@@ -1,3 +1,4 @@
+// The check of one tree: its pages, its order, and an entry for every record that belongs there.
 #include "dbase/table/check_tree.h"
 
 #include <array>

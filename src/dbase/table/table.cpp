@@ -1,3 +1,4 @@
+// An open table: how it is opened, and read under its lock.
 #include "dbase/table/table.h"
 
 #include <algorithm>

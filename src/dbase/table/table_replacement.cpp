@@ -1,3 +1,4 @@
+// New files in the place of old ones: made beside them, then renamed.
 #include "dbase/table/table_replacement.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// What a change of a record does to each tag.
 #include "dbase/table/tag_changes.h"
 
 #include <array>
