@@ -1,4 +1,4 @@
-// Listeners and hooks that close the table, or open it anew, under an operation.
+// Listeners and hooks that close the table, or reopen it, during an operation.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -13,7 +13,7 @@ namespace {
 TEST_F(TownsTest, AnOperationWhoseListenerClosesTheTableIsRefused) {
     const auto closing = towns.listen([this](DatasetChange change) {
         if (change == DatasetChange::Moved && towns.state() == DatasetState::Browse) {
-            towns.close(); // at the cancelling that every move begins with
+            towns.close(); // during the cancelling with which every move begins
         }
     });
     const std::vector<std::function<void()>> operations{

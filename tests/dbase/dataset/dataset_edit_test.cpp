@@ -1,4 +1,4 @@
-// Changing rows: append, edit, post, cancel, delete; and that nothing is ever posted by itself.
+// Changing rows: append, edit, post, cancel, delete; and no row is ever posted implicitly.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -310,7 +310,7 @@ INSTANTIATE_TEST_SUITE_P(
         ImplicitEnd{"ClearRange",
                     [](Dataset& table) {
                         table.clearRange();
-                        table.cancel(); // the second time there was no range
+                        table.cancel(); // the second call finds no range
                     }},
         ImplicitEnd{"SetFilter", [](Dataset& table) { table.setFilter("GROUP>0"); }},
         ImplicitEnd{"ClearFilter", [](Dataset& table) { table.clearFilter(); }},

@@ -1,4 +1,4 @@
-// Fields: values by type, what a column holds and refuses, and layouts that do not fit the bound fields.
+// Fields: values by type, what a column holds and refuses, and layouts that do not match the bound fields.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -299,7 +299,7 @@ TEST_P(IntegerWidths, AnyWidthBindsAndRefusesWhatItCannotHold) {
 
 INSTANTIATE_TEST_SUITE_P(Widths, IntegerWidths, ::testing::Values(1, 2, 4, 5, 6, 9, 10, 11, 20));
 
-// --- Layouts that do not fit
+// --- Layouts that do not match
 
 struct Misfit {
     const char* name;

@@ -1,4 +1,4 @@
-// Filters on a dataset: which records they show and which one is current when they come and go.
+// Filters on a dataset: the records they show, and the current one after they are set or removed.
 #include <gtest/gtest.h>
 
 #include "dbase/table/towns_fixture.h"

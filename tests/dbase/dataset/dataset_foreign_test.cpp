@@ -1,5 +1,5 @@
-// Datasets on tables that another program wrote: orders, bookmarks and changes of tag where equal keys lie in
-// no order and numbers are noted differently.
+// Datasets on tables written by another program: orders, bookmarks and changes of tag where equal keys are
+// in no order and numbers are encoded differently.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -19,7 +19,7 @@ protected:
         table_.setTable("DB", GetParam());
         table_.open();
     }
-    /// What a dataset shows of a tag: deleted records stay in it, but invisible.
+    /// The records of a tag that a dataset shows: deleted ones stay in the tag, but invisible.
     Records visible(const test::ListedTag& tag) const {
         Records records(tag.order);
         std::erase_if(records, [&](RecordNumber record) {
@@ -78,7 +78,7 @@ INSTANTIATE_TEST_SUITE_P(Fixtures, DatasetOnForeignTable,
                                            "NUMEROS", "RETAG", "UNICA", "VACIA"),
                          [](const auto& test) { return std::string(test.param); });
 
-// --- A tag whose expression nobody here understands
+// --- A tag whose expression the engine does not understand
 
 TEST_F(TownsTest, TagThatIsNotUnderstoodCanBeWalkedButNotSoughtInAndLeavesTheTableReadOnly) {
     const std::string file = createTable(

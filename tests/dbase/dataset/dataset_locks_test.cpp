@@ -1,4 +1,4 @@
-// Record locks: editing takes them, refusals raise, and locks asked for by themselves.
+// Record locks: editing takes them, refusals throw, and locks taken explicitly.
 #include <gtest/gtest.h>
 
 #include "dbase/table/table.h"

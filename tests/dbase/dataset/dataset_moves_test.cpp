@@ -149,7 +149,7 @@ TEST_F(MovesTest, BackAndForthBetweenTwoPagesNeverEnds) {
     createTable(ambrel::test::defineTable("PAGES", {"CODE C12"}, {"CODE"}), rows);
     Dataset pages("DB", "PAGES", "CODE");
     pages.open();
-    for (std::size_t at = 1; at < rows.size(); ++at) { // somewhere among them lies the border
+    for (std::size_t at = 1; at < rows.size(); ++at) { // the page border is somewhere among them
         const RecordNumber here = pages.recordNumber();
         for (int turn = 0; turn < 300; ++turn) {
             ASSERT_TRUE(pages.next());
@@ -203,7 +203,7 @@ TEST_F(MovesTest, SetTagThatDoesNotHoldTheRecordLandsOnTheNextThatItHolds) {
     EXPECT_EQ(name(towns), "BARCELONA");
     towns.setTag("NAME");
     place(towns, 3);
-    towns.setTag("ONCE"); // MADRID stands for province 28
+    towns.setTag("ONCE"); // MADRID is the record of province 28
     EXPECT_EQ(towns.recordNumber(), 6u);
 }
 

@@ -1,4 +1,4 @@
-// Ranges: which records they show, and what stands at their borders.
+// Ranges: the records they show, and their borders.
 #include <gtest/gtest.h>
 
 #include "dbase/table/towns_fixture.h"
@@ -116,7 +116,7 @@ TEST_F(RangeTest, RecordThatLeavesTheRangeIsSteppedFromItsOldPlace) {
     EXPECT_EQ(walk(towns), (Records{5, 7, 1}));
 }
 
-// A posted row is current wherever it is; the range begins for it at its nearer end.
+// A posted row is current wherever it is; from outside, the range begins at its nearer end.
 TEST_F(RangeTest, StepsFromARowPostedBelowTheRangeEnterIt) {
     towns.setRange({{"CODE", "28000"}}, {{"CODE", "28999"}});
     append(towns, {{"CODE", "03001"}});

@@ -1,4 +1,4 @@
-// A long walk reads rows ahead; whatever our programs change meanwhile shows at the next step all the same.
+// A long walk reads rows ahead; a change by our programs still shows at the next step.
 #include <gtest/gtest.h>
 
 #include "dbase/dataset/dataset.h"
@@ -21,7 +21,7 @@ protected:
     static std::string codeOf(int row) { return std::to_string(1000 + 10 * row); }
 
     void open() { table_.open(); }
-    /// Walks onto a row, so that the ones behind it are read ahead.
+    /// Walks onto a row, so that the rows after it are read ahead.
     void walkTo(int row) {
         table_.first();
         for (int i = 0; i < row; ++i) {

@@ -1,4 +1,4 @@
-// Seeks: how keys are made, and where an exact and a nearest seek land.
+// Seeks: how keys are built, and where an exact and a nearest seek end.
 #include <gtest/gtest.h>
 
 #include "dbase/table/towns_fixture.h"

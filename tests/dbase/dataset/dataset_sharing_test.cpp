@@ -1,5 +1,5 @@
-// Several cursors on one table: what the others change shows at the next move or refresh, and nobody saves
-// over it.
+// Several cursors on one table: the others' changes show at the next move or refresh, and are never
+// overwritten.
 #include <gtest/gtest.h>
 
 #include "dbase/table/table.h"
@@ -144,7 +144,7 @@ TEST_F(SharingTest, SavingOverARowThatAStrangerWroteFailsAndLeavesTheRowPending)
     place(towns, 5);
     towns.edit();
     towns.field("NAME").setText("MINE");
-    { // a program without locks writes behind our back
+    { // a program that takes no locks writes meanwhile
         Table& table = towns.openTable();
         std::vector<char> record(table.records().record(5).bytes.begin(),
                                  table.records().record(5).bytes.end());

@@ -1,4 +1,4 @@
-// The rows around the current one: read and shown without moving the dataset and without telling anybody.
+// The rows around the current one: read and shown without moving the dataset or notifying anybody.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -26,7 +26,7 @@ protected:
         table.visitRows(around, 0, around.rows.size(), [&](std::size_t) { names.push_back(name(table)); });
         return names;
     }
-    /// Everything around a record is what walking from it would show.
+    /// The rows around a record are those that walking from it would show.
     static void expectLikeWalking(Dataset& table) {
         const Records all = walk(table);
         for (std::size_t i = 0; i < all.size(); ++i) {
@@ -193,7 +193,7 @@ TEST_F(DatasetWindowTest, RowDeletedElsewhereKeepsItsPlaceUntilTheDatasetMoves) 
     EXPECT_EQ(namesOf(towns, {1, 1}), (std::vector<std::string>{"APEADERO", "ARANJUEZ", "BARCELONA"}));
 }
 
-// --- What is refused, and what is put back
+// --- Refusals, and restored state
 
 TEST_F(DatasetWindowTest, ClosedTableIsRefused) {
     EXPECT_EQ(codeOf([&] { static_cast<void>(towns.readAround({1, 1})); }), ErrorCode::BadState);
@@ -275,7 +275,7 @@ TEST_F(DatasetWindowTest, RowsOfAnotherTableAreRefused) {
     EXPECT_EQ(codeOf([&] { towns.visitRows(around, 0, 1, [](std::size_t) {}); }), ErrorCode::BadState);
 }
 
-// --- How far it looks
+// --- How far it reads
 
 TEST_F(DatasetWindowTest, GivesUpBehindTooManyHiddenRows) {
     towns.open();

@@ -14,7 +14,7 @@ namespace {
 
 using namespace dbase;
 
-/// What an encoder writes into a field of this width; one that refuses must not have written.
+/// The bytes that an encoder writes into a field of this width; one that refuses must not have written.
 template<typename Encode>
 std::optional<std::string> encoded(std::size_t width, Encode encode) {
     std::string raw(width, '#');
@@ -194,7 +194,7 @@ TEST(Codec, NumberIsWrittenWithExactlyItsDecimals) {
 }
 
 TEST(Codec, NumberRoundsHalvesOfItsDecimalFormAwayFromZero) {
-    EXPECT_EQ(encodedNumber(2.675, 6, 2), "  2.68"); // though the nearest double is below the half
+    EXPECT_EQ(encodedNumber(2.675, 6, 2), "  2.68"); // although the nearest double is below the half
     EXPECT_EQ(encodedNumber(-2.675, 6, 2), " -2.68");
     EXPECT_EQ(encodedNumber(0.5, 2), " 1");
     EXPECT_EQ(encodedNumber(2.5, 2), " 3");

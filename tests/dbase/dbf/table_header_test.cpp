@@ -13,7 +13,7 @@ namespace {
 using namespace dbase;
 using Bytes = std::vector<char>;
 
-// Places in the header, of lengths in two bytes, and in the descriptor of a column.
+// Offsets in the header, of lengths in two bytes, and in the descriptor of a column.
 constexpr std::size_t headerLengthAt = 8, recordLengthAt = 10;
 constexpr std::size_t firstDescriptor = 32, secondDescriptor = 64, descriptorSize = 32;
 constexpr std::size_t typeAt = 11, widthAt = 16, decimalsAt = 17, fieldTagAt = 31;
@@ -37,7 +37,7 @@ void putLength(Bytes& bytes, std::size_t at, std::size_t length) {
     bytes[at + 1] = static_cast<char>(length >> 8);
 }
 
-/// A header of so many character columns of this width.
+/// A header with this many character columns of this width.
 Bytes headerOf(std::size_t columns, std::size_t width) {
     Bytes bytes(firstDescriptor + columns * descriptorSize + 1, 0);
     bytes[0] = 0x03;
@@ -59,7 +59,7 @@ Schema decode(const Bytes& bytes) {
     return decodeHeader(bytes, counts, "T.DBF");
 }
 
-/// The text of the BadTable error that decoding raises; "" when it raises none.
+/// The text of the BadTable error that decoding throws; "" when it throws none.
 std::string refusal(const Bytes& bytes) {
     try {
         (void)decode(bytes);
@@ -117,7 +117,7 @@ TEST(Schema, EncodedHeaderHasTheBytesOfTheFormat) {
     EXPECT_EQ(bytes[29], 0x57);
     EXPECT_EQ((Bytes{bytes.begin() + 32, bytes.begin() + 44}),
               (Bytes{'C', 'O', 'D', 0, 0, 0, 0, 0, 0, 0, 0, 'C'}));
-    EXPECT_EQ(bytes[firstDescriptor + fieldTagAt], 1); // the column is a tag by itself
+    EXPECT_EQ(bytes[firstDescriptor + fieldTagAt], 1); // the column itself is a tag
     EXPECT_EQ(bytes[secondDescriptor + fieldTagAt], 0);
     EXPECT_EQ(bytes[160], 0x0D);
 }
@@ -228,7 +228,7 @@ TEST(Schema, HeaderLongerThanTheFileIsRefusedWithBothLengths) {
 
 TEST(Schema, MissingTerminatorIsRefused) {
     Bytes bytes = sampleHeader();
-    bytes[headerLengthAt] = '\xA0'; // ends right behind the last descriptor
+    bytes[headerLengthAt] = '\xA0'; // ends right after the last descriptor
     EXPECT_TRUE(mentions(refusal(bytes), "0x0D"));
 }
 

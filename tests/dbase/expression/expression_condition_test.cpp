@@ -1,4 +1,4 @@
-// Conditions as index files hold them: comparisons and what joins them.
+// Conditions as stored in index files: comparisons and logical operators.
 #include "expression_fixture.h"
 
 namespace {
@@ -54,7 +54,7 @@ TEST_F(ExpressionCondition, DollarMeansContainedIn) {
     set("NOMBRE", "SAN JUAN");
     EXPECT_TRUE(test("'JUAN'$NOMBRE"));
     EXPECT_FALSE(test("'juan' $ NOMBRE"));
-    EXPECT_FALSE(test("NOMBRE$'SAN JUAN'")); // its blanks count
+    EXPECT_FALSE(test("NOMBRE$'SAN JUAN'")); // trailing blanks count
 }
 
 TEST_F(ExpressionCondition, NotBindsTighterThanAndAndAndTighterThanOr) {
@@ -77,7 +77,7 @@ TEST_F(ExpressionCondition, TextsOfOtherDriversAreOrderedByByte) {
     EXPECT_TRUE(test("COD>'A'"));
 }
 
-// --- Where the driver orders texts by weight
+// --- Drivers that order texts by weight
 
 class CollatedCondition : public ExpressionTest, public ::testing::WithParamInterface<LanguageDriver> {
 protected:
@@ -95,7 +95,7 @@ TEST_P(CollatedCondition, TextsAreOrderedByWeight) {
 
 TEST_P(CollatedCondition, TextsCompareByTheWeightOfTheirFirstDifference) {
     set("COD", "\xD1"
-               "A"); // Ñ stands between N and O, its byte behind both
+               "A"); // Ñ sorts between N and O, its byte after both
     EXPECT_TRUE(test("COD>'NZ'"));
     EXPECT_TRUE(test("COD<'OA'"));
     set("COD", "AB");

@@ -1,5 +1,5 @@
-// What an index asks of its key expression: which columns it is made of, and how much of a key some of them
-// settle.
+// What an index asks of its key expression: its columns, and how much of a key the values of some of them
+// determine.
 #include "expression_fixture.h"
 
 namespace {
@@ -32,7 +32,7 @@ TEST_F(ExpressionOfAKey, PlainColumnIsExactlyOneColumn) {
     EXPECT_FALSE(parse("UPPER(COD)").isPlainColumn());
 }
 
-// --- How much of the key the given columns settle
+// --- How much of the key the given columns determine
 
 TEST_F(ExpressionOfAKey, CoveredWidthCountsTheLeadingGivenColumns) {
     EXPECT_EQ(covered("COD+NOMBRE+STR(NUM,4)", {"COD"}), 5u);

@@ -1,4 +1,4 @@
-// Expression texts that are not understood, or that mean harm.
+// Expression texts that are not understood, or that are malicious.
 #include "expression_fixture.h"
 
 namespace {

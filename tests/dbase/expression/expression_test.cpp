@@ -1,4 +1,4 @@
-// What expressions are worth: columns, literals, operators, functions.
+// The values of expressions: columns, literals, operators, functions.
 #include "expression_fixture.h"
 
 namespace {

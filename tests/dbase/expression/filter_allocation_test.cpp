@@ -1,5 +1,5 @@
 // Filters run over every record of a table: those on plain columns must allocate nothing. A program of its
-// own, because it counts what the whole program allocates.
+// own, because it counts the allocations of the whole program.
 #include <gtest/gtest.h>
 
 #include <cstdlib>

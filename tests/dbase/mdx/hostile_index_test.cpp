@@ -1,5 +1,5 @@
-// Indexes that lie: each is refused with a clear text, or read for what it holds; nothing crashes, hangs or
-// is changed.
+// Malformed indexes: each is refused with a clear text, or read as far as it is valid; nothing crashes, hangs
+// or is changed.
 #include <filesystem>
 
 #include "dbase/table/hostile_fixture.h"
@@ -196,7 +196,7 @@ TEST_F(HostileTest, ABlockReachedTwiceIsRefusedOrFound) {
     expectUnchanged();
 }
 
-// Levels of blocks whose children are all the same one further down: as good as endless.
+// Levels of blocks whose children are all the same block one level down: practically endless.
 TEST_F(HostileTest, AWebOfBlocksComesToAnEnd) {
     const std::size_t first = index.size();
     constexpr std::uint32_t levels = 28;
@@ -259,8 +259,8 @@ TEST_F(HostileTest, AnEditWhoseOldEntryIsNotThereIsRefusedAndChangesNothing) {
     expectUnchanged();
 }
 
-// A block with one child and no separator is nothing that a sound engine writes: taking its only leaf away
-// must not reach into nowhere.
+// A sound engine never writes a block with one child and no separator: removing its only leaf
+// must not access anything out of bounds.
 TEST_F(HostileTest, ALoneChildThatGoesIsRefused) {
     const std::size_t at = blockAt(root());
     const std::uint32_t only = leaf(0);
@@ -271,7 +271,7 @@ TEST_F(HostileTest, ALoneChildThatGoesIsRefused) {
     std::fill_n(index.begin() + mdx::stamp, mdx::stampSize, '\0');
     store32(table.data() + 4, 1);
     table[load16(table.data() + 8) + std::size_t{load16(table.data() + 10)}] =
-        0x1A; // the others are none any more
+        0x1A; // the others are no longer records
     store32(index.data() + mdx::stamp + 12, 1);
     std::copy_n(mdx::stampMagic, 8, index.begin() + mdx::stamp);
     putOnDisk();
@@ -288,7 +288,7 @@ TEST_F(HostileTest, ALoneChildThatGoesIsRefused) {
 
 class HostileFreeList : public HostileTest {
 protected:
-    /// Appends until the first tag must have taken blocks, then looks whether all is right.
+    /// Appends until the first tag must have taken blocks, then runs the full check.
     void expectRightAppends() {
         putOnDisk();
         {

@@ -1,4 +1,4 @@
-// What other engines write into the headers of tags, and free lists that lead into them.
+// Headers of tags as other engines write them, and free lists that lead into them.
 #include "dbase/table/hostile_fixture.h"
 #include "dbase/table/table_definition.h"
 
@@ -16,7 +16,7 @@ protected:
         std::fill_n(index.begin() + static_cast<std::ptrdiff_t>(at), mdx::textSize, '\0');
         std::copy(text.begin(), text.end(), index.begin() + static_cast<std::ptrdiff_t>(at));
     }
-    /// Open for reading only, for a reason that says this.
+    /// Expects the table to be open read-only, with this text in the reason.
     void expectNotUnderstood(const std::string& reason) {
         putOnDisk();
         const auto opened = Table::open(path());
@@ -91,7 +91,7 @@ TEST_F(IndexHeaderTest, BlocksTooSmallForAConditionAreReportedAndRebuilt) {
     EXPECT_EQ(readFile(folder / "COND.MDX"), bytes);
 }
 
-/// One tag that grows and one that no record belongs to, whose empty root looks like a free block.
+/// One tag that grows and one without entries, whose empty root looks like a free block.
 class FreeListIntoHeaders : public ::testing::Test {
 protected:
     static constexpr int rows = 60;

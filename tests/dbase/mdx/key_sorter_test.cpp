@@ -1,4 +1,4 @@
-// Sorting more keys than memory holds.
+// Sorts more keys than fit into memory.
 #include "dbase/mdx/key_sorter.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The one-column table whose tree the tests of trees grow, and a look at its blocks.
+// The one-column table whose tree the tree tests grow, and access to its blocks.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -66,7 +66,7 @@ protected:
     [[nodiscard]] char* block(PageNumber page) const {
         return stored_->index->bytes.data() + std::size_t{page} * pageBytes;
     }
-    /// The stack above the leaf of a key, root first, and that leaf.
+    /// The pages above the leaf of a key, root first, followed by that leaf.
     [[nodiscard]] std::vector<PageNumber> pagesTo(const std::string& key) const {
         TreeCursor at = cursor();
         at.seek(key);
@@ -79,7 +79,7 @@ protected:
     void emptyLeaf(PageNumber page) const { std::fill_n(block(page), table_->index()->blockSize(), '\0'); }
     [[nodiscard]] char* tagHeader() const { return block(tag().headerPage); }
 
-    /// For a test whose tree other programs would have left, or nobody.
+    /// For a test whose tree no engine of ours would leave.
     void leaveUnchecked() { isChecked_ = false; }
     void TearDown() override {
         if (isChecked_ && stored_ != nullptr) {

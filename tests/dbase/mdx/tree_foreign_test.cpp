@@ -1,5 +1,5 @@
-// Trees that our own engine would not leave: with empty leaves, separators behind the last key, headers that
-// name other ends, blocks that change under a cursor. What can be used is used; what cannot is refused.
+// Trees that our own engine would not leave: with empty leaves, separators after the last key, headers that
+// name other ends, blocks that change under a cursor. Usable ones are used; others are refused.
 #include <functional>
 
 #include "dbase/mdx/tree_builder.h"
@@ -14,7 +14,7 @@ class ForeignTreeTest : public TreeTest {
 protected:
     static constexpr std::size_t itemLength = 104; // a record or page number and a key of 100
 
-    /// Four keys a block, rows with even numbers: 00000, 00002, …
+    /// Four keys per block, rows with even numbers: 00000, 00002, …
     void grow(int rows) {
         make(100, {.name = "K", .expression = "K"}, 1);
         for (int i = 0; i < rows; ++i) {
@@ -22,7 +22,7 @@ protected:
         }
     }
     [[nodiscard]] PageNumber leafOf(int number) const { return pagesTo(numbered(number)).back(); }
-    /// Record numbers of a walk, which find themselves in a file that other programs wrote.
+    /// Record numbers of a walk, whose cursor finds its ends in a file written by other programs.
     [[nodiscard]] std::vector<RecordNumber> walk(bool isForward) const {
         std::vector<RecordNumber> records;
         TreeCursor at = cursor();
@@ -57,7 +57,7 @@ TEST_F(ForeignTreeTest, AnEmptyLeafTakesKeysAgain) {
     grow(12);
     const PageNumber page = leafOf(10);
     ASSERT_EQ(load32(block(page)), 4U);
-    emptyLeaf(page); // as an engine leaves it that unlinks nothing
+    emptyLeaf(page); // as an engine leaves it that does not unlink leaves
     for (RecordNumber number = 5; number <= 8; ++number) {
         std::fill_n(stored_->records->bytes.begin() + table_->schema().headerLength +
                         (number - 1) * table_->schema().recordLength,
@@ -72,7 +72,7 @@ TEST_F(ForeignTreeTest, AnEmptyLeafTakesKeysAgain) {
     table_->rebuildTags();
 }
 
-// The separator may stand behind the last key below it: what comes between goes into the leaf before it.
+// The separator may be beyond the last key below it: a key between them goes into the leaf before it.
 TEST_F(ForeignTreeTest, AFullLeafWhoseSeparatorIsLargerSplitsInTheMiddleOfTheTree) {
     grow(40);
     const std::vector<PageNumber> pages = pagesTo(numbered(8));
@@ -82,7 +82,7 @@ TEST_F(ForeignTreeTest, AFullLeafWhoseSeparatorIsLargerSplitsInTheMiddleOfTheTre
     const std::string last(block(leaf) + mdx::items + 3 * itemLength + 4, 5);
     char* const separator = std::search(block(above), block(above) + pageBytes, last.begin(), last.end());
     ASSERT_NE(separator, block(above) + pageBytes);
-    separator[5] = '9'; // behind the last key, before the next one
+    separator[5] = '9'; // after the last key, before the next one
     EXPECT_EQ(stored_->findings(), "");
     append(last + "5");
     append(last + "6");
@@ -145,7 +145,7 @@ TEST_F(ForeignTreeTest, ALeafWhereABlockShouldBeIsRefusedWhenTheTreeShrinks) {
 
 TEST_F(ForeignTreeTest, ABlockAboveWithALoneChildIsRefusedWhenTheTreeShrinks) {
     leaveUnchecked();
-    make(100, {.name = "K", .expression = "K", .condition = "K<'5'"}); // nine keys a block
+    make(100, {.name = "K", .expression = "K", .condition = "K<'5'"}); // nine keys per block
     for (int i = 0; i < 200; ++i) {
         append(numbered(i));
     }
@@ -157,7 +157,7 @@ TEST_F(ForeignTreeTest, ABlockAboveWithALoneChildIsRefusedWhenTheTreeShrinks) {
     RecordNumber number = 0;
     const Error error = errorOf([&] {
         while (number < 200) {
-            setKey(++number, "9"); // out of the tag
+            setKey(++number, "9"); // removed from the tag
         }
     });
     EXPECT_EQ(error.code(), ErrorCode::BadIndex);
@@ -176,7 +176,7 @@ TEST_F(ForeignTreeTest, ATreeThatIsItsOwnChildIsRefusedAtAShareToo) {
     EXPECT_EQ(errorOf([&] { (void)at.seekShare(0.5); }).code(), ErrorCode::BadIndex);
 }
 
-// --- Blocks that change under a cursor, as they may for whoever reads without a lock
+// --- Blocks that change under a cursor, as may happen to a reader without a lock
 
 TEST_F(ForeignTreeTest, ABlockThatShrankUnderACursorIsToldOnTheWayBack) {
     leaveUnchecked();
@@ -238,7 +238,7 @@ TEST_F(ForeignTreeTest, AStackHoldsNoMoreWhenAnyOfItsBlocksIsAnother) {
     }));
     EXPECT_FALSE(
         stillHoldsAfter([&](const TreeCursor& at) { block(at.path().back().page)[mdx::items + 8] = '!'; }));
-    EXPECT_FALSE(stillHoldsAfter([&](const TreeCursor& at) { // a leaf that others hang from now
+    EXPECT_FALSE(stillHoldsAfter([&](const TreeCursor& at) { // a leaf that now has others below it
         char* const leaf = block(at.path().back().page);
         store32(leaf + mdx::items + load32(leaf + mdx::keyCount) * itemLength, leafOf(0));
     }));
@@ -256,7 +256,7 @@ TEST_F(ForeignTreeTest, AStackThatStoodFurtherBackThanABlockReachesNowHoldsNoMor
     }
     ASSERT_TRUE(isFound);
     store32(block(at.path()[1].page) + mdx::keyCount,
-            1); // its first separator and the child behind it remain
+            1); // its first separator and the child after it remain
     EXPECT_FALSE(at.stillHolds());
 }
 
@@ -276,7 +276,7 @@ TEST_F(ForeignTreeTest, AnIndexWithoutTagsIsRebuiltToNothing) {
     EXPECT_EQ(table_->records().recordCount(), 1U);
 }
 
-/// Takes everything and keeps nothing beyond its first bytes: no test wants to wait for two gibibytes.
+/// Accepts any write and keeps only its first bytes: no test should have to write two gibibytes.
 class BottomlessFile final : public File {
 public:
     explicit BottomlessFile(std::shared_ptr<MemoryContent> head) : head_(std::move(head)) {}

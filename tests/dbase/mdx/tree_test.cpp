@@ -1,4 +1,4 @@
-// The B-trees of the tags: walking, seeking, splitting, emptying, using blocks again.
+// The B-trees of the tags: walking, seeking, splitting, emptying, reusing blocks.
 #include "tree_fixture.h"
 
 namespace {
@@ -26,7 +26,7 @@ TEST_F(TreeTest, AStepBeyondTheEndsFindsNothing) {
 }
 
 TEST_F(TreeTest, GrowsDeepAndStaysInOrder) {
-    make(100, {.name = "K", .expression = "K"}, 1); // four keys a block
+    make(100, {.name = "K", .expression = "K"}, 1); // four keys per block
     for (int i = 0; i < 700; ++i) {
         append(numbered(i * 7919 % 700));
     }
@@ -71,7 +71,7 @@ TEST_F(TreeTest, EqualKeysKeepRecordOrder) {
     }
     EXPECT_EQ(order(*table_, "K"), upTo(600));
     setKey(300, "OTR");
-    setKey(300, "IGU"); // back among its equals, not behind them
+    setKey(300, "IGU"); // back among its equals, not after them
     EXPECT_EQ(order(*table_, "K"), upTo(600));
 }
 
@@ -129,10 +129,10 @@ TEST_F(TreeTest, ShrinksToASingleLeaf) {
     EXPECT_EQ(stored_->findings(), "");
 }
 
-// A key that leaves from anywhere: every way in which blocks lose a child, from the left, the right and the
+// Removes keys in many orders: every way in which blocks lose a child, from the left, the right and the
 // middle.
 TEST_F(TreeTest, EveryOrderOfRemovalKeepsTheTreeWhole) {
-    for (const int stride : {1, 7, 53, 89, 149, 179, 181}) { // all prime to 180 but the ends
+    for (const int stride : {1, 7, 53, 89, 149, 179, 181}) { // all coprime to 180 except for the ends
         make(100, {.name = "K", .expression = "K", .unique = true}, 1);
         for (int i = 0; i < 180; ++i) {
             append(numbered(i));
@@ -184,7 +184,7 @@ TEST_F(TreeTest, FindSeesNumbersWhoseDigitsAreNotedDifferently) {
         table_->append(makeRecord(table_->schema(), {std::to_string(i)}));
     }
     const TreeRoot root = table_->index()->treeRoot(tag());
-    // As an engine writes that rounds the count of digits up to an even one.
+    // As an engine writes them that rounds the number of digits up to an even one.
     for (std::size_t i = 0; i < 9; ++i) {
         stored_->index->bytes[root.root * pageBytes + mdx::items + i * 16 + 5] = 0x09;
     }

@@ -14,7 +14,7 @@ namespace dbase::test {
 
 namespace {
 
-constexpr int raised = 200; // exit code of a child whose work raises
+constexpr int raised = 200; // exit code of a child whose work throws
 
 } // namespace
 
@@ -23,7 +23,7 @@ void ChildProcess::Link::tell() const { send({}); }
 void ChildProcess::Link::await() const { static_cast<void>(readByte()); }
 
 void ChildProcess::Link::send(const std::string& text) const {
-    const auto size = static_cast<ssize_t>(text.size() + 1); // its end is sent as well
+    const auto size = static_cast<ssize_t>(text.size() + 1); // includes the end of the text
     if (write(out_, text.c_str(), text.size() + 1) != size) {
         throw std::runtime_error("the other process is gone");
     }
@@ -46,7 +46,7 @@ char ChildProcess::Link::readByte() const {
 }
 
 ChildProcess::ChildProcess(const std::function<int(const Link&)>& work) {
-    std::signal(SIGPIPE, SIG_IGN); // a child that is gone shall be an exception
+    std::signal(SIGPIPE, SIG_IGN); // writing to a child that is gone must throw
     std::array<int, 2> down{}, up{};
     if (pipe(down.data()) != 0 || pipe(up.data()) != 0) {
         throw std::runtime_error("no pipe");
@@ -61,7 +61,7 @@ ChildProcess::ChildProcess(const std::function<int(const Link&)>& work) {
         int code = raised;
         try {
             code = work(Link(down[0], up[1]));
-        } catch (const std::exception&) { // told by the exit code
+        } catch (const std::exception&) { // the exit code reports it
         }
         ambrel::test::keepCoverage();
         _exit(code);

@@ -8,18 +8,18 @@
 
 namespace dbase::test {
 
-/// Runs a function in a forked process, which ends with its result as exit code (200 when it raises). The two
-/// wait for each other's word, so that no test has to sleep. Errors of every word: std::runtime_error when
-/// the other one is gone.
+/// Runs a function in a forked process, whose exit code is its result (200 when it throws). The two
+/// wait for each other's messages, so that no test has to sleep. Errors of every message: std::runtime_error
+/// when the other process is gone.
 class ChildProcess {
 public:
-    /// What the child may do: tell() the parent, await() its answer.
+    /// The child's end: tell() the parent, await() its answer.
     class Link {
     public:
         Link(int in, int out) : in_(in), out_(out) {}
         void tell() const;
         void await() const;
-        /// A text without zero bytes, which receive() gives there.
+        /// Sends a text without zero bytes, which receive() returns there.
         void send(const std::string& text) const;
         [[nodiscard]] std::string receive() const;
 
@@ -40,8 +40,8 @@ public:
     /// kill -9.
     void kill() const;
     [[nodiscard]] bool hasEnded() const;
-    /// Waits for the end, and lets nobody wait for a word any more; the exit code, or minus the signal that
-    /// ended it.
+    /// Waits for the end, after which no message can be awaited; returns the exit code, or minus the signal
+    /// that ended it.
     int join();
 
 private:

@@ -1,4 +1,4 @@
-// A file, and a place of a journal, that fail when they are told to.
+// A file, and a journal's place, that fail when told to.
 #pragma once
 
 #include <functional>
@@ -19,16 +19,16 @@ struct Faults {
     std::size_t failingRead = never;
     std::size_t failingSync = never;
     std::size_t failingJournalStep = never; // opening, creating and removing a journal
-    ErrorCode code = ErrorCode::Io;         // of what fails
+    ErrorCode code = ErrorCode::Io;         // of the failing operation
     bool keepsFailing = false;              // everything of the same kind after the failing one fails too
-    bool tearsWrite = false;                // the first half of the failing write arrives
+    bool tearsWrite = false;                // the first half of the failing write is written
     std::uint64_t largestSize =
-        std::numeric_limits<std::uint64_t>::max(); // of each file: the disk is full beyond
+        std::numeric_limits<std::uint64_t>::max(); // of each file: larger ones meet a full disk
     std::function<void()> insteadOfFailing;        // such as the death of the process
 
     std::size_t writes = 0, reads = 0, syncs = 0, journalSteps = 0; // so far
 
-    /// Whether the operation with this number fails, of which the failing one is told.
+    /// Whether the operation with this number fails, `failing` being the one that should.
     [[nodiscard]] bool strike(std::size_t number, std::size_t failing) const;
 };
 

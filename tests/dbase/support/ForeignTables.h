@@ -1,4 +1,4 @@
-// The tables that other programs wrote, each with a listing of what they see in them.
+// Tables written by other programs, each with a listing of what they see in them.
 #pragma once
 
 #include <optional>
@@ -9,12 +9,12 @@
 
 namespace dbase::test {
 
-/// What the other program answered for a seek.
+/// The other program's answer to a seek.
 struct ListedSeek {
     bool isExact;
     std::optional<double> number; // of a numeric tag
     std::string key;              // of a character tag
-    RecordNumber found;           // 0: none, or behind the last
+    RecordNumber found;           // 0: none, or after the last
 };
 
 struct ListedTag {
@@ -32,7 +32,7 @@ struct Listing {
     std::vector<ListedTag> tags;
 };
 
-/// What the other program sees in a table, by its name.
+/// The listing of a table by its name.
 [[nodiscard]] Listing listingOf(const std::string& name);
 
 /// Copies both files of a foreign table into a folder and returns the path of the .DBF.

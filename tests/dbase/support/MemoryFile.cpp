@@ -46,7 +46,7 @@ bool MemoryFile::tryLock(LockRange range, LockKind kind) {
             return false;
         }
     }
-    unlock(range); // a second one of the same opening takes the place of the first
+    unlock(range); // a second lock of the same opening replaces the first
     content_->locks.push_back({this, range, kind});
     return true;
 }

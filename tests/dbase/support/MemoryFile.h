@@ -11,8 +11,8 @@ namespace dbase::test {
 
 class MemoryFile;
 
-/// What a file holds beyond its being open: any number of MemoryFiles may share it, one after another or at
-/// once.
+/// The state of a file apart from its openings: any number of MemoryFiles may share it, one after another or
+/// at once.
 struct MemoryContent {
     struct Lock {
         const MemoryFile* owner;
@@ -23,7 +23,7 @@ struct MemoryContent {
     std::vector<Lock> locks;
 };
 
-/// One opening of a content. Has no view, so that the engine takes its way through read().
+/// One opening of a content. Has no view, so that the engine goes through read().
 class MemoryFile final : public File {
 public:
     explicit MemoryFile(std::shared_ptr<MemoryContent> content, std::string path = "MEMORIA.DBF",

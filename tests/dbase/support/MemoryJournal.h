@@ -1,4 +1,4 @@
-// The place of a journal in memory.
+// A journal's place in memory.
 #pragma once
 
 #include <memory>

@@ -14,7 +14,7 @@ namespace {
 
 std::string quoted(const std::string& text) { return '\'' + text + '\''; }
 
-/// What perl prints, errors included; it complains of a locale that the machine lacks.
+/// The output of perl, errors included; it complains of a locale that the machine lacks.
 std::string runPerlCommand(const std::string& arguments) {
     const std::string command = "LC_ALL=C perl " + arguments;
     const auto close = [](std::FILE* file) { pclose(file); };

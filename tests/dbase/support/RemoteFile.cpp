@@ -10,7 +10,7 @@
 namespace dbase::test {
 
 namespace {
-constexpr std::uint64_t pieceBytes = 512; // that arrive together, as the pages of a real one
+constexpr std::uint64_t pieceBytes = 512; // that arrive together, like the pages of a real client
 } // namespace
 
 void RemoteStation::switchOff() {
@@ -90,7 +90,7 @@ void RemoteFile::write(std::uint64_t offset, std::span<const char> bytes) {
     station_->requireOn(station_->isOnAfterStep(), path());
 }
 
-// A change of size goes to the server at once, behind what was written before.
+// A change of size goes to the server at once, after all earlier writes.
 void RemoteFile::resize(std::uint64_t size) {
     station_->requireOn(station_->isOnAfterStep(), path());
     send();
@@ -131,7 +131,7 @@ std::unique_ptr<File> RemoteJournal::create() {
 
 std::unique_ptr<Table> openRemote(const MemoryTable& stored, const std::shared_ptr<RemoteStation>& station) {
     auto records = std::make_unique<RemoteFile>(stored.records, "MEMORIA.DBF", station);
-    holdLock(*records, presenceLock, LockKind::Shared); // as everybody does who opens a table by its name
+    holdLock(*records, presenceLock, LockKind::Shared); // as every opener of a table by its name does
     auto index = stored.index->bytes.empty()
                      ? nullptr
                      : std::make_unique<RemoteFile>(stored.index, "MEMORIA.MDX", station);

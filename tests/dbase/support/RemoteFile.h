@@ -1,5 +1,5 @@
-// Files of a network folder as a workstation sees them: remembered, looked at anew when a lock is taken on
-// them, and sent when one is let go.
+// Files of a network folder as a workstation sees them: cached, refreshed when a lock is taken on them, and
+// sent when one is released.
 #pragma once
 
 #include <functional>
@@ -22,14 +22,14 @@ struct RemoteStation {
     static constexpr std::size_t never = 0;
 
     bool tells = true;              // whether its files say that they lie on another machine
-    std::size_t lastStep = never;   // the one at which it is switched off, counted over its files from 1
-    std::mt19937 chance;            // which of the bytes not sent yet have arrived then
-    std::vector<RemoteFile*> files; // that it has open
-    std::size_t steps = 0;          // writes, syncs and ends of locks so far
+    std::size_t lastStep = never;   // the step at which it is switched off, counted over its files from 1
+    std::mt19937 chance;            // chooses which of the unsent bytes have arrived then
+    std::vector<RemoteFile*> files; // the files that it has open
+    std::size_t steps = 0;          // writes, syncs and lock releases so far
     bool isOff = false;
 
     [[nodiscard]] bool hasUnsent() const;
-    /// Each page of what was not sent arrives or does not, in no order; the locks are let go.
+    /// Each unsent page arrives or does not, independently; the locks are released.
     void switchOff();
     /// Counts a step; false when the workstation is off.
     bool isOnAfterStep();
@@ -37,7 +37,7 @@ struct RemoteStation {
     static void requireOn(bool isOn, const std::string& path);
 };
 
-/// One opening of a content by a workstation, with what the workstation remembers of it.
+/// One opening of a content by a workstation, with the workstation's cache of it.
 class RemoteFile final : public File {
 public:
     RemoteFile(std::shared_ptr<MemoryContent> content, std::string path,
@@ -86,7 +86,7 @@ private:
     std::shared_ptr<RemoteStation> station_;
 };
 
-/// The table of a network folder, opened by a workstation.
+/// A table of a network folder, opened by a workstation.
 [[nodiscard]] std::unique_ptr<Table> openRemote(const MemoryTable& stored,
                                                 const std::shared_ptr<RemoteStation>& station);
 

@@ -162,7 +162,7 @@ std::unique_ptr<Table> MemoryTable::open(const std::shared_ptr<Faults>& faults) 
         return std::make_unique<FaultyFile>(std::make_unique<MemoryFile>(content, path), faults);
     };
     auto table = opened(records, "MEMORIA.DBF");
-    holdLock(*table, presenceLock, LockKind::Shared); // as everybody does who opens a table by its name
+    holdLock(*table, presenceLock, LockKind::Shared); // as every opener of a table by its name does
     return std::make_unique<Table>(
         std::move(table), index->bytes.empty() ? nullptr : opened(index, "MEMORIA.MDX"), std::string(),
         std::make_unique<FaultyJournal>(std::make_unique<MemoryJournal>(journal), faults));
@@ -178,7 +178,7 @@ std::string MemoryTable::findings() const {
     const TemporaryFolder folder;
     std::string name = "MEMORIA";
     if (!index->bytes.empty()) {
-        name = index->bytes.data() + mdx::tableName; // which the index keeps
+        name = index->bytes.data() + mdx::tableName; // the index keeps the name
         writeFile(folder / (name + ".MDX"), index->bytes);
     }
     writeFile(folder / (name + ".DBF"), records->bytes);

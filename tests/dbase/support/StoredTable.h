@@ -21,7 +21,7 @@ using Bytes = std::vector<char>;
 [[nodiscard]] Bytes readFile(const std::string& path);
 void writeFile(const std::string& path, std::span<const char> bytes);
 
-/// One value a column, in the order of the schema; numbers and dates as they lie in the file, without
+/// A record from one value per column, in the order of the schema; numbers and dates as in the file, without
 /// padding.
 [[nodiscard]] Bytes makeRecord(const Schema& schema, const std::vector<std::string>& values);
 /// The stored record, deleted or not.
@@ -36,29 +36,29 @@ void writeFile(const std::string& path, std::span<const char> bytes);
 /// Record numbers in a tag's order, from the front and from the back.
 [[nodiscard]] std::vector<RecordNumber> order(Table& table, std::string_view tag);
 [[nodiscard]] std::vector<RecordNumber> orderBackwards(Table& table, std::string_view tag);
-/// First record at or after the key; 0 behind the last one.
+/// The first record at or after the key; 0 after the last one.
 [[nodiscard]] RecordNumber seek(Table& table, std::string_view tag, std::string_view key);
 
-/// The findings, one a line; empty when the table is sound.
+/// The findings, one per line; empty when the table is sound.
 [[nodiscard]] std::string findingsOf(const CheckResult& result);
 [[nodiscard]] std::string findings(const std::string& tableFile);
 
-/// Another process that has a table open, from now on and until it is told.
+/// Starts another process that has a table open until it is told to end.
 [[nodiscard]] std::unique_ptr<ChildProcess> openInAnotherProcess(const std::string& tableFile);
 
-/// What the operation raises. Fails the test when it raises nothing.
+/// The error that the operation throws. Fails the test when it throws none.
 [[nodiscard]] Error errorOf(const std::function<void()>& operation);
 
 /// The files of a table, and any number of openings of them.
 struct MemoryTable {
     explicit MemoryTable(const TableDefinition& definition, unsigned blockPages = 2);
-    /// Of the bytes of two files; an empty index is none.
+    /// From the bytes of two files; an empty index means none.
     MemoryTable(Bytes tableBytes, Bytes indexBytes);
 
     [[nodiscard]] std::unique_ptr<Table> open() const;
     [[nodiscard]] std::unique_ptr<Table> open(const std::shared_ptr<Faults>& faults) const;
     [[nodiscard]] std::unique_ptr<Table> openReadOnly() const;
-    /// The full check, through files of the disk.
+    /// The full check, through files on the disk.
     [[nodiscard]] std::string findings() const;
 
     std::shared_ptr<MemoryContent> records = std::make_shared<MemoryContent>();

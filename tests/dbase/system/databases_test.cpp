@@ -119,7 +119,7 @@ TEST_F(DatabasesTest, FolderThatIsNotThereIsNamed) {
     setDatabaseFolder("GONE", {});
 }
 
-// --- Tables and the open files behind
+// --- Tables and their open files
 
 TEST_F(DatabasesTest, TableIsClosedWithItsLastCursorAndOpensAgain) {
     {

@@ -1,4 +1,4 @@
-// Files looked at in memory, and cut by somebody else meanwhile.
+// Files viewed in memory, and truncated by another process meanwhile.
 #include "dbase/system/mapped_view.h"
 
 #include <gtest/gtest.h>
@@ -22,7 +22,7 @@ namespace {
 using namespace dbase;
 using namespace dbase::test;
 
-const off_t pageInFile = sysconf(_SC_PAGESIZE); // as the calls of the system count
+const off_t pageInFile = sysconf(_SC_PAGESIZE); // as a file offset
 const auto page = static_cast<std::size_t>(pageInFile);
 
 class MappedViewTest : public ::testing::Test {
@@ -88,14 +88,14 @@ TEST_F(MappedViewTest, AFaultElsewhereStillEndsTheProcess) {
         [](int status) { return !WIFEXITED(status) || WEXITSTATUS(status) != 0; }, "");
 }
 
-/// In a process of its own, whose first view comes after the handlers that a program may have.
+/// Runs in a process of its own, whose first view comes after the handlers that a program may have.
 class HandlerTest : public MappedViewTest {
 protected:
     static inline sigjmp_buf back;
     static void jumpBack(int) { siglongjmp(back, 1); }
     static void jumpBackWithInfo(int, siginfo_t*, void*) { siglongjmp(back, 2); }
 
-    /// Ends with what came back from a fault outside of every view, 0 for none.
+    /// Exits with the jump value after a fault outside every view, 0 for none.
     [[noreturn]] void faultElsewhere() {
         const MappedView guarded(descriptor_, page);
         const int other = open(folder_.write("otra", "").c_str(), O_RDWR);
@@ -146,7 +146,7 @@ TEST_F(MappedViewTest, MoreFilesThanCanBeGuardedAreReadWithoutAView) {
     EXPECT_NE(MappedView(descriptor_, page).data(), nullptr) << "a place came free";
 }
 
-/// A table of several pages on the disk, opened before it is cut.
+/// A table of several pages on the disk, opened before it is truncated.
 class CutTableTest : public ::testing::Test {
 protected:
     CutTableTest() {
@@ -178,10 +178,10 @@ TEST_F(CutTableTest, ARecordBeyondTheCutIsAnError) {
 
 TEST_F(CutTableTest, ARecordBeyondACutInTheSamePageIsAnError) {
     const Bytes bytes = readFile(path());
-    (void)storedRecord(*table_, 400); // it was there
+    (void)storedRecord(*table_, 400); // the record is there before
     ASSERT_EQ(truncate(path().c_str(), static_cast<off_t>(bytes.size() - 60)), 0);
     expectRefusal([&] { (void)storedRecord(*table_, 400); });
-    expectRefusal([&] { (void)storedRecord(*table_, 399); }); // its second half
+    expectRefusal([&] { (void)storedRecord(*table_, 399); }); // its second half is missing
 }
 
 TEST_F(CutTableTest, ATreeBeyondTheCutIsAnError) {

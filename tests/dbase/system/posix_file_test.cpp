@@ -1,4 +1,4 @@
-// Files of the disk: what the system refuses is told by name and kind.
+// Files on the disk: the system's refusals are reported by name and kind.
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>

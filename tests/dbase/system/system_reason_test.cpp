@@ -1,4 +1,4 @@
-// What the system's error numbers are called in the texts that users see.
+// The texts that users see for the system's error numbers.
 #include "dbase/system/system_reason.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Changing many neighbouring records as one change.
+// Changes many neighbouring records as one change.
 #include <gtest/gtest.h>
 
 #include "dbase/dbf/codec.h"
@@ -11,7 +11,7 @@ namespace {
 
 class AmendTest : public TownsTest {
 protected:
-    /// Writes a text into a column of every record that comes.
+    /// Writes a text into a column of every record passed to it.
     static Amendment write(const Table& table, std::string_view name, std::string text) {
         const Column& column = table.schema().columns[*table.schema().find(name)];
         return [&column, text = std::move(text)](const RecordView&, std::span<char> after) {
@@ -200,7 +200,7 @@ TEST_F(AmendTest, FunctionThatThrowsChangesNothing) {
     }
 }
 
-// The first with a key stands for all in such a tag; where it goes, the next one that still has the key does.
+// The first record with a key represents all others in such a tag; when it leaves, the next one takes over.
 TEST_F(AmendTest, UniqueTagsMeetNoRecordWhoseChangeIsOnTheWay) {
     towns.open();
     Table& table = towns.openTable();

@@ -1,4 +1,4 @@
-// Loading many rows at once: all of them or none.
+// Loads many rows at once: all of them or none.
 #include "dbase/table/bulk_loader.h"
 
 #include <gtest/gtest.h>
@@ -78,7 +78,7 @@ TEST_F(BulkLoadTest, RowsAreAddedBehindTheOthers) {
 
 TEST_F(BulkLoadTest, MoreRowsThanAreHeldInMemoryAreAddedInPieces) {
     BulkLoader loader(path(), Mode::Append);
-    add(loader, 10, 40000); // 2.6 MB, of which one is held
+    add(loader, 10, 40000); // 2.6 MB, of which one is kept in memory
     loader.finish();
     expectRows(40000);
     expectSound();
@@ -238,7 +238,7 @@ TEST_F(BulkLoadTest, AProcessThatDiesWhileRebuildingIsMended) {
     expectSound();
 }
 
-/// Nothing fits behind the given size of a file: 0 when that is what the load says.
+/// No file can grow beyond the given size: 0 when the load reports that.
 int finishWithFullDisk(const std::string& path, std::uint64_t largestFile,
                        const std::function<void(BulkLoader&)>& fill) {
     const ambrel::test::FileSizeLimit limit(largestFile);
@@ -271,7 +271,7 @@ TEST_F(BulkLoadTest, AFullDiskWhileRebuildingLeavesTheTableAsItWas) {
     expectSound();
 }
 
-/// Tags whose entries cannot be counted: only the mark tells that they are wrong.
+/// Tags whose entries cannot be counted: only the mark shows that they are wrong.
 class UncountableLoadTest : public BulkLoadTest {
 protected:
     UncountableLoadTest() : BulkLoadTest({{.name = "SOLO", .expression = "NOMBRE", .unique = true}}) {}

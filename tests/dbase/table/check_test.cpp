@@ -1,4 +1,4 @@
-// The full check finds what is wrong, says where, and changes nothing; a reindex makes it right.
+// The full check finds every fault, says where, and changes nothing; a reindex repairs it.
 #include "dbase/table/check.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +24,7 @@ using namespace dbase::test;
 
 class CheckTest : public ::testing::Test {
 protected:
-    // In a record, which begins with the mark of deletion.
+    // Offsets in a record, which begins with its deletion flag.
     static constexpr std::size_t nombreAt = 1, numAt = 31, altaAt = 37, menorAt = 45;
 
     static std::vector<TagDefinition> tags() {
@@ -63,7 +63,7 @@ protected:
         return load32(index.data() + tagHeaderAt(i) + mdx::firstLeaf) * pageBytes;
     }
 
-    /// The n-th entry, record number and key, of a tag's first leaf.
+    /// Offset of the n-th entry, record number and key, in a tag's first leaf.
     [[nodiscard]] std::size_t itemAt(std::size_t i, std::size_t item) const {
         return firstLeafAt(i) + mdx::items + item * load16(index.data() + tagHeaderAt(i) + mdx::itemLength);
     }
@@ -75,7 +75,7 @@ protected:
         writeFile(path(), table);
         writeFile(indexPath(), index);
     }
-    /// Makes three findings in each record up to this one.
+    /// Causes three findings in each record up to this one.
     void spoilRecords(RecordNumber last) {
         for (RecordNumber number = 1; number <= last; ++number) {
             for (const std::size_t place : {std::size_t{0}, numAt, menorAt}) {
@@ -90,7 +90,7 @@ protected:
         EXPECT_TRUE(result.truncated);
         EXPECT_EQ(result.findings.front().place, "registro 1");
     }
-    /// Among the findings is one at that place and with that text, and no byte was changed.
+    /// Expects a finding at that place with that text, and that no byte was changed.
     void expectFinding(const std::string& place, const std::string& text) const {
         putOnDisk();
         const CheckResult result = checkTable(path());
@@ -157,7 +157,7 @@ TEST_F(CheckTest, FindsContentThatIsNotOfItsType) {
 TEST_F(CheckTest, AcceptsOverflownAndBlankValues) {
     putText(100, altaAt, std::string(9, ' '));
     table[recordAt(99) + menorAt] = '?';
-    putText(1, numAt, std::string(6, '\0')); // a number 0 before
+    putText(1, numAt, std::string(6, '\0')); // the number was 0 before
     putOnDisk();
     EXPECT_EQ(findings(path()), "");
 }
@@ -196,7 +196,7 @@ TEST_F(CheckTest, FindsAMissingIndex) {
 }
 
 TEST_F(CheckTest, FindsAnIndexThatTheTableDoesNotName) {
-    table[28] = 0; // the sign of an index
+    table[28] = 0; // the flag for an index
     expectFinding("cabecera", "no dice que haya");
     expectMended();
 }
@@ -220,7 +220,7 @@ TEST_F(CheckTest, FindsAWrongPageCount) {
 }
 
 TEST_F(CheckTest, FindsAChangedKey) {
-    table[recordAt(7) + nombreAt] = 'Z'; // a program that knows no index
+    table[recordAt(7) + nombreAt] = 'Z'; // as a program does that knows no index
     expectFinding("tag NOMBRE", "registro 7");
     expectMended();
 }
@@ -265,7 +265,7 @@ TEST_F(CheckTest, FindsAnEntryOfNoRecord) {
 }
 
 TEST_F(CheckTest, FindsAKeyTwiceInAUniqueTag) {
-    index[itemAt(2, 1) + 4] = index[itemAt(2, 0) + 4]; // the key of one character, behind the record number
+    index[itemAt(2, 1) + 4] = index[itemAt(2, 0) + 4]; // the key of one character, after the record number
     expectFinding("tag SOLO", "clave repetida");
     expectMended();
 }
@@ -309,7 +309,7 @@ TEST_F(CheckTest, FindingsStopInTheMiddleOfATree) {
             store32(index.data() + itemAt(i, item), 5000);
         }
     }
-    spoilRecords(64); // nearly as many findings as are told
+    spoilRecords(64); // nearly as many findings as are reported
     expectTooManyFindings();
 }
 

@@ -1,4 +1,4 @@
-// New tables, and new files in the place of old ones.
+// New tables, and new files in place of old ones.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -200,7 +200,7 @@ TEST_F(CreateTest, WithoutCommitTheNewFilesVanish) {
     EXPECT_EQ(findings(path()), "");
 }
 
-/// A machine that stops after the first of the two names.
+/// The machine stops after the first of the two renames.
 TEST_F(CreateTest, ANewTableBesideTheOldIndexIsMended) {
     createTable(folder_.path(), definition());
     for (int i = 0; i < 5; ++i) {
@@ -218,7 +218,7 @@ TEST_F(CreateTest, ANewTableBesideTheOldIndexIsMended) {
         TableReplacement replacement(path());
         writeFile(replacement.newTableFile(), fresh.records->bytes);
         ASSERT_EQ(mkdir(replacement.newIndexFile().c_str(), 0700),
-                  0); // which cannot take the place of a file
+                  0); // cannot be replaced by a file
         EXPECT_THROW(replacement.commit(true), Error);
         fs::remove(replacement.newIndexFile());
     }

@@ -23,7 +23,7 @@ class FaultTest : public ::testing::TestWithParam<Failure> {
 protected:
     static constexpr RecordNumber rows = 40;
 
-    /// Four keys a block in the widest tag: a change of one record touches several levels and splits or
+    /// Four keys per block in the widest tag: a change of one record touches several levels and splits or
     /// empties leaves.
     static MemoryTable sample() {
         MemoryTable stored(
@@ -54,8 +54,8 @@ protected:
     using Operation = std::function<void(Table&)>;
     using Judge = std::function<void(Table&, bool succeeded)>;
 
-    /// Runs the operation on a fresh copy of the sample with its first, second, … write failing, until none
-    /// is left.
+    /// Runs the operation on a fresh copy of the sample with its first, second, … write failing, until there
+    /// is no further write.
     static void failEverywhere(const Operation& operation, const Judge& judge) {
         const MemoryTable origin = sample();
         for (std::size_t write = 1; write < 400; ++write) {
@@ -161,7 +161,7 @@ TEST_P(PassingFaultTest, TheSameTableGoesOn) {
         try {
             table->append(record(*table, 500));
             EXPECT_GT(write, 1U) << "nothing failed";
-            return; // it takes fewer writes
+            return; // it needs fewer writes
         } catch (const Error& error) {
             EXPECT_EQ(error.code(), ErrorCode::Io);
         }
@@ -280,7 +280,7 @@ TEST_F(DurabilityTest, WithTheDiskEachChangeWaitsOnce) {
 
 TEST_F(DurabilityTest, AChangeThatWaitedLeavesNoWaitToTheNextOnes) {
     table->append(row(*table, "UNO"), Durability::Disk);
-    table->append(row(*table, "DOS")); // what was kept for the first one goes to its place
+    table->append(row(*table, "DOS")); // the engine first puts the journal's entry in its place
     const std::size_t before = faults->syncs;
     table->append(row(*table, "TRES"));
     table->overwrite(1, row(*table, "UNO"), row(*table, "UNA"));

@@ -1,4 +1,4 @@
-// Tables written by another program: read as that program reads them, and changed so that they stay right.
+// Tables written by another program: read as that program reads them, and kept right when changed.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,7 +24,7 @@ protected:
         file_ = copyForeignTable(GetParam(), folder_.path());
     }
 
-    /// The key of a listed seek as the tag stores keys.
+    /// The key of a listed seek in the form that the tag stores.
     static std::string keyOf(const Tag& tag, const ListedSeek& seek) {
         std::string key(tag.keyLength, ' ');
         Value value;
@@ -35,7 +35,7 @@ protected:
         return key;
     }
 
-    /// As the other program answers: the first record at or after the key, exactly it where asked.
+    /// The first record at or after the key, or the exact one where asked: the other program's answer.
     static RecordNumber answer(Table& table, const Tag& tag, const ListedSeek& seek) {
         const std::string key = keyOf(tag, seek);
         return table.read([&] {
@@ -46,7 +46,7 @@ protected:
         });
     }
 
-    /// A record much like others of the table: another one with some characters and numbers changed.
+    /// A record similar to others of the table: one of them with some characters and numbers changed.
     Bytes anyRecord(Table& table) {
         const Schema& schema = table.schema();
         const RecordNumber count = table.records().recordCount();

@@ -1,4 +1,4 @@
-// The table that the tests of lying files spoil, and what they expect of it.
+// The table that the tests of malformed files damage, and the expected outcomes.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 
 namespace dbase::test {
 
-/// A small sound table, its bytes to be spoilt.
+/// A small sound table, whose bytes are to be damaged.
 class HostileTest : public ::testing::Test {
 protected:
     static constexpr std::size_t firstTag = 4 * pageBytes; // the header of tag NOMBRE
@@ -44,7 +44,7 @@ protected:
         return load32(index.data() + blockAt(root()) + mdx::items + i * itemLength);
     }
 
-    /// Everything that reading touches.
+    /// Runs every operation that reads.
     static void use(Table& opened) {
         for (const std::string& tag : opened.tagNames()) {
             (void)order(opened, tag);

@@ -1,5 +1,5 @@
-// Tables that lie: each is refused with a clear text, or read for what it holds; nothing crashes, hangs or is
-// changed.
+// Malformed tables: each is refused with a clear text, or read as far as it is valid; nothing crashes, hangs
+// or is changed.
 #include <filesystem>
 
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-// What we write, read by programs of others.
+// Tables that we write, read by other software.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -17,7 +17,7 @@ namespace {
 using namespace dbase;
 using namespace dbase::test;
 
-/// A table with a tag of every kind, worked on in every way.
+/// A table with a tag of every kind, changed in every way.
 class InterchangeTest : public ::testing::Test {
 protected:
     InterchangeTest() { createTable(folder_.path(), definition()); }

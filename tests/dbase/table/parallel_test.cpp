@@ -1,4 +1,4 @@
-// Several processes, and several owners in one, on one table.
+// Several processes, and several owners in one process, on one table.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -101,7 +101,7 @@ TEST_F(ParallelTest, AReaderWaitsForARebuild) {
     const auto table = Table::open(path());
     const std::uint64_t counter = table->changeCounter();
     ChildProcess rebuilder([&](const ChildProcess::Link& link) {
-        // A fork shares the open files of its parent and their locks with them: its own opening is a new one.
+        // A fork shares the open files and locks of its parent; only an opening of its own has its own locks.
         Table own(openFile(path(), OpenMode::ReadWrite), openFile(indexPath(), OpenMode::ReadWrite));
         own.rebuildTags();
         const FileLock lock(own.structureFile(), structureLock, LockKind::Exclusive);

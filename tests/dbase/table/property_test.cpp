@@ -1,4 +1,4 @@
-// Random work on a table against a model made of standard containers. AMBREL_SEED repeats a run.
+// Random changes of a table against a model made of standard containers. AMBREL_SEED repeats a run.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -109,7 +109,7 @@ TEST_P(TableAgainstModel, AgreesThroughRandomChanges) {
     expectAgreement();
 }
 
-// All keys of every tag move to one side and back: leaves and whole subtrees empty themselves one after
+// All keys of every tag move to one side and back: leaves and whole subtrees become empty one after
 // another.
 TEST_P(TableAgainstModel, AgreesWhenWholeSubtreesEmpty) {
     for (int i = 0; i < GetParam().changes / 4; ++i) {

@@ -1,4 +1,4 @@
-// A small table in memory that others can leave in the middle of something.
+// A small table in memory that can be left in the middle of a change.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Indexes that were left behind: by a writer that died, by a program that knows no index, by a cut file.
+// Indexes in need of recovery: after a writer's death, a program that knows no index, a truncated file.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -85,7 +85,7 @@ TEST_F(RecoveryTest, RowsOfAProgramThatKeepsTheIndexAreAccepted) {
                            indexBytes().begin() + mdx::stamp + mdx::stampSize);
     stored_.open()->append(row(100));
     std::copy(stampBytes.begin(), stampBytes.end(),
-              indexBytes().begin() + mdx::stamp); // others know no stamp
+              indexBytes().begin() + mdx::stamp); // other programs know no stamp
     ASSERT_EQ(stamp().records, before.records);
     const Bytes index = indexBytes();
     {
@@ -125,7 +125,7 @@ TEST_F(RecoveryTest, ACutTableThatIsReadOnlyIsRefusedAndLeftAsItIs) {
 }
 
 TEST_F(RecoveryTest, ACutTableWithoutIndexThatIsReadOnlyIsRefusedToo) {
-    tableBytes()[28] = 0; // it was never to have one
+    tableBytes()[28] = 0; // as in a table that never had one
     tableBytes().resize(tableBytes().size() - 500);
     Table table(std::make_unique<MemoryFile>(stored_.records, "MEMORIA.DBF", false), nullptr);
     const Error error = errorOf([&] { (void)table.read([&] { return table.records().recordCount(); }); });
@@ -133,7 +133,7 @@ TEST_F(RecoveryTest, ACutTableWithoutIndexThatIsReadOnlyIsRefusedToo) {
     EXPECT_EQ(error.file(), "MEMORIA.DBF");
 }
 
-/// Somebody may be copying another one over it: it must not be written to meanwhile.
+/// Another program may be copying a file over it: it must not be written to meanwhile.
 TEST_F(RecoveryTest, ATableCutWhileItIsOpenIsRefusedAndLeftAsItIs) {
     const TemporaryFolder folder;
     const std::string path = folder / "RECUPERA.DBF", indexPath = folder / "RECUPERA.MDX";
@@ -141,7 +141,7 @@ TEST_F(RecoveryTest, ATableCutWhileItIsOpenIsRefusedAndLeftAsItIs) {
     writeFile(indexPath, indexBytes());
     const auto opened = Table::open(path);
     ASSERT_EQ(truncate(path.c_str(), static_cast<off_t>(tableBytes().size() - 500)), 0);
-    EXPECT_THROW((void)storedRecord(*opened, 100), Error); // noticed
+    EXPECT_THROW((void)storedRecord(*opened, 100), Error); // the truncation is noticed
     const Bytes table = readFile(path), index = readFile(indexPath);
     const Error error = errorOf([&] { (void)order(*opened, "NOMBRE"); });
     EXPECT_EQ(error.code(), ErrorCode::BadTable);
@@ -152,7 +152,7 @@ TEST_F(RecoveryTest, ATableCutWhileItIsOpenIsRefusedAndLeftAsItIs) {
     EXPECT_EQ(readFile(indexPath), index);
 }
 
-/// The copy goes on behind what was there when somebody opened the table, and is whole in the end.
+/// The copy goes on after the rows that were there when the table was opened, and is complete in the end.
 TEST_F(RecoveryTest, ACopyThatGoesOnBehindAnOpeningLosesNothing) {
     const Bytes whole = tableBytes();
     tableBytes().resize(tableBytes().size() - 500);
@@ -179,7 +179,7 @@ TEST_F(RecoveryTest, PartOfARecordBehindTheCountIsNone) {
     EXPECT_EQ(stored_.open()->records().recordCount(), 100U);
 }
 
-/// A packer that does not shorten the file leaves old records behind its end mark.
+/// A packing program that does not shorten the file leaves old records after its end mark.
 TEST_F(RecoveryTest, RecordsBehindTheEndMarkAreNone) {
     const Bytes record = row(100);
     tableBytes().insert(tableBytes().end(), record.begin(), record.end());
@@ -208,7 +208,7 @@ protected:
         writeFile(path(), tableBytes());
         writeFile(folder_ / "RECUPERA.MDX", indexBytes());
     }
-    /// True when the work was over before that write.
+    /// True when the work ended before that write.
     [[nodiscard]] bool dieAt(std::size_t write, const std::function<void(Table&)>& work,
                              bool keepsJournal = false) const {
         ChildProcess child([&](const ChildProcess::Link&) {
@@ -277,7 +277,7 @@ TEST_F(DyingWriter, InAChangeOfManyRecordsThatReindexingMakesWhole) {
         const bool isOver = dieAt(
             write,
             [&](Table& table) {
-                ASSERT_TRUE(table.tryLockRecord(50, this)); // parts the change: two writes
+                ASSERT_TRUE(table.tryLockRecord(50, this)); // splits the change into two writes
                 table.amend(49, 3, renumber);
             },
             true);

@@ -1,4 +1,4 @@
-// Reindexing a table that somebody left in the middle of something, or is working on.
+// Reindexes a table that was left in the middle of a change, or that other programs are using.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -30,7 +30,7 @@ protected:
         writeFile(file_, tableBytes());
         writeFile(folder_ / "RECUPERA.MDX", indexBytes());
     }
-    /// As if the machine had stopped while a program had the table in use.
+    /// Leaves the state of a machine that stopped while a program had the table open.
     void leaveJournalOfAnotherStart() const {
         const std::string thisStart = bootIdentity();
         setBootIdentity("another start");
@@ -97,7 +97,7 @@ TEST_F(ReindexTest, LeavesTheRowThatAnotherProgramIsAddingRightNow) {
 }
 
 TEST_F(ReindexTest, KeepsTheRowThatAnotherProgramAddsMeanwhile) {
-    constexpr RecordNumber rows = 20'000; // enough for a word of progress in the middle
+    constexpr RecordNumber rows = 20'000; // enough for a progress report in the middle
     createTable(
         folder_.path(),
         {.name = "RECUPERA",

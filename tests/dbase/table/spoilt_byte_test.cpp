@@ -1,5 +1,5 @@
-// Every byte of a table's header and of its index spoilt in turn: opened, walked, sought in, changed and
-// checked.
+// Every byte of a table's header and of its index is damaged in turn; the table is then opened, walked,
+// searched, changed and checked.
 #include <gtest/gtest.h>
 
 #include "dbase/mdx/index_layout.h"
@@ -53,7 +53,7 @@ void change(Table& table) {
     table.erase(2, storedRecord(table, 2));
 }
 
-/// Runs it to its end or to a refusal that names a file.
+/// Runs the operation to its end or to a refusal that names a file.
 void expectEnd(const std::function<void()>& operation) {
     try {
         operation();
@@ -94,7 +94,7 @@ TEST_P(SpoiltByteTest, OfTheIndexIsRefusedOrHarmless) {
     Bytes index = stored.index->bytes;
     for (std::size_t at = 0; at < index.size(); ++at) {
         if (at == mdx::tagTable + 4 * mdx::tagEntrySize) {
-            at = mdx::headBytes; // entries that no tag uses
+            at = mdx::headBytes; // skips entries that no tag uses
         }
         SCOPED_TRACE(at);
         const char whole = index[at];

@@ -163,7 +163,7 @@ TEST_F(StoredTableTest, AUniqueTagHoldsTheFirstRecordOfEachKey) {
     append("B");
     append("A");
     EXPECT_EQ(order(*table_, "SOLO"), (Numbers{2, 1}));
-    set(4, "TEXTO", "C"); // hidden before
+    set(4, "TEXTO", "C"); // hidden until now
     EXPECT_EQ(order(*table_, "SOLO"), (Numbers{2, 1, 4}));
     expectSound();
 }
@@ -175,7 +175,7 @@ TEST_F(StoredTableTest, WhenTheShownRecordOfAUniqueTagGoesAHiddenOneAppears) {
     append("A");
     set(1, "TEXTO", "B");
     EXPECT_EQ(order(*table_, "SOLO"), (Numbers{2, 1}));
-    set(1, "TEXTO", "A"); // and yields to the first again
+    set(1, "TEXTO", "A"); // and gives way to the first again
     EXPECT_EQ(order(*table_, "SOLO"), Numbers{1});
     expectSound();
 }
@@ -217,8 +217,8 @@ TEST_F(StoredTableTest, BytesOrWeightsAsTheLanguageDriverSays) {
     expectSound();
 }
 
-/// An engine with other ideas of a weighted driver left its keys in byte order: they are read and kept as
-/// they lie.
+/// Another engine with a weighted driver left its keys in byte order: they are read and kept in that
+/// order.
 TEST_F(StoredTableTest, AWeightedTableWhoseKeysLieByBytesIsReadByBytes) {
     makeTexts({{.name = "TEXTO", .expression = "TEXTO"}});
     for (const char* text : {"b", "A", "\xC1", "Z", "a", "\xD1", "N"}) {
@@ -233,7 +233,7 @@ TEST_F(StoredTableTest, AWeightedTableWhoseKeysLieByBytesIsReadByBytes) {
     set(1, "TEXTO", "c");
     EXPECT_EQ(order(*table_, "TEXTO"), (Numbers{2, 7, 8, 4, 5, 1, 3, 6}));
     expectSound();
-    table_->rebuildTags(); // which gives them the driver's order
+    table_->rebuildTags(); // puts them in the driver's order
     EXPECT_EQ(order(*table_, "TEXTO"), (Numbers{5, 2, 3, 1, 7, 6, 8, 4}));
     expectSound();
 }
@@ -250,8 +250,8 @@ TEST_F(StoredTableTest, AWeightedTableWhoseKeysObeyNoOrderIsRefused) {
     EXPECT_EQ(errorOf([&] { (void)stored_->open(); }).code(), ErrorCode::BadIndex);
 }
 
-/// Another engine files negative numbers of narrow columns as 16 bits without a sign: they are sound as they
-/// lie, and change like all others.
+/// Another engine stores negative numbers of narrow columns as 16 bits without a sign: they are sound as they
+/// are, and change like all others.
 TEST_F(StoredTableTest, NegativeNumbersFiledWithoutSignAreAcceptedAndChanged) {
     makeTexts({{.name = "NUM", .expression = "NUM"}});
     append("UNO", "5");
@@ -270,7 +270,7 @@ TEST_F(StoredTableTest, NegativeNumbersFiledWithoutSignAreAcceptedAndChanged) {
     expectSound();
 }
 
-/// An engine that ignores conditions when it writes put an entry where none belongs.
+/// An engine that ignores conditions when it writes added an entry that does not belong there.
 TEST_F(StoredTableTest, AnEntryThatIsThereAlreadyIsNotAddedAgain) {
     makeTexts({{.name = "PARES", .expression = "TEXTO", .condition = "NUM>=10"}});
     append("A", "10");

@@ -15,7 +15,7 @@
 
 namespace dbase {
 
-/// A folder with the table TOWNS: eight records in no order, a tag of every kind, two equal keys in CODE.
+/// A folder with the table TOWNS: eight unordered records, a tag of every kind, two equal keys in CODE.
 class TownsTest : public ambrel::test::TableTest {
 protected:
     using Row = ambrel::test::Row;
@@ -32,7 +32,7 @@ protected:
                                {"15030", "15", "CORUNA", "", "3", "20991231", ""}});         // 8
     }
 
-    /// A table of the same layout and without records.
+    /// Creates a table of the same layout without records.
     void createEmpty() { createTable(layout("NONE"), {}); }
 
     static TableDefinition layout(std::string name = "TOWNS") {
@@ -80,7 +80,7 @@ protected:
     }
     static std::string name(Dataset& table) { return table.field("NAME").text(); }
 
-    /// Puts a dataset onto a record of the file.
+    /// Moves a dataset to a record of the file.
     static void place(Dataset& table, RecordNumber record) { ASSERT_TRUE(table.goTo(Bookmark(record))); }
 
     static bool exact(Dataset& table, const Key& key) { return table.seek(key, SeekMode::Exact); }
@@ -93,7 +93,7 @@ protected:
 
 using test::errorOf;
 
-/// The code of the error that an operation raises; empty when it raises none.
+/// The code of the error that an operation throws; empty when it throws none.
 inline std::optional<ErrorCode> codeOf(const std::function<void()>& operation) {
     try {
         operation();

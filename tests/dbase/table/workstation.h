@@ -10,9 +10,9 @@
 
 namespace dbase {
 
-/// Start it while this process has no table open: what is open is shared with the child, locks included. The
-/// steps work on the child's own copy of everything that they refer to. Between them, and behind the last
-/// one, it stays with what it has open and locked.
+/// Start it while this process has no table open: open tables are shared with the child, locks included. The
+/// steps work on the child's own copy of everything that they refer to. Between them, and after the last
+/// one, it keeps its tables open and its locks.
 class Workstation {
 public:
     explicit Workstation(const std::vector<std::function<void()>>& steps)
@@ -21,11 +21,11 @@ public:
                   link.await();
                   link.send(outcome(step));
               }
-              link.await(); // raises when this side is gone
+              link.await(); // throws when this side is gone
               return 0;
           }) {}
 
-    /// Runs the next step there; the text of what it threw, or nothing.
+    /// Runs the next step there. Returns the text of the exception, or nothing.
     std::string step() {
         return outcome([this] {
             process_.tell();
@@ -36,7 +36,7 @@ public:
     }
 
 private:
-    /// The text of what an operation throws, or nothing.
+    /// The text of the exception that an operation throws, or nothing.
     static std::string outcome(const std::function<void()>& operation) {
         try {
             operation();
@@ -49,7 +49,7 @@ private:
     test::ChildProcess process_;
 };
 
-/// For the steps, whose failures only travel as exceptions.
+/// For the steps, whose failures reach the parent only as exceptions.
 inline void require(bool condition, const char* what) {
     if (!condition) {
         throw std::runtime_error(what);
