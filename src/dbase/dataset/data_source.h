@@ -1,5 +1,5 @@
-// The link between bound widgets and a dataset: widgets listen here, so that a form can change the dataset
-// behind.
+// The link between bound widgets and a dataset: widgets listen to it, so that a form can exchange the
+// dataset.
 #pragma once
 
 #include "AmbrelExport.h"
@@ -7,19 +7,19 @@
 
 namespace dbase {
 
-/// Passes on what its dataset tells, synchronously.
+/// Passes on its dataset's notifications, synchronously.
 class AMBREL_EXPORT DataSource {
 public:
-    /// The dataset may go first.
+    /// The dataset may be destroyed first.
     explicit DataSource(Dataset* dataset = nullptr) { setDataset(dataset); }
     DataSource(const DataSource&) = delete;
     DataSource& operator=(const DataSource&) = delete;
 
-    /// Null when there is none, and when it was destroyed.
+    /// Null if there is none or it was destroyed.
     [[nodiscard]] Dataset* dataset() const { return upstreamLife_.expired() ? nullptr : dataset_; }
     void setDataset(Dataset* dataset);
 
-    /// Ends when the subscription goes.
+    /// Listens until the subscription is destroyed.
     [[nodiscard]] Dataset::Subscription listen(Dataset::Listener listener) {
         return listeners_.add(std::move(listener));
     }

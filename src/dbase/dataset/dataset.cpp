@@ -52,7 +52,7 @@ void Dataset::requireClosed() const {
     }
 }
 
-/// Seeks and ranges make keys, which a tag that is not understood does not allow.
+/// Seeks and ranges build keys, which is impossible for a tag that is not understood.
 void Dataset::requireKeys() const {
     if (order_->tag() == nullptr) {
         throw Error(ErrorCode::BadState, open_->path(), "las búsquedas y los rangos necesitan un tag activo");
@@ -68,7 +68,7 @@ void Dataset::setTable(std::string database, std::string table) {
     table_ = std::move(table);
 }
 
-// --- Life
+// --- Opening and closing
 
 void Dataset::open() {
     if (open_) {
@@ -80,7 +80,7 @@ void Dataset::open() {
         throw Error(ErrorCode::NotFound, folder + '/' + table_, "no existe la tabla");
     }
     open_ = Table::open(*path);
-    ++paused_; // what goes on before the table is open is nobody's business
+    ++paused_; // listeners hear nothing before the table is open
     try {
         prepare();
     } catch (...) {
@@ -167,11 +167,11 @@ void Dataset::setTag(const std::string& name) {
         }
         return found;
     };
-    static_cast<void>(find()); // what is refused leaves the pending row alone
+    static_cast<void>(find()); // a refused tag leaves the pending row alone
     leaveRow();
-    order_->setTag(find()); // in the table as it is open now
+    order_->setTag(find()); // again: a listener may have reopened the table
     tag_ = wanted;
-    spot_->cursor.reset(); // it walks the old tag
+    spot_->cursor.reset(); // it belongs to the old tag
     reposition();
     changed(DatasetChange::Order);
 }
@@ -183,7 +183,7 @@ void Dataset::setRange(const Key& low, const Key& high) {
     std::string from = makeSeekKey(tag, schema(), low);
     std::string to = makeSeekKey(tag, schema(), high);
     if (tag.order.isDescending() && tag.order.compare(from, to) > 0) {
-        std::swap(from, to); // what lies between both is the same from either side
+        std::swap(from, to); // the bounds enclose the same keys in either order
     }
     leaveRow();
     order_->setRange(std::move(from), std::move(to));
@@ -269,7 +269,7 @@ NotificationPause::~NotificationPause() {
     try {
         dataset_.resumeNotifications();
     } catch (...) {
-        // A destructor may be running because of another fault already; that one is the one to tell.
+        // The destructor may be running because of another exception, which is the one to report.
     }
 }
 

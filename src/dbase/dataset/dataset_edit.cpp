@@ -1,4 +1,4 @@
-// How a dataset changes rows: append, edit, post, cancel, erase, and record locks.
+// Changes to the rows of a dataset: append, edit, post, cancel, erase, and record locks.
 
 #include <algorithm>
 
@@ -24,7 +24,7 @@ void Dataset::append() {
     changed(DatasetChange::Moved);
 }
 
-/// The record lock that every change of a record needs.
+/// Takes the record lock that every change of a record needs.
 void Dataset::takeRecord() {
     if (record_ == 0) {
         throw Error(ErrorCode::BadState, open_->path(), "no hay ningún registro que modificar o borrar");
@@ -36,7 +36,7 @@ void Dataset::takeRecord() {
     }
 }
 
-/// Ends the lock of takeRecord(), save where lockCurrent() asked for it too.
+/// Releases the lock of takeRecord(), unless lockCurrent() requested it too.
 void Dataset::giveRecordBack() {
     if (std::find(explicitLocks_.begin(), explicitLocks_.end(), record_) == explicitLocks_.end()) {
         open_->unlockRecord(record_, this);
@@ -91,7 +91,7 @@ void Dataset::post(Durability durability) {
     }
     state_ = DatasetState::Browse;
     modified_ = false;
-    spot_->cursor.reset(); // should landing fail, the row is where its key says
+    spot_->cursor.reset(); // if landing fails, the row's key gives its place
     landOnPosted();
     changed(DatasetChange::State);
     changed(DatasetChange::Order);
@@ -122,7 +122,7 @@ void Dataset::erase(Durability durability) {
     const bool wasInserting = state_ == DatasetState::Insert;
     cancel();
     if (wasInserting) {
-        return; // the row was never there
+        return; // the row was never stored
     }
     requireOpen();
     takeRecord();

@@ -1,4 +1,4 @@
-// The fields of a dataset: bound and calculated ones, and how they find their columns when a table opens.
+// The fields of a dataset: bound and calculated ones, and matching them with columns when a table opens.
 
 #include <algorithm>
 
@@ -45,7 +45,7 @@ Field& Dataset::addCalculated(std::string name, std::size_t width) {
     return addField(std::move(name), FieldKind::Calculated, width);
 }
 
-/// False for a column of another table that was open before.
+/// False for a column of a previously open table.
 bool Dataset::isHere(const Field& field) const {
     return !open_ || field.column_ || field.bound_ || field.kind_ == FieldKind::Calculated;
 }
@@ -79,7 +79,7 @@ std::vector<Field*> Dataset::fields() {
     return result;
 }
 
-/// A file whose column does not fit the bound field is refused.
+/// Refuses a file whose column does not fit the bound field.
 void Dataset::requireFit(const Field& field) const {
     const auto refuse = [&](const std::string& what) {
         throw Error(ErrorCode::BadLayout, open_->path(), "la columna " + field.name_ + " " + what);

@@ -1,4 +1,4 @@
-// How a dataset moves: reading ahead, landing, and the moves themselves.
+// The moves of a dataset, with reading ahead and landing.
 
 #include <algorithm>
 #include <ctime>
@@ -39,7 +39,7 @@ bool Dataset::takeAhead() {
     return true;
 }
 
-/// The visible rows that follow in the same leaf. Inside Table::read().
+/// Reads the visible rows that follow in the same leaf. Called inside Table::read().
 void Dataset::fillAhead(const Spot& from) {
     ReadAhead& ahead = *ahead_;
     ahead.clear();
@@ -72,10 +72,10 @@ void Dataset::fillAhead(const Spot& from) {
     }
 }
 
-// --- Where to go on from
+// --- Where to continue from
 
-/// Key of the row shown: with its record number its place in the order, also when the tag does not hold it
-/// (any more).
+/// Key of the row shown: together with its record number its place in the order, even if the tag does not (or
+/// no longer) contain it.
 std::string Dataset::shownKey() const {
     if (spot_->cursor) {
         return std::string(spot_->cursor->key());
@@ -87,8 +87,8 @@ std::string Dataset::shownKey() const {
     return key;
 }
 
-/// From the current record to the entry behind (before) it, also when its own one went or moved away. On an
-/// empty table any entry is a neighbour.
+/// Moves from the current record to the entry after (before) it, even if its own entry is gone or has moved.
+/// Without a current record, any entry is a neighbour.
 bool Dataset::toNeighbour(Spot& spot, Direction direction) const {
     const bool forward = direction == Direction::Forward;
     if (record_ == 0) {
@@ -119,8 +119,8 @@ bool Dataset::toNeighbour(Spot& spot, Direction direction) const {
 
 // --- Landing
 
-/// Runs a search on a state of the files that does not change; the spot that it finds becomes current. It may
-/// run again, so it works on the spare spot and leaves the current one alone.
+/// Runs a search while the files do not change; the spot that it finds becomes current. The search may be
+/// repeated, so it works on the spare spot and leaves the current one alone.
 template<typename Search>
 bool Dataset::landOn(Search&& search) {
     Spot& spot = *spare_;
@@ -164,7 +164,7 @@ void Dataset::landAtEnd(Direction direction) {
     }
 }
 
-/// The current record was posted: it stays whatever tag, range and filter say.
+/// Lands on the record just posted: it stays current even if range or filter hide it.
 void Dataset::landOnPosted() {
     ahead_->clear();
     landOn([&](Spot& spot) {
@@ -175,7 +175,7 @@ void Dataset::landOnPosted() {
     });
 }
 
-/// Back onto the current record as it is now; when it is gone or hidden, the next one, else the last.
+/// Lands on the current record as it is now or, if it is gone or hidden, on the next one, or else the last.
 void Dataset::reposition() {
     ahead_->clear();
     const bool found = landOn([&](Spot& spot) {
@@ -197,7 +197,7 @@ bool Dataset::isShownAsStored() const {
 
 // --- Moves
 
-/// Every move begins here. A listener that is told of the cancelling may close the table.
+/// Every move begins here. A listener notified of the cancelling may close the table.
 void Dataset::leaveRow() {
     cancel();
     requireOpen();
@@ -243,7 +243,7 @@ bool Dataset::step(Direction direction) {
     });
     ahead_->justStepped = forward && moved;
     if (!moved) {
-        if (record_ != 0 && !isShownAsStored()) { // it stays, but as it is now
+        if (record_ != 0 && !isShownAsStored()) { // the record stays current, but is read again
             reposition();
         }
         (forward ? eof_ : bof_) = true;

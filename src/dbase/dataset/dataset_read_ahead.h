@@ -1,4 +1,4 @@
-// The rows that a dataset has read ahead of its steps; private to the dataset's sources.
+// The rows that a dataset has read ahead; private to the dataset's sources.
 #pragma once
 
 #include <chrono>
@@ -8,8 +8,8 @@
 
 namespace dbase {
 
-/// Rows behind the current one that one lock brought along. Used only while the table's change counter proves
-/// that none of our programs changed anything, and not for long, because others do not count.
+/// Rows after the current one, read under the same lock. Used only while the table's change counter proves
+/// that none of our programs changed anything, and only briefly, because other programs do not update it.
 struct Dataset::ReadAhead {
     static constexpr std::size_t mostRows = 64;
     static constexpr std::chrono::milliseconds shelfLife{20};
@@ -26,7 +26,7 @@ struct Dataset::ReadAhead {
     std::uint64_t counter = 0;
     std::uint32_t recordCount = 0;
     std::chrono::nanoseconds taken{0};
-    bool justStepped = false; // the last move was a step forward: a second one is worth reading ahead for
+    bool justStepped = false; // the last move was a step forward: the next one is worth reading ahead
 
     void clear() {
         rows.clear();

@@ -1,4 +1,4 @@
-// How a dataset shows the rows around the current one without moving.
+// The rows around a dataset's current one, shown without moving.
 
 #include "dbase/dataset/dataset_window.h"
 
@@ -17,7 +17,7 @@ struct Dataset::Walk {
     bool isCut = false;
 };
 
-/// Puts everything back that the fields look at.
+/// Shows rows through the fields, and restores everything that the fields look at when destroyed.
 class Dataset::Visit {
 public:
     explicit Visit(Dataset& dataset)
@@ -26,7 +26,7 @@ public:
             calculated_.push_back(field->calculated_);
         }
         dataset_.isVisited_ = true;
-        dataset_.state_ = DatasetState::Browse; // no setter may write into a visited row
+        dataset_.state_ = DatasetState::Browse; // so that no setter writes into a visited row
     }
     ~Visit() {
         showCurrent();
@@ -88,7 +88,7 @@ Dataset::Walk Dataset::walk(Direction direction, std::size_t count, std::size_t 
             spot.record = forward ? spot.record + 1 : spot.record - 1;
         }
     }
-    walk.isCut = left > mostHidden; // it was counted below zero
+    walk.isCut = left > mostHidden; // it wrapped below zero
     return walk;
 }
 
@@ -136,7 +136,7 @@ RowsAround Dataset::readAround(const WindowSize& size) const {
     return open_->read([&] { return gatherAround(size); });
 }
 
-/// Outside the lock: what calculates the fields reads other tables, or this one through another cursor.
+/// Runs outside the lock: calculating fields reads other tables, or this one through another cursor.
 void Dataset::visitRows(const RowsAround& around, std::size_t first, std::size_t count,
                         const std::function<void(std::size_t)>& visit) {
     requireOpen();

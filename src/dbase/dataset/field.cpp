@@ -163,7 +163,7 @@ void Field::setInteger(int value) {
     if (kind_ == FieldKind::Character || kind_ == FieldKind::Calculated) {
         const std::string digits = std::to_string(value);
         if (digits.size() > width()) {
-            refuse(digits); // a text is cut, a number would become another one
+            refuse(digits); // a text may be cut, but a number would become another one
         }
         setText(digits);
         return;

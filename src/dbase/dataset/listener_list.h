@@ -1,4 +1,4 @@
-// Those who want to be told what a dataset does.
+// The listeners of a dataset.
 #pragma once
 
 #include <functional>
@@ -9,12 +9,13 @@
 
 namespace dbase {
 
-/// Tells synchronously, in the order of subscribing. Who comes while it tells is told the next time.
+/// Calls listeners synchronously, in the order of subscribing. One added during a call is first called at the
+/// next change.
 class ListenerList {
 public:
-    /// Gets what has changed.
+    /// Receives what has changed.
     using Listener = std::function<void(DatasetChange)>;
-    /// Ends the listening when it goes.
+    /// Ends the listening when destroyed.
     using Subscription = std::shared_ptr<Listener>;
 
     /// Adds a listener for as long as the result is kept.
@@ -23,14 +24,14 @@ public:
         listeners_.push_back(subscription);
         return subscription;
     }
-    /// Expires with the list: who keeps a pointer to what owns it asks here whether that still exists.
+    /// Expires with the list, so that holders of a pointer to its owner can check whether that still exists.
     [[nodiscard]] std::weak_ptr<const void> lifetime() const { return lifetime_; }
     void tell(DatasetChange change) {
         if (listeners_.empty()) {
             return;
         }
         std::erase_if(listeners_, [](const auto& listener) { return listener.expired(); });
-        const auto current = listeners_; // a listener may come or go while it is told
+        const auto current = listeners_; // a call may add or remove listeners
         for (const auto& weak : current) {
             if (const auto listener = weak.lock()) {
                 (*listener)(change);

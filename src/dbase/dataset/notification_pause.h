@@ -1,4 +1,4 @@
-// A block during which the listeners of a dataset are told nothing.
+// Suspends a dataset's notifications for a block.
 #pragma once
 
 #include "AmbrelExport.h"
@@ -7,8 +7,8 @@ namespace dbase {
 
 class Dataset;
 
-/// Suspends a dataset's notifications for a block. What a listener throws when it is told at the end is lost;
-/// where that matters, resume by hand.
+/// Suspends a dataset's notifications for a block. Exceptions from listeners called at its end are lost;
+/// where that matters, resume explicitly.
 class AMBREL_EXPORT NotificationPause {
 public:
     /// The dataset must outlive it.

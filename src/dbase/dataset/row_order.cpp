@@ -31,7 +31,7 @@ bool RowOrder::isInRange(std::string_view key) const {
            (tag_->order.compare(key, *rangeLow_) >= 0 && tag_->order.compare(key, *rangeHigh_) <= 0);
 }
 
-// A row posted outside the range may be current; what follows it begins where the range begins.
+// A row posted outside the range may be current; its successors start where the range starts.
 void RowOrder::enterRange(Spot& spot, Direction direction) const {
     TreeCursor& cursor = *spot.cursor;
     if (!rangeLow_ || !cursor.isOnEntry()) {
@@ -80,7 +80,7 @@ bool RowOrder::settle(Spot& spot, Direction direction, std::string_view wanted,
 }
 
 bool RowOrder::toEnd(Spot& spot, Direction direction) const {
-    const bool forward = direction == Direction::Forward; // to the first entry, to go forward from there
+    const bool forward = direction == Direction::Forward; // to the first entry, to continue from there
     if (tag_ == nullptr) {
         spot.record = forward ? 1 : table_.records().recordCount();
         return true;
@@ -95,7 +95,7 @@ bool RowOrder::toEntry(Spot& spot, const RecordView& record) const {
         return true;
     }
     spot.cursor.emplace(*table_.index(), *tag_);
-    if (!tag_->isUnderstood()) { // its keys cannot be made: look through the entries
+    if (!tag_->isUnderstood()) { // its keys cannot be built: search all entries
         bool on = spot.cursor->first();
         while (on && spot.cursor->record() != record.number) {
             on = spot.cursor->next();
@@ -128,7 +128,7 @@ bool RowOrder::toPlace(Spot& spot, double place) const {
     if (!spot.cursor->seekShare(low + place * (high - low)) && !spot.cursor->last()) {
         return false;
     }
-    // The shares of the bounds are rounded: an entry just outside the range stands for the bound.
+    // The shares of the bounds are rounded, so the entry may be just outside the range.
     enterRange(spot, Direction::Forward);
     enterRange(spot, Direction::Backward);
     return spot.cursor->isOnEntry();

@@ -15,7 +15,7 @@ bool writeInteger(std::span<char> raw, const Column& column, int value) {
     }
     std::string digits = std::to_string(value);
     if (digits.size() > raw.size()) {
-        return false; // a text is cut, a number would become another one
+        return false; // a text may be cut, but a number would become another one
     }
     if (digits.size() < raw.size()) {
         digits.insert(value < 0 ? 1 : 0, raw.size() - digits.size(), '0');
@@ -26,7 +26,7 @@ bool writeInteger(std::span<char> raw, const Column& column, int value) {
 
 bool writeText(std::span<char> raw, const Column& column, const std::string& text) {
     if (column.type != ColumnType::Character && decodeText(text).empty()) {
-        return true; // blank as it is
+        return true; // already blank
     }
     if (column.isNumber()) {
         const std::optional<double> number = decodeNumber(text);
@@ -42,7 +42,7 @@ bool writePart(std::span<char> raw, const Column& column, const KeyPart& part) {
                             : writeText(raw, column, std::get<std::string>(part.value));
 }
 
-/// True when the key depends on a given column although the part that the given ones cover does not.
+/// True if the key depends on a given column on which the covered part does not depend.
 bool settlesMore(const Expression& key, std::vector<bool> given, std::size_t covered) {
     for (std::size_t i = 0; i < given.size(); ++i) {
         if (!given[i]) {

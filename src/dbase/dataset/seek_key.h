@@ -1,5 +1,5 @@
-// Search keys: the tag's expression on a blank record into which the given pairs were written. The one way
-// for all keys.
+// Search keys: the tag's expression evaluated on a blank record into which the given pairs were written. All
+// search keys are made this way.
 #pragma once
 
 #include <string>
@@ -9,8 +9,8 @@
 
 namespace dbase {
 
-/// The leading bytes of the key that the given pairs settle: all of them, unless the pairs are only leading
-/// fields of the tag. Pairs that name no column, or none of the tag's, change nothing. A text is cut to its
+/// The leading bytes of the key that the given pairs determine: all bytes, unless the pairs are only leading
+/// fields of the tag. Pairs that name no column of the table or the tag are ignored. A text is cut to its
 /// column; an integer for a character column is written in decimal, zero-padded to the column's width.
 /// Errors: Error(BadValue) for a value that its column cannot hold.
 [[nodiscard]] std::string makeSeekKey(const Tag& tag, const Schema& schema, const Key& parts);
