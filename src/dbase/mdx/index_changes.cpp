@@ -1,4 +1,4 @@
-// The writing side of an .MDX: blocks changed in memory, written together, put back when that fails.
+// The writing side of an .MDX: blocks are changed in memory, written together, and restored if that fails.
 
 #include <algorithm>
 #include <cstring>
@@ -52,7 +52,7 @@ PageNumber IndexFile::allocate(const Tag& tag) {
     if (first == 0) {
         return grow(head);
     }
-    if (!mayBeFree(first)) { // a list that cannot be trusted is given up
+    if (!mayBeFree(first)) { // abandons a list that cannot be trusted
         store32(head.data() + mdx::freeList, 0);
         return grow(head);
     }
@@ -73,7 +73,7 @@ bool IndexFile::mayBeFree(PageNumber page) const {
 
 PageNumber IndexFile::grow(std::span<char> head) {
     if (grownSize_ == 0) {
-        // Whole blocks from the first one on, also where a stranger left a ragged end.
+        // Whole blocks from the first one on, even if another program left a ragged end.
         const std::uint64_t begin = std::uint64_t{mdx::firstBlock} * pageBytes;
         const std::uint64_t size = std::max<std::uint64_t>(file_->size(), begin);
         grownSize_ = begin + (size - begin + blockSize_ - 1) / blockSize_ * blockSize_;
@@ -125,7 +125,7 @@ void IndexFile::writeChanges(bool& restored) {
                 knownSize_ = oldSize;
             }
         } catch (...) {
-            restored = false; // the in-update mark stays and the tags are rebuilt by the next one
+            restored = false; // the in-update mark stays, and the next user rebuilds the tags
         }
         dropChanges();
         throw;
@@ -133,7 +133,7 @@ void IndexFile::writeChanges(bool& restored) {
     dropChanges();
 }
 
-// The date of the change; and the stamp, which has its own writer, as it is now.
+// Updates the date of the change, and copies the current stamp, which is written separately.
 void IndexFile::refreshHead() {
     if (const auto head = changes_.find(fileHeaderPage); head != changes_.end()) {
         head->second.isHeader = true;
@@ -144,7 +144,7 @@ void IndexFile::refreshHead() {
     }
 }
 
-// As writeChanges() says; of the headers that of the file, page 0, comes last of all.
+// The order of writeChanges(); of the headers, the file's (page 0) comes last.
 std::vector<std::pair<PageNumber, const IndexFile::Change*>> IndexFile::writingOrder() const {
     std::vector<std::pair<PageNumber, const Change*>> order;
     order.reserve(changes_.size());

@@ -1,4 +1,4 @@
-// An .MDX as it is read: file header, tag table, tag headers, blocks.
+// The reading side of an .MDX: file header, tag table, tag headers, blocks.
 #include "dbase/mdx/index_file.h"
 
 #include <algorithm>
@@ -23,10 +23,10 @@ std::string textAt(std::span<const char> bytes, std::size_t offset, std::size_t 
 constexpr std::size_t mostBlockPages = 64;
 constexpr std::size_t mostPadding = 8; // bytes between an item's key and the next item
 
-// Stands for a condition that lies behind the end of a block too small for it.
+// Stands for a condition beyond the end of a block too small for it.
 constexpr std::string_view unreadableCondition = "?";
 
-// Key and condition from their texts, or why they are not understood.
+// Parses key and condition, or notes why they are not understood.
 void parseTexts(Tag& tag, const Schema& schema, bool isConditionReadable) {
     try {
         Expression key = Expression::parse(tag.definition.expression, schema, Dialect::Index);
@@ -134,7 +134,7 @@ Tag IndexFile::readTag(std::span<const char> entry, const Schema& schema, std::s
 }
 
 void IndexFile::readTagHeader(Tag& tag, std::size_t number) const {
-    std::vector<char> header(mdx::tagHeaderBytes); // zeros behind a block that is smaller
+    std::vector<char> header(mdx::tagHeaderBytes); // zeros after a smaller block
     readBytes(std::uint64_t{tag.headerPage} * pageBytes,
               std::span(header).first(std::min(blockSize_, mdx::tagHeaderBytes)));
     const char type = header[mdx::keyType] == 'F' ? 'N' : header[mdx::keyType];

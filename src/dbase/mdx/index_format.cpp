@@ -1,4 +1,4 @@
-// A new .MDX: header, tag table with its name tree, tag headers and empty roots.
+// Writes a new .MDX: header, tag table with its name tree, tag headers and empty roots.
 
 #include <algorithm>
 #include <array>
@@ -78,7 +78,7 @@ std::vector<KeyShape> shapesOf(const std::vector<TagDefinition>& tags, const Sch
     return shapes;
 }
 
-// The tag-name tree that older engines follow: unbalanced, grown in the order of creation.
+// Builds the tag-name tree that older engines follow: unbalanced, grown in order of creation.
 void linkNames(std::span<char> head, const std::vector<TagDefinition>& tags) {
     const auto entry = [&](std::size_t i) { return head.data() + mdx::tagTable + i * mdx::tagEntrySize; };
     for (std::size_t i = 1; i <= tags.size(); ++i) {
@@ -104,7 +104,7 @@ void linkNames(std::span<char> head, const std::vector<TagDefinition>& tags) {
 std::vector<char> encodeTagHeader(const TagDefinition& tag, const KeyShape& shape, PageNumber root,
                                   unsigned blockPages) {
     const std::size_t size = blockPages * pageBytes;
-    // A file may say that its blocks are smaller than the headers that it holds.
+    // A file may announce blocks smaller than the headers in it.
     std::vector<char> header(std::max(size, mdx::tagHeaderBytes));
     const auto item = static_cast<std::uint16_t>((mdx::itemKey + shape.length + 3) / 4 * 4);
     store32(header.data() + mdx::root, root);
@@ -130,7 +130,7 @@ std::vector<char> encodeTagHeader(const TagDefinition& tag, const KeyShape& shap
     return header;
 }
 
-// One line of the tag table for each tag, and the name tree over them.
+// Writes a row of the tag table for each tag, and the name tree over them.
 void encodeTagTable(std::span<char> head, const std::vector<TagDefinition>& tags,
                     const std::vector<KeyShape>& shapes, const std::vector<PageNumber>& headerPages) {
     for (std::size_t i = 0; i < tags.size(); ++i) {
@@ -173,14 +173,14 @@ void IndexFile::format(File& file, const Schema& schema, const std::string& tabl
                        const std::vector<TagDefinition>& tags, const UpdateStamp& stamp,
                        unsigned blockPages) {
     const std::vector<KeyShape> shapes = shapesOf(tags, schema, blockPages * pageBytes, file.path());
-    std::vector<PageNumber> headerPages; // each with an empty root behind it
+    std::vector<PageNumber> headerPages; // each followed by an empty root
     for (std::size_t i = 0; i < tags.size(); ++i) {
         headerPages.push_back(static_cast<PageNumber>(mdx::firstBlock + i * 2 * blockPages));
     }
     const auto pages = static_cast<PageNumber>(mdx::firstBlock + tags.size() * 2 * blockPages);
     std::vector<char> head(mdx::headBytes);
     encodeHead(head, schema, tableName, tags.size(), blockPages, pages);
-    // Unfinished until all is written; then comes the caller's stamp.
+    // Marked unfinished until everything is written; then comes the caller's stamp.
     std::ranges::copy(encodeStamp({.present = true, .inUpdate = true}), head.begin() + mdx::stamp);
     encodeTagTable(head, tags, shapes, headerPages);
     file.write(0, head);
@@ -197,7 +197,7 @@ void IndexFile::format(File& file, const Schema& schema, const std::string& tabl
 
 std::vector<char> IndexFile::freshHead(const Schema& schema) const {
     std::vector<char> head(mdx::headBytes);
-    const std::string name = baseName(path()); // with an extension left in a file that replaces another one
+    const std::string name = baseName(path()); // keeps one extension if the file replaces another one
     encodeHead(head, schema, name.substr(0, name.find('.')), tags_.size(), blockPages(), announcedPages());
     std::vector<TagDefinition> definitions;
     std::vector<KeyShape> shapes;
@@ -208,11 +208,11 @@ std::vector<char> IndexFile::freshHead(const Schema& schema) const {
         headerPages.push_back(tag.headerPage);
     }
     encodeTagTable(head, definitions, shapes, headerPages);
-    // What moves with use stays as it is: creation date, free list, stamp.
+    // Keeps what changes with use: creation date, free list, stamp.
     readBytes(mdx::created, std::span(head).subspan(mdx::created, 3));
     readBytes(mdx::freeList, std::span(head).subspan(mdx::freeList, 4));
     readBytes(mdx::stamp, std::span(head).subspan(mdx::stamp, mdx::stampSize));
-    // Files change the letter case of their names on the way between systems; the name inside stays.
+    // Copying between systems may change the letter case of a file's name; the name inside stays.
     std::array<char, mdx::tableNameSize> stored{};
     readBytes(mdx::tableName, stored);
     if (sameName({stored.data(), stored.size()}, {head.data() + mdx::tableName, stored.size()})) {

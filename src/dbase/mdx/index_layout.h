@@ -25,11 +25,11 @@ inline constexpr std::size_t updated = 44;
 inline constexpr std::size_t stamp = 480; // ours, in bytes that the format leaves unused
 inline constexpr std::size_t stampSize = 32;
 inline constexpr char stampMagic[9] = "AMBINDX1";
-inline constexpr std::size_t stampMagicSize = 8; // from here on, places inside the stamp
+inline constexpr std::size_t stampMagicSize = 8; // from here on, offsets inside the stamp
 inline constexpr std::size_t stampMark = 8;
 inline constexpr std::size_t stampRecords = 12;
 inline constexpr std::size_t stampCounter = 16;
-inline constexpr std::size_t ownHead = 472; // ours too: every byte of the headers was written by us
+inline constexpr std::size_t ownHead = 472; // ours too: says that we wrote every byte of the headers
 inline constexpr char ownHeadMagic[9] = "AMBHEAD1";
 
 inline constexpr std::size_t tagTable = 512;
@@ -69,7 +69,7 @@ inline constexpr std::size_t lastLeaf = 252;
 inline constexpr std::size_t indexed = 257;
 inline constexpr std::size_t plainColumn = 480;
 inline constexpr std::size_t condition = 762;
-inline constexpr std::size_t tagHeaderBytes = condition + textSize; // what a reader looks at
+inline constexpr std::size_t tagHeaderBytes = condition + textSize; // the part that readers use
 
 inline constexpr std::uint8_t formatUnique = 0x40;
 inline constexpr std::uint8_t formatPlain = 0x10;
@@ -79,7 +79,7 @@ inline constexpr std::uint8_t formatDescending = 0x08;
 inline constexpr std::size_t keyCount = 0;
 inline constexpr std::size_t freeNext = 4;
 inline constexpr std::size_t items = 8;
-inline constexpr std::size_t blockOverhead = items + 4; // behind the last item stands the last child's number
-inline constexpr std::size_t itemKey = 4;               // in an item: behind the record's or child's number
+inline constexpr std::size_t blockOverhead = items + 4; // the last child's number follows the last item
+inline constexpr std::size_t itemKey = 4;               // in an item: after the record's or child's number
 
 } // namespace dbase::mdx

@@ -1,4 +1,4 @@
-// Trees made anew: the keys of all records sorted, then written page by page.
+// Rebuilds trees: sorts the keys of all records, then writes them page by page.
 #include "dbase/mdx/index_rebuild.h"
 
 #include <algorithm>
@@ -17,11 +17,11 @@ namespace dbase {
 
 namespace {
 
-// Every entry of one tag in order, the hidden records of a unique tag left out. A program that knows only the
-// append lock may add records meanwhile: their entries are its own to add.
+// Writes every entry of one tag in order, without the hidden records of a unique tag. A program that knows
+// only the append lock may add records meanwhile: it must add their entries itself.
 TreeRoot buildTree(IndexFile& index, const Tag& tag, const TableFile& records, BlockWriter& blocks,
                    std::uint32_t& blockCount, const std::function<void(RecordNumber)>& progress) {
-    const std::uint32_t count = index.stamp().records; // for all tags the same
+    const std::uint32_t count = index.stamp().records; // the same for all tags
     KeySorter sorter(tag.order, tag.keyLength, count);
     std::array<char, maxKeyLength> key;
     RecordScan scan(records);
@@ -68,7 +68,7 @@ void rebuildTrees(TableFile& records, IndexFile& index, const Progress& progress
     index.dropChanges();
     const std::uint32_t count = records.recordCount();
     const UpdateStamp before = index.stamp();
-    const auto sendFirst = [&] { // else another machine could get the end without the rest, should this stop
+    const auto sendFirst = [&] { // or after a crash of this machine another one could see the end alone
         if (index.file().isRemote()) {
             records.file().sync();
             index.file().sync();
@@ -104,7 +104,7 @@ void rebuildTrees(TableFile& records, IndexFile& index, const Progress& progress
         records.setHasIndex(true);
     }
     if (const RecordNumber held = records.recordCount(); records.announcedCount() != held) {
-        records.setCount(held); // a count that the file does not hold is made true
+        records.setCount(held); // corrects a count that the file does not hold
     }
     sendFirst();
     index.writeStamp(before.ended(count));

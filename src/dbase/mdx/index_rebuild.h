@@ -1,4 +1,4 @@
-// Making every tag of an index anew from the records of its table.
+// Rebuilds every tag of an index from the records of its table.
 #pragma once
 
 #include "dbase/dbf/table_file.h"
@@ -7,8 +7,8 @@
 
 namespace dbase {
 
-/// Rebuilds every tree in the index file as it lies there, tag headers staying where they are. The caller
-/// holds the exclusive structure lock. What ends it early leaves the in-update mark standing. Errors: Error.
+/// Rebuilds every tree in place; the tag headers stay where they are. The caller holds the exclusive
+/// structure lock. If it does not finish, the in-update mark stays set. Errors: Error.
 void rebuildTrees(TableFile& records, IndexFile& index, const Progress& progress);
 
 } // namespace dbase

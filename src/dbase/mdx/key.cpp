@@ -1,4 +1,4 @@
-// Keys of numbers and days, and comparing those whose bytes alone do not give the order.
+// Encodes numbers and days as keys, and compares keys whose order is not that of their bytes.
 #include "dbase/mdx/key.h"
 
 #include <algorithm>
@@ -29,7 +29,7 @@ void encodeNumericKey(double value, std::span<char> key) {
         return;
     }
     Decimal number = toDecimal(value);
-    if (std::isinf(value) || number.exponent > largestExponent) { // becomes the largest one of its sign
+    if (std::isinf(value) || number.exponent > largestExponent) { // becomes the largest key of its sign
         number.isNegative = value < 0;
         number.exponent = largestExponent;
         number.digits.fill('9');
@@ -54,7 +54,7 @@ void encodeDateKey(double day, std::span<char> key) {
     }
 }
 
-/// Blank dates stand after all others, whichever way they were written.
+/// Blank dates come after all others, in whichever form they were written.
 double dateOrder(std::string_view key) {
     std::uint64_t bits = 0;
     for (std::size_t i = 0; i < dateKeyLength; ++i) {
@@ -115,7 +115,7 @@ double decodeNumericKey(std::string_view key) {
     *to++ = '.';
     for (std::size_t i = digitsAt; i < numericKeyLength; ++i) {
         for (const int digit : {byteAt(key, i) >> 4, byteAt(key, i) & 0x0F}) {
-            *to++ = static_cast<char>('0' + std::min(digit, 9)); // damaged ones, too, are digits then
+            *to++ = static_cast<char>('0' + std::min(digit, 9)); // keeps damaged nibbles digits
         }
     }
     *to++ = 'e';

@@ -1,4 +1,4 @@
-// Index keys: encoding of values, and the order in which a tag keeps them.
+// Index keys: the encoding of values, and the order of a tag's keys.
 #pragma once
 
 #include <cstdint>
@@ -15,11 +15,11 @@ inline constexpr std::size_t maxKeyLength = 100;
 inline constexpr std::size_t numericKeyLength = 12; // exponent, sign and digit count, 20 BCD digits
 inline constexpr std::size_t dateKeyLength = 8;     // IEEE double, Julian day
 
-/// Writes the key of a value: text cut or padded with blanks to the length, number in 20 BCD digits with the
-/// exact digit count, day as a little-endian double (1e100 for a blank date).
+/// Writes the key of a value: a text cut or padded with blanks to the length, a number as 20 BCD digits with
+/// the exact digit count, a day as a little-endian double (1e100 for a blank date).
 void encodeKey(const Value& value, KeyType type, std::span<char> key);
 
-/// Number held by a numeric key; the digit count of byte 1 is not looked at.
+/// The number in a numeric key; the digit count in byte 1 is ignored.
 [[nodiscard]] double decodeNumericKey(std::string_view key);
 
 /// The order of one tag's keys, descending included. Cheap to copy.
@@ -29,8 +29,8 @@ public:
     KeyOrder(KeyType type, bool collated, bool descending)
         : type_(type), collated_(collated), descending_(descending) {}
 
-    /// Below, at or above 0 as `a` stands before, beside or after `b` in the tag. Character keys of different
-    /// length are compared on the shorter one's length.
+    /// Negative, 0 or positive if `a` comes before, equals or comes after `b` in the tag. Character keys of
+    /// different lengths are compared on the shorter length.
     [[nodiscard]] int compare(std::string_view a, std::string_view b) const {
         const int order = type_ == KeyType::Character && !collated_ ? compareBytes(a, b) : compareOther(a, b);
         return descending_ ? -order : order;

@@ -1,4 +1,4 @@
-// Sorting the keys of a whole table, in runs that are merged when memory does not hold them.
+// Sorts the keys of a whole table; if they do not fit in memory, in runs that are then merged.
 #include "dbase/mdx/key_sorter.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@
 
 namespace dbase {
 
-// A sorted run in a temporary file that the system removes by itself.
+// A sorted run in a temporary file, which the system removes.
 struct KeySorter::Run {
     explicit Run(std::size_t itemSize) : file(std::tmpfile()), current(itemSize) {
         if (file == nullptr) {
@@ -40,7 +40,7 @@ struct KeySorter::Run {
         if (std::fread(current.data(), current.size(), 1, file) == 1) {
             return true;
         }
-        if (std::ferror(file) != 0) { // taken for the end it would lose keys
+        if (std::ferror(file) != 0) { // mistaking an error for the end would lose keys
             throw Error(ErrorCode::Io, {}, "no se pueden releer los ficheros temporales de la ordenación");
         }
         return false;

@@ -1,4 +1,4 @@
-// Sorting the keys of a whole table, in memory as long as they are few, through temporary files beyond.
+// Sorts the keys of a whole table, in memory if they fit, otherwise through temporary files.
 #pragma once
 
 #include <cstdio>
@@ -12,14 +12,13 @@
 
 namespace dbase {
 
-/// Takes (key, record) pairs in any order and gives them back in the tag's order, equal keys by record
-/// number.
+/// Takes (key, record) pairs in any order and delivers them in the tag's order, equal keys by record number.
 class KeySorter {
 public:
     using Receiver = std::function<void(std::string_view key, RecordNumber record)>;
 
-    /// `expected`: how many pairs come, roughly. `memory`: bytes that may be held before a sorted run goes to
-    /// a temporary file.
+    /// `expected`: approximate number of pairs. `memory`: bytes to hold before a sorted run is written to a
+    /// temporary file.
     KeySorter(KeyOrder order, std::size_t keyLength, std::size_t expected,
               std::size_t memory = std::size_t{128} << 20);
     ~KeySorter();
@@ -30,7 +29,7 @@ public:
 private:
     struct Run;
     struct Handle {
-        std::uint64_t prefix; // first bytes of the key, so that most comparisons touch nothing else
+        std::uint64_t prefix; // first bytes of the key, enough for most comparisons
         std::uint32_t item;
     };
 

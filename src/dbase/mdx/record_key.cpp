@@ -1,4 +1,4 @@
-// The keys under which a tag files a record: copied from its columns, or evaluated.
+// Builds the keys of records: copied from their columns, or evaluated.
 #include "dbase/mdx/record_key.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// The keys under which a tag files a record.
+// The keys of records in a tag.
 #pragma once
 
 #include <span>
@@ -7,10 +7,10 @@
 
 namespace dbase {
 
-/// Key of a record in a tag, exactly keyLength bytes.
+/// Writes the key of a record in a tag, exactly keyLength bytes.
 void makeKey(const Tag& tag, const RecordView& record, std::span<char> key);
 
-/// The key under which some engines file a negative number of a narrow column: its 16 bits read without a
+/// Writes the key that some engines give a negative number of a narrow column: its low 16 bits read without a
 /// sign. False for any other record.
 [[nodiscard]] bool makeUnsignedKey(const Tag& tag, const RecordView& record, std::span<char> key);
 

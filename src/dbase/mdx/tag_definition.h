@@ -1,4 +1,4 @@
-// What makes one order of a table: the part of an index that whoever defines a table has to say.
+// The definition of a tag: the part of an index that the definer of a table provides.
 #pragma once
 
 #include <string>

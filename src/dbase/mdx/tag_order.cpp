@@ -1,4 +1,4 @@
-// Which of the two key orders a collating table's index really has.
+// Determines which of the two key orders a collating table's index really has.
 
 #include "dbase/dbf/codepage.h"
 #include "dbase/mdx/index_file.h"
@@ -8,7 +8,7 @@ namespace dbase {
 
 namespace {
 
-// The keys of the blocks on one way from the root to a leaf are enough: every block repeats the order of the
+// The keys of the blocks on one path from the root to a leaf are enough: every block is in the order of the
 // whole.
 bool obeys(const IndexFile& index, const Tag& tag, const KeyOrder& order) {
     std::vector<char> buffer;

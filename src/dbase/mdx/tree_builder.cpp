@@ -1,4 +1,4 @@
-// A tree made of sorted keys, from its leaves up to its root, and the blocks that it fills.
+// Builds a tree from sorted keys, from its leaves up to its root, and writes its blocks.
 #include "dbase/mdx/tree_builder.h"
 
 #include <algorithm>
@@ -60,7 +60,7 @@ TreeBuilder::TreeBuilder(IndexFile& index, const Tag& tag, BlockWriter& blocks)
     : tag_(tag), blocks_(blocks), block_(index.blockSize()) {}
 
 void TreeBuilder::add(std::string_view key, RecordNumber record) {
-    // One entry in eight stays free, so that the first additions do not split every leaf they touch.
+    // One entry in eight stays free, so that the first insertions do not split every leaf they touch.
     if (count_ >= tag_.maxKeys - tag_.maxKeys / 8U) {
         closeLeaf();
     }
@@ -106,7 +106,7 @@ TreeRoot TreeBuilder::finish() {
     root.lastLeaf = children_.back().page;
     const std::size_t most = tag_.maxKeys; // children of an inner block: one more than its separators
     while (children_.size() > 1) {
-        // Evenly, so that no inner block is left with a single child.
+        // Distributed evenly, so that no inner block is left with a single child.
         const std::size_t blocks = (children_.size() + most - 1) / most;
         std::vector<Child> above;
         std::size_t from = 0;

@@ -1,4 +1,4 @@
-// Rebuilding the trees of an index from sorted keys, bottom up and in one pass over the file.
+// Builds the trees of an index from sorted keys, bottom up and in one pass over the file.
 #pragma once
 
 #include <string>
@@ -8,17 +8,17 @@
 
 namespace dbase {
 
-/// Hands out the blocks of an index from the first one on, leaving the tag headers where they are: the
-/// definitions of the tags stay readable whatever happens meanwhile. Blocks are written behind one another in
-/// large pieces.
+/// Hands out the blocks of an index from the first one on, leaving the tag headers where they are, so that
+/// the definitions of the tags stay readable whatever happens meanwhile. Writes consecutive blocks in large
+/// pieces.
 class BlockWriter {
 public:
     explicit BlockWriter(IndexFile& index);
 
-    /// Takes the next block; its bytes are written with the ones around it.
+    /// Adds a block; its bytes are written together with its neighbours'.
     PageNumber put(std::span<const char> block);
     void flush();
-    /// First page behind everything used, tag headers included.
+    /// First page after everything used, tag headers included.
     [[nodiscard]] PageNumber end() const;
 
 private:
@@ -35,9 +35,9 @@ public:
     TreeBuilder(IndexFile& index, const Tag& tag, BlockWriter& blocks);
 
     void add(std::string_view key, RecordNumber record);
-    /// Writes what is left and the inner blocks. The root goes into the tag's header by the caller.
+    /// Writes what is left and the inner blocks. The caller stores the root in the tag's header.
     [[nodiscard]] TreeRoot finish();
-    /// Blocks written, for the size that the tag's header keeps.
+    /// Number of blocks written, for the size in the tag's header.
     [[nodiscard]] std::uint32_t blockCount() const { return blockCount_; }
 
 private:

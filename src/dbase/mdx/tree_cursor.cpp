@@ -13,8 +13,7 @@ namespace dbase {
 TreeNode::TreeNode(const IndexFile& index, const Tag& tag, PageNumber page, std::vector<char>& buffer)
     : itemLength_(tag.itemLength), keyLength_(tag.keyLength) {
     const char* block = index.block(page, buffer);
-    // The search looks at lines all over the block: ask for them together rather than wait for one after
-    // another.
+    // The search touches cache lines all over the block: requests them together instead of waiting for each.
     for (std::size_t line = 0; line < index.blockSize(); line += 64) {
         __builtin_prefetch(block + line);
     }
@@ -105,8 +104,8 @@ bool TreeCursor::descendFrom(PageNumber page, Bound bound, std::string_view key)
 }
 
 void TreeCursor::countLeaf(int direction) {
-    // A tree whose pages point at one another in circles has no end; one file cannot hold more entries than
-    // fit in it. Whoever walks back and forth between two leaves does not get further.
+    // A tree whose pages point at one another in circles has no end, but a file cannot hold more leaves than
+    // fit in it. Moving back and forth between two leaves does not count.
     steps_ += direction;
     if (static_cast<std::uint64_t>(std::abs(steps_)) > index_->file().size() / tag_->itemLength + 1) {
         index_->damaged(levels_[0].page, "el árbol del tag " + tag_->definition.name + " se repite");
@@ -212,7 +211,7 @@ bool TreeCursor::prior() {
 }
 
 bool TreeCursor::find(std::string_view key, RecordNumber record) {
-    // Equal in order, not in bytes: engines differ in how they note the digits of a number or a blank date.
+    // Equal in order, not in bytes: engines differ in how they encode the digits of a number or a blank date.
     for (bool on = seek(key); on && tag_->order.compare(this->key(), key) == 0; on = next()) {
         if (record_ == record) {
             return true;

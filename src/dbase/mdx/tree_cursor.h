@@ -1,5 +1,5 @@
-// Walking and seeking in the B-tree of one tag: a stack of (page, slot), as the pages have no links to their
-// neighbours.
+// Walks and seeks in the B-tree of one tag. Keeps a stack of (page, slot), because the pages have no links to
+// their neighbours.
 #pragma once
 
 #include <array>
@@ -10,21 +10,21 @@
 
 namespace dbase {
 
-/// One block of a tree, its item arithmetic checked.
+/// One block of a tree, with checked item arithmetic.
 class TreeNode {
 public:
     /// Errors: Error(BadIndex) for a count that its block cannot hold.
     TreeNode(const IndexFile& index, const Tag& tag, PageNumber page, std::vector<char>& buffer);
 
-    /// Keys: entries of a leaf, separators of an inner block.
+    /// Number of keys: entries of a leaf, separators of an inner block.
     [[nodiscard]] std::uint32_t count() const { return count_; }
     [[nodiscard]] bool isLeaf() const { return isLeaf_; }
-    /// Record of an entry, or a child; the one at count() is the last child.
+    /// The record of an entry, or a child; the one at count() is the last child.
     [[nodiscard]] std::uint32_t pointer(std::uint32_t i) const;
     [[nodiscard]] std::string_view key(std::uint32_t i) const {
         return {items_ + i * itemLength_ + mdx::itemKey, keyLength_};
     }
-    /// First item whose key is at or after (`after`: after) the given one, count() when there is none.
+    /// First item whose key is at or after (upperBound: after) the given one; count() if there is none.
     [[nodiscard]] std::uint32_t lowerBound(const KeyOrder& order, std::string_view key) const;
     [[nodiscard]] std::uint32_t upperBound(const KeyOrder& order, std::string_view key) const;
 
@@ -46,21 +46,21 @@ public:
 
     TreeCursor(const IndexFile& index, const Tag& tag) : index_(&index), tag_(&tag) {}
 
-    // Each: true when it stands on an entry afterwards. Errors: Error(BadIndex).
+    // Each returns true if the cursor is on an entry afterwards. Errors: Error(BadIndex).
     bool first();
     bool last();
     bool next();
     bool prior();
     /// First entry at or after the key; a shorter key is compared on its own length.
     bool seek(std::string_view key);
-    /// Where an entry behind all equal keys belongs: the slot may be one past the last of its leaf, so only
-    /// path() and prior() make sense afterwards.
+    /// Moves to where an entry after all equal keys belongs: the slot may be one past the last of its leaf,
+    /// so only path() and prior() are meaningful afterwards.
     void placeBehind(std::string_view key);
     /// First entry of the next leaf.
     bool nextLeaf();
-    /// The entry at a share of the tree (0 to 1), as if every block held equally many.
+    /// The entry at a share of the tree (0 to 1), as if all blocks held equally many.
     bool seekShare(double share);
-    /// The entry of one record, stepping through equal keys in whatever order they lie.
+    /// The entry of one record; steps through equal keys, whatever their order.
     bool find(std::string_view key, RecordNumber record);
 
     [[nodiscard]] bool isOnEntry() const { return onEntry_; }
@@ -68,20 +68,19 @@ public:
     [[nodiscard]] RecordNumber record() const { return record_; }
     [[nodiscard]] const Tag& tag() const { return *tag_; }
 
-    /// True when the stack still leads from the root of the tree to the entry it stood on: then it may be
-    /// walked on, whoever changed the file in between.
+    /// True if the stack still leads from the root of the tree to the same entry: then the cursor can move
+    /// on, even if the file was changed in between.
     [[nodiscard]] bool stillHolds() const;
 
-    /// The stack, root first; its last level is the leaf, also when the cursor stands behind the last entry
-    /// of it.
+    /// The stack, root first; its last level is the leaf, even if the cursor is after the leaf's last entry.
     [[nodiscard]] std::span<const Level> path() const { return {levels_.data(), depth_}; }
-    /// How much of the tree lies before the entry (0 to 1), as if every block held equally many.
+    /// The share of the tree before the entry (0 to 1), as if all blocks held equally many.
     [[nodiscard]] double share() const;
     /// Entries that follow in the same leaf, the current one included.
     [[nodiscard]] std::uint32_t entriesLeftInLeaf() const;
     /// Their record numbers; the first is the current one's.
     [[nodiscard]] std::vector<RecordNumber> recordsLeftInLeaf() const;
-    /// Onto an entry of the same leaf that the caller has read before.
+    /// Moves to an entry of the same leaf that the caller has read before.
     void moveInLeaf(std::uint32_t slot, RecordNumber record, std::string_view key);
 
 private:
@@ -97,7 +96,7 @@ private:
     std::array<Level, maxDepth> levels_;
     std::size_t depth_ = 0;
     bool onEntry_ = false;
-    std::int64_t steps_ = 0; // leaves since the last descent from the root, those backwards taken off
+    std::int64_t steps_ = 0; // net leaves forward since the last descent from the root
     RecordNumber record_ = 0;
     std::array<char, maxKeyLength> key_;
     mutable std::vector<char> buffer_;

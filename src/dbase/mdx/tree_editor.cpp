@@ -1,4 +1,4 @@
-// Keys put into a tree and taken out of it: pages that split, and pages that go.
+// Inserts keys into a tree and removes them, splitting and removing pages.
 #include "dbase/mdx/tree_editor.h"
 
 #include <algorithm>
@@ -15,9 +15,9 @@ void setCount(std::span<char> block, std::size_t count) {
     store32(block.data() + mdx::keyCount, static_cast<std::uint32_t>(count));
 }
 
-// The pointer behind the last item: the last child of an inner block, 0 in a leaf.
+// Sets the pointer after the last item: the last child of an inner block, 0 in a leaf.
 void setTail(std::span<char> block, const Tag& tag, std::size_t count, std::uint32_t pointer) {
-    // Room for it is left even behind a full block: maxKeys is counted that way.
+    // Even a full block has room for it: maxKeys allows for that.
     store32(block.data() + mdx::items + count * tag.itemLength, pointer);
 }
 
@@ -46,14 +46,14 @@ void TreeEditor::putItem(std::span<char> block, std::uint32_t i, std::uint32_t p
 }
 
 void TreeEditor::insert(std::string_view key, RecordNumber record) {
-    // From behind the equal keys back to the first one with a higher record number: an appended record, which
-    // has the highest number of all, is placed at once.
+    // Goes from after the equal keys back to the first one with a higher record number: an appended record,
+    // which has the highest number of all, is placed at once.
     TreeCursor at(index_, tag_);
     at.placeBehind(key);
     Path path(at.path().begin(), at.path().end());
     while (at.prior() && tag_.order.compare(at.key(), key) == 0 && at.record() >= record) {
         if (at.record() == record) {
-            return; // an engine that ignores FOR conditions put it there
+            return; // inserted by an engine that ignores FOR conditions
         }
         path.assign(at.path().begin(), at.path().end());
     }
@@ -91,8 +91,8 @@ void TreeEditor::splitLeaf(Path path, std::string_view key, RecordNumber record)
     std::vector<Item> items = itemsOf(TreeNode(index_, tag_, left, buffer));
     items.insert(items.begin() + slot, Item{record, std::string(key)});
 
-    // At the very end of the tree only the new entry moves on, so that rows added in key order leave full
-    // pages.
+    // At the very end of the tree only the new entry moves to the next page, so that rows added in key order
+    // leave full pages.
     const bool atEnd = slot + 1 == items.size() &&
                        std::all_of(path.begin(), path.end() - 1, [&](const TreeCursor::Level& level) {
                            return level.slot == count(level.page);
@@ -151,8 +151,8 @@ void TreeEditor::writeInner(PageNumber page, const Inner& inner) {
     setTail(block, tag_, inner.items.size(), inner.last);
 }
 
-// `left`, a child of the block at the end of the path, was split: `right` follows it, `separator` is left's
-// last key.
+// `left`, a child of the block at the end of the path, was split: `right` follows it, `separator` is the last
+// key of `left`.
 void TreeEditor::insertChild(Path path, const std::string& separator, PageNumber left, PageNumber right) {
     if (path.empty()) {
         const PageNumber rootPage = index_.allocate(tag_);
@@ -216,7 +216,7 @@ bool TreeEditor::remove(std::string_view key, RecordNumber record) {
     return true;
 }
 
-// The separator that bounds the child at the end of the path from above, wherever it stands.
+// Sets the separator that bounds the child at the end of the path from above, wherever it is.
 void TreeEditor::setSeparatorAbove(Path path, std::string_view key) {
     while (!path.empty()) {
         const auto [page, slot] = path.back();
@@ -236,7 +236,7 @@ void TreeEditor::unlinkLeaf(Path path) {
     if (root.firstLeaf == leaf || root.lastLeaf == leaf) {
         TreeCursor neighbour(index_, tag_);
         PageNumber newEnd = 0;
-        neighbour.first(); // at least on the entry that goes
+        neighbour.first(); // at least on the entry to be removed
         if (root.firstLeaf == leaf && neighbour.path().back().page == leaf && neighbour.next()) {
             newEnd = neighbour.path().back().page;
         } else if (root.lastLeaf == leaf) {
@@ -250,7 +250,7 @@ void TreeEditor::unlinkLeaf(Path path) {
     index_.release(leaf);
 }
 
-// Takes the child at the end of the path out of its block.
+// Removes the child at the end of the path from its block.
 void TreeEditor::removeChild(Path path) {
     const auto [page, slot] = path.back();
     Inner inner = readInner(page);
@@ -279,8 +279,8 @@ void TreeEditor::removeChild(Path path) {
     }
 }
 
-// The block at the end of the path keeps one child and no separator, which readers take for a leaf without
-// keys: its child moves to a neighbour, or a neighbour gives it one of its own.
+// The block at the end of the path is left with one child and no separator, which readers take for a leaf
+// without keys: moves its child to a neighbour, or gives it one of a neighbour's.
 void TreeEditor::mendLoneChild(Path path, PageNumber child) {
     const PageNumber page = path.back().page;
     path.pop_back();
@@ -306,7 +306,7 @@ void TreeEditor::mendLoneChild(Path path, PageNumber child) {
         }
         writeInner(siblingPage, sibling);
         index_.release(page);
-        if (fromLeft) { // the sibling also takes the place, and so the separator, of the block that goes
+        if (fromLeft) { // the sibling also takes the place, and so the separator, of the removed block
             (slot < above.items.size() ? above.items[slot].pointer : above.last) = siblingPage;
             writeInner(abovePage, above);
             path.back().slot = slot - 1;

@@ -1,4 +1,4 @@
-// Inserting into and removing from the B-tree of one tag.
+// Inserts into and removes from the B-tree of one tag.
 #pragma once
 
 #include <string>
@@ -9,15 +9,15 @@
 
 namespace dbase {
 
-/// Changes a tree through the index file's gathered changes; nothing is written. Errors: Error(BadIndex,
+/// Changes a tree within the index file's gathered changes; writes nothing. Errors: Error(BadIndex,
 /// TooLarge).
 class TreeEditor {
 public:
     TreeEditor(IndexFile& index, const Tag& tag) : index_(index), tag_(tag) {}
 
-    /// Adds an entry in record-number order among equal keys; nothing when it is there already.
+    /// Adds an entry, in record-number order among equal keys, unless it exists already.
     void insert(std::string_view key, RecordNumber record);
-    /// False when there is no such entry.
+    /// False if there is no such entry.
     [[nodiscard]] bool remove(std::string_view key, RecordNumber record);
 
 private:
@@ -27,11 +27,11 @@ private:
         std::string key;
     };
     struct Inner {
-        std::vector<Item> items; // children, each with the separator behind it
+        std::vector<Item> items; // children, each with the separator after it
         PageNumber last = 0;     // the last child
     };
 
-    /// One fewer than a leaf holds: other engines break trees with fuller inner blocks.
+    /// One fewer than the keys of a leaf: other engines break trees with fuller inner blocks.
     [[nodiscard]] std::size_t maxSeparators() const { return tag_.maxKeys - 1U; }
     [[nodiscard]] std::uint32_t count(PageNumber page) const;
     [[nodiscard]] static std::vector<Item> itemsOf(const TreeNode& node);

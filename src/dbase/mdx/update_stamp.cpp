@@ -1,4 +1,4 @@
-// The stamp in the header of an index, from its bytes and back.
+// Decodes and encodes the stamp in the header of an index.
 #include "dbase/mdx/update_stamp.h"
 
 #include <algorithm>

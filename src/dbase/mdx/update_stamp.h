@@ -1,4 +1,4 @@
-// What our writers leave in bytes of the .MDX header that the format does not use; see docs/formats.md.
+// The stamp that our writers leave in unused bytes of the .MDX header; see docs/formats.md.
 #pragma once
 
 #include <array>
@@ -9,13 +9,13 @@
 namespace dbase {
 
 struct UpdateStamp {
-    bool present = false;      // false in an index that only other programs wrote
-    bool inUpdate = false;     // a writer is at work, or died at it
+    bool present = false;      // false in an index that only other programs have written
+    bool inUpdate = false;     // a writer is at work, or died during the update
     std::uint32_t records = 0; // records that the tags cover
-    std::uint64_t counter = 0; // one more at the begin and at the end of every update; odd in between
+    std::uint64_t counter = 0; // incremented at the start and end of every update; odd in between
 
-    /// The stamp of an update that begins at this one, the tags covering so many records at its end. Where a
-    /// writer died the update is taken for his, begun anew.
+    /// The stamp of an update that starts from this one and ends with the tags covering `covered` records. If
+    /// a writer died, the update counts as that writer's, started again.
     [[nodiscard]] UpdateStamp begun(std::uint32_t covered) const {
         return {true, true, covered, counter - counter % 2 + 1};
     }
