@@ -18,6 +18,7 @@ struct WindowSize {
 
 /// A snapshot of rows. Empty on an empty table.
 struct RowsAround {
+    /// One of the rows.
     struct Row {
         RecordNumber record = 0; // 0: a pending new row, placed after the row that was current
         double place = 0; // share of the order, or of the range, that lies before it (0 to 1); estimated

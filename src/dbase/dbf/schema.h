@@ -60,7 +60,8 @@ struct AMBREL_EXPORT Schema {
 };
 
 /// The first byte of a record.
-inline constexpr char liveMark = ' ', deletedMark = '*';
+inline constexpr char liveMark = ' ';
+inline constexpr char deletedMark = '*';
 
 /// One record as it lies in the file: deletion mark, then the columns without separators.
 struct RecordView {
