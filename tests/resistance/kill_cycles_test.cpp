@@ -156,11 +156,11 @@ private:
         RecordProperty("whole", tally_.whole);
         RecordProperty("redone", tally_.redone);
         RecordProperty("absent", tally_.absent);
-        std::cout << "resistencia: " << ::testing::UnitTest::GetInstance()->current_test_info()->name()
-                  << ": ciclos=" << tally_.cycles << " marcas=" << tally_.marks
-                  << " confirmadas=" << tally_.acknowledged << " enteras=" << tally_.whole
-                  << " rehechas=" << tally_.redone << " ausentes=" << tally_.absent
-                  << " muertos_al_abrir=" << tally_.killedOpeners << '\n';
+        std::cout << "resistance: " << ::testing::UnitTest::GetInstance()->current_test_info()->name()
+                  << ": cycles=" << tally_.cycles << " marks=" << tally_.marks
+                  << " acknowledged=" << tally_.acknowledged << " whole=" << tally_.whole
+                  << " redone=" << tally_.redone << " absent=" << tally_.absent
+                  << " killed_openers=" << tally_.killedOpeners << '\n';
     }
 
     std::minstd_rand random_{20'000'003};
