@@ -1,4 +1,4 @@
-// A data source and the dataset that it listens to.
+// Links a data source to the dataset that it listens to.
 #include "dbase/dataset/data_source.h"
 
 namespace dbase {

@@ -1,4 +1,4 @@
-// The value of a column in the current row, read and written by type.
+// Reads and writes the value of a column in the current row by type.
 #include "dbase/dataset/field.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// The rows that a dataset shows: how tag, range and filter are walked together.
+// Walks the rows that a dataset shows, by tag, range and filter together.
 #include "dbase/dataset/row_order.h"
 
 #include <algorithm>

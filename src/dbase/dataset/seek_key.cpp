@@ -1,4 +1,4 @@
-// Search keys: the key of a blank record into which the given values were written.
+// Builds search keys: the key of a blank record with the given values.
 #include "dbase/dataset/seek_key.h"
 
 #include "dbase/dbf/codec.h"

@@ -1,4 +1,4 @@
-// Values of columns, decoded from the bytes of a record and encoded into them.
+// Decodes column values from the bytes of a record and encodes them into it.
 #include "dbase/dbf/codec.h"
 
 #include <algorithm>
@@ -25,7 +25,7 @@ std::string_view withoutBlanks(std::string_view text) {
     return text;
 }
 
-/// Takes a sign off the front; true for minus.
+/// Removes a sign from the front; true for minus.
 bool takeSign(std::string_view& text) {
     if (text.empty() || (text.front() != '-' && text.front() != '+')) {
         return false;
@@ -46,10 +46,10 @@ constexpr JulianDay unixEpoch = 2440588;
 constexpr int daysPerEra = 146097; // 400 years
 constexpr JulianDay firstOfMarch0 = unixEpoch - 719468;
 
-/// Years are counted from March, so that the leap day is the last of its year.
+/// Counts years from March, so that the leap day is the last of its year.
 constexpr JulianDay toJulian(int year, int month, int day) {
     const int marchYear = month <= 2 ? year - 1 : year;
-    const int era = marchYear / 400; // never below 0: years begin with 1
+    const int era = marchYear / 400; // never negative: years start at 1
     const int yearOfEra = marchYear - era * 400;
     const int dayOfYear = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;
     const int dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
@@ -61,7 +61,7 @@ constexpr JulianDay lastDay = toJulian(9999, 12, 31);
 static_assert(toJulian(1970, 1, 1) == 2440588 && toJulian(2024, 1, 1) == 2460311 &&
               toJulian(1900, 1, 1) == 2415021);
 
-/// Decimal digits of a fixed count.
+/// Writes a fixed number of decimal digits.
 void writeDigits(char* to, int count, int value) {
     for (int i = count - 1; i >= 0; --i, value /= 10) {
         to[i] = static_cast<char>('0' + value % 10);
@@ -92,7 +92,7 @@ std::string_view decodeText(std::string_view raw) {
 std::optional<double> decodeNumber(std::string_view raw) {
     std::string_view text = withoutBlanks(raw);
     const bool isNegative = takeSign(text);
-    std::uint64_t mantissa = 0; // of the first 18 digits
+    std::uint64_t mantissa = 0; // the first 18 digits
     std::size_t digits = 0, decimals = 0;
     bool hasPoint = false;
     for (const char c : text) {
@@ -112,7 +112,7 @@ std::optional<double> decodeNumber(std::string_view raw) {
     }
 
     double value = 0;
-    if (digits <= 15) { // both exact as doubles, hence the quotient correctly rounded
+    if (digits <= 15) { // both operands are exact as doubles, so the quotient is correctly rounded
         constexpr std::array<double, 16> powers{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                                 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
         value = static_cast<double>(mantissa) / powers[decimals];
@@ -220,7 +220,7 @@ bool encodeNumber(std::span<char> raw, double value, int decimals) {
 }
 
 bool encodeInteger(std::span<char> raw, std::int64_t value, int decimals) {
-    std::array<char, 20> digits; // the longest has a sign and 19 of them
+    std::array<char, 20> digits; // at most a sign and 19 digits
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
     const auto length = static_cast<std::size_t>(end - digits.data());
     const std::size_t tail = decimals > 0 ? 1 + static_cast<std::size_t>(decimals) : 0;

@@ -1,4 +1,4 @@
-// Code pages asked of the system once, and the weights of tables that collate.
+// Code pages, obtained once from the system's converter, and the weights of collating tables.
 #include "dbase/dbf/codepage.h"
 
 #include <iconv.h>
@@ -27,7 +27,7 @@ public:
     Converter(const Converter&) = delete;
     Converter& operator=(const Converter&) = delete;
 
-    /// Null for a byte that the page leaves open.
+    /// Null for a byte undefined in the page.
     [[nodiscard]] std::optional<char32_t> decode(unsigned char byte) {
         iconv(handle_, nullptr, nullptr, nullptr, nullptr);
         char in = static_cast<char>(byte);
@@ -47,7 +47,7 @@ private:
     iconv_t handle_;
 };
 
-/// Small letter of a Latin capital; the same character for anything else. Independent of the locale.
+/// The small letter of a Latin capital; any other character unchanged. Independent of the locale.
 char32_t smallLetter(char32_t code) {
     const auto within = [code](char32_t first, char32_t last) { return code >= first && code <= last; };
     if (within(U'A', U'Z') || (within(0xC0, 0xDE) && code != 0xD7)) {
@@ -56,7 +56,7 @@ char32_t smallLetter(char32_t code) {
     if (code == 0x178) { // Ÿ
         return 0xFF;
     }
-    // Latin Extended-A keeps capital and small letter side by side, from even or from odd numbers.
+    // Latin Extended-A has each capital just before its small letter, at an even or an odd number.
     const bool isEvenPair = within(0x100, 0x12F) || within(0x132, 0x137) || within(0x14A, 0x177);
     const bool isOddPair = within(0x139, 0x148) || within(0x179, 0x17E);
     if ((isEvenPair && code % 2 == 0) || (isOddPair && code % 2 == 1)) {
@@ -84,7 +84,7 @@ void appendUtf8(std::string& text, char32_t code) {
     }
 }
 
-/// Takes one character off the front of a text that is not empty; null when it is no well-formed UTF-8.
+/// Removes one character from the front of a text that is not empty; null if it is not well-formed UTF-8.
 std::optional<char32_t> takeUtf8(std::string_view& text) {
     const auto lead = static_cast<unsigned char>(text.front());
     const std::size_t size = lead < 0x80         ? 1

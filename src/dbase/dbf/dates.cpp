@@ -6,7 +6,7 @@
 namespace dbase {
 
 void encodeHeaderDate(char* bytes) {
-    // Converted at most once a minute of use: a time zone look-up costs more than writing a record.
+    // Converts at most once a minute: a time zone lookup costs more than writing a record.
     static std::time_t known = 0;
     static char date[3];
     const std::time_t now = std::time(nullptr);

@@ -5,10 +5,10 @@
 
 namespace dbase {
 
-/// Three bytes: year - 1900, month, day, of local time.
+/// Writes three bytes: year - 1900, month, day, in local time.
 void encodeHeaderDate(char* bytes);
 
-/// No records, changed today.
+/// Counts of a table without records, changed today.
 [[nodiscard]] HeaderCounts todaysCounts();
 
 } // namespace dbase

@@ -1,4 +1,4 @@
-// Decimal digits of a double, rounded and laid out in a fixed width.
+// Converts a double to decimal digits, and rounds them to a fixed width.
 #include "dbase/dbf/decimal.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace dbase {
 
 namespace {
 
-/// Cuts to `keep` digits, halves away from zero.
+/// Rounds to `keep` digits, halves away from zero.
 void roundTo(Decimal& number, int keep) {
     if (keep < 0) {
         number.count = 0;
@@ -26,7 +26,7 @@ void roundTo(Decimal& number, int keep) {
         char& last = number.digits[number.count - 1];
         carry = last == '9';
         if (carry) {
-            --number.count; // the nines turn into zeros, which are not kept
+            --number.count; // nines become zeros, which are not stored
         } else {
             ++last;
         }
@@ -81,7 +81,7 @@ bool formatFixed(std::span<char> out, double value, int decimals) {
     if (length > static_cast<int>(out.size())) {
         return false;
     }
-    const auto digitAt = [&number](int power) { // the digit that counts 10^power
+    const auto digitAt = [&number](int power) { // the digit for 10^power
         const int index = number.exponent - 1 - power;
         return index >= 0 && index < static_cast<int>(number.count)
                    ? number.digits[static_cast<std::size_t>(index)]

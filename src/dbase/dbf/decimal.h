@@ -1,5 +1,5 @@
-// Doubles as decimal digits: the shortest ones that read back as the same number, so that what was typed as
-// 0.1 is written as 0.1.
+// Doubles as decimal digits: the fewest that read back as the same number, so that a typed 0.1 is written as
+// 0.1.
 #pragma once
 
 #include <array>
@@ -7,7 +7,7 @@
 
 namespace dbase {
 
-/// value = ± 0.d1d2d3… x 10^exponent, d1 not 0. Zero, and what is no finite number, has no digits.
+/// value = ± 0.d1d2d3… x 10^exponent, d1 not 0. Zero, infinities and NaN have no digits.
 struct Decimal {
     bool isNegative = false;
     int exponent = 0;
@@ -17,8 +17,8 @@ struct Decimal {
 
 [[nodiscard]] Decimal toDecimal(double value);
 
-/// Writes a number right-justified with so many decimals, halves rounded away from zero; false (and nothing
-/// written) when it does not fit or is not finite.
+/// Writes a number right-justified with `decimals` decimals, halves rounded away from zero; false, with
+/// nothing written, if it does not fit or is not finite.
 [[nodiscard]] bool formatFixed(std::span<char> out, double value, int decimals);
 
 } // namespace dbase

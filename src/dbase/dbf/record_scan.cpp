@@ -1,4 +1,4 @@
-// A pass over all records, in pieces of a megabyte.
+// Reads all records in pieces of a megabyte.
 #include "dbase/dbf/record_scan.h"
 
 #include <algorithm>

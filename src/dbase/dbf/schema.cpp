@@ -1,4 +1,4 @@
-// Columns found by their names.
+// Finds columns by name.
 #include "dbase/dbf/schema.h"
 
 #include "dbase/system/names.h"
@@ -7,7 +7,7 @@ namespace dbase {
 
 std::optional<std::size_t> Schema::find(std::string_view name) const {
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (columns[i].name == name) { // as nearly every caller writes it
+        if (columns[i].name == name) { // nearly every caller writes it in capitals
             return i;
         }
     }

@@ -15,7 +15,7 @@ namespace dbase {
 /// 1-based number of a record in its file; 0 is no record.
 using RecordNumber = std::uint32_t;
 
-/// The letter by which a header names a type.
+/// Column types, by their letters in the header.
 enum class ColumnType : char {
     Character = 'C',
     Numeric = 'N',
@@ -29,12 +29,12 @@ enum class ColumnType : char {
 enum class LanguageDriver : std::uint8_t {
     None = 0x00,
     WindowsAnsi = 0x03,
-    AnsiUs = 0x57,         // Windows-1252, keys in byte order; what new tables get
+    AnsiUs = 0x57,         // Windows-1252, keys in byte order; used for new tables
     AnsiWestEurope = 0x58, // Windows-1252, keys by weight
     AnsiSpanish = 0x59,    // Windows-1252, keys by weight
 };
 
-/// A column as the header describes it.
+/// A column as described in the header.
 struct Column {
     std::string name; // upper case, at most 10 characters
     ColumnType type = ColumnType::Character;
@@ -46,7 +46,7 @@ struct Column {
     [[nodiscard]] bool isNumber() const { return type == ColumnType::Numeric || type == ColumnType::Float; }
 };
 
-/// Layout of a table. Value type; columns keep their order in the file.
+/// Layout of a table. Value type; columns are in file order.
 struct AMBREL_EXPORT Schema {
     std::vector<Column> columns;
     std::uint8_t version = 0x03;
@@ -63,7 +63,7 @@ struct AMBREL_EXPORT Schema {
 inline constexpr char liveMark = ' ';
 inline constexpr char deletedMark = '*';
 
-/// One record as it lies in the file: deletion mark, then the columns without separators.
+/// One record as stored in the file: deletion mark, then the columns without separators.
 struct RecordView {
     const Schema* schema = nullptr;
     std::span<const char> bytes; // recordLength bytes

@@ -1,4 +1,4 @@
-// Records read and written by their number, and the count of the header.
+// Reads and writes records by number, and maintains the count in the header.
 #include "dbase/dbf/table_file.h"
 
 #include <algorithm>
@@ -104,7 +104,7 @@ RecordView TableFile::record(RecordNumber number) const {
     }
     if (const char* view = file_->view()) {
         const std::span<const char> bytes(view + offset, schema_.recordLength);
-        if (bytes.front() == '\0' || bytes.back() == '\0') { // so reads what a file cut within a page lost
+        if (bytes.front() == '\0' || bytes.back() == '\0') { // a file truncated within a page reads like this
             confirmReach(offset + schema_.recordLength);
         }
         return {&schema_, bytes, number};

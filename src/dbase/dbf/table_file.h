@@ -1,4 +1,4 @@
-// The .DBF: raw records by 1-based number. Knows no order and no filter; the caller holds the locks.
+// The .DBF: raw records by 1-based number. Has no order and no filter; the caller holds the locks.
 #pragma once
 
 #include <memory>
@@ -20,35 +20,35 @@ public:
     [[nodiscard]] File& file() const { return *file_; }
     [[nodiscard]] const std::string& path() const { return file_->path(); }
 
-    /// Records now: the smaller of what the header says and what the file holds.
+    /// Number of records now: the smaller of the header's count and what the file holds.
     [[nodiscard]] RecordNumber recordCount() const;
-    /// What the header says, whatever the file holds.
+    /// The header's count, whatever the file holds.
     [[nodiscard]] std::uint32_t announcedCount() const;
 
     /// The bytes of a record (1 .. recordCount()), valid until the next call or the end of the lock.
     [[nodiscard]] RecordView record(RecordNumber number) const;
-    /// Hints that a record is going to be read.
+    /// Hints that a record will be read.
     void prefetch(RecordNumber number) const;
 
     /// Writes a record over an existing one.
     void overwrite(RecordNumber number, std::span<const char> bytes);
-    /// Writes records behind the last one with the end mark; they do not count before setCount().
+    /// Writes records after the last one, with the end mark; they do not count before setCount().
     void writeBehind(RecordNumber number, std::span<const char> bytes);
-    /// Whether the count that the header announces is not that of the complete records: the file ends before,
-    /// or goes on with complete ones where its end mark should be.
+    /// Whether the header's count differs from that of the complete records: the file ends before them, or
+    /// continues with complete ones where its end mark should be.
     [[nodiscard]] bool isMiscounted() const;
     /// Makes the complete records those that count, whatever the header said; what stands behind the end mark
     /// is none. False when they did already.
     bool correctCount();
-    /// Header count and today's date.
+    /// Writes the count and today's date to the header.
     void setCount(std::uint32_t count);
-    /// Cuts what a writeBehind() that failed may have left.
+    /// Cuts off what a failed writeBehind() may have left.
     void dropBehind(std::uint32_t count);
-    /// The same for whatever stands behind the end mark; nothing when nothing does.
+    /// The same, but only if there is anything after the end mark.
     void cutBehind(std::uint32_t count);
-    /// Asks for the size of the file again at the next need.
+    /// Makes the next use of the file's size query it again.
     void forgetSize() { knownSize_ = 0; }
-    /// Marks the columns that are by themselves the key of a tag.
+    /// Marks the columns that alone are the key of a tag.
     void markColumns(const std::vector<bool>& marked);
     /// Sets the production index flag.
     void setHasIndex(bool has);
@@ -64,7 +64,7 @@ private:
 
     std::unique_ptr<File> file_;
     Schema schema_;
-    mutable std::uint64_t knownSize_ = 0; // the file never shrinks below it while locked, save by strangers
+    mutable std::uint64_t knownSize_ = 0; // only other programs shrink the file below it while it is locked
     mutable std::vector<char> buffer_;    // for files without a view
 };
 

@@ -1,4 +1,4 @@
-// The header of a .DBF, decoded field by field and checked, and encoded.
+// Decodes the header of a .DBF field by field with checks, and encodes it.
 #include "dbase/dbf/table_header.h"
 
 #include <algorithm>
@@ -34,7 +34,7 @@ std::string hex(unsigned value) {
     return text.data();
 }
 
-/// A name fit for a message: what is not ASCII, or not to be printed, becomes a question mark.
+/// A name for a message: characters that are not printable ASCII become question marks.
 std::string shown(const std::string& name) {
     std::string text = name;
     for (char& c : text) {
@@ -68,7 +68,7 @@ std::string decodeName(Bytes descriptor, std::size_t offset, const std::string& 
 
 bool isKnownType(char type) { return std::string_view("CNFLDM").find(type) != std::string_view::npos; }
 
-/// Decodes one descriptor; the column's offset is left to the caller.
+/// Decodes one descriptor; the caller sets the column's offset.
 Column decodeColumn(Bytes descriptor, std::size_t offset, const std::string& file) {
     Column column;
     column.name = decodeName(descriptor, offset, file);
@@ -89,7 +89,7 @@ Column decodeColumn(Bytes descriptor, std::size_t offset, const std::string& fil
         refuse(file, title + " tiene anchura " + std::to_string(column.width) + " y su tipo exige " +
                          std::to_string(fixedWidth) + ".");
     }
-    if (column.isNumber()) { // other programs keep other things in this byte of character columns
+    if (column.isNumber()) { // in character columns other programs use this byte for other things
         column.decimals = load8(descriptor, dbf::columnDecimals);
         if (column.decimals >= column.width) {
             refuse(file, title + " tiene anchura " + std::to_string(column.width) + " y " +
@@ -137,7 +137,7 @@ void decodeColumns(Schema& schema, Bytes bytes, const std::string& file) {
     }
 }
 
-/// Widths that a new column may have.
+/// Checks the width of a new column.
 void checkNewWidth(const Column& column, const std::string& file) {
     const std::string title = "la columna " + shown(column.name);
     int smallest = 1, largest = 1;
@@ -149,7 +149,7 @@ void checkNewWidth(const Column& column, const std::string& file) {
     case ColumnType::Float:
         largest = 20;
         if (column.decimals > 0) {
-            smallest = column.decimals + 2; // a digit and the point before them
+            smallest = column.decimals + 2; // a digit and the point precede them
         }
         break;
     case ColumnType::Logical:

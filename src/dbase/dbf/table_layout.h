@@ -25,13 +25,13 @@ inline constexpr std::size_t fixedSize = 32;
 
 // Descriptor of a column.
 inline constexpr std::size_t columnName = 0;
-inline constexpr std::size_t columnNameSize = 11; // with its end
+inline constexpr std::size_t columnNameSize = 11; // with its terminator
 inline constexpr std::size_t columnType = 11;
 inline constexpr std::size_t columnWidth = 16;
 inline constexpr std::size_t columnDecimals = 17;
 inline constexpr std::size_t columnTagFlag = 31;
 inline constexpr std::size_t descriptorSize = 32;
 
-inline constexpr char endOfColumns = 0x0D; // in the place of another descriptor
+inline constexpr char endOfColumns = 0x0D; // in place of another descriptor
 
 } // namespace dbase::dbf

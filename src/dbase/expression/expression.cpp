@@ -1,4 +1,4 @@
-// An expression as its users see it: parsing it, evaluating it, and what its key is made of.
+// The public side of expressions: parsing, evaluating, and the columns that a key consists of.
 #include "dbase/expression/expression.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// The journal as a file beside its table, and the identity of a start of the machine.
+// The journal's file beside its table, and the identity of a boot of the machine.
 #include "dbase/journal/journal_place.h"
 
 #include <cerrno>

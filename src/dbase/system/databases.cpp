@@ -1,4 +1,4 @@
-// Folders by the names of databases, and files found in them whatever their letter case.
+// Finds folders by database name, and the files in them, letter case ignored.
 #include "dbase/system/databases.h"
 
 #include <cerrno>

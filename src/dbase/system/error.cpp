@@ -1,4 +1,4 @@
-// The text of an error, which begins with its file.
+// Puts the file in front of an error's text.
 #include "dbase/system/error.h"
 
 namespace dbase {

@@ -1,4 +1,4 @@
-// Views of files in memory, and the signal handler that keeps a cut file from ending the program.
+// Views of files in memory, and the signal handler that keeps a truncated file from ending the program.
 #include "dbase/system/mapped_view.h"
 
 #include <array>

@@ -1,4 +1,4 @@
-// Spanish texts for the error numbers of the system.
+// Spanish texts for the system's error numbers.
 #include "dbase/system/system_reason.h"
 
 #include <cerrno>
