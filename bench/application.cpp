@@ -1,3 +1,4 @@
+// The application that benchmarks with widgets need.
 #include "application.h"
 
 #include <QApplication>

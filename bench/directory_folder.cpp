@@ -1,3 +1,4 @@
+// Generates the small and the large directory.
 #include "directory_folder.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Loads and searches the directory in LMDB.
 #include "lmdb_postal.h"
 
 #include <cstring>

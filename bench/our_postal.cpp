@@ -1,3 +1,4 @@
+// Loads and opens the directory in our own tables.
 #include "our_postal.h"
 
 #include <filesystem>

@@ -1,3 +1,4 @@
+// Generates rows of a street directory from their numbers.
 #include "postal_rows.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// Loads and opens the directory in SQLite.
 #include "sqlite_postal.h"
 
 #include <cstdio>

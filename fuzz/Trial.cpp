@@ -1,3 +1,4 @@
+// What the fuzz targets share.
 #include "Trial.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Writes the sample tables and the folder POSTALES.
 #include "sample/Sample.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// Measures the contrast of drawn texts.
 #include "accessibility/Contrast.h"
 
 #include <QHash>

@@ -1,3 +1,4 @@
+// Finds texts that have too little room.
 #include "accessibility/CutTexts.h"
 
 #include <QAbstractButton>

@@ -1,3 +1,4 @@
+// Lists the controls and mnemonics of a form.
 #include "accessibility/FormControls.h"
 
 #include <QAbstractButton>

@@ -1,3 +1,4 @@
+// Shows each form over tables with the longest texts.
 #include "accessibility/Forms.h"
 
 #include <QAbstractButton>

@@ -1,3 +1,4 @@
+// Resolves many known addresses and counts the results.
 #include "AddressTrial.h"
 
 #include <algorithm>

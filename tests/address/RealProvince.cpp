@@ -1,3 +1,4 @@
+// Loads one real province into the tables.
 #include "address/RealProvince.h"
 
 #include <cstdlib>

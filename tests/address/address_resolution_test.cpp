@@ -1,3 +1,4 @@
+// A whole address resolved without boxes.
 #include "address/AddressResolution.h"
 
 #include "controller/StreetTables.h"

@@ -1,3 +1,4 @@
+// A host's form wired to a controller.
 #include "controller/AddressForm.h"
 
 #include "services/FocusEvents.h"

@@ -1,3 +1,4 @@
+// A process that adds and deletes streets.
 #include "controller/StreetDriver.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// The postal tables with a few municipalities.
 #include "controller/StreetTables.h"
 
 #include "dbase/system/error.h"

@@ -1,3 +1,4 @@
+// The text, selection and keys of a completion.
 #include "controller/Completion.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// The pass that writes municipality and INE code into every street.
 #include "controller/InePass.h"
 
 #include <gtest/gtest.h>

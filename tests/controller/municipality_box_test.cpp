@@ -1,3 +1,4 @@
+// The municipality box: typing, leaving, and its list.
 #include <QPushButton>
 #include <QTest>
 

@@ -1,3 +1,4 @@
+// The municipality of a street.
 #include "controller/MunicipalityOfStreet.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Searches for municipalities in each order.
 #include "controller/MunicipalitySearch.h"
 
 #include "controller/StreetTables.h"

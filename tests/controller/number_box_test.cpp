@@ -1,3 +1,4 @@
+// Leaving the box of the house number.
 #include <QTest>
 
 #include "controller/AddressForm.h"

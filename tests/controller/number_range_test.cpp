@@ -1,3 +1,4 @@
+// House numbers in the ranges of a stretch.
 #include "controller/NumberRange.h"
 
 #include <gtest/gtest.h>

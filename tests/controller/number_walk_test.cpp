@@ -1,3 +1,4 @@
+// The walk to the stretch that holds a house number.
 #include "controller/NumberWalk.h"
 
 #include "controller/StreetTables.h"

@@ -1,3 +1,4 @@
+// The name of a province by its code.
 #include "controller/ProvinceName.h"
 
 #include "data/PostalTables.h"

@@ -1,3 +1,4 @@
+// The street box: typing, leaving, and its questions.
 #include <QTest>
 #include <filesystem>
 

@@ -1,3 +1,4 @@
+// The controller's dialogs for streets.
 #include <QLineEdit>
 #include <QTest>
 

@@ -1,3 +1,4 @@
+// The keys that new streets get.
 #include "controller/StreetKeyAllocation.h"
 
 #include "data/PostalTables.h"

@@ -1,3 +1,4 @@
+// Adding, changing and deleting streets through the controller.
 #include "controller/ClasCodPostales.h"
 #include "controller/StreetTables.h"
 #include "services/EventGuard.h"

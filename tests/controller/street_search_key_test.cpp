@@ -1,3 +1,4 @@
+// The search keys of streets.
 #include "controller/StreetSearchKey.h"
 
 #include <gtest/gtest.h>

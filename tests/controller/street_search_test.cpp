@@ -1,3 +1,4 @@
+// Searches for streets by name and type.
 #include "controller/StreetSearch.h"
 
 #include "controller/StreetSearchKey.h"

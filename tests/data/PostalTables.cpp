@@ -1,3 +1,4 @@
+// Creates and fills the five postal tables.
 #include "data/PostalTables.h"
 
 #include "data/TableDefinitions.h"

@@ -1,3 +1,4 @@
+// The street search dialog over a few provinces and streets.
 #include "dialogs/AddressSearchForm.h"
 
 #include <QStatusBar>

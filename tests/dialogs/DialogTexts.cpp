@@ -1,3 +1,4 @@
+// Compares the controls and texts of a dialog with a table.
 #include "dialogs/DialogTexts.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// A data grid on a table of numbered rows.
 #include "GridFixture.h"
 
 #include <QApplication>

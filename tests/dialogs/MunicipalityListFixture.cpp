@@ -1,3 +1,4 @@
+// The lists of municipalities on a small table.
 #include "dialogs/MunicipalityListFixture.h"
 
 #include <QTest>

@@ -1,3 +1,4 @@
+// The street card over a few streets.
 #include "dialogs/StreetCardForm.h"
 
 #include <QApplication>

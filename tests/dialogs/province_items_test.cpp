@@ -1,3 +1,4 @@
+// The items of the province combo.
 #include "dialogs/common/ProvinceItems.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// A window with the six boxes of an address.
 #include "form/BoxesTest.h"
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// The host's window over small tables.
 #include "host/FormTest.h"
 
 #include <QAction>

@@ -1,3 +1,4 @@
+// Plays a script on a window of a test.
 #include "host/ScriptPlay.h"
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// The import dialog over a few of the host's places.
 #include "import/ImportForm.h"
 
 #include <QAction>

@@ -1,3 +1,4 @@
+// A peer that sends exactly the given bytes.
 #include "RawServer.h"
 
 #include <array>

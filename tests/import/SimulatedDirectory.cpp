@@ -1,3 +1,4 @@
+// A test's street-directory service.
 #include "SimulatedDirectory.h"
 
 #include <gtest/gtest.h>

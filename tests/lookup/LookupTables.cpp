@@ -1,3 +1,4 @@
+// The postal tables, boxes and dialogs for the lookups.
 #include "lookup/LookupTables.h"
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// The five tables for tests of the shared library.
 #include "PackageTest.h"
 
 #include <QApplication>

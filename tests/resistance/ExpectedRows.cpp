@@ -1,3 +1,4 @@
+// Compares a table with the acknowledged posts.
 #include "ExpectedRows.h"
 
 #include "dbase/support/StoredTable.h"

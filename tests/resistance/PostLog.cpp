@@ -1,3 +1,4 @@
+// The posts acknowledged to a writer.
 #include "PostLog.h"
 
 #include <new>

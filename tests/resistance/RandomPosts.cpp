@@ -1,3 +1,4 @@
+// A writer that changes a street table at random.
 #include "RandomPosts.h"
 
 #include <stdexcept>

@@ -1,3 +1,4 @@
+// A disk that logs every change, and what a power failure leaves of it.
 #include "RecordingDisk.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The steps of a scripted run and their effects.
 #include "ScriptedRun.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// A folder with a street table for several processes.
 #include "StreetFolder.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// Rows of a street table that verify themselves.
 #include "StreetRows.h"
 
 #include <array>

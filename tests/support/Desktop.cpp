@@ -1,3 +1,4 @@
+// Starts an X server and a window manager.
 #include "support/Desktop.h"
 
 #include <QByteArray>

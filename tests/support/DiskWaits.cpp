@@ -1,3 +1,4 @@
+// Counts the waits for the disk.
 #include "DiskWaits.h"
 
 #include <sys/syscall.h>

@@ -1,3 +1,4 @@
+// Plays the steps of a test in modal dialogs.
 #include "support/ModalScript.h"
 
 #include <gtest/gtest.h>

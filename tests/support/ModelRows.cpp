@@ -1,3 +1,4 @@
+// The table MODELO, its model, and random rows and keys.
 #include "support/ModelRows.h"
 
 #include "support/Tables.h"

@@ -1,3 +1,4 @@
+// A dataset and its model, which do the same operations.
 #include "support/ModelledCursor.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Answers message boxes from a queue.
 #include "support/ScriptedMessages.h"
 
 #include <gtest/gtest.h>

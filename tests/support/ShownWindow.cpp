@@ -1,3 +1,4 @@
+// Shows windows in tests.
 #include "support/ShownWindow.h"
 
 #include <gtest/gtest.h>

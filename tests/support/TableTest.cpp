@@ -1,3 +1,4 @@
+// The folder of a test's tables, and their check at its end.
 #include "support/TableTest.h"
 
 #include <filesystem>

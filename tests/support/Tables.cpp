@@ -1,3 +1,4 @@
+// Creates tables from rows written inline.
 #include "support/Tables.h"
 
 #include <algorithm>

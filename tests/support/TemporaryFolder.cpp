@@ -1,3 +1,4 @@
+// A folder of its own for a test.
 #include "support/TemporaryFolder.h"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// Types letters in tests.
 #include "support/Typing.h"
 
 #include <QTest>

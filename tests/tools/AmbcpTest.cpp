@@ -1,3 +1,4 @@
+// Runs the built program.
 #include "AmbcpTest.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// The bytes of columns, decoded and encoded.
 #include "dbase/dbf/codec.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Code pages: conversion, letter case, letters.
 #include "dbase/dbf/codepage.h"
 
 #include <gtest/gtest.h>

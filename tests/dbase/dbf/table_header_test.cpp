@@ -1,3 +1,4 @@
+// The header of a .DBF: read, written, refused.
 #include "dbase/dbf/table_header.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// The bytes and the order of keys.
 #include "dbase/mdx/key.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Work done by another process of the same test.
 #include "ChildProcess.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// A file, and a journal's place, that fail when told to.
 #include "FaultyFile.h"
 
 namespace dbase::test {

@@ -1,3 +1,4 @@
+// Reads the listings of tables written by other programs.
 #include "ForeignTables.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// A file that lives in memory.
 #include "MemoryFile.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// A journal's place in memory.
 #include "MemoryJournal.h"
 
 #include "dbase/system/error.h"

@@ -1,3 +1,4 @@
+// Runs other software that reads our tables.
 #include "OtherReaders.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// Files of a network folder as a workstation sees them.
 #include "RemoteFile.h"
 
 #include <algorithm>

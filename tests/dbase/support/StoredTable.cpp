@@ -1,3 +1,4 @@
+// Tables as files: records, orders, findings.
 #include "StoredTable.h"
 
 #include <gtest/gtest.h>
