@@ -1,4 +1,4 @@
-// Answers as documents.
+// Parses, checks and saves answers as XML documents.
 #include "import/Document.h"
 
 #include <optional>
@@ -13,11 +13,11 @@ namespace {
 
 /// An answer has eight levels.
 constexpr int deepestLevel = 16;
-/// The largest municipality has 10,000 streets, of some fifteen nodes each. Filed, a node takes up to 150
-/// bytes more than it came in.
+/// The largest municipality has 10,000 streets of some fifteen nodes each. A filed node takes up to 150 bytes
+/// more than the received one.
 constexpr int mostNodes = 1'000'000;
 
-/// Walks without recursion: the depth is what is in doubt.
+/// Walks without recursion, because the depth is yet unchecked.
 bool isTooLarge(const pugi::xml_document& tree) {
     int depth = 0, nodes = 0;
     pugi::xml_node node = tree;
@@ -45,7 +45,7 @@ bool isTooLarge(const pugi::xml_document& tree) {
 
 bool isBlank(std::string_view text) { return text.find_first_not_of(" \t\r\n") == std::string_view::npos; }
 
-/// A document is filed in UTF-8, in whatever encoding it came.
+/// A document is filed in UTF-8, whatever its original encoding.
 void declareUtf8(pugi::xml_document& tree) {
     for (pugi::xml_node& node : tree.children()) {
         if (pugi::xml_attribute encoding = node.attribute("encoding");
@@ -77,12 +77,12 @@ void parse(pugi::xml_document& tree, std::string_view text, pugi::xml_encoding e
 
 constexpr const char* indent = "        ";
 
-/// One without nodes is filed as an empty file: a declaration alone is no document.
+/// A document without nodes is filed as an empty file: a declaration alone is not a document.
 unsigned int filedFormat(const pugi::xml_document& tree) {
     return tree.first_child() ? pugi::format_indent : pugi::format_indent | pugi::format_no_declaration;
 }
 
-/// Counts what is written.
+/// Counts the bytes written.
 struct Size : pugi::xml_writer {
     void write(const void*, std::size_t count) override { bytes += count; }
     std::size_t bytes = 0;
@@ -115,7 +115,7 @@ void DirectoryDocument::loadFile(const std::string& path) {
     if (!text || text->size() > largestAnswer) {
         throw std::runtime_error("No se puede leer " + path + ".");
     }
-    // A carriage return that came as "&#13;" is filed as it is; it is not the end of a line.
+    // A carriage return received as "&#13;" is filed as it is; it does not end a line.
     parse(*tree_, *text, pugi::encoding_auto, pugi::parse_default & ~pugi::parse_eol);
 }
 

@@ -1,4 +1,4 @@
-// The requests of the street-directory service.
+// Composes the requests to the street-directory service.
 #include "import/Envelope.h"
 
 #include <initializer_list>
@@ -20,7 +20,7 @@ std::string envelope(std::initializer_list<std::string> bodyLines) {
         R"( xmlns:xsd="http://www.w3.org/2001/XMLSchema")"
         R"( xmlns:soap="http://schemas.xmlsoap.org/soap/envelope/">)");
     add("  <soap:Body>");
-    // Deliberate: the parameters stand straight in the body; the SOAP action alone names the operation.
+    // Deliberate: the parameters are directly in the body; only the SOAP action names the operation.
     for (const std::string& line : bodyLines) {
         add("    " + line);
     }
@@ -29,13 +29,13 @@ std::string envelope(std::initializer_list<std::string> bodyLines) {
     return text;
 }
 
-/// Deliberate: the value goes in as it is, not escaped.
+/// Deliberate: the value is inserted as it is, not escaped.
 std::string element(const std::string& name, const std::string& value) {
     return "<" + name + " xmlns=\"" + Config.directoryService.xmlNamespace + "\">" + value + "</" + name +
            ">";
 }
 
-/// An address and what stands below it. People write addresses with and without a slash at the end.
+/// Appends a path to an address, which may end with a slash or not.
 std::string below(std::string_view address, const std::string& path) {
     while (address.ends_with('/')) {
         address.remove_suffix(1);

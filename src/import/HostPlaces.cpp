@@ -1,4 +1,4 @@
-// Reading the host's places.
+// Reads the host's places from PROVIN and MUNICIPI.
 #include "import/HostPlaces.h"
 
 #include <QCollator>

@@ -1,4 +1,4 @@
-// The host's own provinces and municipalities, as the import offers them.
+// The host's own provinces and municipalities, as offered by the import.
 #pragma once
 
 #include <QString>
@@ -9,18 +9,18 @@ namespace ambrel {
 
 struct HostPlace {
     QString name;
-    int number = 0; // of a province its code, of a municipality its postal code
+    int number = 0; // a province's code, a municipality's postal code
 };
 
 /// PROVIN's Spanish provinces in alphabetical order. Errors: dbase::Error.
 [[nodiscard]] std::vector<HostPlace> hostProvinces(const std::string& database);
 
-/// MUNICIPI's rows of a province, whose code has two digits, in Spanish order; rows of one name in the order
-/// of their INE codes. Errors: dbase::Error.
+/// MUNICIPI's rows of a province, given by its two-digit code, in Spanish order; rows with the same name in
+/// the order of their INE codes. Errors: dbase::Error.
 [[nodiscard]] std::vector<HostPlace> hostMunicipalities(const std::string& database,
                                                         const std::string& provinceCode);
 
-/// Number as a code of a fixed width: 7 is "07".
+/// A number as a code of fixed width: "07" for 7 and a width of 2.
 [[nodiscard]] std::string codeOf(int number, int width);
 
 } // namespace ambrel

@@ -1,4 +1,4 @@
-// Losing the input of a user who waits.
+// Discards the input of a waiting user.
 #include "import/InputPause.h"
 
 #include <QApplication>
@@ -50,7 +50,7 @@ InputPause::InputPause()
 }
 
 InputPause::~InputPause() {
-    letDraw(); // takes what is waiting still
+    letDraw(); // discards the input still queued
     qApp->removeEventFilter(this);
     if (releasedIn_) {
         QCoreApplication::postEvent(releasedIn_, release_.release());
@@ -72,7 +72,7 @@ bool InputPause::eventFilter(QObject* watched, QEvent* event) {
     return true;
 }
 
-/// A button of the dialog whose press began the wait would stay down for ever without its release.
+/// Without its release, the button of the dialog that started the wait would stay down for ever.
 void InputPause::keepRelease(QObject& window, const QEvent& event) {
     if (!isHeld_ || !window.isWindowType()) {
         return;

@@ -1,4 +1,4 @@
-// A time in which the user waits: windows are drawn, and what is typed or clicked meanwhile is lost.
+// A time of waiting: windows are drawn, but keys and clicks are discarded.
 #pragma once
 
 #include <QEvent>
@@ -9,14 +9,15 @@
 
 namespace ambrel {
 
-/// While it lives, no key, click or closing of a window has any effect, now or later; a modal dialog that is
-/// opened meanwhile gets its own. A mouse button that was held down before is let go at the end. Nests.
+/// During its lifetime no key, click or closing of a window has any effect, now or later; a modal dialog
+/// opened meanwhile receives its own input. A mouse button pressed before the pause is released at its end.
+/// Nests.
 class InputPause : public QObject {
 public:
     InputPause();
     ~InputPause() override;
 
-    /// Lets windows be drawn and the desktop see that the program is alive. No timers, no sockets.
+    /// Draws windows and shows the desktop that the program is alive. Runs no timers and no sockets.
     void letDraw() const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;

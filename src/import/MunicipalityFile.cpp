@@ -1,4 +1,4 @@
-// Reading the lines of municipality files.
+// Reads the lines of municipality files.
 #include "import/MunicipalityFile.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace {
 
 constexpr int openOdd = 9999;
 constexpr int openEven = 9998;
-constexpr std::size_t longestCode = 45; // shown; five of them are stored
+constexpr std::size_t longestCode = 45; // characters shown; five of them are stored
 
 bool contains(const std::string& text, std::string_view part) {
     return !part.empty() && text.find(part) != std::string::npos;
@@ -32,7 +32,7 @@ void removeAll(std::string& text, std::string_view part) {
     text.resize(kept);
 }
 
-/// Text with everything before the first `part` blanked.
+/// Blanks everything before the first `part`.
 void blankBefore(std::string& text, std::string_view part) {
     const std::size_t at = text.find(part);
     text.replace(0, at, at, ' ');
@@ -42,7 +42,7 @@ int leadingNumber(const std::string& text) {
     return Cad_Int(text.substr(0, text.find_first_not_of("0123456789")));
 }
 
-/// A group's bounds, from its text without brackets and opening words.
+/// Reads a group's bounds from its text without brackets and opening words.
 void readGroup(std::string group, int open, int& first, int& last) {
     first = leadingNumber(group);
     if (contains(group, "FINAL")) {
@@ -69,9 +69,9 @@ bool isLowerCase(char c) {
     return dbase::CodePage::windows1252().upper(byte) != byte;
 }
 
-/// Takes the types that stand behind commas off the line, from its end, and returns their code.
-/// Deliberate: a comma begins a type only when a lower-case letter stands two places behind it, and a second
-/// one takes the code found so far along as part of its name.
+/// Removes the types that follow commas from the line, starting at its end, and returns their code.
+/// Deliberate: a comma starts a type only if the second character after it is a lower-case letter, and a
+/// second such comma takes the code found so far as part of its name.
 std::string takeType(std::string& line, const StreetTypeCode& typeCode) {
     std::string type;
     for (std::size_t i = line.size(); i-- > 0;) {
@@ -94,8 +94,8 @@ void ExtraeNumeracion(const std::string& text, int& oddFirst, int& oddLast, int&
     std::string rest(trimmed(std::string_view(text).substr(open)));
     if (contains(rest, "IMPAR")) {
         std::string odd;
-        // Deliberate: an odd group without its closing bracket is left for the even one, whose word it
-        // contains.
+        // Deliberate: an odd group without its closing bracket is left to be read as the even one, whose word
+        // it contains.
         if (const std::size_t close = rest.find(')'); close != std::string::npos) {
             odd = std::string(trimmed(std::string_view(rest).substr(0, close + 1)));
             rest = std::string(trimmed(std::string_view(rest).substr(close + 1)));

@@ -1,4 +1,4 @@
-// Names of municipalities with their article in front and behind.
+// Names of municipalities, with their article in front or at the end.
 #include "import/MunicipalityMatch.h"
 
 #include <array>

@@ -1,4 +1,4 @@
-// Showing how far a run is, and what came of it.
+// Shows the progress of a run, and its outcome.
 #include "import/ProvinceRun.h"
 
 #include <QBoxLayout>
@@ -11,7 +11,7 @@ namespace ambrel {
 namespace {
 
 constexpr std::array<const char*, 7> endTexts{
-    "", // told in front of the others
+    "", // reported before the others
     "Sin respuesta válida",
     "Sin archivar",
     "Con varios códigos postales",
@@ -50,7 +50,7 @@ ProvinceRun::~ProvinceRun() {
 void ProvinceRun::begin() {
     finishCurrent();
     ++begun_;
-    total_ = std::max(total_, begun_); // another workstation may have filed one more meanwhile
+    total_ = std::max(total_, begun_); // another workstation may have filed more meanwhile
     end_ = MunicipalityEnd::Failed;
     clock_.start();
     show();

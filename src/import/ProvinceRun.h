@@ -1,4 +1,4 @@
-// A run over many municipalities, as the user sees it.
+// A run over many municipalities, as shown to the user.
 #pragma once
 
 #include <QElapsedTimer>
@@ -14,28 +14,27 @@ class QProgressBar;
 
 namespace ambrel {
 
-/// What came of a municipality.
+/// The outcome for a municipality.
 enum class MunicipalityEnd { Done, NoAnswer, NotFiled, SeveralCodes, NotChosen, Unreadable, Failed };
 
-/// What is done with each of them.
+/// What is done with each municipality.
 enum class ProvinceDeed { Filing, Saving };
 
-/// While it lives, a bar stands in a label's place and says which municipality of how many it is, and how
-/// much time is left. When it goes, the label is back and says what was done.
+/// During its lifetime a bar replaces a label and shows the current municipality, their total and the time
+/// left. Afterwards the label is back and reports what was done.
 class ProvinceRun {
 public:
-    /// The label stands in a box layout and must outlive the run. `province` is empty where there are
-    /// several.
+    /// The label is in a box layout and must outlive the run. `province` is empty if there are several.
     ProvinceRun(QLabel& label, ProvinceDeed deed, QString province, int municipalities);
     ~ProvinceRun();
     ProvinceRun(const ProvinceRun&) = delete;
     ProvinceRun& operator=(const ProvinceRun&) = delete;
 
-    /// The next municipality, which has failed unless told() says something else.
+    /// Starts the next municipality, which counts as failed unless told() reports otherwise.
     void begin();
     void told(MunicipalityEnd end) { end_ = end; }
     void addStreets(int stored) { streets_ += stored; }
-    /// The user was asked or told something: how long that took says nothing about the municipalities to
+    /// Call after asking the user or showing a message: that time says nothing about the municipalities to
     /// come.
     void userAnswered() { clock_.invalidate(); }
 

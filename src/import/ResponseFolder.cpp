@@ -1,4 +1,4 @@
-// The folder POSTALES.
+// Finds and writes files in the folder POSTALES.
 #include "import/ResponseFolder.h"
 
 #include <QCoreApplication>
@@ -26,7 +26,7 @@ void replaceAll(std::string& text, std::string_view from, std::string_view to) {
     }
 }
 
-/// Names of the service are no paths: one that would lead elsewhere cannot be made.
+/// The service's names are not paths: a name that would lead elsewhere is refused.
 bool staysInside(const std::string& name) {
     return !name.empty() && name != "." && name != ".." &&
            name.find_first_of(std::string_view("/\\\0", 3)) == std::string::npos;

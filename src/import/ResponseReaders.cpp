@@ -1,4 +1,4 @@
-// Reading the answers of the street-directory service.
+// Reads the answers of the street-directory service.
 #include "import/ResponseReaders.h"
 
 #include <algorithm>
@@ -15,12 +15,12 @@
 namespace ambrel {
 namespace {
 
-/// In bytes. A longer name is no place's, and could not be filed.
+/// In bytes. A longer name is not a place's and could not be filed.
 constexpr std::size_t longestName = 250;
-/// In bytes of UTF-8, as much as is looked at.
+/// In bytes of UTF-8: longer texts are cut.
 constexpr std::size_t longestText = 1024;
 
-/// Where an operation keeps what it tells.
+/// The elements that hold an operation's results.
 struct Layout {
     const char *count, *list;
 };
@@ -40,8 +40,8 @@ pugi::xml_node nextElement(pugi::xml_node node) {
     return node;
 }
 
-/// Deliberate: below the envelope the names are not looked at; the body's, the answer's and the result's
-/// elements are the first of their level.
+/// Deliberate: below the envelope, names are ignored; the elements of body, answer and result are the first
+/// of their level.
 pugi::xml_node rootOf(const DirectoryDocument& answer) {
     return firstElement(firstElement(firstElement(answer.tree().child("soap:Envelope"))));
 }
@@ -60,7 +60,7 @@ std::string inWindows1252(std::string_view utf8) {
     return toNearestWindows1252(QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())));
 }
 
-/// Not cut within a character.
+/// The start of a text, not cut within a character.
 std::string_view start(std::string_view utf8) {
     if (utf8.size() <= longestText) {
         return utf8;
@@ -92,7 +92,7 @@ std::optional<int> wholeNumber(std::string_view text) {
     return error == std::errc() && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
 }
 
-/// An answer on its way: what is known of it before its entries are read.
+/// An answer as known before its entries are read.
 struct Answer {
     Reading reading = Reading::Empty;
     std::optional<int> count = {};
@@ -120,7 +120,7 @@ Answer begin(const DirectoryDocument& document, const Layout& layout, const std:
     return answer;
 }
 
-/// Reads as many entries as the answer counts; `readEntry` says whether one was readable.
+/// Reads as many entries as the answer counts; `readEntry` returns whether one was readable.
 template<class ReadEntry>
 void readEntries(Answer& answer, ReadEntry readEntry) {
     if (!answer.list) {
@@ -132,7 +132,7 @@ void readEntries(Answer& answer, ReadEntry readEntry) {
             answer.reading = Reading::Partial;
         }
         if (!entry) {
-            return; // those that follow are missing, too
+            return; // all further ones are missing too
         }
         entry = nextElement(entry);
     }
@@ -189,7 +189,7 @@ StreetList readStreets(const DirectoryDocument& document, const std::function<vo
         if (const pugi::xml_node address = entry.child("dir")) {
             result.streets.push_back(readStreet(address));
         }
-        return true; // an entry without address is no street, and no fault
+        return true; // an entry without an address is neither a street nor an error
     });
     result.reading = answer.reading;
     return result;

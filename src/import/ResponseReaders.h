@@ -1,5 +1,5 @@
-// What the answers of the street-directory service say. Entries are visited by position, as many as the
-// answer's own count tells.
+// Reads the answers of the street-directory service. Entries are visited by position, as many as the answer's
+// own count says.
 #pragma once
 
 #include <functional>
@@ -13,10 +13,10 @@ namespace ambrel {
 
 class DirectoryDocument;
 
-/// What came of reading an answer.
+/// The result of reading an answer.
 enum class Reading {
     Empty,   // the document has no nodes
-    NoRoot,  // it is no answer of the service
+    NoRoot,  // not an answer of the service
     Partial, // read, but some of the entries counted are missing or unreadable
     Whole,
 };
@@ -30,11 +30,11 @@ struct NameList {
 /// The streets of a municipality.
 struct StreetList {
     Reading reading = Reading::Empty;
-    std::optional<int> count = {}; // as the answer says; null when it does not
+    std::optional<int> count = {}; // as stated in the answer; null if it is not
     std::vector<ImportedStreet> streets = {};
 };
 
-/// `atRoot` is called once the answer's root is found, before any entry is read; it may be empty.
+/// `atRoot` is called when the answer's root has been found, before any entry is read; it may be empty.
 [[nodiscard]] NameList readProvinces(const DirectoryDocument& answer,
                                      const std::function<void()>& atRoot = {});
 [[nodiscard]] NameList readMunicipalities(const DirectoryDocument& answer,

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int nameColumn = 1;
 constexpr std::array leastWidths{60, 100, 70, 55, 55, 55, 55}; // logical pixels
-constexpr int nameSlack = 8;                                   // that the columns leave free at the right
+constexpr int nameSlack = 8;                                   // left free by the columns at the right
 constexpr int titleMargins = 16;
 constexpr int leastRowHeight = 20;
 constexpr int rowMargins = 6;
@@ -48,7 +48,7 @@ StreetGrid::StreetGrid(QWidget* parent) : QTableView(parent), model_(new StreetM
     setWidths();
 }
 
-/// A column is as wide as its title needs, so that a larger font cuts none.
+/// Makes each column wide enough for its title, so that a larger font cuts none.
 void StreetGrid::setWidths() {
     const QFontMetrics metrics = horizontalHeader()->fontMetrics();
     for (int column = 0; column < model_->columnCount(); ++column) {
@@ -81,7 +81,7 @@ void StreetGrid::clearStreets() {
 
 void StreetGrid::append(std::vector<ImportedStreet> streets) {
     model_->append(std::move(streets));
-    executeDelayedItemsLayout(); // or the row would be brought into view too early
+    executeDelayedItemsLayout(); // or the view would scroll to the row too early
     setCurrentIndex(model_->index(model_->rowCount() - 1, 0));
 }
 
@@ -107,7 +107,7 @@ void StreetGrid::moveRow(int row, int to) {
     scrollTo(currentIndex());
 }
 
-/// What dragging does, for those who use no mouse.
+/// Does by keyboard what dragging does.
 void StreetGrid::keyPressEvent(QKeyEvent* event) {
     const bool isUp = event->key() == Qt::Key_Up;
     const bool moves = (isUp || event->key() == Qt::Key_Down) && event->modifiers() == Qt::ControlModifier;
@@ -126,7 +126,7 @@ void StreetGrid::mousePressEvent(QMouseEvent* event) {
     isDragging_ = event->button() == Qt::LeftButton && rowAt(event->position().toPoint().y()) >= 0;
 }
 
-/// The row that is dragged follows the mouse.
+/// The dragged row follows the mouse.
 void StreetGrid::mouseMoveEvent(QMouseEvent* event) {
     if (!isDragging_ || !(event->buttons() & Qt::LeftButton)) {
         return;

@@ -10,18 +10,18 @@ namespace ambrel {
 
 class StreetModel;
 
-/// Whole rows are selected, and the user may drag one to another place, or move it there with Ctrl+Up and
-/// Ctrl+Down. The name's column takes the room that the others leave.
+/// Selects whole rows, which the user can drag to another place or move with Ctrl+Up and Ctrl+Down. The name
+/// column takes the room that the others leave.
 class StreetGrid : public QTableView {
     Q_OBJECT
 public:
     explicit StreetGrid(QWidget* parent = nullptr);
 
-    /// Seven columns with postal code and numbers, or the two of type and name.
+    /// Shows seven columns, with postal code and numbers, or only type and name.
     void showRanges(bool show);
-    /// One empty row stays.
+    /// Leaves one empty row.
     void clearStreets();
-    /// Below those that are there; the last row becomes the current one.
+    /// Adds streets at the end; the last row becomes the current one.
     void append(std::vector<ImportedStreet> streets);
     [[nodiscard]] const std::vector<ImportedStreet>& streets() const;
 

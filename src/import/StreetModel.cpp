@@ -1,4 +1,4 @@
-// The rows of the import's list of streets.
+// Holds the rows of the import's list of streets.
 #include "import/StreetModel.h"
 
 #include <array>
@@ -84,7 +84,7 @@ void StreetModel::append(std::vector<ImportedStreet> streets) {
 }
 
 void StreetModel::move(int row, int to) {
-    // The rows are told to stand before the one at the target; moving down, that is the next one.
+    // Qt expects the row before which to insert; moving down, that is the one after the target.
     if (row == to || !beginMoveRows({}, row, row, {}, to > row ? to + 1 : to)) {
         return;
     }

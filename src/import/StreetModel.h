@@ -8,8 +8,8 @@
 
 namespace ambrel {
 
-/// There is always a row: an empty list is one empty street. Columns are type and name and, with ranges,
-/// postal code and the four numbers, of which 0 is shown as an empty cell.
+/// Has at least one row: an empty list is one empty street. Columns are type and name and, with ranges,
+/// postal code and the four numbers; 0 is shown as an empty cell.
 class StreetModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -17,8 +17,8 @@ public:
 
     void showRanges(bool show);
     void clear();
-    /// Adds streets at the end, in one change. While the first row has no name, a street takes the last row's
-    /// place instead.
+    /// Adds streets at the end, in one change. As long as the first row has no name, a street replaces the
+    /// last row instead.
     void append(std::vector<ImportedStreet> streets);
     void move(int row, int to);
     [[nodiscard]] const std::vector<ImportedStreet>& streets() const { return streets_; }

@@ -1,4 +1,4 @@
-// Looking up the names of street types.
+// Looks up street types by name.
 #include "import/StreetTypeNames.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// The codes of street types by their names.
+// Codes of street types by name.
 #pragma once
 
 #include <memory>
@@ -9,13 +9,13 @@
 
 namespace ambrel {
 
-/// TIPO_VIA's street types, opened with the first name that is looked up, once for many.
+/// TIPO_VIA's street types; opens the table once, at the first lookup.
 class StreetTypeNames {
 public:
     explicit StreetTypeNames(std::string database);
 
-    /// Code of a street type by its name, in upper case and trimmed: the type of that name, else the first
-    /// whose name contains it, else that of a fixed list; empty when unknown. Errors: dbase::Error.
+    /// Code of a street type by its name, in upper case and trimmed: of the type with that name, or else the
+    /// first whose name contains it, or else from a fixed list; empty if unknown. Errors: dbase::Error.
     [[nodiscard]] std::string ExtraeTipoVia(const std::string& name);
 
 private:
@@ -25,7 +25,7 @@ private:
         std::string name, code;
     };
     std::string database_;
-    std::unique_ptr<dbase::Dataset> table_; // null until a name is looked up
+    std::unique_ptr<dbase::Dataset> table_; // null until the first lookup
     std::vector<Type> types_;               // those with a code, by name
 };
 

@@ -1,4 +1,4 @@
-// Estimating the time that is left.
+// Estimates the remaining time and puts it into words.
 #include "import/TimeLeft.h"
 
 namespace ambrel {
@@ -6,7 +6,7 @@ namespace {
 
 constexpr std::int64_t secondsOfMinute = 60;
 constexpr std::int64_t minutesOfHour = 60;
-constexpr std::int64_t mostMinutes = 90; // more is told in hours
+constexpr std::int64_t mostMinutes = 90; // longer times are given in hours
 
 std::int64_t roundedUp(std::int64_t amount, std::int64_t unit) { return (amount + unit - 1) / unit; }
 

@@ -1,4 +1,4 @@
-// How long a run of many steps will still take.
+// Estimates the remaining time of a run of many steps.
 #pragma once
 
 #include <QString>
@@ -6,11 +6,11 @@
 
 namespace ambrel {
 
-/// Judges by the steps that are over.
+/// Estimates from the steps already done.
 class TimeLeft {
 public:
     void addStep(std::chrono::milliseconds taken);
-    /// In words, for the user; empty while nothing is known, and when no step is left.
+    /// In words, for the user; empty before the first step and after the last one.
     [[nodiscard]] QString text(int stepsLeft) const;
 
 private:

@@ -1,4 +1,4 @@
-// The exchange, with libcurl.
+// Posts requests with libcurl.
 #include "import/Transport.h"
 
 #include <curl/curl.h>
@@ -13,12 +13,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How long the caller waits for its next turn, and how long for news of the exchange.
+/// Interval between calls of the caller's function, and the longest wait for progress of the exchange.
 constexpr std::chrono::milliseconds patience{50};
 constexpr long mostRedirections = 5;
 constexpr long okStatus = 200;
-constexpr long firstRedirection = 300;                      // those that lead somewhere are followed
-constexpr std::size_t largestHead = std::size_t{256} << 10; // of all redirections together
+constexpr long firstRedirection = 300;                      // redirections to an address are followed
+constexpr std::size_t largestHead = std::size_t{256} << 10; // all redirections together
 
 struct Library {
     Library() { curl_global_init(CURL_GLOBAL_DEFAULT); }
@@ -67,15 +67,15 @@ std::string reasonOf(CURLcode code) {
     }
 }
 
-/// What has come of an answer.
+/// What has been received of an answer.
 struct Answer {
     bool isHeadWhole = false;
     std::size_t headSize = 0;
     std::string body = {};
 };
 
-/// The library takes the end of the connection within the head for the head's own, and keeps every line of
-/// it.
+/// Notes whether the head is complete: the library takes the end of the connection within it for its end.
+/// Limits its size, as the library keeps every line of it.
 std::size_t receiveHead(char* bytes, std::size_t, std::size_t count, void* answer) {
     const std::string_view line(bytes, count);
     auto& [isHeadWhole, headSize, body] = *static_cast<Answer*>(answer);
@@ -99,15 +99,14 @@ std::size_t receiveBody(char* bytes, std::size_t, std::size_t count, void* answe
     try {
         body.append(bytes, count);
     } catch (const std::exception&) {
-        return 0; // no exception may cross the library
+        return 0; // exceptions must not cross the library
     }
     return count;
 }
 
 Headers headersFor(const std::string& action) {
     Headers headers;
-    // "Expect:" keeps the library from asking first whether a body is welcome: old servers do not answer
-    // that.
+    // "Expect:" keeps the library from asking first whether to send the body: old servers do not answer that.
     for (const std::string& line : {std::string("Content-Type: text/xml; charset=utf-8"),
                                     "SOAPAction: \"" + action + "\"", std::string("Expect:")}) {
         curl_slist* const longer = curl_slist_append(headers.get(), line.c_str());
@@ -138,10 +137,10 @@ void prepare(CURL* request, const std::string& url, const std::string& body, cur
     set(request, CURLOPT_USERAGENT, curl_version());
     set(request, CURLOPT_FOLLOWLOCATION, 1L);
     set(request, CURLOPT_MAXREDIRS, mostRedirections);
-    // The operation is in the request's text: one that is sent elsewhere goes there whole.
+    // The operation is in the request's text: a redirected request is sent again whole.
     set(request, CURLOPT_POSTREDIR, static_cast<long>(CURL_REDIR_POST_ALL));
     set(request, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(largestAnswer));
-    // The exchange has no time limit of its own; a peer that is gone is noticed all the same.
+    // The exchange has no time limit of its own; keep-alive still detects a lost peer.
     set(request, CURLOPT_TCP_KEEPALIVE, 1L);
     set(request, CURLOPT_NOSIGNAL, 1L);
     set(request, CURLOPT_HEADERFUNCTION, &receiveHead);
@@ -150,7 +149,7 @@ void prepare(CURL* request, const std::string& url, const std::string& body, cur
     set(request, CURLOPT_WRITEDATA, &answer);
 }
 
-/// Another status than 200 without a body says that something else was done than answering.
+/// A status other than 200 without a body means that the server did something other than answer.
 bool isAnswer(long status, const std::string& body) {
     return status < firstRedirection && (status == okStatus || !body.empty());
 }
@@ -171,7 +170,7 @@ CURLcode perform(CURLM* multi, CURL* request, const std::function<void()>& while
         if (code != CURLM_OK) {
             fail(curl_multi_strerror(code));
         }
-        // An answer of many pieces comes faster than a window can be painted.
+        // The pieces of an answer may arrive faster than a window can be painted.
         if (whileWaiting && Clock::now() >= turn) {
             whileWaiting();
             turn = Clock::now() + patience;
