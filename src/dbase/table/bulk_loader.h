@@ -1,4 +1,4 @@
-// Loading many rows at once: records first, tags rebuilt once at the end.
+// Loads many rows at once: records first, tags rebuilt once at the end.
 #pragma once
 
 #include <memory>
@@ -11,8 +11,8 @@
 
 namespace dbase {
 
-/// Adds rows to a table under its exclusive lock. Nothing becomes visible before finish(); without finish()
-/// (an error, a crash) the table is as it was. Errors: Error.
+/// Adds rows to a table under its exclusive lock. Nothing becomes visible before finish(); without it (an
+/// error, a crash) the table is unchanged. Errors: Error.
 class AMBREL_EXPORT BulkLoader {
 public:
     enum class Mode { Append, Replace };
@@ -23,7 +23,7 @@ public:
     BulkLoader& operator=(const BulkLoader&) = delete;
 
     [[nodiscard]] const Schema& schema() const;
-    /// One record, recordLength bytes, deletion mark included.
+    /// Adds one record of recordLength bytes, deletion mark included.
     void add(std::span<const char> record);
     void finish(const Progress& progress = {});
 

@@ -1,4 +1,4 @@
-// The check of a table: its header, its records, the headers of its index.
+// Checks a table: its header, its records, the headers of its index.
 #include "dbase/table/check.h"
 
 #include <algorithm>
@@ -58,7 +58,7 @@ void checkRecords(const TableFile& records, CheckReport& report, const Progress&
     for (RecordNumber number = 1; number <= count && !report.isFull(); ++number) {
         const RecordView record = records.record(number);
         const char mark = record.bytes[0];
-        if (mark != ' ' && mark != '*' && mark != endMark) { // another engine's packing leaves one there
+        if (mark != ' ' && mark != '*' && mark != endMark) { // packing by another engine leaves an end mark
             report.add(records.path(), "registro " + std::to_string(number),
                        "la marca de borrado no es ' ' ni '*'");
         }
@@ -74,7 +74,7 @@ void checkRecords(const TableFile& records, CheckReport& report, const Progress&
     }
 }
 
-// First byte in which stored bytes differ from the ones that we would write; the size when there is none.
+// First byte in which stored bytes differ from those that we would write; the size if there is none.
 std::size_t firstDifference(std::span<const char> stored, std::span<const char> fresh,
                             std::initializer_list<std::pair<std::size_t, std::size_t>> ignored) {
     for (std::size_t i = 0; i < fresh.size(); ++i) {
@@ -88,8 +88,8 @@ std::size_t firstDifference(std::span<const char> stored, std::span<const char> 
     return fresh.size();
 }
 
-// What nobody but us wrote must be as we write it, to the byte: other engines follow bytes that ours never
-// looks at.
+// Headers that only we have written must be exactly as we write them: other engines use bytes that ours never
+// reads.
 void checkOwnBytes(const TableFile& records, const IndexFile& index, CheckReport& report) {
     const std::vector<char> head = index.freshHead(records.schema());
     std::vector<char> stored(head.size());
@@ -186,14 +186,14 @@ CheckResult checkTable(const std::string& tableFile, const Progress& progress,
     try {
         TableFile records(openFile(tableFile, OpenMode::ReadOnly));
         const std::optional<std::string> indexPath = findIndexFile(tableFile);
-        // An opening of its own, so that the lock outlives the index whatever it proves to be.
+        // Opened separately, so that the lock outlives the index even if that is damaged.
         const std::unique_ptr<File> locked = openFile(indexPath.value_or(tableFile), OpenMode::ReadOnly);
         StructureLock::Holders holders;
         if (indexPath && records.file().isRemote()) {
             holders.exchanged = &records.file();
         }
         const StructureLock lock(*locked, holders, LockKind::Shared);
-        records.forgetSize(); // it was asked for before the lock
+        records.forgetSize(); // it was queried before the lock
         result.records = records.recordCount();
         checkSize(records, report);
         checkRecords(records, report, progress);

@@ -16,21 +16,21 @@ struct Finding {
 };
 
 struct CheckResult {
-    std::vector<Finding> findings; // at most a few hundred; `truncated` says that there are more
+    std::vector<Finding> findings; // at most a few hundred; if `truncated`, there are more
     bool truncated = false;
     std::uint32_t records = 0;
     std::size_t tags = 0;
 };
 
 /// Checks a table without changing anything. `knownTags`: tags that the caller knows the table must have.
-/// Faults of the file are findings; only what keeps it from being read at all (not there, no permission)
-/// raises Error.
+/// Faults of the file are findings; throws Error only if the file cannot be read at all (missing, no
+/// permission).
 [[nodiscard]] CheckResult checkTable(const std::string& tableFile, const Progress& progress = {},
                                      const std::vector<TagDefinition>& knownTags = {});
 
-/// Rebuilds all tags of a table from its records, under the exclusive lock; a damaged or missing index is
-/// made anew from the tag definitions that can still be read, completed by the `knownTags` of the caller.
-/// Errors: Error.
+/// Rebuilds all tags of a table from its records, under the exclusive lock; recreates a damaged or missing
+/// index from the tag definitions that can still be read, completed by the caller's `knownTags`. Errors:
+/// Error.
 void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>& knownTags = {},
                   const Progress& progress = {});
 

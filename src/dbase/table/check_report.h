@@ -1,4 +1,4 @@
-// Gathers the findings of a check up to a bearable number.
+// Gathers the findings of a check, up to a reasonable number.
 #pragma once
 
 #include <string>

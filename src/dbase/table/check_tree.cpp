@@ -1,4 +1,4 @@
-// The check of one tree: its pages, its order, and an entry for every record that belongs there.
+// Checks one tree: its pages, its order, and an entry for every record that belongs in it.
 #include "dbase/table/check_tree.h"
 
 #include <array>
@@ -14,7 +14,7 @@ namespace dbase {
 
 namespace {
 
-// One tree, walked from its root; every page of the file may belong to one place only.
+// Walks one tree from its root; each page of the file may belong to only one place.
 class TreeCheck {
 public:
     TreeCheck(const TableFile& records, const IndexFile& index, const Tag& tag,
@@ -33,8 +33,8 @@ private:
         return place() + ", página " + std::to_string(page);
     }
 
-    // `bound`: no key below may stand behind it; null where there is none. The order across pages is checked
-    // through lastKey_.
+    // `bound`: no key below may come after it; null for no bound. lastKey_ serves to check the order across
+    // pages.
     void visit(PageNumber page, std::size_t depth, const std::string* bound) {
         if (depth >= TreeCursor::maxDepth || !taken_.insert(page).second) {
             report_.add(index_.path(), place(page), "el árbol pasa dos veces por la misma página");
@@ -59,7 +59,7 @@ private:
                 report_.add(index_.path(), place(page), "los separadores no están en orden");
             }
             visit(children[i].first, depth + 1, &children[i].second);
-            // What follows may not stand before the separator either.
+            // The following keys must not come before the separator either.
             if (!hasLast_ || tag_.order.compare(lastKey_, children[i].second) < 0) {
                 floor_ = children[i].second;
                 hasFloor_ = true;
@@ -134,7 +134,7 @@ private:
         }
     }
 
-    // Records without an entry: right only in a unique tag whose key another record has, or outside the
+    // Records without an entry: correct only in a unique tag if another record has the key, or outside the
     // condition.
     void checkMissing() {
         if (!tag_.isUnderstood()) {

@@ -1,4 +1,4 @@
-// The trees of an index against the records of its table: part of the full check.
+// Checks the trees of an index against the records of its table: part of the full check.
 #pragma once
 
 #include "dbase/dbf/table_file.h"
@@ -7,7 +7,7 @@
 
 namespace dbase {
 
-/// Every page of every tag, every entry against its record, every record against its entries.
+/// Checks every page of every tag, every entry against its record, every record against its entries.
 void checkTrees(const TableFile& records, const IndexFile& index, CheckReport& report,
                 const Progress& progress);
 

@@ -1,4 +1,4 @@
-// Empty tables, into given files or into a folder.
+// Creates empty tables, in given files or in a folder.
 #include "dbase/table/table_definition.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// What the users of a table hand to it.
+// The functions that users of a table pass to it.
 #pragma once
 
 #include <functional>
@@ -8,11 +8,11 @@
 
 namespace dbase {
 
-/// What Table::amend() does to one record: changes the bytes of `after`, which are those of `before` at
-/// first. Must leave the table itself alone.
+/// Applied by Table::amend() to one record: changes the bytes of `after`, which start as those of `before`.
+/// Must not touch the table itself.
 using Amendment = std::function<void(const RecordView& before, std::span<char> after)>;
 
-/// Is told of each record, deleted ones aside, that Table::amend() leaves out because somebody holds it.
+/// Called for each record, except deleted ones, that Table::amend() skips because another owner holds it.
 using LeftOut = std::function<void(const RecordView& held)>;
 
 } // namespace dbase

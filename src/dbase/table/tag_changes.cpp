@@ -1,4 +1,4 @@
-// What a change of a record does to each tag.
+// Applies a change of a record to each tag.
 #include "dbase/table/tag_changes.h"
 
 #include <array>
@@ -50,7 +50,7 @@ void TagChanges::insert(const Tag& tag, const RecordView& record) {
     tree.insert(key, record.number);
 }
 
-// The first other record with a key that nobody holds in a unique tag any more.
+// Inserts the first other record with a key that no longer has an entry in a unique tag.
 void TagChanges::insertSuccessor(const Tag& tag, std::string_view key, RecordNumber leaving) {
     const RecordNumber count = records_.recordCount();
     KeyBytes buffer;

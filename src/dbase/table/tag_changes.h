@@ -1,4 +1,4 @@
-// What a change of records does to the tags of their table.
+// Applies changes of records to the tags of their table.
 #pragma once
 
 #include <string_view>
@@ -8,8 +8,8 @@
 
 namespace dbase {
 
-/// Gathers the changes of all tags in the index file; what was not written by its writeChanges() is forgotten
-/// at the end of this. The caller holds the exclusive structure lock. Errors: Error(BadIndex, TooLarge).
+/// Gathers the changes of all tags in the index file; the destructor drops changes not yet written by its
+/// writeChanges(). The caller holds the exclusive structure lock. Errors: Error(BadIndex, TooLarge).
 class TagChanges {
 public:
     /// `index`: null for a table without one.
@@ -18,9 +18,9 @@ public:
     TagChanges(const TagChanges&) = delete;
     TagChanges& operator=(const TagChanges&) = delete;
 
-    /// For a record that is going to be added.
+    /// For a record about to be added.
     void add(const RecordView& record);
-    /// For a stored record that is going to become another one.
+    /// For a stored record about to be changed.
     void replace(const RecordView& before, const RecordView& after);
 
 private:
