@@ -28,8 +28,8 @@ public:
     void apply(const Post& post);
     void clear() { rows_.clear(); }
 
-    /// Compares every byte of every record. The post in flight may have happened; it then counts from now
-    /// on. `differences` gets a line for each row that is not as it must be.
+    /// Compares every byte of every record. The post in flight may have happened, and then counts from now
+    /// on. `differences` gets a line for each wrong row.
     Outcome settle(dbase::Table& table, const std::optional<Post>& inFlight, std::string& differences);
 
     [[nodiscard]] std::size_t count() const { return rows_.size(); }

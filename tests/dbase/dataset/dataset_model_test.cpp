@@ -1,5 +1,5 @@
-// Rows that somebody else changes in the middle of a walk: a dataset and a plain model of it do the same
-// random things, and must show the same at every step. AMBREL_SEED repeats a run.
+// Another cursor or process changes rows in the middle of a walk: a dataset and a plain model of it do the
+// same random operations, and must show the same at every step. AMBREL_SEED repeats a run.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -37,15 +37,15 @@ protected:
         }
     }
 
-    // --- What somebody else does: drawn from the state of the table, which the model shares.
+    // --- The others' changes: drawn from the state of the table, which the model shares.
 
     struct Change {
-        RecordNumber record; // an append where this one is not there
+        RecordNumber record; // an append if it does not exist
         bool isErase;
         ModelRow row;
     };
     static Change draw(Chance& chance, RecordNumber near) {
-        const bool isNear = near != 0 && chance.oneIn(3); // often right where the reader stands
+        const bool isNear = near != 0 && chance.oneIn(3); // often right at the reader's position
         const RecordNumber record = isNear ? near : 1 + chance.below(mostRows);
         const bool isErase = chance.oneIn(4);
         return {record, isErase, chance.row(shape)};
@@ -76,7 +76,7 @@ protected:
         }
     }
 
-    /// The steps of another process, which draws the same changes as we do.
+    /// Starts the other process, which draws the same changes as this one.
     void startOtherProcess() {
         away_ = std::make_unique<dbase::Workstation>(std::vector<std::function<void()>>(changes, [this] {
             other_.open();
@@ -95,7 +95,7 @@ protected:
         }
     }
 
-    // --- What the dataset and the model do
+    // --- Operations of the dataset and the model
 
     void scan() {
         for (unsigned left = 1 + chance_.below(90); left > 0; --left) {

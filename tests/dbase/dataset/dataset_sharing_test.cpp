@@ -165,7 +165,7 @@ TEST_F(SharingTest, StepsGoOnRightAfterAProgramThatDoesNotCountItsChanges) {
     IndexFile& index = *towns.openTable().lockedIndex();
     const UpdateStamp before = index.stamp();
     place(other, 6);
-    change(other, {{"CODE", "00000"}}); // every entry moves one place on
+    change(other, {{"CODE", "00000"}}); // every entry moves on by one place
     index.writeStamp(before);
     EXPECT_TRUE(towns.next());
     EXPECT_EQ(towns.recordNumber(), 3u);

@@ -1,4 +1,4 @@
-// Tables of a network folder: several workstations, each of which remembers what it read until it takes a
+// Tables of a network folder: several workstations, each of which keeps what it read until it takes a
 // lock. AMBREL_SEED repeats a run.
 #include <gtest/gtest.h>
 
@@ -70,7 +70,7 @@ protected:
         return row;
     }
 
-    // --- What a workstation does, and what must come of it
+    // --- Operations of a workstation, and their required results
     void append(std::size_t station) {
         rows_.push_back(anyRow());
         EXPECT_EQ(tables_[station]->append(rows_.back(), durability(station)), rows_.size());
@@ -112,7 +112,7 @@ protected:
             }
         }
     }
-    /// One edits under a record lock, which the others see.
+    /// One workstation edits under a record lock, which the others respect.
     void edit(std::size_t station, std::size_t other, RecordNumber number) {
         ASSERT_TRUE(tables_[station]->tryLockRecord(number, this));
         EXPECT_FALSE(tables_[other]->tryLockRecord(number, &rows_));
@@ -223,7 +223,7 @@ TEST_F(RemoteTableTest, NothingIsLostOrStaleBetweenWorkstations) {
     EXPECT_EQ(stored_.findings(), "");
 }
 
-// That these files are a trap at all: an engine that is not told falls into it.
+// Shows that these files are a trap: an engine that does not know of them falls into it.
 TEST_F(RemoteTableTest, FilesThatDoNotTellKeepAChangeFromTheOthers) {
     for (const auto& station : stations_) {
         station->tells = false;
@@ -253,7 +253,7 @@ TEST_F(RemoteTableTest, ATableWithoutTagsIsSharedAsWell) {
     EXPECT_EQ(stored_.findings(), "");
 }
 
-/// Rows, and the work of a workstation that is switched off in the middle of it.
+/// Some rows, and a workstation that is switched off in the middle of its work.
 class SwitchedOffStationTest : public RemoteTableTest {
 protected:
     using Step = std::function<void(std::vector<Bytes>&)>;
@@ -281,8 +281,8 @@ protected:
         tables_[0]->overwrite(number, before, row, durability(0));
     }
 
-    /// Runs the script with workstation 0 switched off at a step; false when it came to its end. Then the
-    /// other one goes on, or leaves without a look and comes again.
+    /// Runs the script with workstation 0 switched off at a step; false when it reached its end. Then the
+    /// other one goes on, or closes the table without reading and reopens it.
     bool runUntil(std::size_t lastStep, unsigned chance, Durability durability, bool comesAgain) {
         tables_ = {};
         stored_ = MemoryTable(layout());
@@ -292,7 +292,7 @@ protected:
         stations_[1] = std::make_shared<RemoteStation>();
         open(0);
         open(1);
-        for (std::size_t i = 0; i < 60; ++i) { // some of which lie on two pages
+        for (std::size_t i = 0; i < 60; ++i) { // some of them on two pages
             append(i % 2);
         }
         for (RecordNumber number = 30; number < 40; ++number) {
@@ -320,7 +320,8 @@ protected:
         tables_[0].reset();
         return stations_[0]->isOff;
     }
-    /// Through the workstation that goes on: what was under way happened whole or not at all.
+    /// Checks, through the workstation that goes on, that the interrupted change happened wholly or not at
+    /// all.
     void look(const std::vector<Bytes>& before) {
         std::vector<Bytes> found;
         const RecordNumber count = tables_[1]->read([&] { return tables_[1]->records().recordCount(); });

@@ -44,7 +44,7 @@ protected:
     }
     void setMark() const { store32(indexBytes().data() + mdx::stamp + 8, 1); }
     void removeStamp() const { std::fill_n(indexBytes().begin() + mdx::stamp, mdx::stampSize, '\0'); }
-    /// Turns the keys of a leaf around: wrong, and cheap to see.
+    /// Swaps the keys of a leaf: wrong, and easily detected.
     void spoilTree() const {
         const std::size_t leaf = load32(indexBytes().data() + 4 * pageBytes + mdx::firstLeaf) * pageBytes;
         std::swap_ranges(indexBytes().begin() + static_cast<std::ptrdiff_t>(leaf + 8),

@@ -138,7 +138,7 @@ TEST_F(ReindexTest, AfterAStopOfTheMachineLeavesItsJournalUntilItsEnd) {
     EXPECT_FALSE(std::filesystem::exists(folder_ / "RECUPERA.AMJ"));
 }
 
-/// Else a table that could be used without tags could not be opened any more.
+/// Otherwise a table that is usable without tags could no longer be opened.
 TEST_F(ReindexTest, WithTagsThatTheTableCannotHaveMakesNoIndex) {
     writeFile(file_, tableBytes());
     const Error error =
