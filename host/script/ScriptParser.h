@@ -1,4 +1,4 @@
-// From the text of a script to its steps.
+// Parses the text of a script into steps.
 #pragma once
 
 #include <QSize>

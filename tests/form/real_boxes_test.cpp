@@ -62,7 +62,7 @@ private:
                                        AddressBoxes::Box::Street, AddressBoxes::Box::Number,
                                        AddressBoxes::Box::PostalCode};
 
-    /// As if pasted.
+    /// Fills a box as a paste does.
     static void fill(QLineEdit* box, const std::string& text) {
         box->setFocus();
         box->selectAll();

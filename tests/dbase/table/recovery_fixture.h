@@ -51,7 +51,7 @@ protected:
                          indexBytes().begin() + static_cast<std::ptrdiff_t>(leaf + 44),
                          indexBytes().begin() + static_cast<std::ptrdiff_t>(leaf + 8 + 36));
     }
-    /// As a program does that knows no index.
+    /// Appends a row as a program does that knows no index.
     void appendWithoutIndex(int i) const {
         const Bytes record = row(i);
         tableBytes().pop_back();

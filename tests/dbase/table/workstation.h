@@ -49,7 +49,7 @@ private:
     test::ChildProcess process_;
 };
 
-/// For the steps, whose failures reach the parent only as exceptions.
+/// Throws unless the condition holds: failures of the steps reach the parent only as exceptions.
 inline void require(bool condition, const char* what) {
     if (!condition) {
         throw std::runtime_error(what);
