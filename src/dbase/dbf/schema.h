@@ -12,7 +12,7 @@
 
 namespace dbase {
 
-/// 1-based number of a record in its file; 0 is no record.
+/// 1-based number of a record in its file; 0 means none.
 using RecordNumber = std::uint32_t;
 
 /// Column types, by their letters in the header.
