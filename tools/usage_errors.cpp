@@ -13,7 +13,7 @@ namespace {
 
 std::string before(const std::string& text, std::string_view mark) { return text.substr(0, text.find(mark)); }
 
-std::string behind(const std::string& text, std::string_view mark) {
+std::string after(const std::string& text, std::string_view mark) {
     const std::size_t at = text.find(mark);
     return at == std::string::npos ? text : text.substr(at + mark.size());
 }
@@ -67,16 +67,16 @@ std::string describe(const CLI::ParseError& error, const CLI::App& app) {
         return describeMissing(text, app);
     }
     if (has(text, "not expected: ")) {
-        return describeSuperfluous(behind(text, ": "));
+        return describeSuperfluous(after(text, ": "));
     }
     if (kind == "ConversionError" || kind == "ValidationError") {
-        return "valor no válido: " + behind(text, ": ");
+        return "valor no válido: " + after(text, ": ");
     }
     if (kind == "ArgumentMismatch") {
         return before(text, ":") + (has(text, "At Most") ? " se da más de una vez" : " necesita un valor");
     }
     if (kind == "RequiresError") {
-        return before(text, " requires ") + " necesita " + behind(text, " requires ");
+        return before(text, " requires ") + " necesita " + after(text, " requires ");
     }
     return "orden no comprendida: " + text;
 }

@@ -5,7 +5,7 @@
 
 namespace ambrel {
 
-QString withArticleBehind(const QString& name) {
+QString withArticleLast(const QString& name) {
     static constexpr std::array articles{"EL", "LA", "LOS", "LAS"};
     for (const char* const text : articles) {
         const QLatin1String article(text);
@@ -20,7 +20,7 @@ MunicipalityMatch matchMunicipality(const QString& name, const std::function<int
     if (const int index = indexOf(name); index >= 0) {
         return {.name = name, .index = index};
     }
-    const QString moved = withArticleBehind(name);
+    const QString moved = withArticleLast(name);
     return {.name = moved, .index = moved == name ? -1 : indexOf(moved)};
 }
 

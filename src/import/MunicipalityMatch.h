@@ -7,7 +7,7 @@
 namespace ambrel {
 
 /// "ESCORIAL (EL)" for "EL ESCORIAL", the same for LA, LOS and LAS; other names unchanged.
-[[nodiscard]] QString withArticleBehind(const QString& name);
+[[nodiscard]] QString withArticleLast(const QString& name);
 
 struct MunicipalityMatch {
     QString name;   // as last looked up

@@ -8,9 +8,9 @@
 namespace {
 
 using ambrel::matchMunicipality;
-using ambrel::withArticleBehind;
+using ambrel::withArticleLast;
 
-std::string moved(const char* name) { return withArticleBehind(QString::fromUtf8(name)).toStdString(); }
+std::string moved(const char* name) { return withArticleLast(QString::fromUtf8(name)).toStdString(); }
 
 TEST(MunicipalityMatchTest, ArticleInFrontGoesBehindInBrackets) {
     EXPECT_EQ(moved("EL ESCORIAL"), "ESCORIAL (EL)");
