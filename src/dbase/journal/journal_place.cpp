@@ -1,16 +1,12 @@
 // The journal's file beside its table, and the identity of a boot of the machine.
 #include "dbase/journal/journal_place.h"
 
-#include <cerrno>
-#include <cstdio>
 #include <fstream>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "dbase/system/error.h"
 #include "dbase/system/paths.h"
-#include "dbase/system/system_reason.h"
 
 namespace dbase {
 
@@ -30,45 +26,41 @@ std::string& identity() {
 
 class FolderPlace final : public JournalPlace {
 public:
-    explicit FolderPlace(std::string tableFile)
-        : table_(std::move(tableFile)), path_(withExtension(table_, ".AMJ")) {}
+    FolderPlace(const std::string& tableFile, Folders& folders)
+        : folders_(folders), table_(tableFile), path_(withExtension(table_, ".AMJ")) {}
 
     std::unique_ptr<File> openExisting() override {
-        if (access(path_.c_str(), F_OK) != 0) {
+        if (!folders_.exists(path_)) {
             return nullptr;
         }
         try {
-            return openFile(path_, OpenMode::ReadWrite);
+            return folders_.open(path_, OpenMode::ReadWrite);
         } catch (const Error& error) {
-            if (error.code() == ErrorCode::NotFound) { // deleted meanwhile
+            if (error.code() == ErrorCode::NotFound) { // gone meanwhile
                 return nullptr;
             }
             if (error.code() != ErrorCode::AccessDenied) {
                 throw;
             }
         }
-        return openFile(path_, OpenMode::ReadOnly);
+        return folders_.open(path_, OpenMode::ReadOnly);
     }
 
     std::unique_ptr<File> create() override {
-        std::unique_ptr<File> file = openFile(path_, OpenMode::Create);
-        struct stat table = {};
-        if (stat(table_.c_str(), &table) == 0) { // all who may write the table may continue its journal
-            static_cast<void>(chmod(path_.c_str(), table.st_mode & 0666));
-        }
-        syncFolderOf(path_);
+        std::unique_ptr<File> file = folders_.open(path_, OpenMode::Create);
+        folders_.shareAs(path_, table_); // others who may write the table may go on with its journal
+        folders_.syncFolderOf(path_);
         return file;
     }
 
     void remove() override {
-        if (std::remove(path_.c_str()) != 0 && errno != ENOENT) {
-            throw Error(ErrorCode::Io, path_,
-                        std::string("no se puede borrar el diario: ") + systemReason(errno));
-        }
-        syncFolderOf(path_); // reappearing after a power cut, it would describe outdated records
+        folders_.remove(path_);
+        // A journal that came back after a power cut would speak of what others have changed since.
+        folders_.syncFolderOf(path_);
     }
 
 private:
+    Folders& folders_;
     std::string table_, path_;
 };
 
@@ -77,8 +69,8 @@ private:
 std::string bootIdentity() { return identity(); }
 void setBootIdentity(std::string other) { identity() = std::move(other); }
 
-std::unique_ptr<JournalPlace> journalBeside(const std::string& tableFile) {
-    return std::make_unique<FolderPlace>(tableFile);
+std::unique_ptr<JournalPlace> journalBeside(const std::string& tableFile, Folders& folders) {
+    return std::make_unique<FolderPlace>(tableFile, folders);
 }
 
 } // namespace dbase

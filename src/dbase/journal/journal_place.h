@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "dbase/system/file.h"
+#include "dbase/system/folders.h"
 
 namespace dbase {
 
@@ -22,8 +22,9 @@ public:
     virtual void remove() = 0;
 };
 
-/// The place beside a table file on disk.
-[[nodiscard]] std::unique_ptr<JournalPlace> journalBeside(const std::string& tableFile);
+/// The place beside a table file.
+[[nodiscard]] std::unique_ptr<JournalPlace> journalBeside(const std::string& tableFile,
+                                                          Folders& folders = diskFolders());
 
 /// A text that changes at each boot of the machine; between two boots, data held only in memory is lost.
 [[nodiscard]] std::string bootIdentity();

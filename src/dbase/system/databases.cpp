@@ -1,17 +1,12 @@
 // Finds folders by database name, and the files in them, letter case ignored.
 #include "dbase/system/databases.h"
 
-#include <cerrno>
-#include <cstring>
 #include <map>
 
-#include <dirent.h>
-#include <sys/stat.h>
-
 #include "dbase/system/error.h"
+#include "dbase/system/folders.h"
 #include "dbase/system/names.h"
 #include "dbase/system/paths.h"
-#include "dbase/system/system_reason.h"
 
 namespace dbase {
 
@@ -22,31 +17,19 @@ std::map<std::string, std::string>& folders() {
     return known;
 }
 
-bool isFile(const std::string& path) {
-    struct stat status = {};
-    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
-}
-
 // The entry of a folder with this name, letter case ignored; of several, the first in byte order.
-std::optional<std::string> findIgnoringCase(const std::string& folder, const std::string& name) {
-    if (isFile(folder + '/' + name)) {
+std::optional<std::string> findIgnoringCase(const Folders& folders, const std::string& folder,
+                                            const std::string& name) {
+    if (folders.isFile(folder + '/' + name)) {
         return folder + '/' + name;
     }
-    DIR* directory = opendir(folder.c_str());
-    if (directory == nullptr) {
-        throw Error(errno == EACCES ? ErrorCode::AccessDenied : ErrorCode::NotFound, folder,
-                    std::string("no se puede abrir la carpeta: ") + systemReason(errno));
-    }
-    const std::string wanted = upperName(name);
     std::optional<std::string> best;
-    while (const dirent* entry = readdir(directory)) {
-        const std::string candidate = entry->d_name;
-        if (candidate.size() == wanted.size() && upperName(candidate) == wanted &&
-            (!best || candidate < *best) && isFile(folder + '/' + candidate)) {
+    for (const std::string& candidate : folders.namesIn(folder)) {
+        if (sameName(candidate, name) && (!best || candidate < *best) &&
+            folders.isFile(folder + '/' + candidate)) {
             best = candidate;
         }
     }
-    closedir(directory);
     return best ? std::optional(folder + '/' + *best) : std::nullopt;
 }
 
@@ -72,6 +55,11 @@ std::string databaseFolder(std::string_view name) {
 }
 
 std::optional<std::string> findTableFile(const std::string& folder, std::string_view table) {
+    return findTableFile(diskFolders(), folder, table);
+}
+
+std::optional<std::string> findTableFile(const Folders& folders, const std::string& folder,
+                                         std::string_view table) {
     std::string name(table);
     if (name.empty()) {
         return std::nullopt;
@@ -82,13 +70,17 @@ std::optional<std::string> findTableFile(const std::string& folder, std::string_
     if (name.find('/') != std::string::npos || name.find('\0') != std::string::npos) {
         return std::nullopt; // a table name never leads out of its folder
     }
-    return findIgnoringCase(folder, name);
+    return findIgnoringCase(folders, folder, name);
 }
 
 std::optional<std::string> findIndexFile(const std::string& tableFile) {
+    return findIndexFile(diskFolders(), tableFile);
+}
+
+std::optional<std::string> findIndexFile(const Folders& folders, const std::string& tableFile) {
     const std::size_t slash = tableFile.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : tableFile.substr(0, slash);
-    return findIgnoringCase(folder.empty() ? "/" : folder, baseName(tableFile) + ".MDX");
+    return findIgnoringCase(folders, folder.empty() ? "/" : folder, baseName(tableFile) + ".MDX");
 }
 
 } // namespace dbase

@@ -62,9 +62,6 @@ public:
 /// Opens a file on disk; Create creates or empties it. Errors: Error(NotFound, AccessDenied, Io).
 [[nodiscard]] std::unique_ptr<File> openFile(const std::string& path, OpenMode mode);
 
-/// Flushes the folder of a file, and so the names in it, to the disk if its file system can.
-void syncFolderOf(const std::string& path);
-
 /// Identifies a file on disk whatever its path ("device:inode").
 [[nodiscard]] std::string fileIdentity(const std::string& path);
 

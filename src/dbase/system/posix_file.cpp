@@ -177,15 +177,6 @@ std::unique_ptr<File> openFile(const std::string& path, OpenMode mode) {
     return std::make_unique<PosixFile>(path, descriptor, mode != OpenMode::ReadOnly);
 }
 
-void syncFolderOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    if (const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); descriptor >= 0) {
-        static_cast<void>(fsync(descriptor));
-        ::close(descriptor);
-    }
-}
-
 std::string fileIdentity(const std::string& path) {
     struct stat status = {};
     if (stat(path.c_str(), &status) != 0) {

@@ -7,8 +7,8 @@
 #include "dbase/dbf/table_header.h"
 #include "dbase/dbf/table_layout.h"
 #include "dbase/mdx/index_file.h"
-#include "dbase/system/databases.h"
 #include "dbase/system/error.h"
+#include "dbase/table/table_creation.h"
 #include "dbase/table/table_replacement.h"
 
 namespace dbase {
@@ -37,19 +37,24 @@ void writeEmptyTable(File& table, File* index, Schema schema, const std::string&
 }
 
 void createTable(const std::string& folder, const TableDefinition& definition, IfExists ifExists) {
-    const std::optional<std::string> existing = findTableFile(folder, definition.name);
+    createTable(diskFolders(), folder, definition, ifExists);
+}
+
+void createTable(Folders& folders, const std::string& folder, const TableDefinition& definition,
+                 IfExists ifExists) {
+    const std::optional<std::string> existing = findTableFile(folders, folder, definition.name);
     if (existing && ifExists == IfExists::Refuse) {
         throw Error(ErrorCode::Exists, *existing, "la tabla ya existe");
     }
-    TableReplacement files(existing.value_or(folder + '/' + definition.name + ".DBF"));
+    TableReplacement files(existing.value_or(folder + '/' + definition.name + ".DBF"), folders);
     Schema schema;
     schema.columns = definition.columns;
     schema.languageDriver = static_cast<std::uint8_t>(definition.languageDriver);
     {
-        const std::unique_ptr<File> table = openFile(files.newTableFile(), OpenMode::Create);
+        const std::unique_ptr<File> table = folders.open(files.newTableFile(), OpenMode::Create);
         std::unique_ptr<File> index;
         if (!definition.tags.empty()) {
-            index = openFile(files.newIndexFile(), OpenMode::Create);
+            index = folders.open(files.newIndexFile(), OpenMode::Create);
         }
         writeEmptyTable(*table, index.get(), schema, definition.name, definition.tags);
     }

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "AmbrelExport.h"
-#include "dbase/system/file.h"
+#include "dbase/system/folders.h"
 
 namespace dbase {
 
@@ -17,6 +17,7 @@ public:
     /// `tableFile`: path that the table has or is to have. A table that anybody has open is refused:
     /// Error(LockTimeout).
     explicit TableReplacement(std::string tableFile);
+    TableReplacement(std::string tableFile, Folders& folders);
     ~TableReplacement();
     TableReplacement(const TableReplacement&) = delete;
     TableReplacement& operator=(const TableReplacement&) = delete;
@@ -27,6 +28,7 @@ public:
     void commit(bool hasIndex);
 
 private:
+    Folders& folders_;
     std::string table_, index_, newTable_, newIndex_;
     std::unique_ptr<File> old_; // holds the presence lock
     std::optional<std::string> oldIndex_;

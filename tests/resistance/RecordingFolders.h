@@ -1,0 +1,73 @@
+// Folders in memory that keep a log of all that is done to names and to the files under them, and what lies
+// on the disk when the machine stops somewhere in that log.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "dbase/support/StoredTable.h"
+#include "dbase/system/folders.h"
+
+namespace dbase::test {
+
+/// A file whatever its name, which it may change.
+using FileNumber = std::size_t;
+
+struct FolderEvent {
+    enum class Kind { Make, Write, Resize, Sync, Rename, Remove, SyncFolder };
+
+    Kind kind;
+    FileNumber file = 0;   // of what is made, written, resized or synced
+    std::string name = {}; // path of what is made, renamed or removed; of a file of the folder that is synced
+    std::string newName = {}; // of what is renamed
+    std::uint64_t offset = 0; // of a write; the size of a resize
+    Bytes bytes = {};
+    bool reachedDisk = false; // of a change of names: whether a sync of the folder followed
+};
+
+using FolderLog = std::vector<FolderEvent>;
+
+/// What lies on the disk.
+struct FolderImage {
+    std::map<std::string, FileNumber> names;
+    std::map<FileNumber, Bytes> contents;
+
+    void apply(const FolderEvent& event);
+    /// Makes the files in a folder of the disk, each by the last part of its path.
+    void writeInto(const std::string& folder) const;
+};
+
+/// One folder; the log begins when it is made, or with startLog().
+class RecordingFolders final : public Folders {
+public:
+    [[nodiscard]] bool exists(const std::string& path) const override { return names_.contains(path); }
+    [[nodiscard]] bool isFile(const std::string& path) const override { return exists(path); }
+    [[nodiscard]] std::vector<std::string> namesIn(const std::string& folder) const override;
+    [[nodiscard]] std::unique_ptr<File> open(const std::string& path, OpenMode mode) override;
+    void rename(const std::string& from, const std::string& to) override;
+    void remove(const std::string& path) override;
+    void shareAs(const std::string& path, const std::string& model) noexcept override;
+    void syncFolderOf(const std::string& path) override;
+
+    /// Forgets what was done so far: what lies there is on the disk.
+    void startLog() { log_->clear(); }
+    [[nodiscard]] const FolderLog& log() const { return *log_; }
+    [[nodiscard]] FolderImage image() const;
+
+private:
+    struct Entry {
+        FileNumber number;
+        std::shared_ptr<MemoryContent> content;
+    };
+
+    void changed(FolderEvent event) { log_->push_back(std::move(event)); }
+
+    std::map<std::string, Entry> names_;
+    FileNumber next_ = 1;
+    std::shared_ptr<FolderLog> log_ = std::make_shared<FolderLog>();
+};
+
+} // namespace dbase::test

@@ -1,0 +1,171 @@
+// The machine stops at every place of a creation or replacement of a table, all done before on its disk: then
+// there is the old table or the new one, sound, or opening says what is wrong.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "RecordingFolders.h"
+#include "ScriptedRun.h"
+#include "dbase/journal/journal.h"
+#include "dbase/journal/journal_place.h"
+#include "dbase/system/error.h"
+#include "dbase/table/table_creation.h"
+#include "dbase/table/table_replacement.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using namespace dbase;
+using namespace dbase::test;
+
+constexpr const char* folder = "/datos";
+constexpr const char* tableFile = "/datos/GUION.DBF";
+constexpr const char* indexFile = "/datos/GUION.MDX";
+
+/// What is found in a folder: the rows of its table, or why it does not open.
+struct Found {
+    std::optional<Rows> rows;
+    std::size_t recordLength = 0;
+    std::optional<ErrorCode> refusal;
+};
+
+class NewNames : public ::testing::Test {
+protected:
+    NewNames() { setBootIdentity("the first start"); }
+    ~NewNames() override { setBootIdentity(ownIdentity_); }
+
+    static TableDefinition otherDefinition() {
+        return {.name = "GUION",
+                .columns = {{"CODIGO", ColumnType::Character, 8, 0, 0}},
+                .tags = {{.name = "CODIGO", .expression = "CODIGO"}}};
+    }
+
+    /// Fills the table of two files with so many rows, the first of this number.
+    void fill(const std::string& records, const std::string& index, int first, int rows) {
+        Table table(folders_.open(records, OpenMode::ReadWrite), folders_.open(index, OpenMode::ReadWrite));
+        for (int number = first; number < first + rows; ++number) {
+            static_cast<void>(table.append(scriptedRow(table.schema(), number)));
+        }
+    }
+    void makeOldTable() {
+        createTable(folders_, folder, scriptedDefinition());
+        fill(tableFile, indexFile, 1, 5);
+    }
+
+    /// Opens what lies in a folder, as after a start of the machine, and checks it.
+    static Found openAfterStop(const FolderImage& image) {
+        setBootIdentity("the second start");
+        const TemporaryFolder disk;
+        image.writeInto(disk.path());
+        Found found;
+        try {
+            const auto table = Table::open(disk / "GUION.DBF");
+            if (table->isReadOnly()) { // it says why, and changes nothing
+                EXPECT_NE(table->readOnlyReason().find("ambcp reindexar"), std::string::npos)
+                    << table->readOnlyReason();
+                found.refusal = ErrorCode::ReadOnly;
+                return found;
+            }
+            found.recordLength = table->schema().recordLength;
+            found.rows = rowsOf(*table);
+        } catch (const Error& error) {
+            EXPECT_NE(std::string(error.what()), "");
+            found.refusal = error.code();
+            return found;
+        }
+        EXPECT_EQ(findings(disk / "GUION.DBF"), "");
+        return found;
+    }
+
+    /// Does something, stops the machine after each of its steps, and returns what was found each time.
+    std::vector<Found> stopEverywhere(const std::function<void()>& operation) {
+        folders_.startLog();
+        FolderImage image = folders_.image();
+        operation();
+        std::vector<Found> all{openAfterStop(image)};
+        for (const FolderEvent& event : folders_.log()) {
+            SCOPED_TRACE("stopped after step " + std::to_string(all.size()));
+            image.apply(event);
+            all.push_back(openAfterStop(image));
+        }
+        EXPECT_EQ(image.names, folders_.image().names) << "the log is not all that was done";
+        EXPECT_EQ(image.contents.at(image.names.at(tableFile)),
+                  folders_.image().contents.at(image.names.at(tableFile)));
+        return all;
+    }
+
+    /// Once the new table was found, nothing else is found any more.
+    static void expectOldThenNew(const std::vector<Found>& all, const std::optional<Rows>& old,
+                                 const Rows& fresh) {
+        const auto isNew = [&](const Found& found) { return found.rows == fresh; };
+        const auto firstNew = std::ranges::find_if(all, isNew);
+        ASSERT_NE(firstNew, all.end());
+        EXPECT_TRUE(isNew(all.back()));
+        for (auto found = all.begin(); found != all.end(); ++found) {
+            SCOPED_TRACE("step " + std::to_string(found - all.begin()));
+            if (found->rows) {
+                EXPECT_TRUE(found < firstNew ? found->rows == old : isNew(*found))
+                    << found->rows->size() << " rows";
+            } else {
+                EXPECT_TRUE(found->refusal.has_value());
+            }
+        }
+    }
+
+    RecordingFolders folders_;
+
+private:
+    std::string ownIdentity_ = bootIdentity();
+};
+
+TEST_F(NewNames, ACreationThatIsCutLeavesNoTableOrTheNewOne) {
+    const auto all = stopEverywhere([&] { createTable(folders_, folder, scriptedDefinition()); });
+    expectOldThenNew(all, std::nullopt, {});
+}
+
+TEST_F(NewNames, AReplacementThatIsCutLeavesTheOldTableOrTheNewOne) {
+    makeOldTable();
+    const Rows old = *openAfterStop(folders_.image()).rows;
+    const auto all = stopEverywhere([&] {
+        TableReplacement files(tableFile, folders_);
+        {
+            const auto records = folders_.open(files.newTableFile(), OpenMode::Create);
+            const auto index = folders_.open(files.newIndexFile(), OpenMode::Create);
+            Schema schema;
+            schema.columns = scriptedDefinition().columns;
+            writeEmptyTable(*records, index.get(), schema, "GUION", scriptedDefinition().tags);
+        }
+        fill(files.newTableFile(), files.newIndexFile(), 101, 7);
+        files.commit(true);
+    });
+    ASSERT_EQ(all.back().rows.value().size(), 7U);
+    expectOldThenNew(all, old, *all.back().rows);
+    EXPECT_TRUE(std::ranges::all_of(all, [](const Found& found) { return found.rows.has_value(); }))
+        << "one of the two is always there";
+}
+
+TEST_F(NewNames, AReplacementByOtherColumnsThatIsCutLeavesTheOldTableOrTheNewOneOrSaysWhy) {
+    makeOldTable();
+    const Rows old = *openAfterStop(folders_.image()).rows;
+    const auto all =
+        stopEverywhere([&] { createTable(folders_, folder, otherDefinition(), IfExists::Replace); });
+    expectOldThenNew(all, old, {});
+    EXPECT_EQ(all.back().recordLength, 9U);
+}
+
+TEST_F(NewNames, EveryChangeOfNamesIsFollowedByASyncOfTheirFolder) {
+    makeOldTable();
+    folders_.startLog();
+    createTable(folders_, folder, otherDefinition(), IfExists::Replace);
+    std::size_t changes = 0;
+    for (const FolderEvent& event : folders_.log()) {
+        using Kind = FolderEvent::Kind;
+        if (event.kind == Kind::Make || event.kind == Kind::Rename || event.kind == Kind::Remove) {
+            EXPECT_TRUE(event.reachedDisk) << event.name;
+            ++changes;
+        }
+    }
+    EXPECT_EQ(changes, 4U) << "two files made and renamed";
+}
+
+} // namespace
