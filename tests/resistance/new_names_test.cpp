@@ -52,6 +52,20 @@ protected:
         fill(tableFile, indexFile, 1, 5);
     }
 
+    /// Puts a table of the same columns with so many other rows in the place of the old one.
+    void replace(int rows) {
+        TableReplacement files(tableFile, folders_);
+        {
+            const auto records = folders_.open(files.newTableFile(), OpenMode::Create);
+            const auto index = folders_.open(files.newIndexFile(), OpenMode::Create);
+            Schema schema;
+            schema.columns = scriptedDefinition().columns;
+            writeEmptyTable(*records, index.get(), schema, "GUION", scriptedDefinition().tags);
+        }
+        fill(files.newTableFile(), files.newIndexFile(), 101, rows);
+        files.commit(true);
+    }
+
     /// Opens what lies in a folder, as after a start of the machine, and checks it.
     static Found openAfterStop(const FolderImage& image) {
         setBootIdentity("the second start");
@@ -126,18 +140,7 @@ TEST_F(NewNames, ACreationThatIsCutLeavesNoTableOrTheNewOne) {
 TEST_F(NewNames, AReplacementThatIsCutLeavesTheOldTableOrTheNewOne) {
     makeOldTable();
     const Rows old = *openAfterStop(folders_.image()).rows;
-    const auto all = stopEverywhere([&] {
-        TableReplacement files(tableFile, folders_);
-        {
-            const auto records = folders_.open(files.newTableFile(), OpenMode::Create);
-            const auto index = folders_.open(files.newIndexFile(), OpenMode::Create);
-            Schema schema;
-            schema.columns = scriptedDefinition().columns;
-            writeEmptyTable(*records, index.get(), schema, "GUION", scriptedDefinition().tags);
-        }
-        fill(files.newTableFile(), files.newIndexFile(), 101, 7);
-        files.commit(true);
-    });
+    const auto all = stopEverywhere([&] { replace(7); });
     ASSERT_EQ(all.back().rows.value().size(), 7U);
     expectOldThenNew(all, old, *all.back().rows);
     EXPECT_TRUE(std::ranges::all_of(all, [](const Found& found) { return found.rows.has_value(); }))
@@ -151,6 +154,22 @@ TEST_F(NewNames, AReplacementByOtherColumnsThatIsCutLeavesTheOldTableOrTheNewOne
         stopEverywhere([&] { createTable(folders_, folder, otherDefinition(), IfExists::Replace); });
     expectOldThenNew(all, old, {});
     EXPECT_EQ(all.back().recordLength, 9U);
+}
+
+/// What the journal of the old table says is none of the new one's, which has as many rows and as long ones.
+TEST_F(NewNames, AReplacementOfATableWithAJournalLeavesNoneOfItsRowsInTheNewOne) {
+    makeOldTable();
+    {
+        const Schema schema = TableFile(folders_.open(tableFile, OpenMode::ReadOnly)).schema();
+        Journal journal(journalBeside(tableFile, folders_), schema);
+        static_cast<void>(journal.begin());
+        journal.add({1, {{.first = 6, .rows = 1, .before = {}, .after = scriptedRow(schema, 6)}}}, true);
+    }
+    const Rows old = *openAfterStop(folders_.image()).rows;
+    ASSERT_EQ(old.size(), 6U) << "the row of the journal comes to the old table";
+    const auto all = stopEverywhere([&] { replace(5); });
+    ASSERT_EQ(all.back().rows.value().size(), 5U);
+    expectOldThenNew(all, old, *all.back().rows);
 }
 
 TEST_F(NewNames, EveryChangeOfNamesIsFollowedByASyncOfTheirFolder) {

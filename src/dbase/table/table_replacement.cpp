@@ -9,6 +9,7 @@
 #include "dbase/mdx/update_stamp.h"
 #include "dbase/system/error.h"
 #include "dbase/system/paths.h"
+#include "dbase/table/table.h"
 
 namespace dbase {
 
@@ -26,6 +27,7 @@ TableReplacement::TableReplacement(std::string tableFile)
 
 TableReplacement::TableReplacement(std::string tableFile, Folders& folders)
     : folders_(folders), table_(std::move(tableFile)) {
+    recoverOld();
     const std::string suffix = ".nuevo" + std::to_string(getpid());
     if (folders_.exists(table_)) {
         old_ = folders_.open(table_, OpenMode::ReadWrite);
@@ -40,6 +42,21 @@ TableReplacement::TableReplacement(std::string tableFile, Folders& folders)
     index_ = oldIndex_.value_or(withExtension(table_, ".MDX"));
     newTable_ = table_ + suffix;
     newIndex_ = index_ + suffix;
+}
+
+// Once its records are gone the journal has to be gone, too, and until then the old table must not miss them.
+void TableReplacement::recoverOld() const {
+    if (!journalBeside(table_, folders_)->openExisting()) {
+        return;
+    }
+    try {
+        const std::optional<std::string> index = findIndexFile(folders_, table_);
+        const Table old(folders_.open(table_, OpenMode::ReadWrite),
+                        index ? folders_.open(*index, OpenMode::ReadWrite) : nullptr, {},
+                        journalBeside(table_, folders_));
+    } catch (const Error&) {
+        // What cannot be recovered can still be replaced.
+    }
 }
 
 TableReplacement::~TableReplacement() {
@@ -66,6 +83,7 @@ void TableReplacement::commit(bool hasIndex) {
             old->write(mdx::stamp, encodeStamp(stamp));
         }
     }
+    journalBeside(table_, folders_)->remove(); // it speaks of records that go
     folders_.rename(newTable_, table_);
     if (hasIndex) {
         folders_.rename(newIndex_, index_);
@@ -73,7 +91,6 @@ void TableReplacement::commit(bool hasIndex) {
         folders_.remove(*oldIndex_);
     }
     committed_ = true;
-    journalBeside(table_, folders_)->remove(); // it speaks of records that are gone
     folders_.syncFolderOf(table_);
 }
 

@@ -28,6 +28,8 @@ public:
     void commit(bool hasIndex);
 
 private:
+    void recoverOld() const;
+
     Folders& folders_;
     std::string table_, index_, newTable_, newIndex_;
     std::unique_ptr<File> old_; // holds the presence lock
