@@ -1,4 +1,4 @@
-// Folders in memory that keep a log.
+// Folders in memory that log their changes.
 #include "RecordingFolders.h"
 
 #include <algorithm>

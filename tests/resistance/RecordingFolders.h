@@ -1,5 +1,5 @@
-// Folders in memory that keep a log of all that is done to names and to the files under them, and what lies
-// on the disk when the machine stops somewhere in that log.
+// Folders in memory that log everything done to names and to the files under them, and the contents of the
+// disk when the machine stops somewhere in that log.
 #pragma once
 
 #include <cstdint>
@@ -13,16 +13,16 @@
 
 namespace dbase::test {
 
-/// A file whatever its name, which it may change.
+/// Identifies a file whatever its name, which may change.
 using FileNumber = std::size_t;
 
 struct FolderEvent {
     enum class Kind { Make, Write, Resize, Sync, Rename, Remove, SyncFolder };
 
     Kind kind;
-    FileNumber file = 0;   // of what is made, written, resized or synced
-    std::string name = {}; // path of what is made, renamed or removed; of a file of the folder that is synced
-    std::string newName = {}; // of what is renamed
+    FileNumber file = 0;      // of the file made, written, resized or synced
+    std::string name = {};    // path made, renamed or removed; for a folder's sync, of one of its files
+    std::string newName = {}; // of a renamed file
     std::uint64_t offset = 0; // of a write; the size of a resize
     Bytes bytes = {};
     bool reachedDisk = false; // of a change of names: whether a sync of the folder followed
@@ -30,17 +30,17 @@ struct FolderEvent {
 
 using FolderLog = std::vector<FolderEvent>;
 
-/// What lies on the disk.
+/// The contents of the disk.
 struct FolderImage {
     std::map<std::string, FileNumber> names;
     std::map<FileNumber, Bytes> contents;
 
     void apply(const FolderEvent& event);
-    /// Makes the files in a folder of the disk, each by the last part of its path.
+    /// Creates the files in a folder of the disk, each under the last part of its path.
     void writeInto(const std::string& folder) const;
 };
 
-/// One folder; the log begins when it is made, or with startLog().
+/// One folder; the log begins at its construction, or with startLog().
 class RecordingFolders final : public Folders {
 public:
     [[nodiscard]] bool exists(const std::string& path) const override { return names_.contains(path); }
@@ -52,7 +52,7 @@ public:
     void shareAs(const std::string& path, const std::string& model) noexcept override;
     void syncFolderOf(const std::string& path) override;
 
-    /// Forgets what was done so far: what lies there is on the disk.
+    /// Forgets all events so far: everything is on the disk.
     void startLog() { log_->clear(); }
     [[nodiscard]] const FolderLog& log() const { return *log_; }
     [[nodiscard]] FolderImage image() const;

@@ -1,5 +1,5 @@
-// The machine stops at every place of a creation or replacement of a table, all done before on its disk: then
-// there is the old table or the new one, sound, or opening says what is wrong.
+// The machine stops at every place of a creation or replacement of a table, with everything before it on the
+// disk: there is then the old table or the new one, sound, or opening says what is wrong.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -22,7 +22,7 @@ constexpr const char* folder = "/datos";
 constexpr const char* tableFile = "/datos/GUION.DBF";
 constexpr const char* indexFile = "/datos/GUION.MDX";
 
-/// What is found in a folder: the rows of its table, or why it does not open.
+/// The contents of a folder: the rows of its table, or why it does not open.
 struct Found {
     std::optional<Rows> rows;
     std::size_t recordLength = 0;
@@ -40,7 +40,7 @@ protected:
                 .tags = {{.name = "CODIGO", .expression = "CODIGO"}}};
     }
 
-    /// Fills the table of two files with so many rows, the first of this number.
+    /// Fills the table of two files with this many rows, the first of which has this number.
     void fill(const std::string& records, const std::string& index, int first, int rows) {
         Table table(folders_.open(records, OpenMode::ReadWrite), folders_.open(index, OpenMode::ReadWrite));
         for (int number = first; number < first + rows; ++number) {
@@ -52,7 +52,7 @@ protected:
         fill(tableFile, indexFile, 1, 5);
     }
 
-    /// Puts a table of the same columns with so many other rows in the place of the old one.
+    /// Replaces the table by one with the same columns and this many other rows.
     void replace(int rows) {
         TableReplacement files(tableFile, folders_);
         {
@@ -66,7 +66,7 @@ protected:
         files.commit(true);
     }
 
-    /// Opens what lies in a folder, as after a start of the machine, and checks it.
+    /// Opens the table of a folder, as after a restart of the machine, and checks it.
     static Found openAfterStop(const FolderImage& image) {
         setBootIdentity("the second start");
         const TemporaryFolder disk;
@@ -91,7 +91,7 @@ protected:
         return found;
     }
 
-    /// Does something, stops the machine after each of its steps, and returns what was found each time.
+    /// Runs the operation, stops the machine after each of its steps, and returns what was found each time.
     std::vector<Found> stopEverywhere(const std::function<void()>& operation) {
         folders_.startLog();
         FolderImage image = folders_.image();
@@ -108,7 +108,7 @@ protected:
         return all;
     }
 
-    /// Once the new table was found, nothing else is found any more.
+    /// Once the new table has been found, nothing else is found after it.
     static void expectOldThenNew(const std::vector<Found>& all, const std::optional<Rows>& old,
                                  const Rows& fresh) {
         const auto isNew = [&](const Found& found) { return found.rows == fresh; };
@@ -156,7 +156,7 @@ TEST_F(NewNames, AReplacementByOtherColumnsThatIsCutLeavesTheOldTableOrTheNewOne
     EXPECT_EQ(all.back().recordLength, 9U);
 }
 
-/// What the journal of the old table says is none of the new one's, which has as many rows and as long ones.
+/// The old table's journal must not be applied to the new one, which has as many rows and as long ones.
 TEST_F(NewNames, AReplacementOfATableWithAJournalLeavesNoneOfItsRowsInTheNewOne) {
     makeOldTable();
     {
