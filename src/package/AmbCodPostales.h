@@ -10,6 +10,7 @@
 #include "data/ViasDM.h"
 #include "dbase/dataset/dataset.h"
 #include "dbase/dbf/codec.h"
+#include "dbase/lock/read_scope.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dialogs/BuscarDireccionPostal.h"

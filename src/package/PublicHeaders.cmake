@@ -24,6 +24,7 @@ set(public_headers
   dbase/system/error.h
   dbase/dataset/field.h
   dbase/dataset/listener_list.h
+  dbase/lock/read_scope.h
   dbase/dataset/notification_pause.h
   dbase/dbf/schema.h
   dbase/mdx/tag_definition.h

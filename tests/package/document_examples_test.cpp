@@ -155,12 +155,7 @@ TEST_F(DocumentExamplesTest, ManyRowsAreStoredTogetherWithOneWaitForTheDisk) {
     const int before = ambrel::test::diskWaits();
     storeAll(members, {"EVA", "ANA"});
     EXPECT_EQ(ambrel::test::diskWaits() - before, 1);
-    std::vector<std::string> names;
-    members.data.first();
-    do {
-        names.push_back(members.name.text());
-    } while (members.data.next());
-    EXPECT_EQ(names, (std::vector<std::string>{"ANA", "EVA", "LUZ"}));
+    EXPECT_EQ(namesAt(members, ""), (std::vector<std::string>{"ANA", "EVA", "LUZ"}));
 }
 
 TEST_F(DocumentExamplesTest, ARowThatSomebodyElseHoldsIsToldAndNotEdited) {

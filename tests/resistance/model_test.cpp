@@ -5,7 +5,9 @@
 #include <functional>
 #include <memory>
 #include <numeric>
+#include <optional>
 
+#include "dbase/lock/read_scope.h"
 #include "dbase/mdx/index_file.h"
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/error.h"
@@ -26,6 +28,7 @@ using Cursor = ModelledCursor;
 
 struct ModelRun {
     ModelShape shape;
+    bool inScopes;
     int operations;
 };
 void PrintTo(const ModelRun& run, std::ostream* out) { *out << run.shape.name; }
@@ -40,7 +43,11 @@ protected:
     void playRound(unsigned seed, int operations) {
         chance_ = Chance(seed);
         makeTable();
+        std::optional<dbase::ReadScope> scope;
         for (int done = 1; done <= operations; ++done) {
+            if (GetParam().inScopes && chance_.oneIn(10)) {
+                scope ? scope.reset() : static_cast<void>(scope.emplace());
+            }
             play();
             if (done % operationsBetweenChecks == 0 || done == operations) {
                 expectSoundOrders();
@@ -207,10 +214,10 @@ TEST_P(RandomOperations, AreAnsweredAsTheModelAnswersThem) {
 }
 
 std::vector<ModelRun> runs(int operations) {
-    return {{{"SmallPages", 1, 400, 26, false}, operations},
-            {{"SmallPagesEqualKeys", 1, 6, 2, false}, operations},
-            {{"Conditions", 2, 400, 26, true}, operations},
-            {{"ConditionsEqualKeys", 2, 30, 3, true}, operations}};
+    return {{{"SmallPages", 1, 400, 26, false}, false, operations},
+            {{"SmallPagesEqualKeys", 1, 6, 2, false}, true, operations},
+            {{"Conditions", 2, 400, 26, true}, true, operations},
+            {{"ConditionsEqualKeys", 2, 30, 3, true}, false, operations}};
 }
 std::string nameOf(const ::testing::TestParamInfo<ModelRun>& run) { return run.param.shape.name; }
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <csignal>
 #include <memory>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -11,6 +12,7 @@
 #include "RandomPosts.h"
 #include "StreetFolder.h"
 #include "controller/StreetKeyAllocation.h"
+#include "dbase/lock/read_scope.h"
 #include "dbase/support/StoredTable.h"
 #include "support/LongForm.h"
 
@@ -219,11 +221,16 @@ protected:
     }
 
     /// Seeks and walks until the log says stop; throws for a wrong answer.
-    static void readAllTheWhile(const PostLog& log, std::uint32_t seed) {
+    static void readAllTheWhile(const PostLog& log, std::uint32_t seed, bool inScopes) {
         dbase::Dataset streets("DB", "POSTAL", "CODIGO1");
         streets.open();
         std::minstd_rand random(seed + 1);
+        std::optional<dbase::ReadScope> scope;
         for (int turn = 0; turn < 20 || !log.mustStop(); ++turn) {
+            if (inScopes && turn % 7 == 0) {
+                scope.reset();
+                scope.emplace();
+            }
             const std::uint32_t serial =
                 std::uniform_int_distribution<std::uint32_t>(0, stableRows - 1)(random);
             findByKey(streets, serial);
@@ -332,7 +339,7 @@ TEST_P(ReadersAmongWriters, GetNoWrongAnswer) {
     for (int i = writers; i < GetParam(); ++i) {
         works.push_back([i, &readers](const ChildProcess::Link& link) {
             waitForAll(link);
-            readAllTheWhile(readers, static_cast<std::uint32_t>(i));
+            readAllTheWhile(readers, static_cast<std::uint32_t>(i), i % 2 != 0);
             return 0;
         });
     }

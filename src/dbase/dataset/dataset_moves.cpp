@@ -1,32 +1,26 @@
 // The moves of a dataset, with reading ahead and landing.
 
 #include <algorithm>
-#include <ctime>
 
 #include "dbase/dataset/dataset_read_ahead.h"
 #include "dbase/dataset/row_order.h"
 #include "dbase/dataset/seek_key.h"
 #include "dbase/mdx/record_key.h"
+#include "dbase/system/clock.h"
 #include "dbase/system/error.h"
 
 namespace dbase {
-
-namespace {
-
-std::chrono::nanoseconds coarseNow() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
-    return std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec);
-}
-
-} // namespace
 
 // --- Reading ahead
 
 bool Dataset::takeAhead() {
     ReadAhead& ahead = *ahead_;
-    if (ahead.next == ahead.rows.size() || ahead.behind != record_ ||
-        open_->changeCounter() != ahead.counter || open_->records().recordCount() != ahead.recordCount ||
+    if (ahead.next == ahead.rows.size()) {
+        return false;
+    }
+    open_->giveWay();
+    if (ahead.behind != record_ || open_->changeCounter() != ahead.counter ||
+        open_->records().recordCount() != ahead.recordCount ||
         coarseNow() - ahead.taken > ReadAhead::shelfLife) {
         return false;
     }
@@ -98,7 +92,8 @@ bool Dataset::toNeighbour(Spot& spot, Direction direction) const {
         spot.record = forward ? record_ + 1 : std::min(record_ - 1, open_->records().recordCount());
         return true;
     }
-    if (spot_->cursor && spot_->cursor->stillHolds()) {
+    const bool nothingChanged = spot_->hold != 0 && spot_->hold == open_->holdNumber();
+    if (spot_->cursor && (nothingChanged || spot_->cursor->stillHolds())) {
         spot.cursor = spot_->cursor;
         return forward ? spot.cursor->next() : spot.cursor->prior();
     }
@@ -127,6 +122,7 @@ bool Dataset::landOn(Search&& search) {
     const bool found = open_->read([&] {
         spot.cursor.reset();
         spot.record = 0;
+        spot.hold = open_->holdNumber();
         if (!search(spot)) {
             return false;
         }

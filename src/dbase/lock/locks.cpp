@@ -4,13 +4,35 @@
 #include <algorithm>
 #include <thread>
 
+#include "dbase/lock/read_scope.h"
 #include "dbase/system/error.h"
 
 namespace dbase {
 
 namespace {
 std::chrono::milliseconds patience{10000};
-}
+
+/// Says for a block that a writer waits for the structure lock.
+class WaitingWriter {
+public:
+    WaitingWriter(File& file, LockRange range, LockKind kind)
+        : file_(file),
+          says_(kind == LockKind::Exclusive && range.offset == structureLock.offset &&
+                range.length == structureLock.length && file.tryLock(waitingLock, LockKind::Shared)) {}
+    ~WaitingWriter() {
+        if (says_) {
+            file_.unlock(waitingLock);
+        }
+    }
+    WaitingWriter(const WaitingWriter&) = delete;
+    WaitingWriter& operator=(const WaitingWriter&) = delete;
+
+private:
+    File& file_;
+    bool says_;
+};
+
+} // namespace
 
 std::chrono::milliseconds lockPatience() { return patience; }
 void setLockPatience(std::chrono::milliseconds value) { patience = value; }
@@ -20,6 +42,8 @@ void holdLock(File& file, LockRange range, LockKind kind) {
     if (file.tryLock(range, kind)) {
         return;
     }
+    ReadScope::letGo(); // others may wait for those, and so may we, through another opening of the file
+    const WaitingWriter waiting(file, range, kind);
     const Clock::time_point deadline = Clock::now() + patience;
     auto pause = std::chrono::microseconds(20);
     while (!file.tryLock(range, kind)) {
@@ -34,6 +58,9 @@ void holdLock(File& file, LockRange range, LockKind kind) {
 
 StructureLock::StructureLock(File& file, Holders& holders, LockKind kind)
     : file_(file), holders_(holders), kind_(kind) {
+    if (kind == LockKind::Exclusive) {
+        ReadScope::letGo();
+    }
     if (holders_.isChanging || (holders_.readers > 0 && kind == LockKind::Exclusive)) {
         throw Error(ErrorCode::LockTimeout, file.path(),
                     "la tabla se está usando en este mismo momento; espere a que termine la operación");

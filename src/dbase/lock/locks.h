@@ -16,6 +16,7 @@ inline constexpr std::uint64_t append = 0xEFFFFFFF;
 inline constexpr std::uint64_t presence = 0xF0000010; // ours: no other program looks at these
 inline constexpr std::uint64_t opening = 0xF0000011;
 inline constexpr std::uint64_t exchange = 0xF0000012;
+inline constexpr std::uint64_t waiting = 0xF0000013;
 } // namespace lock_offset
 
 [[nodiscard]] constexpr LockRange recordLock(RecordNumber record) {
@@ -39,11 +40,16 @@ inline constexpr LockRange openingLock{lock_offset::opening, 1};
 /// makes this machine look at the server's bytes anew and send its own.
 inline constexpr LockRange exchangeLock{lock_offset::exchange, 1};
 
+/// Beside the structure lock, shared: a writer waits for it. Those that read on and on look at it from time
+/// to time.
+inline constexpr LockRange waitingLock{lock_offset::waiting, 1};
+
 /// How long a structure lock may keep an operation waiting before it fails with Error(LockTimeout).
 [[nodiscard]] std::chrono::milliseconds lockPatience();
 void setLockPatience(std::chrono::milliseconds patience);
 
-/// Takes a lock, waiting at most lockPatience(). Errors: Error(LockTimeout).
+/// Takes a lock, waiting at most lockPatience(); what read scopes keep is let go meanwhile. Errors:
+/// Error(LockTimeout).
 void holdLock(File& file, LockRange range, LockKind kind);
 
 /// Holds one byte-range lock for a block.
@@ -79,8 +85,9 @@ public:
         File* exchanged = nullptr;         // another file on a network folder that goes with this one
     };
 
-    /// Readers go together; whoever reads or changes while a change of the same opening is under way (a
-    /// progress callback, say) gets Error(LockTimeout) at once.
+    /// An exclusive one ends what the read scopes of this thread keep. Readers go together; whoever reads or
+    /// changes while a change of the same opening is under way (a progress callback, say) gets
+    /// Error(LockTimeout) at once.
     StructureLock(File& file, Holders& holders, LockKind kind);
     ~StructureLock();
     StructureLock(const StructureLock&) = delete;

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "dbase/dbf/codepage.h"
+#include "dbase/lock/read_scope.h"
 #include "dbase/system/error.h"
 
 namespace dbase {
@@ -100,6 +101,10 @@ void Table::renewTornViews() {
 std::uint64_t Table::changeCounter() const { return index_ ? index_->stamp().counter : 0; }
 
 void Table::guardRead(const std::function<void()>& operation) {
+    if (!hold_) {
+        hold_.emplace(structureFile(), structureHolders_);
+    }
+    hold_->giveWay();
     while (!tryReadLocked(operation)) {
         recover();
     }
@@ -108,12 +113,15 @@ void Table::guardRead(const std::function<void()>& operation) {
 // False, and nothing done, where the table has to be mended first.
 bool Table::tryReadLocked(const std::function<void()>& operation) {
     const StructureLock lock(structureFile(), structureHolders_, LockKind::Shared);
-    renewTornViews();
-    if (const Health found = health(); found != Health::Sound) {
-        if (isReadOnly()) {
-            refuseStale(found);
+    if (hold_->number() == 0 || isTorn()) { // else nobody can have changed anything since the last look
+        renewTornViews();
+        if (const Health found = health(); found != Health::Sound) {
+            if (isReadOnly()) {
+                refuseStale(found);
+            }
+            return false;
         }
-        return false;
+        hold_->keep();
     }
     operation();
     if (isTorn()) {
@@ -131,6 +139,7 @@ void Table::syncFiles() {
 
 bool Table::tryLockRecord(RecordNumber number, const void* owner) {
     requireWritable();
+    ReadScope::letGo(); // what is read under the lock is read anew
     return recordLocks_.tryLock(number, owner);
 }
 

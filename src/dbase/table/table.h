@@ -15,6 +15,7 @@
 #include "dbase/dbf/table_file.h"
 #include "dbase/journal/journal.h"
 #include "dbase/lock/locks.h"
+#include "dbase/lock/read_hold.h"
 #include "dbase/lock/record_locks.h"
 #include "dbase/mdx/index_file.h"
 #include "dbase/system/durability.h"
@@ -53,6 +54,14 @@ public:
     /// end.
     template<typename Operation>
     auto read(Operation&& operation);
+    /// Where a read scope keeps the lock: the number of that time, in which nothing changes; else 0.
+    [[nodiscard]] std::uint64_t holdNumber() const { return hold_ ? hold_->number() : 0; }
+    /// Comes before rows are used that an earlier read brought; read() does so itself.
+    void giveWay() {
+        if (hold_) {
+            hold_->giveWay();
+        }
+    }
 
     /// Moves at every change that one of our programs makes, read without a lock; odd while a change is being
     /// made or was left unfinished. 0 in a table without tags.
@@ -147,6 +156,7 @@ private:
     bool hasTail_ = false; // the count was corrected, and part of a record may lie behind the last one
     StructureLock::Holders structureHolders_;
     RecordLocks recordLocks_{records_.file()};
+    std::optional<ReadHold> hold_; // since the first read
 };
 
 template<typename Operation>

@@ -151,6 +151,7 @@ void Table::joinSession() {
 
 // The last one to leave a table that was changed puts it on the disk; then no journal is needed.
 void Table::leaveSession() {
+    hold_.reset();
     try {
         if (!journal_ || isReadOnly() || !journal_->exists() ||
             !records_.file().tryLock(presenceLock, LockKind::Exclusive) ||

@@ -5,6 +5,7 @@
 
 #include "dbase/journal/journal_place.h"
 #include "dbase/lock/locks.h"
+#include "dbase/lock/read_scope.h"
 #include "dbase/mdx/index_layout.h"
 #include "dbase/mdx/update_stamp.h"
 #include "dbase/system/error.h"
@@ -27,6 +28,7 @@ TableReplacement::TableReplacement(std::string tableFile)
 
 TableReplacement::TableReplacement(std::string tableFile, Folders& folders)
     : folders_(folders), table_(std::move(tableFile)) {
+    ReadScope::letGo(); // of the table that is to go
     recoverOld();
     const std::string suffix = ".nuevo" + std::to_string(getpid());
     if (folders_.exists(table_)) {

@@ -4,7 +4,9 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
+#include "dbase/lock/read_scope.h"
 #include "dbase/table/workstation.h"
 #include "support/ModelledCursor.h"
 #include "support/Seed.h"
@@ -18,7 +20,7 @@ constexpr ModelShape shape{.name = "", .blockPages = 2, .codes = 6, .nameLetters
 
 struct Setting {
     const char* name;
-    bool otherProcess;
+    bool otherProcess, inScopes;
 };
 void PrintTo(const Setting& setting, std::ostream* out) { *out << setting.name; }
 
@@ -90,6 +92,7 @@ protected:
             apply(change, stored_);
         } else if (changesLeft_ > 0) {
             --changesLeft_;
+            dbase::ReadScope::letGo(); // here one process waits for the other
             ASSERT_EQ(away_->step(), "");
             apply(draw(changes_, 0), stored_);
         }
@@ -105,7 +108,14 @@ protected:
             }
         }
     }
+    /// Some operations one after another, or none.
+    void beginOrEndScope() {
+        if (GetParam().inScopes && chance_.oneIn(4)) {
+            scope_ ? scope_.reset() : static_cast<void>(scope_.emplace());
+        }
+    }
     void operate() {
+        beginOrEndScope();
         const unsigned kind = chance_.below(20);
         if (kind < 4) {
             scan();
@@ -140,6 +150,7 @@ protected:
     ModelledCursor cursor_{stored_, shape, chance_};
     dbase::Dataset other_{"DB", "MODELO"};
     std::unique_ptr<dbase::Workstation> away_;
+    std::optional<dbase::ReadScope> scope_;
 };
 
 TEST_P(ChangesInTheMiddle, AreShownAsTheModelShowsThem) {
@@ -157,7 +168,10 @@ TEST_P(ChangesInTheMiddle, AreShownAsTheModelShowsThem) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, ChangesInTheMiddle,
-                         ::testing::Values(Setting{"OneProcess", false}, Setting{"AnotherProcess", true}),
+                         ::testing::Values(Setting{"OneProcess", false, false},
+                                           Setting{"AnotherProcess", true, false},
+                                           Setting{"OneProcessInScopes", false, true},
+                                           Setting{"AnotherProcessInScopes", true, true}),
                          [](const auto& test) { return std::string(test.param.name); });
 
 } // namespace

@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <optional>
 #include <random>
 
+#include "dbase/lock/read_scope.h"
 #include "dbase/support/RemoteFile.h"
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/error.h"
@@ -197,7 +199,11 @@ TEST_F(RemoteTableTest, NothingIsLostOrStaleBetweenWorkstations) {
         open(i);
     }
     const int operations = ambrel::test::longForm(1500, 60'000);
+    std::optional<ReadScope> scope; // from time to time
     for (int done = 1; done <= operations; ++done) {
+        if (pick(0, 9) == 0) {
+            scope ? scope.reset() : static_cast<void>(scope.emplace());
+        }
         const std::size_t station = pick(0, stationCount - 1);
         work(station);
         for (const auto& each : stations_) {
@@ -235,6 +241,19 @@ TEST_F(RemoteTableTest, FilesThatDoNotTellKeepAChangeFromTheOthers) {
     const Bytes shown = storedRecord(*tables_[0], 1);
     tables_[0]->overwrite(1, shown, withValue(schema(), shown, "CODE", "9999"));
     EXPECT_EQ(storedRecord(*tables_[1], 1), shown);
+}
+
+TEST_F(RemoteTableTest, AReadScopeShowsWhatAnotherWorkstationChangedMeanwhile) {
+    open(0);
+    open(1);
+    append(0);
+    const ReadScope scope;
+    read(1, 1);
+    overwrite(0, 1, rows_[0], anyRow());
+    read(1, 1);
+    append(0);
+    read(1, 2);
+    walk(1);
 }
 
 TEST_F(RemoteTableTest, ATableWithoutTagsIsSharedAsWell) {

@@ -31,3 +31,16 @@ void storeAll(Members& members, const std::vector<std::string>& names) {
     }
     members.data.sync();
 }
+
+// Reads many rows under one lock. Nothing in a scope may wait: not for the user, nor for another program.
+std::vector<std::string> namesAt(Members& members, const std::string& postalCode) {
+    const dbase::ReadScope scope;
+    std::vector<std::string> names;
+    members.data.first();
+    for (bool isRow = !members.data.isEmpty(); isRow; isRow = members.data.next()) {
+        if (members.postalCode.view() == postalCode) {
+            names.push_back(members.name.text());
+        }
+    }
+    return names;
+}

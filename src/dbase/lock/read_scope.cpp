@@ -1,0 +1,113 @@
+// Read scopes: the locks that one thread keeps from one read to the next, and when it lets go of them.
+#include "dbase/lock/read_scope.h"
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include "dbase/lock/read_hold.h"
+#include "dbase/system/clock.h"
+
+namespace dbase {
+
+namespace {
+
+using std::chrono::nanoseconds;
+
+/// What the scopes of one thread have in common.
+struct Scopes {
+    unsigned open = 0;
+    ReadHold* kept = nullptr;
+    std::uint64_t number = 0; // of the latest hold
+    nanoseconds since{0};     // writers were let in
+    nanoseconds until{0};     // the last scope ended
+};
+constinit thread_local Scopes scopes;
+
+/// Scopes that follow one another like this keep writers out as one would.
+constexpr std::chrono::milliseconds closely{5};
+/// For programs that do not say that they wait.
+constexpr std::chrono::microseconds moment{500};
+
+std::atomic<nanoseconds (*)()> clockOfHolds{coarseNow};
+
+nanoseconds now() { return clockOfHolds.load(std::memory_order_relaxed)(); }
+
+} // namespace
+
+void setHoldClock(nanoseconds (*clock)()) { clockOfHolds = clock != nullptr ? clock : coarseNow; }
+
+ReadScope::ReadScope() {
+    if (scopes.open++ == 0 && now() - scopes.until > closely) {
+        scopes.since = now();
+    }
+}
+
+ReadScope::~ReadScope() {
+    if (--scopes.open == 0) {
+        letGo();
+        scopes.until = now();
+    }
+}
+
+void ReadScope::letGo() {
+    while (scopes.kept != nullptr) {
+        scopes.kept->letGo();
+    }
+}
+
+void ReadHold::keep() {
+    letGo();
+    if (scopes.open == 0) {
+        return;
+    }
+    lock_.emplace(file_, holders_, LockKind::Shared);
+    number_ = ++scopes.number;
+    next_ = scopes.kept;
+    scopes.kept = this;
+}
+
+void ReadHold::letGo() {
+    if (number_ == 0) {
+        return;
+    }
+    number_ = 0;
+    lock_.reset();
+    ReadHold** link = &scopes.kept;
+    while (*link != nullptr && *link != this) {
+        link = &(*link)->next_;
+    }
+    if (*link == this) {
+        *link = next_;
+    }
+}
+
+// A writer that waits in vain, because somebody else reads for long, does not keep us longer than we kept it.
+void ReadHold::letWritersIn() {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point latest = Clock::now() + longestHold;
+    while (file_.isLockedByOthers(waitingLock) && Clock::now() < latest) {
+        std::this_thread::sleep_for(moment);
+    }
+}
+
+void ReadHold::giveWay() {
+    if (scopes.open == 0 || now() - scopes.since < longestHold ||
+        holders_.readers > (number_ != 0 ? 1U : 0U)) { // inside another read, whose lock stays anyhow
+        return;
+    }
+    std::vector<ReadHold*> freed{this};
+    for (ReadHold* hold = scopes.kept; hold != nullptr; hold = hold->next_) {
+        if (hold != this) {
+            freed.push_back(hold);
+        }
+    }
+    ReadScope::letGo();
+    std::this_thread::sleep_for(moment);
+    for (ReadHold* hold : freed) {
+        hold->letWritersIn();
+    }
+    scopes.since = now();
+}
+
+} // namespace dbase

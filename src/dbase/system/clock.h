@@ -1,0 +1,16 @@
+// A clock that costs a few nanoseconds: for limits of some milliseconds, looked at in every read.
+#pragma once
+
+#include <chrono>
+#include <ctime>
+
+namespace dbase {
+
+/// Never goes back; moves in steps of a few milliseconds.
+[[nodiscard]] inline std::chrono::nanoseconds coarseNow() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    return std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec);
+}
+
+} // namespace dbase

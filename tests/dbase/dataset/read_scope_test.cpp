@@ -1,0 +1,431 @@
+// Several reads under one lock: how long it is kept, who ends it, and that nothing is overlooked afterwards.
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <optional>
+#include <stdexcept>
+#include <thread>
+
+#include "dbase/dataset/dataset.h"
+#include "dbase/lock/locks.h"
+#include "dbase/lock/read_hold.h"
+#include "dbase/lock/read_scope.h"
+#include "dbase/support/ChildProcess.h"
+#include "dbase/support/StoredTable.h"
+#include "dbase/system/error.h"
+#include "dbase/table/bulk_loader.h"
+#include "dbase/table/check.h"
+#include "dbase/table/table.h"
+#include "support/LockPatience.h"
+#include "support/TableTest.h"
+
+namespace dbase {
+namespace {
+
+using std::chrono::milliseconds;
+using test::ChildProcess;
+using test::errorOf;
+
+/// A clock that the test moves.
+struct OwnClock {
+    OwnClock() {
+        setHoldClock([] { return now; });
+    }
+    ~OwnClock() { setHoldClock(nullptr); }
+    OwnClock(const OwnClock&) = delete;
+    OwnClock& operator=(const OwnClock&) = delete;
+
+    static inline std::chrono::nanoseconds now = std::chrono::hours(1);
+};
+
+class ReadScopeTest : public ambrel::test::TableTest {
+protected:
+    ReadScopeTest() {
+        for (const char* name : {"ONE", "TWO"}) {
+            std::vector<ambrel::test::Row> rows;
+            for (int i = 0; i < 300; ++i) {
+                rows.push_back({codeOf(i)});
+            }
+            createTable(ambrel::test::defineTable(name, {"CODE C6"}, {"CODE"}), rows);
+        }
+        OwnClock::now += std::chrono::hours(1); // long after the last test
+    }
+    static std::string codeOf(int row) { return std::to_string(1000 + 10 * row); }
+    /// For another process, whose failures only travel as exceptions.
+    static void require(bool condition) {
+        if (!condition) {
+            throw std::runtime_error("not found");
+        }
+    }
+    static bool find(Dataset& table, const std::string& code) {
+        return table.seek({{"CODE", code}}, SeekMode::Exact);
+    }
+    static void insert(Dataset& table, const std::string& code) {
+        table.append();
+        table.field("CODE").setText(code);
+        table.post();
+    }
+    /// As anybody else sees it.
+    [[nodiscard]] bool isLocked(const std::string& table = "ONE") const {
+        return openFile(folder / (table + ".MDX"), OpenMode::ReadOnly)->isLockedByOthers(structureLock);
+    }
+    [[nodiscard]] std::uint64_t hold() { return one_.openTable().holdNumber(); }
+
+    OwnClock clock_;
+    Dataset one_{"DB", "ONE", "CODE"}, two_{"DB", "TWO", "CODE"};
+};
+
+// --- How long
+
+TEST_F(ReadScopeTest, AReadByItselfLeavesNoLock) {
+    one_.open();
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    EXPECT_FALSE(isLocked());
+}
+
+TEST_F(ReadScopeTest, TheLockStaysFromOneReadToTheNextAndGoesWithTheScope) {
+    one_.open();
+    {
+        const ReadScope scope;
+        EXPECT_FALSE(isLocked());
+        EXPECT_TRUE(find(one_, codeOf(7)));
+        EXPECT_TRUE(isLocked());
+        const std::uint64_t first = hold();
+        EXPECT_TRUE(find(one_, codeOf(8)));
+        EXPECT_TRUE(one_.next());
+        EXPECT_EQ(hold(), first);
+    }
+    EXPECT_FALSE(isLocked());
+}
+
+TEST_F(ReadScopeTest, TheOutermostScopeCounts) {
+    one_.open();
+    {
+        const ReadScope outer;
+        {
+            const ReadScope inner;
+            EXPECT_TRUE(find(one_, codeOf(7)));
+        }
+        EXPECT_TRUE(isLocked());
+    }
+    EXPECT_FALSE(isLocked());
+}
+
+TEST_F(ReadScopeTest, AfterTwentyMillisecondsTheNextReadTakesTheLockAnew) {
+    one_.open();
+    const ReadScope scope;
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    const std::uint64_t first = hold();
+    OwnClock::now += milliseconds(19);
+    EXPECT_TRUE(find(one_, codeOf(8)));
+    EXPECT_EQ(hold(), first);
+    OwnClock::now += milliseconds(1);
+    EXPECT_TRUE(find(one_, codeOf(9)));
+    EXPECT_NE(hold(), first);
+    EXPECT_TRUE(isLocked());
+}
+
+TEST_F(ReadScopeTest, RowsReadAheadDoNotKeepItLonger) {
+    one_.open();
+    const ReadScope scope;
+    one_.first();
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_TRUE(one_.next());
+    }
+    EXPECT_TRUE(isLocked());
+    OwnClock::now += longestHold;
+    EXPECT_TRUE(one_.next());
+    EXPECT_FALSE(isLocked());
+    EXPECT_EQ(one_.field("CODE").text(), codeOf(5));
+}
+
+TEST_F(ReadScopeTest, ATableThatIsReadNoLongerIsLetGoAsWell) {
+    one_.open();
+    two_.open();
+    const ReadScope scope;
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    EXPECT_TRUE(find(two_, codeOf(7)));
+    EXPECT_TRUE(isLocked("ONE"));
+    EXPECT_TRUE(isLocked("TWO"));
+    OwnClock::now += longestHold;
+    EXPECT_TRUE(find(two_, codeOf(8)));
+    EXPECT_FALSE(isLocked("ONE"));
+    EXPECT_TRUE(isLocked("TWO"));
+}
+
+TEST_F(ReadScopeTest, TwoDatasetsOfOneTableShareTheHold) {
+    Dataset other("DB", "ONE");
+    one_.open();
+    other.open();
+    const ReadScope scope;
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    const std::uint64_t first = hold();
+    other.first();
+    EXPECT_TRUE(other.next());
+    EXPECT_EQ(hold(), first);
+    other.close();
+    EXPECT_TRUE(one_.next());
+    EXPECT_EQ(hold(), first);
+}
+
+TEST_F(ReadScopeTest, AScopeOfAnotherThreadKeepsNothingHere) {
+    one_.open();
+    const ReadScope scope;
+    std::thread([&] {
+        EXPECT_TRUE(find(one_, codeOf(7)));
+        EXPECT_FALSE(isLocked());
+    }).join();
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    EXPECT_TRUE(isLocked());
+}
+
+// --- Who ends it
+
+TEST_F(ReadScopeTest, AChangeEndsTheHoldAndTheScopeGoesOn) {
+    one_.open();
+    two_.open();
+    const ReadScope scope;
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    EXPECT_TRUE(find(two_, codeOf(7)));
+    const std::uint64_t first = hold();
+    insert(two_, "1071");
+    EXPECT_FALSE(isLocked("ONE")) << "else two processes could each wait for what the other keeps";
+    EXPECT_TRUE(one_.next());
+    EXPECT_EQ(one_.field("CODE").text(), codeOf(8));
+    EXPECT_NE(hold(), first);
+    EXPECT_TRUE(isLocked("ONE"));
+}
+
+TEST_F(ReadScopeTest, AChangeThroughAnotherCursorIsSeenByTheNextStep) {
+    Dataset other("DB", "ONE", "CODE");
+    one_.open();
+    other.open();
+    const ReadScope scope;
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    insert(other, "1071");
+    EXPECT_TRUE(one_.next());
+    EXPECT_EQ(one_.field("CODE").text(), "1071");
+    EXPECT_TRUE(find(other, "1071"));
+    other.erase();
+    EXPECT_TRUE(one_.next());
+    EXPECT_TRUE(one_.prior());
+    EXPECT_EQ(one_.field("CODE").text(), codeOf(7));
+    EXPECT_TRUE(one_.next());
+    EXPECT_EQ(one_.field("CODE").text(), codeOf(8));
+}
+
+TEST_F(ReadScopeTest, EditAndPostInsideAreWholeAndKeepNothing) {
+    one_.open();
+    const ReadScope scope;
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    one_.edit();
+    one_.field("CODE").setText("1071");
+    one_.post();
+    EXPECT_FALSE(find(one_, codeOf(7)));
+    EXPECT_TRUE(find(one_, "1071"));
+    one_.erase();
+    EXPECT_FALSE(find(one_, "1071"));
+}
+
+TEST_F(ReadScopeTest, ARecordLockEndsTheHold) {
+    one_.open();
+    const ReadScope scope;
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    EXPECT_TRUE(one_.lockCurrent());
+    EXPECT_FALSE(isLocked());
+}
+
+TEST_F(ReadScopeTest, AnotherOpeningOfTheFileIsNotLockedOutByOurOwnHold) {
+    const ambrel::test::LockPatience brief(milliseconds(50));
+    one_.open();
+    const ReadScope scope;
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    reindexTable(folder / "ONE.DBF");
+    EXPECT_TRUE(find(one_, codeOf(8)));
+    {
+        BulkLoader loader(folder / "ONE.DBF", BulkLoader::Mode::Append);
+        loader.add(test::makeRecord(loader.schema(), {"0999"}));
+        loader.finish();
+    }
+    one_.first();
+    EXPECT_EQ(one_.field("CODE").text(), "0999");
+}
+
+TEST_F(ReadScopeTest, ATableCanBeReplacedInsideOnceItIsClosed) {
+    one_.open();
+    const ReadScope scope;
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    one_.close();
+    EXPECT_FALSE(isLocked());
+    BulkLoader loader(folder / "ONE.DBF", BulkLoader::Mode::Replace);
+    loader.add(test::makeRecord(loader.schema(), {"5"}));
+    loader.finish();
+    one_.open();
+    EXPECT_EQ(one_.field("CODE").text(), "5");
+}
+
+TEST_F(ReadScopeTest, ADatasetThatGoesFirstLeavesNothing) {
+    std::optional<Dataset> table(std::in_place, "DB", "ONE", "CODE");
+    table->open();
+    const ReadScope scope;
+    EXPECT_TRUE(find(*table, codeOf(7)));
+    table.reset();
+    EXPECT_FALSE(isLocked());
+    two_.open();
+    EXPECT_TRUE(find(two_, codeOf(7)));
+}
+
+TEST_F(ReadScopeTest, AnExceptionLeavesNoLock) {
+    one_.open();
+    try {
+        const ReadScope scope;
+        EXPECT_TRUE(find(one_, codeOf(7)));
+        throw std::runtime_error("in the middle");
+    } catch (const std::runtime_error&) {
+        EXPECT_FALSE(isLocked());
+    }
+}
+
+TEST_F(ReadScopeTest, ARefusedReadInsideLeavesTheScopeUsable) {
+    one_.open();
+    const ReadScope scope;
+    EXPECT_EQ(errorOf([&] {
+                  static_cast<void>(one_.openTable().read(
+                      []() -> bool { throw Error(ErrorCode::BadIndex, {}, "a page that lies"); }));
+              }).code(),
+              ErrorCode::BadIndex);
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    ReadScope::letGo();
+    EXPECT_FALSE(isLocked());
+    EXPECT_TRUE(find(one_, codeOf(8)));
+}
+
+TEST_F(ReadScopeTest, WaitingForOneTableLetsGoOfTheOthers) {
+    const ambrel::test::LockPatience none(milliseconds(0));
+    one_.open();
+    two_.open();
+    const auto other = openFile(folder / "TWO.MDX", OpenMode::ReadWrite);
+    const ReadScope scope;
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    ASSERT_TRUE(other->tryLock(structureLock, LockKind::Exclusive));
+    EXPECT_EQ(errorOf([&] { static_cast<void>(find(two_, codeOf(7))); }).code(), ErrorCode::LockTimeout);
+    EXPECT_FALSE(isLocked("ONE"));
+    other->unlock(structureLock);
+    EXPECT_TRUE(find(two_, codeOf(7)));
+    EXPECT_TRUE(find(one_, codeOf(8)));
+}
+
+// --- Other processes
+
+/// Whether all reads are under one scope, or some milliseconds of them under one of their own each. By the
+/// system's clock: the locks come free so seldom that a writer does not meet the moment by chance.
+class ReadersAndAWriter : public ReadScopeTest, public ::testing::WithParamInterface<bool> {
+protected:
+    ReadersAndAWriter() { setHoldClock(nullptr); }
+
+    void readUntilItEnds(ChildProcess& writer) {
+        one_.open();
+        writer.tell();
+        std::optional<ReadScope> scope;
+        while (!writer.hasEnded()) {
+            if (!GetParam() || !scope) {
+                scope.reset();
+                scope.emplace();
+            }
+            for (int i = 0; i < 5000; ++i) {
+                ASSERT_TRUE(find(one_, codeOf(i % 300)));
+            }
+        }
+    }
+    /// So many rows, each of which raises when the lock does not come free in time.
+    static int append(const ChildProcess::Link& link, int rows) {
+        link.await();
+        Dataset table("DB", "ONE", "CODE");
+        table.open();
+        for (int i = 0; i < rows; ++i) {
+            insert(table, "2" + std::to_string(i));
+        }
+        return 0;
+    }
+};
+
+TEST_P(ReadersAndAWriter, AWriterIsNeverShutOut) {
+    ChildProcess writer([](const ChildProcess::Link& link) { return append(link, 20); });
+    readUntilItEnds(writer);
+    EXPECT_EQ(writer.join(), 0);
+    EXPECT_TRUE(find(one_, "219"));
+}
+
+TEST_P(ReadersAndAWriter, AWriterIsNotShutOutByTwoReadersThatTakeTurns) {
+    ChildProcess reader([this](const ChildProcess::Link& link) {
+        link.await();
+        Dataset table("DB", "ONE", "CODE");
+        table.open();
+        const ReadScope scope;
+        while (!find(table, "219")) {
+            for (int i = 0; i < 1000; ++i) {
+                require(find(table, codeOf(i % 300)));
+            }
+        }
+        return 0;
+    });
+    ChildProcess writer([](const ChildProcess::Link& link) { return append(link, 20); });
+    reader.tell();
+    readUntilItEnds(writer);
+    EXPECT_EQ(writer.join(), 0);
+    ReadScope::letGo();
+    EXPECT_EQ(reader.join(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Scopes, ReadersAndAWriter, ::testing::Bool(), [](const auto& test) {
+    return test.param ? std::string("One") : std::string("Many");
+});
+
+TEST_F(ReadScopeTest, WhatAKilledWriterLeftBetweenTwoHoldsIsRecovered) {
+    ChildProcess writer([this](const ChildProcess::Link& link) {
+        link.await();
+        const auto table = Table::open(folder / "ONE.DBF");
+        const StructureLock lock(table->structureFile(), table->structureHolders(), LockKind::Exclusive);
+        IndexFile index(openFile(folder / "ONE.MDX", OpenMode::ReadWrite), table->schema());
+        index.writeStamp(index.stamp().begun(300));
+        link.tell();
+        link.await();
+        return 0;
+    });
+    one_.open();
+    const ReadScope scope;
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    ReadScope::letGo();
+    writer.tell();
+    writer.await();
+    writer.kill();
+    EXPECT_EQ(writer.join(), -SIGKILL);
+    EXPECT_TRUE(one_.next());
+    EXPECT_EQ(one_.field("CODE").text(), codeOf(8));
+    EXPECT_FALSE(one_.openTable().index()->stamp().inUpdate);
+}
+
+TEST_F(ReadScopeTest, ChangesOfAnotherProcessBetweenTwoHoldsAreSeen) {
+    ChildProcess writer([](const ChildProcess::Link& link) {
+        link.await();
+        Dataset table("DB", "ONE", "CODE");
+        table.open();
+        insert(table, "1071");
+        require(find(table, codeOf(8)));
+        table.erase();
+        return 0;
+    });
+    one_.open();
+    const ReadScope scope;
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    ReadScope::letGo();
+    writer.tell();
+    EXPECT_EQ(writer.join(), 0);
+    EXPECT_TRUE(one_.next());
+    EXPECT_EQ(one_.field("CODE").text(), "1071");
+    EXPECT_TRUE(one_.next());
+    EXPECT_EQ(one_.field("CODE").text(), codeOf(9));
+}
+
+} // namespace
+} // namespace dbase
