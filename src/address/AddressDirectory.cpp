@@ -6,6 +6,7 @@
 #include "data/Province.h"
 #include "data/TableDefinitions.h"
 #include "data/WholeName.h"
+#include "dbase/lock/read_scope.h"
 
 namespace ambrel {
 namespace {
@@ -34,6 +35,7 @@ AddressDirectory::AddressDirectory(const std::string& database)
 }
 
 std::vector<Municipality> AddressDirectory::municipalitiesNamed(const std::string& name) {
+    const dbase::ReadScope scope;
     std::vector<std::string> codes;
     if (!name.empty() && name.size() <= municipalityNameWidth &&
         shown_.seek({{"NOMBRE", name}}, dbase::SeekMode::Exact)) {
@@ -62,6 +64,7 @@ std::optional<std::string> AddressDirectory::municipalityNameBeginning(const std
 }
 
 std::optional<Municipality> AddressDirectory::municipality(const std::string& ineCode) {
+    const dbase::ReadScope scope;
     if (ineCode.empty() || !all_.seek({{"COD_INE", ineCode}}, dbase::SeekMode::Exact)) {
         return std::nullopt;
     }
@@ -129,6 +132,7 @@ void AddressDirectory::visitOwn(const Municipality& municipality, const std::str
 
 std::vector<StreetStretch> AddressDirectory::stretches(const Municipality& municipality,
                                                        const std::string& name) {
+    const dbase::ReadScope scope;
     std::vector<StreetStretch> found;
     if (name.empty() || name.size() > streetNameWidth) {
         return found;
@@ -147,6 +151,7 @@ std::vector<StreetStretch> AddressDirectory::stretches(const Municipality& munic
 std::optional<StreetStretch> AddressDirectory::streetBeginning(const Municipality& municipality,
                                                                const std::string& text,
                                                                const std::string& type) {
+    const dbase::ReadScope scope;
     std::optional<StreetStretch> best;
     if (text.empty() || text.size() > streetNameWidth) {
         return best;

@@ -13,6 +13,7 @@
 #include "controller/Completion.h"
 #include "controller/ProvinceName.h"
 #include "dbase/dbf/codepage.h"
+#include "dbase/lock/read_scope.h"
 #include "services/KeyCodes.h"
 #include "services/Rnumcad.h"
 
@@ -183,6 +184,7 @@ private:
 } // namespace
 
 ResolvedAddress resolveAddress(const std::string& database, const TypedAddress& typed) {
+    const dbase::ReadScope scope;
     return Resolution(database, typed).run();
 }
 

@@ -3,6 +3,7 @@
 
 #include "data/Province.h"
 #include "data/TableScope.h"
+#include "dbase/lock/read_scope.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 
@@ -55,6 +56,7 @@ std::string nameByPostalCode(TDMCodPostales& tables, const std::string& postalCo
 } // namespace
 
 std::string municipalityOfStreet(TDMCodPostales& tables, const std::string& provinceCode) {
+    const dbase::ReadScope scope;
     const std::string postalCode = tables.tbPostalCODPOSTAL.text();
     if (postalCode.empty() || provinceOf(postalCode) != provinceCode) {
         return {};
@@ -66,6 +68,7 @@ std::string municipalityOfStreet(TDMCodPostales& tables, const std::string& prov
 }
 
 void goToMunicipalityOfStreet(TDMCodPostales& tables) {
+    const dbase::ReadScope scope;
     TBIndexa("CODPOSTAL", tables.tbMunicipi);
     const std::string postalCode = tables.tbPostalCODPOSTAL.text();
     if (!findPostalCode(tables, postalCode, exactSearch)) {

@@ -2,6 +2,7 @@
 #include "controller/NumberWalk.h"
 
 #include "controller/NumberRange.h"
+#include "dbase/lock/read_scope.h"
 
 namespace ambrel {
 namespace {
@@ -16,6 +17,7 @@ bool currentRowHolds(const TDMCodPostales& tables, int number) {
 } // namespace
 
 bool walkToNumber(TDMCodPostales& tables, int number) {
+    const dbase::ReadScope scope;
     if (tables.tbPostal.isEmpty()) {
         return false;
     }
@@ -35,6 +37,7 @@ bool walkToNumber(TDMCodPostales& tables, int number) {
 }
 
 bool walkToNumberWithoutType(TDMCodPostales& tables, int number) {
+    const dbase::ReadScope scope;
     if (tables.tbPostal.isEmpty()) {
         return false;
     }

@@ -4,6 +4,7 @@
 #include "controller/MunicipalitySearch.h"
 #include "controller/StreetSearchKey.h"
 #include "data/TableScope.h"
+#include "dbase/lock/read_scope.h"
 #include "dbase/system/error.h"
 #include "services/Ruttb.h"
 
@@ -78,6 +79,7 @@ void trySearches(TDMCodPostales& tables, const std::string& name, const std::str
 } // namespace
 
 bool findStreet(TDMCodPostales& tables, const std::string& name, const std::string& type, bool exact) {
+    const dbase::ReadScope scope;
     const StreetPlace place = currentPlace(tables);
     const bool found = exact ? findExact(tables, place, name, type) : findNearest(tables, place, name, type);
     // Deliberate: in a municipality with a single code, a street with another code is not a match.
@@ -102,6 +104,7 @@ std::optional<NamedCompletion> completeStreet(TDMCodPostales& tables, const Edit
 }
 
 void chooseStreetType(TDMCodPostales& tables, const std::string& name, const std::string& type) {
+    const dbase::ReadScope scope;
     if (!hasNeighbour(tables, name)) {
         return;
     }
@@ -120,6 +123,7 @@ void chooseStreetType(TDMCodPostales& tables, const std::string& name, const std
 
 void goToStreetOfMunicipality(TDMCodPostales& tables, const std::string& ineCode, const std::string& name,
                               const std::string& type) {
+    const dbase::ReadScope scope;
     TagScope order(tables.tbMunicipi, "COD_INE");
     if (TBBusca(tables.tbMunicipi, {{"COD_INE", ineCode}}, exactSearch)) {
         trySearches(tables, name, type);

@@ -6,6 +6,8 @@
 #include <QEventLoop>
 #include <QWindow>
 
+#include "dbase/lock/read_scope.h"
+
 namespace ambrel {
 namespace {
 
@@ -58,6 +60,7 @@ InputPause::~InputPause() {
 }
 
 void InputPause::letDraw() const {
+    dbase::ReadScope::letGo();
     QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers | QEventLoop::X11ExcludeTimers);
 }
 

@@ -8,6 +8,7 @@
 #include "data/CodPostalesDM.h"
 #include "data/Province.h"
 #include "dbase/dbf/codec.h"
+#include "dbase/lock/read_scope.h"
 #include "dbase/system/error.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
@@ -77,6 +78,7 @@ bool isSameStreet(TDMCodPostales& tables, const StoredForm& form) {
 
 /// Whether POSTAL holds the street as it would be written.
 bool ExisteViaIgual(TDMCodPostales& tables, const StoredForm& form) {
+    const dbase::ReadScope scope;
     if (!goToName(tables, form)) {
         return false;
     }
@@ -94,6 +96,7 @@ bool ExisteViaIgual(TDMCodPostales& tables, const StoredForm& form) {
 /// Goes to the street of that name with one of the postal codes; false when there is none.
 bool ExisteViaEnMunicipio(TDMCodPostales& tables, const StoredForm& form,
                           const std::vector<std::string>& codes) {
+    const dbase::ReadScope scope;
     if (!goToName(tables, form)) {
         return false;
     }

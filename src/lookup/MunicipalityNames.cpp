@@ -2,6 +2,7 @@
 #include "lookup/MunicipalityNames.h"
 
 #include "data/Province.h"
+#include "dbase/lock/read_scope.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 
@@ -12,6 +13,7 @@ bool goToName(const dbase::Field& column, const std::string& name) {
 }
 
 bool isNameOfAnother(TDMMunicipi& tables) {
+    const dbase::ReadScope scope;
     const std::string name = tables.tbMunicipiNOMBRE.text();
     const std::string code = tables.tbMunicipiCOD_INE.text();
     while (tables.tbMunicipi.next() && tables.tbMunicipiNOMBRE.view() == name) {
@@ -23,6 +25,7 @@ bool isNameOfAnother(TDMMunicipi& tables) {
 }
 
 bool goToProvince(TDMMunicipi& tables, const std::string& provinceCode) {
+    const dbase::ReadScope scope;
     const std::string name = tables.tbMunicipiMJPOBLLITE.text();
     const std::string wanted = StrRight("00" + provinceCode, provinceDigits);
     do {

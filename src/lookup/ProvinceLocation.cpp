@@ -5,6 +5,7 @@
 
 #include "data/TableDefinitions.h"
 #include "data/TableScope.h"
+#include "dbase/lock/read_scope.h"
 #include "services/Ruttb.h"
 
 namespace ambrel {
@@ -59,6 +60,7 @@ std::optional<std::string> nameOfProvince(dbase::Dataset& provinces, const std::
 
 Province locateProvince(dbase::Dataset& municipalities, dbase::Dataset& provinces,
                         const std::string& postalCode) {
+    const dbase::ReadScope scope;
     Province province{.name = municipalities.field("NOMBRE").text(), .code = storedCode(postalCode)};
     if (const auto capital = provinceOfCapital(municipalities, postalCode)) {
         province = *capital;

@@ -5,6 +5,8 @@
 #include <QDialog>
 #include <QPointer>
 
+#include "dbase/lock/read_scope.h"
+
 namespace ambrel {
 
 int execModal(QDialog& dialog) {
@@ -12,6 +14,7 @@ int execModal(QDialog& dialog) {
     if (!before) {
         before = dialog.parentWidget();
     }
+    dbase::ReadScope::letGo(); // nobody waits for the user's answer
     const int result = dialog.exec();
     // Not if the user has gone to another program meanwhile.
     if (before && before->isVisible() && QGuiApplication::applicationState() == Qt::ApplicationActive) {

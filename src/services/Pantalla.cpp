@@ -11,6 +11,8 @@
 #include <QWindow>
 #include <utility>
 
+#include "dbase/lock/read_scope.h"
+
 namespace ambrel {
 namespace {
 
@@ -47,6 +49,7 @@ constexpr int patience = 500; // milliseconds
 
 /// Processes drawing only: no keys, mouse, timers or network.
 void processDrawing() {
+    dbase::ReadScope::letGo();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers |
                                     QEventLoop::X11ExcludeTimers);
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "dbase/lock/read_scope.h"
 #include "services/Text.h"
 
 namespace ambrel {
@@ -75,6 +76,7 @@ bool GridRows::read(const std::vector<GridColumn>& columns, std::size_t room) {
         return true;
     }
     isReading_ = true;
+    const dbase::ReadScope scope; // calculated fields seek for each row
     try {
         around_ = table->readAround({room, room, mostHidden_});
         part_ = window_.choose(around_, room);
