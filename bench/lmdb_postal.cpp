@@ -77,10 +77,13 @@ void LmdbPostal::load() {
     require(mdb_txn_commit(writer));
 }
 
-std::string_view LmdbPostal::seek(const std::string& key) {
+void LmdbPostal::renew() {
     mdb_txn_reset(reader_);
     require(mdb_txn_renew(reader_));
     require(mdb_cursor_renew(reader_, cursor_));
+}
+
+std::string_view LmdbPostal::seek(const std::string& key) {
     MDB_val found{key.size(), const_cast<char*>(key.data())}, row{};
     if (mdb_cursor_get(cursor_, &found, &row, MDB_SET_RANGE) != MDB_SUCCESS) {
         return {};

@@ -17,8 +17,10 @@ public:
     LmdbPostal(const LmdbPostal&) = delete;
     LmdbPostal& operator=(const LmdbPostal&) = delete;
 
-    /// First row at or after the key, in a read transaction of its own; returns its bytes, empty past the
-    /// end. The bytes are valid until the next call.
+    /// Ends the read transaction and begins another, which sees what was committed since.
+    void renew();
+    /// First row at or after the key, in the transaction that renew() has begun; returns its bytes, empty
+    /// past the end. The bytes are valid until the next call.
     [[nodiscard]] std::string_view seek(const std::string& key);
 
 private:

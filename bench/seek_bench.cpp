@@ -1,9 +1,12 @@
 // Nearest seek by (PROVINCIA, CAPITAL, VIA, TIPO_VIA) plus reading five columns, safe against writers in
-// other processes.
+// other processes: each seek by itself, and many in one read scope or, at the rivals, in one read
+// transaction.
+
+#include <optional>
 
 #include <benchmark/benchmark.h>
 
-#include "dbase/table/table.h"
+#include "dbase/lock/read_scope.h"
 
 #include "lmdb_postal.h"
 #include "our_postal.h"
@@ -14,6 +17,9 @@ namespace bench {
 namespace {
 
 constexpr std::uint32_t searches = 200'000;
+
+/// How many seeks go together.
+enum Together : std::size_t { Each = 1, Thousand = 1000 };
 
 const std::vector<PostalSearch>& allSearches() {
     static const std::vector<PostalSearch> made = [] {
@@ -26,7 +32,7 @@ const std::vector<PostalSearch>& allSearches() {
     return made;
 }
 
-void seekOurs(benchmark::State& state) {
+void seekOurs(benchmark::State& state, Together together) {
     dbase::Dataset table;
     openOurs(table, "VIA");
     dbase::Field* const columns[] = {&table.field("CODIGO1"), &table.field("VIA"), &table.field("TIPO_VIA"),
@@ -41,7 +47,12 @@ void seekOurs(benchmark::State& state) {
     const auto assign = [&](std::size_t part, const std::string& text) {
         std::get<std::string>(key[part].value) = text;
     };
+    std::optional<dbase::ReadScope> scope;
     for (auto _ : state) {
+        if (together != Each && i % together == 0) {
+            scope.reset();
+            scope.emplace();
+        }
         const PostalSearch& search = list[i++ % searches];
         assign(0, search.provincia);
         assign(1, search.capital);
@@ -56,7 +67,13 @@ void seekOurs(benchmark::State& state) {
     }
 }
 
-void seekSqlite(benchmark::State& state, const Database& database) {
+void run(const Statement& statement) {
+    sqlite3_step(statement.get());
+    sqlite3_reset(statement.get());
+}
+
+void seekSqlite(benchmark::State& state, const Database& database, Together together) {
+    const Statement begin = prepare(database.get(), "BEGIN"), commit = prepare(database.get(), "COMMIT");
     const Statement select =
         prepare(database.get(), "SELECT codigo1, via, tipo_via, codpostal, impar_fin FROM postal "
                                 "WHERE (provincia, capital, via, tipo_via) >= (?,?,?,?) "
@@ -64,6 +81,12 @@ void seekSqlite(benchmark::State& state, const Database& database) {
     const auto& list = allSearches();
     std::size_t i = 0;
     for (auto _ : state) {
+        if (together != Each && i % together == 0) {
+            if (i != 0) {
+                run(commit);
+            }
+            run(begin);
+        }
         const PostalSearch& search = list[i++ % searches];
         const auto bind = [&](int at, const std::string& text) {
             sqlite3_bind_text(select.get(), at, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
@@ -81,18 +104,26 @@ void seekSqlite(benchmark::State& state, const Database& database) {
         }
         sqlite3_reset(select.get());
     }
+    if (together != Each) {
+        run(commit);
+    }
 }
 
-void seekSqliteRollback(benchmark::State& state) {
-    seekSqlite(state, openSqlite(sqliteRollbackPath(), "FULL", "DELETE"));
+void seekSqliteRollback(benchmark::State& state, Together together) {
+    seekSqlite(state, openSqlite(sqliteRollbackPath(), "FULL", "DELETE"), together);
 }
-void seekSqliteWal(benchmark::State& state) { seekSqlite(state, openSqlite(sqlitePath())); }
+void seekSqliteWal(benchmark::State& state, Together together) {
+    seekSqlite(state, openSqlite(sqlitePath()), together);
+}
 
-void seekLmdb(benchmark::State& state) {
+void seekLmdb(benchmark::State& state, Together together) {
     LmdbPostal postal;
     const auto& list = allSearches();
     std::size_t i = 0;
     for (auto _ : state) {
+        if (i % together == 0) {
+            postal.renew();
+        }
         const PostalSearch& search = list[i++ % searches];
         const std::string_view row =
             postal.seek(viaKey(search.provincia, search.capital, search.via, search.tipoVia));
@@ -106,10 +137,14 @@ void seekLmdb(benchmark::State& state) {
     }
 }
 
-BENCHMARK(seekOurs)->Name("seek/ours")->MinTime(2);
-BENCHMARK(seekSqliteRollback)->Name("seek/sqlite")->MinTime(2);
-BENCHMARK(seekSqliteWal)->Name("seek/sqlite_wal")->MinTime(2);
-BENCHMARK(seekLmdb)->Name("seek/lmdb")->MinTime(2);
+BENCHMARK_CAPTURE(seekOurs, each, Each)->Name("seek/ours")->MinTime(2);
+BENCHMARK_CAPTURE(seekSqliteRollback, each, Each)->Name("seek/sqlite")->MinTime(2);
+BENCHMARK_CAPTURE(seekSqliteWal, each, Each)->Name("seek/sqlite_wal")->MinTime(2);
+BENCHMARK_CAPTURE(seekLmdb, each, Each)->Name("seek/lmdb")->MinTime(2);
+BENCHMARK_CAPTURE(seekOurs, scope, Thousand)->Name("seek_scope/ours")->MinTime(2);
+BENCHMARK_CAPTURE(seekSqliteRollback, scope, Thousand)->Name("seek_scope/sqlite")->MinTime(2);
+BENCHMARK_CAPTURE(seekSqliteWal, scope, Thousand)->Name("seek_scope/sqlite_wal")->MinTime(2);
+BENCHMARK_CAPTURE(seekLmdb, scope, Thousand)->Name("seek_scope/lmdb")->MinTime(2);
 
 } // namespace
 
