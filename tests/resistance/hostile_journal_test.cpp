@@ -9,6 +9,7 @@
 #include "dbase/journal/journal.h"
 #include "dbase/lock/locks.h"
 #include "dbase/system/error.h"
+#include "support/LongForm.h"
 
 namespace {
 
@@ -103,7 +104,9 @@ TEST_F(HostileJournal, OneCutAnywhereBringsBackTheFirstPosts) {
 
 TEST_F(HostileJournal, OneSpoiltBitEndsIt) {
     std::mt19937 random(11);
-    for (std::size_t at = 0; at < used_; ++at) {
+    const auto step =
+        static_cast<std::size_t>(ambrel::test::longForm(5, 1)); // 5: comes by every byte of a field in turn
+    for (std::size_t at = 0; at < used_; at += step) {
         SCOPED_TRACE(at);
         Bytes journal = *written_.journal;
         journal[at] = static_cast<char>(journal[at] ^ (1 << random() % 8));

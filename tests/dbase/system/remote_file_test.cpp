@@ -277,6 +277,31 @@ class SwitchedOffStationTest : public RemoteTableTest {
 protected:
     using Step = std::function<void(std::vector<Bytes>&)>;
 
+    /// The table with which every run begins, made by both workstations.
+    struct Beginning {
+        Bytes table, index;
+        std::vector<Bytes> rows;
+    };
+
+    void SetUp() override {
+        ofTheFirst_ = Durability::Disk;
+        openBoth();
+        for (std::size_t i = 0; i < 60; ++i) { // some of them on two pages
+            append(i % 2);
+        }
+        for (RecordNumber number = 30; number < 40; ++number) {
+            overwrite(1, number, rows_[number - 1], anyRow());
+        }
+        tables_ = {};
+        beginning_ = {stored_.records->bytes, stored_.index->bytes, rows_};
+    }
+    void openBoth() {
+        for (std::size_t station : {0, 1}) {
+            stations_[station] = std::make_shared<RemoteStation>();
+            open(station);
+        }
+    }
+
     std::vector<Step> script() {
         const Bytes a = anyRow(), b = anyRow(), c = anyRow();
         return {
@@ -304,19 +329,12 @@ protected:
     /// other one goes on, or closes the table without reading and reopens it.
     bool runUntil(std::size_t lastStep, unsigned chance, Durability durability, bool comesAgain) {
         tables_ = {};
-        stored_ = MemoryTable(layout());
-        rows_.clear();
+        stored_ = MemoryTable(beginning_.table, beginning_.index);
+        rows_ = beginning_.rows;
         ofTheFirst_ = Durability::Disk;
-        stations_[0] = std::make_shared<RemoteStation>();
-        stations_[1] = std::make_shared<RemoteStation>();
-        open(0);
-        open(1);
-        for (std::size_t i = 0; i < 60; ++i) { // some of them on two pages
-            append(i % 2);
-        }
-        for (RecordNumber number = 30; number < 40; ++number) {
-            overwrite(1, number, rows_[number - 1], anyRow());
-        }
+        openBoth();
+        append(0);
+        overwrite(1, 30, rows_[29], anyRow());
         walk(0);
         ofTheFirst_ = durability;
         stations_[0]->steps = 0;
@@ -361,6 +379,8 @@ protected:
         append(1);
         walk(1);
     }
+
+    Beginning beginning_;
 };
 
 TEST_F(SwitchedOffStationTest, LeavesNoHalfChangeToTheOthers) {
