@@ -32,7 +32,7 @@ std::string capitals(const std::string& utf8) {
 void RealProvince::SetUp() {
     const char* const given = std::getenv("AMBREL_REAL_DATA");
     if (!given || !fs::is_directory(given)) {
-        GTEST_SKIP() << "AMBREL_REAL_DATA names no folder";
+        GTEST_SKIP() << "wants AMBREL_REAL_DATA, a folder with a real province's data";
     }
     folder_ = given;
     readMunicipalities();

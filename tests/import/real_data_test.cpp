@@ -31,7 +31,7 @@ protected:
     void SetUp() override {
         const char* const given = std::getenv("AMBREL_REAL_DATA");
         if (!given || !fs::is_directory(given)) {
-            GTEST_SKIP() << "AMBREL_REAL_DATA names no folder";
+            GTEST_SKIP() << "wants AMBREL_REAL_DATA, a folder with answers of the street service";
         }
         folder = given;
     }

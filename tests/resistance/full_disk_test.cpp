@@ -59,7 +59,7 @@ protected:
         if (kind() == Kind::SmallDisk) {
             disk_.emplace(folder_.path());
             if (!disk_->problem().empty()) {
-                GTEST_SKIP() << "no small file system can be mounted here: " << disk_->problem();
+                GTEST_SKIP() << "wants root, to mount a small file system: " << disk_->problem();
             }
         }
         createTable(folder_.path(), scriptedDefinition());

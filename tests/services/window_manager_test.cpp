@@ -24,7 +24,7 @@ class UnderAWindowManager : public ::testing::Test {
 protected:
     void SetUp() override {
         if (QGuiApplication::platformName() != "xcb") {
-            GTEST_SKIP() << "Xvfb and openbox are not installed";
+            GTEST_SKIP() << "wants Xvfb and openbox (scripts/setup installs them)";
         }
         auto* const layout = new QVBoxLayout(&window);
         layout->addWidget(box);

@@ -51,7 +51,7 @@ std::optional<std::string> shownOnATerminal(const std::function<void()>& task) {
 TEST(ProgressLine, ShowsOnATerminalAndGoesAwayAgain) {
     const auto shown = shownOnATerminal([] { ProgressLine("POSTAL").rows(16384); });
     if (!shown) {
-        GTEST_SKIP() << "no terminal can be made here";
+        GTEST_SKIP() << "wants a pseudo-terminal (/dev/ptmx)";
     }
     EXPECT_EQ(*shown, "\rPOSTAL: 16384 filas\x1B[K\r\x1B[K.");
 }
@@ -59,7 +59,7 @@ TEST(ProgressLine, ShowsOnATerminalAndGoesAwayAgain) {
 TEST(ProgressLine, ShowsShares) {
     const auto shown = shownOnATerminal([] { ProgressLine("POSTAL").share(1, 4); });
     if (!shown) {
-        GTEST_SKIP() << "no terminal can be made here";
+        GTEST_SKIP() << "wants a pseudo-terminal (/dev/ptmx)";
     }
     EXPECT_EQ(*shown, "\rPOSTAL: 25 %\x1B[K\r\x1B[K.");
 }
@@ -73,7 +73,7 @@ TEST(ProgressLine, PassesOverWhatNobodyCouldRead) {
         }
     });
     if (!shown) {
-        GTEST_SKIP() << "no terminal can be made here";
+        GTEST_SKIP() << "wants a pseudo-terminal (/dev/ptmx)";
     }
     EXPECT_LT(std::ranges::count(*shown, 'P'), steps) << "all of them, one after another";
 }

@@ -89,7 +89,7 @@ class VerifiedTest : public InterchangeTest {
 protected:
     void SetUp() override {
         if (!hasPerlReader()) {
-            GTEST_SKIP() << "wants Perl with XBase::Index (libdbd-xbase-perl)";
+            GTEST_SKIP() << "wants Perl with XBase::Index (libdbd-xbase-perl, which scripts/setup installs)";
         }
     }
 };
@@ -208,7 +208,7 @@ class PerlReaderTest : public InterchangeTest {
 protected:
     void SetUp() override {
         if (!hasPerlReader()) {
-            GTEST_SKIP() << "perl has no DBD::XBase on this machine";
+            GTEST_SKIP() << "wants Perl with DBD::XBase (libdbd-xbase-perl, which scripts/setup installs)";
         }
     }
 };
