@@ -1,4 +1,4 @@
-// Waiting for locks, and the structure lock that one process shares among its cursors.
+// Waits for locks, and shares a structure lock among the cursors of one process.
 #include "dbase/lock/locks.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace dbase {
 namespace {
 std::chrono::milliseconds patience{10000};
 
-/// Says for a block that a writer waits for the structure lock.
+/// Shows for the duration of a block that a writer is waiting for the structure lock.
 class WaitingWriter {
 public:
     WaitingWriter(File& file, LockRange range, LockKind kind)
@@ -42,7 +42,7 @@ void holdLock(File& file, LockRange range, LockKind kind) {
     if (file.tryLock(range, kind)) {
         return;
     }
-    ReadScope::letGo(); // others may wait for those, and so may we, through another opening of the file
+    ReadScope::letGo(); // others may be waiting for these, and so may we, through another opening of the file
     const WaitingWriter waiting(file, range, kind);
     const Clock::time_point deadline = Clock::now() + patience;
     auto pause = std::chrono::microseconds(20);

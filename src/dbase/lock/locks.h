@@ -1,4 +1,4 @@
-// Where the locks lie, and the guards that hold them. See docs/locking.md.
+// The positions of the locks, and the guards that hold them. See docs/locking.md.
 #pragma once
 
 #include <chrono>
@@ -13,7 +13,7 @@ namespace dbase {
 namespace lock_offset {
 inline constexpr std::uint64_t header = 0xEFFFFFFE;
 inline constexpr std::uint64_t append = 0xEFFFFFFF;
-inline constexpr std::uint64_t presence = 0xF0000010; // ours: no other program looks at these
+inline constexpr std::uint64_t presence = 0xF0000010; // from here on ours: other programs do not use these
 inline constexpr std::uint64_t opening = 0xF0000011;
 inline constexpr std::uint64_t exchange = 0xF0000012;
 inline constexpr std::uint64_t waiting = 0xF0000013;
@@ -22,7 +22,7 @@ inline constexpr std::uint64_t waiting = 0xF0000013;
 [[nodiscard]] constexpr LockRange recordLock(RecordNumber record) {
     return {lock_offset::header - record, 1};
 }
-/// On the .MDX (on the .DBF of a table without one): the whole structure.
+/// On the .MDX (or the .DBF of a table without one): the whole structure.
 inline constexpr LockRange structureLock{lock_offset::header, 1};
 /// On the .DBF while a record is added: header and append byte in one.
 inline constexpr LockRange appendLock{lock_offset::header, 2};
@@ -31,24 +31,24 @@ inline constexpr LockRange appendLock{lock_offset::header, 2};
 inline constexpr LockRange everyLock{0, 0};
 /// On the .DBF: header, append and every record byte, as the dBase family locks a whole table.
 inline constexpr LockRange wholeTableLock{lock_offset::header - 1'000'000'000, 1'000'000'002};
-/// On the .DBF, shared by everybody who has the table open, exclusive while its files are replaced.
+/// On the .DBF: shared by all programs that have the table open, exclusive while its files are replaced.
 inline constexpr LockRange presenceLock{lock_offset::presence, 1};
 /// On the .DBF, while a program opens the table and, when it is alone, redoes what the last ones left behind.
 inline constexpr LockRange openingLock{lock_offset::opening, 1};
 
-/// On the .DBF and the journal of a network folder, shared: taken and let go inside the structure lock, it
-/// makes this machine look at the server's bytes anew and send its own.
+/// On the .DBF and the journal of a network folder, shared: taking and releasing it inside the structure lock
+/// makes this machine fetch the server's bytes again and send its own.
 inline constexpr LockRange exchangeLock{lock_offset::exchange, 1};
 
-/// Beside the structure lock, shared: a writer waits for it. Those that read on and on look at it from time
-/// to time.
+/// Beside the structure lock, shared: a writer is waiting for that. Programs that keep reading check it from
+/// time to time.
 inline constexpr LockRange waitingLock{lock_offset::waiting, 1};
 
-/// How long a structure lock may keep an operation waiting before it fails with Error(LockTimeout).
+/// How long an operation waits for a structure lock before it fails with Error(LockTimeout).
 [[nodiscard]] std::chrono::milliseconds lockPatience();
 void setLockPatience(std::chrono::milliseconds patience);
 
-/// Takes a lock, waiting at most lockPatience(); what read scopes keep is let go meanwhile. Errors:
+/// Takes a lock, waiting at most lockPatience(); waiting releases what read scopes keep. Errors:
 /// Error(LockTimeout).
 void holdLock(File& file, LockRange range, LockKind kind);
 
@@ -58,11 +58,11 @@ public:
     struct AlreadyHeld {};
     static constexpr AlreadyHeld alreadyHeld{};
 
-    /// As holdLock().
+    /// Takes the lock with holdLock().
     FileLock(File& file, LockRange range, LockKind kind) : file_(file), range_(range) {
         holdLock(file, range, kind);
     }
-    /// Takes over a lock that the caller got from tryLock().
+    /// Takes over a lock that the caller obtained with tryLock().
     FileLock(File& file, LockRange range, AlreadyHeld) : file_(file), range_(range) {}
     ~FileLock() { file_.unlock(range_); }
     FileLock(const FileLock&) = delete;
@@ -73,21 +73,21 @@ private:
     LockRange range_;
 };
 
-/// Holds the structure lock of one open table for a block. Locks belong to the open file: a second one of the
-/// same opening would change the first and its end would drop both, so the holders of one opening are counted
-/// here.
+/// Holds the structure lock of one open table for a block. Locks belong to the open file: a second lock
+/// through the same opening would change the first, and releasing it would drop both, so the holders of one
+/// opening are counted here.
 class StructureLock {
 public:
     struct Holders {
         unsigned readers = 0;
         bool isChanging = false;
-        LockRange release = structureLock; // what is let go at the end
-        File* exchanged = nullptr;         // another file on a network folder that goes with this one
+        LockRange release = structureLock; // released at the end
+        File* exchanged = nullptr;         // another file of the table, in a network folder
     };
 
-    /// An exclusive one ends what the read scopes of this thread keep. Readers go together; whoever reads or
-    /// changes while a change of the same opening is under way (a progress callback, say) gets
-    /// Error(LockTimeout) at once.
+    /// An exclusive lock releases what this thread's read scopes keep. Readers share the lock; a read or
+    /// change during a change through the same opening (from a progress callback, say) fails at once with
+    /// Error(LockTimeout).
     StructureLock(File& file, Holders& holders, LockKind kind);
     ~StructureLock();
     StructureLock(const StructureLock&) = delete;

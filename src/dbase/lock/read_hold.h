@@ -1,4 +1,4 @@
-// What read scopes keep of one table; see read_scope.h.
+// The lock that read scopes keep on one table; see read_scope.h.
 #pragma once
 
 #include <chrono>
@@ -9,12 +9,12 @@
 
 namespace dbase {
 
-/// How long a scope keeps writers waiting before it lets them in.
+/// How long a scope may keep writers waiting.
 inline constexpr std::chrono::milliseconds longestHold{20};
 
-/// The shared structure lock of an open table, kept from one read to the next: one more reader beside the
-/// reads themselves, so that letting go of it in the middle of a read leaves that read its lock. The table
-/// must outlive it.
+/// The shared structure lock of an open table, kept from one read to the next. It counts as a reader besides
+/// the reads themselves, so that releasing it during a read leaves that read its lock. The table must outlive
+/// it.
 class ReadHold {
 public:
     ReadHold(File& file, StructureLock::Holders& holders) : file_(file), holders_(holders) {}
@@ -22,13 +22,13 @@ public:
     ReadHold(const ReadHold&) = delete;
     ReadHold& operator=(const ReadHold&) = delete;
 
-    /// Comes before each read, and before each use of what an earlier one brought. When this thread has kept
-    /// its locks for long enough, it lets go of all of them, and writers that wait for one of them go first.
+    /// Call before each read, and before each use of what an earlier one returned. If this thread has kept
+    /// its locks long enough, releases all of them and lets the writers waiting for them go first.
     void giveWay();
-    /// Inside a read, which has the lock and found the table sound. Nothing outside of scopes.
+    /// Call inside a read, which holds the lock and has found the table sound. Does nothing outside scopes.
     void keep();
     void letGo();
-    /// Names the time since keep(), in which nobody changes the table; 0 while the lock is not kept.
+    /// Identifies the time since keep(), during which the table does not change; 0 if the lock is not kept.
     [[nodiscard]] std::uint64_t number() const { return number_; }
 
 private:
@@ -40,7 +40,7 @@ private:
     StructureLock::Holders& holders_;
     std::optional<StructureLock> lock_;
     std::uint64_t number_ = 0;
-    ReadHold* next_ = nullptr; // of those that this thread keeps
+    ReadHold* next_ = nullptr; // in the list of those that this thread keeps
 };
 
 /// The clock of the holds; null for the system's.

@@ -1,4 +1,4 @@
-// Read scopes: the locks that one thread keeps from one read to the next, and when it lets go of them.
+// Read scopes: the locks that a thread keeps from one read to the next, and when it releases them.
 #include "dbase/lock/read_scope.h"
 
 #include <atomic>
@@ -14,19 +14,19 @@ namespace {
 
 using std::chrono::nanoseconds;
 
-/// What the scopes of one thread have in common.
+/// The shared state of the scopes of one thread.
 struct Scopes {
     unsigned open = 0;
     ReadHold* kept = nullptr;
     std::uint64_t number = 0; // of the latest hold
-    nanoseconds since{0};     // writers were let in
-    nanoseconds until{0};     // the last scope ended
+    nanoseconds since{0};     // when writers were last let in
+    nanoseconds until{0};     // when the last scope ended
 };
 constinit thread_local Scopes scopes;
 
-/// Scopes that follow one another like this keep writers out as one would.
+/// Scopes with no longer gaps than this keep writers out like a single one.
 constexpr std::chrono::milliseconds closely{5};
-/// For programs that do not say that they wait.
+/// Gives a chance to programs that do not announce that they wait.
 constexpr std::chrono::microseconds moment{500};
 
 std::atomic<nanoseconds (*)()> clockOfHolds{coarseNow};
@@ -82,7 +82,7 @@ void ReadHold::letGo() {
     }
 }
 
-// A writer that waits in vain, because somebody else reads for long, does not keep us longer than we kept it.
+// A writer waiting in vain, because another program reads for long, does not keep us longer than we kept it.
 void ReadHold::letWritersIn() {
     using Clock = std::chrono::steady_clock;
     const Clock::time_point latest = Clock::now() + longestHold;
@@ -93,7 +93,7 @@ void ReadHold::letWritersIn() {
 
 void ReadHold::giveWay() {
     if (scopes.open == 0 || now() - scopes.since < longestHold ||
-        holders_.readers > (number_ != 0 ? 1U : 0U)) { // inside another read, whose lock stays anyhow
+        holders_.readers > (number_ != 0 ? 1U : 0U)) { // inside another read, which keeps its lock anyway
         return;
     }
     std::vector<ReadHold*> freed{this};

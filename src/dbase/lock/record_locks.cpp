@@ -1,4 +1,4 @@
-// Record locks: an owner inside this process for each, and a lock of the file against everybody else.
+// Record locks: each has an owner in this process, and a lock on the file against other programs.
 #include "dbase/lock/record_locks.h"
 
 #include <algorithm>
@@ -8,7 +8,7 @@
 namespace dbase {
 
 bool RecordLocks::tryLock(RecordNumber number, const void* owner) {
-    const auto [held, isNew] = owners_.emplace(number, owner); // first: should it fail, no lock stays behind
+    const auto [held, isNew] = owners_.emplace(number, owner); // first: if it throws, no lock is left
     if (!isNew) {
         return held->second == owner;
     }

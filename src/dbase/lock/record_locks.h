@@ -1,4 +1,4 @@
-// Record locks of one open table, held for owners inside this process.
+// Record locks of one open table, held for owners in this process.
 #pragma once
 
 #include <unordered_map>
@@ -8,16 +8,16 @@
 
 namespace dbase {
 
-/// The locks belong to the open file, which all owners share: who holds which is kept here, so that owners
-/// exclude each other as they exclude other programs.
+/// The locks belong to the open file, which all owners share. The owner of each is recorded here, so that
+/// owners exclude each other as they exclude other programs.
 class RecordLocks {
 public:
     /// The file must outlive it.
     explicit RecordLocks(File& file) : file_(file) {}
 
-    /// True also for a record that the owner holds already. Errors: Error(Io).
+    /// True also for a record that the owner already holds. Errors: Error(Io).
     [[nodiscard]] bool tryLock(RecordNumber number, const void* owner);
-    /// Nothing when somebody else holds it.
+    /// Does nothing if another owner holds it.
     void unlock(RecordNumber number, const void* owner);
     void unlockAll(const void* owner);
 

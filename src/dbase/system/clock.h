@@ -1,4 +1,4 @@
-// A clock that costs a few nanoseconds: for limits of some milliseconds, looked at in every read.
+// A clock that costs a few nanoseconds: for limits of a few milliseconds, checked in every read.
 #pragma once
 
 #include <chrono>
@@ -6,7 +6,7 @@
 
 namespace dbase {
 
-/// Never goes back; moves in steps of a few milliseconds.
+/// Monotonic, in steps of a few milliseconds.
 [[nodiscard]] inline std::chrono::nanoseconds coarseNow() {
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
