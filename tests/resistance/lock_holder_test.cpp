@@ -9,6 +9,7 @@
 #include "RandomPosts.h"
 #include "StreetFolder.h"
 #include "dbase/lock/locks.h"
+#include "dbase/mdx/update_stamp.h"
 #include "dbase/system/error.h"
 
 namespace {
@@ -42,20 +43,19 @@ protected:
         link.await();
     }
     static void holdStructure(dbase::Table& table, const ChildProcess::Link& link) {
-        const dbase::FileLock lock(table.structureFile(), dbase::structureLock, dbase::LockKind::Exclusive);
+        const dbase::FileLock lock(table.index()->file(), dbase::structureLock, dbase::LockKind::Exclusive);
         keep(link);
     }
     static void holdAppending(dbase::Table& table, const ChildProcess::Link& link) {
-        const dbase::FileLock lock(table.lockedRecords().file(), table.appendRange(),
-                                   dbase::LockKind::Exclusive);
+        const dbase::FileLock lock(table.records().file(), dbase::appendLock, dbase::LockKind::Exclusive);
         keep(link);
     }
     static void holdStructureInAChange(dbase::Table& table, const ChildProcess::Link& link) {
-        const dbase::FileLock lock(table.structureFile(), dbase::structureLock, dbase::LockKind::Exclusive);
-        dbase::UpdateStamp stamp = table.lockedIndex()->stamp();
+        const dbase::FileLock lock(table.index()->file(), dbase::structureLock, dbase::LockKind::Exclusive);
+        dbase::UpdateStamp stamp = table.index()->stamp();
         stamp.inUpdate = true;
         ++stamp.counter;
-        table.lockedIndex()->writeStamp(stamp);
+        table.index()->file().write(dbase::mdx::stamp, dbase::encodeStamp(stamp));
         keep(link);
     }
     static void holdFirstRecord(dbase::Table& table, const ChildProcess::Link& link) {

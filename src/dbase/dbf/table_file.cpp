@@ -76,7 +76,7 @@ bool TableFile::isMiscounted() const {
     return count != announcedCount() || isRecordAt(count + 1);
 }
 
-bool TableFile::correctCount() {
+bool TableFile::recount() {
     RecordNumber count = recordCount();
     while (isRecordAt(count + 1)) {
         ++count;

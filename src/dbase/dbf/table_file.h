@@ -37,10 +37,10 @@ public:
     /// Whether the header's count differs from that of the complete records: the file ends before them, or
     /// continues with complete ones where its end mark should be.
     [[nodiscard]] bool isMiscounted() const;
-    /// Makes the complete records those that count, whatever the header said; what stands behind the end mark
-    /// is none. False when they did already.
-    bool correctCount();
-    /// Writes the count and today's date to the header.
+    /// Makes the complete records those that count, whatever the header said; what stands after the end mark
+    /// is not one. False when they did already.
+    bool recount();
+    /// Writes the count and today\'s date to the header.
     void setCount(std::uint32_t count);
     /// Cuts off what a failed writeBehind() may have left.
     void dropBehind(std::uint32_t count);

@@ -61,7 +61,7 @@ bool isMixture(std::span<const char> stored, const History& history) {
     return true;
 }
 
-// Nothing has arrived of it, or part of the blank row that an earlier mending wrote in its place.
+// Nothing has arrived of it, or part of the blank row that an earlier recovery wrote in its place.
 bool isHole(std::span<const char> bytes) {
     const char mark = bytes.front();
     return mark == '\0' || mark == endMark ||
@@ -97,11 +97,15 @@ void redo(TableFile& records, const std::vector<JournalEntry>& entries) {
     records.forgetSize();
 }
 
-void redoUnfinished(TableFile& records, Journal& journal, const UpdateStamp& left) {
-    const std::optional<JournalEntry> last = left.inUpdate ? journal.lastEntry() : std::nullopt;
-    if (last && last->counter == left.counter) {
-        redo(records, {*last});
+void redoUnfinished(TableFile& records, Journal& journal, const UpdateStamp& left, NewRows newRows) {
+    std::optional<JournalEntry> last = left.inUpdate ? journal.lastEntry() : std::nullopt;
+    if (!last || last->counter != left.counter) {
+        return;
     }
+    if (newRows == NewRows::Leave) {
+        std::erase_if(last->runs, [](const RecordRun& run) { return run.before.empty(); });
+    }
+    redo(records, {*std::move(last)});
 }
 
 void fillHoles(TableFile& records) {

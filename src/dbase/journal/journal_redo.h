@@ -15,9 +15,13 @@ namespace dbase {
 /// holds the exclusive structure lock and rebuilds the tags. Errors: Error(Io, DiskFull).
 void redo(TableFile& records, const std::vector<JournalEntry>& entries);
 
-/// The same for the change that a writer died at: the journal tells it last, with the counter of the mark
-/// that he left. `left`: the stamp as it is found.
-void redoUnfinished(TableFile& records, Journal& journal, const UpdateStamp& left);
+/// What becomes of rows that a change was adding: without the append lock another program may be adding its
+/// own in their place.
+enum class NewRows { Redo, Leave };
+
+/// The same for the change in which a writer died: the last one of the journal, with the counter of the mark
+/// that was left. `left`: the stamp as it is found.
+void redoUnfinished(TableFile& records, Journal& journal, const UpdateStamp& left, NewRows newRows);
 
 /// Rows that count and whose bytes never reached the disk become deleted blank ones, so that all others keep
 /// their numbers.

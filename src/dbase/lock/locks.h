@@ -26,6 +26,10 @@ inline constexpr std::uint64_t waiting = 0xF0000013;
 inline constexpr LockRange structureLock{lock_offset::header, 1};
 /// On the .DBF while a record is added: header and append byte in one.
 inline constexpr LockRange appendLock{lock_offset::header, 2};
+/// The same in any table: without an index the structure lock takes the header byte already.
+[[nodiscard]] constexpr LockRange appendRange(bool hasIndex) {
+    return hasIndex ? appendLock : LockRange{lock_offset::append, 1};
+}
 
 /// Every lock of an open file; letting go of all is cheaper for the system where there is only one.
 inline constexpr LockRange everyLock{0, 0};
@@ -33,7 +37,7 @@ inline constexpr LockRange everyLock{0, 0};
 inline constexpr LockRange wholeTableLock{lock_offset::header - 1'000'000'000, 1'000'000'002};
 /// On the .DBF: shared by all programs that have the table open, exclusive while its files are replaced.
 inline constexpr LockRange presenceLock{lock_offset::presence, 1};
-/// On the .DBF, while a program opens the table and, when it is alone, redoes what the last ones left behind.
+/// On the .DBF, while a program opens the table and, when it is alone, recovers what the last ones left.
 inline constexpr LockRange openingLock{lock_offset::opening, 1};
 
 /// On the .DBF and the journal of a network folder, shared: taking and releasing it inside the structure lock

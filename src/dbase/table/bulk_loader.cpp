@@ -7,6 +7,7 @@
 #include "dbase/dbf/dates.h"
 #include "dbase/system/error.h"
 #include "dbase/system/paths.h"
+#include "dbase/table/exclusive_use.h"
 #include "dbase/table/table.h"
 #include "dbase/table/table_definition.h"
 #include "dbase/table/table_replacement.h"
@@ -20,8 +21,7 @@ constexpr std::size_t pendingBytes = std::size_t{1} << 20;
 struct BulkLoader::State {
     std::shared_ptr<Table> table; // the one added to, or the new one
     std::optional<TableReplacement> replacement;
-    std::optional<StructureLock> lock;
-    std::optional<FileLock> appending;
+    std::optional<ExclusiveUse> use;
     std::uint32_t countBefore = 0;
     std::uint32_t added = 0;
     std::vector<char> pending;
@@ -30,12 +30,11 @@ struct BulkLoader::State {
 
     void flush() {
         if (!pending.empty()) {
-            TableFile& records = table->lockedRecords();
             const auto rows = static_cast<RecordNumber>(pending.size() / table->schema().recordLength);
             if (rows == added) {
                 firstMark = std::exchange(pending.front(), endMark);
             }
-            records.writeBehind(countBefore + added - rows + 1, pending);
+            use->records().writeBehind(countBefore + added - rows + 1, pending);
             pending.clear();
         }
     }
@@ -74,17 +73,15 @@ BulkLoader::BulkLoader(const std::string& tableFile, Mode mode) : state_(std::ma
         state_->replacement.emplace(tableFile);
         state_->table = makeTwin(*old, *state_->replacement);
     }
-    Table& table = *state_->table;
-    state_->lock.emplace(table.structureFile(), table.structureHolders(), LockKind::Exclusive);
-    state_->appending.emplace(table.lockedRecords().file(), table.appendRange(), LockKind::Exclusive);
-    table.beginJournal();
-    state_->countBefore = table.records().recordCount();
+    state_->use.emplace(*state_->table);
+    state_->use->beginLoad();
+    state_->countBefore = state_->table->records().recordCount();
 }
 
 BulkLoader::~BulkLoader() {
     if (!state_->finished && !state_->replacement && state_->added > 0) {
         try {
-            state_->table->withdrawLocked(state_->countBefore);
+            state_->use->withdrawRows(state_->countBefore);
         } catch (...) {
             // The rows do not count; the next one that adds a record writes over them.
         }
@@ -107,17 +104,15 @@ void BulkLoader::add(std::span<const char> record) {
 
 void BulkLoader::finish(const Progress& progress) {
     state_->flush();
-    Table& table = *state_->table;
     if (state_->added > 0) {
-        table.addLocked(state_->countBefore + state_->added, state_->firstMark, progress);
+        state_->use->addRows(state_->countBefore + state_->added, state_->firstMark, progress);
     }
-    table.syncFiles();
+    state_->use->sync();
     if (state_->replacement) {
-        state_->replacement->commit(table.index() != nullptr);
+        state_->replacement->commit(state_->table->index() != nullptr);
     }
     state_->finished = true;
-    state_->appending.reset();
-    state_->lock.reset();
+    state_->use.reset();
 }
 
 } // namespace dbase

@@ -1,64 +1,70 @@
-// What rebuilds and loads do to an open table: everything at once, under its exclusive lock.
+#include "dbase/table/exclusive_use.h"
 
-#include "dbase/mdx/index_rebuild.h"
 #include "dbase/table/table.h"
 
 namespace dbase {
 
-void Table::rebuildTags(const Progress& progress) {
-    requireWritable();
-    const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
-    renewTornViews();
-    rebuildLocked(progress);
+ExclusiveUse::ExclusiveUse(Table& table, AfterStop afterStop)
+    : table_(table), lock_(table.structureFile(), table.structureHolders_, LockKind::Exclusive) {
+    table.renewTornViews(); // others had the lock since
+    table.recoverLocked(afterStop == AfterStop::Yes ? Table::Health::Stopped : table.health());
 }
 
-void Table::rebuildLocked(const Progress& progress) {
-    if (index_) {
-        beginJournal();
-        rebuildTrees(records_, *index_, progress);
-        verifiedCount_ = index_->stamp().records; // not those that others added meanwhile
-    }
+TableFile& ExclusiveUse::records() { return table_.records_; }
+
+void ExclusiveUse::sync() { table_.recovery().sync(); }
+
+void ExclusiveUse::rebuildTags(const Progress& progress) {
+    table_.recovery().beginJournal();
+    table_.rebuildLocked(progress);
 }
 
-// The rows were written behind the end mark and do not count yet: they go to the disk, then the mark, then
+void ExclusiveUse::beginLoad() {
+    appending_.emplace(records().file(), appendRange(table_.index_ != nullptr), LockKind::Exclusive);
+    table_.recovery().beginJournal();
+}
+
+// The rows were written after the end mark and do not count yet: they go to the disk, then the mark, then
 // the first row takes the place of the end mark, so that a death in between leaves all of them or none. What
-// fails for want of space is taken back, and the tags are made again as they were.
-void Table::addLocked(std::uint32_t newCount, char firstMark, const Progress& progress) {
-    const std::uint32_t countBefore = records_.recordCount();
+// fails for want of space is taken back, and the tags are built again as they were.
+void ExclusiveUse::addRows(std::uint32_t newCount, char firstMark, const Progress& progress) {
+    TableFile& records = table_.records_;
+    const std::uint32_t countBefore = records.recordCount();
     try {
-        beginJournal();
-        records_.file().sync();
-        if (index_) {
-            index_->writeStamp(index_->stamp().begun(newCount));
+        table_.recovery().beginJournal();
+        records.file().sync();
+        if (table_.index_) {
+            table_.index_->writeStamp(table_.index_->stamp().begun(newCount));
         }
-        records_.file().write(records_.offsetOf(countBefore + 1), std::span<const char>(&firstMark, 1));
-        records_.setCount(newCount);
-        rebuildLocked(progress);
+        records.file().write(records.offsetOf(countBefore + 1), std::span<const char>(&firstMark, 1));
+        records.setCount(newCount);
+        table_.rebuildLocked(progress);
     } catch (...) {
         try {
-            records_.setCount(countBefore);
-            records_.dropBehind(countBefore);
-            rebuildLocked({});
+            records.setCount(countBefore);
+            records.dropBehind(countBefore);
+            table_.rebuildLocked({});
         } catch (...) {
-            // The mark stands and the next one to touch the table rebuilds; the first fault is the one to
-            // tell.
+            // The mark stands and the next program to touch the table recovers it; the first fault is the one
+            // to report.
         }
         throw;
     }
 }
 
-void Table::withdrawLocked(std::uint32_t oldCount) {
-    const bool counted = records_.announcedCount() != oldCount;
-    if (index_) {
-        const UpdateStamp stamp = index_->stamp();
+void ExclusiveUse::withdrawRows(std::uint32_t oldCount) {
+    TableFile& records = table_.records_;
+    const bool counted = records.announcedCount() != oldCount;
+    if (table_.index_) {
+        const UpdateStamp stamp = table_.index_->stamp();
         if (counted || stamp.inUpdate || stamp.records != oldCount) { // the tags may know the rows already
-            index_->writeStamp(stamp.begun(oldCount));
+            table_.index_->writeStamp(stamp.begun(oldCount));
         }
     }
     if (counted) {
-        records_.setCount(oldCount);
+        records.setCount(oldCount);
     }
-    records_.dropBehind(oldCount);
+    records.dropBehind(oldCount);
 }
 
 } // namespace dbase

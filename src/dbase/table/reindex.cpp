@@ -4,7 +4,6 @@
 #include <iterator>
 #include <optional>
 
-#include "dbase/journal/journal_redo.h"
 #include "dbase/lock/locks.h"
 #include "dbase/mdx/index_layout.h"
 #include "dbase/mdx/index_rebuild.h"
@@ -13,6 +12,7 @@
 #include "dbase/system/error.h"
 #include "dbase/system/paths.h"
 #include "dbase/table/check.h"
+#include "dbase/table/recovery.h"
 #include "dbase/table/table_definition.h"
 
 namespace dbase {
@@ -75,27 +75,10 @@ std::vector<TagDefinition> tagsOf(const std::string& tableFile, const ReadableTa
         throw Error(
             ErrorCode::BadIndex, tableFile,
             "no se conocen los tags de esta tabla y no se pueden leer todos de su índice; no se ha cambiado "
-            "nada. " +
-                readable.problem);
+            "nada" +
+                (readable.problem.empty() ? std::string() : ": " + readable.problem));
     }
     return completed(readable.tags, known);
-}
-
-// As whoever opens a table does: complete records count, also where the header does not know them yet.
-// Whoever is adding one right now sets the count himself.
-void correctCount(TableFile& records) {
-    if (records.file().tryLock(appendLock, LockKind::Exclusive)) {
-        const FileLock appending(records.file(), appendLock, FileLock::alreadyHeld);
-        records.correctCount();
-    }
-}
-
-// What stands behind the last record goes, unless somebody is writing a new one there.
-void dropTail(TableFile& records) {
-    if (records.file().tryLock(appendLock, LockKind::Exclusive)) {
-        const FileLock appending(records.file(), appendLock, FileLock::alreadyHeld);
-        records.dropBehind(records.recordCount());
-    }
 }
 
 // Of any file, also one that is no index.
@@ -105,21 +88,6 @@ UpdateStamp stampOf(const File& index) {
         index.read(mdx::stamp, bytes);
     }
     return decodeStamp(bytes);
-}
-
-// The records as the programs before a stop of the machine left them; else the tags would be those of what
-// the stop has torn.
-void mendAfterStop(TableFile& records, Journal& journal) {
-    redo(records, journal.keptEntries());
-    correctCount(records);
-    fillHoles(records);
-    records.file().sync();
-}
-
-// The records as the last writer left them, or, if he died at a change, as he was about to.
-void mendAfterWriter(TableFile& records, Journal& journal, const UpdateStamp& left) {
-    redoUnfinished(records, journal, left);
-    correctCount(records);
 }
 
 } // namespace
@@ -151,14 +119,11 @@ void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>
     }
     const StructureLock lock(*index, holders, LockKind::Exclusive);
     Journal journal(journalBeside(tableFile), records.schema());
-    records.forgetSize(); // it was asked for before the lock
-    // Should the machine stop, the journal tells the next one to open the table that the tags are to be
-    // rebuilt. One of an earlier start tells it already, and also if only this program stops.
+    Recovery recovery(records, index.get(), &journal);
     if (isAlone && journal.isOfAnotherStart()) {
-        mendAfterStop(records, journal);
+        recovery.afterStop();
     } else {
-        mendAfterWriter(records, journal, stampOf(*index));
-        journal.begin();
+        static_cast<void>(recovery.afterDeath(stampOf(*index))); // the tail goes at the end in any case
     }
     if (!isWhole) {
         IndexFile::format(*index, records.schema(), baseName(tableFile), tags, UpdateStamp{true, true, 0, 1});
@@ -166,9 +131,8 @@ void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>
     trees.emplace(std::move(index), records.schema());
     rebuildTrees(records, *trees, progress);
     records.markColumns(columnsWithTag(records.schema(), tags));
-    dropTail(records);
-    records.file().sync();
-    trees->file().sync();
+    recovery.tail();
+    recovery.sync();
     if (isAlone) {
         journal.remove();
     }

@@ -47,7 +47,7 @@ Table::Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::st
     if (driverOrderIsUnknown(schema().languageDriver)) {
         refuseWriting("no se conoce el orden de claves de su idioma (español OEM)");
     }
-    // Now, not at the first question: a table that was left in the middle of something is made whole, or
+    // Now, not at the first question: a table that was left in the middle of something is recovered, or
     // refused, when it is opened.
     joinSession();
     read([this] {
@@ -73,11 +73,6 @@ void Table::requireWritable() const {
         throw Error(ErrorCode::ReadOnly, path(), "sólo se puede leer: " + readOnlyReason_);
     }
 }
-
-File& Table::structureFile() const { return index_ ? index_->file() : records_.file(); }
-
-// In a table without index the structure lock has the header byte already.
-LockRange Table::appendRange() const { return index_ ? appendLock : LockRange{lock_offset::append, 1}; }
 
 bool Table::isTorn() const { return records_.file().viewIsTorn() || (index_ && index_->file().viewIsTorn()); }
 
@@ -110,7 +105,7 @@ void Table::guardRead(const std::function<void()>& operation) {
     }
 }
 
-// False, and nothing done, where the table has to be mended first.
+// False, and nothing done, where the table has to be recovered first.
 bool Table::tryReadLocked(const std::function<void()>& operation) {
     const StructureLock lock(structureFile(), structureHolders_, LockKind::Shared);
     if (hold_->number() == 0 || isTorn()) { // else nobody can have changed anything since the last look
@@ -128,13 +123,6 @@ bool Table::tryReadLocked(const std::function<void()>& operation) {
         throw Error(ErrorCode::Io, path(), "otro programa ha cortado el fichero mientras se leía");
     }
     return true;
-}
-
-void Table::syncFiles() {
-    records_.file().sync();
-    if (index_) {
-        index_->file().sync();
-    }
 }
 
 bool Table::tryLockRecord(RecordNumber number, const void* owner) {

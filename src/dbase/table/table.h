@@ -2,8 +2,8 @@
 //
 // A short structure lock surrounds each operation: shared for reading, exclusive for a record plus all its
 // tags. The index carries an in-update mark and a change counter; a mark that stands although the lock could
-// be had was left by a writer that died, and the tags are rebuilt from the records before anything is
-// answered. What a change does to records is written to a journal first, for the case that the machine stops.
+// be had was left by a writer that died, and the table is recovered before anything is answered. What a
+// change does to records is written to a journal first, for the case that the machine stops.
 #pragma once
 
 #include <functional>
@@ -20,9 +20,12 @@
 #include "dbase/mdx/index_file.h"
 #include "dbase/system/durability.h"
 #include "dbase/system/progress.h"
+#include "dbase/table/recovery.h"
 #include "dbase/table/table_types.h"
 
 namespace dbase {
+
+class ExclusiveUse;
 
 class Table {
 public:
@@ -84,26 +87,9 @@ public:
     /// Durability::Disk. The tags can be rebuilt from the records. Errors: Error(Io).
     void sync() { records_.file().sync(); }
 
-    /// Rebuilds all tags from the records under the exclusive lock.
+    /// Rebuilds all tags from the records.
     void rebuildTags(const Progress& progress = {});
 
-    // --- For work that holds the exclusive structure lock itself.
-    [[nodiscard]] File& structureFile() const;
-    [[nodiscard]] StructureLock::Holders& structureHolders() { return structureHolders_; }
-    /// What keeps other programs from adding records.
-    [[nodiscard]] LockRange appendRange() const;
-    [[nodiscard]] TableFile& lockedRecords() { return records_; }
-    [[nodiscard]] IndexFile* lockedIndex() { return index_.get(); }
-    /// Puts records and index on the disk.
-    void syncFiles();
-    /// Comes before anything is written: whoever opens the table after a death or a stop of the machine is
-    /// told.
-    void beginJournal();
-    /// Makes the rows count that were written behind the last record, the first of them with the end mark in
-    /// the place of its own `firstMark`, and rebuilds the tags.
-    void addLocked(std::uint32_t newCount, char firstMark, const Progress& progress);
-    /// Takes such rows back, whether they counted already or not.
-    void withdrawLocked(std::uint32_t oldCount);
     /// Lets others replace the files although this table has them open still.
     void leave();
 
@@ -113,7 +99,8 @@ public:
     void unlockRecords(const void* owner) { recordLocks_.unlockAll(owner); }
 
 private:
-    enum class Health { Sound, DiedInUpdate, Miscounted, Stale };
+    friend class ExclusiveUse;
+    enum class Health { Sound, DiedInUpdate, Miscounted, Stale, Stopped };
 
     // table.cpp
     void requireWritable() const;
@@ -121,6 +108,7 @@ private:
     [[nodiscard]] bool tryReadLocked(const std::function<void()>& operation);
     [[nodiscard]] bool isTorn() const;
     void renewTornViews();
+    [[nodiscard]] File& structureFile() const { return index_ ? index_->file() : records_.file(); }
 
     // table_changes.cpp
     void requireWhole(std::span<const char> record) const;
@@ -137,15 +125,13 @@ private:
     [[nodiscard]] bool entriesMatchRecords() const;
     [[noreturn]] void refuseStale(Health found) const;
     void recover();
-    void mend(Health found);
-    void correctCount(Health found);
+    void recoverLocked(Health found);
+    void rebuildLocked(const Progress& progress);
+    [[nodiscard]] Recovery recovery();
     void joinSession();
     void leaveSession();
-    void record(const RecordChange& change, std::uint64_t counter, Durability durability);
+    void writeJournal(const RecordChange& change, std::uint64_t counter, Durability durability);
     void syncUnjournaled(Durability durability);
-
-    // table_rebuild.cpp
-    void rebuildLocked(const Progress& progress);
 
     TableFile records_;
     std::unique_ptr<IndexFile> index_;
@@ -153,7 +139,7 @@ private:
     std::string readOnlyReason_;
     std::optional<std::uint32_t> verifiedCount_; // records for which the entries of a tag were counted
     bool isCounted_ = false;                     // the header's count was compared with the file once
-    bool hasTail_ = false; // the count was corrected, and part of a record may lie behind the last one
+    bool hasTail_ = false; // the count was wrong, and part of a record may lie after the last one
     StructureLock::Holders structureHolders_;
     RecordLocks recordLocks_{records_.file()};
     std::optional<ReadHold> hold_; // since the first read

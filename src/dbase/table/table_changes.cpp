@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "dbase/system/error.h"
+#include "dbase/table/exclusive_use.h"
 #include "dbase/table/table.h"
 #include "dbase/table/tag_changes.h"
 
@@ -67,12 +68,12 @@ private:
 // switched off, while others go on, leaves no part of a change there without the mark.
 void Table::sendFirst() {
     if (records_.file().isRemote()) {
-        syncFiles();
+        recovery().sync();
     }
 }
 
 // The mark, the journal, the record, the pages, the mark again. What fails on the way is undone; what cannot
-// be undone leaves the mark standing, and the next one to touch the table rebuilds the tags. Pages that are
+// be undone leaves the mark standing, and the next program to touch the table recovers it. Pages that are
 // written and forgotten already cannot be put back: then the record is, under the mark.
 template<typename Write, typename Undo>
 void Table::apply(const RecordChange& change, Durability durability, std::uint32_t count, Write&& write,
@@ -86,9 +87,9 @@ void Table::apply(const RecordChange& change, Durability durability, std::uint32
     };
     bool restored = true, isTouched = false;
     try {
-        beginJournal();
+        recovery().beginJournal();
         writeStamp(before.begun(count));
-        record(change, index_ ? before.begun(count).counter : 0, durability);
+        writeJournal(change, index_ ? before.begun(count).counter : 0, durability);
         sendFirst();
         isTouched = true;
         write();
@@ -113,7 +114,7 @@ void Table::apply(const RecordChange& change, Durability durability, std::uint32
                 writeStamp(before.ended(countBefore));
             }
         } catch (...) {
-            // The mark stands; the first fault is the one to tell.
+            // The mark stands; the first fault is the one to report.
         }
         throw;
     }
@@ -130,10 +131,8 @@ RecordNumber Table::append(std::span<const char> record, Durability durability) 
     requireWhole(record);
     RecordNumber number = 0;
     {
-        const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
-        renewTornViews();
-        mend(health());
-        const FileLock appending(records_.file(), appendRange(), LockKind::Exclusive);
+        const ExclusiveUse use(*this);
+        const FileLock appending(records_.file(), appendRange(index_ != nullptr), LockKind::Exclusive);
         const std::uint32_t count = records_.recordCount();
         number = count + 1;
         TagChanges tags(records_, index_.get());
@@ -161,9 +160,7 @@ void Table::overwrite(RecordNumber number, std::span<const char> shown, std::spa
     requireWritable();
     requireWhole(record);
     {
-        const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
-        renewTornViews();
-        mend(health());
+        const ExclusiveUse use(*this);
         const std::uint32_t count = records_.recordCount();
         const bool isThere = number != 0 && number <= count;
         std::vector<char> before;
@@ -212,9 +209,7 @@ struct Table::Pass {
 RecordNumber Table::amend(RecordNumber first, RecordNumber most, const Amendment& amendment,
                           Durability durability, const LeftOut& leftOut) {
     requireWritable();
-    const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
-    renewTornViews();
-    mend(health());
+    const ExclusiveUse use(*this);
     const std::uint32_t count = records_.recordCount();
     if (first == 0 || most == 0 || first > count) {
         return 0;

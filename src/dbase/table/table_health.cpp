@@ -1,10 +1,11 @@
-// Making a table whole that a program, or the machine, left in the middle of something.
+// What state a table is in that a program, or the machine, left in the middle of something, and when it is
+// recovered.
 
 #include <algorithm>
 
-#include "dbase/journal/journal_redo.h"
 #include "dbase/mdx/index_rebuild.h"
 #include "dbase/mdx/tree_cursor.h"
+#include "dbase/table/exclusive_use.h"
 #include "dbase/table/table.h"
 
 namespace dbase {
@@ -66,57 +67,57 @@ void Table::refuseStale(Health found) const {
                     "). Ejecute \"ambcp reindexar\" con permiso de escritura");
 }
 
-void Table::recover() {
-    const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
-    renewTornViews(); // others had the lock since
-    mend(health());
+void Table::recover() { const ExclusiveUse use(*this); }
+
+Recovery Table::recovery() {
+    return {records_, index_ ? &index_->file() : nullptr, journal_ ? &*journal_ : nullptr};
 }
 
-void Table::mend(Health found) {
+void Table::recoverLocked(Health found) {
     if (found == Health::Sound) {
-        return; // somebody else was faster
+        return; // perhaps another program was faster
     }
     if (isReadOnly()) {
         refuseStale(found);
     }
     if (found == Health::Stale && records_.announcedCount() > records_.recordCount()) {
-        // Cut while it is open: somebody may be copying another one over it. Whoever opens it anew goes on
-        // with the records that are there then.
+        // Cut while it is open: somebody may be copying another one over it. A program that opens it anew
+        // goes on with the records that are there then.
         throw Error(ErrorCode::BadTable, path(),
                     "otro programa ha cortado la tabla: dice tener " +
                         std::to_string(records_.announcedCount()) + " registros y quedan " +
                         std::to_string(records_.recordCount()) +
                         "; ciérrela, recupere una copia si la tiene y vuelva a abrirla");
     }
-    beginJournal();
-    if (found == Health::DiedInUpdate && journal_) { // its record may be half there
-        redoUnfinished(records_, *journal_, index_->stamp());
+    if (found == Health::Stopped) {
+        recovery().afterStop();
+    } else if (recovery().afterDeath(index_ ? index_->stamp() : UpdateStamp{})) {
+        hasTail_ = true;
     }
-    correctCount(found);
+    isCounted_ = true; // also where another program is adding a row, which counts it itself
     rebuildLocked({});
+    if (found == Health::Stopped) {
+        recovery().sync();
+        journal_->remove();
+    }
 }
 
-// The complete records are what the table holds. Whoever is adding one right now holds the append lock: then
-// the count is his to set. Of a miscounted table only the count is written, so that a copy of the file that
-// is still under way comes out right in the end; part of a record behind the last one goes when the table is
-// left.
-void Table::correctCount(Health found) {
-    isCounted_ = true;
-    if (!records_.file().tryLock(appendRange(), LockKind::Exclusive)) {
-        return;
-    }
-    const FileLock appending(records_.file(), appendRange(), FileLock::alreadyHeld);
-    records_.forgetSize();
-    hasTail_ = records_.correctCount() || hasTail_;
-    if (found == Health::DiedInUpdate) { // part of a row that never came to count
-        records_.cutBehind(records_.recordCount());
+void Table::rebuildTags(const Progress& progress) {
+    requireWritable();
+    ExclusiveUse(*this).rebuildTags(progress);
+}
+
+void Table::rebuildLocked(const Progress& progress) {
+    if (index_) {
+        rebuildTrees(records_, *index_, progress);
+        verifiedCount_ = index_->stamp().records; // not those that others added meanwhile
     }
 }
 
 // --- The journal
 
-// Whoever is alone and finds a journal of an earlier start of the machine makes the table whole again. Where
-// others are at work, one of them has done so.
+// A program that is alone recovers what it finds of an earlier start of the machine, or of one that died.
+// Where others are at work, one of them has done so.
 void Table::joinSession() {
     if (!journal_ || !journal_->exists()) {
         return;
@@ -132,19 +133,12 @@ void Table::joinSession() {
     if (!file.tryLock(presenceLock, LockKind::Exclusive)) {
         return;
     }
-    const StructureLock lock(structureFile(), structureHolders_, LockKind::Exclusive);
-    if (hasMachineStopped) {
-        redo(records_, journal_->keptEntries());
-        correctCount(Health::DiedInUpdate);
-        fillHoles(records_);
-        file.sync();
-        if (index_) {
-            rebuildTrees(records_, *index_, {});
-            index_->file().sync();
+    {
+        using AfterStop = ExclusiveUse::AfterStop;
+        const ExclusiveUse use(*this, hasMachineStopped ? AfterStop::Yes : AfterStop::No);
+        if (!hasMachineStopped && !hasTail_) { // a load that died leaves rows after the end mark
+            recovery().tail();
         }
-        journal_->remove();
-    } else { // a program died: a load may have left rows behind the end mark
-        correctCount(Health::DiedInUpdate);
     }
     static_cast<void>(file.tryLock(presenceLock, LockKind::Shared)); // cannot fail: it is ours
 }
@@ -165,9 +159,9 @@ void Table::leaveSession() {
         }
         records_.forgetSize();
         if (hasTail_ && !records_.isMiscounted()) {
-            records_.dropBehind(records_.recordCount());
+            recovery().tail();
         }
-        syncFiles();
+        recovery().sync();
         journal_->remove();
     } catch (...) {
         // The journal stays, and the next one to open the table looks at it.
@@ -180,13 +174,7 @@ void Table::leave() {
     records_.file().unlock(presenceLock);
 }
 
-void Table::beginJournal() {
-    if (journal_ && journal_->begin()) { // whoever made these files may not have put them on the disk
-        syncFiles();
-    }
-}
-
-void Table::record(const RecordChange& change, std::uint64_t counter, Durability durability) {
+void Table::writeJournal(const RecordChange& change, std::uint64_t counter, Durability durability) {
     if (!journal_) {
         return;
     }

@@ -198,7 +198,7 @@ TEST_F(LocksTest, StructureLockThatDoesNotComeFreeLeavesEverythingAsItWas) {
     File* index = nullptr;
     Workstation away({[&] {
                           other.open();
-                          index = &other.openTable().structureFile();
+                          index = &other.openTable().index()->file();
                           require(index->tryLock(structureLock, LockKind::Exclusive), "lock");
                       },
                       [&] { index->unlock(structureLock); }});

@@ -2,6 +2,7 @@
 // overwritten.
 #include <gtest/gtest.h>
 
+#include "dbase/mdx/update_stamp.h"
 #include "dbase/table/table.h"
 #include "dbase/table/towns_fixture.h"
 #include "dbase/table/workstation.h"
@@ -149,7 +150,7 @@ TEST_F(SharingTest, SavingOverARowThatAStrangerWroteFailsAndLeavesTheRowPending)
         std::vector<char> record(table.records().record(5).bytes.begin(),
                                  table.records().record(5).bytes.end());
         record[static_cast<std::size_t>(table.schema().columns.at(6).offset)] = 'T';
-        table.lockedRecords().overwrite(5, record);
+        table.records().file().write(table.records().offsetOf(5), record);
     }
     EXPECT_EQ(codeOf([&] { towns.post(); }), ErrorCode::RecordChanged);
     EXPECT_EQ(towns.state(), DatasetState::Edit);
@@ -162,11 +163,11 @@ TEST_F(SharingTest, SavingOverARowThatAStrangerWroteFailsAndLeavesTheRowPending)
 
 TEST_F(SharingTest, StepsGoOnRightAfterAProgramThatDoesNotCountItsChanges) {
     place(towns, 5);
-    IndexFile& index = *towns.openTable().lockedIndex();
+    const IndexFile& index = *towns.openTable().index();
     const UpdateStamp before = index.stamp();
     place(other, 6);
     change(other, {{"CODE", "00000"}}); // every entry moves on by one place
-    index.writeStamp(before);
+    index.file().write(mdx::stamp, encodeStamp(before));
     EXPECT_TRUE(towns.next());
     EXPECT_EQ(towns.recordNumber(), 3u);
 }

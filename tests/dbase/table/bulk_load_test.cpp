@@ -106,6 +106,31 @@ TEST_F(BulkLoadTest, WithoutFinishTheTableIsAsItWas) {
     EXPECT_EQ(readFile(indexPath()), index);
 }
 
+TEST_F(BulkLoadTest, RedoesTheChangeAtWhichAWriterDied) {
+    const auto table = Table::open(path()); // no read comes between the death and the load
+    const Bytes before = row(table->schema(), 4), after = row(table->schema(), 400);
+    ChildProcess writer([&](const ChildProcess::Link&) {
+        const auto faults = std::make_shared<Faults>();
+        faults->failingWrite = 2; // of the mark and the record
+        faults->tearsWrite = true;
+        faults->insteadOfFailing = [] { _exit(0); };
+        const auto opened = [&](const std::string& file) {
+            return std::make_unique<FaultyFile>(openFile(file, OpenMode::ReadWrite), faults);
+        };
+        Table own(opened(path()), opened(indexPath()), {}, journalBeside(path()));
+        own.overwrite(5, before, after);
+        return 1;
+    });
+    ASSERT_EQ(writer.join(), 0);
+    {
+        BulkLoader loader(path(), Mode::Append);
+        add(loader, 10, 20);
+        loader.finish();
+    }
+    const Bytes stored = storedRecord(*table, 5);
+    EXPECT_TRUE(stored == before || stored == after) << "half of each";
+}
+
 TEST_F(BulkLoadTest, NoRowsChangeNothing) {
     const Bytes table = readFile(path()), index = readFile(indexPath());
     {

@@ -4,10 +4,11 @@
 #include <algorithm>
 
 #include "dbase/lock/locks.h"
-#include "dbase/mdx/index_rebuild.h"
+
 #include "dbase/support/ChildProcess.h"
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/error.h"
+#include "dbase/table/exclusive_use.h"
 #include "dbase/table/table.h"
 #include "support/LockPatience.h"
 #include "support/TemporaryFolder.h"
@@ -104,10 +105,10 @@ TEST_F(ParallelTest, AReaderWaitsForARebuild) {
         // A fork shares the open files and locks of its parent; only an opening of its own has its own locks.
         Table own(openFile(path(), OpenMode::ReadWrite), openFile(indexPath(), OpenMode::ReadWrite));
         own.rebuildTags();
-        const FileLock lock(own.structureFile(), structureLock, LockKind::Exclusive);
+        ExclusiveUse use(own);
         link.tell();
         link.await();
-        rebuildTrees(own.lockedRecords(), *own.lockedIndex(), {});
+        use.rebuildTags({});
         return 0;
     });
     rebuilder.await();

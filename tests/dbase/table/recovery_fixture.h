@@ -44,6 +44,20 @@ protected:
     }
     void setMark() const { store32(indexBytes().data() + mdx::stamp + 8, 1); }
     void removeStamp() const { std::fill_n(indexBytes().begin() + mdx::stamp, mdx::stampSize, '\0'); }
+    [[nodiscard]] Journal journal() const {
+        return {std::make_unique<MemoryJournal>(stored_.journal), schema_};
+    }
+    /// As a program of this start of the machine does that ends without leaving the table.
+    void leaveJournal() const { static_cast<void>(journal().begin()); }
+    /// As a writer does that ends between its entry in the journal and the records.
+    void dieIn(const RecordChange& change) const {
+        const std::uint64_t counter = stamp().counter + 1;
+        store64(indexBytes().data() + mdx::stamp + 16, counter);
+        setMark();
+        Journal left = journal();
+        static_cast<void>(left.begin());
+        left.add({counter, change.runs()}, true);
+    }
     /// Swaps the keys of a leaf: wrong, and easily detected.
     void spoilTree() const {
         const std::size_t leaf = load32(indexBytes().data() + 4 * pageBytes + mdx::firstLeaf) * pageBytes;

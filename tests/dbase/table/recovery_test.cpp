@@ -12,6 +12,7 @@
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/bytes.h"
 #include "dbase/system/error.h"
+#include "dbase/table/recovery.h"
 #include "dbase/table/table.h"
 #include "recovery_fixture.h"
 #include "support/TemporaryFolder.h"
@@ -21,14 +22,14 @@ namespace {
 using namespace dbase;
 using namespace dbase::test;
 
-TEST_F(RecoveryTest, AMarkLeftBehindIsMendedAtOpening) {
+TEST_F(RecoveryTest, AMarkLeftBehindIsRecoveredAtOpening) {
     setMark();
     spoilTree();
     expectSound(100);
     EXPECT_FALSE(stamp().inUpdate);
 }
 
-TEST_F(RecoveryTest, AMarkLeftBehindIsMendedByAnOpenTableBeforeItAnswers) {
+TEST_F(RecoveryTest, AMarkLeftBehindIsRecoveredByAnOpenTableBeforeItAnswers) {
     const auto table = stored_.open();
     setMark();
     spoilTree();
@@ -36,7 +37,7 @@ TEST_F(RecoveryTest, AMarkLeftBehindIsMendedByAnOpenTableBeforeItAnswers) {
     EXPECT_EQ(stored_.findings(), "");
 }
 
-TEST_F(RecoveryTest, AMarkLeftBehindIsMendedBeforeAChange) {
+TEST_F(RecoveryTest, AMarkLeftBehindIsRecoveredBeforeAChange) {
     const auto table = stored_.open();
     setMark();
     spoilTree();
@@ -164,6 +165,86 @@ TEST_F(RecoveryTest, ACopyThatGoesOnBehindAnOpeningLosesNothing) {
     expectSound(100);
 }
 
+TEST_F(RecoveryTest, ACopyOverATableWhoseProgramDiedLosesNothingEither) {
+    const Bytes whole = tableBytes();
+    tableBytes().resize(tableBytes().size() - 500);
+    leaveJournal();
+    {
+        const auto opened = stored_.open();
+        tableBytes().resize(whole.size() - 500);
+        tableBytes().insert(tableBytes().end(), whole.end() - 500, whole.end());
+    }
+    expectSound(100);
+}
+
+TEST_F(RecoveryTest, RowsOfALoadThatDiedGoAtTheNextOpening) {
+    const Bytes record = row(100);
+    tableBytes().insert(tableBytes().end(), record.begin(), record.end());
+    leaveJournal();
+    expectSound(100);
+}
+
+/// A foreign program writes the row first and counts it afterwards, under the append lock.
+TEST_F(RecoveryTest, LeavingATableKeepsTheRowThatAnotherProgramIsAddingRightNow) {
+    tableBytes().resize(tableBytes().size() - 500);
+    auto opened = stored_.open();
+    const RecordNumber number = opened->records().recordCount() + 1;
+    const Bytes record = row(100);
+    MemoryFile writer(stored_.records);
+    ASSERT_TRUE(writer.tryLock(appendLock, LockKind::Exclusive));
+    writer.resize(opened->records().offsetOf(number));
+    writer.write(opened->records().offsetOf(number), std::span(record).first(record.size() / 2));
+    const Bytes table = tableBytes();
+    opened.reset();
+    EXPECT_EQ(tableBytes(), table);
+}
+
+TEST_F(RecoveryTest, ARowThatAnotherProgramAddsWhereAWriterDiedStays) {
+    RecordChange change;
+    change.add(101, {}, row(500));
+    dieIn(change);
+    tableBytes().pop_back();
+    const Bytes foreign = row(100);
+    tableBytes().insert(tableBytes().end(), foreign.begin(), foreign.end());
+    tableBytes().push_back(endMark);
+    MemoryFile writer(stored_.records);
+    ASSERT_TRUE(writer.tryLock(appendLock, LockKind::Exclusive));
+    const auto opened = stored_.open();
+    EXPECT_EQ(opened->records().announcedCount(), 100U) << "it is the other program's to set";
+    store32(tableBytes().data() + 4, 101);
+    writer.unlock(appendLock);
+    EXPECT_EQ(storedRecord(*opened, 101), foreign);
+    EXPECT_EQ(order(*opened, "NOMBRE").size(), 101U);
+    EXPECT_EQ(stored_.findings(), "");
+}
+
+/// What is acknowledged from then on rests on a header that only the files themselves hold.
+TEST_F(RecoveryTest, PutsTheFilesOnTheDiskAsItBeginsTheirJournal) {
+    const auto faults = std::make_shared<Faults>();
+    const auto opened = [&](const std::shared_ptr<MemoryContent>& content) {
+        return std::make_unique<FaultyFile>(std::make_unique<MemoryFile>(content), faults);
+    };
+    TableFile records(opened(stored_.records));
+    const auto index = opened(stored_.index);
+    Journal begun = journal();
+    static_cast<void>(Recovery(records, index.get(), &begun).afterDeath({}));
+    EXPECT_TRUE(begun.exists());
+    EXPECT_EQ(faults->syncs, 2U);
+}
+
+TEST_F(RecoveryTest, RebuildingTheTagsRedoesTheChangeAtWhichAWriterDied) {
+    const auto opened = stored_.open();
+    const Bytes after = row(500);
+    RecordChange change;
+    change.add(50, row(49), after);
+    dieIn(change);
+    std::ranges::copy(std::span(after).first(10),
+                      tableBytes().begin() + static_cast<std::ptrdiff_t>(opened->records().offsetOf(50)));
+    opened->rebuildTags();
+    EXPECT_EQ(storedRecord(*opened, 50), after);
+    EXPECT_EQ(stored_.findings(), "");
+}
+
 TEST_F(RecoveryTest, CompleteRecordsThatDoNotCountYetAreAdopted) {
     const std::uint32_t count = load32(tableBytes().data() + 4);
     appendWithoutIndex(100);
@@ -265,7 +346,7 @@ TEST_F(DyingWriter, InAnOverwrite) {
                   });
 }
 
-TEST_F(DyingWriter, InAChangeOfManyRecordsThatReindexingMakesWhole) {
+TEST_F(DyingWriter, InAChangeOfManyRecordsThatReindexingRedoes) {
     const auto renumber = [&](const RecordView& record, std::span<char> after) {
         std::ranges::copy(row(500 + static_cast<int>(record.number)), after.begin());
     };

@@ -138,6 +138,19 @@ TEST_F(ReindexTest, AfterAStopOfTheMachineLeavesItsJournalUntilItsEnd) {
     EXPECT_FALSE(std::filesystem::exists(folder_ / "RECUPERA.AMJ"));
 }
 
+/// A stop of the machine in between would find records changed of which nothing tells.
+TEST_F(ReindexTest, WithoutAJournalTouchesNoRecord) {
+    const std::uint32_t count = load32(tableBytes().data() + 4);
+    appendWithoutIndex(100);
+    store32(tableBytes().data() + 4, count);
+    writeFiles();
+    const auto workstation = openFile(file_, OpenMode::ReadWrite);
+    ASSERT_TRUE(workstation->tryLock(presenceLock, LockKind::Shared));
+    std::filesystem::create_directory(folder_ / "RECUPERA.AMJ"); // nor can there be one
+    EXPECT_THROW(reindexTable(file_), Error);
+    EXPECT_EQ(readFile(file_), tableBytes());
+}
+
 /// Otherwise a table that is usable without tags could no longer be opened.
 TEST_F(ReindexTest, WithTagsThatTheTableCannotHaveMakesNoIndex) {
     writeFile(file_, tableBytes());
