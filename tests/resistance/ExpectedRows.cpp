@@ -50,7 +50,7 @@ void ExpectedRows::apply(const Post& post) {
     }
 }
 
-ExpectedRows::Outcome ExpectedRows::settle(dbase::Table& table, const std::optional<Post>& inFlight,
+ExpectedRows::Outcome ExpectedRows::accept(dbase::Table& table, const std::optional<Post>& inFlight,
                                            std::string& differences) {
     const dbase::Schema& schema = table.schema();
     std::vector<Bytes> stored(table.records().recordCount());

@@ -30,7 +30,7 @@ public:
 
     /// Compares every byte of every record. The post in flight may have happened, and then counts from now
     /// on. `differences` gets a line for each wrong row.
-    Outcome settle(dbase::Table& table, const std::optional<Post>& inFlight, std::string& differences);
+    Outcome accept(dbase::Table& table, const std::optional<Post>& inFlight, std::string& differences);
 
     [[nodiscard]] std::size_t count() const { return rows_.size(); }
     /// The share of one of several writers in the rows that were not erased.

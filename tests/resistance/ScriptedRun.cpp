@@ -228,7 +228,7 @@ void PossibleRows::doneOrNot(const Step& step) {
     dropTwins();
 }
 
-bool PossibleRows::settle(const Rows& found) {
+bool PossibleRows::accept(const Rows& found) {
     const bool isPossible = std::ranges::find(states_, found) != states_.end();
     if (!isPossible) {
         ADD_FAILURE() << states_.size()

@@ -49,7 +49,7 @@ public:
     void done(const Step& step);
     void doneOrNot(const Step& step);
     /// True if these rows were possible, else fails the test; from now on they are the only state.
-    bool settle(const Rows& found);
+    bool accept(const Rows& found);
     [[nodiscard]] bool isCertain() const { return states_.size() == 1; }
     [[nodiscard]] const Rows& first() const { return states_.front(); }
 

@@ -19,7 +19,7 @@ struct Plan {
     std::size_t mostWriters = 1; // one of them is killed
     WriterWork work = {};
     std::uint32_t mostPosts = 60;    // acknowledged before the kill
-    bool killsTheNextOpener = false; // while it makes the table whole
+    bool killsTheNextOpener = false; // while it recovers the table
 };
 
 /// The results of a test's cycles.
@@ -137,7 +137,7 @@ private:
             tally_.acknowledged += logs_[i]->acknowledged();
         }
         std::string differences;
-        const auto outcome = expected_.settle(*dbase::Table::open(tableFile()), inFlight, differences);
+        const auto outcome = expected_.accept(*dbase::Table::open(tableFile()), inFlight, differences);
         EXPECT_EQ(differences, "") << (inFlight ? "in flight: kind " +
                                                       std::to_string(static_cast<int>(inFlight->kind)) +
                                                       ", " + codeOf(inFlight->row.serial)

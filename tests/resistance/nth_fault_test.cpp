@@ -74,7 +74,7 @@ protected:
             rows.doneOrNot(step);
             Rows found;
             ASSERT_NO_THROW(found = rowsOf(*table)) << "although the fault had passed";
-            ASSERT_TRUE(rows.settle(found));
+            ASSERT_TRUE(rows.accept(found));
             if (found == before) {
                 ASSERT_NO_THROW(run(step, *table, before)) << "although the fault had passed";
                 rows.done(step);
@@ -106,7 +106,7 @@ protected:
     static void expectSound(const MemoryTable& stored, PossibleRows& rows) {
         {
             const auto table = stored.open();
-            if (!rows.settle(rowsOf(*table))) {
+            if (!rows.accept(rowsOf(*table))) {
                 return;
             }
             for (const char* const tag : {"NOMBRE", "NUMDES"}) {

@@ -129,7 +129,7 @@ TEST_P(Processes, ThatChangeRowsOfTheirOwnSeeThemAllAsTheyLeftThem) {
         }
     }
     std::string differences;
-    expected.settle(*dbase::Table::open(tableFile()), {}, differences);
+    expected.accept(*dbase::Table::open(tableFile()), {}, differences);
     EXPECT_EQ(differences, "");
     expectSound();
 }

@@ -40,7 +40,7 @@ public:
     /// Makes the complete records those that count, whatever the header said; what stands after the end mark
     /// is not one. False when they did already.
     bool recount();
-    /// Writes the count and today\'s date to the header.
+    /// Writes the count and today's date to the header.
     void setCount(std::uint32_t count);
     /// Cuts off what a failed writeBehind() may have left.
     void dropBehind(std::uint32_t count);

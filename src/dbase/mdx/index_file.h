@@ -109,7 +109,7 @@ public:
     void forgetSize() { knownSize_ = 0; }
     /// In a collating table, determines for each character tag whether its keys are ordered by weight or by
     /// byte, as engines differ. Errors: Error(BadIndex) if they follow neither order.
-    void settleOrders();
+    void determineOrders();
     /// Restores the order that the language driver prescribes, for a rebuild.
     void resetOrders(const Schema& schema);
     /// First free block; 0 if there is none.

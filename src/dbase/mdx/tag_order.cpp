@@ -30,7 +30,7 @@ bool obeys(const IndexFile& index, const Tag& tag, const KeyOrder& order) {
 
 } // namespace
 
-void IndexFile::settleOrders() {
+void IndexFile::determineOrders() {
     for (Tag& tag : tags_) {
         if (!tag.order.isCollated() || tag.keyType != KeyType::Character || obeys(*this, tag, tag.order)) {
             continue;

@@ -275,13 +275,13 @@ void TreeEditor::removeChild(Path path) {
         index_.setTreeRoot(tag_, root);
         index_.release(page);
     } else {
-        mendLoneChild(std::move(path), inner.last);
+        joinLoneChild(std::move(path), inner.last);
     }
 }
 
 // The block at the end of the path is left with one child and no separator, which readers take for a leaf
 // without keys: moves its child to a neighbour, or gives it one of a neighbour's.
-void TreeEditor::mendLoneChild(Path path, PageNumber child) {
+void TreeEditor::joinLoneChild(Path path, PageNumber child) {
     const PageNumber page = path.back().page;
     path.pop_back();
     const auto [abovePage, slot] = path.back();
@@ -314,19 +314,19 @@ void TreeEditor::mendLoneChild(Path path, PageNumber child) {
         removeChild(std::move(path));
         return;
     }
-    Inner mended;
+    Inner joined;
     if (fromLeft) {
-        mended = {{{sibling.last, separator}}, child};
+        joined = {{{sibling.last, separator}}, child};
         above.items[separatorAt].key = sibling.items.back().key;
         sibling.last = sibling.items.back().pointer;
         sibling.items.pop_back();
     } else {
-        mended = {{{child, separator}}, sibling.items.front().pointer};
+        joined = {{{child, separator}}, sibling.items.front().pointer};
         above.items[separatorAt].key = sibling.items.front().key;
         sibling.items.erase(sibling.items.begin());
     }
     writeInner(siblingPage, sibling);
-    writeInner(page, mended);
+    writeInner(page, joined);
     writeInner(abovePage, above);
 }
 

@@ -43,7 +43,7 @@ private:
     void insertChild(Path path, const std::string& separator, PageNumber left, PageNumber right);
     void unlinkLeaf(Path path);
     void removeChild(Path path);
-    void mendLoneChild(Path path, PageNumber child);
+    void joinLoneChild(Path path, PageNumber child);
     void setSeparatorAbove(Path path, std::string_view key);
     void keepEnds(PageNumber oldLeaf, PageNumber newFirst, PageNumber newLast);
 

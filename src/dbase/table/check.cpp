@@ -163,7 +163,7 @@ void checkIndex(const TableFile& records, const std::string& path,
         checkIndexHeader(records, index, report);
         checkKnownTags(index, knownTags, report);
         try {
-            index.settleOrders();
+            index.determineOrders();
         } catch (const Error& error) {
             report.add(path, "orden", error.what());
         }

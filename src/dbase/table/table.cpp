@@ -51,7 +51,7 @@ Table::Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::st
     // refused, when it is opened.
     joinSession();
     read([this] {
-        index_->settleOrders();
+        index_->determineOrders();
         return true;
     });
 }

@@ -56,7 +56,7 @@ protected:
         }
     }
     void expectSound() const { EXPECT_EQ(findings(path()), ""); }
-    /// Whatever became of the load, the table is sound; who opens it next may have to make it whole.
+    /// Whatever became of the load, the table is sound; the next program to open it may have to recover it.
     void TearDown() override {
         if (isChecked_) {
             (void)Table::open(path());
