@@ -17,7 +17,7 @@ public:
     LmdbPostal(const LmdbPostal&) = delete;
     LmdbPostal& operator=(const LmdbPostal&) = delete;
 
-    /// Ends the read transaction and begins another, which sees what was committed since.
+    /// Ends the read transaction and begins another, which sees everything committed since.
     void renew();
     /// First row at or after the key, in the transaction that renew() has begun; returns its bytes, empty
     /// past the end. The bytes are valid until the next call.

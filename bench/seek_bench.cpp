@@ -1,5 +1,5 @@
 // Nearest seek by (PROVINCIA, CAPITAL, VIA, TIPO_VIA) plus reading five columns, safe against writers in
-// other processes: each seek by itself, and many in one read scope or, at the rivals, in one read
+// other processes: each seek by itself, and many in one read scope or, with the rivals, in one read
 // transaction.
 
 #include <optional>
@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::uint32_t searches = 200'000;
 
-/// How many seeks go together.
+/// Number of seeks under one lock.
 enum Together : std::size_t { Each = 1, Thousand = 1000 };
 
 const std::vector<PostalSearch>& allSearches() {

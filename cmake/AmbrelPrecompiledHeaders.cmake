@@ -1,18 +1,18 @@
-# Headers that a whole room's sources include are compiled once: of a dialog's test, half the time went into Qt's.
+# Compiles headers that all sources of a room include only once: half the build time of a dialog's test went into Qt's.
 #
-# Only with GCC, and the product's own sources only where AMBREL_PRECOMPILE_SOURCES says so: each source goes on to include
-# what it uses, as the release build (sources) and the presets with Clang (tests, too) notice.
+# Only with GCC, and for the product's own sources only with AMBREL_PRECOMPILE_SOURCES: each source must still include what
+# it uses, which the release build (for sources) and the presets with Clang (for tests, too) check.
 
 option(AMBREL_PRECOMPILE_SOURCES "Precompile Qt's headers for the product's sources, too" OFF)
 
-# Qt for tests, without the names of folders that Qt6::Test defines for something that we do not use: they would keep one
-# room from using another's headers, and one clone from using another's objects.
+# Qt for tests, without the folder names that Qt6::Test defines for a feature we do not use: with them, one room could not
+# share another's headers, nor one clone another's objects.
 macro(ambrel_find_qt_test)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Test)
   set_property(TARGET Qt6::Test PROPERTY INTERFACE_COMPILE_DEFINITIONS QT_TESTLIB_LIB)
 endmacro()
 
-# What lets the compiler's cache see through a precompiled header.
+# Options with which the compiler's cache sees through a precompiled header.
 function(ambrel_cache_precompiled target)
   target_compile_options(${target} PRIVATE -fpch-preprocess)
   if(CCACHE_PROGRAM)
@@ -21,7 +21,7 @@ function(ambrel_cache_precompiled target)
   endif()
 endfunction()
 
-# The headers after FIRST are compiled with its options, which TARGETS have as well, and shared by all of them.
+# Compiles the headers with the options of FIRST, which TARGETS must have as well, and shares them among all of them.
 function(ambrel_share_headers first)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;TARGETS")
   if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

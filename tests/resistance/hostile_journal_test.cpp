@@ -105,7 +105,7 @@ TEST_F(HostileJournal, OneCutAnywhereBringsBackTheFirstPosts) {
 TEST_F(HostileJournal, OneSpoiltBitEndsIt) {
     std::mt19937 random(11);
     const auto step =
-        static_cast<std::size_t>(ambrel::test::longForm(5, 1)); // 5: comes by every byte of a field in turn
+        static_cast<std::size_t>(ambrel::test::longForm(5, 1)); // 5: reaches every byte of a field in turn
     for (std::size_t at = 0; at < used_; at += step) {
         SCOPED_TRACE(at);
         Bytes journal = *written_.journal;

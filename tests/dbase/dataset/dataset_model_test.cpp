@@ -108,7 +108,7 @@ protected:
             }
         }
     }
-    /// Some operations one after another, or none.
+    /// Puts some consecutive operations into one scope.
     void beginOrEndScope() {
         if (GetParam().inScopes && chance_.oneIn(4)) {
             scope_ ? scope_.reset() : static_cast<void>(scope_.emplace());

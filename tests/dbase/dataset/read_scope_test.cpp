@@ -1,4 +1,5 @@
-// Several reads under one lock: how long it is kept, who ends it, and that nothing is overlooked afterwards.
+// Several reads under one lock: how long it is kept, what ends it, and that no change is overlooked
+// afterwards.
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -51,7 +52,7 @@ protected:
         OwnClock::now += std::chrono::hours(1); // long after the last test
     }
     static std::string codeOf(int row) { return std::to_string(1000 + 10 * row); }
-    /// For another process, whose failures only travel as exceptions.
+    /// For another process, whose failures reach this one only as exceptions.
     static void require(bool condition) {
         if (!condition) {
             throw std::runtime_error("not found");
@@ -65,7 +66,7 @@ protected:
         table.field("CODE").setText(code);
         table.post();
     }
-    /// As anybody else sees it.
+    /// As another program sees it.
     [[nodiscard]] bool isLocked(const std::string& table = "ONE") const {
         return openFile(folder / (table + ".MDX"), OpenMode::ReadOnly)->isLockedByOthers(structureLock);
     }
@@ -179,7 +180,7 @@ TEST_F(ReadScopeTest, AScopeOfAnotherThreadKeepsNothingHere) {
     EXPECT_TRUE(isLocked());
 }
 
-// --- Who ends it
+// --- What ends it
 
 TEST_F(ReadScopeTest, AChangeEndsTheHoldAndTheScopeGoesOn) {
     one_.open();
@@ -317,8 +318,8 @@ TEST_F(ReadScopeTest, WaitingForOneTableLetsGoOfTheOthers) {
 
 // --- Other processes
 
-/// Whether all reads are under one scope, or some milliseconds of them under one of their own each. By the
-/// system's clock: the locks come free so seldom that a writer does not meet the moment by chance.
+/// Whether all reads share one scope, or those of each few milliseconds have their own. Uses the system's
+/// clock: the locks are free so rarely that a writer does not hit the moment by chance.
 class ReadersAndAWriter : public ReadScopeTest, public ::testing::WithParamInterface<bool> {
 protected:
     ReadersAndAWriter() { setHoldClock(nullptr); }
@@ -337,7 +338,7 @@ protected:
             }
         }
     }
-    /// So many rows, each of which raises when the lock does not come free in time.
+    /// Adds this many rows; throws if the lock is not free in time.
     static int append(const ChildProcess::Link& link, int rows) {
         link.await();
         Dataset table("DB", "ONE", "CODE");

@@ -19,7 +19,7 @@ namespace {
 using namespace dbase;
 using namespace dbase::test;
 
-/// Root may write everything: while this stands, the program is somebody else.
+/// Root may write everything: while this exists, the program runs as another user.
 class NotRoot {
 public:
     NotRoot() {

@@ -277,7 +277,7 @@ class SwitchedOffStationTest : public RemoteTableTest {
 protected:
     using Step = std::function<void(std::vector<Bytes>&)>;
 
-    /// The table with which every run begins, made by both workstations.
+    /// Creates the table with which every run begins, by both workstations.
     struct Beginning {
         Bytes table, index;
         std::vector<Bytes> rows;

@@ -32,7 +32,7 @@ void storeAll(Members& members, const std::vector<std::string>& names) {
     members.data.sync();
 }
 
-// Reads many rows under one lock. Nothing in a scope may wait: not for the user, nor for another program.
+// Reads many rows under one lock. Nothing in a scope may wait, neither for the user nor for another program.
 std::vector<std::string> namesAt(Members& members, const std::string& postalCode) {
     const dbase::ReadScope scope;
     std::vector<std::string> names;
