@@ -1,6 +1,7 @@
 // Files on the disk: the system's refusals are reported by name and kind.
 #include <gtest/gtest.h>
 
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -30,6 +31,7 @@ public:
     ~NotRoot() {
         if (wasRoot_) {
             static_cast<void>(seteuid(0));
+            prctl(PR_SET_DUMPABLE, 1); // as it was, or the search for leaks may not look into the program
         }
     }
     NotRoot(const NotRoot&) = delete;
