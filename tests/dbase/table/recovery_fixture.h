@@ -47,9 +47,9 @@ protected:
     [[nodiscard]] Journal journal() const {
         return {std::make_unique<MemoryJournal>(stored_.journal), schema_};
     }
-    /// As a program of this start of the machine does that ends without leaving the table.
+    /// Leaves the state of a program of this boot that ended without leaving the table.
     void leaveJournal() const { static_cast<void>(journal().begin()); }
-    /// As a writer does that ends between its entry in the journal and the records.
+    /// Leaves the state of a writer that ended between its journal entry and the records.
     void dieIn(const RecordChange& change) const {
         const std::uint64_t counter = stamp().counter + 1;
         store64(indexBytes().data() + mdx::stamp + 16, counter);

@@ -218,7 +218,7 @@ TEST_F(RecoveryTest, ARowThatAnotherProgramAddsWhereAWriterDiedStays) {
     EXPECT_EQ(stored_.findings(), "");
 }
 
-/// What is acknowledged from then on rests on a header that only the files themselves hold.
+/// Later acknowledged changes rely on a header that only the files themselves hold.
 TEST_F(RecoveryTest, PutsTheFilesOnTheDiskAsItBeginsTheirJournal) {
     const auto faults = std::make_shared<Faults>();
     const auto opened = [&](const std::shared_ptr<MemoryContent>& content) {

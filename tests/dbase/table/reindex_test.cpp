@@ -138,7 +138,7 @@ TEST_F(ReindexTest, AfterAStopOfTheMachineLeavesItsJournalUntilItsEnd) {
     EXPECT_FALSE(std::filesystem::exists(folder_ / "RECUPERA.AMJ"));
 }
 
-/// A stop of the machine in between would find records changed of which nothing tells.
+/// A crash of the machine in between would leave changed records without a trace.
 TEST_F(ReindexTest, WithoutAJournalTouchesNoRecord) {
     const std::uint32_t count = load32(tableBytes().data() + 4);
     appendWithoutIndex(100);
@@ -146,7 +146,7 @@ TEST_F(ReindexTest, WithoutAJournalTouchesNoRecord) {
     writeFiles();
     const auto workstation = openFile(file_, OpenMode::ReadWrite);
     ASSERT_TRUE(workstation->tryLock(presenceLock, LockKind::Shared));
-    std::filesystem::create_directory(folder_ / "RECUPERA.AMJ"); // nor can there be one
+    std::filesystem::create_directory(folder_ / "RECUPERA.AMJ"); // and none can be created
     EXPECT_THROW(reindexTable(file_), Error);
     EXPECT_EQ(readFile(file_), tableBytes());
 }
