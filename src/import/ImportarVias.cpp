@@ -1,14 +1,11 @@
-// The import dialog: the form and its three modes.
+// The import dialog: what its controls do.
 #include "import/ImportarVias.h"
 
 #include <QFile>
-#include <QMenu>
-#include <QScopedValueRollback>
-#include <QShortcut>
+#include <QRadioButton>
 #include <QShowEvent>
 #include <algorithm>
-#include <exception>
-#include <utility>
+#include <optional>
 
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
@@ -18,10 +15,11 @@
 #include "dialogs/common/HintWidth.h"
 #include "dialogs/common/ModalDialog.h"
 #include "dialogs/common/ScreenRoom.h"
-#include "import/ProvinceRun.h"
+#include "import/ImportarViasParts.h"
 #include "import/ResponseFolder.h"
+#include "import/StreetSources.h"
 #include "services/EventGuard.h"
-#include "ui_ImportarVias.h"
+#include "ui_ImportarVias.h" // where its generator looks for it
 
 namespace {
 
@@ -29,18 +27,22 @@ constexpr int statusTextMargins = 40; // what the status bar leaves free beside 
 constexpr QSize leastSize(570, 600);  // logical pixels
 constexpr QSize startSize(720, 640);
 
+using Needs = ambrel::StreetSource::Needs;
+
+QString failedListTitle() { return QStringLiteral("Error al importar los datos"); }
+
+/// In the order given, with none of them chosen.
+void setItems(QComboBox& combo, const QStringList& names) {
+    combo.clear();
+    combo.addItems(names);
+    combo.setCurrentIndex(-1);
+}
+
 } // namespace
 
 TFImportarVias::TFImportarVias(QWidget* owner, TClassCodPostales& controller)
-    : QDialog(ambrel::dialogParent(owner)), ui_(std::make_unique<Ui::TFImportarVias>()),
-      Controlador(controller) {
-    ui_->setupUi(this);
-    // Labels below each other have one width, whichever of them are shown.
-    const int width = std::max(ui_->LProvincia_->sizeHint().width(), ui_->LMunicipio_->sizeHint().width());
-    for (QLabel* const label : {ui_->LProvincia_, ui_->LMunicipio_, ui_->LProvinciaAmbrel_}) {
-        label->setMinimumWidth(width);
-    }
-    connectControls();
+    : QDialog(ambrel::dialogParent(owner)), parts_(std::make_unique<Parts>(*this, controller)) {
+    parts_->connectControls();
     ambrel::limitDropDowns(*this);
     ambrel::tightenOnSmallScreen(*this, leastSize);
     resize(ambrel::withinScreen(*this, startSize));
@@ -48,77 +50,29 @@ TFImportarVias::TFImportarVias(QWidget* owner, TClassCodPostales& controller)
 
 TFImportarVias::~TFImportarVias() = default;
 
-void TFImportarVias::connectControls() {
-    using Dialog = TFImportarVias;
-    new ambrel::FormKeys(*this, *ui_->BBCancelar,
-                         [this](std::uint16_t key, Qt::KeyboardModifiers) { return FormKeyDown(key); });
-    connectFocus();
-    connectModes();
-    const auto onClick = [this](auto* button, void (Dialog::*handler)()) {
-        connect(button, &QAbstractButton::clicked, this,
-                ambrel::guarded([this, handler] { (this->*handler)(); }));
-    };
-    onClick(ui_->BBBuscarViasPorProvincia, &Dialog::BBBuscarViasPorProvinciaClick);
-    onClick(ui_->BBBuscarViasPorMunicipio, &Dialog::BBBuscarViasPorMunicipioClick);
-    onClick(ui_->BBGuardarPorProvincia, &Dialog::BBGuardarPorProvinciaClick);
-    onClick(ui_->BBGuardarPorMunicipio, &Dialog::BBGuardarPorMunicipioClick);
-    connect(ui_->BBCancelar, &QPushButton::clicked, this, ambrel::guarded([this] { reject(); }));
-    makeProvinceMenu();
-}
-
-void TFImportarVias::connectFocus() {
-    using Dialog = TFImportarVias;
-    help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
-    const auto watchExit = [this](QComboBox* combo, void (Dialog::*handler)()) {
-        help_->watchEdit(combo, {}, [this, combo, handler] {
-            isChoosingByKey_ ? help_->DejaFoco(combo) : (this->*handler)();
-        });
-    };
-    watchExit(ui_->CBProvincias, &Dialog::CBProvinciasExit);
-    help_->watchEdit(ui_->CBMunicipios);
-    watchExit(ui_->CBProvinciasAmbrel, &Dialog::CBProvinciasAmbrelExit);
-    help_->watchEdit(ui_->CBMunicipiosAmbrel);
-    for (QPushButton* const button :
-         {ui_->BBBuscarViasPorProvincia, ui_->BBBuscarViasPorMunicipio, ui_->BBGuardarPorProvincia,
-          ui_->BBGuardarPorMunicipio, ui_->BBCancelar}) {
-        help_->watchButton(button);
+TFImportarVias::Parts::Parts(TFImportarVias& form, TClassCodPostales& controller)
+    : dialog(form), database(controller.DM->tbPostal.databaseName()), messages(&form), directory(messages),
+      sources(ambrel::streetSources({database, messages, directory})), options(makeOptions()), ui(form),
+      place(database, messages, *ui.CBProvinciasAmbrel, *ui.CBMunicipiosAmbrel,
+            [this] { help->DejaFoco(ui.CBProvinciasAmbrel); }),
+      found(*ui.SGVias, *ui.LMensaje_), saving(controller, messages, found, place),
+      province({controller, messages, directory, place, found, saving, *ui.CBProvincias, *ui.CBMunicipios}) {
+    placeOptions();
+    // Labels below each other have one width, whichever of them are shown.
+    const int width = std::max(ui.LProvincia_->sizeHint().width(), ui.LMunicipio_->sizeHint().width());
+    for (QLabel* const label : {ui.LProvincia_, ui.LMunicipio_, ui.LProvinciaAmbrel_}) {
+        label->setMinimumWidth(width);
     }
-    // The list is no stop of the Tab key.
-    connect(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, ui_->SGVias,
-            [grid = ui_->SGVias] { grid->setFocus(Qt::ShortcutFocusReason); });
-}
-
-/// The captions begin with the number; no letter of theirs is underlined.
-void TFImportarVias::connectModes() {
-    for (const auto& [button, key] :
-         {std::pair(ui_->RBMasDeUno, Qt::Key_1), {ui_->RBUno, Qt::Key_2}, {ui_->RBTodosConUno, Qt::Key_3}}) {
-        connect(button, &QRadioButton::clicked, this, [this, button = button] { chooseMode(*button); });
-        connect(new QShortcut(Qt::ALT | key, this), &QShortcut::activated, this,
-                ambrel::guarded([this, button = button] { chooseModeByKey(*button); }));
-    }
-}
-
-void TFImportarVias::makeProvinceMenu() {
-    auto* const menu = new QMenu(this);
-    menu->setObjectName(QStringLiteral("PMGuardarPorProvincia"));
-    QAction* const item =
-        menu->addAction(QStringLiteral("Guardar las vias de todas las provincias importadas previamente"));
-    item->setObjectName(QStringLiteral("MIGuardarPorProvincia"));
-    connect(item, &QAction::triggered, this, ambrel::guarded([this] { MIGuardarPorProvinciaClick(); }));
-    connect(ui_->BBGuardarPorProvincia, &QWidget::customContextMenuRequested, this,
-            ambrel::guarded([this, menu](const QPoint& place) {
-                menu->popup(ui_->BBGuardarPorProvincia->mapToGlobal(place));
-            }));
 }
 
 void TFImportarVias::reject() { done(ambrel::cancelledResult); }
 
 void TFImportarVias::done(int result) {
-    ambrel::runGuarded([this] { FormClose(); });
+    ambrel::runGuarded([this] { parts_->FormClose(); });
     QDialog::done(result);
 }
 
-/// The least size grows with what the mode shows, and with the font; it is not larger than a small screen.
+/// The least size grows with what the option shows, and with the font; it is not larger than a small screen.
 bool TFImportarVias::event(QEvent* event) {
     const bool result = QDialog::event(event);
     if (event->type() == QEvent::LayoutRequest) {
@@ -132,148 +86,168 @@ void TFImportarVias::showEvent(QShowEvent* event) {
     if (event->spontaneous()) {
         return;
     }
-    fitCaptions();
-    ambrel::fitHints(*this, *ui_->SBAyuda, statusTextMargins);
-    ambrel::runGuarded([this] { FormShow(); });
-}
-
-/// A least width that is set takes the place of the caption's own, which may need more.
-void TFImportarVias::fitCaptions() {
-    for (QPushButton* const button : findChildren<QPushButton*>()) {
-        button->ensurePolished();
-        button->setMinimumWidth(std::max(button->minimumWidth(), button->sizeHint().width()));
-    }
+    parts_->fitCaptions();
+    ambrel::fitHints(*this, *parts_->ui.SBAyuda, statusTextMargins);
+    ambrel::runGuarded([this] { parts_->FormShow(); });
 }
 
 void TFImportarVias::resizeEvent(QResizeEvent* event) {
     QDialog::resizeEvent(event);
-    ambrel::runGuarded([this] { FormResize(); });
+    ambrel::runGuarded([this] { parts_->FormResize(); });
 }
 
-void TFImportarVias::FormShow() {
+void TFImportarVias::Parts::FormShow() {
     RBMasDeUnoClick();
-    CargaProvinciasAmbrel();
+    place.CargaProvinciasAmbrel();
 }
 
-void TFImportarVias::FormResize() { ui_->SGVias->fitNameColumn(); }
+void TFImportarVias::Parts::FormResize() { ui.SGVias->fitNameColumn(); }
 
-void TFImportarVias::FormClose() {
+void TFImportarVias::Parts::FormClose() {
     // Deliberate: also a copy that another import left there.
     QFile::remove(QString::fromStdString(ambrel::scratchFile()));
-    LiberaProvinciasAmbrel();
-    LiberaMunicipiosAmbrel();
+    place.LiberaProvinciasAmbrel();
+    place.LiberaMunicipiosAmbrel();
 }
 
-bool TFImportarVias::FormKeyDown(std::uint16_t key) { return ambrel::enterMovesOn(*this, key); }
+bool TFImportarVias::Parts::FormKeyDown(std::uint16_t key) { return ambrel::enterMovesOn(dialog, key); }
 
-// --- Modes.
+ambrel::StreetSource& TFImportarVias::Parts::source() const {
+    const auto option = std::ranges::find_if(options, &QRadioButton::isChecked);
+    return *sources.at(static_cast<std::size_t>(option - options.begin()));
+}
 
-ambrel::ImportMode TFImportarVias::mode() const {
-    if (ui_->RBMasDeUno->isChecked()) {
-        return ambrel::ImportMode::SeveralCodes;
+void TFImportarVias::Parts::RBMasDeUnoClick() {
+    ui.CBProvincias->clear();
+    showOption();
+    loadPlaces();
+}
+
+/// A list that takes its time ends with the focus where the user goes on.
+void TFImportarVias::Parts::loadPlaces() {
+    const QString& listing = chosen().listing;
+    std::optional<ambrel::ShownProgress> progress;
+    if (!listing.isEmpty()) {
+        progress.emplace(messages, listing);
     }
-    return ui_->RBUno->isChecked() ? ambrel::ImportMode::OneCode : ambrel::ImportMode::WholeProvince;
-}
-
-/// An arrow key chooses a mode before the focus has left the button of the one before. The handler waits for
-/// that, or the focus that it gives to another control would be taken back.
-void TFImportarVias::chooseMode(const QRadioButton& button) {
-    const bool isArrow = focusWidget() != &button && qobject_cast<QRadioButton*>(focusWidget());
-    QMetaObject::invokeMethod(
-        this, [this] { ambrel::runGuarded([this] { RBMasDeUnoClick(); }); },
-        isArrow ? Qt::QueuedConnection : Qt::DirectConnection);
-}
-
-/// Whoever goes to another option has done with the places of this one: leaving them asks for nothing and
-/// loads nothing.
-void TFImportarVias::chooseModeByKey(QRadioButton& button) {
-    {
-        const QScopedValueRollback leaving(isChoosingByKey_, true);
-        button.setFocus(Qt::ShortcutFocusReason);
+    const ambrel::PlaceList list = source().places();
+    setItems(*ui.CBProvincias, list.names);
+    if (progress) {
+        QWidget* const next = list.isWhole ? static_cast<QWidget*>(ui.CBProvincias) : ui.BBCancelar;
+        next->setFocus();
+        progress.reset();
     }
-    button.click();
+    if (!list.isWhole) {
+        messages.error(QStringLiteral("No se han podido cargar las provincias.Salga de la ventana y vuelva a "
+                                      "intentarlo de nuevo más tarde"),
+                       failedListTitle());
+    }
 }
 
-void TFImportarVias::RBMasDeUnoClick() {
-    ui_->CBProvincias->clear();
-    showMode();
-    if (mode() == ambrel::ImportMode::SeveralCodes) {
-        CargaMunicipiosMasDeUnCodigo();
+void TFImportarVias::Parts::CBProvinciasExit() {
+    help->DejaFoco(ui.CBProvincias);
+    if (chosen().needs == Needs::Place) {
+        if (ui.CBProvincias->count() == 0 && !chosen().nothingListed.isEmpty()) {
+            messages.info(chosen().nothingListed, ambrel::missingDataTitle());
+        }
+        return;
+    }
+    if (!loadMunicipalities()) {
+        ui.CBProvincias->setCurrentIndex(-1);
+        ui.CBMunicipios->clear();
+        messages.error(QStringLiteral("No se han podido cargar los municipios asociados a la provincia "
+                                      "indicada.Inténtelo de nuevo más tarde"),
+                       failedListTitle());
+    }
+    if (ui.CBMunicipios->isVisible()) {
+        ui.CBMunicipios->setFocus();
+    }
+}
+
+bool TFImportarVias::Parts::loadMunicipalities() {
+    const ambrel::ShownProgress progress(messages,
+                                         QStringLiteral("Importando el listado de municipios de..."));
+    const QString name = ui.CBProvincias->currentText();
+    messages.change(name);
+    const ambrel::PlaceList list = source().municipalities(name);
+    setItems(*ui.CBMunicipios, list.names);
+    return list.isWhole;
+}
+
+void TFImportarVias::Parts::CBProvinciasAmbrelExit() { place.CBProvinciasAmbrelExit(); }
+
+// --- One municipality.
+
+void TFImportarVias::Parts::BBBuscarViasPorMunicipioClick() {
+    found.clear();
+    place.clear();
+    findStreets(ui.CBProvincias->currentText(), ui.CBMunicipios->currentText());
+}
+
+void TFImportarVias::Parts::findStreets(const QString& name, const QString& municipality) {
+    const bool needsMunicipality = chosen().needs != Needs::Place;
+    if (name.isEmpty() || (needsMunicipality && municipality.isEmpty())) {
+        messages.error(chosen().incomplete, ambrel::missingDataTitle());
+        return;
+    }
+    const ambrel::ShownProgress progress(messages,
+                                         QStringLiteral("Importando el listado de vías del municipio..."));
+    messages.change(needsMunicipality ? municipality : name);
+    ambrel::FoundStreets streets = source().find(name, municipality);
+    const bool isWhole = streets.isWhole;
+    found.show(std::move(streets));
+    if (isWhole) {
+        place.choose(source().hostPlace(name, municipality));
     } else {
-        CargaMunicipiosUnCodigo();
+        ambrel::reportNothingFound(messages);
     }
 }
 
-void TFImportarVias::showMode() {
-    using ambrel::ImportMode;
-    const ImportMode current = mode();
-    const bool hasFiles = current == ImportMode::SeveralCodes;
-    const bool isProvince = current == ImportMode::WholeProvince;
-    const QString name = hasFiles ? QStringLiteral("Municipio") : QStringLiteral("Provincia");
-    ui_->LProvincia_->setText(name + QLatin1Char(':'));
-    ui_->CBProvincias->setAccessibleName(name);
-    // A control that is hidden hands the focus on to whatever comes next, whose handlers would then run.
-    if (focusWidget() && focusWidget() != ui_->CBProvincias && !qobject_cast<QRadioButton*>(focusWidget())) {
-        (isProvince ? ui_->RBTodosConUno : hasFiles ? ui_->RBMasDeUno : ui_->RBUno)->setFocus();
-    }
-    ui_->LMunicipio_->setVisible(current == ImportMode::OneCode);
-    ui_->CBMunicipios->setVisible(current == ImportMode::OneCode);
-    ui_->BBBuscarViasPorMunicipio->setVisible(!isProvince);
-    ui_->BBBuscarViasPorProvincia->setVisible(isProvince);
-    ui_->BBGuardarPorProvincia->setVisible(isProvince);
-    ui_->GBDatosAmbrel->setVisible(!isProvince);
-    ui_->SGVias->showRanges(hasFiles);
-}
-
-// --- What all parts use.
-
-int TFImportarVias::Indice(const QComboBox& combo, const QString& text) {
-    const QString wanted = text.toUpper();
-    for (int index = 0; index < combo.count(); ++index) {
-        if (combo.itemText(index).toUpper() == wanted) {
-            return index;
-        }
-    }
-    return -1;
-}
-
-void TFImportarVias::LimpiaDatos(bool Todo) {
-    ui_->LMensaje_->clear();
-    ui_->SGVias->clearStreets();
-    if (Todo) {
-        ui_->CBProvinciasAmbrel->setCurrentIndex(-1);
-        ui_->CBMunicipiosAmbrel->setCurrentIndex(-1);
+void TFImportarVias::Parts::BBGuardarPorMunicipioClick() {
+    // Deliberate: an empty list goes on, since it has a row all the same; saving refuses its empty name.
+    if (found.streets().empty()) {
+        messages.info(QStringLiteral("No hay vías que importar. El listado está vacío"),
+                      QStringLiteral("Busque antes las vías"));
+    } else if (place.isChosen()) {
+        saving.GuardaVias(chosen().codes);
+    } else {
+        messages.info(QStringLiteral("No ha indicado correctamente el nombre de la provincia o el municipio"),
+                      QStringLiteral("Seleccione donde importar las calles"));
     }
 }
 
-const std::string& TFImportarVias::databaseName() const { return Controlador.DM->tbPostal.databaseName(); }
+// --- Whole provinces.
 
-/// A window that is open already stays as it is.
-void TFImportarVias::openProgress(const QString& text) {
-    if (!Progreso) {
-        Progreso = MuestraMensaje(text, this);
+/// False, with a message, when the option or the province is missing; `option` is the one that it names.
+bool TFImportarVias::Parts::isProvinceGiven(const QString& option) {
+    if (chosen().needs != Needs::WholeProvince) {
+        messages.error(QStringLiteral("Para importar las vías de todos los municipios de una \r"
+                                      "provincia es necesario marcar la opción ") +
+                           option,
+                       ambrel::missingDataTitle());
+        return false;
+    }
+    if (ui.CBProvincias->currentText().isEmpty()) {
+        messages.error(QStringLiteral("Para importar las vías de todos los \r"
+                                      "municipios de una provincia es necesario indicarla"),
+                       ambrel::missingDataTitle());
+        return false;
+    }
+    return true;
+}
+
+void TFImportarVias::Parts::BBBuscarViasPorProvinciaClick() {
+    if (isProvinceGiven(QStringLiteral("3ª"))) {
+        CBProvinciasExit();
+        province.fetch(source());
     }
 }
 
-void TFImportarVias::closeProgress() {
-    CierraMensaje(Progreso);
-    Progreso.clear();
+void TFImportarVias::Parts::BBGuardarPorProvinciaClick() {
+    // Deliberate: the text names option 2, although it is option 3.
+    if (isProvinceGiven(QStringLiteral("2ª"))) {
+        province.saveChosen(chosen().codes);
+    }
 }
 
-/// Result of a step; one that fails by an exception, which is shown to the user, has not succeeded either. An
-/// answer that cannot be filed passes on: those that follow would fare no better.
-bool TFImportarVias::succeeds(const std::function<bool()>& step) {
-    bool result = false;
-    std::exception_ptr notFiled;
-    ambrel::runGuarded([&] {
-        try {
-            result = step();
-        } catch (const ambrel::FilingError&) {
-            notFiled = std::current_exception();
-        }
-    });
-    if (notFiled) {
-        std::rethrow_exception(notFiled);
-    }
-    return result;
-}
+void TFImportarVias::Parts::MIGuardarPorProvinciaClick() { province.saveAll(chosen().codes); }

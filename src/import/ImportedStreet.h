@@ -17,4 +17,8 @@ struct ImportedStreet {
     bool operator==(const ImportedStreet&) const = default;
 };
 
+/// Where the postal codes of imported streets come from: each street has its own, with its house numbers, or
+/// all of them take the municipality's.
+enum class StreetCodes { Own, OfMunicipality };
+
 } // namespace ambrel

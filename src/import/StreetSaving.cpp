@@ -31,7 +31,7 @@ std::string asStored(std::string_view text, std::size_t width) {
     return std::string(dbase::decodeText(text.substr(0, width)));
 }
 
-StoredForm storedForm(const ImportedStreet& street, const HostMunicipality& municipality, ImportMode mode) {
+StoredForm storedForm(const ImportedStreet& street, const HostMunicipality& municipality, StreetCodes codes) {
     StoredForm form{.province = municipality.provinceCode,
                     .postalCode = municipality.postalCode,
                     .type = UpperCase(asStored(street.type, streetTypeWidth)),
@@ -40,7 +40,7 @@ StoredForm storedForm(const ImportedStreet& street, const HostMunicipality& muni
                     .oddLast = 0,
                     .evenFirst = 0,
                     .evenLast = 0};
-    if (mode == ImportMode::SeveralCodes) {
+    if (codes == StreetCodes::Own) {
         form.postalCode = asStored(street.postalCode, postalCodeDigits);
         form.oddFirst = street.oddFirst;
         form.oddLast = street.oddLast;
@@ -183,7 +183,7 @@ StreetSaving::Outcome StreetSaving::saveEach(SaveRow saveRow) {
             beforeRow(row + 1);
         }
         try {
-            saveRow(storedForm(streets[row], municipality, mode), outcome);
+            saveRow(storedForm(streets[row], municipality, codes), outcome);
         } catch (const dbase::Error& failure) {
             outcome.failure = QString::fromUtf8(failure.what());
             if (failure.code() !=

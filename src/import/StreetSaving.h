@@ -13,9 +13,6 @@ class TClassCodPostales;
 
 namespace ambrel {
 
-/// Where the streets come from: a file with postal codes, the web, or a whole province.
-enum class ImportMode { SeveralCodes, OneCode, WholeProvince };
-
 /// The host's municipality into which streets go. Texts are Windows-1252, "" where nothing is chosen.
 struct HostMunicipality {
     std::string provinceCode = {}; // two digits
@@ -37,7 +34,7 @@ struct StreetSaving {
     TClassCodPostales& controller;
     const std::vector<ImportedStreet>& streets;
     HostMunicipality municipality;
-    ImportMode mode = ImportMode::OneCode;
+    StreetCodes codes = StreetCodes::OfMunicipality;
     /// Called before each row with its number, from 1; may be empty.
     std::function<void(std::size_t row)> beforeRow = {};
 

@@ -8,6 +8,7 @@
 
 #include <filesystem>
 
+#include "import/Document.h"
 #include "import/ImportForm.h"
 #include "import/ResponseFolder.h"
 #include "services/Rficheros.h"

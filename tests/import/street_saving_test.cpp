@@ -17,7 +17,7 @@ namespace {
 using namespace postal_tests;
 using ambrel::HostMunicipality;
 using ambrel::ImportedStreet;
-using ambrel::ImportMode;
+using ambrel::StreetCodes;
 using ambrel::test::ansi;
 using Outcome = ambrel::StreetSaving::Outcome;
 using Texts = std::vector<std::string>;
@@ -35,8 +35,8 @@ protected:
     }
     ~StreetSavingTest() override { controller.reset(); }
 
-    Outcome add(const std::vector<ImportedStreet>& streets, ImportMode mode = ImportMode::OneCode) {
-        return ambrel::StreetSaving{*controller, streets, municipality, mode}.addNew();
+    Outcome add(const std::vector<ImportedStreet>& streets, StreetCodes codes = StreetCodes::OfMunicipality) {
+        return ambrel::StreetSaving{*controller, streets, municipality, codes}.addNew();
     }
     Outcome complete(const std::vector<ImportedStreet>& streets, const Texts& codes) {
         return ambrel::StreetSaving{*controller, streets, municipality}.completeTypes(codes);
@@ -124,13 +124,13 @@ TEST_F(StreetSavingTest, RangesOfAFileAreStoredAndCompared) {
                               .evenLast = 9998};
     ImportedStreet other = part;
     other.oddFirst = 35;
-    EXPECT_EQ(add({part, other, part}, ImportMode::SeveralCodes).count, 2);
+    EXPECT_EQ(add({part, other, part}, StreetCodes::Own).count, 2);
     EXPECT_EQ(stored(), (Texts{"28|9|CL|MAYOR|1|33|2|9998|28001|", "28|9|CL|MAYOR|35|33|2|9998|28001|"}));
 }
 
 TEST_F(StreetSavingTest, RowOfAFileWithoutNumbersIsStoredWholeAndRecognisedAfterwards) {
     const ImportedStreet whole{.type = "CL", .name = "SOL", .postalCode = "28002"};
-    EXPECT_EQ(add({whole, whole}, ImportMode::SeveralCodes).count, 1);
+    EXPECT_EQ(add({whole, whole}, StreetCodes::Own).count, 1);
     EXPECT_EQ(stored(), (Texts{"28|9|CL|SOL|1|9999|2|9998|28002|"}));
 }
 
@@ -142,12 +142,12 @@ TEST_F(StreetSavingTest, NameThatWasCutBehindABlankIsRecognisedAfterwards) {
 
 TEST_F(StreetSavingTest, TypeAndCodeThatTheirColumnsCutAreRecognisedAfterwards) {
     const ImportedStreet street{.type = "PLAZA", .name = "SOL", .postalCode = "28002 y 28003"};
-    EXPECT_EQ(add({street, street}, ImportMode::SeveralCodes).count, 1);
+    EXPECT_EQ(add({street, street}, StreetCodes::Own).count, 1);
     EXPECT_EQ(stored(), (Texts{"28|9|PLA|SOL|1|9999|2|9998|28002|"}));
 }
 
 TEST_F(StreetSavingTest, CodeOfAFileIsStoredAsItStands) {
-    EXPECT_EQ(add({{.type = "CL", .name = "SOL"}}, ImportMode::SeveralCodes).count, 1);
+    EXPECT_EQ(add({{.type = "CL", .name = "SOL"}}, StreetCodes::Own).count, 1);
     EXPECT_EQ(stored(), (Texts{"28|9|CL|SOL|1|9999|2|9998||"}));
 }
 

@@ -1,0 +1,16 @@
+// What a source of streets does unless it says otherwise.
+#include "import/StreetSource.h"
+
+namespace ambrel {
+
+PlaceList StreetSource::municipalities(const QString&) { return {}; }
+
+FoundStreets StreetSource::find(const QString&, const QString&) { return {}; }
+
+HostPlaceName StreetSource::hostPlace(const QString& place, const QString& municipality) const {
+    return {.province = place, .municipality = municipality};
+}
+
+MunicipalityEnd StreetSource::file(const QString&, const QString&) { return MunicipalityEnd::NoAnswer; }
+
+} // namespace ambrel
