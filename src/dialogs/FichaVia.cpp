@@ -11,6 +11,7 @@
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
 #include "data/Province.h"
+#include "dialogs/FichaViaParts.h"
 #include "dialogs/common/DropDown.h"
 #include "dialogs/common/FocusHelp.h"
 #include "dialogs/common/FormKeys.h"
@@ -20,7 +21,7 @@
 #include "services/EventGuard.h"
 #include "services/KeyUpEvents.h"
 #include "services/Text.h"
-#include "ui_FichaVia.h"
+#include "ui_FichaVia.h" // where its generator looks for it
 
 using ambrel::Capitals;
 using ambrel::guarded;
@@ -102,15 +103,18 @@ void centreOnMainForm(QDialog& dialog) {
 TFFichaVia::TFFichaVia(QWidget* owner, TClassCodPostales& controller, TOperacion operation, QString codIne,
                        QString vecindad)
     : QDialog(owner ? owner : QApplication::activeWindow(), cardWindow),
-      ui_(std::make_unique<Ui::TFFichaVia>()), Controlador(controller), Operacion(operation),
-      CodIne(std::move(codIne)), Vecindad(std::move(vecindad)), DSPostal(&controller.DM->tbPostal) {
-    ui_->setupUi(this);
-    ambrel::limitDropDowns(*this);
-    for (QComboBox* const combo : {ui_->CBProvincia, ui_->CBTipoVia}) {
+      parts_(std::make_unique<Parts>(*this, controller, operation, std::move(codIne), std::move(vecindad))) {}
+
+TFFichaVia::Parts::Parts(TFFichaVia& dialog, TClassCodPostales& controller, TOperacion operation,
+                         QString codIne, QString vecindad)
+    : card(dialog), ui(dialog), Controlador(controller), Operacion(operation), CodIne(std::move(codIne)),
+      Vecindad(std::move(vecindad)), DSPostal(&controller.DM->tbPostal) {
+    ambrel::limitDropDowns(card);
+    for (QComboBox* const combo : {ui.CBProvincia, ui.CBTipoVia}) {
         combo->setCompleter(nullptr);
     }
-    ui_->CBTipoVia->view()->setMinimumWidth(streetTypeListWidth);
-    help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
+    ui.CBTipoVia->view()->setMinimumWidth(streetTypeListWidth);
+    help = new ambrel::FocusHelp(card, *ui.SBAyuda);
     watchControls();
     connectHandlers();
     bindEdits();
@@ -124,47 +128,47 @@ TFFichaVia::~TFFichaVia() {
 
 /// Sets up keys, hints and typing rules. A sixth character of a postal code can be typed: it is refused with
 /// a message when the street is accepted, instead of being swallowed.
-void TFFichaVia::watchControls() {
-    new ambrel::FormKeys(*this, *ui_->BBCancelar,
+void TFFichaVia::Parts::watchControls() {
+    new ambrel::FormKeys(card, *ui.BBCancelar,
                          [this](std::uint16_t key, Qt::KeyboardModifiers) { return FormKeyDown(key); });
-    new TypingRules(ui_->EVecindad, municipalityLength, Capitals::Yes);
-    new TypingRules(ui_->CBProvincia->lineEdit(), TypingRules::anyLength, Capitals::Yes);
-    new TypingRules(ui_->CBTipoVia->lineEdit(), streetTypeLength, Capitals::No);
-    new TypingRules(ui_->DBEVia, static_cast<int>(ambrel::streetNameWidth), Capitals::Yes);
+    new TypingRules(ui.EVecindad, municipalityLength, Capitals::Yes);
+    new TypingRules(ui.CBProvincia->lineEdit(), TypingRules::anyLength, Capitals::Yes);
+    new TypingRules(ui.CBTipoVia->lineEdit(), streetTypeLength, Capitals::No);
+    new TypingRules(ui.DBEVia, static_cast<int>(ambrel::streetNameWidth), Capitals::Yes);
 
-    for (QLineEdit* const box : findChildren<QLineEdit*>()) {
+    for (QLineEdit* const box : card.findChildren<QLineEdit*>()) {
         new ambrel::TextBeginning(box);
     }
-    help_->watchEdit(ui_->EVecindad, {}, [this] { EVecindadExit(); });
-    for (QWidget* const edit : std::initializer_list<QWidget*>{
-             ui_->CBProvincia, ui_->CBTipoVia, ui_->DBEVia, ui_->DBECodPostal, ui_->DBEImparIni,
-             ui_->DBEImparFin, ui_->DBEParIni, ui_->DBEParFin}) {
-        help_->watchEdit(edit);
+    help->watchEdit(ui.EVecindad, {}, [this] { EVecindadExit(); });
+    for (QWidget* const edit :
+         std::initializer_list<QWidget*>{ui.CBProvincia, ui.CBTipoVia, ui.DBEVia, ui.DBECodPostal,
+                                         ui.DBEImparIni, ui.DBEImparFin, ui.DBEParIni, ui.DBEParFin}) {
+        help->watchEdit(edit);
     }
-    for (QPushButton* const button : {ui_->BBListar, ui_->BBAceptar, ui_->BBCancelar}) {
-        help_->watchButton(button);
+    for (QPushButton* const button : {ui.BBListar, ui.BBAceptar, ui.BBCancelar}) {
+        help->watchButton(button);
     }
 }
 
-void TFFichaVia::connectHandlers() {
-    ambrel::KeyUpEvents::watch(ui_->EVecindad, [this](std::uint16_t& key, Qt::KeyboardModifiers shift) {
+void TFFichaVia::Parts::connectHandlers() {
+    ambrel::KeyUpEvents::watch(ui.EVecindad, [this](std::uint16_t& key, Qt::KeyboardModifiers shift) {
         EVecindadKeyUp(key, shift);
     });
-    connect(ui_->EVecindad, &QLineEdit::textChanged, this, guarded([this] { EVecindadChange(); }));
-    connect(ui_->BBListar, &QPushButton::clicked, this, guarded([this] { BBListarClick(); }));
-    connect(ui_->BBAceptar, &QPushButton::clicked, this, guarded([this] { BBAceptarClick(); }));
-    connect(ui_->BBCancelar, &QPushButton::clicked, this, guarded([this] { BBCancelarClick(); }));
+    QObject::connect(ui.EVecindad, &QLineEdit::textChanged, &card, guarded([this] { EVecindadChange(); }));
+    QObject::connect(ui.BBListar, &QPushButton::clicked, &card, guarded([this] { BBListarClick(); }));
+    QObject::connect(ui.BBAceptar, &QPushButton::clicked, &card, guarded([this] { BBAceptarClick(); }));
+    QObject::connect(ui.BBCancelar, &QPushButton::clicked, &card, guarded([this] { BBCancelarClick(); }));
 }
 
-void TFFichaVia::bindEdits() {
-    ui_->DBEProvincia->bind(DSPostal, "PROVINCIA");
-    ui_->DBETipoVia->bind(DSPostal, "TIPO_VIA");
-    ui_->DBEVia->bind(DSPostal, "VIA");
-    ui_->DBECodPostal->bind(DSPostal, "CODPOSTAL");
-    ui_->DBEImparIni->bind(DSPostal, "IMPAR_INI");
-    ui_->DBEImparFin->bind(DSPostal, "IMPAR_FIN");
-    ui_->DBEParIni->bind(DSPostal, "PAR_INI");
-    ui_->DBEParFin->bind(DSPostal, "PAR_FIN");
+void TFFichaVia::Parts::bindEdits() {
+    ui.DBEProvincia->bind(DSPostal, "PROVINCIA");
+    ui.DBETipoVia->bind(DSPostal, "TIPO_VIA");
+    ui.DBEVia->bind(DSPostal, "VIA");
+    ui.DBECodPostal->bind(DSPostal, "CODPOSTAL");
+    ui.DBEImparIni->bind(DSPostal, "IMPAR_INI");
+    ui.DBEImparFin->bind(DSPostal, "IMPAR_FIN");
+    ui.DBEParIni->bind(DSPostal, "PAR_INI");
+    ui.DBEParFin->bind(DSPostal, "PAR_FIN");
 }
 
 void TFFichaVia::showEvent(QShowEvent* event) {
@@ -174,29 +178,30 @@ void TFFichaVia::showEvent(QShowEvent* event) {
     }
     bool isStarted = false;
     runGuarded([&] {
-        FormShow();
+        parts_->FormShow();
         isStarted = true;
     });
     if (!isStarted) {
         runGuarded([this] { // what could not be shown whole must not be changed either
-            Controlador.DM->tbPostal.cancel();
-            viewOnly();
+            parts_->Controlador.DM->tbPostal.cancel();
+            parts_->viewOnly();
         });
     }
-    for (QWidget* const edit : {ui_->DBEImparIni, ui_->DBEImparFin, ui_->DBEParIni, ui_->DBEParFin}) {
+    const Parts::Form& ui = parts_->ui;
+    for (QWidget* const edit : {ui.DBEImparIni, ui.DBEImparFin, ui.DBEParIni, ui.DBEParFin}) {
         fitDigits(*edit, numberRoom);
     }
-    fitDigits(*ui_->DBECodPostal, postalCodeRoom);
-    ambrel::fitHints(*this, *ui_->SBAyuda, statusTextMargins);
-    alignLabels({ui_->LVecindad_, ui_->LProvincia_, ui_->LTipoVia_, ui_->LDomicilio_, ui_->LCodPostal_,
-                 ui_->LImparIni_, ui_->LParIni_});
-    alignLabels({ui_->LImparFin_, ui_->LParFin_});
+    fitDigits(*ui.DBECodPostal, postalCodeRoom);
+    ambrel::fitHints(*this, *ui.SBAyuda, statusTextMargins);
+    alignLabels({ui.LVecindad_, ui.LProvincia_, ui.LTipoVia_, ui.LDomicilio_, ui.LCodPostal_, ui.LImparIni_,
+                 ui.LParIni_});
+    alignLabels({ui.LImparFin_, ui.LParFin_});
     layout()->activate();
     centreOnMainForm(*this);
 }
 
 /// Loads first: loading leaves a street type and a municipality in view, of which a new street keeps nothing.
-void TFFichaVia::FormShow() {
+void TFFichaVia::Parts::FormShow() {
     CargaProvincias();
     CargaTipoVia();
     BuscaVecindad();
@@ -208,8 +213,8 @@ void TFFichaVia::FormShow() {
         startModification();
         break;
     case opBaja:
-        ui_->BBAceptar->setText(QStringLiteral("&Borrar"));
-        ui_->BBAceptar->setAccessibleName(QStringLiteral("Borrar"));
+        ui.BBAceptar->setText(QStringLiteral("&Borrar"));
+        ui.BBAceptar->setAccessibleName(QStringLiteral("Borrar"));
         [[fallthrough]];
     case opConsulta:
         BuscaProvinciaPorCodigo();
@@ -219,7 +224,7 @@ void TFFichaVia::FormShow() {
     }
 }
 
-void TFFichaVia::startAddition() {
+void TFFichaVia::Parts::startAddition() {
     if (Controlador.AnadirVia()) {
         LimpiaDatos();
     } else {
@@ -229,7 +234,7 @@ void TFFichaVia::startAddition() {
 
 /// Deliberate: a card that cannot start its change shows the province and street type left in the combos by
 /// loading, not the street's.
-void TFFichaVia::startModification() {
+void TFFichaVia::Parts::startModification() {
     if (!Controlador.ModificarVia()) {
         tellCannotStart();
         return;
@@ -242,18 +247,18 @@ void TFFichaVia::startModification() {
     }
 }
 
-void TFFichaVia::tellCannotStart() {
+void TFFichaVia::Parts::tellCannotStart() {
     viewOnly();
     Controlador.showStreetFailure();
 }
 
-void TFFichaVia::viewOnly() {
+void TFFichaVia::Parts::viewOnly() {
     SoloLectura();
     Operacion = opConsulta;
 }
 
-void TFFichaVia::SoloLectura() {
-    for (QGroupBox* const box : {ui_->GBIdentificacion, ui_->GBNumeracion}) {
+void TFFichaVia::Parts::SoloLectura() {
+    for (QGroupBox* const box : {ui.GBIdentificacion, ui.GBNumeracion}) {
         box->setEnabled(false);
         makeLegible(*box);
         for (QWidget* const control :
@@ -263,15 +268,15 @@ void TFFichaVia::SoloLectura() {
     }
 }
 
-void TFFichaVia::LimpiaDatos() {
-    ui_->EVecindad->clear();
-    ui_->CBProvincia->setCurrentIndex(-1);
-    ui_->CBTipoVia->setCurrentIndex(-1);
+void TFFichaVia::Parts::LimpiaDatos() {
+    ui.EVecindad->clear();
+    ui.CBProvincia->setCurrentIndex(-1);
+    ui.CBTipoVia->setCurrentIndex(-1);
 }
 
-bool TFFichaVia::FormKeyDown(std::uint16_t key) { return ambrel::enterMovesOn(*this, key); }
+bool TFFichaVia::Parts::FormKeyDown(std::uint16_t key) { return ambrel::enterMovesOn(card, key); }
 
-void TFFichaVia::BBAceptarClick() {
+void TFFichaVia::Parts::BBAceptarClick() {
     switch (Operacion) {
     case opBaja:
         if (!Controlador.BorrarVia(true)) {
@@ -288,30 +293,30 @@ void TFFichaVia::BBAceptarClick() {
         storeStreet();
         break;
     }
-    done(ambrel::acceptedResult);
+    card.done(ambrel::acceptedResult);
 }
 
 /// Deliberate: the card also closes if the street could not be stored; the user is asked to repeat the
 /// operation.
-void TFFichaVia::storeStreet() {
+void TFFichaVia::Parts::storeStreet() {
     const TDMCodPostales& tables = *Controlador.DM;
     tables.tbPostalCAPITAL.setText(tables.tbMunicipiCAPITAL.text());
-    const QString province = ObtenCodProv(ui_->CBProvincia->currentText().trimmed());
+    const QString province = ObtenCodProv(ui.CBProvincia->currentText().trimmed());
     tables.tbPostalPROVINCIA.setText(toNearestWindows1252(province));
-    const QString streetType = ObtenTipoVia(ui_->CBTipoVia->currentText().trimmed());
+    const QString streetType = ObtenTipoVia(ui.CBTipoVia->currentText().trimmed());
     tables.tbPostalTIPO_VIA.setText(toNearestWindows1252(streetType));
     if (!Controlador.AceptarVia()) {
         Controlador.showStreetFailure();
     }
 }
 
-void TFFichaVia::BBCancelarClick() {
+void TFFichaVia::Parts::BBCancelarClick() {
     const bool isChanging = Operacion == opAlta || Operacion == opModificacion;
     if (!isChanging || Controlador.CancelarVia()) {
-        done(ambrel::cancelledResult);
+        card.done(ambrel::cancelledResult);
     }
 }
 
 void TFFichaVia::reject() {
-    runGuarded([this] { BBCancelarClick(); });
+    runGuarded([this] { parts_->BBCancelarClick(); });
 }

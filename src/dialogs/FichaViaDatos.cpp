@@ -5,11 +5,10 @@
 
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
-#include "dialogs/FichaVia.h"
+#include "dialogs/FichaViaParts.h"
 #include "dialogs/common/ProvinceItems.h"
 #include "services/Mensaje.h"
 #include "services/Text.h"
-#include "ui_FichaVia.h"
 
 using ambrel::BoundEdit;
 using ambrel::fromWindows1252;
@@ -44,26 +43,26 @@ int placeOf(const QString& item, const QComboBox& combo) {
 } // namespace
 
 /// Shows a text; its item, if there is one, becomes current.
-void TFFichaVia::showText(QComboBox& combo, const QString& text) {
+void TFFichaVia::Parts::showText(QComboBox& combo, const QString& text) {
     combo.setCurrentIndex(combo.findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive));
     combo.setEditText(text);
 }
 
 /// Deliberate: items already there stay.
-void TFFichaVia::CargaProvincias() {
-    QComboBox& combo = *ui_->CBProvincia;
+void TFFichaVia::Parts::CargaProvincias() {
+    QComboBox& combo = *ui.CBProvincia;
     const QString shown = combo.currentText();
-    for (const ambrel::Province& province : tables_.provinces()) {
+    for (const ambrel::Province& province : cardTables.provinces()) {
         combo.addItem(itemOf(province));
     }
     showText(combo, shown); // a combo automatically makes its first item current
 }
 
-void TFFichaVia::CargaTipoVia() {
-    QComboBox& combo = *ui_->CBTipoVia;
+void TFFichaVia::Parts::CargaTipoVia() {
+    QComboBox& combo = *ui.CBTipoVia;
     combo.clear();
     QString current;
-    for (const ambrel::StreetType& type : tables_.streetTypes()) {
+    for (const ambrel::StreetType& type : cardTables.streetTypes()) {
         const QString item = itemOf(type);
         combo.insertItem(placeOf(item, combo), item);
         if (type.code == commonestType) {
@@ -73,98 +72,98 @@ void TFFichaVia::CargaTipoVia() {
     showText(combo, current);
 }
 
-void TFFichaVia::BuscaProvinciaPorCodigo() {
+void TFFichaVia::Parts::BuscaProvinciaPorCodigo() {
     const std::string code = Controlador.DM->tbPostalPROVINCIA.text();
-    const auto province = code.empty() ? std::nullopt : tables_.findProvince(code);
+    const auto province = code.empty() ? std::nullopt : cardTables.findProvince(code);
     if (province) {
-        showText(*ui_->CBProvincia, itemOf(*province));
+        showText(*ui.CBProvincia, itemOf(*province));
     } else {
-        clearCurrentItem(*ui_->CBProvincia);
+        clearCurrentItem(*ui.CBProvincia);
     }
 }
 
-void TFFichaVia::BuscaTipoViaPorCodigo() {
+void TFFichaVia::Parts::BuscaTipoViaPorCodigo() {
     const std::string code = Controlador.DM->tbPostalTIPO_VIA.text();
-    const auto type = code.empty() ? std::nullopt : tables_.findStreetType(code);
+    const auto type = code.empty() ? std::nullopt : cardTables.findStreetType(code);
     if (type) {
-        showText(*ui_->CBTipoVia, itemOf(*type));
+        showText(*ui.CBTipoVia, itemOf(*type));
     } else {
-        clearCurrentItem(*ui_->CBTipoVia);
+        clearCurrentItem(*ui.CBTipoVia);
     }
 }
 
-QString TFFichaVia::ObtenCodProv(const QString& province) {
+QString TFFichaVia::Parts::ObtenCodProv(const QString& province) {
     const auto text = toWindows1252(province);
-    const auto shown = toWindows1252(ui_->CBProvincia->currentText());
+    const auto shown = toWindows1252(ui.CBProvincia->currentText());
     if (!text || !shown) {
         return QStringLiteral("00");
     }
-    return fromWindows1252(tables_.provinceCode(ambrel::provinceNameIn(*text, *shown)));
+    return fromWindows1252(cardTables.provinceCode(ambrel::provinceNameIn(*text, *shown)));
 }
 
-QString TFFichaVia::ObtenTipoVia(const QString& streetType) {
+QString TFFichaVia::Parts::ObtenTipoVia(const QString& streetType) {
     const auto text = toWindows1252(streetType);
-    const auto found = text ? tables_.findStreetType(ambrel::streetTypeCodeIn(*text)) : std::nullopt;
+    const auto found = text ? cardTables.findStreetType(ambrel::streetTypeCodeIn(*text)) : std::nullopt;
     return found ? fromWindows1252(found->code) : QString();
 }
 
-bool TFFichaVia::ValidaProvincia(const QString& province, const QString& expectedCode) {
+bool TFFichaVia::Parts::ValidaProvincia(const QString& province, const QString& expectedCode) {
     const QString text = province.trimmed();
     return !text.isEmpty() && ObtenCodProv(text) == expectedCode;
 }
 
-bool TFFichaVia::ValidaTipoVia(const QString& streetType) {
+bool TFFichaVia::Parts::ValidaTipoVia(const QString& streetType) {
     // A blank code may exist in the table.
-    return tables_.findStreetType(toNearestWindows1252(ObtenTipoVia(streetType.trimmed()))).has_value();
+    return cardTables.findStreetType(toNearestWindows1252(ObtenTipoVia(streetType.trimmed()))).has_value();
 }
 
-bool TFFichaVia::ValidaCodPostal(const QString& postalCode, const QString& province) {
+bool TFFichaVia::Parts::ValidaCodPostal(const QString& postalCode, const QString& province) {
     const auto code = toWindows1252(postalCode.trimmed());
     const auto provinceCode = toWindows1252(ObtenCodProv(province));
     return code && provinceCode && ambrel::isPostalCodeOf(*code, *provinceCode);
 }
 
 /// Deliberate: empty numbers are filled in even if a check failed.
-bool TFFichaVia::CompruebaDatos() {
+bool TFFichaVia::Parts::CompruebaDatos() {
     const bool areTextsRight = checkTexts();
     fillEmptyNumbers();
     return areTextsRight && checkNumbers();
 }
 
-bool TFFichaVia::checkTexts() {
+bool TFFichaVia::Parts::checkTexts() {
     const auto fails = [this](const QString& message, QWidget* control) {
-        Mensaje_Error(this, message, wrongData());
+        Mensaje_Error(&card, message, wrongData());
         control->setFocus();
         return false;
     };
     const TDMCodPostales& tables = *Controlador.DM;
-    const QString municipality = ui_->EVecindad->text().trimmed();
-    const QString province = ui_->CBProvincia->currentText().trimmed();
+    const QString municipality = ui.EVecindad->text().trimmed();
+    const QString province = ui.CBProvincia->currentText().trimmed();
     if (municipality.isEmpty() || municipality != fromWindows1252(tables.tbMunicipiNOMBRE.text())) {
         return fails(QStringLiteral("No ha especificado la vecindad de la nueva via o no es correcta"),
-                     ui_->EVecindad);
+                     ui.EVecindad);
     }
     if (!ValidaProvincia(province, fromWindows1252(tables.tbMunicipiCOD_PROV.text()))) {
         return fails(QStringLiteral("No ha especificado la provincia de la nueva via o no es correcta"),
-                     ui_->CBProvincia);
+                     ui.CBProvincia);
     }
-    if (!ValidaTipoVia(ui_->CBTipoVia->currentText())) {
+    if (!ValidaTipoVia(ui.CBTipoVia->currentText())) {
         return fails(QStringLiteral("No ha especificado el tipo de via de la nueva via o no es correcta"),
-                     ui_->CBTipoVia);
+                     ui.CBTipoVia);
     }
-    if (ui_->DBEVia->text().trimmed().isEmpty()) {
-        return fails(QStringLiteral("No ha especificado el nombre de la nueva via"), ui_->DBEVia);
+    if (ui.DBEVia->text().trimmed().isEmpty()) {
+        return fails(QStringLiteral("No ha especificado el nombre de la nueva via"), ui.DBEVia);
     }
-    if (!ValidaCodPostal(ui_->DBECodPostal->text(), province)) {
+    if (!ValidaCodPostal(ui.DBECodPostal->text(), province)) {
         return fails(QStringLiteral("No ha especificado el código postal de la nueva via o no es correcta"),
-                     ui_->DBECodPostal);
+                     ui.DBECodPostal);
     }
     return true;
 }
 
-void TFFichaVia::fillEmptyNumbers() {
+void TFFichaVia::Parts::fillEmptyNumbers() {
     const std::initializer_list<std::pair<BoundEdit*, const char*>> defaults = {
-        {ui_->DBEImparIni, "1"}, {ui_->DBEImparFin, "9999"}, {ui_->DBEParIni, "2"}, {ui_->DBEParFin, "9998"}};
+        {ui.DBEImparIni, "1"}, {ui.DBEImparFin, "9999"}, {ui.DBEParIni, "2"}, {ui.DBEParFin, "9998"}};
     for (const auto& [edit, number] : defaults) {
         if (edit->text().trimmed().isEmpty()) {
             edit->setText(QLatin1String(number));
@@ -173,14 +172,14 @@ void TFFichaVia::fillEmptyNumbers() {
 }
 
 /// A number that the column cannot hold is still only in its edit.
-bool TFFichaVia::checkNumbers() {
-    for (BoundEdit* const edit : {ui_->DBEImparIni, ui_->DBEImparFin, ui_->DBEParIni, ui_->DBEParFin}) {
+bool TFFichaVia::Parts::checkNumbers() {
+    for (BoundEdit* const edit : {ui.DBEImparIni, ui.DBEImparFin, ui.DBEParIni, ui.DBEParFin}) {
         if (!edit->isRefused()) {
             continue;
         }
         const QString message =
             QStringLiteral("\"%1\" no es un número válido en %2: escriba uno entero, de -32768 a 32767");
-        Mensaje_Error(this, message.arg(edit->text(), edit->accessibleName()), wrongData());
+        Mensaje_Error(&card, message.arg(edit->text(), edit->accessibleName()), wrongData());
         edit->setFocus();
         edit->selectAll();
         return false;

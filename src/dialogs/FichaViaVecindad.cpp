@@ -7,7 +7,7 @@
 #include "data/CodPostalesDM.h"
 #include "data/Province.h"
 #include "data/TableScope.h"
-#include "dialogs/FichaVia.h"
+#include "dialogs/FichaViaParts.h"
 #include "dialogs/common/FocusHelp.h"
 #include "dialogs/common/ProvinceItems.h"
 #include "lookup/RutCodPostales.h"
@@ -18,7 +18,6 @@
 #include "services/Ruttb.h"
 #include "services/TagProperty.h"
 #include "services/Text.h"
-#include "ui_FichaVia.h"
 
 using ambrel::fromWindows1252;
 using ambrel::setTag;
@@ -31,7 +30,7 @@ enum class LookUpBy { PostalCode = 1, IneCode = 2, Name = 3 };
 
 } // namespace
 
-void TFFichaVia::BuscaVecindad() {
+void TFFichaVia::Parts::BuscaVecindad() {
     const TDMCodPostales& tables = *Controlador.DM;
     dbase::Dataset& municipalities = Controlador.DM->tbMunicipi;
     const std::string postalCode = tables.tbPostalCODPOSTAL.text();
@@ -40,21 +39,21 @@ void TFFichaVia::BuscaVecindad() {
         const bool found = TBBusca(municipalities, {{"CODPOSTAL", postalCode}}, exactSearch);
         // Deliberate: a postal code without a municipality shows the street's own name.
         const dbase::Field& shown = found ? tables.tbMunicipiNOMBRE : tables.tbPostalVIA;
-        ui_->EVecindad->setText(fromWindows1252(shown.text()));
+        ui.EVecindad->setText(fromWindows1252(shown.text()));
         order.restore();
     }
     if (!Vecindad.isEmpty()) {
-        ui_->EVecindad->setText(Vecindad);
+        ui.EVecindad->setText(Vecindad);
     } else if (postalCode.empty()) {
-        ui_->EVecindad->setText(fromWindows1252(tables.tbMunicipiNOMBRE.text()));
+        ui.EVecindad->setText(fromWindows1252(tables.tbMunicipiNOMBRE.text()));
     }
 }
 
 /// The Tag holds the municipality's postal code here, whereas other boxes have the INE code. If two
 /// municipalities share a name, the one already current, by its postal code or by the user's choice, stays.
-void TFFichaVia::EVecindadChange() {
+void TFFichaVia::Parts::EVecindadChange() {
     TDMCodPostales& tables = *Controlador.DM;
-    const QString name = ui_->EVecindad->text();
+    const QString name = ui.EVecindad->text();
     Controlador.OrdenaPorNombreMunicipi();
     const dbase::Bookmark current = tables.tbMunicipi.bookmark();
     const bool isNamed = name == fromWindows1252(tables.tbMunicipiNOMBRE.view());
@@ -63,34 +62,34 @@ void TFFichaVia::EVecindadChange() {
     if (found && isNamed && tables.tbMunicipiCOD_INE.view() != codIne) {
         tables.tbMunicipi.goTo(current);
     }
-    setTag(*ui_->EVecindad, found ? tables.tbMunicipiCODPOSTAL.integer() : 0);
+    setTag(*ui.EVecindad, found ? tables.tbMunicipiCODPOSTAL.integer() : 0);
 }
 
-void TFFichaVia::EVecindadKeyUp(std::uint16_t& key, Qt::KeyboardModifiers shift) {
+void TFFichaVia::Parts::EVecindadKeyUp(std::uint16_t& key, Qt::KeyboardModifiers shift) {
     if (key == ambrel::key_code::down) {
         BBListarClick();
         return;
     }
-    const QString text = ui_->EVecindad->text();
-    const int tag = tagOf(*ui_->EVecindad);
+    const QString text = ui.EVecindad->text();
+    const int tag = tagOf(*ui.EVecindad);
     Controlador.OrdenaPorNombreMunicipi();
-    Controlador.KeyUpMunicipi(ui_->EVecindad, key, shift);
+    Controlador.KeyUpMunicipi(ui.EVecindad, key, shift);
     // A completion leaves the INE code in the Tag, where it would pass for a postal code.
-    if (tagOf(*ui_->EVecindad) != tag || ui_->EVecindad->text() != text) {
+    if (tagOf(*ui.EVecindad) != tag || ui.EVecindad->text() != text) {
         EVecindadChange();
     }
 }
 
-void TFFichaVia::EVecindadExit() {
-    const auto leaveFocus = qScopeGuard([this] { help_->DejaFoco(ui_->EVecindad); });
+void TFFichaVia::Parts::EVecindadExit() {
+    const auto leaveFocus = qScopeGuard([this] { help->DejaFoco(ui.EVecindad); });
     const QString name = nameForProvince();
-    QString postalCode = ui_->DBECodPostal->text();
+    QString postalCode = ui.DBECodPostal->text();
     // Deliberate: the number from the Tag has no leading zero, and is "0" for an unknown municipality.
     if (postalCode.isEmpty()) {
-        postalCode = fromWindows1252(Int_Cad(tagOf(*ui_->EVecindad)));
+        postalCode = fromWindows1252(Int_Cad(tagOf(*ui.EVecindad)));
     }
     QString notAskedFor; // empty: no province requested
-    Controlador.ExitMunicipi(ui_->EVecindad, notAskedFor, postalCode, true);
+    Controlador.ExitMunicipi(ui.EVecindad, notAskedFor, postalCode, true);
     const QString codIne = fromWindows1252(Controlador.DM->tbMunicipiCOD_INE.text());
     if (takePostalCode(codIne, postalCode)) {
         takeProvince(name, codIne);
@@ -98,39 +97,39 @@ void TFFichaVia::EVecindadExit() {
 }
 
 /// Deliberate: without a province in the combo, returns the municipality's name.
-QString TFFichaVia::nameForProvince() const {
-    const QString province = ui_->CBProvincia->currentText();
+QString TFFichaVia::Parts::nameForProvince() const {
+    const QString province = ui.CBProvincia->currentText();
     const auto bracket = province.indexOf(QLatin1Char('['));
-    return (bracket < 0 ? ui_->EVecindad->text() : province.left(bracket)).trimmed();
+    return (bracket < 0 ? ui.EVecindad->text() : province.left(bracket)).trimmed();
 }
 
 /// False if the user keeps the existing postal code.
-bool TFFichaVia::takePostalCode(const QString& codIne, const QString& postalCode) {
-    const QString shown = ui_->DBECodPostal->text();
+bool TFFichaVia::Parts::takePostalCode(const QString& codIne, const QString& postalCode) {
+    const QString shown = ui.DBECodPostal->text();
     const bool isNew = codIne != CodIne || shown != postalCode;
     if (!isNew || (!shown.isEmpty() && shown == postalCode)) {
         return true;
     }
-    if (!shown.isEmpty() && Mensaje_SiNo(this, QStringLiteral("¿Desea actualizar el código código postal?"),
+    if (!shown.isEmpty() && Mensaje_SiNo(&card, QStringLiteral("¿Desea actualizar el código código postal?"),
                                          QStringLiteral("El código postal difiere al que hay establecido"),
                                          QStringLiteral("Atención")) != answeredYes) {
         return false;
     }
     CodIne = codIne;
-    ui_->DBECodPostal->setText(postalCode); // and with it the street's
+    ui.DBECodPostal->setText(postalCode); // and with it the street's
     return true;
 }
 
 /// Deliberate: the code is the municipality's, the name that of the province shown, even if they differ.
-void TFFichaVia::takeProvince(const QString& name, const QString& codIne) {
+void TFFichaVia::Parts::takeProvince(const QString& name, const QString& codIne) {
     const QString item = ambrel::provinceItem(name, codIne.left(ambrel::provinceDigits));
-    if (ui_->CBProvincia->currentText() != item) {
-        showText(*ui_->CBProvincia, item);
+    if (ui.CBProvincia->currentText() != item) {
+        showText(*ui.CBProvincia, item);
     }
 }
 
-void TFFichaVia::BBListarClick() {
-    QString codIne = CodIne, postalCode = ui_->DBECodPostal->text(), name = ui_->EVecindad->text();
+void TFFichaVia::Parts::BBListarClick() {
+    QString codIne = CodIne, postalCode = ui.DBECodPostal->text(), name = ui.EVecindad->text();
     const auto orOwn = [](QString& text) {
         if (text.isEmpty()) {
             text = fromWindows1252(Config.GetsMunicipio());
@@ -153,11 +152,11 @@ void TFFichaVia::BBListarClick() {
         break;
     }
     QString provinceName, provinceCode, municipalityNumber;
-    if (!IMunicipios(this, codIne, postalCode, name, provinceName, provinceCode, municipalityNumber, tag,
+    if (!IMunicipios(&card, codIne, postalCode, name, provinceName, provinceCode, municipalityNumber, tag,
                      QStringLiteral("Lista de municipios del I.N.E."))) {
         return;
     }
-    ui_->EVecindad->setText(name);
+    ui.EVecindad->setText(name);
     goToMunicipality(codIne);
     EVecindadChange(); // sets the Tag to the chosen one's
     if (takePostalCode(codIne, postalCode)) {
@@ -166,11 +165,11 @@ void TFFichaVia::BBListarClick() {
 }
 
 /// Searches among those with the name in the box, of which there may be several.
-void TFFichaVia::goToMunicipality(const QString& codIne) {
+void TFFichaVia::Parts::goToMunicipality(const QString& codIne) {
     dbase::Dataset& municipalities = Controlador.DM->tbMunicipi;
     const TDMCodPostales& tables = *Controlador.DM;
     Controlador.OrdenaPorNombreMunicipi();
-    if (!Controlador.BuscaEnMunicipi(ui_->EVecindad->text(), exactSearch)) {
+    if (!Controlador.BuscaEnMunicipi(ui.EVecindad->text(), exactSearch)) {
         return;
     }
     const dbase::Bookmark first = municipalities.bookmark();
