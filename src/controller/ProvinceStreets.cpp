@@ -31,7 +31,7 @@ std::string provinceCode(dbase::Dataset& provinces, const std::string& name) {
     return StrRight(provinces.field("CODIGO").text(), provinceDigits);
 }
 
-void goToProvince(TDMCodPostales& tables, dbase::Dataset& provinces, const std::string& name) {
+void goToFirstMunicipality(TDMCodPostales& tables, dbase::Dataset& provinces, const std::string& name) {
     TBIndexa("CODPOSTAL", tables.tbMunicipi);
     const std::string firstCode = provinceCode(provinces, name) + "000";
     static_cast<void>(TBBusca(tables.tbMunicipi, {{"CODPOSTAL", firstCode}}, nearestSearch));

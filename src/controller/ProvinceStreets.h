@@ -20,7 +20,7 @@ namespace ambrel {
 
 /// Moves MUNICIPI, ordered by postal code from now on, to the first municipality of a province, looked up by
 /// its name in PROVIN. A name that PROVIN lacks stands for postal code 00000.
-void goToProvince(TDMCodPostales& tables, dbase::Dataset& provinces, const std::string& name);
+void goToFirstMunicipality(TDMCodPostales& tables, dbase::Dataset& provinces, const std::string& name);
 
 /// Moves POSTAL, whatever its tag, to the first street at or after a name in the current municipality's
 /// province.

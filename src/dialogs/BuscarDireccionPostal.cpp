@@ -305,7 +305,7 @@ int TFBuscarDireccionPostal::BuscaProvincia(const QString& text) const {
 
 void TFBuscarDireccionPostal::ActualizaTablaMunicipi() {
     const QString name = ambrel::nameOfItem(ui_->CBProvincia->currentText());
-    ambrel::goToProvince(*controller_.DM, tbProvin, ambrel::toNearestWindows1252(name));
+    ambrel::goToFirstMunicipality(*controller_.DM, tbProvin, ambrel::toNearestWindows1252(name));
 }
 
 void TFBuscarDireccionPostal::CompruebaSiViaNueva() {

@@ -58,7 +58,7 @@ bool isExactName(const dbase::Field& column, const QString& name) {
 
 bool isInProvince(TDMMunicipi& tables, const QString& provinceCode) {
     const auto code = toWindows1252(provinceCode);
-    return code && ambrel::goToProvince(tables, *code);
+    return code && ambrel::goToNameInProvince(tables, *code);
 }
 
 /// Restricts a table to the records with the current record's name.

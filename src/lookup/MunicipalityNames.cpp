@@ -24,7 +24,7 @@ bool isNameOfAnother(TDMMunicipi& tables) {
     return false;
 }
 
-bool goToProvince(TDMMunicipi& tables, const std::string& provinceCode) {
+bool goToNameInProvince(TDMMunicipi& tables, const std::string& provinceCode) {
     const dbase::ReadScope scope;
     const std::string name = tables.tbMunicipiMJPOBLLITE.text();
     const std::string wanted = StrRight("00" + provinceCode, provinceDigits);

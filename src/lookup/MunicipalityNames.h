@@ -17,7 +17,7 @@ namespace ambrel {
 
 /// Walks MUNICIMJ from the first record with a name to the one in a province; false if there is none.
 /// `provinceCode`: the last two characters count, "8" is "08".
-[[nodiscard]] bool goToProvince(TDMMunicipi& tables, const std::string& provinceCode);
+[[nodiscard]] bool goToNameInProvince(TDMMunicipi& tables, const std::string& provinceCode);
 
 /// Moves to the record after MUNICIMJ's current one; true if it has the same name.
 [[nodiscard]] bool isNameOfNext(TDMMunicipi& tables);

@@ -124,9 +124,9 @@ TEST_F(MunicipalityOfStreet, ProvinceIsFoundByItsNameAndItsFirstMunicipalityBeco
     addMunicipalities({{"08019", "08001", "BARCELONA", "N", "0"}, {"50001", "50001", "ABANTO"}});
     TDMCodPostales& tables = openOn(street("28430", "1"));
     dbase::Dataset provinces("DB", "PROVIN.DBF", "CODIGO");
-    ambrel::goToProvince(tables, provinces, "BARCELONA");
+    ambrel::goToFirstMunicipality(tables, provinces, "BARCELONA");
     EXPECT_EQ(municipality(), "BARCELONA");
-    ambrel::goToProvince(tables, provinces, "MADRID");
+    ambrel::goToFirstMunicipality(tables, provinces, "MADRID");
     EXPECT_EQ(municipality(), "ARRABAL");
     EXPECT_EQ(tables.tbMunicipi.tag(), "CODPOSTAL");
     EXPECT_FALSE(provinces.isOpen());
@@ -136,7 +136,7 @@ TEST_F(MunicipalityOfStreet, ProvinceNameThatIsNotFoundStandsFor00000) {
     addMunicipalities({{"00000", "00001", "SIN PROVINCIA"}});
     TDMCodPostales& tables = openOn(street("28430", "1"));
     dbase::Dataset provinces("DB", "PROVIN.DBF", "CODIGO");
-    ambrel::goToProvince(tables, provinces, "NINGUNA");
+    ambrel::goToFirstMunicipality(tables, provinces, "NINGUNA");
     EXPECT_EQ(municipality(), "SIN PROVINCIA");
 }
 

@@ -103,7 +103,7 @@ void IndexFile::dropChanges() {
     grownSize_ = 0;
 }
 
-void IndexFile::writeChanges(bool& restored) {
+void IndexFile::writeChangesOrRestore(bool& restored) {
     restored = true;
     refreshHead();
     const std::vector<std::pair<PageNumber, const Change*>> order = writingOrder();
@@ -144,7 +144,7 @@ void IndexFile::refreshHead() {
     }
 }
 
-// The order of writeChanges(); of the headers, the file's (page 0) comes last.
+// The order of writeChangesOrRestore(); of the headers, the file's (page 0) comes last.
 std::vector<std::pair<PageNumber, const IndexFile::Change*>> IndexFile::writingOrder() const {
     std::vector<std::pair<PageNumber, const Change*>> order;
     order.reserve(changes_.size());

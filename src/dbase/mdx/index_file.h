@@ -89,7 +89,7 @@ public:
     void confirmBlock(PageNumber page) const;
     [[nodiscard]] TreeRoot treeRoot(const Tag& tag) const;
 
-    // --- Changes, invisible in the file until writeChanges().
+    // --- Changes, invisible in the file until writeChangesOrRestore().
     [[nodiscard]] std::span<char> changeBlock(PageNumber page);
     void setTreeRoot(const Tag& tag, const TreeRoot& root);
     /// A zeroed block from the free list or after the end.
@@ -97,7 +97,7 @@ public:
     void release(PageNumber page);
     /// Writes new blocks first, then the pages that point at them, headers last. If a write fails, the old
     /// bytes are restored as far as possible; `restored` says whether that worked.
-    void writeChanges(bool& restored);
+    void writeChangesOrRestore(bool& restored);
     void dropChanges();
 
     /// Number of pages now in the file, by its size.

@@ -93,7 +93,7 @@ void rebuildTrees(TableFile& records, IndexFile& index, const Progress& progress
     }
     blocks.flush();
     bool restored = true;
-    index.writeChanges(restored);
+    index.writeChangesOrRestore(restored);
     std::vector<char> head = index.freshHead(records.schema());
     store32(head.data() + mdx::pageCount, blocks.end());
     store32(head.data() + mdx::freeList, 0);

@@ -94,7 +94,7 @@ void Table::apply(const RecordChange& change, Durability durability, std::uint32
         isTouched = true;
         write();
         if (index_) {
-            index_->writeChanges(restored);
+            index_->writeChangesOrRestore(restored);
             restored = false;
             sendFirst();
             writeStamp(before.ended(count));

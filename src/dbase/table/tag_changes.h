@@ -9,7 +9,7 @@
 namespace dbase {
 
 /// Gathers the changes of all tags in the index file; the destructor drops changes not yet written by its
-/// writeChanges(). The caller holds the exclusive structure lock. Errors: Error(BadIndex, TooLarge).
+/// writeChangesOrRestore(). The caller holds the exclusive structure lock. Errors: Error(BadIndex, TooLarge).
 class TagChanges {
 public:
     /// `index`: null for a table without one.
