@@ -12,6 +12,7 @@
 #include "dbase/dbf/codec.h"
 #include "dbase/mdx/tree_cursor.h"
 #include "dbase/system/error.h"
+#include "dbase/table/empty_table.h"
 #include "dbase/table/table.h"
 #include "dbase/table/table_definition.h"
 

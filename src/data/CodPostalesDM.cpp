@@ -2,6 +2,7 @@
 #include "data/CodPostalesDM.h"
 
 #include "data/MunicipalityFields.h"
+#include "data/WholeName.h"
 
 TDMCodPostales* DMCodPostales = nullptr;
 

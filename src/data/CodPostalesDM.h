@@ -3,7 +3,6 @@
 
 #include "AmbrelExport.h"
 #include "data/TableDefinitions.h"
-#include "data/WholeName.h"
 #include "dbase/dataset/dataset.h"
 
 /// Owns the tables that one controller works on. The constructor opens `tbMunicipiAux` and the destructor

@@ -3,6 +3,7 @@
 
 #include "data/MunicipalityFields.h"
 #include "data/TableScope.h"
+#include "data/WholeName.h"
 #include "services/Ruttb.h"
 
 TDMMunicipi* DMMunicipi = nullptr;

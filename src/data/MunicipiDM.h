@@ -4,7 +4,6 @@
 
 #include "AmbrelExport.h"
 #include "data/TableDefinitions.h"
-#include "data/WholeName.h"
 #include "dbase/dataset/data_source.h"
 #include "dbase/dataset/dataset.h"
 

@@ -16,6 +16,8 @@ inline constexpr std::size_t municipalityNameWidth = 53;
 inline constexpr std::size_t streetNameWidth = 45;
 /// Width of a street's type.
 inline constexpr std::size_t streetTypeWidth = 3;
+/// Width of the calculated `NOMBRE_COMPLETO` of a municipality.
+inline constexpr std::size_t wholeNameWidth = 100;
 
 /// `CAPITAL` of a provincial capital, and of anything else; in a street: of one named after a locality.
 inline constexpr const char* capitalMark = "0";

@@ -8,9 +8,6 @@
 
 namespace ambrel {
 
-/// Width of `NOMBRE_COMPLETO`.
-inline constexpr std::size_t wholeNameWidth = 100;
-
 /// After-open hook of a browsing cursor: hides minor entities unless the configuration asks for them, and
 /// shows those hidden by an earlier opening of the cursor again.
 void hideMinorEntities(dbase::Dataset& municipalities);

@@ -5,14 +5,10 @@ set(public_headers
   controller/ClasCodPostales.h
   controller/NumberRange.h
   controller/Operacion.h
-  controller/ProvinceStreets.h
-  controller/StreetCard.h
   data/CodPostalesDM.h
   data/MunicipiDM.h
-  data/Province.h
   data/TableDefinitions.h
   data/ViasDM.h
-  data/WholeName.h
   dbase/dbf/codec.h
   dbase/dbf/codepage.h
   dbase/dataset/data_source.h
@@ -44,11 +40,7 @@ set(public_headers
   form/AddressBoxes.h
   form/AddressText.h
   form/RecordBinding.h
-  import/Document.h
   import/ImportarVias.h
-  import/ImportedStreet.h
-  import/ResponseReaders.h
-  import/StreetSaving.h
   lookup/RutCodPostales.h
   package/AmbCodPostales.h
   package/Version.h

@@ -7,6 +7,7 @@
 #include <numeric>
 
 #include "dbase/lock/locks.h"
+#include "dbase/table/empty_table.h"
 
 namespace dbase::test {
 

@@ -9,6 +9,7 @@
 #include "dbase/journal/journal.h"
 #include "dbase/journal/journal_place.h"
 #include "dbase/system/error.h"
+#include "dbase/table/empty_table.h"
 #include "dbase/table/table_creation.h"
 #include "dbase/table/table_replacement.h"
 #include "support/TemporaryFolder.h"

@@ -3,6 +3,7 @@
 
 #include <iconv.h>
 
+#include "dbase/dbf/collation.h"
 #include "dbase/dbf/schema.h"
 #include "dbase/system/error.h"
 

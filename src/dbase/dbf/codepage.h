@@ -1,4 +1,4 @@
-// Single-byte code pages of the tables: conversion to UTF-8, letter case and key weights.
+// Single-byte code pages of the tables: conversion to UTF-8 and letter case.
 #pragma once
 
 #include <array>
@@ -38,14 +38,5 @@ private:
     std::array<char32_t, 256> codes_{};
     std::array<unsigned char, 256> upper_{}, lower_{};
 };
-
-/// Weight of each byte in keys of the collating drivers (0x58, 0x59). All 256 differ, so equal keys have
-/// equal bytes.
-[[nodiscard]] const std::array<std::uint8_t, 256>& collationWeights();
-
-/// True for the drivers whose character keys are ordered by weight: 0x58, 0x59.
-[[nodiscard]] bool driverCollates(std::uint8_t languageDriver);
-/// True for the OEM Spanish drivers 0x14 and 0x18, which collate by unpublished weights.
-[[nodiscard]] bool driverOrderIsUnknown(std::uint8_t languageDriver);
 
 } // namespace dbase

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "dbase/dbf/collation.h"
 #include "dbase/dbf/decimal.h"
 #include "dbase/expression/expression_node.h"
 

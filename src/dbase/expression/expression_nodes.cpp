@@ -3,6 +3,7 @@
 #include <iterator>
 #include <utility>
 
+#include "dbase/dbf/collation.h"
 #include "dbase/expression/expression_node.h"
 
 namespace dbase {

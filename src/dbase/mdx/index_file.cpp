@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "dbase/dbf/codepage.h"
+#include "dbase/dbf/collation.h"
 #include "dbase/dbf/dates.h"
 #include "dbase/mdx/index_layout.h"
 #include "dbase/system/bytes.h"

@@ -9,6 +9,7 @@
 #include <limits>
 
 #include "dbase/dbf/codepage.h"
+#include "dbase/dbf/collation.h"
 #include "dbase/dbf/decimal.h"
 
 namespace dbase {

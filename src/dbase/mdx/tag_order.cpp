@@ -1,6 +1,7 @@
 // Determines which of the two key orders a collating table's index really has.
 
 #include "dbase/dbf/codepage.h"
+#include "dbase/dbf/collation.h"
 #include "dbase/mdx/index_file.h"
 #include "dbase/mdx/tree_cursor.h"
 

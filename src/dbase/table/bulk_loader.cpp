@@ -7,6 +7,7 @@
 #include "dbase/dbf/dates.h"
 #include "dbase/system/error.h"
 #include "dbase/system/paths.h"
+#include "dbase/table/empty_table.h"
 #include "dbase/table/exclusive_use.h"
 #include "dbase/table/table.h"
 #include "dbase/table/table_definition.h"

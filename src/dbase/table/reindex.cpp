@@ -12,6 +12,7 @@
 #include "dbase/system/error.h"
 #include "dbase/system/paths.h"
 #include "dbase/table/check.h"
+#include "dbase/table/empty_table.h"
 #include "dbase/table/recovery.h"
 #include "dbase/table/table_definition.h"
 

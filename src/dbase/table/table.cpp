@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "dbase/dbf/codepage.h"
+#include "dbase/dbf/collation.h"
 #include "dbase/lock/read_scope.h"
 #include "dbase/system/error.h"
 

@@ -8,6 +8,7 @@
 #include "dbase/dbf/table_layout.h"
 #include "dbase/mdx/index_file.h"
 #include "dbase/system/error.h"
+#include "dbase/table/empty_table.h"
 #include "dbase/table/table_creation.h"
 #include "dbase/table/table_replacement.h"
 

@@ -26,13 +26,4 @@ enum class IfExists { Refuse, Replace };
 AMBREL_EXPORT void createTable(const std::string& folder, const TableDefinition& definition,
                                IfExists ifExists = IfExists::Refuse);
 
-class File;
-
-/// The same into files given by the caller, which must be empty; `index` may be null if there are no tags.
-void writeEmptyTable(File& table, File* index, Schema schema, const std::string& name,
-                     const std::vector<TagDefinition>& tags);
-
-/// Marks the columns that alone are the key of a tag.
-[[nodiscard]] std::vector<bool> columnsWithTag(const Schema& schema, const std::vector<TagDefinition>& tags);
-
 } // namespace dbase

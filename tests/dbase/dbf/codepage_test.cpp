@@ -1,5 +1,6 @@
 // Code pages: conversion, letter case, letters.
 #include "dbase/dbf/codepage.h"
+#include "dbase/dbf/collation.h"
 
 #include <gtest/gtest.h>
 

@@ -12,6 +12,7 @@
 #include "dbase/lock/locks.h"
 #include "dbase/mdx/index_layout.h"
 #include "dbase/mdx/tree_cursor.h"
+#include "dbase/table/empty_table.h"
 #include "support/TemporaryFolder.h"
 
 namespace dbase::test {
