@@ -20,7 +20,7 @@ struct Spot {
     std::optional<TreeCursor> cursor; // empty: the order of the file, or a record that the tag lacks
     RecordNumber record = 0;
     std::vector<char> row;
-    std::uint64_t hold = 0; // Table::holdNumber() as it was found
+    std::uint64_t hold = 0; // Table::holdNumber() at the search
 };
 
 /// Searches run inside Table::read(), so the files do not change under them.

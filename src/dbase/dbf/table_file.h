@@ -37,8 +37,7 @@ public:
     /// Whether the header's count differs from that of the complete records: the file ends before them, or
     /// continues with complete ones where its end mark should be.
     [[nodiscard]] bool isMiscounted() const;
-    /// Makes the complete records those that count, whatever the header said; what stands after the end mark
-    /// is not one. False when they did already.
+    /// Makes the header count the complete records, up to the end mark. False if it did already.
     bool recount();
     /// Writes the count and today's date to the header.
     void setCount(std::uint32_t count);

@@ -48,7 +48,7 @@ public:
 
     std::unique_ptr<File> create() override {
         std::unique_ptr<File> file = folders_.open(path_, OpenMode::Create);
-        folders_.shareAs(path_, table_); // others who may write the table may go on with its journal
+        folders_.shareAs(path_, table_); // all users who may write the table may continue its journal
         folders_.syncFolderOf(path_);
         return file;
     }

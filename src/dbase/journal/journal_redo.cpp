@@ -1,4 +1,4 @@
-// Records written again from the entries of a journal.
+// Rewrites records from the entries of a journal.
 #include "dbase/journal/journal_redo.h"
 
 #include <algorithm>
@@ -9,9 +9,9 @@ namespace dbase {
 
 namespace {
 
-/// What a record was and became, oldest first.
+/// The states of a record, oldest first.
 struct History {
-    bool isNew = false; // there was nothing before the first of them
+    bool isNew = false; // nothing preceded the first state
     std::vector<std::span<const char>> states;
 };
 
@@ -24,7 +24,7 @@ Histories gather(const std::vector<JournalEntry>& entries, std::size_t recordLen
             for (RecordNumber row = 0; row < run.rows; ++row) {
                 History& history = histories[run.first + row];
                 const std::size_t at = row * recordLength;
-                if (run.before.empty()) { // one added again in the place of one that was taken back
+                if (run.before.empty()) { // a new row, perhaps in place of one taken back
                     history = {.isNew = true, .states = {}};
                 } else if (history.states.empty()) {
                     history.states.push_back(std::span(run.before).subspan(at, recordLength));
@@ -36,7 +36,7 @@ Histories gather(const std::vector<JournalEntry>& entries, std::size_t recordLen
     return histories;
 }
 
-// The stored bytes, zeros where the file ends before.
+// The stored bytes, zeros beyond the end of the file.
 std::vector<char> storedBytes(const TableFile& records, RecordNumber number) {
     std::vector<char> bytes(records.schema().recordLength);
     const std::uint64_t offset = records.offsetOf(number), size = records.file().size();
@@ -47,7 +47,7 @@ std::vector<char> storedBytes(const TableFile& records, RecordNumber number) {
     return bytes;
 }
 
-// Whether each byte is that of one of the states, as a write leaves it that was cut anywhere.
+// Whether each byte is from one of the states, as after a write cut short anywhere.
 bool isMixture(std::span<const char> stored, const History& history) {
     for (std::size_t at = 0; at < stored.size(); ++at) {
         const char byte = stored[at];
@@ -61,7 +61,7 @@ bool isMixture(std::span<const char> stored, const History& history) {
     return true;
 }
 
-// Nothing has arrived of it, or part of the blank row that an earlier recovery wrote in its place.
+// Whether nothing of the record has arrived, or part of the blank row that an earlier recovery wrote instead.
 bool isHole(std::span<const char> bytes) {
     const char mark = bytes.front();
     return mark == '\0' || mark == endMark ||
@@ -79,7 +79,7 @@ void redo(TableFile& records, const std::vector<JournalEntry>& entries) {
         const std::span<const char> wanted = history.states.back();
         if (number > count) {
             const bool fits = records.offsetOf(number) + wanted.size() + 1 < maxFileSize;
-            if (history.isNew && number == count + 1 && fits) { // another number is none that we wrote
+            if (history.isNew && number == count + 1 && fits) { // we never add any other number
                 records.overwrite(number, wanted);
                 count = number;
             }

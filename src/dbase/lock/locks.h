@@ -31,13 +31,13 @@ inline constexpr LockRange appendLock{lock_offset::header, 2};
     return hasIndex ? appendLock : LockRange{lock_offset::append, 1};
 }
 
-/// Every lock of an open file; letting go of all is cheaper for the system where there is only one.
+/// Every lock of an open file; if there is only one, releasing all is cheaper for the system.
 inline constexpr LockRange everyLock{0, 0};
 /// On the .DBF: header, append and every record byte, as the dBase family locks a whole table.
 inline constexpr LockRange wholeTableLock{lock_offset::header - 1'000'000'000, 1'000'000'002};
 /// On the .DBF: shared by all programs that have the table open, exclusive while its files are replaced.
 inline constexpr LockRange presenceLock{lock_offset::presence, 1};
-/// On the .DBF, while a program opens the table and, when it is alone, recovers what the last ones left.
+/// On the .DBF while a program opens the table and, if it is alone, recovers what the last ones left.
 inline constexpr LockRange openingLock{lock_offset::opening, 1};
 
 /// On the .DBF and the journal of a network folder, shared: taking and releasing it inside the structure lock

@@ -1,4 +1,4 @@
-// Folders of the disk.
+// Folders on disk.
 
 #include <cerrno>
 #include <cstdio>

@@ -1,4 +1,4 @@
-// Many rows at once: written after the last record, counted and filed at the end, or not at all.
+// Writes many rows after the last record, and counts and indexes them all at the end, or not at all.
 #include "dbase/table/bulk_loader.h"
 
 #include <optional>
@@ -20,13 +20,13 @@ constexpr std::size_t pendingBytes = std::size_t{1} << 20;
 } // namespace
 
 struct BulkLoader::State {
-    std::shared_ptr<Table> table; // the one added to, or the new one
+    std::shared_ptr<Table> table; // the table to extend, or the new one
     std::optional<TableReplacement> replacement;
     std::optional<ExclusiveUse> use;
     std::uint32_t countBefore = 0;
     std::uint32_t added = 0;
     std::vector<char> pending;
-    char firstMark = ' '; // of the first row; the file keeps its end mark in that place until all are there
+    char firstMark = ' '; // of the first row; until all rows are written the file has its end mark there
     bool finished = false;
 
     void flush() {
@@ -43,7 +43,7 @@ struct BulkLoader::State {
 
 namespace {
 
-// An empty table with the columns and tags of another one, in the files that are to replace it.
+// Creates an empty table with the columns and tags of another one, in the files that will replace it.
 std::shared_ptr<Table> makeTwin(const Table& old, const TableReplacement& files) {
     std::vector<TagDefinition> tags;
     if (old.index() != nullptr) {
@@ -70,7 +70,7 @@ BulkLoader::BulkLoader(const std::string& tableFile, Mode mode) : state_(std::ma
             throw Error(ErrorCode::LockTimeout, tableFile,
                         "la tabla está abierta; ciérrela para poder sustituirla");
         }
-        old->leave(); // our own opening must not count as somebody else's
+        old->leave(); // our own opening must not count as another program's
         state_->replacement.emplace(tableFile);
         state_->table = makeTwin(*old, *state_->replacement);
     }
@@ -84,7 +84,7 @@ BulkLoader::~BulkLoader() {
         try {
             state_->use->withdrawRows(state_->countBefore);
         } catch (...) {
-            // The rows do not count; the next one that adds a record writes over them.
+            // The rows do not count; the next program to add a record overwrites them.
         }
     }
 }

@@ -1,3 +1,4 @@
+// The steps of an exclusive use: recovery first, then rebuilding tags or adding rows.
 #include "dbase/table/exclusive_use.h"
 
 #include "dbase/table/table.h"
@@ -6,7 +7,7 @@ namespace dbase {
 
 ExclusiveUse::ExclusiveUse(Table& table, AfterStop afterStop)
     : table_(table), lock_(table.structureFile(), table.structureHolders_, LockKind::Exclusive) {
-    table.renewTornViews(); // others had the lock since
+    table.renewTornViews(); // others have held the lock since
     table.recoverLocked(afterStop == AfterStop::Yes ? Table::Health::Stopped : table.health());
 }
 
@@ -24,9 +25,9 @@ void ExclusiveUse::beginLoad() {
     table_.recovery().beginJournal();
 }
 
-// The rows were written after the end mark and do not count yet: they go to the disk, then the mark, then
-// the first row takes the place of the end mark, so that a death in between leaves all of them or none. What
-// fails for want of space is taken back, and the tags are built again as they were.
+// The rows were written after the end mark and do not count yet: they are flushed to the disk, then the
+// in-update mark is set, then the first row replaces the end mark, so that a death in between leaves all rows
+// or none. If space runs out, the rows are taken back and the tags rebuilt as they were.
 void ExclusiveUse::addRows(std::uint32_t newCount, char firstMark, const Progress& progress) {
     TableFile& records = table_.records_;
     const std::uint32_t countBefore = records.recordCount();
@@ -45,8 +46,8 @@ void ExclusiveUse::addRows(std::uint32_t newCount, char firstMark, const Progres
             records.dropBehind(countBefore);
             table_.rebuildLocked({});
         } catch (...) {
-            // The mark stands and the next program to touch the table recovers it; the first fault is the one
-            // to report.
+            // The mark stays set and the next program to use the table recovers it; the first error is the
+            // one to report.
         }
         throw;
     }
@@ -57,7 +58,7 @@ void ExclusiveUse::withdrawRows(std::uint32_t oldCount) {
     const bool counted = records.announcedCount() != oldCount;
     if (table_.index_) {
         const UpdateStamp stamp = table_.index_->stamp();
-        if (counted || stamp.inUpdate || stamp.records != oldCount) { // the tags may know the rows already
+        if (counted || stamp.inUpdate || stamp.records != oldCount) { // the tags may contain the rows already
             table_.index_->writeStamp(stamp.begun(oldCount));
         }
     }

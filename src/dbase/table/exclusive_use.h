@@ -1,4 +1,4 @@
-// The exclusive use of an open table, through which everything goes that changes it.
+// The exclusive use of an open table; every change goes through it.
 #pragma once
 
 #include <optional>
@@ -11,11 +11,11 @@ namespace dbase {
 
 class Table;
 
-/// Holds the exclusive structure lock of a table that was recovered where it had to be. What was read of the
-/// table before is to be read again.
+/// Holds the exclusive structure lock of a table, which is recovered first if necessary. Anything read from
+/// the table before must be read again.
 class ExclusiveUse {
 public:
-    /// Errors: Error, also for a table that has to be recovered and cannot be.
+    /// Errors: Error, also if the table needs recovery and cannot be recovered.
     explicit ExclusiveUse(Table& table) : ExclusiveUse(table, AfterStop::No) {}
     ExclusiveUse(const ExclusiveUse&) = delete;
     ExclusiveUse& operator=(const ExclusiveUse&) = delete;
@@ -24,16 +24,16 @@ public:
     void rebuildTags(const Progress& progress);
 
     // --- Many rows at once
-    /// Keeps other programs from adding rows as long as this lasts. Rows may then be written after the last
-    /// one.
+    /// Keeps other programs from adding rows during the lifetime of this object. Rows may then be written
+    /// after the last one.
     void beginLoad();
     [[nodiscard]] TableFile& records();
-    /// Makes the rows count that were written after the last record, the first of them with the end mark in
-    /// the place of its own `firstMark`, and rebuilds the tags.
+    /// Counts in the rows that were written after the last record, the first of them with the end mark in
+    /// place of its own `firstMark`, and rebuilds the tags.
     void addRows(std::uint32_t newCount, char firstMark, const Progress& progress);
-    /// Takes such rows back, whether they counted already or not.
+    /// Takes back such rows, counted already or not.
     void withdrawRows(std::uint32_t oldCount);
-    /// Puts records and index on the disk.
+    /// Flushes records and index to the disk.
     void sync();
 
 private:
@@ -43,7 +43,7 @@ private:
 
     Table& table_;
     StructureLock lock_;
-    std::optional<FileLock> appending_; // after the structure, and let go before it
+    std::optional<FileLock> appending_; // taken after the structure lock and released before it
 };
 
 } // namespace dbase

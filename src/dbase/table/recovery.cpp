@@ -1,3 +1,4 @@
+// The steps of a recovery: redoing the journal, counting records, cutting the tail.
 #include "dbase/table/recovery.h"
 
 #include "dbase/journal/journal_redo.h"
@@ -5,7 +6,7 @@
 
 namespace dbase {
 
-/// The append lock, where no other program holds it: one that is adding a row right now counts it itself.
+/// Takes the append lock unless another program holds it: one that is adding a row will count it itself.
 struct Recovery::AppendLock {
     AppendLock(File& records, bool hasIndex)
         : file(records), range(appendRange(hasIndex)), isHeld(file.tryLock(range, LockKind::Exclusive)) {}
@@ -23,7 +24,7 @@ struct Recovery::AppendLock {
 };
 
 void Recovery::beginJournal() {
-    if (journal_ != nullptr && journal_->begin()) { // nobody may have put these files on the disk yet
+    if (journal_ != nullptr && journal_->begin()) { // these files may not have been flushed to the disk yet
         sync();
     }
 }
@@ -35,7 +36,7 @@ void Recovery::sync() {
     }
 }
 
-// What was known of the records before the lock.
+// Forgets what was known of the records before the lock.
 void Recovery::forgetViews() {
     records_.forgetSize();
     if (records_.file().viewIsTorn()) {
@@ -43,7 +44,7 @@ void Recovery::forgetViews() {
     }
 }
 
-// The complete records are what the table holds, also those that the header does not know yet.
+// Counts all complete records, even those not yet in the header's count.
 bool Recovery::count() {
     records_.forgetSize();
     return records_.recount();
@@ -60,8 +61,8 @@ void Recovery::afterStop() {
     records_.file().sync();
 }
 
-// A count that was wrong without a mark may be that of a file which somebody is copying: only the count is
-// written then, so that the copy comes out right in the end, and the tail stays until the table is left.
+// A wrong count without a mark may come from a file that is still being copied: then only the count is
+// written, so that the copy still ends up correct, and the tail stays until the table is left.
 bool Recovery::afterDeath(const UpdateStamp& left) {
     beginJournal();
     forgetViews();

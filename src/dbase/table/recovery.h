@@ -1,6 +1,5 @@
-// Bringing the records of a table back to a sound state after a stop of the machine or the death of a writer:
-// the one set of steps for a program that opens, touches or reindexes it. See
-// docs/decisions/013-one-recovery.md.
+// Brings the records of a table back to a sound state after a crash of the machine or the death of a writer:
+// the one set of steps for programs that open, use or reindex it. See docs/decisions/013-one-recovery.md.
 #pragma once
 
 #include "dbase/dbf/table_file.h"
@@ -9,29 +8,29 @@
 
 namespace dbase {
 
-/// The caller holds the exclusive structure lock, and rebuilds the tags after the records.
+/// The caller holds the exclusive structure lock, and rebuilds the tags after recovering the records.
 class Recovery {
 public:
-    /// `index`: null in a table without one. `journal`: null in a table that keeps none. All outlive it.
+    /// `index`, `journal`: null in a table without one. All must outlive this object.
     Recovery(TableFile& records, File* index, Journal* journal)
         : records_(records), index_(index), journal_(journal) {}
 
-    /// Comes before anything is written: a program that opens the table after a death or a stop of the
-    /// machine finds that there was one.
+    /// Call before anything is written, so that a program that opens the table after a death or a crash of
+    /// the machine notices it.
     void beginJournal();
-    /// Puts records and index on the disk.
+    /// Flushes records and index to the disk.
     void sync();
 
-    /// Makes the records what the programs before a stop of the machine left: those that the journal keeps
-    /// are redone, the count is taken again, the tail cut, rows that never arrived made blank. They are on
-    /// the disk then; the journal stays, and goes when the tags are on the disk too. For one that is alone at
+    /// Restores the records as the programs before a crash of the machine left them: redoes the kept changes
+    /// of the journal, counts the records again, cuts the tail, blanks rows that never arrived. The records
+    /// are then on the disk; remove the journal once the tags are too. Only for a program that is alone at
     /// the table.
     void afterStop();
-    /// Makes the records what the last writer left or, if it died in a change, was about to leave. `left`:
-    /// the stamp as it is found. True when tail() is to follow as the table is left.
+    /// Restores the records as the last writer left them or, if it died during a change, was about to leave
+    /// them. `left`: the stamp as found. True if tail() must be called on leaving the table.
     [[nodiscard]] bool afterDeath(const UpdateStamp& left);
-    /// Cuts what lies after the last record, part of a row or the rows of a load that never came to count.
-    /// Nothing while another program is adding a row.
+    /// Cuts off what follows the last record: part of a row, or rows of a load that never came to count. Does
+    /// nothing while another program is adding a row.
     void tail();
 
 private:

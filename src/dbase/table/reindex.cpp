@@ -1,4 +1,4 @@
-// Rebuilding a table's index from outside, also one that cannot be opened any more.
+// Rebuilds a table's index from outside, even if it can no longer be opened.
 
 #include <algorithm>
 #include <iterator>
@@ -22,7 +22,7 @@ namespace {
 
 struct ReadableTags {
     std::vector<TagDefinition> tags;
-    std::string problem; // why there may have been more; empty when these are all
+    std::string problem; // why there may have been more; empty if these are all
     ErrorCode code = ErrorCode::BadIndex;
 };
 
@@ -47,8 +47,8 @@ ReadableTags readTags(const std::string& indexPath, const Schema& schema) {
     return result;
 }
 
-// A table that the caller knows has at least the tags he names, whatever is left of them; what can be read
-// stays.
+// A table known to the caller gets at least the tags that the caller names, whatever is left of them; tags
+// that can be read stay.
 std::vector<TagDefinition> completed(const std::vector<TagDefinition>& readable,
                                      const std::vector<TagDefinition>& known) {
     const auto named = [](const std::vector<TagDefinition>& tags, const std::string& name) {
@@ -60,7 +60,7 @@ std::vector<TagDefinition> completed(const std::vector<TagDefinition>& readable,
         const auto read = named(readable, tag.name);
         result.push_back(read == readable.end() ? tag : *read);
     }
-    // A strange tag with the expression of a known one is that one with its name damaged.
+    // An unknown tag with the expression of a known one is that tag with a damaged name.
     std::copy_if(readable.begin(), readable.end(), std::back_inserter(result), [&](const TagDefinition& tag) {
         return std::none_of(known.begin(), known.end(), [&](const TagDefinition& other) {
             return other.name == tag.name || other.expression == tag.expression;
@@ -69,7 +69,7 @@ std::vector<TagDefinition> completed(const std::vector<TagDefinition>& readable,
     return result;
 }
 
-// The tags that the table is to have; refused where nobody knows all of them.
+// The tags that the table will have; refuses if they are not all known.
 std::vector<TagDefinition> tagsOf(const std::string& tableFile, const ReadableTags& readable,
                                   const std::vector<TagDefinition>& known) {
     if (known.empty() && (readable.tags.empty() || !readable.problem.empty())) {
@@ -82,7 +82,7 @@ std::vector<TagDefinition> tagsOf(const std::string& tableFile, const ReadableTa
     return completed(readable.tags, known);
 }
 
-// Of any file, also one that is no index.
+// Accepts any file, even one that is not an index.
 UpdateStamp stampOf(const File& index) {
     StampBytes bytes{};
     if (index.size() >= mdx::headBytes) {
@@ -109,7 +109,8 @@ void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>
         readable.problem.empty() &&
         std::ranges::is_permutation(tags, readable.tags, {}, &TagDefinition::name, &TagDefinition::name);
     if (!isWhole) {
-        IndexFile::checkTags(tableFile, records.schema(), tags); // before a file is made or a record touched
+        IndexFile::checkTags(tableFile, records.schema(),
+                             tags); // before creating a file or touching a record
     }
     std::unique_ptr<File> index = openFile(existing.value_or(withExtension(tableFile, ".MDX")),
                                            existing ? OpenMode::ReadWrite : OpenMode::Create);
@@ -124,7 +125,7 @@ void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>
     if (isAlone && journal.isOfAnotherStart()) {
         recovery.afterStop();
     } else {
-        static_cast<void>(recovery.afterDeath(stampOf(*index))); // the tail goes at the end in any case
+        static_cast<void>(recovery.afterDeath(stampOf(*index))); // the tail is cut at the end in any case
     }
     if (!isWhole) {
         IndexFile::format(*index, records.schema(), baseName(tableFile), tags, UpdateStamp{true, true, 0, 1});

@@ -1,4 +1,4 @@
-// An open table: how it is opened, and read under its lock.
+// Opens a table, and reads it under its lock.
 #include "dbase/table/table.h"
 
 #include <algorithm>
@@ -36,7 +36,7 @@ Table::Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::st
         return;
     }
     index_ = std::make_unique<IndexFile>(std::move(index), schema());
-    structureHolders_.release = everyLock; // nothing else is ever locked in an .MDX
+    structureHolders_.release = everyLock; // an .MDX never has any other lock
     if (records_.file().isRemote()) {
         structureHolders_.exchanged = &records_.file();
     }
@@ -48,8 +48,7 @@ Table::Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::st
     if (driverOrderIsUnknown(schema().languageDriver)) {
         refuseWriting("no se conoce el orden de claves de su idioma (español OEM)");
     }
-    // Now, not at the first question: a table that was left in the middle of something is recovered, or
-    // refused, when it is opened.
+    // A table left in the middle of an operation is recovered or refused on opening, not at the first use.
     joinSession();
     read([this] {
         index_->determineOrders();
@@ -106,10 +105,10 @@ void Table::guardRead(const std::function<void()>& operation) {
     }
 }
 
-// False, and nothing done, where the table has to be recovered first.
+// False, with nothing done, if the table must be recovered first.
 bool Table::tryReadLocked(const std::function<void()>& operation) {
     const StructureLock lock(structureFile(), structureHolders_, LockKind::Shared);
-    if (hold_->number() == 0 || isTorn()) { // else nobody can have changed anything since the last look
+    if (hold_->number() == 0 || isTorn()) { // otherwise nothing can have changed since the last check
         renewTornViews();
         if (const Health found = health(); found != Health::Sound) {
             if (isReadOnly()) {
@@ -128,7 +127,7 @@ bool Table::tryReadLocked(const std::function<void()>& operation) {
 
 bool Table::tryLockRecord(RecordNumber number, const void* owner) {
     requireWritable();
-    ReadScope::letGo(); // what is read under the lock is read anew
+    ReadScope::letGo(); // so that reads under the lock see the current state
     return recordLocks_.tryLock(number, owner);
 }
 

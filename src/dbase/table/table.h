@@ -1,9 +1,9 @@
 // An open table: records and production index together, shared by all cursors of the process.
 //
 // A short structure lock surrounds each operation: shared for reading, exclusive for a record plus all its
-// tags. The index carries an in-update mark and a change counter; a mark that stands although the lock could
-// be had was left by a writer that died, and the table is recovered before anything is answered. What a
-// change does to records is written to a journal first, for the case that the machine stops.
+// tags. The index has an in-update mark and a change counter; a mark still set when the lock is obtained was
+// left by a writer that died, and the table is recovered before anything is read. What a change does to
+// records is written to a journal first, in case the machine crashes.
 #pragma once
 
 #include <functional>
@@ -29,11 +29,10 @@ class ExclusiveUse;
 
 class Table {
 public:
-    /// The table of a file, opened once a process. Errors: Error for everything that keeps it from being
-    /// used.
+    /// The table of a file, opened once per process. Errors: Error for anything that prevents its use.
     [[nodiscard]] static std::shared_ptr<Table> open(const std::string& path);
-    /// A table on files given by the caller; `index` may be null. Without a journal what a stop of the
-    /// machine tears stays torn.
+    /// A table on files given by the caller; `index` may be null. Without a journal, records torn by a crash
+    /// of the machine stay torn.
     Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::string readOnlyReason = {},
           std::unique_ptr<JournalPlace> journal = nullptr);
     ~Table();
@@ -52,48 +51,47 @@ public:
     [[nodiscard]] const IndexFile* index() const { return index_.get(); }
     [[nodiscard]] const TableFile& records() const { return records_; }
 
-    /// Runs a reading operation on a state of the table that no writer of ours changes meanwhile. The
-    /// operation may run more than once: it must start from its own copies and only assign results at its
-    /// end.
+    /// Runs a reading operation while no writer of ours changes the table. The operation may run more than
+    /// once: it must start from its own copies and assign results only at its end.
     template<typename Operation>
     auto read(Operation&& operation);
-    /// Where a read scope keeps the lock: the number of that time, in which nothing changes; else 0.
+    /// Identifies the time during which a read scope keeps the lock and nothing changes; 0 outside it.
     [[nodiscard]] std::uint64_t holdNumber() const { return hold_ ? hold_->number() : 0; }
-    /// Comes before rows are used that an earlier read brought; read() does so itself.
+    /// Call before using rows from an earlier read; read() calls it itself.
     void giveWay() {
         if (hold_) {
             hold_->giveWay();
         }
     }
 
-    /// Moves at every change that one of our programs makes, read without a lock; odd while a change is being
-    /// made or was left unfinished. 0 in a table without tags.
+    /// Increases with every change by one of our programs; read without a lock. Odd while a change is being
+    /// made or was left unfinished, 0 in a table without tags.
     [[nodiscard]] std::uint64_t changeCounter() const;
 
-    // --- Changes; each is whole or not there. Errors: Error, the files then are as before.
+    // --- Changes, each atomic. Errors: Error; the files are then as before.
     RecordNumber append(std::span<const char> record, Durability durability = Durability::Process);
-    /// `shown` is what the caller last saw: Error(RecordChanged) when the stored record is another one.
+    /// `shown` is what the caller last saw: Error(RecordChanged) if the stored record differs.
     void overwrite(RecordNumber number, std::span<const char> shown, std::span<const char> record,
                    Durability durability = Durability::Process);
     void erase(RecordNumber number, std::span<const char> shown, Durability durability = Durability::Process);
 
-    /// Lets a function change neighbouring records, at most `most` from `first` on, under one lock and, save
-    /// where there are unique tags, as one change of at most largestChange bytes; deleted records and those
-    /// that somebody holds are left out. Returns the record behind them, 0 when there is none.
+    /// Lets a function change consecutive records, at most `most` from `first` on, under one lock and, unless
+    /// there are unique tags, as one change of at most largestChange bytes; skips deleted records and those
+    /// held by another owner. Returns the record after them, 0 if there is none.
     RecordNumber amend(RecordNumber first, RecordNumber most, const Amendment& amendment,
                        Durability durability = Durability::Process, const LeftOut& leftOut = {});
 
-    /// Puts the records changed so far on the disk: one wait for many changes, where each alone would need
-    /// Durability::Disk. The tags can be rebuilt from the records. Errors: Error(Io).
+    /// Flushes the records changed so far to the disk: a single wait for many changes, instead of
+    /// Durability::Disk for each. The tags can be rebuilt from the records. Errors: Error(Io).
     void sync() { records_.file().sync(); }
 
     /// Rebuilds all tags from the records.
     void rebuildTags(const Progress& progress = {});
 
-    /// Lets others replace the files although this table has them open still.
+    /// Lets others replace the files although this table still has them open.
     void leave();
 
-    // --- Record locks, held for an owner of this process; owners exclude each other and other programs.
+    // --- Record locks, held for an owner in this process; owners exclude each other and other programs.
     [[nodiscard]] bool tryLockRecord(RecordNumber number, const void* owner);
     void unlockRecord(RecordNumber number, const void* owner) { recordLocks_.unlock(number, owner); }
     void unlockRecords(const void* owner) { recordLocks_.unlockAll(owner); }
@@ -137,12 +135,12 @@ private:
     std::unique_ptr<IndexFile> index_;
     std::optional<Journal> journal_;
     std::string readOnlyReason_;
-    std::optional<std::uint32_t> verifiedCount_; // records for which the entries of a tag were counted
-    bool isCounted_ = false;                     // the header's count was compared with the file once
-    bool hasTail_ = false; // the count was wrong, and part of a record may lie after the last one
+    std::optional<std::uint32_t> verifiedCount_; // number of records that matched a tag's entries
+    bool isCounted_ = false;                     // the header's count has been compared with the file
+    bool hasTail_ = false; // the count was wrong, and part of a record may follow the last one
     StructureLock::Holders structureHolders_;
     RecordLocks recordLocks_{records_.file()};
-    std::optional<ReadHold> hold_; // since the first read
+    std::optional<ReadHold> hold_; // present since the first read
 };
 
 template<typename Operation>

@@ -1,4 +1,4 @@
-// Changing records together with their tags: gathered in memory first, then written under the in-update mark.
+// Changes records together with their tags: gathered in memory first, then written under the in-update mark.
 
 #include <algorithm>
 #include <vector>
@@ -24,8 +24,8 @@ void writeBefore(TableFile& records, const RecordChange& change) {
     }
 }
 
-/// The locks of neighbouring records for the time of one change: one for all of them where nobody holds any,
-/// else one for each that nobody holds.
+/// Locks consecutive records for one change: a single lock if none of them is held, or else one for each that
+/// is not held.
 class NeighbourLocks {
 public:
     NeighbourLocks(File& file, RecordNumber first, RecordNumber last, bool together) : file_(file) {
@@ -48,7 +48,7 @@ public:
         if (hasAll_) {
             return true;
         }
-        held_.push_back(recordLock(number)); // first: what fails here must leave no lock behind
+        held_.push_back(recordLock(number)); // first: a failure here must not leave a lock
         if (file_.tryLock(recordLock(number), LockKind::Exclusive)) {
             return true;
         }
@@ -64,17 +64,17 @@ private:
 
 } // namespace
 
-// The server of a network folder gets what was written so far before what comes next: a workstation that is
-// switched off, while others go on, leaves no part of a change there without the mark.
+// Sends what was written so far to the server of a network folder before what comes next, so that a
+// workstation switched off while others go on never leaves part of a change there without the mark.
 void Table::sendFirst() {
     if (records_.file().isRemote()) {
         recovery().sync();
     }
 }
 
-// The mark, the journal, the record, the pages, the mark again. What fails on the way is undone; what cannot
-// be undone leaves the mark standing, and the next program to touch the table recovers it. Pages that are
-// written and forgotten already cannot be put back: then the record is, under the mark.
+// Writes the mark, the journal, the record, the pages, the mark again. A failure on the way is undone; if
+// that fails too, the mark stays set, and the next program to use the table recovers it. Pages already
+// written and forgotten cannot be restored: then only the record is, under the mark.
 template<typename Write, typename Undo>
 void Table::apply(const RecordChange& change, Durability durability, std::uint32_t count, Write&& write,
                   Undo&& undo) {
@@ -105,7 +105,7 @@ void Table::apply(const RecordChange& change, Durability durability, std::uint32
         }
         try {
             if (!restored) {
-                writeStamp(before.begun(count)); // before the records leave the pages' side
+                writeStamp(before.begun(count)); // before records and pages no longer match
             }
             if (isTouched) {
                 undo();
@@ -114,7 +114,7 @@ void Table::apply(const RecordChange& change, Durability durability, std::uint32
                 writeStamp(before.ended(countBefore));
             }
         } catch (...) {
-            // The mark stands; the first fault is the one to report.
+            // The mark stays set; the first error is the one to report.
         }
         throw;
     }
@@ -191,19 +191,19 @@ void Table::erase(RecordNumber number, std::span<const char> shown, Durability d
     overwrite(number, shown, deleted, durability);
 }
 
-// Looking for the successor of a key in a unique tag reads stored records: it must not meet one whose change
-// is only gathered yet.
+// The search for a key's successor in a unique tag reads stored records: it must not meet one whose change
+// has only been gathered.
 bool Table::changesOneByOne() const {
     return index_ && std::any_of(index_->tags().begin(), index_->tags().end(),
                                  [](const Tag& tag) { return tag.definition.unique; });
 }
 
-/// What amend() does to each stretch of records that it changes as one.
+/// What amend() does to each run of records that it changes as one.
 struct Table::Pass {
     const Amendment& amendment;
     const LeftOut& leftOut;
     Durability durability;
-    std::function<bool(RecordNumber)> take; // its lock; false when somebody holds it
+    std::function<bool(RecordNumber)> take; // takes a record's lock; false if another owner holds it
 };
 
 RecordNumber Table::amend(RecordNumber first, RecordNumber most, const Amendment& amendment,

@@ -1,4 +1,4 @@
-// Creating a table in folders given by the caller; see table_definition.h for those of the disk.
+// Creates a table in folders given by the caller; for folders on disk see table_definition.h.
 #pragma once
 
 #include "dbase/system/folders.h"
@@ -6,7 +6,7 @@
 
 namespace dbase {
 
-/// As createTable() without folders.
+/// Like createTable() without `folders`.
 void createTable(Folders& folders, const std::string& folder, const TableDefinition& definition,
                  IfExists ifExists = IfExists::Refuse);
 

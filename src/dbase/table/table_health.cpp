@@ -1,5 +1,5 @@
-// What state a table is in that a program, or the machine, left in the middle of something, and when it is
-// recovered.
+// Determines the state of a table that a program, or the machine, left in the middle of something, and
+// recovers it.
 
 #include <algorithm>
 
@@ -14,7 +14,7 @@ bool Table::entriesMatchRecords() const {
     const auto tag = std::find_if(index_->tags().begin(), index_->tags().end(),
                                   [](const Tag& candidate) { return candidate.holdsAllRecords(); });
     if (tag == index_->tags().end()) {
-        return !index_->stamp().present; // nothing that could be counted cheaply: only our own mark speaks
+        return !index_->stamp().present; // nothing can be counted cheaply: only our own stamp says
     }
     std::uint64_t entries = 0;
     TreeCursor cursor(*index_, *tag);
@@ -40,8 +40,8 @@ Table::Health Table::health() {
     if ((stamp.present && stamp.records == count) || verifiedCount_ == count) {
         return Health::Sound;
     }
-    // Another program added records. It may have kept the tags up to date; counting the entries of one tag
-    // tells.
+    // Another program has added records, perhaps keeping the tags up to date: counts the entries of one tag
+    // to find out.
     bool matches = false;
     try {
         matches = entriesMatchRecords();
@@ -75,14 +75,14 @@ Recovery Table::recovery() {
 
 void Table::recoverLocked(Health found) {
     if (found == Health::Sound) {
-        return; // perhaps another program was faster
+        return; // another program may have been faster
     }
     if (isReadOnly()) {
         refuseStale(found);
     }
     if (found == Health::Stale && records_.announcedCount() > records_.recordCount()) {
-        // Cut while it is open: somebody may be copying another one over it. A program that opens it anew
-        // goes on with the records that are there then.
+        // Truncated while open: another one may be being copied over it. A program that opens the table again
+        // continues with the records present then.
         throw Error(ErrorCode::BadTable, path(),
                     "otro programa ha cortado la tabla: dice tener " +
                         std::to_string(records_.announcedCount()) + " registros y quedan " +
@@ -94,7 +94,7 @@ void Table::recoverLocked(Health found) {
     } else if (recovery().afterDeath(index_ ? index_->stamp() : UpdateStamp{})) {
         hasTail_ = true;
     }
-    isCounted_ = true; // also where another program is adding a row, which counts it itself
+    isCounted_ = true; // even if another program is adding a row, because it counts that row itself
     rebuildLocked({});
     if (found == Health::Stopped) {
         recovery().sync();
@@ -110,14 +110,14 @@ void Table::rebuildTags(const Progress& progress) {
 void Table::rebuildLocked(const Progress& progress) {
     if (index_) {
         rebuildTrees(records_, *index_, progress);
-        verifiedCount_ = index_->stamp().records; // not those that others added meanwhile
+        verifiedCount_ = index_->stamp().records; // without those that others have added meanwhile
     }
 }
 
 // --- The journal
 
-// A program that is alone recovers what it finds of an earlier start of the machine, or of one that died.
-// Where others are at work, one of them has done so.
+// A program that is alone recovers what an earlier boot of the machine, or a program that died, left. If
+// others are at work, one of them has done so already.
 void Table::joinSession() {
     if (!journal_ || !journal_->exists()) {
         return;
@@ -136,14 +136,14 @@ void Table::joinSession() {
     {
         using AfterStop = ExclusiveUse::AfterStop;
         const ExclusiveUse use(*this, hasMachineStopped ? AfterStop::Yes : AfterStop::No);
-        if (!hasMachineStopped && !hasTail_) { // a load that died leaves rows after the end mark
+        if (!hasMachineStopped && !hasTail_) { // an interrupted load leaves rows after the end mark
             recovery().tail();
         }
     }
     static_cast<void>(file.tryLock(presenceLock, LockKind::Shared)); // cannot fail: it is ours
 }
 
-// The last one to leave a table that was changed puts it on the disk; then no journal is needed.
+// The last program to leave a changed table flushes it to the disk; then no journal is needed.
 void Table::leaveSession() {
     hold_.reset();
     try {
@@ -152,7 +152,7 @@ void Table::leaveSession() {
             !structureFile().tryLock(structureLock, LockKind::Shared)) {
             return;
         }
-        // Under the lock: before, a network folder may show the mark as it was long ago.
+        // Under the lock, because without it a network folder may show an outdated mark.
         const FileLock lock(structureFile(), structureLock, FileLock::alreadyHeld);
         if (index_ && index_->stamp().inUpdate) {
             return;
@@ -164,7 +164,7 @@ void Table::leaveSession() {
         recovery().sync();
         journal_->remove();
     } catch (...) {
-        // The journal stays, and the next one to open the table looks at it.
+        // The journal stays, and the next program to open the table checks it.
     }
 }
 
@@ -179,8 +179,8 @@ void Table::writeJournal(const RecordChange& change, std::uint64_t counter, Dura
         return;
     }
     const bool isKept = durability == Durability::Disk;
-    // A new row that a death cuts short never counts: that something was written is all there is to say. On a
-    // network folder its pieces reach the others in any order.
+    // A new row cut short by a death never counts: the entry need only show that something was written. On a
+    // network folder, though, its pieces reach the others in any order.
     const bool saysAll =
         isKept || records_.file().isRemote() ||
         std::ranges::none_of(change.runs(), [](const RecordRun& run) { return run.before.empty(); });
@@ -195,7 +195,7 @@ void Table::writeJournal(const RecordChange& change, std::uint64_t counter, Dura
     journal_->add(entry, isKept);
 }
 
-// A table that keeps no journal has nothing better than the record itself on the disk.
+// Without a journal, flushing the record itself to the disk is the best that can be done.
 void Table::syncUnjournaled(Durability durability) {
     if (!journal_ && durability == Durability::Disk) {
         records_.file().sync();

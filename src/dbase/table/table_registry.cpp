@@ -1,4 +1,4 @@
-// The tables that are open in this process: one Table a file, however many cursors stand on it.
+// The tables open in this process: one Table per file, shared by all its cursors.
 
 #include <map>
 
@@ -39,12 +39,11 @@ std::shared_ptr<Table> Table::open(const std::string& path) {
     while (true) {
         std::unique_ptr<File> records = openForUse(path);
         File& file = *records;
-        // One opens at a time, so that one of them is alone and looks at what the last ones left behind.
+        // Programs open one at a time, so that the first is alone and checks what the last ones left.
         holdLock(file, openingLock, file.isWritable() ? LockKind::Exclusive : LockKind::Shared);
-        // Says that the table is in use, for as long as the file is open; whoever replaces its files waits
-        // for that.
+        // Shows that the table is in use as long as the file is open, so that no program replaces its files.
         holdLock(file, presenceLock, LockKind::Shared);
-        if (std::string now = fileIdentity(path); now != identity) { // replaced while we opened it
+        if (std::string now = fileIdentity(path); now != identity) { // replaced while we were opening it
             identity = std::move(now);
             continue;
         }

@@ -1,4 +1,4 @@
-// New files in the place of old ones: made beside them, then renamed.
+// Creates new files beside the old ones, then renames them.
 #include "dbase/table/table_replacement.h"
 
 #include <unistd.h>
@@ -28,7 +28,7 @@ TableReplacement::TableReplacement(std::string tableFile)
 
 TableReplacement::TableReplacement(std::string tableFile, Folders& folders)
     : folders_(folders), table_(std::move(tableFile)) {
-    ReadScope::letGo(); // of the table that is to go
+    ReadScope::letGo(); // releases the locks of the table to be replaced
     recoverOld();
     const std::string suffix = ".nuevo" + std::to_string(getpid());
     if (folders_.exists(table_)) {
@@ -39,14 +39,14 @@ TableReplacement::TableReplacement(std::string tableFile, Folders& folders)
             refuseInUse(table_);
         }
     }
-    // Also one that lost its table: the new table would take it for its own.
+    // Also an index whose table is gone: the new table would take it for its own.
     oldIndex_ = findIndexFile(folders_, table_);
     index_ = oldIndex_.value_or(withExtension(table_, ".MDX"));
     newTable_ = table_ + suffix;
     newIndex_ = index_ + suffix;
 }
 
-// Once its records are gone the journal has to be gone, too, and until then the old table must not miss them.
+// The journal must be gone before its records are; until then the old table must not lose its changes.
 void TableReplacement::recoverOld() const {
     if (!journalBeside(table_, folders_)->openExisting()) {
         return;
@@ -69,13 +69,13 @@ TableReplacement::~TableReplacement() {
         try {
             folders_.remove(made);
         } catch (...) {
-            // It stays, under a name that belongs to no table.
+            // The file stays, under a name that belongs to no table.
         }
     }
 }
 
 void TableReplacement::commit(bool hasIndex) {
-    if (oldIndex_) { // should the machine stop between the two names, the new records get tags of their own
+    if (oldIndex_) { // so that a crash between the two renames makes the new records' tags be rebuilt
         const std::unique_ptr<File> old = folders_.open(*oldIndex_, OpenMode::ReadWrite);
         if (old->size() >= mdx::headBytes) {
             StampBytes bytes;
@@ -85,7 +85,7 @@ void TableReplacement::commit(bool hasIndex) {
             old->write(mdx::stamp, encodeStamp(stamp));
         }
     }
-    journalBeside(table_, folders_)->remove(); // it speaks of records that go
+    journalBeside(table_, folders_)->remove(); // it describes the records to be replaced
     folders_.rename(newTable_, table_);
     if (hasIndex) {
         folders_.rename(newIndex_, index_);

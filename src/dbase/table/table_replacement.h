@@ -1,4 +1,4 @@
-// Putting new files in the place of a table, whole or not at all.
+// Replaces the files of a table, completely or not at all.
 #pragma once
 
 #include <memory>
@@ -10,12 +10,12 @@
 
 namespace dbase {
 
-/// The files of a table that are being made beside the ones they are going to replace. Until commit() the old
-/// table is untouched; without it the new files vanish.
+/// The new files of a table, created beside those that they will replace. Until commit() the old table is
+/// untouched; without it the new files are deleted.
 class AMBREL_EXPORT TableReplacement {
 public:
-    /// `tableFile`: path that the table has or is to have. A table that anybody has open is refused:
-    /// Error(LockTimeout).
+    /// `tableFile`: present or future path of the table. Error(LockTimeout) if any program has the table
+    /// open.
     explicit TableReplacement(std::string tableFile);
     TableReplacement(std::string tableFile, Folders& folders);
     ~TableReplacement();
@@ -24,7 +24,7 @@ public:
 
     [[nodiscard]] const std::string& newTableFile() const { return newTable_; }
     [[nodiscard]] const std::string& newIndexFile() const { return newIndex_; }
-    /// Renames the new files over the old ones; the index last, the old one marked as unfinished before.
+    /// Renames the new files over the old ones, the index last; the old index is marked as unfinished first.
     void commit(bool hasIndex);
 
 private:
