@@ -1,4 +1,4 @@
-// Requests to the street-directory service and their answers.
+// Sends requests to the street-directory service and reads its answers.
 #include "import/DirectoryClient.h"
 
 #include <QDir>
@@ -17,14 +17,14 @@
 namespace ambrel {
 namespace {
 
-/// What could not be found, and the advice on a line of its own.
+/// Reports what could not be found, with advice on a line of its own.
 void reportFailure(const ImportMessages& messages, const QString& what) {
     messages.error(what + QLatin1Char('\r') + QStringLiteral("Reinténtelo más tarde"),
                    QStringLiteral("Error al importar datos"));
 }
 
-/// Result of a step. A step that fails by an exception, which is shown to the user, gives the result of a
-/// failure. An answer that cannot be filed passes on: those that follow would fare no better.
+/// Returns the result of a step, or `failed` if it throws, which is shown to the user. An answer that cannot
+/// be filed is passed on to the caller: the next ones would fail too.
 template<class Result>
 Result guardedResult(Result failed, const std::function<Result()>& step) {
     Result result = std::move(failed);
@@ -42,7 +42,7 @@ Result guardedResult(Result failed, const std::function<Result()>& step) {
     return result;
 }
 
-/// In the order given.
+/// The names in the given order.
 QStringList namesOf(const NameList& list) {
     QStringList names;
     for (const std::string& name : list.names) {
@@ -55,8 +55,8 @@ QStringList namesOf(const NameList& list) {
 
 DirectoryClient::DirectoryClient(ImportMessages& messages) : messages_(messages) {}
 
-/// One request and its answer, in XML. Errors: TransportError for the exchange, any other for an answer that
-/// is not a document.
+/// Sends one request and loads its answer into XML. Errors: TransportError for the exchange, any other for an
+/// answer that is not a document.
 void DirectoryClient::request(const QString& progress, const std::string& operation,
                               const std::string& text) {
     messages_.change(progress);
@@ -103,7 +103,7 @@ PlaceList DirectoryClient::TraeMunicipios(const QString& province) {
     });
 }
 
-/// Errors: as request(), after the user has been told of a failed exchange.
+/// Errors: as for request(); a failed exchange is reported to the user and ends in SilentAbort.
 void DirectoryClient::requestStreets(const QString& province, const QString& municipality) {
     try {
         request(QStringLiteral("Importando datos del municipio ") + municipality, "ConsultaVia",
@@ -141,19 +141,19 @@ FoundStreets DirectoryClient::readFiled(const std::string& path) {
         XML.clear();
         XML.loadFile(path);
     } catch (const std::exception&) {
-        return {}; // a file that is no answer is passed over without a word
+        return {}; // a file that is not an answer is skipped without a message
     }
     return CargaVias();
 }
 
-/// Leaves the last answer beside the program, to be read by people.
+/// Saves the last answer beside the program, for people to read.
 void DirectoryClient::keepCopy() const {
     const QString file = QString::fromStdString(scratchFile());
     QDir().mkpath(QFileInfo(file).path());
     XML.save(file.toStdString());
 }
 
-/// Closes the progress window after an answer that was not read whole. No message: the callers show one.
+/// Closes the progress window if the answer was not read whole. No message: the callers show one.
 bool DirectoryClient::isRead(Reading reading) {
     if (reading == Reading::NoRoot || reading == Reading::Partial) {
         messages_.close();

@@ -1,4 +1,4 @@
-// The street-directory service, as the import asks it.
+// The import's client of the street-directory service.
 #pragma once
 
 #include <QString>
@@ -14,7 +14,7 @@ class ImportMessages;
 enum class Reading;
 
 /// Requests lists and streets and reads the answers; holds the last answer. The caller opens the progress
-/// window, whose text follows the steps; after a failure, of which the user has been told, it may be closed.
+/// window, whose text follows the steps; after a failure, already reported to the user, it may be closed.
 class DirectoryClient {
 public:
     explicit DirectoryClient(ImportMessages& messages);
@@ -26,7 +26,7 @@ public:
     [[nodiscard]] MunicipalityEnd fileStreets(const std::string& database, const QString& province,
                                               const QString& municipality);
 
-    /// The streets of an answer that was filed; not whole, without a word, for a file that is no answer.
+    /// The streets of a filed answer; not whole, without a message, for a file that is not an answer.
     [[nodiscard]] FoundStreets readFiled(const std::string& path);
 
 private:

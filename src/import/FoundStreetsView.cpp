@@ -1,4 +1,4 @@
-// Showing the streets that were found.
+// Shows the found streets.
 #include "import/FoundStreetsView.h"
 
 #include <QLabel>

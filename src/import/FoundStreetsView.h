@@ -1,4 +1,4 @@
-// The streets that were found, as the dialog shows them: the list and the line that counts them.
+// The found streets in the dialog: the list and the line that counts them.
 #pragma once
 
 #include <vector>
@@ -17,11 +17,11 @@ public:
     FoundStreetsView(StreetGrid& grid, QLabel& message);
 
     void clear();
-    /// Adds streets below those that are there.
+    /// Adds streets below the existing ones.
     void show(FoundStreets found);
-    /// What is to be saved: the rows as they stand, at least one.
+    /// The streets to save: the rows in their present order, at least one.
     [[nodiscard]] const std::vector<ImportedStreet>& streets() const;
-    /// Where a run over many municipalities reports.
+    /// The label in which a run over many municipalities reports.
     [[nodiscard]] QLabel& message() const { return message_; }
 
 private:

@@ -1,4 +1,4 @@
-// Choosing the host's province and municipality.
+// Chooses the host's province and municipality.
 #include "import/HostPlaceChoice.h"
 
 #include <QComboBox>
@@ -14,7 +14,7 @@
 namespace ambrel {
 namespace {
 
-/// Adds places with their numbers as item data; none of them is chosen.
+/// Adds places with their numbers as item data, with none chosen.
 void setPlaces(QComboBox& combo, const std::vector<HostPlace>& places) {
     for (const HostPlace& place : places) {
         combo.addItem(place.name, place.number);
@@ -22,7 +22,7 @@ void setPlaces(QComboBox& combo, const std::vector<HostPlace>& places) {
     combo.setCurrentIndex(-1);
 }
 
-/// The chosen item's number as a code; empty when none is chosen.
+/// The chosen item's number as a code; empty if none is chosen.
 std::string chosenCode(const QComboBox& combo, int digits) {
     return combo.currentIndex() < 0 ? std::string() : codeOf(combo.currentData().toInt(), digits);
 }
@@ -84,7 +84,7 @@ void HostPlaceChoice::clear() {
 
 void HostPlaceChoice::clearProvince() { provinces_.setCurrentIndex(-1); }
 
-/// Deliberate: of two provinces with the code the later one is chosen.
+/// Deliberate: of two provinces with the code, the later one is chosen.
 int HostPlaceChoice::provinceIndex(const HostPlaceName& place) const {
     if (!place.provinceCode) {
         return Indice(provinces_, place.province);

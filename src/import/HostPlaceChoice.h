@@ -1,4 +1,4 @@
-// The host's province and municipality into which streets go.
+// The choice of the host's province and municipality to save streets into.
 #pragma once
 
 #include <QString>
@@ -14,34 +14,34 @@ namespace ambrel {
 
 class ImportMessages;
 
-/// Index of the first item with this text, letter case ignored; -1 when there is none.
+/// Index of the first item with this text, letter case ignored; -1 if there is none.
 [[nodiscard]] int Indice(const QComboBox& combo, const QString& text);
 
 /// Two lists, of the host's provinces and of the chosen one's municipalities. Errors: dbase::Error of a table
 /// that cannot be read.
 class HostPlaceChoice {
 public:
-    /// The combos must outlive it. `onLeave`: called when the province is left, by the user or because it was
-    /// chosen here; may be empty.
+    /// The combos must outlive it. `onLeave` is called when the user leaves the province or it is chosen
+    /// here; may be empty.
     HostPlaceChoice(std::string database, ImportMessages& messages, QComboBox& provinces,
                     QComboBox& municipalities, std::function<void()> onLeave = {});
 
     void CargaProvinciasAmbrel();
-    /// Loads the municipalities of the chosen province; asks for one when none is chosen.
+    /// Loads the municipalities of the chosen province; asks for a province if none is chosen.
     void CBProvinciasAmbrelExit();
     void LiberaProvinciasAmbrel();
     void LiberaMunicipiosAmbrel();
 
-    /// Nothing is chosen any more.
+    /// Clears both choices.
     void clear();
     void clearProvince();
-    /// Chooses both by what a source calls them.
+    /// Chooses both by a source's names.
     void choose(const HostPlaceName& place);
-    /// The same for an answer filed by the names of the service, with the article of the municipality where
-    /// the host has it. A province that is chosen already stays. The name becomes the one that was looked for
-    /// last; false when no municipality was found.
+    /// The same for an answer filed under the service's names, with the municipality's article placed as the
+    /// host has it. A province already chosen stays. Sets the name to the one last looked up; false if no
+    /// municipality was found.
     [[nodiscard]] bool chooseForAnswer(const QString& province, QString& municipality);
-    /// Has the user choose from the host's list of municipalities, which begins at these names.
+    /// Lets the user choose from the host's list of municipalities, starting at these names.
     void ask(const QString& province, const QString& municipality);
 
     [[nodiscard]] bool isChosen() const;

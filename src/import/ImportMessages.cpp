@@ -1,4 +1,4 @@
-// Progress window and message boxes of the import.
+// The progress window and message boxes of the import.
 #include "import/ImportMessages.h"
 
 #include "services/Mensaje.h"

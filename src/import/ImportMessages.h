@@ -1,4 +1,4 @@
-// What the user sees while streets are imported: the progress window, and message boxes.
+// Messages to the user during an import: the progress window, and message boxes.
 #pragma once
 
 #include <QString>
@@ -9,19 +9,19 @@ class QWidget;
 
 namespace ambrel {
 
-/// Shared by the parts of one import dialog, which have one progress window between them.
+/// Shared by the parts of one import dialog, which have a single progress window.
 class ImportMessages {
 public:
-    /// The window that owns boxes and progress window; may be null.
+    /// `window` owns the boxes and the progress window; may be null.
     explicit ImportMessages(QWidget* window);
 
     [[nodiscard]] QWidget* window() const { return window_; }
 
-    /// Opens the progress window. One that is open already stays as it is.
+    /// Opens the progress window; does nothing if it is open already.
     void open(const QString& text);
     /// Replaces the text of the open progress window.
     void change(const QString& text) const;
-    /// Closes the progress window; nothing when none is open.
+    /// Closes the progress window, if open.
     void close();
 
     void info(const QString& text, const QString& title) const;
@@ -32,7 +32,7 @@ private:
     ProgressWindow Progreso;
 };
 
-/// The progress window for the time of a scope.
+/// Shows the progress window for the duration of a scope.
 class ShownProgress {
 public:
     /// Opens the window, unless it is open already.
@@ -47,10 +47,10 @@ private:
     ImportMessages& messages_;
 };
 
-/// Title of the messages that ask for something to be chosen.
+/// Title of the messages that ask the user to choose something.
 [[nodiscard]] QString missingDataTitle();
 
-/// Says that no street was found.
+/// Reports that no street was found.
 void reportNothingFound(const ImportMessages& messages);
 
 } // namespace ambrel

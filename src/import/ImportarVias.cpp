@@ -1,4 +1,4 @@
-// The import dialog: what its controls do.
+// The import dialog: the handlers of its controls.
 #include "import/ImportarVias.h"
 
 #include <QFile>
@@ -23,7 +23,7 @@
 
 namespace {
 
-constexpr int statusTextMargins = 40; // what the status bar leaves free beside its text, size grip included
+constexpr int statusTextMargins = 40; // left free beside the status bar's text, size grip included
 constexpr QSize leastSize(570, 600);  // logical pixels
 constexpr QSize startSize(720, 640);
 
@@ -31,7 +31,7 @@ using Needs = ambrel::StreetSource::Needs;
 
 QString failedListTitle() { return QStringLiteral("Error al importar los datos"); }
 
-/// In the order given, with none of them chosen.
+/// Fills a combo in the given order, with no item chosen.
 void setItems(QComboBox& combo, const QStringList& names) {
     combo.clear();
     combo.addItems(names);
@@ -58,7 +58,7 @@ TFImportarVias::Parts::Parts(TFImportarVias& form, TClassCodPostales& controller
       found(*ui.SGVias, *ui.LMensaje_), saving(controller, messages, found, place),
       province({controller, messages, directory, place, found, saving, *ui.CBProvincias, *ui.CBMunicipios}) {
     placeOptions();
-    // Labels below each other have one width, whichever of them are shown.
+    // Labels below one another have the same width, whichever are shown.
     const int width = std::max(ui.LProvincia_->sizeHint().width(), ui.LMunicipio_->sizeHint().width());
     for (QLabel* const label : {ui.LProvincia_, ui.LMunicipio_, ui.LProvinciaAmbrel_}) {
         label->setMinimumWidth(width);
@@ -72,7 +72,7 @@ void TFImportarVias::done(int result) {
     QDialog::done(result);
 }
 
-/// The least size grows with what the option shows, and with the font; it is not larger than a small screen.
+/// The minimum size grows with the controls that the option shows and with the font, up to a small screen's.
 bool TFImportarVias::event(QEvent* event) {
     const bool result = QDialog::event(event);
     if (event->type() == QEvent::LayoutRequest) {
@@ -104,7 +104,7 @@ void TFImportarVias::Parts::FormShow() {
 void TFImportarVias::Parts::FormResize() { ui.SGVias->fitNameColumn(); }
 
 void TFImportarVias::Parts::FormClose() {
-    // Deliberate: also a copy that another import left there.
+    // Deliberate: also removes a copy left by another import.
     QFile::remove(QString::fromStdString(ambrel::scratchFile()));
     place.LiberaProvinciasAmbrel();
     place.LiberaMunicipiosAmbrel();
@@ -123,7 +123,7 @@ void TFImportarVias::Parts::RBMasDeUnoClick() {
     loadPlaces();
 }
 
-/// A list that takes its time ends with the focus where the user goes on.
+/// After a slow list, the focus is where the user continues.
 void TFImportarVias::Parts::loadPlaces() {
     const QString& listing = chosen().listing;
     std::optional<ambrel::ShownProgress> progress;
@@ -204,7 +204,7 @@ void TFImportarVias::Parts::findStreets(const QString& name, const QString& muni
 }
 
 void TFImportarVias::Parts::BBGuardarPorMunicipioClick() {
-    // Deliberate: an empty list goes on, since it has a row all the same; saving refuses its empty name.
+    // Deliberate: an empty list passes, because it still has a row; saving refuses its empty name.
     if (found.streets().empty()) {
         messages.info(QStringLiteral("No hay vías que importar. El listado está vacío"),
                       QStringLiteral("Busque antes las vías"));
@@ -218,7 +218,7 @@ void TFImportarVias::Parts::BBGuardarPorMunicipioClick() {
 
 // --- Whole provinces.
 
-/// False, with a message, when the option or the province is missing; `option` is the one that it names.
+/// False, with a message, if the option or the province is missing; `option` is the one named in the message.
 bool TFImportarVias::Parts::isProvinceGiven(const QString& option) {
     if (chosen().needs != Needs::WholeProvince) {
         messages.error(QStringLiteral("Para importar las vías de todos los municipios de una \r"

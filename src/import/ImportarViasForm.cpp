@@ -11,7 +11,7 @@
 #include "import/ImportarViasParts.h"
 #include "services/EventGuard.h"
 
-/// Made before the other controls, the options come before them for the Tab key, too.
+/// The options are created before the other controls, so that they also come first for the Tab key.
 std::vector<QRadioButton*> TFImportarVias::Parts::makeOptions() const {
     std::vector<QRadioButton*> made;
     for (const auto& one : sources) {
@@ -65,12 +65,12 @@ void TFImportarVias::Parts::connectFocus() {
                                       ui.BBGuardarPorProvincia, ui.BBGuardarPorMunicipio, ui.BBCancelar}) {
         help->watchButton(button);
     }
-    // The list is no stop of the Tab key.
+    // The Tab key does not stop at the list.
     QObject::connect(new QShortcut(Qt::Key_F6, &dialog), &QShortcut::activated, ui.SGVias,
                      [grid = ui.SGVias] { grid->setFocus(Qt::ShortcutFocusReason); });
 }
 
-/// The captions begin with the number; no letter of theirs is underlined.
+/// The captions begin with the option's number; none of their letters is underlined.
 void TFImportarVias::Parts::connectOptions() {
     int key = Qt::Key_1;
     for (QRadioButton* const button : options) {
@@ -94,7 +94,7 @@ void TFImportarVias::Parts::makeProvinceMenu() {
                      }));
 }
 
-/// A least width that is set takes the place of the caption's own, which may need more.
+/// A minimum width set in the form replaces the caption's own, which may be larger.
 void TFImportarVias::Parts::fitCaptions() {
     for (QPushButton* const button : dialog.findChildren<QPushButton*>()) {
         button->ensurePolished();
@@ -102,8 +102,8 @@ void TFImportarVias::Parts::fitCaptions() {
     }
 }
 
-/// An arrow key chooses an option before the focus has left the button of the one before. The handler waits
-/// for that, or the focus that it gives to another control would be taken back.
+/// An arrow key chooses an option before the focus has left the previous option's button. The handler waits
+/// for that; otherwise the focus that it gives to another control would be lost again.
 void TFImportarVias::Parts::chooseOption(const QRadioButton& button) {
     const bool isArrow = dialog.focusWidget() != &button && qobject_cast<QRadioButton*>(dialog.focusWidget());
     QMetaObject::invokeMethod(
@@ -111,8 +111,8 @@ void TFImportarVias::Parts::chooseOption(const QRadioButton& button) {
         isArrow ? Qt::QueuedConnection : Qt::DirectConnection);
 }
 
-/// A user who goes to another option has done with the places of this one: leaving them asks for nothing and
-/// loads nothing.
+/// A user who changes to another option has finished with this one's places: leaving them asks for nothing
+/// and loads nothing.
 void TFImportarVias::Parts::chooseOptionByKey(QRadioButton& button) {
     {
         const QScopedValueRollback leaving(isChoosingByKey, true);
@@ -128,7 +128,7 @@ void TFImportarVias::Parts::showOption() {
     const bool choosesMunicipality = description.needs == Needs::PlaceMunicipality;
     ui.LProvincia_->setText(description.placeLabel + QLatin1Char(':'));
     ui.CBProvincias->setAccessibleName(description.placeLabel);
-    // A control that is hidden hands the focus on to whatever comes next, whose handlers would then run.
+    // A hidden control passes the focus to the next one, whose handlers would then run.
     QWidget* const focused = dialog.focusWidget();
     if (focused && focused != ui.CBProvincias && !qobject_cast<QRadioButton*>(focused)) {
         (*std::ranges::find_if(options, &QRadioButton::isChecked))->setFocus();

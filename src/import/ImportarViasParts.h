@@ -1,4 +1,4 @@
-// What the import dialog consists of; for its own sources.
+// The parts of the import dialog; for its own sources.
 #pragma once
 
 #include <QString>
@@ -23,7 +23,7 @@ namespace ambrel {
 class FocusHelp;
 }
 
-/// The form and its handlers, which hand over to the pieces. Private to the dialog.
+/// The form and its handlers, which delegate to the pieces. Private to the dialog.
 struct TFImportarVias::Parts {
     Parts(TFImportarVias& dialog, TClassCodPostales& controller);
 
@@ -39,7 +39,7 @@ struct TFImportarVias::Parts {
     void chooseOptionByKey(QRadioButton& button);
     void showOption();
 
-    // ImportarVias.cpp: what happens.
+    // ImportarVias.cpp: the handlers.
     void FormShow();
     void FormResize();
     void FormClose();
@@ -60,7 +60,7 @@ struct TFImportarVias::Parts {
     void findStreets(const QString& place, const QString& municipality);
     [[nodiscard]] bool isProvinceGiven(const QString& option);
 
-    /// The form as Designer has it.
+    /// The form as designed in Designer.
     struct Form : Ui::TFImportarVias {
         explicit Form(QDialog& dialog) { setupUi(&dialog); }
     };
@@ -77,5 +77,5 @@ struct TFImportarVias::Parts {
     ambrel::FoundStreetsView found;
     ambrel::MunicipalitySaving saving;
     ambrel::ProvinceImport province;
-    bool isChoosingByKey = false; // what is left for that is not asked about
+    bool isChoosingByKey = false; // leaving a control then asks for nothing
 };

@@ -6,7 +6,7 @@
 
 namespace ambrel {
 
-/// Texts are Windows-1252. Postal code and numbers only from municipality files; 0 is "not given".
+/// Texts are Windows-1252. Only municipality files give postal code and numbers; 0 means "not given".
 struct ImportedStreet {
     std::string type = {};
     std::string name = {}; // at most 45 characters

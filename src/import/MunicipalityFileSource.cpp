@@ -1,4 +1,4 @@
-// Streets from the files of municipalities with several postal codes.
+// Reads streets from the files of municipalities with several postal codes.
 #include "import/MunicipalityFileSource.h"
 
 #include <QDir>
@@ -45,7 +45,7 @@ const StreetSource::Description& MunicipalityFileSource::description() const {
 
 PlaceList MunicipalityFileSource::places() { return CargaMunicipiosMasDeUnCodigo(); }
 
-/// Deliberate: whatever the folder holds is listed, without filter, as a name up to its first dot.
+/// Deliberate: lists everything in the folder, without a filter, each name up to its first dot.
 PlaceList MunicipalityFileSource::CargaMunicipiosMasDeUnCodigo() const {
     std::vector<std::string> entries;
     FindFileNoRecursivo(SlashSep(postalesFolder(tools_.database), "*.*", '\\'), file_attribute::any, entries);
@@ -66,7 +66,7 @@ FoundStreets MunicipalityFileSource::ImportarViasMasUnCodigo(const QString& key)
         return refuse(QStringLiteral("No existe la carpeta con los ficheros de códigos postales"));
     }
     const auto files = municipalityFiles(tools_.database, key.toStdString());
-    if (files.size() > 1) { // none of them is read: which one is right only the user knows
+    if (files.size() > 1) { // reads none of them: only the user knows which one is right
         return refuse(QStringLiteral("Hay más de un fichero de ese municipio: %1. Deje sólo el bueno en la "
                                      "carpeta POSTALES")
                           .arg(namesOf(files)));

@@ -12,7 +12,7 @@ public:
 
     [[nodiscard]] const Description& description() const override;
     [[nodiscard]] PlaceList places() override;
-    /// Deliberate: whole in every case, also when there is no file.
+    /// Deliberate: always whole, even if there is no file.
     [[nodiscard]] FoundStreets find(const QString& place, const QString& municipality) override;
     [[nodiscard]] HostPlaceName hostPlace(const QString& place, const QString& municipality) const override;
 

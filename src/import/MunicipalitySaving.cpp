@@ -1,4 +1,4 @@
-// Saving the streets of one municipality.
+// Saves the streets of one municipality.
 #include "import/MunicipalitySaving.h"
 
 #include <QScopeGuard>

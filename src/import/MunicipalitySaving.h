@@ -1,4 +1,4 @@
-// Saving the streets that were found into the chosen municipality of the host.
+// Saves the found streets into the chosen municipality of the host.
 #pragma once
 
 #include <optional>
@@ -13,7 +13,7 @@ class FoundStreetsView;
 class HostPlaceChoice;
 class ImportMessages;
 
-/// Refers to everything that it is made with.
+/// Refers to all arguments of its constructor, which must outlive it.
 class MunicipalitySaving {
 public:
     MunicipalitySaving(TClassCodPostales& controller, ImportMessages& messages, const FoundStreetsView& found,
@@ -22,10 +22,10 @@ public:
     /// Whether the chosen municipality has a single postal code.
     [[nodiscard]] bool CompruebaMunicipioConUnicoCP() const;
     /// Adds the streets or, in a municipality with several postal codes that are not the streets' own,
-    /// completes the types of those that are there. Says at the end how many.
+    /// completes the types of the existing ones. Reports the number at the end.
     void GuardaVias(StreetCodes codes);
-    /// The same within a run over many municipalities: without a word, the progress window stays open, and a
-    /// municipality with several codes is left out (null).
+    /// The same within a run over many municipalities: shows no message, leaves the progress window open, and
+    /// skips a municipality with several codes (null).
     [[nodiscard]] std::optional<StreetSaving::Outcome> GuardaViasEnLote(StreetCodes codes);
 
 private:

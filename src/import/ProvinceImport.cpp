@@ -1,4 +1,4 @@
-// Fetching and saving the streets of whole provinces.
+// Fetches and saves the streets of whole provinces.
 #include "import/ProvinceImport.h"
 
 #include <QComboBox>
@@ -27,7 +27,7 @@ bool isFolder(const std::string& path) {
     return !path.empty() && QDir(QString::fromStdString(path)).exists();
 }
 
-/// What POSTALES holds. Deliberate: without the entry found first, which is the folder itself.
+/// The entries of POSTALES. Deliberate: without the one found first, which is the folder itself.
 std::vector<FileSearch::Entry> entriesOf(const std::string& folder) {
     std::vector<FileSearch::Entry> entries;
     FileSearch search(SlashSep(folder, "*.*", separator), file_attribute::folder);
@@ -39,12 +39,12 @@ std::vector<FileSearch::Entry> entriesOf(const std::string& folder) {
     return entries;
 }
 
-/// Deliberate: an entry with any attribute beside that of a folder does not count.
+/// Deliberate: an entry with any attribute besides a folder's does not count.
 bool isProvince(const FileSearch::Entry& entry) {
     return entry.attributes == file_attribute::folder && entry.name != "." && entry.name != "..";
 }
 
-/// Full paths; none for a folder that is not there.
+/// Full paths; none if the folder does not exist.
 std::vector<std::string> filedAnswers(const std::string& folder) {
     std::vector<std::string> files;
     if (isFolder(folder)) {
@@ -167,7 +167,7 @@ void ProvinceImport::saveFolders() {
     }
 }
 
-/// Whatever a file holds, the next one follows.
+/// Continues with the next file whatever a file contains.
 void ProvinceImport::saveAnswers(const std::vector<std::string>& files) {
     const InputPause pause;
     for (const std::string& file : files) {
@@ -224,7 +224,7 @@ void ProvinceImport::reportMissingFiles() const {
                          QStringLiteral("Faltan los ficheros XML"));
 }
 
-/// Once for the whole run, not once for each file.
+/// Called once for the whole run, not for each file.
 void ProvinceImport::reportFailure() {
     if (const QString text = std::exchange(failure_, QString()); !text.isEmpty()) {
         parts_.messages.error(text, QStringLiteral("Atención"));

@@ -1,4 +1,4 @@
-// A province as a whole: its streets fetched into POSTALES, and those that were fetched saved.
+// Imports whole provinces: fetches their streets into POSTALES, and saves the fetched ones.
 #pragma once
 
 #include <QString>
@@ -22,11 +22,10 @@ class ProvinceRun;
 class StreetSource;
 enum class ProvinceDeed;
 
-/// Goes through the municipalities one after the other and shows how far it is. One that fails does not stop
-/// the rest.
+/// Goes through the municipalities one by one and shows its progress. A failed one does not stop the rest.
 class ProvinceImport {
 public:
-    /// What it works with; all of it must outlive it. The combos offer the provinces of the service, and the
+    /// What it works with; all of this must outlive it. The combos offer the service's provinces, and the
     /// municipalities of the chosen one.
     struct Parts {
         TClassCodPostales& controller;
@@ -43,9 +42,9 @@ public:
     ProvinceImport(const ProvinceImport&) = delete;
     ProvinceImport& operator=(const ProvinceImport&) = delete;
 
-    /// Fetches the streets of all municipalities listed, and files them.
+    /// Fetches and files the streets of all listed municipalities.
     void fetch(StreetSource& source);
-    /// Saves the streets filed of the chosen province.
+    /// Saves the filed streets of the chosen province.
     void saveChosen(StreetCodes codes);
     /// Saves those of all provinces that have a folder.
     void saveAll(StreetCodes codes);
@@ -62,9 +61,9 @@ private:
     void reportFailure();
 
     Parts parts_;
-    std::unique_ptr<ProvinceRun> run_; // while it goes through municipalities
+    std::unique_ptr<ProvinceRun> run_; // null unless going through municipalities
     StreetCodes codes_ = StreetCodes::OfMunicipality;
-    QString failure_; // the last one that the user has not seen
+    QString failure_; // the last one not yet shown to the user
 };
 
 } // namespace ambrel

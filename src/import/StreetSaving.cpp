@@ -1,4 +1,4 @@
-// Saving imported streets.
+// Saves imported streets.
 #include "import/StreetSaving.h"
 
 #include <algorithm>
@@ -18,7 +18,7 @@ namespace {
 
 constexpr const char* municipalities = "MUNICIPI.DBF";
 
-/// A street as POSTAL gives it back once it is stored: what is compared is what was written.
+/// A street as read back from POSTAL once stored, so that comparisons use what would be written.
 struct StoredForm {
     std::string province, postalCode, type, name;
     int oddFirst, oddLast, evenFirst, evenLast; // all 0: the whole street
@@ -26,7 +26,7 @@ struct StoredForm {
     [[nodiscard]] bool isWholeStreet() const { return !oddFirst && !oddLast && !evenFirst && !evenLast; }
 };
 
-/// What a character column of this width gives back: a longer text cut, without trailing blanks.
+/// A text as read back from a character column of this width: cut, without trailing blanks.
 std::string asStored(std::string_view text, std::size_t width) {
     return std::string(dbase::decodeText(text.substr(0, width)));
 }
@@ -50,13 +50,13 @@ StoredForm storedForm(const ImportedStreet& street, const HostMunicipality& muni
     return form;
 }
 
-/// Goes to the first street with this name in a province; false when there is none.
+/// Moves to the first street with this name in a province; false if there is none.
 bool goToName(TDMCodPostales& tables, const StoredForm& form) {
     TBIndexa("NOMBREVIA", tables.tbPostal);
     return TBBusca(tables.tbPostal, {{"PROVINCIA", form.province}, {"VIA", form.name}}, exactSearch);
 }
 
-/// Whether the current street still has the name of the walk. Both ends of the comparison ignore case.
+/// Whether the current street still has the name of the walk. Both sides of the comparison ignore case.
 bool hasName(TDMCodPostales& tables, const StoredForm& form) {
     return tables.tbPostalPROVINCIA.view() == form.province &&
            UpperCase(tables.tbPostalVIA.text()) == form.name;
@@ -76,7 +76,7 @@ bool isSameStreet(TDMCodPostales& tables, const StoredForm& form) {
            (form.isWholeStreet() && hasRanges(tables, firstOdd, lastOdd, firstEven, lastEven));
 }
 
-/// Whether POSTAL holds the street as it would be written.
+/// Whether POSTAL contains the street as it would be written.
 bool ExisteViaIgual(TDMCodPostales& tables, const StoredForm& form) {
     const dbase::ReadScope scope;
     if (!goToName(tables, form)) {
@@ -93,7 +93,7 @@ bool ExisteViaIgual(TDMCodPostales& tables, const StoredForm& form) {
     return false;
 }
 
-/// Goes to the street of that name with one of the postal codes; false when there is none.
+/// Moves to the street of that name with one of the postal codes; false if there is none.
 bool ExisteViaEnMunicipio(TDMCodPostales& tables, const StoredForm& form,
                           const std::vector<std::string>& codes) {
     const dbase::ReadScope scope;
@@ -125,7 +125,7 @@ void append(TDMCodPostales& tables, const StoredForm& form) {
     tables.tbPostalCODPOSTAL.setText(form.postalCode);
 }
 
-/// Visits the rows of MUNICIPI with a name, of one province, until `visit` returns false.
+/// Visits the rows of MUNICIPI with a name in one province, until `visit` returns false.
 template<typename Visit>
 void visitMunicipality(const std::string& database, const std::string& name, const std::string& province,
                        Visit visit) {
@@ -177,7 +177,7 @@ std::vector<std::string> CodigosPostalesMunicipio(const std::string& database,
 template<typename SaveRow>
 StreetSaving::Outcome StreetSaving::saveEach(SaveRow saveRow) {
     Outcome outcome;
-    const dbase::NotificationPause pause(controller.DM->tbPostal); // a list behind is drawn once, at the end
+    const dbase::NotificationPause pause(controller.DM->tbPostal); // bound lists are redrawn once, at the end
     for (std::size_t row = 0; row < streets.size(); ++row) {
         if (beforeRow) {
             beforeRow(row + 1);
@@ -186,8 +186,7 @@ StreetSaving::Outcome StreetSaving::saveEach(SaveRow saveRow) {
             saveRow(storedForm(streets[row], municipality, codes), outcome);
         } catch (const dbase::Error& failure) {
             outcome.failure = QString::fromUtf8(failure.what());
-            if (failure.code() !=
-                dbase::ErrorCode::ReadOnly) { // then there is no row that could be cancelled
+            if (failure.code() != dbase::ErrorCode::ReadOnly) { // in that case there is no row to cancel
                 controller.CancelarVia();
             }
         } catch (const std::exception& failure) {
@@ -199,7 +198,7 @@ StreetSaving::Outcome StreetSaving::saveEach(SaveRow saveRow) {
     return outcome;
 }
 
-/// Once for all rows: until then a power cut may take them, and nobody was told that they are there.
+/// Called once for all rows: until then a power cut may lose them, but nothing has been reported as stored.
 void StreetSaving::sync(Outcome& outcome) {
     if (outcome.count == 0) {
         return;
@@ -211,7 +210,7 @@ void StreetSaving::sync(Outcome& outcome) {
     }
 }
 
-/// Counts the pending row and stores it. One that is not stored is dropped: the next street takes its place.
+/// Counts the pending row and stores it; if that fails, drops it to make way for the next street.
 void StreetSaving::offer(Outcome& outcome) {
     if (controller.AceptarVia(dbase::Durability::Process)) { // see sync()
         ++outcome.stored;

@@ -1,4 +1,4 @@
-// What a source of streets does unless it says otherwise.
+// The default behaviour of a source of streets.
 #include "import/StreetSource.h"
 
 namespace ambrel {

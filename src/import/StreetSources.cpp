@@ -1,4 +1,4 @@
-// The sources of streets that the import dialog offers.
+// Creates the sources of streets that the import dialog offers.
 #include "import/StreetSources.h"
 
 #include "import/MunicipalityFileSource.h"

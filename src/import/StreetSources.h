@@ -12,14 +12,14 @@ namespace ambrel {
 class DirectoryClient;
 class ImportMessages;
 
-/// What a source is made with; it refers to all of them.
+/// What a source works with; it refers to all of them.
 struct SourceTools {
-    std::string database; // whose folder has POSTALES
+    std::string database; // its folder contains POSTALES
     ImportMessages& messages;
     DirectoryClient& directory;
 };
 
-/// One for each option, in their order; the first one is chosen when the dialog opens.
+/// The sources in the order of their options; the first one is chosen when the dialog opens.
 [[nodiscard]] std::vector<std::unique_ptr<StreetSource>> streetSources(const SourceTools& tools);
 
 } // namespace ambrel
