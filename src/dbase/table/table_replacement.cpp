@@ -65,9 +65,9 @@ TableReplacement::~TableReplacement() {
     if (committed_) {
         return;
     }
-    for (const std::string& made : {newTable_, newIndex_}) {
+    for (const std::string* made : {&newTable_, &newIndex_}) { // no copies: memory may have run out
         try {
-            folders_.remove(made);
+            folders_.remove(*made);
         } catch (...) {
             // The file stays, under a name that belongs to no table.
         }
