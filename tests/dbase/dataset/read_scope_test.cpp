@@ -16,6 +16,7 @@
 #include "dbase/system/error.h"
 #include "dbase/table/bulk_loader.h"
 #include "dbase/table/check.h"
+#include "dbase/table/exclusive_use.h"
 #include "dbase/table/table.h"
 #include "support/LockPatience.h"
 #include "support/TableTest.h"
@@ -386,7 +387,7 @@ TEST_F(ReadScopeTest, WhatAKilledWriterLeftBetweenTwoHoldsIsRecovered) {
     ChildProcess writer([this](const ChildProcess::Link& link) {
         link.await();
         const auto table = Table::open(folder / "ONE.DBF");
-        const StructureLock lock(table->structureFile(), table->structureHolders(), LockKind::Exclusive);
+        const ExclusiveUse use(*table);
         IndexFile index(openFile(folder / "ONE.MDX", OpenMode::ReadWrite), table->schema());
         index.writeStamp(index.stamp().begun(300));
         link.tell();
