@@ -19,7 +19,7 @@ bool Dataset::takeAhead() {
         return false;
     }
     open_->giveWay();
-    if (ahead.behind != record_ || open_->changeCounter() != ahead.counter ||
+    if (ahead.previous != record_ || open_->changeCounter() != ahead.counter ||
         open_->records().recordCount() != ahead.recordCount ||
         coarseNow() - ahead.taken > ReadAhead::shelfLife) {
         return false;
@@ -29,7 +29,7 @@ bool Dataset::takeAhead() {
     const std::size_t length = row_.size();
     spot_->cursor->moveInLeaf(row.slot, row.record, {bytes + length, order_->tag()->keyLength});
     std::copy_n(bytes, length, row_.data());
-    record_ = ahead.behind = row.record;
+    record_ = ahead.previous = row.record;
     return true;
 }
 
@@ -37,7 +37,7 @@ bool Dataset::takeAhead() {
 void Dataset::fillAhead(const Spot& from) {
     ReadAhead& ahead = *ahead_;
     ahead.clear();
-    ahead.behind = from.record;
+    ahead.previous = from.record;
     ahead.counter = open_->changeCounter();
     ahead.recordCount = open_->records().recordCount();
     ahead.taken = coarseNow();
@@ -152,8 +152,9 @@ void Dataset::landNowhere() {
 
 void Dataset::landAtEnd(Direction direction) {
     ahead_->clear();
-    if (landOn(
-            [&](Spot& spot) { return order_->toEnd(spot, direction) && order_->settle(spot, direction); })) {
+    if (landOn([&](Spot& spot) {
+            return order_->toEnd(spot, direction) && order_->toVisible(spot, direction);
+        })) {
         (direction == Direction::Forward ? bof_ : eof_) = true;
     } else {
         landNowhere();
@@ -176,8 +177,8 @@ void Dataset::reposition() {
     ahead_->clear();
     const bool found = landOn([&](Spot& spot) {
         return order_->toRecord(spot, record_) ||
-               (toNeighbour(spot, Direction::Forward) && order_->settle(spot, Direction::Forward)) ||
-               (order_->toEnd(spot, Direction::Backward) && order_->settle(spot, Direction::Backward));
+               (toNeighbour(spot, Direction::Forward) && order_->toVisible(spot, Direction::Forward)) ||
+               (order_->toEnd(spot, Direction::Backward) && order_->toVisible(spot, Direction::Backward));
     });
     if (!found) {
         landNowhere();
@@ -229,7 +230,7 @@ bool Dataset::step(Direction direction) {
     const bool readsAhead = forward && order_->tag() != nullptr && ahead_->justStepped;
     ahead_->clear();
     const bool moved = landOn([&](Spot& spot) {
-        if (!toNeighbour(spot, direction) || !order_->settle(spot, direction)) {
+        if (!toNeighbour(spot, direction) || !order_->toVisible(spot, direction)) {
             return false;
         }
         if (readsAhead) {
@@ -258,7 +259,7 @@ bool Dataset::seek(const Key& key, SeekMode mode) {
     const bool found = landOn([&](Spot& spot) {
         spot.cursor.emplace(*open_->index(), *order_->tag());
         return spot.cursor->seek(wanted) &&
-               order_->settle(spot, Direction::Forward, exact ? wanted : std::string_view());
+               order_->toVisible(spot, Direction::Forward, exact ? wanted : std::string_view());
     });
     if (!found && !exact) {
         landAtEnd(Direction::Backward);
@@ -285,8 +286,8 @@ bool Dataset::goToPlace(double place) {
     leaveRow();
     ahead_->clear();
     const bool found = landOn([&](Spot& spot) {
-        return (order_->toPlace(spot, place) && order_->settle(spot, Direction::Forward)) ||
-               (order_->toPlace(spot, place) && order_->settle(spot, Direction::Backward));
+        return (order_->toPlace(spot, place) && order_->toVisible(spot, Direction::Forward)) ||
+               (order_->toPlace(spot, place) && order_->toVisible(spot, Direction::Backward));
     });
     if (found) {
         changed(DatasetChange::Moved);

@@ -22,7 +22,7 @@ struct Dataset::ReadAhead {
     std::vector<Row> rows;
     std::size_t next = 0;
     std::vector<char> bytes;
-    RecordNumber behind = 0; // the record that the next row follows
+    RecordNumber previous = 0; // the record that the next row follows
     std::uint64_t counter = 0;
     std::uint32_t recordCount = 0;
     std::chrono::nanoseconds taken{0};

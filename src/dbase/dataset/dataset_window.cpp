@@ -75,7 +75,7 @@ Dataset::Walk Dataset::walk(Direction direction, std::size_t count, std::size_t 
     const bool forward = direction == Direction::Forward;
     const std::pair<double, double> range = order_->rangeShares();
     std::size_t left = mostHidden;
-    while (order_->settle(spot, direction, {}, &left)) {
+    while (order_->toVisible(spot, direction, {}, &left)) {
         const RecordView record = open_->records().record(spot.record);
         walk.rows.push_back({spot.record, order_->shareOf(spot, range)});
         walk.bytes.insert(walk.bytes.end(), record.bytes.begin(), record.bytes.end());

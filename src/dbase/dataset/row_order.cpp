@@ -41,13 +41,13 @@ void RowOrder::enterRange(Spot& spot, Direction direction) const {
     if (direction == Direction::Forward && order.compare(cursor.key(), *rangeLow_) < 0) {
         cursor.seek(*rangeLow_);
     } else if (direction == Direction::Backward && order.compare(cursor.key(), *rangeHigh_) > 0) {
-        cursor.placeBehind(*rangeHigh_);
+        cursor.placeAfter(*rangeHigh_);
         cursor.prior();
     }
 }
 
-bool RowOrder::settle(Spot& spot, Direction direction, std::string_view wanted,
-                      std::size_t* mostHidden) const {
+bool RowOrder::toVisible(Spot& spot, Direction direction, std::string_view wanted,
+                         std::size_t* mostHidden) const {
     const bool forward = direction == Direction::Forward;
     const auto givesUp = [mostHidden] { return mostHidden != nullptr && (*mostHidden)-- == 0; };
     const RecordNumber count = table_.records().recordCount();
@@ -140,7 +140,7 @@ std::pair<double, double> RowOrder::rangeShares() const {
     }
     TreeCursor cursor(*table_.index(), *tag_);
     const double low = cursor.seek(*rangeLow_) ? cursor.share() : 1;
-    cursor.placeBehind(*rangeHigh_);
+    cursor.placeAfter(*rangeHigh_);
     return {low, std::max(cursor.share(), low)};
 }
 

@@ -48,8 +48,8 @@ public:
     /// Moves from an entry, in the given direction, to the first one that range and filter show. Stays within
     /// the entries with the wanted key, if given, and gives up after `mostHidden` hidden rows, if given,
     /// which it counts down.
-    [[nodiscard]] bool settle(Spot& spot, Direction direction, std::string_view wanted = {},
-                              std::size_t* mostHidden = nullptr) const;
+    [[nodiscard]] bool toVisible(Spot& spot, Direction direction, std::string_view wanted = {},
+                                 std::size_t* mostHidden = nullptr) const;
     /// Moves to the first entry of all if `direction` is forward, else to the last.
     [[nodiscard]] bool toEnd(Spot& spot, Direction direction) const;
     /// Moves to the entry of a stored record, shown or not.

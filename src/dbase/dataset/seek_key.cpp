@@ -43,7 +43,7 @@ bool writePart(std::span<char> raw, const Column& column, const KeyPart& part) {
 }
 
 /// True if the key depends on a given column on which the covered part does not depend.
-bool settlesMore(const Expression& key, std::vector<bool> given, std::size_t covered) {
+bool dependsOnMore(const Expression& key, std::vector<bool> given, std::size_t covered) {
     for (std::size_t i = 0; i < given.size(); ++i) {
         if (!given[i]) {
             continue;
@@ -80,7 +80,7 @@ std::string makeSeekKey(const Tag& tag, const Schema& schema, const Key& parts) 
     makeKey(tag, {&schema, record, 0}, key);
     if (tag.keyType == KeyType::Character) {
         const std::size_t covered = tag.key->coveredWidth(given);
-        if (covered > 0 && covered < key.size() && !settlesMore(*tag.key, given, covered)) {
+        if (covered > 0 && covered < key.size() && !dependsOnMore(*tag.key, given, covered)) {
             key.resize(covered);
         }
     }

@@ -127,7 +127,7 @@ void TableFile::overwrite(RecordNumber number, std::span<const char> bytes) {
     file_->write(offsetOf(number), bytes);
 }
 
-void TableFile::writeBehind(RecordNumber number, std::span<const char> bytes) {
+void TableFile::writeTail(RecordNumber number, std::span<const char> bytes) {
     if (offsetOf(number) + bytes.size() + 1 >= maxFileSize) {
         throw Error(ErrorCode::TooLarge, path(), "la tabla llegaría a 2 GiB; no caben más registros");
     }
@@ -143,17 +143,17 @@ void TableFile::setCount(std::uint32_t count) {
     file_->write(dbf::updated, bytes);
 }
 
-void TableFile::dropBehind(std::uint32_t count) {
+void TableFile::cutTail(std::uint32_t count) {
     const std::uint64_t end = offsetOf(count + 1);
     file_->write(end, std::span<const char>(&endMark, 1));
     file_->resize(end + 1);
     knownSize_ = end + 1;
 }
 
-void TableFile::cutBehind(std::uint32_t count) {
+void TableFile::cutTailIfAny(std::uint32_t count) {
     knownSize_ = file_->size();
     if (knownSize_ > offsetOf(count + 1) + 1) {
-        dropBehind(count);
+        cutTail(count);
     }
 }
 

@@ -33,7 +33,7 @@ public:
     /// Writes a record over an existing one.
     void overwrite(RecordNumber number, std::span<const char> bytes);
     /// Writes records after the last one, with the end mark; they do not count before setCount().
-    void writeBehind(RecordNumber number, std::span<const char> bytes);
+    void writeTail(RecordNumber number, std::span<const char> bytes);
     /// Whether the header's count differs from that of the complete records: the file ends before them, or
     /// continues with complete ones where its end mark should be.
     [[nodiscard]] bool isMiscounted() const;
@@ -41,10 +41,10 @@ public:
     bool recount();
     /// Writes the count and today's date to the header.
     void setCount(std::uint32_t count);
-    /// Cuts off what a failed writeBehind() may have left.
-    void dropBehind(std::uint32_t count);
+    /// Cuts off what a failed writeTail() may have left.
+    void cutTail(std::uint32_t count);
     /// The same, but only if there is anything after the end mark.
-    void cutBehind(std::uint32_t count);
+    void cutTailIfAny(std::uint32_t count);
     /// Makes the next use of the file's size query it again.
     void forgetSize() { knownSize_ = 0; }
     /// Marks the columns that alone are the key of a tag.

@@ -92,7 +92,7 @@ void redo(TableFile& records, const std::vector<JournalEntry>& entries) {
     }
     if (count != records.announcedCount()) {
         records.setCount(count);
-        records.dropBehind(count);
+        records.cutTail(count);
     }
     records.forgetSize();
 }

@@ -22,8 +22,8 @@ TreeNode::TreeNode(const IndexFile& index, const Tag& tag, PageNumber page, std:
     if (count_ > (index.blockSize() - mdx::items) / itemLength_) {
         index.damaged(page, "dice tener " + std::to_string(count_) + " claves y no caben");
     }
-    const std::size_t behind = mdx::items + std::size_t{count_} * itemLength_;
-    isLeaf_ = behind + 4 > index.blockSize() || load32(block + behind) == 0;
+    const std::size_t end = mdx::items + std::size_t{count_} * itemLength_;
+    isLeaf_ = end + 4 > index.blockSize() || load32(block + end) == 0;
     if (count_ == 0 || pointer(count_ - 1) == 0) {
         index.confirmBlock(page);
     }
@@ -158,7 +158,7 @@ bool TreeCursor::last() { return descend(Bound::Last, {}) || priorLeaf(); }
 
 // Separators may be larger than the last key below them, so the bound may lie in the next leaf.
 bool TreeCursor::seek(std::string_view key) { return descend(Bound::Lower, key) || nextLeaf(); }
-void TreeCursor::placeBehind(std::string_view key) { descend(Bound::Upper, key); }
+void TreeCursor::placeAfter(std::string_view key) { descend(Bound::Upper, key); }
 
 bool TreeCursor::seekShare(double share) {
     depth_ = 0;

@@ -55,7 +55,7 @@ public:
     bool seek(std::string_view key);
     /// Moves to where an entry after all equal keys belongs: the slot may be one past the last of its leaf,
     /// so only path() and prior() are meaningful afterwards.
-    void placeBehind(std::string_view key);
+    void placeAfter(std::string_view key);
     /// First entry of the next leaf.
     bool nextLeaf();
     /// The entry at a share of the tree (0 to 1), as if all blocks held equally many.

@@ -49,7 +49,7 @@ void TreeEditor::insert(std::string_view key, RecordNumber record) {
     // Goes from after the equal keys back to the first one with a higher record number: an appended record,
     // which has the highest number of all, is placed at once.
     TreeCursor at(index_, tag_);
-    at.placeBehind(key);
+    at.placeAfter(key);
     Path path(at.path().begin(), at.path().end());
     while (at.prior() && tag_.order.compare(at.key(), key) == 0 && at.record() >= record) {
         if (at.record() == record) {

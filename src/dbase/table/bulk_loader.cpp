@@ -35,7 +35,7 @@ struct BulkLoader::State {
             if (rows == added) {
                 firstMark = std::exchange(pending.front(), endMark);
             }
-            use->records().writeBehind(countBefore + added - rows + 1, pending);
+            use->records().writeTail(countBefore + added - rows + 1, pending);
             pending.clear();
         }
     }

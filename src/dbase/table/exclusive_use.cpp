@@ -43,7 +43,7 @@ void ExclusiveUse::addRows(std::uint32_t newCount, char firstMark, const Progres
     } catch (...) {
         try {
             records.setCount(countBefore);
-            records.dropBehind(countBefore);
+            records.cutTail(countBefore);
             table_.rebuildLocked({});
         } catch (...) {
             // The mark stays set and the next program to use the table recovers it; the first error is the
@@ -65,7 +65,7 @@ void ExclusiveUse::withdrawRows(std::uint32_t oldCount) {
     if (counted) {
         records.setCount(oldCount);
     }
-    records.dropBehind(oldCount);
+    records.cutTail(oldCount);
 }
 
 } // namespace dbase

@@ -55,7 +55,7 @@ void Recovery::afterStop() {
     redo(records_, journal_->keptEntries());
     if (const AppendLock appending(records_.file(), index_ != nullptr); appending.isHeld) {
         static_cast<void>(count());
-        records_.cutBehind(records_.recordCount());
+        records_.cutTailIfAny(records_.recordCount());
     }
     fillHoles(records_);
     records_.file().sync();
@@ -75,7 +75,7 @@ bool Recovery::afterDeath(const UpdateStamp& left) {
     }
     const bool wasMiscounted = count();
     if (left.inUpdate) {
-        records_.cutBehind(records_.recordCount());
+        records_.cutTailIfAny(records_.recordCount());
     }
     return wasMiscounted && !left.inUpdate;
 }
@@ -83,7 +83,7 @@ bool Recovery::afterDeath(const UpdateStamp& left) {
 void Recovery::tail() {
     if (const AppendLock appending(records_.file(), index_ != nullptr); appending.isHeld) {
         records_.forgetSize();
-        records_.dropBehind(records_.recordCount());
+        records_.cutTail(records_.recordCount());
     }
 }
 

@@ -142,13 +142,13 @@ RecordNumber Table::append(std::span<const char> record, Durability durability) 
         apply(
             change, durability, number,
             [&] {
-                records_.writeBehind(number, record);
+                records_.writeTail(number, record);
                 records_.setCount(number);
-                records_.cutBehind(number);
+                records_.cutTailIfAny(number);
             },
             [&] {
                 records_.setCount(count);
-                records_.dropBehind(count);
+                records_.cutTail(count);
             });
     }
     syncUnjournaled(durability);

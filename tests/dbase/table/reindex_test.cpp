@@ -115,7 +115,7 @@ TEST_F(ReindexTest, KeepsTheRowThatAnotherProgramAddsMeanwhile) {
         if (!std::exchange(isAdded, true)) {
             TableFile other(openFile(file_, OpenMode::ReadWrite));
             const FileLock appending(other.file(), appendLock, LockKind::Exclusive);
-            other.writeBehind(rows + 1, row(rows));
+            other.writeTail(rows + 1, row(rows));
             other.setCount(rows + 1);
         }
     });
