@@ -98,7 +98,7 @@ void ProvinceImport::fetchChosen(StreetSource& source) {
         parts_.messages, QStringLiteral("Importando el listado de vías del municipio") + municipality);
     parts_.messages.change(municipality);
     const MunicipalityEnd end = source.file(province, municipality);
-    run_->told(end);
+    run_->setEnd(end);
     if (end == MunicipalityEnd::NoAnswer) {
         reportNothingFound(parts_.messages);
         run_->userAnswered();
@@ -189,11 +189,11 @@ void ProvinceImport::saveAnswer(const std::string& file) {
         run_->userAnswered();
     }
     if (!parts_.place.isChosen()) {
-        run_->told(MunicipalityEnd::NotChosen);
+        run_->setEnd(MunicipalityEnd::NotChosen);
         return;
     }
     if (!parts_.saving.CompruebaMunicipioConUnicoCP()) {
-        run_->told(MunicipalityEnd::SeveralCodes);
+        run_->setEnd(MunicipalityEnd::SeveralCodes);
         return;
     }
     parts_.found.clear();
@@ -203,7 +203,7 @@ void ProvinceImport::saveAnswer(const std::string& file) {
 }
 
 void ProvinceImport::readAndSave(const std::string& file) {
-    run_->told(MunicipalityEnd::Unreadable);
+    run_->setEnd(MunicipalityEnd::Unreadable);
     FoundStreets found = parts_.directory.readFiled(file);
     const bool isWhole = found.isWhole;
     parts_.found.show(std::move(found));
@@ -215,7 +215,7 @@ void ProvinceImport::readAndSave(const std::string& file) {
         failure_ = outcome->failure;
     }
     run_->addStreets(outcome->stored);
-    run_->told(outcome->failure.isEmpty() ? MunicipalityEnd::Done : MunicipalityEnd::Failed);
+    run_->setEnd(outcome->failure.isEmpty() ? MunicipalityEnd::Done : MunicipalityEnd::Failed);
 }
 
 void ProvinceImport::reportMissingFiles() const {

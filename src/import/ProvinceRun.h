@@ -30,9 +30,9 @@ public:
     ProvinceRun(const ProvinceRun&) = delete;
     ProvinceRun& operator=(const ProvinceRun&) = delete;
 
-    /// Starts the next municipality, which counts as failed unless told() reports otherwise.
+    /// Starts the next municipality, which counts as failed unless setEnd() says otherwise.
     void begin();
-    void told(MunicipalityEnd end) { end_ = end; }
+    void setEnd(MunicipalityEnd end) { end_ = end; }
     void addStreets(int stored) { streets_ += stored; }
     /// Call after asking the user or showing a message: that time says nothing about the municipalities to
     /// come.
