@@ -10,6 +10,7 @@ struct NumberRange {
 
     /// Whether the range contains the number.
     [[nodiscard]] bool holds(int number) const { return first <= number && number <= last; }
+    bool operator==(const NumberRange&) const = default;
 };
 
 /// The two sides of a stretch.
@@ -19,6 +20,10 @@ struct StretchRanges {
 
     /// Whether the number's side contains it; 0 is even.
     [[nodiscard]] bool hold(int number) const { return (number % 2 != 0 ? odd : even).holds(number); }
+    bool operator==(const StretchRanges&) const = default;
 };
+
+/// A street from end to end: the ranges of a new one. Its last numbers stand for "to the end".
+inline constexpr StretchRanges wholeStreet{.odd = {1, 9999}, .even = {2, 9998}};
 
 } // namespace ambrel

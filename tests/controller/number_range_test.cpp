@@ -33,6 +33,14 @@ TEST(NumberRange, RangeOfOneNumberMatchesIt) {
     EXPECT_FALSE(one.hold(6));
 }
 
+TEST(NumberRange, WholeStreetHoldsEveryNumberFromTheFirstToTheOpenEnd) {
+    for (const int number : {1, 2, 9998, 9999}) {
+        EXPECT_TRUE(wholeStreet.hold(number)) << number;
+    }
+    EXPECT_FALSE(wholeStreet.hold(0));
+    EXPECT_FALSE(wholeStreet.hold(10000));
+}
+
 TEST(NumberRange, ZeroIsEven) {
     constexpr StretchRanges odd{.odd = {-1, 1}, .even = {2, 9998}};
     constexpr StretchRanges even{.odd = {1, 9999}, .even = {0, 0}};

@@ -228,4 +228,13 @@ TEST_F(Configuration, RefusesControlCharacters) {
     EXPECT_EQ(load("; un comentario con \x01\n"), "");
 }
 
+TEST_F(Configuration, TakesBlanksTabsAndLineEndsOffAValueButNoOtherControlCharacter) {
+    EXPECT_EQ(load("[Provincia]\r\n\tNombre \t=\t A\tB \t\r\n"), "");
+    EXPECT_EQ(config.GetProvin2(), "A\tB");
+    for (const std::string end : {"\f", "\v", "\x01", "\x1F"}) {
+        EXPECT_NE(load("[Provincia]\nNombre=A" + end + "\n").find("carácter de control"), std::string::npos);
+        EXPECT_NE(load("[Provincia]\nNombre=" + end + "A\n").find("carácter de control"), std::string::npos);
+    }
+}
+
 } // namespace

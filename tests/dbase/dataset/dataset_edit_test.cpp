@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "dbase/dataset/pending.h"
 #include "dbase/table/towns_fixture.h"
 
 namespace dbase {
@@ -328,6 +329,18 @@ TEST_F(TownsTest, NothingIsPostedByTheEndOfTheDataset) {
     EXPECT_EQ(name(towns), "BARCELONA");
     towns.edit();
     towns.cancel();
+}
+
+TEST_F(EditTest, RowIsPendingWhileItIsAddedOrChanged) {
+    EXPECT_FALSE(isPending(towns.state()));
+    towns.edit();
+    EXPECT_TRUE(isPending(towns.state()));
+    towns.cancel();
+    EXPECT_FALSE(isPending(towns.state()));
+    towns.append();
+    EXPECT_TRUE(isPending(towns.state()));
+    towns.close();
+    EXPECT_FALSE(isPending(towns.state()));
 }
 
 } // namespace
