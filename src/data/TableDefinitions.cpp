@@ -1,9 +1,10 @@
 // The layouts of the five postal tables.
 #include "data/TableDefinitions.h"
 
-#include <algorithm>
 #include <string>
 #include <utility>
+
+#include "dbase/system/names.h"
 
 namespace ambrel {
 namespace {
@@ -27,8 +28,6 @@ Column logical(std::string name) {
 
 /// A tag whose key is the column of the same name.
 dbase::TagDefinition columnTag(const std::string& column) { return {.name = column, .expression = column}; }
-
-char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
 } // namespace
 
@@ -79,8 +78,7 @@ std::vector<dbase::TableDefinition> tableDefinitions() {
 }
 
 std::optional<dbase::TableDefinition> tableDefinition(std::string_view table) {
-    std::string name(table);
-    std::ranges::transform(name, name.begin(), upper);
+    std::string name = dbase::upperName(table);
     if (name.ends_with(".DBF")) {
         name.resize(name.size() - 4);
     }

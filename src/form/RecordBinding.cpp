@@ -5,17 +5,12 @@
 #include <QScopedValueRollback>
 #include <algorithm>
 
+#include "dbase/dataset/pending.h"
+#include "dbase/system/trim.h"
 #include "services/EventGuard.h"
 #include "services/Text.h"
 
 namespace ambrel {
-namespace {
-
-bool isPending(const dbase::Dataset& table) {
-    return table.state() == dbase::DatasetState::Edit || table.state() == dbase::DatasetState::Insert;
-}
-
-} // namespace
 
 RecordBinding::RecordBinding(dbase::Dataset& table, QObject* parent) : QObject(parent), table_(table) {
     subscription_ = table.listen([this](dbase::DatasetChange change) { follow(change); });
@@ -66,7 +61,7 @@ void RecordBinding::showRow() {
 }
 
 bool RecordBinding::beginEdit() {
-    if (isPending(table_)) {
+    if (dbase::isPending(table_.state())) {
         return true;
     }
     bool done = false;
@@ -101,15 +96,15 @@ void RecordBinding::rememberValues() {
 }
 
 bool RecordBinding::hasChanges() const {
-    return isPending(table_) &&
+    return dbase::isPending(table_.state()) &&
            std::ranges::any_of(bonds_, [](const Bond& bond) { return bond.field->text() != bond.before; });
 }
 
 QLineEdit* RecordBinding::cutBox() const {
     const auto isCut = [](const Bond& bond) {
-        std::string whole = toNearestWindows1252(bond.box->text());
-        whole.erase(whole.find_last_not_of(' ') + 1); // trailing blanks may be lost
-        return whole.size() > bond.field->width();
+        const std::string whole = toNearestWindows1252(bond.box->text());
+        // Losing trailing blanks does not matter.
+        return dbase::withoutTrailingBlanks(whole).size() > bond.field->width();
     };
     const auto cut = std::ranges::find_if(bonds_, isCut);
     return cut != bonds_.end() ? cut->box : nullptr;

@@ -3,16 +3,15 @@
 
 #include <algorithm>
 
+#include "controller/NumberRange.h"
 #include "data/TableDefinitions.h"
 #include "dbase/dbf/codepage.h"
-#include "import/Trimmed.h"
+#include "dbase/system/trim.h"
 #include "services/Rnumcad.h"
 
 namespace ambrel {
 namespace {
 
-constexpr int openOdd = 9999;
-constexpr int openEven = 9998;
 constexpr std::size_t longestCode = 45; // characters shown; five of them are stored
 
 bool contains(const std::string& text, std::string_view part) {
@@ -52,7 +51,7 @@ void readGroup(std::string group, int open, int& first, int& last) {
     if (contains(group, "AL")) {
         blankBefore(group, "AL");
         removeAll(group, "AL");
-        group = std::string(trimmed(group));
+        group = std::string(dbase::trimmedLine(group));
     }
     last = leadingNumber(group);
 }
@@ -61,7 +60,7 @@ std::string withoutBrackets(std::string group, std::string_view plural, std::str
     for (const std::string_view word : {plural, singular, std::string_view("("), std::string_view(")")}) {
         removeAll(group, word);
     }
-    return std::string(trimmed(group));
+    return std::string(dbase::trimmedLine(group));
 }
 
 bool isLowerCase(char c) {
@@ -78,7 +77,7 @@ std::string takeType(std::string& line, const StreetTypeCode& typeCode) {
         if (line[i] != ',' || i + 2 >= line.size() || !isLowerCase(line[i + 2])) {
             continue;
         }
-        type = typeCode(UpperCase(trimmed(type + line.substr(i + 1))));
+        type = typeCode(UpperCase(dbase::trimmedLine(type + line.substr(i + 1))));
         line.resize(i);
     }
     return type;
@@ -91,36 +90,36 @@ void ExtraeNumeracion(const std::string& text, int& oddFirst, int& oddLast, int&
     if (open == std::string::npos) {
         return;
     }
-    std::string rest(trimmed(std::string_view(text).substr(open)));
+    std::string rest(dbase::trimmedLine(std::string_view(text).substr(open)));
     if (contains(rest, "IMPAR")) {
         std::string odd;
         // Deliberate: an odd group without its closing bracket is left to be read as the even one, whose word
         // it contains.
         if (const std::size_t close = rest.find(')'); close != std::string::npos) {
-            odd = std::string(trimmed(std::string_view(rest).substr(0, close + 1)));
-            rest = std::string(trimmed(std::string_view(rest).substr(close + 1)));
+            odd = std::string(dbase::trimmedLine(std::string_view(rest).substr(0, close + 1)));
+            rest = std::string(dbase::trimmedLine(std::string_view(rest).substr(close + 1)));
         }
-        readGroup(withoutBrackets(odd, "IMPARES DEL", "IMPAR DEL"), openOdd, oddFirst, oddLast);
+        readGroup(withoutBrackets(odd, "IMPARES DEL", "IMPAR DEL"), wholeStreet.odd.last, oddFirst, oddLast);
     }
     if (contains(rest, "PAR")) {
         blankBefore(rest, "PAR");
-        readGroup(withoutBrackets(rest, "PARES DEL", "PAR DEL"), openEven, evenFirst, evenLast);
+        readGroup(withoutBrackets(rest, "PARES DEL", "PAR DEL"), wholeStreet.even.last, evenFirst, evenLast);
     }
 }
 
 ImportedStreet readMunicipalityLine(std::string_view line, const StreetTypeCode& typeCode) {
     ImportedStreet street;
-    std::string text(trimmed(line));
+    std::string text(dbase::trimmedLine(line));
     ExtraeNumeracion(UpperCase(text), street.oddFirst, street.oddLast, street.evenFirst, street.evenLast);
     street.type = takeType(text, typeCode);
     const bool hasNumbers = street.oddFirst || street.oddLast || street.evenFirst || street.evenLast;
     if (hasNumbers) {
         text.resize(std::min(text.find('('), text.size()));
     }
-    text = std::string(trimmed(text));
+    text = std::string(dbase::trimmedLine(text));
     if (const std::size_t colon = text.find(':'); colon != std::string::npos) {
         street.postalCode = text.substr(0, std::min(colon, longestCode));
-        text = std::string(trimmed(std::string_view(text).substr(colon + 1)));
+        text = std::string(dbase::trimmedLine(std::string_view(text).substr(colon + 1)));
     }
     street.name = text.substr(0, streetNameWidth);
     return street;

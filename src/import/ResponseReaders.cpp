@@ -8,8 +8,8 @@
 
 #include "data/TableDefinitions.h"
 #include "dbase/dbf/codepage.h"
+#include "dbase/system/trim.h"
 #include "import/Document.h"
-#include "import/Trimmed.h"
 #include "services/Text.h"
 
 namespace ambrel {
@@ -112,7 +112,7 @@ Answer begin(const DirectoryDocument& document, const Layout& layout, const std:
     }
     Answer answer{.reading = Reading::Whole, .list = root.child(layout.list)};
     if (const pugi::xml_node counted = root.child("control").child(layout.count)) {
-        answer.count = wholeNumber(trimmed(textOf(counted)));
+        answer.count = wholeNumber(dbase::trimmedLine(textOf(counted)));
         if (!answer.count) {
             return {.reading = Reading::NoRoot};
         }
@@ -159,12 +159,12 @@ ImportedStreet readStreet(const pugi::xml_node& address) {
     ImportedStreet street;
     std::string text;
     if (const pugi::xml_node type = address.child("tv")) {
-        text = trimmed(textOf(type));
+        text = dbase::trimmedLine(textOf(type));
     }
     street.type = text;
     // Deliberate: without a name the type's code stands in for it.
     if (const pugi::xml_node name = address.child("nv")) {
-        text = trimmed(textOf(name));
+        text = dbase::trimmedLine(textOf(name));
     }
     street.type.resize(std::min(street.type.size(), streetNameWidth));
     text.resize(std::min(text.size(), streetNameWidth));

@@ -6,7 +6,8 @@
 #include <string_view>
 #include <utility>
 
-#include "import/Trimmed.h"
+#include "dbase/dataset/row_walk.h"
+#include "dbase/system/trim.h"
 #include "services/Ruttb.h"
 
 namespace ambrel {
@@ -34,12 +35,11 @@ void StreetTypeNames::open() {
     auto table = CreaTabla(database_, "TIPO_VIA.DBF", "NOMBRE", false, openNow);
     const dbase::Field& code = table->field("CODIGO");
     const dbase::Field& name = table->field("NOMBRE");
-    table->first();
-    for (bool isRow = !table->isEmpty(); isRow; isRow = table->next()) {
+    dbase::forEachRow(*table, [&] {
         if (!code.isNull()) {
             types_.push_back({.name = name.text(), .code = code.text()});
         }
-    }
+    });
     table_ = std::move(table);
 }
 
@@ -47,7 +47,7 @@ std::string StreetTypeNames::ExtraeTipoVia(const std::string& name) {
     if (!table_) {
         open();
     }
-    const std::string wanted(trimmed(std::string_view(name).substr(0, name.find('('))));
+    const std::string wanted(dbase::trimmedLine(std::string_view(name).substr(0, name.find('('))));
     std::string code;
     if (TBBusca(*table_, {{"NOMBRE", wanted}}, exactSearch)) {
         code = table_->field("CODIGO").text();

@@ -7,6 +7,7 @@
 
 #include "data/TableDefinitions.h"
 #include "dbase/dbf/codec.h"
+#include "dbase/system/trim.h"
 #include "loading/utf8.h"
 
 namespace loading {
@@ -16,13 +17,10 @@ namespace {
 using dbase::Column;
 using dbase::ColumnType;
 
-constexpr std::string_view blank = " ";
-
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::string_view withoutBlanks(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(blank), text.size()));
-    return dbase::decodeText(text);
+    return dbase::decodeText(dbase::withoutLeadingBlanks(text));
 }
 
 bool isAscii(std::string_view text) {

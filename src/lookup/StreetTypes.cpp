@@ -4,6 +4,7 @@
 
 #include "data/TableScope.h"
 #include "data/ViasDM.h"
+#include "dbase/system/trim.h"
 #include "dialogs/TipoViasLista.h"
 #include "dialogs/common/ModalDialog.h"
 #include "lookup/ModuleScope.h"
@@ -23,13 +24,13 @@ public:
 
     /// Goes to the type whose column, by which the tag orders, holds the value; trailing blanks are ignored.
     [[nodiscard]] bool find(const dbase::Field& column, const QString& value) {
-        auto text = ambrel::toWindows1252(value);
-        if (!text) {
+        const auto typed = ambrel::toWindows1252(value);
+        if (!typed) {
             return false;
         }
-        text->erase(text->find_last_not_of(' ') + 1);
+        const std::string text(dbase::withoutTrailingBlanks(*typed));
         // A key is cut to its column's width: a longer text would find a type that it merely begins with.
-        return TBBusca(types().tbTipo_Via, {{column.name(), *text}}, exactSearch) && column.text() == *text;
+        return TBBusca(types().tbTipo_Via, {{column.name(), text}}, exactSearch) && column.text() == text;
     }
 
     [[nodiscard]] TDMVias& types() { return module_.module(); }

@@ -9,27 +9,20 @@
 
 #include "dbase/dbf/codepage.h"
 #include "dbase/system/error.h"
+#include "dbase/system/names.h"
+#include "dbase/system/trim.h"
 #include "services/FileStart.h"
 
 namespace ambrel {
 namespace {
 
-constexpr const char* blanks = " \t\r";
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t largestFile = std::size_t{1} << 20;
 
-std::string trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return std::string(text.substr(first, text.find_last_not_of(blanks) - first + 1));
-}
+// Other control characters are not taken off: they are refused wherever they stand.
+bool isWhite(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
-bool sameName(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    return std::ranges::equal(a, b, {}, lower, lower);
-}
+std::string trimmed(std::string_view text) { return std::string(dbase::trimmed(text, isWhite)); }
 
 bool isControl(char c) { return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7F'; }
 
@@ -88,7 +81,7 @@ private:
 
     void setValue(const std::string& key, const std::string& value) {
         const auto is = [&](const char* section, const char* name) {
-            return sameName(section_, section) && sameName(key, name);
+            return dbase::sameName(section_, section) && dbase::sameName(key, name);
         };
         if (is("BaseDeDatos", "Alias")) {
             values_.alias = text(value);
@@ -152,10 +145,10 @@ private:
     }
 
     [[nodiscard]] bool choice(const std::string& value) const {
-        if (sameName(value, "si") || value == "sí" || value == "Sí") {
+        if (dbase::sameName(value, "si") || value == "sí" || value == "Sí") {
             return true;
         }
-        if (!sameName(value, "no")) {
+        if (!dbase::sameName(value, "no")) {
             fail("se esperaba si o no: " + value);
         }
         return false;

@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "dbase/dbf/codepage.h"
+#include "dbase/system/trim.h"
 
 namespace {
 
@@ -55,13 +56,7 @@ int Cad_Int(std::string_view text) {
 
 namespace ambrel {
 
-std::string_view withoutBlanks(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
+std::string_view withoutBlanks(std::string_view text) { return dbase::trimmed(text, dbase::isBlank); }
 
 bool isAlphanumeric(unsigned char character) {
     return (character >= '0' && character <= '9') || dbase::CodePage::windows1252().isLetter(character);

@@ -2,7 +2,6 @@
 #include "tools/callejero/Service.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <stdexcept>
 #include <utility>
@@ -10,6 +9,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "dbase/system/names.h"
 #include "dbase/system/system_reason.h"
 #include "tools/callejero/Connection.h"
 
@@ -30,11 +30,7 @@ void reuseAddress(socket_t socket) {
 }
 
 /// The service ignores case in its path.
-bool isServicePath(const std::string& path) {
-    return std::ranges::equal(path, servicePath, [](unsigned char a, unsigned char b) {
-        return std::tolower(a) == std::tolower(b);
-    });
-}
+bool isServicePath(const std::string& path) { return dbase::sameName(path, servicePath); }
 
 /// Sends half the announced body and ends the connection.
 void cut(const std::string& text, httplib::Response& response) {

@@ -99,7 +99,7 @@ void Dataset::post(Durability durability) {
 
 void Dataset::cancel() {
     requireUnvisited();
-    if (state_ != DatasetState::Insert && state_ != DatasetState::Edit) {
+    if (!isPending()) {
         return;
     }
     if (state_ == DatasetState::Edit) {

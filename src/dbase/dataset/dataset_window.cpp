@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "dbase/dataset/dataset.h"
+#include "dbase/dataset/pending.h"
 #include "dbase/dataset/row_order.h"
 #include "dbase/system/error.h"
 
@@ -57,7 +58,7 @@ private:
     std::vector<std::string> calculated_;
 };
 
-bool Dataset::isPending() const { return state_ == DatasetState::Insert || state_ == DatasetState::Edit; }
+bool Dataset::isPending() const { return dbase::isPending(state_); }
 
 void Dataset::requireUnvisited() const {
     if (isVisited_) {

@@ -5,8 +5,10 @@
 #include <limits>
 
 #include "dbase/dataset/dataset.h"
+#include "dbase/dataset/pending.h"
 #include "dbase/dbf/codec.h"
 #include "dbase/system/error.h"
+#include "dbase/system/trim.h"
 
 namespace dbase {
 
@@ -35,8 +37,7 @@ std::string_view Field::raw() const {
 }
 
 const Column& Field::writableColumn() const {
-    const bool pending = dataset_->state() == DatasetState::Insert || dataset_->state() == DatasetState::Edit;
-    if (!pending || !column_) {
+    if (!isPending(dataset_->state()) || !column_) {
         throw Error(ErrorCode::BadState, dataset_->tableName(),
                     "el campo " + name_ + " sólo se puede cambiar al añadir o modificar un registro");
     }
@@ -90,9 +91,7 @@ std::string Field::text() const {
         if (const auto whole = decodeInteger(raw()); whole && kind_ == FieldKind::Integer) {
             return std::to_string(*whole);
         }
-        std::string_view digits = raw();
-        digits.remove_prefix(std::min(digits.find_first_not_of(' '), digits.size()));
-        return std::string(decodeText(digits));
+        return std::string(decodeText(withoutLeadingBlanks(raw())));
     }
     case FieldKind::Date:
         return isNull() ? "" : std::string(raw());
@@ -131,7 +130,7 @@ void Field::setText(std::string_view text) {
     const Column& column = writableColumn();
     if (kind_ == FieldKind::Character) {
         encodeText(rawForWriting(), text);
-    } else if (decodeText(text).find_first_not_of(' ') == std::string_view::npos) {
+    } else if (withoutLeadingBlanks(decodeText(text)).empty()) {
         encodeBlank(rawForWriting());
     } else if (kind_ == FieldKind::Logical) {
         if (!isTrueText(text) && !isFalseText(text)) {

@@ -6,6 +6,7 @@
 #include "dbase/dbf/collation.h"
 #include "dbase/dbf/decimal.h"
 #include "dbase/expression/expression_node.h"
+#include "dbase/system/trim.h"
 
 namespace dbase {
 
@@ -41,20 +42,6 @@ std::string_view rawColumn(const Node& node, const RecordView& record) {
     return {record.bytes.data() + node.offset, node.bytes};
 }
 
-std::string_view trimRight(std::string_view text) {
-    while (!text.empty() && text.back() == ' ') {
-        text.remove_suffix(1);
-    }
-    return text;
-}
-
-std::string_view trimLeft(std::string_view text) {
-    while (!text.empty() && text.front() == ' ') {
-        text.remove_prefix(1);
-    }
-    return text;
-}
-
 // --- Texts
 
 std::string_view concat(const Node& node, const RecordView& record, Scratch& scratch) {
@@ -71,7 +58,7 @@ std::string_view concat(const Node& node, const RecordView& record, Scratch& scr
 std::string_view concatTrimmed(const Node& node, const RecordView& record, Scratch& scratch) {
     const std::string_view first = evaluateText(*node.parts[0], record, scratch);
     const std::string_view second = evaluateText(*node.parts[1], record, scratch);
-    const std::string_view trimmed = trimRight(first);
+    const std::string_view trimmed = withoutTrailingBlanks(first);
     char* const room = scratch.take(node.width);
     char* to = std::copy(trimmed.begin(), trimmed.end(), room);
     to = std::copy(second.begin(), second.end(), to);
@@ -158,11 +145,11 @@ std::string_view evaluateText(const Node& node, const RecordView& record, Scratc
     case Operation::Dtoc:
         return dateText(node, record, scratch);
     case Operation::TrimRight:
-        return trimRight(evaluateText(*node.parts[0], record, scratch));
+        return withoutTrailingBlanks(evaluateText(*node.parts[0], record, scratch));
     case Operation::TrimLeft:
-        return trimLeft(evaluateText(*node.parts[0], record, scratch));
+        return withoutLeadingBlanks(evaluateText(*node.parts[0], record, scratch));
     case Operation::TrimBoth:
-        return trimLeft(trimRight(evaluateText(*node.parts[0], record, scratch)));
+        return trimmed(evaluateText(*node.parts[0], record, scratch), isBlank);
     case Operation::Choose:
         return evaluateText(*node.parts[evaluateCondition(*node.parts[0], record, scratch) ? 1 : 2], record,
                             scratch);
@@ -182,7 +169,7 @@ double columnNumber(std::string_view raw) {
 
 /// The number at the start of a text, after blanks; 0 if there is none.
 double leadingNumber(std::string_view text) {
-    text = trimLeft(text);
+    text = withoutLeadingBlanks(text);
     std::size_t size = !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
     bool hasPoint = false;
     for (; size < text.size(); ++size) {

@@ -64,7 +64,7 @@ std::optional<std::string> findTableFile(const Folders& folders, const std::stri
     if (name.empty()) {
         return std::nullopt;
     }
-    if (name.size() < 4 || upperName(std::string_view(name).substr(name.size() - 4)) != ".DBF") {
+    if (name.size() < 4 || !sameName(std::string_view(name).substr(name.size() - 4), ".DBF")) {
         name += ".DBF";
     }
     if (name.find('/') != std::string::npos || name.find('\0') != std::string::npos) {
