@@ -6,6 +6,7 @@
 #include "data/Province.h"
 #include "data/TableDefinitions.h"
 #include "data/WholeName.h"
+#include "dbase/dataset/row_walk.h"
 #include "dbase/lock/read_scope.h"
 
 namespace ambrel {
@@ -39,12 +40,8 @@ std::vector<Municipality> AddressDirectory::municipalitiesNamed(const std::strin
     std::vector<std::string> codes;
     if (!name.empty() && name.size() <= municipalityNameWidth &&
         shown_.seek({{"NOMBRE", name}}, dbase::SeekMode::Exact)) {
-        do {
-            if (shownName_.view() != name) {
-                break;
-            }
-            addOnce(codes, shownCode_.text());
-        } while (shown_.next());
+        dbase::forEachRowWhile(
+            shown_, [&] { return shownName_.view() == name; }, [&] { addOnce(codes, shownCode_.text()); });
     }
     std::ranges::sort(codes);
     std::vector<Municipality> found;
@@ -71,10 +68,8 @@ std::optional<Municipality> AddressDirectory::municipality(const std::string& in
     Municipality found;
     found.ineCode = ineCode;
     bool isMarked = false, isNamed = false;
-    do {
-        if (ineCode_.view() != ineCode) {
-            break;
-        }
+    const auto hasCode = [&] { return ineCode_.view() == ineCode; };
+    dbase::forEachRowWhile(all_, hasCode, [&] {
         if (const std::string code = postalCode_.text(); !code.empty()) {
             addOnce(found.postalCodes, code);
         }
@@ -86,7 +81,7 @@ std::optional<Municipality> AddressDirectory::municipality(const std::string& in
             isNamed = !isEntity_.logical();
         }
         isMarked = isMarked || onlyCode_.view() == singleCodeMark;
-    } while (all_.next());
+    });
     for (const std::string& code : found.postalCodes) {
         addOnce(found.provinces, provinceOf(code));
     }
@@ -120,14 +115,9 @@ void AddressDirectory::visitOwn(const Municipality& municipality, const std::str
     if (!streets_.seek({{"PROVINCIA", province}, {"VIA", from}}, dbase::SeekMode::Nearest)) {
         return;
     }
-    do {
-        if (streetProvince_.view() != province || !wantsMore()) {
-            return;
-        }
-        if (isOwn(municipality) && !visit()) {
-            return;
-        }
-    } while (streets_.next());
+    const auto goesOn = [&] { return streetProvince_.view() == province && wantsMore(); };
+    const auto isLast = [&] { return isOwn(municipality) && !visit(); };
+    dbase::walkTo(streets_, goesOn, isLast);
 }
 
 std::vector<StreetStretch> AddressDirectory::stretches(const Municipality& municipality,

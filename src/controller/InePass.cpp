@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "dbase/dataset/dataset.h"
+#include "dbase/dataset/row_walk.h"
 #include "dbase/dbf/codec.h"
 #include "dbase/table/table.h"
 #include "services/Confamb.h"
@@ -36,14 +37,13 @@ public:
         const dbase::Field& name = municipalities.field("NOMBRE");
         const dbase::Field& ineCode = municipalities.field("COD_INE");
         const dbase::Field& isMinor = municipalities.field("ENT_MENOR");
-        municipalities.first();
-        for (bool isRow = !municipalities.isEmpty(); isRow; isRow = municipalities.next()) {
+        dbase::forEachRow(municipalities, [&] {
             PostalCode& entry = codes_[code.text()];
             entry.all.push_back({name.text(), ineCode.text()});
             if (!entry.major && !isMinor.logical()) {
                 entry.major = entry.all.back();
             }
-        }
+        });
     }
 
     [[nodiscard]] const PostalCode* find(std::string_view code) const {

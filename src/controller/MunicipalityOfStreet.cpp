@@ -3,6 +3,8 @@
 
 #include "data/Province.h"
 #include "data/TableScope.h"
+#include "dbase/dataset/go_to.h"
+#include "dbase/dataset/row_walk.h"
 #include "dbase/lock/read_scope.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
@@ -10,8 +12,8 @@
 namespace ambrel {
 namespace {
 
-bool findPostalCode(TDMCodPostales& tables, const std::string& postalCode, bool exact) {
-    return TBBusca(tables.tbMunicipi, {{"CODPOSTAL", postalCode}}, exact);
+bool findPostalCode(TDMCodPostales& tables, const std::string& postalCode) {
+    return TBBusca(tables.tbMunicipi, {{"CODPOSTAL", postalCode}}, exactSearch);
 }
 
 /// Moves forward to the capital among the municipalities with a postal code, or to the last of them if none
@@ -32,17 +34,16 @@ void walkToCapital(TDMCodPostales& tables, const std::string& postalCode) {
 /// Moves forward to the municipality with the given name among those with a postal code, or to the first of
 /// them if none has it.
 void walkToName(TDMCodPostales& tables, const std::string& postalCode, const std::string& name) {
-    do {
-        if (tables.tbMunicipiNOMBRE.text() == name) {
-            return;
-        }
-    } while (tables.tbMunicipi.next() && tables.tbMunicipiCODPOSTAL.text() == postalCode);
-    static_cast<void>(findPostalCode(tables, postalCode, exactSearch));
+    const auto hasCode = [&] { return tables.tbMunicipiCODPOSTAL.view() == postalCode; };
+    const auto hasName = [&] { return tables.tbMunicipiNOMBRE.view() == name; };
+    if (!dbase::walkTo(tables.tbMunicipi, hasCode, hasName)) {
+        dbase::goToIfThere(tables.tbMunicipi, {{"CODPOSTAL", postalCode}});
+    }
 }
 
 std::string nameByPostalCode(TDMCodPostales& tables, const std::string& postalCode) {
     // Deliberate: a street whose postal code belongs to no municipality shows its own name.
-    if (!findPostalCode(tables, postalCode, exactSearch)) {
+    if (!findPostalCode(tables, postalCode)) {
         return tables.tbPostalVIA.text();
     }
     if (tables.tbPostalCAPITAL.text() == localityMark) {
@@ -71,8 +72,8 @@ void goToMunicipalityOfStreet(TDMCodPostales& tables) {
     const dbase::ReadScope scope;
     TBIndexa("CODPOSTAL", tables.tbMunicipi);
     const std::string postalCode = tables.tbPostalCODPOSTAL.text();
-    if (!findPostalCode(tables, postalCode, exactSearch)) {
-        static_cast<void>(findPostalCode(tables, provinceOf(postalCode) + "000", nearestSearch));
+    if (!findPostalCode(tables, postalCode)) {
+        dbase::goToNearest(tables.tbMunicipi, {{"CODPOSTAL", provinceOf(postalCode) + "000"}});
     }
     if (tables.tbPostalCAPITAL.text() == capitalMark) {
         walkToCapital(tables, postalCode);

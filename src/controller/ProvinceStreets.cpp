@@ -3,6 +3,8 @@
 
 #include "controller/StreetSearchKey.h"
 #include "data/TableScope.h"
+#include "dbase/dataset/go_to.h"
+#include "dbase/dataset/row_walk.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 
@@ -11,12 +13,11 @@ namespace ambrel {
 std::vector<Province> spanishProvinces(dbase::Dataset& provinces) {
     std::vector<Province> found;
     const TableScope open(provinces);
-    provinces.first(); // it may have been open already
-    for (bool isRow = !provinces.isEmpty(); isRow; isRow = provinces.next()) {
+    dbase::forEachRow(provinces, [&] {
         if (provinces.field("GRUPO").integer() == provinceGroup) {
             found.push_back({provinces.field("PROVINCIA").text(), provinces.field("CODIGO").text()});
         }
-    }
+    });
     return found;
 }
 
@@ -34,14 +35,12 @@ std::string provinceCode(dbase::Dataset& provinces, const std::string& name) {
 void goToFirstMunicipality(TDMCodPostales& tables, dbase::Dataset& provinces, const std::string& name) {
     TBIndexa("CODPOSTAL", tables.tbMunicipi);
     const std::string firstCode = provinceCode(provinces, name) + "000";
-    static_cast<void>(TBBusca(tables.tbMunicipi, {{"CODPOSTAL", firstCode}}, nearestSearch));
+    dbase::goToNearest(tables.tbMunicipi, {{"CODPOSTAL", firstCode}});
 }
 
 void goToStreetOfProvince(TDMCodPostales& tables, const std::string& name) {
-    static_cast<void>(
-        TBBusca(tables.tbPostal,
-                {{"PROVINCIA", provinceOf(tables.tbMunicipiCODPOSTAL.view())}, {"VIA", paddedName(name)}},
-                nearestSearch));
+    const std::string province = provinceOf(tables.tbMunicipiCODPOSTAL.view());
+    dbase::goToNearest(tables.tbPostal, {{"PROVINCIA", province}, {"VIA", paddedName(name)}});
 }
 
 } // namespace ambrel

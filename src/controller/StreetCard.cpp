@@ -2,6 +2,7 @@
 #include "controller/StreetCard.h"
 
 #include "data/TableScope.h"
+#include "dbase/dataset/row_walk.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 
@@ -15,10 +16,7 @@ std::vector<Province> StreetCardTables::provinces() {
 std::vector<StreetType> StreetCardTables::streetTypes() {
     std::vector<StreetType> found;
     const TableScope open(tbTipoVia);
-    tbTipoVia.first(); // it may have been open already
-    for (bool isRow = !tbTipoVia.isEmpty(); isRow; isRow = tbTipoVia.next()) {
-        found.push_back({tbTipoViaCODIGO.text(), tbTipoViaNOMBRE.text()});
-    }
+    dbase::forEachRow(tbTipoVia, [&] { found.push_back({tbTipoViaCODIGO.text(), tbTipoViaNOMBRE.text()}); });
     return found;
 }
 

@@ -4,6 +4,8 @@
 #include "controller/MunicipalitySearch.h"
 #include "controller/StreetSearchKey.h"
 #include "data/TableScope.h"
+#include "dbase/dataset/go_to.h"
+#include "dbase/dataset/row_walk.h"
 #include "dbase/lock/read_scope.h"
 #include "dbase/system/error.h"
 #include "services/Ruttb.h"
@@ -41,7 +43,7 @@ bool findExact(TDMCodPostales& tables, const StreetPlace& place, const std::stri
                const std::string& type) {
     const bool found = TBBusca(tables.tbPostal, paddedStreetSearchKey(place, name, type), exactSearch);
     if (tables.tbPostalVIA.view() != name) {
-        static_cast<void>(TBBusca(tables.tbPostal, paddedStreetSearchKey(place, name, {}), exactSearch));
+        dbase::goToIfThere(tables.tbPostal, paddedStreetSearchKey(place, name, {}));
     }
     return found;
 }
@@ -59,7 +61,7 @@ bool findNearest(TDMCodPostales& tables, const StreetPlace& place, const std::st
     }
     found = TBBusca(streets, paddedStreetSearchKey(place, name, type), nearestSearch);
     if (tables.tbPostalVIA.view() != name) {
-        static_cast<void>(TBBusca(streets, withoutType, nearestSearch));
+        dbase::goToNearest(streets, withoutType);
     }
     return found;
 }
@@ -69,7 +71,7 @@ void trySearches(TDMCodPostales& tables, const std::string& name, const std::str
     const StreetPlace place = currentPlace(tables);
     for (const dbase::Key& key : {streetSearchKey(place, name, type), streetSearchKey(place, name, {}),
                                   streetSearchKey(place, {}, {})}) {
-        static_cast<void>(TBBusca(tables.tbPostal, key, nearestSearch));
+        dbase::goToNearest(tables.tbPostal, key);
         if (tables.tbPostalVIA.text() == name) {
             return;
         }
@@ -111,12 +113,7 @@ void chooseStreetType(TDMCodPostales& tables, const std::string& name, const std
     const auto named = [&] { return tables.tbPostalVIA.text() == name; };
     const auto typed = [&] { return tables.tbPostalTIPO_VIA.text() == type; };
     const dbase::Bookmark start = tables.tbPostal.bookmark();
-    while (named() && !typed()) {
-        if (!tables.tbPostal.next()) {
-            break;
-        }
-    }
-    if (!named() || !typed()) {
+    if (!dbase::walkTo(tables.tbPostal, named, typed)) {
         tables.tbPostal.goTo(start);
     }
 }

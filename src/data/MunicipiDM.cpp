@@ -4,6 +4,7 @@
 #include "data/MunicipalityFields.h"
 #include "data/TableScope.h"
 #include "data/WholeName.h"
+#include "dbase/dataset/go_to.h"
 #include "services/Ruttb.h"
 
 TDMMunicipi* DMMunicipi = nullptr;
@@ -34,6 +35,6 @@ void TDMMunicipi::calculateProvinceName() {
     }
     // Deliberate: the text of PROVCOD is sought as it is, among codes of three characters; the first record
     // at or after it, or else the last province, gives the name.
-    static_cast<void>(TBBusca(tbProvinAux, {{"CODIGO", tbMunicipiMJPROVCOD.text()}}, nearestSearch));
+    dbase::goToNearest(tbProvinAux, {{"CODIGO", tbMunicipiMJPROVCOD.text()}});
     tbMunicipiMJNOMBREPROV.setText(tbProvinAuxPROVINCIA.text());
 }

@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "dbase/dataset/row_walk.h"
 #include "services/Confamb.h"
 #include "services/Ruttb.h"
 
@@ -18,12 +19,8 @@ std::optional<std::string> municipalityOf(const std::string& ineCode, dbase::Dat
     }
     // Deliberate: the walk does not end with the code. If a code has only entities, the next municipality in
     // code order lends its name.
-    while (all.field("ENT_MENOR").logical()) {
-        if (!all.next()) {
-            return std::nullopt;
-        }
-    }
-    return all.field("NOMBRE").text();
+    const bool isFound = dbase::walkTo(all, [&] { return !all.field("ENT_MENOR").logical(); });
+    return isFound ? std::optional(all.field("NOMBRE").text()) : std::nullopt;
 }
 
 } // namespace

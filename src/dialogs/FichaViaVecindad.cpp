@@ -7,6 +7,7 @@
 #include "data/CodPostalesDM.h"
 #include "data/Province.h"
 #include "data/TableScope.h"
+#include "dbase/dataset/row_walk.h"
 #include "dialogs/FichaViaParts.h"
 #include "dialogs/common/FocusHelp.h"
 #include "dialogs/common/ProvinceItems.h"
@@ -174,10 +175,9 @@ void TFFichaVia::Parts::goToMunicipality(const QString& codIne) {
     }
     const dbase::Bookmark first = municipalities.bookmark();
     const std::string name = tables.tbMunicipiNOMBRE.text();
-    while (fromWindows1252(tables.tbMunicipiCOD_INE.text()) != codIne) {
-        if (!municipalities.next() || tables.tbMunicipiNOMBRE.text() != name) {
-            municipalities.goTo(first);
-            return;
-        }
+    const auto hasName = [&] { return tables.tbMunicipiNOMBRE.view() == name; };
+    const auto hasCode = [&] { return fromWindows1252(tables.tbMunicipiCOD_INE.view()) == codIne; };
+    if (!dbase::walkTo(municipalities, hasName, hasCode)) {
+        municipalities.goTo(first);
     }
 }

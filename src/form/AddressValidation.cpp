@@ -10,6 +10,8 @@
 #include "controller/BoxCompletion.h"
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
+#include "dbase/dataset/go_to.h"
+#include "dbase/dataset/row_walk.h"
 #include "form/RecordBinding.h"
 #include "form/TypedText.h"
 #include "lookup/RutCodPostales.h"
@@ -210,13 +212,10 @@ void AddressValidation::adopt(const Municipality& municipality, const std::strin
     auto& table = controller_.DM->tbMunicipi;
     const auto isIts = [&] { return controller_.DM->tbMunicipiCOD_INE.view() == municipality.ineCode; };
     controller_.OrdenaPorNombreMunicipi();
-    bool isThere = TBBusca(table, {{"NOMBRE", shownName}}, exactSearch);
-    while (isThere && !isIts()) {
-        isThere = table.next() && controller_.DM->tbMunicipiNOMBRE.view() == shownName;
-    }
-    if (!isThere) {
+    const auto hasName = [&] { return controller_.DM->tbMunicipiNOMBRE.view() == shownName; };
+    if (!TBBusca(table, {{"NOMBRE", shownName}}, exactSearch) || !dbase::walkTo(table, hasName, isIts)) {
         controller_.OrdenaPorCodIneMunicipi();
-        static_cast<void>(TBBusca(table, {{"COD_INE", municipality.ineCode}}, exactSearch));
+        dbase::goToIfThere(table, {{"COD_INE", municipality.ineCode}});
         controller_.OrdenaPorNombreMunicipi();
     }
     if (isIts()) {
@@ -312,7 +311,7 @@ void AddressValidation::goToMunicipality() {
             adopt(Municipality(*municipality_), bytesOf(text(Box::Municipality)));
         }
     } else if (const std::string name = bytesOf(text(Box::Municipality)); !name.empty()) {
-        static_cast<void>(TBBusca(controller_.DM->tbMunicipi, {{"NOMBRE", name}}, nearestSearch));
+        dbase::goToNearest(controller_.DM->tbMunicipi, {{"NOMBRE", name}});
     }
 }
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "data/Province.h"
+#include "dbase/dataset/row_walk.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 #include "services/Text.h"
@@ -37,15 +38,9 @@ std::vector<HostPlace> hostProvinces(const std::string& database) {
     std::vector<HostPlace> places;
     const auto table = CreaTabla(database, "PROVIN.DBF", "ALFABETICO", false, openNow);
     TBFiltra(*table, "GRUPO=" + Int_Cad(provinceGroup));
-    if (table->isEmpty()) {
-        return places;
-    }
     dbase::Field& name = table->field("PROVINCIA");
     dbase::Field& code = table->field("CODIGO");
-    table->first();
-    do {
-        places.push_back(placeOf(name, code));
-    } while (table->next());
+    dbase::forEachRow(*table, [&] { places.push_back(placeOf(name, code)); });
     return places;
 }
 
@@ -58,15 +53,11 @@ std::vector<HostPlace> hostMunicipalities(const std::string& database, const std
     dbase::Field& province = table->field("COD_PROV");
     dbase::Field& name = table->field("NOMBRE");
     dbase::Field& code = table->field("CODPOSTAL");
+    const auto isInProvince = [&] { return province.view() == provinceCode; };
     table->first();
-    while (province.view() != provinceCode) {
-        if (!table->next()) {
-            return places;
-        }
+    if (dbase::walkTo(*table, isInProvince)) {
+        dbase::forEachRowWhile(*table, isInProvince, [&] { places.push_back(placeOf(name, code)); });
     }
-    do {
-        places.push_back(placeOf(name, code));
-    } while (table->next() && province.view() == provinceCode);
     sortByName(places);
     return places;
 }

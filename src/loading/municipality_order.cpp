@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "data/TableDefinitions.h"
+#include "dbase/dataset/row_walk.h"
 
 namespace loading {
 
@@ -51,14 +52,16 @@ std::vector<std::string> codesWithEntitiesInFront(dbase::Dataset& table) {
     std::set<std::string> withEntity, inFront;
     dbase::Field* const code = table.findField(codeColumn);
     dbase::Field* const entity = table.findField(entityColumn);
-    table.first();
-    for (bool isOnRecord = code && entity && !table.isEmpty(); isOnRecord; isOnRecord = table.next()) {
+    if (!code || !entity) {
+        return {};
+    }
+    dbase::forEachRow(table, [&] {
         if (entity->logical()) {
             withEntity.insert(code->text());
         } else if (withEntity.contains(code->text())) {
             inFront.insert(code->text());
         }
-    }
+    });
     return {inFront.begin(), inFront.end()};
 }
 

@@ -3,6 +3,7 @@
 
 #include "data/MunicipiDM.h"
 #include "data/TableScope.h"
+#include "dbase/dataset/go_to.h"
 #include "dialogs/MunicipiLista.h"
 #include "dialogs/MunicipiListaMJ.h"
 #include "dialogs/common/ModalDialog.h"
@@ -47,7 +48,7 @@ bool isChosenFrom(QWidget* owner, const QString& caption) {
 /// Goes near a text; does nothing for one that the table cannot hold.
 void goNear(dbase::Dataset& table, const char* keyField, const QString& value) {
     if (const auto text = toWindows1252(value)) {
-        static_cast<void>(TBBusca(table, {{keyField, *text}}, nearestSearch));
+        dbase::goToNearest(table, {{keyField, *text}});
     }
 }
 

@@ -2,6 +2,7 @@
 #include "lookup/MunicipalityNames.h"
 
 #include "data/Province.h"
+#include "dbase/dataset/row_walk.h"
 #include "dbase/lock/read_scope.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
@@ -16,24 +17,18 @@ bool isNameOfAnother(TDMMunicipi& tables) {
     const dbase::ReadScope scope;
     const std::string name = tables.tbMunicipiNOMBRE.text();
     const std::string code = tables.tbMunicipiCOD_INE.text();
-    while (tables.tbMunicipi.next() && tables.tbMunicipiNOMBRE.view() == name) {
-        if (tables.tbMunicipiCOD_INE.view() != code) {
-            return true;
-        }
-    }
-    return false;
+    return dbase::walkTo(
+        tables.tbMunicipi, [&] { return tables.tbMunicipiNOMBRE.view() == name; },
+        [&] { return tables.tbMunicipiCOD_INE.view() != code; });
 }
 
 bool goToNameInProvince(TDMMunicipi& tables, const std::string& provinceCode) {
     const dbase::ReadScope scope;
     const std::string name = tables.tbMunicipiMJPOBLLITE.text();
     const std::string wanted = StrRight("00" + provinceCode, provinceDigits);
-    do {
-        if (tables.tbMunicipiMJPROVCOD.view() == wanted) {
-            return true;
-        }
-    } while (tables.tbMunicipiMJ.next() && tables.tbMunicipiMJPOBLLITE.view() == name);
-    return false;
+    return dbase::walkTo(
+        tables.tbMunicipiMJ, [&] { return tables.tbMunicipiMJPOBLLITE.view() == name; },
+        [&] { return tables.tbMunicipiMJPROVCOD.view() == wanted; });
 }
 
 bool isNameOfNext(TDMMunicipi& tables) {

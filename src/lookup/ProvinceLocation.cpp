@@ -5,6 +5,7 @@
 
 #include "data/TableDefinitions.h"
 #include "data/TableScope.h"
+#include "dbase/dataset/row_walk.h"
 #include "dbase/lock/read_scope.h"
 #include "services/Ruttb.h"
 
@@ -19,13 +20,10 @@ bool goToCapital(dbase::Dataset& municipalities, const std::string& postalCode) 
     const dbase::Field& code = municipalities.field("CODPOSTAL");
     const dbase::Field& mark = municipalities.field("CAPITAL");
     const std::string wanted = provinceOf(postalCode);
-    for (bool moved = TBBusca(municipalities, {{"CODPOSTAL", postalCode}}, nearestSearch);
-         moved && provinceOf(code.view()) == wanted; moved = municipalities.next()) {
-        if (mark.view() == capitalMark) {
-            return true;
-        }
-    }
-    return false;
+    return TBBusca(municipalities, {{"CODPOSTAL", postalCode}}, nearestSearch) &&
+           dbase::walkTo(
+               municipalities, [&] { return provinceOf(code.view()) == wanted; },
+               [&] { return mark.view() == capitalMark; });
 }
 
 /// The capital of the province that a postal code begins with; its INE code gives the province.
@@ -47,13 +45,11 @@ std::optional<std::string> nameOfProvince(dbase::Dataset& provinces, const std::
     const TableScope open(provinces);
     const dbase::Field& key = provinces.field("CODIGO");
     const dbase::Field& group = provinces.field("GRUPO");
-    for (bool moved = TBBusca(provinces, {{"CODIGO", code}}, exactSearch); moved && key.view() == code;
-         moved = provinces.next()) {
-        if (group.integer() == provinceGroup) {
-            return provinces.field("PROVINCIA").text();
-        }
-    }
-    return std::nullopt;
+    const bool isFound =
+        TBBusca(provinces, {{"CODIGO", code}}, exactSearch) &&
+        dbase::walkTo(
+            provinces, [&] { return key.view() == code; }, [&] { return group.integer() == provinceGroup; });
+    return isFound ? std::optional(provinces.field("PROVINCIA").text()) : std::nullopt;
 }
 
 } // namespace

@@ -4,18 +4,12 @@
 #include <QScopedValueRollback>
 #include <utility>
 
+#include "dbase/dataset/pending.h"
 #include "dbase/system/error.h"
 #include "services/EventGuard.h"
 #include "services/Text.h"
 
 namespace ambrel {
-namespace {
-
-bool isPending(const dbase::Dataset& table) {
-    return table.state() == dbase::DatasetState::Insert || table.state() == dbase::DatasetState::Edit;
-}
-
-} // namespace
 
 BoundEdit::BoundEdit(QWidget* parent) : QLineEdit(parent) {
     setReadOnly(true);
@@ -47,7 +41,7 @@ void BoundEdit::follow(dbase::DatasetChange change) {
         return;
     }
     const dbase::Field* const bound = field();
-    setReadOnly(!bound || !isPending(bound->dataset()));
+    setReadOnly(!bound || !dbase::isPending(bound->dataset().state()));
     if (change == dbase::DatasetChange::State) {
         return; // a value that changes with the state is reported separately
     }
@@ -68,7 +62,7 @@ void BoundEdit::show(const dbase::Field* field) {
 
 void BoundEdit::write() {
     dbase::Field* const bound = field();
-    if (passing_ || !bound || !isPending(bound->dataset())) {
+    if (passing_ || !bound || !dbase::isPending(bound->dataset().state())) {
         return;
     }
     const QScopedValueRollback passing(passing_, true);

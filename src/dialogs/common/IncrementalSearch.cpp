@@ -3,9 +3,9 @@
 
 #include <QLineEdit>
 
+#include "dbase/dataset/go_to.h"
 #include "dialogs/common/DataGrid.h"
 #include "services/KeyCodes.h"
-#include "services/Ruttb.h"
 #include "services/Text.h"
 
 namespace ambrel {
@@ -39,8 +39,7 @@ void searchWhileTyping(QLineEdit& edit, std::uint16_t key, dbase::Dataset& table
     if (!text) {
         return;
     }
-    // Past the last key the search fails and leaves the table on its last record, the nearest there is.
-    static_cast<void>(TBBusca(table, {{keyField, *text}}, nearestSearch));
+    dbase::goToNearest(table, {{keyField, *text}});
     grid.refresh();
 }
 
