@@ -1,20 +1,11 @@
 // The two walks over the rows of a street.
 #include "controller/NumberWalk.h"
 
-#include "controller/NumberRange.h"
+#include "controller/StreetRecord.h"
+#include "dbase/dataset/row_walk.h"
 #include "dbase/lock/read_scope.h"
 
 namespace ambrel {
-namespace {
-
-bool currentRowHolds(const TDMCodPostales& tables, int number) {
-    const StretchRanges ranges{
-        .odd = {tables.tbPostalIMPAR_INI.integer(), tables.tbPostalIMPAR_FIN.integer()},
-        .even = {tables.tbPostalPAR_INI.integer(), tables.tbPostalPAR_FIN.integer()}};
-    return ranges.hold(number);
-}
-
-} // namespace
 
 bool walkToNumber(TDMCodPostales& tables, int number) {
     const dbase::ReadScope scope;
@@ -23,16 +14,16 @@ bool walkToNumber(TDMCodPostales& tables, int number) {
     }
     const std::string name = tables.tbPostalVIA.text();
     const std::string type = tables.tbPostalTIPO_VIA.text();
+    const auto isOfStreet = [&] {
+        return tables.tbPostalVIA.view() == name && tables.tbPostalTIPO_VIA.view() == type;
+    };
     // Deliberate: no test for the end of the table; the walk ends there because a step no longer moves.
-    do {
-        if (tables.tbPostalVIA.text() != name || tables.tbPostalTIPO_VIA.text() != type) {
-            tables.tbPostal.prior();
-            return false;
-        }
-        if (currentRowHolds(tables, number)) {
-            return true;
-        }
-    } while (tables.tbPostal.next());
+    if (dbase::walkTo(tables.tbPostal, isOfStreet, [&] { return rangesOf(tables).hold(number); })) {
+        return true;
+    }
+    if (!isOfStreet()) {
+        tables.tbPostal.prior();
+    }
     return false;
 }
 
@@ -43,15 +34,14 @@ bool walkToNumberWithoutType(TDMCodPostales& tables, int number) {
     }
     const std::string name = tables.tbPostalVIA.text();
     const dbase::Bookmark start = tables.tbPostal.bookmark();
-    do {
-        if (tables.tbPostalVIA.text() != name) {
-            break;
-        }
-        // Deliberate: only rows without type are considered, whatever type the walk began with.
-        if (tables.tbPostalTIPO_VIA.text().empty() && currentRowHolds(tables, number)) {
-            return true;
-        }
-    } while (tables.tbPostal.next());
+    const auto hasName = [&] { return tables.tbPostalVIA.view() == name; };
+    // Deliberate: only rows without a type are considered, whatever type the walk began with.
+    const auto isWanted = [&] {
+        return tables.tbPostalTIPO_VIA.view().empty() && rangesOf(tables).hold(number);
+    };
+    if (dbase::walkTo(tables.tbPostal, hasName, isWanted)) {
+        return true;
+    }
     tables.tbPostal.goTo(start);
     return false;
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "controller/ClasCodPostales.h"
+#include "controller/NumberRange.h"
 #include "data/CodPostalesDM.h"
 #include "dialogs/FichaViaParts.h"
 #include "dialogs/common/ProvinceItems.h"
@@ -162,11 +163,15 @@ bool TFFichaVia::Parts::checkTexts() {
 }
 
 void TFFichaVia::Parts::fillEmptyNumbers() {
-    const std::initializer_list<std::pair<BoundEdit*, const char*>> defaults = {
-        {ui.DBEImparIni, "1"}, {ui.DBEImparFin, "9999"}, {ui.DBEParIni, "2"}, {ui.DBEParFin, "9998"}};
+    using ambrel::wholeStreet;
+    const std::initializer_list<std::pair<BoundEdit*, int>> defaults = {
+        {ui.DBEImparIni, wholeStreet.odd.first},
+        {ui.DBEImparFin, wholeStreet.odd.last},
+        {ui.DBEParIni, wholeStreet.even.first},
+        {ui.DBEParFin, wholeStreet.even.last}};
     for (const auto& [edit, number] : defaults) {
         if (edit->text().trimmed().isEmpty()) {
-            edit->setText(QLatin1String(number));
+            edit->setText(QString::number(number));
         }
     }
 }

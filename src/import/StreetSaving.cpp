@@ -7,6 +7,7 @@
 #include "controller/StreetRecord.h"
 #include "data/CodPostalesDM.h"
 #include "data/Province.h"
+#include "dbase/dataset/row_walk.h"
 #include "dbase/dbf/codec.h"
 #include "dbase/lock/read_scope.h"
 #include "dbase/system/error.h"
@@ -23,7 +24,10 @@ struct StoredForm {
     std::string province, postalCode, type, name;
     int oddFirst, oddLast, evenFirst, evenLast; // all 0: the whole street
 
-    [[nodiscard]] bool isWholeStreet() const { return !oddFirst && !oddLast && !evenFirst && !evenLast; }
+    [[nodiscard]] StretchRanges ranges() const {
+        return {.odd = {oddFirst, oddLast}, .even = {evenFirst, evenLast}};
+    }
+    [[nodiscard]] bool isWholeStreet() const { return ranges() == StretchRanges(); }
 };
 
 /// A text as read back from a character column of this width: cut, without trailing blanks.
@@ -62,66 +66,43 @@ bool hasName(TDMCodPostales& tables, const StoredForm& form) {
            UpperCase(tables.tbPostalVIA.text()) == form.name;
 }
 
-bool hasRanges(TDMCodPostales& tables, int odd, int oddEnd, int even, int evenEnd) {
-    return tables.tbPostalIMPAR_INI.integer() == odd && tables.tbPostalIMPAR_FIN.integer() == oddEnd &&
-           tables.tbPostalPAR_INI.integer() == even && tables.tbPostalPAR_FIN.integer() == evenEnd;
-}
-
 bool isSameStreet(TDMCodPostales& tables, const StoredForm& form) {
     if (tables.tbPostalCODPOSTAL.view() != form.postalCode ||
         UpperCase(tables.tbPostalTIPO_VIA.text()) != form.type) {
         return false;
     }
-    return hasRanges(tables, form.oddFirst, form.oddLast, form.evenFirst, form.evenLast) ||
-           (form.isWholeStreet() && hasRanges(tables, firstOdd, lastOdd, firstEven, lastEven));
+    const StretchRanges stored = rangesOf(tables);
+    return stored == form.ranges() || (form.isWholeStreet() && stored == wholeStreet);
+}
+
+/// Goes to the first street of that name for which `isWanted` holds; false when there is none.
+template<typename IsWanted>
+bool walkToOne(TDMCodPostales& tables, const StoredForm& form, IsWanted isWanted) {
+    const dbase::ReadScope scope;
+    return goToName(tables, form) && dbase::walkTo(
+                                         tables.tbPostal, [&] { return hasName(tables, form); }, isWanted);
 }
 
 /// Whether POSTAL contains the street as it would be written.
 bool ExisteViaIgual(TDMCodPostales& tables, const StoredForm& form) {
-    const dbase::ReadScope scope;
-    if (!goToName(tables, form)) {
-        return false;
-    }
-    do {
-        if (!hasName(tables, form)) {
-            return false;
-        }
-        if (isSameStreet(tables, form)) {
-            return true;
-        }
-    } while (tables.tbPostal.next());
-    return false;
+    return walkToOne(tables, form, [&] { return isSameStreet(tables, form); });
 }
 
 /// Moves to the street of that name with one of the postal codes; false if there is none.
 bool ExisteViaEnMunicipio(TDMCodPostales& tables, const StoredForm& form,
                           const std::vector<std::string>& codes) {
-    const dbase::ReadScope scope;
-    if (!goToName(tables, form)) {
-        return false;
-    }
-    do {
-        if (!hasName(tables, form)) {
-            return false;
-        }
-        if (std::ranges::find(codes, tables.tbPostalCODPOSTAL.view()) != codes.end()) {
-            return true;
-        }
-    } while (tables.tbPostal.next());
-    return false;
+    return walkToOne(tables, form, [&] {
+        return std::ranges::find(codes, tables.tbPostalCODPOSTAL.view()) != codes.end();
+    });
 }
 
 void append(TDMCodPostales& tables, const StoredForm& form) {
-    const bool whole = form.isWholeStreet();
     tables.tbPostal.append();
     tables.tbPostalPROVINCIA.setText(form.province);
     tables.tbPostalCAPITAL.setText(localityMark); // Deliberate: whatever the municipality's own mark is
     tables.tbPostalTIPO_VIA.setText(form.type);
     tables.tbPostalVIA.setText(form.name);
-    tables.tbPostalIMPAR_INI.setInteger(whole ? firstOdd : form.oddFirst);
-    tables.tbPostalIMPAR_FIN.setInteger(whole ? lastOdd : form.oddLast);
-    tables.tbPostalPAR_INI.setInteger(whole ? firstEven : form.evenFirst);
-    tables.tbPostalPAR_FIN.setInteger(whole ? lastEven : form.evenLast);
+    setRanges(tables, form.isWholeStreet() ? wholeStreet : form.ranges());
     tables.tbPostalCODPOSTAL.setText(form.postalCode);
 }
 
@@ -135,14 +116,9 @@ void visitMunicipality(const std::string& database, const std::string& name, con
     if (!TBBusca(*table, {{"NOMBRE", name}}, exactSearch)) {
         return;
     }
-    do {
-        if (municipalityName.view() != name) {
-            return;
-        }
-        if (municipalityProvince.view() == province && !visit(*table)) {
-            return;
-        }
-    } while (table->next());
+    const auto hasName = [&] { return municipalityName.view() == name; };
+    const auto isLast = [&] { return municipalityProvince.view() == province && !visit(*table); };
+    dbase::walkTo(*table, hasName, isLast);
 }
 
 } // namespace
