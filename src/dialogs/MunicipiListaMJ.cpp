@@ -2,10 +2,10 @@
 #include "dialogs/MunicipiListaMJ.h"
 
 #include <QFontMetrics>
-#include <QShowEvent>
 
 #include "data/MunicipiDM.h"
 #include "dialogs/common/FocusHelp.h"
+#include "dialogs/common/FormEvents.h"
 #include "dialogs/common/FormKeys.h"
 #include "dialogs/common/IncrementalSearch.h"
 #include "dialogs/common/LastColumn.h"
@@ -67,6 +67,8 @@ TFMunicipiListaMJ::~TFMunicipiListaMJ() { ui_->DBGMUNICIMJ->setDataSource(nullpt
 
 void TFMunicipiListaMJ::connectControls() {
     using ambrel::guarded;
+    new ambrel::FormEvents(
+        *this, [this] { FormShow(); }, [this] { FormResize(); });
     new ambrel::FormKeys(*this, *ui_->BBCancelar);
     help_->watchEdit(
         ui_->ENOMBRE, [this] { ENOMBREEnter(); }, [this] { Dejafoco(); });
@@ -81,20 +83,6 @@ void TFMunicipiListaMJ::connectControls() {
             guarded([this] { DBGMUNICIMJDblClick(); }));
     connect(ui_->BBAceptar, &QPushButton::clicked, this, guarded([this] { BBAceptarClick(); }));
     connect(ui_->BBCancelar, &QPushButton::clicked, this, guarded([this] { BBCancelarClick(); }));
-}
-
-void TFMunicipiListaMJ::reject() { done(ambrel::cancelledResult); }
-
-void TFMunicipiListaMJ::showEvent(QShowEvent* event) {
-    QDialog::showEvent(event);
-    if (!event->spontaneous()) { // a window restored to the screen stays as it is
-        ambrel::runGuarded([this] { FormShow(); });
-    }
-}
-
-void TFMunicipiListaMJ::resizeEvent(QResizeEvent* event) {
-    QDialog::resizeEvent(event);
-    ambrel::runGuarded([this] { FormResize(); });
 }
 
 void TFMunicipiListaMJ::FormShow() {

@@ -27,12 +27,6 @@ public:
     explicit TFMunicipiListaMJ(QWidget* owner = nullptr);
     ~TFMunicipiListaMJ() override;
 
-    void reject() override;
-
-protected:
-    void showEvent(QShowEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-
 private:
     void connectControls();
 

@@ -1,13 +1,14 @@
 // The list of provinces or countries.
 #include "dialogs/ProvList.h"
 
-#include <QShowEvent>
 #include <optional>
 #include <string>
 
 #include "data/Province.h"
+#include "dbase/dataset/go_to.h"
 #include "dialogs/common/FixedWidth.h"
 #include "dialogs/common/FocusHelp.h"
+#include "dialogs/common/FormEvents.h"
 #include "dialogs/common/FormKeys.h"
 #include "dialogs/common/IncrementalSearch.h"
 #include "dialogs/common/LastColumn.h"
@@ -57,6 +58,8 @@ TFProvList::TFProvList(QWidget* owner)
         {{.field = "DATO", .title = QStringLiteral("Código y nombre"), .tags = {byCode, byName}}});
     ui_->DBGProvincias->setDataSource(&DSProvin);
 
+    new ambrel::FormEvents(
+        *this, [this] { FormShow(); }, [this] { FormResize(); });
     new ambrel::FixedWidth(*this, normalWidth, normalLeastHeight, *ui_->SBAyuda);
     new ambrel::FormKeys(*this, *ui_->BBCancelar,
                          [this](std::uint16_t key, Qt::KeyboardModifiers) { return FormKeyDown(key); });
@@ -96,20 +99,6 @@ void TFProvList::Configura(const QString& caption, const QString& heading, int p
     }
 }
 
-void TFProvList::reject() { done(ambrel::cancelledResult); }
-
-void TFProvList::showEvent(QShowEvent* event) {
-    QDialog::showEvent(event);
-    if (!event->spontaneous()) { // a window restored to the screen stays as it is
-        ambrel::runGuarded([this] { FormShow(); });
-    }
-}
-
-void TFProvList::resizeEvent(QResizeEvent* event) {
-    QDialog::resizeEvent(event);
-    ambrel::runGuarded([this] { FormResize(); });
-}
-
 bool TFProvList::FormKeyDown(std::uint16_t key) { return ambrel::enterMovesOn(*this, key); }
 
 void TFProvList::FormShow() { FormResize(); }
@@ -143,7 +132,7 @@ void TFProvList::seekText() {
     if (TProvin.tag() == byName) {
         // Deliberate: in name order an empty text is sought too, and goes to the first name.
         if (const std::optional<std::string> name = ambrel::toWindows1252(text)) {
-            static_cast<void>(TBBusca(TProvin, {{"PROVINCIA", *name}}, nearestSearch));
+            dbase::goToNearest(TProvin, {{"PROVINCIA", *name}});
         }
         return;
     }
@@ -151,7 +140,7 @@ void TFProvList::seekText() {
     // shows no message.
     bool isNumber = false;
     if (const int code = text.toInt(&isNumber); isNumber && Int_Cad(code).size() <= codeWidth) {
-        static_cast<void>(TBBusca(TProvin, {{"CODIGO", code}}, nearestSearch));
+        dbase::goToNearest(TProvin, {{"CODIGO", code}});
     }
 }
 

@@ -42,12 +42,6 @@ public:
     dbase::Field& TProvinDATO = TProvin.addCalculated("DATO", 27);
     dbase::DataSource DSProvin{&TProvin};
 
-    void reject() override;
-
-protected:
-    void showEvent(QShowEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-
 private:
     [[nodiscard]] bool FormKeyDown(std::uint16_t key);
     void FormShow();

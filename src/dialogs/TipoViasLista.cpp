@@ -1,12 +1,12 @@
 // The list of street types.
 #include "dialogs/TipoViasLista.h"
 
-#include <QShowEvent>
 #include <algorithm>
 
 #include "data/ViasDM.h"
 #include "dialogs/common/FixedWidth.h"
 #include "dialogs/common/FocusHelp.h"
+#include "dialogs/common/FormEvents.h"
 #include "dialogs/common/FormKeys.h"
 #include "dialogs/common/IncrementalSearch.h"
 #include "dialogs/common/LastColumn.h"
@@ -38,6 +38,8 @@ TFTipoViasLista::TFTipoViasLista(QWidget* owner)
          {.field = "NOMBRE", .title = QStringLiteral("Nombre")}});
     ui_->DBGTIPO_VIA->setDataSource(&DMVias->dsTipo_Via);
 
+    new ambrel::FormEvents(
+        *this, [this] { FormShow(); }, [this] { FormResize(); });
     new ambrel::FixedWidth(*this, normalWidth, normalLeastHeight, *ui_->SBAyuda);
     new ambrel::FormKeys(*this, *ui_->BBCancelar);
     auto* const help = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
@@ -57,20 +59,6 @@ TFTipoViasLista::TFTipoViasLista(QWidget* owner)
 }
 
 TFTipoViasLista::~TFTipoViasLista() = default;
-
-void TFTipoViasLista::reject() { done(ambrel::cancelledResult); }
-
-void TFTipoViasLista::showEvent(QShowEvent* event) {
-    QDialog::showEvent(event);
-    if (!event->spontaneous()) { // a window restored to the screen stays as it is
-        ambrel::runGuarded([this] { FormShow(); });
-    }
-}
-
-void TFTipoViasLista::resizeEvent(QResizeEvent* event) {
-    QDialog::resizeEvent(event);
-    ambrel::runGuarded([this] { FormResize(); });
-}
 
 void TFTipoViasLista::FormShow() {
     ambrel::DataGrid& grid = *ui_->DBGTIPO_VIA;

@@ -24,12 +24,6 @@ public:
     explicit TFTipoViasLista(QWidget* owner = nullptr);
     ~TFTipoViasLista() override;
 
-    void reject() override;
-
-protected:
-    void showEvent(QShowEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-
 private:
     void FormShow();
     void FormResize();
