@@ -1,18 +1,15 @@
 // The list of municipalities that the controller shows.
 #include "dialogs/BuscarMunicipios.h"
 
-#include <QShowEvent>
-
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
 #include "dialogs/MunicipalityColumns.h"
+#include "dialogs/MunicipalityListWiring.h"
 #include "dialogs/common/FocusHelp.h"
 #include "dialogs/common/FormKeys.h"
 #include "dialogs/common/IncrementalSearch.h"
 #include "dialogs/common/LastColumn.h"
 #include "dialogs/common/ModalDialog.h"
-#include "services/EventGuard.h"
-#include "services/KeyUpEvents.h"
 #include "services/TagProperty.h"
 #include "ui_BuscarMunicipios.h"
 
@@ -23,48 +20,12 @@ TFBuscarMunicipios::TFBuscarMunicipios(QWidget* owner, TClassCodPostales& contro
     ui_->DBGMUNICIPI->setColumns(ambrel::municipalityColumns());
     ui_->DBGMUNICIPI->setDataSource(&DSMunicipi);
     help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
-    connectControls();
+    ambrel::MunicipalityListWiring::connectControls(*this);
+    help_->watchGrid(ui_->DBGMUNICIPI);
+    new ambrel::FormKeys(*this, *ui_->BBCancelar);
 }
 
 TFBuscarMunicipios::~TFBuscarMunicipios() { ui_->DBGMUNICIPI->setDataSource(nullptr); }
-
-void TFBuscarMunicipios::connectControls() {
-    using ambrel::guarded;
-    new ambrel::FormKeys(*this, *ui_->BBCancelar);
-    watchEdit(ui_->ECODINE, &TFBuscarMunicipios::ECODINEEnter);
-    watchEdit(ui_->ECODPOSTAL, &TFBuscarMunicipios::ECODPOSTALEnter);
-    watchEdit(ui_->ENOMBRE, &TFBuscarMunicipios::ENOMBREEnter);
-    help_->watchGrid(ui_->DBGMUNICIPI);
-    help_->watchButton(ui_->BBAceptar);
-    help_->watchButton(ui_->BBCancelar);
-    connect(ui_->DBGMUNICIPI, &ambrel::DataGrid::titleClicked, this,
-            guarded([this](int column) { DBGMUNICIPITitleClick(column); }));
-    connect(ui_->DBGMUNICIPI, &ambrel::DataGrid::rowDoubleClicked, this,
-            guarded([this] { DBGMUNICIPIDblClick(); }));
-    connect(ui_->BBAceptar, &QPushButton::clicked, this, guarded([this] { BBAceptarClick(); }));
-    connect(ui_->BBCancelar, &QPushButton::clicked, this, guarded([this] { BBCancelarClick(); }));
-}
-
-void TFBuscarMunicipios::watchEdit(QLineEdit* edit, void (TFBuscarMunicipios::*enter)()) {
-    help_->watchEdit(
-        edit, [this, enter] { (this->*enter)(); }, [this, edit] { Dejafoco(edit); });
-    ambrel::KeyUpEvents::watch(
-        edit, [this, edit](std::uint16_t& key, Qt::KeyboardModifiers) { ECODINEKeyUp(*edit, key); });
-}
-
-void TFBuscarMunicipios::reject() { done(ambrel::cancelledResult); }
-
-void TFBuscarMunicipios::showEvent(QShowEvent* event) {
-    QDialog::showEvent(event);
-    if (!event->spontaneous()) { // a window restored to the screen stays as it is
-        ambrel::runGuarded([this] { FormShow(); });
-    }
-}
-
-void TFBuscarMunicipios::resizeEvent(QResizeEvent* event) {
-    QDialog::resizeEvent(event);
-    ambrel::runGuarded([this] { FormResize(); });
-}
 
 void TFBuscarMunicipios::FormShow() {
     dbase::Dataset& table = controller_.DM->tbMunicipi;

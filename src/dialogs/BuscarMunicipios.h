@@ -15,7 +15,8 @@ class TFBuscarMunicipios;
 }
 namespace ambrel {
 class FocusHelp;
-}
+struct MunicipalityListWiring;
+} // namespace ambrel
 
 /// Browses a controller's municipalities and changes their order through the controller. The answer is the
 /// table's current record.
@@ -28,15 +29,8 @@ public:
     TFBuscarMunicipios(QWidget* owner, TClassCodPostales& controller);
     ~TFBuscarMunicipios() override;
 
-    void reject() override;
-
-protected:
-    void showEvent(QShowEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-
 private:
-    void connectControls();
-    void watchEdit(QLineEdit* edit, void (TFBuscarMunicipios::*enter)());
+    friend struct ambrel::MunicipalityListWiring;
 
     void FormShow();
     void FormResize();

@@ -1,17 +1,14 @@
 // The list of municipalities shown by the lookup routines.
 #include "dialogs/MunicipiLista.h"
 
-#include <QShowEvent>
-
 #include "data/MunicipiDM.h"
 #include "dialogs/MunicipalityColumns.h"
+#include "dialogs/MunicipalityListWiring.h"
 #include "dialogs/common/FocusHelp.h"
 #include "dialogs/common/FormKeys.h"
 #include "dialogs/common/IncrementalSearch.h"
 #include "dialogs/common/LastColumn.h"
 #include "dialogs/common/ModalDialog.h"
-#include "services/EventGuard.h"
-#include "services/KeyUpEvents.h"
 #include "services/Ruttb.h"
 #include "services/TagProperty.h"
 #include "ui_MunicipiLista.h"
@@ -23,50 +20,14 @@ TFMunicipiLista::TFMunicipiLista(QWidget* owner)
     ui_->DBGMUNICIPI->setColumns(ambrel::municipalityColumns());
     ui_->DBGMUNICIPI->setDataSource(&DMMunicipi->dsMunicipi);
     help_ = new ambrel::FocusHelp(*this, *ui_->SBAyuda);
-    connectControls();
+    ambrel::MunicipalityListWiring::connectControls(*this);
+    // Deliberate: Enter moves on in this list and never accepts, although the form's text says that it does.
+    new ambrel::FormKeys(*this, *ui_->BBCancelar,
+                         [this](std::uint16_t key, Qt::KeyboardModifiers) { return FormKeyDown(key); });
     ambrel::focusEditOfTag(table_.tag(), {ui_->ECODINE, ui_->ECODPOSTAL, ui_->ENOMBRE});
 }
 
 TFMunicipiLista::~TFMunicipiLista() { ui_->DBGMUNICIPI->setDataSource(nullptr); }
-
-void TFMunicipiLista::connectControls() {
-    using ambrel::guarded;
-    // Deliberate: Enter moves on in this list and never accepts, although the form's text says that it does.
-    new ambrel::FormKeys(*this, *ui_->BBCancelar,
-                         [this](std::uint16_t key, Qt::KeyboardModifiers) { return FormKeyDown(key); });
-    watchEdit(ui_->ECODINE, &TFMunicipiLista::ECODINEEnter);
-    watchEdit(ui_->ECODPOSTAL, &TFMunicipiLista::ECODPOSTALEnter);
-    watchEdit(ui_->ENOMBRE, &TFMunicipiLista::ENOMBREEnter);
-    help_->watchButton(ui_->BBAceptar);
-    help_->watchButton(ui_->BBCancelar);
-    connect(ui_->DBGMUNICIPI, &ambrel::DataGrid::titleClicked, this,
-            guarded([this](int column) { DBGMUNICIPITitleClick(column); }));
-    connect(ui_->DBGMUNICIPI, &ambrel::DataGrid::rowDoubleClicked, this,
-            guarded([this] { DBGMUNICIPIDblClick(); }));
-    connect(ui_->BBAceptar, &QPushButton::clicked, this, guarded([this] { BBAceptarClick(); }));
-    connect(ui_->BBCancelar, &QPushButton::clicked, this, guarded([this] { BBCancelarClick(); }));
-}
-
-void TFMunicipiLista::watchEdit(QLineEdit* edit, void (TFMunicipiLista::*enter)()) {
-    help_->watchEdit(
-        edit, [this, enter] { (this->*enter)(); }, [this, edit] { Dejafoco(edit); });
-    ambrel::KeyUpEvents::watch(
-        edit, [this, edit](std::uint16_t& key, Qt::KeyboardModifiers) { ECODINEKeyUp(*edit, key); });
-}
-
-void TFMunicipiLista::reject() { done(ambrel::cancelledResult); }
-
-void TFMunicipiLista::showEvent(QShowEvent* event) {
-    QDialog::showEvent(event);
-    if (!event->spontaneous()) { // a window restored to the screen stays as it is
-        ambrel::runGuarded([this] { FormShow(); });
-    }
-}
-
-void TFMunicipiLista::resizeEvent(QResizeEvent* event) {
-    QDialog::resizeEvent(event);
-    ambrel::runGuarded([this] { FormResize(); });
-}
 
 void TFMunicipiLista::FormShow() {
     ambrel::settleMunicipalityColumns(*ui_->DBGMUNICIPI);

@@ -13,7 +13,8 @@ class TFMunicipiLista;
 }
 namespace ambrel {
 class FocusHelp;
-}
+struct MunicipalityListWiring;
+} // namespace ambrel
 namespace dbase {
 class Dataset;
 }
@@ -28,15 +29,8 @@ public:
     explicit TFMunicipiLista(QWidget* owner = nullptr);
     ~TFMunicipiLista() override;
 
-    void reject() override;
-
-protected:
-    void showEvent(QShowEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-
 private:
-    void connectControls();
-    void watchEdit(QLineEdit* edit, void (TFMunicipiLista::*enter)());
+    friend struct ambrel::MunicipalityListWiring;
 
     void FormShow();
     void FormResize();
