@@ -14,20 +14,20 @@
 
 #include "data/PostalTables.h"
 #include "dialogs/DialogTexts.h"
+#include "dialogs/SmallList.h"
 #include "dialogs/common/DataGrid.h"
 #include "support/ModalScript.h"
 #include "support/ScriptedMessages.h"
 #include "support/ShownWindow.h"
-#include "support/Typing.h"
 
 namespace {
 
 using ambrel::test::child;
 using ambrel::test::ModalScript;
 
-class ProvinceList : public postal_tests::PostalTables {
+class ProvinceList : public postal_tests::PostalTables, protected dialog_tests::SmallList<TFProvList> {
 protected:
-    ProvinceList() {
+    ProvinceList() : SmallList("E_BUSQUEDA", "DBGProvincias") {
         addProvinces({{"001", "ALAVA/ARABA"},
                       {"002", "ALBACETE"},
                       {"007", "BALEARS, ILLES"},
@@ -58,20 +58,8 @@ protected:
         ambrel::test::showActive(list);
     }
 
-    void type(const QString& text) { ambrel::test::typeInto(search, text); }
-    void press(int key) { QTest::keyClick(&search, static_cast<Qt::Key>(key)); }
     /// The grid's current row.
     [[nodiscard]] std::string current() const { return grid.cellText(grid.currentRow(), 0).toStdString(); }
-    void doubleClickCurrentRow() {
-        QTest::mouseDClick(&grid, Qt::LeftButton, {}, grid.cellRect(grid.currentRow(), 0).center());
-    }
-
-    TFProvList list;
-    QLineEdit& search = child<QLineEdit>(list, "E_BUSQUEDA");
-    ambrel::DataGrid& grid = child<ambrel::DataGrid>(list, "DBGProvincias");
-    QPushButton& accept = child<QPushButton>(list, "BBAceptar");
-    QPushButton& cancel = child<QPushButton>(list, "BBCancelar");
-    QStatusBar& help = child<QStatusBar>(list, "SBAyuda");
 };
 
 TEST_F(ProvinceList, WithoutOwnerTheActiveWindowIsTheParent) {

@@ -1,4 +1,5 @@
 // TFTipoViasLista with real keys and clicks.
+#include "dialogs/SmallList.h"
 #include "dialogs/TipoViasLista.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +19,6 @@
 #include "dialogs/common/DataGrid.h"
 #include "support/ModalScript.h"
 #include "support/ShownWindow.h"
-#include "support/Typing.h"
 
 namespace {
 
@@ -53,27 +53,22 @@ public:
     dbase::Dataset& table = module_.tbTipo_Via;
 };
 
-class StreetTypeList : public postal_tests::PostalTables {
+struct WithStreetTypes {
+    StreetTypes types;
+};
+
+class StreetTypeList : public postal_tests::PostalTables,
+                       protected WithStreetTypes,
+                       protected dialog_tests::SmallList<TFTipoViasLista> {
 protected:
+    StreetTypeList() : SmallList("EBUSCA", "DBGTIPO_VIA") {}
+
     void show() { ambrel::test::showActive(list); }
-    void type(const QString& text) { ambrel::test::typeInto(search, text); }
-    void press(int key) { QTest::keyClick(&search, static_cast<Qt::Key>(key)); }
     /// The grid's current row.
     [[nodiscard]] std::string current() const {
         const int row = grid.currentRow();
         return (grid.cellText(row, 0) + " " + grid.cellText(row, 1)).toStdString();
     }
-    void doubleClickCurrentRow() {
-        QTest::mouseDClick(&grid, Qt::LeftButton, {}, grid.cellRect(grid.currentRow(), 1).center());
-    }
-
-    StreetTypes types;
-    TFTipoViasLista list;
-    QLineEdit& search = child<QLineEdit>(list, "EBUSCA");
-    ambrel::DataGrid& grid = child<ambrel::DataGrid>(list, "DBGTIPO_VIA");
-    QPushButton& accept = child<QPushButton>(list, "BBAceptar");
-    QPushButton& cancel = child<QPushButton>(list, "BBCancelar");
-    QStatusBar& help = child<QStatusBar>(list, "SBAyuda");
 };
 
 TEST_F(StreetTypeList, WithoutOwnerTheActiveWindowIsTheParent) {
