@@ -45,7 +45,7 @@ TEST(StreetSearchKey, NameInAPaddedKeyIsCutAndHasNoTrailingBlanks) {
     EXPECT_EQ(nameInKey("MAYOR"), "MAYOR");
     EXPECT_EQ(nameInKey(" MAYOR  "), " MAYOR");
     EXPECT_EQ(nameInKey(std::string(46, 'X')), std::string(45, 'X'));
-    EXPECT_EQ(nameInKey(std::string(44, 'X') + " X"), std::string(44, 'X'));
+    EXPECT_EQ(nameInKey(std::string(44, 'X').append(" X")), std::string(44, 'X'));
     EXPECT_EQ(nameInKey("   "), "");
     EXPECT_EQ(nameInKey(""), "");
 }
