@@ -361,7 +361,7 @@ TEST_F(DataGridChangesTest, FaultOfACalculationIsToldOnceUntilARefreshSucceeds) 
 
 TEST_F(DataGridChangesTest, ColumnThatTheTableLacksIsTold) {
     start(30);
-    messages.expect(QString::fromStdString(file() + ": no hay ningún campo \"NONE\""),
+    messages.expect(QString::fromStdString(file() + ": no hay ningún campo «NONE»"),
                     QStringLiteral("Atención"));
     grid->setColumns({{"NONE", "None"}});
     QCoreApplication::processEvents();

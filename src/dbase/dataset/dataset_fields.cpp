@@ -63,7 +63,7 @@ Field& Dataset::field(std::string_view name) {
         return *found;
     }
     throw Error(ErrorCode::NotFound, open_ ? open_->path() : table_,
-                "no hay ningún campo \"" + std::string(name) + "\"");
+                "no hay ningún campo «" + std::string(name) + "»");
 }
 
 std::vector<Field*> Dataset::fields() {

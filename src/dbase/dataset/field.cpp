@@ -51,7 +51,7 @@ std::span<char> Field::rawForWriting() {
 
 void Field::refuse(const std::string& value) const {
     throw Error(ErrorCode::BadValue, dataset_->tableName(),
-                "el valor \"" + value + "\" no cabe en el campo " + name_);
+                "el valor «" + value + "» no cabe en el campo " + name_);
 }
 
 // --- Reading

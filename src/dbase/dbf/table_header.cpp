@@ -52,16 +52,16 @@ std::string decodeName(Bytes descriptor, std::size_t offset, const std::string& 
     }
     const std::string place = "la columna descrita en la posición " + std::to_string(offset);
     if (name.size() > maxNameLength) {
-        refuse(file, "el nombre de " + place + " no termina.");
+        refuse(file, "el nombre de " + place + " no termina");
     }
     while (!name.empty() && name.back() == ' ') {
         name.pop_back();
     }
     if (name.empty()) {
-        refuse(file, place + " no tiene nombre.");
+        refuse(file, place + " no tiene nombre");
     }
     if (std::any_of(name.begin(), name.end(), [](char c) { return (c >= 0 && c <= ' ') || c == 0x7F; })) {
-        refuse(file, "el nombre de " + place + " («" + shown(name) + "») tiene caracteres no válidos.");
+        refuse(file, "el nombre de " + place + " («" + shown(name) + "») tiene caracteres no válidos");
     }
     return name;
 }
@@ -74,12 +74,12 @@ Column decodeColumn(Bytes descriptor, std::size_t offset, const std::string& fil
     column.name = decodeName(descriptor, offset, file);
     const std::string title = "la columna " + shown(column.name);
     if (!isKnownType(descriptor[dbf::columnType])) {
-        refuse(file, title + " es de un tipo desconocido (" + hex(load8(descriptor, dbf::columnType)) + ").");
+        refuse(file, title + " es de un tipo desconocido (" + hex(load8(descriptor, dbf::columnType)) + ")");
     }
     column.type = static_cast<ColumnType>(descriptor[dbf::columnType]);
     column.width = load8(descriptor, dbf::columnWidth);
     if (column.width == 0) {
-        refuse(file, title + " tiene anchura cero.");
+        refuse(file, title + " tiene anchura cero");
     }
     const std::uint16_t fixedWidth = column.type == ColumnType::Logical ? 1
                                      : column.type == ColumnType::Date  ? 8
@@ -87,13 +87,13 @@ Column decodeColumn(Bytes descriptor, std::size_t offset, const std::string& fil
                                                                         : column.width;
     if (column.width != fixedWidth) {
         refuse(file, title + " tiene anchura " + std::to_string(column.width) + " y su tipo exige " +
-                         std::to_string(fixedWidth) + ".");
+                         std::to_string(fixedWidth));
     }
     if (column.isNumber()) { // in character columns other programs use this byte for other things
         column.decimals = load8(descriptor, dbf::columnDecimals);
         if (column.decimals >= column.width) {
             refuse(file, title + " tiene anchura " + std::to_string(column.width) + " y " +
-                             std::to_string(column.decimals) + " decimales, que no caben.");
+                             std::to_string(column.decimals) + " decimales, que no caben");
         }
     }
     return column;
@@ -104,36 +104,36 @@ void decodeColumns(Schema& schema, Bytes bytes, const std::string& file) {
     std::size_t recordLength = 1;
     for (;; offset += dbf::descriptorSize) {
         if (offset >= schema.headerLength) {
-            refuse(file, "falta la marca de fin de la lista de columnas (0x0D).");
+            refuse(file, "falta la marca de fin de la lista de columnas (0x0D)");
         }
         if (bytes[offset] == dbf::endOfColumns) {
             break;
         }
         if (offset + dbf::descriptorSize > schema.headerLength) {
-            refuse(file, "la lista de columnas está cortada en la posición " + std::to_string(offset) + ".");
+            refuse(file, "la lista de columnas está cortada en la posición " + std::to_string(offset));
         }
         if (schema.columns.size() == maxColumns) {
-            refuse(file, "hay más de 255 columnas.");
+            refuse(file, "hay más de 255 columnas");
         }
         Column column = decodeColumn(bytes.subspan(offset, dbf::descriptorSize), offset, file);
         if (schema.find(column.name)) {
-            refuse(file, "la columna " + shown(column.name) + " está repetida.");
+            refuse(file, "la columna " + shown(column.name) + " está repetida");
         }
         if (recordLength + column.width > schema.recordLength) {
             refuse(file, "la columna " + shown(column.name) + " se sale del registro, que es de " +
-                             std::to_string(schema.recordLength) + " bytes.");
+                             std::to_string(schema.recordLength) + " bytes");
         }
         column.offset = static_cast<std::uint16_t>(recordLength);
         recordLength += column.width;
         schema.columns.push_back(std::move(column));
     }
     if (schema.columns.empty()) {
-        refuse(file, "la tabla no tiene columnas.");
+        refuse(file, "la tabla no tiene columnas");
     }
     if (recordLength != schema.recordLength) {
         refuse(file, "las columnas suman " + std::to_string(recordLength) +
                          " bytes y la cabecera dice que el registro es de " +
-                         std::to_string(schema.recordLength) + ".");
+                         std::to_string(schema.recordLength));
     }
 }
 
@@ -158,13 +158,13 @@ void checkNewWidth(const Column& column, const std::string& file) {
         smallest = largest = 8;
         break;
     case ColumnType::Memo:
-        refuse(file, title + " es un memo, y las tablas nuevas no los admiten.");
+        refuse(file, title + " es un memo, y las tablas nuevas no los admiten");
     default:
-        refuse(file, title + " es de un tipo desconocido.");
+        refuse(file, title + " es de un tipo desconocido");
     }
     if (column.width < smallest || column.width > largest) {
         refuse(file, title + " tiene anchura " + std::to_string(column.width) + "; debe estar entre " +
-                         std::to_string(smallest) + " y " + std::to_string(largest) + ".");
+                         std::to_string(smallest) + " y " + std::to_string(largest));
     }
 }
 
@@ -174,7 +174,7 @@ void checkNewName(const std::string& name, const std::string& file) {
     if (name.empty() || name.size() > maxNameLength || !isLetter(name.front()) ||
         !std::all_of(name.begin(), name.end(), isAllowed)) {
         refuse(file, "el nombre de columna «" + shown(name) +
-                         "» no vale: hasta 10 letras A-Z, cifras o «_», con una letra al principio.");
+                         "» no vale: hasta 10 letras A-Z, cifras o «_», con una letra al principio");
     }
 }
 
@@ -182,17 +182,17 @@ void checkNewName(const std::string& name, const std::string& file) {
 
 std::size_t announcedHeaderLength(std::span<const char> bytes, const std::string& file) {
     if (bytes.size() < dbf::fixedSize) {
-        refuse(file, "la cabecera está cortada: hay " + std::to_string(bytes.size()) + " bytes de 32.");
+        refuse(file, "la cabecera está cortada: hay " + std::to_string(bytes.size()) + " bytes de 32");
     }
     constexpr std::array<std::uint8_t, 4> known{0x03, 0x05, 0x83, 0x8B};
     const std::uint8_t version = load8(bytes, dbf::version);
     if (std::find(known.begin(), known.end(), version) == known.end()) {
-        refuse(file, "no es una tabla dBase III a 5 (versión " + hex(version) + ").");
+        refuse(file, "no es una tabla dBase III a 5 (versión " + hex(version) + ")");
     }
     const std::uint16_t length = load16(bytes.data() + dbf::headerLength);
     if (length < dbf::fixedSize + dbf::descriptorSize + 1) {
         refuse(file, "la cabecera dice que mide " + std::to_string(length) +
-                         " bytes, menos de lo que ocupa una columna.");
+                         " bytes, menos de lo que ocupa una columna");
     }
     return length;
 }
@@ -201,7 +201,7 @@ Schema decodeHeader(std::span<const char> bytes, HeaderCounts& counts, const std
     const std::size_t length = announcedHeaderLength(bytes, file);
     if (bytes.size() < length) {
         refuse(file, "la cabecera está cortada: anuncia " + std::to_string(length) + " bytes y hay " +
-                         std::to_string(bytes.size()) + ".");
+                         std::to_string(bytes.size()));
     }
     Schema schema;
     schema.version = load8(bytes, dbf::version);
@@ -220,10 +220,10 @@ Schema decodeHeader(std::span<const char> bytes, HeaderCounts& counts, const std
 
 void completeLayout(Schema& schema, const std::string& file) {
     if (schema.columns.empty()) {
-        refuse(file, "la tabla no tiene columnas.");
+        refuse(file, "la tabla no tiene columnas");
     }
     if (schema.columns.size() > maxColumns) {
-        refuse(file, "hay más de 255 columnas.");
+        refuse(file, "hay más de 255 columnas");
     }
     std::size_t recordLength = 1;
     for (std::size_t i = 0; i < schema.columns.size(); ++i) {
@@ -231,7 +231,7 @@ void completeLayout(Schema& schema, const std::string& file) {
         checkNewName(column.name, file);
         checkNewWidth(column, file);
         if (schema.find(column.name) != i) {
-            refuse(file, "la columna " + column.name + " está repetida.");
+            refuse(file, "la columna " + column.name + " está repetida");
         }
         if (!column.isNumber()) {
             column.decimals = 0;
@@ -239,7 +239,7 @@ void completeLayout(Schema& schema, const std::string& file) {
         column.offset = static_cast<std::uint16_t>(recordLength);
         recordLength += column.width;
         if (recordLength > maxNewRecordLength) {
-            refuse(file, "con la columna " + column.name + " el registro pasa de 4000 bytes.");
+            refuse(file, "con la columna " + column.name + " el registro pasa de 4000 bytes");
         }
     }
     schema.recordLength = static_cast<std::uint16_t>(recordLength);

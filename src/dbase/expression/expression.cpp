@@ -112,8 +112,8 @@ Expression Expression::parse(std::string_view text, const Schema& schema, Dialec
         return expression;
     } catch (const ExpressionFault& fault) {
         throw Error(ErrorCode::BadExpression, {},
-                    "Expresión «" + shown(text, schema) + "», posición " +
-                        std::to_string(fault.position + 1) + ": " + fault.text + ".");
+                    "expresión «" + shown(text, schema) + "», posición " +
+                        std::to_string(fault.position + 1) + ": " + fault.text);
     }
 }
 

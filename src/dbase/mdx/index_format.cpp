@@ -50,7 +50,7 @@ void checkDefinition(const TagDefinition& tag, const Schema& schema, std::size_t
     };
     if (tag.name.empty() || tag.name.size() > 10 ||
         !std::all_of(tag.name.begin(), tag.name.end(), isNameByte)) {
-        throw Error(ErrorCode::BadExpression, {}, "\"" + tag.name + "\" no sirve como nombre de tag");
+        throw Error(ErrorCode::BadExpression, {}, "«" + tag.name + "» no sirve como nombre de tag");
     }
     if (tag.expression.size() >= mdx::textSize || tag.condition.size() >= mdx::textSize ||
         (!tag.condition.empty() && blockBytes < mdx::tagHeaderBytes)) {

@@ -49,7 +49,7 @@ void setDatabaseFolder(std::string_view name, std::string folder) {
 std::string databaseFolder(std::string_view name) {
     const auto found = folders().find(upperName(name));
     if (found == folders().end()) {
-        throw Error(ErrorCode::NotFound, {}, "no se conoce la base de datos \"" + std::string(name) + "\"");
+        throw Error(ErrorCode::NotFound, {}, "no se conoce la base de datos «" + std::string(name) + "»");
     }
     return found->second;
 }
