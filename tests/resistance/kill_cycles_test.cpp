@@ -209,7 +209,7 @@ TEST_F(KillCycles, AWriterIsKilledWhileItReplacesTheTable) {
     run({.cycles = longForm(10, 300), .work = {.weights = {2, 1, 0, 0, 0, 5}}, .mostPosts = 6});
 }
 
-TEST_F(KillCycles, WhoMakesTheTableWholeIsKilledToo) {
+TEST_F(KillCycles, ARecoveringProgramIsKilledToo) {
     run({.cycles = longForm(20, 400), .work = {.weights = plainPosts}, .killsTheNextOpener = true});
 }
 
