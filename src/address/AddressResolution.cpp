@@ -72,14 +72,14 @@ public:
         : database_(database), typed_(typed), directory_(database) {}
 
     ResolvedAddress run() {
-        if (settleMunicipality() && settleStreet()) {
-            settleNumber();
+        if (resolveMunicipality() && resolveStreet()) {
+            resolveNumber();
         }
         return result_;
     }
 
 private:
-    bool settleMunicipality() {
+    bool resolveMunicipality() {
         result_.municipality = tidied(typed_.municipality);
         std::vector<Municipality> named = directory_.municipalitiesNamed(result_.municipality);
         if (named.empty()) {
@@ -112,7 +112,7 @@ private:
         return (ineCode.empty() || one.ineCode == ineCode) && isIn(one, tidied(typed_.province), database_);
     }
 
-    bool settleStreet() {
+    bool resolveStreet() {
         type_ = tidied(typed_.streetType);
         result_.street = tidied(typed_.street);
         stretches_ = directory_.stretches(municipality_, result_.street);
@@ -135,7 +135,7 @@ private:
         return true;
     }
 
-    void settleNumber() {
+    void resolveNumber() {
         const StreetCode code = streetCode(stretches_, municipality_.ineCode, readHouseNumber(typed_.number));
         result_.streetType = code.stretch.type;
         result_.postalCode = code.stretch.postalCode;

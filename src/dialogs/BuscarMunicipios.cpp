@@ -31,7 +31,7 @@ void TFBuscarMunicipios::FormShow() {
     dbase::Dataset& table = controller_.DM->tbMunicipi;
     DSMunicipi.setDataset(&table);
     ambrel::focusEditOfTag(table.tag(), {ui_->ECODINE, ui_->ECODPOSTAL, ui_->ENOMBRE});
-    ambrel::settleMunicipalityColumns(*ui_->DBGMUNICIPI);
+    ambrel::fitMunicipalityColumns(*ui_->DBGMUNICIPI);
     FormResize();
 }
 

@@ -31,7 +31,7 @@ std::vector<GridColumn> municipalityColumns() {
         {.field = "NOMBRE_COMPLETO", .title = nameTitle(), .tags = {keys[2]}}};
 }
 
-void settleMunicipalityColumns(DataGrid& grid) {
+void fitMunicipalityColumns(DataGrid& grid) {
     grid.setColumnTitle(nameColumn, nameTitle());
     const QFontMetrics font = grid.fontMetrics();
     for (const int column : {0, 1}) {

@@ -16,7 +16,7 @@ namespace ambrel {
 
 /// Called when the dialog is shown and the grid has its font: makes room for the codes, and sets the title of
 /// the names, which mentions entities if the configuration shows them.
-void settleMunicipalityColumns(DataGrid& grid);
+void fitMunicipalityColumns(DataGrid& grid);
 
 /// Index tag and key field for a number shared by a search edit's Tag and a column. Empty for any other.
 [[nodiscard]] std::string municipalityKey(int number);

@@ -30,7 +30,7 @@ TFMunicipiLista::TFMunicipiLista(QWidget* owner)
 TFMunicipiLista::~TFMunicipiLista() { ui_->DBGMUNICIPI->setDataSource(nullptr); }
 
 void TFMunicipiLista::FormShow() {
-    ambrel::settleMunicipalityColumns(*ui_->DBGMUNICIPI);
+    ambrel::fitMunicipalityColumns(*ui_->DBGMUNICIPI);
     FormResize();
 }
 

@@ -108,7 +108,7 @@ void AddressValidation::lookUpStreet(Writing writing) {
     if (writing == Writing::StreetsCode) {
         show(Box::Street, fromWindows1252(stretches_.front().name));
     }
-    settleCode(writing);
+    findCode(writing);
 }
 
 /// The same for a chosen street: keeps its Tag while the street still has that row.
@@ -204,7 +204,7 @@ void AddressValidation::takeStreet() {
             adoptCurrentMunicipality();
         }
         if (municipality_) {
-            settledMunicipality_ = fromWindows1252(municipality_->ineCode);
+            streetMunicipality_ = fromWindows1252(municipality_->ineCode);
         }
         show(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
         show(Box::Province, LocalizaProvincia(fromWindows1252(controller_.DM->tbMunicipiCODPOSTAL.view())));
@@ -219,14 +219,14 @@ void AddressValidation::takeStreet() {
     if (!stretches_.empty()) {
         setTag(*boxes_.street, key);
     }
-    settleCode(Writing::NumbersCode);
+    findCode(Writing::NumbersCode);
     refreshStates();
     endUnchangedEdit();
 }
 
 /// Finds the stretch of street and number, and writes its postal code. If no number selects one, a street
 /// that was just looked up brings the code of its first stretch.
-void AddressValidation::settleCode(Writing writing) {
+void AddressValidation::findCode(Writing writing) {
     code_.reset();
     if (stretches_.empty()) {
         return;

@@ -282,7 +282,7 @@ void AddressValidation::fillFromMunicipality(bool asks) {
 
 void AddressValidation::municipalityChanged() {
     const QString code = fromWindows1252(municipality_->ineCode);
-    const QString before = std::exchange(settledMunicipality_, code);
+    const QString before = std::exchange(streetMunicipality_, code);
     if (before == code) {
         return lookUpStreet(Writing::Nothing); // the same as before the edit
     }
@@ -330,7 +330,7 @@ void AddressValidation::takeStored() {
     noteTexts();
     isProvinceTyped_ = isCodeTyped_ = isNameShared_ = isTypeKnown_ = false;
     municipality_.reset();
-    settledMunicipality_.clear();
+    streetMunicipality_.clear();
     setTag(*boxes_.municipality, 0);
     auto found = directory_.municipalitiesNamed(bytesOf(text(Box::Municipality)));
     isNameShared_ = found.size() > 1;
@@ -344,7 +344,7 @@ void AddressValidation::takeStored() {
     }
     if (found.size() == 1) {
         adopt(found.front(), bytesOf(text(Box::Municipality)));
-        settledMunicipality_ = fromWindows1252(found.front().ineCode);
+        streetMunicipality_ = fromWindows1252(found.front().ineCode);
     }
     isTypeKnown_ = isStreetType(bytesOf(text(Box::StreetType)));
     lookUpStreet(Writing::Nothing);

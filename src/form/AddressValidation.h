@@ -94,7 +94,7 @@ private:
     void askAboutStreet();
     void takeAddedStreet();
     [[nodiscard]] QString codeForNewStreet() const;
-    void settleCode(Writing writing);
+    void findCode(Writing writing);
 
     // States, in AddressStates.cpp.
     void refreshStates();
@@ -115,7 +115,7 @@ private:
 
     std::optional<Municipality> municipality_; // while its text is validated
     dbase::Bookmark municipalityRow_;
-    QString settledMunicipality_;          // INE code for which the street was looked up
+    QString streetMunicipality_;           // INE code for which the street was looked up
     bool isNameShared_ = false;            // several municipalities share the name in the box
     std::vector<StreetStretch> stretches_; // of the street, while it is validated
     std::optional<StreetCode> code_;

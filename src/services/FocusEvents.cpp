@@ -74,11 +74,11 @@ void FocusEvents::follow(QWidget* focused) {
     }
     QWidget* const window = focused->window();
     if (windows_.contains(window) || controlOf(focused)) {
-        settle(window);
+        handleMove(window);
     }
 }
 
-void FocusEvents::settle(QWidget* window) {
+void FocusEvents::handleMove(QWidget* window) {
     const std::shared_ptr<Window> state = stateOf(window);
     if (state->running) {
         return;

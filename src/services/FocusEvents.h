@@ -45,7 +45,7 @@ private:
     explicit FocusEvents(QObject* application);
     static FocusEvents& instance();
     void follow(QWidget* focused);
-    void settle(QWidget* window);
+    void handleMove(QWidget* window);
     void runHandlers(QWidget& window, Window& state) const;
     [[nodiscard]] QWidget* controlOf(QWidget* focused) const;
     [[nodiscard]] std::shared_ptr<Window> stateOf(QWidget* window);
