@@ -65,11 +65,18 @@ std::string advice(const std::string& table, const dbase::CheckResult& result, c
     return concernsIndex || !hasIndex ? "; \"ambcp reindexar\" rehace el índice" : "";
 }
 
+void print(const dbase::Finding& finding, const char* kind) {
+    const std::string_view text = withoutFile(finding);
+    std::printf("%s: %s%s: %.*s\n", finding.file.c_str(), kind, finding.place.c_str(),
+                static_cast<int>(text.size()), text.data());
+}
+
 void print(const std::string& table, const dbase::CheckResult& result, const std::string& whatToDo) {
     for (const dbase::Finding& finding : result.findings) {
-        const std::string_view text = withoutFile(finding);
-        std::printf("%s: %s: %.*s\n", finding.file.c_str(), finding.place.c_str(),
-                    static_cast<int>(text.size()), text.data());
+        print(finding, "");
+    }
+    for (const dbase::Finding& note : result.notes) {
+        print(note, "nota: ");
     }
     const std::string problems = result.findings.empty()
                                      ? "correcta"

@@ -4,6 +4,8 @@
 
 #include <filesystem>
 
+#include "dbase/table/table_definition.h"
+
 namespace ambcp::test {
 namespace {
 
@@ -35,6 +37,18 @@ TEST_F(AmbcpComprobar, ASoundFolderListsEachTableAsCorrect) {
 
 TEST_F(AmbcpComprobar, OneTableIsCheckedByItself) {
     EXPECT_EQ(done({"comprobar", ".", "provin"}), "PROVIN: 3 registros, 2 tags: correcta\n");
+}
+
+TEST_F(AmbcpComprobar, ANoteIsNotAProblem) {
+    dbase::createTable(folder.path(), {.name = "PESOS",
+                                       .columns = {{"PESO", dbase::ColumnType::Numeric, 8, 3, 0}},
+                                       .tags = {{.name = "PESO", .expression = "PESO"}}});
+    folder.write("pesos.csv", "PESO\n0\n0.05\n");
+    done({"cargar", ".", "PESOS", "pesos.csv"});
+    EXPECT_EQ(done({"comprobar", ".", "PESOS"}),
+              "./PESOS.MDX: nota: tag PESO: ordena los números entre 0 y 0,1 antes que el cero, como otros "
+              "programas\n"
+              "PESOS: 2 registros, 1 tag: correcta\n");
 }
 
 TEST_F(AmbcpComprobar, FindingsNameFileAndPlace) {

@@ -17,6 +17,7 @@ struct Finding {
 
 struct CheckResult {
     std::vector<Finding> findings; // at most a few hundred; if `truncated`, there are more
+    std::vector<Finding> notes;    // what is right, and yet worth knowing
     bool truncated = false;
     std::uint32_t records = 0;
     std::size_t tags = 0;

@@ -19,6 +19,9 @@ public:
         }
         result_.findings.push_back({file, std::move(place), std::move(text)});
     }
+    void note(const std::string& file, std::string place, std::string text) {
+        result_.notes.push_back({file, std::move(place), std::move(text)});
+    }
     [[nodiscard]] bool isFull() const { return result_.truncated; }
 
 private:

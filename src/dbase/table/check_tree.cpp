@@ -25,6 +25,10 @@ public:
     void run() {
         visit(index_.treeRoot(tag_).root, 0, nullptr);
         checkMissing();
+        if (hasSmallNumbers_) {
+            report_.note(index_.path(), place(),
+                         "ordena los números entre 0 y 0,1 antes que el cero, como otros programas");
+        }
     }
 
 private:
@@ -112,6 +116,10 @@ private:
         if (tag_.isUnderstood()) {
             checkKey(key, number);
         }
+        if (tag_.keyType == KeyType::Numeric && !hasSmallNumbers_) {
+            const double value = decodeNumericKey(key);
+            hasSmallNumbers_ = value > 0 && value < 0.1;
+        }
         if (progress_ && entries_ % 65536 == 0) {
             progress_(entries_, count_);
         }
@@ -171,6 +179,7 @@ private:
     std::vector<bool> seen_;
     std::string lastKey_, floor_;
     bool hasLast_ = false, hasFloor_ = false;
+    bool hasSmallNumbers_ = false; // between 0 and 0.1: their order is that of other programs
     std::size_t leafDepth_ = 0;
     std::uint64_t entries_ = 0;
 };

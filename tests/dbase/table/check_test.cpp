@@ -122,6 +122,26 @@ TEST_F(CheckTest, ASoundTableHasNoFindings) {
     EXPECT_FALSE(result.truncated);
 }
 
+TEST(CheckNotes, NumbersBetweenZeroAndATenthStandBeforeZero) {
+    const auto notesOf = [](const std::vector<std::string>& numbers) {
+        const TemporaryFolder folder;
+        createTable(folder.path(), {.name = "NUMEROS",
+                                    .columns = {{"NUM", ColumnType::Numeric, 8, 3, 0}},
+                                    .tags = {{.name = "NUM", .expression = "NUM"}}});
+        {
+            const auto opened = Table::open(folder / "NUMEROS.DBF");
+            for (const std::string& number : numbers) {
+                opened->append(makeRecord(opened->schema(), {number}));
+            }
+        }
+        const CheckResult result = checkTable(folder / "NUMEROS.DBF");
+        EXPECT_EQ(findingsOf(result), "");
+        return result.notes.size();
+    };
+    EXPECT_EQ(notesOf({"0", "0.1", "-0.05", "7"}), 0U);
+    EXPECT_EQ(notesOf({"0", "0.05", "0.001", "7"}), 1U);
+}
+
 TEST_F(CheckTest, FindsAHeaderCountBeyondTheFile) {
     store32(table.data() + 4, 200);
     expectFinding("cabecera", "200 registros");
