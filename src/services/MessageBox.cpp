@@ -8,6 +8,7 @@
 #include <memory>
 #include <utility>
 
+#include "dbase/lock/read_scope.h"
 #include "services/MessageIcon.h"
 #include "services/ModalLoop.h"
 
@@ -79,6 +80,7 @@ MessageShower setMessageShower(MessageShower function) {
 }
 
 MessageAnswer ask(const MessageBox& box) {
+    dbase::ReadScope::letGo();               // a host's own function waits for the user, too
     const MessageShower function = shower(); // a copy: may be replaced while it runs
     return function(box);
 }

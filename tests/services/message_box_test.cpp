@@ -12,7 +12,11 @@
 #include <functional>
 #include <memory>
 
+#include "dbase/dataset/dataset.h"
+#include "dbase/lock/locks.h"
+#include "dbase/lock/read_scope.h"
 #include "support/ShownWindow.h"
+#include "support/TableTest.h"
 
 namespace {
 
@@ -151,6 +155,32 @@ TEST(MessageShower, ReplacesTheRealBoxAndComesBack) {
     QTimer::singleShot(0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
     EXPECT_EQ(ambrel::ask(question(MessageAnswer::Yes)), MessageAnswer::No);
     ambrel::setMessageShower(before);
+}
+
+/// A table that is read in a scope while a host's own function asks.
+class MessageInAReadScope : public ambrel::test::TableTest {};
+
+TEST_F(MessageInAReadScope, KeepsNoLockWhileAHostsOwnFunctionAsks) {
+    createTable(ambrel::test::defineTable("ONE", {"CODE C6"}, {"CODE"}), {{"1000"}});
+    dbase::Dataset table("DB", "ONE", "CODE");
+    table.open();
+    const auto isLocked = [&] {
+        return dbase::openFile(folder / "ONE.MDX", dbase::OpenMode::ReadOnly)
+            ->isLockedByOthers(dbase::structureLock);
+    };
+    bool wasLocked = true;
+    const ambrel::MessageShower before = ambrel::setMessageShower([&](const MessageBox&) {
+        wasLocked = isLocked();
+        return MessageAnswer::Accept;
+    });
+    {
+        const dbase::ReadScope scope;
+        ASSERT_TRUE(table.seek({{"CODE", "1000"}}, dbase::SeekMode::Exact));
+        EXPECT_TRUE(isLocked());
+        ambrel::ask(question(MessageAnswer::Yes));
+    }
+    ambrel::setMessageShower(before);
+    EXPECT_FALSE(wasLocked);
 }
 
 } // namespace
