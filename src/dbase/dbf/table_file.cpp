@@ -35,7 +35,7 @@ bool TableFile::reaches(std::uint64_t end) const {
     if (end <= knownSize_) {
         return true;
     }
-    knownSize_ = file_->size();
+    knownSize_ = std::min(file_->size(), maxFileSize); // a view ends there, however far the file has grown
     return end <= knownSize_;
 }
 

@@ -187,7 +187,8 @@ void IndexFile::writeStamp(const UpdateStamp& stamp) { file_->write(mdx::stamp, 
 
 bool IndexFile::reaches(std::uint64_t end) const {
     if (end > knownSize_) {
-        knownSize_ = file_->size();
+        knownSize_ =
+            std::min(file_->size(), maxFileSize); // a view ends there, however far the file has grown
     }
     return end <= knownSize_;
 }
@@ -212,13 +213,16 @@ void IndexFile::damaged(PageNumber page, const std::string& what) const {
 }
 
 const char* IndexFile::block(PageNumber page, std::vector<char>& buffer) const {
+    if (page < mdx::firstBlock) { // also among the changes, where the file header is shorter than a block
+        damaged(page, "queda fuera del fichero");
+    }
     if (!changes_.empty()) {
         if (const auto found = changes_.find(page); found != changes_.end()) {
             return found->second.bytes.data();
         }
     }
     const std::uint64_t offset = std::uint64_t{page} * pageBytes;
-    if (page < mdx::firstBlock || !reaches(offset + blockSize_)) {
+    if (!reaches(offset + blockSize_)) {
         damaged(page, "queda fuera del fichero");
     }
     if (const char* view = file_->view()) {

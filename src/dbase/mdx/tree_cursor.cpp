@@ -117,6 +117,9 @@ bool TreeCursor::nextLeaf() {
     while (level > 0) {
         --level;
         const TreeNode node(*index_, *tag_, levels_[level].page, buffer_);
+        if (node.isLeaf()) {
+            index_->damaged(levels_[level].page, "cambió mientras se leía");
+        }
         if (levels_[level].slot < node.count()) {
             const PageNumber child = node.pointer(++levels_[level].slot);
             depth_ = level + 1;

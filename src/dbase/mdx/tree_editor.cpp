@@ -132,6 +132,16 @@ void TreeEditor::keepEnds(PageNumber oldLeaf, PageNumber newFirst, PageNumber ne
     }
 }
 
+// The inner block of a level, whose slot leads to one of its children. In a damaged tree a path may pass the
+// same block twice, and the change made through the lower level may leave it fewer children.
+TreeEditor::Inner TreeEditor::readInner(const TreeCursor::Level& level) const {
+    Inner inner = readInner(level.page);
+    if (level.slot > inner.items.size()) {
+        index_.damaged(level.page, "el árbol pasa dos veces por ella");
+    }
+    return inner;
+}
+
 TreeEditor::Inner TreeEditor::readInner(PageNumber page) const {
     std::vector<char> buffer;
     const TreeNode node(index_, tag_, page, buffer);
@@ -162,9 +172,8 @@ void TreeEditor::insertChild(Path path, const std::string& separator, PageNumber
         index_.setTreeRoot(tag_, root);
         return;
     }
-    const PageNumber page = path.back().page;
-    const std::uint32_t slot = path.back().slot;
-    Inner inner = readInner(page);
+    const auto [page, slot] = path.back();
+    Inner inner = readInner(path.back());
     // The old item keeps its separator and now leads to the right part; the left part gets an item before it.
     inner.items.insert(inner.items.begin() + slot, Item{left, separator});
     (slot + 1 < inner.items.size() ? inner.items[slot + 1].pointer : inner.last) = right;
@@ -253,7 +262,7 @@ void TreeEditor::unlinkLeaf(Path path) {
 // Removes the child at the end of the path from its block.
 void TreeEditor::removeChild(Path path) {
     const auto [page, slot] = path.back();
-    Inner inner = readInner(page);
+    Inner inner = readInner(path.back());
     if (inner.items.empty()) {
         index_.damaged(page, "tiene una sola página debajo");
     }
@@ -285,7 +294,7 @@ void TreeEditor::joinLoneChild(Path path, PageNumber child) {
     const PageNumber page = path.back().page;
     path.pop_back();
     const auto [abovePage, slot] = path.back();
-    Inner above = readInner(abovePage);
+    Inner above = readInner(path.back());
     if (above.items.empty()) {
         index_.damaged(abovePage, "tiene una sola página debajo");
     }

@@ -35,6 +35,7 @@ private:
     [[nodiscard]] std::size_t maxSeparators() const { return tag_.maxKeys - 1U; }
     [[nodiscard]] std::uint32_t count(PageNumber page) const;
     [[nodiscard]] static std::vector<Item> itemsOf(const TreeNode& node);
+    [[nodiscard]] Inner readInner(const TreeCursor::Level& level) const;
     [[nodiscard]] Inner readInner(PageNumber page) const;
     void writeInner(PageNumber page, const Inner& inner);
     void putItem(std::span<char> block, std::uint32_t i, std::uint32_t pointer, std::string_view key) const;

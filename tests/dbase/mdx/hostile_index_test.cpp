@@ -31,6 +31,17 @@ TEST_F(HostileTest, AnIndexThatWouldGrowToTwoGibibytesIsRefusedAndNothingIsAdded
     EXPECT_EQ(std::filesystem::file_size(indexPath()), nearlyTooLarge);
 }
 
+TEST_F(HostileTest, AnIndexThatAnotherProgramMakesLargerThanItsViewIsReadNoFurther) {
+    putOnDisk();
+    const auto opened = Table::open(path());
+    std::filesystem::resize_file(indexPath(), std::uintmax_t{3} << 30);
+    std::vector<char> buffer;
+    for (const PageNumber page : {PageNumber{maxFileSize / pageBytes}, PageNumber{5'000'000}}) {
+        EXPECT_EQ(errorOf([&] { (void)opened->index()->block(page, buffer); }).code(), ErrorCode::BadIndex);
+    }
+    EXPECT_EQ(order(*opened, "NOMBRE").size(), 60U);
+}
+
 TEST_F(HostileTest, AMissingIndexOpensReadOnlyAndSaysSo) {
     putOnDisk();
     std::filesystem::remove(indexPath());

@@ -1,6 +1,7 @@
 // Malformed tables: each is refused with a clear text, or read as far as it is valid; nothing crashes, hangs
 // or is changed.
 #include <filesystem>
+#include <fstream>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -139,6 +140,24 @@ TEST_F(HostileTest, ATableThatWouldGrowToTwoGibibytesIsRefusedAndStaysAsItWas) {
     EXPECT_LT(std::filesystem::file_size(path()), maxFileSize);
     EXPECT_EQ(std::filesystem::file_size(path()),
               headerLength + std::uint64_t{opened->records().recordCount()} * recordLength + 1);
+}
+
+TEST_F(HostileTest, ATableThatAnotherProgramMakesLargerThanItsViewIsReadNoFurther) {
+    putOnDisk();
+    const auto opened = Table::open(path());
+    std::filesystem::resize_file(path(), std::uintmax_t{3} << 30);
+    Bytes count(4);
+    store32(count.data(), 25'000'000); // the last of them would lie beyond 2 GiB
+    {
+        std::fstream file(path(), std::ios::in | std::ios::out | std::ios::binary);
+        file.seekp(4);
+        file.write(count.data(), 4);
+    }
+    const RecordNumber last = (maxFileSize - headerLength) / recordLength;
+    EXPECT_EQ(opened->records().recordCount(), last);
+    EXPECT_EQ(opened->records().record(last).bytes.size(), recordLength);
+    EXPECT_EQ(errorOf([&] { (void)opened->records().record(last + 1); }).code(), ErrorCode::BadTable);
+    EXPECT_EQ(errorOf([&] { (void)opened->records().record(25'000'000); }).code(), ErrorCode::BadTable);
 }
 
 TEST_F(HostileTest, AFolderInThePlaceOfATableIsRefused) {
