@@ -134,24 +134,58 @@ void NamedBytes::put(std::string_view bytes) const {
     require(pwrite(descriptor_, bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()));
 }
 
-TableBytes soundTable(unsigned rows) {
-    const std::vector<TagDefinition> tags{{.name = "NOMBRE", .expression = "NOMBRE"},
-                                          {.name = "NUM", .expression = "NUM", .descending = true}};
+namespace {
+
+/// Adds rows one by one; `fill` writes the columns of each.
+TableBytes made(const Schema& schema, const std::vector<TagDefinition>& tags, unsigned rows,
+                void (*fill)(std::span<char> record, unsigned number)) {
     TableBytes bytes;
-    Schema schema;
-    schema.columns = {{"NOMBRE", ColumnType::Character, 100, 0, 0}, {"NUM", ColumnType::Numeric, 6, 0, 0}};
-    schema.languageDriver = static_cast<std::uint8_t>(LanguageDriver::AnsiUs);
     BytesFile records(bytes.records, true), index(bytes.index, true);
     writeEmptyTable(records, &index, schema, "T", tags);
     const auto table = open(bytes, true);
     for (unsigned row = 0; row < rows; ++row) {
         Bytes record(table->schema().recordLength, ' ');
-        const unsigned number = row * 37 % 1000;
-        encodeText(std::span(record).subspan(1, 100), "CALLE " + std::to_string(number));
-        require(encodeInteger(std::span(record).subspan(101, 6), number));
+        fill(record, row * 37 % 1000);
         table->append(record);
     }
     return bytes;
+}
+
+} // namespace
+
+TableBytes soundTable(unsigned rows) {
+    Schema schema;
+    schema.columns = {{"NOMBRE", ColumnType::Character, 100, 0, 0}, {"NUM", ColumnType::Numeric, 6, 0, 0}};
+    schema.languageDriver = static_cast<std::uint8_t>(LanguageDriver::AnsiUs);
+    return made(schema,
+                {{.name = "NOMBRE", .expression = "NOMBRE"},
+                 {.name = "NUM", .expression = "NUM", .descending = true}},
+                rows, [](std::span<char> record, unsigned number) {
+                    encodeText(record.subspan(1, 100), "CALLE " + std::to_string(number));
+                    require(encodeInteger(record.subspan(101, 6), number));
+                });
+}
+
+TableBytes tableOfAllTags(unsigned rows) {
+    Schema schema;
+    schema.columns = {{"NOMBRE", ColumnType::Character, 20, 0, 0},
+                      {"NUM", ColumnType::Numeric, 6, 0, 0},
+                      {"DIA", ColumnType::Date, 8, 0, 0},
+                      {"SI", ColumnType::Logical, 1, 0, 0}};
+    schema.languageDriver = 0x59; // collates
+    const std::string longCondition = "NOMBRE>'" + std::string(150, 'A') + "'";
+    return made(schema,
+                {{.name = "NOMBRE", .expression = "UPPER(NOMBRE)+STR(NUM,6)"},
+                 {.name = "LARGA", .expression = "NOMBRE", .condition = longCondition},
+                 {.name = "ALGUNAS", .expression = "NUM", .condition = "SI"},
+                 {.name = "UNICA", .expression = "SUBSTR(NOMBRE,1,7)", .unique = true},
+                 {.name = "DIA", .expression = "DIA", .descending = true}},
+                rows, [](std::span<char> record, unsigned number) {
+                    encodeText(record.subspan(1, 20), "CALLE " + std::to_string(number));
+                    require(encodeInteger(record.subspan(21, 6), number));
+                    encodeText(record.subspan(27, 8), "200101" + std::to_string(10 + number % 20));
+                    record[35] = number % 2 == 0 ? 'T' : 'F';
+                });
 }
 
 std::unique_ptr<JournalPlace> placeOf(std::optional<Bytes>& journal) {

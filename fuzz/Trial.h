@@ -40,6 +40,8 @@ struct TableBytes {
 
 /// A sound table with keys of 100 bytes and of numbers, whose rows were added one by one.
 [[nodiscard]] TableBytes soundTable(unsigned rows);
+/// The same with tags of every kind: with a condition, unique, of days, of several columns, collated.
+[[nodiscard]] TableBytes tableOfAllTags(unsigned rows);
 
 /// A journal kept in memory; null while there is none.
 [[nodiscard]] std::unique_ptr<dbase::JournalPlace> placeOf(std::optional<Bytes>& journal);
