@@ -13,12 +13,13 @@ using Kind = FolderEvent::Kind;
 
 class LoggedFile final : public File {
 public:
-    LoggedFile(std::unique_ptr<File> file, FileNumber number, std::shared_ptr<FolderLog> log)
-        : file_(std::move(file)), number_(number), log_(std::move(log)) {}
+    LoggedFile(std::unique_ptr<File> file, FileStatus status, std::shared_ptr<FolderLog> log)
+        : file_(std::move(file)), status_(std::move(status)), number_(status_.inode), log_(std::move(log)) {}
 
     const std::string& path() const override { return file_->path(); }
     bool isWritable() const override { return file_->isWritable(); }
     std::uint64_t size() const override { return file_->size(); }
+    FileStatus status() const override { return status_; }
     void read(std::uint64_t offset, std::span<char> bytes) const override { file_->read(offset, bytes); }
     void write(std::uint64_t offset, std::span<const char> bytes) override {
         file_->write(offset, bytes);
@@ -36,6 +37,7 @@ public:
 
 private:
     std::unique_ptr<File> file_;
+    FileStatus status_;
     FileNumber number_;
     std::shared_ptr<FolderLog> log_;
 };
@@ -85,6 +87,11 @@ void FolderImage::writeInto(const std::string& folder) const {
 
 // --- Folders
 
+std::uint64_t RecordingFolders::newDevice() {
+    static std::uint64_t last = 0;
+    return ++last;
+}
+
 std::vector<std::string> RecordingFolders::namesIn(const std::string& folder) const {
     std::vector<std::string> names;
     for (const auto& [path, entry] : names_) {
@@ -106,7 +113,7 @@ std::unique_ptr<File> RecordingFolders::open(const std::string& path, OpenMode m
     }
     const Entry& entry = names_.at(path);
     auto file = std::make_unique<LoggedFile>(
-        std::make_unique<MemoryFile>(entry.content, path, mode != OpenMode::ReadOnly), entry.number, log_);
+        std::make_unique<MemoryFile>(entry.content, path, mode != OpenMode::ReadOnly), *statusOf(path), log_);
     if (mode == OpenMode::Create && file->size() > 0) {
         file->resize(0);
     }
@@ -129,8 +136,24 @@ void RecordingFolders::remove(const std::string& path) {
     }
 }
 
-void RecordingFolders::shareAs(const std::string&, const std::string&) noexcept {
-    // Permissions play no part here.
+// --- Companions; permissions play no part here
+
+std::optional<FileStatus> RecordingFolders::statusOf(const std::string& path) const {
+    const auto found = names_.find(path);
+    return found == names_.end() ? std::nullopt : std::optional(FileStatus{device_, found->second.number});
+}
+
+std::unique_ptr<File> RecordingFolders::openCompanion(const std::string& path) {
+    return exists(path) ? open(path, OpenMode::ReadWrite) : nullptr;
+}
+
+std::unique_ptr<File> RecordingFolders::createCompanion(const std::string& path, const std::string&) {
+    return exists(path) ? nullptr : open(path, OpenMode::Create);
+}
+
+bool RecordingFolders::isStillThere(const File& file) const {
+    const std::optional<FileStatus> named = statusOf(file.path());
+    return named && named->isSameFile(file.status());
 }
 
 void RecordingFolders::syncFolderOf(const std::string& path) {

@@ -45,12 +45,17 @@ class RecordingFolders final : public Folders {
 public:
     [[nodiscard]] bool exists(const std::string& path) const override { return names_.contains(path); }
     [[nodiscard]] bool isFile(const std::string& path) const override { return exists(path); }
+    [[nodiscard]] std::string realPath(const std::string& path) const override { return path; }
     [[nodiscard]] std::vector<std::string> namesIn(const std::string& folder) const override;
     [[nodiscard]] std::unique_ptr<File> open(const std::string& path, OpenMode mode) override;
     void rename(const std::string& from, const std::string& to) override;
     void remove(const std::string& path) override;
-    void shareAs(const std::string& path, const std::string& model) noexcept override;
     void syncFolderOf(const std::string& path) override;
+    [[nodiscard]] std::optional<FileStatus> statusOf(const std::string& path) const override;
+    [[nodiscard]] std::unique_ptr<File> openCompanion(const std::string& path) override;
+    [[nodiscard]] std::unique_ptr<File> createCompanion(const std::string& path,
+                                                        const std::string& model) override;
+    [[nodiscard]] bool isStillThere(const File& file) const override;
 
     /// Forgets all events so far: everything is on the disk.
     void startLog() { log_->clear(); }
@@ -63,9 +68,11 @@ private:
         std::shared_ptr<MemoryContent> content;
     };
 
+    [[nodiscard]] static std::uint64_t newDevice();
     void changed(FolderEvent event) { log_->push_back(std::move(event)); }
 
     std::map<std::string, Entry> names_;
+    std::uint64_t device_ = newDevice();
     FileNumber next_ = 1;
     std::shared_ptr<FolderLog> log_ = std::make_shared<FolderLog>();
 };

@@ -29,26 +29,13 @@ public:
     FolderPlace(const std::string& tableFile, Folders& folders)
         : folders_(folders), table_(tableFile), path_(withExtension(table_, ".AMJ")) {}
 
-    std::unique_ptr<File> openExisting() override {
-        if (!folders_.exists(path_)) {
-            return nullptr;
-        }
-        try {
-            return folders_.open(path_, OpenMode::ReadWrite);
-        } catch (const Error& error) {
-            if (error.code() == ErrorCode::NotFound) { // gone meanwhile
-                return nullptr;
-            }
-            if (error.code() != ErrorCode::AccessDenied) {
-                throw;
-            }
-        }
-        return folders_.open(path_, OpenMode::ReadOnly);
-    }
+    std::unique_ptr<File> openExisting() override { return folders_.openCompanion(path_); }
 
     std::unique_ptr<File> create() override {
-        std::unique_ptr<File> file = folders_.open(path_, OpenMode::Create);
-        folders_.shareAs(path_, table_); // all users who may write the table may continue its journal
+        std::unique_ptr<File> file = folders_.createCompanion(path_, table_);
+        if (!file) {
+            throw Error(ErrorCode::Exists, path_, "otro programa acaba de crearlo; inténtelo otra vez");
+        }
         folders_.syncFolderOf(path_);
         return file;
     }

@@ -28,6 +28,7 @@ enum class ErrorCode {
     LockRefused,   // a record that another user holds
     LockTimeout,   // a structure lock that was not released in time
     RecordChanged, // the row shown is no longer the stored one
+    Replaced,      // an open table whose files another program has replaced
 };
 
 /// An error of the engine. `what()` is a Spanish UTF-8 text that the user can act on; it names the file and,

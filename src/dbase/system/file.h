@@ -7,6 +7,8 @@
 #include <span>
 #include <string>
 
+#include "dbase/system/file_status.h"
+
 namespace dbase {
 
 enum class OpenMode { ReadOnly, ReadWrite, Create };
@@ -32,6 +34,8 @@ public:
 
     /// Errors of everything below: Error(Io, DiskFull), which names the file.
     [[nodiscard]] virtual std::uint64_t size() const = 0;
+    /// Asked of the system each time. One in memory is root's.
+    [[nodiscard]] virtual FileStatus status() const { return {}; }
     /// Reads exactly the bytes requested; Error(Io) if the file ends before them.
     virtual void read(std::uint64_t offset, std::span<char> bytes) const = 0;
     virtual void write(std::uint64_t offset, std::span<const char> bytes) = 0;

@@ -23,6 +23,10 @@ public:
     /// Whether anything has that name.
     [[nodiscard]] virtual bool exists(const std::string& path) const = 0;
     [[nodiscard]] virtual bool isFile(const std::string& path) const = 0;
+    /// Of a file or folder, at the end of its links; nothing if the name does not exist.
+    [[nodiscard]] virtual std::optional<FileStatus> statusOf(const std::string& path) const = 0;
+    /// The path without links; of a name that does not exist, that of its folder and the name.
+    [[nodiscard]] virtual std::string realPath(const std::string& path) const = 0;
     /// The names in a folder, in any order. Errors: Error(NotFound, AccessDenied), which names the folder.
     [[nodiscard]] virtual std::vector<std::string> namesIn(const std::string& folder) const = 0;
 
@@ -32,10 +36,21 @@ public:
     virtual void rename(const std::string& from, const std::string& to) = 0;
     /// Removes a name, if it exists. Errors: Error(Io).
     virtual void remove(const std::string& path) = 0;
-    /// Gives a file the read and write permissions of another one, if the system permits.
-    virtual void shareAs(const std::string& path, const std::string& model) noexcept = 0;
     /// Flushes the folder of a file, and so the names in it, to the disk if its file system can.
     virtual void syncFolderOf(const std::string& path) = 0;
+
+    // --- Companions: files of ours beside a table, in folders where others may plant theirs
+    /// Opens one for reading and writing, or for reading if the system permits no more. Null if the name does
+    /// not exist. Follows no link. Errors: Error(AccessDenied) if the file may not be read, is a link or not
+    /// a regular file, or has a second name.
+    [[nodiscard]] virtual std::unique_ptr<File> openCompanion(const std::string& path) = 0;
+    /// Creates one; null if the name exists. Gives it the owner, group, permissions and access list of the
+    /// `model`, a table or folder, as far as the system permits, and never access that the model does not
+    /// give; without a model the system decides, as for any new file. Errors: Error(AccessDenied, Io).
+    [[nodiscard]] virtual std::unique_ptr<File> createCompanion(const std::string& path,
+                                                                const std::string& model) = 0;
+    /// Whether the name of an open companion still stands for it, and is its only one.
+    [[nodiscard]] virtual bool isStillThere(const File& file) const = 0;
 };
 
 /// The folders of the disk.

@@ -7,18 +7,18 @@
 #include <linux/magic.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include "dbase/system/error.h"
 #include "dbase/system/file.h"
 #include "dbase/system/mapped_view.h"
+#include "dbase/system/posix_file.h"
 #include "dbase/system/system_reason.h"
 
 namespace dbase {
 
-namespace {
-
-[[noreturn]] void raise(const std::string& path, const char* action) {
+void raise(const std::string& path, const char* action) {
     const int number = errno;
     ErrorCode code = ErrorCode::Io;
     std::string advice;
@@ -32,6 +32,8 @@ namespace {
     }
     throw Error(code, path, std::string(action) + ": " + systemReason(number) + advice);
 }
+
+namespace {
 
 bool liesElsewhere(int descriptor) {
     constexpr long cifs = 0xFF534D42; // missing from some versions of the system's header
@@ -54,6 +56,18 @@ struct flock requestOf(LockRange range, short type) {
     return request;
 }
 
+constexpr std::size_t largestList = 4096;
+
+FileStatus statusFrom(const struct stat& status, const char* list, ssize_t listSize) {
+    return {status.st_dev,
+            status.st_ino,
+            status.st_nlink,
+            status.st_uid,
+            status.st_gid,
+            status.st_mode & 0777,
+            listSize > 0 ? std::string(list, static_cast<std::size_t>(listSize)) : std::string()};
+}
+
 class PosixFile final : public File {
 public:
     PosixFile(std::string path, int descriptor, bool writable)
@@ -71,6 +85,13 @@ public:
             raise(path_, "no se puede leer el tamaño");
         }
         return static_cast<std::uint64_t>(status.st_size);
+    }
+
+    FileStatus status() const override {
+        if (const auto status = statusOf(descriptor_)) {
+            return *status;
+        }
+        raise(path_, "no se puede consultar");
     }
 
     void read(std::uint64_t offset, std::span<char> bytes) const override {
@@ -174,7 +195,29 @@ std::unique_ptr<File> openFile(const std::string& path, OpenMode mode) {
         ::close(descriptor);
         throw Error(ErrorCode::BadTable, path, "no es un fichero de datos");
     }
-    return std::make_unique<PosixFile>(path, descriptor, mode != OpenMode::ReadOnly);
+    return fileOf(descriptor, path, mode != OpenMode::ReadOnly);
+}
+
+std::unique_ptr<File> fileOf(int descriptor, const std::string& path, bool isWritable) {
+    return std::make_unique<PosixFile>(path, descriptor, isWritable);
+}
+
+std::optional<FileStatus> statusOf(int descriptor) {
+    struct stat status = {};
+    if (fstat(descriptor, &status) != 0) {
+        return std::nullopt;
+    }
+    char list[largestList];
+    return statusFrom(status, list, fgetxattr(descriptor, accessListName, list, sizeof list));
+}
+
+std::optional<FileStatus> statusAt(const std::string& path) {
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0) {
+        return std::nullopt;
+    }
+    char list[largestList];
+    return statusFrom(status, list, getxattr(path.c_str(), accessListName, list, sizeof list));
 }
 
 std::string fileIdentity(const std::string& path) {

@@ -2,32 +2,53 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "dbase/system/companion_file.h"
 #include "dbase/system/error.h"
 #include "dbase/system/folders.h"
+#include "dbase/system/posix_file.h"
 #include "dbase/system/system_reason.h"
 
 namespace dbase {
 
 namespace {
 
-std::optional<struct stat> statusOf(const std::string& path) {
+std::optional<struct stat> look(const std::string& path) {
     struct stat status = {};
     return stat(path.c_str(), &status) == 0 ? std::optional(status) : std::nullopt;
 }
 
+// Empty if the name does not exist.
+std::string resolved(const std::string& path) {
+    const std::unique_ptr<char, decltype(&std::free)> found(::realpath(path.c_str(), nullptr), std::free);
+    return found ? std::string(found.get()) : std::string();
+}
+
 class PosixFolders final : public Folders {
 public:
-    bool exists(const std::string& path) const override { return statusOf(path).has_value(); }
+    bool exists(const std::string& path) const override { return look(path).has_value(); }
 
     bool isFile(const std::string& path) const override {
-        const auto status = statusOf(path);
+        const auto status = look(path);
         return status && S_ISREG(status->st_mode);
+    }
+
+    std::optional<FileStatus> statusOf(const std::string& path) const override { return statusAt(path); }
+
+    std::string realPath(const std::string& path) const override {
+        if (std::string found = resolved(path); !found.empty()) {
+            return found;
+        }
+        const std::size_t slash = path.rfind('/');
+        const std::string name = path.substr(slash + 1);
+        const std::string folder = resolved(slash == std::string::npos ? "." : path.substr(0, slash + 1));
+        return folder.empty() ? path : folder == "/" ? folder + name : folder + '/' + name;
     }
 
     std::vector<std::string> namesIn(const std::string& folder) const override {
@@ -62,12 +83,6 @@ public:
         }
     }
 
-    void shareAs(const std::string& path, const std::string& model) noexcept override {
-        if (const auto status = statusOf(model)) {
-            static_cast<void>(chmod(path.c_str(), status->st_mode & 0666));
-        }
-    }
-
     void syncFolderOf(const std::string& path) override {
         const std::size_t slash = path.rfind('/');
         const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
@@ -77,6 +92,14 @@ public:
             ::close(descriptor);
         }
     }
+
+    std::unique_ptr<File> openCompanion(const std::string& path) override { return openCompanionFile(path); }
+
+    std::unique_ptr<File> createCompanion(const std::string& path, const std::string& model) override {
+        return createCompanionFile(path, model.empty() ? std::nullopt : statusAt(model));
+    }
+
+    bool isStillThere(const File& file) const override { return isNameOf(file); }
 };
 
 } // namespace

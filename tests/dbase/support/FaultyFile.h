@@ -40,6 +40,7 @@ public:
     const std::string& path() const override { return file_->path(); }
     bool isWritable() const override { return file_->isWritable(); }
     std::uint64_t size() const override { return file_->size(); }
+    FileStatus status() const override { return file_->status(); }
     void read(std::uint64_t offset, std::span<char> bytes) const override;
     void write(std::uint64_t offset, std::span<const char> bytes) override;
     void resize(std::uint64_t size) override;
