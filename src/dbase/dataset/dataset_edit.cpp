@@ -4,6 +4,7 @@
 
 #include "dbase/dataset/dataset.h"
 #include "dbase/dataset/row_order.h"
+#include "dbase/lock/locks.h"
 #include "dbase/system/error.h"
 
 namespace dbase {
@@ -75,24 +76,27 @@ void Dataset::edit() {
 void Dataset::post(Durability durability) {
     requireOpen();
     requireUnvisited();
-    switch (state_) {
-    case DatasetState::Insert:
-        record_ = open_->append(row_, durability);
-        break;
-    case DatasetState::Edit:
-        if (row_ != shown_) {
-            open_->overwrite(record_, shown_, row_, durability);
+    {
+        const LockWaits waits; // of storing and landing
+        switch (state_) {
+        case DatasetState::Insert:
+            record_ = open_->append(row_, durability);
+            break;
+        case DatasetState::Edit:
+            if (row_ != shown_) {
+                open_->overwrite(record_, shown_, row_, durability);
+            }
+            giveRecordBack();
+            break;
+        case DatasetState::Closed:
+        case DatasetState::Browse:
+            throw Error(ErrorCode::BadState, open_->path(), "no hay ningún cambio que guardar");
         }
-        giveRecordBack();
-        break;
-    case DatasetState::Closed:
-    case DatasetState::Browse:
-        throw Error(ErrorCode::BadState, open_->path(), "no hay ningún cambio que guardar");
+        state_ = DatasetState::Browse;
+        modified_ = false;
+        spot_->cursor.reset(); // if landing fails, the row's key gives its place
+        landOnPosted();
     }
-    state_ = DatasetState::Browse;
-    modified_ = false;
-    spot_->cursor.reset(); // if landing fails, the row's key gives its place
-    landOnPosted();
     changed(DatasetChange::State);
     changed(DatasetChange::Order);
 }
@@ -125,15 +129,18 @@ void Dataset::erase(Durability durability) {
         return; // the row was never stored
     }
     requireOpen();
-    takeRecord();
-    try {
-        open_->erase(record_, row_, durability);
-    } catch (...) {
+    {
+        const LockWaits waits;
+        takeRecord();
+        try {
+            open_->erase(record_, row_, durability);
+        } catch (...) {
+            giveRecordBack();
+            throw;
+        }
         giveRecordBack();
-        throw;
+        reposition();
     }
-    giveRecordBack();
-    reposition();
     changed(DatasetChange::Order);
 }
 

@@ -2,6 +2,7 @@
 #include "dbase/lock/locks.h"
 
 #include <algorithm>
+#include <atomic>
 #include <thread>
 
 #include "dbase/lock/read_scope.h"
@@ -10,7 +11,21 @@
 namespace dbase {
 
 namespace {
+
+using std::chrono::nanoseconds;
+
 std::chrono::milliseconds patience{10000};
+
+/// What an operation of this thread has waited. Only waiting counts, so that a long one that is never kept
+/// waiting for long does not fail.
+struct Waits {
+    unsigned open = 0;
+    nanoseconds waited{0};
+};
+constinit thread_local Waits waits;
+
+nanoseconds steadyNow() { return std::chrono::steady_clock::now().time_since_epoch(); }
+std::atomic<nanoseconds (*)()> clockOfWaits{steadyNow};
 
 /// Shows for the duration of a block that a writer is waiting for the structure lock.
 class WaitingWriter {
@@ -37,17 +52,29 @@ private:
 std::chrono::milliseconds lockPatience() { return patience; }
 void setLockPatience(std::chrono::milliseconds value) { patience = value; }
 
+void setLockClock(nanoseconds (*clock)()) { clockOfWaits = clock != nullptr ? clock : steadyNow; }
+
+LockWaits::LockWaits() {
+    if (waits.open++ == 0) {
+        waits.waited = nanoseconds{0};
+    }
+}
+
+LockWaits::~LockWaits() { --waits.open; }
+
 void holdLock(File& file, LockRange range, LockKind kind) {
-    using Clock = std::chrono::steady_clock;
     if (file.tryLock(range, kind)) {
         return;
     }
+    const LockWaits alone; // unless it is part of an operation
     ReadScope::letGo(); // others may be waiting for these, and so may we, through another opening of the file
     const WaitingWriter waiting(file, range, kind);
-    const Clock::time_point deadline = Clock::now() + patience;
+    const auto now = clockOfWaits.load(std::memory_order_relaxed);
+    const nanoseconds begin = now(), before = waits.waited;
     auto pause = std::chrono::microseconds(20);
     while (!file.tryLock(range, kind)) {
-        if (Clock::now() >= deadline) {
+        waits.waited = before + (now() - begin);
+        if (waits.waited >= patience) {
             throw Error(ErrorCode::LockTimeout, file.path(),
                         "otro programa mantiene bloqueada la tabla; espere y repita la operación");
         }

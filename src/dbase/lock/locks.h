@@ -48,12 +48,24 @@ inline constexpr LockRange exchangeLock{lock_offset::exchange, 1};
 /// time to time.
 inline constexpr LockRange waitingLock{lock_offset::waiting, 1};
 
-/// How long an operation waits for a structure lock before it fails with Error(LockTimeout).
+/// How long an operation waits for all its locks together before it fails with Error(LockTimeout).
 [[nodiscard]] std::chrono::milliseconds lockPatience();
 void setLockPatience(std::chrono::milliseconds patience);
+/// The clock of the waits; null for the system's.
+void setLockClock(std::chrono::nanoseconds (*clock)());
 
-/// Takes a lock, waiting at most lockPatience(); waiting releases what read scopes keep. Errors:
-/// Error(LockTimeout).
+/// One operation: during its lifetime the waits of this thread count together, those before it apart. They
+/// nest; the outermost one counts.
+class LockWaits {
+public:
+    LockWaits();
+    ~LockWaits();
+    LockWaits(const LockWaits&) = delete;
+    LockWaits& operator=(const LockWaits&) = delete;
+};
+
+/// Takes a lock, waiting no longer than the operation may still wait; waiting releases what read scopes keep.
+/// Errors: Error(LockTimeout).
 void holdLock(File& file, LockRange range, LockKind kind);
 
 /// Holds one byte-range lock for a block.

@@ -60,6 +60,7 @@ std::shared_ptr<Table> makeTwin(const Table& old, const TableReplacement& files)
 } // namespace
 
 BulkLoader::BulkLoader(const std::string& tableFile, Mode mode) : state_(std::make_unique<State>()) {
+    const LockWaits waits;
     state_->table = Table::open(tableFile);
     if (state_->table->isReadOnly()) {
         throw Error(ErrorCode::ReadOnly, tableFile, "sólo se puede leer: " + state_->table->readOnlyReason());

@@ -183,6 +183,7 @@ CheckResult checkTable(const std::string& tableFile, const Progress& progress,
                        const std::vector<TagDefinition>& knownTags) {
     CheckResult result;
     CheckReport report(result);
+    const LockWaits waits;
     try {
         TableFile records(openFile(tableFile, OpenMode::ReadOnly));
         const std::optional<std::string> indexPath = findIndexFile(tableFile);

@@ -95,6 +95,7 @@ UpdateStamp stampOf(const File& index) {
 
 void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>& knownTags,
                   const Progress& progress) {
+    const LockWaits waits;
     std::unique_ptr<File> file = openFile(tableFile, OpenMode::ReadWrite);
     holdLock(*file, openingLock, LockKind::Exclusive); // until the file is closed
     const bool isAlone = file->tryLock(presenceLock, LockKind::Exclusive);

@@ -100,6 +100,7 @@ void Table::guardRead(const std::function<void()>& operation) {
         hold_.emplace(structureFile(), structureHolders_);
     }
     hold_->giveWay();
+    const LockWaits waits;
     while (!tryReadLocked(operation)) {
         recover();
     }

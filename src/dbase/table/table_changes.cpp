@@ -129,6 +129,7 @@ void Table::requireWhole(std::span<const char> record) const {
 RecordNumber Table::append(std::span<const char> record, Durability durability) {
     requireWritable();
     requireWhole(record);
+    const LockWaits waits;
     RecordNumber number = 0;
     {
         const ExclusiveUse use(*this);

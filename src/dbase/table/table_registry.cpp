@@ -36,6 +36,7 @@ std::shared_ptr<Table> Table::open(const std::string& path) {
         }
         openTables().erase(found);
     }
+    const LockWaits waits;
     while (true) {
         std::unique_ptr<File> records = openForUse(path);
         File& file = *records;
