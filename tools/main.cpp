@@ -54,6 +54,7 @@ ExitCode run(const ambcp::Command& command) {
 int main(int argc, char** argv) {
     fillStandardFiles();
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // an output file that must not grow further ends in an error
     ambcp::Command command;
     CLI::App app({}, "ambcp");
     ambcp::defineCommands(app, command);

@@ -5,6 +5,7 @@
 #include <pugixml.hpp>
 #include <stdexcept>
 
+#include "dbase/system/file_size_limit.h"
 #include "import/Transport.h"
 #include "services/FileStart.h"
 
@@ -124,6 +125,8 @@ void DirectoryDocument::clear() { tree_->reset(); }
 bool DirectoryDocument::hasNodes() const { return !tree_->first_child().empty(); }
 
 void DirectoryDocument::save(const std::string& path) const {
+    dbase::FileSizeSignal::lookForLimit();
+    const dbase::FileSizeSignal signal;
     if (!tree_->save_file(path.c_str(), indent, filedFormat(*tree_), pugi::encoding_utf8)) {
         throw std::runtime_error("No se puede guardar " + path + ".");
     }

@@ -7,6 +7,7 @@
 
 #include "dbase/system/bytes.h"
 #include "dbase/system/error.h"
+#include "dbase/system/file_size_limit.h"
 #include "dbase/system/system_reason.h"
 
 namespace dbase {
@@ -18,19 +19,25 @@ struct KeySorter::Run {
             throw Error(ErrorCode::Io, {},
                         std::string("no se puede crear un fichero temporal: ") + systemReason(errno));
         }
+        FileSizeSignal::lookForLimit();
         std::setvbuf(file, nullptr, _IOFBF, std::size_t{1} << 18);
     }
-    ~Run() { std::fclose(file); }
+    ~Run() {
+        const FileSizeSignal signal;
+        std::fclose(file);
+    }
     Run(const Run&) = delete;
     Run& operator=(const Run&) = delete;
 
     void put(const char* item) {
+        const FileSizeSignal signal;
         if (std::fwrite(item, current.size(), 1, file) != 1) {
             throw Error(ErrorCode::DiskFull, {},
                         "no hay espacio para los ficheros temporales de la ordenación");
         }
     }
     void rewind() {
+        const FileSizeSignal signal;
         if (std::fflush(file) != 0 || std::fseek(file, 0, SEEK_SET) != 0) {
             throw Error(ErrorCode::DiskFull, {},
                         "no hay espacio para los ficheros temporales de la ordenación");

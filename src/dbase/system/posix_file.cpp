@@ -12,6 +12,7 @@
 
 #include "dbase/system/error.h"
 #include "dbase/system/file.h"
+#include "dbase/system/file_size_limit.h"
 #include "dbase/system/mapped_view.h"
 #include "dbase/system/posix_file.h"
 #include "dbase/system/system_reason.h"
@@ -28,7 +29,8 @@ void raise(const std::string& path, const char* action) {
         code = ErrorCode::AccessDenied;
     } else if (number == ENOSPC || number == EDQUOT || number == EFBIG) {
         code = ErrorCode::DiskFull;
-        advice = "; libere espacio y repita la operación";
+        advice = number == EFBIG ? "; suba ese límite (ulimit -f) o libere espacio y repita la operación"
+                                 : "; libere espacio y repita la operación";
     }
     throw Error(code, path, std::string(action) + ": " + systemReason(number) + advice);
 }
@@ -114,6 +116,7 @@ public:
     }
 
     void write(std::uint64_t offset, std::span<const char> bytes) override {
+        const FileSizeSignal signal;
         while (!bytes.empty()) {
             const ssize_t put = pwrite(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
             if (put < 0 && errno == EINTR) {
@@ -128,6 +131,7 @@ public:
     }
 
     void resize(std::uint64_t size) override {
+        const FileSizeSignal signal;
         if (ftruncate(descriptor_, static_cast<off_t>(size)) != 0) {
             raise(path_, "no se puede cambiar el tamaño");
         }
@@ -199,6 +203,7 @@ std::unique_ptr<File> openFile(const std::string& path, OpenMode mode) {
 }
 
 std::unique_ptr<File> fileOf(int descriptor, const std::string& path, bool isWritable) {
+    FileSizeSignal::lookForLimit();
     return std::make_unique<PosixFile>(path, descriptor, isWritable);
 }
 

@@ -1,12 +1,14 @@
 // The steps of an exclusive use: recovery first, then rebuilding tags or adding rows.
 #include "dbase/table/exclusive_use.h"
 
+#include "dbase/system/file_size_limit.h"
 #include "dbase/table/table.h"
 
 namespace dbase {
 
 ExclusiveUse::ExclusiveUse(Table& table, AfterStop afterStop)
     : table_(table), lock_(table.structureFile(), table.structureHolders_, LockKind::Exclusive) {
+    FileSizeSignal::lookForLimit();
     table.renewTornViews(); // others have held the lock since
     table.recoverLocked(afterStop == AfterStop::Yes ? Table::Health::Stopped : table.health());
 }
