@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "data/Province.h"
 #include "data/TableDefinitions.h"
 #include "data/WholeName.h"
 #include "dbase/dataset/row_walk.h"
@@ -21,16 +20,10 @@ void addOnce(std::vector<Value>& values, const Value& value) {
 
 } // namespace
 
-bool Municipality::hasPostalCode(std::string_view postalCode) const {
-    return std::ranges::binary_search(postalCodes, postalCode);
-}
-
 AddressDirectory::AddressDirectory(const std::string& database)
-    : shown_(database, "MUNICIPI", "NOMBRE"), all_(database, "MUNICIPI", "COD_INE"),
-      streets_(database, "POSTAL", "NOMBREVIA") {
+    : shown_(database, "MUNICIPI", "NOMBRE"), all_(database), streets_(database, "POSTAL", "NOMBREVIA") {
     shown_.setAfterOpen(hideMinorEntities);
     shown_.open();
-    all_.open();
     streets_.open();
     streetIneCode_ = streets_.findField("COD_INE");
 }
@@ -60,42 +53,9 @@ std::optional<std::string> AddressDirectory::municipalityNameBeginning(const std
     return isFound ? std::optional(shownName_.text()) : std::nullopt;
 }
 
-std::optional<Municipality> AddressDirectory::municipality(const std::string& ineCode) {
-    const dbase::ReadScope scope;
-    if (ineCode.empty() || !all_.seek({{"COD_INE", ineCode}}, dbase::SeekMode::Exact)) {
-        return std::nullopt;
-    }
-    Municipality found;
-    found.ineCode = ineCode;
-    bool isMarked = false, isNamed = false;
-    const auto hasCode = [&] { return ineCode_.view() == ineCode; };
-    dbase::forEachRowWhile(all_, hasCode, [&] {
-        if (const std::string code = postalCode_.text(); !code.empty()) {
-            addOnce(found.postalCodes, code);
-        }
-        if (const std::string province = province_.text(); !province.empty()) {
-            addOnce(found.provinces, province);
-        }
-        if (found.name.empty() || (!isNamed && !isEntity_.logical())) {
-            found.name = name_.text();
-            isNamed = !isEntity_.logical();
-        }
-        isMarked = isMarked || onlyCode_.view() == singleCodeMark;
-    });
-    for (const std::string& code : found.postalCodes) {
-        addOnce(found.provinces, provinceOf(code));
-    }
-    std::ranges::sort(found.postalCodes);
-    found.hasOneCode = isMarked && found.postalCodes.size() == 1;
-    return found;
-}
-
 bool AddressDirectory::isOwn(const Municipality& municipality) const {
-    if (municipality.hasPostalCode(streetCode_.view())) {
-        return true;
-    }
-    // A code missing from MUNICIPI; a municipality marked as having a single code cannot have another one.
-    return streetIneCode_ && streetIneCode_->view() == municipality.ineCode && !municipality.hasOneCode;
+    return municipality.owns(streetCode_.view(),
+                             streetIneCode_ ? streetIneCode_->view() : std::string_view());
 }
 
 StreetStretch AddressDirectory::currentStretch() const {

@@ -8,21 +8,10 @@
 #include <vector>
 
 #include "controller/NumberRange.h"
+#include "data/Municipality.h"
 #include "dbase/dataset/dataset.h"
 
 namespace ambrel {
-
-/// A municipality as described by all its rows of MUNICIPI, hidden ones included. Texts in Windows-1252.
-struct Municipality {
-    std::string ineCode;
-    std::string name;
-    std::vector<std::string>
-        provinces; // two digits: its own first, then any others that its postal codes begin with
-    std::vector<std::string> postalCodes; // ascending
-    bool hasOneCode = false;              // marked as such, and without a second one in the rows
-
-    [[nodiscard]] bool hasPostalCode(std::string_view postalCode) const;
-};
 
 /// A row of POSTAL. Texts in Windows-1252.
 struct StreetStretch {
@@ -50,7 +39,9 @@ public:
     /// there is none.
     [[nodiscard]] std::optional<std::string> municipalityNameBeginning(const std::string& text);
     /// The municipality with an INE code; null if there is none.
-    [[nodiscard]] std::optional<Municipality> municipality(const std::string& ineCode);
+    [[nodiscard]] std::optional<Municipality> municipality(const std::string& ineCode) {
+        return all_.find(ineCode);
+    }
 
     /// A municipality's own stretches of the street with exactly this name, in table order.
     [[nodiscard]] std::vector<StreetStretch> stretches(const Municipality& municipality,
@@ -72,13 +63,7 @@ private:
     dbase::Field& shownName_ = shown_.bindCharacter("NOMBRE", 53);
     dbase::Field& shownCode_ = shown_.bindCharacter("COD_INE", 5);
 
-    dbase::Dataset all_; // by INE code, minor entities included
-    dbase::Field& ineCode_ = all_.bindCharacter("COD_INE", 5);
-    dbase::Field& postalCode_ = all_.bindCharacter("CODPOSTAL", 5);
-    dbase::Field& onlyCode_ = all_.bindCharacter("UNICO", 1);
-    dbase::Field& name_ = all_.bindCharacter("NOMBRE", 53);
-    dbase::Field& province_ = all_.bindCharacter("COD_PROV", 2);
-    dbase::Field& isEntity_ = all_.bindLogical("ENT_MENOR");
+    MunicipalityCursor all_; // minor entities included
 
     dbase::Dataset streets_; // by province and name
     dbase::Field& key_ = streets_.bindCharacter("CODIGO1", 8);
