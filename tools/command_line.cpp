@@ -139,6 +139,32 @@ void defineAddress(CLI::App& app, Command& chosen) {
                    "la ficha.");
 }
 
+void defineSuggest(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<SuggestOptions>();
+    CLI::App& command = addCommand(
+        app, chosen, "sugerir", "Sugiere municipios y vías parecidos a lo que se escribe", options, sugerir);
+    requireText(command, "DIR", options->folder, folderHelp);
+    CLI::Option* municipality = offerText(command, "--municipio", options->municipality, "M",
+                                          "Municipio o localidad, como se escriba; o un código INE o postal");
+    offerText(command, "--provincia", options->province, "P",
+              "Sólo de esta provincia: su código o su nombre");
+    offerText(command, "--via", options->street, "V", "Vía; si no se da, sólo se sugieren municipios");
+    offerText(command, "--tipo", options->type, "T", "Tipo de la vía: su código o su nombre");
+    command.add_option("--max", options->most, "No más de N sugerencias; si no se da, 5")
+        ->type_name("N")
+        ->check(isCount);
+    offerText(command, "--lote", options->file, "F.csv",
+              "Muchas consultas: CSV en UTF-8 con las columnas municipio, provincia, via y tipo; «-» es la "
+              "entrada estándar")
+        ->excludes(municipality);
+    command.footer(
+        "Las sugerencias salen con la mejor primero; PUNTOS va de 0 a 1, y 1 es el mismo nombre. "
+        "Termina con 1 si\n"
+        "ninguna llega a 0,5. Con --lote la primera columna, CONSULTA, es el número de la consulta, y "
+        "termina con 0\n"
+        "cuando se han leído todas.");
+}
+
 /// Adds an order that works on one table, or on all tables of the folder.
 void defineForTables(CLI::App& app, Command& chosen, const char* name, const char* description,
                      ExitCode (*run)(const TablesOptions&)) {
@@ -195,6 +221,7 @@ void defineCommands(CLI::App& app, Command& chosen) {
     defineList(app, chosen);
     defineFind(app, chosen);
     defineAddress(app, chosen);
+    defineSuggest(app, chosen);
     defineForTables(app, chosen, "comprobar", "Comprueba tablas e índices sin cambiar nada", comprobar);
     defineForTables(app, chosen, "reindexar", "Rehace los índices a partir de los registros", reindexar);
     defineLocks(app, chosen);

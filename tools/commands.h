@@ -48,6 +48,12 @@ struct AddressOptions {
     std::string folder, municipality, province, ineCode, streetType, street, number;
 };
 
+struct SuggestOptions {
+    std::string folder, municipality, province, street, type;
+    std::string file; // of queries; "-": standard input; empty: the one given by the other options
+    std::optional<std::uint64_t> most;
+};
+
 struct FolderOptions {
     std::string folder;
 };
@@ -64,6 +70,7 @@ struct TablesOptions {
 [[nodiscard]] ExitCode listar(const ListOptions& options);
 [[nodiscard]] ExitCode buscar(const FindOptions& options);
 [[nodiscard]] ExitCode direccion(const AddressOptions& options);
+[[nodiscard]] ExitCode sugerir(const SuggestOptions& options);
 [[nodiscard]] ExitCode comprobar(const TablesOptions& options);
 [[nodiscard]] ExitCode reindexar(const TablesOptions& options);
 [[nodiscard]] ExitCode candados(const FolderOptions& options);

@@ -41,3 +41,4 @@
 #include "services/Rvarias.h"
 #include "services/TagProperty.h"
 #include "services/Text.h"
+#include "suggest/Suggestions.h"

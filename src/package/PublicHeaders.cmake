@@ -59,5 +59,6 @@ set(public_headers
   services/Rvarias.h
   services/TagProperty.h
   services/Text.h
+  suggest/Suggestions.h
 )
 list(TRANSFORM public_headers PREPEND "${PROJECT_SOURCE_DIR}/src/")

@@ -1,0 +1,202 @@
+// Taking names apart.
+#include "suggest/Folding.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "suggest/Letters.h"
+
+namespace ambrel::suggest {
+namespace {
+
+/// The letters from a position on; moves the position to the first byte after them.
+NameWord readWord(std::string_view name, std::size_t& at) {
+    NameWord word;
+    word.begin = at;
+    for (; at < name.size(); ++at) {
+        char letter = foldedLetter(name[at]);
+        if (name[at] == '\\') {
+            letter = enye; // what old conversions left of it
+        }
+        if (letter == 0 || (letter != dropped && !word.literal.empty() && isDigit(word.literal.back()) &&
+                            (static_cast<unsigned char>(name[at]) == 0xBA ||
+                             static_cast<unsigned char>(name[at]) == 0xAA))) {
+            break;
+        }
+        if (letter != dropped) {
+            word.literal += letter;
+        }
+    }
+    word.length = at - word.begin;
+    return word;
+}
+
+bool isApostrophe(std::string_view name, std::size_t at) {
+    if (at >= name.size()) {
+        return false;
+    }
+    const auto byte = static_cast<unsigned char>(name[at]);
+    return byte == '\'' || byte == 0x92 || byte == 0xB4 || byte == 0x91 || byte == '`';
+}
+
+std::uint16_t digitsOf(std::string_view text) {
+    std::uint16_t value = 0;
+    const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return problem == std::errc() && end == text.data() + text.size() ? value : 0;
+}
+
+void classify(NameWord& word, bool isElided, bool isFirst) {
+    word.text = word.literal;
+    word.number = digitsOf(word.literal);
+    const WordEntry* entry = WordLists::builtIn().find(word.literal);
+    if (entry == nullptr) {
+        return;
+    }
+    if (entry->isSmall && (entry->full.empty() || isElided)) {
+        word.role = WordRole::Small;
+    }
+    if (entry->number != 0 && (word.literal.size() > 1 || !isFirst)) {
+        word.number = entry->number;
+    }
+    if (!entry->full.empty() && !isElided) {
+        word.text = entry->full;
+        entry = WordLists::builtIn().find(word.text);
+    }
+    if (entry != nullptr && entry->isTitle) {
+        word.role = WordRole::Title;
+    }
+}
+
+TypeSet typesOf(const NameWord& word) {
+    const WordEntry* entry = WordLists::builtIn().find(word.literal);
+    return entry == nullptr ? 0 : entry->types;
+}
+
+/// The number of words from `first` on that name a street type, and the type.
+std::pair<std::size_t, TypeSet> typeAt(const std::vector<NameWord>& words, std::size_t first) {
+    if (first + 1 < words.size()) {
+        if (const TypeSet types =
+                WordLists::builtIn().typesOf(words[first].literal, words[first + 1].literal)) {
+            return {2, types};
+        }
+    }
+    if (first < words.size()) {
+        if (const TypeSet types = typesOf(words[first])) {
+            return {1, types};
+        }
+    }
+    return {0, 0};
+}
+
+bool isNumberWord(std::string_view literal) {
+    return literal == "N" || literal == "NO" || literal == "NUM" || literal == "NUMERO" || literal == "NRO";
+}
+
+/// Whether a word can be a house number: up to four digits, perhaps with a letter.
+bool isHouseNumber(const std::string& literal) {
+    const std::size_t digits = std::min(literal.find_first_not_of("0123456789"), literal.size());
+    return digits >= 1 && digits <= 4 && literal.size() - digits <= 1;
+}
+
+} // namespace
+
+std::vector<NameWord> foldName(std::string_view name) {
+    std::vector<NameWord> words;
+    bool isInBrackets = false;
+    for (std::size_t at = 0; at < name.size();) {
+        if (name[at] == '(' || name[at] == ')') {
+            isInBrackets = name[at] == '(' && !words.empty();
+        }
+        const char letter = foldedLetter(name[at]);
+        if (letter == 0 || letter == dropped) {
+            ++at;
+            continue;
+        }
+        NameWord word = readWord(name, at);
+        const bool isFirst =
+            std::ranges::none_of(words, [](const NameWord& one) { return counts(one.role); });
+        classify(word, word.literal.size() <= 2 && isApostrophe(name, at), isFirst);
+        if (isInBrackets && word.role != WordRole::Small) {
+            word.role = WordRole::Appended;
+        }
+        words.push_back(std::move(word));
+    }
+    // "2 de Mayo" and "Dos de Mayo", but "Rúa dos Olmos".
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (words[i].literal == "DOS") {
+            const bool isNumeral = i + 1 == words.size() || words[i + 1].literal == "DE";
+            words[i].role = isNumeral ? WordRole::Plain : WordRole::Small;
+            words[i].number = isNumeral ? 2 : 0;
+        }
+    }
+    if (std::ranges::none_of(words, [](const NameWord& word) { return counts(word.role); })) {
+        for (NameWord& word : words) {
+            word.role = WordRole::Plain; // nothing else to go by
+        }
+    }
+    return words;
+}
+
+std::string joined(const std::vector<NameWord>& words, std::size_t first, std::size_t last) {
+    std::string letters;
+    for (std::size_t i = first; i < last; ++i) {
+        if (words[i].role != WordRole::Appended) {
+            letters += words[i].literal;
+        }
+    }
+    return letters;
+}
+
+TypedStreet readStreet(std::string_view typed) {
+    TypedStreet street{foldName(typed), 0, {}};
+    const std::vector<NameWord>& words = street.words;
+    std::size_t last = words.size();
+    TypeSet typesAfter = 0;
+    // "Mayor, calle": a type after a comma.
+    if (last >= 2) {
+        const std::size_t gap = words[last - 2].begin + words[last - 2].length;
+        const std::string_view between = typed.substr(gap, words[last - 1].begin - gap);
+        if (between.find(',') != std::string_view::npos && !isHouseNumber(words[last - 1].literal)) {
+            typesAfter = typesOf(words[last - 1]);
+        }
+    }
+    std::vector<std::pair<std::size_t, TypeSet>> begins{{0, 0}};
+    for (std::size_t i = 0; i < 2; ++i) {
+        const auto [length, types] = typeAt(words, begins.back().first);
+        if (length == 0 || begins.back().first + length >= last) {
+            break;
+        }
+        begins.emplace_back(begins.back().first + length, types);
+    }
+    const auto hasName = [&](std::size_t first, std::size_t end) {
+        return std::any_of(words.begin() + static_cast<std::ptrdiff_t>(first),
+                           words.begin() + static_cast<std::ptrdiff_t>(end),
+                           [](const NameWord&) { return true; });
+    };
+    const auto add = [&](std::size_t end, TypeSet after, const std::string& number) {
+        for (const auto& [first, types] : begins) {
+            if (hasName(first, end)) {
+                street.readings.push_back({first, end, types | after, number});
+            }
+        }
+    };
+    add(last, 0, {});
+    if (typesAfter != 0) {
+        add(last - 1, typesAfter, {});
+    }
+    for (std::size_t i = 1; i < last; ++i) {
+        const bool isWithout = words[i].literal == "S" && i + 1 < last && words[i + 1].literal == "N";
+        if (isHouseNumber(words[i].literal) || words[i].literal == "SN" || isWithout) {
+            const std::size_t end = i >= 2 && isNumberWord(words[i - 1].literal) ? i - 1 : i;
+            std::string rest(typed.substr(words[i].begin));
+            rest.erase(rest.find_last_not_of(" \t") + 1);
+            add(end, 0, rest);
+        }
+    }
+    for (const TypedStreet::Reading& reading : street.readings) {
+        street.types |= reading.types;
+    }
+    return street;
+}
+
+} // namespace ambrel::suggest

@@ -1,0 +1,29 @@
+// Provinces by any writing of their names.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace ambrel::suggest {
+
+class ProvinceText {
+public:
+    explicit ProvinceText(std::string database) : database_(std::move(database)) {}
+
+    /// The two digits of a province from its digits or from its name in any writing; empty if unknown.
+    [[nodiscard]] std::string digitsOf(const std::string& text);
+    /// The name that PROVIN holds; empty if it holds none.
+    [[nodiscard]] std::string nameOf(const std::string& digits);
+
+private:
+    void prepare();
+
+    std::string database_;
+    std::vector<std::pair<std::string, std::string>> names_; // letters of the words that count, digits
+    std::vector<std::pair<std::string, std::string>> cut_;   // of names that fill their column
+    std::vector<std::pair<std::string, std::string>> shown_; // digits, name as stored
+    bool isRead_ = false;
+};
+
+} // namespace ambrel::suggest

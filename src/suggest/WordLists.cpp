@@ -1,0 +1,138 @@
+// Reading the word lists.
+#include "suggest/WordLists.h"
+
+#include <algorithm>
+#include <charconv>
+#include <stdexcept>
+
+#include "dbase/dbf/codepage.h"
+#include "suggest/Letters.h"
+
+namespace ambrel::suggest {
+namespace {
+
+std::string ansi(std::string_view utf8) {
+    const auto bytes = dbase::CodePage::windows1252().fromUtf8(utf8);
+    if (!bytes) {
+        throw std::invalid_argument("a letter that Windows-1252 lacks");
+    }
+    return *bytes;
+}
+
+std::string folded(std::string_view utf8) { return foldLetters(ansi(utf8)); }
+
+/// An entry with the blanks that "_" stands for.
+std::string spaced(std::string_view utf8) {
+    std::string text = ansi(utf8);
+    std::ranges::replace(text, '_', ' ');
+    return text;
+}
+
+/// Calls a function with each piece between separators, empty ones left out.
+template<class Use>
+void forEachPiece(std::string_view text, char separator, Use use) {
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find(separator), text.size());
+        if (end != 0) {
+            use(text.substr(0, end));
+        }
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+}
+
+} // namespace
+
+WordLists::WordLists(std::string_view text) {
+    std::string_view section;
+    std::size_t number = 0;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        const std::string_view line = text.substr(0, end);
+        text.remove_prefix(std::min(end + 1, text.size()));
+        ++number;
+        if (line.empty() || line.front() == '#') {
+            continue;
+        }
+        if (line.front() == '[') {
+            section = line;
+            continue;
+        }
+        try {
+            take(section, line);
+        } catch (const std::invalid_argument& error) {
+            throw std::invalid_argument("line " + std::to_string(number) + ": " + error.what());
+        }
+    }
+}
+
+const WordLists& WordLists::builtIn() {
+    static const WordLists lists(builtInWordLists());
+    return lists;
+}
+
+void WordLists::take(std::string_view section, std::string_view line) {
+    const std::size_t colon = line.find(':');
+    if (colon == std::string_view::npos) {
+        throw std::invalid_argument("no colon");
+    }
+    const std::string_view key = line.substr(0, colon), rest = line.substr(colon + 1);
+    if (section == "[types]") {
+        takeType(key, rest);
+        return;
+    }
+    forEachPiece(rest, ' ', [&](std::string_view word) {
+        if (section == "[provinces]") {
+            provinces_.emplace_back(spaced(word), key);
+            return;
+        }
+        const std::string text = folded(word);
+        if (section == "[small]") {
+            words_[text].isSmall = true;
+        } else if (section == "[titles]") {
+            words_[text].isTitle = true;
+        } else if (section == "[short]") {
+            words_[text].full = folded(key);
+        } else if (section == "[numbers]") {
+            std::uint16_t& value = words_[text].number;
+            if (std::from_chars(key.data(), key.data() + key.size(), value).ec != std::errc()) {
+                throw std::invalid_argument("not a number");
+            }
+        } else {
+            throw std::invalid_argument("no section of this name");
+        }
+    });
+}
+
+void WordLists::takeType(std::string_view name, std::string_view rest) {
+    const std::size_t bar = rest.find('|');
+    if (bar == std::string_view::npos || typeCount_ == 64) {
+        throw std::invalid_argument("no codes, or too many types");
+    }
+    const TypeSet type = TypeSet{1} << typeCount_++;
+    static_cast<void>(name);
+    forEachPiece(rest.substr(0, bar), ' ', [&](std::string_view code) { codes_[std::string(code)] |= type; });
+    forEachPiece(rest.substr(bar + 1), ' ', [&](std::string_view word) {
+        if (const std::size_t blank = word.find('_'); blank != std::string_view::npos) {
+            pairs_[folded(word.substr(0, blank)) + ' ' + folded(word.substr(blank + 1))] |= type;
+        } else {
+            words_[folded(word)].types |= type;
+        }
+    });
+}
+
+const WordEntry* WordLists::find(std::string_view folded) const {
+    const auto entry = words_.find(folded);
+    return entry == words_.end() ? nullptr : &entry->second;
+}
+
+TypeSet WordLists::typesOf(std::string_view first, std::string_view second) const {
+    const auto entry = pairs_.find(std::string(first) + ' ' + std::string(second));
+    return entry == pairs_.end() ? 0 : entry->second;
+}
+
+TypeSet WordLists::typesOfCode(std::string_view code) const {
+    const auto entry = codes_.find(code);
+    return entry == codes_.end() ? 0 : entry->second;
+}
+
+} // namespace ambrel::suggest

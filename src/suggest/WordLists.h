@@ -1,0 +1,64 @@
+// The words that names are written with in several ways, from word_lists.txt.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace ambrel::suggest {
+
+/// A set of street types, one bit each.
+using TypeSet = std::uint64_t;
+
+/// What is known of a folded word; `full` is empty if it is not a short form.
+struct WordEntry {
+    std::string full = {};
+    std::uint16_t number = 0; // of a numeral; else 0
+    TypeSet types = 0;        // the street types that it names
+    bool isSmall = false;     // an article or a preposition
+    bool isTitle = false;     // often left out
+};
+
+/// Hashes texts and views alike.
+struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
+};
+template<class Value>
+using TextMap = std::unordered_map<std::string, Value, TextHash, std::equal_to<>>;
+
+class WordLists {
+public:
+    /// Those that were compiled in.
+    static const WordLists& builtIn();
+    /// Reads lists; UTF-8. Errors: std::invalid_argument, naming the line.
+    explicit WordLists(std::string_view text);
+
+    /// What is known of a folded word; null for any other.
+    [[nodiscard]] const WordEntry* find(std::string_view folded) const;
+    /// The types that two words name together.
+    [[nodiscard]] TypeSet typesOf(std::string_view first, std::string_view second) const;
+    /// The types that a table usually means by a code.
+    [[nodiscard]] TypeSet typesOfCode(std::string_view code) const;
+    /// Names of provinces in Windows-1252, and their codes.
+    [[nodiscard]] const std::vector<std::pair<std::string, std::string>>& provinces() const {
+        return provinces_;
+    }
+
+private:
+    void take(std::string_view section, std::string_view line);
+    void takeType(std::string_view name, std::string_view rest);
+
+    TextMap<WordEntry> words_;
+    TextMap<TypeSet> pairs_, codes_;
+    std::vector<std::pair<std::string, std::string>> provinces_;
+    unsigned typeCount_ = 0;
+};
+
+/// The text of word_lists.txt; generated.
+[[nodiscard]] std::string_view builtInWordLists();
+
+} // namespace ambrel::suggest

@@ -1,0 +1,169 @@
+// Streets that may have been meant.
+#include <gtest/gtest.h>
+
+#include "data/PostalTables.h"
+#include "suggest/Suggestions.h"
+
+namespace ambrel {
+namespace {
+
+using ambrel::test::ansi;
+
+class StreetSuggestions : public postal_tests::PostalTables {
+protected:
+    StreetSuggestions() {
+        addMunicipalities({{"28079", "28001", "MADRID"},
+                           {"28079", "28013", "MADRID"},
+                           {"28013", "28300", "ARANJUEZ", "S"},
+                           {"28045", "28770", "COLMENAR VIEJO"},
+                           {"28144", "28770", "SOTO"}});
+        addStreetTypes({{"CL", "CALLE", "CARRER"},
+                        {"PZ", "PLAZA", "PLAÇA"},
+                        {"AV", "AVENIDA", "AVINGUDA"},
+                        {"GV", "GRAN VIA"},
+                        {"PS", "PASEO", "PASSEIG"}});
+        addStreets({{"28000001", "GRAN VIA", "CL", "28013"},
+                    {"28000002", "GRAN VIA", "CL", "28001", {51, 99}, {52, 98}},
+                    {"28000003", "SANTA TERESA", "CL", "28001"},
+                    {"28000004", "CONSTITUCION", "AV", "28001"},
+                    {"28000005", "CONSTITUCION", "PZ", "28001"},
+                    {"28000006", "DOS DE MAYO", "CL", "28001"},
+                    {"28000007", "ALFONSO XII", "CL", "28001"},
+                    {"28000008", "FEDERICO GARCIA LORCA", "CL", "28001"},
+                    {"28000009", "VELAZQUEZ", "CL", "28001"},
+                    {"28000010", "CASTELLANA", "PS", "28001"},
+                    {"28000011", "DOCTOR FLEMING", "CL", "28001"},
+                    {"28000012", "ESPAÑA", "PZ", "28001"},
+                    {"28000013", "MAYOR (EL PARDO)", "CL", "28001"},
+                    {"28000014", "MAYOR", "CL", "28300"},
+                    {"28000015", "REAL", "CL", "28770", {1, 9999}, {2, 9998}, "28", "9", "28045"},
+                    {"28000016", "REAL", "CL", "28770", {1, 9999}, {2, 9998}, "28", "9", "28144"},
+                    {"28000017", "REALES", "CL", "28770", {1, 9999}, {2, 9998}, "28", "9", "28144"}});
+    }
+
+    std::vector<SuggestedStreet> suggest(const std::string& utf8, const std::string& type = "",
+                                         const std::string& ineCode = "28079") {
+        return suggestions.streets({.text = ansi(utf8), .type = type, .ineCode = ineCode});
+    }
+    std::string first(const std::string& utf8, const std::string& type = "") {
+        const auto found = suggest(utf8, type);
+        return found.empty() ? std::string() : found.front().type + ' ' + found.front().name;
+    }
+
+    Suggestions suggestions;
+};
+
+TEST_F(StreetSuggestions, StreetIsFoundHoweverItIsWritten) {
+    EXPECT_EQ(first("c/ gran vía"), "CL GRAN VIA");
+    EXPECT_EQ(first("avda. de la constitución"), "AV CONSTITUCION");
+    EXPECT_EQ(first("pza constitucion"), "PZ CONSTITUCION");
+    EXPECT_EQ(first("Sta. Teresa"), "CL SANTA TERESA");
+    EXPECT_EQ(first("2 de mayo"), "CL DOS DE MAYO");
+    EXPECT_EQ(first("Alfonso 12"), "CL ALFONSO XII");
+    EXPECT_EQ(first("Carrer del Dr. Fleming"), "CL DOCTOR FLEMING");
+    EXPECT_EQ(first("Pº de la Castellana"), "PS CASTELLANA");
+    EXPECT_EQ(first("espana"), ansi("PZ ESPAÑA"));
+}
+
+TEST_F(StreetSuggestions, SlipsMissingWordsAndBeginningsAreForgiven) {
+    EXPECT_EQ(first("velasques"), "CL VELAZQUEZ");
+    EXPECT_EQ(first("vlezaquez"), "CL VELAZQUEZ");
+    EXPECT_EQ(first("garcia lorca"), "CL FEDERICO GARCIA LORCA");
+    EXPECT_EQ(first("federico gar"), "CL FEDERICO GARCIA LORCA");
+    EXPECT_EQ(first("granvia"), "CL GRAN VIA");
+    EXPECT_EQ(first("fleming"), "CL DOCTOR FLEMING");
+    EXPECT_EQ(first("xyzzyw"), "");
+}
+
+TEST_F(StreetSuggestions, TypeOrdersEqualNamesAndExcludesNone) {
+    EXPECT_EQ(first("constitucion", "PZ"), "PZ CONSTITUCION");
+    EXPECT_EQ(first("constitucion", "AV"), "AV CONSTITUCION");
+    EXPECT_EQ(first("constitucion", "avenida"), "AV CONSTITUCION");
+    EXPECT_EQ(first("velazquez", "PZ"), "CL VELAZQUEZ");
+    EXPECT_EQ(suggest("constitucion").size(), 2U);
+}
+
+TEST_F(StreetSuggestions, OneLineStandsForAllStretchesAndGivesTheirCodes) {
+    const auto found = suggest("gran via");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found.front().points, 1);
+    EXPECT_EQ(found.front().key, "28000001");
+    EXPECT_EQ(found.front().postalCodes, (std::vector<std::string>{"28001", "28013"}));
+    EXPECT_EQ(found.front().municipality, "MADRID");
+    EXPECT_EQ(found.front().ineCode, "28079");
+    EXPECT_EQ(found.front().province, "28");
+}
+
+TEST_F(StreetSuggestions, VillageInBracketsWeighsLessThanTheName) {
+    EXPECT_EQ(first("mayor"), "CL MAYOR (EL PARDO)");
+    EXPECT_EQ(first("mayor el pardo"), "CL MAYOR (EL PARDO)");
+    EXPECT_GT(suggest("mayor").front().points, 0.9);
+}
+
+TEST_F(StreetSuggestions, NumberAfterTheStreetIsKept) {
+    const auto found = suggest("Sta. Teresa 5");
+    ASSERT_FALSE(found.empty());
+    EXPECT_EQ(found.front().name, "SANTA TERESA");
+    EXPECT_EQ(found.front().number, "5");
+    EXPECT_EQ(suggest("2 de mayo").front().number, "");
+    EXPECT_EQ(suggest("velazquez 12 bis, 3 B").front().number, "12 bis, 3 B");
+}
+
+TEST_F(StreetSuggestions, OnlyTheMunicipalitysOwnStreetsAreSuggested) {
+    EXPECT_TRUE(suggest("velazquez", "", "28013").empty());
+    ASSERT_FALSE(suggest("mayor", "", "28013").empty());
+    EXPECT_EQ(suggest("mayor", "", "28013").front().name, "MAYOR");
+    EXPECT_TRUE(suggest("velazquez", "", "99999").empty());
+}
+
+TEST_F(StreetSuggestions, RowsWithTheMunicipalitysOwnCodeComeFirst) {
+    const auto found = suggest("real", "", "28045");
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0].name, "REAL");
+    EXPECT_EQ(found[0].key, "28000015");
+    EXPECT_EQ(suggest("real", "", "28144").front().key, "28000016");
+}
+
+TEST_F(StreetSuggestions, StreetsOfAPostalCodeAndOfAProvinceAreFoundToo) {
+    const auto ofCode = suggestions.streets({.text = "real", .postalCode = "28770"});
+    ASSERT_EQ(ofCode.size(), 3U);
+    EXPECT_EQ(ofCode[0].municipality, "COLMENAR VIEJO");
+    EXPECT_EQ(ofCode[1].municipality, "SOTO");
+    const auto ofProvince = suggestions.streets({.text = "mayor", .province = "28"});
+    ASSERT_GE(ofProvince.size(), 2U);
+    EXPECT_EQ(ofProvince[0].municipality, "ARANJUEZ");
+    EXPECT_EQ(ofProvince[1].municipality, "MADRID"); // the only one with 28001
+}
+
+TEST_F(StreetSuggestions, UncertainMunicipalityIsSettledByTheStreet) {
+    const auto found = suggestions.addresses({.municipality = {"madird"}, .street = "velazqez"});
+    ASSERT_FALSE(found.empty());
+    EXPECT_EQ(found.front().ineCode, "28079");
+    EXPECT_EQ(found.front().name, "VELAZQUEZ");
+    EXPECT_LT(found.front().points, 0.9);
+}
+
+TEST_F(StreetSuggestions, MatchingLettersOfTheStreetAreMarked) {
+    EXPECT_EQ(suggest("c/ velaz").front().marks, (std::vector<TextSpan>{{0, 5}}));
+    EXPECT_EQ(suggest("sta teresa").front().marks, (std::vector<TextSpan>{{0, 5}, {6, 6}}));
+}
+
+TEST_F(StreetSuggestions, HostileTextsFindNothingAndDoNoHarm) {
+    std::vector<std::string> texts{"", "   ", "()", "5", "C/", "''''"};
+    texts.emplace_back(5000, 'A');
+    texts.emplace_back(3000, ' ');
+    texts.emplace_back(300, '\xD1');
+    texts.emplace_back(2, '\0');
+    for (const std::string& text : texts) {
+        EXPECT_LE(suggestions.streets({.text = text, .ineCode = "28079"}).size(), 8U);
+        EXPECT_LE(suggestions.municipalities({text}).size(), 8U);
+    }
+    std::string many;
+    for (int i = 0; i < 500; ++i) {
+        many += "A" + std::to_string(i) + ' ';
+    }
+    EXPECT_LE(suggest(many).size(), 8U);
+}
+
+} // namespace
+} // namespace ambrel
