@@ -50,6 +50,7 @@ public:
     [[nodiscard]] std::unique_ptr<File> open(const std::string& path, OpenMode mode) override;
     void rename(const std::string& from, const std::string& to) override;
     void remove(const std::string& path) override;
+    [[nodiscard]] std::string objectionToNamesAt(const std::string&) const override { return {}; }
     void syncFolderOf(const std::string& path) override;
     [[nodiscard]] std::optional<FileStatus> statusOf(const std::string& path) const override;
     [[nodiscard]] std::unique_ptr<File> openCompanion(const std::string& path) override;

@@ -1,7 +1,16 @@
 // ambcp listar: a table as CSV.
 #include "AmbcpTest.h"
 
+#include <unistd.h>
+
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
 #include "dbase/dataset/dataset.h"
+#include "dbase/journal/journal.h"
+#include "dbase/table/table.h"
 
 namespace ambcp::test {
 namespace {
@@ -160,6 +169,36 @@ TEST_F(AmbcpListar, ClosedOutputNeverReachesATable) {
     const std::string before = content("CALLES.DBF");
     EXPECT_EQ(shell("\"$AMBCP\" listar . CALLES >&-").exitCode, 0);
     EXPECT_EQ(content("CALLES.DBF"), before);
+}
+
+TEST_F(AmbcpListar, AJournalThatAnotherUserHasPlantedChangesNothing) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "wants root, to give a file to another user";
+    }
+    const std::string before = done({"listar", ".", "CALLES"}), journal = folder / "CALLES.AMJ";
+    {
+        const std::string now = dbase::bootIdentity();
+        dbase::setBootIdentity("antes");
+        const auto table = dbase::Table::open(folder / "CALLES.DBF");
+        const std::span<const char> first = table->records().record(1).bytes;
+        std::vector<char> changed(first.begin(), first.end());
+        changed[1] = '9';
+        dbase::RecordChange change;
+        change.add(1, first, changed);
+        dbase::Journal forged(dbase::journalBeside(folder / "CALLES.DBF"), table->schema());
+        table->leave(); // which would remove it
+        static_cast<void>(forged.begin());
+        forged.add({table->changeCounter() + 1, change.runs()}, true);
+        dbase::setBootIdentity(now);
+    }
+    const std::string planted = content(journal);
+    constexpr uid_t stranger = 50003;
+    ASSERT_EQ(chown(journal.c_str(), stranger, stranger), 0);
+    EXPECT_EQ(done({"listar", ".", "CALLES"}), before);
+    EXPECT_EQ(content(journal), planted);
+    EXPECT_NE(refused({"reindexar", ".", "CALLES"}).find("CALLES.AMJ: el diario es del usuario número 50003"),
+              std::string::npos);
+    ASSERT_TRUE(std::filesystem::remove(journal));
 }
 
 } // namespace

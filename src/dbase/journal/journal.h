@@ -34,6 +34,9 @@ public:
     /// Whether a journal exists at all.
     [[nodiscard]] bool exists();
 
+    /// See JournalPlace.
+    [[nodiscard]] std::string objectionToWriting() { return place_->objectionToWriting(); }
+
     /// Joins the journal of the programs now at work, or begins one on the disk and returns true.
     bool begin();
     /// Writes an entry. A kept one is on the disk on return, and stays until restart().

@@ -15,11 +15,15 @@ public:
     JournalPlace(const JournalPlace&) = delete;
     JournalPlace& operator=(const JournalPlace&) = delete;
 
-    /// Null if there is none. Errors of all operations: Error, which names the journal.
+    /// Null if there is none, or an empty one. Errors of all operations: Error, which names the journal;
+    /// Error(AccessDenied) for one that must be left alone (see journal_trust.h).
     [[nodiscard]] virtual std::unique_ptr<File> openExisting() = 0;
-    /// Creates an empty file and puts its name on the disk.
+    /// Creates an empty file, or takes the one that is there, and puts its name on the disk.
     [[nodiscard]] virtual std::unique_ptr<File> create() = 0;
+    /// Removes the file, or empties it if the system does not permit its removal.
     virtual void remove() = 0;
+    /// Why a journal cannot be written here, in Spanish; empty if it can. Errors: as those of openExisting().
+    [[nodiscard]] virtual std::string objectionToWriting() { return {}; }
 };
 
 /// The place beside a table file.

@@ -19,9 +19,8 @@ namespace {
 
 constexpr int safely = O_NOFOLLOW | O_CLOEXEC | O_NOCTTY | O_NONBLOCK; // a pipe must not block
 
-[[noreturn]] void refuse(const std::string& path, const char* reason) {
-    throw Error(ErrorCode::AccessDenied, path,
-                std::string(reason) + ", y no se usa; compruebe quién lo ha puesto ahí y bórrelo");
+[[noreturn]] void refuse(const std::string& path, const std::string& reason) {
+    throw Error(ErrorCode::AccessDenied, path, reason + "; compruebe quién lo ha puesto ahí y bórrelo");
 }
 
 // The file begins as its creator's alone, so that nobody opens it meanwhile who may not open the model. Only
@@ -60,23 +59,26 @@ std::unique_ptr<File> openCompanionFile(const std::string& path) {
             return nullptr;
         }
         if (errno == ELOOP) {
-            refuse(path, "es un enlace");
+            refuse(path, "es un enlace, y no se sigue");
         }
         if (errno == EISDIR || errno == ENXIO) {
-            refuse(path, "no es un fichero de datos");
+            refuse(path, "no es un fichero de datos, y no se usa");
         }
         raise(path, "no se puede abrir");
     }
     std::unique_ptr<File> file = fileOf(descriptor, path, isWritable);
     struct stat status = {};
     if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-        refuse(path, "no es un fichero de datos");
+        refuse(path, "no es un fichero de datos, y no se usa");
     }
     if (status.st_nlink == 0) { // removed since
         return nullptr;
     }
     if (status.st_nlink > 1) {
-        refuse(path, "tiene un segundo nombre");
+        throw Error(
+            ErrorCode::AccessDenied, path,
+            "tiene un segundo nombre en el disco, y no se usa; quite el otro o, si no sabe de dónde viene, "
+            "borre éste");
     }
     return file;
 }

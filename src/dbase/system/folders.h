@@ -36,6 +36,9 @@ public:
     virtual void rename(const std::string& from, const std::string& to) = 0;
     /// Removes a name, if it exists. Errors: Error(Io).
     virtual void remove(const std::string& path) = 0;
+    /// Why no file can be created or removed in the folder of a file, in Spanish; empty if the system permits
+    /// it.
+    [[nodiscard]] virtual std::string objectionToNamesAt(const std::string& path) const = 0;
     /// Flushes the folder of a file, and so the names in it, to the disk if its file system can.
     virtual void syncFolderOf(const std::string& path) = 0;
 

@@ -192,7 +192,9 @@ std::unique_ptr<File> openFile(const std::string& path, OpenMode mode) {
     }
     const int descriptor = ::open(path.c_str(), flags, 0666);
     if (descriptor < 0) {
-        raise(path, "no se puede abrir");
+        const bool mayPerhapsRead = errno == EACCES || errno == EPERM || errno == EROFS;
+        raise(path, mayPerhapsRead && mode != OpenMode::ReadOnly ? "no se puede abrir para escribir"
+                                                                 : "no se puede abrir");
     }
     struct stat status = {};
     if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {

@@ -24,6 +24,11 @@ std::optional<struct stat> look(const std::string& path) {
     return stat(path.c_str(), &status) == 0 ? std::optional(status) : std::nullopt;
 }
 
+std::string folderOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+}
+
 // Empty if the name does not exist.
 std::string resolved(const std::string& path) {
     const std::unique_ptr<char, decltype(&std::free)> found(::realpath(path.c_str(), nullptr), std::free);
@@ -45,9 +50,7 @@ public:
         if (std::string found = resolved(path); !found.empty()) {
             return found;
         }
-        const std::size_t slash = path.rfind('/');
-        const std::string name = path.substr(slash + 1);
-        const std::string folder = resolved(slash == std::string::npos ? "." : path.substr(0, slash + 1));
+        const std::string name = path.substr(path.rfind('/') + 1), folder = resolved(folderOf(path));
         return folder.empty() ? path : folder == "/" ? folder + name : folder + '/' + name;
     }
 
@@ -83,10 +86,16 @@ public:
         }
     }
 
+    std::string objectionToNamesAt(const std::string& path) const override {
+        const std::string folder = folderOf(path);
+        if (faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0) {
+            return {};
+        }
+        return "no se puede escribir en la carpeta " + folder + " (" + systemReason(errno) + ")";
+    }
+
     void syncFolderOf(const std::string& path) override {
-        const std::size_t slash = path.rfind('/');
-        const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-        if (const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (const int descriptor = ::open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
             descriptor >= 0) {
             static_cast<void>(fsync(descriptor));
             ::close(descriptor);

@@ -91,6 +91,16 @@ UpdateStamp stampOf(const File& index) {
     return decodeStamp(bytes);
 }
 
+// With the table's owner, group and permissions, and never through a link that somebody has planted.
+std::unique_ptr<File> newIndex(const std::string& tableFile) {
+    const std::string path = withExtension(tableFile, ".MDX");
+    std::unique_ptr<File> file = diskFolders().createCompanion(path, tableFile);
+    if (!file) {
+        throw Error(ErrorCode::Exists, path, "ya existe, y no es un fichero de datos");
+    }
+    return file;
+}
+
 } // namespace
 
 void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>& knownTags,
@@ -113,15 +123,17 @@ void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>
         IndexFile::checkTags(tableFile, records.schema(),
                              tags); // before creating a file or touching a record
     }
-    std::unique_ptr<File> index = openFile(existing.value_or(withExtension(tableFile, ".MDX")),
-                                           existing ? OpenMode::ReadWrite : OpenMode::Create);
+    Journal journal(journalBeside(tableFile), records.schema());
+    if (const std::string objection = journal.objectionToWriting(); !objection.empty()) {
+        throw Error(ErrorCode::AccessDenied, tableFile, objection);
+    }
+    std::unique_ptr<File> index = existing ? openFile(*existing, OpenMode::ReadWrite) : newIndex(tableFile);
     std::optional<IndexFile> trees; // outlives the lock on its file
     StructureLock::Holders holders;
     if (records.file().isRemote()) {
         holders.exchanged = &records.file();
     }
     const StructureLock lock(*index, holders, LockKind::Exclusive);
-    Journal journal(journalBeside(tableFile), records.schema());
     Recovery recovery(records, index.get(), &journal);
     if (isAlone && journal.isOfAnotherStart()) {
         recovery.afterStop();

@@ -16,13 +16,11 @@ Table::Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::st
     if (journal) {
         journal_.emplace(std::move(journal), schema());
     }
-    const auto refuseWriting = [this](const std::string& reason) {
-        if (readOnlyReason_.empty()) {
-            readOnlyReason_ = reason;
+    for (const File* file :
+         {static_cast<const File*>(&records_.file()), static_cast<const File*>(index.get())}) {
+        if (file != nullptr && !file->isWritable()) {
+            refuseWriting("no hay permiso para escribir en " + file->path());
         }
-    };
-    if (!records_.file().isWritable() || (index && !index->isWritable())) {
-        refuseWriting("no hay permiso para escribir en " + path());
     }
     if (std::any_of(schema().columns.begin(), schema().columns.end(),
                     [](const Column& column) { return column.type == ColumnType::Memo; })) {
@@ -66,6 +64,13 @@ std::vector<std::string> Table::tagNames() const {
         }
     }
     return names;
+}
+
+// The first reason stands: it is about the files themselves.
+void Table::refuseWriting(const std::string& reason) {
+    if (readOnlyReason_.empty()) {
+        readOnlyReason_ = reason;
+    }
 }
 
 void Table::requireWritable() const {

@@ -102,6 +102,7 @@ private:
 
     // table.cpp
     void requireWritable() const;
+    void refuseWriting(const std::string& reason);
     void guardRead(const std::function<void()>& operation);
     [[nodiscard]] bool tryReadLocked(const std::function<void()>& operation);
     [[nodiscard]] bool isTorn() const;
@@ -126,7 +127,10 @@ private:
     void recoverLocked(Health found);
     void rebuildLocked(const Progress& progress);
     [[nodiscard]] Recovery recovery();
+    [[nodiscard]] bool findsJournal();
     void joinSession();
+    void recoverSession();
+    void removeJournal();
     void leaveSession();
     void writeJournal(const RecordChange& change, std::uint64_t counter, Durability durability);
     void syncUnjournaled(Durability durability);

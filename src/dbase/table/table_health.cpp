@@ -98,7 +98,19 @@ void Table::recoverLocked(Health found) {
     rebuildLocked({});
     if (found == Health::Stopped) {
         recovery().sync();
+        removeJournal();
+    }
+}
+
+// One that stays will be redone again: nothing must change in between.
+void Table::removeJournal() {
+    try {
         journal_->remove();
+    } catch (const Error& error) {
+        if (error.code() != ErrorCode::AccessDenied) {
+            throw;
+        }
+        refuseWriting(error.what());
     }
 }
 
@@ -116,12 +128,33 @@ void Table::rebuildLocked(const Progress& progress) {
 
 // --- The journal
 
+// False if there is none, or one that must be left alone: nothing is written without one of our own.
+bool Table::findsJournal() {
+    try {
+        return journal_ && journal_->exists();
+    } catch (const Error& error) {
+        if (error.code() != ErrorCode::AccessDenied) {
+            throw;
+        }
+        journal_.reset();
+        refuseWriting(error.what());
+        return false;
+    }
+}
+
+// A table that cannot be written says so now, not at its first change.
+void Table::joinSession() {
+    if (findsJournal()) {
+        recoverSession();
+    }
+    if (journal_ && !isReadOnly()) {
+        refuseWriting(journal_->objectionToWriting());
+    }
+}
+
 // A program that is alone recovers what an earlier boot of the machine, or a program that died, left. If
 // others are at work, one of them has done so already.
-void Table::joinSession() {
-    if (!journal_ || !journal_->exists()) {
-        return;
-    }
+void Table::recoverSession() {
     File& file = records_.file();
     const bool hasMachineStopped = journal_->isOfAnotherStart();
     if (isReadOnly()) {
@@ -138,6 +171,10 @@ void Table::joinSession() {
         const ExclusiveUse use(*this, hasMachineStopped ? AfterStop::Yes : AfterStop::No);
         if (!hasMachineStopped && !hasTail_) { // an interrupted load leaves rows after the end mark
             recovery().tail();
+        }
+        if (!hasMachineStopped && !journal_->objectionToWriting().empty()) { // ours can take its place
+            recovery().sync();
+            removeJournal();
         }
     }
     static_cast<void>(file.tryLock(presenceLock, LockKind::Shared)); // cannot fail: it is ours

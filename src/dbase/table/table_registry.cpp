@@ -10,12 +10,16 @@ namespace dbase {
 
 namespace {
 
-std::unique_ptr<File> openForUse(const std::string& path) {
+// Sets the reason, if it is the first, why a file can only be read.
+std::unique_ptr<File> openForUse(const std::string& path, std::string& readOnlyReason) {
     try {
         return openFile(path, OpenMode::ReadWrite);
     } catch (const Error& error) {
         if (error.code() != ErrorCode::AccessDenied) {
             throw;
+        }
+        if (readOnlyReason.empty()) {
+            readOnlyReason = error.what();
         }
     }
     return openFile(path, OpenMode::ReadOnly);
@@ -38,7 +42,8 @@ std::shared_ptr<Table> Table::open(const std::string& path) {
     }
     const LockWaits waits;
     while (true) {
-        std::unique_ptr<File> records = openForUse(path);
+        std::string readOnlyReason;
+        std::unique_ptr<File> records = openForUse(path, readOnlyReason);
         File& file = *records;
         // Programs open one at a time, so that the first is alone and checks what the last ones left.
         holdLock(file, openingLock, file.isWritable() ? LockKind::Exclusive : LockKind::Shared);
@@ -50,10 +55,10 @@ std::shared_ptr<Table> Table::open(const std::string& path) {
         }
         std::unique_ptr<File> index;
         if (const std::optional<std::string> indexPath = findIndexFile(path)) {
-            index = openForUse(*indexPath);
+            index = openForUse(*indexPath, readOnlyReason);
         }
-        auto table =
-            std::make_shared<Table>(std::move(records), std::move(index), std::string(), journalBeside(path));
+        auto table = std::make_shared<Table>(std::move(records), std::move(index), readOnlyReason,
+                                             journalBeside(path));
         file.unlock(openingLock);
         openTables()[identity] = table;
         return table;

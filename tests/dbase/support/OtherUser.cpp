@@ -4,12 +4,15 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <fstream>
 #include <stdexcept>
 
 #include <fcntl.h>
 #include <grp.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -21,16 +24,40 @@ namespace dbase::test {
 
 bool mayBecomeOthers() { return geteuid() == 0; }
 
-std::string as(const User& user, const std::function<std::string()>& work) {
+void UserList::add(const std::string& name, const User& user) {
+    users_ += name + ":x:" + std::to_string(user.id) + ':' + std::to_string(user.group) + "::/:/bin/false\n";
+    groups_ += name + ":x:" + std::to_string(user.group) + ":\n";
+    for (const unsigned group : user.otherGroups) {
+        groups_ += name + "s:x:" + std::to_string(group) + ':' + name + '\n';
+    }
+    std::ofstream(path("passwd")) << users_;
+    std::ofstream(path("group")) << groups_;
+}
+
+void UserList::use() const {
+    if (unshare(CLONE_NEWNS) != 0 || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+        mount(path("passwd").c_str(), "/etc/passwd", nullptr, MS_BIND, nullptr) != 0 ||
+        mount(path("group").c_str(), "/etc/group", nullptr, MS_BIND, nullptr) != 0) {
+        throw std::runtime_error("the system gives no mounts of one's own");
+    }
+}
+
+void become(const User& user) {
+    const std::vector<gid_t> groups(user.otherGroups.begin(), user.otherGroups.end());
+    umask(022);
+    if (setgroups(groups.size(), groups.data()) != 0 || setresgid(user.group, user.group, user.group) != 0 ||
+        setresuid(user.id, user.id, user.id) != 0) {
+        throw std::runtime_error("cannot become another user");
+    }
+}
+
+std::string as(const User& user, const std::function<std::string()>& work, const UserList* known) {
     ChildProcess other([&](const ChildProcess::Link& link) {
-        const std::vector<gid_t> groups(user.otherGroups.begin(), user.otherGroups.end());
-        umask(022);
-        if (setgroups(groups.size(), groups.data()) != 0 ||
-            setresgid(user.group, user.group, user.group) != 0 || setresuid(user.id, user.id, user.id) != 0) {
-            link.send("cannot become another user");
-            return 1;
-        }
         try {
+            if (known != nullptr) {
+                known->use();
+            }
+            become(user);
             link.send(work());
         } catch (const std::exception& error) {
             link.send(error.what());

@@ -161,4 +161,30 @@ TEST_F(ReindexTest, WithTagsThatTheTableCannotHaveMakesNoIndex) {
     EXPECT_EQ(readFile(file_), tableBytes());
 }
 
+TEST_F(ReindexTest, MakesAMissingIndexWithTheTablesPermissionsAndThroughNoLink) {
+    writeFiles();
+    const std::string index = folder_ / "RECUPERA.MDX", victim = folder_ / "victim";
+    ASSERT_TRUE(std::filesystem::remove(index));
+    std::filesystem::permissions(file_, std::filesystem::perms(0660));
+    std::filesystem::create_symlink(victim, index);
+    const std::vector<TagDefinition> tags{{.name = "NOMBRE", .expression = "NOMBRE"}};
+    EXPECT_EQ(errorOf([&] { reindexTable(file_, tags); }).file(), index);
+    EXPECT_FALSE(std::filesystem::exists(victim));
+    ASSERT_TRUE(std::filesystem::remove(index));
+    reindexTable(file_, tags);
+    EXPECT_EQ(std::filesystem::status(index).permissions(), std::filesystem::perms(0660));
+    EXPECT_EQ(findings(file_), "");
+}
+
+TEST_F(ReindexTest, WithAJournalThatIsALinkTouchesNothing) {
+    writeFiles();
+    const std::string journal = folder_ / "RECUPERA.AMJ", index = folder_ / "RECUPERA.MDX";
+    std::filesystem::create_symlink(folder_ / "victim", journal);
+    const Bytes records = readFile(file_), tags = readFile(index);
+    EXPECT_EQ(errorOf([&] { reindexTable(file_); }).file(), journal);
+    EXPECT_EQ(readFile(file_), records);
+    EXPECT_EQ(readFile(index), tags);
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "victim"));
+}
+
 } // namespace
