@@ -128,12 +128,16 @@ void TableFile::overwrite(RecordNumber number, std::span<const char> bytes) {
 }
 
 void TableFile::writeTail(RecordNumber number, std::span<const char> bytes) {
-    if (offsetOf(number) + bytes.size() + 1 >= maxFileSize) {
-        throw Error(ErrorCode::TooLarge, path(), "la tabla llegaría a 2 GiB; no caben más registros");
-    }
     std::vector<char> record(bytes.begin(), bytes.end());
     record.push_back(endMark);
-    file_->write(offsetOf(number), record);
+    writeTailPiece(offsetOf(number), record);
+}
+
+void TableFile::writeTailPiece(std::uint64_t offset, std::span<const char> bytes) {
+    if (offset + bytes.size() >= maxFileSize) {
+        throw Error(ErrorCode::TooLarge, path(), "la tabla llegaría a 2 GiB; no caben más registros");
+    }
+    file_->write(offset, bytes);
 }
 
 void TableFile::setCount(std::uint32_t count) {

@@ -34,6 +34,9 @@ public:
     void overwrite(RecordNumber number, std::span<const char> bytes);
     /// Writes records after the last one, with the end mark; they do not count before setCount().
     void writeTail(RecordNumber number, std::span<const char> bytes);
+    /// The same for many records in pieces that may begin and end inside one; the end mark is the last byte
+    /// of the last piece.
+    void writeTailPiece(std::uint64_t offset, std::span<const char> bytes);
     /// Whether the header's count differs from that of the complete records: the file ends before them, or
     /// continues with complete ones where its end mark should be.
     [[nodiscard]] bool isMiscounted() const;

@@ -7,12 +7,13 @@
 #include "dbase/mdx/index_layout.h"
 #include "dbase/system/bytes.h"
 #include "dbase/system/error.h"
+#include "dbase/system/file_pieces.h"
 
 namespace dbase {
 
 namespace {
-constexpr std::size_t pendingBytes = std::size_t{1} << 20;
-}
+std::uint64_t pieceOf(PageNumber page) { return page * pageBytes / pieceBytes; }
+} // namespace
 
 BlockWriter::BlockWriter(IndexFile& index) : index_(index), next_(mdx::firstBlock) {
     for (const Tag& tag : index.tags()) {
@@ -38,7 +39,7 @@ PageNumber BlockWriter::put(std::span<const char> block) {
     if (std::uint64_t{next_} * pageBytes >= maxFileSize) {
         throw Error(ErrorCode::TooLarge, index_.path(), "el índice llegaría a 2 GiB");
     }
-    if (pending_.size() >= pendingBytes) {
+    if (pieceOf(next_) != pieceOf(pendingStart_)) {
         flush();
     }
     return page;

@@ -6,6 +6,7 @@
 
 #include "dbase/dbf/dates.h"
 #include "dbase/system/error.h"
+#include "dbase/system/file_pieces.h"
 #include "dbase/system/paths.h"
 #include "dbase/table/empty_table.h"
 #include "dbase/table/exclusive_use.h"
@@ -15,10 +16,6 @@
 
 namespace dbase {
 
-namespace {
-constexpr std::size_t pendingBytes = std::size_t{1} << 20;
-} // namespace
-
 struct BulkLoader::State {
     std::shared_ptr<Table> table; // the table to extend, or the new one
     std::optional<TableReplacement> replacement;
@@ -26,18 +23,17 @@ struct BulkLoader::State {
     std::uint32_t countBefore = 0;
     std::uint32_t added = 0;
     std::vector<char> pending;
-    char firstMark = ' '; // of the first row; until all rows are written the file has its end mark there
+    std::uint64_t written = 0; // end of the rows in the file, where the pending ones follow
+    char firstMark = ' ';      // of the first row; until all rows are written the file has its end mark there
     bool finished = false;
 
-    void flush() {
-        if (!pending.empty()) {
-            const auto rows = static_cast<RecordNumber>(pending.size() / table->schema().recordLength);
-            if (rows == added) {
-                firstMark = std::exchange(pending.front(), endMark);
-            }
-            use->records().writeTail(countBefore + added - rows + 1, pending);
-            pending.clear();
-        }
+    [[nodiscard]] std::uint64_t end() const { return written + pending.size(); }
+
+    /// Writes as many of the pending bytes; a piece may end inside a row.
+    void write(std::size_t size) {
+        use->records().writeTailPiece(written, std::span(pending).first(size));
+        written += size;
+        pending.erase(pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(size));
     }
 };
 
@@ -78,6 +74,7 @@ BulkLoader::BulkLoader(const std::string& tableFile, Mode mode) : state_(std::ma
     state_->use.emplace(*state_->table);
     state_->use->beginLoad();
     state_->countBefore = state_->table->records().recordCount();
+    state_->written = state_->table->records().offsetOf(state_->countBefore + 1);
 }
 
 BulkLoader::~BulkLoader() {
@@ -98,15 +95,18 @@ void BulkLoader::add(std::span<const char> record) {
                     "el registro no tiene la longitud de la tabla");
     }
     state_->pending.insert(state_->pending.end(), record.begin(), record.end());
-    ++state_->added;
-    if (state_->pending.size() >= pendingBytes) {
-        state_->flush();
+    if (state_->added++ == 0) {
+        state_->firstMark = std::exchange(state_->pending.front(), endMark);
+    }
+    if (state_->end() / pieceBytes != state_->written / pieceBytes) {
+        state_->write(state_->pending.size() - state_->end() % pieceBytes);
     }
 }
 
 void BulkLoader::finish(const Progress& progress) {
-    state_->flush();
     if (state_->added > 0) {
+        state_->pending.push_back(endMark);
+        state_->write(state_->pending.size());
         state_->use->addRows(state_->countBefore + state_->added, state_->firstMark, progress);
     }
     state_->use->sync();

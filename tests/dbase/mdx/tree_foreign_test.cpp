@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "dbase/mdx/tree_builder.h"
+#include "dbase/system/file_pieces.h"
 #include "tree_fixture.h"
 
 namespace {
@@ -313,6 +314,21 @@ TEST_F(ForeignTreeTest, ATreeThatWouldReachTwoGibibytesIsRefusedWhileItIsBuilt) 
     EXPECT_EQ(error.code(), ErrorCode::TooLarge);
     EXPECT_LT(bottomless.last(), maxFileSize);
     EXPECT_GT(bottomless.last(), maxFileSize - (std::uint64_t{4} << 20));
+}
+
+TEST_F(ForeignTreeTest, BlocksAreWrittenInPiecesThatEndAtTheirMultiplesInTheFile) {
+    make(100);
+    auto file = std::make_unique<BottomlessFile>(stored_->index);
+    const BottomlessFile& bottomless = *file;
+    IndexFile index(std::move(file), table_->schema());
+    BlockWriter blocks(index);
+    const Bytes full(index.blockSize());
+    while (blocks.end() * pageBytes < 2 * pieceBytes + pieceBytes / 2) {
+        blocks.put(full);
+    }
+    EXPECT_EQ(bottomless.last(), pieceBytes);
+    blocks.flush();
+    EXPECT_EQ(bottomless.last(), 2 * pieceBytes);
 }
 
 } // namespace

@@ -12,6 +12,7 @@
 #include "dbase/support/ChildProcess.h"
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/error.h"
+#include "dbase/system/file_pieces.h"
 #include "dbase/table/table.h"
 #include "dbase/table/table_definition.h"
 #include "support/FileSizeLimit.h"
@@ -78,29 +79,39 @@ TEST_F(BulkLoadTest, RowsAreAddedBehindTheOthers) {
 
 TEST_F(BulkLoadTest, MoreRowsThanAreHeldInMemoryAreAddedInPieces) {
     BulkLoader loader(path(), Mode::Append);
-    add(loader, 10, 40000); // 2.6 MB, of which one is kept in memory
+    add(loader, 10, 70000); // 4.7 MB
     loader.finish();
-    expectRows(40000);
+    expectRows(70000);
     expectSound();
+}
+
+TEST_F(BulkLoadTest, PiecesEndAtTheirMultiplesInTheFileEvenInsideARow) {
+    BulkLoader loader(path(), Mode::Append);
+    const std::uint64_t rows = pieceBytes / loader.schema().recordLength;
+    ASSERT_NE((pieceBytes - loader.schema().headerLength) % loader.schema().recordLength, 0U);
+    add(loader, 10, static_cast<int>(rows * 3 / 2));
+    EXPECT_EQ(std::filesystem::file_size(path()), pieceBytes);
+    add(loader, static_cast<int>(rows * 3 / 2), static_cast<int>(rows * 9 / 4));
+    EXPECT_EQ(std::filesystem::file_size(path()), 2 * pieceBytes);
 }
 
 TEST_F(BulkLoadTest, NothingIsVisibleBeforeTheEnd) {
     const Bytes index = readFile(indexPath());
     const auto reader = Table::open(path());
     BulkLoader loader(path(), Mode::Append);
-    add(loader, 10, 30000);
+    add(loader, 10, 40000);
     EXPECT_EQ(reader->records().recordCount(), 10U);
     EXPECT_EQ(readFile(indexPath()), index);
     loader.finish();
-    EXPECT_EQ(reader->records().recordCount(), 30000U);
-    EXPECT_EQ(order(*reader, "NUM").size(), 30000U);
+    EXPECT_EQ(reader->records().recordCount(), 40000U);
+    EXPECT_EQ(order(*reader, "NUM").size(), 40000U);
 }
 
 TEST_F(BulkLoadTest, WithoutFinishTheTableIsAsItWas) {
     const Bytes table = readFile(path()), index = readFile(indexPath());
     {
         BulkLoader loader(path(), Mode::Append);
-        add(loader, 10, 30000);
+        add(loader, 10, 40000);
     }
     EXPECT_EQ(readFile(path()), table);
     EXPECT_EQ(readFile(indexPath()), index);
