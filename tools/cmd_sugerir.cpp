@@ -10,6 +10,7 @@
 
 #include "dbase/dbf/codepage.h"
 #include "dbase/system/databases.h"
+#include "loading/counted.h"
 #include "loading/csv.h"
 #include "suggest/Letters.h"
 #include "suggest/Suggestions.h"
@@ -150,8 +151,9 @@ public:
     [[nodiscard]] Query read(const loading::CsvReader& csv) const {
         if (csv.fields().size() != count_) {
             throw loading::CsvError(csv.name(), csv.line(), 1,
-                                    "la fila tiene " + std::to_string(csv.fields().size()) +
-                                        " valores y la primera " + std::to_string(count_));
+                                    "la fila tiene " +
+                                        loading::counted(csv.fields().size(), "valor", "valores") +
+                                        " y la primera " + std::to_string(count_));
         }
         const auto value = [&](std::size_t column) {
             return places_[column] ? std::string(csv.fields()[*places_[column]].text) : std::string();

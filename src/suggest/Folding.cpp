@@ -98,6 +98,21 @@ bool isHouseNumber(const std::string& literal) {
     return digits >= 1 && digits <= 4 && literal.size() - digits <= 1;
 }
 
+/// "Coruña, A" and "BREÑA (LA)" as they are spoken.
+void bringArticleForward(std::string_view name, std::vector<NameWord>& words) {
+    std::size_t first = words.size();
+    while (first > 0 && words[first - 1].role == WordRole::Small) {
+        --first;
+    }
+    if (first == 0 || first == words.size()) {
+        return;
+    }
+    const std::size_t gap = words[first - 1].begin + words[first - 1].length;
+    if (name.substr(gap, words[first].begin - gap).find_first_of(",(") != std::string_view::npos) {
+        std::ranges::rotate(words, words.begin() + static_cast<std::ptrdiff_t>(first));
+    }
+}
+
 } // namespace
 
 std::vector<NameWord> foldName(std::string_view name) {
@@ -129,6 +144,7 @@ std::vector<NameWord> foldName(std::string_view name) {
             words[i].number = isNumeral ? 2 : 0;
         }
     }
+    bringArticleForward(name, words);
     if (std::ranges::none_of(words, [](const NameWord& word) { return counts(word.role); })) {
         for (NameWord& word : words) {
             word.role = WordRole::Plain; // nothing else to go by
@@ -168,14 +184,9 @@ TypedStreet readStreet(std::string_view typed) {
         }
         begins.emplace_back(begins.back().first + length, types);
     }
-    const auto hasName = [&](std::size_t first, std::size_t end) {
-        return std::any_of(words.begin() + static_cast<std::ptrdiff_t>(first),
-                           words.begin() + static_cast<std::ptrdiff_t>(end),
-                           [](const NameWord&) { return true; });
-    };
     const auto add = [&](std::size_t end, TypeSet after, const std::string& number) {
         for (const auto& [first, types] : begins) {
-            if (hasName(first, end)) {
+            if (first < end) {
                 street.readings.push_back({first, end, types | after, number});
             }
         }

@@ -14,6 +14,7 @@
 #include "dbase/dataset/dataset.h"
 #include "suggest/NameMatch.h"
 #include "suggest/NamePool.h"
+#include "suggest/NameView.h"
 #include "suggest/TableStamp.h"
 
 namespace ambrel::suggest {

@@ -110,9 +110,10 @@ MunicipalitySuggester::byName(const MunicipalityQuery& query, const std::string&
     if (words.empty()) {
         return {};
     }
+    const std::vector<TypedStreet::Reading> whole{{0, words.size(), 0, {}}};
     const NameView& view = query.withLocalities ? *indexed_->all : *indexed_->own;
     std::map<std::uint32_t, Candidate> best;
-    for (const NameMatch& match : matchNames(view, {words, {{0, words.size(), 0, {}}}}, least)) {
+    for (const NameMatch& match : matchNames(view, {words, whole}, least)) {
         const MunicipalityNames::Alias& alias = indexed_->aliases[match.name];
         const Municipality& municipality = indexed_->municipalities[alias.municipality];
         if (!province.empty() && provinceOf(municipality.ineCode) != province) {

@@ -26,6 +26,14 @@ void markType(std::vector<NameWord>& words) {
 
 } // namespace
 
+std::uint8_t smallWordBits(std::string_view folded) {
+    unsigned hash = 0;
+    for (const char letter : folded) {
+        hash = hash * 31 + letterNumber(letter);
+    }
+    return static_cast<std::uint8_t>(1U << (hash % 8));
+}
+
 std::uint64_t pairBits(std::string_view folded) {
     std::uint64_t bits = 0;
     for (std::size_t i = 0; i + 1 < folded.size(); ++i) {
@@ -60,6 +68,8 @@ NameNumber NamePool::add(std::string_view stored) {
         if (counts(word.role)) {
             uses_.emplace_back(pool(word), word.role);
             ++name.useCount;
+        } else {
+            name.smallWords |= smallWordBits(word.literal);
         }
     }
     names_.push_back(name);

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,8 +44,11 @@ public:
     [[nodiscard]] std::size_t wordCount() const { return words_.size(); }
     [[nodiscard]] std::string_view stored(NameNumber name) const;
     /// The words that count, in order.
-    [[nodiscard]] const WordUse* uses(NameNumber name) const { return &uses_[names_[name].uses]; }
-    [[nodiscard]] std::size_t useCount(NameNumber name) const { return names_[name].useCount; }
+    [[nodiscard]] std::span<const WordUse> uses(NameNumber name) const {
+        return {uses_.data() + names_[name].uses, names_[name].useCount};
+    }
+    /// Which small words it has, as bits of a hash.
+    [[nodiscard]] std::uint8_t smallWords(NameNumber name) const { return names_[name].smallWords; }
     /// All its words without blanks, as they stand; appended ones left out.
     [[nodiscard]] std::string_view joined(NameNumber name) const;
     /// Which pairs of letters follow one another in it, as bits of a hash.
@@ -67,7 +71,7 @@ public:
 private:
     struct Name {
         std::uint32_t stored, joined, uses;
-        std::uint8_t storedLength, joinedLength, useCount;
+        std::uint8_t storedLength, joinedLength, useCount, smallWords;
         std::uint64_t pairs;
     };
     WordNumber pool(const NameWord& word);
@@ -79,6 +83,8 @@ private:
     TextMap<WordNumber> numbers_;
 };
 
+/// The bit of a small word.
+[[nodiscard]] std::uint8_t smallWordBits(std::string_view folded);
 /// The bits of the pairs of letters in a text.
 [[nodiscard]] std::uint64_t pairBits(std::string_view folded);
 /// The bits of the letters in a text.

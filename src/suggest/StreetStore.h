@@ -11,6 +11,7 @@
 #include "dbase/dataset/dataset.h"
 #include "suggest/Kept.h"
 #include "suggest/NameMatch.h"
+#include "suggest/NameView.h"
 #include "suggest/ProvinceNames.h"
 
 namespace ambrel::suggest {

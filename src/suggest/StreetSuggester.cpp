@@ -99,17 +99,20 @@ void StreetSuggester::collect(const PlacedStreets& streets, const TypedStreet& t
         typesOf.push_back(types_.ofCode(code));
     }
     for (const NameMatch& match : matchNames(streets.view, {typed.words, typed.readings}, least)) {
-        const TypeSet said = wanted | typed.readings[match.reading].types;
+        const TypedStreet::Reading& reading = typed.readings[match.reading];
         const auto [first, last] =
             std::ranges::equal_range(streets.streets, match.name, {}, &PlacedStreet::name);
         for (auto street = first; street != last; ++street) {
-            const bool isFit = (typesOf[street->type] & said) != 0 ||
-                               (!type.empty() && streets.province->types[street->type] == type);
-            const TypeFit fit = isFit                       ? TypeFit::Fits
-                                : said == 0 && type.empty() ? TypeFit::NotSaid
-                                                            : TypeFit::Differs;
+            const TypeSet types = typesOf[street->type];
+            const bool isWanted =
+                type.empty() || streets.province->types[street->type] == type || (types & wanted) != 0;
+            const bool isTyped = reading.types == 0 || (types & reading.types) != 0;
+            const TypeFit fit = !isWanted || !isTyped                ? TypeFit::Differs
+                                : type.empty() && reading.types == 0 ? TypeFit::NotSaid
+                                                                     : TypeFit::Fits;
             candidates.push_back({match.points, &streets, &*street, match.reading, match.isBeginning, fit,
-                                  match.farness, pool.joined(match.name).size()});
+                                  match.farness + static_cast<std::uint32_t>(reading.first),
+                                  pool.joined(match.name).size()});
         }
     }
 }

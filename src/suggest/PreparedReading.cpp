@@ -1,0 +1,74 @@
+// Preparing the readings of a text.
+#include "suggest/PreparedReading.h"
+
+#include <algorithm>
+
+namespace ambrel::suggest {
+namespace {
+
+/// Longer texts are no names.
+constexpr std::size_t mostWords = 12;
+
+} // namespace
+
+PreparedReadings::PreparedReadings(const NameView& view, const std::vector<NameWord>& words,
+                                   const std::vector<TypedStreet::Reading>& readings)
+    : view_(view), whole_(words.size()), open_(words.size()) {
+    compared_.reserve(2 * words.size());
+    for (const TypedStreet::Reading& reading : readings) {
+        readings_.push_back(prepare(words, reading));
+        readings_.back().number = static_cast<std::uint16_t>(readings_.size() - 1);
+    }
+}
+
+std::vector<std::size_t> PreparedReadings::comparedIn(const std::vector<NameWord>& words,
+                                                      const TypedStreet::Reading& reading) {
+    std::vector<std::size_t> places;
+    for (std::size_t i = reading.first; i < reading.last && places.size() < mostWords; ++i) {
+        if (counts(words[i].role)) {
+            places.push_back(i);
+        }
+    }
+    if (places.empty()) {
+        for (std::size_t i = reading.first; i < reading.last && places.size() < mostWords; ++i) {
+            places.push_back(i);
+        }
+    } else if (places.back() + 1 < reading.last && reading.number.empty()) {
+        places.push_back(reading.last - 1); // perhaps the beginning of another word
+    }
+    return places;
+}
+
+PreparedReading PreparedReadings::prepare(const std::vector<NameWord>& words,
+                                          const TypedStreet::Reading& reading) {
+    PreparedReading prepared;
+    prepared.isOpen = reading.number.empty();
+    prepared.extra = prepared.isOpen ? Price{0} : price::number;
+    const std::vector<std::size_t> places = comparedIn(words, reading);
+    for (const std::size_t i : places) {
+        const bool mayBeBeginning = prepared.isOpen && i + 1 == reading.last;
+        const ComparedWord*& compared = (mayBeBeginning ? open_ : whole_)[i];
+        if (compared == nullptr) {
+            NameWord word = words[i];
+            if (mayBeBeginning && word.literal.size() == 1) {
+                word.text = word.literal; // rather the first letter of something than short for it
+            }
+            compared = &compared_.emplace_back(std::move(word), mayBeBeginning, view_);
+        }
+        prepared.words.push_back(compared);
+    }
+    prepared.endsSmall =
+        prepared.words.size() > 1 && !counts(words[places.back()].role) && counts(words[places.front()].role);
+    for (std::size_t i = reading.first; i < reading.last; ++i) {
+        if (!std::ranges::binary_search(places, i)) {
+            prepared.smallWords.push_back(smallWordBits(words[i].literal));
+        }
+    }
+    prepared.joined = joined(words, reading.first, reading.last);
+    prepared.joinedSlips = SlipCount(prepared.joined);
+    prepared.pairs = pairBits(prepared.joined);
+    prepared.letters = std::max(4.0, static_cast<double>(prepared.joined.size()));
+    return prepared;
+}
+
+} // namespace ambrel::suggest

@@ -1,0 +1,46 @@
+// A reading of a typed text, ready to be compared with names.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "suggest/ComparedWord.h"
+
+namespace ambrel::suggest {
+
+struct PreparedReading {
+    std::uint16_t number = 0;               // of the reading
+    std::vector<const ComparedWord*> words; // that count, and the last one if it is small
+    bool endsSmall = false;                 // the last of them is a small word
+    std::vector<std::uint8_t> smallWords;   // bits of the other small words
+    std::string joined;
+    SlipCount joinedSlips{""};
+    std::uint64_t pairs = 0;
+    double letters = 0;  // typed, as the measure of all prices
+    bool isOpen = false; // more may follow
+    Price extra = 0;
+};
+
+/// All readings of a text, each word of it compared with the words of the view once.
+class PreparedReadings {
+public:
+    PreparedReadings(const NameView& view, const std::vector<NameWord>& words,
+                     const std::vector<TypedStreet::Reading>& readings);
+
+    [[nodiscard]] const std::vector<PreparedReading>& readings() const { return readings_; }
+
+private:
+    /// Which words of a reading are compared: those that count, and the last one in any case.
+    [[nodiscard]] static std::vector<std::size_t> comparedIn(const std::vector<NameWord>& words,
+                                                             const TypedStreet::Reading& reading);
+    [[nodiscard]] PreparedReading prepare(const std::vector<NameWord>& words,
+                                          const TypedStreet::Reading& reading);
+
+    const NameView& view_;
+    std::vector<ComparedWord> compared_;            // never grows beyond what is reserved
+    std::vector<const ComparedWord*> whole_, open_; // by word of the text
+    std::vector<PreparedReading> readings_;
+};
+
+} // namespace ambrel::suggest
