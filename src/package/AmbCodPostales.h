@@ -23,6 +23,7 @@
 #include "form/AddressBoxes.h"
 #include "form/AddressText.h"
 #include "form/RecordBinding.h"
+#include "form/SuggestionList.h"
 #include "import/ImportarVias.h"
 #include "lookup/RutCodPostales.h"
 #include "package/Version.h"

@@ -40,6 +40,7 @@ set(public_headers
   form/AddressBoxes.h
   form/AddressText.h
   form/RecordBinding.h
+  form/SuggestionList.h
   import/ImportarVias.h
   lookup/RutCodPostales.h
   package/AmbCodPostales.h
