@@ -1,15 +1,18 @@
 // The actions of script steps.
 #include "host/script/StepActions.h"
 
+#include <QApplication>
 #include <QBuffer>
 #include <QElapsedTimer>
 #include <QImage>
+#include <QPainter>
 #include <QPixmap>
 #include <QStringList>
 #include <QWidget>
 #include <cerrno>
 #include <fstream>
 #include <utility>
+#include <vector>
 
 #include "dbase/system/system_reason.h"
 #include "host/script/ObjectText.h"
@@ -24,6 +27,31 @@ constexpr int restMilliseconds = 100; // a window without changes for this long 
 /// The name of a class without its namespace.
 QString className(const QObject& object) {
     return QString::fromLatin1(object.metaObject()->className()).section(QStringLiteral("::"), -1);
+}
+
+/// The window, with the open list of suggestions: a window of its own, which may reach beyond it.
+QImage pictureOf(QWidget& window) {
+    const QPixmap whole = window.grab();
+    QRect room(window.mapToGlobal(QPoint(0, 0)), window.size());
+    std::vector<QWidget*> above;
+    for (QWidget* const other : QApplication::topLevelWidgets()) {
+        if (other->isVisible() && other->windowType() == Qt::ToolTip && other->parentWidget() == &window) {
+            above.push_back(other);
+            room |= other->geometry();
+        }
+    }
+    if (above.empty()) {
+        return whole.toImage();
+    }
+    QImage picture(room.size() * whole.devicePixelRatio(), QImage::Format_RGB32);
+    picture.setDevicePixelRatio(whole.devicePixelRatio());
+    picture.fill(window.palette().color(QPalette::Window));
+    QPainter painter(&picture);
+    painter.drawPixmap(window.mapToGlobal(QPoint(0, 0)) - room.topLeft(), whole);
+    for (QWidget* const other : above) {
+        painter.drawPixmap(other->pos() - room.topLeft(), other->grab());
+    }
+    return picture;
 }
 
 /// Writes a picture. Returns why it could not be written; empty when it was.
@@ -121,7 +149,7 @@ Action StepActions::capture(const QString& file) const {
         if (since.isValid() && !since.hasExpired(restMilliseconds)) {
             return notYet;
         }
-        const QImage picture = window.grab().toImage();
+        const QImage picture = pictureOf(window);
         if (picture != std::exchange(before, picture)) {
             since.start();
             return notYet;

@@ -7,6 +7,7 @@
 #include <QShortcut>
 #include <algorithm>
 #include <array>
+#include <utility>
 #include <vector>
 
 #include "controller/ClasCodPostales.h"
@@ -14,8 +15,10 @@
 #include "dialogs/common/EditMenu.h"
 #include "dialogs/common/TypingRules.h"
 #include "form/AddressLists.h"
+#include "form/AddressSuggestions.h"
 #include "form/AddressValidation.h"
 #include "form/RecordBinding.h"
+#include "form/SuggestionList.h"
 #include "services/EventGuard.h"
 #include "services/FocusEvents.h"
 #include "services/KeyUpEvents.h"
@@ -94,6 +97,7 @@ void AddressBoxes::wire(const Boxes& boxes, TClassCodPostales& controller) {
     validation_ =
         std::make_unique<AddressValidation>(boxes, controller, [this](Box box) { Q_EMIT stateChanged(box); });
     lists_ = std::make_unique<AddressLists>(*validation_);
+    suggestions_ = std::make_unique<AddressSuggestions>(*validation_);
     events_ = std::make_unique<Events>();
     for (const Typing& typing : typings) {
         if (QLineEdit* edit = boxes.at(typing.box)) {
@@ -101,6 +105,9 @@ void AddressBoxes::wire(const Boxes& boxes, TClassCodPostales& controller) {
             events_->helpers.emplace_back(new EditMenu(edit));
             if (!hasTypingRules(*edit)) { // the host's own come first
                 events_->helpers.emplace_back(new TypingRules(edit, typing.length, typing.capitals));
+            }
+            if (typing.completes) {
+                suggest(*edit, typing.box);
             }
             if (typing.hasList) {
                 auto* f4 = new QShortcut(Qt::Key_F4, edit, nullptr, nullptr, Qt::WidgetShortcut);
@@ -129,6 +136,19 @@ void AddressBoxes::fasten(QLineEdit& edit, Box box, bool completes) {
             DejaFocoControl(&edit);
             leave(box);
         });
+}
+
+void AddressBoxes::suggest(QLineEdit& edit, Box box) {
+    events_->helpers.emplace_back(new SuggestionList(
+        &edit,
+        [this, box](const QString& text, SuggestionList::Occasion occasion) {
+            return suggestions_->rows(box, text, occasion);
+        },
+        [this, box](const SuggestionRow& row) { suggestions_->take(box, row); }));
+}
+
+void AddressBoxes::setSuggestions(std::shared_ptr<Suggestions> suggestions) {
+    suggestions_->use(std::move(suggestions));
 }
 
 void AddressBoxes::leave(Box box) {

@@ -15,11 +15,14 @@ class TClassCodPostales;
 namespace ambrel {
 
 class AddressLists;
+class AddressSuggestions;
 class AddressValidation;
 class RecordBinding;
+class Suggestions;
 
 /// Makes edit boxes of a host's form an address: typing rules, completion, handling of entering and leaving,
-/// F4 and list buttons, questions about unknown texts, and the boxes' Tags. The host connects nothing else to
+/// F4 and list buttons, suggestions for texts that the look-up does not complete, questions about unknown
+/// texts, and the boxes' Tags. The host connects nothing else to
 /// their keys and focus. A text changes only by the user's typing or choice, or to the spelling in the
 /// tables; the postal code also follows street and number. Nothing is looked up again unless it has changed.
 ///
@@ -64,6 +67,9 @@ public:
 
     /// Makes the buttons open the lists, as F4 does in the boxes.
     void setListButtons(const ListButtons& buttons);
+    /// Uses these suggestions under the boxes of municipality and street instead of its own, which are made
+    /// on first use: forms may share an object. Null switches the lists of suggestions off.
+    void setSuggestions(std::shared_ptr<Suggestions> suggestions);
     /// Ties the boxes to a row of the host's table: a row it shows is taken as a stored address, and nothing
     /// is written to a row locked by other users. It must outlive the boxes' wiring.
     void setRecord(RecordBinding& record);
@@ -94,11 +100,13 @@ Q_SIGNALS:
 private:
     void wire(const Boxes& boxes, TClassCodPostales& controller);
     void fasten(QLineEdit& edit, Box box, bool completes);
+    void suggest(QLineEdit& edit, Box box);
     void leave(Box box);
 
     std::unique_ptr<TClassCodPostales> own_; // null if the host provides one
     std::unique_ptr<AddressValidation> validation_;
     std::unique_ptr<AddressLists> lists_;
+    std::unique_ptr<AddressSuggestions> suggestions_;
     struct Events;
     std::unique_ptr<Events> events_; // destroyed first: handlers use all of the above
 };

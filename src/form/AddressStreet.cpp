@@ -180,6 +180,16 @@ void AddressValidation::takeAddedStreet() {
     lookUpStreet(Writing::StreetsCode);
 }
 
+/// Shows the municipality that a chosen street has brought with it.
+void AddressValidation::showAdopted() {
+    if (municipality_) {
+        streetMunicipality_ = fromWindows1252(municipality_->ineCode);
+    }
+    show(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
+    show(Box::Province, LocalizaProvincia(fromWindows1252(controller_.DM->tbMunicipiCODPOSTAL.view())));
+    isChanged_[index(Box::Municipality)] = false;
+}
+
 /// The list covers all of Spain: a street of another municipality brings that municipality with it.
 void AddressValidation::takeStreet() {
     if (!beginEdit()) {
@@ -203,12 +213,7 @@ void AddressValidation::takeStreet() {
         } else {
             adoptCurrentMunicipality();
         }
-        if (municipality_) {
-            streetMunicipality_ = fromWindows1252(municipality_->ineCode);
-        }
-        show(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
-        show(Box::Province, LocalizaProvincia(fromWindows1252(controller_.DM->tbMunicipiCODPOSTAL.view())));
-        isChanged_[index(Box::Municipality)] = false;
+        showAdopted();
     }
     show(Box::Street, fromWindows1252(name));
     show(Box::StreetType, type);

@@ -16,6 +16,9 @@ class TClassCodPostales;
 
 namespace ambrel {
 
+struct SuggestedMunicipality;
+struct SuggestedStreet;
+
 /// Not installed: internal to AddressBoxes.
 class AddressValidation {
 public:
@@ -31,6 +34,14 @@ public:
     [[nodiscard]] const AddressBoxes::Boxes& boxes() const { return boxes_; }
     [[nodiscard]] State state(Box box) const { return states_[index(box)].state; }
     [[nodiscard]] QString reason(Box box) const { return states_[index(box)].reason; }
+    /// Without blanks around it; empty if the host lacks the box.
+    [[nodiscard]] QString text(Box box) const;
+    /// The INE code of the validated municipality; else empty.
+    [[nodiscard]] std::string ineCode() const {
+        return municipality_ ? municipality_->ineCode : std::string();
+    }
+    /// Whether the user has written the province, not the program.
+    [[nodiscard]] bool isProvinceTyped() const { return isProvinceTyped_; }
 
     // --- User actions.
     /// The text of a box has changed, by anything but this object.
@@ -45,6 +56,9 @@ public:
     void takeStreet();
     /// Takes a text chosen for a box.
     void take(Box box, const QString& text);
+    /// Takes a suggestion, whose texts Ctrl+Z undoes; nothing if its row is gone.
+    void take(const SuggestedMunicipality& chosen);
+    void take(const SuggestedStreet& chosen);
 
     /// Looks up a stored address.
     void takeStored();
@@ -65,9 +79,9 @@ private:
     enum class Writing { Nothing, NumbersCode, StreetsCode };
 
     static std::size_t index(Box box) { return static_cast<std::size_t>(box); }
-    [[nodiscard]] QString text(Box box) const;
     void show(Box box, const QString& text);
     void write(Box box, const QString& text);
+    void replace(Box box, const QString& text);
     void tidy(Box box);
     void noteTexts();
     void edited(Box box);
@@ -81,6 +95,7 @@ private:
     [[nodiscard]] std::vector<Municipality> candidates();
     void adopt(const Municipality& municipality, const std::string& shownName);
     void adoptCurrentMunicipality();
+    void showAdopted();
     void fillFromMunicipality(bool mayAsk);
     void municipalityChanged();
     void forgetStreet();

@@ -16,6 +16,7 @@
 #include <memory>
 
 #include "dialogs/common/FormKeys.h"
+#include "form/ShownList.h"
 #include "form/SuggestionList.h"
 #include "services/FocusEvents.h"
 #include "services/KeyUpEvents.h"
@@ -26,18 +27,9 @@ namespace {
 
 using ambrel::SuggestionList;
 using ambrel::SuggestionRow;
+using postal_tests::shownList;
 using Rows = SuggestionList::Rows;
 using Occasion = SuggestionList::Occasion;
-
-/// The list that the user sees; null if there is none.
-QListView* shownList() {
-    for (QWidget* const window : QApplication::topLevelWidgets()) {
-        if (auto* const list = qobject_cast<QListView*>(window); list && list->isVisible()) {
-            return list;
-        }
-    }
-    return nullptr;
-}
 
 /// Suggests the rows whose names contain what was typed.
 class ListUnderABox : public ::testing::Test {

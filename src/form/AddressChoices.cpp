@@ -1,0 +1,69 @@
+// Taking suggestions into the boxes of an address.
+#include <QLineEdit>
+#include <QScopedValueRollback>
+#include <algorithm>
+
+#include "controller/ClasCodPostales.h"
+#include "data/CodPostalesDM.h"
+#include "form/AddressValidation.h"
+#include "form/SuggestionList.h"
+#include "services/Text.h"
+#include "suggest/Suggestions.h"
+
+namespace ambrel {
+
+/// Writes a text so that Ctrl+Z in its box gives back what was typed.
+void AddressValidation::replace(Box box, const QString& text) {
+    QLineEdit* const edit = boxes_.at(box);
+    if (!edit || edit->text() == text) {
+        return;
+    }
+    const QScopedValueRollback writing(isWriting_, true);
+    replaceText(*edit, text);
+    seen_[index(box)] = edit->text();
+}
+
+void AddressValidation::take(const SuggestedMunicipality& chosen) {
+    if (!beginEdit()) {
+        return; // the boxes show the row that another user holds
+    }
+    if (const auto municipality = directory_.municipality(chosen.ineCode)) {
+        adopt(*municipality, chosen.isLocality ? chosen.found : chosen.name);
+        if (municipality_) {
+            replace(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
+            return takeMunicipality();
+        }
+    }
+    endUnchangedEdit(); // another user has deleted it since it was shown
+}
+
+void AddressValidation::take(const SuggestedStreet& chosen) {
+    if (!beginEdit()) {
+        return;
+    }
+    const auto municipality =
+        chosen.ineCode.empty() ? municipality_ : directory_.municipality(chosen.ineCode);
+    const auto stretches =
+        municipality ? directory_.stretches(*municipality, chosen.name) : std::vector<StreetStretch>();
+    auto stretch = std::ranges::find(stretches, chosen.key, &StreetStretch::key);
+    if (stretch == stretches.end()) {
+        stretch = std::ranges::find(stretches, chosen.type, &StreetStretch::type);
+    }
+    if (stretch == stretches.end()) {
+        return endUnchangedEdit(); // another user has deleted it since it was shown
+    }
+    if (ineCode() != municipality->ineCode) {
+        adopt(*municipality, municipality->name);
+        showAdopted();
+    }
+    controller_.OrdenaPorViaPostal();
+    controller_.DM->tbPostal.goTo(dbase::Bookmark(stretch->record));
+    replace(Box::Street, fromWindows1252(chosen.name));
+    if (!chosen.number.empty()) {
+        replace(Box::Number, fromWindows1252(chosen.number));
+        isChanged_[index(Box::Number)] = false;
+    }
+    takeStreet();
+}
+
+} // namespace ambrel
