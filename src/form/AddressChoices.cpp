@@ -58,12 +58,24 @@ void AddressValidation::take(const SuggestedStreet& chosen) {
     }
     controller_.OrdenaPorViaPostal();
     controller_.DM->tbPostal.goTo(dbase::Bookmark(stretch->record));
-    replace(Box::Street, fromWindows1252(chosen.name));
-    if (!chosen.number.empty()) {
-        replace(Box::Number, fromWindows1252(chosen.number));
+    movedNumber_.reset();
+    if (const QString number = fromWindows1252(chosen.number); !number.isEmpty() && boxes_.number) {
+        movedNumber_ = MovedNumber{boxes_.street->text(), number, boxes_.number->text()};
+        replace(Box::Number, number);
         isChanged_[index(Box::Number)] = false;
     }
+    replace(Box::Street, fromWindows1252(chosen.name));
     takeStreet();
+}
+
+/// Undoing the choice of a street brings the number behind it back: it must not stay in its own box as well.
+void AddressValidation::giveBackNumber() {
+    if (movedNumber_ && boxes_.street->text() == movedNumber_->street) {
+        if (boxes_.number->text() == movedNumber_->number) {
+            show(Box::Number, movedNumber_->before);
+        }
+        movedNumber_.reset();
+    }
 }
 
 } // namespace ambrel

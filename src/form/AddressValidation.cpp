@@ -99,6 +99,9 @@ void AddressValidation::changed(Box box) {
     }
     seen_[index(box)] = boxes_.at(box)->text();
     edited(box);
+    if (box == Box::Street) {
+        giveBackNumber();
+    }
 }
 
 void AddressValidation::edited(Box box) {

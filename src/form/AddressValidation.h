@@ -85,6 +85,7 @@ private:
     void tidy(Box box);
     void noteTexts();
     void edited(Box box);
+    void giveBackNumber();
     void look(Box box);
     bool beginEdit();
     void endUnchangedEdit();
@@ -134,6 +135,10 @@ private:
     bool isNameShared_ = false;            // several municipalities share the name in the box
     std::vector<StreetStretch> stretches_; // of the street, while it is validated
     std::optional<StreetCode> code_;
+    struct MovedNumber {
+        QString street, number, before; // the text it came from, itself, and what stood in its box
+    };
+    std::optional<MovedNumber> movedNumber_; // by the suggestion that was taken last
     bool isTypeKnown_ = false;
     bool isProvinceTyped_ = false, isCodeTyped_ = false; // by the user, since the program last wrote it
     std::array<bool, 6> isChanged_{};                    // not by us, and not looked up yet

@@ -40,6 +40,10 @@ private:
     QTextLayout layout_;
 };
 
+int widthOf(const QString& text, const QFont& font) {
+    return text.isEmpty() ? 0 : static_cast<int>(std::ceil(QFontMetricsF(font).horizontalAdvance(text))) + 1;
+}
+
 void drawCut(QPainter& painter, const QRect& place, const QString& text) {
     painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                      painter.fontMetrics().elidedText(text, Qt::ElideRight, place.width()));
@@ -73,9 +77,8 @@ void SuggestionDelegate::measure(const QFont& font) {
     widths_.fill(0);
     for (int index = 0; index < model_.rowCount(); ++index) {
         const SuggestionRow& row = model_.row(index);
-        const std::array wanted{metrics.horizontalAdvance(row.type), MarkedLine(row, font).width(),
-                                metrics.horizontalAdvance(row.place),
-                                metrics.horizontalAdvance(row.postalCodes)};
+        const std::array wanted{widthOf(row.type, font), MarkedLine(row, font).width(),
+                                widthOf(row.place, font), widthOf(row.postalCodes, font)};
         std::ranges::transform(widths_, wanted, widths_.begin(), [](int a, int b) { return std::max(a, b); });
     }
     gap_ = metrics.averageCharWidth();

@@ -4,7 +4,9 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QListView>
 #include <QPalette>
+#include <QTest>
 #include <utility>
 
 #include "accessibility/Contrast.h"
@@ -168,6 +170,30 @@ TEST_P(Readable, ComboTextsAreReadableWithTheFocusAndWithout) {
             expectReadable(*combo, text, "with the focus colour");
             ambrel::colourByPalette(*combo, false);
         }
+    });
+}
+
+class ReadableSuggestions : public Readable {};
+
+INSTANTIATE_TEST_SUITE_P(Form, ReadableSuggestions, ::testing::Values(Form::Clientes),
+                         [](const auto& form) { return nameOf(form.param); });
+
+TEST_P(ReadableSuggestions, TheRowsAreReadableChosenOrNot) {
+    showInAllColours([](QWidget& window) {
+        window.findChild<QLineEdit*>(QStringLiteral("EMunicipio"))->setFocus(Qt::TabFocusReason);
+        type(window, QStringLiteral("madirx"));
+        ASSERT_TRUE(QTest::qWaitFor([&] {
+            const auto* const list = window.findChild<QListView*>(QStringLiteral("LSugerencias"));
+            return list && list->isVisible();
+        }));
+        auto& list = *window.findChild<QListView*>(QStringLiteral("LSugerencias"));
+        for (const char* const when : {"another row", "the chosen row"}) {
+            const QRect row = list.visualRect(list.model()->index(0, 0));
+            expectReadable(list, row.translated(list.viewport()->pos()).adjusted(2, 2, -2, -2), when);
+            press(window, Qt::Key_Down);
+        }
+        press(window, Qt::Key_Escape);
+        window.findChild<QLineEdit*>(QStringLiteral("EMunicipio"))->clear();
     });
 }
 

@@ -159,6 +159,19 @@ TEST_F(BoxSuggestions, UndoGivesBackWhatWasTyped) {
     press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(text(Box::Street), "STA. TERESA 5");
     EXPECT_EQ(tag(Box::Street), 0);
+    EXPECT_EQ(text(Box::Number), "") << "it stands behind the street again";
+    press(Qt::Key_Escape);
+}
+
+TEST_F(BoxSuggestions, UndoLeavesANumberAloneThatTheUserHasChangedSince) {
+    open();
+    fill(Box::Municipality, "mad");
+    choose(Box::Street, "sta. teresa 5");
+    fill(Box::Number, "7");
+    enter(Box::Street);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    ASSERT_EQ(text(Box::Street), "STA. TERESA 5");
+    EXPECT_EQ(text(Box::Number), "7");
     press(Qt::Key_Escape);
 }
 

@@ -613,6 +613,23 @@ TEST_F(ListOnTheScreen, ManyRowsScroll) {
     EXPECT_LT(list->currentRow(), 59);
 }
 
+TEST_F(ListOnTheScreen, NoTextIsCutWhereThereIsRoom) {
+    all = {{"A", "CL", "MADRID", "28013"}, {"AVENIDA LARGA", "AV", "ALCALA", "28001, 28002"}};
+    form.resize(60, 40);
+    placeWithBoxAt(screen.topLeft());
+    press(Qt::Key_Down);
+    QListView& shown = *shownList();
+    const QImage narrow = shown.grab().toImage();
+    shown.resize(shown.width() + 200, shown.height());
+    QApplication::processEvents();
+    // With more room only what stands right of the name moves: type and name look the same.
+    const QRect left(0, 2, shown.fontMetrics().horizontalAdvance("CL AVENIDA LAR"), shown.height() - 4);
+    EXPECT_EQ(shown.grab().toImage().copy(left), narrow.copy(left));
+    const QRect right(narrow.width() - shown.fontMetrics().horizontalAdvance("28002"), 2,
+                      shown.fontMetrics().horizontalAdvance("28002"), shown.height() - 4);
+    EXPECT_EQ(shown.grab().toImage().copy(right.translated(200, 0)), narrow.copy(right));
+}
+
 /// What a screen reader finds.
 class SpokenList : public ListUnderABox {
 protected:
