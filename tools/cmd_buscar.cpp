@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "dbase/system/quoted.h"
 #include "loading/failure.h"
 #include "tools/commands.h"
 #include "tools/cut_table.h"
@@ -18,7 +19,7 @@ SearchKey parsePairs(dbase::Dataset& table, const std::vector<std::string>& pair
     for (const std::string& pair : pairs) {
         const std::size_t equals = pair.find('=');
         if (equals == std::string::npos) {
-            throw loading::Failure("«" + pair + "» no tiene la forma CAMPO=VALOR");
+            throw loading::Failure(dbase::inQuotes(pair) + " no tiene la forma CAMPO=VALOR");
         }
         key.add(table, pair.substr(0, equals), pair.substr(equals + 1));
     }

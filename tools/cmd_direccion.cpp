@@ -10,6 +10,7 @@
 #include "dbase/dbf/codepage.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
+#include "dbase/system/quoted.h"
 #include "loading/csv.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
@@ -84,7 +85,7 @@ std::string nameInBrackets(const std::string& province) {
 
 std::string describeMunicipality(const ambrel::ResolvedAddress& address, const AddressOptions& typed) {
     if (address.candidates.empty()) {
-        return "no se ha resuelto el municipio «" + typed.municipality + "».";
+        return "no se ha resuelto el municipio " + dbase::inQuotes(typed.municipality) + ".";
     }
     const std::string name = " «" + utf8(address.municipality) + "»";
     std::string text = address.candidates.size() == 1
@@ -99,7 +100,7 @@ std::string describeMunicipality(const ambrel::ResolvedAddress& address, const A
 }
 
 std::string describeNumber(const ambrel::ResolvedAddress& address, const AddressOptions& typed) {
-    const std::string number = "no se ha resuelto el número «" + typed.number + "»";
+    const std::string number = "no se ha resuelto el número " + dbase::inQuotes(typed.number);
     switch (address.numberProblem) {
     case ambrel::NumberProblem::None:
     case ambrel::NumberProblem::NoStretch:
@@ -123,7 +124,7 @@ std::string describe(AddressPart part, const ambrel::ResolvedAddress& address, c
         return describeMunicipality(address, typed);
     case AddressPart::StreetType:
     case AddressPart::Street:
-        return "no se ha resuelto la vía «" + typed.street + "».";
+        return "no se ha resuelto la vía " + dbase::inQuotes(typed.street) + ".";
     case AddressPart::Number:
         break;
     }

@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "dbase/system/quoted.h"
 #include "loading/csv.h"
 #include "loading/failure.h"
 #include "loading/text_encoding.h"
@@ -23,17 +24,18 @@ constexpr const char* tableHelp = "Tabla, con o sin .DBF";
 /// A minus sign would be read as a very large number.
 std::string isCount(const std::string& text) {
     const bool isDigits = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
-    return isDigits ? std::string() : "«" + text + "» no es un número";
+    return isDigits ? std::string() : dbase::inQuotes(text) + " no es un número";
 }
 
 std::string isKnownSeparator(const std::string& text) {
     return loading::separatorNamed(text) ? std::string()
-                                         : "«" + text + "» no separa columnas; un signo, o «tab»";
+                                         : dbase::inQuotes(text) + " no separa columnas; un signo, o «tab»";
 }
 
 std::string isKnownEncoding(const std::string& text) {
-    return loading::textEncodingNamed(text) ? std::string()
-                                            : "«" + text + "» no se conoce; utf-8, windows-1252 o utf-16";
+    return loading::textEncodingNamed(text)
+               ? std::string()
+               : dbase::inQuotes(text) + " no se conoce; utf-8, windows-1252 o utf-16";
 }
 
 /// Adds a subcommand whose options, kept alive with it, are passed to a function.

@@ -5,6 +5,7 @@
 
 #include "dbase/dbf/codec.h"
 #include "dbase/mdx/index_file.h"
+#include "dbase/system/quoted.h"
 #include "dbase/table/table.h"
 #include "loading/failure.h"
 #include "loading/row_conversion.h"
@@ -42,7 +43,8 @@ void SearchKey::add(dbase::Dataset& table, const std::string& field, const std::
     const dbase::Schema& schema = table.schema();
     const std::optional<std::size_t> position = schema.find(field);
     if (!position) {
-        throw loading::Failure("la tabla " + table.tableName() + " no tiene ninguna columna «" + field + "»");
+        throw loading::Failure("la tabla " + table.tableName() + " no tiene ninguna columna " +
+                               dbase::inQuotes(field));
     }
     const dbase::Column& column = schema.columns[*position];
     if (has(column.name)) {
@@ -92,7 +94,8 @@ SearchKey keyFromText(dbase::Dataset& table, const std::string& text) {
         left.remove_prefix(part.size());
     }
     if (!left.empty()) {
-        throw loading::Failure("la clave «" + text + "» es más larga que las del tag " + tag.definition.name);
+        throw loading::Failure("la clave " + dbase::inQuotes(text) + " es más larga que las del tag " +
+                               tag.definition.name);
     }
     return key;
 }

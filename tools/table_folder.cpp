@@ -7,6 +7,7 @@
 #include "dbase/dbf/codepage.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
+#include "dbase/system/quoted.h"
 #include "dbase/system/system_reason.h"
 #include "loading/failure.h"
 
@@ -37,7 +38,8 @@ std::string useFolder(const std::string& folder) {
 std::string requireTable(const std::string& folder, const std::string& table) {
     const auto file = dbase::findTableFile(folder, table);
     if (!file) {
-        throw loading::Failure("en la carpeta «" + folder + "» no hay ninguna tabla «" + table + "»");
+        throw loading::Failure("en la carpeta «" + folder + "» no hay ninguna tabla " +
+                               dbase::inQuotes(table));
     }
     return *file;
 }
@@ -72,7 +74,8 @@ std::string tableName(const std::string& tableFile) { return fs::path(tableFile)
 std::string inTablePage(const dbase::Dataset& table, const std::string& text, const std::string& what) {
     const auto bytes = dbase::CodePage::ofDriver(table.schema().languageDriver).fromUtf8(text);
     if (!bytes) {
-        throw loading::Failure(what + " «" + text + "» lleva caracteres que la tabla no puede guardar");
+        throw loading::Failure(what + " " + dbase::inQuotes(text) +
+                               " lleva caracteres que la tabla no puede guardar");
     }
     return *bytes;
 }
@@ -93,8 +96,8 @@ void useTag(dbase::Dataset& table, const std::string& tag) {
         const std::string instead = !known.empty()   ? "tiene " + known
                                     : reason.empty() ? "no tiene índice"
                                                      : reason;
-        throw loading::Failure("la tabla " + table.tableName() + " no tiene ningún tag «" + tag + "»; " +
-                               instead);
+        throw loading::Failure("la tabla " + table.tableName() + " no tiene ningún tag " +
+                               dbase::inQuotes(tag) + "; " + instead);
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "dbase/system/quoted.h"
 #include "tools/nearest_name.h"
 
 namespace ambcp {
@@ -39,12 +40,12 @@ std::string listed(const std::vector<std::string>& names) {
     return "las órdenes son " + text;
 }
 
-std::string describeSuperfluous(const std::string& given) { return "sobra «" + given + "»"; }
+std::string describeSuperfluous(const std::string& given) { return "sobra " + dbase::inQuotes(given); }
 
 std::string unknownCommand(const std::string& typed, const CLI::App& app) {
     const std::vector<std::string> names = commandNames(app);
     const auto nearest = nearestName(typed, names);
-    return "no existe la orden «" + typed + "»; " +
+    return "no existe la orden " + dbase::inQuotes(typed) + "; " +
            (nearest ? "¿quería decir «" + *nearest + "»?" : listed(names));
 }
 

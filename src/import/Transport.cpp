@@ -8,6 +8,8 @@
 #include <string_view>
 #include <utility>
 
+#include "import/CurlReasons.h"
+
 namespace ambrel {
 namespace {
 
@@ -39,32 +41,6 @@ using Headers = std::unique_ptr<curl_slist, Deleter<curl_slist_free_all>>;
 
 [[noreturn]] void fail(const std::string& reason) {
     throw TransportError("No se ha podido hablar con el servicio: " + reason + ".");
-}
-
-std::string reasonOf(CURLcode code) {
-    switch (code) {
-    case CURLE_COULDNT_RESOLVE_HOST:
-        return "no se encuentra el servidor";
-    case CURLE_COULDNT_RESOLVE_PROXY:
-        return "no se encuentra el proxy";
-    case CURLE_COULDNT_CONNECT:
-        return "el servidor no acepta la conexión";
-    case CURLE_OPERATION_TIMEDOUT:
-        return "el servidor no contesta";
-    case CURLE_GOT_NOTHING:
-    case CURLE_SEND_ERROR:
-    case CURLE_RECV_ERROR:
-        return "la conexión se ha cortado";
-    case CURLE_PARTIAL_FILE:
-        return "la respuesta ha llegado cortada";
-    case CURLE_FILESIZE_EXCEEDED:
-    case CURLE_WRITE_ERROR:
-        return "la respuesta es demasiado grande";
-    case CURLE_TOO_MANY_REDIRECTS:
-        return "el servidor remite una y otra vez a otra dirección";
-    default:
-        return curl_easy_strerror(code);
-    }
 }
 
 /// What has been received of an answer.
@@ -157,7 +133,7 @@ bool isAnswer(long status, const std::string& body) {
 /// Runs a prepared request to its end.
 CURLcode perform(CURLM* multi, CURL* request, const std::function<void()>& whileWaiting) {
     if (const CURLMcode code = curl_multi_add_handle(multi, request); code != CURLM_OK) {
-        fail(curl_multi_strerror(code));
+        fail(reasonOf(code));
     }
     const auto removal = [multi](CURL* handle) { curl_multi_remove_handle(multi, handle); };
     const std::unique_ptr<CURL, decltype(removal)> removed(request, removal);
@@ -168,7 +144,7 @@ CURLcode perform(CURLM* multi, CURL* request, const std::function<void()>& while
             code = curl_multi_poll(multi, nullptr, 0, static_cast<int>(patience.count()), nullptr);
         }
         if (code != CURLM_OK) {
-            fail(curl_multi_strerror(code));
+            fail(reasonOf(code));
         }
         // The pieces of an answer may arrive faster than a window can be painted.
         if (whileWaiting && Clock::now() >= turn) {

@@ -7,6 +7,7 @@
 
 #include "data/TableDefinitions.h"
 #include "dbase/dbf/codec.h"
+#include "dbase/system/quoted.h"
 #include "dbase/system/trim.h"
 #include "loading/utf8.h"
 
@@ -32,7 +33,7 @@ bool isAscii(std::string_view text) {
 }
 
 std::string tooLong(std::string_view text, std::size_t size, std::size_t width) {
-    return inQuotes(text) + " ocupa " + std::to_string(size) + " caracteres y en la columna caben " +
+    return dbase::inQuotes(text) + " ocupa " + std::to_string(size) + " caracteres y en la columna caben " +
            std::to_string(width);
 }
 
@@ -85,7 +86,7 @@ std::optional<std::string> encodeLogical(std::string_view text, std::span<char> 
             return std::nullopt;
         }
     }
-    return inQuotes(text) + " no es un valor lógico (True o False)";
+    return dbase::inQuotes(text) + " no es un valor lógico (True o False)";
 }
 
 std::optional<std::string> encodeDate(std::string_view text, std::span<char> raw) {
@@ -99,7 +100,7 @@ std::optional<std::string> encodeDate(std::string_view text, std::span<char> raw
             return std::nullopt;
         }
     }
-    return inQuotes(text) + " no es una fecha (AAAA-MM-DD)";
+    return dbase::inQuotes(text) + " no es una fecha (AAAA-MM-DD)";
 }
 
 } // namespace
@@ -113,7 +114,7 @@ CellEncoder::CellEncoder(const dbase::Schema& schema, const std::string& tableFi
 std::optional<std::string> CellEncoder::encode(std::string_view text, const Column& column,
                                                std::span<char> raw) const {
     if (text.find('\0') != std::string_view::npos) {
-        return inQuotes(text) + " lleva un carácter nulo";
+        return dbase::inQuotes(text) + " lleva un carácter nulo";
     }
     if (column.type == ColumnType::Character) {
         return encodeCharacters(text, raw);
@@ -162,16 +163,17 @@ std::optional<std::string> CellEncoder::encodeCharacters(std::string_view text, 
 std::string CellEncoder::whyNotInPage(std::string_view text) const {
     std::string_view left = text;
     while (!left.empty()) {
-        const std::string_view character = firstCharacter(left);
+        const std::string_view character = dbase::firstCharacter(left);
         if (character.empty()) {
-            return inQuotes(text) + " no está en UTF-8";
+            return dbase::inQuotes(text) + " no está en UTF-8";
         }
         if (!page_.fromUtf8(character)) {
             break;
         }
         left.remove_prefix(character.size());
     }
-    return inQuotes(text) + " lleva el carácter " + inQuotes(firstCharacter(left)) + ", que no existe en " +
+    return dbase::inQuotes(text) + " lleva el carácter " + dbase::inQuotes(dbase::firstCharacter(left)) +
+           ", que no existe en " +
            (&page_ == &dbase::CodePage::windows1252() ? "Windows-1252" : "la página de códigos de la tabla");
 }
 
@@ -180,15 +182,15 @@ std::optional<std::string> CellEncoder::encodeNumber(std::string_view text, cons
                                                      std::span<char> raw) const {
     const std::optional<Decimal> number = parseDecimal(text);
     if (!number) {
-        return inQuotes(text) + " no es un número";
+        return dbase::inQuotes(text) + " no es un número";
     }
     if (number->fraction.size() > column.decimals) {
-        return inQuotes(text) + (column.decimals == 0
-                                     ? std::string(" no es un número entero")
+        return dbase::inQuotes(text) +
+               (column.decimals == 0 ? std::string(" no es un número entero")
                                      : " tiene más de " + std::to_string(column.decimals) + " decimales");
     }
     if (integers_ == Integers::SixteenBits && column.decimals == 0 && !isSixteenBits(*number)) {
-        return inQuotes(text) + " no está entre -32768 y 32767";
+        return dbase::inQuotes(text) + " no está entre -32768 y 32767";
     }
     const std::string_view whole = number->whole.empty() ? "0" : number->whole;
     const std::size_t tail = column.decimals > 0 ? column.decimals + 1U : 0U;

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "dbase/system/quoted.h"
 #include "loading/load_complaints.h"
 #include "loading/municipality_order.h"
 #include "loading/row_conversion.h"
@@ -41,7 +42,7 @@ std::vector<dbase::Column> readHeader(CsvReader& csv, const dbase::Schema& schem
     for (std::size_t i = 0; i < csv.fields().size(); ++i) {
         const CsvField& field = csv.fields()[i];
         const std::string place = ", columna " + std::to_string(i + 1) + ": ";
-        const std::string name = inQuotes(field.text);
+        const std::string name = dbase::inQuotes(field.text);
         const std::optional<std::size_t> position = schema.find(field.text);
         if (!position) {
             complaints.add(field.line,

@@ -10,6 +10,7 @@
 #include "dbase/dbf/codepage.h"
 #include "dbase/system/error.h"
 #include "dbase/system/names.h"
+#include "dbase/system/quoted.h"
 #include "dbase/system/trim.h"
 #include "services/FileStart.h"
 
@@ -108,7 +109,7 @@ private:
         } else if (is("Callejero", "EspacioDeNombres")) {
             values_.xmlNamespace = address(value);
         } else {
-            fail("clave desconocida: [" + section_ + "] " + key);
+            fail("clave desconocida: " + dbase::inQuotes("[" + section_ + "] " + key));
         }
     }
 
@@ -116,7 +117,7 @@ private:
         if (const auto bytes = dbase::CodePage::windows1252().fromUtf8(value)) {
             return *bytes;
         }
-        fail("el texto no es UTF-8 o tiene letras que las tablas no admiten: " + value);
+        fail("el texto no es UTF-8 o tiene letras que las tablas no admiten: " + dbase::inQuotes(value));
     }
 
     [[nodiscard]] std::string folder(const std::string& value) const {
@@ -129,7 +130,7 @@ private:
 
     [[nodiscard]] std::string address(const std::string& value) const {
         if (!value.starts_with("http://") && !value.starts_with("https://")) {
-            fail("se esperaba una dirección que empiece por http:// o https://: " + value);
+            fail("se esperaba una dirección que empiece por http:// o https://: " + dbase::inQuotes(value));
         }
         return value;
     }
@@ -139,7 +140,7 @@ private:
         const char* const end = value.data() + value.size();
         const auto [rest, error] = std::from_chars(value.data(), end, result);
         if (error != std::errc() || rest != end || result < 0) {
-            fail("se esperaba un número: " + value);
+            fail("se esperaba un número: " + dbase::inQuotes(value));
         }
         return result;
     }
@@ -149,7 +150,7 @@ private:
             return true;
         }
         if (!dbase::sameName(value, "no")) {
-            fail("se esperaba si o no: " + value);
+            fail("se esperaba si o no: " + dbase::inQuotes(value));
         }
         return false;
     }

@@ -1,4 +1,4 @@
-// UTF-8, and values as messages show them.
+// UTF-8.
 #include "loading/utf8.h"
 
 #include <gtest/gtest.h>
@@ -26,23 +26,6 @@ TEST(Utf8, WritesCodePointsOfEverySize) {
         appendUtf8(text, code);
     }
     EXPECT_EQ(text, "\x7F\u0080\u07FF\u0800\uFFFF\U00010000\U0010FFFF");
-}
-
-TEST(InQuotes, ShowsOneLineWhateverTheValueHolds) {
-    EXPECT_EQ(inQuotes("Peñíscola"), "«Peñíscola»");
-    EXPECT_EQ(inQuotes(""), "«»");
-    EXPECT_EQ(inQuotes(std::string_view("a\nb\0c\x7F", 6)), "«a�b�c�»");
-    EXPECT_EQ(inQuotes("A\xD1O"), "«A�O»");
-}
-
-TEST(InQuotes, CutsALongValueBetweenCharacters) {
-    std::string sixty, sixtyOne;
-    for (int i = 0; i < 60; ++i) {
-        sixty += "ñ";
-    }
-    sixtyOne = sixty + "ñ";
-    EXPECT_EQ(inQuotes(sixty), "«" + sixty + "»");
-    EXPECT_EQ(inQuotes(sixtyOne), "«" + sixty + "…»");
 }
 
 } // namespace

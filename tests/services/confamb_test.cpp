@@ -193,14 +193,14 @@ TEST_F(Configuration, IniErrorsNameFileAndLineAndChangeNothing) {
     const std::string good = "[Municipio]\nCodigo=7\n";
     EXPECT_EQ(load(good + "[Provincia\n"), file + ": línea 3: falta el corchete de cierre de la sección");
     EXPECT_EQ(load(good + "sin valor\n"), file + ": línea 3: se esperaba clave=valor");
-    EXPECT_EQ(load(good + "Color=rojo\n"), file + ": línea 3: clave desconocida: [Municipio] Color");
-    EXPECT_EQ(load(good + "\nCodigo=7a\n"), file + ": línea 4: se esperaba un número: 7a");
-    EXPECT_EQ(load(good + "Codigo=-7\n"), file + ": línea 3: se esperaba un número: -7");
-    EXPECT_EQ(load(good + "[Opciones]\nEntidadesMenores=1\n"), file + ": línea 4: se esperaba si o no: 1");
+    EXPECT_EQ(load(good + "Color=rojo\n"), file + ": línea 3: clave desconocida: «[Municipio] Color»");
+    EXPECT_EQ(load(good + "\nCodigo=7a\n"), file + ": línea 4: se esperaba un número: «7a»");
+    EXPECT_EQ(load(good + "Codigo=-7\n"), file + ": línea 3: se esperaba un número: «-7»");
+    EXPECT_EQ(load(good + "[Opciones]\nEntidadesMenores=1\n"), file + ": línea 4: se esperaba si o no: «1»");
     EXPECT_EQ(load(good + "[BaseDeDatos]\nCarpeta=\n"), file + ": línea 4: falta la carpeta");
     EXPECT_EQ(load(good + "[BaseDeDatos]\nAlias=X\n"), file + ": línea 4: hay un Alias sin su Carpeta");
     EXPECT_EQ(load(good + "Nombre=ŁÓDŹ\n"),
-              file + ": línea 3: el texto no es UTF-8 o tiene letras que las tablas no admiten: ŁÓDŹ");
+              file + ": línea 3: el texto no es UTF-8 o tiene letras que las tablas no admiten: «ŁÓDŹ»");
     EXPECT_EQ(config.GetnMunicipio(), 0);
 }
 

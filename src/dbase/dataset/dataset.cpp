@@ -9,6 +9,7 @@
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/system/names.h"
+#include "dbase/system/quoted.h"
 
 namespace dbase {
 
@@ -17,7 +18,8 @@ namespace {
 Expression parseFilter(const Table& table, const std::string& text) {
     Expression parsed = Expression::parse(text, table.schema(), Dialect::Filter);
     if (parsed.type() != ValueType::Logical) {
-        throw Error(ErrorCode::BadExpression, table.path(), "el filtro «" + text + "» no es una condición");
+        throw Error(ErrorCode::BadExpression, table.path(),
+                    "el filtro " + inQuotes(text) + " no es una condición");
     }
     return parsed;
 }
@@ -101,7 +103,7 @@ void Dataset::prepare() {
         order_->setTag(open_->findTag(tag_));
         if (order_->tag() == nullptr) {
             throw Error(ErrorCode::NotFound, open_->path(),
-                        "no hay ningún tag «" + tag_ + "»; ejecute \"ambcp reindexar\"");
+                        "no hay ningún tag " + inQuotes(tag_) + "; ejecute \"ambcp reindexar\"");
         }
     }
     if (!filterText_.empty()) {
@@ -163,7 +165,7 @@ void Dataset::setTag(const std::string& name) {
     const auto find = [&]() -> const Tag* {
         const Tag* found = wanted.empty() ? nullptr : open_->findTag(wanted);
         if (!wanted.empty() && found == nullptr) {
-            throw Error(ErrorCode::NotFound, open_->path(), "no hay ningún tag «" + name + "»");
+            throw Error(ErrorCode::NotFound, open_->path(), "no hay ningún tag " + inQuotes(name));
         }
         return found;
     };

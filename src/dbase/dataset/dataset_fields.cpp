@@ -5,6 +5,7 @@
 #include "dbase/dataset/dataset.h"
 #include "dbase/system/error.h"
 #include "dbase/system/names.h"
+#include "dbase/system/quoted.h"
 #include "dbase/table/table.h"
 
 namespace dbase {
@@ -62,8 +63,7 @@ Field& Dataset::field(std::string_view name) {
     if (Field* found = findField(name)) {
         return *found;
     }
-    throw Error(ErrorCode::NotFound, open_ ? open_->path() : table_,
-                "no hay ningún campo «" + std::string(name) + "»");
+    throw Error(ErrorCode::NotFound, open_ ? open_->path() : table_, "no hay ningún campo " + inQuotes(name));
 }
 
 std::vector<Field*> Dataset::fields() {

@@ -8,6 +8,7 @@
 #include "dbase/dataset/pending.h"
 #include "dbase/dbf/codec.h"
 #include "dbase/system/error.h"
+#include "dbase/system/quoted.h"
 #include "dbase/system/trim.h"
 
 namespace dbase {
@@ -51,7 +52,7 @@ std::span<char> Field::rawForWriting() {
 
 void Field::refuse(const std::string& value) const {
     throw Error(ErrorCode::BadValue, dataset_->tableName(),
-                "el valor «" + value + "» no cabe en el campo " + name_);
+                "el valor " + inQuotes(value) + " no cabe en el campo " + name_);
 }
 
 // --- Reading

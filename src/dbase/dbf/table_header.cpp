@@ -9,6 +9,7 @@
 #include "dbase/system/bytes.h"
 #include "dbase/system/error.h"
 #include "dbase/system/names.h"
+#include "dbase/system/quoted.h"
 
 namespace dbase {
 
@@ -173,8 +174,8 @@ void checkNewName(const std::string& name, const std::string& file) {
     const auto isAllowed = [&](char c) { return isLetter(c) || (c >= '0' && c <= '9') || c == '_'; };
     if (name.empty() || name.size() > maxNameLength || !isLetter(name.front()) ||
         !std::all_of(name.begin(), name.end(), isAllowed)) {
-        refuse(file, "el nombre de columna «" + shown(name) +
-                         "» no vale: hasta 10 letras A-Z, cifras o «_», con una letra al principio");
+        refuse(file, "el nombre de columna " + inQuotes(name) +
+                         " no vale: hasta 10 letras A-Z, cifras o «_», con una letra al principio");
     }
 }
 

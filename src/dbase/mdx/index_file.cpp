@@ -11,6 +11,7 @@
 #include "dbase/system/bytes.h"
 #include "dbase/system/error.h"
 #include "dbase/system/names.h"
+#include "dbase/system/quoted.h"
 
 namespace dbase {
 
@@ -49,8 +50,8 @@ void parseTexts(Tag& tag, const Schema& schema, bool isConditionReadable) {
         tag.key = std::move(key);
     } catch (const Error& error) {
         tag.condition.reset();
-        tag.problem = "el tag " + tag.definition.name + " no se entiende (" + tag.definition.expression +
-                      "): " + error.what();
+        tag.problem = "el tag " + tag.definition.name + " no se entiende (" +
+                      inQuotes(tag.definition.expression) + "): " + error.what();
     }
 }
 

@@ -11,6 +11,7 @@
 #include "dbase/system/error.h"
 #include "dbase/system/names.h"
 #include "dbase/system/paths.h"
+#include "dbase/system/quoted.h"
 
 namespace dbase {
 
@@ -50,7 +51,7 @@ void checkDefinition(const TagDefinition& tag, const Schema& schema, std::size_t
     };
     if (tag.name.empty() || tag.name.size() > 10 ||
         !std::all_of(tag.name.begin(), tag.name.end(), isNameByte)) {
-        throw Error(ErrorCode::BadExpression, {}, "«" + tag.name + "» no sirve como nombre de tag");
+        throw Error(ErrorCode::BadExpression, {}, inQuotes(tag.name) + " no sirve como nombre de tag");
     }
     if (tag.expression.size() >= mdx::textSize || tag.condition.size() >= mdx::textSize ||
         (!tag.condition.empty() && blockBytes < mdx::tagHeaderBytes)) {

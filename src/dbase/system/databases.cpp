@@ -7,6 +7,7 @@
 #include "dbase/system/folders.h"
 #include "dbase/system/names.h"
 #include "dbase/system/paths.h"
+#include "dbase/system/quoted.h"
 
 namespace dbase {
 
@@ -49,7 +50,7 @@ void setDatabaseFolder(std::string_view name, std::string folder) {
 std::string databaseFolder(std::string_view name) {
     const auto found = folders().find(upperName(name));
     if (found == folders().end()) {
-        throw Error(ErrorCode::NotFound, {}, "no se conoce la base de datos «" + std::string(name) + "»");
+        throw Error(ErrorCode::NotFound, {}, "no se conoce la base de datos " + inQuotes(name));
     }
     return found->second;
 }
