@@ -78,13 +78,16 @@ void Dataset::post(Durability durability) {
     requireUnvisited();
     {
         const LockWaits waits; // of storing and landing
+        const std::uint64_t before = open_->changeCounter();
         switch (state_) {
         case DatasetState::Insert:
             record_ = open_->append(row_, durability);
+            order_->rowAdded(before, {&schema(), row_, record_});
             break;
         case DatasetState::Edit:
             if (row_ != shown_) {
                 open_->overwrite(record_, shown_, row_, durability);
+                order_->rowChanged(before, {&schema(), shown_, record_}, {&schema(), row_, record_});
             }
             giveRecordBack();
             break;
@@ -131,6 +134,7 @@ void Dataset::erase(Durability durability) {
     requireOpen();
     {
         const LockWaits waits;
+        const std::uint64_t before = open_->changeCounter();
         takeRecord();
         try {
             open_->erase(record_, row_, durability);
@@ -139,6 +143,7 @@ void Dataset::erase(Durability durability) {
             throw;
         }
         giveRecordBack();
+        order_->rowDeleted(before);
         reposition();
     }
     changed(DatasetChange::Order);

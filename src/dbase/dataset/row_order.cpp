@@ -9,6 +9,7 @@ namespace dbase {
 
 void RowOrder::setTag(const Tag* tag) {
     tag_ = tag;
+    deletedRuns_.clear();
     clearRange();
 }
 
@@ -20,6 +21,30 @@ void RowOrder::setRange(std::string low, std::string high) {
 void RowOrder::clearRange() {
     rangeLow_.reset();
     rangeHigh_.reset();
+}
+
+void RowOrder::rowAdded(std::uint64_t before, const RecordView& record) {
+    deletedRuns_.follow(table_, before);
+    if (tag_ != nullptr && !deletedRuns_.isEmpty()) { // in the order of the file it comes last
+        deletedRuns_.entryAdded(tag_->order, keyOf(record), true);
+    }
+}
+
+void RowOrder::rowChanged(std::uint64_t before, const RecordView& from, const RecordView& to) {
+    deletedRuns_.follow(table_, before);
+    if (tag_ == nullptr || deletedRuns_.isEmpty()) {
+        return;
+    }
+    // With a condition, an entry may also come without a change of its key.
+    if (const std::string key = keyOf(to); tag_->condition || key != keyOf(from)) {
+        deletedRuns_.entryAdded(tag_->order, key, false);
+    }
+}
+
+std::string RowOrder::keyOf(const RecordView& record) const {
+    std::string key(tag_->keyLength, ' ');
+    makeKey(*tag_, record, key);
+    return key;
 }
 
 bool RowOrder::isVisible(const RecordView& record) const {
@@ -46,14 +71,81 @@ void RowOrder::enterRange(Spot& spot, Direction direction) const {
     }
 }
 
+// The deleted rows that a walk meets one after another: steps over those known, remembers those it has seen.
+class RowOrder::DeletedWalk {
+public:
+    DeletedWalk(const RowOrder& order, Direction direction) : order_(order), direction_(direction) {}
+    ~DeletedWalk() { end(); }
+    DeletedWalk(const DeletedWalk&) = delete;
+    DeletedWalk& operator=(const DeletedWalk&) = delete;
+
+    /// The spot is on a deleted row. If a known run begins there, moves to the last row of it.
+    void meet(Spot& spot) {
+        if (rows_++ == 0) {
+            first_ = placeOf(spot);
+        }
+        const std::string_view key = hasKeys() ? spot.cursor->key() : std::string_view();
+        if (const OrderPlace* end = order_.deletedRuns_.endOf(order_.table_, direction_, key, spot.record)) {
+            if (jump(spot, *end)) {
+                rows_ += DeletedRuns::leastRows;
+            } else {
+                order_.deletedRuns_.clear();
+            }
+        }
+        last_.record = spot.record;
+        if (hasKeys()) {
+            last_.key.assign(spot.cursor->key());
+        }
+    }
+    /// A row that is not deleted follows, or none.
+    void end() {
+        if (rows_ >= DeletedRuns::leastRows) {
+            order_.deletedRuns_.add(order_.table_, direction_, std::move(first_), std::move(last_));
+        }
+        rows_ = 0;
+    }
+
+private:
+    [[nodiscard]] bool hasKeys() const { return order_.tag_ != nullptr; }
+    [[nodiscard]] OrderPlace placeOf(const Spot& spot) const {
+        return {hasKeys() ? std::string(spot.cursor->key()) : std::string(), spot.record};
+    }
+    bool jump(Spot& spot, const OrderPlace& end) const {
+        if (hasKeys()) {
+            TreeCursor there = *spot.cursor;
+            if (!there.find(end.key, end.record)) {
+                return false;
+            }
+            spot.cursor = there;
+        }
+        spot.record = end.record;
+        return true;
+    }
+
+    const RowOrder& order_;
+    Direction direction_;
+    OrderPlace first_, last_;
+    std::size_t rows_ = 0;
+};
+
 bool RowOrder::toVisible(Spot& spot, Direction direction, std::string_view wanted,
                          std::size_t* mostHidden) const {
     const bool forward = direction == Direction::Forward;
     const auto givesUp = [mostHidden] { return mostHidden != nullptr && (*mostHidden)-- == 0; };
     const RecordNumber count = table_.records().recordCount();
+    DeletedWalk deleted(*this, direction);
+    const auto isShown = [&] {
+        const RecordView record = table_.records().record(spot.record);
+        if (record.isDeleted()) {
+            deleted.meet(spot);
+            return false;
+        }
+        deleted.end();
+        return isVisible(record);
+    };
     if (tag_ == nullptr) {
         for (; spot.record >= 1 && spot.record <= count; forward ? ++spot.record : --spot.record) {
-            if (isVisible(table_.records().record(spot.record))) {
+            if (isShown()) {
                 return true;
             }
             if (givesUp()) {
@@ -69,7 +161,7 @@ bool RowOrder::toVisible(Spot& spot, Direction direction, std::string_view wante
             return false;
         }
         spot.record = cursor.record();
-        if (spot.record <= count && isVisible(table_.records().record(spot.record))) {
+        if (spot.record <= count && isShown()) {
             return true;
         }
         if (givesUp()) {

@@ -7,13 +7,12 @@
 #include <utility>
 #include <vector>
 
+#include "dbase/dataset/deleted_runs.h"
 #include "dbase/expression/expression.h"
 #include "dbase/mdx/tree_cursor.h"
 #include "dbase/table/table.h"
 
 namespace dbase {
-
-enum class Direction { Forward, Backward };
 
 /// A record and its place in the order. Searches work on a spot of their own, so that they can be repeated.
 struct Spot {
@@ -40,6 +39,12 @@ public:
     /// Takes a condition, or none.
     void setFilter(std::optional<Expression> filter) { filter_ = std::move(filter); }
 
+    // --- Call after a change of the dataset itself, made when the change counter stood at `before`: what the
+    // searches have learnt of deleted rows then stays known.
+    void rowAdded(std::uint64_t before, const RecordView& record);
+    void rowChanged(std::uint64_t before, const RecordView& from, const RecordView& to);
+    void rowDeleted(std::uint64_t before) { deletedRuns_.follow(table_, before); }
+
     [[nodiscard]] bool isVisible(const RecordView& record) const;
     [[nodiscard]] bool isInRange(std::string_view key) const;
 
@@ -65,12 +70,15 @@ public:
     [[nodiscard]] double shareOf(const Spot& spot, const std::pair<double, double>& range) const;
 
 private:
+    class DeletedWalk;
+    [[nodiscard]] std::string keyOf(const RecordView& record) const;
     void enterRange(Spot& spot, Direction direction) const;
 
     const Table& table_;
     const Tag* tag_ = nullptr;
     std::optional<Expression> filter_;
     std::optional<std::string> rangeLow_, rangeHigh_; // both or neither
+    mutable DeletedRuns deletedRuns_;                 // a memory: says nothing that the files do not
 };
 
 } // namespace dbase

@@ -215,9 +215,29 @@ bool TreeCursor::prior() {
 
 bool TreeCursor::find(std::string_view key, RecordNumber record) {
     // Equal in order, not in bytes: engines differ in how they encode the digits of a number or a blank date.
-    for (bool on = seek(key); on && tag_->order.compare(this->key(), key) == 0; on = next()) {
+    const auto isEqual = [&](const TreeCursor& at) { return tag_->order.compare(at.key(), key) == 0; };
+    bool on = seek(key);
+    const PageNumber firstLeaf = on ? levels_[depth_ - 1].page : 0;
+    bool hasTriedLast = false;
+    for (; on && isEqual(*this); on = next()) {
         if (record_ == record) {
             return true;
+        }
+        if (!hasTriedLast && levels_[depth_ - 1].page != firstLeaf) {
+            // Equal keys on more than one leaf: a record that was added lately is on the last one.
+            hasTriedLast = true;
+            TreeCursor last(*index_, *tag_);
+            last.placeAfter(key);
+            const PageNumber lastLeaf = last.levels_[last.depth_ - 1].page;
+            for (bool back = last.prior(); back && isEqual(last); back = last.prior()) {
+                if (last.record_ == record) {
+                    *this = last;
+                    return true;
+                }
+                if (last.levels_[last.depth_ - 1].page != lastLeaf) {
+                    break;
+                }
+            }
         }
     }
     return false;
