@@ -226,6 +226,7 @@ void defineCommands(CLI::App& app, Command& chosen) {
     defineSuggest(app, chosen);
     defineForTables(app, chosen, "comprobar", "Comprueba tablas e índices sin cambiar nada", comprobar);
     defineForTables(app, chosen, "reindexar", "Rehace los índices a partir de los registros", reindexar);
+    defineForTables(app, chosen, "compactar", "Quita las filas borradas y rehace los índices", compactar);
     defineLocks(app, chosen);
     defineHelp(app, chosen, "help", orderGroup);
     defineHelp(app, chosen, "ayuda", "");

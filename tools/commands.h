@@ -73,6 +73,7 @@ struct TablesOptions {
 [[nodiscard]] ExitCode sugerir(const SuggestOptions& options);
 [[nodiscard]] ExitCode comprobar(const TablesOptions& options);
 [[nodiscard]] ExitCode reindexar(const TablesOptions& options);
+[[nodiscard]] ExitCode compactar(const TablesOptions& options);
 [[nodiscard]] ExitCode candados(const FolderOptions& options);
 
 } // namespace ambcp
