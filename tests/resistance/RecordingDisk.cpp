@@ -2,9 +2,6 @@
 #include "RecordingDisk.h"
 
 #include <algorithm>
-#include <array>
-#include <map>
-#include <numeric>
 
 #include "dbase/lock/locks.h"
 #include "dbase/table/empty_table.h"
@@ -68,33 +65,12 @@ private:
     std::shared_ptr<DiskLog> log_;
 };
 
-void put(Bytes& content, std::uint64_t offset, std::span<const char> bytes) {
-    const auto at = static_cast<std::size_t>(offset);
-    if (at + bytes.size() > content.size()) {
-        content.resize(at + bytes.size());
-    }
-    std::ranges::copy(bytes, content.begin() + static_cast<std::ptrdiff_t>(at));
-}
-
 void change(Bytes& content, const DiskEvent& event) {
     if (event.kind == DiskEvent::Kind::Write) {
         put(content, event.offset, event.bytes);
     } else if (event.kind == DiskEvent::Kind::Resize) {
         content.resize(static_cast<std::size_t>(event.offset));
     }
-}
-
-using Sector = std::array<char, sectorBytes>;
-
-/// A sector of the content, padded with zeros after its end.
-Sector sectorAt(const Bytes& content, std::size_t number) {
-    Sector sector{};
-    const std::size_t begin = number * sectorBytes;
-    if (begin < content.size()) {
-        std::copy_n(content.begin() + static_cast<std::ptrdiff_t>(begin),
-                    std::min(sectorBytes, content.size() - begin), sector.begin());
-    }
-    return sector;
 }
 
 } // namespace
@@ -184,13 +160,13 @@ void createRecorded(const MemoryTable& stored, const TableDefinition& definition
 // --- Cache
 
 CachingDisk::CachingDisk(DiskImage image)
-    : records_{std::move(image.records), {}}, index_{std::move(image.index), {}} {
+    : records_(std::move(image.records)), index_(std::move(image.index)) {
     if (image.journal) {
-        journal_.emplace(Cached{std::move(*image.journal), {}});
+        journal_.emplace(std::move(*image.journal));
     }
 }
 
-CachingDisk::Cached& CachingDisk::of(DiskFile file) {
+CachedFile& CachingDisk::of(DiskFile file) {
     if (file == DiskFile::Journal) {
         return journal_.value();
     }
@@ -208,17 +184,14 @@ void CachingDisk::apply(const DiskEvent& event) {
         break;
     case DiskEvent::Kind::Acknowledge:
         break;
-    case DiskEvent::Kind::Sync: {
-        Cached& file = of(event.file);
-        for (const DiskEvent& pending : file.pending) {
-            change(file.onDisk, pending);
-        }
-        file.pending.clear();
+    case DiskEvent::Kind::Sync:
+        of(event.file).sync();
         break;
-    }
     case DiskEvent::Kind::Write:
+        of(event.file).write(event.offset, event.bytes);
+        break;
     case DiskEvent::Kind::Resize:
-        of(event.file).pending.push_back(event);
+        of(event.file).resize(event.offset);
         break;
     }
 }
@@ -229,43 +202,6 @@ DiskImage CachingDisk::survivor(std::mt19937& random) const {
         image.journal = journal_->survivor(random);
     }
     return image;
-}
-
-// Either the writes arrived in order up to one of them, or each sector is as one of them left it.
-Bytes CachingDisk::Cached::survivor(std::mt19937& random) const {
-    Bytes content = onDisk;
-    if (random() % 3 == 0) {
-        const std::size_t arrived = random() % (pending.size() + 1);
-        for (std::size_t i = 0; i < arrived; ++i) {
-            change(content, pending[i]);
-        }
-        return content;
-    }
-    std::map<std::size_t, std::vector<Sector>> versions;
-    std::vector<std::size_t> sizes{content.size()};
-    for (const DiskEvent& event : pending) {
-        const std::size_t sizeBefore = content.size();
-        change(content, event);
-        const bool isWrite = event.kind == DiskEvent::Kind::Write;
-        const auto begin = static_cast<std::size_t>(event.offset);
-        const std::size_t end = isWrite ? begin + event.bytes.size() : std::max(begin, sizeBefore);
-        for (std::size_t sector = begin / sectorBytes; sector * sectorBytes < end; ++sector) {
-            versions[sector].push_back(sectorAt(content, sector));
-        }
-        if (content.size() != sizeBefore) {
-            sizes.push_back(content.size());
-        }
-    }
-    content = onDisk;
-    content.resize(sizes[random() % sizes.size()]);
-    for (const auto& [number, states] : versions) {
-        const std::size_t chosen = random() % (states.size() + 1), begin = number * sectorBytes;
-        if (chosen > 0 && begin < content.size()) {
-            std::copy_n(states[chosen - 1].begin(), std::min(sectorBytes, content.size() - begin),
-                        content.begin() + static_cast<std::ptrdiff_t>(begin));
-        }
-    }
-    return content;
 }
 
 } // namespace dbase::test

@@ -8,12 +8,10 @@
 #include <random>
 #include <vector>
 
+#include "CachedFile.h"
 #include "dbase/support/StoredTable.h"
 
 namespace dbase::test {
-
-/// The unit that a disk writes wholly or not at all.
-inline constexpr std::size_t sectorBytes = 512;
 
 enum class DiskFile { Records, Index, Journal };
 
@@ -67,16 +65,10 @@ public:
     [[nodiscard]] DiskImage survivor(std::mt19937& random) const;
 
 private:
-    struct Cached {
-        Bytes onDisk;
-        std::vector<DiskEvent> pending;
+    [[nodiscard]] CachedFile& of(DiskFile file);
 
-        [[nodiscard]] Bytes survivor(std::mt19937& random) const;
-    };
-    [[nodiscard]] Cached& of(DiskFile file);
-
-    Cached records_, index_;
-    std::optional<Cached> journal_;
+    CachedFile records_, index_;
+    std::optional<CachedFile> journal_;
     bool isJournalRemoved_ = false; // the folder has not been synced yet
 };
 
