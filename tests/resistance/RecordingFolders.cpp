@@ -151,6 +151,18 @@ std::unique_ptr<File> RecordingFolders::createCompanion(const std::string& path,
     return exists(path) ? nullptr : open(path, OpenMode::Create);
 }
 
+std::unique_ptr<File> RecordingFolders::createTwin(const std::string& path, const std::string&) {
+    if (exists(path)) {
+        throw Error(ErrorCode::Io, path, "ya existe");
+    }
+    return open(path, OpenMode::Create);
+}
+
+bool RecordingFolders::leadsTo(const std::string& path, const FileStatus& file, bool) const {
+    const std::optional<FileStatus> named = statusOf(path);
+    return named && named->isSameFile(file);
+}
+
 bool RecordingFolders::isStillThere(const File& file) const {
     const std::optional<FileStatus> named = statusOf(file.path());
     return named && named->isSameFile(file.status());

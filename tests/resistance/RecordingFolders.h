@@ -52,6 +52,10 @@ public:
     void remove(const std::string& path) override;
     [[nodiscard]] std::string objectionToNamesAt(const std::string&) const override { return {}; }
     void syncFolderOf(const std::string& path) override;
+    [[nodiscard]] bool leadsTo(const std::string& path, const FileStatus& file, bool isRemote) const override;
+    void requireReplaceable(const std::string&) const override {}
+    [[nodiscard]] std::unique_ptr<File> createTwin(const std::string& path,
+                                                   const std::string& model) override;
     [[nodiscard]] std::optional<FileStatus> statusOf(const std::string& path) const override;
     [[nodiscard]] std::unique_ptr<File> openCompanion(const std::string& path) override;
     [[nodiscard]] std::unique_ptr<File> createCompanion(const std::string& path,

@@ -79,9 +79,7 @@ std::optional<std::string> findIndexFile(const std::string& tableFile) {
 }
 
 std::optional<std::string> findIndexFile(const Folders& folders, const std::string& tableFile) {
-    const std::size_t slash = tableFile.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : tableFile.substr(0, slash);
-    return findIgnoringCase(folders, folder.empty() ? "/" : folder, baseName(tableFile) + ".MDX");
+    return findIgnoringCase(folders, folderOf(tableFile), baseName(tableFile) + ".MDX");
 }
 
 } // namespace dbase

@@ -27,6 +27,10 @@ public:
     [[nodiscard]] virtual std::optional<FileStatus> statusOf(const std::string& path) const = 0;
     /// The path without links; of a name that does not exist, that of its folder and the name.
     [[nodiscard]] virtual std::string realPath(const std::string& path) const = 0;
+    /// Whether a path leads to this file. `isRemote`: as File::isRemote(), then its server is asked. Errors:
+    /// Error(Io) if the system does not answer.
+    [[nodiscard]] virtual bool leadsTo(const std::string& path, const FileStatus& file,
+                                       bool isRemote) const = 0;
     /// The names in a folder, in any order. Errors: Error(NotFound, AccessDenied), which names the folder.
     [[nodiscard]] virtual std::vector<std::string> namesIn(const std::string& folder) const = 0;
 
@@ -39,8 +43,17 @@ public:
     /// Why no file can be created or removed in the folder of a file, in Spanish; empty if the system permits
     /// it.
     [[nodiscard]] virtual std::string objectionToNamesAt(const std::string& path) const = 0;
-    /// Flushes the folder of a file, and so the names in it, to the disk if its file system can.
+    /// Flushes the folder of a file, and so the names in it, to the disk if its file system can. Errors:
+    /// Error(Io, DiskFull).
     virtual void syncFolderOf(const std::string& path) = 0;
+
+    // --- Replacing a file by another one
+    /// Errors: Error(AccessDenied) if the system does not let this user rename a file over this one.
+    virtual void requireReplaceable(const std::string& path) const = 0;
+    /// Creates a file with the group, permissions and access list of the `model`, and its owner if this user
+    /// is root. Errors: Error(AccessDenied), which names the model, if the system does not permit that.
+    [[nodiscard]] virtual std::unique_ptr<File> createTwin(const std::string& path,
+                                                           const std::string& model) = 0;
 
     // --- Companions: files of ours beside a table, in folders where others may plant theirs
     /// Opens one for reading and writing, or for reading if the system permits no more. Null if the name does

@@ -12,8 +12,10 @@
 #include "dbase/system/companion_file.h"
 #include "dbase/system/error.h"
 #include "dbase/system/folders.h"
+#include "dbase/system/paths.h"
 #include "dbase/system/posix_file.h"
 #include "dbase/system/system_reason.h"
+#include "dbase/system/twin_file.h"
 
 namespace dbase {
 
@@ -24,9 +26,18 @@ std::optional<struct stat> look(const std::string& path) {
     return stat(path.c_str(), &status) == 0 ? std::optional(status) : std::nullopt;
 }
 
-std::string folderOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+// A server's names may be remembered here for up to a minute; opening one asks for it.
+std::optional<struct stat> lookAtServer(const std::string& path) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    if (descriptor < 0) {
+        return std::nullopt;
+    }
+    struct stat status = {};
+    const bool isKnown = fstat(descriptor, &status) == 0;
+    const int problem = errno;
+    ::close(descriptor);
+    errno = problem;
+    return isKnown ? std::optional(status) : std::nullopt;
 }
 
 // Empty if the name does not exist.
@@ -52,6 +63,14 @@ public:
         }
         const std::string name = path.substr(path.rfind('/') + 1), folder = resolved(folderOf(path));
         return folder.empty() ? path : folder == "/" ? folder + name : folder + '/' + name;
+    }
+
+    bool leadsTo(const std::string& path, const FileStatus& file, bool isRemote) const override {
+        const std::optional<struct stat> named = isRemote ? lookAtServer(path) : look(path);
+        if (!named && errno != ENOENT && errno != ENOTDIR && errno != ESTALE) {
+            raise(path, "no se puede consultar");
+        }
+        return named && named->st_dev == file.device && named->st_ino == file.inode;
     }
 
     std::vector<std::string> namesIn(const std::string& folder) const override {
@@ -97,9 +116,19 @@ public:
     void syncFolderOf(const std::string& path) override {
         if (const int descriptor = ::open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
             descriptor >= 0) {
-            static_cast<void>(fsync(descriptor));
+            const int problem = fsync(descriptor) == 0 ? 0 : errno;
             ::close(descriptor);
+            if (problem == EIO || problem == ENOSPC || problem == EDQUOT) { // others: it cannot be done there
+                errno = problem;
+                raise(folderOf(path), "no se puede asegurar en el disco");
+            }
         }
+    }
+
+    void requireReplaceable(const std::string& path) const override { requireReplaceableFile(path); }
+
+    std::unique_ptr<File> createTwin(const std::string& path, const std::string& model) override {
+        return createTwinFile(path, model);
     }
 
     std::unique_ptr<File> openCompanion(const std::string& path) override { return openCompanionFile(path); }
