@@ -3,12 +3,14 @@
 
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "data/TableDefinitions.h"
+#include "dbase/lock/locks.h"
 #include "dbase/system/databases.h"
+#include "dbase/system/error.h"
 #include "dbase/system/system_reason.h"
+#include "dbase/table/table_creation.h"
 #include "dbase/table/table_replacement.h"
 
 namespace fs = std::filesystem;
@@ -17,20 +19,20 @@ namespace loading {
 
 namespace {
 
-/// Removes what was created, unless it is kept.
-class Creation {
+/// The folders that were missing; removed at the end unless they are kept or used.
+class NewFolders {
 public:
-    Creation() = default;
-    ~Creation() {
+    NewFolders() = default;
+    ~NewFolders() {
         std::error_code ignored; // the error that led here is the one to report
         for (const std::string& path : paths_) {
             fs::remove(path, ignored);
         }
     }
-    Creation(const Creation&) = delete;
-    Creation& operator=(const Creation&) = delete;
+    NewFolders(const NewFolders&) = delete;
+    NewFolders& operator=(const NewFolders&) = delete;
 
-    /// Files are removed in reverse order of addition.
+    /// Folders are removed in reverse order of addition.
     void add(const std::string& path) { paths_.insert(paths_.begin(), path); }
     void keep() { paths_.clear(); }
 
@@ -38,18 +40,44 @@ private:
     std::vector<std::string> paths_;
 };
 
-/// The file of a table, or the index left over from one.
-std::optional<std::string> leftOf(const std::string& folder, const std::string& table) {
-    if (auto file = dbase::findTableFile(folder, table)) {
-        return file;
+/// A claim on each of the tables, always in the same order, so that of two creations at once one waits for
+/// the other.
+class Claims {
+public:
+    Claims(const std::string& folder, const std::vector<dbase::TableDefinition>& definitions) {
+        const dbase::LockWaits waits;
+        for (const dbase::TableDefinition& definition : definitions) {
+            const auto existing = dbase::findTableFile(folder, definition.name);
+            claims_.push_back(std::make_unique<dbase::TableClaim>(
+                existing.value_or(folder + '/' + definition.name + ".DBF")));
+        }
     }
-    return dbase::findIndexFile(folder + '/' + table + ".DBF");
-}
+    /// Removes the tables added, unless they are kept or another program uses them already.
+    ~Claims() {
+        for (const dbase::TableClaim* claim : created_) {
+            try {
+                dbase::removeTable(*claim);
+            } catch (const dbase::Error&) {
+                // The error that led here is the one to report.
+            }
+        }
+    }
+    Claims(const Claims&) = delete;
+    Claims& operator=(const Claims&) = delete;
+
+    [[nodiscard]] const dbase::TableClaim& operator[](std::size_t number) const { return *claims_[number]; }
+    void addCreated(std::size_t number) { created_.push_back(claims_[number].get()); }
+    void keep() { created_.clear(); }
+
+private:
+    std::vector<std::unique_ptr<dbase::TableClaim>> claims_;
+    std::vector<const dbase::TableClaim*> created_;
+};
 
 void refuseExisting(const std::string& folder, const std::vector<dbase::TableDefinition>& definitions) {
     std::string existing;
     for (const dbase::TableDefinition& definition : definitions) {
-        if (const auto file = leftOf(folder, definition.name)) {
+        if (const auto file = dbase::findTableFile(folder, definition.name)) {
             existing += (existing.empty() ? "" : ", ") + fs::path(*file).filename().string();
         }
     }
@@ -59,16 +87,14 @@ void refuseExisting(const std::string& folder, const std::vector<dbase::TableDef
 }
 
 /// Fails if a table is in use, so that the tables are never replaced in part.
-void requireUnused(const std::string& folder, const std::vector<dbase::TableDefinition>& definitions) {
+void requireUnused(const Claims& claims, std::size_t tables) {
     std::vector<std::unique_ptr<dbase::TableReplacement>> all;
-    for (const dbase::TableDefinition& definition : definitions) {
-        if (const auto file = dbase::findTableFile(folder, definition.name)) {
-            all.push_back(std::make_unique<dbase::TableReplacement>(*file));
-        }
+    for (std::size_t i = 0; i < tables; ++i) {
+        all.push_back(std::make_unique<dbase::TableReplacement>(claims[i]));
     }
 }
 
-void makeFolder(const std::string& folder, Creation& creation) {
+void makeFolder(const std::string& folder, NewFolders& newFolders) {
     std::vector<fs::path> missing;
     std::error_code problem;
     for (fs::path part(folder); !part.empty() && !fs::exists(part, problem); part = part.parent_path()) {
@@ -77,7 +103,7 @@ void makeFolder(const std::string& folder, Creation& creation) {
     problem.clear();
     for (const fs::path& part : missing) {
         if (fs::create_directory(part, problem)) {
-            creation.add(part.string());
+            newFolders.add(part.string());
         }
         if (problem) {
             throw Failure("no se puede crear la carpeta «" + part.string() +
@@ -93,25 +119,31 @@ void makeFolder(const std::string& folder, Creation& creation) {
 
 void createPostalTables(const std::string& folder, dbase::IfExists ifExists, const TableFiller& fill) {
     const std::vector<dbase::TableDefinition> definitions = ambrel::tableDefinitions();
-    Creation creation;
-    makeFolder(folder, creation);
-    if (ifExists == dbase::IfExists::Refuse) {
-        refuseExisting(folder, definitions);
+    const bool mayReplace = ifExists == dbase::IfExists::Replace;
+    NewFolders newFolders;
+    makeFolder(folder, newFolders);
+    if (!mayReplace) {
+        refuseExisting(folder, definitions); // also where claims cannot be created
+    }
+    Claims claims(folder, definitions);
+    if (mayReplace) {
+        requireUnused(claims, definitions.size());
     } else {
-        requireUnused(folder, definitions);
+        refuseExisting(folder, definitions);
     }
-    for (const dbase::TableDefinition& definition : definitions) {
-        const bool isNew = !leftOf(folder, definition.name);
+    for (std::size_t i = 0; i < definitions.size(); ++i) {
+        const std::string& file = claims[i].tableFile();
+        const bool isNew = !fs::exists(file);
+        dbase::createTable(claims[i], definitions[i], ifExists);
         if (isNew) {
-            creation.add(folder + '/' + definition.name + ".DBF");
-            creation.add(folder + '/' + definition.name + ".MDX");
+            claims.addCreated(i);
         }
-        dbase::createTable(folder, definition, ifExists);
         if (fill) {
-            fill(definition.name, dbase::findTableFile(folder, definition.name).value());
+            fill(definitions[i].name, file);
         }
     }
-    creation.keep();
+    claims.keep();
+    newFolders.keep();
 }
 
 } // namespace loading

@@ -40,24 +40,28 @@ struct BulkLoader::State {
 namespace {
 
 // Creates an empty table with the columns and tags of another one, in the files that will replace it.
-std::shared_ptr<Table> makeTwin(const Table& old, const TableReplacement& files) {
+std::shared_ptr<Table> makeTwin(const Table& old, TableReplacement& files) {
     std::vector<TagDefinition> tags;
     if (old.index() != nullptr) {
         for (const Tag& tag : old.index()->tags()) {
             tags.push_back(tag.definition);
         }
     }
-    std::unique_ptr<File> table = openFile(files.newTableFile(), OpenMode::Create);
-    std::unique_ptr<File> index = tags.empty() ? nullptr : openFile(files.newIndexFile(), OpenMode::Create);
+    std::unique_ptr<File> table = files.makeTable();
+    std::unique_ptr<File> index = tags.empty() ? nullptr : files.makeIndex();
     writeEmptyTable(*table, index.get(), old.schema(), baseName(old.path()), tags);
     return std::make_shared<Table>(std::move(table), std::move(index));
 }
 
 } // namespace
 
-BulkLoader::BulkLoader(const std::string& tableFile, Mode mode) : state_(std::make_unique<State>()) {
+BulkLoader::BulkLoader(const std::string& tableFile, Mode mode)
+    : BulkLoader(tableFile, mode, diskFolders()) {}
+
+BulkLoader::BulkLoader(const std::string& tableFile, Mode mode, Folders& folders)
+    : state_(std::make_unique<State>()) {
     const LockWaits waits;
-    state_->table = Table::open(tableFile);
+    state_->table = Table::open(tableFile, folders);
     if (state_->table->isReadOnly()) {
         throw Error(ErrorCode::ReadOnly, tableFile, "sólo se puede leer: " + state_->table->readOnlyReason());
     }
@@ -68,7 +72,8 @@ BulkLoader::BulkLoader(const std::string& tableFile, Mode mode) : state_(std::ma
                         "la tabla está abierta; ciérrela para poder sustituirla");
         }
         old->leave(); // our own opening must not count as another program's
-        state_->replacement.emplace(tableFile);
+        state_->replacement.emplace(tableFile, folders);
+        old->requireInPlace(); // another program may have replaced it in between
         state_->table = makeTwin(*old, *state_->replacement);
     }
     state_->use.emplace(*state_->table);
@@ -111,7 +116,7 @@ void BulkLoader::finish(const Progress& progress) {
     }
     state_->use->sync();
     if (state_->replacement) {
-        state_->replacement->commit(state_->table->index() != nullptr);
+        state_->replacement->commit();
     }
     state_->finished = true;
     state_->use.reset();

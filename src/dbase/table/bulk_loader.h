@@ -11,13 +11,17 @@
 
 namespace dbase {
 
+class Folders;
+
 /// Adds rows to a table under its exclusive lock. Nothing becomes visible before finish(); without it (an
-/// error, a crash) the table is unchanged. Errors: Error.
+/// error, a crash) the table is unchanged. On return from finish() all rows are on the disk; a power cut
+/// before that leaves all of them or none. Errors: Error.
 class AMBREL_EXPORT BulkLoader {
 public:
     enum class Mode { Append, Replace };
 
     BulkLoader(const std::string& tableFile, Mode mode);
+    BulkLoader(const std::string& tableFile, Mode mode, Folders& folders);
     ~BulkLoader();
     BulkLoader(const BulkLoader&) = delete;
     BulkLoader& operator=(const BulkLoader&) = delete;

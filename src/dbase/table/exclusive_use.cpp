@@ -9,6 +9,7 @@ namespace dbase {
 ExclusiveUse::ExclusiveUse(Table& table, AfterStop afterStop)
     : table_(table), lock_(table.structureFile(), table.structureHolders_, LockKind::Exclusive) {
     FileSizeSignal::lookForLimit();
+    table.requireInPlace();
     table.renewTornViews(); // others have held the lock since
     table.recoverLocked(afterStop == AfterStop::Yes ? Table::Health::Stopped : table.health());
 }
@@ -28,9 +29,12 @@ void ExclusiveUse::beginLoad() {
 }
 
 // The rows were written after the end mark and do not count yet: they are flushed to the disk, then the
-// in-update mark is set, then the first row replaces the end mark, so that a death in between leaves all rows
-// or none. If space runs out, the rows are taken back and the tags rebuilt as they were.
+// in-update mark is set, then the first row replaces the end mark, and is flushed before anything says that
+// it is there. A death or power cut before that leaves no row; after it all of them, because recovery counts
+// complete records up to the end mark. If space runs out, the rows are taken back and the tags rebuilt as
+// they were.
 void ExclusiveUse::addRows(std::uint32_t newCount, char firstMark, const Progress& progress) {
+    table_.requireInPlace(); // a load takes its time
     TableFile& records = table_.records_;
     const std::uint32_t countBefore = records.recordCount();
     try {
@@ -40,6 +44,7 @@ void ExclusiveUse::addRows(std::uint32_t newCount, char firstMark, const Progres
             table_.index_->writeStamp(table_.index_->stamp().begun(newCount));
         }
         records.file().write(records.offsetOf(countBefore + 1), std::span<const char>(&firstMark, 1));
+        records.file().sync();
         records.setCount(newCount);
         table_.rebuildLocked(progress);
     } catch (...) {

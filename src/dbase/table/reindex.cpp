@@ -15,6 +15,7 @@
 #include "dbase/table/empty_table.h"
 #include "dbase/table/recovery.h"
 #include "dbase/table/table_definition.h"
+#include "dbase/table/table_names.h"
 
 namespace dbase {
 
@@ -101,13 +102,24 @@ std::unique_ptr<File> newIndex(const std::string& tableFile) {
     return file;
 }
 
+// Keeps its opening lock until the file is closed.
+std::unique_ptr<File> openForOurselves(const std::string& tableFile) {
+    while (true) {
+        std::unique_ptr<File> file = openFile(tableFile, OpenMode::ReadWrite);
+        holdLock(*file, openingLock, LockKind::Exclusive);
+        if (TableNames(diskFolders(), *file, nullptr).leadHere()) { // else it was replaced while we waited
+            return file;
+        }
+    }
+}
+
 } // namespace
 
-void reindexTable(const std::string& tableFile, const std::vector<TagDefinition>& knownTags,
+void reindexTable(const std::string& path, const std::vector<TagDefinition>& knownTags,
                   const Progress& progress) {
     const LockWaits waits;
-    std::unique_ptr<File> file = openFile(tableFile, OpenMode::ReadWrite);
-    holdLock(*file, openingLock, LockKind::Exclusive); // until the file is closed
+    const std::string tableFile = diskFolders().realPath(path);
+    std::unique_ptr<File> file = openForOurselves(tableFile);
     const bool isAlone = file->tryLock(presenceLock, LockKind::Exclusive);
     if (!isAlone) {
         holdLock(*file, presenceLock, LockKind::Shared);

@@ -73,6 +73,18 @@ void Table::refuseWriting(const std::string& reason) {
     }
 }
 
+void Table::refuseReplaced() const {
+    throw Error(
+        ErrorCode::Replaced, path(),
+        "otro programa ha sustituido o borrado la tabla desde que se abrió; ciérrela y vuelva a abrirla");
+}
+
+void Table::requireInPlace() {
+    if (names_ && !names_->leadHere()) {
+        refuseReplaced();
+    }
+}
+
 void Table::requireWritable() const {
     if (isReadOnly()) {
         throw Error(ErrorCode::ReadOnly, path(), "sólo se puede leer: " + readOnlyReason_);
@@ -115,6 +127,9 @@ void Table::guardRead(const std::function<void()>& operation) {
 bool Table::tryReadLocked(const std::function<void()>& operation) {
     const StructureLock lock(structureFile(), structureHolders_, LockKind::Shared);
     if (hold_->number() == 0 || isTorn()) { // otherwise nothing can have changed since the last check
+        if (names_ && !names_->ledHereLately()) {
+            refuseReplaced();
+        }
         renewTornViews();
         if (const Health found = health(); found != Health::Sound) {
             if (isReadOnly()) {
@@ -134,6 +149,7 @@ bool Table::tryReadLocked(const std::function<void()>& operation) {
 bool Table::tryLockRecord(RecordNumber number, const void* owner) {
     requireWritable();
     ReadScope::letGo(); // so that reads under the lock see the current state
+    requireInPlace();
     return recordLocks_.tryLock(number, owner);
 }
 

@@ -21,6 +21,7 @@
 #include "dbase/system/durability.h"
 #include "dbase/system/progress.h"
 #include "dbase/table/recovery.h"
+#include "dbase/table/table_names.h"
 #include "dbase/table/table_types.h"
 
 namespace dbase {
@@ -29,8 +30,10 @@ class ExclusiveUse;
 
 class Table {
 public:
-    /// The table of a file, opened once per process. Errors: Error for anything that prevents its use.
-    [[nodiscard]] static std::shared_ptr<Table> open(const std::string& path);
+    /// The table of a file, opened by its path without links, once per process. Errors: Error for anything
+    /// that prevents its use.
+    [[nodiscard]] static std::shared_ptr<Table> open(const std::string& path,
+                                                     Folders& folders = diskFolders());
     /// A table on files given by the caller; `index` may be null. Without a journal, records torn by a crash
     /// of the machine stay torn.
     Table(std::unique_ptr<File> records, std::unique_ptr<File> index, std::string readOnlyReason = {},
@@ -90,6 +93,9 @@ public:
 
     /// Lets others replace the files although this table still has them open.
     void leave();
+    /// Error(Replaced) if its names no longer lead to its files, because another program has put others
+    /// there.
+    void requireInPlace();
 
     // --- Record locks, held for an owner in this process; owners exclude each other and other programs.
     [[nodiscard]] bool tryLockRecord(RecordNumber number, const void* owner);
@@ -100,7 +106,11 @@ private:
     friend class ExclusiveUse;
     enum class Health { Sound, DiedInUpdate, Miscounted, Stale, Stopped };
 
+    // table_registry.cpp
+    [[nodiscard]] static std::shared_ptr<Table> tryOpen(const std::string& path, Folders& folders);
+
     // table.cpp
+    [[noreturn]] void refuseReplaced() const;
     void requireWritable() const;
     void refuseWriting(const std::string& reason);
     void guardRead(const std::function<void()>& operation);
@@ -144,7 +154,8 @@ private:
     bool hasTail_ = false; // the count was wrong, and part of a record may follow the last one
     StructureLock::Holders structureHolders_;
     RecordLocks recordLocks_{records_.file()};
-    std::optional<ReadHold> hold_; // present since the first read
+    std::optional<TableNames> names_; // absent for files that the caller gave
+    std::optional<ReadHold> hold_;    // present since the first read
 };
 
 template<typename Operation>

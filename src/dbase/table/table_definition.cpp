@@ -6,6 +6,7 @@
 #include "dbase/dbf/dates.h"
 #include "dbase/dbf/table_header.h"
 #include "dbase/dbf/table_layout.h"
+#include "dbase/lock/locks.h"
 #include "dbase/mdx/index_file.h"
 #include "dbase/system/error.h"
 #include "dbase/table/empty_table.h"
@@ -37,6 +38,14 @@ void writeEmptyTable(File& table, File* index, Schema schema, const std::string&
     table.write(0, bytes);
 }
 
+namespace {
+
+[[noreturn]] void refuseExisting(const std::string& table) {
+    throw Error(ErrorCode::Exists, table, "la tabla ya existe");
+}
+
+} // namespace
+
 void createTable(const std::string& folder, const TableDefinition& definition, IfExists ifExists) {
     createTable(diskFolders(), folder, definition, ifExists);
 }
@@ -44,22 +53,29 @@ void createTable(const std::string& folder, const TableDefinition& definition, I
 void createTable(Folders& folders, const std::string& folder, const TableDefinition& definition,
                  IfExists ifExists) {
     const std::optional<std::string> existing = findTableFile(folders, folder, definition.name);
-    if (existing && ifExists == IfExists::Refuse) {
-        throw Error(ErrorCode::Exists, *existing, "la tabla ya existe");
+    if (existing &&
+        ifExists == IfExists::Refuse) { // without a claim, which a read-only folder does not permit
+        refuseExisting(*existing);
     }
-    TableReplacement files(existing.value_or(folder + '/' + definition.name + ".DBF"), folders);
+    const LockWaits waits;
+    const TableClaim claim(existing.value_or(folder + '/' + definition.name + ".DBF"), folders);
+    createTable(claim, definition, ifExists);
+}
+
+void createTable(const TableClaim& claim, const TableDefinition& definition, IfExists ifExists) {
+    if (ifExists == IfExists::Refuse && claim.folders().exists(claim.tableFile())) {
+        refuseExisting(claim.tableFile());
+    }
+    TableReplacement files(claim);
     Schema schema;
     schema.columns = definition.columns;
     schema.languageDriver = static_cast<std::uint8_t>(definition.languageDriver);
     {
-        const std::unique_ptr<File> table = folders.open(files.newTableFile(), OpenMode::Create);
-        std::unique_ptr<File> index;
-        if (!definition.tags.empty()) {
-            index = folders.open(files.newIndexFile(), OpenMode::Create);
-        }
+        const std::unique_ptr<File> table = files.makeTable();
+        const std::unique_ptr<File> index = definition.tags.empty() ? nullptr : files.makeIndex();
         writeEmptyTable(*table, index.get(), schema, definition.name, definition.tags);
     }
-    files.commit(!definition.tags.empty());
+    files.commit();
 }
 
 } // namespace dbase

@@ -184,6 +184,9 @@ void Table::recoverSession() {
 void Table::leaveSession() {
     hold_.reset();
     try {
+        if (names_ && !names_->leadHere()) {
+            return; // what is there now belongs to another table
+        }
         if (!journal_ || isReadOnly() || !journal_->exists() ||
             !records_.file().tryLock(presenceLock, LockKind::Exclusive) ||
             !structureFile().tryLock(structureLock, LockKind::Shared)) {

@@ -1,6 +1,7 @@
 // The tables open in this process: one Table per file, shared by all its cursors.
 
 #include <map>
+#include <tuple>
 
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
@@ -11,9 +12,9 @@ namespace dbase {
 namespace {
 
 // Sets the reason, if it is the first, why a file can only be read.
-std::unique_ptr<File> openForUse(const std::string& path, std::string& readOnlyReason) {
+std::unique_ptr<File> openForUse(Folders& folders, const std::string& path, std::string& readOnlyReason) {
     try {
-        return openFile(path, OpenMode::ReadWrite);
+        return folders.open(path, OpenMode::ReadWrite);
     } catch (const Error& error) {
         if (error.code() != ErrorCode::AccessDenied) {
             throw;
@@ -22,47 +23,67 @@ std::unique_ptr<File> openForUse(const std::string& path, std::string& readOnlyR
             readOnlyReason = error.what();
         }
     }
-    return openFile(path, OpenMode::ReadOnly);
+    return folders.open(path, OpenMode::ReadOnly);
 }
 
-std::map<std::string, std::weak_ptr<Table>>& openTables() {
-    static std::map<std::string, std::weak_ptr<Table>> tables;
+using Identity = std::tuple<const Folders*, std::uint64_t, std::uint64_t>;
+
+Identity identityOf(const Folders& folders, const FileStatus& file) {
+    return {&folders, file.device, file.inode};
+}
+
+std::map<Identity, std::weak_ptr<Table>>& openTables() {
+    static std::map<Identity, std::weak_ptr<Table>> tables;
     return tables;
 }
 
 } // namespace
 
-std::shared_ptr<Table> Table::open(const std::string& path) {
-    std::string identity = fileIdentity(path);
-    if (const auto found = openTables().find(identity); found != openTables().end()) {
-        if (std::shared_ptr<Table> table = found->second.lock()) {
+std::shared_ptr<Table> Table::open(const std::string& path, Folders& folders) {
+    const std::string real = folders.realPath(path);
+    if (const std::optional<FileStatus> status = folders.statusOf(real)) {
+        const auto found = openTables().find(identityOf(folders, *status));
+        const std::shared_ptr<Table> table = found == openTables().end() ? nullptr : found->second.lock();
+        if (table && table->names_->leadHere()) { // one whose index was replaced is of no use to anybody
             return table;
         }
-        openTables().erase(found);
     }
     const LockWaits waits;
     while (true) {
-        std::string readOnlyReason;
-        std::unique_ptr<File> records = openForUse(path, readOnlyReason);
-        File& file = *records;
-        // Programs open one at a time, so that the first is alone and checks what the last ones left.
-        holdLock(file, openingLock, file.isWritable() ? LockKind::Exclusive : LockKind::Shared);
-        // Shows that the table is in use as long as the file is open, so that no program replaces its files.
-        holdLock(file, presenceLock, LockKind::Shared);
-        if (std::string now = fileIdentity(path); now != identity) { // replaced while we were opening it
-            identity = std::move(now);
-            continue;
+        if (std::shared_ptr<Table> table = tryOpen(real, folders)) {
+            return table;
         }
-        std::unique_ptr<File> index;
-        if (const std::optional<std::string> indexPath = findIndexFile(path)) {
-            index = openForUse(*indexPath, readOnlyReason);
-        }
-        auto table = std::make_shared<Table>(std::move(records), std::move(index), readOnlyReason,
-                                             journalBeside(path));
-        file.unlock(openingLock);
-        openTables()[identity] = table;
-        return table;
     }
+}
+
+// Null if the files were replaced meanwhile. A program that replaces them holds the opening lock of the old
+// table, and that of the new one from before its name to after that of its index.
+std::shared_ptr<Table> Table::tryOpen(const std::string& path, Folders& folders) {
+    std::string readOnlyReason;
+    std::unique_ptr<File> records = openForUse(folders, path, readOnlyReason);
+    File& file = *records;
+    // Programs open one at a time, so that the first is alone and checks what the last ones left.
+    holdLock(file, openingLock, file.isWritable() ? LockKind::Exclusive : LockKind::Shared);
+    // Shows that the table is in use as long as the file is open, so that no program replaces its files.
+    holdLock(file, presenceLock, LockKind::Shared);
+    const Identity identity = identityOf(folders, file.status());
+    if (!TableNames(folders, file, nullptr).leadHere()) {
+        return nullptr;
+    }
+    std::unique_ptr<File> index;
+    if (const std::optional<std::string> indexPath = findIndexFile(folders, path)) {
+        index = openForUse(folders, folders.realPath(*indexPath), readOnlyReason);
+    }
+    if (!TableNames(folders, file, index.get()).leadHere()) { // by a program that knows no such lock
+        return nullptr;
+    }
+    auto table = std::make_shared<Table>(std::move(records), std::move(index), readOnlyReason,
+                                         journalBeside(path, folders));
+    table->names_.emplace(folders, file, table->index_ ? &table->index_->file() : nullptr);
+    file.unlock(openingLock);
+    std::erase_if(openTables(), [](const auto& entry) { return entry.second.expired(); });
+    openTables()[identity] = table;
+    return table;
 }
 
 } // namespace dbase

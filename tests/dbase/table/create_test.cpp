@@ -11,6 +11,7 @@
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
+#include "dbase/table/check.h"
 #include "dbase/table/table.h"
 #include "dbase/table/table_definition.h"
 #include "dbase/table/table_replacement.h"
@@ -182,19 +183,42 @@ TEST_F(CreateTest, AProcessThatWaitsToOpenGetsTheNewTable) {
         one.tags.pop_back();
         return one;
     }());
-    writeFile(replacement->newTableFile(), fresh.records->bytes);
-    writeFile(replacement->newIndexFile(), fresh.index->bytes);
-    replacement->commit(true);
+    replacement->makeTable()->write(0, fresh.records->bytes);
+    replacement->makeIndex()->write(0, fresh.index->bytes);
+    replacement->commit();
     replacement.reset();
     EXPECT_EQ(other.join(), 1);
+}
+
+TEST_F(CreateTest, AProcessThatWaitsToReindexWorksOnTheNewTable) {
+    createTable(folder_.path(), definition());
+    addRow();
+    ChildProcess other([&](const ChildProcess::Link& link) {
+        link.await();
+        link.tell();
+        reindexTable(path());
+        return 0;
+    });
+    {
+        TableReplacement replacement(path());
+        other.tell();
+        other.await();
+        MemoryTable fresh(definition());
+        replacement.makeTable()->write(0, fresh.records->bytes);
+        replacement.makeIndex()->write(0, fresh.index->bytes);
+        replacement.commit();
+    }
+    EXPECT_EQ(other.join(), 0);
+    EXPECT_EQ(findings(path()), "");
+    EXPECT_EQ(order(*Table::open(path()), "CODIGO").size(), 0U);
 }
 
 TEST_F(CreateTest, WithoutCommitTheNewFilesVanish) {
     createTable(folder_.path(), definition());
     {
-        const TableReplacement replacement(path());
-        writeFile(replacement.newTableFile(), Bytes(10));
-        writeFile(replacement.newIndexFile(), Bytes(10));
+        TableReplacement replacement(path());
+        replacement.makeTable()->write(0, Bytes(10));
+        replacement.makeIndex()->write(0, Bytes(10));
     }
     EXPECT_EQ(files(), (std::vector<std::string>{"NUEVA.DBF", "NUEVA.MDX"}));
     EXPECT_EQ(findings(path()), "");
@@ -213,15 +237,10 @@ TEST_F(CreateTest, ANewTableBesideTheOldIndexIsMended) {
             table->append(makeRecord(table->schema(), {"1000" + std::to_string(i)}));
         }
     }
-    const Bytes oldIndex = readFile(indexPath());
-    {
-        TableReplacement replacement(path());
-        writeFile(replacement.newTableFile(), fresh.records->bytes);
-        ASSERT_EQ(mkdir(replacement.newIndexFile().c_str(), 0700),
-                  0); // cannot be replaced by a file
-        EXPECT_THROW(replacement.commit(true), Error);
-        fs::remove(replacement.newIndexFile());
-    }
+    Bytes oldIndex = readFile(indexPath());
+    oldIndex[mdx::stamp + mdx::stampMark] = 1;
+    writeFile(indexPath(), oldIndex);
+    writeFile(path(), fresh.records->bytes);
     EXPECT_EQ(Table::open(path())->records().recordCount(), 5U);
     EXPECT_EQ(findings(path()), "");
 }
