@@ -12,6 +12,7 @@
 #include "dbase/journal/journal_place.h"
 #include "dbase/system/error.h"
 #include "dbase/table/bulk_loader.h"
+#include "dbase/table/compaction.h"
 #include "dbase/table/empty_table.h"
 #include "dbase/table/table_creation.h"
 #include "dbase/table/table_replacement.h"
@@ -73,6 +74,13 @@ protected:
     }
 
     /// Loads this many rows, from this number on.
+    void eraseEveryOther() {
+        Table table(folders_.open(tableFile, OpenMode::ReadWrite),
+                    folders_.open(indexFile, OpenMode::ReadWrite));
+        for (RecordNumber number = 1; number <= table.records().recordCount(); number += 2) {
+            table.erase(number, storedRecord(table, number));
+        }
+    }
     void load(Mode mode, int first, int rows) {
         BulkLoader loader(tableFile, mode, folders_);
         for (int number = first; number < first + rows; ++number) {
@@ -278,6 +286,27 @@ TEST_F(NewNames, ALoadOfRowsThatFillMoreThanABufferIsWholeOrAbsentToo) {
     const auto all = stopEverywhere([&] { load(Mode::Append, 101, 11000); });
     ASSERT_EQ(all.back().rows.value().size(), 11005U);
     expectOldThenNew(all, old, *all.back().rows);
+}
+
+TEST_F(NewNames, ACompactionThatIsCutLeavesTheOldTableOrTheCompactedOne) {
+    makeOldTable();
+    eraseEveryOther();
+    const Rows old = *openAfterStop(folders_.image()).rows;
+    setBootIdentity("the first start");
+    const auto all = stopEverywhere([&] { EXPECT_EQ(compactTable(tableFile, folders_).dropped, 3U); });
+    ASSERT_EQ(all.back().rows.value().size(), 2U);
+    expectOldThenNew(all, old, *all.back().rows);
+    EXPECT_TRUE(std::ranges::all_of(all, [](const Found& found) { return found.rows.has_value(); }))
+        << "one of the two is always there";
+}
+
+TEST_F(NewNames, ADiskThatLosesWhatWasNotSyncedLeavesTheOldTableOrTheCompactedOne) {
+    makeOldTable();
+    eraseEveryOther();
+    const Rows old = *openAfterStop(folders_.image()).rows;
+    setBootIdentity("the first start");
+    const auto rounds = loseEverywhere([&] { compactTable(tableFile, folders_); });
+    expectOldOrNew(rounds, old, *openAfterStop(folders_.image()).rows);
 }
 
 } // namespace

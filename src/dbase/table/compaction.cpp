@@ -4,13 +4,19 @@
 #include <vector>
 
 #include "dbase/dbf/record_scan.h"
+#include "dbase/system/folders.h"
 #include "dbase/table/bulk_loader.h"
 
 namespace dbase {
 
 Compaction compactTable(const std::string& tableFile, const Progress& progress) {
-    BulkLoader loader(tableFile, BulkLoader::Mode::Replace); // from here on nobody else can open the table
-    const TableFile old(openFile(tableFile, OpenMode::ReadOnly));
+    return compactTable(tableFile, diskFolders(), progress);
+}
+
+Compaction compactTable(const std::string& tableFile, Folders& folders, const Progress& progress) {
+    // From here on nobody else can open the table.
+    BulkLoader loader(tableFile, BulkLoader::Mode::Replace, folders);
+    const TableFile old(folders.open(tableFile, OpenMode::ReadOnly));
     Compaction result;
     std::vector<char> row;
     RecordScan scan(old);

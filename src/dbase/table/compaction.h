@@ -8,6 +8,8 @@
 
 namespace dbase {
 
+class Folders;
+
 struct Compaction {
     RecordNumber kept = 0, dropped = 0; // rows
 };
@@ -16,5 +18,6 @@ struct Compaction {
 /// new numbers. Without deleted rows nothing is changed. Errors: those of a BulkLoader that replaces a table;
 /// the table is then as before.
 Compaction compactTable(const std::string& tableFile, const Progress& progress = {});
+Compaction compactTable(const std::string& tableFile, Folders& folders, const Progress& progress = {});
 
 } // namespace dbase
