@@ -29,6 +29,15 @@ struct BulkLoader::State {
 
     [[nodiscard]] std::uint64_t end() const { return written + pending.size(); }
 
+    /// Errors name the table, not the temporary file that will replace it.
+    template<typename Step>
+    void run(const Step& step) {
+        if (replacement) {
+            replacement->underOwnNames(step);
+        } else {
+            step();
+        }
+    }
     /// Writes as many of the pending bytes; a piece may end inside a row.
     void write(std::size_t size) {
         use->records().writeTailPiece(written, std::span(pending).first(size));
@@ -74,10 +83,12 @@ BulkLoader::BulkLoader(const std::string& tableFile, Mode mode, Folders& folders
         old->leave(); // our own opening must not count as another program's
         state_->replacement.emplace(tableFile, folders);
         old->requireInPlace(); // another program may have replaced it in between
-        state_->table = makeTwin(*old, *state_->replacement);
+        state_->run([&] { state_->table = makeTwin(*old, *state_->replacement); });
     }
-    state_->use.emplace(*state_->table);
-    state_->use->beginLoad();
+    state_->run([&] {
+        state_->use.emplace(*state_->table);
+        state_->use->beginLoad();
+    });
     state_->countBefore = state_->table->records().recordCount();
     state_->written = state_->table->records().offsetOf(state_->countBefore + 1);
 }
@@ -96,28 +107,32 @@ const Schema& BulkLoader::schema() const { return state_->table->schema(); }
 
 void BulkLoader::add(std::span<const char> record) {
     if (record.size() != schema().recordLength) {
-        throw Error(ErrorCode::BadValue, state_->table->path(),
-                    "el registro no tiene la longitud de la tabla");
+        state_->run([&] {
+            throw Error(ErrorCode::BadValue, state_->table->path(),
+                        "el registro no tiene la longitud de la tabla");
+        });
     }
     state_->pending.insert(state_->pending.end(), record.begin(), record.end());
     if (state_->added++ == 0) {
         state_->firstMark = std::exchange(state_->pending.front(), endMark);
     }
     if (state_->end() / pieceBytes != state_->written / pieceBytes) {
-        state_->write(state_->pending.size() - state_->end() % pieceBytes);
+        state_->run([&] { state_->write(state_->pending.size() - state_->end() % pieceBytes); });
     }
 }
 
 void BulkLoader::finish(const Progress& progress) {
-    if (state_->added > 0) {
-        state_->pending.push_back(endMark);
-        state_->write(state_->pending.size());
-        state_->use->addRows(state_->countBefore + state_->added, state_->firstMark, progress);
-    }
-    state_->use->sync();
-    if (state_->replacement) {
-        state_->replacement->commit();
-    }
+    state_->run([&] {
+        if (state_->added > 0) {
+            state_->pending.push_back(endMark);
+            state_->write(state_->pending.size());
+            state_->use->addRows(state_->countBefore + state_->added, state_->firstMark, progress);
+        }
+        state_->use->sync();
+        if (state_->replacement) {
+            state_->replacement->commit();
+        }
+    });
     state_->finished = true;
     state_->use.reset();
 }

@@ -70,12 +70,12 @@ void createTable(const TableClaim& claim, const TableDefinition& definition, IfE
     Schema schema;
     schema.columns = definition.columns;
     schema.languageDriver = static_cast<std::uint8_t>(definition.languageDriver);
-    {
+    files.underOwnNames([&] {
         const std::unique_ptr<File> table = files.makeTable();
         const std::unique_ptr<File> index = definition.tags.empty() ? nullptr : files.makeIndex();
         writeEmptyTable(*table, index.get(), schema, definition.name, definition.tags);
-    }
-    files.commit();
+    });
+    files.underOwnNames([&] { files.commit(); });
 }
 
 } // namespace dbase

@@ -173,6 +173,16 @@ void TableReplacement::changeNames(bool hasIndex) {
     }
 }
 
+void TableReplacement::raiseUnderOwnName(const Error& error) const {
+    const bool isTable = error.file() == newTable_;
+    if (!isTable && error.file() != newIndex_) {
+        throw; // the error at hand
+    }
+    const std::string text = error.what();
+    throw Error(error.code(), isTable ? table_ : index_,
+                text.substr(error.file().size() + 2)); // without "FILE: "
+}
+
 void TableReplacement::rename(const std::string& from, const std::string& to) {
     folders_.rename(from, to);
     folders_.syncFolderOf(to);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "AmbrelExport.h"
+#include "dbase/system/error.h"
 #include "dbase/system/folders.h"
 #include "dbase/table/table_claim.h"
 
@@ -34,9 +35,21 @@ public:
     /// is left. Everything is on the disk on return.
     void commit();
 
+    /// Runs a step that writes the new files. An error that names one of them names the file that it would
+    /// have become instead.
+    template<typename Step>
+    auto underOwnNames(const Step& step) const {
+        try {
+            return step();
+        } catch (const Error& error) {
+            raiseUnderOwnName(error);
+        }
+    }
+
 private:
     explicit TableReplacement(std::unique_ptr<TableClaim> own);
 
+    [[noreturn]] void raiseUnderOwnName(const Error& error) const;
     void holdOld();
     void recoverOld() const;
     [[nodiscard]] std::unique_ptr<File> make(const std::string& path, const std::string& old);

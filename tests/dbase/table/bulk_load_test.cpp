@@ -308,6 +308,18 @@ TEST_F(BulkLoadTest, AFullDiskWhileRebuildingLeavesTheTableAsItWas) {
 }
 
 /// Tags whose entries cannot be counted: only the mark shows that they are wrong.
+TEST_F(BulkLoadTest, AReplacementThatHasNoRoomNamesTheTableAndNotItsTemporaryFile) {
+    const ambrel::test::FileSizeLimit limit(20'000);
+    const Error full = errorOf([&] {
+        BulkLoader loader(path(), BulkLoader::Mode::Replace);
+        add(loader, 0, 1000);
+        loader.finish();
+    });
+    EXPECT_EQ(full.code(), ErrorCode::DiskFull);
+    EXPECT_EQ(full.file(), path());
+    EXPECT_EQ(std::string(full.what()).find(".nuevo"), std::string::npos) << full.what();
+}
+
 class UncountableLoadTest : public BulkLoadTest {
 protected:
     UncountableLoadTest() : BulkLoadTest({{.name = "SOLO", .expression = "NOMBRE", .unique = true}}) {}

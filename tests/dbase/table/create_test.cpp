@@ -15,6 +15,7 @@
 #include "dbase/table/table.h"
 #include "dbase/table/table_definition.h"
 #include "dbase/table/table_replacement.h"
+#include "support/FileSizeLimit.h"
 #include "support/TemporaryFolder.h"
 
 namespace {
@@ -52,6 +53,22 @@ protected:
 
     TemporaryFolder folder_;
 };
+
+TEST_F(CreateTest, AnErrorNamesTheTableAndNotItsTemporaryFile) {
+    TableDefinition wrong = definition();
+    wrong.columns.front().name = "no vale";
+    const Error refused = errorOf([&] { createTable(folder_.path(), wrong); });
+    EXPECT_EQ(refused.file(), path());
+    EXPECT_TRUE(std::string(refused.what()).starts_with(path() + ": el nombre")) << refused.what();
+    for (const rlim_t most : {rlim_t{50}, rlim_t{2500}}) {
+        const ambrel::test::FileSizeLimit limit(most);
+        const Error full = errorOf([&] { createTable(folder_.path(), definition()); });
+        EXPECT_EQ(full.code(), ErrorCode::DiskFull);
+        EXPECT_TRUE(full.file() == path() || full.file() == indexPath()) << full.what();
+        EXPECT_EQ(std::string(full.what()).find(".nuevo"), std::string::npos) << full.what();
+    }
+    EXPECT_TRUE(files().empty());
+}
 
 TEST_F(CreateTest, ANewTableIsEmptySoundAndWritable) {
     createTable(folder_.path(), definition());
