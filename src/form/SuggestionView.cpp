@@ -1,6 +1,7 @@
 // Shows suggestions in a window of their own.
 #include "form/SuggestionView.h"
 
+#include <QPalette>
 #include <QScreen>
 #include <QScrollBar>
 #include <algorithm>
@@ -11,6 +12,16 @@ namespace ambrel {
 namespace {
 
 constexpr int mostRows = 10; // seen at once
+
+/// A frame that stands out from boxes of the same colour, in dark colours too.
+QPalette withFrame(QPalette palette) {
+    const QColor text = palette.color(QPalette::Text), base = palette.color(QPalette::Base);
+    const auto between = [](int a, int b) { return (a + b) / 2; };
+    palette.setColor(QPalette::WindowText,
+                     QColor(between(text.red(), base.red()), between(text.green(), base.green()),
+                            between(text.blue(), base.blue())));
+    return palette;
+}
 
 SuggestionModel& modelOf(const QListView& view) { return static_cast<SuggestionModel&>(*view.model()); }
 
@@ -23,6 +34,7 @@ SuggestionView::SuggestionView(QWidget& window) : QListView(&window) {
     setAttribute(Qt::WA_ShowWithoutActivating);
     setObjectName(QStringLiteral("LSugerencias"));
     setAccessibleName(QStringLiteral("Sugerencias"));
+    setFrameStyle(QFrame::Box | QFrame::Plain);
     setFocusPolicy(Qt::NoFocus);
     viewport()->setFocusPolicy(Qt::NoFocus);
     setEditTriggers(NoEditTriggers);
@@ -56,7 +68,7 @@ QSize SuggestionView::wantedSize() const {
 
 void SuggestionView::showAt(const QWidget& box) {
     setFont(box.font());
-    setPalette(box.window()->palette());
+    setPalette(withFrame(box.window()->palette()));
     static_cast<SuggestionDelegate*>(itemDelegate())->measure(box.font());
     const QRect screen = box.screen()->availableGeometry();
     const QRect place(box.mapToGlobal(QPoint(0, 0)), box.size());

@@ -1,92 +1,19 @@
 // The list of suggestions under any edit box, with real widgets and real keys.
-#include <gtest/gtest.h>
-
-#include <QAccessible>
-#include <QApplication>
 #include <QClipboard>
 #include <QDialog>
-#include <QLineEdit>
-#include <QListView>
 #include <QPushButton>
-#include <QScreen>
-#include <QScrollArea>
 #include <QShortcut>
-#include <QTest>
-#include <QVBoxLayout>
-#include <memory>
 
 #include "dialogs/common/FormKeys.h"
-#include "form/ShownList.h"
-#include "form/SuggestionList.h"
-#include "services/FocusEvents.h"
+#include "form/ListUnderABox.h"
 #include "services/KeyUpEvents.h"
-#include "support/ShownWindow.h"
-#include "support/Typing.h"
 
 namespace {
 
 using ambrel::SuggestionList;
 using ambrel::SuggestionRow;
+using postal_tests::ListUnderABox;
 using postal_tests::shownList;
-using Rows = SuggestionList::Rows;
-using Occasion = SuggestionList::Occasion;
-
-/// Suggests the rows whose names contain what was typed.
-class ListUnderABox : public ::testing::Test {
-protected:
-    ListUnderABox() {
-        auto* column = new QVBoxLayout(&form);
-        column->addWidget(box);
-        column->addWidget(next);
-        list = new SuggestionList(
-            box, [this](const QString& text, Occasion occasion) { return answer(text, occasion); });
-    }
-
-    std::optional<Rows> answer(const QString& text, Occasion occasion) {
-        asked << text;
-        occasions.push_back(occasion);
-        if (unready > 0) {
-            --unready;
-            return std::nullopt;
-        }
-        Rows found;
-        for (const SuggestionRow& row : all) {
-            if (row.name.contains(text, Qt::CaseInsensitive)) {
-                found.push_back(row);
-            }
-        }
-        return found;
-    }
-
-    void show() {
-        ambrel::test::showActive(form);
-        box->setFocus();
-    }
-    void type(const QString& text) {
-        ambrel::test::typeInto(*box, text);
-        QApplication::processEvents();
-    }
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
-        QApplication::processEvents();
-    }
-    void clickRow(int row) {
-        QListView& shown = *shownList();
-        QTest::mouseClick(shown.viewport(), Qt::LeftButton, {},
-                          shown.visualRect(shown.model()->index(row, 0)).center());
-    }
-
-    Rows all{{"ALCALA", "CL", "MADRID", "28014", {}, {}},
-             {"ALCALA DE GUADAIRA", "AV", "MADRID", "28021", {}, {}},
-             {"GRAN VIA", "CL", "MADRID", "28013", {}, {}}};
-    int unready = 0;
-    QStringList asked;
-    std::vector<Occasion> occasions;
-    QWidget form;
-    QLineEdit* box = new QLineEdit(&form);
-    QLineEdit* next = new QLineEdit(&form);
-    SuggestionList* list;
-};
 
 TEST_F(ListUnderABox, OpensOnTypingWithoutACurrentRow) {
     show();
@@ -436,75 +363,6 @@ TEST_F(ListUnderABox, AReadOnlyBoxHasNoList) {
     EXPECT_FALSE(list->isOpen());
 }
 
-TEST_F(ListUnderABox, ClosesWithItsWindow) {
-    show();
-    const auto reopen = [this] {
-        ambrel::test::showActive(form);
-        box->setFocus();
-        press(Qt::Key_Down);
-        ASSERT_TRUE(list->isOpen());
-    };
-    box->setText("ALCALA");
-    reopen();
-    form.move(form.pos() + QPoint(30, 20));
-    QApplication::processEvents();
-    EXPECT_FALSE(shownList()) << "moved";
-    reopen();
-    form.resize(form.size() + QSize(30, 20));
-    QApplication::processEvents();
-    EXPECT_FALSE(shownList()) << "resized";
-    reopen();
-    form.setWindowState(Qt::WindowMinimized);
-    QApplication::processEvents();
-    EXPECT_FALSE(shownList()) << "minimised";
-    form.setWindowState(Qt::WindowNoState);
-    reopen();
-    form.hide();
-    EXPECT_FALSE(shownList()) << "hidden";
-}
-
-TEST_F(ListUnderABox, ClosesBelowADialog) {
-    show();
-    type("cala");
-    ASSERT_TRUE(shownList());
-    QDialog modal;
-    modal.setModal(true);
-    ambrel::test::showActive(modal);
-    EXPECT_FALSE(shownList());
-}
-
-TEST_F(ListUnderABox, GoesWithItsBoxWhereverThatIsDestroyed) {
-    show();
-    type("cala");
-    ASSERT_TRUE(shownList());
-    delete box;
-    EXPECT_FALSE(shownList());
-    QTest::keyClick(next, Qt::Key_Down);
-
-    auto window = std::make_unique<QWidget>();
-    auto* const own = new QLineEdit(window.get());
-    new SuggestionList(own, [&](const QString&, Occasion) { return all; });
-    ambrel::test::showActive(*window);
-    own->setFocus();
-    ambrel::test::typeInto(*own, "x");
-    QApplication::processEvents();
-    ASSERT_TRUE(shownList());
-    window.reset();
-    EXPECT_FALSE(shownList());
-}
-
-TEST_F(ListUnderABox, IsDestroyedAloneWithoutATrace) {
-    box->setAccessibleDescription("la calle");
-    show();
-    type("cala");
-    ASSERT_TRUE(shownList());
-    delete list;
-    EXPECT_FALSE(shownList());
-    EXPECT_EQ(box->accessibleDescription(), "la calle");
-    press(Qt::Key_Down);
-    EXPECT_EQ(box->text(), "cala");
-}
-
 TEST_F(ListUnderABox, ATakerMayDestroyTheBox) {
     auto window = std::make_unique<QWidget>();
     auto* const own = new QLineEdit(window.get());
@@ -538,147 +396,6 @@ TEST_F(ListUnderABox, ATakersRowCarriesTheHostsValue) {
     press(Qt::Key_Return);
     EXPECT_EQ(taken, QVariant(2));
     EXPECT_NE(own->text(), "DOS") << "the taker decides";
-}
-
-TEST_F(ListUnderABox, FollowsABoxThatIsScrolled) {
-    auto* const area = new QScrollArea(&form);
-    auto* const page = new QWidget;
-    page->setMinimumHeight(2000);
-    auto* const own = new QLineEdit(page);
-    own->move(10, 60);
-    area->setWidget(page);
-    area->setFixedHeight(200);
-    form.layout()->addWidget(area);
-    new SuggestionList(own, [&](const QString&, Occasion) { return all; });
-    show();
-    own->setFocus();
-    ambrel::test::typeInto(*own, "x");
-    QApplication::processEvents();
-    ASSERT_TRUE(shownList());
-    const int before = shownList()->y();
-    page->move(0, -30);
-    QApplication::processEvents();
-    ASSERT_TRUE(shownList());
-    EXPECT_EQ(shownList()->y(), before - 30);
-}
-
-class ListOnTheScreen : public ListUnderABox {
-protected:
-    /// The rectangle of the list with the box at a place of the screen.
-    QRect placeWithBoxAt(QPoint place) {
-        form.setWindowFlag(Qt::FramelessWindowHint);
-        form.layout()->setContentsMargins(0, 0, 0, 0);
-        form.move(place);
-        box->setText("A");
-        show();
-        press(Qt::Key_Down);
-        const QRect shown = shownList() ? shownList()->geometry() : QRect();
-        list->close();
-        return shown;
-    }
-    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-};
-
-TEST_F(ListOnTheScreen, LiesUnderTheBoxAndIsAtLeastAsWide) {
-    const QRect place = placeWithBoxAt(screen.center());
-    const QPoint corner = box->mapToGlobal(QPoint(0, box->height()));
-    EXPECT_EQ(place.topLeft(), corner);
-    EXPECT_GE(place.width(), box->width());
-}
-
-TEST_F(ListOnTheScreen, StaysInsideAtEveryEdge) {
-    for (const QPoint corner :
-         {screen.topLeft(), screen.topRight(), screen.bottomLeft(), screen.bottomRight()}) {
-        const QPoint inside(std::min(corner.x(), screen.right() - 60),
-                            std::min(corner.y(), screen.bottom() - 60));
-        const QRect place = placeWithBoxAt(inside);
-        ASSERT_TRUE(place.isValid());
-        EXPECT_TRUE(screen.contains(place)) << place.x() << ',' << place.y();
-        EXPECT_FALSE(place.intersects(QRect(box->mapToGlobal(QPoint(0, 0)), box->size())))
-            << "covers the box";
-    }
-}
-
-TEST_F(ListOnTheScreen, ManyRowsScroll) {
-    all = Rows(60, SuggestionRow{"CALLE", "CL", "MADRID", "28001", {}, {}});
-    const QRect place = placeWithBoxAt(screen.center());
-    EXPECT_LT(place.height(), screen.height() / 2);
-    press(Qt::Key_Down);
-    press(Qt::Key_PageDown);
-    press(Qt::Key_PageDown);
-    EXPECT_GT(list->currentRow(), 10);
-    EXPECT_TRUE(
-        shownList()->viewport()->rect().intersects(shownList()->visualRect(shownList()->currentIndex())));
-    press(Qt::Key_Up);
-    EXPECT_LT(list->currentRow(), 59);
-}
-
-TEST_F(ListOnTheScreen, NoTextIsCutWhereThereIsRoom) {
-    all = {{"A", "CL", "MADRID", "28013"}, {"AVENIDA LARGA", "AV", "ALCALA", "28001, 28002"}};
-    form.resize(60, 40);
-    placeWithBoxAt(screen.topLeft());
-    press(Qt::Key_Down);
-    QListView& shown = *shownList();
-    const QImage narrow = shown.grab().toImage();
-    shown.resize(shown.width() + 200, shown.height());
-    QApplication::processEvents();
-    // With more room only what stands right of the name moves: type and name look the same.
-    const QRect left(0, 2, shown.fontMetrics().horizontalAdvance("CL AVENIDA LAR"), shown.height() - 4);
-    EXPECT_EQ(shown.grab().toImage().copy(left), narrow.copy(left));
-    const QRect right(narrow.width() - shown.fontMetrics().horizontalAdvance("28002"), 2,
-                      shown.fontMetrics().horizontalAdvance("28002"), shown.height() - 4);
-    EXPECT_EQ(shown.grab().toImage().copy(right.translated(200, 0)), narrow.copy(right));
-}
-
-/// What a screen reader finds.
-class SpokenList : public ListUnderABox {
-protected:
-    [[nodiscard]] static QAccessibleInterface& spoken(QObject* object) {
-        return *QAccessible::queryAccessibleInterface(object);
-    }
-    /// The rows that it takes for chosen.
-    [[nodiscard]] static QStringList chosen() {
-        const QAccessibleInterface& rows = spoken(shownList());
-        QStringList texts;
-        for (int row = 0; row < rows.childCount(); ++row) {
-            if (const QAccessibleInterface& child = *rows.child(row);
-                child.state().selected && child.state().focused) {
-                texts << child.text(QAccessible::Name);
-            }
-        }
-        return texts;
-    }
-};
-
-TEST_F(SpokenList, IsDescribedWithItsBoxWhileItIsOpen) {
-    box->setAccessibleDescription("de la dirección");
-    show();
-    type("cala");
-    EXPECT_EQ(spoken(box).text(QAccessible::Description),
-              "2 sugerencias; la flecha abajo elige. de la dirección");
-    type(" ");
-    EXPECT_EQ(spoken(box).text(QAccessible::Description),
-              "1 sugerencia; la flecha abajo elige. de la dirección");
-    press(Qt::Key_Escape);
-    EXPECT_EQ(spoken(box).text(QAccessible::Description), "de la dirección");
-}
-
-TEST_F(SpokenList, TheChosenRowIsReadWhole) {
-    show();
-    type("cala");
-    EXPECT_EQ(chosen(), QStringList());
-    press(Qt::Key_Down);
-    EXPECT_EQ(chosen(), QStringList{"CL ALCALA, MADRID, 28014"});
-    press(Qt::Key_Down);
-    EXPECT_EQ(chosen(), QStringList{"AV ALCALA DE GUADAIRA, MADRID, 28021"});
-}
-
-TEST_F(SpokenList, HasARoleAndAName) {
-    show();
-    type("cala");
-    EXPECT_EQ(spoken(shownList()).role(), QAccessible::List);
-    EXPECT_EQ(spoken(shownList()).text(QAccessible::Name), "Sugerencias");
-    EXPECT_EQ(spoken(shownList()).childCount(), 2);
 }
 
 } // namespace
