@@ -76,7 +76,7 @@ void SuggestionList::typed() {
     isStale_ = true;
     occasion_ = Occasion::Typed;
     if (isOpen()) {
-        view_->setCurrentRow(-1);
+        choose(-1);
     }
     if (!isKeyDown_ && !later_.isActive()) {
         later_.start(keylessPause);
@@ -142,6 +142,7 @@ void SuggestionList::close() {
     if (!isOpen()) {
         return;
     }
+    choose(-1);
     view_->hide();
     qApp->removeEventFilter(this);
     box_->setAccessibleDescription(description_);
@@ -158,12 +159,18 @@ void SuggestionList::describe() {
 
 /// Makes a row current, or none, and has it announced as if the keyboard were in it.
 void SuggestionList::choose(int row) {
-    view_->setCurrentRow(row);
-    QAccessibleEvent focus(row < 0 ? static_cast<QWidget*>(box_.data()) : view_.data(), QAccessible::Focus);
-    if (row >= 0) {
-        focus.setChild(row);
+    if (row == view_->currentRow()) {
+        return;
     }
-    QAccessible::updateAccessibility(&focus);
+    view_->setCurrentRow(row);
+    if (row >= 0) {
+        QAccessibleEvent event(view_, QAccessible::Focus);
+        event.setChild(row);
+        QAccessible::updateAccessibility(&event);
+    } else if (box_->hasFocus()) {
+        QAccessibleEvent event(box_, QAccessible::Focus);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 void SuggestionList::take(int row) {

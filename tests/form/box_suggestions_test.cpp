@@ -4,6 +4,7 @@
 
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
+#include "dbase/table/table_definition.h"
 #include "form/BoxesTest.h"
 #include "form/RecordBinding.h"
 #include "form/ShownList.h"
@@ -334,6 +335,39 @@ TEST_F(BoxSuggestions, ARowThatIsGoneWhenItIsChosenChangesNothing) {
     EXPECT_EQ(tag(Box::Street), 0);
     expectStreetDeclined();
     press(Qt::Key_Tab);
+}
+
+TEST_F(BoxSuggestions, ARowThatOthersHoldStaysAsItIs) {
+    dbase::createTable(folder.path(),
+                       {.name = "CLIENTES",
+                        .columns = {{.name = "VECINDAD", .type = dbase::ColumnType::Character, .width = 53}},
+                        .tags = {}});
+    dbase::Dataset table("DB", "CLIENTES"), others("DB", "CLIENTES");
+    table.open();
+    table.append();
+    table.field("VECINDAD").setText("MADIRD");
+    table.post();
+    ambrel::RecordBinding record(table);
+    record.bind(boxes.municipality, table.field("VECINDAD"));
+    open();
+    address->setRecord(record);
+    record.showRow();
+    enter(Box::Municipality);
+    press(Qt::Key_Down);
+    ASSERT_TRUE(listCame());
+    others.open();
+    others.edit();
+    const auto boxesShown = ambrel::test::boxesDuring([&] { press(Qt::Key_Return); });
+    EXPECT_EQ(boxesShown.size(), 1U);
+    EXPECT_EQ(text(Box::Municipality), "MADIRD");
+    EXPECT_EQ(tag(Box::Municipality), 0);
+    EXPECT_EQ(text(Box::Province), "");
+    others.cancel();
+    press(Qt::Key_Down);
+    ASSERT_TRUE(listCame());
+    press(Qt::Key_Return);
+    EXPECT_EQ(table.field("VECINDAD").text(), "MADRID");
+    EXPECT_EQ(tag(Box::Municipality), 28079);
 }
 
 TEST_F(BoxSuggestions, TheBoxsListOpensOverIt) {
