@@ -2,6 +2,7 @@
 #include "dbase/table/check.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "dbase/dbf/codec.h"
 #include "dbase/lock/locks.h"
@@ -9,6 +10,7 @@
 #include "dbase/system/bytes.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
+#include "dbase/system/folders.h"
 #include "dbase/table/check_report.h"
 #include "dbase/table/check_tree.h"
 
@@ -179,8 +181,10 @@ void checkIndex(const TableFile& records, const std::string& path,
 
 } // namespace
 
-CheckResult checkTable(const std::string& tableFile, const Progress& progress,
+CheckResult checkTable(const std::string& path, const Progress& progress,
                        const std::vector<TagDefinition>& knownTags) {
+    // The index and the journal of a link lie beside the table that it leads to.
+    const std::string tableFile = std::filesystem::is_symlink(path) ? diskFolders().realPath(path) : path;
     CheckResult result;
     CheckReport report(result);
     const LockWaits waits;

@@ -142,6 +142,7 @@ TEST_F(ReplacedTableTest, TwoPathsToATableAreOneTableWithOneJournal) {
     const auto table = Table::open(path());
     const auto same = Table::open(folder_ / "otra/NUEVA.DBF");
     EXPECT_EQ(same, table);
+    EXPECT_EQ(findings(folder_ / "otra/NUEVA.DBF"), "");
     EXPECT_FALSE(same->isReadOnly()) << same->readOnlyReason();
     same->append(row(*same), Durability::Disk);
     EXPECT_TRUE(fs::exists(folder_ / "NUEVA.AMJ"));
