@@ -93,8 +93,10 @@ TEST(CreationRace, ProcessesThatCreateIfMissingAndThenPostLoseNothing) {
         const auto codes =
             atOnce(processes, [&](int author) { return createIfMissingThenPost(folder.path(), author); });
         EXPECT_EQ(codes, std::vector<int>(static_cast<std::size_t>(processes), 0)) << "round " << round;
-        const auto table = Table::open(folder / "CARRERA.DBF");
-        EXPECT_EQ(order(*table, "AUTOR").size(), static_cast<std::size_t>(processes)) << "round " << round;
+        // Of programs that leave at the same instant none is the last; this one removes their journal.
+        EXPECT_EQ(order(*Table::open(folder / "CARRERA.DBF"), "AUTOR").size(),
+                  static_cast<std::size_t>(processes))
+            << "round " << round;
         EXPECT_EQ(findings(folder / "CARRERA.DBF"), "");
         EXPECT_EQ(filesIn(folder.path()), (std::vector<std::string>{"CARRERA.DBF", "CARRERA.MDX"}));
     }
