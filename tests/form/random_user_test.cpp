@@ -304,6 +304,30 @@ protected:
         }
     }
 
+    /// Types what is not quite in the tables, and takes one of the rows under the box, or none.
+    void useSuggestions() {
+        QLineEdit& box = *pick(std::array{boxes_.municipality, boxes_.street});
+        box.setFocus();
+        if (roll(3) != 0) {
+            box.selectAll();
+        }
+        typeKeys(box, QLatin1String(pick(std::array{"meires", "vitorai", "la treby", "33610", "c/ mallor 5",
+                                                    "alat", "plaza alta 150", "avda. mala", "mayor"})));
+        QTest::qWait(2); // the rows may come in pieces
+        for (int count = roll(4); count > 0; --count) {
+            QTest::keyClick(&focused(), pick(std::array{Qt::Key_Down, Qt::Key_Down, Qt::Key_Up,
+                                                        Qt::Key_PageDown, Qt::Key_PageUp}));
+        }
+        if (roll(4) == 0) {
+            somebodyElse();
+        }
+        QTest::keyClick(&focused(),
+                        pick(std::array{Qt::Key_Return, Qt::Key_Return, Qt::Key_Tab, Qt::Key_Escape}));
+        if (roll(4) == 0) {
+            QTest::keyClick(&focused(), Qt::Key_Z, Qt::ControlModifier);
+        }
+    }
+
     void wholeAddress() {
         const std::array texts{pick(std::array{"MIERES", "VITORIA", "TREVI", "MIO"}), "", "CL",
                                pick(std::array{"ALTA", "MAYOR"}), pick(std::array{"5", "150"})};
@@ -460,6 +484,23 @@ TEST_F(RandomUser, GetsNoCodeThatTheTablesDoNotGive) {
                           << ", reason: " << address_->reason(Box::PostalCode).toStdString();
         }
     }
+}
+
+TEST_F(RandomUser, GetsNoWrongCodeFromASuggestion) {
+    const int steps = ambrel::test::longForm(200, 20000);
+    for (int count = 0; count < steps && !HasFailure(); ++count) {
+        useSuggestions();
+        check();
+        if (!HasFailure() && roll(2) == 0) {
+            step();
+            check();
+        }
+        if (HasFailure()) {
+            ADD_FAILURE() << "step " << count << ", texts: " << texts().join(QLatin1Char('|')).toStdString()
+                          << ", reason: " << address_->reason(Box::PostalCode).toStdString();
+        }
+    }
+    EXPECT_GT(validated_, 0) << "no suggestion led to an address";
 }
 
 } // namespace
