@@ -3,11 +3,13 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QCursor>
 #include <QKeyEvent>
 #include <QWindow>
 #include <algorithm>
 #include <utility>
 
+#include "form/SecondClick.h"
 #include "form/SuggestionView.h"
 #include "services/EventGuard.h"
 
@@ -124,7 +126,10 @@ void SuggestionList::open(Rows rows) {
     }
     if (!view_) {
         view_ = new SuggestionView(*window);
-        connect(view_, &QListView::clicked, this, [this](const QModelIndex& index) { take(index.row()); });
+        connect(view_, &QListView::clicked, this, [this](const QModelIndex& index) {
+            new SecondClick(QCursor::pos()); // a double click must not press what lies under the list
+            take(index.row());
+        });
     }
     const bool wasOpen = isOpen();
     view_->setRows(rows_);

@@ -252,6 +252,31 @@ TEST_F(ListUnderABox, AClickElsewhereClosesItAndIsNotLost) {
     EXPECT_EQ(box->text(), "cala");
 }
 
+TEST_F(ListUnderABox, TheSecondClickOfADoubleClickPressesNothingUnderTheList) {
+    auto* const button = new QPushButton(&form);
+    button->setMinimumHeight(300);
+    form.layout()->addWidget(button);
+    int clicks = 0;
+    QObject::connect(button, &QPushButton::clicked, button, [&] { ++clicks; });
+    next->hide();
+    show();
+    type("cala");
+    QListView& shown = *shownList();
+    const QPoint row = shown.viewport()->mapToGlobal(shown.visualRect(shown.model()->index(1, 0)).center());
+    ASSERT_TRUE(button->rect().contains(button->mapFromGlobal(row)));
+    QCursor::setPos(row);
+    clickRow(1);
+    EXPECT_EQ(box->text(), "ALCALA DE GUADAIRA");
+    const auto clickUnder = [&](QPoint place) {
+        QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {}, form.mapFromGlobal(place));
+    };
+    clickUnder(row);
+    EXPECT_EQ(clicks, 0);
+    clickUnder(row);
+    EXPECT_EQ(clicks, 1) << "the next click is one like any other";
+    EXPECT_EQ(box->text(), "ALCALA DE GUADAIRA");
+}
+
 TEST_F(ListUnderABox, UndoGivesBackWhatWasTyped) {
     show();
     type("gran v");
