@@ -168,7 +168,7 @@ void SuggestionList::choose(int row) {
         return;
     }
     view_->setCurrentRow(row);
-    if (row >= 0) {
+    if (row >= 0) { // the view announces it by itself only in some versions of Qt
         QAccessibleEvent event(view_, QAccessible::Focus);
         event.setChild(row);
         QAccessible::updateAccessibility(&event);
