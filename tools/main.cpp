@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "dbase/system/notices.h"
 #include "dbase/system/system_reason.h"
 #include "loading/csv.h"
 #include "loading/failure.h"
@@ -54,6 +55,7 @@ ExitCode run(const ambcp::Command& command) {
 int main(int argc, char** argv) {
     fillStandardFiles();
     std::signal(SIGPIPE, SIG_IGN);
+    dbase::setNoticeHandler([](const std::string& text) { ambcp::complain(text); });
     std::signal(SIGXFSZ, SIG_IGN); // an output file that must not grow further ends in an error
     ambcp::Command command;
     CLI::App app({}, "ambcp");

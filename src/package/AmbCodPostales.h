@@ -13,6 +13,7 @@
 #include "dbase/lock/read_scope.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
+#include "dbase/system/notices.h"
 #include "dialogs/BuscarDireccionPostal.h"
 #include "dialogs/BuscarMunicipios.h"
 #include "dialogs/FichaVia.h"

@@ -21,6 +21,7 @@ set(public_headers
   dbase/dataset/field.h
   dbase/dataset/listener_list.h
   dbase/lock/read_scope.h
+  dbase/system/notices.h
   dbase/dataset/notification_pause.h
   dbase/dbf/schema.h
   dbase/mdx/tag_definition.h
