@@ -57,7 +57,7 @@ void forge(std::optional<Bytes>& journal, const TableBytes& table, Input& input)
     dbase::HeaderCounts counts;
     const dbase::Schema schema = dbase::decodeHeader(table.records, counts, "T.DBF");
     dbase::Journal forged(placeOf(journal), schema);
-    forged.begin();
+    forged.begin({});
     while (!input.isEmpty()) {
         const JournalEntry entry = forgedEntry(input, schema.recordLength);
         forged.add(entry, input.number(1) & 1);

@@ -103,6 +103,10 @@ public:
     }
     std::unique_ptr<File> create() override { return std::make_unique<BytesFile>(journal_.emplace(), true); }
     void remove() override { journal_.reset(); }
+    std::string setAside() override {
+        journal_.reset();
+        return {};
+    }
 
 private:
     std::optional<Bytes>& journal_;

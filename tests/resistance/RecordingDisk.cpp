@@ -18,6 +18,7 @@ public:
     const std::string& path() const override { return file_->path(); }
     bool isWritable() const override { return file_->isWritable(); }
     std::uint64_t size() const override { return file_->size(); }
+    FileStatus status() const override { return file_->status(); }
     void read(std::uint64_t offset, std::span<char> bytes) const override { file_->read(offset, bytes); }
     void write(std::uint64_t offset, std::span<const char> bytes) override {
         file_->write(offset, bytes);
@@ -54,6 +55,11 @@ public:
     void remove() override {
         place_.remove();
         log_->push_back({DiskEvent::Kind::Remove, DiskFile::Journal});
+    }
+    std::string setAside() override {
+        std::string path = place_.setAside();
+        log_->push_back({DiskEvent::Kind::Remove, DiskFile::Journal});
+        return path;
     }
 
 private:
@@ -145,6 +151,15 @@ std::unique_ptr<Table> openRecorded(const MemoryTable& stored, const std::shared
     holdLock(*records, presenceLock, LockKind::Shared);
     return std::make_unique<Table>(std::move(records), opened(stored.index, "MEMORIA.MDX", DiskFile::Index),
                                    std::string(), std::make_unique<RecordingJournal>(stored.journal, log));
+}
+
+void appendRecorded(const MemoryTable& stored, std::span<const char> record,
+                    const std::shared_ptr<DiskLog>& log) {
+    TableFile records(std::make_unique<RecordingFile>(
+        std::make_unique<MemoryFile>(stored.records, "MEMORIA.DBF"), DiskFile::Records, log));
+    const RecordNumber number = records.announcedCount() + 1;
+    records.writeTail(number, record);
+    records.setCount(number);
 }
 
 void createRecorded(const MemoryTable& stored, const TableDefinition& definition,

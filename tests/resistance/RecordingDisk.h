@@ -50,6 +50,10 @@ private:
 [[nodiscard]] std::unique_ptr<Table> openRecorded(const MemoryTable& stored,
                                                   const std::shared_ptr<DiskLog>& log);
 
+/// Adds a row as another program does: without journal, index, or waiting for the disk.
+void appendRecorded(const MemoryTable& stored, std::span<const char> record,
+                    const std::shared_ptr<DiskLog>& log);
+
 /// Creates the two files of a table, so far empty, and logs it.
 void createRecorded(const MemoryTable& stored, const TableDefinition& definition,
                     const std::shared_ptr<DiskLog>& log);

@@ -14,6 +14,7 @@
 #include "dbase/table/bulk_loader.h"
 #include "dbase/table/compaction.h"
 #include "dbase/table/empty_table.h"
+#include "dbase/table/recovery.h"
 #include "dbase/table/table_creation.h"
 #include "dbase/table/table_replacement.h"
 #include "support/LongForm.h"
@@ -226,9 +227,11 @@ TEST_F(NewNames, AReplacementByOtherColumnsThatIsCutLeavesTheOldTableOrTheNewOne
 TEST_F(NewNames, AReplacementOfATableWithAJournalLeavesNoneOfItsRowsInTheNewOne) {
     makeOldTable();
     {
-        const Schema schema = TableFile(folders_.open(tableFile, OpenMode::ReadOnly)).schema();
+        TableFile records(folders_.open(tableFile, OpenMode::ReadWrite));
+        const auto index = folders_.open(indexFile, OpenMode::ReadWrite);
+        const Schema& schema = records.schema();
         Journal journal(journalBeside(tableFile, folders_), schema);
-        static_cast<void>(journal.begin());
+        Recovery(records, index.get(), &journal).beginJournal();
         journal.add({1, {{.first = 6, .rows = 1, .before = {}, .after = scriptedRow(schema, 6)}}}, true);
     }
     const Rows old = *openAfterStop(folders_.image()).rows;

@@ -161,6 +161,18 @@ void TableFile::cutTailIfAny(std::uint32_t count) {
     }
 }
 
+void TableFile::settleEnd(std::uint32_t count) {
+    const std::uint64_t end = offsetOf(count + 1);
+    knownSize_ = file_->size();
+    char mark = 0;
+    if (knownSize_ == end + 1) {
+        file_->read(end, std::span(&mark, 1));
+    }
+    if (mark != endMark) {
+        cutTail(count);
+    }
+}
+
 void TableFile::markColumns(const std::vector<bool>& marked) {
     for (std::size_t i = 0; i < marked.size(); ++i) {
         const char flag = marked[i] ? 1 : 0;

@@ -48,6 +48,8 @@ public:
     void cutTail(std::uint32_t count);
     /// The same, but only if there is anything after the end mark.
     void cutTailIfAny(std::uint32_t count);
+    /// Makes the file end with the end mark after this many records, if it does not yet.
+    void settleEnd(std::uint32_t count);
     /// Makes the next use of the file's size query it again.
     void forgetSize() { knownSize_ = 0; }
     /// Marks the columns that alone are the key of a tag.

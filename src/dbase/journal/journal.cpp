@@ -17,7 +17,9 @@ namespace {
 constexpr std::size_t headerBytes = 512;
 constexpr char magic[9] = "AMBJRNL1";
 constexpr std::size_t recordLengthOffset = 8, headerLengthOffset = 12, generationOffset = 16;
+constexpr std::size_t sessionOffset = 24; // 0, as what follows the boot's identity, in earlier versions
 constexpr std::size_t startOffset = 32, startSize = 64;
+constexpr std::size_t tableInodeOffset = 96, ownInodeOffset = 104, recordsOffset = 112;
 constexpr std::size_t headerSumOffset = headerBytes - 8;
 
 // Entry.
@@ -48,7 +50,7 @@ std::uint64_t checksum(std::span<const char> bytes) {
     return sum;
 }
 
-std::uint64_t newGeneration() {
+std::uint64_t newNumber() {
     std::random_device random;
     return (std::uint64_t{random()} << 32 | random()) | 1;
 }
@@ -68,14 +70,22 @@ Journal::Journal(std::unique_ptr<JournalPlace> place, const Schema& schema)
 
 // --- The file and its header
 
-bool Journal::join() {
+bool Journal::open() {
     if (!file_) {
         file_ = place_->openExisting();
     }
     return file_ != nullptr;
 }
 
-bool Journal::exists() { return join(); }
+void Journal::close() {
+    file_.reset();
+    knownSize_ = 0;
+    generation_ = 0;
+    session_ = 0;
+    isJoined_ = false;
+}
+
+bool Journal::exists() { return open(); }
 
 bool Journal::reaches(std::uint64_t end) const {
     if (end > knownSize_) {
@@ -100,7 +110,7 @@ bool Journal::look(std::uint64_t offset, std::span<char> bytes) const {
     return true;
 }
 
-bool Journal::isOfAnotherStart() { return join() && (!readHeader() || startIdentity_ != bootIdentity()); }
+bool Journal::isOfAnotherStart() { return open() && (!readHeader() || startIdentity_ != bootIdentity()); }
 
 bool Journal::readHeader() {
     if (file_->isRemote() && file_->tryLock(exchangeLock, LockKind::Shared)) {
@@ -115,6 +125,9 @@ bool Journal::readHeader() {
     }
     const std::string_view start(header + startOffset, startSize);
     startIdentity_ = start.substr(0, start.find('\0'));
+    session_ = load64(header + sessionOffset);
+    origin_ = {load64(header + tableInodeOffset), load32(header + recordsOffset)};
+    ownInode_ = load64(header + ownInodeOffset);
     if (load64(header + generationOffset) != generation_) {
         generation_ = load64(header + generationOffset);
         tail_ = headerBytes;
@@ -124,50 +137,88 @@ bool Journal::readHeader() {
     return true;
 }
 
-void Journal::writeHeader() {
+void Journal::writeHeader(const JournalOrigin& origin, std::uint64_t session) {
+    const std::uint64_t ownInode = origin.inode == 0 ? 0 : file_->status().inode;
     char header[headerBytes] = {};
     std::memcpy(header, magic, 8);
     store32(header + recordLengthOffset, recordLength_);
     store32(header + headerLengthOffset, headerLength_);
-    const std::uint64_t generation = newGeneration();
+    const std::uint64_t generation = newNumber();
     store64(header + generationOffset, generation);
     const std::string start = bootIdentity().substr(0, startSize - 1);
     std::copy(start.begin(), start.end(), header + startOffset);
+    store64(header + sessionOffset, session);
+    store64(header + tableInodeOffset, origin.inode);
+    store64(header + ownInodeOffset, ownInode);
+    store32(header + recordsOffset, origin.records);
     store64(header + headerSumOffset, checksum(std::span(header).first(headerSumOffset)));
     file_->write(0, header);
     file_->sync();
     startIdentity_ = start;
+    session_ = session;
+    origin_ = origin;
+    ownInode_ = ownInode;
     generation_ = generation;
     tail_ = headerBytes;
     sequence_ = 0;
     lastKept_ = 0;
 }
 
-bool Journal::begin() {
+bool Journal::join() {
     written_ = 0;
-    const bool isThere = join();
-    if (isThere && file_->isWritable() && readHeader()) {
-        return false;
+    if (!isJoined_) {
+        close(); // the last writer may have removed the one seen before
     }
-    if (!isThere) {
-        file_ = place_->create();
-    } else if (!file_->isWritable()) {
+    if (open() && !file_->isWritable()) {
         throw Error(ErrorCode::AccessDenied, file_->path(), "no hay permiso para escribir en el diario");
     }
-    writeHeader();
-    return true;
+    isJoined_ = file_ != nullptr && readHeader();
+    return isJoined_;
 }
 
-void Journal::restart() {
-    writeHeader();
+void Journal::begin(const JournalOrigin& origin) {
+    if (!open()) {
+        file_ = place_->create();
+    }
+    writeHeader(origin, newNumber());
+    isJoined_ = true;
+    isSuspect_ = false;
+}
+
+void Journal::restart(const JournalOrigin& origin) {
+    writeHeader(origin, session_);
     isSuspect_ = false;
 }
 
 void Journal::remove() {
     place_->remove();
-    file_.reset();
-    knownSize_ = 0;
-    generation_ = 0;
+    close();
+}
+
+std::string Journal::setAside() {
+    std::string path = place_->setAside();
+    close();
+    return path;
+}
+
+// --- To whom it belongs
+
+// The session decides, unless the journal stayed where it was and the table beside it did not: then the table
+// was put back. What was copied together moved together. Records that were on the disk do not get lost. A
+// journal without entries changes nothing.
+bool Journal::isOfOtherFiles(const JournalOrigin& now, std::optional<std::uint64_t> session) {
+    if (!open() || !readHeader() || session_ == 0 || readAt(headerBytes, 0).empty()) {
+        return false;
+    }
+    if ((session && *session != session_) || now.records < origin_.records) {
+        return true;
+    }
+    const bool hasTableMoved = now.inode != origin_.inode, hasMoved = file_->status().inode != ownInode_;
+    return origin_.inode != 0 && hasTableMoved != hasMoved;
+}
+
+std::optional<RecordNumber> Journal::recordsAtBegin() {
+    return open() && readHeader() && session_ != 0 ? std::optional(origin_.records) : std::nullopt;
 }
 
 // --- Entries
@@ -324,7 +375,7 @@ void Journal::withdraw() noexcept {
 
 std::vector<JournalEntry> Journal::keptEntries() {
     std::vector<JournalEntry> entries;
-    if (!join() || !readHeader()) {
+    if (!open() || !readHeader()) {
         return entries;
     }
     std::uint64_t offset = headerBytes;
@@ -339,7 +390,7 @@ std::vector<JournalEntry> Journal::keptEntries() {
 }
 
 std::optional<JournalEntry> Journal::lastEntry() {
-    if (!join() || !readHeader()) {
+    if (!open() || !readHeader()) {
         return std::nullopt;
     }
     catchUp();

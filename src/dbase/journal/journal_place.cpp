@@ -1,6 +1,7 @@
 // The journal's file beside its table, and the identity of a boot of the machine.
 #include "dbase/journal/journal_place.h"
 
+#include <algorithm>
 #include <fstream>
 
 #include <unistd.h>
@@ -25,10 +26,13 @@ std::string& identity() {
     return current;
 }
 
+constexpr const char* journalExtension = ".AMJ";
+constexpr const char* asideSuffix = ".apartado";
+
 class FolderPlace final : public JournalPlace {
 public:
     FolderPlace(const std::string& tableFile, Folders& folders)
-        : folders_(folders), table_(tableFile), path_(withExtension(table_, ".AMJ")) {}
+        : folders_(folders), table_(tableFile), path_(withExtension(table_, journalExtension)) {}
 
     std::unique_ptr<File> openExisting() override {
         std::unique_ptr<File> file = openAccepted();
@@ -69,6 +73,21 @@ public:
         return objection.empty() ? objection : objection + ", y ahí hace falta el diario de la tabla";
     }
 
+    std::string setAside() override {
+        std::string aside = path_ + asideSuffix;
+        for (int number = 2; folders_.exists(aside); ++number) { // earlier ones stay
+            aside = path_ + asideSuffix + std::to_string(number);
+        }
+        try {
+            folders_.rename(path_, aside);
+            folders_.syncFolderOf(path_);
+        } catch (const Error&) { // another user's, in a folder where only owners rename
+            copyTo(aside);
+            remove();
+        }
+        return aside;
+    }
+
 private:
     static constexpr const char* notWritable = "no se puede escribir en el diario (no hay permiso)";
 
@@ -96,14 +115,58 @@ private:
         }
     }
 
+    void copyTo(const std::string& path) {
+        const std::unique_ptr<File> from = openAccepted(), copy = folders_.createCompanion(path, table_);
+        if (!from || !copy) {
+            throw Error(ErrorCode::AccessDenied, path_, "no se puede apartar");
+        }
+        std::vector<char> bytes(static_cast<std::size_t>(from->size()));
+        from->read(0, bytes);
+        copy->write(0, bytes);
+        copy->sync();
+    }
+
     Folders& folders_;
     std::string table_, path_;
+};
+
+class AsidePlace final : public JournalPlace {
+public:
+    explicit AsidePlace(std::string path) : path_(std::move(path)) {}
+
+    std::unique_ptr<File> openExisting() override { return diskFolders().openCompanion(path_); }
+    std::unique_ptr<File> create() override { refuse(); }
+    void remove() override { refuse(); }
+    std::string setAside() override { refuse(); }
+
+private:
+    [[noreturn]] void refuse() const { throw Error(ErrorCode::ReadOnly, path_, "sólo se puede leer"); }
+
+    std::string path_;
 };
 
 } // namespace
 
 std::string bootIdentity() { return identity(); }
 void setBootIdentity(std::string other) { identity() = std::move(other); }
+
+std::vector<std::string> journalsSetAside(const std::string& tableFile, const Folders& folders) {
+    const std::size_t slash = tableFile.rfind('/');
+    const std::string folder = slash == std::string::npos ? std::string() : tableFile.substr(0, slash + 1);
+    const std::string prefix = baseName(tableFile) + journalExtension + asideSuffix;
+    std::vector<std::string> paths;
+    for (const std::string& name : folders.namesIn(folder.empty() ? "." : folder)) {
+        if (name.starts_with(prefix)) {
+            paths.push_back(folder + name);
+        }
+    }
+    std::ranges::sort(paths);
+    return paths;
+}
+
+std::unique_ptr<JournalPlace> journalSetAside(const std::string& path) {
+    return std::make_unique<AsidePlace>(path);
+}
 
 std::unique_ptr<JournalPlace> journalBeside(const std::string& tableFile, Folders& folders) {
     return std::make_unique<FolderPlace>(tableFile, folders);

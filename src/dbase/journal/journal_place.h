@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "dbase/system/folders.h"
 
@@ -22,6 +23,8 @@ public:
     [[nodiscard]] virtual std::unique_ptr<File> create() = 0;
     /// Removes the file, or empties it if the system does not permit its removal.
     virtual void remove() = 0;
+    /// Gives it a name that no program obeys, and puts that on the disk. Returns the new path.
+    virtual std::string setAside() = 0;
     /// Why a journal cannot be written here, in Spanish; empty if it can. Errors: as those of openExisting().
     [[nodiscard]] virtual std::string objectionToWriting() { return {}; }
 };
@@ -29,6 +32,12 @@ public:
 /// The place beside a table file.
 [[nodiscard]] std::unique_ptr<JournalPlace> journalBeside(const std::string& tableFile,
                                                           Folders& folders = diskFolders());
+
+/// The journals of a table that were set aside, POSTAL.AMJ.apartado and so on: paths, sorted.
+[[nodiscard]] std::vector<std::string> journalsSetAside(const std::string& tableFile,
+                                                        const Folders& folders = diskFolders());
+/// The place of such a journal, which can only be read.
+[[nodiscard]] std::unique_ptr<JournalPlace> journalSetAside(const std::string& path);
 
 /// A text that changes at each boot of the machine; between two boots, data held only in memory is lost.
 [[nodiscard]] std::string bootIdentity();

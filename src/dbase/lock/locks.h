@@ -17,6 +17,7 @@ inline constexpr std::uint64_t presence = 0xF0000010; // from here on ours: othe
 inline constexpr std::uint64_t opening = 0xF0000011;
 inline constexpr std::uint64_t exchange = 0xF0000012;
 inline constexpr std::uint64_t waiting = 0xF0000013;
+inline constexpr std::uint64_t writing = 0xF0000014;
 } // namespace lock_offset
 
 [[nodiscard]] constexpr LockRange recordLock(RecordNumber record) {
@@ -37,6 +38,9 @@ inline constexpr LockRange everyLock{0, 0};
 inline constexpr LockRange wholeTableLock{lock_offset::header - 1'000'000'000, 1'000'000'002};
 /// On the .DBF: shared by all programs that have the table open, exclusive while its files are replaced.
 inline constexpr LockRange presenceLock{lock_offset::presence, 1};
+/// On the .DBF: shared by a program from its first change of the table on, exclusive for the last one of them
+/// to leave.
+inline constexpr LockRange writingLock{lock_offset::writing, 1};
 /// On the .DBF while a program opens the table and, if it is alone, recovers what the last ones left.
 inline constexpr LockRange openingLock{lock_offset::opening, 1};
 

@@ -29,6 +29,7 @@ inline constexpr std::size_t stampMagicSize = 8; // from here on, offsets inside
 inline constexpr std::size_t stampMark = 8;
 inline constexpr std::size_t stampRecords = 12;
 inline constexpr std::size_t stampCounter = 16;
+inline constexpr std::size_t stampSession = 24;
 inline constexpr std::size_t ownHead = 472; // ours too: says that we wrote every byte of the headers
 inline constexpr char ownHeadMagic[9] = "AMBHEAD1";
 

@@ -14,6 +14,7 @@ UpdateStamp decodeStamp(const StampBytes& bytes) {
         stamp.inUpdate = load32(bytes.data() + mdx::stampMark) != 0;
         stamp.records = load32(bytes.data() + mdx::stampRecords);
         stamp.counter = load64(bytes.data() + mdx::stampCounter);
+        stamp.session = load64(bytes.data() + mdx::stampSession);
     }
     return stamp;
 }
@@ -24,6 +25,7 @@ StampBytes encodeStamp(const UpdateStamp& stamp) {
     store32(bytes.data() + mdx::stampMark, stamp.inUpdate ? 1 : 0);
     store32(bytes.data() + mdx::stampRecords, stamp.records);
     store64(bytes.data() + mdx::stampCounter, stamp.counter);
+    store64(bytes.data() + mdx::stampSession, stamp.session);
     return bytes;
 }
 

@@ -13,15 +13,16 @@ struct UpdateStamp {
     bool inUpdate = false;     // a writer is at work, or died during the update
     std::uint32_t records = 0; // records that the tags cover
     std::uint64_t counter = 0; // incremented at the start and end of every update; odd in between
+    std::uint64_t session = 0; // of the journal begun last beside this index; 0: none
 
     /// The stamp of an update that starts from this one and ends with the tags covering `covered` records. If
     /// a writer died, the update counts as that writer's, started again.
     [[nodiscard]] UpdateStamp begun(std::uint32_t covered) const {
-        return {true, true, covered, counter - counter % 2 + 1};
+        return {true, true, covered, counter - counter % 2 + 1, session};
     }
     /// The stamp at the end of such an update.
     [[nodiscard]] UpdateStamp ended(std::uint32_t covered) const {
-        return {true, false, covered, counter - counter % 2 + 2};
+        return {true, false, covered, counter - counter % 2 + 2, session};
     }
 };
 

@@ -11,6 +11,7 @@
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/system/folders.h"
+#include "dbase/table/check_journal.h"
 #include "dbase/table/check_report.h"
 #include "dbase/table/check_tree.h"
 
@@ -212,6 +213,7 @@ CheckResult checkTable(const std::string& path, const Progress& progress,
         if (indexPath) {
             checkIndex(records, *indexPath, knownTags, result, report, progress);
         }
+        checkJournals(records, indexPath ? locked.get() : nullptr, report);
         checkWhole(records.file(), report);
     } catch (const Error& error) {
         if (error.code() != ErrorCode::BadTable && error.code() != ErrorCode::TooLarge) {

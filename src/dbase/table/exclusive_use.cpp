@@ -6,12 +6,14 @@
 
 namespace dbase {
 
-ExclusiveUse::ExclusiveUse(Table& table, AfterStop afterStop)
+ExclusiveUse::ExclusiveUse(Table& table) : ExclusiveUse(table, Table::Health::Sound) {}
+
+ExclusiveUse::ExclusiveUse(Table& table, Table::Health left)
     : table_(table), lock_(table.structureFile(), table.structureHolders_, LockKind::Exclusive) {
     FileSizeSignal::lookForLimit();
     table.requireInPlace();
     table.renewTornViews(); // others have held the lock since
-    table.recoverLocked(afterStop == AfterStop::Yes ? Table::Health::Stopped : table.health());
+    table.recoverLocked(left == Table::Health::Sound ? table.health() : left);
 }
 
 TableFile& ExclusiveUse::records() { return table_.records_; }

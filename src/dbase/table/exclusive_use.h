@@ -6,17 +6,16 @@
 #include "dbase/dbf/table_file.h"
 #include "dbase/lock/locks.h"
 #include "dbase/system/progress.h"
+#include "dbase/table/table.h"
 
 namespace dbase {
-
-class Table;
 
 /// Holds the exclusive structure lock of a table, which is recovered first if necessary. Anything read from
 /// the table before must be read again.
 class ExclusiveUse {
 public:
     /// Errors: Error, also if the table needs recovery and cannot be recovered.
-    explicit ExclusiveUse(Table& table) : ExclusiveUse(table, AfterStop::No) {}
+    explicit ExclusiveUse(Table& table);
     ExclusiveUse(const ExclusiveUse&) = delete;
     ExclusiveUse& operator=(const ExclusiveUse&) = delete;
 
@@ -38,8 +37,8 @@ public:
 
 private:
     friend class Table;
-    enum class AfterStop { No, Yes };
-    ExclusiveUse(Table& table, AfterStop afterStop);
+    /// `left`: what an earlier program left at the table; Sound: only what the files show.
+    ExclusiveUse(Table& table, Table::Health left);
 
     Table& table_;
     StructureLock lock_;

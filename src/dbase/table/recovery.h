@@ -2,11 +2,21 @@
 // the one set of steps for programs that open, use or reindex it. See docs/decisions/013-one-recovery.md.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "dbase/dbf/table_file.h"
 #include "dbase/journal/journal.h"
 #include "dbase/mdx/update_stamp.h"
 
 namespace dbase {
+
+/// The stamp of an index; without content in any other file. Null: no index.
+[[nodiscard]] UpdateStamp stampOf(const File* index);
+/// The session in it; nothing without an index.
+[[nodiscard]] std::optional<std::uint64_t> sessionOf(const File* index);
+/// What a journal begun now would record.
+[[nodiscard]] JournalOrigin originOf(const TableFile& records);
 
 /// The caller holds the exclusive structure lock, and rebuilds the tags after recovering the records.
 class Recovery {
@@ -21,11 +31,20 @@ public:
     /// Flushes records and index to the disk.
     void sync();
 
+    /// Whether the journal is that of other files: then call afterRestore().
+    [[nodiscard]] bool hasOthersJournal() const;
     /// Restores the records as the programs before a crash of the machine left them: redoes the kept changes
-    /// of the journal, counts the records again, cuts the tail, blanks rows that never arrived. The records
-    /// are then on the disk; remove the journal once the tags are too. Only for a program that is alone at
-    /// the table.
-    void afterStop();
+    /// of the journal, counts the records again, cuts the tail, blanks rows that never arrived, adds rows in
+    /// whose place another program has put its own, unless a live record equals them in `key`. The records
+    /// are then on the disk; call endJournal() once the tags are too. Only for a program that is alone at the
+    /// table.
+    void afterStop(const Column& key);
+    /// The same after a backup was put back: counts the records, obeys nothing else. True if tail() must be
+    /// called on leaving the table.
+    [[nodiscard]] bool afterRestore();
+    /// Ends a recovery of the two kinds above: nobody needs the journal any more, or it is set aside, which
+    /// users get to know.
+    void endJournal();
     /// Restores the records as the last writer left them or, if it died during a change, was about to leave
     /// them. `left`: the stamp as found. True if tail() must be called on leaving the table.
     [[nodiscard]] bool afterDeath(const UpdateStamp& left);
@@ -38,10 +57,12 @@ private:
 
     void forgetViews();
     [[nodiscard]] bool count();
+    void addDisplaced(std::vector<std::vector<char>> rows);
 
     TableFile& records_;
     File* index_;
     Journal* journal_;
+    std::string whySetAside_; // set by a recovery that leaves something in the journal
 };
 
 } // namespace dbase

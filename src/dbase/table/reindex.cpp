@@ -5,9 +5,7 @@
 #include <optional>
 
 #include "dbase/lock/locks.h"
-#include "dbase/mdx/index_layout.h"
 #include "dbase/mdx/index_rebuild.h"
-#include "dbase/mdx/update_stamp.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/system/paths.h"
@@ -83,13 +81,10 @@ std::vector<TagDefinition> tagsOf(const std::string& tableFile, const ReadableTa
     return completed(readable.tags, known);
 }
 
-// Accepts any file, even one that is not an index.
-UpdateStamp stampOf(const File& index) {
-    StampBytes bytes{};
-    if (index.size() >= mdx::headBytes) {
-        index.read(mdx::stamp, bytes);
-    }
-    return decodeStamp(bytes);
+// The column by which users know a record.
+const Column& keyColumn(const Schema& schema, const std::vector<TagDefinition>& tags) {
+    const Expression key = Expression::parse(tags.front().expression, schema, Dialect::Index);
+    return schema.columns[key.segments().front().column];
 }
 
 // With the table's owner, group and permissions, and never through a link that somebody has planted.
@@ -147,13 +142,16 @@ void reindexTable(const std::string& path, const std::vector<TagDefinition>& kno
     }
     const StructureLock lock(*index, holders, LockKind::Exclusive);
     Recovery recovery(records, index.get(), &journal);
-    if (isAlone && journal.isOfAnotherStart()) {
-        recovery.afterStop();
-    } else {
-        static_cast<void>(recovery.afterDeath(stampOf(*index))); // the tail is cut at the end in any case
+    const bool isRestored = isAlone && recovery.hasOthersJournal();
+    const bool isAfterStop = isAlone && !isRestored && journal.isOfAnotherStart();
+    if (isAfterStop) {
+        recovery.afterStop(keyColumn(records.schema(), tags));
+    } else { // the tail is cut at the end in any case
+        static_cast<void>(isRestored ? recovery.afterRestore() : recovery.afterDeath(stampOf(index.get())));
     }
     if (!isWhole) {
-        IndexFile::format(*index, records.schema(), baseName(tableFile), tags, UpdateStamp{true, true, 0, 1});
+        IndexFile::format(*index, records.schema(), baseName(tableFile), tags,
+                          UpdateStamp{true, true, 0, 1, journal.session()});
     }
     trees.emplace(std::move(index), records.schema());
     rebuildTrees(records, *trees, progress);
@@ -161,7 +159,7 @@ void reindexTable(const std::string& path, const std::vector<TagDefinition>& kno
     recovery.tail();
     recovery.sync();
     if (isAlone) {
-        journal.remove();
+        recovery.endJournal();
     }
 }
 

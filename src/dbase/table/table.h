@@ -104,7 +104,7 @@ public:
 
 private:
     friend class ExclusiveUse;
-    enum class Health { Sound, DiedInUpdate, Miscounted, Stale, Stopped };
+    enum class Health { Sound, DiedInUpdate, Miscounted, Stale, Stopped, Restored };
 
     // table_registry.cpp
     [[nodiscard]] static std::shared_ptr<Table> tryOpen(const std::string& path, Folders& folders);
@@ -132,6 +132,7 @@ private:
     // table_health.cpp
     [[nodiscard]] Health health();
     [[nodiscard]] bool entriesMatchRecords() const;
+    [[nodiscard]] const Column& keyColumn() const;
     [[noreturn]] void refuseStale(Health found) const;
     void recover();
     void recoverLocked(Health found);
@@ -140,7 +141,7 @@ private:
     [[nodiscard]] bool findsJournal();
     void joinSession();
     void recoverSession();
-    void removeJournal();
+    void endJournal(Recovery& steps);
     void leaveSession();
     void writeJournal(const RecordChange& change, std::uint64_t counter, Durability durability);
     void syncUnjournaled(Durability durability);

@@ -78,6 +78,7 @@ void Table::sendFirst() {
 template<typename Write, typename Undo>
 void Table::apply(const RecordChange& change, Durability durability, std::uint32_t count, Write&& write,
                   Undo&& undo) {
+    recovery().beginJournal();
     const UpdateStamp before = index_ ? index_->stamp() : UpdateStamp{};
     const std::uint32_t countBefore = records_.recordCount();
     const auto writeStamp = [&](const UpdateStamp& stamp) {
@@ -87,7 +88,6 @@ void Table::apply(const RecordChange& change, Durability durability, std::uint32
     };
     bool restored = true, isTouched = false;
     try {
-        recovery().beginJournal();
         writeStamp(before.begun(count));
         writeJournal(change, index_ ? before.begun(count).counter : 0, durability);
         sendFirst();

@@ -61,7 +61,9 @@ void Table::refuseStale(Health found) const {
     const std::string what =
         found == Health::DiedInUpdate ? "un programa terminó mientras escribía y el índice quedó a medias"
         : found == Health::Miscounted ? "la tabla no tiene los registros que dice su cabecera"
-                                      : "el índice no corresponde a los registros";
+        : found == Health::Restored
+            ? "hay un diario de otros ficheros: se ha recuperado una copia de la tabla"
+            : "el índice no corresponde a los registros";
     throw Error(ErrorCode::StaleIndex, index_ ? index_->path() : path(),
                 what + "; no se puede rehacer porque la tabla es de sólo lectura (" + readOnlyReason_ +
                     "). Ejecute \"ambcp reindexar\" con permiso de escritura");
@@ -71,6 +73,12 @@ void Table::recover() { const ExclusiveUse use(*this); }
 
 Recovery Table::recovery() {
     return {records_, index_ ? &index_->file() : nullptr, journal_ ? &*journal_ : nullptr};
+}
+
+// The column by which users know a record.
+const Column& Table::keyColumn() const {
+    const bool hasKey = index_ && !index_->tags().empty() && index_->tags().front().isUnderstood();
+    return schema().columns[hasKey ? index_->tags().front().key->segments().front().column : 0];
 }
 
 void Table::recoverLocked(Health found) {
@@ -89,23 +97,26 @@ void Table::recoverLocked(Health found) {
                         std::to_string(records_.recordCount()) +
                         "; ciérrela, recupere una copia si la tiene y vuelva a abrirla");
     }
+    Recovery steps = recovery();
     if (found == Health::Stopped) {
-        recovery().afterStop();
-    } else if (recovery().afterDeath(index_ ? index_->stamp() : UpdateStamp{})) {
-        hasTail_ = true;
+        steps.afterStop(keyColumn());
+    } else {
+        hasTail_ = (found == Health::Restored ? steps.afterRestore()
+                                              : steps.afterDeath(index_ ? index_->stamp() : UpdateStamp{})) ||
+                   hasTail_;
     }
     isCounted_ = true; // even if another program is adding a row, because it counts that row itself
     rebuildLocked({});
-    if (found == Health::Stopped) {
-        recovery().sync();
-        removeJournal();
+    if (found == Health::Stopped || found == Health::Restored) {
+        steps.sync();
+        endJournal(steps);
     }
 }
 
 // One that stays will be redone again: nothing must change in between.
-void Table::removeJournal() {
+void Table::endJournal(Recovery& steps) {
     try {
-        journal_->remove();
+        steps.endJournal();
     } catch (const Error& error) {
         if (error.code() != ErrorCode::AccessDenied) {
             throw;
@@ -156,10 +167,12 @@ void Table::joinSession() {
 // others are at work, one of them has done so already.
 void Table::recoverSession() {
     File& file = records_.file();
-    const bool hasMachineStopped = journal_->isOfAnotherStart();
+    const Health left = recovery().hasOthersJournal()  ? Health::Restored
+                        : journal_->isOfAnotherStart() ? Health::Stopped
+                                                       : Health::Sound;
     if (isReadOnly()) {
-        if (hasMachineStopped && !file.isLockedByOthers(presenceLock)) {
-            refuseStale(Health::DiedInUpdate);
+        if (left != Health::Sound && !file.isLockedByOthers(presenceLock)) {
+            refuseStale(left == Health::Stopped ? Health::DiedInUpdate : left);
         }
         return;
     }
@@ -167,20 +180,21 @@ void Table::recoverSession() {
         return;
     }
     {
-        using AfterStop = ExclusiveUse::AfterStop;
-        const ExclusiveUse use(*this, hasMachineStopped ? AfterStop::Yes : AfterStop::No);
-        if (!hasMachineStopped && !hasTail_) { // an interrupted load leaves rows after the end mark
+        const ExclusiveUse use(*this, left);
+        if (left == Health::Sound && !hasTail_) { // an interrupted load leaves rows after the end mark
             recovery().tail();
         }
-        if (!hasMachineStopped && !journal_->objectionToWriting().empty()) { // ours can take its place
-            recovery().sync();
-            removeJournal();
+        if (left == Health::Sound && !journal_->objectionToWriting().empty()) { // ours can take its place
+            Recovery steps = recovery();
+            steps.sync();
+            endJournal(steps);
         }
     }
     static_cast<void>(file.tryLock(presenceLock, LockKind::Shared)); // cannot fail: it is ours
 }
 
-// The last program to leave a changed table flushes it to the disk; then no journal is needed.
+// The last writer to leave a table flushes it to the disk; then no journal is needed, and none shuts out
+// those who only read.
 void Table::leaveSession() {
     hold_.reset();
     try {
@@ -188,7 +202,7 @@ void Table::leaveSession() {
             return; // what is there now belongs to another table
         }
         if (!journal_ || isReadOnly() || !journal_->exists() ||
-            !records_.file().tryLock(presenceLock, LockKind::Exclusive) ||
+            !records_.file().tryLock(writingLock, LockKind::Exclusive) ||
             !structureFile().tryLock(structureLock, LockKind::Shared)) {
             return;
         }
@@ -211,6 +225,7 @@ void Table::leaveSession() {
 void Table::leave() {
     leaveSession();
     journal_.reset();
+    records_.file().unlock(writingLock);
     records_.file().unlock(presenceLock);
 }
 
@@ -227,7 +242,7 @@ void Table::writeJournal(const RecordChange& change, std::uint64_t counter, Dura
     const JournalEntry entry{counter, saysAll ? change.runs() : std::vector<RecordRun>()};
     if (journal_->mustRestartFor(entry, isKept)) {
         records_.file().sync();
-        journal_->restart();
+        journal_->restart(originOf(records_));
     }
     if (!saysAll && journal_->hasLooseEntry()) {
         return;

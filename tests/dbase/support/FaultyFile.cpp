@@ -73,4 +73,9 @@ void FaultyJournal::remove() {
     place_->remove();
 }
 
+std::string FaultyJournal::setAside() {
+    step();
+    return place_->setAside();
+}
+
 } // namespace dbase::test

@@ -65,6 +65,7 @@ public:
     std::unique_ptr<File> openExisting() override;
     std::unique_ptr<File> create() override;
     void remove() override;
+    std::string setAside() override;
 
 private:
     void step() const;

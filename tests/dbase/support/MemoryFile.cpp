@@ -7,11 +7,22 @@
 
 namespace dbase::test {
 
+std::uint64_t MemoryContent::nextInode() {
+    static std::uint64_t last = 0;
+    return ++last;
+}
+
 MemoryFile::MemoryFile(std::shared_ptr<MemoryContent> content, std::string path, bool writable)
     : content_(std::move(content)), path_(std::move(path)), writable_(writable) {}
 
 MemoryFile::~MemoryFile() {
     std::erase_if(content_->locks, [this](const MemoryContent::Lock& lock) { return lock.owner == this; });
+}
+
+FileStatus MemoryFile::status() const {
+    FileStatus status;
+    status.inode = content_->inode;
+    return status;
 }
 
 void MemoryFile::read(std::uint64_t offset, std::span<char> bytes) const {

@@ -21,6 +21,10 @@ struct MemoryContent {
     };
     std::vector<char> bytes;
     std::vector<Lock> locks;
+    std::uint64_t inode = nextInode(); // a copy of the content is another file
+
+private:
+    static std::uint64_t nextInode();
 };
 
 /// One opening of a content. Has no view, so that the engine goes through read().
@@ -33,6 +37,7 @@ public:
     const std::string& path() const override { return path_; }
     bool isWritable() const override { return writable_; }
     std::uint64_t size() const override { return content_->bytes.size(); }
+    FileStatus status() const override;
     void read(std::uint64_t offset, std::span<char> bytes) const override;
     void write(std::uint64_t offset, std::span<const char> bytes) override;
     void resize(std::uint64_t size) override;

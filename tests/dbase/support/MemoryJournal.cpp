@@ -1,6 +1,8 @@
 // A journal's place in memory.
 #include "MemoryJournal.h"
 
+#include <utility>
+
 #include "dbase/system/error.h"
 
 namespace dbase::test {
@@ -28,6 +30,12 @@ std::unique_ptr<File> MemoryJournal::create() {
 void MemoryJournal::remove() {
     requireWritable();
     name_->content.reset();
+}
+
+std::string MemoryJournal::setAside() {
+    requireWritable();
+    name_->aside = std::exchange(name_->content, nullptr);
+    return std::string(path) + ".apartado";
 }
 
 } // namespace dbase::test

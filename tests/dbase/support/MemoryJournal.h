@@ -12,6 +12,7 @@ namespace dbase::test {
 /// A name in a folder: the content of its file, null while there is none.
 struct MemoryName {
     std::shared_ptr<MemoryContent> content;
+    std::shared_ptr<MemoryContent> aside; // the one that was last set aside
 };
 
 class MemoryJournal final : public JournalPlace {
@@ -22,6 +23,7 @@ public:
     std::unique_ptr<File> openExisting() override;
     std::unique_ptr<File> create() override;
     void remove() override;
+    std::string setAside() override;
 
 private:
     void requireWritable() const;

@@ -6,6 +6,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "MemoryFile.h"
@@ -48,6 +49,7 @@ public:
     bool isWritable() const override { return true; }
     bool isRemote() const override { return station_->tells; }
     std::uint64_t size() const override { return remembered_.size(); }
+    FileStatus status() const override { return server_->status(); }
     void read(std::uint64_t offset, std::span<char> bytes) const override;
     void write(std::uint64_t offset, std::span<const char> bytes) override;
     void resize(std::uint64_t size) override;
@@ -80,6 +82,10 @@ public:
     std::unique_ptr<File> openExisting() override;
     std::unique_ptr<File> create() override;
     void remove() override { name_->content.reset(); }
+    std::string setAside() override {
+        name_->aside = std::exchange(name_->content, nullptr);
+        return "MEMORIA.AMJ.apartado";
+    }
 
 private:
     std::shared_ptr<MemoryName> name_;

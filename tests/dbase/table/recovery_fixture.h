@@ -11,6 +11,7 @@
 #include "dbase/mdx/index_layout.h"
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/bytes.h"
+#include "dbase/table/recovery.h"
 #include "dbase/table/table.h"
 
 namespace dbase::test {
@@ -48,14 +49,21 @@ protected:
         return {std::make_unique<MemoryJournal>(stored_.journal), schema_};
     }
     /// Leaves the state of a program of this boot that ended without leaving the table.
-    void leaveJournal() const { static_cast<void>(journal().begin()); }
+    void leaveJournal() const { static_cast<void>(begunJournal()); }
+    /// One that belongs to the table.
+    [[nodiscard]] Journal begunJournal() const {
+        Journal begun = journal();
+        TableFile records(std::make_unique<MemoryFile>(stored_.records));
+        MemoryFile index(stored_.index);
+        Recovery(records, &index, &begun).beginJournal();
+        return begun;
+    }
     /// Leaves the state of a writer that ended between its journal entry and the records.
     void dieIn(const RecordChange& change) const {
+        Journal left = begunJournal();
         const std::uint64_t counter = stamp().counter + 1;
         store64(indexBytes().data() + mdx::stamp + 16, counter);
         setMark();
-        Journal left = journal();
-        static_cast<void>(left.begin());
         left.add({counter, change.runs()}, true);
     }
     /// Swaps the keys of a leaf: wrong, and easily detected.

@@ -34,7 +34,7 @@ protected:
     void leaveJournalOfAnotherStart() const {
         const std::string thisStart = bootIdentity();
         setBootIdentity("another start");
-        static_cast<void>(Journal(journalBeside(file_), schema_).begin());
+        Journal(journalBeside(file_), schema_).begin({});
         setBootIdentity(thisStart);
     }
 

@@ -9,9 +9,11 @@
 #include <memory>
 #include <string>
 
+#include "dbase/mdx/index_layout.h"
 #include "dbase/support/OtherUser.h"
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/error.h"
+#include "dbase/table/recovery.h"
 #include "support/TemporaryFolder.h"
 
 namespace dbase::test {
@@ -109,7 +111,11 @@ protected:
         addition.add(2, {}, after);
         {
             Journal journal(journalBeside(elsewhere / "T.DBF"), schema);
-            static_cast<void>(journal.begin());
+            journal.begin({});
+            const auto index = openFile(index_, OpenMode::ReadWrite); // which repeats the journal's session
+            UpdateStamp stamp = stampOf(index.get());
+            stamp.session = journal.session();
+            index->write(mdx::stamp, encodeStamp(stamp));
             journal.add({table->changeCounter() + 1, change.runs()}, true);
             journal.add({table->changeCounter() + 2, addition.runs()}, true);
         }
