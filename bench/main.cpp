@@ -80,6 +80,8 @@ int main(int argc, char** argv) {
     reporter.printRatio("ine_pass_vs_sqlite", "ine_pass/ours", "ine_pass/sqlite");
     reporter.printRatio("ine_pass_vs_sqlite_wal", "ine_pass/ours", "ine_pass/sqlite_wal");
     reporter.printRatio("save_streets_vs_sqlite", "save_streets/ours", "save_streets/sqlite");
+    reporter.printRatio("suggest_vs_fts5", "suggest/ours", "suggest/fts5");
+    reporter.printRatio("suggest_largest_vs_fts5", "suggest_largest/ours", "suggest_largest/fts5");
     // Our time over the rival's, which only parses.
     reporter.printRatio("parse_vs_pugixml", "parse/pugixml", "parse/ours");
     // A large table's time over a small one's.
@@ -89,5 +91,6 @@ int main(int argc, char** argv) {
     reporter.printRatio("list_90k_vs_1k", "list/1k", "list/90k");
     reporter.printRatio("list_1m5_vs_1k", "list/1k", "list/1m5");
     reporter.printRatio("keystroke_1m5_vs_1k", "keystroke/1k", "keystroke/1m5");
+    reporter.printRatio("suggest_1m5_vs_100k", "suggest_growth/100k", "suggest_growth/1m5");
     return 0;
 }

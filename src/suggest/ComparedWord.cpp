@@ -2,7 +2,6 @@
 #include "suggest/ComparedWord.h"
 
 #include <algorithm>
-#include <bit>
 
 #include "suggest/Letters.h"
 
@@ -11,6 +10,9 @@ namespace {
 
 /// The slips that a word may have and still be taken for another.
 unsigned mostSlips(std::size_t length) { return length <= 1 ? 0 : length <= 3 ? 1 : length <= 6 ? 2 : 3; }
+
+/// The same for the beginning of a word, of which there are many more.
+unsigned mostSlipsInBeginning(std::size_t length) { return length <= 2 ? 0 : length <= 5 ? 1 : 2; }
 
 bool isSubsequence(std::string_view part, std::string_view whole) {
     std::size_t at = 0;
@@ -41,13 +43,17 @@ bool equalUndoubled(std::string_view a, std::string_view b) {
 
 } // namespace
 
-ComparedWord::ComparedWord(NameWord word, bool mayBeBeginning, const NameView& view)
+ComparedWord::ComparedWord(NameWord word, bool mayBeBeginning, const NameView& view, std::vector<bool>& near)
     : word_(std::move(word)), sound_(soundOf(word_.text)), slips_(word_.text), soundSlips_(sound_),
-      letters_(letterBits(sound_)), most_(mostSlips(word_.text.size())), mayBeBeginning_(mayBeBeginning),
-      isDigits_(isDigit(word_.text.front())), prices_(view.pool().wordCount()) {
+      letters_(letterBits(sound_)), most_(mostSlips(word_.text.size())),
+      mostInBeginning_(mostSlipsInBeginning(word_.text.size())), mayBeBeginning_(mayBeBeginning),
+      isDigits_(isDigit(word_.text.front())), prices_(view.words().size()) {
     unmatched_ = priceUnmatched(view.rarity(view.pool().find(word.text)));
-    for (const WordNumber other : view.words()) {
-        prices_[other] = compare(view.pool(), other);
+    for (ViewWord other = 0; other < prices_.size(); ++other) {
+        prices_[other] = compare(view.pool(), view.words()[other]);
+        if (prices_[other].isPossible()) {
+            near[other] = true;
+        }
     }
 }
 
@@ -84,27 +90,31 @@ WordPrice ComparedWord::compare(const NamePool& pool, WordNumber other) const {
 
 /// Rules out most words by their letters and lengths alone.
 bool ComparedWord::mayBeNear(const PooledWord& other) const {
-    const auto missing = static_cast<unsigned>(std::popcount(letters_ & ~other.letters));
-    if (missing > most_ || other.soundLength + most_ < sound_.size()) {
+    const unsigned missing = bitCount(letters_ & ~other.letters);
+    const std::size_t length = sound_.size();
+    if (missing > most_ || other.soundLength + most_ < length) {
         return false;
     }
-    return mayBeBeginning_ || (other.soundLength <= sound_.size() + most_ &&
-                               static_cast<unsigned>(std::popcount(other.letters & ~letters_)) <= most_);
+    if (mayBeBeginning_ && missing <= mostInBeginning_) {
+        return true;
+    }
+    return other.soundLength <= length + most_ && bitCount(other.letters & ~letters_) <= most_;
 }
 
 Price ComparedWord::slipPrice(const NamePool& pool, WordNumber other) const {
     const std::string_view text = pool.text(other);
-    const SlipCount::Found plain = slips_.to(text), alike = soundSlips_.to(pool.sound(other));
+    const SlipCount::Found plain = slips_.to(text);
     unsigned best = price::impossible;
-    const unsigned slips = std::min(plain.whole, alike.whole);
+    const unsigned sounds =
+        plain.whole == 0 || plain.whole > most_ + 3 ? plain.whole : soundSlips_.to(pool.sound(other)).whole;
+    const unsigned slips = std::min(plain.whole, sounds);
     if (slips <= most_) {
         best = slips * price::slip + std::min(plain.whole - slips, 2U) * price::likeness;
         if (slips == 1 && equalUndoubled(text, word_.text)) {
             best = price::likeness;
         }
     }
-    const std::size_t length = word_.text.size();
-    if (mayBeBeginning_ && plain.beginning <= most_ && length > 2 * plain.beginning) {
+    if (mayBeBeginning_ && plain.beginning <= mostInBeginning_) {
         const std::size_t lacks = text.size() - std::min<std::size_t>(text.size(), plain.beginsLength);
         const unsigned begun = plain.beginning * price::slip + price::beginning +
                                (plain.beginning != 0 ? price::slipInBeginning : 0U) +

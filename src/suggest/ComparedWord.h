@@ -23,11 +23,11 @@ struct WordPrice {
 
 class ComparedWord {
 public:
-    /// `mayBeBeginning`: whether more letters may follow.
-    ComparedWord(NameWord word, bool mayBeBeginning, const NameView& view);
+    /// `mayBeBeginning`: whether more letters may follow. Notes the words with a price in `near`.
+    ComparedWord(NameWord word, bool mayBeBeginning, const NameView& view, std::vector<bool>& near);
 
     [[nodiscard]] const NameWord& word() const { return word_; }
-    [[nodiscard]] WordPrice priceOf(WordNumber word) const { return prices_[word]; }
+    [[nodiscard]] WordPrice priceOf(ViewWord word) const { return prices_[word]; }
     /// The price if the name has no such word.
     [[nodiscard]] Price unmatched() const { return unmatched_; }
 
@@ -42,11 +42,11 @@ private:
     NameWord word_;
     std::string sound_;
     SlipCount slips_, soundSlips_;
-    std::uint64_t letters_; // of the sound
-    unsigned most_;         // slips
+    std::uint64_t letters_;           // of the sound
+    unsigned most_, mostInBeginning_; // slips
     bool mayBeBeginning_, isDigits_;
     Price unmatched_ = 0;
-    std::vector<WordPrice> prices_; // by word of the pool
+    std::vector<WordPrice> prices_; // by word of the view
 };
 
 } // namespace ambrel::suggest

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,13 @@ extern const std::array<char, 256> foldedLetters;
     return isDigit(folded)  ? static_cast<unsigned>(folded - '0')
            : folded == enye ? 36U
                             : static_cast<unsigned>(folded - 'A') + 10U;
+}
+
+/// The number of bits set; without a call, where the processor's own instruction may not be assumed.
+[[nodiscard]] constexpr unsigned bitCount(std::uint64_t bits) {
+    bits -= (bits >> 1) & 0x5555555555555555U;
+    bits = (bits & 0x3333333333333333U) + ((bits >> 2) & 0x3333333333333333U);
+    return static_cast<unsigned>((((bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0FU) * 0x0101010101010101U) >> 56);
 }
 
 /// The letters of a text in Windows-1252 without anything between them.

@@ -2,7 +2,6 @@
 #include "suggest/NameMatch.h"
 
 #include <algorithm>
-#include <bit>
 #include <span>
 
 #include "suggest/Letters.h"
@@ -25,8 +24,8 @@ struct Verdict {
 /// Takes the words of a name for those of a reading, one by one.
 class Alignment {
 public:
-    Alignment(const NameView& view, const PreparedReading& reading, NameNumber name)
-        : view_(view), reading_(reading), name_(name), uses_(view.pool().uses(name)) {
+    Alignment(const NameView& view, const PreparedReading& reading, std::size_t place)
+        : view_(view), reading_(reading), name_(view.names()[place]), uses_(view.uses(place)) {
         uses_ = uses_.first(std::min(uses_.size(), mostUses));
         cost_ = reading.extra;
     }
@@ -94,7 +93,7 @@ private:
             }
             const bool isAppended = uses_[i].role() == WordRole::Appended;
             if (inOrder_ && reading_.isOpen && !isAppended) {
-                const unsigned length = view_.pool().word(uses_[i].word()).length;
+                const unsigned length = view_.pool().word(view_.words()[uses_[i].word()]).length;
                 cost_ += price::missingWord + price::missingLetter * std::min(length, 12U);
             } else {
                 cost_ += priceOmitted(uses_[i], omitted);
@@ -136,12 +135,15 @@ private:
 
 /// Compares the letters without the blanks: words written together, apart, or with a slip in a small one.
 Verdict compareJoined(const NamePool& pool, const PreparedReading& reading, NameNumber name) {
-    const std::string_view joined = pool.joined(name);
     const std::size_t length = reading.joined.size();
     const unsigned most = length >= 10 ? 3 : length >= 6 ? 2 : length >= 4 ? 1 : 0;
-    // A slip changes three pairs at most.
-    if (joined.size() + most < length ||
-        static_cast<unsigned>(std::popcount(reading.pairs & ~pool.pairs(name))) > 3 * most) {
+    // A slip changes one letter, and two pairs, or three if it exchanges letters.
+    if (bitCount(reading.letterSet & ~pool.letters(name)) > most ||
+        bitCount(reading.pairs & ~pool.pairs(name)) > 2 * most + 1) {
+        return {};
+    }
+    const std::string_view joined = pool.joined(name);
+    if (joined.size() + most < length) {
         return {};
     }
     const SlipCount::Found found = reading.joinedSlips.to(joined);
@@ -165,8 +167,8 @@ Verdict compareJoined(const NamePool& pool, const PreparedReading& reading, Name
 /// Among names at the same number of slips, the one that has more in common with the text is the likelier.
 unsigned unlikeness(const NamePool& pool, const PreparedReading& reading, const NameMatch& match) {
     const std::uint64_t pairs = pool.pairs(match.name);
-    const int common = std::popcount(reading.pairs & pairs), typed = std::popcount(reading.pairs);
-    const double all = match.isBeginning ? typed : (typed + std::popcount(pairs)) / 2.0;
+    const unsigned common = bitCount(reading.pairs & pairs), typed = bitCount(reading.pairs);
+    const double all = match.isBeginning ? typed : (typed + bitCount(pairs)) / 2.0;
     const double share = all > 0 ? common / all : 1.0;
     const std::string_view joined = pool.joined(match.name);
     const bool isFirst =
@@ -179,16 +181,25 @@ double pointsOf(const PreparedReading& reading, unsigned cost, bool isSame) {
                   : std::max(0.0, 0.9 * (1 - 0.85 * cost / (100 * reading.letters)));
 }
 
+/// Whether joining the words of both would only repeat the comparison of their words.
+bool isJoinedAlready(const NamePool& pool, const PreparedReading& reading, NameNumber name) {
+    return reading.isPlain && pool.uses(name).size() == 1 && pool.smallWords(name) == 0;
+}
+
 /// The best reading of the text as a name; no points if there is none.
-NameMatch matchOne(const NameView& view, const std::vector<PreparedReading>& readings, NameNumber name) {
+NameMatch matchOne(const NameView& view, const PreparedReadings& prepared, std::size_t place) {
+    const NamePool& pool = view.pool();
+    const NameNumber name = view.names()[place];
+    const bool isNear = std::ranges::any_of(view.uses(place),
+                                            [&](const WordUse& use) { return prepared.isNear(use.word()); });
     NameMatch match;
     match.name = name;
     unsigned cost = 0;
     bool isSame = false;
-    for (const PreparedReading& reading : readings) {
-        Verdict verdict = Alignment(view, reading, name).run();
-        if (verdict.cost > price::joining) {
-            const Verdict joined = compareJoined(view.pool(), reading, name);
+    for (const PreparedReading& reading : prepared.readings()) {
+        Verdict verdict = isNear ? Alignment(view, reading, place).run() : Verdict();
+        if (verdict.cost > price::joining && !isJoinedAlready(pool, reading, name)) {
+            const Verdict joined = compareJoined(pool, reading, name);
             if (joined.cost < verdict.cost) {
                 verdict = joined;
             }
@@ -203,8 +214,8 @@ NameMatch matchOne(const NameView& view, const std::vector<PreparedReading>& rea
         }
     }
     if (match.points > 0 && !isSame) {
-        const PreparedReading& reading = readings[match.reading];
-        match.points = pointsOf(reading, cost + unlikeness(view.pool(), reading, match), false);
+        const PreparedReading& reading = prepared.readings()[match.reading];
+        match.points = pointsOf(reading, cost + unlikeness(pool, reading, match), false);
     }
     return match;
 }
@@ -214,11 +225,11 @@ NameMatch matchOne(const NameView& view, const std::vector<PreparedReading>& rea
 std::vector<NameMatch> matchNames(const NameView& view, const TypedName& typed, double least) {
     const PreparedReadings prepared(view, typed.words, typed.readings);
     std::vector<NameMatch> matches;
-    for (const NameNumber name : view.names()) {
-        NameMatch match = matchOne(view, prepared.readings(), name);
+    for (std::size_t place = 0; place < view.names().size(); ++place) {
+        NameMatch match = matchOne(view, prepared, place);
         if (match.points >= least) {
             const PreparedReading& reading = prepared.readings()[match.reading];
-            match.farness = reading.joinedSlips.to(view.pool().joined(name)).whole;
+            match.farness = reading.joinedSlips.to(view.pool().joined(match.name)).whole;
             matches.push_back(match);
         }
     }

@@ -63,6 +63,7 @@ NameNumber NamePool::add(std::string_view stored) {
     name.joinedLength = static_cast<std::uint8_t>(std::min(whole.size(), longest));
     letters_ += whole;
     name.pairs = pairBits(whole);
+    name.letters = letterBits(whole);
     name.uses = static_cast<std::uint32_t>(uses_.size());
     for (const NameWord& word : words) {
         if (counts(word.role)) {

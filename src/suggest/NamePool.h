@@ -53,6 +53,8 @@ public:
     [[nodiscard]] std::string_view joined(NameNumber name) const;
     /// Which pairs of letters follow one another in it, as bits of a hash.
     [[nodiscard]] std::uint64_t pairs(NameNumber name) const { return names_[name].pairs; }
+    /// Which letters it has, one bit each.
+    [[nodiscard]] std::uint64_t letters(NameNumber name) const { return names_[name].letters; }
 
     [[nodiscard]] const PooledWord& word(WordNumber word) const { return words_[word]; }
     [[nodiscard]] std::string_view text(WordNumber word) const {
@@ -72,7 +74,7 @@ private:
     struct Name {
         std::uint32_t stored, joined, uses;
         std::uint8_t storedLength, joinedLength, useCount, smallWords;
-        std::uint64_t pairs;
+        std::uint64_t pairs, letters;
     };
     WordNumber pool(const NameWord& word);
 

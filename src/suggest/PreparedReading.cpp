@@ -13,7 +13,7 @@ constexpr std::size_t mostWords = 12;
 
 PreparedReadings::PreparedReadings(const NameView& view, const std::vector<NameWord>& words,
                                    const std::vector<TypedStreet::Reading>& readings)
-    : view_(view), whole_(words.size()), open_(words.size()) {
+    : view_(view), near_(view.words().size()), whole_(words.size()), open_(words.size()) {
     compared_.reserve(2 * words.size());
     for (const TypedStreet::Reading& reading : readings) {
         readings_.push_back(prepare(words, reading));
@@ -53,7 +53,7 @@ PreparedReading PreparedReadings::prepare(const std::vector<NameWord>& words,
             if (mayBeBeginning && word.literal.size() == 1) {
                 word.text = word.literal; // rather the first letter of something than short for it
             }
-            compared = &compared_.emplace_back(std::move(word), mayBeBeginning, view_);
+            compared = &compared_.emplace_back(std::move(word), mayBeBeginning, view_, near_);
         }
         prepared.words.push_back(compared);
     }
@@ -64,9 +64,11 @@ PreparedReading PreparedReadings::prepare(const std::vector<NameWord>& words,
             prepared.smallWords.push_back(smallWordBits(words[i].literal));
         }
     }
+    prepared.isPlain = reading.last - reading.first == 1;
     prepared.joined = joined(words, reading.first, reading.last);
     prepared.joinedSlips = SlipCount(prepared.joined);
     prepared.pairs = pairBits(prepared.joined);
+    prepared.letterSet = letterBits(prepared.joined);
     prepared.letters = std::max(4.0, static_cast<double>(prepared.joined.size()));
     return prepared;
 }

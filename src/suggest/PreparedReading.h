@@ -12,13 +12,14 @@ namespace ambrel::suggest {
 struct PreparedReading {
     std::uint16_t number = 0;               // of the reading
     std::vector<const ComparedWord*> words; // that count, and the last one if it is small
+    bool isPlain = false;                   // one word, and no small ones
     bool endsSmall = false;                 // the last of them is a small word
     std::vector<std::uint8_t> smallWords;   // bits of the other small words
     std::string joined;
     SlipCount joinedSlips{""};
-    std::uint64_t pairs = 0;
-    double letters = 0;  // typed, as the measure of all prices
-    bool isOpen = false; // more may follow
+    std::uint64_t pairs = 0, letterSet = 0; // of `joined`
+    double letters = 0;                     // typed, as the measure of all prices
+    bool isOpen = false;                    // more may follow
     Price extra = 0;
 };
 
@@ -29,6 +30,8 @@ public:
                      const std::vector<TypedStreet::Reading>& readings);
 
     [[nodiscard]] const std::vector<PreparedReading>& readings() const { return readings_; }
+    /// Whether a word of the names may be one of the text.
+    [[nodiscard]] bool isNear(ViewWord word) const { return near_[word]; }
 
 private:
     /// Which words of a reading are compared: those that count, and the last one in any case.
@@ -38,6 +41,7 @@ private:
                                           const TypedStreet::Reading& reading);
 
     const NameView& view_;
+    std::vector<bool> near_;                        // by word of the view
     std::vector<ComparedWord> compared_;            // never grows beyond what is reserved
     std::vector<const ComparedWord*> whole_, open_; // by word of the text
     std::vector<PreparedReading> readings_;

@@ -9,7 +9,8 @@ namespace ambrel::suggest {
 namespace {
 
 /// More places than a user types streets of in a day; an administrator's file has many.
-constexpr std::size_t mostViews = 256;
+constexpr std::size_t mostViews = 4096;
+constexpr std::size_t fewViews = 16;
 
 } // namespace
 
@@ -38,7 +39,7 @@ bool StreetStore::renew(const std::string& digits, Clock::time_point end) {
     const std::shared_ptr<ProvinceNames> before = wanted.kept.names();
     const bool isReady = wanted.kept.renew(TableStamp::of(stamps_), end);
     if (wanted.kept.names() != before) {
-        views_.remove_if([&](const View& view) { return view.streets->province == before; });
+        dropViewsOf(before);
         keepWithinBudget();
     }
     return isReady;
@@ -46,11 +47,13 @@ bool StreetStore::renew(const std::string& digits, Clock::time_point end) {
 
 std::shared_ptr<const PlacedStreets> StreetStore::placed(const std::string& digits, const std::string& key,
                                                          const Owner& owner) {
+    if (!province(digits).kept.names()) { // another province of the same place took its memory
+        static_cast<void>(renew(digits, Clock::time_point::max()));
+    }
     const std::shared_ptr<const ProvinceNames> names = province(digits).kept.names();
     const std::string whole = digits + ' ' + key;
-    const auto known = std::ranges::find(views_, whole, &View::key);
-    if (known != views_.end() && known->streets->province == names) {
-        views_.splice(views_.begin(), views_, known);
+    if (const auto known = viewsByKey_.find(whole); known != viewsByKey_.end()) {
+        views_.splice(views_.begin(), views_, known->second);
         return views_.front().streets;
     }
     std::vector<const std::string*> owners;
@@ -82,29 +85,51 @@ std::shared_ptr<const PlacedStreets> StreetStore::placed(const std::string& digi
     NameView view(names->pool, std::move(distinct));
     views_.push_front({whole, std::make_shared<const PlacedStreets>(
                                   PlacedStreets{names, digits, std::move(streets), std::move(view)})});
+    viewsByKey_.emplace(whole, views_.begin());
+    viewBytes_ += views_.front().streets->bytes();
+    std::shared_ptr<const PlacedStreets> made = views_.front().streets;
     keepWithinBudget();
-    return views_.front().streets;
+    return made;
 }
 
 std::size_t StreetStore::bytes() const {
-    std::size_t sum = 0;
+    std::size_t sum = viewBytes_;
     for (const Province& province : provinces_) {
         sum += province.kept.bytes();
-    }
-    for (const View& view : views_) {
-        sum += view.streets->bytes();
     }
     return sum;
 }
 
+void StreetStore::dropOldestView() {
+    viewBytes_ -= views_.back().streets->bytes();
+    viewsByKey_.erase(views_.back().key);
+    views_.pop_back();
+}
+
+void StreetStore::dropViewsOf(const std::shared_ptr<const ProvinceNames>& names) {
+    for (auto view = views_.begin(); view != views_.end();) {
+        if (view->streets->province == names) {
+            viewBytes_ -= view->streets->bytes();
+            viewsByKey_.erase(view->key);
+            view = views_.erase(view);
+        } else {
+            ++view;
+        }
+    }
+}
+
+/// Places are made anew faster than provinces are read.
 void StreetStore::keepWithinBudget() {
-    while (views_.size() > mostViews || (views_.size() > 1 && bytes() > memory_ && provinces_.size() == 1)) {
-        views_.pop_back();
+    while (views_.size() > mostViews || (views_.size() > fewViews && bytes() > memory_)) {
+        dropOldestView();
     }
     while (provinces_.size() > 1 && bytes() > memory_) {
-        const std::shared_ptr<ProvinceNames> leaving = provinces_.back().kept.names();
+        const std::shared_ptr<const ProvinceNames> leaving = provinces_.back().kept.names();
         provinces_.pop_back();
-        views_.remove_if([&](const View& view) { return view.streets->province == leaving; });
+        dropViewsOf(leaving);
+    }
+    while (views_.size() > 1 && bytes() > memory_) {
+        dropOldestView();
     }
 }
 

@@ -60,12 +60,16 @@ private:
     };
     [[nodiscard]] Province& province(const std::string& digits);
     void keepWithinBudget();
+    void dropOldestView();
+    void dropViewsOf(const std::shared_ptr<const ProvinceNames>& names);
 
     std::string database_;
     std::size_t memory_;
     dbase::Dataset stamps_;         // open all the time, to see changes
     std::list<Province> provinces_; // the one used last first
     std::list<View> views_;         // likewise
+    TextMap<std::list<View>::iterator> viewsByKey_;
+    std::size_t viewBytes_ = 0;
 };
 
 } // namespace ambrel::suggest

@@ -123,7 +123,7 @@ TEST_F(SuggestionsFollowTables, MunicipalityWithStreetsInTwoProvincesIsSearchedI
     addStreets({{"01000001", "IGLESIA", "CL", "01118", {1, 9999}, {2, 9998}, "01"},
                 {"09000001", "IGLESIA", "CL", "09215", {1, 9999}, {2, 9998}, "09"},
                 {"09000002", "FUENTE", "CL", "09215", {1, 9999}, {2, 9998}, "09"}});
-    Suggestions suggestions;
+    Suggestions suggestions("DB", {.memory = 1}); // where not even one of them has room
     const auto found = suggestions.streets({.text = "iglesa", .ineCode = "09109"});
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(found.front().postalCodes, (std::vector<std::string>{"01118", "09215"}));
