@@ -48,7 +48,7 @@ ComparedWord::ComparedWord(NameWord word, bool mayBeBeginning, const NameView& v
       letters_(letterBits(sound_)), most_(mostSlips(word_.text.size())),
       mostInBeginning_(mostSlipsInBeginning(word_.text.size())), mayBeBeginning_(mayBeBeginning),
       isDigits_(isDigit(word_.text.front())), prices_(view.words().size()) {
-    unmatched_ = priceUnmatched(view.rarity(view.pool().find(word.text)));
+    unmatched_ = priceUnmatched(view.rarityInPool(view.pool().find(word_.text)));
     for (ViewWord other = 0; other < prices_.size(); ++other) {
         prices_[other] = compare(view.pool(), view.words()[other]);
         if (prices_[other].isPossible()) {
