@@ -140,7 +140,7 @@ Price ComparedWord::shortFormPrice(std::string_view other) const {
     }
     const std::string_view shorter = text.size() < other.size() ? text : other;
     const std::string_view longer = text.size() < other.size() ? other : text;
-    if (shorter.size() >= 3 && longer.starts_with(shorter)) {
+    if (shorter.size() >= 4 && longer.starts_with(shorter)) {
         return price::cutOff;
     }
     const bool isContracted = longer.size() >= shorter.size() + 2 && shorter.back() == longer.back() &&
