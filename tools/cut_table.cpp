@@ -2,9 +2,10 @@
 #include "tools/cut_table.h"
 
 #include "dbase/dbf/table_file.h"
-#include "dbase/journal/journal_place.h"
+#include "dbase/journal/journal.h"
 #include "dbase/lock/locks.h"
 #include "dbase/system/databases.h"
+#include "dbase/system/folders.h"
 #include "loading/counted.h"
 #include "loading/failure.h"
 
@@ -20,6 +21,16 @@ std::optional<Shortfall> lookAt(const dbase::TableFile& records) {
     return found.announced > found.held ? std::optional(found) : std::nullopt;
 }
 
+/// Index and journal of a link lie beside the table to which it leads.
+std::string realPath(const std::string& tableFile) { return dbase::diskFolders().realPath(tableFile); }
+
+/// Whether a journal shows that our programs were adding records that did not all reach the disk.
+bool isExplainedByJournal(const std::string& tableFile) {
+    const dbase::TableFile records(dbase::openFile(tableFile, dbase::OpenMode::ReadOnly));
+    dbase::Journal journal(dbase::journalBeside(tableFile), records.schema());
+    return journal.exists() && journal.recordsAtBegin().value_or(0) <= records.recordCount();
+}
+
 } // namespace
 
 std::optional<Shortfall> shortfallOf(const std::string& tableFile) {
@@ -28,8 +39,8 @@ std::optional<Shortfall> shortfallOf(const std::string& tableFile) {
         return std::nullopt;
     }
     // Looks again while none of our programs writes, under the lock of the index where there is one.
-    const auto locked =
-        dbase::openFile(dbase::findIndexFile(tableFile).value_or(tableFile), dbase::OpenMode::ReadOnly);
+    const auto locked = dbase::openFile(dbase::findIndexFile(realPath(tableFile)).value_or(tableFile),
+                                        dbase::OpenMode::ReadOnly);
     dbase::StructureLock::Holders holders;
     if (records.file().isRemote()) {
         holders.exchanged = &records.file();
@@ -52,7 +63,7 @@ std::string describe(const Shortfall& shortfall) {
 
 void requireWhole(const std::string& tableFile) {
     const std::optional<Shortfall> shortfall = shortfallOf(tableFile);
-    if (shortfall && !dbase::journalBeside(tableFile)->openExisting()) {
+    if (shortfall && !isExplainedByJournal(realPath(tableFile))) {
         throw DamagedTable(tableFile + ": " + describe(*shortfall));
     }
 }

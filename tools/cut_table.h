@@ -35,7 +35,8 @@ struct Shortfall {
 [[nodiscard]] std::string describe(const Shortfall& shortfall);
 
 /// Called before a table is opened for a question or to add rows. Errors: DamagedTable for a truncated one,
-/// unless the journal beside it shows that one of our programs left it so; dbase::Error.
+/// unless the journal beside it shows that our programs left it so: it began with no more records than there
+/// are; dbase::Error.
 void requireWhole(const std::string& tableFile);
 
 } // namespace ambcp

@@ -4,6 +4,12 @@
 
 #include <filesystem>
 
+#include <unistd.h>
+
+#include "dbase/support/ChildProcess.h"
+#include "dbase/support/StoredTable.h"
+#include "dbase/table/table.h"
+
 namespace ambcp::test {
 namespace {
 
@@ -43,6 +49,27 @@ protected:
         EXPECT_FALSE(fs::exists(folder / "POSTAL.AMJ"));
     }
 
+    /// One of our programs adds the rows after the first, and dies before all of them are on the disk.
+    void addRowsAndDie() const {
+        const std::string cut = content("POSTAL.DBF");
+        folder.write("fila.csv", "CODIGO1,VIA\n28000001,ALCALA\n");
+        done({"cargar", ".", "POSTAL", "fila.csv", "--reemplazar"});
+        addRowAndDie();
+        addRowAndDie();
+        fs::resize_file(folder / "POSTAL.DBF", cut.size());
+    }
+
+    /// One of our programs adds a row, and dies with the table open.
+    void addRowAndDie() const {
+        dbase::test::ChildProcess child([&](const dbase::test::ChildProcess::Link&) -> int {
+            const auto table = dbase::Table::open(folder / "POSTAL.DBF");
+            const auto record = dbase::test::storedRecord(*table, 1);
+            static_cast<void>(table->append(record, dbase::Durability::Disk));
+            _exit(0);
+        });
+        EXPECT_EQ(child.join(), 0);
+    }
+
     std::string whole_; // bytes of the table before it was cut
 };
 
@@ -73,9 +100,36 @@ TEST_F(AmbcpCutTable, CopyThatWasStillUnderWayIsWholeAfterAQuestion) {
 TEST_F(AmbcpCutTable, TheOtherTablesAnswer) { done({"listar", ".", "PROVIN"}); }
 
 TEST_F(AmbcpCutTable, JournalBesideItLetsTheQuestionMakeItWhole) {
-    folder.write("POSTAL.AMJ", ""); // one of our programs died while it had the table open
+    addRowsAndDie();
     EXPECT_NE(done({"listar", ".", "POSTAL", "--tag", "VIA"}).find("ALCALA"), std::string::npos);
     done({"comprobar", ".", "POSTAL"});
+}
+
+TEST_F(AmbcpCutTable, AnEmptyJournalBesideItCountsAsNone) {
+    folder.write("POSTAL.AMJ", "");
+    EXPECT_EQ(ambcp({"listar", ".", "POSTAL"}).errors, "ambcp: " + std::string(cutPostal) + '\n');
+    fs::remove(folder / "POSTAL.AMJ");
+}
+
+// All three records were on the disk when that journal began: a copy is still under way, or was cut.
+TEST_F(AmbcpCutTable, JournalThatBeganWithMoreRecordsDoesNotExplainIt) {
+    const std::string cut = content("POSTAL.DBF");
+    folder.write("POSTAL.DBF", whole_);
+    addRowAndDie();
+    const std::string journal = content("POSTAL.AMJ");
+    folder.write("POSTAL.DBF", cut);
+    EXPECT_EQ(ambcp({"listar", ".", "POSTAL"}).errors, "ambcp: " + std::string(cutPostal) + '\n');
+    EXPECT_EQ(content("POSTAL.DBF"), cut);
+    EXPECT_EQ(content("POSTAL.AMJ"), journal);
+}
+
+// As in a folder of links to the tables of a server.
+TEST_F(AmbcpCutTable, JournalBesideTheTableOfALinkLetsTheQuestionMakeItWhole) {
+    fs::create_directory(folder / "enlaces");
+    fs::create_symlink("../POSTAL.DBF", folder / "enlaces/POSTAL.DBF");
+    EXPECT_EQ(ambcp({"listar", "enlaces", "POSTAL", "--tag", "VIA"}).exitCode, 1);
+    addRowsAndDie();
+    EXPECT_NE(done({"listar", "enlaces", "POSTAL", "--tag", "VIA"}).find("ALCALA"), std::string::npos);
 }
 
 TEST_F(AmbcpCutTable, CheckSaysItOnceInsteadOfForEachTag) {

@@ -187,7 +187,7 @@ TEST_F(AmbcpListar, AJournalThatAnotherUserHasPlantedChangesNothing) {
         change.add(1, first, changed);
         dbase::Journal forged(dbase::journalBeside(folder / "CALLES.DBF"), table->schema());
         table->leave(); // which would remove it
-        static_cast<void>(forged.begin());
+        forged.begin(dbase::originOf(table->records()));
         forged.add({table->changeCounter() + 1, change.runs()}, true);
         dbase::setBootIdentity(now);
     }
