@@ -177,6 +177,7 @@ bool Journal::join() {
 }
 
 void Journal::begin(const JournalOrigin& origin) {
+    close(); // somebody may have removed the one joined before: what has no name is never redone
     if (!open()) {
         file_ = place_->create();
     }

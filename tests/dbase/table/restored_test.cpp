@@ -534,6 +534,31 @@ TEST_F(RestoredTable, AWriterThatLeavesBeforeAnotherLeavesItsJournalToThatOne) {
     EXPECT_EQ(rowsWhenSound(), rowsUpTo(12));
 }
 
+// Somebody has tidied up. The next writer begins a journal, and all of them go on with that one.
+TEST_F(RestoredTable, AWriterWhoseJournalWasRemovedDoesNotGoOnInAFileWithoutName) {
+    {
+        ChildProcess first([&](const ChildProcess::Link& link) {
+            const auto table = Table::open(path());
+            for (int i = 11; i <= 13; i += 2) {
+                static_cast<void>(table->append(row(i), Durability::Disk));
+                link.tell();
+                link.await();
+            }
+            return 0;
+        });
+        first.await();
+        ASSERT_TRUE(std::filesystem::remove(journalPath()));
+        addAndDie(12, 12);
+        first.tell();
+        first.await();
+        first.kill();
+        static_cast<void>(first.join());
+    }
+    restart();
+    EXPECT_EQ(rowsWhenSound(), rowsUpTo(13));
+    EXPECT_EQ(notices_, std::vector<std::string>());
+}
+
 /// It has seen the journal of another writer, who has removed it since.
 TEST_F(RestoredTable, AReaderThatBeginsToWriteAfterTheLastWriterLeftBeginsAJournalOfItsOwn) {
     ChildProcess writer([&](const ChildProcess::Link& link) {
