@@ -14,6 +14,7 @@
 #include "dbase/table/check_journal.h"
 #include "dbase/table/check_report.h"
 #include "dbase/table/check_tree.h"
+#include "dbase/table/table_names.h"
 
 namespace dbase {
 
@@ -180,41 +181,53 @@ void checkIndex(const TableFile& records, const std::string& path,
     }
 }
 
-} // namespace
+void checkAll(const TableFile& records, const std::optional<std::string>& indexPath,
+              const std::vector<TagDefinition>& knownTags, CheckResult& result, CheckReport& report,
+              const Progress& progress) {
+    result.records = records.recordCount();
+    checkSize(records, report);
+    checkRecords(records, report, progress);
+    if (indexPath.has_value() != records.schema().hasProductionIndex) {
+        report.add(records.path(), "cabecera",
+                   indexPath ? "no dice que haya índice y lo hay" : "dice que hay índice y falta el .MDX");
+    } else if (!indexPath && !knownTags.empty()) {
+        report.add(records.path(), "cabecera", "falta el .MDX con los tags de esta tabla");
+    }
+    if (indexPath) {
+        checkIndex(records, *indexPath, knownTags, result, report, progress);
+    }
+}
 
-CheckResult checkTable(const std::string& path, const Progress& progress,
-                       const std::vector<TagDefinition>& knownTags) {
-    // The index and the journal of a link lie beside the table that it leads to.
-    const std::string tableFile = std::filesystem::is_symlink(path) ? diskFolders().realPath(path) : path;
+// Nothing if it was replaced meanwhile: then one file may be the old table's and the other one the new
+// table's. A program that replaces a table holds the opening lock while names and marks change.
+std::optional<CheckResult> tryCheck(const std::string& tableFile, const Progress& progress,
+                                    const std::vector<TagDefinition>& knownTags) {
     CheckResult result;
     CheckReport report(result);
-    const LockWaits waits;
     try {
-        TableFile records(openFile(tableFile, OpenMode::ReadOnly));
+        std::unique_ptr<File> file = openFile(tableFile, OpenMode::ReadOnly);
+        holdLock(*file, openingLock, LockKind::Shared);
+        TableFile records(std::move(file));
         const std::optional<std::string> indexPath = findIndexFile(tableFile);
         // Opened separately, so that the lock outlives the index even if that is damaged.
         const std::unique_ptr<File> locked = openFile(indexPath.value_or(tableFile), OpenMode::ReadOnly);
+        TableNames names(diskFolders(), records.file(), locked.get());
+        records.file().unlock(openingLock);
+        if (!names.leadHere()) {
+            return std::nullopt;
+        }
         StructureLock::Holders holders;
         if (indexPath && records.file().isRemote()) {
             holders.exchanged = &records.file();
         }
         const StructureLock lock(*locked, holders, LockKind::Shared);
         records.forgetSize(); // it was queried before the lock
-        result.records = records.recordCount();
-        checkSize(records, report);
-        checkRecords(records, report, progress);
-        if (indexPath.has_value() != records.schema().hasProductionIndex) {
-            report.add(tableFile, "cabecera",
-                       indexPath ? "no dice que haya índice y lo hay"
-                                 : "dice que hay índice y falta el .MDX");
-        } else if (!indexPath && !knownTags.empty()) {
-            report.add(tableFile, "cabecera", "falta el .MDX con los tags de esta tabla");
-        }
-        if (indexPath) {
-            checkIndex(records, *indexPath, knownTags, result, report, progress);
-        }
+        checkAll(records, indexPath, knownTags, result, report, progress);
         checkJournals(records, indexPath ? locked.get() : nullptr, report);
         checkWhole(records.file(), report);
+        if (!result.findings.empty() && (records.file().isLockedByOthers(openingLock) || !names.leadHere())) {
+            return std::nullopt;
+        }
     } catch (const Error& error) {
         if (error.code() != ErrorCode::BadTable && error.code() != ErrorCode::TooLarge) {
             throw;
@@ -222,6 +235,20 @@ CheckResult checkTable(const std::string& path, const Progress& progress,
         report.add(tableFile, "cabecera", error.what());
     }
     return result;
+}
+
+} // namespace
+
+CheckResult checkTable(const std::string& path, const Progress& progress,
+                       const std::vector<TagDefinition>& knownTags) {
+    // The index and the journal of a link lie beside the table that it leads to.
+    const std::string tableFile = std::filesystem::is_symlink(path) ? diskFolders().realPath(path) : path;
+    const LockWaits waits;
+    while (true) {
+        if (std::optional<CheckResult> result = tryCheck(tableFile, progress, knownTags)) {
+            return *std::move(result);
+        }
+    }
 }
 
 } // namespace dbase

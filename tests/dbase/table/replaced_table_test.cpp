@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <utility>
 
+#include "dbase/lock/locks.h"
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/error.h"
 #include "dbase/table/bulk_loader.h"
@@ -192,6 +194,40 @@ TEST_F(ReplacedTableTest, ALinkThatLeadsNowhereIsNotOverwritten) {
         EXPECT_EQ(error.file(), link);
     }
     EXPECT_TRUE(fs::is_symlink(link));
+}
+
+// --- Checks
+
+TEST_F(ReplacedTableTest, ACheckBeginsAgainWhenItsTableIsReplacedMeanwhile) {
+    {
+        BulkLoader loader(path(), BulkLoader::Mode::Append);
+        const Bytes one = makeRecord(loader.schema(), {"28079"});
+        for (int i = 0; i < 65536; ++i) { // enough for a check to report its progress
+            loader.add(one);
+        }
+        loader.finish();
+    }
+    bool isReplaced = false;
+    const CheckResult result = checkTable(path(), [&](std::uint64_t, std::uint64_t) {
+        if (!std::exchange(isReplaced, true)) {
+            BulkLoader(path(), BulkLoader::Mode::Replace).finish();
+        }
+    });
+    EXPECT_TRUE(isReplaced);
+    EXPECT_EQ(findingsOf(result), "");
+    EXPECT_EQ(result.records, 0U);
+}
+
+// Its index bears the in-update mark then.
+TEST_F(ReplacedTableTest, ACheckDoesNotJudgeATableThatIsJustBeingReplaced) {
+    const auto replacer = openFile(path(), OpenMode::ReadWrite);
+    ASSERT_TRUE(replacer->tryLock(openingLock, LockKind::Exclusive));
+    const auto patience = lockPatience();
+    setLockPatience(std::chrono::milliseconds(20));
+    const Error error = errorOf([&] { static_cast<void>(checkTable(path())); });
+    setLockPatience(patience);
+    EXPECT_EQ(error.code(), ErrorCode::LockTimeout);
+    EXPECT_EQ(error.file(), path());
 }
 
 } // namespace
