@@ -171,7 +171,10 @@ std::vector<std::vector<char>> rowsMissingFrom(const TableFile& records, std::ve
             }
         }
     }
-    std::erase_if(rows, [&](const std::vector<char>& row) { return !missing.contains(keyOf(row)); });
+    std::set<std::vector<char>> seen;
+    std::erase_if(rows, [&](const std::vector<char>& row) {
+        return !missing.contains(keyOf(row)) || !seen.insert(row).second;
+    });
     return rows;
 }
 

@@ -35,7 +35,7 @@ void redoUnfinished(TableFile& records, Journal& journal, const UpdateStamp& lef
 /// that all others keep their numbers.
 void fillHoles(TableFile& records, RecordNumber known);
 
-/// Those of the rows that no live record equals in a column, in their order.
+/// Those of the rows that no live record equals in a column, each once and in their order.
 [[nodiscard]] std::vector<std::vector<char>>
 rowsMissingFrom(const TableFile& records, std::vector<std::vector<char>> rows, const Column& column);
 

@@ -130,6 +130,7 @@ void Recovery::addDisplaced(std::vector<std::vector<char>> rows) {
     if (rows.empty()) {
         return;
     }
+    records_.file().sync(); // or rows after the end, which were cut off, could come back in their place
     const RecordNumber first = records_.recordCount() + 1;
     RecordRun run{first, static_cast<RecordNumber>(rows.size()), {}, {}};
     for (const std::vector<char>& row : rows) {
