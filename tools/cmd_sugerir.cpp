@@ -10,8 +10,10 @@
 
 #include "dbase/dbf/codepage.h"
 #include "dbase/system/databases.h"
+#include "dbase/system/quoted.h"
 #include "loading/counted.h"
 #include "loading/csv.h"
+#include "loading/utf8.h"
 #include "suggest/Letters.h"
 #include "suggest/Suggestions.h"
 #include "tools/commands.h"
@@ -138,9 +140,15 @@ public:
         for (std::size_t i = 0; i < count_; ++i) {
             const std::string name = ambrel::suggest::foldLetters(ansi(std::string(csv.fields()[i].text)));
             for (std::size_t column = 0; column < names_.size(); ++column) {
-                if (name == names_[column]) {
-                    places_[column] = i;
+                if (name != names_[column]) {
+                    continue;
                 }
+                if (places_[column]) {
+                    throw loading::CsvError(csv.name(), csv.line(), 1,
+                                            "la columna " + dbase::inQuotes(csv.fields()[i].text) +
+                                                " está repetida");
+                }
+                places_[column] = i;
             }
         }
         if (!places_[0]) {
@@ -156,7 +164,15 @@ public:
                                         " y la primera " + std::to_string(count_));
         }
         const auto value = [&](std::size_t column) {
-            return places_[column] ? std::string(csv.fields()[*places_[column]].text) : std::string();
+            if (!places_[column]) {
+                return std::string();
+            }
+            const loading::CsvField& field = csv.fields()[*places_[column]];
+            if (!loading::isUtf8(field.text)) {
+                throw loading::CsvError(csv.name(), field.line, 1,
+                                        dbase::inQuotes(field.text) + " no está en UTF-8");
+            }
+            return std::string(field.text);
         };
         return {value(0), value(1), value(2), value(3)};
     }

@@ -148,10 +148,12 @@ void defineSuggest(CLI::App& app, Command& chosen) {
     requireText(command, "DIR", options->folder, folderHelp);
     CLI::Option* municipality = offerText(command, "--municipio", options->municipality, "M",
                                           "Municipio o localidad, como se escriba; o un código INE o postal");
-    offerText(command, "--provincia", options->province, "P",
-              "Sólo de esta provincia: su código o su nombre");
-    offerText(command, "--via", options->street, "V", "Vía; si no se da, sólo se sugieren municipios");
-    offerText(command, "--tipo", options->type, "T", "Tipo de la vía: su código o su nombre");
+    offerText(command, "--provincia", options->province, "P", "Sólo de esta provincia: su código o su nombre")
+        ->needs(municipality);
+    CLI::Option* street =
+        offerText(command, "--via", options->street, "V", "Vía; si no se da, sólo se sugieren municipios")
+            ->needs(municipality);
+    offerText(command, "--tipo", options->type, "T", "Tipo de la vía: su código o su nombre")->needs(street);
     command.add_option("--max", options->most, "No más de N sugerencias; si no se da, 5")
         ->type_name("N")
         ->check(isCount);

@@ -19,6 +19,7 @@ void speakSpanish(CLI::App& app) {
     formatter->label("SUBCOMMAND", "ORDEN");
     formatter->label("REQUIRED", "(obligatorio)");
     formatter->label("Needs", "con");
+    formatter->label("Excludes", "sin");
     app.formatter(formatter);
     app.option_defaults()->group(optionGroup);
     addHelpOption(app);

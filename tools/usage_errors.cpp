@@ -79,6 +79,9 @@ std::string describe(const CLI::ParseError& error, const CLI::App& app) {
     if (kind == "RequiresError") {
         return before(text, " requires ") + " necesita " + after(text, " requires ");
     }
+    if (kind == "ExcludesError") {
+        return before(text, " excludes ") + " no se da junto con " + after(text, " excludes ");
+    }
     return "orden no comprendida: " + text;
 }
 

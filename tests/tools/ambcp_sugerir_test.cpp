@@ -122,10 +122,36 @@ TEST_F(AmbcpSugerir, BrokenFilesOfQueriesAreRefused) {
     EXPECT_EQ(suggest({"--lote", "falta.csv"}).exitCode, 2);
 }
 
+TEST_F(AmbcpSugerir, AFileOfQueriesThatIsNotInUtf8IsRefused) {
+    folder.write("hoja.csv", "municipio,via\nmadrid,gran via\nmadrid,constituci\xf3n\n");
+    const Outcome run = suggest({"--lote", "hoja.csv"});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_NE(run.errors.find("hoja.csv: línea 3"), std::string::npos) << run.errors;
+    EXPECT_NE(run.errors.find("no está en UTF-8"), std::string::npos) << run.errors;
+}
+
+TEST_F(AmbcpSugerir, AColumnOfQueriesThatIsThereTwiceIsRefused) {
+    folder.write("dos.csv", "municipio,Vía,VIA\nmadrid,gran via,velazquez\n");
+    const Outcome run = suggest({"--lote", "dos.csv"});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_NE(run.errors.find("la columna «VIA» está repetida"), std::string::npos) << run.errors;
+}
+
 TEST_F(AmbcpSugerir, MunicipalityOrFileIsRequiredAndNotBoth) {
     EXPECT_NE(refused({"sugerir", "."}).find("--municipio"), std::string::npos);
     folder.write("lote.csv", "municipio\nmadrid\n");
-    static_cast<void>(refused({"sugerir", ".", "--municipio", "madrid", "--lote", "lote.csv"}));
+    const std::string errors = refused({"sugerir", ".", "--municipio", "madrid", "--lote", "lote.csv"});
+    EXPECT_NE(errors.find("--municipio no se da junto con --lote"), std::string::npos) << errors;
+}
+
+TEST_F(AmbcpSugerir, AnOptionThatWouldNotCountIsRefused) {
+    folder.write("lote.csv", "municipio\nmadrid\n");
+    for (const std::string option : {"--provincia", "--via"}) {
+        const std::string errors = refused({"sugerir", ".", "--lote", "lote.csv", option, "28"});
+        EXPECT_NE(errors.find(option + " necesita --municipio"), std::string::npos) << errors;
+    }
+    const std::string errors = refused({"sugerir", ".", "--municipio", "madrid", "--tipo", "CL"});
+    EXPECT_NE(errors.find("--tipo necesita --via"), std::string::npos) << errors;
 }
 
 TEST_F(AmbcpSugerir, MissingTablesAreAFailure) {

@@ -28,8 +28,8 @@ TEST_F(AmbcpUsage, HelpOfEachCommandHasNoEnglishWord) {
                                       "comprobar", "reindexar", "compactar", "candados"}) {
         const std::string help = done({command, "--help"});
         EXPECT_NE(help.find("DIR"), std::string::npos);
-        for (const std::string word :
-             {"Usage", "Options", "OPTIONS", "Positionals", "REQUIRED", "TEXT", "Needs", "UINT"}) {
+        for (const std::string word : {"Usage", "Options", "OPTIONS", "Positionals", "REQUIRED", "TEXT",
+                                       "Needs", "Excludes", "UINT"}) {
             EXPECT_EQ(help.find(word), std::string::npos) << command << ": " << word;
         }
     }
