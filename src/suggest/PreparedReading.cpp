@@ -64,7 +64,9 @@ PreparedReading PreparedReadings::prepare(const std::vector<NameWord>& words,
             prepared.smallWords.push_back(smallWordBits(words[i].literal));
         }
     }
-    prepared.isPlain = reading.last - reading.first == 1;
+    // A short form, such as MA for MARIA, may as well be the beginning of another word.
+    prepared.isPlain = reading.last - reading.first == 1 &&
+                       prepared.words.front()->word().text == words[reading.first].literal;
     prepared.joined = joined(words, reading.first, reading.last);
     prepared.joinedSlips = SlipCount(prepared.joined);
     prepared.pairs = pairBits(prepared.joined);

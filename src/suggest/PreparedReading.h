@@ -12,7 +12,7 @@ namespace ambrel::suggest {
 struct PreparedReading {
     std::uint16_t number = 0;               // of the reading
     std::vector<const ComparedWord*> words; // that count, and the last one if it is small
-    bool isPlain = false;                   // one word, and no small ones
+    bool isPlain = false;                   // one word as it was typed, and no small ones
     bool endsSmall = false;                 // the last of them is a small word
     std::vector<std::uint8_t> smallWords;   // bits of the other small words
     std::string joined;
