@@ -2,6 +2,7 @@
 #include "suggest/Folding.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 
 #include "suggest/Letters.h"
@@ -90,6 +91,16 @@ std::pair<std::size_t, TypeSet> typeAt(const std::vector<NameWord>& words, std::
 
 bool isNumberWord(std::string_view literal) {
     return literal == "N" || literal == "NO" || literal == "NUM" || literal == "NUMERO" || literal == "NRO";
+}
+
+/// Whether a word says that the number after it is not that of the house: the two stay together, and no
+/// look-up takes the number for one.
+bool numbersSomethingElse(std::string_view literal) {
+    static constexpr std::array<std::string_view, 22> words{
+        "APARTAMENTO", "APTO",  "BAJO",   "BLOQUE", "BLQ",  "ESC",       "ESCALERA", "KILOMETRO",
+        "KM",          "LOCAL", "LOTE",   "MODULO", "NAVE", "PARCELA",   "PISO",     "PLANTA",
+        "PORTAL",      "PTA",   "PUERTA", "PTAL",   "QM",   "QUILOMETRE"};
+    return std::ranges::find(words, literal) != words.end();
 }
 
 /// Whether a word can be a house number: up to four digits, perhaps with a letter.
@@ -198,8 +209,10 @@ TypedStreet readStreet(std::string_view typed) {
     for (std::size_t i = 1; i < last; ++i) {
         const bool isWithout = words[i].literal == "S" && i + 1 < last && words[i + 1].literal == "N";
         if (isHouseNumber(words[i].literal) || words[i].literal == "SN" || isWithout) {
-            const std::size_t end = i >= 2 && isNumberWord(words[i - 1].literal) ? i - 1 : i;
-            std::string rest(typed.substr(words[i].begin));
+            const std::string& before = words[i - 1].literal;
+            const bool isOthers = i >= 2 && numbersSomethingElse(before);
+            const std::size_t end = isOthers || (i >= 2 && isNumberWord(before)) ? i - 1 : i;
+            std::string rest(typed.substr(words[isOthers ? i - 1 : i].begin));
             rest.erase(rest.find_last_not_of(" \t") + 1);
             add(end, 0, rest);
         }

@@ -130,5 +130,11 @@ TEST(TypedStreet, NumberMayFollowTheStreet) {
     EXPECT_EQ(readings("Mayor s/n"), (std::vector<std::string>{"MAYOR S N", "MAYOR|s/n"}));
 }
 
+TEST(TypedStreet, ANumberThatIsNotThatOfTheHouseStaysWithItsWord) {
+    EXPECT_EQ(readings("Mayor km 5").back(), "MAYOR|km 5");
+    EXPECT_EQ(readings("Mayor, piso 3 B").back(), "MAYOR|piso 3 B");
+    EXPECT_EQ(readings("Mayor 12, piso 3")[1], "MAYOR|12, piso 3");
+}
+
 } // namespace
 } // namespace ambrel::suggest
