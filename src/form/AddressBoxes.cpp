@@ -59,6 +59,7 @@ struct AddressBoxes::Events {
     std::vector<QPointer<QLineEdit>> boxes;
     std::vector<QPointer<QObject>> helpers;
     QPointer<KeyUpEvents> municipalityKeys, streetKeys;
+    std::vector<QPointer<SuggestionList>> lists; // among the helpers
 
     Events() = default;
     Events(const Events&) = delete;
@@ -139,12 +140,14 @@ void AddressBoxes::fasten(QLineEdit& edit, Box box, bool completes) {
 }
 
 void AddressBoxes::suggest(QLineEdit& edit, Box box) {
-    events_->helpers.emplace_back(new SuggestionList(
+    auto* list = new SuggestionList(
         &edit,
         [this, box](const QString& text, SuggestionList::Occasion occasion) {
             return suggestions_->rows(box, text, occasion);
         },
-        [this, box](const SuggestionRow& row) { suggestions_->take(box, row); }));
+        [this, box](const SuggestionRow& row) { suggestions_->take(box, row); });
+    events_->helpers.emplace_back(list);
+    events_->lists.emplace_back(list);
 }
 
 void AddressBoxes::setSuggestions(std::shared_ptr<Suggestions> suggestions) {
@@ -173,7 +176,7 @@ void AddressBoxes::setListButtons(const ListButtons& buttons) {
 
 void AddressBoxes::setRecord(RecordBinding& record) {
     validation_->setRecord(&record);
-    connect(&record, &RecordBinding::rowShown, this, guarded([this] { validation_->takeStored(); }));
+    connect(&record, &RecordBinding::rowShown, this, &AddressBoxes::takeStored);
     connect(&record, &QObject::destroyed, this, [this] { validation_->setRecord(nullptr); });
 }
 
@@ -192,6 +195,11 @@ void AddressBoxes::settle() {
 }
 
 void AddressBoxes::takeStored() {
+    for (const auto& list : events_->lists) {
+        if (list) {
+            list->close(); // it suggests for the address that was there before
+        }
+    }
     runGuarded([this] { validation_->takeStored(); });
 }
 

@@ -18,9 +18,12 @@ void AddressValidation::replace(Box box, const QString& text) {
     if (!edit || edit->text() == text) {
         return;
     }
-    const QScopedValueRollback writing(isWriting_, true);
-    replaceText(*edit, text);
-    seen_[index(box)] = edit->text();
+    {
+        const QScopedValueRollback writing(isWriting_, true);
+        replaceText(*edit, text);
+        seen_[index(box)] = edit->text();
+    }
+    write(box, text); // a validator may refuse as an edit what a program may show
 }
 
 void AddressValidation::take(const SuggestedMunicipality& chosen) {
@@ -54,6 +57,10 @@ void AddressValidation::take(const SuggestedStreet& chosen) {
     }
     if (ineCode() != municipality->ineCode) {
         adopt(*municipality, municipality->name);
+        if (!municipality_) { // deleted meanwhile
+            refreshStates();
+            return endUnchangedEdit();
+        }
         showAdopted();
     }
     controller_.OrdenaPorViaPostal();

@@ -332,6 +332,7 @@ void AddressValidation::takeStored() {
     isChanged_.fill(false);
     noteTexts();
     isProvinceTyped_ = isCodeTyped_ = isNameShared_ = isTypeKnown_ = false;
+    movedNumber_.reset();
     municipality_.reset();
     streetMunicipality_.clear();
     setTag(*boxes_.municipality, 0);

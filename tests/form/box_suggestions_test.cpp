@@ -1,4 +1,5 @@
 // Suggestions under the boxes of an address: what was typed is not what the tables hold.
+#include <QIntValidator>
 #include <QListView>
 #include <QTest>
 
@@ -174,6 +175,54 @@ TEST_F(BoxSuggestions, UndoLeavesANumberAloneThatTheUserHasChangedSince) {
     ASSERT_EQ(text(Box::Street), "STA. TERESA 5");
     EXPECT_EQ(text(Box::Number), "7");
     press(Qt::Key_Escape);
+}
+
+TEST_F(BoxSuggestions, AnotherStoredAddressWithTheSameStreetClosesTheList) {
+    open();
+    fill(Box::Municipality, "mad");
+    write(Box::Street, "garn via");
+    ASSERT_TRUE(listCame());
+    boxes.municipality->setText("HARO");
+    boxes.province->setText("RIOJA, LA");
+    address->takeStored();
+    EXPECT_FALSE(shownList()) << "its rows are streets of Madrid";
+    press(Qt::Key_Return);
+    EXPECT_EQ(text(Box::Municipality), "HARO");
+    EXPECT_EQ(text(Box::Street), "GARN VIA");
+}
+
+TEST_F(BoxSuggestions, UndoLeavesTheNumberOfAnotherStoredAddressAlone) {
+    open();
+    fill(Box::Municipality, "mad");
+    fill(Box::Number, "40");
+    choose(Box::Street, "sta. teresa 5");
+    ASSERT_EQ(text(Box::Number), "5");
+    address->takeStored(); // an address with the same number
+    write(Box::Street, "sta. teresa 5");
+    EXPECT_EQ(text(Box::Number), "5") << "40 was that of the address before";
+    press(Qt::Key_Escape);
+}
+
+TEST_F(BoxSuggestions, ANumberGoesWholeIntoABoxWithAValidator) {
+    boxes.number->setValidator(new QIntValidator(boxes.number));
+    open();
+    fill(Box::Municipality, "mad");
+    choose(Box::Street, "Sta. Teresa 15 bis");
+    EXPECT_EQ(text(Box::Number), "15 BIS");
+    EXPECT_EQ(text(Box::PostalCode), "28014");
+}
+
+TEST_F(BoxSuggestions, WhatIsNotTheNumberOfTheHouseIsNotTakenForIt) {
+    open();
+    fill(Box::Municipality, "mad");
+    for (const auto& [typed, number] :
+         {std::pair("Sta. Teresa km 15", "KM 15"), std::pair("sta teresa piso 3", "PISO 3")}) {
+        choose(Box::Street, typed);
+        EXPECT_EQ(text(Box::Street), "SANTA TERESA");
+        EXPECT_EQ(text(Box::Number), number);
+        EXPECT_EQ(state(Box::Number), State::NotValidated) << number;
+        EXPECT_EQ(state(Box::PostalCode), State::NotValidated) << number;
+    }
 }
 
 TEST_F(BoxSuggestions, AStreetThatNobodyHasIsInsertedWithTheListOpen) {
