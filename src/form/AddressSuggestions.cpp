@@ -56,8 +56,7 @@ bool AddressSuggestions::isSettled(Box box, const QString& text) const {
 
 std::optional<AddressSuggestions::Rows> AddressSuggestions::rows(Box box, const QString& text,
                                                                  Occasion occasion) {
-    const auto typed = toWindows1252(text);
-    if (!typed || (occasion == Occasion::Typed && isSettled(box, text))) {
+    if (occasion == Occasion::Typed && isSettled(box, text)) {
         return Rows();
     }
     if (isOwn_ && !suggestions_) {
@@ -67,7 +66,8 @@ std::optional<AddressSuggestions::Rows> AddressSuggestions::rows(Box box, const 
         return Rows();
     }
     try {
-        return box == Box::Municipality ? municipalities(*typed) : streets(*typed);
+        const std::string typed = toNearestWindows1252(text); // a pasted text may have other letters
+        return box == Box::Municipality ? municipalities(typed) : streets(typed);
     } catch (const dbase::Error&) {
         if (occasion == Occasion::Asked) {
             throw;

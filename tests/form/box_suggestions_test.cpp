@@ -225,6 +225,20 @@ TEST_F(BoxSuggestions, WhatIsNotTheNumberOfTheHouseIsNotTakenForIt) {
     }
 }
 
+TEST_F(BoxSuggestions, APastedTextMayHaveLettersThatTheTablesLack) {
+    open();
+    fill(Box::Municipality, "mad");
+    for (const QString& pasted : {QString("GRAN VI") + QChar(0x0131), QString("ALCALA") + QChar(0x0301)}) {
+        enter(Box::Street);
+        box(Box::Street).selectAll();
+        box(Box::Street).insert(pasted);
+        press(Qt::Key_Down);
+        EXPECT_TRUE(listCame()) << pasted.toStdString();
+        press(Qt::Key_Return);
+        EXPECT_EQ(state(Box::Street), State::Validated) << pasted.toStdString();
+    }
+}
+
 TEST_F(BoxSuggestions, AStreetThatNobodyHasIsInsertedWithTheListOpen) {
     open();
     fill(Box::Municipality, "mad");
