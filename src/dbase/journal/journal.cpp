@@ -5,6 +5,7 @@
 #include <cstring>
 #include <random>
 
+#include "dbase/journal/largest_journal.h"
 #include "dbase/lock/locks.h"
 #include "dbase/system/bytes.h"
 #include "dbase/system/error.h"
@@ -31,7 +32,6 @@ constexpr std::size_t runHead = 12; // first, rows, whether there are images bef
 
 // Allocated on the disk at once, so that a sync has no growth to record; holds some thousand changes.
 constexpr std::uint64_t capacity = std::uint64_t{256} << 10;
-constexpr std::uint64_t largestJournal = std::uint64_t{64} << 20; // the most that is read of any file
 
 // Works on eight bytes at a time; detects chance and half-written blocks, not malice.
 std::uint64_t checksum(std::span<const char> bytes) {

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "dbase/journal/journal_trust.h"
+#include "dbase/journal/largest_journal.h"
 #include "dbase/system/error.h"
 #include "dbase/system/paths.h"
 
@@ -120,10 +121,19 @@ private:
         if (!from || !copy) {
             throw Error(ErrorCode::AccessDenied, path_, "no se puede apartar");
         }
-        std::vector<char> bytes(static_cast<std::size_t>(from->size()));
-        from->read(0, bytes);
-        copy->write(0, bytes);
-        copy->sync();
+        try {
+            const std::uint64_t size = std::min(from->size(), largestJournal);
+            std::vector<char> piece(std::size_t{64} << 10);
+            for (std::uint64_t at = 0; at < size; at += piece.size()) {
+                piece.resize(static_cast<std::size_t>(std::min<std::uint64_t>(piece.size(), size - at)));
+                from->read(at, piece);
+                copy->write(at, piece);
+            }
+            copy->sync();
+        } catch (...) {
+            folders_.remove(path);
+            throw;
+        }
     }
 
     Folders& folders_;

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "dbase/journal/journal_trust.h"
 #include "shared_folder_fixture.h"
@@ -249,6 +250,19 @@ TEST_F(SharedFolderTest, AJournalThatMayNotBeWrittenIsReplacedByWhoIsAlone) {
         EXPECT_FALSE(diskFolders().exists(journal_));
     }
     EXPECT_EQ(seen(ana), "PRIMERA DE_ANA DE_LUIS DE_ANA DE_LUIS writable");
+}
+
+// Where only its owner may rename it, it is copied: as much of it as would ever be read.
+TEST_F(SharedFolderTest, AnEndlessJournalThatDoesNotBelongIsSetAsideAllTheSame) {
+    share(ana.id, staff, 0660, 01770);
+    const Bytes records = readFile(table_), index = readFile(index_);
+    ASSERT_EQ(post(luis, "SEGUNDA", Ending::Dies), "stored");
+    std::filesystem::resize_file(journal_, std::uintmax_t{1} << 40);
+    writeFile(table_, records);
+    writeFile(index_, index);
+    EXPECT_EQ(seen(ana), "PRIMERA writable");
+    EXPECT_EQ(std::filesystem::file_size(journal_), 0U);
+    EXPECT_EQ(std::filesystem::file_size(journal_ + ".apartado"), std::uintmax_t{64} << 20);
 }
 
 TEST_F(SharedFolderTest, AJournalThatMayNeitherBeWrittenNorRemovedIsTheReasonGiven) {
