@@ -55,7 +55,7 @@ SuggestionList::SuggestionList(QLineEdit* box, Source source, Taker taker)
 }
 
 SuggestionList::~SuggestionList() {
-    if (box_) { // not destroyed together with it
+    if (qobject_cast<QLineEdit*>(parent())) { // a box that is being destroyed is not a QLineEdit any more
         close();
     }
     delete view_;

@@ -83,7 +83,7 @@ private:
     bool openByKey();
     [[nodiscard]] bool isElsewhere(const QObject& watched, const QEvent& event);
 
-    QPointer<QLineEdit> box_;
+    QLineEdit* box_; // owns this list
     Source source_;
     Taker taker_;
     QPointer<SuggestionView> view_; // belongs to the box's window, which may delete it
