@@ -205,7 +205,8 @@ TEST_F(ReplacementRace, StationsThatOpenWhileItIsReplacedSeeOneTableOrTheOther) 
                 while (wrong.empty() && fs::exists(folder_ / "CARRERA.DBF") && !fs::exists(folder_ / "fin")) {
                     wrong = useOnce(path());
                     ++uses;
-                    usleep(static_cast<useconds_t>(200 * (uses % 7)));
+                    // A replacement needs a moment in which no station has the table open.
+                    usleep(static_cast<useconds_t>(1000 * stations * (1 + uses % 7)));
                 }
                 link.send(wrong);
                 return 0;
