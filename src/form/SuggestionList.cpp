@@ -55,7 +55,7 @@ SuggestionList::SuggestionList(QLineEdit* box, Source source, Taker taker)
 }
 
 SuggestionList::~SuggestionList() {
-    if (qobject_cast<QLineEdit*>(parent())) { // a box that is being destroyed is not a QLineEdit any more
+    if (isBoxWhole()) {
         close();
     }
     delete view_;
@@ -65,9 +65,12 @@ bool SuggestionList::isOpen() const { return view_ && view_->isVisible(); }
 
 int SuggestionList::currentRow() const { return isOpen() ? view_->currentRow() : -1; }
 
+/// A box that is being destroyed is not an edit box any more, but still gets events.
+bool SuggestionList::isBoxWhole() const { return qobject_cast<QLineEdit*>(parent()) != nullptr; }
+
 bool SuggestionList::mayOpen() const {
-    return box_->isVisible() && box_->hasFocus() && box_->isEnabled() && !box_->isReadOnly() &&
-           box_->isActiveWindow();
+    return isBoxWhole() && box_->isVisible() && box_->hasFocus() && box_->isEnabled() &&
+           !box_->isReadOnly() && box_->isActiveWindow();
 }
 
 /// The user has changed the text. What was chosen among the rows of the former one no longer is.

@@ -69,6 +69,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    [[nodiscard]] bool isBoxWhole() const;
     [[nodiscard]] bool mayOpen() const;
     void typed();
     void ask(Occasion occasion);
