@@ -147,7 +147,7 @@ TEST_F(ProgramTest, ThePicturesOfTheDocumentsAreTheSameEachTime) {
             EXPECT_EQ(ended.exitCode, 0) << ended.errors.toStdString();
         }
         const auto pictures = picturesIn(QString::fromStdString(folder.path()));
-        EXPECT_EQ(pictures.size(), 11);
+        EXPECT_EQ(pictures.size(), 12);
         if (round > 0) {
             EXPECT_EQ(pictures, before);
         }
