@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 
+#include "AmbrelExport.h"
 #include "dbase/dbf/schema.h"
 #include "dbase/system/file.h"
 
@@ -60,7 +61,7 @@ void setLockClock(std::chrono::nanoseconds (*clock)());
 
 /// One operation: during its lifetime the waits of this thread count together, those before it apart. They
 /// nest; the outermost one counts.
-class LockWaits {
+class AMBREL_EXPORT LockWaits {
 public:
     LockWaits();
     ~LockWaits();
