@@ -40,9 +40,18 @@ void forEachPiece(std::string_view text, char separator, Use use) {
     }
 }
 
+/// A number below 40 in Roman figures.
+std::string romanFigures(std::uint16_t value) {
+    constexpr const char* units[] = {"", "I", "II", "III", "IV", "V", "VI", "VII", "VIII", "IX"};
+    return std::string(value / 10, 'X') + units[value % 10];
+}
+
 } // namespace
 
 WordLists::WordLists(std::string_view text) {
+    for (std::uint16_t value = 2; value < 40; ++value) { // a lone I is a word of Catalan, too
+        words_[romanFigures(value)].number = value;
+    }
     std::string_view section;
     std::size_t number = 0;
     while (!text.empty()) {
@@ -77,7 +86,7 @@ void WordLists::take(std::string_view section, std::string_view line) {
     }
     const std::string_view key = line.substr(0, colon), rest = line.substr(colon + 1);
     if (section == "[types]") {
-        takeType(key, rest);
+        takeType(rest);
         return;
     }
     forEachPiece(rest, ' ', [&](std::string_view word) {
@@ -103,13 +112,12 @@ void WordLists::take(std::string_view section, std::string_view line) {
     });
 }
 
-void WordLists::takeType(std::string_view name, std::string_view rest) {
+void WordLists::takeType(std::string_view rest) {
     const std::size_t bar = rest.find('|');
     if (bar == std::string_view::npos || typeCount_ == 64) {
         throw std::invalid_argument("no codes, or too many types");
     }
     const TypeSet type = TypeSet{1} << typeCount_++;
-    static_cast<void>(name);
     forEachPiece(rest.substr(0, bar), ' ', [&](std::string_view code) { codes_[std::string(code)] |= type; });
     forEachPiece(rest.substr(bar + 1), ' ', [&](std::string_view word) {
         if (const std::size_t blank = word.find('_'); blank != std::string_view::npos) {

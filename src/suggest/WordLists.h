@@ -50,7 +50,7 @@ public:
 
 private:
     void take(std::string_view section, std::string_view line);
-    void takeType(std::string_view name, std::string_view rest);
+    void takeType(std::string_view rest);
 
     TextMap<WordEntry> words_;
     TextMap<TypeSet> pairs_, codes_;

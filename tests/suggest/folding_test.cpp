@@ -71,6 +71,9 @@ TEST(Folding, NumbersAreKnownInWordsAndRomanFigures) {
     EXPECT_EQ(folded("Dos de Mayo"), "DOS=2 MAYO");
     EXPECT_EQ(folded("Alfonso XII"), "ALFONSO XII=12");
     EXPECT_EQ(folded("Felipe V"), "FELIPE V=5");
+    EXPECT_EQ(folded("Juan XXIII"), "JUAN XXIII=23");
+    EXPECT_EQ(folded("Alfonso X"), "ALFONSO X=10");
+    EXPECT_EQ(folded("Carlos XXXIX"), "CARLOS XXXIX=39");
     EXPECT_EQ(folded("1º de Mayo"), "1 MAYO");
 }
 
