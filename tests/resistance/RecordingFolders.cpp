@@ -103,6 +103,7 @@ std::vector<std::string> RecordingFolders::namesIn(const std::string& folder) co
 }
 
 std::unique_ptr<File> RecordingFolders::open(const std::string& path, OpenMode mode) {
+    onOpening(path);
     if (!exists(path)) {
         if (mode != OpenMode::Create) {
             throw Error(ErrorCode::NotFound, path, "no existe");

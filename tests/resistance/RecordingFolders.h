@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -61,6 +62,9 @@ public:
     [[nodiscard]] std::unique_ptr<File> createCompanion(const std::string& path,
                                                         const std::string& model) override;
     [[nodiscard]] bool isStillThere(const File& file) const override;
+
+    /// Is called before a file is opened, and may throw.
+    std::function<void(const std::string& path)> onOpening = [](const std::string&) {};
 
     /// Forgets all events so far: everything is on the disk.
     void startLog() { log_->clear(); }

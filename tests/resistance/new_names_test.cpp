@@ -61,6 +61,16 @@ protected:
         fill(tableFile, indexFile, 1, 5);
     }
 
+    /// Leaves a journal with a row that is not in the table yet.
+    void leaveJournal() {
+        TableFile records(folders_.open(tableFile, OpenMode::ReadWrite));
+        const auto index = folders_.open(indexFile, OpenMode::ReadWrite);
+        const Schema& schema = records.schema();
+        Journal journal(journalBeside(tableFile, folders_), schema);
+        Recovery(records, index.get(), &journal).beginJournal();
+        journal.add({1, {{.first = 6, .rows = 1, .before = {}, .after = scriptedRow(schema, 6)}}}, true);
+    }
+
     /// Replaces the table by one with the same columns and this many other rows.
     void replace(int rows) {
         TableReplacement files(tableFile, folders_);
@@ -226,14 +236,7 @@ TEST_F(NewNames, AReplacementByOtherColumnsThatIsCutLeavesTheOldTableOrTheNewOne
 /// The old table's journal must not be applied to the new one, which has as many rows and as long ones.
 TEST_F(NewNames, AReplacementOfATableWithAJournalLeavesNoneOfItsRowsInTheNewOne) {
     makeOldTable();
-    {
-        TableFile records(folders_.open(tableFile, OpenMode::ReadWrite));
-        const auto index = folders_.open(indexFile, OpenMode::ReadWrite);
-        const Schema& schema = records.schema();
-        Journal journal(journalBeside(tableFile, folders_), schema);
-        Recovery(records, index.get(), &journal).beginJournal();
-        journal.add({1, {{.first = 6, .rows = 1, .before = {}, .after = scriptedRow(schema, 6)}}}, true);
-    }
+    leaveJournal();
     const Rows old = *openAfterStop(folders_.image()).rows;
     ASSERT_EQ(old.size(), 6U) << "the row of the journal comes to the old table";
     const auto all = stopEverywhere([&] { replace(5); });
@@ -301,6 +304,45 @@ TEST_F(NewNames, ACompactionThatIsCutLeavesTheOldTableOrTheCompactedOne) {
     expectOldThenNew(all, old, *all.back().rows);
     EXPECT_TRUE(std::ranges::all_of(all, [](const Found& found) { return found.rows.has_value(); }))
         << "one of the two is always there";
+}
+
+TEST_F(NewNames, ACompactionThatCannotOpenAFileOnceLosesNoRowOfTheJournal) {
+    const auto makeTableWithJournal = [&] {
+        setBootIdentity("the first start");
+        folders_.onOpening = [](const std::string&) {};
+        for (const auto& [path, file] : folders_.image().names) {
+            folders_.remove(path);
+        }
+        makeOldTable();
+        eraseEveryOther();
+        leaveJournal();
+    };
+    makeTableWithJournal();
+    const Rows old = *openAfterStop(folders_.image()).rows;
+    const auto compactFailingAt = [&](int fault) {
+        makeTableWithJournal();
+        setBootIdentity("the second start");
+        int openings = 0;
+        folders_.onOpening = [&](const std::string& path) {
+            if (++openings == fault) {
+                throw Error(ErrorCode::Io, path, "el disco no responde");
+            }
+        };
+        bool isCompacted = true;
+        try {
+            compactTable(tableFile, folders_);
+        } catch (const Error&) {
+            isCompacted = false;
+        }
+        return std::pair(isCompacted, openings);
+    };
+    const int openings = compactFailingAt(0).second;
+    const Rows compacted = *openAfterStop(folders_.image()).rows;
+    ASSERT_EQ(compacted.size(), 3U) << "two of the old rows, and that of the journal";
+    for (int fault = 1; fault <= openings; ++fault) {
+        const bool isCompacted = compactFailingAt(fault).first;
+        EXPECT_EQ(*openAfterStop(folders_.image()).rows, isCompacted ? compacted : old) << fault;
+    }
 }
 
 TEST_F(NewNames, ADiskThatLosesWhatWasNotSyncedLeavesTheOldTableOrTheCompactedOne) {
