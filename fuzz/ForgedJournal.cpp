@@ -5,6 +5,7 @@
 
 #include "dbase/dbf/table_header.h"
 #include "dbase/journal/journal.h"
+#include "dbase/mdx/index_layout.h"
 
 namespace trial {
 
@@ -53,11 +54,14 @@ Bytes Input::bytes(std::size_t count) {
     return {data_ - taken, data_};
 }
 
-void forge(std::optional<Bytes>& journal, const TableBytes& table, Input& input) {
+void forge(std::optional<Bytes>& journal, TableBytes& table, Input& input) {
     dbase::HeaderCounts counts;
     const dbase::Schema schema = dbase::decodeHeader(table.records, counts, "T.DBF");
     dbase::Journal forged(placeOf(journal), schema);
     forged.begin({});
+    constexpr std::size_t session = 24;
+    std::copy_n(journal->begin() + session, 8,
+                table.index.begin() + dbase::mdx::stamp + dbase::mdx::stampSession);
     while (!input.isEmpty()) {
         const JournalEntry entry = forgedEntry(input, schema.recordLength);
         forged.add(entry, input.number(1) & 1);

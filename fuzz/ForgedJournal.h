@@ -22,7 +22,7 @@ private:
 };
 
 /// Writes a journal for the table from the rest of the input: entries whose rows, numbers and images need not
-/// match.
-void forge(std::optional<Bytes>& journal, const TableBytes& table, Input& input);
+/// match. The index names the journal's session, so that it is the table's own and is redone.
+void forge(std::optional<Bytes>& journal, TableBytes& table, Input& input);
 
 } // namespace trial

@@ -7,7 +7,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size == 0) {
         return 0;
     }
-    static const trial::TableBytes table = trial::soundTable(5);
+    static const trial::TableBytes sound = trial::soundTable(5);
+    trial::TableBytes table = sound;
     dbase::setBootIdentity(trial::thisStart);
     std::optional<trial::Bytes> journal;
     trial::Input input(data + 1, size - 1);
