@@ -75,10 +75,16 @@ Recovery Table::recovery() {
     return {records_, index_ ? &index_->file() : nullptr, journal_ ? &*journal_ : nullptr};
 }
 
-// The column by which users know a record.
+// The column by which users know a record: that of the first tag of whole columns, or else the first one.
 const Column& Table::keyColumn() const {
-    const bool hasKey = index_ && !index_->tags().empty() && index_->tags().front().isUnderstood();
-    return schema().columns[hasKey ? index_->tags().front().key->segments().front().column : 0];
+    if (index_) {
+        for (const Tag& tag : index_->tags()) {
+            if (tag.isUnderstood() && !tag.key->segments().empty()) {
+                return schema().columns[tag.key->segments().front().column];
+            }
+        }
+    }
+    return schema().columns.front();
 }
 
 void Table::recoverLocked(Health found) {

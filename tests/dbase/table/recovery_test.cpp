@@ -6,6 +6,7 @@
 
 #include <unistd.h>
 
+#include "dbase/journal/journal_place.h"
 #include "dbase/lock/locks.h"
 #include "dbase/mdx/index_layout.h"
 #include "dbase/support/ChildProcess.h"
@@ -279,6 +280,25 @@ TEST_F(UncountableTags, RowsOfAnotherProgramLeadToARebuild) {
     const auto table = stored_.open();
     EXPECT_EQ(order(*table, "PARES").size(), 101U);
     EXPECT_EQ(stored_.findings(), "");
+}
+
+/// The first tag of a host's own table may compute its keys.
+class ComputedKeys : public RecoveryTest {
+protected:
+    ComputedKeys()
+        : RecoveryTest(
+              {{.name = "MAYUS", .expression = "UPPER(NOMBRE)"}, {.name = "NOMBRE", .expression = "NOMBRE"}}),
+          thisStart_(bootIdentity()) {}
+    ~ComputedKeys() override { setBootIdentity(thisStart_); }
+
+private:
+    std::string thisStart_;
+};
+
+TEST_F(ComputedKeys, TheJournalOfAStoppedMachineIsRecovered) {
+    leaveJournal();
+    setBootIdentity("another start");
+    expectSound(100);
 }
 
 /// A process that dies at each of its writes in turn.
