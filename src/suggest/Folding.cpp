@@ -103,10 +103,11 @@ bool numbersSomethingElse(std::string_view literal) {
     return std::ranges::find(words, literal) != words.end();
 }
 
-/// Whether a word can be a house number: up to four digits, perhaps with a letter.
+/// Whether a word can be a house number: digits, perhaps with a letter. One too long for that is a number
+/// behind the street as well, and must not be lost with the words that no name has.
 bool isHouseNumber(const std::string& literal) {
     const std::size_t digits = std::min(literal.find_first_not_of("0123456789"), literal.size());
-    return digits >= 1 && digits <= 4 && literal.size() - digits <= 1;
+    return digits >= 1 && literal.size() - digits <= 1;
 }
 
 /// "Coruña, A" and "BREÑA (LA)" as they are spoken.

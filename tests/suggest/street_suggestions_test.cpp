@@ -106,6 +106,7 @@ TEST_F(StreetSuggestions, NumberAfterTheStreetIsKept) {
     EXPECT_EQ(found.front().name, "SANTA TERESA");
     EXPECT_EQ(found.front().number, "5");
     EXPECT_EQ(suggest("2 de mayo").front().number, "");
+    EXPECT_EQ(suggest("velazquez 28001").front().number, "28001") << "never dropped";
     EXPECT_EQ(suggest("velazquez 12 bis, 3 B").front().number, "12 bis, 3 B");
 }
 
