@@ -31,10 +31,12 @@ void AddressValidation::take(const SuggestedMunicipality& chosen) {
         return; // the boxes show the row that another user holds
     }
     if (const auto municipality = directory_.municipality(chosen.ineCode)) {
+        beginStep(Box::Municipality);
         adopt(*municipality, chosen.isLocality ? chosen.found : chosen.name);
         if (municipality_) {
             replace(Box::Municipality, fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view()));
-            return takeMunicipality();
+            takeMunicipality();
+            return endStep(Box::Municipality);
         }
     }
     endUnchangedEdit(); // another user has deleted it since it was shown
@@ -55,6 +57,7 @@ void AddressValidation::take(const SuggestedStreet& chosen) {
     if (stretch == stretches.end()) {
         return endUnchangedEdit(); // another user has deleted it since it was shown
     }
+    beginStep(Box::Street);
     if (ineCode() != municipality->ineCode) {
         adopt(*municipality, municipality->name);
         if (!municipality_) { // deleted meanwhile
@@ -65,24 +68,13 @@ void AddressValidation::take(const SuggestedStreet& chosen) {
     }
     controller_.OrdenaPorViaPostal();
     controller_.DM->tbPostal.goTo(dbase::Bookmark(stretch->record));
-    movedNumber_.reset();
     if (const QString number = fromWindows1252(chosen.number); !number.isEmpty() && boxes_.number) {
-        movedNumber_ = MovedNumber{boxes_.street->text(), number, boxes_.number->text()};
         replace(Box::Number, number);
         isChanged_[index(Box::Number)] = false;
     }
     replace(Box::Street, fromWindows1252(chosen.name));
     takeStreet();
-}
-
-/// Undoing the choice of a street brings the number behind it back: it must not stay in its own box as well.
-void AddressValidation::giveBackNumber() {
-    if (movedNumber_ && boxes_.street->text() == movedNumber_->street) {
-        if (boxes_.number->text() == movedNumber_->number) {
-            show(Box::Number, movedNumber_->before);
-        }
-        movedNumber_.reset();
-    }
+    endStep(Box::Street);
 }
 
 } // namespace ambrel

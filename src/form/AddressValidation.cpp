@@ -99,9 +99,7 @@ void AddressValidation::changed(Box box) {
     }
     seen_[index(box)] = boxes_.at(box)->text();
     edited(box);
-    if (box == Box::Street) {
-        giveBackNumber();
-    }
+    followStep(box);
 }
 
 void AddressValidation::edited(Box box) {
@@ -332,7 +330,7 @@ void AddressValidation::takeStored() {
     isChanged_.fill(false);
     noteTexts();
     isProvinceTyped_ = isCodeTyped_ = isNameShared_ = isTypeKnown_ = false;
-    movedNumber_.reset();
+    steps_.fill(std::nullopt);
     municipality_.reset();
     streetMunicipality_.clear();
     setTag(*boxes_.municipality, 0);

@@ -11,6 +11,7 @@
 #include "address/AddressDirectory.h"
 #include "address/StreetCode.h"
 #include "form/AddressBoxes.h"
+#include "form/AddressStep.h"
 
 class TClassCodPostales;
 
@@ -85,7 +86,12 @@ private:
     void tidy(Box box);
     void noteTexts();
     void edited(Box box);
-    void giveBackNumber();
+    // Steps that undo and redo take whole, in AddressStep.cpp.
+    [[nodiscard]] AddressSnapshot snapshot() const;
+    void beginStep(Box box);
+    void endStep(Box box);
+    void followStep(Box box);
+    void restore(Box box, const AddressSnapshot& from, const AddressSnapshot& to);
     void look(Box box);
     bool beginEdit();
     void endUnchangedEdit();
@@ -135,10 +141,7 @@ private:
     bool isNameShared_ = false;            // several municipalities share the name in the box
     std::vector<StreetStretch> stretches_; // of the street, while it is validated
     std::optional<StreetCode> code_;
-    struct MovedNumber {
-        QString street, number, before; // the text it came from, itself, and what stood in its box
-    };
-    std::optional<MovedNumber> movedNumber_; // by the suggestion that was taken last
+    std::array<std::optional<AddressStep>, 6> steps_; // the last one made in each box
     bool isTypeKnown_ = false;
     bool isProvinceTyped_ = false, isCodeTyped_ = false; // by the user, since the program last wrote it
     std::array<bool, 6> isChanged_{};                    // not by us, and not looked up yet

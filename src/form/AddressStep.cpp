@@ -1,0 +1,112 @@
+// Undoing and redoing a choice that has changed several boxes.
+#include "form/AddressStep.h"
+
+#include <QLineEdit>
+
+#include "form/AddressValidation.h"
+#include "services/Rnumcad.h"
+#include "services/TagProperty.h"
+
+namespace ambrel {
+namespace {
+
+using Box = AddressBoxes::Box;
+
+std::string codeOf(const std::optional<Municipality>& municipality) {
+    return municipality ? municipality->ineCode : std::string();
+}
+
+} // namespace
+
+AddressSnapshot AddressValidation::snapshot() const {
+    AddressSnapshot now;
+    for (std::size_t box = 0; box < now.texts.size(); ++box) {
+        if (const QLineEdit* const edit = boxes_.at(static_cast<Box>(box))) {
+            now.texts[box] = edit->text();
+        }
+    }
+    now.isChanged = isChanged_;
+    now.municipality = municipality_;
+    now.municipalityRow = municipalityRow_;
+    now.streetMunicipality = streetMunicipality_;
+    now.streetTag = boxes_.street ? tagOf(*boxes_.street) : 0;
+    now.isNameShared = isNameShared_;
+    now.isTypeKnown = isTypeKnown_;
+    now.isProvinceTyped = isProvinceTyped_;
+    now.isCodeTyped = isCodeTyped_;
+    return now;
+}
+
+void AddressValidation::beginStep(Box box) { steps_[index(box)] = AddressStep{snapshot(), {}}; }
+
+void AddressValidation::endStep(Box box) {
+    if (auto& step = steps_[index(box)]) { // none if a stored row has been shown meanwhile
+        step->after = snapshot();
+    }
+}
+
+/// The user has changed the text of a box. Its former text with something to redo comes from an undo.
+void AddressValidation::followStep(Box box) {
+    auto& step = steps_[index(box)];
+    if (!step || !step->after) {
+        return;
+    }
+    const QLineEdit& edit = *boxes_.at(box);
+    if (!step->isUndone) {
+        if (edit.text() == step->before.texts[index(box)] && edit.isRedoAvailable()) {
+            step->isUndone = true;
+            restore(box, *step->after, step->before);
+        }
+    } else if (edit.text() == step->after->texts[index(box)]) {
+        step->isUndone = false;
+        restore(box, step->before, *step->after);
+    } else if (!edit.isRedoAvailable()) {
+        step.reset(); // something else was typed
+    }
+}
+
+/// Brings the other boxes from one moment of a step to the other one. What the user has changed since stays.
+void AddressValidation::restore(Box box, const AddressSnapshot& from, const AddressSnapshot& to) {
+    const bool hasMunicipality =
+        box == Box::Municipality || codeOf(municipality_) == codeOf(from.municipality);
+    for (std::size_t other = 0; other < to.texts.size(); ++other) {
+        const auto which = static_cast<Box>(other);
+        const QLineEdit* const edit = boxes_.at(which);
+        if (which == box || !edit || edit->text() != from.texts[other]) {
+            continue;
+        }
+        show(which, to.texts[other]);
+        isChanged_[other] = to.isChanged[other];
+        switch (which) {
+        case Box::Province:
+            isProvinceTyped_ = to.isProvinceTyped;
+            break;
+        case Box::StreetType:
+            isTypeKnown_ = to.isTypeKnown;
+            break;
+        case Box::PostalCode:
+            isCodeTyped_ = to.isCodeTyped;
+            break;
+        default:
+            break;
+        }
+    }
+    if (hasMunicipality && boxes_.municipality->text() == to.texts[index(Box::Municipality)]) {
+        municipality_ = to.municipality;
+        municipalityRow_ = to.municipalityRow;
+        streetMunicipality_ = to.streetMunicipality;
+        isNameShared_ = to.isNameShared;
+        isChanged_[index(Box::Municipality)] = to.isChanged[index(Box::Municipality)];
+        setTag(*boxes_.municipality, municipality_ ? Cad_Int(municipality_->ineCode) : 0);
+    }
+    if (boxes_.street && boxes_.street->text() == to.texts[index(Box::Street)]) {
+        isChanged_[index(Box::Street)] = to.isChanged[index(Box::Street)];
+        setTag(*boxes_.street, to.streetTag);
+        if (to.streetTag != 0 && !isChanged_[index(Box::Street)]) {
+            return lookUpAgain();
+        }
+    }
+    refreshStates();
+}
+
+} // namespace ambrel
