@@ -54,11 +54,12 @@ bool CsvReader::refill() {
     if (isExhausted_) {
         return false;
     }
-    if (begin_ > 0) {
-        std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
-        at_ -= begin_;
-        end_ -= begin_;
-        begin_ = 0;
+    if (rawBegin_ > 0) {
+        std::memmove(buffer_.data(), buffer_.data() + rawBegin_, end_ - rawBegin_);
+        begin_ -= rawBegin_;
+        at_ -= rawBegin_;
+        end_ -= rawBegin_;
+        rawBegin_ = 0;
     }
     if (end_ == buffer_.size()) {
         if (buffer_.size() >= maxRecordSize) {
@@ -82,22 +83,58 @@ void CsvReader::skipByteOrderMark() {
 }
 
 bool CsvReader::next() {
+    rawBegin_ = at_;
     if (end_ == 0) {
         skipByteOrderMark();
     }
-    do {
+    while (true) {
         begin_ = at_;
         lineStart_ = 0;
         recordLine_ = line_;
+        recordSize_ = 0;
         extents_.clear();
+        fields_.clear();
         if (!hasMore()) {
-            fields_.clear();
             return false;
         }
         readRecord();
-    } while (extents_.size() == 1 && extents_[0].begin == 0 && extents_[0].end == 0); // an empty line
-    publish();
-    return true;
+        recordSize_ = at_ - begin_;
+        if (!isEmptyLine()) {
+            publish();
+            return true;
+        }
+        if (keepsEmptyLines_) {
+            return true;
+        }
+        rawBegin_ = at_;
+    }
+}
+
+bool CsvReader::isEmptyLine() const {
+    return extents_.size() == 1 && extents_[0].begin == 0 && extents_[0].end == 0;
+}
+
+bool CsvReader::takeLine() {
+    if (isInsideLine_) {
+        rawBegin_ = begin_ = at_;
+    }
+    fields_.clear();
+    std::size_t searched = 0;
+    const char* newline = nullptr;
+    bool isTooLong = false;
+    do {
+        const char* const from = buffer_.data() + begin_ + searched;
+        newline = static_cast<const char*>(std::memchr(from, '\n', end_ - begin_ - searched));
+        searched = end_ - begin_;
+        isTooLong = newline == nullptr && end_ - rawBegin_ >= maxRecordSize;
+    } while (newline == nullptr && !isTooLong && refill());
+    recordSize_ =
+        newline == nullptr ? searched : static_cast<std::size_t>(newline + 1 - buffer_.data()) - begin_;
+    at_ = begin_ + recordSize_;
+    lineStart_ = 0;
+    line_ = recordLine_ + 1;
+    isInsideLine_ = isTooLong;
+    return !isTooLong;
 }
 
 void CsvReader::readRecord() {
@@ -188,21 +225,24 @@ bool CsvReader::endsRecord() {
 }
 
 void CsvReader::publish() {
-    fields_.clear();
-    char* const record = buffer_.data() + begin_;
+    unquoted_.clear();
+    unquoted_.reserve(recordSize_); // so that its texts do not move
     for (const Extent& extent : extents_) {
-        char* const begin = record + extent.begin;
-        char* end = record + extent.end;
+        std::string_view text(buffer_.data() + begin_ + extent.begin, extent.end - extent.begin);
         if (extent.hasDoubledQuotes) {
-            char* to = begin;
-            for (const char* from = begin; from != end; ++from) {
-                *to++ = *from;
-                from += *from == '"' ? 1 : 0;
-            }
-            end = to;
+            text = withoutDoubledQuotes(text);
         }
-        fields_.push_back({{begin, static_cast<std::size_t>(end - begin)}, extent.line});
+        fields_.push_back({text, extent.line});
     }
+}
+
+std::string_view CsvReader::withoutDoubledQuotes(std::string_view text) {
+    const std::size_t start = unquoted_.size();
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        unquoted_ += text[i];
+        i += text[i] == '"' ? 1 : 0;
+    }
+    return std::string_view(unquoted_).substr(start);
 }
 
 std::optional<char> separatorNamed(std::string_view name) {

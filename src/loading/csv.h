@@ -33,8 +33,8 @@ struct CsvField {
     std::uint64_t line; // where it begins, from 1
 };
 
-/// Reads record by record through one buffer. Lines end in LF or CR LF; a byte order mark at the start and
-/// empty lines are skipped. Errors: CsvError, and anything the source throws.
+/// Reads record by record through one buffer. Lines end in LF or CR LF; a byte order mark at the start is
+/// skipped, and so are empty lines unless they are kept. Errors: CsvError, and anything the source throws.
 class CsvReader {
 public:
     static constexpr std::size_t defaultBufferSize = std::size_t{1} << 20;
@@ -49,10 +49,21 @@ public:
     CsvReader(const CsvReader&) = delete;
     CsvReader& operator=(const CsvReader&) = delete;
 
+    /// From now on an empty line is a record without values.
+    void keepEmptyLines() { keepsEmptyLines_ = true; }
+
     /// Reads the next record; false if there are no more.
     [[nodiscard]] bool next();
+    /// After an error, or a record that must be wrong: takes the line in which that record begins instead, as
+    /// raw text without values, and goes on after it. False if only a piece of a very long line was taken,
+    /// and has to be called again for the next one.
+    [[nodiscard]] bool takeLine();
     /// The record read last; its texts are valid until the next one is read.
     [[nodiscard]] std::span<const CsvField> fields() const { return fields_; }
+    /// Its bytes as they were read: quotes, line end and a mark in front of it included; valid as long.
+    [[nodiscard]] std::string_view raw() const {
+        return {buffer_.data() + rawBegin_, begin_ - rawBegin_ + recordSize_};
+    }
     /// Line where the record read last begins.
     [[nodiscard]] std::uint64_t line() const { return recordLine_; }
     [[nodiscard]] const std::string& name() const { return name_; }
@@ -69,11 +80,13 @@ private:
     void skipByteOrderMark();
     [[nodiscard]] bool hasMore();
     [[nodiscard]] bool refill();
+    [[nodiscard]] bool isEmptyLine() const;
     void readRecord();
     void readPlain();
     void readQuoted();
     [[nodiscard]] bool endsRecord();
     void publish();
+    [[nodiscard]] std::string_view withoutDoubledQuotes(std::string_view text);
     [[noreturn]] void fail(const std::string& text) const;
 
     TextSource source_;
@@ -81,13 +94,17 @@ private:
     char separator_;
     std::array<bool, 256> endsPlain_; // bytes that end an unquoted value, or must not be in one
     std::vector<char> buffer_;
-    std::size_t begin_ = 0; // of the record in the buffer
-    std::size_t at_ = 0;    // next byte to examine
-    std::size_t end_ = 0;   // of the bytes read
-    bool isExhausted_ = false;
+    std::size_t rawBegin_ = 0;   // of the record with what was skipped in front of it, in the buffer
+    std::size_t begin_ = 0;      // of the record
+    std::size_t recordSize_ = 0; // with its line end, once it has been read
+    std::size_t at_ = 0;         // next byte to examine
+    std::size_t end_ = 0;        // of the bytes read
+    bool isExhausted_ = false, keepsEmptyLines_ = false;
+    bool isInsideLine_ = false; // a piece of a long line was taken, and the next one follows
     std::uint64_t line_ = 1, recordLine_ = 1;
     std::size_t lineStart_ = 0; // of the current line, relative to the record
     std::vector<Extent> extents_;
+    std::string unquoted_; // the texts whose doubled quotes were taken away
     std::vector<CsvField> fields_;
 };
 

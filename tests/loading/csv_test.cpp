@@ -151,6 +151,86 @@ TEST(CsvReader, RecordWithoutEndIsRefusedBeforeItFillsTheMemory) {
     EXPECT_LE(given, CsvReader::maxRecordSize);
 }
 
+/// The raw text of all records, and of the lines of broken ones between brackets.
+std::string rawOf(std::string_view text, std::size_t bufferSize = CsvReader::defaultBufferSize) {
+    CsvReader csv(textSource(text), "prueba.csv", ',', bufferSize);
+    csv.keepEmptyLines();
+    std::string all;
+    for (bool isMore = true; isMore;) {
+        try {
+            isMore = csv.next();
+            all += csv.raw();
+        } catch (const CsvError&) {
+            while (!csv.takeLine()) {
+                all += csv.raw();
+            }
+            all += '<' + std::string(csv.raw()) + '>';
+        }
+    }
+    return all;
+}
+
+TEST(CsvReader, RawTextIsEveryByteThatWasRead) {
+    const std::string text = "\xEF\xBB\xBF"
+                             "A,B\r\n\n\"d\"\"o\ns\", x \n\r\n\n\"\",\"\"\"\"";
+    for (std::size_t size = 1; size <= text.size() + 1; ++size) {
+        EXPECT_EQ(rawOf(text, size), text) << "buffer of " << size;
+    }
+}
+
+TEST(CsvReader, RawTextLeavesOutSkippedLines) {
+    CsvReader csv(textSource("\n\nA\n\n\n\"1\"\n\n"), "prueba.csv");
+    ASSERT_TRUE(csv.next());
+    EXPECT_EQ(csv.raw(), "A\n");
+    ASSERT_TRUE(csv.next());
+    EXPECT_EQ(csv.raw(), "\"1\"\n");
+    EXPECT_FALSE(csv.next());
+    EXPECT_EQ(csv.raw(), "");
+}
+
+TEST(CsvReader, KeptEmptyLinesAreRecordsWithoutValues) {
+    CsvReader csv(textSource("A\n\r\n1\n"), "prueba.csv");
+    csv.keepEmptyLines();
+    ASSERT_TRUE(csv.next());
+    ASSERT_TRUE(csv.next());
+    EXPECT_TRUE(csv.fields().empty());
+    EXPECT_EQ(csv.raw(), "\r\n");
+    EXPECT_EQ(csv.line(), 2U);
+    ASSERT_TRUE(csv.next());
+    EXPECT_EQ(csv.fields()[0].text, "1");
+    EXPECT_EQ(csv.line(), 3U);
+}
+
+TEST(CsvReader, ReadingGoesOnAfterTheFirstLineOfABrokenRecord) {
+    const std::string text = "1,\"a\nb\n2,\"c\"\n3,x\"y\n4,d\n\"e\"f\n5,\"";
+    for (std::size_t size = 1; size <= text.size() + 1; ++size) {
+        EXPECT_EQ(rawOf(text, size), "<1,\"a\n>b\n2,\"c\"\n<3,x\"y\n>4,d\n<\"e\"f\n><5,\">")
+            << "buffer of " << size;
+    }
+    CsvReader csv(textSource(text), "prueba.csv");
+    EXPECT_THROW(static_cast<void>(csv.next()), CsvError);
+    EXPECT_TRUE(csv.takeLine());
+    EXPECT_EQ(csv.line(), 1U);
+    EXPECT_TRUE(csv.fields().empty());
+    ASSERT_TRUE(csv.next());
+    EXPECT_EQ(csv.line(), 2U);
+    EXPECT_EQ(csv.fields()[0].text, "b");
+}
+
+TEST(CsvReader, FirstLineIsTakenInsteadOfAWholeRecord) {
+    CsvReader csv(textSource("\"a\nb\"\nc\n"), "prueba.csv");
+    ASSERT_TRUE(csv.next());
+    EXPECT_TRUE(csv.takeLine());
+    EXPECT_EQ(csv.raw(), "\"a\n");
+    EXPECT_THROW(static_cast<void>(csv.next()), CsvError) << "b\"";
+}
+
+TEST(CsvReader, VeryLongLineIsTakenInPieces) {
+    const std::string text = std::string(CsvReader::maxRecordSize * 2 + 5, 'x') + "\n1\n";
+    EXPECT_EQ(rawOf(text).size(), text.size() + 2);
+    EXPECT_TRUE(rawOf(text).ends_with("x\n>1\n"));
+}
+
 TEST(CsvReader, ReadsAFile) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.csv", "A\n1\n");
