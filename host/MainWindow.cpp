@@ -104,6 +104,7 @@ void MainWindow::layOut() {
     inside->addWidget(form_, 1);
     preview_ = new AddressPreview(card);
     inside->addWidget(preview_);
+    connect(preview_, &AddressPreview::copied, this, [this] { tell(tr("Dirección copiada.")); });
     column->addWidget(header());
     column->addWidget(card, 1);
     column->addWidget(commands());

@@ -62,7 +62,7 @@ const std::vector<FormOrder>& orders() {
         {Form::MensajeAviso, {"BBAceptar"}},
         {Form::Clientes,
          {"ENombre", "EMunicipio", "EProvincia", "ETipoVia", "EVia", "ENumero", "EPiso", "ECodPostal",
-          "BBAnterior", "BBSiguiente", "BBNuevo", "BBGuardar"},
+          "LDomicilio", "BBCopiar", "BBAnterior", "BBSiguiente", "BBNuevo", "BBGuardar"},
          {"BBMunicipio", "BBProvincia", "BBTipoVia", "BBVia"}},
         {Form::Rutina, {"ENombre", "RResultado", "BBEjecutar", "BBCerrar"}}};
     return all;
