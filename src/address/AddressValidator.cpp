@@ -1,0 +1,289 @@
+// Trying the readings of an address, exactly first and by suggestions then.
+#include "address/AddressValidator.h"
+
+#include <algorithm>
+#include <optional>
+#include <set>
+
+#include "address/AddressDirectory.h"
+#include "address/GivenReadings.h"
+#include "address/MunicipalityBook.h"
+#include "address/OptionVerdict.h"
+#include "address/OptionWeight.h"
+#include "address/PlaceSearch.h"
+#include "address/StreetSearch.h"
+#include "address/StreetTypeMatch.h"
+#include "address/TidyText.h"
+#include "data/Province.h"
+#include "dbase/lock/read_scope.h"
+#include "services/Rnumcad.h"
+
+namespace ambrel {
+namespace {
+
+/// Readings that are worth asking the suggestions about.
+constexpr std::size_t mostNearReadings = 4;
+/// Municipalities whose streets are compared where the name of the municipality is not certain.
+constexpr std::size_t mostNearPlaces = 4;
+/// From here on a street is near enough to be shown as doubtful.
+constexpr double leastNear = 0.6;
+
+bool isEmpty(const GivenAddress& given) {
+    for (const std::string* part : {&given.line, &given.type, &given.street, &given.number, &given.rest,
+                                    &given.postalCode, &given.municipality, &given.province}) {
+        if (!withoutBlanks(*part).empty()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// What was found for one reading.
+struct Finding {
+    AddressQuestion question;
+    std::vector<PlaceOption> places;
+    std::vector<AddressOption> options; // the likeliest first
+};
+
+bool isSameStreet(const AddressOption& a, const AddressOption& b) {
+    return a.street == b.street && a.place.municipality->ineCode == b.place.municipality->ineCode;
+}
+
+bool hasSameCode(const AddressOption& a, const AddressOption& b) {
+    return a.code.isSure() && b.code.isSure() && a.code.stretch.postalCode == b.code.stretch.postalCode;
+}
+
+} // namespace
+
+class AddressValidator::Implementation {
+public:
+    Implementation(const std::string& database, const ValidationOptions& options)
+        : options_(options), directory_(database), book_(database, directory_),
+          suggestions_(database, {.memory = options.memory}), types_(database), places_(book_, suggestions_),
+          streets_(directory_, suggestions_, types_) {}
+
+    [[nodiscard]] JudgedAddress validate(const GivenAddress& given);
+    [[nodiscard]] std::string provinceName(const std::string& province) {
+        return suggestions_.provinceName(province);
+    }
+
+private:
+    [[nodiscard]] AddressQuestion questionOf(AddressParts parts);
+    [[nodiscard]] Finding findExactly(const AddressParts& reading);
+    void findNear(Finding& finding);
+    [[nodiscard]] JudgedAddress judge(Finding& finding);
+    [[nodiscard]] JudgedAddress judgeWithoutStreet(const Finding& finding);
+    [[nodiscard]] std::optional<Verdict> rivalry(std::vector<AddressOption>& options) const;
+
+    ValidationOptions options_;
+    AddressDirectory directory_;
+    MunicipalityBook book_;
+    Suggestions suggestions_;
+    StreetTypeMatch types_;
+    PlaceSearch places_;
+    StreetSearch streets_;
+    suggest::TextMap<std::string> provinces_; // by what was written
+};
+
+AddressQuestion AddressValidator::Implementation::questionOf(AddressParts parts) {
+    AddressQuestion question;
+    question.municipality = tidied(parts.municipality);
+    question.street = tidied(parts.street);
+    question.postalCode = readPostalCode(parts.postalCode);
+    question.hasOtherText =
+        question.postalCode.empty() && parts.postalCode.find_first_not_of("0 -.") != std::string::npos;
+    if (!parts.province.empty()) {
+        const auto [known, isNew] = provinces_.try_emplace(parts.province);
+        if (isNew) {
+            known->second = suggestions_.provinceNamed(parts.province);
+        }
+        question.province = known->second;
+        question.isProvinceUnknown = question.province.empty();
+    }
+    question.number = readHouseNumber(parts.number);
+    if (question.number.kind == HouseNumber::Kind::Unclear) {
+        question.hasOddNumber = !tidied(parts.number).starts_with("KM");
+        question.number = {};
+    }
+    question.parts = std::move(parts);
+    return question;
+}
+
+Finding AddressValidator::Implementation::findExactly(const AddressParts& reading) {
+    Finding finding{questionOf(reading), {}, {}};
+    const AddressQuestion& question = finding.question;
+    finding.places = places_.exact(question);
+    // Namesakes: the postal code may choose among them.
+    if (finding.places.size() > 1 && !question.postalCode.empty()) {
+        std::vector<PlaceOption> chosen;
+        std::ranges::copy_if(finding.places, std::back_inserter(chosen), [&](const PlaceOption& one) {
+            return one.municipality->hasPostalCode(question.postalCode);
+        });
+        if (!chosen.empty()) {
+            finding.places = std::move(chosen);
+        }
+    }
+    for (const PlaceOption& place : finding.places) {
+        streets_.addExact(question, place, finding.options);
+    }
+    return finding;
+}
+
+void AddressValidator::Implementation::findNear(Finding& finding) {
+    if (finding.places.empty()) {
+        finding.places = places_.near(finding.question);
+    }
+    finding.options.clear();
+    std::size_t tried = 0;
+    for (const PlaceOption& place : finding.places) {
+        if (tried++ == mostNearPlaces) {
+            break;
+        }
+        const std::size_t before = finding.options.size();
+        streets_.addExact(finding.question, place, finding.options);
+        if (finding.options.size() == before) {
+            streets_.addNear(finding.question, place, finding.options);
+        }
+    }
+}
+
+/// What others that are as likely make of the first option; nothing if there are none.
+std::optional<Verdict> AddressValidator::Implementation::rivalry(std::vector<AddressOption>& options) const {
+    AddressOption& best = options.front();
+    bool hasOtherCode = false, hasOther = false;
+    for (auto other = options.begin() + 1; other != options.end(); ++other) {
+        if (best.confidence - other->confidence >= options_.lead ||
+            (best.isCertain() && !other->isCertain())) {
+            continue;
+        }
+        if (isSameStreet(best, *other) && hasSameCode(best, *other)) {
+            best.type.clear(); // which of its types is meant does not matter
+        } else {
+            hasOther = true;
+            hasOtherCode = hasOtherCode || !hasSameCode(best, *other);
+        }
+    }
+    if (!hasOther) {
+        return std::nullopt;
+    }
+    return hasOtherCode || best.isCertain() ? Verdict::Ambiguous : Verdict::Doubtful;
+}
+
+JudgedAddress AddressValidator::Implementation::judgeWithoutStreet(const Finding& finding) {
+    const std::vector<PlaceOption>& places = finding.places;
+    const bool isKnown = places.size() == 1 && 1 - places.front().doubt >= options_.threshold;
+    Verdict verdict = Verdict::UnknownStreet;
+    if (!isKnown) {
+        const bool areNamesakes = places.size() > 1 && places.front().source == PlaceSource::Name &&
+                                  places.front().doubt == places[1].doubt;
+        verdict = areNamesakes ? Verdict::Ambiguous : Verdict::UnknownMunicipality;
+    }
+    JudgedAddress judged =
+        judgedWithoutStreet(isKnown ? &places.front() : nullptr, verdict, finding.question);
+    for (const PlaceOption& place : places) {
+        if (!isKnown && judged.alternatives.size() < mostAlternatives) {
+            judged.alternatives.push_back(alternativeOf(place));
+        }
+    }
+    return judged;
+}
+
+JudgedAddress AddressValidator::Implementation::judge(Finding& finding) {
+    std::vector<AddressOption>& options = finding.options;
+    for (AddressOption& option : options) {
+        weigh(option, finding.question);
+    }
+    std::ranges::stable_sort(
+        options, [](const AddressOption& a, const AddressOption& b) { return a.confidence > b.confidence; });
+    JudgedAddress judged;
+    std::size_t shown = 0;
+    if (options.empty() || options.front().points < leastNear) {
+        judged = judgeWithoutStreet(finding);
+    } else {
+        const std::optional<Verdict> rivals = rivalry(options);
+        Verdict verdict = verdictOn(options.front(), finding.question, options_);
+        if (rivals) {
+            verdict = verdict == Verdict::Doubtful ? verdict : *rivals;
+        }
+        const bool isTaken = verdict != Verdict::Doubtful && verdict != Verdict::Ambiguous;
+        if (isTaken) {
+            judged = judgedAs(options.front(), verdict, finding.question);
+            shown = 1;
+        } else {
+            const bool samePlace = std::ranges::all_of(options, [&](const AddressOption& one) {
+                return one.place.municipality == options.front().place.municipality;
+            });
+            const bool isPlaceKnown = samePlace && 1 - options.front().place.doubt >= options_.threshold;
+            judged = judgedWithoutStreet(isPlaceKnown ? &options.front().place : nullptr, verdict,
+                                         finding.question);
+            judged.confidence = options.front().confidence;
+        }
+    }
+    if (!isSettled(judged.verdict)) {
+        for (; shown < options.size() && judged.alternatives.size() < mostAlternatives; ++shown) {
+            judged.alternatives.push_back(alternativeOf(options[shown]));
+        }
+    }
+    return judged;
+}
+
+JudgedAddress AddressValidator::Implementation::validate(const GivenAddress& given) {
+    if (isEmpty(given)) {
+        return {};
+    }
+    const dbase::ReadScope scope;
+    book_.renew();
+    std::vector<Finding> findings;
+    std::optional<JudgedAddress> best;
+    const auto keepBetter = [&](JudgedAddress&& judged) {
+        if (!best || judged.verdict > best->verdict ||
+            (judged.verdict == best->verdict && judged.confidence > best->confidence)) {
+            best = std::move(judged);
+        }
+    };
+    bool isFound = false;
+    for (const AddressParts& reading : readingsOf(given)) {
+        findings.push_back(findExactly(reading));
+        if (!findings.back().options.empty()) {
+            isFound = true;
+            keepBetter(judge(findings.back()));
+            if (isSettled(best->verdict)) {
+                return std::move(*best);
+            }
+        }
+    }
+    if (isFound) {
+        return std::move(*best);
+    }
+    for (std::size_t i = 0; i < findings.size() && i < mostNearReadings; ++i) {
+        findNear(findings[i]);
+        keepBetter(judge(findings[i]));
+    }
+    return std::move(*best);
+}
+
+std::size_t provinceHint(const GivenAddress& given) {
+    if (const std::string code = readPostalCode(given.postalCode); !code.empty()) {
+        return static_cast<std::size_t>(Cad_Int(provinceOf(code)));
+    }
+    if (const std::string code = postalCodeWithin(given.line); !code.empty()) {
+        return static_cast<std::size_t>(Cad_Int(provinceOf(code)));
+    }
+    const std::string& place = withoutBlanks(given.province).empty() ? given.municipality : given.province;
+    return std::hash<std::string>()(tidied(place));
+}
+
+AddressValidator::AddressValidator(std::string database, ValidationOptions options)
+    : implementation_(std::make_unique<Implementation>(database, options)) {}
+
+AddressValidator::~AddressValidator() = default;
+
+JudgedAddress AddressValidator::validate(const GivenAddress& given) {
+    return implementation_->validate(given);
+}
+
+std::string AddressValidator::provinceName(const std::string& province) {
+    return implementation_->provinceName(province);
+}
+
+} // namespace ambrel

@@ -1,0 +1,28 @@
+// The ways in which a given address may be understood.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "address/AddressParts.h"
+#include "address/JudgedAddress.h"
+
+namespace ambrel {
+
+/// The readings of an address, the likeliest first; at least one. A column that is not blank takes the place
+/// of what the line says.
+[[nodiscard]] std::vector<AddressParts> readingsOf(const GivenAddress& given);
+
+/// Five digits of a postal code that may have lost its first zero, or stand behind "E-"; empty if it is none.
+[[nodiscard]] std::string readPostalCode(std::string_view text);
+
+/// The last group of exactly five digits in a text; empty if there is none.
+[[nodiscard]] std::string postalCodeWithin(std::string_view text);
+
+/// A house number as it is written: "5 BIS", "12-14", "3B".
+[[nodiscard]] std::string writtenNumber(const AddressParts& parts);
+/// Floor and rest as they are written.
+[[nodiscard]] std::string writtenRest(const AddressParts& parts);
+
+} // namespace ambrel

@@ -1,0 +1,45 @@
+// Weighing the evidence for an option.
+#include "address/OptionWeight.h"
+
+#include <algorithm>
+
+#include "address/Doubts.h"
+
+namespace ambrel {
+namespace {
+
+/// What the postal code given says about a doubt.
+double inTheLightOf(double doubt, bool isCodeGiven, bool agrees) {
+    return !isCodeGiven ? doubt : doubt * (agrees ? doubt::ifCodeAgrees : doubt::ifCodeDiffers);
+}
+
+} // namespace
+
+void weigh(AddressOption& option, const AddressQuestion& question) {
+    const Municipality& municipality = *option.place.municipality;
+    option.code = streetCode(option.stretches, municipality.ineCode, question.number);
+    const bool isCodeGiven = !question.postalCode.empty();
+    const std::string& code = question.postalCode;
+    const bool isOfStretch =
+        option.code.isSure()
+            ? option.code.stretch.postalCode == code
+            : std::ranges::find(option.stretches, code, &StreetStretch::postalCode) != option.stretches.end();
+    const bool isOfPlace = municipality.hasPostalCode(code);
+    // Where all streets share a code, it says nothing about the street.
+    const bool tells = municipality.postalCodes.size() > 1 || !isOfStretch;
+    option.doubt = inTheLightOf(option.place.doubt, isCodeGiven, isOfPlace) +
+                   inTheLightOf(option.nameDoubt, isCodeGiven && tells, isOfStretch) +
+                   inTheLightOf(option.typeDoubt, isCodeGiven && tells, isOfStretch);
+    double sum = option.doubt;
+    if (option.code.certainty == StreetCode::Certainty::NoStretch) {
+        sum += doubt::numberOutside;
+    }
+    if (question.lacksCode()) {
+        sum += doubt::noCode;
+    } else if (option.code.isSure() && !isOfStretch) {
+        sum += doubt::otherCode;
+    }
+    option.confidence = std::max(0.0, 1 - sum);
+}
+
+} // namespace ambrel

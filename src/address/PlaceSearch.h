@@ -1,0 +1,28 @@
+// The municipalities that an address may mean.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "address/AddressOption.h"
+#include "address/AddressQuestion.h"
+#include "address/MunicipalityBook.h"
+#include "suggest/Suggestions.h"
+
+namespace ambrel {
+
+class PlaceSearch {
+public:
+    PlaceSearch(MunicipalityBook& book, Suggestions& suggestions) : book_(book), suggestions_(suggestions) {}
+
+    /// Those with exactly the name, or those that the postal code leads to where no name was written.
+    [[nodiscard]] std::vector<PlaceOption> exact(const AddressQuestion& question);
+    /// Those with a name like it, and those with the name in another province; the likeliest first.
+    [[nodiscard]] std::vector<PlaceOption> near(const AddressQuestion& question);
+
+private:
+    MunicipalityBook& book_;
+    Suggestions& suggestions_;
+};
+
+} // namespace ambrel

@@ -1,0 +1,36 @@
+// The streets that an address may mean in a municipality.
+#pragma once
+
+#include <vector>
+
+#include "address/AddressDirectory.h"
+#include "address/AddressOption.h"
+#include "address/AddressQuestion.h"
+#include "address/StreetTypeMatch.h"
+#include "suggest/Suggestions.h"
+
+namespace ambrel {
+
+/// Adds one option for each type that a street has.
+class StreetSearch {
+public:
+    StreetSearch(AddressDirectory& directory, Suggestions& suggestions, StreetTypeMatch& types)
+        : directory_(directory), suggestions_(suggestions), types_(types) {}
+
+    /// The street with exactly the name.
+    void addExact(const AddressQuestion& question, const PlaceOption& place,
+                  std::vector<AddressOption>& options);
+    /// Streets with a name like it.
+    void addNear(const AddressQuestion& question, const PlaceOption& place,
+                 std::vector<AddressOption>& options);
+
+private:
+    void addTypes(const AddressQuestion& question, AddressOption option, std::vector<StreetStretch> stretches,
+                  std::vector<AddressOption>& options);
+
+    AddressDirectory& directory_;
+    Suggestions& suggestions_;
+    StreetTypeMatch& types_;
+};
+
+} // namespace ambrel
