@@ -61,7 +61,9 @@ std::string shownText(std::string_view utf8, std::size_t mostCharacters) {
         ++count;
         utf8.remove_prefix(size);
     }
-    return count <= mostCharacters ? text : text + "… (" + grouped(count) + " caracteres)";
+    return count <= mostCharacters ? text : text + cutMark(count);
 }
+
+std::string cutMark(std::size_t characters) { return "… (" + grouped(characters) + " caracteres)"; }
 
 } // namespace report

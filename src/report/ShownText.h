@@ -12,4 +12,7 @@ namespace report {
 /// many it had. `utf8`: any bytes.
 [[nodiscard]] std::string shownText(std::string_view utf8, std::size_t mostCharacters = 300);
 
+/// The end of a text that is cut: "… (7 caracteres)".
+[[nodiscard]] std::string cutMark(std::size_t characters);
+
 } // namespace report
