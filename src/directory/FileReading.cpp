@@ -1,0 +1,88 @@
+// Reading official files, whatever their lines are.
+#include "directory/FileReading.h"
+
+#include <algorithm>
+
+#include "loading/counted.h"
+
+namespace ambrel::directory {
+namespace {
+
+/// No larger a buffer than the file needs.
+std::size_t bufferFor(const OfficialFile& file) {
+    return static_cast<std::size_t>(std::min<std::uint64_t>(file.size + 1, LineReader::defaultBufferSize));
+}
+
+std::vector<std::string> firstLines(const OfficialFile& file) {
+    std::vector<std::string> lines;
+    LineReader reader(file.open(), bufferFor(file));
+    while (lines.size() < linesToRecognise && reader.next()) {
+        lines.emplace_back(reader.isTooLong() ? std::string_view() : reader.line());
+    }
+    return lines;
+}
+
+} // namespace
+
+void ReadCounts::addBad(std::uint64_t number, std::string reason) {
+    ++badCount;
+    if (bad.size() < mostKept) {
+        bad.push_back({number, std::move(reason)});
+    }
+}
+
+Layout layoutOf(const OfficialFile& file) {
+    const std::vector<std::string> lines = firstLines(file);
+    if (lines.empty()) {
+        throw loading::Failure(file.name + ": está vacío");
+    }
+    const std::optional<Layout> layout = recognise(file.baseName, lines);
+    if (!layout) {
+        throw loading::Failure(file.name +
+                               ": no tiene la forma de ningún fichero del callejero (TRAM, VIAS, PSEU, "
+                               "UP, SECC)");
+    }
+    return *layout;
+}
+
+Layout layoutOf(const OfficialFile& file, FileKind wanted) {
+    const Layout layout = layoutOf(file);
+    if (layout.kind != wanted) {
+        throw loading::Failure(file.name + ": tiene la forma de un fichero de " + kindName(layout.kind) +
+                               ", y hace falta uno de " + kindName(wanted));
+    }
+    return layout;
+}
+
+ReadCounts readLines(const OfficialFile& file, const LineUse& use, const BytesProgress& progress) {
+    constexpr std::uint64_t linesBetweenReports = 16384;
+    ReadCounts counts;
+    LineReader reader(file.open(), bufferFor(file));
+    while (reader.next()) {
+        const Refusal refusal = reader.isTooLong() ? "la línea es demasiado larga"
+                                                   : use(FixedLine(reader.line()), reader.number());
+        if (refusal != nullptr) {
+            counts.addBad(reader.number(), refusal);
+        }
+        if (++counts.lines % linesBetweenReports == 0 && progress) {
+            progress(reader.bytes());
+        }
+    }
+    return counts;
+}
+
+std::string badLinesText(const OfficialFile& file, const ReadCounts& counts) {
+    std::string text;
+    for (const BadLine& one : counts.bad) {
+        text += (text.empty() ? "" : "\n") + file.name + ": línea " + std::to_string(one.number) + ": " +
+                one.reason;
+    }
+    if (counts.badCount > counts.bad.size()) {
+        text += '\n' + file.name + ": y " +
+                loading::counted(counts.badCount - counts.bad.size(), "línea más", "líneas más") +
+                " que no se entienden";
+    }
+    return text;
+}
+
+} // namespace ambrel::directory

@@ -1,0 +1,53 @@
+// An official file line by line, with what was not understood in it.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "directory/LineReader.h"
+#include "directory/OfficialFile.h"
+#include "directory/Records.h"
+
+namespace ambrel::directory {
+
+/// A line that is not understood.
+struct BadLine {
+    std::uint64_t number;
+    std::string reason; // UTF-8
+};
+
+/// Counts of a file, and its first bad lines.
+struct ReadCounts {
+    static constexpr std::size_t mostKept = 100;
+
+    std::uint64_t lines = 0; // bad ones included, empty ones not
+    std::uint64_t badCount = 0;
+    std::vector<BadLine> bad; // the first of them
+
+    void addBad(std::uint64_t number, std::string reason);
+    /// Whether more than one line of a hundred is bad, so that the file cannot be trusted.
+    [[nodiscard]] bool hasTooManyBad() const { return badCount * 100 > lines; }
+};
+
+/// The layout of a file, from its name and first lines. Errors: loading::Failure if none fits, or if it is
+/// not of the kind that is wanted.
+[[nodiscard]] Layout layoutOf(const OfficialFile& file);
+[[nodiscard]] Layout layoutOf(const OfficialFile& file, FileKind wanted);
+
+/// Receives each line of a file that may be understood, with its number; returns why it is not, or null.
+using LineUse = std::function<Refusal(const FixedLine& line, std::uint64_t number)>;
+/// Called now and then with the bytes read so far.
+using BytesProgress = std::function<void(std::uint64_t bytes)>;
+
+/// Reads a file to its end, whatever its lines are. Errors: loading::Failure if it cannot be read; anything
+/// the functions throw.
+[[nodiscard]] ReadCounts readLines(const OfficialFile& file, const LineUse& use,
+                                   const BytesProgress& progress = {});
+
+/// All bad lines kept, one a line, with the file's name, and how many more there are. `counts`: with bad
+/// lines.
+[[nodiscard]] std::string badLinesText(const OfficialFile& file, const ReadCounts& counts);
+
+} // namespace ambrel::directory

@@ -1,0 +1,86 @@
+// Whole official files, with lines that are not understood.
+#include "directory/FileReading.h"
+
+#include <gtest/gtest.h>
+
+#include "support/TemporaryFolder.h"
+#include "tools/edition/OfficialLines.h"
+
+namespace ambrel::directory {
+namespace {
+
+const std::string good =
+    edition::lineOf({.place = 28079, .street = 5, .postalCode = 28001, .first = 1, .last = 9}) + "\r\n";
+const std::string bad =
+    edition::lineOf({.place = 28079, .street = 5, .postalCode = 0, .first = 1, .last = 9}) + "\r\n";
+
+Refusal readStretch(const FixedLine& line, std::uint64_t) {
+    StretchLine stretch;
+    return read(line, stretch);
+}
+
+std::string repeated(const std::string& text, std::size_t times) {
+    std::string all;
+    for (std::size_t i = 0; i < times; ++i) {
+        all += text;
+    }
+    return all;
+}
+
+class FileReadingTest : public ::testing::Test {
+protected:
+    OfficialFile file(const std::string& text, const std::string& name = "TRAM") {
+        return officialFiles(folder.write(name, text)).front();
+    }
+    std::string failureOf(const std::string& text, FileKind wanted) {
+        try {
+            static_cast<void>(layoutOf(file(text, "datos"), wanted));
+        } catch (const loading::Failure& failure) {
+            return failure.what();
+        }
+        return "";
+    }
+    TemporaryFolder folder;
+};
+
+TEST_F(FileReadingTest, BadLinesAreCountedWithNumberAndReason) {
+    const OfficialFile tram = file(good + bad + "\r\n" + good + "resto\r\n");
+    const ReadCounts counts = readLines(tram, readStretch);
+    EXPECT_EQ(counts.lines, 4U);
+    EXPECT_EQ(counts.badCount, 2U);
+    EXPECT_EQ(badLinesText(tram, counts), tram.name + ": línea 2: no tiene un código postal\n" + tram.name +
+                                              ": línea 5: no empieza por una provincia y un municipio");
+}
+
+TEST_F(FileReadingTest, ManyBadLinesAreCountedAndTheFirstOnesKept) {
+    const OfficialFile tram = file(repeated(bad, 250));
+    const ReadCounts counts = readLines(tram, readStretch);
+    EXPECT_EQ(counts.badCount, 250U);
+    EXPECT_EQ(counts.bad.size(), ReadCounts::mostKept);
+    EXPECT_NE(badLinesText(tram, counts).find(tram.name + ": y 150 líneas más que no se entienden"),
+              std::string::npos);
+}
+
+TEST_F(FileReadingTest, OneBadLineOfAHundredIsNotTooMany) {
+    EXPECT_FALSE(readLines(file(repeated(good, 99) + bad), readStretch).hasTooManyBad());
+    EXPECT_TRUE(readLines(file(repeated(good, 98) + bad), readStretch).hasTooManyBad());
+}
+
+TEST_F(FileReadingTest, ALineThatIsTooLongIsABadLine) {
+    const ReadCounts counts = readLines(file(std::string(100000, '1') + "\n" + good), readStretch);
+    ASSERT_EQ(counts.bad.size(), 1U);
+    EXPECT_EQ(counts.bad[0].reason, "la línea es demasiado larga");
+}
+
+TEST_F(FileReadingTest, AFileOfAnotherKindIsNamed) {
+    EXPECT_NE(failureOf(good, FileKind::Streets)
+                  .find("tiene la forma de un fichero de tramos, y hace falta uno de vías"),
+              std::string::npos);
+    EXPECT_NE(failureOf("uno\ndos\n", FileKind::Streets).find("no tiene la forma de ningún fichero"),
+              std::string::npos);
+    EXPECT_NE(failureOf("", FileKind::Streets).find("está vacío"), std::string::npos);
+    EXPECT_EQ(failureOf(good, FileKind::Stretches), "");
+}
+
+} // namespace
+} // namespace ambrel::directory
