@@ -2,6 +2,7 @@
 // tables, and the services that a host configures or replaces.
 #pragma once
 
+#include "address/AddressLine.h"
 #include "address/AddressResolution.h"
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"

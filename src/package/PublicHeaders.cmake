@@ -1,6 +1,8 @@
 # The installed headers: those that package/AmbCodPostales.h includes, directly or indirectly, and the pieces that make
 # a host's own forms look and behave like the package's dialogs.
 set(public_headers
+  address/AddressLine.h
+  address/AddressParts.h
   address/AddressResolution.h
   controller/ClasCodPostales.h
   controller/NumberRange.h

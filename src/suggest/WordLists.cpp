@@ -40,6 +40,22 @@ void forEachPiece(std::string_view text, char separator, Use use) {
     }
 }
 
+std::uint16_t addressRole(std::string_view key) {
+    static constexpr std::pair<std::string_view, AddressRole> roles[] = {
+        {"NUMBER", AddressRole::NumberMark},   {"NONE", AddressRole::NoNumber},
+        {"KILOMETRE", AddressRole::Kilometre}, {"SUFFIX", AddressRole::Suffix},
+        {"UNIT", AddressRole::Unit},           {"INSIDE", AddressRole::Inside},
+        {"BUILDING", AddressRole::Building},   {"BOX", AddressRole::Box},
+        {"CODE", AddressRole::CodeMark},       {"COUNTRY", AddressRole::Country},
+        {"MONTH", AddressRole::Month}};
+    for (const auto& [name, role] : roles) {
+        if (name == key) {
+            return static_cast<std::uint16_t>(role);
+        }
+    }
+    throw std::invalid_argument("not a part of an address");
+}
+
 /// A number below 40 in Roman figures.
 std::string romanFigures(std::uint16_t value) {
     constexpr const char* units[] = {"", "I", "II", "III", "IV", "V", "VI", "VII", "VIII", "IX"};
@@ -101,6 +117,8 @@ void WordLists::take(std::string_view section, std::string_view line) {
             words_[text].isTitle = true;
         } else if (section == "[short]") {
             words_[text].full = folded(key);
+        } else if (section == "[address]") {
+            words_[text].roles |= addressRole(key);
         } else if (section == "[numbers]") {
             std::uint16_t& value = words_[text].number;
             if (std::from_chars(key.data(), key.data() + key.size(), value).ec != std::errc()) {
@@ -121,7 +139,9 @@ void WordLists::takeType(std::string_view rest) {
     forEachPiece(rest.substr(0, bar), ' ', [&](std::string_view code) { codes_[std::string(code)] |= type; });
     forEachPiece(rest.substr(bar + 1), ' ', [&](std::string_view word) {
         if (const std::size_t blank = word.find('_'); blank != std::string_view::npos) {
-            pairs_[folded(word.substr(0, blank)) + ' ' + folded(word.substr(blank + 1))] |= type;
+            const std::string first = folded(word.substr(0, blank));
+            words_[first].beginsPair = true;
+            pairs_[first + ' ' + folded(word.substr(blank + 1))] |= type;
         } else {
             words_[folded(word)].types |= type;
         }

@@ -13,13 +13,32 @@ namespace ambrel::suggest {
 /// A set of street types, one bit each.
 using TypeSet = std::uint64_t;
 
+/// What a word says in an address besides names; one bit each.
+enum class AddressRole : std::uint16_t {
+    NumberMark = 1, // "nº"
+    NoNumber = 2,   // "s/n"
+    Kilometre = 4,
+    Suffix = 8,     // "bis"
+    Unit = 16,      // "portal", which takes the word after it
+    Inside = 32,    // "bajo", which stands alone
+    Building = 64,  // "edificio", which takes a name
+    Box = 128,      // a post-office box
+    CodeMark = 256, // "C.P."
+    Country = 512,
+    Month = 1024
+};
+
 /// What is known of a folded word; `full` is empty if it is not a short form.
 struct WordEntry {
     std::string full = {};
     std::uint16_t number = 0; // of a numeral; else 0
+    std::uint16_t roles = 0;  // AddressRole
     TypeSet types = 0;        // the street types that it names
     bool isSmall = false;     // an article or a preposition
     bool isTitle = false;     // often left out
+    bool beginsPair = false;  // with another word after it, it may name a type
+
+    [[nodiscard]] bool has(AddressRole role) const { return (roles & static_cast<std::uint16_t>(role)) != 0; }
 };
 
 /// Hashes texts and views alike.

@@ -1,0 +1,307 @@
+// Composing the readings of a written address.
+#include "address/AddressLine.h"
+
+#include <algorithm>
+#include <string>
+
+#include "address/AddressPieces.h"
+#include "address/NumberWords.h"
+#include "address/StreetWords.h"
+#include "address/TownWords.h"
+#include "address/WrittenWords.h"
+
+namespace ambrel {
+namespace {
+
+using suggest::AddressRole;
+using Kind = AddressPiece::Kind;
+
+constexpr std::size_t mostReadings = 12;
+
+/// What a word is used for in a reading. Words that nothing uses make its rest.
+enum class Use : char { Rest, Dropped, Type, Street, Number, Floor, Code, Municipality, Province };
+
+/// One reading in the making.
+class Draft {
+public:
+    explicit Draft(const WrittenWords& words) : words_(words), uses_(words.size(), Use::Rest) {}
+
+    void use(WordRange range, Use what) {
+        for (std::size_t i = range.first; i < range.last; ++i) {
+            uses_[i] = what;
+        }
+    }
+
+    void useNumber(const WrittenNumber& number) {
+        if (number.isThere()) {
+            use(number.words, Use::Number);
+            number_ = number;
+        }
+    }
+
+    void useStreet(const StreetWords& street) {
+        use(street.type, Use::Type);
+        use(street.name, Use::Street);
+        useNumber(street.number);
+        use(street.floor, Use::Floor);
+    }
+
+    /// A number, a floor or a door between separators.
+    void useInside(WordRange piece) {
+        const WrittenNumber number =
+            number_.isThere() ? WrittenNumber{} : readNumber(words_, piece.first, piece.last);
+        useNumber(number);
+        use({number.isThere() ? number.words.last : piece.first, piece.last}, Use::Floor);
+    }
+
+    [[nodiscard]] AddressParts parts() const {
+        AddressParts parts;
+        parts.number = number_.number;
+        parts.numberSuffix = number_.suffix;
+        parts.numberEnd = number_.end;
+        for (std::size_t first = 0; first < uses_.size();) {
+            std::size_t last = first + 1;
+            while (last < uses_.size() && uses_[last] == uses_[first]) {
+                ++last;
+            }
+            write(parts, {first, last});
+            first = last;
+        }
+        return parts;
+    }
+
+private:
+    void write(AddressParts& parts, WordRange range) const {
+        switch (uses_[range.first]) {
+        case Use::Type:
+            append(parts.type, words_.textWithStop(range));
+            break;
+        case Use::Street:
+            writeStreet(parts.street, range);
+            break;
+        case Use::Floor:
+            append(parts.floor, words_.textWithStop(range));
+            break;
+        case Use::Code:
+            append(parts.postalCode, words_[range.first].folded);
+            break;
+        case Use::Municipality:
+            append(parts.municipality, words_.text(range));
+            break;
+        case Use::Province:
+            append(parts.province, words_.text(range));
+            break;
+        case Use::Rest:
+            append(parts.rest, words_.textWithStop(range));
+            break;
+        case Use::Number:
+        case Use::Dropped:
+            break;
+        }
+    }
+
+    /// "ALCALA (CALLE DE)" is spoken "DE ALCALA".
+    static void writeStreet(std::string& street, std::string_view text, bool isArticle) {
+        if (street.empty() || !isArticle) {
+            append(street, text);
+        } else {
+            street.insert(0, std::string(text) + ' ');
+        }
+    }
+    void writeStreet(std::string& street, WordRange range) const {
+        bool isArticle = true;
+        for (std::size_t i = range.first; i < range.last; ++i) {
+            isArticle = isArticle && words_[i].isSmall();
+        }
+        writeStreet(street, words_.text(range), isArticle);
+    }
+
+    static void append(std::string& text, std::string_view more) {
+        if (!text.empty()) {
+            text += ", ";
+        }
+        text += more;
+    }
+
+    const WrittenWords& words_;
+    std::vector<Use> uses_;
+    WrittenNumber number_;
+};
+
+/// Reads a text that has been cut into pieces.
+class TextReading {
+public:
+    TextReading(std::string_view text, bool hasTown)
+        : words_(text), hasTown_(hasTown), code_(hasTown ? findPostalCode(words_) : PostalCodeWords{}),
+          pieces_(cutIntoPieces(words_, code_)) {}
+
+    std::vector<AddressParts> read() {
+        street_ = streetPiece();
+        const std::vector<StreetWords> streets = streetReadings();
+        std::vector<std::vector<StreetInTown>> all;
+        for (const StreetWords& street : streets) {
+            all.push_back(placed(street));
+        }
+        // The likeliest of each first, then the others of each.
+        for (std::size_t depth = 0; depth < mostReadings; ++depth) {
+            for (const auto& towns : all) {
+                if (depth < towns.size()) {
+                    add(towns[depth]);
+                }
+            }
+        }
+        if (street_ < pieces_.size() && hasTown_ && pieces_.size() == 1) {
+            addTownAlone();
+        }
+        return std::move(readings_);
+    }
+
+private:
+    /// How much a piece looks like the one with the street.
+    int rank(std::size_t piece) const {
+        switch (pieces_[piece].kind) {
+        case Kind::Street:
+            return 6;
+        case Kind::Numbered:
+            return 5;
+        case Kind::Other:
+            return pieces_[piece].isNumbered ? 5 : isTown(piece) ? 0 : 2;
+        case Kind::Estate:
+            return 3;
+        case Kind::Text:
+            return hasNumberAfter(piece) ? 4 : isTown(piece) ? 0 : 1;
+        default:
+            return 0;
+        }
+    }
+
+    bool hasNumberAfter(std::size_t piece) const {
+        std::size_t next = piece + 1;
+        if (next < pieces_.size() && pieces_[next].kind == Kind::Type) {
+            ++next;
+        }
+        return next < pieces_.size() && pieces_[next].kind == Kind::Inside &&
+               readNumber(words_, pieces_[next].words.first, pieces_[next].words.last).isThere();
+    }
+
+    /// Whether a name without a number must be the town's: beside the postal code, with no other name left.
+    bool isTown(std::size_t piece) const {
+        if (!hasTown_ || code_.words.isEmpty()) {
+            return false;
+        }
+        const bool isAfter = piece > 0 && pieces_[piece - 1].kind == Kind::Code;
+        if (isAfter) {
+            return true;
+        }
+        const bool isBefore = piece + 1 < pieces_.size() && pieces_[piece + 1].kind == Kind::Code;
+        return isBefore &&
+               (piece == 0 ||
+                std::ranges::none_of(pieces_.begin(), pieces_.begin() + static_cast<std::ptrdiff_t>(piece),
+                                     [](const AddressPiece& one) { return one.isName(); })) &&
+               (piece + 2 >= pieces_.size() || !pieces_[piece + 2].isName());
+    }
+
+    std::size_t streetPiece() const {
+        std::size_t best = pieces_.size();
+        int bestRank = 0;
+        for (std::size_t i = 0; i < pieces_.size(); ++i) {
+            if (const int one = rank(i); one > bestRank) {
+                best = i;
+                bestRank = one;
+            }
+        }
+        return best;
+    }
+
+    std::vector<StreetWords> streetReadings() const {
+        if (street_ == pieces_.size()) {
+            return {StreetWords{}};
+        }
+        std::vector<StreetWords> readings = readStreetWords(words_, pieces_[street_].words);
+        const bool isPlain = readings.front().number.words.last == pieces_[street_].words.last;
+        if (isPlain && street_ + 1 < pieces_.size() && pieces_[street_ + 1].kind == Kind::Inside) {
+            // "Alfonso 13, 5": the first number may be the name's.
+            const WordRange next = pieces_[street_ + 1].words;
+            StreetWords other = readings.front();
+            other.name.last = other.number.words.last;
+            other.number = readNumber(words_, next.first, next.last);
+            if (other.number.isThere() && readings.front().number.isThere()) {
+                readings.insert(readings.begin() + 1, std::move(other));
+            }
+        }
+        return readings;
+    }
+
+    std::vector<StreetInTown> placed(const StreetWords& street) const {
+        return hasTown_ ? readTowns(words_, pieces_, street_, street)
+                        : std::vector<StreetInTown>{{street, {}, {}}};
+    }
+
+    void add(const StreetInTown& placed) {
+        Draft draft(words_);
+        draft.useStreet(placed.street);
+        draft.use(placed.municipality, Use::Municipality);
+        draft.use(placed.province, Use::Province);
+        useOthers(draft, placed);
+        addOnce(draft.parts());
+    }
+
+    void addOnce(AddressParts parts) {
+        if (readings_.size() < mostReadings && std::ranges::find(readings_, parts) == readings_.end()) {
+            readings_.push_back(std::move(parts));
+        }
+    }
+
+    /// The pieces beside street and town.
+    void useOthers(Draft& draft, const StreetInTown& placed) const {
+        for (std::size_t i = 0; i < pieces_.size(); ++i) {
+            const AddressPiece& piece = pieces_[i];
+            if (piece.kind == Kind::Code) {
+                draft.use({piece.words.first, code_.code}, Use::Dropped);
+                draft.use({code_.code, code_.code + 1}, Use::Code);
+            } else if (piece.kind == Kind::Inside && piece.words.first != placed.street.number.words.first) {
+                draft.useInside(piece.words);
+            } else if (piece.kind == Kind::Inside) {
+                draft.use({placed.street.number.words.last, piece.words.last}, Use::Floor);
+            } else if (piece.kind == Kind::Type && i == street_ + 1 && placed.street.type.isEmpty()) {
+                const WrittenType type = readWrittenType(words_, piece.words.first, piece.words.last);
+                draft.use({piece.words.first, type.end}, Use::Type);
+                draft.use({type.end, piece.words.last}, Use::Street);
+            }
+        }
+    }
+
+    /// A name and nothing else may be the town's.
+    void addTownAlone() {
+        Draft draft(words_);
+        draft.use(words_.all(), Use::Municipality);
+        if (pieces_.front().isName()) {
+            addOnce(draft.parts());
+        }
+    }
+
+    WrittenWords words_;
+    bool hasTown_;
+    PostalCodeWords code_;
+    std::vector<AddressPiece> pieces_;
+    std::size_t street_ = 0;
+    std::vector<AddressParts> readings_;
+};
+
+} // namespace
+
+std::vector<AddressParts> readAddressLine(std::string_view line) { return TextReading(line, true).read(); }
+
+std::vector<AddressParts> readStreetText(std::string_view text) { return TextReading(text, false).read(); }
+
+AddressParts readNumberText(std::string_view text) {
+    const WrittenWords words(text);
+    const WrittenNumber number = readNumber(words, 0, words.size());
+    const std::size_t floor = number.isThere() ? number.words.last : 0;
+    Draft draft(words);
+    draft.useNumber(number);
+    draft.use({floor, floorEnd(words, floor, words.size())}, Use::Floor);
+    return draft.parts();
+}
+
+} // namespace ambrel

@@ -1,0 +1,241 @@
+// Taking a text apart into words.
+#include "address/WrittenWords.h"
+
+#include <algorithm>
+#include <array>
+
+#include "suggest/Letters.h"
+
+namespace ambrel {
+namespace {
+
+using suggest::AddressRole;
+using suggest::dropped;
+using suggest::foldedLetter;
+using suggest::WordLists;
+
+constexpr char masculineOrdinal = '\xBA', feminineOrdinal = '\xAA', degree = '\xB0';
+constexpr std::size_t mostDigits = 4; // of a house number
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isOrdinalSign(char c) { return c == masculineOrdinal || c == feminineOrdinal || c == degree; }
+bool isWordLetter(char c) { return foldedLetter(c) != 0 && foldedLetter(c) != dropped && !isDigit(c); }
+
+std::uint8_t bit(Separator separator) { return static_cast<std::uint8_t>(separator); }
+
+std::uint8_t separatorOf(char c) {
+    switch (c) {
+    case ' ':
+    case '\xA0':
+        return bit(Separator::Blank);
+    case '-':
+        return bit(Separator::Hyphen);
+    case '/':
+    case '\\':
+        return bit(Separator::Slash);
+    case '(':
+    case '[':
+        return bit(Separator::Open) | bit(Separator::Apart);
+    case ')':
+    case ']':
+    case ',':
+    case ';':
+    case '|':
+    case '\t':
+    case '\n':
+    case '\r':
+    case '\v':
+    case '\f':
+    case '\x96': // dashes and a bullet
+    case '\x97':
+    case '\x95':
+        return bit(Separator::Apart);
+    case '\'':
+    case '`':
+    case '\xB4':
+    case '\x91':
+    case '\x92':
+        return bit(Separator::Apostrophe);
+    default:
+        return 0;
+    }
+}
+
+/// The ends of ordinals in letters: "1ro", "3er", "2da". Single letters ("2n", "1a") say it only in a floor.
+bool endsOrdinal(std::string_view letters) {
+    static constexpr std::array<std::string_view, 13> ends{"ER", "RO", "DO", "TO", "MO", "VO", "NO",
+                                                           "RA", "DA", "TA", "MA", "VA", "NA"};
+    return std::ranges::find(ends, letters) != ends.end();
+}
+
+} // namespace
+
+bool WrittenWord::isHouseNumber() const {
+    if (digits == 0 || digits > mostDigits || isOrdinal || isFraction) {
+        return false;
+    }
+    if (letters().size() <= 1) {
+        return true;
+    }
+    const suggest::WordEntry* const suffix = WordLists::builtIn().find(letters());
+    return suffix != nullptr && suffix->has(AddressRole::Suffix);
+}
+
+WrittenWords::WrittenWords(std::string_view source) : source_(source) {
+    words_.reserve(24);
+    for (std::size_t at = 0;;) {
+        const std::size_t gap = at;
+        while (at < source_.size() && !isDigit(source_[at]) && !isWordLetter(source_[at])) {
+            ++at;
+        }
+        if (at == source_.size()) {
+            return;
+        }
+        separate(gap, at);
+        readWord(at);
+    }
+}
+
+void WrittenWords::separate(std::size_t gapBegin, std::size_t gapEnd) {
+    gap_ = 0;
+    for (std::size_t at = gapBegin; at < gapEnd; ++at) {
+        gap_ |= separatorOf(source_[at]);
+    }
+    // "Getafe - Madrid", but "5 - 7".
+    const bool isDash = (gap_ & bit(Separator::Hyphen)) != 0 && (gap_ & bit(Separator::Blank)) != 0;
+    const bool isBetweenDigits = gapBegin > 0 && isDigit(source_[gapBegin - 1]) && isDigit(source_[gapEnd]);
+    if (isDash && !isBetweenDigits) {
+        gap_ |= bit(Separator::Apart);
+    }
+}
+
+void WrittenWords::readWord(std::size_t& at) {
+    WrittenWord word;
+    word.begin = at;
+    word.before = gap_;
+    if (isDigit(source_[at])) {
+        readNumber(word, at);
+    } else {
+        readLetters(word, at);
+    }
+    word.end = at;
+    if (word.digits == 0) {
+        word.entry = WordLists::builtIn().find(word.folded);
+    }
+    words_.push_back(std::move(word));
+}
+
+void WrittenWords::readNumber(WrittenWord& word, std::size_t& at) const {
+    const auto digitAt = [&](std::size_t index) { return index < source_.size() && isDigit(source_[index]); };
+    const bool isKilometre = !words_.empty() && words_.back().is(AddressRole::Kilometre);
+    while (digitAt(at)) {
+        word.folded += source_[at++];
+    }
+    const auto continues = [&] {
+        if (at >= source_.size() || !digitAt(at + 1)) {
+            return false;
+        }
+        const char c = source_[at];
+        if (isKilometre) {
+            return c == ',' || c == '.' || c == '\'' || c == '+';
+        }
+        std::size_t end = at + 1;
+        while (digitAt(end)) {
+            ++end;
+        }
+        return c == '.' && (end == source_.size() || !isWordLetter(source_[end])); // not "5.3ºB"
+    };
+    while (continues()) {
+        word.isFraction = true;
+        ++at;
+        while (digitAt(at)) {
+            word.folded += source_[at++];
+        }
+    }
+    word.digits = static_cast<std::uint8_t>(std::min<std::size_t>(word.folded.size(), 255));
+    const bool hasStop = at + 1 < source_.size() && source_[at] == '.' && isOrdinalSign(source_[at + 1]);
+    if (hasStop || (at < source_.size() && isOrdinalSign(source_[at]))) {
+        at += hasStop ? 2 : 1;
+        word.isOrdinal = true;
+        return;
+    }
+    while (at < source_.size() && isWordLetter(source_[at]) && !isOrdinalSign(source_[at])) {
+        word.folded += foldedLetter(source_[at++]);
+    }
+    word.isOrdinal = endsOrdinal(word.letters());
+}
+
+void WrittenWords::readLetters(WrittenWord& word, std::size_t& at) const {
+    const auto letterAt = [&](std::size_t index) {
+        return index < source_.size() && isWordLetter(source_[index]);
+    };
+    const auto inside = [&](std::size_t index) {
+        return index + 1 < source_.size() && foldedLetter(source_[index]) == dropped && letterAt(index + 1);
+    };
+    const auto isEnye = [&](std::size_t index) { // what old conversions left of it
+        return index < source_.size() && source_[index] == '\\' && word.folded.size() > 1 &&
+               letterAt(index + 1);
+    };
+    for (; letterAt(at) || inside(at) || isEnye(at); ++at) {
+        if (source_[at] == '\\') {
+            word.folded += suggest::enye;
+        } else if (letterAt(at)) {
+            word.folded += foldedLetter(source_[at]);
+        }
+    }
+    // "P.I.", "C.P.", "n.º"
+    while (word.folded.size() < 4 && at - word.begin == 2 * word.folded.size() - 1 &&
+           at + 1 < source_.size() && source_[at] == '.' && letterAt(at + 1) &&
+           (isOrdinalSign(source_[at + 1]) ||
+            (!letterAt(at + 2) && !(at + 2 < source_.size() && isDigit(source_[at + 2]))))) {
+        word.folded += foldedLetter(source_[at + 1]);
+        at += 2;
+    }
+    // "S/N", "s-n", "S/Nº"
+    if (word.folded == "S" && at + 1 < source_.size() &&
+        (source_[at] == '/' || source_[at] == '-' || source_[at] == '\\') &&
+        foldedLetter(source_[at + 1]) == 'N') {
+        std::size_t end = at + 2;
+        while (letterAt(end)) {
+            ++end;
+        }
+        const std::string whole = "S" + suggest::foldLetters(source_.substr(at + 1, end - at - 1));
+        const suggest::WordEntry* const entry = WordLists::builtIn().find(whole);
+        if (entry != nullptr && entry->has(AddressRole::NoNumber)) {
+            word.folded = whole;
+            at = end;
+        }
+    }
+}
+
+std::string_view WrittenWords::text(WordRange range) const {
+    if (range.isEmpty()) {
+        return {};
+    }
+    const std::size_t begin = words_[range.first].begin, end = words_[range.last - 1].end;
+    const std::string_view text = source_.substr(begin, end - begin);
+    const bool isOpen = std::ranges::count(text, '(') > std::ranges::count(text, ')');
+    const std::size_t close = isOpen ? source_.find_first_not_of(" .", end) : std::string_view::npos;
+    return close != std::string_view::npos && source_[close] == ')' ? source_.substr(begin, close + 1 - begin)
+                                                                    : text;
+}
+
+std::string_view WrittenWords::textWithStop(WordRange range) const {
+    const std::string_view plain = text(range);
+    if (plain.empty()) {
+        return plain;
+    }
+    const auto begin = static_cast<std::size_t>(plain.data() - source_.data());
+    std::size_t end = begin + plain.size();
+    while (end < source_.size() && (source_[end] == '.' || source_[end] == '/')) {
+        ++end;
+    }
+    return source_.substr(begin, end - begin);
+}
+
+bool WrittenWords::isFollowedBy(std::size_t index, char character) const {
+    const std::size_t end = words_[index].end;
+    return end < source_.size() && source_[end] == character;
+}
+
+} // namespace ambrel
