@@ -61,7 +61,7 @@ Price ComparedWord::priceUnmatched(double rarity) const {
     if (word_.role == WordRole::Title) {
         return 90;
     }
-    const std::size_t length = std::min<std::size_t>(word_.text.size(), 8);
+    const std::size_t length = std::min<std::size_t>(word_.text.size(), 255);
     const double letters = std::max(static_cast<double>(length), word_.number != 0 ? 2.5 : 1.0);
     const double share = word_.role == WordRole::Appended ? 0.25 : 0.35 + 0.45 * rarity;
     return static_cast<Price>(letters * 100 * share);

@@ -151,7 +151,8 @@ std::vector<NameWord> foldName(std::string_view name) {
     // "2 de Mayo" and "Dos de Mayo", but "Rúa dos Olmos".
     for (std::size_t i = 0; i < words.size(); ++i) {
         if (words[i].literal == "DOS") {
-            const bool isNumeral = i + 1 == words.size() || words[i + 1].literal == "DE";
+            const bool isNumeral = i + 1 == words.size() || words[i + 1].literal == "DE" ||
+                                   words[i + 1].role == WordRole::Appended;
             words[i].role = isNumeral ? WordRole::Plain : WordRole::Small;
             words[i].number = isNumeral ? 2 : 0;
         }

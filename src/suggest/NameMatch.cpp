@@ -2,6 +2,8 @@
 #include "suggest/NameMatch.h"
 
 #include <algorithm>
+#include <iterator>
+#include <set>
 #include <span>
 
 #include "suggest/Letters.h"
@@ -12,6 +14,8 @@ namespace {
 
 /// Words of a name after these are not looked at.
 constexpr std::size_t mostUses = 32;
+/// Points above which only the writing differs.
+constexpr double sameName = 0.9;
 
 struct Verdict {
     unsigned cost = price::impossible;
@@ -41,6 +45,9 @@ public:
         if (!isSame_) {
             chargeSmallWords();
         }
+        if (isBegun_ && inOrder_ && reading_.isOpen) {
+            chargeSmallLetters();
+        }
         return {cost_, isSame_, inOrder_ && reading_.isOpen};
     }
 
@@ -64,10 +71,15 @@ private:
             return;
         }
         best -= at == next_ ? 0U : 1U;
+        isBegun_ = &word == reading_.words.back() && best >= price::beginning && best < price::slip;
+        if (uses_[at].role() == WordRole::Appended && word.word().role == WordRole::Appended) {
+            best /= 4; // still the same name
+        } else {
+            isSame_ = isSame_ && best < price::beginning;
+        }
         isAny_ = isAny_ || !isShortForm;
         used_ |= 1U << at;
         cost_ += best + (at < next_ ? price::order : 0U);
-        isSame_ = isSame_ && best < price::beginning;
         inOrder_ = inOrder_ && at == next_;
         next_ = at + 1;
     }
@@ -93,6 +105,7 @@ private:
             }
             const bool isAppended = uses_[i].role() == WordRole::Appended;
             if (inOrder_ && reading_.isOpen && !isAppended) {
+                isBegun_ = true;
                 const unsigned length = view_.pool().word(view_.words()[uses_[i].word()]).length;
                 cost_ += price::missingWord + price::missingLetter * std::min(length, 12U);
             } else {
@@ -123,6 +136,16 @@ private:
         }
     }
 
+    /// The letters of small words that an unfinished text leaves out are still to come, like all others.
+    void chargeSmallLetters() {
+        unsigned rest = static_cast<unsigned>(view_.pool().joined(name_).size());
+        for (const WordUse& use : uses_) {
+            const unsigned length = view_.pool().word(view_.words()[use.word()]).length;
+            rest -= use.role() == WordRole::Appended ? 0U : std::min(rest, length);
+        }
+        cost_ += price::missingLetter * (rest - std::min(rest, reading_.smallLetters));
+    }
+
     const NameView& view_;
     const PreparedReading& reading_;
     NameNumber name_;
@@ -131,6 +154,7 @@ private:
     std::size_t next_ = 0; // where the next word of the text is expected
     unsigned cost_ = 0;
     bool isSame_ = true, inOrder_ = true, isAny_ = false;
+    bool isBegun_ = false; // the last word is not finished, or others follow
 };
 
 /// Compares the letters without the blanks: words written together, apart, or with a slip in a small one.
@@ -149,7 +173,9 @@ Verdict compareJoined(const NamePool& pool, const PreparedReading& reading, Name
     const SlipCount::Found found = reading.joinedSlips.to(joined);
     Verdict verdict;
     if (found.whole <= most) {
-        verdict = {reading.extra + found.whole * price::slip + price::joining, found.whole == 0, false};
+        verdict = {reading.extra + found.whole * price::slip + price::joining +
+                       (reading.hasAppended ? price::appended : 0U),
+                   found.whole == 0, false};
     }
     if (reading.isOpen && found.beginning <= most && length > 2 * found.beginning) {
         const auto lacks =
@@ -186,6 +212,23 @@ bool isJoinedAlready(const NamePool& pool, const PreparedReading& reading, NameN
     return reading.isPlain && pool.uses(name).size() == 1 && pool.smallWords(name) == 0;
 }
 
+/// The small words that only one of two names has.
+unsigned smallWordsApart(const std::vector<NameWord>& one, const std::vector<NameWord>& other) {
+    const auto smallWordsOf = [](const std::vector<NameWord>& words) {
+        std::multiset<std::string_view> small;
+        for (const NameWord& word : words) {
+            if (word.role == WordRole::Small) {
+                small.insert(word.literal);
+            }
+        }
+        return small;
+    };
+    const auto ones = smallWordsOf(one), others = smallWordsOf(other);
+    std::vector<std::string_view> apart;
+    std::ranges::set_symmetric_difference(ones, others, std::back_inserter(apart));
+    return static_cast<unsigned>(apart.size());
+}
+
 /// The best reading of the text as a name; no points if there is none.
 NameMatch matchOne(const NameView& view, const PreparedReadings& prepared, std::size_t place) {
     const NamePool& pool = view.pool();
@@ -220,6 +263,21 @@ NameMatch matchOne(const NameView& view, const PreparedReadings& prepared, std::
     return match;
 }
 
+/// How far the writing of a name is from what was typed: articles that only one of them has, then letters.
+unsigned writingApart(const NamePool& pool, const TypedName& typed, const NameMatch& match) {
+    const TypedStreet::Reading& reading = typed.readings[match.reading];
+    std::vector<NameWord> words(typed.words.begin() + static_cast<std::ptrdiff_t>(reading.first),
+                                typed.words.begin() + static_cast<std::ptrdiff_t>(reading.last));
+    const std::string_view stored = pool.stored(match.name);
+    const unsigned articles = smallWordsApart(words, foldName(stored));
+    std::ranges::sort(words, {}, &NameWord::begin);
+    std::string letters;
+    for (const NameWord& word : words) {
+        letters += word.literal;
+    }
+    return 100 * articles + std::min(99U, SlipCount(letters).to(foldLetters(stored)).whole);
+}
+
 } // namespace
 
 std::vector<NameMatch> matchNames(const NameView& view, const TypedName& typed, double least) {
@@ -229,7 +287,9 @@ std::vector<NameMatch> matchNames(const NameView& view, const TypedName& typed, 
         NameMatch match = matchOne(view, prepared, place);
         if (match.points >= least) {
             const PreparedReading& reading = prepared.readings()[match.reading];
-            match.farness = reading.joinedSlips.to(view.pool().joined(match.name)).whole;
+            match.farness = match.points > sameName
+                                ? writingApart(view.pool(), typed, match)
+                                : reading.joinedSlips.to(view.pool().joined(match.name)).whole;
             matches.push_back(match);
         }
     }

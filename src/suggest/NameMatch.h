@@ -15,7 +15,7 @@ struct NameMatch {
     double points = 0;         // 0 to 1; above 0.9 only the writing differs
     std::uint16_t reading = 0; // which reading of the text it is
     bool isBeginning = false;  // the text is the beginning of the name
-    std::uint32_t farness = 0; // slips between the letters as they stand, to order equal points
+    std::uint32_t farness = 0; // of the writing: articles and letters, to order equal points
 };
 
 /// A text to compare names with: its words, and the readings of them.

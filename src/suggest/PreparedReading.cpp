@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "suggest/Letters.h"
+
 namespace ambrel::suggest {
 namespace {
 
@@ -45,22 +47,32 @@ PreparedReading PreparedReadings::prepare(const std::vector<NameWord>& words,
     prepared.isOpen = reading.number.empty();
     prepared.extra = prepared.isOpen ? Price{0} : price::number;
     const std::vector<std::size_t> places = comparedIn(words, reading);
+    std::size_t comparedLetters = 0;
     for (const std::size_t i : places) {
         const bool mayBeBeginning = prepared.isOpen && i + 1 == reading.last;
         const ComparedWord*& compared = (mayBeBeginning ? open_ : whole_)[i];
         if (compared == nullptr) {
             NameWord word = words[i];
             if (mayBeBeginning && word.literal.size() == 1) {
-                word.text = word.literal; // rather the first letter of something than short for it
+                word.text = word.literal; // rather the first letter of something than short for it,
+                word.number = isDigit(word.literal.front()) ? word.number : std::uint16_t{0}; // or a figure
             }
             compared = &compared_.emplace_back(std::move(word), mayBeBeginning, view_, near_);
         }
         prepared.words.push_back(compared);
+        comparedLetters +=
+            counts(words[i].role) && words[i].role != WordRole::Appended ? words[i].literal.size() : 0;
+        prepared.hasAppended = prepared.hasAppended || words[i].role == WordRole::Appended;
     }
     prepared.endsSmall =
         prepared.words.size() > 1 && !counts(words[places.back()].role) && counts(words[places.front()].role);
     for (std::size_t i = reading.first; i < reading.last; ++i) {
-        if (!std::ranges::binary_search(places, i)) {
+        if (std::ranges::binary_search(places, i)) {
+            continue;
+        }
+        if (counts(words[i].role)) { // one of too many
+            prepared.extra += price::slip / 2 * static_cast<unsigned>(words[i].literal.size());
+        } else {
             prepared.smallWords.push_back(smallWordBits(words[i].literal));
         }
     }
@@ -69,6 +81,8 @@ PreparedReading PreparedReadings::prepare(const std::vector<NameWord>& words,
                        prepared.words.front()->word().text == words[reading.first].literal;
     prepared.joined = joined(words, reading.first, reading.last);
     prepared.joinedSlips = SlipCount(prepared.joined);
+    prepared.smallLetters =
+        static_cast<unsigned>(prepared.joined.size() - std::min(prepared.joined.size(), comparedLetters));
     prepared.pairs = pairBits(prepared.joined);
     prepared.letterSet = letterBits(prepared.joined);
     prepared.letters = std::max(4.0, static_cast<double>(prepared.joined.size()));

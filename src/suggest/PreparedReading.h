@@ -20,7 +20,9 @@ struct PreparedReading {
     std::uint64_t pairs = 0, letterSet = 0; // of `joined`
     double letters = 0;                     // typed, as the measure of all prices
     bool isOpen = false;                    // more may follow
-    Price extra = 0;
+    bool hasAppended = false;               // something stands in brackets
+    unsigned smallLetters = 0;              // of `joined`, in small words
+    unsigned extra = 0;
 };
 
 /// All readings of a text, each word of it compared with the words of the view once.

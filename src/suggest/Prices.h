@@ -27,6 +27,7 @@ inline constexpr Price joining = 10;         // words written together, or apart
 inline constexpr Price number = 10;          // the text ends with a house number
 inline constexpr Price smallWord = 60;       // an article that the name does not have
 inline constexpr Price lastSmallWord = 40;   // the same as the last word
+inline constexpr Price appended = 60;        // words in brackets that the name does not have
 inline constexpr Price unsharedPairs = 20;   // no two neighbouring letters in common
 inline constexpr Price firstLetter = 10;     // another first letter
 } // namespace price

@@ -94,6 +94,55 @@ TEST_F(StreetSuggestions, OneLineStandsForAllStretchesAndGivesTheirCodes) {
     EXPECT_EQ(found.front().province, "28");
 }
 
+TEST_F(StreetSuggestions, ArticleMoreOrLessIsNearerThanAnotherOneInItsPlace) {
+    addStreets({{"28000020", "JORNALEROS", "CL", "28001"},
+                {"28000021", "DE LOS JORNALEROS", "AV", "28001"},
+                {"28000022", "SES BARRAQUES", "CL", "28001"},
+                {"28000023", "BARRAQUES", "PZ", "28001"},
+                {"28000024", "TORRE, DE SA", "PS", "28001"},
+                {"28000025", "DE SA TORRE", "CL", "28001"}});
+    EXPECT_EQ(first("del jornaleros"), "CL JORNALEROS");
+    EXPECT_EQ(first("de los jornaleros"), "AV DE LOS JORNALEROS");
+    EXPECT_EQ(first("los barraques"), "PZ BARRAQUES");
+    EXPECT_EQ(first("barraques, los"), "PZ BARRAQUES");
+    EXPECT_EQ(first("torre de sa"), "PS TORRE, DE SA");
+    EXPECT_EQ(first("de sa torre"), "CL DE SA TORRE");
+}
+
+TEST_F(StreetSuggestions, LoneLetterAtTheEndIsABeginningAndNoFigure) {
+    addStreets({{"28000020", "CINCO", "CL", "28001"}, {"28000021", "GRAN VIA DE VILLAVERDE", "AV", "28001"}});
+    EXPECT_EQ(first("gran via de v"), "AV GRAN VIA DE VILLAVERDE");
+    EXPECT_EQ(first("5"), "CL CINCO");
+}
+
+TEST_F(StreetSuggestions, VillageInBracketsMayBeMisspeltOrUnfinished) {
+    addStreets({{"28000020", "ESTACION", "CL", "28001"},
+                {"28000021", "ESTACION (VILLAVERDE)", "PS", "28001"},
+                {"28000022", "DOS (CIUDAD PEGASO)", "CL", "28001"},
+                {"28000023", "CIUDAD REAL", "CL", "28001"}});
+    EXPECT_EQ(first("estacion (vil"), "PS ESTACION (VILLAVERDE)");
+    EXPECT_EQ(first("estacion (villabrede)"), "PS ESTACION (VILLAVERDE)");
+    EXPECT_EQ(first("estacion"), "CL ESTACION");
+    EXPECT_EQ(first("ciudad"), "CL CIUDAD REAL");
+    EXPECT_EQ(first("2 (ciudad pegaso)"), "CL DOS (CIUDAD PEGASO)");
+}
+
+TEST_F(StreetSuggestions, NamesThatTheTextBeginsComeInTheOrderOfTheirLetters) {
+    addStreets(
+        {{"28000020", "COLLADO DE LA MINA", "CL", "28001"}, {"28000021", "COLLADO MEDIANO", "CL", "28001"}});
+    EXPECT_EQ(first("collado m"), "CL COLLADO MEDIANO");
+    EXPECT_EQ(first("collado de m"), "CL COLLADO DE LA MINA");
+}
+
+TEST_F(StreetSuggestions, LongTextThatTheNameDoesNotExplainIsNotSuggested) {
+    EXPECT_TRUE(suggest("velazquez " + std::string(300, 'x')).empty());
+    std::string words = "velazquez";
+    for (int i = 0; i < 40; ++i) {
+        words += " palabra";
+    }
+    EXPECT_TRUE(suggest(words).empty());
+}
+
 TEST_F(StreetSuggestions, VillageInBracketsWeighsLessThanTheName) {
     EXPECT_EQ(first("mayor"), "CL MAYOR (EL PARDO)");
     EXPECT_EQ(first("mayor el pardo"), "CL MAYOR (EL PARDO)");

@@ -1,8 +1,17 @@
 // Suggestions while the tables change, and how they are read.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <new>
+
+#include <sys/mman.h>
+
 #include "data/PostalTables.h"
 #include "dbase/dataset/dataset.h"
+#include "dbase/support/ChildProcess.h"
 #include "suggest/Suggestions.h"
 
 namespace ambrel {
@@ -128,6 +137,90 @@ TEST_F(SuggestionsFollowTables, MunicipalityWithStreetsInTwoProvincesIsSearchedI
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(found.front().postalCodes, (std::vector<std::string>{"01118", "09215"}));
     EXPECT_EQ(suggestions.streets({.text = "fuente", .ineCode = "09109"}).size(), 1U);
+}
+
+/// Another station, which changes a street without pause, now and then adds "NUEVA 0", "NUEVA 1"... and notes
+/// when. Start it while this process has no table open.
+class TirelessStation {
+public:
+    using Clock = std::chrono::steady_clock; // the same for all processes
+
+    TirelessStation() : shared_(share()), process_([this](const auto&) { return write(); }) {}
+    ~TirelessStation() {
+        shared_->ends = true;
+        process_.join();
+        munmap(shared_, sizeof(Shared));
+    }
+    TirelessStation(const TirelessStation&) = delete;
+    TirelessStation& operator=(const TirelessStation&) = delete;
+
+    /// How many streets had been added at a moment.
+    [[nodiscard]] std::size_t countAt(Clock::time_point moment) const {
+        const auto end = shared_->posted.begin() + static_cast<std::ptrdiff_t>(shared_->count.load());
+        return static_cast<std::size_t>(std::lower_bound(shared_->posted.begin(), end, moment) -
+                                        shared_->posted.begin());
+    }
+
+private:
+    struct Shared {
+        std::atomic<bool> ends = false;
+        std::atomic<std::size_t> count = 0;
+        std::array<Clock::time_point, 100'000> posted;
+    };
+
+    static Shared* share() {
+        void* const memory =
+            mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+        return memory == MAP_FAILED ? throw std::bad_alloc() : new (memory) Shared;
+    }
+
+    int write() {
+        dbase::Dataset table("DB", "POSTAL");
+        table.open();
+        for (std::size_t i = 0; !shared_->ends && i < shared_->posted.size(); ++i) {
+            table.append();
+            table.field("CODIGO1").setText(std::to_string(29'000'000 + i));
+            table.field("PROVINCIA").setText("28");
+            table.field("TIPO_VIA").setText("CL");
+            table.field("VIA").setText("NUEVA " + std::to_string(i));
+            table.field("CODPOSTAL").setText("28001");
+            table.field("COD_INE").setText("28079");
+            table.post();
+            shared_->posted[i] = Clock::now();
+            shared_->count = i + 1;
+            for (int change = 0; change < 100 && !shared_->ends; ++change) {
+                table.edit();
+                table.field("IMPAR_INI").setInteger(change);
+                table.post();
+            }
+        }
+        return 0;
+    }
+
+    Shared* shared_;
+    dbase::test::ChildProcess process_;
+};
+
+TEST_F(SuggestionsFollowTables, AnswersWhileAnotherStationWritesWithoutPauseAreASecondOldAtMost) {
+    std::vector<postal_tests::StreetRow> rows;
+    for (int i = 0; i < 2000; ++i) {
+        rows.push_back({std::to_string(28100000 + i), "VEREDA " + std::to_string(i), "CL", "28001"});
+    }
+    addStreets(rows);
+    const TirelessStation station;
+    Suggestions suggestions;
+    std::size_t before = 0, proofs = 0;
+    while (proofs < 10) {
+        const std::size_t old = station.countAt(TirelessStation::Clock::now() - 1s);
+        ASSERT_EQ(first(suggestions, "velasques"), "VELAZQUEZ"); // ends, however much is written
+        if (old > before) {
+            const std::string name = "NUEVA " + std::to_string(old - 1);
+            ASSERT_EQ(first(suggestions, name), name);
+            before = old;
+            ++proofs;
+        }
+    }
+    // Nor do the questions keep the other station from writing: each proof is about later rows.
 }
 
 TEST_F(SuggestionsFollowTables, MissingTableOfTypesOnlyCostsTheOrder) {
