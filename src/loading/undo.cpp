@@ -1,0 +1,50 @@
+// Goes backwards through an undo file.
+#include "loading/undo.h"
+
+#include <memory>
+
+#include "dbase/system/databases.h"
+#include "dbase/system/paths.h"
+#include "loading/failure.h"
+#include "loading/undo_reader.h"
+
+namespace loading {
+
+namespace {
+
+std::string placeNow(const std::string& path, const std::string& folder) {
+    if (folder.empty()) {
+        return path;
+    }
+    const std::string name = dbase::baseName(path);
+    const auto found = dbase::findTableFile(folder, name);
+    if (!found) {
+        throw Failure(folder + ": no tiene la tabla " + name);
+    }
+    return *found;
+}
+
+} // namespace
+
+UndoTotals undo(const UndoReader& file, const std::string& folder, const UndoneTable::Observer& observer,
+                const UndoProgress& progress) {
+    UndoTotals totals;
+    std::vector<std::unique_ptr<UndoneTable>> tables;
+    for (const UndoTable& table : file.tables()) {
+        tables.push_back(
+            std::make_unique<UndoneTable>(table, placeNow(table.path, folder), totals, observer));
+    }
+    for (std::size_t left = file.size(); left > 0; --left) {
+        const UndoEntry entry = file.entry(left - 1);
+        tables.at(entry.table)->undo(entry);
+        if (progress && !progress(file.size() - left + 1, file.size())) {
+            break;
+        }
+    }
+    for (const auto& table : tables) {
+        table->finish();
+    }
+    return totals;
+}
+
+} // namespace loading

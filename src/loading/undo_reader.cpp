@@ -1,0 +1,106 @@
+// Reads an undo file.
+#include "loading/undo_reader.h"
+
+#include <algorithm>
+
+#include "loading/failure.h"
+
+namespace loading {
+
+namespace {
+
+constexpr std::size_t pieceSize = std::size_t{1} << 20;
+/// The longest line of the widest table, every byte escaped, has fewer bytes.
+constexpr std::size_t maxLineSize = std::size_t{1} << 22;
+
+} // namespace
+
+UndoReader::UndoReader(const std::string& path) : file_(dbase::openFile(path, dbase::OpenMode::ReadOnly)) {
+    readLines();
+}
+
+void UndoReader::readLines() {
+    const std::uint64_t size = file_->size();
+    std::string buffer;
+    std::uint64_t begin = 0; // of the buffer in the file
+    while (begin + buffer.size() < size) {
+        const std::size_t held = buffer.size();
+        buffer.resize(held + std::min<std::uint64_t>(pieceSize, size - begin - held));
+        file_->read(begin + held, std::span(buffer).subspan(held));
+        std::size_t at = 0;
+        for (std::size_t end = 0; (end = buffer.find('\n', at)) != std::string::npos; at = end + 1) {
+            take(std::string_view(buffer).substr(at, end - at), begin + at);
+        }
+        buffer.erase(0, at);
+        begin += at;
+        if (buffer.size() > maxLineSize) {
+            throw Failure(path() + ": tiene líneas demasiado largas; no es un fichero de deshacer");
+        }
+    }
+    if (line_ == 0 && !undoSignature.starts_with(buffer.substr(0, undoSignature.size()))) {
+        throw Failure(path() + ": no es un fichero de deshacer");
+    }
+    if (!damaged_.empty() && damaged_.back() == line_) { // several sectors of the last batch may be missing
+        std::uint64_t last = line_;
+        while (!damaged_.empty() && damaged_.back() == last) {
+            damaged_.pop_back();
+            --last;
+        }
+    }
+}
+
+void UndoReader::takeHeading(std::string_view line) const {
+    if (!line.starts_with(undoSignature)) {
+        throw Failure(path() + ": no es un fichero de deshacer");
+    }
+    const std::vector<std::string_view> values = undoValues(line);
+    if (!isUndoHeading(values)) {
+        throw Failure(path() + (values.empty() ? ": su primera línea está estropeada"
+                                               : ": lo escribió una versión posterior de este programa"));
+    }
+}
+
+void UndoReader::take(std::string_view line, std::uint64_t offset) {
+    ++line_;
+    if (line_ == 1) {
+        takeHeading(line);
+        return;
+    }
+    const std::vector<std::string_view> values = undoValues(line);
+    if (auto table = readUndoTable(values); table && values[1] == std::to_string(tables_.size() + 1)) {
+        tables_.push_back(*std::move(table));
+        return;
+    }
+    const std::optional<UndoEntry> head = readUndoHead(values);
+    if (!head || head->table >= tables_.size()) {
+        damaged_.push_back(line_);
+    } else if (head->kind == UndoKind::Unmade) {
+        takeBack(*head);
+    } else if (!readUndoEntry(values, tables_[head->table])) {
+        damaged_.push_back(line_);
+    } else {
+        places_.push_back({offset, static_cast<std::uint32_t>(line.size()), head->number, head->table});
+    }
+}
+
+void UndoReader::takeBack(const UndoEntry& unmade) {
+    const auto found = std::find_if(places_.rbegin(), places_.rend(), [&](const Place& place) {
+        return place.table == unmade.table && place.number == unmade.number;
+    });
+    if (found != places_.rend()) {
+        places_.erase(std::next(found).base());
+    }
+}
+
+UndoEntry UndoReader::entry(std::size_t index) const {
+    const Place& place = places_.at(index);
+    std::string line(place.length, '\0');
+    file_->read(place.offset, line);
+    const std::vector<std::string_view> values = undoValues(line);
+    if (auto entry = readUndoEntry(values, tables_[place.table])) {
+        return *std::move(entry);
+    }
+    throw Failure(path() + ": otro programa lo ha cambiado mientras se leía");
+}
+
+} // namespace loading
