@@ -178,6 +178,17 @@ void defineForTables(CLI::App& app, Command& chosen, const char* name, const cha
     offerText(command, "TABLA", options->table, "", "Sólo esta tabla");
 }
 
+void defineUndo(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<UndoOptions>();
+    CLI::App& command = addCommand(
+        app, chosen, "deshacer", "Devuelve a como estaban las filas que cambió una orden", options, deshacer);
+    requireText(command, "FICHERO", options->file, "El que guardó la orden, terminado en .deshacer");
+    offerText(command, "DIR", options->folder, "", "Carpeta de las tablas, si ya no están donde estaban");
+    command.footer("Lo que alguien ha cambiado después no se toca: sale como CSV, con lo que había y lo que "
+                   "hay, y termina\n"
+                   "con 1. Se puede repetir, también mientras otros puestos usan las tablas.");
+}
+
 void defineLocks(CLI::App& app, Command& chosen) {
     const auto options = std::make_shared<FolderOptions>();
     CLI::App& command = addCommand(app, chosen, "candados", "Prueba si los bloqueos funcionan en una carpeta",
@@ -229,6 +240,7 @@ void defineCommands(CLI::App& app, Command& chosen) {
     defineForTables(app, chosen, "comprobar", "Comprueba tablas e índices sin cambiar nada", comprobar);
     defineForTables(app, chosen, "reindexar", "Rehace los índices a partir de los registros", reindexar);
     defineForTables(app, chosen, "compactar", "Quita las filas borradas y rehace los índices", compactar);
+    defineUndo(app, chosen);
     defineLocks(app, chosen);
     defineHelp(app, chosen, "help", orderGroup);
     defineHelp(app, chosen, "ayuda", "");

@@ -58,6 +58,11 @@ struct FolderOptions {
     std::string folder;
 };
 
+struct UndoOptions {
+    std::string file;
+    std::string folder; // of the tables; empty: where they were
+};
+
 /// For one table, or for all tables of the folder when its name is empty.
 struct TablesOptions {
     std::string folder, table;
@@ -74,6 +79,7 @@ struct TablesOptions {
 [[nodiscard]] ExitCode comprobar(const TablesOptions& options);
 [[nodiscard]] ExitCode reindexar(const TablesOptions& options);
 [[nodiscard]] ExitCode compactar(const TablesOptions& options);
+[[nodiscard]] ExitCode deshacer(const UndoOptions& options);
 [[nodiscard]] ExitCode candados(const FolderOptions& options);
 
 } // namespace ambcp

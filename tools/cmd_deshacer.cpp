@@ -1,0 +1,110 @@
+// ambcp deshacer: puts back what an order changed in tables by the lot.
+
+#include <array>
+#include <string>
+
+#include <unistd.h>
+
+#include "dbase/system/error.h"
+#include "loading/counted.h"
+#include "loading/csv.h"
+#include "loading/undo.h"
+#include "loading/undo_reader.h"
+#include "tools/commands.h"
+#include "tools/complain.h"
+#include "tools/progress.h"
+#include "tools/table_folder.h"
+
+namespace ambcp {
+
+namespace {
+
+using loading::counted;
+
+/// What was left alone, as CSV on standard output; its heading comes with the first row.
+class LeftAloneList {
+public:
+    void add(const loading::LeftAlone& left) {
+        if (isEmpty_) {
+            row({"TABLA", "REGISTRO", "COLUMNA", "ANTES", "AHORA", "MOTIVO"});
+            isEmpty_ = false;
+        }
+        row({left.table, left.number == 0 ? "" : std::to_string(left.number), left.column, left.before,
+             left.now, left.reason});
+    }
+    void flush() {
+        guarded([&] { csv_.flush(); });
+    }
+
+private:
+    void row(const std::array<std::string, 6>& values) {
+        guarded([&] {
+            for (const std::string& value : values) {
+                csv_.field(value);
+            }
+            csv_.endRecord();
+        });
+    }
+    /// A reader that has gone away must not end the work in its middle.
+    template<typename Write>
+    void guarded(Write&& write) {
+        try {
+            if (isRead_) {
+                write();
+            }
+        } catch (const loading::OutputClosed&) {
+            isRead_ = false;
+        }
+    }
+
+    loading::CsvWriter csv_{STDOUT_FILENO};
+    bool isEmpty_ = true, isRead_ = true;
+};
+
+void complainOfDamage(const loading::UndoReader& file) {
+    constexpr std::size_t most = 20;
+    const std::vector<std::uint64_t>& lines = file.damagedLines();
+    for (std::size_t i = 0; i < lines.size() && i < most; ++i) {
+        complain(file.path() + ": la línea " + std::to_string(lines[i]) +
+                 " está estropeada; lo que decía no se deshace");
+    }
+    if (lines.size() > most) {
+        complain(file.path() + ": y " + std::to_string(lines.size() - most) + " líneas más");
+    }
+}
+
+std::string describe(const loading::UndoTotals& totals) {
+    return counted(totals.putBack, "fila devuelta a como estaba", "filas devueltas a como estaban") + "; " +
+           counted(totals.asBefore, "ya estaba así", "ya estaban así") + "; " +
+           counted(totals.leftAlone, "no se ha tocado", "no se han tocado");
+}
+
+} // namespace
+
+ExitCode deshacer(const UndoOptions& options) {
+    const loading::UndoReader file(options.file);
+    const std::string folder = options.folder.empty() ? std::string() : useFolder(options.folder);
+    LeftAloneList list;
+    loading::UndoTotals totals;
+    try {
+        ProgressLine line("deshacer");
+        totals = loading::undo(
+            file, folder, [&](const loading::LeftAlone& left) { list.add(left); },
+            [&](std::uint64_t done, std::uint64_t total) {
+                line.share(done, total);
+                return true;
+            });
+    } catch (const dbase::Error& error) {
+        list.flush();
+        complain(std::string(error.what()) +
+                 ". Lo que ya se haya devuelto queda así; la orden se puede repetir.");
+        return ExitCode::failed;
+    }
+    list.flush();
+    complainOfDamage(file);
+    complain(describe(totals));
+    const bool isAll = totals.leftAlone == 0 && file.damagedLines().empty();
+    return isAll ? ExitCode::done : ExitCode::negative;
+}
+
+} // namespace ambcp
