@@ -16,7 +16,7 @@ namespace {
 constexpr std::size_t mostCharactersOfPart = 120;
 
 /// Windows-1252 as the page needs it. Only what will be shown is converted: a row may have megabytes.
-std::string shown(std::string_view text, std::size_t mostCharacters = 300) {
+std::string shown(std::string_view text, std::size_t mostCharacters = 200) {
     const std::string begin = dbase::CodePage::windows1252().toUtf8(text.substr(0, mostCharacters));
     return report::shownText(begin) + (text.size() > mostCharacters ? report::cutMark(text.size()) : "");
 }
@@ -61,9 +61,8 @@ FailedAddress::Alternative alternativeOf(const AddressAlternative& alternative) 
     if (alternative.postalCodes.size() > 4) {
         codes += '\x85'; // «…»
     }
-    const std::string street = joined({alternative.type, alternative.street}, " ");
-    const std::string place = joined({codes, alternative.municipality}, " ");
-    return {shown(joined({street, place}, ", ")), alternative.province};
+    return {shown(joined({alternative.type, alternative.street}, " ")),
+            shown(joined({codes, alternative.municipality}, " ")), alternative.province};
 }
 
 FailedAddress failureOf(const ValidatedRow& row) {

@@ -22,7 +22,8 @@ struct FailedAddress {
     std::string province;             // as understood: two digits
     std::vector<std::string> remarks; // what would change, the reason, the confidence
     struct Alternative {
-        std::string text, province;
+        std::string street, place; // one of them may be empty
+        std::string province;      // two digits
     };
     std::vector<Alternative> alternatives;
 };

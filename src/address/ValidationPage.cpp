@@ -21,6 +21,14 @@ std::string countedAddresses(std::uint64_t number) {
     return grouped(number) + (number == 1 ? " dirección" : " direcciones");
 }
 
+/// All names of parts begin with a letter of ASCII.
+std::string capitalized(std::string text) {
+    if (!text.empty() && text.front() >= 'a' && text.front() <= 'z') {
+        text.front() = static_cast<char>(text.front() - 'a' + 'A');
+    }
+    return text;
+}
+
 class Drawing {
 public:
     Drawing(const ValidationRun& run, const ValidationFindings& found)
@@ -82,9 +90,9 @@ private:
     }
 
     void drawVerdicts() {
-        PageBlock section = page_.section(
-            "Veredictos",
-            "Cada dirección recibe uno, el primero que le corresponde. Las barras son partes del total.");
+        PageBlock section =
+            page_.section("Veredictos", "Cada dirección recibe uno, el primero que le corresponde. Los "
+                                        "porcentajes son del total; las barras, de su grupo.");
         drawGroup(section, "Resueltas", Tone::Settled);
         drawGroup(section, "Por revisar", Tone::Open);
         std::string absent;
@@ -104,7 +112,7 @@ private:
                 bars.push_back(
                     {std::string(verdictTitle(verdict)), std::string(verdictName(verdict)),
                      std::string(verdictMeaning(verdict)) + (advice.empty() ? "" : " ") + std::string(advice),
-                     found_.count(verdict), found_.rows, tone});
+                     found_.count(verdict), found_.rows, tone == Tone::Settled ? settled_ : open_, tone});
             }
         }
         if (!bars.empty()) {
@@ -170,8 +178,9 @@ private:
                         {}};
             for (const FrequentTexts::Counted& one : most) {
                 const Correction correction = correctionOf(one.text);
-                table.rows.push_back({Cell({{correction.part, Voice::Quiet}}), Cell(correction.from),
-                                      Cell({{correction.to, Voice::Strong}}), Cell(grouped(one.times))});
+                table.rows.push_back({Cell({{capitalized(correction.part), Voice::Quiet}}),
+                                      Cell(correction.from), Cell({{correction.to, Voice::Strong}}),
+                                      Cell(grouped(one.times))});
             }
             section.table(table);
         }
@@ -190,8 +199,8 @@ private:
         section.subheading("Lo que se ha añadido");
         std::vector<Bar> bars;
         for (const auto& [part, times] : found_.additions) {
-            bars.push_back({shownText(dbase::CodePage::windows1252().toUtf8(partName(part))), "", "", times,
-                            found_.rows, Tone::Settled});
+            bars.push_back({capitalized(shownText(dbase::CodePage::windows1252().toUtf8(partName(part)))), "",
+                            "", times, found_.rows, found_.rows, Tone::Settled});
         }
         std::ranges::stable_sort(bars,
                                  [](const Bar& one, const Bar& other) { return one.count > other.count; });
@@ -221,7 +230,12 @@ private:
     }
 
     void drawRows(PageBlock& part, const std::vector<FailedAddress>& failures) {
-        Table table{"", {{"Fila", ColumnKind::Number, 9}, {"Venía"}, {"Se entiende"}, {"Alternativas"}}, {}};
+        Table table{"",
+                    {{"Fila", ColumnKind::Number, 10},
+                     {"Venía", ColumnKind::Text, 30},
+                     {"Se entiende", ColumnKind::Text, 30},
+                     {"Alternativas", ColumnKind::Text, 30}},
+                    {}};
         for (const FailedAddress& one : failures) {
             std::vector<Line> place{{grouped(one.number)}}, understood, alternatives;
             if (one.line > 0) {
@@ -236,7 +250,13 @@ private:
                 understood.push_back({text, Voice::Quiet});
             }
             for (const FailedAddress::Alternative& alternative : one.alternatives) {
-                alternatives.push_back({withProvince(alternative.text, alternative.province)});
+                const std::string where = withProvince(alternative.place, alternative.province);
+                if (alternative.street.empty()) { // a municipality
+                    alternatives.push_back({where});
+                } else {
+                    alternatives.push_back({alternative.street});
+                    alternatives.push_back({where, Voice::Quiet});
+                }
             }
             table.rows.push_back({Cell(place), Cell(one.given), Cell(understood), Cell(alternatives)});
         }
@@ -245,7 +265,11 @@ private:
 
     void drawFoot() {
         PageBlock foot = page_.foot();
-        foot.paragraph("Los totales cuentan todas las filas leídas.");
+        foot.paragraph("Los totales cuentan todas las filas leídas. Este informe es un solo fichero, que se "
+                       "abre sin red: se puede guardar, imprimir y enviar. Lleva direcciones: trátelo como "
+                       "los datos de los que sale.");
+        foot.paragraph(
+            "La orden ambcp validar, con --solo-fallos, escribe en un fichero todas las filas por revisar.");
     }
 
     const ValidationRun& run_;

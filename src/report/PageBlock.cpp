@@ -39,7 +39,7 @@ const char* styleOf(ColumnKind kind) {
 }
 
 void addCell(pugi::xml_node row, const Column& column, const Cell& cell) {
-    pugi::xml_node place = addElement(row, "td", styleOf(column.kind));
+    pugi::xml_node place = addElement(row, "td", cell.lines.empty() ? "none" : styleOf(column.kind));
     // Where there is no room for columns, the title stands before each value.
     place.append_attribute("data-title").set_value(column.title.c_str());
     if (cell.barShare) {
@@ -83,23 +83,24 @@ void PageBlock::notice(std::string_view title, std::string_view text) {
     addText(box, text);
 }
 
+// A <ul>, not a <dl>: checkers of HTML disagree on groups inside that.
 void PageBlock::facts(const std::vector<Fact>& facts) {
-    const pugi::xml_node list = addElement(place_, "dl", "facts");
+    const pugi::xml_node list = addElement(place_, "ul", "facts");
     for (const Fact& fact : facts) {
-        const pugi::xml_node one = addElement(list, "div");
-        addElement(one, "dt", nullptr, fact.name);
-        addElement(one, "dd", nullptr, fact.value);
+        const pugi::xml_node one = addElement(list, "li");
+        addElement(one, "div", "term", fact.name);
+        addElement(one, "div", "value", fact.value);
     }
 }
 
 void PageBlock::keyFigures(const std::vector<KeyFigure>& figures) {
-    const pugi::xml_node list = addElement(place_, "dl", "figures");
+    const pugi::xml_node list = addElement(place_, "ul", "figures");
     for (const KeyFigure& figure : figures) {
-        const pugi::xml_node one = addElement(list, "div");
-        addElement(one, "dt", nullptr, figure.label);
-        addElement(one, "dd", nullptr, figure.value);
+        const pugi::xml_node one = addElement(list, "li");
+        addElement(one, "div", "term", figure.label);
+        addElement(one, "div", "value", figure.value);
         if (!figure.note.empty()) {
-            addElement(one, "dd", "quiet", figure.note);
+            addElement(one, "div", "quiet", figure.note);
         }
     }
 }
@@ -126,7 +127,7 @@ void PageBlock::bars(const std::vector<Bar>& bars) {
             addText(label, " ");
             addElement(label, "code", nullptr, bar.name);
         }
-        addBar(one, shareOf(bar.count, bar.whole), bar.tone);
+        addBar(one, shareOf(bar.count, bar.scale), bar.tone);
         const pugi::xml_node figures = addElement(one, "div", "count");
         addElement(figures, "strong", nullptr, grouped(bar.count));
         addText(figures, " ");
@@ -138,7 +139,9 @@ void PageBlock::bars(const std::vector<Bar>& bars) {
 }
 
 void PageBlock::table(const Table& table) {
-    const pugi::xml_node place = addElement(place_, "table");
+    // Several texts side by side have no room on a telephone; one with its figures has.
+    const bool needsRoom = std::ranges::count(table.columns, ColumnKind::Text, &Column::kind) > 1;
+    const pugi::xml_node place = addElement(place_, "table", needsRoom ? "cards" : nullptr);
     if (!table.caption.empty()) {
         addElement(place, "caption", nullptr, table.caption);
     }
@@ -155,7 +158,7 @@ void PageBlock::table(const Table& table) {
 PageBlock PageBlock::folded(std::string_view heading, std::string_view note) {
     const pugi::xml_node part = addElement(place_, "details");
     const pugi::xml_node summary = addElement(part, "summary");
-    addElement(summary, "h3", nullptr, heading);
+    addElement(summary, "strong", nullptr, heading);
     addText(summary, " ");
     addElement(summary, "span", "quiet", note);
     return PageBlock(part);

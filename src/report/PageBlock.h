@@ -30,7 +30,8 @@ struct Bar {
     std::string name; // as files have it, such as "CORREGIDA"; may be empty
     std::string note; // a sentence below; may be empty
     std::uint64_t count;
-    std::uint64_t whole; // of which the bar shows the share
+    std::uint64_t whole; // of which the percentage is
+    std::uint64_t scale; // as long as the whole bar
     Tone tone;
 };
 

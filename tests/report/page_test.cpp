@@ -30,7 +30,7 @@ TEST(Page, IsAWholeDocumentInSpanish) {
 TEST(Page, ClosesByThemselvesOnlyElementsThatHtmlClosesSo) {
     Page page = somePage();
     PageBlock section = page.section("Nada", "");
-    section.bars({{"Vacía", "", "", 0, 0, Tone::Open}});
+    section.bars({{"Vacía", "", "", 0, 0, 0, Tone::Open}});
     section.table({"", {{""}, {"B", ColumnKind::Share, 10}}, {{Cell(""), Cell::share(0, 0)}}});
     section.balance(0, 0);
     section.folded("", "").paragraph("");
@@ -58,7 +58,7 @@ TEST(Page, TakesMarkupInATextForText) {
     section.notice(hostile, hostile);
     section.facts({{hostile, hostile}});
     section.keyFigures({{hostile, hostile, hostile}});
-    section.bars({{hostile, hostile, hostile, 1, 2, Tone::Settled}});
+    section.bars({{hostile, hostile, hostile, 1, 2, 2, Tone::Settled}});
     section.table({hostile, {{hostile}}, {{Cell(hostile)}}});
     section.folded(hostile, hostile).paragraph(hostile);
     const std::string html = page.html();
@@ -83,16 +83,17 @@ TEST(Page, CarriesItsStyleSheetAsItStands) {
 
 TEST(Page, GivesEachBarItsFiguresInText) {
     Page page = somePage();
-    page.section("Veredictos", "").bars({{"Correcta", "CORRECTA", "Está.", 1234, 4936, Tone::Settled}});
+    page.section("Veredictos", "").bars({{"Correcta", "CORRECTA", "Está.", 1234, 4936, 2468, Tone::Settled}});
     const std::string html = page.html();
     EXPECT_TRUE(holds(html, "<strong>1.234</strong> <span class=\"quiet\">25,0\u00A0%</span>"));
-    EXPECT_TRUE(holds(html, "style=\"width:25.0%\""));
+    EXPECT_TRUE(holds(html, "style=\"width:50.0%\""));
 }
 
 TEST(Page, ShowsABarForTheSmallestShareAndNoneForNothing) {
     Page page = somePage();
     page.section("Veredictos", "")
-        .bars({{"Pocas", "", "", 1, 10'000'000, Tone::Open}, {"Ninguna", "", "", 0, 7, Tone::Open}});
+        .bars({{"Pocas", "", "", 1, 10'000'000, 10'000'000, Tone::Open},
+               {"Ninguna", "", "", 0, 7, 7, Tone::Open}});
     const std::string html = page.html();
     EXPECT_TRUE(holds(html, "style=\"width:0.3%\""));
     EXPECT_TRUE(holds(html, "style=\"width:0.0%\""));
