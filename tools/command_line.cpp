@@ -169,6 +169,30 @@ void defineSuggest(CLI::App& app, Command& chosen) {
         "cuando se han leído todas.");
 }
 
+void defineOverview(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<OverviewOptions>();
+    CLI::App& command = addCommand(app, chosen, "ver", "Dice qué hay en ficheros del callejero oficial",
+                                   options, callejeroVer);
+    command.add_option("FICHEROS", options->files, "Como se publican: sueltos o dentro de un ZIP")
+        ->required()
+        ->type_name("");
+    command.footer(
+        "De cada fichero dice qué es, la fecha de su edición, sus provincias, cuántas líneas tiene y cuáles "
+        "no "
+        "se\nentienden. Termina con 1 si alguno no es del callejero o más de una línea de cada cien no se "
+        "entiende.");
+}
+
+/// Orders of the official street directory, under one name.
+void defineDirectory(CLI::App& app, Command& chosen) {
+    CLI::App* command =
+        app.add_subcommand("callejero", "El callejero oficial del Instituto Nacional de Estadística");
+    command->group(orderGroup);
+    addHelpOption(*command);
+    command->require_subcommand(1);
+    defineOverview(*command, chosen);
+}
+
 /// Adds an order that works on one table, or on all tables of the folder.
 void defineForTables(CLI::App& app, Command& chosen, const char* name, const char* description,
                      ExitCode (*run)(const TablesOptions&)) {
@@ -237,6 +261,7 @@ void defineCommands(CLI::App& app, Command& chosen) {
     defineFind(app, chosen);
     defineAddress(app, chosen);
     defineSuggest(app, chosen);
+    defineDirectory(app, chosen);
     defineForTables(app, chosen, "comprobar", "Comprueba tablas e índices sin cambiar nada", comprobar);
     defineForTables(app, chosen, "reindexar", "Rehace los índices a partir de los registros", reindexar);
     defineForTables(app, chosen, "compactar", "Quita las filas borradas y rehace los índices", compactar);

@@ -54,6 +54,10 @@ struct SuggestOptions {
     std::optional<std::uint64_t> most;
 };
 
+struct OverviewOptions {
+    std::vector<std::string> files; // of the official street directory, packed or not
+};
+
 struct FolderOptions {
     std::string folder;
 };
@@ -80,6 +84,7 @@ struct TablesOptions {
 [[nodiscard]] ExitCode reindexar(const TablesOptions& options);
 [[nodiscard]] ExitCode compactar(const TablesOptions& options);
 [[nodiscard]] ExitCode deshacer(const UndoOptions& options);
+[[nodiscard]] ExitCode callejeroVer(const OverviewOptions& options);
 [[nodiscard]] ExitCode candados(const FolderOptions& options);
 
 } // namespace ambcp

@@ -92,9 +92,13 @@ std::string withHelp(const std::string& what, const std::string& call) {
 } // namespace
 
 std::string describeUsageError(const CLI::ParseError& error, const CLI::App& app) {
-    const std::vector<CLI::App*> chosen = app.get_subcommands();
-    const std::string order = chosen.empty() ? std::string() : ' ' + chosen.front()->get_name();
-    return withHelp(describe(error, app), app.get_name() + order);
+    std::string call = app.get_name();
+    const CLI::App* order = &app;
+    while (!order->get_subcommands().empty()) {
+        order = order->get_subcommands().front();
+        call += ' ' + order->get_name();
+    }
+    return withHelp(describe(error, *order), call);
 }
 
 std::string describeUnknownCommand(const std::string& typed, const CLI::App& app) {

@@ -77,7 +77,8 @@ private:
         }
         const bool isWritten = word.folded.size() >= 4 || words_.isFollowedBy(at, '/');
         if (!isWritten || word.folded.ends_with("EA") || words_[at - 1].isSmall() ||
-            at + 1 == words_.size() || readWrittenType(words_, at, words_.size()).kind != StreetKind::Street) {
+            at + 1 == words_.size() ||
+            readWrittenType(words_, at, words_.size()).kind != StreetKind::Street) {
             return false;
         }
         const WrittenWord& next = words_[at + 1];

@@ -31,27 +31,25 @@ void ReadCounts::addBad(std::uint64_t number, std::string reason) {
     }
 }
 
-Layout layoutOf(const OfficialFile& file) {
+std::optional<Layout> findLayout(const OfficialFile& file) {
+    return recognise(file.baseName, firstLines(file));
+}
+
+Layout layoutOf(const OfficialFile& file, FileKind wanted) {
     const std::vector<std::string> lines = firstLines(file);
     if (lines.empty()) {
         throw loading::Failure(file.name + ": está vacío");
     }
     const std::optional<Layout> layout = recognise(file.baseName, lines);
     if (!layout) {
-        throw loading::Failure(file.name +
-                               ": no tiene la forma de ningún fichero del callejero (TRAM, VIAS, PSEU, "
-                               "UP, SECC)");
+        throw loading::Failure(
+            file.name + ": no tiene la forma de ningún fichero del callejero (TRAM, VIAS, PSEU, UP, SECC)");
     }
-    return *layout;
-}
-
-Layout layoutOf(const OfficialFile& file, FileKind wanted) {
-    const Layout layout = layoutOf(file);
-    if (layout.kind != wanted) {
-        throw loading::Failure(file.name + ": tiene la forma de un fichero de " + kindName(layout.kind) +
+    if (layout->kind != wanted) {
+        throw loading::Failure(file.name + ": tiene la forma de un fichero de " + kindName(layout->kind) +
                                ", y hace falta uno de " + kindName(wanted));
     }
-    return layout;
+    return *layout;
 }
 
 ReadCounts readLines(const OfficialFile& file, const LineUse& use, const BytesProgress& progress) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,9 +32,10 @@ struct ReadCounts {
     [[nodiscard]] bool hasTooManyBad() const { return badCount * 100 > lines; }
 };
 
-/// The layout of a file, from its name and first lines. Errors: loading::Failure if none fits, or if it is
-/// not of the kind that is wanted.
-[[nodiscard]] Layout layoutOf(const OfficialFile& file);
+/// The layout of a file, from its name and first lines; null if none fits. Errors: loading::Failure if it
+/// cannot be read.
+[[nodiscard]] std::optional<Layout> findLayout(const OfficialFile& file);
+/// The same. Errors: also loading::Failure if none fits, or if it is not of the kind that is wanted.
 [[nodiscard]] Layout layoutOf(const OfficialFile& file, FileKind wanted);
 
 /// Receives each line of a file that may be understood, with its number; returns why it is not, or null.

@@ -175,4 +175,11 @@ Refusal read(const FixedLine& line, UnitLine& unit) {
     return refusalOfTexts({unit.municipality, unit.entity, unit.nucleus});
 }
 
+Refusal read(const FixedLine& line, SectionLine& section) {
+    if (const Refusal refusal = readPlace(line, section.place)) {
+        return refusal;
+    }
+    return line.hasDigits(6, 10) ? nullptr : "el distrito y la sección no son números";
+}
+
 } // namespace ambrel::directory

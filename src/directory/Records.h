@@ -53,6 +53,11 @@ struct UnitLine {
     std::string_view municipality, entity, nucleus; // in 50 characters, or else in full
 };
 
+/// A line of SECC.
+struct SectionLine {
+    PlaceCode place = 0;
+};
+
 /// Why a line is not understood: Spanish UTF-8, or null if it is.
 using Refusal = const char*;
 
@@ -61,5 +66,6 @@ using Refusal = const char*;
 [[nodiscard]] Refusal read(const FixedLine& line, bool repeatsName, StreetLine& street);
 [[nodiscard]] Refusal read(const FixedLine& line, bool repeatsName, PseudoLine& pseudo);
 [[nodiscard]] Refusal read(const FixedLine& line, UnitLine& unit);
+[[nodiscard]] Refusal read(const FixedLine& line, SectionLine& section);
 
 } // namespace ambrel::directory

@@ -18,7 +18,7 @@ TEST_F(AmbcpUsage, HelpIsSpanishAndNamesEveryCommand) {
     const std::string help = done({"--help"});
     for (const std::string word :
          {"Uso: ambcp", "Opciones:", "Órdenes:", "crear", "cargar", "listar", "buscar", "direccion",
-          "sugerir", "comprobar", "reindexar", "compactar", "deshacer", "candados", "help"}) {
+          "sugerir", "callejero", "comprobar", "reindexar", "compactar", "deshacer", "candados", "help"}) {
         EXPECT_NE(help.find(word), std::string::npos) << word;
     }
 }
@@ -37,7 +37,7 @@ TEST_F(AmbcpUsage, HelpOfEachCommandHasNoEnglishWord) {
 
 TEST_F(AmbcpUsage, AMissingCommandIsRefused) {
     const std::string all = "falta la orden; las órdenes son crear, cargar, listar, buscar, direccion, "
-                            "sugerir, comprobar, reindexar, compactar, deshacer, "
+                            "sugerir, callejero, comprobar, reindexar, compactar, deshacer, "
                             "candados, help";
     expectUsageError({}, all);
 }
@@ -53,8 +53,9 @@ TEST_F(AmbcpUsage, AnUnknownCommandNamesTheNearestOne) {
 }
 
 TEST_F(AmbcpUsage, AnUnknownCommandThatIsNearNoneNamesThemAll) {
-    const std::string all = "crear, cargar, listar, buscar, direccion, sugerir, comprobar, reindexar, "
-                            "compactar, deshacer, candados, help";
+    const std::string all =
+        "crear, cargar, listar, buscar, direccion, sugerir, callejero, comprobar, reindexar, "
+        "compactar, deshacer, candados, help";
     expectUsageError({"xyz"}, "no existe la orden «xyz»; las órdenes son " + all);
     expectUsageError({""}, "no existe la orden «»; las órdenes son " + all);
 }
