@@ -8,9 +8,9 @@
 
 #include <unistd.h>
 
-#include "dbase/dbf/codepage.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/quoted.h"
+#include "loading/ansi_text.h"
 #include "loading/counted.h"
 #include "loading/csv.h"
 #include "loading/utf8.h"
@@ -33,25 +33,8 @@ struct Query {
     std::string municipality, province, street, type; // UTF-8
 };
 
-/// Letters that the tables cannot hold separate words.
-std::string ansi(const std::string& text) {
-    const dbase::CodePage& page = dbase::CodePage::windows1252();
-    if (const auto bytes = page.fromUtf8(text)) {
-        return *bytes;
-    }
-    std::string bytes;
-    for (std::size_t i = 0; i < text.size();) {
-        std::size_t length = 1;
-        while (i + length < text.size() && (static_cast<unsigned char>(text[i + length]) & 0xC0U) == 0x80) {
-            ++length;
-        }
-        bytes += page.fromUtf8(text.substr(i, length)).value_or("?");
-        i += length;
-    }
-    return bytes;
-}
-
-std::string utf8(const std::string& bytes) { return dbase::CodePage::windows1252().toUtf8(bytes); }
+/// Letters that the tables cannot hold separate words. Bytes that are not UTF-8 are taken for Windows-1252.
+std::string ansi(const std::string& text) { return loading::ansiFromUtf8(text).value_or(text); }
 
 /// Rounded down: 1 means 1.
 std::string pointsText(double points) {
@@ -118,12 +101,12 @@ private:
             csv_.field(std::to_string(*number));
         }
         csv_.field(pointsText(points));
-        csv_.field(utf8(ineCode));
-        csv_.field(utf8(municipality));
+        csv_.field(loading::utf8FromAnsi(ineCode));
+        csv_.field(loading::utf8FromAnsi(municipality));
         const std::string name = suggestions_.provinceName(province);
-        csv_.field(utf8(name.empty() ? province : name));
-        csv_.field(utf8(type));
-        csv_.field(utf8(street));
+        csv_.field(loading::utf8FromAnsi(name.empty() ? province : name));
+        csv_.field(loading::utf8FromAnsi(type));
+        csv_.field(loading::utf8FromAnsi(street));
         csv_.field(joinedCodes(codes));
         csv_.endRecord();
     }

@@ -35,7 +35,7 @@ std::uint64_t characters(std::string_view utf8) {
 CsvError::CsvError(const std::string& name, std::uint64_t line, std::uint64_t column, const std::string& text)
     : Failure(name + ": línea " + std::to_string(line) + ", carácter " + std::to_string(column) + ": " +
               text),
-      line_(line), column_(column) {}
+      line_(line), column_(column), text_(text) {}
 
 CsvReader::CsvReader(TextSource source, std::string name, char separator, std::size_t bufferSize)
     : source_(std::move(source)), name_(std::move(name)), separator_(separator),

@@ -22,9 +22,12 @@ public:
 
     [[nodiscard]] std::uint64_t line() const noexcept { return line_; }
     [[nodiscard]] std::uint64_t column() const noexcept { return column_; }
+    /// What is wrong, without the place.
+    [[nodiscard]] const std::string& text() const noexcept { return text_; }
 
 private:
     std::uint64_t line_, column_;
+    std::string text_;
 };
 
 /// One value of a record, without its quotes.
