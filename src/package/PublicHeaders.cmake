@@ -1,9 +1,15 @@
 # The installed headers: those that package/AmbCodPostales.h includes, directly or indirectly, and the pieces that make
-# a host's own forms look and behave like the package's dialogs.
+# a host's own forms look and behave like the package's dialogs,
+# or that judge many addresses.
 set(public_headers
   address/AddressLine.h
   address/AddressParts.h
   address/AddressResolution.h
+  address/AddressValidator.h
+  address/JudgedAddress.h
+  address/ValidatedRow.h
+  address/ValidationReport.h
+  address/VerdictTexts.h
   controller/ClasCodPostales.h
   controller/NumberRange.h
   controller/Operacion.h

@@ -2,10 +2,15 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QTimer>
+#include <fstream>
 #include <initializer_list>
+#include <iterator>
 #include <utility>
+#include <vector>
 
 #include "PackageTest.h"
+#include "address/JudgedAddress.h"
+#include "address/VerdictTexts.h"
 #include "snippets/own_table.cpp"
 #include "support/DiskWaits.h"
 
@@ -15,6 +20,7 @@ std::string postalCodeOf(const std::string& municipality, const std::string& str
 bool leaveNumber(TClassCodPostales& postal, const QString& street, const QString& type, QLineEdit* number,
                  dbase::Field& postalCode);
 void leaveStreet(TClassCodPostales& postal, QLineEdit* street, const QString& type, dbase::Field* postalCode);
+void reportOn(const std::vector<ambrel::GivenAddress>& customers, const std::string& htmlFile);
 bool startEdit(dbase::Dataset& table);
 
 namespace {
@@ -74,6 +80,16 @@ TEST_F(DocumentExamplesTest, TheIniFileIsUnderstood) {
 TEST_F(DocumentExamplesTest, ABatchCompletesAnAddress) {
     EXPECT_EQ(postalCodeOf("madrid", "alcala", "101"), "28009");
     EXPECT_EQ(postalCodeOf("madrid", "otra", "101"), "");
+}
+
+TEST_F(DocumentExamplesTest, AValidationLeavesAReport) {
+    const std::string file = folder() + "/informe.html";
+    reportOn({{.street = "ALCALA", .number = "101", .municipality = "MADRID"}, {}}, file);
+    std::ifstream page(file);
+    const std::string html(std::istreambuf_iterator<char>(page), {});
+    EXPECT_NE(html.find(ambrel::verdictTitle(ambrel::Verdict::Completed)), std::string::npos) << html;
+    EXPECT_NE(html.find(ambrel::verdictName(ambrel::Verdict::Empty)), std::string::npos);
+    EXPECT_NE(html.find("50,0"), std::string::npos);
 }
 
 TEST_F(DocumentExamplesTest, LeavingTheNumberWritesThePostalCodeIntoTheHostsRow) {
