@@ -12,6 +12,10 @@ namespace {
 
 /// The letters from a position on; moves the position to the first byte after them.
 NameWord readWord(std::string_view name, std::size_t& at) {
+    const auto isOrdinal = [&](std::size_t place) {
+        return place < name.size() && (static_cast<unsigned char>(name[place]) == 0xBA ||
+                                       static_cast<unsigned char>(name[place]) == 0xAA);
+    };
     NameWord word;
     word.begin = at;
     for (; at < name.size(); ++at) {
@@ -19,9 +23,11 @@ NameWord readWord(std::string_view name, std::size_t& at) {
         if (name[at] == '\\') {
             letter = enye; // what old conversions left of it
         }
-        if (letter == 0 || (letter != dropped && !word.literal.empty() && isDigit(word.literal.back()) &&
-                            (static_cast<unsigned char>(name[at]) == 0xBA ||
-                             static_cast<unsigned char>(name[at]) == 0xAA))) {
+        const bool isAfterDigit = !word.literal.empty() && isDigit(word.literal.back());
+        if (name[at] == '.' && !isAfterDigit && isOrdinal(at + 1)) {
+            continue; // "M.ª" is one word
+        }
+        if (letter == 0 || (isOrdinal(at) && isAfterDigit)) {
             break;
         }
         if (letter != dropped) {
@@ -121,7 +127,7 @@ void bringArticleForward(std::string_view name, std::vector<NameWord>& words) {
     }
     const std::size_t gap = words[first - 1].begin + words[first - 1].length;
     if (name.substr(gap, words[first].begin - gap).find_first_of(",(") != std::string_view::npos) {
-        std::ranges::rotate(words, words.begin() + static_cast<std::ptrdiff_t>(first));
+        std::rotate(words.begin(), words.begin() + static_cast<std::ptrdiff_t>(first), words.end());
     }
 }
 

@@ -100,9 +100,8 @@ void StreetSuggester::collect(const PlacedStreets& streets, const TypedStreet& t
     }
     for (const NameMatch& match : matchNames(streets.view, {typed.words, typed.readings}, least)) {
         const TypedStreet::Reading& reading = typed.readings[match.reading];
-        const auto [first, last] =
-            std::ranges::equal_range(streets.streets, match.name, {}, &PlacedStreet::name);
-        for (auto street = first; street != last; ++street) {
+        auto street = std::ranges::lower_bound(streets.streets, match.name, {}, &PlacedStreet::name);
+        for (; street != streets.streets.end() && street->name == match.name; ++street) {
             const TypeSet types = typesOf[street->type];
             const bool isWanted =
                 type.empty() || streets.province->types[street->type] == type || (types & wanted) != 0;

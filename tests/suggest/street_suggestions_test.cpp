@@ -65,6 +65,19 @@ TEST_F(StreetSuggestions, StreetIsFoundHoweverItIsWritten) {
     EXPECT_EQ(first("espana"), ansi("PZ ESPAÑA"));
 }
 
+TEST_F(StreetSuggestions, ShortFormsOfOneLetterAreWrittenOut) {
+    addStreets({{"28000020", "MARIA TARIN", "CL", "28001"},
+                {"28000021", "DON FELIPE", "CL", "28001"},
+                {"28000022", "PADRE ARRUPE", "CL", "28001"},
+                {"28000023", "FELIPE V", "CL", "28001"}});
+    EXPECT_EQ(first("M.ª Tarin"), "CL MARIA TARIN");
+    EXPECT_GT(suggest("M.ª Tarin").front().points, 0.9);
+    EXPECT_EQ(first("D. Felipe"), "CL DON FELIPE");
+    EXPECT_GT(suggest("D. Felipe").front().points, 0.9);
+    EXPECT_EQ(first("P. Arrupe"), "CL PADRE ARRUPE");
+    EXPECT_GT(suggest("P. Arrupe").front().points, 0.9);
+}
+
 TEST_F(StreetSuggestions, SlipsMissingWordsAndBeginningsAreForgiven) {
     EXPECT_EQ(first("velasques"), "CL VELAZQUEZ");
     EXPECT_EQ(first("vlezaquez"), "CL VELAZQUEZ");
