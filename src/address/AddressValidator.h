@@ -29,6 +29,7 @@ public:
     AddressValidator(const AddressValidator&) = delete;
     AddressValidator& operator=(const AddressValidator&) = delete;
 
+    /// The verdict on one address, and what it is based on.
     [[nodiscard]] JudgedAddress validate(const GivenAddress& given);
 
     /// The name of a province as PROVIN holds it; empty if it does not.

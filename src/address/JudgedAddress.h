@@ -25,6 +25,7 @@ enum class Verdict {
     Completed,     // something that was missing has been added
     Correct
 };
+/// How many verdicts there are.
 inline constexpr std::size_t verdictCount = 12;
 
 /// The name that users read: "FILA_ROTA", "VACIA"…
@@ -66,6 +67,7 @@ struct AddressAlternative {
     std::string type = {}, street = {};
     std::vector<std::string> postalCodes = {}; // of the street's stretches, or of the municipality; ascending
 };
+/// The alternatives that a judged address has at most.
 inline constexpr std::size_t mostAlternatives = 3;
 
 /// What is known of an address. A part that could not be found is as it was given.

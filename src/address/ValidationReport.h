@@ -25,6 +25,7 @@ struct ValidationRun {
 /// Collects in bounded memory, however many rows there are: the first hundred failures of each kind are kept.
 class AMBREL_EXPORT ValidationReport {
 public:
+    /// A report without rows.
     explicit ValidationReport(ValidationRun run);
     ~ValidationReport();
     ValidationReport(const ValidationReport&) = delete;
