@@ -7,8 +7,8 @@ namespace dbase {
 
 void encodeHeaderDate(char* bytes) {
     // Converts at most once a minute: a time zone lookup costs more than writing a record.
-    static std::time_t known = 0;
-    static char date[3];
+    static thread_local std::time_t known = 0;
+    static thread_local char date[3];
     const std::time_t now = std::time(nullptr);
     if (known == 0 || now / 60 != known / 60) {
         std::tm parts{};

@@ -65,14 +65,14 @@ void installHandler() {
 }
 
 int takeSlot(std::uintptr_t begin, std::uintptr_t end) {
+    static std::mutex taking; // threads that take one; the handler looks only at those with a beginning
+    const std::lock_guard lock(taking);
     for (std::size_t i = 0; i < slotCount; ++i) {
-        std::uintptr_t expected = 0;
-        if (slots[i].begin.load(std::memory_order_relaxed) == 0) {
+        if (slots[i].begin.load() == 0) {
             slots[i].torn.store(false, std::memory_order_relaxed);
             slots[i].end.store(end, std::memory_order_relaxed);
-            if (slots[i].begin.compare_exchange_strong(expected, begin)) {
-                return static_cast<int>(i);
-            }
+            slots[i].begin.store(begin);
+            return static_cast<int>(i);
         }
     }
     return -1;

@@ -30,8 +30,8 @@ class ExclusiveUse;
 
 class Table {
 public:
-    /// The table of a file, opened by its path without links, once per process. Errors: Error for anything
-    /// that prevents its use.
+    /// The table of a file, opened by its path without links, once per thread, to which it belongs. Errors:
+    /// Error for anything that prevents its use.
     [[nodiscard]] static std::shared_ptr<Table> open(const std::string& path,
                                                      Folders& folders = diskFolders());
     /// A table on files given by the caller; `index` may be null. Without a journal, records torn by a crash

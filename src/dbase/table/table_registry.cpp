@@ -1,4 +1,5 @@
-// The tables open in this process: one Table per file, shared by all its cursors.
+// The tables open in a thread: one Table per file, shared by all its cursors. Threads have tables of their
+// own, which exclude each other like those of two programs: a Table has no locks against threads.
 
 #include <map>
 #include <tuple>
@@ -33,7 +34,7 @@ Identity identityOf(const Folders& folders, const FileStatus& file) {
 }
 
 std::map<Identity, std::weak_ptr<Table>>& openTables() {
-    static std::map<Identity, std::weak_ptr<Table>> tables;
+    static thread_local std::map<Identity, std::weak_ptr<Table>> tables;
     return tables;
 }
 

@@ -2,6 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <barrier>
+#include <set>
+#include <thread>
+#include <vector>
 
 #include "dbase/lock/locks.h"
 
@@ -38,6 +43,31 @@ protected:
 
     TemporaryFolder folder_;
 };
+
+TEST_F(ParallelTest, ThreadsHaveATableEachAndLoseNoRow) {
+    constexpr int each = 100;
+    std::array<const Table*, 4> tables{};
+    std::barrier together(tables.size());
+    const auto work = [&](std::size_t thread) {
+        const auto table = Table::open(path());
+        tables.at(thread) = table.get();
+        together.arrive_and_wait();
+        for (int i = 0; i < each; ++i) {
+            const int number = static_cast<int>(thread) * each + i;
+            const RecordNumber record = table->append(row(*table, number));
+            EXPECT_EQ(valueOf(table->schema(), storedRecord(*table, record), "NUM"), std::to_string(number));
+        }
+        together.arrive_and_wait(); // no other table takes the place of one that has ended
+    };
+    {
+        std::vector<std::jthread> threads;
+        for (std::size_t thread = 0; thread < tables.size(); ++thread) {
+            threads.emplace_back(work, thread);
+        }
+    }
+    EXPECT_EQ(std::set(tables.begin(), tables.end()).size(), tables.size());
+    EXPECT_EQ(order(*Table::open(path()), "NUM").size(), tables.size() * each);
+}
 
 TEST_F(ParallelTest, TwoProcessesThatAppendLoseNoRow) {
     constexpr int each = 150;
