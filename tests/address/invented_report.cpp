@@ -1,5 +1,5 @@
-// usage: invented_report FILE [ROWS]    writes the report on a validation that never was: every verdict and
-// every province, and customers whose names are meant to break the page.
+// usage: invented_report FILE [ROWS [NAME]]    writes the report on a validation of the file NAME that never
+// was: every verdict and every province, and customers whose names are meant to break the page.
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -195,12 +195,12 @@ private:
 
 int main(int argc, char** argv) {
     if (argc < 2) {
-        std::fputs("usage: invented_report FILE [ROWS]\n", stderr);
+        std::fputs("usage: invented_report FILE [ROWS [NAME]]\n", stderr);
         return 2;
     }
     try {
         ambrel::ValidationReport report(
-            {.input = "clientes & <socios> 2026.csv",
+            {.input = argc > 3 ? argv[3] : "clientes & <socios> 2026.csv",
              .tables = "/srv/ambrel/postales",
              .provinceName =
                  [](const std::string& code) {
