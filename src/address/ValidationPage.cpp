@@ -258,7 +258,8 @@ private:
                     alternatives.push_back({where, Voice::Quiet});
                 }
             }
-            table.rows.push_back({Cell(place), Cell(one.given), Cell(understood), Cell(alternatives)});
+            const Line given = one.given.empty() ? Line{"–", Voice::Quiet} : Line{one.given};
+            table.rows.push_back({Cell(place), Cell({given}), Cell(understood), Cell(alternatives)});
         }
         part.table(table);
     }

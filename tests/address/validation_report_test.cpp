@@ -203,6 +203,11 @@ TEST_F(ValidationReportTest, ShowsALineAndColumnsThatWereBothGiven) {
     EXPECT_TRUE(holds(page(), ">MAYOR 5 · 28013 MADRID<"));
 }
 
+TEST_F(ValidationReportTest, ShowsThatNothingWasGiven) {
+    add(GivenAddress{}, judgedAs(Verdict::Empty, ""));
+    EXPECT_TRUE(holds(page(), "data-title=\"Venía\"><div class=\"quiet\">–</div>"));
+}
+
 TEST_F(ValidationReportTest, TakesHostileTextsForTexts) {
     JudgedAddress ambiguous = judgedAs(Verdict::Ambiguous, "<i>");
     ambiguous.street = "<img src=x onerror=alert(1)>";
