@@ -110,6 +110,10 @@ void WordLists::take(std::string_view section, std::string_view line) {
             provinces_.emplace_back(spaced(word), key);
             return;
         }
+        if (section == "[official]") {
+            officialTypes_[ansi(word)] = spaced(key);
+            return;
+        }
         const std::string text = folded(word);
         if (section == "[small]") {
             words_[text].isSmall = true;
@@ -117,6 +121,7 @@ void WordLists::take(std::string_view section, std::string_view line) {
             words_[text].isTitle = true;
         } else if (section == "[short]") {
             words_[text].full = folded(key);
+            shortForms_.try_emplace(folded(key), ansi(word)); // the first one is the usual one
         } else if (section == "[address]") {
             words_[text].roles |= addressRole(key);
         } else if (section == "[numbers]") {
@@ -156,6 +161,16 @@ const WordEntry* WordLists::find(std::string_view folded) const {
 TypeSet WordLists::typesOf(std::string_view first, std::string_view second) const {
     const auto entry = pairs_.find(std::string(first) + ' ' + std::string(second));
     return entry == pairs_.end() ? 0 : entry->second;
+}
+
+std::string_view WordLists::shortFormOf(std::string_view word) const {
+    const auto entry = shortForms_.find(foldLetters(word));
+    return entry == shortForms_.end() ? std::string_view() : entry->second;
+}
+
+std::string_view WordLists::officialType(std::string_view abbreviation) const {
+    const auto entry = officialTypes_.find(abbreviation);
+    return entry == officialTypes_.end() ? std::string_view() : entry->second;
 }
 
 TypeSet WordLists::typesOfCode(std::string_view code) const {

@@ -62,6 +62,10 @@ public:
     [[nodiscard]] TypeSet typesOf(std::string_view first, std::string_view second) const;
     /// The types that a table usually means by a code.
     [[nodiscard]] TypeSet typesOfCode(std::string_view code) const;
+    /// The usual short form of a word in capitals; empty if it has none.
+    [[nodiscard]] std::string_view shortFormOf(std::string_view word) const;
+    /// The name, in Windows-1252, of the type that the statistics office abbreviates so; empty for any other.
+    [[nodiscard]] std::string_view officialType(std::string_view abbreviation) const;
     /// Names of provinces in Windows-1252, and their codes.
     [[nodiscard]] const std::vector<std::pair<std::string, std::string>>& provinces() const {
         return provinces_;
@@ -73,6 +77,7 @@ private:
 
     TextMap<WordEntry> words_;
     TextMap<TypeSet> pairs_, codes_;
+    TextMap<std::string> shortForms_, officialTypes_;
     std::vector<std::pair<std::string, std::string>> provinces_;
     unsigned typeCount_ = 0;
 };

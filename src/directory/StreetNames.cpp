@@ -1,0 +1,83 @@
+// Shortens names so that different ones stay different.
+#include "directory/StreetNames.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "dbase/dbf/codepage.h"
+#include "suggest/WordLists.h"
+
+namespace ambrel::directory {
+namespace {
+
+char withoutAccent(char letter) {
+    // In the order of Windows-1252, from À to Ý. Ñ, Ç and Ü are letters of their own, not accents.
+    constexpr std::string_view plain = "AAAAAA\xC6\xC7"
+                                       "EEEEIIII\xD0\xD1OOOOO\xD7\xD8UUU\xDCY";
+    const auto byte = static_cast<unsigned char>(letter);
+    return byte >= 0xC0 && byte <= 0xDD ? plain[byte - 0xC0U] : letter;
+}
+
+/// The name with usual short forms, no longer than the width if they suffice.
+std::string abbreviated(const std::string& name, std::size_t width) {
+    const auto& lists = suggest::WordLists::builtIn();
+    std::string text = name;
+    std::size_t end = text.size();
+    while (text.size() > width && end > 0) {
+        const std::size_t blank = text.rfind(' ', end - 1);
+        const std::size_t begin = blank == std::string::npos ? 0 : blank + 1;
+        const std::string_view shorter = lists.shortFormOf(std::string_view(text).substr(begin, end - begin));
+        if (!shorter.empty()) {
+            text.replace(begin, end - begin, shorter);
+        }
+        end = blank == std::string::npos ? 0 : blank;
+    }
+    return text;
+}
+
+std::string cut(std::string_view text, std::size_t width) {
+    std::string result(text.substr(0, width));
+    result.resize(result.find_last_not_of(' ') + 1);
+    return result;
+}
+
+} // namespace
+
+std::string plainCapitals(std::string_view name) {
+    std::string text(name);
+    std::ranges::transform(text, text.begin(), [](char letter) {
+        const auto upper = dbase::CodePage::windows1252().upper(static_cast<unsigned char>(letter));
+        return withoutAccent(static_cast<char>(upper));
+    });
+    return text;
+}
+
+void NamesInWidth::clear() { names_.clear(); }
+
+void NamesInWidth::add(std::uint32_t key, std::string name) { names_.emplace_back(key, std::move(name)); }
+
+std::vector<std::string> NamesInWidth::settle() {
+    std::vector<std::string> settled;
+    std::map<std::string, std::set<std::string>> wholeNames; // that each settled name stands for
+    bool isAnyLong = false;
+    for (const auto& [key, name] : names_) {
+        isAnyLong = isAnyLong || name.size() > width_;
+        settled.push_back(name.size() > width_ ? cut(abbreviated(name, width_), width_) : name);
+    }
+    if (!isAnyLong) {
+        return settled;
+    }
+    for (std::size_t i = 0; i < names_.size(); ++i) {
+        wholeNames[settled[i]].insert(names_[i].second);
+    }
+    for (std::size_t i = 0; i < names_.size(); ++i) {
+        if (names_[i].second.size() > width_ && wholeNames[settled[i]].size() > 1) {
+            const std::string end = " (" + std::to_string(names_[i].first) + ')';
+            settled[i] = cut(settled[i], width_ - end.size()) + end;
+        }
+    }
+    return settled;
+}
+
+} // namespace ambrel::directory
