@@ -6,6 +6,7 @@
 
 #include "address/AddressPieces.h"
 #include "address/NumberWords.h"
+#include "address/Provinces.h"
 #include "address/StreetWords.h"
 #include "address/TownWords.h"
 #include "address/WrittenWords.h"
@@ -48,10 +49,15 @@ public:
 
     /// A number, a floor or a door between separators.
     void useInside(WordRange piece) {
-        const WrittenNumber number =
-            number_.isThere() ? WrittenNumber{} : readNumber(words_, piece.first, piece.last);
-        useNumber(number);
-        use({number.isThere() ? number.words.last : piece.first, piece.last}, Use::Floor);
+        if (!number_.isThere()) {
+            useNumber(readNumber(words_, piece.first, piece.last));
+            piece.first = number_.isThere() ? number_.words.last : piece.first;
+        } else if (number_.suffix.empty() && words_[piece.first].is(AddressRole::Suffix)) { // "5, bis"
+            number_.suffix = words_[piece.first].folded;
+            use({piece.first, piece.first + 1}, Use::Number);
+            ++piece.first;
+        }
+        use(piece, Use::Floor);
     }
 
     [[nodiscard]] AddressParts parts() const {
@@ -133,7 +139,7 @@ class TextReading {
 public:
     TextReading(std::string_view text, bool hasTown)
         : words_(text), hasTown_(hasTown), code_(hasTown ? findPostalCode(words_) : PostalCodeWords{}),
-          pieces_(cutIntoPieces(words_, code_)) {}
+          pieces_(cutIntoPieces(words_, code_, hasTown)) {}
 
     std::vector<AddressParts> read() {
         street_ = streetPiece();
@@ -150,7 +156,7 @@ public:
                 }
             }
         }
-        if (street_ < pieces_.size() && hasTown_ && pieces_.size() == 1) {
+        if (hasTown_ && code_.words.isEmpty()) {
             addTownAlone();
         }
         return std::move(readings_);
@@ -169,7 +175,9 @@ private:
         case Kind::Estate:
             return 3;
         case Kind::Text:
-            return hasNumberAfter(piece) ? 4 : isTown(piece) ? 0 : 1;
+            return hasNumberAfter(piece) ? 4 : isTown(piece) || isProvinceOfTown(piece) ? 0 : 1;
+        case Kind::Building:
+            return 1;
         default:
             return 0;
         }
@@ -201,6 +209,12 @@ private:
                (piece + 2 >= pieces_.size() || !pieces_[piece + 2].isName());
     }
 
+    /// "28801 Alcalá de Henares (Madrid)"
+    bool isProvinceOfTown(std::size_t piece) const {
+        return piece > 0 && !code_.words.isEmpty() && isTown(piece - 1) &&
+               isProvince(words_, pieces_[piece].words);
+    }
+
     std::size_t streetPiece() const {
         std::size_t best = pieces_.size();
         int bestRank = 0;
@@ -225,8 +239,9 @@ private:
             StreetWords other = readings.front();
             other.name.last = other.number.words.last;
             other.number = readNumber(words_, next.first, next.last);
+            const bool isMarked = words_[next.first].is(AddressRole::NumberMark);
             if (other.number.isThere() && readings.front().number.isThere()) {
-                readings.insert(readings.begin() + 1, std::move(other));
+                readings.insert(readings.begin() + (isMarked ? 0 : 1), std::move(other));
             }
         }
         return readings;
@@ -259,10 +274,14 @@ private:
             if (piece.kind == Kind::Code) {
                 draft.use({piece.words.first, code_.code}, Use::Dropped);
                 draft.use({code_.code, code_.code + 1}, Use::Code);
-            } else if (piece.kind == Kind::Inside && piece.words.first != placed.street.number.words.first) {
-                draft.useInside(piece.words);
             } else if (piece.kind == Kind::Inside) {
-                draft.use({placed.street.number.words.last, piece.words.last}, Use::Floor);
+                const WrittenNumber& number = placed.street.number;
+                const bool isNumber = number.isThere() && number.words.first == piece.words.first;
+                if (isNumber) {
+                    draft.use({number.words.last, piece.words.last}, Use::Floor);
+                } else {
+                    draft.useInside(piece.words);
+                }
             } else if (piece.kind == Kind::Type && i == street_ + 1 && placed.street.type.isEmpty()) {
                 const WrittenType type = readWrittenType(words_, piece.words.first, piece.words.last);
                 draft.use({piece.words.first, type.end}, Use::Type);
@@ -271,13 +290,18 @@ private:
         }
     }
 
-    /// A name and nothing else may be the town's.
+    /// A name and nothing else may be the town's, and a province may follow.
     void addTownAlone() {
-        Draft draft(words_);
-        draft.use(words_.all(), Use::Municipality);
-        if (pieces_.front().isName()) {
-            addOnce(draft.parts());
+        const bool hasProvince = pieces_.size() == 2 && isProvince(words_, pieces_[1].words);
+        if (pieces_.empty() || !pieces_[0].isName() || (pieces_.size() > 1 && !hasProvince)) {
+            return;
         }
+        Draft draft(words_);
+        draft.use(pieces_[0].words, Use::Municipality);
+        if (hasProvince) {
+            draft.use(pieces_[1].words, Use::Province);
+        }
+        addOnce(draft.parts());
     }
 
     WrittenWords words_;

@@ -32,8 +32,9 @@ std::size_t firstMark(const WrittenWords& words, std::size_t code) {
 
 /// Whether a number belongs to the word before it: "Apartado 28080", "parcela 12345".
 bool belongsToOther(const WrittenWords& words, std::size_t first) {
-    return first > 0 && (words[first - 1].is(AddressRole::Box) || words[first - 1].is(AddressRole::Unit) ||
-                         words[first - 1].is(AddressRole::Kilometre));
+    return first > 0 && !words[first].follows(Separator::Apart) &&
+           (words[first - 1].is(AddressRole::Box) || words[first - 1].is(AddressRole::Unit) ||
+            words[first - 1].is(AddressRole::Kilometre));
 }
 
 /// Whether four digits are a code that lost its leading zero, as spreadsheets do: "C/ Mayor 5, 8001
@@ -48,7 +49,8 @@ bool isShortened(const WrittenWords& words, std::size_t at) {
 
 class Cutting {
 public:
-    Cutting(const WrittenWords& words, const PostalCodeWords& code) : words_(words), code_(code.words) {}
+    Cutting(const WrittenWords& words, const PostalCodeWords& code, bool hasTown)
+        : words_(words), code_(code.words), hasTown_(hasTown) {}
 
     std::vector<AddressPiece> cut() {
         for (std::size_t at = 0; at < words_.size();) {
@@ -66,24 +68,30 @@ private:
     /// Whether a piece begins at a word; `first`: where the one before it did.
     bool begins(std::size_t first, std::size_t at) const {
         return words_[at].follows(Separator::Apart) || at == code_.first || at == code_.last ||
-               beginsStreet(first, at);
+               beginsStreet(first, at) || beginsCountry(at);
+    }
+
+    /// "28009 Madrid España", but not "Plaza España"
+    bool beginsCountry(std::size_t at) const {
+        return words_[at].is(AddressRole::Country) && at + 1 == words_.size() && !code_.isEmpty() &&
+               at > code_.last;
     }
 
     /// "Madrid Calle Mayor 5", but not "Nagusia kalea 5" or "Camino de la Calle Real".
     bool beginsStreet(std::size_t first, std::size_t at) const {
         const WrittenWord& word = words_[at];
-        if (word.entry == nullptr || word.entry->types == 0) {
+        if (word.entry == nullptr || word.entry->types == 0 || words_[at - 1].isSmall() ||
+            at + 1 == words_.size() || word.folded.ends_with("EA")) {
             return false;
         }
-        const bool isWritten = word.folded.size() >= 4 || words_.isFollowedBy(at, '/');
-        if (!isWritten || word.folded.ends_with("EA") || words_[at - 1].isSmall() ||
-            at + 1 == words_.size() ||
-            readWrittenType(words_, at, words_.size()).kind != StreetKind::Street) {
-            return false;
-        }
+        const bool isAfterCode = !code_.isEmpty() && first == code_.last;
+        const bool isWritten = word.folded.size() >= 2 || words_.isFollowedBy(at, '/') ||
+                               (isAfterCode && words_.isFollowedBy(at, '.'));
         const WrittenWord& next = words_[at + 1];
-        return !next.follows(Separator::Apart) && !next.isHouseNumber() &&
-               !next.is(AddressRole::NumberMark) && !next.is(AddressRole::NoNumber) &&
+        const bool isNamed = !next.follows(Separator::Apart) && !next.isHouseNumber() &&
+                             !next.is(AddressRole::NumberMark) && !next.is(AddressRole::NoNumber);
+        return isWritten && isNamed &&
+               readWrittenType(words_, at, words_.size()).kind == StreetKind::Street &&
                readWrittenType(words_, first, at).kind != StreetKind::Street;
     }
 
@@ -92,7 +100,11 @@ private:
             pieces_.push_back({piece, Kind::Code});
             return;
         }
-        if (isArticleOfLast(piece)) {
+        if (const std::size_t article = articleEnd(piece); article > piece.first) {
+            pieces_.back().words.last = article;
+            piece.first = article;
+        }
+        if (isVillage(piece)) {
             pieces_.back().words.last = piece.last;
             return;
         }
@@ -105,31 +117,64 @@ private:
         }
     }
 
-    /// "Coruña, A", "Palmas (Las)"
-    bool isArticleOfLast(WordRange piece) const {
-        if (pieces_.empty() || pieces_.back().kind != Kind::Text || piece.size() > 2) {
+    /// One past the words with which a piece completes the name before it: "Coruña, A", "Mar, de la 18".
+    std::size_t articleEnd(WordRange piece) const {
+        if (pieces_.empty() || pieces_.back().isNumbered) {
+            return piece.first;
+        }
+        const Kind before = pieces_.back().kind;
+        std::size_t end = piece.first;
+        while (end < piece.last && end < piece.first + 3 && words_[end].isSmall()) {
+            ++end;
+        }
+        const bool isWhole = end == piece.last && before == Kind::Text;
+        const bool isBeforeNumber =
+            (end == piece.last || words_[end].isHouseNumber() || words_[end].is(AddressRole::NumberMark) ||
+             words_[end].is(AddressRole::NoNumber)) &&
+            words_[piece.first].folded.size() > 1;
+        const bool isName =
+            before == Kind::Text || before == Kind::Street || before == Kind::Estate || before == Kind::Other;
+        return isWhole || (isBeforeNumber && isName) ? end : piece.first;
+    }
+
+    /// "MAYOR (ARIJA)", as tables of streets write it.
+    bool isVillage(WordRange piece) const {
+        return !hasTown_ && !piece.isEmpty() && !pieces_.empty() && !pieces_.back().isNumbered &&
+               words_[piece.first].follows(Separator::Open) &&
+               (pieces_.back().isName() || pieces_.back().kind == Kind::Street) &&
+               classified(piece).kind == Kind::Text && insideEnd(piece) == piece.first;
+    }
+
+    /// Whether a piece begins with one letter that is no door: "C. Mayor 5", "A Laracha".
+    bool beginsWithLetterOfName(WordRange piece) const {
+        const WrittenWord& word = words_[piece.first];
+        if (!word.isLetter()) {
             return false;
         }
-        for (std::size_t i = piece.first; i < piece.last; ++i) {
-            if (!words_[i].isSmall()) {
-                return false;
-            }
+        const bool isType = word.entry != nullptr && word.entry->types != 0;
+        if (isType && words_.isFollowedBy(piece.first, '/')) {
+            return true;
         }
-        return true;
+        if (piece.size() < 2) { // "MAYOR (C.)"
+            return isType && word.follows(Separator::Open) && mayFollowName(piece);
+        }
+        const WrittenWord& next = words_[piece.first + 1];
+        const bool isBeforeName =
+            next.digits == 0 && (next.folded.size() > 1 || words_.isFollowedBy(piece.first, '.'));
+        return isBeforeName && (isType || word.folded == "A" || word.folded == "O") &&
+               !next.is(AddressRole::Inside) && !next.is(AddressRole::Unit);
     }
 
     /// One past the number, floor or door with which a piece begins.
     std::size_t insideEnd(WordRange piece) const {
         std::size_t end = piece.first;
-        const bool isType = words_[end].isLetter() && words_[end].entry != nullptr &&
-                            words_[end].entry->types != 0 && words_.isFollowedBy(end, '/');
-        if (isType || isDate(words_, piece.first, piece.last)) {
+        if (piece.isEmpty() || beginsWithLetterOfName(piece) || isDate(words_, piece.first, piece.last)) {
             return end;
         }
         const WrittenNumber number = readNumber(words_, piece.first, piece.last);
         end = floorEnd(words_, number.isThere() ? number.words.last : end, piece.last);
         // The name of a street may begin with a figure.
-        const bool isName = end < piece.last && (pieces_.empty() || words_[end].isSmall());
+        const bool isName = end < piece.last && (pieces_.empty() || words_[end].folded.starts_with("DE"));
         return isName ? piece.first : end;
     }
 
@@ -138,11 +183,13 @@ private:
         AddressPiece result{piece};
         result.isNumbered = isNumbered(piece);
         const WrittenType type = readWrittenType(words_, piece.first, piece.last);
-        if (word.is(AddressRole::Country) || word.is(AddressRole::Box) || word.is(AddressRole::Building)) {
+        const bool isCountry = word.is(AddressRole::Country) && piece.size() == 1 && !pieces_.empty();
+        if (isCountry || word.is(AddressRole::Box) || word.is(AddressRole::Note)) {
             result.kind = Kind::Aside;
+        } else if (word.is(AddressRole::Building)) {
+            result.kind = Kind::Building;
         } else if (type.kind != StreetKind::None && isOnlyType(type.end, piece.last)) {
-            const bool isAfterName = !pieces_.empty() && pieces_.back().kind == Kind::Text;
-            result.kind = isAfterName ? Kind::Type : Kind::Text;
+            result.kind = mayFollowName(piece) ? Kind::Type : Kind::Text;
         } else if (type.kind != StreetKind::None) {
             result.kind = type.kind == StreetKind::Street   ? Kind::Street
                           : type.kind == StreetKind::Estate ? Kind::Estate
@@ -153,8 +200,15 @@ private:
         return result;
     }
 
+    /// Whether a type may be that of the piece before it.
+    bool mayFollowName(WordRange piece) const {
+        return !pieces_.empty() &&
+               (pieces_.back().kind == Kind::Text ||
+                (pieces_.back().kind == Kind::Numbered && words_[piece.first].follows(Separator::Open)));
+    }
+
     bool isOnlyType(std::size_t at, std::size_t last) const {
-        while (at < last && words_[at].isSmall()) {
+        while (at < last && words_[at].isSmall() && !words_[at].isLetter()) {
             ++at;
         }
         return at == last;
@@ -171,6 +225,7 @@ private:
 
     const WrittenWords& words_;
     WordRange code_;
+    bool hasTown_;
     std::vector<AddressPiece> pieces_;
 };
 
@@ -193,8 +248,9 @@ PostalCodeWords findPostalCode(const WrittenWords& words) {
     return found;
 }
 
-std::vector<AddressPiece> cutIntoPieces(const WrittenWords& words, const PostalCodeWords& code) {
-    return Cutting(words, code).cut();
+std::vector<AddressPiece> cutIntoPieces(const WrittenWords& words, const PostalCodeWords& code,
+                                        bool hasTown) {
+    return Cutting(words, code, hasTown).cut();
 }
 
 } // namespace ambrel

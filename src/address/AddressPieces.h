@@ -19,7 +19,8 @@ struct AddressPiece {
         Type,     // the word for a type and nothing else, after a name: "(CALLE DE)"
         Text,     // a name
         Inside,   // a number, a floor or a door
-        Aside     // a country, a post-office box, the name of a building
+        Building, // begins with "Edificio" and the like
+        Aside     // a country, a post-office box, a remark
     };
     WordRange words;
     Kind kind = Kind::Text;
@@ -36,6 +37,8 @@ struct PostalCodeWords {
 };
 [[nodiscard]] PostalCodeWords findPostalCode(const WrittenWords& words);
 
-[[nodiscard]] std::vector<AddressPiece> cutIntoPieces(const WrittenWords& words, const PostalCodeWords& code);
+/// `hasTown`: whether the address may name its town; otherwise brackets after a street's name belong to it.
+[[nodiscard]] std::vector<AddressPiece> cutIntoPieces(const WrittenWords& words, const PostalCodeWords& code,
+                                                      bool hasTown);
 
 } // namespace ambrel

@@ -63,8 +63,7 @@ const std::vector<MunicipalityPointer>& MunicipalityBook::withPostalCode(std::st
         }
     }
     std::ranges::sort(ineCodes);
-    const auto [first, last] = std::ranges::unique(ineCodes);
-    ineCodes.erase(first, last);
+    ineCodes.erase(std::unique(ineCodes.begin(), ineCodes.end()), ineCodes.end());
     Some found;
     for (const std::string& ineCode : ineCodes) {
         if (MunicipalityPointer one = find(ineCode)) {

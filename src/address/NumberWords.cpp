@@ -60,12 +60,11 @@ public:
 
 private:
     bool readNone() {
-        const bool isSpelt =
-            words_[at_].folded == "SIN" && at_ + 1 < last_ && words_[at_ + 1].is(AddressRole::NumberMark);
-        if (!isSpelt && !words_[at_].is(AddressRole::NoNumber)) {
+        const std::size_t end = noNumberEnd(words_, at_, last_);
+        if (end == at_) {
             return false;
         }
-        at_ += isSpelt ? 2 : 1;
+        at_ = end;
         number_.number = "S/N";
         return true;
     }
@@ -184,8 +183,9 @@ std::size_t statementEnd(const WrittenWords& words, std::size_t at, std::size_t 
     if (word.isLetter()) {
         return isArticle(words, at, last) || (isBeforeText && word.folded == "Y") ? at : at + 1;
     }
-    const bool isOne = word.is(AddressRole::Inside) || word.is(AddressRole::Suffix) ||
-                       (word.entry != nullptr && word.entry->number != 0);
+    const bool isNumeral =
+        word.entry != nullptr && word.entry->number != 0 && !isBeforeText; // not "Dos Torres"
+    const bool isOne = word.is(AddressRole::Inside) || word.is(AddressRole::Suffix) || isNumeral;
     return isOne && !isBeforeSmall ? at + 1 : at;
 }
 
@@ -193,6 +193,16 @@ std::size_t statementEnd(const WrittenWords& words, std::size_t at, std::size_t 
 
 WrittenNumber readNumber(const WrittenWords& words, std::size_t at, std::size_t last) {
     return NumberReading(words, at, last).read();
+}
+
+std::size_t noNumberEnd(const WrittenWords& words, std::size_t at, std::size_t last) {
+    if (at < last && words[at].is(AddressRole::NoNumber)) {
+        return at + 1;
+    }
+    const bool isPair =
+        at + 1 < last && words[at + 1].is(AddressRole::NumberMark) &&
+        (words[at].folded == "SIN" || (words[at].folded == "S" && words[at + 1].follows(Separator::Slash)));
+    return isPair ? at + 2 : at;
 }
 
 std::size_t floorEnd(const WrittenWords& words, std::size_t at, std::size_t last) {

@@ -18,6 +18,9 @@ struct WrittenNumber {
 /// The number that begins at a word, perhaps after "nº"; none if none does. `last`: one past the last word.
 [[nodiscard]] WrittenNumber readNumber(const WrittenWords& words, std::size_t at, std::size_t last);
 
+/// One past the words that say that there is no number, from `at` on; `at` if none do: "S/N", "sin número".
+[[nodiscard]] std::size_t noNumberEnd(const WrittenWords& words, std::size_t at, std::size_t last);
+
 /// One past the words from `at` on that say where inside a building something is; `at` if none does.
 [[nodiscard]] std::size_t floorEnd(const WrittenWords& words, std::size_t at, std::size_t last);
 

@@ -163,8 +163,8 @@ AddressAlternative alternativeOf(const AddressOption& option) {
         }
     }
     std::ranges::sort(alternative.postalCodes);
-    const auto [first, last] = std::ranges::unique(alternative.postalCodes);
-    alternative.postalCodes.erase(first, last);
+    auto& codes = alternative.postalCodes;
+    codes.erase(std::unique(codes.begin(), codes.end()), codes.end());
     return alternative;
 }
 

@@ -45,6 +45,12 @@ bool isProvince(const WrittenWords& words, WordRange range) {
     if (isProvince(lettersOf(words, range))) {
         return true;
     }
+    // Two languages: "Valencia/València".
+    for (std::size_t i = range.first + 1; i < range.last; ++i) {
+        if (words[i].follows(Separator::Slash)) {
+            return isProvince(words, {range.first, i}) && isProvince(words, {i, range.last});
+        }
+    }
     // The article after the name.
     std::size_t article = range.last;
     while (article > range.first && words[article - 1].isSmall()) {

@@ -2,6 +2,7 @@
 #include "address/StreetWords.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 
 namespace ambrel {
@@ -42,6 +43,12 @@ bool isOfRoad(const WrittenWords& words, std::size_t at) {
     return before.digits == 0 && before.folded.size() <= 2 && isJoined;
 }
 
+/// Whether figures after a word count things, as in "los 25 años".
+bool isPluralArticle(std::string_view word) {
+    static constexpr std::array<std::string_view, 7> articles{"LOS", "LAS", "DEL", "ELS", "LES", "OS", "AS"};
+    return std::ranges::find(articles, word) != articles.end();
+}
+
 /// How sure it is that a number is that of the house.
 enum class Certainty { No, Doubtful, Likely, Sure };
 
@@ -50,15 +57,14 @@ Certainty certaintyOfNumber(const WrittenWords& words, std::size_t at, std::size
     const bool isMarked = word.is(AddressRole::NumberMark) && at + 1 < last &&
                           (words[at + 1].digits != 0 || words[at + 1].is(AddressRole::NoNumber)) &&
                           !words[at + 1].follows(Separator::Hyphen);
-    const bool isSpelt = word.folded == "SIN" && at + 1 < last && words[at + 1].is(AddressRole::NumberMark);
     const bool isKilometre = word.is(AddressRole::Kilometre) && at + 1 < last && words[at + 1].digits != 0;
-    if (isMarked || isSpelt || isKilometre || word.is(AddressRole::NoNumber)) {
+    if (isMarked || isKilometre || noNumberEnd(words, at, last) > at) {
         return Certainty::Sure;
     }
     if (!word.isHouseNumber() || isOfRoad(words, at)) {
         return Certainty::No;
     }
-    const bool isInName = isDate(words, at, last) || (words[at - 1].isSmall() && !words[at - 1].isLetter());
+    const bool isInName = isDate(words, at, last) || isPluralArticle(words[at - 1].folded);
     return isInName ? Certainty::Doubtful : Certainty::Likely;
 }
 
@@ -86,14 +92,17 @@ public:
 
 private:
     bool isNumberNext(std::size_t at) const {
+        if (words_[at].folded == "N") {
+            return false; // of a road
+        }
         return certaintyOfNumber(words_, at, piece_.last) >= Certainty::Likely ||
                (words_[at].digits != 0 && at + 1 == piece_.last);
     }
 
     /// "Plaza 5", "Gran Vía 28": the word for the type is the name. "Calle 30" is one, though.
     void readNamedByType(const WrittenType& type) {
-        const bool isCalle = (typesOf({"CALLE"}) & type.types) != 0;
-        if (!isCalle || certaintyOfNumber(words_, type.end, piece_.last) == Certainty::Sure) {
+        static const TypeSet calle = typesOf({"CALLE"});
+        if ((calle & type.types) == 0) {
             add({}, {piece_.first, type.end}, type.end);
         }
     }

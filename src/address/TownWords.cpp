@@ -9,9 +9,11 @@
 namespace ambrel {
 namespace {
 
+using suggest::AddressRole;
 using Kind = AddressPiece::Kind;
 
 constexpr std::size_t mostWordsOfTown = 5;
+constexpr std::size_t mostTowns = 6;
 
 /// Whether words may be a town's name: without figures, and not from the middle of another name.
 bool mayBeTown(const WrittenWords& words, WordRange range) {
@@ -50,8 +52,8 @@ public:
         const std::size_t town = likeliest();
         if (town < places_.size()) {
             readPlace(town);
-            for (std::size_t i = places_.size(); i-- > 0 && towns_.size() < 6;) {
-                if (i != town) {
+            for (std::size_t i = places_.size(); i-- > 0 && towns_.size() < mostTowns;) {
+                if (i != town && places_[i].words != towns_.front().province) {
                     add(places_[i].words, {});
                 }
             }
@@ -70,12 +72,13 @@ private:
 
     bool isName(WordRange range) const {
         const WrittenType type = readWrittenType(words_, range.first, range.last);
-        return type.kind != StreetKind::Estate && !words_[range.first].is(suggest::AddressRole::Building);
+        return type.kind != StreetKind::Estate && !words_[range.first].is(AddressRole::Building) &&
+               !words_[range.first].is(AddressRole::Note);
     }
 
     bool hasStreetType(std::size_t piece) const {
         return pieces_[piece].kind == Kind::Street || pieces_[piece].kind == Kind::Inside ||
-               pieces_[piece].kind == Kind::Aside;
+               pieces_[piece].kind == Kind::Aside || pieces_[piece].kind == Kind::Building;
     }
 
     /// The number of the place that is the town; their count if none is.
@@ -103,7 +106,10 @@ private:
     std::size_t beforeProvince(std::size_t place) const {
         const bool isAlone =
             place == 0 || (places_[place - 1].piece < streetPiece_ && streetPiece_ < places_[place].piece);
-        return !isAlone && isProvince(words_, places_[place].words) ? place - 1 : place;
+        return !isAlone && isProvince(words_, places_[place].words) &&
+                       !words_[places_[place - 1].words.first].follows(Separator::Open)
+                   ? place - 1
+                   : place;
     }
 
     void readPlace(std::size_t place) {
@@ -111,13 +117,26 @@ private:
         if (place + 1 < places_.size() && places_[place + 1].piece > places_[place].piece &&
             isProvince(words_, places_[place + 1].words)) {
             add(town, places_[place + 1].words);
+            if (!code_ && !words_[places_[place + 1].words.first].follows(Separator::Open)) {
+                add(places_[place + 1].words, {}); // a quarter of the capital
+            }
+            return;
         }
         const std::size_t province = provinceAtEnd(words_, town);
         if (province > town.first && province < town.last && !words_[province - 1].isSmall()) {
+            const bool isJoined =
+                words_[province].follows(Separator::Hyphen) && !words_[province].follows(Separator::Blank);
+            if (isJoined) {
+                add(town, {}); // "Vélez-Málaga"
+            }
             add({town.first, province}, {province, town.last});
+            if (!isJoined) {
+                add(town, {});
+            }
+        } else {
+            add(town, {});
         }
-        add(town, {});
-        if (province == town.first) {
+        if (province == town.first && !code_) {
             add({}, town);
         }
         if (places_[place].isTail) {

@@ -104,7 +104,11 @@ void WrittenWords::separate(std::size_t gapBegin, std::size_t gapEnd) {
     // "Getafe - Madrid", but "5 - 7".
     const bool isDash = (gap_ & bit(Separator::Hyphen)) != 0 && (gap_ & bit(Separator::Blank)) != 0;
     const bool isBetweenDigits = gapBegin > 0 && isDigit(source_[gapBegin - 1]) && isDigit(source_[gapEnd]);
-    if (isDash && !isBetweenDigits) {
+    // "Mayor 5. Getafe. Madrid", but not "Gral. Primo de Rivera".
+    const bool hasStop = gapEnd - gapBegin > 1 && source_[gapBegin] == '.' && !isDigit(source_[gapEnd]) &&
+                         !words_.empty() && words_.back().folded.size() >= 5 &&
+                         words_.back().entry == nullptr && words_.back().digits == 0;
+    if (hasStop || (isDash && !isBetweenDigits)) {
         gap_ |= bit(Separator::Apart);
     }
 }
@@ -157,6 +161,9 @@ void WrittenWords::readNumber(WrittenWord& word, std::size_t& at) const {
     if (hasStop || (at < source_.size() && isOrdinalSign(source_[at]))) {
         at += hasStop ? 2 : 1;
         word.isOrdinal = true;
+        return;
+    }
+    if (word.digits >= 5) { // "28009Madrid"
         return;
     }
     while (at < source_.size() && isWordLetter(source_[at]) && !isOrdinalSign(source_[at])) {

@@ -47,7 +47,7 @@ std::uint16_t addressRole(std::string_view key) {
         {"UNIT", AddressRole::Unit},           {"INSIDE", AddressRole::Inside},
         {"BUILDING", AddressRole::Building},   {"BOX", AddressRole::Box},
         {"CODE", AddressRole::CodeMark},       {"COUNTRY", AddressRole::Country},
-        {"MONTH", AddressRole::Month}};
+        {"MONTH", AddressRole::Month},         {"NOTE", AddressRole::Note}};
     for (const auto& [name, role] : roles) {
         if (name == key) {
             return static_cast<std::uint16_t>(role);

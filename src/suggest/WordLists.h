@@ -25,7 +25,8 @@ enum class AddressRole : std::uint16_t {
     Box = 128,      // a post-office box
     CodeMark = 256, // "C.P."
     Country = 512,
-    Month = 1024
+    Month = 1024,
+    Note = 2048 // "frente a", which takes the words after it
 };
 
 /// What is known of a folded word; `full` is empty if it is not a short form.

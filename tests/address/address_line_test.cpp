@@ -1,6 +1,8 @@
 // Takes written addresses apart.
 #include "address/AddressLine.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "address/WrittenAddress.h"
@@ -94,6 +96,151 @@ TEST(AddressLineTest, AStreetInsideAnEstate) {
         line("Urb. Las Flores, C/ Rosa 4, chalet 7"),
         (WrittenAddress{
             .type = "C/", .street = "Rosa", .number = "4", .floor = "chalet 7", .rest = "Urb. Las Flores"}));
+}
+
+TEST(AddressLineTest, ThePostalCodeInItsWritings) {
+    for (const char* text : {"C/ Sol 3, 28009-Madrid", "C/ Sol 3, E-28009 Madrid",
+                             "C/ Sol 3 C.P. 28009 Madrid", "C/ Sol 3, Código Postal: 28009 Madrid",
+                             "C/ Sol 3, Madrid 28009", "C/ Sol 3, Madrid, 28009", "28009, Madrid, C/ Sol 3",
+                             "C/ Sol 3, 28009MADRID", "C/ Sol 3, 28.009 Madrid", "Madrid 28009 C/ Sol 3"}) {
+        const WrittenAddress read = line(text);
+        EXPECT_EQ(read.postalCode, "28009") << text;
+        EXPECT_EQ(read.number, "3") << text;
+        EXPECT_TRUE(read.municipality == "Madrid" || read.municipality == "MADRID") << text << ": " << read;
+        EXPECT_EQ(read.rest, "") << text;
+    }
+    EXPECT_EQ(line("C/ Mayor 5, 8001 Barcelona").postalCode, "8001"); // a spreadsheet's lost zero
+    EXPECT_EQ(line("C/ Mayor 1234 Getafe").postalCode, "");
+}
+
+TEST(AddressLineTest, ANumberOfAPostOfficeBoxIsNoPostalCode) {
+    EXPECT_EQ(line("Apdo. 10234, 28080 Madrid"),
+              (WrittenAddress{.rest = "Apdo. 10234", .postalCode = "28080", .municipality = "Madrid"}));
+    EXPECT_EQ(line("Apdo. de correos 123"), (WrittenAddress{.rest = "Apdo. de correos 123"}));
+}
+
+TEST(AddressLineTest, TownsOfSeveralWordsAndTwoLanguages) {
+    EXPECT_EQ(line("C/ Sol 3, 28801 Alcalá de Henares (Madrid)").municipality, "Alcalá de Henares");
+    EXPECT_EQ(line("C/ Sol 3, 01001 Vitoria-Gasteiz").municipality, "Vitoria-Gasteiz");
+    EXPECT_EQ(line("C/ Sol 3, 29718 Vélez-Málaga").municipality, "Vélez-Málaga");
+    const WrittenAddress palma = line("C/ Sol 3, Palma, Illes Balears");
+    EXPECT_EQ(palma.municipality, "Palma");
+    EXPECT_EQ(palma.province, "Illes Balears");
+    EXPECT_EQ(line("Rúa Real 5, 15270 Cee, Coruña (A)").province, "Coruña (A)");
+    EXPECT_EQ(line("C/ Sol 3, 46600 Alzira, Valencia/València").province, "Valencia/València");
+    EXPECT_EQ(line("Carrer Nou 3, 08901 L'Hospitalet de Llobregat").municipality,
+              "L'Hospitalet de Llobregat");
+    EXPECT_EQ(line("C/ Sol 3 Dos Hermanas").municipality, "Dos Hermanas");
+    EXPECT_EQ(
+        line("28801 Alcalá de Henares (Madrid)"),
+        (WrittenAddress{.postalCode = "28801", .municipality = "Alcalá de Henares", .province = "Madrid"}));
+}
+
+TEST(AddressLineTest, AnyLineBreakTabSemicolonBarOrDashSeparates) {
+    for (const char* text : {"C/ Sol 3\n2º B\n28901 Getafe", "C/ Sol\t3\t2º B\t28901\tGetafe",
+                             "C/ Sol;3;2º B;28901;Getafe", "C/ Sol 3 | 2º B | 28901 | Getafe",
+                             "C/ Sol 3 - 2º B - 28901 - Getafe", "C/ Sol, 3. 2º B, 28901. Getafe"}) {
+        const WrittenAddress read = line(text);
+        EXPECT_EQ(read.street + read.number + read.postalCode + read.municipality, "Sol328901Getafe") << text;
+        EXPECT_EQ(read.floor, "2º B") << text;
+    }
+}
+
+TEST(AddressLineTest, WordsOfTheLanguagesOfSpain) {
+    EXPECT_EQ(line("Carrer Major, 5, 2n 1a"),
+              (WrittenAddress{.type = "Carrer", .street = "Major", .number = "5", .floor = "2n 1a"}));
+    EXPECT_EQ(line("Rúa do Vilar 3, 1º"),
+              (WrittenAddress{.type = "Rúa", .street = "do Vilar", .number = "3", .floor = "1º"}));
+    EXPECT_EQ(line("Kale Nagusia 5"), (WrittenAddress{.type = "Kale", .street = "Nagusia", .number = "5"}));
+    EXPECT_EQ(line("Errekalde kalea, 5, 2. ezkerra"),
+              (WrittenAddress{.type = "kalea", .street = "Errekalde", .number = "5", .floor = "2. ezkerra"}));
+}
+
+TEST(AddressLineTest, RangesLettersAndSecondNumbers) {
+    const auto number = [](const char* text) {
+        const WrittenAddress read = line(text);
+        return read.number + '|' + read.numberSuffix + '|' + read.numberEnd + '|' + read.floor;
+    };
+    EXPECT_EQ(number("C/ Sol 5-7"), "5||7|");
+    EXPECT_EQ(number("C/ Sol 5 - 7"), "5||7|");
+    EXPECT_EQ(number("C/ Sol 5 al 9"), "5||9|");
+    EXPECT_EQ(number("C/ Sol 5 y 7"), "5||7|");
+    EXPECT_EQ(number("C/ Sol 5B-7B"), "5|B|7B|");
+    EXPECT_EQ(number("C/ Sol 12-3"), "12|||3"); // no range runs backwards
+    EXPECT_EQ(number("C/ Sol 5, bis"), "5|BIS||");
+    EXPECT_EQ(number("C/ Sol 5 A 3º B"), "5|A||3º B");
+    EXPECT_EQ(number("C/ Sol 5 dup."), "5|DUP||");
+    EXPECT_EQ(number("C/ Sol S / N"), "S/N|||");
+    EXPECT_EQ(number("C/ Sol sin número"), "S/N|||");
+}
+
+TEST(AddressLineTest, AnArticleAfterACommaBelongsToTheName) {
+    EXPECT_EQ(line("PASEO MAR, DE LA 18, 18813 Cuevas"), (WrittenAddress{.type = "PASEO",
+                                                                         .street = "MAR, DE LA",
+                                                                         .number = "18",
+                                                                         .postalCode = "18813",
+                                                                         .municipality = "Cuevas"}));
+}
+
+TEST(AddressLineTest, PersonsBuildingsAndCountriesStayInTheRest) {
+    EXPECT_EQ(line("Juan Pérez\nEdificio Sol\nC/ Mayor 5\n28009 Madrid\nESPAÑA"),
+              (WrittenAddress{.type = "C/",
+                              .street = "Mayor",
+                              .number = "5",
+                              .rest = "Juan Pérez\nEdificio Sol, ESPAÑA",
+                              .postalCode = "28009",
+                              .municipality = "Madrid"}));
+    EXPECT_EQ(line("Calle Mayor 5 tlf 915551234").rest, "tlf 915551234");
+}
+
+/// Whether one of the readings has these parts.
+bool isAmong(const WrittenAddress& wanted, const char* text) {
+    const auto readings = ambrel::readAddressLine(ambrel::test::ansi(text));
+    return std::ranges::any_of(readings, [&](const AddressParts& one) { return written(one) == wanted; });
+}
+
+TEST(AddressLineTest, WhereOnlyTablesCanDecideThereAreSeveralReadings) {
+    EXPECT_TRUE(
+        isAmong({.type = "Calle", .street = "Mayor", .municipality = "Getafe"}, "Calle Mayor Getafe"));
+    EXPECT_TRUE(isAmong({.type = "Calle", .street = "Mayor Getafe"}, "Calle Mayor Getafe"));
+    EXPECT_TRUE(isAmong({.type = "Calle", .street = "Alfonso 13", .number = "5"}, "Calle Alfonso 13, 5"));
+    EXPECT_TRUE(
+        isAmong({.type = "Calle", .street = "Alfonso", .number = "13", .floor = "5"}, "Calle Alfonso 13, 5"));
+    EXPECT_TRUE(isAmong({.street = "Mayor", .number = "5", .municipality = "Getafe"}, "Getafe Mayor 5"));
+    EXPECT_TRUE(isAmong({.municipality = "Getafe"}, "Getafe"));
+    EXPECT_TRUE(isAmong({.municipality = "Palma", .province = "Baleares"}, "Palma, Baleares"));
+    EXPECT_TRUE(isAmong(
+        {.type = "C/", .street = "Sol", .number = "3", .municipality = "Getafe", .province = "Madrid"},
+        "C/ Sol 3 Getafe Madrid"));
+}
+
+TEST(StreetTextTest, TypeNumberAndFloorInAStreetsColumn) {
+    const auto street = [](const char* text) {
+        return written(ambrel::readStreetText(ambrel::test::ansi(text)).front());
+    };
+    EXPECT_EQ(
+        street("C/ Mayor 5 bis, 2º izda."),
+        (WrittenAddress{
+            .type = "C/", .street = "Mayor", .number = "5", .numberSuffix = "BIS", .floor = "2º izda."}));
+    EXPECT_EQ(street("MAYOR"), (WrittenAddress{.street = "MAYOR"}));
+    EXPECT_EQ(street("Mayor, 5, Urb. Los Olmos"),
+              (WrittenAddress{.street = "Mayor", .number = "5", .rest = "Urb. Los Olmos"}));
+    EXPECT_EQ(street("MAYOR (ARIJA) 5"), (WrittenAddress{.street = "MAYOR (ARIJA)", .number = "5"}));
+}
+
+TEST(NumberTextTest, NumberLetterRangeAndFloorInANumbersColumn) {
+    const auto number = [](const char* text) {
+        return written(ambrel::readNumberText(ambrel::test::ansi(text)));
+    };
+    EXPECT_EQ(number("12"), (WrittenAddress{.number = "12"}));
+    EXPECT_EQ(number("nº 12 bis, 3º B"),
+              (WrittenAddress{.number = "12", .numberSuffix = "BIS", .floor = "3º B"}));
+    EXPECT_EQ(number("12-14"), (WrittenAddress{.number = "12", .numberEnd = "14"}));
+    EXPECT_EQ(number("s/n"), (WrittenAddress{.number = "S/N"}));
+    EXPECT_EQ(number("km 3,5"), (WrittenAddress{.number = "KM 3,5"}));
+    EXPECT_EQ(number("3º B"), (WrittenAddress{.floor = "3º B"}));
+    EXPECT_EQ(number("12 junto al río"), (WrittenAddress{.number = "12", .rest = "junto al río"}));
+    EXPECT_EQ(number(""), WrittenAddress{});
 }
 
 } // namespace
