@@ -1,113 +1,23 @@
 // A key in a box with suggestions: the ranked list for what has been typed, against SQLite's trigram index.
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <set>
 
 #include <benchmark/benchmark.h>
 
-#include "data/TableDefinitions.h"
-#include "dbase/dbf/codec.h"
-#include "dbase/system/databases.h"
-#include "dbase/table/bulk_loader.h"
 #include "suggest/SlipCount.h"
 #include "suggest/Suggestions.h"
 
 #include "postal_rows.h"
 #include "sqlite_postal.h"
 #include "stopwatch.h"
-#include "suggest_names.h"
+#include "town_directory.h"
 
 namespace bench {
 
 namespace {
 
-constexpr std::uint32_t townCount = 12'700;
-constexpr std::uint32_t smallRows = 100'000;
 constexpr std::size_t slowQuestions = 100;
-
-/// The directory of one size: towns, our tables, and questions about them.
-struct Directory {
-    std::string database;
-    std::vector<SuggestTown> towns;
-
-    Directory(std::string name, std::uint32_t rows, std::uint32_t count)
-        : database(std::move(name)), towns(suggestTowns(rows, count)) {
-        const std::string folder = workFolder + "/" + database;
-        std::filesystem::create_directories(folder);
-        for (const dbase::TableDefinition& table : ambrel::tableDefinitions()) {
-            dbase::createTable(folder, table);
-        }
-        loadTowns(folder);
-        loadStreets(folder);
-        dbase::setDatabaseFolder(database, folder);
-    }
-
-    static const Directory& large() {
-        static const Directory made("suggest-large", rowCount, townCount);
-        return made;
-    }
-    static const Directory& small() {
-        static const Directory made("suggest-small", std::min(smallRows, rowCount), townCount / 15);
-        return made;
-    }
-
-    [[nodiscard]] const SuggestTown& largest() const {
-        return *std::ranges::find(towns, std::string(largestTown), &SuggestTown::ineCode);
-    }
-
-private:
-    class Rows {
-    public:
-        Rows(const std::string& folder, const char* table)
-            : loader_(*dbase::findTableFile(folder, table), dbase::BulkLoader::Mode::Append),
-              record_(loader_.schema().recordLength, ' ') {}
-        void set(const char* column, const std::string& value) {
-            const auto& columns = loader_.schema().columns;
-            const auto& one = *std::ranges::find(columns, std::string(column), &dbase::Column::name);
-            dbase::encodeText(std::span<char>(record_).subspan(one.offset, one.width), value);
-        }
-        void add() { loader_.add(record_); }
-        void finish() { loader_.finish(); }
-
-    private:
-        dbase::BulkLoader loader_;
-        std::string record_;
-    };
-
-    void loadTowns(const std::string& folder) const {
-        Rows rows(folder, "MUNICIPI");
-        for (const SuggestTown& town : towns) {
-            for (const std::string& code : town.postalCodes) {
-                rows.set("COD_INE", town.ineCode);
-                rows.set("CODPOSTAL", code);
-                rows.set("NOMBRE", town.name);
-                rows.set("COD_PROV", town.ineCode.substr(0, 2));
-                rows.set("ENT_MENOR", "F");
-                rows.add();
-            }
-        }
-        rows.finish();
-    }
-
-    void loadStreets(const std::string& folder) const {
-        Rows rows(folder, "POSTAL");
-        std::uint32_t key = 10'000'000;
-        for (const SuggestTown& town : towns) {
-            for (const SuggestStreet& street : town.streets) {
-                rows.set("CODIGO1", std::to_string(key++));
-                rows.set("PROVINCIA", town.ineCode.substr(0, 2));
-                rows.set("TIPO_VIA", street.type);
-                rows.set("VIA", street.name);
-                rows.set("CODPOSTAL", street.postalCode);
-                rows.set("COD_INE", town.ineCode);
-                rows.add();
-            }
-        }
-        rows.finish();
-    }
-};
 
 /// A question with the answer that was meant.
 struct Question {
@@ -115,7 +25,7 @@ struct Question {
     std::string typed, meant;
 };
 
-std::vector<Question> questions(const Directory& directory, bool onlyLargest, std::size_t count = 2000) {
+std::vector<Question> questions(const TownDirectory& directory, bool onlyLargest, std::size_t count = 2000) {
     std::vector<Question> made;
     for (std::uint32_t i = 0; made.size() < count; ++i) {
         const auto town = onlyLargest
@@ -150,7 +60,7 @@ void ask(benchmark::State& state, const std::vector<Question>& asked, Answer&& a
     state.counters["recall"] = static_cast<double>(found) / static_cast<double>(asked.size());
 }
 
-void suggestOurs(benchmark::State& state, const Directory& (*directory)(), bool onlyLargest) {
+void suggestOurs(benchmark::State& state, const TownDirectory& (*directory)(), bool onlyLargest) {
     ambrel::Suggestions suggestions(directory().database, {.memory = std::size_t{1} << 30});
     ask(state, questions(directory(), onlyLargest), [&](const Question& question) {
         std::vector<std::string> names;
@@ -166,7 +76,7 @@ void suggestOurs(benchmark::State& state, const Directory& (*directory)(), bool 
 
 class TrigramIndex {
 public:
-    explicit TrigramIndex(const Directory& directory)
+    explicit TrigramIndex(const TownDirectory& directory)
         : database_(openSqlite(workFolder + "/trigram.sqlite")) {
         execute(database_.get(), "CREATE VIRTUAL TABLE via USING fts5(name, tokenize='trigram')");
         execute(database_.get(), "BEGIN");
@@ -233,16 +143,16 @@ private:
 };
 
 void suggestTrigrams(benchmark::State& state, bool onlyLargest) {
-    static TrigramIndex index(Directory::large());
+    static TrigramIndex index(TownDirectory::large());
     // In the largest town an answer takes it so long that all questions would take minutes.
-    ask(state, questions(Directory::large(), onlyLargest, onlyLargest ? slowQuestions : 2000),
+    ask(state, questions(TownDirectory::large(), onlyLargest, onlyLargest ? slowQuestions : 2000),
         [&](const Question& question) { return index.nearest(question); });
 }
 
 // --- Municipalities, and the first use of a province
 
 void suggestMunicipality(benchmark::State& state) {
-    const Directory& directory = Directory::large();
+    const TownDirectory& directory = TownDirectory::large();
     ambrel::Suggestions suggestions(directory.database);
     std::vector<Question> asked;
     for (std::uint32_t i = 0; i < 2000; ++i) {
@@ -260,7 +170,7 @@ void suggestMunicipality(benchmark::State& state) {
 
 /// The longest time for which a window that reads in pieces of 5 ms is busy.
 void firstUse(benchmark::State& state) {
-    const Directory& directory = Directory::large();
+    const TownDirectory& directory = TownDirectory::large();
     double longest = 0;
     for (auto _ : state) {
         ambrel::Suggestions suggestions(directory.database);
@@ -279,12 +189,12 @@ void firstUse(benchmark::State& state) {
     state.counters["longest_piece_ms"] = 1000 * longest;
 }
 
-BENCHMARK_CAPTURE(suggestOurs, towns, &Directory::large, false)
+BENCHMARK_CAPTURE(suggestOurs, towns, &TownDirectory::large, false)
     ->Name("suggest/ours")
     ->UseManualTime()
     ->MinTime(2);
 BENCHMARK_CAPTURE(suggestTrigrams, towns, false)->Name("suggest/fts5")->UseManualTime()->MinTime(2);
-BENCHMARK_CAPTURE(suggestOurs, largest, &Directory::large, true)
+BENCHMARK_CAPTURE(suggestOurs, largest, &TownDirectory::large, true)
     ->Name("suggest_largest/ours")
     ->UseManualTime()
     ->MinTime(2);
@@ -292,11 +202,11 @@ BENCHMARK_CAPTURE(suggestTrigrams, largest, true)
     ->Name("suggest_largest/fts5")
     ->UseManualTime()
     ->Iterations(slowQuestions);
-BENCHMARK_CAPTURE(suggestOurs, small, &Directory::small, true)
+BENCHMARK_CAPTURE(suggestOurs, small, &TownDirectory::small, true)
     ->Name("suggest_growth/100k")
     ->UseManualTime()
     ->MinTime(2);
-BENCHMARK_CAPTURE(suggestOurs, large, &Directory::large, true)
+BENCHMARK_CAPTURE(suggestOurs, large, &TownDirectory::large, true)
     ->Name("suggest_growth/1m5")
     ->UseManualTime()
     ->MinTime(2);

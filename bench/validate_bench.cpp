@@ -1,0 +1,140 @@
+// Whole addresses from a text with columns to one with verdicts, shuffled over all provinces: against
+// prepared statements of SQLite that find the same, and for names with a slip against its trigram index.
+
+#include <algorithm>
+#include <numeric>
+#include <random>
+
+#include <benchmark/benchmark.h>
+
+#include "address/AddressValidator.h"
+#include "address/GivenReadings.h"
+#include "address/TidyText.h"
+#include "dbase/lock/read_scope.h"
+#include "loading/csv.h"
+#include "suggest/SlipCount.h"
+
+#include "sqlite_postal.h"
+#include "town_directory.h"
+
+namespace bench {
+
+namespace {
+
+/// What is kept of the provinces: all of them, as a file in any order needs.
+constexpr std::size_t memory = std::size_t{192} << 20;
+
+// --- The files
+
+enum class Slip { None, Street, StreetOfLargest, Town };
+
+/// A town and one of its streets for each row, in any order.
+std::string file(Slip slip, std::size_t rows) {
+    const TownDirectory& directory = TownDirectory::large();
+    std::vector<const SuggestTown*> towns;
+    for (const SuggestTown& town : directory.towns) {
+        const bool isMiddling = town.streets.size() >= 50 && town.streets.size() <= 600;
+        if (slip == Slip::None ||
+            (slip == Slip::StreetOfLargest ? &town == &directory.largest() : isMiddling)) {
+            towns.push_back(&town);
+        }
+    }
+    // Large towns have more addresses than small ones.
+    std::vector<double> sizes;
+    for (const SuggestTown* town : towns) {
+        sizes.push_back(static_cast<double>(town->streets.size()));
+    }
+    std::mt19937 random(20261123);
+    std::discrete_distribution<std::size_t> pick(sizes.begin(), sizes.end());
+    std::string text = "VIA,NUMERO,CODPOSTAL,MUNICIPIO,PROVINCIA\n";
+    for (std::uint32_t i = 0; i < rows;) {
+        const SuggestTown& town = *towns[pick(random)];
+        const SuggestStreet& street = town.streets[random() % town.streets.size()];
+        const bool isStreetWrong = slip == Slip::Street || slip == Slip::StreetOfLargest;
+        if (slip != Slip::None && (street.name.size() < 6 || town.name.size() < 6)) {
+            continue;
+        }
+        text += street.type + ' ' + (isStreetWrong ? mistyped(street.name, i) : street.name) + ',' +
+                std::to_string(1 + random() % 90) + ',' + street.postalCode + ',' +
+                (slip == Slip::Town ? mistyped(town.name, i) : town.name) + ',' + town.ineCode.substr(0, 2) +
+                '\n';
+        ++i;
+    }
+    return text;
+}
+
+/// The rows of a file one by one.
+template<class Take>
+void readRows(const std::string& text, Take&& take) {
+    loading::CsvReader csv(loading::textSource(text), "clientes");
+    static_cast<void>(csv.next()); // the heading
+    ambrel::GivenAddress given;
+    while (csv.next()) {
+        given.street = csv.fields()[0].text;
+        given.number = csv.fields()[1].text;
+        given.postalCode = csv.fields()[2].text;
+        given.municipality = csv.fields()[3].text;
+        given.province = csv.fields()[4].text;
+        take(csv, given);
+    }
+}
+
+void writeRow(std::string& result, std::string_view row, std::string_view verdict, std::string_view ineCode,
+              std::string_view type, std::string_view street, std::string_view number,
+              std::string_view code) {
+    result += row.substr(0, row.find('\n'));
+    for (const std::string_view value : {verdict, ineCode, type, street, number, code}) {
+        result += ',';
+        result += value;
+    }
+    result += '\n';
+}
+
+// --- Ours
+
+void validateOurs(benchmark::State& state, Slip slip, std::size_t rows) {
+    const std::string text = file(slip, rows);
+    ambrel::AddressValidator validator(TownDirectory::large().database, {.memory = memory});
+    std::size_t settled = 0, all = 0;
+    const auto run = [&] {
+        std::string result;
+        readRows(text, [&](const loading::CsvReader& csv, const ambrel::GivenAddress& given) {
+            const dbase::ReadScope scope;
+            const ambrel::JudgedAddress judged = validator.validate(given);
+            settled += isSettled(judged.verdict) ? 1 : 0;
+            ++all;
+            writeRow(result, csv.raw(), verdictName(judged.verdict), judged.ineCode, judged.type,
+                     judged.street, judged.number, judged.postalCode);
+        });
+        return result;
+    };
+    static_cast<void>(run()); // everything is warm afterwards
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(run());
+    }
+    state.SetItemsProcessed(static_cast<std::int64_t>(rows) * state.iterations());
+    state.counters["settled"] = static_cast<double>(settled) / static_cast<double>(all);
+}
+
+constexpr std::size_t exactRows = 20'000, slipRows = 3'000, largestRows = 500;
+
+BENCHMARK_CAPTURE(validateOurs, exact, Slip::None, exactRows)
+    ->Name("validate/ours")
+    ->MinTime(2)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(validateOurs, slip, Slip::Street, slipRows)
+    ->Name("validate_slip/ours")
+    ->MinTime(2)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(validateOurs, largest, Slip::StreetOfLargest, largestRows)
+    ->Name("validate_slip_largest/ours")
+    ->MinTime(2)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(validateOurs, town, Slip::Town, largestRows)
+    ->Name("validate_town_slip/ours")
+    ->MinTime(2)
+    ->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+} // namespace bench
