@@ -59,12 +59,12 @@ class AddressValidator::Implementation {
 public:
     Implementation(const std::string& database, const ValidationOptions& options)
         : options_(options), directory_(database), book_(database, directory_),
-          suggestions_(database, {.memory = options.memory}), types_(database), places_(book_, suggestions_),
-          streets_(directory_, suggestions_, types_) {}
+          suggesters_(database, options.memory), types_(database), places_(book_, suggesters_),
+          streets_(directory_, suggesters_, types_) {}
 
     [[nodiscard]] JudgedAddress validate(const GivenAddress& given);
     [[nodiscard]] std::string provinceName(const std::string& province) {
-        return suggestions_.provinceName(province);
+        return suggesters_.provinces.nameOf(province);
     }
 
 private:
@@ -78,7 +78,7 @@ private:
     ValidationOptions options_;
     AddressDirectory directory_;
     MunicipalityBook book_;
-    Suggestions suggestions_;
+    Suggesters suggesters_;
     StreetTypeMatch types_;
     PlaceSearch places_;
     StreetSearch streets_;
@@ -95,7 +95,7 @@ AddressQuestion AddressValidator::Implementation::questionOf(AddressParts parts)
     if (!parts.province.empty()) {
         const auto [known, isNew] = provinces_.try_emplace(parts.province);
         if (isNew) {
-            known->second = suggestions_.provinceNamed(parts.province);
+            known->second = suggesters_.provinces.digitsOf(parts.province);
         }
         question.province = known->second;
         question.isProvinceUnknown = question.province.empty();

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
+#include "address/AddressLine.h"
 #include "services/Rnumcad.h"
-#include "suggest/Folding.h"
 
 namespace ambrel {
 namespace {
@@ -13,28 +13,6 @@ constexpr std::size_t mostReadings = 24;
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isBlank(std::string_view text) { return withoutBlanks(text).empty(); }
-
-/// Type, name and number of a street in one text.
-std::vector<AddressParts> readStreetText(std::string_view text) {
-    const suggest::TypedStreet street = suggest::readStreet(text);
-    std::vector<AddressParts> readings;
-    for (auto reading = street.readings.rbegin(); reading != street.readings.rend(); ++reading) {
-        const suggest::NameWord& first = street.words[reading->first];
-        const suggest::NameWord& last = street.words[reading->last - 1];
-        AddressParts parts;
-        parts.type = withoutBlanks(text.substr(0, first.begin));
-        parts.street = text.substr(first.begin, last.begin + last.length - first.begin);
-        parts.number = reading->number;
-        readings.push_back(std::move(parts));
-    }
-    return readings;
-}
-
-AddressParts readNumberText(std::string_view text) {
-    AddressParts parts;
-    parts.number = withoutBlanks(text);
-    return parts;
-}
 
 void append(std::string& text, std::string_view more) {
     if (!isBlank(more)) {
@@ -164,7 +142,7 @@ std::string writtenRest(const AddressParts& parts) {
 
 std::vector<AddressParts> readingsOf(const GivenAddress& given) {
     std::vector<AddressParts> readings =
-        isBlank(given.line) ? std::vector<AddressParts>(1) : readStreetText(given.line);
+        isBlank(given.line) ? std::vector<AddressParts>(1) : readAddressLine(given.line);
     if (const std::vector<AddressParts> streets = readStreet(given); !streets.empty()) {
         std::vector<AddressParts> both;
         for (const AddressParts& line : readings) {

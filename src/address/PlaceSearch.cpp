@@ -69,7 +69,7 @@ std::vector<PlaceOption> PlaceSearch::near(const AddressQuestion& question) {
     if (question.municipality.empty()) {
         return options;
     }
-    for (const SuggestedMunicipality& suggested : suggestions_.municipalities(
+    for (const SuggestedMunicipality& suggested : suggesters_.municipalities.suggest(
              {.text = question.municipality, .province = question.province}, mostNear)) {
         if (MunicipalityPointer one = book_.find(suggested.ineCode)) {
             options.push_back(nearOption(std::move(one), suggested, question.municipality));

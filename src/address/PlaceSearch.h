@@ -7,13 +7,13 @@
 #include "address/AddressOption.h"
 #include "address/AddressQuestion.h"
 #include "address/MunicipalityBook.h"
-#include "suggest/Suggestions.h"
+#include "address/Suggesters.h"
 
 namespace ambrel {
 
 class PlaceSearch {
 public:
-    PlaceSearch(MunicipalityBook& book, Suggestions& suggestions) : book_(book), suggestions_(suggestions) {}
+    PlaceSearch(MunicipalityBook& book, Suggesters& suggesters) : book_(book), suggesters_(suggesters) {}
 
     /// Those with exactly the name, or those that the postal code leads to where no name was written.
     [[nodiscard]] std::vector<PlaceOption> exact(const AddressQuestion& question);
@@ -22,7 +22,7 @@ public:
 
 private:
     MunicipalityBook& book_;
-    Suggestions& suggestions_;
+    Suggesters& suggesters_;
 };
 
 } // namespace ambrel

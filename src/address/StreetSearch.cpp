@@ -59,25 +59,29 @@ void StreetSearch::addExact(const AddressQuestion& question, const PlaceOption& 
 
 void StreetSearch::addNear(const AddressQuestion& question, const PlaceOption& place,
                            std::vector<AddressOption>& options) {
-    std::vector<std::string> seen;
-    for (const SuggestedStreet& suggested : suggestions_.streets(
+    const std::string_view written =
+        question.parts.type.empty() ? question.street : withoutLink(question.street);
+    for (const suggest::NearName& near : suggesters_.streets.nearNames(
              {.text = question.street, .type = question.parts.type, .ineCode = place.municipality->ineCode},
              mostNear)) {
-        if (std::ranges::find(seen, suggested.name) != seen.end()) {
-            continue;
-        }
-        seen.push_back(suggested.name);
-        const std::string_view written =
-            question.parts.type.empty() ? question.street : withoutLink(question.street);
-        const NameLikeness likeness = compareNames(written, suggested.name);
-        AddressOption option{.place = place, .street = suggested.name, .points = suggested.points};
-        option.nameDoubt = nameDoubt(likeness);
+        const NameLikeness likeness = compareNames(written, near.name);
+        AddressOption option{.place = place, .street = near.name, .points = near.points};
+        option.nameDoubt = nameDoubt(likeness) + realWordDoubt(likeness, *place.municipality);
         option.isPart = likeness.kind == NameLikeness::Kind::Part;
         option.hasSlips = likeness.slips > 0;
         option.isRenamed = likeness.kind != NameLikeness::Kind::Same;
-        addTypes(question, std::move(option), directory_.stretches(*place.municipality, suggested.name),
-                 options);
+        addTypes(question, std::move(option), directory_.stretches(*place.municipality, near.name), options);
     }
+}
+
+/// A word that other streets have is rather right than wrong: this one may be missing from the tables.
+double StreetSearch::realWordDoubt(const NameLikeness& likeness, const Municipality& municipality) {
+    const bool isReal = std::ranges::any_of(likeness.words, [&](const std::string& word) {
+        return std::ranges::any_of(municipality.provinces, [&](const std::string& province) {
+            return suggesters_.streets.hasWord(province, word);
+        });
+    });
+    return isReal ? doubt::realWord : 0;
 }
 
 void StreetSearch::addTypes(const AddressQuestion& question, AddressOption option,

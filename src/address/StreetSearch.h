@@ -7,15 +7,15 @@
 #include "address/AddressOption.h"
 #include "address/AddressQuestion.h"
 #include "address/StreetTypeMatch.h"
-#include "suggest/Suggestions.h"
+#include "address/Suggesters.h"
 
 namespace ambrel {
 
 /// Adds one option for each type that a street has.
 class StreetSearch {
 public:
-    StreetSearch(AddressDirectory& directory, Suggestions& suggestions, StreetTypeMatch& types)
-        : directory_(directory), suggestions_(suggestions), types_(types) {}
+    StreetSearch(AddressDirectory& directory, Suggesters& suggesters, StreetTypeMatch& types)
+        : directory_(directory), suggesters_(suggesters), types_(types) {}
 
     /// The street with exactly the name.
     void addExact(const AddressQuestion& question, const PlaceOption& place,
@@ -25,11 +25,12 @@ public:
                  std::vector<AddressOption>& options);
 
 private:
+    [[nodiscard]] double realWordDoubt(const NameLikeness& likeness, const Municipality& municipality);
     void addTypes(const AddressQuestion& question, AddressOption option, std::vector<StreetStretch> stretches,
                   std::vector<AddressOption>& options);
 
     AddressDirectory& directory_;
-    Suggestions& suggestions_;
+    Suggesters& suggesters_;
     StreetTypeMatch& types_;
 };
 

@@ -92,6 +92,11 @@ std::shared_ptr<const PlacedStreets> StreetStore::placed(const std::string& digi
     return made;
 }
 
+bool StreetStore::hasWord(const std::string& digits, std::string_view folded) {
+    const std::shared_ptr<ProvinceNames>& names = province(digits).kept.names();
+    return names && names->pool.find(folded) < names->pool.wordCount();
+}
+
 std::size_t StreetStore::bytes() const {
     std::size_t sum = viewBytes_;
     for (const Province& province : provinces_) {

@@ -47,6 +47,8 @@ public:
     /// The streets of a place, whose key says everything that `owner` depends on. Call after renew().
     [[nodiscard]] std::shared_ptr<const PlacedStreets> placed(const std::string& province,
                                                               const std::string& key, const Owner& owner);
+    /// Whether a folded word stands in any name of a province. Call after renew().
+    [[nodiscard]] bool hasWord(const std::string& province, std::string_view folded);
     [[nodiscard]] std::size_t bytes() const;
 
 private:

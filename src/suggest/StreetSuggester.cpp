@@ -153,6 +153,28 @@ std::optional<SuggestedStreet> StreetSuggester::readAgain(const Candidate& candi
     return suggestion;
 }
 
+/// Candidates, of which the first few are in order.
+struct StreetSuggester::Ranked {
+    std::vector<std::shared_ptr<const PlacedStreets>> parts; // alive while candidates point into them
+    std::vector<Candidate> candidates;
+};
+
+StreetSuggester::Ranked StreetSuggester::rank(const StreetQuery& query, const TypedStreet& typed,
+                                              const Place& place, std::size_t most) {
+    Ranked ranked;
+    const TypeSet wanted = query.type.empty() ? 0 : types_.ofText(query.type);
+    for (const std::string& province : place.provinces) {
+        ranked.parts.push_back(
+            store_.placed(province, place.key, [&](const StreetPlace& row) { return owner(place, row); }));
+        collect(*ranked.parts.back(), typed, wanted, query.type, ranked.candidates);
+    }
+    const std::size_t sorted = std::min(ranked.candidates.size(), 4 * most + 16);
+    std::ranges::partial_sort(ranked.candidates,
+                              ranked.candidates.begin() + static_cast<std::ptrdiff_t>(sorted), {},
+                              &Candidate::rank);
+    return ranked;
+}
+
 std::vector<SuggestedStreet> StreetSuggester::suggest(const StreetQuery& query, std::size_t most) {
     static_cast<void>(renew(query, Clock::time_point::max()));
     const TypedStreet typed = readStreet(query.text);
@@ -160,20 +182,10 @@ std::vector<SuggestedStreet> StreetSuggester::suggest(const StreetQuery& query, 
     if (typed.words.empty() || place.provinces.empty()) {
         return {};
     }
-    const TypeSet wanted = query.type.empty() ? 0 : types_.ofText(query.type);
-    std::vector<std::shared_ptr<const PlacedStreets>> parts; // alive while candidates point into them
-    std::vector<Candidate> candidates;
-    for (const std::string& province : place.provinces) {
-        parts.push_back(
-            store_.placed(province, place.key, [&](const StreetPlace& row) { return owner(place, row); }));
-        collect(*parts.back(), typed, wanted, query.type, candidates);
-    }
-    const std::size_t sorted = std::min(candidates.size(), 4 * most + 16);
-    std::ranges::partial_sort(candidates, candidates.begin() + static_cast<std::ptrdiff_t>(sorted), {},
-                              &Candidate::rank);
+    const Ranked ranked = rank(query, typed, place, most);
     std::vector<SuggestedStreet> suggestions;
     std::set<std::tuple<std::string_view, std::string, std::string>> shown;
-    for (const Candidate& candidate : candidates) {
+    for (const Candidate& candidate : ranked.candidates) {
         if (suggestions.size() == most) {
             break;
         }
@@ -185,6 +197,30 @@ std::vector<SuggestedStreet> StreetSuggester::suggest(const StreetQuery& query, 
         }
     }
     return suggestions;
+}
+
+std::vector<NearName> StreetSuggester::nearNames(const StreetQuery& query, std::size_t most) {
+    static_cast<void>(renew(query, Clock::time_point::max()));
+    const TypedStreet typed = readStreet(query.text);
+    const Place place = this->place(query);
+    std::vector<NearName> names;
+    if (typed.words.empty() || place.provinces.empty()) {
+        return names;
+    }
+    for (const Candidate& candidate : rank(query, typed, place, most).candidates) {
+        if (names.size() == most) {
+            break;
+        }
+        if (std::ranges::find(names, candidate.name(), &NearName::name) == names.end()) {
+            names.push_back({std::string(candidate.name()), candidate.points});
+        }
+    }
+    return names;
+}
+
+bool StreetSuggester::hasWord(const std::string& province, std::string_view folded) {
+    static_cast<void>(store_.renew(province, Clock::time_point::max()));
+    return store_.hasWord(province, folded);
 }
 
 } // namespace ambrel::suggest

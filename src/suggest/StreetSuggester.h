@@ -13,6 +13,12 @@
 
 namespace ambrel::suggest {
 
+/// A name that may have been meant.
+struct NearName {
+    std::string name;
+    double points;
+};
+
 class StreetSuggester {
 public:
     using Clock = std::chrono::steady_clock;
@@ -24,9 +30,17 @@ public:
     [[nodiscard]] std::vector<SuggestedStreet> suggest(const StreetQuery& query, std::size_t most);
     [[nodiscard]] std::size_t bytes() const { return store_.bytes(); }
 
+    /// The names of the best streets, each once, as they were read last: for those who read the rows anyway.
+    [[nodiscard]] std::vector<NearName> nearNames(const StreetQuery& query, std::size_t most);
+    /// Whether a folded word stands in the name of any street of a province.
+    [[nodiscard]] bool hasWord(const std::string& province, std::string_view folded);
+
 private:
     struct Place;
     struct Candidate;
+    struct Ranked;
+    [[nodiscard]] Ranked rank(const StreetQuery& query, const TypedStreet& typed, const Place& place,
+                              std::size_t most);
     [[nodiscard]] Place place(const StreetQuery& query) const;
     [[nodiscard]] const std::string* owner(const Place& place, const StreetPlace& row) const;
     void collect(const PlacedStreets& streets, const TypedStreet& typed, TypeSet wanted,
