@@ -98,6 +98,22 @@ std::vector<StreetStretch> AddressDirectory::stretches(const Municipality& munic
     return found;
 }
 
+bool AddressDirectory::hasStreet(const std::string& name) {
+    const dbase::ReadScope scope;
+    if (name.empty() || name.size() > streetNameWidth) {
+        return false;
+    }
+    for (char tens = '0'; tens <= '5'; ++tens) {
+        for (char units = '0'; units <= '9'; ++units) {
+            if (streets_.seek({{"PROVINCIA", std::string{tens, units}}, {"VIA", name}},
+                              dbase::SeekMode::Exact)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 std::optional<StreetStretch> AddressDirectory::streetBeginning(const Municipality& municipality,
                                                                const std::string& text,
                                                                const std::string& type) {

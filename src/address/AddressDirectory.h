@@ -46,6 +46,8 @@ public:
     /// A municipality's own stretches of the street with exactly this name, in table order.
     [[nodiscard]] std::vector<StreetStretch> stretches(const Municipality& municipality,
                                                        const std::string& name);
+    /// Whether any province has a street with exactly this name.
+    [[nodiscard]] bool hasStreet(const std::string& name);
     /// The municipality's first street, by name, that begins with a text; of several rows the first one of
     /// the type, or else the first. Null if there is none.
     [[nodiscard]] std::optional<StreetStretch>

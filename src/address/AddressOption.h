@@ -40,6 +40,7 @@ struct AddressOption {
     std::string street = {}, type = {};
     std::vector<StreetStretch> stretches = {}; // of it
     double nameDoubt = 0, typeDoubt = 0;
+    double otherDoubt = 0;  // that a street is meant which the tables lack
     bool isPart = false;    // a part of its name was written
     bool hasSlips = false;  // letters of its name are wrong
     bool isRenamed = false; // its letters are not those that were written

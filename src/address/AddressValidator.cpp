@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <optional>
-#include <set>
+#include <tuple>
 
 #include "address/AddressDirectory.h"
 #include "address/GivenReadings.h"
@@ -45,6 +45,11 @@ struct Finding {
     std::vector<AddressOption> options; // the likeliest first
 };
 
+bool isSmallWord(std::string_view word) {
+    const suggest::WordEntry* const entry = suggest::WordLists::builtIn().find(word);
+    return entry != nullptr && entry->isSmall;
+}
+
 bool isSameStreet(const AddressOption& a, const AddressOption& b) {
     return a.street == b.street && a.place.municipality->ineCode == b.place.municipality->ineCode;
 }
@@ -52,6 +57,25 @@ bool isSameStreet(const AddressOption& a, const AddressOption& b) {
 bool hasSameCode(const AddressOption& a, const AddressOption& b) {
     return a.code.isSure() && b.code.isSure() && a.code.stretch.postalCode == b.code.stretch.postalCode;
 }
+
+/// The best verdict so far; of equal ones the most likely, then the one that leaves nothing of the street
+/// unread, then the first.
+struct Best {
+    std::optional<JudgedAddress> judged;
+    bool isAllRead = false;
+
+    /// Whether nobody needs to look further.
+    [[nodiscard]] bool isDecided(JudgedAddress&& other, bool isOtherAllRead) {
+        const auto rank = [](const JudgedAddress& one, bool isAll) {
+            return std::tuple(isSettled(one.verdict) && isAll, one.verdict, one.confidence);
+        };
+        if (!judged || rank(other, isOtherAllRead) > rank(*judged, isAllRead)) {
+            judged = std::move(other);
+            isAllRead = isOtherAllRead;
+        }
+        return isSettled(judged->verdict) && isAllRead;
+    }
+};
 
 } // namespace
 
@@ -71,6 +95,7 @@ private:
     [[nodiscard]] AddressQuestion questionOf(AddressParts parts);
     [[nodiscard]] Finding findExactly(const AddressParts& reading);
     void findNear(Finding& finding);
+    void addCodeReadings(GivenReadings& readings);
     [[nodiscard]] JudgedAddress judge(Finding& finding);
     [[nodiscard]] JudgedAddress judgeWithoutStreet(const Finding& finding);
     [[nodiscard]] std::optional<Verdict> rivalry(std::vector<AddressOption>& options) const;
@@ -147,6 +172,26 @@ void AddressValidator::Implementation::findNear(Finding& finding) {
     }
 }
 
+/// "DS Son Remei": words that only the tables know for a type.
+void AddressValidator::Implementation::addCodeReadings(GivenReadings& readings) {
+    const std::size_t count = readings.likely.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const AddressParts& reading = readings.likely[i];
+        const std::size_t blank = reading.street.find(' ');
+        if (!reading.type.empty() || blank == std::string::npos || blank > 3) {
+            continue;
+        }
+        const std::string word = tidied(std::string_view(reading.street).substr(0, blank));
+        if (!types_.isCode(word) || isSmallWord(word)) {
+            continue;
+        }
+        AddressParts split = reading;
+        split.type = word;
+        split.street = withoutBlanks(std::string_view(reading.street).substr(blank));
+        readings.likely.push_back(std::move(split));
+    }
+}
+
 /// What others that are as likely make of the first option; nothing if there are none.
 std::optional<Verdict> AddressValidator::Implementation::rivalry(std::vector<AddressOption>& options) const {
     AddressOption& best = options.front();
@@ -156,11 +201,12 @@ std::optional<Verdict> AddressValidator::Implementation::rivalry(std::vector<Add
             (best.isCertain() && !other->isCertain())) {
             continue;
         }
-        if (isSameStreet(best, *other) && hasSameCode(best, *other)) {
+        if (isSameStreet(best, *other) && hasSameCode(best, *other) && best.typeDoubt == 0) {
             best.type.clear(); // which of its types is meant does not matter
         } else {
+            const bool isElsewhere = best.place.municipality != other->place.municipality;
             hasOther = true;
-            hasOtherCode = hasOtherCode || !hasSameCode(best, *other);
+            hasOtherCode = hasOtherCode || isElsewhere || !hasSameCode(best, *other);
         }
     }
     if (!hasOther) {
@@ -193,8 +239,10 @@ JudgedAddress AddressValidator::Implementation::judge(Finding& finding) {
     for (AddressOption& option : options) {
         weigh(option, finding.question);
     }
-    std::ranges::stable_sort(
-        options, [](const AddressOption& a, const AddressOption& b) { return a.confidence > b.confidence; });
+    // What is as written comes first, whatever the postal code says.
+    std::ranges::stable_sort(options, std::greater<>(), [](const AddressOption& option) {
+        return std::pair(option.isCertain(), option.confidence);
+    });
     JudgedAddress judged;
     std::size_t shown = 0;
     if (options.empty() || options.front().points < leastNear) {
@@ -202,8 +250,8 @@ JudgedAddress AddressValidator::Implementation::judge(Finding& finding) {
     } else {
         const std::optional<Verdict> rivals = rivalry(options);
         Verdict verdict = verdictOn(options.front(), finding.question, options_);
-        if (rivals) {
-            verdict = verdict == Verdict::Doubtful ? verdict : *rivals;
+        if (rivals && verdict != Verdict::Doubtful) {
+            verdict = *rivals;
         }
         const bool isTaken = verdict != Verdict::Doubtful && verdict != Verdict::Ambiguous;
         if (isTaken) {
@@ -233,33 +281,37 @@ JudgedAddress AddressValidator::Implementation::validate(const GivenAddress& giv
     }
     const dbase::ReadScope scope;
     book_.renew();
-    std::vector<Finding> findings;
-    std::optional<JudgedAddress> best;
-    const auto keepBetter = [&](JudgedAddress&& judged) {
-        if (!best || judged.verdict > best->verdict ||
-            (judged.verdict == best->verdict && judged.confidence > best->confidence)) {
-            best = std::move(judged);
-        }
+    GivenReadings readings = readingsOf(given);
+    addCodeReadings(readings);
+    const auto isAllRead = [&](const AddressParts& reading) {
+        return reading.rest == withoutBlanks(given.rest);
     };
-    bool isFound = false;
-    for (const AddressParts& reading : readingsOf(given)) {
-        findings.push_back(findExactly(reading));
-        if (!findings.back().options.empty()) {
-            isFound = true;
-            keepBetter(judge(findings.back()));
-            if (isSettled(best->verdict)) {
-                return std::move(*best);
+    Best best;
+    std::vector<Finding> findings;
+    for (const std::vector<AddressParts>* const some : {&readings.likely, &readings.whole}) {
+        for (const AddressParts& reading : *some) {
+            Finding finding = findExactly(reading);
+            if (!finding.options.empty() && best.isDecided(judge(finding), isAllRead(reading))) {
+                return std::move(*best.judged);
             }
+            findings.push_back(std::move(finding));
         }
     }
-    if (isFound) {
-        return std::move(*best);
+    if (best.judged) {
+        return std::move(*best.judged);
     }
-    for (std::size_t i = 0; i < findings.size() && i < mostNearReadings; ++i) {
-        findNear(findings[i]);
-        keepBetter(judge(findings[i]));
+    // The likely readings, and then one with all as the name.
+    const std::size_t likely = std::min(readings.likely.size(), mostNearReadings);
+    findings.erase(findings.begin() + static_cast<std::ptrdiff_t>(likely),
+                   findings.begin() + static_cast<std::ptrdiff_t>(readings.likely.size()));
+    findings.resize(std::min(findings.size(), likely + 1));
+    for (Finding& finding : findings) {
+        findNear(finding);
+        if (best.isDecided(judge(finding), isAllRead(finding.question.parts))) {
+            break;
+        }
     }
-    return std::move(*best);
+    return std::move(*best.judged);
 }
 
 std::size_t provinceHint(const GivenAddress& given) {

@@ -66,30 +66,95 @@ std::vector<AddressParts> readMunicipality(std::string_view text) {
     return readings;
 }
 
-std::vector<AddressParts> readStreet(const GivenAddress& given) {
-    if (isBlank(given.street)) {
-        return {};
+/// A reading with the type as a part of the name, and one with all that follows the type.
+void addWhole(const AddressParts& reading, std::string_view written, std::vector<AddressParts>& whole) {
+    AddressParts one = reading;
+    if (!reading.type.empty()) {
+        one.type.clear();
+        one.street = reading.type + ' ' + reading.street;
+        whole.push_back(one);
     }
-    std::vector<AddressParts> readings = readStreetText(given.street);
-    if (isBlank(given.number)) {
-        return readings;
+    if (written.empty()) {
+        return;
     }
-    // What looks like a number in the street belongs to its name.
-    const AddressParts number = readNumberText(given.number);
-    std::vector<AddressParts> kept;
-    for (AddressParts& reading : readings) {
-        if (reading.number.empty() || reading.number == number.number) {
+    one.floor.clear();
+    one.rest.clear();
+    one.street = written;
+    whole.push_back(one);
+    if (!reading.type.empty() && written.starts_with(reading.type)) {
+        one.type = reading.type;
+        one.street = withoutBlanks(written.substr(reading.type.size()));
+        whole.push_back(one);
+    }
+}
+
+GivenReadings readStreet(const GivenAddress& given) {
+    GivenReadings readings{readStreetText(given.street), {}};
+    const std::string_view written = withoutBlanks(given.street);
+    if (!isBlank(given.number)) {
+        // What looks like a number in the street belongs to its name, or repeats the column.
+        const AddressParts number = readNumberText(given.number);
+        for (AddressParts& reading : readings.likely) {
+            if (!reading.number.empty() && reading.number != number.number) {
+                const bool isAfterType = written.starts_with(reading.type);
+                AddressParts whole;
+                whole.type = isAfterType ? reading.type : std::string();
+                whole.street = withoutBlanks(written.substr(whole.type.size()));
+                reading = std::move(whole);
+            }
             takeNumber(reading, number);
-            kept.push_back(std::move(reading));
         }
     }
-    if (kept.empty()) {
-        AddressParts whole;
-        whole.street = withoutBlanks(given.street);
-        takeNumber(whole, number);
-        kept.push_back(std::move(whole));
+    for (const AddressParts& reading : readings.likely) {
+        const bool isAllName = !isBlank(given.number) || reading.number.empty();
+        addWhole(reading, isAllName ? written : std::string_view(), readings.whole);
     }
-    return kept;
+    return readings;
+}
+
+/// Each street with the place that each line names.
+std::vector<AddressParts> combined(const std::vector<AddressParts>& lines,
+                                   std::vector<AddressParts> streets) {
+    std::vector<AddressParts> both;
+    for (const AddressParts& line : lines) {
+        for (AddressParts& street : streets) {
+            street.postalCode = line.postalCode;
+            street.municipality = line.municipality;
+            street.province = line.province;
+            both.push_back(street);
+        }
+    }
+    return both;
+}
+
+/// Takes the columns other than the street's.
+void takeColumns(std::vector<AddressParts>& readings, const GivenAddress& given) {
+    if (!isBlank(given.municipality)) {
+        std::vector<AddressParts> both;
+        for (const AddressParts& place : readMunicipality(given.municipality)) {
+            for (AddressParts reading : readings) {
+                reading.municipality = place.municipality;
+                takeColumn(reading.postalCode, place.postalCode);
+                takeColumn(reading.province, place.province);
+                both.push_back(std::move(reading));
+            }
+        }
+        readings = std::move(both);
+    }
+    for (AddressParts& reading : readings) {
+        takeColumn(reading.type, given.type);
+        append(reading.rest, given.rest);
+        takeColumn(reading.postalCode, given.postalCode);
+        takeColumn(reading.province, given.province);
+    }
+    // Where the type has a column, readings with and without one are the same.
+    std::vector<AddressParts> once;
+    for (AddressParts& reading : readings) {
+        if (once.size() < mostReadings && std::ranges::find(once, reading) == once.end()) {
+            once.push_back(std::move(reading));
+        }
+    }
+    readings = std::move(once);
 }
 
 } // namespace
@@ -140,45 +205,26 @@ std::string writtenRest(const AddressParts& parts) {
     return rest;
 }
 
-std::vector<AddressParts> readingsOf(const GivenAddress& given) {
-    std::vector<AddressParts> readings =
-        isBlank(given.line) ? std::vector<AddressParts>(1) : readAddressLine(given.line);
-    if (const std::vector<AddressParts> streets = readStreet(given); !streets.empty()) {
-        std::vector<AddressParts> both;
-        for (const AddressParts& line : readings) {
-            for (AddressParts street : streets) {
-                street.postalCode = line.postalCode;
-                street.municipality = line.municipality;
-                street.province = line.province;
-                both.push_back(std::move(street));
+GivenReadings readingsOf(const GivenAddress& given) {
+    GivenReadings readings;
+    readings.likely = isBlank(given.line) ? std::vector<AddressParts>(1) : readAddressLine(given.line);
+    if (!isBlank(given.street)) {
+        GivenReadings streets = readStreet(given);
+        readings.whole = combined(readings.likely, std::move(streets.whole));
+        readings.likely = combined(readings.likely, std::move(streets.likely));
+    } else {
+        if (!isBlank(given.number)) {
+            const AddressParts number = readNumberText(given.number);
+            for (AddressParts& reading : readings.likely) {
+                takeNumber(reading, number);
             }
         }
-        readings = std::move(both);
-    } else if (!isBlank(given.number)) {
-        const AddressParts number = readNumberText(given.number);
-        for (AddressParts& reading : readings) {
-            takeNumber(reading, number);
+        for (const AddressParts& reading : readings.likely) {
+            addWhole(reading, {}, readings.whole);
         }
     }
-    if (!isBlank(given.municipality)) {
-        std::vector<AddressParts> both;
-        for (const AddressParts& place : readMunicipality(given.municipality)) {
-            for (AddressParts reading : readings) {
-                reading.municipality = place.municipality;
-                takeColumn(reading.postalCode, place.postalCode);
-                takeColumn(reading.province, place.province);
-                both.push_back(std::move(reading));
-            }
-        }
-        readings = std::move(both);
-    }
-    for (AddressParts& reading : readings) {
-        takeColumn(reading.type, given.type);
-        append(reading.rest, given.rest);
-        takeColumn(reading.postalCode, given.postalCode);
-        takeColumn(reading.province, given.province);
-    }
-    readings.resize(std::min(readings.size(), mostReadings));
+    takeColumns(readings.likely, given);
+    takeColumns(readings.whole, given);
     return readings;
 }
 

@@ -10,9 +10,16 @@
 
 namespace ambrel {
 
-/// The readings of an address, the likeliest first; at least one. A column that is not blank takes the place
-/// of what the line says.
-[[nodiscard]] std::vector<AddressParts> readingsOf(const GivenAddress& given);
+/// The ways in which an address may be understood.
+struct GivenReadings {
+    std::vector<AddressParts> likely; // the likeliest first; at least one
+    /// With everything before the number as the street's name, should the tables have it: "Plaza Mayor" as
+    /// the name of a street.
+    std::vector<AddressParts> whole;
+};
+
+/// A column that is not blank takes the place of what the line says.
+[[nodiscard]] GivenReadings readingsOf(const GivenAddress& given);
 
 /// Five digits of a postal code that may have lost its first zero, or stand behind "E-"; empty if it is none.
 [[nodiscard]] std::string readPostalCode(std::string_view text);

@@ -1,6 +1,8 @@
 // Weighing the difference between two names.
 #include "address/NameDoubt.h"
 
+#include <algorithm>
+
 #include "address/Doubts.h"
 
 namespace ambrel {
@@ -15,12 +17,10 @@ double nameDoubt(const NameLikeness& likeness) {
     }
     double sum = likeness.kind == Kind::Part ? doubt::part : 0;
     if (likeness.slips > 0) {
-        const auto length = likeness.letters;
-        sum += length >= doubt::longName && likeness.shortest >= doubt::shortName        ? doubt::slipInLong
-               : length >= doubt::shortName && likeness.shortest >= doubt::shortName - 1 ? doubt::slipInShort
-                                                                                         : doubt::slipInTiny;
-        sum += doubt::secondSlip * (likeness.slips - 1);
-        sum += likeness.isInflected ? doubt::inflection : 0;
+        sum +=
+            doubt::slips * likeness.slips / static_cast<double>(std::max<std::size_t>(likeness.letters, 1));
+        sum += doubt::furtherSlip * (likeness.slips - 1);
+        sum += likeness.shortest <= doubt::tiny ? doubt::tinyWord : 0;
     }
     return sum;
 }

@@ -5,7 +5,7 @@
 
 namespace ambrel {
 
-/// Without what only the names of the province can say: whether a word with slips is a real one.
+/// Without what the tables say: whether what was written is another name.
 [[nodiscard]] double nameDoubt(const NameLikeness& likeness);
 
 } // namespace ambrel

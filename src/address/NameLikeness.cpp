@@ -36,7 +36,11 @@ bool isNumeral(const NameWord& word) {
 bool standsAlone(const NameWord& word) { return isNumeral(word) || word.literal.size() == 1; }
 
 bool isSameWord(const NameWord& a, const NameWord& b) {
-    return a.text == b.text || a.literal == b.literal || (a.number != 0 && a.number == b.number);
+    if (a.text == b.text || a.literal == b.literal) {
+        return true;
+    }
+    // "5" is Quinto and Quinta, but these are two names.
+    return a.number != 0 && a.number == b.number && suggest::SlipCount(a.text).to(b.text).whole > 1;
 }
 
 /// Slips that a word may have and still be recognised.
@@ -46,7 +50,7 @@ std::optional<unsigned> slipsBetween(const NameWord& written, const NameWord& st
     if (isSameWord(written, stored)) {
         return 0;
     }
-    if (isNumeral(written) || isNumeral(stored)) {
+    if ((isNumeral(written) || isNumeral(stored)) && written.number != stored.number) {
         return std::nullopt;
     }
     const unsigned slips = suggest::SlipCount(written.text).to(stored.text).whole;
@@ -127,7 +131,7 @@ NameLikeness compareNames(std::string_view written, std::string_view stored) {
         const Words words = countingWords(written), storedWords = countingWords(stored);
         likeness = WordPairs(words, storedWords).run();
         // Words written together or apart, with a slip.
-        if (likeness.kind == NameLikeness::Kind::Part && letters.size() >= 8 &&
+        if (likeness.kind == NameLikeness::Kind::Part && letters.size() >= 6 &&
             std::ranges::none_of(words, standsAlone) && std::ranges::none_of(storedWords, standsAlone) &&
             suggest::SlipCount(letters).to(others).whole == 1) {
             likeness = {.kind = NameLikeness::Kind::Slips, .slips = 1, .shortest = letters.size()};

@@ -13,6 +13,12 @@ double inTheLightOf(double doubt, bool isCodeGiven, bool agrees) {
     return !isCodeGiven ? doubt : doubt * (agrees ? doubt::ifCodeAgrees : doubt::ifCodeDiffers);
 }
 
+/// Whether all rows name another municipality than this one.
+bool isOthers(const std::vector<StreetStretch>& stretches, const std::string& ineCode) {
+    return std::ranges::all_of(
+        stretches, [&](const StreetStretch& one) { return !one.ineCode.empty() && one.ineCode != ineCode; });
+}
+
 } // namespace
 
 void weigh(AddressOption& option, const AddressQuestion& question) {
@@ -27,9 +33,15 @@ void weigh(AddressOption& option, const AddressQuestion& question) {
     const bool isOfPlace = municipality.hasPostalCode(code);
     // Where all streets share a code, it says nothing about the street.
     const bool tells = municipality.postalCodes.size() > 1 || !isOfStretch;
-    option.doubt = inTheLightOf(option.place.doubt, isCodeGiven, isOfPlace) +
+    option.doubt = option.otherDoubt + inTheLightOf(option.place.doubt, isCodeGiven, isOfPlace) +
                    inTheLightOf(option.nameDoubt, isCodeGiven && tells, isOfStretch) +
                    inTheLightOf(option.typeDoubt, isCodeGiven && tells, isOfStretch);
+    if ((option.nameDoubt > 0 || option.typeDoubt > 0) && !question.parts.rest.empty()) {
+        option.doubt += doubt::unread;
+    }
+    if (option.place.source == PlaceSource::Code && isOthers(option.stretches, municipality.ineCode)) {
+        option.doubt += doubt::otherIneCode;
+    }
     double sum = option.doubt;
     if (option.code.certainty == StreetCode::Certainty::NoStretch) {
         sum += doubt::numberOutside;

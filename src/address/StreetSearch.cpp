@@ -12,6 +12,7 @@ namespace ambrel {
 namespace {
 
 constexpr std::size_t mostNear = 6;
+constexpr std::size_t mostKept = 10'000;
 
 /// "DE ALCALA" after a type is the street ALCALA: the small words belong to the type.
 std::string_view withoutLink(std::string_view street) {
@@ -36,7 +37,6 @@ std::vector<std::string> exactNames(const AddressQuestion& question) {
     if (!question.parts.type.empty()) {
         add(std::string(withoutLink(question.street)));
         add(std::string(withoutLink(plain)));
-        add(tidied(question.parts.type) + ' ' + question.street);
     }
     return names;
 }
@@ -66,22 +66,39 @@ void StreetSearch::addNear(const AddressQuestion& question, const PlaceOption& p
              mostNear)) {
         const NameLikeness likeness = compareNames(written, near.name);
         AddressOption option{.place = place, .street = near.name, .points = near.points};
-        option.nameDoubt = nameDoubt(likeness) + realWordDoubt(likeness, *place.municipality);
+        option.nameDoubt = nameDoubt(likeness);
         option.isPart = likeness.kind == NameLikeness::Kind::Part;
         option.hasSlips = likeness.slips > 0;
         option.isRenamed = likeness.kind != NameLikeness::Kind::Same;
+        if (option.hasSlips && !option.isPart) {
+            option.otherDoubt = otherDoubt(likeness, written, *place.municipality);
+        }
         addTypes(question, std::move(option), directory_.stretches(*place.municipality, near.name), options);
     }
 }
 
-/// A word that other streets have is rather right than wrong: this one may be missing from the tables.
-double StreetSearch::realWordDoubt(const NameLikeness& likeness, const Municipality& municipality) {
+/// What is written may be right, and the street missing from the tables.
+double StreetSearch::otherDoubt(const NameLikeness& likeness, std::string_view written,
+                                const Municipality& municipality) {
     const bool isReal = std::ranges::any_of(likeness.words, [&](const std::string& word) {
         return std::ranges::any_of(municipality.provinces, [&](const std::string& province) {
             return suggesters_.streets.hasWord(province, word);
         });
     });
-    return isReal ? doubt::realWord : 0;
+    return (isReal ? doubt::realWord : 0) + (isAnyStreet(written) ? doubt::realName : 0) +
+           (likeness.isInflected ? doubt::inflection : 0);
+}
+
+bool StreetSearch::isAnyStreet(std::string_view name) {
+    if (const auto known = anyStreet_.find(name); known != anyStreet_.end()) {
+        return known->second;
+    }
+    if (anyStreet_.size() >= mostKept) {
+        anyStreet_.clear();
+    }
+    const bool isStreet =
+        directory_.hasStreet(std::string(name)) || directory_.hasStreet(withoutAccents(name));
+    return anyStreet_.emplace(name, isStreet).first->second;
 }
 
 void StreetSearch::addTypes(const AddressQuestion& question, AddressOption option,
@@ -94,19 +111,20 @@ void StreetSearch::addTypes(const AddressQuestion& question, AddressOption optio
         }
     }
     // As in the exact look-ups: rows of the type, or else those without one, or else all.
-    const bool isSaid = !written.empty();
-    const bool hasType = isSaid && std::ranges::any_of(types, [&](const std::string& type) {
-                             return types_.fits(type, written);
-                         });
-    const bool hasBlank = isSaid && std::ranges::find(types, std::string()) != types.end();
+    unsigned bestFit = 0;
     for (const std::string& type : types) {
-        AddressOption one = option;
-        one.type = type;
-        const bool fits = !isSaid || (hasType ? types_.fits(type, written) : type.empty());
-        one.typeDoubt = fits ? 0 : doubt::otherType;
-        if (!fits && hasBlank && !hasType) {
+        bestFit = std::max(bestFit, written.empty() ? 0 : types_.fit(type, written));
+    }
+    const bool hasBlank = std::ranges::find(types, std::string()) != types.end();
+    for (const std::string& type : types) {
+        const bool fits =
+            written.empty() || (bestFit > 0 ? types_.fit(type, written) == bestFit : type.empty());
+        if (!fits && bestFit == 0 && hasBlank) {
             continue;
         }
+        AddressOption one = option;
+        one.type = type;
+        one.typeDoubt = fits ? 0 : doubt::otherType;
         std::ranges::copy_if(stretches, std::back_inserter(one.stretches),
                              [&](const StreetStretch& stretch) { return stretch.type == type; });
         options.push_back(std::move(one));

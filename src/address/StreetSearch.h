@@ -20,18 +20,24 @@ public:
     /// The street with exactly the name.
     void addExact(const AddressQuestion& question, const PlaceOption& place,
                   std::vector<AddressOption>& options);
+    /// Forgets what the tables said: they have changed.
+    void forget() { anyStreet_.clear(); }
     /// Streets with a name like it.
     void addNear(const AddressQuestion& question, const PlaceOption& place,
                  std::vector<AddressOption>& options);
 
 private:
-    [[nodiscard]] double realWordDoubt(const NameLikeness& likeness, const Municipality& municipality);
+    [[nodiscard]] double otherDoubt(const NameLikeness& likeness, std::string_view written,
+                                    const Municipality& municipality);
+    /// Whether any municipality has a street with exactly this name.
+    [[nodiscard]] bool isAnyStreet(std::string_view name);
     void addTypes(const AddressQuestion& question, AddressOption option, std::vector<StreetStretch> stretches,
                   std::vector<AddressOption>& options);
 
     AddressDirectory& directory_;
     Suggesters& suggesters_;
     StreetTypeMatch& types_;
+    suggest::TextMap<bool> anyStreet_;
 };
 
 } // namespace ambrel

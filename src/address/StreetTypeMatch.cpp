@@ -22,8 +22,23 @@ suggest::TypeSet StreetTypeMatch::ofText(std::string_view written) {
     return byText_.emplace(written, types_.ofText(written)).first->second;
 }
 
-bool StreetTypeMatch::fits(std::string_view code, std::string_view written) {
-    return code == written || (ofText(code) & ofText(written)) != 0 || code == tidied(written);
+unsigned StreetTypeMatch::fit(std::string_view code, std::string_view written) {
+    if (code == written || code == tidied(written)) {
+        return 3;
+    }
+    const suggest::TypeSet meant = ofText(written);
+    if (code.empty() || meant == 0) {
+        return 0;
+    }
+    if ((suggest::WordLists::builtIn().typesOfCode(code) & meant) != 0) {
+        return 2;
+    }
+    return (ofText(code) & meant) != 0 ? 1 : 0;
+}
+
+bool StreetTypeMatch::isCode(std::string_view word) {
+    types_.prepare();
+    return types_.ofCode(word) != 0;
 }
 
 } // namespace ambrel

@@ -13,10 +13,11 @@ class StreetTypeMatch {
 public:
     explicit StreetTypeMatch(const std::string& database) : types_(database) {}
 
-    /// Whether a code of the tables may be what was written: the same code, or a kind that both name.
-    [[nodiscard]] bool fits(std::string_view code, std::string_view written);
-    /// Whether a text names any kind of street.
-    [[nodiscard]] bool isKnown(std::string_view written) { return ofText(written) != 0; }
+    /// How well a code of the tables goes with what was written: 0 not at all, 1 as one of several kinds that
+    /// TIPO_VIA names for the code, 2 as what the code usually stands for, 3 as the same code.
+    [[nodiscard]] unsigned fit(std::string_view code, std::string_view written);
+    /// Whether a word is a code of a kind of street.
+    [[nodiscard]] bool isCode(std::string_view word);
 
 private:
     [[nodiscard]] suggest::TypeSet ofText(std::string_view written);
