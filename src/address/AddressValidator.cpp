@@ -197,7 +197,8 @@ std::optional<Verdict> AddressValidator::Implementation::rivalry(std::vector<Add
     AddressOption& best = options.front();
     bool hasOtherCode = false, hasOther = false;
     for (auto other = options.begin() + 1; other != options.end(); ++other) {
-        if (best.confidence - other->confidence >= options_.lead ||
+        // Whether the other one may be missing from the tables says nothing about its likeness.
+        if (best.confidence - other->confidence - other->otherDoubt >= options_.lead ||
             (best.isCertain() && !other->isCertain())) {
             continue;
         }
@@ -300,11 +301,8 @@ JudgedAddress AddressValidator::Implementation::validate(const GivenAddress& giv
     if (best.judged) {
         return std::move(*best.judged);
     }
-    // The likely readings, and then one with all as the name.
-    const std::size_t likely = std::min(readings.likely.size(), mostNearReadings);
-    findings.erase(findings.begin() + static_cast<std::ptrdiff_t>(likely),
-                   findings.begin() + static_cast<std::ptrdiff_t>(readings.likely.size()));
-    findings.resize(std::min(findings.size(), likely + 1));
+    // The suggestions find a type in a name themselves, so that the likely readings suffice.
+    findings.resize(std::min(readings.likely.size(), mostNearReadings));
     for (Finding& finding : findings) {
         findNear(finding);
         if (best.isDecided(judge(finding), isAllRead(finding.question.parts))) {
