@@ -195,7 +195,7 @@ void AddressValidator::Implementation::addCodeReadings(GivenReadings& readings) 
 /// What others that are as likely make of the first option; nothing if there are none.
 std::optional<Verdict> AddressValidator::Implementation::rivalry(std::vector<AddressOption>& options) const {
     AddressOption& best = options.front();
-    bool hasOtherCode = false, hasOther = false;
+    bool hasOtherCode = false, hasOther = false, isTypeOpen = false;
     for (auto other = options.begin() + 1; other != options.end(); ++other) {
         // Whether the other one may be missing from the tables says nothing about its likeness.
         if (best.confidence - other->confidence - other->otherDoubt >= options_.lead ||
@@ -203,12 +203,22 @@ std::optional<Verdict> AddressValidator::Implementation::rivalry(std::vector<Add
             continue;
         }
         if (isSameStreet(best, *other) && hasSameCode(best, *other) && best.typeDoubt == 0) {
-            best.type.clear(); // which of its types is meant does not matter
+            isTypeOpen = true; // which one is meant does not matter
         } else {
             const bool isElsewhere = best.place.municipality != other->place.municipality;
             hasOther = true;
             hasOtherCode = hasOtherCode || isElsewhere || !hasSameCode(best, *other);
         }
+    }
+    if (isTypeOpen && !hasOther) {
+        // Without a type, the look-ups see all of them.
+        const bool isOneCode = std::ranges::all_of(options, [&](const AddressOption& one) {
+            return !isSameStreet(best, one) || hasSameCode(best, one);
+        });
+        if (!isOneCode) {
+            return Verdict::Ambiguous;
+        }
+        best.type.clear();
     }
     if (!hasOther) {
         return std::nullopt;
