@@ -1,6 +1,7 @@
 // The command line: its options and their help.
 #include "tools/command_line.h"
 
+#include <charconv>
 #include <cstdio>
 #include <memory>
 
@@ -25,6 +26,13 @@ constexpr const char* tableHelp = "Tabla, con o sin .DBF";
 std::string isCount(const std::string& text) {
     const bool isDigits = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
     return isDigits ? std::string() : dbase::inQuotes(text) + " no es un número";
+}
+
+std::string isConfidence(const std::string& text) {
+    double value = -1;
+    const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const bool isOne = problem == std::errc() && end == text.data() + text.size() && value >= 0 && value <= 1;
+    return isOne ? std::string() : dbase::inQuotes(text) + " no está entre 0 y 1; por ejemplo, 0.95";
 }
 
 std::string isKnownSeparator(const std::string& text) {
@@ -193,6 +201,51 @@ void defineDirectory(CLI::App& app, Command& chosen) {
     defineOverview(*command, chosen);
 }
 
+void defineValidate(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<ValidateOptions>();
+    CLI::App& command = addCommand(app, chosen, "validar", "Valida un fichero de direcciones, fila por fila",
+                                   options, validar);
+    requireText(command, "DIR", options->folder, folderHelp);
+    requireText(command, "ENTRADA.csv", options->file,
+                "CSV; la primera fila da los nombres de las columnas. «-» es la entrada estándar");
+    offerText(command, "--salida", options->output, "F.csv", "El resultado; si no se da, la salida estándar");
+    offerText(command, "--columnas", options->columns, "CLAVE=COLUMNA,...",
+              "Qué es cada columna: linea, tipo, via, numero, resto, codpostal, municipio o provincia; las "
+              "que no se "
+              "dan se reconocen por su nombre");
+    command
+        .add_option("--umbral", options->threshold,
+                    "Confianza desde la que se corrige sin preguntar; si no se da, 0.90")
+        ->type_name("X")
+        ->check(isConfidence);
+    offerText(command, "--solo-fallos", options->unsettled, "F.csv",
+              "Escribe además, aparte, las filas que no se resuelven solas");
+    offerText(command, "--informe", options->report, "F.html",
+              "Escribe además un informe, para el navegador");
+    command.add_option("--hilos", options->threads, "Hilos; si no se da, uno por núcleo")
+        ->type_name("N")
+        ->check(isCount);
+    offerText(command, "--separador", options->separator, "S",
+              "Entre las columnas: un signo, o «tab»; si no se da, se reconoce")
+        ->check(isKnownSeparator);
+    offerText(command, "--codificacion", options->encoding, "C",
+              "utf-8, windows-1252 o utf-16 (con su marca); si no se da, se reconoce")
+        ->check(isKnownEncoding);
+    command.add_flag("--sin-cabecera", options->hidesHeading,
+                     "No escribe los nombres de las columnas, para juntar trozos");
+    offerText(command, "--parte", options->part, "I/N", "Sólo la parte I de N; juntas son el fichero entero");
+    command.footer(
+        "Escribe cada fila como estaba, y detrás su veredicto, la confianza, la dirección corregida, qué ha "
+        "cambiado y\n"
+        "hasta tres alternativas. Termina con 0 cuando se ha leído todo, sean cuales sean los "
+        "veredictos; los totales\n"
+        "salen por la salida de errores. Los veredictos: CORRECTA, COMPLETADA y CORREGIDA (resueltas "
+        "solas),\n"
+        "CODIGO_DISTINTO, SIN_NUMERO, NUMERO_FUERA, DUDOSA, VIA_DESCONOCIDA, AMBIGUA, "
+        "MUNICIPIO_DESCONOCIDO,\n"
+        "VACIA y FILA_ROTA.");
+}
+
 /// Adds an order that works on one table, or on all tables of the folder.
 void defineForTables(CLI::App& app, Command& chosen, const char* name, const char* description,
                      ExitCode (*run)(const TablesOptions&)) {
@@ -261,6 +314,7 @@ void defineCommands(CLI::App& app, Command& chosen) {
     defineFind(app, chosen);
     defineAddress(app, chosen);
     defineSuggest(app, chosen);
+    defineValidate(app, chosen);
     defineDirectory(app, chosen);
     defineForTables(app, chosen, "comprobar", "Comprueba tablas e índices sin cambiar nada", comprobar);
     defineForTables(app, chosen, "reindexar", "Rehace los índices a partir de los registros", reindexar);

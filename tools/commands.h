@@ -67,6 +67,19 @@ struct UndoOptions {
     std::string folder; // of the tables; empty: where they were
 };
 
+struct ValidateOptions {
+    std::string folder;
+    std::string file;    // "-": standard input
+    std::string output;  // empty: standard output
+    std::string columns; // KEY=NAME,…
+    double threshold = 0.90;
+    std::string unsettled, report;   // files; empty: none
+    unsigned threads = 0;            // 0: one a core
+    std::string separator, encoding; // empty: recognised
+    bool hidesHeading = false;
+    std::string part; // I/N; empty: the whole
+};
+
 /// For one table, or for all tables of the folder when its name is empty.
 struct TablesOptions {
     std::string folder, table;
@@ -80,6 +93,7 @@ struct TablesOptions {
 [[nodiscard]] ExitCode buscar(const FindOptions& options);
 [[nodiscard]] ExitCode direccion(const AddressOptions& options);
 [[nodiscard]] ExitCode sugerir(const SuggestOptions& options);
+[[nodiscard]] ExitCode validar(const ValidateOptions& options);
 [[nodiscard]] ExitCode comprobar(const TablesOptions& options);
 [[nodiscard]] ExitCode reindexar(const TablesOptions& options);
 [[nodiscard]] ExitCode compactar(const TablesOptions& options);

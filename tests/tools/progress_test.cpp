@@ -64,6 +64,23 @@ TEST(ProgressLine, ShowsShares) {
     EXPECT_EQ(*shown, "\rPOSTAL: 25 %\x1B[K\r\x1B[K.");
 }
 
+TEST(ProgressLine, WorkShowsRowsShareRateAndTimeLeft) {
+    using namespace std::chrono_literals;
+    EXPECT_EQ(workText(12000, 0.5, 3s), "[##########----------]  50 %  12000 filas  4000/s  quedan 0:03");
+    EXPECT_EQ(workText(10, 1, 2s), "[####################] 100 %  10 filas  5/s  quedan 0:00");
+    EXPECT_EQ(workText(1000, 0.001, 10s), "[--------------------]   0 %  1000 filas  100/s  quedan 2:46:30");
+    EXPECT_EQ(workText(1000, -1, 10s), "1000 filas  100/s") << "of a pipe";
+    EXPECT_EQ(workText(0, 0, 0s), "[--------------------]   0 %  0 filas");
+}
+
+TEST(ProgressLine, WorkShowsOnATerminal) {
+    const auto shown = shownOnATerminal([] { ProgressLine("clientes.csv").work(7, 0.5); });
+    if (!shown) {
+        GTEST_SKIP() << "wants a pseudo-terminal (/dev/ptmx)";
+    }
+    EXPECT_TRUE(shown->starts_with("\rclientes.csv: [##########----------]  50 %  7 filas")) << *shown;
+}
+
 TEST(ProgressLine, PassesOverWhatNobodyCouldRead) {
     constexpr int steps = 50;
     const auto shown = shownOnATerminal([] {
