@@ -163,6 +163,14 @@ std::vector<NameWord> foldName(std::string_view name) {
             words[i].number = isNumeral ? 2 : 0;
         }
     }
+    // "Calle S" of an estate is no saint.
+    const auto isCounted = [](const NameWord& word) { return counts(word.role); };
+    if (std::ranges::count_if(words, isCounted) == 1) {
+        if (NameWord& only = *std::ranges::find_if(words, isCounted); only.literal.size() == 1) {
+            only.text = only.literal;
+            only.role = WordRole::Plain;
+        }
+    }
     bringArticleForward(name, words);
     if (std::ranges::none_of(words, [](const NameWord& word) { return counts(word.role); })) {
         for (NameWord& word : words) {

@@ -78,6 +78,17 @@ TEST_F(StreetSuggestions, ShortFormsOfOneLetterAreWrittenOut) {
     EXPECT_GT(suggest("P. Arrupe").front().points, 0.9);
 }
 
+TEST_F(StreetSuggestions, StreetNamedByALetterIsFoundByIt) {
+    addStreets({{"28000020", "S", "CL", "28001"},
+                {"28000021", "D", "CL", "28001"},
+                {"28000022", "P", "CL", "28001"}});
+    for (const std::string letter : {"S", "D", "P"}) {
+        EXPECT_EQ(first(letter), "CL " + letter);
+        EXPECT_GT(suggest(letter).front().points, 0.9);
+        EXPECT_EQ(first("calle " + letter + " 5"), "CL " + letter);
+    }
+}
+
 TEST_F(StreetSuggestions, SlipsMissingWordsAndBeginningsAreForgiven) {
     EXPECT_EQ(first("velasques"), "CL VELAZQUEZ");
     EXPECT_EQ(first("vlezaquez"), "CL VELAZQUEZ");
