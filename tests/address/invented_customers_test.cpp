@@ -1,0 +1,76 @@
+// A file of invented customers against the truth about them.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "address/AddressFile.h"
+#include "dbase/dbf/codepage.h"
+#include "sample/Sample.h"
+#include "support/TableTest.h"
+#include "tools/customers/InventedCustomers.h"
+
+namespace {
+
+using namespace ambrel;
+using customers::Customer;
+
+class InventedCustomers : public ambrel::test::TableTest {
+protected:
+    static std::string utf8(const std::string& text) { return dbase::CodePage::windows1252().toUtf8(text); }
+
+    InventedCustomers() {
+        ambrel::createSample(folder.path());
+        customers::InventedCustomers invented;
+        std::string file = customers::headingLine();
+        for (int i = 0; i < 1500; ++i) {
+            truths.push_back(invented.next());
+            file += customers::rowOf(truths.back());
+        }
+        // As a spreadsheet of Windows saves it.
+        const std::string bytes = dbase::CodePage::windows1252().fromUtf8(file).value();
+        validateAddressFile({loading::textSource(bytes), "clientes.csv", bytes.size()}, {},
+                            {.row = [&](const ValidatedRow& row) { judged.push_back(row.judged); }});
+    }
+
+    static bool isRight(const JudgedAddress& one, const Customer& truth) {
+        return one.ineCode == truth.ineCode && utf8(one.street) == truth.street &&
+               one.postalCode == truth.postalCode;
+    }
+    static std::string shown(const JudgedAddress& one, const Customer& truth) {
+        return customers::rowOf(truth) + std::string(verdictName(one.verdict)) + ' ' + utf8(one.street) +
+               ' ' + one.postalCode + ", wanted: " + truth.verdicts + ' ' + truth.street + ' ' +
+               truth.postalCode;
+    }
+
+    std::vector<Customer> truths;
+    std::vector<JudgedAddress> judged;
+};
+
+TEST_F(InventedCustomers, WhatIsSettledAloneIsWhatWasMeant) {
+    ASSERT_EQ(judged.size(), truths.size());
+    std::size_t settled = 0;
+    for (std::size_t i = 0; i < judged.size(); ++i) {
+        if (isSettled(judged[i].verdict)) {
+            ++settled;
+            EXPECT_TRUE(isRight(judged[i], truths[i])) << shown(judged[i], truths[i]);
+        }
+    }
+    // Of the kinds of faults a third must not be settled.
+    EXPECT_GT(settled, judged.size() * 2 / 3);
+}
+
+TEST_F(InventedCustomers, EachFaultGetsTheVerdictThatNamesIt) {
+    ASSERT_EQ(judged.size(), truths.size());
+    std::vector<std::string> others;
+    for (std::size_t i = 0; i < judged.size(); ++i) {
+        const std::string verdicts = ' ' + truths[i].verdicts + ' ';
+        if (verdicts.find(' ' + std::string(verdictName(judged[i].verdict)) + ' ') == std::string::npos) {
+            others.push_back(shown(judged[i], truths[i]));
+        }
+    }
+    EXPECT_LE(others.size(), judged.size() / 100) << others.front();
+}
+
+} // namespace
