@@ -1,17 +1,14 @@
 // ambcp deshacer: puts back what an order changed in tables by the lot.
 
-#include <array>
 #include <string>
-
-#include <unistd.h>
 
 #include "dbase/system/error.h"
 #include "loading/counted.h"
-#include "loading/csv.h"
 #include "loading/undo.h"
 #include "loading/undo_reader.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
+#include "tools/late_csv.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
 
@@ -20,46 +17,6 @@ namespace ambcp {
 namespace {
 
 using loading::counted;
-
-/// What was left alone, as CSV on standard output; its heading comes with the first row.
-class LeftAloneList {
-public:
-    void add(const loading::LeftAlone& left) {
-        if (isEmpty_) {
-            row({"TABLA", "REGISTRO", "COLUMNA", "ANTES", "AHORA", "MOTIVO"});
-            isEmpty_ = false;
-        }
-        row({left.table, left.number == 0 ? "" : std::to_string(left.number), left.column, left.before,
-             left.now, left.reason});
-    }
-    void flush() {
-        guarded([&] { csv_.flush(); });
-    }
-
-private:
-    void row(const std::array<std::string, 6>& values) {
-        guarded([&] {
-            for (const std::string& value : values) {
-                csv_.field(value);
-            }
-            csv_.endRecord();
-        });
-    }
-    /// A reader that has gone away must not end the work in its middle.
-    template<typename Write>
-    void guarded(Write&& write) {
-        try {
-            if (isRead_) {
-                write();
-            }
-        } catch (const loading::OutputClosed&) {
-            isRead_ = false;
-        }
-    }
-
-    loading::CsvWriter csv_{STDOUT_FILENO};
-    bool isEmpty_ = true, isRead_ = true;
-};
 
 void complainOfDamage(const loading::UndoReader& file) {
     constexpr std::size_t most = 20;
@@ -84,12 +41,16 @@ std::string describe(const loading::UndoTotals& totals) {
 ExitCode deshacer(const UndoOptions& options) {
     const loading::UndoReader file(options.file);
     const std::string folder = options.folder.empty() ? std::string() : useFolder(options.folder);
-    LeftAloneList list;
+    LateCsv list({"TABLA", "REGISTRO", "COLUMNA", "ANTES", "AHORA", "MOTIVO"});
     loading::UndoTotals totals;
     try {
         ProgressLine line("deshacer");
         totals = loading::undo(
-            file, folder, [&](const loading::LeftAlone& left) { list.add(left); },
+            file, folder,
+            [&](const loading::LeftAlone& left) {
+                list.add({left.table, left.number == 0 ? "" : std::to_string(left.number), left.column,
+                          left.before, left.now, left.reason});
+            },
             [&](std::uint64_t done, std::uint64_t total) {
                 line.share(done, total);
                 return true;

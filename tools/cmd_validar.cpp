@@ -1,10 +1,7 @@
 // ambcp validar: which addresses of a file are right, and what was meant by the others.
 
-#include <array>
 #include <charconv>
 #include <chrono>
-#include <cstdio>
-#include <cstring>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,18 +9,17 @@
 #include "address/AddressFile.h"
 #include "address/ValidationReport.h"
 #include "controller/ProvinceName.h"
-#include "dbase/system/databases.h"
 #include "dbase/system/quoted.h"
 #include "loading/ansi_text.h"
 #include "loading/counted.h"
 #include "loading/csv.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
-#include "tools/cut_table.h"
 #include "tools/interruption.h"
 #include "tools/line_output.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
+#include "tools/validation_run.h"
 
 namespace ambcp {
 
@@ -31,28 +27,6 @@ namespace {
 
 using ambrel::Verdict;
 using loading::counted;
-
-constexpr const char* columnHint =
-    "diga cuál es cada una con --columnas, por ejemplo: --columnas via=COLUMNA,municipio=COLUMNA "
-    "(linea, tipo, via, numero, resto, codpostal, municipio, provincia)";
-
-ambrel::NamedColumns readColumns(std::string_view text) {
-    ambrel::NamedColumns columns;
-    while (!text.empty()) {
-        const std::string_view one = text.substr(0, text.find(','));
-        const std::size_t equals = one.find('=');
-        const auto column = ambrel::addressColumnOf(one.substr(0, equals));
-        if (!column || equals == std::string_view::npos) {
-            throw loading::Failure("--columnas: no se entiende " + dbase::inQuotes(one) + "; " + columnHint);
-        }
-        if (!columns.emplace(*column, one.substr(equals + 1)).second) {
-            throw loading::Failure("--columnas: " + std::string(ambrel::addressColumnKey(*column)) +
-                                   " se da más de una vez");
-        }
-        text.remove_prefix(std::min(one.size() + 1, text.size()));
-    }
-    return columns;
-}
 
 std::optional<unsigned> number(std::string_view text) {
     unsigned value = 0;
@@ -88,27 +62,6 @@ ambrel::AddressFileOptions fileOptions(const ValidateOptions& options) {
     return file;
 }
 
-/// Nothing is written over what is read, nor twice to one file.
-void requireOtherFiles(const ValidateOptions& options) {
-    std::vector<std::pair<std::string, std::string>> outputs{{"la salida", options.output}};
-    for (const auto& [name, file] :
-         {std::pair("--solo-fallos", options.unsettled), {"--informe", options.report}}) {
-        if (!file.empty()) {
-            outputs.emplace_back(name, file);
-        }
-    }
-    for (auto one = outputs.begin(); one != outputs.end(); ++one) {
-        if (areSameFile(options.file, one->second)) {
-            throw loading::Failure(one->first + " sería el mismo fichero que la entrada");
-        }
-        for (auto other = outputs.begin(); other != one; ++other) {
-            if (!other->second.empty() && areSameFile(other->second, one->second)) {
-                throw loading::Failure(one->first + " sería el mismo fichero que " + other->first);
-            }
-        }
-    }
-}
-
 void tellRecognised(const std::string& name, const ambrel::AddressFilePreview& file) {
     const char separator = file.format.separator;
     std::string columns;
@@ -121,16 +74,6 @@ void tellRecognised(const std::string& name, const ambrel::AddressFilePreview& f
     }
     complain(name + ": " + std::string(loading::textEncodingName(file.format.encoding)) + ", separado por " +
              (separator == '\t' ? "tabuladores" : "«" + std::string(1, separator) + "»") + "; " + columns);
-}
-
-/// With one decimal and a comma.
-std::string decimal(double value) {
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.1f", value);
-    if (char* const point = std::strchr(text.data(), '.')) {
-        *point = ',';
-    }
-    return text.data();
 }
 
 /// The first broken rows, for the end.
@@ -156,26 +99,6 @@ private:
     std::uint64_t count_ = 0;
     std::vector<std::string> told_;
 };
-
-void tellTotals(const std::string& name, const ambrel::AddressFileTotals& totals,
-                std::chrono::duration<double> elapsed) {
-    complain(name + ": " + counted(totals.rows, "fila", "filas") + " en " + decimal(elapsed.count()) + " s");
-    const auto line = [&](std::string_view title, std::uint64_t count) {
-        std::array<char, 80> text{};
-        std::snprintf(text.data(), text.size(), "  %-21.*s %10llu  %5s %%", static_cast<int>(title.size()),
-                      title.data(), static_cast<unsigned long long>(count),
-                      decimal(100.0 * static_cast<double>(count) / static_cast<double>(totals.rows)).c_str());
-        complain(text.data());
-    };
-    for (std::size_t i = ambrel::verdictCount; i-- > 0;) {
-        if (totals.verdicts[i] > 0) {
-            line(ambrel::verdictName(static_cast<Verdict>(i)), totals.verdicts[i]);
-        }
-    }
-    if (totals.rows > 0) {
-        line("resueltas solas", totals.settled());
-    }
-}
 
 /// One validation with all that it writes.
 class FileValidation {
@@ -257,12 +180,13 @@ private:
 } // namespace
 
 ExitCode validar(const ValidateOptions& options) {
-    const std::string folder = useFolder(options.folder);
-    for (const char* table : {"MUNICIPI", "POSTAL"}) {
-        if (const auto file = dbase::findTableFile(folder, table)) { // the search reports a missing one
-            requireWhole(*file);
-        }
+    if (!options.table.empty()) {
+        return validarTabla(options);
     }
+    if (options.file.empty()) {
+        throw loading::Failure("falta ENTRADA.csv, o --tabla con el nombre de una tabla");
+    }
+    usePostalTables(options.folder);
     requireOtherFiles(options);
     const Interruption interruption;
     try {

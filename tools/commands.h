@@ -78,6 +78,11 @@ struct ValidateOptions {
     std::string separator, encoding; // empty: recognised
     bool hidesHeading = false;
     std::string part; // I/N; empty: the whole
+    // --- For a table instead of a file.
+    std::string table;    // empty: a file
+    std::string fill;     // PART or PART=COLUMN,…; empty: nothing is changed
+    std::string key;      // COLUMN,… that no two rows share; empty: what the table shows
+    std::string undoFile; // empty: beside the table
 };
 
 /// For one table, or for all tables of the folder when its name is empty.
@@ -94,6 +99,7 @@ struct TablesOptions {
 [[nodiscard]] ExitCode direccion(const AddressOptions& options);
 [[nodiscard]] ExitCode sugerir(const SuggestOptions& options);
 [[nodiscard]] ExitCode validar(const ValidateOptions& options);
+[[nodiscard]] ExitCode validarTabla(const ValidateOptions& options);
 [[nodiscard]] ExitCode comprobar(const TablesOptions& options);
 [[nodiscard]] ExitCode reindexar(const TablesOptions& options);
 [[nodiscard]] ExitCode compactar(const TablesOptions& options);

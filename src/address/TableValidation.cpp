@@ -6,7 +6,6 @@
 
 #include "controller/ProvinceName.h"
 #include "dbase/system/error.h"
-#include "loading/failure.h"
 
 namespace ambrel {
 
@@ -27,7 +26,7 @@ TableValidation::TableValidation(const std::string& tableFile, AddressFileOption
     AddressTable records(table_);
     const AddressFilePreview preview = previewAddressFile(records.input(), options_, 0);
     if (!preview.problem.empty()) {
-        throw loading::Failure(preview.problem);
+        throw AddressColumnsError(preview.problem);
     }
     for (std::size_t i = 0; i < sources_.size(); ++i) {
         if (preview.places[i]) {
@@ -72,7 +71,7 @@ void TableValidation::runOver(AddressTable& records, AddressFileHandlers handler
             take(record, row);
         }
         if (report) {
-            report(row);
+            report({record.number, 0, row.given, row.judged});
         }
     };
     totals_.addresses = validateAddressFile(records.input(), options_, handlers);

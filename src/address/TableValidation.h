@@ -31,7 +31,7 @@ struct TableTotals {
 class TableValidation {
 public:
     /// `options`: those that concern the form of a file do not count. Errors: dbase::Error;
-    /// loading::Failure if its columns are not recognised.
+    /// AddressColumnsError if its columns are not recognised.
     TableValidation(const std::string& tableFile, AddressFileOptions options);
     TableValidation(const TableValidation&) = delete;
     TableValidation& operator=(const TableValidation&) = delete;
@@ -44,7 +44,8 @@ public:
     void fill(const FillNames& names, loading::UndoWriter& undo, const std::vector<std::string>& key,
               std::function<void(const UnfilledRow&)> observer);
 
-    /// Judges every record, and writes it as CSV if `handlers` say where. Rows that others hold or change
+    /// Judges every record, and writes it as CSV if `handlers` say where; reported rows have the record's
+    /// number and no line. Rows that others hold or change
     /// meanwhile are judged once more at the end. Errors: those of validateAddressFile() and BatchChanges;
     /// what was changed by then stays.
     TableTotals run(const AddressFileHandlers& handlers);
