@@ -82,6 +82,8 @@ int main(int argc, char** argv) {
     reporter.printRatio("save_streets_vs_sqlite", "save_streets/ours", "save_streets/sqlite");
     reporter.printRatio("suggest_vs_fts5", "suggest/ours", "suggest/fts5");
     reporter.printRatio("suggest_largest_vs_fts5", "suggest_largest/ours", "suggest_largest/fts5");
+    reporter.printRatio("validate_vs_sqlite", "validate/ours", "validate/sqlite");
+    reporter.printRatio("validate_slip_vs_fts5", "validate_slip/ours", "validate_slip/fts5");
     // Our time over the rival's, which only parses.
     reporter.printRatio("parse_vs_pugixml", "parse/pugixml", "parse/ours");
     // A large table's time over a small one's.

@@ -2,7 +2,6 @@
 // prepared statements of SQLite that find the same, and for names with a slip against its trigram index.
 
 #include <algorithm>
-#include <numeric>
 #include <random>
 
 #include <benchmark/benchmark.h>
@@ -12,10 +11,10 @@
 #include "address/TidyText.h"
 #include "dbase/lock/read_scope.h"
 #include "loading/csv.h"
-#include "suggest/SlipCount.h"
 
-#include "sqlite_postal.h"
+#include "sqlite_towns.h"
 #include "town_directory.h"
+#include "trigram_index.h"
 
 namespace bench {
 
@@ -116,15 +115,87 @@ void validateOurs(benchmark::State& state, Slip slip, std::size_t rows) {
     state.counters["settled"] = static_cast<double>(settled) / static_cast<double>(all);
 }
 
+// --- The rivals: the same rows, taken apart by the same code
+
+/// The municipality's code and the parts of a row.
+struct Taken {
+    std::string ineCode;
+    ambrel::AddressParts parts;
+    std::string street;
+};
+
+Taken takeApart(SqliteTowns& towns, const ambrel::GivenAddress& given) {
+    Taken taken;
+    taken.parts = std::move(ambrel::readingsOf(given).likely.front());
+    taken.street = ambrel::tidied(taken.parts.street);
+    const auto found = towns.municipalities(ambrel::tidied(given.municipality), given.province);
+    if (found.size() == 1) {
+        taken.ineCode = found.front();
+    }
+    return taken;
+}
+
+template<class Find>
+void validateRival(benchmark::State& state, Slip slip, std::size_t rows, Find&& find) {
+    const std::string text = file(slip, rows);
+    SqliteTowns& towns = SqliteTowns::large();
+    std::size_t right = 0, all = 0;
+    for (auto _ : state) {
+        std::string result;
+        readRows(text, [&](const loading::CsvReader& csv, const ambrel::GivenAddress& given) {
+            const Taken taken = takeApart(towns, given);
+            const SqliteAddress found = find(towns, taken);
+            const bool isRight = !found.postalCode.empty() && found.postalCode == given.postalCode;
+            right += isRight ? 1 : 0;
+            ++all;
+            writeRow(result, csv.raw(), isRight ? "CORRECTA" : "DUDOSA", found.ineCode, found.type,
+                     found.street, taken.parts.number, found.postalCode);
+        });
+        benchmark::DoNotOptimize(result);
+    }
+    state.SetItemsProcessed(static_cast<std::int64_t>(rows) * state.iterations());
+    state.counters["settled"] = static_cast<double>(right) / static_cast<double>(all);
+}
+
+void validateSqlite(benchmark::State& state, std::size_t rows) {
+    validateRival(state, Slip::None, rows, [](SqliteTowns& towns, const Taken& taken) {
+        return towns.address(taken.ineCode, taken.parts.type, taken.street, std::stoi(taken.parts.number));
+    });
+}
+
+void validateTrigrams(benchmark::State& state, std::size_t rows) {
+    const TownDirectory& directory = TownDirectory::large();
+    TrigramIndex& index = TrigramIndex::large();
+    validateRival(state, Slip::Street, rows, [&](SqliteTowns& towns, const Taken& taken) -> SqliteAddress {
+        const auto town = std::ranges::find(directory.towns, taken.ineCode, &SuggestTown::ineCode);
+        if (town == directory.towns.end()) {
+            return {};
+        }
+        const auto names =
+            index.nearest(static_cast<std::uint32_t>(town - directory.towns.begin()), taken.street);
+        return names.empty() ? SqliteAddress{}
+                             : towns.address(taken.ineCode, taken.parts.type, names.front(),
+                                             std::stoi(taken.parts.number));
+    });
+}
+
 constexpr std::size_t exactRows = 20'000, slipRows = 3'000, largestRows = 500;
 
 BENCHMARK_CAPTURE(validateOurs, exact, Slip::None, exactRows)
     ->Name("validate/ours")
     ->MinTime(2)
     ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(validateSqlite, exact, exactRows)
+    ->Name("validate/sqlite")
+    ->MinTime(2)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(validateOurs, slip, Slip::Street, slipRows)
     ->Name("validate_slip/ours")
     ->MinTime(2)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(validateTrigrams, slip, slipRows)
+    ->Name("validate_slip/fts5")
+    ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(validateOurs, largest, Slip::StreetOfLargest, largestRows)
     ->Name("validate_slip_largest/ours")

@@ -45,11 +45,6 @@ struct Finding {
     std::vector<AddressOption> options; // the likeliest first
 };
 
-bool isSmallWord(std::string_view word) {
-    const suggest::WordEntry* const entry = suggest::WordLists::builtIn().find(word);
-    return entry != nullptr && entry->isSmall;
-}
-
 bool isSameStreet(const AddressOption& a, const AddressOption& b) {
     return a.street == b.street && a.place.municipality->ineCode == b.place.municipality->ineCode;
 }
@@ -182,7 +177,7 @@ void AddressValidator::Implementation::addCodeReadings(GivenReadings& readings) 
             continue;
         }
         const std::string word = tidied(std::string_view(reading.street).substr(0, blank));
-        if (!types_.isCode(word) || isSmallWord(word)) {
+        if (!types_.isCode(word)) {
             continue;
         }
         AddressParts split = reading;
@@ -203,7 +198,8 @@ std::optional<Verdict> AddressValidator::Implementation::rivalry(std::vector<Add
             continue;
         }
         if (isSameStreet(best, *other) && hasSameCode(best, *other) && best.typeDoubt == 0) {
-            isTypeOpen = true; // which one is meant does not matter
+            // Where none was written, it does not matter which one is meant.
+            isTypeOpen = isTypeOpen || other->typeDoubt == 0;
         } else {
             const bool isElsewhere = best.place.municipality != other->place.municipality;
             hasOther = true;
@@ -295,17 +291,26 @@ JudgedAddress AddressValidator::Implementation::validate(const GivenAddress& giv
     GivenReadings readings = readingsOf(given);
     addCodeReadings(readings);
     const auto isAllRead = [&](const AddressParts& reading) {
-        return reading.rest == withoutBlanks(given.rest);
+        // A name may begin with two kinds of street, as in "C/ Costanilla de la Herradura".
+        return reading.rest == withoutBlanks(given.rest) && reading.type.find(' ') == std::string::npos;
     };
     Best best;
     std::vector<Finding> findings;
-    for (const std::vector<AddressParts>* const some : {&readings.likely, &readings.whole}) {
+    // Where the type has a column, a kind of street in the name belongs to it.
+    const bool isTypeGiven = !withoutBlanks(given.type).empty();
+    std::vector<const std::vector<AddressParts>*> order{&readings.likely, &readings.whole};
+    if (isTypeGiven) {
+        std::swap(order.front(), order.back());
+    }
+    for (const std::vector<AddressParts>* const some : order) {
         for (const AddressParts& reading : *some) {
             Finding finding = findExactly(reading);
             if (!finding.options.empty() && best.isDecided(judge(finding), isAllRead(reading))) {
                 return std::move(*best.judged);
             }
-            findings.push_back(std::move(finding));
+            if (some == &readings.likely) {
+                findings.push_back(std::move(finding));
+            }
         }
     }
     if (best.judged) {

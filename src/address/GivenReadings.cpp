@@ -73,6 +73,12 @@ void addWhole(const AddressParts& reading, std::string_view written, std::vector
         one.type.clear();
         one.street = reading.type + ' ' + reading.street;
         whole.push_back(one);
+        if (const std::size_t blank = reading.type.find(' '); blank != std::string::npos) {
+            one.type = reading.type.substr(0, blank);
+            one.street = reading.type.substr(blank + 1) + ' ' + reading.street;
+            whole.push_back(one);
+            one.type.clear();
+        }
     }
     if (written.empty()) {
         return;

@@ -42,13 +42,16 @@ void weigh(AddressOption& option, const AddressQuestion& question) {
     if (option.place.source == PlaceSource::Code && isOthers(option.stretches, municipality.ineCode)) {
         option.doubt += doubt::otherIneCode;
     }
+    if (option.doubt > 0 && question.lacksCode()) {
+        option.doubt += doubt::noCode;
+    }
     double sum = option.doubt;
     if (option.code.certainty == StreetCode::Certainty::NoStretch) {
         sum += doubt::numberOutside;
     }
-    if (question.lacksCode()) {
+    if (question.lacksCode() && option.doubt == 0) {
         sum += doubt::noCode;
-    } else if (option.code.isSure() && !isOfStretch) {
+    } else if (!question.lacksCode() && option.code.isSure() && !isOfStretch) {
         sum += doubt::otherCode;
     }
     option.confidence = std::max(0.0, 1 - sum);
