@@ -190,14 +190,24 @@ TEST_F(TableValidation, TakesAStreetsColumnApartIntoColumnsOfTheirOwn) {
     file = createTable(
         defineTable("CLIENTES", {"CODIGO C3", "VIA C40", "CP C5", "POBLACION C20", "T C2", "N C10", "R C20"},
                     {"CODIGO"}),
-        {"CODIGO", "VIA", "CP", "POBLACION"}, {{"A1", "C/ Mayor 5", "28013", "MADRID"}});
+        {"CODIGO", "VIA", "CP", "POBLACION"}, {{"A1", "C/ Mayor, 5, 3º B", "28013", "MADRID"}});
     EXPECT_EQ(
         fill({{FillPart::Street, ""}, {FillPart::Type, "T"}, {FillPart::Number, "N"}, {FillPart::Rest, "R"}}),
         "");
     EXPECT_EQ(value("A1", "VIA"), "MAYOR");
     EXPECT_EQ(value("A1", "T"), "CL");
     EXPECT_EQ(value("A1", "N"), "5");
-    EXPECT_EQ(value("A1", "R"), "");
+    EXPECT_EQ(value("A1", "R"), "3º B");
+}
+
+TEST_F(TableValidation, LeavesARowWhoseFloorMayBelongToEitherColumn) {
+    file = createTable(
+        defineTable("CLIENTES", {"CODIGO C3", "VIA C40", "NUMERO C12", "CP C5", "POBLACION C20"}, {"CODIGO"}),
+        {{"A1", "C/ Embajadroes, Edificio Sol", "5, 2º", "28004", "MADRID"}});
+    const std::string left = fill({{FillPart::Street, ""}, {FillPart::PostalCode, ""}});
+    EXPECT_NE(left.find("1 VIA: la columna lleva también el piso"), std::string::npos) << left;
+    EXPECT_EQ(value("A1", "VIA"), "C/ Embajadroes, Edificio Sol");
+    EXPECT_EQ(value("A1", "NUMERO"), "5, 2º");
 }
 
 TEST_F(TableValidation, NeverCutsAValue) {
