@@ -89,6 +89,13 @@ TEST_F(StreetSuggestions, StreetNamedByALetterIsFoundByIt) {
     }
 }
 
+TEST_F(StreetSuggestions, RareTypesAreRecognisedByTheirNames) {
+    addStreets({{"28000020", "RECALDE", "AL", "28001"}, {"28000021", "PILAR CUARTERO", "AN", "28001"}});
+    EXPECT_EQ(first("Alameda Recalde"), "AL RECALDE");
+    EXPECT_EQ(suggest("Alameda Recalde").front().points, 1);
+    EXPECT_EQ(suggest("Andador Pilar Cuartero").front().points, 1);
+}
+
 TEST_F(StreetSuggestions, SlipsMissingWordsAndBeginningsAreForgiven) {
     EXPECT_EQ(first("velasques"), "CL VELAZQUEZ");
     EXPECT_EQ(first("vlezaquez"), "CL VELAZQUEZ");
