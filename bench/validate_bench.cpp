@@ -96,9 +96,9 @@ void validateOurs(benchmark::State& state, Slip slip, std::size_t rows) {
     ambrel::AddressValidator validator(TownDirectory::large().database, {.memory = memory});
     std::size_t settled = 0, all = 0;
     const auto run = [&] {
+        const dbase::ReadScope scope;
         std::string result;
         readRows(text, [&](const loading::CsvReader& csv, const ambrel::GivenAddress& given) {
-            const dbase::ReadScope scope;
             const ambrel::JudgedAddress judged = validator.validate(given);
             settled += isSettled(judged.verdict) ? 1 : 0;
             ++all;

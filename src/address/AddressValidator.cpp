@@ -298,17 +298,17 @@ JudgedAddress AddressValidator::Implementation::validate(const GivenAddress& giv
     std::vector<Finding> findings;
     // Where the type has a column, a kind of street in the name belongs to it.
     const bool isTypeGiven = !withoutBlanks(given.type).empty();
-    std::vector<const std::vector<AddressParts>*> order{&readings.likely, &readings.whole};
-    if (isTypeGiven) {
-        std::swap(order.front(), order.back());
-    }
-    for (const std::vector<AddressParts>* const some : order) {
+    for (const bool areWhole : {isTypeGiven, !isTypeGiven}) {
+        if (areWhole) {
+            addWholeReadings(readings, given);
+        }
+        const std::vector<AddressParts>* const some = areWhole ? &readings.whole : &readings.likely;
         for (const AddressParts& reading : *some) {
             Finding finding = findExactly(reading);
             if (!finding.options.empty() && best.isDecided(judge(finding), isAllRead(reading))) {
                 return std::move(*best.judged);
             }
-            if (some == &readings.likely) {
+            if (!areWhole) {
                 findings.push_back(std::move(finding));
             }
         }

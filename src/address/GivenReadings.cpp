@@ -94,13 +94,13 @@ void addWhole(const AddressParts& reading, std::string_view written, std::vector
     }
 }
 
-GivenReadings readStreet(const GivenAddress& given) {
-    GivenReadings readings{readStreetText(given.street), {}};
+std::vector<AddressParts> readStreet(const GivenAddress& given) {
+    std::vector<AddressParts> readings = readStreetText(given.street);
     const std::string_view written = withoutBlanks(given.street);
     if (!isBlank(given.number)) {
         // What looks like a number in the street belongs to its name, or repeats the column.
         const AddressParts number = readNumberText(given.number);
-        for (AddressParts& reading : readings.likely) {
+        for (AddressParts& reading : readings) {
             if (!reading.number.empty() && reading.number != number.number) {
                 const bool isAfterType = written.starts_with(reading.type);
                 AddressParts whole;
@@ -110,10 +110,6 @@ GivenReadings readStreet(const GivenAddress& given) {
             }
             takeNumber(reading, number);
         }
-    }
-    for (const AddressParts& reading : readings.likely) {
-        const bool isAllName = !isBlank(given.number) || reading.number.empty();
-        addWhole(reading, isAllName ? written : std::string_view(), readings.whole);
     }
     return readings;
 }
@@ -215,23 +211,30 @@ GivenReadings readingsOf(const GivenAddress& given) {
     GivenReadings readings;
     readings.likely = isBlank(given.line) ? std::vector<AddressParts>(1) : readAddressLine(given.line);
     if (!isBlank(given.street)) {
-        GivenReadings streets = readStreet(given);
-        readings.whole = combined(readings.likely, std::move(streets.whole));
-        readings.likely = combined(readings.likely, std::move(streets.likely));
-    } else {
-        if (!isBlank(given.number)) {
-            const AddressParts number = readNumberText(given.number);
-            for (AddressParts& reading : readings.likely) {
-                takeNumber(reading, number);
-            }
-        }
-        for (const AddressParts& reading : readings.likely) {
-            addWhole(reading, {}, readings.whole);
+        readings.likely = combined(readings.likely, readStreet(given));
+    } else if (!isBlank(given.number)) {
+        const AddressParts number = readNumberText(given.number);
+        for (AddressParts& reading : readings.likely) {
+            takeNumber(reading, number);
         }
     }
     takeColumns(readings.likely, given);
-    takeColumns(readings.whole, given);
     return readings;
+}
+
+void addWholeReadings(GivenReadings& readings, const GivenAddress& given) {
+    std::vector<AddressParts> bare;
+    if (isBlank(given.street)) {
+        bare = readings.likely;
+    } else {
+        bare = combined(isBlank(given.line) ? std::vector<AddressParts>(1) : readAddressLine(given.line),
+                        readStreet(given));
+    }
+    for (const AddressParts& reading : bare) {
+        const bool isAllName = !isBlank(given.number) || reading.number.empty();
+        addWhole(reading, isAllName ? withoutBlanks(given.street) : std::string_view(), readings.whole);
+    }
+    takeColumns(readings.whole, given);
 }
 
 } // namespace ambrel

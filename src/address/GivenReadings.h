@@ -18,8 +18,10 @@ struct GivenReadings {
     std::vector<AddressParts> whole;
 };
 
-/// A column that is not blank takes the place of what the line says.
+/// A column that is not blank takes the place of what the line says. The whole ones are still to be added.
 [[nodiscard]] GivenReadings readingsOf(const GivenAddress& given);
+/// Adds the readings with everything as the name, which most addresses do not need.
+void addWholeReadings(GivenReadings& readings, const GivenAddress& given);
 
 /// Five digits of a postal code that may have lost its first zero, or stand behind "E-"; empty if it is none.
 [[nodiscard]] std::string readPostalCode(std::string_view text);

@@ -116,12 +116,7 @@ Verdict verdictOn(const AddressOption& option, const AddressQuestion& question,
     if (!question.lacksCode() && option.code.stretch.postalCode != question.postalCode) {
         return Verdict::OtherCode;
     }
-    const JudgedAddress judged = judgedAs(option, Verdict::Correct, question);
-    return std::ranges::any_of(judged.changes,
-                               [&](const AddressChange& change) { return isCorrection(change, option); })
-               ? Verdict::Corrected
-           : judged.changes.empty() ? Verdict::Correct
-                                    : Verdict::Completed;
+    return Verdict::Correct;
 }
 
 JudgedAddress judgedAs(const AddressOption& option, Verdict verdict, const AddressQuestion& question) {
@@ -133,6 +128,11 @@ JudgedAddress judgedAs(const AddressOption& option, Verdict verdict, const Addre
     if (option.code.isSure()) {
         judged.key = option.code.stretch.key;
         takeCode(judged, option.code.stretch.postalCode, question);
+    }
+    if (verdict == Verdict::Correct && !judged.changes.empty()) {
+        const bool isCorrected = std::ranges::any_of(
+            judged.changes, [&](const AddressChange& change) { return isCorrection(change, option); });
+        judged.verdict = isCorrected ? Verdict::Corrected : Verdict::Completed;
     }
     return judged;
 }

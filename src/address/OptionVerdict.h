@@ -7,12 +7,12 @@
 
 namespace ambrel {
 
-/// The verdict if nothing else were as likely. `option`: weighed.
+/// The verdict if nothing else were as likely; Correct stands for all that are settled. `option`: weighed.
 [[nodiscard]] Verdict verdictOn(const AddressOption& option, const AddressQuestion& question,
                                 const ValidationOptions& options);
 
-/// The address with the parts of an option, and its verdict: which of its changes were made decides whether
-/// it is corrected or completed.
+/// The address with the parts of an option; if it is settled, its changes decide whether it is correct,
+/// completed or corrected.
 [[nodiscard]] JudgedAddress judgedAs(const AddressOption& option, Verdict verdict,
                                      const AddressQuestion& question);
 

@@ -125,8 +125,12 @@ void StreetSearch::addTypes(const AddressQuestion& question, AddressOption optio
         AddressOption one = option;
         one.type = type;
         one.typeDoubt = fits ? 0 : doubt::otherType;
-        std::ranges::copy_if(stretches, std::back_inserter(one.stretches),
-                             [&](const StreetStretch& stretch) { return stretch.type == type; });
+        if (types.size() == 1) {
+            one.stretches = std::move(stretches);
+        } else {
+            std::ranges::copy_if(stretches, std::back_inserter(one.stretches),
+                                 [&](const StreetStretch& stretch) { return stretch.type == type; });
+        }
         options.push_back(std::move(one));
     }
 }
