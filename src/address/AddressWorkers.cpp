@@ -8,6 +8,7 @@
 
 #include "address/ValidatedColumns.h"
 #include "dbase/lock/read_scope.h"
+#include "dbase/system/mapped_view.h"
 #include "loading/ansi_text.h"
 
 namespace ambrel {
@@ -134,6 +135,7 @@ void AddressWorkers::work(unsigned worker) {
                 validator.emplace(options_.database, options_.validation);
             }
             judge(job, *validator);
+            release(job.rows.size());
             finish(*job.block);
         }
     } catch (...) { // goes on in the thread that waits
@@ -160,6 +162,15 @@ void AddressWorkers::judge(Job& job, AddressValidator& validator) {
         row.added = addedText(row, validator.provinceName(row.judged.province), format_);
         ++rows_;
         bytes_ += row.bytes;
+    }
+}
+
+/// In the end every thread would have seen all of the tables, and all their pages would count as its memory.
+void AddressWorkers::release(std::size_t rows) {
+    constexpr std::size_t seldomEnough = 3072;
+    if ((rowsSinceRelease_ += rows) >= seldomEnough) {
+        rowsSinceRelease_ = 0;
+        dbase::releaseViewedPages();
     }
 }
 

@@ -64,9 +64,12 @@ void installHandler() {
     });
 }
 
+/// Of threads that take or leave a slot, or go through the views; the handler looks only at slots with a
+/// beginning.
+std::mutex slotMutex;
+
 int takeSlot(std::uintptr_t begin, std::uintptr_t end) {
-    static std::mutex taking; // threads that take one; the handler looks only at those with a beginning
-    const std::lock_guard lock(taking);
+    const std::lock_guard lock(slotMutex);
     for (std::size_t i = 0; i < slotCount; ++i) {
         if (slots[i].begin.load() == 0) {
             slots[i].torn.store(false, std::memory_order_relaxed);
@@ -97,6 +100,7 @@ MappedView::MappedView(int descriptor, std::size_t length) : descriptor_(descrip
 
 MappedView::~MappedView() {
     if (data_ != nullptr) {
+        const std::lock_guard lock(slotMutex); // nobody may use the addresses once they are another's
         slots[static_cast<std::size_t>(slot_)].begin.store(0);
         munmap(data_, length_);
     }
@@ -110,6 +114,17 @@ void MappedView::renew() {
     if (data_ != nullptr &&
         mmap(data_, length_, PROT_READ, MAP_SHARED | MAP_FIXED, descriptor_, 0) != MAP_FAILED) {
         slots[static_cast<std::size_t>(slot_)].torn.store(false, std::memory_order_relaxed);
+    }
+}
+
+void releaseViewedPages() {
+    const std::lock_guard lock(slotMutex);
+    for (const Slot& slot : slots) {
+        if (const std::uintptr_t begin = slot.begin.load(); begin != 0) {
+            // Failing, it releases nothing, which is no harm.
+            static_cast<void>(
+                madvise(reinterpret_cast<void*>(begin), slot.end.load() - begin, MADV_DONTNEED));
+        }
     }
 }
 

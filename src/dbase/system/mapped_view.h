@@ -29,4 +29,8 @@ private:
     int slot_ = -1;
 };
 
+/// Gives the pages of all views back to the system, which keeps them as those of their files; what is read
+/// again is mapped again. For long work on tables larger than the memory that it may take up.
+void releaseViewedPages();
+
 } // namespace dbase

@@ -5,6 +5,7 @@
 
 #include <csetjmp>
 #include <csignal>
+#include <fstream>
 #include <memory>
 
 #include <fcntl.h>
@@ -53,6 +54,37 @@ TEST_F(MappedViewTest, ReadsZerosAndSaysSoWhereTheFileWasCut) {
     EXPECT_EQ(view.data()[2 * page], '\0');
     EXPECT_TRUE(view.isTorn());
     EXPECT_EQ(view.data()[0], 'x');
+}
+
+/// Memory of this process that is pages of files, in bytes.
+std::size_t filePagesInUse() {
+    std::ifstream status("/proc/self/statm");
+    std::size_t total = 0, resident = 0, shared = 0;
+    status >> total >> resident >> shared;
+    return shared * page;
+}
+
+TEST_F(MappedViewTest, ReleasedPagesTakeNoMemoryAndAreReadAgain) {
+    const std::size_t size = 2048 * page;
+    const TemporaryFolder folder;
+    const int file = open(folder.write("grande", std::string(size, 'a')).c_str(), O_RDWR);
+    {
+        const MappedView view(file, size), cut(descriptor_, 16 * page);
+        for (std::size_t at = 0; at < size; at += page) {
+            EXPECT_EQ(view.data()[at], 'a');
+        }
+        ASSERT_EQ(ftruncate(descriptor_, pageInFile), 0);
+        EXPECT_EQ(cut.data()[2 * page], '\0');
+        const std::size_t before = filePagesInUse();
+        releaseViewedPages();
+        EXPECT_LT(filePagesInUse() + size / 2, before);
+        EXPECT_EQ(view.data()[size - 1], 'a');
+        EXPECT_FALSE(view.isTorn());
+        EXPECT_TRUE(cut.isTorn());
+        EXPECT_EQ(cut.data()[2 * page], '\0');
+    }
+    close(file);
+    releaseViewedPages(); // without views
 }
 
 TEST_F(MappedViewTest, IsWholeAgainAfterRenewing) {
