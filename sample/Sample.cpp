@@ -69,4 +69,13 @@ void createSample(const std::string& folder, dbase::IfExists ifExists) {
     writePostales(std::filesystem::path(folder) / "POSTALES", ifExists);
 }
 
+void createTablesForStreets(const std::string& folder) {
+    loading::createPostalTables(folder, dbase::IfExists::Refuse,
+                                [](const std::string& name, const std::string& tableFile) {
+                                    if (name == "PROVIN" || name == "TIPO_VIA") {
+                                        loadSample(name, tableFile);
+                                    }
+                                });
+}
+
 } // namespace ambrel

@@ -14,4 +14,8 @@ namespace ambrel {
 /// cannot be written.
 void createSample(const std::string& folder, dbase::IfExists ifExists = dbase::IfExists::Refuse);
 
+/// Creates the five postal tables without municipalities and streets: provinces and street types are those of
+/// the sample, which are the country's. Errors as above.
+void createTablesForStreets(const std::string& folder);
+
 } // namespace ambrel

@@ -46,6 +46,17 @@ std::string isKnownEncoding(const std::string& text) {
                : dbase::inQuotes(text) + " no se conoce; utf-8, windows-1252 o utf-16";
 }
 
+std::string isProvince(const std::string& text) {
+    const bool isCode = text.size() == 2 && isCount(text).empty() && text >= "01" && text <= "52";
+    return isCode ? std::string() : dbase::inQuotes(text) + " no es el código de una provincia, de 01 a 52";
+}
+
+std::string isOpening(const std::string& text) {
+    return text == "no" || text == "extremos" || text == "huecos"
+               ? std::string()
+               : dbase::inQuotes(text) + " no se conoce; no, extremos o huecos";
+}
+
 /// Adds a subcommand whose options, kept alive with it, are passed to a function.
 template<typename Options>
 CLI::App& addCommand(CLI::App& app, Command& chosen, const char* name, const char* description,
@@ -191,6 +202,37 @@ void defineOverview(CLI::App& app, Command& chosen) {
         "entiende.");
 }
 
+void defineDirectoryLoad(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<DirectoryLoadOptions>();
+    CLI::App& command = addCommand(app, chosen, "cargar", "Llena MUNICIPI y POSTAL con el callejero oficial",
+                                   options, callejeroCargar);
+    requireText(command, "DIR", options->folder, "Carpeta de las tablas; se crean si no hay");
+    offerText(command, "--tramos", options->stretches, "F", "Fichero de tramos (TRAM), suelto o en un ZIP")
+        ->required();
+    offerText(command, "--vias", options->streets, "F", "Fichero de vías (VIAS)")->required();
+    offerText(command, "--seudovias", options->pseudoStreets, "F",
+              "Fichero de seudovías (PSEU); sin él, sus tramos no se cargan");
+    offerText(command, "--unidades", options->units, "F", "Fichero de unidades de población (UP)");
+    offerText(command, "--municipios", options->municipalities, "F.csv",
+              "CSV con las columnas COD_INE (o CPRO y CMUN) y NOMBRE");
+    command.add_option("--provincia", options->provinces, "Sólo esta provincia, de 01 a 52; puede repetirse")
+        ->type_name("PP")
+        ->check(isProvince)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->expected(1);
+    offerText(command, "--abrir-rangos", options->opening, "C",
+              "no, extremos o huecos; si no se da, extremos")
+        ->check(isOpening);
+    command.add_flag("--simular", options->isTrial, "No cambia nada; escribe lo que vendría, por municipios");
+    command.footer(
+        "POSTAL ha de estar vacía. Si también lo está MUNICIPI, se llena; para eso hace falta --unidades o "
+        "--municipios.\nCon «extremos», una vía de un solo código tiene todos los números, y los tramos "
+        "primero y "
+        "último de las demás\nllegan hasta el 1 y el 9999; con «huecos» se reparten además los números entre "
+        "dos "
+        "códigos.");
+}
+
 /// Orders of the official street directory, under one name.
 void defineDirectory(CLI::App& app, Command& chosen) {
     CLI::App* command =
@@ -199,6 +241,7 @@ void defineDirectory(CLI::App& app, Command& chosen) {
     addHelpOption(*command);
     command->require_subcommand(1);
     defineOverview(*command, chosen);
+    defineDirectoryLoad(*command, chosen);
 }
 
 /// The options for a table; `forFiles` are those that have no sense for one.

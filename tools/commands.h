@@ -58,6 +58,15 @@ struct OverviewOptions {
     std::vector<std::string> files; // of the official street directory, packed or not
 };
 
+struct DirectoryLoadOptions {
+    std::string folder;
+    std::string stretches, streets, pseudoStreets, units,
+        municipalities;                 // files; the last three may be empty
+    std::vector<std::string> provinces; // 01 to 52; none: all
+    std::string opening = "extremos";   // of ranges: no, extremos, huecos
+    bool isTrial = false;
+};
+
 struct FolderOptions {
     std::string folder;
 };
@@ -104,6 +113,7 @@ struct TablesOptions {
 [[nodiscard]] ExitCode reindexar(const TablesOptions& options);
 [[nodiscard]] ExitCode compactar(const TablesOptions& options);
 [[nodiscard]] ExitCode deshacer(const UndoOptions& options);
+[[nodiscard]] ExitCode callejeroCargar(const DirectoryLoadOptions& options);
 [[nodiscard]] ExitCode callejeroVer(const OverviewOptions& options);
 [[nodiscard]] ExitCode candados(const FolderOptions& options);
 

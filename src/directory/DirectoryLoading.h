@@ -1,0 +1,57 @@
+// An edition of the official directory into postal tables that have no rows yet.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "dbase/table/table_definition.h"
+#include "directory/Edition.h"
+
+namespace ambrel::directory {
+
+/// PROCEDEN, the table beside POSTAL that tells where its rows come from.
+[[nodiscard]] dbase::TableDefinition provenanceTable();
+
+/// What a load would store, or has stored.
+struct LoadSummary {
+    std::uint64_t municipalityRows = 0; // 0 where MUNICIPI has its rows already
+    std::uint64_t streetRows = 0;
+    std::map<PlaceCode, std::pair<std::string, std::uint64_t>> byMunicipality; // name, and rows of POSTAL
+    std::map<std::string, std::uint64_t, std::less<>> unknownTypes;            // abbreviations, Windows-1252
+    std::uint64_t shortenedNames = 0, openedRows = 0;
+    std::uint64_t notInMunicipi = 0; // municipalities with streets that the MUNICIPI of the folder lacks
+};
+
+/// Called with what is being done and the share of it; below 0 where that is not known.
+using LoadingProgress = std::function<void(const std::string& task, double share)>;
+
+/// Loads an edition. POSTAL must be empty; MUNICIPI is filled if it is, and else gives the municipalities'
+/// names.
+class DirectoryLoading {
+public:
+    /// `database`: of the tables, which exist. Errors: loading::Failure if POSTAL has rows, dbase::Error.
+    DirectoryLoading(const std::string& database, const std::string& folder);
+
+    /// Sets what is to be stored. Errors: loading::Failure if MUNICIPI is empty and nothing names
+    /// municipalities.
+    void take(std::unique_ptr<Edition> edition);
+    [[nodiscard]] const Edition& edition() const { return *edition_; }
+    /// What would be stored; changes nothing.
+    [[nodiscard]] LoadSummary simulate(RangeOpening opening);
+    /// Stores it. MUNICIPI, PROCEDEN and POSTAL are each exchanged whole, POSTAL last: a load that ends
+    /// before leaves it empty, and can be repeated. Errors: dbase::Error, if a station has one of them open
+    /// before anything is changed.
+    LoadSummary store(RangeOpening opening, const LoadingProgress& progress = {});
+
+private:
+    [[nodiscard]] LoadSummary visit(RangeOpening opening, const std::function<void(const StreetRow&)>& use);
+
+    std::string database_, folder_;
+    std::vector<StreetTypeRow> types_;
+    std::map<PlaceCode, std::string> known_; // of MUNICIPI, if it has rows
+    std::unique_ptr<Edition> edition_;
+};
+
+} // namespace ambrel::directory

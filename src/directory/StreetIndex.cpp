@@ -1,0 +1,30 @@
+// Keeps and finds the names of streets.
+#include "directory/StreetIndex.h"
+
+#include <algorithm>
+
+namespace ambrel::directory {
+
+void StreetIndex::add(StreetId id, std::string_view type, std::string_view name) {
+    const auto [known, isNew] =
+        typeNumbers_.try_emplace(std::string(type), static_cast<std::uint32_t>(types_.size()));
+    if (isNew) {
+        types_.emplace_back(type);
+    }
+    entries_.push_back({id, known->second, static_cast<std::uint32_t>(names_.size()),
+                        static_cast<std::uint8_t>(name.size())});
+    names_ += name;
+}
+
+void StreetIndex::finish() {
+    if (!std::ranges::is_sorted(entries_, {}, &Entry::id)) {
+        std::ranges::stable_sort(entries_, {}, &Entry::id);
+    }
+}
+
+const StreetIndex::Entry* StreetIndex::find(StreetId id) const {
+    const auto found = std::ranges::lower_bound(entries_, id, {}, &Entry::id);
+    return found != entries_.end() && found->id == id ? &*found : nullptr;
+}
+
+} // namespace ambrel::directory

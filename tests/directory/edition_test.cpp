@@ -1,0 +1,185 @@
+// Whole editions made into rows.
+#include "directory/Edition.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+
+#include "support/TemporaryFolder.h"
+#include "tools/edition/OfficialEdition.h"
+
+namespace ambrel::directory {
+namespace {
+
+/// What is known of a stored row.
+struct Kept {
+    std::uint32_t key;
+    OfficialKey official;
+    std::string type, name, municipality;
+    JoinedStretch stretch;
+};
+
+class EditionTest : public ::testing::Test {
+protected:
+    EditionFiles write(const std::vector<edition::Place>& places, const edition::Options& options) {
+        const edition::Files files = edition::writeEdition(folder.path(), places, options);
+        return {files.stretches, files.streets, files.pseudoStreets, files.units, files.municipalities, {}};
+    }
+    static std::vector<Kept> rowsOf(Edition& read, RangeOpening opening) {
+        std::vector<Kept> rows;
+        StreetTypeCodes types({{"CL", "CALLE", "CARRER"}, {"AV", "AVENIDA", "AVINGUDA"}});
+        StreetKeys keys;
+        read.forEachRow(opening, types, keys, [&](const StreetRow& row) {
+            rows.push_back({row.key, row.official, std::string(row.type), std::string(row.name),
+                            std::string(row.municipality), *row.stretch});
+        });
+        return rows;
+    }
+    TemporaryFolder folder;
+};
+
+TEST_F(EditionTest, EveryObservedNumberKeepsTheCodeThatTheOfficeGivesIt) {
+    const auto places = edition::inventedPlaces(104);
+    const edition::Options options{.stretches = 8000};
+    Edition read(write(places, options));
+    EXPECT_EQ(read.date(), "2025-06-30");
+    for (const RangeOpening opening : {RangeOpening::None, RangeOpening::Ends, RangeOpening::Gaps}) {
+        std::map<StreetId, std::vector<JoinedStretch>> byStreet;
+        std::set<std::uint32_t> keys;
+        for (const Kept& row : rowsOf(read, opening)) {
+            byStreet[streetId(row.official.place, row.official.isPseudo, row.official.street)].push_back(
+                row.stretch);
+            EXPECT_TRUE(keys.insert(row.key).second) << "a key given twice";
+            EXPECT_LT(row.key, 99000000U);
+            EXPECT_LE(row.name.size(), 45U);
+            EXPECT_FALSE(row.name.empty());
+            EXPECT_FALSE(row.municipality.empty());
+        }
+        std::size_t checked = 0;
+        edition::forEachStreet(places, options, [&](const edition::Street& street) {
+            for (const edition::Side& side : street.sides) {
+                const auto& rows = byStreet[streetId(street.place->code, street.isPseudo, street.key)];
+                const std::size_t at = side.numbering == '2' ? 2 : 0;
+                const bool isThere = std::ranges::any_of(rows, [&](const JoinedStretch& row) {
+                    return row.postalCode == side.postalCode &&
+                           (side.numbering == '0' ||
+                            (row.bounds[at] <= side.first && side.last <= row.bounds[at + 1]));
+                });
+                EXPECT_TRUE(isThere) << street.name << ' ' << side.first;
+                ++checked;
+            }
+        });
+        EXPECT_GT(checked, 5000U);
+    }
+}
+
+TEST_F(EditionTest, StreetsOfDifferentNamesNeverBecomeOne) {
+    const auto places = edition::inventedPlaces(3); // large ones, with many long names
+    const edition::Options options{.stretches = 9000};
+    Edition read(write(places, options));
+    std::map<std::pair<PlaceCode, std::string>, std::set<StreetId>> byName;
+    for (const Kept& row : rowsOf(read, RangeOpening::Ends)) {
+        byName[{row.official.place, row.name}].insert(
+            streetId(row.official.place, row.official.isPseudo, row.official.street));
+    }
+    std::map<StreetId, std::string> whole;
+    edition::forEachStreet(places, options, [&](const edition::Street& street) {
+        whole[streetId(street.place->code, street.isPseudo, street.key)] =
+            street.isListed ? street.name : street.name.substr(0, 25);
+    });
+    std::size_t longNames = 0;
+    for (const auto& [name, ids] : byName) {
+        for (const StreetId id : ids) {
+            EXPECT_TRUE(whole[id] == whole[*ids.begin()])
+                << name.second << ": " << whole[id] << ", " << whole[*ids.begin()];
+            longNames += whole[id].size() > 45 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(longNames, 5U);
+}
+
+TEST_F(EditionTest, BothLayoutsAndAllWaysOfWritingLinesGiveTheSameRows) {
+    const auto places = edition::inventedPlaces(52);
+    std::vector<std::string> rows;
+    for (const edition::Options& options :
+         {edition::Options{.stretches = 2000}, edition::Options{.stretches = 2000, .repeatsName = false},
+          edition::Options{.stretches = 2000, .cutsBlanks = true},
+          edition::Options{.stretches = 2000, .hasMoreColumns = true}}) {
+        Edition read(write(places, options));
+        std::string all;
+        for (const Kept& row : rowsOf(read, RangeOpening::Ends)) {
+            all +=
+                std::to_string(row.key) + row.official.text() + row.type + row.name + row.municipality + '\n';
+        }
+        rows.push_back(all);
+    }
+    EXPECT_GT(rows[0].size(), 10000U);
+    EXPECT_EQ(rows[1], rows[0]);
+    EXPECT_EQ(rows[2], rows[0]);
+    EXPECT_EQ(rows[3], rows[0]);
+}
+
+TEST_F(EditionTest, OnlyTheProvincesAskedForAreRead) {
+    EditionFiles files = write(edition::inventedPlaces(104), {.stretches = 2000});
+    files.provinces = {9, 28};
+    Edition read(files);
+    std::set<unsigned> provinces;
+    for (const Kept& row : rowsOf(read, RangeOpening::None)) {
+        provinces.insert(row.official.place / 1000);
+    }
+    EXPECT_EQ(provinces, (std::set<unsigned>{9, 28}));
+    for (const PlaceRow& row : read.places().rows()) {
+        EXPECT_TRUE(row.place / 1000 == 9 || row.place / 1000 == 28);
+    }
+}
+
+TEST_F(EditionTest, WithoutTheirFilePseudoStreetsAreLeftOutAndCounted) {
+    EditionFiles files = write(edition::inventedPlaces(10), {.stretches = 1000});
+    files.pseudoStreets.clear();
+    Edition read(files);
+    EXPECT_GT(read.notes().ofPseudoStreets, 10U);
+    for (const Kept& row : rowsOf(read, RangeOpening::None)) {
+        EXPECT_FALSE(row.official.isPseudo);
+    }
+}
+
+TEST_F(EditionTest, AStreetThatIsNotListedTakesTheNameOfItsStretches) {
+    const auto places = edition::inventedPlaces(3);
+    const edition::Options options{.stretches = 9000};
+    Edition read(write(places, options));
+    const auto rows = rowsOf(read, RangeOpening::None);
+    std::size_t checked = 0;
+    edition::forEachStreet(places, options, [&](const edition::Street& street) {
+        if (street.isListed || street.isPseudo || street.sides.empty()) {
+            return;
+        }
+        const auto found = std::ranges::find_if(rows, [&](const Kept& row) {
+            return row.official.place == street.place->code && !row.official.isPseudo &&
+                   row.official.street == street.key;
+        });
+        ASSERT_NE(found, rows.end());
+        std::string shortName = street.name.substr(0, 25);
+        shortName.resize(shortName.find_last_not_of(' ') + 1);
+        EXPECT_EQ(found->name, shortName);
+        ++checked;
+    });
+    EXPECT_GT(checked, 0U);
+    EXPECT_EQ(read.notes().streetsWithoutName, checked);
+}
+
+TEST_F(EditionTest, TooManyBadLinesEndItAndAFewDoNot) {
+    Edition read(write(edition::inventedPlaces(10), {.stretches = 3000, .badEvery = 150}));
+    EXPECT_FALSE(read.notes().badLines.empty());
+    EXPECT_FALSE(rowsOf(read, RangeOpening::None).empty());
+    const EditionFiles worse = write(edition::inventedPlaces(10), {.stretches = 3000, .badEvery = 50});
+    try {
+        const Edition refused(worse);
+        FAIL();
+    } catch (const loading::Failure& failure) {
+        EXPECT_NE(std::string(failure.what()).find("más de una línea de cada cien"), std::string::npos);
+    }
+}
+
+} // namespace
+} // namespace ambrel::directory
