@@ -5,12 +5,12 @@
 #include <QApplication>
 #include <QCursor>
 #include <QKeyEvent>
-#include <QWindow>
 #include <algorithm>
 #include <utility>
 
 #include "form/SecondClick.h"
 #include "form/SuggestionView.h"
+#include "form/UnderBox.h"
 #include "services/EventGuard.h"
 
 namespace ambrel {
@@ -197,8 +197,18 @@ bool SuggestionList::eventFilter(QObject* watched, QEvent* event) {
     if (watched == box_) {
         return filterBox(*event);
     }
-    if (isOpen() && isElsewhere(*watched, *event)) {
+    if (!isOpen()) {
+        return false;
+    }
+    switch (elsewhereEvent(*box_, *view_, *watched, *event)) {
+    case ElsewhereEvent::None:
+        break;
+    case ElsewhereEvent::Moved:
+        view_->showAt(*box_);
+        break;
+    case ElsewhereEvent::Left:
         close();
+        break;
     }
     return false;
 }
@@ -316,31 +326,6 @@ bool SuggestionList::openByKey() {
     }
     ask(Occasion::Asked);
     return isOpen() || later_.isActive();
-}
-
-/// Whether an event anywhere in the application means that the user goes on elsewhere.
-bool SuggestionList::isElsewhere(const QObject& watched, const QEvent& event) {
-    const QWidget* const window = box_->window();
-    const bool isWindow = &watched == window;
-    switch (event.type()) {
-    case QEvent::MouseButtonPress:
-        return watched.isWidgetType() && &watched != view_ &&
-               !view_->isAncestorOf(static_cast<const QWidget*>(&watched));
-    case QEvent::Move:
-    case QEvent::Resize:
-        if (!isWindow && watched.isWidgetType() && static_cast<const QWidget&>(watched).isAncestorOf(box_)) {
-            view_->showAt(*box_); // something in which the box lies was scrolled
-        }
-        return isWindow;
-    case QEvent::Hide:
-    case QEvent::WindowDeactivate:
-    case QEvent::WindowStateChange:
-        return isWindow;
-    case QEvent::WindowBlocked:
-        return isWindow || &watched == window->windowHandle();
-    default:
-        return false;
-    }
 }
 
 void replaceText(QLineEdit& box, const QString& text) {

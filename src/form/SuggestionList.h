@@ -82,7 +82,6 @@ private:
     bool filterKey(const QKeyEvent& event);
     void useKey(int key);
     bool openByKey();
-    [[nodiscard]] bool isElsewhere(const QObject& watched, const QEvent& event);
 
     QLineEdit* box_; // owns this list
     Source source_;
