@@ -41,6 +41,7 @@ AddressForm::AddressForm(QWidget* parent) : QWidget(parent), grid_(new QGridLayo
     new ambrel::TypingRules(address.number, 6, ambrel::Capitals::No); // the width of the customers' column
     boxes_.floor = addBox({"EPiso", tr("P&iso"), true, Kind::FreeText}, {3, 3, 4});
     new ambrel::TypingRules(boxes_.floor, 10, ambrel::Capitals::No);
+    address.rest = boxes_.floor;
     address.postalCode = addBox({"ECodPostal", tr("Código p&ostal"), true, Kind::Checked}, {3, 7, 5});
     grid_->setRowStretch(4, 1);
 }

@@ -4,6 +4,7 @@
 #include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QTest>
@@ -187,6 +188,16 @@ Actions Input::type(const QString& name, const QString& text) const {
         keys.push_back(strokeOf(character));
     }
     Actions actions = strokes(name, keys);
+    actions.insert(actions.begin(), mustTakeText(name));
+    return actions;
+}
+
+Actions Input::paste(const QString& name, const QString& text) const {
+    Actions actions = strokes(name, {keyStroke(QStringLiteral("Ctrl+V")).value_or(KeyStroke{})});
+    actions.insert(actions.begin(), [text] {
+        QGuiApplication::clipboard()->setText(text);
+        return Outcome::done();
+    });
     actions.insert(actions.begin(), mustTakeText(name));
     return actions;
 }

@@ -14,6 +14,8 @@ public:
 
     /// Types a text at the caret.
     [[nodiscard]] Actions type(const QString& object, const QString& text) const;
+    /// Pastes a text at the caret, from the clipboard and by keys.
+    [[nodiscard]] Actions paste(const QString& object, const QString& text) const;
     /// Selects all and deletes it.
     [[nodiscard]] Actions clear(const QString& object) const;
     [[nodiscard]] Actions key(const QString& object, const KeyStroke& key) const;

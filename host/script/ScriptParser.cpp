@@ -24,7 +24,7 @@ constexpr std::array words{
     Word{"elige", Verb::Choose, Form::ObjectAndText}, Word{"medida", Verb::Resize, Form::Text},
     Word{"responde", Verb::Answer, Form::Text},       Word{"muestra", Verb::Show, Form::Object},
     Word{"ventana", Verb::Window, Form::Nothing},     Word{"mensajes", Verb::Messages, Form::Nothing},
-    Word{"captura", Verb::Capture, Form::Text},
+    Word{"captura", Verb::Capture, Form::Text},       Word{"pega", Verb::Paste, Form::ObjectAndText},
 };
 
 const Word* findWord(const QString& name) {
@@ -104,7 +104,7 @@ QString readStep(Step& step) {
         step.object = takeWord(rest);
     }
     // Only typed text keeps its outer blanks.
-    step.argument = step.verb == Verb::Type ? rest : rest.trimmed();
+    step.argument = step.verb == Verb::Type || step.verb == Verb::Paste ? rest : rest.trimmed();
     return reasonAgainst(step, word->form);
 }
 

@@ -7,6 +7,7 @@ namespace host::script {
 
 enum class Verb {
     Type,
+    Paste,
     Clear,
     Key,
     Click,

@@ -76,6 +76,8 @@ Actions StepActions::of(const Step& step) const {
     switch (step.verb) {
     case Verb::Type:
         return input_.type(step.object, step.argument);
+    case Verb::Paste:
+        return input_.paste(step.object, step.argument);
     case Verb::Clear:
         return input_.clear(step.object);
     case Verb::Key:

@@ -15,8 +15,10 @@
 #include "dialogs/common/EditMenu.h"
 #include "dialogs/common/TypingRules.h"
 #include "form/AddressLists.h"
+#include "form/AddressOffers.h"
 #include "form/AddressSuggestions.h"
 #include "form/AddressValidation.h"
+#include "form/PasteOffer.h"
 #include "form/RecordBinding.h"
 #include "form/SuggestionList.h"
 #include "services/EventGuard.h"
@@ -60,6 +62,7 @@ struct AddressBoxes::Events {
     std::vector<QPointer<QObject>> helpers;
     QPointer<KeyUpEvents> municipalityKeys, streetKeys;
     std::vector<QPointer<SuggestionList>> lists; // among the helpers
+    std::vector<QPointer<PasteOffer>> offers;    // likewise
 
     Events() = default;
     Events(const Events&) = delete;
@@ -99,6 +102,7 @@ void AddressBoxes::wire(const Boxes& boxes, TClassCodPostales& controller) {
         std::make_unique<AddressValidation>(boxes, controller, [this](Box box) { Q_EMIT stateChanged(box); });
     lists_ = std::make_unique<AddressLists>(*validation_);
     suggestions_ = std::make_unique<AddressSuggestions>(*validation_);
+    offers_ = std::make_unique<AddressOffers>(*validation_);
     events_ = std::make_unique<Events>();
     for (const Typing& typing : typings) {
         if (QLineEdit* edit = boxes.at(typing.box)) {
@@ -109,6 +113,9 @@ void AddressBoxes::wire(const Boxes& boxes, TClassCodPostales& controller) {
             }
             if (typing.completes) {
                 suggest(*edit, typing.box);
+                if (boxes.street) {
+                    offerPasted(*edit, typing.box);
+                }
             }
             if (typing.hasList) {
                 auto* f4 = new QShortcut(Qt::Key_F4, edit, nullptr, nullptr, Qt::WidgetShortcut);
@@ -143,11 +150,34 @@ void AddressBoxes::suggest(QLineEdit& edit, Box box) {
     auto* list = new SuggestionList(
         &edit,
         [this, box](const QString& text, SuggestionList::Occasion occasion) {
-            return suggestions_->rows(box, text, occasion);
+            const bool isOffered = std::ranges::any_of(
+                events_->offers, [](const auto& offer) { return offer && offer->isOpen(); });
+            return isOffered ? SuggestionList::Rows() : suggestions_->rows(box, text, occasion);
         },
         [this, box](const SuggestionRow& row) { suggestions_->take(box, row); });
     events_->helpers.emplace_back(list);
     events_->lists.emplace_back(list);
+}
+
+void AddressBoxes::offerPasted(QLineEdit& edit, Box box) {
+    auto* offer = new PasteOffer(
+        &edit, [this, box](const QString& text) { return offers_->offer(box, text); },
+        [this, box] {
+            if (offers_->take(box)) {
+                Q_EMIT addressTaken();
+            }
+        });
+    events_->helpers.emplace_back(offer);
+    events_->offers.emplace_back(offer);
+}
+
+void AddressBoxes::setPasteOffers(bool areWanted) { offers_->enable(areWanted); }
+
+bool AddressBoxes::take(const JudgedAddress& judged) {
+    bool isTaken = false;
+    closeWindowsUnderBoxes();
+    runGuarded([&] { isTaken = offers_->take(judged); });
+    return isTaken;
 }
 
 void AddressBoxes::setSuggestions(std::shared_ptr<Suggestions> suggestions) {
@@ -194,12 +224,22 @@ void AddressBoxes::settle() {
     }
 }
 
-void AddressBoxes::takeStored() {
+/// They are about the address that was there before.
+void AddressBoxes::closeWindowsUnderBoxes() {
     for (const auto& list : events_->lists) {
         if (list) {
-            list->close(); // it suggests for the address that was there before
+            list->close();
         }
     }
+    for (const auto& offer : events_->offers) {
+        if (offer) {
+            offer->close();
+        }
+    }
+}
+
+void AddressBoxes::takeStored() {
+    closeWindowsUnderBoxes();
     runGuarded([this] { validation_->takeStored(); });
 }
 

@@ -1,12 +1,15 @@
-// Taking suggestions into the boxes of an address.
+// Taking suggestions and whole addresses into the boxes of an address.
 #include <QLineEdit>
 #include <QScopedValueRollback>
 #include <algorithm>
 
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
+#include "form/AddressOffer.h"
 #include "form/AddressValidation.h"
 #include "form/SuggestionList.h"
+#include "form/TypedText.h"
+#include "services/TagProperty.h"
 #include "services/Text.h"
 #include "suggest/Suggestions.h"
 
@@ -75,6 +78,63 @@ void AddressValidation::take(const SuggestedStreet& chosen) {
     replace(Box::Street, fromWindows1252(chosen.name));
     takeStreet();
     endStep(Box::Street);
+}
+
+/// Every box gets its part or nothing: what is left of another address would make a wrong one. The look-ups
+/// are those of leaving the boxes, so that the states are the same; their questions wait until the user
+/// leaves a box whose text is unknown.
+bool AddressValidation::take(const AddressOffer& offer, Box box) {
+    if (!beginEdit()) {
+        return false;
+    }
+    beginStep(box);
+    isChanged_.fill(false);
+    isTried_.fill(false);
+    municipality_.reset();
+    streetMunicipality_.clear();
+    isNameShared_ = false;
+    setTag(*boxes_.municipality, 0);
+    QString name = offer.municipality;
+    if (const auto known = directory_.municipality(offer.judged.ineCode)) {
+        adopt(*known, offer.judged.municipality);
+        if (municipality_) {
+            streetMunicipality_ = fromWindows1252(known->ineCode);
+            name = fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view());
+        }
+    } else {
+        isNameShared_ = directory_.municipalitiesNamed(bytesOf(name)).size() > 1;
+    }
+    for (std::size_t one = 0; one < seen_.size(); ++one) {
+        const auto which = static_cast<Box>(one);
+        const QString text = which == Box::Municipality ? name : offer.text(which);
+        which == box ? replace(which, text) : show(which, text);
+    }
+    if (boxes_.rest) {
+        boxes_.rest->setText(offer.rest);
+    }
+    isProvinceTyped_ = !municipality_ && !offer.province.isEmpty();
+    isCodeTyped_ = !offer.postalCode.isEmpty();
+    isTypeKnown_ = isStreetType(bytesOf(text(Box::StreetType)));
+    lookUpStreet(Writing::Nothing);
+    for (const Box which : {Box::Municipality, Box::Street}) {
+        if (boxes_.at(which) && tagOf(*boxes_.at(which)) == 0 && !text(which).isEmpty()) {
+            isChanged_[index(which)] = isTried_[index(which)] = true;
+        }
+    }
+    endStep(box);
+    refreshStates();
+    endUnchangedEdit();
+    return true;
+}
+
+bool AddressValidation::isMunicipality(const QString& name) {
+    const auto bytes = normalized(name);
+    return bytes && !directory_.municipalitiesNamed(*bytes).empty();
+}
+
+bool AddressValidation::isStreet(const QString& name) {
+    const auto bytes = normalized(name);
+    return bytes && municipality_ && !directory_.stretches(*municipality_, *bytes).empty();
 }
 
 } // namespace ambrel

@@ -70,7 +70,7 @@ AddressValidation::Status AddressValidation::municipalityStatus() const {
     if (municipality_ || isCompleted) {
         return {State::Validated, {}};
     }
-    if (isChanged_[index(Box::Municipality)]) {
+    if (isUnchecked(Box::Municipality)) {
         return {State::NotValidated, unchecked()};
     }
     return {State::NotValidated,
@@ -98,7 +98,7 @@ AddressValidation::Status AddressValidation::provinceStatus() const {
 }
 
 AddressValidation::Status AddressValidation::streetTypeStatus() const {
-    if (isChanged_[index(Box::StreetType)]) {
+    if (isUnchecked(Box::StreetType)) {
         return {State::NotValidated, unchecked()};
     }
     if (!isTypeKnown_) {
@@ -129,7 +129,7 @@ AddressValidation::Status AddressValidation::streetStatus() const {
     if (tagOf(*boxes_.street) != 0) {
         return {State::Validated, {}};
     }
-    if (isChanged_[index(Box::Street)]) {
+    if (isUnchecked(Box::Street)) {
         return {State::NotValidated, unchecked()};
     }
     return {State::NotValidated, QStringLiteral("El municipio no tiene esta vía en las tablas.")};

@@ -25,7 +25,11 @@ AddressSnapshot AddressValidation::snapshot() const {
             now.texts[box] = edit->text();
         }
     }
+    if (boxes_.rest) {
+        now.rest = boxes_.rest->text();
+    }
     now.isChanged = isChanged_;
+    now.isTried = isTried_;
     now.municipality = municipality_;
     now.municipalityRow = municipalityRow_;
     now.streetMunicipality = streetMunicipality_;
@@ -77,6 +81,7 @@ void AddressValidation::restore(Box box, const AddressSnapshot& from, const Addr
         }
         show(which, to.texts[other]);
         isChanged_[other] = to.isChanged[other];
+        isTried_[other] = to.isTried[other];
         switch (which) {
         case Box::Province:
             isProvinceTyped_ = to.isProvinceTyped;
@@ -91,16 +96,21 @@ void AddressValidation::restore(Box box, const AddressSnapshot& from, const Addr
             break;
         }
     }
+    if (boxes_.rest && boxes_.rest->text() == from.rest) {
+        boxes_.rest->setText(to.rest);
+    }
     if (hasMunicipality && boxes_.municipality->text() == to.texts[index(Box::Municipality)]) {
         municipality_ = to.municipality;
         municipalityRow_ = to.municipalityRow;
         streetMunicipality_ = to.streetMunicipality;
         isNameShared_ = to.isNameShared;
         isChanged_[index(Box::Municipality)] = to.isChanged[index(Box::Municipality)];
+        isTried_[index(Box::Municipality)] = to.isTried[index(Box::Municipality)];
         setTag(*boxes_.municipality, municipality_ ? Cad_Int(municipality_->ineCode) : 0);
     }
     if (boxes_.street && boxes_.street->text() == to.texts[index(Box::Street)]) {
         isChanged_[index(Box::Street)] = to.isChanged[index(Box::Street)];
+        isTried_[index(Box::Street)] = to.isTried[index(Box::Street)];
         setTag(*boxes_.street, to.streetTag);
         if (to.streetTag != 0 && !isChanged_[index(Box::Street)]) {
             return lookUpAgain();

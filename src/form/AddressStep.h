@@ -13,7 +13,8 @@ namespace ambrel {
 /// The boxes at one moment, and what was known of their texts. Not installed: internal to AddressBoxes.
 struct AddressSnapshot {
     std::array<QString, 6> texts;
-    std::array<bool, 6> isChanged{};
+    QString rest;
+    std::array<bool, 6> isChanged{}, isTried{};
     std::optional<Municipality> municipality;
     dbase::Bookmark municipalityRow;
     QString streetMunicipality;

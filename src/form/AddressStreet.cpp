@@ -42,6 +42,7 @@ void AddressValidation::forgetStreet() {
     if (boxes_.street) {
         setTag(*boxes_.street, 0);
         isChanged_[index(Box::Street)] = !text(Box::Street).isEmpty();
+        isTried_[index(Box::Street)] = false;
     }
 }
 

@@ -104,6 +104,7 @@ void AddressValidation::changed(Box box) {
 
 void AddressValidation::edited(Box box) {
     isChanged_[index(box)] = true;
+    isTried_[index(box)] = false;
     setTag(*boxes_.at(box), 0);
     switch (box) {
     case Box::Municipality:
@@ -328,6 +329,7 @@ void AddressValidation::take(Box box, const QString& chosen) {
 
 void AddressValidation::takeStored() {
     isChanged_.fill(false);
+    isTried_.fill(false);
     noteTexts();
     isProvinceTyped_ = isCodeTyped_ = isNameShared_ = isTypeKnown_ = false;
     steps_.fill(std::nullopt);

@@ -17,6 +17,7 @@ class TClassCodPostales;
 
 namespace ambrel {
 
+struct AddressOffer;
 struct SuggestedMunicipality;
 struct SuggestedStreet;
 
@@ -60,6 +61,9 @@ public:
     /// Takes a suggestion, whose texts Ctrl+Z undoes; nothing if its row is gone.
     void take(const SuggestedMunicipality& chosen);
     void take(const SuggestedStreet& chosen);
+    /// Takes a whole address as if its parts had been typed and left, without asking; Ctrl+Z in the given box
+    /// undoes it. False if another user holds the host's row.
+    bool take(const AddressOffer& offer, Box box);
 
     /// Looks up a stored address.
     void takeStored();
@@ -69,6 +73,9 @@ public:
     void goToMunicipality();
     /// Moves POSTAL, in street order, to the address's stretch, or near its street.
     void goToStreet();
+    /// Whether a text is the name of a municipality, or of a street of the one in the form.
+    [[nodiscard]] bool isMunicipality(const QString& name);
+    [[nodiscard]] bool isStreet(const QString& name);
     [[nodiscard]] bool isStreetKnown() const { return !stretches_.empty(); }
 
 private:
@@ -93,6 +100,7 @@ private:
     void followStep(Box box);
     void restore(Box box, const AddressSnapshot& from, const AddressSnapshot& to);
     void look(Box box);
+    [[nodiscard]] bool isUnchecked(Box box) const { return isChanged_[index(box)] && !isTried_[index(box)]; }
     bool beginEdit();
     void endUnchangedEdit();
 
@@ -145,6 +153,7 @@ private:
     bool isTypeKnown_ = false;
     bool isProvinceTyped_ = false, isCodeTyped_ = false; // by the user, since the program last wrote it
     std::array<bool, 6> isChanged_{};                    // not by us, and not looked up yet
+    std::array<bool, 6> isTried_{};                      // looked up, but nobody has been asked about it
     std::array<QString, 6> seen_{};                      // texts whose change has been processed
     bool isWriting_ = false;                             // we are writing a text to a box
     std::array<Status, 6> states_{};

@@ -36,12 +36,13 @@ TEST(ScriptParser, ABlankAloneCanBeTyped) {
 
 TEST(ScriptParser, ReadsEveryVerb) {
     const std::pair<const char*, Verb> lines[] = {
-        {"vacia EVia", Verb::Clear},         {"tecla EVia Shift+Tab", Verb::Key},
-        {"pulsa BBNuevo", Verb::Click},      {"pulsa2 DBG", Verb::DoubleClick},
-        {"elige CB LA RIOJA", Verb::Choose}, {"responde si", Verb::Answer},
-        {"muestra EVia", Verb::Show},        {"ventana", Verb::Window},
-        {"mensajes", Verb::Messages},        {"captura a b.png", Verb::Capture},
-        {"titulo DBG 2", Verb::ClickTitle},  {"medida 640x480", Verb::Resize}};
+        {"pega EVia a, b", Verb::Paste},     {"vacia EVia", Verb::Clear},
+        {"tecla EVia Shift+Tab", Verb::Key}, {"pulsa BBNuevo", Verb::Click},
+        {"pulsa2 DBG", Verb::DoubleClick},   {"elige CB LA RIOJA", Verb::Choose},
+        {"responde si", Verb::Answer},       {"muestra EVia", Verb::Show},
+        {"ventana", Verb::Window},           {"mensajes", Verb::Messages},
+        {"captura a b.png", Verb::Capture},  {"titulo DBG 2", Verb::ClickTitle},
+        {"medida 640x480", Verb::Resize}};
     for (const auto& [line, verb] : lines) {
         EXPECT_EQ(onlyStep(QString::fromUtf8(line)).verb, verb) << line;
     }

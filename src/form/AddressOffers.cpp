@@ -1,0 +1,99 @@
+// Judges pasted texts.
+#include "form/AddressOffers.h"
+
+#include <QLineEdit>
+#include <algorithm>
+#include <array>
+
+#include "address/AddressValidator.h"
+#include "controller/ProvinceName.h"
+#include "dbase/system/error.h"
+#include "form/AddressValidation.h"
+#include "services/Text.h"
+
+namespace ambrel {
+namespace {
+
+using Box = AddressBoxes::Box;
+
+constexpr std::size_t keptNames = std::size_t{16} << 20; // pasting is rare
+
+/// Whether a text is an address rather than a name that could be taken for one: "Camino de Madrid".
+bool isWhole(const JudgedAddress& judged, const QString& text) {
+    if (judged.street.empty() || (judged.municipality.empty() && judged.postalCode.empty())) {
+        return false;
+    }
+    const bool isFound = judged.verdict >= Verdict::NumberOutside;
+    const bool hasDigits = std::ranges::any_of(text, [](QChar letter) { return letter.isDigit(); });
+    return isFound || (hasDigits && !(judged.ineCode.empty() && judged.postalCode.empty()));
+}
+
+} // namespace
+
+AddressOffers::AddressOffers(AddressValidation& validation) : validation_(validation) {}
+
+AddressOffers::~AddressOffers() = default;
+
+/// Whether the box's own look-up knows the text.
+bool AddressOffers::isName(Box box, const QString& text) const {
+    return box == Box::Municipality ? validation_.isMunicipality(text) : validation_.isStreet(text);
+}
+
+AddressOffer AddressOffers::made(const JudgedAddress& judged) {
+    AddressOffer offer = offerOf(judged, fromWindows1252(provinceName(judged.province)));
+    fitInto(offer, validation_.boxes());
+    return offer;
+}
+
+std::optional<OfferTexts> AddressOffers::offer(Box box, const QString& text) {
+    last_.reset();
+    try {
+        if (!isWanted_ || isName(box, text)) {
+            return std::nullopt;
+        }
+        if (!validator_) {
+            validator_ = std::make_unique<AddressValidator>("DB", ValidationOptions{.memory = keptNames});
+        }
+        const JudgedAddress judged = validator_->validate({.line = toNearestWindows1252(text)});
+        if (!isWhole(judged, text)) {
+            return std::nullopt;
+        }
+        last_ = made(judged);
+    } catch (const dbase::Error&) {
+        return std::nullopt; // leaving the box reports it: pasting works without the offer
+    }
+    OfferTexts texts{shownParts(*last_), remarksOn(*last_), isSettled(last_->judged.verdict)};
+    texts.remarks << remarkOnLostParts(*last_, validation_.boxes()) << replaced(box, *last_);
+    texts.remarks.removeAll(QString());
+    return texts;
+}
+
+/// What the other boxes hold and would lose.
+QString AddressOffers::replaced(Box box, const AddressOffer& offer) const {
+    constexpr std::array order{Box::Municipality, Box::Province, Box::StreetType,
+                               Box::Street,       Box::Number,   Box::PostalCode};
+    QStringList lost;
+    const auto note = [&](const QString& old, const QString& text) {
+        if (!old.isEmpty() && old != text) {
+            lost << QStringLiteral("«%1»").arg(old);
+        }
+    };
+    for (const Box one : order) {
+        if (one != box) {
+            note(validation_.text(one), offer.text(one));
+        }
+    }
+    if (const QLineEdit* const rest = validation_.boxes().rest) {
+        note(rest->text().simplified(), offer.rest);
+    }
+    return lost.isEmpty() ? QString()
+                          : QStringLiteral("Se sustituye %1.").arg(lost.join(QStringLiteral(", ")));
+}
+
+bool AddressOffers::take(Box box) { return last_ && validation_.take(*last_, box); }
+
+bool AddressOffers::take(const JudgedAddress& judged) {
+    return validation_.take(made(judged), Box::Municipality);
+}
+
+} // namespace ambrel
