@@ -32,7 +32,8 @@ void addRoutines(QMenu& menu, QMainWindow& window, dbase::Dataset& record,
 
 } // namespace
 
-void addMenus(QMainWindow& window, ambrel::AddressBoxes& address, dbase::Dataset& record) {
+void addMenus(QMainWindow& window, ambrel::AddressBoxes& address, dbase::Dataset& record,
+              const std::function<void()>& validateFile) {
     using Box = ambrel::AddressBoxes::Box;
     QMenu& listMenu = *window.menuBar()->addMenu(QMainWindow::tr("&Listas"));
     addEntry(listMenu, window, QStringLiteral("MIMunicipio"), QMainWindow::tr("&Municipio del cliente…"),
@@ -52,6 +53,9 @@ void addMenus(QMainWindow& window, ambrel::AddressBoxes& address, dbase::Dataset
     listMenu.addSeparator();
     addRoutines(listMenu, window, record, routines::streetLists());
     QMenu& utilityMenu = *window.menuBar()->addMenu(QMainWindow::tr("Utilidad&es"));
+    addEntry(utilityMenu, window, QStringLiteral("MIValidarFichero"), QMainWindow::tr("&Validar un fichero…"),
+             validateFile);
+    utilityMenu.addSeparator();
     addRoutines(utilityMenu, window, record, routines::utilities());
 }
 

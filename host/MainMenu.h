@@ -1,6 +1,8 @@
 // The menus of the host's window.
 #pragma once
 
+#include <functional>
+
 class QMainWindow;
 
 namespace ambrel {
@@ -14,7 +16,8 @@ class Dataset;
 namespace host {
 
 /// "Listas": the lists of the form's boxes, then every routine that may show a list. "Utilidades": the
-/// routines that answer without asking. The record must outlive the window.
-void addMenus(QMainWindow& window, ambrel::AddressBoxes& address, dbase::Dataset& record);
+/// routines that answer without asking, and the validation of a file. The record must outlive the window.
+void addMenus(QMainWindow& window, ambrel::AddressBoxes& address, dbase::Dataset& record,
+              const std::function<void()>& validateFile);
 
 } // namespace host

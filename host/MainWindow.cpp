@@ -18,6 +18,7 @@
 #include "host/CommandButton.h"
 #include "host/HostTable.h"
 #include "host/MainMenu.h"
+#include "host/validation/ValidationWindow.h"
 #include "package/AmbCodPostales.h"
 #include "services/EventGuard.h"
 #include "services/Mensaje.h"
@@ -49,7 +50,7 @@ MainWindow::MainWindow(const QString& database, QWidget* parent)
     setWindowTitle(tr("Ambrel — Clientes"));
     controller_->Padre = this;
     layOut();
-    addMenus(*this, *address_, table_->data);
+    addMenus(*this, *address_, table_->data, [this] { validateFile(); });
     bindBoxes(*binding_, form_->boxes(), *table_);
     wire();
     connect(binding_, &ambrel::RecordBinding::changed, this, ambrel::guarded([this] {
@@ -66,6 +67,7 @@ MainWindow::~MainWindow() {
     for (QLineEdit* box : {form_->boxes().name, form_->boxes().floor}) {
         ambrel::FocusEvents::unwatch(box);
     }
+    delete validation_; // before the tables that its run uses are closed
     delete address_;
     delete binding_;
 }
@@ -213,6 +215,33 @@ void MainWindow::undo() {
     tell(tr("Cambios descartados."));
 }
 
+void MainWindow::validateFile() {
+    if (!validation_) {
+        validation_ = new ValidationWindow;
+        connect(validation_, &ValidationWindow::addressChosen, this,
+                ambrel::guarded([this](const ambrel::JudgedAddress& address, std::uint64_t fileRow) {
+                    showInNewRow(address, fileRow);
+                }));
+    }
+    validation_->show();
+    validation_->raise();
+    validation_->activateWindow();
+}
+
+void MainWindow::showInNewRow(const ambrel::JudgedAddress& address, std::uint64_t fileRow) {
+    raise();
+    activateWindow();
+    if (!mayLeaveRow()) {
+        return;
+    }
+    dropPendingRow();
+    binding_->beginNew();
+    if (address_->take(address)) {
+        form_->boxes().address.street->setFocus();
+        tell(tr("Dirección de la fila %1 del fichero, sin guardar.").arg(fileRow));
+    }
+}
+
 bool MainWindow::mayLeaveRow() {
     address_->settle();
     return !binding_->hasChanges() || mayDiscard();
@@ -233,6 +262,9 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     bool may = true;
     ambrel::runGuarded([&] { may = mayLeaveRow(); });
     event->setAccepted(may);
+    if (may && validation_) {
+        validation_->close(); // the program ends with its last window
+    }
 }
 
 void MainWindow::showState() {

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QString>
+#include <cstdint>
 #include <memory>
 
 class QLabel;
@@ -12,12 +14,14 @@ class TClassCodPostales;
 namespace ambrel {
 class AddressBoxes;
 class RecordBinding;
+struct JudgedAddress;
 } // namespace ambrel
 
 namespace host {
 
 class AddressForm;
 class AddressPreview;
+class ValidationWindow;
 struct HostTable;
 
 class MainWindow : public QMainWindow {
@@ -46,6 +50,9 @@ private:
     void startNew();
     void save();
     void undo();
+    void validateFile();
+    /// Shows an address of a file in a new row, which only the user saves.
+    void showInNewRow(const ambrel::JudgedAddress& address, std::uint64_t fileRow);
 
     /// Settles the box being typed in; false if the user wants to keep unsaved changes.
     [[nodiscard]] bool mayLeaveRow();
@@ -65,6 +72,7 @@ private:
     QLabel* state_ = nullptr;
     QLabel* message_ = nullptr;
     QPushButton* undo_ = nullptr;
+    QPointer<ValidationWindow> validation_; // null while it is closed
 };
 
 } // namespace host

@@ -26,8 +26,12 @@ QObject* findIn(QWidget* window, const QString& name) {
 } // namespace
 
 QObject* ObjectLookup::find(const QString& name) const {
-    QObject* found = findIn(QApplication::activeModalWidget(), name);
-    return found ? found : findIn(mainWindow_, name);
+    for (QWidget* const window : {QApplication::activeModalWidget(), QApplication::activeWindow()}) {
+        if (QObject* const found = findIn(window, name)) {
+            return found;
+        }
+    }
+    return findIn(mainWindow_, name);
 }
 
 QWidget* ObjectLookup::activeWindow() const {

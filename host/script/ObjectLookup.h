@@ -12,8 +12,8 @@ class ObjectLookup {
 public:
     void setMainWindow(QWidget* window) { mainWindow_ = window; }
 
-    /// By objectName in the active modal window, then in the main window; visible objects come first. Null
-    /// when there is none.
+    /// By objectName in the active window, modal or not, then in the main one; visible objects come first.
+    /// Null when there is none.
     [[nodiscard]] QObject* find(const QString& name) const;
 
     /// The active modal window, else the active window, else the main one, which must have been set.
