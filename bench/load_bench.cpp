@@ -4,10 +4,8 @@
 #include <fstream>
 
 #include <benchmark/benchmark.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
+#include "child_run.h"
 #include "our_postal.h"
 #include "sqlite_postal.h"
 
@@ -32,34 +30,13 @@ const std::string& csvPath() {
     return path;
 }
 
-// Runs ambcp; returns its peak memory in MiB.
-double runCommand(const std::vector<std::string>& arguments) {
-    const pid_t child = fork();
-    if (child == 0) {
-        std::vector<char*> words;
-        words.push_back(const_cast<char*>(AMBCP_PATH));
-        for (const std::string& argument : arguments) {
-            words.push_back(const_cast<char*>(argument.c_str()));
-        }
-        words.push_back(nullptr);
-        execv(AMBCP_PATH, words.data());
-        _exit(127);
-    }
-    int status = 0;
-    rusage usage{};
-    if (wait4(child, &status, 0, &usage) != child || status != 0) {
-        throw std::runtime_error("ambcp " + arguments.front());
-    }
-    return static_cast<double>(usage.ru_maxrss) / 1024;
-}
-
 void loadOurCsv(benchmark::State& state) {
     const std::string folder = workFolder + "/cargar";
-    runCommand({"crear", folder, "--forzar"});
+    runAmbcp({"crear", folder, "--forzar"});
     csvPath();
     double memory = 0;
     for (auto _ : state) {
-        memory = runCommand({"cargar", folder, "POSTAL", csvPath(), "--reemplazar"});
+        memory = runAmbcp({"cargar", folder, "POSTAL", csvPath(), "--reemplazar"});
     }
     state.counters["MiB"] = memory;
 }
@@ -67,7 +44,7 @@ void loadOurCsv(benchmark::State& state) {
 void reindexOurs(benchmark::State& state) {
     double memory = 0;
     for (auto _ : state) {
-        memory = runCommand({"reindexar", workFolder + "/cargar", "POSTAL"});
+        memory = runAmbcp({"reindexar", workFolder + "/cargar", "POSTAL"});
     }
     state.counters["MiB"] = memory;
 }

@@ -71,6 +71,7 @@ int main(int argc, char** argv) {
     reporter.printRatio("insert_full_vs_sqlite", "insert_full/ours", "insert_full/sqlite");
     reporter.printRatio("load_vs_sqlite", "load/ours", "bulk/sqlite");
     reporter.printRatio("reindex_vs_sqlite", "reindex/ours", "bulk/sqlite");
+    reporter.printRatio("directory_vs_sqlite", "directory/ours", "directory/sqlite");
     reporter.printRatio("reopen_vs_sqlite", "reopen/ours", "reopen/sqlite");
     reporter.printRatio("street_keystroke_vs_sqlite", "key/ours", "key/sqlite");
     reporter.printRatio("street_keystroke_vs_sqlite_wal", "key/ours", "key/sqlite_wal");
