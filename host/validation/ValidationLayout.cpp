@@ -45,10 +45,11 @@ QLabel* wrappedLabel(const char* objectName, QWidget* parent) {
 
 } // namespace
 
-/// Without a parent, which would stay below it: the user goes between both.
+/// An ordinary window without a parent: a dialog would stay above the form, and the user goes between both.
 ValidationWindow::ValidationWindow() : pages_(new QTabWidget(this)) {
     setObjectName(QStringLiteral("FValidarFichero"));
     setWindowTitle(tr("Validar un fichero de direcciones"));
+    setWindowFlags(Qt::Window);
     setAttribute(Qt::WA_DeleteOnClose);
     pages_->setObjectName(QStringLiteral("PValidacion"));
     pages_->addTab(filePage(), tr("&Fichero"));
