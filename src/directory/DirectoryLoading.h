@@ -11,7 +11,7 @@
 
 namespace ambrel::directory {
 
-/// PROCEDEN, the table beside POSTAL that tells where its rows come from.
+/// PROCEDEN, the table beside POSTAL that says where its rows come from.
 [[nodiscard]] dbase::TableDefinition provenanceTable();
 
 /// What a load would store, or has stored.

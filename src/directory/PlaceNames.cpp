@@ -19,7 +19,7 @@ constexpr std::array<PlaceCode, 52> capitals = {
 constexpr std::size_t nameWidth = 53, shortNameWidth = 30;
 
 /// "MONTEROS (LOS)" as "MONTEROS, LOS"; anything longer in brackets is no article.
-std::string articleBehindComma(std::string name) {
+std::string articleAfterComma(std::string name) {
     const std::size_t bracket = name.rfind(" (");
     if (bracket != std::string::npos && name.ends_with(')') && name.size() - bracket <= 6) {
         name = name.substr(0, bracket) + ", " + name.substr(bracket + 2, name.size() - bracket - 3);
@@ -28,7 +28,7 @@ std::string articleBehindComma(std::string name) {
 }
 
 std::string tableName(std::string_view name) {
-    return articleBehindComma(plainCapitals(name)).substr(0, nameWidth);
+    return articleAfterComma(plainCapitals(name)).substr(0, nameWidth);
 }
 
 } // namespace

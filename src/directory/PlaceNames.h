@@ -24,7 +24,8 @@ struct PlaceRow {
 /// Whether a municipality is the capital of its province, or Ceuta or Melilla.
 [[nodiscard]] bool isCapital(PlaceCode place);
 
-/// Names as the tables have them: in capitals without accents, an article in brackets behind a comma instead.
+/// Names as the tables have them: in capitals without accents, an article after a comma instead of in
+/// brackets.
 class PlaceNames {
 public:
     void addMunicipality(PlaceCode place, std::string_view name);
