@@ -322,6 +322,21 @@ void defineForTables(CLI::App& app, Command& chosen, const char* name, const cha
     offerText(command, "TABLA", options->table, "", "Sólo esta tabla");
 }
 
+void defineReview(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<ReviewOptions>();
+    CLI::App& command = addCommand(app, chosen, "revisar",
+                                   "Revisa lo que dicen las filas de MUNICIPI y POSTAL", options, revisar);
+    requireText(command, "DIR", options->folder, folderHelp);
+    offerText(command, "TABLA", options->table, "", "Sólo los hallazgos de ésta: MUNICIPI o POSTAL");
+    offerText(command, "--salida", options->output, "F.csv",
+              "Los hallazgos; si no se da, la salida estándar");
+    command.footer(
+        "Escribe una fila por hallazgo, con su gravedad (GRAVE, AVISO o NOTA), dónde está y, si la "
+        "hay, una\npropuesta. Los totales de cada clase salen por la salida de errores. Termina con 0 si "
+        "no hay ninguno y\ncon 1 si los hay. No cambia nada; «comprobar» mira la estructura de las "
+        "tablas.");
+}
+
 void defineUndo(CLI::App& app, Command& chosen) {
     const auto options = std::make_shared<UndoOptions>();
     CLI::App& command = addCommand(
@@ -386,6 +401,7 @@ void defineCommands(CLI::App& app, Command& chosen) {
     defineForTables(app, chosen, "comprobar", "Comprueba tablas e índices sin cambiar nada", comprobar);
     defineForTables(app, chosen, "reindexar", "Rehace los índices a partir de los registros", reindexar);
     defineForTables(app, chosen, "compactar", "Quita las filas borradas y rehace los índices", compactar);
+    defineReview(app, chosen);
     defineUndo(app, chosen);
     defineLocks(app, chosen);
     defineHelp(app, chosen, "help", orderGroup);

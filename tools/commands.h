@@ -67,6 +67,11 @@ struct DirectoryLoadOptions {
     bool isTrial = false;
 };
 
+struct ReviewOptions {
+    std::string folder, table; // empty: both tables
+    std::string output;        // of the findings; empty: standard output
+};
+
 struct FolderOptions {
     std::string folder;
 };
@@ -110,6 +115,7 @@ struct TablesOptions {
 [[nodiscard]] ExitCode validar(const ValidateOptions& options);
 [[nodiscard]] ExitCode validarTabla(const ValidateOptions& options);
 [[nodiscard]] ExitCode comprobar(const TablesOptions& options);
+[[nodiscard]] ExitCode revisar(const ReviewOptions& options);
 [[nodiscard]] ExitCode reindexar(const TablesOptions& options);
 [[nodiscard]] ExitCode compactar(const TablesOptions& options);
 [[nodiscard]] ExitCode deshacer(const UndoOptions& options);

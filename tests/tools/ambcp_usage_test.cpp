@@ -18,7 +18,7 @@ TEST_F(AmbcpUsage, HelpIsSpanishAndNamesEveryCommand) {
     const std::string help = done({"--help"});
     for (const std::string word : {"Uso: ambcp", "Opciones:", "Órdenes:", "crear", "cargar", "listar",
                                    "buscar", "direccion", "sugerir", "validar", "callejero", "comprobar",
-                                   "reindexar", "compactar", "deshacer", "candados", "help"}) {
+                                   "reindexar", "compactar", "revisar", "deshacer", "candados", "help"}) {
         EXPECT_NE(help.find(word), std::string::npos) << word;
     }
 }
@@ -26,7 +26,7 @@ TEST_F(AmbcpUsage, HelpIsSpanishAndNamesEveryCommand) {
 TEST_F(AmbcpUsage, HelpOfEachCommandHasNoEnglishWord) {
     for (const std::string command :
          {"crear", "cargar", "listar", "buscar", "direccion", "sugerir", "validar", "comprobar", "reindexar",
-          "compactar", "deshacer", "candados"}) {
+          "compactar", "revisar", "deshacer", "candados"}) {
         const std::string help = done({command, "--help"});
         EXPECT_NE(help.find("DIR"), std::string::npos);
         for (const std::string word : {"Usage", "Options", "OPTIONS", "Positionals", "REQUIRED", "TEXT",
@@ -37,9 +37,10 @@ TEST_F(AmbcpUsage, HelpOfEachCommandHasNoEnglishWord) {
 }
 
 TEST_F(AmbcpUsage, AMissingCommandIsRefused) {
-    const std::string all = "falta la orden; las órdenes son crear, cargar, listar, buscar, direccion, "
-                            "sugerir, validar, callejero, comprobar, reindexar, compactar, deshacer, "
-                            "candados, help";
+    const std::string all =
+        "falta la orden; las órdenes son crear, cargar, listar, buscar, direccion, "
+        "sugerir, validar, callejero, comprobar, reindexar, compactar, revisar, deshacer, "
+        "candados, help";
     expectUsageError({}, all);
 }
 
@@ -56,7 +57,7 @@ TEST_F(AmbcpUsage, AnUnknownCommandNamesTheNearestOne) {
 TEST_F(AmbcpUsage, AnUnknownCommandThatIsNearNoneNamesThemAll) {
     const std::string all =
         "crear, cargar, listar, buscar, direccion, sugerir, validar, callejero, comprobar, reindexar, "
-        "compactar, deshacer, candados, help";
+        "compactar, revisar, deshacer, candados, help";
     expectUsageError({"xyz"}, "no existe la orden «xyz»; las órdenes son " + all);
     expectUsageError({""}, "no existe la orden «»; las órdenes son " + all);
 }
@@ -84,7 +85,7 @@ TEST_F(AmbcpUsage, AWrongOptionIsNamed) {
 TEST_F(AmbcpUsage, HelpOfACommandIsShownByName) {
     for (const std::string command :
          {"crear", "cargar", "listar", "buscar", "direccion", "sugerir", "validar", "comprobar", "reindexar",
-          "compactar", "deshacer", "candados", "help"}) {
+          "compactar", "revisar", "deshacer", "candados", "help"}) {
         EXPECT_EQ(done({"help", command}), done({command, "--help"})) << command;
     }
     EXPECT_EQ(done({"help"}), done({"--help"}));

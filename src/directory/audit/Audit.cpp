@@ -1,0 +1,176 @@
+// Runs an audit: municipalities first, because streets are compared with them.
+#include "directory/audit/Audit.h"
+
+#include <algorithm>
+#include <numeric>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "dbase/dataset/dataset.h"
+#include "dbase/system/databases.h"
+#include "dbase/table/table.h"
+#include "directory/audit/MunicipalityAudit.h"
+#include "directory/audit/NameAudit.h"
+#include "directory/audit/SameStreetAudit.h"
+#include "directory/audit/StreetRowAudit.h"
+#include "loading/ansi_text.h"
+#include "loading/counted.h"
+
+namespace ambrel::directory {
+
+namespace {
+
+constexpr std::string_view userBlock = "99";
+constexpr std::string_view nearlyFull = "99900000", full = "99999999";
+
+std::optional<std::set<std::string, std::less<>>> streetTypes(const std::string& database) {
+    if (!dbase::findTableFile(dbase::databaseFolder(database), "TIPO_VIA")) {
+        return std::nullopt;
+    }
+    dbase::Dataset table(database, "TIPO_VIA");
+    table.open();
+    std::set<std::string, std::less<>> types;
+    const dbase::Field& code = table.field("CODIGO");
+    table.first();
+    for (bool isOnRow = !table.isEmpty(); isOnRow; isOnRow = table.next()) {
+        types.emplace(code.view());
+    }
+    return types;
+}
+
+std::uint64_t recordCount(const std::string& database, const std::string& name) {
+    dbase::Dataset table(database, name);
+    table.open();
+    return table.openTable().records().recordCount();
+}
+
+class Run {
+public:
+    Run(const std::string& database, const FindingSink& sink, const AuditProgress& progress)
+        : database_(database), sink_(sink), progress_(progress) {
+        rows_ = recordCount(database, "MUNICIPI") + recordCount(database, "POSTAL");
+    }
+
+    AuditTotals run() {
+        const PlaceBook book = readPlaces(database_);
+        forEachMunicipality(database_, [&](const MunicipalityRow& row) {
+            auditMunicipalityRow(row, book, counted_);
+            ++totals_.municipalityRows;
+            step();
+        });
+        auditStreets(book);
+        return std::move(totals_);
+    }
+
+private:
+    void auditStreets(const PlaceBook& book) {
+        const auto types = streetTypes(database_);
+        const StreetRowAudit rowAudit(book, types ? &*types : nullptr);
+        SameStreetAudit streets(book, counted_);
+        std::vector<bool> hasStreets(book.places().size());
+        forEachStreet(database_, "VIA", [&](const StreetRow& row) {
+            const auto place = book.placeOf(row);
+            rowAudit.audit(row, place, counted_);
+            streets.add(row, place);
+            if (place) {
+                hasStreets[*place] = true;
+            } else { // may be any of them
+                for (const PlaceBook::Use& use : book.usesOf(row.postalCode)) {
+                    hasStreets[use.place] = true;
+                }
+            }
+            noteKey(row.key);
+            ++totals_.streetRows;
+            step();
+        });
+        streets.finish();
+        auditMunicipalities(book, streets.counts(), hasStreets);
+        tellBlock();
+    }
+
+    void auditMunicipalities(const PlaceBook& book, const std::vector<SameStreetAudit::StreetCount>& counts,
+                             const std::vector<bool>& hasStreets) {
+        for (std::size_t i = 0; i < counts.size(); ++i) {
+            const PlaceBook::Place& place = book.places()[i];
+            const std::string name = loading::utf8FromAnsi(place.name);
+            ProvinceCount& province = totals_.provinces[place.ineCode.substr(0, 2)];
+            ++province.municipalities;
+            province.withStreets += hasStreets[i] ? 1 : 0;
+            province.streets += counts[i].streets;
+            province.withCode += counts[i].withCode;
+            province.withRanges += counts[i].withRanges;
+            totals_.streets += counts[i].streets;
+            totals_.hiddenStreets += counts[i].hidden;
+            if (!hasStreets[i]) {
+                counted_(withText(aboutMunicipality(place), FindingClass::NoStreets,
+                                  "POSTAL no tiene ninguna vía de " + name));
+            }
+            if (counts[i].hidden > 0) {
+                counted_(withText(aboutMunicipality(place), FindingClass::HiddenStreets,
+                                  name + ": " + std::to_string(counts[i].hidden) + " de sus " +
+                                      loading::counted(counts[i].streets, "vía", "vías") +
+                                      (counts[i].hidden == 1 ? " va" : " van") +
+                                      " en la clave detrás de la de otro municipio, como " +
+                                      counts[i].hiddenExample));
+            }
+        }
+    }
+
+    void noteKey(const std::string& key) {
+        if (key.starts_with(userBlock)) {
+            ++totals_.userKeys;
+            totals_.highestUserKey = std::max(totals_.highestUserKey, loading::utf8FromAnsi(key));
+        }
+    }
+
+    void tellBlock() {
+        if (totals_.highestUserKey >= nearlyFull) {
+            Finding found = withText(
+                {.table = AuditedTable::Streets, .key = totals_.highestUserKey}, FindingClass::FullBlock,
+                "el bloque «99» tiene " + loading::counted(totals_.userKeys, "clave", "claves") +
+                    " y la más alta es " + totals_.highestUserKey);
+            if (totals_.highestUserKey >= full) {
+                found.severity = Severity::Grave;
+                found.text += "; la siguiente repetirá 99000000";
+            }
+            counted_(found);
+        }
+    }
+
+    void count(const Finding& finding) {
+        ++totals_.findings.at(static_cast<std::size_t>(finding.kind));
+        if (finding.severity != Severity::Note && !finding.province.empty()) {
+            ++totals_.provinces[finding.province].findings;
+        }
+    }
+
+    void step() {
+        constexpr std::uint64_t interval = 1024;
+        if (++done_ % interval == 0 && progress_) {
+            progress_(done_, rows_);
+        }
+    }
+
+    const std::string& database_;
+    const FindingSink& sink_;
+    const AuditProgress& progress_;
+    std::uint64_t rows_ = 0, done_ = 0;
+    AuditTotals totals_;
+    FindingSink counted_ = [this](const Finding& finding) {
+        count(finding);
+        sink_(finding);
+    };
+};
+
+} // namespace
+
+std::uint64_t AuditTotals::all() const {
+    return std::accumulate(findings.begin(), findings.end(), std::uint64_t{0});
+}
+
+AuditTotals auditTables(const std::string& database, const FindingSink& sink, const AuditProgress& progress) {
+    return Run(database, sink, progress).run();
+}
+
+} // namespace ambrel::directory

@@ -1,0 +1,50 @@
+// The content of MUNICIPI and POSTAL, audited in one pass over each.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+
+#include "directory/audit/Finding.h"
+#include "directory/audit/PlaceBook.h"
+
+namespace ambrel::directory {
+
+/// The streets of a province, by what is known of them.
+struct ProvinceCount {
+    std::uint64_t municipalities = 0, withStreets = 0;
+    std::uint64_t streets = 0, withCode = 0, withRanges = 0;
+    std::uint64_t findings = 0; // without notes
+};
+
+struct AuditTotals {
+    std::uint64_t municipalityRows = 0, streetRows = 0;
+    std::array<std::uint64_t, findingClassCount> findings{};
+    std::map<std::string, ProvinceCount> provinces; // by two digits
+    std::uint64_t streets = 0, hiddenStreets = 0;
+    std::uint64_t userKeys = 0; // in the block "99"
+    std::string highestUserKey; // empty if there are none
+    [[nodiscard]] std::uint64_t all() const;
+};
+
+/// Rows read so far, and all of them.
+using AuditProgress = std::function<void(std::uint64_t done, std::uint64_t total)>;
+
+/// Reads the rows of MUNICIPI that are not deleted.
+[[nodiscard]] PlaceBook readPlaces(const std::string& database);
+
+/// Calls a function with every row of a table, in the order of a tag; empty for that of the records. Others
+/// may change the table meanwhile. Errors: dbase::Error.
+void forEachMunicipality(const std::string& database,
+                         const std::function<void(const MunicipalityRow&)>& visit);
+void forEachStreet(const std::string& database, const std::string& tag,
+                   const std::function<void(const StreetRow&)>& visit);
+
+/// Gives each finding to a function. Memory depends on MUNICIPI and on the longest street only. Errors:
+/// dbase::Error; what the function throws.
+AuditTotals auditTables(const std::string& database, const FindingSink& sink,
+                        const AuditProgress& progress = {});
+
+} // namespace ambrel::directory

@@ -1,0 +1,27 @@
+// What can be wrong with the writing of a name. Texts in Windows-1252.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace ambrel::directory {
+
+[[nodiscard]] bool hasSmallLetters(std::string_view name);
+[[nodiscard]] std::string inCapitals(std::string_view name);
+
+/// A blank at the start, or several in a row.
+[[nodiscard]] bool hasNeedlessBlanks(std::string_view name);
+[[nodiscard]] std::string withoutNeedlessBlanks(std::string_view name);
+
+/// Letters that another system's code page has made of Spanish ones, such as "CASTA\AR".
+struct BrokenLetters {
+    std::string likely;     // the name as it probably was; empty if it cannot be guessed
+    bool isCertain = false; // it was UTF-8: nothing else gives these letters
+};
+[[nodiscard]] std::optional<BrokenLetters> findBrokenLetters(std::string_view name);
+
+/// Round or square ones that are not closed, or not opened.
+[[nodiscard]] bool hasOpenBracket(std::string_view name);
+
+} // namespace ambrel::directory

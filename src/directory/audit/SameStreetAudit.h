@@ -1,0 +1,59 @@
+// What is wrong between the rows of one street: those with the same province, capital mark, name and type.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "directory/audit/Finding.h"
+#include "directory/audit/PlaceBook.h"
+
+namespace ambrel::directory {
+
+/// Takes rows in the order of the tag VIA and keeps those of one street only.
+class SameStreetAudit {
+public:
+    /// The streets of one municipality.
+    struct StreetCount {
+        std::uint64_t streets = 0;
+        std::uint64_t hidden = 0;       // another municipality's comes first
+        std::uint64_t withRanges = 0;   // some row does not have all numbers
+        std::uint64_t withCode = 0;     // all rows have a code that MUNICIPI has
+        std::string hiddenExample = {}; // in UTF-8
+    };
+
+    /// `book` must outlive it.
+    SameStreetAudit(const PlaceBook& book, FindingSink sink)
+        : book_(book), sink_(std::move(sink)), counts_(book.places().size()) {}
+
+    void add(const StreetRow& row, std::optional<PlaceNumber> place);
+    /// After the last row.
+    void finish() { endStreet(); }
+
+    /// By place.
+    [[nodiscard]] const std::vector<StreetCount>& counts() const { return counts_; }
+
+private:
+    struct Member {
+        StreetRow row;
+        std::optional<PlaceNumber> place;
+    };
+    struct Range;
+    using Members = std::vector<const Member*>;
+
+    void endStreet();
+    void auditMunicipality(const Members& members, PlaceNumber shown);
+    void auditRepeated(const Members& members);
+    void auditSide(const Members& members, bool isOdd);
+    void tellOverlap(const Range& range, const Range& other);
+    void tellGap(const Range& before, const Range& after);
+    [[nodiscard]] bool areVillages(const Member& one, const Member& other) const;
+
+    const PlaceBook& book_;
+    FindingSink sink_;
+    std::vector<StreetCount> counts_;
+    std::vector<Member> members_; // kept, with their texts' memory, from street to street
+    std::size_t size_ = 0;
+};
+
+} // namespace ambrel::directory

@@ -1,0 +1,439 @@
+// Each class of findings: a row that has it, and its sound neighbour that has not.
+#include "directory/audit/Audit.h"
+
+#include <filesystem>
+#include <map>
+
+#include "data/TableDefinitions.h"
+#include "dbase/dataset/dataset.h"
+#include "support/TableTest.h"
+
+namespace ambrel::directory {
+namespace {
+
+using Values = std::map<std::string, std::string>;
+
+class Audit : public test::TableTest {
+protected:
+    Audit() {
+        town({});
+        town({{"COD_INE", "28092"}, {"CODPOSTAL", "28931"}, {"NOMBRE", "MOSTOLES"}, {"UNICO", "N"}});
+        town({{"COD_INE", "28092"}, {"CODPOSTAL", "28932"}, {"NOMBRE", "MOSTOLES"}, {"UNICO", "N"}});
+        street({{"CODPOSTAL", "28931"}, {"MUNICIPI", "MOSTOLES"}, {"COD_INE", "28092"}, {"VIA", "SOL"}});
+        street({{"VIA", "LUNA"}});
+    }
+
+    /// A row of MUNICIPI, that of Getafe except for some values.
+    void town(const Values& values) {
+        towns.push_back(row(townColumns,
+                            {{"COD_INE", "28065"},
+                             {"CODPOSTAL", "28901"},
+                             {"UNICO", "S"},
+                             {"CAPITAL", "9"},
+                             {"NOMBRE", "GETAFE"},
+                             {"ENT_MENOR", "F"}},
+                            values));
+    }
+
+    /// A row of POSTAL, a sound one of Getafe except for some values.
+    void street(const Values& values) {
+        streets.push_back(row(streetColumns,
+                              {{"CODIGO1", std::to_string(28000001 + streets.size())},
+                               {"PROVINCIA", "28"},
+                               {"CAPITAL", "9"},
+                               {"TIPO_VIA", "CL"},
+                               {"VIA", "MAYOR"},
+                               {"IMPAR_INI", "1"},
+                               {"IMPAR_FIN", "9999"},
+                               {"PAR_INI", "2"},
+                               {"PAR_FIN", "9998"},
+                               {"CODPOSTAL", "28901"},
+                               {"MUNICIPI", "GETAFE"},
+                               {"COD_INE", "28065"}},
+                              values));
+    }
+
+    std::vector<Finding> run() {
+        for (const char* const table : {"MUNICIPI", "POSTAL", "TIPO_VIA"}) { // of an earlier run
+            for (const char* const extension : {".DBF", ".MDX"}) {
+                std::filesystem::remove(folder / (std::string(table) + extension));
+            }
+        }
+        createTable(municipalityTable(), townColumns, towns);
+        createTable(streetTable(), streetColumns, streets);
+        createTable(streetTypeTable(), {"CODIGO", "NOMBRE"}, {{"CL", "CALLE"}, {"AV", "AVENIDA"}});
+        std::vector<Finding> found;
+        totals = auditTables("DB", [&](const Finding& finding) { found.push_back(finding); });
+        EXPECT_EQ(totals.all(), found.size());
+        return found;
+    }
+
+    /// The only finding, which has to be of this class.
+    Finding runToOne(FindingClass kind) {
+        const std::vector<Finding> found = run();
+        std::string all;
+        for (const Finding& finding : found) {
+            all += std::string(className(finding.kind)) + ": " + finding.text + '\n';
+        }
+        EXPECT_EQ(found.size(), 1U) << all;
+        if (found.empty()) {
+            return {};
+        }
+        EXPECT_EQ(className(found.front().kind), className(kind)) << all;
+        return found.front();
+    }
+
+    void runToNothing() {
+        const std::vector<Finding> found = run();
+        for (const Finding& finding : found) {
+            ADD_FAILURE() << className(finding.kind) << ": " << finding.text;
+        }
+    }
+
+    static test::Row row(const std::vector<std::string>& columns, Values values, const Values& changes) {
+        for (const auto& [column, value] : changes) {
+            values[column] = value;
+        }
+        test::Row texts;
+        for (const std::string& column : columns) {
+            texts.push_back(values[column]);
+        }
+        return texts;
+    }
+
+    const std::vector<std::string> townColumns{"COD_INE", "CODPOSTAL", "UNICO",
+                                               "CAPITAL", "NOMBRE",    "ENT_MENOR"};
+    const std::vector<std::string> streetColumns{"CODIGO1", "PROVINCIA", "CAPITAL",   "TIPO_VIA",
+                                                 "VIA",     "IMPAR_INI", "IMPAR_FIN", "PAR_INI",
+                                                 "PAR_FIN", "CODPOSTAL", "MUNICIPI",  "COD_INE"};
+    std::vector<test::Row> towns, streets;
+    AuditTotals totals;
+};
+
+TEST_F(Audit, SoundTablesHaveNoFindings) {
+    street({});
+    street({{"VIA", "SIN TIPO"}, {"TIPO_VIA", ""}});
+    street({{"VIA", "SIN PARES"}, {"PAR_INI", "0"}, {"PAR_FIN", "0"}});
+    street({{"VIA", "UNA CASA"}, {"IMPAR_INI", "7"}, {"IMPAR_FIN", "7"}});
+    runToNothing();
+    EXPECT_EQ(totals.municipalityRows, 3U);
+    EXPECT_EQ(totals.streetRows, 6U);
+    EXPECT_EQ(totals.streets, 6U);
+    const ProvinceCount& madrid = totals.provinces["28"];
+    EXPECT_EQ(madrid.municipalities, 2U);
+    EXPECT_EQ(madrid.withStreets, 2U);
+    EXPECT_EQ(madrid.streets, 6U);
+    EXPECT_EQ(madrid.withCode, 6U);
+    EXPECT_EQ(madrid.withRanges, 2U);
+    EXPECT_EQ(madrid.findings, 0U);
+}
+
+TEST_F(Audit, AReversedRangeIsProposedTheOtherWayRound) {
+    street({{"IMPAR_INI", "99"}, {"IMPAR_FIN", "1"}});
+    const Finding found = runToOne(FindingClass::ReversedRange);
+    EXPECT_EQ(found.proposal, "IMPAR_INI=1, IMPAR_FIN=99");
+    EXPECT_EQ(found.record, 3U);
+    EXPECT_EQ(found.key, "28000003");
+    EXPECT_EQ(found.table, AuditedTable::Streets);
+    EXPECT_EQ(found.severity, Severity::Grave);
+    EXPECT_EQ(found.text, "el tramo 99–1 de CL MAYOR está al revés");
+}
+
+TEST_F(Audit, ARangeWithoutAnEndHasNoProposal) {
+    street({{"PAR_INI", "2"}, {"PAR_FIN", "0"}});
+    EXPECT_EQ(runToOne(FindingClass::ReversedRange).proposal, "");
+}
+
+TEST_F(Audit, EvenNumbersInOddColumnsAreFound) {
+    street({{"IMPAR_INI", "2"}, {"IMPAR_FIN", "9998"}});
+    EXPECT_EQ(runToOne(FindingClass::WrongParity).text,
+              "el tramo 2–9998 de CL MAYOR no es de números impares");
+}
+
+TEST_F(Audit, OddNumbersInEvenColumnsAreFound) {
+    street({{"PAR_INI", "1"}, {"PAR_FIN", "9999"}});
+    EXPECT_EQ(runToOne(FindingClass::WrongParity).text, "el tramo 1–9999 de CL MAYOR no es de números pares");
+}
+
+class DividedStreet : public Audit {
+protected:
+    /// A stretch of odd numbers of a street of Móstoles.
+    void stretch(const std::string& first, const std::string& last, const std::string& code) {
+        street({{"IMPAR_INI", first},
+                {"IMPAR_FIN", last},
+                {"PAR_INI", "0"},
+                {"PAR_FIN", "0"},
+                {"CODPOSTAL", code},
+                {"MUNICIPI", "MOSTOLES"},
+                {"COD_INE", "28092"}});
+    }
+};
+
+TEST_F(DividedStreet, StretchesThatFollowEachOtherAreSound) {
+    stretch("1", "51", "28931");
+    stretch("53", "9999", "28932");
+    runToNothing();
+}
+
+TEST_F(DividedStreet, StretchesWithDifferentCodesMustNotOverlap) {
+    stretch("1", "53", "28931");
+    stretch("51", "9999", "28932");
+    const Finding found = runToOne(FindingClass::Overlap);
+    EXPECT_EQ(found.severity, Severity::Grave);
+    EXPECT_EQ(found.text, "CL MAYOR: el tramo 51–9999 (28932) se solapa con el 1–53 (28931) del registro 3");
+}
+
+TEST_F(DividedStreet, AnOverlapAcrossAStretchOfTheSameCodeIsFound) {
+    stretch("1", "99", "28931");
+    stretch("5", "199", "28932");
+    stretch("151", "151", "28931");
+    EXPECT_EQ(run().size(), 2U);
+}
+
+TEST_F(DividedStreet, StretchesWithOneCodeMayOverlap) {
+    stretch("1", "53", "28931");
+    stretch("51", "9999", "28931");
+    runToNothing();
+}
+
+TEST_F(DividedStreet, NumbersBetweenTwoCodesAreAGap) {
+    stretch("1", "51", "28931");
+    stretch("61", "9999", "28932");
+    const Finding found = runToOne(FindingClass::Gap);
+    EXPECT_EQ(found.severity, Severity::Note);
+    EXPECT_EQ(found.text,
+              "CL MAYOR: entre el tramo 1–51 (28931) y el 61–9999 (28932) faltan los números 53 a 59");
+}
+
+TEST_F(DividedStreet, ASingleNumberMayBeAGap) {
+    stretch("1", "51", "28931");
+    stretch("55", "9999", "28932");
+    EXPECT_TRUE(runToOne(FindingClass::Gap).text.ends_with(" falta el número 53"));
+}
+
+TEST_F(DividedStreet, NumbersBetweenStretchesOfOneCodeAreNotAGap) {
+    stretch("1", "51", "28931");
+    stretch("61", "9999", "28931");
+    runToNothing();
+}
+
+TEST_F(DividedStreet, StreetsOfTwoVillagesWithOneNameAreOnlyNoted) {
+    town({{"COD_INE", "28092"},
+          {"CODPOSTAL", "28935"},
+          {"NOMBRE", "PARQUE COIMBRA"},
+          {"UNICO", "N"},
+          {"ENT_MENOR", "T"}});
+    stretch("1", "9999", "28931");
+    stretch("1", "9999", "28935");
+    EXPECT_EQ(runToOne(FindingClass::Overlap).severity, Severity::Note);
+}
+
+TEST_F(DividedStreet, StreetsOfTwoMunicipalitiesDoNotOverlapButHideEachOther) {
+    street({});
+    stretch("1", "9999", "28931");
+    const Finding found = runToOne(FindingClass::HiddenStreets);
+    EXPECT_EQ(found.key, "28092");
+    EXPECT_EQ(found.text,
+              "MOSTOLES: 1 de sus 2 vías va en la clave detrás de la de otro municipio, como CL MAYOR");
+    EXPECT_EQ(totals.hiddenStreets, 1U);
+}
+
+TEST_F(Audit, TheSameRowTwiceIsFound) {
+    street({});
+    street({});
+    const Finding found = runToOne(FindingClass::RepeatedRow);
+    EXPECT_EQ(found.record, 4U);
+    EXPECT_EQ(found.text, "CL MAYOR: la fila dice lo mismo que el registro 3");
+}
+
+TEST_F(Audit, StretchesOfOneStreetAreNotTheSameRow) {
+    street({{"IMPAR_FIN", "51"}});
+    street({{"IMPAR_INI", "53"}});
+    runToNothing();
+}
+
+TEST_F(Audit, APostalCodeWithoutTheFormOfOneIsFound) {
+    street({{"CODPOSTAL", "2890"}});
+    EXPECT_EQ(runToOne(FindingClass::NoPostalCode).text, "«2890» no es un código postal (CL MAYOR)");
+}
+
+TEST_F(Audit, TheGeneralCodeOfAProvinceIsAWarning) {
+    street({{"CODPOSTAL", "28000"}});
+    EXPECT_EQ(runToOne(FindingClass::NoPostalCode).severity, Severity::Warning);
+}
+
+TEST_F(Audit, AProvinceThatDoesNotExistMakesNoPostalCode) {
+    street({{"CODPOSTAL", "53001"}});
+    EXPECT_EQ(runToOne(FindingClass::NoPostalCode).severity, Severity::Grave);
+}
+
+TEST_F(Audit, APostalCodeOfAnotherProvinceIsGrave) {
+    street({{"CODPOSTAL", "45001"}});
+    const Finding found = runToOne(FindingClass::ForeignPostalCode);
+    EXPECT_EQ(found.severity, Severity::Grave);
+    EXPECT_EQ(found.text,
+              "ninguna fila de 28065 GETAFE tiene el código 45001 de CL MAYOR, ni otro de su provincia");
+}
+
+TEST_F(Audit, APostalCodeThatTheMunicipalityLacksIsAWarning) {
+    street({{"CODPOSTAL", "28931"}});
+    EXPECT_EQ(runToOne(FindingClass::ForeignPostalCode).severity, Severity::Warning);
+}
+
+TEST_F(Audit, ACodeOfAnotherProvinceInMunicipiIsFoundUnlessItIsKnownToBeRight) {
+    town({{"COD_INE", "09109"}, {"CODPOSTAL", "09215"}, {"UNICO", "N"}, {"NOMBRE", "CONDADO DE TREVIÑO"}});
+    town({{"COD_INE", "09109"}, {"CODPOSTAL", "01118"}, {"UNICO", "N"}, {"NOMBRE", "CONDADO DE TREVIÑO"}});
+    const Values burgos{{"COD_INE", "09109"}, {"MUNICIPI", "CONDADO DE TREVIÑO"}};
+    for (const std::string code : {"01118", "09215"}) {
+        Values values = burgos;
+        values["CODPOSTAL"] = code;
+        values["PROVINCIA"] = code.substr(0, 2);
+        street(values);
+    }
+    runToNothing();
+    town({{"COD_INE", "09109"}, {"CODPOSTAL", "08001"}, {"UNICO", "N"}, {"NOMBRE", "CONDADO DE TREVIÑO"}});
+    EXPECT_EQ(runToOne(FindingClass::ForeignPostalCode).text,
+              "el código 08001 de CONDADO DE TREVIÑO es de otra provincia");
+}
+
+TEST_F(Audit, AProvinceByWhichNobodySeeksTheStreetIsFound) {
+    street({{"PROVINCIA", "45"}});
+    EXPECT_EQ(runToOne(FindingClass::WrongProvince).text,
+              "la provincia «45» de CL MAYOR no es la de ningún código postal de su municipio");
+}
+
+TEST_F(Audit, AStreetWithoutMunicipalityIsFoundUnlessItsCodeSaysWhich) {
+    street({{"COD_INE", ""}, {"MUNICIPI", ""}});
+    runToNothing();
+    street({{"COD_INE", ""}, {"MUNICIPI", ""}, {"CODPOSTAL", "28999"}});
+    const std::vector<Finding> found = run();
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0].kind, FindingClass::NoPostalCode);
+    EXPECT_EQ(found[0].severity, Severity::Warning);
+    EXPECT_EQ(found[1].kind, FindingClass::NoMunicipality);
+}
+
+TEST_F(Audit, AMunicipalityThatMunicipiLacksIsFound) {
+    street({{"COD_INE", "28999"}});
+    EXPECT_EQ(runToOne(FindingClass::UnknownMunicipality).text,
+              "MUNICIPI no tiene el código INE «28999» de CL MAYOR");
+}
+
+TEST_F(Audit, ATypeThatTheTableOfTypesLacksIsFound) {
+    street({{"TIPO_VIA", "ZZ"}});
+    EXPECT_EQ(runToOne(FindingClass::UnknownType).text, "TIPO_VIA no tiene el tipo «ZZ» de ZZ MAYOR");
+}
+
+TEST_F(Audit, NamesInSmallLettersAreProposedInCapitals) {
+    street({{"VIA", "Peña"}});
+    const Finding found = runToOne(FindingClass::SmallLetters);
+    EXPECT_EQ(found.proposal, "VIA=PEÑA");
+    EXPECT_EQ(found.severity, Severity::Grave);
+}
+
+TEST_F(Audit, NamesOfMunicipalitiesAreReadAsWell) {
+    town({{"COD_INE", "28079"}, {"CODPOSTAL", "28001"}, {"NOMBRE", "MADRID  (CAPITAL"}});
+    street({{"COD_INE", "28079"}, {"CODPOSTAL", "28001"}, {"MUNICIPI", "MADRID"}});
+    const std::vector<Finding> found = run();
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0].kind, FindingClass::NeedlessBlanks);
+    EXPECT_EQ(found[0].proposal, "NOMBRE=MADRID (CAPITAL");
+    EXPECT_EQ(found[1].kind, FindingClass::OpenBracket);
+    EXPECT_EQ(found[1].table, AuditedTable::Municipalities);
+    EXPECT_EQ(found[1].key, "28079 28001");
+}
+
+TEST_F(Audit, BrokenLettersComeWithTheNameThatIsLikely) {
+    street({{"VIA", "CASTA\\AR"}});
+    EXPECT_EQ(runToOne(FindingClass::BrokenLetters).proposal, "VIA=CASTAÑAR");
+}
+
+TEST_F(Audit, ABracketThatIsNeverClosedIsFound) {
+    street({{"VIA", "MAYOR (ARIJA"}});
+    EXPECT_EQ(runToOne(FindingClass::OpenBracket).proposal, "");
+}
+
+TEST_F(Audit, ABlankNameIsFound) {
+    street({{"VIA", ""}});
+    EXPECT_EQ(runToOne(FindingClass::NoName).severity, Severity::Grave);
+}
+
+TEST_F(Audit, ABlankCapitalMarkIsProposedAsMunicipiHasIt) {
+    street({{"CAPITAL", ""}});
+    EXPECT_EQ(runToOne(FindingClass::BlankCapital).proposal, "CAPITAL=9");
+}
+
+TEST_F(Audit, ACardThatWasCancelledIsTheUsersRowWithoutMarkAndMunicipality) {
+    street({{"CODIGO1", "99000000"}, {"CAPITAL", ""}, {"MUNICIPI", ""}, {"COD_INE", ""}});
+    const Finding found = runToOne(FindingClass::CancelledCard);
+    EXPECT_EQ(found.proposal, "CAPITAL=9");
+    EXPECT_EQ(totals.userKeys, 1U);
+    EXPECT_EQ(totals.highestUserKey, "99000000");
+}
+
+TEST_F(Audit, AMunicipalityWithoutStreetsIsNoted) {
+    town({{"COD_INE", "28079"}, {"CODPOSTAL", "28001"}, {"NOMBRE", "MADRID"}});
+    const Finding found = runToOne(FindingClass::NoStreets);
+    EXPECT_EQ(found.severity, Severity::Note);
+    EXPECT_EQ(found.text, "POSTAL no tiene ninguna vía de MADRID");
+    EXPECT_EQ(found.record, 4U);
+}
+
+TEST_F(Audit, AMunicipalityWhoseStreetsMayBeAnothersIsNotSaidToHaveNone) {
+    town({{"COD_INE", "28079"}, {"CODPOSTAL", "28001"}, {"NOMBRE", "UNO"}});
+    town({{"COD_INE", "28080"}, {"CODPOSTAL", "28001"}, {"NOMBRE", "OTRO"}});
+    street({{"CODPOSTAL", "28001"}, {"COD_INE", ""}, {"MUNICIPI", ""}});
+    runToNothing();
+}
+
+TEST_F(Audit, TheMarkOfASingleCodeIsComparedWithTheCodes) {
+    town({{"COD_INE", "28079"}, {"CODPOSTAL", "28001"}, {"NOMBRE", "MADRID"}, {"UNICO", "N"}});
+    street({{"COD_INE", "28079"}, {"CODPOSTAL", "28001"}, {"MUNICIPI", "MADRID"}});
+    const Finding found = runToOne(FindingClass::SingleCodeMark);
+    EXPECT_EQ(found.proposal, "UNICO=S");
+    EXPECT_EQ(found.severity, Severity::Warning);
+}
+
+TEST_F(Audit, AMarkThatHidesTheOtherCodesIsGrave) {
+    town({{"COD_INE", "28092"}, {"CODPOSTAL", "28933"}, {"NOMBRE", "MOSTOLES"}, {"UNICO", "S"}});
+    const Finding found = runToOne(FindingClass::SingleCodeMark);
+    EXPECT_EQ(found.proposal, "UNICO=N");
+    EXPECT_EQ(found.severity, Severity::Grave);
+    EXPECT_EQ(found.text, "MOSTOLES tiene UNICO «S» y su municipio 3 códigos postales");
+}
+
+TEST_F(Audit, TheBlockOfUsersKeysIsReportedWhenItIsNearlyFull) {
+    street({{"CODIGO1", "99899999"}});
+    runToNothing();
+    EXPECT_EQ(totals.highestUserKey, "99899999");
+    street({{"CODIGO1", "99999999"}, {"VIA", "OTRA"}});
+    const Finding found = runToOne(FindingClass::FullBlock);
+    EXPECT_EQ(found.severity, Severity::Grave);
+    EXPECT_EQ(found.text,
+              "el bloque «99» tiene 2 claves y la más alta es 99999999; la siguiente repetirá 99000000");
+}
+
+TEST_F(Audit, DeletedRowsDoNotCount) {
+    street({{"VIA", "minúsculas"}});
+    run();
+    dbase::Dataset postal("DB", "POSTAL", "CODIGO1");
+    postal.open();
+    postal.last();
+    postal.erase();
+    std::size_t found = 0;
+    static_cast<void>(auditTables("DB", [&](const Finding&) { ++found; }));
+    EXPECT_EQ(found, 0U);
+}
+
+TEST(FindingClasses, AreFoundByTheirNamesInAnyCase) {
+    for (std::size_t i = 0; i < findingClassCount; ++i) {
+        const auto kind = static_cast<FindingClass>(i);
+        EXPECT_EQ(findingClassNamed(className(kind)), kind);
+        EXPECT_FALSE(classTitle(kind).empty() || classMeaning(kind).empty() || classAdvice(kind).empty());
+    }
+    EXPECT_EQ(findingClassNamed("minusculas"), FindingClass::SmallLetters);
+    EXPECT_FALSE(findingClassNamed("OTRA"));
+}
+
+} // namespace
+} // namespace ambrel::directory

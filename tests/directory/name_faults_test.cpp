@@ -1,0 +1,63 @@
+// What is wrong with the writing of names.
+#include "directory/audit/NameFaults.h"
+
+#include <gtest/gtest.h>
+
+#include "support/Tables.h"
+
+namespace ambrel::directory {
+namespace {
+
+using test::ansi;
+
+TEST(NameFaults, FindSmallLettersWithAccentsAndPutThemInCapitals) {
+    EXPECT_TRUE(hasSmallLetters(ansi("PEñA")));
+    EXPECT_EQ(inCapitals(ansi("Peña Únª")), ansi("PEÑA ÚNª"));
+    EXPECT_FALSE(hasSmallLetters(ansi("PEÑA ÚNICA 1º")));
+}
+
+TEST(NameFaults, FindBlanksAtTheStartAndSeveralInARow) {
+    EXPECT_TRUE(hasNeedlessBlanks(" MAYOR"));
+    EXPECT_TRUE(hasNeedlessBlanks("DOS  DE MAYO"));
+    EXPECT_FALSE(hasNeedlessBlanks("DOS DE MAYO"));
+    EXPECT_EQ(withoutNeedlessBlanks("  DOS   DE  MAYO"), "DOS DE MAYO");
+}
+
+TEST(NameFaults, GuessALetterOfSevenBitsOrOfAnotherCodePage) {
+    for (const char* const broken : {"CASTA\\AR",
+                                     "CASTA\xA5"
+                                     "AR",
+                                     "CASTA|AR"}) {
+        const auto found = findBrokenLetters(broken);
+        ASSERT_TRUE(found) << broken;
+        EXPECT_EQ(found->likely, ansi("CASTAÑAR"));
+        EXPECT_FALSE(found->isCertain);
+    }
+    EXPECT_FALSE(findBrokenLetters(ansi("CASTAÑAR")));
+}
+
+TEST(NameFaults, AreCertainOnlyWhereTheTextWasUtf8) {
+    const auto found = findBrokenLetters("CASTA\xC3\x91"
+                                         "AR");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->likely, ansi("CASTAÑAR"));
+    EXPECT_TRUE(found->isCertain);
+    EXPECT_FALSE(findBrokenLetters(ansi("SÃO PAULO, CORAÇÃO"))) << "Portuguese names have the same letter";
+}
+
+TEST(NameFaults, TakeAQuestionMarkForALostLetterOnlyBesideLetters) {
+    const auto found = findBrokenLetters("ESPA?A");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->likely, "");
+    EXPECT_FALSE(findBrokenLetters("KM 3 ?"));
+    EXPECT_FALSE(findBrokenLetters(ansi("L'ALZINA/ENCINA, 2 (Nº 1-3) S.A. & C·L")));
+}
+
+TEST(NameFaults, FindBracketsWithoutTheirPair) {
+    EXPECT_TRUE(hasOpenBracket("MAYOR (ARIJA"));
+    EXPECT_TRUE(hasOpenBracket("MAYOR ARIJA)"));
+    EXPECT_FALSE(hasOpenBracket("MAYOR (ARIJA)"));
+}
+
+} // namespace
+} // namespace ambrel::directory
