@@ -45,6 +45,13 @@ struct Finding {
     std::vector<AddressOption> options; // the likeliest first
 };
 
+/// Whether a reading leaves nothing of the street aside. A name may begin with two kinds of street, as in
+/// "C/ Costanilla de la Herradura". `rest`: what a column says.
+bool isAllRead(const Finding& finding, std::string_view rest) {
+    const AddressParts& parts = finding.question.parts;
+    return parts.rest == rest && parts.type.find(' ') == std::string::npos;
+}
+
 bool isSameStreet(const AddressOption& a, const AddressOption& b) {
     return a.street == b.street && a.place.municipality->ineCode == b.place.municipality->ineCode;
 }
@@ -88,7 +95,7 @@ public:
 
 private:
     [[nodiscard]] AddressQuestion questionOf(AddressParts parts);
-    [[nodiscard]] Finding findExactly(const AddressParts& reading);
+    [[nodiscard]] Finding findExactly(AddressParts reading);
     void findNear(Finding& finding);
     void addCodeReadings(GivenReadings& readings);
     [[nodiscard]] JudgedAddress judge(Finding& finding);
@@ -129,8 +136,8 @@ AddressQuestion AddressValidator::Implementation::questionOf(AddressParts parts)
     return question;
 }
 
-Finding AddressValidator::Implementation::findExactly(const AddressParts& reading) {
-    Finding finding{questionOf(reading), {}, {}};
+Finding AddressValidator::Implementation::findExactly(AddressParts reading) {
+    Finding finding{questionOf(std::move(reading)), {}, {}};
     const AddressQuestion& question = finding.question;
     finding.places = places_.exact(question);
     // Namesakes: the postal code may choose among them.
@@ -290,25 +297,22 @@ JudgedAddress AddressValidator::Implementation::validate(const GivenAddress& giv
     book_.renew();
     GivenReadings readings = readingsOf(given);
     addCodeReadings(readings);
-    const auto isAllRead = [&](const AddressParts& reading) {
-        // A name may begin with two kinds of street, as in "C/ Costanilla de la Herradura".
-        return reading.rest == withoutBlanks(given.rest) && reading.type.find(' ') == std::string::npos;
-    };
-    Best best;
-    std::vector<Finding> findings;
+    const std::string_view rest = withoutBlanks(given.rest);
     // Where the type has a column, a kind of street in the name belongs to it.
     const bool isTypeGiven = !withoutBlanks(given.type).empty();
+    Best best;
+    std::vector<Finding> findings;
     for (const bool areWhole : {isTypeGiven, !isTypeGiven}) {
         if (areWhole) {
             addWholeReadings(readings, given);
         }
-        const std::vector<AddressParts>* const some = areWhole ? &readings.whole : &readings.likely;
-        for (const AddressParts& reading : *some) {
-            Finding finding = findExactly(reading);
-            if (!finding.options.empty() && best.isDecided(judge(finding), isAllRead(reading))) {
+        for (AddressParts& reading : areWhole ? readings.whole : readings.likely) {
+            Finding finding = findExactly(std::move(reading));
+            if (!finding.options.empty() && best.isDecided(judge(finding), isAllRead(finding, rest))) {
                 return std::move(*best.judged);
             }
-            if (!areWhole) {
+            // The suggestions find a type in a name themselves.
+            if (!areWhole || isTypeGiven) {
                 findings.push_back(std::move(finding));
             }
         }
@@ -316,11 +320,10 @@ JudgedAddress AddressValidator::Implementation::validate(const GivenAddress& giv
     if (best.judged) {
         return std::move(*best.judged);
     }
-    // The suggestions find a type in a name themselves, so that the likely readings suffice.
-    findings.resize(std::min(readings.likely.size(), mostNearReadings));
+    findings.resize(std::min(findings.size(), mostNearReadings));
     for (Finding& finding : findings) {
         findNear(finding);
-        if (best.isDecided(judge(finding), isAllRead(finding.question.parts))) {
+        if (best.isDecided(judge(finding), isAllRead(finding, rest))) {
             break;
         }
     }

@@ -38,7 +38,10 @@ void takeNumber(AddressParts& parts, const AddressParts& number) {
 std::vector<AddressParts> readMunicipality(std::string_view text) {
     AddressParts whole;
     whole.municipality = withoutBlanks(text);
-    std::vector<AddressParts> readings{whole};
+    std::vector<AddressParts> readings(1, whole);
+    if (text.find_first_of("0123456789(,") == std::string_view::npos) {
+        return readings;
+    }
     AddressParts split = whole;
     std::string_view name = split.municipality;
     if (name.size() > 6 && std::all_of(name.begin(), name.begin() + 5, isDigit) && !isDigit(name[5])) {
@@ -117,6 +120,9 @@ std::vector<AddressParts> readStreet(const GivenAddress& given) {
 /// Each street with the place that each line names.
 std::vector<AddressParts> combined(const std::vector<AddressParts>& lines,
                                    std::vector<AddressParts> streets) {
+    if (lines.size() == 1 && lines.front() == AddressParts()) {
+        return streets; // there is no line
+    }
     std::vector<AddressParts> both;
     for (const AddressParts& line : lines) {
         for (AddressParts& street : streets) {
@@ -129,25 +135,36 @@ std::vector<AddressParts> combined(const std::vector<AddressParts>& lines,
     return both;
 }
 
+void takePlace(AddressParts& reading, const AddressParts& place) {
+    reading.municipality = place.municipality;
+    takeColumn(reading.postalCode, place.postalCode);
+    takeColumn(reading.province, place.province);
+}
+
 /// Takes the columns other than the street's.
 void takeColumns(std::vector<AddressParts>& readings, const GivenAddress& given) {
     if (!isBlank(given.municipality)) {
-        std::vector<AddressParts> both;
-        for (const AddressParts& place : readMunicipality(given.municipality)) {
-            for (AddressParts reading : readings) {
-                reading.municipality = place.municipality;
-                takeColumn(reading.postalCode, place.postalCode);
-                takeColumn(reading.province, place.province);
-                both.push_back(std::move(reading));
+        const std::vector<AddressParts> places = readMunicipality(given.municipality);
+        const std::size_t count = readings.size();
+        for (std::size_t i = 1; i < places.size(); ++i) {
+            for (std::size_t j = 0; j < count; ++j) {
+                AddressParts reading = readings[j];
+                takePlace(reading, places[i]);
+                readings.push_back(std::move(reading));
             }
         }
-        readings = std::move(both);
+        for (std::size_t j = 0; j < count; ++j) {
+            takePlace(readings[j], places.front());
+        }
     }
     for (AddressParts& reading : readings) {
         takeColumn(reading.type, given.type);
         append(reading.rest, given.rest);
         takeColumn(reading.postalCode, given.postalCode);
         takeColumn(reading.province, given.province);
+    }
+    if (readings.size() == 1) {
+        return;
     }
     // Where the type has a column, readings with and without one are the same.
     std::vector<AddressParts> once;
@@ -223,12 +240,14 @@ GivenReadings readingsOf(const GivenAddress& given) {
 }
 
 void addWholeReadings(GivenReadings& readings, const GivenAddress& given) {
-    std::vector<AddressParts> bare;
-    if (isBlank(given.street)) {
-        bare = readings.likely;
-    } else {
-        bare = combined(isBlank(given.line) ? std::vector<AddressParts>(1) : readAddressLine(given.line),
-                        readStreet(given));
+    std::vector<AddressParts> bare =
+        isBlank(given.line) ? std::vector<AddressParts>(1) : readAddressLine(given.line);
+    if (!isBlank(given.street)) {
+        bare = combined(bare, readStreet(given));
+    } else if (!isBlank(given.number)) {
+        for (AddressParts& reading : bare) {
+            takeNumber(reading, readNumberText(given.number));
+        }
     }
     for (const AddressParts& reading : bare) {
         const bool isAllName = !isBlank(given.number) || reading.number.empty();

@@ -302,6 +302,36 @@ TEST_F(AddressVerdicts, WrongTypeIsCorrectedIfTheStreetHasOnlyOne) {
         isSettled(judge({.street = "Paseo Constitución", .number = "3", .municipality = "Madrid"}).verdict));
 }
 
+TEST_F(AddressVerdicts, KindOfStreetInANameBelongsToItIfTheTypeHasAColumn) {
+    // Where the tables have both, and where the town is misspelt, too.
+    for (const char* town : {"Madrid", "Madird"}) {
+        const JudgedAddress judged = judge({.type = "CL",
+                                            .street = "Puente de Toledo",
+                                            .number = "3",
+                                            .postalCode = "28014",
+                                            .municipality = town});
+        EXPECT_TRUE(isSettled(judged.verdict)) << town;
+        EXPECT_EQ(judged.street, "PUENTE DE TOLEDO") << town;
+    }
+}
+
+TEST_F(AddressVerdicts, NameThatBeginsWithTwoKindsOfStreetIsTakenAsWritten) {
+    EXPECT_EQ(judge({.street = "C/ Costanilla del Olmo",
+                     .number = "3",
+                     .postalCode = "28014",
+                     .municipality = "Madrid"})
+                  .street,
+              "COSTANILLA DEL OLMO");
+}
+
+TEST_F(AddressVerdicts, SettledAddressShowsAConfidenceFromTheThresholdOn) {
+    for (const char* street : {"Calle Velazqez", "Calle Madreselba", "Calle Santa Terexa"}) {
+        const JudgedAddress judged = judge({.street = street, .number = "3", .municipality = "Madrid"});
+        EXPECT_EQ(judged.verdict, Verdict::Corrected) << street;
+        EXPECT_GE(judged.confidence, 0.9) << street;
+    }
+}
+
 TEST_F(AddressVerdicts, CodeChoosesAmongTypesThatWereNotWritten) {
     const JudgedAddress judged =
         judge({.street = "Constitución", .number = "3", .postalCode = "28013", .municipality = "Madrid"});
