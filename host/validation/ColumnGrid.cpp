@@ -14,7 +14,7 @@ using Column = ambrel::AddressColumn;
 
 constexpr int unused = 0; // the first entry of a list
 constexpr int listRow = 0;
-constexpr int widestColumn = 260;
+constexpr int widestColumn = 60; // letters
 
 const std::array<QString, ambrel::addressColumnCount + 1>& uses() {
     static const std::array<QString, ambrel::addressColumnCount + 1> texts{
@@ -77,8 +77,9 @@ void ColumnGrid::showFile(const ambrel::AddressFilePreview& preview) {
     }
     resizeColumnsToContents();
     resizeRowsToContents();
+    const int widest = widestColumn * fontMetrics().averageCharWidth();
     for (int column = 0; column < columnCount(); ++column) {
-        setColumnWidth(column, std::min(columnWidth(column), widestColumn));
+        setColumnWidth(column, std::min(columnWidth(column), widest));
     }
 }
 

@@ -26,7 +26,7 @@ namespace {
 constexpr int margin = 16;
 constexpr int rowPadding = 6;
 constexpr int typingPause = 300; // milliseconds
-constexpr int readableWidth = 860, readableHeight = 620;
+constexpr int readableWidth = 780, readableHeight = 560;
 
 QPushButton* commandButton(const char* objectName, const QString& text, QWidget* parent) {
     auto* const button = new QPushButton(text, parent);
@@ -55,14 +55,22 @@ ValidationWindow::ValidationWindow() : pages_(new QTabWidget(this)) {
     pages_->addTab(filePage(), tr("&Fichero"));
     pages_->addTab(resultPage(), tr("&Resultado"));
     pages_->setTabEnabled(1, false);
+    const auto namePages = [this] {
+        pages_->setAccessibleName(pages_->tabText(pages_->currentIndex()).remove(QLatin1Char('&')));
+    };
+    connect(pages_, &QTabWidget::currentChanged, this, namePages);
+    namePages();
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(margin, margin, margin, margin);
     column->setSpacing(margin * 3 / 4);
     column->addWidget(pages_, 1);
-    column->addWidget(commands());
+    QWidget* const buttons = commands();
+    column->addWidget(buttons);
     later_.setSingleShot(true);
     later_.setInterval(typingPause);
     connect(&later_, &QTimer::timeout, this, ambrel::guarded([this] { preview(); }));
+    ensurePolished();
+    setMinimumWidth(std::max(buttons->sizeHint().width() + 2 * margin, sizeHint().width()));
     resize(readableWidth, readableHeight);
     showState();
     input_->setFocus();
@@ -152,8 +160,11 @@ QWidget* ValidationWindow::resultPage() {
         widest =
             std::max(widest, fontMetrics().horizontalAdvance(titleOf(static_cast<ambrel::Verdict>(verdict))));
     }
-    header.resizeSection(UnsettledModel::Row, fontMetrics().horizontalAdvance(QStringLiteral("99.999.999")));
+    const int narrowest = fontMetrics().horizontalAdvance(QStringLiteral("La más parecida")) + margin;
+    header.setMinimumSectionSize(narrowest);
+    header.resizeSection(UnsettledModel::Row, narrowest);
     header.resizeSection(UnsettledModel::Verdict, widest + margin);
+    list_->setMinimumWidth(3 * narrowest + widest + 4 * margin);
     for (const int section : {UnsettledModel::Given, UnsettledModel::Nearest}) {
         header.setSectionResizeMode(section, QHeaderView::Stretch);
     }

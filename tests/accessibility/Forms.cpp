@@ -3,7 +3,9 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
 #include <filesystem>
 #include <ostream>
@@ -25,6 +27,7 @@
 #include "host/Style.h"
 #include "host/routines/Catalogue.h"
 #include "host/routines/RoutineDialog.h"
+#include "host/validation/ValidationWindow.h"
 #include "import/ImportarVias.h"
 #include "services/Confamb.h"
 #include "services/MessageBox.h"
@@ -62,7 +65,9 @@ const std::vector<std::pair<Form, std::string>>& formNames() {
         {Form::MensajePregunta, "MensajePregunta"},
         {Form::MensajeAviso, "MensajeAviso"},
         {Form::Clientes, "Clientes"},
-        {Form::Rutina, "Rutina"}};
+        {Form::Rutina, "Rutina"},
+        {Form::ValidarFichero, "ValidarFichero"},
+        {Form::ValidarResultado, "ValidarResultado"}};
     return names;
 }
 
@@ -189,6 +194,8 @@ void Forms::show(Form form, const Step& step) {
         return showBox(form, step);
     case Form::Clientes:
     case Form::Rutina:
+    case Form::ValidarFichero:
+    case Form::ValidarResultado:
         return showHost(form, step);
     }
 }
@@ -282,7 +289,28 @@ void Forms::showHost(Form form, const Step& step) {
     host::HostTable table(host::hostDatabase);
     table.data.open();
     ambrel::test::showActive(window);
+    if (form == Form::ValidarFichero || form == Form::ValidarResultado) {
+        return showValidation(form, step);
+    }
     host::routines::RoutineDialog dialog(host::routines::utilities().front(), table.data, &window);
+    play(dialog, step);
+}
+
+void Forms::showValidation(Form form, const Step& step) {
+    // Few and short: the grids scroll sideways, and cut long addresses, which a tip shows whole.
+    folder.write("clientes.csv", "DIRECCION;POBLACION\nCalle Alcala 5;Madrid\nRara 7;Madrid\n");
+    std::filesystem::remove(std::filesystem::path(folder.path()) / "clientes-validado.csv"); // or it asks
+    host::ValidationWindow dialog;
+    dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+    ambrel::test::showActive(dialog);
+    auto& start = ambrel::test::child<QPushButton>(dialog, "BBEmpezar");
+    ambrel::test::child<QLineEdit>(dialog, "EFichero")
+        .setText(QString::fromStdString((std::filesystem::path(folder.path()) / "clientes.csv").string()));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return start.isEnabled(); }));
+    if (form == Form::ValidarResultado) {
+        start.click();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return start.isEnabled(); }, 20000));
+    }
     play(dialog, step);
 }
 

@@ -30,7 +30,9 @@ enum class Form {
     MensajePregunta,
     MensajeAviso,
     Clientes,
-    Rutina
+    Rutina,
+    ValidarFichero,
+    ValidarResultado
 };
 
 [[nodiscard]] const std::vector<Form>& allForms();
@@ -59,6 +61,7 @@ private:
     void showImport(Form form, const Step& step);
     void showBox(Form form, const Step& step);
     void showHost(Form form, const Step& step);
+    void showValidation(Form form, const Step& step);
 
     SimulatedDirectory service_;
 };

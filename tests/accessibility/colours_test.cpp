@@ -48,7 +48,8 @@ QPalette paletteOf(const Colours& colours) {
 const std::vector<Form> coloured{Form::MunicipiLista,     Form::BuscarMunicipios, Form::MunicipiListaMJ,
                                  Form::ProvList,          Form::TipoViasLista,    Form::BuscarDireccionPostal,
                                  Form::FichaViaNueva,     Form::FichaViaConsulta, Form::ImportarFichero,
-                                 Form::ImportarMunicipio, Form::Clientes,         Form::Rutina};
+                                 Form::ImportarMunicipio, Form::Clientes,         Form::Rutina,
+                                 Form::ValidarFichero,    Form::ValidarResultado};
 
 class Readable : public Forms, public ::testing::WithParamInterface<Form> {
 protected:
