@@ -4,7 +4,8 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <regex>
+#include <string>
+#include <vector>
 
 #include "dbase/system/names.h"
 #include "directory/FixedLine.h"
@@ -54,6 +55,24 @@ std::string referenceOf(const std::string& month, const std::string& year) {
     return month == "01" ? std::to_string(std::stoi(year) - 1) + "-12-31" : year + "-06-30";
 }
 
+/// Six digits of a name that are no part of more, and the text before them.
+struct SixDigits {
+    std::string before, digits;
+};
+
+std::vector<SixDigits> sixDigitsOf(std::string_view name) {
+    static constexpr std::string_view digits = "0123456789";
+    std::vector<SixDigits> runs;
+    for (std::size_t begin = name.find_first_of(digits); begin != std::string_view::npos;) {
+        const std::size_t end = std::min(name.find_first_not_of(digits, begin), name.size());
+        if (end - begin == 6) {
+            runs.push_back({std::string(name.substr(0, begin)), std::string(name.substr(begin, 6))});
+        }
+        begin = name.find_first_of(digits, end);
+    }
+    return runs;
+}
+
 } // namespace
 
 const char* kindName(FileKind kind) { return std::ranges::find(namedKinds, kind, &NamedKind::kind)->name; }
@@ -89,15 +108,19 @@ std::optional<Layout> recognise(std::string_view fileName, std::span<const std::
 }
 
 std::string editionOfName(std::string_view fileName) {
-    static const std::regex day(R"(\.[DF](\d\d)(0[1-9]|1[0-2])([0-3]\d)(?!\d))", std::regex::icase);
-    static const std::regex publication(R"((?:^|[^0-9])(01|07)(20\d\d)(?!\d))");
-    const std::string name(fileName);
-    std::smatch match;
-    if (std::regex_search(name, match, day)) {
-        return "20" + match[1].str() + '-' + match[2].str() + '-' + match[3].str();
+    const std::vector<SixDigits> runs = sixDigitsOf(dbase::upperName(fileName));
+    for (const SixDigits& run : runs) { // a day: ".D260630"
+        const std::string month = run.digits.substr(2, 2);
+        const bool isDay = month >= "01" && month <= "12" && run.digits[4] <= '3';
+        if (isDay && (run.before.ends_with(".D") || run.before.ends_with(".F"))) {
+            return "20" + run.digits.substr(0, 2) + '-' + month + '-' + run.digits.substr(4);
+        }
     }
-    if (std::regex_search(name, match, publication)) {
-        return referenceOf(match[1], match[2]);
+    for (const SixDigits& run : runs) { // a month of publication: "072026"
+        const std::string month = run.digits.substr(0, 2), year = run.digits.substr(2);
+        if ((month == "01" || month == "07") && year.starts_with("20")) {
+            return referenceOf(month, year);
+        }
     }
     return {};
 }
