@@ -2,10 +2,15 @@
 
 #include <array>
 #include <cstdio>
+#include <memory>
+#include <optional>
 #include <string>
 
+#include "controller/ProvinceName.h"
+#include "dbase/system/databases.h"
 #include "dbase/system/names.h"
 #include "directory/audit/Audit.h"
+#include "directory/audit/AuditReport.h"
 #include "loading/counted.h"
 #include "loading/failure.h"
 #include "tools/commands.h"
@@ -113,6 +118,21 @@ void tellTotals(const AuditTotals& totals, const ClassCounts& counts, bool hasSt
     }
 }
 
+std::unique_ptr<AuditReport> makeReport(const ReviewOptions& options, const std::string& folder) {
+    if (options.report.empty()) {
+        return nullptr;
+    }
+    if (areSameFile(options.report, options.output)) {
+        throw loading::Failure("--informe sería el mismo fichero que la salida");
+    }
+    AuditReport::requireWritable(options.report);
+    AuditRun run{.tables = folder, .only = dbase::upperName(options.table)};
+    if (dbase::findTableFile(folder, "PROVIN")) {
+        run.provinceName = [](const std::string& code) { return ambrel::provinceName(code, folderDatabase); };
+    }
+    return std::make_unique<AuditReport>(std::move(run));
+}
+
 } // namespace
 
 ExitCode revisar(const ReviewOptions& options) {
@@ -121,6 +141,7 @@ ExitCode revisar(const ReviewOptions& options) {
     for (const char* const table : {"MUNICIPI", "POSTAL"}) {
         requireWhole(requireTable(folder, table));
     }
+    const auto report = makeReport(options, folder);
     FindingOutput output(options.output);
     ClassCounts counts{};
     AuditTotals totals;
@@ -132,6 +153,9 @@ ExitCode revisar(const ReviewOptions& options) {
                 if (!only || finding.table == *only) {
                     ++counts.at(static_cast<std::size_t>(finding.kind));
                     output.add(finding);
+                    if (report) {
+                        report->add(finding);
+                    }
                 }
             },
             [&](std::uint64_t done, std::uint64_t total) {
@@ -139,6 +163,9 @@ ExitCode revisar(const ReviewOptions& options) {
             });
     }
     output.close();
+    if (report) {
+        report->write(options.report, totals);
+    }
     tellTotals(totals, counts, only != AuditedTable::Municipalities);
     return counts == ClassCounts{} ? ExitCode::done : ExitCode::negative;
 }

@@ -330,6 +330,8 @@ void defineReview(CLI::App& app, Command& chosen) {
     offerText(command, "TABLA", options->table, "", "Sólo los hallazgos de ésta: MUNICIPI o POSTAL");
     offerText(command, "--salida", options->output, "F.csv",
               "Los hallazgos; si no se da, la salida estándar");
+    offerText(command, "--informe", options->report, "F.html",
+              "Escribe además un informe, para el navegador");
     command.footer(
         "Escribe una fila por hallazgo, con su gravedad (GRAVE, AVISO o NOTA), dónde está y, si la "
         "hay, una\npropuesta. Los totales de cada clase salen por la salida de errores. Termina con 0 si "

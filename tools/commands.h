@@ -70,6 +70,7 @@ struct DirectoryLoadOptions {
 struct ReviewOptions {
     std::string folder, table; // empty: both tables
     std::string output;        // of the findings; empty: standard output
+    std::string report;        // HTML; empty: none
 };
 
 struct FolderOptions {

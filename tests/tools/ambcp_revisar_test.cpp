@@ -65,6 +65,15 @@ TEST_F(AmbcpRevisar, FindingsMayGoToAFile) {
     EXPECT_EQ(content("hallazgos.csv"), heading);
 }
 
+TEST_F(AmbcpRevisar, AReportMayBeWrittenAsWell) {
+    load("28000002,28,9,CL,sol,1,9999,2,9998,28901,GETAFE,28065\n");
+    const Outcome run = ambcp({"revisar", ".", "--informe", "informe.html"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(content("informe.html").find("«sol» lleva minúsculas"), std::string::npos);
+    EXPECT_EQ(refused({"revisar", ".", "--informe", "f", "--salida", "f"}),
+              "ambcp: --informe sería el mismo fichero que la salida\n");
+}
+
 TEST_F(AmbcpRevisar, WhatCannotBeAuditedIsRefused) {
     EXPECT_EQ(refused({"revisar", ".", "PROVIN"}),
               "ambcp: de la tabla «PROVIN» no se revisa el contenido; se revisan MUNICIPI y POSTAL\n");

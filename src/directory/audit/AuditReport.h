@@ -1,0 +1,56 @@
+// The report on an audit: one HTML page.
+#pragma once
+
+#include <array>
+#include <ctime>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "directory/audit/Audit.h"
+
+namespace ambrel::directory {
+
+/// What was audited. Texts in UTF-8, unless it says otherwise.
+struct AuditRun {
+    std::string tables = {}; // the folder
+    std::string only = {};   // the table whose findings are wanted; empty: both
+    /// The name of a province of two digits, both in Windows-1252; empty if there is none.
+    std::function<std::string(const std::string&)> provinceName = {};
+    std::time_t begun = std::time(nullptr);
+};
+
+/// Collects findings in bounded memory: the first hundred of each class are kept.
+class AuditReport {
+public:
+    static constexpr std::size_t mostShown = 100;
+
+    explicit AuditReport(AuditRun run) : run_(std::move(run)) {}
+
+    /// Whether write() could write there now. Errors: dbase::Error, which says why not.
+    static void requireWritable(const std::string& file);
+
+    void add(const Finding& finding);
+    /// Writes the page, or leaves a file that has the name as it was. Errors: dbase::Error.
+    void write(const std::string& file, const AuditTotals& totals) const;
+
+    [[nodiscard]] const AuditRun& run() const { return run_; }
+    [[nodiscard]] std::uint64_t count(Severity severity, FindingClass kind) const {
+        return counts_.at(static_cast<std::size_t>(severity)).at(static_cast<std::size_t>(kind));
+    }
+    [[nodiscard]] std::uint64_t count(FindingClass kind) const;
+    [[nodiscard]] std::uint64_t count(Severity severity) const;
+    [[nodiscard]] const std::vector<Finding>& first(FindingClass kind) const {
+        return first_.at(static_cast<std::size_t>(kind));
+    }
+
+private:
+    AuditRun run_;
+    std::array<std::array<std::uint64_t, findingClassCount>, 3> counts_{}; // by severity
+    std::array<std::vector<Finding>, findingClassCount> first_;
+};
+
+/// The page, as write() writes it.
+[[nodiscard]] std::string auditPage(const AuditReport& report, const AuditTotals& totals);
+
+} // namespace ambrel::directory
