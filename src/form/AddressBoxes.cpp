@@ -161,7 +161,8 @@ void AddressBoxes::suggest(QLineEdit& edit, Box box) {
 
 void AddressBoxes::offerPasted(QLineEdit& edit, Box box) {
     auto* offer = new PasteOffer(
-        &edit, [this, box](const QString& text) { return offers_->offer(box, text); },
+        &edit,
+        [this, box](const QString& text, const QString& piece) { return offers_->offer(box, text, piece); },
         [this, box] {
             if (offers_->take(box)) {
                 Q_EMIT addressTaken();

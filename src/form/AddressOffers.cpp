@@ -45,31 +45,45 @@ AddressOffer AddressOffers::made(const JudgedAddress& judged) {
     return offer;
 }
 
-std::optional<OfferTexts> AddressOffers::offer(Box box, const QString& text) {
+/// The address that a text is as a whole; null if it is not one.
+std::optional<JudgedAddress> AddressOffers::whole(const QString& text) {
+    if (!validator_) {
+        validator_ = std::make_unique<AddressValidator>("DB", ValidationOptions{.memory = keptNames});
+    }
+    JudgedAddress judged = validator_->validate({.line = toNearestWindows1252(text)});
+    return isWhole(judged, text) ? std::optional(std::move(judged)) : std::nullopt;
+}
+
+/// What was pasted beside a text that stays is taken alone, unless both together make sense.
+std::optional<OfferTexts> AddressOffers::offer(Box box, const QString& text, const QString& piece) {
     last_.reset();
+    QString left; // beside the address
     try {
         if (!isWanted_ || isName(box, text)) {
             return std::nullopt;
         }
-        if (!validator_) {
-            validator_ = std::make_unique<AddressValidator>("DB", ValidationOptions{.memory = keptNames});
+        std::optional<JudgedAddress> judged = whole(text);
+        if (piece != text && !(judged && isSettled(judged->verdict))) {
+            if (auto alone = whole(piece); alone && (!judged || alone->verdict > judged->verdict)) {
+                judged = std::move(alone);
+                left = QString(text).remove(text.indexOf(piece), piece.size()).simplified();
+            }
         }
-        const JudgedAddress judged = validator_->validate({.line = toNearestWindows1252(text)});
-        if (!isWhole(judged, text)) {
+        if (!judged) {
             return std::nullopt;
         }
-        last_ = made(judged);
+        last_ = made(*judged);
     } catch (const dbase::Error&) {
         return std::nullopt; // leaving the box reports it: pasting works without the offer
     }
     OfferTexts texts{shownParts(*last_), remarksOn(*last_), isSettled(last_->judged.verdict)};
-    texts.remarks << remarkOnLostParts(*last_, validation_.boxes()) << replaced(box, *last_);
+    texts.remarks << remarkOnLostParts(*last_, validation_.boxes()) << replaced(box, left, *last_);
     texts.remarks.removeAll(QString());
     return texts;
 }
 
-/// What the other boxes hold and would lose.
-QString AddressOffers::replaced(Box box, const AddressOffer& offer) const {
+/// What the other boxes hold and would lose, and the box itself, where `left` stands beside the address.
+QString AddressOffers::replaced(Box box, const QString& left, const AddressOffer& offer) const {
     constexpr std::array order{Box::Municipality, Box::Province, Box::StreetType,
                                Box::Street,       Box::Number,   Box::PostalCode};
     QStringList lost;
@@ -79,9 +93,7 @@ QString AddressOffers::replaced(Box box, const AddressOffer& offer) const {
         }
     };
     for (const Box one : order) {
-        if (one != box) {
-            note(validation_.text(one), offer.text(one));
-        }
+        note(one == box ? left : validation_.text(one), offer.text(one));
     }
     if (const QLineEdit* const rest = validation_.boxes().rest) {
         note(rest->text().simplified(), offer.rest);

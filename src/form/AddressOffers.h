@@ -21,8 +21,9 @@ public:
     ~AddressOffers();
 
     void enable(bool isWanted) { isWanted_ = isWanted; }
-    /// What to say about a text in a box; null if it is not a whole address.
-    [[nodiscard]] std::optional<OfferTexts> offer(AddressBoxes::Box box, const QString& text);
+    /// What to say about a text in a box, of which `piece` was pasted; null if neither is a whole address.
+    [[nodiscard]] std::optional<OfferTexts> offer(AddressBoxes::Box box, const QString& text,
+                                                  const QString& piece);
     /// Takes the address that was offered last. False if another user holds the host's row.
     bool take(AddressBoxes::Box box);
     /// Takes an address that was judged elsewhere.
@@ -30,8 +31,10 @@ public:
 
 private:
     [[nodiscard]] bool isName(AddressBoxes::Box box, const QString& text) const;
+    [[nodiscard]] std::optional<JudgedAddress> whole(const QString& text);
     [[nodiscard]] AddressOffer made(const JudgedAddress& judged);
-    [[nodiscard]] QString replaced(AddressBoxes::Box box, const AddressOffer& offer) const;
+    [[nodiscard]] QString replaced(AddressBoxes::Box box, const QString& left,
+                                   const AddressOffer& offer) const;
 
     AddressValidation& validation_;
     std::unique_ptr<AddressValidator> validator_; // made when it is needed

@@ -32,6 +32,18 @@ qsizetype insertedLetters(const QString& before, const QString& now) {
     return now.size() - same - sameEnd;
 }
 
+/// What was put into a text just before its caret. Of a selection that it replaced, letters at its beginning
+/// may be taken for kept ones.
+QString insertedPiece(const QString& before, const QString& now, qsizetype caret) {
+    const qsizetype kept = before.size() - (now.size() - caret); // letters before the piece, at most
+    if (kept < 0 || !before.endsWith(now.mid(caret))) {
+        return now;
+    }
+    const auto [end, unused] =
+        std::mismatch(now.begin(), now.begin() + std::min(kept, caret), before.begin());
+    return now.mid(end - now.begin(), caret - (end - now.begin()));
+}
+
 /// Whether a key changes the text letter by letter.
 bool typesOrDeletes(const QKeyEvent& event) {
     const bool isCommand = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
@@ -92,6 +104,7 @@ void PasteOffer::edited(const QString& text) {
         return;
     }
     pasted_ = text;
+    piece_ = insertedPiece(before, text, box_->cursorPosition());
     later_.start(0);
 }
 
@@ -102,7 +115,7 @@ void PasteOffer::ask() {
     const QString text = box_->text();
     std::optional<OfferTexts> texts;
     const QPointer<PasteOffer> alive = this;
-    runGuarded([&] { texts = source_(text); });
+    runGuarded([&] { texts = source_(text, piece_); });
     if (alive && texts && mayOpen() && box_->text() == text) {
         open(*texts);
     }

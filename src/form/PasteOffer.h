@@ -22,8 +22,9 @@ namespace ambrel {
 class PasteOffer : public QObject {
     Q_OBJECT
 public:
-    /// What to offer for the text of the box; null offers nothing. Runs inside runGuarded().
-    using Source = std::function<std::optional<OfferTexts>(const QString& text)>;
+    /// What to offer for the text of the box, of which `piece` has just come; null offers nothing. Runs
+    /// inside runGuarded().
+    using Source = std::function<std::optional<OfferTexts>(const QString& text, const QString& piece)>;
     /// Does what accepting means. Runs inside runGuarded().
     using Taker = std::function<void()>;
 
@@ -54,7 +55,7 @@ private:
     QPointer<OfferStrip> strip_; // belongs to the box's window, which may delete it
     QTimer later_;               // after the handlers of the paste
     QString before_, now_;       // the texts of the box before its last change and after it
-    QString pasted_;             // the text that the offer is about
+    QString pasted_, piece_;     // the text that the offer is about, and what came last of it
     bool isTaking_ = false, isTyping_ = false;
     QString description_; // of the box while there is no offer
 };

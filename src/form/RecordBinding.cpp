@@ -12,6 +12,17 @@
 
 namespace ambrel {
 
+namespace {
+
+/// What was pasted may hold line breaks, which an edit box shows as blanks.
+QString inOneLine(QString text) {
+    std::ranges::replace_if(
+        text, [](QChar letter) { return letter.isSpace() && letter != QChar::Nbsp; }, QLatin1Char(' '));
+    return text;
+}
+
+} // namespace
+
 RecordBinding::RecordBinding(dbase::Dataset& table, QObject* parent) : QObject(parent), table_(table) {
     subscription_ = table.listen([this](dbase::DatasetChange change) { follow(change); });
 }
@@ -31,7 +42,7 @@ void RecordBinding::write(const Bond& bond) {
     if (!beginEdit()) {
         return;
     }
-    runGuarded([&] { bond.field->setText(toNearestWindows1252(bond.box->text())); });
+    runGuarded([&] { bond.field->setText(toNearestWindows1252(inOneLine(bond.box->text()))); });
     Q_EMIT changed();
 }
 

@@ -249,6 +249,35 @@ TEST_F(PasteOffer, NothingIsReplacedUnsaid) {
     EXPECT_EQ(rest->text(), "") << "it was another address's";
 }
 
+TEST_F(PasteOffer, AnAddressPastedBesideATextIsTakenWithoutIt) {
+    open();
+    fillAddress("haro", "", "", "");
+    for (const bool isAfter : {true, false}) {
+        enter(Box::Municipality);
+        press(isAfter ? Qt::Key_End : Qt::Key_Home);
+        QGuiApplication::clipboard()->setText("Calle de Alcalá, 100, 28014 Madrid");
+        press(Qt::Key_V, Qt::ControlModifier);
+        ASSERT_TRUE(offerCame());
+        EXPECT_TRUE(says(said(), "Se sustituye «HARO»")) << said();
+        press(Qt::Key_Return);
+        expectAlcala();
+        press(Qt::Key_Z, Qt::ControlModifier);
+        press(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(text(Box::Municipality), "HARO");
+    }
+}
+
+TEST_F(PasteOffer, WhatIsPastedAfterTheStreetMakesOneAddressWithIt) {
+    open();
+    enter(Box::Street);
+    type("calle alcala ");
+    QGuiApplication::clipboard()->setText("100, 28014 Madrid");
+    press(Qt::Key_V, Qt::ControlModifier);
+    ASSERT_TRUE(offerCame());
+    press(Qt::Key_Return);
+    expectAlcala();
+}
+
 TEST_F(PasteOffer, UndoGivesEverythingBackAndRedoFillsAgain) {
     open();
     fillAddress("haro", "", "", "");
@@ -417,6 +446,23 @@ TEST_F(PasteOffer, ARowThatOthersHoldStaysAsItIs) {
     press(Qt::Key_Return);
     EXPECT_EQ(table.field("VECINDAD").text(), "MADRID");
     expectAlcala();
+}
+
+TEST_F(PasteOffer, LineBreaksDoNotReachTheRow) {
+    dbase::createTable(folder.path(),
+                       {.name = "CLIENTES",
+                        .columns = {{.name = "VECINDAD", .type = dbase::ColumnType::Character, .width = 53}},
+                        .tags = {}});
+    dbase::Dataset table("DB", "CLIENTES");
+    table.open();
+    table.append();
+    ambrel::RecordBinding record(table);
+    record.bind(boxes.municipality, table.field("VECINDAD"));
+    open();
+    address->setRecord(record);
+    pasteInto(Box::Municipality, "Ana Gil\nCalle\tInventada\r\n5");
+    EXPECT_EQ(table.field("VECINDAD").text(), "Ana Gil Calle Inventada  5");
+    box(Box::Municipality).clear();
 }
 
 TEST_F(PasteOffer, AReadOnlyBoxOffersNothing) {
