@@ -75,11 +75,25 @@ void ColumnGrid::showFile(const ambrel::AddressFilePreview& preview) {
             setItem(static_cast<int>(row) + 1, static_cast<int>(column), item);
         }
     }
+    orderForTab();
     resizeColumnsToContents();
     resizeRowsToContents();
     const int widest = widestColumn * fontMetrics().averageCharWidth();
     for (int column = 0; column < columnCount(); ++column) {
         setColumnWidth(column, std::min(columnWidth(column), widest));
+    }
+}
+
+/// The lists were made last, and follow what stands before the grid.
+void ColumnGrid::orderForTab() {
+    QWidget* before = previousInFocusChain();
+    while (before != this &&
+           (!(before->focusPolicy() & Qt::TabFocus) || std::ranges::find(lists_, before) != lists_.end())) {
+        before = before->previousInFocusChain();
+    }
+    for (QComboBox* const list : lists_) {
+        setTabOrder(before, list);
+        before = list;
     }
 }
 

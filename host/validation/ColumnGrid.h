@@ -28,6 +28,7 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] QComboBox* list(const QString& column);
+    void orderForTab();
     void take(const QComboBox& changed);
 
     std::vector<QComboBox*> lists_; // one for each column

@@ -90,6 +90,7 @@ void ValidationJob::run() {
         }
     };
     const auto post = [this, &news](const ambrel::AddressFileProgress& progress) {
+        news.judged = progress.rows;
         news.share = progress.share;
         ValidationNews sent = news;
         news.rows.clear();
@@ -108,6 +109,7 @@ void ValidationJob::run() {
                 .provinceName = [names = std::make_shared<ambrel::AddressValidator>("DB")](
                                     const std::string& province) { return names->provinceName(province); }});
         }
+        ambrel::ValidationReport::requireWritable(order_.output); // its errors are in Spanish
         ResultFile result(order_.output);
         const auto totals =
             ambrel::validateAddressFile(ambrel::openAddressFile(order_.input), order_.options,

@@ -30,6 +30,7 @@ struct UnsettledRow {
 /// What has happened since the last time.
 struct ValidationNews {
     ambrel::AddressFileTotals totals; // from the beginning
+    std::uint64_t judged = 0;         // rows; they count in the totals once those before them are judged
     double share = 0;                 // of the file; negative if unknown
     std::vector<UnsettledRow> rows;   // the first ones of each verdict
 };

@@ -159,7 +159,7 @@ bool ValidationWindow::mayStart() {
         return false;
     }
     for (const QString& path : {output, report}) {
-        if (!path.isEmpty() && QFileInfo::exists(path) &&
+        if (!path.isEmpty() && QFileInfo(path).isFile() &&
             Mensaje_SiNo(this, tr("¿Desea sustituirlo?"),
                          tr("Ya existe %1.").arg(QDir::toNativeSeparators(path)), title) != answeredYes) {
             return false;
@@ -173,6 +173,7 @@ void ValidationWindow::start() {
         return;
     }
     rows_->clear();
+    rows_->setFilter(std::nullopt);
     chart_->setTotals({});
     refillFilter({});
     kept_->clear();
@@ -210,10 +211,9 @@ void ValidationWindow::follow(const ValidationNews& news) {
 
 void ValidationWindow::showProgress(const ValidationNews& news) {
     const double seconds = std::max(0.001, static_cast<double>(elapsed_.elapsed()) / 1000);
-    QString text =
-        tr("%1 filas, %2 por segundo")
-            .arg(counted(news.totals.rows),
-                 counted(static_cast<std::uint64_t>(static_cast<double>(news.totals.rows) / seconds)));
+    QString text = tr("%1 filas, %2 por segundo")
+                       .arg(counted(news.judged),
+                            counted(static_cast<std::uint64_t>(static_cast<double>(news.judged) / seconds)));
     if (news.share > 0) {
         bar_->setRange(0, barSteps);
         bar_->setValue(static_cast<int>(news.share * barSteps));

@@ -99,6 +99,17 @@ TEST_F(ValidationWindowTest, ShowsWhatEachColumnIsTakenFor) {
     EXPECT_EQ(part<QLineEdit>("EResultado").text(), pathOf("clientes-validado.csv"));
 }
 
+TEST_F(ValidationWindowTest, TabGoesFromTheFileOverItsColumnsToTheResult) {
+    openOn("clientes.csv");
+    QStringList order;
+    for (int step = 0; step < 6; ++step) {
+        QTest::keyClick(dialog()->focusWidget(), Qt::Key_Tab);
+        order << dialog()->focusWidget()->objectName();
+    }
+    EXPECT_EQ(order, (QStringList{"BBFichero", "CBColumna1", "CBColumna2", "CBColumna3", "CBColumna4",
+                                  "EResultado"}));
+}
+
 TEST_F(ValidationWindowTest, WritesTheResultTheReportAndTheTotals) {
     openOn("clientes.csv");
     QTest::keyClicks(&part<QLineEdit>("EInforme"), pathOf("informe.html"));
@@ -125,6 +136,21 @@ TEST_F(ValidationWindowTest, ListsTheFailuresAndFiltersThem) {
     QTest::keyClick(&filter, Qt::Key_End);
     EXPECT_EQ(failures().size(), 1);
     QTest::keyClick(&filter, Qt::Key_Home);
+    EXPECT_EQ(failures().size(), 3);
+}
+
+TEST_F(ValidationWindowTest, AnotherRunShowsAllRowsThatAreNotSettled) {
+    openOn("clientes.csv");
+    run();
+    auto& filter = part<QComboBox>("CBVeredicto");
+    filter.setFocus();
+    QTest::keyClick(&filter, Qt::Key_End);
+    ASSERT_EQ(failures().size(), 1);
+    ambrel::test::ScriptedMessages messages;
+    messages.expect("¿Desea sustituirlo?", "Ya existe " + pathOf("clientes-validado.csv") + ".",
+                    "Validar un fichero", MessageAnswer::Yes);
+    run();
+    EXPECT_EQ(filter.currentIndex(), 0);
     EXPECT_EQ(failures().size(), 3);
 }
 
@@ -198,6 +224,19 @@ TEST_F(ValidationWindowTest, NeverWritesOverTheFileThatItReads) {
     EXPECT_EQ(read("clientes.csv"), before);
 }
 
+TEST_F(ValidationWindowTest, AResultThatCannotBeWrittenIsSaidInSpanish) {
+    std::filesystem::create_directory(pathOf("carpeta").toStdString());
+    openOn("clientes.csv");
+    auto& output = part<QLineEdit>("EResultado");
+    for (const auto& [file, reason] :
+         {std::pair("carpeta", "no es un fichero corriente"), std::pair("nada/fuera.csv", "no existe")}) {
+        output.setText(pathOf(file));
+        const auto shown = ambrel::test::boxesDuring([&] { run(); });
+        ASSERT_EQ(shown.size(), 1U) << file << ": a folder is not asked about either";
+        EXPECT_TRUE(shown.front().text.contains(reason)) << shown.front().text.toStdString();
+    }
+}
+
 TEST_F(ValidationWindowTest, AsksBeforeItReplacesAResult) {
     write("clientes-validado.csv", "antes");
     openOn("clientes.csv");
@@ -228,6 +267,14 @@ protected:
         EXPECT_GT(part<QProgressBar>("BRProgreso").maximum(), 0);
     }
 };
+
+TEST_F(LongValidation, CountsRowsAsTheyAreJudged) {
+    startAndSeeProgress();
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return says("LProgreso").contains("faltan") && !says("LProgreso").startsWith("0 filas, 0"); },
+        20000));
+    EXPECT_TRUE(part<QPushButton>("BBInterrumpir").isEnabled()) << "it has not ended";
+}
 
 TEST_F(LongValidation, CanBeInterrupted) {
     startAndSeeProgress();
