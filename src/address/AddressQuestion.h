@@ -16,7 +16,6 @@ struct AddressQuestion {
     std::string province;             // two digits, or empty
     bool isProvinceUnknown = false;   // none has the name that was written
     HouseNumber number;               // none for a kilometre
-    bool hasOddNumber = false;        // something that is not a number
 
     /// Whether no postal code was given, readable or not.
     [[nodiscard]] bool lacksCode() const { return postalCode.empty() && !hasOtherText; }

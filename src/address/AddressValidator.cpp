@@ -128,8 +128,7 @@ AddressQuestion AddressValidator::Implementation::questionOf(AddressParts parts)
         question.isProvinceUnknown = question.province.empty();
     }
     question.number = readHouseNumber(parts.number);
-    if (question.number.kind == HouseNumber::Kind::Unclear) {
-        question.hasOddNumber = !tidied(parts.number).starts_with("KM");
+    if (tidied(parts.number).starts_with("KM")) {
         question.number = {};
     }
     question.parts = std::move(parts);

@@ -2,6 +2,7 @@
 #include "address/GivenReadings.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "address/AddressLine.h"
 #include "services/Rnumcad.h"
@@ -24,6 +25,15 @@ void takeColumn(std::string& part, std::string_view column) {
     if (!isBlank(column)) {
         part = withoutBlanks(column);
     }
+}
+
+/// The number's column. Figures that cannot be a house number are one that no street has.
+AddressParts readNumberColumn(std::string_view text) {
+    AddressParts parts = readNumberText(text);
+    if (parts.number.empty() && parts.floor.empty() && !parts.rest.empty() && isDigit(parts.rest.front())) {
+        parts.number = std::exchange(parts.rest, {});
+    }
+    return parts;
 }
 
 void takeNumber(AddressParts& parts, const AddressParts& number) {
@@ -69,8 +79,10 @@ std::vector<AddressParts> readMunicipality(std::string_view text) {
     return readings;
 }
 
-/// A reading with the type as a part of the name, and one with all that follows the type.
-void addWhole(const AddressParts& reading, std::string_view written, std::vector<AddressParts>& whole) {
+/// A reading with the type as a part of the name, and one with all that follows the type; `number`: of the
+/// number's column, of which nothing is a part of the name.
+void addWhole(const AddressParts& reading, std::string_view written, const AddressParts& number,
+              std::vector<AddressParts>& whole) {
     AddressParts one = reading;
     if (!reading.type.empty()) {
         one.type.clear();
@@ -86,8 +98,8 @@ void addWhole(const AddressParts& reading, std::string_view written, std::vector
     if (written.empty()) {
         return;
     }
-    one.floor.clear();
-    one.rest.clear();
+    one.floor = number.floor;
+    one.rest = number.rest;
     one.street = written;
     whole.push_back(one);
     if (!reading.type.empty() && written.starts_with(reading.type)) {
@@ -102,7 +114,7 @@ std::vector<AddressParts> readStreet(const GivenAddress& given) {
     const std::string_view written = withoutBlanks(given.street);
     if (!isBlank(given.number)) {
         // What looks like a number in the street belongs to its name, or repeats the column.
-        const AddressParts number = readNumberText(given.number);
+        const AddressParts number = readNumberColumn(given.number);
         for (AddressParts& reading : readings) {
             if (!reading.number.empty() && reading.number != number.number) {
                 const bool isAfterType = written.starts_with(reading.type);
@@ -135,10 +147,29 @@ std::vector<AddressParts> combined(const std::vector<AddressParts>& lines,
     return both;
 }
 
-void takePlace(AddressParts& reading, const AddressParts& place) {
+void takePlace(AddressParts& reading, const AddressParts& place, const GivenAddress& given) {
     reading.municipality = place.municipality;
     takeColumn(reading.postalCode, place.postalCode);
+    if (!isBlank(given.postalCode) && readPostalCode(given.postalCode) != place.postalCode) {
+        append(reading.rest, place.postalCode); // what has a column of its own is there
+    }
     takeColumn(reading.province, place.province);
+}
+
+/// The readings of line, street and number, without the other columns.
+std::vector<AddressParts> bareReadings(const GivenAddress& given) {
+    std::vector<AddressParts> lines =
+        isBlank(given.line) ? std::vector<AddressParts>(1) : readAddressLine(given.line);
+    if (!isBlank(given.street)) {
+        return combined(lines, readStreet(given));
+    }
+    if (!isBlank(given.number)) {
+        const AddressParts number = readNumberColumn(given.number);
+        for (AddressParts& reading : lines) {
+            takeNumber(reading, number);
+        }
+    }
+    return lines;
 }
 
 /// Takes the columns other than the street's.
@@ -149,12 +180,12 @@ void takeColumns(std::vector<AddressParts>& readings, const GivenAddress& given)
         for (std::size_t i = 1; i < places.size(); ++i) {
             for (std::size_t j = 0; j < count; ++j) {
                 AddressParts reading = readings[j];
-                takePlace(reading, places[i]);
+                takePlace(reading, places[i], given);
                 readings.push_back(std::move(reading));
             }
         }
         for (std::size_t j = 0; j < count; ++j) {
-            takePlace(readings[j], places.front());
+            takePlace(readings[j], places.front(), given);
         }
     }
     for (AddressParts& reading : readings) {
@@ -225,33 +256,17 @@ std::string writtenRest(const AddressParts& parts) {
 }
 
 GivenReadings readingsOf(const GivenAddress& given) {
-    GivenReadings readings;
-    readings.likely = isBlank(given.line) ? std::vector<AddressParts>(1) : readAddressLine(given.line);
-    if (!isBlank(given.street)) {
-        readings.likely = combined(readings.likely, readStreet(given));
-    } else if (!isBlank(given.number)) {
-        const AddressParts number = readNumberText(given.number);
-        for (AddressParts& reading : readings.likely) {
-            takeNumber(reading, number);
-        }
-    }
+    GivenReadings readings{bareReadings(given), {}};
     takeColumns(readings.likely, given);
     return readings;
 }
 
 void addWholeReadings(GivenReadings& readings, const GivenAddress& given) {
-    std::vector<AddressParts> bare =
-        isBlank(given.line) ? std::vector<AddressParts>(1) : readAddressLine(given.line);
-    if (!isBlank(given.street)) {
-        bare = combined(bare, readStreet(given));
-    } else if (!isBlank(given.number)) {
-        for (AddressParts& reading : bare) {
-            takeNumber(reading, readNumberText(given.number));
-        }
-    }
-    for (const AddressParts& reading : bare) {
+    const AddressParts number = readNumberColumn(given.number);
+    for (const AddressParts& reading : bareReadings(given)) {
         const bool isAllName = !isBlank(given.number) || reading.number.empty();
-        addWhole(reading, isAllName ? withoutBlanks(given.street) : std::string_view(), readings.whole);
+        addWhole(reading, isAllName ? withoutBlanks(given.street) : std::string_view(), number,
+                 readings.whole);
     }
     takeColumns(readings.whole, given);
 }

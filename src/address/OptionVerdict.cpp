@@ -95,19 +95,19 @@ Verdict verdictOn(const AddressOption& option, const AddressQuestion& question,
                   const ValidationOptions& options) {
     const bool isNear = option.hasSlips || option.place.source == PlaceSource::Near;
     const Certainty certainty = option.code.certainty;
+    const bool isOutside = certainty == Certainty::NoStretch || certainty == Certainty::Unclear;
     if (option.isPart || option.place.isPart ||
-        (!option.isCertain() && 1 - option.doubt < options.threshold) || question.hasOddNumber ||
-        (isNear && certainty == Certainty::NoStretch)) {
+        (!option.isCertain() && 1 - option.doubt < options.threshold) || (isNear && isOutside)) {
         return Verdict::Doubtful;
     }
     switch (certainty) {
     case Certainty::Several:
         return Verdict::Ambiguous;
     case Certainty::NoStretch:
+    case Certainty::Unclear: // such as 0 or 99999, which no stretch can hold
         return Verdict::NumberOutside;
     case Certainty::NoNumber:
         return Verdict::NoNumber;
-    case Certainty::Unclear:
     case Certainty::NoCode:
         return Verdict::Doubtful;
     case Certainty::Sure:

@@ -46,7 +46,8 @@ void weigh(AddressOption& option, const AddressQuestion& question) {
         option.doubt += doubt::noCode;
     }
     double sum = option.doubt;
-    if (option.code.certainty == StreetCode::Certainty::NoStretch) {
+    if (option.code.certainty == StreetCode::Certainty::NoStretch ||
+        option.code.certainty == StreetCode::Certainty::Unclear) {
         sum += doubt::numberOutside;
     }
     if (question.lacksCode() && option.doubt == 0) {

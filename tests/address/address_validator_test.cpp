@@ -106,6 +106,29 @@ TEST_F(AddressVerdicts, NumberOutsideIsNeverTakenForRightWhateverElseAgrees) {
     }
 }
 
+TEST_F(AddressVerdicts, NumberThatNoTableCanHoldIsOutside) {
+    for (const char* number : {"0", "10000", "99999", "12345678", "99999999999999999999", "1.000", "100.5"}) {
+        const JudgedAddress judged = judge({.type = "CL",
+                                            .street = "ALCALA",
+                                            .number = number,
+                                            .postalCode = "28014",
+                                            .municipality = "MADRID"});
+        EXPECT_EQ(judged.verdict, Verdict::NumberOutside) << number;
+        EXPECT_EQ(judged.number, number);
+        EXPECT_LT(judged.confidence, 1);
+    }
+}
+
+TEST_F(AddressVerdicts, NothingOfTheNumbersColumnIsLost) {
+    for (const auto& [number, rest] :
+         {std::pair("2º B", "2º B"), {"12, 3º izda.", "3º izda."}, {"3-2004", "2004"}}) {
+        const JudgedAddress judged =
+            judge({.street = "ALCALA", .number = number, .postalCode = "28014", .municipality = "MADRID"});
+        EXPECT_EQ(judged.rest, ambrel::test::ansi(rest)) << number;
+        EXPECT_TRUE(isSettled(judged.verdict)) << number;
+    }
+}
+
 TEST_F(AddressVerdicts, StreetWithSeveralCodesNeedsANumber) {
     for (const char* number : {"", "s/n"}) {
         EXPECT_EQ(verdict({.street = "Calle Gran Vía",
@@ -159,6 +182,19 @@ TEST_F(AddressVerdicts, MissingPostalCodeIsAdded) {
 }
 
 // --- The municipality
+
+TEST_F(AddressVerdicts, CodeBesideTheMunicipalityThatIsNotTheOneGivenStaysInTheRest) {
+    const auto restWith = [&](const char* municipality) {
+        return judge({.street = "Calle Alcalá",
+                      .number = "1",
+                      .postalCode = "28014",
+                      .municipality = municipality})
+            .rest;
+    };
+    EXPECT_EQ(restWith("28013 Madrid"), "28013");
+    EXPECT_EQ(restWith("Madrid 28013"), "28013");
+    EXPECT_EQ(restWith("28014 Madrid"), "");
+}
 
 TEST_F(AddressVerdicts, MunicipalityIsTakenFromACodeThatOnlyOneHas) {
     const JudgedAddress judged = judge({.street = "Calle Mayor", .number = "1", .postalCode = "28300"});
