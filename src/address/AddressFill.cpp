@@ -9,6 +9,7 @@
 #include "dbase/dbf/codepage.h"
 #include "dbase/system/quoted.h"
 #include "loading/ansi_text.h"
+#include "services/Rnumcad.h"
 
 namespace ambrel {
 
@@ -102,9 +103,25 @@ bool carriesMore(const std::string& number) {
     return !parts.floor.empty() || !parts.rest.empty();
 }
 
-void append(std::string& text, const std::string& more, const char* between) {
+/// Whether a municipality's column carries a code, which may stand in the rest.
+bool carriesFigures(const std::string& municipality) {
+    return municipality.find_first_of("0123456789") != std::string::npos;
+}
+
+/// What was found of the rest beside what its own column has, which comes last.
+std::string_view restBesideItsColumn(const GivenAddress& given, const JudgedAddress& judged) {
+    std::string_view rest = judged.rest;
+    const std::string_view own = withoutBlanks(given.rest);
+    if (!own.empty() && rest.ends_with(own)) {
+        rest.remove_suffix(own.size());
+        rest = rest.substr(0, rest.find_last_not_of(", ") + 1);
+    }
+    return rest;
+}
+
+void append(std::string& text, std::string_view more, const char* between) {
     if (!more.empty()) {
-        text += (text.empty() ? "" : between) + more;
+        text += (text.empty() ? "" : between) + std::string(more);
     }
 }
 
@@ -244,6 +261,11 @@ bool AddressFill::isWritten(FillPart part, const Row& row) const {
     }
 }
 
+/// Whether what the street's column has of the rest goes nowhere else: a column that has one is not written.
+bool AddressFill::keepsRest(const Row& row) const {
+    return !isTarget(FillPart::Rest) || (row.isGiven(FillPart::Rest) && returnsHome(FillPart::Rest));
+}
+
 /// The street with all that its column carried and that goes nowhere else. Null if it cannot be known what
 /// of the rest is its own.
 std::optional<std::string> AddressFill::wholeStreet(const Row& row) const {
@@ -255,11 +277,12 @@ std::optional<std::string> AddressFill::wholeStreet(const Row& row) const {
     if (!row.isGiven(FillPart::Number) && !isTarget(FillPart::Number)) {
         append(text, row.judged.number, ", ");
     }
-    if (!row.isGiven(FillPart::Rest) && !isTarget(FillPart::Rest) && !row.judged.rest.empty()) {
-        if (carriesMore(row.given.number)) {
+    const std::string_view rest = restBesideItsColumn(row.given, row.judged);
+    if (keepsRest(row) && !rest.empty()) {
+        if (carriesMore(row.given.number) || carriesFigures(row.given.municipality)) {
             return std::nullopt;
         }
-        append(text, row.judged.rest, ", ");
+        append(text, rest, ", ");
     }
     return text;
 }

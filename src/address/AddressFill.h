@@ -62,6 +62,7 @@ private:
     [[nodiscard]] bool isFromStreet(FillPart part, const Row& row) const;
     [[nodiscard]] bool rewritesStreet(const Row& row) const;
     [[nodiscard]] bool isWritten(FillPart part, const Row& row) const;
+    [[nodiscard]] bool keepsRest(const Row& row) const;
     [[nodiscard]] std::optional<std::string> wholeStreet(const Row& row) const;
     [[nodiscard]] std::optional<std::string> wholeNumber(const Row& row) const;
     [[nodiscard]] std::string provinceText(const Row& row, std::span<const char> record) const;

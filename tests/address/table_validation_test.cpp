@@ -210,6 +210,18 @@ TEST_F(TableValidation, LeavesARowWhoseFloorMayBelongToEitherColumn) {
     EXPECT_EQ(value("A1", "NUMERO"), "5, 2º");
 }
 
+TEST_F(TableValidation, LosesNoFloorOfAStreetsColumnBesideAnother) {
+    makeCustomers({{"A1", "CL", "EMBAJADROES 7, 2º B", "", "3º A", "28004", "MADRID"}});
+    for (const FillNames& names :
+         {FillNames{{FillPart::Street, ""}}, {{FillPart::Street, ""}, {FillPart::Rest, ""}}}) {
+        EXPECT_EQ(fill(names), "");
+        EXPECT_EQ(value("A1", "VIA"), "EMBAJADORES, 7, 2º B");
+        EXPECT_EQ(value("A1", "RESTO"), "3º A");
+        EXPECT_EQ(undo().putBack, 1U);
+        std::filesystem::remove(undoFile());
+    }
+}
+
 TEST_F(TableValidation, NeverCutsAValue) {
     makeShortCustomers({{"A1", "EMBAJADROE 7", "28004", "MADRID"}, {"A2", "MAYOR 3", "", "MADRID"}},
                        "DIRECCION C12");
