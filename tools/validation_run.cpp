@@ -1,13 +1,16 @@
 // Columns, outputs and totals of a validation.
 #include "tools/validation_run.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <utility>
 #include <vector>
 
 #include "dbase/system/databases.h"
+#include "dbase/system/names.h"
 #include "dbase/system/quoted.h"
 #include "loading/counted.h"
 #include "loading/failure.h"
@@ -30,6 +33,15 @@ std::string decimal(double value) {
         *point = ',';
     }
     return text.data();
+}
+
+/// Whether something goes by a name that only tables and undo files have, under which a slip of the hand
+/// would destroy one.
+bool isNamedAsTable(const std::string& file) {
+    const std::string extension = dbase::upperName(
+        std::filesystem::weakly_canonical(std::filesystem::absolute(file)).extension().string());
+    static constexpr std::array<std::string_view, 4> kept{".DBF", ".MDX", ".DBT", ".DESHACER"};
+    return std::ranges::find(kept, extension) != kept.end();
 }
 
 } // namespace
@@ -63,6 +75,10 @@ void requireOtherFiles(const ValidateOptions& options) {
     for (auto one = outputs.begin(); one != outputs.end(); ++one) {
         if (areSameFile(options.file, one->second)) {
             throw loading::Failure(one->first + " sería el mismo fichero que la entrada");
+        }
+        if (!one->second.empty() && isNamedAsTable(one->second)) {
+            throw loading::Failure(one->first + " no puede ser " + one->second +
+                                   ": es el nombre de una tabla o de un fichero de deshacer");
         }
         for (auto other = outputs.begin(); other != one; ++other) {
             if (!other->second.empty() && areSameFile(other->second, one->second)) {

@@ -150,6 +150,20 @@ TEST_F(AmbcpValidar, SeparatorAndEncodingMayBeGiven) {
     EXPECT_EQ(validate(text, {"--codificacion", "ebcdic"}).exitCode, 2);
 }
 
+TEST_F(AmbcpValidar, OutputIsNeverATable) {
+    std::filesystem::create_symlink("datos/POSTAL.DBF", folder / "enlace.csv");
+    for (const std::string option : {"--salida", "--solo-fallos", "--informe"}) {
+        for (const std::string file :
+             {"datos/POSTAL.DBF", "datos/municipi.mdx", "enlace.csv", "a.deshacer"}) {
+            const std::string before = content("datos/POSTAL.DBF");
+            const Outcome run = validate(customers(3), {option, file});
+            EXPECT_EQ(run.exitCode, 2) << option << ' ' << file;
+            EXPECT_NE(run.errors.find("es el nombre de una tabla"), std::string::npos) << run.errors;
+            EXPECT_TRUE(content("datos/POSTAL.DBF") == before);
+        }
+    }
+}
+
 TEST_F(AmbcpValidar, OutputIsNeverTheInput) {
     const std::string text = customers(3);
     for (const std::string option : {"--salida", "--solo-fallos", "--informe"}) {
