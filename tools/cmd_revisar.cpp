@@ -18,6 +18,7 @@
 #include "tools/cut_table.h"
 #include "tools/line_output.h"
 #include "tools/progress.h"
+#include "tools/review_repair.h"
 #include "tools/table_folder.h"
 
 namespace ambcp {
@@ -140,6 +141,9 @@ ExitCode revisar(const ReviewOptions& options) {
     const std::string folder = useFolder(options.folder);
     for (const char* const table : {"MUNICIPI", "POSTAL"}) {
         requireWhole(requireTable(folder, table));
+    }
+    if (!options.repairs.empty()) {
+        return repairTables(options, only);
     }
     const auto report = makeReport(options, folder);
     FindingOutput output(options.output);

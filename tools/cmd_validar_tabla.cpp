@@ -22,6 +22,7 @@
 #include "tools/line_output.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
+#include "tools/undo_file.h"
 #include "tools/validation_run.h"
 
 namespace ambcp {
@@ -68,24 +69,9 @@ std::string findTable(const ValidateOptions& options) {
                : requireTable(options.table.substr(0, slash), options.table.substr(slash + 1));
 }
 
-/// Creates the undo file: the one named, or the first beside the table that does not exist yet.
 std::unique_ptr<loading::UndoWriter> createUndo(const ValidateOptions& options, const std::string& table) {
-    const std::string order = "ambcp validar --tabla " + tableName(table) + " --escribir " + options.fill;
-    if (!options.undoFile.empty()) {
-        return std::make_unique<loading::UndoWriter>(options.undoFile, table, order);
-    }
-    constexpr int most = 10'000;
-    const std::string stem = dbase::folderOf(table) + '/' + dbase::baseName(table);
-    for (int number = 1;; ++number) {
-        try {
-            return std::make_unique<loading::UndoWriter>(
-                stem + (number == 1 ? "" : '-' + std::to_string(number)) + ".deshacer", table, order);
-        } catch (const dbase::Error& error) {
-            if (error.code() != dbase::ErrorCode::Exists || number == most) {
-                throw;
-            }
-        }
-    }
+    return createUndoFile(options.undoFile, dbase::folderOf(table) + '/' + dbase::baseName(table), table,
+                          "ambcp validar --tabla " + tableName(table) + " --escribir " + options.fill);
 }
 
 /// One validation of a table with all that it writes.

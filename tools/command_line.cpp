@@ -332,10 +332,19 @@ void defineReview(CLI::App& app, Command& chosen) {
               "Los hallazgos; si no se da, la salida estándar");
     offerText(command, "--informe", options->report, "F.html",
               "Escribe además un informe, para el navegador");
+    CLI::Option* const repairs =
+        offerText(command, "--reparar", options->repairs, "CLASE,...",
+                  "En vez de eso, dice qué cambiaría para reparar los hallazgos de esas clases");
+    CLI::Option* const writes = command.add_flag("--escribir", options->writes, "Y lo cambia");
+    writes->needs(repairs);
+    offerText(command, "--deshacer-en", options->undoFile, "F",
+              "Fichero en el que guarda lo que había; si no se da, DIR/revisar.deshacer")
+        ->needs(writes);
     command.footer(
         "Escribe una fila por hallazgo, con su gravedad (GRAVE, AVISO o NOTA), dónde está y, si la "
         "hay, una\npropuesta. Los totales de cada clase salen por la salida de errores. Termina con 0 si "
-        "no hay ninguno y\ncon 1 si los hay. No cambia nada; «comprobar» mira la estructura de las "
+        "no hay ninguno y\ncon 1 si los hay. Sin --escribir no cambia nada; «comprobar» mira la estructura "
+        "de las "
         "tablas.");
 }
 

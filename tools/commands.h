@@ -71,6 +71,9 @@ struct ReviewOptions {
     std::string folder, table; // empty: both tables
     std::string output;        // of the findings; empty: standard output
     std::string report;        // HTML; empty: none
+    std::string repairs;       // classes to be mended; empty: none
+    std::string undoFile;      // empty: beside the tables
+    bool writes = false;       // otherwise a dry run
 };
 
 struct FolderOptions {

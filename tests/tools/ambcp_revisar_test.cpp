@@ -87,5 +87,86 @@ TEST_F(AmbcpRevisar, TheSampleHasOnlyNotes) {
     EXPECT_EQ(run.output.find("AVISO,"), std::string::npos);
 }
 
+class AmbcpRevisarReparar : public AmbcpRevisar {
+protected:
+    AmbcpRevisarReparar() {
+        load("28000002,28,9,CL,Peña  alta,99,1,98,2,28901,GETAFE,28065\n"
+             "28000003,28,,CL,LUNA,1,9999,2,9998,28901,GETAFE,28065\n"
+             "99000000,28,,CL,CASTAÃ‘AR,1,9999,2,9998,28901,,\n"
+             "28000005,28,9,CL,CASTA\\AR,1,9999,2,9998,28901,GETAFE,28065\n");
+        folder.write("mas.csv",
+                     "COD_INE,CODPOSTAL,UNICO,CAPITAL,NOMBRE,ENT_MENOR\n28092,28931,N,9,Mostoles,False\n");
+        done({"cargar", ".", "MUNICIPI", "mas.csv"});
+        streets = done({"listar", ".", "POSTAL", "--registro"});
+        towns = done({"listar", ".", "MUNICIPI", "--registro"});
+    }
+
+    static constexpr const char* all =
+        "RANGO_INVERTIDO,MINUSCULAS,BLANCOS,LETRA_ROTA,CAPITAL_EN_BLANCO,FICHA_CANCELADA,UNICO";
+    std::string streets, towns;
+};
+
+TEST_F(AmbcpRevisarReparar, WithoutEscribirOnlyListsWhatWouldChange) {
+    const Outcome run = ambcp({"revisar", ".", "--reparar", all});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(
+        run.output,
+        "TABLA,REGISTRO,CLAVE,CLASE,PROPUESTA\n"
+        "MUNICIPI,2,28092 28931,MINUSCULAS UNICO,\"NOMBRE=MOSTOLES, UNICO=S\"\n"
+        "POSTAL,2,28000002,RANGO_INVERTIDO MINUSCULAS BLANCOS,\"VIA=PEÑA ALTA, IMPAR_INI=1, IMPAR_FIN=99, "
+        "PAR_INI=2, PAR_FIN=98\"\n"
+        "POSTAL,3,28000003,CAPITAL_EN_BLANCO,CAPITAL=9\n"
+        "POSTAL,4,99000000,LETRA_ROTA FICHA_CANCELADA,\"VIA=CASTAÑAR, CAPITAL=9\"\n");
+    EXPECT_EQ(run.errors, "ambcp: 4 filas cambiarían; con --escribir se cambian\n");
+    EXPECT_EQ(done({"listar", ".", "POSTAL", "--registro"}), streets);
+}
+
+TEST_F(AmbcpRevisarReparar, WhatIsWrittenIsFoundNoMoreAndCanBeUndone) {
+    const std::string before = content("POSTAL.DBF"), townsBefore = content("MUNICIPI.DBF");
+    const Outcome run = ambcp({"revisar", ".", "--reparar", all, "--escribir"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output, "");
+    EXPECT_TRUE(run.errors.starts_with("ambcp: 4 filas cambiadas; 0 no se han tocado\n")) << run.errors;
+    const Outcome again = ambcp({"revisar", "."});
+    for (const char* const kind : {"RANGO", "MINUSCULAS", "BLANCOS,", "CAPITAL_EN", "FICHA", "UNICO,"}) {
+        EXPECT_EQ(again.output.find(kind), std::string::npos) << again.output;
+    }
+    EXPECT_NE(again.output.find("LETRA_ROTA,«CASTA\\AR»"), std::string::npos) << "its repair is only likely";
+    EXPECT_EQ(ambcp({"deshacer", "revisar.deshacer"}).exitCode, 0);
+    EXPECT_EQ(done({"listar", ".", "POSTAL", "--registro"}), streets);
+    EXPECT_EQ(done({"listar", ".", "MUNICIPI", "--registro"}), towns);
+    const auto rowsOf = [](const std::string& table) { // after the header, whose size stands in it
+        return table.substr(static_cast<unsigned char>(table.at(8)) +
+                            256U * static_cast<unsigned char>(table.at(9)));
+    };
+    EXPECT_EQ(rowsOf(content("POSTAL.DBF")), rowsOf(before));
+    EXPECT_EQ(rowsOf(content("MUNICIPI.DBF")), rowsOf(townsBefore));
+}
+
+TEST_F(AmbcpRevisarReparar, OnlyTheClassesAndTheTableThatAreNamedAreMended) {
+    const Outcome run = ambcp({"revisar", ".", "POSTAL", "--reparar", "minusculas"});
+    EXPECT_EQ(run.output, "TABLA,REGISTRO,CLAVE,CLASE,PROPUESTA\n"
+                          "POSTAL,2,28000002,MINUSCULAS,VIA=PEÑA  ALTA\n");
+}
+
+TEST_F(AmbcpRevisarReparar, TheUndoFileMayBeNamedAndIsNeverWrittenOver) {
+    EXPECT_EQ(ambcp({"revisar", ".", "--reparar", "BLANCOS", "--escribir", "--deshacer-en", "uno.deshacer"})
+                  .exitCode,
+              0);
+    EXPECT_FALSE(content("uno.deshacer").empty());
+    static_cast<void>(
+        refused({"revisar", ".", "--reparar", "UNICO", "--escribir", "--deshacer-en", "uno.deshacer"}));
+    EXPECT_EQ(done({"listar", ".", "MUNICIPI", "--registro"}), towns);
+}
+
+TEST_F(AmbcpRevisarReparar, ClassesWithoutOneRightRepairAreRefusedByName) {
+    const std::string repairable = "se reparan RANGO_INVERTIDO, MINUSCULAS, BLANCOS, LETRA_ROTA, "
+                                   "CAPITAL_EN_BLANCO, FICHA_CANCELADA, UNICO\n";
+    EXPECT_EQ(refused({"revisar", ".", "--reparar", "BLANCOS,SOLAPE"}),
+              "ambcp: --reparar: SOLAPE no tiene una reparación única; " + repairable);
+    EXPECT_EQ(refused({"revisar", ".", "--reparar", "OTRA"}),
+              "ambcp: --reparar: «OTRA» no es ninguna clase; " + repairable);
+}
+
 } // namespace
 } // namespace ambcp::test

@@ -34,6 +34,10 @@ void auditPostalCode(const MunicipalityRow& row, const FindingSink& sink) {
 
 char singleMarkOf(const PlaceBook::Place& place) { return place.codes == 1 ? 'S' : 'N'; }
 
+bool hasWrongSingleMark(const MunicipalityRow& row, const PlaceBook::Place& place) {
+    return place.codes > 0 && !row.singleMark.empty() && row.singleMark.front() != singleMarkOf(place);
+}
+
 Finding aboutMunicipality(const PlaceBook::Place& place) {
     return {.table = AuditedTable::Municipalities,
             .record = place.record,
@@ -52,15 +56,13 @@ void auditMunicipalityRow(const MunicipalityRow& row, const PlaceBook& book, con
         return;
     }
     const PlaceBook::Place& place = book.places()[*number];
-    const char mark = row.singleMark.empty() ? ' ' : row.singleMark.front();
-    const char right = singleMarkOf(place);
-    if (place.codes > 0 && mark != ' ' && mark != right) {
+    if (hasWrongSingleMark(row, place)) {
         Finding found = withText(aboutRow(row), FindingClass::SingleCodeMark,
                                  utf8FromAnsi(row.name) + " tiene UNICO «" + utf8FromAnsi(row.singleMark) +
                                      "» y su municipio " +
                                      loading::counted(place.codes, "código postal", "códigos postales"),
-                                 std::string("UNICO=") + right);
-        if (mark == 'S') {
+                                 std::string("UNICO=") + singleMarkOf(place));
+        if (row.singleMark.front() == 'S') {
             found.severity = Severity::Grave; // streets with the other codes are not accepted
         }
         sink(found);

@@ -32,6 +32,11 @@ bool isPlainlyReversed(int first, int last, bool isOdd) {
     return last > 0 && first > last && first % 2 == rest && last % 2 == rest;
 }
 
+bool isCancelledCard(const StreetRow& row) {
+    return row.key.starts_with("99") && row.capital.empty() && row.ineCode.empty() &&
+           row.municipality.empty();
+}
+
 Finding aboutStreet(const StreetRow& row) {
     return {.table = AuditedTable::Streets,
             .record = row.record,
@@ -135,7 +140,7 @@ void StreetRowAudit::auditCapital(const StreetRow& row, const FindingSink& sink)
     }
     const auto mark = book_.capitalOf(row);
     const std::string proposal = mark ? std::string("CAPITAL=") + *mark : std::string();
-    if (row.key.starts_with("99") && row.ineCode.empty() && row.municipality.empty()) {
+    if (isCancelledCard(row)) {
         sink(
             withText(aboutStreet(row), FindingClass::CancelledCard,
                      streetName(row) + " se dio de alta y se canceló su ficha: le faltan CAPITAL y municipio",

@@ -36,6 +36,9 @@ private:
 /// "CL MAYOR", in UTF-8.
 [[nodiscard]] std::string streetName(const StreetRow& row);
 
+/// A row that was posted before its card, which was then cancelled.
+[[nodiscard]] bool isCancelledCard(const StreetRow& row);
+
 /// A range that swapping its bounds would mend: both are there and of the right parity.
 [[nodiscard]] bool isPlainlyReversed(int first, int last, bool isOdd);
 

@@ -1,0 +1,116 @@
+// ambcp revisar --reparar: mends what has one right repair.
+#include "tools/review_repair.h"
+
+#include <memory>
+#include <set>
+#include <string>
+
+#include "dbase/system/databases.h"
+#include "dbase/system/error.h"
+#include "dbase/system/quoted.h"
+#include "directory/audit/TableRepair.h"
+#include "loading/counted.h"
+#include "loading/failure.h"
+#include "loading/undo_writer.h"
+#include "tools/complain.h"
+#include "tools/late_csv.h"
+#include "tools/table_folder.h"
+#include "tools/undo_file.h"
+
+namespace ambcp {
+
+namespace {
+
+using namespace ambrel::directory;
+using loading::counted;
+
+std::string repairableClasses() {
+    std::string names;
+    for (std::size_t i = 0; i < findingClassCount; ++i) {
+        const auto kind = static_cast<FindingClass>(i);
+        if (isRepairable(kind)) {
+            names += (names.empty() ? "" : ", ") + std::string(className(kind));
+        }
+    }
+    return names;
+}
+
+/// Reads "MINUSCULAS,BLANCOS".
+std::set<FindingClass> readClasses(const std::string& text) {
+    std::set<FindingClass> kinds;
+    for (std::size_t begin = 0; begin <= text.size();) {
+        const std::size_t end = std::min(text.find(',', begin), text.size());
+        const std::string name = text.substr(begin, end - begin);
+        const auto kind = findingClassNamed(name);
+        if (!kind) {
+            throw loading::Failure("--reparar: " + dbase::inQuotes(name) +
+                                   " no es ninguna clase; se reparan " + repairableClasses());
+        }
+        if (!isRepairable(*kind)) {
+            throw loading::Failure("--reparar: " + std::string(className(*kind)) +
+                                   " no tiene una reparación única; se reparan " + repairableClasses());
+        }
+        kinds.insert(*kind);
+        begin = end + 1;
+    }
+    return kinds;
+}
+
+std::string classNames(const std::set<FindingClass>& kinds) {
+    std::string names;
+    for (const FindingClass kind : kinds) {
+        names += (names.empty() ? "" : " ") + std::string(className(kind));
+    }
+    return names;
+}
+
+} // namespace
+
+ExitCode repairTables(const ReviewOptions& options, std::optional<AuditedTable> only) {
+    const RepairOptions repair{
+        .database = folderDatabase, .kinds = readClasses(options.repairs), .only = only};
+    const std::string folder = dbase::databaseFolder(folderDatabase);
+    std::unique_ptr<loading::UndoWriter> undo;
+    if (options.writes) {
+        undo = createUndoFile(options.undoFile, folder + "/revisar", requireTable(folder, "POSTAL"),
+                              "ambcp revisar --reparar " + options.repairs);
+    }
+    LateCsv list(options.writes
+                     ? std::vector<std::string>{"TABLA", "REGISTRO", "CLAVE", "CLASE", "PROPUESTA", "MOTIVO"}
+                     : std::vector<std::string>{"TABLA", "REGISTRO", "CLAVE", "CLASE", "PROPUESTA"});
+    std::uint64_t mended = 0, leftAlone = 0;
+    const auto tellTotals = [&] {
+        list.flush();
+        complain(!undo ? counted(mended, "fila cambiaría", "filas cambiarían") + "; con --escribir se cambian"
+                       : counted(mended, "fila cambiada", "filas cambiadas") + "; " +
+                             counted(leftAlone, "no se ha tocado", "no se han tocado"));
+        if (undo && !undo->isEmpty()) {
+            complain("lo que había está en " + undo->path() + "; lo devuelve: ambcp deshacer " +
+                     undo->path());
+        }
+    };
+    try {
+        ambrel::directory::repairTables(
+            repair, undo.get(), [&](const RepairedRow& row, RepairOutcome outcome) {
+                const bool isLeft = outcome == RepairOutcome::Locked || outcome == RepairOutcome::Changed;
+                ++(isLeft ? leftAlone : mended);
+                std::vector<std::string> values{std::string(ambrel::directory::tableName(row.table)),
+                                                std::to_string(row.record), row.key, classNames(row.kinds),
+                                                row.change};
+                if (isLeft) {
+                    values.emplace_back(outcome == RepairOutcome::Locked ? "otro usuario la está cambiando"
+                                                                         : "otro usuario la ha cambiado");
+                }
+                if (isLeft || !undo) {
+                    list.add(values);
+                }
+            });
+    } catch (const dbase::Error&) {
+        tellTotals();
+        throw;
+    }
+    tellTotals();
+    return (undo ? leftAlone : mended) == 0 ? ExitCode::done : ExitCode::negative;
+}
+
+} // namespace ambcp
