@@ -28,6 +28,14 @@ bool isWhole(const JudgedAddress& judged, const QString& text) {
     return isFound || (hasDigits && !(judged.ineCode.empty() && judged.postalCode.empty()));
 }
 
+/// Whether an address is understood better than another one. Of two settled ones that leaves less over.
+bool isBetter(const JudgedAddress& one, const JudgedAddress& other) {
+    if (isSettled(one.verdict) && isSettled(other.verdict)) {
+        return one.rest.size() < other.rest.size();
+    }
+    return one.verdict > other.verdict;
+}
+
 } // namespace
 
 AddressOffers::AddressOffers(AddressValidation& validation) : validation_(validation) {}
@@ -63,8 +71,8 @@ std::optional<OfferTexts> AddressOffers::offer(Box box, const QString& text, con
             return std::nullopt;
         }
         std::optional<JudgedAddress> judged = whole(text);
-        if (piece != text && !(judged && isSettled(judged->verdict))) {
-            if (auto alone = whole(piece); alone && (!judged || alone->verdict > judged->verdict)) {
+        if (piece != text) {
+            if (auto alone = whole(piece); alone && (!judged || isBetter(*alone, *judged))) {
                 judged = std::move(alone);
                 left = QString(text).remove(text.indexOf(piece), piece.size()).simplified();
             }

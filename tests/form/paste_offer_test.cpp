@@ -267,6 +267,20 @@ TEST_F(PasteOffer, AnAddressPastedBesideATextIsTakenWithoutIt) {
     }
 }
 
+TEST_F(PasteOffer, TheTextBesideAnAddressDoesNotEndInItsRest) {
+    open();
+    fillAddress("haro", "", "", "");
+    enter(Box::Municipality);
+    press(Qt::Key_End);
+    QGuiApplication::clipboard()->setText("Cl. Alcalá 100, 28014 Madrid");
+    press(Qt::Key_V, Qt::ControlModifier);
+    ASSERT_TRUE(offerCame());
+    EXPECT_FALSE(says(said(), "HAROCl.")) << said();
+    press(Qt::Key_Return);
+    expectAlcala();
+    EXPECT_EQ(rest->text(), "");
+}
+
 TEST_F(PasteOffer, WhatIsPastedAfterTheStreetMakesOneAddressWithIt) {
     open();
     enter(Box::Street);
