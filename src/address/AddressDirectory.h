@@ -10,6 +10,7 @@
 #include "controller/NumberRange.h"
 #include "data/Municipality.h"
 #include "dbase/dataset/dataset.h"
+#include "suggest/TableStamp.h"
 
 namespace ambrel {
 
@@ -48,6 +49,8 @@ public:
                                                        const std::string& name);
     /// Whether any province has a street with exactly this name.
     [[nodiscard]] bool hasStreet(const std::string& name);
+    /// Differs from an earlier one if streets have changed since.
+    [[nodiscard]] suggest::TableStamp streetStamp() const { return suggest::TableStamp::of(streets_); }
     /// The municipality's first street, by name, that begins with a text; of several rows the first one of
     /// the type, or else the first. Null if there is none.
     [[nodiscard]] std::optional<StreetStretch>

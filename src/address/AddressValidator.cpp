@@ -27,6 +27,8 @@ constexpr std::size_t mostNearReadings = 4;
 constexpr std::size_t mostNearPlaces = 4;
 /// From here on a street is near enough to be shown as doubtful.
 constexpr double leastNear = 0.6;
+/// Writings of provinces that are remembered: a file may hold anything in that column.
+constexpr std::size_t mostProvinceTexts = 1'000;
 
 bool isEmpty(const GivenAddress& given) {
     for (const std::string* part : {&given.line, &given.type, &given.street, &given.number, &given.rest,
@@ -120,6 +122,9 @@ AddressQuestion AddressValidator::Implementation::questionOf(AddressParts parts)
     question.hasOtherText =
         question.postalCode.empty() && parts.postalCode.find_first_not_of("0 -.") != std::string::npos;
     if (!parts.province.empty()) {
+        if (provinces_.size() >= mostProvinceTexts) {
+            provinces_.clear();
+        }
         const auto [known, isNew] = provinces_.try_emplace(parts.province);
         if (isNew) {
             known->second = suggesters_.provinces.digitsOf(parts.province);

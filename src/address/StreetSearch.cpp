@@ -90,11 +90,13 @@ double StreetSearch::otherDoubt(const NameLikeness& likeness, std::string_view w
 }
 
 bool StreetSearch::isAnyStreet(std::string_view name) {
+    if (const suggest::TableStamp now = directory_.streetStamp();
+        now != anyStreetStamp_ || anyStreet_.size() >= mostKept) {
+        anyStreet_.clear();
+        anyStreetStamp_ = now;
+    }
     if (const auto known = anyStreet_.find(name); known != anyStreet_.end()) {
         return known->second;
-    }
-    if (anyStreet_.size() >= mostKept) {
-        anyStreet_.clear();
     }
     const bool isStreet =
         directory_.hasStreet(std::string(name)) || directory_.hasStreet(withoutAccents(name));

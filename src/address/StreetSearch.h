@@ -8,6 +8,7 @@
 #include "address/AddressQuestion.h"
 #include "address/StreetTypeMatch.h"
 #include "address/Suggesters.h"
+#include "suggest/TableStamp.h"
 
 namespace ambrel {
 
@@ -20,8 +21,6 @@ public:
     /// The street with exactly the name.
     void addExact(const AddressQuestion& question, const PlaceOption& place,
                   std::vector<AddressOption>& options);
-    /// Forgets what the tables said: they have changed.
-    void forget() { anyStreet_.clear(); }
     /// Streets with a name like it.
     void addNear(const AddressQuestion& question, const PlaceOption& place,
                  std::vector<AddressOption>& options);
@@ -38,6 +37,7 @@ private:
     Suggesters& suggesters_;
     StreetTypeMatch& types_;
     suggest::TextMap<bool> anyStreet_;
+    suggest::TableStamp anyStreetStamp_; // of the streets that it knows
 };
 
 } // namespace ambrel

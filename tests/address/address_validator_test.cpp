@@ -447,6 +447,17 @@ TEST_F(AddressVerdicts, ChangesOfTheTablesAreFollowed) {
         "CORRECTA");
 }
 
+TEST_F(AddressVerdicts, NameThatAnotherMunicipalityGetsMeanwhileIsNoLongerTakenForASlip) {
+    const ambrel::GivenAddress slip{.street = "Calle Parrra",
+                                    .number = "3",
+                                    .postalCode = "45720",
+                                    .municipality = "Villanueva",
+                                    .province = "Toledo"};
+    EXPECT_EQ(verdict(slip), "CORREGIDA");
+    addStreets({{"28000101", "PARRRA", "CL", "28014"}});
+    EXPECT_EQ(verdict(slip), "DUDOSA");
+}
+
 TEST_F(AddressVerdicts, AddressesOfOneProvinceHaveOneHint) {
     EXPECT_EQ(ambrel::provinceHint({.postalCode = "28001", .municipality = "MADRID"}),
               ambrel::provinceHint({.line = "Calle Mayor 1, 28300 Aranjuez"}));
