@@ -243,9 +243,10 @@ void ValidationWindow::finish(const ValidationNews& news, const QString& error) 
                           news.totals.verdicts[verdict] > keptOfEachVerdict);
     }
     kept_->setText(
-        isCut ? tr("Se enseñan las %1 primeras filas de cada veredicto; todas están en el resultado.")
-                    .arg(counted(keptOfEachVerdict))
-              : QString());
+        !isCut ? QString()
+               : tr("Se enseñan las %1 primeras filas de cada veredicto").arg(counted(keptOfEachVerdict)) +
+                     (error.isEmpty() && !news.totals.wasCancelled ? tr("; todas están en el resultado.")
+                                                                   : QStringLiteral(".")));
     showState();
     if (rows_->rowCount() > 0) {
         list_->setCurrentIndex(rows_->index(0, 0));

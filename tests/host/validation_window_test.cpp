@@ -281,6 +281,7 @@ TEST_F(LongValidation, CanBeInterrupted) {
     clickIn("BBInterrumpir");
     ASSERT_TRUE(QTest::qWaitFor([&] { return part<QPushButton>("BBEmpezar").isEnabled(); }, 20000));
     EXPECT_TRUE(says("LProgreso").startsWith("Interrumpido: no se ha escrito el resultado."));
+    EXPECT_FALSE(says("LGuardadas").contains("resultado")) << "there is none";
     EXPECT_FALSE(exists("muchos-validado.csv"));
 }
 
