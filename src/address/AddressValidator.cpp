@@ -2,15 +2,18 @@
 #include "address/AddressValidator.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <tuple>
 
 #include "address/AddressDirectory.h"
+#include "address/AddressLine.h"
 #include "address/GivenReadings.h"
 #include "address/MunicipalityBook.h"
 #include "address/OptionVerdict.h"
 #include "address/OptionWeight.h"
 #include "address/PlaceSearch.h"
+#include "address/PlainText.h"
 #include "address/StreetSearch.h"
 #include "address/StreetTypeMatch.h"
 #include "address/TidyText.h"
@@ -52,6 +55,17 @@ struct Finding {
 bool isAllRead(const Finding& finding, std::string_view rest) {
     const AddressParts& parts = finding.question.parts;
     return parts.rest == rest && parts.type.find(' ') == std::string::npos;
+}
+
+/// An address that was settled, as one of several.
+AddressAlternative alternativeOf(const JudgedAddress& judged) {
+    return {.points = judged.confidence,
+            .ineCode = judged.ineCode,
+            .municipality = judged.municipality,
+            .province = judged.province,
+            .type = judged.type,
+            .street = judged.street,
+            .postalCodes = {judged.postalCode}};
 }
 
 bool isSameStreet(const AddressOption& a, const AddressOption& b) {
@@ -101,6 +115,8 @@ private:
     void findNear(Finding& finding);
     void addCodeReadings(GivenReadings& readings);
     [[nodiscard]] JudgedAddress judge(Finding& finding);
+    [[nodiscard]] JudgedAddress judge(const GivenAddress& given);
+    [[nodiscard]] bool hasTwoTypes(const GivenAddress& given, const std::string& street);
     [[nodiscard]] JudgedAddress judgeWithoutStreet(const Finding& finding);
     [[nodiscard]] std::optional<Verdict> rivalry(std::vector<AddressOption>& options) const;
 
@@ -293,7 +309,47 @@ JudgedAddress AddressValidator::Implementation::judge(Finding& finding) {
     return judged;
 }
 
+/// Whether the street's column names a type that is not that of the type's column, and not a part of the
+/// name.
+bool AddressValidator::Implementation::hasTwoTypes(const GivenAddress& given, const std::string& street) {
+    const std::string_view column = withoutBlanks(given.type);
+    if (column.empty() || hasSameLetters(given.street, street)) {
+        return false;
+    }
+    const std::string own = readStreetText(given.street).front().type;
+    const std::string ofName = readStreetText(street).front().type; // CL "PLAZA MAYOR"
+    const bool isOfName = !ofName.empty() && !types_.contradict(ofName, own);
+    return !own.empty() && !isOfName && types_.contradict(column, own);
+}
+
+/// "CL" and "Plaza Mayor": either type may be the right one, so that both must lead to the same code.
 JudgedAddress AddressValidator::Implementation::validate(const GivenAddress& given) {
+    JudgedAddress judged = judge(given);
+    if (!isSettled(judged.verdict) || !hasTwoTypes(given, judged.street)) {
+        return judged;
+    }
+    GivenAddress withOwn = given;
+    withOwn.type.clear();
+    JudgedAddress other = judge(withOwn);
+    const bool isSame = judged.ineCode == other.ineCode && judged.street == other.street &&
+                        judged.postalCode == other.postalCode;
+    if (!isSettled(other.verdict) || (isSame && other.confidence < judged.confidence)) {
+        return other;
+    }
+    if (!isSame) {
+        const std::array both{alternativeOf(judged), alternativeOf(other)};
+        judged.verdict = Verdict::Ambiguous;
+        judged.alternatives.assign(both.begin(), both.end());
+        judged.changes.clear();
+        judged.type = withoutBlanks(given.type);
+        judged.street = withoutBlanks(given.street);
+        judged.postalCode = readPostalCode(given.postalCode);
+        judged.key.clear();
+    }
+    return judged;
+}
+
+JudgedAddress AddressValidator::Implementation::judge(const GivenAddress& given) {
     if (isEmpty(given)) {
         return {};
     }

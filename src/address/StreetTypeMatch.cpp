@@ -36,6 +36,11 @@ unsigned StreetTypeMatch::fit(std::string_view code, std::string_view written) {
     return (ofText(code) & meant) != 0 ? 1 : 0;
 }
 
+bool StreetTypeMatch::contradict(std::string_view one, std::string_view other) {
+    const suggest::TypeSet a = ofText(one), b = ofText(other);
+    return a != 0 && b != 0 && (a & b) == 0;
+}
+
 bool StreetTypeMatch::isCode(std::string_view word) {
     types_.prepare();
     return types_.ofCode(word) != 0;

@@ -18,6 +18,8 @@ public:
     [[nodiscard]] unsigned fit(std::string_view code, std::string_view written);
     /// Whether a word is a code of a kind of street.
     [[nodiscard]] bool isCode(std::string_view word);
+    /// Whether two written types are known, and different.
+    [[nodiscard]] bool contradict(std::string_view one, std::string_view other);
 
 private:
     [[nodiscard]] suggest::TypeSet ofText(std::string_view written);

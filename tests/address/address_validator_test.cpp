@@ -106,6 +106,21 @@ TEST_F(AddressVerdicts, NumberOutsideIsNeverTakenForRightWhateverElseAgrees) {
     }
 }
 
+TEST_F(AddressVerdicts, TypesThatContradictEachOtherSettleNothingThatDependsOnThem) {
+    const auto judged = [&](const char* type, const char* street) {
+        return judge({.type = type, .street = street, .number = "1", .municipality = "Madrid"});
+    };
+    const JudgedAddress both = judged("AV", "Plaza Constitución");
+    EXPECT_EQ(both.verdict, Verdict::Ambiguous);
+    EXPECT_EQ(both.street, ambrel::test::ansi("Plaza Constitución"));
+    EXPECT_EQ(both.postalCode, "");
+    ASSERT_EQ(both.alternatives.size(), 2U);
+    EXPECT_EQ(both.alternatives[0].postalCodes, std::vector<std::string>{"28001"});
+    EXPECT_EQ(both.alternatives[1].postalCodes, std::vector<std::string>{"28013"});
+    EXPECT_NE(judged("CL", "Plaza Alcalá").verdict, Verdict::Completed); // there is only a street
+    EXPECT_EQ(judged("CL", "C/ Alcalá").verdict, Verdict::Completed);
+}
+
 TEST_F(AddressVerdicts, NumberThatNoTableCanHoldIsOutside) {
     for (const char* number : {"0", "10000", "99999", "12345678", "99999999999999999999", "1.000", "100.5"}) {
         const JudgedAddress judged = judge({.type = "CL",
