@@ -1,11 +1,11 @@
 // Texts of the rows that are not settled.
 #include "host/validation/UnsettledModel.h"
 
-#include <QLocale>
 #include <QStringList>
 #include <array>
 
 #include "address/VerdictTexts.h"
+#include "host/validation/GroupedNumber.h"
 #include "services/Text.h"
 
 namespace host {
@@ -89,7 +89,7 @@ QVariant UnsettledModel::data(const QModelIndex& index, int role) const {
     }
     switch (index.column()) {
     case Row:
-        return QLocale().toString(static_cast<qulonglong>(shown.number));
+        return groupedNumber(shown.number);
     case Verdict:
         return titleOf(shown.judged.verdict);
     case Given:

@@ -9,7 +9,6 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
-#include <QLocale>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTabWidget>
@@ -17,6 +16,7 @@
 #include <cmath>
 
 #include "host/validation/ColumnGrid.h"
+#include "host/validation/GroupedNumber.h"
 #include "host/validation/UnsettledModel.h"
 #include "host/validation/VerdictChart.h"
 #include "services/EventGuard.h"
@@ -28,8 +28,6 @@ namespace {
 constexpr int resultPageIndex = 1;
 constexpr int barSteps = 1000;
 constexpr std::size_t previewRows = 8;
-
-QString counted(std::uint64_t number) { return QLocale().toString(static_cast<qulonglong>(number)); }
 
 /// Never standard input, which "-" would be.
 QString pathOf(const QLineEdit& box) {
@@ -211,9 +209,10 @@ void ValidationWindow::follow(const ValidationNews& news) {
 
 void ValidationWindow::showProgress(const ValidationNews& news) {
     const double seconds = std::max(0.001, static_cast<double>(elapsed_.elapsed()) / 1000);
-    QString text = tr("%1 filas, %2 por segundo")
-                       .arg(counted(news.judged),
-                            counted(static_cast<std::uint64_t>(static_cast<double>(news.judged) / seconds)));
+    QString text =
+        tr("%1 filas, %2 por segundo")
+            .arg(groupedNumber(news.judged),
+                 groupedNumber(static_cast<std::uint64_t>(static_cast<double>(news.judged) / seconds)));
     if (news.share > 0) {
         bar_->setRange(0, barSteps);
         bar_->setValue(static_cast<int>(news.share * barSteps));
@@ -227,7 +226,7 @@ void ValidationWindow::finish(const ValidationNews& news, const QString& error) 
     bar_->setRange(0, barSteps);
     job_.release()->deleteLater(); // it is reporting its end
     const QString read = tr("%1 filas leídas, %2 resueltas, en %3 min.")
-                             .arg(counted(news.totals.rows), counted(news.totals.settled()),
+                             .arg(groupedNumber(news.totals.rows), groupedNumber(news.totals.settled()),
                                   shownTime(static_cast<double>(elapsed_.elapsed()) / 1000));
     if (!error.isEmpty()) {
         progress_->setText(tr("No se ha terminado. ") + read);
@@ -243,10 +242,11 @@ void ValidationWindow::finish(const ValidationNews& news, const QString& error) 
                           news.totals.verdicts[verdict] > keptOfEachVerdict);
     }
     kept_->setText(
-        !isCut ? QString()
-               : tr("Se enseñan las %1 primeras filas de cada veredicto").arg(counted(keptOfEachVerdict)) +
-                     (error.isEmpty() && !news.totals.wasCancelled ? tr("; todas están en el resultado.")
-                                                                   : QStringLiteral(".")));
+        !isCut
+            ? QString()
+            : tr("Se enseñan las %1 primeras filas de cada veredicto").arg(groupedNumber(keptOfEachVerdict)) +
+                  (error.isEmpty() && !news.totals.wasCancelled ? tr("; todas están en el resultado.")
+                                                                : QStringLiteral(".")));
     showState();
     if (rows_->rowCount() > 0) {
         list_->setCurrentIndex(rows_->index(0, 0));
@@ -261,12 +261,13 @@ void ValidationWindow::refillFilter(const ambrel::AddressFileTotals& totals) {
     const QVariant chosen = filter_->currentData();
     filter_->clear();
     filter_->addItem(
-        tr("Todas las que no están resueltas (%1)").arg(counted(totals.rows - totals.settled())));
+        tr("Todas las que no están resueltas (%1)").arg(groupedNumber(totals.rows - totals.settled())));
     for (std::size_t i = 0; i < ambrel::verdictCount; ++i) {
         const auto verdict = static_cast<ambrel::Verdict>(i);
         if (!ambrel::isSettled(verdict) && totals.of(verdict) != 0) {
-            filter_->addItem(QStringLiteral("%1 (%2)").arg(titleOf(verdict), counted(totals.of(verdict))),
-                             static_cast<int>(i));
+            filter_->addItem(
+                QStringLiteral("%1 (%2)").arg(titleOf(verdict), groupedNumber(totals.of(verdict))),
+                static_cast<int>(i));
         }
     }
     filter_->setCurrentIndex(std::max(0, filter_->findData(chosen)));

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "address/VerdictTexts.h"
+#include "host/validation/GroupedNumber.h"
 
 namespace host {
 namespace {
@@ -43,11 +44,9 @@ void VerdictChart::setTotals(const ambrel::AddressFileTotals& totals) {
         }
         const double share = static_cast<double>(count) / static_cast<double>(totals.rows);
         const std::string_view title = ambrel::verdictTitle(verdict);
-        Bar bar{
-            QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())),
-            tr("%1 (%2 %)")
-                .arg(locale.toString(static_cast<qulonglong>(count)), locale.toString(100 * share, 'f', 1)),
-            share, ambrel::isSettled(verdict)};
+        Bar bar{QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())),
+                tr("%1 (%2 %)").arg(groupedNumber(count), locale.toString(100 * share, 'f', 1)), share,
+                ambrel::isSettled(verdict)};
         read << bar.title + QLatin1Char(' ') + bar.count;
         bars_.push_back(std::move(bar));
     }

@@ -28,7 +28,8 @@ inline constexpr double locality = 0.08;      // a locality that belongs to it w
 inline constexpr double otherProvince = 0.12; // it lies in another than what was written
 
 // The street
-inline constexpr double otherType = 0.08;
+/// A lane may be missing from the tables that hold the street of its name.
+inline constexpr double otherType = 0.12;
 inline constexpr double unread = 0.05; // something of it was not understood, and something else changed
 inline constexpr double numberOutside = 0.10; // none of its stretches has the number
 

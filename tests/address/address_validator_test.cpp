@@ -353,6 +353,14 @@ TEST_F(AddressVerdicts, WrongTypeIsCorrectedIfTheStreetHasOnlyOne) {
         isSettled(judge({.street = "Paseo Constitución", .number = "3", .municipality = "Madrid"}).verdict));
 }
 
+TEST_F(AddressVerdicts, WrongTypeIsDoubtfulWhereNoCodeSpeaksForTheStreet) {
+    EXPECT_EQ(verdict({.street = "Travesía de Velázquez", .number = "12", .municipality = "Madrid"}),
+              "DUDOSA");
+    EXPECT_EQ(
+        verdict({.street = "Plaza Mayor", .number = "3", .postalCode = "28300", .municipality = "Aranjuez"}),
+        "DUDOSA"); // the only code of the town
+}
+
 TEST_F(AddressVerdicts, KindOfStreetInANameBelongsToItIfTheTypeHasAColumn) {
     // Where the tables have both, and where the town is misspelt, too.
     for (const char* town : {"Madrid", "Madird"}) {
