@@ -28,6 +28,15 @@ void complainOfDamage(const loading::UndoReader& file) {
     if (lines.size() > most) {
         complain(file.path() + ": y " + std::to_string(lines.size() - most) + " líneas más");
     }
+    if (file.missingEntries() > 0) {
+        complain(file.path() + ": le " +
+                 (file.missingEntries() == 1 ? "falta una línea; lo que decía no se deshace"
+                                             : "faltan " + std::to_string(file.missingEntries()) +
+                                                   " líneas; lo que decían no se deshace"));
+    } else if (!file.isEnded()) {
+        complain(file.path() + ": no llega a su final: o la orden se interrumpió, o a esta copia le faltan "
+                               "líneas; se deshace lo que tiene");
+    }
 }
 
 std::string describe(const loading::UndoTotals& totals) {
@@ -64,7 +73,7 @@ ExitCode deshacer(const UndoOptions& options) {
     list.flush();
     complainOfDamage(file);
     complain(describe(totals));
-    const bool isAll = totals.leftAlone == 0 && file.damagedLines().empty();
+    const bool isAll = totals.leftAlone == 0 && file.damagedLines().empty() && file.missingEntries() == 0;
     return isAll ? ExitCode::done : ExitCode::negative;
 }
 

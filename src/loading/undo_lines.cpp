@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::string_view version = "1";
 constexpr std::string_view tableWord = "TABLA";
+constexpr std::string_view endWord = "FIN";
 constexpr std::array<std::string_view, 4> kindWords = {"CAMBIO", "ALTA", "BAJA", "NULO"};
 constexpr std::size_t headValues = 3; // of an entry: kind, table, record
 constexpr std::string_view hexDigits = "0123456789ABCDEF";
@@ -197,6 +198,10 @@ std::string undoHeading(std::string_view date, std::string_view order) {
     return finished(std::move(line));
 }
 
+std::string undoEnd(std::uint64_t entries) {
+    return finished(std::string(endWord) + '\t' + std::to_string(entries));
+}
+
 std::string undoLine(const UndoTable& table, std::size_t position) {
     std::string line(tableWord);
     line += '\t' + std::to_string(position + 1) + '\t';
@@ -250,6 +255,10 @@ std::vector<std::string_view> undoValues(std::string_view line) {
 
 bool isUndoHeading(Values values) {
     return values.size() == 3 && values[0] == std::string(undoSignature) + std::string(version);
+}
+
+std::optional<std::uint64_t> readUndoEnd(Values values) {
+    return values.size() == 2 && values[0] == endWord ? numberIn<std::uint64_t>(values[1]) : std::nullopt;
 }
 
 std::optional<UndoTable> readUndoTable(Values values) {

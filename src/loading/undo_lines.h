@@ -42,6 +42,7 @@ inline constexpr std::string_view undoSignature = "AMBREL DESHACER ";
 [[nodiscard]] std::string undoHeading(std::string_view date, std::string_view order);
 [[nodiscard]] std::string undoLine(const UndoTable& table, std::size_t position);
 [[nodiscard]] std::string undoLine(const UndoTable& table, const UndoEntry& entry);
+[[nodiscard]] std::string undoEnd(std::uint64_t entries);
 
 /// The values of a line, without its checksum; empty if the checksum is missing or another one. `line`:
 /// without its line end.
@@ -52,6 +53,8 @@ inline constexpr std::string_view undoSignature = "AMBREL DESHACER ";
 [[nodiscard]] std::optional<UndoTable> readUndoTable(std::span<const std::string_view> values);
 /// Kind, table and number alone.
 [[nodiscard]] std::optional<UndoEntry> readUndoHead(std::span<const std::string_view> values);
+/// The number of entries before the end.
+[[nodiscard]] std::optional<std::uint64_t> readUndoEnd(std::span<const std::string_view> values);
 [[nodiscard]] std::optional<UndoEntry> readUndoEntry(std::span<const std::string_view> values,
                                                      const UndoTable& table);
 

@@ -71,16 +71,27 @@ void UndoReader::take(std::string_view line, std::uint64_t offset) {
         tables_.push_back(*std::move(table));
         return;
     }
+    if (const auto announced = readUndoEnd(values)) {
+        announced_ = announced;
+        return;
+    }
     const std::optional<UndoEntry> head = readUndoHead(values);
     if (!head || head->table >= tables_.size()) {
         damaged_.push_back(line_);
     } else if (head->kind == UndoKind::Unmade) {
+        ++entries_;
         takeBack(*head);
     } else if (!readUndoEntry(values, tables_[head->table])) {
         damaged_.push_back(line_);
     } else {
+        ++entries_;
         places_.push_back({offset, static_cast<std::uint32_t>(line.size()), head->number, head->table});
     }
+}
+
+std::uint64_t UndoReader::missingEntries() const {
+    const std::uint64_t found = entries_ + damaged_.size();
+    return announced_ && *announced_ > found ? *announced_ - found : 0;
 }
 
 void UndoReader::takeBack(const UndoEntry& unmade) {

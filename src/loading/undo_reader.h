@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,10 @@ public:
     /// Numbers of lines, from 1, that cannot be read, except the last one of a run that was stopped in the
     /// middle of it: what that line announces was never done.
     [[nodiscard]] const std::vector<std::uint64_t>& damagedLines() const { return damaged_; }
+    /// Whether its end was written; that of a run that died was not, nor has a file that was cut one.
+    [[nodiscard]] bool isEnded() const { return announced_.has_value(); }
+    /// Entries that its end announces and that it has not.
+    [[nodiscard]] std::uint64_t missingEntries() const;
 
 private:
     struct Place {
@@ -43,7 +48,9 @@ private:
     std::vector<UndoTable> tables_;
     std::vector<Place> places_;
     std::vector<std::uint64_t> damaged_;
-    std::uint64_t line_ = 0; // read so far
+    std::uint64_t line_ = 0;    // read so far
+    std::uint64_t entries_ = 0; // that could be read, those that were not carried out too
+    std::optional<std::uint64_t> announced_;
 };
 
 } // namespace loading

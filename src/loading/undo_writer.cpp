@@ -37,13 +37,14 @@ UndoWriter::UndoWriter(const std::string& path, const std::string& model, const 
 }
 
 UndoWriter::~UndoWriter() {
-    if (!isEmpty()) {
-        return;
-    }
     try {
-        folders_.remove(path_);
+        if (isEmpty()) {
+            folders_.remove(path_);
+        } else if (isSynced_ && pending_.empty()) {
+            end();
+        }
     } catch (const dbase::Error&) {
-        // It stays: an empty one undoes nothing.
+        // An empty file undoes nothing; one without its end is undone all the same, with a word about it.
     }
 }
 
@@ -94,6 +95,11 @@ void UndoWriter::write(const UndoEntry& entry) {
     if (pending_.size() >= pieceSize) {
         send();
     }
+}
+
+void UndoWriter::end() {
+    pending_ = undoEnd(entries_);
+    sync();
 }
 
 /// What a failure has written stays in place to be written again.

@@ -20,7 +20,7 @@ public:
     /// is going to change the tables, in UTF-8. Errors: dbase::Error(Exists) if anything has that name.
     UndoWriter(const std::string& path, const std::string& model, const std::string& order,
                dbase::Folders& folders = dbase::diskFolders());
-    /// Removes a file that has no entries.
+    /// Marks the end of the file, so that one that is cut is recognised; removes a file that has no entries.
     ~UndoWriter();
     UndoWriter(const UndoWriter&) = delete;
     UndoWriter& operator=(const UndoWriter&) = delete;
@@ -47,6 +47,7 @@ public:
 private:
     void write(const UndoEntry& entry);
     void send();
+    void end();
 
     dbase::Folders& folders_;
     std::string path_;

@@ -438,7 +438,7 @@ TEST_F(Undo, UnderstandsALastLineThatWasWrittenByHalf) {
         Batch batch(file, undoFile);
         batch.set(1, "VIA", "C/ MAYOR").set(2, "VIA", "C/ SOLANA").finish();
     }
-    const std::string whole = text();
+    const std::string whole = text().substr(0, text().rfind("FIN")); // as of a run that died
     const std::string done = rows();
     const std::size_t last = whole.rfind("CAMBIO");
     for (std::size_t size = last; size < whole.size(); ++size) {
@@ -449,6 +449,22 @@ TEST_F(Undo, UnderstandsALastLineThatWasWrittenByHalf) {
     }
     writeText(whole.substr(0, whole.size() - 9));
     EXPECT_EQ(undoAll(), "1 put back, 0 as before, 0 left");
+}
+
+TEST_F(Undo, KnowsWhetherLinesAreMissing) {
+    {
+        Batch batch(file, undoFile);
+        batch.set(1, "VIA", "C/ MAYOR").set(2, "VIA", "C/ SOLANA").finish();
+    }
+    const std::string whole = text();
+    EXPECT_TRUE(UndoReader(undoFile).isEnded());
+    EXPECT_EQ(UndoReader(undoFile).missingEntries(), 0U);
+    writeText(whole.substr(0, whole.rfind("CAMBIO"))); // a copy that was cut at the end of a line
+    EXPECT_FALSE(UndoReader(undoFile).isEnded());
+    const std::size_t first = whole.find("CAMBIO"), second = whole.find("CAMBIO", first + 1);
+    writeText(whole.substr(0, first) + whole.substr(second));
+    EXPECT_TRUE(UndoReader(undoFile).isEnded());
+    EXPECT_EQ(UndoReader(undoFile).missingEntries(), 1U);
 }
 
 TEST_F(Undo, CutAnywhereNeverPutsAnythingWrongBack) {

@@ -65,6 +65,25 @@ TEST_F(AmbcpDeshacer, ListsWhatSomebodyHasChangedSince) {
     EXPECT_EQ(done({"listar", ".", "CLIENTES"}), "CODIGO,VIA,CP\nA1,\"AV SUR, 3\",28013\nA2,C/ PEÑA,28013\n");
 }
 
+TEST_F(AmbcpDeshacer, SaysThatLinesAreMissing) {
+    const dbase::test::Bytes bytes = dbase::test::readFile(folder / "CLIENTES.deshacer");
+    const std::string whole(bytes.begin(), bytes.end());
+    const auto put = [&](const std::string& text) {
+        std::ofstream(folder / "CLIENTES.deshacer", std::ios::binary) << text;
+    };
+    const std::size_t first = whole.find("CAMBIO"), second = whole.find("CAMBIO", first + 1);
+    put(whole.substr(0, second)); // a copy that was cut
+    const Outcome cut = ambcp({"deshacer", "CLIENTES.deshacer"});
+    EXPECT_EQ(cut.exitCode, 0);
+    EXPECT_NE(cut.errors.find("CLIENTES.deshacer: no llega a su final"), std::string::npos) << cut.errors;
+    put(whole.substr(0, first) + whole.substr(second));
+    const Outcome holed = ambcp({"deshacer", "CLIENTES.deshacer"});
+    EXPECT_EQ(holed.exitCode, 1);
+    EXPECT_NE(holed.errors.find("CLIENTES.deshacer: le falta una línea; lo que decía no se deshace"),
+              std::string::npos)
+        << holed.errors;
+}
+
 TEST_F(AmbcpDeshacer, GoesOnWhenTheReaderOfItsListHasGone) {
     setStreet("A2", "AV SUR");
     const Outcome run = shell("{ \"$AMBCP\" deshacer CLIENTES.deshacer; echo $? >exit; } | true; cat exit");
