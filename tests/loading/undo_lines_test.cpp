@@ -83,7 +83,7 @@ TEST(UndoLines, OfEveryKindSayTheSameWhenTheyAreRead) {
 TEST(UndoLines, KeepEveryByteInEveryCodePage) {
     for (const unsigned driver : {0x00U, 0x01U, 0x02U, 0x03U, 0x57U, 0x59U, 0x64U, 0xC8U}) {
         const UndoTable table =
-            tableOf({{"TODO", ColumnType::Character, 256, 0, 0}}, static_cast<std::uint8_t>(driver));
+            tableOf({{"ENTERA", ColumnType::Character, 256, 0, 0}}, static_cast<std::uint8_t>(driver));
         std::string bytes;
         for (unsigned byte = 0; byte < 256; ++byte) {
             bytes += static_cast<char>(byte);
