@@ -42,6 +42,27 @@ protected:
     const std::string file_ = folder_ / "RECUPERA.DBF";
 };
 
+/// Like ReindexTest, with a first tag that computes its keys.
+class ReindexComputedKeys : public RecoveryTest {
+protected:
+    ReindexComputedKeys() : RecoveryTest({{.name = "MAYUS", .expression = "UPPER(NOMBRE)"}}) {}
+
+    const TemporaryFolder folder_;
+    const std::string file_ = folder_ / "RECUPERA.DBF";
+};
+
+TEST_F(ReindexComputedKeys, RecoversFromTheJournalOfAStoppedMachine) {
+    writeFile(file_, tableBytes());
+    writeFile(folder_ / "RECUPERA.MDX", indexBytes());
+    const std::string thisStart = bootIdentity();
+    setBootIdentity("another start");
+    Journal(journalBeside(file_), schema_).begin({});
+    setBootIdentity(thisStart);
+    reindexTable(file_);
+    EXPECT_EQ(findings(file_), "");
+    EXPECT_EQ(Table::open(file_)->records().recordCount(), 100U);
+}
+
 TEST_F(ReindexTest, KeepsWhatACutTableStillHolds) {
     tableBytes().erase(tableBytes().end() - 500, tableBytes().end());
     writeFiles();
