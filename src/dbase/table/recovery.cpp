@@ -54,6 +54,12 @@ std::optional<std::uint64_t> sessionOf(const File* index) {
     return index != nullptr ? std::optional(stampOf(index).session) : std::nullopt;
 }
 
+const Column& identifyingColumn(const Schema& schema, const std::vector<Expression>& keys) {
+    const auto found =
+        std::ranges::find_if(keys, [](const Expression& key) { return !key.segments().empty(); });
+    return schema.columns[found == keys.end() ? 0 : found->segments().front().column];
+}
+
 JournalOrigin originOf(const TableFile& records) {
     return {lastingInode(records.file()), records.recordCount()};
 }

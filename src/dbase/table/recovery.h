@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "dbase/dbf/table_file.h"
+#include "dbase/expression/expression.h"
 #include "dbase/journal/journal.h"
 #include "dbase/mdx/update_stamp.h"
 
@@ -17,6 +18,9 @@ namespace dbase {
 [[nodiscard]] std::optional<std::uint64_t> sessionOf(const File* index);
 /// What a journal begun now would record.
 [[nodiscard]] JournalOrigin originOf(const TableFile& records);
+
+/// The column by which users know a record: that of the first key of whole columns, or else the first one.
+[[nodiscard]] const Column& identifyingColumn(const Schema& schema, const std::vector<Expression>& keys);
 
 /// The caller holds the exclusive structure lock, and rebuilds the tags after recovering the records.
 class Recovery {

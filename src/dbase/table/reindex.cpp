@@ -81,15 +81,12 @@ std::vector<TagDefinition> tagsOf(const std::string& tableFile, const ReadableTa
     return completed(readable.tags, known);
 }
 
-// The column by which users know a record: that of the first tag of whole columns, or else the first one.
 const Column& keyColumn(const Schema& schema, const std::vector<TagDefinition>& tags) {
+    std::vector<Expression> keys;
     for (const TagDefinition& tag : tags) {
-        const Expression key = Expression::parse(tag.expression, schema, Dialect::Index);
-        if (!key.segments().empty()) {
-            return schema.columns[key.segments().front().column];
-        }
+        keys.push_back(Expression::parse(tag.expression, schema, Dialect::Index));
     }
-    return schema.columns.front();
+    return identifyingColumn(schema, keys);
 }
 
 // With the table's owner, group and permissions, and never through a link that somebody has planted.

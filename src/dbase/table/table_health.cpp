@@ -75,16 +75,16 @@ Recovery Table::recovery() {
     return {records_, index_ ? &index_->file() : nullptr, journal_ ? &*journal_ : nullptr};
 }
 
-// The column by which users know a record: that of the first tag of whole columns, or else the first one.
 const Column& Table::keyColumn() const {
+    std::vector<Expression> keys;
     if (index_) {
         for (const Tag& tag : index_->tags()) {
-            if (tag.isUnderstood() && !tag.key->segments().empty()) {
-                return schema().columns[tag.key->segments().front().column];
+            if (tag.isUnderstood()) {
+                keys.push_back(*tag.key);
             }
         }
     }
-    return schema().columns.front();
+    return identifyingColumn(schema(), keys);
 }
 
 void Table::recoverLocked(Health found) {
