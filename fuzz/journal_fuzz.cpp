@@ -1,13 +1,6 @@
 // A sound table with a forged journal beside its files, used after a restart of the machine.
 #include "ForgedJournal.h"
 #include "dbase/journal/journal.h"
-#include "dbase/system/notices.h"
-
-/// A journal that is set aside is reported, which would be most of what a run writes, and of its time.
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    dbase::setNoticeHandler([](const std::string&) {});
-    return 0;
-}
 
 /// The first byte says whether the bytes after it are the journal, or the contents of its entries.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
