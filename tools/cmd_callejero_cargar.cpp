@@ -13,10 +13,11 @@
 #include "directory/DirectoryLoading.h"
 #include "loading/counted.h"
 #include "loading/csv.h"
-#include "sample/Sample.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
+#include "tools/created_tables.h"
 #include "tools/cut_table.h"
+#include "tools/interruption.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
 
@@ -29,6 +30,7 @@ using ambrel::directory::Edition;
 using ambrel::directory::EditionFiles;
 using ambrel::directory::EditionNotes;
 using ambrel::directory::LoadingProgress;
+using ambrel::directory::LoadingStep;
 using ambrel::directory::LoadSummary;
 using ambrel::directory::RangeOpening;
 using loading::counted;
@@ -103,14 +105,28 @@ void printNotes(const EditionNotes& notes, const LoadSummary& summary) {
     }
 }
 
-/// The line on the terminal for one task after another.
+void printTotals(const LoadSummary& summary) {
+    if (summary.municipalityRows > 0) {
+        std::printf("MUNICIPI: %s.\n",
+                    counted(summary.municipalityRows, "fila cargada", "filas cargadas").c_str());
+    }
+    std::printf("POSTAL: %s; en %s se ha abierto algún extremo.\n",
+                counted(summary.streetRows, "fila cargada", "filas cargadas").c_str(),
+                std::to_string(summary.openedRows).c_str());
+    std::printf("Fuente: Instituto Nacional de Estadística.\n");
+}
+
+/// The line on the terminal for one task after another. Where the user wants to end, it ends the load.
 class TaskLine {
 public:
-    void operator()(const std::string& task, double share) {
-        if (!line_ || task != task_) {
-            line_.emplace(task_ = task);
+    void operator()(const LoadingStep& step) {
+        if (Interruption::isRequested()) {
+            throw Interrupted();
         }
-        line_->share(share);
+        if (!line_ || step.task != task_) {
+            line_.emplace(task_ = step.task);
+        }
+        line_->work(step.done, step.share);
     }
 
 private:
@@ -126,56 +142,74 @@ std::vector<unsigned> provincesOf(const DirectoryLoadOptions& options) {
     return provinces;
 }
 
-/// Tables that are there are looked at before the files are read; missing ones are created after that, so
-/// that files which cannot be used leave nothing.
-std::unique_ptr<DirectoryLoading> prepare(const DirectoryLoadOptions& options,
-                                          const LoadingProgress& progress) {
-    const auto read = [&] {
-        return std::make_unique<Edition>(EditionFiles{options.stretches, options.streets,
-                                                      options.pseudoStreets, options.units,
-                                                      options.municipalities, provincesOf(options)},
-                                         progress);
-    };
-    std::unique_ptr<Edition> edition;
-    if (!hasTables(options.folder)) {
-        requireMunicipalities(options);
-        edition = read();
-        ambrel::createTablesForStreets(options.folder);
+/// One load, or its trial. Tables that are there are looked at before the files are read; missing ones are
+/// created after that, so that files which cannot be used leave nothing.
+class Load {
+public:
+    explicit Load(const DirectoryLoadOptions& options) : options_(options) {}
+
+    void run() {
+        TaskLine line;
+        progress_ = [&](const LoadingStep& step) { line(step); };
+        prepare();
+        const RangeOpening opening = openingNamed(options_.opening);
+        summary_ = options_.isTrial ? loading_->simulate(opening) : loading_->store(opening, progress_);
+        if (created_) {
+            created_->keep();
+        }
     }
-    const std::string folder = useFolder(options.folder);
-    for (const char* const table : {"MUNICIPI", "POSTAL", "TIPO_VIA"}) {
-        requireWhole(requireTable(folder, table));
+
+    void print() const {
+        printNotes(loading_->edition().notes(), summary_);
+        options_.isTrial ? printMunicipalities(summary_) : printTotals(summary_);
     }
-    auto loading = std::make_unique<DirectoryLoading>(folderDatabase, folder);
-    loading->take(edition ? std::move(edition) : read());
-    return loading;
-}
+
+private:
+    [[nodiscard]] std::unique_ptr<Edition> read() const {
+        return std::make_unique<Edition>(EditionFiles{options_.stretches, options_.streets,
+                                                      options_.pseudoStreets, options_.units,
+                                                      options_.municipalities, provincesOf(options_)},
+                                         [this](const LoadingStep& step) { progress_(step); });
+    }
+
+    void prepare() {
+        std::unique_ptr<Edition> edition;
+        if (!hasTables(options_.folder)) {
+            requireMunicipalities(options_);
+            edition = read();
+            created_.emplace(options_.folder);
+        }
+        const std::string folder = useFolder(options_.folder);
+        for (const char* const table : {"MUNICIPI", "POSTAL", "TIPO_VIA"}) {
+            requireWhole(requireTable(folder, table));
+        }
+        loading_ = std::make_unique<DirectoryLoading>(folderDatabase, folder);
+        loading_->take(edition ? std::move(edition) : read());
+    }
+
+    const DirectoryLoadOptions& options_;
+    LoadingProgress progress_;
+    std::optional<CreatedTables> created_;
+    std::unique_ptr<DirectoryLoading> loading_;
+    LoadSummary summary_;
+};
 
 } // namespace
 
 ExitCode callejeroCargar(const DirectoryLoadOptions& options) {
-    std::unique_ptr<DirectoryLoading> loading;
-    LoadSummary summary;
-    {
-        TaskLine line;
-        const auto progress = [&](const std::string& task, double share) { line(task, share); };
-        loading = prepare(options, progress);
-        const RangeOpening opening = openingNamed(options.opening);
-        summary = options.isTrial ? loading->simulate(opening) : loading->store(opening, progress);
+    const Interruption interruption;
+    try {
+        Load load(options);
+        load.run();
+        load.print();
+        if (Interruption::isRequested()) {
+            complain("la interrupción ha llegado cuando ya estaba hecho");
+        }
+    } catch (const Interrupted&) {
+        complain("interrumpido; no se ha cambiado nada");
     }
-    printNotes(loading->edition().notes(), summary);
-    if (options.isTrial) {
-        printMunicipalities(summary);
-        return ExitCode::done;
-    }
-    if (summary.municipalityRows > 0) {
-        std::printf("MUNICIPI: %s.\n",
-                    counted(summary.municipalityRows, "fila cargada", "filas cargadas").c_str());
-    }
-    std::printf("POSTAL: %s; en %s se ha abierto algún extremo.\n",
-                counted(summary.streetRows, "fila cargada", "filas cargadas").c_str(),
-                std::to_string(summary.openedRows).c_str());
-    std::printf("Fuente: Instituto Nacional de Estadística.\n");
+    std::fflush(stdout);
+    Interruption::obey();
     return ExitCode::done;
 }
 

@@ -54,7 +54,9 @@ bool print(const OfficialFile& file) {
     FileOverview overview;
     {
         ProgressLine line(file.baseName);
-        overview = overviewOf(file, [&](std::uint64_t bytes) { line.share(bytes, file.size); });
+        overview = overviewOf(file, [&](std::uint64_t lines, std::uint64_t bytes) {
+            line.work(lines, static_cast<double>(bytes) / static_cast<double>(file.size));
+        });
     }
     std::printf("%s\n", file.name.c_str());
     if (!overview.layout) {

@@ -66,7 +66,7 @@ public:
     void finish(const LoadingProgress& progress) {
         loader_.finish([&](std::uint64_t done, std::uint64_t total) {
             if (progress && total > 0) {
-                progress(name_, static_cast<double>(done) / static_cast<double>(total));
+                progress({name_, done, static_cast<double>(done) / static_cast<double>(total)});
             }
         });
     }

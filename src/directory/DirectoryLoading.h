@@ -8,6 +8,7 @@
 
 #include "dbase/table/table_definition.h"
 #include "directory/Edition.h"
+#include "directory/LoadingProgress.h"
 
 namespace ambrel::directory {
 
@@ -23,9 +24,6 @@ struct LoadSummary {
     std::uint64_t shortenedNames = 0, openedRows = 0;
     std::uint64_t notInMunicipi = 0; // municipalities with streets that the MUNICIPI of the folder lacks
 };
-
-/// Called with what is being done and the share of it; below 0 where that is not known.
-using LoadingProgress = std::function<void(const std::string& task, double share)>;
 
 /// Loads an edition. POSTAL must be empty; MUNICIPI is filled if it is, and else gives the municipalities'
 /// names.

@@ -51,7 +51,7 @@ std::uint32_t numberIn(std::string_view text, std::size_t digits) {
 
 } // namespace
 
-Edition::Edition(const EditionFiles& files, const EditionProgress& progress)
+Edition::Edition(const EditionFiles& files, const LoadingProgress& progress)
     : files_(files), progress_(progress) {
     readStreets(files_.streets);
     if (!files_.pseudoStreets.empty()) {
@@ -81,9 +81,10 @@ void Edition::readFile(const std::string& path, FileKind kind,
     }
     const ReadCounts counts = readLines(
         file, [&](const FixedLine& line, std::uint64_t number) { return use(line, layout, number); },
-        [&](std::uint64_t bytes) {
+        [&](std::uint64_t lines, std::uint64_t bytes) {
             if (progress_ && file.size > 0) {
-                progress_(file.baseName, static_cast<double>(bytes) / static_cast<double>(file.size));
+                progress_(
+                    {file.baseName, lines, static_cast<double>(bytes) / static_cast<double>(file.size)});
             }
         });
     if (counts.badCount > 0) {
@@ -241,6 +242,9 @@ void Edition::forEachRow(RangeOpening opening, StreetTypeCodes& types, StreetKey
     notes_.withoutMunicipality = notes_.streetsWithoutName = 0;
     const std::span<Stored> all = stretches_;
     for (std::size_t begin = 0, end = 0; begin < all.size(); begin = end) {
+        if (progress_) {
+            progress_({"tramos", begin, static_cast<double>(begin) / static_cast<double>(all.size())});
+        }
         const PlaceCode place = placeOf(all[begin].id);
         while (end < all.size() && placeOf(all[end].id) == place) {
             ++end;

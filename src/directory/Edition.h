@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "directory/FileReading.h"
+#include "directory/LoadingProgress.h"
 #include "directory/PlaceNames.h"
 #include "directory/StreetIndex.h"
 #include "directory/StreetKeys.h"
@@ -38,14 +39,11 @@ struct EditionNotes {
     std::vector<std::string> badLines;     // a text for each file that has some
 };
 
-/// Called with what is being read, and the share of it.
-using EditionProgress = std::function<void(const std::string& fileName, double share)>;
-
 class Edition {
 public:
     /// Reads all files. Errors: loading::Failure if one cannot be read, is of another kind, or has more than
     /// one bad line in a hundred.
-    explicit Edition(const EditionFiles& files, const EditionProgress& progress = {});
+    explicit Edition(const EditionFiles& files, const LoadingProgress& progress = {});
 
     /// The date to which it refers, AAAA-MM-DD; empty if the names of its files do not say it.
     [[nodiscard]] const std::string& date() const { return date_; }
@@ -73,7 +71,7 @@ private:
                            StreetKeys& keys, const std::function<void(const StreetRow&)>& use);
 
     const EditionFiles files_;
-    EditionProgress progress_;
+    LoadingProgress progress_;
     std::string date_;
     EditionNotes notes_;
     StreetIndex streets_, unlisted_; // the second from the stretches alone

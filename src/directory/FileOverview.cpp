@@ -92,7 +92,7 @@ private:
 
 } // namespace
 
-FileOverview overviewOf(const OfficialFile& file, const BytesProgress& progress) {
+FileOverview overviewOf(const OfficialFile& file, const ReadingProgress& progress) {
     FileOverview overview;
     overview.layout = findLayout(file);
     if (!overview.layout) {

@@ -22,6 +22,6 @@ struct FileOverview {
 };
 
 /// Reads a file to its end. Errors: loading::Failure if it cannot be read.
-[[nodiscard]] FileOverview overviewOf(const OfficialFile& file, const BytesProgress& progress = {});
+[[nodiscard]] FileOverview overviewOf(const OfficialFile& file, const ReadingProgress& progress = {});
 
 } // namespace ambrel::directory

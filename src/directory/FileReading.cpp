@@ -52,7 +52,7 @@ Layout layoutOf(const OfficialFile& file, FileKind wanted) {
     return *layout;
 }
 
-ReadCounts readLines(const OfficialFile& file, const LineUse& use, const BytesProgress& progress) {
+ReadCounts readLines(const OfficialFile& file, const LineUse& use, const ReadingProgress& progress) {
     constexpr std::uint64_t linesBetweenReports = 16384;
     ReadCounts counts;
     LineReader reader(file.open(), bufferFor(file));
@@ -63,7 +63,7 @@ ReadCounts readLines(const OfficialFile& file, const LineUse& use, const BytesPr
             counts.addBad(reader.number(), refusal);
         }
         if (++counts.lines % linesBetweenReports == 0 && progress) {
-            progress(reader.bytes());
+            progress(counts.lines, reader.bytes());
         }
     }
     return counts;

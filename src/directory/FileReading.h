@@ -40,13 +40,13 @@ struct ReadCounts {
 
 /// Receives each line of a file that may be understood, with its number; returns why it is not, or null.
 using LineUse = std::function<Refusal(const FixedLine& line, std::uint64_t number)>;
-/// Called now and then with the bytes read so far.
-using BytesProgress = std::function<void(std::uint64_t bytes)>;
+/// Called now and then with the lines and bytes read so far.
+using ReadingProgress = std::function<void(std::uint64_t lines, std::uint64_t bytes)>;
 
 /// Reads a file to its end, whatever its lines are. Errors: loading::Failure if it cannot be read; anything
 /// the functions throw.
 [[nodiscard]] ReadCounts readLines(const OfficialFile& file, const LineUse& use,
-                                   const BytesProgress& progress = {});
+                                   const ReadingProgress& progress = {});
 
 /// All bad lines kept, one a line, with the file's name, and how many more there are. `counts`: with bad
 /// lines.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <set>
 
 #include "dbase/dataset/dataset.h"
 #include "dbase/system/databases.h"
@@ -53,6 +54,36 @@ protected:
     }
     static std::size_t linesOf(const std::string& text) {
         return static_cast<std::size_t>(std::ranges::count(text, '\n'));
+    }
+    /// The outcome of a load into whose work a signal falls; the editions grow until one is not loaded before
+    /// it arrives.
+    Outcome interrupted(const std::string& signal, bool hasTables) {
+        for (const std::uint64_t stretches : {40'000, 160'000, 640'000}) {
+            std::filesystem::remove_all(folder / "datos");
+            if (hasTables) {
+                done({"crear", "datos"});
+            }
+            const edition::Files files = write(stretches);
+            // Shells let what runs in the background ignore Ctrl+C; env undoes that.
+            const Outcome run =
+                shell("env --default-signal \"$AMBCP\" callejero cargar datos --tramos '" + files.stretches +
+                      "' --vias '" + files.streets + "' --municipios '" + files.municipalities +
+                      "' & job=$!; until [ -e datos/POSTAL.DBF.nuevo ] || ! kill -0 $job 2>/dev/null; do :; "
+                      "done; kill -" +
+                      signal + " $job; wait $job; exit $?");
+            if (run.output.empty()) {
+                return run;
+            }
+        }
+        ADD_FAILURE() << "every load was over first";
+        return {};
+    }
+    [[nodiscard]] std::set<std::string> filesIn(const std::string& name) const {
+        std::set<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder / name)) {
+            names.insert(entry.path().filename());
+        }
+        return names;
     }
     std::string listed(const std::string& table) const { return done({"listar", "datos", table}); }
 };
@@ -192,6 +223,26 @@ TEST_F(AmbcpCallejeroCargar, AStationWithATableOpenIsRefusedBeforeAnythingChange
         }
         EXPECT_FALSE(std::filesystem::exists(folder / "datos/PROCEDEN.DBF"));
     }
+}
+
+TEST_F(AmbcpCallejeroCargar, InterruptedInANewFolderItLeavesNothing) {
+    for (const auto& [signal, code] : {std::pair("INT", 130), {"TERM", 143}}) {
+        const Outcome run = interrupted(signal, false);
+        EXPECT_EQ(run.exitCode, code) << run.errors;
+        EXPECT_NE(run.errors.find("ambcp: interrumpido; no se ha cambiado nada"), std::string::npos)
+            << run.errors;
+        EXPECT_FALSE(std::filesystem::exists(folder / "datos"));
+    }
+}
+
+TEST_F(AmbcpCallejeroCargar, InterruptedItLeavesTablesAsTheyWere) {
+    done({"crear", "datos"});
+    const std::string tables = listed("POSTAL") + listed("MUNICIPI");
+    const std::set<std::string> files = filesIn("datos");
+    const Outcome run = interrupted("INT", true);
+    EXPECT_EQ(run.exitCode, 130) << run.errors;
+    EXPECT_EQ(listed("POSTAL") + listed("MUNICIPI"), tables);
+    EXPECT_EQ(filesIn("datos"), files);
 }
 
 TEST_F(AmbcpCallejeroCargar, OnlyKnownProvincesAndOpeningsAreTaken) {
