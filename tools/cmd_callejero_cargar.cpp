@@ -57,7 +57,7 @@ void requireMunicipalities(const DirectoryLoadOptions& options) {
     }
 }
 
-/// Municipality by municipality, as a difference: nothing goes or changes in tables that have no streets yet.
+/// Municipality by municipality, as a difference.
 void printMunicipalities(const LoadSummary& summary) {
     loading::CsvWriter csv(STDOUT_FILENO);
     for (const char* const name : {"COD_INE", "MUNICIPIO", "VIENEN", "SE_VAN", "CAMBIAN"}) {
@@ -66,10 +66,10 @@ void printMunicipalities(const LoadSummary& summary) {
     csv.endRecord();
     for (const auto& [place, municipality] : summary.byMunicipality) {
         csv.field(std::to_string(100000 + place).substr(1));
-        csv.field(dbase::CodePage::windows1252().toUtf8(municipality.first));
-        csv.field(std::to_string(municipality.second));
-        csv.field("0");
-        csv.field("0");
+        csv.field(dbase::CodePage::windows1252().toUtf8(municipality.name));
+        csv.field(std::to_string(municipality.comes));
+        csv.field(std::to_string(municipality.goes));
+        csv.field(std::to_string(municipality.changes));
         csv.endRecord();
     }
     csv.flush();
@@ -89,8 +89,6 @@ void printNotes(const EditionNotes& notes, const LoadSummary& summary) {
          "tramos de seudovías no se cargan, porque no se da --seudovias");
     warn(notes.withoutMunicipality, "tramo no se carga, porque ningún fichero nombra su municipio",
          "tramos no se cargan, porque ningún fichero nombra su municipio");
-    warn(summary.notInMunicipi, "municipio con vías falta en MUNICIPI, y no se encontrarán",
-         "municipios con vías faltan en MUNICIPI, y no se encontrarán");
     warn(notes.streetsWithoutName, "vía no está en el fichero de vías; lleva el nombre corto de sus tramos",
          "vías no están en el fichero de vías; llevan el nombre corto de sus tramos");
     warn(summary.shortenedNames, "fila lleva un nombre abreviado, que no cabía",
@@ -106,12 +104,12 @@ void printNotes(const EditionNotes& notes, const LoadSummary& summary) {
 }
 
 void printTotals(const LoadSummary& summary) {
-    if (summary.municipalityRows > 0) {
+    if (summary.municipalities.comes > 0) {
         std::printf("MUNICIPI: %s.\n",
-                    counted(summary.municipalityRows, "fila cargada", "filas cargadas").c_str());
+                    counted(summary.municipalities.comes, "fila cargada", "filas cargadas").c_str());
     }
     std::printf("POSTAL: %s; en %s se ha abierto algún extremo.\n",
-                counted(summary.streetRows, "fila cargada", "filas cargadas").c_str(),
+                counted(summary.streets.comes, "fila cargada", "filas cargadas").c_str(),
                 std::to_string(summary.openedRows).c_str());
     std::printf("Fuente: Instituto Nacional de Estadística.\n");
 }
@@ -153,7 +151,8 @@ public:
         progress_ = [&](const LoadingStep& step) { line(step); };
         prepare();
         const RangeOpening opening = openingNamed(options_.opening);
-        summary_ = options_.isTrial ? loading_->simulate(opening) : loading_->store(opening, progress_);
+        summary_ = options_.isTrial ? loading_->simulate(opening)
+                                    : loading_->store(opening, {}, {.progress = progress_});
         if (created_) {
             created_->keep();
         }

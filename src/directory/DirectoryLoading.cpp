@@ -128,6 +128,20 @@ void addProvenance(TableFilling& table, const StreetRow& row, const std::string&
     table.add();
 }
 
+void report(const StreetRow& row, const LoadObserver& observer) {
+    if (observer.change) {
+        const std::string code = digits(row.stretch->postalCode, 5);
+        observer.change({.kind = ChangeKind::Comes,
+                         .place = row.official.place,
+                         .municipality = row.municipality,
+                         .key = row.key,
+                         .type = row.type,
+                         .name = row.name,
+                         .code = code,
+                         .bounds = row.stretch->bounds});
+    }
+}
+
 /// Creates PROCEDEN where it is missing, and removes it again unless it is kept.
 class NewProvenance {
 public:
@@ -217,32 +231,35 @@ void DirectoryLoading::take(std::unique_ptr<Edition> edition) {
     }
 }
 
-LoadSummary DirectoryLoading::visit(RangeOpening opening, const std::function<void(const StreetRow&)>& use) {
+LoadSummary DirectoryLoading::visit(RangeOpening opening, const LoadObserver& observer,
+                                    const std::function<void(const StreetRow&)>& use) {
     LoadSummary summary;
     StreetTypeCodes types(types_);
     StreetKeys keys;
     edition_->forEachRow(opening, types, keys, [&](const StreetRow& row) {
         ++summary.streetRows;
-        auto& [name, count] = summary.byMunicipality[row.official.place];
-        if (count++ == 0) {
-            name = row.municipality;
-            summary.notInMunicipi += !known_.empty() && !known_.contains(row.official.place) ? 1 : 0;
+        ++summary.streets.comes;
+        MunicipalitySummary& municipality = summary.byMunicipality[row.official.place];
+        if (municipality.comes++ == 0) {
+            municipality.name = row.municipality;
         }
+        report(row, observer);
         summary.shortenedNames += row.isNameShortened ? 1 : 0;
         summary.openedRows += row.stretch->opened != JoinedStretch().opened ? 1 : 0;
         use(row);
     });
     summary.unknownTypes = types.unknown();
-    summary.municipalityRows = known_.empty() ? edition_->places().rows().size() : 0;
+    summary.municipalities.comes = known_.empty() ? edition_->places().rows().size() : 0;
     return summary;
 }
 
-LoadSummary DirectoryLoading::simulate(RangeOpening opening) {
-    return visit(opening, [](const StreetRow&) {});
+LoadSummary DirectoryLoading::simulate(RangeOpening opening, const LoadObserver& observer) {
+    return visit(opening, observer, [](const StreetRow&) {});
 }
 
 // All three are held before the first row is written, so that a station that uses one is found at once.
-LoadSummary DirectoryLoading::store(RangeOpening opening, const LoadingProgress& progress) {
+LoadSummary DirectoryLoading::store(RangeOpening opening, const std::string& /*undoFile*/,
+                                    const LoadObserver& observer) {
     NewProvenance made(folder_);
     TableFilling streets(folder_, "POSTAL",
                          {"CODIGO1", "PROVINCIA", "CAPITAL", "TIPO_VIA", "VIA", "IMPAR_INI", "IMPAR_FIN",
@@ -259,16 +276,16 @@ LoadSummary DirectoryLoading::store(RangeOpening opening, const LoadingProgress&
             addMunicipality(*municipalities, row);
         }
     }
-    const LoadSummary summary = visit(opening, [&](const StreetRow& row) {
+    const LoadSummary summary = visit(opening, observer, [&](const StreetRow& row) {
         addStreet(streets, row);
         addProvenance(provenance, row, edition_->date());
     });
     if (municipalities) {
-        municipalities->finish(progress);
+        municipalities->finish(observer.progress);
     }
-    provenance.finish(progress);
+    provenance.finish(observer.progress);
     made.keep();
-    streets.finish(progress);
+    streets.finish(observer.progress);
     return summary;
 }
 

@@ -7,23 +7,13 @@
 #include <string>
 
 #include "dbase/table/table_definition.h"
+#include "directory/DirectoryChange.h"
 #include "directory/Edition.h"
-#include "directory/LoadingProgress.h"
 
 namespace ambrel::directory {
 
 /// PROCEDEN, the table beside POSTAL that says where its rows come from.
 [[nodiscard]] dbase::TableDefinition provenanceTable();
-
-/// What a load would store, or has stored.
-struct LoadSummary {
-    std::uint64_t municipalityRows = 0; // 0 where MUNICIPI has its rows already
-    std::uint64_t streetRows = 0;
-    std::map<PlaceCode, std::pair<std::string, std::uint64_t>> byMunicipality; // name, and rows of POSTAL
-    std::map<std::string, std::uint64_t, std::less<>> unknownTypes;            // abbreviations, Windows-1252
-    std::uint64_t shortenedNames = 0, openedRows = 0;
-    std::uint64_t notInMunicipi = 0; // municipalities with streets that the MUNICIPI of the folder lacks
-};
 
 /// Loads an edition. POSTAL must be empty; MUNICIPI is filled if it is, and else gives the municipalities'
 /// names.
@@ -37,14 +27,16 @@ public:
     void take(std::unique_ptr<Edition> edition);
     [[nodiscard]] const Edition& edition() const { return *edition_; }
     /// What would be stored; changes nothing.
-    [[nodiscard]] LoadSummary simulate(RangeOpening opening);
+    [[nodiscard]] LoadSummary simulate(RangeOpening opening, const LoadObserver& observer = {});
     /// Stores it. MUNICIPI, PROCEDEN and POSTAL are each exchanged whole, POSTAL last: a load that ends
-    /// before leaves it empty, and can be repeated. Errors: dbase::Error, if a station has one of them open
-    /// before anything is changed.
-    LoadSummary store(RangeOpening opening, const LoadingProgress& progress = {});
+    /// before leaves it empty, and can be repeated. `undoFile`: a new file from which loading::undo() takes
+    /// it all back; empty for none. Errors: dbase::Error, if a station has one of them open before anything
+    /// is changed.
+    LoadSummary store(RangeOpening opening, const std::string& undoFile, const LoadObserver& observer = {});
 
 private:
-    [[nodiscard]] LoadSummary visit(RangeOpening opening, const std::function<void(const StreetRow&)>& use);
+    [[nodiscard]] LoadSummary visit(RangeOpening opening, const LoadObserver& observer,
+                                    const std::function<void(const StreetRow&)>& use);
 
     std::string database_, folder_;
     std::vector<StreetTypeRow> types_;
