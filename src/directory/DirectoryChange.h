@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "directory/LoadingProgress.h"
-#include "directory/Records.h"
+#include "directory/PlaceCode.h"
 
 namespace ambrel::directory {
 

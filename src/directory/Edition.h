@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "directory/EditionFiles.h"
 #include "directory/FileReading.h"
 #include "directory/LoadingProgress.h"
 #include "directory/PlaceNames.h"
@@ -15,13 +16,6 @@
 
 namespace ambrel::directory {
 
-/// Paths of the files; those of pseudo streets, units and municipalities may be empty. One ZIP may hold
-/// several.
-struct EditionFiles {
-    std::string stretches, streets, pseudoStreets, units, municipalities;
-    std::vector<unsigned> provinces; // of the municipalities that count; empty: all
-};
-
 /// A row of POSTAL and where it comes from. Views live as long as the call that brings it.
 struct StreetRow {
     std::uint32_t key = 0;
@@ -29,14 +23,6 @@ struct StreetRow {
     std::string_view type, name, municipality;
     const JoinedStretch* stretch = nullptr;
     bool isNameShortened = false;
-};
-
-/// What was left out of an edition, or had to be made do with.
-struct EditionNotes {
-    std::uint64_t ofPseudoStreets = 0;     // stretches, where no file of pseudo streets was given
-    std::uint64_t withoutMunicipality = 0; // stretches whose municipality has no name
-    std::uint64_t streetsWithoutName = 0;  // that the stretches alone name, in 25 characters
-    std::vector<std::string> badLines;     // a text for each file that has some
 };
 
 class Edition {

@@ -6,11 +6,9 @@
 
 #include "directory/FixedLine.h"
 #include "directory/Layout.h"
+#include "directory/PlaceCode.h"
 
 namespace ambrel::directory {
-
-/// A municipality's five-digit code as a number: 28079.
-using PlaceCode = std::uint32_t;
 
 /// Which numbers a stretch has.
 enum class Numbering : std::uint8_t { None, Odd, Even };

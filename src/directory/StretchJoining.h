@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "directory/EditionFiles.h"
 #include "directory/Records.h"
 
 namespace ambrel::directory {
@@ -16,13 +17,6 @@ struct ObservedStretch {
     Numbering numbering = Numbering::None;
     std::uint16_t first = 0, last = 0;
     std::uint32_t line = 0; // of its file
-};
-
-/// How far a street is taken to go beyond the numbers that were observed.
-enum class RangeOpening : std::uint8_t {
-    None,
-    Ends, // a street with one code has all numbers; one that is divided goes on at its outer ends
-    Gaps  // and each half of a gap between two codes belongs to the code beside it
 };
 
 /// A row of POSTAL. A side without numbers has 0 and 0.
