@@ -139,8 +139,10 @@ void PageBlock::bars(const std::vector<Bar>& bars) {
 }
 
 void PageBlock::table(const Table& table) {
-    // Several texts side by side have no room on a telephone; one with its figures has.
-    const bool needsRoom = std::ranges::count(table.columns, ColumnKind::Text, &Column::kind) > 1;
+    // Several texts side by side have no room on a telephone; one with a few figures has.
+    constexpr std::size_t mostInARow = 4;
+    const bool needsRoom = std::ranges::count(table.columns, ColumnKind::Text, &Column::kind) > 1 ||
+                           table.columns.size() > mostInARow;
     const pugi::xml_node place = addElement(place_, "table", needsRoom ? "cards" : nullptr);
     if (!table.caption.empty()) {
         addElement(place, "caption", nullptr, table.caption);
