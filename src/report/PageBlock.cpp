@@ -43,7 +43,7 @@ void addCell(pugi::xml_node row, const Column& column, const Cell& cell) {
     // Where there is no room for columns, the title stands before each value.
     place.append_attribute("data-title").set_value(column.title.c_str());
     if (cell.barShare) {
-        addBar(place, *cell.barShare, Tone::Settled);
+        addBar(place, *cell.barShare, cell.tone);
     }
     for (const Line& line : cell.lines) {
         addElement(place, cell.barShare ? "span" : "div", styleOf(line.voice), line.text);
@@ -68,9 +68,10 @@ void addColumns(pugi::xml_node table, const std::vector<Column>& columns) {
 
 } // namespace
 
-Cell Cell::share(std::uint64_t part, std::uint64_t whole) {
+Cell Cell::share(std::uint64_t part, std::uint64_t whole, Tone tone) {
     Cell cell(percentage(part, whole));
     cell.barShare = shareOf(part, whole);
+    cell.tone = tone;
     return cell;
 }
 

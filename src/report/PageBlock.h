@@ -47,10 +47,11 @@ struct Cell {
     Cell(std::string text) : lines{{std::move(text)}} {}
     Cell(std::vector<Line> several) : lines(std::move(several)) {}
     /// «12,3 %» and a bar of that length.
-    [[nodiscard]] static Cell share(std::uint64_t part, std::uint64_t whole);
+    [[nodiscard]] static Cell share(std::uint64_t part, std::uint64_t whole, Tone tone = Tone::Settled);
 
     std::vector<Line> lines;
     std::optional<double> barShare = {}; // 0 to 1
+    Tone tone = Tone::Settled;           // of the bar
 };
 
 enum class ColumnKind { Text, Number, Share };
