@@ -114,8 +114,11 @@ void tellTotals(const AuditTotals& totals, const ClassCounts& counts, bool hasSt
         }
     }
     if (hasStreets) {
+        complain(counted(totals.streets, "vía", "vías") + "; " + counted(totals.hiddenStreets, "va", "van") +
+                 " en la clave detrás de otra del mismo nombre, de otro municipio");
         complain("bloque «99»: " + counted(totals.userKeys, "clave", "claves") +
-                 (totals.highestUserKey.empty() ? "" : "; la más alta, " + totals.highestUserKey));
+                 (totals.highestUserKey.empty() ? "" : "; la más alta, " + totals.highestUserKey) +
+                 "; hasta 99999999 quedan " + std::to_string(totals.keysLeft()));
     }
 }
 

@@ -52,7 +52,7 @@ TEST_F(AuditReportTest, SaysWhatWasAuditedWithEveryTextEscaped) {
     EXPECT_TRUE(holds(html, "/datos/&lt;POSTAL&gt;"));
     EXPECT_TRUE(holds(html, "«&lt;b&gt;Sol&lt;/b&gt;» lleva minúsculas"));
     EXPECT_TRUE(holds(html, "VIA=SOL &amp; MAR"));
-    EXPECT_TRUE(holds(html, "la más alta, 99000002"));
+    EXPECT_TRUE(holds(html, "la más alta, 99000002: quedan 999.997"));
     EXPECT_TRUE(holds(html, "MINUSCULAS"));
 }
 
@@ -83,6 +83,7 @@ TEST_F(AuditReportTest, HasProvincesWithTheirShares) {
                               .streets = 200,
                               .withCode = 150,
                               .withRanges = 20,
+                              .withFindings = 6,
                               .findings = 7};
     totals.provinces["28"] = {};
     const std::string html = page();
@@ -90,6 +91,8 @@ TEST_F(AuditReportTest, HasProvincesWithTheirShares) {
     EXPECT_TRUE(holds(html, "Provincia 28"));
     EXPECT_TRUE(holds(html, "75\u00a0%") || holds(html, "75,0\u00a0%"));
     EXPECT_TRUE(holds(html, "10\u00a0%") || holds(html, "10,0\u00a0%"));
+    EXPECT_TRUE(holds(html, "class=\"bar open\" style=\"width:3.0%\""));
+    EXPECT_TRUE(holds(html, "Todas"));
 }
 
 TEST_F(AuditReportTest, SaysWhenNothingWasFound) { EXPECT_TRUE(holds(page(), "Sin hallazgos.")); }

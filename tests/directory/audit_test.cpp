@@ -125,6 +125,7 @@ TEST_F(Audit, SoundTablesHaveNoFindings) {
     EXPECT_EQ(madrid.streets, 6U);
     EXPECT_EQ(madrid.withCode, 6U);
     EXPECT_EQ(madrid.withRanges, 2U);
+    EXPECT_EQ(madrid.withFindings, 0U);
     EXPECT_EQ(madrid.findings, 0U);
 }
 
@@ -153,6 +154,16 @@ TEST_F(Audit, EvenNumbersInOddColumnsAreFound) {
 TEST_F(Audit, OddNumbersInEvenColumnsAreFound) {
     street({{"PAR_INI", "1"}, {"PAR_FIN", "9999"}});
     EXPECT_EQ(runToOne(FindingClass::WrongParity).text, "el tramo 1–9999 de CL MAYOR no es de números pares");
+}
+
+TEST_F(Audit, AStreetWithSeveralFindingsIsCountedOnce) {
+    street({{"VIA", "sol  alto"}, {"IMPAR_FIN", "9"}});
+    street({{"VIA", "sol  alto"}, {"IMPAR_INI", "11"}});
+    street({{"VIA", "DOS"}});
+    street({{"VIA", "DOS"}});
+    EXPECT_EQ(run().size(), 5U);
+    EXPECT_EQ(totals.provinces["28"].withFindings, 2U);
+    EXPECT_EQ(totals.provinces["28"].findings, 5U);
 }
 
 class DividedStreet : public Audit {
@@ -252,6 +263,50 @@ TEST_F(Audit, StretchesOfOneStreetAreNotTheSameRow) {
     runToNothing();
 }
 
+TEST_F(Audit, RowsAlikeAreFoundAlsoWhereTheirMunicipalityIsNotKnown) {
+    town({{"COD_INE", "28079"}, {"CODPOSTAL", "28901"}, {"NOMBRE", "MADRID"}});
+    const Values ownerless{{"COD_INE", ""}, {"MUNICIPI", ""}};
+    street(ownerless);
+    street(ownerless);
+    EXPECT_EQ(runToOne(FindingClass::RepeatedRow).record, 4U);
+}
+
+TEST_F(Audit, TwoRowsWithOneKeyAreFound) {
+    street({{"CODIGO1", "28000001"}});
+    const Finding found = runToOne(FindingClass::RepeatedKey);
+    EXPECT_EQ(found.severity, Severity::Grave);
+    EXPECT_EQ(found.record, 3U);
+    EXPECT_EQ(found.key, "28000001");
+    EXPECT_EQ(found.province, "28");
+    EXPECT_EQ(found.text, "la clave 28000001 es también la del registro 1");
+}
+
+TEST_F(Audit, AKeyThatThreeRowsHaveIsFoundTwice) {
+    street({{"CODIGO1", "28000001"}});
+    street({{"CODIGO1", "28000001"}, {"VIA", "OTRA"}});
+    const std::vector<Finding> found = run();
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[1].text, "la clave 28000001 es también la del registro 1");
+}
+
+TEST_F(Audit, ARowWithoutAKeyIsNeverAKnownStreet) {
+    for (const char* const key : {"", "00000000", "2800000A"}) {
+        street({{"CODIGO1", key}});
+        const Finding found = runToOne(FindingClass::BadKey);
+        EXPECT_EQ(found.severity, Severity::Grave) << key;
+        streets.pop_back();
+    }
+    street({{"CODIGO1", ""}});
+    EXPECT_EQ(runToOne(FindingClass::BadKey).text, "CL MAYOR no tiene clave");
+}
+
+TEST_F(Audit, AKeyOfFewerDigitsIsAWarning) {
+    street({{"CODIGO1", "12345"}});
+    const Finding found = runToOne(FindingClass::BadKey);
+    EXPECT_EQ(found.severity, Severity::Warning);
+    EXPECT_EQ(found.text, "la clave «12345» de CL MAYOR no es un número de ocho cifras");
+}
+
 TEST_F(Audit, APostalCodeWithoutTheFormOfOneIsFound) {
     street({{"CODPOSTAL", "2890"}});
     EXPECT_EQ(runToOne(FindingClass::NoPostalCode).text, "«2890» no es un código postal (CL MAYOR)");
@@ -300,6 +355,14 @@ TEST_F(Audit, AProvinceByWhichNobodySeeksTheStreetIsFound) {
     street({{"PROVINCIA", "45"}});
     EXPECT_EQ(runToOne(FindingClass::WrongProvince).text,
               "la provincia «45» de CL MAYOR no es la de ningún código postal de su municipio");
+    EXPECT_EQ(runToOne(FindingClass::WrongProvince).proposal, "PROVINCIA=28");
+}
+
+TEST_F(Audit, TheProvinceOfACodeThatTheMunicipalityLacksIsNotProposed) {
+    street({{"PROVINCIA", "45"}, {"CODPOSTAL", "46001"}});
+    for (const Finding& found : run()) {
+        EXPECT_EQ(found.proposal, "") << className(found.kind);
+    }
 }
 
 TEST_F(Audit, AStreetWithoutMunicipalityIsFoundUnlessItsCodeSaysWhich) {
@@ -371,6 +434,26 @@ TEST_F(Audit, ACardThatWasCancelledIsTheUsersRowWithoutMarkAndMunicipality) {
     EXPECT_EQ(totals.highestUserKey, "99000000");
 }
 
+TEST_F(Audit, ACapitalMarkThatNoRowOfTheMunicipalityHasIsFound) {
+    street({{"CAPITAL", "0"}});
+    const Finding found = runToOne(FindingClass::ForeignCapital);
+    EXPECT_EQ(found.severity, Severity::Warning);
+    EXPECT_EQ(found.proposal, "CAPITAL=9");
+    EXPECT_EQ(found.text, "ninguna fila de 28065 GETAFE tiene la marca de capital «0» de CL MAYOR");
+}
+
+TEST_F(Audit, AMarkOfAnotherRowOfTheMunicipalityReachesTheStreet) {
+    town({{"COD_INE", "28065"}, {"CAPITAL", "1"}, {"NOMBRE", "PERALES"}, {"ENT_MENOR", "T"}});
+    street({{"CAPITAL", "1"}});
+    runToNothing();
+}
+
+TEST_F(Audit, ABlankMarkIsSoundWhereTheMunicipalityHasNone) {
+    town({{"COD_INE", "28079"}, {"CODPOSTAL", "28001"}, {"NOMBRE", "MADRID"}, {"CAPITAL", ""}});
+    street({{"COD_INE", "28079"}, {"CODPOSTAL", "28001"}, {"MUNICIPI", "MADRID"}, {"CAPITAL", ""}});
+    runToNothing();
+}
+
 TEST_F(Audit, AMunicipalityWithoutStreetsIsNoted) {
     town({{"COD_INE", "28079"}, {"CODPOSTAL", "28001"}, {"NOMBRE", "MADRID"}});
     const Finding found = runToOne(FindingClass::NoStreets);
@@ -406,6 +489,7 @@ TEST_F(Audit, TheBlockOfUsersKeysIsReportedWhenItIsNearlyFull) {
     street({{"CODIGO1", "99899999"}});
     runToNothing();
     EXPECT_EQ(totals.highestUserKey, "99899999");
+    EXPECT_EQ(totals.keysLeft(), 100'000U);
     street({{"CODIGO1", "99999999"}, {"VIA", "OTRA"}});
     const Finding found = runToOne(FindingClass::FullBlock);
     EXPECT_EQ(found.severity, Severity::Grave);

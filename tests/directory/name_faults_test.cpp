@@ -31,7 +31,7 @@ TEST(NameFaults, GuessALetterOfSevenBitsOrOfAnotherCodePage) {
         const auto found = findBrokenLetters(broken);
         ASSERT_TRUE(found) << broken;
         EXPECT_EQ(found->likely, ansi("CASTAÑAR"));
-        EXPECT_FALSE(found->isCertain);
+        EXPECT_FALSE(found->isCertain());
     }
     EXPECT_FALSE(findBrokenLetters(ansi("CASTAÑAR")));
 }
@@ -41,8 +41,42 @@ TEST(NameFaults, AreCertainOnlyWhereTheTextWasUtf8) {
                                          "AR");
     ASSERT_TRUE(found);
     EXPECT_EQ(found->likely, ansi("CASTAÑAR"));
-    EXPECT_TRUE(found->isCertain);
+    EXPECT_TRUE(found->isCertain());
     EXPECT_FALSE(findBrokenLetters(ansi("SÃO PAULO, CORAÇÃO"))) << "Portuguese names have the same letter";
+}
+
+TEST(NameFaults, ReadLettersOfThreeBytesAndTextThatWasEncodedTwice) {
+    const auto quoted = findBrokenLetters("L\xE2\x80\x99"
+                                          "ALZINA");
+    ASSERT_TRUE(quoted && quoted->isCertain());
+    EXPECT_EQ(quoted->likely, "L\x92"
+                              "ALZINA");
+    const auto twice = findBrokenLetters("CASTA\xC3\x83\xE2\x80\x98"
+                                         "AR");
+    ASSERT_TRUE(twice && twice->isCertain());
+    EXPECT_EQ(twice->likely, ansi("CASTAÑAR"));
+}
+
+TEST(NameFaults, GuessNothingWhereALetterIsLost) {
+    for (const char* const lost : {"CASTA\xEF\xBF\xBD"
+                                   "AR",
+                                   "CASTA\xCF\xBF\xBD"
+                                   "AR",
+                                   "GRAN\xA0VIA"}) {
+        const auto found = findBrokenLetters(lost);
+        ASSERT_TRUE(found) << lost;
+        EXPECT_EQ(found->likely, "");
+        EXPECT_FALSE(found->isCertain());
+    }
+    EXPECT_TRUE(findBrokenLetters("CASTA\xEF\xBF\xBD"
+                                  "AR")
+                    ->wasUtf8);
+}
+
+TEST(NameFaults, GuessSmallLettersOfAnotherCodePage) {
+    const auto found = findBrokenLetters("CAMI\xA2N");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->likely, ansi("CAMIÓN"));
 }
 
 TEST(NameFaults, TakeAQuestionMarkForALostLetterOnlyBesideLetters) {
@@ -56,7 +90,9 @@ TEST(NameFaults, TakeAQuestionMarkForALostLetterOnlyBesideLetters) {
 TEST(NameFaults, FindBracketsWithoutTheirPair) {
     EXPECT_TRUE(hasOpenBracket("MAYOR (ARIJA"));
     EXPECT_TRUE(hasOpenBracket("MAYOR ARIJA)"));
-    EXPECT_FALSE(hasOpenBracket("MAYOR (ARIJA)"));
+    EXPECT_TRUE(hasOpenBracket("MAYOR )ARIJA("));
+    EXPECT_TRUE(hasOpenBracket("MAYOR (ARIJA]"));
+    EXPECT_FALSE(hasOpenBracket("MAYOR (ARIJA) [BARRIO (ALTO)]"));
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include "dbase/dataset/dataset.h"
 #include "dbase/system/databases.h"
 #include "dbase/table/table.h"
+#include "directory/audit/KeyAudit.h"
 #include "directory/audit/MunicipalityAudit.h"
 #include "directory/audit/NameAudit.h"
 #include "directory/audit/SameStreetAudit.h"
@@ -20,9 +21,6 @@
 namespace ambrel::directory {
 
 namespace {
-
-constexpr std::string_view userBlock = "99";
-constexpr std::string_view nearlyFull = "99900000", full = "99999999";
 
 std::optional<std::set<std::string, std::less<>>> streetTypes(const std::string& database) {
     if (!dbase::findTableFile(dbase::databaseFolder(database), "TIPO_VIA")) {
@@ -68,11 +66,12 @@ private:
         const auto types = streetTypes(database_);
         const StreetRowAudit rowAudit(book, types ? &*types : nullptr);
         SameStreetAudit streets(book, counted_);
+        KeyAudit keys;
         std::vector<bool> hasStreets(book.places().size());
         forEachStreet(database_, "VIA", [&](const StreetRow& row) {
             const auto place = book.placeOf(row);
+            hasFinding_ = false;
             rowAudit.audit(row, place, counted_);
-            streets.add(row, place);
             if (place) {
                 hasStreets[*place] = true;
             } else { // may be any of them
@@ -80,13 +79,16 @@ private:
                     hasStreets[use.place] = true;
                 }
             }
-            noteKey(row.key);
+            keys.add(row, counted_);
+            streets.add(row, place, hasFinding_);
             ++totals_.streetRows;
             step();
         });
         streets.finish();
         auditMunicipalities(book, streets.counts(), hasStreets);
-        tellBlock();
+        keys.finish(counted_);
+        totals_.userKeys = keys.userKeys();
+        totals_.highestUserKey = keys.highestUserKey();
     }
 
     void auditMunicipalities(const PlaceBook& book, const std::vector<SameStreetAudit::StreetCount>& counts,
@@ -100,6 +102,7 @@ private:
             province.streets += counts[i].streets;
             province.withCode += counts[i].withCode;
             province.withRanges += counts[i].withRanges;
+            province.withFindings += counts[i].withFindings;
             totals_.streets += counts[i].streets;
             totals_.hiddenStreets += counts[i].hidden;
             if (!hasStreets[i]) {
@@ -117,29 +120,9 @@ private:
         }
     }
 
-    void noteKey(const std::string& key) {
-        if (key.starts_with(userBlock)) {
-            ++totals_.userKeys;
-            totals_.highestUserKey = std::max(totals_.highestUserKey, loading::utf8FromAnsi(key));
-        }
-    }
-
-    void tellBlock() {
-        if (totals_.highestUserKey >= nearlyFull) {
-            Finding found = withText(
-                {.table = AuditedTable::Streets, .key = totals_.highestUserKey}, FindingClass::FullBlock,
-                "el bloque «99» tiene " + loading::counted(totals_.userKeys, "clave", "claves") +
-                    " y la más alta es " + totals_.highestUserKey);
-            if (totals_.highestUserKey >= full) {
-                found.severity = Severity::Grave;
-                found.text += "; la siguiente repetirá 99000000";
-            }
-            counted_(found);
-        }
-    }
-
     void count(const Finding& finding) {
         ++totals_.findings.at(static_cast<std::size_t>(finding.kind));
+        hasFinding_ = hasFinding_ || finding.severity != Severity::Note;
         if (finding.severity != Severity::Note && !finding.province.empty()) {
             ++totals_.provinces[finding.province].findings;
         }
@@ -156,6 +139,7 @@ private:
     const FindingSink& sink_;
     const AuditProgress& progress_;
     std::uint64_t rows_ = 0, done_ = 0;
+    bool hasFinding_ = false; // the row at hand
     AuditTotals totals_;
     FindingSink counted_ = [this](const Finding& finding) {
         count(finding);
@@ -165,8 +149,24 @@ private:
 
 } // namespace
 
+ProvinceCount& ProvinceCount::operator+=(const ProvinceCount& other) {
+    municipalities += other.municipalities;
+    withStreets += other.withStreets;
+    streets += other.streets;
+    withCode += other.withCode;
+    withRanges += other.withRanges;
+    withFindings += other.withFindings;
+    findings += other.findings;
+    return *this;
+}
+
 std::uint64_t AuditTotals::all() const {
     return std::accumulate(findings.begin(), findings.end(), std::uint64_t{0});
+}
+
+std::uint64_t AuditTotals::keysLeft() const {
+    constexpr std::uint64_t blockSize = 1'000'000, highest = 99'999'999;
+    return highestUserKey.empty() ? blockSize : highest - std::stoull(highestUserKey);
 }
 
 AuditTotals auditTables(const std::string& database, const FindingSink& sink, const AuditProgress& progress) {

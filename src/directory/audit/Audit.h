@@ -16,7 +16,9 @@ namespace ambrel::directory {
 struct ProvinceCount {
     std::uint64_t municipalities = 0, withStreets = 0;
     std::uint64_t streets = 0, withCode = 0, withRanges = 0;
-    std::uint64_t findings = 0; // without notes
+    std::uint64_t withFindings = 0; // streets; notes do not count
+    std::uint64_t findings = 0;     // without notes
+    ProvinceCount& operator+=(const ProvinceCount& other);
 };
 
 struct AuditTotals {
@@ -26,6 +28,8 @@ struct AuditTotals {
     std::uint64_t streets = 0, hiddenStreets = 0;
     std::uint64_t userKeys = 0; // in the block "99"
     std::string highestUserKey; // empty if there are none
+    /// Above the highest one, before the block is full.
+    [[nodiscard]] std::uint64_t keysLeft() const;
     [[nodiscard]] std::uint64_t all() const;
 };
 
@@ -42,8 +46,8 @@ void forEachMunicipality(const std::string& database,
 void forEachStreet(const std::string& database, const std::string& tag,
                    const std::function<void(const StreetRow&)>& visit);
 
-/// Gives each finding to a function. Memory depends on MUNICIPI and on the longest street only. Errors:
-/// dbase::Error; what the function throws.
+/// Gives each finding to a function. Memory: MUNICIPI, the longest street, and 12 bytes for each row of
+/// POSTAL. Errors: dbase::Error; what the functions throw, which ends the audit.
 AuditTotals auditTables(const std::string& database, const FindingSink& sink,
                         const AuditProgress& progress = {});
 

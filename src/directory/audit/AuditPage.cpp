@@ -52,14 +52,16 @@ private:
              {"Hallazgos", found_.run().only.empty() ? "de MUNICIPI y POSTAL" : "de " + found_.run().only},
              {"Fecha", dateAndTime(found_.run().begun)}});
         head.keyFigures(
-            {{grouped(totals_.streetRows), "Filas de POSTAL", grouped(totals_.streets) + " vías"},
+            {{grouped(totals_.streetRows), "Filas de POSTAL",
+              grouped(totals_.streets) + " vías, " + grouped(totals_.hiddenStreets) + " ocultas por otra"},
              {grouped(totals_.municipalityRows), "Filas de MUNICIPI"},
              {grouped(found_.count(Severity::Grave)), "Graves", "alguna búsqueda falla"},
              {grouped(found_.count(Severity::Warning)), "Avisos", "conviene corregirlos"},
              {grouped(found_.count(Severity::Note)), "Notas", "normales en tablas sanas"},
              {grouped(totals_.userKeys), "Claves del bloque «99»",
               totals_.highestUserKey.empty() ? "ninguna en uso"
-                                             : "la más alta, " + shownText(totals_.highestUserKey)}});
+                                             : "la más alta, " + shownText(totals_.highestUserKey) +
+                                                   ": quedan " + grouped(totals_.keysLeft())}});
         if (all_ == 0) {
             head.notice("Sin hallazgos.", "No se ha encontrado nada que corregir.");
         }
@@ -107,29 +109,47 @@ private:
         }
     }
 
+    /// The picture of the country: a line of bars for each province, and one for all of them.
     void drawProvinces() {
-        Table table{"",
-                    {{"Provincia", ColumnKind::Text, 22},
-                     {"Vías", ColumnKind::Number, 9},
-                     {"Con código", ColumnKind::Share, 19},
-                     {"Con tramos", ColumnKind::Share, 19},
-                     {"Municipios con vías", ColumnKind::Share, 19},
-                     {"Hallazgos", ColumnKind::Number, 12}},
-                    {}};
+        if (totals_.provinces.empty()) {
+            return;
+        }
+        ProvinceCount all;
+        Table picture{"",
+                      {{"Provincia", ColumnKind::Text, 22},
+                       {"Con código", ColumnKind::Share, 26},
+                       {"Con tramos", ColumnKind::Share, 26},
+                       {"Con hallazgos", ColumnKind::Share, 26}},
+                      {}};
+        Table figures{"",
+                      {{"Provincia", ColumnKind::Text, 28},
+                       {"Vías", ColumnKind::Number, 18},
+                       {"Municipios", ColumnKind::Number, 18},
+                       {"Sin vías", ColumnKind::Number, 18},
+                       {"Hallazgos", ColumnKind::Number, 18}},
+                      {}};
+        const auto add = [&](const std::vector<Line>& name, const ProvinceCount& count) {
+            picture.rows.push_back({Cell(name), Cell::share(count.withCode, count.streets),
+                                    Cell::share(count.withRanges, count.streets),
+                                    Cell::share(count.withFindings, count.streets, Tone::Open)});
+            figures.rows.push_back(
+                {Cell(name), Cell(grouped(count.streets)), Cell(grouped(count.municipalities)),
+                 Cell(grouped(count.municipalities - count.withStreets)), Cell(grouped(count.findings))});
+        };
         for (const auto& [code, count] : totals_.provinces) {
-            table.rows.push_back(
-                {Cell(provinceName(code)), Cell(grouped(count.streets)),
-                 Cell::share(count.withCode, count.streets), Cell::share(count.withRanges, count.streets),
-                 Cell::share(count.withStreets, count.municipalities), Cell(grouped(count.findings))});
+            all += count;
         }
-        if (!table.rows.empty()) {
-            page_
-                .section("Por provincia",
-                         "Qué parte de las vías tiene un código postal de MUNICIPI, y qué parte números que "
-                         "no son "
-                         "todos. Los hallazgos son los graves y los avisos de las dos tablas.")
-                .table(table);
+        add({{"Todas", Voice::Strong}}, all);
+        for (const auto& [code, count] : totals_.provinces) {
+            add({{provinceName(code)}}, count);
         }
+        PageBlock section = page_.section(
+            "Por provincia",
+            "De las vías de cada una, cuántas tienen en todas sus filas un código postal de MUNICIPI, "
+            "cuántas "
+            "tienen números que no son todos, y en cuántas hay algo grave o un aviso (rayado).");
+        section.table(picture);
+        section.folded("En cifras", "vías, municipios y hallazgos, sin las notas").table(figures);
     }
 
     void drawFindings() {

@@ -47,7 +47,8 @@ void forEachMunicipality(const std::string& database,
     table.open();
     const dbase::Field &ineCode = table.field("COD_INE"), &postalCode = table.field("CODPOSTAL"),
                        &name = table.field("NOMBRE"), &isEntity = table.field("ENT_MENOR");
-    const dbase::Field *const single = table.findField("UNICO"), *const capital = table.findField("CAPITAL");
+    const dbase::Field *const single = table.findField("UNICO"), *const capital = table.findField("CAPITAL"),
+                              *const municipality = table.findField("NOM_MUNICI");
     const auto read = [&](MunicipalityRow& row) {
         row.record = table.recordNumber();
         row.ineCode = ineCode.view();
@@ -56,6 +57,7 @@ void forEachMunicipality(const std::string& database,
         row.isEntity = isEntity.text() == "True";
         take(row.singleMark, single);
         take(row.capital, capital);
+        take(row.municipality, municipality);
     };
     forEachRow<MunicipalityRow>(table, read, visit);
 }

@@ -23,6 +23,8 @@ enum class FindingClass {
     Overlap,
     Gap,
     RepeatedRow,
+    RepeatedKey,
+    BadKey,
     NoPostalCode,
     ForeignPostalCode,
     WrongProvince,
@@ -35,13 +37,14 @@ enum class FindingClass {
     BrokenLetters,
     OpenBracket,
     BlankCapital,
+    ForeignCapital,
     CancelledCard,
     NoStreets,
     HiddenStreets,
     SingleCodeMark,
     FullBlock
 };
-inline constexpr std::size_t findingClassCount = 22;
+inline constexpr std::size_t findingClassCount = 25;
 
 /// As files and orders have it, such as "RANGO_INVERTIDO".
 [[nodiscard]] std::string_view className(FindingClass kind);

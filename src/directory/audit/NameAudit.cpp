@@ -47,7 +47,7 @@ void auditName(std::string_view name, std::string_view column, const Finding& ab
         sink(withText(about, FindingClass::BrokenLetters, shown(name) + " lleva letras rotas",
                       propose(broken->likely)));
     }
-    if (hasSmallLetters(name) && !(broken && broken->isCertain)) {
+    if (hasSmallLetters(name) && !(broken && broken->wasUtf8)) {
         sink(withText(about, FindingClass::SmallLetters, shown(name) + " lleva minúsculas",
                       propose(inCapitals(name))));
     }

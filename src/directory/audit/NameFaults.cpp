@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "dbase/dbf/codepage.h"
 #include "dbase/system/trim.h"
@@ -21,7 +22,7 @@ bool isLetter(char c) { return CodePage::windows1252().isLetter(byteOf(c)); }
 struct Misread {
     unsigned char seen, meant;
 };
-constexpr std::array<Misread, 9> misreads = {{
+constexpr std::array<Misread, 15> misreads = {{
     {'\\', 0xD1}, // seven bits, the Spanish variant: N with tilde
     {'|', 0xD1},
     {0xA5, 0xD1}, // code page 850, and so on below
@@ -31,6 +32,12 @@ constexpr std::array<Misread, 9> misreads = {{
     {0x80, 0xC7},
     {0xA7, 0xBA},
     {0xA6, 0xAA},
+    {0x82, 0xC9}, // small letters: programs of that time left them so in capitals
+    {0xA1, 0xCD},
+    {0xA2, 0xD3},
+    {0xA3, 0xDA},
+    {0x81, 0xDC},
+    {0x87, 0xC7},
 }};
 
 const Misread* misreadOf(char c) {
@@ -38,34 +45,65 @@ const Misread* misreadOf(char c) {
     return found == misreads.end() ? nullptr : found;
 }
 
-/// The character of two bytes of UTF-8 of the Latin letters; null for other bytes.
-std::optional<unsigned char> latinOfUtf8(char first, char second) {
-    const unsigned char lead = byteOf(first);
-    const unsigned char trail = byteOf(second);
-    if ((lead != 0xC2 && lead != 0xC3) || trail < 0x80 || trail > 0xBF) {
-        return std::nullopt;
+/// A character of a text in UTF-8, of two or three bytes.
+struct Decoded {
+    char32_t code;
+    std::size_t size;
+};
+
+/// Null where no such character begins, nor one of the Latin letters and signs that names have.
+std::optional<Decoded> decodedAt(std::string_view text, std::size_t i) {
+    const auto trail = [&](std::size_t place) -> std::optional<char32_t> {
+        const bool isTrail =
+            place < text.size() && byteOf(text[place]) >= 0x80 && byteOf(text[place]) <= 0xBF;
+        return isTrail ? std::optional<char32_t>(byteOf(text[place]) & 0x3FU) : std::nullopt;
+    };
+    const unsigned lead = byteOf(text[i]);
+    const auto first = trail(i + 1), second = trail(i + 2);
+    if ((lead == 0xC2 || lead == 0xC3 || lead == 0xC5) && first) {
+        return Decoded{((lead & 0x1FU) << 6U) | *first, 2};
     }
-    return CodePage::windows1252().encode(static_cast<char32_t>(((lead & 0x1F) << 6) | (trail & 0x3F)));
+    if (lead == 0xE2 && first && second) {
+        return Decoded{((lead & 0x0FU) << 12U) | (*first << 6U) | *second, 3};
+    }
+    return std::nullopt;
 }
 
-/// Null if no two bytes of it are one letter in UTF-8.
-std::optional<std::string> readAsUtf8(std::string_view name) {
+/// The same text with its characters in UTF-8 as single bytes.
+std::string decodedOnce(std::string_view name) {
     std::string text;
-    for (std::size_t i = 0; i < name.size(); ++i) {
-        const auto letter =
-            i + 1 < name.size() ? latinOfUtf8(name[i], name[i + 1]) : std::optional<unsigned char>();
-        i += letter ? 1 : 0;
-        text += letter ? static_cast<char>(*letter) : name[i];
+    for (std::size_t i = 0; i < name.size();) {
+        const auto character = decodedAt(name, i);
+        const auto byte = character ? CodePage::windows1252().encode(character->code) : std::nullopt;
+        text += byte ? static_cast<char>(*byte) : name[i];
+        i += byte ? character->size : 1;
+    }
+    return text;
+}
+
+/// Null if nothing in it is in UTF-8. Some texts were encoded twice.
+std::optional<std::string> readAsUtf8(std::string_view name) {
+    std::string text(name);
+    for (std::string before; text.size() != before.size();) {
+        before = std::exchange(text, decodedOnce(text));
     }
     return text.size() < name.size() ? std::optional(inCapitals(text)) : std::nullopt;
 }
 
-/// Signs that no name has; "?" stands for a lost letter when a letter is beside it.
+/// What systems write in place of a letter that they could not read, in UTF-8, and the same in capitals.
+bool hasReplacedLetter(std::string_view name) {
+    return name.find("\xEF\xBF\xBD") != std::string_view::npos ||
+           name.find("\xCF\xBF\xBD") != std::string_view::npos;
+}
+
+/// Signs that no name has: 0xA0 is a blank that is not one, or a letter of code page 850. "?" stands for a
+/// lost letter when a letter is beside it.
 bool isForeignSign(std::string_view name, std::size_t i) {
     const unsigned char byte = byteOf(name[i]);
     const bool isBesideLetter =
         (i > 0 && isLetter(name[i - 1])) || (i + 1 < name.size() && isLetter(name[i + 1]));
-    return byte < ' ' || byte == 0x7F || std::string_view("{}~^").find(name[i]) != std::string_view::npos ||
+    return byte < ' ' || byte == 0x7F || byte == 0xA0 || byte == 0xAD ||
+           std::string_view("{}~^").find(name[i]) != std::string_view::npos ||
            (name[i] == '?' && isBesideLetter);
 }
 
@@ -96,6 +134,9 @@ std::string withoutNeedlessBlanks(std::string_view name) {
 }
 
 std::optional<BrokenLetters> findBrokenLetters(std::string_view name) {
+    if (hasReplacedLetter(name)) {
+        return BrokenLetters{{}, true};
+    }
     if (auto text = readAsUtf8(name)) {
         return BrokenLetters{*std::move(text), true};
     }
@@ -117,8 +158,18 @@ std::optional<BrokenLetters> findBrokenLetters(std::string_view name) {
 }
 
 bool hasOpenBracket(std::string_view name) {
-    return std::ranges::count(name, '(') != std::ranges::count(name, ')') ||
-           std::ranges::count(name, '[') != std::ranges::count(name, ']');
+    std::string open;
+    for (const char c : name) {
+        if (c == '(' || c == '[') {
+            open += c;
+        } else if (c == ')' || c == ']') {
+            if (open.empty() || open.back() != (c == ')' ? '(' : '[')) {
+                return true;
+            }
+            open.pop_back();
+        }
+    }
+    return !open.empty();
 }
 
 } // namespace ambrel::directory

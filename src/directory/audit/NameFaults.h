@@ -16,8 +16,9 @@ namespace ambrel::directory {
 
 /// Letters that another system's code page has made of Spanish ones, such as "CASTA\AR".
 struct BrokenLetters {
-    std::string likely;     // the name as it probably was; empty if it cannot be guessed
-    bool isCertain = false; // it was UTF-8: nothing else gives these letters
+    std::string likely;   // the name as it probably was; empty if it cannot be guessed
+    bool wasUtf8 = false; // nothing else gives these letters, and capitals would spoil them for good
+    [[nodiscard]] bool isCertain() const { return wasUtf8 && !likely.empty(); }
 };
 [[nodiscard]] std::optional<BrokenLetters> findBrokenLetters(std::string_view name);
 

@@ -13,6 +13,8 @@ constexpr std::uint32_t lastProvince = 52;
 
 std::uint64_t provinceBit(std::uint32_t province) { return std::uint64_t{1} << (province & 63U); }
 
+char markOf(std::string_view text) { return text.empty() ? ' ' : text.front(); }
+
 } // namespace
 
 std::optional<std::uint32_t> fiveDigits(std::string_view text) {
@@ -52,7 +54,11 @@ void PlaceBook::add(const MunicipalityRow& row) {
     if (isPostalCode(row.postalCode)) {
         const std::uint32_t code = *fiveDigits(row.postalCode);
         places_[number].provinces |= provinceBit(code / 1000);
-        uses_.push_back({code, number, row.capital.empty() ? ' ' : row.capital.front(), row.isEntity});
+        const char mark = markOf(row.capital);
+        uses_.push_back({code, number, mark, row.isEntity});
+        if (places_[number].marks.find(mark) == std::string::npos) {
+            places_[number].marks += mark;
+        }
     }
 }
 
@@ -93,6 +99,10 @@ bool PlaceBook::hasProvince(PlaceNumber place, std::string_view province) const 
     const auto number = fiveDigits(std::string(province) + "000");
     return number && *number / 1000 <= lastProvince &&
            (places_[place].provinces & provinceBit(*number / 1000)) != 0;
+}
+
+bool PlaceBook::hasMark(PlaceNumber place, std::string_view mark) const {
+    return places_[place].marks.find(markOf(mark)) != std::string::npos;
 }
 
 std::optional<PlaceNumber> PlaceBook::placeOf(const StreetRow& row) const {

@@ -14,7 +14,8 @@ namespace ambrel::directory {
 
 struct MunicipalityRow {
     dbase::RecordNumber record = 0;
-    std::string ineCode = {}, postalCode = {}, singleMark = {}, capital = {}, name = {};
+    std::string ineCode = {}, postalCode = {}, singleMark = {}, capital = {}, name = {},
+                municipality = {}; // the last one is NOM_MUNICI
     bool isEntity = false;
 };
 
@@ -42,6 +43,7 @@ public:
         bool isNamed = false;
         std::uint64_t provinces = 0; // of its postal codes: bit 28 for Madrid's
         std::uint32_t codes = 0;     // different postal codes
+        std::string marks = {};      // of capitals: those of its rows with a postal code; ' ' for blank
     };
     /// A row of MUNICIPI with a postal code.
     struct Use {
@@ -70,6 +72,8 @@ public:
     /// The municipality that a street's row names by its code, or else the only one that its postal code and
     /// its MUNICIPI leave.
     [[nodiscard]] std::optional<PlaceNumber> placeOf(const StreetRow& row) const;
+    /// Whether some row of the municipality has a capital mark, or a blank one.
+    [[nodiscard]] bool hasMark(PlaceNumber place, std::string_view mark) const;
     /// The capital mark that rows of MUNICIPI with the street's code agree on; null if they do not.
     [[nodiscard]] std::optional<char> capitalOf(const StreetRow& row) const;
 

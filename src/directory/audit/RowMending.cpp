@@ -1,6 +1,7 @@
 // Repairs rows as their findings propose.
 #include "directory/audit/RowMending.h"
 
+#include "dbase/system/trim.h"
 #include "directory/audit/MunicipalityAudit.h"
 #include "directory/audit/NameFaults.h"
 #include "directory/audit/StreetRowAudit.h"
@@ -17,11 +18,11 @@ public:
     void name(const std::string& column, const std::string& name) {
         std::string mended = name;
         const auto broken = findBrokenLetters(mended);
-        if (broken && broken->isCertain && takes(FindingClass::BrokenLetters)) {
+        if (broken && broken->isCertain() && takes(FindingClass::BrokenLetters)) {
             mended = broken->likely;
         }
         const auto rest = findBrokenLetters(mended); // capitals would make what is left of UTF-8 unreadable
-        if (hasSmallLetters(mended) && !(rest && rest->isCertain) && takes(FindingClass::SmallLetters)) {
+        if (hasSmallLetters(mended) && !(rest && rest->wasUtf8) && takes(FindingClass::SmallLetters)) {
             mended = inCapitals(mended);
         }
         if (hasNeedlessBlanks(mended) && takes(FindingClass::NeedlessBlanks)) {
@@ -37,9 +38,10 @@ public:
         }
     }
 
-    void mark(FindingClass kind, const std::string& column, const std::string& from, char to) {
-        if (takes(kind)) {
-            change(column, from, std::string(1, to));
+    /// `to`: empty if that is not certain.
+    void code(FindingClass kind, const std::string& column, const std::string& from, const std::string& to) {
+        if (!to.empty() && takes(kind)) {
+            change(column, from, to);
         }
     }
 
@@ -70,10 +72,17 @@ MendedRow mendStreet(const StreetRow& row, const PlaceBook& book, const std::set
     mending.name("VIA", row.name);
     mending.range("IMPAR", row.oddFirst, row.oddLast, true);
     mending.range("PAR", row.evenFirst, row.evenLast, false);
-    const auto capital = book.capitalOf(row);
-    if (row.capital.empty() && capital) {
-        mending.mark(isCancelledCard(row) ? FindingClass::CancelledCard : FindingClass::BlankCapital,
-                     "CAPITAL", "", *capital);
+    const auto place = book.placeOf(row);
+    if (hasWrongProvince(row, place, book)) {
+        const std::string right = rightProvince(row, place, book);
+        mending.code(FindingClass::WrongProvince, "PROVINCIA", row.province, right);
+    }
+    if (hasWrongCapital(row, place, book)) {
+        const auto capital = book.capitalOf(row);
+        mending.code(!row.capital.empty()   ? FindingClass::ForeignCapital
+                     : isCancelledCard(row) ? FindingClass::CancelledCard
+                                            : FindingClass::BlankCapital,
+                     "CAPITAL", row.capital, capital ? std::string(1, *capital) : std::string());
     }
     return mending.done();
 }
@@ -84,10 +93,35 @@ MendedRow mendMunicipality(const MunicipalityRow& row, const PlaceBook& book,
     mending.name("NOMBRE", row.name);
     const auto place = book.placeOfIne(row.ineCode);
     if (place && hasWrongSingleMark(row, book.places()[*place])) {
-        mending.mark(FindingClass::SingleCodeMark, "UNICO", row.singleMark,
-                     singleMarkOf(book.places()[*place]));
+        mending.code(FindingClass::SingleCodeMark, "UNICO", row.singleMark,
+                     std::string(1, singleMarkOf(book.places()[*place])));
     }
     return mending.done();
+}
+
+void NameRepairs::note(const MunicipalityRow& row, const PlaceBook& book,
+                       const std::set<FindingClass>& kinds) {
+    const auto place = book.placeOfIne(row.ineCode);
+    Mending mending(kinds);
+    mending.name("NOMBRE", row.name);
+    const MendedRow mended = mending.done();
+    if (place && !mended.changes.empty()) {
+        repairs_.try_emplace({*place, row.name}, Repair{row.name, mended.changes.front().to, mended.kinds});
+    }
+}
+
+std::optional<NameRepairs::Repair> NameRepairs::of(PlaceNumber place, std::string_view copy,
+                                                   std::size_t width) const {
+    for (auto one = repairs_.lower_bound({place, std::string(copy)});
+         one != repairs_.end() && one->first.first == place && one->first.second.starts_with(copy); ++one) {
+        const std::string& name = one->first.second;
+        if (name.size() == copy.size() || dbase::withoutTrailingBlanks(name.substr(0, width)) == copy) {
+            Repair repair = one->second;
+            repair.to = dbase::withoutTrailingBlanks(std::string_view(repair.to).substr(0, width));
+            return repair;
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace ambrel::directory

@@ -34,7 +34,7 @@ struct SameStreetAudit::Range {
     }
 };
 
-void SameStreetAudit::add(const StreetRow& row, std::optional<PlaceNumber> place) {
+void SameStreetAudit::add(const StreetRow& row, std::optional<PlaceNumber> place, bool hasFinding) {
     if (size_ > 0 && streetKey(members_.front().row) != streetKey(row)) {
         endStreet();
     }
@@ -46,16 +46,16 @@ void SameStreetAudit::add(const StreetRow& row, std::optional<PlaceNumber> place
     }
     members_[size_].row = row;
     members_[size_].place = place;
+    members_[size_].hasFinding = hasFinding;
     ++size_;
 }
 
 void SameStreetAudit::endStreet() {
-    Members ofPlaces;
+    Members ofPlaces, others;
     for (std::size_t i = 0; i < size_; ++i) {
-        if (members_[i].place) {
-            ofPlaces.push_back(&members_[i]);
-        }
+        (members_[i].place ? ofPlaces : others).push_back(&members_[i]);
     }
+    auditRepeated(others);
     if (!ofPlaces.empty()) {
         const PlaceNumber shown = *ofPlaces.front()->place;
         std::ranges::stable_sort(ofPlaces, {}, [](const Member* member) { return *member->place; });
@@ -83,11 +83,18 @@ void SameStreetAudit::auditMunicipality(const Members& members, PlaceNumber show
     count.withCode += std::ranges::all_of(members, hasCode) ? 1 : 0;
     const auto hasRange = [](const Member* member) { return !hasAllNumbers(member->row); };
     count.withRanges += std::ranges::any_of(members, hasRange) ? 1 : 0;
+    hasFinding_ = std::ranges::any_of(members, &Member::hasFinding);
     if (members.size() > 1) {
         auditRepeated(members);
         auditSide(members, true);
         auditSide(members, false);
     }
+    count.withFindings += hasFinding_ ? 1 : 0;
+}
+
+void SameStreetAudit::tell(const Finding& finding) {
+    hasFinding_ = hasFinding_ || finding.severity != Severity::Note;
+    sink_(finding);
 }
 
 void SameStreetAudit::auditRepeated(const Members& members) {
@@ -97,9 +104,9 @@ void SameStreetAudit::auditRepeated(const Members& members) {
     });
     for (std::size_t i = 1; i < sorted.size(); ++i) {
         if (stretch(sorted[i - 1]->row) == stretch(sorted[i]->row)) {
-            sink_(withText(aboutStreet(sorted[i]->row), FindingClass::RepeatedRow,
-                           streetName(sorted[i]->row) + ": la fila dice lo mismo que el registro " +
-                               std::to_string(sorted[i - 1]->row.record)));
+            tell(withText(aboutStreet(sorted[i]->row), FindingClass::RepeatedRow,
+                          streetName(sorted[i]->row) + ": la fila dice lo mismo que el registro " +
+                              std::to_string(sorted[i - 1]->row.record)));
         }
     }
 }
@@ -154,12 +161,12 @@ void SameStreetAudit::tellOverlap(const Range& range, const Range& other) {
     if (isOfVillages) {
         found.severity = Severity::Note;
     }
-    sink_(found);
+    tell(found);
 }
 
 void SameStreetAudit::tellGap(const Range& before, const Range& after) {
     const std::string first = std::to_string(before.last + 2), last = std::to_string(after.first - 2);
-    sink_(withText(
+    tell(withText(
         aboutStreet(after.member->row), FindingClass::Gap,
         streetName(after.member->row) + ": entre el tramo " + before.text() + " y el " + after.text() +
             (first == last ? " falta el número " + first : " faltan los números " + first + " a " + last)));

@@ -19,6 +19,7 @@ public:
         std::uint64_t hidden = 0;       // another municipality's comes first
         std::uint64_t withRanges = 0;   // some row does not have all numbers
         std::uint64_t withCode = 0;     // all rows have a code that MUNICIPI has
+        std::uint64_t withFindings = 0; // notes do not count
         std::string hiddenExample = {}; // in UTF-8
     };
 
@@ -26,7 +27,8 @@ public:
     SameStreetAudit(const PlaceBook& book, FindingSink sink)
         : book_(book), sink_(std::move(sink)), counts_(book.places().size()) {}
 
-    void add(const StreetRow& row, std::optional<PlaceNumber> place);
+    /// `hasFinding`: whether the row by itself has one that is not a note.
+    void add(const StreetRow& row, std::optional<PlaceNumber> place, bool hasFinding);
     /// After the last row.
     void finish() { endStreet(); }
 
@@ -37,6 +39,7 @@ private:
     struct Member {
         StreetRow row;
         std::optional<PlaceNumber> place;
+        bool hasFinding = false;
     };
     struct Range;
     using Members = std::vector<const Member*>;
@@ -45,6 +48,7 @@ private:
     void auditMunicipality(const Members& members, PlaceNumber shown);
     void auditRepeated(const Members& members);
     void auditSide(const Members& members, bool isOdd);
+    void tell(const Finding& finding);
     void tellOverlap(const Range& range, const Range& other);
     void tellGap(const Range& before, const Range& after);
     [[nodiscard]] bool areVillages(const Member& one, const Member& other) const;
@@ -54,6 +58,7 @@ private:
     std::vector<StreetCount> counts_;
     std::vector<Member> members_; // kept, with their texts' memory, from street to street
     std::size_t size_ = 0;
+    bool hasFinding_ = false; // the rows of the street at hand, among each other
 };
 
 } // namespace ambrel::directory

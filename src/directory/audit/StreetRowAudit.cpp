@@ -37,6 +37,23 @@ bool isCancelledCard(const StreetRow& row) {
            row.municipality.empty();
 }
 
+bool hasWrongProvince(const StreetRow& row, std::optional<PlaceNumber> place, const PlaceBook& book) {
+    const bool isOfPlace = place && book.places()[*place].codes > 0;
+    return isOfPlace ? !book.hasProvince(*place, row.province)
+                     : isPostalCode(row.postalCode) && !row.postalCode.starts_with(row.province);
+}
+
+std::string rightProvince(const StreetRow& row, std::optional<PlaceNumber> place, const PlaceBook& book) {
+    const bool isCertain =
+        place ? book.hasCode(*place, row.postalCode) : !book.usesOf(row.postalCode).empty();
+    return isCertain ? row.postalCode.substr(0, 2) : std::string();
+}
+
+bool hasWrongCapital(const StreetRow& row, std::optional<PlaceNumber> place, const PlaceBook& book) {
+    const bool isOfPlace = place && book.places()[*place].codes > 0;
+    return isOfPlace ? !book.hasMark(*place, row.capital) : row.capital.empty();
+}
+
 Finding aboutStreet(const StreetRow& row) {
     return {.table = AuditedTable::Streets,
             .record = row.record,
@@ -53,7 +70,8 @@ void StreetRowAudit::audit(const StreetRow& row, std::optional<PlaceNumber> plac
     auditName(row.name, "VIA", aboutStreet(row), sink);
     auditNumbers(row, sink);
     auditPlace(row, place, sink);
-    auditCapital(row, sink);
+    auditProvince(row, place, sink);
+    auditCapital(row, place, sink);
     if (types_ != nullptr && !row.type.empty() && !types_->contains(row.type)) {
         sink(withText(aboutStreet(row), FindingClass::UnknownType,
                       "TIPO_VIA no tiene el tipo " + quoted(row.type) + " de " + streetName(row)));
@@ -97,12 +115,16 @@ void StreetRowAudit::auditPlace(const StreetRow& row, std::optional<PlaceNumber>
         sink(withText(aboutStreet(row), FindingClass::NoMunicipality,
                       streetName(row) + " no dice de qué municipio es, y su código postal no es de ninguno"));
     }
-    const bool isOfPlace = place && book_.places()[*place].codes > 0;
-    if (isOfPlace ? !book_.hasProvince(*place, row.province)
-                  : isPostalCode(row.postalCode) && !row.postalCode.starts_with(row.province)) {
+}
+
+void StreetRowAudit::auditProvince(const StreetRow& row, std::optional<PlaceNumber> place,
+                                   const FindingSink& sink) const {
+    if (hasWrongProvince(row, place, book_)) {
+        const std::string right = rightProvince(row, place, book_);
         sink(withText(aboutStreet(row), FindingClass::WrongProvince,
                       "la provincia " + quoted(row.province) + " de " + streetName(row) +
-                          " no es la de ningún código postal de su municipio"));
+                          " no es la de ningún código postal de su municipio",
+                      right.empty() ? "" : "PROVINCIA=" + right));
     }
 }
 
@@ -134,13 +156,19 @@ void StreetRowAudit::auditPostalCode(const StreetRow& row, std::optional<PlaceNu
     }
 }
 
-void StreetRowAudit::auditCapital(const StreetRow& row, const FindingSink& sink) const {
-    if (!row.capital.empty()) {
+void StreetRowAudit::auditCapital(const StreetRow& row, std::optional<PlaceNumber> place,
+                                  const FindingSink& sink) const {
+    if (!hasWrongCapital(row, place, book_)) {
         return;
     }
     const auto mark = book_.capitalOf(row);
     const std::string proposal = mark ? std::string("CAPITAL=") + *mark : std::string();
-    if (isCancelledCard(row)) {
+    if (!row.capital.empty()) {
+        sink(withText(aboutStreet(row), FindingClass::ForeignCapital,
+                      "ninguna fila de " + municipalityText(book_.places()[*place]) +
+                          " tiene la marca de capital " + quoted(row.capital) + " de " + streetName(row),
+                      proposal));
+    } else if (isCancelledCard(row)) {
         sink(
             withText(aboutStreet(row), FindingClass::CancelledCard,
                      streetName(row) + " se dio de alta y se canceló su ficha: le faltan CAPITAL y municipio",

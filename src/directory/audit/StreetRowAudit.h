@@ -24,7 +24,8 @@ private:
     void auditPlace(const StreetRow& row, std::optional<PlaceNumber> place, const FindingSink& sink) const;
     void auditPostalCode(const StreetRow& row, std::optional<PlaceNumber> place,
                          const FindingSink& sink) const;
-    void auditCapital(const StreetRow& row, const FindingSink& sink) const;
+    void auditProvince(const StreetRow& row, std::optional<PlaceNumber> place, const FindingSink& sink) const;
+    void auditCapital(const StreetRow& row, std::optional<PlaceNumber> place, const FindingSink& sink) const;
 
     const PlaceBook& book_;
     const std::set<std::string, std::less<>>* types_;
@@ -38,6 +39,17 @@ private:
 
 /// A row that was posted before its card, which was then cancelled.
 [[nodiscard]] bool isCancelledCard(const StreetRow& row);
+
+/// Whether nobody seeks the street by its PROVINCIA. `place`: the result of PlaceBook::placeOf().
+[[nodiscard]] bool hasWrongProvince(const StreetRow& row, std::optional<PlaceNumber> place,
+                                    const PlaceBook& book);
+/// The province by which the street is sought, two digits; empty if that is not certain.
+[[nodiscard]] std::string rightProvince(const StreetRow& row, std::optional<PlaceNumber> place,
+                                        const PlaceBook& book);
+
+/// Whether searches by the street's key fail for its capital mark.
+[[nodiscard]] bool hasWrongCapital(const StreetRow& row, std::optional<PlaceNumber> place,
+                                   const PlaceBook& book);
 
 /// A range that swapping its bounds would mend: both are there and of the right parity.
 [[nodiscard]] bool isPlainlyReversed(int first, int last, bool isOdd);
