@@ -56,6 +56,12 @@ std::set<FindingClass> readClasses(const std::string& text) {
     return kinds;
 }
 
+const char* reasonOf(RepairOutcome left) {
+    return left == RepairOutcome::Locked     ? "otro usuario la está cambiando"
+           : left == RepairOutcome::CopyLeft ? "otra fila, que repite su nombre, no se ha podido cambiar"
+                                             : "otro usuario la ha cambiado";
+}
+
 std::string classNames(const std::set<FindingClass>& kinds) {
     std::string names;
     for (const FindingClass kind : kinds) {
@@ -92,14 +98,13 @@ ExitCode repairTables(const ReviewOptions& options, std::optional<AuditedTable> 
     try {
         ambrel::directory::repairTables(
             repair, undo.get(), [&](const RepairedRow& row, RepairOutcome outcome) {
-                const bool isLeft = outcome == RepairOutcome::Locked || outcome == RepairOutcome::Changed;
+                const bool isLeft = outcome != RepairOutcome::Planned && outcome != RepairOutcome::Done;
                 ++(isLeft ? leftAlone : mended);
                 std::vector<std::string> values{std::string(ambrel::directory::tableName(row.table)),
                                                 std::to_string(row.record), row.key, classNames(row.kinds),
                                                 row.change};
                 if (isLeft) {
-                    values.emplace_back(outcome == RepairOutcome::Locked ? "otro usuario la está cambiando"
-                                                                         : "otro usuario la ha cambiado");
+                    values.emplace_back(reasonOf(outcome));
                 }
                 if (isLeft || !undo) {
                     list.add(values);

@@ -17,8 +17,9 @@ namespace ambrel::directory {
 enum class RepairOutcome {
     Planned, // in a dry run
     Done,
-    Locked,  // another user holds the row
-    Changed, // another user has changed it meanwhile
+    Locked,   // another user holds the row
+    Changed,  // another user has changed it meanwhile
+    CopyLeft, // the name of a municipality, of which a copy in another row could not be changed
 };
 
 /// Texts in UTF-8.
@@ -33,7 +34,7 @@ struct RepairedRow {
 struct RepairOptions {
     std::string database = "DB";
     std::set<FindingClass> kinds = {};     // those that isRepairable() admits
-    std::optional<AuditedTable> only = {}; // null: both
+    std::optional<AuditedTable> only = {}; // null: both. MUNICIPI's names include their copies in POSTAL
 };
 
 using RepairObserver = std::function<void(const RepairedRow&, RepairOutcome)>;
