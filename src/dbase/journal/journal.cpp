@@ -8,6 +8,7 @@
 #include "dbase/journal/largest_journal.h"
 #include "dbase/lock/locks.h"
 #include "dbase/system/bytes.h"
+#include "dbase/system/checksum.h"
 #include "dbase/system/error.h"
 
 namespace dbase {
@@ -32,23 +33,6 @@ constexpr std::size_t runHead = 12; // first, rows, whether there are images bef
 
 // Allocated on the disk at once, so that a sync has no growth to record; holds some thousand changes.
 constexpr std::uint64_t capacity = std::uint64_t{256} << 10;
-
-// Works on eight bytes at a time; detects chance and half-written blocks, not malice.
-std::uint64_t checksum(std::span<const char> bytes) {
-    std::uint64_t sum = 0x9E3779B97F4A7C15 ^ bytes.size();
-    const auto mix = [&](std::uint64_t word) {
-        sum = (sum ^ word) * 0xFF51AFD7ED558CCD;
-        sum ^= sum >> 32;
-    };
-    std::size_t at = 0;
-    for (; at + 8 <= bytes.size(); at += 8) {
-        mix(load64(bytes.data() + at));
-    }
-    char rest[8] = {};
-    std::memcpy(rest, bytes.data() + at, bytes.size() - at);
-    mix(load64(rest));
-    return sum;
-}
 
 std::uint64_t newNumber() {
     std::random_device random;
