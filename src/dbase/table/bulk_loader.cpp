@@ -18,7 +18,8 @@ namespace dbase {
 
 struct BulkLoader::State {
     std::shared_ptr<Table> table; // the table to extend, or the new one
-    std::optional<TableReplacement> replacement;
+    std::optional<TableReplacement> ownReplacement;
+    TableReplacement* replacement = nullptr; // that one, or the caller's
     std::optional<ExclusiveUse> use;
     std::uint32_t countBefore = 0;
     std::uint32_t added = 0;
@@ -26,6 +27,17 @@ struct BulkLoader::State {
     std::uint64_t written = 0; // end of the rows in the file, where the pending ones follow
     char firstMark = ' ';      // of the first row; until all rows are written the file has its end mark there
     bool finished = false;
+
+    State() = default;
+    ~State() {
+        if (!finished && replacement != nullptr) { // or its owner could commit half a table
+            use.reset();
+            table.reset();
+            replacement->discard();
+        }
+    }
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
 
     [[nodiscard]] std::uint64_t end() const { return written + pending.size(); }
 
@@ -49,17 +61,36 @@ struct BulkLoader::State {
 namespace {
 
 // Creates an empty table with the columns and tags of another one, in the files that will replace it.
-std::shared_ptr<Table> makeTwin(const Table& old, TableReplacement& files) {
+std::shared_ptr<Table> makeTwin(const Schema& schema, const IndexFile* index, TableReplacement& files) {
     std::vector<TagDefinition> tags;
-    if (old.index() != nullptr) {
-        for (const Tag& tag : old.index()->tags()) {
+    if (index != nullptr) {
+        for (const Tag& tag : index->tags()) {
             tags.push_back(tag.definition);
         }
     }
-    std::unique_ptr<File> table = files.makeTable();
-    std::unique_ptr<File> index = tags.empty() ? nullptr : files.makeIndex();
-    writeEmptyTable(*table, index.get(), old.schema(), baseName(old.path()), tags);
-    return std::make_shared<Table>(std::move(table), std::move(index));
+    std::unique_ptr<File> newTable = files.makeTable();
+    std::unique_ptr<File> newIndex = tags.empty() ? nullptr : files.makeIndex();
+    writeEmptyTable(*newTable, newIndex.get(), schema, baseName(files.tableFile()), tags);
+    return std::make_shared<Table>(std::move(newTable), std::move(newIndex));
+}
+
+// The same for a table that nobody has open.
+std::shared_ptr<Table> makeTwin(TableReplacement& files) {
+    Folders& folders = files.folders();
+    const TableFile old(folders.open(files.tableFile(), OpenMode::ReadOnly));
+    std::optional<IndexFile> index;
+    if (const auto path = findIndexFile(folders, files.tableFile())) {
+        index.emplace(folders.open(*path, OpenMode::ReadOnly), old.schema());
+    }
+    return makeTwin(old.schema(), index ? &*index : nullptr, files);
+}
+
+std::shared_ptr<Table> openNew(const TableReplacement& files) {
+    Folders& folders = files.folders();
+    const std::string& index = files.newIndexFile();
+    return std::make_shared<Table>(folders.open(files.newTableFile(), OpenMode::ReadWrite),
+                                   folders.exists(index) ? folders.open(index, OpenMode::ReadWrite)
+                                                         : nullptr);
 }
 
 } // namespace
@@ -81,10 +112,30 @@ BulkLoader::BulkLoader(const std::string& tableFile, Mode mode, Folders& folders
                         "la tabla está abierta; ciérrela para poder sustituirla");
         }
         old->leave(); // our own opening must not count as another program's
-        state_->replacement.emplace(tableFile, folders);
+        state_->replacement = &state_->ownReplacement.emplace(tableFile, folders);
         old->requireInPlace(); // another program may have replaced it in between
-        state_->run([&] { state_->table = makeTwin(*old, *state_->replacement); });
+        state_->run([&] { state_->table = makeTwin(old->schema(), old->index(), *state_->replacement); });
     }
+    begin();
+}
+
+BulkLoader::BulkLoader(TableReplacement& replacement) : state_(std::make_unique<State>()) {
+    state_->replacement = &replacement;
+    state_->run([&] { state_->table = makeTwin(replacement); });
+    begin();
+}
+
+BulkLoader::BulkLoader(TableReplacement& replacement, const TableDefinition& definition)
+    : state_(std::make_unique<State>()) {
+    state_->replacement = &replacement;
+    state_->run([&] {
+        makeEmptyTable(replacement, definition);
+        state_->table = openNew(replacement);
+    });
+    begin();
+}
+
+void BulkLoader::begin() {
     state_->run([&] {
         state_->use.emplace(*state_->table);
         state_->use->beginLoad();
@@ -94,7 +145,7 @@ BulkLoader::BulkLoader(const std::string& tableFile, Mode mode, Folders& folders
 }
 
 BulkLoader::~BulkLoader() {
-    if (!state_->finished && !state_->replacement && state_->added > 0) {
+    if (!state_->finished && state_->replacement == nullptr && state_->added > 0) {
         try {
             state_->use->withdrawRows(state_->countBefore);
         } catch (...) {
@@ -129,8 +180,8 @@ void BulkLoader::finish(const Progress& progress) {
             state_->use->addRows(state_->countBefore + state_->added, state_->firstMark, progress);
         }
         state_->use->sync();
-        if (state_->replacement) {
-            state_->replacement->commit();
+        if (state_->ownReplacement) {
+            state_->ownReplacement->commit();
         }
     });
     state_->finished = true;

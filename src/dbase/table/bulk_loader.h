@@ -12,6 +12,8 @@
 namespace dbase {
 
 class Folders;
+class TableReplacement;
+struct TableDefinition;
 
 /// Adds rows to a table under its exclusive lock. Nothing becomes visible before finish(); without it (an
 /// error, a crash) the table is unchanged. On return from finish() all rows are on the disk; a power cut
@@ -22,6 +24,10 @@ public:
 
     BulkLoader(const std::string& tableFile, Mode mode);
     BulkLoader(const std::string& tableFile, Mode mode, Folders& folders);
+    /// Fills the new files of a replacement, with the columns and tags of the present table or those of a
+    /// definition; finish() leaves its commit() to the caller.
+    explicit BulkLoader(TableReplacement& replacement);
+    BulkLoader(TableReplacement& replacement, const TableDefinition& definition);
     ~BulkLoader();
     BulkLoader(const BulkLoader&) = delete;
     BulkLoader& operator=(const BulkLoader&) = delete;
@@ -33,6 +39,8 @@ public:
 
 private:
     struct State;
+    void begin();
+
     std::unique_ptr<State> state_;
 };
 

@@ -11,6 +11,7 @@
 #include "dbase/system/paths.h"
 #include "dbase/table/check.h"
 #include "dbase/table/empty_table.h"
+#include "dbase/table/exchange_completion.h"
 #include "dbase/table/recovery.h"
 #include "dbase/table/table_definition.h"
 #include "dbase/table/table_names.h"
@@ -104,9 +105,14 @@ std::unique_ptr<File> openForOurselves(const std::string& tableFile) {
     while (true) {
         std::unique_ptr<File> file = openFile(tableFile, OpenMode::ReadWrite);
         holdLock(*file, openingLock, LockKind::Exclusive);
-        if (TableNames(diskFolders(), *file, nullptr).leadHere()) { // else it was replaced while we waited
+        if (!TableNames(diskFolders(), *file, nullptr).leadHere()) {
+            continue; // it was replaced while we waited
+        }
+        if (!isInExchange(tableFile, diskFolders())) {
             return file;
         }
+        file.reset();
+        concludeExchangeOf(tableFile, diskFolders());
     }
 }
 

@@ -12,6 +12,7 @@
 #include "dbase/system/folders.h"
 #include "dbase/system/names.h"
 #include "dbase/system/paths.h"
+#include "dbase/table/exchange_completion.h"
 
 namespace dbase {
 
@@ -38,18 +39,36 @@ std::string temporaryName(const std::string& file) { return file + std::string(t
 
 TableClaim::TableClaim(const std::string& tableFile) : TableClaim(tableFile, diskFolders()) {}
 
-TableClaim::TableClaim(const std::string& tableFile, Folders& folders)
+TableClaim::TableClaim(const std::string& tableFile, Folders& folders, Remains remains)
     : folders_(folders), table_(folders.realPath(tableFile)) {
     ReadScope::letGo(); // the present holder must not wait for us
     hold();
     try {
-        if (!folders_.isFile(table_)) { // what was created while we waited
-            table_ = findTableFile(folders_, folderOf(table_), baseName(table_)).value_or(table_);
+        findName();
+        if (remains == Remains::Remove) {
+            holdConcluded();
+            removeLeftOvers();
         }
-        removeLeftOvers();
     } catch (...) {
         release();
         throw;
+    }
+}
+
+// A program that concludes an exchange needs the claims of its tables.
+void TableClaim::holdConcluded() {
+    while (isInExchange(table_, folders_)) {
+        release();
+        concludeExchangeOf(table_, folders_);
+        hold();
+        findName();
+    }
+}
+
+// Also of what was created while we waited.
+void TableClaim::findName() {
+    if (!folders_.isFile(table_)) {
+        table_ = findTableFile(folders_, folderOf(table_), baseName(table_)).value_or(table_);
     }
 }
 
@@ -91,11 +110,15 @@ void TableClaim::removeLeftOvers() const {
 TableClaim::~TableClaim() { release(); }
 
 void TableClaim::release() noexcept {
+    if (!file_) {
+        return;
+    }
     try {
         folders_.remove(file_->path()); // still locked, and so still ours
     } catch (...) {
         // It stays, and claims nothing.
     }
+    file_.reset();
 }
 
 } // namespace dbase

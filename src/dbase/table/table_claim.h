@@ -16,11 +16,14 @@ class Folders;
 /// POSTAL.AMC for POSTAL.DBF, removed at the end; one that a killed program left claims nothing.
 class AMBREL_EXPORT TableClaim {
 public:
+    /// What becomes of the temporary files that killed holders left.
+    enum class Remains { Remove, Leave };
+
     /// `tableFile`: present or future path of the table. Waits for the present holder, at most
-    /// lockPatience(). Then removes the temporary files that killed holders left. Errors: Error(LockTimeout,
-    /// AccessDenied), which names the table.
+    /// lockPatience(). Before Remains::Remove, an exchange of the table that was stopped is concluded.
+    /// Errors: Error(LockTimeout, AccessDenied), which names the table.
     explicit TableClaim(const std::string& tableFile);
-    TableClaim(const std::string& tableFile, Folders& folders);
+    TableClaim(const std::string& tableFile, Folders& folders, Remains remains = Remains::Remove);
     ~TableClaim();
     TableClaim(const TableClaim&) = delete;
     TableClaim& operator=(const TableClaim&) = delete;
@@ -29,9 +32,12 @@ public:
     [[nodiscard]] const std::string& tableFile() const { return table_; }
     [[nodiscard]] Folders& folders() const { return folders_; }
 
-private:
-    void hold();
     void removeLeftOvers() const;
+
+private:
+    void holdConcluded();
+    void hold();
+    void findName();
     void release() noexcept;
 
     Folders& folders_;

@@ -38,6 +38,15 @@ void writeEmptyTable(File& table, File* index, Schema schema, const std::string&
     table.write(0, bytes);
 }
 
+void makeEmptyTable(TableReplacement& replacement, const TableDefinition& definition) {
+    Schema schema;
+    schema.columns = definition.columns;
+    schema.languageDriver = static_cast<std::uint8_t>(definition.languageDriver);
+    const std::unique_ptr<File> table = replacement.makeTable();
+    const std::unique_ptr<File> index = definition.tags.empty() ? nullptr : replacement.makeIndex();
+    writeEmptyTable(*table, index.get(), schema, definition.name, definition.tags);
+}
+
 namespace {
 
 [[noreturn]] void refuseExisting(const std::string& table) {
@@ -67,15 +76,10 @@ void createTable(const TableClaim& claim, const TableDefinition& definition, IfE
         refuseExisting(claim.tableFile());
     }
     TableReplacement files(claim);
-    Schema schema;
-    schema.columns = definition.columns;
-    schema.languageDriver = static_cast<std::uint8_t>(definition.languageDriver);
     files.underOwnNames([&] {
-        const std::unique_ptr<File> table = files.makeTable();
-        const std::unique_ptr<File> index = definition.tags.empty() ? nullptr : files.makeIndex();
-        writeEmptyTable(*table, index.get(), schema, definition.name, definition.tags);
+        makeEmptyTable(files, definition);
+        files.commit();
     });
-    files.underOwnNames([&] { files.commit(); });
 }
 
 } // namespace dbase

@@ -6,6 +6,7 @@
 
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
+#include "dbase/table/exchange_completion.h"
 #include "dbase/table/table.h"
 
 namespace dbase {
@@ -48,6 +49,8 @@ std::shared_ptr<Table> Table::open(const std::string& path, Folders& folders) {
         if (table && table->names_->leadHere()) { // one whose index was replaced is of no use to anybody
             return table;
         }
+    } else if (isInExchange(real, folders)) { // it would have come with other tables
+        concludeExchangeOf(real, folders);
     }
     const LockWaits waits;
     while (true) {
@@ -57,8 +60,9 @@ std::shared_ptr<Table> Table::open(const std::string& path, Folders& folders) {
     }
 }
 
-// Null if the files were replaced meanwhile. A program that replaces them holds the opening lock of the old
-// table, and that of the new one from before its name to after that of its index.
+// Null if the files were replaced meanwhile, or this program has gone on with their exchange. A program that
+// replaces them holds the opening lock of the old table, and that of the new one from before its name to
+// after that of its index.
 std::shared_ptr<Table> Table::tryOpen(const std::string& path, Folders& folders) {
     std::string readOnlyReason;
     std::unique_ptr<File> records = openForUse(folders, path, readOnlyReason);
@@ -76,6 +80,12 @@ std::shared_ptr<Table> Table::tryOpen(const std::string& path, Folders& folders)
         index = openForUse(folders, folders.realPath(*indexPath), readOnlyReason);
     }
     if (!TableNames(folders, file, index.get()).leadHere()) { // by a program that knows no such lock
+        return nullptr;
+    }
+    if ((!index || stampOf(index.get()).inUpdate) && isInExchange(path, folders)) {
+        index.reset();
+        records.reset(); // with its locks, which the completion needs
+        concludeExchangeOf(path, folders);
         return nullptr;
     }
     auto table = std::make_shared<Table>(std::move(records), std::move(index), readOnlyReason,

@@ -2,11 +2,11 @@
 #include "dbase/table/table_replacement.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "dbase/journal/journal_place.h"
 #include "dbase/lock/locks.h"
 #include "dbase/mdx/index_layout.h"
-#include "dbase/mdx/update_stamp.h"
 #include "dbase/system/error.h"
 #include "dbase/system/names.h"
 #include "dbase/system/paths.h"
@@ -16,11 +16,6 @@ namespace dbase {
 
 namespace {
 
-[[noreturn]] void refuseInUse(const std::string& table) {
-    throw Error(ErrorCode::LockTimeout, table,
-                "la tabla está abierta en otro programa; ciérrelo para poder sustituirla");
-}
-
 /// A name without a file is a link that leads nowhere, on a disk that may come back.
 void refuseLostLink(const Folders& folders, const std::string& path) {
     const std::string name = path.substr(path.rfind('/') + 1);
@@ -29,21 +24,6 @@ void refuseLostLink(const Folders& folders, const std::string& path) {
                             [&](const std::string& other) { return sameName(other, name); })) {
         throw Error(ErrorCode::Exists, path, "es un enlace que no lleva a ningún fichero");
     }
-}
-
-/// The in-update mark of an index, on the disk. A table found with it has its tags rebuilt from its records,
-/// whether they are those of its index or those of another table.
-void mark(File& index, bool isInUpdate) {
-    if (index.size() < mdx::headBytes) {
-        return; // not an index
-    }
-    StampBytes bytes;
-    index.read(mdx::stamp, bytes);
-    UpdateStamp stamp = decodeStamp(bytes);
-    stamp.present = true;
-    stamp.inUpdate = isInUpdate;
-    index.write(mdx::stamp, encodeStamp(stamp));
-    index.sync();
 }
 
 } // namespace
@@ -58,134 +38,169 @@ TableReplacement::TableReplacement(std::unique_ptr<TableClaim> own) : TableRepla
     own_ = std::move(own);
 }
 
-TableReplacement::TableReplacement(const TableClaim& claim)
-    : folders_(claim.folders()), table_(claim.tableFile()) {
+TableReplacement::TableReplacement(const TableClaim& claim) : folders_(claim.folders()) {
     const LockWaits waits;
-    refuseLostLink(folders_, table_);
-    if (folders_.exists(table_)) {
+    const std::string& table = claim.tableFile();
+    refuseLostLink(folders_, table);
+    if (folders_.exists(table)) {
+        files_.table = table;
         holdOld();
     }
     // Also an index whose table is gone: the new table would take it for its own.
-    const std::optional<std::string> existing = findIndexFile(folders_, table_);
-    index_ = folders_.realPath(existing.value_or(withExtension(table_, ".MDX")));
-    refuseLostLink(folders_, index_);
+    const std::optional<std::string> existing = findIndexFile(folders_, table);
+    const std::string index = folders_.realPath(existing.value_or(withExtension(table, ".MDX")));
+    refuseLostLink(folders_, index);
     if (existing) {
-        folders_.requireReplaceable(index_);
-        oldIndex_ = folders_.open(index_, OpenMode::ReadWrite);
+        folders_.requireReplaceable(index);
+        oldIndex_ = folders_.open(index, OpenMode::ReadWrite);
     }
-    newTable_ = temporaryName(table_);
-    newIndex_ = temporaryName(index_);
+    files_ = replacedFiles(table, index);
 }
 
-// Programs that open the table wait for the opening lock, until they find the new one under its name.
 void TableReplacement::holdOld() {
-    folders_.requireReplaceable(table_);
-    old_ = folders_.open(table_, OpenMode::ReadWrite);
-    holdLock(*old_, openingLock, LockKind::Exclusive);
-    if (!old_->tryLock(presenceLock, LockKind::Exclusive)) {
-        refuseInUse(table_);
-    }
+    folders_.requireReplaceable(files_.table);
+    old_ = openAlone(folders_, files_.table);
     old_->unlock(presenceLock);
     recoverOld();
-    // The last lock is for programs that do not know our presence lock.
-    if (!old_->tryLock(presenceLock, LockKind::Exclusive) ||
-        !old_->tryLock(wholeTableLock, LockKind::Exclusive)) {
-        refuseInUse(table_);
-    }
+    requireUnused(*old_);
 }
 
 // The journal must be gone before its records are; until then the old table must not lose its changes.
 void TableReplacement::recoverOld() const {
-    if (!journalBeside(table_, folders_)->openExisting()) {
+    const std::string& table = files_.table;
+    if (!journalBeside(table, folders_)->openExisting()) {
         return;
     }
     try {
-        const std::optional<std::string> index = findIndexFile(folders_, table_);
-        const Table old(folders_.open(table_, OpenMode::ReadWrite),
+        const std::optional<std::string> index = findIndexFile(folders_, table);
+        const Table old(folders_.open(table, OpenMode::ReadWrite),
                         index ? folders_.open(*index, OpenMode::ReadWrite) : nullptr, {},
-                        journalBeside(table_, folders_));
+                        journalBeside(table, folders_));
     } catch (const Error&) {
         // What cannot be recovered can still be replaced.
     }
 }
 
 std::unique_ptr<File> TableReplacement::make(const std::string& path, const std::string& old) {
-    const std::string& model = folders_.exists(old) ? old : table_;
+    const std::string& model = folders_.exists(old) ? old : files_.table;
     if (folders_.exists(model)) {
         return folders_.createTwin(path, model);
     }
     std::unique_ptr<File> file = folders_.createCompanion(path, {});
     if (!file) {
-        throw Error(ErrorCode::Exists, table_, "otro programa ha puesto ahí " + path);
+        throw Error(ErrorCode::Exists, files_.table, "otro programa ha puesto ahí " + path);
     }
     return file;
 }
 
 TableReplacement::~TableReplacement() {
-    if (isCommitted_) {
-        return;
+    if (!isCommitted_) {
+        discard();
     }
-    for (const std::string* made : {&newTable_, &newIndex_, isIndexFirst_ ? &index_ : &newIndex_}) {
+}
+
+void TableReplacement::discard() noexcept {
+    const auto remove = [&](const std::string& made) {
         try {
-            folders_.remove(*made);
+            folders_.remove(made);
         } catch (...) {
             // The file stays, until the next claim of the table.
         }
+    };
+    if (isIndexFirst_ && hasNewTable()) {
+        remove(files_.index);
     }
+    remove(files_.newTable);
+    remove(files_.newIndex);
 }
 
 // Each name is on the disk before the next one changes. From the first change to the last, both indexes bear
 // the mark, so that tags are rebuilt that do not belong to the records; and the new table's opening lock
 // keeps others out.
 void TableReplacement::commit() {
-    const std::unique_ptr<File> table = folders_.open(newTable_, OpenMode::ReadWrite);
-    const bool hasIndex = folders_.exists(newIndex_);
-    const std::unique_ptr<File> index = hasIndex ? folders_.open(newIndex_, OpenMode::ReadWrite) : nullptr;
-    holdLock(*table, openingLock, LockKind::Exclusive);
-    table->sync();
-    if (index) {
-        mark(*index, true);
+    holdNew();
+    for (File* const index : {newIndex_.get(), oldIndex_.get()}) {
+        if (index != nullptr) {
+            setMark(*index, true);
+        }
     }
-    if (oldIndex_) {
-        mark(*oldIndex_, true);
-    }
-    journalBeside(table_, folders_)->remove(); // it describes the records to be replaced
-    changeNames(hasIndex);
-    if (index) {
-        mark(*index, false);
+    takeNames();
+    if (newIndex_) {
+        setMark(*newIndex_, false);
     }
     isCommitted_ = true;
 }
 
-// An index that comes where there was none comes first: without it neither table could be changed.
-void TableReplacement::changeNames(bool hasIndex) {
-    if (hasIndex && !oldIndex_) {
-        isIndexFirst_ = true;
-        rename(newIndex_, index_);
+void TableReplacement::holdNew() {
+    new_ = folders_.open(files_.newTable, OpenMode::ReadWrite);
+    newIndex_ =
+        folders_.exists(files_.newIndex) ? folders_.open(files_.newIndex, OpenMode::ReadWrite) : nullptr;
+    holdLock(*new_, openingLock, LockKind::Exclusive);
+    new_->sync();
+}
+
+// The journal describes the records to be replaced.
+void TableReplacement::takeNames() {
+    journalBeside(files_.table, folders_)->remove();
+    isIndexFirst_ = newIndex_ && !oldIndex_;
+    dbase::takeNames(folders_, files_, newIndex_ != nullptr);
+}
+
+// --- The steps of an exchange
+
+// The records must be on the disk as they are recognised after a stop.
+IntendedTable TableReplacement::intended() const {
+    const auto nameOf = [](const std::string& path) { return path.substr(path.rfind('/') + 1); };
+    IntendedTable table{nameOf(files_.table), nameOf(files_.index), {},
+                        fingerprintOf(*new_), oldIndex_ != nullptr, {}};
+    if (old_) {
+        old_->sync();
+        table.recordsBefore = fingerprintOf(*old_);
     }
-    rename(newTable_, table_);
-    isIndexFirst_ = false;
-    if (hasIndex && oldIndex_) {
-        rename(newIndex_, index_);
-    } else if (oldIndex_) {
-        folders_.remove(index_);
-        folders_.syncFolderOf(index_);
+    if (newIndex_) {
+        table.indexAfter = newIndex_->size();
+    }
+    return table;
+}
+
+void TableReplacement::markFor(const Intention& intention) {
+    if (newIndex_) {
+        setMark(*newIndex_, true, intention.newSession());
+    }
+    if (oldIndex_) {
+        if (oldIndex_->size() < mdx::headBytes) { // it cannot bear the mark
+            throw Error(ErrorCode::BadIndex, files_.index, "no es un índice; ejecute \"ambcp reindexar\"");
+        }
+        oldIndex_->read(mdx::stamp, oldStamp_.emplace());
+        setMark(*oldIndex_, true, intention.oldSession());
+    }
+}
+
+void TableReplacement::unmark() noexcept {
+    try {
+        if (oldStamp_) {
+            oldIndex_->write(mdx::stamp, *std::exchange(oldStamp_, std::nullopt));
+            oldIndex_->sync();
+        }
+    } catch (...) {
+        // The mark stays, and the next program to open the table rebuilds its tags.
+    }
+}
+
+void TableReplacement::endMark() {
+    if (newIndex_) {
+        setMark(*newIndex_, false, 0);
     }
 }
 
 void TableReplacement::raiseUnderOwnName(const Error& error) const {
-    const bool isTable = error.file() == newTable_;
-    if (!isTable && error.file() != newIndex_) {
+    const bool isTable = error.file() == files_.newTable;
+    if (!isTable && error.file() != files_.newIndex) {
         throw; // the error at hand
     }
     const std::string text = error.what();
-    throw Error(error.code(), isTable ? table_ : index_,
+    throw Error(error.code(), isTable ? files_.table : files_.index,
                 text.substr(error.file().size() + 2)); // without "FILE: "
-}
-
-void TableReplacement::rename(const std::string& from, const std::string& to) {
-    folders_.rename(from, to);
-    folders_.syncFolderOf(to);
 }
 
 } // namespace dbase

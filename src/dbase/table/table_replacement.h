@@ -2,11 +2,15 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "AmbrelExport.h"
+#include "dbase/mdx/update_stamp.h"
 #include "dbase/system/error.h"
 #include "dbase/system/folders.h"
+#include "dbase/table/exchange_intention.h"
+#include "dbase/table/replaced_files.h"
 #include "dbase/table/table_claim.h"
 
 namespace dbase {
@@ -25,12 +29,16 @@ public:
     TableReplacement(const TableReplacement&) = delete;
     TableReplacement& operator=(const TableReplacement&) = delete;
 
-    [[nodiscard]] const std::string& newTableFile() const { return newTable_; }
-    [[nodiscard]] const std::string& newIndexFile() const { return newIndex_; }
+    [[nodiscard]] Folders& folders() const { return folders_; }
+    [[nodiscard]] const std::string& tableFile() const { return files_.table; }
+    [[nodiscard]] const std::string& newTableFile() const { return files_.newTable; }
+    [[nodiscard]] const std::string& newIndexFile() const { return files_.newIndex; }
     /// Create the new files, empty, to be used by the same people as the old ones. Errors:
     /// Error(AccessDenied) if this user cannot keep the access of the old ones.
-    [[nodiscard]] std::unique_ptr<File> makeTable() { return make(newTable_, table_); }
-    [[nodiscard]] std::unique_ptr<File> makeIndex() { return make(newIndex_, index_); }
+    [[nodiscard]] std::unique_ptr<File> makeTable() { return make(files_.newTable, files_.table); }
+    [[nodiscard]] std::unique_ptr<File> makeIndex() { return make(files_.newIndex, files_.index); }
+    /// Removes the new files.
+    void discard() noexcept;
     /// Puts the new files in place of the old ones; whatever the moment of a power cut, one of the two tables
     /// is left. Everything is on the disk on return.
     void commit();
@@ -47,21 +55,31 @@ public:
     }
 
 private:
+    friend class TableExchange;
+
     explicit TableReplacement(std::unique_ptr<TableClaim> own);
 
     [[noreturn]] void raiseUnderOwnName(const Error& error) const;
     void holdOld();
     void recoverOld() const;
     [[nodiscard]] std::unique_ptr<File> make(const std::string& path, const std::string& old);
-    void changeNames(bool hasIndex);
-    void rename(const std::string& from, const std::string& to);
+
+    // The steps of commit(), and those of an exchange of several tables.
+    [[nodiscard]] bool hasNewTable() const { return folders_.exists(files_.newTable); }
+    void holdNew();
+    [[nodiscard]] IntendedTable intended() const;
+    void markFor(const Intention& intention);
+    void unmark() noexcept;
+    void takeNames();
+    void endMark();
 
     std::unique_ptr<TableClaim> own_;
     Folders& folders_;
-    std::string table_, index_, newTable_, newIndex_;
-    std::unique_ptr<File> old_; // holds the opening and the presence lock
-    std::unique_ptr<File> oldIndex_;
-    bool isIndexFirst_ = false; // its name was changed, and that of the table was not yet
+    ReplacedFiles files_;
+    std::unique_ptr<File> old_, new_; // hold the opening and, of the old one, the presence lock
+    std::unique_ptr<File> oldIndex_, newIndex_;
+    std::optional<StampBytes> oldStamp_; // before the mark
+    bool isIndexFirst_ = false;          // its name may have been changed, and that of the table not yet
     bool isCommitted_ = false;
 };
 
