@@ -1,39 +1,33 @@
-// ambcp callejero cargar: an edition of the official street directory into tables without streets.
+// ambcp callejero cargar: an edition of the official street directory into the tables.
 
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <set>
 
-#include <unistd.h>
-
-#include "dbase/dbf/codepage.h"
+#include "controller/ProvinceName.h"
 #include "dbase/system/databases.h"
-#include "dbase/system/quoted.h"
+#include "dbase/system/error.h"
 #include "directory/DirectoryLoading.h"
-#include "loading/counted.h"
-#include "loading/csv.h"
+#include "directory/DirectoryReport.h"
+#include "report/WholeFile.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
 #include "tools/created_tables.h"
 #include "tools/cut_table.h"
+#include "tools/directory_output.h"
 #include "tools/interruption.h"
+#include "tools/output_files.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
+#include "tools/undo_file.h"
 
 namespace ambcp {
 
 namespace {
 
-using ambrel::directory::DirectoryLoading;
-using ambrel::directory::Edition;
-using ambrel::directory::EditionFiles;
-using ambrel::directory::EditionNotes;
-using ambrel::directory::LoadingProgress;
-using ambrel::directory::LoadingStep;
-using ambrel::directory::LoadSummary;
-using ambrel::directory::RangeOpening;
-using loading::counted;
+using namespace ambrel::directory;
 
 RangeOpening openingNamed(const std::string& name) {
     return name == "no" ? RangeOpening::None : name == "huecos" ? RangeOpening::Gaps : RangeOpening::Ends;
@@ -57,61 +51,42 @@ void requireMunicipalities(const DirectoryLoadOptions& options) {
     }
 }
 
-/// Municipality by municipality, as a difference.
-void printMunicipalities(const LoadSummary& summary) {
-    loading::CsvWriter csv(STDOUT_FILENO);
-    for (const char* const name : {"COD_INE", "MUNICIPIO", "VIENEN", "SE_VAN", "CAMBIAN"}) {
-        csv.field(name);
+std::vector<std::string> inputsOf(const DirectoryLoadOptions& options) {
+    std::vector<std::string> inputs;
+    for (const std::string& file :
+         {options.stretches, options.streets, options.pseudoStreets, options.units, options.municipalities}) {
+        if (!file.empty()) {
+            inputs.push_back(file);
+        }
     }
-    csv.endRecord();
-    for (const auto& [place, municipality] : summary.byMunicipality) {
-        csv.field(std::to_string(100000 + place).substr(1));
-        csv.field(dbase::CodePage::windows1252().toUtf8(municipality.name));
-        csv.field(std::to_string(municipality.comes));
-        csv.field(std::to_string(municipality.goes));
-        csv.field(std::to_string(municipality.changes));
-        csv.endRecord();
-    }
-    csv.flush();
+    return inputs;
 }
 
-void warn(std::uint64_t count, const char* one, const char* many) {
-    if (count > 0) {
-        complain("aviso: " + counted(count, one, many));
+void requireWritableOutputs(const DirectoryLoadOptions& options) {
+    std::vector<NamedOutput> outputs;
+    if (options.isTrial) {
+        outputs.push_back({"la salida", {}});
     }
-}
-
-void printNotes(const EditionNotes& notes, const LoadSummary& summary) {
-    for (const std::string& text : notes.badLines) {
-        complain(text);
+    for (const auto& [name, file] :
+         {std::pair("--informe", options.report), {"--conflictos", options.conflicts}}) {
+        if (!file.empty()) {
+            outputs.push_back({name, file});
+        }
     }
-    warn(notes.ofPseudoStreets, "tramo de una seudovía no se carga, porque no se da --seudovias",
-         "tramos de seudovías no se cargan, porque no se da --seudovias");
-    warn(notes.withoutMunicipality, "tramo no se carga, porque ningún fichero nombra su municipio",
-         "tramos no se cargan, porque ningún fichero nombra su municipio");
-    warn(notes.streetsWithoutName, "vía no está en el fichero de vías; lleva el nombre corto de sus tramos",
-         "vías no están en el fichero de vías; llevan el nombre corto de sus tramos");
-    warn(summary.shortenedNames, "fila lleva un nombre abreviado, que no cabía",
-         "filas llevan un nombre abreviado, que no cabía");
-    std::string unknown;
-    for (const auto& [type, count] : summary.unknownTypes) {
-        unknown += (unknown.empty() ? "" : ", ") + dbase::CodePage::windows1252().toUtf8(type) + " (" +
-                   std::to_string(count) + ')';
-    }
-    if (!unknown.empty()) {
-        complain("aviso: tipos de vía que no se conocen y quedan en blanco: " + unknown);
+    requireOtherFiles(inputsOf(options), outputs);
+    for (const NamedOutput& one : outputs) {
+        if (!one.file.empty()) {
+            report::requireWritable(one.file);
+        }
     }
 }
 
-void printTotals(const LoadSummary& summary) {
-    if (summary.municipalities.comes > 0) {
-        std::printf("MUNICIPI: %s.\n",
-                    counted(summary.municipalities.comes, "fila cargada", "filas cargadas").c_str());
+std::vector<unsigned> provincesOf(const DirectoryLoadOptions& options) {
+    std::vector<unsigned> provinces;
+    for (const std::string& code : options.provinces) {
+        provinces.push_back(static_cast<unsigned>(std::stoul(code)));
     }
-    std::printf("POSTAL: %s; en %s se ha abierto algún extremo.\n",
-                counted(summary.streets.comes, "fila cargada", "filas cargadas").c_str(),
-                std::to_string(summary.openedRows).c_str());
-    std::printf("Fuente: Instituto Nacional de Estadística.\n");
+    return provinces;
 }
 
 /// The line on the terminal for one task after another. Where the user wants to end, it ends the load.
@@ -126,19 +101,12 @@ public:
         }
         line_->work(step.done, step.share);
     }
+    void end() { line_.reset(); }
 
 private:
     std::optional<ProgressLine> line_;
     std::string task_;
 };
-
-std::vector<unsigned> provincesOf(const DirectoryLoadOptions& options) {
-    std::vector<unsigned> provinces;
-    for (const std::string& code : options.provinces) {
-        provinces.push_back(static_cast<unsigned>(std::stoul(code)));
-    }
-    return provinces;
-}
 
 /// One load, or its trial. Tables that are there are looked at before the files are read; missing ones are
 /// created after that, so that files which cannot be used leave nothing.
@@ -147,28 +115,48 @@ public:
     explicit Load(const DirectoryLoadOptions& options) : options_(options) {}
 
     void run() {
-        TaskLine line;
-        progress_ = [&](const LoadingStep& step) { line(step); };
+        requireWritableOutputs(options_);
         prepare();
+        startReport();
         const RangeOpening opening = openingNamed(options_.opening);
-        summary_ = options_.isTrial ? loading_->simulate(opening)
-                                    : loading_->store(opening, {}, {.progress = progress_});
+        if (options_.isTrial) {
+            summary_ = loading_->simulate(opening, observer());
+        } else {
+            if (!options_.keepsNoUndo) {
+                undoFile_ = freeUndoFile(options_.undoFile, folder_ + "/callejero");
+            }
+            summary_ = loading_->store(opening, undoFile_, observer());
+        }
         if (created_) {
             created_->keep();
         }
+        line_.end();
     }
 
+    /// What was done is said before a file that cannot be written ends the order.
     void print() const {
-        printNotes(loading_->edition().notes(), summary_);
-        options_.isTrial ? printMunicipalities(summary_) : printTotals(summary_);
+        tellNotes(loading_->edition().notes(), summary_);
+        if (!options_.isTrial) {
+            printTotals(summary_);
+            tellUndoFile();
+        }
+        if (report_) {
+            report_->write(options_.report, summary_, loading_->edition().notes());
+        }
+        if (!options_.conflicts.empty()) {
+            conflicts_.write(options_.conflicts);
+        }
+        if (options_.isTrial) {
+            printMunicipalities(summary_);
+        }
     }
 
 private:
-    [[nodiscard]] std::unique_ptr<Edition> read() const {
+    [[nodiscard]] std::unique_ptr<Edition> read() {
         return std::make_unique<Edition>(EditionFiles{options_.stretches, options_.streets,
                                                       options_.pseudoStreets, options_.units,
                                                       options_.municipalities, provincesOf(options_)},
-                                         [this](const LoadingStep& step) { progress_(step); });
+                                         [this](const LoadingStep& step) { line_(step); });
     }
 
     void prepare() {
@@ -178,19 +166,74 @@ private:
             edition = read();
             created_.emplace(options_.folder);
         }
-        const std::string folder = useFolder(options_.folder);
+        folder_ = useFolder(options_.folder);
         for (const char* const table : {"MUNICIPI", "POSTAL", "TIPO_VIA"}) {
-            requireWhole(requireTable(folder, table));
+            requireWhole(requireTable(folder_, table));
         }
-        loading_ = std::make_unique<DirectoryLoading>(folderDatabase, folder);
+        loading_ = std::make_unique<DirectoryLoading>(folderDatabase, folder_);
         loading_->take(edition ? std::move(edition) : read());
     }
 
+    void startReport() {
+        if (options_.report.empty()) {
+            return;
+        }
+        DirectoryRun run{.tables = folder_,
+                         .files = {},
+                         .edition = loading_->edition().date(),
+                         .provinces = provincesOf(options_),
+                         .opening = openingNamed(options_.opening),
+                         .isTrial = options_.isTrial};
+        std::set<std::string> names; // one ZIP may hold several of the files
+        for (const std::string& file : inputsOf(options_)) {
+            const std::string name = std::filesystem::path(file).filename().string();
+            if (names.insert(name).second) {
+                run.files.push_back(name);
+            }
+        }
+        if (dbase::findTableFile(folder_, "PROVIN")) {
+            run.provinceName = [](const std::string& code) {
+                return ambrel::provinceName(code, folderDatabase);
+            };
+        }
+        report_.emplace(std::move(run));
+    }
+
+    [[nodiscard]] LoadObserver observer() {
+        LoadObserver observer;
+        observer.progress = [this](const LoadingStep& step) { line_(step); };
+        if (report_) {
+            observer.change = [this](const DirectoryChange& change) { report_->add(change); };
+        }
+        if (report_ || !options_.conflicts.empty()) {
+            observer.conflict = [this](const DirectoryConflict& conflict) {
+                if (report_) {
+                    report_->add(conflict);
+                }
+                if (!options_.conflicts.empty()) {
+                    conflicts_.add(conflict);
+                }
+            };
+        }
+        return observer;
+    }
+
+    void tellUndoFile() const {
+        std::error_code problem;
+        if (!undoFile_.empty() &&
+            std::filesystem::exists(undoFile_, problem)) { // there is none where nothing changed
+            complain("lo que había está en " + undoFile_ + "; lo devuelve: ambcp deshacer " + undoFile_);
+        }
+    }
+
     const DirectoryLoadOptions& options_;
-    LoadingProgress progress_;
+    TaskLine line_;
+    std::string folder_, undoFile_;
     std::optional<CreatedTables> created_;
     std::unique_ptr<DirectoryLoading> loading_;
     LoadSummary summary_;
+    std::optional<DirectoryReport> report_;
+    ConflictList conflicts_;
 };
 
 } // namespace
@@ -206,6 +249,12 @@ ExitCode callejeroCargar(const DirectoryLoadOptions& options) {
         }
     } catch (const Interrupted&) {
         complain("interrumpido; no se ha cambiado nada");
+    } catch (const dbase::Error& error) {
+        if (error.code() != dbase::ErrorCode::LockTimeout) {
+            throw;
+        }
+        complain(std::string(error.what()) + ". No se ha cambiado nada.");
+        return ExitCode::failed;
     }
     std::fflush(stdout);
     Interruption::obey();

@@ -15,6 +15,7 @@
 #include "loading/failure.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
+#include "tools/csv_lines.h"
 #include "tools/cut_table.h"
 #include "tools/line_output.h"
 #include "tools/progress.h"
@@ -33,14 +34,13 @@ class FindingOutput {
 public:
     explicit FindingOutput(const std::string& file) : output_(file) {
         output_.open();
-        addRow({"GRAVEDAD", "TABLA", "REGISTRO", "CLAVE", "CLASE", "TEXTO", "PROPUESTA"});
+        addCsvRow(pending_, {"GRAVEDAD", "TABLA", "REGISTRO", "CLAVE", "CLASE", "TEXTO", "PROPUESTA"});
     }
 
     void add(const Finding& finding) {
-        addRow({std::string(severityName(finding.severity)),
-                std::string(ambrel::directory::tableName(finding.table)),
-                finding.record == 0 ? "" : std::to_string(finding.record), finding.key,
-                std::string(className(finding.kind)), finding.text, finding.proposal});
+        const std::string record = finding.record == 0 ? "" : std::to_string(finding.record);
+        addCsvRow(pending_, {severityName(finding.severity), ambrel::directory::tableName(finding.table),
+                             record, finding.key, className(finding.kind), finding.text, finding.proposal});
         constexpr std::size_t piece = 1 << 16;
         if (pending_.size() > piece) {
             flush();
@@ -56,23 +56,6 @@ private:
     void flush() {
         output_.write(pending_);
         pending_.clear();
-    }
-
-    void addRow(const std::array<std::string, 7>& values) {
-        for (std::size_t i = 0; i < values.size(); ++i) {
-            pending_ += i == 0 ? "" : ",";
-            addValue(values.at(i));
-        }
-        pending_ += '\n';
-    }
-
-    void addValue(const std::string& value) {
-        const bool isQuoted = value.find_first_of(",\"\r\n") != std::string::npos;
-        pending_ += isQuoted ? "\"" : "";
-        for (const char c : value) {
-            pending_.append(c == '"' ? 2 : 1, c);
-        }
-        pending_ += isQuoted ? "\"" : "";
     }
 
     LineOutput output_;

@@ -204,8 +204,9 @@ void defineOverview(CLI::App& app, Command& chosen) {
 
 void defineDirectoryLoad(CLI::App& app, Command& chosen) {
     const auto options = std::make_shared<DirectoryLoadOptions>();
-    CLI::App& command = addCommand(app, chosen, "cargar", "Llena MUNICIPI y POSTAL con el callejero oficial",
-                                   options, callejeroCargar);
+    CLI::App& command =
+        addCommand(app, chosen, "cargar", "Carga una edición del callejero oficial en MUNICIPI y POSTAL",
+                   options, callejeroCargar);
     requireText(command, "DIR", options->folder, "Carpeta de las tablas; se crean si no hay");
     offerText(command, "--tramos", options->stretches, "F", "Fichero de tramos (TRAM), suelto o en un ZIP")
         ->required();
@@ -223,10 +224,21 @@ void defineDirectoryLoad(CLI::App& app, Command& chosen) {
     offerText(command, "--abrir-rangos", options->opening, "C",
               "no, extremos o huecos; si no se da, extremos")
         ->check(isOpening);
-    command.add_flag("--simular", options->isTrial, "No cambia nada; escribe lo que vendría, por municipios");
+    CLI::Option* const trial =
+        command.add_flag("--simular", options->isTrial,
+                         "No cambia nada; escribe lo que vendría, se iría y cambiaría, por municipios");
+    offerText(command, "--informe", options->report, "F.html",
+              "Escribe además un informe, para el navegador");
+    offerText(command, "--conflictos", options->conflicts, "F.csv",
+              "Escribe además las filas de usted que no dicen lo que la oficina, y quedan");
+    offerText(command, "--deshacer-en", options->undoFile, "F",
+              "Dónde guardar lo que había; si no se da, DIR/callejero.deshacer")
+        ->excludes(trial)
+        ->excludes(command.add_flag("--sin-deshacer", options->keepsNoUndo,
+                                    "No guarda lo que había; la carga no se podrá deshacer"));
     command.footer(
-        "POSTAL ha de estar vacía. Si también lo está MUNICIPI, se llena; para eso hace falta --unidades o "
-        "--municipios.\nCon «extremos», una vía de un solo código tiene todos los números, y los tramos "
+        "Si MUNICIPI está vacía se llena; para eso hace falta --unidades o --municipios.\nCon «extremos», "
+        "una vía de un solo código tiene todos los números, y los tramos "
         "primero y "
         "último de las demás\nllegan hasta el 1 y el 9999; con «huecos» se reparten además los números entre "
         "dos "

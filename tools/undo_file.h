@@ -15,4 +15,8 @@ namespace ambcp {
                                                                   const std::string& table,
                                                                   const std::string& order);
 
+/// The path of an undo file that is created later: the one named, or as above. Errors: Failure if the one
+/// named exists.
+[[nodiscard]] std::string freeUndoFile(const std::string& named, const std::string& stem);
+
 } // namespace ambcp

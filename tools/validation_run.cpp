@@ -5,18 +5,16 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <utility>
 #include <vector>
 
 #include "dbase/system/databases.h"
-#include "dbase/system/names.h"
 #include "dbase/system/quoted.h"
 #include "loading/counted.h"
 #include "loading/failure.h"
 #include "tools/complain.h"
 #include "tools/cut_table.h"
-#include "tools/line_output.h"
+#include "tools/output_files.h"
 #include "tools/table_folder.h"
 
 namespace ambcp {
@@ -33,15 +31,6 @@ std::string decimal(double value) {
         *point = ',';
     }
     return text.data();
-}
-
-/// Whether something goes by a name that only tables and undo files have, under which a slip of the hand
-/// would destroy one.
-bool isNamedAsTable(const std::string& file) {
-    const std::string extension = dbase::upperName(
-        std::filesystem::weakly_canonical(std::filesystem::absolute(file)).extension().string());
-    static constexpr std::array<std::string_view, 4> kept{".DBF", ".MDX", ".DBT", ".DESHACER"};
-    return std::ranges::find(kept, extension) != kept.end();
 }
 
 } // namespace
@@ -65,27 +54,14 @@ ambrel::NamedColumns readColumns(std::string_view text) {
 }
 
 void requireOtherFiles(const ValidateOptions& options) {
-    std::vector<std::pair<std::string, std::string>> outputs{{"la salida", options.output}};
+    std::vector<NamedOutput> outputs{{"la salida", options.output}};
     for (const auto& [name, file] :
          {std::pair("--solo-fallos", options.unsettled), {"--informe", options.report}}) {
         if (!file.empty()) {
-            outputs.emplace_back(name, file);
+            outputs.push_back({name, file});
         }
     }
-    for (auto one = outputs.begin(); one != outputs.end(); ++one) {
-        if (areSameFile(options.file, one->second)) {
-            throw loading::Failure(one->first + " sería el mismo fichero que la entrada");
-        }
-        if (!one->second.empty() && isNamedAsTable(one->second)) {
-            throw loading::Failure(one->first + " no puede ser " + one->second +
-                                   ": es el nombre de una tabla o de un fichero de deshacer");
-        }
-        for (auto other = outputs.begin(); other != one; ++other) {
-            if (!other->second.empty() && areSameFile(other->second, one->second)) {
-                throw loading::Failure(one->first + " sería el mismo fichero que " + other->first);
-            }
-        }
-    }
+    requireOtherFiles({options.file}, outputs);
 }
 
 void usePostalTables(const std::string& folder) {

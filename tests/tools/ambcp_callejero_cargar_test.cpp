@@ -91,9 +91,10 @@ protected:
 TEST_F(AmbcpCallejeroCargar, FillsAnEmptyFolderWithProvinceAndOwnerOfEachStretch) {
     const Outcome run = ambcp(load(writeSmall()));
     EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_EQ(run.output,
-              "MUNICIPI: 4 filas cargadas.\nPOSTAL: 3 filas cargadas; en 2 se ha abierto algún extremo.\n"
-              "Fuente: Instituto Nacional de Estadística.\n");
+    EXPECT_EQ(run.output, "MUNICIPI: 4 filas nuevas, 0 quitadas y 0 cambiadas.\n"
+                          "POSTAL: 3 filas nuevas, 0 quitadas y 0 cambiadas.\n"
+                          "Edición: 3 filas, y 2 con algún extremo abierto.\n"
+                          "Fuente: Instituto Nacional de Estadística.\n");
     EXPECT_EQ(run.errors, "ambcp: aviso: tipos de vía que no se conocen y quedan en blanco: QQQQQ (1)\n");
     EXPECT_EQ(listed("POSTAL"), "CODIGO1,PROVINCIA,CAPITAL,TIPO_VIA,VIA,IMPAR_INI,IMPAR_FIN,PAR_INI,PAR_FIN,"
                                 "CODPOSTAL,MUNICIPI,COD_INE\n"
@@ -156,8 +157,8 @@ TEST_F(AmbcpCallejeroCargar, ATrialSaysWhatWouldComeAndChangesNothing) {
     EXPECT_NE(refused(load(files, {"--simular"})).find("no hay tablas"), std::string::npos);
     EXPECT_FALSE(std::filesystem::exists(folder / "datos"));
     done({"crear", "datos"});
-    EXPECT_EQ(ambcp(load(files, {"--simular"})).output,
-              "COD_INE,MUNICIPIO,VIENEN,SE_VAN,CAMBIAN\n09109,CONDADO DE TREVIÑO,3,0,0\n");
+    EXPECT_EQ(ambcp(load(files, {"--simular"})).output, "COD_INE,MUNICIPIO,VIENEN,SE_VAN,CAMBIAN,CONFLICTOS\n"
+                                                        "09109,CONDADO DE TREVIÑO,3,0,0,0\n");
     EXPECT_EQ(linesOf(listed("POSTAL")), 1U);
     EXPECT_FALSE(std::filesystem::exists(folder / "datos/PROCEDEN.DBF"));
 }
@@ -223,6 +224,46 @@ TEST_F(AmbcpCallejeroCargar, AStationWithATableOpenIsRefusedBeforeAnythingChange
         }
         EXPECT_FALSE(std::filesystem::exists(folder / "datos/PROCEDEN.DBF"));
     }
+}
+
+TEST_F(AmbcpCallejeroCargar, LeavesAReportOfALoadAndOfATrial) {
+    const edition::Files files = writeSmall();
+    ASSERT_EQ(ambcp(load(files, {"--informe", "carga.html"})).exitCode, 0);
+    const std::string page = content("carga.html");
+    for (const std::string part :
+         {"Fuente: Instituto Nacional de Estadística", "2025-06-30", "QQQQQ", "BURGOS", "CONDADO DE TREVIÑO",
+          "CL MAYOR, impares 1 a 9999, pares 2 a 9998, 01118",
+          "TRAM.D250630.G250702, VIAS.D250630.G250702, municipios.csv"}) {
+        EXPECT_NE(page.find(part), std::string::npos) << part;
+    }
+    EXPECT_EQ(page.find("No se ha cambiado nada"), std::string::npos);
+
+    std::filesystem::remove_all(folder / "datos");
+    done({"crear", "datos"});
+    ASSERT_EQ(ambcp(load(files, {"--simular", "--informe", "antes.html"})).exitCode, 0);
+    EXPECT_NE(content("antes.html").find("No se ha cambiado nada"), std::string::npos);
+}
+
+TEST_F(AmbcpCallejeroCargar, WhatItWritesDestroysNothing) {
+    const edition::Files files = writeSmall();
+    done({"crear", "datos"});
+    const auto refusedWith = [&](const std::vector<std::string>& more) { return refused(load(files, more)); };
+    EXPECT_NE(refusedWith({"--informe", files.stretches}).find("sería el mismo fichero que la entrada"),
+              std::string::npos);
+    EXPECT_NE(refusedWith({"--conflictos", "datos/POSTAL.DBF"}).find("el nombre de una tabla"),
+              std::string::npos);
+    EXPECT_NE(refusedWith({"--informe", "a.html", "--conflictos", "./a.html"}).find("sería el mismo fichero"),
+              std::string::npos);
+    EXPECT_NE(refusedWith({"--informe", "no/hay/a.html"}).find("no/hay"), std::string::npos);
+    EXPECT_NE(refusedWith({"--deshacer-en", files.streets}).find("ya existe"), std::string::npos);
+    EXPECT_EQ(linesOf(listed("POSTAL")), 1U);
+    EXPECT_FALSE(std::filesystem::exists(folder / "a.html"));
+}
+
+TEST_F(AmbcpCallejeroCargar, ConflictsGoToAFileOfTheirOwn) {
+    const edition::Files files = writeSmall();
+    ASSERT_EQ(ambcp(load(files, {"--conflictos", "c.csv"})).exitCode, 0);
+    EXPECT_EQ(content("c.csv"), "CLASE,COD_INE,MUNICIPIO,CLAVE,VIA,QUEDA,OFICIAL\n");
 }
 
 TEST_F(AmbcpCallejeroCargar, InterruptedInANewFolderItLeavesNothing) {
