@@ -1,7 +1,9 @@
 // Files on disk: positioned system calls, open-file-description locks, a guarded memory view.
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <vector>
 
 #include <fcntl.h>
 #include <linux/magic.h>
@@ -12,6 +14,8 @@
 
 #include "dbase/system/error.h"
 #include "dbase/system/file.h"
+#include "dbase/system/file_copy.h"
+#include "dbase/system/file_pieces.h"
 #include "dbase/system/file_size_limit.h"
 #include "dbase/system/mapped_view.h"
 #include "dbase/system/posix_file.h"
@@ -143,6 +147,24 @@ public:
         }
     }
 
+    /// Has the system copy another file from its beginning; returns how many bytes it has copied.
+    [[nodiscard]] std::uint64_t copyFrom(const PosixFile& other, std::uint64_t size) {
+        const FileSizeSignal signal;
+        off64_t from = 0, to = 0;
+        while (static_cast<std::uint64_t>(from) < size) {
+            const ssize_t put = copy_file_range(other.descriptor_, &from, descriptor_, &to,
+                                                size - static_cast<std::uint64_t>(from), 0);
+            if (put > 0 || (put < 0 && errno == EINTR)) {
+                continue;
+            }
+            if (put < 0 && (errno == ENOSPC || errno == EDQUOT || errno == EFBIG || errno == EIO)) {
+                raise(path_, "no se puede escribir");
+            }
+            break; // it cannot do it between these file systems
+        }
+        return static_cast<std::uint64_t>(from);
+    }
+
     const char* view() const override { return view_.data(); }
     bool viewIsTorn() const override { return view_.isTorn(); }
     void renewView() override { view_.renew(); }
@@ -182,6 +204,20 @@ private:
 };
 
 } // namespace
+
+void copyContents(const File& from, File& to) {
+    const std::uint64_t size = from.size();
+    const auto* const source = dynamic_cast<const PosixFile*>(&from);
+    auto* const target = dynamic_cast<PosixFile*>(&to);
+    std::uint64_t at = source != nullptr && target != nullptr ? target->copyFrom(*source, size) : 0;
+    std::vector<char> piece;
+    while (at < size) {
+        piece.resize(static_cast<std::size_t>(std::min(size - at, pieceBytes - at % pieceBytes)));
+        from.read(at, piece);
+        to.write(at, piece);
+        at += piece.size();
+    }
+}
 
 std::unique_ptr<File> openFile(const std::string& path, OpenMode mode) {
     int flags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK; // a pipe in place of a table must not block

@@ -18,6 +18,8 @@ ExclusiveUse::ExclusiveUse(Table& table, Table::Health left)
 
 TableFile& ExclusiveUse::records() { return table_.records_; }
 
+IndexFile* ExclusiveUse::index() { return table_.index_.get(); }
+
 void ExclusiveUse::sync() { table_.recovery().sync(); }
 
 void ExclusiveUse::rebuildTags(const Progress& progress) {

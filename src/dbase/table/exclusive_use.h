@@ -19,6 +19,9 @@ public:
     ExclusiveUse(const ExclusiveUse&) = delete;
     ExclusiveUse& operator=(const ExclusiveUse&) = delete;
 
+    [[nodiscard]] TableFile& records();
+    /// Null for a table without one.
+    [[nodiscard]] IndexFile* index();
     /// Rebuilds all tags from the records.
     void rebuildTags(const Progress& progress);
 
@@ -26,7 +29,6 @@ public:
     /// Keeps other programs from adding rows during the lifetime of this object. Rows may then be written
     /// after the last one.
     void beginLoad();
-    [[nodiscard]] TableFile& records();
     /// Counts in the rows that were written after the last record, the first of them with the end mark in
     /// place of its own `firstMark`, and rebuilds the tags.
     void addRows(std::uint32_t newCount, char firstMark, const Progress& progress);
