@@ -19,7 +19,7 @@ namespace {
 /// Entries are changed in memory, and written together after this many rows.
 constexpr RecordNumber mostGathered = 4096;
 /// Building the tags anew costs as much as changing the entries of one row in so many.
-constexpr RecordNumber rowsPerChange = 16;
+constexpr RecordNumber rowsPerChange = 32;
 
 std::unique_ptr<Table> copyOf(TableReplacement& replacement) {
     Folders& folders = replacement.folders();
