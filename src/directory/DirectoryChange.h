@@ -13,6 +13,7 @@
 
 namespace ambrel::directory {
 
+/// What becomes of a row.
 enum class ChangeKind { Comes, Goes, Changes };
 
 /// Bounds of a row of POSTAL: IMPAR_INI, IMPAR_FIN, PAR_INI, PAR_FIN.
@@ -60,6 +61,7 @@ struct LoadObserver {
     LoadingProgress progress = {};
 };
 
+/// How many rows of a table come, go and change.
 struct ChangeCounts {
     std::uint64_t comes = 0, goes = 0, changes = 0;
 };

@@ -1,8 +1,9 @@
 // Draws the report on the load of an edition, section by section.
+#include "directory/DirectoryPage.h"
+
 #include <algorithm>
 #include <map>
 
-#include "directory/DirectoryReport.h"
 #include "loading/ansi_text.h"
 #include "report/Page.h"
 #include "report/ShownText.h"

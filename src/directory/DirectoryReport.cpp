@@ -1,6 +1,7 @@
 // Collects what a load does, and writes its page.
 #include "directory/DirectoryReport.h"
 
+#include "directory/DirectoryPage.h"
 #include "loading/ansi_text.h"
 #include "report/WholeFile.h"
 
@@ -31,8 +32,7 @@ std::string rowText(std::string_view type, std::string_view name, std::string_vi
     return text + (code.empty() ? "" : ", ") + std::string(code);
 }
 
-} // namespace
-
+/// "CL MAYOR, impares 1 a 9, pares 2 a 8, 28013"; empty if there is no such row.
 std::string rowBefore(const DirectoryChange& change) {
     return rowText(change.typeBefore, change.nameBefore, change.codeBefore, change.boundsBefore,
                    change.key != 0);
@@ -41,6 +41,8 @@ std::string rowBefore(const DirectoryChange& change) {
 std::string rowAfter(const DirectoryChange& change) {
     return rowText(change.type, change.name, change.code, change.bounds, change.key != 0);
 }
+
+} // namespace
 
 void DirectoryReport::requireWritable(const std::string& file) { report::requireWritable(file); }
 

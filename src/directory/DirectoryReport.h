@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "AmbrelExport.h"
 #include "directory/DirectoryChange.h"
 #include "directory/EditionFiles.h"
 
@@ -39,24 +40,29 @@ struct ReportedConflict {
 enum class ChangeList { Renamed, OtherCode, OtherRange, Gone, New };
 
 /// Collects changes and conflicts in bounded memory: the first hundred of each kind are kept.
-class DirectoryReport {
+class AMBREL_EXPORT DirectoryReport {
 public:
+    /// How many of each kind are kept, and how many kinds there are.
     static constexpr std::size_t mostShown = 100;
     static constexpr std::size_t changeLists = 5, conflictKinds = 4;
 
+    /// A report without rows.
     explicit DirectoryReport(DirectoryRun run) : run_(std::move(run)) {}
 
-    /// Whether write() could write there now. Errors: dbase::Error, which says why not.
+    /// Whether write() could write there now; worth asking before a long load. Errors: dbase::Error, which
+    /// says why not.
     static void requireWritable(const std::string& file);
 
+    /// Takes what an observer gets.
     void add(const DirectoryChange& change);
     void add(const DirectoryConflict& conflict);
-    /// For what is known only once the files are read.
+    /// What was loaded; some of it is known only once the files are read.
     [[nodiscard]] DirectoryRun& run() { return run_; }
+    [[nodiscard]] const DirectoryRun& run() const { return run_; }
     /// Writes the page, or leaves a file that has the name as it was. Errors: dbase::Error.
     void write(const std::string& file, const LoadSummary& summary, const EditionNotes& notes) const;
 
-    [[nodiscard]] const DirectoryRun& run() const { return run_; }
+    /// What is kept, for the page.
     [[nodiscard]] const std::vector<ReportedChange>& first(ChangeList list) const {
         return changes_.at(static_cast<std::size_t>(list));
     }
@@ -75,14 +81,5 @@ private:
     std::array<std::vector<ReportedConflict>, conflictKinds> conflicts_;
     std::array<std::uint64_t, conflictKinds> conflictCounts_{};
 };
-
-/// "CL MAYOR, impares 1 a 9, pares 2 a 8, 28013": the row before the change, or after it; empty if there is
-/// none. UTF-8.
-[[nodiscard]] std::string rowBefore(const DirectoryChange& change);
-[[nodiscard]] std::string rowAfter(const DirectoryChange& change);
-
-/// The page, as write() writes it.
-[[nodiscard]] std::string directoryPage(const DirectoryReport& report, const LoadSummary& summary,
-                                        const EditionNotes& notes);
 
 } // namespace ambrel::directory

@@ -10,8 +10,9 @@ namespace ambrel::directory {
 /// Paths of the files; those of pseudo streets, units and municipalities may be empty. One ZIP may hold
 /// several.
 struct EditionFiles {
-    std::string stretches, streets, pseudoStreets, units, municipalities;
-    std::vector<unsigned> provinces; // of the municipalities that count; empty: all
+    std::string stretches, streets;
+    std::string pseudoStreets = {}, units = {}, municipalities = {};
+    std::vector<unsigned> provinces = {}; // of the municipalities that count; empty: all
 };
 
 /// How far a street is taken to go beyond the numbers that were observed.

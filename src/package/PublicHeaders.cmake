@@ -1,6 +1,6 @@
 # The installed headers: those that package/AmbCodPostales.h includes, directly or indirectly, and the pieces that make
 # a host's own forms look and behave like the package's dialogs,
-# or that judge many addresses.
+# that judge many addresses, or that load the official street directory.
 set(public_headers
   address/AddressLine.h
   address/AddressParts.h
@@ -46,6 +46,12 @@ set(public_headers
   dialogs/common/FormKeys.h
   dialogs/common/GridColumn.h
   dialogs/common/TypingRules.h
+  directory/DirectoryChange.h
+  directory/DirectoryReport.h
+  directory/EditionFiles.h
+  directory/LoadingProgress.h
+  directory/OfficialDirectory.h
+  directory/PlaceCode.h
   form/AddressBoxes.h
   form/AddressText.h
   form/RecordBinding.h

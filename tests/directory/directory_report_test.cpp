@@ -1,5 +1,5 @@
 // The page that the load of an edition leaves.
-#include "directory/DirectoryReport.h"
+#include "directory/DirectoryPage.h"
 
 #include <filesystem>
 #include <fstream>

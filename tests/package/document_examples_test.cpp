@@ -2,15 +2,19 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QTimer>
+#include <algorithm>
 #include <fstream>
+#include <functional>
 #include <initializer_list>
 #include <iterator>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
 #include "PackageTest.h"
 #include "address/JudgedAddress.h"
 #include "address/VerdictTexts.h"
+#include "directory/OfficialDirectory.h"
 #include "snippets/own_table.cpp"
 #include "support/DiskWaits.h"
 
@@ -20,6 +24,9 @@ std::string postalCodeOf(const std::string& municipality, const std::string& str
 bool leaveNumber(TClassCodPostales& postal, const QString& street, const QString& type, QLineEdit* number,
                  dbase::Field& postalCode);
 void leaveStreet(TClassCodPostales& postal, QLineEdit* street, const QString& type, dbase::Field* postalCode);
+ambrel::directory::LoadedEdition loadStreets(const ambrel::directory::EditionFiles& files,
+                                             const std::string& htmlFile,
+                                             const std::function<void(double share)>& goesOn);
 void reportOn(const std::vector<ambrel::GivenAddress>& customers, const std::string& htmlFile);
 bool startEdit(dbase::Dataset& table);
 
@@ -90,6 +97,60 @@ TEST_F(DocumentExamplesTest, AValidationLeavesAReport) {
     EXPECT_NE(html.find(ambrel::verdictTitle(ambrel::Verdict::Completed)), std::string::npos) << html;
     EXPECT_NE(html.find(ambrel::verdictName(ambrel::Verdict::Empty)), std::string::npos);
     EXPECT_NE(html.find("50,0"), std::string::npos);
+}
+
+class StreetLoadExampleTest : public package_tests::PackageTest {
+protected:
+    [[nodiscard]] static ambrel::directory::EditionFiles sampleEdition() {
+        const std::string folder = AMBREL_EDITION;
+        return {.stretches = folder + "/TRAM.D250630.G250702",
+                .streets = folder + "/VIAS.D250630.G250702",
+                .municipalities = folder + "/municipios.csv"};
+    }
+    static bool hasStreets() {
+        dbase::Dataset streets("DB", "POSTAL");
+        streets.open();
+        return !streets.isEmpty();
+    }
+};
+
+TEST_F(StreetLoadExampleTest, AnEditionIsLoadedWithAReport) {
+    const std::string file = folder() + "/informe.html";
+    double furthest = 0;
+    const auto edition =
+        loadStreets(sampleEdition(), file, [&](double share) { furthest = std::max(furthest, share); });
+    EXPECT_EQ(edition.date, "2025-06-30");
+    EXPECT_GT(edition.summary.streets.comes, 10U);
+    EXPECT_GT(furthest, 0);
+    EXPECT_TRUE(hasStreets());
+    std::ifstream page(file);
+    const std::string html(std::istreambuf_iterator<char>(page), {});
+    EXPECT_NE(html.find("Fuente: Instituto Nacional de Estadística"), std::string::npos);
+    EXPECT_NE(html.find("edición de 2025-06-30"), std::string::npos);
+}
+
+TEST_F(StreetLoadExampleTest, WhatTheHostThrowsEndsALoadWithoutATrace) {
+    const auto end = [](double) { throw std::runtime_error("basta"); };
+    EXPECT_THROW(static_cast<void>(loadStreets(sampleEdition(), folder() + "/informe.html", end)),
+                 std::runtime_error);
+    EXPECT_FALSE(hasStreets());
+}
+
+TEST_F(StreetLoadExampleTest, ASimulationChangesNothing) {
+    const auto edition = ambrel::directory::simulateEdition({.files = sampleEdition()});
+    EXPECT_GT(edition.summary.streets.comes, 10U);
+    EXPECT_FALSE(hasStreets());
+}
+
+TEST_F(StreetLoadExampleTest, FilesThatCannotBeReadAreRefusedWithATextForUsers) {
+    ambrel::directory::EditionFiles files = sampleEdition();
+    files.stretches = folder() + "/no-hay";
+    try {
+        static_cast<void>(ambrel::directory::simulateEdition({.files = files}));
+        FAIL() << "read a file that is not there";
+    } catch (const std::runtime_error& error) {
+        EXPECT_NE(std::string(error.what()).find("no-hay"), std::string::npos) << error.what();
+    }
 }
 
 TEST_F(DocumentExamplesTest, LeavingTheNumberWritesThePostalCodeIntoTheHostsRow) {
