@@ -3,11 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <map>
 #include <set>
 
 #include "support/TemporaryFolder.h"
-#include "tools/edition/OfficialEdition.h"
+#include "tools/edition/NextEdition.h"
 
 namespace ambrel::directory {
 namespace {
@@ -179,6 +180,38 @@ TEST_F(EditionTest, TooManyBadLinesEndItAndAFewDoNot) {
     } catch (const loading::Failure& failure) {
         EXPECT_NE(std::string(failure.what()).find("más de una línea de cada cien"), std::string::npos);
     }
+}
+
+TEST_F(EditionTest, TheOneHalfAYearLaterDiffersInSomethingOfEachKind) {
+    const edition::Files files =
+        edition::writeEdition(folder.path(), edition::inventedPlaces(104), {.stretches = 8000});
+    std::filesystem::create_directory(folder / "siguiente");
+    const edition::Files later = edition::writeNextEdition(files, folder / "siguiente", 50);
+    std::map<std::string, Kept> before;
+    Edition first({files.stretches, files.streets, files.pseudoStreets, files.units, files.municipalities});
+    for (Kept& row : rowsOf(first, RangeOpening::None)) {
+        before.emplace(row.official.text(), std::move(row));
+    }
+    Edition second({later.stretches, later.streets, later.pseudoStreets, later.units, later.municipalities});
+    EXPECT_EQ(second.date(), "2025-12-31");
+    EXPECT_TRUE(second.notes().badLines.empty());
+    std::size_t added = 0, renamed = 0, moved = 0, same = 0;
+    for (const Kept& row : rowsOf(second, RangeOpening::None)) {
+        const auto found = before.find(row.official.text());
+        if (found == before.end()) {
+            ++added;
+            continue;
+        }
+        renamed += found->second.name != row.name ? 1 : 0;
+        moved += found->second.stretch.bounds != row.stretch.bounds ? 1 : 0;
+        same += found->second.name == row.name && found->second.stretch.bounds == row.stretch.bounds ? 1 : 0;
+        before.erase(found);
+    }
+    EXPECT_GT(added, 20U);
+    EXPECT_GT(before.size(), 20U) << "gone, or with another code";
+    EXPECT_GT(renamed, 20U);
+    EXPECT_GT(moved, 10U);
+    EXPECT_GT(same, (added + before.size() + renamed + moved) * 5);
 }
 
 } // namespace

@@ -1,0 +1,129 @@
+// Goes through the lines of an edition and changes some.
+#include "tools/edition/NextEdition.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <stdexcept>
+#include <vector>
+
+#include "tools/edition/OfficialLines.h"
+
+namespace edition {
+namespace {
+
+// Where the lines have their values, from 0.
+constexpr std::size_t placeWidth = 5;
+constexpr std::size_t streetKeyAt = 5, streetKeyWidth = 5, streetNameAt = 57, streetNameWidth = 50;
+constexpr std::size_t codeAt[] = {42, 257}, lastAt[] = {53, 268};
+constexpr std::size_t numberingAt = 47, codeWidth = 5, numberWidth = 4;
+
+unsigned long numberAt(const std::string& line, std::size_t at, std::size_t width) {
+    return std::strtoul(line.substr(at, width).c_str(), nullptr, 10);
+}
+
+void setNumber(std::string& line, std::size_t at, std::size_t width, unsigned long number) {
+    const std::string digits = std::to_string(number);
+    line.replace(at, width, std::string(width - digits.size(), '0') + digits);
+}
+
+/// Receives each line, with its number, and what is written instead.
+using LineChange = std::function<void(std::uint64_t number, std::string line, std::ostream& output)>;
+
+/// Lines without their ends; returns the path of the new file.
+std::string rewrite(const std::string& file, const std::string& target, const LineChange& change) {
+    std::ifstream input(file, std::ios::binary);
+    std::ofstream output(target, std::ios::binary);
+    std::uint64_t number = 0;
+    for (std::string line; std::getline(input, line);) {
+        if (line.ends_with('\r')) {
+            line.pop_back();
+        }
+        change(++number, std::move(line), output);
+    }
+    output.close();
+    if (!output || number == 0) {
+        throw std::runtime_error(target + " cannot be written");
+    }
+    return target;
+}
+
+void put(std::ostream& output, const std::string& line) { output << line << "\r\n"; }
+
+/// Another one of the same province.
+void changeCode(std::string& line) {
+    const unsigned long code = numberAt(line, codeAt[0], codeWidth);
+    const unsigned long other = code % 1000 < 999 ? code + 1 : code - 1;
+    for (const std::size_t at : codeAt) {
+        setNumber(line, at, codeWidth, other);
+    }
+}
+
+void changeLast(std::string& line) {
+    const unsigned long last = numberAt(line, lastAt[0], numberWidth);
+    if (line[numberingAt] != '0' && last < 9990) {
+        for (const std::size_t at : lastAt) {
+            setNumber(line, at, numberWidth, last + 2);
+        }
+    }
+}
+
+} // namespace
+
+Files writeNextEdition(const Files& before, const std::string& folder, unsigned changedEvery) {
+    const std::string date = ".D251231.G260105";
+    std::vector<StretchText> added;
+    Files files;
+    files.streets = rewrite(
+        before.streets, folder + "/VIAS" + date,
+        [&](std::uint64_t number, std::string line, std::ostream& output) {
+            if (number % changedEvery == 0) {
+                const auto place = static_cast<std::uint32_t>(numberAt(line, 0, placeWidth));
+                const auto key =
+                    static_cast<std::uint32_t>(90'000 + numberAt(line, streetKeyAt, streetKeyWidth) % 10'000);
+                const std::string name = "NUEVA " + std::to_string(number);
+                put(output, streetLine(place, key, "CALLE", name));
+                StretchText stretch{.place = place, .street = key};
+                stretch.postalCode = place / 1000 * 1000 + 1;
+                stretch.first = 1;
+                stretch.last = 9;
+                stretch.streetName = name;
+                added.push_back(stretch);
+                line.replace(
+                    streetNameAt, streetNameWidth,
+                    ("OTRA " + line.substr(streetNameAt, streetNameWidth)).substr(0, streetNameWidth));
+                files.streetLines += 1;
+            }
+            put(output, line);
+            files.streetLines += 1;
+        });
+    files.stretches = rewrite(before.stretches, folder + "/TRAM" + date,
+                              [&](std::uint64_t number, std::string line, std::ostream& output) {
+                                  if (number % changedEvery == 0) {
+                                      const std::uint64_t turn = number / changedEvery % 3;
+                                      if (turn == 0) {
+                                          return;
+                                      }
+                                      turn == 1 ? changeCode(line) : changeLast(line);
+                                  }
+                                  put(output, line);
+                                  files.stretchLines += 1;
+                              });
+    std::ofstream more(files.stretches, std::ios::binary | std::ios::app);
+    for (const StretchText& stretch : added) {
+        put(more, lineOf(stretch));
+        files.stretchLines += 1;
+    }
+    for (const auto& [from, to] :
+         {std::pair(&before.pseudoStreets, &files.pseudoStreets), {&before.units, &files.units}}) {
+        const std::string kind = std::filesystem::path(*from).stem().stem().string();
+        *to = folder + '/' + kind + date;
+        std::filesystem::copy_file(*from, *to);
+    }
+    files.municipalities = folder + "/municipios.csv";
+    std::filesystem::copy_file(before.municipalities, files.municipalities);
+    return files;
+}
+
+} // namespace edition
