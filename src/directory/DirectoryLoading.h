@@ -1,44 +1,46 @@
-// An edition of the official directory into postal tables that have no rows yet.
+// An edition of the official directory into the postal tables.
 #pragma once
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
 
-#include "dbase/table/table_definition.h"
 #include "directory/DirectoryChange.h"
 #include "directory/Edition.h"
 
 namespace ambrel::directory {
 
-/// PROCEDEN, the table beside POSTAL that says where its rows come from.
-[[nodiscard]] dbase::TableDefinition provenanceTable();
+struct StoredTables;
+class TableChanges;
 
-/// Loads an edition. POSTAL must be empty; MUNICIPI is filled if it is, and else gives the municipalities'
-/// names.
+/// Loads an edition, and the next one over it. Rows that an edition brought, as PROCEDEN says, and that
+/// nobody has touched since, follow the office: they change, go and come. All other rows of POSTAL and
+/// MUNICIPI stay as they are.
 class DirectoryLoading {
 public:
-    /// `database`: of the tables, which exist. Errors: loading::Failure if POSTAL has rows, dbase::Error.
+    /// `database`: of the tables, which exist; PROCEDEN may be missing. Errors: dbase::Error.
     DirectoryLoading(const std::string& database, const std::string& folder);
 
+    /// Whether it could be stored now. Errors: dbase::Error(LockTimeout) if a program has one of the tables
+    /// open.
+    void requireExclusive() const;
     /// Sets what is to be stored. Errors: loading::Failure if MUNICIPI is empty and nothing names
     /// municipalities.
     void take(std::unique_ptr<Edition> edition);
     [[nodiscard]] const Edition& edition() const { return *edition_; }
-    /// What would be stored; changes nothing.
+    /// What would be stored; changes nothing, and lets others work.
     [[nodiscard]] LoadSummary simulate(RangeOpening opening, const LoadObserver& observer = {});
-    /// Stores it. MUNICIPI, PROCEDEN and POSTAL are each exchanged whole, POSTAL last: a load that ends
-    /// before leaves it empty, and can be repeated. `undoFile`: a new file from which loading::undo() takes
-    /// it all back; empty for none. Errors: dbase::Error, if a station has one of them open before anything
-    /// is changed.
+    /// Stores it: whatever the moment of a power cut, POSTAL, PROCEDEN and MUNICIPI are all as before or all
+    /// as afterwards. `undoFile`: a new file from which loading::undo() takes it back; empty for none.
+    /// Errors: dbase::Error, with nothing changed, such as LockTimeout if a program has one of the tables
+    /// open; what the observer throws.
     LoadSummary store(RangeOpening opening, const std::string& undoFile, const LoadObserver& observer = {});
 
 private:
-    [[nodiscard]] LoadSummary visit(RangeOpening opening, const LoadObserver& observer,
-                                    const std::function<void(const StreetRow&)>& use);
+    [[nodiscard]] LoadSummary run(RangeOpening opening, const StoredTables& tables, TableChanges& changes,
+                                  const LoadObserver& observer);
 
-    std::string database_, folder_;
+    std::string folder_;
     std::vector<StreetTypeRow> types_;
     std::map<PlaceCode, std::string> known_; // of MUNICIPI, if it has rows
     std::unique_ptr<Edition> edition_;

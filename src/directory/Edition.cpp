@@ -2,6 +2,7 @@
 #include "directory/Edition.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "data/TableDefinitions.h"
 #include "dbase/dbf/codepage.h"
@@ -66,6 +67,12 @@ Edition::Edition(const EditionFiles& files, const LoadingProgress& progress)
     }
     readStretches(files_.stretches);
 }
+
+bool Edition::speaksOf(StreetId id) const {
+    return speaksOf(placeOf(id)) && (!isPseudo(id) || !files_.pseudoStreets.empty());
+}
+
+bool Edition::speaksOf(PlaceCode place) const { return isWanted(place) && hasProvince_.at(place / 1000); }
 
 bool Edition::isWanted(PlaceCode place) const {
     return files_.provinces.empty() ||
@@ -179,6 +186,7 @@ void Edition::readStretches(const std::string& path) {
 }
 
 void Edition::take(const StretchLine& line, std::uint64_t number) {
+    hasProvince_.at(line.place / 1000) = true;
     places_.addCode(line.place, line.unit, line.postalCode);
     if (files_.units.empty() && !places_.hasUnit(line.place, line.unit)) {
         places_.addUnit(line.place, line.unit, line.entity, line.nucleus);
@@ -197,8 +205,8 @@ void Edition::take(const StretchLine& line, std::uint64_t number) {
 }
 
 void Edition::visitMunicipality(std::span<Stored> stretches, RangeOpening opening, StreetTypeCodes& types,
-                                StreetKeys& keys, const std::function<void(const StreetRow&)>& use) {
-    const PlaceCode place = placeOf(stretches.front().id);
+                                const StreetUse& use) {
+    const std::string& municipality = places_.municipality(placeOf(stretches.front().id));
     NamesInWidth names(streetNameWidth);
     std::vector<std::span<Stored>> streets;
     std::vector<const StreetIndex::Entry*> entries;
@@ -218,27 +226,34 @@ void Edition::visitMunicipality(std::span<Stored> stretches, RangeOpening openin
     std::vector<ObservedStretch> observed;
     std::vector<JoinedStretch> rows;
     for (std::size_t i = 0; i < streets.size(); ++i) {
-        if (settled[i].empty()) {
-            continue; // nothing names it
+        OfficialStreet street{.id = streets[i].front().id};
+        if (!settled[i].empty()) {
+            observed.clear();
+            std::ranges::transform(streets[i], std::back_inserter(observed), &Stored::stretch);
+            joinStretches(observed, opening, rows);
+            street.name = settled[i];
+            street.municipality = municipality;
+            street.rows = rows;
+            street.type = types.codeOf(entries[i] != nullptr ? streets_.type(*entries[i]) : std::string());
+            if (entries[i] != nullptr && settled[i] != streets_.name(*entries[i])) {
+                street.wholeName = streets_.name(*entries[i]);
+            }
         }
-        const StreetId id = streets[i].front().id;
-        observed.clear();
-        std::ranges::transform(streets[i], std::back_inserter(observed), &Stored::stretch);
-        joinStretches(observed, opening, rows);
-        const std::string& type =
-            types.codeOf(entries[i] != nullptr ? streets_.type(*entries[i]) : std::string());
-        const bool isShortened = entries[i] != nullptr && settled[i] != streets_.name(*entries[i]);
-        for (const JoinedStretch& row : rows) {
-            const OfficialKey official{place, isPseudo(id), directory::keyOf(id), row.postalCode,
-                                       row.ordinal};
-            use({keys.keyOf(official), official, type, settled[i], places_.municipality(place), &row,
-                 isShortened});
+        use(street);
+    }
+}
+
+void Edition::visitUnnamed(std::span<const Stored> stretches, const StreetUse& use) {
+    notes_.withoutMunicipality += stretches.size();
+    StreetId last = 0;
+    for (const Stored& one : stretches) {
+        if (std::exchange(last, one.id) != one.id) {
+            use({.id = one.id});
         }
     }
 }
 
-void Edition::forEachRow(RangeOpening opening, StreetTypeCodes& types, StreetKeys& keys,
-                         const std::function<void(const StreetRow&)>& use) {
+void Edition::forEachStreet(RangeOpening opening, StreetTypeCodes& types, const StreetUse& use) {
     notes_.withoutMunicipality = notes_.streetsWithoutName = 0;
     const std::span<Stored> all = stretches_;
     for (std::size_t begin = 0, end = 0; begin < all.size(); begin = end) {
@@ -249,11 +264,12 @@ void Edition::forEachRow(RangeOpening opening, StreetTypeCodes& types, StreetKey
         while (end < all.size() && placeOf(all[end].id) == place) {
             ++end;
         }
+        const std::span<Stored> stretches = all.subspan(begin, end - begin);
         if (places_.municipality(place).empty()) {
-            notes_.withoutMunicipality += end - begin;
-            continue;
+            visitUnnamed(stretches, use);
+        } else {
+            visitMunicipality(stretches, opening, types, use);
         }
-        visitMunicipality(all.subspan(begin, end - begin), opening, types, keys, use);
     }
 }
 

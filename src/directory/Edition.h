@@ -1,7 +1,9 @@
 // An edition of the official directory, read from its files and made into rows.
 #pragma once
 
+#include <array>
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -10,20 +12,20 @@
 #include "directory/LoadingProgress.h"
 #include "directory/PlaceNames.h"
 #include "directory/StreetIndex.h"
-#include "directory/StreetKeys.h"
 #include "directory/StreetTypeCodes.h"
 #include "directory/StretchJoining.h"
 
 namespace ambrel::directory {
 
-/// A row of POSTAL and where it comes from. Views live as long as the call that brings it.
-struct StreetRow {
-    std::uint32_t key = 0;
-    OfficialKey official;
-    std::string_view type, name, municipality;
-    const JoinedStretch* stretch = nullptr;
-    bool isNameShortened = false;
+/// A street with its rows of POSTAL. Views live as long as the call that brings it. Where nothing names the
+/// street or its municipality, it has neither name nor rows.
+struct OfficialStreet {
+    StreetId id = 0;
+    std::string_view type = {}, name = {}, municipality = {};
+    std::string_view wholeName = {}; // where the name had to be shortened; else empty
+    std::span<const JoinedStretch> rows = {};
 };
+using StreetUse = std::function<void(const OfficialStreet&)>;
 
 class Edition {
 public:
@@ -35,18 +37,23 @@ public:
     [[nodiscard]] const std::string& date() const { return date_; }
     [[nodiscard]] const EditionNotes& notes() const { return notes_; }
     [[nodiscard]] PlaceNames& places() { return places_; }
-    /// Visits the rows, in the order of their municipalities and streets.
-    void forEachRow(RangeOpening opening, StreetTypeCodes& types, StreetKeys& keys,
-                    const std::function<void(const StreetRow&)>& use);
+    /// Whether its files would have a street or municipality if there still were one: they may be those of a
+    /// few provinces, or lack the pseudo streets.
+    [[nodiscard]] bool speaksOf(StreetId id) const;
+    [[nodiscard]] bool speaksOf(PlaceCode place) const;
+    /// Whether a file has the names of population units in full.
+    [[nodiscard]] bool hasUnits() const { return !files_.units.empty(); }
+    /// Visits the streets that have stretches, in the order of their numbers.
+    void forEachStreet(RangeOpening opening, StreetTypeCodes& types, const StreetUse& use);
 
 private:
     struct Stored {
         StreetId id;
         ObservedStretch stretch;
     };
+    [[nodiscard]] bool isWanted(PlaceCode place) const;
     void readFile(const std::string& path, FileKind kind,
                   const std::function<Refusal(const FixedLine&, const Layout&, std::uint64_t)>& use);
-    [[nodiscard]] bool isWanted(PlaceCode place) const;
     void readStreets(const std::string& path);
     void readPseudoStreets(const std::string& path);
     void readUnits(const std::string& path);
@@ -54,7 +61,8 @@ private:
     void readStretches(const std::string& path);
     void take(const StretchLine& line, std::uint64_t number);
     void visitMunicipality(std::span<Stored> stretches, RangeOpening opening, StreetTypeCodes& types,
-                           StreetKeys& keys, const std::function<void(const StreetRow&)>& use);
+                           const StreetUse& use);
+    void visitUnnamed(std::span<const Stored> stretches, const StreetUse& use);
 
     const EditionFiles files_;
     LoadingProgress progress_;
@@ -63,6 +71,7 @@ private:
     StreetIndex streets_, unlisted_; // the second from the stretches alone
     PlaceNames places_;
     std::vector<Stored> stretches_;
+    std::array<bool, 100> hasProvince_ = {}; // in the file of stretches
 };
 
 } // namespace ambrel::directory

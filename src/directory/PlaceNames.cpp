@@ -52,6 +52,13 @@ void PlaceNames::addUnit(PlaceCode place, std::uint32_t unit, std::string_view e
     }
 }
 
+void PlaceNames::setUnitName(const OfficialPlaceKey& unit, std::string name) {
+    const auto known = units_.find(unitOf(unit.place, unit.unit));
+    if (known != units_.end() && unit.name < known->second.size()) {
+        known->second[unit.name] = std::move(name);
+    }
+}
+
 const std::string& PlaceNames::municipality(PlaceCode place) const {
     static const std::string none;
     const auto found = places_.find(place);
@@ -68,24 +75,25 @@ void PlaceNames::addCode(PlaceCode place, std::uint32_t unit, std::uint32_t post
 
 void PlaceNames::addRowsOf(PlaceCode place, const std::string& shortName, std::vector<PlaceRow>& rows) const {
     std::set<std::uint32_t> codes;
-    std::set<std::pair<std::string, std::uint32_t>> entities;
+    std::map<std::pair<std::string, std::uint32_t>, OfficialPlaceKey> entities; // by name and code
     const std::string& name = places_.at(place);
     for (const auto& [unit, code] : codes_.at(place)) {
         codes.insert(code);
         if (const auto known = units_.find(unitOf(place, unit)); known != units_.end()) {
-            for (const std::string& entity : known->second) {
-                if (entity != name) {
-                    entities.emplace(entity, code);
+            for (std::uint8_t i = 0; i < known->second.size(); ++i) {
+                if (known->second[i] != name) {
+                    entities.try_emplace({known->second[i], code},
+                                         OfficialPlaceKey{place, true, unit, i, code});
                 }
             }
         }
     }
     const bool hasOneCode = codes.size() == 1;
     for (const std::uint32_t code : codes) {
-        rows.push_back({place, code, false, hasOneCode, name, shortName});
+        rows.push_back({{.place = place, .postalCode = code}, hasOneCode, name, shortName});
     }
-    for (const auto& [entity, code] : entities) {
-        rows.push_back({place, code, true, hasOneCode, entity, shortName});
+    for (const auto& [entity, official] : entities) {
+        rows.push_back({official, hasOneCode, entity.first, shortName});
     }
 }
 

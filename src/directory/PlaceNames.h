@@ -9,15 +9,14 @@
 #include <unordered_map>
 #include <vector>
 
-#include "directory/Records.h"
+#include "directory/OfficialKey.h"
 
 namespace ambrel::directory {
 
 /// A row of MUNICIPI. Texts in Windows-1252.
 struct PlaceRow {
-    PlaceCode place = 0;
-    std::uint32_t postalCode = 0;
-    bool isEntity = false, hasOneCode = false;
+    OfficialPlaceKey official;
+    bool hasOneCode = false;          // the municipality
     std::string name, shortPlaceName; // the second is the municipality's, in 30 characters
 };
 
@@ -37,6 +36,11 @@ public:
     [[nodiscard]] const std::string& municipality(PlaceCode place) const;
     [[nodiscard]] bool hasMunicipalities() const { return !places_.empty(); }
     [[nodiscard]] bool hasUnit(PlaceCode place, std::uint32_t unit) const;
+
+    /// The name that the table has for a municipality whatever the office calls it.
+    void setMunicipality(PlaceCode place, std::string name) { places_[place] = std::move(name); }
+    /// The name that the table has for a unit, in full; `name`: as in OfficialPlaceKey.
+    void setUnitName(const OfficialPlaceKey& unit, std::string name);
 
     /// A stretch of a unit has a code.
     void addCode(PlaceCode place, std::uint32_t unit, std::uint32_t postalCode);

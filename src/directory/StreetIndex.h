@@ -8,18 +8,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "directory/Records.h"
+#include "directory/OfficialKey.h"
 
 namespace ambrel::directory {
-
-/// A street or pseudo street of the whole country as one number, ordered by municipality.
-using StreetId = std::uint64_t;
-[[nodiscard]] constexpr StreetId streetId(PlaceCode place, bool isPseudo, std::uint32_t key) {
-    return (StreetId{place} << 18) | (isPseudo ? StreetId{1} << 17 : 0) | key;
-}
-[[nodiscard]] constexpr PlaceCode placeOf(StreetId id) { return static_cast<PlaceCode>(id >> 18); }
-[[nodiscard]] constexpr bool isPseudo(StreetId id) { return (id >> 17 & 1) != 0; }
-[[nodiscard]] constexpr std::uint32_t keyOf(StreetId id) { return static_cast<std::uint32_t>(id & 0x1FFFF); }
 
 class StreetIndex {
 public:

@@ -1,41 +1,46 @@
 // Gives out keys in order, province by province.
 #include "directory/StreetKeys.h"
 
-#include <cstdio>
+#include <algorithm>
 
 #include "loading/failure.h"
 
 namespace ambrel::directory {
+namespace {
 
-std::string OfficialKey::text() const {
-    char text[32];
-    std::snprintf(text, sizeof text, "%05u%c%05u%05u%04u", place, isPseudo ? 'P' : 'V', street, postalCode,
-                  ordinal);
-    return text;
+constexpr std::uint32_t keysOfProvince = 1000000;
+
+} // namespace
+
+void StreetKeys::addUsed(std::uint32_t key) {
+    const std::uint32_t province = key / keysOfProvince;
+    if (province >= highest_.size()) {
+        return; // such as a user's own: never given out
+    }
+    if (used_.empty()) {
+        used_.resize(highest_.size() * keysOfProvince);
+    }
+    used_[key] = true;
+    highest_.at(province) = std::max(highest_.at(province), key % keysOfProvince);
 }
 
-void StreetKeys::addEarlier(const OfficialKey& official, std::uint32_t key) {
-    earlier_[official.text()] = key;
-    addUsed(key);
-}
-
-std::uint32_t StreetKeys::keyOf(const OfficialKey& official) {
-    constexpr std::uint32_t keysOfProvince = 1000000;
-    if (!earlier_.empty()) {
-        if (const auto known = earlier_.find(official.text()); known != earlier_.end()) {
-            return known->second;
+std::uint32_t StreetKeys::next(PlaceCode place) {
+    const std::uint32_t province = place / 1000, first = province * keysOfProvince;
+    std::uint32_t& highest = highest_.at(province);
+    std::uint32_t number = highest + 1;
+    if (number >= keysOfProvince && !used_.empty()) {
+        for (number = 1; number < keysOfProvince && used_[first + number]; ++number) {
         }
     }
-    const std::uint32_t province = official.place / 1000;
-    std::uint32_t& next = next_.try_emplace(province, 1).first->second;
-    while (next < keysOfProvince && used_.contains(province * keysOfProvince + next)) {
-        ++next;
-    }
-    if (next == keysOfProvince) {
+    if (number >= keysOfProvince) {
         throw loading::Failure("en la provincia " + std::to_string(province) +
                                " no quedan claves para más vías");
     }
-    return province * keysOfProvince + next++;
+    if (!used_.empty()) {
+        used_[first + number] = true;
+    }
+    highest = std::max(highest, number);
+    return first + number;
 }
 
 } // namespace ambrel::directory

@@ -13,10 +13,9 @@
 namespace ambrel::directory {
 namespace {
 
-/// What is known of a stored row.
+/// What is known of a row.
 struct Kept {
-    std::uint32_t key;
-    OfficialKey official;
+    StreetId street;
     std::string type, name, municipality;
     JoinedStretch stretch;
 };
@@ -30,10 +29,11 @@ protected:
     static std::vector<Kept> rowsOf(Edition& read, RangeOpening opening) {
         std::vector<Kept> rows;
         StreetTypeCodes types({{"CL", "CALLE", "CARRER"}, {"AV", "AVENIDA", "AVINGUDA"}});
-        StreetKeys keys;
-        read.forEachRow(opening, types, keys, [&](const StreetRow& row) {
-            rows.push_back({row.key, row.official, std::string(row.type), std::string(row.name),
-                            std::string(row.municipality), *row.stretch});
+        read.forEachStreet(opening, types, [&](const OfficialStreet& street) {
+            for (const JoinedStretch& row : street.rows) {
+                rows.push_back({street.id, std::string(street.type), std::string(street.name),
+                                std::string(street.municipality), row});
+            }
         });
         return rows;
     }
@@ -47,12 +47,11 @@ TEST_F(EditionTest, EveryObservedNumberKeepsTheCodeThatTheOfficeGivesIt) {
     EXPECT_EQ(read.date(), "2025-06-30");
     for (const RangeOpening opening : {RangeOpening::None, RangeOpening::Ends, RangeOpening::Gaps}) {
         std::map<StreetId, std::vector<JoinedStretch>> byStreet;
-        std::set<std::uint32_t> keys;
+        std::set<OfficialKey> keys;
         for (const Kept& row : rowsOf(read, opening)) {
-            byStreet[streetId(row.official.place, row.official.isPseudo, row.official.street)].push_back(
-                row.stretch);
-            EXPECT_TRUE(keys.insert(row.key).second) << "a key given twice";
-            EXPECT_LT(row.key, 99000000U);
+            byStreet[row.street].push_back(row.stretch);
+            EXPECT_TRUE(keys.insert({row.street, row.stretch.postalCode, row.stretch.ordinal}).second)
+                << "a key twice";
             EXPECT_LE(row.name.size(), 45U);
             EXPECT_FALSE(row.name.empty());
             EXPECT_FALSE(row.municipality.empty());
@@ -81,8 +80,7 @@ TEST_F(EditionTest, StreetsOfDifferentNamesNeverBecomeOne) {
     Edition read(write(places, options));
     std::map<std::pair<PlaceCode, std::string>, std::set<StreetId>> byName;
     for (const Kept& row : rowsOf(read, RangeOpening::Ends)) {
-        byName[{row.official.place, row.name}].insert(
-            streetId(row.official.place, row.official.isPseudo, row.official.street));
+        byName[{placeOf(row.street), row.name}].insert(row.street);
     }
     std::map<StreetId, std::string> whole;
     edition::forEachStreet(places, options, [&](const edition::Street& street) {
@@ -110,8 +108,8 @@ TEST_F(EditionTest, BothLayoutsAndAllWaysOfWritingLinesGiveTheSameRows) {
         Edition read(write(places, options));
         std::string all;
         for (const Kept& row : rowsOf(read, RangeOpening::Ends)) {
-            all +=
-                std::to_string(row.key) + row.official.text() + row.type + row.name + row.municipality + '\n';
+            all += OfficialKey{row.street, row.stretch.postalCode, row.stretch.ordinal}.text() + row.type +
+                   row.name + row.municipality + '\n';
         }
         rows.push_back(all);
     }
@@ -127,11 +125,11 @@ TEST_F(EditionTest, OnlyTheProvincesAskedForAreRead) {
     Edition read(files);
     std::set<unsigned> provinces;
     for (const Kept& row : rowsOf(read, RangeOpening::None)) {
-        provinces.insert(row.official.place / 1000);
+        provinces.insert(placeOf(row.street) / 1000);
     }
     EXPECT_EQ(provinces, (std::set<unsigned>{9, 28}));
     for (const PlaceRow& row : read.places().rows()) {
-        EXPECT_TRUE(row.place / 1000 == 9 || row.place / 1000 == 28);
+        EXPECT_TRUE(row.official.place / 1000 == 9 || row.official.place / 1000 == 28);
     }
 }
 
@@ -141,7 +139,7 @@ TEST_F(EditionTest, WithoutTheirFilePseudoStreetsAreLeftOutAndCounted) {
     Edition read(files);
     EXPECT_GT(read.notes().ofPseudoStreets, 10U);
     for (const Kept& row : rowsOf(read, RangeOpening::None)) {
-        EXPECT_FALSE(row.official.isPseudo);
+        EXPECT_FALSE(isPseudo(row.street));
     }
 }
 
@@ -156,8 +154,7 @@ TEST_F(EditionTest, AStreetThatIsNotListedTakesTheNameOfItsStretches) {
             return;
         }
         const auto found = std::ranges::find_if(rows, [&](const Kept& row) {
-            return row.official.place == street.place->code && !row.official.isPseudo &&
-                   row.official.street == street.key;
+            return row.street == streetId(street.place->code, false, street.key);
         });
         ASSERT_NE(found, rows.end());
         std::string shortName = street.name.substr(0, 25);

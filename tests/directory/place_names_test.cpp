@@ -17,12 +17,12 @@ TEST(PlaceNames, AMunicipalityStandsBeforeItsEntitiesOnceForEachCode) {
     const std::vector<PlaceRow> rows = names.rows();
     ASSERT_EQ(rows.size(), 4U);
     EXPECT_EQ(rows[0].name, "MADRID");
-    EXPECT_EQ(rows[0].postalCode, 28001U);
-    EXPECT_FALSE(rows[0].isEntity);
+    EXPECT_EQ(rows[0].official.postalCode, 28001U);
+    EXPECT_FALSE(rows[0].official.isEntity);
     EXPECT_FALSE(rows[0].hasOneCode);
-    EXPECT_EQ(rows[1].postalCode, 28002U);
+    EXPECT_EQ(rows[1].official.postalCode, 28002U);
     EXPECT_EQ(rows[2].name, "ARRIBA");
-    EXPECT_TRUE(rows[2].isEntity);
+    EXPECT_TRUE(rows[2].official.isEntity);
     EXPECT_EQ(rows[3].name, "MONTEROS, LOS");
     EXPECT_EQ(rows[3].shortPlaceName, "MADRID");
 }

@@ -95,7 +95,9 @@ TEST_F(AmbcpCallejeroCargar, FillsAnEmptyFolderWithProvinceAndOwnerOfEachStretch
                           "POSTAL: 3 filas nuevas, 0 quitadas y 0 cambiadas.\n"
                           "Edición: 3 filas, y 2 con algún extremo abierto.\n"
                           "Fuente: Instituto Nacional de Estadística.\n");
-    EXPECT_EQ(run.errors, "ambcp: aviso: tipos de vía que no se conocen y quedan en blanco: QQQQQ (1)\n");
+    EXPECT_EQ(run.errors, "ambcp: aviso: tipos de vía que no se conocen y quedan en blanco: QQQQQ (1)\n"
+                          "ambcp: lo que había está en datos/callejero.deshacer; lo devuelve: ambcp deshacer "
+                          "datos/callejero.deshacer\n");
     EXPECT_EQ(listed("POSTAL"), "CODIGO1,PROVINCIA,CAPITAL,TIPO_VIA,VIA,IMPAR_INI,IMPAR_FIN,PAR_INI,PAR_FIN,"
                                 "CODPOSTAL,MUNICIPI,COD_INE\n"
                                 "09000001,01,9,CL,MAYOR,1,9999,2,9998,01118,CONDADO DE TREVIÑO,09109\n"
@@ -107,10 +109,15 @@ TEST_F(AmbcpCallejeroCargar, FillsAnEmptyFolderWithProvinceAndOwnerOfEachStretch
               "09109,09215,N,9,CONDADO DE TREVIÑO,09,0109,,False,CONDADO DE TREVIÑO\n"
               "09109,01118,N,9,\"VENTAS, LAS\",09,0109,,True,CONDADO DE TREVIÑO\n"
               "09109,09215,N,9,\"VENTAS, LAS\",09,0109,,True,CONDADO DE TREVIÑO\n");
-    EXPECT_EQ(listed("PROCEDEN"), "CODIGO1,FUENTE,EDICION,CLAVE,LINEA,ABIERTO,ABREVIADO\n"
-                                  "09000001,INE,2025-06-30,09109V00001011180000,1,EE-E,False\n"
-                                  "09000002,INE,2025-06-30,09109V00002011180000,4,-E--,False\n"
-                                  "09000003,INE,2025-06-30,09109V00002092150000,3,----,False\n");
+    EXPECT_EQ(listed("PROCEDEN"),
+              "CODIGO1,FUENTE,EDICION,CLAVE,LINEA,ABIERTO,ABREVIADO,HUELLA,NOMBRE\n"
+              ",INE,2025-06-30,09109M0000000011180,0,,False,73AFA3CA9C4F6230,CONDADO DE TREVIÑO\n"
+              ",INE,2025-06-30,09109M0000000092150,0,,False,891307D89AA9385E,CONDADO DE TREVIÑO\n"
+              ",INE,2025-06-30,09109E0000101011180,0,,False,708735925206BF3E,\"VENTAS, LAS\"\n"
+              ",INE,2025-06-30,09109E0000101092150,0,,False,DDE210BD7A7AD720,\"VENTAS, LAS\"\n"
+              "09000001,INE,2025-06-30,09109V00001011180000,1,EE-E,False,A3D2C79900D792AF,\n"
+              "09000002,INE,2025-06-30,09109V00002011180000,4,-E--,False,20B9DCE1E7A7415B,\n"
+              "09000003,INE,2025-06-30,09109V00002092150000,3,----,False,BE8010D4AD79C0B8,\n");
     EXPECT_EQ(linesOf(listed("PROVIN")), 98U);
     EXPECT_EQ(linesOf(listed("TIPO_VIA")), 94U);
 }
@@ -147,7 +154,7 @@ TEST_F(AmbcpCallejeroCargar, AWholeEditionGivesSoundTables) {
     const edition::Files files = write(6000);
     const Outcome run = ambcp(load(files, {"--seudovias", files.pseudoStreets, "--unidades", files.units}));
     ASSERT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_EQ(linesOf(listed("PROCEDEN")), linesOf(listed("POSTAL")));
+    EXPECT_EQ(linesOf(listed("PROCEDEN")), linesOf(listed("POSTAL")) + linesOf(listed("MUNICIPI")) - 1);
     EXPECT_GT(linesOf(listed("POSTAL")), 2500U);
     EXPECT_NE(done({"comprobar", "datos"}).find("PROCEDEN"), std::string::npos);
 }
@@ -163,13 +170,14 @@ TEST_F(AmbcpCallejeroCargar, ATrialSaysWhatWouldComeAndChangesNothing) {
     EXPECT_FALSE(std::filesystem::exists(folder / "datos/PROCEDEN.DBF"));
 }
 
-TEST_F(AmbcpCallejeroCargar, TablesWithStreetsAreLeftAsTheyAre) {
+TEST_F(AmbcpCallejeroCargar, StreetsThatAreThereStayAndTheOfficialOnesComeBesideThem) {
     const edition::Files files = writeSmall();
     done({"crear", "datos", "--muestra"});
-    const std::string before = listed("POSTAL");
-    EXPECT_NE(refused(load(files)).find("POSTAL ya tiene filas"), std::string::npos);
-    EXPECT_EQ(listed("POSTAL"), before);
-    EXPECT_FALSE(std::filesystem::exists(folder / "datos/PROCEDEN.DBF"));
+    const std::size_t before = linesOf(listed("POSTAL"));
+    EXPECT_EQ(ambcp(load(files)).exitCode, 0);
+    EXPECT_EQ(linesOf(listed("POSTAL")), before + 3);
+    EXPECT_EQ(ambcp({"deshacer", "datos/callejero.deshacer"}).exitCode, 0);
+    EXPECT_EQ(linesOf(listed("POSTAL")), before);
 }
 
 TEST_F(AmbcpCallejeroCargar, MunicipalitiesThatAreThereStayAndNameTheStreets) {

@@ -1,0 +1,115 @@
+// Holds the three tables, and writes each row twice: into its table and into the undo file.
+#include "directory/DirectoryStoring.h"
+
+#include "dbase/system/databases.h"
+#include "dbase/system/error.h"
+#include "dbase/system/folders.h"
+#include "directory/DirectoryRecords.h"
+
+namespace ambrel::directory {
+namespace {
+
+/// In the order of DirectoryTable.
+constexpr std::array<const char*, 3> tableNames = {"POSTAL", "PROCEDEN", "MUNICIPI"};
+const std::array<std::vector<std::string>, 3> keyColumns = {
+    {{"CODIGO1"}, {"CODIGO1", "CLAVE"}, {"COD_INE", "CODPOSTAL", "NOMBRE", "ENT_MENOR"}}};
+
+std::vector<std::string> tableFiles(const std::string& folder) {
+    dbase::completeExchange(folder); // before names are looked for
+    std::vector<std::string> files;
+    for (const char* const name : tableNames) {
+        files.push_back(dbase::findTableFile(folder, name).value_or(folder + '/' + name + ".DBF"));
+    }
+    return files;
+}
+
+} // namespace
+
+void DirectoryStoring::requirePossible(const std::string& folder) {
+    const dbase::TableExchange held(tableFiles(folder));
+}
+
+DirectoryStoring::DirectoryStoring(const std::string& folder, const std::string& undoFile,
+                                   const std::string& order)
+    : exchange_(tableFiles(folder)) {
+    for (std::size_t i = 0; i < parts_.size(); ++i) {
+        Part& part = parts_.at(i);
+        const std::string& file = exchange_.table(i).tableFile();
+        if (dbase::diskFolders().exists(file)) {
+            part.present = std::make_unique<StoredRows>(file, StoredRows::Others::AreKeptOut);
+            part.writing = std::make_unique<TableWriting>(exchange_.table(i), part.present->recordCount());
+        } else {
+            part.writing = std::make_unique<TableWriting>(exchange_.table(i), 0, provenanceTable());
+        }
+    }
+    if (!undoFile.empty()) {
+        beginUndo(undoFile, order);
+    }
+}
+
+void DirectoryStoring::beginUndo(const std::string& undoFile, const std::string& order) {
+    undo_.emplace(undoFile, exchange_.table(0).tableFile(), order);
+    for (std::size_t i = 0; i < parts_.size(); ++i) {
+        Part& part = parts_.at(i);
+        part.undoTable =
+            undo_->addTable(exchange_.table(i).tableFile(),
+                            part.present ? part.present->schema() : provenanceSchema(), keyColumns.at(i));
+    }
+}
+
+/// What was not carried out needs no undo file.
+DirectoryStoring::~DirectoryStoring() {
+    if (undo_ && !isCommitting_) {
+        const std::string file = undo_->path();
+        undo_.reset();
+        try {
+            dbase::diskFolders().remove(file);
+        } catch (const dbase::Error&) {
+            // It describes rows that nobody finds, and undoes nothing.
+        }
+    }
+}
+
+StoredTables DirectoryStoring::present() const {
+    return {.streets = parts_[0].present.get(),
+            .places = parts_[2].present.get(),
+            .provenance = parts_[1].present.get()};
+}
+
+void DirectoryStoring::add(DirectoryTable table, std::span<const char> row) {
+    Part& its = part(table);
+    const dbase::RecordNumber number = its.writing->add(row);
+    if (undo_) {
+        undo_->addition(its.undoTable, number, row);
+    }
+}
+
+void DirectoryStoring::change(DirectoryTable table, dbase::RecordNumber number, std::span<const char> before,
+                              std::span<const char> after) {
+    Part& its = part(table);
+    its.writing->change(number, after);
+    if (undo_) {
+        undo_->change(its.undoTable, number, before, after);
+    }
+}
+
+void DirectoryStoring::erase(DirectoryTable table, dbase::RecordNumber number, std::span<const char> row) {
+    Part& its = part(table);
+    its.writing->erase(number);
+    if (undo_) {
+        undo_->deletion(its.undoTable, number, row);
+    }
+}
+
+void DirectoryStoring::commit(const LoadingProgress& progress) {
+    for (Part& part : parts_) {
+        part.writing->finish(progress);
+    }
+    if (undo_) {
+        undo_->sync();
+    }
+    isCommitting_ = true;
+    exchange_.commit();
+}
+
+} // namespace ambrel::directory

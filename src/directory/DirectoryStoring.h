@@ -1,0 +1,56 @@
+// Stores what a load does, with an undo file beside it.
+#pragma once
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "dbase/table/table_exchange.h"
+#include "directory/StoredRows.h"
+#include "directory/TableChanges.h"
+#include "directory/TableWriting.h"
+#include "loading/undo_writer.h"
+
+namespace ambrel::directory {
+
+/// Keeps everybody else out of POSTAL, PROCEDEN and MUNICIPI, and exchanges them together. Without commit()
+/// the tables stay as they are, and there is no undo file.
+class DirectoryStoring final : public TableChanges {
+public:
+    /// `order`: what is being done, for the undo file; `undoFile`: empty for none. Errors:
+    /// dbase::Error(LockTimeout) if a program has one of the tables open; dbase::Error(Exists) if the undo
+    /// file exists.
+    DirectoryStoring(const std::string& folder, const std::string& undoFile, const std::string& order);
+    ~DirectoryStoring() override;
+
+    /// Whether it could begin now. Errors: dbase::Error(LockTimeout).
+    static void requirePossible(const std::string& folder);
+
+    /// As they are before commit().
+    [[nodiscard]] StoredTables present() const;
+
+    void add(DirectoryTable table, std::span<const char> row) override;
+    void change(DirectoryTable table, dbase::RecordNumber number, std::span<const char> before,
+                std::span<const char> after) override;
+    void erase(DirectoryTable table, dbase::RecordNumber number, std::span<const char> row) override;
+    /// First the new files and the undo file are on the disk, then the tables change. Errors: dbase::Error,
+    /// with the tables as they were unless its text says that the next opening completes the exchange.
+    void commit(const LoadingProgress& progress);
+
+private:
+    struct Part {
+        std::unique_ptr<StoredRows> present; // null if there is none yet
+        std::unique_ptr<TableWriting> writing;
+        std::size_t undoTable = 0;
+    };
+    [[nodiscard]] Part& part(DirectoryTable table) { return parts_.at(static_cast<std::size_t>(table)); }
+    void beginUndo(const std::string& undoFile, const std::string& order);
+
+    dbase::TableExchange exchange_;
+    std::array<Part, 3> parts_; // in the order of DirectoryTable
+    std::optional<loading::UndoWriter> undo_;
+    bool isCommitting_ = false;
+};
+
+} // namespace ambrel::directory

@@ -1,0 +1,103 @@
+// Reads the table of provenance.
+#include "directory/Provenance.h"
+
+#include <algorithm>
+#include <tuple>
+
+#include "dbase/table/bulk_loader.h"
+#include "dbase/table/table_exchange.h"
+
+namespace ambrel::directory {
+namespace {
+
+constexpr std::string_view openedSigns = "-EH"; // in the order of RangeOpening
+
+auto orderOf(const EarlierRow& row) { return std::tie(row.street, row.postalCode, row.ordinal, row.key); }
+
+EarlierRow earlierRow(const ProvenanceRow& row, const OfficialKey& official, dbase::RecordNumber number) {
+    return {.street = official.street,
+            .fingerprint = row.fingerprint,
+            .key = *row.key,
+            .provenance = number,
+            .postalCode = official.postalCode,
+            .ordinal = official.ordinal,
+            .opened = packed(row.opened),
+            .isNameShortened = row.isNameShortened};
+}
+
+} // namespace
+
+std::string openedText(const JoinedStretch& row) {
+    std::string text;
+    std::ranges::transform(row.opened, std::back_inserter(text), [](RangeOpening opening) {
+        return openedSigns[static_cast<std::size_t>(opening)];
+    });
+    return text;
+}
+
+std::uint8_t packed(std::string_view openedText) {
+    unsigned result = 0;
+    for (const char sign : openedText) {
+        const std::size_t value = openedSigns.find(sign);
+        result = result << 2 | (value == std::string_view::npos ? 0U : static_cast<unsigned>(value));
+    }
+    return static_cast<std::uint8_t>(result & 0xFFU);
+}
+
+std::uint8_t packed(const std::array<RangeOpening, 4>& opened) {
+    unsigned result = 0;
+    for (const RangeOpening one : opened) {
+        result = result << 2 | static_cast<unsigned>(one);
+    }
+    return static_cast<std::uint8_t>(result);
+}
+
+EarlierEdition readProvenance(const StoredRows& table, const LoadingProgress& progress) {
+    EarlierEdition earlier;
+    const ProvenanceRecord record(table.schema());
+    const dbase::RecordNumber count = table.recordCount();
+    earlier.streets.reserve(count);
+    table.forEach([&](dbase::RecordNumber number, std::span<const char> bytes) {
+        reportStep(progress, "PROCEDEN", number, count);
+        const std::optional<ProvenanceRow> row = record.read(bytes);
+        if (!row) {
+            return;
+        }
+        if (const std::string_view date = record.edition(bytes); date > earlier.date) {
+            earlier.date = date;
+        }
+        if (const auto street = row->key ? OfficialKey::fromText(row->official) : std::nullopt) {
+            earlier.streets.push_back(earlierRow(*row, *street, number));
+        } else if (const auto place = OfficialPlaceKey::fromText(row->official); place && !row->key) {
+            earlier.places.push_back({*place, row->fingerprint, std::string(row->wholeName), number});
+        }
+    });
+    const auto precedes = [](const EarlierRow& one, const EarlierRow& other) {
+        return orderOf(one) < orderOf(other);
+    };
+    if (!std::ranges::is_sorted(earlier.streets, precedes)) {
+        std::ranges::sort(earlier.streets, precedes);
+    }
+    std::ranges::sort(earlier.places, {}, &EarlierPlace::official);
+    return earlier;
+}
+
+void renewProvenanceTable(const std::string& tableFile) {
+    dbase::TableExchange exchange({tableFile});
+    const StoredRows present(tableFile, StoredRows::Others::AreKeptOut);
+    if (present.schema().find("HUELLA") && present.schema().find("NOMBRE")) {
+        return;
+    }
+    dbase::BulkLoader renewed(exchange.table(0), provenanceTable());
+    const ProvenanceRecord before(present.schema());
+    ProvenanceRecord after(renewed.schema());
+    present.forEach([&](dbase::RecordNumber, std::span<const char> bytes) {
+        if (const auto row = before.read(bytes)) {
+            renewed.add(after.write(*row, std::string(before.edition(bytes))));
+        }
+    });
+    renewed.finish();
+    exchange.commit();
+}
+
+} // namespace ambrel::directory

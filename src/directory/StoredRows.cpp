@@ -1,0 +1,65 @@
+// Reads rows in slices, between which others can work.
+#include "directory/StoredRows.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "dbase/system/folders.h"
+
+namespace ambrel::directory {
+
+StoredRows::StoredRows(const std::string& tableFile, Others others) {
+    if (others == Others::Change) {
+        table_ = dbase::Table::open(tableFile);
+    } else {
+        file_ = std::make_unique<dbase::TableFile>(
+            dbase::diskFolders().open(tableFile, dbase::OpenMode::ReadOnly));
+    }
+}
+
+const std::string& StoredRows::tableFile() const { return records().path(); }
+
+template<typename Operation>
+auto StoredRows::read(const Operation& operation) const {
+    return table_ ? table_->read(operation) : operation();
+}
+
+// Through a buffer and not the view in memory, of which all that is read once counts as the program's own.
+void StoredRows::forEach(const Visit& visit) const {
+    constexpr dbase::RecordNumber slice = 4096;
+    const std::size_t length = schema().recordLength;
+    std::vector<char> bytes(slice * length);
+    for (dbase::RecordNumber first = 1; first != 0;) {
+        const dbase::RecordNumber size = read([&] {
+            const dbase::RecordNumber count = recordCount();
+            const dbase::RecordNumber rows = first > count ? 0 : std::min(slice, count - first + 1);
+            if (rows > 0) {
+                records().file().read(records().offsetOf(first), std::span(bytes).first(rows * length));
+            }
+            return rows;
+        });
+        for (dbase::RecordNumber i = 0; i < size; ++i) {
+            const std::span<const char> row = std::span(bytes).subspan(i * length, length);
+            if (row.front() != dbase::deletedMark) {
+                visit(first + i, row);
+            }
+        }
+        first = size < slice ? 0 : first + size;
+    }
+}
+
+std::vector<char> StoredRows::row(dbase::RecordNumber number) const {
+    return read([&] {
+        std::vector<char> bytes;
+        if (number <= recordCount()) {
+            const std::span<const char> stored = records().record(number).bytes;
+            bytes.assign(stored.begin(), stored.end());
+        }
+        if (!bytes.empty() && bytes.front() == dbase::deletedMark) {
+            bytes.clear();
+        }
+        return bytes;
+    });
+}
+
+} // namespace ambrel::directory

@@ -1,0 +1,84 @@
+// Reads POSTAL once, beside an index of earlier rows by key.
+#include "directory/StoredStreets.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace ambrel::directory {
+namespace {
+
+/// Earlier rows by CODIGO1.
+class RowsByKey {
+public:
+    explicit RowsByKey(std::vector<EarlierRow>& rows) : rows_(rows), order_(rows.size()) {
+        std::iota(order_.begin(), order_.end(), 0U);
+        const auto key = [&](std::uint32_t place) { return rows_[place].key; };
+        if (!std::ranges::is_sorted(order_, {}, key)) {
+            std::ranges::sort(order_, {}, key);
+        }
+    }
+    /// Null if there is none. Rows mostly stand in the order of their keys, so the next one is tried first.
+    [[nodiscard]] EarlierRow* find(std::uint32_t key) {
+        if (next_ < order_.size() && rows_[order_[next_]].key == key) {
+            return &rows_[order_[next_++]];
+        }
+        const auto found =
+            std::ranges::lower_bound(order_, key, {}, [&](std::uint32_t place) { return rows_[place].key; });
+        if (found == order_.end() || rows_[*found].key != key) {
+            return nullptr;
+        }
+        next_ = static_cast<std::size_t>(found - order_.begin()) + 1;
+        return &rows_[*found];
+    }
+
+private:
+    std::vector<EarlierRow>& rows_;
+    std::vector<std::uint32_t> order_;
+    std::size_t next_ = 0;
+};
+
+void addOwn(const StreetRecord& record, std::span<const char> bytes, dbase::RecordNumber number,
+            const PlacesNamed& placesNamed, OwnStreets& own) {
+    if (const auto place = record.place(bytes)) {
+        own.add(*place, record.name(bytes), number);
+        return;
+    }
+    for (const PlaceCode place : placesNamed(record.municipality(bytes), record.postalCode(bytes))) {
+        own.add(place, record.name(bytes), number);
+    }
+}
+
+} // namespace
+
+StoredStreets readStoredStreets(const StoredRows& table, EarlierEdition& earlier,
+                                const PlacesNamed& placesNamed, const LoadingProgress& progress) {
+    StoredStreets stored;
+    const StreetRecord record(table.schema());
+    RowsByKey byKey(earlier.streets);
+    const dbase::RecordNumber count = table.recordCount();
+    bool isEmpty = true;
+    table.forEach([&](dbase::RecordNumber number, std::span<const char> bytes) {
+        reportStep(progress, "POSTAL", number, count);
+        isEmpty = false;
+        const std::optional<std::uint32_t> key = record.key(bytes);
+        EarlierRow* const row = key ? byKey.find(*key) : nullptr;
+        if (row != nullptr && row->record == 0) {
+            row->record = number;
+            row->state =
+                record.fingerprint(bytes) == row->fingerprint ? RowState::Untouched : RowState::Changed;
+        } else if (key) {
+            stored.keys.addUsed(*key);
+        }
+        if (row == nullptr || row->record != number || row->state == RowState::Changed) {
+            addOwn(record, bytes, number, placesNamed, stored.own);
+        }
+    });
+    for (EarlierRow& row : earlier.streets) {
+        stored.keys.addUsed(row.key);
+        row.state = isEmpty ? RowState::Lost : row.state;
+    }
+    stored.own.finish();
+    return stored;
+}
+
+} // namespace ambrel::directory
