@@ -13,7 +13,7 @@ using Kind = FolderEvent::Kind;
 
 class LoggedFile final : public File {
 public:
-    LoggedFile(std::unique_ptr<File> file, FileStatus status, std::shared_ptr<FolderLog> log)
+    LoggedFile(std::unique_ptr<File> file, FileStatus status, std::shared_ptr<RecordingFolders::Recorder> log)
         : file_(std::move(file)), status_(std::move(status)), number_(status_.inode), log_(std::move(log)) {}
 
     const std::string& path() const override { return file_->path(); }
@@ -22,15 +22,20 @@ public:
     FileStatus status() const override { return status_; }
     void read(std::uint64_t offset, std::span<char> bytes) const override { file_->read(offset, bytes); }
     void write(std::uint64_t offset, std::span<const char> bytes) override {
+        log_->before();
         file_->write(offset, bytes);
-        log_->push_back(
+        log_->events.push_back(
             {.kind = Kind::Write, .file = number_, .offset = offset, .bytes = {bytes.begin(), bytes.end()}});
     }
     void resize(std::uint64_t size) override {
+        log_->before();
         file_->resize(size);
-        log_->push_back({.kind = Kind::Resize, .file = number_, .offset = size});
+        log_->events.push_back({.kind = Kind::Resize, .file = number_, .offset = size});
     }
-    void sync() override { log_->push_back({.kind = Kind::Sync, .file = number_}); }
+    void sync() override {
+        log_->before();
+        log_->events.push_back({.kind = Kind::Sync, .file = number_});
+    }
     bool tryLock(LockRange range, LockKind kind) override { return file_->tryLock(range, kind); }
     void unlock(LockRange range) noexcept override { file_->unlock(range); }
     bool isLockedByOthers(LockRange range) const override { return file_->isLockedByOthers(range); }
@@ -39,7 +44,7 @@ private:
     std::unique_ptr<File> file_;
     FileStatus status_;
     FileNumber number_;
-    std::shared_ptr<FolderLog> log_;
+    std::shared_ptr<RecordingFolders::Recorder> log_;
 };
 
 bool changesNames(const FolderEvent& event) {
@@ -87,6 +92,15 @@ void FolderImage::writeInto(const std::string& folder) const {
 
 // --- Folders
 
+RecordingFolders::RecordingFolders(const FolderImage& image) {
+    for (const auto& [path, number] : image.names) {
+        auto content = std::make_shared<MemoryContent>();
+        content->bytes = image.contents.at(number);
+        names_[path] = {number, std::move(content)};
+        next_ = std::max(next_, number + 1);
+    }
+}
+
 std::uint64_t RecordingFolders::newDevice() {
     static std::uint64_t last = 0;
     return ++last;
@@ -108,6 +122,7 @@ std::unique_ptr<File> RecordingFolders::open(const std::string& path, OpenMode m
         if (mode != OpenMode::Create) {
             throw Error(ErrorCode::NotFound, path, "no existe");
         }
+        log_->before();
         names_[path] = {next_, std::make_shared<MemoryContent>()};
         changed({.kind = Kind::Make, .file = next_, .name = path});
         ++next_;
@@ -122,6 +137,7 @@ std::unique_ptr<File> RecordingFolders::open(const std::string& path, OpenMode m
 }
 
 void RecordingFolders::rename(const std::string& from, const std::string& to) {
+    log_->before();
     const auto renamed = names_.find(from);
     if (renamed == names_.end()) {
         throw Error(ErrorCode::Io, to, "no existe");
@@ -132,7 +148,9 @@ void RecordingFolders::rename(const std::string& from, const std::string& to) {
 }
 
 void RecordingFolders::remove(const std::string& path) {
-    if (names_.erase(path) > 0) {
+    if (exists(path)) {
+        log_->before();
+        names_.erase(path);
         changed({.kind = Kind::Remove, .name = path});
     }
 }
@@ -170,7 +188,8 @@ bool RecordingFolders::isStillThere(const File& file) const {
 }
 
 void RecordingFolders::syncFolderOf(const std::string& path) {
-    for (FolderEvent& event : *log_) {
+    log_->before();
+    for (FolderEvent& event : log_->events) {
         event.reachedDisk = event.reachedDisk || changesNames(event);
     }
     changed({.kind = Kind::SyncFolder, .name = path});

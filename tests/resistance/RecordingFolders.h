@@ -44,6 +44,10 @@ struct FolderImage {
 /// One folder; the log begins at its construction, or with startLog().
 class RecordingFolders final : public Folders {
 public:
+    RecordingFolders() = default;
+    /// With the contents of a disk.
+    explicit RecordingFolders(const FolderImage& image);
+
     [[nodiscard]] bool exists(const std::string& path) const override { return names_.contains(path); }
     [[nodiscard]] bool isFile(const std::string& path) const override { return exists(path); }
     [[nodiscard]] std::string realPath(const std::string& path) const override { return path; }
@@ -66,10 +70,19 @@ public:
     /// Is called before a file is opened, and may throw.
     std::function<void(const std::string& path)> onOpening = [](const std::string&) {};
 
+    /// Is called before anything is written, synced or named, and may throw.
+    void beforeEvents(std::function<void()> function) { log_->before = std::move(function); }
+
     /// Forgets all events so far: everything is on the disk.
-    void startLog() { log_->clear(); }
-    [[nodiscard]] const FolderLog& log() const { return *log_; }
+    void startLog() { log_->events.clear(); }
+    [[nodiscard]] const FolderLog& log() const { return log_->events; }
     [[nodiscard]] FolderImage image() const;
+
+    /// The log, shared by all open files.
+    struct Recorder {
+        FolderLog events;
+        std::function<void()> before = [] {};
+    };
 
 private:
     struct Entry {
@@ -78,12 +91,12 @@ private:
     };
 
     [[nodiscard]] static std::uint64_t newDevice();
-    void changed(FolderEvent event) { log_->push_back(std::move(event)); }
+    void changed(FolderEvent event) { log_->events.push_back(std::move(event)); }
 
     std::map<std::string, Entry> names_;
     std::uint64_t device_ = newDevice();
     FileNumber next_ = 1;
-    std::shared_ptr<FolderLog> log_ = std::make_shared<FolderLog>();
+    std::shared_ptr<Recorder> log_ = std::make_shared<Recorder>();
 };
 
 } // namespace dbase::test

@@ -14,6 +14,7 @@
 #include "dbase/table/check_journal.h"
 #include "dbase/table/check_report.h"
 #include "dbase/table/check_tree.h"
+#include "dbase/table/exchange_completion.h"
 #include "dbase/table/table_names.h"
 
 namespace dbase {
@@ -132,7 +133,12 @@ void checkKnownTags(const IndexFile& index, const std::vector<TagDefinition>& kn
 void checkIndexHeader(const TableFile& records, const IndexFile& index, CheckReport& report) {
     const UpdateStamp stamp = index.stamp();
     if (stamp.present && stamp.inUpdate) {
-        report.add(index.path(), "cabecera", "un programa terminó mientras escribía; hay que reindexar");
+        report.add(
+            index.path(), "cabecera",
+            isInExchange(records.path(), diskFolders())
+                ? "un programa terminó mientras sustituía varias tablas a la vez; el cambio se termina al "
+                  "abrir una de ellas"
+                : "un programa terminó mientras escribía; hay que reindexar");
     } else if (index.hasOwnHead()) {
         checkOwnBytes(records, index, report);
     }

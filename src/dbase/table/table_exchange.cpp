@@ -12,6 +12,15 @@
 
 namespace dbase {
 
+namespace {
+
+constexpr const char* willGoOn =
+    "; el cambio de las tablas se terminará la próxima vez que se abra una de ellas";
+constexpr const char* mayGoOn =
+    "; al abrir una de las tablas se verá si se han cambiado todas o se queda todo como estaba";
+
+} // namespace
+
 TableExchange::TableExchange(const std::vector<std::string>& tableFiles)
     : TableExchange(tableFiles, diskFolders()) {}
 
@@ -84,9 +93,7 @@ void TableExchange::commit() {
         }
     } catch (const Error& error) {
         release();
-        throw Error(error.code(), {},
-                    std::string(error.what()) +
-                        "; el cambio de las tablas se terminará la próxima vez que se abra una de ellas");
+        throw Error(error.code(), {}, error.what() + std::string(willGoOn));
     }
     release();
 }
@@ -102,6 +109,7 @@ std::unique_ptr<File> TableExchange::decide(const std::vector<TableReplacement*>
                 table->markFor(intention);
             });
         }
+        folders_.syncFolderOf(made.front()->newTableFile()); // or the intention could arrive without them
         return writeIntention(intention);
     } catch (...) {
         for (TableReplacement* table : made) {
@@ -124,11 +132,17 @@ std::unique_ptr<File> TableExchange::writeIntention(const Intention& intention) 
     }
     std::unique_ptr<File> file = createIntention(folder_, intention, folders_);
     try {
+        isDecided_ = true;
         file->write(0, text);
         file->sync();
         folders_.syncFolderOf(file->path());
-    } catch (...) {
-        removeIntention(*file, folders_);
+    } catch (const Error& error) {
+        try {
+            removeIntention(*file, folders_);
+        } catch (...) {
+            throw Error(error.code(), {}, error.what() + std::string(mayGoOn));
+        }
+        isDecided_ = false;
         throw;
     }
     return file;

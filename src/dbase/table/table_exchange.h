@@ -30,9 +30,11 @@ public:
     [[nodiscard]] TableReplacement& table(std::size_t index) { return *tables_.at(index); }
 
     /// Exchanges the tables whose new files were made; the others stay as they are. On return everything is
-    /// on the disk, and no table is held any more. Errors: Error, with all tables as they were, unless its
-    /// text says that the next opening completes the exchange.
+    /// on the disk, and no table is held any more. Errors: Error, with all tables as they were unless
+    /// isDecided().
     void commit();
+    /// Whether commit() got so far that the next program to open one of the tables may complete it.
+    [[nodiscard]] bool isDecided() const { return isDecided_; }
 
 private:
     void hold(const std::vector<std::string>& tableFiles);
@@ -45,6 +47,7 @@ private:
     std::string folder_;
     std::vector<std::unique_ptr<TableClaim>> claims_;
     std::vector<std::unique_ptr<TableReplacement>> tables_;
+    bool isDecided_ = false;
 };
 
 /// Completes the exchange that a stopped program has left in a folder, or removes what remains of it; opening

@@ -1,0 +1,110 @@
+// Fills, exchanges and reads the three tables.
+#include "ExchangedTables.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "dbase/support/StoredTable.h"
+#include "dbase/system/error.h"
+#include "dbase/table/bulk_loader.h"
+#include "dbase/table/table_creation.h"
+#include "dbase/table/table_exchange.h"
+#include "dbase/table/table_revision.h"
+
+namespace dbase::test {
+
+namespace {
+
+constexpr int rowsOfTable = 12;
+
+Bytes rowOf(const Schema& schema, int author, int number) {
+    return makeRecord(schema, {std::to_string(author), "FILA " + std::to_string(number)});
+}
+
+void load(BulkLoader& loader, int author) {
+    for (int number = 1; number <= rowsOfTable; ++number) {
+        loader.add(rowOf(loader.schema(), author, number));
+    }
+    loader.finish();
+}
+
+int authorOf(Table& table) {
+    EXPECT_FALSE(table.isReadOnly()) << table.readOnlyReason();
+    const auto byAuthor = order(table, "AUTOR"), byName = order(table, "NOMBRE");
+    EXPECT_EQ(byAuthor.size(), rowsOfTable) << table.path();
+    EXPECT_EQ(byName.size(), rowsOfTable) << table.path();
+    std::string author;
+    for (const RecordNumber number : byAuthor) {
+        const std::string found = valueOf(table.schema(), storedRecord(table, number), "AUTOR");
+        EXPECT_TRUE(author.empty() || found == author) << table.path() << " has rows of two";
+        author = found;
+    }
+    return std::stoi(author);
+}
+
+} // namespace
+
+std::vector<std::string> exchangedFiles(const std::string& folder) {
+    std::vector<std::string> files;
+    for (const std::string name : exchangedNames) {
+        files.push_back(folder + '/' + name + ".DBF");
+    }
+    return files;
+}
+
+TableDefinition exchangedDefinition(const std::string& name) {
+    return {.name = name,
+            .columns = {{"AUTOR", ColumnType::Numeric, 6, 0, 0}, {"NOMBRE", ColumnType::Character, 60, 0, 0}},
+            .tags = {{.name = "AUTOR", .expression = "AUTOR"}, {.name = "NOMBRE", .expression = "NOMBRE"}}};
+}
+
+void makeExchangedTables(const std::string& folder, Folders& folders) {
+    const std::vector<std::string> files = exchangedFiles(folder);
+    for (const std::size_t i : {0U, 1U}) {
+        createTable(folders, folder, exchangedDefinition(exchangedNames.at(i)));
+        BulkLoader loader(files.at(i), BulkLoader::Mode::Append, folders);
+        load(loader, 0);
+    }
+}
+
+void exchangeBy(int author, const std::string& folder, Folders& folders) {
+    TableExchange exchange(exchangedFiles(folder), folders);
+    fillExchange(exchange, author);
+    exchange.commit();
+}
+
+void fillExchange(TableExchange& exchange, int author) {
+    {
+        TableRevision revision(exchange.table(0));
+        for (RecordNumber number = 1; number <= revision.recordCount(); ++number) {
+            revision.change(number, rowOf(revision.schema(), author, static_cast<int>(number)));
+        }
+        revision.finish();
+    }
+    BulkLoader towns(exchange.table(1));
+    load(towns, author);
+    BulkLoader origin(exchange.table(2), exchangedDefinition(exchangedNames[2]));
+    load(origin, author);
+}
+
+Authors authorsIn(const std::string& folder, std::size_t first, Folders& folders) {
+    const std::vector<std::string> files = exchangedFiles(folder);
+    Authors authors{};
+    std::vector<std::shared_ptr<Table>> open;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const std::size_t number = (first + i) % files.size();
+        try {
+            open.push_back(Table::open(files[number], folders));
+            authors.at(number) = authorOf(*open.back());
+        } catch (const Error& error) {
+            if (error.code() != ErrorCode::NotFound) {
+                throw;
+            }
+            authors.at(number) = noTable;
+        }
+    }
+    return authors;
+}
+
+} // namespace dbase::test
