@@ -24,8 +24,10 @@ AddressDirectory::AddressDirectory(const std::string& database)
     : shown_(database, "MUNICIPI", "NOMBRE"), all_(database), streets_(database, "POSTAL", "NOMBREVIA") {
     shown_.setAfterOpen(hideMinorEntities);
     shown_.open();
+    StreetRows::bindColumns(streets_);
     streets_.open();
     streetIneCode_ = streets_.findField("COD_INE");
+    rows_.emplace(streets_);
 }
 
 std::vector<Municipality> AddressDirectory::municipalitiesNamed(const std::string& name) {
@@ -53,47 +55,14 @@ std::optional<std::string> AddressDirectory::municipalityNameBeginning(const std
     return isFound ? std::optional(shownName_.text()) : std::nullopt;
 }
 
-bool AddressDirectory::isOwn(const Municipality& municipality) const {
-    return municipality.owns(streetCode_.view(),
-                             streetIneCode_ ? streetIneCode_->view() : std::string_view());
-}
-
-StreetStretch AddressDirectory::currentStretch() const {
-    return {.record = streets_.recordNumber(),
-            .key = key_.text(),
-            .type = type_.text(),
-            .name = street_.text(),
-            .postalCode = streetCode_.text(),
-            .ineCode = streetIneCode_ ? streetIneCode_->text() : std::string(),
-            .ranges = {.odd = {oddFirst_.integer(), oddLast_.integer()},
-                       .even = {evenFirst_.integer(), evenLast_.integer()}}};
-}
-
-void AddressDirectory::visitOwn(const Municipality& municipality, const std::string& province,
-                                const std::string& from, const std::function<bool()>& wantsMore,
-                                const std::function<bool()>& visit) {
-    if (!streets_.seek({{"PROVINCIA", province}, {"VIA", from}}, dbase::SeekMode::Nearest)) {
-        return;
-    }
-    const auto goesOn = [&] { return streetProvince_.view() == province && wantsMore(); };
-    const auto isLast = [&] { return isOwn(municipality) && !visit(); };
-    dbase::walkTo(streets_, goesOn, isLast);
-}
-
 std::vector<StreetStretch> AddressDirectory::stretches(const Municipality& municipality,
                                                        const std::string& name) {
     const dbase::ReadScope scope;
     std::vector<StreetStretch> found;
-    if (name.empty() || name.size() > streetNameWidth) {
-        return found;
-    }
-    for (const std::string& province : municipality.provinces) {
-        visitOwn(
-            municipality, province, name, [&] { return street_.view() == name; },
-            [&] {
-                found.push_back(currentStretch());
-                return true;
-            });
+    if (!name.empty() && name.size() <= streetNameWidth) {
+        for (const std::string& province : municipality.provinces) {
+            rows_->addOwn(municipality, province, name, found);
+        }
     }
     return found;
 }
@@ -114,6 +83,20 @@ bool AddressDirectory::hasStreet(const std::string& name) {
     return false;
 }
 
+std::optional<std::string> AddressDirectory::ownName(const Municipality& municipality,
+                                                     const std::string& province, const std::string& text) {
+    const auto goesOn = [&] {
+        return streetProvince_.view() == province && street_.view().starts_with(text);
+    };
+    const auto isOwn = [&] {
+        return municipality.owns(streetCode_.view(),
+                                 streetIneCode_ ? streetIneCode_->view() : std::string_view());
+    };
+    const bool isFound = streets_.seek({{"PROVINCIA", province}, {"VIA", text}}, dbase::SeekMode::Nearest) &&
+                         dbase::walkTo(streets_, goesOn, isOwn);
+    return isFound ? std::optional(street_.text()) : std::nullopt;
+}
+
 std::optional<StreetStretch> AddressDirectory::streetBeginning(const Municipality& municipality,
                                                                const std::string& text,
                                                                const std::string& type) {
@@ -123,18 +106,15 @@ std::optional<StreetStretch> AddressDirectory::streetBeginning(const Municipalit
         return best;
     }
     for (const std::string& province : municipality.provinces) {
-        std::optional<StreetStretch> here;
-        visitOwn(
-            municipality, province, text,
-            [&] { return street_.view().starts_with(text) && (!here || street_.view() == here->name); },
-            [&] {
-                if (!here || type_.view() == type) {
-                    here = currentStretch();
-                }
-                return here->type != type;
-            });
-        if (here && (!best || here->name < best->name)) {
-            best = here;
+        const std::optional<std::string> name = ownName(municipality, province, text);
+        if (!name || (best && *name >= best->name)) {
+            continue;
+        }
+        std::vector<StreetStretch> rows;
+        rows_->addOwn(municipality, province, *name, rows);
+        if (!rows.empty()) {
+            const auto ofType = std::ranges::find(rows, type, &StreetStretch::type);
+            best = ofType == rows.end() ? rows.front() : *ofType;
         }
     }
     return best;

@@ -1,29 +1,17 @@
 // Table lookups for one address: municipalities by name, and a municipality's own streets.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "controller/NumberRange.h"
+#include "address/StreetRows.h"
 #include "data/Municipality.h"
 #include "dbase/dataset/dataset.h"
 #include "suggest/TableStamp.h"
 
 namespace ambrel {
-
-/// A row of POSTAL. Texts in Windows-1252.
-struct StreetStretch {
-    dbase::RecordNumber record = 0;
-    std::string key; // CODIGO1
-    std::string type;
-    std::string name;
-    std::string postalCode;
-    std::string ineCode; // blank if never filled in
-    StretchRanges ranges;
-};
 
 /// Looks up with cursors of its own, so that no other cursor moves. Streets are found by province and name,
 /// whatever their capital mark: street keys contain no municipality, and outside capitals the streets of a
@@ -57,12 +45,9 @@ public:
     streetBeginning(const Municipality& municipality, const std::string& text, const std::string& type);
 
 private:
-    /// Whether the current row of POSTAL belongs to the municipality.
-    [[nodiscard]] bool isOwn(const Municipality& municipality) const;
-    [[nodiscard]] StreetStretch currentStretch() const;
-    /// Visits the municipality's own rows from a name on, province by province, while the visitor wants more.
-    void visitOwn(const Municipality& municipality, const std::string& province, const std::string& from,
-                  const std::function<bool()>& wantsMore, const std::function<bool()>& visit);
+    /// The municipality's first street in a province, by name, that begins with a text.
+    [[nodiscard]] std::optional<std::string> ownName(const Municipality& municipality,
+                                                     const std::string& province, const std::string& text);
 
     dbase::Dataset shown_; // by name, as the configuration shows them
     dbase::Field& shownName_ = shown_.bindCharacter("NOMBRE", 53);
@@ -71,16 +56,11 @@ private:
     MunicipalityCursor all_; // minor entities included
 
     dbase::Dataset streets_; // by province and name
-    dbase::Field& key_ = streets_.bindCharacter("CODIGO1", 8);
     dbase::Field& streetProvince_ = streets_.bindCharacter("PROVINCIA", 2);
-    dbase::Field& type_ = streets_.bindCharacter("TIPO_VIA", 3);
     dbase::Field& street_ = streets_.bindCharacter("VIA", 45);
-    dbase::Field& oddFirst_ = streets_.bindInteger("IMPAR_INI");
-    dbase::Field& oddLast_ = streets_.bindInteger("IMPAR_FIN");
-    dbase::Field& evenFirst_ = streets_.bindInteger("PAR_INI");
-    dbase::Field& evenLast_ = streets_.bindInteger("PAR_FIN");
     dbase::Field& streetCode_ = streets_.bindCharacter("CODPOSTAL", 5);
     dbase::Field* streetIneCode_ = nullptr; // null if a foreign table lacks it
+    std::optional<StreetRows> rows_;        // of a name
 };
 
 } // namespace ambrel

@@ -25,6 +25,19 @@ std::string_view withoutBlanks(std::string_view text) {
     return text;
 }
 
+std::string_view withoutPadding(std::string_view raw) {
+    constexpr std::string_view blanks = "        ";
+    std::size_t size = raw.size();
+    while (size >= blanks.size() &&
+           std::memcmp(raw.data() + size - blanks.size(), blanks.data(), blanks.size()) == 0) {
+        size -= blanks.size(); // a word at a time
+    }
+    while (size > 0 && raw[size - 1] == ' ') {
+        --size;
+    }
+    return raw.substr(0, size);
+}
+
 /// Removes a sign from the front; true for minus.
 bool takeSign(std::string_view& text) {
     if (text.empty() || (text.front() != '-' && text.front() != '+')) {
@@ -74,19 +87,13 @@ std::string_view decodeText(std::string_view raw) {
     if (raw.empty()) {
         return raw;
     }
-    if (const void* end = std::memchr(raw.data(), 0, raw.size())) {
-        raw = raw.substr(0, static_cast<std::size_t>(static_cast<const char*>(end) - raw.data()));
+    raw = withoutPadding(raw); // first, as most of a wide column is padding
+    const void* const end = std::memchr(raw.data(), 0, raw.size());
+    if (end == nullptr) {
+        return raw;
     }
-    constexpr std::string_view blanks = "        ";
-    std::size_t size = raw.size();
-    while (size >= blanks.size() &&
-           std::memcmp(raw.data() + size - blanks.size(), blanks.data(), blanks.size()) == 0) {
-        size -= blanks.size(); // a word at a time: most of a wide column is padding
-    }
-    while (size > 0 && raw[size - 1] == ' ') {
-        --size;
-    }
-    return raw.substr(0, size);
+    return withoutPadding(
+        raw.substr(0, static_cast<std::size_t>(static_cast<const char*>(end) - raw.data())));
 }
 
 std::optional<double> decodeNumber(std::string_view raw) {
