@@ -144,19 +144,25 @@ public:
     std::vector<AddressParts> read() {
         street_ = streetPiece();
         const std::vector<StreetWords> streets = streetReadings();
+        if (!hasTown_) {
+            for (const StreetWords& street : streets) {
+                add(street, {}, {});
+            }
+            return std::move(readings_);
+        }
         std::vector<std::vector<StreetInTown>> all;
         for (const StreetWords& street : streets) {
-            all.push_back(placed(street));
+            all.push_back(readTowns(words_, pieces_, street_, street));
         }
         // The likeliest of each first, then the others of each.
         for (std::size_t depth = 0; depth < mostReadings; ++depth) {
             for (const auto& towns : all) {
                 if (depth < towns.size()) {
-                    add(towns[depth]);
+                    add(towns[depth].street, towns[depth].municipality, towns[depth].province);
                 }
             }
         }
-        if (hasTown_ && code_.words.isEmpty()) {
+        if (code_.words.isEmpty()) {
             addTownAlone();
         }
         return std::move(readings_);
@@ -247,42 +253,37 @@ private:
         return readings;
     }
 
-    std::vector<StreetInTown> placed(const StreetWords& street) const {
-        return hasTown_ ? readTowns(words_, pieces_, street_, street)
-                        : std::vector<StreetInTown>{{street, {}, {}}};
-    }
-
-    void add(const StreetInTown& placed) {
+    void add(const StreetWords& street, WordRange municipality, WordRange province) {
         Draft draft(words_);
-        draft.useStreet(placed.street);
-        draft.use(placed.municipality, Use::Municipality);
-        draft.use(placed.province, Use::Province);
-        useOthers(draft, placed);
+        draft.useStreet(street);
+        draft.use(municipality, Use::Municipality);
+        draft.use(province, Use::Province);
+        useOthers(draft, street);
         addOnce(draft.parts());
     }
 
-    void addOnce(AddressParts parts) {
+    void addOnce(AddressParts&& parts) {
         if (readings_.size() < mostReadings && std::ranges::find(readings_, parts) == readings_.end()) {
             readings_.push_back(std::move(parts));
         }
     }
 
     /// The pieces beside street and town.
-    void useOthers(Draft& draft, const StreetInTown& placed) const {
+    void useOthers(Draft& draft, const StreetWords& street) const {
         for (std::size_t i = 0; i < pieces_.size(); ++i) {
             const AddressPiece& piece = pieces_[i];
             if (piece.kind == Kind::Code) {
                 draft.use({piece.words.first, code_.code}, Use::Dropped);
                 draft.use({code_.code, code_.code + 1}, Use::Code);
             } else if (piece.kind == Kind::Inside) {
-                const WrittenNumber& number = placed.street.number;
+                const WrittenNumber& number = street.number;
                 const bool isNumber = number.isThere() && number.words.first == piece.words.first;
                 if (isNumber) {
                     draft.use({number.words.last, piece.words.last}, Use::Floor);
                 } else {
                     draft.useInside(piece.words);
                 }
-            } else if (piece.kind == Kind::Type && i == street_ + 1 && placed.street.type.isEmpty()) {
+            } else if (piece.kind == Kind::Type && i == street_ + 1 && street.type.isEmpty()) {
                 const WrittenType type = readWrittenType(words_, piece.words.first, piece.words.last);
                 draft.use({piece.words.first, type.end}, Use::Type);
                 draft.use({type.end, piece.words.last}, Use::Street);

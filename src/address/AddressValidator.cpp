@@ -76,23 +76,26 @@ bool hasSameCode(const AddressOption& a, const AddressOption& b) {
     return a.code.isSure() && b.code.isSure() && a.code.stretch.postalCode == b.code.stretch.postalCode;
 }
 
-/// The best verdict so far; of equal ones the most likely, then the one that leaves nothing of the street
-/// unread, then the first.
-struct Best {
-    std::optional<JudgedAddress> judged;
-    bool isAllRead = false;
-
-    /// Whether nobody needs to look further.
-    [[nodiscard]] bool isDecided(JudgedAddress&& other, bool isOtherAllRead) {
-        const auto rank = [](const JudgedAddress& one, bool isAll) {
-            return std::tuple(isSettled(one.verdict) && isAll, one.verdict, one.confidence);
-        };
-        if (!judged || rank(other, isOtherAllRead) > rank(*judged, isAllRead)) {
-            judged = std::move(other);
-            isAllRead = isOtherAllRead;
+/// The best of the verdicts after which one has to look further; of equal ones the most likely, then the
+/// first.
+class Best {
+public:
+    /// Whether nobody needs to look further. Keeps a verdict otherwise, if it is the best so far.
+    [[nodiscard]] bool isDecidedBy(JudgedAddress& judged, bool isAllRead) {
+        if (isSettled(judged.verdict) && isAllRead) {
+            return true;
         }
-        return isSettled(judged->verdict) && isAllRead;
+        const auto rank = [](const JudgedAddress& one) { return std::pair(one.verdict, one.confidence); };
+        if (!best_ || rank(judged) > rank(*best_)) {
+            best_ = std::move(judged);
+        }
+        return false;
     }
+    /// Null if there was none.
+    [[nodiscard]] std::optional<JudgedAddress>& judged() { return best_; }
+
+private:
+    std::optional<JudgedAddress> best_;
 };
 
 } // namespace
@@ -110,11 +113,13 @@ public:
     }
 
 private:
-    [[nodiscard]] AddressQuestion questionOf(AddressParts parts);
-    [[nodiscard]] Finding findExactly(AddressParts reading);
+    [[nodiscard]] AddressQuestion questionOf(AddressParts&& parts);
+    [[nodiscard]] Finding findExactly(AddressParts&& reading);
     void findNear(Finding& finding);
     void addCodeReadings(GivenReadings& readings);
     [[nodiscard]] JudgedAddress judge(Finding& finding);
+    [[nodiscard]] Verdict verdictOnBest(Finding& finding) const;
+    [[nodiscard]] JudgedAddress judgeOpen(const Finding& finding, Verdict verdict) const;
     [[nodiscard]] JudgedAddress judge(const GivenAddress& given);
     [[nodiscard]] bool hasTwoTypes(const GivenAddress& given, const std::string& street);
     [[nodiscard]] JudgedAddress judgeWithoutStreet(const Finding& finding);
@@ -130,7 +135,7 @@ private:
     suggest::TextMap<std::string> provinces_; // by what was written
 };
 
-AddressQuestion AddressValidator::Implementation::questionOf(AddressParts parts) {
+AddressQuestion AddressValidator::Implementation::questionOf(AddressParts&& parts) {
     AddressQuestion question;
     question.municipality = tidied(parts.municipality);
     question.street = tidied(parts.street);
@@ -149,14 +154,14 @@ AddressQuestion AddressValidator::Implementation::questionOf(AddressParts parts)
         question.isProvinceUnknown = question.province.empty();
     }
     question.number = readHouseNumber(parts.number);
-    if (tidied(parts.number).starts_with("KM")) {
+    if (parts.number.find_first_of("Kk") != std::string::npos && tidied(parts.number).starts_with("KM")) {
         question.number = {};
     }
     question.parts = std::move(parts);
     return question;
 }
 
-Finding AddressValidator::Implementation::findExactly(AddressParts reading) {
+Finding AddressValidator::Implementation::findExactly(AddressParts&& reading) {
     Finding finding{questionOf(std::move(reading)), {}, {}};
     const AddressQuestion& question = finding.question;
     finding.places = places_.exact(question);
@@ -268,41 +273,46 @@ JudgedAddress AddressValidator::Implementation::judgeWithoutStreet(const Finding
     return judged;
 }
 
+/// On the first option, in the light of the others.
+Verdict AddressValidator::Implementation::verdictOnBest(Finding& finding) const {
+    const std::optional<Verdict> rivals = rivalry(finding.options);
+    const Verdict verdict = verdictOn(finding.options.front(), finding.question, options_);
+    return rivals && verdict != Verdict::Doubtful ? *rivals : verdict;
+}
+
+/// Something is near, and cannot be taken.
+JudgedAddress AddressValidator::Implementation::judgeOpen(const Finding& finding, Verdict verdict) const {
+    const AddressOption& first = finding.options.front();
+    const bool isOnePlace = std::ranges::all_of(finding.options, [&](const AddressOption& one) {
+        return one.place.municipality == first.place.municipality;
+    });
+    const bool isPlaceKnown = isOnePlace && 1 - first.place.doubt >= options_.threshold;
+    JudgedAddress judged =
+        judgedWithoutStreet(isPlaceKnown ? &first.place : nullptr, verdict, finding.question);
+    judged.confidence = first.confidence;
+    return judged;
+}
+
 JudgedAddress AddressValidator::Implementation::judge(Finding& finding) {
     std::vector<AddressOption>& options = finding.options;
     for (AddressOption& option : options) {
         weigh(option, finding.question);
     }
     // What is as written comes first, whatever the postal code says.
-    std::ranges::stable_sort(options, std::greater<>(), [](const AddressOption& option) {
-        return std::pair(option.isCertain(), option.confidence);
-    });
-    JudgedAddress judged;
-    std::size_t shown = 0;
-    if (options.empty() || options.front().points < leastNear) {
-        judged = judgeWithoutStreet(finding);
-    } else {
-        const std::optional<Verdict> rivals = rivalry(options);
-        Verdict verdict = verdictOn(options.front(), finding.question, options_);
-        if (rivals && verdict != Verdict::Doubtful) {
-            verdict = *rivals;
-        }
-        const bool isTaken = verdict != Verdict::Doubtful && verdict != Verdict::Ambiguous;
-        if (isTaken) {
-            judged = judgedAs(options.front(), verdict, finding.question);
-            shown = 1;
-        } else {
-            const bool samePlace = std::ranges::all_of(options, [&](const AddressOption& one) {
-                return one.place.municipality == options.front().place.municipality;
-            });
-            const bool isPlaceKnown = samePlace && 1 - options.front().place.doubt >= options_.threshold;
-            judged = judgedWithoutStreet(isPlaceKnown ? &options.front().place : nullptr, verdict,
-                                         finding.question);
-            judged.confidence = options.front().confidence;
-        }
+    if (options.size() > 1) {
+        std::ranges::stable_sort(options, std::greater<>(), [](const AddressOption& option) {
+            return std::pair(option.isCertain(), option.confidence);
+        });
     }
+    const bool isNear = !options.empty() && options.front().points >= leastNear;
+    const Verdict verdict = isNear ? verdictOnBest(finding) : Verdict::UnknownStreet;
+    const bool isTaken = isNear && verdict != Verdict::Doubtful && verdict != Verdict::Ambiguous;
+    JudgedAddress judged = isTaken  ? judgedAs(options.front(), verdict, finding.question)
+                           : isNear ? judgeOpen(finding, verdict)
+                                    : judgeWithoutStreet(finding);
     if (!isSettled(judged.verdict)) {
-        for (; shown < options.size() && judged.alternatives.size() < mostAlternatives; ++shown) {
+        for (std::size_t shown = isTaken ? 1 : 0;
+             shown < options.size() && judged.alternatives.size() < mostAlternatives; ++shown) {
             judged.alternatives.push_back(alternativeOf(options[shown]));
         }
     }
@@ -368,8 +378,11 @@ JudgedAddress AddressValidator::Implementation::judge(const GivenAddress& given)
         }
         for (AddressParts& reading : areWhole ? readings.whole : readings.likely) {
             Finding finding = findExactly(std::move(reading));
-            if (!finding.options.empty() && best.isDecided(judge(finding), isAllRead(finding, rest))) {
-                return std::move(*best.judged);
+            if (!finding.options.empty()) {
+                JudgedAddress judged = judge(finding);
+                if (best.isDecidedBy(judged, isAllRead(finding, rest))) {
+                    return judged;
+                }
             }
             // The suggestions find a type in a name themselves.
             if (!areWhole || isTypeGiven) {
@@ -377,17 +390,18 @@ JudgedAddress AddressValidator::Implementation::judge(const GivenAddress& given)
             }
         }
     }
-    if (best.judged) {
-        return std::move(*best.judged);
+    if (best.judged()) {
+        return *std::move(best.judged());
     }
     findings.resize(std::min(findings.size(), mostNearReadings));
     for (Finding& finding : findings) {
         findNear(finding);
-        if (best.isDecided(judge(finding), isAllRead(finding, rest))) {
-            break;
+        JudgedAddress judged = judge(finding);
+        if (best.isDecidedBy(judged, isAllRead(finding, rest))) {
+            return judged;
         }
     }
-    return std::move(*best.judged);
+    return *std::move(best.judged());
 }
 
 std::size_t provinceHint(const GivenAddress& given) {

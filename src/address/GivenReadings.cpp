@@ -2,6 +2,7 @@
 #include "address/GivenReadings.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "address/AddressLine.h"
@@ -11,6 +12,7 @@ namespace ambrel {
 namespace {
 
 constexpr std::size_t mostReadings = 24;
+constexpr std::size_t mostDigits = 4; // of a house number
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isBlank(std::string_view text) { return withoutBlanks(text).empty(); }
@@ -29,7 +31,13 @@ void takeColumn(std::string& part, std::string_view column) {
 
 /// The number's column. Figures that cannot be a house number are one that no street has.
 AddressParts readNumberColumn(std::string_view text) {
-    AddressParts parts = readNumberText(text);
+    AddressParts parts;
+    const std::string_view number = withoutBlanks(text);
+    if (number.size() <= mostDigits && std::ranges::all_of(number, isDigit)) {
+        parts.number = number; // what most columns hold needs no reading
+        return parts;
+    }
+    parts = readNumberText(text);
     if (parts.number.empty() && parts.floor.empty() && !parts.rest.empty() && isDigit(parts.rest.front())) {
         parts.number = std::exchange(parts.rest, {});
     }
@@ -44,16 +52,15 @@ void takeNumber(AddressParts& parts, const AddressParts& number) {
     append(parts.rest, number.rest);
 }
 
-/// Readings of the column of municipalities: "28901 Getafe", "Getafe (Madrid)". The first is as it stands.
-std::vector<AddressParts> readMunicipality(std::string_view text) {
-    AddressParts whole;
-    whole.municipality = withoutBlanks(text);
-    std::vector<AddressParts> readings(1, whole);
+/// What the column of municipalities may say besides a name: "28901 Getafe", "Getafe (Madrid)"; null if it
+/// says nothing else.
+std::optional<AddressParts> splitMunicipality(std::string_view text) {
     if (text.find_first_of("0123456789(,") == std::string_view::npos) {
-        return readings;
+        return std::nullopt;
     }
-    AddressParts split = whole;
-    std::string_view name = split.municipality;
+    const std::string_view whole = withoutBlanks(text);
+    AddressParts split;
+    std::string_view name = whole;
     if (name.size() > 6 && std::all_of(name.begin(), name.begin() + 5, isDigit) && !isDigit(name[5])) {
         split.postalCode = name.substr(0, 5);
         name.remove_prefix(5);
@@ -72,11 +79,11 @@ std::vector<AddressParts> readMunicipality(std::string_view text) {
         split.province = withoutBlanks(name.substr(comma + 1));
         name = withoutBlanks(name.substr(0, comma));
     }
-    if (!name.empty() && name != whole.municipality) {
-        split.municipality = std::string(name);
-        readings.push_back(split);
+    if (name.empty() || name == whole) {
+        return std::nullopt;
     }
-    return readings;
+    split.municipality = name;
+    return split;
 }
 
 /// A reading with the type as a part of the name, and one with all that follows the type; `number`: of the
@@ -133,7 +140,7 @@ std::vector<AddressParts> readStreet(const GivenAddress& given) {
 std::vector<AddressParts> combined(const std::vector<AddressParts>& lines,
                                    std::vector<AddressParts> streets) {
     if (lines.size() == 1 && lines.front() == AddressParts()) {
-        return streets; // there is no line
+        return streets; // the line says nothing
     }
     std::vector<AddressParts> both;
     for (const AddressParts& line : lines) {
@@ -156,13 +163,29 @@ void takePlace(AddressParts& reading, const AddressParts& place, const GivenAddr
     takeColumn(reading.province, place.province);
 }
 
+/// The municipality's column: the name as it stands and, where there is one, a second reading.
+void takeMunicipality(std::vector<AddressParts>& readings, const GivenAddress& given) {
+    const std::size_t count = readings.size();
+    if (const std::optional<AddressParts> split = splitMunicipality(given.municipality)) {
+        for (std::size_t i = 0; i < count; ++i) {
+            AddressParts reading = readings[i];
+            takePlace(reading, *split, given);
+            readings.push_back(std::move(reading));
+        }
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        readings[i].municipality = withoutBlanks(given.municipality);
+    }
+}
+
 /// The readings of line, street and number, without the other columns.
 std::vector<AddressParts> bareReadings(const GivenAddress& given) {
+    if (!isBlank(given.street)) {
+        return isBlank(given.line) ? readStreet(given)
+                                   : combined(readAddressLine(given.line), readStreet(given));
+    }
     std::vector<AddressParts> lines =
         isBlank(given.line) ? std::vector<AddressParts>(1) : readAddressLine(given.line);
-    if (!isBlank(given.street)) {
-        return combined(lines, readStreet(given));
-    }
     if (!isBlank(given.number)) {
         const AddressParts number = readNumberColumn(given.number);
         for (AddressParts& reading : lines) {
@@ -175,18 +198,7 @@ std::vector<AddressParts> bareReadings(const GivenAddress& given) {
 /// Takes the columns other than the street's.
 void takeColumns(std::vector<AddressParts>& readings, const GivenAddress& given) {
     if (!isBlank(given.municipality)) {
-        const std::vector<AddressParts> places = readMunicipality(given.municipality);
-        const std::size_t count = readings.size();
-        for (std::size_t i = 1; i < places.size(); ++i) {
-            for (std::size_t j = 0; j < count; ++j) {
-                AddressParts reading = readings[j];
-                takePlace(reading, places[i], given);
-                readings.push_back(std::move(reading));
-            }
-        }
-        for (std::size_t j = 0; j < count; ++j) {
-            takePlace(readings[j], places.front(), given);
-        }
+        takeMunicipality(readings, given);
     }
     for (AddressParts& reading : readings) {
         takeColumn(reading.type, given.type);

@@ -64,24 +64,36 @@ bool mayFollow(std::string_view rest) {
     return !lettersOf(rest).starts_with("KM");
 }
 
+/// `digits`: how many the text begins with.
+HouseNumber numberOf(std::string_view text, std::size_t digits) {
+    if (digits == 0 || digits > mostDigits || !mayFollow(text.substr(digits))) {
+        return {.kind = HouseNumber::Kind::Unclear};
+    }
+    const int value = Cad_Int(text.substr(0, digits));
+    if (value == 0) {
+        return {.kind = HouseNumber::Kind::Unclear};
+    }
+    return {.kind = HouseNumber::Kind::Known, .value = value};
+}
+
+std::size_t digitsAtStart(std::string_view text) {
+    return static_cast<std::size_t>(std::ranges::find_if_not(text, isDigit) - text.begin());
+}
+
 } // namespace
 
 HouseNumber readHouseNumber(std::string_view written) {
-    const std::string capitals = UpperCase(std::string(withoutBlanks(written)));
+    const std::string_view trimmed = withoutBlanks(written);
+    if (const std::size_t digits = digitsAtStart(trimmed); digits > 0 && digits == trimmed.size()) {
+        return numberOf(trimmed, digits); // most of them
+    }
+    const std::string capitals = UpperCase(trimmed);
     const std::string_view text = capitals;
     if (text.empty() || saysThatThereIsNone(text)) {
         return {};
     }
     const std::string_view number = withoutAbbreviation(text);
-    const auto digits = static_cast<std::size_t>(std::ranges::find_if_not(number, isDigit) - number.begin());
-    if (digits == 0 || digits > mostDigits || !mayFollow(number.substr(digits))) {
-        return {.kind = HouseNumber::Kind::Unclear};
-    }
-    const int value = Cad_Int(std::string(number.substr(0, digits)));
-    if (value == 0) {
-        return {.kind = HouseNumber::Kind::Unclear};
-    }
-    return {.kind = HouseNumber::Kind::Known, .value = value};
+    return numberOf(number, digitsAtStart(number));
 }
 
 } // namespace ambrel

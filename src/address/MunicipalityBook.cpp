@@ -77,10 +77,10 @@ MunicipalityPointer MunicipalityBook::find(const std::string& ineCode) {
     const auto [entry, isNew] = byIneCode_.try_emplace(ineCode);
     if (isNew) {
         if (auto one = directory_.municipality(ineCode)) {
-            entry->second = std::make_shared<const Municipality>(std::move(*one));
+            entry->second = std::make_unique<const Municipality>(std::move(*one));
         }
     }
-    return entry->second;
+    return entry->second.get();
 }
 
 } // namespace ambrel

@@ -13,7 +13,8 @@
 
 namespace ambrel {
 
-using MunicipalityPointer = std::shared_ptr<const Municipality>;
+/// Stays valid until MunicipalityBook::renew().
+using MunicipalityPointer = const Municipality*;
 
 /// Answers as AddressDirectory does. Errors: dbase::Error.
 class MunicipalityBook {
@@ -40,7 +41,7 @@ private:
     dbase::Field& postalCode_ = rows_.bindCharacter("CODPOSTAL", 5);
     suggest::TableStamp stamp_;
     suggest::TextMap<Some> byName_, byPostalCode_;
-    suggest::TextMap<MunicipalityPointer> byIneCode_;
+    suggest::TextMap<std::unique_ptr<const Municipality>> byIneCode_; // those that the others point at
 };
 
 } // namespace ambrel

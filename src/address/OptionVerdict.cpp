@@ -31,7 +31,7 @@ private:
     JudgedAddress& judged_;
 };
 
-/// The parts as given, from which a verdict starts.
+/// The parts as given, from which a verdict without a street starts.
 JudgedAddress asGiven(const AddressQuestion& question) {
     const AddressParts& parts = question.parts;
     JudgedAddress judged;
@@ -67,7 +67,8 @@ void takeStreet(JudgedAddress& judged, const AddressOption& option, const Addres
         changes.note(JudgedPart::Street, question.parts.street, option.street);
     }
     if (option.type.empty()) {
-        return; // the tables do not say
+        judged.type = question.parts.type; // the tables do not say
+        return;
     }
     judged.type = option.type;
     if (question.parts.type.empty() || option.typeDoubt > 0) {
@@ -120,14 +121,18 @@ Verdict verdictOn(const AddressOption& option, const AddressQuestion& question,
 }
 
 JudgedAddress judgedAs(const AddressOption& option, Verdict verdict, const AddressQuestion& question) {
-    JudgedAddress judged = asGiven(question);
+    JudgedAddress judged;
     judged.verdict = verdict;
     judged.confidence = option.confidence;
+    judged.number = writtenNumber(question.parts);
+    judged.rest = writtenRest(question.parts);
     takePlace(judged, option.place, question);
     takeStreet(judged, option, question);
     if (option.code.isSure()) {
         judged.key = option.code.stretch.key;
         takeCode(judged, option.code.stretch.postalCode, question);
+    } else {
+        judged.postalCode = question.postalCode;
     }
     if (verdict == Verdict::Correct && !judged.changes.empty()) {
         const bool isCorrected = std::ranges::any_of(

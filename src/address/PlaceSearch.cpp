@@ -16,7 +16,7 @@ std::vector<PlaceOption> optionsOf(const std::vector<MunicipalityPointer>& found
                                    double doubt) {
     std::vector<PlaceOption> options;
     options.reserve(found.size());
-    for (const MunicipalityPointer& one : found) {
+    for (const MunicipalityPointer one : found) {
         options.push_back({.municipality = one, .source = source, .doubt = doubt});
     }
     return options;
@@ -26,7 +26,7 @@ PlaceOption nearOption(MunicipalityPointer municipality, const SuggestedMunicipa
                        const std::string& written) {
     const NameLikeness likeness =
         compareNames(written, suggested.found.empty() ? suggested.name : suggested.found);
-    PlaceOption option{.municipality = std::move(municipality), .points = suggested.points};
+    PlaceOption option{.municipality = municipality, .points = suggested.points};
     option.doubt = nameDoubt(likeness);
     option.isPart = likeness.kind == NameLikeness::Kind::Part;
     if (suggested.isLocality) {
@@ -72,7 +72,7 @@ std::vector<PlaceOption> PlaceSearch::near(const AddressQuestion& question) {
     for (const SuggestedMunicipality& suggested : suggesters_.municipalities.suggest(
              {.text = question.municipality, .province = question.province}, mostNear)) {
         if (MunicipalityPointer one = book_.find(suggested.ineCode)) {
-            options.push_back(nearOption(std::move(one), suggested, question.municipality));
+            options.push_back(nearOption(one, suggested, question.municipality));
         }
     }
     if (!question.province.empty()) {

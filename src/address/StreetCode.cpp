@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <utility>
 
 namespace ambrel {
 namespace {
@@ -12,44 +11,31 @@ using Stretches = std::vector<StreetStretch>;
 using Certainty = StreetCode::Certainty;
 
 /// Some of the stretches of a street.
-using Some = std::vector<const StreetStretch*>;
+struct Some {
+    const StreetStretch* first = nullptr; // null if there are none
+    bool shareOneCode = true;
+};
 
 template<class Condition>
-Some those(const Some& stretches, Condition condition) {
-    Some chosen;
-    std::ranges::copy_if(stretches, std::back_inserter(chosen),
-                         [&](const StreetStretch* one) { return condition(*one); });
-    return chosen;
-}
-
-Some saidToBeOf(const Some& stretches, const std::string& ineCode) {
-    return those(stretches, [&](const StreetStretch& one) { return one.ineCode == ineCode; });
-}
-
-/// Drops stretches marked as another municipality's, unless none is marked as this one's.
-Some withoutForeign(const Stretches& all, const std::string& ineCode) {
-    Some stretches;
-    for (const StreetStretch& one : all) {
-        stretches.push_back(&one);
+Some those(const Stretches& stretches, Condition condition) {
+    Some some;
+    for (const StreetStretch& one : stretches) {
+        if (!condition(one)) {
+            continue;
+        }
+        if (some.first == nullptr) {
+            some.first = &one;
+        }
+        some.shareOneCode = some.shareOneCode && one.postalCode == some.first->postalCode;
     }
-    if (std::ranges::find(all, ineCode, &StreetStretch::ineCode) == all.end()) {
-        return stretches;
-    }
-    return those(stretches,
-                 [&](const StreetStretch& one) { return one.ineCode.empty() || one.ineCode == ineCode; });
-}
-
-bool shareOneCode(const Some& stretches) {
-    return std::ranges::all_of(stretches, [&](const StreetStretch* one) {
-        return one->postalCode == stretches.front()->postalCode;
-    });
+    return some;
 }
 
 Certainty sureOr(Certainty otherwise, const Some& stretches) {
-    if (!shareOneCode(stretches)) {
+    if (!stretches.shareOneCode) {
         return otherwise;
     }
-    return stretches.front()->postalCode.empty() ? Certainty::NoCode : Certainty::Sure;
+    return stretches.first->postalCode.empty() ? Certainty::NoCode : Certainty::Sure;
 }
 
 } // namespace
@@ -70,23 +56,30 @@ Stretches stretchesOfType(Stretches stretches, const std::string& type) {
 }
 
 StreetCode streetCode(const Stretches& all, const std::string& ineCode, const HouseNumber& number) {
-    const Some stretches = withoutForeign(all, ineCode);
+    const auto isOwn = [&](const StreetStretch& one) { return one.ineCode == ineCode; };
+    const bool hasOwn = std::ranges::any_of(all, isOwn);
+    const auto counts = [&](const StreetStretch& one) {
+        return !hasOwn || one.ineCode.empty() || isOwn(one);
+    };
+    const Some stretches = those(all, counts);
     if (number.kind == HouseNumber::Kind::Unclear) {
-        return {Certainty::Unclear, *stretches.front()};
+        return {Certainty::Unclear, *stretches.first};
     }
     if (!number.isKnown()) {
-        return {sureOr(Certainty::NoNumber, stretches), *stretches.front()};
+        return {sureOr(Certainty::NoNumber, stretches), *stretches.first};
     }
-    Some holders = those(stretches, [&](const StreetStretch& one) { return one.ranges.hold(number.value); });
-    if (holders.empty()) {
-        return {Certainty::NoStretch, *stretches.front()};
+    const auto holds = [&](const StreetStretch& one) { return one.ranges.hold(number.value); };
+    Some holders = those(all, [&](const StreetStretch& one) { return counts(one) && holds(one); });
+    if (holders.first == nullptr) {
+        return {Certainty::NoStretch, *stretches.first};
     }
-    if (!shareOneCode(holders)) {
-        if (Some own = saidToBeOf(holders, ineCode); !own.empty()) {
-            holders = std::move(own);
+    if (!holders.shareOneCode) {
+        const Some own = those(all, [&](const StreetStretch& one) { return isOwn(one) && holds(one); });
+        if (own.first != nullptr) {
+            holders = own;
         }
     }
-    return {sureOr(Certainty::Several, holders), *holders.front()};
+    return {sureOr(Certainty::Several, holders), *holders.first};
 }
 
 } // namespace ambrel

@@ -24,19 +24,19 @@ std::string_view withoutLink(std::string_view street) {
     return street;
 }
 
-/// The names under which tables may hold what was written, without a difference that would be a change.
-std::vector<std::string> exactNames(const AddressQuestion& question) {
-    std::vector<std::string> names{question.street};
-    const auto add = [&](std::string name) {
-        if (std::ranges::find(names, name) == names.end()) {
-            names.push_back(std::move(name));
+/// The other names under which tables may hold what was written, without a difference that would be a change.
+std::vector<std::string> otherNames(const AddressQuestion& question) {
+    std::vector<std::string> names;
+    const auto add = [&](std::string_view name) {
+        if (name != question.street && std::ranges::find(names, name) == names.end()) {
+            names.emplace_back(name);
         }
     };
     const std::string plain = withoutAccents(question.street);
     add(plain);
     if (!question.parts.type.empty()) {
-        add(std::string(withoutLink(question.street)));
-        add(std::string(withoutLink(plain)));
+        add(withoutLink(question.street));
+        add(withoutLink(plain));
     }
     return names;
 }
@@ -48,12 +48,16 @@ void StreetSearch::addExact(const AddressQuestion& question, const PlaceOption& 
     if (question.street.empty()) {
         return;
     }
-    for (const std::string& name : exactNames(question)) {
+    const auto addNamed = [&](const std::string& name) {
         std::vector<StreetStretch> stretches = directory_.stretches(*place.municipality, name);
-        if (!stretches.empty()) {
-            addTypes(question, {.place = place, .street = name}, std::move(stretches), options);
-            return;
+        if (stretches.empty()) {
+            return false;
         }
+        addTypes(question, {.place = place, .street = name}, std::move(stretches), options);
+        return true;
+    };
+    if (!addNamed(question.street)) {
+        std::ranges::any_of(otherNames(question), addNamed); // up to the first that is found
     }
 }
 
@@ -106,7 +110,7 @@ bool StreetSearch::isAnyStreet(std::string_view name) {
 void StreetSearch::addTypes(const AddressQuestion& question, AddressOption option,
                             std::vector<StreetStretch> stretches, std::vector<AddressOption>& options) {
     const std::string& written = question.parts.type;
-    std::vector<std::string> types;
+    std::vector<std::string_view> types; // of the stretches, which stay where they are
     for (const StreetStretch& one : stretches) {
         if (std::ranges::find(types, one.type) == types.end()) {
             types.push_back(one.type);
@@ -114,17 +118,17 @@ void StreetSearch::addTypes(const AddressQuestion& question, AddressOption optio
     }
     // As in the exact look-ups: rows of the type, or else those without one, or else all.
     unsigned bestFit = 0;
-    for (const std::string& type : types) {
+    for (const std::string_view type : types) {
         bestFit = std::max(bestFit, written.empty() ? 0 : types_.fit(type, written));
     }
-    const bool hasBlank = std::ranges::find(types, std::string()) != types.end();
-    for (const std::string& type : types) {
+    const bool hasBlank = std::ranges::find(types, std::string_view()) != types.end();
+    for (const std::string_view type : types) {
         const bool fits =
             written.empty() || (bestFit > 0 ? types_.fit(type, written) == bestFit : type.empty());
         if (!fits && bestFit == 0 && hasBlank) {
             continue;
         }
-        AddressOption one = option;
+        AddressOption& one = options.emplace_back(types.size() == 1 ? std::move(option) : option);
         one.type = type;
         one.typeDoubt = fits ? 0 : doubt::otherType;
         if (types.size() == 1) {
@@ -133,7 +137,6 @@ void StreetSearch::addTypes(const AddressQuestion& question, AddressOption optio
             std::ranges::copy_if(stretches, std::back_inserter(one.stretches),
                                  [&](const StreetStretch& stretch) { return stretch.type == type; });
         }
-        options.push_back(std::move(one));
     }
 }
 

@@ -82,7 +82,7 @@ bool WrittenWord::isHouseNumber() const {
 }
 
 WrittenWords::WrittenWords(std::string_view source) : source_(source) {
-    words_.reserve(24);
+    words_.reserve(16); // more than most have, in one of the small blocks that memory is quick to give
     for (std::size_t at = 0;;) {
         const std::size_t gap = at;
         while (at < source_.size() && !isDigit(source_[at]) && !isWordLetter(source_[at])) {

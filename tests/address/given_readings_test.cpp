@@ -1,0 +1,56 @@
+// Columns taken apart together.
+#include "address/GivenReadings.h"
+
+#include <gtest/gtest.h>
+
+#include "address/AddressLine.h"
+
+namespace ambrel {
+namespace {
+
+AddressParts first(const GivenAddress& given) { return readingsOf(given).likely.front(); }
+
+TEST(GivenReadings, FiguresInTheNumbersColumnAreReadAsAnyOtherTextOfIt) {
+    for (int value = 0; value < 20'000; ++value) {
+        const std::string digits = std::to_string(value);
+        for (const std::string& number :
+             {digits, std::string(6 - digits.size(), '0') + digits, '0' + digits, "  " + digits + ' '}) {
+            const AddressParts read = readNumberText(number);
+            const AddressParts given = first({.street = "MAYOR", .number = number});
+            const bool isTooLong = read.number.empty(); // then the figures are one that no street has
+            ASSERT_EQ(given.number, isTooLong ? read.rest : read.number) << number;
+            ASSERT_EQ(given.floor + given.numberSuffix + given.numberEnd,
+                      read.floor + read.numberSuffix + read.numberEnd)
+                << number;
+        }
+    }
+}
+
+TEST(GivenReadings, AMunicipalityMayCarryItsCodeAndProvince) {
+    const GivenReadings readings = readingsOf({.street = "MAYOR", .municipality = " 28901 Getafe (Madrid) "});
+    ASSERT_EQ(readings.likely.size(), 2U);
+    EXPECT_EQ(readings.likely[0].municipality, "28901 Getafe (Madrid)");
+    EXPECT_EQ(readings.likely[1].municipality, "Getafe");
+    EXPECT_EQ(readings.likely[1].postalCode, "28901");
+    EXPECT_EQ(readings.likely[1].province, "Madrid");
+}
+
+TEST(GivenReadings, WhatHasAColumnOfItsOwnIsTakenFromThere) {
+    const GivenReadings readings =
+        readingsOf({.street = "MAYOR", .postalCode = "28902", .municipality = "28901 Getafe"});
+    ASSERT_EQ(readings.likely.size(), 2U);
+    EXPECT_EQ(readings.likely[1].municipality, "Getafe");
+    EXPECT_EQ(readings.likely[1].postalCode, "28902");
+    EXPECT_EQ(readings.likely[1].rest, "28901") << "nothing is dropped";
+}
+
+TEST(GivenReadings, AColumnTakesThePlaceOfWhatTheLineSays) {
+    const AddressParts parts = first({.line = "C/ Mayor 5, 28013 Madrid", .municipality = "Getafe"});
+    EXPECT_EQ(parts.street, "Mayor");
+    EXPECT_EQ(parts.number, "5");
+    EXPECT_EQ(parts.postalCode, "28013");
+    EXPECT_EQ(parts.municipality, "Getafe");
+}
+
+} // namespace
+} // namespace ambrel
