@@ -27,24 +27,35 @@ constinit thread_local Waits waits;
 nanoseconds steadyNow() { return std::chrono::steady_clock::now().time_since_epoch(); }
 std::atomic<nanoseconds (*)()> clockOfWaits{steadyNow};
 
-/// Shows for the duration of a block that a writer is waiting for the structure lock.
+/// Shows that a writer is waiting for the structure lock, unless a load keeps it, which no reader can
+/// shorten.
 class WaitingWriter {
 public:
     WaitingWriter(File& file, LockRange range, LockKind kind)
-        : file_(file),
-          says_(kind == LockKind::Exclusive && range.offset == structureLock.offset &&
-                range.length == structureLock.length && file.tryLock(waitingLock, LockKind::Shared)) {}
-    ~WaitingWriter() {
-        if (says_) {
-            file_.unlock(waitingLock);
-        }
-    }
+        : file_(file), isOne_(kind == LockKind::Exclusive && range.offset == structureLock.offset &&
+                              range.length == structureLock.length) {}
+    ~WaitingWriter() { show(false); }
     WaitingWriter(const WaitingWriter&) = delete;
     WaitingWriter& operator=(const WaitingWriter&) = delete;
 
+    void update() {
+        if (isOne_) {
+            show(!file_.isLockedByOthers(loadingLock));
+        }
+    }
+
 private:
+    void show(bool isWaiting) {
+        if (isWaiting && !isShown_) {
+            isShown_ = file_.tryLock(waitingLock, LockKind::Shared);
+        } else if (!isWaiting && isShown_) {
+            file_.unlock(waitingLock);
+            isShown_ = false;
+        }
+    }
+
     File& file_;
-    bool says_;
+    bool isOne_, isShown_ = false;
 };
 
 } // namespace
@@ -68,7 +79,8 @@ void holdLock(File& file, LockRange range, LockKind kind) {
     }
     const LockWaits alone; // unless it is part of an operation
     ReadScope::letGo(); // others may be waiting for these, and so may we, through another opening of the file
-    const WaitingWriter waiting(file, range, kind);
+    WaitingWriter waiting(file, range, kind);
+    waiting.update();
     const auto now = clockOfWaits.load(std::memory_order_relaxed);
     const nanoseconds begin = now(), before = waits.waited;
     auto pause = std::chrono::microseconds(20);
@@ -79,6 +91,7 @@ void holdLock(File& file, LockRange range, LockKind kind) {
                         "otro programa mantiene bloqueada la tabla; espere y repita la operación");
         }
         std::this_thread::sleep_for(pause);
+        waiting.update();
         pause = std::min(pause * 2, std::chrono::microseconds(2000));
     }
 }
@@ -88,10 +101,7 @@ StructureLock::StructureLock(File& file, Holders& holders, LockKind kind)
     if (kind == LockKind::Exclusive) {
         ReadScope::letGo();
     }
-    if (holders_.isChanging || (holders_.readers > 0 && kind == LockKind::Exclusive)) {
-        throw Error(ErrorCode::LockTimeout, file.path(),
-                    "la tabla se está usando en este mismo momento; espere a que termine la operación");
-    }
+    requireFree(kind, 0);
     if (holders_.readers == 0) {
         holdLock(file, structureLock, kind);
         if (holders_.exchanged != nullptr) {
@@ -108,6 +118,29 @@ StructureLock::StructureLock(File& file, Holders& holders, LockKind kind)
     } else {
         ++holders_.readers;
     }
+}
+
+void StructureLock::requireFree(LockKind kind, unsigned ownReads) const {
+    if (holders_.isChanging || (holders_.readers > ownReads && kind == LockKind::Exclusive)) {
+        throw Error(ErrorCode::LockTimeout, file_.path(),
+                    "la tabla se está usando en este mismo momento; espere a que termine la operación");
+    }
+}
+
+void StructureLock::share() {
+    static_cast<void>(file_.tryLock(structureLock, LockKind::Shared)); // cannot fail: it is ours
+    kind_ = LockKind::Shared;
+    holders_.isChanging = false;
+    ++holders_.readers;
+}
+
+void StructureLock::exclude() {
+    ReadScope::letGo();
+    requireFree(LockKind::Exclusive, 1);
+    holdLock(file_, structureLock, LockKind::Exclusive);
+    kind_ = LockKind::Exclusive;
+    holders_.isChanging = true;
+    --holders_.readers;
 }
 
 StructureLock::~StructureLock() {

@@ -19,6 +19,7 @@ inline constexpr std::uint64_t opening = 0xF0000011;
 inline constexpr std::uint64_t exchange = 0xF0000012;
 inline constexpr std::uint64_t waiting = 0xF0000013;
 inline constexpr std::uint64_t writing = 0xF0000014;
+inline constexpr std::uint64_t loading = 0xF0000015;
 } // namespace lock_offset
 
 [[nodiscard]] constexpr LockRange recordLock(RecordNumber record) {
@@ -52,6 +53,9 @@ inline constexpr LockRange exchangeLock{lock_offset::exchange, 1};
 /// Beside the structure lock, shared: a writer is waiting for that. Programs that keep reading check it from
 /// time to time.
 inline constexpr LockRange waitingLock{lock_offset::waiting, 1};
+/// Beside the structure lock, exclusive: a load has shared its structure lock with readers, who need not make
+/// way for the other writers, as it keeps those out.
+inline constexpr LockRange loadingLock{lock_offset::loading, 1};
 
 /// How long an operation waits for all its locks together before it fails with Error(LockTimeout).
 [[nodiscard]] std::chrono::milliseconds lockPatience();
@@ -114,7 +118,15 @@ public:
     StructureLock(const StructureLock&) = delete;
     StructureLock& operator=(const StructureLock&) = delete;
 
+    /// Turns an exclusive lock into a shared one, without letting another writer in between.
+    void share();
+    /// Turns a shared lock into an exclusive one; no other writer comes in between if none else does this.
+    /// Errors: as of the constructor; the lock is then still shared.
+    void exclude();
+    [[nodiscard]] bool isShared() const { return kind_ == LockKind::Shared; }
+
 private:
+    void requireFree(LockKind kind, unsigned ownReads) const;
     File& file_;
     Holders& holders_;
     LockKind kind_;

@@ -11,6 +11,11 @@ namespace dbase {
 
 /// How long a scope may keep writers waiting.
 inline constexpr std::chrono::milliseconds longestHold{20};
+/// How often reads without a scope, in close succession, look for waiting writers.
+inline constexpr std::chrono::milliseconds longestRun{5};
+/// How long readers wait for a waiting writer to have its turn: several times as long as they read before, so
+/// that even many readers are all waiting at some moment.
+inline constexpr std::chrono::milliseconds longestPause{100};
 
 /// The shared structure lock of an open table, kept from one read to the next. It counts as a reader besides
 /// the reads themselves, so that releasing it during a read leaves that read its lock. The table must outlive
@@ -23,7 +28,8 @@ public:
     ReadHold& operator=(const ReadHold&) = delete;
 
     /// Call before each read, and before each use of what an earlier one returned. If this thread has kept
-    /// its locks long enough, releases all of them and lets the writers waiting for them go first.
+    /// its locks, or read without a scope, for long enough, releases all of them and lets the writers waiting
+    /// for them go first.
     void giveWay();
     /// Call inside a read, which holds the lock and has found the table sound. Does nothing outside scopes.
     void keep();
@@ -34,13 +40,16 @@ public:
 private:
     friend class ReadScope;
 
+    void giveWayUnscoped();
+    void giveWayInScope();
     void letWritersIn();
 
     File& file_;
     StructureLock::Holders& holders_;
     std::optional<StructureLock> lock_;
     std::uint64_t number_ = 0;
-    ReadHold* next_ = nullptr; // in the list of those that this thread keeps
+    std::chrono::nanoseconds looked_{0}; // when reads without a scope last looked for writers
+    ReadHold* next_ = nullptr;           // in the list of those that this thread keeps
 };
 
 /// The clock of the holds; null for the system's.

@@ -82,18 +82,32 @@ void ReadHold::letGo() {
     }
 }
 
-// A writer waiting in vain, because another program reads for long, does not keep us longer than we kept it.
+// A writer waiting in vain, because another program keeps the lock for long, does not stop us for ever.
 void ReadHold::letWritersIn() {
-    using Clock = std::chrono::steady_clock;
-    const Clock::time_point latest = Clock::now() + longestHold;
-    while (file_.isLockedByOthers(waitingLock) && Clock::now() < latest) {
+    const nanoseconds latest = now() + longestPause;
+    while (file_.isLockedByOthers(waitingLock) && now() < latest) {
         std::this_thread::sleep_for(moment);
     }
 }
 
 void ReadHold::giveWay() {
-    if (scopes.open == 0 || now() - scopes.since < longestHold ||
-        holders_.readers > (number_ != 0 ? 1U : 0U)) { // inside another read, which keeps its lock anyway
+    if (scopes.open == 0) {
+        giveWayUnscoped();
+    } else if (now() - scopes.since >= longestHold) {
+        giveWayInScope();
+    }
+}
+
+// Short locks without a pause between them keep a writer out as well: of many readers, one is always inside.
+void ReadHold::giveWayUnscoped() {
+    if (now() - looked_ >= longestRun && holders_.readers == 0 && !holders_.isChanging) {
+        letWritersIn();
+        looked_ = now();
+    }
+}
+
+void ReadHold::giveWayInScope() {
+    if (holders_.readers > (number_ != 0 ? 1U : 0U)) { // inside another read, which keeps its lock anyway
         return;
     }
     std::vector<ReadHold*> freed{this};

@@ -110,7 +110,9 @@ public:
     /// In a collating table, determines for each character tag whether its keys are ordered by weight or by
     /// byte, as engines differ. Errors: Error(BadIndex) if they follow neither order.
     void determineOrders();
-    /// Restores the order that the language driver prescribes, for a rebuild.
+    /// The order that the language driver prescribes, in which a rebuild sorts.
+    [[nodiscard]] static KeyOrder prescribedOrder(const Tag& tag, const Schema& schema);
+    /// Makes that the order of each tag.
     void resetOrders(const Schema& schema);
     /// First free block; 0 if there is none.
     [[nodiscard]] PageNumber freeList() const;

@@ -5,9 +5,9 @@
 #include <array>
 
 #include "dbase/dbf/dates.h"
-#include "dbase/dbf/record_scan.h"
 #include "dbase/mdx/index_layout.h"
 #include "dbase/mdx/key_sorter.h"
+#include "dbase/mdx/page_set.h"
 #include "dbase/mdx/record_key.h"
 #include "dbase/mdx/tree_builder.h"
 #include "dbase/system/bytes.h"
@@ -19,14 +19,13 @@ namespace {
 
 // Writes every entry of one tag in order, without the hidden records of a unique tag. A program that knows
 // only the append lock may add records meanwhile: it must add their entries itself.
-TreeRoot buildTree(IndexFile& index, const Tag& tag, const TableFile& records, BlockWriter& blocks,
-                   std::uint32_t& blockCount, const std::function<void(RecordNumber)>& progress) {
-    const std::uint32_t count = index.stamp().records; // the same for all tags
-    KeySorter sorter(tag.order, tag.keyLength, count);
+TreeRoot buildTree(IndexFile& index, const Tag& tag, const TableFile& records, const ScannedRecords& which,
+                   BlockWriter& blocks, std::uint32_t& blockCount,
+                   const std::function<void(RecordNumber)>& progress) {
+    KeySorter sorter(IndexFile::prescribedOrder(tag, records.schema()), tag.keyLength, which.count);
     std::array<char, maxKeyLength> key;
-    RecordScan scan(records);
-    for (const RecordView* record = scan.next(); record != nullptr && record->number <= count;
-         record = scan.next()) {
+    RecordScan scan(records, which);
+    for (const RecordView* record = scan.next(); record != nullptr; record = scan.next()) {
         if (!tag.condition || tag.condition->test(*record)) {
             makeKey(tag, *record, std::span(key).first(tag.keyLength));
             sorter.add({key.data(), tag.keyLength}, record->number);
@@ -62,54 +61,110 @@ void writeTagHeader(IndexFile& index, const Tag& tag, const TreeRoot& root, std:
     encodeHeaderDate(header.data() + mdx::indexed);
 }
 
+NewTrees buildTrees(const TableFile& records, IndexFile& index, const ScannedRecords& which,
+                    BlockWriter& blocks, const Progress& progress) {
+    NewTrees trees;
+    const std::uint64_t total = std::uint64_t{which.count} * index.tags().size();
+    std::uint64_t done = 0;
+    for (const Tag& tag : index.tags()) {
+        std::uint32_t blockCount = 0;
+        trees.roots.push_back(
+            buildTree(index, tag, records, which, blocks, blockCount, [&](RecordNumber number) {
+                if (progress) {
+                    progress(done + number, total);
+                }
+            }));
+        trees.blockCounts.push_back(blockCount);
+        done += which.count;
+    }
+    blocks.flush();
+    trees.end = blocks.end();
+    return trees;
+}
+
+// Or after a crash of this machine another one could see the end alone.
+void sendFirst(TableFile& records, IndexFile& index) {
+    if (index.file().isRemote()) {
+        records.file().sync();
+        index.file().sync();
+    }
+}
+
 } // namespace
 
 void rebuildTrees(TableFile& records, IndexFile& index, const Progress& progress) {
     index.dropChanges();
     const std::uint32_t count = records.recordCount();
     const UpdateStamp before = index.stamp();
-    const auto sendFirst = [&] { // or after a crash of this machine another one could see the end alone
-        if (index.file().isRemote()) {
-            records.file().sync();
-            index.file().sync();
-        }
-    };
     index.writeStamp(before.begun(count));
-    sendFirst();
-    index.resetOrders(records.schema());
-
-    BlockWriter blocks(index);
-    const std::uint64_t total = std::uint64_t{count} * index.tags().size();
-    std::uint64_t done = 0;
-    for (const Tag& tag : index.tags()) {
-        std::uint32_t blockCount = 0;
-        const TreeRoot root = buildTree(index, tag, records, blocks, blockCount, [&](RecordNumber number) {
-            if (progress) {
-                progress(done + number, total);
-            }
-        });
-        writeTagHeader(index, tag, root, blockCount);
-        done += count;
+    sendFirst(records, index);
+    BlockWriter blocks(index, PageSet::headersOf(index));
+    useTrees(records, index, buildTrees(records, index, {count, 0, ' '}, blocks, progress));
+    sendFirst(records, index);
+    index.writeStamp(before.ended(count));
+    if (progress) {
+        const std::uint64_t total = std::uint64_t{count} * index.tags().size();
+        progress(total, total);
     }
-    blocks.flush();
+}
+
+// A load that dies in here leaves blocks that nothing leads to. The first ones of the free list may be among
+// them: allocate() then finds keys in them, and abandons the list.
+NewTrees buildTreesBeside(const TableFile& records, IndexFile& index, const ScannedRecords& which,
+                          const Progress& progress) {
+    index.dropChanges();
+    const std::uint64_t sizeBefore = index.file().size();
+    BlockWriter blocks(index, PageSet::usedIn(index));
+    try {
+        NewTrees trees = buildTrees(records, index, which, blocks, progress);
+        trees.sizeBefore = sizeBefore;
+        index.file().sync(); // so that there is little to wait for while nobody can read
+        if (progress) {
+            const std::uint64_t total = std::uint64_t{which.count} * index.tags().size();
+            progress(total, total);
+        }
+        return trees;
+    } catch (...) {
+        dropTrees(index, {.roots = {}, .blockCounts = {}, .end = 0, .sizeBefore = sizeBefore});
+        throw;
+    }
+}
+
+void dropTrees(IndexFile& index, const NewTrees& trees) {
+    index.file().resize(trees.sizeBefore);
+    index.forgetSize();
+}
+
+// The header's count alone might be another program's, which does not maintain it.
+void cutLeftTrees(IndexFile& index) {
+    if (index.announcedPages() >= index.pageCount()) {
+        return;
+    }
+    const PageNumber end = std::max(index.announcedPages(), PageSet::usedIn(index).end());
+    if (end < index.pageCount()) {
+        index.file().resize(std::uint64_t{end} * pageBytes);
+        index.forgetSize();
+    }
+}
+
+void useTrees(TableFile& records, IndexFile& index, const NewTrees& trees) {
+    index.resetOrders(records.schema());
+    for (std::size_t i = 0; i < index.tags().size(); ++i) {
+        writeTagHeader(index, index.tags()[i], trees.roots[i], trees.blockCounts[i]);
+    }
     bool restored = true;
     index.writeChangesOrRestore(restored);
     std::vector<char> head = index.freshHead(records.schema());
-    store32(head.data() + mdx::pageCount, blocks.end());
+    store32(head.data() + mdx::pageCount, trees.end);
     store32(head.data() + mdx::freeList, 0);
     index.file().write(0, head);
-    index.file().resize(std::uint64_t{blocks.end()} * pageBytes);
+    index.file().resize(std::uint64_t{trees.end} * pageBytes);
     index.forgetSize();
     if (!records.schema().hasProductionIndex) {
         records.setHasIndex(true);
     }
     if (const RecordNumber held = records.recordCount(); records.announcedCount() != held) {
         records.setCount(held); // corrects a count that the file does not hold
-    }
-    sendFirst();
-    index.writeStamp(before.ended(count));
-    if (progress) {
-        progress(total, total);
     }
 }
 

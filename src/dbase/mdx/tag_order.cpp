@@ -44,9 +44,13 @@ void IndexFile::determineOrders() {
     }
 }
 
+KeyOrder IndexFile::prescribedOrder(const Tag& tag, const Schema& schema) {
+    return {tag.keyType, driverCollates(schema.languageDriver), tag.definition.descending};
+}
+
 void IndexFile::resetOrders(const Schema& schema) {
     for (Tag& tag : tags_) {
-        tag.order = KeyOrder(tag.keyType, driverCollates(schema.languageDriver), tag.definition.descending);
+        tag.order = prescribedOrder(tag, schema);
     }
 }
 

@@ -15,19 +15,15 @@ namespace {
 std::uint64_t pieceOf(PageNumber page) { return page * pageBytes / pieceBytes; }
 } // namespace
 
-BlockWriter::BlockWriter(IndexFile& index) : index_(index), next_(mdx::firstBlock) {
-    for (const Tag& tag : index.tags()) {
-        headers_.push_back(tag.headerPage);
-    }
-    std::sort(headers_.begin(), headers_.end());
-}
+BlockWriter::BlockWriter(IndexFile& index, PageSet taken)
+    : index_(index), taken_(std::move(taken)), next_(mdx::firstBlock) {}
 
 PageNumber BlockWriter::put(std::span<const char> block) {
     const PageNumber pages = index_.blockPages();
-    for (const PageNumber header : headers_) {
-        if (next_ < header + pages && header < next_ + pages) {
-            flush();
-            next_ = header + pages;
+    if (taken_.hasAny(next_, pages)) {
+        flush();
+        while (taken_.hasAny(next_, pages)) {
+            next_ += pages;
         }
     }
     if (pending_.empty()) {
@@ -53,8 +49,11 @@ void BlockWriter::flush() {
 }
 
 PageNumber BlockWriter::end() const {
-    const PageNumber lastHeader = headers_.empty() ? 0 : headers_.back() + index_.blockPages();
-    return std::max({next_, lastHeader, mdx::firstBlock});
+    PageNumber end = std::max(next_, mdx::firstBlock);
+    for (const Tag& tag : index_.tags()) {
+        end = std::max(end, tag.headerPage + index_.blockPages());
+    }
+    return end;
 }
 
 TreeBuilder::TreeBuilder(IndexFile& index, const Tag& tag, BlockWriter& blocks)

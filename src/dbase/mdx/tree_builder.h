@@ -5,25 +5,26 @@
 #include <vector>
 
 #include "dbase/mdx/index_file.h"
+#include "dbase/mdx/page_set.h"
 
 namespace dbase {
 
-/// Hands out the blocks of an index from the first one on, leaving the tag headers where they are, so that
-/// the definitions of the tags stay readable whatever happens meanwhile. Writes consecutive blocks in large
-/// pieces.
+/// Hands out the blocks of an index from the first one on, except those that are taken: always the tag
+/// headers, so that the definitions of the tags stay readable whatever happens meanwhile. Writes consecutive
+/// blocks in large pieces.
 class BlockWriter {
 public:
-    explicit BlockWriter(IndexFile& index);
+    BlockWriter(IndexFile& index, PageSet taken);
 
     /// Adds a block; its bytes are written together with its neighbours'.
     PageNumber put(std::span<const char> block);
     void flush();
-    /// First page after everything used, tag headers included.
+    /// First page after everything written, tag headers included.
     [[nodiscard]] PageNumber end() const;
 
 private:
     IndexFile& index_;
-    std::vector<PageNumber> headers_; // sorted
+    PageSet taken_;
     PageNumber next_;
     std::vector<char> pending_;
     PageNumber pendingStart_ = 0;

@@ -139,6 +139,9 @@ void BulkLoader::begin() {
     state_->run([&] {
         state_->use.emplace(*state_->table);
         state_->use->beginLoad();
+        if (!state_->replacement) {
+            state_->use->shareLoad();
+        }
     });
     state_->countBefore = state_->table->records().recordCount();
     state_->written = state_->table->records().offsetOf(state_->countBefore + 1);

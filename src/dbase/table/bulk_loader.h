@@ -15,9 +15,9 @@ class Folders;
 class TableReplacement;
 struct TableDefinition;
 
-/// Adds rows to a table under its exclusive lock. Nothing becomes visible before finish(); without it (an
-/// error, a crash) the table is unchanged. On return from finish() all rows are on the disk; a power cut
-/// before that leaves all of them or none. Errors: Error.
+/// Adds rows to a table, in which others may read meanwhile. Nothing becomes visible before finish(); without
+/// it (an error, a crash) the table is unchanged. On return from finish() all rows are on the disk; a power
+/// cut before that leaves all of them or none. Errors: Error.
 class AMBREL_EXPORT BulkLoader {
 public:
     enum class Mode { Append, Replace };

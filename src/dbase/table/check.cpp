@@ -226,6 +226,7 @@ std::optional<CheckResult> tryCheck(const std::string& tableFile, const Progress
         if (indexPath && records.file().isRemote()) {
             holders.exchanged = &records.file();
         }
+        holdLock(*locked, loadingLock, LockKind::Shared); // or rows that do not count yet would seem too many
         const StructureLock lock(*locked, holders, LockKind::Shared);
         records.forgetSize(); // it was queried before the lock
         checkAll(records, indexPath, knownTags, result, report, progress);

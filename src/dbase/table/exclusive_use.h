@@ -5,6 +5,7 @@
 
 #include "dbase/dbf/table_file.h"
 #include "dbase/lock/locks.h"
+#include "dbase/mdx/index_rebuild.h"
 #include "dbase/system/progress.h"
 #include "dbase/table/table.h"
 
@@ -29,8 +30,12 @@ public:
     /// Keeps other programs from adding rows during the lifetime of this object. Rows may then be written
     /// after the last one.
     void beginLoad();
+    /// After beginLoad(): lets others read, as the table was, until the rows are counted in. On a network
+    /// folder, where locks send what was written, nobody reads meanwhile.
+    void shareLoad();
     /// Counts in the rows that were written after the last record, the first of them with the end mark in
-    /// place of its own `firstMark`, and rebuilds the tags.
+    /// place of its own `firstMark`, and rebuilds the tags. Shared, it excludes readers only while one
+    /// becomes the other.
     void addRows(std::uint32_t newCount, char firstMark, const Progress& progress);
     /// Takes back such rows, counted already or not.
     void withdrawRows(std::uint32_t oldCount);
@@ -41,10 +46,14 @@ private:
     friend class Table;
     /// `left`: what an earlier program left at the table; Sound: only what the files show.
     ExclusiveUse(Table& table, Table::Health left);
+    [[nodiscard]] std::optional<NewTrees> buildBeside(const ScannedRecords& which, const Progress& progress);
+    void countIn(std::uint32_t newCount, char firstMark, const std::optional<NewTrees>& trees,
+                 const Progress& progress);
 
     Table& table_;
     StructureLock lock_;
-    std::optional<FileLock> appending_; // taken after the structure lock and released before it
+    // Taken after the structure lock and released before it.
+    std::optional<FileLock> appending_, loading_;
 };
 
 } // namespace dbase

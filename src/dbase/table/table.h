@@ -141,6 +141,7 @@ private:
     [[nodiscard]] bool findsJournal();
     void joinSession();
     void recoverSession();
+    void cutTreesOfInterruptedLoad();
     void endJournal(Recovery& steps);
     void leaveSession();
     void writeJournal(const RecordChange& change, std::uint64_t counter, Durability durability);

@@ -189,6 +189,7 @@ void Table::recoverSession() {
         const ExclusiveUse use(*this, left);
         if (left == Health::Sound && !hasTail_) { // an interrupted load leaves rows after the end mark
             recovery().tail();
+            cutTreesOfInterruptedLoad();
         }
         if (left == Health::Sound && !journal_->objectionToWriting().empty()) { // ours can take its place
             Recovery steps = recovery();
@@ -197,6 +198,18 @@ void Table::recoverSession() {
         }
     }
     static_cast<void>(file.tryLock(presenceLock, LockKind::Shared)); // cannot fail: it is ours
+}
+
+void Table::cutTreesOfInterruptedLoad() {
+    try {
+        if (index_) {
+            cutLeftTrees(*index_);
+        }
+    } catch (const Error& error) {
+        if (error.code() != ErrorCode::BadIndex) { // that is reported where the tree is used
+            throw;
+        }
+    }
 }
 
 // The last writer to leave a table flushes it to the disk; then no journal is needed, and none shuts out

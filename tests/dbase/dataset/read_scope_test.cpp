@@ -181,6 +181,66 @@ TEST_F(ReadScopeTest, AScopeOfAnotherThreadKeepsNothingHere) {
     EXPECT_TRUE(isLocked());
 }
 
+// --- Writers that wait
+
+/// Another program waits for the exclusive lock until its turn comes on the test's clock, which advances by a
+/// millisecond whenever it is read.
+class WaitingWriterTest : public ReadScopeTest {
+protected:
+    WaitingWriterTest() {
+        writer_ = openFile(folder / "ONE.MDX", OpenMode::ReadWrite);
+        one_.open();
+        EXPECT_TRUE(find(one_, codeOf(1)));
+        EXPECT_TRUE(writer_->tryLock(waitingLock, LockKind::Shared));
+        begin_ = OwnClock::now;
+        setHoldClock([] {
+            OwnClock::now += milliseconds(1);
+            if (turn_ == 0 && OwnClock::now - begin_ > milliseconds(60)) {
+                turn_ = writer_->tryLock(structureLock, LockKind::Exclusive) ? reads_ : -1;
+                writer_->unlock(everyLock);
+            }
+            return OwnClock::now;
+        });
+    }
+    ~WaitingWriterTest() override { writer_.reset(); }
+    /// Reads until the writer's turn has come. Returns how many reads came before it, -1 if it came in vain.
+    int readsBeforeItsTurn() {
+        for (reads_ = 1; turn_ == 0; ++reads_) {
+            EXPECT_TRUE(find(one_, codeOf(reads_ % 300)));
+        }
+        return turn_;
+    }
+
+    static inline std::unique_ptr<File> writer_;
+    static inline std::chrono::nanoseconds begin_;
+    static inline int reads_, turn_;
+};
+
+TEST_F(WaitingWriterTest, ReadsByThemselvesLetItGoFirstAfterAFewMilliseconds) {
+    reads_ = turn_ = 0;
+    const int reads = readsBeforeItsTurn();
+    EXPECT_GT(reads, 0);
+    EXPECT_LE(reads, longestRun / milliseconds(1) + 1);
+}
+
+TEST_F(WaitingWriterTest, ReadsInAScopeLetItGoFirstWhenTheirTimeIsUp) {
+    reads_ = turn_ = 0;
+    const ReadScope scope;
+    const int reads = readsBeforeItsTurn();
+    EXPECT_GT(reads, 0);
+    EXPECT_LE(reads, longestHold / milliseconds(1) + 1);
+}
+
+TEST_F(WaitingWriterTest, AWriterThatWaitsInVainDoesNotStopReaders) {
+    reads_ = 0;
+    turn_ = 1; // never comes
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_TRUE(find(one_, codeOf(i)));
+    }
+    EXPECT_GT(OwnClock::now - begin_, longestPause);
+    EXPECT_LT(OwnClock::now - begin_, 100 / (longestRun / milliseconds(1)) * 2 * longestPause);
+}
+
 // --- What ends it
 
 TEST_F(ReadScopeTest, AChangeEndsTheHoldAndTheScopeGoesOn) {

@@ -102,6 +102,25 @@ TEST_F(LockWaitsTest, ALoadWaitsOnceForTheTableAndTheAppendLock) {
     expectOneDeadline([&] { BulkLoader(path(), BulkLoader::Mode::Append); });
 }
 
+TEST_F(LockWaitsTest, AWriterShowsThatItWaitsForReadersAndNotThatItWaitsForALoad) {
+    const auto isShownBeside = [&](const std::function<void()>& wait) {
+        bool isShown = false;
+        now_ = nanoseconds{0};
+        at_ = patience / 2;
+        event_ = [&] { isShown = index_->isLockedByOthers(waitingLock); };
+        EXPECT_EQ(errorOf(wait).code(), ErrorCode::LockTimeout);
+        EXPECT_FALSE(index_->isLockedByOthers(waitingLock));
+        return isShown;
+    };
+    Table writer(openFile(path(), OpenMode::ReadWrite),
+                 openFile(folder_ / "CALLES.MDX", OpenMode::ReadWrite));
+    ASSERT_TRUE(index_->tryLock(structureLock, LockKind::Shared));
+    EXPECT_TRUE(isShownBeside([&] { writer.append(row(writer)); }));
+    index_->unlock(structureLock);
+    const BulkLoader loader(path(), BulkLoader::Mode::Append);
+    EXPECT_FALSE(isShownBeside([&] { writer.append(row(writer)); }));
+}
+
 TEST_F(LockWaitsTest, ReindexingWaitsOnceForItsTurnAndForTheStructure) {
     ASSERT_TRUE(index_->tryLock(structureLock, LockKind::Exclusive));
     holdLate(*records_, openingLock);

@@ -304,7 +304,7 @@ TEST_F(ForeignTreeTest, ATreeThatWouldReachTwoGibibytesIsRefusedWhileItIsBuilt) 
     auto file = std::make_unique<BottomlessFile>(stored_->index);
     BottomlessFile& bottomless = *file;
     IndexFile index(std::move(file), table_->schema());
-    BlockWriter blocks(index);
+    BlockWriter blocks(index, PageSet::headersOf(index));
     const Bytes full(index.blockSize());
     const Error error = errorOf([&] {
         for (int i = 0; i < 70'000; ++i) {
@@ -321,7 +321,7 @@ TEST_F(ForeignTreeTest, BlocksAreWrittenInPiecesThatEndAtTheirMultiplesInTheFile
     auto file = std::make_unique<BottomlessFile>(stored_->index);
     const BottomlessFile& bottomless = *file;
     IndexFile index(std::move(file), table_->schema());
-    BlockWriter blocks(index);
+    BlockWriter blocks(index, PageSet::headersOf(index));
     const Bytes full(index.blockSize());
     while (blocks.end() * pageBytes < 2 * pieceBytes + pieceBytes / 2) {
         blocks.put(full);
