@@ -171,6 +171,9 @@ private:
             requireWhole(requireTable(folder_, table));
         }
         loading_ = std::make_unique<DirectoryLoading>(folderDatabase, folder_);
+        if (!options_.isTrial) {
+            loading_->requireExclusive();
+        }
         loading_->take(edition ? std::move(edition) : read());
     }
 
