@@ -225,7 +225,12 @@ TEST_F(AmbcpCallejeroCargar, AStationWithATableOpenIsRefusedBeforeAnythingChange
         dbase::setDatabaseFolder("DATOS", folder / "datos");
         dbase::Dataset open("DATOS", table);
         open.open();
-        EXPECT_NE(refused(load(files)).find("abierta en otro programa"), std::string::npos);
+        edition::Files missing = files;
+        missing.stretches = "no-hay"; // the files are not even looked at
+        const std::string reason = refused(load(missing));
+        EXPECT_NE(reason.find("abierta en otro programa"), std::string::npos) << reason;
+        EXPECT_NE(reason.find("No se ha cambiado nada."), std::string::npos) << reason;
+        EXPECT_EQ(ambcp(load(files, {"--simular"})).exitCode, 0) << "a trial reads only";
         open.close();
         for (const std::string other : {"MUNICIPI", "POSTAL"}) {
             EXPECT_EQ(linesOf(listed(other)), 1U);
