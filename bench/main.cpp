@@ -87,6 +87,8 @@ int main(int argc, char** argv) {
     reporter.printRatio("validate_slip_vs_fts5", "validate_slip/ours", "validate_slip/fts5");
     // Our time over the rival's, which only parses.
     reporter.printRatio("parse_vs_pugixml", "parse/pugixml", "parse/ours");
+    // The second edition's time over that of the first one.
+    reporter.printRatio("directory_second_vs_first", "directory/ours", "directory/second");
     // A large table's time over a small one's.
     reporter.printRatio("province_200_vs_20", "province/20", "province/200");
     reporter.printRatio("street_dialog_1m5_vs_1k", "street_dialog/1k", "street_dialog/1m5");

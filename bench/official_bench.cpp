@@ -1,5 +1,6 @@
 // Loading the official street directory through the administrator's command, against the same files read by
-// the same parser, joined in SQLite, and stored with the same indexes in one transaction.
+// the same parser, joined in SQLite, and stored with the same indexes in one transaction; and the next
+// edition, in which one line in a hundred is another, over the first one.
 
 #include <cstdlib>
 #include <filesystem>
@@ -11,7 +12,7 @@
 #include "directory/FileReading.h"
 #include "directory/StreetIndex.h"
 #include "sqlite_postal.h"
-#include "tools/edition/OfficialEdition.h"
+#include "tools/edition/NextEdition.h"
 
 namespace bench {
 
@@ -31,18 +32,38 @@ const edition::Files& editionFiles() {
     return files;
 }
 
+/// Returns the command's peak memory in MiB.
+double load(const edition::Files& files, const std::string& folder) {
+    return runAmbcp({"callejero", "cargar", folder, "--tramos", files.stretches, "--vias", files.streets,
+                     "--seudovias", files.pseudoStreets, "--unidades", files.units, "--municipios",
+                     files.municipalities});
+}
+
 void loadOurs(benchmark::State& state) {
     const edition::Files& files = editionFiles();
     const std::string folder = workFolder + "/callejero";
     double memory = 0;
     for (auto _ : state) {
-        memory = runAmbcp({"callejero", "cargar", folder, "--tramos", files.stretches, "--vias",
-                           files.streets, "--seudovias", files.pseudoStreets, "--unidades", files.units,
-                           "--municipios", files.municipalities});
+        memory = load(files, folder);
     }
     state.counters["MiB"] = memory;
     state.counters["stretches"] = static_cast<double>(files.stretchLines);
     std::filesystem::remove_all(folder);
+}
+
+void loadSecond(benchmark::State& state) {
+    constexpr unsigned changedEvery = 100;
+    const std::string folder = workFolder + "/callejero", nextFolder = workFolder + "/oficial2";
+    std::filesystem::create_directories(nextFolder);
+    const edition::Files next = edition::writeNextEdition(editionFiles(), nextFolder, changedEvery);
+    load(editionFiles(), folder);
+    double memory = 0;
+    for (auto _ : state) {
+        memory = load(next, folder);
+    }
+    state.counters["MiB"] = memory;
+    std::filesystem::remove_all(folder);
+    std::filesystem::remove_all(nextFolder);
 }
 
 /// Inserts what a function binds for each line of a file.
@@ -142,6 +163,7 @@ void loadSqliteDirectory(benchmark::State& state) {
 }
 
 BENCHMARK(loadOurs)->Name("directory/ours")->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(loadSecond)->Name("directory/second")->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(loadSqliteDirectory)
     ->Name("directory/sqlite")
     ->Iterations(1)
