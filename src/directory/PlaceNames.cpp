@@ -70,7 +70,11 @@ bool PlaceNames::hasUnit(PlaceCode place, std::uint32_t unit) const {
 }
 
 void PlaceNames::addCode(PlaceCode place, std::uint32_t unit, std::uint32_t postalCode) {
-    codes_[place].emplace(unit, postalCode);
+    const OfficialPlaceKey code{.place = place, .unit = unit, .postalCode = postalCode};
+    if (code != lastCode_) { // stretches of one unit mostly stand together
+        codes_[place].emplace(unit, postalCode);
+        lastCode_ = code;
+    }
 }
 
 void PlaceNames::addRowsOf(PlaceCode place, const std::string& shortName, std::vector<PlaceRow>& rows) const {

@@ -55,6 +55,7 @@ private:
     std::map<PlaceCode, std::string> places_;
     std::unordered_map<Unit, std::vector<std::string>> units_;
     std::map<PlaceCode, std::set<std::pair<std::uint32_t, std::uint32_t>>> codes_; // unit and postal code
+    OfficialPlaceKey lastCode_;                                                    // the one added last
 };
 
 } // namespace ambrel::directory

@@ -12,8 +12,13 @@
 namespace ambrel::directory {
 namespace {
 
+/// A word at a time: most of a wide column is padding.
 std::string_view withoutBlanks(std::string_view raw) {
-    return dbase::trimmedLeft(dbase::decodeText(raw), dbase::isBlank);
+    constexpr std::string_view word = "        ";
+    while (raw.ends_with(word)) {
+        raw.remove_suffix(word.size());
+    }
+    return dbase::trimmedLeft(dbase::trimmedRight(raw, dbase::isBlank), dbase::isBlank);
 }
 
 } // namespace

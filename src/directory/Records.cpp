@@ -2,6 +2,7 @@
 #include "directory/Records.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace ambrel::directory {
 namespace {
@@ -14,16 +15,34 @@ bool isOfProvince(std::optional<unsigned> code) {
 
 /// Writing in UTF-8 moves all columns after the first letter that ISO-8859-1 has and ASCII lacks.
 bool looksLikeUtf8(std::string_view text) {
-    for (std::size_t at = text.find_first_of("\xC2\xC3"); at != std::string_view::npos;
-         at = text.find_first_of("\xC2\xC3", at + 1)) {
-        if (at + 1 < text.size() && (static_cast<unsigned char>(text[at + 1]) & 0xC0U) == 0x80U) {
+    for (std::size_t at = 0; at + 1 < text.size(); ++at) {
+        const auto lead = static_cast<unsigned char>(text[at]),
+                   next = static_cast<unsigned char>(text[at + 1]);
+        if ((lead == 0xC2 || lead == 0xC3) && (next & 0xC0U) == 0x80U) {
             return true;
         }
     }
     return false;
 }
 
+/// Whether all are printable signs of ASCII, as in nearly every line; eight at a time.
+bool isPlainAscii(std::string_view text) {
+    constexpr std::uint64_t highBits = 0x8080808080808080, blanks = 0x2020202020202020;
+    std::uint64_t unusual = 0;
+    while (!text.empty()) {
+        std::uint64_t word = blanks;
+        const std::size_t size = std::min(text.size(), sizeof word);
+        std::memcpy(&word, text.data(), size);
+        unusual |= (word | (word - blanks)) & highBits; // a sign below the blank borrows
+        text.remove_prefix(size);
+    }
+    return unusual == 0;
+}
+
 Refusal refusalOfText(std::string_view text) {
+    if (isPlainAscii(text)) {
+        return nullptr;
+    }
     if (std::ranges::any_of(text, [](char sign) { return static_cast<unsigned char>(sign) < 0x20; })) {
         return "el nombre lleva signos que no son texto";
     }
