@@ -59,7 +59,7 @@ void DirectoryStoring::beginUndo(const std::string& undoFile, const std::string&
 
 /// What was not carried out needs no undo file.
 DirectoryStoring::~DirectoryStoring() {
-    if (undo_ && !isCommitting_) {
+    if (undo_ && !isCommitted_ && !exchange_.isDecided()) {
         const std::string file = undo_->path();
         undo_.reset();
         try {
@@ -108,8 +108,8 @@ void DirectoryStoring::commit(const LoadingProgress& progress) {
     if (undo_) {
         undo_->sync();
     }
-    isCommitting_ = true;
     exchange_.commit();
+    isCommitted_ = true;
 }
 
 } // namespace ambrel::directory

@@ -50,7 +50,7 @@ private:
     dbase::TableExchange exchange_;
     std::array<Part, 3> parts_; // in the order of DirectoryTable
     std::optional<loading::UndoWriter> undo_;
-    bool isCommitting_ = false;
+    bool isCommitted_ = false;
 };
 
 } // namespace ambrel::directory

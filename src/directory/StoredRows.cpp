@@ -1,4 +1,5 @@
-// Reads rows in slices, between which others can work.
+// Reads rows in slices, between which others can work. Never through the view in memory: all that is read
+// there once counts as the program's own.
 #include "directory/StoredRows.h"
 
 #include <algorithm>
@@ -24,7 +25,6 @@ auto StoredRows::read(const Operation& operation) const {
     return table_ ? table_->read(operation) : operation();
 }
 
-// Through a buffer and not the view in memory, of which all that is read once counts as the program's own.
 void StoredRows::forEach(const Visit& visit) const {
     constexpr dbase::RecordNumber slice = 4096;
     const std::size_t length = schema().recordLength;
@@ -52,8 +52,8 @@ std::vector<char> StoredRows::row(dbase::RecordNumber number) const {
     return read([&] {
         std::vector<char> bytes;
         if (number <= recordCount()) {
-            const std::span<const char> stored = records().record(number).bytes;
-            bytes.assign(stored.begin(), stored.end());
+            bytes.resize(schema().recordLength);
+            records().file().read(records().offsetOf(number), bytes);
         }
         if (!bytes.empty() && bytes.front() == dbase::deletedMark) {
             bytes.clear();

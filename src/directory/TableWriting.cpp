@@ -1,6 +1,7 @@
 // Fills or revises a table.
 #include "directory/TableWriting.h"
 
+#include "dbase/system/mapped_view.h"
 #include "dbase/system/paths.h"
 #include "dbase/table/table_replacement.h"
 
@@ -26,20 +27,33 @@ dbase::TableRevision& TableWriting::revision() {
     return *revision_;
 }
 
+/// Rows all over a table that change one by one bring nearly all of both files into memory.
+void TableWriting::noteChange() {
+    constexpr dbase::RecordNumber interval = 512;
+    if (++revised_ % interval == 0) {
+        dbase::releaseViewedPages();
+    }
+}
+
 dbase::RecordNumber TableWriting::add(std::span<const char> row) {
     if (present_ == 0) {
         loader().add(row);
     } else {
         revision().add(row);
+        noteChange();
     }
     return present_ + ++added_;
 }
 
 void TableWriting::change(dbase::RecordNumber number, std::span<const char> row) {
     revision().change(number, row);
+    noteChange();
 }
 
-void TableWriting::erase(dbase::RecordNumber number) { revision().erase(number); }
+void TableWriting::erase(dbase::RecordNumber number) {
+    revision().erase(number);
+    noteChange();
+}
 
 void TableWriting::finish(const LoadingProgress& progress) {
     const std::string name = dbase::baseName(replacement_.tableFile());

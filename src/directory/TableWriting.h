@@ -29,10 +29,11 @@ public:
 private:
     [[nodiscard]] dbase::BulkLoader& loader();
     [[nodiscard]] dbase::TableRevision& revision();
+    void noteChange();
 
     dbase::TableReplacement& replacement_;
     std::optional<dbase::TableDefinition> ifMissing_;
-    dbase::RecordNumber present_, added_ = 0;
+    dbase::RecordNumber present_, added_ = 0, revised_ = 0;
     std::optional<dbase::BulkLoader> loader_;
     std::optional<dbase::TableRevision> revision_;
 };
