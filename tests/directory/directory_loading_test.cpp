@@ -3,13 +3,17 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
+#include <set>
 
 #include "data/TableDefinitions.h"
 #include "dbase/dataset/dataset.h"
 #include "dbase/system/error.h"
+#include "directory/DirectoryRecords.h"
 #include "directory/DirectoryTest.h"
 #include "loading/failure.h"
 #include "support/LockPatience.h"
+#include "tools/edition/NextEdition.h"
 
 namespace ambrel::directory {
 namespace {
@@ -564,6 +568,64 @@ TEST_F(DirectoryLoadingTest, RowsOfAProvenanceWithoutFingerprintsFollowTheOffice
         << "whose change it was nobody knows";
     next.stretch(9001, 1, 9002, 21, 23);
     EXPECT_EQ(storeNext(next).changes, (Lines{"~09000002 MAYOR range"}));
+}
+
+Lines sorted(Lines lines) {
+    std::ranges::sort(lines);
+    return lines;
+}
+
+/// Rows without their keys and without what only says when they came.
+Lines withoutKeys(Lines lines) {
+    for (std::string& line : lines) {
+        line.erase(0, line.find(' '));
+    }
+    std::ranges::sort(lines);
+    return lines;
+}
+
+TEST_F(DirectoryLoadingTest, ASecondEditionOverTheFirstIsWhatItIsByItself) {
+    const edition::Files files =
+        edition::writeEdition(official.path(), edition::inventedPlaces(104), {.stretches = 4000});
+    const auto filesOf = [](const edition::Files& from) {
+        return EditionFiles{from.stretches, from.streets,        from.pseudoStreets,
+                            from.units,     from.municipalities, {}};
+    };
+    std::filesystem::create_directory(official / "next");
+    const EditionFiles first = filesOf(files),
+                       next = filesOf(edition::writeNextEdition(files, official / "next", 20));
+    store(next, {}, RangeOpening::Ends);
+    const Lines alone = withoutKeys(streets()), placesAlone = sorted(places());
+    for (const auto& definition : {streetTable(), municipalityTable(), provenanceTable()}) {
+        dbase::createTable(folder.path(), definition, dbase::IfExists::Replace);
+    }
+    store(first, {}, RangeOpening::Ends);
+    const Lines before = everything();
+    std::map<std::string, std::string> keys; // by what the office calls a row
+    for (const std::string& line : provenance()) {
+        keys.emplace(line.substr(20), line.substr(0, 8));
+    }
+    const Outcome load = store(next, folder / "next.deshacer", RangeOpening::Ends);
+    EXPECT_EQ(withoutKeys(streets()), alone);
+    EXPECT_EQ(sorted(places()), placesAlone);
+    EXPECT_EQ(load.conflicts, Lines());
+    EXPECT_GT(load.summary.streets.comes, 10U);
+    EXPECT_GT(load.summary.streets.goes, 1U);
+    EXPECT_GT(load.summary.streets.changes, 50U);
+    std::set<std::string> given;
+    for (const std::string& line : provenance()) {
+        const std::string key = line.substr(0, 8);
+        if (key[0] == ' ') {
+            continue; // of MUNICIPI
+        }
+        EXPECT_TRUE(given.insert(key).second) << key;
+        if (const auto was = keys.find(line.substr(20)); was != keys.end()) {
+            EXPECT_EQ(key, was->second) << "not the key of the edition before";
+        }
+    }
+    EXPECT_EQ(store(next, {}, RangeOpening::Ends).changes, Lines());
+    EXPECT_EQ(undo(folder / "next.deshacer"), Lines());
+    EXPECT_EQ(everything(), before);
 }
 
 } // namespace
