@@ -28,6 +28,7 @@ constexpr std::array<ListText, DirectoryReport::changeLists> listTexts{{
     {"Con otros números", "La oficina ha visto números nuevos, o ha dejado de ver alguno."},
     {"Se van", "Vías y tramos que la oficina ya no tiene."},
     {"Vienen", "Vías y tramos nuevos."},
+    {"Municipios y localidades", "Filas de MUNICIPI que vienen, se van o cambian."},
 }};
 
 /// In the order of ConflictKind.
@@ -121,12 +122,10 @@ private:
              {grouped(summary_.kept), "No tomadas", "por filas que son suyas"},
              {grouped(summary_.openedRows), "Con algún extremo abierto",
               percentage(summary_.openedRows, summary_.streetRows) + " de la edición"},
-             {grouped(summary_.municipalities.comes + summary_.municipalities.goes +
-                      summary_.municipalities.changes),
-              "Filas de MUNICIPI",
+             {grouped(changedMunicipalities()), "Filas de MUNICIPI",
               grouped(summary_.municipalities.comes) + " vienen, " + grouped(summary_.municipalities.goes) +
                   " se van, " + grouped(summary_.municipalities.changes) + " cambian"}});
-        if (provinces_.empty()) {
+        if (provinces_.empty() && changedMunicipalities() == 0) {
             head.notice("Sin cambios.", "Las tablas ya dicen lo que dice esta edición.");
         }
     }
@@ -214,6 +213,11 @@ private:
         part.table(table);
     }
 
+    [[nodiscard]] std::uint64_t changedMunicipalities() const {
+        const ChangeCounts& counts = summary_.municipalities;
+        return counts.comes + counts.goes + counts.changes;
+    }
+
     [[nodiscard]] std::uint64_t count(ChangeList list) const {
         switch (list) {
         case ChangeList::Renamed:
@@ -225,9 +229,11 @@ private:
         case ChangeList::Gone:
             return summary_.streets.goes;
         case ChangeList::New:
+            return summary_.streets.comes;
+        case ChangeList::Municipalities:
             break;
         }
-        return summary_.streets.comes;
+        return changedMunicipalities();
     }
 
     static std::string shownOf(std::uint64_t shown, std::uint64_t all) {
@@ -239,7 +245,7 @@ private:
     }
 
     void drawChanges() {
-        if (provinces_.empty()) {
+        if (provinces_.empty() && changedMunicipalities() == 0) {
             return;
         }
         PageBlock section = page_.section(

@@ -55,6 +55,9 @@ void DirectoryReport::keep(ChangeList list, const DirectoryChange& change) {
 }
 
 void DirectoryReport::add(const DirectoryChange& change) {
+    if (change.key == 0) {
+        return keep(ChangeList::Municipalities, change);
+    }
     switch (change.kind) {
     case ChangeKind::Comes:
         return keep(ChangeList::New, change);

@@ -36,15 +36,16 @@ struct ReportedConflict {
     std::string key, municipality, name, ours, official;
 };
 
-/// The lists of a report; a row that changes is in each that it belongs to.
-enum class ChangeList { Renamed, OtherCode, OtherRange, Gone, New };
+/// The lists of a report: rows of POSTAL, of which one that changes is in each that it belongs to, and those
+/// of MUNICIPI.
+enum class ChangeList { Renamed, OtherCode, OtherRange, Gone, New, Municipalities };
 
 /// Collects changes and conflicts in bounded memory: the first hundred of each kind are kept.
 class AMBREL_EXPORT DirectoryReport {
 public:
     /// How many of each kind are kept, and how many kinds there are.
     static constexpr std::size_t mostShown = 100;
-    static constexpr std::size_t changeLists = 5, conflictKinds = 4;
+    static constexpr std::size_t changeLists = 6, conflictKinds = 4;
 
     /// A report without rows.
     explicit DirectoryReport(DirectoryRun run) : run_(std::move(run)) {}

@@ -12,65 +12,12 @@
 #include "address/ValidatedRow.h"
 #include "address/ValidationReport.h"
 #include "dbase/dbf/codepage.h"
+#include "report/ProvinceNames.h"
 
 namespace {
 
 using namespace ambrel;
-
-constexpr std::array provinceNames = {"ALAVA",
-                                      "ALBACETE",
-                                      "ALICANTE",
-                                      "ALMERÍA",
-                                      "ÁVILA",
-                                      "BADAJOZ",
-                                      "BALEARES",
-                                      "BARCELONA",
-                                      "BURGOS",
-                                      "CÁCERES",
-                                      "CÁDIZ",
-                                      "CASTELLÓN",
-                                      "CIUDAD REAL",
-                                      "CÓRDOBA",
-                                      "LA CORUÑA",
-                                      "CUENCA",
-                                      "GERONA",
-                                      "GRANADA",
-                                      "GUADALAJARA",
-                                      "GUIPÚZCOA",
-                                      "HUELVA",
-                                      "HUESCA",
-                                      "JAÉN",
-                                      "LEÓN",
-                                      "LÉRIDA",
-                                      "LA RIOJA",
-                                      "LUGO",
-                                      "MADRID",
-                                      "MÁLAGA",
-                                      "MURCIA",
-                                      "NAVARRA",
-                                      "ORENSE",
-                                      "ASTURIAS",
-                                      "PALENCIA",
-                                      "LAS PALMAS",
-                                      "PONTEVEDRA",
-                                      "SALAMANCA",
-                                      "SANTA CRUZ DE TENERIFE",
-                                      "CANTABRIA",
-                                      "SEGOVIA",
-                                      "SEVILLA",
-                                      "SORIA",
-                                      "TARRAGONA",
-                                      "TERUEL",
-                                      "TOLEDO",
-                                      "VALENCIA",
-                                      "VALLADOLID",
-                                      "VIZCAYA",
-                                      "ZAMORA",
-                                      "ZARAGOZA",
-                                      "CEUTA",
-                                      "MELILLA",
-                                      "UNA PROVINCIA CON UN NOMBRE QUE NO SE ACABA NUNCA",
-                                      "SUPERCALIFRAGILÍSTICAYDEUNASOLAPALABRA"};
+using report_tests::provinceNames;
 
 constexpr std::array streets = {
     "ALCALÁ",           "MAYOR",        "GRAN VÍA",  "DEL DOCTOR FEDERICO RUBIO Y GALÍ",

@@ -130,6 +130,23 @@ TEST_F(DirectoryReportTest, ShowsARowThatChangesBeforeAndAfterInEachListItBelong
     EXPECT_TRUE(holds("28000002"));
 }
 
+TEST_F(DirectoryReportTest, RowsOfMunicipiHaveAListOfTheirOwn) {
+    report.add(DirectoryChange{.kind = ChangeKind::Changes,
+                               .place = 28079,
+                               .municipality = "MADRID",
+                               .nameBefore = "EL PARDO",
+                               .codeBefore = "28048",
+                               .name = "EL PARDO",
+                               .code = "28049",
+                               .hasOtherCode = true});
+    ++summary.municipalities.changes;
+    EXPECT_TRUE(holds("Municipios y localidades"));
+    EXPECT_TRUE(holds("EL PARDO, 28048"));
+    EXPECT_TRUE(holds("EL PARDO, 28049"));
+    EXPECT_FALSE(holds("Con otro código postal"));
+    EXPECT_FALSE(holds("Sin cambios."));
+}
+
 TEST_F(DirectoryReportTest, KeepsTheFirstHundredOfEachKindAndCountsAll) {
     for (int i = 1; i <= 101; ++i) {
         conflicts(ConflictKind::OwnStreet, "fila " + std::to_string(i) + '.');

@@ -1,5 +1,6 @@
-// usage: invented_directory_report FILE    writes the report on an edition that never was: every province,
-// every kind of change and conflict, and names that are meant to break the page.
+// usage: invented_directory_report FILE [TABLES]    writes the report on an edition that never was, in the
+// folder TABLES: every province, every kind of change and conflict, and names that are meant to break the
+// page.
 #include <array>
 #include <cstdio>
 #include <exception>
@@ -7,6 +8,7 @@
 
 #include "directory/DirectoryReport.h"
 #include "loading/ansi_text.h"
+#include "report/ProvinceNames.h"
 
 namespace {
 
@@ -20,8 +22,12 @@ const std::array<std::string, 5> names = {"PEÑÓN DE LA MATA", "DEL DOCTOR FEDE
 
 class Invention {
 public:
-    Invention() {
+    explicit Invention(const std::string& tables) {
+        report_.run().tables = tables;
         report_.run().isTrial = true;
+        report_.run().provinceName = [](const std::string& code) {
+            return latin(report_tests::provinceNames.at(std::stoul(code) - 1));
+        };
         summary_.previousEdition = "2025-06-30";
         notes_.badLines = {"TRAM.D251231.G260105: línea 200: no empieza por una provincia y un municipio\n"
                            "TRAM.D251231.G260105: línea 4711: el código postal no lo es"};
@@ -38,6 +44,7 @@ public:
         }
         summary_.streetRows = 1'400'000;
         summary_.openedRows = 1'000'000;
+        summary_.kept = 1729;
         report_.write(file, summary_, notes_);
     }
 
@@ -64,6 +71,9 @@ private:
             change.isRenamed = change.hasOtherCode = change.hasOtherRange = kind == ChangeKind::Changes;
             report_.add(change);
         }
+        change.key = 0; // a row of MUNICIPI
+        report_.add(change);
+        ++summary_.municipalities.changes;
         for (std::size_t kind = 0; kind < DirectoryReport::conflictKinds; ++kind) {
             report_.add(DirectoryConflict{.kind = static_cast<ConflictKind>(kind),
                                           .place = place,
@@ -80,9 +90,10 @@ private:
         summary_.renamed = summary_.otherCode = summary_.otherRange = summary_.streets.changes / 3;
     }
 
-    DirectoryReport report_{{.tables = "/srv/datos/empresa <1>",
+    DirectoryReport report_{{.tables = {},
                              .files = {"caj_esp_012026.zip", "municipios.csv"},
-                             .edition = "2025-12-31"}};
+                             .edition = "2025-12-31",
+                             .begun = 1'790'000'000}};
     LoadSummary summary_;
     EditionNotes notes_;
 };
@@ -90,12 +101,12 @@ private:
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fputs("usage: invented_directory_report FILE\n", stderr);
+    if (argc < 2) {
+        std::fputs("usage: invented_directory_report FILE [TABLES]\n", stderr);
         return 2;
     }
     try {
-        Invention().run(argv[1]);
+        Invention(argc > 2 ? argv[2] : "/srv/datos/empresa <1>").run(argv[1]);
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "invented_directory_report: %s\n", error.what());
