@@ -18,6 +18,15 @@ void addOnce(std::vector<Value>& values, const Value& value) {
     }
 }
 
+/// Where a street has rows marked as the municipality's, those marked as another's do not count.
+void dropNeighbours(std::vector<StreetStretch>& stretches, const Municipality& municipality) {
+    if (std::ranges::find(stretches, municipality.ineCode, &StreetStretch::ineCode) != stretches.end()) {
+        std::erase_if(stretches, [&](const StreetStretch& one) {
+            return !one.ineCode.empty() && one.ineCode != municipality.ineCode;
+        });
+    }
+}
+
 } // namespace
 
 AddressDirectory::AddressDirectory(const std::string& database)
@@ -64,6 +73,7 @@ std::vector<StreetStretch> AddressDirectory::stretches(const Municipality& munic
             rows_->addOwn(municipality, province, name, found);
         }
     }
+    dropNeighbours(found, municipality);
     return found;
 }
 
@@ -112,6 +122,7 @@ std::optional<StreetStretch> AddressDirectory::streetBeginning(const Municipalit
         }
         std::vector<StreetStretch> rows;
         rows_->addOwn(municipality, province, *name, rows);
+        dropNeighbours(rows, municipality);
         if (!rows.empty()) {
             const auto ofType = std::ranges::find(rows, type, &StreetStretch::type);
             best = ofType == rows.end() ? rows.front() : *ofType;

@@ -32,15 +32,17 @@ public:
         return all_.find(ineCode);
     }
 
-    /// A municipality's own stretches of the street with exactly this name, in table order.
+    /// A municipality's own stretches of the street with exactly this name, in table order. Where it shares a
+    /// postal code with another municipality the INE code decides: stretches marked as the other's count only
+    /// if none is marked as its own, because the mark may have been guessed.
     [[nodiscard]] std::vector<StreetStretch> stretches(const Municipality& municipality,
                                                        const std::string& name);
     /// Whether any province has a street with exactly this name.
     [[nodiscard]] bool hasStreet(const std::string& name);
     /// Differs from an earlier one if streets have changed since.
     [[nodiscard]] suggest::TableStamp streetStamp() const { return suggest::TableStamp::of(streets_); }
-    /// The municipality's first street, by name, that begins with a text; of several rows the first one of
-    /// the type, or else the first. Null if there is none.
+    /// The municipality's first street, by name, that begins with a text; of several rows one of those that
+    /// stretches() returns: the first one of the type, or else the first. Null if there is none.
     [[nodiscard]] std::optional<StreetStretch>
     streetBeginning(const Municipality& municipality, const std::string& text, const std::string& type);
 

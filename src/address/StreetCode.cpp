@@ -57,11 +57,7 @@ Stretches stretchesOfType(Stretches stretches, const std::string& type) {
 
 StreetCode streetCode(const Stretches& all, const std::string& ineCode, const HouseNumber& number) {
     const auto isOwn = [&](const StreetStretch& one) { return one.ineCode == ineCode; };
-    const bool hasOwn = std::ranges::any_of(all, isOwn);
-    const auto counts = [&](const StreetStretch& one) {
-        return !hasOwn || one.ineCode.empty() || isOwn(one);
-    };
-    const Some stretches = those(all, counts);
+    const Some stretches = those(all, [](const StreetStretch&) { return true; });
     if (number.kind == HouseNumber::Kind::Unclear) {
         return {Certainty::Unclear, *stretches.first};
     }
@@ -69,7 +65,7 @@ StreetCode streetCode(const Stretches& all, const std::string& ineCode, const Ho
         return {sureOr(Certainty::NoNumber, stretches), *stretches.first};
     }
     const auto holds = [&](const StreetStretch& one) { return one.ranges.hold(number.value); };
-    Some holders = those(all, [&](const StreetStretch& one) { return counts(one) && holds(one); });
+    Some holders = those(all, holds);
     if (holders.first == nullptr) {
         return {Certainty::NoStretch, *stretches.first};
     }

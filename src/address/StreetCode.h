@@ -30,9 +30,8 @@ struct StreetCode {
     [[nodiscard]] bool isSure() const { return certainty == Certainty::Sure; }
 };
 
-/// `stretches`: at least one, all of one street of the municipality. Where the postal codes of two
-/// municipalities overlap, the INE code decides: stretches marked as another municipality's count only if
-/// none is marked as this one's.
+/// `stretches`: at least one, all of one street of the municipality. Of several codes for a number, that of
+/// the stretches marked as this municipality's counts.
 [[nodiscard]] StreetCode streetCode(const std::vector<StreetStretch>& stretches, const std::string& ineCode,
                                     const HouseNumber& number);
 

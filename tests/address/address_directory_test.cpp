@@ -42,6 +42,14 @@ protected:
                      .capital = "9"},
                     {.codigo1 = "10", .via = "ATOCHA", .tipo = "CL", .codPostal = "28001", .capital = "9"},
                     {.codigo1 = "11", .via = "ATOCHA", .tipo = "RD", .codPostal = "28001", .capital = ""}});
+        // ALTA and CERCA share 26500, and the rows say whose they are.
+        addStreets({village("20", "IGLESIA", "26500", "26003"), village("21", "IGLESIA", "26500", "26001"),
+                    village("22", "PRADO", "26500", "26003"), village("23", "RIO", "26500", "26003"),
+                    village("24", "RIO", "26501", "26001"), village("25", "RIO", "26500"),
+                    village("26", "SOL", "26500", "26003")});
+        postal_tests::StreetRow square = village("27", "SOL", "26501", "26001");
+        square.tipo = "PZ";
+        addStreets({square});
     }
 
     static postal_tests::StreetRow village(std::string key, std::string name, std::string postalCode,
@@ -114,6 +122,18 @@ TEST_F(AddressDirectoryTest, AmongRowsOfEqualNameTheMunicipalitysOwnAreTakenWher
     EXPECT_EQ(keys("26001", "MAYOR"), "2 3 ");
     EXPECT_EQ(keys("26002", "MAYOR"), "1 ");
     EXPECT_EQ(keys("26003", "MAYOR"), "3 ");
+}
+
+TEST_F(AddressDirectoryTest, WhereAStreetHasRowsOfTheMunicipalityANeighboursWithTheSameCodeDoNotCount) {
+    EXPECT_EQ(keys("26001", "IGLESIA"), "21 ");
+    EXPECT_EQ(keys("26003", "IGLESIA"), "20 ");
+    EXPECT_EQ(beginning("26001", "IGL"), "21");
+    EXPECT_EQ(beginning("26003", "IGL"), "20");
+    EXPECT_EQ(keys("26001", "RIO"), "24 25 ") << "a blank one may be its own";
+    EXPECT_EQ(keys("26001", "SOL"), "27 ") << "its square, not the neighbour's street";
+    EXPECT_EQ(beginning("26001", "SOL", "CL"), "27");
+    EXPECT_EQ(keys("26001", "PRADO"), "22 ") << "it may have been guessed";
+    EXPECT_EQ(beginning("26001", "PRA"), "22");
 }
 
 TEST_F(AddressDirectoryTest, ACodeThatMunicipiLacksIsAdmittedByTheIneCode) {

@@ -61,11 +61,6 @@ TEST(StreetCodeTest, TheIneCodeChoosesAmongStretchesThatHaveTheNumber) {
     EXPECT_EQ(code.stretch.key, "2");
 }
 
-TEST(StreetCodeTest, AnotherMunicipalitysStretchDoesNotStandInForANumberThatOursLacks) {
-    EXPECT_EQ(choose({stretch("1", "26002", "26099"), stretch("2", "26001", "26001", low)}, "150").certainty,
-              Certainty::NoStretch);
-}
-
 TEST(StreetCodeTest, StretchesThatOnlyCarryAnotherIneCodeCount) {
     EXPECT_TRUE(choose({stretch("1", "26002", "26099")}, "5").isSure()) << "the code was guessed";
 }

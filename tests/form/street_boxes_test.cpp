@@ -57,6 +57,23 @@ TEST_F(StreetBoxes, AmongRowsOfEqualNameTheMunicipalitysOwnIsTaken) {
     EXPECT_EQ(text(Box::PostalCode), "26510");
 }
 
+TEST_F(StreetBoxes, TheTagIsTheMunicipalitysOwnStreetEvenWhereANeighbourSharesItsCode) {
+    addMunicipalities({{"26003", "26500", "CERCA"}});
+    addStreets({{"26000010", "IGLESIA", "CL", "26500", {1, 9999}, {2, 9998}, "26", "9", "26003"},
+                {"26000011", "IGLESIA", "CL", "26500", {1, 9999}, {2, 9998}, "26", "9", "26001"}});
+    open();
+    fill(Box::Municipality, "alta");
+    enter(Box::Street);
+    type("igl");
+    EXPECT_EQ(tag(Box::Street), 26000011) << "while it is typed";
+    press(Qt::Key_Tab);
+    EXPECT_EQ(tag(Box::Street), 26000011);
+    EXPECT_EQ(address->controller().DM->tbPostalCODIGO1.text(), "26000011");
+    fill(Box::Municipality, "cerca");
+    fill(Box::Street, "igl");
+    EXPECT_EQ(tag(Box::Street), 26000010);
+}
+
 TEST_F(StreetBoxes, TheControllerStandsOnTheStretchOfTheAddress) {
     open();
     fillAddress("alta", "CL", "may", "150");
