@@ -371,6 +371,15 @@ JudgedAddress AddressValidator::Implementation::judge(const GivenAddress& given)
     // Where the type has a column, a kind of street in the name belongs to it.
     const bool isTypeGiven = !withoutBlanks(given.type).empty();
     Best best;
+    for (AddressParts& reading : readings.written) {
+        Finding finding = findExactly(std::move(reading));
+        if (!finding.options.empty()) {
+            JudgedAddress judged = judge(finding);
+            if (best.isDecidedBy(judged, true)) {
+                return judged;
+            }
+        }
+    }
     std::vector<Finding> findings;
     for (const bool areWhole : {isTypeGiven, !isTypeGiven}) {
         if (areWhole) {

@@ -268,7 +268,12 @@ std::string writtenRest(const AddressParts& parts) {
 }
 
 GivenReadings readingsOf(const GivenAddress& given) {
-    GivenReadings readings{bareReadings(given), {}};
+    GivenReadings readings{.likely = bareReadings(given)};
+    const auto hasNumber = [](const AddressParts& reading) { return !reading.number.empty(); };
+    if (isBlank(given.line) && isBlank(given.number) && std::ranges::any_of(readings.likely, hasNumber)) {
+        readings.written.emplace_back().street = withoutBlanks(given.street);
+        takeColumns(readings.written, given);
+    }
     takeColumns(readings.likely, given);
     return readings;
 }

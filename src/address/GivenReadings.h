@@ -13,9 +13,12 @@ namespace ambrel {
 /// The ways in which an address may be understood.
 struct GivenReadings {
     std::vector<AddressParts> likely; // the likeliest first; at least one
+    /// With all of the street's column as the name, where a part of it looks like a number and the number's
+    /// column is blank: "SECTOR 3". For exact look-ups only.
+    std::vector<AddressParts> written = {};
     /// With everything before the number as the street's name, should the tables have it: "Plaza Mayor" as
     /// the name of a street.
-    std::vector<AddressParts> whole;
+    std::vector<AddressParts> whole = {};
 };
 
 /// A column that is not blank takes the place of what the line says. The whole ones are still to be added.

@@ -423,6 +423,24 @@ TEST_F(AddressVerdicts, KilometreIsNotAHouseNumber) {
     EXPECT_EQ(judged.number, "KM 12,5");
 }
 
+TEST_F(AddressVerdicts, NameThatEndsLikeANumberIsTakenAsItIsWritten) {
+    addStreets({{"28000090", "FINCA SAUCEDA KM 6", "", "28001"},
+                {"28000091", "FINCA SAUCEDA", "", "28013"},
+                {"28000092", "SECTOR 3", "CL", "28013"}});
+    for (const char* number : {"", "S/N"}) {
+        const JudgedAddress judged =
+            judge({.street = "Finca Sauceda km 6", .number = number, .municipality = "MADRID"});
+        EXPECT_EQ(verdictName(judged.verdict), "COMPLETADA") << number;
+        EXPECT_EQ(judged.street, "FINCA SAUCEDA KM 6");
+        EXPECT_EQ(judged.postalCode, "28001");
+    }
+    EXPECT_EQ(judge({.street = "Finca Sauceda km 7", .municipality = "MADRID"}).street, "FINCA SAUCEDA");
+    const JudgedAddress judged = judge({.type = "CL", .street = "SECTOR 3", .municipality = "MADRID"});
+    EXPECT_EQ(judged.street, "SECTOR 3");
+    EXPECT_EQ(judged.number, "");
+    EXPECT_EQ(judged.postalCode, "28013");
+}
+
 TEST_F(AddressVerdicts, LostZeroOfAPostalCodeIsCorrected) {
     const JudgedAddress judged = judge({.street = "Avda. Maisonnave",
                                         .number = "1",
