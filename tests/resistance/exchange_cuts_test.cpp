@@ -162,6 +162,20 @@ TEST_F(ExchangeCuts, ADiskThatLosesWhatWasNotSyncedLeavesAllOldTablesOrAllNewOne
     EXPECT_EQ(openAfterStop(folders_.image(), 0), authorsAfter) << "lost after the end";
 }
 
+/// The old tables are recognised after a stop, and so must be on the disk as they were then.
+TEST_F(ExchangeCuts, WhatAnotherProgramHasWrittenWithoutWaitingForTheDiskKeepsNoTableFromItsExchange) {
+    {
+        const auto towns = folders_.open("/datos/PUEBLOS.DBF", OpenMode::ReadWrite);
+        const TableFile records(folders_.open("/datos/PUEBLOS.DBF", OpenMode::ReadOnly));
+        towns->write(records.offsetOf(3), std::span<const char>("*", 1));
+    }
+    exchangeBy(1, folder, folders_);
+    loseEverywhere(before_, folders_.log(), longForm(100, 2000), [](const Authors& found, std::size_t) {
+        EXPECT_TRUE(found == authorsBefore || found == authorsAfter)
+            << found[0] << ' ' << found[1] << ' ' << found[2];
+    });
+}
+
 TEST_F(ExchangeCuts, AProgramThatGoesOnWithAnExchangeMayBeCutInTurn) {
     exchangeBy(1, folder, folders_);
     const std::vector<FolderImage> images = imagesOf(before_, folders_.log());
