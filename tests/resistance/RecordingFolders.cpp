@@ -18,6 +18,7 @@ public:
 
     const std::string& path() const override { return file_->path(); }
     bool isWritable() const override { return file_->isWritable(); }
+    bool isRemote() const override { return log_->missing.has_value(); }
     std::uint64_t size() const override { return file_->size(); }
     FileStatus status() const override { return status_; }
     void read(std::uint64_t offset, std::span<char> bytes) const override { file_->read(offset, bytes); }
@@ -163,10 +164,13 @@ std::optional<FileStatus> RecordingFolders::statusOf(const std::string& path) co
 }
 
 std::unique_ptr<File> RecordingFolders::openCompanion(const std::string& path) {
-    return exists(path) ? open(path, OpenMode::ReadWrite) : nullptr;
+    return exists(path) && log_->missing != path ? open(path, OpenMode::ReadWrite) : nullptr;
 }
 
 std::unique_ptr<File> RecordingFolders::createCompanion(const std::string& path, const std::string&) {
+    if (log_->missing == path) {
+        log_->missing.emplace();
+    }
     return exists(path) ? nullptr : open(path, OpenMode::Create);
 }
 

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -70,6 +71,10 @@ public:
     /// Is called before a file is opened, and may throw.
     std::function<void(const std::string& path)> onOpening = [](const std::string&) {};
 
+    /// From now on the folder is on another machine, and this one remembers that a name does not exist, until
+    /// it tries to create it.
+    void rememberAsMissing(const std::string& path) { log_->missing = path; }
+
     /// Is called before anything is written, synced or named, and may throw.
     void beforeEvents(std::function<void()> function) { log_->before = std::move(function); }
 
@@ -82,6 +87,7 @@ public:
     struct Recorder {
         FolderLog events;
         std::function<void()> before = [] {};
+        std::optional<std::string> missing; // none: the folder is on this machine
     };
 
 private:

@@ -300,6 +300,22 @@ TEST_F(ExchangeRemains, AreReportedByTheCheck) {
     EXPECT_TRUE(fs::exists(path("INTENCION.AMI"))) << "a check changes nothing";
 }
 
+/// A network folder's names, also missing ones, are remembered for up to a minute.
+TEST_F(ExchangeRemains, AreFoundByAStationThatHasJustSeenThatThereWereNone) {
+    for (const std::size_t first : {0U, 1U}) {
+        RecordingFolders station(decided_);
+        station.rememberAsMissing("/datos/INTENCION.AMI");
+        EXPECT_EQ(authorsIn(folder, first, station), authorsAfter);
+        EXPECT_FALSE(station.exists("/datos/INTENCION.AMI"));
+    }
+    FolderImage withoutIntention = decided_;
+    withoutIntention.names.erase("/datos/INTENCION.AMI");
+    RecordingFolders station(withoutIntention);
+    station.rememberAsMissing("/datos/INTENCION.AMI");
+    EXPECT_EQ(authorsIn(folder, 0, station), authorsBefore);
+    EXPECT_FALSE(station.exists("/datos/INTENCION.AMI")) << "asking for it leaves none";
+}
+
 // --- Several users
 
 class ExchangeRemainsOfUsers : public ExchangeRemains {
@@ -312,10 +328,10 @@ protected:
     }
     void giveAll(unsigned owner, mode_t mode, mode_t folderMode) const {
         for (const fs::directory_entry& entry : fs::directory_iterator(disk_.path())) {
-            ASSERT_EQ(chown(entry.path().c_str(), owner, owner), 0);
+            ASSERT_EQ(chown(entry.path().c_str(), owner, staff_), 0);
             ASSERT_EQ(chmod(entry.path().c_str(), mode), 0);
         }
-        ASSERT_EQ(chown(disk_.path().c_str(), owner, owner), 0);
+        ASSERT_EQ(chown(disk_.path().c_str(), owner, staff_), 0);
         ASSERT_EQ(chmod(disk_.path().c_str(), folderMode), 0);
     }
     [[nodiscard]] std::string openAs(const User& user) const {
@@ -330,7 +346,8 @@ protected:
         });
     }
 
-    const User owner_{50001, 50001}, stranger_{50003, 50003};
+    static constexpr unsigned staff_ = 50100;
+    const User owner_{50001, 50001, {staff_}}, colleague_{50002, 50002, {staff_}}, stranger_{50003, 50003};
 };
 
 TEST_F(ExchangeRemainsOfUsers, AUserWhoMayOnlyReadIsRefusedWithTheReasonUntilAnotherOneHasOpenedATable) {
@@ -340,6 +357,21 @@ TEST_F(ExchangeRemainsOfUsers, AUserWhoMayOnlyReadIsRefusedWithTheReasonUntilAno
     EXPECT_NE(refusal.find("junto con otras tablas"), std::string::npos) << refusal;
     EXPECT_EQ(openAs(owner_), "opened 1");
     EXPECT_EQ(openAs(stranger_), "opened 1");
+    expectAuthors(authorsAfter);
+}
+
+TEST_F(ExchangeRemainsOfUsers, AreCompletedByAnybodyOfTheGroupThatSharesTheTables) {
+    giveAll(owner_.id, 0664, 02775);
+    EXPECT_EQ(openAs(colleague_), "opened 1");
+    expectAuthors(authorsAfter);
+}
+
+TEST_F(ExchangeRemainsOfUsers, InAStickyFolderAreCompletedByTheirOwnerAlone) {
+    giveAll(owner_.id, 0664, 03775);
+    const std::string refusal = openAs(colleague_);
+    EXPECT_TRUE(refusal.starts_with("stale: ")) << refusal;
+    EXPECT_TRUE(fs::exists(path("CALLES.DBF.nuevo")));
+    EXPECT_EQ(openAs(owner_), "opened 1");
     expectAuthors(authorsAfter);
 }
 

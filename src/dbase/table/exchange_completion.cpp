@@ -32,6 +32,11 @@ public:
         if (!isMarked()) {
             return; // somebody else's table by now, and perhaps open
         }
+        for (const std::string* file : {&files_.table, &files_.index}) {
+            if (folders_.exists(*file)) {
+                folders_.requireReplaceable(*file);
+            }
+        }
         if (folders_.exists(files_.table)) {
             held_ = openAlone(folders_, files_.table);
             requireUnused(*held_);
@@ -144,6 +149,20 @@ void conclude(const StoppedTables& tables, const File& intention, Folders& folde
     }
 }
 
+void lockIntention(File& file) { holdLock(file, intentionLock, LockKind::Exclusive); }
+
+// Names are remembered here for up to a minute, also those that did not exist; creating one asks the server.
+// Nobody is waited for, because this program holds locks of the table.
+void askServerFor(const std::string& path, Folders& folders) {
+    bool isLocked = false;
+    const auto file = holdCompanion(folders, path, folderOf(path), [&](File& found) {
+        isLocked = found.isWritable() && found.tryLock(intentionLock, LockKind::Exclusive);
+    });
+    if (isLocked && file->size() == 0) {
+        removeIntention(*file, folders);
+    }
+}
+
 /// Locked, and still there; null if there is none.
 std::unique_ptr<File> holdIntention(const std::string& path, Folders& folders) {
     while (std::unique_ptr<File> file = folders.openCompanion(path)) {
@@ -151,7 +170,7 @@ std::unique_ptr<File> holdIntention(const std::string& path, Folders& folders) {
             throw Error(ErrorCode::AccessDenied, path,
                         "no hay permiso para terminar la sustitución de tablas que otro usuario empezó");
         }
-        holdLock(*file, intentionLock, LockKind::Exclusive);
+        lockIntention(*file);
         if (folders.isStillThere(*file)) {
             return file;
         }
@@ -161,9 +180,13 @@ std::unique_ptr<File> holdIntention(const std::string& path, Folders& folders) {
 
 } // namespace
 
-bool isInExchange(const std::string& tableFile, Folders& folders) {
+bool isInExchange(const std::string& tableFile, Folders& folders, bool isRemote) {
     try {
-        const std::unique_ptr<File> file = folders.openCompanion(intentionFileIn(folderOf(tableFile)));
+        const std::string path = intentionFileIn(folderOf(tableFile));
+        if (isRemote) {
+            askServerFor(path, folders);
+        }
+        const std::unique_ptr<File> file = folders.openCompanion(path);
         const std::optional<Intention> intention = file ? readIntention(*file) : std::nullopt;
         return intention && intention->names(tableFile) && isTrusted(*file, *intention, folders);
     } catch (const Error& error) {
@@ -192,7 +215,6 @@ void concludeExchangeOf(const std::string& tableFile, Folders& folders) {
 std::unique_ptr<File> createIntention(const std::string& folder, const Intention& intention,
                                       Folders& folders) {
     const std::string path = intentionFileIn(folder);
-    const auto lock = [](File& file) { holdLock(file, intentionLock, LockKind::Exclusive); };
     std::vector<std::string> models;
     for (const IntendedTable& table : intention.tables) {
         if (const std::string model = folder + '/' + table.table; folders.exists(model)) {
@@ -206,7 +228,7 @@ std::unique_ptr<File> createIntention(const std::string& folder, const Intention
         std::unique_ptr<File> file;
         do {
             completeExchange(folder, folders); // of other tables
-            file = holdCompanion(folders, path, model, lock);
+            file = holdCompanion(folders, path, model, lockIntention);
         } while (file->size() > 0);
         if (isTrusted(*file, intention, folders)) {
             return file;

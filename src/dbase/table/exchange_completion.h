@@ -10,8 +10,8 @@
 namespace dbase {
 
 /// Whether an intention beside this table names it. The table's index then bears the in-update mark, or there
-/// is none.
-[[nodiscard]] bool isInExchange(const std::string& tableFile, Folders& folders);
+/// is none. `isRemote`: as File::isRemote(), then its server is asked.
+[[nodiscard]] bool isInExchange(const std::string& tableFile, Folders& folders, bool isRemote = false);
 
 /// completeExchange() for a program that is opening a table. Errors: Error(StaleIndex), which names the
 /// table, if the system does not permit it here.

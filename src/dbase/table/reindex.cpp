@@ -108,7 +108,7 @@ std::unique_ptr<File> openForOurselves(const std::string& tableFile) {
         if (!TableNames(diskFolders(), *file, nullptr).leadHere()) {
             continue; // it was replaced while we waited
         }
-        if (!isInExchange(tableFile, diskFolders())) {
+        if (!isInExchange(tableFile, diskFolders(), file->isRemote())) {
             return file;
         }
         file.reset();

@@ -82,7 +82,7 @@ std::shared_ptr<Table> Table::tryOpen(const std::string& path, Folders& folders)
     if (!TableNames(folders, file, index.get()).leadHere()) { // by a program that knows no such lock
         return nullptr;
     }
-    if ((!index || stampOf(index.get()).inUpdate) && isInExchange(path, folders)) {
+    if ((!index || stampOf(index.get()).inUpdate) && isInExchange(path, folders, file.isRemote())) {
         index.reset();
         records.reset(); // with its locks, which the completion needs
         concludeExchangeOf(path, folders);
