@@ -60,8 +60,7 @@ public:
         use(piece, Use::Floor);
     }
 
-    [[nodiscard]] AddressParts parts() const {
-        AddressParts parts;
+    void writeTo(AddressParts& parts) const {
         parts.number = number_.number;
         parts.numberSuffix = number_.suffix;
         parts.numberEnd = number_.end;
@@ -73,7 +72,6 @@ public:
             write(parts, {first, last});
             first = last;
         }
-        return parts;
     }
 
 private:
@@ -259,12 +257,16 @@ private:
         draft.use(municipality, Use::Municipality);
         draft.use(province, Use::Province);
         useOthers(draft, street);
-        addOnce(draft.parts());
+        addOnce(draft);
     }
 
-    void addOnce(AddressParts&& parts) {
-        if (readings_.size() < mostReadings && std::ranges::find(readings_, parts) == readings_.end()) {
-            readings_.push_back(std::move(parts));
+    void addOnce(const Draft& draft) {
+        if (readings_.size() == mostReadings) {
+            return;
+        }
+        draft.writeTo(readings_.emplace_back());
+        if (std::find(readings_.begin(), readings_.end() - 1, readings_.back()) != readings_.end() - 1) {
+            readings_.pop_back();
         }
     }
 
@@ -302,7 +304,7 @@ private:
         if (hasProvince) {
             draft.use(pieces_[1].words, Use::Province);
         }
-        addOnce(draft.parts());
+        addOnce(draft);
     }
 
     WrittenWords words_;
@@ -326,7 +328,9 @@ AddressParts readNumberText(std::string_view text) {
     Draft draft(words);
     draft.useNumber(number);
     draft.use({floor, floorEnd(words, floor, words.size())}, Use::Floor);
-    return draft.parts();
+    AddressParts parts;
+    draft.writeTo(parts);
+    return parts;
 }
 
 } // namespace ambrel

@@ -1,6 +1,7 @@
 // An address of the tables that may be the one given.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,7 +46,7 @@ struct AddressOption {
     bool hasSlips = false;  // letters of its name are wrong
     bool isRenamed = false; // its letters are not those that were written
     double points = 1;      // of the suggestion
-    StreetCode code = {};
+    std::optional<StreetCode> code = {}; // once it is weighed
     double doubt = 0;      // of all names, in the light of the postal code given
     double confidence = 0; // of everything
 

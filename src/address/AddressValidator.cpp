@@ -73,7 +73,7 @@ bool isSameStreet(const AddressOption& a, const AddressOption& b) {
 }
 
 bool hasSameCode(const AddressOption& a, const AddressOption& b) {
-    return a.code.isSure() && b.code.isSure() && a.code.stretch.postalCode == b.code.stretch.postalCode;
+    return a.code->isSure() && b.code->isSure() && a.code->stretch.postalCode == b.code->stretch.postalCode;
 }
 
 /// The best of the verdicts after which one has to look further; of equal ones the most likely, then the

@@ -95,7 +95,7 @@ bool isCorrection(const AddressChange& change, const AddressOption& option) {
 Verdict verdictOn(const AddressOption& option, const AddressQuestion& question,
                   const ValidationOptions& options) {
     const bool isNear = option.hasSlips || option.place.source == PlaceSource::Near;
-    const Certainty certainty = option.code.certainty;
+    const Certainty certainty = option.code->certainty;
     const bool isOutside = certainty == Certainty::NoStretch || certainty == Certainty::Unclear;
     if (option.isPart || option.place.isPart ||
         (!option.isCertain() && 1 - option.doubt < options.threshold) || (isNear && isOutside)) {
@@ -114,7 +114,7 @@ Verdict verdictOn(const AddressOption& option, const AddressQuestion& question,
     case Certainty::Sure:
         break;
     }
-    if (!question.lacksCode() && option.code.stretch.postalCode != question.postalCode) {
+    if (!question.lacksCode() && option.code->stretch.postalCode != question.postalCode) {
         return Verdict::OtherCode;
     }
     return Verdict::Correct;
@@ -128,9 +128,9 @@ JudgedAddress judgedAs(const AddressOption& option, Verdict verdict, const Addre
     judged.rest = writtenRest(question.parts);
     takePlace(judged, option.place, question);
     takeStreet(judged, option, question);
-    if (option.code.isSure()) {
-        judged.key = option.code.stretch.key;
-        takeCode(judged, option.code.stretch.postalCode, question);
+    if (option.code->isSure()) {
+        judged.key = option.code->stretch.key;
+        takeCode(judged, option.code->stretch.postalCode, question);
     } else {
         judged.postalCode = question.postalCode;
     }

@@ -23,12 +23,12 @@ bool isOthers(const std::vector<StreetStretch>& stretches, const std::string& in
 
 void weigh(AddressOption& option, const AddressQuestion& question) {
     const Municipality& municipality = *option.place.municipality;
-    option.code = streetCode(option.stretches, municipality.ineCode, question.number);
+    const StreetCode& found = option.code.emplace(streetCode(option.stretches, municipality.ineCode, question.number));
     const bool isCodeGiven = !question.postalCode.empty();
     const std::string& code = question.postalCode;
     const bool isOfStretch =
-        option.code.isSure()
-            ? option.code.stretch.postalCode == code
+        found.isSure()
+            ? found.stretch.postalCode == code
             : std::ranges::find(option.stretches, code, &StreetStretch::postalCode) != option.stretches.end();
     const bool isOfPlace = municipality.hasPostalCode(code);
     // Where all streets share a code, it says nothing about the street.
@@ -46,13 +46,13 @@ void weigh(AddressOption& option, const AddressQuestion& question) {
         option.doubt += doubt::noCode;
     }
     double sum = option.doubt;
-    if (option.code.certainty == StreetCode::Certainty::NoStretch ||
-        option.code.certainty == StreetCode::Certainty::Unclear) {
+    if (found.certainty == StreetCode::Certainty::NoStretch ||
+        found.certainty == StreetCode::Certainty::Unclear) {
         sum += doubt::numberOutside;
     }
     if (question.lacksCode() && option.doubt == 0) {
         sum += doubt::noCode;
-    } else if (!question.lacksCode() && option.code.isSure() && !isOfStretch) {
+    } else if (!question.lacksCode() && found.isSure() && !isOfStretch) {
         sum += doubt::otherCode;
     }
     option.confidence = std::max(0.0, 1 - sum);

@@ -175,14 +175,15 @@ private:
         if (readings_.size() == mostReadings) {
             return;
         }
-        StreetWords street{type, name, {}, {}, {}};
+        StreetWords& street = readings_.emplace_back();
+        street.type = type;
+        street.name = name;
         if (end < piece_.last) {
             street.number = readNumber(words_, end, piece_.last);
         }
         const std::size_t floor = street.number.isThere() ? street.number.words.last : end;
         street.floor = {floor, floorEnd(words_, floor, piece_.last)};
         street.tail = {street.floor.last, piece_.last};
-        readings_.push_back(std::move(street));
     }
 
     const WrittenWords& words_;

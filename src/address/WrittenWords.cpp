@@ -183,13 +183,24 @@ void WrittenWords::readLetters(WrittenWord& word, std::size_t& at) const {
         return index < source_.size() && source_[index] == '\\' && word.folded.size() > 1 &&
                letterAt(index + 1);
     };
-    for (; letterAt(at) || inside(at) || isEnye(at); ++at) {
-        if (source_[at] == '\\') {
-            word.folded += suggest::enye;
-        } else if (letterAt(at)) {
-            word.folded += foldedLetter(source_[at]);
+    do {
+        std::size_t end = at;
+        while (letterAt(end)) {
+            ++end;
         }
-    }
+        const std::size_t before = word.folded.size();
+        word.folded.resize(before + (end - at));
+        std::transform(source_.begin() + static_cast<std::ptrdiff_t>(at),
+                       source_.begin() + static_cast<std::ptrdiff_t>(end),
+                       word.folded.begin() + static_cast<std::ptrdiff_t>(before), foldedLetter);
+        at = end;
+        if (isEnye(at)) {
+            word.folded += suggest::enye;
+        } else if (!inside(at)) {
+            break;
+        }
+        ++at;
+    } while (true);
     // "P.I.", "C.P.", "n.º"
     while (word.folded.size() < 4 && at - word.begin == 2 * word.folded.size() - 1 &&
            at + 1 < source_.size() && source_[at] == '.' && letterAt(at + 1) &&
@@ -221,6 +232,9 @@ std::string_view WrittenWords::text(WordRange range) const {
     }
     const std::size_t begin = words_[range.first].begin, end = words_[range.last - 1].end;
     const std::string_view text = source_.substr(begin, end - begin);
+    if (text.find('(') == std::string_view::npos) {
+        return text;
+    }
     const bool isOpen = std::ranges::count(text, '(') > std::ranges::count(text, ')');
     const std::size_t close = isOpen ? source_.find_first_not_of(" .", end) : std::string_view::npos;
     return close != std::string_view::npos && source_[close] == ')' ? source_.substr(begin, close + 1 - begin)

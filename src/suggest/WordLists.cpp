@@ -62,6 +62,15 @@ std::string romanFigures(std::uint16_t value) {
     return std::string(value / 10, 'X') + units[value % 10];
 }
 
+/// A number for length and first letters; other words may have the same.
+std::size_t beginningOf(std::string_view word) {
+    std::size_t number = word.size();
+    for (const char c : word.substr(0, 3)) {
+        number = number * 37 + static_cast<unsigned char>(c);
+    }
+    return number % 4096;
+}
+
 } // namespace
 
 WordLists::WordLists(std::string_view text) {
@@ -87,6 +96,9 @@ WordLists::WordLists(std::string_view text) {
         } catch (const std::invalid_argument& error) {
             throw std::invalid_argument("line " + std::to_string(number) + ": " + error.what());
         }
+    }
+    for (const auto& [word, entry] : words_) {
+        beginnings_.set(beginningOf(word));
     }
 }
 
@@ -154,6 +166,9 @@ void WordLists::takeType(std::string_view rest) {
 }
 
 const WordEntry* WordLists::find(std::string_view folded) const {
+    if (!beginnings_[beginningOf(folded)]) {
+        return nullptr;
+    }
     const auto entry = words_.find(folded);
     return entry == words_.end() ? nullptr : &entry->second;
 }

@@ -1,6 +1,7 @@
 // The words that names are written with in several ways, from word_lists.txt.
 #pragma once
 
+#include <bitset>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -77,6 +78,7 @@ private:
     void takeType(std::string_view rest);
 
     TextMap<WordEntry> words_;
+    std::bitset<4096> beginnings_; // of these words: says of most others, which are names, that they are not
     TextMap<TypeSet> pairs_, codes_;
     TextMap<std::string> shortForms_, officialTypes_;
     std::vector<std::pair<std::string, std::string>> provinces_;
