@@ -41,14 +41,14 @@ struct AddressOption {
     std::string street = {}, type = {};
     std::vector<StreetStretch> stretches = {}; // of it
     double nameDoubt = 0, typeDoubt = 0;
-    double otherDoubt = 0;  // that a street is meant which the tables lack
-    bool isPart = false;    // a part of its name was written
-    bool hasSlips = false;  // letters of its name are wrong
-    bool isRenamed = false; // its letters are not those that were written
-    double points = 1;      // of the suggestion
+    double otherDoubt = 0;               // that a street is meant which the tables lack
+    bool isPart = false;                 // a part of its name was written
+    bool hasSlips = false;               // letters of its name are wrong
+    bool isRenamed = false;              // its letters are not those that were written
+    double points = 1;                   // of the suggestion
     std::optional<StreetCode> code = {}; // once it is weighed
-    double doubt = 0;      // of all names, in the light of the postal code given
-    double confidence = 0; // of everything
+    double doubt = 0;                    // of all names, in the light of the postal code given
+    double confidence = 0;               // of everything
 
     /// Whether it is what is written, but for the writing.
     [[nodiscard]] bool isCertain() const { return doubt == 0; }

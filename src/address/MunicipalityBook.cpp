@@ -11,11 +11,12 @@ namespace {
 
 /// More than a country has; a file of nonsense has more names.
 constexpr std::size_t mostKept = 20'000;
+constexpr std::size_t mostLately = std::size_t{1} << 15;
 
 } // namespace
 
 MunicipalityBook::MunicipalityBook(const std::string& database, AddressDirectory& directory)
-    : directory_(directory), rows_(database, "MUNICIPI", "CODPOSTAL") {
+    : directory_(directory), rows_(database, "MUNICIPI", "CODPOSTAL"), lately_(mostLately) {
     rows_.open();
     stamp_ = suggest::TableStamp::of(rows_);
 }
@@ -23,29 +24,39 @@ MunicipalityBook::MunicipalityBook(const std::string& database, AddressDirectory
 void MunicipalityBook::renew() {
     if (const suggest::TableStamp now = suggest::TableStamp::of(rows_); now != stamp_) {
         stamp_ = now;
-        byName_.clear();
-        byPostalCode_.clear();
+        forget();
         byIneCode_.clear();
     }
 }
 
+void MunicipalityBook::forget() {
+    byName_.clear();
+    byPostalCode_.clear();
+    std::ranges::fill(lately_, nullptr);
+}
+
 void MunicipalityBook::keepWithinBounds() {
     if (byName_.size() + byPostalCode_.size() > mostKept) {
-        byName_.clear();
-        byPostalCode_.clear();
+        forget();
     }
 }
 
 const std::vector<MunicipalityPointer>& MunicipalityBook::named(std::string_view name) {
-    if (const auto known = byName_.find(name); known != byName_.end()) {
+    const std::size_t place = suggest::TextHash()(name) % mostLately;
+    if (const Named* const known = lately_[place]; known != nullptr && known->first == name) {
         return known->second;
     }
-    keepWithinBounds();
-    Some found;
-    for (const Municipality& one : directory_.municipalitiesNamed(std::string(name))) {
-        found.push_back(find(one.ineCode));
+    auto known = byName_.find(name);
+    if (known == byName_.end()) {
+        keepWithinBounds();
+        Some found;
+        for (const Municipality& one : directory_.municipalitiesNamed(std::string(name))) {
+            found.push_back(find(one.ineCode));
+        }
+        known = byName_.emplace(name, std::move(found)).first;
     }
-    return byName_.emplace(name, std::move(found)).first->second;
+    lately_[place] = &*known;
+    return known->second;
 }
 
 const std::vector<MunicipalityPointer>& MunicipalityBook::withPostalCode(std::string_view code) {

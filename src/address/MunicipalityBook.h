@@ -33,7 +33,9 @@ public:
 
 private:
     using Some = std::vector<MunicipalityPointer>;
+    using Named = std::pair<const std::string, Some>;
     void keepWithinBounds();
+    void forget();
 
     AddressDirectory& directory_;
     dbase::Dataset rows_; // by postal code, minor entities included
@@ -41,6 +43,8 @@ private:
     dbase::Field& postalCode_ = rows_.bindCharacter("CODPOSTAL", 5);
     suggest::TableStamp stamp_;
     suggest::TextMap<Some> byName_, byPostalCode_;
+    /// The name asked for last among those with a remainder: found without the map's steps through memory.
+    std::vector<const Named*> lately_;
     suggest::TextMap<std::unique_ptr<const Municipality>> byIneCode_; // those that the others point at
 };
 

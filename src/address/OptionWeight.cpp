@@ -23,7 +23,8 @@ bool isOthers(const std::vector<StreetStretch>& stretches, const std::string& in
 
 void weigh(AddressOption& option, const AddressQuestion& question) {
     const Municipality& municipality = *option.place.municipality;
-    const StreetCode& found = option.code.emplace(streetCode(option.stretches, municipality.ineCode, question.number));
+    const StreetCode& found =
+        option.code.emplace(streetCode(option.stretches, municipality.ineCode, question.number));
     const bool isCodeGiven = !question.postalCode.empty();
     const std::string& code = question.postalCode;
     const bool isOfStretch =

@@ -55,6 +55,7 @@ StreetStretch StreetRows::stretchOf(const dbase::RecordView& row) const {
 
 void StreetRows::addOwn(const Municipality& municipality, std::string_view province, std::string_view name,
                         std::vector<StreetStretch>& found) {
+    __builtin_prefetch(municipality.postalCodes.data()); // to have them once the rows are found
     for (const dbase::RecordView& row : named_.find({province, name})) {
         const bool isOwn = municipality.owns(textOf(row, postalCode_), textOf(row, ineCode_));
         // Where letters are ordered by weight, other names have the same key.
