@@ -130,7 +130,7 @@ Refusal read(const FixedLine& line, StretchLine& stretch) {
     if (*street == 0 && *pseudo == 0) {
         return "no es de ninguna vía ni seudovía";
     }
-    if (!isOfProvince(postalCode)) {
+    if (!isOfProvince(postalCode) || *postalCode % 1000 == 0) {
         return "no tiene un código postal";
     }
     stretch.unit = *unit;

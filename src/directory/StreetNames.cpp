@@ -11,6 +11,8 @@
 namespace ambrel::directory {
 namespace {
 
+constexpr char noBreakSpace = '\xA0';
+
 char withoutAccent(char letter) {
     // In the order of Windows-1252, from À to Ý. Ñ, Ç and Ü are letters of their own, not accents.
     constexpr std::string_view plain = "AAAAAA\xC6\xC7"
@@ -36,16 +38,36 @@ std::string abbreviated(const std::string& name, std::size_t width) {
     return text;
 }
 
+std::string withoutEndBlanks(std::string_view text) {
+    return std::string(text.substr(0, text.find_last_not_of(' ') + 1));
+}
+
+/// A bracket that the cut leaves open is closed again, or goes if little is left in it.
 std::string cut(std::string_view text, std::size_t width) {
-    std::string result(text.substr(0, width));
-    result.resize(result.find_last_not_of(' ') + 1);
-    return result;
+    constexpr std::size_t leastInBrackets = 3;
+    std::string result = withoutEndBlanks(text.substr(0, width));
+    const std::size_t bracket = result.rfind('(');
+    if (result.size() == text.size() || bracket == std::string::npos ||
+        result.find(')', bracket) != std::string::npos) {
+        return result;
+    }
+    if (width - 1 - bracket <= leastInBrackets) {
+        return withoutEndBlanks(std::string_view(result).substr(0, bracket));
+    }
+    return withoutEndBlanks(std::string_view(result).substr(0, width - 1)) + ')';
 }
 
 } // namespace
 
 std::string plainCapitals(std::string_view name) {
-    std::string text(name);
+    std::string text;
+    for (const char letter : name) { // look-ups write one blank between two words
+        const char sign = letter == noBreakSpace ? ' ' : letter;
+        if (sign != ' ' || (!text.empty() && text.back() != ' ')) {
+            text += sign;
+        }
+    }
+    text = withoutEndBlanks(text);
     std::ranges::transform(text, text.begin(), [](char letter) {
         const auto upper = dbase::CodePage::windows1252().upper(static_cast<unsigned char>(letter));
         return withoutAccent(static_cast<char>(upper));

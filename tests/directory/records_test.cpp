@@ -105,6 +105,7 @@ TEST(StretchRecord, WhatCannotBeIsRefusedWithItsReason) {
               "no empieza por una provincia y un municipio");
     EXPECT_EQ(refusalWith([](auto& text) { text.street = 0; }), "no es de ninguna vía ni seudovía");
     EXPECT_EQ(refusalWith([](auto& text) { text.postalCode = 0; }), "no tiene un código postal");
+    EXPECT_EQ(refusalWith([](auto& text) { text.postalCode = 28000; }), "no tiene un código postal");
     EXPECT_EQ(refusalWith([](auto& text) { text.numbering = '3'; }), "el tipo de numeración no es 0, 1 ni 2");
     EXPECT_EQ(refusalWith([](auto& text) { text.first = 2; }),
               "los números del tramo no son de su lado, pares o impares");

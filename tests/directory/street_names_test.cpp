@@ -36,6 +36,11 @@ TEST(PlainCapitals, LoseTheirAccentsAndKeepTheirLetters) {
               "ERO");
 }
 
+TEST(PlainCapitals, HaveOneBlankBetweenWordsAsLookUpsWriteThem) {
+    EXPECT_EQ(plainCapitals("  SAN   ROQUE\xA0 Y  SOL "), "SAN ROQUE Y SOL");
+    EXPECT_EQ(plainCapitals("   "), "");
+}
+
 TEST(NamesInWidth, ThoseThatFitStayAsTheyAre) {
     const Names names = {"MAYOR", as(45), "MAYOR", "NUESTRA SE\xD1ORA DEL PILAR"};
     EXPECT_EQ(settled(names), names);
@@ -51,6 +56,15 @@ TEST(NamesInWidth, WordsGetTheirUsualShortFormsFromTheEnd) {
 TEST(NamesInWidth, ANameThatIsStillTooLongIsCut) {
     EXPECT_EQ(settled({as(44, " BCDEF")}), (Names{as(44)}));
     EXPECT_EQ(settled({as(50)}), (Names{as(45)}));
+}
+
+TEST(NamesInWidth, ACutLeavesNoBracketOpen) {
+    EXPECT_EQ(settled({as(30, " (XXXXXXXXXXXXXXXXX)")}), (Names{as(30, " (XXXXXXXXXXXX)")}));
+    EXPECT_EQ(settled({as(41, " (XXXXX)")}), (Names{as(41)}));
+    EXPECT_EQ(settled({as(20, " (X) ZZZZZZZZZZZZZZZZZZZZZZZZ")}),
+              (Names{as(20, " (X) ZZZZZZZZZZZZZZZZZZZZ")}));
+    EXPECT_EQ(settled({as(30, " (XXXXXXXXXXXXXXXXY)"), as(30, " (XXXXXXXXXXXXXXXXZ)")}),
+              (Names{as(30, " (XXXXXX) (701)"), as(30, " (XXXXXX) (702)")}));
 }
 
 TEST(NamesInWidth, NamesAlikeButForTheirEndsKeepApartByTheirKeys) {

@@ -240,7 +240,7 @@ std::vector<Place> inventedPlaces(std::size_t count) {
                         std::string("VILLA") + sequence.oneOf(lastWords) + " DE " + sequence.oneOf(lastWords),
                     .postalCodes = {}};
         const std::uint32_t codes = sequence.isOneIn(20) ? 12 : 1 + sequence.below(3);
-        const std::uint32_t first = province * 1000 + static_cast<std::uint32_t>(i * 7 % 980);
+        const std::uint32_t first = province * 1000 + 1 + static_cast<std::uint32_t>(i * 7 % 980);
         for (std::uint32_t code = 0; code < codes; ++code) {
             place.postalCodes.push_back(first + code);
         }
