@@ -239,6 +239,34 @@ TEST_F(DividedStreet, StreetsOfTwoVillagesWithOneNameAreOnlyNoted) {
     EXPECT_EQ(runToOne(FindingClass::Overlap).severity, Severity::Note);
 }
 
+TEST_F(DividedStreet, TwoOfficialStreetsOfOneNameAreOnlyNoted) {
+    stretch("1", "9999", "28931");
+    stretch("1", "9999", "28932");
+    stretch("1", "9999", "28932");
+    const auto severities = [&](const std::string& first, const std::string& second) {
+        std::vector<test::Row> official{{"28000003", first + "289310000"},
+                                        {"28000005", "28092V00009289320000"}};
+        if (!second.empty()) {
+            official.push_back({"28000004", second + "289320000"});
+        }
+        createTable(test::defineTable("PROCEDEN", {"CODIGO1 C8", "CLAVE C20"}, {"CODIGO1"}), official);
+        std::string all;
+        for (const Finding& found : run()) {
+            EXPECT_EQ(found.severity == Severity::Note,
+                      found.text.ends_with("en el callejero oficial son dos vías"));
+            all += severityName(found.severity);
+            all += ' ';
+        }
+        for (const char* const file : {"PROCEDEN.DBF", "PROCEDEN.MDX"}) {
+            std::filesystem::remove(folder / file);
+        }
+        return all;
+    };
+    EXPECT_EQ(severities("28092V00007", "28092V00008"), "NOTA NOTA NOTA ");
+    EXPECT_EQ(severities("28092V00007", "28092V00007"), "NOTA GRAVE NOTA ");
+    EXPECT_EQ(severities("28092V00007", ""), "AVISO GRAVE NOTA ") << "the user's own row";
+}
+
 TEST_F(DividedStreet, StreetsOfTwoMunicipalitiesDoNotOverlapButHideEachOther) {
     street({});
     stretch("1", "9999", "28931");

@@ -65,7 +65,7 @@ private:
     void auditStreets(const PlaceBook& book) {
         const auto types = streetTypes(database_);
         const StreetRowAudit rowAudit(book, types ? &*types : nullptr);
-        SameStreetAudit streets(book, counted_);
+        SameStreetAudit streets(book, database_, counted_);
         KeyAudit keys;
         std::vector<bool> hasStreets(book.places().size());
         forEachStreet(database_, "VIA", [&](const StreetRow& row) {

@@ -104,9 +104,11 @@ void SameStreetAudit::auditRepeated(const Members& members) {
     });
     for (std::size_t i = 1; i < sorted.size(); ++i) {
         if (stretch(sorted[i - 1]->row) == stretch(sorted[i]->row)) {
-            tell(withText(aboutStreet(sorted[i]->row), FindingClass::RepeatedRow,
-                          streetName(sorted[i]->row) + ": la fila dice lo mismo que el registro " +
-                              std::to_string(sorted[i - 1]->row.record)));
+            Finding found = withText(aboutStreet(sorted[i]->row), FindingClass::RepeatedRow,
+                                     streetName(sorted[i]->row) + ": la fila dice lo mismo que el registro " +
+                                         std::to_string(sorted[i - 1]->row.record));
+            noteTwoOfficialStreets(*sorted[i], *sorted[i - 1], found);
+            tell(found);
         }
     }
 }
@@ -160,8 +162,20 @@ void SameStreetAudit::tellOverlap(const Range& range, const Range& other) {
                      (isOfVillages ? "; parecen vías de dos localidades" : ""));
     if (isOfVillages) {
         found.severity = Severity::Note;
+    } else {
+        noteTwoOfficialStreets(*range.member, *other.member, found);
     }
     tell(found);
+}
+
+/// The office knows two streets of one name and type: nothing is wrong, and nothing to be deleted.
+void SameStreetAudit::noteTwoOfficialStreets(const Member& one, const Member& other, Finding& found) {
+    const std::string street = official_.streetOf(one.row.key);
+    const std::string otherStreet = official_.streetOf(other.row.key);
+    if (!street.empty() && !otherStreet.empty() && street != otherStreet) {
+        found.text += "; en el callejero oficial son dos vías";
+        found.severity = Severity::Note;
+    }
 }
 
 void SameStreetAudit::tellGap(const Range& before, const Range& after) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "directory/audit/Finding.h"
+#include "directory/audit/OfficialRows.h"
 #include "directory/audit/PlaceBook.h"
 
 namespace ambrel::directory {
@@ -23,9 +24,9 @@ public:
         std::string hiddenExample = {}; // in UTF-8
     };
 
-    /// `book` must outlive it.
-    SameStreetAudit(const PlaceBook& book, FindingSink sink)
-        : book_(book), sink_(std::move(sink)), counts_(book.places().size()) {}
+    /// `book` must outlive it. `database`: of the table that says which rows are official.
+    SameStreetAudit(const PlaceBook& book, const std::string& database, FindingSink sink)
+        : book_(book), official_(database), sink_(std::move(sink)), counts_(book.places().size()) {}
 
     /// `hasFinding`: whether the row by itself has one that is not a note.
     void add(const StreetRow& row, std::optional<PlaceNumber> place, bool hasFinding);
@@ -52,8 +53,10 @@ private:
     void tellOverlap(const Range& range, const Range& other);
     void tellGap(const Range& before, const Range& after);
     [[nodiscard]] bool areVillages(const Member& one, const Member& other) const;
+    void noteTwoOfficialStreets(const Member& one, const Member& other, Finding& found);
 
     const PlaceBook& book_;
+    OfficialRows official_;
     FindingSink sink_;
     std::vector<StreetCount> counts_;
     std::vector<Member> members_; // kept, with their texts' memory, from street to street
