@@ -57,6 +57,9 @@ OfficeLines::OfficeLines(const std::string& folder) {
     forEachLine(folder, "UP", 604,
                 [&](const std::string& line) { entities_[line.substr(0, 12)] = columns(line, 385, 434); });
     forEachLine(folder, "TRAM", 273, [&](const std::string& line) {
+        if (line.compare(44, 3, "000") == 0) {
+            return; // 28000 is not a postal code, though the office writes it now and then
+        }
         const bool isPseudo = line.compare(20, 5, "00000") == 0;
         const std::string key = line.substr(isPseudo ? 25 : 20, 5);
         OfficeStreet& street = streets[line.substr(0, 5) + (isPseudo ? 'P' : 'V') + key];

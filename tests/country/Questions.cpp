@@ -115,6 +115,11 @@ void Questions::countHidden() {
     }
 }
 
+bool Questions::hasCode(const std::string& place, const std::string& code) const {
+    const auto found = places_.find(code);
+    return found != places_.end() && found->second.contains(place);
+}
+
 bool Questions::isElsewhereWithCode(const std::string& place, const std::string& name,
                                     const std::string& code) const {
     return std::ranges::any_of(places_.at(code), [&](const std::string& other) {

@@ -61,6 +61,8 @@ public:
     /// Streets with the key of another municipality's that comes first: what a host overlooks that seeks by
     /// the key alone. By municipality.
     [[nodiscard]] const std::map<std::string, std::uint64_t>& hiddenStreets() const { return hidden_; }
+    /// Whether the lines of a municipality have the code.
+    [[nodiscard]] bool hasCode(const std::string& place, const std::string& code) const;
 
 private:
     using Streets = std::vector<const OfficeStreet*>;

@@ -2,6 +2,7 @@
 #include "country/Country.h"
 
 #include <fstream>
+#include <iostream>
 #include <set>
 
 #include "dbase/dbf/codepage.h"
@@ -13,17 +14,21 @@ namespace {
 
 class ValidatedFiles : public Country {
 protected:
-    /// Writes the addresses as a file with the office's own names, and adds its answers to the score.
-    void validate(const std::vector<Question>& asked, bool withCodes, Score& score) {
+    enum class Names { Stored, Whole };
+
+    /// Writes the addresses as a file, and adds the answers to the score. `names`: of streets, as the tables
+    /// or as the office has them.
+    void validate(const std::vector<Question>& asked, bool withCodes, Score& score,
+                  Names names = Names::Stored) {
         const auto quoted = [](const std::string& ansi) {
             return '"' + dbase::CodePage::windows1252().toUtf8(ansi) + '"';
         };
         std::ofstream file(folder / "direcciones.csv");
         file << "TIPO,VIA,NUMERO,CODPOSTAL,MUNICIPIO,PROVINCIA\n";
         for (const Question& one : asked) {
-            file << one.type << ',' << quoted(one.wholeName) << ',' << one.number << ','
-                 << (withCodes ? *one.postalCodes.begin() : "") << ',' << quoted(one.municipality) << ','
-                 << one.province << '\n';
+            file << one.type << ',' << quoted(names == Names::Whole ? one.wholeName : one.street) << ','
+                 << one.number << ',' << (withCodes ? *one.postalCodes.begin() : "") << ','
+                 << quoted(one.municipality) << ',' << one.province << '\n';
         }
         file.close();
         ambcp("validar " + tables() + ' ' + folder / "direcciones.csv" + " --salida " +
@@ -72,6 +77,18 @@ TEST_F(ValidatedFiles, AreRightWithPostalCodesWhichSettleWhatIsUnclear) {
     Score score;
     validate(asked, true, score);
     expectRight(score);
+}
+
+TEST_F(ValidatedFiles, WithNamesLongerThanTheColumnAreRightOrLeftToAPerson) {
+    std::vector<Question> asked = nameable();
+    std::erase_if(asked, [](const Question& question) { return question.kind != Kind::Shortened; });
+    EXPECT_GT(asked.size(), 50U);
+    Score score;
+    validate(asked, true, score, Names::Whole);
+    std::cout << score.text();
+    for (const std::string& wrong : score.wrong()) {
+        ADD_FAILURE() << wrong;
+    }
 }
 
 } // namespace
