@@ -17,16 +17,6 @@ namespace ambrel {
 
 namespace {
 
-void loadSample(const std::string& name, const std::string& tableFile) {
-    const std::string csvName = name + ".csv";
-    for (const SampleFile& file : tableFiles()) {
-        if (file.name == csvName) {
-            loading::CsvReader csv(loading::textSource(file.text()), csvName);
-            loading::loadCsv(csv, tableFile, dbase::BulkLoader::Mode::Append);
-        }
-    }
-}
-
 /// A municipality file as programs on other systems write it: Windows-1252, lines ended by CR LF.
 std::string asMunicipalityFile(std::string_view utf8) {
     const std::string lines = dbase::CodePage::windows1252().fromUtf8(utf8).value();
@@ -64,18 +54,19 @@ void writePostales(const std::filesystem::path& folder, dbase::IfExists ifExists
 
 } // namespace
 
-void createSample(const std::string& folder, dbase::IfExists ifExists) {
-    loading::createPostalTables(folder, ifExists, loadSample);
-    writePostales(std::filesystem::path(folder) / "POSTALES", ifExists);
+void addSampleRows(const std::string& name, const std::string& tableFile) {
+    const std::string csvName = name + ".csv";
+    for (const SampleFile& file : tableFiles()) {
+        if (file.name == csvName) {
+            loading::CsvReader csv(loading::textSource(file.text()), csvName);
+            loading::loadCsv(csv, tableFile, dbase::BulkLoader::Mode::Append);
+        }
+    }
 }
 
-void createTablesForStreets(const std::string& folder) {
-    loading::createPostalTables(folder, dbase::IfExists::Refuse,
-                                [](const std::string& name, const std::string& tableFile) {
-                                    if (name == "PROVIN" || name == "TIPO_VIA") {
-                                        loadSample(name, tableFile);
-                                    }
-                                });
+void createSample(const std::string& folder, dbase::IfExists ifExists) {
+    loading::createPostalTables(folder, ifExists, addSampleRows);
+    writePostales(std::filesystem::path(folder) / "POSTALES", ifExists);
 }
 
 } // namespace ambrel

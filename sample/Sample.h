@@ -14,8 +14,7 @@ namespace ambrel {
 /// cannot be written.
 void createSample(const std::string& folder, dbase::IfExists ifExists = dbase::IfExists::Refuse);
 
-/// Creates the five postal tables without municipalities and streets: provinces and street types are those of
-/// the sample, which are the country's. Errors as above.
-void createTablesForStreets(const std::string& folder);
+/// Adds the rows of the sample to a table: those of PROVIN and TIPO_VIA are the country's. Errors as above.
+void addSampleRows(const std::string& name, const std::string& tableFile);
 
 } // namespace ambrel

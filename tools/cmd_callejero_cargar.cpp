@@ -1,5 +1,7 @@
 // ambcp callejero cargar: an edition of the official street directory into the tables.
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -7,6 +9,7 @@
 #include <set>
 
 #include "controller/ProvinceName.h"
+#include "dbase/dataset/dataset.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "directory/DirectoryLoading.h"
@@ -33,17 +36,32 @@ RangeOpening openingNamed(const std::string& name) {
     return name == "no" ? RangeOpening::None : name == "huecos" ? RangeOpening::Gaps : RangeOpening::Ends;
 }
 
+/// Those that a load reads or changes.
+constexpr std::array requiredTables{"MUNICIPI", "POSTAL", "TIPO_VIA"};
+
 bool hasTables(const std::string& folder) {
     std::error_code problem;
     return std::filesystem::is_directory(folder, problem) &&
-           (dbase::findTableFile(folder, "POSTAL") || dbase::findTableFile(folder, "MUNICIPI"));
+           std::ranges::all_of(requiredTables, [&](const char* name) {
+               return dbase::findTableFile(folder, name).has_value();
+           });
+}
+
+void warnOfMissingTypes() {
+    dbase::Dataset types(folderDatabase, "TIPO_VIA");
+    types.open();
+    if (types.isEmpty()) {
+        complain(
+            "aviso: TIPO_VIA está vacía, y las vías quedan sin tipo; si la borra, la carga la crea con los "
+            "tipos del país");
+    }
 }
 
 /// Before files are read for tables that could not be filled.
 void requireMunicipalities(const DirectoryLoadOptions& options) {
     if (options.isTrial) {
         throw loading::Failure("en la carpeta «" + options.folder +
-                               "» no hay tablas; sin --simular se crean, o créelas con «ambcp crear»");
+                               "» faltan tablas; sin --simular se crean, o créelas con «ambcp crear»");
     }
     if (options.units.empty() && options.municipalities.empty()) {
         throw loading::Failure(
@@ -167,9 +185,10 @@ private:
             created_.emplace(options_.folder);
         }
         folder_ = useFolder(options_.folder);
-        for (const char* const table : {"MUNICIPI", "POSTAL", "TIPO_VIA"}) {
+        for (const char* const table : requiredTables) {
             requireWhole(requireTable(folder_, table));
         }
+        warnOfMissingTypes();
         loading_ = std::make_unique<DirectoryLoading>(folderDatabase, folder_);
         if (!options_.isTrial) {
             loading_->requireExclusive();

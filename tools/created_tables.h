@@ -1,4 +1,4 @@
-// The tables that an order creates because there are none yet.
+// The tables that an order creates because they are missing.
 #pragma once
 
 #include <string>
@@ -6,11 +6,13 @@
 
 namespace ambcp {
 
-/// The five tables, without municipalities and streets. They are removed again, and the folder if it was
-/// missing, unless they are kept; those that somebody uses or has filled meanwhile stay.
+/// Those of the five tables that were missing, without municipalities and streets; provinces and street types
+/// are the country's. They are removed again, and the folder if it was missing, unless they are kept or
+/// somebody has filled one meanwhile.
 class CreatedTables {
 public:
-    /// Errors: those of createTablesForStreets().
+    /// A stop in the middle leaves some of them, and the next one creates the others. Errors: dbase::Error,
+    /// Failure.
     explicit CreatedTables(std::string folder);
     ~CreatedTables();
     CreatedTables(const CreatedTables&) = delete;
@@ -19,8 +21,13 @@ public:
     void keep() { isKept_ = true; }
 
 private:
+    void create();
+    void createIfMissing(const std::string& name);
+    void remove() noexcept;
+
     std::string folder_;
     std::vector<std::string> missingFolders_; // the innermost first
+    std::vector<std::string> created_;        // names of tables
     bool isKept_ = false;
 };
 

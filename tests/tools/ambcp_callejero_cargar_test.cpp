@@ -150,6 +150,27 @@ TEST_F(AmbcpCallejeroCargar, RangesAreOpenedAsAskedFor) {
     EXPECT_NE(listed("PROCEDEN").find(",-H--,"), std::string::npos);
 }
 
+TEST_F(AmbcpCallejeroCargar, CompletesTablesOfWhichACreationThatWasKilledLeftSome) {
+    const edition::Files files = writeSmall();
+    done({"crear", "datos"});
+    for (const std::string name : {"POSTAL", "TIPO_VIA"}) {
+        std::filesystem::remove(folder / ("datos/" + name + ".DBF"));
+        std::filesystem::remove(folder / ("datos/" + name + ".MDX"));
+    }
+    const Outcome run = ambcp(load(files));
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(linesOf(listed("POSTAL")), 4U);
+    EXPECT_EQ(linesOf(listed("PROVIN")), 98U) << "an empty one is filled, too";
+    EXPECT_EQ(linesOf(listed("TIPO_VIA")), 94U);
+}
+
+TEST_F(AmbcpCallejeroCargar, WarnsOfATableOfTypesThatIsEmpty) {
+    const edition::Files files = writeSmall();
+    done({"crear", "datos"});
+    EXPECT_NE(ambcp(load(files)).errors.find("aviso: TIPO_VIA está vacía, y las vías quedan sin tipo"),
+              std::string::npos);
+}
+
 TEST_F(AmbcpCallejeroCargar, AWholeEditionGivesSoundTables) {
     const edition::Files files = write(6000);
     const Outcome run = ambcp(load(files, {"--seudovias", files.pseudoStreets, "--unidades", files.units}));
@@ -161,7 +182,7 @@ TEST_F(AmbcpCallejeroCargar, AWholeEditionGivesSoundTables) {
 
 TEST_F(AmbcpCallejeroCargar, ATrialSaysWhatWouldComeAndChangesNothing) {
     const edition::Files files = writeSmall();
-    EXPECT_NE(refused(load(files, {"--simular"})).find("no hay tablas"), std::string::npos);
+    EXPECT_NE(refused(load(files, {"--simular"})).find("faltan tablas"), std::string::npos);
     EXPECT_FALSE(std::filesystem::exists(folder / "datos"));
     done({"crear", "datos"});
     EXPECT_EQ(ambcp(load(files, {"--simular"})).output, "COD_INE,MUNICIPIO,VIENEN,SE_VAN,CAMBIAN,CONFLICTOS\n"
