@@ -89,6 +89,8 @@ int main(int argc, char** argv) {
     reporter.printRatio("parse_vs_pugixml", "parse/pugixml", "parse/ours");
     // The second edition's time over that of the first one.
     reporter.printRatio("directory_second_vs_first", "directory/ours", "directory/second");
+    // An audit's time over that of a scan.
+    reporter.printRatio("audit_vs_scan", "audit/scan", "audit/ours");
     // A large table's time over a small one's.
     reporter.printRatio("province_200_vs_20", "province/20", "province/200");
     reporter.printRatio("street_dialog_1m5_vs_1k", "street_dialog/1k", "street_dialog/1m5");

@@ -44,8 +44,7 @@ void KeyAudit::add(const StreetRow& row, const FindingSink& sink) {
         tellBadKey(row, number, sink);
         return;
     }
-    const Finding about = aboutStreet(row);
-    keys_.push_back({number, row.record, static_cast<std::uint8_t>(numberOf(about.province))});
+    keys_.push_back({number, row.record, static_cast<std::uint8_t>(numberOf(provinceOf(row)))});
     if (row.key.starts_with(userBlock)) {
         ++userKeys_;
         highestUserKey_ = std::max(highestUserKey_, row.key);

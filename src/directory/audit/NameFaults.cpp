@@ -96,16 +96,35 @@ bool hasReplacedLetter(std::string_view name) {
            name.find("\xCF\xBF\xBD") != std::string_view::npos;
 }
 
+constexpr std::string_view foreignSigns = "{}~^\x7F\xA0\xAD";
+
 /// Signs that no name has: 0xA0 is a blank that is not one, or a letter of code page 850. "?" stands for a
 /// lost letter when a letter is beside it.
 bool isForeignSign(std::string_view name, std::size_t i) {
     const unsigned char byte = byteOf(name[i]);
     const bool isBesideLetter =
         (i > 0 && isLetter(name[i - 1])) || (i + 1 < name.size() && isLetter(name[i + 1]));
-    return byte < ' ' || byte == 0x7F || byte == 0xA0 || byte == 0xAD ||
-           std::string_view("{}~^").find(name[i]) != std::string_view::npos ||
+    return byte < ' ' || foreignSigns.find(name[i]) != std::string_view::npos ||
            (name[i] == '?' && isBesideLetter);
 }
+
+/// Whether each byte may be part of broken letters: most names have none, and are many.
+const std::array<bool, 256> suspicious = [] {
+    std::array<bool, 256> bytes{};
+    for (std::size_t control = 0; control < ' '; ++control) {
+        bytes.at(control) = true;
+    }
+    for (const Misread& misread : misreads) {
+        bytes.at(misread.seen) = true;
+    }
+    for (const char c : foreignSigns) {
+        bytes.at(byteOf(c)) = true;
+    }
+    for (const char c : std::string_view("?\xC2\xC3\xC5\xCF\xE2\xEF")) { // those above 0x7F begin UTF-8
+        bytes.at(byteOf(c)) = true;
+    }
+    return bytes;
+}();
 
 } // namespace
 
@@ -134,6 +153,9 @@ std::string withoutNeedlessBlanks(std::string_view name) {
 }
 
 std::optional<BrokenLetters> findBrokenLetters(std::string_view name) {
+    if (std::ranges::none_of(name, [](char c) { return suspicious[byteOf(c)]; })) {
+        return std::nullopt;
+    }
     if (hasReplacedLetter(name)) {
         return BrokenLetters{{}, true};
     }

@@ -2,6 +2,7 @@
 #include "directory/audit/PlaceBook.h"
 
 #include <algorithm>
+#include <numeric>
 #include <set>
 
 namespace ambrel::directory {
@@ -33,7 +34,7 @@ bool isPostalCode(std::string_view text) {
     return number && *number >= 1000 && *number / 1000 <= lastProvince && *number % 1000 != 0;
 }
 
-PlaceBook::PlaceBook() : placeByIne_(codes, -1) {}
+PlaceBook::PlaceBook() : placeByIne_(codes, -1), firstUse_(codes + 1) {}
 
 void PlaceBook::add(const MunicipalityRow& row) {
     const auto ine = fiveDigits(row.ineCode);
@@ -68,7 +69,9 @@ void PlaceBook::finish() {
         const bool isNew =
             i == 0 || uses_[i].postalCode != uses_[i - 1].postalCode || uses_[i].place != uses_[i - 1].place;
         places_[uses_[i].place].codes += isNew ? 1 : 0;
+        ++firstUse_[uses_[i].postalCode + 1];
     }
+    std::partial_sum(firstUse_.begin(), firstUse_.end(), firstUse_.begin());
 }
 
 std::optional<PlaceNumber> PlaceBook::placeOfIne(std::string_view ineCode) const {
@@ -82,8 +85,7 @@ std::span<const PlaceBook::Use> PlaceBook::usesOf(std::string_view postalCode) c
     if (!code) {
         return {};
     }
-    const auto range = std::ranges::equal_range(uses_, *code, {}, &Use::postalCode);
-    return {range.begin(), range.end()};
+    return std::span(uses_).subspan(firstUse_[*code], firstUse_[*code + 1] - firstUse_[*code]);
 }
 
 bool PlaceBook::hasCode(PlaceNumber place, std::string_view postalCode) const {

@@ -81,6 +81,7 @@ private:
     std::vector<Place> places_;
     std::vector<std::int32_t> placeByIne_; // -1: none
     std::vector<Use> uses_;                // sorted after finish()
+    std::vector<std::uint32_t> firstUse_;  // by postal code, and one more
 };
 
 } // namespace ambrel::directory

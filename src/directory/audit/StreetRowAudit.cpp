@@ -15,12 +15,6 @@ std::string quoted(std::string_view ansi) { return "«" + utf8FromAnsi(ansi) + "
 
 std::string rangeText(int first, int last) { return std::to_string(first) + "–" + std::to_string(last); }
 
-/// Two digits, or nothing.
-std::string provinceOf(const StreetRow& row) {
-    const std::string& text = isPostalCode(row.postalCode) ? row.postalCode : row.province;
-    return isPostalCode(text.substr(0, 2) + "001") ? text.substr(0, 2) : std::string();
-}
-
 std::string municipalityText(const PlaceBook::Place& place) {
     return utf8FromAnsi(place.ineCode + ' ' + place.name);
 }
@@ -59,6 +53,11 @@ Finding aboutStreet(const StreetRow& row) {
             .record = row.record,
             .key = utf8FromAnsi(row.key),
             .province = provinceOf(row)};
+}
+
+std::string provinceOf(const StreetRow& row) {
+    const std::string& text = isPostalCode(row.postalCode) ? row.postalCode : row.province;
+    return isPostalCode(text.substr(0, 2) + "001") ? text.substr(0, 2) : std::string();
 }
 
 std::string streetName(const StreetRow& row) {

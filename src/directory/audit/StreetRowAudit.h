@@ -34,6 +34,9 @@ private:
 /// A finding about a row of POSTAL that says where it is.
 [[nodiscard]] Finding aboutStreet(const StreetRow& row);
 
+/// That of its postal code, or else PROVINCIA: two digits, or nothing.
+[[nodiscard]] std::string provinceOf(const StreetRow& row);
+
 /// "CL MAYOR", in UTF-8.
 [[nodiscard]] std::string streetName(const StreetRow& row);
 
