@@ -14,6 +14,7 @@
 #include "dbase/system/error.h"
 #include "directory/DirectoryLoading.h"
 #include "directory/DirectoryReport.h"
+#include "loading/undo_file.h"
 #include "report/WholeFile.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
@@ -24,7 +25,6 @@
 #include "tools/output_files.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
-#include "tools/undo_file.h"
 
 namespace ambcp {
 
@@ -141,7 +141,7 @@ public:
             summary_ = loading_->simulate(opening, observer());
         } else {
             if (!options_.keepsNoUndo) {
-                undoFile_ = freeUndoFile(options_.undoFile, folder_ + "/callejero");
+                undoFile_ = loading::freeUndoFile(options_.undoFile, folder_ + "/callejero");
             }
             summary_ = loading_->store(opening, undoFile_, observer());
         }

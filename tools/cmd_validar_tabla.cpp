@@ -14,6 +14,7 @@
 #include "dbase/system/paths.h"
 #include "dbase/system/quoted.h"
 #include "loading/counted.h"
+#include "loading/undo_file.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
 #include "tools/cut_table.h"
@@ -22,7 +23,6 @@
 #include "tools/line_output.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
-#include "tools/undo_file.h"
 #include "tools/validation_run.h"
 
 namespace ambcp {
@@ -70,8 +70,9 @@ std::string findTable(const ValidateOptions& options) {
 }
 
 std::unique_ptr<loading::UndoWriter> createUndo(const ValidateOptions& options, const std::string& table) {
-    return createUndoFile(options.undoFile, dbase::folderOf(table) + '/' + dbase::baseName(table), table,
-                          "ambcp validar --tabla " + tableName(table) + " --escribir " + options.fill);
+    return loading::createUndoFile(
+        options.undoFile, dbase::folderOf(table) + '/' + dbase::baseName(table), table,
+        "ambcp validar --tabla " + tableName(table) + " --escribir " + options.fill);
 }
 
 /// One validation of a table with all that it writes.

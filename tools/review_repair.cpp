@@ -1,21 +1,17 @@
 // ambcp revisar --reparar: mends what has one right repair.
 #include "tools/review_repair.h"
 
-#include <memory>
 #include <set>
 #include <string>
 
-#include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/system/quoted.h"
 #include "directory/audit/TableRepair.h"
 #include "loading/counted.h"
 #include "loading/failure.h"
-#include "loading/undo_writer.h"
 #include "tools/complain.h"
 #include "tools/late_csv.h"
 #include "tools/table_folder.h"
-#include "tools/undo_file.h"
 
 namespace ambcp {
 
@@ -75,47 +71,48 @@ std::string classNames(const std::set<FindingClass>& kinds) {
 ExitCode repairTables(const ReviewOptions& options, std::optional<AuditedTable> only) {
     const RepairOptions repair{
         .database = folderDatabase, .kinds = readClasses(options.repairs), .only = only};
-    const std::string folder = dbase::databaseFolder(folderDatabase);
-    std::unique_ptr<loading::UndoWriter> undo;
-    if (options.writes) {
-        undo = createUndoFile(options.undoFile, folder + "/revisar", requireTable(folder, "POSTAL"),
-                              "ambcp revisar --reparar " + options.repairs);
-    }
+    std::string undoFile;
     LateCsv list(options.writes
                      ? std::vector<std::string>{"TABLA", "REGISTRO", "CLAVE", "CLASE", "PROPUESTA", "MOTIVO"}
                      : std::vector<std::string>{"TABLA", "REGISTRO", "CLAVE", "CLASE", "PROPUESTA"});
     std::uint64_t mended = 0, leftAlone = 0;
     const auto tellTotals = [&] {
         list.flush();
-        complain(!undo ? counted(mended, "fila cambiaría", "filas cambiarían") + "; con --escribir se cambian"
-                       : counted(mended, "fila cambiada", "filas cambiadas") + "; " +
-                             counted(leftAlone, "no se ha tocado", "no se han tocado"));
-        if (undo && !undo->isEmpty()) {
-            complain("lo que había está en " + undo->path() + "; lo devuelve: ambcp deshacer " +
-                     undo->path());
+        complain(!options.writes
+                     ? counted(mended, "fila cambiaría", "filas cambiarían") + "; con --escribir se cambian"
+                     : counted(mended, "fila cambiada", "filas cambiadas") + "; " +
+                           counted(leftAlone, "no se ha tocado", "no se han tocado"));
+        if (!undoFile.empty()) {
+            complain("lo que había está en " + undoFile + "; lo devuelve: ambcp deshacer " + undoFile);
+        }
+    };
+    const auto observe = [&](const RepairedRow& row, RepairOutcome outcome) {
+        const bool isLeft = outcome != RepairOutcome::Planned && outcome != RepairOutcome::Done;
+        ++(isLeft ? leftAlone : mended);
+        std::vector<std::string> values{std::string(ambrel::directory::tableName(row.table)),
+                                        std::to_string(row.record), row.key, classNames(row.kinds),
+                                        row.change};
+        if (isLeft) {
+            values.emplace_back(reasonOf(outcome));
+        }
+        if (isLeft || !options.writes) {
+            list.add(values);
         }
     };
     try {
-        ambrel::directory::repairTables(
-            repair, undo.get(), [&](const RepairedRow& row, RepairOutcome outcome) {
-                const bool isLeft = outcome != RepairOutcome::Planned && outcome != RepairOutcome::Done;
-                ++(isLeft ? leftAlone : mended);
-                std::vector<std::string> values{std::string(ambrel::directory::tableName(row.table)),
-                                                std::to_string(row.record), row.key, classNames(row.kinds),
-                                                row.change};
-                if (isLeft) {
-                    values.emplace_back(reasonOf(outcome));
-                }
-                if (isLeft || !undo) {
-                    list.add(values);
-                }
-            });
+        if (options.writes) {
+            ambrel::directory::repairTables(
+                repair, {.file = options.undoFile, .order = "ambcp revisar --reparar " + options.repairs},
+                observe, undoFile);
+        } else {
+            planRepairs(repair, observe);
+        }
     } catch (const dbase::Error&) {
         tellTotals();
         throw;
     }
     tellTotals();
-    return (undo ? leftAlone : mended) == 0 ? ExitCode::done : ExitCode::negative;
+    return (options.writes ? leftAlone : mended) == 0 ? ExitCode::done : ExitCode::negative;
 }
 
 } // namespace ambcp

@@ -7,13 +7,14 @@
 #include <map>
 #include <string>
 
+#include "AmbrelExport.h"
 #include "directory/audit/Finding.h"
 #include "directory/audit/PlaceBook.h"
 
 namespace ambrel::directory {
 
 /// The streets of a province, by what is known of them.
-struct ProvinceCount {
+struct AMBREL_EXPORT ProvinceCount {
     std::uint64_t municipalities = 0, withStreets = 0;
     std::uint64_t streets = 0, withCode = 0, withRanges = 0;
     std::uint64_t withFindings = 0; // streets; notes do not count
@@ -21,7 +22,7 @@ struct ProvinceCount {
     ProvinceCount& operator+=(const ProvinceCount& other);
 };
 
-struct AuditTotals {
+struct AMBREL_EXPORT AuditTotals {
     std::uint64_t municipalityRows = 0, streetRows = 0;
     std::array<std::uint64_t, findingClassCount> findings{};
     std::map<std::string, ProvinceCount> provinces; // by two digits
@@ -48,7 +49,7 @@ void forEachStreet(const std::string& database, const std::string& tag,
 
 /// Gives each finding to a function. Memory: MUNICIPI, the longest street, and 12 bytes for each row of
 /// POSTAL. Errors: dbase::Error; what the functions throw, which ends the audit.
-AuditTotals auditTables(const std::string& database, const FindingSink& sink,
-                        const AuditProgress& progress = {});
+AMBREL_EXPORT AuditTotals auditTables(const std::string& database, const FindingSink& sink,
+                                      const AuditProgress& progress = {});
 
 } // namespace ambrel::directory

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "AmbrelExport.h"
 #include "directory/audit/Audit.h"
 
 namespace ambrel::directory {
@@ -21,7 +22,7 @@ struct AuditRun {
 };
 
 /// Collects findings in bounded memory: the first hundred of each class are kept.
-class AuditReport {
+class AMBREL_EXPORT AuditReport {
 public:
     static constexpr std::size_t mostShown = 100;
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "AmbrelExport.h"
 #include "dbase/dbf/schema.h"
 
 namespace ambrel::directory {
@@ -15,7 +16,7 @@ namespace ambrel::directory {
 enum class Severity { Grave, Warning, Note };
 
 /// "GRAVE", "AVISO" or "NOTA".
-[[nodiscard]] std::string_view severityName(Severity severity);
+[[nodiscard]] AMBREL_EXPORT std::string_view severityName(Severity severity);
 
 enum class FindingClass {
     ReversedRange,
@@ -47,21 +48,21 @@ enum class FindingClass {
 inline constexpr std::size_t findingClassCount = 25;
 
 /// As files and orders have it, such as "RANGO_INVERTIDO".
-[[nodiscard]] std::string_view className(FindingClass kind);
+[[nodiscard]] AMBREL_EXPORT std::string_view className(FindingClass kind);
 /// The class of such a name, letter case ignored; null if there is none.
-[[nodiscard]] std::optional<FindingClass> findingClassNamed(std::string_view name);
+[[nodiscard]] AMBREL_EXPORT std::optional<FindingClass> findingClassNamed(std::string_view name);
 /// For people, in UTF-8: "Tramo al revés"; a sentence that says what it is; and one that says what to do.
-[[nodiscard]] std::string_view classTitle(FindingClass kind);
-[[nodiscard]] std::string_view classMeaning(FindingClass kind);
-[[nodiscard]] std::string_view classAdvice(FindingClass kind);
+[[nodiscard]] AMBREL_EXPORT std::string_view classTitle(FindingClass kind);
+[[nodiscard]] AMBREL_EXPORT std::string_view classMeaning(FindingClass kind);
+[[nodiscard]] AMBREL_EXPORT std::string_view classAdvice(FindingClass kind);
 /// Unless the case says otherwise.
 [[nodiscard]] Severity usualSeverity(FindingClass kind);
 /// Whether findings of the class have exactly one right repair.
-[[nodiscard]] bool isRepairable(FindingClass kind);
+[[nodiscard]] AMBREL_EXPORT bool isRepairable(FindingClass kind);
 
 enum class AuditedTable { Municipalities, Streets };
 /// "MUNICIPI" or "POSTAL".
-[[nodiscard]] std::string_view tableName(AuditedTable table);
+[[nodiscard]] AMBREL_EXPORT std::string_view tableName(AuditedTable table);
 
 /// Texts in UTF-8.
 struct Finding {

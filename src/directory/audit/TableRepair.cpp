@@ -16,6 +16,7 @@
 #include "directory/audit/RowMending.h"
 #include "loading/ansi_text.h"
 #include "loading/batch_changes.h"
+#include "loading/undo_file.h"
 
 namespace ambrel::directory {
 
@@ -136,12 +137,20 @@ std::size_t columnWidth(const std::string& database, AuditedTable name, const st
     return place ? schema.columns.at(*place).width : 0;
 }
 
+std::uint64_t recordCount(const std::string& database, AuditedTable name) {
+    dbase::Dataset table(database, std::string(tableName(name)));
+    table.open();
+    return table.openTable().records().recordCount();
+}
+
 /// The repair of both tables. What repeats the name of a municipality comes before the name itself, and the
 /// name stays if any of it could not be changed: as long as it is as it was, the next repair finds the rest.
 class BothTables {
 public:
     BothTables(const RepairOptions& options, loading::UndoWriter* undo, const RepairObserver& observer)
-        : options_(options), undo_(undo), observer_(observer), book_(readPlaces(options.database)) {}
+        : options_(options), undo_(undo), observer_(observer), book_(readPlaces(options.database)),
+          rows_(recordCount(options.database, AuditedTable::Streets) +
+                4 * recordCount(options.database, AuditedTable::Municipalities)) {}
 
     void run() {
         const bool hasMunicipalities = options_.only != AuditedTable::Streets;
@@ -179,6 +188,7 @@ private:
                 follow(mended, "MUNICIPI", row.municipality, {book_.placeOf(row), width, row.record});
             }
             run.take(row.record, row.key, mended);
+            step();
         });
         run.finish();
     }
@@ -189,6 +199,7 @@ private:
         enum class Turn { NameStays, EntityRenamed, MunicipalityRenamed };
         for (const Turn turn : {Turn::NameStays, Turn::EntityRenamed, Turn::MunicipalityRenamed}) {
             forEachMunicipality(options_.database, [&](const MunicipalityRow& row) {
+                step();
                 MendedRow mended = mendMunicipality(row, book_, options_.kinds);
                 const auto name = std::ranges::find(mended.changes, "NOMBRE", &ColumnChange::column);
                 const bool isRenamed = name != mended.changes.end();
@@ -208,6 +219,13 @@ private:
                 run.take(row.record, row.ineCode + ' ' + row.postalCode, mended);
             });
             run.finish();
+        }
+    }
+
+    void step() {
+        constexpr std::uint64_t interval = 1024;
+        if (++done_ % interval == 0 && options_.progress) {
+            options_.progress(std::min(done_, rows_), rows_);
         }
     }
 
@@ -242,6 +260,7 @@ private:
     loading::UndoWriter* undo_;
     const RepairObserver& observer_;
     PlaceBook book_;
+    std::uint64_t rows_, done_ = 0; // those of MUNICIPI are read four times
     NameRepairs names_;
     std::map<dbase::RecordNumber, Name> copies_; // of the table at hand, whose names follow
     std::set<Name> stuck_;                       // names of which a copy was left alone
@@ -249,8 +268,24 @@ private:
 
 } // namespace
 
-void repairTables(const RepairOptions& options, loading::UndoWriter* undo, const RepairObserver& observer) {
-    BothTables(options, undo, observer).run();
+void planRepairs(const RepairOptions& options, const RepairObserver& observer) {
+    BothTables(options, nullptr, observer).run();
+}
+
+void repairTables(const RepairOptions& options, const RepairUndo& undo, const RepairObserver& observer,
+                  std::string& undoFile) {
+    const std::string folder = dbase::databaseFolder(options.database);
+    const auto table = dbase::findTableFile(folder, tableName(AuditedTable::Streets));
+    const auto writer =
+        loading::createUndoFile(undo.file, folder + "/revisar", table.value_or(folder), undo.order);
+    const auto nameFile = [&] { undoFile = writer->isEmpty() ? std::string() : writer->path(); };
+    try {
+        BothTables(options, writer.get(), observer).run();
+    } catch (...) {
+        nameFile();
+        throw;
+    }
+    nameFile();
 }
 
 } // namespace ambrel::directory

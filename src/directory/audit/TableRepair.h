@@ -6,11 +6,8 @@
 #include <set>
 #include <string>
 
-#include "directory/audit/Finding.h"
-
-namespace loading {
-class UndoWriter;
-}
+#include "AmbrelExport.h"
+#include "directory/audit/Audit.h"
 
 namespace ambrel::directory {
 
@@ -35,12 +32,23 @@ struct RepairOptions {
     std::string database = "DB";
     std::set<FindingClass> kinds = {};     // those that isRepairable() admits
     std::optional<AuditedTable> only = {}; // null: both. MUNICIPI's names include their copies in POSTAL
+    AuditProgress progress = {};           // may throw, which ends the repair between two batches of rows
 };
 
 using RepairObserver = std::function<void(const RepairedRow&, RepairOutcome)>;
 
-/// Mends each row that has one right repair, under its lock, keeping it in the undo file first. `undo`: null
-/// for a dry run, which changes nothing. Errors: dbase::Error; what was mended by then stays.
-void repairTables(const RepairOptions& options, loading::UndoWriter* undo, const RepairObserver& observer);
+/// Where a repair keeps what was in the rows.
+struct RepairUndo {
+    std::string file = {};  // that is created; empty: "revisar.deshacer" beside POSTAL, or the next free name
+    std::string order = {}; // what repairs, as the file says
+};
+
+/// Shows each row that has one right repair, and changes nothing. Errors: dbase::Error.
+AMBREL_EXPORT void planRepairs(const RepairOptions& options, const RepairObserver& observer);
+
+/// Mends each of those rows under its lock, keeping it in the undo file first. `undoFile` becomes that file's
+/// name, once it has something to undo. Errors: dbase::Error; what was mended by then stays.
+AMBREL_EXPORT void repairTables(const RepairOptions& options, const RepairUndo& undo,
+                                const RepairObserver& observer, std::string& undoFile);
 
 } // namespace ambrel::directory

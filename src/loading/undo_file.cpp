@@ -1,12 +1,12 @@
 // Finds a name for an undo file.
-#include "tools/undo_file.h"
+#include "loading/undo_file.h"
 
 #include <filesystem>
 
 #include "dbase/system/error.h"
 #include "loading/failure.h"
 
-namespace ambcp {
+namespace loading {
 
 namespace {
 
@@ -24,14 +24,14 @@ bool isTaken(const std::string& path) {
 
 } // namespace
 
-std::unique_ptr<loading::UndoWriter> createUndoFile(const std::string& named, const std::string& stem,
-                                                    const std::string& table, const std::string& order) {
+std::unique_ptr<UndoWriter> createUndoFile(const std::string& named, const std::string& stem,
+                                           const std::string& table, const std::string& order) {
     if (!named.empty()) {
-        return std::make_unique<loading::UndoWriter>(named, table, order);
+        return std::make_unique<UndoWriter>(named, table, order);
     }
     for (int number = 1;; ++number) {
         try {
-            return std::make_unique<loading::UndoWriter>(numberedName(stem, number), table, order);
+            return std::make_unique<UndoWriter>(numberedName(stem, number), table, order);
         } catch (const dbase::Error& error) {
             if (error.code() != dbase::ErrorCode::Exists || number == mostNumbered) {
                 throw;
@@ -43,7 +43,7 @@ std::unique_ptr<loading::UndoWriter> createUndoFile(const std::string& named, co
 std::string freeUndoFile(const std::string& named, const std::string& stem) {
     if (!named.empty()) {
         if (isTaken(named)) {
-            throw loading::Failure("«" + named + "» ya existe. No se ha cambiado nada.");
+            throw Failure("«" + named + "» ya existe. No se ha cambiado nada.");
         }
         return named;
     }
@@ -54,4 +54,4 @@ std::string freeUndoFile(const std::string& named, const std::string& stem) {
     return numberedName(stem, number);
 }
 
-} // namespace ambcp
+} // namespace loading
