@@ -33,7 +33,7 @@ void addRoutines(QMenu& menu, QMainWindow& window, dbase::Dataset& record,
 } // namespace
 
 void addMenus(QMainWindow& window, ambrel::AddressBoxes& address, dbase::Dataset& record,
-              const std::function<void()>& validateFile) {
+              const std::function<void()>& validateFile, const std::function<void()>& auditTables) {
     using Box = ambrel::AddressBoxes::Box;
     QMenu& listMenu = *window.menuBar()->addMenu(QMainWindow::tr("&Listas"));
     addEntry(listMenu, window, QStringLiteral("MIMunicipio"), QMainWindow::tr("&Municipio del cliente…"),
@@ -55,6 +55,8 @@ void addMenus(QMainWindow& window, ambrel::AddressBoxes& address, dbase::Dataset
     QMenu& utilityMenu = *window.menuBar()->addMenu(QMainWindow::tr("Utilidad&es"));
     addEntry(utilityMenu, window, QStringLiteral("MIValidarFichero"), QMainWindow::tr("&Validar un fichero…"),
              validateFile);
+    addEntry(utilityMenu, window, QStringLiteral("MIRevisarTablas"), QMainWindow::tr("&Revisar las tablas…"),
+             auditTables);
     utilityMenu.addSeparator();
     addRoutines(utilityMenu, window, record, routines::utilities());
 }

@@ -18,6 +18,7 @@
 #include "host/CommandButton.h"
 #include "host/HostTable.h"
 #include "host/MainMenu.h"
+#include "host/audit/AuditWindow.h"
 #include "host/validation/ValidationWindow.h"
 #include "package/AmbCodPostales.h"
 #include "services/EventGuard.h"
@@ -39,6 +40,12 @@ void bindBoxes(ambrel::RecordBinding& binding, const FormBoxes& boxes, HostTable
     binding.bind(boxes.address.postalCode, table.postalCode);
 }
 
+void bringForward(QWidget& window) {
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
 } // namespace
 
 MainWindow::MainWindow(const QString& database, QWidget* parent)
@@ -50,7 +57,8 @@ MainWindow::MainWindow(const QString& database, QWidget* parent)
     setWindowTitle(tr("Ambrel — Clientes"));
     controller_->Padre = this;
     layOut();
-    addMenus(*this, *address_, table_->data, [this] { validateFile(); });
+    addMenus(
+        *this, *address_, table_->data, [this] { validateFile(); }, [this] { auditTables(); });
     bindBoxes(*binding_, form_->boxes(), *table_);
     wire();
     connect(binding_, &ambrel::RecordBinding::changed, this, ambrel::guarded([this] {
@@ -68,6 +76,7 @@ MainWindow::~MainWindow() {
         ambrel::FocusEvents::unwatch(box);
     }
     delete validation_; // before the tables that its run uses are closed
+    delete audit_;
     delete address_;
     delete binding_;
 }
@@ -223,9 +232,14 @@ void MainWindow::validateFile() {
                     showInNewRow(address, fileRow);
                 }));
     }
-    validation_->show();
-    validation_->raise();
-    validation_->activateWindow();
+    bringForward(*validation_);
+}
+
+void MainWindow::auditTables() {
+    if (!audit_) {
+        audit_ = new AuditWindow;
+    }
+    bringForward(*audit_);
 }
 
 void MainWindow::showInNewRow(const ambrel::JudgedAddress& address, std::uint64_t fileRow) {
@@ -262,8 +276,10 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     bool may = true;
     ambrel::runGuarded([&] { may = mayLeaveRow(); });
     event->setAccepted(may);
-    if (may && validation_) {
-        validation_->close(); // the program ends with its last window
+    for (QWidget* const other : std::initializer_list<QWidget*>{validation_, audit_}) {
+        if (may && other != nullptr) {
+            other->close(); // the program ends with its last window
+        }
     }
 }
 

@@ -21,6 +21,7 @@ namespace host {
 
 class AddressForm;
 class AddressPreview;
+class AuditWindow;
 class ValidationWindow;
 struct HostTable;
 
@@ -51,6 +52,7 @@ private:
     void save();
     void undo();
     void validateFile();
+    void auditTables();
     /// Shows an address of a file in a new row, which only the user saves.
     void showInNewRow(const ambrel::JudgedAddress& address, std::uint64_t fileRow);
 
@@ -73,6 +75,7 @@ private:
     QLabel* message_ = nullptr;
     QPushButton* undo_ = nullptr;
     QPointer<ValidationWindow> validation_; // null while it is closed
+    QPointer<AuditWindow> audit_;           // likewise
 };
 
 } // namespace host

@@ -67,18 +67,11 @@ private:
 ValidationJob::ValidationJob(ValidationOrder order, QObject* parent)
     : QObject(parent), order_(std::move(order)) {}
 
-ValidationJob::~ValidationJob() {
-    cancel();
-    if (thread_.joinable()) {
-        thread_.join();
-    }
-}
-
 void ValidationJob::start() {
-    thread_ = std::thread([this] { run(); });
+    run_.start([this] { work(); });
 }
 
-void ValidationJob::run() {
+void ValidationJob::work() {
     ValidationNews news;
     QString error;
     const auto collect = [&news](const ambrel::ValidatedRow& row) {
@@ -96,7 +89,7 @@ void ValidationJob::run() {
         news.rows.clear();
         QMetaObject::invokeMethod(
             this, [this, sent = std::move(sent)] { Q_EMIT progressed(sent); }, Qt::QueuedConnection);
-        return !isCancelled_;
+        return !run_.isCancelled();
     };
     try {
         std::unique_ptr<ambrel::ValidationReport> report;

@@ -3,13 +3,12 @@
 
 #include <QObject>
 #include <QString>
-#include <atomic>
 #include <cstdint>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "address/AddressFile.h"
+#include "host/BackgroundRun.h"
 
 namespace host {
 
@@ -44,11 +43,9 @@ class ValidationJob : public QObject {
     Q_OBJECT
 public:
     explicit ValidationJob(ValidationOrder order, QObject* parent = nullptr);
-    /// Cancels, and waits until the thread has ended.
-    ~ValidationJob() override;
 
     void start();
-    void cancel() { isCancelled_ = true; }
+    void cancel() { run_.cancel(); }
 
 Q_SIGNALS:
     void progressed(const host::ValidationNews& news);
@@ -56,11 +53,10 @@ Q_SIGNALS:
     void finished(const host::ValidationNews& news, const QString& error);
 
 private:
-    void run();
+    void work();
 
     ValidationOrder order_;
-    std::atomic<bool> isCancelled_ = false;
-    std::thread thread_;
+    BackgroundRun run_;
 };
 
 } // namespace host

@@ -13,8 +13,8 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableView>
-#include <cmath>
 
+#include "host/ShownTime.h"
 #include "host/validation/ColumnGrid.h"
 #include "host/validation/GroupedNumber.h"
 #include "host/validation/UnsettledModel.h"
@@ -39,11 +39,6 @@ bool isSameFile(const QString& one, const QString& other) {
     const QFileInfo a(one), b(other);
     return a.absoluteFilePath() == b.absoluteFilePath() ||
            (a.exists() && a.canonicalFilePath() == b.canonicalFilePath());
-}
-
-QString shownTime(double seconds) {
-    const auto whole = static_cast<long long>(std::ceil(seconds));
-    return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QLatin1Char('0'));
 }
 
 QString encodingOf(const loading::CsvFormat& format) {

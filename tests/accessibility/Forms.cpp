@@ -25,6 +25,7 @@
 #include "host/HostTable.h"
 #include "host/MainWindow.h"
 #include "host/Style.h"
+#include "host/audit/AuditWindow.h"
 #include "host/routines/Catalogue.h"
 #include "host/routines/RoutineDialog.h"
 #include "host/validation/ValidationWindow.h"
@@ -67,7 +68,8 @@ const std::vector<std::pair<Form, std::string>>& formNames() {
         {Form::Clientes, "Clientes"},
         {Form::Rutina, "Rutina"},
         {Form::ValidarFichero, "ValidarFichero"},
-        {Form::ValidarResultado, "ValidarResultado"}};
+        {Form::ValidarResultado, "ValidarResultado"},
+        {Form::RevisarTablas, "RevisarTablas"}};
     return names;
 }
 
@@ -196,6 +198,7 @@ void Forms::show(Form form, const Step& step) {
     case Form::Rutina:
     case Form::ValidarFichero:
     case Form::ValidarResultado:
+    case Form::RevisarTablas:
         return showHost(form, step);
     }
 }
@@ -292,6 +295,9 @@ void Forms::showHost(Form form, const Step& step) {
     if (form == Form::ValidarFichero || form == Form::ValidarResultado) {
         return showValidation(form, step);
     }
+    if (form == Form::RevisarTablas) {
+        return showAudit(step);
+    }
     host::routines::RoutineDialog dialog(host::routines::utilities().front(), table.data, &window);
     play(dialog, step);
 }
@@ -311,6 +317,27 @@ void Forms::showValidation(Form form, const Step& step) {
         start.click();
         EXPECT_TRUE(QTest::qWaitFor([&] { return start.isEnabled(); }, 20000));
     }
+    play(dialog, step);
+}
+
+void Forms::showAudit(const Step& step) {
+    // Little and short: the list cuts long texts, which stand below it as a whole.
+    dbase::Dataset streets("DB", "POSTAL"), towns("DB", "MUNICIPI");
+    streets.open();
+    while (!streets.isEmpty()) {
+        streets.erase();
+    }
+    towns.open();
+    while (!towns.isEmpty()) {
+        towns.erase();
+    }
+    addMunicipalities({{"28065", "28901", "GETAFE", "S"}});
+    addStreets({{"28000001", "sol", "CL", "28901", {1, 9999}, {2, 9998}, "28", "9"}});
+    host::AuditWindow dialog;
+    dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+    ambrel::test::showActive(dialog);
+    const auto& start = ambrel::test::child<QPushButton>(dialog, "BBEmpezar");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return start.isEnabled(); }, 20000));
     play(dialog, step);
 }
 

@@ -32,7 +32,8 @@ enum class Form {
     Clientes,
     Rutina,
     ValidarFichero,
-    ValidarResultado
+    ValidarResultado,
+    RevisarTablas
 };
 
 [[nodiscard]] const std::vector<Form>& allForms();
@@ -62,6 +63,7 @@ private:
     void showBox(Form form, const Step& step);
     void showHost(Form form, const Step& step);
     void showValidation(Form form, const Step& step);
+    void showAudit(const Step& step);
 
     SimulatedDirectory service_;
 };

@@ -49,7 +49,7 @@ const std::vector<Form> coloured{Form::MunicipiLista,     Form::BuscarMunicipios
                                  Form::ProvList,          Form::TipoViasLista,    Form::BuscarDireccionPostal,
                                  Form::FichaViaNueva,     Form::FichaViaConsulta, Form::ImportarFichero,
                                  Form::ImportarMunicipio, Form::Clientes,         Form::Rutina,
-                                 Form::ValidarFichero,    Form::ValidarResultado};
+                                 Form::ValidarFichero,    Form::ValidarResultado, Form::RevisarTablas};
 
 class Readable : public Forms, public ::testing::WithParamInterface<Form> {
 protected:
