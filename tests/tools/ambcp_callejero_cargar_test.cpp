@@ -320,6 +320,27 @@ TEST_F(AmbcpCallejeroCargar, InterruptedItLeavesTablesAsTheyWere) {
     EXPECT_EQ(filesIn("datos"), files);
 }
 
+TEST_F(AmbcpCallejeroCargar, WithoutRoomForTheNewTablesItLeavesTheOldOnes) {
+    const edition::Files files = write(20'000);
+    done({"crear", "datos"});
+    const std::set<std::string> before = filesIn("datos");
+    int refusals = 0;
+    for (const char* const blocks : {"64", "512", "1500", "2500"}) { // of 1 KiB
+        const Outcome run = shell(
+            "ulimit -f " + std::string(blocks) + "; \"$AMBCP\" callejero cargar datos --tramos '" +
+            files.stretches + "' --vias '" + files.streets + "' --municipios '" + files.municipalities + "'");
+        if (run.exitCode == 0) {
+            break;
+        }
+        ++refusals;
+        EXPECT_EQ(run.exitCode, 2) << run.errors;
+        EXPECT_EQ(run.output, "");
+        EXPECT_EQ(linesOf(listed("POSTAL")) + linesOf(listed("MUNICIPI")), 2U) << blocks;
+        EXPECT_EQ(filesIn("datos"), before) << blocks << ": " << run.errors;
+    }
+    EXPECT_GT(refusals, 1);
+}
+
 TEST_F(AmbcpCallejeroCargar, OnlyKnownProvincesAndOpeningsAreTaken) {
     const edition::Files files = writeSmall();
     EXPECT_NE(refused(load(files, {"--provincia", "53"})).find("no es el código de una provincia"),
