@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <filesystem>
+#include <random>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,6 +15,7 @@
 #include "RecordingFolders.h"
 #include "dbase/support/OtherUser.h"
 #include "dbase/support/StoredTable.h"
+#include "dbase/system/checksum.h"
 #include "dbase/system/error.h"
 #include "dbase/system/notices.h"
 #include "dbase/table/bulk_loader.h"
@@ -19,12 +23,16 @@
 #include "dbase/table/exchange_intention.h"
 #include "dbase/table/table_creation.h"
 #include "dbase/table/table_exchange.h"
+#include "support/LongForm.h"
+#include "support/Seed.h"
 #include "support/TemporaryFolder.h"
 
 namespace {
 
 using namespace dbase;
 using namespace dbase::test;
+using ambrel::test::longForm;
+using ambrel::test::seedOfThisRun;
 namespace fs = std::filesystem;
 
 constexpr const char* folder = "/datos";
@@ -51,6 +59,12 @@ protected:
     }
     ~ExchangeRemains() override { setNoticeHandler({}); }
 
+    static std::string withSum(const std::string& body) {
+        std::array<char, 24> sum{};
+        std::snprintf(sum.data(), sum.size(), "suma %016llx\n",
+                      static_cast<unsigned long long>(checksum(body)));
+        return body + sum.data();
+    }
     static bool isDecided(const FolderImage& image) {
         const auto found = image.names.find("/datos/INTENCION.AMI");
         if (found == image.names.end()) {
@@ -250,6 +264,50 @@ TEST_F(ExchangeRemains, AnIntentionNamesNoFileOutsideItsFolder) {
     }
     const Intention right{2, {{"X.DBF", "X.MDX", {}, {1, 1}, false, 1}}};
     EXPECT_TRUE(decodeIntention(encodeIntention(right)));
+}
+
+/// With a right checksum, which whoever forges one can compute.
+TEST_F(ExchangeRemains, AForgedIntentionLeavesEveryTableOfOneAuthorAndTouchesNoOtherFile) {
+    const Bytes whole = decided_.contents.at(decided_.names.at("/datos/INTENCION.AMI"));
+    const std::string_view text(whole.data(), whole.size());
+    const std::string body(text.substr(0, text.rfind("suma ")));
+    std::mt19937 random(seedOfThisRun());
+    const auto any = [&](std::size_t below) { return static_cast<std::size_t>(random() % below); };
+    int understood = 0;
+    for (int trial = 0; trial < longForm(4000, 400000) && !HasFailure(); ++trial) {
+        std::string forged = body;
+        for (std::size_t changes = 1 + any(3); changes > 0; --changes) {
+            const std::size_t at = any(forged.size()), line = forged.find('\n', any(forged.size())) + 1;
+            switch (any(4)) {
+            case 0:
+                forged[at] = static_cast<char>(random());
+                break;
+            case 1:
+                forged.erase(at, 1 + any(40));
+                break;
+            case 2:
+                forged.insert(line, forged.substr(any(forged.size()), any(80)));
+                break;
+            default:
+                forged[at] = "0123456789abcdef"[any(16)];
+            }
+        }
+        forged = withSum(forged);
+        if (!decodeIntention(forged) || ++understood % longForm(20, 100) != 0) {
+            continue;
+        }
+        const TemporaryFolder disk;
+        decided_.writeInto(disk.path());
+        disk.write("AJENO.DBF", "somebody's own");
+        disk.write("INTENCION.AMI", forged);
+        try {
+            static_cast<void>(authorsIn(disk.path(), any(3)));
+        } catch (const Error& error) { // a name that is not a file's
+            EXPECT_STRNE(error.what(), "");
+        }
+        EXPECT_EQ(readFile(disk / "AJENO.DBF").size(), 14U);
+    }
+    EXPECT_GT(understood, 100);
 }
 
 TEST_F(ExchangeRemains, AnIntentionWhoseWorkIsDoneHarmsNoTableReplacedSince) {
