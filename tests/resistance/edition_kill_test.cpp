@@ -42,26 +42,26 @@ using Rows = std::array<std::vector<std::string>, tables.size()>;
 class EditionKills : public testing::Test {
 protected:
     EditionKills() {
-        for (const char* const name : {"primera", "segunda"}) {
+        for (const char* const name : {"first", "second"}) {
             fs::create_directory(work_ / name);
         }
-        first_ = edition::writeEdition(work_ / "primera", edition::inventedPlaces(60), {.stretches = 3000});
-        second_ = edition::writeNextEdition(first_, work_ / "segunda", 100);
+        first_ = edition::writeEdition(work_ / "first", edition::inventedPlaces(60), {.stretches = 3000});
+        second_ = edition::writeNextEdition(first_, work_ / "second", 100);
     }
 
-    [[nodiscard]] std::string datos() const { return work_ / "datos"; }
+    [[nodiscard]] std::string folder() const { return work_ / "tables"; }
 
     std::vector<std::string> loadOf(const edition::Files& files) const {
-        return {"callejero",   "cargar",     datos(),     "--tramos",     files.stretches,     "--vias",
+        return {"callejero",   "cargar",     folder(),    "--tramos",     files.stretches,     "--vias",
                 files.streets, "--unidades", files.units, "--municipios", files.municipalities};
     }
 
     /// Kills loads of an edition into tables as they are now.
     void killLoadsOf(const edition::Files& files, int cycles) {
         const Rows before = rows();
-        fs::remove_all(work_ / "antes");
-        if (fs::exists(datos())) {
-            fs::copy(datos(), work_ / "antes");
+        fs::remove_all(work_ / "before");
+        if (fs::exists(folder())) {
+            fs::copy(folder(), work_ / "before");
         }
         const auto start = Clock::now();
         expectDone(loadOf(files));
@@ -70,9 +70,9 @@ protected:
         ASSERT_TRUE(before != after);
         for (int cycle = 0; cycle < cycles && !HasFailure(); ++cycle) {
             SCOPED_TRACE("cycle " + std::to_string(cycle));
-            fs::remove_all(datos());
-            if (fs::exists(work_ / "antes")) {
-                fs::copy(work_ / "antes", datos());
+            fs::remove_all(folder());
+            if (fs::exists(work_ / "before")) {
+                fs::copy(work_ / "before", folder());
             }
             killOne(files, cycle);
             verify(files, before, after);
@@ -95,7 +95,7 @@ private:
     [[nodiscard]] std::function<int(const dbase::test::ChildProcess::Link&)>
     program(std::vector<std::string> arguments) const {
         return [arguments = std::move(arguments),
-                output = work_ / "salida"](const dbase::test::ChildProcess::Link&) mutable {
+                output = work_ / "output"](const dbase::test::ChildProcess::Link&) mutable {
             std::vector<char*> pointers{const_cast<char*>("ambcp")};
             for (std::string& one : arguments) {
                 pointers.push_back(one.data());
@@ -112,7 +112,7 @@ private:
     /// What the last program wrote.
     [[nodiscard]] std::string said() const {
         std::ostringstream text;
-        text << std::ifstream(work_ / "salida").rdbuf();
+        text << std::ifstream(work_ / "output").rdbuf();
         return text.str();
     }
 
@@ -135,7 +135,7 @@ private:
         if (step.empty()) {
             spin(std::chrono::microseconds(below(whole_.count())));
         } else {
-            while (!fs::exists(datos() + '/' + step) && !load.hasEnded()) {
+            while (!fs::exists(folder() + '/' + step) && !load.hasEnded()) {
             }
             spin(std::chrono::microseconds(below(step == "INTENCION.AMI" ? 20'000 : whole_.count() / 2)));
         }
@@ -144,7 +144,7 @@ private:
         EXPECT_TRUE(end == 0 || end == -SIGKILL) << end;
         killed_ += end == -SIGKILL ? 1 : 0;
         for (int openers = static_cast<int>(below(3)); openers > 0; --openers) {
-            dbase::test::ChildProcess opener(program({"comprobar", datos()}));
+            dbase::test::ChildProcess opener(program({"comprobar", folder()}));
             spin(std::chrono::microseconds(below(20'000)));
             opener.kill();
             opener.join();
@@ -154,18 +154,18 @@ private:
     void verify(const edition::Files& files, const Rows& before, const Rows& after) {
         const Rows found = rows(); // opening a table ends what was stopped
         if (found != Rows()) {
-            expectDone({"comprobar", datos()});
+            expectDone({"comprobar", folder()});
         }
         const bool isOld = found == before;
         EXPECT_TRUE(isOld || found == after) << "neither the directory from before nor the edition's";
         ++(isOld ? old_ : new_);
         expectDone(loadOf(files));
         EXPECT_TRUE(rows() == after) << "repeated, it is not the edition";
-        expectDone({"comprobar", datos()});
+        expectDone({"comprobar", folder()});
         expectDone({"deshacer", lastUndoFile()});
         EXPECT_TRUE(rows() == before) << "taken back, it is not what there was";
-        expectDone({"comprobar", datos()});
-        for (const auto& entry : fs::directory_iterator(datos())) {
+        expectDone({"comprobar", folder()});
+        for (const auto& entry : fs::directory_iterator(folder())) {
             const std::string name = entry.path().filename().string();
             EXPECT_TRUE(name.find(".nuevo") == std::string::npos && name != "INTENCION.AMI")
                 << name << " is left";
@@ -174,22 +174,22 @@ private:
 
     /// That of the load which changed the tables; an earlier one announces what was not carried out.
     [[nodiscard]] std::string lastUndoFile() const {
-        std::string last = datos() + "/callejero.deshacer";
-        for (int number = 2; fs::exists(datos() + "/callejero-" + std::to_string(number) + ".deshacer");
+        std::string last = folder() + "/callejero.deshacer";
+        for (int number = 2; fs::exists(folder() + "/callejero-" + std::to_string(number) + ".deshacer");
              ++number) {
-            last = datos() + "/callejero-" + std::to_string(number) + ".deshacer";
+            last = folder() + "/callejero-" + std::to_string(number) + ".deshacer";
         }
         return last;
     }
 
     [[nodiscard]] Rows rows() const {
-        dbase::setDatabaseFolder("CALLEJERO", datos());
+        dbase::setDatabaseFolder("CALLEJERO", folder());
         Rows found;
-        if (!fs::exists(datos())) {
+        if (!fs::exists(folder())) {
             return found;
         }
         for (std::size_t i = 0; i < tables.size(); ++i) {
-            if (!dbase::findTableFile(datos(), tables.at(i))) {
+            if (!dbase::findTableFile(folder(), tables.at(i))) {
                 continue;
             }
             dbase::Dataset table("CALLEJERO", tables.at(i));
@@ -217,7 +217,7 @@ TEST_F(EditionKills, TheFirstEditionIntoANewFolderIsThereWholeOrNotAtAll) {
 }
 
 TEST_F(EditionKills, TheFirstEditionIsThereWholeOrNotAtAll) {
-    expectDone({"crear", datos()});
+    expectDone({"crear", folder()});
     killLoadsOf(first_, longForm(5, 200));
 }
 

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <functional>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "tools/edition/OfficialLines.h"
@@ -69,61 +70,92 @@ void changeLast(std::string& line) {
     }
 }
 
-} // namespace
+/// The files of one edition made into those of the next one.
+class Following {
+public:
+    Following(const Files& before, std::string folder, unsigned changedEvery)
+        : before_(before), folder_(std::move(folder)), changedEvery_(changedEvery) {}
 
-Files writeNextEdition(const Files& before, const std::string& folder, unsigned changedEvery) {
-    const std::string date = ".D251231.G260105";
-    std::vector<StretchText> added;
-    Files files;
-    files.streets = rewrite(
-        before.streets, folder + "/VIAS" + date,
-        [&](std::uint64_t number, std::string line, std::ostream& output) {
-            if (number % changedEvery == 0) {
-                const auto place = static_cast<std::uint32_t>(numberAt(line, 0, placeWidth));
-                const auto key =
-                    static_cast<std::uint32_t>(90'000 + numberAt(line, streetKeyAt, streetKeyWidth) % 10'000);
-                const std::string name = "NUEVA " + std::to_string(number);
-                put(output, streetLine(place, key, "CALLE", name));
-                StretchText stretch{.place = place, .street = key};
-                stretch.postalCode = place / 1000 * 1000 + 1;
-                stretch.first = 1;
-                stretch.last = 9;
-                stretch.streetName = name;
-                added.push_back(stretch);
+    Files write() {
+        writeStreets();
+        writeStretches();
+        files_.pseudoStreets = copy(before_.pseudoStreets, "PSEU");
+        files_.units = copy(before_.units, "UP");
+        files_.municipalities = folder_ + "/municipios.csv";
+        std::filesystem::copy_file(before_.municipalities, files_.municipalities);
+        return files_;
+    }
+
+private:
+    [[nodiscard]] std::string nameOf(const char* kind) const {
+        return folder_ + '/' + kind + ".D251231.G260105";
+    }
+
+    std::string copy(const std::string& file, const char* kind) const {
+        std::filesystem::copy_file(file, nameOf(kind));
+        return nameOf(kind);
+    }
+
+    void writeStreets() {
+        const auto change = [this](std::uint64_t number, std::string line, std::ostream& output) {
+            if (number % changedEvery_ == 0) {
+                put(output, newStreet(line, "NUEVA " + std::to_string(number)));
                 line.replace(
                     streetNameAt, streetNameWidth,
                     ("OTRA " + line.substr(streetNameAt, streetNameWidth)).substr(0, streetNameWidth));
-                files.streetLines += 1;
+                files_.streetLines += 1;
             }
             put(output, line);
-            files.streetLines += 1;
-        });
-    files.stretches = rewrite(before.stretches, folder + "/TRAM" + date,
-                              [&](std::uint64_t number, std::string line, std::ostream& output) {
-                                  if (number % changedEvery == 0) {
-                                      const std::uint64_t turn = number / changedEvery % 3;
-                                      if (turn == 0) {
-                                          return;
-                                      }
-                                      turn == 1 ? changeCode(line) : changeLast(line);
-                                  }
-                                  put(output, line);
-                                  files.stretchLines += 1;
-                              });
-    std::ofstream more(files.stretches, std::ios::binary | std::ios::app);
-    for (const StretchText& stretch : added) {
-        put(more, lineOf(stretch));
-        files.stretchLines += 1;
+            files_.streetLines += 1;
+        };
+        files_.streets = rewrite(before_.streets, nameOf("VIAS"), change);
     }
-    for (const auto& [from, to] :
-         {std::pair(&before.pseudoStreets, &files.pseudoStreets), {&before.units, &files.units}}) {
-        const std::string kind = std::filesystem::path(*from).stem().stem().string();
-        *to = folder + '/' + kind + date;
-        std::filesystem::copy_file(*from, *to);
+
+    /// The line of a street beside another one; its numbers come to the end of the stretches.
+    std::string newStreet(const std::string& beside, const std::string& name) {
+        StretchText stretch;
+        stretch.place = static_cast<std::uint32_t>(numberAt(beside, 0, placeWidth));
+        stretch.street =
+            static_cast<std::uint32_t>(90'000 + numberAt(beside, streetKeyAt, streetKeyWidth) % 10'000);
+        stretch.postalCode = stretch.place / 1000 * 1000 + 1;
+        stretch.first = 1;
+        stretch.last = 9;
+        stretch.streetName = name;
+        added_.push_back(stretch);
+        return streetLine(stretch.place, stretch.street, "CALLE", name);
     }
-    files.municipalities = folder + "/municipios.csv";
-    std::filesystem::copy_file(before.municipalities, files.municipalities);
-    return files;
+
+    void writeStretches() {
+        const auto change = [this](std::uint64_t number, std::string line, std::ostream& output) {
+            if (number % changedEvery_ == 0) {
+                const std::uint64_t turn = number / changedEvery_ % 3;
+                if (turn == 0) {
+                    return;
+                }
+                turn == 1 ? changeCode(line) : changeLast(line);
+            }
+            put(output, line);
+            files_.stretchLines += 1;
+        };
+        files_.stretches = rewrite(before_.stretches, nameOf("TRAM"), change);
+        std::ofstream more(files_.stretches, std::ios::binary | std::ios::app);
+        for (const StretchText& stretch : added_) {
+            put(more, lineOf(stretch));
+            files_.stretchLines += 1;
+        }
+    }
+
+    const Files& before_;
+    std::string folder_;
+    unsigned changedEvery_;
+    Files files_;
+    std::vector<StretchText> added_;
+};
+
+} // namespace
+
+Files writeNextEdition(const Files& before, const std::string& folder, unsigned changedEvery) {
+    return Following(before, folder, changedEvery).write();
 }
 
 } // namespace edition
