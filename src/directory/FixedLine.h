@@ -32,14 +32,17 @@ public:
     }
     /// The number in columns of at most nine digits; null if one is not a digit.
     [[nodiscard]] std::optional<unsigned> number(std::size_t first, std::size_t last) const {
-        if (!hasDigits(first, last)) {
+        if (line_.size() < last) {
             return std::nullopt;
         }
         unsigned value = 0;
-        for (const char digit : raw(first, last)) {
-            value = value * 10 + static_cast<unsigned>(digit - '0');
+        bool isNumber = true;
+        for (std::size_t i = first - 1; i < last; ++i) {
+            const unsigned digit = static_cast<unsigned char>(line_[i]) - unsigned{'0'};
+            isNumber = isNumber && digit <= 9;
+            value = value * 10 + digit;
         }
-        return value;
+        return isNumber ? std::optional(value) : std::nullopt;
     }
 
 private:

@@ -28,14 +28,15 @@ bool looksLikeUtf8(std::string_view text) {
 /// Whether all are printable signs of ASCII, as in nearly every line; eight at a time.
 bool isPlainAscii(std::string_view text) {
     constexpr std::uint64_t highBits = 0x8080808080808080, blanks = 0x2020202020202020;
-    std::uint64_t unusual = 0;
-    while (!text.empty()) {
-        std::uint64_t word = blanks;
-        const std::size_t size = std::min(text.size(), sizeof word);
-        std::memcpy(&word, text.data(), size);
-        unusual |= (word | (word - blanks)) & highBits; // a sign below the blank borrows
-        text.remove_prefix(size);
+    std::uint64_t unusual = 0, word = 0;
+    const auto look = [&] { unusual |= (word | (word - blanks)) & highBits; }; // one below the blank borrows
+    for (; text.size() >= sizeof word; text.remove_prefix(sizeof word)) {
+        std::memcpy(&word, text.data(), sizeof word);
+        look();
     }
+    word = blanks;
+    std::memcpy(&word, text.data(), text.size());
+    look();
     return unusual == 0;
 }
 

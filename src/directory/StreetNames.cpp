@@ -2,8 +2,9 @@
 #include "directory/StreetNames.h"
 
 #include <algorithm>
-#include <map>
 #include <set>
+#include <unordered_map>
+#include <utility>
 
 #include "dbase/dbf/codepage.h"
 #include "suggest/WordLists.h"
@@ -80,22 +81,32 @@ void NamesInWidth::clear() { names_.clear(); }
 void NamesInWidth::add(std::uint32_t key, std::string name) { names_.emplace_back(key, std::move(name)); }
 
 std::vector<std::string> NamesInWidth::settle() {
+    std::vector<std::pair<std::uint32_t, std::string>> names = std::exchange(names_, {});
     std::vector<std::string> settled;
-    std::map<std::string, std::set<std::string>> wholeNames; // that each settled name stands for
-    bool isAnyLong = false;
-    for (const auto& [key, name] : names_) {
-        isAnyLong = isAnyLong || name.size() > width_;
-        settled.push_back(name.size() > width_ ? cut(abbreviated(name, width_), width_) : name);
+    settled.reserve(names.size());
+    std::unordered_map<std::string, std::set<std::string>> wholeNames; // that each shortened name stands for
+    for (auto& [key, name] : names) {
+        if (name.size() > width_) {
+            settled.push_back(cut(abbreviated(name, width_), width_));
+            wholeNames[settled.back()].insert(name);
+        } else {
+            settled.push_back(std::move(name));
+            name.clear();
+        }
     }
-    if (!isAnyLong) {
+    if (wholeNames.empty()) {
         return settled;
     }
-    for (std::size_t i = 0; i < names_.size(); ++i) {
-        wholeNames[settled[i]].insert(names_[i].second);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (names[i].second.empty()) {
+            if (const auto found = wholeNames.find(settled[i]); found != wholeNames.end()) {
+                found->second.insert(settled[i]);
+            }
+        }
     }
-    for (std::size_t i = 0; i < names_.size(); ++i) {
-        if (names_[i].second.size() > width_ && wholeNames[settled[i]].size() > 1) {
-            const std::string end = " (" + std::to_string(names_[i].first) + ')';
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (!names[i].second.empty() && wholeNames.at(settled[i]).size() > 1) {
+            const std::string end = " (" + std::to_string(names[i].first) + ')';
             settled[i] = cut(settled[i], width_ - end.size()) + end;
         }
     }

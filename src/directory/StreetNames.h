@@ -25,7 +25,7 @@ public:
     void clear();
     /// `key`: what the office calls it; up to five digits.
     void add(std::uint32_t key, std::string name);
-    /// Settles all names, in the order of their addition.
+    /// Settles all names, in the order of their addition, and forgets them.
     [[nodiscard]] std::vector<std::string> settle();
 
 private:
