@@ -71,9 +71,10 @@ bool PlaceNames::hasUnit(PlaceCode place, std::uint32_t unit) const {
 
 void PlaceNames::addCode(PlaceCode place, std::uint32_t unit, std::uint32_t postalCode) {
     const OfficialPlaceKey code{.place = place, .unit = unit, .postalCode = postalCode};
-    if (code != lastCode_) { // stretches of one unit mostly stand together
+    OfficialPlaceKey& recent = recentCodes_.at((unit + postalCode * 31) % recentCodes_.size());
+    if (code != recent) { // there are a hundred stretches for each
         codes_[place].emplace(unit, postalCode);
-        lastCode_ = code;
+        recent = code;
     }
 }
 

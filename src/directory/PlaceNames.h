@@ -1,6 +1,7 @@
 // Municipalities and their population units by name.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <set>
@@ -55,7 +56,7 @@ private:
     std::map<PlaceCode, std::string> places_;
     std::unordered_map<Unit, std::vector<std::string>> units_;
     std::map<PlaceCode, std::set<std::pair<std::uint32_t, std::uint32_t>>> codes_; // unit and postal code
-    OfficialPlaceKey lastCode_;                                                    // the one added last
+    std::array<OfficialPlaceKey, 256> recentCodes_;                                // some of those added
 };
 
 } // namespace ambrel::directory

@@ -6,6 +6,7 @@
 namespace ambrel::directory {
 
 void StreetIndex::add(StreetId id, std::string_view type, std::string_view name) {
+    near_ = {}; // the entries may move
     const auto [known, isNew] =
         typeNumbers_.try_emplace(std::string(type), static_cast<std::uint32_t>(types_.size()));
     if (isNew) {
@@ -22,9 +23,13 @@ void StreetIndex::finish() {
     }
 }
 
-const StreetIndex::Entry* StreetIndex::find(StreetId id) const {
-    const auto found = std::ranges::lower_bound(entries_, id, {}, &Entry::id);
-    return found != entries_.end() && found->id == id ? &*found : nullptr;
+const StreetIndex::Entry* StreetIndex::find(StreetId id) {
+    const auto placeOfEntry = [](const Entry& entry) { return placeOf(entry.id); };
+    if (near_.empty() || placeOfEntry(near_.front()) != placeOf(id)) {
+        near_ = std::ranges::equal_range(std::span<const Entry>(entries_), placeOf(id), {}, placeOfEntry);
+    }
+    const auto found = std::ranges::lower_bound(near_, id, {}, &Entry::id);
+    return found != near_.end() && found->id == id ? &*found : nullptr;
 }
 
 } // namespace ambrel::directory
