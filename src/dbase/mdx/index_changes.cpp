@@ -111,7 +111,12 @@ void IndexFile::writeChangesOrRestore(bool& restored) {
     std::size_t done = 0;
     try {
         for (; done < order.size(); ++done) {
-            file_->write(std::uint64_t{order[done].first} * pageBytes, order[done].second->bytes);
+            const std::uint64_t offset = std::uint64_t{order[done].first} * pageBytes;
+            if (order[done].second->isNew) {
+                file_->write(offset, order[done].second->bytes);
+            } else {
+                file_->rewrite(offset, order[done].second->bytes); // under the in-update mark
+            }
         }
     } catch (...) {
         try {

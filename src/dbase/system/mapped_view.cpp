@@ -17,9 +17,11 @@ namespace {
 struct Slot {
     std::atomic<std::uintptr_t> begin{0};
     std::atomic<std::uintptr_t> end{0};
+    std::atomic<int> protection{PROT_READ};
     std::atomic<bool> torn{false};
 };
-static_assert(std::atomic<std::uintptr_t>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
+static_assert(std::atomic<std::uintptr_t>::is_always_lock_free && std::atomic<int>::is_always_lock_free &&
+              std::atomic<bool>::is_always_lock_free);
 
 constexpr std::size_t slotCount = 1024;
 std::array<Slot, slotCount> slots;
@@ -44,7 +46,8 @@ void onBusError(int signal, siginfo_t* info, void* context) {
             continue;
         }
         void* page = reinterpret_cast<void*>(address & ~(pageSize - 1));
-        if (mmap(page, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0) != MAP_FAILED) {
+        if (mmap(page, pageSize, slot.protection.load(std::memory_order_relaxed),
+                 MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0) != MAP_FAILED) {
             slot.torn.store(true, std::memory_order_relaxed);
             return;
         }
@@ -68,12 +71,13 @@ void installHandler() {
 /// beginning.
 std::mutex slotMutex;
 
-int takeSlot(std::uintptr_t begin, std::uintptr_t end) {
+int takeSlot(std::uintptr_t begin, std::uintptr_t end, int protection) {
     const std::lock_guard lock(slotMutex);
     for (std::size_t i = 0; i < slotCount; ++i) {
         if (slots[i].begin.load() == 0) {
             slots[i].torn.store(false, std::memory_order_relaxed);
             slots[i].end.store(end, std::memory_order_relaxed);
+            slots[i].protection.store(protection, std::memory_order_relaxed);
             slots[i].begin.store(begin);
             return static_cast<int>(i);
         }
@@ -83,27 +87,61 @@ int takeSlot(std::uintptr_t begin, std::uintptr_t end) {
 
 } // namespace
 
-MappedView::MappedView(int descriptor, std::size_t length) : descriptor_(descriptor), length_(length) {
+namespace {
+
+/// Maps the file between two pages that nobody may touch: a host that writes beyond the end of a neighbouring
+/// array must not write into a table. Null if the system refuses.
+char* mapBetweenFences(int descriptor, std::size_t length) {
+    const std::size_t whole = length + 2 * pageSize;
+    void* fences = mmap(nullptr, whole, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (fences == MAP_FAILED) {
+        return nullptr;
+    }
+    char* data = static_cast<char*>(fences) + pageSize;
+    if (mmap(data, length, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED, descriptor, 0) == MAP_FAILED) {
+        munmap(fences, whole);
+        return nullptr;
+    }
+    return data;
+}
+
+char* mapForReading(int descriptor, std::size_t length) {
+    void* address = mmap(nullptr, length, PROT_READ, MAP_SHARED, descriptor, 0);
+    return address == MAP_FAILED ? nullptr : static_cast<char*>(address);
+}
+
+} // namespace
+
+MappedView::MappedView(int descriptor, std::size_t length, Access access)
+    : descriptor_(descriptor), length_(length), access_(access) {
     installHandler();
-    void* address = mmap(nullptr, length_, PROT_READ, MAP_SHARED, descriptor_, 0);
-    if (address == MAP_FAILED) {
+    char* data =
+        access == Access::Write ? mapBetweenFences(descriptor, length) : mapForReading(descriptor, length);
+    if (data == nullptr) {
         return;
     }
-    const auto begin = reinterpret_cast<std::uintptr_t>(address);
-    slot_ = takeSlot(begin, begin + length_);
+    const auto begin = reinterpret_cast<std::uintptr_t>(data);
+    slot_ = takeSlot(begin, begin + length_, protection());
     if (slot_ < 0) { // an unguarded view is not worth the risk
-        munmap(address, length_);
+        unmap(data);
         return;
     }
-    data_ = static_cast<char*>(address);
+    data_ = data;
 }
 
 MappedView::~MappedView() {
     if (data_ != nullptr) {
         const std::lock_guard lock(slotMutex); // nobody may use the addresses once they are another's
         slots[static_cast<std::size_t>(slot_)].begin.store(0);
-        munmap(data_, length_);
+        unmap(data_);
     }
+}
+
+int MappedView::protection() const { return access_ == Access::Write ? PROT_READ | PROT_WRITE : PROT_READ; }
+
+void MappedView::unmap(char* data) const {
+    const std::size_t fence = access_ == Access::Write ? pageSize : 0;
+    munmap(data - fence, length_ + 2 * fence);
 }
 
 bool MappedView::isTorn() const {
@@ -112,7 +150,7 @@ bool MappedView::isTorn() const {
 
 void MappedView::renew() {
     if (data_ != nullptr &&
-        mmap(data_, length_, PROT_READ, MAP_SHARED | MAP_FIXED, descriptor_, 0) != MAP_FAILED) {
+        mmap(data_, length_, protection(), MAP_SHARED | MAP_FIXED, descriptor_, 0) != MAP_FAILED) {
         slots[static_cast<std::size_t>(slot_)].torn.store(false, std::memory_order_relaxed);
     }
 }

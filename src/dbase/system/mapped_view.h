@@ -1,4 +1,4 @@
-// A read-only view of a file in memory that survives truncation of the file.
+// A view of a file in memory that survives truncation of the file.
 #pragma once
 
 #include <atomic>
@@ -8,23 +8,33 @@ namespace dbase {
 
 /// Maps more than the file holds, so that a growing file needs no new mapping. Touching a page beyond the
 /// present end of the file would end the process with SIGBUS; instead the page reads as zeros and isTorn()
-/// becomes true.
+/// becomes true. So it does where a page cannot be written because its disk is full; what was stored there is
+/// lost.
 class MappedView {
 public:
-    MappedView(int descriptor, std::size_t length);
+    enum class Access { Read, Write };
+
+    /// `Write`: for a file that is open for writing.
+    MappedView(int descriptor, std::size_t length, Access access = Access::Read);
     ~MappedView();
     MappedView(const MappedView&) = delete;
     MappedView& operator=(const MappedView&) = delete;
 
     /// Null if the system refused the mapping.
     [[nodiscard]] const char* data() const { return data_; }
+    /// For a view with access to write.
+    [[nodiscard]] char* writableData() const { return data_; }
     [[nodiscard]] bool isTorn() const;
     /// Maps the file again over the pages that were replaced.
     void renew();
 
 private:
+    [[nodiscard]] int protection() const;
+    void unmap(char* data) const;
+
     int descriptor_;
     std::size_t length_;
+    Access access_;
     char* data_ = nullptr;
     int slot_ = -1;
 };

@@ -1,8 +1,10 @@
 // Files on disk: positioned system calls, open-file-description locks, a guarded memory view.
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
+#include <optional>
 #include <vector>
 
 #include <fcntl.h>
@@ -134,8 +136,17 @@ public:
         }
     }
 
+    // As a store into memory: a small write into one of a system's large pages for files costs a hundred
+    // times as much.
+    void rewrite(std::uint64_t offset, std::span<const char> bytes) override {
+        if (!store(offset, bytes)) {
+            write(offset, bytes);
+        }
+    }
+
     void resize(std::uint64_t size) override {
         const FileSizeSignal signal;
+        knownEnd_ = 0;
         if (ftruncate(descriptor_, static_cast<off_t>(size)) != 0) {
             raise(path_, "no se puede cambiar el tamaño");
         }
@@ -197,10 +208,39 @@ public:
     }
 
 private:
+    /// False if the bytes may not have arrived: no room on the disk, or another program has cut the file.
+    bool store(std::uint64_t offset, std::span<const char> bytes) {
+        const std::uint64_t end = offset + bytes.size();
+        if (end > knownEnd_) {
+            knownEnd_ = std::min(size(), maxFileSize);
+        }
+        if (remote_ || end > knownEnd_ || bytes.size() > largestStore) {
+            return false;
+        }
+        if (!stores_) {
+            stores_.emplace(descriptor_, maxFileSize, MappedView::Access::Write);
+        }
+        if (stores_->data() == nullptr) {
+            return false;
+        }
+        std::memcpy(stores_->writableData() + offset, bytes.data(), bytes.size());
+        std::atomic_signal_fence(std::memory_order_seq_cst); // a handler sets what comes next
+        if (stores_->isTorn()) {
+            stores_->renew();
+            knownEnd_ = 0;
+            return false;
+        }
+        return true;
+    }
+
+    static constexpr std::size_t largestStore = std::size_t{64} << 10; // more is faster as a write
+
     std::string path_;
     int descriptor_;
     bool writable_, remote_;
     MappedView view_;
+    std::optional<MappedView> stores_; // made by the first one
+    std::uint64_t knownEnd_ = 0;       // of the file; only other programs cut it
 };
 
 } // namespace

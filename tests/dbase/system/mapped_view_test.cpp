@@ -13,6 +13,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "dbase/support/ChildProcess.h"
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/error.h"
 #include "dbase/table/table.h"
@@ -54,6 +55,38 @@ TEST_F(MappedViewTest, ReadsZerosAndSaysSoWhereTheFileWasCut) {
     EXPECT_EQ(view.data()[2 * page], '\0');
     EXPECT_TRUE(view.isTorn());
     EXPECT_EQ(view.data()[0], 'x');
+}
+
+TEST_F(MappedViewTest, WithAccessToWriteStoresIntoTheFile) {
+    const MappedView view(descriptor_, 16 * page, MappedView::Access::Write);
+    ASSERT_NE(view.data(), nullptr);
+    view.writableData()[page + 7] = 'y';
+    char stored = 0;
+    EXPECT_EQ(pread(descriptor_, &stored, 1, pageInFile + 7), 1);
+    EXPECT_EQ(stored, 'y');
+    EXPECT_FALSE(view.isTorn());
+}
+
+TEST_F(MappedViewTest, AStoreWhereTheFileWasCutIsReportedAndReachesNothing) {
+    MappedView view(descriptor_, 16 * page, MappedView::Access::Write);
+    ASSERT_EQ(ftruncate(descriptor_, pageInFile), 0);
+    view.writableData()[2 * page] = 'y';
+    EXPECT_TRUE(view.isTorn());
+    view.renew();
+    EXPECT_FALSE(view.isTorn());
+    ASSERT_EQ(ftruncate(descriptor_, 3 * pageInFile), 0);
+    EXPECT_EQ(view.data()[2 * page], '\0');
+}
+
+TEST_F(MappedViewTest, AHostThatWritesJustBesideAViewReachesNoFile) {
+    for (const int place : {-1, 16 * static_cast<int>(page)}) {
+        ChildProcess child([&](const ChildProcess::Link&) {
+            const MappedView view(descriptor_, 16 * page, MappedView::Access::Write);
+            view.writableData()[place] = 'y';
+            return 0;
+        });
+        EXPECT_EQ(child.join(), -SIGSEGV) << place;
+    }
 }
 
 /// Memory of this process that is pages of files, in bytes.

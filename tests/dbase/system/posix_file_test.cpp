@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <stdexcept>
 
 #include "dbase/lock/locks.h"
@@ -102,6 +103,28 @@ TEST_F(PosixFileTest, AFileLargerThanTheUserMayHaveIsAFullDisk) {
         return error.code() == ErrorCode::DiskFull && file->size() == 100 ? 0 : 1;
     });
     EXPECT_EQ(limited.join(), 0);
+}
+
+TEST_F(PosixFileTest, RewritingChangesTheBytesAndNotTheSize) {
+    const auto file = openFile(path_, OpenMode::ReadWrite);
+    file->rewrite(3, Bytes{'a', 'b'});
+    EXPECT_EQ(readFile(path_), (Bytes{'0', '1', '2', 'a', 'b', '5', '6', '7', '8', '9'}));
+}
+
+TEST_F(PosixFileTest, RewritingBeyondTheEndWrites) {
+    const auto file = openFile(path_, OpenMode::ReadWrite);
+    file->rewrite(9, Bytes{'a', 'b'});
+    EXPECT_EQ(readFile(path_), (Bytes{'0', '1', '2', '3', '4', '5', '6', '7', '8', 'a', 'b'}));
+}
+
+TEST_F(PosixFileTest, RewritingWhatAnotherProgramHasCutOffWrites) {
+    const std::string path = folder_.write("largo", std::string(50'000, 'x'));
+    const auto file = openFile(path, OpenMode::ReadWrite);
+    file->rewrite(0, Bytes{'a'});
+    openFile(path, OpenMode::ReadWrite)->resize(100);
+    file->rewrite(40'000, Bytes{'b'});
+    EXPECT_EQ(std::filesystem::file_size(path), 40'001U);
+    EXPECT_EQ(readFile(path).back(), 'b');
 }
 
 TEST_F(PosixFileTest, TheSameFileHasOneIdentityWhateverItsName) {
