@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -29,13 +30,16 @@ public:
 private:
     struct Run;
     struct Handle {
-        std::uint64_t prefix; // first bytes of the key, enough for most comparisons
+        std::uint64_t bytes; // some of the key, in an order that compares like them
         std::uint32_t item;
     };
 
     [[nodiscard]] const char* item(std::size_t i) const { return items_.data() + i * itemSize_; }
     [[nodiscard]] bool comesBefore(const char* a, const char* b) const;
     [[nodiscard]] std::vector<Handle> sorted() const;
+    void sortByComparing(std::span<Handle> handles) const;
+    /// `from`: where their keys may differ.
+    void sortByBytes(std::span<Handle> handles, std::size_t from) const;
     void spill();
     void merge(const Receiver& receiver);
 

@@ -85,6 +85,15 @@ TEST(KeySorterTest, SortsTextByBytes) {
         expectSorted(KeyOrder(KeyType::Character, false, false), anyTexts(600, length));
     }
 }
+TEST(KeySorterTest, SortsTextsThatBeginAlike) {
+    for (const std::size_t alike : {7U, 8U, 9U, 24U, 60U}) {
+        std::vector<Entry> entries = anyTexts(600, 5);
+        for (Entry& entry : entries) {
+            entry.first = std::string(alike, 'M') + entry.first + "CALLE MAYOR DE ABAJO";
+        }
+        expectSorted(KeyOrder(KeyType::Character, false, false), entries);
+    }
+}
 TEST(KeySorterTest, SortsTextDescending) {
     for (const std::size_t length : {1U, 20U}) {
         expectSorted(KeyOrder(KeyType::Character, false, true), anyTexts(600, length));
@@ -110,10 +119,13 @@ TEST(KeySorterTest, EqualKeysComeByRecordNumber) {
     for (RecordNumber i = 300; i > 0; --i) {
         entries.emplace_back("IGUAL", i);
     }
-    const std::vector<Entry> result = sorted(KeyOrder(KeyType::Character, false, true), entries, 400);
-    ASSERT_EQ(result.size(), 300U);
-    for (RecordNumber i = 0; i < 300; ++i) {
-        EXPECT_EQ(result[i].second, i + 1);
+    for (const bool isDescending : {true, false}) {
+        const std::vector<Entry> result =
+            sorted(KeyOrder(KeyType::Character, false, isDescending), entries, 400);
+        ASSERT_EQ(result.size(), 300U);
+        for (RecordNumber i = 0; i < 300; ++i) {
+            EXPECT_EQ(result[i].second, i + 1);
+        }
     }
 }
 
