@@ -161,15 +161,12 @@ void Dataset::landAtEnd(Direction direction) {
     }
 }
 
-/// Lands on the record just posted: it stays current even if range or filter hide it.
+/// Lands on the record just posted: it stays current even if range or filter hide it. The buffer has it as it
+/// was stored, and its key gives its place to the next move, so nothing is read.
 void Dataset::landOnPosted() {
     ahead_->clear();
-    landOn([&](Spot& spot) {
-        if (!order_->toEntry(spot, open_->records().record(record_))) {
-            spot.cursor.reset();
-        }
-        return true;
-    });
+    bof_ = eof_ = false;
+    calculate();
 }
 
 /// Lands on the current record as it is now or, if it is gone or hidden, on the next one, or else the last.

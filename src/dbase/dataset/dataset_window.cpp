@@ -112,10 +112,11 @@ RowsAround Dataset::gatherAround(const WindowSize& size) const {
         add(before.rows[i], {before.bytes.data() + i * row_.size(), row_.size()});
     }
     double place = before.rows.empty() ? 0 : before.rows.front().place;
-    if (order_->tag() == nullptr || (spot_->cursor && spot_->cursor->stillHolds())) {
-        Spot here;
-        here.cursor = spot_->cursor;
-        here.record = record_;
+    Spot here;
+    here.cursor = spot_->cursor;
+    here.record = record_;
+    if (order_->tag() == nullptr || (here.cursor && here.cursor->stillHolds()) ||
+        here.cursor.emplace(*open_->index(), *order_->tag()).find(shownKey(), record_)) {
         place = order_->shareOf(here, order_->rangeShares());
     }
     if (isNew) {

@@ -372,6 +372,21 @@ TEST_F(DatasetPlaceTest, PlacesOfARangeCoverTheRange) {
     EXPECT_FALSE(table.goToPlace(0.5));
 }
 
+TEST_F(DatasetPlaceTest, ARowJustPostedHasItsPlace) {
+    for (const char* tag : {"CODE", ""}) {
+        SCOPED_TRACE(tag);
+        table.setTag(tag);
+        table.append();
+        table.field("CODE").setText("11500");
+        table.post();
+        const double posted = here();
+        table.refresh();
+        EXPECT_EQ(posted, here());
+        EXPECT_GT(posted, 0.4);
+        table.erase();
+    }
+}
+
 TEST_F(DatasetPlaceTest, HiddenRowsAtAPlaceGiveTheNextOne) {
     table.setFilter("EVEN=True");
     EXPECT_TRUE(table.goToPlace(0.5));
