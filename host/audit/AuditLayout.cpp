@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -21,7 +22,8 @@ namespace {
 constexpr int margin = 16;
 constexpr int rowPadding = 6;
 constexpr int readableWidth = 780, readableHeight = 640;
-constexpr int detailLines = 2;
+constexpr int titleHeight = 32; // of the window, with its borders
+constexpr int textLines = 2;    // the lists do not jump
 constexpr int shownClasses = 6; // without scrolling
 
 QPushButton* commandButton(const char* objectName, const QString& text, QWidget* parent) {
@@ -76,11 +78,12 @@ AuditWindow::AuditWindow() : classes_(new ClassTotalsModel(this)), findings_(new
     bar_->setObjectName(QStringLiteral("BRProgreso"));
     bar_->setAccessibleName(tr("Parte de las tablas que se ha leído"));
     progress_ = wrappedLabel("LProgreso", this);
+    progress_->setMinimumHeight(textLines * fontMetrics().lineSpacing());
     kept_ = wrappedLabel("LGuardados", this);
     kept_->hide();
     detail_ = wrappedLabel("LHallazgo", this);
     detail_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    detail_->setMinimumHeight(detailLines * fontMetrics().lineSpacing()); // the list does not jump
+    detail_->setMinimumHeight(textLines * fontMetrics().lineSpacing());
     auto* const panes = new QSplitter(Qt::Vertical, this);
     panes->setChildrenCollapsible(false);
     panes->addWidget(classesPane());
@@ -96,7 +99,8 @@ AuditWindow::AuditWindow() : classes_(new ClassTotalsModel(this)), findings_(new
     column->addWidget(buttons);
     ensurePolished();
     setMinimumWidth(std::max(buttons->sizeHint().width() + 2 * margin, sizeHint().width()));
-    resize(readableWidth, readableHeight);
+    const QSize room = screen()->availableSize() - QSize(0, titleHeight);
+    resize(QSize(readableWidth, readableHeight).boundedTo(room));
     showState();
 }
 

@@ -94,9 +94,11 @@ void AuditWindow::finish(const AuditNews& news, const AuditEnd& end) {
     audit_.release()->deleteLater(); // it is reporting its end
     last_ = end;
     showShare(end.report ? 1 : 0);
-    progress_->setText(summary(end));
+    summary_ = summary(end);
+    progress_->setText(summary_);
     const bool isCut = std::ranges::any_of(
         news.counts, [](const auto& counts) { return counts[0] + counts[1] + counts[2] > keptOfEachClass; });
+    kept_->setVisible(isCut);
     kept_->setText(isCut
                        ? tr("Se enseñan los %1 primeros hallazgos de cada clase; «ambcp revisar» los escribe "
                             "todos.")
@@ -217,7 +219,7 @@ void AuditWindow::startRepair(FindingClass what, RepairKind kind) {
                 const std::unique_ptr<RepairJob, void (*)(RepairJob*)> ended(
                     repair_.release(), [](RepairJob* job) { job->deleteLater(); }); // it is reporting its end
                 showShare(1);
-                progress_->clear();
+                progress_->setText(summary_); // of the last audit
                 showState();
                 if (ended->kind() == RepairKind::Writing || !error.isEmpty() || news.wasCancelled) {
                     finishRepair(news, error);

@@ -70,6 +70,7 @@ private:
     std::unique_ptr<AuditJob> audit_;               // null while none runs
     std::unique_ptr<RepairJob> repair_;             // likewise
     AuditEnd last_;                                 // of the last audit
+    QString summary_;                               // likewise
 };
 
 } // namespace host

@@ -236,6 +236,7 @@ TEST_F(FaultyStreets, AClassIsRepairedAfterADryRunAndAQuestion) {
     messages.expect("¿Desea cambiar 2 filas?", line, "Revisar las tablas", MessageAnswer::No);
     ASSERT_TRUE(runByKey(Qt::Key_R));
     EXPECT_EQ(storedStreet("28000006", "VIA"), "sol");
+    EXPECT_TRUE(says("LProgreso").startsWith("Revisado: ")) << "the last audit's summary is back";
     EXPECT_FALSE(std::filesystem::exists(file("revisar.deshacer")));
     messages.expect("¿Desea cambiar 2 filas?", line, "Revisar las tablas", MessageAnswer::Yes);
     const QString undo = QString::fromStdString(file("revisar.deshacer").string());
@@ -385,6 +386,7 @@ TEST_F(ManyFindings, AreAllCountedAndAHundredThousandOfAClassListed) {
     EXPECT_TRUE(rowsOf("GClases", {0, 1}).contains("Nombre en minúsculas|120.000"));
     EXPECT_TRUE(says("LGuardados").startsWith("Se enseñan los 100.000 primeros"))
         << says("LGuardados").toStdString();
+    EXPECT_TRUE(part<QLabel>("LGuardados").isVisible());
     chooseClass("Nombre en minúsculas");
     auto& list = part<QTableView>("GHallazgos");
     list.setFocus();
