@@ -1,6 +1,7 @@
 // Windows-1252 and QString.
 #include "services/Text.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -57,19 +58,20 @@ void appendNearest(std::string& bytes, char32_t character) {
 } // namespace
 
 QString fromWindows1252(std::string_view bytes) {
-    QString text;
-    text.reserve(static_cast<qsizetype>(bytes.size()));
-    for (const char c : bytes) {
-        text.append(QChar(static_cast<char16_t>(page().decode(static_cast<unsigned char>(c)))));
-    }
+    const dbase::CodePage& windows = page();
+    QString text(static_cast<qsizetype>(bytes.size()), Qt::Uninitialized);
+    std::ranges::transform(bytes, text.data(), [&](char c) {
+        return QChar(static_cast<char16_t>(windows.decode(static_cast<unsigned char>(c))));
+    });
     return text;
 }
 
 std::optional<std::string> toWindows1252(const QString& text) {
+    const dbase::CodePage& windows = page();
     std::string bytes;
     bytes.reserve(static_cast<std::size_t>(text.size()));
     for (const QChar character : text) {
-        const auto byte = page().encode(character.unicode());
+        const auto byte = windows.encode(character.unicode());
         if (!byte) {
             return std::nullopt;
         }
