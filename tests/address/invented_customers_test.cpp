@@ -44,6 +44,24 @@ protected:
                truth.postalCode;
     }
 
+    /// Everything that a verdict says.
+    static std::string wholeText(const JudgedAddress& one) {
+        std::string text = std::string(verdictName(one.verdict)) + ' ' + std::to_string(one.confidence);
+        for (const std::string* part :
+             {&one.ineCode, &one.municipality, &one.province, &one.type, &one.street, &one.number, &one.rest,
+              &one.postalCode, &one.key, &one.reason}) {
+            text += '|' + *part;
+        }
+        for (const AddressChange& change : one.changes) {
+            text += '|' + std::string(partName(change.part)) + '|' + change.from + '|' + change.to;
+        }
+        for (const AddressAlternative& other : one.alternatives) {
+            text += '|' + other.ineCode + '|' + other.type + '|' + other.street + '|' +
+                    std::to_string(other.points);
+        }
+        return text;
+    }
+
     std::vector<Customer> truths;
     std::vector<JudgedAddress> judged;
 };
@@ -71,6 +89,36 @@ TEST_F(InventedCustomers, EachFaultGetsTheVerdictThatNamesIt) {
         }
     }
     EXPECT_LE(others.size(), judged.size() / 100) << others.front();
+}
+
+TEST_F(InventedCustomers, AVerdictDoesNotDependOnWhatWasAskedBefore) {
+    customers::InventedCustomers invented;
+    std::vector<std::string> rows;
+    for (int i = 0; i < 5000; ++i) {
+        rows.push_back(customers::rowOf(invented.next()));
+    }
+    const auto judgedInOrder = [&] {
+        std::string file = customers::headingLine();
+        for (const std::string& row : rows) {
+            file += row;
+        }
+        const std::string bytes = dbase::CodePage::windows1252().fromUtf8(file).value();
+        std::vector<std::string> texts;
+        AddressFileOptions options;
+        options.threads = 1;
+        validateAddressFile(
+            {loading::textSource(bytes), "clientes.csv", bytes.size()}, options,
+            {.row = [&](const ValidatedRow& row) { texts.push_back(wholeText(row.judged)); }});
+        return texts;
+    };
+    const std::vector<std::string> forwards = judgedInOrder();
+    std::ranges::reverse(rows);
+    std::vector<std::string> backwards = judgedInOrder();
+    std::ranges::reverse(backwards);
+    ASSERT_EQ(forwards.size(), backwards.size());
+    for (std::size_t i = 0; i < forwards.size(); ++i) {
+        ASSERT_EQ(forwards[i], backwards[i]);
+    }
 }
 
 } // namespace
