@@ -454,6 +454,22 @@ TEST_F(Audit, ABlankCapitalMarkIsProposedAsMunicipiHasIt) {
     EXPECT_EQ(runToOne(FindingClass::BlankCapital).proposal, "CAPITAL=9");
 }
 
+TEST_F(Audit, TextsAreUtf8WhateverTheTablesHold) {
+    town({{"COD_INE", "28079"}, {"CODPOSTAL", "28001"}, {"NOMBRE", "MADRID"}, {"CAPITAL", "Á"}});
+    const Values madrid{{"COD_INE", "28079"}, {"MUNICIPI", "MADRID"}, {"CAPITAL", ""}};
+    Values one = madrid, other = madrid;
+    one["CODPOSTAL"] = "28001";
+    other["CODPOSTAL"] = "Ñ8001";
+    street(one);
+    street(other);
+    std::string all;
+    for (const Finding& finding : run()) {
+        all += finding.text + '\n' + finding.proposal + '\n';
+    }
+    EXPECT_NE(all.find("CAPITAL=Á"), std::string::npos) << all;
+    EXPECT_NE(all.find("(Ñ8001)"), std::string::npos) << all;
+}
+
 TEST_F(Audit, ACardThatWasCancelledIsTheUsersRowWithoutMarkAndMunicipality) {
     street({{"CODIGO1", "99000000"}, {"CAPITAL", ""}, {"MUNICIPI", ""}, {"COD_INE", ""}});
     const Finding found = runToOne(FindingClass::CancelledCard);

@@ -6,6 +6,7 @@
 
 #include "directory/audit/NameAudit.h"
 #include "directory/audit/StreetRowAudit.h"
+#include "loading/ansi_text.h"
 
 namespace ambrel::directory {
 
@@ -30,7 +31,8 @@ struct SameStreetAudit::Range {
 
     [[nodiscard]] const std::string& postalCode() const { return member->row.postalCode; }
     [[nodiscard]] std::string text() const {
-        return std::to_string(first) + "–" + std::to_string(last) + " (" + postalCode() + ")";
+        return std::to_string(first) + "–" + std::to_string(last) + " (" +
+               loading::utf8FromAnsi(postalCode()) + ")";
     }
 };
 

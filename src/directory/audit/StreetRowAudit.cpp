@@ -161,7 +161,7 @@ void StreetRowAudit::auditCapital(const StreetRow& row, std::optional<PlaceNumbe
         return;
     }
     const auto mark = book_.capitalOf(row);
-    const std::string proposal = mark ? std::string("CAPITAL=") + *mark : std::string();
+    const std::string proposal = mark ? "CAPITAL=" + utf8FromAnsi(std::string(1, *mark)) : std::string();
     if (!row.capital.empty()) {
         sink(withText(aboutStreet(row), FindingClass::ForeignCapital,
                       "ninguna fila de " + municipalityText(book_.places()[*place]) +
