@@ -98,6 +98,13 @@ int main(int argc, char** argv) {
     reporter.printRatio("list_90k_vs_1k", "list/1k", "list/90k");
     reporter.printRatio("list_1m5_vs_1k", "list/1k", "list/1m5");
     reporter.printRatio("keystroke_1m5_vs_1k", "keystroke/1k", "keystroke/1m5");
+    // Tables of the whole country over those of one municipality.
+    reporter.printRatio("country_street_key_vs_town", "country_street_key/town",
+                        "country_street_key/country");
+    reporter.printRatio("country_municipality_key_vs_town", "country_municipality_key/town",
+                        "country_municipality_key/country");
+    reporter.printRatio("country_list_vs_town", "country_list/town", "country_list/country");
+    reporter.printRatio("country_suggest_vs_town", "country_suggest/town", "country_suggest/country");
     reporter.printRatio("suggest_1m5_vs_100k", "suggest_growth/100k", "suggest_growth/1m5");
     return 0;
 }
