@@ -86,6 +86,22 @@ void onStreet(const std::string& key, const Use& use) {
 
 } // namespace
 
+SmallEdition firstEdition() {
+    SmallEdition edition;
+    edition.unit(9001, 101, "ABAJAS", "ABAJAS")
+        .street(9001, 1, "MAYOR")
+        .street(9001, 2, "REAL", "AVDA")
+        .stretch(9001, 1, 9001, 1, 9)
+        .stretch(9001, 1, 9001, 2, 8)
+        .stretch(9001, 1, 9002, 11, 19)
+        .stretch(9001, 2, 9002, 1, 5);
+    return edition;
+}
+
+const Lines firstStreets = {"09000001 CL MAYOR 1-9 2-8 09001 09001 ABAJAS",
+                            "09000002 CL MAYOR 11-19 0-0 09002 09001 ABAJAS",
+                            "09000003 AV REAL 1-5 0-0 09002 09001 ABAJAS"};
+
 SmallEdition& SmallEdition::street(PlaceCode place, std::uint32_t street, const std::string& name,
                                    const std::string& type) {
     streets_ += line(edition::streetLine(place, street, type, name));
@@ -178,6 +194,17 @@ DirectoryTest::Outcome DirectoryTest::store(const SmallEdition& edition, const s
 
 DirectoryTest::Outcome DirectoryTest::simulate(const SmallEdition& edition, const std::string& date) {
     return simulate(edition.write(official, date));
+}
+
+DirectoryTest::Outcome DirectoryTest::storeNext(const SmallEdition& edition, const std::string& undoFile) {
+    const Lines before = everything();
+    const Outcome tried = simulate(edition, "251231");
+    EXPECT_EQ(everything(), before) << "a trial changes nothing";
+    Outcome stored = store(edition, "251231", undoFile);
+    EXPECT_EQ(stored.changes, tried.changes);
+    EXPECT_EQ(stored.conflicts, tried.conflicts);
+    EXPECT_EQ(stored.summary.kept, tried.summary.kept);
+    return stored;
 }
 
 Lines DirectoryTest::streets() {

@@ -28,6 +28,13 @@ private:
     std::string stretches_, streets_, pseudo_, units_;
 };
 
+using Lines = std::vector<std::string>;
+
+/// Two streets of Abajas (09001): one with two codes, and one with one.
+[[nodiscard]] SmallEdition firstEdition();
+/// Their rows.
+extern const Lines firstStreets;
+
 class DirectoryTest : public test::TableTest {
 protected:
     DirectoryTest();
@@ -43,6 +50,9 @@ protected:
     Outcome store(const SmallEdition& edition, const std::string& date = "250630",
                   const std::string& undoFile = {});
     Outcome simulate(const SmallEdition& edition, const std::string& date = "250630");
+
+    /// Stores an edition after another one, once it has been tried with the same outcome.
+    Outcome storeNext(const SmallEdition& edition, const std::string& undoFile = {});
 
     /// "09000001 CL MAYOR 3-9 2-8 01118 09109 ABAJAS" for each row, in the order of their keys.
     [[nodiscard]] static std::vector<std::string> streets();
@@ -65,7 +75,5 @@ protected:
 
     TemporaryFolder official;
 };
-
-using Lines = std::vector<std::string>;
 
 } // namespace ambrel::directory

@@ -18,37 +18,7 @@
 namespace ambrel::directory {
 namespace {
 
-/// Two streets of Abajas (09001): one with two codes, and one with one.
-SmallEdition firstEdition() {
-    SmallEdition edition;
-    edition.unit(9001, 101, "ABAJAS", "ABAJAS")
-        .street(9001, 1, "MAYOR")
-        .street(9001, 2, "REAL", "AVDA")
-        .stretch(9001, 1, 9001, 1, 9)
-        .stretch(9001, 1, 9001, 2, 8)
-        .stretch(9001, 1, 9002, 11, 19)
-        .stretch(9001, 2, 9002, 1, 5);
-    return edition;
-}
-
-const Lines firstStreets = {"09000001 CL MAYOR 1-9 2-8 09001 09001 ABAJAS",
-                            "09000002 CL MAYOR 11-19 0-0 09002 09001 ABAJAS",
-                            "09000003 AV REAL 1-5 0-0 09002 09001 ABAJAS"};
-
-class DirectoryLoadingTest : public DirectoryTest {
-protected:
-    /// Stores a second edition after the first one, once it has been tried with the same outcome.
-    Outcome storeNext(const SmallEdition& edition, const std::string& undoFile = {}) {
-        const Lines before = everything();
-        const Outcome tried = simulate(edition, "251231");
-        EXPECT_EQ(everything(), before) << "a trial changes nothing";
-        Outcome stored = store(edition, "251231", undoFile);
-        EXPECT_EQ(stored.changes, tried.changes);
-        EXPECT_EQ(stored.conflicts, tried.conflicts);
-        EXPECT_EQ(stored.summary.kept, tried.summary.kept);
-        return stored;
-    }
-};
+using DirectoryLoadingTest = DirectoryTest;
 
 TEST_F(DirectoryLoadingTest, TheFirstEditionFillsTheTables) {
     const Outcome load = store(firstEdition());
@@ -341,75 +311,6 @@ TEST_F(DirectoryLoadingTest, WithoutTheirFilePseudoStreetsStay) {
     EXPECT_EQ(store(firstEdition(), "251231").changes, Lines()) << "nothing says that it is gone";
 }
 
-TEST_F(DirectoryLoadingTest, ATownThatGetsASecondCodeIsNotMarkedAsHavingOneAnyMore) {
-    SmallEdition edition;
-    edition.unit(9001, 101, "ABAJAS", "ABAJAS")
-        .unit(9001, 202, "ABAJAS", "VENTAS (LAS)")
-        .street(9001, 1, "MAYOR")
-        .stretch(9001, 1, 9001, 1, 9)
-        .stretch(9001, 1, 9001, 11, 13, 202);
-    store(edition);
-    EXPECT_EQ(places(), (Lines{"09001 ABAJAS 09001 S", "09001 VENTAS, LAS 09001 S E"}));
-    edition.stretch(9001, 1, 9002, 15, 19);
-    const Outcome load = storeNext(edition);
-    EXPECT_EQ(places(),
-              (Lines{"09001 ABAJAS 09001 N", "09001 VENTAS, LAS 09001 N E", "09001 ABAJAS 09002 N"}));
-    EXPECT_EQ(load.summary.municipalities.comes, 1U);
-    EXPECT_EQ(load.summary.municipalities.changes, 2U);
-    EXPECT_EQ(load.summary.municipalities.goes, 0U);
-}
-
-TEST_F(DirectoryLoadingTest, MunicipalitiesComeGoAndChangeTheirNames) {
-    SmallEdition edition = firstEdition();
-    edition.unit(9002, 101, "ADRADA DE HAZA", "ADRADA DE HAZA")
-        .street(9002, 1, "MAYOR")
-        .stretch(9002, 1, 9462, 1, 9);
-    store(edition);
-    SmallEdition next;
-    next.unit(9002, 101, "ADRADA", "ADRADA").street(9002, 1, "MAYOR").stretch(9002, 1, 9462, 1, 9);
-    next.unit(9003, 101, "AGES", "AGES").street(9003, 1, "MAYOR").stretch(9003, 1, 9199, 1, 9);
-    const Outcome load = storeNext(next);
-    EXPECT_EQ(places(), (Lines{"09002 ADRADA 09462 S", "09003 AGES 09199 S"}));
-    EXPECT_EQ(load.summary.municipalities.goes, 2U);
-    EXPECT_EQ(streets(), (Lines{"09000004 CL MAYOR 1-9 0-0 09462 09002 ADRADA",
-                                "09000005 CL MAYOR 1-9 0-0 09199 09003 AGES"}));
-}
-
-TEST_F(DirectoryLoadingTest, UsersRowsOfMunicipiStay) {
-    SmallEdition edition = firstEdition();
-    edition.unit(9002, 101, "ADRADA", "ADRADA").street(9002, 1, "MAYOR").stretch(9002, 1, 9462, 1, 9);
-    store(edition);
-    setPlace("ADRADA", "NOMBRE", "ADRADA LA NUEVA");
-    addPlace({{"COD_INE", "09001"},
-              {"CODPOSTAL", "09001"},
-              {"UNICO", "N"},
-              {"CAPITAL", "9"},
-              {"NOMBRE", "URBANIZACION SOL"},
-              {"ENT_MENOR", "True"}});
-    const Lines before = everything();
-    EXPECT_EQ(storeNext(edition).changes, Lines());
-    EXPECT_EQ(everything(), before);
-    edition.stretch(9002, 1, 9463, 11, 13); // no longer its only code
-    const Outcome load = storeNext(edition);
-    EXPECT_EQ(load.conflicts,
-              (Lines{"changed 00000000: ADRADA LA NUEVA 09462, UNICO S | ADRADA 09462, UNICO N"}));
-    EXPECT_EQ(places()[3], "09002 ADRADA LA NUEVA 09462 S");
-}
-
-TEST_F(DirectoryLoadingTest, AMunicipalityThatOnlyTheUsersHaveStaysAndNamesItsStreets) {
-    addPlace({{"COD_INE", "09001"},
-              {"CODPOSTAL", "09001"},
-              {"UNICO", "S"},
-              {"CAPITAL", "9"},
-              {"NOMBRE", "ABAJAS DE USUARIO"},
-              {"COD_PROV", "09"},
-              {"ENT_MENOR", "False"}});
-    const Outcome load = store(firstEdition());
-    EXPECT_EQ(places(), (Lines{"09001 ABAJAS DE USUARIO 09001 S"}));
-    EXPECT_EQ(load.conflicts, (Lines{"own municipality 00000000: 09001 , UNICO S | 09001 09002 , UNICO N"}));
-    EXPECT_EQ(streets()[0], "09000001 CL MAYOR 1-9 2-8 09001 09001 ABAJAS DE USUARIO");
-}
-
 TEST_F(DirectoryLoadingTest, AfterPostalWasEmptiedAnEditionFillsItAgainWithTheSameKeys) {
     store(firstEdition());
     dbase::createTable(folder.path(), streetTable(), dbase::IfExists::Replace);
@@ -442,81 +343,6 @@ TEST_F(DirectoryLoadingTest, AProgramWithATableOpenIsRefusedWithNothingChanged) 
         open.close();
         EXPECT_EQ(everything(), before);
     }
-}
-
-TEST_F(DirectoryLoadingTest, AnEditionIsTakenBackAsIfItHadNeverCome) {
-    store(firstEdition());
-    const Lines before = everything();
-    SmallEdition next;
-    next.unit(9001, 101, "ABAJAS DE ARRIBA", "ABAJAS DE ARRIBA")
-        .unit(9003, 101, "AGES", "AGES")
-        .street(9001, 1, "MAYOR")
-        .street(9001, 3, "NUEVA")
-        .street(9003, 1, "MAYOR")
-        .stretch(9001, 1, 9001, 1, 19)
-        .stretch(9001, 1, 9004, 2, 8)
-        .stretch(9001, 3, 9001, 1, 3)
-        .stretch(9003, 1, 9199, 1, 9);
-    storeNext(next, folder / "next.deshacer");
-    EXPECT_NE(everything(), before);
-    EXPECT_EQ(undo(folder / "next.deshacer"), Lines());
-    EXPECT_EQ(everything(), before);
-    EXPECT_EQ(undo(folder / "next.deshacer"), Lines()) << "may be repeated";
-    EXPECT_EQ(everything(), before);
-    EXPECT_EQ(storeNext(firstEdition()).changes, Lines());
-}
-
-TEST_F(DirectoryLoadingTest, TheFirstEditionIsTakenBackToEmptyTables) {
-    store(firstEdition(), "250630", folder / "first.deshacer");
-    EXPECT_EQ(undo(folder / "first.deshacer"), Lines());
-    EXPECT_EQ(everything(), Lines());
-    store(firstEdition(), "250630");
-    EXPECT_EQ(streets(), firstStreets);
-}
-
-TEST_F(DirectoryLoadingTest, WhatUsersChangedOrAddedSinceStaysWhenAnEditionIsTakenBack) {
-    store(firstEdition());
-    SmallEdition next = firstEdition();
-    next.street(9001, 3, "NUEVA").stretch(9001, 3, 9001, 1, 3).stretch(9001, 2, 9002, 7, 11);
-    next.street(9001, 4, "ANCHA").stretch(9001, 4, 9001, 1, 3);
-    store(next, "251231", folder / "next.deshacer");
-    EXPECT_EQ(streets()[2], "09000003 AV REAL 1-11 0-0 09002 09001 ABAJAS");
-    set("09000003", "IMPAR_FIN", "21");
-    set("09000004", "VIA", "NOVISIMA");
-    addStreet({{"CODIGO1", "99000000"},
-               {"PROVINCIA", "09"},
-               {"CAPITAL", "9"},
-               {"TIPO_VIA", "CL"},
-               {"VIA", "DEL MOLINO"},
-               {"IMPAR_INI", "1"},
-               {"IMPAR_FIN", "9"},
-               {"PAR_INI", "0"},
-               {"PAR_FIN", "0"},
-               {"CODPOSTAL", "09001"},
-               {"MUNICIPI", "ABAJAS"},
-               {"COD_INE", "09001"}});
-    EXPECT_EQ(undo(folder / "next.deshacer").size(), 2U);
-    EXPECT_EQ(streets(),
-              (Lines{firstStreets[0], firstStreets[1], "09000003 AV REAL 1-21 0-0 09002 09001 ABAJAS",
-                     "09000004 CL NOVISIMA 1-3 0-0 09001 09001 ABAJAS",
-                     "99000000 CL DEL MOLINO 1-9 0-0 09001 09001 ABAJAS"}));
-}
-
-TEST_F(DirectoryLoadingTest, AnUndoFileThatExistsIsNotOverwrittenAndNothingChanges) {
-    store(firstEdition());
-    const Lines before = everything();
-    const std::string file = folder.write("mine.deshacer", "mine");
-    SmallEdition next = firstEdition();
-    next.stretch(9001, 2, 9002, 7, 11);
-    EXPECT_THROW(store(next, "251231", file), dbase::Error);
-    EXPECT_EQ(everything(), before);
-    EXPECT_EQ(std::filesystem::file_size(file), 4U);
-}
-
-TEST_F(DirectoryLoadingTest, AnEditionWithoutChangesLeavesNoUndoFile) {
-    store(firstEdition());
-    store(firstEdition(), "251231", folder / "next.deshacer");
-    EXPECT_FALSE(std::filesystem::exists(folder / "next.deshacer"));
 }
 
 TEST_F(DirectoryLoadingTest, WhatTheObserverThrowsEndsItWithNothingChanged) {

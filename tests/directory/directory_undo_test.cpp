@@ -1,0 +1,90 @@
+// Editions of the official directory taken back by their undo files.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "dbase/system/error.h"
+#include "directory/DirectoryTest.h"
+
+namespace ambrel::directory {
+namespace {
+
+using DirectoryUndoTest = DirectoryTest;
+
+TEST_F(DirectoryUndoTest, AnEditionIsTakenBackAsIfItHadNeverCome) {
+    store(firstEdition());
+    const Lines before = everything();
+    SmallEdition next;
+    next.unit(9001, 101, "ABAJAS DE ARRIBA", "ABAJAS DE ARRIBA")
+        .unit(9003, 101, "AGES", "AGES")
+        .street(9001, 1, "MAYOR")
+        .street(9001, 3, "NUEVA")
+        .street(9003, 1, "MAYOR")
+        .stretch(9001, 1, 9001, 1, 19)
+        .stretch(9001, 1, 9004, 2, 8)
+        .stretch(9001, 3, 9001, 1, 3)
+        .stretch(9003, 1, 9199, 1, 9);
+    storeNext(next, folder / "next.deshacer");
+    EXPECT_NE(everything(), before);
+    EXPECT_EQ(undo(folder / "next.deshacer"), Lines());
+    EXPECT_EQ(everything(), before);
+    EXPECT_EQ(undo(folder / "next.deshacer"), Lines()) << "may be repeated";
+    EXPECT_EQ(everything(), before);
+    EXPECT_EQ(storeNext(firstEdition()).changes, Lines());
+}
+
+TEST_F(DirectoryUndoTest, TheFirstEditionIsTakenBackToEmptyTables) {
+    store(firstEdition(), "250630", folder / "first.deshacer");
+    EXPECT_EQ(undo(folder / "first.deshacer"), Lines());
+    EXPECT_EQ(everything(), Lines());
+    store(firstEdition(), "250630");
+    EXPECT_EQ(streets(), firstStreets);
+}
+
+TEST_F(DirectoryUndoTest, WhatUsersChangedOrAddedSinceStaysWhenAnEditionIsTakenBack) {
+    store(firstEdition());
+    SmallEdition next = firstEdition();
+    next.street(9001, 3, "NUEVA").stretch(9001, 3, 9001, 1, 3).stretch(9001, 2, 9002, 7, 11);
+    next.street(9001, 4, "ANCHA").stretch(9001, 4, 9001, 1, 3);
+    store(next, "251231", folder / "next.deshacer");
+    EXPECT_EQ(streets()[2], "09000003 AV REAL 1-11 0-0 09002 09001 ABAJAS");
+    set("09000003", "IMPAR_FIN", "21");
+    set("09000004", "VIA", "NOVISIMA");
+    addStreet({{"CODIGO1", "99000000"},
+               {"PROVINCIA", "09"},
+               {"CAPITAL", "9"},
+               {"TIPO_VIA", "CL"},
+               {"VIA", "DEL MOLINO"},
+               {"IMPAR_INI", "1"},
+               {"IMPAR_FIN", "9"},
+               {"PAR_INI", "0"},
+               {"PAR_FIN", "0"},
+               {"CODPOSTAL", "09001"},
+               {"MUNICIPI", "ABAJAS"},
+               {"COD_INE", "09001"}});
+    EXPECT_EQ(undo(folder / "next.deshacer").size(), 2U);
+    EXPECT_EQ(streets(),
+              (Lines{firstStreets[0], firstStreets[1], "09000003 AV REAL 1-21 0-0 09002 09001 ABAJAS",
+                     "09000004 CL NOVISIMA 1-3 0-0 09001 09001 ABAJAS",
+                     "99000000 CL DEL MOLINO 1-9 0-0 09001 09001 ABAJAS"}));
+}
+
+TEST_F(DirectoryUndoTest, AnUndoFileThatExistsIsNotOverwrittenAndNothingChanges) {
+    store(firstEdition());
+    const Lines before = everything();
+    const std::string file = folder.write("mine.deshacer", "mine");
+    SmallEdition next = firstEdition();
+    next.stretch(9001, 2, 9002, 7, 11);
+    EXPECT_THROW(store(next, "251231", file), dbase::Error);
+    EXPECT_EQ(everything(), before);
+    EXPECT_EQ(std::filesystem::file_size(file), 4U);
+}
+
+TEST_F(DirectoryUndoTest, AnEditionWithoutChangesLeavesNoUndoFile) {
+    store(firstEdition());
+    store(firstEdition(), "251231", folder / "next.deshacer");
+    EXPECT_FALSE(std::filesystem::exists(folder / "next.deshacer"));
+}
+
+} // namespace
+} // namespace ambrel::directory
