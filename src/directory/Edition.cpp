@@ -233,6 +233,7 @@ void Edition::visitMunicipality(std::span<Stored> stretches, RangeOpening openin
             joinStretches(observed, opening, rows);
             street.name = settled[i];
             street.municipality = municipality;
+            street.isListed = entries[i] != nullptr;
             street.rows = rows;
             street.type = types.codeOf(entries[i] != nullptr ? streets_.type(*entries[i]) : std::string());
             if (entries[i] != nullptr && settled[i] != streets_.name(*entries[i])) {

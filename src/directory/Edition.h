@@ -23,6 +23,7 @@ struct OfficialStreet {
     StreetId id = 0;
     std::string_view type = {}, name = {}, municipality = {};
     std::string_view wholeName = {}; // where the name had to be shortened; else empty
+    bool isListed = false;           // in its file; else it has no type, and the short name of its stretches
     std::span<const JoinedStretch> rows = {};
 };
 using StreetUse = std::function<void(const OfficialStreet&)>;

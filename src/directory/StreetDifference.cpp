@@ -49,6 +49,20 @@ void StreetDifference::compare(const OfficialStreet& street) {
     if (street.name.empty()) {
         return; // nothing says what it has become: its rows stay
     }
+    if (!street.isListed && !earlier.empty() && earlier.front().record != 0) {
+        // Its line may be missing or bad: a name of which the short one is the beginning stays.
+        const Row row = tables_.streets->row(earlier.front().record);
+        if (!row.empty() && streetRecord_.name(row).starts_with(street.name)) {
+            OfficialStreet named = street;
+            named.type = streetRecord_.type(row);
+            named.name = streetRecord_.name(row);
+            return compareRows(named, earlier);
+        }
+    }
+    compareRows(street, earlier);
+}
+
+void StreetDifference::compareRows(const OfficialStreet& street, std::span<const EarlierRow> earlier) {
     if (std::ranges::equal(street.rows, earlier, hasKeyOf)) {
         for (std::size_t i = 0; i < earlier.size(); ++i) {
             goOn(street, street.rows[i], earlier[i]);

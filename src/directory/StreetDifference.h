@@ -28,6 +28,7 @@ private:
     class Provenance;
 
     void passBy(StreetId before);
+    void compareRows(const OfficialStreet& street, std::span<const EarlierRow> earlier);
     [[nodiscard]] std::span<const EarlierRow> earlierOf(StreetId street);
     [[nodiscard]] std::vector<std::optional<std::size_t>>
     matchesOf(const OfficialStreet& street, std::span<const EarlierRow> earlier) const;

@@ -109,7 +109,8 @@ SmallEdition& SmallEdition::street(PlaceCode place, std::uint32_t street, const 
 }
 
 SmallEdition& SmallEdition::stretch(PlaceCode place, std::uint32_t street, std::uint32_t code,
-                                    std::uint32_t first, std::uint32_t last, std::uint32_t unit) {
+                                    std::uint32_t first, std::uint32_t last, std::uint32_t unit,
+                                    const std::string& streetName) {
     stretches_ += line(edition::lineOf({.place = place,
                                         .unit = unit,
                                         .street = street,
@@ -118,7 +119,8 @@ SmallEdition& SmallEdition::stretch(PlaceCode place, std::uint32_t street, std::
                                                      : first % 2 == 1 ? '1'
                                                                       : '2',
                                         .first = first,
-                                        .last = last}));
+                                        .last = last,
+                                        .streetName = streetName}));
     return *this;
 }
 

@@ -17,7 +17,7 @@ public:
                          const std::string& type = "CALLE");
     /// Observed numbers of one side; none if both are 0.
     SmallEdition& stretch(PlaceCode place, std::uint32_t street, std::uint32_t code, std::uint32_t first,
-                          std::uint32_t last, std::uint32_t unit = 101);
+                          std::uint32_t last, std::uint32_t unit = 101, const std::string& streetName = {});
     SmallEdition& pseudo(PlaceCode place, std::uint32_t pseudo, std::uint32_t code, const std::string& name);
     SmallEdition& unit(PlaceCode place, std::uint32_t unit, const std::string& municipality,
                        const std::string& entity);

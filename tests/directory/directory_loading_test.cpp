@@ -73,6 +73,17 @@ TEST_F(DirectoryLoadingTest, NewGoneAndRenamedStreetsFollowTheOffice) {
     EXPECT_EQ(storeNext(next).changes, Lines());
 }
 
+TEST_F(DirectoryLoadingTest, AStreetWhoseLineIsMissingKeepsItsTypeAndItsWholeName) {
+    const std::string name = "CONSTITUCION DE MIL NOVECIENTOS", shortName = name.substr(0, 25);
+    SmallEdition edition = firstEdition();
+    edition.street(9001, 3, name, "AVDA").stretch(9001, 3, 9001, 1, 9, 101, shortName);
+    store(edition);
+    SmallEdition next = firstEdition();
+    next.stretch(9001, 3, 9001, 1, 11, 101, shortName);
+    EXPECT_EQ(storeNext(next).changes, (Lines{"~09000004 " + name + " range"}));
+    EXPECT_EQ(streets()[3], "09000004 AV " + name + " 1-11 0-0 09001 09001 ABAJAS");
+}
+
 TEST_F(DirectoryLoadingTest, ChangedRangesAndCodesKeepTheKeysOfTheirRows) {
     store(firstEdition());
     SmallEdition next;
