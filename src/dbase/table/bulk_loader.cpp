@@ -189,6 +189,10 @@ void BulkLoader::finish(const Progress& progress) {
     });
     state_->finished = true;
     state_->use.reset();
+    if (state_->ownReplacement) { // which keeps the new table from being opened
+        state_->replacement = nullptr;
+        state_->ownReplacement.reset();
+    }
 }
 
 } // namespace dbase
