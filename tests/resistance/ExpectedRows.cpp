@@ -15,7 +15,7 @@ std::optional<Post> asItHappened(const Post& post, const std::vector<Bytes>& sto
     if (post.kind == PostKind::Rebuild) {
         return std::nullopt;
     }
-    if (post.kind == PostKind::Append || post.kind == PostKind::Load) {
+    if (post.kind == PostKind::Append || post.kind == PostKind::Load || post.kind == PostKind::Together) {
         // Searches from the end, because others may have added rows after it since.
         for (happened.number = static_cast<dbase::RecordNumber>(stored.size()); happened.number > 0;
              --happened.number) {

@@ -10,14 +10,15 @@
 
 namespace resistance {
 
-enum class PostKind : std::uint8_t { Append, Overwrite, Erase, Rebuild, Load, Replace };
-inline constexpr std::size_t postKinds = 6;
+enum class PostKind : std::uint8_t { Append, Overwrite, Erase, Rebuild, Load, Replace, Together };
+inline constexpr std::size_t postKinds = 7;
 
-/// One change of the table. A load adds `rows` rows with ascending serials, a replacement leaves only those.
+/// One change of the table. A load, and rows stored together, add `rows` rows with ascending serials, a
+/// replacement leaves only those.
 struct Post {
     PostKind kind = PostKind::Append;
     StreetVersion row;              // the row after the change; the first of several
-    dbase::RecordNumber number = 0; // for an append and a load: once acknowledged
+    dbase::RecordNumber number = 0; // of new rows: once acknowledged
     std::uint32_t rows = 1;
 };
 

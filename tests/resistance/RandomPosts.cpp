@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "dbase/table/bulk_loader.h"
+#include "dbase/table/write_scope.h"
 
 namespace resistance {
 
@@ -55,6 +56,9 @@ void RandomPosts::run() {
         case PostKind::Load:
         case PostKind::Replace:
             load(kind);
+            break;
+        case PostKind::Together:
+            storeTogether();
         }
     }
 }
@@ -157,6 +161,27 @@ void RandomPosts::load(PostKind kind) {
         open();
     }
     for (std::uint32_t i = 0; i < count; ++i) {
+        hold({first + i, {.serial = post.row.serial + i}});
+    }
+}
+
+void RandomPosts::storeTogether() {
+    const Post post{
+        .kind = PostKind::Together, .row = {.serial = nextSerial_}, .rows = 1 + below(work_.mostRows)};
+    nextSerial_ += post.rows;
+    log_.announce(post);
+    dbase::RecordNumber first = 0;
+    {
+        dbase::WriteScope scope(*table_, dbase::WriteScope::Writing::Together);
+        for (std::uint32_t i = 0; i < post.rows; ++i) {
+            const dbase::RecordNumber number = table_->append(
+                streetRecord(table_->schema(), {.serial = post.row.serial + i}), work_.durability);
+            first = i == 0 ? number : first;
+        }
+        scope.commit();
+    }
+    log_.acknowledge(first);
+    for (std::uint32_t i = 0; i < post.rows; ++i) {
         hold({first + i, {.serial = post.row.serial + i}});
     }
 }

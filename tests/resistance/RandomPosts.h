@@ -16,12 +16,12 @@ namespace resistance {
 
 /// What a writer does, and the weights with which it chooses each kind of post.
 struct WriterWork {
-    std::array<int, postKinds> weights{6, 4, 1, 0, 0, 0}; // in the order of PostKind
+    std::array<int, postKinds> weights{6, 4, 1, 0, 0, 0, 0}; // in the order of PostKind
     dbase::Durability durability = dbase::Durability::Process;
     bool throughDataset = false;  // as the dialogs work; else directly through the table
     bool onlyAcrossPages = false; // changes only rows that the system may write in two parts
     std::uint32_t firstSerial = 0;
-    std::uint32_t mostRows = 300; // of a load
+    std::uint32_t mostRows = 300; // of a load, or stored together
     std::uint32_t seed = 0;
 };
 
@@ -42,6 +42,7 @@ private:
     void change(bool erase);
     void rebuild();
     void load(PostKind kind);
+    void storeTogether();
     void store(const Holding& target, const StreetVersion& row);
     void hold(const Holding& holding);
 

@@ -8,6 +8,8 @@
 #include <random>
 #include <unordered_set>
 
+#include "dbase/table/write_scope.h"
+
 namespace dbase::test {
 
 namespace {
@@ -79,6 +81,35 @@ Step amend(const Schema& schema, RecordNumber first, RecordNumber most, int numb
             }};
 }
 
+/// Adds rows and overwrites one that is there, all of it together; a middle row of those added is changed
+/// once more before they are stored.
+Step together(const Schema& schema, RecordNumber record, int rows, int number) {
+    const auto added = [=](int i) { return scriptedRow(schema, number + i); };
+    return {"store " + std::to_string(rows) + " rows together with a change of " + std::to_string(record),
+            [=](Table& table, const Rows& now, Durability durability) {
+                WriteScope scope(table, WriteScope::Writing::Together);
+                RecordNumber middle = 0;
+                for (int i = 0; i < rows; ++i) {
+                    const RecordNumber last = table.append(added(i), durability);
+                    middle = i == rows / 2 ? last : middle;
+                }
+                table.overwrite(middle, added(rows / 2), added(rows + 1), durability);
+                if (record <= now.size()) {
+                    table.overwrite(record, now[record - 1], added(rows), durability);
+                }
+                scope.commit();
+            },
+            [=](Rows state) {
+                if (record <= state.size()) {
+                    state[record - 1] = added(rows);
+                }
+                for (int i = 0; i < rows; ++i) {
+                    state.push_back(added(i == rows / 2 ? rows + 1 : i));
+                }
+                return state;
+            }};
+}
+
 Step sync() {
     return {"sync", [](Table& table, const Rows&, Durability) { table.sync(); },
             [](Rows rows) { return rows; }, true};
@@ -137,6 +168,7 @@ std::vector<Step> shortScript(const Schema& schema) {
             overwrite(schema, 14, 20),
             walk(),
             rebuild(),
+            together(schema, 6, 5, 800),
             append(schema, 504),
             amend(schema, 8, 4, 30),
             overwrite(schema, 4, 602),
@@ -167,8 +199,12 @@ std::vector<Step> randomScript(const Schema& schema, unsigned seed, int steps) {
                 script.push_back(overwrite(schema, record, number));
             } else if (kind < 34) {
                 script.push_back(erase(record));
-            } else {
+            } else if (kind < 38) {
                 script.push_back(amend(schema, record, 1 + below(7), number));
+            } else {
+                const int added = 1 + static_cast<int>(below(4));
+                script.push_back(together(schema, record, added, number));
+                rows += static_cast<std::size_t>(added);
             }
         }
     }

@@ -173,13 +173,13 @@ private:
     Tally tally_;
 };
 
-constexpr std::array<int, postKinds> plainPosts{6, 4, 1, 0, 0, 0};
+constexpr std::array<int, postKinds> plainPosts{6, 4, 1, 0, 0, 0, 0};
 
 TEST_F(KillCycles, OneWriterIsKilled) { run({.cycles = longForm(80, 2900)}); }
 
 /// The system may end a write that a signal interrupts between two pages of memory.
 TEST_F(KillCycles, OneWriterIsKilledWhoseRowsLieAcrossTwoPages) {
-    run({.cycles = longForm(60, 1500), .work = {.weights = {3, 60, 0, 0, 0, 0}, .onlyAcrossPages = true}});
+    run({.cycles = longForm(60, 1500), .work = {.weights = {3, 60, 0, 0, 0, 0, 0}, .onlyAcrossPages = true}});
 }
 
 TEST_F(KillCycles, OneWriterIsKilledWhosePostsAreOnTheDisk) {
@@ -191,22 +191,40 @@ TEST_F(KillCycles, OneOfSeveralWritersIsKilledAndTheOthersGoOn) {
 }
 
 TEST_F(KillCycles, AWriterIsKilledInARebuild) {
-    run({.cycles = longForm(20, 600), .work = {.weights = {6, 4, 1, 5, 0, 0}}, .mostPosts = 20});
+    run({.cycles = longForm(20, 600), .work = {.weights = {6, 4, 1, 5, 0, 0, 0}}, .mostPosts = 20});
+}
+
+/// Rows stored together come or do not come together.
+TEST_F(KillCycles, AWriterIsKilledThatStoresRowsTogether) {
+    run({.cycles = longForm(60, 1500), .work = {.weights = {2, 4, 1, 0, 0, 0, 6}}, .mostPosts = 20});
+}
+
+TEST_F(KillCycles, AWriterIsKilledThatStoresRowsTogetherAndTheOthersGoOn) {
+    run({.cycles = longForm(20, 900),
+         .mostWriters = 3,
+         .work = {.weights = {2, 4, 1, 0, 0, 0, 6}, .mostRows = 40},
+         .mostPosts = 20});
+}
+
+TEST_F(KillCycles, AWriterIsKilledThatStoresRowsTogetherOnTheDisk) {
+    run({.cycles = longForm(20, 600),
+         .work = {.weights = {2, 4, 1, 0, 0, 0, 6}, .durability = dbase::Durability::Disk},
+         .mostPosts = 8});
 }
 
 TEST_F(KillCycles, AWriterIsKilledInALoad) {
-    run({.cycles = longForm(20, 400), .work = {.weights = {6, 4, 1, 0, 5, 0}}, .mostPosts = 8});
+    run({.cycles = longForm(20, 400), .work = {.weights = {6, 4, 1, 0, 5, 0, 0}}, .mostPosts = 8});
 }
 
 /// A large load writes rows to the file before it is finished.
 TEST_F(KillCycles, AWriterIsKilledInALoadOfManyRows) {
     run({.cycles = longForm(10, 200),
-         .work = {.weights = {1, 1, 0, 0, 5, 0}, .mostRows = 15'000},
+         .work = {.weights = {1, 1, 0, 0, 5, 0, 0}, .mostRows = 15'000},
          .mostPosts = 2});
 }
 
 TEST_F(KillCycles, AWriterIsKilledWhileItReplacesTheTable) {
-    run({.cycles = longForm(10, 300), .work = {.weights = {2, 1, 0, 0, 0, 5}}, .mostPosts = 6});
+    run({.cycles = longForm(10, 300), .work = {.weights = {2, 1, 0, 0, 0, 5, 0}}, .mostPosts = 6});
 }
 
 TEST_F(KillCycles, ARecoveringProgramIsKilledToo) {

@@ -49,6 +49,9 @@ std::uint32_t TableFile::announcedCount() const {
 }
 
 RecordNumber TableFile::recordCount() const {
+    if (pending_ != nullptr && pending_->lastAdded() != 0) {
+        return pending_->lastAdded();
+    }
     const std::uint32_t announced = announcedCount();
     if (announced == 0 || reaches(offsetOf(announced) + schema_.recordLength)) {
         return announced;
@@ -96,6 +99,11 @@ void TableFile::confirmReach(std::uint64_t end) const {
 }
 
 RecordView TableFile::record(RecordNumber number) const {
+    if (pending_ != nullptr) {
+        if (const std::span<const char> bytes = pending_->find(number); !bytes.empty()) {
+            return {&schema_, bytes, number};
+        }
+    }
     const std::uint64_t offset = offsetOf(number);
     if (number == 0 || !reaches(offset + schema_.recordLength)) {
         throw Error(ErrorCode::BadTable, path(),

@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "dbase/dbf/pending_records.h"
 #include "dbase/dbf/schema.h"
 #include "dbase/dbf/table_layout.h"
 #include "dbase/system/file.h"
@@ -20,7 +21,8 @@ public:
     [[nodiscard]] File& file() const { return *file_; }
     [[nodiscard]] const std::string& path() const { return file_->path(); }
 
-    /// Number of records now: the smaller of the header's count and what the file holds.
+    /// Number of records now: the smaller of the header's count and what the file holds, or the last of those
+    /// shown.
     [[nodiscard]] RecordNumber recordCount() const;
     /// The header's count, whatever the file holds.
     [[nodiscard]] std::uint32_t announcedCount() const;
@@ -29,6 +31,8 @@ public:
     [[nodiscard]] RecordView record(RecordNumber number) const;
     /// Hints that a record will be read.
     void prefetch(RecordNumber number) const;
+    /// Shows gathered changes over the records of the file; null: no longer. They must outlive that.
+    void show(const PendingRecords* pending) { pending_ = pending; }
 
     /// Writes a record over an existing one.
     void overwrite(RecordNumber number, std::span<const char> bytes);
@@ -70,6 +74,7 @@ private:
     Schema schema_;
     mutable std::uint64_t knownSize_ = 0; // only other programs shrink the file below it while it is locked
     mutable std::vector<char> buffer_;    // for files without a view
+    const PendingRecords* pending_ = nullptr;
 };
 
 } // namespace dbase

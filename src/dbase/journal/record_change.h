@@ -20,9 +20,10 @@ public:
     [[nodiscard]] bool empty() const { return runs_.empty(); }
     [[nodiscard]] const std::vector<RecordRun>& runs() const { return runs_; }
 
-    /// Add records in ascending order. `before` is empty for a new record; then all of them must be new.
+    /// Add records in ascending order. `before` is empty for a new record.
     void add(RecordNumber number, std::span<const char> before, std::span<const char> after) {
-        if (runs_.empty() || number != runs_.back().first + runs_.back().rows) {
+        if (runs_.empty() || number != runs_.back().first + runs_.back().rows ||
+            before.empty() != runs_.back().before.empty()) {
             runs_.push_back({number, 0, {}, {}});
         }
         RecordRun& run = runs_.back();

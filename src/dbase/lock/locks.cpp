@@ -27,36 +27,41 @@ constinit thread_local Waits waits;
 nanoseconds steadyNow() { return std::chrono::steady_clock::now().time_since_epoch(); }
 std::atomic<nanoseconds (*)()> clockOfWaits{steadyNow};
 
-/// Shows that a writer is waiting for the structure lock, unless a load keeps it, which no reader can
-/// shorten.
-class WaitingWriter {
+/// Shows that somebody is waiting for the structure lock: a writer not while a load keeps it, which no reader
+/// can shorten.
+class Waiting {
 public:
-    WaitingWriter(File& file, LockRange range, LockKind kind)
-        : file_(file), isOne_(kind == LockKind::Exclusive && range.offset == structureLock.offset &&
-                              range.length == structureLock.length) {}
-    ~WaitingWriter() { show(false); }
-    WaitingWriter(const WaitingWriter&) = delete;
-    WaitingWriter& operator=(const WaitingWriter&) = delete;
+    Waiting(File& file, LockRange range, LockKind kind)
+        : file_(file), isWriter_(kind == LockKind::Exclusive),
+          isOne_(range.offset == structureLock.offset && range.length == structureLock.length) {}
+    ~Waiting() { show(false); }
+    Waiting(const Waiting&) = delete;
+    Waiting& operator=(const Waiting&) = delete;
 
     void update() {
         if (isOne_) {
-            show(!file_.isLockedByOthers(loadingLock));
+            show(!isWriter_ || !file_.isLockedByOthers(loadingLock));
         }
     }
 
 private:
     void show(bool isWaiting) {
+        const LockRange shown = isWriter_ ? waitingLock : waitingReaderLock;
         if (isWaiting && !isShown_) {
-            isShown_ = file_.tryLock(waitingLock, LockKind::Shared);
+            isShown_ = file_.tryLock(shown, LockKind::Shared);
         } else if (!isWaiting && isShown_) {
-            file_.unlock(waitingLock);
+            file_.unlock(shown);
             isShown_ = false;
         }
     }
 
     File& file_;
-    bool isOne_, isShown_ = false;
+    bool isWriter_, isOne_, isShown_ = false;
 };
+
+/// Gives a chance to programs that do not show that they wait.
+constexpr std::chrono::microseconds moment{500};
+constexpr std::chrono::milliseconds longestTurn{20};
 
 } // namespace
 
@@ -79,7 +84,7 @@ void holdLock(File& file, LockRange range, LockKind kind) {
     }
     const LockWaits alone; // unless it is part of an operation
     ReadScope::letGo(); // others may be waiting for these, and so may we, through another opening of the file
-    WaitingWriter waiting(file, range, kind);
+    Waiting waiting(file, range, kind);
     waiting.update();
     const auto now = clockOfWaits.load(std::memory_order_relaxed);
     const nanoseconds begin = now(), before = waits.waited;
@@ -93,6 +98,17 @@ void holdLock(File& file, LockRange range, LockKind kind) {
         std::this_thread::sleep_for(pause);
         waiting.update();
         pause = std::min(pause * 2, std::chrono::microseconds(2000));
+    }
+}
+
+// Somebody waiting in vain, because another program holds the lock for long, does not keep us longer.
+void letOthersIn(const File& file) {
+    using Clock = std::chrono::steady_clock;
+    std::this_thread::sleep_for(moment);
+    const Clock::time_point latest = Clock::now() + longestTurn;
+    while ((file.isLockedByOthers(waitingLock) || file.isLockedByOthers(waitingReaderLock)) &&
+           Clock::now() < latest) {
+        std::this_thread::sleep_for(moment);
     }
 }
 

@@ -20,6 +20,7 @@ inline constexpr std::uint64_t exchange = 0xF0000012;
 inline constexpr std::uint64_t waiting = 0xF0000013;
 inline constexpr std::uint64_t writing = 0xF0000014;
 inline constexpr std::uint64_t loading = 0xF0000015;
+inline constexpr std::uint64_t waitingReader = 0xF0000016;
 } // namespace lock_offset
 
 [[nodiscard]] constexpr LockRange recordLock(RecordNumber record) {
@@ -56,6 +57,9 @@ inline constexpr LockRange waitingLock{lock_offset::waiting, 1};
 /// Beside the structure lock, exclusive: a load has shared its structure lock with readers, who need not make
 /// way for the other writers, as it keeps those out.
 inline constexpr LockRange loadingLock{lock_offset::loading, 1};
+/// Beside the structure lock, shared: a reader is waiting for that. Programs that write group after group let
+/// it in.
+inline constexpr LockRange waitingReaderLock{lock_offset::waitingReader, 1};
 
 /// How long an operation waits for all its locks together before it fails with Error(LockTimeout).
 [[nodiscard]] std::chrono::milliseconds lockPatience();
@@ -76,6 +80,10 @@ public:
 /// Takes a lock, waiting no longer than the operation may still wait; waiting releases what read scopes keep.
 /// Errors: Error(LockTimeout).
 void holdLock(File& file, LockRange range, LockKind kind);
+
+/// Call after releasing a structure lock that is soon taken again: pauses, and lets those who show that they
+/// wait for it go first.
+void letOthersIn(const File& file);
 
 /// Holds one byte-range lock for a block.
 class FileLock {

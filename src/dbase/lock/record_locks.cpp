@@ -42,6 +42,15 @@ void RecordLocks::unlockAll(const void* owner) {
     });
 }
 
+bool RecordLocks::pass(RecordNumber number, const void* from, const void* to) {
+    const auto held = owners_.find(number);
+    if (held == owners_.end() || held->second != from) {
+        return false;
+    }
+    held->second = to;
+    return true;
+}
+
 bool RecordLocks::isAnyHeld(RecordNumber first, RecordNumber last) const {
     return std::any_of(owners_.begin(), owners_.end(),
                        [&](const auto& held) { return first <= held.first && held.first <= last; });

@@ -20,6 +20,8 @@ public:
     /// Does nothing if another owner holds it.
     void unlock(RecordNumber number, const void* owner);
     void unlockAll(const void* owner);
+    /// Makes the record, if `from` holds it, another owner's. True if it did.
+    bool pass(RecordNumber number, const void* from, const void* to);
 
     [[nodiscard]] bool isHeld(RecordNumber number) const { return owners_.contains(number); }
     /// Whether any of these records is held.

@@ -7,6 +7,7 @@
 #include "dbase/dbf/collation.h"
 #include "dbase/lock/read_scope.h"
 #include "dbase/system/error.h"
+#include "dbase/table/write_scope.h"
 
 namespace dbase {
 
@@ -110,9 +111,18 @@ void Table::renewTornViews() {
     }
 }
 
-std::uint64_t Table::changeCounter() const { return index_ ? index_->stamp().counter : 0; }
+std::uint64_t Table::changeCounter() const {
+    if (!index_) {
+        return 0;
+    }
+    return scope_ != nullptr && scope_->counter() != 0 ? scope_->counter() : index_->stamp().counter;
+}
 
 void Table::guardRead(const std::function<void()>& operation) {
+    if (scope_ != nullptr) { // it holds the lock, and has found the table sound
+        runWhole(operation);
+        return;
+    }
     if (!hold_) {
         hold_.emplace(structureFile(), structureHolders_);
     }
@@ -139,18 +149,33 @@ bool Table::tryReadLocked(const std::function<void()>& operation) {
         }
         hold_->keep();
     }
+    runWhole(operation);
+    return true;
+}
+
+void Table::runWhole(const std::function<void()>& operation) const {
     operation();
     if (isTorn()) {
         throw Error(ErrorCode::Io, path(), "otro programa ha cortado el fichero mientras se leía");
     }
-    return true;
 }
 
 bool Table::tryLockRecord(RecordNumber number, const void* owner) {
     requireWritable();
-    ReadScope::letGo(); // so that reads under the lock see the current state
-    requireInPlace();
+    if (scope_ == nullptr) {
+        ReadScope::letGo(); // so that reads under the lock see the current state
+        requireInPlace();
+    } else if (recordLocks_.pass(number, scope_, owner)) {
+        return true;
+    }
     return recordLocks_.tryLock(number, owner);
+}
+
+// Programs that know only record locks must not change a record between its change and the scope's commit.
+void Table::unlockRecord(RecordNumber number, const void* owner) {
+    if (scope_ == nullptr || !scope_->hasChanged(number) || !recordLocks_.pass(number, owner, scope_)) {
+        recordLocks_.unlock(number, owner);
+    }
 }
 
 } // namespace dbase

@@ -11,6 +11,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "dbase/dbf/table_file.h"
 #include "dbase/journal/journal.h"
@@ -27,8 +28,9 @@
 namespace dbase {
 
 class ExclusiveUse;
+class WriteScope;
 
-class Table {
+class Table : public std::enable_shared_from_this<Table> {
 public:
     /// The table of a file, opened by its path without links, once per thread, to which it belongs. Errors:
     /// Error for anything that prevents its use.
@@ -62,16 +64,18 @@ public:
     [[nodiscard]] std::uint64_t holdNumber() const { return hold_ ? hold_->number() : 0; }
     /// Call before using rows from an earlier read; read() calls it itself.
     void giveWay() {
-        if (hold_) {
+        if (hold_ && scope_ == nullptr) {
             hold_->giveWay();
         }
     }
 
     /// Increases with every change by one of our programs; read without a lock. Odd while a change is being
-    /// made or was left unfinished, 0 in a table without tags.
+    /// made or was left unfinished, 0 in a table without tags. Within a WriteScope other numbers prove what
+    /// it has gathered.
     [[nodiscard]] std::uint64_t changeCounter() const;
 
-    // --- Changes, each atomic. Errors: Error; the files are then as before.
+    // --- Changes, each atomic, or several together in a WriteScope. Errors: Error; the files are then as
+    // before.
     RecordNumber append(std::span<const char> record, Durability durability = Durability::Process);
     /// `shown` is what the caller last saw: Error(RecordChanged) if the stored record differs.
     void overwrite(RecordNumber number, std::span<const char> shown, std::span<const char> record,
@@ -99,11 +103,12 @@ public:
 
     // --- Record locks, held for an owner in this process; owners exclude each other and other programs.
     [[nodiscard]] bool tryLockRecord(RecordNumber number, const void* owner);
-    void unlockRecord(RecordNumber number, const void* owner) { recordLocks_.unlock(number, owner); }
+    void unlockRecord(RecordNumber number, const void* owner);
     void unlockRecords(const void* owner) { recordLocks_.unlockAll(owner); }
 
 private:
     friend class ExclusiveUse;
+    friend class WriteScope;
     enum class Health { Sound, DiedInUpdate, Miscounted, Stale, Stopped, Restored };
 
     // table_registry.cpp
@@ -115,6 +120,7 @@ private:
     void refuseWriting(const std::string& reason);
     void guardRead(const std::function<void()>& operation);
     [[nodiscard]] bool tryReadLocked(const std::function<void()>& operation);
+    void runWhole(const std::function<void()>& operation) const;
     [[nodiscard]] bool isTorn() const;
     void renewTornViews();
     [[nodiscard]] File& structureFile() const { return index_ ? index_->file() : records_.file(); }
@@ -125,6 +131,8 @@ private:
     template<typename Write, typename Undo>
     void apply(const RecordChange& change, Durability durability, std::uint32_t count, Write&& write,
                Undo&& undo);
+    void store(const RecordChange& change, Durability durability);
+    [[nodiscard]] std::vector<char> requireShown(RecordNumber number, std::span<const char> shown) const;
     [[nodiscard]] bool changesOneByOne() const;
     struct Pass;
     void amendLocked(RecordNumber first, RecordNumber last, const Pass& pass);
@@ -158,6 +166,7 @@ private:
     RecordLocks recordLocks_{records_.file()};
     std::optional<TableNames> names_; // absent for files that the caller gave
     std::optional<ReadHold> hold_;    // present since the first read
+    WriteScope* scope_ = nullptr;     // the one now at work
 };
 
 template<typename Operation>

@@ -7,22 +7,51 @@
 #include "dbase/table/exclusive_use.h"
 #include "dbase/table/table.h"
 #include "dbase/table/tag_changes.h"
+#include "dbase/table/write_scope.h"
 
 namespace dbase {
 
 namespace {
 
+// New records, if any, are the last run.
+[[nodiscard]] bool isNew(const RecordRun& run) { return run.before.empty(); }
+
 void writeAfter(TableFile& records, const RecordChange& change) {
     for (const RecordRun& run : change.runs()) {
-        records.overwrite(run.first, run.after);
+        if (isNew(run)) {
+            const RecordNumber last = run.first + run.rows - 1;
+            records.writeTail(run.first, run.after);
+            records.setCount(last);
+            records.cutTailIfAny(last);
+        } else {
+            records.overwrite(run.first, run.after);
+        }
     }
 }
 
 void writeBefore(TableFile& records, const RecordChange& change) {
     for (const RecordRun& run : change.runs()) {
-        records.overwrite(run.first, run.before);
+        if (isNew(run)) {
+            records.setCount(run.first - 1);
+            records.cutTail(run.first - 1);
+        } else {
+            records.overwrite(run.first, run.before);
+        }
     }
 }
+
+/// The exclusive use of a table for one change, unless a scope has it already.
+class OwnUse {
+public:
+    OwnUse(Table& table, const WriteScope* scope) {
+        if (scope == nullptr) {
+            use_.emplace(table);
+        }
+    }
+
+private:
+    std::optional<ExclusiveUse> use_;
+};
 
 /// Locks consecutive records for one change: a single lock if none of them is held, or else one for each that
 /// is not held.
@@ -120,6 +149,14 @@ void Table::apply(const RecordChange& change, Durability durability, std::uint32
     }
 }
 
+// Stores a change whose tags have been gathered.
+void Table::store(const RecordChange& change, Durability durability) {
+    const RecordRun& last = change.runs().back();
+    apply(
+        change, durability, isNew(last) ? last.first + last.rows - 1 : records_.recordCount(),
+        [&] { writeAfter(records_, change); }, [&] { writeBefore(records_, change); });
+}
+
 void Table::requireWhole(std::span<const char> record) const {
     if (record.size() != schema().recordLength) {
         throw Error(ErrorCode::BadValue, path(), "el registro no tiene la longitud de la tabla");
@@ -129,10 +166,13 @@ void Table::requireWhole(std::span<const char> record) const {
 RecordNumber Table::append(std::span<const char> record, Durability durability) {
     requireWritable();
     requireWhole(record);
+    if (scope_ != nullptr && scope_->gathers()) {
+        return scope_->append(record, durability);
+    }
     const LockWaits waits;
     RecordNumber number = 0;
     {
-        const ExclusiveUse use(*this);
+        const OwnUse use(*this, scope_);
         const FileLock appending(records_.file(), appendRange(index_ != nullptr), LockKind::Exclusive);
         const std::uint32_t count = records_.recordCount();
         number = count + 1;
@@ -140,47 +180,40 @@ RecordNumber Table::append(std::span<const char> record, Durability durability) 
         tags.add({&schema(), record, number});
         RecordChange change;
         change.add(number, {}, record);
-        apply(
-            change, durability, number,
-            [&] {
-                records_.writeTail(number, record);
-                records_.setCount(number);
-                records_.cutTailIfAny(number);
-            },
-            [&] {
-                records_.setCount(count);
-                records_.cutTail(count);
-            });
+        store(change, durability);
     }
     syncUnjournaled(durability);
     return number;
+}
+
+std::vector<char> Table::requireShown(RecordNumber number, std::span<const char> shown) const {
+    if (number != 0 && number <= records_.recordCount()) {
+        const std::span<const char> stored = records_.record(number).bytes;
+        if (std::ranges::equal(stored, shown)) {
+            return {stored.begin(), stored.end()};
+        }
+    }
+    throw Error(ErrorCode::RecordChanged, path(),
+                "otro usuario ha cambiado o borrado el registro " + std::to_string(number) +
+                    "; vuelva a leerlo y repita la operación");
 }
 
 void Table::overwrite(RecordNumber number, std::span<const char> shown, std::span<const char> record,
                       Durability durability) {
     requireWritable();
     requireWhole(record);
+    if (scope_ != nullptr && scope_->gathers()) {
+        scope_->overwrite(number, requireShown(number, shown), record, durability);
+        return;
+    }
     {
-        const ExclusiveUse use(*this);
-        const std::uint32_t count = records_.recordCount();
-        const bool isThere = number != 0 && number <= count;
-        std::vector<char> before;
-        if (isThere) {
-            const RecordView stored = records_.record(number);
-            before.assign(stored.bytes.begin(), stored.bytes.end());
-        }
-        if (!isThere || !std::equal(before.begin(), before.end(), shown.begin(), shown.end())) {
-            throw Error(ErrorCode::RecordChanged, path(),
-                        "otro usuario ha cambiado o borrado el registro " + std::to_string(number) +
-                            "; vuelva a leerlo y repita la operación");
-        }
+        const OwnUse use(*this, scope_);
+        const std::vector<char> before = requireShown(number, shown);
         TagChanges tags(records_, index_.get());
         tags.replace({&schema(), before, number}, {&schema(), record, number});
         RecordChange change;
         change.add(number, before, record);
-        apply(
-            change, durability, count, [&] { writeAfter(records_, change); },
-            [&] { writeBefore(records_, change); });
+        store(change, durability);
     }
     syncUnjournaled(durability);
 }
@@ -256,9 +289,7 @@ void Table::amendLocked(RecordNumber first, RecordNumber last, const Pass& pass)
     if (change.empty()) {
         return;
     }
-    apply(
-        change, pass.durability, records_.recordCount(), [&] { writeAfter(records_, change); },
-        [&] { writeBefore(records_, change); });
+    store(change, pass.durability);
     syncUnjournaled(pass.durability);
 }
 

@@ -10,6 +10,15 @@
 
 namespace dbase {
 
+namespace {
+
+bool isOneNewRow(const RecordChange& change) {
+    return change.runs().size() == 1 && change.runs().front().rows == 1 &&
+           change.runs().front().before.empty();
+}
+
+} // namespace
+
 bool Table::entriesMatchRecords() const {
     const auto tag = std::find_if(index_->tags().begin(), index_->tags().end(),
                                   [](const Tag& candidate) { return candidate.holdsAllRecords(); });
@@ -253,11 +262,9 @@ void Table::writeJournal(const RecordChange& change, std::uint64_t counter, Dura
         return;
     }
     const bool isKept = durability == Durability::Disk;
-    // A new row cut short by a death never counts: the entry need only show that something was written. On a
-    // network folder, though, its pieces reach the others in any order.
-    const bool saysAll =
-        isKept || records_.file().isRemote() ||
-        std::ranges::none_of(change.runs(), [](const RecordRun& run) { return run.before.empty(); });
+    // A new row cut short by a death never counts: alone, the entry need only show that something was
+    // written. On a network folder, though, its pieces reach the others in any order.
+    const bool saysAll = isKept || records_.file().isRemote() || !isOneNewRow(change);
     const JournalEntry entry{counter, saysAll ? change.runs() : std::vector<RecordRun>()};
     if (journal_->mustRestartFor(entry, isKept)) {
         records_.file().sync();
