@@ -1,11 +1,10 @@
 // Allocating street keys.
 #include "controller/StreetKeyAllocation.h"
 
-#include <memory>
-#include <utility>
+#include <optional>
 
-#include "dbase/dataset/dataset.h"
 #include "dbase/table/table.h"
+#include "dbase/table/write_scope.h"
 #include "services/Rnumcad.h"
 #include "services/Ruttb.h"
 
@@ -14,34 +13,6 @@ namespace {
 
 constexpr std::string_view userBlock = "99";
 constexpr const char* keyTag = "CODIGO1";
-constexpr const char* fileOrder = ""; // no tag
-
-/// The wanted key or, if taken, the one after the highest. Leaves `table` ordered by key.
-std::string freeKey(dbase::Dataset& table, const std::string& wanted) {
-    TBIndexa(keyTag, table);
-    if (!TBBusca(table, {{keyTag, Cad_Int(wanted)}}, exactSearch)) {
-        return wanted;
-    }
-    table.last();
-    return keyBehind(table.field(keyTag).view());
-}
-
-/// The lock on the first row, and the key that may be used while it is held.
-struct Allocation {
-    std::unique_ptr<dbase::Dataset> lock; // null: refused. Its destruction releases the lock.
-    std::string key;
-};
-
-/// Uses a handle of its own, so that no range, filter or position of another cursor hides a key. The same
-/// handle holds the lock and reads the keys: opening a table costs as much as all the rest.
-Allocation allocate(const dbase::Dataset& streets, const std::string& wanted) {
-    auto table = CreaTabla(streets.databaseName(), streets.tableName(), fileOrder, false, openNow);
-    if (!lockFirstRow(*table)) {
-        return {};
-    }
-    std::string key = table->isEmpty() ? wanted : freeKey(*table, wanted);
-    return {.lock = std::move(table), .key = std::move(key)};
-}
 
 } // namespace
 
@@ -65,16 +36,38 @@ bool lockFirstRow(dbase::Dataset& table) {
     return false;
 }
 
+StreetKeyAllocation::StreetKeyAllocation(const dbase::Dataset& streets) {
+    table_.openBeside(streets);
+    isRefused_ = !lockFirstRow(table_);
+    isEmpty_ = table_.isEmpty();
+    TBIndexa(keyTag, table_);
+}
+
+std::string StreetKeyAllocation::freeKey(const std::string& wanted) {
+    if (isEmpty_ || !TBBusca(table_, {{keyTag, Cad_Int(wanted)}}, exactSearch)) {
+        return wanted;
+    }
+    table_.last();
+    return keyBehind(table_.field(keyTag).view());
+}
+
+void StreetKeyAllocation::giveKey(dbase::Field& key) {
+    const std::string given = freeKey(key.isNull() ? firstUserKey : key.text());
+    if (key.text() != given) {
+        key.setText(given);
+    }
+    isEmpty_ = false;
+}
+
 bool postUnderFreeKey(dbase::Dataset& streets, dbase::Field& key, dbase::Durability durability) {
-    const std::string wanted = key.isNull() ? firstUserKey : key.text();
-    // Reads the table under a single structure lock: a system call costs more than any of the reads.
-    const Allocation given = streets.openTable().read([&] { return allocate(streets, wanted); });
-    if (!given.lock) {
+    std::optional<dbase::NotificationPause> pause; // no listener works under the locks
+    const dbase::WriteScope scope(streets.openTable(), dbase::WriteScope::Writing::AtOnce);
+    StreetKeyAllocation keys(streets);
+    if (keys.isRefused()) {
         return false;
     }
-    if (key.text() != given.key) {
-        key.setText(given.key);
-    }
+    pause.emplace(streets);
+    keys.giveKey(key);
     streets.post(durability);
     return true;
 }

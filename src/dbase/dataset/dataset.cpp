@@ -81,7 +81,19 @@ void Dataset::open() {
     if (!path) {
         throw Error(ErrorCode::NotFound, folder + '/' + table_, "no existe la tabla");
     }
-    open_ = Table::open(*path);
+    openOn(Table::open(*path));
+}
+
+void Dataset::openBeside(const Dataset& other) {
+    other.requireOpen();
+    if (!open_) {
+        setTable(other.database_, other.table_);
+        openOn(other.open_);
+    }
+}
+
+void Dataset::openOn(std::shared_ptr<Table> table) {
+    open_ = std::move(table);
     ++paused_; // listeners hear nothing before the table is open
     try {
         prepare();

@@ -64,6 +64,8 @@ public:
     /// Lands on the first record. Errors: anything that prevents use of the table; the dataset then stays
     /// closed.
     void open();
+    /// Opens the table that another cursor has open, under its names, without looking for its files again.
+    void openBeside(const Dataset& other);
     void close();
     [[nodiscard]] bool isOpen() const { return state_ != DatasetState::Closed; }
     [[nodiscard]] DatasetState state() const { return state_; }
@@ -178,6 +180,7 @@ private:
     [[nodiscard]] bool isHere(const Field& field) const;
 
     // dataset.cpp
+    void openOn(std::shared_ptr<Table> table);
     void prepare();
     void letGo();
     void calculate();
