@@ -18,6 +18,10 @@ class QObject;
 class QWidget;
 class TDMCodPostales;
 
+namespace ambrel {
+class StreetGroup;
+}
+
 /// Name of the province that a postal code belongs to; empty if there is none. Looks it up in PROVIN of
 /// database "DB".
 [[nodiscard]] AMBREL_EXPORT QString LocalizaProvincia(const QString& codPostal);
@@ -155,6 +159,9 @@ private:
     bool attempt(const std::function<bool()>& operation);
     bool attemptOrCancel(const std::function<bool()>& operation);
 
+    friend class ambrel::StreetGroup;
+
     QString streetFailure_;
+    ambrel::StreetGroup* group_ = nullptr; // the one now open
     TypedStreet typedStreet_ = TypedStreet::Known;
 };

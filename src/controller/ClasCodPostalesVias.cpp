@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "controller/ClasCodPostales.h"
+#include "controller/StreetGroup.h"
 #include "controller/StreetKeyAllocation.h"
 #include "controller/StreetRecord.h"
 #include "data/CodPostalesDM.h"
@@ -36,6 +37,9 @@ void tellThatOthersAreAdding() {
 
 bool TClassCodPostales::attempt(const std::function<bool()>& operation) {
     streetFailure_.clear();
+    if (group_ != nullptr) {
+        return operation();
+    }
     try {
         return operation();
     } catch (const ambrel::SilentAbort&) {
@@ -127,6 +131,10 @@ bool TClassCodPostales::CancelarVia() {
 }
 
 bool TClassCodPostales::PostInsert(dbase::Durability durability) {
+    if (group_ != nullptr) {
+        group_->post(durability);
+        return true;
+    }
     if (ambrel::postUnderFreeKey(DM->tbPostal, DM->tbPostalCODIGO1, durability)) {
         return true;
     }

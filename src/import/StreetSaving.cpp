@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "controller/ClasCodPostales.h"
+#include "controller/StreetGroup.h"
 #include "controller/StreetRecord.h"
 #include "data/CodPostalesDM.h"
 #include "data/Province.h"
@@ -18,6 +19,8 @@ namespace ambrel {
 namespace {
 
 constexpr const char* municipalities = "MUNICIPI.DBF";
+/// Enough for their pages to be shared, few enough for the user to see the import go on.
+constexpr std::size_t mostTogether = 4000;
 
 /// A street as read back from POSTAL once stored, so that comparisons use what would be written.
 struct StoredForm {
@@ -150,24 +153,81 @@ std::vector<std::string> CodigosPostalesMunicipio(const std::string& database,
     return codes;
 }
 
+void StreetSaving::show(std::size_t row) const {
+    if (beforeRow) {
+        beforeRow(row + 1);
+    }
+}
+
+/// The row after those that are saved together; `begin` itself if that one is saved alone: of a street
+/// without a name the controller informs the user, during which nobody may be kept from the table.
+std::size_t StreetSaving::groupFrom(std::size_t begin) const {
+    std::size_t end = begin;
+    while (end < streets.size() && end - begin < mostTogether &&
+           !withoutBlanks(asStored(streets[end].name, streetNameWidth)).empty()) {
+        ++end;
+    }
+    return end;
+}
+
 template<typename SaveRow>
-StreetSaving::Outcome StreetSaving::saveEach(SaveRow saveRow) {
+void StreetSaving::saveAlone(std::size_t row, SaveRow saveRow, Outcome& outcome) {
+    show(row);
+    try {
+        saveRow(storedForm(streets[row], municipality, codes), outcome);
+    } catch (const dbase::Error& failure) {
+        outcome.failure = QString::fromUtf8(failure.what());
+        if (failure.code() != dbase::ErrorCode::ReadOnly) { // in that case there is no row to cancel
+            controller.CancelarVia();
+        }
+    } catch (const std::exception& failure) {
+        outcome.failure = QString::fromUtf8(failure.what());
+        controller.CancelarVia();
+    }
+}
+
+template<typename SaveRow>
+std::size_t StreetSaving::saveTogether(std::size_t begin, std::size_t end, SaveRow saveRow,
+                                       Outcome& outcome) {
+    Outcome grouped = outcome;
+    try {
+        StreetGroup group(controller);
+        std::size_t row = begin;
+        do {
+            saveRow(storedForm(streets[row], municipality, codes), grouped);
+        } while (++row < end && !group.isDue());
+        group.commit();
+        outcome = grouped;
+        return row;
+    } catch (const std::exception&) {
+        // It meets its row again, alone, and is reported there.
+    }
+    try {
+        controller.DM->tbPostal.refresh(); // away from rows that are not there
+    } catch (const dbase::Error&) {
+        // So do failures of reading.
+    }
+    for (std::size_t row = begin; row < end; ++row) {
+        saveAlone(row, saveRow, outcome);
+    }
+    return end;
+}
+
+template<typename SaveRow>
+StreetSaving::Outcome StreetSaving::saveAll(SaveRow saveRow) {
     Outcome outcome;
     const dbase::NotificationPause pause(controller.DM->tbPostal); // bound lists are redrawn once, at the end
-    for (std::size_t row = 0; row < streets.size(); ++row) {
-        if (beforeRow) {
-            beforeRow(row + 1);
+    for (std::size_t row = 0; row < streets.size();) {
+        const std::size_t end = groupFrom(row);
+        if (end == row) {
+            saveAlone(row++, saveRow, outcome);
+            continue;
         }
-        try {
-            saveRow(storedForm(streets[row], municipality, codes), outcome);
-        } catch (const dbase::Error& failure) {
-            outcome.failure = QString::fromUtf8(failure.what());
-            if (failure.code() != dbase::ErrorCode::ReadOnly) { // in that case there is no row to cancel
-                controller.CancelarVia();
-            }
-        } catch (const std::exception& failure) {
-            outcome.failure = QString::fromUtf8(failure.what());
-            controller.CancelarVia();
+        for (std::size_t shown = row; shown < end; ++shown) {
+            show(shown);
+        }
+        while (row < end) {
+            row = saveTogether(row, end, saveRow, outcome);
         }
     }
     sync(outcome);
@@ -200,7 +260,7 @@ void StreetSaving::offer(Outcome& outcome) {
 }
 
 StreetSaving::Outcome StreetSaving::addNew() {
-    return saveEach([this](const StoredForm& form, Outcome& outcome) {
+    return saveAll([this](const StoredForm& form, Outcome& outcome) {
         if (ExisteViaIgual(*controller.DM, form)) {
             return;
         }
@@ -210,7 +270,7 @@ StreetSaving::Outcome StreetSaving::addNew() {
 }
 
 StreetSaving::Outcome StreetSaving::completeTypes(const std::vector<std::string>& postalCodes) {
-    return saveEach([this, &postalCodes](const StoredForm& form, Outcome& outcome) {
+    return saveAll([this, &postalCodes](const StoredForm& form, Outcome& outcome) {
         TDMCodPostales& tables = *controller.DM;
         if (!ExisteViaEnMunicipio(tables, form, postalCodes) || !tables.tbPostalTIPO_VIA.isNull()) {
             return;

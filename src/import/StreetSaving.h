@@ -28,13 +28,15 @@ struct HostMunicipality {
 [[nodiscard]] std::vector<std::string> CodigosPostalesMunicipio(const std::string& database,
                                                                 const HostMunicipality& municipality);
 
-/// Saves streets into POSTAL, row by row; skips those that fail. On return the others are on the disk.
+/// Saves streets into POSTAL, in groups that are written together; skips those that fail. On return the
+/// others are on the disk.
 struct StreetSaving {
     TClassCodPostales& controller;
     const std::vector<ImportedStreet>& streets;
     HostMunicipality municipality;
     StreetCodes codes = StreetCodes::OfMunicipality;
-    /// Called before each row with its number, from 1; may be empty.
+    /// Called with the number of each row, from 1, before it is saved: for all rows of a group before the
+    /// first of them, while others may use the table. May be empty.
     std::function<void(std::size_t row)> beforeRow = {};
 
     /// The result.
@@ -51,7 +53,14 @@ struct StreetSaving {
 
 private:
     template<typename SaveRow>
-    Outcome saveEach(SaveRow saveRow);
+    Outcome saveAll(SaveRow saveRow);
+    /// Saves some rows from `begin` on together, and returns the one after them.
+    template<typename SaveRow>
+    std::size_t saveTogether(std::size_t begin, std::size_t end, SaveRow saveRow, Outcome& outcome);
+    template<typename SaveRow>
+    void saveAlone(std::size_t row, SaveRow saveRow, Outcome& outcome);
+    [[nodiscard]] std::size_t groupFrom(std::size_t begin) const;
+    void show(std::size_t row) const;
     void offer(Outcome& outcome);
     void sync(Outcome& outcome);
 };

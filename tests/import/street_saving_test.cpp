@@ -10,6 +10,10 @@
 #include "data/CodPostalesDM.h"
 #include "data/PostalTables.h"
 #include "dbase/dataset/dataset.h"
+#include "dbase/lock/locks.h"
+#include "dbase/system/file.h"
+#include "dbase/table/table.h"
+#include "services/MessageBox.h"
 #include "support/ScriptedMessages.h"
 
 namespace {
@@ -58,6 +62,12 @@ protected:
             rows.push_back(row);
         } while (table.next());
         return rows;
+    }
+
+    /// As another program sees it.
+    [[nodiscard]] bool isTableLocked() const {
+        return dbase::openFile(folder / "POSTAL.MDX", dbase::OpenMode::ReadOnly)
+            ->isLockedByOthers(dbase::structureLock);
     }
 
     ambrel::test::ScriptedMessages messages;
@@ -227,6 +237,79 @@ TEST_F(StreetSavingTest, TableForReadingOnlyAsksNothingAndSaysWhyOnce) {
     const Outcome outcome = add({{.type = "CL", .name = "SOL"}, {.type = "CL", .name = "LUNA"}});
     EXPECT_EQ(outcome.count, 0);
     EXPECT_FALSE(outcome.failure.isEmpty());
+}
+
+// --- Together.
+
+TEST_F(StreetSavingTest, StreetsAreStoredInOneChangeUnderConsecutiveKeys) {
+    addStreets({{"99000000", "SOL", "CL", "28430"}, {"99000006", "MAR", "CL", "28430"}});
+    dbase::Table& table = controller->DM->tbPostal.openTable();
+    const std::uint64_t before = table.changeCounter();
+    std::vector<ImportedStreet> streets{{.type = "CL", .name = "SOL"}}; // there already
+    for (int i = 0; i < 300; ++i) {
+        streets.push_back({.type = "CL", .name = "CALLE " + std::to_string(i % 250)}); // the last ones twice
+    }
+    const Outcome outcome = add(streets);
+    EXPECT_EQ(outcome.count, 250);
+    EXPECT_EQ(outcome.stored, 250);
+    EXPECT_EQ(table.changeCounter(), before + 2);
+    dbase::Dataset keys("DB", "POSTAL");
+    keys.open();
+    keys.last();
+    EXPECT_EQ(keys.field("CODIGO1").text(), "99000256");
+    EXPECT_EQ(keys.field("VIA").text(), "CALLE 249");
+    EXPECT_EQ(controller->DM->tbPostalVIA.text(), "CALLE 49") << "the last row touched";
+}
+
+TEST_F(StreetSavingTest, TypesAreCompletedInOneChange) {
+    addStreets({{"99000000", "SOL", "", "28001"}, {"99000001", "LUNA", "", "28001"}});
+    dbase::Table& table = controller->DM->tbPostal.openTable();
+    const std::uint64_t before = table.changeCounter();
+    const Outcome outcome =
+        complete({{.type = "CL", .name = "SOL"}, {.type = "PZ", .name = "LUNA"}}, {"28001"});
+    EXPECT_EQ(outcome.stored, 2);
+    EXPECT_EQ(table.changeCounter(), before + 2);
+}
+
+TEST_F(StreetSavingTest, AStreetWithoutNameIsRefusedWhileOthersMayUseTheTable) {
+    bool isLocked = true;
+    const ambrel::MessageShower before = ambrel::setMessageShower([&](const ambrel::MessageBox&) {
+        isLocked = isTableLocked();
+        return ambrel::MessageAnswer::Accept;
+    });
+    const Outcome outcome =
+        add({{.type = "CL", .name = "SOL"}, {.type = "CL"}, {.type = "CL", .name = "MAR"}});
+    ambrel::setMessageShower(before);
+    EXPECT_FALSE(isLocked);
+    EXPECT_EQ(outcome.count, 3);
+    EXPECT_EQ(outcome.stored, 2);
+}
+
+TEST_F(StreetSavingTest, RowsAreAnnouncedWhileOthersMayUseTheTable) {
+    bool isLocked = false;
+    const std::vector<ImportedStreet> streets{{.type = "CL", .name = "SOL"}, {.type = "CL", .name = "LUNA"}};
+    ambrel::StreetSaving saving{*controller, streets, municipality};
+    saving.beforeRow = [&](std::size_t) { isLocked = isLocked || isTableLocked(); };
+    EXPECT_EQ(saving.addNew().stored, 2);
+    EXPECT_FALSE(isLocked);
+}
+
+TEST_F(StreetSavingTest, WhenAGroupCannotBeStoredItsRowsAreStoredOneByOne) {
+    addStreets({{"99000000", "SOL", "", "28001"}, {"99000001", "LUNA", "", "28001"}});
+    dbase::Dataset other("DB", "POSTAL", "CODIGO1");
+    other.open();
+    other.last();
+    other.edit(); // LUNA is held
+    messages.expect("¿Desea cancelar esta operación (S/N)?", "Esta modificando los datos de una via",
+                    "Atención", ambrel::MessageAnswer::Yes);
+    std::vector<std::size_t> rows;
+    ambrel::StreetSaving saving{
+        *controller, {{.type = "CL", .name = "SOL"}, {.type = "CL", .name = "LUNA"}}, municipality};
+    saving.beforeRow = [&](std::size_t row) { rows.push_back(row); };
+    const Outcome outcome = saving.completeTypes({"28001"});
+    EXPECT_EQ(outcome.count, 1);
+    EXPECT_EQ(rows, (std::vector<std::size_t>{1, 2, 1, 2})) << "the row that failed is the one shown";
+    other.cancel();
 }
 
 // --- Completing types.
