@@ -148,7 +148,9 @@ void saveOurs(benchmark::State& state) {
     state.SetItemsProcessed(static_cast<std::int64_t>(streets.size()));
 }
 
-// The same look-ups and insertion, each row in a transaction of its own.
+enum class Transactions { EachRow, AllRows };
+
+// The same look-ups and insertion.
 class SqliteSaving {
 public:
     explicit SqliteSaving(sqlite3* database)
@@ -159,15 +161,15 @@ public:
           highest_(prepare(database, "SELECT max(codigo1) FROM postal")),
           insert_(prepare(database, insertSql)), commit_(prepare(database, "COMMIT")) {}
 
+    void begin() { step(begin_); }
+    void commit() { step(commit_); }
     // True if the street was not there yet.
     bool save(PostalRow& row) {
-        step(begin_);
         const bool isNew = !isStored(row);
         if (isNew) {
             row.codigo1 = freeKey();
             insertRow(insert_.get(), row);
         }
-        step(commit_);
         return isNew;
     }
 
@@ -204,7 +206,7 @@ private:
     Statement begin_, find_, taken_, highest_, insert_, commit_;
 };
 
-void saveSqlite(benchmark::State& state) {
+void saveSqlite(benchmark::State& state, Transactions transactions) {
     const std::string path = workFolder + "/import.sqlite";
     loadSqlite(path);
     {
@@ -218,9 +220,15 @@ void saveSqlite(benchmark::State& state) {
         int saved = 0;
         for (auto _ : state) {
             for (const ambrel::ImportedStreet& street : streets) {
+                if (transactions == Transactions::EachRow || &street == &streets.front()) {
+                    saving.begin();
+                }
                 row.tipoVia = street.type;
                 row.via = street.name;
                 saved += saving.save(row) ? 1 : 0;
+                if (transactions == Transactions::EachRow || &street == &streets.back()) {
+                    saving.commit();
+                }
             }
         }
         state.counters["saved"] = saved;
@@ -264,7 +272,14 @@ void saveProvince(benchmark::State& state, int municipalities) {
 BENCHMARK(parseOurs)->Name("parse/ours")->MinTime(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(parsePugixml)->Name("parse/pugixml")->MinTime(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(saveOurs)->Name("save_streets/ours")->Iterations(1)->Unit(benchmark::kMillisecond);
-BENCHMARK(saveSqlite)->Name("save_streets/sqlite")->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(saveSqlite, each, Transactions::EachRow)
+    ->Name("save_streets/sqlite")
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(saveSqlite, all, Transactions::AllRows)
+    ->Name("save_streets/sqlite_together")
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(saveProvince, few, fewMunicipalities)->Name("province/20")->Iterations(3)->UseManualTime();
 BENCHMARK_CAPTURE(saveProvince, many, municipalitiesOfProvince)
     ->Name("province/200")

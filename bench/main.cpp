@@ -81,6 +81,8 @@ int main(int argc, char** argv) {
     reporter.printRatio("ine_pass_vs_sqlite", "ine_pass/ours", "ine_pass/sqlite");
     reporter.printRatio("ine_pass_vs_sqlite_wal", "ine_pass/ours", "ine_pass/sqlite_wal");
     reporter.printRatio("save_streets_vs_sqlite", "save_streets/ours", "save_streets/sqlite");
+    reporter.printRatio("save_streets_vs_sqlite_together", "save_streets/ours",
+                        "save_streets/sqlite_together");
     reporter.printRatio("suggest_vs_fts5", "suggest/ours", "suggest/fts5");
     reporter.printRatio("suggest_largest_vs_fts5", "suggest_largest/ours", "suggest_largest/fts5");
     reporter.printRatio("validate_vs_sqlite", "validate/ours", "validate/sqlite");

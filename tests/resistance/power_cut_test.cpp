@@ -232,7 +232,8 @@ private:
             };
             const bool isKnown = std::ranges::any_of(
                 states, [&](const Rows& state) { return record < state.size() && isShareOf(state[record]); });
-            EXPECT_TRUE(isKnown || (isNew && isShareOf(Bytes(found.size(), '\0'))))
+            // A recovery that was cut may have blanked one sector of a row of which others have arrived.
+            EXPECT_TRUE(isKnown || (isNew && (isShareOf(Bytes(found.size(), '\0')) || isShareOf(blank))))
                 << "record " << record + 1 << " holds what was never written: \""
                 << std::string(found.begin(), found.end()) << '"';
             at += size;
