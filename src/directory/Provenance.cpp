@@ -57,7 +57,7 @@ EarlierEdition readProvenance(const StoredRows& table, const LoadingProgress& pr
     const ProvenanceRecord record(table.schema());
     const dbase::RecordNumber count = table.recordCount();
     earlier.streets.reserve(count);
-    table.forEach([&](dbase::RecordNumber number, std::span<const char> bytes) {
+    const auto take = [&](dbase::RecordNumber number, std::span<const char> bytes) {
         reportStep(progress, "PROCEDEN", number, count);
         const std::optional<ProvenanceRow> row = record.read(bytes);
         if (!row) {
@@ -70,6 +70,11 @@ EarlierEdition readProvenance(const StoredRows& table, const LoadingProgress& pr
             earlier.streets.push_back(earlierRow(*row, *street, number));
         } else if (const auto place = OfficialPlaceKey::fromText(row->official); place && !row->key) {
             earlier.places.push_back({*place, row->fingerprint, std::string(row->wholeName), number});
+        }
+    };
+    table.forEach(take, [&](dbase::RecordNumber, std::span<const char> bytes) {
+        if (const std::optional<ProvenanceRow> row = record.read(bytes); row && row->key) {
+            earlier.goneKeys.push_back(*row->key);
         }
     });
     const auto precedes = [](const EarlierRow& one, const EarlierRow& other) {
@@ -89,12 +94,16 @@ void renewProvenanceTable(const std::string& tableFile) {
         return;
     }
     dbase::BulkLoader renewed(exchange.table(0), provenanceTable());
-    const ProvenanceRecord before(present.schema());
-    ProvenanceRecord after(renewed.schema());
-    present.forEach([&](dbase::RecordNumber, std::span<const char> bytes) {
-        if (const auto row = before.read(bytes)) {
-            renewed.add(after.write(*row, std::string(before.edition(bytes))));
+    std::vector<char> row(renewed.schema().recordLength, ' ');
+    present.forEach([&](dbase::RecordNumber, std::span<const char> bytes) { // of other sources as well
+        for (const dbase::Column& column : renewed.schema().columns) {
+            if (const auto position = present.schema().find(column.name)) {
+                const dbase::Column& before = present.schema().columns[*position];
+                std::ranges::copy(bytes.subspan(before.offset, std::min(before.width, column.width)),
+                                  row.begin() + column.offset);
+            }
         }
+        renewed.add(row);
     });
     renewed.finish();
     exchange.commit();

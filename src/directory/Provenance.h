@@ -43,7 +43,8 @@ struct EarlierPlace {
 struct EarlierEdition {
     std::vector<EarlierRow> streets;
     std::vector<EarlierPlace> places;
-    std::string date; // of the latest row
+    std::string date;                    // of the latest row
+    std::vector<std::uint32_t> goneKeys; // CODIGO1 of rows that went with an edition, as far as it is known
 };
 
 /// ABIERTO.

@@ -25,7 +25,7 @@ auto StoredRows::read(const Operation& operation) const {
     return table_ ? table_->read(operation) : operation();
 }
 
-void StoredRows::forEach(const Visit& visit) const {
+void StoredRows::forEach(const Visit& visit, const Visit& visitDeleted) const {
     constexpr dbase::RecordNumber slice = 4096;
     const std::size_t length = schema().recordLength;
     std::vector<char> bytes(slice * length);
@@ -42,6 +42,8 @@ void StoredRows::forEach(const Visit& visit) const {
             const std::span<const char> row = std::span(bytes).subspan(i * length, length);
             if (row.front() != dbase::deletedMark) {
                 visit(first + i, row);
+            } else if (visitDeleted) {
+                visitDeleted(first + i, row);
             }
         }
         first = size < slice ? 0 : first + size;

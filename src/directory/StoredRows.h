@@ -27,8 +27,9 @@ public:
     [[nodiscard]] const dbase::Schema& schema() const { return records().schema(); }
     [[nodiscard]] dbase::RecordNumber recordCount() const { return records().recordCount(); }
     using Visit = std::function<void(dbase::RecordNumber, std::span<const char>)>;
-    /// Visits the rows that are not deleted, in the order of their records.
-    void forEach(const Visit& visit) const;
+    /// Visits the rows that are not deleted, in the order of their records; the others by `visitDeleted`, if
+    /// there is one.
+    void forEach(const Visit& visit, const Visit& visitDeleted = {}) const;
     /// One of them, a copy; empty if it has been deleted meanwhile.
     [[nodiscard]] std::vector<char> row(dbase::RecordNumber number) const;
 

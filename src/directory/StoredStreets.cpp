@@ -57,7 +57,7 @@ StoredStreets readStoredStreets(const StoredRows& table, EarlierEdition& earlier
     RowsByKey byKey(earlier.streets);
     const dbase::RecordNumber count = table.recordCount();
     bool isEmpty = true;
-    table.forEach([&](dbase::RecordNumber number, std::span<const char> bytes) {
+    const auto take = [&](dbase::RecordNumber number, std::span<const char> bytes) {
         reportStep(progress, "POSTAL", number, count);
         isEmpty = false;
         const std::optional<std::uint32_t> key = record.key(bytes);
@@ -72,7 +72,15 @@ StoredStreets readStoredStreets(const StoredRows& table, EarlierEdition& earlier
         if (row == nullptr || row->record != number || row->state == RowState::Changed) {
             addOwn(record, bytes, number, placesNamed, stored.own);
         }
+    };
+    table.forEach(take, [&](dbase::RecordNumber, std::span<const char> bytes) {
+        if (const std::optional<std::uint32_t> key = record.key(bytes)) {
+            earlier.goneKeys.push_back(*key);
+        }
     });
+    if (!isEmpty) { // customers' addresses may still have them
+        std::ranges::for_each(earlier.goneKeys, [&](std::uint32_t key) { stored.keys.addGone(key); });
+    }
     for (EarlierRow& row : earlier.streets) {
         stored.keys.addUsed(row.key);
         row.state = isEmpty ? RowState::Lost : row.state;

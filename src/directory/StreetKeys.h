@@ -16,12 +16,17 @@ class StreetKeys {
 public:
     /// A key that a row has already, whatever it is; it is not given out again.
     void addUsed(std::uint32_t key);
+    /// The key of a row that is gone.
+    void addGone(std::uint32_t key);
     /// The key of a row of a municipality. Errors: loading::Failure when its province has no free one.
     [[nodiscard]] std::uint32_t next(PlaceCode place);
 
 private:
+    bool raise(std::uint32_t key);
+
     std::vector<bool> used_;                     // by key; as long as the highest one that is used
     std::array<std::uint32_t, 53> highest_ = {}; // six digits, by province
+    std::array<std::uint32_t, 53> tried_ = {};   // the same, once those above the highest have run out
 };
 
 } // namespace ambrel::directory

@@ -37,5 +37,16 @@ TEST(StreetKeys, OnesGivenUpServeOnceThereAreNoOthers) {
     EXPECT_EQ(keys.next(29067), 29000001U);
 }
 
+TEST(StreetKeys, ThoseOfRowsThatAreGoneComeLast) {
+    StreetKeys keys;
+    keys.addUsed(28000003);
+    keys.addGone(28000009);
+    EXPECT_EQ(keys.next(28079), 28000010U);
+    keys.addGone(28999999);
+    EXPECT_EQ(keys.next(28079), 28000001U);
+    EXPECT_EQ(keys.next(28079), 28000002U);
+    EXPECT_EQ(keys.next(28079), 28000004U);
+}
+
 } // namespace
 } // namespace ambrel::directory
