@@ -171,10 +171,10 @@ public:
 
 private:
     [[nodiscard]] std::unique_ptr<Edition> read() {
-        return std::make_unique<Edition>(EditionFiles{options_.stretches, options_.streets,
-                                                      options_.pseudoStreets, options_.units,
-                                                      options_.municipalities, provincesOf(options_)},
-                                         [this](const LoadingStep& step) { line_(step); });
+        return std::make_unique<Edition>(
+            EditionFiles{options_.stretches, options_.streets, options_.pseudoStreets, options_.units,
+                         options_.municipalities, provincesOf(options_), options_.takesLosses},
+            [this](const LoadingStep& step) { line_(step); });
     }
 
     void prepare() {

@@ -227,6 +227,8 @@ void defineDirectoryLoad(CLI::App& app, Command& chosen) {
     CLI::Option* const trial =
         command.add_flag("--simular", options->isTrial,
                          "No cambia nada; escribe lo que vendría, se iría y cambiaría, por municipios");
+    command.add_flag("--aunque-falten", options->takesLosses,
+                     "Carga también una edición a la que le falta mucho de lo que había");
     offerText(command, "--informe", options->report, "F.html",
               "Escribe además un informe, para el navegador");
     offerText(command, "--conflictos", options->conflicts, "F.csv",

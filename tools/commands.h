@@ -65,6 +65,7 @@ struct DirectoryLoadOptions {
     std::vector<std::string> provinces; // 01 to 52; none: all
     std::string opening = "extremos";   // of ranges: no, extremos, huecos
     bool isTrial = false;
+    bool takesLosses = false;      // of so many rows that a file may be cut
     std::string report, conflicts; // HTML and CSV; empty: none
     std::string undoFile;          // empty: in the folder
     bool keepsNoUndo = false;

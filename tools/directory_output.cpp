@@ -80,6 +80,16 @@ void tellNotes(const EditionNotes& notes, const LoadSummary& summary) {
     for (const std::string& text : notes.badLines) {
         complain(text);
     }
+    for (const std::string& text : notes.otherDates) {
+        complain("aviso: " + text);
+    }
+    if (summary.isOlder) {
+        complain("aviso: la edición es anterior a la que ya está cargada, de " + summary.previousEdition);
+    }
+    if (!summary.unlikelyLosses.empty()) {
+        complain("aviso: ¿están enteros los ficheros?\n" +
+                 summary.unlikelyLosses.substr(0, summary.unlikelyLosses.size() - 1));
+    }
     warn(notes.ofPseudoStreets, "tramo de una seudovía no se carga, porque no se da --seudovias",
          "tramos de seudovías no se cargan, porque no se da --seudovias");
     warn(notes.withoutMunicipality, "tramo no se carga, porque ningún fichero nombra su municipio",

@@ -75,6 +75,8 @@ struct MunicipalitySummary {
 /// What a load would store, or has stored.
 struct LoadSummary {
     std::string previousEdition;          // AAAA-MM-DD, of the latest row there is; empty if there is none
+    bool isOlder = false;                 // than that one
+    std::string unlikelyLosses;           // rows that go in such numbers that a file may be cut; lines, UTF-8
     std::uint64_t streetRows = 0;         // of POSTAL that the edition has
     ChangeCounts streets, municipalities; // rows of POSTAL and MUNICIPI
     std::uint64_t renamed = 0, otherCode = 0, otherRange = 0; // among the rows of POSTAL that change

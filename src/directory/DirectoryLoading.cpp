@@ -11,6 +11,7 @@
 #include "dbase/system/error.h"
 #include "dbase/table/table_exchange.h"
 #include "directory/DirectoryStoring.h"
+#include "directory/EditionLosses.h"
 #include "directory/PlaceDifference.h"
 #include "directory/StreetDifference.h"
 #include "loading/failure.h"
@@ -90,6 +91,7 @@ LoadSummary DirectoryLoading::run(RangeOpening opening, const StoredTables& tabl
         earlier = readProvenance(*tables.provenance, observer.progress);
     }
     summary.previousEdition = earlier.date;
+    summary.isOlder = !edition_->date().empty() && edition_->date() < earlier.date;
     const std::vector<StoredPlace> places = readStoredPlaces(*tables.places, earlier);
     PlaceDifference(*edition_, earlier, places, tables, changes, tally).compare();
     const PlacesByName byName(places);
@@ -109,6 +111,7 @@ LoadSummary DirectoryLoading::run(RangeOpening opening, const StoredTables& tabl
     });
     difference.finish();
     summary.unknownTypes = types.unknown();
+    summary.unlikelyLosses = unlikelyLosses(*edition_, earlier, summary);
     return summary;
 }
 
@@ -130,6 +133,11 @@ LoadSummary DirectoryLoading::store(RangeOpening opening, const std::string& und
     }
     DirectoryStoring storing(folder_, undoFile, "callejero cargar, " + edition_->date());
     LoadSummary summary = run(opening, storing.present(), storing, observer);
+    if (!summary.unlikelyLosses.empty() && !edition_->isTakenAsWhole()) {
+        throw Failure(summary.unlikelyLosses +
+                      "Parece que un fichero está cortado o es de otra edición. No se ha cargado nada; si es "
+                      "lo que quiere, dé --aunque-falten.");
+    }
     storing.commit(observer.progress);
     return summary;
 }

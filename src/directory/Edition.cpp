@@ -66,6 +66,7 @@ Edition::Edition(const EditionFiles& files, const LoadingProgress& progress)
         readUnits(files_.units);
     }
     readStretches(files_.stretches);
+    noteOtherDates();
 }
 
 bool Edition::speaksOf(StreetId id) const {
@@ -86,6 +87,7 @@ void Edition::readFile(const std::string& path, FileKind kind,
     if (kind == FileKind::Stretches) {
         date_ = file.edition;
     }
+    dates_.emplace_back(file.name, file.edition);
     const ReadCounts counts = readLines(
         file, [&](const FixedLine& line, std::uint64_t number) { return use(line, layout, number); },
         [&](std::uint64_t lines, std::uint64_t bytes) {
@@ -181,8 +183,30 @@ void Edition::readStretches(const std::string& path) {
     if (stretches_.empty() && notes_.ofPseudoStreets == 0) {
         throw Failure(path + ": no hay ningún tramo de las provincias pedidas. No se ha cargado nada.");
     }
+    requireListed();
     unlisted_.finish();
     std::ranges::sort(stretches_, {}, &Stored::id);
+}
+
+/// A file of streets that is cut, or that of another province, would leave the rest without type and with
+/// short names.
+void Edition::requireListed() const {
+    constexpr std::uint64_t least = 50; // such as a small village
+    if (unlistedCount_ > least && unlistedCount_ * 20 > stretches_.size() && !files_.areTakenAsWhole) {
+        throw Failure(files_.streets + ": faltan las vías de " + std::to_string(unlistedCount_) + " de los " +
+                      std::to_string(stretches_.size()) +
+                      " tramos. Parece que está cortado o es de otra edición u otras provincias. No se ha "
+                      "cargado nada; si es lo que quiere, dé --aunque-falten.");
+    }
+}
+
+void Edition::noteOtherDates() {
+    for (const auto& [file, date] : dates_) {
+        if (!date.empty() && !date_.empty() && date != date_) {
+            notes_.otherDates.push_back(file + " es de la edición de " + date +
+                                        ", y los tramos son de la de " + date_);
+        }
+    }
 }
 
 void Edition::take(const StretchLine& line, std::uint64_t number) {
@@ -198,6 +222,7 @@ void Edition::take(const StretchLine& line, std::uint64_t number) {
     const bool isOfPseudo = line.pseudo != 0;
     const StreetId id = streetId(line.place, isOfPseudo, isOfPseudo ? line.pseudo : line.street);
     if (streets_.find(id) == nullptr) {
+        ++unlistedCount_;
         unlisted_.add(id, {}, plainCapitals(isOfPseudo ? line.pseudoName : line.streetName));
     }
     stretches_.push_back(

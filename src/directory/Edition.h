@@ -5,6 +5,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "directory/EditionFiles.h"
@@ -37,6 +38,7 @@ public:
     /// The date to which it refers, AAAA-MM-DD; empty if the names of its files do not say it.
     [[nodiscard]] const std::string& date() const { return date_; }
     [[nodiscard]] const EditionNotes& notes() const { return notes_; }
+    [[nodiscard]] bool isTakenAsWhole() const { return files_.areTakenAsWhole; }
     [[nodiscard]] PlaceNames& places() { return places_; }
     /// Whether its files would have a street or municipality if there still were one: they may be those of a
     /// few provinces, or lack the pseudo streets.
@@ -61,6 +63,8 @@ private:
     void readMunicipalities(const std::string& path);
     void readStretches(const std::string& path);
     void take(const StretchLine& line, std::uint64_t number);
+    void requireListed() const;
+    void noteOtherDates();
     void visitMunicipality(std::span<Stored> stretches, RangeOpening opening, StreetTypeCodes& types,
                            const StreetUse& use);
     void visitUnnamed(std::span<const Stored> stretches, const StreetUse& use);
@@ -68,10 +72,12 @@ private:
     const EditionFiles files_;
     LoadingProgress progress_;
     std::string date_;
+    std::vector<std::pair<std::string, std::string>> dates_; // of each file, after its name
     EditionNotes notes_;
     StreetIndex streets_, unlisted_; // the second from the stretches alone
     PlaceNames places_;
     std::vector<Stored> stretches_;
+    std::uint64_t unlistedCount_ = 0;        // of them
     std::array<bool, 100> hasProvince_ = {}; // in the file of stretches
 };
 

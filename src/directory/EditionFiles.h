@@ -13,6 +13,7 @@ struct EditionFiles {
     std::string stretches, streets;
     std::string pseudoStreets = {}, units = {}, municipalities = {};
     std::vector<unsigned> provinces = {}; // of the municipalities that count; empty: all
+    bool areTakenAsWhole = false;         // however many streets they lack that the earlier edition had
 };
 
 /// How far a street is taken to go beyond the numbers that were observed.
@@ -28,6 +29,7 @@ struct EditionNotes {
     std::uint64_t withoutMunicipality = 0; // stretches whose municipality has no name
     std::uint64_t streetsWithoutName = 0;  // that the stretches alone name, in 25 characters
     std::vector<std::string> badLines;     // a text for each file that has some
+    std::vector<std::string> otherDates;   // a text for each file of another edition than the stretches'
 };
 
 } // namespace ambrel::directory

@@ -49,9 +49,10 @@ void StreetDifference::compare(const OfficialStreet& street) {
     if (street.name.empty()) {
         return; // nothing says what it has become: its rows stay
     }
-    if (!street.isListed && !earlier.empty() && earlier.front().record != 0) {
+    const auto known = std::ranges::find(earlier, RowState::Untouched, &EarlierRow::state);
+    if (!street.isListed && known != earlier.end()) {
         // Its line may be missing or bad: a name of which the short one is the beginning stays.
-        const Row row = tables_.streets->row(earlier.front().record);
+        const Row row = tables_.streets->row(known->record);
         if (!row.empty() && streetRecord_.name(row).starts_with(street.name)) {
             OfficialStreet named = street;
             named.type = streetRecord_.type(row);
