@@ -10,6 +10,7 @@
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/table/table_exchange.h"
+#include "directory/DirectoryRecords.h"
 #include "directory/DirectoryStoring.h"
 #include "directory/EditionLosses.h"
 #include "directory/PlaceDifference.h"
@@ -57,14 +58,13 @@ DirectoryLoading::DirectoryLoading(const std::string& database, const std::strin
         types_.push_back(
             {types.field("CODIGO").text(), types.field("NOMBRE").text(), types.field("NOMBRE_CAT").text()});
     });
-    dbase::Dataset municipalities(database, "MUNICIPI");
-    municipalities.open();
-    dbase::forEachRow(municipalities, [&] {
-        const std::string code = municipalities.field("COD_INE").text();
-        if (!municipalities.field("ENT_MENOR").logical() && code.size() == 5 &&
-            code.find_first_not_of("0123456789") == std::string::npos) {
-            known_.try_emplace(static_cast<PlaceCode>(std::stoul(code)),
-                               municipalities.field("NOMBRE").text());
+    const auto file = dbase::findTableFile(folder, "MUNICIPI").value_or(folder + "/MUNICIPI.DBF");
+    const StoredRows municipalities(file, StoredRows::Others::Change);
+    const PlaceRecord record(municipalities.schema());
+    municipalities.forEach([&](dbase::RecordNumber, std::span<const char> row) {
+        const auto place = record.isEntity(row) ? std::nullopt : record.place(row);
+        if (place) {
+            known_.try_emplace(*place, record.name(row));
         }
     });
 }
