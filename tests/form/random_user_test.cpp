@@ -10,10 +10,10 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <array>
-#include <cstdlib>
 #include <random>
 #include <set>
 
+#include "data/AddressOracle.h"
 #include "data/PostalTables.h"
 #include "dbase/dataset/dataset.h"
 #include "dbase/system/error.h"
@@ -37,108 +37,6 @@ constexpr std::array everyBox{Box::Municipality, Box::Province, Box::StreetType,
                               Box::Street,       Box::Number,   Box::PostalCode};
 
 constexpr int columnWidth = 60; // of the host's table
-
-/// All postal codes that the rows allow for the address in the form.
-class Oracle {
-public:
-    [[nodiscard]] std::set<std::string> codes(const std::string& ineCode, const std::string& street,
-                                              const std::string& type, const std::string& number) {
-        read(ineCode);
-        std::vector<Row> rows;
-        for (const Row& row : streets_) {
-            if (row.name == street && isOwn(row, ineCode)) {
-                rows.push_back(row);
-            }
-        }
-        if (hasOneCode()) {
-            return codes_;
-        }
-        keepType(rows, type);
-        keepOwn(rows, ineCode, [](const Row& row) { return row.ineCode.empty(); });
-        if (const int value = leadingNumber(number); value > 0) {
-            std::erase_if(rows, [&](const Row& row) {
-                return value < row.first[value % 2] || value > row.last[value % 2];
-            });
-        }
-        if (codesOf(rows).size() > 1 && leadingNumber(number) > 0) {
-            keepOwn(rows, ineCode, [](const Row&) { return false; });
-        }
-        return codesOf(rows);
-    }
-    [[nodiscard]] std::set<std::string> namesOf(const std::string& ineCode) {
-        read(ineCode);
-        return names_;
-    }
-
-private:
-    struct Row {
-        std::string name, type, code, province, ineCode;
-        int first[2], last[2];
-    };
-
-    /// The number at the beginning of a text; the user types no other kind of number.
-    static int leadingNumber(const std::string& text) { return std::atoi(text.c_str()); }
-    static std::set<std::string> codesOf(const std::vector<Row>& rows) {
-        std::set<std::string> codes;
-        for (const Row& row : rows) {
-            codes.insert(row.code);
-        }
-        return codes;
-    }
-    static void keepType(std::vector<Row>& rows, const std::string& type) {
-        if (type.empty()) {
-            return;
-        }
-        for (const std::string& wanted : {type, std::string()}) {
-            if (std::ranges::any_of(rows, [&](const Row& row) { return row.type == wanted; })) {
-                std::erase_if(rows, [&](const Row& row) { return row.type != wanted; });
-                return;
-            }
-        }
-        rows.clear(); // the form shows a street that does not exist
-    }
-    template<class AlsoKept>
-    static void keepOwn(std::vector<Row>& rows, const std::string& ineCode, AlsoKept alsoKept) {
-        const auto isSaid = [&](const Row& row) { return row.ineCode == ineCode; };
-        if (std::ranges::any_of(rows, isSaid)) {
-            std::erase_if(rows, [&](const Row& row) { return !isSaid(row) && !alsoKept(row); });
-        }
-    }
-    [[nodiscard]] bool isOwn(const Row& row, const std::string& ineCode) const {
-        return provinces_.contains(row.province) &&
-               (codes_.contains(row.code) || (row.ineCode == ineCode && !hasOneCode()));
-    }
-    [[nodiscard]] bool hasOneCode() const { return isMarked_ && codes_.size() == 1; }
-
-    void read(const std::string& ineCode) {
-        *this = {};
-        dbase::Dataset towns("DB", "MUNICIPI"), streets("DB", "POSTAL");
-        towns.open();
-        for (bool more = !towns.isEmpty(); more; more = towns.next()) {
-            if (towns.field("COD_INE").text() == ineCode) {
-                codes_.insert(towns.field("CODPOSTAL").text());
-                names_.insert(towns.field("NOMBRE").text());
-                provinces_.insert(towns.field("COD_PROV").text());
-                provinces_.insert(towns.field("CODPOSTAL").text().substr(0, 2));
-                isMarked_ = isMarked_ || towns.field("UNICO").text() == "S";
-            }
-        }
-        streets.open();
-        for (bool more = !streets.isEmpty(); more; more = streets.next()) {
-            streets_.push_back({streets.field("VIA").text(),
-                                streets.field("TIPO_VIA").text(),
-                                streets.field("CODPOSTAL").text(),
-                                streets.field("PROVINCIA").text(),
-                                streets.field("COD_INE").text(),
-                                {streets.field("PAR_INI").integer(), streets.field("IMPAR_INI").integer()},
-                                {streets.field("PAR_FIN").integer(), streets.field("IMPAR_FIN").integer()}});
-        }
-    }
-
-    std::vector<Row> streets_;
-    std::set<std::string> codes_, names_, provinces_;
-    bool isMarked_ = false;
-};
 
 class RandomUser : public postal_tests::PostalTables {
 protected:
@@ -418,16 +316,16 @@ protected:
         }
         const int tag = ambrel::tagOf(*boxes_.municipality);
         const std::string ineCode = QStringLiteral("%1").arg(tag, 5, 10, QLatin1Char('0')).toStdString();
+        const postal_tests::AddressOracle oracle;
         if (address_->state(Box::Municipality) == State::Validated) {
-            EXPECT_TRUE(oracle_.namesOf(ineCode).contains(written(Box::Municipality))) << ineCode;
+            EXPECT_TRUE(oracle.namesOf(ineCode).contains(written(Box::Municipality))) << ineCode;
         }
         if (address_->state(Box::PostalCode) != State::Validated) {
             return;
         }
         EXPECT_EQ(address_->state(Box::Municipality), State::Validated);
-        EXPECT_EQ(
-            oracle_.codes(ineCode, written(Box::Street), written(Box::StreetType), written(Box::Number)),
-            std::set{boxes_.postalCode->text().toStdString()});
+        EXPECT_EQ(oracle.codes(ineCode, written(Box::Street), written(Box::StreetType), written(Box::Number)),
+                  std::set{boxes_.postalCode->text().toStdString()});
         ++validated_;
     }
 
@@ -467,7 +365,6 @@ protected:
     std::unique_ptr<AddressBoxes> address_;
     Dialogs dialogs_{*this};
     ambrel::MessageShower previous_;
-    Oracle oracle_;
     int messages_ = 0, validated_ = 0;
     bool isDeclining_ = false;
 };
