@@ -103,7 +103,7 @@ IntendedTable readTable(Lines& lines) {
 
 Fingerprint fingerprintOf(const File& file) {
     const std::uint64_t size = file.size();
-    Checksum sum(size);
+    InterleavedChecksum sum(size);
     std::vector<char> buffer(static_cast<std::size_t>(std::min(size, pieceBytes)));
     for (std::uint64_t at = 0; at < size; at += buffer.size()) {
         const std::span piece(buffer.data(), static_cast<std::size_t>(std::min(pieceBytes, size - at)));
