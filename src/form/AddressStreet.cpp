@@ -142,7 +142,7 @@ void AddressValidation::askAboutStreet() {
     {
         const QScopedValueRollback writing(isWriting_, true);
         controller_.ExitDireccionPostal(&box, nullptr, nullptr, mayAskForList, codeForNewStreet(),
-                                        text(Box::StreetType));
+                                        typeForNewStreet());
         seen_[index(Box::Street)] = box.text();
     }
     switch (controller_.typedStreet()) {
@@ -172,11 +172,20 @@ QString AddressValidation::codeForNewStreet() const {
     return isCodeTyped_ ? text(Box::PostalCode) : QString();
 }
 
+/// The abbreviation in the tables; none for a text that nobody has settled, which the column would cut.
+QString AddressValidation::typeForNewStreet() const {
+    const auto code = streetTypeNamed(bytesOf(text(Box::StreetType).toUpper()));
+    return code ? fromWindows1252(*code) : QString();
+}
+
 /// The card may have given the street another name or type, and has moved the municipality cursor.
 void AddressValidation::takeAddedStreet() {
     show(Box::Street, fromWindows1252(controller_.DM->tbPostalVIA.view()));
-    show(Box::StreetType, fromWindows1252(controller_.DM->tbPostalTIPO_VIA.view()));
-    isTypeKnown_ = !text(Box::StreetType).isEmpty();
+    const QString type = fromWindows1252(controller_.DM->tbPostalTIPO_VIA.view());
+    isTypeKnown_ = !type.isEmpty();
+    if (isTypeKnown_) { // else what the user has typed stays
+        show(Box::StreetType, type);
+    }
     goToMunicipality();
     lookUpStreet(Writing::StreetsCode);
 }

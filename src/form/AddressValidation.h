@@ -124,6 +124,7 @@ private:
     void askAboutStreet();
     void takeAddedStreet();
     [[nodiscard]] QString codeForNewStreet() const;
+    [[nodiscard]] QString typeForNewStreet() const;
     void findCode(Writing writing);
 
     // States, in AddressStates.cpp.

@@ -201,6 +201,32 @@ TEST_F(StreetBoxes, AStreetThatIsAddedIsStoredAsItCanBeFound) {
     EXPECT_EQ(tag(Box::Street), 99000000);
 }
 
+TEST_F(StreetBoxes, AStreetWhoseCardIsCancelledHasATypeOfTheTablesOrNone) {
+    open();
+    fill(Box::Municipality, "mad");
+    fill(Box::PostalCode, "28013");
+    const auto typeOfAdded = [&](const QString& typed, const QString& name) {
+        box(Box::StreetType).setText(typed); // as an address of a file comes, which no look-up has settled
+        expectInsertion(MessageAnswer::Yes);
+        messages.expect("¿Desea cancelar esta operación (S/N)?", "Esta modificando los datos de una via",
+                        QStringLiteral("Atención"), MessageAnswer::Yes);
+        dialogs.expect("TFFichaVia", [](QDialog& card) {
+            QTest::mouseClick(&child<QPushButton>(card, "BBCancelar"), Qt::LeftButton);
+        });
+        fill(Box::Street, name);
+        dbase::Dataset streets("DB", "POSTAL", "CODIGO1");
+        streets.open();
+        streets.last();
+        EXPECT_EQ(streets.field("VIA").text(), name.toUpper().toStdString());
+        return streets.field("TIPO_VIA").text();
+    };
+    EXPECT_EQ(typeOfAdded("Calle", "nueva"), "CL");
+    EXPECT_EQ(text(Box::StreetType), "CL");
+    EXPECT_EQ(typeOfAdded("Calleja", "novisima"), "");
+    EXPECT_EQ(text(Box::StreetType), "Calleja");
+    EXPECT_EQ(state(Box::StreetType), State::NotValidated);
+}
+
 TEST_F(StreetBoxes, TheCodeThatAnotherStreetLeftIsNotANewStreets) {
     open();
     fillAddress("mad", "CL", "alcala", "300");

@@ -33,6 +33,11 @@ std::string written(const QWidget& window, const char* name) {
     return ambrel::toNearestWindows1252(boxOf(window, name).text().simplified().toUpper());
 }
 
+/// Abbreviations count as they are written in the tables.
+std::string typeOf(const QWidget& window) {
+    return ambrel::toNearestWindows1252(boxOf(window, "ETipoVia").text().simplified());
+}
+
 /// Numbers that the oracle reads: digits first, or the words for none.
 bool isPlainNumber(const QString& number) {
     static const QRegularExpression plain(QStringLiteral("^ *([1-9][0-9]{0,4}( [A-Z]*)?|S/N)? *$"));
@@ -79,7 +84,7 @@ std::string Judge::fault(const QWidget& window) {
     }
     const std::string shown = boxOf(window, "ECodPostal").text().toStdString();
     const bool hasPlainNumber = isPlainNumber(boxOf(window, "ENumero").text());
-    const auto codes = oracle_->codes(ineCode, written(window, "EVia"), written(window, "ETipoVia"),
+    const auto codes = oracle_->codes(ineCode, written(window, "EVia"), typeOf(window),
                                       hasPlainNumber ? written(window, "ENumero") : std::string());
     if (!codes.contains(shown) || (hasPlainNumber && codes.size() != 1)) {
         std::string given;
