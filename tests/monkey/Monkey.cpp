@@ -13,6 +13,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
@@ -50,9 +51,11 @@ void Monkey::use(QMainWindow& window) {
 
 bool Monkey::isOver() const { return clock_.hasExpired(std::chrono::milliseconds(plan_.time).count()); }
 
-/// Modal windows run loops of their own inside a turn: the next one is always scheduled before.
+/// Modal windows run loops of their own inside a turn: the next one is always scheduled before. Not at once,
+/// which would be no timer but a call that waiting code lets through, as it never does a user's input.
 void Monkey::schedule() {
-    QTimer::singleShot(std::exchange(rest_, roll(8) == 0 ? 5 : 0), this, [this] { turn(); });
+    const int pause = std::exchange(rest_, roll(8) == 0 ? 5 : 0);
+    QTimer::singleShot(std::max(pause, 1), this, [this] { turn(); });
 }
 
 void Monkey::turn() {
