@@ -18,11 +18,12 @@
 namespace {
 
 constexpr int patience = 60'000; // milliseconds
+constexpr int shortRun = 6;      // seconds
 
 /// Seconds; the environment variable AMBREL_MONKEY_SECONDS sets another number.
 int secondsOfThisRun() {
     const char* const given = std::getenv("AMBREL_MONKEY_SECONDS");
-    return given != nullptr ? std::stoi(given) : ambrel::test::longForm(6, 3600);
+    return given != nullptr ? std::stoi(given) : ambrel::test::longForm(shortRun, 3600);
 }
 
 class TwoStations : public ambrel::test::TableTest {
@@ -73,8 +74,15 @@ private:
     std::string ini_;
 };
 
+/// The short form makes the same choices in every run: what other choices find is for the long one.
+unsigned seedOfTheMonkeys() {
+    return secondsOfThisRun() > shortRun || std::getenv("AMBREL_SEED") != nullptr
+               ? ambrel::test::seedOfThisRun() % 1'000'000
+               : 1;
+}
+
 TEST_F(TwoStations, ThatMonkeysUseShowNoWrongCodeAndEndWell) {
-    const unsigned seed = ambrel::test::seedOfThisRun() % 1'000'000;
+    const unsigned seed = seedOfTheMonkeys();
     const std::array stations{start(seed), start(seed + 1)};
     for (const auto& station : stations) {
         ASSERT_TRUE(station->waitForFinished(secondsOfThisRun() * 1000 + 3 * patience));
