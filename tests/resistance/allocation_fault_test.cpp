@@ -306,7 +306,7 @@ TEST_F(AllocationFaultTest, EveryKindOfChange) {
             return;
         }
     }
-    EXPECT_EQ(seen.size(), 6U);
+    EXPECT_EQ(seen.size(), 7U);
 }
 
 class AllocationInLoadTest : public AllocationFaultTest {
