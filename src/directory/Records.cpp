@@ -34,9 +34,11 @@ bool isPlainAscii(std::string_view text) {
         std::memcpy(&word, text.data(), sizeof word);
         look();
     }
-    word = blanks;
-    std::memcpy(&word, text.data(), text.size());
-    look();
+    if (!text.empty()) {
+        word = blanks;
+        std::memcpy(&word, text.data(), text.size());
+        look();
+    }
     return unusual == 0;
 }
 
