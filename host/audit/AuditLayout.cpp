@@ -10,6 +10,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "host/WindowParts.h"
 #include "host/audit/AuditWindow.h"
 #include "host/audit/ClassTotalsModel.h"
 #include "host/audit/FindingsModel.h"
@@ -19,45 +20,11 @@
 namespace host {
 namespace {
 
-constexpr int margin = 16;
-constexpr int rowPadding = 6;
+constexpr int margin = windowMargin;
 constexpr int readableWidth = 780, readableHeight = 640;
 constexpr int titleHeight = 32; // of the window, with its borders
 constexpr int textLines = 2;    // the lists do not jump
 constexpr int shownClasses = 6; // without scrolling
-
-QPushButton* commandButton(const char* objectName, const QString& text, QWidget* parent) {
-    auto* const button = new QPushButton(text, parent);
-    button->setObjectName(QLatin1String(objectName));
-    button->setAutoDefault(false);
-    return button;
-}
-
-QLabel* wrappedLabel(const char* objectName, QWidget* parent) {
-    auto* const label = new QLabel(parent);
-    label->setObjectName(QLatin1String(objectName));
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-
-/// A table of rows that are chosen as a whole; all of one height, so that any number of them costs nothing.
-QTableView* rowTable(const char* objectName, const QString& name, QAbstractItemModel& model,
-                     QWidget* parent) {
-    auto* const table = new QTableView(parent);
-    table->setObjectName(QLatin1String(objectName));
-    table->setAccessibleName(name);
-    table->setModel(&model);
-    table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    table->setSelectionMode(QAbstractItemView::SingleSelection);
-    table->setTabKeyNavigation(false);
-    table->setWordWrap(false);
-    table->verticalHeader()->hide();
-    table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + rowPadding);
-    table->horizontalHeader()->setHighlightSections(false);
-    return table;
-}
 
 int widthOf(const QTableView& table, const QString& widest) {
     return table.fontMetrics().horizontalAdvance(widest) + margin;
@@ -143,14 +110,14 @@ QWidget* AuditWindow::commands() {
     auto* const bar = new QWidget(this);
     auto* const line = new QHBoxLayout(bar);
     line->setContentsMargins(0, 0, 0, 0);
-    card_ = commandButton("BBFicha", tr("&Ficha…"), bar);
+    card_ = pushButton("BBFicha", tr("&Ficha…"), bar);
     card_->setToolTip(tr("Abre la ficha de la vía del hallazgo (Intro en la lista)"));
-    mend_ = commandButton("BBReparar", tr("&Reparar…"), bar);
+    mend_ = pushButton("BBReparar", tr("&Reparar…"), bar);
     mend_->setToolTip(tr("Dice qué cambiaría para reparar la clase elegida, y lo cambia si se quiere"));
-    save_ = commandButton("BBInforme", tr("&Guardar informe…"), bar);
-    start_ = commandButton("BBEmpezar", tr("Revisar de &nuevo"), bar);
-    cancel_ = commandButton("BBInterrumpir", tr("&Interrumpir"), bar);
-    auto* const close = commandButton("BBCerrar", tr("&Cerrar"), bar);
+    save_ = pushButton("BBInforme", tr("&Guardar informe…"), bar);
+    start_ = pushButton("BBEmpezar", tr("Revisar de &nuevo"), bar);
+    cancel_ = pushButton("BBInterrumpir", tr("&Interrumpir"), bar);
+    auto* const close = pushButton("BBCerrar", tr("&Cerrar"), bar);
     for (QPushButton* const button : {card_, mend_, save_}) {
         line->addWidget(button);
     }

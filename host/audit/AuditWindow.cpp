@@ -10,11 +10,11 @@
 #include <QTableView>
 #include <algorithm>
 
+#include "host/GroupedNumber.h"
 #include "host/ShownTime.h"
 #include "host/audit/ClassTotalsModel.h"
 #include "host/audit/FindingsModel.h"
 #include "host/audit/FoundStreet.h"
-#include "host/validation/GroupedNumber.h"
 #include "package/AmbCodPostales.h"
 #include "services/EventGuard.h"
 #include "services/Mensaje.h"

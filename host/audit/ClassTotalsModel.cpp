@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
+#include "host/GroupedNumber.h"
 #include "host/audit/FindingsModel.h"
-#include "host/validation/GroupedNumber.h"
 
 namespace host {
 

@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "host/validation/GroupedNumber.h"
+#include "host/GroupedNumber.h"
 
 namespace host {
 namespace {

@@ -5,7 +5,7 @@
 #include <array>
 
 #include "address/VerdictTexts.h"
-#include "host/validation/GroupedNumber.h"
+#include "host/GroupedNumber.h"
 #include "services/Text.h"
 
 namespace host {

@@ -14,6 +14,7 @@
 #include <algorithm>
 
 #include "dialogs/common/EditMenu.h"
+#include "host/WindowParts.h"
 #include "host/validation/ColumnGrid.h"
 #include "host/validation/UnsettledModel.h"
 #include "host/validation/ValidationWindow.h"
@@ -23,25 +24,9 @@
 namespace host {
 namespace {
 
-constexpr int margin = 16;
-constexpr int rowPadding = 6;
+constexpr int margin = windowMargin;
 constexpr int typingPause = 300; // milliseconds
 constexpr int readableWidth = 780, readableHeight = 560;
-
-QPushButton* commandButton(const char* objectName, const QString& text, QWidget* parent) {
-    auto* const button = new QPushButton(text, parent);
-    button->setObjectName(QLatin1String(objectName));
-    button->setAutoDefault(false);
-    return button;
-}
-
-QLabel* wrappedLabel(const char* objectName, QWidget* parent) {
-    auto* const label = new QLabel(parent);
-    label->setObjectName(QLatin1String(objectName));
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
 
 } // namespace
 
@@ -84,7 +69,7 @@ QLineEdit* ValidationWindow::fileBox(QGridLayout& grid, const char* objectName, 
     new ambrel::EditMenu(box);
     auto* const caption = new QLabel(label, this);
     caption->setBuddy(box);
-    auto* const browse = commandButton(objectName, button, this);
+    auto* const browse = pushButton(objectName, button, this);
     browse->setObjectName(QStringLiteral("BB") + QLatin1String(objectName + 1));
     browse->setAccessibleName(tr("Elegir: %1").arg(QString(label).remove(QLatin1Char('&'))));
     connect(browse, &QPushButton::clicked, this, ambrel::guarded([this, choose] { (this->*choose)(); }));
@@ -143,18 +128,8 @@ QWidget* ValidationWindow::resultPage() {
     auto* const caption = new QLabel(tr("&Ver"), page);
     caption->setBuddy(filter_);
     rows_ = new UnsettledModel(this);
-    list_ = new QTableView(page);
-    list_->setObjectName(QStringLiteral("GFilas"));
-    list_->setAccessibleName(tr("Filas que no están resueltas"));
-    list_->setModel(rows_);
-    list_->setSelectionBehavior(QAbstractItemView::SelectRows);
-    list_->setSelectionMode(QAbstractItemView::SingleSelection);
-    list_->setTabKeyNavigation(false);
-    list_->setWordWrap(false);
-    list_->verticalHeader()->hide();
-    list_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + rowPadding);
+    list_ = rowTable("GFilas", tr("Filas que no están resueltas"), *rows_, page);
     QHeaderView& header = *list_->horizontalHeader();
-    header.setHighlightSections(false);
     int widest = 0;
     for (std::size_t verdict = 0; verdict < ambrel::verdictCount; ++verdict) {
         widest =
@@ -195,11 +170,11 @@ QWidget* ValidationWindow::commands() {
     auto* const bar = new QWidget(this);
     auto* const line = new QHBoxLayout(bar);
     line->setContentsMargins(0, 0, 0, 0);
-    take_ = commandButton("BBLlevar", tr("&Llevar a la ficha"), bar);
+    take_ = pushButton("BBLlevar", tr("&Llevar a la ficha"), bar);
     take_->setToolTip(tr("Pone la dirección en una ficha nueva, sin guardarla (Intro en la lista)"));
-    start_ = commandButton("BBEmpezar", tr("&Empezar"), bar);
-    cancel_ = commandButton("BBInterrumpir", tr("I&nterrumpir"), bar);
-    auto* const close = commandButton("BBCerrar", tr("Cerr&ar"), bar);
+    start_ = pushButton("BBEmpezar", tr("&Empezar"), bar);
+    cancel_ = pushButton("BBInterrumpir", tr("I&nterrumpir"), bar);
+    auto* const close = pushButton("BBCerrar", tr("Cerr&ar"), bar);
     line->addWidget(take_);
     line->addStretch();
     line->addWidget(start_);

@@ -14,9 +14,9 @@
 #include <QTabWidget>
 #include <QTableView>
 
+#include "host/GroupedNumber.h"
 #include "host/ShownTime.h"
 #include "host/validation/ColumnGrid.h"
-#include "host/validation/GroupedNumber.h"
 #include "host/validation/UnsettledModel.h"
 #include "host/validation/VerdictChart.h"
 #include "services/EventGuard.h"

@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "address/VerdictTexts.h"
-#include "host/validation/GroupedNumber.h"
+#include "host/GroupedNumber.h"
 
 namespace host {
 namespace {
