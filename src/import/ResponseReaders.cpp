@@ -103,12 +103,15 @@ Answer begin(const DirectoryDocument& document, const Layout& layout, const std:
     if (!document.hasNodes()) {
         return {};
     }
-    const pugi::xml_node root = rootOf(document);
-    if (!root) {
+    if (!rootOf(document)) {
         return {.reading = Reading::NoRoot};
     }
     if (atRoot) {
-        atRoot();
+        atRoot(); // may run calls of the host that load the document anew: no node is kept across it
+    }
+    const pugi::xml_node root = rootOf(document);
+    if (!root) {
+        return {.reading = Reading::NoRoot};
     }
     Answer answer{.reading = Reading::Whole, .list = root.child(layout.list)};
     if (const pugi::xml_node counted = root.child("control").child(layout.count)) {

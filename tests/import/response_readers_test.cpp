@@ -54,6 +54,25 @@ TEST(DirectoryAnswer, WithAnAbsurdCountEndsAtOnce) {
     EXPECT_EQ(list.streets.size(), 1u);
 }
 
+/// Drawing a text may run a call that the host has posted, and that may ask the service anew.
+TEST(DirectoryAnswer, WhoseDocumentAnotherReplacesAtItsRootIsReadFromThatOne) {
+    ambrel::DirectoryDocument document;
+    document.load(streets("1", street("CL", "MAYOR")));
+    const auto list = ambrel::readStreets(
+        document, [&] { document.load(streets("2", street("PZ", "NUEVA") + street("CL", "LUNA"))); });
+    EXPECT_EQ(list.reading, Reading::Whole);
+    ASSERT_EQ(list.streets.size(), 2u);
+    EXPECT_EQ(list.streets[0].name, "NUEVA");
+}
+
+TEST(DirectoryAnswer, WhoseDocumentIsClearedAtItsRootHasNoRoot) {
+    ambrel::DirectoryDocument document;
+    document.load(streets("1", street("CL", "MAYOR")));
+    const auto list = ambrel::readStreets(document, [&] { document.clear(); });
+    EXPECT_EQ(list.reading, Reading::NoRoot);
+    EXPECT_TRUE(list.streets.empty());
+}
+
 TEST(DirectoryAnswer, WithLessCountedThanListedStopsAtTheCount) {
     const auto list = readStreets(streets("1", street("CL", "MAYOR") + street("PZ", "NUEVA")));
     EXPECT_EQ(list.reading, Reading::Whole);
