@@ -51,9 +51,10 @@ void DirectoryStoring::beginUndo(const std::string& undoFile, const std::string&
     undo_.emplace(undoFile, exchange_.table(0).tableFile(), order);
     for (std::size_t i = 0; i < parts_.size(); ++i) {
         Part& part = parts_.at(i);
-        part.undoTable =
-            undo_->addTable(exchange_.table(i).tableFile(),
-                            part.present ? part.present->schema() : provenanceSchema(), keyColumns.at(i));
+        const bool isProvenance = static_cast<DirectoryTable>(i) == DirectoryTable::Provenance;
+        part.undoTable = undo_->addTableOfWholeRows(
+            exchange_.table(i).tableFile(), part.present ? part.present->schema() : provenanceSchema(),
+            keyColumns.at(i), isProvenance ? std::optional(parts_.front().undoTable) : std::nullopt);
     }
 }
 

@@ -34,9 +34,19 @@ UndoTotals undo(const UndoReader& file, const std::string& folder, const UndoneT
         tables.push_back(
             std::make_unique<UndoneTable>(table, placeNow(table.path, folder), totals, observer));
     }
+    std::vector<const UndoneTable*> companions(tables.size());
+    for (std::size_t i = 0; i < tables.size(); ++i) {
+        if (const auto companionOf = file.tables()[i].companionOf) {
+            companions.at(*companionOf) = tables[i].get();
+        }
+    }
     for (std::size_t left = file.size(); left > 0; --left) {
         const UndoEntry entry = file.entry(left - 1);
-        tables.at(entry.table)->undo(entry);
+        UndoneTable& table = *tables.at(entry.table);
+        const UndoneTable* const companion = companions.at(entry.table);
+        if (companion == nullptr || !table.staysWith(*companion, entry)) {
+            table.undo(entry);
+        }
         if (progress && !progress(file.size() - left + 1, file.size())) {
             break;
         }

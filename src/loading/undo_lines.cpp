@@ -14,8 +14,8 @@ namespace loading {
 
 namespace {
 
-constexpr std::string_view version = "1";
-constexpr std::string_view tableWord = "TABLA";
+constexpr std::string_view version = "2", versionBefore = "1"; // which has no tables of whole rows
+constexpr std::string_view tableWord = "TABLA", wholeRowsWord = "FILAS";
 constexpr std::string_view endWord = "FIN";
 constexpr std::array<std::string_view, 4> kindWords = {"CAMBIO", "ALTA", "BAJA", "NULO"};
 constexpr std::size_t headValues = 3; // of an entry: kind, table, record
@@ -203,13 +203,16 @@ std::string undoEnd(std::uint64_t entries) {
 }
 
 std::string undoLine(const UndoTable& table, std::size_t position) {
-    std::string line(tableWord);
+    std::string line(table.isOfWholeRows ? wholeRowsWord : tableWord);
     line += '\t' + std::to_string(position + 1) + '\t';
     appendEscaped(line, table.path);
     line += '\t' + std::to_string(table.schema.languageDriver) + '\t';
     for (const std::size_t column : table.key) {
         line += (line.back() == '\t' ? "" : " ");
         appendEscaped(line, table.schema.columns[column].name, ' ');
+    }
+    if (table.isOfWholeRows) {
+        line += '\t' + (table.companionOf ? std::to_string(*table.companionOf + 1) : std::string());
     }
     for (const dbase::Column& column : table.schema.columns) {
         line += '\t';
@@ -254,19 +257,41 @@ std::vector<std::string_view> undoValues(std::string_view line) {
 }
 
 bool isUndoHeading(Values values) {
-    return values.size() == 3 && values[0] == std::string(undoSignature) + std::string(version);
+    if (values.size() != 3 || !values[0].starts_with(undoSignature)) {
+        return false;
+    }
+    const std::string_view its = values[0].substr(undoSignature.size());
+    return its == version || its == versionBefore;
 }
 
 std::optional<std::uint64_t> readUndoEnd(Values values) {
     return values.size() == 2 && values[0] == endWord ? numberIn<std::uint64_t>(values[1]) : std::nullopt;
 }
 
-std::optional<UndoTable> readUndoTable(Values values) {
-    constexpr std::size_t fixed = 5;
-    if (values.size() <= fixed || values[0] != tableWord) {
+bool makeCompanion(UndoTable& table, std::span<const UndoTable> earlier, std::size_t companionOf) {
+    if (companionOf >= earlier.size() || !earlier[companionOf].isOfWholeRows) {
+        return false;
+    }
+    const UndoTable& other = earlier[companionOf];
+    for (const std::size_t column : other.key) {
+        const auto position = table.schema.find(other.schema.columns[column].name);
+        if (!position) {
+            return false;
+        }
+        table.tie.push_back(*position);
+    }
+    table.companionOf = companionOf;
+    return true;
+}
+
+std::optional<UndoTable> readUndoTable(Values values, std::span<const UndoTable> earlier) {
+    const bool isOfWholeRows = !values.empty() && values[0] == wholeRowsWord;
+    const std::size_t fixed = isOfWholeRows ? 6 : 5;
+    if (values.size() <= fixed || (values[0] != tableWord && !isOfWholeRows)) {
         return std::nullopt;
     }
     UndoTable table;
+    table.isOfWholeRows = isOfWholeRows;
     const auto path = undoText(values[2]);
     const auto driver = numberIn<std::uint8_t>(values[3]);
     std::size_t length = 1; // of the deletion mark
@@ -291,6 +316,12 @@ std::optional<UndoTable> readUndoTable(Values values) {
         if (position) {
             table.key.push_back(*position);
         } else if (!values[4].empty()) {
+            return std::nullopt;
+        }
+    }
+    if (isOfWholeRows && !values[5].empty()) {
+        const auto companionOf = numberIn<std::size_t>(values[5]);
+        if (!companionOf || !makeCompanion(table, earlier, *companionOf - 1)) {
             return std::nullopt;
         }
     }

@@ -24,6 +24,12 @@ struct UndoTable {
     std::string path;
     dbase::Schema schema;         // columns, code page and record length; nothing else is known
     std::vector<std::size_t> key; // positions of the columns that identify a row; empty if none do
+    /// Whether a row is put back only if all of it is as it was left, not only the columns that changed.
+    bool isOfWholeRows = false;
+    /// An earlier table, also of whole rows: one of its rows stays if a row of this one stays that has the
+    /// values of its key. The columns of that key here are `tie`.
+    std::optional<std::size_t> companionOf = {};
+    std::vector<std::size_t> tie = {};
 };
 
 /// What was done to one row. Records are complete and live, whatever their first byte.
@@ -50,7 +56,12 @@ inline constexpr std::string_view undoSignature = "AMBREL DESHACER ";
 
 /// Read the values of a line; null for those of another kind of line, or values that make no sense.
 [[nodiscard]] bool isUndoHeading(std::span<const std::string_view> values);
-[[nodiscard]] std::optional<UndoTable> readUndoTable(std::span<const std::string_view> values);
+/// `earlier`: the tables of the file so far.
+[[nodiscard]] std::optional<UndoTable> readUndoTable(std::span<const std::string_view> values,
+                                                     std::span<const UndoTable> earlier);
+/// Makes a table the companion of an earlier one; false if it lacks columns of that one's key.
+[[nodiscard]] bool makeCompanion(UndoTable& table, std::span<const UndoTable> earlier,
+                                 std::size_t companionOf);
 /// Kind, table and number alone.
 [[nodiscard]] std::optional<UndoEntry> readUndoHead(std::span<const std::string_view> values);
 /// The number of entries before the end.

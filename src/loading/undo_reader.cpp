@@ -67,7 +67,8 @@ void UndoReader::take(std::string_view line, std::uint64_t offset) {
         return;
     }
     const std::vector<std::string_view> values = undoValues(line);
-    if (auto table = readUndoTable(values); table && values[1] == std::to_string(tables_.size() + 1)) {
+    if (auto table = readUndoTable(values, tables_);
+        table && values[1] == std::to_string(tables_.size() + 1)) {
         tables_.push_back(*std::move(table));
         return;
     }

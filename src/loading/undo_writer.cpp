@@ -50,6 +50,23 @@ UndoWriter::~UndoWriter() {
 
 std::size_t UndoWriter::addTable(const std::string& tableFile, const dbase::Schema& schema,
                                  const std::vector<std::string>& key) {
+    return add(tableOf(tableFile, schema, key));
+}
+
+std::size_t UndoWriter::addTableOfWholeRows(const std::string& tableFile, const dbase::Schema& schema,
+                                            const std::vector<std::string>& key,
+                                            std::optional<std::size_t> companionOf) {
+    UndoTable table = tableOf(tableFile, schema, key);
+    table.isOfWholeRows = true;
+    if (companionOf && !makeCompanion(table, tables_, *companionOf)) {
+        throw dbase::Error(dbase::ErrorCode::NotFound, tableFile,
+                           "no tiene las columnas que distinguen las filas de la tabla a la que acompaña");
+    }
+    return add(std::move(table));
+}
+
+UndoTable UndoWriter::tableOf(const std::string& tableFile, const dbase::Schema& schema,
+                              const std::vector<std::string>& key) const {
     UndoTable table{.path = folders_.realPath(tableFile), .schema = schema, .key = {}};
     for (const std::string& column : key) {
         const auto position = schema.find(column);
@@ -59,6 +76,10 @@ std::size_t UndoWriter::addTable(const std::string& tableFile, const dbase::Sche
         }
         table.key.push_back(*position);
     }
+    return table;
+}
+
+std::size_t UndoWriter::add(UndoTable table) {
     pending_ += undoLine(table, tables_.size());
     tables_.push_back(std::move(table));
     return tables_.size() - 1;

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -32,6 +33,11 @@ public:
     /// empty if the table has none. Errors: dbase::Error(NotFound) for a column that it lacks.
     [[nodiscard]] std::size_t addTable(const std::string& tableFile, const dbase::Schema& schema,
                                        const std::vector<std::string>& key);
+    /// The same for a table whose rows are put back whole or stay. `companionOf`: of an earlier one like
+    /// this, whose rows stay with those that have the values of its key, and whose entries precede theirs.
+    [[nodiscard]] std::size_t addTableOfWholeRows(const std::string& tableFile, const dbase::Schema& schema,
+                                                  const std::vector<std::string>& key,
+                                                  std::optional<std::size_t> companionOf = {});
 
     // --- Entries. Number 0: not known yet. Only a table with a key can have additions and deletions.
     void change(std::size_t table, dbase::RecordNumber number, std::span<const char> before,
@@ -45,6 +51,9 @@ public:
     void sync();
 
 private:
+    [[nodiscard]] UndoTable tableOf(const std::string& tableFile, const dbase::Schema& schema,
+                                    const std::vector<std::string>& key) const;
+    std::size_t add(UndoTable table);
     void write(const UndoEntry& entry);
     void send();
     void end();

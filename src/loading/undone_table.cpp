@@ -5,6 +5,7 @@
 
 #include "dbase/dbf/codepage.h"
 #include "dbase/system/error.h"
+#include "dbase/system/paths.h"
 #include "dbase/system/trim.h"
 #include "loading/failure.h"
 
@@ -20,6 +21,19 @@ bool hasColumnsOf(const dbase::Schema& now, const dbase::Schema& then) {
            });
 }
 
+/// The values of some columns in the row of an entry, before it if it was there.
+std::string valuesOf(const dbase::Schema& schema, std::span<const std::size_t> columns,
+                     const UndoEntry& entry) {
+    const std::vector<char>& row = entry.before.empty() ? entry.after : entry.before;
+    std::string values;
+    for (const std::size_t position : columns) {
+        const dbase::Column& column = schema.columns[position];
+        values += dbase::withoutTrailingBlanks({row.data() + column.offset, column.width});
+        values += '\t';
+    }
+    return values;
+}
+
 constexpr const char* isLocked = "otro usuario la está modificando; espere y repita la orden";
 constexpr const char* isChanged = "se ha cambiado desde entonces";
 constexpr const char* isGone = "la fila ya no está";
@@ -29,8 +43,8 @@ constexpr const char* hasTwins = "hay varias filas que pueden ser ésta";
 
 UndoneTable::UndoneTable(const UndoTable& then, const std::string& path, UndoTotals& totals,
                          Observer observer)
-    : table_(dbase::Table::open(path)), key_(then.key), totals_(totals), observer_(std::move(observer)),
-      posts_(table_) {
+    : table_(dbase::Table::open(path)), key_(then.key), tie_(then.tie), isOfWholeRows_(then.isOfWholeRows),
+      totals_(totals), observer_(std::move(observer)), posts_(table_) {
     if (!hasColumnsOf(table_->schema(), then.schema)) {
         throw Failure(path + ": no tiene las columnas de la tabla que se cambió; no se deshace nada");
     }
@@ -56,14 +70,45 @@ void UndoneTable::undo(const UndoEntry& entry) {
     }
 }
 
+bool UndoneTable::staysWith(const UndoneTable& companion, const UndoEntry& entry) {
+    if (!companion.left_.contains(valuesOf(table_->schema(), key_, entry))) {
+        return false;
+    }
+    leave(entry, {}, entry.number,
+          "su fila en " + dbase::baseName(companion.table_->path()) + " no se ha tocado");
+    return true;
+}
+
 void UndoneTable::undoChange(const UndoEntry& entry) {
     const Row row = liveRowAt(entry.number);
     if (!row.empty() && agree(row, entry.after)) {
         post(entry, {entry.number, row}, putBackInto(entry, row));
     } else if (!row.empty() && agree(row, entry.before)) {
         ++totals_.asBefore;
+    } else if (isOfWholeRows_) {
+        undoMovedRow(entry);
     } else {
         undoMovedChange(entry);
+    }
+}
+
+/// As below, of a table of whole rows: a row in which anything else has changed stays.
+void UndoneTable::undoMovedRow(const UndoEntry& entry) {
+    std::vector<Found> found = alike(entry.after);
+    if (found.size() == 1 && agree(found.front().row, entry.after)) {
+        return post(entry, found.front(), entry.before);
+    }
+    if (key_.empty() || !hasSameKey(entry.before, entry.after)) {
+        std::ranges::move(alike(entry.before), std::back_inserter(found));
+    }
+    if (std::ranges::any_of(found, [&](const Found& one) { return agree(one.row, entry.before); })) {
+        ++totals_.asBefore;
+    } else if (found.empty()) {
+        leaveUnfound(entry);
+    } else if (found.size() > 1) {
+        leave(entry, {}, entry.number, hasTwins);
+    } else {
+        leave(entry, found.front().row, found.front().number, isChanged);
     }
 }
 
@@ -264,6 +309,9 @@ void UndoneTable::leaveUnfound(const UndoEntry& entry) {
 void UndoneTable::leave(const UndoEntry& entry, const Row& now, dbase::RecordNumber number,
                         const std::string& reason) {
     ++totals_.leftAlone;
+    if (!tie_.empty() && !now.empty()) { // what is gone contradicts nothing
+        left_.insert(valuesOf(table_->schema(), tie_, entry));
+    }
     const dbase::CodePage& page = dbase::CodePage::ofDriver(table_->schema().languageDriver);
     LeftAlone left{
         .table = table_->path(), .number = number, .column = {}, .before = {}, .now = {}, .reason = reason};

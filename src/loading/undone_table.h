@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -41,6 +42,9 @@ public:
 
     /// Errors: dbase::Error; what was put back so far stays.
     void undo(const UndoEntry& entry);
+    /// Leaves the row of an entry alone, and returns true, if the companion (UndoTable) has left its row
+    /// alone.
+    [[nodiscard]] bool staysWith(const UndoneTable& companion, const UndoEntry& entry);
     /// Posts what is pending; everything put back is on the disk afterwards.
     void finish();
 
@@ -58,6 +62,7 @@ private:
 
     void undoChange(const UndoEntry& entry);
     void undoMovedChange(const UndoEntry& entry);
+    void undoMovedRow(const UndoEntry& entry);
     void undoAddition(const UndoEntry& entry);
     void undoDeletion(const UndoEntry& entry);
 
@@ -77,11 +82,13 @@ private:
     [[nodiscard]] std::string text(const dbase::Column& column, std::span<const char> row) const;
 
     std::shared_ptr<dbase::Table> table_;
-    std::vector<std::size_t> key_;
+    std::vector<std::size_t> key_, tie_;
+    bool isOfWholeRows_;
     UndoTotals& totals_;
     Observer observer_;
     RowPosts posts_;
     std::map<dbase::RecordNumber, Pending> pending_;
+    std::set<std::string> left_;    // the ties of rows left alone, if it has any
     std::optional<RowIndex> index_; // from the first row on that is not found by its number
 };
 

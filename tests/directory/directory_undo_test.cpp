@@ -69,6 +69,82 @@ TEST_F(DirectoryUndoTest, WhatUsersChangedOrAddedSinceStaysWhenAnEditionIsTakenB
                      "99000000 CL DEL MOLINO 1-9 0-0 09001 09001 ABAJAS"}));
 }
 
+/// The second edition of the tests with three: the first street has another name.
+SmallEdition renamedEdition() {
+    SmallEdition edition;
+    edition.unit(9001, 101, "ABAJAS", "ABAJAS")
+        .street(9001, 1, "MAYOR NUEVA")
+        .street(9001, 2, "REAL", "AVDA")
+        .stretch(9001, 1, 9001, 1, 9)
+        .stretch(9001, 1, 9001, 2, 8)
+        .stretch(9001, 1, 9002, 11, 19)
+        .stretch(9001, 2, 9002, 1, 5);
+    return edition;
+}
+
+TEST_F(DirectoryUndoTest, UndoingAnEditionBelowALaterOneLeavesTheRowsThatTheLaterOneChanged) {
+    store(firstEdition());
+    const Lines first = everything();
+    store(renamedEdition(), "251231", folder / "second.deshacer");
+    SmallEdition third;
+    third.unit(9001, 101, "ABAJAS", "ABAJAS")
+        .street(9001, 1, "MAYOR NUEVA")
+        .street(9001, 2, "REAL", "AVDA")
+        .stretch(9001, 1, 9001, 1, 9)
+        .stretch(9001, 1, 9001, 2, 8)
+        .stretch(9001, 1, 9003, 11, 19)
+        .stretch(9001, 2, 9002, 1, 5);
+    store(third, "260630", folder / "third.deshacer");
+    const Lines left = undo(folder / "second.deshacer");
+    EXPECT_EQ(left.size(), 2U) << ::testing::PrintToString(left);
+    EXPECT_EQ(streets(), (Lines{firstStreets[0], "09000002 CL MAYOR NUEVA 11-19 0-0 09003 09001 ABAJAS",
+                                firstStreets[2]}));
+    EXPECT_EQ(undo(folder / "third.deshacer"), Lines());
+    static_cast<void>(undo(folder / "second.deshacer"));
+    EXPECT_EQ(everything(), first);
+}
+
+TEST_F(DirectoryUndoTest, TwoEditionsAreTakenBackOneAfterTheOther) {
+    store(firstEdition());
+    const Lines first = everything();
+    store(renamedEdition(), "251231", folder / "second.deshacer");
+    const Lines second = everything();
+    SmallEdition third = renamedEdition();
+    third.street(9001, 3, "NUEVA").stretch(9001, 3, 9001, 1, 3).stretch(9001, 2, 9002, 7, 11);
+    store(third, "260630", folder / "third.deshacer");
+    EXPECT_EQ(undo(folder / "third.deshacer"), Lines());
+    EXPECT_EQ(everything(), second);
+    EXPECT_EQ(undo(folder / "second.deshacer"), Lines());
+    EXPECT_EQ(everything(), first);
+}
+
+TEST_F(DirectoryUndoTest, ARowStaysWithWhatProcedenSaysOfItOrBothArePutBack) {
+    SmallEdition first = firstEdition();
+    store(first.write(official, "250630"), {}, RangeOpening::Ends);
+    SmallEdition second;
+    second.unit(9001, 101, "ABAJAS", "ABAJAS")
+        .street(9001, 1, "MAYOR")
+        .street(9001, 2, "REAL NUEVA", "AVDA")
+        .street(9001, 3, "DEL RIO")
+        .stretch(9001, 1, 9001, 1, 9)
+        .stretch(9001, 1, 9001, 2, 8)
+        .stretch(9001, 1, 9002, 11, 19)
+        .stretch(9001, 2, 9002, 3, 5)
+        .stretch(9001, 3, 9002, 3, 9);
+    store(second.write(official, "251231"), folder / "second.deshacer", RangeOpening::Ends);
+    SmallEdition third = second; // number 1 has been seen: the rows of POSTAL are the same
+    third.stretch(9001, 2, 9002, 1, 1).stretch(9001, 3, 9002, 1, 1);
+    EXPECT_EQ(store(third.write(official, "260630"), {}, RangeOpening::Ends).changes, Lines());
+    const Lines before = everything();
+    EXPECT_NE(undo(folder / "second.deshacer"), Lines());
+    EXPECT_EQ(everything(), before);
+    SmallEdition fourth = third;
+    fourth.stretch(9001, 3, 9002, 2, 8);
+    const Outcome next = store(fourth.write(official, "261231"), {}, RangeOpening::Ends);
+    EXPECT_EQ(next.conflicts, Lines());
+    EXPECT_EQ(next.summary.kept, 0U);
+}
+
 TEST_F(DirectoryUndoTest, AnUndoFileThatExistsIsNotOverwrittenAndNothingChanges) {
     store(firstEdition());
     const Lines before = everything();

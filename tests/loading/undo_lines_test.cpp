@@ -118,7 +118,7 @@ TEST(UndoLines, OfTablesSayTheSameWhenTheyAreRead) {
     table.key = {0, 2};
     const std::string line = withoutEnd(undoLine(table, 4));
     const auto values = undoValues(line);
-    const UndoTable read = readUndoTable(values).value();
+    const UndoTable read = readUndoTable(values, {}).value();
     EXPECT_EQ(values[1], "5");
     EXPECT_EQ(read.path, table.path);
     EXPECT_EQ(read.key, table.key);
@@ -134,6 +134,38 @@ TEST(UndoLines, OfTablesSayTheSameWhenTheyAreRead) {
     }
     const UndoEntry entry = again(table, {UndoKind::Change, 0, 1, row(table, "1"), row(table, "2")});
     EXPECT_EQ(entry.after, row(table, "2"));
+}
+
+TEST(UndoLines, OfTablesOfWholeRowsNameTheirCompanions) {
+    UndoTable streets = customers();
+    streets.key = {0};
+    streets.isOfWholeRows = true;
+    UndoTable origins =
+        tableOf({{"FUENTE", ColumnType::Character, 3, 0, 0}, {"CODIGO", ColumnType::Character, 4, 0, 0}});
+    origins.isOfWholeRows = true;
+    ASSERT_TRUE(makeCompanion(origins, std::span(&streets, 1), 0));
+    const std::string streetLine = withoutEnd(undoLine(streets, 0)),
+                      originLine = withoutEnd(undoLine(origins, 1));
+    EXPECT_EQ(without(streetLine, 17),
+              "FILAS\t1\t/datos/CLIENTES.DBF\t87\tCODIGO\t\tCODIGO C 4 0\tVIA C 10 0");
+    EXPECT_EQ(without(originLine, 17), "FILAS\t2\t/datos/CLIENTES.DBF\t87\t\t1\tFUENTE C 3 0\tCODIGO C 4 0");
+    const std::vector<UndoTable> read = {readUndoTable(undoValues(streetLine), {}).value()};
+    EXPECT_TRUE(read[0].isOfWholeRows);
+    EXPECT_EQ(read[0].companionOf, std::nullopt);
+    const UndoTable companion = readUndoTable(undoValues(originLine), read).value();
+    EXPECT_TRUE(companion.isOfWholeRows);
+    EXPECT_EQ(companion.companionOf, 0U);
+    EXPECT_EQ(companion.tie, std::vector<std::size_t>{1});
+    EXPECT_FALSE(readUndoTable(undoValues(originLine), {})) << "of a table that the file does not have";
+    const UndoTable byColumns = customers();
+    EXPECT_FALSE(readUndoTable(undoValues(originLine), std::span(&byColumns, 1)));
+}
+
+TEST(UndoLines, OfEarlierVersionsAreRead) {
+    using Values = std::vector<std::string_view>;
+    EXPECT_TRUE(isUndoHeading(Values{"AMBREL DESHACER 1", "2026", "x"}));
+    EXPECT_TRUE(isUndoHeading(Values{"AMBREL DESHACER 2", "2026", "x"}));
+    EXPECT_FALSE(isUndoHeading(Values{"AMBREL DESHACER 3", "2026", "x"}));
 }
 
 TEST(UndoLines, ThatMakeNoSenseAreRefused) {
@@ -152,13 +184,13 @@ TEST(UndoLines, ThatMakeNoSenseAreRefused) {
           Values{}}) {
         EXPECT_FALSE(readUndoEntry(values, table)) << ::testing::PrintToString(values);
     }
-    EXPECT_TRUE(readUndoTable(Values{"TABLA", "1", "/t", "87", "A", "A C 4 0"}));
+    EXPECT_TRUE(readUndoTable(Values{"TABLA", "1", "/t", "87", "A", "A C 4 0"}, {}));
     for (const Values& values :
          {Values{"TABLA", "1", "/t", "87", ""}, Values{"TABLA", "1", "/t", "87", "B", "A C 4 0"},
           Values{"TABLA", "1", "/t", "870", "", "A C 4 0"}, Values{"TABLA", "1", "/t", "87", "", "A C 0 0"},
           Values{"TABLA", "1", "/t", "87", "", "A C 4"}, Values{"TABLA", "1", "/t", "87", "", "A CC 4 0"},
           Values{"TABLA", "1", "/t", "87", "", "A C 65535 0"}}) {
-        EXPECT_FALSE(readUndoTable(values)) << ::testing::PrintToString(values);
+        EXPECT_FALSE(readUndoTable(values, {})) << ::testing::PrintToString(values);
     }
 }
 

@@ -195,6 +195,30 @@ TEST_F(Undo, WithAKeyKeepsWhatWasChangedInOtherColumns) {
     EXPECT_NE(rows().find("A1|Anabel|C/ MAIOR|28013\n"), std::string::npos) << rows();
 }
 
+TEST_F(Undo, OfATableOfWholeRowsLeavesThoseInWhichAnythingHasChanged) {
+    {
+        const auto table = dbase::Table::open(file);
+        UndoWriter writer(undoFile, file, "la prueba");
+        const std::size_t position = writer.addTableOfWholeRows(file, table->schema(), code);
+        for (const dbase::RecordNumber number : {2U, 3U, 4U}) {
+            const auto row = storedRecord(*table, number);
+            writer.change(position, number, row, withValue(table->schema(), row, "VIA", "C/ MAYOR"));
+        }
+        writer.sync();
+    }
+    for (const char* const changed : {"A2", "A3", "A4"}) {
+        edit("CLIENTES", changed, "VIA", "C/ MAYOR");
+    }
+    edit("CLIENTES", "A2", "NOMBRE", "Blasa");
+    remove("CLIENTES", "A1");
+    remove("CLIENTES", "A4");
+    EXPECT_EQ(dbase::compactTable(file).dropped, 2U);
+    EXPECT_EQ(undoAll(),
+              "4 :  /  (la fila ya no está)\n1 VIA: C/ SOL / C/ MAYOR (se ha cambiado desde entonces)\n"
+              "1 put back, 0 as before, 2 left");
+    EXPECT_EQ(rows(), "A2|Blasa|C/ MAYOR|28013\nA3|Clara|C/ LUNA|28014\n");
+}
+
 TEST_F(Undo, WithoutAKeyLeavesARowThatMayBeAnotherOne) {
     Batch batch(file, undoFile);
     batch.set(1, "VIA", "C/ MAYOR").finish();
