@@ -72,6 +72,7 @@ bool WriteScope::isDue() const {
 
 void WriteScope::drop() noexcept {
     isOpen_ = false;
+    counter_ = 0;
     table_.records_.show(nullptr);
     tags_.reset();
 }

@@ -216,6 +216,26 @@ TEST_F(WriteScopeTest, AddingWhileAnotherProgramAddsFailsAndDropsWhatWasGathered
     EXPECT_FALSE(isLocked());
 }
 
+TEST_F(WriteScopeTest, AfterAFailedChangeACursorShowsNothingThatItReadAheadOfIt) {
+    const ambrel::test::LockPatience patience(milliseconds(1));
+    openBoth();
+    other.setTag("NAME");
+    const auto foreign = openFile(folder / "TOWNS.DBF", OpenMode::ReadWrite);
+    const WriteScope scope = together();
+    place(towns, 3);
+    change(towns, {{"NAME", "TOLEDO"}});
+    other.first();
+    while (name(other) != "MADRID") {
+        ASSERT_TRUE(other.next());
+    }
+    ASSERT_TRUE(foreign->tryLock(appendLock, LockKind::Exclusive));
+    towns.append();
+    EXPECT_EQ(codeOf([&] { towns.post(); }), ErrorCode::LockTimeout);
+    EXPECT_TRUE(other.next());
+    EXPECT_EQ(name(other), "VALENCIA");
+    towns.cancel();
+}
+
 TEST_F(WriteScopeTest, ARecordChangedStaysLockedForProgramsThatKnowOnlyRecordLocks) {
     openBoth();
     {
