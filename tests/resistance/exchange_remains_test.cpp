@@ -206,6 +206,20 @@ TEST_F(ExchangeRemains, ATableThatAnotherProgramHasChangedSinceStaysWithItsRow) 
     expectNotice("PUEBLOS.DBF");
 }
 
+TEST_F(ExchangeRemains, ATableThatAnotherProgramChangedAfterItWasExchangedStaysAndTheOthersFollow) {
+    stopDecided();
+    for (const char* const file : {"CALLES.DBF", "CALLES.MDX"}) { // the program was stopped after these
+        fs::rename(path(std::string(file) + ".nuevo"), path(file));
+    }
+    Bytes records = readFile(path("CALLES.DBF"));
+    records[records.size() - 2] = 'X'; // of the last row
+    writeFile(path("CALLES.DBF"), records);
+    expectAuthors(authorsAfter);
+    EXPECT_EQ(readFile(path("CALLES.DBF")), records);
+    expectNotice("CALLES.DBF");
+    EXPECT_EQ(notices_.find("PUEBLOS"), std::string::npos) << notices_;
+}
+
 TEST_F(ExchangeRemains, NewFilesThatAreMissingOrOthersLeaveTheOldTables) {
     const std::vector<std::function<void(const std::string&)>> harms{
         [](const std::string& file) { fs::remove(file); },

@@ -45,7 +45,8 @@ public:
             heldNew_ = folders_.open(files_.newTable, OpenMode::ReadWrite);
             holdLock(*heldNew_, openingLock, LockKind::Exclusive);
         }
-        isRight_ = hasRightRecords() && hasRightIndex();
+        const bool areRecordsRight = hasRightRecords();
+        isRight_ = hasRightIndex() && areRecordsRight; // the index alone may show that it was exchanged
     }
 
     /// Whether its files are those of the intention.
