@@ -23,6 +23,7 @@
 #include "dbase/table/exchange_intention.h"
 #include "dbase/table/table_creation.h"
 #include "dbase/table/table_exchange.h"
+#include "support/LockPatience.h"
 #include "support/LongForm.h"
 #include "support/Seed.h"
 #include "support/TemporaryFolder.h"
@@ -386,6 +387,18 @@ TEST_F(ExchangeRemains, AreFoundByAStationThatHasJustSeenThatThereWereNone) {
     station.rememberAsMissing("/datos/INTENCION.AMI");
     EXPECT_EQ(authorsIn(folder, 0, station), authorsBefore);
     EXPECT_FALSE(station.exists("/datos/INTENCION.AMI")) << "asking for it leaves none";
+}
+
+TEST_F(ExchangeRemains, ThatAppearWhileAnotherTableIsExchangedAreCompletedFirst) {
+    const ambrel::test::LockPatience patience(std::chrono::milliseconds(100));
+    RecordingFolders station(decided_);
+    createTable(station, folder, exchangedDefinition("OTRA"));
+    station.rememberAsMissing("/datos/INTENCION.AMI");
+    TableExchange exchange({"/datos/OTRA.DBF"}, station);
+    BulkLoader(exchange.table(0)).finish();
+    exchange.commit();
+    EXPECT_FALSE(station.exists("/datos/INTENCION.AMI"));
+    EXPECT_EQ(authorsIn(folder, 0, station), authorsAfter);
 }
 
 // --- Several users

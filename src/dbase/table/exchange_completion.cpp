@@ -228,7 +228,8 @@ std::unique_ptr<File> createIntention(const std::string& folder, const Intention
     for (const std::string& model : models) { // the one that fewest may write will do
         std::unique_ptr<File> file;
         do {
-            completeExchange(folder, folders); // of other tables
+            file.reset(); // with the lock of an intention that others left, which has to be completed first
+            completeExchange(folder, folders);
             file = holdCompanion(folders, path, model, lockIntention);
         } while (file->size() > 0);
         if (isTrusted(*file, intention, folders)) {
