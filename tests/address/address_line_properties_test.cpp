@@ -5,6 +5,7 @@
 #include <random>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -22,9 +23,10 @@ using ambrel::suggest::isDigit;
 
 /// Words that say what another word is, and that a reading may leave out when it has understood them.
 const std::set<std::string>& marks() {
-    static const std::set<std::string> words{
-        "N",  "NO",  "NUM", "NUMS", "NUMERO", "NRO", "ZK", "ZENB",   "KM",     "KMS", "PK", "QM", "S",
-        "SN", "SNO", "SIN", "CP",   "DP",     "E",   "ES", "CODIGO", "POSTAL", "Y",   "I",  "A",  "AL"};
+    static const std::set<std::string> words{"N",    "NO",     "NUM",    "NUMS", "NUMERO", "NRO", "ZK",
+                                             "ZENB", "KM",     "KMS",    "KMT",  "SNUM",   "PK",  "QM",
+                                             "S",    "SN",     "SNO",    "SIN",  "CP",     "DP",  "E",
+                                             "ES",   "CODIGO", "POSTAL", "Y",    "I",      "A",   "AL"};
     return words;
 }
 
@@ -49,20 +51,43 @@ std::string joined(const AddressParts& parts) {
 
 std::string utf8(const std::string& text) { return dbase::CodePage::windows1252().toUtf8(text); }
 
-/// The words of a text that are no marks, split as simply as possible.
-std::string withoutMarks(const std::string& text) {
-    std::string kept, word;
+/// The words of a text, split as simply as possible: runs of letters and runs of digits.
+std::vector<std::string> wordsOf(const std::string& text) {
+    std::vector<std::string> words;
+    std::string word;
     for (const char c : text + ' ') {
         const auto byte = static_cast<unsigned char>(c);
         const bool isSign = byte == 0xBA || byte == 0xAA; // "nº", "1ºE-28009"
         const char letter = isSign ? '\0' : ambrel::suggest::foldedLetter(c);
         const bool isLetter = letter != 0 && letter != ambrel::suggest::dropped;
         const bool goesOn = isLetter && !word.empty() && isDigit(word.back()) == isDigit(letter);
-        if (!goesOn) {
-            kept += marks().contains(word) ? "" : word;
-            word.clear();
+        if (!goesOn && !word.empty()) {
+            words.push_back(std::exchange(word, {}));
         }
         word.append(isLetter ? 1 : 0, letter);
+    }
+    return words;
+}
+
+/// The words of a text that are in no mark, whether it is one word or written with dots: "P.K.", "s/num",
+/// "nº".
+std::string withoutMarks(const std::string& text) {
+    constexpr std::size_t longestMark = 3; // words
+    const std::vector<std::string> words = wordsOf(text);
+    std::vector<bool> isOfMark(words.size());
+    for (std::size_t first = 0; first < words.size(); ++first) {
+        std::string mark;
+        for (std::size_t next = first; next < std::min(first + longestMark, words.size()); ++next) {
+            mark += words[next];
+            if (marks().contains(mark)) {
+                std::fill(isOfMark.begin() + std::ptrdiff_t(first),
+                          isOfMark.begin() + std::ptrdiff_t(next) + 1, true);
+            }
+        }
+    }
+    std::string kept;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        kept += isOfMark[i] ? "" : words[i];
     }
     return kept;
 }
@@ -130,6 +155,15 @@ protected:
     const unsigned seed_ = ambrel::test::seedOfThisRun();
     std::mt19937 random_{seed_};
 };
+
+TEST_F(AddressLinePropertiesTest, MarksMayBeWrittenWithDots) {
+    for (const char* const text :
+         {"Carretera de Burgos P.K. 4", "Carretera de Burgos pk 4", "Calle Mayor s/n.o"}) {
+        for (const AddressParts& parts : ambrel::readAddressLine(text)) {
+            expectNothingDropped(text, parts);
+        }
+    }
+}
 
 TEST_F(AddressLinePropertiesTest, NothingIsDroppedByAnyReading) {
     for (int i = 0; i < 20'000 && !HasFailure(); ++i) {
