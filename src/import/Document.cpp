@@ -1,6 +1,7 @@
 // Parses, checks and saves answers as XML documents.
 #include "import/Document.h"
 
+#include <algorithm>
 #include <optional>
 #include <pugixml.hpp>
 #include <stdexcept>
@@ -18,29 +19,38 @@ constexpr int deepestLevel = 16;
 /// more than the received one.
 constexpr int mostNodes = 1'000'000;
 
-/// Walks without recursion, because the depth is yet unchecked.
-bool isTooLarge(const pugi::xml_document& tree) {
-    int depth = 0, nodes = 0;
+/// How many nodes a document has, itself included, and on how many levels below it they are.
+struct Extent {
+    int nodes = 0, levels = 0;
+};
+
+/// Nothing if it passes the limits. Walks without recursion, because the depth is yet unchecked.
+std::optional<Extent> extentOf(const pugi::xml_document& tree) {
+    Extent extent;
+    int depth = 0;
     pugi::xml_node node = tree;
     while (true) {
-        if (++nodes > mostNodes) {
-            return true;
+        if (++extent.nodes > mostNodes) {
+            return std::nullopt;
         }
-        if (const pugi::xml_node child = node.first_child()) {
-            if (++depth > deepestLevel) {
-                return true;
+        pugi::xml_node next = node.first_child();
+        if (next) {
+            extent.levels = std::max(extent.levels, ++depth);
+            if (depth > deepestLevel) {
+                return std::nullopt;
             }
-            node = child;
-            continue;
         }
-        while (depth > 0 && !node.next_sibling()) {
-            node = node.parent();
-            --depth;
+        while (!next && depth > 0) {
+            next = node.next_sibling();
+            if (!next) {
+                node = node.parent();
+                --depth;
+            }
         }
-        if (depth == 0) {
-            return false;
+        if (!next) {
+            return extent;
         }
-        node = node.next_sibling();
+        node = next;
     }
 }
 
@@ -56,11 +66,11 @@ void declareUtf8(pugi::xml_document& tree) {
     }
 }
 
-void parse(pugi::xml_document& tree, std::string_view text, pugi::xml_encoding encoding,
-           unsigned int options = pugi::parse_default) {
+Extent parse(pugi::xml_document& tree, std::string_view text, pugi::xml_encoding encoding,
+             unsigned int options = pugi::parse_default) {
     tree.reset();
     if (isBlank(text)) {
-        return;
+        return {};
     }
     const pugi::xml_parse_result result =
         tree.load_buffer(text.data(), text.size(), options | pugi::parse_declaration, encoding);
@@ -69,14 +79,16 @@ void parse(pugi::xml_document& tree, std::string_view text, pugi::xml_encoding e
         throw std::runtime_error("La respuesta no es un documento XML válido (byte " +
                                  std::to_string(result.offset) + ").");
     }
-    if (isTooLarge(tree)) {
+    const std::optional<Extent> extent = extentOf(tree);
+    if (!extent) {
         tree.reset();
         throw std::runtime_error("La respuesta tiene demasiados elementos o niveles.");
     }
     declareUtf8(tree);
+    return *extent;
 }
 
-constexpr const char* indent = "        ";
+constexpr std::string_view indent = "        ";
 
 /// A document without nodes is filed as an empty file: a declaration alone is not a document.
 unsigned int filedFormat(const pugi::xml_document& tree) {
@@ -91,8 +103,16 @@ struct Size : pugi::xml_writer {
 
 std::size_t filedSize(const pugi::xml_document& tree) {
     Size size;
-    tree.save(size, indent, filedFormat(tree), pugi::encoding_utf8);
+    tree.save(size, indent.data(), filedFormat(tree), pugi::encoding_utf8);
     return size.bytes;
+}
+
+/// No document received in so many bytes is filed in more: each byte takes at most six ("&quot;"), each node
+/// two lines, and a declaration may be added.
+std::size_t mostFiled(std::size_t received, const Extent& extent) {
+    constexpr std::size_t ofByte = 6, ofLine = 8, ofDeclaration = 64;
+    const std::size_t line = static_cast<std::size_t>(extent.levels) * indent.size() + ofLine;
+    return received * ofByte + static_cast<std::size_t>(extent.nodes) * 2 * line + ofDeclaration;
 }
 
 } // namespace
@@ -102,9 +122,9 @@ DirectoryDocument::DirectoryDocument() : tree_(std::make_unique<pugi::xml_docume
 DirectoryDocument::~DirectoryDocument() = default;
 
 void DirectoryDocument::load(std::string_view utf8) {
-    parse(*tree_, utf8, pugi::encoding_utf8);
-    if (filedSize(*tree_) <= largestAnswer) {
-        return;
+    const Extent extent = parse(*tree_, utf8, pugi::encoding_utf8);
+    if (mostFiled(utf8.size(), extent) <= largestAnswer || filedSize(*tree_) <= largestAnswer) {
+        return; // writing it out to count takes longer than reading it
     }
     clear();
     throw std::runtime_error("La respuesta es demasiado grande para guardarla.");
@@ -127,7 +147,7 @@ bool DirectoryDocument::hasNodes() const { return !tree_->first_child().empty();
 void DirectoryDocument::save(const std::string& path) const {
     dbase::FileSizeSignal::lookForLimit();
     const dbase::FileSizeSignal signal;
-    if (!tree_->save_file(path.c_str(), indent, filedFormat(*tree_), pugi::encoding_utf8)) {
+    if (!tree_->save_file(path.c_str(), indent.data(), filedFormat(*tree_), pugi::encoding_utf8)) {
         throw std::runtime_error("No se puede guardar " + path + ".");
     }
 }
