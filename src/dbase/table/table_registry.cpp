@@ -42,14 +42,24 @@ std::map<Identity, std::weak_ptr<Table>>& openTables() {
 } // namespace
 
 std::shared_ptr<Table> Table::open(const std::string& path, Folders& folders) {
-    const std::string real = folders.realPath(path);
-    if (const std::optional<FileStatus> status = folders.statusOf(real)) {
+    // The names of a table whose index was replaced lead elsewhere: it is of no use to anybody.
+    for (const auto& [identity, open] : openTables()) {
+        const std::shared_ptr<Table> table = open.lock();
+        if (table && table->path() == path && std::get<0>(identity) == &folders &&
+            table->names_->leadHere()) {
+            return table; // without looking the name up: that it leads here says the same
+        }
+    }
+    const std::optional<FileStatus> status = folders.statusOf(path);
+    if (status) {
         const auto found = openTables().find(identityOf(folders, *status));
         const std::shared_ptr<Table> table = found == openTables().end() ? nullptr : found->second.lock();
-        if (table && table->names_->leadHere()) { // one whose index was replaced is of no use to anybody
+        if (table && table->names_->leadHere()) {
             return table;
         }
-    } else if (isInExchange(real, folders)) { // it would have come with other tables
+    }
+    const std::string real = folders.realPath(path);
+    if (!status && isInExchange(real, folders)) { // it would have come with other tables
         concludeExchangeOf(real, folders);
     }
     const LockWaits waits;
