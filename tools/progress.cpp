@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <utility>
 
@@ -31,6 +32,7 @@ std::string durationText(std::chrono::seconds duration) {
 std::string workText(std::uint64_t rows, double share, std::chrono::milliseconds elapsed) {
     constexpr std::size_t width = 20;
     std::string text;
+    share = std::isfinite(share) ? std::min(share, 1.0) : -1;
     if (share >= 0) {
         const auto filled = static_cast<std::size_t>(share * static_cast<double>(width));
         const std::string percent = std::to_string(static_cast<int>(share * 100));
@@ -42,9 +44,9 @@ std::string workText(std::uint64_t rows, double share, std::chrono::milliseconds
     if (seconds > 0) {
         text += "  " + std::to_string(static_cast<std::uint64_t>(static_cast<double>(rows) / seconds)) + "/s";
     }
-    if (share > 0 && seconds >= 1) {
-        text += "  quedan " + durationText(std::chrono::seconds(
-                                  static_cast<std::int64_t>(seconds / share * (1 - share) + 0.5)));
+    constexpr double foreseeable = 360'000; // a hundred hours, in seconds
+    if (const double left = seconds / share * (1 - share); share > 0 && seconds >= 1 && left < foreseeable) {
+        text += "  quedan " + durationText(std::chrono::seconds(static_cast<std::int64_t>(left + 0.5)));
     }
     return text;
 }

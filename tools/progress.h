@@ -8,7 +8,8 @@
 namespace ambcp {
 
 /// How far a task is that takes some time: "[#####-----]  50 %  12000 filas  4000/s  quedan 0:03". `share`:
-/// negative if not known, and then neither bar nor the time left is shown.
+/// of 1, which a file that grows may pass; negative or no finite number if not known, and then neither bar
+/// nor the time left is shown.
 [[nodiscard]] std::string workText(std::uint64_t rows, double share, std::chrono::milliseconds elapsed);
 
 /// Writes to standard error, and only when that is a terminal. Its destruction removes the line.

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdio>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <string>
 
@@ -71,6 +72,14 @@ TEST(ProgressLine, WorkShowsRowsShareRateAndTimeLeft) {
     EXPECT_EQ(workText(1000, 0.001, 10s), "[--------------------]   0 %  1000 filas  100/s  quedan 2:46:30");
     EXPECT_EQ(workText(1000, -1, 10s), "1000 filas  100/s") << "of a pipe";
     EXPECT_EQ(workText(0, 0, 0s), "[--------------------]   0 %  0 filas");
+}
+
+TEST(ProgressLine, AShareOutsideOfTheWholeIsShownAsTheWholeOrNotAtAll) {
+    using namespace std::chrono_literals;
+    EXPECT_EQ(workText(10, 1.5, 2s), workText(10, 1, 2s)) << "of a file that grew meanwhile";
+    EXPECT_EQ(workText(10, std::numeric_limits<double>::infinity(), 2s), workText(10, -1, 2s));
+    EXPECT_EQ(workText(10, std::numeric_limits<double>::quiet_NaN(), 2s), workText(10, -1, 2s));
+    EXPECT_EQ(workText(10, 1e-300, 2s), "[--------------------]   0 %  10 filas  5/s");
 }
 
 TEST(ProgressLine, WorkShowsOnATerminal) {
