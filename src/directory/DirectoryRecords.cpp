@@ -1,7 +1,9 @@
 // Columns of the directory's three tables.
 #include "directory/DirectoryRecords.h"
 
+#include <algorithm>
 #include <array>
+#include <limits>
 
 #include "data/TableDefinitions.h"
 #include "directory/FixedLine.h"
@@ -23,6 +25,7 @@ enum { Code, PostalCode, SingleCode, Capital, Name, Province, Number, IsEntity, 
 }
 
 constexpr std::size_t printDigits = 16;
+constexpr std::uint32_t mostBound = std::numeric_limits<Bounds::value_type>::max();
 
 std::string printText(Fingerprint print) {
     std::string text(printDigits, '0');
@@ -115,8 +118,8 @@ std::optional<PlaceCode> StreetRecord::place(std::span<const char> record) const
 Bounds StreetRecord::bounds(std::span<const char> record) const {
     Bounds bounds{};
     for (std::size_t i = 0; i < bounds.size(); ++i) {
-        bounds[i] =
-            static_cast<std::uint16_t>(form_.number(street::FirstBound + i, record).value_or(0) & 0xFFFFU);
+        const std::uint32_t bound = form_.number(street::FirstBound + i, record).value_or(0);
+        bounds[i] = static_cast<std::uint16_t>(std::min(bound, mostBound)); // six digits hold more
     }
     return bounds;
 }

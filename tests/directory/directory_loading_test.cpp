@@ -137,6 +137,25 @@ TEST_F(DirectoryLoadingTest, UsersOwnStreetsStayWhateverTheEditionSays) {
     EXPECT_EQ(everything(), before);
 }
 
+TEST_F(DirectoryLoadingTest, AUsersStreetWithoutEndHasAllNumbers) {
+    store(firstEdition());
+    addStreet({{"CODIGO1", "99000000"},
+               {"PROVINCIA", "09"},
+               {"CAPITAL", "9"},
+               {"TIPO_VIA", "CL"},
+               {"VIA", "DEL MOLINO"},
+               {"IMPAR_INI", "1"},
+               {"IMPAR_FIN", "65536"},
+               {"PAR_INI", "0"},
+               {"PAR_FIN", "0"},
+               {"CODPOSTAL", "09001"},
+               {"MUNICIPI", "ABAJAS"},
+               {"COD_INE", "09001"}});
+    SmallEdition next = firstEdition();
+    next.street(9001, 10, "DEL MOLINO").stretch(9001, 10, 9001, 3, 7);
+    EXPECT_EQ(storeNext(next).changes, Lines());
+}
+
 TEST_F(DirectoryLoadingTest, AnOfficialStretchThatSharesNumbersWithAUsersStreetIsNotAdded) {
     store(firstEdition());
     const auto add = [](const char* key, const char* type, const char* name, const char* first,
