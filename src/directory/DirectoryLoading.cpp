@@ -49,6 +49,13 @@ private:
     std::unordered_map<std::string, std::vector<PlaceCode>> places_;
 };
 
+/// Errors: dbase::Error, such as NotFound.
+std::unique_ptr<StoredRows> rowsOf(const std::string& folder, const std::string& table) {
+    return std::make_unique<StoredRows>(
+        dbase::findTableFile(folder, table).value_or(folder + '/' + table + ".DBF"),
+        StoredRows::Others::Change);
+}
+
 } // namespace
 
 DirectoryLoading::DirectoryLoading(const std::string& database, const std::string& folder) : folder_(folder) {
@@ -58,10 +65,9 @@ DirectoryLoading::DirectoryLoading(const std::string& database, const std::strin
         types_.push_back(
             {types.field("CODIGO").text(), types.field("NOMBRE").text(), types.field("NOMBRE_CAT").text()});
     });
-    const auto file = dbase::findTableFile(folder, "MUNICIPI").value_or(folder + "/MUNICIPI.DBF");
-    const StoredRows municipalities(file, StoredRows::Others::Change);
-    const PlaceRecord record(municipalities.schema());
-    municipalities.forEach([&](dbase::RecordNumber, std::span<const char> row) {
+    const auto municipalities = rowsOf(folder, "MUNICIPI");
+    const PlaceRecord record(municipalities->schema());
+    municipalities->forEach([&](dbase::RecordNumber, std::span<const char> row) {
         const auto place = record.isEntity(row) ? std::nullopt : record.place(row);
         if (place) {
             known_.try_emplace(*place, record.name(row));
@@ -117,11 +123,8 @@ LoadSummary DirectoryLoading::run(RangeOpening opening, const StoredTables& tabl
 
 LoadSummary DirectoryLoading::simulate(RangeOpening opening, const LoadObserver& observer) {
     dbase::completeExchange(folder_);
-    const auto present = [&](const char* name) {
-        const auto file = dbase::findTableFile(folder_, name);
-        return file ? std::make_unique<StoredRows>(*file, StoredRows::Others::Change) : nullptr;
-    };
-    const auto streets = present("POSTAL"), places = present("MUNICIPI"), provenance = present("PROCEDEN");
+    const auto streets = rowsOf(folder_, "POSTAL"), places = rowsOf(folder_, "MUNICIPI"),
+               provenance = dbase::findTableFile(folder_, "PROCEDEN") ? rowsOf(folder_, "PROCEDEN") : nullptr;
     NoTableChanges changes;
     return run(opening, {streets.get(), places.get(), provenance.get()}, changes, observer);
 }

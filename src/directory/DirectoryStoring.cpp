@@ -35,7 +35,8 @@ DirectoryStoring::DirectoryStoring(const std::string& folder, const std::string&
     for (std::size_t i = 0; i < parts_.size(); ++i) {
         Part& part = parts_.at(i);
         const std::string& file = exchange_.table(i).tableFile();
-        if (dbase::diskFolders().exists(file)) {
+        const bool mayBeMissing = static_cast<DirectoryTable>(i) == DirectoryTable::Provenance;
+        if (!mayBeMissing || dbase::diskFolders().exists(file)) {
             part.present = std::make_unique<StoredRows>(file, StoredRows::Others::AreKeptOut);
             part.writing = std::make_unique<TableWriting>(exchange_.table(i), part.present->recordCount());
         } else {

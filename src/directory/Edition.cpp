@@ -129,12 +129,14 @@ void Edition::readPseudoStreets(const std::string& path) {
 }
 
 void Edition::readUnits(const std::string& path) {
-    readFile(path, FileKind::Units, [&](const FixedLine& line, const Layout&, std::uint64_t) {
+    readFile(path, FileKind::Units, [&](const FixedLine& line, const Layout&, std::uint64_t) -> Refusal {
         UnitLine unit;
         const Refusal refusal = read(line, unit);
         if (refusal == nullptr && isWanted(unit.place)) {
             places_.addMunicipality(unit.place, unit.municipality);
-            places_.addUnit(unit.place, unit.unit, unit.entity, unit.nucleus);
+            if (!places_.addUnit(unit.place, unit.unit, unit.entity, unit.nucleus)) {
+                return "la unidad tiene más de diez nombres";
+            }
         }
         return refusal;
     });

@@ -34,6 +34,8 @@ struct OfficialKey {
 
 /// A row of MUNICIPI: a municipality, or one of the names of one of its units, with a postal code.
 struct OfficialPlaceKey {
+    static constexpr std::size_t mostNames = 10; // of a unit: `name` is one digit
+
     PlaceCode place = 0;
     bool isEntity = false;
     std::uint32_t unit = 0; // 0 for a municipality

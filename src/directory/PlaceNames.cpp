@@ -39,7 +39,7 @@ void PlaceNames::addMunicipality(PlaceCode place, std::string_view name) {
     places_.try_emplace(place, tableName(name));
 }
 
-void PlaceNames::addUnit(PlaceCode place, std::uint32_t unit, std::string_view entity,
+bool PlaceNames::addUnit(PlaceCode place, std::uint32_t unit, std::string_view entity,
                          std::string_view nucleus) {
     std::vector<std::string>& names = units_[unitOf(place, unit)];
     for (const std::string_view name : {entity, nucleus}) {
@@ -47,9 +47,13 @@ void PlaceNames::addUnit(PlaceCode place, std::uint32_t unit, std::string_view e
             continue;
         }
         if (std::string plain = tableName(name); std::ranges::find(names, plain) == names.end()) {
+            if (names.size() == OfficialPlaceKey::mostNames) {
+                return false;
+            }
             names.push_back(std::move(plain));
         }
     }
+    return true;
 }
 
 void PlaceNames::setUnitName(const OfficialPlaceKey& unit, std::string name) {

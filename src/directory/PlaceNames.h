@@ -30,8 +30,9 @@ class PlaceNames {
 public:
     void addMunicipality(PlaceCode place, std::string_view name);
     /// The singular entity and the nucleus of a unit; "*DISEMINADO*", which names scattered houses, counts as
-    /// none.
-    void addUnit(PlaceCode place, std::uint32_t unit, std::string_view entity, std::string_view nucleus);
+    /// none. False if the unit has more different names than an official key tells apart; it keeps the first
+    /// ones.
+    bool addUnit(PlaceCode place, std::uint32_t unit, std::string_view entity, std::string_view nucleus);
 
     /// Empty for a municipality that was not added.
     [[nodiscard]] const std::string& municipality(PlaceCode place) const;

@@ -42,11 +42,11 @@ private:
     std::unique_ptr<dbase::TableFile> file_;
 };
 
-/// The tables as they are; null where there is none yet.
+/// The tables as they are.
 struct StoredTables {
     const StoredRows* streets = nullptr;
     const StoredRows* places = nullptr;
-    const StoredRows* provenance = nullptr;
+    const StoredRows* provenance = nullptr; // null before the first edition
 };
 
 /// Reports now and then that a row of a table is being read.

@@ -6,6 +6,7 @@
 #include "data/TableDefinitions.h"
 #include "dbase/dataset/dataset.h"
 #include "dbase/dataset/row_walk.h"
+#include "dbase/system/error.h"
 #include "directory/DirectoryTest.h"
 #include "loading/failure.h"
 
@@ -88,6 +89,29 @@ TEST_F(BrokenEditionsTest, AFileOfStreetsThatLacksManyIsRefusedInTheFirstEdition
               std::string::npos);
     EXPECT_EQ(streets(), Lines());
     EXPECT_EQ(refusalOf(village(300, 300, 290)), "");
+}
+
+TEST_F(BrokenEditionsTest, AUnitWithMoreNamesThanItsKeysCanTellApartIsReported) {
+    SmallEdition edition = village(1200);
+    for (int i = 1; i <= 300; ++i) {
+        edition.unit(9001, 202, "ABAJAS", "ALDEA " + std::to_string(i));
+    }
+    const std::string refusal = refusalOf(edition);
+    EXPECT_NE(refusal.find("la unidad tiene más de diez nombres"), std::string::npos) << refusal;
+}
+
+TEST_F(BrokenEditionsTest, WithoutItsTablesNothingIsLoadedAndNoneIsMade) {
+    for (const std::string table : {"POSTAL", "MUNICIPI"}) {
+        for (const std::string extension : {".DBF", ".MDX"}) {
+            std::filesystem::rename(folder / (table + extension), folder / (table + extension + "_"));
+        }
+        EXPECT_THROW(simulate(firstEdition()), dbase::Error) << table;
+        EXPECT_THROW(store(firstEdition()), dbase::Error) << table;
+        EXPECT_FALSE(std::filesystem::exists(folder / (table + ".DBF")));
+        for (const std::string extension : {".DBF", ".MDX"}) {
+            std::filesystem::rename(folder / (table + extension + "_"), folder / (table + extension));
+        }
+    }
 }
 
 TEST_F(BrokenEditionsTest, TheRowThatAUserRenamedDoesNotNameTheOthersOfItsStreet) {

@@ -51,6 +51,23 @@ TEST(PlaceNames, LongNamesInThirtyCharactersKeepMunicipalitiesApart) {
     EXPECT_EQ(rows[0].name.size(), 48U);
 }
 
+TEST(PlaceNames, AUnitHasTenNamesAtMostAsManyAsItsKeysCanTellApart) {
+    PlaceNames names;
+    names.addMunicipality(9001, "Abajas");
+    names.addCode(9001, 202, 9141);
+    unsigned taken = 0;
+    for (int i = 0; i < 300; ++i) {
+        taken += names.addUnit(9001, 202, "ALDEA " + std::to_string(i), "") ? 1 : 0;
+    }
+    EXPECT_EQ(taken, 10U);
+    EXPECT_TRUE(names.addUnit(9001, 202, "ALDEA 0", "")) << "which it has already";
+    const std::vector<PlaceRow> rows = names.rows();
+    EXPECT_EQ(rows.size(), 11U) << "with the municipality";
+    for (const PlaceRow& row : rows) {
+        EXPECT_EQ(OfficialPlaceKey::fromText(row.official.text()), row.official) << row.name;
+    }
+}
+
 TEST(PlaceNames, ProvincialCapitalsAreKnown) {
     for (const PlaceCode place : {1059U, 28079U, 51001U, 52001U, 38038U}) {
         EXPECT_TRUE(isCapital(place)) << place;
