@@ -67,6 +67,7 @@ int main(int argc, char** argv) {
     reporter.printRatio("seek_scope_vs_sqlite_wal", "seek_scope/ours", "seek_scope/sqlite_wal");
     reporter.printRatio("seek_scope_vs_lmdb", "seek_scope/ours", "seek_scope/lmdb");
     reporter.printRatio("scan_vs_sqlite", "scan/ours", "scan/sqlite");
+    reporter.printRatio("scan_scope_vs_sqlite", "scan_scope/ours", "scan/sqlite");
     reporter.printRatio("insert_off_vs_sqlite", "insert_off/ours", "insert_off/sqlite");
     reporter.printRatio("insert_full_vs_sqlite", "insert_full/ours", "insert_full/sqlite");
     reporter.printRatio("load_vs_sqlite", "load/ours", "bulk/sqlite");
