@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "dbase/dbf/codepage.h"
-#include "suggest/WordLists.h"
+#include "suggest/Abbreviation.h"
 
 namespace ambrel::directory {
 namespace {
@@ -20,23 +20,6 @@ char withoutAccent(char letter) {
                                        "EEEEIIII\xD0\xD1OOOOO\xD7\xD8UUU\xDCY";
     const auto byte = static_cast<unsigned char>(letter);
     return byte >= 0xC0 && byte <= 0xDD ? plain[byte - 0xC0U] : letter;
-}
-
-/// The name with usual short forms, no longer than the width if they suffice.
-std::string abbreviated(const std::string& name, std::size_t width) {
-    const auto& lists = suggest::WordLists::builtIn();
-    std::string text = name;
-    std::size_t end = text.size();
-    while (text.size() > width && end > 0) {
-        const std::size_t blank = text.rfind(' ', end - 1);
-        const std::size_t begin = blank == std::string::npos ? 0 : blank + 1;
-        const std::string_view shorter = lists.shortFormOf(std::string_view(text).substr(begin, end - begin));
-        if (!shorter.empty()) {
-            text.replace(begin, end - begin, shorter);
-        }
-        end = blank == std::string::npos ? 0 : blank;
-    }
-    return text;
 }
 
 std::string withoutEndBlanks(std::string_view text) {
@@ -87,7 +70,7 @@ std::vector<std::string> NamesInWidth::settle() {
     std::unordered_map<std::string, std::set<std::string>> wholeNames; // that each shortened name stands for
     for (auto& [key, name] : names) {
         if (name.size() > width_) {
-            settled.push_back(cut(abbreviated(name, width_), width_));
+            settled.push_back(cut(suggest::abbreviated(name, width_), width_));
             wholeNames[settled.back()].insert(name);
         } else {
             settled.push_back(std::move(name));
