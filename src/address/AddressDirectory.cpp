@@ -30,7 +30,8 @@ void dropNeighbours(std::vector<StreetStretch>& stretches, const Municipality& m
 } // namespace
 
 AddressDirectory::AddressDirectory(const std::string& database)
-    : shown_(database, "MUNICIPI", "NOMBRE"), all_(database), streets_(database, "POSTAL", "NOMBREVIA") {
+    : shown_(database, "MUNICIPI", "NOMBRE"), all_(database), streets_(database, "POSTAL", "NOMBREVIA"),
+      shortened_(database) {
     shown_.setAfterOpen(hideMinorEntities);
     shown_.open();
     StreetRows::bindColumns(streets_);
@@ -68,13 +69,40 @@ std::vector<StreetStretch> AddressDirectory::stretches(const Municipality& munic
                                                        const std::string& name) {
     const dbase::ReadScope scope;
     std::vector<StreetStretch> found;
-    if (!name.empty() && name.size() <= streetNameWidth) {
-        for (const std::string& province : municipality.provinces) {
+    for (const std::string& province : municipality.provinces) {
+        if (name.size() > streetNameWidth) {
+            for (const std::string& shortened : shortenedNames(municipality, province, name)) {
+                rows_->addOwn(municipality, province, shortened, found);
+            }
+        } else if (!name.empty()) {
             rows_->addOwn(municipality, province, name, found);
         }
     }
     dropNeighbours(found, municipality);
     return found;
+}
+
+std::vector<std::string> AddressDirectory::shortenedNames(const Municipality& municipality,
+                                                          const std::string& province,
+                                                          const std::string& name) {
+    std::vector<std::string> names;
+    const std::string beginning = beginningOfShortened(name);
+    if (streets_.seek({{"PROVINCIA", province}, {"VIA", beginning}}, dbase::SeekMode::Nearest)) {
+        dbase::forEachRowWhile(
+            streets_,
+            [&] { return streetProvince_.view() == province && street_.view().starts_with(beginning); },
+            [&] {
+                if (isOwn(municipality) && shortened_.isFrom(streetKey_.view(), name)) {
+                    addOnce(names, street_.text());
+                }
+            });
+    }
+    return names;
+}
+
+bool AddressDirectory::isOwn(const Municipality& municipality) const {
+    return municipality.owns(streetCode_.view(),
+                             streetIneCode_ ? streetIneCode_->view() : std::string_view());
 }
 
 bool AddressDirectory::hasStreet(const std::string& name) {
@@ -98,12 +126,8 @@ std::optional<std::string> AddressDirectory::ownName(const Municipality& municip
     const auto goesOn = [&] {
         return streetProvince_.view() == province && street_.view().starts_with(text);
     };
-    const auto isOwn = [&] {
-        return municipality.owns(streetCode_.view(),
-                                 streetIneCode_ ? streetIneCode_->view() : std::string_view());
-    };
     const bool isFound = streets_.seek({{"PROVINCIA", province}, {"VIA", text}}, dbase::SeekMode::Nearest) &&
-                         dbase::walkTo(streets_, goesOn, isOwn);
+                         dbase::walkTo(streets_, goesOn, [&] { return isOwn(municipality); });
     return isFound ? std::optional(street_.text()) : std::nullopt;
 }
 

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "address/ShortenedNames.h"
 #include "address/StreetRows.h"
 #include "data/Municipality.h"
 #include "dbase/dataset/dataset.h"
@@ -34,7 +35,8 @@ public:
 
     /// A municipality's own stretches of the street with exactly this name, in table order. Where it shares a
     /// postal code with another municipality the INE code decides: stretches marked as the other's count only
-    /// if none is marked as its own, because the mark may have been guessed.
+    /// if none is marked as its own, because the mark may have been guessed. A name too long for the table is
+    /// that of the street whose name was shortened from it, as far as PROCEDEN says so.
     [[nodiscard]] std::vector<StreetStretch> stretches(const Municipality& municipality,
                                                        const std::string& name);
     /// Whether any province has a street with exactly this name.
@@ -51,6 +53,12 @@ private:
     [[nodiscard]] std::optional<std::string> ownName(const Municipality& municipality,
                                                      const std::string& province, const std::string& text);
 
+    /// Whether the current row of POSTAL is the municipality's.
+    [[nodiscard]] bool isOwn(const Municipality& municipality) const;
+    /// The municipality's streets in a province whose names were shortened from this one.
+    [[nodiscard]] std::vector<std::string>
+    shortenedNames(const Municipality& municipality, const std::string& province, const std::string& name);
+
     dbase::Dataset shown_; // by name, as the configuration shows them
     dbase::Field& shownName_ = shown_.bindCharacter("NOMBRE", 53);
     dbase::Field& shownCode_ = shown_.bindCharacter("COD_INE", 5);
@@ -58,11 +66,13 @@ private:
     MunicipalityCursor all_; // minor entities included
 
     dbase::Dataset streets_; // by province and name
+    dbase::Field& streetKey_ = streets_.bindCharacter("CODIGO1", 8);
     dbase::Field& streetProvince_ = streets_.bindCharacter("PROVINCIA", 2);
     dbase::Field& street_ = streets_.bindCharacter("VIA", 45);
     dbase::Field& streetCode_ = streets_.bindCharacter("CODPOSTAL", 5);
     dbase::Field* streetIneCode_ = nullptr; // null if a foreign table lacks it
     std::optional<StreetRows> rows_;        // of a name
+    ShortenedNames shortened_;
 };
 
 } // namespace ambrel

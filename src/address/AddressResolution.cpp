@@ -130,6 +130,9 @@ private:
             result_.street = *whole;
             result_.completed.push_back(AddressPart::Street);
             stretches_ = directory_.stretches(municipality_, *whole);
+        } else if (stretches_.front().name != result_.street) { // a name too long for the table
+            result_.street = stretches_.front().name;
+            result_.completed.push_back(AddressPart::Street);
         }
         stretches_ = stretchesOfType(stretches_, type_);
         return true;

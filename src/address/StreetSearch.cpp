@@ -53,7 +53,9 @@ void StreetSearch::addExact(const AddressQuestion& question, const PlaceOption& 
         if (stretches.empty()) {
             return false;
         }
-        addTypes(question, {.place = place, .street = name}, std::move(stretches), options);
+        AddressOption option{.place = place, .street = stretches.front().name};
+        option.isRenamed = option.street != name; // a name too long for the table
+        addTypes(question, std::move(option), std::move(stretches), options);
         return true;
     };
     if (!addNamed(question.street)) {
