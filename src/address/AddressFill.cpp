@@ -5,6 +5,7 @@
 #include <cctype>
 
 #include "address/AddressLine.h"
+#include "address/PlainText.h"
 #include "dbase/dbf/codec.h"
 #include "dbase/dbf/codepage.h"
 #include "dbase/system/quoted.h"
@@ -295,6 +296,24 @@ std::optional<std::string> AddressFill::wholeNumber(const Row& row) const {
     return row.judged.number;
 }
 
+/// The same of the municipality's column, whose code and province must stand in columns of their own.
+std::optional<std::string> AddressFill::wholeMunicipality(const Row& row) const {
+    const AddressChange* const change = row.change(FillPart::Municipality);
+    const std::string_view given = withoutBlanks(row.given.municipality);
+    const std::size_t name = change == nullptr ? std::string_view::npos : given.find(change->from);
+    const std::string beside =
+        name == std::string_view::npos
+            ? std::string()
+            : std::string(given.substr(0, name)) + std::string(given.substr(name + change->from.size()));
+    const bool isKept =
+        hasSameLetters(beside, "") ||
+        (hasSameLetters(beside, row.judged.postalCode) &&
+         (row.isGiven(FillPart::PostalCode) || isTarget(FillPart::PostalCode))) ||
+        ((hasSameLetters(beside, row.judged.province) || hasSameLetters(beside, row.provinceName)) &&
+         (row.isGiven(FillPart::Province) || isTarget(FillPart::Province)));
+    return isKept ? std::optional(row.judged.municipality) : std::nullopt;
+}
+
 /// The code where a code stands or nothing more fits, otherwise the name.
 std::string AddressFill::provinceText(const Row& row, std::span<const char> record) const {
     const dbase::Column& target = column(FillPart::Province);
@@ -304,6 +323,24 @@ std::string AddressFill::provinceText(const Row& row, std::span<const char> reco
     return isCode || row.provinceName.empty() ? row.judged.province : row.provinceName;
 }
 
+/// What a column gets. Null if something that it carries would be lost.
+std::optional<std::string> AddressFill::wholeValue(FillPart part, const Row& row,
+                                                   std::span<const char> record) const {
+    const bool isRewritten = returnsHome(part) && row.isGiven(part);
+    switch (part) {
+    case FillPart::Street:
+        return isRewritten ? wholeStreet(row) : row.judged.street;
+    case FillPart::Number:
+        return returnsHome(part) ? wholeNumber(row) : row.judged.number;
+    case FillPart::Municipality:
+        return isRewritten ? wholeMunicipality(row) : row.judged.municipality;
+    case FillPart::Province:
+        return provinceText(row, record);
+    default:
+        return judgedPart(row.judged, part);
+    }
+}
+
 /// Gathers the values to be written, in Windows-1252.
 std::optional<FillProblem> AddressFill::collect(Values& values, const Row& row,
                                                 std::span<const char> record) const {
@@ -311,18 +348,18 @@ std::optional<FillProblem> AddressFill::collect(Values& values, const Row& row,
         if (!isWritten(part, row)) {
             continue;
         }
-        std::optional<std::string> value = judgedPart(row.judged, part);
-        if (part == FillPart::Street && returnsHome(part) && row.isGiven(part)) {
-            value = wholeStreet(row);
-        } else if (part == FillPart::Number && returnsHome(part)) {
-            value = wholeNumber(row);
-        } else if (part == FillPart::Province) {
-            value = provinceText(row, record);
-        }
+        std::optional<std::string> value = wholeValue(part, row, record);
         if (!value) {
             return FillProblem{columnName(part), loading::utf8FromAnsi(judgedPart(row.judged, part)),
-                               "la columna lleva también el piso u otras señas, que se perderían; escriba "
-                               "además resto=COLUMNA"};
+                               part == FillPart::Municipality
+                                   ? "la columna lleva también el código o la provincia, que se perderían; "
+                                     "escriba además codpostal=COLUMNA o provincia=COLUMNA"
+                                   : "la columna lleva también el piso u otras señas, que se perderían; "
+                                     "escriba además resto=COLUMNA"};
+        }
+        if (value->find('?') != std::string::npos && std::ranges::find(record, '?') == record.end()) {
+            return FillProblem{columnName(part), loading::utf8FromAnsi(*value),
+                               "el registro tiene signos que no están en Windows-1252, y se perderían"};
         }
         values[part] = *std::move(value);
     }

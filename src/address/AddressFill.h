@@ -38,7 +38,8 @@ struct FillProblem {
 /// Decides what becomes of a record. Only settled addresses are filled in, the verdict always.
 ///  - A column other than the one from which its part was read gets the part as it was found.
 ///  - The column from which it was read is changed only if the part is, or was missing. That of the street,
-///    where it carries type, number or floor without columns of their own, keeps them: "CL MAYOR, 5, 2º".
+///    where it carries type, number or floor without columns of their own, keeps them: "CL MAYOR, 5, 2º". A
+///    row of which something would be lost nevertheless is a problem.
 class AddressFill {
 public:
     /// Errors: loading::Failure, for a column that the table lacks, that another part is read from, that is
@@ -65,6 +66,9 @@ private:
     [[nodiscard]] bool keepsRest(const Row& row) const;
     [[nodiscard]] std::optional<std::string> wholeStreet(const Row& row) const;
     [[nodiscard]] std::optional<std::string> wholeNumber(const Row& row) const;
+    [[nodiscard]] std::optional<std::string> wholeMunicipality(const Row& row) const;
+    [[nodiscard]] std::optional<std::string> wholeValue(FillPart part, const Row& row,
+                                                        std::span<const char> record) const;
     [[nodiscard]] std::string provinceText(const Row& row, std::span<const char> record) const;
     [[nodiscard]] std::optional<FillProblem> collect(Values& values, const Row& row,
                                                      std::span<const char> record) const;

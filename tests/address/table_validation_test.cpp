@@ -222,6 +222,42 @@ TEST_F(TableValidation, LosesNoFloorOfAStreetsColumnBesideAnother) {
     }
 }
 
+TEST_F(TableValidation, LosesNoCodeOrProvinceOfAMunicipalitysColumn) {
+    addProvinces({{"028", "MADRID"}});
+    const FillNames names{{FillPart::Municipality, ""}};
+    for (const char* municipality : {"28013 Madrit", "Madrit (Madrid)"}) {
+        file = createTable(defineTable("CLIENTES", {"CODIGO C3", "VIA C40", "POBLACION C20"}, {"CODIGO"}),
+                           {{"A1", "C/ Mayor, 5", municipality}});
+        const std::string left = fill(names);
+        EXPECT_NE(left.find("1 POBLACION: la columna lleva también el código o la provincia"),
+                  std::string::npos)
+            << left;
+        EXPECT_EQ(value("A1", "POBLACION"), municipality);
+        std::filesystem::remove(file);
+        std::filesystem::remove(folder / "CLIENTES.MDX");
+        std::filesystem::remove(undoFile());
+    }
+    makeShortCustomers({{"A1", "C/ Mayor, 5", "28013", "28013 Madrit"}});
+    EXPECT_EQ(fill(names), "");
+    EXPECT_EQ(value("A1", "POBLACION"), "MADRID");
+}
+
+TEST_F(TableValidation, LosesNoSignOfACodePageThatHasMoreThanTheTables) {
+    file = createTable(defineTable("CLIENTES", {"VIA C40", "CP C5", "POBLACION C20"}),
+                       {{"EMBAJADROES 7, 2# B", "28004", "MADRID"}});
+    std::fstream table(file, std::ios::binary | std::ios::in | std::ios::out);
+    table.seekp(29).put('\x02'); // code page 850
+    table.seekg(30);
+    const std::string bytes(std::istreambuf_iterator<char>(table), {});
+    table.clear();
+    table.seekp(static_cast<std::streamoff>(30 + bytes.find('#'))).put('\xB2'); // a shaded block
+    table.close();
+    const std::string left = fill({{FillPart::Street, ""}});
+    EXPECT_NE(left.find("1 VIA: el registro tiene signos que no están en Windows-1252"), std::string::npos)
+        << left;
+    EXPECT_EQ(totals.changed, 0U);
+}
+
 TEST_F(TableValidation, NeverCutsAValue) {
     makeShortCustomers({{"A1", "EMBAJADROE 7", "28004", "MADRID"}, {"A2", "MAYOR 3", "", "MADRID"}},
                        "DIRECCION C12");
