@@ -52,6 +52,7 @@ void ColumnGrid::showFile(const ambrel::AddressFilePreview& preview) {
     for (int column = 0; column < columnCount(); ++column) {
         removeCellWidget(listRow, column);
     }
+    names_ = preview.names;
     lists_.clear();
     clear();
     setColumnCount(static_cast<int>(preview.names.size()));
@@ -111,8 +112,15 @@ ambrel::NamedColumns ColumnGrid::columns() const {
     ambrel::NamedColumns named;
     for (std::size_t use = 0; use < ambrel::addressColumnCount; ++use) {
         const auto list = std::ranges::find(lists_, static_cast<int>(use) + 1, &QComboBox::currentIndex);
-        named[static_cast<Column>(use)] =
-            list == lists_.end() ? std::string() : std::to_string(list - lists_.begin() + 1);
+        if (list == lists_.end()) {
+            named[static_cast<Column>(use)].clear();
+            continue;
+        }
+        const std::ptrdiff_t place = list - lists_.begin();
+        const std::string& name = names_[static_cast<std::size_t>(place)];
+        // A number may be the name of another column.
+        const bool isClear = !name.empty() && std::ranges::count(names_, name) == 1;
+        named[static_cast<Column>(use)] = isClear ? name : std::to_string(place + 1);
     }
     return named;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QTableWidget>
+#include <string>
 #include <vector>
 
 #include "address/AddressFile.h"
@@ -17,7 +18,8 @@ public:
     explicit ColumnGrid(QWidget* parent = nullptr);
 
     void showFile(const ambrel::AddressFilePreview& preview);
-    /// What the lists say, for every part: its column's number from 1, or nothing.
+    /// What the lists say, for every part: its column's name, or its number from 1 where that is not the only
+    /// one of its name; or nothing.
     [[nodiscard]] ambrel::NamedColumns columns() const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -31,7 +33,8 @@ private:
     void orderForTab();
     void take(const QComboBox& changed);
 
-    std::vector<QComboBox*> lists_; // one for each column
+    std::vector<std::string> names_; // of the columns
+    std::vector<QComboBox*> lists_;  // one for each column
 };
 
 } // namespace host

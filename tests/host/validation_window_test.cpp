@@ -75,6 +75,15 @@ protected:
         static_cast<void>(QTest::qWaitFor(
             [&] { return part<QPushButton>("BBEmpezar").isEnabled() || !says("LProblema").isEmpty(); }));
     }
+    /// Goes down in the list of a column to what it holds.
+    void choosePart(const char* list, const QString& use) {
+        auto& column = part<QComboBox>(list);
+        column.setFocus();
+        for (int step = 0; step < column.count() && column.currentText() != use; ++step) {
+            QTest::keyClick(&column, Qt::Key_Down);
+        }
+        ASSERT_EQ(column.currentText(), use);
+    }
     void run() {
         clickIn("BBEmpezar");
         ASSERT_TRUE(QTest::qWaitFor([&] { return !part<QPushButton>("BBInterrumpir").isEnabled(); }, 20000));
@@ -205,6 +214,17 @@ TEST_F(ValidationWindowTest, TheUserMaySayWhatAColumnHolds) {
     run();
     EXPECT_TRUE(says("LProgreso").startsWith("2 filas leídas, 2 resueltas"))
         << says("LProgreso").toStdString();
+}
+
+TEST_F(ValidationWindowTest, AColumnThatIsChosenIsNotTakenForOneNamedByItsNumber) {
+    write("numeros.csv", "X;Y;1\n"
+                         "Calle Alcalá 60;28009 Madrid;Calle Corta 95\n");
+    openOn("numeros.csv");
+    choosePart("CBColumna2", QStringLiteral("Municipio")); // first: on the way down it takes all other parts
+    choosePart("CBColumna1", QStringLiteral("Vía"));
+    run();
+    EXPECT_TRUE(read("numeros-validado.csv").find(";ALCALA;60;") != std::string::npos)
+        << read("numeros-validado.csv");
 }
 
 TEST_F(ValidationWindowTest, AFileThatCannotBeReadIsSaid) {
