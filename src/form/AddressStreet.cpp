@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "address/GivenReadings.h"
 #include "controller/ClasCodPostales.h"
 #include "controller/StreetCard.h"
 #include "data/CodPostalesDM.h"
@@ -164,12 +165,13 @@ void AddressValidation::askAboutStreet() {
     goToMunicipality();
 }
 
-/// The postal code typed by the user or the only possible one, but not one left from another street.
+/// The postal code typed by the user or the only possible one, but not one left from another street, nor a
+/// text that the column would cut.
 QString AddressValidation::codeForNewStreet() const {
     if (municipality_ && municipality_->hasOneCode) {
         return fromWindows1252(municipality_->postalCodes.front());
     }
-    return isCodeTyped_ ? text(Box::PostalCode) : QString();
+    return isCodeTyped_ ? fromWindows1252(readPostalCode(bytesOf(text(Box::PostalCode)))) : QString();
 }
 
 /// The abbreviation in the tables; none for a text that nobody has settled, which the column would cut.
@@ -239,6 +241,12 @@ void AddressValidation::takeStreet() {
     endUnchangedEdit();
 }
 
+/// A text that the tables cannot hold is not "no number".
+HouseNumber AddressValidation::houseNumber() const {
+    const auto bytes = normalized(text(Box::Number));
+    return bytes ? readHouseNumber(*bytes) : HouseNumber{.kind = HouseNumber::Kind::Unclear};
+}
+
 /// Finds the stretch of street and number, and writes its postal code. If no number selects one, a street
 /// that was just looked up brings the code of its first stretch.
 void AddressValidation::findCode(Writing writing) {
@@ -246,12 +254,12 @@ void AddressValidation::findCode(Writing writing) {
     if (stretches_.empty()) {
         return;
     }
-    code_ = streetCode(stretches_, municipality_->ineCode, readHouseNumber(bytesOf(text(Box::Number))));
+    const HouseNumber number = houseNumber();
+    code_ = streetCode(stretches_, municipality_->ineCode, number);
     controller_.OrdenaPorViaPostal();
     controller_.DM->tbPostal.goTo(dbase::Bookmark(code_->stretch.record));
     using Certainty = StreetCode::Certainty;
-    const bool isNumbers =
-        readHouseNumber(bytesOf(text(Box::Number))).isKnown() && code_->certainty != Certainty::NoStretch;
+    const bool isNumbers = number.isKnown() && code_->certainty != Certainty::NoStretch;
     if (writing == Writing::StreetsCode || (writing == Writing::NumbersCode && isNumbers)) {
         if (!code_->stretch.postalCode.empty()) {
             show(Box::PostalCode, fromWindows1252(code_->stretch.postalCode));

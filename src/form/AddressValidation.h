@@ -125,6 +125,7 @@ private:
     void takeAddedStreet();
     [[nodiscard]] QString codeForNewStreet() const;
     [[nodiscard]] QString typeForNewStreet() const;
+    [[nodiscard]] HouseNumber houseNumber() const;
     void findCode(Writing writing);
 
     // States, in AddressStates.cpp.

@@ -63,6 +63,16 @@ TEST_F(BoxStates, WhatIsNoNumberOrInNoStretchLeavesTheCodeNotValidated) {
     }
 }
 
+TEST_F(BoxStates, ANumberThatTheTablesCannotHoldIsNotTakenForNone) {
+    addStreets({{"28000009", "CORTA", "CL", "28001", {1, 9}, {2, 8}}});
+    open();
+    fillAddress("mad", "CL", "corta", "3");
+    ASSERT_EQ(state(Box::PostalCode), State::Validated);
+    paste(Box::Number, QStringLiteral("500\u2011B")); // a hyphen of the web
+    EXPECT_EQ(state(Box::Number), State::NotValidated);
+    EXPECT_EQ(state(Box::PostalCode), State::NotValidated);
+}
+
 TEST_F(BoxStates, ACodeThatIsNotTheAddresssNamesTheRightOne) {
     open();
     fillAddress("mad", "CL", "alcala", "5");

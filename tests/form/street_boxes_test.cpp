@@ -227,6 +227,30 @@ TEST_F(StreetBoxes, AStreetWhoseCardIsCancelledHasATypeOfTheTablesOrNone) {
     EXPECT_EQ(state(Box::StreetType), State::NotValidated);
 }
 
+TEST_F(StreetBoxes, ATextThatIsNotAPostalCodeIsNotCutToANewStreetsCode) {
+    open();
+    fill(Box::Municipality, "mad");
+    fill(Box::StreetType, "CL");
+    const auto codeOfAdded = [&](const QString& pasted, const QString& name) {
+        paste(Box::PostalCode, pasted);
+        expectInsertion(MessageAnswer::Yes);
+        messages.expect("¿Desea cancelar esta operación (S/N)?", "Esta modificando los datos de una via",
+                        QStringLiteral("Atención"), MessageAnswer::Yes);
+        std::string code;
+        dialogs.expect("TFFichaVia", [&](QDialog& card) {
+            dbase::Dataset streets("DB", "POSTAL", "CODIGO1");
+            streets.open();
+            streets.last();
+            code = streets.field("CODPOSTAL").text();
+            QTest::mouseClick(&child<QPushButton>(card, "BBCancelar"), Qt::LeftButton);
+        });
+        fill(Box::Street, name);
+        return code;
+    };
+    EXPECT_EQ(codeOfAdded("E-28013", "nueva"), "28013");
+    EXPECT_EQ(codeOfAdded("2801300", "novisima"), "");
+}
+
 TEST_F(StreetBoxes, TheCodeThatAnotherStreetLeftIsNotANewStreets) {
     open();
     fillAddress("mad", "CL", "alcala", "300");
