@@ -208,6 +208,12 @@ void MainWindow::save() {
         cut->setFocus();
         return;
     }
+    if (QLineEdit* const box = binding_->unstorableBox()) {
+        Mensaje_Error(this, tr("«%1» tiene signos que la ficha no guarda: quítelos.").arg(box->text()),
+                      tr("Atención"));
+        box->setFocus();
+        return;
+    }
     TBPost(table_->data);
     binding_->showRow();
     tell(tr("Cliente guardado."));

@@ -6,6 +6,7 @@
 #include "controller/ClasCodPostales.h"
 #include "controller/NumberRange.h"
 #include "data/CodPostalesDM.h"
+#include "data/TableDefinitions.h"
 #include "dialogs/FichaViaParts.h"
 #include "dialogs/common/ProvinceItems.h"
 #include "services/Mensaje.h"
@@ -154,6 +155,12 @@ bool TFFichaVia::Parts::checkTexts() {
     }
     if (ui.DBEVia->text().trimmed().isEmpty()) {
         return fails(QStringLiteral("No ha especificado el nombre de la nueva via"), ui.DBEVia);
+    }
+    if (ui.DBEVia->isRefused()) { // pasted: only typing stops where the column ends
+        return fails(QStringLiteral("El nombre de la via no cabe en la tabla (%1 letras, como mucho) o tiene "
+                                    "signos que la tabla no guarda")
+                         .arg(ambrel::streetNameWidth),
+                     ui.DBEVia);
     }
     if (!ValidaCodPostal(ui.DBECodPostal->text(), province)) {
         return fails(QStringLiteral("No ha especificado el código postal de la nueva via o no es correcta"),

@@ -121,6 +121,12 @@ QLineEdit* RecordBinding::cutBox() const {
     return cut != bonds_.end() ? cut->box : nullptr;
 }
 
+QLineEdit* RecordBinding::unstorableBox() const {
+    const auto found =
+        std::ranges::find_if(bonds_, [](const Bond& bond) { return losesCharacters(bond.box->text()); });
+    return found != bonds_.end() ? found->box : nullptr;
+}
+
 void RecordBinding::endUnchangedEdit() {
     if (table_.state() != dbase::DatasetState::Edit || hasChanges()) {
         return;

@@ -32,6 +32,9 @@ public:
     /// The first box whose text is longer than its column, which would keep only the beginning; null if there
     /// is none. Check before posting.
     [[nodiscard]] QLineEdit* cutBox() const;
+    /// The first box with a character that no table can hold, which would become "?"; null if there is none.
+    /// Check before posting: typing such a character is refused, pasting it is not.
+    [[nodiscard]] QLineEdit* unstorableBox() const;
     /// Releases a row that is in edit but unchanged, so that other users can have it.
     void endUnchangedEdit();
     /// Starts a new, blank row.

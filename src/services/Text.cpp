@@ -92,4 +92,8 @@ std::string toNearestWindows1252(const QString& text) {
     return bytes;
 }
 
+bool losesCharacters(const QString& text) {
+    return std::ranges::count(toNearestWindows1252(text), '?') > text.count(QLatin1Char('?'));
+}
+
 } // namespace ambrel

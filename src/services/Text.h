@@ -21,4 +21,7 @@ namespace ambrel {
 /// mark, everything else that it lacks becomes "?".
 [[nodiscard]] AMBREL_EXPORT std::string toNearestWindows1252(const QString& text);
 
+/// Whether that conversion turns something into "?".
+[[nodiscard]] AMBREL_EXPORT bool losesCharacters(const QString& text);
+
 } // namespace ambrel

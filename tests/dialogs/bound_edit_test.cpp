@@ -93,6 +93,18 @@ TEST_F(BoundEdits, LettersThatTheTableLacksAreKeptAsTheNearestOnes) {
     EXPECT_EQ(value("VIA"), ambrel::test::ansi("LÓDZ"));
 }
 
+TEST_F(BoundEdits, TextThatTheFieldWouldCutOrChangeIsRefused) {
+    table.edit();
+    street.setText(QStringLiteral("NUEVA \u2605"));
+    EXPECT_TRUE(street.isRefused());
+    street.setText(QString(46, QLatin1Char('A')));
+    EXPECT_TRUE(street.isRefused());
+    street.setText(QString(45, QLatin1Char('A')) + QStringLiteral("  "));
+    EXPECT_FALSE(street.isRefused()) << "blanks at the end are nothing";
+    street.setText(QStringLiteral("¿QUÉ?"));
+    EXPECT_FALSE(street.isRefused());
+}
+
 TEST_F(BoundEdits, AreEmptyWithoutSourceDatasetOrField) {
     BoundEdit unknown;
     unknown.bind(source, "NO_HAY");

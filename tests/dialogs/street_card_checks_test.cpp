@@ -121,6 +121,23 @@ TEST_F(StreetCardChecks, ANumberThatIsNoneOrDoesNotFitIsToldAndNothingIsLost) {
     EXPECT_EQ(stored("99000005", "PAR_FIN"), "7");
 }
 
+TEST_F(StreetCardChecks, APastedNameThatTheTableWouldCutOrChangeIsToldAndNothingIsStored) {
+    for (const QString& pasted : {QStringLiteral("RINCON DE LOS ALMENDROS FLORIDOS DE LA UMBRIA ALTA"),
+                                  QStringLiteral("NUEVA \u2605")}) {
+        openWith("DBEVia", pasted);
+        expectRefused(
+            QStringLiteral("El nombre de la via no cabe en la tabla (45 letras, como mucho) o tiene "
+                           "signos que la tabla no guarda"),
+            "DBEVia");
+        EXPECT_EQ(edit("DBEVia").text(), pasted);
+        edit("DBEVia").setText("NUEVA");
+        accept();
+        EXPECT_FALSE(card->isVisible());
+        card.reset();
+    }
+    EXPECT_EQ(stored("99000004", "VIA"), "NUEVA");
+}
+
 TEST_F(StreetCardChecks, ABlankTypeIsOneWhereTheTableHasIt) {
     addStreetTypes({{"", "SIN TIPO"}});
     openWith("CBTipoVia", " - SIN TIPO");

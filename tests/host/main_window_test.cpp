@@ -1,6 +1,7 @@
 // Moving between customers, saving and discarding.
 #include <gtest/gtest.h>
 
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QFrame>
 #include <QLabel>
@@ -127,6 +128,21 @@ TEST_F(MainWindowTest, ATextThatTheColumnWouldCutIsNotSaved) {
     EXPECT_EQ(stored("Ana", "TIPO_VIA"), "CL");
     EXPECT_EQ(text("ETipoVia"), QStringLiteral("CLAUSTRO"));
     EXPECT_TRUE(box("ETipoVia")->hasFocus());
+}
+
+TEST_F(MainWindowTest, ATextWithSignsThatNoTableHoldsIsNotSaved) {
+    addCustomers({{"Ana", "CL", "ALCALA", "60", "28009", "MADRID", "MADRID"}});
+    open();
+    enter("EPiso");
+    QGuiApplication::clipboard()->setText(QStringLiteral("2º ★"));
+    press(Qt::Key_V, Qt::ControlModifier);
+    ambrel::test::ScriptedMessages messages;
+    messages.expect(QStringLiteral("«2º ★» tiene signos que la ficha no guarda: quítelos."),
+                    QStringLiteral("Atención"));
+    click("BBGuardar");
+    EXPECT_EQ(stored("Ana", "PISO"), "");
+    EXPECT_EQ(text("EPiso"), QStringLiteral("2º ★"));
+    EXPECT_TRUE(box("EPiso")->hasFocus());
 }
 
 TEST_F(MainWindowTest, MovingWithUnsavedChangesAsks) {

@@ -6,6 +6,7 @@
 
 #include "dbase/dataset/pending.h"
 #include "dbase/system/error.h"
+#include "dbase/system/trim.h"
 #include "services/EventGuard.h"
 #include "services/Text.h"
 
@@ -66,9 +67,10 @@ void BoundEdit::write() {
         return;
     }
     const QScopedValueRollback passing(passing_, true);
-    refused_ = false;
+    const std::string bytes = toNearestWindows1252(text());
+    refused_ = dbase::withoutTrailingBlanks(bytes).size() > bound->width() || losesCharacters(text());
     try {
-        bound->setText(toNearestWindows1252(text()));
+        bound->setText(bytes);
     } catch (const dbase::Error& error) {
         if (error.code() != dbase::ErrorCode::BadValue) {
             throw;

@@ -22,7 +22,8 @@ public:
     void bind(dbase::DataSource& source, std::string field);
     void unbind();
 
-    /// True if the text is not in the field because the field cannot hold it.
+    /// True if the field does not have the text as it stands here, because it cannot hold it: something that
+    /// is not a number, a text too long, a character that no table has.
     [[nodiscard]] bool isRefused() const { return refused_; }
 
 private:

@@ -24,7 +24,7 @@ bool typesText(const QKeyEvent& event) {
 /// The tables store Windows-1252. A letter that it lacks is stored as the nearest one; one that has none is
 /// refused with a beep, when typed rather than when saved.
 bool canBeKept(const QString& typed) {
-    if (typed.contains(QLatin1Char('?')) || toNearestWindows1252(typed).find('?') == std::string::npos) {
+    if (!losesCharacters(typed)) {
         return true;
     }
     QApplication::beep();

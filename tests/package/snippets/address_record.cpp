@@ -20,6 +20,9 @@ void saveCustomer(ambrel::AddressBoxes& address, ambrel::RecordBinding& record, 
     if (QLineEdit* cut = record.cutBox()) { // its column would lose the end of the text
         return cut->setFocus();
     }
+    if (QLineEdit* box = record.unstorableBox()) { // its column would have "?" for a character
+        return box->setFocus();
+    }
     if (record.hasChanges()) {
         customers.post();
     }
