@@ -3,12 +3,15 @@
 
 #include "directory/audit/Finding.h"
 #include "package/AmbCodPostales.h"
+#include "services/Ruttb.h"
 #include "services/Text.h"
 
 namespace host {
 namespace {
 
 using namespace ambrel::directory;
+
+constexpr const char* usersBlock = "99"; // keys of the streets that users have added
 
 std::string text(dbase::Dataset& table, const char* column) {
     const dbase::Field* const field = table.findField(column);
@@ -22,14 +25,14 @@ QString goToMunicipality(TClassCodPostales& controller) {
     const std::string ineCode = text(tables.tbPostal, "COD_INE");
     controller.OrdenaPorCodIneMunicipi();
     bool isFound =
-        !ineCode.empty() && controller.BuscaPorCodIneMunicipi(ambrel::fromWindows1252(ineCode), true);
+        !ineCode.empty() && controller.BuscaPorCodIneMunicipi(ambrel::fromWindows1252(ineCode), exactSearch);
     if (!isFound) {
         controller.OrdenaPorCodPostalMunicipi();
         isFound = controller.BuscaPorCodPostalMunicipi(
-            ambrel::fromWindows1252(tables.tbPostal.field("CODPOSTAL").text()), true);
+            ambrel::fromWindows1252(tables.tbPostalCODPOSTAL.text()), exactSearch);
     }
     controller.OrdenaPorNombreMunicipi();
-    return isFound ? ambrel::fromWindows1252(tables.tbMunicipi.field("NOMBRE").text())
+    return isFound ? ambrel::fromWindows1252(tables.tbMunicipiNOMBRE.text())
                    : ambrel::fromWindows1252(text(tables.tbPostal, "MUNICIPI"));
 }
 
@@ -49,7 +52,7 @@ bool openStreetCard(const Finding& finding, TClassCodPostales& controller) {
         return false;
     }
     const QString municipality = goToMunicipality(controller);
-    controller.MuestraFichaVia(key.starts_with("99") ? opModificacion : opConsulta, municipality);
+    controller.MuestraFichaVia(key.starts_with(usersBlock) ? opModificacion : opConsulta, municipality);
     return true;
 }
 

@@ -25,9 +25,9 @@ struct JudgedAddress;
 /// Makes edit boxes of a host's form an address: typing rules, completion, handling of entering and leaving,
 /// F4 and list buttons, suggestions for texts that the look-up does not complete, questions about unknown
 /// texts, and the boxes' Tags. A whole address that is pasted into the box of municipality or street is
-/// offered for all boxes. The host connects nothing else to
-/// their keys and focus. A text changes only by the user's typing or choice, or to the spelling in the
-/// tables; the postal code also follows street and number. Nothing is looked up again unless it has changed.
+/// offered for all boxes. The host connects nothing else to their keys and focus. A text changes only by the
+/// user's typing or choice, or to the spelling in the tables; the postal code also follows street and number.
+/// Nothing is looked up again unless it has changed.
 ///
 /// Tag of the municipality's box: its INE code; of the street's: `CODIGO1` as a number; of the others: 1. 0
 /// means that the text is not validated. Failures are shown to the user.

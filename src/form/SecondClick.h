@@ -7,7 +7,7 @@
 namespace ambrel {
 
 /// Swallows a click that follows at the same place within the time of a double click: it was not meant for
-/// what lies there now. Deletes itself afterwards. Not installed: internal to SuggestionList.
+/// what lies there now. Deletes itself afterwards. Not installed: internal to SuggestionList and PasteOffer.
 class SecondClick : public QObject {
 public:
     explicit SecondClick(QPoint place);

@@ -12,7 +12,7 @@ class QWidget;
 namespace ambrel {
 
 /// Makes a window of its own of a widget, for a place under a box: it takes neither the keyboard nor the
-/// place of the active window. Not installed: internal to SuggestionList and AddressOfferStrip.
+/// place of the active window. Not installed: internal to SuggestionList and PasteOffer.
 void makeWindowUnderBox(QWidget& view);
 
 /// The place of a window with the wanted size under a box, or over it where there is more room, inside its
