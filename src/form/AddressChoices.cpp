@@ -80,6 +80,25 @@ void AddressValidation::take(const SuggestedStreet& chosen) {
     endStep(Box::Street);
 }
 
+/// Makes the municipality of an offered address the form's, if the tables have it. The name to be shown.
+QString AddressValidation::adoptOffered(const AddressOffer& offer) {
+    municipality_.reset();
+    streetMunicipality_.clear();
+    isNameShared_ = false;
+    setTag(*boxes_.municipality, 0);
+    const auto known = directory_.municipality(offer.judged.ineCode);
+    if (!known) {
+        isNameShared_ = directory_.municipalitiesNamed(bytesOf(offer.municipality)).size() > 1;
+        return offer.municipality;
+    }
+    adopt(*known, offer.judged.municipality);
+    if (!municipality_) { // deleted meanwhile
+        return offer.municipality;
+    }
+    streetMunicipality_ = fromWindows1252(known->ineCode);
+    return fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view());
+}
+
 /// Every box gets its part or nothing: what is left of another address would make a wrong one. The look-ups
 /// are those of leaving the boxes, so that the states are the same; their questions wait until the user
 /// leaves a box whose text is unknown.
@@ -90,20 +109,7 @@ bool AddressValidation::take(const AddressOffer& offer, Box box) {
     beginStep(box);
     isChanged_.fill(false);
     isTried_.fill(false);
-    municipality_.reset();
-    streetMunicipality_.clear();
-    isNameShared_ = false;
-    setTag(*boxes_.municipality, 0);
-    QString name = offer.municipality;
-    if (const auto known = directory_.municipality(offer.judged.ineCode)) {
-        adopt(*known, offer.judged.municipality);
-        if (municipality_) {
-            streetMunicipality_ = fromWindows1252(known->ineCode);
-            name = fromWindows1252(controller_.DM->tbMunicipiNOMBRE.view());
-        }
-    } else {
-        isNameShared_ = directory_.municipalitiesNamed(bytesOf(name)).size() > 1;
-    }
+    const QString name = adoptOffered(offer);
     for (std::size_t one = 0; one < seen_.size(); ++one) {
         const auto which = static_cast<Box>(one);
         const QString text = which == Box::Municipality ? name : offer.text(which);

@@ -69,6 +69,35 @@ void AddressValidation::followStep(Box box) {
     }
 }
 
+void AddressValidation::restoreText(Box box, const AddressSnapshot& to) {
+    show(box, to.texts[index(box)]);
+    isChanged_[index(box)] = to.isChanged[index(box)];
+    isTried_[index(box)] = to.isTried[index(box)];
+    switch (box) {
+    case Box::Province:
+        isProvinceTyped_ = to.isProvinceTyped;
+        break;
+    case Box::StreetType:
+        isTypeKnown_ = to.isTypeKnown;
+        break;
+    case Box::PostalCode:
+        isCodeTyped_ = to.isCodeTyped;
+        break;
+    default:
+        break;
+    }
+}
+
+void AddressValidation::restoreMunicipality(const AddressSnapshot& to) {
+    municipality_ = to.municipality;
+    municipalityRow_ = to.municipalityRow;
+    streetMunicipality_ = to.streetMunicipality;
+    isNameShared_ = to.isNameShared;
+    isChanged_[index(Box::Municipality)] = to.isChanged[index(Box::Municipality)];
+    isTried_[index(Box::Municipality)] = to.isTried[index(Box::Municipality)];
+    setTag(*boxes_.municipality, municipality_ ? Cad_Int(municipality_->ineCode) : 0);
+}
+
 /// Brings the other boxes from one moment of a step to the other one. What the user has changed since stays.
 void AddressValidation::restore(Box box, const AddressSnapshot& from, const AddressSnapshot& to) {
     const bool hasMunicipality =
@@ -79,34 +108,13 @@ void AddressValidation::restore(Box box, const AddressSnapshot& from, const Addr
         if (which == box || !edit || edit->text() != from.texts[other]) {
             continue;
         }
-        show(which, to.texts[other]);
-        isChanged_[other] = to.isChanged[other];
-        isTried_[other] = to.isTried[other];
-        switch (which) {
-        case Box::Province:
-            isProvinceTyped_ = to.isProvinceTyped;
-            break;
-        case Box::StreetType:
-            isTypeKnown_ = to.isTypeKnown;
-            break;
-        case Box::PostalCode:
-            isCodeTyped_ = to.isCodeTyped;
-            break;
-        default:
-            break;
-        }
+        restoreText(which, to);
     }
     if (boxes_.rest && boxes_.rest->text() == from.rest) {
         boxes_.rest->setText(to.rest);
     }
     if (hasMunicipality && boxes_.municipality->text() == to.texts[index(Box::Municipality)]) {
-        municipality_ = to.municipality;
-        municipalityRow_ = to.municipalityRow;
-        streetMunicipality_ = to.streetMunicipality;
-        isNameShared_ = to.isNameShared;
-        isChanged_[index(Box::Municipality)] = to.isChanged[index(Box::Municipality)];
-        isTried_[index(Box::Municipality)] = to.isTried[index(Box::Municipality)];
-        setTag(*boxes_.municipality, municipality_ ? Cad_Int(municipality_->ineCode) : 0);
+        restoreMunicipality(to);
     }
     if (boxes_.street && boxes_.street->text() == to.texts[index(Box::Street)]) {
         isChanged_[index(Box::Street)] = to.isChanged[index(Box::Street)];

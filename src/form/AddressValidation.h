@@ -99,6 +99,8 @@ private:
     void endStep(Box box);
     void followStep(Box box);
     void restore(Box box, const AddressSnapshot& from, const AddressSnapshot& to);
+    void restoreText(Box box, const AddressSnapshot& to);
+    void restoreMunicipality(const AddressSnapshot& to);
     void look(Box box);
     [[nodiscard]] bool isUnchecked(Box box) const { return isChanged_[index(box)] && !isTried_[index(box)]; }
     bool beginEdit();
@@ -110,6 +112,7 @@ private:
     [[nodiscard]] std::vector<Municipality> candidates();
     void adopt(const Municipality& municipality, const std::string& shownName);
     void adoptCurrentMunicipality();
+    [[nodiscard]] QString adoptOffered(const AddressOffer& offer);
     void showAdopted();
     void fillFromMunicipality(bool mayAsk);
     void municipalityChanged();

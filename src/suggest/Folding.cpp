@@ -116,6 +116,54 @@ bool isHouseNumber(const std::string& literal) {
     return digits >= 1 && literal.size() - digits <= 1;
 }
 
+bool isCounted(const NameWord& word) { return counts(word.role); }
+
+/// The words as they stand, each with what it is by itself.
+std::vector<NameWord> readWords(std::string_view name) {
+    std::vector<NameWord> words;
+    bool isInBrackets = false;
+    for (std::size_t at = 0; at < name.size();) {
+        if (name[at] == '(' || name[at] == ')') {
+            isInBrackets = name[at] == '(' && !words.empty();
+        }
+        const char letter = foldedLetter(name[at]);
+        if (letter == 0 || letter == dropped) {
+            ++at;
+            continue;
+        }
+        NameWord word = readWord(name, at);
+        const bool isFirst = std::ranges::none_of(words, isCounted);
+        classify(word, word.literal.size() <= 2 && isApostrophe(name, at), isFirst);
+        if (isInBrackets && word.role != WordRole::Small) {
+            word.role = WordRole::Appended;
+        }
+        words.push_back(std::move(word));
+    }
+    return words;
+}
+
+/// "2 de Mayo" and "Dos de Mayo", but "Rúa dos Olmos".
+void settleDos(std::vector<NameWord>& words) {
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (words[i].literal == "DOS") {
+            const bool isNumeral = i + 1 == words.size() || words[i + 1].literal == "DE" ||
+                                   words[i + 1].role == WordRole::Appended;
+            words[i].role = isNumeral ? WordRole::Plain : WordRole::Small;
+            words[i].number = isNumeral ? 2 : 0;
+        }
+    }
+}
+
+/// "Calle S" of an estate is no saint.
+void settleOnlyLetter(std::vector<NameWord>& words) {
+    if (std::ranges::count_if(words, isCounted) == 1) {
+        if (NameWord& only = *std::ranges::find_if(words, isCounted); only.literal.size() == 1) {
+            only.text = only.literal;
+            only.role = WordRole::Plain;
+        }
+    }
+}
+
 /// "Coruña, A" and "BREÑA (LA)" as they are spoken.
 void bringArticleForward(std::string_view name, std::vector<NameWord>& words) {
     std::size_t first = words.size();
@@ -131,48 +179,46 @@ void bringArticleForward(std::string_view name, std::vector<NameWord>& words) {
     }
 }
 
+/// The type after a comma at the end, as in "Mayor, calle"; none if there is none.
+TypeSet typeAfterComma(std::string_view typed, const std::vector<NameWord>& words) {
+    if (words.size() < 2) {
+        return 0;
+    }
+    const NameWord& before = words[words.size() - 2];
+    const std::size_t gap = before.begin + before.length;
+    const std::string_view between = typed.substr(gap, words.back().begin - gap);
+    const bool isAfterComma = between.find(',') != std::string_view::npos;
+    return isAfterComma && !isHouseNumber(words.back().literal) ? typesOf(words.back()) : 0;
+}
+
+/// A word at which the name may begin, and the type that those before it name.
+struct NameBegin {
+    std::size_t first = 0;
+    TypeSet types = 0;
+};
+
+/// The first word, and those after one and after two types.
+std::vector<NameBegin> nameBegins(const std::vector<NameWord>& words) {
+    constexpr std::size_t mostTypes = 2;
+    std::vector<NameBegin> begins(1); // the first word
+    while (begins.size() <= mostTypes) {
+        const auto [length, types] = typeAt(words, begins.back().first);
+        if (length == 0 || begins.back().first + length >= words.size()) {
+            break;
+        }
+        begins.push_back({begins.back().first + length, types});
+    }
+    return begins;
+}
+
 } // namespace
 
 std::vector<NameWord> foldName(std::string_view name) {
-    std::vector<NameWord> words;
-    bool isInBrackets = false;
-    for (std::size_t at = 0; at < name.size();) {
-        if (name[at] == '(' || name[at] == ')') {
-            isInBrackets = name[at] == '(' && !words.empty();
-        }
-        const char letter = foldedLetter(name[at]);
-        if (letter == 0 || letter == dropped) {
-            ++at;
-            continue;
-        }
-        NameWord word = readWord(name, at);
-        const bool isFirst =
-            std::ranges::none_of(words, [](const NameWord& one) { return counts(one.role); });
-        classify(word, word.literal.size() <= 2 && isApostrophe(name, at), isFirst);
-        if (isInBrackets && word.role != WordRole::Small) {
-            word.role = WordRole::Appended;
-        }
-        words.push_back(std::move(word));
-    }
-    // "2 de Mayo" and "Dos de Mayo", but "Rúa dos Olmos".
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        if (words[i].literal == "DOS") {
-            const bool isNumeral = i + 1 == words.size() || words[i + 1].literal == "DE" ||
-                                   words[i + 1].role == WordRole::Appended;
-            words[i].role = isNumeral ? WordRole::Plain : WordRole::Small;
-            words[i].number = isNumeral ? 2 : 0;
-        }
-    }
-    // "Calle S" of an estate is no saint.
-    const auto isCounted = [](const NameWord& word) { return counts(word.role); };
-    if (std::ranges::count_if(words, isCounted) == 1) {
-        if (NameWord& only = *std::ranges::find_if(words, isCounted); only.literal.size() == 1) {
-            only.text = only.literal;
-            only.role = WordRole::Plain;
-        }
-    }
+    std::vector<NameWord> words = readWords(name);
+    settleDos(words);
+    settleOnlyLetter(words);
     bringArticleForward(name, words);
-    if (std::ranges::none_of(words, [](const NameWord& word) { return counts(word.role); })) {
+    if (std::ranges::none_of(words, isCounted)) {
         for (NameWord& word : words) {
             word.role = WordRole::Plain; // nothing else to go by
         }
@@ -193,34 +239,18 @@ std::string joined(const std::vector<NameWord>& words, std::size_t first, std::s
 TypedStreet readStreet(std::string_view typed) {
     TypedStreet street{foldName(typed), 0, {}};
     const std::vector<NameWord>& words = street.words;
-    std::size_t last = words.size();
-    TypeSet typesAfter = 0;
-    // "Mayor, calle": a type after a comma.
-    if (last >= 2) {
-        const std::size_t gap = words[last - 2].begin + words[last - 2].length;
-        const std::string_view between = typed.substr(gap, words[last - 1].begin - gap);
-        if (between.find(',') != std::string_view::npos && !isHouseNumber(words[last - 1].literal)) {
-            typesAfter = typesOf(words[last - 1]);
-        }
-    }
-    std::vector<std::pair<std::size_t, TypeSet>> begins{{0, 0}};
-    for (std::size_t i = 0; i < 2; ++i) {
-        const auto [length, types] = typeAt(words, begins.back().first);
-        if (length == 0 || begins.back().first + length >= last) {
-            break;
-        }
-        begins.emplace_back(begins.back().first + length, types);
-    }
+    const std::size_t last = words.size();
+    const std::vector<NameBegin> begins = nameBegins(words);
     const auto add = [&](std::size_t end, TypeSet after, const std::string& number) {
-        for (const auto& [first, types] : begins) {
-            if (first < end) {
-                street.readings.push_back({first, end, types | after, number});
+        for (const NameBegin& begin : begins) {
+            if (begin.first < end) {
+                street.readings.push_back({begin.first, end, begin.types | after, number});
             }
         }
     };
     add(last, 0, {});
-    if (typesAfter != 0) {
-        add(last - 1, typesAfter, {});
+    if (const TypeSet after = typeAfterComma(typed, words); after != 0) {
+        add(last - 1, after, {});
     }
     for (std::size_t i = 1; i < last; ++i) {
         const bool isWithout = words[i].literal == "S" && i + 1 < last && words[i + 1].literal == "N";
