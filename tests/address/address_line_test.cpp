@@ -56,7 +56,7 @@ TEST(AddressLineTest, AKilometreOfARoad) {
               (WrittenAddress{.type = "Ctra.", .street = "N-340", .number = "KM 12,5"}));
 }
 
-TEST(AddressLineTest, TheTownInFront) {
+TEST(AddressLineTest, TheTownMayStandInFront) {
     EXPECT_EQ(line("28013 Madrid, Gran Vía 28"),
               (WrittenAddress{
                   .street = "Gran Vía", .number = "28", .postalCode = "28013", .municipality = "Madrid"}));

@@ -12,7 +12,7 @@ using Kind = HouseNumber::Kind;
 
 HouseNumber read(const char* text) { return ambrel::readHouseNumber(ambrel::test::ansi(text)); }
 
-TEST(HouseNumberTest, APlainNumber) {
+TEST(HouseNumberTest, APlainNumberIsItself) {
     EXPECT_EQ(read("12"), (HouseNumber{Kind::Known, 12}));
     EXPECT_EQ(read("  0012 "), (HouseNumber{Kind::Known, 12}));
     EXPECT_EQ(read("9999"), (HouseNumber{Kind::Known, 9999}));

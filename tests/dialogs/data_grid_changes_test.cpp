@@ -119,7 +119,7 @@ TEST_F(DataGridChangesTest, ShowsTheRowsWithoutBeingAsked) {
     EXPECT_TRUE(view().selectionModel()->isRowSelected(1));
 }
 
-TEST_F(DataGridChangesTest, SourceTakenAway) {
+TEST_F(DataGridChangesTest, IsEmptyOnceItsSourceIsTakenAway) {
     start(30);
     grid->setDataSource(nullptr);
     EXPECT_EQ(grid->visibleRowCount(), 0);
@@ -129,7 +129,7 @@ TEST_F(DataGridChangesTest, SourceTakenAway) {
     EXPECT_EQ(grid->visibleRowCount(), 10);
 }
 
-TEST_F(DataGridChangesTest, DatasetTakenFromTheSource) {
+TEST_F(DataGridChangesTest, IsEmptyOnceItsSourceLosesTheDataset) {
     start(30);
     source->setDataset(nullptr);
     EXPECT_EQ(grid->visibleRowCount(), 0);
@@ -137,7 +137,7 @@ TEST_F(DataGridChangesTest, DatasetTakenFromTheSource) {
     EXPECT_EQ(grid->visibleRowCount(), 10);
 }
 
-TEST_F(DataGridChangesTest, DatasetDestroyedBeforeTheGrid) {
+TEST_F(DataGridChangesTest, OutlivesItsDataset) {
     start(30);
     table.reset();
     press(Qt::Key_Down);

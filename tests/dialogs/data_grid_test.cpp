@@ -39,7 +39,7 @@ TEST_F(DataGridTest, EmptyTableShowsNothing) {
     EXPECT_EQ(grid->cellText(0, 0), "");
 }
 
-TEST_F(DataGridTest, OneRow) {
+TEST_F(DataGridTest, OneRowIsFirstAndLast) {
     start(1);
     EXPECT_EQ(shown(), "[0]");
     pressTimes(Qt::Key_Down, 2);
@@ -133,7 +133,7 @@ TEST_F(DataGridTest, PageKeysMoveAPage) {
     EXPECT_TRUE(table->eof());
 }
 
-TEST_F(DataGridTest, HomeAndEnd) {
+TEST_F(DataGridTest, HomeAndEndGoToTheFirstAndTheLastRow) {
     start(100);
     press(Qt::Key_End);
     EXPECT_EQ(shown(), rowsOf(90, 99, 99));

@@ -188,7 +188,7 @@ TEST_F(MunicipiListaMJ, GoesOnWhenARoutineEmptiesTheGlobal) {
     EXPECT_EQ(current("POBLLITE"), "MADRID");
 }
 
-TEST_F(MunicipiListaMJ, ModalResults) {
+TEST_F(MunicipiListaMJ, EveryWayOutHasItsModalResult) {
     make(MunicipalityDialog::ListaMJ, "POBLLITE");
     ambrel::test::expectModalResults([this] { return makeDialog(); },
                                      {{"BBAceptar", 1}, {"BBCancelar", 2}, {"Escape", 2}, {"close box", 2}});

@@ -71,7 +71,7 @@ TEST_P(MunicipalityLists, GoesOnWhenARoutineEmptiesTheGlobal) {
     EXPECT_EQ(table().tag(), "CODPOSTAL");
 }
 
-TEST_P(MunicipalityLists, ModalResults) {
+TEST_P(MunicipalityLists, EveryWayOutHasItsModalResult) {
     make(GetParam(), "NOMBRE");
     ambrel::test::expectModalResults([this] { return makeDialog(); },
                                      {{"BBAceptar", 1}, {"BBCancelar", 2}, {"Escape", 2}, {"close box", 2}});

@@ -8,6 +8,7 @@
 
 #include "services/TagProperty.h"
 #include "support/ShownWindow.h"
+#include "support/Tables.h"
 #include "support/Typing.h"
 
 namespace postal_tests {
@@ -110,6 +111,11 @@ void BoxesTest::fillAddress(const QString& municipality, const QString& type, co
 }
 
 int BoxesTest::tag(Box which) const { return ambrel::tagOf(box(which)); }
+
+void BoxesTest::storeCustomer(const std::string& municipality, const std::string& postalCode) {
+    createTable(ambrel::test::defineTable("CLIENTES", {"VECINDAD C53", "CODPOSTAL C5"}),
+                {{municipality, postalCode}});
+}
 
 void BoxesTest::expectMunicipalityQuestion(MessageAnswer answer) {
     messages.expect(QStringLiteral("¿Desea ver la lista de municipios actuales?"), QStringLiteral("ATENCIÓN"),

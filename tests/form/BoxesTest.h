@@ -46,6 +46,9 @@ protected:
     [[nodiscard]] int tag(Box which) const;
     [[nodiscard]] State state(Box which) const { return address->state(which); }
 
+    /// Makes a table of the host's, CLIENTES, with one row.
+    void storeCustomer(const std::string& municipality, const std::string& postalCode = {});
+
     void expectMunicipalityQuestion(ambrel::MessageAnswer answer);
     void expectInsertion(ambrel::MessageAnswer answer);
     void expectStreetList(ambrel::MessageAnswer answer);

@@ -5,9 +5,8 @@
 
 #include "controller/ClasCodPostales.h"
 #include "data/CodPostalesDM.h"
-#include "dbase/table/table_definition.h"
+#include "form/BoundCustomer.h"
 #include "form/BoxesTest.h"
-#include "form/RecordBinding.h"
 #include "form/ShownList.h"
 #include "services/Confamb.h"
 #include "suggest/Suggestions.h"
@@ -508,35 +507,24 @@ TEST_F(BoxSuggestions, ARowThatIsGoneWhenItIsChosenChangesNothing) {
 }
 
 TEST_F(BoxSuggestions, ARowThatOthersHoldStaysAsItIs) {
-    dbase::createTable(folder.path(),
-                       {.name = "CLIENTES",
-                        .columns = {{.name = "VECINDAD", .type = dbase::ColumnType::Character, .width = 53}},
-                        .tags = {}});
-    dbase::Dataset table("DB", "CLIENTES"), others("DB", "CLIENTES");
-    table.open();
-    table.append();
-    table.field("VECINDAD").setText("MADIRD");
-    table.post();
-    ambrel::RecordBinding record(table);
-    record.bind(boxes.municipality, table.field("VECINDAD"));
+    storeCustomer("MADIRD");
+    postal_tests::BoundCustomer customer(boxes);
     open();
-    address->setRecord(record);
-    record.showRow();
+    customer.showIn(*address);
     enter(Box::Municipality);
     press(Qt::Key_Down);
     ASSERT_TRUE(listCame());
-    others.open();
-    others.edit();
+    customer.hold();
     const auto boxesShown = ambrel::test::boxesDuring([&] { press(Qt::Key_Return); });
     EXPECT_EQ(boxesShown.size(), 1U);
     EXPECT_EQ(text(Box::Municipality), "MADIRD");
     EXPECT_EQ(tag(Box::Municipality), 0);
     EXPECT_EQ(text(Box::Province), "");
-    others.cancel();
+    customer.release();
     press(Qt::Key_Down);
     ASSERT_TRUE(listCame());
     press(Qt::Key_Return);
-    EXPECT_EQ(table.field("VECINDAD").text(), "MADRID");
+    EXPECT_EQ(customer.municipality(), "MADRID");
     EXPECT_EQ(tag(Box::Municipality), 28079);
 }
 

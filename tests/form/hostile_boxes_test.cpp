@@ -2,10 +2,9 @@
 // tables that change in the meantime.
 #include <QTest>
 
-#include "dbase/table/table_definition.h"
 #include "dialogs/common/TypingRules.h"
+#include "form/BoundCustomer.h"
 #include "form/BoxesTest.h"
-#include "form/RecordBinding.h"
 
 namespace {
 
@@ -144,23 +143,11 @@ TEST_F(HostileBoxes, ACodeTypedForOneTownIsNotGivenToAStreetOfTheNext) {
 }
 
 TEST_F(HostileBoxes, ARowThatOthersHoldShowsItsOwnAddressAfterAChoice) {
-    const auto character = [](const char* name, std::uint16_t width) {
-        return dbase::Column{.name = name, .type = dbase::ColumnType::Character, .width = width};
-    };
-    dbase::createTable(folder.path(),
-                       {.name = "CLIENTES", .columns = {character("VECINDAD", 53)}, .tags = {}});
-    dbase::Dataset table("DB", "CLIENTES"), others("DB", "CLIENTES");
-    table.open();
-    table.append();
-    table.field("VECINDAD").setText("NINGUNO");
-    table.post();
-    ambrel::RecordBinding record(table);
-    record.bind(boxes.municipality, table.field("VECINDAD"));
+    storeCustomer("NINGUNO");
+    postal_tests::BoundCustomer customer(boxes);
     open();
-    address->setRecord(record);
-    record.showRow();
-    others.open();
-    others.edit();
+    customer.showIn(*address);
+    customer.hold();
     dialogs.expect("TFBuscarMunicipios", [](QDialog& list) {
         QTest::mouseClick(&ambrel::test::child<QWidget>(list, "BBAceptar"), Qt::LeftButton);
     });
@@ -170,7 +157,7 @@ TEST_F(HostileBoxes, ARowThatOthersHoldShowsItsOwnAddressAfterAChoice) {
     EXPECT_EQ(tag(Box::Municipality), 0);
     EXPECT_EQ(state(Box::Municipality), State::NotValidated);
     EXPECT_EQ(text(Box::Province), "");
-    others.cancel();
+    customer.release();
 }
 
 } // namespace

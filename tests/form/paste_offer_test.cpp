@@ -6,9 +6,8 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "dbase/table/table_definition.h"
+#include "form/BoundCustomer.h"
 #include "form/BoxesTest.h"
-#include "form/RecordBinding.h"
 #include "form/ShownList.h"
 #include "services/TagProperty.h"
 #include "support/ShownWindow.h"
@@ -433,49 +432,31 @@ TEST_F(PasteOffer, TellsTheHostThatItWasTaken) {
 }
 
 TEST_F(PasteOffer, ARowThatOthersHoldStaysAsItIs) {
-    dbase::createTable(folder.path(),
-                       {.name = "CLIENTES",
-                        .columns = {{.name = "VECINDAD", .type = dbase::ColumnType::Character, .width = 53}},
-                        .tags = {}});
-    dbase::Dataset table("DB", "CLIENTES"), others("DB", "CLIENTES");
-    table.open();
-    table.append();
-    table.field("VECINDAD").setText("HARO");
-    table.post();
-    ambrel::RecordBinding record(table);
-    record.bind(boxes.municipality, table.field("VECINDAD"));
+    storeCustomer("HARO");
+    postal_tests::BoundCustomer customer(boxes);
     open();
-    address->setRecord(record);
-    record.showRow();
-    others.open();
-    others.edit();
+    customer.showIn(*address);
+    customer.hold();
     const auto boxesShown = ambrel::test::boxesDuring(
         [&] { pasteInto(Box::Municipality, "Calle de Alcalá, 100, 28014 Madrid"); });
     EXPECT_EQ(boxesShown.size(), 1U);
     EXPECT_EQ(text(Box::Municipality), "HARO");
     EXPECT_TRUE(noOfferComes());
-    others.cancel();
+    customer.release();
     pasteInto(Box::Municipality, "Calle de Alcalá, 100, 28014 Madrid");
     ASSERT_TRUE(offerCame());
     press(Qt::Key_Return);
-    EXPECT_EQ(table.field("VECINDAD").text(), "MADRID");
+    EXPECT_EQ(customer.municipality(), "MADRID");
     expectAlcala();
 }
 
 TEST_F(PasteOffer, LineBreaksDoNotReachTheRow) {
-    dbase::createTable(folder.path(),
-                       {.name = "CLIENTES",
-                        .columns = {{.name = "VECINDAD", .type = dbase::ColumnType::Character, .width = 53}},
-                        .tags = {}});
-    dbase::Dataset table("DB", "CLIENTES");
-    table.open();
-    table.append();
-    ambrel::RecordBinding record(table);
-    record.bind(boxes.municipality, table.field("VECINDAD"));
+    storeCustomer("");
+    postal_tests::BoundCustomer customer(boxes);
     open();
-    address->setRecord(record);
+    customer.showIn(*address);
     pasteInto(Box::Municipality, "Ana Gil\nCalle\tInventada\r\n5");
-    EXPECT_EQ(table.field("VECINDAD").text(), "Ana Gil Calle Inventada  5");
+    EXPECT_EQ(customer.municipality(), "Ana Gil Calle Inventada  5");
     box(Box::Municipality).clear();
 }
 

@@ -2,9 +2,8 @@
 // through.
 #include <QTest>
 
-#include "dbase/table/table_definition.h"
+#include "form/BoundCustomer.h"
 #include "form/BoxesTest.h"
-#include "form/RecordBinding.h"
 
 namespace {
 
@@ -20,22 +19,6 @@ protected:
         box(Box::Number).setText(number);
         box(Box::PostalCode).setText(postalCode);
         address->takeStored();
-    }
-    /// Stores it in a table of the host's.
-    void storeCustomer(const char* municipality, const char* postalCode) {
-        const auto character = [](const char* name, std::uint16_t width) {
-            return dbase::Column{.name = name, .type = dbase::ColumnType::Character, .width = width};
-        };
-        dbase::TableDefinition customers;
-        customers.name = "CLIENTES";
-        customers.columns = {character("VECINDAD", 53), character("CODPOSTAL", 5)};
-        dbase::createTable(folder.path(), customers);
-        dbase::Dataset table("DB", "CLIENTES");
-        table.open();
-        table.append();
-        table.field("VECINDAD").setText(municipality);
-        table.field("CODPOSTAL").setText(postalCode);
-        table.post();
     }
     void passThrough() {
         enter(Box::Municipality);
@@ -96,37 +79,25 @@ TEST_F(StoredAddress, AStreetOfTheNextVillageIsNotItsOwn) {
 
 TEST_F(StoredAddress, ARowOfTheHostsTableIsTakenWhenItIsShownAndWrittenWhenItIsTyped) {
     storeCustomer("HARO", "26200");
-    dbase::Dataset table("DB", "CLIENTES");
-    table.open();
-    ambrel::RecordBinding record(table);
-    record.bind(boxes.municipality, table.field("VECINDAD"));
-    record.bind(boxes.postalCode, table.field("CODPOSTAL"));
+    postal_tests::BoundCustomer customer(boxes);
     open();
-    address->setRecord(record);
-    record.showRow();
+    customer.showIn(*address);
     EXPECT_EQ(tag(Box::Municipality), 26071);
     EXPECT_EQ(state(Box::PostalCode), State::Validated);
     fill(Box::Municipality, "aran");
-    EXPECT_EQ(table.field("VECINDAD").text(), "ARANJUEZ");
-    EXPECT_EQ(table.field("CODPOSTAL").text(), "28300");
-    EXPECT_TRUE(record.hasChanges());
-    table.cancel();
+    EXPECT_EQ(customer.municipality(), "ARANJUEZ");
+    EXPECT_EQ(customer.postalCode(), "28300");
+    EXPECT_TRUE(customer.record.hasChanges());
+    customer.table.cancel();
 }
 
 TEST_F(StoredAddress, TypingIntoARowThatSomebodyElseHasChangesNothing) {
     storeCustomer("MIERES", "33610");
-    dbase::Dataset table("DB", "CLIENTES");
-    dbase::Dataset other("DB", "CLIENTES");
-    table.open();
-    other.open();
-    ambrel::RecordBinding record(table);
-    record.bind(boxes.municipality, table.field("VECINDAD"));
-    record.bind(boxes.postalCode, table.field("CODPOSTAL"));
+    postal_tests::BoundCustomer customer(boxes);
     open();
-    address->setRecord(record);
-    record.showRow();
+    customer.showIn(*address);
     ASSERT_EQ(tag(Box::Municipality), 33037);
-    other.edit();
+    customer.hold();
     const auto shown = ambrel::test::boxesDuring([this] {
         enter(Box::Municipality);
         type("m");
@@ -136,7 +107,7 @@ TEST_F(StoredAddress, TypingIntoARowThatSomebodyElseHasChangesNothing) {
     EXPECT_EQ(text(Box::Municipality), "MIERES");
     EXPECT_EQ(tag(Box::Municipality), 33037);
     EXPECT_EQ(text(Box::PostalCode), "33610");
-    other.cancel();
+    customer.release();
 }
 
 } // namespace

@@ -14,7 +14,7 @@ KeyStroke known(const char* name) {
     return stroke.value_or(KeyStroke{});
 }
 
-TEST(KeyNames, NamedKeys) {
+TEST(KeyNames, KeysThatTypeNothingHaveNames) {
     EXPECT_EQ(known("Tab").key, Qt::Key_Tab);
     EXPECT_EQ(known("Escape").key, Qt::Key_Escape);
     EXPECT_EQ(known("PageDown").key, Qt::Key_PageDown);
@@ -22,7 +22,7 @@ TEST(KeyNames, NamedKeys) {
     EXPECT_EQ(known("Space").text, QStringLiteral(" "));
 }
 
-TEST(KeyNames, FunctionKeys) {
+TEST(KeyNames, FunctionKeysAreNumberedFrom1To24) {
     EXPECT_EQ(known("F1").key, Qt::Key_F1);
     EXPECT_EQ(known("F12").key, Qt::Key_F12);
     EXPECT_FALSE(keyStroke(QStringLiteral("F0")));
@@ -56,7 +56,7 @@ TEST(KeyNames, PlusIsAKeyToo) {
     EXPECT_EQ(known("Ctrl++").key, Qt::Key_Plus);
 }
 
-TEST(KeyNames, UnknownNames) {
+TEST(KeyNames, OtherNamesAreUnknown) {
     EXPECT_FALSE(keyStroke(QStringLiteral("Tabulador")));
     EXPECT_FALSE(keyStroke(QStringLiteral("Ctrl+")));
     EXPECT_FALSE(keyStroke(QString()));
