@@ -152,7 +152,7 @@ void TableFile::setCount(std::uint32_t count) {
     char bytes[dbf::headerLength - dbf::updated];
     encodeHeaderDate(bytes);
     store32(bytes + (dbf::records - dbf::updated), count);
-    file_->write(dbf::updated, bytes);
+    file_->rewrite(dbf::updated, bytes);
 }
 
 void TableFile::cutTail(std::uint32_t count) {

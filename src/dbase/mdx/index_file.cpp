@@ -184,7 +184,22 @@ UpdateStamp IndexFile::stamp() const {
     return decodeStamp(bytes);
 }
 
-void IndexFile::writeStamp(const UpdateStamp& stamp) { file_->write(mdx::stamp, encodeStamp(stamp)); }
+// A change stores two numbers of eight bytes: the mark, with the records covered, first at its beginning and
+// last at its end, so that the counter belongs to it wherever a death comes between. A network folder gets
+// both together.
+void IndexFile::writeStamp(const UpdateStamp& stamp) {
+    const StampBytes bytes = encodeStamp(stamp);
+    if (const UpdateStamp now = this->stamp();
+        file_->isRemote() || !now.present || now.session != stamp.session) {
+        file_->write(mdx::stamp, bytes);
+        return;
+    }
+    const auto writeNumber = [&](std::size_t at) {
+        file_->rewrite(mdx::stamp + at, std::span(bytes).subspan(at, sizeof(std::uint64_t)));
+    };
+    writeNumber(stamp.inUpdate ? mdx::stampMark : mdx::stampCounter);
+    writeNumber(stamp.inUpdate ? mdx::stampCounter : mdx::stampMark);
+}
 
 bool IndexFile::reaches(std::uint64_t end) const {
     if (end > knownSize_) {

@@ -39,7 +39,7 @@ public:
     /// Reads exactly the bytes requested; Error(Io) if the file ends before them.
     virtual void read(std::uint64_t offset, std::span<char> bytes) const = 0;
     virtual void write(std::uint64_t offset, std::span<const char> bytes) = 0;
-    /// Writes over bytes that the file has already, where a death of the process may leave any part of them.
+    /// Writes over existing bytes. A death may leave a first part of them, but no half of an aligned number.
     virtual void rewrite(std::uint64_t offset, std::span<const char> bytes) { write(offset, bytes); }
     virtual void resize(std::uint64_t size) = 0;
     /// Flushes the data to the disk.

@@ -9,6 +9,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include "dbase/system/file_pieces.h"
+
 namespace dbase {
 
 namespace {
@@ -90,18 +92,28 @@ int takeSlot(std::uintptr_t begin, std::uintptr_t end, int protection) {
 namespace {
 
 /// Maps the file between two pages that nobody may touch: a host that writes beyond the end of a neighbouring
-/// array must not write into a table. Null if the system refuses.
+/// array must not write into a table. It begins at a multiple of a piece: a system that keeps files in large
+/// pages then makes a whole one writable at the first store into it; otherwise the first store into each of
+/// its 512 parts walks all of them. Null if the system refuses.
 char* mapBetweenFences(int descriptor, std::size_t length) {
-    const std::size_t whole = length + 2 * pageSize;
-    void* fences = mmap(nullptr, whole, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    if (fences == MAP_FAILED) {
+    const std::size_t whole = length + 2 * pieceBytes;
+    void* reserved = mmap(nullptr, whole, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (reserved == MAP_FAILED) {
         return nullptr;
     }
-    char* data = static_cast<char*>(fences) + pageSize;
+    char* const begin = static_cast<char*>(reserved);
+    char* const data = begin + (pieceBytes - reinterpret_cast<std::uintptr_t>(begin) % pieceBytes);
     if (mmap(data, length, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED, descriptor, 0) == MAP_FAILED) {
-        munmap(fences, whole);
+        munmap(reserved, whole);
         return nullptr;
     }
+    const auto release = [](char* from, const char* to) {
+        if (from != to) {
+            munmap(from, static_cast<std::size_t>(to - from));
+        }
+    };
+    release(begin, data - pageSize);
+    release(data + length + pageSize, begin + whole);
     return data;
 }
 

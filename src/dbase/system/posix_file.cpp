@@ -64,6 +64,28 @@ struct flock requestOf(LockRange range, short type) {
     return request;
 }
 
+/// Stores the number at the beginning of the bytes and goes on after it, if there is one at a multiple of its
+/// size.
+template<typename Number>
+bool storeOne(char*& to, std::span<const char>& bytes) {
+    if (bytes.size() < sizeof(Number) || reinterpret_cast<std::uintptr_t>(to) % sizeof(Number) != 0) {
+        return false;
+    }
+    Number number;
+    std::memcpy(&number, bytes.data(), sizeof number);
+    std::atomic_ref(*reinterpret_cast<Number*>(to)).store(number, std::memory_order_release);
+    to += sizeof number;
+    bytes = bytes.subspan(sizeof number);
+    return true;
+}
+
+/// A death of the process between two stores leaves those before it.
+void storeInOrder(char* to, std::span<const char> bytes) {
+    while (storeOne<std::uint64_t>(to, bytes) || storeOne<std::uint32_t>(to, bytes) ||
+           storeOne<char>(to, bytes)) {
+    }
+}
+
 constexpr std::size_t largestList = 4096;
 
 FileStatus statusFrom(const struct stat& status, const char* list, ssize_t listSize) {
@@ -87,9 +109,12 @@ public:
     bool isWritable() const override { return writable_; }
     bool isRemote() const override { return remote_; }
 
+    // A server is asked for it; here it is known without a question for the file's times (see
+    // posix_folders.cpp).
     std::uint64_t size() const override {
         struct stat status = {};
-        if (fstat(descriptor_, &status) != 0) {
+        if (remote_ ? fstat(descriptor_, &status) != 0
+                    : (status.st_size = lseek(descriptor_, 0, SEEK_END)) < 0) {
             raise(path_, "no se puede leer el tamaño");
         }
         return static_cast<std::uint64_t>(status.st_size);
@@ -223,7 +248,7 @@ private:
         if (stores_->data() == nullptr) {
             return false;
         }
-        std::memcpy(stores_->writableData() + offset, bytes.data(), bytes.size());
+        storeInOrder(stores_->writableData() + offset, bytes);
         std::atomic_signal_fence(std::memory_order_seq_cst); // a handler sets what comes next
         if (stores_->isTorn()) {
             stores_->renew();

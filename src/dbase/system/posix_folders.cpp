@@ -7,6 +7,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include "dbase/system/companion_file.h"
@@ -26,18 +27,33 @@ std::optional<struct stat> look(const std::string& path) {
     return stat(path.c_str(), &status) == 0 ? std::optional(status) : std::nullopt;
 }
 
+/// What a file is known by.
+struct Inode {
+    dev_t device;
+    ino_t number;
+};
+
+// Asks for no times. A system with fine time stamps (Linux since 6.13) gives a file whose times were asked
+// for a new one at its next write, and by that moves the time of all others: with every change of a table the
+// journal would get a new time as well, which a sync puts on the disk by a write of its own.
+std::optional<Inode> inodeAt(int folder, const char* path, int flags) {
+    struct statx status = {};
+    return statx(folder, path, flags, STATX_INO, &status) == 0
+               ? std::optional(Inode{makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino})
+               : std::nullopt;
+}
+
 // A server's names may be remembered here for up to a minute; opening one asks for it.
-std::optional<struct stat> lookAtServer(const std::string& path) {
+std::optional<Inode> inodeAtServer(const std::string& path) {
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
     if (descriptor < 0) {
         return std::nullopt;
     }
-    struct stat status = {};
-    const bool isKnown = fstat(descriptor, &status) == 0;
+    const std::optional<Inode> found = inodeAt(descriptor, "", AT_EMPTY_PATH);
     const int problem = errno;
     ::close(descriptor);
     errno = problem;
-    return isKnown ? std::optional(status) : std::nullopt;
+    return found;
 }
 
 // Empty if the name does not exist.
@@ -66,11 +82,12 @@ public:
     }
 
     bool leadsTo(const std::string& path, const FileStatus& file, bool isRemote) const override {
-        const std::optional<struct stat> named = isRemote ? lookAtServer(path) : look(path);
+        const std::optional<Inode> named =
+            isRemote ? inodeAtServer(path) : inodeAt(AT_FDCWD, path.c_str(), 0);
         if (!named && errno != ENOENT && errno != ENOTDIR && errno != ESTALE) {
             raise(path, "no se puede consultar");
         }
-        return named && named->st_dev == file.device && named->st_ino == file.inode;
+        return named && named->device == file.device && named->number == file.inode;
     }
 
     std::vector<std::string> namesIn(const std::string& folder) const override {

@@ -16,6 +16,7 @@
 #include "dbase/support/ChildProcess.h"
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/error.h"
+#include "dbase/system/file_pieces.h"
 #include "dbase/table/table.h"
 #include "support/TemporaryFolder.h"
 
@@ -65,6 +66,16 @@ TEST_F(MappedViewTest, WithAccessToWriteStoresIntoTheFile) {
     EXPECT_EQ(pread(descriptor_, &stored, 1, pageInFile + 7), 1);
     EXPECT_EQ(stored, 'y');
     EXPECT_FALSE(view.isTorn());
+}
+
+// Elsewhere a system that keeps files in large pages could not map one as a whole.
+TEST_F(MappedViewTest, WithAccessToWriteBeginsAtAMultipleOfAPiece) {
+    for (const std::size_t length : {page, 16 * page, std::size_t{pieceBytes} + page}) {
+        const MappedView view(descriptor_, length, MappedView::Access::Write),
+            next(descriptor_, length, MappedView::Access::Write);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(view.data()) % pieceBytes, 0U);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(next.data()) % pieceBytes, 0U);
+    }
 }
 
 TEST_F(MappedViewTest, AStoreWhereTheFileWasCutIsReportedAndReachesNothing) {

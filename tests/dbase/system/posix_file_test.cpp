@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 
@@ -109,6 +110,31 @@ TEST_F(PosixFileTest, RewritingChangesTheBytesAndNotTheSize) {
     const auto file = openFile(path_, OpenMode::ReadWrite);
     file->rewrite(3, Bytes{'a', 'b'});
     EXPECT_EQ(readFile(path_), (Bytes{'0', '1', '2', 'a', 'b', '5', '6', '7', '8', '9'}));
+}
+
+TEST_F(PosixFileTest, RewritingWritesAnyPieceAtAnyPlace) {
+    const std::string path = folder_.write("pieza", std::string(64, 'x'));
+    const auto file = openFile(path, OpenMode::ReadWrite);
+    Bytes expected(64, 'x');
+    char next = 0;
+    for (std::size_t offset = 0; offset < 16; ++offset) {
+        for (std::size_t size = 0; size <= 40; ++size) {
+            Bytes piece(size);
+            std::ranges::generate(piece, [&] { return ++next; });
+            file->rewrite(offset, piece);
+            std::ranges::copy(piece, expected.begin() + static_cast<std::ptrdiff_t>(offset));
+            ASSERT_EQ(readFile(path), expected) << size << " bytes at " << offset;
+        }
+    }
+}
+
+TEST_F(PosixFileTest, ItsSizeIsThatOfNowWhoeverChangesIt) {
+    const auto file = openFile(path_, OpenMode::ReadWrite), other = openFile(path_, OpenMode::ReadWrite);
+    EXPECT_EQ(file->size(), 10U);
+    other->resize(4);
+    EXPECT_EQ(file->size(), 4U);
+    other->write(20, Bytes{'a'});
+    EXPECT_EQ(file->size(), 21U);
 }
 
 TEST_F(PosixFileTest, RewritingBeyondTheEndWrites) {

@@ -358,6 +358,21 @@ TEST_F(DyingWriter, InAnAppend) {
                   });
 }
 
+// A counter that is odd without a mark would never again prove what was read.
+TEST_F(DyingWriter, NeverLeavesAnOddCounterWithoutTheMark) {
+    bool isOver = false;
+    for (std::size_t write = 1; !isOver && write < 100; ++write) {
+        putOnDisk();
+        isOver = dieAt(write, [&](Table& table) { table.append(row(500)); });
+        StampBytes bytes;
+        openFile(folder_ / "RECUPERA.MDX", OpenMode::ReadOnly)->read(mdx::stamp, bytes);
+        const UpdateStamp left = decodeStamp(bytes);
+        EXPECT_TRUE(left.inUpdate || left.counter % 2 == 0) << write;
+        EXPECT_TRUE(left.inUpdate || left.records == (isOver ? 101U : 100U)) << write;
+    }
+    EXPECT_TRUE(isOver);
+}
+
 TEST_F(DyingWriter, InAnOverwrite) {
     dieEverywhere([&](Table& table) { table.overwrite(50, row(49), row(500)); },
                   [&](Table& table) {
