@@ -73,10 +73,13 @@ AddressValidation::Status AddressValidation::municipalityStatus() const {
     if (isUnchecked(Box::Municipality)) {
         return {State::NotValidated, unchecked()};
     }
+    if (isNameShared_) {
+        return {State::NotValidated,
+                QStringLiteral("Hay varios municipios con este nombre: elija el suyo en la lista (F4).")};
+    }
     return {State::NotValidated,
-            isNameShared_
-                ? QStringLiteral("Hay varios municipios con este nombre: elija el suyo en la lista (F4).")
-                : QStringLiteral("No está en la tabla de municipios.")};
+            isElsewhere_ ? QStringLiteral("No hay ningún municipio con este nombre en la provincia.")
+                         : QStringLiteral("No está en la tabla de municipios.")};
 }
 
 AddressValidation::Status AddressValidation::provinceStatus() const {

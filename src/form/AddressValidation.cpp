@@ -109,7 +109,7 @@ void AddressValidation::edited(Box box) {
     switch (box) {
     case Box::Municipality:
         municipality_.reset();
-        isNameShared_ = false;
+        isNameShared_ = isElsewhere_ = false;
         forgetStreet();
         break;
     case Box::Province:
@@ -331,15 +331,16 @@ void AddressValidation::takeStored() {
     isChanged_.fill(false);
     isTried_.fill(false);
     noteTexts();
-    isProvinceTyped_ = isCodeTyped_ = isNameShared_ = isTypeKnown_ = false;
+    isProvinceTyped_ = isCodeTyped_ = isNameShared_ = isElsewhere_ = isTypeKnown_ = false;
     steps_.fill(std::nullopt);
     municipality_.reset();
     streetMunicipality_.clear();
     setTag(*boxes_.municipality, 0);
     auto found = directory_.municipalitiesNamed(bytesOf(text(Box::Municipality)));
     isNameShared_ = found.size() > 1;
-    if (const QString province = text(Box::Province); !province.isEmpty()) {
+    if (const QString province = text(Box::Province); !province.isEmpty() && !found.empty()) {
         found = those(std::move(found), [&](const Municipality& one) { return isInProvince(one, province); });
+        isElsewhere_ = found.empty();
     }
     if (found.size() > 1) {
         found = those(std::move(found), [&](const Municipality& one) {

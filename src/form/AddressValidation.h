@@ -152,6 +152,7 @@ private:
     dbase::Bookmark municipalityRow_;
     QString streetMunicipality_;           // INE code for which the street was looked up
     bool isNameShared_ = false;            // several municipalities share the name in the box
+    bool isElsewhere_ = false;             // the stored name is that of municipalities in other provinces
     std::vector<StreetStretch> stretches_; // of the street, while it is validated
     std::optional<StreetCode> code_;
     std::array<std::optional<AddressStep>, 6> steps_; // the last one made in each box

@@ -37,6 +37,15 @@ TEST_F(StoredAddress, IsValidatedWithoutChangingItsTexts) {
     }
 }
 
+TEST_F(StoredAddress, AMunicipalityOfAnotherProvinceIsNotCalledUnknown) {
+    show("HARO", "MADRID", "", "", "", "26200");
+    EXPECT_EQ(state(Box::Municipality), State::NotValidated);
+    EXPECT_EQ(address->reason(Box::Municipality), "No hay ningún municipio con este nombre en la provincia.");
+    fill(Box::Municipality, "haro");
+    EXPECT_EQ(state(Box::Municipality), State::Validated);
+    EXPECT_EQ(text(Box::Province), "RIOJA, LA");
+}
+
 TEST_F(StoredAddress, GoingThroughItsBoxesChangesNothing) {
     show("MIERES", "ASTURIAS", "CL", "NINGUNA", "5", "33610");
     ASSERT_EQ(tag(Box::Municipality), 33037);
