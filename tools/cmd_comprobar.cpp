@@ -9,6 +9,7 @@
 #include "dbase/table/check.h"
 #include "loading/counted.h"
 #include "tools/commands.h"
+#include "tools/complain.h"
 #include "tools/cut_table.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
@@ -78,6 +79,10 @@ void print(const std::string& table, const dbase::CheckResult& result, const std
     for (const dbase::Finding& note : result.notes) {
         print(note, "nota: ");
     }
+    if (!result.isChecked) {
+        std::printf("%s: sin comprobar\n", tableName(table).c_str());
+        return;
+    }
     const std::string problems = result.findings.empty()
                                      ? "correcta"
                                      : loading::counted(result.findings.size(), "problema", "problemas") +
@@ -98,13 +103,13 @@ ExitCode check(const std::string& table) {
             result = dbase::checkTable(
                 table, [&](std::uint64_t done, std::uint64_t total) { line.share(done, total); }, knownTags);
         }
-        if (state.shortfall) {
+        if (state.shortfall && result.isChecked) {
             tellShortfallOnce(table, *state.shortfall, result);
         }
         print(table, result, advice(table, result, state, known.has_value()));
         return result.findings.empty() ? ExitCode::done : ExitCode::negative;
     } catch (const dbase::Error& error) {
-        std::fprintf(stderr, "ambcp: %s\n", error.what()); // the other tables are still checked
+        complain(error.what()); // the other tables are still checked
         return ExitCode::failed;
     }
 }

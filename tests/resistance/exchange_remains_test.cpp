@@ -365,12 +365,31 @@ TEST_F(ExchangeRemains, OfTablesWithoutIndexAreFoundByTheirMissingIndex) {
     }
 }
 
-TEST_F(ExchangeRemains, AreReportedByTheCheck) {
-    stopDecided();
-    for (const char* const table : {"CALLES.DBF", "PUEBLOS.DBF"}) {
-        EXPECT_NE(findings(path(table)).find("varias tablas"), std::string::npos) << findings(path(table));
+TEST_F(ExchangeRemains, AreNotedByACheckWhichChangesNothing) {
+    for (const FolderImage* image : {&decided_, &begun_}) {
+        const TemporaryFolder disk;
+        image->writeInto(disk.path());
+        for (const char* const table : {"CALLES.DBF", "PUEBLOS.DBF", "ORIGEN.DBF"}) {
+            if (!fs::exists(disk / table)) {
+                continue; // the exchange makes it
+            }
+            const CheckResult result = checkTable(disk / table);
+            EXPECT_FALSE(result.isChecked) << table;
+            EXPECT_EQ(result.findings.size(), 0U) << table;
+            ASSERT_EQ(result.notes.size(), 1U) << table;
+            EXPECT_NE(result.notes.front().text.find("se termina al abrir"), std::string::npos);
+        }
+        EXPECT_TRUE(fs::exists(disk / "INTENCION.AMI"));
+        EXPECT_EQ(authorsIn(disk.path(), 0), authorsAfter);
+        EXPECT_TRUE(checkTable(disk / "CALLES.DBF").isChecked);
     }
-    EXPECT_TRUE(fs::exists(path("INTENCION.AMI"))) << "a check changes nothing";
+}
+
+TEST_F(ExchangeRemains, DoNotKeepABackupFromBeingChecked) {
+    stopBegun();
+    restore("PUEBLOS");
+    EXPECT_TRUE(checkTable(path("PUEBLOS.DBF")).isChecked);
+    EXPECT_FALSE(checkTable(path("CALLES.DBF")).isChecked);
 }
 
 /// A network folder's names, also missing ones, are remembered for up to a minute.

@@ -15,6 +15,7 @@
 #include "dbase/table/check_report.h"
 #include "dbase/table/check_tree.h"
 #include "dbase/table/exchange_completion.h"
+#include "dbase/table/recovery.h"
 #include "dbase/table/table_names.h"
 
 namespace dbase {
@@ -133,12 +134,8 @@ void checkKnownTags(const IndexFile& index, const std::vector<TagDefinition>& kn
 void checkIndexHeader(const TableFile& records, const IndexFile& index, CheckReport& report) {
     const UpdateStamp stamp = index.stamp();
     if (stamp.present && stamp.inUpdate) {
-        report.add(
-            index.path(), "cabecera",
-            isInExchange(records.path(), diskFolders())
-                ? "un programa terminó mientras sustituía varias tablas a la vez; el cambio se termina al "
-                  "abrir una de ellas"
-                : "un programa terminó mientras escribía; hay que reindexar");
+        report.add(index.path(), "cabecera",
+                   "un programa terminó mientras escribía; el siguiente que pueda escribir rehace el índice");
     } else if (index.hasOwnHead()) {
         checkOwnBytes(records, index, report);
     }
@@ -204,6 +201,11 @@ void checkAll(const TableFile& records, const std::optional<std::string>& indexP
     }
 }
 
+// Its index may be another table's, or records and index the old ones. `index`: null if there is none.
+bool isAmidExchange(const TableFile& records, const File* index) {
+    return (index == nullptr || stampOf(index).inUpdate) && isInExchange(records.path(), diskFolders());
+}
+
 // Nothing if it was replaced meanwhile: then one file may be the old table's and the other one the new
 // table's. A program that replaces a table holds the opening lock while names and marks change.
 std::optional<CheckResult> tryCheck(const std::string& tableFile, const Progress& progress,
@@ -218,9 +220,16 @@ std::optional<CheckResult> tryCheck(const std::string& tableFile, const Progress
         // Opened separately, so that the lock outlives the index even if that is damaged.
         const std::unique_ptr<File> locked = openFile(indexPath.value_or(tableFile), OpenMode::ReadOnly);
         TableNames names(diskFolders(), records.file(), locked.get());
+        result.isChecked = !isAmidExchange(records, indexPath ? locked.get() : nullptr);
         records.file().unlock(openingLock);
         if (!names.leadHere()) {
             return std::nullopt;
+        }
+        if (!result.isChecked) {
+            report.note(tableFile, "sustitución",
+                        "un programa terminó mientras sustituía varias tablas a la vez; el cambio se "
+                        "termina al abrir una de ellas, y entonces se puede comprobar");
+            return result;
         }
         StructureLock::Holders holders;
         if (indexPath && records.file().isRemote()) {

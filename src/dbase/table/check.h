@@ -19,6 +19,7 @@ struct CheckResult {
     std::vector<Finding> findings; // at most a few hundred; if `truncated`, there are more
     std::vector<Finding> notes;    // what is right, and yet worth knowing
     bool truncated = false;
+    bool isChecked = true; // false amid an exchange that a stopped program left: a note says so
     std::uint32_t records = 0;
     std::size_t tags = 0;
 };

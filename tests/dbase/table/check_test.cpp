@@ -223,7 +223,7 @@ TEST_F(CheckTest, FindsAnIndexThatTheTableDoesNotName) {
 
 TEST_F(CheckTest, FindsTheMarkOfADeadWriter) {
     store32(index.data() + mdx::stamp + 8, 1);
-    expectFinding("cabecera", "reindexar");
+    expectFinding("cabecera", "mientras escribía");
     expectMended();
 }
 
