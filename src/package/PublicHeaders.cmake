@@ -1,6 +1,6 @@
 # The installed headers: those that package/AmbCodPostales.h includes, directly or indirectly, and the pieces that make
 # a host's own forms look and behave like the package's dialogs,
-# that judge many addresses, or that load the official street directory.
+# that judge many addresses, that load the official street directory, or that audit the tables.
 set(public_headers
   address/AddressLine.h
   address/AddressParts.h
@@ -52,6 +52,10 @@ set(public_headers
   directory/LoadingProgress.h
   directory/OfficialDirectory.h
   directory/PlaceCode.h
+  directory/audit/Audit.h
+  directory/audit/AuditReport.h
+  directory/audit/Finding.h
+  directory/audit/TableRepair.h
   form/AddressBoxes.h
   form/AddressText.h
   form/RecordBinding.h

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "directory/audit/AuditPage.h"
 #include "support/Tables.h"
 #include "support/TemporaryFolder.h"
 

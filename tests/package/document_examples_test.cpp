@@ -15,6 +15,7 @@
 #include "address/JudgedAddress.h"
 #include "address/VerdictTexts.h"
 #include "directory/OfficialDirectory.h"
+#include "directory/audit/TableRepair.h"
 #include "snippets/own_table.cpp"
 #include "support/DiskWaits.h"
 
@@ -27,6 +28,9 @@ void leaveStreet(TClassCodPostales& postal, QLineEdit* street, const QString& ty
 ambrel::directory::LoadedEdition loadStreets(const ambrel::directory::EditionFiles& files,
                                              const std::string& htmlFile,
                                              const std::function<void(double share)>& goesOn);
+std::vector<ambrel::directory::Finding> graveFindings(const std::string& htmlFile,
+                                                      const ambrel::directory::AuditProgress& goesOn);
+std::string mendBlanks(const ambrel::directory::RepairObserver& observer);
 void reportOn(const std::vector<ambrel::GivenAddress>& customers, const std::string& htmlFile);
 bool startEdit(dbase::Dataset& table);
 
@@ -97,6 +101,34 @@ TEST_F(DocumentExamplesTest, AValidationLeavesAReport) {
     EXPECT_NE(html.find(ambrel::verdictTitle(ambrel::Verdict::Completed)), std::string::npos) << html;
     EXPECT_NE(html.find(ambrel::verdictName(ambrel::Verdict::Empty)), std::string::npos);
     EXPECT_NE(html.find("50,0"), std::string::npos);
+}
+
+TEST_F(DocumentExamplesTest, AnAuditFindsWhatIsGraveAndLeavesAReport) {
+    addStretch("99", "47", "28001");
+    const std::string file = folder() + "/informe.html";
+    const auto grave = graveFindings(file, {});
+    ASSERT_GE(grave.size(), 1U);
+    EXPECT_EQ(ambrel::directory::className(grave.front().kind), "RANGO_INVERTIDO");
+    std::ifstream page(file);
+    const std::string html(std::istreambuf_iterator<char>(page), {});
+    EXPECT_NE(html.find(ambrel::directory::classTitle(grave.front().kind)), std::string::npos) << html;
+}
+
+TEST_F(DocumentExamplesTest, ARepairLeavesAnUndoFileOnlyIfItChangedSomething) {
+    using namespace ambrel::directory;
+    std::vector<std::string> changes;
+    const auto observe = [&](const RepairedRow& row, RepairOutcome outcome) {
+        EXPECT_EQ(outcome, RepairOutcome::Done);
+        changes.push_back(row.change);
+    };
+    EXPECT_EQ(mendBlanks(observe), "");
+    addRow("POSTAL", {{"CODIGO1", "28000001"},
+                      {"PROVINCIA", "28"},
+                      {"CAPITAL", "0"},
+                      {"VIA", "GRAN  VIA"},
+                      {"CODPOSTAL", "28001"}});
+    EXPECT_EQ(mendBlanks(observe), folder() + "/revisar.deshacer");
+    EXPECT_EQ(changes, std::vector<std::string>{"VIA=GRAN VIA"});
 }
 
 class StreetLoadExampleTest : public package_tests::PackageTest {

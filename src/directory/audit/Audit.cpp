@@ -9,7 +9,7 @@
 
 #include "dbase/dataset/dataset.h"
 #include "dbase/system/databases.h"
-#include "dbase/table/table.h"
+#include "directory/audit/AuditedRows.h"
 #include "directory/audit/KeyAudit.h"
 #include "directory/audit/MunicipalityAudit.h"
 #include "directory/audit/NameAudit.h"
@@ -37,17 +37,12 @@ std::optional<std::set<std::string, std::less<>>> streetTypes(const std::string&
     return types;
 }
 
-std::uint64_t recordCount(const std::string& database, const std::string& name) {
-    dbase::Dataset table(database, name);
-    table.open();
-    return table.openTable().records().recordCount();
-}
-
 class Run {
 public:
     Run(const std::string& database, const FindingSink& sink, const AuditProgress& progress)
         : database_(database), sink_(sink), progress_(progress) {
-        rows_ = recordCount(database, "MUNICIPI") + recordCount(database, "POSTAL");
+        rows_ = recordCount(database, AuditedTable::Municipalities) +
+                recordCount(database, AuditedTable::Streets);
     }
 
     AuditTotals run() {

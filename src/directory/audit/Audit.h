@@ -9,7 +9,6 @@
 
 #include "AmbrelExport.h"
 #include "directory/audit/Finding.h"
-#include "directory/audit/PlaceBook.h"
 
 namespace ambrel::directory {
 
@@ -22,10 +21,11 @@ struct AMBREL_EXPORT ProvinceCount {
     ProvinceCount& operator+=(const ProvinceCount& other);
 };
 
+/// What an audit has counted.
 struct AMBREL_EXPORT AuditTotals {
     std::uint64_t municipalityRows = 0, streetRows = 0;
-    std::array<std::uint64_t, findingClassCount> findings{};
-    std::map<std::string, ProvinceCount> provinces; // by two digits
+    std::array<std::uint64_t, findingClassCount> findings{}; // by class
+    std::map<std::string, ProvinceCount> provinces;          // by two digits
     std::uint64_t streets = 0, hiddenStreets = 0;
     std::uint64_t userKeys = 0; // in the block "99"
     std::string highestUserKey; // empty if there are none
@@ -37,18 +37,9 @@ struct AMBREL_EXPORT AuditTotals {
 /// Rows read so far, and all of them.
 using AuditProgress = std::function<void(std::uint64_t done, std::uint64_t total)>;
 
-/// Reads the rows of MUNICIPI that are not deleted.
-[[nodiscard]] PlaceBook readPlaces(const std::string& database);
-
-/// Calls a function with every row of a table, in the order of a tag; empty for that of the records. Others
-/// may change the table meanwhile. Errors: dbase::Error.
-void forEachMunicipality(const std::string& database,
-                         const std::function<void(const MunicipalityRow&)>& visit);
-void forEachStreet(const std::string& database, const std::string& tag,
-                   const std::function<void(const StreetRow&)>& visit);
-
-/// Gives each finding to a function. Memory: MUNICIPI, the longest street, and 12 bytes for each row of
-/// POSTAL. Errors: dbase::Error; what the functions throw, which ends the audit.
+/// Gives each finding to a function; others may use the tables meanwhile. Memory: MUNICIPI, the longest
+/// street, and 12 bytes for each row of POSTAL. `database`: as hosts call it. Errors: dbase::Error; what the
+/// functions throw, which ends the audit.
 AMBREL_EXPORT AuditTotals auditTables(const std::string& database, const FindingSink& sink,
                                       const AuditProgress& progress = {});
 

@@ -1,8 +1,9 @@
 // Draws the report on an audit, section by section.
+#include "directory/audit/AuditPage.h"
+
 #include <algorithm>
 
 #include "dbase/dbf/codepage.h"
-#include "directory/audit/AuditReport.h"
 #include "report/Page.h"
 #include "report/ShownText.h"
 #include "report/SpanishNumbers.h"

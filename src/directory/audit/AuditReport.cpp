@@ -3,6 +3,7 @@
 
 #include <numeric>
 
+#include "directory/audit/AuditPage.h"
 #include "report/WholeFile.h"
 
 namespace ambrel::directory {

@@ -24,23 +24,29 @@ struct AuditRun {
 /// Collects findings in bounded memory: the first hundred of each class are kept.
 class AMBREL_EXPORT AuditReport {
 public:
+    /// Findings of each class that the page lists.
     static constexpr std::size_t mostShown = 100;
 
+    /// A report without findings.
     explicit AuditReport(AuditRun run) : run_(std::move(run)) {}
 
     /// Whether write() could write there now. Errors: dbase::Error, which says why not.
     static void requireWritable(const std::string& file);
 
+    /// Takes a finding.
     void add(const Finding& finding);
     /// Writes the page, or leaves a file that has the name as it was. Errors: dbase::Error.
     void write(const std::string& file, const AuditTotals& totals) const;
 
+    /// What was audited.
     [[nodiscard]] const AuditRun& run() const { return run_; }
+    /// Findings so far: of a severity and a class, or of either.
     [[nodiscard]] std::uint64_t count(Severity severity, FindingClass kind) const {
         return counts_.at(static_cast<std::size_t>(severity)).at(static_cast<std::size_t>(kind));
     }
     [[nodiscard]] std::uint64_t count(FindingClass kind) const;
     [[nodiscard]] std::uint64_t count(Severity severity) const;
+    /// The first findings of a class.
     [[nodiscard]] const std::vector<Finding>& first(FindingClass kind) const {
         return first_.at(static_cast<std::size_t>(kind));
     }
@@ -50,8 +56,5 @@ private:
     std::array<std::array<std::uint64_t, findingClassCount>, 3> counts_{}; // by severity
     std::array<std::vector<Finding>, findingClassCount> first_;
 };
-
-/// The page, as write() writes it.
-[[nodiscard]] std::string auditPage(const AuditReport& report, const AuditTotals& totals);
 
 } // namespace ambrel::directory

@@ -1,9 +1,11 @@
 // Reads rows for an audit: some under each lock, and none is held while they are being looked at.
+#include "directory/audit/AuditedRows.h"
+
 #include <vector>
 
 #include "dbase/dataset/dataset.h"
 #include "dbase/lock/read_scope.h"
-#include "directory/audit/Audit.h"
+#include "dbase/table/table.h"
 
 namespace ambrel::directory {
 
@@ -96,6 +98,12 @@ PlaceBook readPlaces(const std::string& database) {
     forEachMunicipality(database, [&](const MunicipalityRow& row) { book.add(row); });
     book.finish();
     return book;
+}
+
+std::uint64_t recordCount(const std::string& database, AuditedTable table) {
+    dbase::Dataset rows(database, std::string(tableName(table)));
+    rows.open();
+    return rows.openTable().records().recordCount();
 }
 
 } // namespace ambrel::directory

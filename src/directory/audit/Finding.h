@@ -18,6 +18,7 @@ enum class Severity { Grave, Warning, Note };
 /// "GRAVE", "AVISO" or "NOTA".
 [[nodiscard]] AMBREL_EXPORT std::string_view severityName(Severity severity);
 
+/// What a finding is about; classMeaning() says it in a sentence.
 enum class FindingClass {
     ReversedRange,
     WrongParity,
@@ -45,6 +46,7 @@ enum class FindingClass {
     SingleCodeMark,
     FullBlock
 };
+/// The number of classes.
 inline constexpr std::size_t findingClassCount = 25;
 
 /// As files and orders have it, such as "RANGO_INVERTIDO".
@@ -56,15 +58,16 @@ inline constexpr std::size_t findingClassCount = 25;
 [[nodiscard]] AMBREL_EXPORT std::string_view classMeaning(FindingClass kind);
 [[nodiscard]] AMBREL_EXPORT std::string_view classAdvice(FindingClass kind);
 /// Unless the case says otherwise.
-[[nodiscard]] Severity usualSeverity(FindingClass kind);
+[[nodiscard]] AMBREL_EXPORT Severity usualSeverity(FindingClass kind);
 /// Whether findings of the class have exactly one right repair.
 [[nodiscard]] AMBREL_EXPORT bool isRepairable(FindingClass kind);
 
+/// The tables that are audited.
 enum class AuditedTable { Municipalities, Streets };
 /// "MUNICIPI" or "POSTAL".
 [[nodiscard]] AMBREL_EXPORT std::string_view tableName(AuditedTable table);
 
-/// Texts in UTF-8.
+/// What is wrong with one row, or with a table as a whole. Texts in UTF-8.
 struct Finding {
     FindingClass kind = {};
     Severity severity = {};
@@ -76,6 +79,7 @@ struct Finding {
     std::string province = {}; // two digits; empty if not known
 };
 
+/// Takes each finding of an audit.
 using FindingSink = std::function<void(const Finding&)>;
 
 } // namespace ambrel::directory

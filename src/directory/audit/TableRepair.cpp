@@ -12,7 +12,7 @@
 #include "dbase/dbf/codec.h"
 #include "dbase/system/databases.h"
 #include "dbase/table/table.h"
-#include "directory/audit/Audit.h"
+#include "directory/audit/AuditedRows.h"
 #include "directory/audit/RowMending.h"
 #include "loading/ansi_text.h"
 #include "loading/batch_changes.h"
@@ -135,12 +135,6 @@ std::size_t columnWidth(const std::string& database, AuditedTable name, const st
     const dbase::Schema& schema = table.openTable().schema();
     const auto place = schema.find(column);
     return place ? schema.columns.at(*place).width : 0;
-}
-
-std::uint64_t recordCount(const std::string& database, AuditedTable name) {
-    dbase::Dataset table(database, std::string(tableName(name)));
-    table.open();
-    return table.openTable().records().recordCount();
 }
 
 /// The repair of both tables. What repeats the name of a municipality comes before the name itself, and the

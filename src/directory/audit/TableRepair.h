@@ -11,6 +11,7 @@
 
 namespace ambrel::directory {
 
+/// What became of a row that has one right repair.
 enum class RepairOutcome {
     Planned, // in a dry run
     Done,
@@ -19,7 +20,7 @@ enum class RepairOutcome {
     CopyLeft, // the name of a municipality, of which a copy in another row could not be changed
 };
 
-/// Texts in UTF-8.
+/// The repair of one row. Texts in UTF-8.
 struct RepairedRow {
     AuditedTable table = {};
     dbase::RecordNumber record = 0;
@@ -28,6 +29,7 @@ struct RepairedRow {
     std::string change = {}; // "VIA=PEÑA, CAPITAL=9"
 };
 
+/// What is to be repaired.
 struct RepairOptions {
     std::string database = "DB";
     std::set<FindingClass> kinds = {};     // those that isRepairable() admits
@@ -35,6 +37,7 @@ struct RepairOptions {
     AuditProgress progress = {};           // may throw, which ends the repair between two batches of rows
 };
 
+/// Gets each row as it is planned, done or left.
 using RepairObserver = std::function<void(const RepairedRow&, RepairOutcome)>;
 
 /// Where a repair keeps what was in the rows.
