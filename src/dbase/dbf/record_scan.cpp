@@ -6,7 +6,7 @@
 namespace dbase {
 
 namespace {
-constexpr std::size_t pieceBytes = std::size_t{1} << 20;
+constexpr std::size_t bytesAtOnce = std::size_t{1} << 20;
 }
 
 const RecordView* RecordScan::next() {
@@ -16,7 +16,7 @@ const RecordView* RecordScan::next() {
     const std::size_t length = records_.schema().recordLength;
     if (at_ == piece_.size()) {
         const std::size_t rows =
-            std::min<std::size_t>(which_.count - read_, std::max<std::size_t>(pieceBytes / length, 1));
+            std::min<std::size_t>(which_.count - read_, std::max<std::size_t>(bytesAtOnce / length, 1));
         piece_.resize(rows * length);
         records_.file().read(records_.offsetOf(read_ + 1), piece_);
         if (which_.marked > read_ && which_.marked <= read_ + rows) {

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "dbase/system/error.h"
+#include "dbase/system/paths.h"
 #include "dbase/system/posix_file.h"
 
 namespace dbase {
@@ -69,8 +70,7 @@ bool giveAccess(int descriptor, int model) {
 } // namespace
 
 void requireReplaceableFile(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    const std::string folder = folderOf(path);
     struct stat ofFolder = {}, ofFile = {};
     if (stat(folder.c_str(), &ofFolder) != 0 || stat(path.c_str(), &ofFile) != 0) {
         raise(path, "no se puede consultar");

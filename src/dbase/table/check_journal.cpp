@@ -83,8 +83,7 @@ void checkLeft(const TableFile& records, const File* index, CheckReport& report)
     };
     if (journal.isOfOtherFiles(originOf(records), sessionOf(index))) {
         note("el diario que quedó es de otros ficheros, porque se ha recuperado una copia de la tabla; se "
-             "apartará y "
-             "se reharán los tags");
+             "apartará y se reharán los tags");
     } else if (journal.isOfAnotherStart() && !journal.keptEntries().empty()) {
         note("el equipo se paró con la tabla en uso; la tabla se recuperará");
     }

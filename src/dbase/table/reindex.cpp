@@ -82,6 +82,26 @@ std::vector<TagDefinition> tagsOf(const std::string& tableFile, const ReadableTa
     return completed(readable.tags, known);
 }
 
+/// The tags that a table will have.
+struct WantedTags {
+    std::vector<TagDefinition> tags;
+    bool areThere = false; // these and no others, in an index that can be read
+};
+
+// Nothing has been created or changed yet if they are refused.
+WantedTags wantedTags(const std::string& tableFile, const std::optional<std::string>& index,
+                      const Schema& schema, const std::vector<TagDefinition>& known) {
+    const ReadableTags readable = index ? readTags(*index, schema) : ReadableTags{};
+    WantedTags wanted{.tags = tagsOf(tableFile, readable, known)};
+    wanted.areThere =
+        readable.problem.empty() && std::ranges::is_permutation(wanted.tags, readable.tags, {},
+                                                                &TagDefinition::name, &TagDefinition::name);
+    if (!wanted.areThere) {
+        IndexFile::checkTags(tableFile, schema, wanted.tags);
+    }
+    return wanted;
+}
+
 const Column& keyColumn(const Schema& schema, const std::vector<TagDefinition>& tags) {
     std::vector<Expression> keys;
     for (const TagDefinition& tag : tags) {
@@ -129,15 +149,7 @@ void reindexTable(const std::string& path, const std::vector<TagDefinition>& kno
     }
     TableFile records(std::move(file));
     const std::optional<std::string> existing = findIndexFile(tableFile);
-    const ReadableTags readable = existing ? readTags(*existing, records.schema()) : ReadableTags{};
-    const std::vector<TagDefinition> tags = tagsOf(tableFile, readable, knownTags);
-    const bool isWhole =
-        readable.problem.empty() &&
-        std::ranges::is_permutation(tags, readable.tags, {}, &TagDefinition::name, &TagDefinition::name);
-    if (!isWhole) {
-        IndexFile::checkTags(tableFile, records.schema(),
-                             tags); // before creating a file or touching a record
-    }
+    const WantedTags wanted = wantedTags(tableFile, existing, records.schema(), knownTags);
     Journal journal(journalBeside(tableFile), records.schema());
     if (const std::string objection = journal.objectionToWriting(); !objection.empty()) {
         throw Error(ErrorCode::AccessDenied, tableFile, objection);
@@ -150,20 +162,20 @@ void reindexTable(const std::string& path, const std::vector<TagDefinition>& kno
     }
     const StructureLock lock(*index, holders, LockKind::Exclusive);
     Recovery recovery(records, index.get(), &journal);
-    const bool isRestored = isAlone && recovery.hasOthersJournal();
-    const bool isAfterStop = isAlone && !isRestored && journal.isOfAnotherStart();
-    if (isAfterStop) {
-        recovery.afterStop(keyColumn(records.schema(), tags));
-    } else { // the tail is cut at the end in any case
-        static_cast<void>(isRestored ? recovery.afterRestore() : recovery.afterDeath(stampOf(index.get())));
+    if (isAlone && recovery.hasOthersJournal()) {
+        static_cast<void>(recovery.afterRestore()); // the tail is cut at the end in any case
+    } else if (isAlone && journal.isOfAnotherStart()) {
+        recovery.afterStop(keyColumn(records.schema(), wanted.tags));
+    } else {
+        static_cast<void>(recovery.afterDeath(stampOf(index.get())));
     }
-    if (!isWhole) {
-        IndexFile::format(*index, records.schema(), baseName(tableFile), tags,
+    if (!wanted.areThere) {
+        IndexFile::format(*index, records.schema(), baseName(tableFile), wanted.tags,
                           UpdateStamp{true, true, 0, 1, journal.session()});
     }
     trees.emplace(std::move(index), records.schema());
     rebuildTrees(records, *trees, progress);
-    records.markColumns(columnsWithTag(records.schema(), tags));
+    records.markColumns(columnsWithTag(records.schema(), wanted.tags));
     recovery.tail();
     recovery.sync();
     if (isAlone) {

@@ -159,7 +159,7 @@ RecordNumber TableRevision::add(std::span<const char> record) {
 void TableRevision::erase(RecordNumber number) {
     const std::span<const char> bytes = row(number);
     std::vector<char> deleted(bytes.begin(), bytes.end());
-    deleted.front() = '*';
+    deleted.front() = deletedMark;
     change(number, deleted);
 }
 
