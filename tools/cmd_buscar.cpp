@@ -5,6 +5,7 @@
 #include "dbase/system/quoted.h"
 #include "loading/failure.h"
 #include "tools/commands.h"
+#include "tools/complain.h"
 #include "tools/cut_table.h"
 #include "tools/record_output.h"
 #include "tools/search_key.h"
@@ -61,7 +62,7 @@ void tellUselessFields(dbase::Dataset& table, const SearchKey& key, std::size_t 
         if (outside.size() == given) {
             throw loading::Failure(text);
         }
-        std::fprintf(stderr, "ambcp: aviso: %s y no cuenta.\n", text.c_str());
+        complain("aviso: " + text + " y no cuenta.");
     }
 }
 

@@ -8,13 +8,11 @@
 #include "address/AddressResolution.h"
 #include "controller/ProvinceName.h"
 #include "dbase/dbf/codepage.h"
-#include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/system/quoted.h"
 #include "loading/csv.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
-#include "tools/cut_table.h"
 #include "tools/table_folder.h"
 
 namespace ambcp {
@@ -135,12 +133,7 @@ std::string describe(AddressPart part, const ambrel::ResolvedAddress& address, c
 } // namespace
 
 ExitCode direccion(const AddressOptions& options) {
-    const std::string folder = useFolder(options.folder);
-    for (const char* table : {"MUNICIPI", "POSTAL"}) {
-        if (const auto file = dbase::findTableFile(folder, table)) { // the search reports a missing one
-            requireWhole(*file);
-        }
-    }
+    usePostalTables(options.folder);
     const ambrel::ResolvedAddress address =
         ambrel::resolveAddress(folderDatabase, {.municipality = ansi(options.municipality),
                                                 .streetType = ansi(options.streetType),

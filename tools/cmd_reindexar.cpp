@@ -9,6 +9,7 @@
 #include "dbase/table/check.h"
 #include "loading/counted.h"
 #include "tools/commands.h"
+#include "tools/complain.h"
 #include "tools/cut_table.h"
 #include "tools/progress.h"
 #include "tools/table_folder.h"
@@ -37,7 +38,7 @@ ExitCode rebuild(const std::string& table, const std::vector<dbase::TagDefinitio
         }
         return ExitCode::done;
     } catch (const dbase::Error& error) {
-        std::fprintf(stderr, "ambcp: %s\n", error.what()); // the other tables are still rebuilt
+        complain(error.what()); // the other tables are still rebuilt
         return ExitCode::failed;
     }
 }

@@ -8,17 +8,16 @@
 
 #include <unistd.h>
 
-#include "dbase/system/databases.h"
 #include "dbase/system/quoted.h"
 #include "loading/ansi_text.h"
 #include "loading/counted.h"
 #include "loading/csv.h"
+#include "loading/failure.h"
 #include "loading/utf8.h"
 #include "suggest/Letters.h"
 #include "suggest/Suggestions.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
-#include "tools/cut_table.h"
 #include "tools/table_folder.h"
 
 namespace ambcp {
@@ -189,12 +188,7 @@ ExitCode answerFile(const std::string& file, SuggestionOutput& output) {
 } // namespace
 
 ExitCode sugerir(const SuggestOptions& options) {
-    const std::string folder = useFolder(options.folder);
-    for (const char* table : {"MUNICIPI", "POSTAL"}) {
-        if (const auto file = dbase::findTableFile(folder, table)) { // the search reports a missing one
-            requireWhole(*file);
-        }
-    }
+    usePostalTables(options.folder);
     if (options.file.empty() == options.municipality.empty()) {
         throw loading::Failure("se da --municipio, o --lote con un fichero de consultas");
     }

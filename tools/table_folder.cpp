@@ -7,9 +7,11 @@
 #include "dbase/dbf/codepage.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
+#include "dbase/system/names.h"
 #include "dbase/system/quoted.h"
 #include "dbase/system/system_reason.h"
 #include "loading/failure.h"
+#include "tools/cut_table.h"
 
 namespace fs = std::filesystem;
 
@@ -17,12 +19,7 @@ namespace ambcp {
 
 namespace {
 
-bool isTableName(const fs::path& name) {
-    const std::string extension = name.extension().string();
-    return extension.size() == 4 &&
-           std::ranges::equal(extension, std::string_view(".DBF"),
-                              [](char a, char b) { return a == b || (a >= 'a' && a <= 'z' && a - 32 == b); });
-}
+bool isTableName(const fs::path& name) { return dbase::sameName(name.extension().string(), ".DBF"); }
 
 } // namespace
 
@@ -33,6 +30,16 @@ std::string useFolder(const std::string& folder) {
     }
     dbase::setDatabaseFolder(folderDatabase, folder);
     return dbase::databaseFolder(folderDatabase);
+}
+
+std::string usePostalTables(const std::string& folder) {
+    std::string used = useFolder(folder);
+    for (const char* const table : {"MUNICIPI", "POSTAL"}) {
+        if (const auto file = dbase::findTableFile(used, table)) {
+            requireWhole(*file);
+        }
+    }
+    return used;
 }
 
 std::string requireTable(const std::string& folder, const std::string& table) {

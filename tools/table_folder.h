@@ -15,6 +15,10 @@ inline constexpr const char* folderDatabase = "DB";
 /// there is no such folder.
 std::string useFolder(const std::string& folder);
 
+/// The same for questions to MUNICIPI and POSTAL. Errors: also DamagedTable for a truncated one; a missing
+/// one is reported by the question.
+std::string usePostalTables(const std::string& folder);
+
 /// Path of a table's file. Errors: Failure when it is not there.
 [[nodiscard]] std::string requireTable(const std::string& folder, const std::string& table);
 

@@ -8,12 +8,10 @@
 #include <utility>
 #include <vector>
 
-#include "dbase/system/databases.h"
 #include "dbase/system/quoted.h"
 #include "loading/counted.h"
 #include "loading/failure.h"
 #include "tools/complain.h"
-#include "tools/cut_table.h"
 #include "tools/output_files.h"
 #include "tools/table_folder.h"
 
@@ -62,15 +60,6 @@ void requireOtherFiles(const ValidateOptions& options) {
         }
     }
     requireOtherFiles({options.file}, outputs);
-}
-
-void usePostalTables(const std::string& folder) {
-    const std::string path = useFolder(folder);
-    for (const char* table : {"MUNICIPI", "POSTAL"}) {
-        if (const auto file = dbase::findTableFile(path, table)) { // the search reports a missing one
-            requireWhole(*file);
-        }
-    }
 }
 
 void tellTotals(const std::string& name, const ambrel::AddressFileTotals& totals,

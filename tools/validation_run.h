@@ -21,9 +21,6 @@ inline constexpr const char* columnHint =
 /// Nothing is written over what is read, nor twice to one file. Errors: Failure.
 void requireOtherFiles(const ValidateOptions& options);
 
-/// Uses the folder of the postal tables. Errors: Failure; DamagedTable for a cut one.
-void usePostalTables(const std::string& folder);
-
 /// Writes the rows by verdict to standard error.
 void tellTotals(const std::string& name, const ambrel::AddressFileTotals& totals,
                 std::chrono::duration<double> elapsed);

@@ -33,8 +33,7 @@ public:
         }
         page_.foot().paragraph(
             "Los totales cuentan todas las filas. Este informe es un solo fichero, que se abre sin red: se "
-            "puede "
-            "guardar, imprimir y enviar. La orden ambcp revisar escribe todos los hallazgos como CSV.");
+            "puede guardar, imprimir y enviar. La orden ambcp revisar escribe todos los hallazgos como CSV.");
         return page_.html();
     }
 
@@ -147,8 +146,7 @@ private:
         PageBlock section = page_.section(
             "Por provincia",
             "De las vías de cada una, cuántas tienen en todas sus filas un código postal de MUNICIPI, "
-            "cuántas "
-            "tienen números que no son todos, y en cuántas hay algo grave o un aviso (rayado).");
+            "cuántas tienen números que no son todos, y en cuántas hay algo grave o un aviso (rayado).");
         section.table(picture);
         section.folded("En cifras", "vías, municipios y hallazgos, sin las notas").table(figures);
     }
