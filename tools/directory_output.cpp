@@ -7,6 +7,7 @@
 
 #include <unistd.h>
 
+#include "directory/LeadingZeros.h"
 #include "loading/ansi_text.h"
 #include "loading/counted.h"
 #include "loading/csv.h"
@@ -26,7 +27,7 @@ using ambrel::directory::PlaceCode;
 using loading::counted;
 using loading::utf8FromAnsi;
 
-std::string codeText(PlaceCode place) { return std::to_string(100'000 + place).substr(1); }
+std::string codeText(PlaceCode place) { return ambrel::directory::digits(place, 5); }
 
 void warn(std::uint64_t count, const char* one, const char* many) {
     if (count > 0) {
@@ -117,7 +118,7 @@ void ConflictList::add(const DirectoryConflict& conflict) {
     addCsvRow(text_,
               {conflictNames.at(static_cast<std::size_t>(conflict.kind)), codeText(conflict.place),
                utf8FromAnsi(conflict.municipality),
-               conflict.key == 0 ? "" : std::to_string(100'000'000 + conflict.key).substr(1),
+               conflict.key == 0 ? "" : ambrel::directory::digits(conflict.key, 8),
                utf8FromAnsi(conflict.name), utf8FromAnsi(conflict.ours), utf8FromAnsi(conflict.official)});
 }
 

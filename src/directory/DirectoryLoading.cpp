@@ -13,6 +13,7 @@
 #include "directory/DirectoryRecords.h"
 #include "directory/DirectoryStoring.h"
 #include "directory/EditionLosses.h"
+#include "directory/LeadingZeros.h"
 #include "directory/PlaceDifference.h"
 #include "directory/StreetDifference.h"
 #include "loading/failure.h"

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 
+#include "directory/LeadingZeros.h"
 #include "loading/ansi_text.h"
 #include "report/Page.h"
 #include "report/ShownText.h"
@@ -79,7 +80,7 @@ public:
 
 private:
     [[nodiscard]] std::string provinceName(unsigned number) const {
-        const std::string code = std::to_string(100 + number).substr(1);
+        const std::string code = digits(number, 2);
         const std::string name = run_.provinceName ? run_.provinceName(code) : std::string();
         return name.empty() ? "Provincia " + code : shownText(loading::utf8FromAnsi(name));
     }
@@ -205,8 +206,7 @@ private:
                     {}};
         for (const auto* const one : some) {
             const auto& [place, counts] = *one;
-            table.rows.push_back({Cell(std::to_string(100'000 + place).substr(1)),
-                                  Cell(shownText(loading::utf8FromAnsi(counts.name))),
+            table.rows.push_back({Cell(digits(place, 5)), Cell(shownText(loading::utf8FromAnsi(counts.name))),
                                   Cell(grouped(counts.comes)), Cell(grouped(counts.goes)),
                                   Cell(grouped(counts.changes)), Cell(grouped(counts.conflicts))});
         }

@@ -67,7 +67,7 @@ dbase::TableDefinition provenanceTable() {
                         character("ABIERTO", 4),
                         {.name = "ABREVIADO", .type = dbase::ColumnType::Logical, .width = 1},
                         character("HUELLA", printDigits),
-                        character("NOMBRE", 50)},
+                        character("NOMBRE", provenanceNameWidth)},
             .tags = {{.name = "CODIGO1", .expression = "CODIGO1"}}};
 }
 

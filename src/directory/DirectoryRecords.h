@@ -11,7 +11,8 @@
 
 namespace ambrel::directory {
 
-/// PROCEDEN, the table beside POSTAL that says where its rows come from.
+/// PROCEDEN, the table beside POSTAL that says where its rows come from. Longer names are cut there.
+inline constexpr std::uint16_t provenanceNameWidth = 50;
 [[nodiscard]] dbase::TableDefinition provenanceTable();
 [[nodiscard]] dbase::Schema provenanceSchema();
 

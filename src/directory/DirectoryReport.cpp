@@ -2,6 +2,7 @@
 #include "directory/DirectoryReport.h"
 
 #include "directory/DirectoryPage.h"
+#include "directory/LeadingZeros.h"
 #include "loading/ansi_text.h"
 #include "report/WholeFile.h"
 
@@ -9,7 +10,7 @@ namespace ambrel::directory {
 
 namespace {
 
-std::string keyText(std::uint32_t key) { return key == 0 ? "" : std::to_string(100'000'000 + key).substr(1); }
+std::string keyText(std::uint32_t key) { return key == 0 ? "" : digits(key, 8); }
 
 std::string rangeText(const char* side, std::uint16_t first, std::uint16_t last) {
     return first == 0 && last == 0

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 
-#include "directory/RecordForm.h"
+#include "directory/LeadingZeros.h"
 
 namespace ambrel::directory {
 namespace {

@@ -5,11 +5,11 @@
 #include <set>
 
 #include "data/TableDefinitions.h"
+#include "directory/DirectoryRecords.h"
+#include "directory/LeadingZeros.h"
 
 namespace ambrel::directory {
 namespace {
-
-constexpr std::size_t provenanceNameWidth = 50;
 
 PlaceCode placeOfRow(const PlaceRow& row) { return row.official.place; }
 PlaceCode placeOfEarlier(const EarlierPlace& row) { return row.official.place; }

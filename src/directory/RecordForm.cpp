@@ -23,11 +23,6 @@ std::string_view withoutBlanks(std::string_view raw) {
 
 } // namespace
 
-std::string digits(std::uint32_t value, std::size_t width) {
-    std::string text = std::to_string(value);
-    return text.size() < width ? std::string(width - text.size(), '0') + text : text;
-}
-
 RecordForm::RecordForm(const dbase::Schema& schema, std::initializer_list<const char*> columns,
                        std::initializer_list<const char*> optional)
     : record_(schema.recordLength, ' ') {

@@ -54,7 +54,4 @@ private:
     std::vector<dbase::Column> columns_;
 };
 
-/// A number in digits, with leading zeros.
-[[nodiscard]] std::string digits(std::uint32_t value, std::size_t width);
-
 } // namespace ambrel::directory

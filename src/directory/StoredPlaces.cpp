@@ -1,9 +1,11 @@
 // Reads MUNICIPI, and finds the rows that an edition brought.
+#include "directory/StoredPlaces.h"
+
 #include <algorithm>
 
 #include "data/TableDefinitions.h"
+#include "directory/DirectoryRecords.h"
 #include "directory/FixedLine.h"
-#include "directory/StoredPlaces.h"
 
 namespace ambrel::directory {
 namespace {
@@ -25,7 +27,8 @@ void findEarlier(std::span<EarlierPlace> earlier, std::span<StoredPlace> stored)
     find(RowState::Untouched,
          [](const EarlierPlace& one, const StoredPlace& row) { return one.fingerprint == row.fingerprint; });
     find(RowState::Changed, [](const EarlierPlace& one, const StoredPlace& row) {
-        return one.official.isEntity == row.isEntity && one.name == std::string_view(row.name).substr(0, 50);
+        return one.official.isEntity == row.isEntity &&
+               one.name == std::string_view(row.name).substr(0, provenanceNameWidth);
     });
     find(RowState::Changed, [](const EarlierPlace& one, const StoredPlace& row) {
         return one.official.isEntity == row.isEntity && one.official.postalCode == row.postalCode;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "directory/LeadingZeros.h"
 #include "directory/RowMatching.h"
 #include "directory/StreetNames.h"
 

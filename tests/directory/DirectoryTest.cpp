@@ -6,7 +6,7 @@
 #include "data/TableDefinitions.h"
 #include "dbase/dataset/dataset.h"
 #include "dbase/dataset/row_walk.h"
-#include "directory/RecordForm.h"
+#include "directory/LeadingZeros.h"
 #include "loading/undo.h"
 #include "loading/undo_reader.h"
 #include "tools/edition/OfficialLines.h"
@@ -68,11 +68,20 @@ std::string textOf(const DirectoryChange& change) {
            boundsText(goes ? change.boundsBefore : change.bounds);
 }
 
-void setValues(dbase::Dataset& table, const std::vector<std::pair<std::string, std::string>>& values) {
+using Values = std::map<std::string, std::string>; // by column
+
+void setValues(dbase::Dataset& table, const Values& values) {
     for (const auto& [column, value] : values) {
         table.field(column).setText(value);
     }
     table.post();
+}
+
+void addRow(const char* name, const Values& values) {
+    dbase::Dataset table("DB", name);
+    table.open();
+    table.append();
+    setValues(table, values);
 }
 
 /// On the row of POSTAL with a key.
@@ -256,11 +265,21 @@ void DirectoryTest::erase(const std::string& key) {
     onStreet(key, [](dbase::Dataset& table) { table.erase(); });
 }
 
-void DirectoryTest::addStreet(const std::vector<std::pair<std::string, std::string>>& values) {
-    dbase::Dataset table("DB", "POSTAL");
-    table.open();
-    table.append();
-    setValues(table, values);
+void DirectoryTest::addStreet(const std::map<std::string, std::string>& values) {
+    Values all = values;
+    all.merge(Values{{"CODIGO1", "99000000"},
+                     {"PROVINCIA", "09"},
+                     {"CAPITAL", "9"},
+                     {"TIPO_VIA", "CL"},
+                     {"VIA", "DEL MOLINO"},
+                     {"IMPAR_INI", "1"},
+                     {"IMPAR_FIN", "9"},
+                     {"PAR_INI", "0"},
+                     {"PAR_FIN", "0"},
+                     {"CODPOSTAL", "09001"},
+                     {"MUNICIPI", "ABAJAS"},
+                     {"COD_INE", "09001"}});
+    addRow("POSTAL", all);
 }
 
 void DirectoryTest::setPlace(const std::string& name, const std::string& column, const std::string& value) {
@@ -271,11 +290,17 @@ void DirectoryTest::setPlace(const std::string& name, const std::string& column,
     setValues(table, {{column, value}});
 }
 
-void DirectoryTest::addPlace(const std::vector<std::pair<std::string, std::string>>& values) {
-    dbase::Dataset table("DB", "MUNICIPI");
-    table.open();
-    table.append();
-    setValues(table, values);
+void DirectoryTest::addPlace(const std::map<std::string, std::string>& values) {
+    Values all = values;
+    all.merge(Values{{"COD_INE", "09001"},
+                     {"CODPOSTAL", "09001"},
+                     {"UNICO", "N"},
+                     {"CAPITAL", "9"},
+                     {"NOMBRE", "ABAJAS"},
+                     {"COD_PROV", "09"},
+                     {"COD_MUN", "0001"},
+                     {"ENT_MENOR", "False"}});
+    addRow("MUNICIPI", all);
 }
 
 Lines DirectoryTest::undo(const std::string& undoFile) {

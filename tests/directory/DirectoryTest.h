@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -66,10 +67,13 @@ protected:
     // --- What users do. `key`: CODIGO1 of a row that exists.
     static void set(const std::string& key, const std::string& column, const std::string& value);
     static void erase(const std::string& key);
-    static void addStreet(const std::vector<std::pair<std::string, std::string>>& values);
+    /// A row of POSTAL: the numbers 1-9 of a user's CL DEL MOLINO in Abajas, 99000000 with the code 09001,
+    /// but for what is given.
+    static void addStreet(const std::map<std::string, std::string>& values);
     /// The first row of MUNICIPI with a name.
     static void setPlace(const std::string& name, const std::string& column, const std::string& value);
-    static void addPlace(const std::vector<std::pair<std::string, std::string>>& values);
+    /// A row of MUNICIPI: Abajas with the code 09001, one of several, but for what is given.
+    static void addPlace(const std::map<std::string, std::string>& values);
     /// As "ambcp deshacer"; the rows that are left alone.
     static std::vector<std::string> undo(const std::string& undoFile);
 

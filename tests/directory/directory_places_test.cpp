@@ -47,12 +47,7 @@ TEST_F(DirectoryPlacesTest, UsersRowsOfMunicipiStay) {
     edition.unit(9002, 101, "ADRADA", "ADRADA").street(9002, 1, "MAYOR").stretch(9002, 1, 9462, 1, 9);
     store(edition);
     setPlace("ADRADA", "NOMBRE", "ADRADA LA NUEVA");
-    addPlace({{"COD_INE", "09001"},
-              {"CODPOSTAL", "09001"},
-              {"UNICO", "N"},
-              {"CAPITAL", "9"},
-              {"NOMBRE", "URBANIZACION SOL"},
-              {"ENT_MENOR", "True"}});
+    addPlace({{"NOMBRE", "URBANIZACION SOL"}, {"ENT_MENOR", "True"}});
     const Lines before = everything();
     EXPECT_EQ(storeNext(edition).changes, Lines());
     EXPECT_EQ(everything(), before);
@@ -64,13 +59,7 @@ TEST_F(DirectoryPlacesTest, UsersRowsOfMunicipiStay) {
 }
 
 TEST_F(DirectoryPlacesTest, AMunicipalityThatOnlyTheUsersHaveStaysAndNamesItsStreets) {
-    addPlace({{"COD_INE", "09001"},
-              {"CODPOSTAL", "09001"},
-              {"UNICO", "S"},
-              {"CAPITAL", "9"},
-              {"NOMBRE", "ABAJAS DE USUARIO"},
-              {"COD_PROV", "09"},
-              {"ENT_MENOR", "False"}});
+    addPlace({{"UNICO", "S"}, {"NOMBRE", "ABAJAS DE USUARIO"}});
     const Outcome load = store(firstEdition());
     EXPECT_EQ(places(), (Lines{"09001 ABAJAS DE USUARIO 09001 S"}));
     EXPECT_EQ(load.conflicts, (Lines{"own municipality 00000000: 09001 , UNICO S | 09001 09002 , UNICO N"}));

@@ -50,18 +50,7 @@ TEST_F(DirectoryUndoTest, WhatUsersChangedOrAddedSinceStaysWhenAnEditionIsTakenB
     EXPECT_EQ(streets()[2], "09000003 AV REAL 1-11 0-0 09002 09001 ABAJAS");
     set("09000003", "IMPAR_FIN", "21");
     set("09000004", "VIA", "NOVISIMA");
-    addStreet({{"CODIGO1", "99000000"},
-               {"PROVINCIA", "09"},
-               {"CAPITAL", "9"},
-               {"TIPO_VIA", "CL"},
-               {"VIA", "DEL MOLINO"},
-               {"IMPAR_INI", "1"},
-               {"IMPAR_FIN", "9"},
-               {"PAR_INI", "0"},
-               {"PAR_FIN", "0"},
-               {"CODPOSTAL", "09001"},
-               {"MUNICIPI", "ABAJAS"},
-               {"COD_INE", "09001"}});
+    addStreet({});
     EXPECT_EQ(undo(folder / "next.deshacer").size(), 2U);
     EXPECT_EQ(streets(),
               (Lines{firstStreets[0], firstStreets[1], "09000003 AV REAL 1-21 0-0 09002 09001 ABAJAS",
