@@ -236,6 +236,22 @@ std::string freshFindings(const MemoryTable& stored) {
     return findings;
 }
 
+Rows rowsWhenSound(const MemoryTable& stored, const std::vector<const char*>& tags) {
+    Rows found;
+    try {
+        const auto table = stored.open();
+        found = rowsOf(*table);
+        for (const char* const tag : tags) {
+            EXPECT_EQ(order(*table, tag).size(), found.size()) << tag;
+        }
+    } catch (const Error& error) {
+        ADD_FAILURE() << "it does not open: " << error.what();
+    }
+    EXPECT_EQ(freshFindings(stored), "");
+    EXPECT_EQ(stored.journal->content, nullptr) << "the journal was left";
+    return found;
+}
+
 std::string difference(const Rows& expected, const Rows& found) {
     if (expected.size() != found.size()) {
         return std::to_string(found.size()) + " rows instead of " + std::to_string(expected.size());

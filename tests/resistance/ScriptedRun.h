@@ -38,6 +38,9 @@ struct Step {
 /// The full check; skipped for bytes that have already been found sound, because many cuts and faults leave
 /// the same.
 [[nodiscard]] std::string freshFindings(const MemoryTable& stored);
+/// The rows of a table, which must open, be sound, have each in these tags, and leave no journal; the test
+/// fails otherwise.
+[[nodiscard]] Rows rowsWhenSound(const MemoryTable& stored, const std::vector<const char*>& tags);
 /// Describes the difference, for a message; empty when they are the same.
 [[nodiscard]] std::string difference(const Rows& expected, const Rows& found);
 

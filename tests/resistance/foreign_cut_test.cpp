@@ -76,18 +76,9 @@ protected:
         return run;
     }
 
-    /// The rows of the table, which must open, be sound and end as it should.
+    /// Those of a table that also ends as it should.
     static Rows rowsWhenSound(const MemoryTable& stored) {
-        Rows found;
-        try {
-            const auto table = stored.open();
-            found = rowsOf(*table);
-            EXPECT_EQ(order(*table, "NOMBRE").size(), found.size());
-        } catch (const Error& error) {
-            ADD_FAILURE() << "it does not open: " << error.what();
-        }
-        EXPECT_EQ(freshFindings(stored), "");
-        EXPECT_EQ(stored.journal->content, nullptr) << "the journal was left";
+        Rows found = dbase::test::rowsWhenSound(stored, {"NOMBRE"});
         EXPECT_EQ(stored.records->bytes.back(), endMark);
         return found;
     }

@@ -53,20 +53,8 @@ protected:
         return image;
     }
 
-    /// The rows of the table, which must open and be sound.
     static Rows rowsWhenSound(const DiskImage& image) {
-        const MemoryTable stored = image.asTable();
-        Rows found;
-        try {
-            const auto table = stored.open();
-            found = rowsOf(*table);
-            EXPECT_EQ(order(*table, "NOMBRE").size(), found.size());
-        } catch (const Error& error) {
-            ADD_FAILURE() << "it does not open: " << error.what();
-        }
-        EXPECT_EQ(freshFindings(stored), "");
-        EXPECT_EQ(stored.journal->content, nullptr) << "the journal was left";
-        return found;
+        return dbase::test::rowsWhenSound(image.asTable(), {"NOMBRE"});
     }
     void expectAState(const Rows& found) const {
         EXPECT_NE(std::ranges::find(states_, found), states_.end())

@@ -131,28 +131,8 @@ protected:
         }
     }
 
-    static std::unique_ptr<Table> openSoundly(const MemoryTable& stored) {
-        try {
-            return stored.open();
-        } catch (const Error& error) {
-            ADD_FAILURE() << "it does not open: " << error.what();
-            return nullptr;
-        }
-    }
-
-    /// Expects a sound table. Returns its rows.
     static Rows rowsWhenSound(const DiskImage& image) {
-        const MemoryTable stored = image.asTable();
-        Rows found;
-        if (const auto table = openSoundly(stored)) {
-            found = rowsOf(*table);
-            for (const char* const tag : {"NOMBRE", "NUMDES"}) {
-                EXPECT_EQ(order(*table, tag).size(), found.size()) << tag;
-            }
-        }
-        EXPECT_EQ(freshFindings(stored), "");
-        EXPECT_EQ(stored.journal->content, nullptr) << "the journal was left";
-        return found;
+        return dbase::test::rowsWhenSound(image.asTable(), {"NOMBRE", "NUMDES"});
     }
 
     static void expectAcknowledged(const DiskImage& image, const Recorded& run, const Moment& moment) {

@@ -31,13 +31,17 @@ protected:
     }
 
     [[nodiscard]] Bytes row(const std::string& key) const { return makeRecord(table_->schema(), {key, "1"}); }
-    void addAndDelete(const std::string& key) {
-        std::uint64_t before = table_->changeCounter();
+    RecordNumber add(const std::string& key) {
+        const std::uint64_t before = table_->changeCounter();
         const Bytes bytes = row(key);
         const RecordNumber number = table_->append(bytes);
         order_.rowAdded(before, {&table_->schema(), bytes, number});
-        before = table_->changeCounter();
-        table_->erase(number, bytes);
+        return number;
+    }
+    void addAndDelete(const std::string& key) {
+        const RecordNumber number = add(key);
+        const std::uint64_t before = table_->changeCounter();
+        table_->erase(number, row(key));
         order_.rowDeleted(before);
     }
     /// The row found from an end on, and how many hidden ones the walk met.
@@ -75,9 +79,7 @@ TEST_P(DeletedRunsTest, ARowAddedAfterTheRunIsFound) {
         addAndDelete("B");
     }
     EXPECT_EQ(walk(Direction::Backward).first, 0U);
-    const std::uint64_t before = table_->changeCounter();
-    const Bytes bytes = row("B");
-    order_.rowAdded(before, {&table_->schema(), bytes, table_->append(bytes)});
+    add("B");
     EXPECT_EQ(walk(Direction::Backward).first, 101U);
     EXPECT_EQ(walk(Direction::Forward).first, 101U);
 }
@@ -87,9 +89,7 @@ TEST_P(DeletedRunsTest, ARowAddedAmongTheRunIsFound) {
         addAndDelete(i < 50 ? "A" : "C");
     }
     EXPECT_EQ(walk(Direction::Backward).first, 0U);
-    const std::uint64_t before = table_->changeCounter();
-    const Bytes bytes = row("B");
-    order_.rowAdded(before, {&table_->schema(), bytes, table_->append(bytes)});
+    add("B");
     EXPECT_EQ(walk(Direction::Backward).first, 101U);
     EXPECT_EQ(walk(Direction::Forward).first, 101U);
 }
