@@ -227,6 +227,20 @@ TEST_F(StreetBoxes, AStreetWhoseCardIsCancelledHasATypeOfTheTablesOrNone) {
     EXPECT_EQ(state(Box::StreetType), State::NotValidated);
 }
 
+TEST_F(StreetBoxes, AWholeNameThatTheTableHasShortenedIsTakenForItsStreet) {
+    addStreets({{"28000009", "RINCON DE LOS ALMENDROS FLORIDOS DE LA (1201)", "CL", "28013"}});
+    createTable(
+        ambrel::test::defineTable("PROCEDEN", {"CODIGO1 C8", "ABREVIADO L", "NOMBRE C50"}, {"CODIGO1"}),
+        {{"28000009", "T", "RINCON DE LOS ALMENDROS FLORIDOS DE LA UMBRIA ALTA"}});
+    open();
+    fill(Box::Municipality, "mad");
+    paste(Box::Street, "Rincon de los almendros floridos de la umbria alta");
+    EXPECT_EQ(text(Box::Street), "RINCON DE LOS ALMENDROS FLORIDOS DE LA (1201)");
+    EXPECT_EQ(tag(Box::Street), 28000009);
+    EXPECT_EQ(text(Box::PostalCode), "28013");
+    EXPECT_EQ(state(Box::PostalCode), State::Validated);
+}
+
 TEST_F(StreetBoxes, ATextThatIsNotAPostalCodeIsNotCutToANewStreetsCode) {
     open();
     fill(Box::Municipality, "mad");
