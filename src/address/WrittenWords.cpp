@@ -172,20 +172,21 @@ void WrittenWords::readNumber(WrittenWord& word, std::size_t& at) const {
     word.isOrdinal = endsOrdinal(word.letters());
 }
 
+bool WrittenWords::isLetterAt(std::size_t index) const {
+    return index < source_.size() && isWordLetter(source_[index]);
+}
+
 void WrittenWords::readLetters(WrittenWord& word, std::size_t& at) const {
-    const auto letterAt = [&](std::size_t index) {
-        return index < source_.size() && isWordLetter(source_[index]);
-    };
     const auto inside = [&](std::size_t index) {
-        return index + 1 < source_.size() && foldedLetter(source_[index]) == dropped && letterAt(index + 1);
+        return index + 1 < source_.size() && foldedLetter(source_[index]) == dropped && isLetterAt(index + 1);
     };
     const auto isEnye = [&](std::size_t index) { // what old conversions left of it
         return index < source_.size() && source_[index] == '\\' && word.folded.size() > 1 &&
-               letterAt(index + 1);
+               isLetterAt(index + 1);
     };
     do {
         std::size_t end = at;
-        while (letterAt(end)) {
+        while (isLetterAt(end)) {
             ++end;
         }
         const std::size_t before = word.folded.size();
@@ -201,28 +202,37 @@ void WrittenWords::readLetters(WrittenWord& word, std::size_t& at) const {
         }
         ++at;
     } while (true);
-    // "P.I.", "C.P.", "n.º"
+    readInitials(word, at);
+    readNoNumber(word, at);
+}
+
+/// "P.I.", "C.P.", "n.º"
+void WrittenWords::readInitials(WrittenWord& word, std::size_t& at) const {
     while (word.folded.size() < 4 && at - word.begin == 2 * word.folded.size() - 1 &&
-           at + 1 < source_.size() && source_[at] == '.' && letterAt(at + 1) &&
+           at + 1 < source_.size() && source_[at] == '.' && isLetterAt(at + 1) &&
            (isOrdinalSign(source_[at + 1]) ||
-            (!letterAt(at + 2) && !(at + 2 < source_.size() && isDigit(source_[at + 2]))))) {
+            (!isLetterAt(at + 2) && !(at + 2 < source_.size() && isDigit(source_[at + 2]))))) {
         word.folded += foldedLetter(source_[at + 1]);
         at += 2;
     }
-    // "S/N", "s-n", "S/Nº"
-    if (word.folded == "S" && at + 1 < source_.size() &&
-        (source_[at] == '/' || source_[at] == '-' || source_[at] == '\\') &&
-        foldedLetter(source_[at + 1]) == 'N') {
-        std::size_t end = at + 2;
-        while (letterAt(end)) {
-            ++end;
-        }
-        const std::string whole = "S" + suggest::foldLetters(source_.substr(at + 1, end - at - 1));
-        const suggest::WordEntry* const entry = WordLists::builtIn().find(whole);
-        if (entry != nullptr && entry->has(AddressRole::NoNumber)) {
-            word.folded = whole;
-            at = end;
-        }
+}
+
+/// "S/N", "s-n", "S/Nº"
+void WrittenWords::readNoNumber(WrittenWord& word, std::size_t& at) const {
+    if (word.folded != "S" || at + 1 >= source_.size() ||
+        (source_[at] != '/' && source_[at] != '-' && source_[at] != '\\') ||
+        foldedLetter(source_[at + 1]) != 'N') {
+        return;
+    }
+    std::size_t end = at + 2;
+    while (isLetterAt(end)) {
+        ++end;
+    }
+    const std::string whole = "S" + suggest::foldLetters(source_.substr(at + 1, end - at - 1));
+    const suggest::WordEntry* const entry = WordLists::builtIn().find(whole);
+    if (entry != nullptr && entry->has(AddressRole::NoNumber)) {
+        word.folded = whole;
+        at = end;
     }
 }
 

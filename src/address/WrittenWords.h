@@ -71,6 +71,9 @@ private:
     void readWord(std::size_t& at);
     void readNumber(WrittenWord& word, std::size_t& at) const;
     void readLetters(WrittenWord& word, std::size_t& at) const;
+    void readInitials(WrittenWord& word, std::size_t& at) const;
+    void readNoNumber(WrittenWord& word, std::size_t& at) const;
+    [[nodiscard]] bool isLetterAt(std::size_t index) const;
     void separate(std::size_t gapBegin, std::size_t gapEnd);
 
     std::string_view source_;

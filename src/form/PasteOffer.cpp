@@ -207,27 +207,10 @@ bool PasteOffer::filterBox(QEvent& event) {
     case QEvent::KeyRelease:
         isTyping_ = false;
         return false;
-    case QEvent::KeyPress: {
-        const auto& key = static_cast<const QKeyEvent&>(event);
-        isTyping_ = typesOrDeletes(key);
-        if (!uses(key)) {
-            return false;
-        }
-        if (key.key() == Qt::Key_Escape) {
-            close();
-        } else {
-            accept();
-        }
-        return true;
-    }
-    case QEvent::Drop: // the offer's keys go to the box with the keyboard
-        QTimer::singleShot(0, this, [this] {
-            box_->activateWindow();
-            box_->setFocus(Qt::OtherFocusReason);
-            if (box_->text() == pasted_) {
-                later_.start(0);
-            }
-        });
+    case QEvent::KeyPress:
+        return filterKey(static_cast<const QKeyEvent&>(event));
+    case QEvent::Drop:
+        QTimer::singleShot(0, this, [this] { askAboutDrop(); });
         return false;
     case QEvent::FocusOut:
         if (static_cast<const QFocusEvent&>(event).reason() != Qt::ActiveWindowFocusReason) {
@@ -245,6 +228,29 @@ bool PasteOffer::filterBox(QEvent& event) {
             close();
         }
         return false;
+    }
+}
+
+/// True if the box must not receive the key.
+bool PasteOffer::filterKey(const QKeyEvent& event) {
+    isTyping_ = typesOrDeletes(event);
+    if (!uses(event)) {
+        return false;
+    }
+    if (event.key() == Qt::Key_Escape) {
+        close();
+    } else {
+        accept();
+    }
+    return true;
+}
+
+/// The offer's keys go to the box with the keyboard.
+void PasteOffer::askAboutDrop() {
+    box_->activateWindow();
+    box_->setFocus(Qt::OtherFocusReason);
+    if (box_->text() == pasted_) {
+        later_.start(0);
     }
 }
 

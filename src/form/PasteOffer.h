@@ -47,6 +47,8 @@ private:
     void open(const OfferTexts& texts);
     void accept();
     bool filterBox(QEvent& event);
+    bool filterKey(const QKeyEvent& event);
+    void askAboutDrop();
     [[nodiscard]] bool uses(const QKeyEvent& event) const;
 
     QLineEdit* box_; // owns this offer
