@@ -103,7 +103,7 @@ int runScript(const host::Options& options) {
 int main(int argc, char** argv) {
     if (!choosePlatform(argc, argv)) {
         printComplaint(
-            QStringLiteral("no hay ninguna pantalla; sin ella solo se ejecutan guiones (--guion)."));
+            QStringLiteral("no hay ninguna pantalla; sin ella sólo se ejecutan guiones (--guion)."));
         return host::exitCannot;
     }
     QApplication application(argc, argv);

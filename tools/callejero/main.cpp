@@ -52,7 +52,7 @@ void define(CLI::App& app, Options& options) {
         ->type_name("OPERACIÓN[:NOMBRE]=MODO");
     app.footer(
         "OPERACIÓN: ConsultaProvincia, ConsultaMunicipio, ConsultaVia, todo.\n"
-        "NOMBRE: solo con esta provincia o este municipio.\n"
+        "NOMBRE: sólo con esta provincia o este municipio.\n"
         "MODO, lo que llega en vez de la respuesta:\n" +
         callejero::faultExplanations() +
         "\nTermina con 0 cuando se le interrumpe y con 2 si no puede empezar; el motivo sale por la salida\n"

@@ -205,7 +205,7 @@ NodePointer makeComparison(Relation relation, NodePointer left, NodePointer righ
                                             nameOf(right->type)};
     }
     if (left->type == ValueType::Logical && relation != Relation::Equal && relation != Relation::NotEqual) {
-        throw ExpressionFault{position, "los valores lógicos solo se comparan con = y <>"};
+        throw ExpressionFault{position, "los valores lógicos sólo se comparan con = y <>"};
     }
     NodePointer node = makeNode(Operation::Compare, ValueType::Logical);
     node->relation = relation;

@@ -79,7 +79,7 @@ constexpr std::array<Kind, findingClassCount> kinds = {{
      "Cargue el callejero, o impórtelas.", Severity::Note, false},
     {"VIAS_OCULTAS", "Vías ocultas por otras",
      "La clave de la vía no lleva municipio: la del mismo nombre de otro municipio va delante, y quien busca "
-     "solo por la clave encuentra ésa.",
+     "sólo por la clave encuentra ésa.",
      "Nada que corregir: el formulario, «direccion» y «validar» miran el municipio.", Severity::Note, false},
     {"UNICO", "Marca de código único equivocada",
      "UNICO no corresponde a los códigos postales que el municipio tiene.", "Corrija la marca.",
