@@ -2,6 +2,7 @@
 #include "tools/callejero/Connection.h"
 
 #include <algorithm>
+#include <cerrno>
 
 #include <poll.h>
 #include <sys/socket.h>

@@ -6,10 +6,9 @@
 #include <set>
 #include <string_view>
 
-#include "sample/SampleData.h"
 #include "tools/callejero/CadastreNames.h"
-#include "tools/callejero/CsvRows.h"
 #include "tools/callejero/Directory.h"
+#include "tools/callejero/SampleRows.h"
 
 namespace callejero {
 namespace {
@@ -17,16 +16,6 @@ namespace {
 /// Width of street names in the cadastre.
 constexpr std::size_t streetWidth = 25;
 constexpr std::array<std::string_view, 4> provincesWithCadastre{"01", "20", "31", "48"};
-
-std::vector<CsvRow> rowsOf(std::string_view table) {
-    const std::string name = std::string(table) + ".csv";
-    for (const ambrel::SampleFile& file : ambrel::tableFiles()) {
-        if (file.name == name) {
-            return csvRows(loading::textSource(file.text()), name);
-        }
-    }
-    return {};
-}
 
 int number(std::string_view text) {
     int value = 0;
@@ -166,7 +155,7 @@ void addRoads(std::vector<Municipality>& places) {
 std::map<std::string, std::vector<Street>> streetsOfSample() {
     std::map<std::string, std::vector<Street>> streets;
     std::set<std::string> known;
-    for (const CsvRow& row : rowsOf("POSTAL")) {
+    for (const CsvRow& row : sampleRows("POSTAL")) {
         const Street street{row.at("TIPO_VIA"), cutAt(row.at("VIA"), streetWidth)};
         if (known.insert(row.at("COD_INE") + street.type + street.name).second) {
             streets[row.at("COD_INE")].push_back(street);
@@ -180,7 +169,7 @@ std::map<std::string, std::vector<Municipality>> municipalitiesOfSample() {
     std::map<std::string, std::vector<Street>> streets = streetsOfSample();
     std::map<std::string, std::vector<Municipality>> provinces;
     std::set<std::string> known;
-    for (const CsvRow& row : rowsOf("MUNICIPI")) {
+    for (const CsvRow& row : sampleRows("MUNICIPI")) {
         const std::string& code = row.at("COD_INE");
         if (row.at("ENT_MENOR") == "True" || !known.insert(code).second) {
             continue;
@@ -201,7 +190,7 @@ std::map<std::string, std::vector<Municipality>> municipalitiesOfSample() {
 std::vector<Province> sampleProvinces() {
     std::map<std::string, std::vector<Municipality>> municipalities = municipalitiesOfSample();
     std::vector<Province> provinces;
-    for (const CsvRow& row : rowsOf("PROVIN")) {
+    for (const CsvRow& row : sampleRows("PROVIN")) {
         const std::string& code = row.at("COD_198");
         if (row.at("GRUPO") == "1" &&
             std::ranges::find(provincesWithCadastre, code) == provincesWithCadastre.end()) {

@@ -6,6 +6,9 @@
 #include "tools/customers/Writing.h"
 
 namespace customers {
+
+using invented::Dice;
+
 namespace {
 
 enum Column { Number, Name, Address, House, Floor, PostalCode, Town, Province };

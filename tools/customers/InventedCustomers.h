@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/customers/Dice.h"
+#include "tools/Dice.h"
 #include "tools/customers/SampleStreets.h"
 
 namespace customers {
@@ -59,7 +59,7 @@ private:
     void spoil(Customer& customer, const Street& street);
 
     std::vector<Street> streets_;
-    Dice dice_;
+    invented::Dice dice_;
     std::uint64_t count_ = 0;
 };
 

@@ -1,23 +1,13 @@
 // Reading the sample's streets.
 #include "tools/customers/SampleStreets.h"
 
-#include <stdexcept>
+#include <map>
 #include <tuple>
 
-#include "sample/SampleData.h"
-#include "tools/callejero/CsvRows.h"
+#include "tools/callejero/SampleRows.h"
 
 namespace customers {
 namespace {
-
-std::vector<callejero::CsvRow> rowsOf(const std::string& table) {
-    for (const ambrel::SampleFile& file : ambrel::tableFiles()) {
-        if (file.name == table + ".csv") {
-            return callejero::csvRows(loading::textSource(file.text()), table);
-        }
-    }
-    throw std::logic_error("the sample has no " + table);
-}
 
 struct Town {
     std::string name, province;
@@ -25,11 +15,11 @@ struct Town {
 
 std::map<std::string, Town> townsByCode() {
     std::map<std::string, std::string> provinces;
-    for (const callejero::CsvRow& row : rowsOf("PROVIN")) {
+    for (const callejero::CsvRow& row : callejero::sampleRows("PROVIN")) {
         provinces[row.at("CODIGO")] = row.at("PROVINCIA");
     }
     std::map<std::string, Town> towns;
-    for (const callejero::CsvRow& row : rowsOf("MUNICIPI")) {
+    for (const callejero::CsvRow& row : callejero::sampleRows("MUNICIPI")) {
         if (row.at("ENT_MENOR") == "False") {
             towns[row.at("COD_INE")] = {row.at("NOMBRE"), provinces["0" + row.at("COD_PROV")]};
         }
@@ -42,7 +32,7 @@ std::map<std::string, Town> townsByCode() {
 std::vector<Street> sampleStreets() {
     const std::map<std::string, Town> towns = townsByCode();
     std::vector<Street> streets;
-    for (const callejero::CsvRow& row : rowsOf("POSTAL")) {
+    for (const callejero::CsvRow& row : callejero::sampleRows("POSTAL")) {
         const auto town = towns.find(row.at("COD_INE"));
         if (town == towns.end() || row.at("TIPO_VIA") == "LG") {
             continue; // a locality rather than a street

@@ -1,7 +1,6 @@
 // The streets of the sample with their towns, as somebody who invents addresses needs them.
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 

@@ -9,6 +9,9 @@
 #include "dbase/dbf/codepage.h"
 
 namespace customers {
+
+using invented::Dice;
+
 namespace {
 
 using Words = std::vector<std::string>;

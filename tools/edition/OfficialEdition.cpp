@@ -5,31 +5,12 @@
 #include <array>
 #include <cmath>
 
+#include "tools/Dice.h"
+
 namespace edition {
 namespace {
 
-/// A sequence that is the same everywhere (splitmix64).
-class Sequence {
-public:
-    explicit Sequence(std::uint64_t seed) : state_(seed) {}
-
-    std::uint64_t next() {
-        std::uint64_t value = state_ += 0x9E3779B97F4A7C15U;
-        value = (value ^ (value >> 30)) * 0xBF58476D1CE4E5B9U;
-        value = (value ^ (value >> 27)) * 0x94D049BB133111EBU;
-        return value ^ (value >> 31);
-    }
-    /// 0 to limit - 1.
-    std::uint32_t below(std::uint64_t limit) { return static_cast<std::uint32_t>(next() % limit); }
-    bool isOneIn(std::uint64_t chances) { return next() % chances == 0; }
-    template<class List>
-    const auto& oneOf(const List& list) {
-        return list[next() % list.size()];
-    }
-
-private:
-    std::uint64_t state_;
-};
+using invented::Dice;
 
 using Words = std::array<const char*, 32>;
 // Windows-1252: \xD1 is Ñ, \xC7 is Ç.
@@ -120,8 +101,8 @@ constexpr std::array catalanTypes = {"CARRE",
                                      "RAMBL"};
 constexpr std::array basqueTypes = {"KALE", "KALE", "ETORB", "PLAZA"};
 
-const char* typeIn(std::uint32_t place, Sequence& sequence) {
-    if (sequence.isOneIn(400)) {
+const char* typeIn(std::uint32_t place, Dice& dice) {
+    if (dice.oneIn(400)) {
         return "QQQQQ"; // nobody knows what it is
     }
     switch (place / 1000) {
@@ -130,25 +111,25 @@ const char* typeIn(std::uint32_t place, Sequence& sequence) {
     case 17:
     case 25:
     case 43:
-        return sequence.oneOf(catalanTypes);
+        return dice.among(catalanTypes);
     case 1:
     case 20:
     case 48:
-        return sequence.oneOf(basqueTypes);
+        return dice.among(basqueTypes);
     default:
-        return sequence.isOneIn(200) ? "" : sequence.oneOf(castilianTypes);
+        return dice.oneIn(200) ? "" : dice.among(castilianTypes);
     }
 }
 
-std::string nameOf(std::uint32_t number, Sequence& sequence) {
+std::string nameOf(std::uint32_t number, Dice& dice) {
     if (number < wholeNames.size()) {
         return wholeNames[number];
     }
-    std::string name = std::string(sequence.oneOf(firstWords)) + ' ' + sequence.oneOf(lastWords);
-    if (sequence.isOneIn(3)) {
-        name += std::string(" Y ") + sequence.oneOf(lastWords);
+    std::string name = std::string(dice.among(firstWords)) + ' ' + dice.among(lastWords);
+    if (dice.oneIn(3)) {
+        name += std::string(" Y ") + dice.among(lastWords);
     }
-    if (sequence.isOneIn(50)) { // as long as the column, and alike but for its end
+    if (dice.oneIn(50)) { // as long as the column, and alike but for its end
         name = "NUESTRA SE\xD1"
                "ORA DE LA VIRGEN DE LOS DESAMPARADOS DE ";
         name = name.substr(0, 46) + std::to_string(1000 + number % 9000);
@@ -158,45 +139,43 @@ std::string nameOf(std::uint32_t number, Sequence& sequence) {
 
 class StreetMaker {
 public:
-    StreetMaker(const Place& place, const Options& options, Sequence& sequence)
-        : place_(place), options_(options), sequence_(sequence) {}
+    StreetMaker(const Place& place, const Options& options, Dice& dice)
+        : place_(place), options_(options), dice_(dice) {}
 
     Street make(std::uint32_t number, std::uint32_t units) {
         Street street;
         street.place = &place_;
         street.key = number + 1;
-        street.isPseudo = sequence_.isOneIn(12);
-        street.isListed = !sequence_.isOneIn(1000);
-        const std::uint32_t unit = sequence_.below(units);
+        street.isPseudo = dice_.oneIn(12);
+        street.isListed = !dice_.oneIn(1000);
+        const std::uint32_t unit = dice_.roll(units);
         street.unit = (unit + 1) * 1000 + (street.isPseudo ? 99 : 1);
         street.entity = unit == 0 ? place_.name.substr(0, 25)
                                   : "ALDEA DE " + std::string(lastWords[unit % lastWords.size()]);
-        street.type = street.isPseudo ? "" : typeIn(place_.code, sequence_);
+        street.type = street.isPseudo ? "" : typeIn(place_.code, dice_);
         // In villages of one municipality there is a street of one name in each.
-        street.name =
-            street.isPseudo
-                ? "FINCA " + std::string(sequence_.oneOf(lastWords)) + " KM " + std::to_string(number)
-                : nameOf(units > 1 && sequence_.isOneIn(10) ? number % 4 : number, sequence_);
+        street.name = street.isPseudo
+                          ? "FINCA " + std::string(dice_.among(lastWords)) + " KM " + std::to_string(number)
+                          : nameOf(units > 1 && dice_.oneIn(10) ? number % 4 : number, dice_);
         makeSides(street);
         return street;
     }
 
 private:
     void makeSides(Street& street) {
-        const std::uint32_t code = sequence_.below(place_.postalCodes.size());
-        if (sequence_.isOneIn(200)) {
+        const std::uint32_t code = dice_.roll(place_.postalCodes.size());
+        if (dice_.oneIn(200)) {
             return; // a street without any stretch
         }
-        if (street.isPseudo || sequence_.isOneIn(15)) {
-            street.sides.push_back({.numbering = '0',
-                                    .postalCode = place_.postalCodes[code],
-                                    .section = 1 + sequence_.below(20)});
+        if (street.isPseudo || dice_.oneIn(15)) {
+            street.sides.push_back(
+                {.numbering = '0', .postalCode = place_.postalCodes[code], .section = 1 + dice_.roll(20)});
             return;
         }
         for (const char numbering : {'1', '2'}) {
             makeSide(street, numbering, code);
         }
-        if (sequence_.isOneIn(300)) { // two doors of one number, apart by their letters, with two codes
+        if (dice_.oneIn(300)) { // two doors of one number, apart by their letters, with two codes
             const std::uint32_t other = place_.postalCodes[(code + 1) % place_.postalCodes.size()];
             street.sides.push_back({'1', 9001, 9001, 'A', 'A', place_.postalCodes[code], 1});
             street.sides.push_back({'1', 9001, 9001, 'B', 'B', other, 2});
@@ -204,27 +183,27 @@ private:
     }
 
     void makeSide(Street& street, char numbering, std::uint32_t code) {
-        const bool isDivided = place_.postalCodes.size() > 1 && sequence_.isOneIn(8);
-        const std::uint32_t pieces = isDivided ? 2 + sequence_.below(2) : sequence_.isOneIn(6) ? 2 : 1;
-        std::uint32_t number = (numbering == '1' ? 1 : 2) + 2 * sequence_.below(3);
+        const bool isDivided = place_.postalCodes.size() > 1 && dice_.oneIn(8);
+        const std::uint32_t pieces = isDivided ? 2 + dice_.roll(2) : dice_.oneIn(6) ? 2 : 1;
+        std::uint32_t number = (numbering == '1' ? 1 : 2) + 2 * dice_.roll(3);
         if (options_.hasWholeSides && pieces == 1) {
             street.sides.push_back({numbering, numbering == '1' ? 1U : 2U, numbering == '1' ? 9999U : 9998U,
-                                    ' ', ' ', place_.postalCodes[code], 1 + sequence_.below(20)});
+                                    ' ', ' ', place_.postalCodes[code], 1 + dice_.roll(20)});
             return;
         }
         for (std::uint32_t piece = 0; piece < pieces; ++piece) {
-            const std::uint32_t last = number + 2 * sequence_.below(25);
+            const std::uint32_t last = number + 2 * dice_.roll(25);
             const std::uint32_t which = isDivided ? code + piece : code;
-            street.sides.push_back({numbering, number, last, ' ', sequence_.isOneIn(40) ? 'B' : ' ',
+            street.sides.push_back({numbering, number, last, ' ', dice_.oneIn(40) ? 'B' : ' ',
                                     place_.postalCodes[which % place_.postalCodes.size()],
-                                    1 + sequence_.below(20)});
-            number = last + 2 + 2 * sequence_.below(4);
+                                    1 + dice_.roll(20)});
+            number = last + 2 + 2 * dice_.roll(4);
         }
     }
 
     const Place& place_;
     const Options& options_;
-    Sequence& sequence_;
+    Dice& dice_;
 };
 
 } // namespace
@@ -232,14 +211,13 @@ private:
 std::vector<Place> inventedPlaces(std::size_t count) {
     std::vector<Place> places;
     for (std::size_t i = 0; i < count; ++i) {
-        Sequence sequence(i + 77);
+        Dice dice(i + 77);
         const auto province = static_cast<std::uint32_t>(i * 52 / count + 1);
         const auto number = static_cast<std::uint32_t>(i % 999 + 1);
         Place place{.code = province * 1000 + number,
-                    .name =
-                        std::string("VILLA") + sequence.oneOf(lastWords) + " DE " + sequence.oneOf(lastWords),
+                    .name = std::string("VILLA") + dice.among(lastWords) + " DE " + dice.among(lastWords),
                     .postalCodes = {}};
-        const std::uint32_t codes = sequence.isOneIn(20) ? 12 : 1 + sequence.below(3);
+        const std::uint32_t codes = dice.oneIn(20) ? 12 : 1 + dice.roll(3);
         const std::uint32_t first = province * 1000 + 1 + static_cast<std::uint32_t>(i * 7 % 980);
         for (std::uint32_t code = 0; code < codes; ++code) {
             place.postalCodes.push_back(first + code);
@@ -263,12 +241,12 @@ void forEachStreet(const std::vector<Place>& places, const Options& options,
         weights += weightOf(place);
     }
     for (const Place& place : places) {
-        Sequence sequence(options.seed * 1000003 + place.code);
+        Dice dice(options.seed * 1000003 + place.code);
         const double share =
             weightOf(place) / weights * static_cast<double>(options.stretches) / stretchesOfStreet;
         const auto streets = static_cast<std::uint32_t>(std::clamp(std::lround(share), 1L, 99000L));
-        const std::uint32_t units = sequence.isOneIn(2) ? 1 : 2 + sequence.below(8);
-        StreetMaker maker(place, options, sequence);
+        const std::uint32_t units = dice.oneIn(2) ? 1 : 2 + dice.roll(8);
+        StreetMaker maker(place, options, dice);
         for (std::uint32_t number = 0; number < streets; ++number) {
             visit(maker.make(number, units));
         }

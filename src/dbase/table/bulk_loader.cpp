@@ -4,7 +4,6 @@
 #include <optional>
 #include <utility>
 
-#include "dbase/dbf/dates.h"
 #include "dbase/system/error.h"
 #include "dbase/system/file_pieces.h"
 #include "dbase/system/paths.h"

@@ -1,6 +1,7 @@
 // Reads the list of foreign codes.
 #include "directory/audit/ForeignCodes.h"
 
+#include <algorithm>
 #include <set>
 #include <string>
 

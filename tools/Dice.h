@@ -1,11 +1,9 @@
 // Random numbers that are the same on every machine.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <vector>
 
-namespace customers {
+namespace invented {
 
 /// SplitMix64.
 class Dice {
@@ -13,11 +11,13 @@ public:
     explicit Dice(std::uint64_t seed) : state_(seed) {}
 
     /// From 0 to `sides` - 1.
-    [[nodiscard]] std::size_t roll(std::size_t sides) { return static_cast<std::size_t>(next() % sides); }
-    [[nodiscard]] bool oneIn(std::size_t sides) { return roll(sides) == 0; }
-    template<class Value>
-    [[nodiscard]] const Value& among(const std::vector<Value>& values) {
-        return values[roll(values.size())];
+    [[nodiscard]] std::uint32_t roll(std::uint64_t sides) {
+        return static_cast<std::uint32_t>(next() % sides);
+    }
+    [[nodiscard]] bool oneIn(std::uint64_t sides) { return roll(sides) == 0; }
+    template<class List>
+    [[nodiscard]] const auto& among(const List& list) {
+        return list[roll(list.size())];
     }
 
 private:
@@ -32,4 +32,4 @@ private:
     std::uint64_t state_;
 };
 
-} // namespace customers
+} // namespace invented
