@@ -144,7 +144,8 @@ protected:
     }
 
     /// Everything that a sync() or a post to the disk has put there is there; a record changed since consists
-    /// of its states since then, a row added since may be missing or be a deleted blank one.
+    /// of its states since then. A row added since, for which nobody has waited, may be missing, a deleted
+    /// blank one, or torn, with blank sectors (docs/reliability.md, what is not promised).
     static void expectKept(const DiskImage& image, const Recorded& run, const Moment& moment) {
         const Rows found = rowsWhenSound(image);
         const std::size_t last = std::min(moment.acknowledged + 1, run.states.size() - 1);

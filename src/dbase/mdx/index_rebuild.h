@@ -23,13 +23,13 @@ struct NewTrees {
 };
 
 /// Builds trees of these records in blocks that are not in use, which takes its time while others read the
-/// old ones: the caller shares the structure lock with them. What the file held is free afterwards. Errors:
+/// old ones: the caller shares the structure lock with them. Errors:
 /// Error(BadIndex, TooLarge, DiskFull) if they must be rebuilt in place instead; others; what `progress`
 /// throws. The file is then as before.
 [[nodiscard]] NewTrees buildTreesBeside(const TableFile& records, IndexFile& index,
                                         const ScannedRecords& which, const Progress& progress);
-/// Makes them the index's trees. The caller holds the exclusive structure lock, has set the in-update mark
-/// and clears it afterwards.
+/// Makes them the index's trees; the blocks of the old ones are free for the next to be built. The caller
+/// holds the exclusive structure lock, has set the in-update mark and clears it afterwards.
 void useTrees(TableFile& records, IndexFile& index, const NewTrees& trees);
 /// Cuts them off again.
 void dropTrees(IndexFile& index, const NewTrees& trees);
