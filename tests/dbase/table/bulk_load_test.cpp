@@ -1,84 +1,27 @@
 // Loads many rows at once: all of them or none.
 #include "dbase/table/bulk_loader.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 
 #include <unistd.h>
 
+#include "bulk_load_fixture.h"
 #include "dbase/lock/locks.h"
 #include "dbase/mdx/index_layout.h"
 #include "dbase/support/ChildProcess.h"
 #include "dbase/support/FaultyFile.h"
-#include "dbase/support/StoredTable.h"
 #include "dbase/system/bytes.h"
 #include "dbase/system/error.h"
 #include "dbase/system/file_pieces.h"
 #include "dbase/table/check.h"
 #include "dbase/table/exclusive_use.h"
-#include "dbase/table/table.h"
-#include "dbase/table/table_definition.h"
-#include "support/FileSizeLimit.h"
 #include "support/LockPatience.h"
-#include "support/TemporaryFolder.h"
 
 namespace {
 
 using namespace dbase;
 using namespace dbase::test;
 using Mode = BulkLoader::Mode;
-
-class BulkLoadTest : public ::testing::Test {
-protected:
-    explicit BulkLoadTest(std::vector<TagDefinition> tags = {{.name = "NOMBRE", .expression = "NOMBRE"},
-                                                             {.name = "NUM", .expression = "NUM"}}) {
-        createTable(folder_.path(), {.name = "CARGA",
-                                     .columns = {{"NOMBRE", ColumnType::Character, 60, 0, 0},
-                                                 {"NUM", ColumnType::Numeric, 6, 0, 0}},
-                                     .tags = std::move(tags)});
-        const auto table = Table::open(path());
-        for (int i = 0; i < 10; ++i) {
-            table->append(row(table->schema(), i));
-        }
-    }
-
-    [[nodiscard]] std::string path() const { return folder_ / "CARGA.DBF"; }
-    [[nodiscard]] std::string indexPath() const { return folder_ / "CARGA.MDX"; }
-    /// The index without its session, which is another one with each journal.
-    [[nodiscard]] Bytes indexBytes() const {
-        Bytes bytes = readFile(indexPath());
-        store64(bytes.data() + mdx::stamp + mdx::stampSession, 0);
-        return bytes;
-    }
-    static Bytes row(const Schema& schema, int i) {
-        return makeRecord(schema, {"CALLE " + std::to_string(i * 7919 % 10007), std::to_string(i)});
-    }
-    static void add(BulkLoader& loader, int from, int to) {
-        for (int i = from; i < to; ++i) {
-            loader.add(row(loader.schema(), i));
-        }
-    }
-    void expectRows(RecordNumber rows) const {
-        const auto table = Table::open(path());
-        EXPECT_EQ(table->records().recordCount(), rows);
-        for (RecordNumber number = 1; number <= rows; number += 97) {
-            EXPECT_EQ(storedRecord(*table, number), row(table->schema(), static_cast<int>(number - 1)))
-                << number;
-        }
-    }
-    void expectSound() const { EXPECT_EQ(findings(path()), ""); }
-    /// Whatever became of the load, the table is sound; the next program to open it may have to recover it.
-    void TearDown() override {
-        if (isChecked_) {
-            (void)Table::open(path());
-            expectSound();
-        }
-    }
-
-    TemporaryFolder folder_;
-    bool isChecked_ = true;
-};
 
 TEST_F(BulkLoadTest, RowsAreAddedBehindTheOthers) {
     BulkLoader loader(path(), Mode::Append);
@@ -393,137 +336,6 @@ TEST_F(BulkLoadTest, ReplacingWhatAnotherProcessHasOpenIsRefused) {
     other->tell();
     EXPECT_EQ(other->join(), 0);
     expectRows(10);
-}
-
-TEST_F(BulkLoadTest, AProcessThatDiesWhileAddingLeavesTheTableAsItWas) {
-    ChildProcess dying([&](const ChildProcess::Link&) {
-        BulkLoader loader(path(), Mode::Append);
-        add(loader, 10, 40000);
-        _exit(1);
-        return 0;
-    });
-    EXPECT_EQ(dying.join(), 1);
-    expectRows(10);
-    Table::open(path())->append(row(Table::open(path())->schema(), 10));
-    expectRows(11);
-    expectSound(); // the rows that never counted are gone
-}
-
-TEST_F(BulkLoadTest, AProcessThatDiesWhileItBuildsTagsLeavesTheTableAsItWas) {
-    const auto size = std::filesystem::file_size(indexPath());
-    ChildProcess dying([&](const ChildProcess::Link&) {
-        BulkLoader loader(path(), Mode::Append);
-        add(loader, 10, 60000);
-        loader.finish([](std::uint64_t done, std::uint64_t) {
-            if (done > 60000) { // the trees of the first tag are written
-                _exit(1);
-            }
-        });
-        return 0;
-    });
-    EXPECT_EQ(dying.join(), 1);
-    EXPECT_GT(std::filesystem::file_size(indexPath()), size);
-    expectRows(10);
-    EXPECT_EQ(std::filesystem::file_size(indexPath()), size);
-    expectSound();
-}
-
-TEST_F(BulkLoadTest, AProcessThatDiesWhileTheRowsAreCountedInLeavesAllOfThemOrNone) {
-    for (std::size_t write = 1;; ++write) {
-        ChildProcess dying([&](const ChildProcess::Link&) {
-            const auto faults = std::make_shared<Faults>();
-            faults->failingWrite = write;
-            faults->tearsWrite = true;
-            faults->insteadOfFailing = [] { _exit(1); };
-            const auto opened = [&](const std::string& file) {
-                return std::make_unique<FaultyFile>(openFile(file, OpenMode::ReadWrite), faults);
-            };
-            Table table(opened(path()), opened(indexPath()), {}, journalBeside(path()));
-            ExclusiveUse use(table);
-            use.beginLoad();
-            use.shareLoad();
-            const RecordNumber count = use.records().recordCount();
-            Bytes bytes;
-            for (int i = 0; i < 100; ++i) {
-                const Bytes record = row(table.schema(), static_cast<int>(count) + i);
-                bytes.insert(bytes.end(), record.begin(), record.end());
-            }
-            bytes.front() = endMark;
-            bytes.push_back(endMark);
-            use.records().writeTailPiece(use.records().offsetOf(count + 1), bytes);
-            use.addRows(count + 100, ' ', {});
-            return 0;
-        });
-        const int end = dying.join();
-        const RecordNumber count = Table::open(path())->records().recordCount();
-        EXPECT_EQ(count % 100, 10U) << write;
-        expectRows(count);
-        expectSound();
-        if (end == 0) {
-            EXPECT_GT(write, 5U);
-            break;
-        }
-    }
-}
-
-/// No file can grow beyond the given size: 0 when the load reports that.
-int finishWithFullDisk(const std::string& path, std::uint64_t largestFile,
-                       const std::function<void(BulkLoader&)>& fill) {
-    const ambrel::test::FileSizeLimit limit(largestFile);
-    try {
-        BulkLoader loader(path, Mode::Append);
-        fill(loader);
-        loader.finish();
-    } catch (const Error& error) {
-        return error.code() == ErrorCode::DiskFull ? 0 : 1;
-    }
-    return 2;
-}
-
-TEST_F(BulkLoadTest, AFullDiskWhileAddingLeavesTheTableAsItWas) {
-    const Bytes table = readFile(path()), index = indexBytes();
-    ChildProcess child([&](const ChildProcess::Link&) {
-        return finishWithFullDisk(path(), 500000, [](BulkLoader& loader) { add(loader, 10, 40000); });
-    });
-    EXPECT_EQ(child.join(), 0);
-    EXPECT_EQ(readFile(path()), table);
-    EXPECT_EQ(indexBytes(), index);
-}
-
-TEST_F(BulkLoadTest, AFullDiskWhileRebuildingLeavesTheTableAsItWas) {
-    ChildProcess child([&](const ChildProcess::Link&) {
-        return finishWithFullDisk(path(), 1400000, [](BulkLoader& loader) { add(loader, 10, 20000); });
-    });
-    EXPECT_EQ(child.join(), 0);
-    expectRows(10);
-    expectSound();
-}
-
-/// Tags whose entries cannot be counted: only the mark shows that they are wrong.
-TEST_F(BulkLoadTest, AReplacementThatHasNoRoomNamesTheTableAndNotItsTemporaryFile) {
-    const ambrel::test::FileSizeLimit limit(20'000);
-    const Error full = errorOf([&] {
-        BulkLoader loader(path(), BulkLoader::Mode::Replace);
-        add(loader, 0, 1000);
-        loader.finish();
-    });
-    EXPECT_EQ(full.code(), ErrorCode::DiskFull);
-    EXPECT_EQ(full.file(), path());
-    EXPECT_EQ(std::string(full.what()).find(".nuevo"), std::string::npos) << full.what();
-}
-
-class UncountableLoadTest : public BulkLoadTest {
-protected:
-    UncountableLoadTest() : BulkLoadTest({{.name = "SOLO", .expression = "NOMBRE", .unique = true}}) {}
-};
-
-TEST_F(UncountableLoadTest, AFullDiskWhileRebuildingLeavesTheTableAsItWas) {
-    ChildProcess child([&](const ChildProcess::Link&) {
-        return finishWithFullDisk(path(), 700000, [](BulkLoader& loader) { add(loader, 10, 10000); });
-    });
-    EXPECT_EQ(child.join(), 0);
-    expectRows(10);
-    expectSound();
 }
 
 } // namespace
