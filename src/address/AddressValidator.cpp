@@ -153,7 +153,9 @@ AddressQuestion AddressValidator::Implementation::questionOf(AddressParts&& part
         question.province = known->second;
         question.isProvinceUnknown = question.province.empty();
     }
-    question.number = readHouseNumber(parts.number);
+    // In "1O" the letter may be a nought.
+    question.number =
+        readHouseNumber(parts.numberSuffix == "O" ? parts.number + parts.numberSuffix : parts.number);
     if (parts.number.find_first_of("Kk") != std::string::npos && tidied(parts.number).starts_with("KM")) {
         question.number = {};
     }

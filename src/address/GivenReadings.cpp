@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "address/AddressLine.h"
+#include "address/HouseNumber.h"
 #include "services/Rnumcad.h"
 
 namespace ambrel {
@@ -29,7 +30,14 @@ void takeColumn(std::string& part, std::string_view column) {
     }
 }
 
-/// The number's column. Figures that cannot be a house number are one that no street has.
+/// Whether a text is made of digits and letters O, which may have been meant for noughts.
+bool hasNoughtsAsLetters(std::string_view text) {
+    return !text.empty() && isDigit(text.front()) && text.find_first_of("Oo") != std::string_view::npos &&
+           text.find_first_not_of("0123456789Oo") == std::string_view::npos;
+}
+
+/// The number's column. Figures that cannot be a house number are one that no street has, and so is a text of
+/// which nothing is understood.
 AddressParts readNumberColumn(std::string_view text) {
     AddressParts parts;
     const std::string_view number = withoutBlanks(text);
@@ -37,9 +45,16 @@ AddressParts readNumberColumn(std::string_view text) {
         parts.number = number; // what most columns hold needs no reading
         return parts;
     }
+    if (hasNoughtsAsLetters(number)) {
+        parts.number = number;
+        return parts;
+    }
     parts = readNumberText(text);
     if (parts.number.empty() && parts.floor.empty() && !parts.rest.empty() && isDigit(parts.rest.front())) {
         parts.number = std::exchange(parts.rest, {});
+    }
+    if (parts == AddressParts() && readHouseNumber(number).kind == HouseNumber::Kind::Unclear) {
+        parts.number = number;
     }
     return parts;
 }

@@ -26,11 +26,17 @@ std::string lettersOf(std::string_view text) {
     return letters;
 }
 
+/// Whether a character other than letters and digits says nothing, alone or between the letters of "S/N".
+bool saysNothing(char c) {
+    return isOrdinal(c) || std::string_view(" .,;:-/\\()").find(c) != std::string_view::npos;
+}
+
 bool saysThatThereIsNone(std::string_view text) {
     static constexpr std::array<std::string_view, 6> words{"",        "SN",        "SNUM",
                                                            "SN\xDAM", "SINNUMERO", "SINN\xDAMERO"};
     const std::string letters = lettersOf(text);
-    return std::ranges::find(words, letters) != words.end() && std::ranges::none_of(text, isDigit);
+    return std::ranges::find(words, letters) != words.end() &&
+           std::ranges::all_of(text, [](char c) { return isLetter(c) || saysNothing(c); });
 }
 
 /// Removes "N", "Nº", "NUM.", "NÚMERO" and the like from the front.
@@ -49,6 +55,12 @@ std::string_view withoutAbbreviation(std::string_view text) {
     return text;
 }
 
+/// "1O", "1O5": nobody knows whether a letter O that goes on with the digits is a nought.
+bool goesOnLikeANought(std::string_view rest) {
+    const std::size_t end = rest.find_first_not_of('O');
+    return rest.starts_with('O') && (end == std::string_view::npos || !isLetter(rest[end]));
+}
+
 /// Whether the digits are still a house number with this text after them.
 bool mayFollow(std::string_view rest) {
     if (rest.empty()) {
@@ -58,6 +70,9 @@ bool mayFollow(std::string_view rest) {
         return false; // a fraction, or thousands
     }
     static constexpr std::string_view separators = " ,;.-/()";
+    if (goesOnLikeANought(rest)) {
+        return false;
+    }
     if (separators.find(rest.front()) == std::string_view::npos && !isLetter(rest.front())) {
         return false;
     }

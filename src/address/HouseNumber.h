@@ -21,8 +21,9 @@ struct HouseNumber {
 
 /// The number at the start of a text, after "nº" and the like. A letter, a second word, the end of a range
 /// and the floor may follow: "12 BIS", "12B", "12-14", "nº 12" and "12, 3º" are all number 12. Ordinals
-/// ("3º"), fractions ("12.5") and kilometres are not house numbers. Text in Windows-1252, letter case
-/// ignored.
+/// ("3º"), fractions ("12.5"), kilometres, digits with a letter O among them ("1O") and signs that say
+/// nothing
+/// ("?") are not house numbers. Text in Windows-1252, letter case ignored.
 [[nodiscard]] HouseNumber readHouseNumber(std::string_view text);
 
 } // namespace ambrel

@@ -208,6 +208,13 @@ TEST_F(ResolveAddress, NumberThatIsNoNumberIsNotSettled) {
     EXPECT_EQ(address.numberProblem, NumberProblem::NotANumber);
 }
 
+TEST_F(ResolveAddress, ANumberThatTheTablesCannotHoldIsNotTakenForNone) {
+    const ResolvedAddress address = resolveAddressUtf8(
+        "DB", {.municipality = "Madrid", .streetType = "CL", .street = "Mayor", .number = "５００"});
+    EXPECT_FALSE(address.isSettled());
+    EXPECT_EQ(address.numberProblem, NumberProblem::NotANumber);
+}
+
 TEST_F(ResolveAddress, SignsThatCompleteNothingMayStandInANameOrBehindIt) {
     EXPECT_EQ(resolve("CORUÑA, LA", "CL", "DALIA, LA", "1").postalCode, "15501");
     EXPECT_EQ(resolve("ALFAZ (L')", "", "X", "1").ineCode, "03090");

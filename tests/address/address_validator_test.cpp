@@ -144,6 +144,16 @@ TEST_F(AddressVerdicts, NothingOfTheNumbersColumnIsLost) {
     }
 }
 
+TEST_F(AddressVerdicts, NumberOfWhichNothingIsUnderstoodIsNotTakenForNone) {
+    for (const char* number : {"?", "??", "1O", "1OO"}) {
+        const JudgedAddress judged =
+            judge({.street = "VELAZQUEZ", .number = number, .postalCode = "28001", .municipality = "MADRID"});
+        EXPECT_FALSE(isSettled(judged.verdict)) << number;
+        EXPECT_EQ(judged.number + judged.rest, number);
+    }
+    EXPECT_EQ(verdict({.line = "Calle Velázquez 1O, 28001 Madrid"}), "NUMERO_FUERA");
+}
+
 TEST_F(AddressVerdicts, StreetWithSeveralCodesNeedsANumber) {
     for (const char* number : {"", "s/n"}) {
         EXPECT_EQ(verdict({.street = "Calle Gran Vía",

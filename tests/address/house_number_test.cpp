@@ -34,8 +34,8 @@ TEST(HouseNumberTest, TheWordForANumberMayStandInFront) {
 }
 
 TEST(HouseNumberTest, BlankAndWithoutNumberAreNone) {
-    for (const char* text :
-         {"", "   ", "S/N", "s/n", "S/Nº", "sn", "s. n.", "S-N", "sin número", "SIN NUMERO", "s/núm."}) {
+    for (const char* text : {"", "   ", "-", "--", ".", "S/N", "s/n", "S/Nº", "sn", "s. n.", "S-N",
+                             "sin número", "SIN NUMERO", "s/núm."}) {
         EXPECT_EQ(read(text).kind, Kind::None) << text;
     }
 }
@@ -45,6 +45,19 @@ TEST(HouseNumberTest, WhatIsNoHouseNumberIsUnclear) {
                              "12 km", "12km", "doce", "bajo", "nave 12", "N", "%12", "12%", "n 12.5"}) {
         EXPECT_EQ(read(text).kind, Kind::Unclear) << text;
     }
+}
+
+TEST(HouseNumberTest, SignsThatSayNothingAreUnclear) {
+    for (const char* text : {"?", "??", "*", "%"}) { // "?" stands for what the tables cannot hold
+        EXPECT_EQ(read(text).kind, Kind::Unclear) << text;
+    }
+}
+
+TEST(HouseNumberTest, ALetterThatLooksLikeANoughtIsNotReadOver) {
+    for (const char* text : {"1O", "1OO", "1o5", "nº 1O", "1O, 3º", "1O-14"}) {
+        EXPECT_EQ(read(text).kind, Kind::Unclear) << text;
+    }
+    EXPECT_EQ(read("12 oficina 3"), (HouseNumber{Kind::Known, 12}));
 }
 
 } // namespace
