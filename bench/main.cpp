@@ -12,6 +12,60 @@
 
 namespace {
 
+struct Ratio {
+    const char *name, *ours, *rival;
+};
+
+// The rival's time over ours, unless it says otherwise.
+constexpr Ratio ratios[] = {
+    {"seek_vs_sqlite", "seek/ours", "seek/sqlite"},
+    {"seek_vs_sqlite_wal", "seek/ours", "seek/sqlite_wal"},
+    {"seek_vs_lmdb", "seek/ours", "seek/lmdb"},
+    {"seek_scope_vs_sqlite", "seek_scope/ours", "seek_scope/sqlite"},
+    {"seek_scope_vs_sqlite_wal", "seek_scope/ours", "seek_scope/sqlite_wal"},
+    {"seek_scope_vs_lmdb", "seek_scope/ours", "seek_scope/lmdb"},
+    {"scan_vs_sqlite", "scan/ours", "scan/sqlite"},
+    {"scan_scope_vs_sqlite", "scan_scope/ours", "scan/sqlite"},
+    {"insert_off_vs_sqlite", "insert_off/ours", "insert_off/sqlite"},
+    {"insert_full_vs_sqlite", "insert_full/ours", "insert_full/sqlite"},
+    {"load_vs_sqlite", "load/ours", "bulk/sqlite"},
+    {"reindex_vs_sqlite", "reindex/ours", "bulk/sqlite"},
+    {"directory_vs_sqlite", "directory/ours", "directory/sqlite"},
+    {"reopen_vs_sqlite", "reopen/ours", "reopen/sqlite"},
+    {"street_keystroke_vs_sqlite", "key/ours", "key/sqlite"},
+    {"street_keystroke_vs_sqlite_wal", "key/ours", "key/sqlite_wal"},
+    {"street_keystroke_vs_sqlite_query", "key/ours", "key/sqlite_query"},
+    {"new_street_vs_sqlite", "addition/ours", "addition/sqlite"},
+    {"new_street_disk_vs_sqlite", "addition_full/ours", "addition_full/sqlite"},
+    {"ine_pass_vs_sqlite", "ine_pass/ours", "ine_pass/sqlite"},
+    {"ine_pass_vs_sqlite_wal", "ine_pass/ours", "ine_pass/sqlite_wal"},
+    {"save_streets_vs_sqlite", "save_streets/ours", "save_streets/sqlite"},
+    {"save_streets_vs_sqlite_together", "save_streets/ours", "save_streets/sqlite_together"},
+    {"suggest_vs_fts5", "suggest/ours", "suggest/fts5"},
+    {"suggest_largest_vs_fts5", "suggest_largest/ours", "suggest_largest/fts5"},
+    {"validate_vs_sqlite", "validate/ours", "validate/sqlite"},
+    {"validate_slip_vs_fts5", "validate_slip/ours", "validate_slip/fts5"},
+    // Our time over the rival's, which only parses.
+    {"parse_vs_pugixml", "parse/pugixml", "parse/ours"},
+    // The second edition's time over that of the first one.
+    {"directory_second_vs_first", "directory/ours", "directory/second"},
+    // An audit's time over that of a scan.
+    {"audit_vs_scan", "audit/scan", "audit/ours"},
+    // A large table's time over a small one's.
+    {"province_200_vs_20", "province/20", "province/200"},
+    {"street_dialog_1m5_vs_1k", "street_dialog/1k", "street_dialog/1m5"},
+    {"street_keystroke_1m5_vs_1k", "street_keystroke/1k", "street_keystroke/1m5"},
+    {"list_90k_vs_1k", "list/1k", "list/90k"},
+    {"list_1m5_vs_1k", "list/1k", "list/1m5"},
+    {"keystroke_1m5_vs_1k", "keystroke/1k", "keystroke/1m5"},
+    // Tables of the whole country over those of one municipality.
+    {"country_street_key_vs_town", "country_street_key/town", "country_street_key/country"},
+    {"country_municipality_key_vs_town", "country_municipality_key/town", "country_municipality_key/country"},
+    {"country_list_vs_town", "country_list/town", "country_list/country"},
+    {"country_suggest_vs_town", "country_suggest/town", "country_suggest/country"},
+    {"suggest_1m5_vs_100k", "suggest_growth/100k", "suggest_growth/1m5"},
+};
+
 // Prints as usual and keeps the real time of each benchmark.
 class RatioReporter final : public benchmark::ConsoleReporter {
 public:
@@ -25,10 +79,10 @@ public:
         }
     }
 
-    void printRatio(const char* name, const char* ours, const char* rival) const {
-        const auto our = seconds_.find(ours), other = seconds_.find(rival);
-        if (our != seconds_.end() && other != seconds_.end()) {
-            std::printf("ratio %s %.2f\n", name, other->second / our->second);
+    void print(const Ratio& ratio) const {
+        const auto ours = seconds_.find(ratio.ours), rival = seconds_.find(ratio.rival);
+        if (ours != seconds_.end() && rival != seconds_.end()) {
+            std::printf("ratio %s %.2f\n", ratio.name, rival->second / ours->second);
         }
     }
 
@@ -36,9 +90,8 @@ private:
     std::map<std::string, double> seconds_;
 };
 
-} // namespace
-
-int main(int argc, char** argv) {
+// Takes «--rows N» from the command line.
+void takeRowCount(int& argc, char** argv) {
     for (int i = 1; i + 1 < argc; ++i) {
         if (std::strcmp(argv[i], "--rows") == 0) {
             bench::rowCount = static_cast<std::uint32_t>(std::strtoul(argv[i + 1], nullptr, 10));
@@ -49,6 +102,12 @@ int main(int argc, char** argv) {
             break;
         }
     }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    takeRowCount(argc, argv);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 2;
@@ -60,54 +119,8 @@ int main(int argc, char** argv) {
     benchmark::RunSpecifiedBenchmarks(&reporter);
     std::filesystem::remove_all(bench::workFolder);
 
-    reporter.printRatio("seek_vs_sqlite", "seek/ours", "seek/sqlite");
-    reporter.printRatio("seek_vs_sqlite_wal", "seek/ours", "seek/sqlite_wal");
-    reporter.printRatio("seek_vs_lmdb", "seek/ours", "seek/lmdb");
-    reporter.printRatio("seek_scope_vs_sqlite", "seek_scope/ours", "seek_scope/sqlite");
-    reporter.printRatio("seek_scope_vs_sqlite_wal", "seek_scope/ours", "seek_scope/sqlite_wal");
-    reporter.printRatio("seek_scope_vs_lmdb", "seek_scope/ours", "seek_scope/lmdb");
-    reporter.printRatio("scan_vs_sqlite", "scan/ours", "scan/sqlite");
-    reporter.printRatio("scan_scope_vs_sqlite", "scan_scope/ours", "scan/sqlite");
-    reporter.printRatio("insert_off_vs_sqlite", "insert_off/ours", "insert_off/sqlite");
-    reporter.printRatio("insert_full_vs_sqlite", "insert_full/ours", "insert_full/sqlite");
-    reporter.printRatio("load_vs_sqlite", "load/ours", "bulk/sqlite");
-    reporter.printRatio("reindex_vs_sqlite", "reindex/ours", "bulk/sqlite");
-    reporter.printRatio("directory_vs_sqlite", "directory/ours", "directory/sqlite");
-    reporter.printRatio("reopen_vs_sqlite", "reopen/ours", "reopen/sqlite");
-    reporter.printRatio("street_keystroke_vs_sqlite", "key/ours", "key/sqlite");
-    reporter.printRatio("street_keystroke_vs_sqlite_wal", "key/ours", "key/sqlite_wal");
-    reporter.printRatio("street_keystroke_vs_sqlite_query", "key/ours", "key/sqlite_query");
-    reporter.printRatio("new_street_vs_sqlite", "addition/ours", "addition/sqlite");
-    reporter.printRatio("new_street_disk_vs_sqlite", "addition_full/ours", "addition_full/sqlite");
-    reporter.printRatio("ine_pass_vs_sqlite", "ine_pass/ours", "ine_pass/sqlite");
-    reporter.printRatio("ine_pass_vs_sqlite_wal", "ine_pass/ours", "ine_pass/sqlite_wal");
-    reporter.printRatio("save_streets_vs_sqlite", "save_streets/ours", "save_streets/sqlite");
-    reporter.printRatio("save_streets_vs_sqlite_together", "save_streets/ours",
-                        "save_streets/sqlite_together");
-    reporter.printRatio("suggest_vs_fts5", "suggest/ours", "suggest/fts5");
-    reporter.printRatio("suggest_largest_vs_fts5", "suggest_largest/ours", "suggest_largest/fts5");
-    reporter.printRatio("validate_vs_sqlite", "validate/ours", "validate/sqlite");
-    reporter.printRatio("validate_slip_vs_fts5", "validate_slip/ours", "validate_slip/fts5");
-    // Our time over the rival's, which only parses.
-    reporter.printRatio("parse_vs_pugixml", "parse/pugixml", "parse/ours");
-    // The second edition's time over that of the first one.
-    reporter.printRatio("directory_second_vs_first", "directory/ours", "directory/second");
-    // An audit's time over that of a scan.
-    reporter.printRatio("audit_vs_scan", "audit/scan", "audit/ours");
-    // A large table's time over a small one's.
-    reporter.printRatio("province_200_vs_20", "province/20", "province/200");
-    reporter.printRatio("street_dialog_1m5_vs_1k", "street_dialog/1k", "street_dialog/1m5");
-    reporter.printRatio("street_keystroke_1m5_vs_1k", "street_keystroke/1k", "street_keystroke/1m5");
-    reporter.printRatio("list_90k_vs_1k", "list/1k", "list/90k");
-    reporter.printRatio("list_1m5_vs_1k", "list/1k", "list/1m5");
-    reporter.printRatio("keystroke_1m5_vs_1k", "keystroke/1k", "keystroke/1m5");
-    // Tables of the whole country over those of one municipality.
-    reporter.printRatio("country_street_key_vs_town", "country_street_key/town",
-                        "country_street_key/country");
-    reporter.printRatio("country_municipality_key_vs_town", "country_municipality_key/town",
-                        "country_municipality_key/country");
-    reporter.printRatio("country_list_vs_town", "country_list/town", "country_list/country");
-    reporter.printRatio("country_suggest_vs_town", "country_suggest/town", "country_suggest/country");
-    reporter.printRatio("suggest_1m5_vs_100k", "suggest_growth/100k", "suggest_growth/1m5");
+    for (const Ratio& ratio : ratios) {
+        reporter.print(ratio);
+    }
     return 0;
 }
