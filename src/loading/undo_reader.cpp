@@ -2,6 +2,8 @@
 #include "loading/undo_reader.h"
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
 #include "loading/failure.h"
 
@@ -17,6 +19,7 @@ constexpr std::size_t maxLineSize = std::size_t{1} << 22;
 
 UndoReader::UndoReader(const std::string& path) : file_(dbase::openFile(path, dbase::OpenMode::ReadOnly)) {
     readLines();
+    dropUnmade();
 }
 
 void UndoReader::readLines() {
@@ -81,7 +84,7 @@ void UndoReader::take(std::string_view line, std::uint64_t offset) {
         damaged_.push_back(line_);
     } else if (head->kind == UndoKind::Unmade) {
         ++entries_;
-        takeBack(*head);
+        unmade_.push_back({places_.size(), head->number, head->table});
     } else if (!readUndoEntry(values, tables_[head->table])) {
         damaged_.push_back(line_);
     } else {
@@ -95,13 +98,26 @@ std::uint64_t UndoReader::missingEntries() const {
     return announced_ && *announced_ > found ? *announced_ - found : 0;
 }
 
-void UndoReader::takeBack(const UndoEntry& unmade) {
-    const auto found = std::find_if(places_.rbegin(), places_.rend(), [&](const Place& place) {
-        return place.table == unmade.table && place.number == unmade.number;
-    });
-    if (found != places_.rend()) {
-        places_.erase(std::next(found).base());
+/// From the last entry to the first, so that each is looked at once, however many lines say that one is void.
+void UndoReader::dropUnmade() {
+    std::map<std::pair<std::size_t, dbase::RecordNumber>, std::size_t> pending;
+    std::vector<Place> kept;
+    for (std::size_t i = unmade_.empty() ? 0 : places_.size(); i > 0; --i) {
+        for (; !unmade_.empty() && unmade_.back().places >= i; unmade_.pop_back()) {
+            ++pending[{unmade_.back().table, unmade_.back().number}];
+        }
+        const Place& place = places_[i - 1];
+        const auto found = pending.find({place.table, place.number});
+        if (found == pending.end() || found->second == 0) {
+            kept.push_back(place);
+        } else {
+            --found->second;
+        }
     }
+    if (!pending.empty()) {
+        places_.assign(kept.rbegin(), kept.rend());
+    }
+    unmade_.clear();
 }
 
 UndoEntry UndoReader::entry(std::size_t index) const {

@@ -39,14 +39,21 @@ private:
         std::size_t table;
     };
 
+    struct Unmade {
+        std::size_t places; // there were so many before it
+        dbase::RecordNumber number;
+        std::size_t table;
+    };
+
     void readLines();
     void take(std::string_view line, std::uint64_t offset);
     void takeHeading(std::string_view line) const;
-    void takeBack(const UndoEntry& unmade);
+    void dropUnmade();
 
     std::unique_ptr<dbase::File> file_;
     std::vector<UndoTable> tables_;
     std::vector<Place> places_;
+    std::vector<Unmade> unmade_; // while the lines are read
     std::vector<std::uint64_t> damaged_;
     std::uint64_t line_ = 0;    // read so far
     std::uint64_t entries_ = 0; // that could be read, those that were not carried out too

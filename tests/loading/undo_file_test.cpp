@@ -1,10 +1,13 @@
 // Undo files that are cut, damaged or something else, and disks and folders that take none.
+#include <algorithm>
 #include <filesystem>
+#include <random>
 
 #include "UndoTest.h"
 #include "dbase/support/OtherUser.h"
 #include "dbase/system/error.h"
 #include "support/FileSizeLimit.h"
+#include "support/Seed.h"
 
 namespace loading {
 namespace {
@@ -70,6 +73,39 @@ TEST_F(Undo, NamesLinesThatWereDamagedAndUsesTheOthers) {
     EXPECT_EQ(UndoReader(undoFile).damagedLines(), (std::vector<std::uint64_t>{3}));
     EXPECT_EQ(undoAll(), "1 put back, 0 as before, 0 left");
     EXPECT_NE(rows().find("A1|Ana|C/ MAYOR|28013\nA2|Blas|C/ SOL|28013\n"), std::string::npos) << rows();
+}
+
+TEST_F(Undo, ALineThatSaysSoVoidsTheLastEntryOfItsRecordHoweverManyThereAre) {
+    constexpr std::size_t lines = 60'000;
+    const UndoTable table{.path = file, .schema = dbase::Table::open(file)->schema(), .key = {}};
+    const std::vector<char> before(table.schema.recordLength, ' ');
+    std::vector<char> after = before;
+    after[1] = 'X';
+    std::mt19937 random(ambrel::test::seedOfThisRun());
+    std::uniform_int_distribution<dbase::RecordNumber> any(1, 1000);
+    std::vector<dbase::RecordNumber> left; // the records of the entries, in their order
+    std::string all = undoHeading("2026-11-22 20:00", "la prueba") + undoLine(table, std::size_t{0});
+    for (std::size_t i = 0; i < lines; ++i) {
+        const dbase::RecordNumber number = any(random);
+        const bool isUnmade = any(random) % 2 == 0;
+        all += isUnmade ? undoLine(table, {UndoKind::Unmade, 0, number, {}, {}})
+                        : undoLine(table, {UndoKind::Change, 0, number, before, after});
+        if (!isUnmade) {
+            left.push_back(number);
+        } else if (const auto last = std::find(left.rbegin(), left.rend(), number); last != left.rend()) {
+            left.erase(std::next(last).base());
+        }
+    }
+    for (std::size_t i = 0; i < lines; ++i) {
+        all += undoLine(table, {UndoKind::Unmade, 0, 5000, {}, {}}); // which no entry has
+    }
+    writeText(all + undoEnd(2 * lines));
+    const UndoReader reader(undoFile);
+    EXPECT_EQ(reader.missingEntries(), 0U);
+    ASSERT_EQ(reader.size(), left.size());
+    for (std::size_t i = 0; i < left.size(); ++i) {
+        ASSERT_EQ(reader.entry(i).number, left[i]) << i;
+    }
 }
 
 TEST_F(Undo, RefusesFilesThatAreSomethingElse) {
