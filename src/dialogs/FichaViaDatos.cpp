@@ -157,7 +157,7 @@ bool TFFichaVia::Parts::checkTexts() {
         return fails(QStringLiteral("No ha especificado el nombre de la nueva via"), ui.DBEVia);
     }
     if (ui.DBEVia->isRefused()) { // pasted: only typing stops where the column ends
-        return fails(QStringLiteral("El nombre de la via no cabe en la tabla (%1 letras, como mucho) o tiene "
+        return fails(QStringLiteral("El nombre de la vía no cabe en la tabla (%1 letras, como mucho) o tiene "
                                     "signos que la tabla no guarda")
                          .arg(ambrel::streetNameWidth),
                      ui.DBEVia);

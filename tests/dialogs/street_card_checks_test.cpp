@@ -126,7 +126,7 @@ TEST_F(StreetCardChecks, APastedNameThatTheTableWouldCutOrChangeIsToldAndNothing
                                   QStringLiteral("NUEVA \u2605")}) {
         openWith("DBEVia", pasted);
         expectRefused(
-            QStringLiteral("El nombre de la via no cabe en la tabla (45 letras, como mucho) o tiene "
+            QStringLiteral("El nombre de la vía no cabe en la tabla (45 letras, como mucho) o tiene "
                            "signos que la tabla no guarda"),
             "DBEVia");
         EXPECT_EQ(edit("DBEVia").text(), pasted);

@@ -248,6 +248,19 @@ TEST_F(PasteOffer, NothingIsReplacedUnsaid) {
     EXPECT_EQ(rest->text(), "") << "it was another address's";
 }
 
+TEST_F(PasteOffer, SignsThatTheTablesCannotHoldAreNotReplacedUnsaid) {
+    open();
+    const char* const warning = "Los signos que las tablas no guardan quedan como «?».";
+    pasteInto(Box::Street, "Calle de Alcalá, 100, portal ★, 28014 Madrid");
+    ASSERT_TRUE(offerCame());
+    EXPECT_TRUE(says(said(), warning)) << said();
+    press(Qt::Key_Escape);
+    box(Box::Street).clear();
+    pasteInto(Box::Street, "Calle de Alcalá, 100, 28014 Madrid");
+    ASSERT_TRUE(offerCame());
+    EXPECT_FALSE(says(said(), warning)) << said();
+}
+
 TEST_F(PasteOffer, AnAddressPastedBesideATextIsTakenWithoutIt) {
     open();
     fillAddress("haro", "", "", "");
