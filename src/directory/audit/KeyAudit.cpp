@@ -5,6 +5,7 @@
 #include <charconv>
 #include <tuple>
 
+#include "directory/LeadingZeros.h"
 #include "directory/audit/NameAudit.h"
 #include "directory/audit/StreetRowAudit.h"
 #include "loading/ansi_text.h"
@@ -59,8 +60,8 @@ void KeyAudit::finish(const FindingSink& sink) {
             first = &key;
             continue;
         }
-        const std::string text = std::to_string(100'000'000U + key.number).substr(1);
-        const std::string province = std::to_string(100U + key.province).substr(1);
+        const std::string text = digits(key.number, keyWidth);
+        const std::string province = digits(key.province, 2);
         sink(withText({.table = AuditedTable::Streets,
                        .record = key.record,
                        .key = text,

@@ -1,25 +1,17 @@
 // Several reads under one lock: how long it is kept, what ends it, and that no change is overlooked
 // afterwards.
-#include <gtest/gtest.h>
-
-#include <csignal>
 #include <optional>
 #include <stdexcept>
 #include <thread>
 
-#include "dbase/dataset/dataset.h"
-#include "dbase/lock/locks.h"
-#include "dbase/lock/read_hold.h"
-#include "dbase/lock/read_scope.h"
 #include "dbase/support/ChildProcess.h"
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/error.h"
 #include "dbase/table/bulk_loader.h"
 #include "dbase/table/check.h"
 #include "dbase/table/exclusive_use.h"
-#include "dbase/table/table.h"
+#include "read_scope_fixture.h"
 #include "support/LockPatience.h"
-#include "support/TableTest.h"
 
 namespace dbase {
 namespace {
@@ -27,55 +19,6 @@ namespace {
 using std::chrono::milliseconds;
 using test::ChildProcess;
 using test::errorOf;
-
-/// A clock that the test moves.
-struct OwnClock {
-    OwnClock() {
-        setHoldClock([] { return now; });
-    }
-    ~OwnClock() { setHoldClock(nullptr); }
-    OwnClock(const OwnClock&) = delete;
-    OwnClock& operator=(const OwnClock&) = delete;
-
-    static inline std::chrono::nanoseconds now = std::chrono::hours(1);
-};
-
-class ReadScopeTest : public ambrel::test::TableTest {
-protected:
-    ReadScopeTest() {
-        for (const char* name : {"ONE", "TWO"}) {
-            std::vector<ambrel::test::Row> rows;
-            for (int i = 0; i < 300; ++i) {
-                rows.push_back({codeOf(i)});
-            }
-            createTable(ambrel::test::defineTable(name, {"CODE C6"}, {"CODE"}), rows);
-        }
-        OwnClock::now += std::chrono::hours(1); // long after the last test
-    }
-    static std::string codeOf(int row) { return std::to_string(1000 + 10 * row); }
-    /// For another process, whose failures reach this one only as exceptions.
-    static void require(bool condition) {
-        if (!condition) {
-            throw std::runtime_error("not found");
-        }
-    }
-    static bool find(Dataset& table, const std::string& code) {
-        return table.seek({{"CODE", code}}, SeekMode::Exact);
-    }
-    static void insert(Dataset& table, const std::string& code) {
-        table.append();
-        table.field("CODE").setText(code);
-        table.post();
-    }
-    /// As another program sees it.
-    [[nodiscard]] bool isLocked(const std::string& table = "ONE") const {
-        return openFile(folder / (table + ".MDX"), OpenMode::ReadOnly)->isLockedByOthers(structureLock);
-    }
-    [[nodiscard]] std::uint64_t hold() { return one_.openTable().holdNumber(); }
-
-    OwnClock clock_;
-    Dataset one_{"DB", "ONE", "CODE"}, two_{"DB", "TWO", "CODE"};
-};
 
 // --- How long
 
@@ -375,118 +318,6 @@ TEST_F(ReadScopeTest, WaitingForOneTableLetsGoOfTheOthers) {
     other->unlock(structureLock);
     EXPECT_TRUE(find(two_, codeOf(7)));
     EXPECT_TRUE(find(one_, codeOf(8)));
-}
-
-// --- Other processes
-
-/// Whether all reads share one scope, or those of each few milliseconds have their own. Uses the system's
-/// clock: the locks are free so rarely that a writer does not hit the moment by chance.
-class ReadersAndAWriter : public ReadScopeTest, public ::testing::WithParamInterface<bool> {
-protected:
-    ReadersAndAWriter() { setHoldClock(nullptr); }
-
-    void readUntilItEnds(ChildProcess& writer) {
-        one_.open();
-        writer.tell();
-        std::optional<ReadScope> scope;
-        while (!writer.hasEnded()) {
-            if (!GetParam() || !scope) {
-                scope.reset();
-                scope.emplace();
-            }
-            for (int i = 0; i < 5000; ++i) {
-                ASSERT_TRUE(find(one_, codeOf(i % 300)));
-            }
-        }
-    }
-    /// Adds this many rows; throws if the lock is not free in time.
-    static int append(const ChildProcess::Link& link, int rows) {
-        link.await();
-        Dataset table("DB", "ONE", "CODE");
-        table.open();
-        for (int i = 0; i < rows; ++i) {
-            insert(table, "2" + std::to_string(i));
-        }
-        return 0;
-    }
-};
-
-TEST_P(ReadersAndAWriter, AWriterIsNeverShutOut) {
-    ChildProcess writer([](const ChildProcess::Link& link) { return append(link, 20); });
-    readUntilItEnds(writer);
-    EXPECT_EQ(writer.join(), 0);
-    EXPECT_TRUE(find(one_, "219"));
-}
-
-TEST_P(ReadersAndAWriter, AWriterIsNotShutOutByTwoReadersThatTakeTurns) {
-    ChildProcess reader([this](const ChildProcess::Link& link) {
-        link.await();
-        Dataset table("DB", "ONE", "CODE");
-        table.open();
-        const ReadScope scope;
-        while (!find(table, "219")) {
-            for (int i = 0; i < 1000; ++i) {
-                require(find(table, codeOf(i % 300)));
-            }
-        }
-        return 0;
-    });
-    ChildProcess writer([](const ChildProcess::Link& link) { return append(link, 20); });
-    reader.tell();
-    readUntilItEnds(writer);
-    EXPECT_EQ(writer.join(), 0);
-    ReadScope::letGo();
-    EXPECT_EQ(reader.join(), 0);
-}
-
-INSTANTIATE_TEST_SUITE_P(Scopes, ReadersAndAWriter, ::testing::Bool(), [](const auto& test) {
-    return test.param ? std::string("One") : std::string("Many");
-});
-
-TEST_F(ReadScopeTest, WhatAKilledWriterLeftBetweenTwoHoldsIsRecovered) {
-    ChildProcess writer([this](const ChildProcess::Link& link) {
-        link.await();
-        const auto table = Table::open(folder / "ONE.DBF");
-        const ExclusiveUse use(*table);
-        IndexFile index(openFile(folder / "ONE.MDX", OpenMode::ReadWrite), table->schema());
-        index.writeStamp(index.stamp().begun(300));
-        link.tell();
-        link.await();
-        return 0;
-    });
-    one_.open();
-    const ReadScope scope;
-    EXPECT_TRUE(find(one_, codeOf(7)));
-    ReadScope::letGo();
-    writer.tell();
-    writer.await();
-    writer.kill();
-    EXPECT_EQ(writer.join(), -SIGKILL);
-    EXPECT_TRUE(one_.next());
-    EXPECT_EQ(one_.field("CODE").text(), codeOf(8));
-    EXPECT_FALSE(one_.openTable().index()->stamp().inUpdate);
-}
-
-TEST_F(ReadScopeTest, ChangesOfAnotherProcessBetweenTwoHoldsAreSeen) {
-    ChildProcess writer([](const ChildProcess::Link& link) {
-        link.await();
-        Dataset table("DB", "ONE", "CODE");
-        table.open();
-        insert(table, "1071");
-        require(find(table, codeOf(8)));
-        table.erase();
-        return 0;
-    });
-    one_.open();
-    const ReadScope scope;
-    EXPECT_TRUE(find(one_, codeOf(7)));
-    ReadScope::letGo();
-    writer.tell();
-    EXPECT_EQ(writer.join(), 0);
-    EXPECT_TRUE(one_.next());
-    EXPECT_EQ(one_.field("CODE").text(), "1071");
-    EXPECT_TRUE(one_.next());
-    EXPECT_EQ(one_.field("CODE").text(), codeOf(9));
 }
 
 } // namespace
