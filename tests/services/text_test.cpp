@@ -75,4 +75,15 @@ TEST(Text, NearestOfAMillionMarksIsFoundAtOnce) {
     EXPECT_GE(bytes.size(), 900'000U);
 }
 
+TEST(Text, OnlyCharactersWithoutANearLetterAreLost) {
+    for (const QString& kept :
+         {QString(), QStringLiteral("¿QUÉ?"), QStringLiteral("ŁÓDŹ"), QStringLiteral("€ – ½")}) {
+        EXPECT_FALSE(ambrel::losesCharacters(kept)) << kept.toStdString();
+    }
+    for (const QString& lost :
+         {QStringLiteral("★"), QStringLiteral("¿QUÉ? 日"), QStringLiteral("500\u2011B")}) {
+        EXPECT_TRUE(ambrel::losesCharacters(lost)) << lost.toStdString();
+    }
+}
+
 } // namespace
