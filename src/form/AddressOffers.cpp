@@ -87,7 +87,7 @@ std::optional<OfferTexts> AddressOffers::offer(Box box, const QString& text, con
     OfferTexts texts{shownParts(*last_), remarksOn(*last_), isSettled(last_->judged.verdict)};
     texts.remarks << remarkOnLostParts(*last_, validation_.boxes()) << replaced(box, left, *last_);
     if (losesCharacters(text)) {
-        texts.remarks << QStringLiteral("Los signos que las tablas no guardan quedan como «?».");
+        texts.remarks << QStringLiteral("Los signos que las tablas no guardan se pierden.");
     }
     texts.remarks.removeAll(QString());
     return texts;
