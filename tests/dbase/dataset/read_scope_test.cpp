@@ -4,7 +4,6 @@
 #include <stdexcept>
 #include <thread>
 
-#include "dbase/support/ChildProcess.h"
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/error.h"
 #include "dbase/table/bulk_loader.h"
@@ -17,7 +16,6 @@ namespace dbase {
 namespace {
 
 using std::chrono::milliseconds;
-using test::ChildProcess;
 using test::errorOf;
 
 // --- How long
