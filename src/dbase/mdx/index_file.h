@@ -85,6 +85,8 @@ public:
     /// A block of the file, or its changed copy. `buffer` is filled only for files without a view. Errors:
     /// Error(BadIndex) for a number outside the file.
     [[nodiscard]] const char* block(PageNumber page, std::vector<char>& buffer) const;
+    /// Hints that a block will be read.
+    void prefetch(PageNumber page) const;
     /// For a block with unexpected zeros: checks that the file still contains it. Errors: Error(Io).
     void confirmBlock(PageNumber page) const;
     [[nodiscard]] TreeRoot treeRoot(const Tag& tag) const;

@@ -12,11 +12,7 @@ namespace dbase {
 
 TreeNode::TreeNode(const IndexFile& index, const Tag& tag, PageNumber page, std::vector<char>& buffer)
     : itemLength_(tag.itemLength), keyLength_(tag.keyLength) {
-    const char* block = index.block(page, buffer);
-    // The search touches cache lines all over the block: requests them together instead of waiting for each.
-    for (std::size_t line = 0; line < index.blockSize(); line += 64) {
-        __builtin_prefetch(block + line);
-    }
+    const char* const block = index.block(page, buffer);
     items_ = block + mdx::items;
     count_ = load32(block + mdx::keyCount);
     if (count_ > (index.blockSize() - mdx::items) / itemLength_) {
@@ -69,38 +65,51 @@ bool TreeCursor::land(const TreeNode& leaf) {
     return onEntry_;
 }
 
-bool TreeCursor::descend(Bound bound, std::string_view key) {
+PageNumber TreeCursor::startAtRoot() {
     depth_ = 0;
     steps_ = 0;
-    return descendFrom(index_->treeRoot(*tag_).root, bound, key);
+    return index_->treeRoot(*tag_).root;
 }
 
+bool TreeCursor::descend(Bound bound, std::string_view key) { return descendFrom(startAtRoot(), bound, key); }
+
 bool TreeCursor::descendFrom(PageNumber page, Bound bound, std::string_view key) {
-    while (true) {
-        if (depth_ == maxDepth) {
-            index_->damaged(page, "el árbol del tag " + tag_->definition.name + " no termina");
-        }
-        const TreeNode node(*index_, *tag_, page, buffer_);
-        std::uint32_t slot = 0;
-        switch (bound) {
-        case Bound::First:
-            break;
-        case Bound::Last:
-            slot = node.count() - (node.isLeaf() && node.count() > 0 ? 1 : 0);
-            break;
-        case Bound::Lower:
-            slot = node.lowerBound(tag_->order, key);
-            break;
-        case Bound::Upper:
-            slot = node.upperBound(tag_->order, key);
-            break;
-        }
-        levels_[depth_++] = {page, slot};
-        if (node.isLeaf()) {
-            return land(node);
-        }
-        page = node.pointer(slot);
+    std::optional<PageNumber> below = page;
+    while (below) {
+        // The search touches cache lines all over the block: requests them together instead of waiting for
+        // each.
+        index_->prefetch(*below);
+        below = step(*below, bound, key);
     }
+    return onEntry_;
+}
+
+/// Reads one block of the way down; returns the next one, or lands if it is a leaf.
+std::optional<PageNumber> TreeCursor::step(PageNumber page, Bound bound, std::string_view key) {
+    if (depth_ == maxDepth) {
+        index_->damaged(page, "el árbol del tag " + tag_->definition.name + " no termina");
+    }
+    const TreeNode node(*index_, *tag_, page, buffer_);
+    std::uint32_t slot = 0;
+    switch (bound) {
+    case Bound::First:
+        break;
+    case Bound::Last:
+        slot = node.count() - (node.isLeaf() && node.count() > 0 ? 1 : 0);
+        break;
+    case Bound::Lower:
+        slot = node.lowerBound(tag_->order, key);
+        break;
+    case Bound::Upper:
+        slot = node.upperBound(tag_->order, key);
+        break;
+    }
+    levels_[depth_++] = {page, slot};
+    if (!node.isLeaf()) {
+        return node.pointer(slot);
+    }
+    land(node);
+    return std::nullopt;
 }
 
 void TreeCursor::countLeaf(int direction) {
@@ -164,6 +173,28 @@ bool TreeCursor::last() { return descend(Bound::Last, {}) || priorLeaf(); }
 // Separators may be larger than the last key below them, so the bound may lie in the next leaf.
 bool TreeCursor::seek(std::string_view key) { return descend(Bound::Lower, key) || nextLeaf(); }
 void TreeCursor::placeAfter(std::string_view key) { descend(Bound::Upper, key); }
+
+void TreeCursor::seekTogether(std::span<TreeCursor> cursors, std::span<const std::string_view> keys) {
+    std::vector<std::optional<PageNumber>> below; // where each goes on; nowhere from a leaf
+    below.reserve(cursors.size());
+    for (TreeCursor& cursor : cursors) {
+        below.push_back(cursor.startAtRoot());
+    }
+    for (bool goesOn = !cursors.empty(); goesOn;) { // a level at a time
+        goesOn = false;
+        for (std::size_t i = 0; i < cursors.size(); ++i) {
+            if (below[i] && (below[i] = cursors[i].step(*below[i], Bound::Lower, keys[i]))) {
+                cursors[i].index_->prefetch(*below[i]);
+                goesOn = true;
+            }
+        }
+    }
+    for (TreeCursor& cursor : cursors) {
+        if (!cursor.onEntry_) {
+            cursor.nextLeaf();
+        }
+    }
+}
 
 bool TreeCursor::seekShare(double share) {
     depth_ = 0;

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <array>
+#include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -53,6 +55,8 @@ public:
     bool prior();
     /// First entry at or after the key; a shorter key is compared on its own length.
     bool seek(std::string_view key);
+    /// The same for several cursors of one tree, each with its key: the waits for their blocks overlap.
+    static void seekTogether(std::span<TreeCursor> cursors, std::span<const std::string_view> keys);
     /// Moves to where an entry after all equal keys belongs: the slot may be one past the last of its leaf,
     /// so only path() and prior() are meaningful afterwards.
     void placeAfter(std::string_view key);
@@ -87,6 +91,8 @@ private:
     enum class Bound { First, Last, Lower, Upper };
     bool descend(Bound bound, std::string_view key);
     bool descendFrom(PageNumber page, Bound bound, std::string_view key);
+    PageNumber startAtRoot();
+    std::optional<PageNumber> step(PageNumber page, Bound bound, std::string_view key);
     bool land(const TreeNode& leaf);
     void countLeaf(int direction);
     bool priorLeaf();

@@ -4,8 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <fstream>
+#include <optional>
 #include <random>
 
+#include "dbase/lock/read_scope.h"
+#include "dbase/mdx/index_layout.h"
 #include "dbase/table/towns_fixture.h"
 #include "support/Seed.h"
 
@@ -117,7 +122,7 @@ TEST_F(KeyedRowsTest, ManyEqualKeysOverManyBlocksAreFoundAsWalkingShowsThem) {
     createTable(layout("MANY"), rows);
     Dataset many("DB", "MANY", "PROVNAME");
     many.open();
-    KeyedRows byName(many, {"PROV", "NAME"});
+    KeyedRows byName(many, {"PROV", "NAME"}), together(many, {"PROV", "NAME"});
     std::size_t found = 0;
     for (int i = 0; i < 2000; ++i) {
         if (i % 10 == 0 && many.goTo(Bookmark(1 + random() % 3000))) {
@@ -128,8 +133,76 @@ TEST_F(KeyedRowsTest, ManyEqualKeysOverManyBlocksAreFoundAsWalkingShowsThem) {
         const Records expected = walked(many, {{"PROV", province}, {"NAME", name}});
         ASSERT_EQ(recordsOf(byName.find({province, name})), expected) << province << ' ' << name;
         found += expected.size();
+        const ReadScope scope;
+        for (unsigned more = random() % 20; more > 0; --more) {
+            together.expect({std::to_string(10 + random() % 3), "N" + std::to_string(random() % 710)});
+        }
+        together.expect({province, name});
+        ASSERT_EQ(recordsOf(together.find({province, name})), expected) << province << ' ' << name;
     }
     EXPECT_GT(found, 1000U);
+}
+
+TEST_F(KeyedRowsTest, SearchesThatWereAnnouncedFindTheSameInAnyOrderAndWithoutAScope) {
+    for (const bool hasScope : {true, false}) {
+        std::optional<ReadScope> scope;
+        if (hasScope) {
+            scope.emplace();
+        }
+        KeyedRows byCode(towns, {"CODE"});
+        for (const char* code : {"28013", "28014", "28079", "28013"}) {
+            byCode.expect({code});
+        }
+        EXPECT_EQ(recordsOf(byCode.find({"28079"})), (Records{1}));
+        EXPECT_EQ(recordsOf(byCode.find({"28013"})), (Records{3, 7}));
+        EXPECT_EQ(recordsOf(byCode.find({"28014"})), Records());
+        EXPECT_EQ(recordsOf(byCode.find({"99999"})), Records()) << "not announced";
+        EXPECT_EQ(recordsOf(byCode.find({"28013"})), (Records{3, 7})) << "once more";
+        byCode.expect({"28013"});
+        EXPECT_EQ(recordsOf(byCode.find({"28079"})), (Records{1})) << "not in the second lot";
+        EXPECT_EQ(recordsOf(byCode.find({"28013"})), (Records{3, 7}));
+    }
+}
+
+TEST_F(KeyedRowsTest, AnAnnouncedSearchSeesWhatWasChangedAfterItWasMade) {
+    KeyedRows byCode(towns, {"CODE"});
+    other.open();
+    const ReadScope scope;
+    byCode.expect({"28013"});
+    byCode.expect({"28014"});
+    EXPECT_EQ(recordsOf(byCode.find({"28013"})), (Records{3, 7}));
+    place(other, 7);
+    change(other, {{"CODE", "28014"}});
+    EXPECT_EQ(recordsOf(byCode.find({"28014"})), (Records{7}));
+    EXPECT_EQ(recordsOf(byCode.find({"28013"})), (Records{3}));
+}
+
+TEST_F(KeyedRowsTest, AnnouncedSearchesThatFailLeaveNothingToTheNextOnes) {
+    KeyedRows byCode(towns, {"CODE"});
+    const IndexFile& index = *towns.openTable().index();
+    std::fstream file(index.path(), std::ios::in | std::ios::out | std::ios::binary);
+    const auto root = static_cast<std::streamoff>(index.findTag("CODE")->headerPage * pageBytes + mdx::root);
+    std::array<char, 4> sound{};
+    file.seekg(root).read(sound.data(), sound.size());
+    file.seekp(root).write("\xFF\xFF\xFF\x0F", sound.size()).flush();
+    const ReadScope scope;
+    byCode.expect({"28013"});
+    EXPECT_EQ(codeOf([&] { static_cast<void>(byCode.find({"28013"})); }), ErrorCode::BadIndex);
+    file.seekp(root).write(sound.data(), sound.size()).flush();
+    byCode.expect({"28079"});
+    EXPECT_EQ(recordsOf(byCode.find({"28079"})), (Records{1}));
+    EXPECT_EQ(recordsOf(byCode.find({"28013"})), (Records{3, 7}));
+}
+
+TEST_F(KeyedRowsTest, MoreAnnouncementsThanAreKeptDoNoHarm) {
+    KeyedRows byCode(towns, {"CODE"});
+    const ReadScope scope;
+    for (int i = 0; i < 1000; ++i) {
+        byCode.expect({std::to_string(10000 + i)});
+    }
+    byCode.expect({"28013"});
+    EXPECT_EQ(recordsOf(byCode.find({"10999"})), Records());
+    EXPECT_EQ(recordsOf(byCode.find({"28013"})), (Records{3, 7}));
 }
 
 } // namespace

@@ -64,6 +64,32 @@ TEST_F(TreeTest, SeekFindsTheFirstOfEqualKeysThatSpanPages) {
     EXPECT_EQ(seek(*table_, "K", "C"), 3U);
 }
 
+TEST_F(TreeTest, SeveralCursorsSeekTogetherAsEachAlone) {
+    for (const int count : {0, 1, 400}) {
+        make(100);
+        for (int i = 0; i < count; ++i) {
+            append(numbered(2 * i / 3)); // some twice
+        }
+        std::vector<std::string> wanted;
+        std::vector<TreeCursor> together;
+        for (int i = 0; i < 1200; ++i) {
+            wanted.push_back(numbered(i / 4) + (i % 2 == 0 ? "" : "X"));
+            together.emplace_back(*table_->index(), tag());
+        }
+        TreeCursor::seekTogether(together, std::vector<std::string_view>(wanted.begin(), wanted.end()));
+        for (std::size_t i = 0; i < wanted.size(); ++i) {
+            TreeCursor alone = cursor();
+            ASSERT_EQ(together[i].isOnEntry(), alone.seek(wanted[i])) << wanted[i];
+            if (alone.isOnEntry()) {
+                ASSERT_EQ(together[i].record(), alone.record()) << wanted[i];
+                ASSERT_EQ(together[i].next(), alone.next());
+                ASSERT_EQ(together[i].isOnEntry(), alone.isOnEntry());
+            }
+        }
+    }
+    TreeCursor::seekTogether({}, {});
+}
+
 TEST_F(TreeTest, EqualKeysKeepRecordOrder) {
     make(3);
     for (int i = 0; i < 600; ++i) {
