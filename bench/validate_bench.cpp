@@ -2,7 +2,10 @@
 // prepared statements of SQLite that find the same, and for names with a slip against its trigram index.
 
 #include <algorithm>
+#include <array>
 #include <random>
+#include <span>
+#include <vector>
 
 #include <benchmark/benchmark.h>
 
@@ -91,20 +94,67 @@ void writeRow(std::string& result, std::string_view row, std::string_view verdic
 
 // --- Ours
 
+/// Rows that are judged together, as `ambcp validar` does.
+class Block {
+public:
+    void add(std::string_view raw, const ambrel::GivenAddress& given) {
+        Row& row = rows_[count_++];
+        row.given = given;
+        text_ += raw;
+        row.end = text_.size();
+    }
+    [[nodiscard]] bool isFull() const { return count_ == rows_.size(); }
+
+    template<class Take>
+    void judge(ambrel::AddressValidator& validator, Take&& take) {
+        const std::span<Row> rows = std::span(rows_).first(count_);
+        std::vector<ambrel::AddressToJudge> addresses;
+        for (Row& row : rows) {
+            addresses.push_back({&row.given, &row.judged});
+        }
+        validator.validate(addresses);
+        std::size_t begin = 0;
+        for (const Row& row : rows) {
+            take(std::string_view(text_).substr(begin, row.end - begin), row.judged);
+            begin = row.end;
+        }
+        text_.clear();
+        count_ = 0;
+    }
+
+private:
+    struct Row {
+        std::size_t end = 0; // in the text
+        ambrel::GivenAddress given;
+        ambrel::JudgedAddress judged;
+    };
+
+    std::string text_;
+    std::array<Row, 64> rows_;
+    std::size_t count_ = 0;
+};
+
 void validateOurs(benchmark::State& state, Slip slip, std::size_t rows) {
     const std::string text = file(slip, rows);
     ambrel::AddressValidator validator(TownDirectory::large().database, {.memory = memory});
     std::size_t settled = 0, all = 0;
+    Block block;
     const auto run = [&] {
         const dbase::ReadScope scope;
         std::string result;
-        readRows(text, [&](const loading::CsvReader& csv, const ambrel::GivenAddress& given) {
-            const ambrel::JudgedAddress judged = validator.validate(given);
+        const auto write = [&](std::string_view raw, const ambrel::JudgedAddress& judged) {
             settled += isSettled(judged.verdict) ? 1 : 0;
             ++all;
-            writeRow(result, csv.raw(), verdictName(judged.verdict), judged.ineCode, judged.type,
-                     judged.street, judged.number, judged.postalCode);
+            writeRow(result, raw, verdictName(judged.verdict), judged.ineCode, judged.type, judged.street,
+                     judged.number, judged.postalCode);
+        };
+        readRows(text, [&](const loading::CsvReader& csv, const ambrel::GivenAddress& given) {
+            block.add(csv.raw(), given);
+            if (block.isFull()) {
+                block.judge(validator, write);
+            }
         });
+        block.judge(validator, write);
         return result;
     };
     static_cast<void>(run()); // everything is warm afterwards

@@ -105,6 +105,14 @@ bool AddressDirectory::isOwn(const Municipality& municipality) const {
                              streetIneCode_ ? streetIneCode_->view() : std::string_view());
 }
 
+void AddressDirectory::expectStretches(const Municipality& municipality, const std::string& name) {
+    if (!name.empty() && name.size() <= streetNameWidth) {
+        for (const std::string& province : municipality.provinces) {
+            rows_->expect(province, name);
+        }
+    }
+}
+
 bool AddressDirectory::hasStreet(const std::string& name) {
     const dbase::ReadScope scope;
     if (name.empty() || name.size() > streetNameWidth) {

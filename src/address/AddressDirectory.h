@@ -39,6 +39,8 @@ public:
     /// that of the street whose name was shortened from it, as far as PROCEDEN says so.
     [[nodiscard]] std::vector<StreetStretch> stretches(const Municipality& municipality,
                                                        const std::string& name);
+    /// Announces stretches(): within a read scope those that are announced are read together.
+    void expectStretches(const Municipality& municipality, const std::string& name);
     /// Whether any province has a street with exactly this name.
     [[nodiscard]] bool hasStreet(const std::string& name);
     /// Differs from an earlier one if streets have changed since.

@@ -3,19 +3,17 @@
 
 #include <algorithm>
 #include <array>
+#include <list>
 #include <optional>
-#include <tuple>
+#include <span>
+#include <utility>
 
-#include "address/AddressDirectory.h"
 #include "address/AddressLine.h"
+#include "address/AddressLookup.h"
 #include "address/GivenReadings.h"
-#include "address/MunicipalityBook.h"
 #include "address/OptionVerdict.h"
 #include "address/OptionWeight.h"
-#include "address/PlaceSearch.h"
 #include "address/PlainText.h"
-#include "address/StreetSearch.h"
-#include "address/StreetTypeMatch.h"
 #include "address/TidyText.h"
 #include "data/Province.h"
 #include "dbase/lock/read_scope.h"
@@ -26,12 +24,11 @@ namespace {
 
 /// Readings that are worth asking the suggestions about.
 constexpr std::size_t mostNearReadings = 4;
-/// Municipalities whose streets are compared where the name of the municipality is not certain.
-constexpr std::size_t mostNearPlaces = 4;
+/// Addresses that wait for memory together: enough to hide the wait of one behind the others, few enough to
+/// stay in the caches.
+constexpr std::size_t mostTogether = 16;
 /// From here on a street is near enough to be shown as doubtful.
 constexpr double leastNear = 0.6;
-/// Writings of provinces that are remembered: a file may hold anything in that column.
-constexpr std::size_t mostProvinceTexts = 1'000;
 
 bool isEmpty(const GivenAddress& given) {
     for (const std::string* part : {&given.line, &given.type, &given.street, &given.number, &given.rest,
@@ -43,11 +40,14 @@ bool isEmpty(const GivenAddress& given) {
     return true;
 }
 
-/// What was found for one reading.
-struct Finding {
-    AddressQuestion question;
-    std::vector<PlaceOption> places;
-    std::vector<AddressOption> options; // the likeliest first
+using Finding = AddressFinding;
+
+/// An address that has been read.
+struct Begun {
+    GivenReadings readings = {};
+    /// For the readings with all as the name, and the likeliest of the others: what most addresses need. None
+    /// for an address without any text.
+    std::vector<Finding> first = {};
 };
 
 /// Whether a reading leaves nothing of the street aside. A name may begin with two kinds of street, as in
@@ -103,122 +103,69 @@ private:
 class AddressValidator::Implementation {
 public:
     Implementation(const std::string& database, const ValidationOptions& options)
-        : options_(options), directory_(database), book_(database, directory_),
-          suggesters_(database, options.memory), types_(database), places_(book_, suggesters_),
-          streets_(directory_, suggesters_, types_) {}
+        : options_(options), lookup_(database, options.memory) {}
 
-    [[nodiscard]] JudgedAddress validate(const GivenAddress& given);
+    /// At most mostTogether.
+    void validate(std::span<const AddressToJudge> addresses);
     [[nodiscard]] std::string provinceName(const std::string& province) {
-        return suggesters_.provinces.nameOf(province);
+        return lookup_.provinceName(province);
     }
 
 private:
-    [[nodiscard]] AddressQuestion questionOf(AddressParts&& parts);
-    [[nodiscard]] Finding findExactly(AddressParts&& reading);
-    void findNear(Finding& finding);
-    void addCodeReadings(GivenReadings& readings);
+    void begin(const GivenAddress& given, Begun& begun);
+    void validate(const GivenAddress& given, Begun& begun, JudgedAddress& judged);
+    [[nodiscard]] JudgedAddress judge(const GivenAddress& given, Begun& begun);
+    [[nodiscard]] JudgedAddress judgeAlone(const GivenAddress& given);
+    [[nodiscard]] Finding& findExactly(AddressParts&& reading, std::list<Finding>& others);
     [[nodiscard]] JudgedAddress judge(Finding& finding);
     [[nodiscard]] Verdict verdictOnBest(Finding& finding) const;
     [[nodiscard]] JudgedAddress judgeOpen(const Finding& finding, Verdict verdict) const;
-    [[nodiscard]] JudgedAddress judge(const GivenAddress& given);
     [[nodiscard]] bool hasTwoTypes(const GivenAddress& given, const std::string& street);
     [[nodiscard]] JudgedAddress judgeWithoutStreet(const Finding& finding);
     [[nodiscard]] std::optional<Verdict> rivalry(std::vector<AddressOption>& options) const;
 
     ValidationOptions options_;
-    AddressDirectory directory_;
-    MunicipalityBook book_;
-    Suggesters suggesters_;
-    StreetTypeMatch types_;
-    PlaceSearch places_;
-    StreetSearch streets_;
-    suggest::TextMap<std::string> provinces_; // by what was written
+    AddressLookup lookup_;
+    std::vector<Begun> begun_; // kept for its memory
 };
 
-AddressQuestion AddressValidator::Implementation::questionOf(AddressParts&& parts) {
-    AddressQuestion question;
-    question.municipality = tidied(parts.municipality);
-    question.street = tidied(parts.street);
-    question.postalCode = readPostalCode(parts.postalCode);
-    question.hasOtherText =
-        question.postalCode.empty() && parts.postalCode.find_first_not_of("0 -.") != std::string::npos;
-    if (!parts.province.empty()) {
-        if (provinces_.size() >= mostProvinceTexts) {
-            provinces_.clear();
-        }
-        const auto [known, isNew] = provinces_.try_emplace(parts.province);
-        if (isNew) {
-            known->second = suggesters_.provinces.digitsOf(parts.province);
-        }
-        question.province = known->second;
-        question.isProvinceUnknown = question.province.empty();
+void AddressValidator::Implementation::begin(const GivenAddress& given, Begun& begun) {
+    begun.first.clear();
+    if (isEmpty(given)) {
+        return;
     }
-    // In "1O" the letter may be a nought.
-    question.number =
-        readHouseNumber(parts.numberSuffix == "O" ? parts.number + parts.numberSuffix : parts.number);
-    if (parts.number.find_first_of("Kk") != std::string::npos && tidied(parts.number).starts_with("KM")) {
-        question.number = {};
+    begun.readings = readingsOf(given);
+    lookup_.addCodeReadings(begun.readings);
+    for (AddressParts& reading : begun.readings.written) {
+        lookup_.ask(std::move(reading), begun.first.emplace_back());
     }
-    question.parts = std::move(parts);
-    return question;
+    lookup_.ask(std::move(begun.readings.likely.front()), begun.first.emplace_back());
 }
 
-Finding AddressValidator::Implementation::findExactly(AddressParts&& reading) {
-    Finding finding{questionOf(std::move(reading)), {}, {}};
-    const AddressQuestion& question = finding.question;
-    finding.places = places_.exact(question);
-    // Namesakes: the postal code may choose among them.
-    if (finding.places.size() > 1 && !question.postalCode.empty()) {
-        std::vector<PlaceOption> chosen;
-        std::ranges::copy_if(finding.places, std::back_inserter(chosen), [&](const PlaceOption& one) {
-            return one.municipality->hasPostalCode(question.postalCode);
-        });
-        if (!chosen.empty()) {
-            finding.places = std::move(chosen);
+void AddressValidator::Implementation::validate(std::span<const AddressToJudge> addresses) {
+    const dbase::ReadScope scope;
+    lookup_.renew();
+    begun_.resize(std::max(begun_.size(), addresses.size()));
+    std::vector<Finding*> findings;
+    for (std::size_t i = 0; i < addresses.size(); ++i) {
+        begin(*addresses[i].given, begun_[i]);
+        for (Finding& finding : begun_[i].first) {
+            findings.push_back(&finding);
         }
     }
-    for (const PlaceOption& place : finding.places) {
-        streets_.addExact(question, place, finding.options);
+    lookup_.findAllPlaces(findings);
+    for (std::size_t i = 0; i < addresses.size(); ++i) {
+        validate(*addresses[i].given, begun_[i], *addresses[i].judged);
     }
+}
+
+/// Looks one of the other readings up.
+Finding& AddressValidator::Implementation::findExactly(AddressParts&& reading, std::list<Finding>& others) {
+    Finding& finding = others.emplace_back();
+    lookup_.ask(std::move(reading), finding);
+    lookup_.findPlaces(finding);
+    lookup_.findStreets(finding);
     return finding;
-}
-
-void AddressValidator::Implementation::findNear(Finding& finding) {
-    if (finding.places.empty()) {
-        finding.places = places_.near(finding.question);
-    }
-    finding.options.clear();
-    std::size_t tried = 0;
-    for (const PlaceOption& place : finding.places) {
-        if (tried++ == mostNearPlaces) {
-            break;
-        }
-        const std::size_t before = finding.options.size();
-        streets_.addExact(finding.question, place, finding.options);
-        if (finding.options.size() == before) {
-            streets_.addNear(finding.question, place, finding.options);
-        }
-    }
-}
-
-/// "DS Son Remei": words that only the tables know for a type.
-void AddressValidator::Implementation::addCodeReadings(GivenReadings& readings) {
-    const std::size_t count = readings.likely.size();
-    for (std::size_t i = 0; i < count; ++i) {
-        const AddressParts& reading = readings.likely[i];
-        const std::size_t blank = reading.street.find(' ');
-        if (!reading.type.empty() || blank == std::string::npos || blank > 3) {
-            continue;
-        }
-        const std::string word = tidied(std::string_view(reading.street).substr(0, blank));
-        if (!types_.isCode(word)) {
-            continue;
-        }
-        AddressParts split = reading;
-        split.type = word;
-        split.street = withoutBlanks(std::string_view(reading.street).substr(blank));
-        readings.likely.push_back(std::move(split));
-    }
 }
 
 /// What others that are as likely make of the first option; nothing if there are none.
@@ -330,25 +277,25 @@ bool AddressValidator::Implementation::hasTwoTypes(const GivenAddress& given, co
     }
     const std::string own = readStreetText(given.street).front().type;
     const std::string ofName = readStreetText(street).front().type; // CL "PLAZA MAYOR"
-    const bool isOfName = !ofName.empty() && !types_.contradict(ofName, own);
-    return !own.empty() && !isOfName && types_.contradict(column, own);
+    const bool isOfName = !ofName.empty() && !lookup_.contradict(ofName, own);
+    return !own.empty() && !isOfName && lookup_.contradict(column, own);
 }
 
 /// "CL" and "Plaza Mayor": either type may be the right one, so that both must lead to the same code.
-JudgedAddress AddressValidator::Implementation::validate(const GivenAddress& given) {
-    JudgedAddress judged = judge(given);
+void AddressValidator::Implementation::validate(const GivenAddress& given, Begun& begun,
+                                                JudgedAddress& judged) {
+    judged = judge(given, begun);
     if (!isSettled(judged.verdict) || !hasTwoTypes(given, judged.street)) {
-        return judged;
+        return;
     }
     GivenAddress withOwn = given;
     withOwn.type.clear();
-    JudgedAddress other = judge(withOwn);
+    JudgedAddress other = judgeAlone(withOwn);
     const bool isSame = judged.ineCode == other.ineCode && judged.street == other.street &&
                         judged.postalCode == other.postalCode;
     if (!isSettled(other.verdict) || (isSame && other.confidence < judged.confidence)) {
-        return other;
-    }
-    if (!isSame) {
+        judged = std::move(other);
+    } else if (!isSame) {
         const std::array both{alternativeOf(judged), alternativeOf(other)};
         judged.verdict = Verdict::Ambiguous;
         judged.alternatives.assign(both.begin(), both.end());
@@ -358,23 +305,28 @@ JudgedAddress AddressValidator::Implementation::validate(const GivenAddress& giv
         judged.postalCode = readPostalCode(given.postalCode);
         judged.key.clear();
     }
-    return judged;
 }
 
-JudgedAddress AddressValidator::Implementation::judge(const GivenAddress& given) {
-    if (isEmpty(given)) {
+JudgedAddress AddressValidator::Implementation::judgeAlone(const GivenAddress& given) {
+    Begun begun;
+    begin(given, begun);
+    for (Finding& finding : begun.first) {
+        lookup_.findPlaces(finding);
+    }
+    return judge(given, begun);
+}
+
+JudgedAddress AddressValidator::Implementation::judge(const GivenAddress& given, Begun& begun) {
+    if (begun.first.empty()) {
         return {};
     }
-    const dbase::ReadScope scope;
-    book_.renew();
-    GivenReadings readings = readingsOf(given);
-    addCodeReadings(readings);
     const std::string_view rest = withoutBlanks(given.rest);
     // Where the type has a column, a kind of street in the name belongs to it.
     const bool isTypeGiven = !withoutBlanks(given.type).empty();
     Best best;
-    for (AddressParts& reading : readings.written) {
-        Finding finding = findExactly(std::move(reading));
+    Finding& likeliest = begun.first.back();
+    for (Finding& finding : std::span(begun.first).first(begun.first.size() - 1)) {
+        lookup_.findStreets(finding);
         if (!finding.options.empty()) {
             JudgedAddress judged = judge(finding);
             if (best.isDecidedBy(judged, true)) {
@@ -382,13 +334,19 @@ JudgedAddress AddressValidator::Implementation::judge(const GivenAddress& given)
             }
         }
     }
-    std::vector<Finding> findings;
+    std::list<Finding> others;
+    std::vector<Finding*> findings;
     for (const bool areWhole : {isTypeGiven, !isTypeGiven}) {
         if (areWhole) {
-            addWholeReadings(readings, given);
+            addWholeReadings(begun.readings, given);
         }
-        for (AddressParts& reading : areWhole ? readings.whole : readings.likely) {
-            Finding finding = findExactly(std::move(reading));
+        std::vector<AddressParts>& readings = areWhole ? begun.readings.whole : begun.readings.likely;
+        for (AddressParts& reading : readings) {
+            const bool isLikeliest = !areWhole && &reading == readings.data();
+            if (isLikeliest) {
+                lookup_.findStreets(likeliest);
+            }
+            Finding& finding = isLikeliest ? likeliest : findExactly(std::move(reading), others);
             if (!finding.options.empty()) {
                 JudgedAddress judged = judge(finding);
                 if (best.isDecidedBy(judged, isAllRead(finding, rest))) {
@@ -397,7 +355,7 @@ JudgedAddress AddressValidator::Implementation::judge(const GivenAddress& given)
             }
             // The suggestions find a type in a name themselves.
             if (!areWhole || isTypeGiven) {
-                findings.push_back(std::move(finding));
+                findings.push_back(&finding);
             }
         }
     }
@@ -405,10 +363,10 @@ JudgedAddress AddressValidator::Implementation::judge(const GivenAddress& given)
         return *std::move(best.judged());
     }
     findings.resize(std::min(findings.size(), mostNearReadings));
-    for (Finding& finding : findings) {
-        findNear(finding);
-        JudgedAddress judged = judge(finding);
-        if (best.isDecidedBy(judged, isAllRead(finding, rest))) {
+    for (Finding* finding : findings) {
+        lookup_.findNear(*finding);
+        JudgedAddress judged = judge(*finding);
+        if (best.isDecidedBy(judged, isAllRead(*finding, rest))) {
             return judged;
         }
     }
@@ -432,7 +390,17 @@ AddressValidator::AddressValidator(std::string database, ValidationOptions optio
 AddressValidator::~AddressValidator() = default;
 
 JudgedAddress AddressValidator::validate(const GivenAddress& given) {
-    return implementation_->validate(given);
+    JudgedAddress judged;
+    implementation_->validate(std::array{AddressToJudge{&given, &judged}});
+    return judged;
+}
+
+void AddressValidator::validate(std::span<const AddressToJudge> addresses) {
+    while (!addresses.empty()) {
+        const auto together = addresses.first(std::min(addresses.size(), mostTogether));
+        implementation_->validate(together);
+        addresses = addresses.subspan(together.size());
+    }
 }
 
 std::string AddressValidator::provinceName(const std::string& province) {

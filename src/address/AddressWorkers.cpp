@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 #include <unordered_map>
 #include <utility>
 
@@ -17,6 +18,8 @@ namespace {
 
 /// Few enough that threads end at about the same time.
 constexpr std::size_t mostRowsOfJob = 1024;
+/// Few enough that stopping does not take long.
+constexpr std::size_t mostTogether = 64;
 
 unsigned threadCount(unsigned wanted) {
     return wanted > 0 ? wanted : std::max(1U, std::thread::hardware_concurrency());
@@ -147,18 +150,29 @@ void AddressWorkers::work(unsigned worker) {
     }
 }
 
-void AddressWorkers::judge(Job& job, AddressValidator& validator) {
+void AddressWorkers::judge(const Job& job, AddressValidator& validator) {
     const dbase::ReadScope scope;
-    for (const std::size_t i : job.rows) {
-        if (isStopping_) {
-            return;
-        }
-        AddressRow& row = job.block->rows[i];
+    for (std::span<const std::size_t> left = job.rows; !left.empty() && !isStopping_;) {
+        const auto together = left.first(std::min(left.size(), mostTogether));
+        left = left.subspan(together.size());
+        judge(*job.block, together, validator);
+    }
+}
+
+void AddressWorkers::judge(AddressBlock& block, std::span<const std::size_t> rows,
+                           AddressValidator& validator) {
+    std::vector<AddressToJudge> readable;
+    for (const std::size_t i : rows) {
+        AddressRow& row = block.rows[i];
         if (row.kind == AddressRow::Kind::Broken) {
             row.judged.verdict = Verdict::BrokenRow;
         } else {
-            row.judged = validator.validate(row.given);
+            readable.push_back({&row.given, &row.judged});
         }
+    }
+    validator.validate(readable);
+    for (const std::size_t i : rows) {
+        AddressRow& row = block.rows[i];
         row.added = addedText(row, validator.provinceName(row.judged.province), format_);
         ++rows_;
         bytes_ += row.bytes;

@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <string>
 #include <thread>
 #include <vector>
@@ -48,7 +49,8 @@ private:
 
     void work(unsigned worker);
     [[nodiscard]] bool take(unsigned worker, Job& job);
-    void judge(Job& job, AddressValidator& validator);
+    void judge(const Job& job, AddressValidator& validator);
+    void judge(AddressBlock& block, std::span<const std::size_t> rows, AddressValidator& validator);
     void release(std::size_t rows);
     void finish(const AddressBlock& block);
 

@@ -11,7 +11,7 @@ namespace {
 
 /// More than a country has; a file of nonsense has more names.
 constexpr std::size_t mostKept = 20'000;
-constexpr std::size_t mostLately = std::size_t{1} << 15;
+constexpr std::size_t mostLately = std::size_t{1} << 14; // remainders
 
 } // namespace
 
@@ -32,7 +32,7 @@ void MunicipalityBook::renew() {
 void MunicipalityBook::forget() {
     byName_.clear();
     byPostalCode_.clear();
-    std::ranges::fill(lately_, nullptr);
+    std::ranges::fill(lately_, std::array<Lately, 2>());
 }
 
 void MunicipalityBook::keepWithinBounds() {
@@ -41,22 +41,68 @@ void MunicipalityBook::keepWithinBounds() {
     }
 }
 
+/// Null if it was not asked for lately.
+const MunicipalityBook::Named* MunicipalityBook::latelyNamed(std::size_t hash) const {
+    const auto& [last, before] = lately_[hash % mostLately];
+    return last.hash == hash ? last.named : before.hash == hash ? before.named : nullptr;
+}
+
+// Each leads to the next: the hash, the name, the list, the municipality, its texts.
+void MunicipalityBook::expect(std::span<const std::string_view> names) {
+    expected_.clear();
+    expectedHashes_.clear();
+    for (const std::string_view name : names) {
+        expectedHashes_.push_back(suggest::TextHash()(name));
+        __builtin_prefetch(&lately_[expectedHashes_.back() % mostLately]);
+    }
+    for (const std::size_t hash : expectedHashes_) {
+        if (const Named* const known = latelyNamed(hash)) {
+            expected_.push_back(known);
+            __builtin_prefetch(known);
+            __builtin_prefetch(&known->second);
+        }
+    }
+    for (const Named* const known : expected_) {
+        __builtin_prefetch(known->first.data());
+        __builtin_prefetch(known->second.data());
+    }
+    // Plain loops: the compiler drops calls of a lambda that does nothing but request.
+    for (const Named* const known : expected_) {
+        if (!known->second.empty()) {
+            __builtin_prefetch(known->second.front());
+            __builtin_prefetch(&known->second.front()->provinces);
+        }
+    }
+    for (const Named* const known : expected_) {
+        if (!known->second.empty()) {
+            __builtin_prefetch(known->second.front()->provinces.data());
+            __builtin_prefetch(known->second.front()->postalCodes.data());
+        }
+    }
+}
+
 const std::vector<MunicipalityPointer>& MunicipalityBook::named(std::string_view name) {
-    const std::size_t place = suggest::TextHash()(name) % mostLately;
-    if (const Named* const known = lately_[place]; known != nullptr && known->first == name) {
+    const std::size_t hash = suggest::TextHash()(name);
+    if (const Named* const known = latelyNamed(hash); known != nullptr && known->first == name) {
         return known->second;
     }
-    auto known = byName_.find(name);
-    if (known == byName_.end()) {
-        keepWithinBounds();
-        Some found;
-        for (const Municipality& one : directory_.municipalitiesNamed(std::string(name))) {
-            found.push_back(find(one.ineCode));
-        }
-        known = byName_.emplace(name, std::move(found)).first;
+    const Named& found = findNamed(name);
+    auto& [last, before] = lately_[hash % mostLately];
+    before = last;
+    last = {hash, &found};
+    return found.second;
+}
+
+const MunicipalityBook::Named& MunicipalityBook::findNamed(std::string_view name) {
+    if (const auto known = byName_.find(name); known != byName_.end()) {
+        return *known;
     }
-    lately_[place] = &*known;
-    return known->second;
+    keepWithinBounds();
+    Some found;
+    for (const Municipality& one : directory_.municipalitiesNamed(std::string(name))) {
+        found.push_back(find(one.ineCode));
+    }
+    return *byName_.emplace(name, std::move(found)).first;
 }
 
 const std::vector<MunicipalityPointer>& MunicipalityBook::withPostalCode(std::string_view code) {

@@ -1,8 +1,10 @@
 // Municipalities by name and by postal code, each looked up once while the table stands.
 #pragma once
 
+#include <array>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +26,8 @@ public:
     /// Forgets everything if MUNICIPI has changed since. Call before each address.
     void renew();
 
+    /// Announces named(): what is known of these names is fetched from memory at the same time.
+    void expect(std::span<const std::string_view> names);
     /// The municipalities with exactly this name, in code order.
     [[nodiscard]] const std::vector<MunicipalityPointer>& named(std::string_view name);
     /// Those with a postal code, in code order.
@@ -34,6 +38,12 @@ public:
 private:
     using Some = std::vector<MunicipalityPointer>;
     using Named = std::pair<const std::string, Some>;
+    struct Lately {
+        std::size_t hash = 0;
+        const Named* named = nullptr;
+    };
+    [[nodiscard]] const Named* latelyNamed(std::size_t hash) const;
+    [[nodiscard]] const Named& findNamed(std::string_view name);
     void keepWithinBounds();
     void forget();
 
@@ -43,8 +53,11 @@ private:
     dbase::Field& postalCode_ = rows_.bindCharacter("CODPOSTAL", 5);
     suggest::TableStamp stamp_;
     suggest::TextMap<Some> byName_, byPostalCode_;
-    /// The name asked for last among those with a remainder: found without the map's steps through memory.
-    std::vector<const Named*> lately_;
+    /// The names asked for last, two for each remainder of their hashes: found without the map's steps
+    /// through memory.
+    std::vector<std::array<Lately, 2>> lately_;
+    std::vector<std::size_t> expectedHashes_; // of expect(), as are these
+    std::vector<const Named*> expected_;
     suggest::TextMap<std::unique_ptr<const Municipality>> byIneCode_; // those that the others point at
 };
 

@@ -31,6 +31,8 @@ public:
     /// `streets`: POSTAL, open in the order of NOMBREVIA; it has to stay open, and is not moved.
     explicit StreetRows(const dbase::Dataset& streets);
 
+    /// Announces addOwn(): within a read scope those that are announced are read together.
+    void expect(std::string_view province, std::string_view name) { named_.expect({province, name}); }
     /// Adds the municipality's own rows of a street in a province, in the order of the table.
     void addOwn(const Municipality& municipality, std::string_view province, std::string_view name,
                 std::vector<StreetStretch>& found);

@@ -63,6 +63,10 @@ void StreetSearch::addExact(const AddressQuestion& question, const PlaceOption& 
     }
 }
 
+void StreetSearch::expectExact(const AddressQuestion& question, const PlaceOption& place) {
+    directory_.expectStretches(*place.municipality, question.street);
+}
+
 void StreetSearch::addNear(const AddressQuestion& question, const PlaceOption& place,
                            std::vector<AddressOption>& options) {
     const std::string_view written =

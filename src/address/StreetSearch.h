@@ -21,6 +21,8 @@ public:
     /// The street with exactly the name.
     void addExact(const AddressQuestion& question, const PlaceOption& place,
                   std::vector<AddressOption>& options);
+    /// Announces addExact(): those that are announced are read together.
+    void expectExact(const AddressQuestion& question, const PlaceOption& place);
     /// Streets with a name like it.
     void addNear(const AddressQuestion& question, const PlaceOption& place,
                  std::vector<AddressOption>& options);

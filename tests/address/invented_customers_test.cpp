@@ -2,12 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "address/AddressFile.h"
 #include "dbase/dbf/codepage.h"
 #include "sample/Sample.h"
+#include "support/Seed.h"
 #include "support/TableTest.h"
 #include "tools/customers/InventedCustomers.h"
 
@@ -31,7 +33,10 @@ protected:
         // As a spreadsheet of Windows saves it.
         const std::string bytes = dbase::CodePage::windows1252().fromUtf8(file).value();
         validateAddressFile({loading::textSource(bytes), "clientes.csv", bytes.size()}, {},
-                            {.row = [&](const ValidatedRow& row) { judged.push_back(row.judged); }});
+                            {.row = [&](const ValidatedRow& row) {
+                                given.push_back(row.given);
+                                judged.push_back(row.judged);
+                            }});
     }
 
     static bool isRight(const JudgedAddress& one, const Customer& truth) {
@@ -63,6 +68,7 @@ protected:
     }
 
     std::vector<Customer> truths;
+    std::vector<GivenAddress> given;
     std::vector<JudgedAddress> judged;
 };
 
@@ -89,6 +95,28 @@ TEST_F(InventedCustomers, EachFaultGetsTheVerdictThatNamesIt) {
         }
     }
     EXPECT_LE(others.size(), judged.size() / 100) << others.front();
+}
+
+TEST_F(InventedCustomers, SeveralTogetherAreJudgedAsEachAlone) {
+    std::mt19937 random(ambrel::test::seedOfThisRun());
+    AddressValidator alone, together;
+    std::vector<JudgedAddress> several(given.size());
+    std::vector<AddressToJudge> next;
+    for (std::size_t i = 0; i < given.size(); ++i) {
+        next.push_back({&given[i], &several[i]});
+        if (random() % 20 == 0 || i + 1 == given.size()) {
+            std::ranges::shuffle(next, random);
+            together.validate(next);
+            next.clear();
+        }
+    }
+    for (std::size_t i = 0; i < given.size(); ++i) {
+        const std::string expected = wholeText(alone.validate(given[i]));
+        ASSERT_EQ(wholeText(several[i]), expected) << customers::rowOf(truths[i]);
+        if (judged[i].verdict != Verdict::BrokenRow) { // of which the file has no address
+            ASSERT_EQ(wholeText(judged[i]), expected) << customers::rowOf(truths[i]);
+        }
+    }
 }
 
 TEST_F(InventedCustomers, AVerdictDoesNotDependOnWhatWasAskedBefore) {
