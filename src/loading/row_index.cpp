@@ -4,17 +4,21 @@
 #include <algorithm>
 #include <string_view>
 
+#include "dbase/system/mapped_view.h"
+
 namespace loading {
 
 namespace {
 
 constexpr dbase::RecordNumber slice = 4096;
+constexpr unsigned slicesBetweenReleases = 16; // of pages, lest the whole table stays in memory
 
 } // namespace
 
 RowIndex::RowIndex(dbase::Table& table, std::vector<std::size_t> columns)
     : schema_(table.schema()), columns_(std::move(columns)) {
     using Found = std::vector<std::pair<std::uint64_t, dbase::RecordNumber>>;
+    unsigned slices = 0;
     for (dbase::RecordNumber first = 1; first != 0;) {
         const auto [found, next] = table.read([&] {
             const dbase::TableFile& records = table.records();
@@ -30,6 +34,9 @@ RowIndex::RowIndex(dbase::Table& table, std::vector<std::size_t> columns)
         });
         rows_.insert(found.begin(), found.end());
         first = next;
+        if (++slices % slicesBetweenReleases == 0 || next == 0) {
+            dbase::releaseViewedPages();
+        }
     }
 }
 

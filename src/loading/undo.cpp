@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "dbase/system/databases.h"
+#include "dbase/system/mapped_view.h"
 #include "dbase/system/paths.h"
 #include "loading/failure.h"
 #include "loading/undo_reader.h"
@@ -23,6 +24,8 @@ std::string placeNow(const std::string& path, const std::string& folder) {
     }
     return *found;
 }
+
+constexpr std::size_t interval = 1024; // entries between which pages are released
 
 } // namespace
 
@@ -46,6 +49,9 @@ UndoTotals undo(const UndoReader& file, const std::string& folder, const UndoneT
         const UndoneTable* const companion = companions.at(entry.table);
         if (companion == nullptr || !table.staysWith(*companion, entry)) {
             table.undo(entry);
+        }
+        if (left % interval == 0) {
+            dbase::releaseViewedPages(); // rows all over a table bring all of its files into memory
         }
         if (progress && !progress(file.size() - left + 1, file.size())) {
             break;
