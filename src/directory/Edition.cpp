@@ -2,10 +2,13 @@
 #include "directory/Edition.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "data/TableDefinitions.h"
 #include "dbase/dbf/codepage.h"
+#include "directory/BlockRelay.h"
+#include "directory/RecordReading.h"
 #include "directory/StreetNames.h"
 #include "loading/csv.h"
 #include "loading/failure.h"
@@ -44,6 +47,22 @@ std::size_t columnNamed(std::span<const loading::CsvField> fields,
     return fields.size();
 }
 
+// A line of each kind, whose columns may be those of its layout.
+
+Refusal read(const FixedLine& line, const Layout& layout, StreetLine& street) {
+    return directory::read(line, layout.repeatsName, street);
+}
+
+Refusal read(const FixedLine& line, const Layout& layout, PseudoLine& pseudo) {
+    return directory::read(line, layout.repeatsName, pseudo);
+}
+
+Refusal read(const FixedLine& line, const Layout&, UnitLine& unit) { return directory::read(line, unit); }
+
+Refusal read(const FixedLine& line, const Layout&, StretchLine& stretch) {
+    return directory::read(line, stretch);
+}
+
 std::uint32_t numberIn(std::string_view text, std::size_t digits) {
     const FixedLine line(text);
     const auto number = text.size() == digits ? line.number(1, digits) : std::nullopt;
@@ -80,22 +99,18 @@ bool Edition::isWanted(PlaceCode place) const {
            std::ranges::find(files_.provinces, place / 1000) != files_.provinces.end();
 }
 
-void Edition::readFile(const std::string& path, FileKind kind,
-                       const std::function<Refusal(const FixedLine&, const Layout&, std::uint64_t)>& use) {
-    const OfficialFile file = fileOfKind(path, kind);
-    const Layout layout = layoutOf(file, kind);
+OfficialFile Edition::beginFile(const std::string& path, FileKind kind) {
+    OfficialFile file = fileOfKind(path, kind);
     if (kind == FileKind::Stretches) {
+        constexpr std::uint64_t usualLine = 275, usualCount = 2'500'000; // of the whole country
         date_ = file.edition;
+        stretches_.reserve(static_cast<std::size_t>(std::min(file.size / usualLine, usualCount)));
     }
     dates_.emplace_back(file.name, file.edition);
-    const ReadCounts counts = readLines(
-        file, [&](const FixedLine& line, std::uint64_t number) { return use(line, layout, number); },
-        [&](std::uint64_t lines, std::uint64_t bytes) {
-            if (progress_ && file.size > 0) {
-                progress_(
-                    {file.baseName, lines, static_cast<double>(bytes) / static_cast<double>(file.size)});
-            }
-        });
+    return file;
+}
+
+void Edition::endFile(const OfficialFile& file, const ReadCounts& counts) {
     if (counts.badCount > 0) {
         notes_.badLines.push_back(badLinesText(file, counts));
     }
@@ -105,40 +120,43 @@ void Edition::readFile(const std::string& path, FileKind kind,
     }
 }
 
+template<class Record, typename Use>
+void Edition::readFile(const std::string& path, FileKind kind, const Use& use) {
+    const OfficialFile file = beginFile(path, kind);
+    const Layout layout = layoutOf(file, kind);
+    const ReadCounts counts = readRecords<Record>(
+        file, [&](const FixedLine& line, Record& record) { return read(line, layout, record); },
+        [&](const Record& record, std::uint64_t number) {
+            return isWanted(record.place) ? use(record, number) : Refusal(nullptr);
+        },
+        [&](std::uint64_t lines, std::uint64_t bytes) {
+            if (progress_ && file.size > 0) {
+                progress_(
+                    {file.baseName, lines, static_cast<double>(bytes) / static_cast<double>(file.size)});
+            }
+        });
+    endFile(file, counts);
+}
+
 void Edition::readStreets(const std::string& path) {
-    readFile(path, FileKind::Streets, [&](const FixedLine& line, const Layout& layout, std::uint64_t) {
-        StreetLine street;
-        const Refusal refusal = read(line, layout.repeatsName, street);
-        if (refusal == nullptr && isWanted(street.place)) {
-            streets_.add(streetId(street.place, false, street.street), street.type,
-                         plainCapitals(street.name));
-        }
-        return refusal;
+    readFile<StreetLine>(path, FileKind::Streets, [&](const StreetLine& street, std::uint64_t) {
+        streets_.add(streetId(street.place, false, street.street), street.type, plainCapitals(street.name));
+        return Refusal(nullptr);
     });
 }
 
 void Edition::readPseudoStreets(const std::string& path) {
-    readFile(path, FileKind::PseudoStreets, [&](const FixedLine& line, const Layout& layout, std::uint64_t) {
-        PseudoLine pseudo;
-        const Refusal refusal = read(line, layout.repeatsName, pseudo);
-        if (refusal == nullptr && isWanted(pseudo.place)) {
-            streets_.add(streetId(pseudo.place, true, pseudo.pseudo), {}, plainCapitals(pseudo.name));
-        }
-        return refusal;
+    readFile<PseudoLine>(path, FileKind::PseudoStreets, [&](const PseudoLine& pseudo, std::uint64_t) {
+        streets_.add(streetId(pseudo.place, true, pseudo.pseudo), {}, plainCapitals(pseudo.name));
+        return Refusal(nullptr);
     });
 }
 
 void Edition::readUnits(const std::string& path) {
-    readFile(path, FileKind::Units, [&](const FixedLine& line, const Layout&, std::uint64_t) -> Refusal {
-        UnitLine unit;
-        const Refusal refusal = read(line, unit);
-        if (refusal == nullptr && isWanted(unit.place)) {
-            places_.addMunicipality(unit.place, unit.municipality);
-            if (!places_.addUnit(unit.place, unit.unit, unit.entity, unit.nucleus)) {
-                return "la unidad tiene más de diez nombres";
-            }
-        }
-        return refusal;
+    readFile<UnitLine>(path, FileKind::Units, [&](const UnitLine& unit, std::uint64_t) -> Refusal {
+        places_.addMunicipality(unit.place, unit.municipality);
+        const bool isTaken = places_.addUnit(unit.place, unit.unit, unit.entity, unit.nucleus);
+        return isTaken ? nullptr : "la unidad tiene más de diez nombres";
     });
 }
 
@@ -174,20 +192,19 @@ void Edition::readMunicipalities(const std::string& path) {
 }
 
 void Edition::readStretches(const std::string& path) {
-    readFile(path, FileKind::Stretches, [&](const FixedLine& line, const Layout&, std::uint64_t number) {
-        StretchLine stretch;
-        const Refusal refusal = read(line, stretch);
-        if (refusal == nullptr && isWanted(stretch.place)) {
-            take(stretch, number);
-        }
-        return refusal;
+    readFile<StretchLine>(path, FileKind::Stretches, [&](const StretchLine& stretch, std::uint64_t number) {
+        take(stretch, number);
+        return Refusal(nullptr);
     });
     if (stretches_.empty() && notes_.ofPseudoStreets == 0) {
         throw Failure(path + ": no hay ningún tramo de las provincias pedidas. No se ha cargado nada.");
     }
     requireListed();
     unlisted_.finish();
-    std::ranges::sort(stretches_, {}, &Stored::id);
+    const auto place = [](const Stored& one) { return placeOf(one.id); };
+    if (!std::ranges::is_sorted(stretches_, {}, place)) { // within one they will be
+        std::ranges::sort(stretches_, {}, place);
+    }
 }
 
 /// A file of streets that is cut, or that of another province, would leave the rest without type and with
@@ -223,7 +240,10 @@ void Edition::take(const StretchLine& line, std::uint64_t number) {
     }
     const bool isOfPseudo = line.pseudo != 0;
     const StreetId id = streetId(line.place, isOfPseudo, isOfPseudo ? line.pseudo : line.street);
-    if (streets_.find(id) == nullptr) {
+    if (stretches_.empty() || stretches_.back().id != id) {
+        isListed_ = streets_.find(id) != nullptr;
+    }
+    if (!isListed_) {
         ++unlistedCount_;
         unlisted_.add(id, {}, plainCapitals(isOfPseudo ? line.pseudoName : line.streetName));
     }
@@ -231,9 +251,29 @@ void Edition::take(const StretchLine& line, std::uint64_t number) {
         {id, {line.postalCode, line.numbering, line.first, line.last, static_cast<std::uint32_t>(number)}});
 }
 
-void Edition::visitMunicipality(std::span<Stored> stretches, RangeOpening opening, StreetTypeCodes& types,
-                                const StreetUse& use) {
-    const std::string& municipality = places_.municipality(placeOf(stretches.front().id));
+/// The streets of a municipality, and what their views are part of.
+struct Edition::PlaceStreets {
+    std::size_t first = 0; // of its stretches, among all of them
+    std::vector<std::string> names;
+    std::vector<JoinedStretch> rows;
+    std::vector<OfficialStreet> streets;
+    std::vector<std::size_t> ends; // of their rows
+
+    void clear() {
+        streets.clear();
+        rows.clear();
+        ends.clear();
+    }
+    /// Once no row moves any more.
+    void settleRows() {
+        for (std::size_t i = 0, begin = 0; i < streets.size(); begin = ends[i++]) {
+            streets[i].rows = std::span(rows).subspan(begin, ends[i] - begin);
+        }
+    }
+};
+
+void Edition::joinMunicipality(std::span<Stored> stretches, RangeOpening opening, StreetTypeCodes& types,
+                               PlaceStreets& result) {
     NamesInWidth names(streetNameWidth);
     std::vector<std::span<Stored>> streets;
     std::vector<const StreetIndex::Entry*> entries;
@@ -249,56 +289,80 @@ void Edition::visitMunicipality(std::span<Stored> stretches, RangeOpening openin
         entries.push_back(listed);
         names.add(directory::keyOf(id), std::string((listed != nullptr ? streets_ : unlisted_).name(*entry)));
     }
-    const std::vector<std::string> settled = names.settle();
+    result.names = names.settle();
     std::vector<ObservedStretch> observed;
     std::vector<JoinedStretch> rows;
     for (std::size_t i = 0; i < streets.size(); ++i) {
-        OfficialStreet street{.id = streets[i].front().id};
-        if (!settled[i].empty()) {
+        const std::string& name = result.names[i];
+        OfficialStreet& street = result.streets.emplace_back(OfficialStreet{.id = streets[i].front().id});
+        if (!name.empty()) {
             observed.clear();
             std::ranges::transform(streets[i], std::back_inserter(observed), &Stored::stretch);
             joinStretches(observed, opening, rows);
-            street.name = settled[i];
-            street.municipality = municipality;
+            std::ranges::copy(rows, std::back_inserter(result.rows));
+            street.name = name;
+            street.municipality = places_.municipality(placeOf(street.id));
             street.isListed = entries[i] != nullptr;
-            street.rows = rows;
             street.type = types.codeOf(entries[i] != nullptr ? streets_.type(*entries[i]) : std::string());
-            if (entries[i] != nullptr && settled[i] != streets_.name(*entries[i])) {
+            if (entries[i] != nullptr && name != streets_.name(*entries[i])) {
                 street.wholeName = streets_.name(*entries[i]);
             }
         }
-        use(street);
+        result.ends.push_back(result.rows.size());
     }
+    result.settleRows();
 }
 
-void Edition::visitUnnamed(std::span<const Stored> stretches, const StreetUse& use) {
+void Edition::passUnnamed(std::span<const Stored> stretches, PlaceStreets& result) {
     notes_.withoutMunicipality += stretches.size();
     StreetId last = 0;
     for (const Stored& one : stretches) {
         if (std::exchange(last, one.id) != one.id) {
-            use({.id = one.id});
+            result.streets.push_back({.id = one.id});
         }
     }
 }
 
+/// Joins the next municipality's; false after the last one.
+bool Edition::joinNext(std::size_t& begin, RangeOpening opening, StreetTypeCodes& types,
+                       PlaceStreets& result) {
+    result.clear();
+    result.first = begin;
+    std::size_t end = begin;
+    while (end < stretches_.size() && placeOf(stretches_[end].id) == placeOf(stretches_[begin].id)) {
+        ++end;
+    }
+    const std::span<Stored> stretches = std::span(stretches_).subspan(begin, end - begin);
+    if (stretches.empty()) {
+        return false;
+    }
+    std::ranges::sort(stretches, {}, &Stored::id);
+    if (places_.municipality(placeOf(stretches.front().id)).empty()) {
+        passUnnamed(stretches, result);
+    } else {
+        joinMunicipality(stretches, opening, types, result);
+    }
+    begin = end;
+    return true;
+}
+
 void Edition::forEachStreet(RangeOpening opening, StreetTypeCodes& types, const StreetUse& use) {
     notes_.withoutMunicipality = notes_.streetsWithoutName = 0;
-    const std::span<Stored> all = stretches_;
-    for (std::size_t begin = 0, end = 0; begin < all.size(); begin = end) {
+    BlockRelay<PlaceStreets> relay;
+    const std::jthread joining = relay.start([&] {
+        std::size_t next = 0;
+        while (joinNext(next, opening, types, relay.toFill())) {
+            relay.passOn();
+        }
+        relay.end();
+    });
+    relay.useAll([&](const PlaceStreets& place) {
         if (progress_) {
-            progress_({"tramos", begin, static_cast<double>(begin) / static_cast<double>(all.size())});
+            const std::size_t all = stretches_.size();
+            progress_({"tramos", place.first, static_cast<double>(place.first) / static_cast<double>(all)});
         }
-        const PlaceCode place = placeOf(all[begin].id);
-        while (end < all.size() && placeOf(all[end].id) == place) {
-            ++end;
-        }
-        const std::span<Stored> stretches = all.subspan(begin, end - begin);
-        if (places_.municipality(place).empty()) {
-            visitUnnamed(stretches, use);
-        } else {
-            visitMunicipality(stretches, opening, types, use);
-        }
-    }
+        std::ranges::for_each(place.streets, use);
+    });
 }
 
 } // namespace ambrel::directory

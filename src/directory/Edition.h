@@ -46,7 +46,8 @@ public:
     [[nodiscard]] bool speaksOf(PlaceCode place) const;
     /// Whether a file has the names of population units in full.
     [[nodiscard]] bool hasUnits() const { return !files_.units.empty(); }
-    /// Visits the streets that have stretches, in the order of their numbers.
+    /// Visits the streets that have stretches, in the order of their numbers. Another thread joins their
+    /// stretches meanwhile: `use` must leave places, notes and types alone.
     void forEachStreet(RangeOpening opening, StreetTypeCodes& types, const StreetUse& use);
 
 private:
@@ -55,8 +56,11 @@ private:
         ObservedStretch stretch;
     };
     [[nodiscard]] bool isWanted(PlaceCode place) const;
-    void readFile(const std::string& path, FileKind kind,
-                  const std::function<Refusal(const FixedLine&, const Layout&, std::uint64_t)>& use);
+    /// `use`: receives the records of wanted municipalities with their line numbers.
+    template<class Record, typename Use>
+    void readFile(const std::string& path, FileKind kind, const Use& use);
+    [[nodiscard]] OfficialFile beginFile(const std::string& path, FileKind kind);
+    void endFile(const OfficialFile& file, const ReadCounts& counts);
     void readStreets(const std::string& path);
     void readPseudoStreets(const std::string& path);
     void readUnits(const std::string& path);
@@ -65,9 +69,12 @@ private:
     void take(const StretchLine& line, std::uint64_t number);
     void requireListed() const;
     void noteOtherDates();
-    void visitMunicipality(std::span<Stored> stretches, RangeOpening opening, StreetTypeCodes& types,
-                           const StreetUse& use);
-    void visitUnnamed(std::span<const Stored> stretches, const StreetUse& use);
+    struct PlaceStreets;
+    void joinMunicipality(std::span<Stored> stretches, RangeOpening opening, StreetTypeCodes& types,
+                          PlaceStreets& result);
+    void passUnnamed(std::span<const Stored> stretches, PlaceStreets& result);
+    [[nodiscard]] bool joinNext(std::size_t& begin, RangeOpening opening, StreetTypeCodes& types,
+                                PlaceStreets& result);
 
     const EditionFiles files_;
     LoadingProgress progress_;
@@ -78,6 +85,7 @@ private:
     PlaceNames places_;
     std::vector<Stored> stretches_;
     std::uint64_t unlistedCount_ = 0;        // of them
+    bool isListed_ = false;                  // the street of the last of them
     std::array<bool, 100> hasProvince_ = {}; // in the file of stretches
 };
 

@@ -31,6 +31,13 @@ void ReadCounts::addBad(std::uint64_t number, std::string reason) {
     }
 }
 
+void ReadCounts::addLine(std::uint64_t bytes, const ReadingProgress& progress) {
+    constexpr std::uint64_t linesBetweenReports = 16384;
+    if (++lines % linesBetweenReports == 0 && progress) {
+        progress(lines, bytes);
+    }
+}
+
 std::optional<Layout> findLayout(const OfficialFile& file) {
     return recognise(file.baseName, firstLines(file));
 }
@@ -52,20 +59,23 @@ Layout layoutOf(const OfficialFile& file, FileKind wanted) {
     return *layout;
 }
 
-ReadCounts readLines(const OfficialFile& file, const LineUse& use, const ReadingProgress& progress) {
-    constexpr std::uint64_t linesBetweenReports = 16384;
-    ReadCounts counts;
+void forEachLine(const OfficialFile& file, const std::function<void(const LineReader&)>& use) {
     LineReader reader(file.open(), bufferFor(file));
     while (reader.next()) {
-        const Refusal refusal = reader.isTooLong() ? "la línea es demasiado larga"
-                                                   : use(FixedLine(reader.line()), reader.number());
+        use(reader);
+    }
+}
+
+ReadCounts readLines(const OfficialFile& file, const LineUse& use, const ReadingProgress& progress) {
+    ReadCounts counts;
+    forEachLine(file, [&](const LineReader& reader) {
+        const Refusal refusal =
+            reader.isTooLong() ? lineIsTooLong : use(FixedLine(reader.line()), reader.number());
         if (refusal != nullptr) {
             counts.addBad(reader.number(), refusal);
         }
-        if (++counts.lines % linesBetweenReports == 0 && progress) {
-            progress(counts.lines, reader.bytes());
-        }
-    }
+        counts.addLine(reader.bytes(), progress);
+    });
     return counts;
 }
 

@@ -24,12 +24,19 @@ void StreetIndex::finish() {
 }
 
 const StreetIndex::Entry* StreetIndex::find(StreetId id) {
+    constexpr int few = 4;
     const auto placeOfEntry = [](const Entry& entry) { return placeOf(entry.id); };
     if (near_.empty() || placeOfEntry(near_.front()) != placeOf(id)) {
         near_ = std::ranges::equal_range(std::span<const Entry>(entries_), placeOf(id), {}, placeOfEntry);
+        next_ = near_.begin();
     }
-    const auto found = std::ranges::lower_bound(near_, id, {}, &Entry::id);
-    return found != near_.end() && found->id == id ? &*found : nullptr;
+    for (int tried = 0; tried < few && next_ != near_.end() && next_->id < id; ++tried) {
+        ++next_;
+    }
+    if (next_ == near_.end() || next_->id != id) {
+        next_ = std::ranges::lower_bound(near_, id, {}, &Entry::id);
+    }
+    return next_ != near_.end() && next_->id == id ? &*next_ : nullptr;
 }
 
 } // namespace ambrel::directory

@@ -25,7 +25,8 @@ public:
     /// Puts the entries in order, after which they are found. Of several with one id the first counts.
     void finish();
 
-    /// Null for a street that was not added. Fastest for one street after another of a municipality.
+    /// Null for a street that was not added. Fastest for one street after another of a municipality,
+    /// and in their order.
     [[nodiscard]] const Entry* find(StreetId id);
     [[nodiscard]] std::string_view name(const Entry& entry) const {
         return std::string_view(names_).substr(entry.offset, entry.length);
@@ -35,7 +36,8 @@ public:
 
 private:
     std::vector<Entry> entries_;
-    std::span<const Entry> near_; // those of the municipality asked for last
+    std::span<const Entry> near_;           // those of the municipality asked for last
+    std::span<const Entry>::iterator next_; // among them, the one found last or the one after it
     std::string names_;
     std::vector<std::string> types_;
     std::unordered_map<std::string, std::uint32_t> typeNumbers_;

@@ -1,8 +1,11 @@
 // Whole official files, with lines that are not understood.
 #include "directory/FileReading.h"
 
+#include <stdexcept>
+
 #include <gtest/gtest.h>
 
+#include "directory/RecordReading.h"
 #include "support/TemporaryFolder.h"
 #include "tools/edition/OfficialLines.h"
 
@@ -70,6 +73,52 @@ TEST_F(FileReadingTest, ALineThatIsTooLongIsABadLine) {
     const ReadCounts counts = readLines(file(std::string(100000, '1') + "\n" + good), readStretch);
     ASSERT_EQ(counts.bad.size(), 1U);
     EXPECT_EQ(counts.bad[0].reason, "la línea es demasiado larga");
+}
+
+TEST_F(FileReadingTest, AThreadOfItsOwnUnderstandsTheSameLines) {
+    constexpr std::size_t groups = 400, goodOnes = 100; // more than all blocks hold
+    const std::string named = edition::lineOf({.place = 28079,
+                                               .street = 5,
+                                               .postalCode = 28013,
+                                               .first = 1,
+                                               .last = 9,
+                                               .streetName = "MAYOR"}) +
+                              "\r\n";
+    const std::string group = repeated(named, goodOnes) + bad + "\r\n" + std::string(17000, '1') + "\n";
+    const OfficialFile tram = file(repeated(group, groups));
+    const ReadCounts wanted = readLines(tram, readStretch);
+    std::uint64_t understood = 0, last = 0;
+    const ReadCounts counts = readRecords<StretchLine>(
+        tram, [](const FixedLine& line, StretchLine& stretch) { return read(line, stretch); },
+        [&](const StretchLine& stretch, std::uint64_t number) -> Refusal {
+            EXPECT_EQ(stretch.postalCode, 28013U);
+            EXPECT_EQ(stretch.streetName, "MAYOR");
+            EXPECT_GT(number, last);
+            last = number;
+            return ++understood % goodOnes == 0 ? "otra razón" : nullptr;
+        });
+    EXPECT_EQ(understood, goodOnes * groups);
+    EXPECT_EQ(counts.lines, wanted.lines);
+    EXPECT_EQ(counts.badCount, wanted.badCount + groups);
+    EXPECT_EQ(counts.bad[0].number, goodOnes);
+    EXPECT_EQ(counts.bad[0].reason, "otra razón");
+    EXPECT_EQ(counts.bad[1].reason, wanted.bad[0].reason);
+    EXPECT_EQ(counts.bad[2].reason, wanted.bad[1].reason);
+}
+
+TEST_F(FileReadingTest, WhatEndsItHalfwayEndsItsThreadToo) {
+    const OfficialFile tram = file(repeated(good, 100'000));
+    std::uint64_t seen = 0;
+    EXPECT_THROW(static_cast<void>(readRecords<StretchLine>(
+                     tram, [](const FixedLine& line, StretchLine& stretch) { return read(line, stretch); },
+                     [&](const StretchLine&, std::uint64_t) -> Refusal {
+                         if (++seen == 10) {
+                             throw std::runtime_error("enough");
+                         }
+                         return nullptr;
+                     })),
+                 std::runtime_error);
+    EXPECT_EQ(seen, 10U);
 }
 
 TEST_F(FileReadingTest, AFileOfAnotherKindIsNamed) {
