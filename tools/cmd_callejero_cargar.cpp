@@ -191,7 +191,7 @@ private:
         warnOfMissingTypes();
         loading_ = std::make_unique<DirectoryLoading>(folderDatabase, folder_);
         if (!options_.isTrial) {
-            loading_->requireExclusive();
+            loading_->begin();
         }
         loading_->take(edition ? std::move(edition) : read());
     }

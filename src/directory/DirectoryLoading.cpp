@@ -1,8 +1,9 @@
 // Compares an edition with the tables, and stores the difference.
 #include "directory/DirectoryLoading.h"
 
-#include <optional>
-#include <unordered_map>
+#include <atomic>
+#include <future>
+#include <stdexcept>
 #include <utility>
 
 #include "dbase/dataset/dataset.h"
@@ -10,44 +11,33 @@
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/table/table_exchange.h"
+#include "directory/ChangesApart.h"
 #include "directory/DirectoryRecords.h"
 #include "directory/DirectoryStoring.h"
 #include "directory/EditionLosses.h"
 #include "directory/LeadingZeros.h"
 #include "directory/PlaceDifference.h"
+#include "directory/StoredState.h"
 #include "directory/StreetDifference.h"
 #include "loading/failure.h"
 
 namespace ambrel::directory {
-namespace {
-
 using loading::Failure;
 
-/// Municipalities by name; of several, those in the province of a postal code.
-class PlacesByName {
+namespace {
+
+/// Ends what reports its progress here.
+class StopSign {
 public:
-    explicit PlacesByName(const std::vector<StoredPlace>& places) {
-        for (const StoredPlace& place : places) {
-            std::vector<PlaceCode>& its = places_[place.name];
-            if (!place.isEntity && (its.empty() || its.back() != place.place)) {
-                its.push_back(place.place);
-            }
+    void set() { isSet_ = true; }
+    void operator()(const LoadingStep&) const {
+        if (isSet_) {
+            throw std::runtime_error("stopped"); // nobody waits for it any more
         }
-    }
-    [[nodiscard]] std::vector<PlaceCode> find(std::string_view name, std::string_view postalCode) const {
-        const auto found = places_.find(std::string(name));
-        if (found == places_.end()) {
-            return {};
-        }
-        std::vector<PlaceCode> near;
-        std::ranges::copy_if(found->second, std::back_inserter(near), [&](PlaceCode place) {
-            return digits(place, 5).substr(0, 2) == postalCode.substr(0, 2);
-        });
-        return near.empty() ? found->second : near;
     }
 
 private:
-    std::unordered_map<std::string, std::vector<PlaceCode>> places_;
+    std::atomic<bool> isSet_ = false;
 };
 
 /// Errors: dbase::Error, such as NotFound.
@@ -58,6 +48,30 @@ std::unique_ptr<StoredRows> rowsOf(const std::string& folder, const std::string&
 }
 
 } // namespace
+
+/// The tables while everybody else is kept out. Those that will change are copied, and all are read, by
+/// threads of their own: the edition is read meanwhile.
+struct DirectoryLoading::Held {
+    explicit Held(const std::string& folder)
+        : storing(folder), changes(storing, [this] { prepare(); }),
+          state(std::async([this] { return readStoredState(storing.present(), std::ref(isStopping)); })) {}
+    ~Held() { isStopping.set(); }
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+
+    /// An edition that follows another is all but certain to change both tables.
+    void prepare() {
+        const StoredRows* const provenance = storing.present().provenance;
+        if (provenance != nullptr && provenance->recordCount() > 0) {
+            storing.prepare();
+        }
+    }
+
+    DirectoryStoring storing;
+    ChangesApart changes;
+    StopSign isStopping;
+    std::future<StoredState> state; // waits at its end, where the thread has to be stopped
+};
 
 DirectoryLoading::DirectoryLoading(const std::string& database, const std::string& folder) : folder_(folder) {
     dbase::Dataset types(database, "TIPO_VIA");
@@ -87,26 +101,27 @@ void DirectoryLoading::take(std::unique_ptr<Edition> edition) {
     }
 }
 
-void DirectoryLoading::requireExclusive() const { DirectoryStoring::requirePossible(folder_); }
+DirectoryLoading::~DirectoryLoading() = default;
 
-LoadSummary DirectoryLoading::run(RangeOpening opening, const StoredTables& tables, TableChanges& changes,
-                                  const LoadObserver& observer) {
+void DirectoryLoading::begin() {
+    dbase::completeExchange(folder_); // before names are looked for
+    const auto provenance = dbase::findTableFile(folder_, "PROCEDEN");
+    if (provenance && lacksColumns(*provenance)) { // it gets them once it is known that the files can be read
+        DirectoryStoring::requirePossible(folder_);
+    } else {
+        held_ = std::make_unique<Held>(folder_);
+    }
+}
+
+LoadSummary DirectoryLoading::run(RangeOpening opening, const StoredTables& tables, StoredState state,
+                                  TableChanges& changes, const LoadObserver& observer) {
     LoadSummary summary;
     LoadTally tally(summary, observer);
-    EarlierEdition earlier;
-    if (tables.provenance != nullptr) {
-        earlier = readProvenance(*tables.provenance, observer.progress);
-    }
+    const EarlierEdition& earlier = state.earlier;
     summary.previousEdition = earlier.date;
     summary.isOlder = !edition_->date().empty() && edition_->date() < earlier.date;
-    const std::vector<StoredPlace> places = readStoredPlaces(*tables.places, earlier);
-    PlaceDifference(*edition_, earlier, places, tables, changes, tally).compare();
-    const PlacesByName byName(places);
-    StoredStreets stored = readStoredStreets(
-        *tables.streets, earlier,
-        [&](std::string_view name, std::string_view code) { return byName.find(name, code); },
-        observer.progress);
-    StreetDifference difference(*edition_, earlier, stored, tables, changes, tally);
+    PlaceDifference(*edition_, earlier, state.places, tables, changes, tally).compare();
+    StreetDifference difference(*edition_, earlier, state.streets, tables, changes, tally);
     StreetTypeCodes types(types_);
     edition_->forEachStreet(opening, types, [&](const OfficialStreet& street) {
         summary.streetRows += street.rows.size();
@@ -127,22 +142,29 @@ LoadSummary DirectoryLoading::simulate(RangeOpening opening, const LoadObserver&
     const auto streets = rowsOf(folder_, "POSTAL"), places = rowsOf(folder_, "MUNICIPI"),
                provenance = dbase::findTableFile(folder_, "PROCEDEN") ? rowsOf(folder_, "PROCEDEN") : nullptr;
     NoTableChanges changes;
-    return run(opening, {streets.get(), places.get(), provenance.get()}, changes, observer);
+    const StoredTables tables{streets.get(), places.get(), provenance.get()};
+    return run(opening, tables, readStoredState(tables, observer.progress), changes, observer);
 }
 
 LoadSummary DirectoryLoading::store(RangeOpening opening, const std::string& undoFile,
                                     const LoadObserver& observer) {
-    if (const auto provenance = dbase::findTableFile(folder_, "PROCEDEN")) {
-        renewProvenanceTable(*provenance);
+    if (!held_) {
+        dbase::completeExchange(folder_);
+        if (const auto provenance = dbase::findTableFile(folder_, "PROCEDEN")) {
+            renewProvenanceTable(*provenance);
+        }
+        held_ = std::make_unique<Held>(folder_);
     }
-    DirectoryStoring storing(folder_, undoFile, "callejero cargar, " + edition_->date());
-    LoadSummary summary = run(opening, storing.present(), storing, observer);
+    const std::unique_ptr<Held> held = std::move(held_);
+    held->storing.keepUndo(undoFile, "callejero cargar, " + edition_->date());
+    LoadSummary summary = run(opening, held->storing.present(), held->state.get(), held->changes, observer);
     if (!summary.unlikelyLosses.empty() && !edition_->isTakenAsWhole()) {
         throw Failure(summary.unlikelyLosses +
                       "Parece que un fichero está cortado o es de otra edición. No se ha cargado nada; si es "
                       "lo que quiere, dé --aunque-falten.");
     }
-    storing.commit(observer.progress);
+    held->changes.finish();
+    held->storing.commit(observer.progress);
     return summary;
 }
 

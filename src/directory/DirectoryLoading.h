@@ -12,6 +12,7 @@ namespace ambrel::directory {
 
 struct StoredTables;
 class TableChanges;
+struct StoredState;
 
 /// Loads an edition, and the next one over it. Rows that an edition brought, as PROCEDEN says, and that
 /// nobody has touched since, follow the office: they change, go and come. All other rows of POSTAL and
@@ -20,10 +21,14 @@ class DirectoryLoading {
 public:
     /// `database`: of the tables, which exist; PROCEDEN may be missing. Errors: dbase::Error.
     DirectoryLoading(const std::string& database, const std::string& folder);
+    ~DirectoryLoading();
+    DirectoryLoading(const DirectoryLoading&) = delete;
+    DirectoryLoading& operator=(const DirectoryLoading&) = delete;
 
-    /// Whether it could be stored now. Errors: dbase::Error(LockTimeout) if a program has one of the tables
-    /// open.
-    void requireExclusive() const;
+    /// Before the files of what is to be stored are read: keeps everybody else out of the tables until it is
+    /// stored or this object ends, and copies meanwhile those that will change. Errors:
+    /// dbase::Error(LockTimeout) if a program has one of the tables open.
+    void begin();
     /// Sets what is to be stored. Errors: loading::Failure if MUNICIPI is empty and nothing names
     /// municipalities.
     void take(std::unique_ptr<Edition> edition);
@@ -37,13 +42,16 @@ public:
     LoadSummary store(RangeOpening opening, const std::string& undoFile, const LoadObserver& observer = {});
 
 private:
-    [[nodiscard]] LoadSummary run(RangeOpening opening, const StoredTables& tables, TableChanges& changes,
-                                  const LoadObserver& observer);
+    struct Held;
+
+    [[nodiscard]] LoadSummary run(RangeOpening opening, const StoredTables& tables, StoredState state,
+                                  TableChanges& changes, const LoadObserver& observer);
 
     std::string folder_;
     std::vector<StreetTypeRow> types_;
     std::map<PlaceCode, std::string> known_; // of MUNICIPI, if it has rows
     std::unique_ptr<Edition> edition_;
+    std::unique_ptr<Held> held_; // from begin() on
 };
 
 } // namespace ambrel::directory

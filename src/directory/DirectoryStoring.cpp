@@ -29,9 +29,7 @@ void DirectoryStoring::requirePossible(const std::string& folder) {
     const dbase::TableExchange held(tableFiles(folder));
 }
 
-DirectoryStoring::DirectoryStoring(const std::string& folder, const std::string& undoFile,
-                                   const std::string& order)
-    : exchange_(tableFiles(folder)) {
+DirectoryStoring::DirectoryStoring(const std::string& folder) : exchange_(tableFiles(folder)) {
     for (std::size_t i = 0; i < parts_.size(); ++i) {
         Part& part = parts_.at(i);
         const std::string& file = exchange_.table(i).tableFile();
@@ -43,12 +41,12 @@ DirectoryStoring::DirectoryStoring(const std::string& folder, const std::string&
             part.writing = std::make_unique<TableWriting>(exchange_.table(i), 0, provenanceTable());
         }
     }
-    if (!undoFile.empty()) {
-        beginUndo(undoFile, order);
-    }
 }
 
-void DirectoryStoring::beginUndo(const std::string& undoFile, const std::string& order) {
+void DirectoryStoring::keepUndo(const std::string& undoFile, const std::string& order) {
+    if (undoFile.empty()) {
+        return;
+    }
     undo_.emplace(undoFile, exchange_.table(0).tableFile(), order);
     for (std::size_t i = 0; i < parts_.size(); ++i) {
         Part& part = parts_.at(i);
@@ -76,6 +74,12 @@ StoredTables DirectoryStoring::present() const {
     return {.streets = parts_[0].present.get(),
             .places = parts_[2].present.get(),
             .provenance = parts_[1].present.get()};
+}
+
+void DirectoryStoring::prepare() {
+    for (const DirectoryTable table : {DirectoryTable::Streets, DirectoryTable::Provenance}) {
+        part(table).writing->prepare();
+    }
 }
 
 void DirectoryStoring::add(DirectoryTable table, std::span<const char> row) {

@@ -18,10 +18,8 @@ namespace ambrel::directory {
 /// the tables stay as they are, and there is no undo file.
 class DirectoryStoring final : public TableChanges {
 public:
-    /// `order`: what is being done, for the undo file; `undoFile`: empty for none. Errors:
-    /// dbase::Error(LockTimeout) if a program has one of the tables open; dbase::Error(Exists) if the undo
-    /// file exists.
-    DirectoryStoring(const std::string& folder, const std::string& undoFile, const std::string& order);
+    /// Errors: dbase::Error(LockTimeout) if a program has one of the tables open.
+    explicit DirectoryStoring(const std::string& folder);
     ~DirectoryStoring() override;
 
     /// Whether it could begin now. Errors: dbase::Error(LockTimeout).
@@ -30,6 +28,11 @@ public:
     /// As they are before commit().
     [[nodiscard]] StoredTables present() const;
 
+    /// Copies the large tables that have rows, in advance of changes that are expected in them.
+    void prepare();
+    /// Before the first change. `order`: what is being done; `undoFile`: empty for none. Errors:
+    /// dbase::Error(Exists) if there is such a file.
+    void keepUndo(const std::string& undoFile, const std::string& order);
     void add(DirectoryTable table, std::span<const char> row) override;
     void change(DirectoryTable table, dbase::RecordNumber number, std::span<const char> before,
                 std::span<const char> after) override;
@@ -45,7 +48,6 @@ private:
         std::size_t undoTable = 0;
     };
     [[nodiscard]] Part& part(DirectoryTable table) { return parts_.at(static_cast<std::size_t>(table)); }
-    void beginUndo(const std::string& undoFile, const std::string& order);
 
     dbase::TableExchange exchange_;
     std::array<Part, 3> parts_; // in the order of DirectoryTable

@@ -30,7 +30,7 @@ LoadedEdition simulateEdition(const EditionLoad& load, const LoadObserver& obser
 // Tables that cannot be used are found before the files are read.
 LoadedEdition loadEdition(const EditionLoad& load, const LoadObserver& observer) {
     DirectoryLoading loading(load.database, dbase::databaseFolder(load.database));
-    loading.requireExclusive();
+    loading.begin();
     read(loading, load, observer);
     LoadSummary summary = loading.store(load.opening, load.undoFile, observer);
     return finished(loading, std::move(summary));

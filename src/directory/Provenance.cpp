@@ -87,12 +87,17 @@ EarlierEdition readProvenance(const StoredRows& table, const LoadingProgress& pr
     return earlier;
 }
 
+bool lacksColumns(const std::string& tableFile) {
+    const dbase::Schema schema = StoredRows(tableFile, StoredRows::Others::AreKeptOut).schema();
+    return !schema.find("HUELLA") || !schema.find("NOMBRE");
+}
+
 void renewProvenanceTable(const std::string& tableFile) {
-    dbase::TableExchange exchange({tableFile});
-    const StoredRows present(tableFile, StoredRows::Others::AreKeptOut);
-    if (present.schema().find("HUELLA") && present.schema().find("NOMBRE")) {
+    if (!lacksColumns(tableFile)) {
         return;
     }
+    dbase::TableExchange exchange({tableFile});
+    const StoredRows present(tableFile, StoredRows::Others::AreKeptOut);
     dbase::BulkLoader renewed(exchange.table(0), provenanceTable());
     std::vector<char> row(renewed.schema().recordLength, ' ');
     present.forEach([&](dbase::RecordNumber, std::span<const char> bytes) { // of other sources as well

@@ -52,7 +52,9 @@ struct EarlierEdition {
 [[nodiscard]] std::uint8_t packed(std::string_view openedText);
 [[nodiscard]] std::uint8_t packed(const std::array<RangeOpening, 4>& opened);
 
-/// Gives the PROCEDEN of an earlier version the columns that it lacks, blank. Errors: dbase::Error.
+/// Whether a PROCEDEN of an earlier version lacks columns. Errors: dbase::Error.
+[[nodiscard]] bool lacksColumns(const std::string& tableFile);
+/// Gives it those, blank. Errors: dbase::Error.
 void renewProvenanceTable(const std::string& tableFile);
 
 /// Reads PROCEDEN. Rows that make no sense are left out: what they speak of counts as the users'.

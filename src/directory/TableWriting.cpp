@@ -27,6 +27,12 @@ dbase::TableRevision& TableWriting::revision() {
     return *revision_;
 }
 
+void TableWriting::prepare() {
+    if (present_ > 0) {
+        static_cast<void>(revision());
+    }
+}
+
 /// Rows all over a table that change one by one bring nearly all of both files into memory.
 void TableWriting::noteChange() {
     constexpr dbase::RecordNumber interval = 512;
@@ -64,6 +70,9 @@ void TableWriting::finish(const LoadingProgress& progress) {
     };
     if (loader_) {
         loader_->finish(report);
+    }
+    if (revised_ == 0) {
+        revision_.reset();
     }
     if (revision_) {
         revision_->finish(report);

@@ -170,7 +170,7 @@ DirectoryTest::Outcome DirectoryTest::store(const EditionFiles& files, const std
                                             RangeOpening opening) {
     Outcome outcome;
     DirectoryLoading loading("DB", folder.path());
-    loading.requireExclusive();
+    loading.begin();
     loading.take(std::make_unique<Edition>(files));
     outcome.summary = loading.store(
         opening, undoFile,

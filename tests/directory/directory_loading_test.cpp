@@ -318,7 +318,7 @@ TEST_F(DirectoryLoadingTest, AProgramWithATableOpenIsRefusedWithNothingChanged) 
         dbase::Dataset open("DB", name);
         open.open();
         DirectoryLoading loading("DB", folder.path());
-        EXPECT_THROW(loading.requireExclusive(), dbase::Error) << name;
+        EXPECT_THROW(loading.begin(), dbase::Error) << name;
         loading.take(std::make_unique<Edition>(SmallEdition(firstEdition()).write(official, "251231")));
         EXPECT_THROW(loading.store(RangeOpening::Ends, folder / "x.deshacer"), dbase::Error) << name;
         EXPECT_FALSE(std::filesystem::exists(folder / "x.deshacer"));
