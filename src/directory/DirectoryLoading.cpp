@@ -15,16 +15,15 @@
 #include "directory/DirectoryRecords.h"
 #include "directory/DirectoryStoring.h"
 #include "directory/EditionLosses.h"
-#include "directory/LeadingZeros.h"
 #include "directory/PlaceDifference.h"
 #include "directory/StoredState.h"
 #include "directory/StreetDifference.h"
 #include "loading/failure.h"
 
 namespace ambrel::directory {
-using loading::Failure;
-
 namespace {
+
+using loading::Failure;
 
 /// Ends what reports its progress here.
 class StopSign {

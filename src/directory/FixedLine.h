@@ -18,7 +18,11 @@ public:
     }
     /// Without the blanks on either side.
     [[nodiscard]] std::string_view text(std::size_t first, std::size_t last) const {
+        constexpr std::string_view blanks = "        "; // as wide columns mostly end in many
         std::string_view value = raw(first, last);
+        while (value.ends_with(blanks)) {
+            value.remove_suffix(blanks.size());
+        }
         value.remove_prefix(std::min(value.find_first_not_of(' '), value.size()));
         return value.substr(0, value.find_last_not_of(' ') + 1);
     }

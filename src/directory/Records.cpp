@@ -2,6 +2,7 @@
 #include "directory/Records.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace ambrel::directory {
@@ -25,21 +26,25 @@ bool looksLikeUtf8(std::string_view text) {
     return false;
 }
 
-/// Whether all are printable signs of ASCII, as in nearly every line; eight at a time.
+/// Whether all are printable signs of ASCII, as in nearly every line; many at a time.
 bool isPlainAscii(std::string_view text) {
     constexpr std::uint64_t highBits = 0x8080808080808080, blanks = 0x2020202020202020;
-    std::uint64_t unusual = 0, word = 0;
-    const auto look = [&] { unusual |= (word | (word - blanks)) & highBits; }; // one below the blank borrows
-    for (; text.size() >= sizeof word; text.remove_prefix(sizeof word)) {
-        std::memcpy(&word, text.data(), sizeof word);
+    std::array<std::uint64_t, 4> words{}, unusual{};
+    const auto look = [&] {
+        for (std::size_t i = 0; i < words.size(); ++i) {
+            unusual[i] |= words[i] | (words[i] - blanks); // one below the blank borrows
+        }
+    };
+    for (; text.size() >= sizeof words; text.remove_prefix(sizeof words)) {
+        std::memcpy(words.data(), text.data(), sizeof words);
         look();
     }
+    words.fill(blanks);
     if (!text.empty()) {
-        word = blanks;
-        std::memcpy(&word, text.data(), text.size());
-        look();
+        std::memcpy(words.data(), text.data(), text.size());
     }
-    return unusual == 0;
+    look();
+    return ((unusual[0] | unusual[1] | unusual[2] | unusual[3]) & highBits) == 0;
 }
 
 Refusal refusalOfText(std::string_view text) {

@@ -4,6 +4,8 @@
 #include <string>
 #include <unordered_map>
 
+#include "directory/LeadingZeros.h"
+
 namespace ambrel::directory {
 namespace {
 
