@@ -4,10 +4,10 @@
 #include <fstream>
 
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include "child_run.h"
 #include "our_postal.h"
+#include "settled_disk.h"
 #include "sqlite_postal.h"
 
 namespace bench {
@@ -29,13 +29,6 @@ const std::string& csvPath() {
         return made;
     }();
     return path;
-}
-
-// What was written before is not measured.
-void settleDisk(benchmark::State& state) {
-    state.PauseTiming();
-    sync();
-    state.ResumeTiming();
 }
 
 void loadOurCsv(benchmark::State& state) {
