@@ -8,10 +8,10 @@
 #include "data/CodPostalesDM.h"
 #include "data/Province.h"
 #include "data/ViasDM.h"
+#include "dialogs/ProvList.h"
 #include "dialogs/TipoViasLista.h"
 #include "dialogs/common/ModalDialog.h"
 #include "form/AddressValidation.h"
-#include "lookup/RutCodPostales.h"
 #include "services/Confamb.h"
 #include "services/Mensaje.h"
 #include "services/Text.h"
@@ -44,6 +44,18 @@ public:
 private:
     TDMVias module_;
 };
+
+/// By the name in the box or, if there is no such province, by the code.
+void goToProvince(dbase::Dataset& provinces, const QString& name, int code) {
+    const std::string order = provinces.tag();
+    provinces.setTag("ALFABETICO");
+    const bool isFound = !name.isEmpty() &&
+                         provinces.seek({{"PROVINCIA", toNearestWindows1252(name)}}, dbase::SeekMode::Exact);
+    provinces.setTag(order); // the record stays
+    if (!isFound && !provinces.seek({{"CODIGO", code}}, dbase::SeekMode::Exact)) {
+        provinces.first();
+    }
+}
 
 } // namespace
 
@@ -80,13 +92,14 @@ void AddressLists::chooseProvince() {
     if (validation_.state(Box::Municipality) == AddressBoxes::State::Validated) {
         code = validation_.controller().DM->tbMunicipiCOD_PROV.integer();
     }
-    QString name;
-    int group = provinceGroup;
-    // Without an initial code the list would also offer countries.
-    SeleccionaProvincia(name, group, QStringLiteral("Provincias"),
-                        QStringLiteral("  Provincia de la dirección  "), code != 0 ? code : firstProvince);
-    if (group != 0) { // 0: nothing chosen, and the host's own province does not belong in this box
-        validation_.take(Box::Province, name);
+    ModalDialog<TFProvList> list(nullptr);
+    list->TProvin.open();
+    // Without a code the list would also offer countries. It seeks the code as text, which finds none.
+    list->Configura(QStringLiteral("Provincias"), QStringLiteral("  Provincia de la dirección  "),
+                    firstProvince, provinceGroup);
+    goToProvince(list->TProvin, validation_.text(Box::Province), code);
+    if (list.isAccepted()) {
+        validation_.take(Box::Province, list->chosenName());
     }
 }
 

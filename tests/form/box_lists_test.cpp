@@ -1,6 +1,7 @@
 // The lists of the boxes, by F4 and by the host's buttons, and the street's card.
 #include <QTest>
 
+#include "dialogs/common/DataGrid.h"
 #include "form/BoxesTest.h"
 #include "services/Confamb.h"
 
@@ -39,6 +40,49 @@ TEST_F(BoxLists, F4OpensTheListOfEachBox) {
     press(Qt::Key_F4);
     EXPECT_EQ(text(Box::StreetType), "PZ");
     EXPECT_EQ(state(Box::StreetType), State::Validated);
+}
+
+class ProvinceList : public BoxLists {
+protected:
+    /// Opens the list of the province's box; answers what it stands on, and leaves it.
+    QString shownFirst() {
+        QString shown;
+        dialogs.expect("TFProvList", [&](QDialog& list) {
+            const auto& grid = child<ambrel::DataGrid>(list, "DBGProvincias");
+            shown = grid.cellText(grid.currentRow(), 0);
+            EXPECT_EQ(child<QLineEdit>(list, "E_BUSQUEDA").text(), "");
+            QTest::mouseClick(&child<QPushButton>(list, "BBCancelar"), Qt::LeftButton);
+        });
+        enter(Box::Province);
+        press(Qt::Key_F4);
+        return shown;
+    }
+};
+
+TEST_F(ProvinceList, OpensAtTheProvinceOfTheMunicipality) {
+    open();
+    fill(Box::Municipality, "haro");
+    EXPECT_EQ(shownFirst(), "026.- RIOJA, LA");
+}
+
+TEST_F(ProvinceList, OpensAtTheProvinceThatStandsInTheBox) {
+    open();
+    fill(Box::Municipality, "haro");
+    enter(Box::Province);
+    box(Box::Province).setText("BARCELONA");
+    EXPECT_EQ(shownFirst(), "008.- BARCELONA");
+}
+
+TEST_F(ProvinceList, OpensAtTheHostsProvinceWhereTheAddressHasNone) {
+    Config.setProvince(17, "GIRONA", "GIRONA");
+    open();
+    EXPECT_EQ(shownFirst(), "017.- GIRONA");
+}
+
+TEST_F(ProvinceList, OpensAtTheFirstWhereNothingSaysWhich) {
+    Config.setProvince(0, "", "");
+    open();
+    EXPECT_EQ(shownFirst(), "001.- ALAVA");
 }
 
 TEST_F(BoxLists, TheHostsButtonsOpenThem) {
