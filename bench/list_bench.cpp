@@ -28,7 +28,7 @@ namespace {
 constexpr std::uint32_t entitiesOfOne = 14; // minor entities for each municipality
 constexpr std::uint32_t mostCodes = 100'000;
 
-std::string digits(std::uint32_t number, std::size_t width) {
+std::string digits(std::uint64_t number, std::size_t width) {
     const std::string text = std::to_string(number);
     return std::string(width - std::min(width, text.size()), '0') + text;
 }
@@ -50,7 +50,7 @@ void makeMunicipalities(const std::string& folder, std::uint32_t rows) {
         const std::uint32_t codes = std::min(mostCodes, rows / (entitiesOfOne + 1) + 1);
         for (std::uint32_t i = 0; i < rows; ++i) {
             const bool isEntity = i >= codes;
-            const std::string code = digits(i * 104'729U % codes, 5);
+            const std::string code = digits(std::uint64_t{i} * 104'729 % codes, 5);
             columns.set("COD_INE", code);
             columns.set("COD_PROV", code.substr(0, 2));
             columns.set("CODPOSTAL", digits(i * 7919U % 100'000U, 5));
