@@ -5,6 +5,8 @@
 #include <QFont>
 #include <QPalette>
 
+#include "host/OutlinedStyle.h"
+
 namespace host {
 namespace {
 
@@ -14,6 +16,7 @@ constexpr QColor borderColour(0xd3, 0xd9, 0xe2);
 constexpr QColor accentColour(0x1d, 0x5f, 0xa8);
 constexpr int fixedFontPoints = 9;
 constexpr int darkLightness = 128; // of 255
+constexpr int blackLightness = 24;
 
 // No colours for edit boxes: they use the palette, which the focus colouring changes.
 constexpr const char* rules = R"(
@@ -56,7 +59,11 @@ QPalette lightPalette() {
 
 void applyStyle(QApplication& application) {
     QApplication::setStyle(QStringLiteral("Fusion"));
-    const bool isDark = QApplication::palette().color(QPalette::Window).lightness() < darkLightness;
+    const int lightness = QApplication::palette().color(QPalette::Window).lightness();
+    const bool isDark = lightness < darkLightness;
+    if (lightness < blackLightness) {
+        QApplication::setStyle(new OutlinedStyle); // the application owns it
+    }
     if (!isDark) {
         QApplication::setPalette(lightPalette());
     }

@@ -7,6 +7,8 @@
 #include <QListView>
 #include <QPalette>
 #include <QTest>
+#include <algorithm>
+#include <string>
 #include <utility>
 
 #include "accessibility/Contrast.h"
@@ -31,6 +33,10 @@ const Colours allColours[]{
     {"ContrasteBlanco", Qt::white, Qt::white, Qt::black, Qt::white, {55, 0, 110}, Qt::white},
     {"GrisConNegro", {150, 150, 150}, {122, 122, 122}, Qt::black, {150, 150, 150}, Qt::black, Qt::white},
     {"GrisConBlanco", {100, 100, 100}, {110, 110, 110}, Qt::white, {100, 100, 100}, Qt::white, Qt::black}};
+
+const Colours& colours(const std::string& name) {
+    return *std::ranges::find(allColours, name, [](const Colours& one) { return std::string(one.name); });
+}
 
 QPalette paletteOf(const Colours& colours) {
     QPalette palette(colours.button, colours.window);
@@ -170,6 +176,28 @@ TEST_P(Readable, ComboTextsAreReadableWithTheFocusAndWithout) {
             ambrel::colourByPalette(*combo, true);
             expectReadable(*combo, text, "with the focus colour");
             ambrel::colourByPalette(*combo, false);
+        }
+    });
+}
+
+class ReadableHost : public Readable {};
+
+INSTANTIATE_TEST_SUITE_P(Form, ReadableHost, ::testing::Values(Form::Clientes, Form::Rutina),
+                         [](const auto& form) { return nameOf(form.param); });
+
+constexpr double seenContrast = 3; // of what is not a text
+
+/// Elsewhere a box is seen as a surface of another colour.
+TEST_P(ReadableHost, BoxesAndButtonsHaveAnOutlineWhereAllSurfacesAreBlack) {
+    QApplication::setPalette(paletteOf(colours("ContrasteNegro")));
+    show(GetParam(), [](QWidget& window) {
+        for (QWidget* const control : controlsOf(window)) {
+            if (!control->isEnabled() || control->hasFocus() || control->inherits("QLabel")) {
+                continue;
+            }
+            const DrawnText edge = drawnIn(*control, QRect(control->width() / 2, 0, 2, 6));
+            EXPECT_GE(contrast(edge.text, edge.background), seenContrast)
+                << control->objectName().toStdString();
         }
     });
 }
