@@ -52,6 +52,9 @@ ElsewhereEvent elsewhereEvent(const QWidget& box, const QWidget& view, const QOb
         if (!isWindow && watched.isWidgetType() && static_cast<const QWidget&>(watched).isAncestorOf(&box)) {
             return ElsewhereEvent::Moved; // something in which the box lies was scrolled
         }
+        if (isWindow && event.type() == QEvent::Resize) {
+            return ElsewhereEvent::Moved; // a text that was typed or pasted may need another line elsewhere
+        }
         return leftIf(isWindow);
     case QEvent::Hide:
     case QEvent::WindowDeactivate:

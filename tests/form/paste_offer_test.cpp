@@ -423,6 +423,15 @@ TEST_F(PasteOffer, IsAnnouncedToScreenReaders) {
     EXPECT_EQ(box(Box::Street).accessibleDescription(), "Nombre de la vía");
 }
 
+TEST_F(PasteOffer, StaysWhenTheWindowGrowsForWhatWasPasted) {
+    open();
+    pasteInto(Box::Street, "C/ Alcalá 100, Madrid");
+    ASSERT_TRUE(offerCame());
+    form.resize(form.size() + QSize(0, 20));
+    QApplication::processEvents();
+    EXPECT_TRUE(strip());
+}
+
 TEST_F(PasteOffer, CanBeSwitchedOff) {
     open();
     address->setPasteOffers(false);

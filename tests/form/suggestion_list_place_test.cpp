@@ -28,10 +28,6 @@ TEST_F(ListUnderABox, ClosesWithItsWindow) {
     QApplication::processEvents();
     EXPECT_FALSE(shownList()) << "moved";
     reopen();
-    form.resize(form.size() + QSize(30, 20));
-    QApplication::processEvents();
-    EXPECT_FALSE(shownList()) << "resized";
-    reopen();
     form.setWindowState(Qt::WindowMinimized);
     QApplication::processEvents();
     EXPECT_FALSE(shownList()) << "minimised";
@@ -39,6 +35,18 @@ TEST_F(ListUnderABox, ClosesWithItsWindow) {
     reopen();
     form.hide();
     EXPECT_FALSE(shownList()) << "hidden";
+}
+
+TEST_F(ListUnderABox, StaysUnderItsBoxWhenTheWindowGrows) {
+    show();
+    box->setText("ALCALA");
+    box->setFocus();
+    press(Qt::Key_Down);
+    ASSERT_TRUE(shownList());
+    form.resize(form.size() + QSize(30, 20));
+    QApplication::processEvents();
+    ASSERT_TRUE(shownList());
+    EXPECT_EQ(shownList()->window()->geometry().top(), box->mapToGlobal(QPoint(0, box->height())).y());
 }
 
 TEST_F(ListUnderABox, ClosesBelowADialog) {
