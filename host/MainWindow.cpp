@@ -18,6 +18,7 @@
 #include "host/CommandButton.h"
 #include "host/HostTable.h"
 #include "host/MainMenu.h"
+#include "host/WindowParts.h"
 #include "host/audit/AuditWindow.h"
 #include "host/validation/ValidationWindow.h"
 #include "package/AmbCodPostales.h"
@@ -123,6 +124,7 @@ void MainWindow::layOut() {
     message_->setObjectName(QStringLiteral("LMensaje"));
     column->addWidget(message_);
     setCentralWidget(page);
+    closeUpOnLowScreen(*this);
     resize(sizeHint().expandedTo({720, 0}));
 }
 

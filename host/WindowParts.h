@@ -4,6 +4,7 @@
 class QAbstractItemModel;
 class QLabel;
 class QPushButton;
+class QSize;
 class QString;
 class QTableView;
 class QWidget;
@@ -21,5 +22,10 @@ inline constexpr int windowMargin = 16;
 /// `name`: for those who hear it.
 [[nodiscard]] QTableView* rowTable(const char* objectName, const QString& name, QAbstractItemModel& model,
                                    QWidget* parent);
+
+/// Gives a window this size, or as much of it as its screen has room for.
+void resizeWithinScreen(QWidget& window, QSize wanted);
+/// Moves the rows of a window closer together where its screen, or a large font, leaves too little height.
+void closeUpOnLowScreen(const QWidget& window);
 
 } // namespace host

@@ -22,7 +22,6 @@ namespace {
 
 constexpr int margin = windowMargin;
 constexpr int readableWidth = 780, readableHeight = 640;
-constexpr int titleHeight = 32; // of the window, with its borders
 constexpr int textLines = 2;    // the lists do not jump
 constexpr int shownClasses = 6; // without scrolling
 
@@ -65,9 +64,11 @@ AuditWindow::AuditWindow() : classes_(new ClassTotalsModel(this)), findings_(new
     column->addWidget(kept_);
     column->addWidget(buttons);
     ensurePolished();
+    if (buttons->sizeHint().width() + 2 * margin > screen()->availableSize().width()) {
+        static_cast<QBoxLayout*>(buttons->layout())->setDirection(QBoxLayout::TopToBottom);
+    }
     setMinimumWidth(std::max(buttons->sizeHint().width() + 2 * margin, sizeHint().width()));
-    const QSize room = screen()->availableSize() - QSize(0, titleHeight);
-    resize(QSize(readableWidth, readableHeight).boundedTo(room));
+    resizeWithinScreen(*this, {readableWidth, readableHeight});
     showState();
 }
 
@@ -108,8 +109,8 @@ QWidget* AuditWindow::findingsPane() {
 
 QWidget* AuditWindow::commands() {
     auto* const bar = new QWidget(this);
-    auto* const line = new QHBoxLayout(bar);
-    line->setContentsMargins(0, 0, 0, 0);
+    auto* const both = new QBoxLayout(QBoxLayout::LeftToRight, bar); // one below the other on a narrow screen
+    both->setContentsMargins(0, 0, 0, 0);
     card_ = pushButton("BBFicha", tr("&Ficha…"), bar);
     card_->setToolTip(tr("Abre la ficha de la vía del hallazgo (Intro en la lista)"));
     mend_ = pushButton("BBReparar", tr("&Reparar…"), bar);
@@ -118,13 +119,18 @@ QWidget* AuditWindow::commands() {
     start_ = pushButton("BBEmpezar", tr("Revisar de &nuevo"), bar);
     cancel_ = pushButton("BBInterrumpir", tr("&Interrumpir"), bar);
     auto* const close = pushButton("BBCerrar", tr("&Cerrar"), bar);
+    auto* const ofFindings = new QHBoxLayout;
     for (QPushButton* const button : {card_, mend_, save_}) {
-        line->addWidget(button);
+        ofFindings->addWidget(button);
     }
-    line->addStretch();
+    ofFindings->addStretch();
+    auto* const ofWindow = new QHBoxLayout;
+    ofWindow->addStretch();
     for (QPushButton* const button : {start_, cancel_, close}) {
-        line->addWidget(button);
+        ofWindow->addWidget(button);
     }
+    both->addLayout(ofFindings, 1);
+    both->addLayout(ofWindow);
     connect(card_, &QPushButton::clicked, this, ambrel::guarded([this] { openCard(); }));
     connect(mend_, &QPushButton::clicked, this, ambrel::guarded([this] { planRepair(); }));
     connect(save_, &QPushButton::clicked, this, ambrel::guarded([this] { saveReport(); }));

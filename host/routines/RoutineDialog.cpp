@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "dialogs/common/EditMenu.h"
 #include "services/EventGuard.h"
@@ -21,11 +22,18 @@ namespace {
 constexpr std::size_t mostLinesBelowEachOther = 8; // so that the dialog fits on a small screen
 constexpr int smallestWidth = 480;
 constexpr int largestNumber = 999;
+constexpr int shownLetters = 16; // of a text, at least
+
+QLineEdit* textLine(const QString& text, QWidget* parent) {
+    auto* line = new QLineEdit(text, parent);
+    new ambrel::EditMenu(line);
+    line->setMinimumWidth(shownLetters * line->fontMetrics().averageCharWidth());
+    return line;
+}
 
 /// Shows a result in a box that can be read and copied, but not changed.
 QLineEdit* resultLine(const Result& result, QWidget* parent) {
-    auto* line = new QLineEdit(parent);
-    new ambrel::EditMenu(line);
+    QLineEdit* const line = textLine(QString(), parent);
     line->setObjectName(result.object);
     line->setReadOnly(true);
     line->setAccessibleName(result.label);
@@ -83,13 +91,14 @@ void RoutineDialog::layOut() {
     column->addLayout(boxes);
     column->addStretch();
     column->addWidget(commands());
-    setMinimumWidth(smallestWidth);
     ensurePolished();
     alignLabels(*this);
     // The minimum height ignores wrapped lines, which would then take the boxes' room.
     const QMargins margins = column->contentsMargins();
     auto* const summary = findChild<QLabel*>(QStringLiteral("LResumen"));
     summary->setMinimumHeight(summary->heightForWidth(smallestWidth - margins.left() - margins.right()));
+    // A least width that was set counts instead of the layout's own.
+    setMinimumWidth(std::max(smallestWidth, minimumSizeHint().width()));
 }
 
 QWidget* RoutineDialog::heading() {
@@ -153,8 +162,7 @@ QWidget* RoutineDialog::makeEditor(const Argument& argument) {
         return choice;
     }
     }
-    auto* text = new QLineEdit(argument.initial.toString(), this);
-    new ambrel::EditMenu(text);
+    QLineEdit* const text = textLine(argument.initial.toString(), this);
     editors_.push_back({argument.object, [text] { return text->text(); }});
     return text;
 }

@@ -56,7 +56,7 @@ ValidationWindow::ValidationWindow() : pages_(new QTabWidget(this)) {
     connect(&later_, &QTimer::timeout, this, ambrel::guarded([this] { preview(); }));
     ensurePolished();
     setMinimumWidth(std::max(buttons->sizeHint().width() + 2 * margin, sizeHint().width()));
-    resize(readableWidth, readableHeight);
+    resizeWithinScreen(*this, {readableWidth, readableHeight});
     showState();
     input_->setFocus();
 }

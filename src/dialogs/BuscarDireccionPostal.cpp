@@ -3,6 +3,7 @@
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QLayout>
 #include <QLocale>
 #include <QShowEvent>
@@ -19,6 +20,7 @@
 #include "dialogs/common/DropDown.h"
 #include "dialogs/common/FocusHelp.h"
 #include "dialogs/common/FormKeys.h"
+#include "dialogs/common/HintWidth.h"
 #include "dialogs/common/IncrementalSearch.h"
 #include "dialogs/common/LastColumn.h"
 #include "dialogs/common/ModalDialog.h"
@@ -169,8 +171,24 @@ bool TFBuscarDireccionPostal::event(QEvent* event) {
 void TFBuscarDireccionPostal::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     if (!event->spontaneous()) {
+        ambrel::fitCaptions(*this);
         ambrel::runGuarded([this] { FormShow(); });
+        ui_->CBProvincia->setMinimumWidth(ui_->CBProvincia->sizeHint().width());
+        breakWideRow();
     }
+}
+
+/// With a large font the row of buttons may be wider than the screen: its last one then stands below it.
+void TFBuscarDireccionPostal::breakWideRow() {
+    const QSize needed = ambrel::neededSize(*this);
+    if (ambrel::withinScreen(*this, needed).width() == needed.width() ||
+        ui_->lyVias->indexOf(ui_->BBImportar) < 0) {
+        return;
+    }
+    auto* const below = new QHBoxLayout;
+    below->addStretch();
+    below->addWidget(ui_->BBImportar);
+    ui_->lyContent->insertLayout(ui_->lyContent->indexOf(ui_->lyVias) + 1, below);
 }
 
 void TFBuscarDireccionPostal::resizeEvent(QResizeEvent* event) {

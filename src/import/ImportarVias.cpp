@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QShowEvent>
 #include <algorithm>
 #include <optional>
@@ -76,7 +77,7 @@ void TFImportarVias::done(int result) {
 bool TFImportarVias::event(QEvent* event) {
     const bool result = QDialog::event(event);
     if (event->type() == QEvent::LayoutRequest) {
-        setMinimumSize(ambrel::withinScreen(*this, leastSize).expandedTo(layout()->totalMinimumSize()));
+        setMinimumSize(ambrel::withinScreen(*this, leastSize).expandedTo(ambrel::neededSize(*this)));
     }
     return result;
 }
@@ -86,7 +87,8 @@ void TFImportarVias::showEvent(QShowEvent* event) {
     if (event->spontaneous()) {
         return;
     }
-    parts_->fitCaptions();
+    ambrel::fitCaptions(*this);
+    parts_->scrollOnSmallScreen();
     ambrel::fitHints(*this, *parts_->ui.SBAyuda, statusTextMargins);
     ambrel::runGuarded([this] { parts_->FormShow(); });
 }
@@ -99,6 +101,27 @@ void TFImportarVias::resizeEvent(QResizeEvent* event) {
 void TFImportarVias::Parts::FormShow() {
     RBMasDeUnoClick();
     place.CargaProvinciasAmbrel();
+}
+
+/// With a large font the captions of the options take up more than a small screen. Before an option hides
+/// what it does not need, and before a control has the focus.
+void TFImportarVias::Parts::scrollOnSmallScreen() {
+    const QSize needed = ambrel::neededSize(dialog);
+    if (ambrel::withinScreen(dialog, needed) == needed) {
+        // Measuring has made the window as large as all options together.
+        dialog.setMinimumSize(ambrel::withinScreen(dialog, leastSize));
+        return dialog.resize(startSize);
+    }
+    auto* const area = new QScrollArea(&dialog);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setWidgetResizable(true);
+    delete dialog.layout()->replaceWidget(ui.PImportar, area);
+    area->setWidget(ui.PImportar);
+    area->show(); // at once: the dialog is being shown
+    ui.PImportar->show();
+    dialog.setMinimumSize(ambrel::withinScreen(dialog, leastSize).expandedTo(ambrel::neededSize(dialog)));
+    dialog.resize(ambrel::withinScreen(dialog, startSize));
 }
 
 void TFImportarVias::Parts::FormResize() { ui.SGVias->fitNameColumn(); }

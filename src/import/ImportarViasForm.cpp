@@ -94,14 +94,6 @@ void TFImportarVias::Parts::makeProvinceMenu() {
                      }));
 }
 
-/// A minimum width set in the form replaces the caption's own, which may be larger.
-void TFImportarVias::Parts::fitCaptions() {
-    for (QPushButton* const button : dialog.findChildren<QPushButton*>()) {
-        button->ensurePolished();
-        button->setMinimumWidth(std::max(button->minimumWidth(), button->sizeHint().width()));
-    }
-}
-
 /// An arrow key chooses an option before the focus has left the previous option's button. The handler waits
 /// for that; otherwise the focus that it gives to another control would be lost again.
 void TFImportarVias::Parts::chooseOption(const QRadioButton& button) {

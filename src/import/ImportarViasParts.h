@@ -34,7 +34,7 @@ struct TFImportarVias::Parts {
     void connectOptions();
     void connectFocus();
     void makeProvinceMenu();
-    void fitCaptions();
+    void scrollOnSmallScreen();
     void chooseOption(const QRadioButton& button);
     void chooseOptionByKey(QRadioButton& button);
     void showOption();

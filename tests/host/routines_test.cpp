@@ -89,6 +89,14 @@ TEST_F(RoutinesTest, EveryDialogFitsOnASmallScreen) {
             attempt(qPrintable(routine.object), [&](QDialog& dialog) {
                 EXPECT_LE(dialog.height(), 470) << routine.object.toStdString();
                 EXPECT_LE(dialog.width(), 790) << routine.object.toStdString();
+                for (const auto* line : dialog.findChildren<QLineEdit*>()) {
+                    EXPECT_GE(line->width(), line->fontMetrics().averageCharWidth() * 16)
+                        << routine.object.toStdString() << ' ' << line->objectName().toStdString();
+                }
+                for (const auto* label : dialog.findChildren<QLabel*>()) {
+                    EXPECT_GE(label->width(), label->wordWrap() ? 1 : label->sizeHint().width())
+                        << routine.object.toStdString() << ' ' << label->text().toStdString();
+                }
             });
         }
     }

@@ -1,9 +1,12 @@
-// Measures the hints of a dialog.
+// Measures the hints and captions of a dialog.
 #include "dialogs/common/HintWidth.h"
 
 #include <QFontMetrics>
+#include <QPushButton>
 #include <QWidget>
 #include <algorithm>
+
+#include "dialogs/common/ScreenRoom.h"
 
 namespace ambrel {
 
@@ -17,7 +20,15 @@ int widestHint(const QWidget& dialog, const QWidget& bar) {
 }
 
 void fitHints(const QWidget& dialog, QWidget& bar, int margins) {
-    bar.setMinimumWidth(std::max(bar.minimumWidth(), widestHint(dialog, bar) + margins));
+    const QSize needed(widestHint(dialog, bar) + margins, 0);
+    bar.setMinimumWidth(std::max(bar.minimumWidth(), withinScreen(dialog, needed).width()));
+}
+
+void fitCaptions(const QWidget& dialog) {
+    for (QPushButton* const button : dialog.findChildren<QPushButton*>()) {
+        button->ensurePolished();
+        button->setMinimumSize(button->minimumSize().expandedTo(button->sizeHint()));
+    }
 }
 
 } // namespace ambrel

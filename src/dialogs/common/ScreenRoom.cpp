@@ -5,6 +5,7 @@
 #include <QGridLayout>
 #include <QScreen>
 #include <QWidget>
+#include <algorithm>
 
 namespace ambrel {
 namespace {
@@ -27,12 +28,19 @@ QSize withinScreen(const QWidget& window, QSize wanted) {
     return wanted.boundedTo(window.screen()->availableSize() - frame);
 }
 
+QSize neededSize(const QWidget& window) {
+    const QList<QLayout*> layouts = window.findChildren<QLayout*>();
+    std::for_each(layouts.rbegin(), layouts.rend(), [](QLayout* layout) { layout->activate(); });
+    return window.layout()->totalMinimumSize();
+}
+
 void tightenOnSmallScreen(QWidget& window, QSize leastSize) {
-    if (withinScreen(window, leastSize) == leastSize) {
-        return;
-    }
-    for (QLayout* const layout : window.findChildren<QLayout*>()) {
-        tighten(*layout);
+    // Twice where a large font takes up what the first time has gained.
+    for (int time = 0; time < 2 && withinScreen(window, leastSize) != leastSize; ++time) {
+        for (QLayout* const layout : window.findChildren<QLayout*>()) {
+            tighten(*layout);
+        }
+        leastSize = {0, neededSize(window).height()};
     }
 }
 
