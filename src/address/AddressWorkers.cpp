@@ -18,8 +18,11 @@ namespace {
 
 /// Few enough that threads end at about the same time.
 constexpr std::size_t mostRowsOfJob = 1024;
-/// Few enough that stopping does not take long.
-constexpr std::size_t mostTogether = 64;
+/// Few enough that stopping does not take long, and that they read little of the tables.
+constexpr std::size_t mostTogether = 32;
+/// In bytes. In the end every thread would have seen all of the tables, and all their pages would count as
+/// memory of this program.
+constexpr std::size_t mostOfFiles = std::size_t{48} << 20;
 
 unsigned threadCount(unsigned wanted) {
     return wanted > 0 ? wanted : std::max(1U, std::thread::hardware_concurrency());
@@ -138,7 +141,6 @@ void AddressWorkers::work(unsigned worker) {
                 validator.emplace(options_.database, options_.validation);
             }
             judge(job, *validator);
-            release(job.rows.size());
             finish(*job.block);
         }
     } catch (...) { // goes on in the thread that waits
@@ -156,6 +158,7 @@ void AddressWorkers::judge(const Job& job, AddressValidator& validator) {
         const auto together = left.first(std::min(left.size(), mostTogether));
         left = left.subspan(together.size());
         judge(*job.block, together, validator);
+        dbase::boundViewedPages(mostOfFiles);
     }
 }
 
@@ -176,15 +179,6 @@ void AddressWorkers::judge(AddressBlock& block, std::span<const std::size_t> row
         row.added = addedText(row, validator.provinceName(row.judged.province), format_);
         ++rows_;
         bytes_ += row.bytes;
-    }
-}
-
-/// In the end every thread would have seen all of the tables, and all their pages would count as its memory.
-void AddressWorkers::release(std::size_t rows) {
-    constexpr std::size_t seldomEnough = 3072;
-    if ((rowsSinceRelease_ += rows) >= seldomEnough) {
-        rowsSinceRelease_ = 0;
-        dbase::releaseViewedPages();
     }
 }
 

@@ -51,13 +51,11 @@ private:
     [[nodiscard]] bool take(unsigned worker, Job& job);
     void judge(const Job& job, AddressValidator& validator);
     void judge(AddressBlock& block, std::span<const std::size_t> rows, AddressValidator& validator);
-    void release(std::size_t rows);
     void finish(const AddressBlock& block);
 
     AddressFileOptions options_;
     loading::CsvFormat format_;
     std::atomic<std::uint64_t> rows_ = 0, bytes_ = 0;
-    std::atomic<std::size_t> rowsSinceRelease_ = 0;
     std::atomic<bool> isStopping_ = false;
 
     std::mutex mutex_; // guards all that follows

@@ -4,6 +4,7 @@
 #include <array>
 #include <csignal>
 #include <cstdint>
+#include <fstream>
 #include <mutex>
 
 #include <sys/mman.h>
@@ -175,6 +176,14 @@ void releaseViewedPages() {
             static_cast<void>(
                 madvise(reinterpret_cast<void*>(begin), slot.end.load() - begin, MADV_DONTNEED));
         }
+    }
+}
+
+void boundViewedPages(std::size_t bytes) {
+    std::ifstream memory("/proc/self/statm");
+    std::size_t all = 0, resident = 0, ofFiles = 0; // in pages
+    if (!(memory >> all >> resident >> ofFiles) || ofFiles * pageSize > bytes) {
+        releaseViewedPages();
     }
 }
 

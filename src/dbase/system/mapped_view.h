@@ -43,4 +43,8 @@ private:
 /// again is mapped again. For long work on tables larger than the memory that it may take up.
 void releaseViewedPages();
 
+/// The same as soon as more than so many bytes of files count as this program's memory, its own code
+/// included. Asks the system, which takes some microseconds.
+void boundViewedPages(std::size_t bytes);
+
 } // namespace dbase

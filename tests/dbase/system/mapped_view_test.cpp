@@ -132,6 +132,24 @@ TEST_F(MappedViewTest, ReleasedPagesTakeNoMemoryAndAreReadAgain) {
     releaseViewedPages(); // without views
 }
 
+TEST_F(MappedViewTest, PagesAreReleasedOnceTheyPassABound) {
+    const std::size_t size = 2048 * page;
+    const TemporaryFolder folder;
+    const int file = open(folder.write("grande", std::string(size, 'a')).c_str(), O_RDWR);
+    {
+        const MappedView view(file, size);
+        for (std::size_t at = 0; at < size; at += page) {
+            EXPECT_EQ(view.data()[at], 'a');
+        }
+        const std::size_t before = filePagesInUse();
+        boundViewedPages(2 * before);
+        EXPECT_GT(filePagesInUse() + size / 2, before);
+        boundViewedPages(before / 2);
+        EXPECT_LT(filePagesInUse() + size / 2, before);
+    }
+    close(file);
+}
+
 TEST_F(MappedViewTest, IsWholeAgainAfterRenewing) {
     MappedView view(descriptor_, 16 * page);
     ASSERT_EQ(ftruncate(descriptor_, pageInFile), 0);
