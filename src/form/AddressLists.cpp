@@ -12,6 +12,7 @@
 #include "dialogs/TipoViasLista.h"
 #include "dialogs/common/ModalDialog.h"
 #include "form/AddressValidation.h"
+#include "lookup/ModuleScope.h"
 #include "services/Confamb.h"
 #include "services/Mensaje.h"
 #include "services/Text.h"
@@ -27,22 +28,19 @@ constexpr int firstProvince = 1;
 class StreetTypeModule {
 public:
     StreetTypeModule() {
-        module_.tbTipo_Via.setTag("CODIGO");
-        module_.tbTipo_Via.open();
-        DMVias = &module_;
+        types().setTag("CODIGO");
+        types().open();
     }
-    ~StreetTypeModule() { DMVias = nullptr; }
-    StreetTypeModule(const StreetTypeModule&) = delete;
-    StreetTypeModule& operator=(const StreetTypeModule&) = delete;
 
     void goNear(const QString& abbreviation) {
-        (void)module_.tbTipo_Via.seek({{"CODIGO", toNearestWindows1252(abbreviation)}},
-                                      dbase::SeekMode::Nearest);
+        (void)types().seek({{"CODIGO", toNearestWindows1252(abbreviation)}}, dbase::SeekMode::Nearest);
     }
-    [[nodiscard]] QString abbreviation() const { return fromWindows1252(module_.tbTipo_ViaCODIGO.text()); }
+    [[nodiscard]] QString abbreviation() { return fromWindows1252(module_.module().tbTipo_ViaCODIGO.text()); }
 
 private:
-    TDMVias module_;
+    dbase::Dataset& types() { return module_.module().tbTipo_Via; }
+
+    ModuleScope<TDMVias> module_{DMVias};
 };
 
 /// By the name in the box or, if there is no such province, by the code.

@@ -201,6 +201,20 @@ TEST_F(StreetTypes, MissingTableRaisesOutOfNombreVia) {
     EXPECT_EQ(DMVias, nullptr);
 }
 
+TEST_F(StreetTypes, ListIsThatOfItsRoutineThoughAnotherOneRanDuringTheQuestion) {
+    expectEmpty(MessageAnswer::Yes);
+    const auto shown = ambrel::setMessageShower({});
+    ambrel::setMessageShower([&](const ambrel::MessageBox& box) {
+        EXPECT_EQ(Nombre_Via("CL"), "CALLE"); // by a call that the host had posted
+        EXPECT_NE(DMVias, nullptr);
+        return shown(box);
+    });
+    pick("PZ");
+    EXPECT_EQ(Tipo_Via("", ask, spanish), "PZ");
+    EXPECT_EQ(DMVias, nullptr);
+    ambrel::setMessageShower(shown);
+}
+
 TEST_F(StreetTypes, ModuleIsGoneBeforeTheFailureIsShown) {
     removeTable("TIPO_VIA");
     expectFailure();
