@@ -130,7 +130,7 @@ private:
     };
 
     std::string text_;
-    std::array<Row, 64> rows_;
+    std::array<Row, 32> rows_;
     std::size_t count_ = 0;
 };
 

@@ -95,14 +95,14 @@ void onStreet(const std::string& key, const Use& use) {
 
 } // namespace
 
-SmallEdition firstEdition() {
+SmallEdition firstEdition(const std::string& name, std::uint32_t secondCode) {
     SmallEdition edition;
     edition.unit(9001, 101, "ABAJAS", "ABAJAS")
-        .street(9001, 1, "MAYOR")
+        .street(9001, 1, name)
         .street(9001, 2, "REAL", "AVDA")
         .stretch(9001, 1, 9001, 1, 9)
         .stretch(9001, 1, 9001, 2, 8)
-        .stretch(9001, 1, 9002, 11, 19)
+        .stretch(9001, 1, secondCode, 11, 19)
         .stretch(9001, 2, 9002, 1, 5);
     return edition;
 }

@@ -31,8 +31,9 @@ private:
 
 using Lines = std::vector<std::string>;
 
-/// Two streets of Abajas (09001): one with two codes, and one with one.
-[[nodiscard]] SmallEdition firstEdition();
+/// Two streets of Abajas (09001): one with two codes, and one with one. A later edition may change the first
+/// one's name and second code.
+[[nodiscard]] SmallEdition firstEdition(const std::string& name = "MAYOR", std::uint32_t secondCode = 9002);
 /// Their rows.
 extern const Lines firstStreets;
 

@@ -59,31 +59,13 @@ TEST_F(DirectoryUndoTest, WhatUsersChangedOrAddedSinceStaysWhenAnEditionIsTakenB
 }
 
 /// The second edition of the tests with three: the first street has another name.
-SmallEdition renamedEdition() {
-    SmallEdition edition;
-    edition.unit(9001, 101, "ABAJAS", "ABAJAS")
-        .street(9001, 1, "MAYOR NUEVA")
-        .street(9001, 2, "REAL", "AVDA")
-        .stretch(9001, 1, 9001, 1, 9)
-        .stretch(9001, 1, 9001, 2, 8)
-        .stretch(9001, 1, 9002, 11, 19)
-        .stretch(9001, 2, 9002, 1, 5);
-    return edition;
-}
+SmallEdition renamedEdition() { return firstEdition("MAYOR NUEVA"); }
 
 TEST_F(DirectoryUndoTest, UndoingAnEditionBelowALaterOneLeavesTheRowsThatTheLaterOneChanged) {
     store(firstEdition());
     const Lines first = everything();
     store(renamedEdition(), "251231", folder / "second.deshacer");
-    SmallEdition third;
-    third.unit(9001, 101, "ABAJAS", "ABAJAS")
-        .street(9001, 1, "MAYOR NUEVA")
-        .street(9001, 2, "REAL", "AVDA")
-        .stretch(9001, 1, 9001, 1, 9)
-        .stretch(9001, 1, 9001, 2, 8)
-        .stretch(9001, 1, 9003, 11, 19)
-        .stretch(9001, 2, 9002, 1, 5);
-    store(third, "260630", folder / "third.deshacer");
+    store(firstEdition("MAYOR NUEVA", 9003), "260630", folder / "third.deshacer");
     const Lines left = undo(folder / "second.deshacer");
     EXPECT_EQ(left.size(), 2U) << ::testing::PrintToString(left);
     EXPECT_EQ(streets(), (Lines{firstStreets[0], "09000002 CL MAYOR NUEVA 11-19 0-0 09003 09001 ABAJAS",
