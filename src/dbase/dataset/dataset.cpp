@@ -125,6 +125,7 @@ void Dataset::prepare() {
     state_ = DatasetState::Browse;
     first();
     if (afterOpen_) {
+        addColumns(); // they stay known if it fails
         afterOpen_(*this);
         first();
     }
@@ -133,6 +134,7 @@ void Dataset::prepare() {
 void Dataset::close() {
     if (open_) {
         requireUnvisited();
+        addColumns(); // they stay known
         letGo();
         changed(DatasetChange::Closed);
     }

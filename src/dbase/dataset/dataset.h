@@ -24,6 +24,7 @@ namespace dbase {
 
 class RowOrder;
 class Table;
+class TreeCursor;
 struct Spot;
 enum class Direction;
 
@@ -178,6 +179,8 @@ private:
     void requireFit(const Field& field) const;
     Field& addField(std::string name, FieldKind kind, std::size_t width);
     [[nodiscard]] bool isHere(const Field& field) const;
+    Field& addColumn(std::size_t position);
+    void addColumns();
 
     // dataset.cpp
     void openOn(std::shared_ptr<Table> table);
@@ -196,9 +199,13 @@ private:
     [[nodiscard]] Walk walk(Direction direction, std::size_t count, std::size_t mostHidden) const;
     [[nodiscard]] RowsAround gatherAround(const WindowSize& size) const;
 
-    // dataset_moves.cpp
+    // dataset_read_ahead.cpp
     [[nodiscard]] bool takeAhead();
-    void fillAhead(const Spot& from);
+    void fillAhead(const Spot& from, std::size_t leaves);
+    void findAhead(TreeCursor cursor);
+    void copyAhead();
+
+    // dataset_moves.cpp
     [[nodiscard]] std::string shownKey() const;
     [[nodiscard]] bool toNeighbour(Spot& spot, Direction direction) const;
     template<typename Search>

@@ -56,7 +56,25 @@ Field* Dataset::findField(std::string_view name) {
     const auto found = std::find_if(fields_.begin(), fields_.end(), [&](const auto& field) {
         return field->name_ == wanted && isHere(*field);
     });
-    return found == fields_.end() ? nullptr : found->get();
+    if (found != fields_.end()) {
+        return found->get();
+    }
+    const std::optional<std::size_t> column = open_ ? schema().find(wanted) : std::nullopt;
+    return column ? &addColumn(*column) : nullptr;
+}
+
+/// A column has a field from the first time that somebody asks for it: most cursors are asked for few.
+Field& Dataset::addColumn(std::size_t position) {
+    const Column& column = schema().columns[position];
+    fields_.push_back(std::unique_ptr<Field>(new Field(*this, column.name, kindOf(column), 0)));
+    fields_.back()->column_ = position;
+    return *fields_.back();
+}
+
+void Dataset::addColumns() {
+    for (const Column& column : schema().columns) {
+        static_cast<void>(findField(column.name));
+    }
 }
 
 Field& Dataset::field(std::string_view name) {
@@ -67,6 +85,9 @@ Field& Dataset::field(std::string_view name) {
 }
 
 std::vector<Field*> Dataset::fields() {
+    if (open_) {
+        addColumns();
+    }
     std::vector<Field*> result;
     for (const auto& field : fields_) {
         if (isHere(*field)) {
@@ -98,7 +119,7 @@ void Dataset::requireFit(const Field& field) const {
     }
 }
 
-/// Gives every field its column, and every column its field.
+/// Gives every field its column.
 void Dataset::resolveFields() {
     for (const auto& field : fields_) {
         field->column_.reset();
@@ -110,13 +131,6 @@ void Dataset::resolveFields() {
             requireFit(*field);
         } else if (field->column_) {
             field->kind_ = kindOf(schema().columns[*field->column_]);
-        }
-    }
-    for (std::size_t i = 0; i < schema().columns.size(); ++i) {
-        const Column& column = schema().columns[i];
-        if (findField(column.name) == nullptr) {
-            fields_.push_back(std::unique_ptr<Field>(new Field(*this, column.name, kindOf(column), 0)));
-            fields_.back()->column_ = i;
         }
     }
 }

@@ -1,4 +1,4 @@
-// The moves of a dataset, with reading ahead and landing.
+// The moves of a dataset, and landing.
 
 #include <algorithm>
 
@@ -6,65 +6,9 @@
 #include "dbase/dataset/row_order.h"
 #include "dbase/dataset/seek_key.h"
 #include "dbase/mdx/record_key.h"
-#include "dbase/system/clock.h"
 #include "dbase/system/error.h"
 
 namespace dbase {
-
-// --- Reading ahead
-
-bool Dataset::takeAhead() {
-    ReadAhead& ahead = *ahead_;
-    if (ahead.next == ahead.rows.size()) {
-        return false;
-    }
-    open_->giveWay();
-    if (ahead.previous != record_ || open_->changeCounter() != ahead.counter ||
-        open_->records().recordCount() != ahead.recordCount ||
-        coarseNow() - ahead.taken > ReadAhead::shelfLife) {
-        return false;
-    }
-    const ReadAhead::Row& row = ahead.rows[ahead.next++];
-    const char* bytes = ahead.bytes.data() + row.offset;
-    const std::size_t length = row_.size();
-    spot_->cursor->moveInLeaf(row.slot, row.record, {bytes + length, order_->tag()->keyLength});
-    std::copy_n(bytes, length, row_.data());
-    record_ = ahead.previous = row.record;
-    return true;
-}
-
-/// Reads the visible rows that follow in the same leaf. Called inside Table::read().
-void Dataset::fillAhead(const Spot& from) {
-    ReadAhead& ahead = *ahead_;
-    ahead.clear();
-    ahead.previous = from.record;
-    ahead.counter = open_->changeCounter();
-    ahead.recordCount = open_->records().recordCount();
-    ahead.taken = coarseNow();
-    if (ahead.counter == 0 || ahead.counter % 2 != 0) {
-        return; // nothing would prove the rows current
-    }
-    TreeCursor cursor = *from.cursor;
-    const std::uint32_t left = cursor.entriesLeftInLeaf();
-    for (const RecordNumber number : cursor.recordsLeftInLeaf()) {
-        open_->records().prefetch(number);
-    }
-    for (std::uint32_t i = 1; i < left && ahead.rows.size() < ReadAhead::mostRows; ++i) {
-        cursor.next();
-        if (!order_->isInRange(cursor.key())) {
-            return;
-        }
-        if (cursor.record() > ahead.recordCount) {
-            continue;
-        }
-        const RecordView record = open_->records().record(cursor.record());
-        if (order_->isVisible(record)) {
-            ahead.rows.push_back({cursor.record(), cursor.path().back().slot, ahead.bytes.size()});
-            ahead.bytes.insert(ahead.bytes.end(), record.bytes.begin(), record.bytes.end());
-            ahead.bytes.insert(ahead.bytes.end(), cursor.key().begin(), cursor.key().end());
-        }
-    }
-}
 
 // --- Where to continue from
 
@@ -225,13 +169,14 @@ bool Dataset::step(Direction direction) {
         return true;
     }
     const bool readsAhead = forward && order_->tag() != nullptr && ahead_->justStepped;
+    const std::size_t leaves = ahead_->leavesNext();
     ahead_->clear();
     const bool moved = landOn([&](Spot& spot) {
         if (!toNeighbour(spot, direction) || !order_->toVisible(spot, direction)) {
             return false;
         }
         if (readsAhead) {
-            fillAhead(spot);
+            fillAhead(spot, leaves);
         }
         return true;
     });

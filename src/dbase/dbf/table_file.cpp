@@ -124,10 +124,12 @@ RecordView TableFile::record(RecordNumber number) const {
 void TableFile::prefetch(RecordNumber number) const {
     const char* view = file_->view();
     if (view != nullptr && number != 0 && offsetOf(number) + schema_.recordLength <= knownSize_) {
-        const char* begin = view + offsetOf(number);
-        for (std::size_t line = 0; line < schema_.recordLength; line += 64) {
-            __builtin_prefetch(begin + line);
+        const char* const begin = view + offsetOf(number);
+        const char* const last = begin + schema_.recordLength - 1; // perhaps in a line of its own
+        for (const char* at = begin; at < last; at += 64) {
+            __builtin_prefetch(at);
         }
+        __builtin_prefetch(last);
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include "dbase/dbf/table_layout.h"
 #include "dbase/system/bytes.h"
+#include "dbase/system/counted.h"
 #include "dbase/system/error.h"
 #include "dbase/system/names.h"
 #include "dbase/system/quoted.h"
@@ -183,7 +184,7 @@ void checkNewName(const std::string& name, const std::string& file) {
 
 std::size_t announcedHeaderLength(std::span<const char> bytes, const std::string& file) {
     if (bytes.size() < dbf::fixedSize) {
-        refuse(file, "la cabecera está cortada: hay " + std::to_string(bytes.size()) + " bytes de 32");
+        refuse(file, "la cabecera está cortada: hay " + counted(bytes.size(), "byte", "bytes") + " de 32");
     }
     constexpr std::array<std::uint8_t, 4> known{0x03, 0x05, 0x83, 0x8B};
     const std::uint8_t version = load8(bytes, dbf::version);

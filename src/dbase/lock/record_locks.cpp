@@ -42,6 +42,15 @@ void RecordLocks::unlockAll(const void* owner) {
     });
 }
 
+bool RecordLocks::forget(RecordNumber number, const void* owner) {
+    const auto held = owners_.find(number);
+    if (held == owners_.end() || held->second != owner) {
+        return false;
+    }
+    owners_.erase(held);
+    return true;
+}
+
 bool RecordLocks::pass(RecordNumber number, const void* from, const void* to) {
     const auto held = owners_.find(number);
     if (held == owners_.end() || held->second != from) {

@@ -20,6 +20,13 @@ public:
     /// Does nothing if another owner holds it.
     void unlock(RecordNumber number, const void* owner);
     void unlockAll(const void* owner);
+    /// Records that an owner holds the lock, which the caller takes on the file and releases. False if the
+    /// record is held.
+    [[nodiscard]] bool note(RecordNumber number, const void* owner) {
+        return owners_.emplace(number, owner).second;
+    }
+    /// The opposite: leaves the lock on the file. False if another owner, or none, holds it.
+    bool forget(RecordNumber number, const void* owner);
     /// Makes the record, if `from` holds it, another owner's. True if it did.
     bool pass(RecordNumber number, const void* from, const void* to);
 

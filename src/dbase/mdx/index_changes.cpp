@@ -103,6 +103,22 @@ void IndexFile::dropChanges() {
     grownSize_ = 0;
 }
 
+// An entry that comes last among many equal keys, or in the tree, changes only the end of its block.
+std::span<const char> IndexFile::Change::changed() const {
+    constexpr std::size_t word = sizeof(std::uint64_t); // blocks have a whole number of them
+    const auto isEqual = [&](std::size_t at) {
+        return std::memcmp(bytes.data() + at, original.data() + at, word) == 0;
+    };
+    std::size_t begin = 0, end = bytes.size();
+    while (begin < end && isEqual(begin)) {
+        begin += word;
+    }
+    while (begin < end && isEqual(end - word)) {
+        end -= word;
+    }
+    return std::span(bytes).subspan(begin, end - begin);
+}
+
 void IndexFile::writeChangesOrRestore(bool& restored) {
     restored = true;
     refreshHead();
@@ -114,8 +130,9 @@ void IndexFile::writeChangesOrRestore(bool& restored) {
             const std::uint64_t offset = std::uint64_t{order[done].first} * pageBytes;
             if (order[done].second->isNew) {
                 file_->write(offset, order[done].second->bytes);
-            } else {
-                file_->rewrite(offset, order[done].second->bytes); // under the in-update mark
+            } else { // under the in-update mark
+                const std::span<const char> changed = order[done].second->changed();
+                file_->rewrite(offset + (changed.data() - order[done].second->bytes.data()), changed);
             }
         }
     } catch (...) {

@@ -124,6 +124,9 @@ private:
         std::vector<char> bytes, original;
         bool isNew = false;    // after the old end of the file
         bool isHeader = false; // a tag header or the file header: written last
+
+        /// From the first bytes that differ from the original to the last ones.
+        [[nodiscard]] std::span<const char> changed() const;
     };
 
     void readTags(const Schema& schema);

@@ -4,17 +4,22 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <system_error>
+#include <thread>
 
 #include "dbase/system/bytes.h"
 #include "dbase/system/error.h"
 #include "dbase/system/file_size_limit.h"
+#include "dbase/system/large_memory.h"
 #include "dbase/system/system_reason.h"
 
 namespace dbase {
 
 namespace {
-constexpr std::size_t fetchedAhead = 16; // items, for which memory is asked while others are at work
-}
+constexpr std::size_t fetchedAhead = 16;  // items, for which memory is asked while others are at work
+constexpr std::size_t manyItems = 50'000; // worth a thread
+constexpr std::size_t sampled = 1000;
+} // namespace
 
 // A sorted run in a temporary file, which the system removes.
 struct KeySorter::Run {
@@ -66,6 +71,7 @@ KeySorter::KeySorter(KeyOrder order, std::size_t keyLength, std::size_t expected
       memory_(std::max(memory, itemSize_ * 4)),
       byPrefix_(order.type() == KeyType::Character && !order.isCollated() && !order.isDescending()) {
     items_.reserve(std::min(memory_, expected * itemSize_));
+    preferLargePages(items_.data(), items_.capacity());
 }
 
 KeySorter::~KeySorter() = default;
@@ -86,11 +92,16 @@ bool KeySorter::comesBefore(const char* a, const char* b) const {
 }
 
 std::vector<KeySorter::Handle> KeySorter::sorted() const {
-    std::vector<Handle> handles(items_.size() / itemSize_);
-    for (std::size_t i = 0; i < handles.size(); ++i) {
-        handles[i].item = static_cast<std::uint32_t>(i);
+    std::vector<Handle> handles;
+    const std::size_t count = items_.size() / itemSize_;
+    handles.reserve(count);
+    preferLargePages(handles.data(), count * sizeof(Handle));
+    for (std::size_t i = 0; i < count; ++i) {
+        handles.push_back({0, static_cast<std::uint32_t>(i)});
     }
-    if (byPrefix_) {
+    if (byPrefix_ && handles.size() >= manyItems && std::thread::hardware_concurrency() > 1) {
+        sortInTwoParts(handles);
+    } else if (byPrefix_) {
         sortByBytes(handles, 0);
     } else {
         sortByComparing(handles);
@@ -112,7 +123,16 @@ void KeySorter::sortByBytes(std::span<Handle> handles, std::size_t from) const {
         sortByComparing(handles);
         return;
     }
-    const std::size_t size = std::min<std::size_t>(keyLength_ - from, sizeof(Handle::bytes));
+    fetchBytes(handles, from);
+    sortFetched(handles, from);
+}
+
+std::size_t KeySorter::bytesFrom(std::size_t from) const {
+    return std::min<std::size_t>(keyLength_ - from, sizeof(Handle::bytes));
+}
+
+void KeySorter::fetchBytes(std::span<Handle> handles, std::size_t from) const {
+    const std::size_t size = bytesFrom(from);
     for (std::size_t i = 0; i < handles.size(); ++i) {
         if (i + fetchedAhead < handles.size()) {
             __builtin_prefetch(item(handles[i + fetchedAhead].item) + from);
@@ -122,6 +142,10 @@ void KeySorter::sortByBytes(std::span<Handle> handles, std::size_t from) const {
         std::memcpy(&bytes, at, size);
         handles[i].bytes = size == 0 ? load32(at) : __builtin_bswap64(bytes); // the record after the key
     }
+}
+
+void KeySorter::sortFetched(std::span<Handle> handles, std::size_t from) const {
+    const std::size_t size = bytesFrom(from);
     std::ranges::sort(handles, {}, &Handle::bytes);
     for (std::size_t begin = 0, end = 0; begin < handles.size(); begin = end) {
         while (end < handles.size() && handles[end].bytes == handles[begin].bytes) {
@@ -131,6 +155,27 @@ void KeySorter::sortByBytes(std::span<Handle> handles, std::size_t from) const {
             sortByBytes(handles.subspan(begin, end - begin), from + size);
         }
     }
+}
+
+// Those before the middle of a sample on one core, the others on another one.
+void KeySorter::sortInTwoParts(std::span<Handle> handles) const {
+    fetchBytes(handles, 0);
+    std::vector<std::uint64_t> sample;
+    for (std::size_t i = 0; i < handles.size(); i += handles.size() / sampled) {
+        sample.push_back(handles[i].bytes);
+    }
+    const auto middle = sample.begin() + static_cast<std::ptrdiff_t>(sample.size() / 2);
+    std::ranges::nth_element(sample, middle);
+    const auto second = std::partition(handles.begin(), handles.end(),
+                                       [at = *middle](const Handle& handle) { return handle.bytes < at; });
+    const std::span<Handle> rest(second, handles.end());
+    std::jthread other;
+    try {
+        other = std::jthread([&] { sortFetched(rest, 0); });
+    } catch (const std::system_error&) { // the system gives no more threads
+        sortFetched(rest, 0);
+    }
+    sortFetched({handles.begin(), second}, 0);
 }
 
 void KeySorter::spill() {

@@ -40,6 +40,10 @@ private:
     void sortByComparing(std::span<Handle> handles) const;
     /// `from`: where their keys may differ.
     void sortByBytes(std::span<Handle> handles, std::size_t from) const;
+    [[nodiscard]] std::size_t bytesFrom(std::size_t from) const;
+    void fetchBytes(std::span<Handle> handles, std::size_t from) const;
+    void sortFetched(std::span<Handle> handles, std::size_t from) const;
+    void sortInTwoParts(std::span<Handle> handles) const;
     void spill();
     void merge(const Receiver& receiver);
 

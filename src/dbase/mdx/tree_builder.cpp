@@ -44,6 +44,7 @@ PageNumber BlockWriter::put(std::span<const char> block) {
 void BlockWriter::flush() {
     if (!pending_.empty()) {
         index_.file().write(std::uint64_t{pendingStart_} * pageBytes, pending_);
+        index_.file().beginSync();
         pending_.clear();
     }
 }

@@ -293,19 +293,8 @@ bool TreeCursor::stillHolds() const {
 }
 
 std::uint32_t TreeCursor::entriesLeftInLeaf() const {
-    const Level& level = levels_[depth_ - 1];
-    const TreeNode leaf(*index_, *tag_, level.page, buffer_);
-    return leaf.count() > level.slot ? leaf.count() - level.slot : 0;
-}
-
-std::vector<RecordNumber> TreeCursor::recordsLeftInLeaf() const {
-    const Level& level = levels_[depth_ - 1];
-    const TreeNode leaf(*index_, *tag_, level.page, buffer_);
-    std::vector<RecordNumber> records;
-    for (std::uint32_t i = level.slot; i < leaf.count(); ++i) {
-        records.push_back(leaf.pointer(i));
-    }
-    return records;
+    const std::uint32_t count = leaf().count(), slot = levels_[depth_ - 1].slot;
+    return count > slot ? count - slot : 0;
 }
 
 void TreeCursor::moveInLeaf(std::uint32_t slot, RecordNumber record, std::string_view key) {

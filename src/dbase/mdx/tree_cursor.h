@@ -82,8 +82,10 @@ public:
     [[nodiscard]] double share() const;
     /// Entries that follow in the same leaf, the current one included.
     [[nodiscard]] std::uint32_t entriesLeftInLeaf() const;
-    /// Their record numbers; the first is the current one's.
-    [[nodiscard]] std::vector<RecordNumber> recordsLeftInLeaf() const;
+    /// The leaf. Valid until the next call.
+    [[nodiscard]] TreeNode leaf() const {
+        return TreeNode(*index_, *tag_, levels_[depth_ - 1].page, buffer_);
+    }
     /// Moves to an entry of the same leaf that the caller has read before.
     void moveInLeaf(std::uint32_t slot, RecordNumber record, std::string_view key);
 

@@ -44,6 +44,8 @@ public:
     virtual void resize(std::uint64_t size) = 0;
     /// Flushes the data to the disk.
     virtual void sync() = 0;
+    /// Hints that it will be flushed: the system may begin with what was written so far.
+    virtual void beginSync() {}
 
     /// Whether the file is on another machine: then this one refreshes its cached bytes only when a lock on
     /// the file is taken, and sends changes only when one is released.
@@ -67,8 +69,5 @@ public:
 
 /// Opens a file on disk; Create creates or empties it. Errors: Error(NotFound, AccessDenied, Io).
 [[nodiscard]] std::unique_ptr<File> openFile(const std::string& path, OpenMode mode);
-
-/// Identifies a file on disk whatever its path ("device:inode").
-[[nodiscard]] std::string fileIdentity(const std::string& path);
 
 } // namespace dbase

@@ -6,6 +6,14 @@
 
 namespace dbase {
 
+/// The state of the names in a folder; see Folders::namesState().
+struct NamesState {
+    std::uint64_t device = 0, inode = 0; // of the folder
+    std::int64_t changed = 0;            // in nanoseconds
+
+    bool operator==(const NamesState&) const = default;
+};
+
 struct FileStatus {
     std::uint64_t device = 0, inode = 0;
     std::uint64_t names = 1; // hard links; 0 once the last one was removed

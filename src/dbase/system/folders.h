@@ -31,6 +31,12 @@ public:
     /// Error(Io) if the system does not answer.
     [[nodiscard]] virtual bool leadsTo(const std::string& path, const FileStatus& file,
                                        bool isRemote) const = 0;
+    /// When a name in a folder was last made, changed or removed: as long as this stays the same, all of them
+    /// lead where they led. Nothing if that was a moment ago, so that a change of the same time could follow,
+    /// or if the system cannot say. Only for folders of this machine.
+    [[nodiscard]] virtual std::optional<NamesState> namesState(const std::string& /*folder*/) const {
+        return std::nullopt;
+    }
     /// The names in a folder, in any order. Errors: Error(NotFound, AccessDenied), which names the folder.
     [[nodiscard]] virtual std::vector<std::string> namesIn(const std::string& folder) const = 0;
 

@@ -97,7 +97,9 @@ namespace {
 /// pages then makes a whole one writable at the first store into it; otherwise the first store into each of
 /// its 512 parts walks all of them. Null if the system refuses.
 char* mapBetweenFences(int descriptor, std::size_t length) {
-    const std::size_t whole = length + 2 * pieceBytes;
+    const std::size_t pages =
+        (length + pageSize - 1) / pageSize * pageSize; // only whole pages can be released
+    const std::size_t whole = pages + 2 * pieceBytes;
     void* reserved = mmap(nullptr, whole, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (reserved == MAP_FAILED) {
         return nullptr;
@@ -114,7 +116,7 @@ char* mapBetweenFences(int descriptor, std::size_t length) {
         }
     };
     release(begin, data - pageSize);
-    release(data + length + pageSize, begin + whole);
+    release(data + pages + pageSize, begin + whole);
     return data;
 }
 

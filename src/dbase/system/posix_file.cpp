@@ -201,8 +201,7 @@ public:
         return static_cast<std::uint64_t>(from);
     }
 
-    /// Has the system begin to put on the disk what was written.
-    void beginSync() {
+    void beginSync() override {
         static_cast<void>(sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE)); // or else sync() does
     }
 
@@ -287,9 +286,7 @@ void copyContents(const File& from, File& to) {
         to.write(at, piece);
         at += piece.size();
     }
-    if (target != nullptr) {
-        target->beginSync(); // so that there is less to wait for at the end
-    }
+    to.beginSync(); // so that there is less to wait for at the end
 }
 
 std::unique_ptr<File> openFile(const std::string& path, OpenMode mode) {
@@ -334,14 +331,6 @@ std::optional<FileStatus> statusAt(const std::string& path) {
     }
     char list[largestList];
     return statusFrom(status, list, getxattr(path.c_str(), accessListName, list, sizeof list));
-}
-
-std::string fileIdentity(const std::string& path) {
-    struct stat status = {};
-    if (stat(path.c_str(), &status) != 0) {
-        raise(path, "no se puede abrir");
-    }
-    return std::to_string(status.st_dev) + ':' + std::to_string(status.st_ino);
 }
 
 } // namespace dbase

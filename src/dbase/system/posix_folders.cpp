@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -88,6 +89,26 @@ public:
             raise(path, "no se puede consultar");
         }
         return named && named->device == file.device && named->number == file.inode;
+    }
+
+    // A folder's times may be asked for: unlike a table it is not written to all the time.
+    std::optional<NamesState> namesState(const std::string& folder) const override {
+        struct statx status = {};
+        constexpr unsigned int wanted = STATX_INO | STATX_CTIME;
+        if (statx(AT_FDCWD, folder.c_str(), 0, wanted, &status) != 0 ||
+            (status.stx_mask & wanted) != wanted) {
+            return std::nullopt;
+        }
+        constexpr std::int64_t second = 1'000'000'000, tick = second / 10;
+        const std::int64_t changed = status.stx_ctime.tv_sec * second + status.stx_ctime.tv_nsec;
+        timespec now = {};
+        clock_gettime(CLOCK_REALTIME_COARSE, &now);
+        // Without a fraction it may be of a file system that keeps whole seconds, or every other one.
+        const std::int64_t step = status.stx_ctime.tv_nsec == 0 ? 3 * second : tick;
+        if (now.tv_sec * second + now.tv_nsec - changed < step) {
+            return std::nullopt;
+        }
+        return NamesState{makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino, changed};
     }
 
     std::vector<std::string> namesIn(const std::string& folder) const override {

@@ -52,6 +52,7 @@ struct BulkLoader::State {
     /// Writes as many of the pending bytes; a piece may end inside a row.
     void write(std::size_t size) {
         use->records().writeTailPiece(written, std::span(pending).first(size));
+        use->records().file().beginSync(); // the disk works while the next rows are read
         written += size;
         pending.erase(pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(size));
     }

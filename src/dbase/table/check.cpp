@@ -8,6 +8,7 @@
 #include "dbase/lock/locks.h"
 #include "dbase/mdx/index_layout.h"
 #include "dbase/system/bytes.h"
+#include "dbase/system/counted.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/system/folders.h"
@@ -28,11 +29,14 @@ void checkSize(const TableFile& records, CheckReport& report) {
     const std::uint64_t needed =
         records.schema().headerLength + announced * std::uint64_t{records.schema().recordLength};
     if (size < needed) {
+        const RecordNumber held = records.recordCount();
         report.add(records.path(), "cabecera",
-                   "dice " + std::to_string(announced) + " registros y en el fichero caben " +
-                       std::to_string(records.recordCount()));
+                   "dice " + counted(announced, "registro", "registros") + " y en el fichero " +
+                       (held == 1 ? "cabe " : "caben ") + std::to_string(held));
     } else if (size > needed + 1) {
-        report.add(records.path(), "final", "sobran " + std::to_string(size - needed - 1) + " bytes");
+        const std::uint64_t extra = size - needed - 1;
+        report.add(records.path(), "final",
+                   (extra == 1 ? "sobra " : "sobran ") + counted(extra, "byte", "bytes"));
     }
 }
 

@@ -10,6 +10,7 @@
 #include "dbase/dbf/table_file.h"
 #include "dbase/journal/journal.h"
 #include "dbase/lock/locks.h"
+#include "dbase/system/counted.h"
 #include "dbase/system/error.h"
 #include "dbase/table/recovery.h"
 
@@ -100,7 +101,7 @@ void checkSetAside(const TableFile& records, const std::string& path, CheckRepor
     for (const auto& [number, row] : rows) {
         if (++listed > mostRows) {
             report.note(path, "diario apartado",
-                        "y " + std::to_string(rows.size() - mostRows) + " filas más");
+                        "y " + counted(rows.size() - mostRows, "fila más", "filas más"));
             break;
         }
         report.note(path, "registro " + std::to_string(number),

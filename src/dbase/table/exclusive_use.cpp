@@ -28,8 +28,12 @@ void ExclusiveUse::rebuildTags(const Progress& progress) {
     table_.rebuildLocked(progress);
 }
 
-void ExclusiveUse::beginLoad() {
+void ExclusiveUse::lockAppend() {
     appending_.emplace(records().file(), appendRange(table_.index_ != nullptr), LockKind::Exclusive);
+}
+
+void ExclusiveUse::beginLoad() {
+    lockAppend();
     table_.recovery().beginJournal();
 }
 

@@ -25,10 +25,11 @@ public:
     [[nodiscard]] IndexFile* index();
     /// Rebuilds all tags from the records.
     void rebuildTags(const Progress& progress);
+    /// Keeps other programs, of whatever kind, from adding rows during the lifetime of this object.
+    void lockAppend();
 
     // --- Many rows at once
-    /// Keeps other programs from adding rows during the lifetime of this object. Rows may then be written
-    /// after the last one.
+    /// Takes the locks of lockAppend(). Rows may then be written after the last one.
     void beginLoad();
     /// After beginLoad(): lets others read, as the table was, until the rows are counted in. On a network
     /// folder, where locks send what was written, nobody reads meanwhile.

@@ -165,7 +165,7 @@ bool Table::tryLockRecord(RecordNumber number, const void* owner) {
     if (scope_ == nullptr) {
         ReadScope::letGo(); // so that reads under the lock see the current state
         requireInPlace();
-    } else if (recordLocks_.pass(number, scope_, owner)) {
+    } else if (recordLocks_.pass(number, scope_, owner) || scope_->tryLockToAppend(number, owner)) {
         return true;
     }
     return recordLocks_.tryLock(number, owner);
@@ -173,9 +173,16 @@ bool Table::tryLockRecord(RecordNumber number, const void* owner) {
 
 // Programs that know only record locks must not change a record between its change and the scope's commit.
 void Table::unlockRecord(RecordNumber number, const void* owner) {
-    if (scope_ == nullptr || !scope_->hasChanged(number) || !recordLocks_.pass(number, owner, scope_)) {
+    if (scope_ == nullptr || !scope_->keepsLock(number) || !recordLocks_.pass(number, owner, scope_)) {
         recordLocks_.unlock(number, owner);
     }
+}
+
+void Table::unlockRecords(const void* owner) {
+    if (scope_ != nullptr && scope_->keepsLock(1)) {
+        recordLocks_.pass(1, owner, scope_);
+    }
+    recordLocks_.unlockAll(owner);
 }
 
 } // namespace dbase

@@ -104,7 +104,7 @@ public:
     // --- Record locks, held for an owner in this process; owners exclude each other and other programs.
     [[nodiscard]] bool tryLockRecord(RecordNumber number, const void* owner);
     void unlockRecord(RecordNumber number, const void* owner);
-    void unlockRecords(const void* owner) { recordLocks_.unlockAll(owner); }
+    void unlockRecords(const void* owner);
 
 private:
     friend class ExclusiveUse;

@@ -48,6 +48,8 @@ public:
             use_.emplace(table);
         }
     }
+    /// Null if a scope has it.
+    [[nodiscard]] ExclusiveUse* get() { return use_ ? &*use_ : nullptr; }
 
 private:
     std::optional<ExclusiveUse> use_;
@@ -172,8 +174,12 @@ RecordNumber Table::append(std::span<const char> record, Durability durability) 
     const LockWaits waits;
     RecordNumber number = 0;
     {
-        const OwnUse use(*this, scope_);
-        const FileLock appending(records_.file(), appendRange(index_ != nullptr), LockKind::Exclusive);
+        OwnUse use(*this, scope_);
+        if (use.get() != nullptr) {
+            use.get()->lockAppend();
+        } else {
+            scope_->lockAppend();
+        }
         const std::uint32_t count = records_.recordCount();
         number = count + 1;
         TagChanges tags(records_, index_.get());

@@ -104,7 +104,6 @@ std::unique_ptr<File> TableExchange::decide(const std::vector<TableReplacement*>
     try {
         for (TableReplacement* table : made) {
             table->underOwnNames([&] {
-                table->holdNew();
                 intention.tables.push_back(table->intended());
                 table->markFor(intention);
             });

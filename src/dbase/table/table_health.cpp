@@ -5,6 +5,7 @@
 
 #include "dbase/mdx/index_rebuild.h"
 #include "dbase/mdx/tree_cursor.h"
+#include "dbase/system/counted.h"
 #include "dbase/table/exclusive_use.h"
 #include "dbase/table/table.h"
 
@@ -108,7 +109,8 @@ void Table::recoverLocked(Health found) {
         // continues with the records present then.
         throw Error(ErrorCode::BadTable, path(),
                     "otro programa ha cortado la tabla: dice tener " +
-                        std::to_string(records_.announcedCount()) + " registros y quedan " +
+                        counted(records_.announcedCount(), "registro", "registros") +
+                        (records_.recordCount() == 1 ? " y queda " : " y quedan ") +
                         std::to_string(records_.recordCount()) +
                         "; ciérrela, recupere una copia si la tiene y vuelva a abrirla");
     }

@@ -5,6 +5,7 @@
 #include <atomic>
 
 #include "dbase/system/clock.h"
+#include "dbase/system/paths.h"
 
 namespace dbase {
 
@@ -22,7 +23,10 @@ void setNamesClock(std::chrono::nanoseconds (*clock)()) {
 
 TableNames::TableNames(const Folders& folders, const File& records, const File* index)
     : folders_(folders), records_(nameOf(records)),
-      index_(index != nullptr ? std::optional(nameOf(*index)) : std::nullopt), asked_(now()) {}
+      index_(index != nullptr ? std::optional(nameOf(*index)) : std::nullopt),
+      folder_(!index_ || folderOf(index_->path) == folderOf(records_.path) ? folderOf(records_.path)
+                                                                           : std::string()),
+      asked_(now()) {}
 
 TableNames::Name TableNames::nameOf(const File& file) {
     return {file.path(), file.status(), file.isRemote()};
@@ -32,8 +36,21 @@ bool TableNames::leadsHere(const Name& name) const {
     return folders_.leadsTo(name.path, name.file, name.isRemote);
 }
 
+std::optional<NamesState> TableNames::folderState() const {
+    return folder_.empty() || records_.isRemote || (index_ && index_->isRemote)
+               ? std::nullopt
+               : folders_.namesState(folder_);
+}
+
+// Two names cost more than a folder. They are looked at all the same once a second, as a file system mounted
+// over one of them changes no folder.
 bool TableNames::leadHere() {
+    const std::optional<NamesState> state = folderState();
+    if (!areLost_ && state && state == askedIn_ && now() - asked_ < interval) {
+        return true;
+    }
     asked_ = now();
+    askedIn_ = state;
     areLost_ = areLost_ || !leadsHere(records_) || (index_ && !leadsHere(*index_));
     return !areLost_;
 }

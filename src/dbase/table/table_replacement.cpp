@@ -132,11 +132,17 @@ void TableReplacement::commit() {
 }
 
 void TableReplacement::holdNew() {
+    if (new_) {
+        return;
+    }
     new_ = folders_.open(files_.newTable, OpenMode::ReadWrite);
     newIndex_ =
         folders_.exists(files_.newIndex) ? folders_.open(files_.newIndex, OpenMode::ReadWrite) : nullptr;
     holdLock(*new_, openingLock, LockKind::Exclusive);
     new_->sync();
+    if (newIndex_) {
+        newIndex_->sync();
+    }
 }
 
 // The journal describes the records to be replaced.
@@ -148,15 +154,29 @@ void TableReplacement::takeNames() {
 
 // --- The steps of an exchange
 
-// The records must be on the disk as they are recognised after a stop.
-IntendedTable TableReplacement::intended() const {
-    const auto nameOf = [](const std::string& path) { return path.substr(path.rfind('/') + 1); };
-    IntendedTable table{nameOf(files_.table), nameOf(files_.index), {},
-                        fingerprintOf(*new_), oldIndex_ != nullptr, {}};
-    if (old_) {
+// The records must be on the disk as they are recognised after a stop. Nobody else writes them meanwhile.
+void TableReplacement::sumOld() {
+    if (old_ && !oldSum_) {
         old_->sync();
-        table.recordsBefore = fingerprintOf(*old_);
+        oldSum_ = fingerprintOf(*old_);
     }
+}
+
+void TableReplacement::settle() {
+    if (hasNewTable() && !newSum_) {
+        underOwnNames([&] {
+            holdNew();
+            newSum_ = fingerprintOf(*new_);
+        });
+    }
+}
+
+IntendedTable TableReplacement::intended() {
+    const auto nameOf = [](const std::string& path) { return path.substr(path.rfind('/') + 1); };
+    settle();
+    sumOld();
+    IntendedTable table{nameOf(files_.table), nameOf(files_.index), oldSum_,
+                        newSum_.value(),      oldIndex_ != nullptr, {}};
     if (newIndex_) {
         table.indexAfter = newIndex_->size();
     }

@@ -39,6 +39,14 @@ public:
     [[nodiscard]] std::unique_ptr<File> makeIndex() { return make(files_.newIndex, files_.index); }
     /// Removes the new files.
     void discard() noexcept;
+
+    // What TableExchange::commit() does itself otherwise. With files on a disk, threads may do it for all
+    // tables side by side, and a thread each for the two. Both do nothing where there is no such table.
+    /// Takes the sum by which the present records are recognised.
+    void sumOld();
+    /// Flushes the new files, which are written to their end by now, and takes the sum of their records.
+    void settle();
+
     /// Puts the new files in place of the old ones; whatever the moment of a power cut, one of the two tables
     /// is left. Everything is on the disk on return.
     void commit();
@@ -67,7 +75,7 @@ private:
     // The steps of commit(), and those of an exchange of several tables.
     [[nodiscard]] bool hasNewTable() const { return folders_.exists(files_.newTable); }
     void holdNew();
-    [[nodiscard]] IntendedTable intended() const;
+    [[nodiscard]] IntendedTable intended();
     void markFor(const Intention& intention);
     void unmark() noexcept;
     void takeNames();
@@ -78,6 +86,7 @@ private:
     ReplacedFiles files_;
     std::unique_ptr<File> old_, new_; // hold the opening and, of the old one, the presence lock
     std::unique_ptr<File> oldIndex_, newIndex_;
+    std::optional<Fingerprint> oldSum_, newSum_;
     std::optional<StampBytes> oldStamp_; // before the mark
     bool isIndexFirst_ = false;          // its name may have been changed, and that of the table not yet
     bool isCommitted_ = false;

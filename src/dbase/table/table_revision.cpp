@@ -173,7 +173,6 @@ void TableRevision::finish(const Progress& progress) {
             state_->writeGathered();
             index->writeStamp(index->stamp().ended(recordCount()));
         }
-        use.sync();
     });
     state_->isFinished = true;
 }

@@ -34,8 +34,8 @@ public:
     /// Sets the deletion mark.
     void erase(RecordNumber number);
 
-    /// Ends with right tags: changed entry by entry, or rebuilt if that is faster. Everything is on the disk
-    /// on return; the replacement's commit() is left to the caller.
+    /// Ends with right tags: changed entry by entry, or rebuilt if that is faster. The replacement's
+    /// commit(), which puts the files on the disk, is left to the caller.
     void finish(const Progress& progress = {});
 
 private:

@@ -56,13 +56,49 @@ WriteScope::WriteScope(Table& table, Writing writing)
 WriteScope::~WriteScope() {
     drop();
     table_.scope_ = nullptr;
-    table_.recordLocks_.unlockAll(this);
-    appending_.reset();
+    unlockRecords();
     use_.reset();
     turn.until = now();
     if (turn.until - turn.since >= longest) {
         letOthersIn(table_.structureFile());
         turn.since = now();
+    }
+}
+
+void WriteScope::lockAppend() {
+    if (locked_.length == 0) {
+        const LockWaits waits;
+        const LockRange range = appendRange(table_.index_ != nullptr);
+        holdLock(table_.records_.file(), range, LockKind::Exclusive);
+        locked_ = range;
+    }
+}
+
+bool WriteScope::tryLockToAppend(RecordNumber number, const void* owner) {
+    constexpr LockRange all{recordLock(1).offset, 1 + appendLock.length};
+    static_assert(recordLock(1).offset + 1 == appendLock.offset);
+    if (number != 1 || locked_.length != 0 || !table_.index_ || !table_.recordLocks_.note(number, owner)) {
+        return false;
+    }
+    try {
+        locked_ = table_.records_.file().tryLock(all, LockKind::Exclusive) ? all : LockRange{0, 0};
+    } catch (...) {
+        table_.recordLocks_.forget(number, owner);
+        throw;
+    }
+    if (locked_.length == 0) {
+        table_.recordLocks_.forget(number, owner);
+    }
+    return locked_.length != 0;
+}
+
+void WriteScope::unlockRecords() noexcept {
+    if (locked_.offset == recordLock(1).offset && !table_.recordLocks_.forget(1, this)) {
+        locked_ = appendLock; // somebody still holds record 1
+    }
+    table_.recordLocks_.unlockAll(this);
+    if (locked_.length != 0) {
+        table_.records_.file().unlock(locked_);
     }
 }
 
@@ -101,11 +137,7 @@ void WriteScope::gather(Durability durability, Gather&& change) {
 RecordNumber WriteScope::append(std::span<const char> record, Durability durability) {
     RecordNumber number = 0;
     gather(durability, [&] {
-        if (!appending_) {
-            const LockWaits waits;
-            appending_.emplace(table_.records_.file(), appendRange(table_.index_ != nullptr),
-                               LockKind::Exclusive);
-        }
+        lockAppend();
         number = table_.records_.recordCount() + 1;
         tags_->add({&table_.schema(), record, number});
         pending_.add(number, record);

@@ -60,12 +60,24 @@ private:
     void gather(Durability durability, Gather&& change);
     void drop() noexcept;
 
+    /// Takes header and append until the scope's end. Errors: Error(LockTimeout).
+    void lockAppend();
+    /// Tries to take the lock of record 1 for an owner, together with header and append, beside which it
+    /// lies: a single call for a program that locks the first row to give a new one its key. False, with
+    /// nothing taken, for any other record.
+    [[nodiscard]] bool tryLockToAppend(RecordNumber number, const void* owner);
+    /// Whether the lock of a record stays until the scope's end when its owner releases it.
+    [[nodiscard]] bool keepsLock(RecordNumber number) const {
+        return hasChanged(number) || (number == 1 && locked_.offset == recordLock(1).offset);
+    }
+    void unlockRecords() noexcept;
+
     std::shared_ptr<Table> keep_; // a listener may close the last cursor on it
     Table& table_;
     const Writing writing_;
     std::optional<ExclusiveUse> use_;
-    std::optional<FileLock> appending_; // from the first addition on
-    std::optional<TagChanges> tags_;    // after the lock, because its end drops what the index has gathered
+    LockRange locked_{0, 0};         // of the additions; empty before the first one
+    std::optional<TagChanges> tags_; // after the lock, because its end drops what the index has gathered
     PendingRecords pending_;
     Durability durability_ = Durability::Process;
     std::uint64_t counter_ = 0;

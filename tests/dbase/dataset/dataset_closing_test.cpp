@@ -1,7 +1,11 @@
 // Listeners and hooks that close the table, or reopen it, during an operation.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -81,6 +85,28 @@ TEST_F(TownsTest, AnAfterOpenHookThatClosesTheTableRefusesTheOpening) {
     towns.setAfterOpen({});
     towns.open();
     EXPECT_EQ(name(towns), "BARCELONA");
+}
+
+// A host opens and closes its tables for months.
+TEST_F(TownsTest, OpeningChangingAndClosingLeavesNeitherMappingsNorFiles) {
+    const auto change = [&] {
+        towns.open();
+        append(towns, {{"CODE", "28001"}, {"NAME", "NUEVO"}});
+        towns.close();
+    };
+    const auto held = [] {
+        std::ifstream maps("/proc/self/maps");
+        const std::filesystem::directory_iterator files("/proc/self/fd");
+        return std::pair(std::count(std::istreambuf_iterator<char>(maps), {}, '\n'),
+                         std::distance(begin(files), end(files)));
+    };
+    change();
+    const auto [mappings, files] = held();
+    for (int i = 0; i < 100; ++i) {
+        change();
+    }
+    EXPECT_LT(held().first, mappings + 20); // some may be the memory of the program's own objects
+    EXPECT_EQ(held().second, files);
 }
 
 } // namespace

@@ -222,7 +222,7 @@ TEST_F(NotificationTest, MovesTellSynchronously) {
     EXPECT_EQ(told(), (Changes{})) << "nothing moved";
 }
 
-TEST_F(NotificationTest, OrderTellsThatEverythingMayBeDifferent) {
+TEST_F(NotificationTest, OrderMeansThatEverythingMayBeDifferent) {
     told();
     towns.setTag("NAME");
     towns.setFilter("PROV='28'");
@@ -235,7 +235,7 @@ TEST_F(NotificationTest, OrderTellsThatEverythingMayBeDifferent) {
     EXPECT_EQ(told(), (Changes{})) << "nothing changed";
 }
 
-TEST_F(NotificationTest, EditingTellsStateAndField) {
+TEST_F(NotificationTest, EditingReportsStateAndField) {
     told();
     towns.edit();
     EXPECT_EQ(told(), (Changes{DatasetChange::State}));
@@ -251,7 +251,7 @@ TEST_F(NotificationTest, EditingTellsStateAndField) {
     EXPECT_EQ(told(), (Changes{DatasetChange::Order}));
 }
 
-TEST_F(NotificationTest, SuspendedOnesAreToldOnceAsOrderAtTheResume) {
+TEST_F(NotificationTest, SuspendedOnesAreReportedOnceAsOrderAtTheResume) {
     told();
     towns.suspendNotifications();
     towns.suspendNotifications();
@@ -281,7 +281,7 @@ TEST_F(NotificationTest, EndsWithTheSubscription) {
     EXPECT_EQ(told(), (Changes{}));
 }
 
-TEST_F(NotificationTest, ListenersMayComeAndGoWhileTheyAreTold) {
+TEST_F(NotificationTest, ListenersMayComeAndGoWhileTheyAreNotified) {
     Dataset::Subscription first, second;
     int calls = 0;
     first = towns.listen([&](DatasetChange) {
@@ -303,7 +303,7 @@ TEST_F(NotificationTest, FaultOfAListenerAtTheEndOfAPauseIsLost) {
     EXPECT_THROW(towns.next(), std::runtime_error) << "elsewhere it passes";
 }
 
-TEST_F(NotificationTest, AListenerThatAnotherOneEndsIsNotTold) {
+TEST_F(NotificationTest, AListenerThatAnotherOneEndsIsNotNotified) {
     bool isTold = false;
     Dataset::Subscription second;
     const auto first = towns.listen([&](DatasetChange) { second.reset(); });
@@ -322,7 +322,7 @@ TEST_F(NotificationTest, DataSourceOfADestroyedDatasetHasNone) {
     EXPECT_EQ(source.dataset(), nullptr);
 }
 
-TEST_F(NotificationTest, DataSourcePassesOnWhatItsDatasetTells) {
+TEST_F(NotificationTest, DataSourcePassesOnWhatItsDatasetReports) {
     DataSource source(&towns);
     Changes passed;
     const auto listening = source.listen([&](DatasetChange change) { passed.push_back(change); });

@@ -131,7 +131,7 @@ TEST_F(FieldsTest, ByNameInAnyCaseElseNotFound) {
     EXPECT_NE(std::string(error.what()).find("TOWNS.DBF"), std::string::npos);
 }
 
-TEST_F(FieldsTest, FieldsComeInTheOrderOfTheFileCalculatedOnesBehind) {
+TEST_F(FieldsTest, FieldsComeInTheOrderOfTheFileCalculatedOnesAfterThem) {
     Dataset table("DB", "TOWNS");
     table.addCalculated("WHOLE", 20);
     table.bindInteger("GROUP");

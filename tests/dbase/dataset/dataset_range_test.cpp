@@ -127,7 +127,7 @@ TEST_F(RangeTest, StepsFromARowPostedBelowTheRangeEnterIt) {
     EXPECT_EQ(towns.recordNumber(), 5u);
 }
 
-TEST_F(RangeTest, StepsFromARowPostedBehindTheRangeEnterIt) {
+TEST_F(RangeTest, StepsFromARowPostedAfterTheRangeEnterIt) {
     towns.setRange({{"CODE", "28000"}}, {{"CODE", "28999"}});
     append(towns, {{"CODE", "50001"}});
     EXPECT_FALSE(towns.next());

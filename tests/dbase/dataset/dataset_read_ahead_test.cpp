@@ -2,20 +2,27 @@
 #include <gtest/gtest.h>
 
 #include "dbase/dataset/dataset.h"
+#include "dbase/mdx/tree_cursor.h"
+#include "dbase/support/StoredTable.h"
+#include "dbase/table/table.h"
 #include "dbase/table/workstation.h"
 #include "support/TableTest.h"
 
 namespace dbase {
 namespace {
 
-class ReadAheadTest : public ambrel::test::TableTest {
+/// With keys of a width: short ones, of which a leaf has more than are read ahead, and long ones, so that the
+/// rows of several leaves are.
+class ReadAheadTest : public ambrel::test::TableTest, public ::testing::WithParamInterface<int> {
 protected:
     ReadAheadTest() {
         std::vector<ambrel::test::Row> rows;
         for (int i = 0; i < 300; ++i) {
             rows.push_back({codeOf(i), "F"});
         }
-        createTable(ambrel::test::defineTable("LONG", {"CODE C6", "HIDDEN L"}, {"CODE"}), rows);
+        createTable(
+            ambrel::test::defineTable("LONG", {"CODE C" + std::to_string(GetParam()), "HIDDEN L"}, {"CODE"}),
+            rows);
     }
     /// Rows 0, 1, 2… have the codes 1000, 1010, 1020…
     static std::string codeOf(int row) { return std::to_string(1000 + 10 * row); }
@@ -55,7 +62,7 @@ protected:
     Dataset table_{"DB", "LONG", "CODE"}, other_{"DB", "LONG", "CODE"};
 };
 
-TEST_F(ReadAheadTest, InsertAheadIsSeen) {
+TEST_P(ReadAheadTest, InsertAheadIsSeen) {
     open();
     walkTo(20);
     insert(other_, "1205");
@@ -65,7 +72,7 @@ TEST_F(ReadAheadTest, InsertAheadIsSeen) {
     EXPECT_EQ(code(), codeOf(21));
 }
 
-TEST_F(ReadAheadTest, InsertBehindDoesNotShiftTheWalk) {
+TEST_P(ReadAheadTest, InsertBehindDoesNotShiftTheWalk) {
     open();
     walkTo(20);
     insert(other_, "1195");
@@ -76,7 +83,7 @@ TEST_F(ReadAheadTest, InsertBehindDoesNotShiftTheWalk) {
     EXPECT_EQ(code(), "1195");
 }
 
-TEST_F(ReadAheadTest, DeleteAheadIsSeen) {
+TEST_P(ReadAheadTest, DeleteAheadIsSeen) {
     open();
     walkTo(20);
     erase(other_, codeOf(21));
@@ -85,7 +92,7 @@ TEST_F(ReadAheadTest, DeleteAheadIsSeen) {
     EXPECT_EQ(code(), codeOf(23));
 }
 
-TEST_F(ReadAheadTest, DeleteOfTheRowShownDoesNotShiftTheWalk) {
+TEST_P(ReadAheadTest, DeleteOfTheRowShownDoesNotShiftTheWalk) {
     open();
     walkTo(20);
     erase(other_, codeOf(20));
@@ -93,7 +100,7 @@ TEST_F(ReadAheadTest, DeleteOfTheRowShownDoesNotShiftTheWalk) {
     EXPECT_EQ(code(), codeOf(21));
 }
 
-TEST_F(ReadAheadTest, EditAheadIsSeen) {
+TEST_P(ReadAheadTest, EditAheadIsSeen) {
     open();
     walkTo(20);
     recode(other_, codeOf(21), "1211");
@@ -101,7 +108,7 @@ TEST_F(ReadAheadTest, EditAheadIsSeen) {
     EXPECT_EQ(code(), "1211");
 }
 
-TEST_F(ReadAheadTest, RowThatMovesFromAheadToBehindIsNotSeen) {
+TEST_P(ReadAheadTest, RowThatMovesFromAheadToBehindIsNotSeen) {
     open();
     walkTo(20);
     recode(other_, codeOf(21), "0001");
@@ -109,7 +116,7 @@ TEST_F(ReadAheadTest, RowThatMovesFromAheadToBehindIsNotSeen) {
     EXPECT_EQ(code(), codeOf(22));
 }
 
-TEST_F(ReadAheadTest, RowThatMovesFromBehindToAheadIsSeen) {
+TEST_P(ReadAheadTest, RowThatMovesFromBehindToAheadIsSeen) {
     open();
     walkTo(20);
     recode(other_, codeOf(3), "1205");
@@ -117,7 +124,7 @@ TEST_F(ReadAheadTest, RowThatMovesFromBehindToAheadIsSeen) {
     EXPECT_EQ(code(), "1205");
 }
 
-TEST_F(ReadAheadTest, RowShownThatMovesAwayLeavesTheWalkItsPlace) {
+TEST_P(ReadAheadTest, RowShownThatMovesAwayLeavesTheWalkItsPlace) {
     open();
     walkTo(20);
     recode(other_, codeOf(20), "9999");
@@ -125,7 +132,7 @@ TEST_F(ReadAheadTest, RowShownThatMovesAwayLeavesTheWalkItsPlace) {
     EXPECT_EQ(code(), codeOf(21));
 }
 
-TEST_F(ReadAheadTest, RowThatTheFilterHidesMeanwhileIsNotSeen) {
+TEST_P(ReadAheadTest, RowThatTheFilterHidesMeanwhileIsNotSeen) {
     open();
     table_.setFilter("HIDDEN=False");
     walkTo(20);
@@ -137,7 +144,7 @@ TEST_F(ReadAheadTest, RowThatTheFilterHidesMeanwhileIsNotSeen) {
     EXPECT_EQ(code(), codeOf(22));
 }
 
-TEST_F(ReadAheadTest, OnesOwnChangesAreSeen) {
+TEST_P(ReadAheadTest, OnesOwnChangesAreSeen) {
     open();
     walkTo(20);
     table_.edit();
@@ -152,7 +159,7 @@ TEST_F(ReadAheadTest, OnesOwnChangesAreSeen) {
     EXPECT_EQ(code(), codeOf(12));
 }
 
-TEST_F(ReadAheadTest, OtherMovesInTheMiddleStartAnew) {
+TEST_P(ReadAheadTest, OtherMovesInTheMiddleStartAnew) {
     open();
     walkTo(20);
     const Bookmark mark = table_.bookmark();
@@ -177,7 +184,7 @@ TEST_F(ReadAheadTest, OtherMovesInTheMiddleStartAnew) {
     EXPECT_EQ(code(), codeOf(23));
 }
 
-TEST_F(ReadAheadTest, ChangesOfAnotherProcessAreSeenAtTheNextStep) {
+TEST_P(ReadAheadTest, ChangesOfAnotherProcessAreSeenAtTheNextStep) {
     Workstation away({[this] { insert(other_, "1205"); }, [this] { insert(other_, "1005"); },
                       [this] { erase(other_, codeOf(21)); }, [this] { recode(other_, codeOf(22), "1221"); },
                       [this] { recode(other_, codeOf(2), "1225"); }, [this] { erase(other_, "1225"); }});
@@ -196,7 +203,7 @@ TEST_F(ReadAheadTest, ChangesOfAnotherProcessAreSeenAtTheNextStep) {
     EXPECT_EQ(stepAfterChange(), codeOf(23));
 }
 
-TEST_F(ReadAheadTest, WholeWalkWhileAnotherProcessWritesEndsAndRepeatsNothing) {
+TEST_P(ReadAheadTest, WholeWalkWhileAnotherProcessWritesEndsAndRepeatsNothing) {
     std::vector<std::function<void()>> steps;
     for (int i = 0; i < 60; ++i) {
         steps.push_back([this, i] {
@@ -216,6 +223,66 @@ TEST_F(ReadAheadTest, WholeWalkWhileAnotherProcessWritesEndsAndRepeatsNothing) {
     }
     EXPECT_EQ(last, codeOf(299));
 }
+
+TEST_P(ReadAheadTest, ATurnAnywhereGoesBackToTheRowBefore) {
+    open();
+    for (int i = 1; i < 300; ++i) {
+        ASSERT_TRUE(table_.next());
+        ASSERT_EQ(code(), codeOf(i));
+        if (i % 37 == 0) {
+            ASSERT_TRUE(table_.prior());
+            ASSERT_EQ(code(), codeOf(i - 1));
+            ASSERT_TRUE(table_.next());
+        }
+    }
+    EXPECT_FALSE(table_.next());
+    EXPECT_TRUE(table_.eof());
+}
+
+TEST_P(ReadAheadTest, AChangeFarAheadIsSeen) {
+    open();
+    walkTo(150); // by now the rows of several leaves are read together
+    recode(other_, codeOf(190), "1");
+    erase(other_, codeOf(200));
+    insert(other_, (codeOf(205) + "A").c_str());
+    std::string last = code();
+    for (const int i : {189, 191, 199, 201, 205}) {
+        while (last < codeOf(i)) {
+            ASSERT_TRUE(table_.next());
+            last = code();
+        }
+        ASSERT_EQ(last, codeOf(i));
+    }
+    EXPECT_TRUE(table_.next());
+    EXPECT_EQ(code(), codeOf(205) + "A");
+}
+
+TEST_P(ReadAheadTest, DamageFarAheadIsReportedByTheStepThatReachesIt) {
+    const auto leaves = [&] {
+        table_.open();
+        const Table& table = table_.openTable();
+        TreeCursor cursor(*table.index(), *table.findTag("CODE"));
+        std::vector<std::pair<PageNumber, int>> found; // with the number of its entries
+        for (bool on = cursor.first(); on; on = cursor.nextLeaf()) {
+            found.emplace_back(cursor.path().back().page, static_cast<int>(cursor.leaf().count()));
+        }
+        table_.close();
+        return found;
+    }();
+    ASSERT_GT(leaves.size(), 3U);
+    leaveUnchecked();
+    int before = -1;
+    for (std::size_t i = 0; i + 1 < leaves.size(); ++i) {
+        before += leaves[i].second;
+    }
+    open();
+    openFile(folder / "LONG.MDX", OpenMode::ReadWrite)
+        ->write(std::uint64_t{leaves.back().first} * pageBytes, std::string(4, '\x7F')); // of its count
+    walkTo(before);
+    EXPECT_EQ(test::errorOf([&] { table_.next(); }).code(), ErrorCode::BadIndex);
+}
+
+INSTANTIATE_TEST_SUITE_P(Widths, ReadAheadTest, ::testing::Values(6, 60));
 
 } // namespace
 } // namespace dbase

@@ -242,7 +242,7 @@ TEST_F(SeekTest, NearestBelowTheRangeLandsOnItsFirstRecord) {
     EXPECT_EQ(towns.recordNumber(), 8u);
 }
 
-TEST_F(SeekTest, NearestBehindTheRangeLandsOnItsLastRecordAtEof) {
+TEST_F(SeekTest, NearestAfterTheRangeLandsOnItsLastRecordAtEof) {
     towns.setRange({{"CODE", "15030"}}, {{"CODE", "28013"}});
     EXPECT_FALSE(nearest(towns, {{"CODE", "28014"}}));
     EXPECT_EQ(towns.recordNumber(), 7u);

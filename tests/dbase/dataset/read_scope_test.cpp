@@ -9,6 +9,7 @@
 #include "dbase/table/bulk_loader.h"
 #include "dbase/table/check.h"
 #include "dbase/table/exclusive_use.h"
+#include "dbase/table/table_claim.h"
 #include "read_scope_fixture.h"
 #include "support/LockPatience.h"
 
@@ -265,6 +266,15 @@ TEST_F(ReadScopeTest, ATableCanBeReplacedInsideOnceItIsClosed) {
     loader.finish();
     one_.open();
     EXPECT_EQ(one_.field("CODE").text(), "5");
+}
+
+TEST_F(ReadScopeTest, ClaimingATableLetsGoOfThoseThatAreRead) {
+    one_.open();
+    const ReadScope scope;
+    EXPECT_TRUE(find(one_, codeOf(7)));
+    ASSERT_TRUE(isLocked());
+    const TableClaim claim(folder / "TWO.DBF");
+    EXPECT_FALSE(isLocked());
 }
 
 TEST_F(ReadScopeTest, ADatasetThatGoesFirstLeavesNothing) {

@@ -162,7 +162,7 @@ TEST(Schema, LongerHeaderIsTrustedAndItsRestIgnored) {
     EXPECT_EQ(schema.columns.size(), 4u);
 }
 
-TEST(Schema, BytesBehindTheHeaderAreNotLookedAt) {
+TEST(Schema, BytesAfterTheHeaderAreNotLookedAt) {
     Bytes bytes = sampleHeader();
     bytes.resize(bytes.size() + 100, '\xFF');
     EXPECT_EQ(decode(bytes).columns.size(), 4u);

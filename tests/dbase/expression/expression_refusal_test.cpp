@@ -49,7 +49,7 @@ TEST_F(ExpressionRefusal, WrongArgumentsAreRefused) {
     }
 }
 
-TEST_F(ExpressionRefusal, OperatorsWithoutAValueAreToldAsSuch) {
+TEST_F(ExpressionRefusal, OperatorsWithoutAValueAreReportedAsSuch) {
     for (const char* expression : {"MENOR .AND. .OR. MENOR", ".OR. MENOR", "COD = .NOT. MENOR", "(.AND.)"}) {
         EXPECT_TRUE(mentions(refusal(expression), "falta un valor")) << refusal(expression);
     }

@@ -94,6 +94,22 @@ TEST(KeySorterTest, SortsTextsThatBeginAlike) {
         expectSorted(KeyOrder(KeyType::Character, false, false), entries);
     }
 }
+// On two cores, where there are as many.
+TEST(KeySorterTest, SortsALargeTablesKeys) {
+    for (const std::size_t length : {3U, 12U}) {
+        const KeyOrder order(KeyType::Character, false, false);
+        const std::vector<Entry> entries = anyTexts(120'000, length);
+        EXPECT_EQ(sorted(order, entries, std::size_t{8} << 20), expected(order, entries));
+    }
+}
+TEST(KeySorterTest, SortsALargeTablesKeysThatAreAllEqual) {
+    const KeyOrder order(KeyType::Character, false, false);
+    std::vector<Entry> entries;
+    for (RecordNumber number = 60'000; number > 0; --number) {
+        entries.emplace_back("28001", number);
+    }
+    EXPECT_EQ(sorted(order, entries, std::size_t{8} << 20), expected(order, entries));
+}
 TEST(KeySorterTest, SortsTextDescending) {
     for (const std::size_t length : {1U, 20U}) {
         expectSorted(KeyOrder(KeyType::Character, false, true), anyTexts(600, length));
@@ -129,7 +145,7 @@ TEST(KeySorterTest, EqualKeysComeByRecordNumber) {
     }
 }
 
-TEST(KeySorterTest, NoRoomForTheTemporaryFilesIsTold) {
+TEST(KeySorterTest, NoRoomForTheTemporaryFilesIsReported) {
     ChildProcess child([](const ChildProcess::Link&) {
         const ambrel::test::FileSizeLimit limit(4096);
         try {

@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csetjmp>
 #include <csignal>
 #include <fstream>
+#include <iterator>
 #include <memory>
 
 #include <fcntl.h>
@@ -107,6 +109,27 @@ std::size_t filePagesInUse() {
     std::size_t total = 0, resident = 0, shared = 0;
     status >> total >> resident >> shared;
     return shared * page;
+}
+
+std::ptrdiff_t mappingsOfThisProgram() {
+    std::ifstream maps("/proc/self/maps");
+    return std::count(std::istreambuf_iterator<char>(maps), {}, '\n');
+}
+
+// The system allows a program 65,530 mappings: a host that opens its tables for months must not run out of
+// them.
+TEST_F(MappedViewTest, LeavesNoMappingWhateverItsLength) {
+    for (const MappedView::Access access : {MappedView::Access::Read, MappedView::Access::Write}) {
+        for (const std::size_t length :
+             {std::size_t{1}, page - 1, page, 5 * page + 7, (std::size_t{1} << 31U) - 1}) {
+            const std::ptrdiff_t before = mappingsOfThisProgram();
+            for (int i = 0; i < 20; ++i) {
+                ASSERT_NE(MappedView(descriptor_, length, access).data(), nullptr);
+            }
+            EXPECT_LT(mappingsOfThisProgram(), before + 10)
+                << length; // the program's own memory may need some
+        }
+    }
 }
 
 TEST_F(MappedViewTest, ReleasedPagesTakeNoMemoryAndAreReadAgain) {

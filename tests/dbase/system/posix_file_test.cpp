@@ -57,7 +57,6 @@ TEST_F(PosixFileTest, APathThroughAFileIsNotThere) {
     EXPECT_EQ(opening(path_ + "/otro").code(), ErrorCode::NotFound);
     EXPECT_EQ(opening(folder_ / "nada").code(), ErrorCode::NotFound);
     EXPECT_EQ(opening(folder_ / "nada").file(), folder_ / "nada");
-    EXPECT_EQ(errorOf([&] { (void)fileIdentity(folder_ / "nada"); }).code(), ErrorCode::NotFound);
 }
 
 TEST_F(PosixFileTest, WhatIsNoFileIsRefused) {
@@ -85,7 +84,7 @@ TEST_F(PosixFileTest, AFileOpenForReadingRefusesToBeChanged) {
               ErrorCode::Io);
 }
 
-TEST_F(PosixFileTest, ReadingBehindTheEndNamesThePlace) {
+TEST_F(PosixFileTest, ReadingAfterTheEndNamesThePlace) {
     const auto file = openFile(path_, OpenMode::ReadOnly);
     Bytes bytes(4);
     file->read(6, bytes);
@@ -128,7 +127,7 @@ TEST_F(PosixFileTest, RewritingWritesAnyPieceAtAnyPlace) {
     }
 }
 
-TEST_F(PosixFileTest, ItsSizeIsThatOfNowWhoeverChangesIt) {
+TEST_F(PosixFileTest, ItsSizeIsThatOfNowWhateverChangesIt) {
     const auto file = openFile(path_, OpenMode::ReadWrite), other = openFile(path_, OpenMode::ReadWrite);
     EXPECT_EQ(file->size(), 10U);
     other->resize(4);
@@ -151,13 +150,6 @@ TEST_F(PosixFileTest, RewritingWhatAnotherProgramHasCutOffWrites) {
     file->rewrite(40'000, Bytes{'b'});
     EXPECT_EQ(std::filesystem::file_size(path), 40'001U);
     EXPECT_EQ(readFile(path).back(), 'b');
-}
-
-TEST_F(PosixFileTest, TheSameFileHasOneIdentityWhateverItsName) {
-    const std::string other = folder_ / "enlace";
-    ASSERT_EQ(link(path_.c_str(), other.c_str()), 0);
-    EXPECT_EQ(fileIdentity(path_), fileIdentity(other));
-    EXPECT_NE(fileIdentity(path_), fileIdentity(folder_.write("otro", "")));
 }
 
 } // namespace

@@ -30,7 +30,7 @@ protected:
     }
 };
 
-TEST_F(AmendTest, ChangesAtMostSoManyRecordsAndTellsWhereToGoOn) {
+TEST_F(AmendTest, ChangesAtMostSoManyRecordsAndSaysWhereToGoOn) {
     towns.open();
     other.open();
     Table& table = towns.openTable();
@@ -53,7 +53,7 @@ TEST_F(AmendTest, TheRecordBeforeTheLastIsAmendedWithoutIt) {
     EXPECT_EQ(names()[7], "CORUNA");
 }
 
-TEST_F(AmendTest, WhoAsksIsToldOfEachRecordThatSomebodyHoldsSaveDeletedOnes) {
+TEST_F(AmendTest, WhoAsksIsNotifiedOfEachRecordThatSomebodyHoldsSaveDeletedOnes) {
     towns.open();
     other.open();
     Table& table = towns.openTable();

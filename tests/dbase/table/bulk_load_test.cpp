@@ -23,7 +23,7 @@ using namespace dbase;
 using namespace dbase::test;
 using Mode = BulkLoader::Mode;
 
-TEST_F(BulkLoadTest, RowsAreAddedBehindTheOthers) {
+TEST_F(BulkLoadTest, RowsAreAddedAfterTheOthers) {
     BulkLoader loader(path(), Mode::Append);
     add(loader, 10, 2000);
     loader.finish();

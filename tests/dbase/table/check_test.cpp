@@ -148,9 +148,15 @@ TEST_F(CheckTest, FindsAHeaderCountBeyondTheFile) {
     expectMended();
 }
 
-TEST_F(CheckTest, FindsBytesBehindTheLastRecord) {
+TEST_F(CheckTest, FindsBytesAfterTheLastRecord) {
     table.insert(table.end(), 7, 'x');
-    expectFinding("final", "7 bytes");
+    expectFinding("final", "sobran 7 bytes");
+    expectMended();
+}
+
+TEST_F(CheckTest, CountsOneByteInTheSingular) {
+    table.insert(table.end(), 1, 'x');
+    expectFinding("final", "sobra 1 byte");
     expectMended();
 }
 
@@ -333,7 +339,7 @@ TEST_F(CheckTest, FindingsStopInTheMiddleOfATree) {
     expectTooManyFindings();
 }
 
-TEST_F(CheckTest, TellsItsProgressThroughManyRecords) {
+TEST_F(CheckTest, ReportsItsProgressThroughManyRecords) {
     createTable(folder.path(), {.name = "MUCHOS",
                                 .columns = {{"C", ColumnType::Character, 2, 0, 0}},
                                 .tags = {{.name = "C", .expression = "C"}}});
@@ -393,7 +399,7 @@ TEST_F(CheckTest, WaitsForAWriter) {
     EXPECT_EQ(findings(path()), "");
 }
 
-TEST_F(CheckTest, TellsItsProgress) {
+TEST_F(CheckTest, ReportsItsProgress) {
     putOnDisk();
     std::uint64_t last = 0;
     reindexTable(path(), {}, [&](std::uint64_t done, std::uint64_t total) {

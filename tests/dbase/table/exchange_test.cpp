@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <thread>
 
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/error.h"
@@ -102,6 +103,36 @@ TEST_F(ExchangeTest, ReplacesAllTablesAndCreatesThoseThatAreMissing) {
     expectSound({"CALLES", "PUEBLOS", "ORIGEN"});
     EXPECT_EQ(files(), (std::vector<std::string>{"CALLES.DBF", "CALLES.MDX", "ORIGEN.DBF", "ORIGEN.MDX",
                                                  "PUEBLOS.DBF", "PUEBLOS.MDX"}));
+}
+
+TEST_F(ExchangeTest, ReplacesTablesThatThreadsOfTheirOwnHaveSettled) {
+    {
+        TableExchange exchange(paths());
+        std::vector<std::jthread> threads;
+        for (const std::size_t table : {0U, 1U, 2U}) {
+            threads.emplace_back([&exchange, table] { exchange.table(table).sumOld(); });
+        }
+        loadAll(exchange);
+        threads.clear();
+        for (const std::size_t table : {0U, 1U, 2U}) {
+            threads.emplace_back([&exchange, table] { exchange.table(table).settle(); });
+        }
+        threads.clear();
+        exchange.commit();
+    }
+    EXPECT_EQ(namesIn("CALLES"), (std::vector<std::string>{"NUEVA 1", "NUEVA 2"}));
+    EXPECT_EQ(namesIn("ORIGEN"), std::vector<std::string>{"NUEVA 3"});
+    expectSound({"CALLES", "PUEBLOS", "ORIGEN"});
+}
+
+TEST_F(ExchangeTest, WithoutItsCommitLeavesNothingOfSettledTables) {
+    {
+        TableExchange exchange(paths());
+        loadAll(exchange);
+        exchange.table(0).settle();
+        exchange.table(2).settle();
+    }
+    expectOld();
 }
 
 TEST_F(ExchangeTest, WithoutItsCommitLeavesTheTablesAndNoFilesOfItsOwn) {

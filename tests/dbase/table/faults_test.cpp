@@ -7,6 +7,7 @@
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/error.h"
 #include "dbase/table/table.h"
+#include "dbase/table/write_scope.h"
 
 namespace {
 
@@ -208,7 +209,7 @@ TEST(NoRoomTest, AppendLeavesTheTableAsItWas) {
     EXPECT_EQ(stored.findings(), "");
 }
 
-TEST(ReadFaultTest, IsToldAndChangesNothing) {
+TEST(ReadFaultTest, IsReportedAndChangesNothing) {
     MemoryTable stored({.name = "LECTURA",
                         .columns = {{"NOMBRE", ColumnType::Character, 20, 0, 0}},
                         .tags = {{.name = "NOMBRE", .expression = "NOMBRE"}}});
@@ -286,6 +287,21 @@ TEST_F(DurabilityTest, AChangeThatWaitedLeavesNoWaitToTheNextOnes) {
     table->overwrite(1, row(*table, "UNO"), row(*table, "UNA"));
     table->erase(2, row(*table, "DOS"));
     EXPECT_EQ(faults->syncs, before);
+}
+
+TEST_F(DurabilityTest, ChangesStoredTogetherWaitForTheDiskIfOneOfThemDoes) {
+    table->append(row(*table, "UNO"));
+    const auto waitsFor = [&](Durability one, Durability other) {
+        const std::size_t before = faults->syncs;
+        WriteScope scope(*table, WriteScope::Writing::Together);
+        table->append(row(*table, "DOS"), one);
+        table->append(row(*table, "TRES"), other);
+        scope.commit();
+        return faults->syncs - before;
+    };
+    EXPECT_EQ(waitsFor(Durability::Process, Durability::Process), 0U);
+    EXPECT_GE(waitsFor(Durability::Disk, Durability::Process), 1U);
+    EXPECT_GE(waitsFor(Durability::Process, Durability::Disk), 1U);
 }
 
 TEST_F(DurabilityTest, AChangeWhoseSyncFailsIsNotThere) {

@@ -80,7 +80,7 @@ TEST_F(HostileTest, ACountBeyondTheFileYieldsToWhatItHolds) {
     EXPECT_EQ(findings(path()), "");
 }
 
-TEST_F(HostileTest, BytesBehindTheLastRecordAreNoError) {
+TEST_F(HostileTest, BytesAfterTheLastRecordAreNoError) {
     table.insert(table.end(), 5000, 'x');
     putOnDisk();
     use(*Table::open(path()));

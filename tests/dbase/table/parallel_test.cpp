@@ -194,7 +194,7 @@ TEST_F(ParallelTest, AnotherOpeningOfTheFileDoesNotDropTheLocks) {
 
 TEST_F(ParallelTest, OpeningTwiceGivesOneTable) { EXPECT_EQ(Table::open(path()), Table::open(path())); }
 
-TEST_F(ParallelTest, AStructureLockThatIsNeverFreeIsToldWithTheFile) {
+TEST_F(ParallelTest, AStructureLockThatIsNeverFreeIsReportedWithTheFile) {
     const auto table = Table::open(path());
     const auto stranger = openFile(indexPath(), OpenMode::ReadWrite);
     ASSERT_TRUE(stranger->tryLock(structureLock, LockKind::Exclusive));

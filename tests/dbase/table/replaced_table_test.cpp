@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <thread>
 #include <utility>
 
 #include "dbase/lock/locks.h"
@@ -46,6 +47,15 @@ protected:
         exchange(path());
         exchange(indexPath());
     }
+    /// The state of the names in the folder, once they have been the same for a while.
+    [[nodiscard]] NamesState namesAtRest() const {
+        while (true) {
+            if (const auto state = diskFolders().namesState(folder_.path())) {
+                return *state;
+            }
+            std::this_thread::yield();
+        }
+    }
     void expectReplaced(const std::function<void()>& operation) const {
         const Error error = errorOf(operation);
         EXPECT_EQ(error.code(), ErrorCode::Replaced) << error.what();
@@ -68,6 +78,37 @@ TEST_F(ReplacedTableTest, NothingIsPostedIntoFilesThatNobodySees) {
     expectReplaced([&] { static_cast<void>(table->tryLockRecord(1, this)); });
     EXPECT_EQ(readFile(path()), records);
     EXPECT_EQ(readFile(indexPath()), index);
+}
+
+// Changes in close succession look at the folder alone, once nothing has changed in it for a while.
+TEST_F(ReplacedTableTest, AReplacementInAFolderThatWasAtRestIsNoticedByTheNextChange) {
+    for (const std::string& file : {path(), indexPath()}) {
+        const auto table = Table::open(path());
+        table->append(row(*table)); // which makes the journal
+        static_cast<void>(namesAtRest());
+        table->append(row(*table));
+        table->append(row(*table));
+        exchange(file);
+        expectReplaced([&] { table->append(row(*table)); });
+    }
+}
+
+TEST_F(ReplacedTableTest, NamesAreInAnotherStateAfterEachThatIsMadeExchangedOrRemoved) {
+    NamesState before = namesAtRest();
+    const auto expectChanged = [&] {
+        EXPECT_NE(diskFolders().namesState(folder_.path()), std::optional(before));
+        const NamesState now = namesAtRest();
+        EXPECT_NE(now, before);
+        before = now;
+    };
+    fs::copy_file(path(), path() + ".copia");
+    expectChanged();
+    fs::rename(path() + ".copia", path());
+    expectChanged();
+    fs::remove(path());
+    expectChanged();
+    openFile(indexPath(), OpenMode::ReadWrite)->write(0, Bytes(1));
+    EXPECT_EQ(namesAtRest(), before) << "a write changes no name";
 }
 
 TEST_F(ReplacedTableTest, AnIndexReplacedAloneIsNoticed) {

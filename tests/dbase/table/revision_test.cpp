@@ -215,6 +215,36 @@ TEST_F(RevisionTest, OfATableWhoseWriterDiedHasItsTagsRight) {
     expectRows();
 }
 
+TEST_F(RevisionTest, InWhichAChangeHasFailedHasItsTagsBuiltAnew) {
+    fill(200); // of which two changes alone are written into the tags
+    // A program that knows no index has changed a row: the tag of its number does not have it.
+    rows_[2] = withValue(Table::open(path())->schema(), rows_[2], "NUM", "  7777");
+    Bytes records = readFile(path());
+    std::ranges::copy(rows_[2], records.end() - 1 - 198 * static_cast<std::ptrdiff_t>(rows_[2].size()));
+    writeFile(path(), records);
+    {
+        TableReplacement files(path());
+        TableRevision revision(files);
+        const Bytes wanted = row(revision.schema(), 900);
+        EXPECT_EQ(errorOf([&] { revision.change(3, wanted); }).code(), ErrorCode::BadIndex);
+        change(revision, 4, row(revision.schema(), 901));
+        revision.finish();
+        files.commit();
+    }
+    expectRows();
+}
+
+TEST_F(RevisionTest, OfATableThatMayOnlyBeReadIsRefused) {
+    fill(20);
+    Bytes records = readFile(path());
+    records[29] = 0x14; // Spanish OEM, whose order of keys is unknown
+    writeFile(path(), records);
+    TableReplacement files(path());
+    EXPECT_EQ(errorOf([&] { const TableRevision revision(files); }).code(), ErrorCode::ReadOnly);
+    EXPECT_FALSE(fs::exists(files.newTableFile()));
+    EXPECT_EQ(readFile(path()), records);
+}
+
 TEST_F(RevisionTest, NeedsATable) {
     TableReplacement files(folder_ / "OTRA.DBF");
     EXPECT_EQ(errorOf([&] { const TableRevision revision(files); }).code(), ErrorCode::NotFound);

@@ -57,7 +57,7 @@ private:
     bool isChecked_ = true;
 };
 
-TEST_F(StoredTableTest, AppendsBehindTheLastRecord) {
+TEST_F(StoredTableTest, AppendsAfterTheLastRecord) {
     makeTexts({{.name = "TEXTO", .expression = "TEXTO"}});
     EXPECT_EQ(append("B"), 1U);
     EXPECT_EQ(append("A"), 2U);
@@ -296,7 +296,7 @@ TEST_F(StoredTableTest, AConditionThatDoesNotFitInSmallBlocksIsNotIgnored) {
     EXPECT_NE(table_->readOnlyReason().find("condición"), std::string::npos) << table_->readOnlyReason();
 }
 
-TEST_F(StoredTableTest, BytesThatADeadLoaderLeftBehindTheLastRecordGoWithTheNextAppend) {
+TEST_F(StoredTableTest, BytesThatADeadLoaderLeftAfterTheLastRecordGoWithTheNextAppend) {
     makeTexts({{.name = "TEXTO", .expression = "TEXTO"}});
     append("A");
     tableBytes().insert(tableBytes().end(), 1000, 'x');

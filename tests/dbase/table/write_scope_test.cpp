@@ -6,6 +6,7 @@
 #include <chrono>
 #include <thread>
 
+#include "dbase/journal/journal.h"
 #include "dbase/lock/locks.h"
 #include "dbase/table/check.h"
 #include "dbase/table/table.h"
@@ -73,6 +74,92 @@ protected:
                                         "ALCALA", "VALENCIA",  "APEADERO", "CORUNA"};
     OwnClock clock_;
 };
+
+// --- One by one
+
+/// Locks of the table's records that another program finds held.
+class AddingScopeTest : public WriteScopeTest {
+protected:
+    AddingScopeTest() { openBoth(); }
+
+    [[nodiscard]] bool isAppendLocked() const {
+        return openFile(folder / "TOWNS.DBF", OpenMode::ReadOnly)->isLockedByOthers(appendLock);
+    }
+    [[nodiscard]] Table& table() const { return towns.openTable(); }
+
+    std::unique_ptr<File> away_ = openFile(folder / "TOWNS.DBF", OpenMode::ReadWrite);
+};
+
+TEST_F(AddingScopeTest, HeaderAndAppendStayLockedFromTheFirstAdditionToTheEnd) {
+    {
+        const WriteScope scope(table(), Writing::AtOnce);
+        EXPECT_FALSE(isAppendLocked());
+        append(towns, {{"NAME", "AVILA"}});
+        EXPECT_TRUE(isAppendLocked());
+        append(towns, {{"NAME", "SORIA"}});
+        EXPECT_TRUE(isAppendLocked());
+    }
+    EXPECT_FALSE(isAppendLocked());
+    EXPECT_EQ(stored().size(), 10U);
+}
+
+TEST_F(AddingScopeTest, TheFirstRowsLockTakesHeaderAndAppendAlongUntilTheEnd) {
+    {
+        const WriteScope scope(table(), Writing::AtOnce);
+        ASSERT_TRUE(table().tryLockRecord(1, this));
+        EXPECT_TRUE(isRecordLocked(1));
+        EXPECT_TRUE(isAppendLocked());
+        EXPECT_FALSE(isRecordLocked(2));
+        EXPECT_FALSE(table().tryLockRecord(1, &other));
+        append(towns, {{"NAME", "AVILA"}});
+        table().unlockRecord(1, this);
+        EXPECT_TRUE(isRecordLocked(1));
+        EXPECT_TRUE(table().tryLockRecord(1, &other));
+        table().unlockRecords(&other);
+        EXPECT_TRUE(isAppendLocked());
+    }
+    EXPECT_FALSE(isRecordLocked(1));
+    EXPECT_FALSE(isAppendLocked());
+    EXPECT_TRUE(table().tryLockRecord(1, &other));
+    table().unlockRecords(&other);
+}
+
+TEST_F(AddingScopeTest, TheFirstRowStaysLockedForAnOwnerWhoKeepsItLonger) {
+    {
+        const WriteScope scope(table(), Writing::AtOnce);
+        ASSERT_TRUE(table().tryLockRecord(1, this));
+    }
+    EXPECT_TRUE(isRecordLocked(1));
+    EXPECT_FALSE(isAppendLocked());
+    table().unlockRecord(1, this);
+    EXPECT_FALSE(isRecordLocked(1));
+}
+
+TEST_F(AddingScopeTest, BesideAProgramThatIsAddingTheFirstRowIsLockedAlone) {
+    ASSERT_TRUE(away_->tryLock(appendLock, LockKind::Exclusive));
+    {
+        const WriteScope scope(table(), Writing::AtOnce);
+        ASSERT_TRUE(table().tryLockRecord(1, this));
+        EXPECT_TRUE(isRecordLocked(1));
+        away_->unlock(appendLock);
+        EXPECT_FALSE(isAppendLocked());
+        append(towns, {{"NAME", "AVILA"}});
+        EXPECT_TRUE(isAppendLocked());
+        table().unlockRecord(1, this);
+        EXPECT_FALSE(isRecordLocked(1));
+    }
+    EXPECT_FALSE(isAppendLocked());
+}
+
+TEST_F(AddingScopeTest, WhereAnotherProgramHoldsTheFirstRowNothingIsLocked) {
+    ASSERT_TRUE(away_->tryLock(recordLock(1), LockKind::Exclusive));
+    const WriteScope scope(table(), Writing::AtOnce);
+    EXPECT_FALSE(table().tryLockRecord(1, this));
+    EXPECT_FALSE(isAppendLocked());
+    away_->unlock(recordLock(1));
+    EXPECT_TRUE(table().tryLockRecord(1, this));
+    table().unlockRecords(this);
+}
 
 // --- Together
 
@@ -322,6 +409,22 @@ TEST_F(WriteScopeTest, ScopesThatFollowOneAnotherCountAsOne) {
     }
     OwnClock::now += milliseconds(6);
     EXPECT_FALSE(together().isDue()) << "others had their turn meanwhile";
+}
+
+TEST_F(WriteScopeTest, IsDueAlsoOnceItHoldsHalfOfWhatMayBeStoredAtOnce) {
+    createTable(ambrel::test::defineTable("WIDE", {"CODE C6", "A C250", "B C250", "C C250"}, {"CODE"}), {});
+    Dataset wide("DB", "WIDE");
+    wide.open();
+    Table& table = wide.openTable();
+    const WriteScope scope(table, Writing::Together);
+    std::size_t gathered = 0;
+    while (!scope.isDue() && gathered < largestChange) {
+        const Bytes row = test::makeRecord(table.schema(), {std::to_string(gathered % 999'983)});
+        table.append(row, Durability::Process);
+        gathered += row.size();
+    }
+    EXPECT_LT(gathered, largestChange * 3 / 4);
+    EXPECT_GT(gathered, largestChange / 4);
 }
 
 /// Reads and writes of another program, while this one stores group after group without a pause: each waits
