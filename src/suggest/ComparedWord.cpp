@@ -59,12 +59,12 @@ ComparedWord::ComparedWord(NameWord word, bool mayBeBeginning, const NameView& v
 
 Price ComparedWord::priceUnmatched(double rarity) const {
     if (word_.role == WordRole::Title) {
-        return 90;
+        return price::unmatchedTitle;
     }
     const std::size_t length = std::min<std::size_t>(word_.text.size(), 255);
     const double letters = std::max(static_cast<double>(length), word_.number != 0 ? 2.5 : 1.0);
     const double share = word_.role == WordRole::Appended ? 0.25 : 0.35 + 0.45 * rarity;
-    return static_cast<Price>(letters * 100 * share);
+    return static_cast<Price>(letters * price::slip * share);
 }
 
 WordPrice ComparedWord::compare(const NamePool& pool, WordNumber other) const {

@@ -110,7 +110,7 @@ bool numbersSomethingElse(std::string_view literal) {
 }
 
 /// Whether a word can be a house number: digits, perhaps with a letter. One too long for that is a number
-/// behind the street as well, and must not be lost with the words that no name has.
+/// after the street as well, and must not be lost with the words that no name has.
 bool isHouseNumber(const std::string& literal) {
     const std::size_t digits = std::min(literal.find_first_not_of("0123456789"), literal.size());
     return digits >= 1 && literal.size() - digits <= 1;
@@ -154,7 +154,7 @@ void settleDos(std::vector<NameWord>& words) {
     }
 }
 
-/// "Calle S" of an estate is no saint.
+/// "Calle S" of an estate is not a saint.
 void settleOnlyLetter(std::vector<NameWord>& words) {
     if (std::ranges::count_if(words, isCounted) == 1) {
         if (NameWord& only = *std::ranges::find_if(words, isCounted); only.literal.size() == 1) {

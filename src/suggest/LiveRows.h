@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "data/TableDefinitions.h"
 #include "dbase/dataset/dataset.h"
 #include "suggest/ProvinceNames.h"
 
@@ -35,8 +36,8 @@ private:
     dbase::Dataset streets_;
     dbase::Field& key_ = streets_.bindCharacter("CODIGO1", 8);
     dbase::Field& province_ = streets_.bindCharacter("PROVINCIA", 2);
-    dbase::Field& type_ = streets_.bindCharacter("TIPO_VIA", 3);
-    dbase::Field& name_ = streets_.bindCharacter("VIA", 45);
+    dbase::Field& type_ = streets_.bindCharacter("TIPO_VIA", streetTypeWidth);
+    dbase::Field& name_ = streets_.bindCharacter("VIA", streetNameWidth);
     dbase::Field& postalCode_ = streets_.bindCharacter("CODPOSTAL", 5);
     dbase::Field* ineCode_ = nullptr; // null if a foreign table lacks it
 };

@@ -12,8 +12,18 @@
 #include "dbase/system/trim.h"
 
 namespace ambrel::suggest {
+namespace {
+
+[[noreturn]] void refuse(const std::string& file) {
+    throw dbase::Error(dbase::ErrorCode::NotFound, file, "no se puede leer el fichero");
+}
+
+} // namespace
 
 const Municipality* MunicipalityNames::find(const std::string& ineCode) const {
+    if (ineCode.empty()) {
+        return nullptr; // of the rows that do not say which municipality they are of
+    }
     const auto found = std::ranges::lower_bound(municipalities, ineCode, {}, &Municipality::ineCode);
     return found != municipalities.end() && found->ineCode == ineCode ? &*found : nullptr;
 }
@@ -27,7 +37,7 @@ std::size_t MunicipalityNames::bytes() const {
 std::vector<OtherName> readOtherNames(const std::string& file) {
     std::ifstream lines(file);
     if (!lines) {
-        throw dbase::Error(dbase::ErrorCode::NotFound, file, "no se puede leer el fichero");
+        refuse(file);
     }
     std::vector<OtherName> names;
     std::string line;
@@ -52,6 +62,9 @@ std::vector<OtherName> readOtherNames(const std::string& file) {
                                "la línea " + std::to_string(number) + " no es COD_INE,NOMBRE");
         }
         names.push_back({line.substr(0, comma), *bytes});
+    }
+    if (lines.bad()) {
+        refuse(file);
     }
     return names;
 }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "data/Municipality.h"
+#include "data/TableDefinitions.h"
 #include "dbase/dataset/dataset.h"
 #include "suggest/NameMatch.h"
 #include "suggest/NamePool.h"
@@ -65,7 +66,7 @@ private:
     dbase::Field& ineCode_ = rows_.bindCharacter("COD_INE", 5);
     dbase::Field& postalCode_ = rows_.bindCharacter("CODPOSTAL", 5);
     dbase::Field& onlyCode_ = rows_.bindCharacter("UNICO", 1);
-    dbase::Field& name_ = rows_.bindCharacter("NOMBRE", 53);
+    dbase::Field& name_ = rows_.bindCharacter("NOMBRE", municipalityNameWidth);
     dbase::Field& province_ = rows_.bindCharacter("COD_PROV", 2);
     dbase::Field& isEntity_ = rows_.bindLogical("ENT_MENOR");
     std::vector<OtherName> others_;

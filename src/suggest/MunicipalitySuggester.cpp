@@ -57,6 +57,7 @@ bool MunicipalitySuggester::renew(Clock::time_point end) {
     const bool isReady = kept_.renew(TableStamp::of(*stamps_), end);
     if (isReady && indexed_ != kept_.names()) {
         indexed_ = kept_.names();
+        ++generation_;
         byPostalCode_.clear();
         for (std::uint32_t i = 0; i < indexed_->municipalities.size(); ++i) {
             for (const std::string& code : indexed_->municipalities[i].postalCodes) {

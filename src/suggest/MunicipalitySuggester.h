@@ -28,6 +28,8 @@ public:
     [[nodiscard]] const Municipality* find(const std::string& ineCode) const;
     /// The only municipality with a postal code; null if there are several or none. Call after renew().
     [[nodiscard]] const Municipality* onlyOneWith(const std::string& postalCode) const;
+    /// Another number whenever these answers may have changed. Call after renew().
+    [[nodiscard]] unsigned generation() const { return generation_; }
     /// The municipality with an INE code now; null if there is none.
     [[nodiscard]] std::optional<Municipality> now(const std::string& ineCode);
     [[nodiscard]] std::size_t bytes() const { return kept_.bytes(); }
@@ -48,6 +50,7 @@ private:
     std::optional<MunicipalityCursor> cursor_;
     std::multimap<std::string, std::uint32_t> byPostalCode_;
     std::shared_ptr<MunicipalityNames> indexed_; // what byPostalCode_ was made of
+    unsigned generation_ = 0;
 };
 
 } // namespace ambrel::suggest

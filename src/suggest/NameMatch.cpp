@@ -66,7 +66,8 @@ private:
                 isShortForm = here.isShortForm;
             }
         }
-        if (best > word.unmatched() + 60U || (word.word().role == WordRole::Small && best >= price::slip)) {
+        if (best > word.unmatched() + unsigned{price::mostExtra} ||
+            (word.word().role == WordRole::Small && best >= price::slip)) {
             leave(word);
             return;
         }
@@ -119,15 +120,15 @@ private:
     [[nodiscard]] unsigned priceOmitted(WordUse use, unsigned before) const {
         switch (use.role()) {
         case WordRole::Appended:
-            return 25;
+            return price::omittedAppended;
         case WordRole::Title:
         case WordRole::Type:
-            return 70;
+            return price::omittedTitle;
         default:
             break;
         }
-        const double whole = 60 + 90 * view_.rarity(use.word());
-        return static_cast<unsigned>(before == 0 ? whole : whole * 0.6);
+        const double whole = price::omittedWord + price::omittedRarity * view_.rarity(use.word());
+        return static_cast<unsigned>(before == 0 ? whole : whole * price::omittedFurther);
     }
 
     void chargeSmallWords() {

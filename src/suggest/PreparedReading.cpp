@@ -8,7 +8,7 @@
 namespace ambrel::suggest {
 namespace {
 
-/// Longer texts are no names.
+/// Longer texts are not names.
 constexpr std::size_t mostWords = 12;
 
 } // namespace
@@ -41,27 +41,25 @@ std::vector<std::size_t> PreparedReadings::comparedIn(const std::vector<NameWord
     return places;
 }
 
-PreparedReading PreparedReadings::prepare(const std::vector<NameWord>& words,
-                                          const TypedStreet::Reading& reading) {
-    PreparedReading prepared;
-    prepared.isOpen = reading.number.empty();
-    prepared.extra = prepared.isOpen ? Price{0} : price::number;
-    const std::vector<std::size_t> places = comparedIn(words, reading);
-    std::size_t comparedLetters = 0;
+const ComparedWord* PreparedReadings::compared(const NameWord& word, std::size_t place, bool mayBeBeginning) {
+    const ComparedWord*& compared = (mayBeBeginning ? open_ : whole_)[place];
+    if (compared == nullptr) {
+        NameWord one = word;
+        if (mayBeBeginning && one.literal.size() == 1) {
+            one.text = one.literal; // rather the first letter of something than short for it,
+            one.number = isDigit(one.literal.front()) ? one.number : std::uint16_t{0}; // or a figure
+        }
+        compared = &compared_.emplace_back(std::move(one), mayBeBeginning, view_, near_);
+    }
+    return compared;
+}
+
+void PreparedReadings::takeWords(PreparedReading& prepared, const std::vector<NameWord>& words,
+                                 const TypedStreet::Reading& reading,
+                                 const std::vector<std::size_t>& places) {
     for (const std::size_t i : places) {
         const bool mayBeBeginning = prepared.isOpen && i + 1 == reading.last;
-        const ComparedWord*& compared = (mayBeBeginning ? open_ : whole_)[i];
-        if (compared == nullptr) {
-            NameWord word = words[i];
-            if (mayBeBeginning && word.literal.size() == 1) {
-                word.text = word.literal; // rather the first letter of something than short for it,
-                word.number = isDigit(word.literal.front()) ? word.number : std::uint16_t{0}; // or a figure
-            }
-            compared = &compared_.emplace_back(std::move(word), mayBeBeginning, view_, near_);
-        }
-        prepared.words.push_back(compared);
-        comparedLetters +=
-            counts(words[i].role) && words[i].role != WordRole::Appended ? words[i].literal.size() : 0;
+        prepared.words.push_back(compared(words[i], i, mayBeBeginning));
         prepared.hasAppended = prepared.hasAppended || words[i].role == WordRole::Appended;
     }
     prepared.endsSmall =
@@ -76,11 +74,25 @@ PreparedReading PreparedReadings::prepare(const std::vector<NameWord>& words,
             prepared.smallWords.push_back(smallWordBits(words[i].literal));
         }
     }
+}
+
+PreparedReading PreparedReadings::prepare(const std::vector<NameWord>& words,
+                                          const TypedStreet::Reading& reading) {
+    PreparedReading prepared;
+    prepared.isOpen = reading.number.empty();
+    prepared.extra = prepared.isOpen ? Price{0} : price::number;
+    const std::vector<std::size_t> places = comparedIn(words, reading);
+    takeWords(prepared, words, reading, places);
     // A short form, such as MA for MARIA, may as well be the beginning of another word.
     prepared.isPlain = reading.last - reading.first == 1 &&
                        prepared.words.front()->word().text == words[reading.first].literal;
     prepared.joined = joined(words, reading.first, reading.last);
     prepared.joinedSlips = SlipCount(prepared.joined);
+    std::size_t comparedLetters = 0;
+    for (const std::size_t i : places) {
+        comparedLetters +=
+            counts(words[i].role) && words[i].role != WordRole::Appended ? words[i].literal.size() : 0;
+    }
     prepared.smallLetters =
         static_cast<unsigned>(prepared.joined.size() - std::min(prepared.joined.size(), comparedLetters));
     prepared.pairs = pairBits(prepared.joined);

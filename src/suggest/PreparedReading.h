@@ -39,6 +39,11 @@ private:
     /// Which words of a reading are compared: those that count, and the last one in any case.
     [[nodiscard]] static std::vector<std::size_t> comparedIn(const std::vector<NameWord>& words,
                                                              const TypedStreet::Reading& reading);
+    /// The word at a place, compared once whatever the number of readings.
+    [[nodiscard]] const ComparedWord* compared(const NameWord& word, std::size_t place, bool mayBeBeginning);
+    /// Gives a reading its words: those in these places, and what the others cost or say.
+    void takeWords(PreparedReading& prepared, const std::vector<NameWord>& words,
+                   const TypedStreet::Reading& reading, const std::vector<std::size_t>& places);
     [[nodiscard]] PreparedReading prepare(const std::vector<NameWord>& words,
                                           const TypedStreet::Reading& reading);
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "data/TableDefinitions.h"
 #include "dbase/dataset/dataset.h"
 #include "suggest/NameMatch.h"
 #include "suggest/NamePool.h"
@@ -57,8 +58,8 @@ private:
                                   Value value);
 
     dbase::Dataset streets_;
-    dbase::Field& name_ = streets_.bindCharacter("VIA", 45);
-    dbase::Field& type_ = streets_.bindCharacter("TIPO_VIA", 3);
+    dbase::Field& name_ = streets_.bindCharacter("VIA", streetNameWidth);
+    dbase::Field& type_ = streets_.bindCharacter("TIPO_VIA", streetTypeWidth);
     dbase::Field& postalCode_ = streets_.bindCharacter("CODPOSTAL", 5);
     dbase::Field* ineCode_ = nullptr; // null if a foreign table lacks it
     std::shared_ptr<ProvinceNames> read_ = std::make_shared<ProvinceNames>();

@@ -14,6 +14,8 @@
 namespace ambrel::suggest {
 namespace {
 
+constexpr std::size_t nameWidth = 21;
+
 /// The words that count, in an order of their own: "Illes Balears" and "Balears, Illes".
 std::string lettersOf(std::string_view name) {
     std::vector<std::string> words;
@@ -40,7 +42,8 @@ void forEachLanguage(std::string_view name, Use use) {
     }
 }
 
-std::string find(const std::vector<std::pair<std::string, std::string>>& names, std::string_view letters) {
+template<class Names>
+std::string find(const Names& names, std::string_view letters) {
     const auto found = std::ranges::find_if(names, [&](const auto& name) { return name.first == letters; });
     return found == names.end() ? std::string() : found->second;
 }
@@ -51,31 +54,41 @@ void ProvinceText::prepare() {
     if (isRead_) {
         return;
     }
-    isRead_ = true;
-    for (const auto& [name, digits] : WordLists::builtIn().provinces()) {
-        names_.emplace_back(lettersOf(name), digits);
+    if (names_.empty()) {
+        for (const auto& [name, digits] : WordLists::builtIn().provinces()) {
+            names_.emplace_back(lettersOf(name), digits);
+        }
     }
     try {
-        dbase::Dataset table(database_, "PROVIN");
-        const dbase::Field& name = table.bindCharacter("PROVINCIA", 21);
-        const dbase::Field& code = table.bindCharacter("CODIGO", 3);
-        const dbase::Field& group = table.bindInteger("GRUPO");
-        table.open();
-        dbase::forEachRow(table, [&] {
-            if (group.integer() != provinceGroup || code.view().size() != 3 || code.view().front() != '0') {
-                return;
-            }
-            const std::string digits(code.view().substr(1));
-            shown_.emplace_back(digits, name.text());
-            forEachLanguage(name.view(),
-                            [&](std::string_view one) { names_.emplace_back(lettersOf(one), digits); });
-            if (name.view().size() == 21) {
-                cut_.emplace_back(foldLetters(name.view()), digits);
-            }
-        });
+        readTable();
+        isRead_ = true;
     } catch (const dbase::Error&) {
-        shown_.clear(); // the lists know the provinces, too
+        // The lists know the provinces, too, until the next try.
     }
+}
+
+void ProvinceText::readTable() {
+    dbase::Dataset table(database_, "PROVIN");
+    const dbase::Field& name = table.bindCharacter("PROVINCIA", nameWidth);
+    const dbase::Field& code = table.bindCharacter("CODIGO", 3);
+    const dbase::Field& group = table.bindInteger("GRUPO");
+    table.open();
+    Names names, cut, shown;
+    dbase::forEachRow(table, [&] {
+        if (group.integer() != provinceGroup || code.view().size() != 3 || code.view().front() != '0') {
+            return;
+        }
+        const std::string digits(code.view().substr(1));
+        shown.emplace_back(digits, name.text());
+        forEachLanguage(name.view(),
+                        [&](std::string_view one) { names.emplace_back(lettersOf(one), digits); });
+        if (name.view().size() == nameWidth) {
+            cut.emplace_back(foldLetters(name.view()), digits);
+        }
+    });
+    names_.insert(names_.end(), names.begin(), names.end());
+    cut_ = std::move(cut);
+    shown_ = std::move(shown);
 }
 
 std::string ProvinceText::digitsOf(const std::string& text) {

@@ -7,6 +7,7 @@
 
 namespace ambrel::suggest {
 
+/// Those that the word lists know, and those of PROVIN as soon as it can be read.
 class ProvinceText {
 public:
     explicit ProvinceText(std::string database) : database_(std::move(database)) {}
@@ -17,12 +18,15 @@ public:
     [[nodiscard]] std::string nameOf(const std::string& digits);
 
 private:
+    using Names = std::vector<std::pair<std::string, std::string>>;
+
     void prepare();
+    void readTable();
 
     std::string database_;
-    std::vector<std::pair<std::string, std::string>> names_; // letters of the words that count, digits
-    std::vector<std::pair<std::string, std::string>> cut_;   // of names that fill their column
-    std::vector<std::pair<std::string, std::string>> shown_; // digits, name as stored
+    Names names_; // letters of the words that count, digits
+    Names cut_;   // of names that fill their column
+    Names shown_; // digits, name as stored
     bool isRead_ = false;
 };
 

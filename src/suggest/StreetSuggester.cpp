@@ -24,7 +24,7 @@ struct StreetSuggester::Place {
     const Municipality* municipality = nullptr;
     std::string postalCode; // if no municipality
     std::vector<std::string> provinces;
-    std::string key; // says all of the above
+    std::string key; // says all of the above, and which rows are whose
 };
 
 struct StreetSuggester::Candidate {
@@ -47,6 +47,8 @@ struct StreetSuggester::Candidate {
 
 StreetSuggester::Place StreetSuggester::place(const StreetQuery& query) const {
     Place found;
+    // Whose a row is depends on all municipalities, unless one of them is given.
+    const std::string ownersKey = ' ' + std::to_string(municipalities_.generation());
     if (!query.ineCode.empty()) {
         found.municipality = municipalities_.find(query.ineCode);
         if (found.municipality != nullptr) {
@@ -59,10 +61,10 @@ StreetSuggester::Place StreetSuggester::place(const StreetQuery& query) const {
     } else if (!query.postalCode.empty()) {
         found.postalCode = query.postalCode;
         found.provinces = {provinceOf(query.postalCode)};
-        found.key = "C" + query.postalCode;
+        found.key = "C" + query.postalCode + ownersKey;
     } else if (!query.province.empty()) {
         found.provinces = {query.province};
-        found.key = "P";
+        found.key = "P" + ownersKey;
     }
     return found;
 }
@@ -168,7 +170,8 @@ StreetSuggester::Ranked StreetSuggester::rank(const StreetQuery& query, const Ty
             store_.placed(province, place.key, [&](const StreetPlace& row) { return owner(place, row); }));
         collect(*ranked.parts.back(), typed, wanted, query.type, ranked.candidates);
     }
-    const std::size_t sorted = std::min(ranked.candidates.size(), 4 * most + 16);
+    const std::size_t all = ranked.candidates.size();
+    const std::size_t sorted = std::min(all, 4 * std::min(most, all) + 16);
     std::ranges::partial_sort(ranked.candidates,
                               ranked.candidates.begin() + static_cast<std::ptrdiff_t>(sorted), {},
                               &Candidate::rank);

@@ -32,7 +32,6 @@ void StreetTypes::prepare() {
     if (isRead_) {
         return;
     }
-    isRead_ = true;
     try {
         dbase::Dataset table(database_, "TIPO_VIA");
         const dbase::Field& code = table.bindCharacter("CODIGO", 2);
@@ -45,8 +44,9 @@ void StreetTypes::prepare() {
                 }
             }
         });
+        isRead_ = true;
     } catch (const dbase::Error&) {
-        codes_.clear(); // types only order equal names, and the lists know the usual codes
+        codes_.clear(); // types only order equal names, and the lists know the usual codes until the next try
     }
 }
 
@@ -57,9 +57,10 @@ TypeSet StreetTypes::ofCode(std::string_view code) const {
 }
 
 TypeSet StreetTypes::ofText(std::string_view text) const {
-    const std::string letters = foldLetters(text);
-    const TypeSet types = ofCode(letters);
-    return types != 0 ? types : typesIn(text);
+    // "Cº" is how people shorten "Camino", whatever a table means by its code CO.
+    const bool isShortened = text.find_first_of("\xAA\xBA") != std::string_view::npos;
+    const TypeSet types = isShortened ? typesIn(text) : ofCode(foldLetters(text));
+    return types != 0 ? types : isShortened ? ofCode(foldLetters(text)) : typesIn(text);
 }
 
 } // namespace ambrel::suggest

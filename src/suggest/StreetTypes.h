@@ -9,7 +9,8 @@
 
 namespace ambrel::suggest {
 
-/// The codes of TIPO_VIA with both their names; without that table, the codes of the word lists alone.
+/// The codes of TIPO_VIA with both their names; while that table cannot be read, the codes of the word lists
+/// alone.
 class StreetTypes {
 public:
     explicit StreetTypes(std::string database) : database_(std::move(database)) {}

@@ -59,7 +59,7 @@ std::vector<SuggestedStreet> Suggestions::addresses(const AddressQuery& query, s
     std::vector<SuggestedStreet> best;
     for (const SuggestedMunicipality& municipality : municipalities(query.municipality, mostMunicipalities)) {
         const double share = std::sqrt(municipality.points);
-        if (best.size() >= most && best[most - 1].points >= share) {
+        if (most == 0 || (best.size() >= most && best[most - 1].points >= share)) {
             break; // no street of this or a later municipality can be better
         }
         for (SuggestedStreet& street :

@@ -1,7 +1,10 @@
 // Municipalities that may have been meant.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "data/PostalTables.h"
+#include "dbase/system/error.h"
 #include "suggest/Suggestions.h"
 
 namespace ambrel {
@@ -125,6 +128,12 @@ TEST_F(MunicipalitySuggestions, OtherNamesOfTheHostLeadToTheMunicipality) {
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(found.front().ineCode, "28013");
     EXPECT_EQ(found.front().found, "Real Sitio");
+}
+
+TEST_F(MunicipalitySuggestions, FolderInPlaceOfTheFileOfOtherNamesIsRefused) {
+    std::filesystem::create_directory(folder / "antiguos.csv");
+    Suggestions mine("DB", {.otherNames = folder / "antiguos.csv"});
+    EXPECT_THROW(static_cast<void>(mine.municipalities({"real sitio"})), dbase::Error);
 }
 
 TEST_F(MunicipalitySuggestions, BrokenFileOfOtherNamesIsRefusedWithItsLine) {

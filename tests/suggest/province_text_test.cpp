@@ -1,6 +1,8 @@
 // Provinces by any writing.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "data/PostalTables.h"
 #include "suggest/Suggestions.h"
 
@@ -45,6 +47,17 @@ TEST_F(ProvinceTexts, NameIsShownAsTheTableHoldsIt) {
     Suggestions suggestions;
     EXPECT_EQ(suggestions.provinceName("15"), ansi("CORUÑA, A"));
     EXPECT_EQ(suggestions.provinceName("28"), "");
+}
+
+TEST_F(ProvinceTexts, NameIsKnownAsSoonAsTheTableIsThere) {
+    addProvinces({{"015", "CORUÑA, A"}});
+    const std::filesystem::path table(folder / "PROVIN.DBF"), away(folder / "AWAY");
+    std::filesystem::rename(table, away);
+    Suggestions suggestions;
+    EXPECT_EQ(suggestions.provinceNamed("coruna"), "15");
+    EXPECT_EQ(suggestions.provinceName("15"), "");
+    std::filesystem::rename(away, table);
+    EXPECT_EQ(suggestions.provinceName("15"), ansi("CORUÑA, A"));
 }
 
 } // namespace

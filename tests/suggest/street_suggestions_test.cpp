@@ -1,6 +1,10 @@
 // Streets that may have been meant.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+
 #include "data/PostalTables.h"
 #include "suggest/Suggestions.h"
 
@@ -63,6 +67,15 @@ TEST_F(StreetSuggestions, StreetIsFoundHoweverItIsWritten) {
     EXPECT_EQ(first("Carrer del Dr. Fleming"), "CL DOCTOR FLEMING");
     EXPECT_EQ(first("Pº de la Castellana"), "PS CASTELLANA");
     EXPECT_EQ(first("espana"), ansi("PZ ESPAÑA"));
+}
+
+TEST_F(StreetSuggestions, AStreetThatSaysItsMunicipalityComesBeforeOneThatOnlySharesItsPostalCode) {
+    addStreets({{"28000020", "ROSAL", "CL", "28770", {1, 9999}, {2, 9998}, "28", "9", ""},
+                {"28000021", "ROSAL", "PZ", "28770", {1, 9999}, {2, 9998}, "28", "9", "28144"}});
+    const auto found = suggest("rosal", "", "28144");
+    ASSERT_GE(found.size(), 2U);
+    EXPECT_EQ(found[0].type, "PZ");
+    EXPECT_EQ(found[1].type, "CL");
 }
 
 TEST_F(StreetSuggestions, ShortFormsOfOneLetterAreWrittenOut) {
@@ -216,12 +229,41 @@ TEST_F(StreetSuggestions, StreetsOfAPostalCodeAndOfAProvinceAreFoundToo) {
     EXPECT_EQ(ofProvince[1].municipality, "MADRID"); // the only one with 28001
 }
 
+TEST_F(StreetSuggestions, MunicipalityWithoutACodeOwnsNoStreets) {
+    addMunicipalities({{"", "28999", "SIN CODIGO"}});
+    const auto found = suggestions.streets({.text = "velazqez", .postalCode = "28001"});
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found.front().ineCode, "28079");
+    EXPECT_EQ(found.front().municipality, "MADRID");
+}
+
 TEST_F(StreetSuggestions, UncertainMunicipalityIsSettledByTheStreet) {
     const auto found = suggestions.addresses({.municipality = {"madird"}, .street = "velazqez"});
     ASSERT_FALSE(found.empty());
     EXPECT_EQ(found.front().ineCode, "28079");
     EXPECT_EQ(found.front().name, "VELAZQUEZ");
     EXPECT_LT(found.front().points, 0.9);
+}
+
+TEST_F(StreetSuggestions, AsManyAreGivenAsAreWanted) {
+    const AddressQuery address{.municipality = {"madird"}, .street = "velazqez"};
+    const StreetQuery street{.text = "velazqez", .ineCode = "28079"};
+    EXPECT_TRUE(suggestions.addresses(address, 0).empty());
+    EXPECT_TRUE(suggestions.streets(street, 0).empty());
+    EXPECT_TRUE(suggestions.municipalities({"madird"}, 0).empty());
+    EXPECT_EQ(suggestions.addresses(address, 1).size(), 1U);
+    std::vector<postal_tests::StreetRow> rows;
+    for (int i = 0; i < 60; ++i) { // the best comes last in the order of the names
+        rows.push_back({std::to_string(28001000 + i), "PINAR SETA " + std::to_string(10 + i), "CL", "28001"});
+    }
+    rows.push_back({"28001999", "PINAR ZETA", "CL", "28001"});
+    addStreets(rows);
+    for (const std::size_t most : {std::size_t{1}, std::size_t{100}, std::size_t{1} << 62, SIZE_MAX}) {
+        const auto found = suggestions.streets({.text = "pinar zeta", .ineCode = "28079"}, most);
+        ASSERT_FALSE(found.empty());
+        EXPECT_EQ(found.front().name, "PINAR ZETA") << most;
+        EXPECT_TRUE(std::ranges::is_sorted(found, std::greater<>(), &SuggestedStreet::points)) << most;
+    }
 }
 
 TEST_F(StreetSuggestions, MatchingLettersOfTheStreetAreMarked) {

@@ -5,6 +5,7 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <filesystem>
 #include <new>
 
 #include <sys/mman.h>
@@ -78,6 +79,23 @@ TEST_F(SuggestionsFollowTables, RenamedMunicipalityIsFoundByItsNewName) {
     table.post();
     EXPECT_TRUE(suggestions.municipalities({"malaga"}).empty());
     EXPECT_EQ(suggestions.municipalities({"picaso"}).front().name, "PICASSO");
+}
+
+TEST_F(SuggestionsFollowTables, StreetOfACodeIsSuggestedWhicheverMunicipalitySharesItNow) {
+    Suggestions suggestions;
+    for (const StreetQuery& query : {StreetQuery{.text = "velasques", .postalCode = "28001"},
+                                     StreetQuery{.text = "velasques", .province = "28"}}) {
+        const auto found = suggestions.streets(query);
+        ASSERT_EQ(found.size(), 1U);
+        EXPECT_EQ(found.front().ineCode, "28079");
+    }
+    addMunicipalities({{"28144", "28001", "SOTO"}});
+    for (const StreetQuery& query : {StreetQuery{.text = "velasques", .postalCode = "28001"},
+                                     StreetQuery{.text = "velasques", .province = "28"}}) {
+        const auto found = suggestions.streets(query);
+        ASSERT_EQ(found.size(), 1U);
+        EXPECT_EQ(found.front().ineCode, "") << "it may be a street of either";
+    }
 }
 
 TEST_F(SuggestionsFollowTables, ProvinceIsReadInPiecesBeforeTheFirstQuestion) {
@@ -223,10 +241,18 @@ TEST_F(SuggestionsFollowTables, AnswersWhileAnotherStationWritesWithoutPauseAreA
     // Nor do the questions keep the other station from writing: each proof is about later rows.
 }
 
-TEST_F(SuggestionsFollowTables, MissingTableOfTypesOnlyCostsTheOrder) {
-    dbase::Dataset("DB", "TIPO_VIA");
+TEST_F(SuggestionsFollowTables, MissingTableOfTypesOnlyCostsTheOrderUntilItIsThere) {
+    addStreetTypes({{"ZZ", "AVENIDA"}});
+    addStreets({{"28000003", "SERRANO", "ZZ", "28001"}});
+    const auto firstType = [](Suggestions& suggestions) {
+        return suggestions.streets({.text = "avenida serano", .ineCode = "28079"}).front().type;
+    };
+    const std::filesystem::path table(folder / "TIPO_VIA.DBF"), away(folder / "AWAY");
+    std::filesystem::rename(table, away);
     Suggestions suggestions;
-    EXPECT_EQ(first(suggestions, "calle serano"), "SERRANO");
+    EXPECT_EQ(firstType(suggestions), "CL");
+    std::filesystem::rename(away, table);
+    EXPECT_EQ(firstType(suggestions), "ZZ");
 }
 
 } // namespace
