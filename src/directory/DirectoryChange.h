@@ -80,7 +80,7 @@ struct LoadSummary {
     std::uint64_t streetRows = 0;         // of POSTAL that the edition has
     ChangeCounts streets, municipalities; // rows of POSTAL and MUNICIPI
     std::uint64_t renamed = 0, otherCode = 0, otherRange = 0; // among the rows of POSTAL that change
-    std::uint64_t kept = 0; // rows of the edition not taken because of the users' rows, conflicts or not
+    std::uint64_t kept = 0; // rows of the edition not taken, or cut, because of the users', conflicts or not
     std::uint64_t conflicts = 0;
     std::map<PlaceCode, MunicipalitySummary> byMunicipality;        // those that have any of it
     std::map<std::string, std::uint64_t, std::less<>> unknownTypes; // abbreviations, Windows-1252

@@ -14,10 +14,8 @@
 #include "directory/ChangesApart.h"
 #include "directory/DirectoryRecords.h"
 #include "directory/DirectoryStoring.h"
-#include "directory/EditionLosses.h"
-#include "directory/PlaceDifference.h"
+#include "directory/EditionDifference.h"
 #include "directory/StoredState.h"
-#include "directory/StreetDifference.h"
 #include "loading/failure.h"
 
 namespace ambrel::directory {
@@ -112,37 +110,14 @@ void DirectoryLoading::begin() {
     }
 }
 
-LoadSummary DirectoryLoading::run(RangeOpening opening, const StoredTables& tables, StoredState state,
-                                  TableChanges& changes, const LoadObserver& observer) {
-    LoadSummary summary;
-    LoadTally tally(summary, observer);
-    const EarlierEdition& earlier = state.earlier;
-    summary.previousEdition = earlier.date;
-    summary.isOlder = !edition_->date().empty() && edition_->date() < earlier.date;
-    PlaceDifference(*edition_, earlier, state.places, tables, changes, tally).compare();
-    StreetDifference difference(*edition_, earlier, state.streets, tables, changes, tally);
-    StreetTypeCodes types(types_);
-    edition_->forEachStreet(opening, types, [&](const OfficialStreet& street) {
-        summary.streetRows += street.rows.size();
-        summary.shortenedNames += street.wholeName.empty() ? 0 : street.rows.size();
-        for (const JoinedStretch& row : street.rows) {
-            summary.openedRows += row.opened != JoinedStretch().opened ? 1 : 0;
-        }
-        difference.compare(street);
-    });
-    difference.finish();
-    summary.unknownTypes = types.unknown();
-    summary.unlikelyLosses = unlikelyLosses(*edition_, earlier, summary);
-    return summary;
-}
-
 LoadSummary DirectoryLoading::simulate(RangeOpening opening, const LoadObserver& observer) {
     dbase::completeExchange(folder_);
     const auto streets = rowsOf(folder_, "POSTAL"), places = rowsOf(folder_, "MUNICIPI"),
                provenance = dbase::findTableFile(folder_, "PROCEDEN") ? rowsOf(folder_, "PROCEDEN") : nullptr;
     NoTableChanges changes;
     const StoredTables tables{streets.get(), places.get(), provenance.get()};
-    return run(opening, tables, readStoredState(tables, observer.progress), changes, observer);
+    return compareEdition(*edition_, opening, types_, tables, readStoredState(tables, observer.progress),
+                          changes, observer);
 }
 
 LoadSummary DirectoryLoading::store(RangeOpening opening, const std::string& undoFile,
@@ -156,12 +131,14 @@ LoadSummary DirectoryLoading::store(RangeOpening opening, const std::string& und
     }
     const std::unique_ptr<Held> held = std::move(held_);
     held->storing.keepUndo(undoFile, "callejero cargar, " + edition_->date());
-    LoadSummary summary = run(opening, held->storing.present(), held->state.get(), held->changes, observer);
+    LoadSummary summary = compareEdition(*edition_, opening, types_, held->storing.present(),
+                                         held->state.get(), held->changes, observer);
     if (!summary.unlikelyLosses.empty() && !edition_->isTakenAsWhole()) {
         throw Failure(summary.unlikelyLosses +
                       "Parece que un fichero está cortado o es de otra edición. No se ha cargado nada; si es "
                       "lo que quiere, dé --aunque-falten.");
     }
+    const auto forgotten = std::async([this] { edition_->forgetStreets(); });
     held->changes.finish();
     held->storing.commit(observer.progress);
     return summary;

@@ -10,10 +10,6 @@
 
 namespace ambrel::directory {
 
-struct StoredTables;
-class TableChanges;
-struct StoredState;
-
 /// Loads an edition, and the next one over it. Rows that an edition brought, as PROCEDEN says, and that
 /// nobody has touched since, follow the office: they change, go and come. All other rows of POSTAL and
 /// MUNICIPI stay as they are.
@@ -35,17 +31,14 @@ public:
     [[nodiscard]] const Edition& edition() const { return *edition_; }
     /// What would be stored; changes nothing, and lets others work.
     [[nodiscard]] LoadSummary simulate(RangeOpening opening, const LoadObserver& observer = {});
-    /// Stores it: whatever the moment of a power cut, POSTAL, PROCEDEN and MUNICIPI are all as before or all
-    /// as afterwards. `undoFile`: a new file from which loading::undo() takes it back; empty for none.
+    /// Stores it, once: whatever the moment of a power cut, POSTAL, PROCEDEN and MUNICIPI are all as before
+    /// or all as afterwards. `undoFile`: a new file from which loading::undo() takes it back; empty for none.
     /// Errors: dbase::Error, with nothing changed, such as LockTimeout if a program has one of the tables
     /// open; what the observer throws.
     LoadSummary store(RangeOpening opening, const std::string& undoFile, const LoadObserver& observer = {});
 
 private:
     struct Held;
-
-    [[nodiscard]] LoadSummary run(RangeOpening opening, const StoredTables& tables, StoredState state,
-                                  TableChanges& changes, const LoadObserver& observer);
 
     std::string folder_;
     std::vector<StreetTypeRow> types_;

@@ -2,8 +2,10 @@
 #include "directory/DirectoryPage.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 
+#include "directory/EditionWarnings.h"
 #include "directory/LeadingZeros.h"
 #include "loading/ansi_text.h"
 #include "report/Page.h"
@@ -38,8 +40,10 @@ constexpr std::array<ListText, DirectoryReport::conflictKinds> conflictTexts{{
                               "la oficina también ha cambiado."},
     {"Borradas por alguien", "Filas de una edición anterior que alguien ha borrado, y que la oficina ha "
                              "cambiado."},
-    {"Vías propias", "Vías añadidas a mano, o por otra importación, con otro código o menos números que los "
-                     "de la oficina."},
+    {"Vías propias",
+     "Vías añadidas o cambiadas a mano, o de otra importación, con otro código o menos números "
+     "que los de la oficina. La fila de la oficina no se añade o, si ya estaba, se queda sin "
+     "los números de la suya."},
     {"Municipios propios", "Filas de MUNICIPI que no vienen de una edición, o que alguien ha cambiado, y no "
                            "dicen lo mismo que la oficina."},
 }};
@@ -48,6 +52,23 @@ std::string openingText(RangeOpening opening) {
     return opening == RangeOpening::None   ? "como vienen"
            : opening == RangeOpening::Ends ? "extremos abiertos"
                                            : "extremos y huecos abiertos";
+}
+
+/// With a capital letter and a full stop; each line shown by itself.
+std::string sentence(const std::string& text) {
+    constexpr std::string_view opening = "¿";
+    std::string result;
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        result += (result.empty() ? "" : "\n") + shownText(line, 2000);
+        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+    }
+    const std::size_t first = result.starts_with(opening) ? opening.size() : 0;
+    if (first < result.size() && result[first] >= 'a' && result[first] <= 'z') {
+        result[first] = static_cast<char>(result[first] - 'a' + 'A');
+    }
+    return result + '.';
 }
 
 std::uint64_t moved(const MunicipalitySummary& one) { return one.comes + one.goes + one.changes; }
@@ -111,6 +132,7 @@ private:
         if (run_.isTrial) {
             head.notice("Simulación.", "No se ha cambiado nada: esto es lo que pasaría.");
         }
+        drawWarnings(head);
         const ChangeCounts& streets = summary_.streets;
         head.keyFigures(
             {{grouped(streets.comes), "Vienen", "filas nuevas de POSTAL"},
@@ -120,7 +142,7 @@ private:
                   grouped(summary_.otherRange) + " de números"},
              {grouped(summary_.conflicts), "Conflictos", "queda lo que había"},
              {grouped(summary_.streetRows), "Filas de la edición", "vías y tramos"},
-             {grouped(summary_.kept), "No tomadas", "por filas que son suyas"},
+             {grouped(summary_.kept), "No tomadas", "o no enteras, por filas que son suyas"},
              {grouped(summary_.openedRows), "Con algún extremo abierto",
               percentage(summary_.openedRows, summary_.streetRows) + " de la edición"},
              {grouped(changedMunicipalities()), "Filas de MUNICIPI",
@@ -128,6 +150,17 @@ private:
                   " se van, " + grouped(summary_.municipalities.changes) + " cambian"}});
         if (provinces_.empty() && changedMunicipalities() == 0) {
             head.notice("Sin cambios.", "Las tablas ya dicen lo que dice esta edición.");
+        }
+    }
+
+    void drawWarnings(PageBlock& head) {
+        std::vector<std::string> sentences = run_.warnings;
+        std::ranges::copy(warningsOf(notes_, summary_), std::back_inserter(sentences));
+        for (std::string& one : sentences) {
+            one = sentence(one);
+        }
+        if (!sentences.empty()) {
+            head.notices(sentences.size() == 1 ? "Aviso." : "Avisos.", sentences);
         }
     }
 

@@ -142,6 +142,22 @@ std::span<const char> StreetRecord::write(std::uint32_t key, const OfficialStree
     return form_.record();
 }
 
+bool StreetRecord::says(std::span<const char> record, std::uint32_t key, const OfficialStreet& street,
+                        const JoinedStretch& row) const {
+    const PlaceCode place = placeOf(street.id);
+    bool hasBounds = true;
+    for (std::size_t i = 0; i < row.bounds.size(); ++i) {
+        hasBounds = hasBounds && form_.hasNumber(street::FirstBound + i, record, row.bounds[i]);
+    }
+    return hasBounds && form_.hasText(street::Name, record, street.name) &&
+           form_.hasDigits(street::PostalCode, record, row.postalCode, 5) &&
+           form_.hasDigits(street::Province, record, row.postalCode / 1000, 2) &&
+           form_.hasText(street::Capital, record, isCapital(place) ? capitalMark : localityMark) &&
+           form_.hasText(street::Type, record, street.type) &&
+           form_.hasText(street::Municipality, record, street.municipality) &&
+           form_.hasDigits(street::Key, record, key, 8) && form_.hasDigits(street::Place, record, place, 5);
+}
+
 ProvenanceRecord::ProvenanceRecord(const dbase::Schema& schema)
     : form_(schema, {"CODIGO1", "FUENTE", "EDICION", "CLAVE", "LINEA", "ABIERTO", "ABREVIADO"},
             {"HUELLA", "NOMBRE"}) {}

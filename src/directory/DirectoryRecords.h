@@ -39,6 +39,10 @@ public:
     /// columns it keeps; empty for none.
     [[nodiscard]] std::span<const char> write(std::uint32_t key, const OfficialStreet& street,
                                               const JoinedStretch& row, std::span<const char> base = {});
+    /// Whether a record's columns that an edition fills are, byte by byte, those that write() would write.
+    /// Seen much faster than by writing.
+    [[nodiscard]] bool says(std::span<const char> record, std::uint32_t key, const OfficialStreet& street,
+                            const JoinedStretch& row) const;
 
 private:
     RecordForm form_;

@@ -21,6 +21,8 @@ struct DirectoryRun {
     std::vector<unsigned> provinces = {}; // those that were wanted; empty: all
     RangeOpening opening = RangeOpening::Ends;
     bool isTrial = false; // nothing was changed
+    /// Noticed before the files were read; as warningsOf() has those that were noticed in them.
+    std::vector<std::string> warnings = {};
     /// The name of a province of two digits, both in Windows-1252; empty if there is none.
     std::function<std::string(const std::string&)> provinceName = {};
     std::time_t begun = std::time(nullptr);

@@ -1,6 +1,9 @@
 // Holds the three tables, and writes each row twice: into its table and into the undo file.
 #include "directory/DirectoryStoring.h"
 
+#include <algorithm>
+#include <future>
+
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/system/folders.h"
@@ -107,13 +110,19 @@ void DirectoryStoring::erase(DirectoryTable table, dbase::RecordNumber number, s
     }
 }
 
+// The disk takes long, and summing long files does: both go on beside each other.
 void DirectoryStoring::commit(const LoadingProgress& progress) {
-    for (Part& part : parts_) {
-        part.writing->finish(progress);
+    std::vector<std::future<void>> settling;
+    for (std::size_t i = 0; i < parts_.size(); ++i) {
+        dbase::TableReplacement& files = exchange_.table(i);
+        parts_.at(i).writing->finish(progress);
+        settling.push_back(std::async([&files] { files.settle(); }));
+        settling.push_back(std::async([&files] { files.sumOld(); }));
     }
     if (undo_) {
         undo_->sync();
     }
+    std::ranges::for_each(settling, &std::future<void>::get);
     exchange_.commit();
     isCommitted_ = true;
 }

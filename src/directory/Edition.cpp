@@ -19,18 +19,36 @@ namespace {
 
 using loading::Failure;
 
+/// Which one is wanted nobody can know: they may be of several provinces, or of several editions.
+[[noreturn]] void refuseSeveral(const std::string& path, FileKind kind,
+                                std::span<const OfficialFile* const> files) {
+    std::string names;
+    for (const OfficialFile* const file : files) {
+        names += (names.empty() ? "" : ", ") + file->name.substr(path.size() + std::string(": ").size());
+    }
+    throw Failure(path + ": hay dentro varios ficheros de " + kindName(kind) + " (" + names +
+                  "); saque el que quiera, o deje uno solo");
+}
+
 /// The file of a kind at a path: the only one there, or in a ZIP the one of that kind.
 OfficialFile fileOfKind(const std::string& path, FileKind kind) {
     std::vector<OfficialFile> files = officialFiles(path);
     if (files.size() == 1) {
         return files.front();
     }
+    std::vector<const OfficialFile*> ofKind;
     for (const OfficialFile& file : files) {
         if (const auto layout = findLayout(file); layout && layout->kind == kind) {
-            return file;
+            ofKind.push_back(&file);
         }
     }
-    throw Failure(path + ": no hay dentro ningún fichero de " + kindName(kind));
+    if (ofKind.empty()) {
+        throw Failure(path + ": no hay dentro ningún fichero de " + kindName(kind));
+    }
+    if (ofKind.size() > 1) {
+        refuseSeveral(path, kind, ofKind);
+    }
+    return *ofKind.front();
 }
 
 /// Position of a column by any of its names; the size if there is none.
@@ -222,7 +240,7 @@ void Edition::requireListed() const {
 void Edition::noteOtherDates() {
     for (const auto& [file, date] : dates_) {
         if (!date.empty() && !date_.empty() && date != date_) {
-            notes_.otherDates.push_back(file + " es de la edición de " + date +
+            notes_.otherDates.push_back("el fichero " + file + " es de la edición de " + date +
                                         ", y los tramos son de la de " + date_);
         }
     }
@@ -232,7 +250,7 @@ void Edition::take(const StretchLine& line, std::uint64_t number) {
     hasProvince_.at(line.place / 1000) = true;
     places_.addCode(line.place, line.unit, line.postalCode);
     if (files_.units.empty() && !places_.hasUnit(line.place, line.unit)) {
-        places_.addUnit(line.place, line.unit, line.entity, line.nucleus);
+        places_.addUnit(line.place, line.unit, line.entity(), line.nucleus());
     }
     if (line.pseudo != 0 && files_.pseudoStreets.empty()) {
         ++notes_.ofPseudoStreets;
@@ -245,7 +263,7 @@ void Edition::take(const StretchLine& line, std::uint64_t number) {
     }
     if (!isListed_) {
         ++unlistedCount_;
-        unlisted_.add(id, {}, plainCapitals(isOfPseudo ? line.pseudoName : line.streetName));
+        unlisted_.add(id, {}, plainCapitals(isOfPseudo ? line.pseudoName() : line.streetName()));
     }
     stretches_.push_back(
         {id, {line.postalCode, line.numbering, line.first, line.last, static_cast<std::uint32_t>(number)}});
@@ -290,6 +308,7 @@ void Edition::joinMunicipality(std::span<Stored> stretches, RangeOpening opening
         names.add(directory::keyOf(id), std::string((listed != nullptr ? streets_ : unlisted_).name(*entry)));
     }
     result.names = names.settle();
+    const std::string& municipality = places_.municipality(placeOf(stretches.front().id));
     std::vector<ObservedStretch> observed;
     std::vector<JoinedStretch> rows;
     for (std::size_t i = 0; i < streets.size(); ++i) {
@@ -301,7 +320,7 @@ void Edition::joinMunicipality(std::span<Stored> stretches, RangeOpening opening
             joinStretches(observed, opening, rows);
             std::ranges::copy(rows, std::back_inserter(result.rows));
             street.name = name;
-            street.municipality = places_.municipality(placeOf(street.id));
+            street.municipality = municipality;
             street.isListed = entries[i] != nullptr;
             street.type = types.codeOf(entries[i] != nullptr ? streets_.type(*entries[i]) : std::string());
             if (entries[i] != nullptr && name != streets_.name(*entries[i])) {
@@ -344,6 +363,12 @@ bool Edition::joinNext(std::size_t& begin, RangeOpening opening, StreetTypeCodes
     }
     begin = end;
     return true;
+}
+
+void Edition::forgetStreets() {
+    streets_ = StreetIndex();
+    unlisted_ = StreetIndex();
+    stretches_ = std::vector<Stored>(); // {} would keep its room
 }
 
 void Edition::forEachStreet(RangeOpening opening, StreetTypeCodes& types, const StreetUse& use) {

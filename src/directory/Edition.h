@@ -49,6 +49,8 @@ public:
     /// Visits the streets that have stretches, in the order of their numbers. Another thread joins their
     /// stretches meanwhile: `use` must leave places, notes and types alone.
     void forEachStreet(RangeOpening opening, StreetTypeCodes& types, const StreetUse& use);
+    /// Gives back their memory, which takes a while. Date, notes and places stay.
+    void forgetStreets();
 
 private:
     struct Stored {

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "loading/counted.h"
+#include "dbase/system/counted.h"
 
 namespace ambrel::directory {
 namespace {
@@ -87,7 +87,7 @@ std::string badLinesText(const OfficialFile& file, const ReadCounts& counts) {
     }
     if (counts.badCount > counts.bad.size()) {
         text += '\n' + file.name + ": y " +
-                loading::counted(counts.badCount - counts.bad.size(), "línea más", "líneas más") +
+                dbase::counted(counts.badCount - counts.bad.size(), "línea más", "líneas más") +
                 " que no se entienden";
     }
     return text;

@@ -11,7 +11,7 @@ public:
 
     void change(const DirectoryChange& change);
     void conflict(const DirectoryConflict& conflict);
-    /// A row of the edition is not taken, because of one of the users'.
+    /// A row of the edition is not taken, or not with all its numbers, because of one of the users'.
     void keep() { ++summary_.kept; }
 
 private:

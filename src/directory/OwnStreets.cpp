@@ -60,6 +60,19 @@ std::uint32_t numbersCovered(const Bounds& bounds, std::span<const Bounds> other
     return covered;
 }
 
+Bounds boundsOfSides(const Bounds& bounds) {
+    Bounds result{};
+    for (const std::size_t side : {0U, 2U}) {
+        const std::uint32_t least = side == 0 ? 1 : 2, parity = least % 2;
+        const std::uint32_t first = std::max<std::uint32_t>(bounds[side], least), last = bounds[side + 1];
+        if (first <= last) {
+            result[side] = static_cast<std::uint16_t>(first + (first % 2 != parity ? 1 : 0));
+            result[side + 1] = static_cast<std::uint16_t>(last - (last % 2 != parity ? 1 : 0));
+        }
+    }
+    return result;
+}
+
 void OwnStreets::add(PlaceCode place, std::string_view name, dbase::RecordNumber record) {
     rows_.push_back({place, record, hashOf(name)});
 }

@@ -18,6 +18,10 @@ namespace ambrel::directory {
 /// How many of them some of the others have.
 [[nodiscard]] std::uint32_t numbersCovered(const Bounds& bounds, std::span<const Bounds> others);
 
+/// The same numbers with bounds of their side. Users' bounds may be missing, or of the other side: look-ups
+/// find each odd number between those of the odd side, and so on.
+[[nodiscard]] Bounds boundsOfSides(const Bounds& bounds);
+
 /// Filled row by row; asked after finish().
 class OwnStreets {
 public:

@@ -10,7 +10,12 @@
 namespace ambrel::directory {
 namespace {
 
-constexpr std::string_view openedSigns = "-EH"; // in the order of RangeOpening
+constexpr std::string_view openedSigns = "-EHC"; // in the order of RangeOpening, and then: cut
+constexpr std::size_t cutSign = 3;
+
+std::size_t signOf(const JoinedStretch& row, std::size_t bound) {
+    return row.cut.at(bound) ? cutSign : static_cast<std::size_t>(row.opened.at(bound));
+}
 
 auto orderOf(const EarlierRow& row) { return std::tie(row.street, row.postalCode, row.ordinal, row.key); }
 
@@ -29,9 +34,9 @@ EarlierRow earlierRow(const ProvenanceRow& row, const OfficialKey& official, dba
 
 std::string openedText(const JoinedStretch& row) {
     std::string text;
-    std::ranges::transform(row.opened, std::back_inserter(text), [](RangeOpening opening) {
-        return openedSigns[static_cast<std::size_t>(opening)];
-    });
+    for (std::size_t bound = 0; bound < row.bounds.size(); ++bound) {
+        text += openedSigns[signOf(row, bound)];
+    }
     return text;
 }
 
@@ -44,10 +49,10 @@ std::uint8_t packed(std::string_view openedText) {
     return static_cast<std::uint8_t>(result & 0xFFU);
 }
 
-std::uint8_t packed(const std::array<RangeOpening, 4>& opened) {
+std::uint8_t packed(const JoinedStretch& row) {
     unsigned result = 0;
-    for (const RangeOpening one : opened) {
-        result = result << 2 | static_cast<unsigned>(one);
+    for (std::size_t bound = 0; bound < row.bounds.size(); ++bound) {
+        result = result << 2 | static_cast<unsigned>(signOf(row, bound));
     }
     return static_cast<std::uint8_t>(result);
 }

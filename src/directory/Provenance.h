@@ -50,7 +50,7 @@ struct EarlierEdition {
 /// ABIERTO.
 [[nodiscard]] std::string openedText(const JoinedStretch& row);
 [[nodiscard]] std::uint8_t packed(std::string_view openedText);
-[[nodiscard]] std::uint8_t packed(const std::array<RangeOpening, 4>& opened);
+[[nodiscard]] std::uint8_t packed(const JoinedStretch& row);
 
 /// Whether a PROCEDEN of an earlier version lacks columns. Errors: dbase::Error.
 [[nodiscard]] bool lacksColumns(const std::string& tableFile);

@@ -21,6 +21,28 @@ std::string_view withoutBlanks(std::string_view raw) {
     return dbase::trimmedLeft(dbase::trimmedRight(raw, dbase::isBlank), dbase::isBlank);
 }
 
+/// Many at a time, as for withoutBlanks().
+bool isBlank(std::string_view raw) {
+    constexpr std::string_view word = "                ";
+    while (raw.size() > word.size() && raw.starts_with(word)) {
+        raw.remove_prefix(word.size());
+    }
+    return word.starts_with(raw);
+}
+
+/// The last digits of a number, with leading zeros.
+struct Digits {
+    Digits(std::uint32_t value, std::size_t size) : width(size) {
+        for (std::size_t i = width; i > 0; value /= 10) {
+            signs.at(--i) = static_cast<char>('0' + value % 10);
+        }
+    }
+    [[nodiscard]] std::string_view text() const { return {signs.data(), width}; }
+
+    std::array<char, 10> signs{};
+    std::size_t width;
+};
+
 } // namespace
 
 RecordForm::RecordForm(const dbase::Schema& schema, std::initializer_list<const char*> columns,
@@ -65,6 +87,28 @@ Fingerprint RecordForm::fingerprint(std::span<const char> record) const {
     return sum;
 }
 
+bool RecordForm::hasText(std::size_t column, std::span<const char> record, std::string_view value) const {
+    const std::string_view text = raw(column, record);
+    return text.starts_with(value) && isBlank(text.substr(value.size()));
+}
+
+bool RecordForm::hasDigits(std::size_t column, std::span<const char> record, std::uint32_t value,
+                           std::size_t width) const {
+    return hasText(column, record, Digits(value, width).text());
+}
+
+bool RecordForm::hasNumber(std::size_t column, std::span<const char> record, std::uint32_t value) const {
+    std::string_view text = raw(column, record);
+    do {
+        if (!text.ends_with(static_cast<char>('0' + value % 10))) {
+            return false;
+        }
+        text.remove_suffix(1);
+        value /= 10;
+    } while (value > 0);
+    return isBlank(text);
+}
+
 void RecordForm::begin(std::span<const char> record) {
     if (record.empty()) {
         std::ranges::fill(record_, ' ');
@@ -78,11 +122,7 @@ void RecordForm::setText(std::size_t column, std::string_view value) {
 }
 
 void RecordForm::setDigits(std::size_t column, std::uint32_t value, std::size_t width) {
-    std::array<char, 10> text{};
-    for (std::size_t i = width; i > 0; value /= 10) {
-        text.at(--i) = static_cast<char>('0' + value % 10);
-    }
-    dbase::encodeText(room(column), {text.data(), width});
+    dbase::encodeText(room(column), Digits(value, width).text());
 }
 
 void RecordForm::setNumber(std::size_t column, std::int64_t value) {

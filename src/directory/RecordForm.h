@@ -32,6 +32,13 @@ public:
     /// FNV-1a of the listed columns in their order, each without blanks around it and followed by a tab.
     [[nodiscard]] Fingerprint fingerprint(std::span<const char> record) const;
 
+    // --- Whether a column of a record holds exactly what the functions below would write
+    [[nodiscard]] bool hasText(std::size_t column, std::span<const char> record,
+                               std::string_view value) const;
+    [[nodiscard]] bool hasDigits(std::size_t column, std::span<const char> record, std::uint32_t value,
+                                 std::size_t width) const;
+    [[nodiscard]] bool hasNumber(std::size_t column, std::span<const char> record, std::uint32_t value) const;
+
     // --- The record that is being written
     /// Begins with blank columns, or with those of another record.
     void begin(std::span<const char> record = {});

@@ -16,23 +16,28 @@ bool isOfProvince(std::optional<unsigned> code) {
 
 /// Writing in UTF-8 moves all columns after the first letter that ISO-8859-1 has and ASCII lacks.
 bool looksLikeUtf8(std::string_view text) {
-    for (std::size_t at = 0; at + 1 < text.size(); ++at) {
-        const auto lead = static_cast<unsigned char>(text[at]),
-                   next = static_cast<unsigned char>(text[at + 1]);
-        if ((lead == 0xC2 || lead == 0xC3) && (next & 0xC0U) == 0x80U) {
-            return true;
+    for (const char lead : {'\xC2', '\xC3'}) {
+        for (std::size_t at = text.find(lead); at < text.size(); at = text.find(lead, at + 1)) {
+            if (at + 1 < text.size() && (static_cast<unsigned char>(text[at + 1]) & 0xC0U) == 0x80U) {
+                return true;
+            }
         }
     }
     return false;
 }
 
-/// Whether all are printable signs of ASCII, as in nearly every line; many at a time.
-bool isPlainAscii(std::string_view text) {
+struct Signs {
+    bool areAscii, areText; // areText: none is below the blank
+};
+
+/// Many at a time.
+Signs signsOf(std::string_view text) {
     constexpr std::uint64_t highBits = 0x8080808080808080, blanks = 0x2020202020202020;
-    std::array<std::uint64_t, 4> words{}, unusual{};
+    std::array<std::uint64_t, 4> words{}, all{}, below{};
     const auto look = [&] {
         for (std::size_t i = 0; i < words.size(); ++i) {
-            unusual[i] |= words[i] | (words[i] - blanks); // one below the blank borrows
+            all[i] |= words[i];
+            below[i] |= (words[i] - blanks) & ~words[i]; // one below the blank borrows
         }
     };
     for (; text.size() >= sizeof words; text.remove_prefix(sizeof words)) {
@@ -44,17 +49,20 @@ bool isPlainAscii(std::string_view text) {
         std::memcpy(words.data(), text.data(), text.size());
     }
     look();
-    return ((unusual[0] | unusual[1] | unusual[2] | unusual[3]) & highBits) == 0;
+    const auto hasHighBit = [](const std::array<std::uint64_t, 4>& of) {
+        return ((of[0] | of[1] | of[2] | of[3]) & highBits) != 0;
+    };
+    return {!hasHighBit(all), !hasHighBit(below)};
 }
 
 Refusal refusalOfText(std::string_view text) {
-    if (isPlainAscii(text)) {
-        return nullptr;
-    }
-    if (std::ranges::any_of(text, [](char sign) { return static_cast<unsigned char>(sign) < 0x20; })) {
+    const Signs signs = signsOf(text);
+    if (!signs.areText) {
         return "el nombre lleva signos que no son texto";
     }
-    return looksLikeUtf8(text) ? "parece escrita en UTF-8; los ficheros están en ISO-8859-1" : nullptr;
+    return !signs.areAscii && looksLikeUtf8(text)
+               ? "parece escrita en UTF-8; los ficheros están en ISO-8859-1"
+               : nullptr;
 }
 
 Refusal readPlace(const FixedLine& line, PlaceCode& place) {
@@ -148,10 +156,7 @@ Refusal read(const FixedLine& line, StretchLine& stretch) {
     if (const Refusal refusal = readNumbers(line, stretch)) {
         return refusal;
     }
-    stretch.entity = line.text(111, 135);
-    stretch.nucleus = line.text(136, 160);
-    stretch.streetName = line.text(166, 190);
-    stretch.pseudoName = line.text(196, 245);
+    stretch.line = line;
     return refusalOfText(line.raw(86, 245));
 }
 

@@ -25,8 +25,14 @@ struct StretchLine {
     Numbering numbering = Numbering::None;
     std::uint16_t first = 0, last = 0; // of one parity; 0 without numbers
     char firstLetter = ' ', lastLetter = ' ';
-    std::string_view entity, nucleus;        // short names
-    std::string_view streetName, pseudoName; // the street's cut at 25 characters
+    FixedLine line = FixedLine({});
+
+    // Names are seldom asked for. Short ones:
+    [[nodiscard]] std::string_view entity() const { return line.text(111, 135); }
+    [[nodiscard]] std::string_view nucleus() const { return line.text(136, 160); }
+    [[nodiscard]] std::string_view streetName() const { return line.text(166, 190); }
+    // In full:
+    [[nodiscard]] std::string_view pseudoName() const { return line.text(196, 245); }
 };
 
 /// A line of VIAS.

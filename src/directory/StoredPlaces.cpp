@@ -58,10 +58,11 @@ std::vector<StoredPlace> readStoredPlaces(const StoredRows& table, EarlierEditio
     const auto placeOfEarlier = [](const EarlierPlace& row) { return row.official.place; };
     for (std::span<EarlierPlace> left = earlier.places; !left.empty();) {
         const PlaceCode place = placeOfEarlier(left.front());
-        const auto its = std::ranges::equal_range(stored, place, {}, &StoredPlace::place);
+        const auto first = std::ranges::lower_bound(stored, place, {}, &StoredPlace::place);
+        const auto last = std::ranges::upper_bound(stored, place, {}, &StoredPlace::place);
         const auto end = std::ranges::upper_bound(left, place, {}, placeOfEarlier);
         const auto size = static_cast<std::size_t>(end - left.begin());
-        findEarlier(left.first(size), {its.begin(), its.end()});
+        findEarlier(left.first(size), {first, last});
         left = left.subspan(size);
     }
     for (EarlierPlace& one : earlier.places) {

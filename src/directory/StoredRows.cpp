@@ -25,19 +25,25 @@ auto StoredRows::read(const Operation& operation) const {
     return table_ ? table_->read(operation) : operation();
 }
 
+dbase::RecordNumber StoredRows::readFrom(dbase::RecordNumber first, std::span<char> bytes) const {
+    const std::size_t length = schema().recordLength;
+    return read([&] {
+        const dbase::RecordNumber count = recordCount(),
+                                  most = static_cast<dbase::RecordNumber>(bytes.size() / length),
+                                  rows = first > count ? 0 : std::min(most, count - first + 1);
+        if (rows > 0) {
+            records().file().read(records().offsetOf(first), bytes.first(rows * length));
+        }
+        return rows;
+    });
+}
+
 void StoredRows::forEach(const Visit& visit, const Visit& visitDeleted) const {
     constexpr dbase::RecordNumber slice = 4096;
     const std::size_t length = schema().recordLength;
     std::vector<char> bytes(slice * length);
     for (dbase::RecordNumber first = 1; first != 0;) {
-        const dbase::RecordNumber size = read([&] {
-            const dbase::RecordNumber count = recordCount();
-            const dbase::RecordNumber rows = first > count ? 0 : std::min(slice, count - first + 1);
-            if (rows > 0) {
-                records().file().read(records().offsetOf(first), std::span(bytes).first(rows * length));
-            }
-            return rows;
-        });
+        const dbase::RecordNumber size = readFrom(first, bytes);
         for (dbase::RecordNumber i = 0; i < size; ++i) {
             const std::span<const char> row = std::span(bytes).subspan(i * length, length);
             if (row.front() != dbase::deletedMark) {

@@ -30,6 +30,9 @@ public:
     /// Visits the rows that are not deleted, in the order of their records; the others by `visitDeleted`, if
     /// there is one.
     void forEach(const Visit& visit, const Visit& visitDeleted = {}) const;
+    /// Reads rows that follow each other, deleted ones included, as many as there are and `bytes` can hold;
+    /// returns how many.
+    dbase::RecordNumber readFrom(dbase::RecordNumber first, std::span<char> bytes) const;
     /// One of them, a copy; empty if it has been deleted meanwhile.
     [[nodiscard]] std::vector<char> row(dbase::RecordNumber number) const;
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "directory/LeadingZeros.h"
+#include "directory/RangeLimits.h"
 #include "directory/RowMatching.h"
 #include "directory/StreetNames.h"
 
@@ -41,7 +42,7 @@ StreetDifference::StreetDifference(const Edition& edition, const EarlierEdition&
                                    StoredStreets& stored, const StoredTables& tables, TableChanges& changes,
                                    LoadTally& tally)
     : edition_(edition), left_(earlier.streets), stored_(stored), tables_(tables), changes_(changes),
-      tally_(tally), streetRecord_(tables.streets->schema()),
+      tally_(tally), rows_(*tables.streets), streetRecord_(tables.streets->schema()),
       provenanceRecord_(tables.provenance != nullptr ? tables.provenance->schema() : provenanceSchema()) {}
 
 void StreetDifference::compare(const OfficialStreet& street) {
@@ -128,8 +129,20 @@ void StreetDifference::come(const OfficialStreet& street, const JoinedStretch& r
 
 void StreetDifference::goOn(const OfficialStreet& street, const JoinedStretch& row,
                             const EarlierRow& earlier) {
-    const std::span<const char> record = streetRecord_.write(earlier.key, street, row);
-    const Fingerprint print = streetRecord_.fingerprint(record);
+    const Fingerprint print = printOf(street, row, earlier);
+    if (earlier.state == RowState::Untouched && print != earlier.fingerprint && !stored_.own.isEmpty()) {
+        const JoinedStretch rest = besideOwn(street, row, earlier);
+        if (rest != row) {
+            tally_.keep();
+            return follow(street, rest, earlier,
+                          streetRecord_.fingerprint(streetRecord_.write(earlier.key, street, rest)));
+        }
+    }
+    follow(street, row, earlier, print);
+}
+
+void StreetDifference::follow(const OfficialStreet& street, const JoinedStretch& row,
+                              const EarlierRow& earlier, Fingerprint print) {
     const bool isOther = print != earlier.fingerprint;
     switch (earlier.state) {
     case RowState::Untouched:
@@ -150,10 +163,23 @@ void StreetDifference::goOn(const OfficialStreet& street, const JoinedStretch& r
         add(street, row, earlier.key);
         break;
     }
-    if (isOther || !hasKeyOf(row, earlier) || packed(row.opened) != earlier.opened ||
-        earlier.isNameShortened || !street.wholeName.empty()) {
+    if (isOther || !hasKeyOf(row, earlier) || packed(row) != earlier.opened || earlier.isNameShortened ||
+        !street.wholeName.empty()) {
         renewProvenance(street, row, earlier, print);
     }
+}
+
+/// Of what the office has now. That of a row which nobody has touched is known, and nearly all of them say
+/// the same as before.
+Fingerprint StreetDifference::printOf(const OfficialStreet& street, const JoinedStretch& row,
+                                      const EarlierRow& earlier) {
+    if (earlier.state == RowState::Untouched) {
+        const std::span<const char> record = rows_.find(earlier.record);
+        if (!record.empty() && streetRecord_.says(record, earlier.key, street, row)) {
+            return earlier.fingerprint;
+        }
+    }
+    return streetRecord_.fingerprint(streetRecord_.write(earlier.key, street, row));
 }
 
 /// A row that somebody has changed; if the office has made the same of it, it follows the office again.
@@ -222,38 +248,74 @@ void StreetDifference::change(const OfficialStreet& street, const JoinedStretch&
     tally_.change(change);
 }
 
-bool StreetDifference::overlapsOwn(const OfficialStreet& street, const JoinedStretch& row) {
-    const std::string code = digits(row.postalCode, 5);
-    std::vector<Bounds> owned;
-    Row first, withOtherCode;
+bool StreetDifference::isSameStreet(const OfficialStreet& street, const Row& own) const {
+    const std::string_view type = streetRecord_.type(own);
+    return (type == street.type || type.empty() || street.type.empty()) &&
+           plainCapitals(streetRecord_.name(own)) == plainCapitals(street.name);
+}
+
+/// Those of a street that share numbers with bounds.
+std::vector<StreetDifference::OwnRow> StreetDifference::ownRows(const OfficialStreet& street,
+                                                                const Bounds& bounds) const {
+    std::vector<OwnRow> rows;
     for (const OwnStreets::Row& one : stored_.own.find(placeOf(street.id), street.name)) {
-        Row own = tables_.streets->row(one.record);
-        if (own.empty() || plainCapitals(streetRecord_.name(own)) != plainCapitals(street.name)) {
-            continue;
-        }
-        const std::string_view type = streetRecord_.type(own);
-        const Bounds bounds = streetRecord_.bounds(own);
-        if ((type != street.type && !type.empty() && !street.type.empty()) ||
-            numbersShared(bounds, row.bounds) == 0) {
-            continue;
-        }
-        owned.push_back(bounds);
-        if (withOtherCode.empty() && streetRecord_.postalCode(own) != code) {
-            withOtherCode = own;
-        }
-        if (first.empty()) {
-            first = std::move(own);
+        Row row = tables_.streets->row(one.record);
+        if (!row.empty() && isSameStreet(street, row)) {
+            const Bounds its = boundsOfSides(streetRecord_.bounds(row));
+            if (numbersShared(its, bounds) > 0) {
+                rows.push_back({std::move(row), its});
+            }
         }
     }
+    return rows;
+}
+
+bool StreetDifference::overlapsOwn(const OfficialStreet& street, const JoinedStretch& row) {
+    const std::vector<OwnRow> owned = ownRows(street, row.bounds);
     if (owned.empty()) {
         return false;
     }
-    if (!withOtherCode.empty() || numbersCovered(row.bounds, owned) < numbersIn(row.bounds)) {
-        const Row& ours = withOtherCode.empty() ? first : withOtherCode;
+    const std::string code = digits(row.postalCode, 5);
+    const auto withOtherCode = std::ranges::find_if(
+        owned, [&](const OwnRow& own) { return streetRecord_.postalCode(own.row) != code; });
+    std::vector<Bounds> bounds;
+    std::ranges::transform(owned, std::back_inserter(bounds), &OwnRow::bounds);
+    if (withOtherCode != owned.end() || numbersCovered(row.bounds, bounds) < numbersIn(row.bounds)) {
+        const Row& ours = (withOtherCode != owned.end() ? *withOtherCode : owned.front()).row;
         report(ConflictKind::OwnStreet, street, streetRecord_.key(ours).value_or(0), ours,
                textOf(street, row));
     }
     return true;
+}
+
+/// What is left of a row that changes once it has lost the numbers that users' rows with another code have:
+/// they would have two answers. Where a user has put a row over the official one, they have them already.
+JoinedStretch StreetDifference::besideOwn(const OfficialStreet& street, const JoinedStretch& row,
+                                          const EarlierRow& earlier) {
+    JoinedStretch rest = row;
+    const std::vector<OwnRow> owned = ownRows(street, row.bounds);
+    const Row before = owned.empty() ? Row() : tables_.streets->row(earlier.record);
+    if (before.empty()) {
+        return rest;
+    }
+    const OfficialStreet streetBefore{
+        .id = street.id, .type = streetRecord_.type(before), .name = streetRecord_.name(before)};
+    const Bounds boundsBefore = streetRecord_.bounds(before);
+    std::vector<Bounds> taken;
+    for (const OwnRow& own : owned) {
+        const std::string_view code = streetRecord_.postalCode(own.row);
+        const bool hadOther = isSameStreet(streetBefore, own.row) && streetRecord_.postalCode(before) != code;
+        const std::vector<Bounds> grown = numbersOutside(own.bounds, hadOther ? boundsBefore : Bounds{});
+        const auto isShared = [&](const Bounds& part) { return numbersShared(part, row.bounds) > 0; };
+        if (code != digits(row.postalCode, 5) && std::ranges::any_of(grown, isShared)) {
+            std::ranges::copy(grown, std::back_inserter(taken));
+            report(ConflictKind::OwnStreet, street, streetRecord_.key(own.row).value_or(0), own.row,
+                   textOf(street, row));
+        }
+    }
+    rest.bounds = limited(row.bounds, taken, boundsBefore);
+    std::ranges::transform(rest.bounds, row.bounds, rest.cut.begin(), std::ranges::not_equal_to());
+    return rest;
 }
 
 Fingerprint StreetDifference::add(const OfficialStreet& street, const JoinedStretch& row, std::uint32_t key) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "directory/LoadTally.h"
+#include "directory/RowsInOrder.h"
 #include "directory/StoredStreets.h"
 #include "directory/TableChanges.h"
 
@@ -24,6 +25,11 @@ public:
 
 private:
     using Row = std::vector<char>;
+    /// A row of the users.
+    struct OwnRow {
+        Row row;
+        Bounds bounds; // of their sides
+    };
 
     class Provenance;
 
@@ -35,11 +41,19 @@ private:
 
     void come(const OfficialStreet& street, const JoinedStretch& row);
     void goOn(const OfficialStreet& street, const JoinedStretch& row, const EarlierRow& earlier);
+    void follow(const OfficialStreet& street, const JoinedStretch& row, const EarlierRow& earlier,
+                Fingerprint print);
+    [[nodiscard]] Fingerprint printOf(const OfficialStreet& street, const JoinedStretch& row,
+                                      const EarlierRow& earlier);
     void goAway(const EarlierRow& earlier);
     void change(const OfficialStreet& street, const JoinedStretch& row, const EarlierRow& earlier);
     void stayChanged(const OfficialStreet& street, const JoinedStretch& row, const EarlierRow& earlier,
                      Fingerprint print);
+    [[nodiscard]] bool isSameStreet(const OfficialStreet& street, const Row& own) const;
+    [[nodiscard]] std::vector<OwnRow> ownRows(const OfficialStreet& street, const Bounds& bounds) const;
     [[nodiscard]] bool overlapsOwn(const OfficialStreet& street, const JoinedStretch& row);
+    [[nodiscard]] JoinedStretch besideOwn(const OfficialStreet& street, const JoinedStretch& row,
+                                          const EarlierRow& earlier);
 
     Fingerprint add(const OfficialStreet& street, const JoinedStretch& row, std::uint32_t key);
     void addProvenance(const OfficialStreet& street, const JoinedStretch& row, std::uint32_t key,
@@ -55,6 +69,7 @@ private:
     StoredTables tables_;
     TableChanges& changes_;
     LoadTally& tally_;
+    RowsInOrder rows_; // of POSTAL
     StreetRecord streetRecord_;
     ProvenanceRecord provenanceRecord_;
 };

@@ -27,7 +27,8 @@ const StreetIndex::Entry* StreetIndex::find(StreetId id) {
     constexpr int few = 4;
     const auto placeOfEntry = [](const Entry& entry) { return placeOf(entry.id); };
     if (near_.empty() || placeOfEntry(near_.front()) != placeOf(id)) {
-        near_ = std::ranges::equal_range(std::span<const Entry>(entries_), placeOf(id), {}, placeOfEntry);
+        near_ = {std::ranges::lower_bound(entries_, placeOf(id), {}, placeOfEntry),
+                 std::ranges::upper_bound(entries_, placeOf(id), {}, placeOfEntry)};
         next_ = near_.begin();
     }
     for (int tried = 0; tried < few && next_ != near_.end() && next_->id < id; ++tried) {

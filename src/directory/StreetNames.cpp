@@ -1,7 +1,7 @@
 // Shortens names so that different ones stay different.
 #include "directory/StreetNames.h"
 
-#include <algorithm>
+#include <array>
 #include <set>
 #include <unordered_map>
 #include <utility>
@@ -20,6 +20,17 @@ char withoutAccent(char letter) {
                                        "EEEEIIII\xD0\xD1OOOOO\xD7\xD8UUU\xDCY";
     const auto byte = static_cast<unsigned char>(letter);
     return byte >= 0xC0 && byte <= 0xDD ? plain[byte - 0xC0U] : letter;
+}
+
+/// What look-ups write for each letter.
+std::array<char, 256> capitals() {
+    std::array<char, 256> result{};
+    for (std::size_t letter = 0; letter < result.size(); ++letter) {
+        const auto upper = dbase::CodePage::windows1252().upper(static_cast<unsigned char>(letter));
+        result[letter] = withoutAccent(static_cast<char>(upper));
+    }
+    result[static_cast<unsigned char>(noBreakSpace)] = ' ';
+    return result;
 }
 
 std::string withoutEndBlanks(std::string_view text) {
@@ -44,18 +55,16 @@ std::string cut(std::string_view text, std::size_t width) {
 } // namespace
 
 std::string plainCapitals(std::string_view name) {
-    std::string text;
+    static const std::array<char, 256> capital = capitals();
+    std::string text(name.size(), ' ');
+    std::size_t size = 0;
     for (const char letter : name) { // look-ups write one blank between two words
-        const char sign = letter == noBreakSpace ? ' ' : letter;
-        if (sign != ' ' || (!text.empty() && text.back() != ' ')) {
-            text += sign;
+        const char sign = capital[static_cast<unsigned char>(letter)];
+        if (sign != ' ' || (size > 0 && text[size - 1] != ' ')) {
+            text[size++] = sign;
         }
     }
-    text = withoutEndBlanks(text);
-    std::ranges::transform(text, text.begin(), [](char letter) {
-        const auto upper = dbase::CodePage::windows1252().upper(static_cast<unsigned char>(letter));
-        return withoutAccent(static_cast<char>(upper));
-    });
+    text.resize(size > 0 && text[size - 1] == ' ' ? size - 1 : size);
     return text;
 }
 

@@ -24,6 +24,7 @@ struct JoinedStretch {
     std::uint32_t postalCode = 0;
     std::array<std::uint16_t, 4> bounds{}; // IMPAR_INI, IMPAR_FIN, PAR_INI, PAR_FIN
     std::array<RangeOpening, 4> opened{};  // what moved each of the bounds
+    std::array<bool, 4> cut{};             // those before a row of the users
     std::uint16_t ordinal = 0;             // from 0, among those of its code
     std::uint32_t line = 0;                // the first of the lines that it comes from
 

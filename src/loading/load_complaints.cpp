@@ -1,7 +1,7 @@
 // Collects and words complaints about a text to be loaded.
 #include "loading/load_complaints.h"
 
-#include "loading/counted.h"
+#include "dbase/system/counted.h"
 
 namespace loading {
 
@@ -23,7 +23,7 @@ std::string LoadComplaints::text() const {
         text += (text.empty() ? "" : "\n") + line;
     }
     if (untold_ > 0) {
-        text += '\n' + name_ + ": y " + counted(untold_, "error más", "errores más");
+        text += '\n' + name_ + ": y " + dbase::counted(untold_, "error más", "errores más");
     } else if (lines.size() > 1) {
         text += '\n' + name_ + ": hay " + std::to_string(lines.size()) + " errores";
     }

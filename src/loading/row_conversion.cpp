@@ -33,8 +33,8 @@ bool isAscii(std::string_view text) {
 }
 
 std::string tooLong(std::string_view text, std::size_t size, std::size_t width) {
-    return dbase::inQuotes(text) + " ocupa " + std::to_string(size) + " caracteres y en la columna caben " +
-           std::to_string(width);
+    return dbase::inQuotes(text) + " ocupa " + std::to_string(size) + " caracteres y en la columna " +
+           (width == 1 ? "cabe " : "caben ") + std::to_string(width);
 }
 
 /// A decimal number split into its digits; its views refer to the text.

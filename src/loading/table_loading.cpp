@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "dbase/system/counted.h"
 #include "dbase/system/quoted.h"
 #include "loading/load_complaints.h"
 #include "loading/municipality_order.h"
@@ -63,8 +64,9 @@ void encodeRow(const CsvReader& csv, const std::vector<dbase::Column>& columns, 
                std::span<char> record, LoadComplaints& complaints) {
     const std::span<const CsvField> fields = csv.fields();
     if (fields.size() != columns.size()) {
-        complaints.add(csv.line(), ": la cabecera tiene " + std::to_string(columns.size()) +
-                                       " columnas y esta fila " + std::to_string(fields.size()));
+        complaints.add(csv.line(), ": la cabecera tiene " +
+                                       dbase::counted(columns.size(), "columna", "columnas") +
+                                       " y esta fila " + std::to_string(fields.size()));
         return;
     }
     for (std::size_t i = 0; i < columns.size(); ++i) {

@@ -1,6 +1,7 @@
 // Goes backwards through an undo file.
 #include "loading/undo.h"
 
+#include <filesystem>
 #include <memory>
 
 #include "dbase/system/databases.h"
@@ -13,8 +14,19 @@ namespace loading {
 
 namespace {
 
-std::string placeNow(const std::string& path, const std::string& folder) {
+/// A copy of a folder has copies of its undo files, which name the tables of the first one.
+void requireNoOtherBeside(const std::string& undoFile, const std::string& path) {
+    const auto beside = dbase::findTableFile(dbase::folderOf(undoFile), dbase::baseName(path));
+    std::error_code unknown; // as of a table that is gone: not the same
+    if (beside && !std::filesystem::equivalent(*beside, path, unknown)) {
+        throw Failure(undoFile + ": es de " + path + ", y a su lado hay otra tabla " + dbase::baseName(path) +
+                      "; diga en qué carpeta se deshace. No se ha cambiado nada");
+    }
+}
+
+std::string placeNow(const std::string& path, const std::string& folder, const std::string& undoFile) {
     if (folder.empty()) {
+        requireNoOtherBeside(undoFile, path);
         return path;
     }
     const std::string name = dbase::baseName(path);
@@ -34,8 +46,8 @@ UndoTotals undo(const UndoReader& file, const std::string& folder, const UndoneT
     UndoTotals totals;
     std::vector<std::unique_ptr<UndoneTable>> tables;
     for (const UndoTable& table : file.tables()) {
-        tables.push_back(
-            std::make_unique<UndoneTable>(table, placeNow(table.path, folder), totals, observer));
+        tables.push_back(std::make_unique<UndoneTable>(table, placeNow(table.path, folder, file.path()),
+                                                       totals, observer));
     }
     std::vector<const UndoneTable*> companions(tables.size());
     for (std::size_t i = 0; i < tables.size(); ++i) {

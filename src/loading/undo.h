@@ -18,8 +18,8 @@ using UndoProgress = std::function<bool(std::uint64_t done, std::uint64_t total)
 /// Puts back the rows of an undo file, the last entry first, as far as nobody has changed them since; may be
 /// repeated, and stopped at any moment. `folder`: where its tables are now; empty for where they were.
 /// `observer`: gets what is left alone. Errors: Failure and dbase::Error for a table that is missing,
-/// read-only or has other columns, before anything is changed; dbase::Error afterwards, and what was put back
-/// stays.
+/// read-only or has other columns, and without `folder` for an undo file that lies beside another table of
+/// that name, before anything is changed; dbase::Error afterwards, and what was put back stays.
 [[nodiscard]] UndoTotals undo(const UndoReader& file, const std::string& folder,
                               const UndoneTable::Observer& observer, const UndoProgress& progress = {});
 

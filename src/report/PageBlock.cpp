@@ -84,6 +84,15 @@ void PageBlock::notice(std::string_view title, std::string_view text) {
     addText(box, text);
 }
 
+void PageBlock::notices(std::string_view title, const std::vector<std::string>& texts) {
+    const pugi::xml_node box = addElement(place_, "div", "notice");
+    addElement(box, "strong", nullptr, title);
+    const pugi::xml_node list = addElement(box, "ul");
+    for (const std::string& text : texts) {
+        addElement(list, "li", nullptr, text);
+    }
+}
+
 // A <ul>, not a <dl>: checkers of HTML disagree on groups inside that.
 void PageBlock::facts(const std::vector<Fact>& facts) {
     const pugi::xml_node list = addElement(place_, "ul", "facts");

@@ -76,6 +76,8 @@ public:
     void paragraph(std::string_view text);
     /// A paragraph that nobody should miss.
     void notice(std::string_view title, std::string_view text);
+    /// Several of them as a list; one may have several lines.
+    void notices(std::string_view title, const std::vector<std::string>& texts);
     void facts(const std::vector<Fact>& facts);
     void keyFigures(const std::vector<KeyFigure>& figures);
     /// One bar of the whole width: the settled share solid, the rest hatched.

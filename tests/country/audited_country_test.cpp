@@ -47,7 +47,7 @@ TEST_F(AuditedCountry, HasNoFindingThatTheLoadMade) {
     EXPECT_EQ(totals.provinces.size(), 52U);
 }
 
-TEST_F(AuditedCountry, SaysHowManyStreetsAreHiddenFromWhoeverSeeksByTheKeyAlone) {
+TEST_F(AuditedCountry, SaysHowManyStreetsAreHiddenFromASearchByTheKeyAlone) {
     std::map<std::string, std::uint64_t> hidden;
     const AuditTotals totals = auditTables("DB", [&](const Finding& finding) {
         if (finding.kind == FindingClass::HiddenStreets) { // "NAME: 32 de sus 41 vías van…"

@@ -1,6 +1,8 @@
 // Each class of findings: a row that has it, and its sound neighbour that has not.
 #include "directory/audit/Audit.h"
 
+#include <algorithm>
+
 #include "AuditTest.h"
 #include "dbase/dataset/dataset.h"
 
@@ -40,6 +42,15 @@ TEST_F(Audit, AReversedRangeIsProposedTheOtherWayRound) {
 TEST_F(Audit, ARangeWithoutAnEndHasNoProposal) {
     street({{"PAR_INI", "2"}, {"PAR_FIN", "0"}});
     EXPECT_EQ(runToOne(FindingClass::ReversedRange).proposal, "");
+}
+
+TEST_F(Audit, AReversedRangeThatEndsOnTheOtherSideHasNoProposal) {
+    street({{"IMPAR_INI", "99"}, {"IMPAR_FIN", "2"}});
+    const std::vector<Finding> found = run();
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0].kind, FindingClass::ReversedRange);
+    EXPECT_EQ(found[0].proposal, "");
+    EXPECT_EQ(found[1].kind, FindingClass::WrongParity);
 }
 
 TEST_F(Audit, EvenNumbersInOddColumnsAreFound) {
@@ -165,6 +176,15 @@ TEST_F(Audit, ACodeOfAnotherProvinceInMunicipiIsFoundUnlessItIsKnownToBeRight) {
               "el código 08001 de CONDADO DE TREVIÑO es de otra provincia");
 }
 
+TEST_F(Audit, AStreetsCodeThatMunicipiLacksIsNoFindingWhereItIsKnownToBeRight) {
+    town({{"COD_INE", "09109"}, {"CODPOSTAL", "09215"}, {"NOMBRE", "CONDADO DE TREVIÑO"}});
+    street({{"COD_INE", "09109"},
+            {"MUNICIPI", "CONDADO DE TREVIÑO"},
+            {"CODPOSTAL", "01118"},
+            {"PROVINCIA", "09"}});
+    runToNothing();
+}
+
 TEST_F(Audit, AProvinceByWhichNobodySeeksTheStreetIsFound) {
     street({{"PROVINCIA", "45"}});
     EXPECT_EQ(runToOne(FindingClass::WrongProvince).text,
@@ -174,8 +194,11 @@ TEST_F(Audit, AProvinceByWhichNobodySeeksTheStreetIsFound) {
 
 TEST_F(Audit, TheProvinceOfACodeThatTheMunicipalityLacksIsNotProposed) {
     street({{"PROVINCIA", "45"}, {"CODPOSTAL", "46001"}});
-    for (const Finding& found : run()) {
-        EXPECT_EQ(found.proposal, "") << className(found.kind);
+    street({{"PROVINCIA", "45"}, {"CODPOSTAL", "46001"}, {"COD_INE", ""}, {"MUNICIPI", ""}});
+    const std::vector<Finding> found = run();
+    EXPECT_GE(std::ranges::count(found, FindingClass::WrongProvince, &Finding::kind), 2);
+    for (const Finding& one : found) {
+        EXPECT_EQ(one.proposal, "") << className(one.kind);
     }
 }
 

@@ -177,6 +177,30 @@ TEST_F(DirectoryReportTest, ListsUnknownTypesBadLinesAndWhatWasLeftOut) {
     EXPECT_EQ(html.find("Tramos de seudovías"), std::string::npos);
 }
 
+TEST_F(DirectoryReportTest, HasItsWarningsBeforeAllFigures) {
+    report.run().warnings = {"TIPO_VIA está vacía"};
+    notes.otherDates = {"el fichero VIAS.<1> es de la edición de 2025-06-30, y los tramos son de otra"};
+    notes.ofPseudoStreets = 1;
+    summary.isOlder = true;
+    summary.previousEdition = "2026-06-30";
+    summary.unlikelyLosses = "POSTAL, provincia 26: se irían 4 filas\nMUNICIPI: se irían 9 filas\n";
+    const std::string html = page(), head = html.substr(0, html.find("Vienen"));
+    for (const std::string_view warning :
+         {"<strong>Avisos.</strong>", "<li>TIPO_VIA está vacía.</li>",
+          "<li>El fichero VIAS.&lt;1&gt; es de la edición de 2025-06-30, y los tramos son de otra.</li>",
+          "<li>La edición es anterior a la que ya está cargada, de 2026-06-30.</li>",
+          "<li>¿Están enteros los ficheros?\nPOSTAL, provincia 26: se irían 4 filas\n"
+          "MUNICIPI: se irían 9 filas.</li>",
+          "<li>1 tramo de una seudovía no se carga, porque no se da --seudovias.</li>"}) {
+        EXPECT_NE(head.find(warning), std::string::npos) << warning << " in\n" << head;
+    }
+}
+
+TEST_F(DirectoryReportTest, SaysNothingOfWarningsWhereThereAreNone) {
+    comes(28079, "MAYOR");
+    EXPECT_FALSE(holds("Aviso"));
+}
+
 TEST_F(DirectoryReportTest, SaysWhenTheTablesAreAsTheEditionAlready) {
     summary.streetRows = 10;
     EXPECT_TRUE(holds("Sin cambios."));

@@ -92,7 +92,7 @@ TEST_F(FileReadingTest, AThreadOfItsOwnUnderstandsTheSameLines) {
         tram, [](const FixedLine& line, StretchLine& stretch) { return read(line, stretch); },
         [&](const StretchLine& stretch, std::uint64_t number) -> Refusal {
             EXPECT_EQ(stretch.postalCode, 28013U);
-            EXPECT_EQ(stretch.streetName, "MAYOR");
+            EXPECT_EQ(stretch.streetName(), "MAYOR");
             EXPECT_GT(number, last);
             last = number;
             return ++understood % goodOnes == 0 ? "otra razón" : nullptr;

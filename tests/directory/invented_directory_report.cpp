@@ -31,6 +31,12 @@ public:
         summary_.previousEdition = "2025-06-30";
         notes_.badLines = {"TRAM.D251231.G260105: línea 200: no empieza por una provincia y un municipio\n"
                            "TRAM.D251231.G260105: línea 4711: el código postal no lo es"};
+        notes_.otherDates = {"el fichero VIAS.D250630.G250702 es de la edición de 2025-06-30, y los tramos "
+                             "son de la de 2025-12-31"};
+        summary_.isOlder = true;
+        summary_.unlikelyLosses =
+            "POSTAL, provincia 26: se irían 4000 filas de las 9000 que trajo una edición\n"
+            "MUNICIPI: se irían 812 filas de las 2000 que trajo una edición\n";
         notes_.ofPseudoStreets = 102830;
         summary_.unknownTypes = {{"QQQQQ", 700}, {latin("AÑ<&>"), 3}};
         summary_.shortenedNames = 1234;

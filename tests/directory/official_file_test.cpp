@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <iterator>
 #include <sstream>
 
 #include <zip.h>
 
+#include "directory/DirectoryTest.h"
 #include "support/TemporaryFolder.h"
 
 namespace ambrel::directory {
@@ -95,6 +97,31 @@ TEST(OfficialFile, AnEmptyZipIsRefused) {
     endOfZip.replace(0, 4, "PK\5\6");
     const std::string path = folder.write("vacio.zip", endOfZip);
     EXPECT_NE(failureOf(path).find("está vacío"), std::string::npos);
+}
+
+TEST(OfficialFile, AZipWithTwoFilesOfAKindIsRefusedAndBothAreNamed) {
+    const TemporaryFolder folder;
+    const SmallEdition edition = firstEdition();
+    const EditionFiles january = edition.write(folder, "241231"), july = edition.write(folder, "250630");
+    const auto content = [](const std::string& file) {
+        std::ifstream in(file, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    };
+    const std::string one = pack(folder, "una.zip",
+                                 {{"VIAS", content(july.streets)}, {"TRAM", content(july.stretches)}}),
+                      two = pack(folder, "dos.zip",
+                                 {{"VIAS", content(july.streets)},
+                                  {"enero/TRAM.D241231", content(january.stretches)},
+                                  {"julio/TRAM.D250630", content(july.stretches)}});
+    EXPECT_NO_THROW(Edition({one, one}));
+    EXPECT_NO_THROW(Edition({july.stretches, two})) << "of the kind that is asked for";
+    try {
+        const Edition read({two, two});
+        FAIL() << "one of them was taken";
+    } catch (const loading::Failure& failure) {
+        EXPECT_EQ(failure.what(), two + ": hay dentro varios ficheros de tramos (enero/TRAM.D241231, "
+                                        "julio/TRAM.D250630); saque el que quiera, o deje uno solo");
+    }
 }
 
 } // namespace

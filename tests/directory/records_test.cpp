@@ -42,10 +42,10 @@ TEST(StretchRecord, EveryColumnIsRead) {
     EXPECT_EQ(stretch.numbering, Numbering::Odd);
     EXPECT_EQ(stretch.first, 1);
     EXPECT_EQ(stretch.last, 39);
-    EXPECT_EQ(stretch.entity, "VILLARRIBA");
-    EXPECT_EQ(stretch.nucleus, "*DISEMINADO*");
-    EXPECT_EQ(stretch.streetName, "CA\xD1\x41"
-                                  "DA");
+    EXPECT_EQ(stretch.entity(), "VILLARRIBA");
+    EXPECT_EQ(stretch.nucleus(), "*DISEMINADO*");
+    EXPECT_EQ(stretch.streetName(), "CA\xD1\x41"
+                                    "DA");
 }
 
 TEST(StretchRecord, MayEndAnywhereAfterItsNumbers) {
@@ -92,7 +92,7 @@ TEST(StretchRecord, OfAPseudoStreetHasItsKeyAndDescription) {
     StretchLine stretch;
     ASSERT_EQ(read(FixedLine(line), stretch), nullptr);
     EXPECT_EQ(stretch.pseudo, 77U);
-    EXPECT_EQ(stretch.pseudoName, "FINCA LA ROSA");
+    EXPECT_EQ(stretch.pseudoName(), "FINCA LA ROSA");
 }
 
 TEST(StretchRecord, WhatCannotBeIsRefusedWithItsReason) {

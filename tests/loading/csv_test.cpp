@@ -123,7 +123,7 @@ TEST(CsvReader, LinesCountNewlinesInsideQuotes) {
 
 TEST(CsvReader, UnclosedQuotesAreReportedWhereTheyOpen) { expectFault("A,B\n1,\"dos\ntres\n", 2, 3); }
 
-TEST(CsvReader, TextBehindClosingQuotesIsAFault) { expectFault("A\n\"x\ny\"z\n", 3, 3); }
+TEST(CsvReader, TextAfterClosingQuotesIsAFault) { expectFault("A\n\"x\ny\"z\n", 3, 3); }
 
 TEST(CsvReader, QuotesInsideAPlainValueAreAFault) { expectFault("A\nx\"y\n", 2, 2); }
 
@@ -291,7 +291,7 @@ TEST(CsvWriter, WhatItWritesIsReadBack) {
     EXPECT_EQ(readAll(written(many)), many);
 }
 
-TEST(CsvWriter, TellsAReaderThatHasGoneAway) {
+TEST(CsvWriter, NoticesAReaderThatHasGoneAway) {
     std::signal(SIGPIPE, SIG_IGN);
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);

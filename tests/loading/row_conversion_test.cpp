@@ -41,6 +41,7 @@ TEST(CellEncoder, TextIsPaddedToItsColumn) {
 
 TEST(CellEncoder, TextLongerThanItsColumnIsRefused) {
     EXPECT_EQ(encoded("ABCDE", characters(4)), "!«ABCDE» ocupa 5 caracteres y en la columna caben 4");
+    EXPECT_EQ(encoded("AB", characters(1)), "!«AB» ocupa 2 caracteres y en la columna cabe 1");
 }
 
 TEST(CellEncoder, AccentedLettersTakeOneByteEach) {

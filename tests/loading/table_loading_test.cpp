@@ -105,6 +105,8 @@ TEST_F(TableLoading, WrongNumberOfValuesNamesTheLine) {
     const std::string text = "t.csv: línea 3: la cabecera tiene 2 columnas y esta fila ";
     EXPECT_EQ(refusal("COD,NUM\na,1\nb\n"), text + "1. No se ha cargado nada.");
     EXPECT_EQ(refusal("COD,NUM\na,1\nb,1,\n"), text + "3. No se ha cargado nada.");
+    EXPECT_EQ(refusal("COD\na\nb,1\n"),
+              "t.csv: línea 3: la cabecera tiene 1 columna y esta fila 2. No se ha cargado nada.");
 }
 
 TEST_F(TableLoading, NothingAtAllIsLoadedWhenTheLastRowIsWrong) {
@@ -125,7 +127,7 @@ TEST_F(TableLoading, WrongValueNamesLineAndColumn) {
         "t.csv: línea 2, columna ALTA: «2024-13-01» no es una fecha (AAAA-MM-DD). No se ha cargado nada.");
 }
 
-TEST_F(TableLoading, EveryBadValueIsToldInOneAttempt) {
+TEST_F(TableLoading, EveryBadValueIsReportedInOneAttempt) {
     EXPECT_EQ(refusal("COD,NUM,SI\nlargo,x,1\nb,1,F\nc\nd,9999999,?\n"),
               "t.csv: línea 2, columna COD: «largo» ocupa 5 caracteres y en la columna caben 3\n"
               "t.csv: línea 2, columna NUM: «x» no es un número\n"
@@ -136,7 +138,7 @@ TEST_F(TableLoading, EveryBadValueIsToldInOneAttempt) {
     EXPECT_EQ(codes(), "");
 }
 
-TEST_F(TableLoading, BehindAHundredBadValuesOnlyTheirNumberIsTold) {
+TEST_F(TableLoading, AfterAHundredBadValuesOnlyTheirNumberIsReported) {
     std::string text = "NUM\n", told;
     for (int row = 1; row <= 100; ++row) {
         text += "x\n";
@@ -147,7 +149,7 @@ TEST_F(TableLoading, BehindAHundredBadValuesOnlyTheirNumberIsTold) {
     EXPECT_EQ(refusal(text + "x\n1\nx\n"), told + "t.csv: y 2 errores más. No se ha cargado nada.");
 }
 
-TEST_F(TableLoading, EveryUnknownColumnIsTold) {
+TEST_F(TableLoading, EveryUnknownColumnIsReported) {
     EXPECT_EQ(refusal("OTRA,COD,COD,MAS\nx\n"),
               "t.csv: línea 1, columna 1: la tabla no tiene ninguna columna «OTRA»\n"
               "t.csv: línea 1, columna 3: la columna «COD» está repetida\n"
@@ -155,7 +157,7 @@ TEST_F(TableLoading, EveryUnknownColumnIsTold) {
               "t.csv: hay 3 errores. No se ha cargado nada.");
 }
 
-TEST_F(TableLoading, WhatEndsTheReadingIsToldBehindTheBadValues) {
+TEST_F(TableLoading, WhatEndsTheReadingIsReportedAfterTheBadValues) {
     EXPECT_EQ(refusal("NUM\nx\n1\"\nx\n"),
               "t.csv: línea 2, columna NUM: «x» no es un número\n"
               "t.csv: línea 3, carácter 2: comillas dentro de un valor sin comillas\n"
@@ -185,7 +187,7 @@ TEST_F(TableLoading, BrokenCsvSaysThatNothingWasLoaded) {
               "cargado nada.");
 }
 
-TEST_F(TableLoading, TellsHowFarItIs) {
+TEST_F(TableLoading, ReportsHowFarItIs) {
     std::string text = "COD\n";
     for (int row = 0; row < 40000; ++row) {
         text += "a\n";

@@ -159,6 +159,20 @@ TEST_F(Undo, OfARowChangedTwiceEndsInItsFirstState) {
     EXPECT_EQ(rows(), before);
 }
 
+TEST_F(Undo, OfARowChangedTwiceInOneBatchEndsInItsFirstState) {
+    const std::string before = rows();
+    Batch batch(file, undoFile);
+    const auto row = storedRecord(*batch.table, 1),
+               once = withValue(batch.table->schema(), row, "VIA", "C/ MAYOR");
+    batch.changes.change(1, row, once);
+    batch.changes.change(1, once, withValue(batch.table->schema(), once, "CP", "28012"));
+    batch.finish();
+    EXPECT_EQ(batch.outcomes, "1D1D");
+    EXPECT_NE(rows().find("A1|Ana|C/ MAYOR|28012\n"), std::string::npos) << rows();
+    EXPECT_EQ(undoAll(), "2 put back, 0 as before, 0 left");
+    EXPECT_EQ(rows(), before);
+}
+
 TEST_F(Undo, DeletesAddedRowsAndReturnsDeletedOnes) {
     const std::string before = rows();
     Batch batch(file, undoFile, code);
@@ -202,6 +216,14 @@ TEST_F(Undo, DoesNotReturnARowWhoseKeyAnotherOneHas) {
     EXPECT_EQ(undoAll(), "5 NOMBRE: Blas / Bruno (otra fila tiene ya su clave)\n"
                          "0 put back, 0 as before, 1 left");
     EXPECT_EQ(rows(), now);
+}
+
+TEST_F(Undo, OfADeletedRowThatIsThereAgainBesideAnotherOneOfItsKeySaysSo) {
+    Batch batch(file, undoFile, code);
+    batch.erase(2).finish();
+    append("CLIENTES", {"A2", "Blas", "C/ SOL", "28013"});
+    append("CLIENTES", {"A2", "Bruno", "C/ SOL", "28013"});
+    EXPECT_EQ(undoAll(), "5 :  /  (otra fila tiene ya su clave)\n0 put back, 0 as before, 1 left");
 }
 
 TEST_F(Undo, OfAdditionsAndDeletionsWantsAKey) {
@@ -294,6 +316,27 @@ TEST_F(Undo, WorksInAFolderToWhichTheTablesWereMoved) {
     EXPECT_NE(refusal().find("CLIENTES.DBF"), std::string::npos) << refusal();
     EXPECT_EQ(undoAll(folder / "nueva"), "1 put back, 0 as before, 0 left");
     EXPECT_NE(refusal(folder.path()).find("no tiene la tabla CLIENTES"), std::string::npos);
+}
+
+TEST_F(Undo, BesideACopyOfTheTableWantsToKnowWhichOneIsMeant) {
+    Batch(file, undoFile).set(1, "VIA", "C/ MAYOR").finish();
+    const std::string changed = rows();
+    std::filesystem::copy(folder.path(), folder.path() + "-copia");
+    undoFile = folder.path() + "-copia/CLIENTES.deshacer";
+    EXPECT_NE(refusal().find("diga en qué carpeta"), std::string::npos) << refusal();
+    EXPECT_EQ(rows(), changed);
+    EXPECT_EQ(undoAll(folder.path() + "-copia"), "1 put back, 0 as before, 0 left");
+    EXPECT_EQ(rows(), changed);
+    std::filesystem::remove_all(folder.path() + "-copia");
+}
+
+TEST_F(Undo, BesideALinkToTheTableIsOfThatTable) {
+    Batch(file, undoFile).set(1, "VIA", "C/ MAYOR").finish();
+    const std::string linked = folder.path() + "-enlace";
+    std::filesystem::create_directory_symlink(folder.path(), linked);
+    undoFile = linked + "/CLIENTES.deshacer";
+    EXPECT_EQ(undoAll(), "1 put back, 0 as before, 0 left");
+    std::filesystem::remove(linked);
 }
 
 TEST_F(Undo, OfATableWithOtherColumnsIsRefusedBeforeAnything) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "dbase/dataset/dataset.h"
+#include "dbase/system/counted.h"
 #include "dbase/system/databases.h"
 #include "directory/audit/AuditedRows.h"
 #include "directory/audit/KeyAudit.h"
@@ -16,7 +17,6 @@
 #include "directory/audit/SameStreetAudit.h"
 #include "directory/audit/StreetRowAudit.h"
 #include "loading/ansi_text.h"
-#include "loading/counted.h"
 
 namespace ambrel::directory {
 
@@ -107,7 +107,7 @@ private:
             if (counts[i].hidden > 0) {
                 counted_(withText(aboutMunicipality(place), FindingClass::HiddenStreets,
                                   name + ": " + std::to_string(counts[i].hidden) + " de sus " +
-                                      loading::counted(counts[i].streets, "vía", "vías") +
+                                      dbase::counted(counts[i].streets, "vía", "vías") +
                                       (counts[i].hidden == 1 ? " va" : " van") +
                                       " en la clave detrás de la de otro municipio, como " +
                                       counts[i].hiddenExample));

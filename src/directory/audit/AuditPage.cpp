@@ -53,7 +53,9 @@ private:
              {"Fecha", dateAndTime(found_.run().begun)}});
         head.keyFigures(
             {{grouped(totals_.streetRows), "Filas de POSTAL",
-              grouped(totals_.streets) + " vías, " + grouped(totals_.hiddenStreets) + " ocultas por otra"},
+              grouped(totals_.streets) + (totals_.streets == 1 ? " vía, " : " vías, ") +
+                  grouped(totals_.hiddenStreets) +
+                  (totals_.hiddenStreets == 1 ? " oculta por otra" : " ocultas por otra")},
              {grouped(totals_.municipalityRows), "Filas de MUNICIPI"},
              {grouped(found_.count(Severity::Grave)), "Graves", "alguna búsqueda falla"},
              {grouped(found_.count(Severity::Warning)), "Avisos", "conviene corregirlos"},

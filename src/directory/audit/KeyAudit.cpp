@@ -5,11 +5,11 @@
 #include <charconv>
 #include <tuple>
 
+#include "dbase/system/counted.h"
 #include "directory/LeadingZeros.h"
 #include "directory/audit/NameAudit.h"
 #include "directory/audit/StreetRowAudit.h"
 #include "loading/ansi_text.h"
-#include "loading/counted.h"
 
 namespace ambrel::directory {
 
@@ -76,7 +76,7 @@ void KeyAudit::tellBlock(const FindingSink& sink) const {
     if (highestUserKey_ >= nearlyFull) {
         Finding found =
             withText({.table = AuditedTable::Streets, .key = highestUserKey_}, FindingClass::FullBlock,
-                     "el bloque «99» tiene " + loading::counted(userKeys_, "clave", "claves") +
+                     "el bloque «99» tiene " + dbase::counted(userKeys_, "clave", "claves") +
                          " y la más alta es " + highestUserKey_);
         if (highestUserKey_ >= full) {
             found.severity = Severity::Grave;

@@ -1,10 +1,10 @@
 // Looks at rows of MUNICIPI one by one.
 #include "directory/audit/MunicipalityAudit.h"
 
+#include "dbase/system/counted.h"
 #include "directory/audit/ForeignCodes.h"
 #include "directory/audit/NameAudit.h"
 #include "loading/ansi_text.h"
-#include "loading/counted.h"
 
 namespace ambrel::directory {
 
@@ -60,7 +60,7 @@ void auditMunicipalityRow(const MunicipalityRow& row, const PlaceBook& book, con
         Finding found = withText(aboutRow(row), FindingClass::SingleCodeMark,
                                  utf8FromAnsi(row.name) + " tiene UNICO «" + utf8FromAnsi(row.singleMark) +
                                      "» y su municipio " +
-                                     loading::counted(place.codes, "código postal", "códigos postales"),
+                                     dbase::counted(place.codes, "código postal", "códigos postales"),
                                  std::string("UNICO=") + singleMarkOf(place));
         if (row.singleMark.front() == 'S') {
             found.severity = Severity::Grave; // streets with the other codes are not accepted
