@@ -62,7 +62,7 @@ private:
     shortenedNames(const Municipality& municipality, const std::string& province, const std::string& name);
 
     dbase::Dataset shown_; // by name, as the configuration shows them
-    dbase::Field& shownName_ = shown_.bindCharacter("NOMBRE", 53);
+    dbase::Field& shownName_ = shown_.bindCharacter("NOMBRE", municipalityNameWidth);
     dbase::Field& shownCode_ = shown_.bindCharacter("COD_INE", 5);
 
     MunicipalityCursor all_; // minor entities included
@@ -70,7 +70,7 @@ private:
     dbase::Dataset streets_; // by province and name
     dbase::Field& streetKey_ = streets_.bindCharacter("CODIGO1", 8);
     dbase::Field& streetProvince_ = streets_.bindCharacter("PROVINCIA", 2);
-    dbase::Field& street_ = streets_.bindCharacter("VIA", 45);
+    dbase::Field& street_ = streets_.bindCharacter("VIA", streetNameWidth);
     dbase::Field& streetCode_ = streets_.bindCharacter("CODPOSTAL", 5);
     dbase::Field* streetIneCode_ = nullptr; // null if a foreign table lacks it
     std::optional<StreetRows> rows_;        // of a name

@@ -10,6 +10,7 @@
 #include "address/AddressRows.h"
 #include "address/AddressWorkers.h"
 #include "address/ValidatedColumns.h"
+#include "dbase/dataset/dataset.h"
 #include "loading/failure.h"
 
 namespace ambrel {
@@ -117,6 +118,7 @@ public:
           result_(handlers.write, rows_.format()), unsettled_(handlers.writeUnsettled, rows_.format()) {
         const AddressColumnPlaces places = findPlaces(rows_, options, input.name);
         rows_.setPlaces(places);
+        requireTables();
         if (handlers.begin) {
             handlers.begin({.format = rows_.format(), .names = rows_.names(), .places = places});
         }
@@ -150,6 +152,13 @@ public:
     }
 
 private:
+    /// A folder without them is refused before anything is written over an earlier result.
+    void requireTables() const {
+        for (const char* const table : {"MUNICIPI", "POSTAL"}) {
+            dbase::Dataset(options_.database, table).open();
+        }
+    }
+
     /// Tells how far it is, and whether to go on.
     bool goesOn(const AddressWorkers& workers) {
         if (!totals_.wasCancelled && handlers_.progress) {

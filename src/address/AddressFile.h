@@ -40,7 +40,7 @@ struct AddressFileOptions {
     std::optional<char> separator = {};                 // null: recognised
     std::optional<loading::TextEncoding> encoding = {}; // null: recognised
     ValidationOptions validation = {};                  // its memory is for all threads together
-    unsigned threads = 0;                               // 0: as many as the machine has cores
+    unsigned threads = 0;                               // 0: as many as the machine has cores; 256 at most
     bool writesHeading = true;                          // parts other than the first never do
     AddressFilePart part = {};                          // of a file whose size is known
 };
@@ -86,7 +86,7 @@ struct AddressFileHandlers {
     std::function<void(std::string_view)> write = {};
     /// Receives the heading and the rows that are not settled.
     std::function<void(std::string_view)> writeUnsettled = {};
-    /// Receives what was recognised, before the first row.
+    /// Receives what was recognised, before the first row and after the tables were found.
     std::function<void(const AddressFilePreview&)> begin = {};
     /// Receives each row, in the order of the file; valid during the call.
     std::function<void(const ValidatedRow&)> row = {};

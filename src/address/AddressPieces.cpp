@@ -30,11 +30,21 @@ std::size_t firstMark(const WrittenWords& words, std::size_t code) {
     return first;
 }
 
-/// Whether a number belongs to the word before it: "Apartado 28080", "parcela 12345".
-bool belongsToOther(const WrittenWords& words, std::size_t first) {
-    return first > 0 && !words[first].follows(Separator::Apart) &&
-           (words[first - 1].is(AddressRole::Box) || words[first - 1].is(AddressRole::Unit) ||
-            words[first - 1].is(AddressRole::Kilometre));
+/// How much a number looks like the postal code; of equals the last one is it.
+enum class CodeLikeness { None, OfUnit, Plain, Marked };
+
+/// `first`: its own word, or the first of the marks before it.
+CodeLikeness codeLikeness(const WrittenWords& words, std::size_t first, std::size_t at) {
+    const bool isJoined = first > 0 && !words[first].follows(Separator::Apart);
+    if (isJoined && (words[first - 1].is(AddressRole::Box) || words[first - 1].is(AddressRole::Kilometre))) {
+        return CodeLikeness::None; // "Apartado 28080"
+    }
+    if (first < at) {
+        return CodeLikeness::Marked;
+    }
+    // "parcela 12345" is the parcel's where the line has another code. Alone it may not be passed over:
+    // "local 28009 Madrid".
+    return isJoined && words[first - 1].is(AddressRole::Unit) ? CodeLikeness::OfUnit : CodeLikeness::Plain;
 }
 
 /// Whether four digits are a code that lost its leading zero, as spreadsheets do: "C/ Mayor 5, 8001
@@ -233,15 +243,19 @@ private:
 
 PostalCodeWords findPostalCode(const WrittenWords& words) {
     PostalCodeWords found;
-    bool isMarked = false, hasNumber = false;
+    CodeLikeness best = CodeLikeness::None;
+    bool hasNumber = false;
     for (std::size_t i = 0; i < words.size(); ++i) {
         const std::size_t first = firstMark(words, i);
         const bool isWhole = isCodeText(words[i]);
         const bool isFourDigits =
             found.words.isEmpty() && isShortened(words, i) && (first < i || (hasNumber && i > 0));
-        if ((isWhole || isFourDigits) && !belongsToOther(words, first) && (first < i || !isMarked)) {
+        const CodeLikeness likeness = codeLikeness(words, first, i);
+        const bool isCode =
+            isWhole ? likeness > CodeLikeness::None : isFourDigits && likeness >= CodeLikeness::Plain;
+        if (isCode && likeness >= best) {
             found = {{first, i + 1}, i};
-            isMarked = first < i;
+            best = likeness;
         }
         hasNumber = hasNumber || words[i].isHouseNumber();
     }

@@ -5,8 +5,8 @@
 #include <limits>
 #include <utility>
 
+#include "dbase/system/counted.h"
 #include "loading/ansi_text.h"
-#include "loading/counted.h"
 
 namespace ambrel {
 
@@ -215,7 +215,7 @@ void AddressRows::fill(AddressRow& row) const {
     };
     const std::size_t count = csv_.fields().size();
     if (count != names_.size()) {
-        breakRow("la fila tiene " + loading::counted(count, "valor", "valores") + " y la cabecera " +
+        breakRow("la fila tiene " + dbase::counted(count, "valor", "valores") + " y la cabecera " +
                  std::to_string(names_.size()));
         return;
     }

@@ -10,9 +10,8 @@
 
 #include "address/AddressLine.h"
 #include "address/AddressLookup.h"
+#include "address/FindingVerdict.h"
 #include "address/GivenReadings.h"
-#include "address/OptionVerdict.h"
-#include "address/OptionWeight.h"
 #include "address/PlainText.h"
 #include "address/TidyText.h"
 #include "data/Province.h"
@@ -27,8 +26,6 @@ constexpr std::size_t mostNearReadings = 4;
 /// Addresses that wait for memory together: enough to hide the wait of one behind the others, few enough to
 /// stay in the caches.
 constexpr std::size_t mostTogether = 16;
-/// From here on a street is near enough to be shown as doubtful.
-constexpr double leastNear = 0.6;
 
 bool isEmpty(const GivenAddress& given) {
     for (const std::string* part : {&given.line, &given.type, &given.street, &given.number, &given.rest,
@@ -50,13 +47,6 @@ struct Begun {
     std::vector<Finding> first = {};
 };
 
-/// Whether a reading leaves nothing of the street aside. A name may begin with two kinds of street, as in
-/// "C/ Costanilla de la Herradura". `rest`: what a column says.
-bool isAllRead(const Finding& finding, std::string_view rest) {
-    const AddressParts& parts = finding.question.parts;
-    return parts.rest == rest && parts.type.find(' ') == std::string::npos;
-}
-
 /// An address that was settled, as one of several.
 AddressAlternative alternativeOf(const JudgedAddress& judged) {
     return {.points = judged.confidence,
@@ -68,35 +58,107 @@ AddressAlternative alternativeOf(const JudgedAddress& judged) {
             .postalCodes = {judged.postalCode}};
 }
 
-bool isSameStreet(const AddressOption& a, const AddressOption& b) {
-    return a.street == b.street && a.place.municipality->ineCode == b.place.municipality->ineCode;
-}
-
-bool hasSameCode(const AddressOption& a, const AddressOption& b) {
-    return a.code->isSure() && b.code->isSure() && a.code->stretch.postalCode == b.code->stretch.postalCode;
-}
-
-/// The best of the verdicts after which one has to look further; of equal ones the most likely, then the
-/// first.
-class Best {
+/// Tries the readings of one address until one decides.
+class Trial {
 public:
-    /// Whether nobody needs to look further. Keeps a verdict otherwise, if it is the best so far.
-    [[nodiscard]] bool isDecidedBy(JudgedAddress& judged, bool isAllRead) {
-        if (isSettled(judged.verdict) && isAllRead) {
-            return true;
+    /// `begun`: with at least one reading.
+    Trial(AddressLookup& lookup, const ValidationOptions& options, const GivenAddress& given, Begun& begun)
+        : lookup_(lookup), options_(options), given_(given), begun_(begun) {}
+
+    [[nodiscard]] JudgedAddress judge() {
+        if (!isDecidedAsWritten() && !isDecidedExactly() && !best_) {
+            decideByNear();
         }
-        const auto rank = [](const JudgedAddress& one) { return std::pair(one.verdict, one.confidence); };
-        if (!best_ || rank(judged) > rank(*best_)) {
-            best_ = std::move(judged);
-        }
-        return false;
+        return *std::move(best_);
     }
-    /// Null if there was none.
-    [[nodiscard]] std::optional<JudgedAddress>& judged() { return best_; }
 
 private:
+    [[nodiscard]] bool isDecidedAsWritten();
+    [[nodiscard]] bool isDecidedExactly();
+    void decideByNear();
+    [[nodiscard]] bool isDecidedBy(Finding& finding, bool isAllRead);
+    [[nodiscard]] Finding& find(AddressParts& reading);
+
+    /// Whether a reading leaves nothing of the street aside. A name may begin with two kinds of street, as in
+    /// "C/ Costanilla de la Herradura".
+    [[nodiscard]] bool isAllRead(const Finding& finding) const {
+        const AddressParts& parts = finding.question.parts;
+        return parts.rest == withoutBlanks(given_.rest) && parts.type.find(' ') == std::string::npos;
+    }
+
+    AddressLookup& lookup_;
+    const ValidationOptions& options_;
+    const GivenAddress& given_;
+    Begun& begun_;
+    std::list<Finding> others_;     // of the readings that were not looked up in the beginning
+    std::vector<Finding*> doubted_; // what to ask the suggestions about
     std::optional<JudgedAddress> best_;
 };
+
+/// Whether nobody needs to look further. Otherwise keeps the verdict if it is the best so far; of equal ones
+/// the most likely, then the first.
+bool Trial::isDecidedBy(Finding& finding, bool isAllRead) {
+    JudgedAddress judged = judgedFrom(finding, options_);
+    const bool isDecided = isSettled(judged.verdict) && isAllRead;
+    const auto rank = [](const JudgedAddress& one) { return std::pair(one.verdict, one.confidence); };
+    if (isDecided || !best_ || rank(judged) > rank(*best_)) {
+        best_ = std::move(judged);
+    }
+    return isDecided;
+}
+
+bool Trial::isDecidedAsWritten() {
+    for (Finding& finding : std::span(begun_.first).first(begun_.first.size() - 1)) {
+        lookup_.findStreets(finding);
+        if (!finding.options.empty() && isDecidedBy(finding, true)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Looks a reading up, unless it is the likeliest, whose municipalities are known.
+Finding& Trial::find(AddressParts& reading) {
+    const bool isLikeliest = &reading == begun_.readings.likely.data();
+    Finding& finding = isLikeliest ? begun_.first.back() : others_.emplace_back();
+    if (!isLikeliest) {
+        lookup_.ask(std::move(reading), finding);
+        lookup_.findPlaces(finding);
+    }
+    lookup_.findStreets(finding);
+    return finding;
+}
+
+bool Trial::isDecidedExactly() {
+    // Where the type has a column, a kind of street in the name belongs to it.
+    const bool isTypeGiven = !withoutBlanks(given_.type).empty();
+    for (const bool areWhole : {isTypeGiven, !isTypeGiven}) {
+        if (areWhole) {
+            addWholeReadings(begun_.readings, given_);
+        }
+        for (AddressParts& reading : areWhole ? begun_.readings.whole : begun_.readings.likely) {
+            Finding& finding = find(reading);
+            if (!finding.options.empty() && isDecidedBy(finding, isAllRead(finding))) {
+                return true;
+            }
+            // The suggestions find a type in a name themselves.
+            if (!areWhole || isTypeGiven) {
+                doubted_.push_back(&finding);
+            }
+        }
+    }
+    return false;
+}
+
+void Trial::decideByNear() {
+    doubted_.resize(std::min(doubted_.size(), mostNearReadings));
+    for (Finding* const finding : doubted_) {
+        lookup_.findNear(*finding);
+        if (isDecidedBy(*finding, isAllRead(*finding))) {
+            return;
+        }
+    }
+}
 
 } // namespace
 
@@ -116,13 +178,7 @@ private:
     void validate(const GivenAddress& given, Begun& begun, JudgedAddress& judged);
     [[nodiscard]] JudgedAddress judge(const GivenAddress& given, Begun& begun);
     [[nodiscard]] JudgedAddress judgeAlone(const GivenAddress& given);
-    [[nodiscard]] Finding& findExactly(AddressParts&& reading, std::list<Finding>& others);
-    [[nodiscard]] JudgedAddress judge(Finding& finding);
-    [[nodiscard]] Verdict verdictOnBest(Finding& finding) const;
-    [[nodiscard]] JudgedAddress judgeOpen(const Finding& finding, Verdict verdict) const;
     [[nodiscard]] bool hasTwoTypes(const GivenAddress& given, const std::string& street);
-    [[nodiscard]] JudgedAddress judgeWithoutStreet(const Finding& finding);
-    [[nodiscard]] std::optional<Verdict> rivalry(std::vector<AddressOption>& options) const;
 
     ValidationOptions options_;
     AddressLookup lookup_;
@@ -157,115 +213,6 @@ void AddressValidator::Implementation::validate(std::span<const AddressToJudge> 
     for (std::size_t i = 0; i < addresses.size(); ++i) {
         validate(*addresses[i].given, begun_[i], *addresses[i].judged);
     }
-}
-
-/// Looks one of the other readings up.
-Finding& AddressValidator::Implementation::findExactly(AddressParts&& reading, std::list<Finding>& others) {
-    Finding& finding = others.emplace_back();
-    lookup_.ask(std::move(reading), finding);
-    lookup_.findPlaces(finding);
-    lookup_.findStreets(finding);
-    return finding;
-}
-
-/// What others that are as likely make of the first option; nothing if there are none.
-std::optional<Verdict> AddressValidator::Implementation::rivalry(std::vector<AddressOption>& options) const {
-    AddressOption& best = options.front();
-    bool hasOtherCode = false, hasOther = false, isTypeOpen = false;
-    for (auto other = options.begin() + 1; other != options.end(); ++other) {
-        // Whether the other one may be missing from the tables says nothing about its likeness.
-        if (best.confidence - other->confidence - other->otherDoubt >= options_.lead ||
-            (best.isCertain() && !other->isCertain())) {
-            continue;
-        }
-        if (isSameStreet(best, *other) && hasSameCode(best, *other) && best.typeDoubt == 0) {
-            // Where none was written, it does not matter which one is meant.
-            isTypeOpen = isTypeOpen || other->typeDoubt == 0;
-        } else {
-            const bool isElsewhere = best.place.municipality != other->place.municipality;
-            hasOther = true;
-            hasOtherCode = hasOtherCode || isElsewhere || !hasSameCode(best, *other);
-        }
-    }
-    if (isTypeOpen && !hasOther) {
-        // Without a type, the look-ups see all of them.
-        const bool isOneCode = std::ranges::all_of(options, [&](const AddressOption& one) {
-            return !isSameStreet(best, one) || hasSameCode(best, one);
-        });
-        if (!isOneCode) {
-            return Verdict::Ambiguous;
-        }
-        best.type.clear();
-    }
-    if (!hasOther) {
-        return std::nullopt;
-    }
-    return hasOtherCode || best.isCertain() ? Verdict::Ambiguous : Verdict::Doubtful;
-}
-
-JudgedAddress AddressValidator::Implementation::judgeWithoutStreet(const Finding& finding) {
-    const std::vector<PlaceOption>& places = finding.places;
-    const bool isKnown = places.size() == 1 && 1 - places.front().doubt >= options_.threshold;
-    Verdict verdict = Verdict::UnknownStreet;
-    if (!isKnown) {
-        const bool areNamesakes = places.size() > 1 && places.front().source == PlaceSource::Name &&
-                                  places.front().doubt == places[1].doubt;
-        verdict = areNamesakes ? Verdict::Ambiguous : Verdict::UnknownMunicipality;
-    }
-    JudgedAddress judged =
-        judgedWithoutStreet(isKnown ? &places.front() : nullptr, verdict, finding.question);
-    for (const PlaceOption& place : places) {
-        if (!isKnown && judged.alternatives.size() < mostAlternatives) {
-            judged.alternatives.push_back(alternativeOf(place));
-        }
-    }
-    return judged;
-}
-
-/// On the first option, in the light of the others.
-Verdict AddressValidator::Implementation::verdictOnBest(Finding& finding) const {
-    const std::optional<Verdict> rivals = rivalry(finding.options);
-    const Verdict verdict = verdictOn(finding.options.front(), finding.question, options_);
-    return rivals && verdict != Verdict::Doubtful ? *rivals : verdict;
-}
-
-/// Something is near, and cannot be taken.
-JudgedAddress AddressValidator::Implementation::judgeOpen(const Finding& finding, Verdict verdict) const {
-    const AddressOption& first = finding.options.front();
-    const bool isOnePlace = std::ranges::all_of(finding.options, [&](const AddressOption& one) {
-        return one.place.municipality == first.place.municipality;
-    });
-    const bool isPlaceKnown = isOnePlace && 1 - first.place.doubt >= options_.threshold;
-    JudgedAddress judged =
-        judgedWithoutStreet(isPlaceKnown ? &first.place : nullptr, verdict, finding.question);
-    judged.confidence = first.confidence;
-    return judged;
-}
-
-JudgedAddress AddressValidator::Implementation::judge(Finding& finding) {
-    std::vector<AddressOption>& options = finding.options;
-    for (AddressOption& option : options) {
-        weigh(option, finding.question);
-    }
-    // What is as written comes first, whatever the postal code says.
-    if (options.size() > 1) {
-        std::ranges::stable_sort(options, std::greater<>(), [](const AddressOption& option) {
-            return std::pair(option.isCertain(), option.confidence);
-        });
-    }
-    const bool isNear = !options.empty() && options.front().points >= leastNear;
-    const Verdict verdict = isNear ? verdictOnBest(finding) : Verdict::UnknownStreet;
-    const bool isTaken = isNear && verdict != Verdict::Doubtful && verdict != Verdict::Ambiguous;
-    JudgedAddress judged = isTaken  ? judgedAs(options.front(), verdict, finding.question)
-                           : isNear ? judgeOpen(finding, verdict)
-                                    : judgeWithoutStreet(finding);
-    if (!isSettled(judged.verdict)) {
-        for (std::size_t shown = isTaken ? 1 : 0;
-             shown < options.size() && judged.alternatives.size() < mostAlternatives; ++shown) {
-            judged.alternatives.push_back(alternativeOf(options[shown]));
-        }
-    }
-    return judged;
 }
 
 /// Whether the street's column names a type that is not that of the type's column, and not a part of the
@@ -317,60 +264,7 @@ JudgedAddress AddressValidator::Implementation::judgeAlone(const GivenAddress& g
 }
 
 JudgedAddress AddressValidator::Implementation::judge(const GivenAddress& given, Begun& begun) {
-    if (begun.first.empty()) {
-        return {};
-    }
-    const std::string_view rest = withoutBlanks(given.rest);
-    // Where the type has a column, a kind of street in the name belongs to it.
-    const bool isTypeGiven = !withoutBlanks(given.type).empty();
-    Best best;
-    Finding& likeliest = begun.first.back();
-    for (Finding& finding : std::span(begun.first).first(begun.first.size() - 1)) {
-        lookup_.findStreets(finding);
-        if (!finding.options.empty()) {
-            JudgedAddress judged = judge(finding);
-            if (best.isDecidedBy(judged, true)) {
-                return judged;
-            }
-        }
-    }
-    std::list<Finding> others;
-    std::vector<Finding*> findings;
-    for (const bool areWhole : {isTypeGiven, !isTypeGiven}) {
-        if (areWhole) {
-            addWholeReadings(begun.readings, given);
-        }
-        std::vector<AddressParts>& readings = areWhole ? begun.readings.whole : begun.readings.likely;
-        for (AddressParts& reading : readings) {
-            const bool isLikeliest = !areWhole && &reading == readings.data();
-            if (isLikeliest) {
-                lookup_.findStreets(likeliest);
-            }
-            Finding& finding = isLikeliest ? likeliest : findExactly(std::move(reading), others);
-            if (!finding.options.empty()) {
-                JudgedAddress judged = judge(finding);
-                if (best.isDecidedBy(judged, isAllRead(finding, rest))) {
-                    return judged;
-                }
-            }
-            // The suggestions find a type in a name themselves.
-            if (!areWhole || isTypeGiven) {
-                findings.push_back(&finding);
-            }
-        }
-    }
-    if (best.judged()) {
-        return *std::move(best.judged());
-    }
-    findings.resize(std::min(findings.size(), mostNearReadings));
-    for (Finding* finding : findings) {
-        lookup_.findNear(*finding);
-        JudgedAddress judged = judge(*finding);
-        if (best.isDecidedBy(judged, isAllRead(*finding, rest))) {
-            return judged;
-        }
-    }
-    return *std::move(best.judged());
+    return begun.first.empty() ? JudgedAddress() : Trial(lookup_, options_, given, begun).judge();
 }
 
 std::size_t provinceHint(const GivenAddress& given) {

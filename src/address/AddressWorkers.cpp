@@ -24,8 +24,11 @@ constexpr std::size_t mostTogether = 32;
 /// memory of this program.
 constexpr std::size_t mostOfFiles = std::size_t{48} << 20;
 
+/// More than any machine has cores for; each has tables and names of its own.
+constexpr unsigned mostThreads = 256;
+
 unsigned threadCount(unsigned wanted) {
-    return wanted > 0 ? wanted : std::max(1U, std::thread::hardware_concurrency());
+    return std::clamp(wanted > 0 ? wanted : std::thread::hardware_concurrency(), 1U, mostThreads);
 }
 
 /// What is written after a row.
@@ -55,7 +58,7 @@ AddressWorkers::AddressWorkers(const AddressFileOptions& options, const loading:
         for (unsigned worker = 0; worker < count; ++worker) {
             threads_.emplace_back([this, worker] { work(worker); });
         }
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) {
         if (threads_.empty()) { // otherwise those that could be started will do
             throw;
         }

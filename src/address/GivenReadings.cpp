@@ -6,7 +6,9 @@
 #include <utility>
 
 #include "address/AddressLine.h"
+#include "address/AddressPieces.h"
 #include "address/HouseNumber.h"
+#include "address/WrittenWords.h"
 #include "services/Rnumcad.h"
 
 namespace ambrel {
@@ -131,6 +133,17 @@ void addWhole(const AddressParts& reading, std::string_view written, const Addre
     }
 }
 
+/// The postal code that the street's column holds, "C/ Sol 3, 28009 Madrid"; it stays in the rest, too, where
+/// people put it.
+std::string postalCodeOfStreet(const GivenAddress& given) {
+    if (!isBlank(given.postalCode) || postalCodeWithin(given.street).empty()) {
+        return {};
+    }
+    const WrittenWords words(given.street);
+    const PostalCodeWords code = findPostalCode(words);
+    return code.words.isEmpty() ? std::string() : words[code.code].folded;
+}
+
 std::vector<AddressParts> readStreet(const GivenAddress& given) {
     std::vector<AddressParts> readings = readStreetText(given.street);
     const std::string_view written = withoutBlanks(given.street);
@@ -148,22 +161,26 @@ std::vector<AddressParts> readStreet(const GivenAddress& given) {
             takeNumber(reading, number);
         }
     }
+    const std::string code = postalCodeOfStreet(given);
+    for (AddressParts& reading : readings) {
+        reading.postalCode = code;
+    }
     return readings;
 }
 
 /// Each street with the place that each line names.
 std::vector<AddressParts> combined(const std::vector<AddressParts>& lines,
-                                   std::vector<AddressParts> streets) {
+                                   const std::vector<AddressParts>& streets) {
     if (lines.size() == 1 && lines.front() == AddressParts()) {
         return streets; // the line says nothing
     }
     std::vector<AddressParts> both;
     for (const AddressParts& line : lines) {
-        for (AddressParts& street : streets) {
-            street.postalCode = line.postalCode;
-            street.municipality = line.municipality;
-            street.province = line.province;
-            both.push_back(street);
+        for (AddressParts one : streets) {
+            takeColumn(one.postalCode, line.postalCode);
+            one.municipality = line.municipality;
+            one.province = line.province;
+            both.push_back(std::move(one));
         }
     }
     return both;

@@ -23,8 +23,8 @@ int numberIn(const dbase::RecordView& row, const dbase::Column* column) {
 void StreetRows::bindColumns(dbase::Dataset& streets) {
     streets.bindCharacter("CODIGO1", 8);
     streets.bindCharacter("PROVINCIA", 2);
-    streets.bindCharacter("TIPO_VIA", 3);
-    streets.bindCharacter("VIA", 45);
+    streets.bindCharacter("TIPO_VIA", streetTypeWidth);
+    streets.bindCharacter("VIA", streetNameWidth);
     streets.bindCharacter("CODPOSTAL", 5);
     for (const char* number : {"IMPAR_INI", "IMPAR_FIN", "PAR_INI", "PAR_FIN"}) {
         streets.bindInteger(number);

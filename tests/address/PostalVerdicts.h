@@ -8,15 +8,21 @@
 
 namespace postal_tests {
 
+using ambrel::AddressChange;
+using ambrel::JudgedAddress;
+using ambrel::JudgedPart;
+using ambrel::Verdict;
+
 class PostalVerdicts : public PostalTables {
 protected:
     PostalVerdicts();
 
     /// Judges an address whose texts are UTF-8.
-    ambrel::JudgedAddress judge(ambrel::GivenAddress given);
+    JudgedAddress judge(ambrel::GivenAddress given);
     std::string verdict(const ambrel::GivenAddress& given);
 
     ambrel::AddressValidator validator;
 };
+using AddressVerdicts = PostalVerdicts;
 
 } // namespace postal_tests

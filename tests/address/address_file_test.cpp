@@ -1,11 +1,8 @@
 // Whole files of addresses.
-#include "address/AddressFile.h"
-
 #include <algorithm>
-#include <set>
 
+#include "AddressFileTest.h"
 #include "address/ValidatedColumns.h"
-#include "controller/StreetTables.h"
 #include "dbase/system/error.h"
 #include "loading/ansi_text.h"
 #include "loading/csv.h"
@@ -13,52 +10,9 @@
 namespace {
 
 using namespace ambrel;
-using namespace postal_tests;
 using ambrel::test::ansi;
-
-struct Outcome {
-    std::string result, unsettled;
-    AddressFileTotals totals;
-    std::vector<Verdict> verdicts;
-    std::vector<std::string> places; // of the rows: number, line
-};
-
-class AddressFile : public StreetTables {
-protected:
-    void SetUp() override {
-        addMunicipalities({{"28079", "28004", "MADRID", "N", "0"},
-                           {"28079", "28013", "MADRID", "N", "0"},
-                           {"15031", "15500", "CORUÑA, LA", "N", "0"},
-                           {"28065", "28901", "GETAFE", "S", "9"}});
-        addStreets(
-            {{"10", "GRAN VIA", "CL", "28013", {1, 41}, {2, 48}},
-             {"11", "GRAN VIA", "CL", "28004", {43, 9999}, {50, 9998}},
-             {"12", "MAYOR", "CL", "28013"},
-             {.codigo1 = "30", .via = "ESPAÑA", .tipo = "AV", .codPostal = "15500", .provincia = "15"}});
-    }
-
-    static AddressFileInput input(std::string_view text) {
-        return {loading::textSource(text), "prueba.csv", text.size()};
-    }
-
-    static Outcome validate(const AddressFileInput& file, AddressFileOptions options = {}) {
-        options.threads = options.threads == 0 ? 2 : options.threads;
-        Outcome outcome;
-        outcome.totals = validateAddressFile(
-            file, options,
-            {.write = [&](std::string_view text) { outcome.result += text; },
-             .writeUnsettled = [&](std::string_view text) { outcome.unsettled += text; },
-             .row =
-                 [&](const ValidatedRow& row) {
-                     outcome.verdicts.push_back(row.judged.verdict);
-                     outcome.places.push_back(std::to_string(row.number) + ':' + std::to_string(row.line));
-                 }});
-        return outcome;
-    }
-    static Outcome validate(std::string_view text, const AddressFileOptions& options = {}) {
-        return validate(input(text), options);
-    }
-};
+using AddressFile = postal_tests::AddressFileTest;
+using Outcome = postal_tests::FileOutcome;
 
 /// The lines of a text, with their ends; line ends inside quotes do not count.
 std::vector<std::string> linesOf(const std::string& text) {
@@ -161,6 +115,11 @@ TEST_F(AddressFile, RowsStayInTheirOrder) {
     EXPECT_EQ(outcome.places.front(), "1:2");
     EXPECT_EQ(outcome.places.back(), "40000:40001");
     EXPECT_EQ(validate(text, {.threads = 1}).result, outcome.result) << "whatever the threads";
+}
+
+TEST_F(AddressFile, NoMoreThreadsAreStartedThanAMachineCanUse) {
+    const std::string text = "CALLE,CP,POBLACION\nMayor 3,28013,Madrid\n";
+    EXPECT_EQ(validate(text, {.threads = 4'000'000'000U}).result, validate(text, {.threads = 1}).result);
 }
 
 TEST_F(AddressFile, RowHasTheVerdictOfItsAddressAlone) {
@@ -321,76 +280,6 @@ TEST_F(AddressFile, ResultWithoutItsHeading) {
                              "CALLE,CP\nMayor,28013\n";
     const std::string whole = validate(text).result;
     EXPECT_EQ(validate(text, {.writesHeading = false}).result, whole.substr(whole.find('\n') + 1));
-}
-
-std::string manyRows() {
-    std::string text = "\xEF\xBB\xBF"
-                       "ID,CALLE,CP,NOTA\r\n";
-    for (int i = 0; i < 500; ++i) {
-        const std::array<const char*, 5> rows{"Mayor 3,28013,", "\"Gran\r\nVía\",28013,\"dos\r\n\r\nlíneas\"",
-                                              "Mayor,28013", "\"Mayor,28013,x", ",,"};
-        text += std::to_string(i) + ',' + rows.at(static_cast<std::size_t>(i * i % 7 % 5)) + "\r\n";
-        text += i % 97 == 0 ? "\r\n" : "";
-    }
-    return text;
-}
-
-TEST_F(AddressFile, PartsTogetherAreTheWhole) {
-    const std::string text = manyRows();
-    const Outcome whole = validate(text);
-    for (const unsigned of : {1U, 2U, 3U, 12U}) {
-        std::string together;
-        std::vector<std::string> places;
-        for (unsigned number = 1; number <= of; ++number) {
-            const Outcome part = validate(text, {.part = {number, of}});
-            together += part.result;
-            std::ranges::copy(part.places, std::back_inserter(places));
-        }
-        EXPECT_TRUE(together == whole.result) << of;
-        EXPECT_EQ(places, whole.places) << "numbers and lines are those of the file";
-    }
-}
-
-TEST_F(AddressFile, PartsOfUtf16TogetherAreTheWhole) {
-    const std::string text = "\xFE\xFF" + loading::utf16FromUtf8(manyRows().substr(3), true);
-    std::string together;
-    for (unsigned number = 1; number <= 3; ++number) {
-        together += validate(text, {.part = {number, 3}}).result;
-    }
-    EXPECT_TRUE(together == validate(text).result);
-}
-
-TEST_F(AddressFile, PartOfSomethingWithoutSizeIsRefused) {
-    const std::string text = "CALLE,CP\nMayor,28013\n";
-    const AddressFileInput pipe{loading::textSource(text), "entrada", std::nullopt};
-    EXPECT_THROW(validate(pipe, {.part = {2, 2}}), loading::Failure);
-}
-
-/// What pieces of a file, each with its heading in front, give one after the other.
-TEST_F(AddressFile, LinesInPiecesGiveTheSameAsTheWhole) {
-    const std::string heading = "ID,CALLE,CP,NOTA\n";
-    std::vector<std::string> lines;
-    for (int i = 0; i < 40; ++i) {
-        const std::array<const char*, 5> rows{"Mayor 3,28013,", "\"Gran \"\"Vía\"\"\",28013,x", "Mayor,28013",
-                                              "\"Mayor,28013,x", "Ma\"yor,1,"};
-        lines.push_back(std::to_string(i) + ',' + rows.at(static_cast<std::size_t>(i * i % 7 % 5)) + '\n');
-    }
-    std::string text = heading;
-    for (const std::string& line : lines) {
-        text += line;
-    }
-    const std::string whole = validate(text, {.writesHeading = false}).result;
-    for (const std::size_t size : {3U, 7U, 20U}) {
-        std::string together;
-        for (std::size_t i = 0; i < lines.size(); i += size) {
-            std::string piece = heading;
-            for (std::size_t j = i; j < std::min(i + size, lines.size()); ++j) {
-                piece += lines[j];
-            }
-            together += validate(piece, {.writesHeading = false}).result;
-        }
-        EXPECT_EQ(together, whole) << "pieces of " << size;
-    }
 }
 
 TEST_F(AddressFile, ProgressGoesToTheWholeAndMayCancel) {

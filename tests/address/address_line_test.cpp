@@ -113,6 +113,19 @@ TEST(AddressLineTest, ThePostalCodeInItsWritings) {
     EXPECT_EQ(line("C/ Mayor 1234 Getafe").postalCode, "");
 }
 
+TEST(AddressLineTest, ThePostalCodeAfterAFloorIsNotTheFloors) {
+    for (const char* text : {"C/ Sol 3, 6ª planta 28009 Madrid", "C/ Sol 3 1er piso, 28009 Madrid",
+                             "C/ Sol 3 1er piso. 28009-Madrid", "C/ Sol 3 6a planta C.P. 28009 Madrid",
+                             "C/ Sol 3 local 28009 Madrid", "C/ Sol 3 local E-28009 Madrid"}) {
+        const WrittenAddress read = line(text);
+        EXPECT_EQ(read.postalCode, "28009") << text << ": " << read;
+        EXPECT_EQ(read.number, "3") << text;
+        EXPECT_EQ(read.municipality, "Madrid") << text;
+    }
+    EXPECT_EQ(line("Lugar Cabo, parcela 10023, 15838 Negreira").postalCode, "15838");
+    EXPECT_EQ(line("15838 Negreira, Lugar Cabo 4, parcela 10023").postalCode, "15838");
+}
+
 TEST(AddressLineTest, ANumberOfAPostOfficeBoxIsNoPostalCode) {
     EXPECT_EQ(line("Apdo. 10234, 28080 Madrid"),
               (WrittenAddress{.rest = "Apdo. 10234", .postalCode = "28080", .municipality = "Madrid"}));

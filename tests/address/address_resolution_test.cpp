@@ -215,7 +215,7 @@ TEST_F(ResolveAddress, ANumberThatTheTablesCannotHoldIsNotTakenForNone) {
     EXPECT_EQ(address.numberProblem, NumberProblem::NotANumber);
 }
 
-TEST_F(ResolveAddress, SignsThatCompleteNothingMayStandInANameOrBehindIt) {
+TEST_F(ResolveAddress, SignsThatCompleteNothingMayStandInANameOrAfterIt) {
     EXPECT_EQ(resolve("CORUÑA, LA", "CL", "DALIA, LA", "1").postalCode, "15501");
     EXPECT_EQ(resolve("ALFAZ (L')", "", "X", "1").ineCode, "03090");
     EXPECT_EQ(resolve("ALFAZ (", "", "X", "1").unsettled, Parts{AddressPart::Municipality})

@@ -8,12 +8,8 @@
 namespace postal_tests {
 namespace {
 
-using ambrel::AddressChange;
 using ambrel::AddressPart;
-using ambrel::JudgedAddress;
-using ambrel::JudgedPart;
 using ambrel::ResolvedAddress;
-using ambrel::Verdict;
 
 const std::string upper = "RINCON DE LOS ALMENDROS FLORIDOS DE LA UMBRIA ALTA";
 const std::string lower = "RINCON DE LOS ALMENDROS FLORIDOS DE LA UMBRIA BAJA";

@@ -13,35 +13,148 @@ namespace {
 
 enum Column { Number, Name, Address, House, Floor, PostalCode, Town, Province };
 
-struct Kind {
-    std::string_view name;
-    std::string_view verdicts; // that are no mistake
-};
-constexpr std::array<Kind, faultCount> kinds{{
-    {"ninguna", "CORRECTA"},
-    {"mayusculas", "CORRECTA"},
-    {"tipo y numero en la via", "CORRECTA"},
-    {"errata en la via", "CORREGIDA DUDOSA AMBIGUA VIA_DESCONOCIDA"},
-    {"abreviatura", "CORREGIDA DUDOSA"},
-    {"errata en el municipio", "CORREGIDA DUDOSA MUNICIPIO_DESCONOCIDO"},
-    {"otra escritura del municipio", "CORRECTA COMPLETADA CORREGIDA"},
-    {"sin codigo", "COMPLETADA"},
-    {"codigo de otra via", "CODIGO_DISTINTO"},
-    {"sin municipio", "COMPLETADA"},
-    {"letra, intervalo o piso", "CORRECTA"},
-    {"sin numero", "CORRECTA"},
-    {"via inexistente", "VIA_DESCONOCIDA DUDOSA"},
-    {"municipio inexistente", "MUNICIPIO_DESCONOCIDO"},
-    {"vacia", "VACIA"},
-    {"fila rota", "FILA_ROTA"},
-}};
+/// A customer's row before a fault, and what the fault may use.
+struct Spoiling {
+    Customer& customer;
+    const Street& street;
+    const std::vector<Street>& streets;
+    Dice& dice;
 
-const Kind& kindOf(Fault fault) { return kinds[static_cast<std::size_t>(fault)]; }
+    [[nodiscard]] std::string& value(Column column) const { return customer.values[column]; }
+    /// A way to write the street's type, and a blank.
+    [[nodiscard]] std::string typeBefore() const { return typeWord(street.type, dice) + ' '; }
+    void mustNotBeSettled() const {
+        customer.ineCode = customer.type = customer.street = customer.postalCode = "";
+    }
+    /// For a row that cannot have the fault.
+    void leaveAsItIs() const;
+};
+
+void changeLetterCase(const Spoiling& row) {
+    std::string& address = row.value(Address);
+    address = row.dice.oneIn(2) ? lowered(address) : titled(address);
+    row.value(Town) = lowered(row.value(Town));
+}
+
+void writeAllInStreet(const Spoiling& row) {
+    const std::string floor = row.value(Floor);
+    const std::string separator = row.dice.oneIn(2) ? ", " : " ";
+    row.value(Address) = row.typeBefore() + titled(row.street.name) + separator + row.value(House) +
+                         (floor.empty() ? "" : ", " + floor);
+    row.value(House) = row.value(Floor) = "";
+}
+
+void mistypeStreet(const Spoiling& row) {
+    const std::string name = mistyped(row.street.name, row.dice);
+    row.value(Address) = row.typeBefore() + name;
+}
+
+void shortenStreet(const Spoiling& row) {
+    const std::string shorter = shortened(row.street.name);
+    if (shorter == row.street.name) {
+        return row.leaveAsItIs();
+    }
+    row.value(Address) = row.typeBefore() + shorter;
+}
+
+void mistypeTown(const Spoiling& row) { row.value(Town) = mistyped(row.street.town, row.dice); }
+
+void speakTown(const Spoiling& row) { row.value(Town) = spokenTown(row.street.town, row.dice); }
+
+void leaveOutCode(const Spoiling& row) { row.value(PostalCode) = ""; }
+
+void takeOtherCode(const Spoiling& row) {
+    const Street& other = row.dice.among(row.streets);
+    const std::string& code = other.stretches.front().postalCode;
+    const bool isOwn =
+        std::ranges::find(row.street.stretches, code, &Stretch::postalCode) != row.street.stretches.end();
+    if (other.ineCode != row.street.ineCode || isOwn) {
+        return row.leaveAsItIs();
+    }
+    row.value(PostalCode) = code;
+    row.mustNotBeSettled();
+}
+
+void leaveOutTown(const Spoiling& row) { row.value(Town) = row.value(Province) = ""; }
+
+void addToNumber(const Spoiling& row) {
+    std::string& house = row.value(House);
+    house += row.dice.among(std::vector<std::string>{" bis", " A", "-" + std::to_string(std::stoi(house) + 2),
+                                                     ", 2º izda.", " bajo"});
+    row.value(Floor) = "";
+}
+
+bool isDivided(const Street& street) {
+    return std::ranges::any_of(street.stretches, [&](const Stretch& one) {
+        return one.postalCode != street.stretches.front().postalCode;
+    });
+}
+
+void leaveOutNumber(const Spoiling& row) {
+    row.value(House) = row.dice.oneIn(2) ? "" : "s/n";
+    if (isDivided(row.street)) {
+        row.customer.verdicts = "SIN_NUMERO";
+        row.mustNotBeSettled();
+    }
+}
 
 /// Words that no street or town of the sample has.
 const std::vector<std::string> inventions{"PANGOLIN AZUL",   "TRECE TORTUGAS", "ZAPATILLAS VERDES",
                                           "QUIMERA DORMIDA", "YUNQUE ROTO",    "WOLFRAMIO",
                                           "OJOPLATICOS",     "XILOFONO GRANDE"};
+
+void inventStreet(const Spoiling& row) {
+    const std::string& name = row.dice.among(inventions);
+    row.value(Address) = row.typeBefore() + name;
+    row.mustNotBeSettled();
+}
+
+void inventTown(const Spoiling& row) {
+    row.value(Town) = row.dice.among(inventions);
+    row.value(PostalCode) = "";
+    row.mustNotBeSettled();
+}
+
+void leaveOutAll(const Spoiling& row) {
+    std::fill(row.customer.values.begin() + Address, row.customer.values.end(), "");
+    row.mustNotBeSettled();
+}
+
+void breakRow(const Spoiling& row) {
+    row.customer.values.emplace_back("sobra");
+    row.mustNotBeSettled();
+}
+
+struct Kind {
+    std::string_view name;
+    std::string_view verdicts; // that are not a mistake
+    void (*spoil)(const Spoiling& row);
+};
+constexpr std::array<Kind, faultCount> kinds{{
+    {"ninguna", "CORRECTA", [](const Spoiling&) {}},
+    {"mayusculas", "CORRECTA", changeLetterCase},
+    {"tipo y numero en la via", "CORRECTA", writeAllInStreet},
+    {"errata en la via", "CORREGIDA DUDOSA AMBIGUA VIA_DESCONOCIDA", mistypeStreet},
+    {"abreviatura", "CORREGIDA DUDOSA", shortenStreet},
+    {"errata en el municipio", "CORREGIDA DUDOSA MUNICIPIO_DESCONOCIDO", mistypeTown},
+    {"otra escritura del municipio", "CORRECTA COMPLETADA CORREGIDA", speakTown},
+    {"sin codigo", "COMPLETADA", leaveOutCode},
+    {"codigo de otra via", "CODIGO_DISTINTO", takeOtherCode},
+    {"sin municipio", "COMPLETADA", leaveOutTown},
+    {"letra, intervalo o piso", "CORRECTA", addToNumber},
+    {"sin numero", "CORRECTA", leaveOutNumber},
+    {"via inexistente", "VIA_DESCONOCIDA DUDOSA", inventStreet},
+    {"municipio inexistente", "MUNICIPIO_DESCONOCIDO", inventTown},
+    {"vacia", "VACIA", leaveOutAll},
+    {"fila rota", "FILA_ROTA", breakRow},
+}};
+
+const Kind& kindOf(Fault fault) { return kinds[static_cast<std::size_t>(fault)]; }
+
+void Spoiling::leaveAsItIs() const {
+    customer.fault = Fault::None;
+    customer.verdicts = kindOf(Fault::None).verdicts;
+}
 
 std::string personName(Dice& dice) {
     static const std::vector<std::string> first{"Ana",   "Luis", "Begoña", "Íñigo",  "María José",
@@ -57,8 +170,10 @@ std::string personName(Dice& dice) {
     case 2:
         return "Talleres " + surname + "\n(almacén)"; // with a line break inside
     default:
-        return dice.among(first) + " " + surname + " " + dice.among(last);
+        break;
     }
+    const std::string second = dice.among(last);
+    return dice.among(first) + " " + surname + " " + second;
 }
 
 std::string quoted(const std::string& value) {
@@ -73,12 +188,6 @@ std::string quoted(const std::string& value) {
         }
     }
     return text + '"';
-}
-
-bool isDivided(const Street& street) {
-    return std::ranges::any_of(street.stretches, [&](const Stretch& one) {
-        return one.postalCode != street.stretches.front().postalCode;
-    });
 }
 
 int numberIn(const Stretch& stretch, Dice& dice) {
@@ -99,7 +208,7 @@ Customer InventedCustomers::next() {
         dice_.roll(100) < 35 ? Fault::None : static_cast<Fault>(1 + dice_.roll(faultCount - 1));
     const Street& street = dice_.among(streets_);
     Customer customer = written(fault, street);
-    spoil(customer, street);
+    kindOf(fault).spoil({customer, street, streets_, dice_});
     return customer;
 }
 
@@ -117,96 +226,10 @@ Customer InventedCustomers::written(Fault fault, const Street& street) {
                       .street = street.name,
                       .postalCode = stretch.postalCode};
     if (dice_.oneIn(3)) {
-        customer.values[Floor] = std::to_string(1 + dice_.roll(9)) + "º " + "ABCD"[dice_.roll(4)];
+        const char door = "ABCD"[dice_.roll(4)];
+        customer.values[Floor] = std::to_string(1 + dice_.roll(9)) + "º " + door;
     }
     return customer;
-}
-
-void InventedCustomers::spoil(Customer& customer, const Street& street) {
-    std::vector<std::string>& values = customer.values;
-    const auto mustNotBeSettled = [&] {
-        customer.ineCode = customer.type = customer.street = customer.postalCode = "";
-    };
-    const auto isAsItWas = [&] {
-        customer.fault = Fault::None;
-        customer.verdicts = kindOf(Fault::None).verdicts;
-    };
-    switch (customer.fault) {
-    case Fault::None:
-        break;
-    case Fault::LetterCase:
-        values[Address] = dice_.oneIn(2) ? lowered(values[Address]) : titled(values[Address]);
-        values[Town] = lowered(values[Town]);
-        break;
-    case Fault::TypeInStreet:
-        values[Address] = typeWord(street.type, dice_) + ' ' + titled(street.name) +
-                          (dice_.oneIn(2) ? ", " : " ") + values[House] +
-                          (values[Floor].empty() ? "" : ", " + values[Floor]);
-        values[House] = values[Floor] = "";
-        break;
-    case Fault::Slip:
-        values[Address] = typeWord(street.type, dice_) + ' ' + mistyped(street.name, dice_);
-        break;
-    case Fault::ShortForm:
-        if (shortened(street.name) == street.name) {
-            return isAsItWas();
-        }
-        values[Address] = typeWord(street.type, dice_) + ' ' + shortened(street.name);
-        break;
-    case Fault::TownSlip:
-        values[Town] = mistyped(street.town, dice_);
-        break;
-    case Fault::OtherLanguage:
-        values[Town] = spokenTown(street.town, dice_);
-        break;
-    case Fault::NoCode:
-        values[PostalCode] = "";
-        break;
-    case Fault::OtherCode: {
-        const Street& other = dice_.among(streets_);
-        const std::string& code = other.stretches.front().postalCode;
-        if (other.ineCode != street.ineCode || std::ranges::any_of(street.stretches, [&](const Stretch& one) {
-                return one.postalCode == code;
-            })) {
-            return isAsItWas();
-        }
-        values[PostalCode] = code;
-        mustNotBeSettled();
-        break;
-    }
-    case Fault::NoTown:
-        values[Town] = values[Province] = "";
-        break;
-    case Fault::NumberAndFloor:
-        values[House] += dice_.among(std::vector<std::string>{
-            " bis", " A", "-" + std::to_string(std::stoi(values[House]) + 2), ", 2º izda.", " bajo"});
-        values[Floor] = "";
-        break;
-    case Fault::NoNumber:
-        values[House] = dice_.oneIn(2) ? "" : "s/n";
-        if (isDivided(street)) {
-            customer.verdicts = "SIN_NUMERO";
-            mustNotBeSettled();
-        }
-        break;
-    case Fault::UnknownStreet:
-        values[Address] = typeWord(street.type, dice_) + ' ' + dice_.among(inventions);
-        mustNotBeSettled();
-        break;
-    case Fault::UnknownTown:
-        values[Town] = dice_.among(inventions);
-        values[PostalCode] = "";
-        mustNotBeSettled();
-        break;
-    case Fault::Empty:
-        std::fill(values.begin() + Address, values.end(), "");
-        mustNotBeSettled();
-        break;
-    case Fault::BrokenRow:
-        values.emplace_back("sobra");
-        mustNotBeSettled();
-        break;
-    }
 }
 
 std::string headingLine() {

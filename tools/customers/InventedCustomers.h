@@ -42,7 +42,7 @@ struct Customer {
     std::uint64_t number = 0; // from 1
     Fault fault = Fault::None;
     std::vector<std::string> values; // of columnNames; UTF-8
-    /// The verdicts that are no mistake, with blanks between them.
+    /// The verdicts that are not a mistake, with blanks between them.
     std::string verdicts;
     /// What is right if the address is settled; empty where it must not be.
     std::string ineCode, type, street, postalCode;
@@ -56,7 +56,6 @@ public:
 
 private:
     [[nodiscard]] Customer written(Fault fault, const Street& street);
-    void spoil(Customer& customer, const Street& street);
 
     std::vector<Street> streets_;
     invented::Dice dice_;
