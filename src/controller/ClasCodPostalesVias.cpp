@@ -16,19 +16,19 @@ namespace {
 
 QString attention() { return QStringLiteral("Atención"); }
 
-void tellThatThereAreNoStreets() {
+void reportNoStreets() {
     Mensaje_Error(QStringLiteral("No hay vias introducidas que modificar"),
                   QStringLiteral("Inserte primero una via."));
 }
 
-void tellThatItIsFixed(const QString& text) { Mensaje_Error(text, QStringLiteral("Via no modificable.")); }
+void reportFixedStreet(const QString& text) { Mensaje_Error(text, QStringLiteral("Via no modificable.")); }
 
 bool isDeletionWanted(const QString& street) {
     const QString question = QStringLiteral("¿Seguro que desea borrar la via %1 de la base de datos?");
     return Mensaje_SiNo(question.arg(street), QStringLiteral("Eliminar Via"), attention()) == answeredYes;
 }
 
-void tellThatOthersAreAdding() {
+void reportOthersAdding() {
     Mensajes(0, QStringLiteral("Repita nuevamente la última operación"), 0,
              QStringLiteral("Acceso concurrente"));
 }
@@ -74,11 +74,11 @@ bool TClassCodPostales::AnadirVia() {
 bool TClassCodPostales::ModificarVia() {
     return attempt([this] {
         if (DM->tbPostal.isEmpty()) {
-            tellThatThereAreNoStreets();
+            reportNoStreets();
             return false;
         }
         if (!ambrel::isUserStreet(*DM)) {
-            tellThatItIsFixed(QStringLiteral("No puede modificar los datos de esta via"));
+            reportFixedStreet(QStringLiteral("No puede modificar los datos de esta via"));
             return false;
         }
         DM->tbPostal.edit();
@@ -89,13 +89,13 @@ bool TClassCodPostales::ModificarVia() {
 bool TClassCodPostales::BorrarVia(bool ask, bool) {
     return attemptOrCancel([this, ask] {
         if (DM->tbPostal.isEmpty()) {
-            tellThatThereAreNoStreets();
+            reportNoStreets();
             DM->tbPostal.cancel();
             // Deliberate: to callers an empty table means that nothing is left to delete.
             return true;
         }
         if (!ambrel::isUserStreet(*DM)) {
-            tellThatItIsFixed(QStringLiteral("No puede borrar los datos de esta via"));
+            reportFixedStreet(QStringLiteral("No puede borrar los datos de esta via"));
             return false;
         }
         if (ask && !isDeletionWanted(ambrel::fromWindows1252(DM->tbPostalVIA.view()))) {
@@ -138,6 +138,6 @@ bool TClassCodPostales::PostInsert(dbase::Durability durability) {
     if (ambrel::postUnderFreeKey(DM->tbPostal, DM->tbPostalCODIGO1, durability)) {
         return true;
     }
-    tellThatOthersAreAdding();
+    reportOthersAdding();
     throw ambrel::SilentAbort();
 }

@@ -17,7 +17,7 @@ namespace ambrel {
 namespace {
 
 /// Streets changed under one lock: few enough that other users do not notice the wait.
-constexpr dbase::RecordNumber stretch = 512;
+constexpr dbase::RecordNumber rowsTogether = 512;
 
 struct Municipality {
     std::string name, ineCode;
@@ -132,7 +132,7 @@ InePassCount fillIneCodes(const std::string& database, InePassRows rows, const I
     // In file order: no street's outcome depends on another's, and neighbours are written together.
     dbase::Table& table = streets->openTable();
     for (dbase::RecordNumber next = 1; next != 0;) {
-        next = table.amend(next, stretch, fill, dbase::Durability::Process, countInUse);
+        next = table.amend(next, rowsTogether, fill, dbase::Durability::Process, countInUse);
         if (next != 0) {
             progress(next - 1, table.records().recordCount());
         }

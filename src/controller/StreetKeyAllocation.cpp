@@ -18,7 +18,7 @@ constexpr const char* keyTag = "CODIGO1";
 
 bool isUserKey(std::string_view key) { return key.starts_with(userBlock); }
 
-std::string keyBehind(std::string_view highest) {
+std::string keyAfter(std::string_view highest) {
     std::string next = Int_Cad(Cad_Int(highest) + 1);
     // Deliberate: 99999999 is followed by the block's first key again, although that one is taken.
     return isUserKey(next) ? next : firstUserKey;
@@ -48,7 +48,7 @@ std::string StreetKeyAllocation::freeKey(const std::string& wanted) {
         return wanted;
     }
     table_.last();
-    return keyBehind(table_.field(keyTag).view());
+    return keyAfter(table_.field(keyTag).view());
 }
 
 void StreetKeyAllocation::giveKey(dbase::Field& key) {

@@ -16,7 +16,7 @@ inline constexpr const char* firstUserKey = "99000000";
 [[nodiscard]] bool isUserKey(std::string_view key);
 
 /// The key after the highest one stored, or firstUserKey if that would leave the users' block.
-[[nodiscard]] std::string keyBehind(std::string_view highest);
+[[nodiscard]] std::string keyAfter(std::string_view highest);
 
 /// Locks the first row of a table and goes to it, or the place of record 1 in an empty one. Retries if the
 /// first row changed before the lock was obtained. False if another user holds the lock.

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "data/TableDefinitions.h"
 #include "dbase/dataset/dataset.h"
 
 namespace ambrel {
@@ -15,8 +16,7 @@ namespace ambrel {
 struct Municipality {
     std::string ineCode;
     std::string name;
-    std::vector<std::string>
-        provinces; // two digits: its own first, then any others that its postal codes begin with
+    std::vector<std::string> provinces;   // two digits: its own, then others that its codes begin with
     std::vector<std::string> postalCodes; // ascending
     bool hasOneCode = false;              // marked as such, and without a second one in the rows
 
@@ -56,7 +56,7 @@ private:
     dbase::Field& ineCode_ = rows_.bindCharacter("COD_INE", 5);
     dbase::Field& postalCode_ = rows_.bindCharacter("CODPOSTAL", 5);
     dbase::Field& onlyCode_ = rows_.bindCharacter("UNICO", 1);
-    dbase::Field& name_ = rows_.bindCharacter("NOMBRE", 53);
+    dbase::Field& name_ = rows_.bindCharacter("NOMBRE", municipalityNameWidth);
     dbase::Field& province_ = rows_.bindCharacter("COD_PROV", 2);
     dbase::Field& isEntity_ = rows_.bindLogical("ENT_MENOR");
 };

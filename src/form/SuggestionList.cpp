@@ -316,7 +316,7 @@ void SuggestionList::useKey(int key) {
     case Qt::Key_PageUp:
         return choose(std::max(0, now - page));
     default:
-        return choose(std::min(count - 1, now < 0 ? page - 1 : now + page));
+        return choose(std::min(count - 1, now + page));
     }
 }
 

@@ -98,7 +98,7 @@ QString Tipo_Via2(QString& name, const QString& abbreviation) {
         StreetTypes lookup("CODIGO");
         const TDMVias& types = lookup.types();
         if (!code.isEmpty() && lookup.find(types.tbTipo_ViaCODIGO, code)) {
-            // Deliberate: the result stays empty, which tells callers that no choice was needed.
+            // Deliberate: the result stays empty, so that callers know that no choice was needed.
             name = fromWindows1252(types.tbTipo_ViaNOMBRE.text());
         } else if (isChosenFromList(code)) {
             result = fromWindows1252(types.tbTipo_ViaCODIGO.text());

@@ -85,7 +85,7 @@ private:
             return dbase::sameName(section_, section) && dbase::sameName(key, name);
         };
         if (is("BaseDeDatos", "Alias")) {
-            values_.alias = text(value);
+            values_.alias = alias(value);
         } else if (is("BaseDeDatos", "Carpeta")) {
             values_.folder = folder(value);
         } else if (is("Provincia", "Codigo")) {
@@ -118,6 +118,13 @@ private:
             return *bytes;
         }
         fail("el texto no es UTF-8 o tiene letras que las tablas no admiten: " + dbase::inQuotes(value));
+    }
+
+    [[nodiscard]] std::string alias(const std::string& value) const {
+        if (value.empty()) {
+            fail("falta el nombre de la base de datos");
+        }
+        return text(value);
     }
 
     [[nodiscard]] std::string folder(const std::string& value) const {

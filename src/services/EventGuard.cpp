@@ -3,6 +3,7 @@
 
 #include <QtGlobal>
 #include <exception>
+#include <new>
 
 #include "services/Mensaje.h"
 
@@ -25,6 +26,8 @@ void runGuarded(const std::function<void()>& body) noexcept {
         body();
     } catch (const SilentAbort&) {
         // The thrower has already informed the user.
+    } catch (const std::bad_alloc&) {
+        show(QStringLiteral("No queda memoria para esta operación."));
     } catch (const std::exception& error) {
         show(QString::fromUtf8(error.what()));
     } catch (...) {

@@ -9,7 +9,8 @@ using ambrel::MessageKind;
 constexpr int answeredNo = 0;
 constexpr int buttonOk = 1;
 
-void tell(MessageKind kind, QWidget* owner, const QString& text, const QString& line, const QString& title) {
+void inform(MessageKind kind, QWidget* owner, const QString& text, const QString& line,
+            const QString& title) {
     ambrel::ask({.kind = kind, .text = text, .line = line, .title = title, .owner = owner});
 }
 
@@ -29,11 +30,11 @@ int question(QWidget* owner, const QString& text, const QString& line, const QSt
 void Mensaje_Error(const QString& text, const QString& title) { Mensaje_Error(nullptr, text, title); }
 
 void Mensaje_Error(QWidget* owner, const QString& text, const QString& title) {
-    tell(MessageKind::Error, owner, text, {}, title);
+    inform(MessageKind::Error, owner, text, {}, title);
 }
 
 void Mensaje_Info(QWidget* owner, const QString& text, const QString& title) {
-    tell(MessageKind::Information, owner, text, {}, title);
+    inform(MessageKind::Information, owner, text, {}, title);
 }
 
 int Mensaje_SiNo(const QString& text, const QString& line, const QString& title) {
@@ -51,6 +52,6 @@ int Mensaje_NoSi(const QString& text, const QString& line, const QString& title)
 int Mensajes([[maybe_unused]] int kind, const QString& text, [[maybe_unused]] int icon, const QString& title,
              const QString& secondTitle, [[maybe_unused]] int colour, [[maybe_unused]] int textColour,
              [[maybe_unused]] bool option) {
-    tell(MessageKind::Warning, nullptr, text, secondTitle, title);
+    inform(MessageKind::Warning, nullptr, text, secondTitle, title);
     return buttonOk;
 }

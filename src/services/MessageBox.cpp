@@ -4,7 +4,10 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QScreen>
 #include <QStyle>
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -24,6 +27,33 @@ MessageShower& shower() {
 QString withLineFeeds(QString text) {
     return text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"))
         .replace(QLatin1Char('\r'), QLatin1Char('\n'));
+}
+
+/// The toolkit makes a box no wider, and cuts words that do not fit.
+int roomForText(const QWidget& dialog) {
+    constexpr int widestBox = 1000, besideBox = 480, besideText = 150; // logical pixels
+    return std::min(dialog.screen()->availableSize().width() - besideBox, widestBox) - besideText;
+}
+
+/// Lets a word that is wider than the box, such as the name of a file, go on in the next line.
+QString withBreaks(const QString& text, const QWidget& dialog) {
+    static const QRegularExpression word(QStringLiteral("[^\\s/-]+"));
+    constexpr qsizetype lettersTogether = 10;
+    const int room = roomForText(dialog);
+    QString broken;
+    qsizetype end = 0;
+    for (auto words = word.globalMatch(text); words.hasNext();) {
+        const QRegularExpressionMatch found = words.next();
+        QString letters = found.captured();
+        if (dialog.fontMetrics().horizontalAdvance(letters) > room) {
+            for (qsizetype at = lettersTogether; at < letters.size(); at += lettersTogether + 1) {
+                letters.insert(at, QChar(0x200b)); // without width
+            }
+        }
+        broken += text.mid(end, found.capturedStart() - end) + letters;
+        end = found.capturedEnd();
+    }
+    return broken + text.mid(end);
 }
 
 QPushButton* addButton(QMessageBox& dialog, const char* name, const QString& text,
@@ -48,8 +78,8 @@ MessageAnswer showMessageBox(const MessageBox& box) {
         box.kind, dialog->style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, dialog.data()),
         qApp->devicePixelRatio()));
     dialog->setTextFormat(Qt::PlainText);
-    dialog->setText(withLineFeeds(box.text));
-    dialog->setInformativeText(withLineFeeds(box.line));
+    dialog->setText(withBreaks(withLineFeeds(box.text), *dialog));
+    dialog->setInformativeText(withBreaks(withLineFeeds(box.line), *dialog));
     dialog->setTextInteractionFlags(Qt::TextSelectableByMouse);
     dialog->setAccessibleName(box.title);
     dialog->setAccessibleDescription(box.text + QLatin1Char('\n') + box.line);

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "dbase/system/notices.h"
+#include "services/EventGuard.h"
 #include "services/Mensaje.h"
 
 namespace ambrel {
@@ -17,9 +18,9 @@ void showNotices() {
             std::fprintf(stderr, "%s\n", text.c_str());
             return;
         }
-        const auto show = [message = QString::fromStdString(text)] {
+        const auto show = guarded([message = QString::fromStdString(text)] {
             Mensaje_Info(nullptr, message, QStringLiteral("Tablas"));
-        };
+        });
         QMetaObject::invokeMethod(application, show, Qt::QueuedConnection);
     });
 }

@@ -57,7 +57,12 @@ void processDrawing() {
 /// Observes whether a window has appeared on the screen at its current size.
 class ExposeWatch : public QObject {
 public:
-    explicit ExposeWatch(QWindow* window) { window->installEventFilter(this); }
+    /// `window`: null for a host's own widget that has none; there is nothing to wait for then.
+    explicit ExposeWatch(QWindow* window) : isExposed_(window == nullptr) {
+        if (window) {
+            window->installEventFilter(this);
+        }
+    }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         isExposed_ |= event->type() == QEvent::Expose && static_cast<QWindow*>(watched)->isExposed();
@@ -73,7 +78,7 @@ public:
     }
 
 private:
-    bool isExposed_ = false;
+    bool isExposed_;
 };
 
 void drawNow(QWidget& window) {

@@ -9,7 +9,7 @@ using namespace ambrel;
 
 EditedText typed(const std::string& text) { return {.text = text, .caret = text.size()}; }
 
-TEST(Completion, SelectsTheTailBehindTheCaret) {
+TEST(Completion, SelectsTheTailAfterTheCaret) {
     const auto completion = complete(typed("MAD"), "MADRID");
     ASSERT_TRUE(completion);
     EXPECT_EQ(completion->text, "MADRID");

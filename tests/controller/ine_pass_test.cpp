@@ -117,7 +117,7 @@ TEST_F(InePass, DeletedStreetsAreLeftAlone) {
     EXPECT_FALSE(streets.next());
 }
 
-TEST_F(InePass, ProgressIsToldWhileTheTablesCanBeRead) {
+TEST_F(InePass, ProgressIsReportedWhileTheTablesCanBeRead) {
     std::vector<StreetRow> rows;
     for (int i = 0; i < 1100; ++i) {
         rows.push_back({std::to_string(i), "CALLE " + std::to_string(i), "CL", "28001"});

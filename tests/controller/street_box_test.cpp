@@ -244,7 +244,7 @@ TEST_F(StreetBox, LeavingAgainAfterARefusedAllocationLockAsksAgainAndInsertsTheS
     EXPECT_FALSE(stored.next());
 }
 
-TEST_F(StreetBox, StreetThatTheDiskHasNoRoomForIsToldOnceWithoutACardAndLeavesTheTagAt0) {
+TEST_F(StreetBox, StreetThatTheDiskHasNoRoomForIsReportedOnceWithoutACardAndLeavesTheTagAt0) {
     QStringList shown;
     const auto before = ambrel::setMessageShower([&](const ambrel::MessageBox& box) {
         shown += box.text;
@@ -264,7 +264,7 @@ TEST_F(StreetBox, StreetThatTheDiskHasNoRoomForIsToldOnceWithoutACardAndLeavesTh
     EXPECT_EQ(hostPostalCode(), "00000");
 }
 
-TEST_F(StreetBox, StreetThatCannotBeInsertedIsToldOnceAndLeavesTheTagAt0) {
+TEST_F(StreetBox, StreetThatCannotBeInsertedIsReportedOnceAndLeavesTheTagAt0) {
     ScriptedMessages messages;
     expectInsertionOffer(messages, MessageAnswer::Yes);
     controller->DM->tbPostal.close();

@@ -71,9 +71,9 @@ TEST_F(StreetKeyAllocation, KeyOfTheDeletedHighestIsUsedAgain) {
     EXPECT_EQ(added(), "99000001");
 }
 
-TEST_F(StreetKeyAllocation, Behind99999999ComesTheFirstKeyOfTheBlockAgainAlthoughItIsTaken) {
+TEST_F(StreetKeyAllocation, After99999999ComesTheFirstKeyOfTheBlockAgainAlthoughItIsTaken) {
     addKeys({"99000000", "99999999"});
-    EXPECT_EQ(ambrel::keyBehind("99999999"), "99000000");
+    EXPECT_EQ(ambrel::keyAfter("99999999"), "99000000");
     EXPECT_EQ(added(), "99000000");
 }
 

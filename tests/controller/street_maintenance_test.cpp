@@ -279,7 +279,7 @@ TEST_F(StreetMaintenance, SuccessForgetsAnEarlierFailure) {
     EXPECT_TRUE(controller->streetFailure().isEmpty());
 }
 
-TEST_F(StreetMaintenance, RefusedAllocationLockIsToldAndTheRowStaysInInsert) {
+TEST_F(StreetMaintenance, RefusedAllocationLockIsReportedAndTheRowStaysInInsert) {
     openWithStreets();
     dbase::Dataset other("DB", "POSTAL");
     other.open();

@@ -78,7 +78,7 @@ TYPED_TEST(MunicipalityModule, MunicipalityNeverGetsTheSuffixEvenWhenEntitiesSha
     EXPECT_EQ(this->wholeNames(module), (Names{"XUBIA --> [NARON]", "NARON", "NARON"}));
 }
 
-TYPED_TEST(MunicipalityModule, EntityBehindTheLastMunicipalityShowsItsNameAlone) {
+TYPED_TEST(MunicipalityModule, EntityAfterTheLastMunicipalityShowsItsNameAlone) {
     this->addMunicipalities(
         {{"28001", "28755", "PRIMERA"},
          {.codIne = "50999", .codPostal = "50999", .nombre = "ULTIMA", .entMenor = true}});

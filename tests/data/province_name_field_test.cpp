@@ -25,7 +25,7 @@ TEST_F(ProvinceNameField, IsTheProvinceOfTheCode) { EXPECT_EQ(nameFor("028"), "M
 
 TEST_F(ProvinceNameField, CodeThatIsNotThereShowsTheNextProvince) { EXPECT_EQ(nameFor("010"), "MADRID"); }
 
-TEST_F(ProvinceNameField, CodeBehindTheLastOneShowsTheLastProvince) { EXPECT_EQ(nameFor("099"), "ZARAGOZA"); }
+TEST_F(ProvinceNameField, CodeAfterTheLastOneShowsTheLastProvince) { EXPECT_EQ(nameFor("099"), "ZARAGOZA"); }
 
 TEST_F(ProvinceNameField, TwoDigitTextIsSoughtLiterallyAmongCodesOfThreeCharacters) {
     EXPECT_EQ(nameFor("08"), "ZARAGOZA")

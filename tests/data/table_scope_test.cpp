@@ -44,7 +44,7 @@ TEST_F(Scopes, ATableFoundOpenStaysWhereItIs) {
     EXPECT_EQ(name(), "MADRID");
 }
 
-TEST_F(Scopes, ATableIsClosedThoughSomebodyFailsWhoIsTold) {
+TEST_F(Scopes, ATableIsClosedThoughSomebodyFailsWhoIsNotified) {
     const auto listening = table.listen([](dbase::DatasetChange change) {
         if (change == dbase::DatasetChange::Closed) {
             throw std::runtime_error("a list that cannot be drawn");

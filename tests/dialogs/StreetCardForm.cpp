@@ -96,4 +96,23 @@ std::string StreetCardForm::stored(const std::string& codigo1, const char* field
                                                                       : std::string();
 }
 
+void StreetCardForm::expectCancelQuestion(ambrel::MessageAnswer answer) {
+    messages.expect("¿Desea cancelar esta operación (S/N)?", "Esta modificando los datos de una via",
+                    "Atención", answer);
+}
+
+void StreetCardForm::expectDeleteQuestion(ambrel::MessageAnswer answer) {
+    messages.expect("¿Seguro que desea borrar la via GRAN VIA de la base de datos?", "Eliminar Via",
+                    "Atención", answer);
+}
+
+void StreetCardForm::expectClosed() const {
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !card->isVisible(); }));
+}
+
+void StreetCardForm::expectReadOnly() const {
+    EXPECT_FALSE(child<QGroupBox>(*card, "GBIdentificacion").isEnabled());
+    EXPECT_FALSE(child<QGroupBox>(*card, "GBNumeracion").isEnabled());
+}
+
 } // namespace postal_tests

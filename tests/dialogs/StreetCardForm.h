@@ -42,6 +42,12 @@ protected:
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const;
     [[nodiscard]] std::string focused() const;
 
+    void expectCancelQuestion(ambrel::MessageAnswer answer);
+    void expectDeleteQuestion(ambrel::MessageAnswer answer);
+    /// A button that a key clicks acts a moment later.
+    void expectClosed() const;
+    void expectReadOnly() const;
+
     [[nodiscard]] dbase::Dataset& streets() const { return controller->DM->tbPostal; }
     [[nodiscard]] std::string value(const char* field) const { return streets().field(field).text(); }
     /// A column of a stored row; empty when there is no such row.

@@ -166,7 +166,7 @@ TEST_F(DataGridAccessTest, HintIsShownOverTheRows) {
     QToolTip::hideText();
 }
 
-TEST_F(DataGridAccessTest, ACellThatIsCutTellsItsWholeText) {
+TEST_F(DataGridAccessTest, ACellThatIsCutSaysItsWholeText) {
     grid->setToolTip("Listado");
     start(30);
     grid->setColumnWidth(2, 60);
@@ -226,7 +226,7 @@ TEST_F(DataGridAccessTest, ScreenReaderFindsTheSelectedRow) {
               "001010");
 }
 
-TEST_F(DataGridAccessTest, ScreenReaderIsToldEachMoveAlsoWhenTheRowsScrollUnderTheSelection) {
+TEST_F(DataGridAccessTest, ScreenReaderIsNotifiedOfEachMoveAlsoWhenTheRowsScrollUnderTheSelection) {
     // The view notifies them whenever its current cell changes; without a screen there is no other sender.
     start(30);
     pressTimes(Qt::Key_Down, 9);

@@ -76,7 +76,7 @@ TEST_F(DataGridChangesTest, TagChangeKeepsTheRowAndItsPlace) {
     EXPECT_EQ(code(), codeOf(50));
 }
 
-TEST_F(DataGridChangesTest, NeighboursBehindManyHiddenRowsAreLookedForWhileNobodyTypes) {
+TEST_F(DataGridChangesTest, NeighboursAfterManyHiddenRowsAreLookedForWhileNobodyTypes) {
     std::vector<ambrel::test::Row> rows;
     for (int i = 0; i < 50'000; ++i) {
         rows.push_back({std::to_string(100'000 + i), "N", i == 0 || i >= 49'995 ? "F" : "T"});
@@ -311,7 +311,7 @@ TEST_F(DataGridChangesTest, LastRowDeletedElsewhere) {
 
 // --- Faults
 
-TEST_F(DataGridChangesTest, LostFileIsToldOnceAndPaintsNothing) {
+TEST_F(DataGridChangesTest, LostFileIsReportedOnceAndPaintsNothing) {
     start(30);
     loseTheFile();
     std::string text;
@@ -333,7 +333,7 @@ TEST_F(DataGridChangesTest, LostFileIsToldOnceAndPaintsNothing) {
     EXPECT_EQ(messages.shown().size(), 1u);
 }
 
-TEST_F(DataGridChangesTest, FaultOfACalculationIsToldOnceUntilARefreshSucceeds) {
+TEST_F(DataGridChangesTest, FaultOfACalculationIsReportedOnceUntilARefreshSucceeds) {
     start(30);
     bool fails = true;
     table->setOnCalculate([&](dbase::Dataset& rows) {
@@ -359,7 +359,7 @@ TEST_F(DataGridChangesTest, FaultOfACalculationIsToldOnceUntilARefreshSucceeds) 
     EXPECT_EQ(shown(), rowsOf(1, 10, 3));
 }
 
-TEST_F(DataGridChangesTest, ColumnThatTheTableLacksIsTold) {
+TEST_F(DataGridChangesTest, ColumnThatTheTableLacksIsReported) {
     start(30);
     messages.expect(QString::fromStdString(file() + ": no hay ningún campo «NONE»"),
                     QStringLiteral("Atención"));

@@ -186,7 +186,7 @@ TEST_F(DataGridTest, WheelScrollsTheRowsUnderTheSelection) {
     EXPECT_EQ(shown(), rowsOf(0, 9, 3)); // by a page at most
 }
 
-TEST_F(DataGridTest, DoubleClickTellsWithTheRowCurrent) {
+TEST_F(DataGridTest, DoubleClickIsReportedWithTheRowCurrent) {
     start(100);
     std::string current;
     QObject::connect(grid, &ambrel::DataGrid::rowDoubleClicked, grid, [&] { current = code(); });
@@ -197,14 +197,14 @@ TEST_F(DataGridTest, DoubleClickTellsWithTheRowCurrent) {
     EXPECT_EQ(current, codeOf(2));
 }
 
-TEST_F(DataGridTest, DoubleClickBelowTheRowsTellsNothing) {
+TEST_F(DataGridTest, DoubleClickBelowTheRowsReportsNothing) {
     start(2);
     QSignalSpy spy(grid, &ambrel::DataGrid::rowDoubleClicked);
     QTest::mouseDClick(view().viewport(), Qt::LeftButton, {}, view().viewport()->rect().center());
     EXPECT_EQ(spy.count(), 0);
 }
 
-TEST_F(DataGridTest, TitleClickTellsTheColumnAndMovesNothing) {
+TEST_F(DataGridTest, TitleClickReportsTheColumnAndMovesNothing) {
     start(100);
     QSignalSpy spy(grid, &ambrel::DataGrid::titleClicked);
     QTest::mouseClick(grid, Qt::LeftButton, {}, grid->titleRect(1).center());
@@ -296,7 +296,7 @@ TEST_F(DataGridTest, SizeHintsAreSane) {
 
 // --- Scroll bar
 
-TEST_F(DataGridTest, ScrollBarTellsTheShareOfTheTable) {
+TEST_F(DataGridTest, ScrollBarShowsTheShareOfTheTable) {
     start(2000);
     EXPECT_EQ(bar().value(), 0);
     goTo(1000);

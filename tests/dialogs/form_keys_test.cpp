@@ -107,7 +107,7 @@ TEST_F(FormKeysTest, EscapeCallsTheHandlerOfADisabledCancel) {
     EXPECT_EQ(cancelled, 1);
 }
 
-TEST_F(FormKeysTest, EscapeIsNotToldToTheDialog) {
+TEST_F(FormKeysTest, EscapeIsNotReportedToTheDialog) {
     new FormKeys(dialog, *cancel, noting());
     show(edit);
     QTest::keyClick(edit, Qt::Key_Escape);
@@ -135,7 +135,7 @@ TEST_F(FormKeysTest, DialogSeesKeysBeforeTheControl) {
     EXPECT_EQ(edit->text(), "a") << "a key that was used does not reach the control";
 }
 
-TEST_F(FormKeysTest, KeyThatTheControlLeavesIsToldOnce) {
+TEST_F(FormKeysTest, KeyThatTheControlLeavesIsReportedOnce) {
     new FormKeys(dialog, *cancel, noting());
     show(edit);
     QTest::keyClick(edit, Qt::Key_PageDown); // goes from the edit to the box and then to the dialog
@@ -144,7 +144,7 @@ TEST_F(FormKeysTest, KeyThatTheControlLeavesIsToldOnce) {
     EXPECT_EQ(told, (Keys{34, 0, 34}));
 }
 
-TEST_F(FormKeysTest, KeyInAControlAfterOneInsideOfItIsTold) {
+TEST_F(FormKeysTest, KeyInAControlAfterOneInsideOfItIsReported) {
     box->setFocusPolicy(Qt::StrongFocus);
     new FormKeys(dialog, *cancel, noting());
     show(edit);

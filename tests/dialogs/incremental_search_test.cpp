@@ -91,7 +91,7 @@ TEST_F(IncrementalSearch, TextIsSoughtAsTypedWithoutCapitals) {
     EXPECT_EQ(name(), QStringLiteral("ÑORA, LA")) << "small letters come behind the capitals";
 }
 
-TEST_F(IncrementalSearch, TextBehindTheLastKeyLandsOnTheLastRecord) {
+TEST_F(IncrementalSearch, TextAfterTheLastKeyLandsOnTheLastRecord) {
     type(QStringLiteral("ÑU"));
     EXPECT_EQ(name(), QStringLiteral("ÑORA, LA"));
 }

@@ -263,7 +263,7 @@ TEST_P(MunicipalityLists, TitleClickSwitchesTheOrderWithoutMovingTheFocus) {
     EXPECT_EQ(focused(), "ENOMBRE");
 }
 
-TEST_P(MunicipalityLists, NameTitleTellsOfEntitiesOnlyWhileTheyAreShown) {
+TEST_P(MunicipalityLists, NameTitleMentionsEntitiesOnlyWhileTheyAreShown) {
     open("NOMBRE");
     EXPECT_EQ(grid().columnTitle(2), "Nombre del municipio");
     dialog->hide();

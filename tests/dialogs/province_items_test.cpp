@@ -23,7 +23,7 @@ TEST(ProvinceItems, NameOfATextWithoutBlankAndBracketIsTheWholeText) {
     EXPECT_EQ(nameOfItem("MADRID[28]").toStdString(), "MADRID[28]");
 }
 
-TEST(ProvinceItems, CodeIsTheTwoCharactersBehindTheBracket) {
+TEST(ProvinceItems, CodeIsTheTwoCharactersAfterTheBracket) {
     EXPECT_EQ(codeOfItem("BARCELONA [08]").toStdString(), "08");
     EXPECT_EQ(codeOfItem("MADRID [2 ]").toStdString(), "2");
     EXPECT_EQ(codeOfItem("MADRID").toStdString(), "");

@@ -74,7 +74,7 @@ TEST_F(StreetCardChecks, APostalCodeOf4Or6CharactersOrOfAnotherProvinceIsRejecte
     }
 }
 
-TEST_F(StreetCardChecks, TheFirstFaultIsTold) {
+TEST_F(StreetCardChecks, TheFirstFaultIsReported) {
     openCard(opAlta);
     expectRefused(badMunicipality, "EVecindad");
 }
@@ -102,7 +102,7 @@ TEST_F(StreetCardChecks, ProvinceAndTypeMayBeGivenByNameAndCodeAlone) {
     EXPECT_EQ(stored("99000004", "PROVINCIA"), "28");
 }
 
-TEST_F(StreetCardChecks, ANumberThatIsNoneOrDoesNotFitIsToldAndNothingIsLost) {
+TEST_F(StreetCardChecks, ANumberThatIsNoneOrDoesNotFitIsReportedAndNothingIsLost) {
     for (const auto& [control, text, name] :
          {std::tuple("DBEImparIni", "abc", "Inicio impar"), std::tuple("DBEParFin", "40000", "Fin par")}) {
         openWith(control, text);
@@ -121,7 +121,7 @@ TEST_F(StreetCardChecks, ANumberThatIsNoneOrDoesNotFitIsToldAndNothingIsLost) {
     EXPECT_EQ(stored("99000005", "PAR_FIN"), "7");
 }
 
-TEST_F(StreetCardChecks, APastedNameThatTheTableWouldCutOrChangeIsToldAndNothingIsStored) {
+TEST_F(StreetCardChecks, APastedNameThatTheTableWouldCutOrChangeIsReportedAndNothingIsStored) {
     for (const QString& pasted : {QStringLiteral("RINCON DE LOS ALMENDROS FLORIDOS DE LA UMBRIA ALTA"),
                                   QStringLiteral("NUEVA \u2605")}) {
         openWith("DBEVia", pasted);

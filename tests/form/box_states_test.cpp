@@ -83,6 +83,29 @@ TEST_F(BoxStates, ACodeThatIsNotTheAddresssNamesTheRightOne) {
     EXPECT_EQ(state(Box::PostalCode), State::Validated);
 }
 
+TEST_F(BoxStates, AStreetThatHasNoTypeInTheTablesGoesWithAnyType) {
+    addStreets({{"28000009", "SENDERO ALTO", "", "28001"}});
+    open();
+    fillAddress("mad", "", "sendero", "3");
+    fill(Box::StreetType, "PZ");
+    for (const Box one : {Box::StreetType, Box::Street, Box::PostalCode}) {
+        EXPECT_EQ(state(one), State::Validated) << address->reason(one).toStdString();
+    }
+}
+
+TEST_F(BoxStates, AnotherTypeLeavesTheOnlyCodeOfAMunicipalityValidated) {
+    addStreets({{"28000009", "REAL", "PZ", "28300"}, {"28000010", "REALEJO", "PZ", "28012"}});
+    open();
+    fillAddress("aranj", "", "real", "3");
+    fill(Box::StreetType, "AV");
+    EXPECT_EQ(address->reason(Box::StreetType), "La vía está en las tablas como «PZ REAL».");
+    EXPECT_EQ(state(Box::PostalCode), State::Validated);
+    fill(Box::StreetType, "");
+    fillAddress("mad", "", "realejo", "3");
+    fill(Box::StreetType, "AV");
+    EXPECT_EQ(address->reason(Box::PostalCode), "La vía está en las tablas como «PZ REALEJO».");
+}
+
 TEST_F(BoxStates, AnEditedNumberTakesTheCodesValidationAwayAtOnce) {
     open();
     fillAddress("mad", "CL", "alcala", "5");
@@ -106,7 +129,7 @@ TEST_F(BoxStates, AnEditedMunicipalityTakesEverythingsValidationAwayAtOnce) {
     EXPECT_EQ(tag(Box::Street), 0);
 }
 
-TEST_F(BoxStates, HostsAreToldOfEachChange) {
+TEST_F(BoxStates, HostsAreNotifiedOfEachChange) {
     open();
     std::vector<Box> told;
     QObject::connect(address.get(), &ambrel::AddressBoxes::stateChanged, &form,

@@ -1,12 +1,9 @@
 // Suggestions under the boxes of an address: what was typed is not what the tables hold.
-#include <QIntValidator>
 #include <QListView>
 #include <QTest>
 
-#include "controller/ClasCodPostales.h"
-#include "data/CodPostalesDM.h"
 #include "form/BoundCustomer.h"
-#include "form/BoxesTest.h"
+#include "form/BoxSuggestions.h"
 #include "form/ShownList.h"
 #include "services/Confamb.h"
 #include "suggest/Suggestions.h"
@@ -16,52 +13,9 @@ namespace {
 
 using ambrel::MessageAnswer;
 using ambrel::test::child;
+using postal_tests::BoxSuggestions;
 using postal_tests::shownList;
 using postal_tests::shownRows;
-
-class BoxSuggestions : public postal_tests::BoxesTest {
-protected:
-    BoxSuggestions() {
-        addProvinces({{"015", "CORUÑA, A"}, {"029", "MALAGA"}});
-        addMunicipalities({{"08101", "08901", "HOSPITALET DE LLOBREGAT, L'"},
-                           {"15030", "15001", "CORUÑA, A", "N", "0"},
-                           {"28079", "28039", "TETUAN DE LAS VICTORIAS", "N", "0", true},
-                           {"29067", "29001", "MÁLAGA", "N", "0"}});
-        addStreets({{"28000010", "GRAN VIA", "CL", "28013"},
-                    {"28000011", "CONSTITUCION", "AV", "28014"},
-                    {"28000012", "SANTA TERESA", "CL", "28012", {1, 9}, {2, 8}},
-                    {"28000013", "SANTA TERESA", "CL", "28014", {11, 9999}, {10, 9998}},
-                    {"28000014", "HORNO VIEJO", "CL", "28012"}});
-    }
-    ~BoxSuggestions() override { Config.EntidadesMenores = false; }
-
-    /// Replaces a box's text by typing; the box keeps the focus.
-    void write(Box which, const QString& text) {
-        enter(which);
-        box(which).selectAll();
-        press(Qt::Key_Delete);
-        type(text);
-        QApplication::processEvents();
-    }
-    [[nodiscard]] static bool listCame() {
-        return QTest::qWaitFor([] { return shownList() != nullptr; });
-    }
-    [[nodiscard]] static bool noListComes() {
-        QTest::qWait(50); // the streets of these tables are read in less
-        return shownList() == nullptr;
-    }
-    /// Types, chooses a row with Down and takes it with Return.
-    void choose(Box which, const QString& text, int row = 0) {
-        write(which, text);
-        ASSERT_TRUE(listCame()) << text.toStdString();
-        for (int downs = 0; downs <= row; ++downs) {
-            press(Qt::Key_Down);
-        }
-        press(Qt::Key_Return);
-        EXPECT_FALSE(shownList());
-        EXPECT_TRUE(box(which).hasFocus());
-    }
-};
 
 TEST_F(BoxSuggestions, AStreetIsFoundAsPeopleWriteIt) {
     open();
@@ -132,157 +86,6 @@ TEST_F(BoxSuggestions, DownShowsWhatElseBeginsLikeACompletedText) {
     EXPECT_EQ(state(Box::PostalCode), State::Validated);
 }
 
-TEST_F(BoxSuggestions, TheNumberBehindAStreetMovesIntoItsBox) {
-    open();
-    fill(Box::Municipality, "mad");
-    choose(Box::Street, "Sta. Teresa 15");
-    EXPECT_EQ(text(Box::Street), "SANTA TERESA");
-    EXPECT_EQ(text(Box::Number), "15");
-    EXPECT_EQ(text(Box::PostalCode), "28014");
-    for (const Box which : {Box::Street, Box::StreetType, Box::Number, Box::PostalCode}) {
-        EXPECT_EQ(state(which), State::Validated);
-    }
-    choose(Box::Street, "Sta. Teresa 5");
-    EXPECT_EQ(text(Box::Number), "5");
-    EXPECT_EQ(text(Box::PostalCode), "28012");
-}
-
-TEST_F(BoxSuggestions, UndoGivesBackWhatWasTyped) {
-    open();
-    choose(Box::Municipality, "madird");
-    press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(text(Box::Municipality), "MADIRD");
-    EXPECT_EQ(tag(Box::Municipality), 0);
-    EXPECT_EQ(state(Box::Municipality), State::NotValidated);
-    fill(Box::Municipality, "mad");
-    choose(Box::Street, "sta. teresa 5");
-    ASSERT_EQ(text(Box::Street), "SANTA TERESA");
-    press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(text(Box::Street), "STA. TERESA 5");
-    EXPECT_EQ(tag(Box::Street), 0);
-    EXPECT_EQ(text(Box::Number), "") << "it stands behind the street again";
-    press(Qt::Key_Escape);
-}
-
-TEST_F(BoxSuggestions, UndoGivesBackEverythingThatAChosenStreetHasSet) {
-    open();
-    fill(Box::PostalCode, "28013");
-    fill(Box::StreetType, "av");
-    choose(Box::Street, "c/ gran via 7");
-    ASSERT_EQ(text(Box::Municipality), "MADRID");
-    ASSERT_EQ(text(Box::StreetType), "CL");
-    press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(text(Box::Street), "C/ GRAN VIA 7");
-    for (const auto& [which, before] :
-         {std::pair(Box::Municipality, ""), std::pair(Box::Province, ""), std::pair(Box::StreetType, "AV"),
-          std::pair(Box::Number, ""), std::pair(Box::PostalCode, "28013")}) {
-        EXPECT_EQ(text(which), before);
-    }
-    EXPECT_EQ(tag(Box::Municipality), 0);
-    EXPECT_EQ(state(Box::Municipality), State::Empty);
-    EXPECT_EQ(state(Box::StreetType), State::Validated) << "AV is a type";
-    EXPECT_EQ(state(Box::Street), State::NotValidated);
-    press(Qt::Key_Escape);
-}
-
-TEST_F(BoxSuggestions, UndoGivesBackAMunicipalityThatWasValidated) {
-    open();
-    fill(Box::Municipality, "aranj");
-    ASSERT_EQ(tag(Box::Municipality), 28013);
-    ASSERT_EQ(text(Box::PostalCode), "28300");
-    fill(Box::Number, "8");
-    choose(Box::Municipality, "madird");
-    ASSERT_EQ(text(Box::Province), "MADRID");
-    press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(text(Box::Municipality), "MADIRD");
-    EXPECT_EQ(text(Box::PostalCode), "28300");
-    EXPECT_EQ(text(Box::Number), "8");
-    press(Qt::Key_Escape);
-}
-
-TEST_F(BoxSuggestions, UndoBringsAStreetBackThatWasValidated) {
-    addStreets({{"28000020", "ALCALA DE HENARES", "AV", "28012"}});
-    open();
-    fillAddress("mad", "CL", "alcala", "250");
-    enter(Box::Street);
-    press(Qt::Key_Down);
-    ASSERT_TRUE(listCame());
-    ASSERT_TRUE(shownRows().at(1).startsWith("AV ALCALA DE HENARES")) << shownRows().join('|').toStdString();
-    press(Qt::Key_Down);
-    press(Qt::Key_Return);
-    ASSERT_EQ(text(Box::PostalCode), "28012");
-    press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(text(Box::Street), "ALCALA");
-    EXPECT_EQ(text(Box::PostalCode), "28027");
-    for (const Box which : {Box::Street, Box::StreetType, Box::Number, Box::PostalCode}) {
-        EXPECT_EQ(state(which), State::Validated);
-    }
-}
-
-TEST_F(BoxSuggestions, RedoTakesTheChoiceAgainWithAllItHadSet) {
-    open();
-    fill(Box::PostalCode, "28013");
-    choose(Box::Street, "c/ gran via 7");
-    press(Qt::Key_Z, Qt::ControlModifier);
-    ASSERT_EQ(text(Box::Number), "");
-    press(Qt::Key_Y, Qt::ControlModifier);
-    if (text(Box::Street) != "GRAN VIA") { // the keys of another desktop
-        press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
-    }
-    ASSERT_EQ(text(Box::Street), "GRAN VIA");
-    EXPECT_EQ(text(Box::Number), "7");
-    EXPECT_EQ(text(Box::Municipality), "MADRID");
-    EXPECT_EQ(text(Box::Province), "MADRID");
-    EXPECT_EQ(text(Box::StreetType), "CL");
-    EXPECT_EQ(tag(Box::Street), 28000010);
-    for (const Box which :
-         {Box::Municipality, Box::Province, Box::StreetType, Box::Street, Box::Number, Box::PostalCode}) {
-        EXPECT_EQ(state(which), State::Validated);
-    }
-    press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(text(Box::Number), "") << "undone once more";
-    EXPECT_EQ(text(Box::Municipality), "");
-    press(Qt::Key_Escape);
-}
-
-TEST_F(BoxSuggestions, TypingAfterAnUndoForgetsTheChoice) {
-    open();
-    fill(Box::Municipality, "mad");
-    choose(Box::Street, "sta. teresa 5");
-    press(Qt::Key_Z, Qt::ControlModifier);
-    ASSERT_EQ(text(Box::Street), "STA. TERESA 5");
-    write(Box::Street, "santa teresa");
-    EXPECT_EQ(text(Box::Number), "") << "nobody has said 5 again";
-    press(Qt::Key_Tab);
-}
-
-TEST_F(BoxSuggestions, ALongNumberBehindAStreetIsNotLost) {
-    open();
-    fill(Box::Municipality, "mad");
-    for (const auto& [typed, number] :
-         {std::pair("sta teresa 28013", "28013"), std::pair("Sta. Teresa, 123456 B", "123456 B"),
-          std::pair("garn via 5 28013", "5 28013")}) {
-        choose(Box::Street, typed);
-        EXPECT_EQ(text(Box::Number), number);
-        if (QString(number).front() != '5') {
-            EXPECT_EQ(state(Box::Number), State::NotValidated) << number;
-            EXPECT_EQ(address->reason(Box::Number), "No se entiende como número de la vía.");
-        }
-    }
-}
-
-TEST_F(BoxSuggestions, UndoLeavesANumberAloneThatTheUserHasChangedSince) {
-    open();
-    fill(Box::Municipality, "mad");
-    choose(Box::Street, "sta. teresa 5");
-    fill(Box::Number, "7");
-    enter(Box::Street);
-    press(Qt::Key_Z, Qt::ControlModifier);
-    ASSERT_EQ(text(Box::Street), "STA. TERESA 5");
-    EXPECT_EQ(text(Box::Number), "7");
-    press(Qt::Key_Escape);
-}
-
 TEST_F(BoxSuggestions, AnotherStoredAddressWithTheSameStreetClosesTheList) {
     open();
     fill(Box::Municipality, "mad");
@@ -295,40 +98,6 @@ TEST_F(BoxSuggestions, AnotherStoredAddressWithTheSameStreetClosesTheList) {
     press(Qt::Key_Return);
     EXPECT_EQ(text(Box::Municipality), "HARO");
     EXPECT_EQ(text(Box::Street), "GARN VIA");
-}
-
-TEST_F(BoxSuggestions, UndoLeavesTheNumberOfAnotherStoredAddressAlone) {
-    open();
-    fill(Box::Municipality, "mad");
-    fill(Box::Number, "40");
-    choose(Box::Street, "sta. teresa 5");
-    ASSERT_EQ(text(Box::Number), "5");
-    address->takeStored(); // an address with the same number
-    write(Box::Street, "sta. teresa 5");
-    EXPECT_EQ(text(Box::Number), "5") << "40 was that of the address before";
-    press(Qt::Key_Escape);
-}
-
-TEST_F(BoxSuggestions, ANumberGoesWholeIntoABoxWithAValidator) {
-    boxes.number->setValidator(new QIntValidator(boxes.number));
-    open();
-    fill(Box::Municipality, "mad");
-    choose(Box::Street, "Sta. Teresa 15 bis");
-    EXPECT_EQ(text(Box::Number), "15 BIS");
-    EXPECT_EQ(text(Box::PostalCode), "28014");
-}
-
-TEST_F(BoxSuggestions, WhatIsNotTheNumberOfTheHouseIsNotTakenForIt) {
-    open();
-    fill(Box::Municipality, "mad");
-    for (const auto& [typed, number] :
-         {std::pair("Sta. Teresa km 15", "KM 15"), std::pair("sta teresa piso 3", "PISO 3")}) {
-        choose(Box::Street, typed);
-        EXPECT_EQ(text(Box::Street), "SANTA TERESA");
-        EXPECT_EQ(text(Box::Number), number);
-        EXPECT_EQ(state(Box::Number), State::NotValidated) << number;
-        EXPECT_EQ(state(Box::PostalCode), State::NotValidated) << number;
-    }
 }
 
 TEST_F(BoxSuggestions, APastedTextMayHaveLettersThatTheTablesLack) {

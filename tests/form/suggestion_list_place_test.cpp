@@ -91,6 +91,22 @@ TEST_F(ListUnderABox, IsDestroyedAloneWithoutATrace) {
     EXPECT_EQ(box->text(), "cala");
 }
 
+TEST_F(ListUnderABox, OpensInTheWindowToWhichItsBoxHasMoved) {
+    show();
+    type("cala");
+    ASSERT_TRUE(list->isOpen());
+    QWidget other;
+    box->setParent(&other);
+    ambrel::test::showActive(other);
+    box->show();
+    box->setFocus();
+    type("x");
+    press(Qt::Key_Backspace);
+    press(Qt::Key_Down);
+    ASSERT_TRUE(list->isOpen());
+    EXPECT_EQ(shownList()->parentWidget(), &other);
+}
+
 TEST_F(ListUnderABox, FollowsABoxThatIsScrolled) {
     auto* const area = new QScrollArea(&form);
     auto* const page = new QWidget;

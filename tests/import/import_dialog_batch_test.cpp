@@ -119,7 +119,7 @@ TEST_F(ImportBatch, NamesAreSavedAsTheyWereShownWhateverEncodingTheAnswerDeclare
     EXPECT_EQ(stored(), (Texts{"CL CAÑÓN 28430"}));
 }
 
-TEST_F(ImportBatch, EscorialWithItsArticleInFrontIsFoundWithItBehind) {
+TEST_F(ImportBatch, EscorialWithItsArticleInFrontIsFoundWithItAtTheEnd) {
     file("MADRID/EL ESCORIAL.xml", answer({{"CL", "REAL"}}));
     showProvince();
     save();
@@ -202,7 +202,7 @@ TEST_F(ImportBatch, FileWithFewerStreetsThanCountedIsNotSaved) {
     EXPECT_EQ(stored(), Texts());
 }
 
-TEST_F(ImportBatch, FaultOfTheTablesIsToldOnceForTheWholeRun) {
+TEST_F(ImportBatch, FaultOfTheTablesIsReportedOnceForTheWholeRun) {
     file("MADRID/ALPEDRETE.xml", answer({{"CL", "SOL"}}));
     file("MADRID/EL ESCORIAL.xml", answer({{"CL", "SOL"}}));
     showProvince();
@@ -231,7 +231,7 @@ TEST_F(ImportBatch, ButtonNeedsAProvince) {
     save();
 }
 
-TEST_F(ImportBatch, ButtonTellsWhenThereIsNoFolderNoProvinceOrNoFile) {
+TEST_F(ImportBatch, ButtonSaysWhenThereIsNoFolderNoProvinceOrNoFile) {
     showProvince();
     expectBox(missingFiles, missingTitle);
     save();
@@ -303,7 +303,7 @@ TEST_F(ImportBatch, FirstEntryOfTheFolderIsNeverLookedAt) {
     EXPECT_EQ(stored(), Texts());
 }
 
-TEST_F(ImportBatch, FolderWithoutFilesIsToldAndTheNextOneFollows) {
+TEST_F(ImportBatch, FolderWithoutFilesIsReportedAndTheNextOneFollows) {
     std::filesystem::create_directories(postales("LA RIOJA"));
     file("MADRID/ALPEDRETE.xml", answer({{"CL", "SOL"}}));
     std::filesystem::create_directories(postales("SORIA"));
@@ -314,7 +314,7 @@ TEST_F(ImportBatch, FolderWithoutFilesIsToldAndTheNextOneFollows) {
     EXPECT_EQ(stored(), (Texts{"CL SOL 28430"}));
 }
 
-TEST_F(ImportBatch, MenuTellsWhenThereIsNoFolder) {
+TEST_F(ImportBatch, MenuSaysWhenThereIsNoFolder) {
     show("RBTodosConUno");
     expectBox(missingFiles, missingTitle);
     chooseMenuItem();

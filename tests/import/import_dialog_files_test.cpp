@@ -31,7 +31,7 @@ TEST_F(ImportFromFiles, ListsWhateverTheFolderHoldsByTheNameUpToItsFirstDot) {
     EXPECT_EQ(items("CBProvincias"), (Texts{"", "28-ALPEDRETE", "28-B", "MADRID"}));
 }
 
-TEST_F(ImportFromFiles, LeavingAnEmptyListTellsThatFilesAreMissing) {
+TEST_F(ImportFromFiles, LeavingAnEmptyListSaysThatFilesAreMissing) {
     std::filesystem::create_directories(postales());
     show();
     expectBox("Le faltan los ficheros correspondientes a los CP múltiples.\r"
@@ -109,7 +109,7 @@ TEST_F(ImportFromFiles, SearchNeedsAChosenFile) {
     click("BBBuscarViasPorMunicipio");
 }
 
-TEST_F(ImportFromFiles, FileThatCannotBeOpenedIsToldAndTheHostsPlacesAreChosenAllTheSame) {
+TEST_F(ImportFromFiles, FileThatCannotBeOpenedIsReportedAndTheHostsPlacesAreChosenAllTheSame) {
     file("28-ALPEDRETE.dat", "");
     show();
     std::filesystem::remove(postales("28-ALPEDRETE.dat"));
@@ -174,7 +174,7 @@ TEST_F(ImportFromFiles, PipeAndDeviceCalledLikeAFileCannotBeOpened) {
     }
 }
 
-TEST_F(ImportFromFiles, FileTooLargeForAMunicipalityIsToldAndNoneOfItListed) {
+TEST_F(ImportFromFiles, FileTooLargeForAMunicipalityIsReportedAndNoneOfItListed) {
     file("28-ENORME.dat", "28001:Sol\n");
     file("28-MADRID.dat", "28001:Sol\n28002:Luna\n");
     file("28-LINEAS.dat", std::string(300'000, '\n'));
@@ -190,7 +190,7 @@ TEST_F(ImportFromFiles, FileTooLargeForAMunicipalityIsToldAndNoneOfItListed) {
     }
 }
 
-TEST_F(ImportFromFiles, FolderThatWentAwayIsTold) {
+TEST_F(ImportFromFiles, FolderThatWentAwayIsReported) {
     file("28-ALPEDRETE.dat", "");
     show();
     std::filesystem::remove_all(postales());
@@ -199,7 +199,7 @@ TEST_F(ImportFromFiles, FolderThatWentAwayIsTold) {
     search("28-ALPEDRETE");
 }
 
-TEST_F(ImportFromFiles, StreetTypesThatCannotBeReadAreToldAndNothingStaysOpen) {
+TEST_F(ImportFromFiles, StreetTypesThatCannotBeReadAreReportedAndNothingStaysOpen) {
     file("28-ALPEDRETE.dat", "28430:Sol, calle\n");
     show();
     std::filesystem::rename(folder / "TIPO_VIA.DBF", folder / "FUERA.DBF");

@@ -27,7 +27,7 @@ protected:
     }
 };
 
-TEST_F(ImportSaving, WritesTheStreetsAndTellsHowMany) {
+TEST_F(ImportSaving, WritesTheStreetsAndSaysHowMany) {
     find("ALPEDRETE");
     progress.clear();
     expectDone(3);
@@ -40,7 +40,7 @@ TEST_F(ImportSaving, WritesTheStreetsAndTellsHowMany) {
     EXPECT_EQ(progress.back(), "Importando las calles... 3 de 3 de ALPEDRETE");
 }
 
-TEST_F(ImportSaving, TellsTheProgressDisplayOfEveryRow) {
+TEST_F(ImportSaving, ReportsEveryRowToTheProgressDisplay) {
     constexpr int streets = 120;
     std::string lines;
     for (int i = 1; i <= streets; ++i) {
@@ -106,7 +106,7 @@ TEST_F(ImportSaving, FirstOfTheListHasNoPostalCodesSoThatNothingHappens) {
     EXPECT_EQ(stored(), (Texts{" ALPISTE 28430"}));
 }
 
-TEST_F(ImportSaving, FullDiskIsToldOnceBehindTheLoopAndNothingSavedBeforeIsLost) {
+TEST_F(ImportSaving, FullDiskIsReportedOnceAfterTheLoopAndNothingSavedBeforeIsLost) {
     addStreets({{"99000000", "ANTERIOR", "CL", "28430"}});
     find("ALPEDRETE");
     Texts titles;

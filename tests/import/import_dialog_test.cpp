@@ -194,7 +194,7 @@ TEST_F(ImportDialog, ChoosingAModeByAltAsksForNothingThatIsLeft) {
     EXPECT_EQ(control<QRadioButton>("RBUno").accessibleDescription().toStdString(), "Alt+2 la elige");
 }
 
-TEST_F(ImportDialog, LeavingTheProvinceForAnotherModeTellsNothingAndDisturbsNoOtherBox) {
+TEST_F(ImportDialog, LeavingTheProvinceForAnotherModeSaysNothingAndDisturbsNoOtherBox) {
     show("RBUno");
     EXPECT_EQ(focused(), "CBProvincias");
     chooseMode("RBTodosConUno"); // the focus passes through the municipalities, which are then hidden
@@ -318,7 +318,7 @@ TEST_F(ImportDialog, HostMunicipalitiesAreSortedInSpanishWithTheirCodes) {
     EXPECT_FALSE(isProgressOpen());
 }
 
-TEST_F(ImportDialog, LeavingTheHostProvinceWithoutOneTells) {
+TEST_F(ImportDialog, LeavingTheHostProvinceWithoutOneSaysSo) {
     show();
     expectBox("Indique una provincia para poder seleccionar el municipio", "Faltan datos");
     combo("CBProvinciasAmbrel").setFocus();

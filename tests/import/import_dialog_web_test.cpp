@@ -51,7 +51,7 @@ protected:
 
 // --- Lists.
 
-TEST_F(ImportFromTheWeb, ProgressTellsOfTheProvinces) {
+TEST_F(ImportFromTheWeb, ProgressNamesTheProvinces) {
     show("RBUno");
     EXPECT_EQ(progress, (Texts{"Importando el listado de provincias", "Importando listado de provincias...",
                                "Cargando listado de provincias"}));
@@ -111,7 +111,7 @@ TEST_F(ImportFromTheWeb, FaultEnvelopeWithoutAnErrorOfTheExchangeIsAnEmptyList) 
     EXPECT_EQ(items("CBProvincias"), Texts());
 }
 
-TEST_F(ImportFromTheWeb, AnswerOfSomebodyElseIsToldOnce) {
+TEST_F(ImportFromTheWeb, AnswerOfSomebodyElseIsReportedOnce) {
     service->setFault(Operation::Provinces, Fault::HtmlPage);
     expectBox(noProvinces, loadTitle);
     show("RBUno");
@@ -190,7 +190,7 @@ TEST_F(ImportFromTheWeb, ErrorForTheStreetsComesWhileTheProgressWindowIsOpen) {
     EXPECT_EQ(chosen("CBProvinciasAmbrel"), "");
 }
 
-TEST_F(ImportFromTheWeb, EveryFaultOfTheExchangeIsToldAlikeAndTheNextTrySucceeds) {
+TEST_F(ImportFromTheWeb, EveryFaultOfTheExchangeIsReportedAlikeAndTheNextTrySucceeds) {
     showMunicipality();
     for (const Fault fault :
          {Fault::Refuse, Fault::CutChunked, Fault::Status500, Fault::SoapFault, Fault::Huge}) {
@@ -204,7 +204,7 @@ TEST_F(ImportFromTheWeb, EveryFaultOfTheExchangeIsToldAlikeAndTheNextTrySucceeds
     EXPECT_EQ(rows().size(), 3U);
 }
 
-TEST_F(ImportFromTheWeb, GarbageIsToldAndThenThatNothingWasFound) {
+TEST_F(ImportFromTheWeb, GarbageIsReportedAndThenThatNothingWasFound) {
     showMunicipality();
     service->setFault(Operation::Streets, Fault::Garbage);
     expectBox("La respuesta no es un documento XML válido (byte 19).", "Atención", true);
@@ -278,7 +278,7 @@ TEST_F(ImportFromTheWeb, ProvinceSearchShowsHowFarItIsAndAtItsEndWhatWasDone) {
     EXPECT_EQ(message(), "MADRID. Municipios archivados: 4 de 4.");
 }
 
-TEST_F(ImportFromTheWeb, ProvinceSearchTellsAtItsEndWhatWasNotDone) {
+TEST_F(ImportFromTheWeb, ProvinceSearchSaysAtItsEndWhatWasNotDone) {
     show("RBTodosConUno");
     choose("CBProvincias", "MADRID");
     std::filesystem::create_directories(postales("MADRID/PARLA.xml/dentro"));
@@ -291,7 +291,7 @@ TEST_F(ImportFromTheWeb, ProvinceSearchTellsAtItsEndWhatWasNotDone) {
     EXPECT_EQ(message(), "MADRID. Municipios archivados: 2 de 4. Sin respuesta válida: 1. Sin archivar: 1.");
 }
 
-TEST_F(ImportFromTheWeb, MunicipalityThatFailsIsToldAndTheOthersAreFiled) {
+TEST_F(ImportFromTheWeb, MunicipalityThatFailsIsReportedAndTheOthersAreFiled) {
     show("RBTodosConUno");
     choose("CBProvincias", "MADRID");
     service->setFault(Operation::Streets, Fault::Status500, "EL ESCORIAL");
@@ -327,7 +327,7 @@ TEST_F(ImportFromTheWeb, ProvinceSearchSucceedsAlsoWhenNothingCanBeFiled) {
     EXPECT_FALSE(std::filesystem::is_directory(postales()));
 }
 
-TEST_F(ImportFromTheWeb, AnswerThatCannotBeWrittenEndsTheProvinceSearchAndIsToldOnce) {
+TEST_F(ImportFromTheWeb, AnswerThatCannotBeWrittenEndsTheProvinceSearchAndIsReportedOnce) {
     std::filesystem::create_directories(postales());
     std::filesystem::create_directory_symlink("/proc", postales("MADRID"));
     show("RBTodosConUno");

@@ -12,7 +12,7 @@ using ambrel::withArticleLast;
 
 std::string moved(const char* name) { return withArticleLast(QString::fromUtf8(name)).toStdString(); }
 
-TEST(MunicipalityMatchTest, ArticleInFrontGoesBehindInBrackets) {
+TEST(MunicipalityMatchTest, ArticleInFrontGoesToTheEndInBrackets) {
     EXPECT_EQ(moved("EL ESCORIAL"), "ESCORIAL (EL)");
     EXPECT_EQ(moved("LA ACEBEDA"), "ACEBEDA (LA)");
     EXPECT_EQ(moved("LOS SANTOS DE LA HUMOSA"), "SANTOS DE LA HUMOSA (LOS)");

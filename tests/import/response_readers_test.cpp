@@ -209,7 +209,7 @@ TEST(NamesOfAnAnswer, OfMunicipalitiesAreTheirNm) {
     EXPECT_TRUE(told);
 }
 
-TEST(NamesOfAnAnswer, TellsNothingOfARootThatIsNotThere) {
+TEST(NamesOfAnAnswer, SaysNothingOfARootThatIsNotThere) {
     ambrel::DirectoryDocument document;
     document.load("<html/>");
     bool told = false;

@@ -116,7 +116,7 @@ TEST_F(StreetSavingTest, TypeStoredInSmallLettersIsTheSameType) {
     EXPECT_EQ(add({{.type = "CL", .name = "SOL"}}).count, 0) << "the type's case does not matter";
 }
 
-TEST_F(StreetSavingTest, SameStreetMayStandBehindOthersOfItsName) {
+TEST_F(StreetSavingTest, SameStreetMayStandAfterOthersOfItsName) {
     addStreets({{"28000001", "SOL", "CL", "28001"},
                 {"28000002", "SOL", "CL", "28002"},
                 {"28000003", "SOL", "CL", "28430"},
@@ -144,7 +144,7 @@ TEST_F(StreetSavingTest, RowOfAFileWithoutNumbersIsStoredWholeAndRecognisedAfter
     EXPECT_EQ(stored(), (Texts{"28|9|CL|SOL|1|9999|2|9998|28002|"}));
 }
 
-TEST_F(StreetSavingTest, NameThatWasCutBehindABlankIsRecognisedAfterwards) {
+TEST_F(StreetSavingTest, NameThatWasCutAfterABlankIsRecognisedAfterwards) {
     const ImportedStreet street{.type = "CL", .name = std::string(44, 'X') + " "};
     EXPECT_EQ(add({street, street}).count, 1);
     EXPECT_EQ(stored(), (Texts{"28|9|CL|" + std::string(44, 'X') + "|1|9999|2|9998|28430|"}));
@@ -185,7 +185,7 @@ TEST_F(StreetSavingTest, EachRowIsAnnouncedBefore) {
     EXPECT_EQ(rows, (std::vector<std::size_t>{1, 2}));
 }
 
-TEST_F(StreetSavingTest, ListsBehindAreToldOnce) {
+TEST_F(StreetSavingTest, ListsBehindAreNotifiedOnce) {
     int told = 0;
     const auto subscription = controller->DM->tbPostal.listen([&](dbase::DatasetChange) { ++told; });
     EXPECT_EQ(add({{.type = "CL", .name = "SOL"}, {.type = "CL", .name = "LUNA"}}).count, 2);
@@ -194,7 +194,7 @@ TEST_F(StreetSavingTest, ListsBehindAreToldOnce) {
 
 // --- Failures.
 
-TEST_F(StreetSavingTest, RefusedLockIsToldTheRowIsLeftOutAndTheNextFollows) {
+TEST_F(StreetSavingTest, RefusedLockIsReportedTheRowIsLeftOutAndTheNextFollows) {
     addStreets({{"28000001", "PRIMERA", "CL", "28430"}});
     dbase::Dataset other("DB", "POSTAL");
     other.open();

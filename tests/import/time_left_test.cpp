@@ -13,12 +13,12 @@ std::string left(std::chrono::milliseconds aStep, int steps) {
     return time.text(steps).toStdString();
 }
 
-TEST(TimeLeft, IsNotToldBeforeAStepIsOverNorWhenNoneIsLeft) {
+TEST(TimeLeft, IsNotSaidBeforeAStepIsOverNorWhenNoneIsLeft) {
     EXPECT_EQ(ambrel::TimeLeft().text(10), QString());
     EXPECT_EQ(left(1s, 0), "");
 }
 
-TEST(TimeLeft, IsToldInWholeMinutesAndHours) {
+TEST(TimeLeft, IsSaidInWholeMinutesAndHours) {
     EXPECT_EQ(left(0ms, 1), "queda menos de un minuto");
     EXPECT_EQ(left(1s, 59), "queda menos de un minuto");
     EXPECT_EQ(left(1s, 60), "queda un minuto");

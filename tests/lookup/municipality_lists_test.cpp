@@ -104,7 +104,7 @@ TEST_F(MunicipalityList, TypedNameWithAccentIsChosen) {
     EXPECT_EQ(provinceCode, "015");
 }
 
-TEST_F(MunicipalityList, ValueBehindTheLastShowsTheLast) {
+TEST_F(MunicipalityList, ValueAfterTheLastShowsTheLast) {
     name = "ZZZ";
     expectListAt("NARÓN", escape);
     EXPECT_FALSE(choose("NOMBRE"));

@@ -71,7 +71,7 @@ TEST_F(MunicipalityByName, NameOfTwoMunicipalitiesShowsTheListOfThem) {
     EXPECT_EQ(outputs(), QStringList({"MEDINA", "47085", "47400", "8"}));
 }
 
-TEST_F(MunicipalityByName, WhoeverLeavesTheListKeepsTheFirstOfSeveral) {
+TEST_F(MunicipalityByName, LeavingTheListKeepsTheFirstOfSeveral) {
     dialogs.expect("TFMunicipiLista", escape);
     EXPECT_FALSE(search("MEDINA"));
     EXPECT_EQ(outputs(), QStringList({"MEDINA", "09221", "09500", "9"}));
@@ -105,7 +105,7 @@ TEST_F(MunicipalityByName, UnknownNameShowsTheWholeListFromTheNearestOn) {
     EXPECT_EQ(outputs(), QStringList({"MEDINA", "09221", "09500", "9"}));
 }
 
-TEST_F(MunicipalityByName, EmptyNameOrOneBehindTheLastIsNoExactOne) {
+TEST_F(MunicipalityByName, EmptyNameOrOneAfterTheLastIsNoExactOne) {
     for (const QString& unknown : {QString(), QStringLiteral("ZZ"), QStringLiteral("Ł")}) {
         dialogs.expect("TFMunicipiLista", escape);
         EXPECT_FALSE(search(unknown)) << unknown.toStdString();
@@ -234,7 +234,7 @@ TEST_F(AlternativeByName, RangeFlagShowsOnlyThatName) {
     EXPECT_EQ(outputs(), QStringList({"MEDINA", "47", "030"}));
 }
 
-TEST_F(AlternativeByName, WhoeverLeavesTheListKeepsTheFirstOfSeveral) {
+TEST_F(AlternativeByName, LeavingTheListKeepsTheFirstOfSeveral) {
     expectList(medinas, escape);
     EXPECT_FALSE(search("MEDINA", "99", onlyThatName));
     EXPECT_EQ(outputs(), QStringList({"MEDINA", "28", "010"}));

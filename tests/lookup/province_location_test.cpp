@@ -51,7 +51,7 @@ TEST_F(ProvinceLocation, CodeOfAnotherGroupLeavesTheNameOfTheCapital) {
     EXPECT_EQ(provinceName, "MADRID");
 }
 
-TEST_F(ProvinceLocation, RecordOfGroupOneIsFoundBehindOthersWithItsCode) {
+TEST_F(ProvinceLocation, RecordOfGroupOneIsFoundAfterOthersWithItsCode) {
     addProvinces({{"028", "PAIS", 2}, {"028", "TERRITORIO", 3}, {"028", "PROVINCIA", 1}, {"029", "OTRA", 1}});
     addMunicipalities({{"28084", "28840", "MEJORADA"}});
     standOn("MEJORADA");
@@ -114,7 +114,7 @@ TEST_F(ProvinceLocation, CursorKeepsItsTag) {
     EXPECT_EQ(cursor.tag(), "CODPOSTAL");
 }
 
-TEST_F(ProvinceLocation, BoundWidgetsAreToldOnceOfTheWholeWalk) {
+TEST_F(ProvinceLocation, BoundWidgetsAreNotifiedOnceOfTheWholeWalk) {
     std::vector<MunicipalityRow> rows;
     for (int i = 0; i < 50; ++i) {
         rows.push_back({"28084", std::to_string(28100 + i), "M" + std::to_string(i)});

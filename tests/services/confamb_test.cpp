@@ -198,6 +198,8 @@ TEST_F(Configuration, IniErrorsNameFileAndLineAndChangeNothing) {
     EXPECT_EQ(load(good + "Codigo=-7\n"), file + ": línea 3: se esperaba un número: «-7»");
     EXPECT_EQ(load(good + "[Opciones]\nEntidadesMenores=1\n"), file + ": línea 4: se esperaba si o no: «1»");
     EXPECT_EQ(load(good + "[BaseDeDatos]\nCarpeta=\n"), file + ": línea 4: falta la carpeta");
+    EXPECT_EQ(load(good + "[BaseDeDatos]\nAlias=\nCarpeta=.\n"),
+              file + ": línea 4: falta el nombre de la base de datos");
     EXPECT_EQ(load(good + "[BaseDeDatos]\nAlias=X\n"), file + ": línea 4: hay un Alias sin su Carpeta");
     EXPECT_EQ(load(good + "Nombre=ŁÓDŹ\n"),
               file + ": línea 3: el texto no es UTF-8 o tiene letras que las tablas no admiten: «ŁÓDŹ»");

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <new>
 #include <stdexcept>
 
 #include "dbase/system/error.h"
@@ -31,6 +32,12 @@ TEST(EventGuard, ShowsAnExceptionOnceAndGoesOn) {
         throw dbase::Error(dbase::ErrorCode::LockRefused, "/datos/POSTAL.DBF", "la tabla está bloqueada");
     });
     EXPECT_EQ(messages.shown().front().kind, ambrel::MessageKind::Error);
+}
+
+TEST(EventGuard, SaysInSpanishThatMemoryIsShort) {
+    ScriptedMessages messages;
+    messages.expect("No queda memoria para esta operación.", "Atención");
+    runGuarded([] { throw std::bad_alloc(); });
 }
 
 TEST(EventGuard, InsideAnotherShowsAnExceptionOnce) {

@@ -44,7 +44,7 @@ TEST(FileStart, IsReadFromPlainFilesOnly) {
     }
 }
 
-TEST(FileStart, TellsWhyInSpanish) {
+TEST(FileStart, SaysWhyInSpanish) {
     const TemporaryFolder folder;
     const std::string pipe = folder / "tubo";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);

@@ -112,7 +112,7 @@ TEST_F(Focus, AModalDialogIsNoMove) {
     EXPECT_EQ(log, Log{});
 }
 
-TEST_F(Focus, AMoveMadeWhileTheWindowWasNotActiveIsToldWhenItIsAgain) {
+TEST_F(Focus, AMoveMadeWhileTheWindowWasNotActiveIsReportedWhenItIsAgain) {
     show();
     QWidget other;
     showActive(other);
@@ -239,7 +239,7 @@ TEST_F(Focus, WatchedWhileItHasTheFocusAControlIsLeftButNotEntered) {
     EXPECT_EQ(log, (Log{"-button", "+first"}));
 }
 
-TEST_F(Focus, AnUnwatchedControlTellsNothing) {
+TEST_F(Focus, AnUnwatchedControlReportsNothing) {
     show();
     FocusEvents::unwatch(second);
     second->setFocus();

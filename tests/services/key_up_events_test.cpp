@@ -49,7 +49,7 @@ protected:
     Qt::KeyboardModifiers lastModifiers;
 };
 
-TEST_F(KeyUps, AreToldAfterTheBoxHasTheText) {
+TEST_F(KeyUps, AreReportedAfterTheBoxHasTheText) {
     KeyUpEvents::watch(box, record());
     QTest::keyClicks(box, "Ma");
     QTest::sendKeyEvent(QTest::Click, box, Qt::Key_Ntilde, QString("ñ"), Qt::NoModifier);
@@ -57,7 +57,7 @@ TEST_F(KeyUps, AreToldAfterTheBoxHasTheText) {
     EXPECT_EQ(texts, (std::vector<QString>{"M", "Ma", "Mañ"}));
 }
 
-TEST_F(KeyUps, OfAnEditableComboAreToldOnce) {
+TEST_F(KeyUps, OfAnEditableComboAreReportedOnce) {
     KeyUpEvents::watch(combo, record());
     combo->setFocus();
     QTest::keyClick(combo, Qt::Key_Down);
@@ -70,7 +70,7 @@ TEST_F(KeyUps, TellTheModifiers) {
     EXPECT_EQ(lastModifiers, Qt::ShiftModifier);
 }
 
-TEST_F(KeyUps, OfAutoRepeatAreNotTold) {
+TEST_F(KeyUps, OfAutoRepeatAreNotReported) {
     KeyUpEvents::watch(box, record());
     constexpr bool isRepeat = true;
     QTest::keyPress(box, Qt::Key_A);
@@ -96,7 +96,7 @@ TEST_F(KeyUps, ThatAHandlerUsedAreSwallowed) {
     EXPECT_EQ(keys, std::vector<std::uint16_t>{34});
 }
 
-TEST_F(KeyUps, AreToldNoMoreWhenTheWatchIsDeleted) {
+TEST_F(KeyUps, AreReportedNoMoreWhenTheWatchIsDeleted) {
     delete KeyUpEvents::watch(box, record());
     QTest::keyClicks(box, "M");
     EXPECT_TRUE(keys.empty());
@@ -112,13 +112,13 @@ TEST_F(KeyUps, AHandlerMayDeleteItsBox) {
     EXPECT_FALSE(alive);
 }
 
-TEST_F(KeyUps, OfAKeyThatWasPressedElsewhereAreNotTold) {
+TEST_F(KeyUps, OfAKeyThatWasPressedElsewhereAreNotReported) {
     KeyUpEvents::watch(box, record());
     QTest::keyRelease(box, Qt::Key_Return);
     EXPECT_TRUE(keys.empty());
 }
 
-TEST_F(KeyUps, OfAKeyThatWasHeldWhenTheFocusCameAreNotTold) {
+TEST_F(KeyUps, OfAKeyThatWasHeldWhenTheFocusCameAreNotReported) {
     KeyUpEvents::watch(box, record());
     QTest::keyPress(box, Qt::Key_A);
     combo->setFocus();
@@ -127,7 +127,7 @@ TEST_F(KeyUps, OfAKeyThatWasHeldWhenTheFocusCameAreNotTold) {
     EXPECT_TRUE(keys.empty());
 }
 
-TEST_F(KeyUps, OfAKeyWhoseRepetitionOnlyCameHereAreNotTold) {
+TEST_F(KeyUps, OfAKeyWhoseRepetitionOnlyCameHereAreNotReported) {
     KeyUpEvents::watch(box, record());
     constexpr bool isRepeat = true;
     QTest::simulateEvent(box, true, Qt::Key_Return, Qt::NoModifier, "\r", isRepeat);
@@ -135,7 +135,7 @@ TEST_F(KeyUps, OfAKeyWhoseRepetitionOnlyCameHereAreNotTold) {
     EXPECT_TRUE(keys.empty());
 }
 
-TEST_F(KeyUps, OfAHiddenControlAreNotTold) {
+TEST_F(KeyUps, OfAHiddenControlAreNotReported) {
     KeyUpEvents::watch(box, record());
     QTest::keyPress(box, Qt::Key_A);
     box->hide();
@@ -144,7 +144,7 @@ TEST_F(KeyUps, OfAHiddenControlAreNotTold) {
     EXPECT_TRUE(keys.empty());
 }
 
-TEST_F(KeyUps, AreNotToldInAWindowThatIsNotActive) {
+TEST_F(KeyUps, AreNotReportedInAWindowThatIsNotActive) {
     KeyUpEvents::watch(box, record());
     QTest::keyPress(box, Qt::Key_A);
     QWidget other;
@@ -175,7 +175,7 @@ TEST_F(KeyUps, KnowAKeyThatChangesItsNameWhenShiftGoesUpFirst) {
     EXPECT_EQ(keys, std::vector<std::uint16_t>{0}); // the typed character has no code
 }
 
-TEST_F(KeyUps, OfAShortcutsLetterAreNotTold) {
+TEST_F(KeyUps, OfAShortcutsLetterAreNotReported) {
     auto* const button = new QPushButton("&Modificar", &window);
     button->show();
     bool isClicked = false;
@@ -187,7 +187,7 @@ TEST_F(KeyUps, OfAShortcutsLetterAreNotTold) {
     EXPECT_EQ(keys, std::vector<std::uint16_t>{0}); // for Alt alone
 }
 
-TEST_F(KeyUps, OfALetterThatAnInputMethodComposedIsTold) {
+TEST_F(KeyUps, OfALetterThatAnInputMethodComposedIsReported) {
     KeyUpEvents::watch(box, record());
     // The press of a dead key goes to the input method alone.
     QKeyEvent deadKey(QEvent::KeyRelease, Qt::Key_Dead_Acute, Qt::NoModifier);
@@ -201,7 +201,7 @@ TEST_F(KeyUps, OfALetterThatAnInputMethodComposedIsTold) {
     EXPECT_EQ(texts, std::vector<QString>{"á"});
 }
 
-TEST_F(KeyUps, PendingLettersAreToldAtOnceAndNotOnceMore) {
+TEST_F(KeyUps, PendingLettersAreReportedAtOnceAndNotOnceMore) {
     KeyUpEvents* const watch = KeyUpEvents::watch(box, record());
     QTest::keyPress(box, Qt::Key_Shift);
     QTest::keyPress(box, Qt::Key_D);

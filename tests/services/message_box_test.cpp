@@ -112,6 +112,22 @@ TEST(RealMessageBox, CarriageReturnsBreakLines) {
     });
 }
 
+TEST(RealMessageBox, ShowsTheWholeNameOfAFileThatIsWiderThanTheScreen) {
+    MessageBox box = notice;
+    box.text = "/datos/clientes-de-" + QString("delegacion_de_madrid_").repeated(12) + ".csv: no existe";
+    box.line = QString("x").repeated(300);
+    show(box, [&](QMessageBox& shown) {
+        for (const auto* const label : shown.findChildren<QLabel*>()) {
+            if (!label->text().isEmpty()) {
+                EXPECT_LE(label->minimumSizeHint().width(), label->width()) << label->text().toStdString();
+            }
+        }
+        EXPECT_EQ(shown.text().remove(QChar(0x200b)), box.text);
+        EXPECT_EQ(shown.accessibleDescription(), box.text + "\n" + box.line);
+        shown.reject();
+    });
+}
+
 TEST(RealMessageBox, ShowsMarkupAsItIs) {
     MessageBox box = notice;
     box.text = "<b>calle</b>";

@@ -2,9 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <stdexcept>
 
 #include "dbase/system/notices.h"
 #include "dbase/system/notify.h"
+#include "services/MessageBox.h"
 #include "services/Notices.h"
 #include "support/ScriptedMessages.h"
 
@@ -28,6 +30,19 @@ TEST_F(Notices, AreShownOnceTheEventLoopRuns) {
     EXPECT_TRUE(messages.isDone());
     QApplication::processEvents();
     EXPECT_EQ(messages.shown().size(), 1U);
+}
+
+TEST_F(Notices, FailureOfAHostsBoxStaysOutOfTheEventLoop) {
+    int asked = 0;
+    const ambrel::MessageShower before =
+        ambrel::setMessageShower([&](const ambrel::MessageBox&) -> ambrel::MessageAnswer {
+            ++asked;
+            throw std::runtime_error("no hay pantalla");
+        });
+    dbase::notify("POSTAL.DBF: se ha recuperado");
+    EXPECT_NO_THROW(QApplication::processEvents());
+    EXPECT_GT(asked, 0);
+    ambrel::setMessageShower(before);
 }
 
 TEST_F(Notices, GoToAHostThatWantsThem) {

@@ -146,4 +146,20 @@ TEST(Pantalla, AHostMayShowProgressInItsOwnWay) {
     EXPECT_EQ(log, (std::vector<QString>{"show uno", "change dos", "close"}));
 }
 
+TEST(Pantalla, AHostMayShowAWindowOfItsOwnAndLeaveTheRest) {
+    ambrel::ProgressDisplay display = ambrel::windowProgressDisplay();
+    display.show = [](const QString&, QWidget*) {
+        auto* const own = new QWidget; // as yet without a window of the desktop
+        (new QLabel(own))->setObjectName("LMensaje");
+        return ProgressWindow(own);
+    };
+    const auto before = ambrel::setProgressDisplay(display);
+    const ProgressWindow window = MuestraMensaje("uno");
+    CambiaMensaje("dos", window);
+    EXPECT_EQ(window->findChild<QLabel*>()->text(), "dos");
+    CierraMensaje(window);
+    EXPECT_FALSE(window);
+    ambrel::setProgressDisplay(before);
+}
+
 } // namespace

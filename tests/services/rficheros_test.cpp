@@ -134,7 +134,7 @@ TEST_F(Folder, EnumerationYieldsDotsFirst) {
     EXPECT_EQ(search.findFirst()->name, ".");
 }
 
-TEST_F(Folder, EnumerationTellsAttributes) {
+TEST_F(Folder, EnumerationReportsAttributes) {
     makeFiles({"MADRID/x.xml", "a.xml"});
     FileSearch search(folder / "*.*", file_attribute::any);
     std::vector<int> attributes;

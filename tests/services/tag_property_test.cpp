@@ -30,7 +30,7 @@ TEST(TagProperty, TakesWhatADesignerFormSet) {
     EXPECT_EQ(tagOf(box), 2);
 }
 
-TEST(TagProperty, WatchTellsEachNewValueWhoeverSetsIt) {
+TEST(TagProperty, WatchReportsEachNewValueWhateverSetsIt) {
     QLineEdit box;
     std::vector<int> told;
     new TagWatch(box, [&](int tag) { told.push_back(tag); });

@@ -160,7 +160,8 @@ void GridView::paintEvent(QPaintEvent* event) {
                         rowHeight(currentIndex().row()));
         QPainter painter(viewport());
         painter.setPen(palette().color(QPalette::Active, QPalette::HighlightedText)); // legible on the row
-        painter.drawRect(row.adjusted(0, 0, -1, -1));
+        // Within the row: at its edge, the line would look like a part of the next one.
+        painter.drawRect(row.adjusted(1, 1, -2, -2));
     }
 }
 
