@@ -17,4 +17,9 @@ namespace host {
     return text;
 }
 
+/// "1 fila", "12.345 filas".
+[[nodiscard]] inline QString rowsText(std::uint64_t number) {
+    return number == 1 ? QStringLiteral("1 fila") : groupedNumber(number) + QStringLiteral(" filas");
+}
+
 } // namespace host

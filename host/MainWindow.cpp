@@ -116,7 +116,7 @@ void MainWindow::layOut() {
     inside->addWidget(form_, 1);
     preview_ = new AddressPreview(card);
     inside->addWidget(preview_);
-    connect(preview_, &AddressPreview::copied, this, [this] { tell(tr("Dirección copiada.")); });
+    connect(preview_, &AddressPreview::copied, this, [this] { report(tr("Dirección copiada.")); });
     column->addWidget(header());
     column->addWidget(card, 1);
     column->addWidget(commands());
@@ -182,9 +182,9 @@ void MainWindow::move(Step step) {
     const bool moved = wasNew || (step == Step::Next ? table_->data.next() : table_->data.prior());
     binding_->showRow();
     if (moved) {
-        tell({});
+        report({});
     } else {
-        tell(step == Step::Next ? tr("Es el último cliente.") : tr("Es el primer cliente."));
+        report(step == Step::Next ? tr("Es el último cliente.") : tr("Es el primer cliente."));
     }
 }
 
@@ -195,13 +195,13 @@ void MainWindow::startNew() {
     dropPendingRow();
     binding_->beginNew();
     form_->boxes().name->setFocus();
-    tell(tr("Escriba los datos del cliente nuevo."));
+    report(tr("Escriba los datos del cliente nuevo."));
 }
 
 void MainWindow::save() {
     address_->settle();
     if (!binding_->hasChanges()) {
-        tell(tr("No hay cambios que guardar."));
+        report(tr("No hay cambios que guardar."));
         return;
     }
     if (QLineEdit* cut = binding_->cutBox()) {
@@ -218,7 +218,7 @@ void MainWindow::save() {
     }
     TBPost(table_->data);
     binding_->showRow();
-    tell(tr("Cliente guardado."));
+    report(tr("Cliente guardado."));
 }
 
 /// Restores what was stored of a customer; a new one has nothing stored and is discarded.
@@ -229,7 +229,7 @@ void MainWindow::undo() {
     dropPendingRow();
     table_->data.refresh(); // another user may have changed the row since
     binding_->showRow();
-    tell(tr("Cambios descartados."));
+    report(tr("Cambios descartados."));
 }
 
 void MainWindow::validateFile() {
@@ -260,7 +260,7 @@ void MainWindow::showInNewRow(const ambrel::JudgedAddress& address, std::uint64_
     binding_->beginNew();
     if (address_->take(address)) {
         form_->boxes().address.street->setFocus();
-        tell(tr("Dirección de la fila %1 del fichero, sin guardar.").arg(fileRow));
+        report(tr("Dirección de la fila %1 del fichero, sin guardar.").arg(fileRow));
     }
 }
 
@@ -303,10 +303,10 @@ void MainWindow::showState() {
     }
     undo_->setEnabled(isChanged || isNew);
     if (isChanged) {
-        tell({}); // clears the last message
+        report({}); // clears the last message
     }
 }
 
-void MainWindow::tell(const QString& text) { message_->setText(text); }
+void MainWindow::report(const QString& text) { message_->setText(text); }
 
 } // namespace host

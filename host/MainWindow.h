@@ -63,7 +63,7 @@ private:
     void dropPendingRow();
     void showState();
     /// Shows the result of a command below the form.
-    void tell(const QString& text);
+    void report(const QString& text);
 
     std::unique_ptr<HostTable> table_;
     std::unique_ptr<TClassCodPostales> controller_;

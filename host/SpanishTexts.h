@@ -5,7 +5,8 @@
 
 namespace host {
 
-/// Also works where Qt's translations are not installed: it has the texts of the command line itself.
+/// Also works where Qt's translations are not installed: it has the texts of the command line and of the
+/// window that chooses a file.
 class SpanishTexts : public QTranslator {
     Q_OBJECT
 public:

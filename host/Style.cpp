@@ -16,7 +16,6 @@ constexpr QColor borderColour(0xd3, 0xd9, 0xe2);
 constexpr QColor accentColour(0x1d, 0x5f, 0xa8);
 constexpr int fixedFontPoints = 9;
 constexpr int darkLightness = 128; // of 255
-constexpr int blackLightness = 24;
 
 // No colours for edit boxes: they use the palette, which the focus colouring changes.
 constexpr const char* rules = R"(
@@ -58,13 +57,10 @@ QPalette lightPalette() {
 } // namespace
 
 void applyStyle(QApplication& application) {
-    QApplication::setStyle(QStringLiteral("Fusion"));
-    const int lightness = QApplication::palette().color(QPalette::Window).lightness();
-    const bool isDark = lightness < darkLightness;
-    if (lightness < blackLightness) {
-        QApplication::setStyle(new OutlinedStyle); // the application owns it
-    }
-    if (!isDark) {
+    QApplication::setStyle(new OutlinedStyle); // the application owns it
+    const QPalette desktop = QApplication::palette();
+    const bool isDark = desktop.color(QPalette::Window).lightness() < darkLightness;
+    if (!isDark && !isHighContrast(desktop)) {
         QApplication::setPalette(lightPalette());
     }
     application.setStyleSheet(QLatin1String(rules) + QLatin1String(isDark ? darkRules : ""));
@@ -73,7 +69,7 @@ void applyStyle(QApplication& application) {
 void applyFixedLook(QApplication& application) {
     QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), fixedFontPoints));
     QApplication::setCursorFlashTime(0);
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setStyle(new OutlinedStyle);
     QApplication::setPalette(lightPalette());
     application.setStyleSheet(QLatin1String(rules));
 }

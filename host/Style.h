@@ -5,7 +5,7 @@ class QApplication;
 
 namespace host {
 
-/// One look on every desktop. A dark desktop stays dark.
+/// One look on every desktop. The colours of a dark desktop, or of one in high contrast, stay.
 void applyStyle(QApplication& application);
 
 /// Gives the same picture on every machine: one font, and a caret that does not blink.

@@ -6,13 +6,13 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "host/AttentionColour.h"
 #include "services/TagProperty.h"
 
 namespace host {
 namespace {
 
 constexpr QColor validatedColour(0x2e, 0x7d, 0x32);
-constexpr QColor warningColour(0xb2, 0x6a, 0x00);
 
 /// A point of a drawing whose width and height are 1.
 QPointF at(const QRectF& square, double x, double y) {
@@ -103,7 +103,7 @@ void ValidationMark::paintTick(QPainter& painter, const QRectF& circle) const {
 }
 
 void ValidationMark::paintWarning(QPainter& painter, const QRectF& circle) const {
-    const QPen pen(warningColour, circle.width() / 9, Qt::SolidLine, Qt::RoundCap);
+    const QPen pen(attentionColour(palette()), circle.width() / 9, Qt::SolidLine, Qt::RoundCap);
     const double inset = pen.widthF() / 2;
     painter.setPen(pen);
     painter.setBrush(Qt::NoBrush);

@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QPointer>
 #include <QStatusBar>
 #include <cstdio>
 #include <exception>
@@ -20,28 +21,32 @@ ambrel::MessageShower messagesOf(QMainWindow& window) {
             window.statusBar()->showMessage(box.title + ": " + box.text);
             return ambrel::MessageAnswer::Accept;
         }
-        QMessageBox question(QMessageBox::Question, box.title, box.text, QMessageBox::Yes | QMessageBox::No,
-                             box.owner ? box.owner.data() : &window);
-        question.setInformativeText(box.line);
-        question.setDefaultButton(box.defaultButton == ambrel::MessageAnswer::Yes ? QMessageBox::Yes
-                                                                                  : QMessageBox::No);
-        return question.exec() == QMessageBox::Yes ? ambrel::MessageAnswer::Yes : ambrel::MessageAnswer::No;
+        // Not on the stack: its owner may be destroyed while the user thinks, and takes it along.
+        const QPointer question =
+            new QMessageBox(QMessageBox::Question, box.title, box.text, QMessageBox::Yes | QMessageBox::No,
+                            box.owner ? box.owner.data() : &window);
+        question->setInformativeText(box.line);
+        question->setDefaultButton(box.defaultButton == ambrel::MessageAnswer::Yes ? QMessageBox::Yes
+                                                                                   : QMessageBox::No);
+        const bool isYes = question->exec() == QMessageBox::Yes;
+        delete question;
+        return isYes ? ambrel::MessageAnswer::Yes : ambrel::MessageAnswer::No;
     };
 }
 
 /// Shows the progress of long operations in the status bar, too, which takes the place of the progress
 /// window.
 ambrel::ProgressDisplay progressIn(QMainWindow& window) {
-    const auto tell = [&window](const QString& text) {
+    const auto announce = [&window](const QString& text) {
         window.statusBar()->showMessage(text);
         window.statusBar()->repaint();
     };
     return {.show =
-                [&window, tell](const QString& text, QWidget*) {
-                    tell(text);
+                [&window, announce](const QString& text, QWidget*) {
+                    announce(text);
                     return ambrel::ProgressWindow(window.statusBar());
                 },
-            .change = [tell](const QString& text, QWidget&) { tell(text); },
+            .change = [announce](const QString& text, QWidget&) { announce(text); },
             .close = [&window](QWidget&) { window.statusBar()->clearMessage(); }};
 }
 

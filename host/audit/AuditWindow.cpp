@@ -28,10 +28,6 @@ constexpr int barSteps = 1000;
 
 QString windowTitleText() { return AuditWindow::tr("Revisar las tablas"); }
 
-QString rowsText(std::uint64_t number) {
-    return number == 1 ? AuditWindow::tr("1 fila") : AuditWindow::tr("%1 filas").arg(groupedNumber(number));
-}
-
 } // namespace
 
 AuditWindow::~AuditWindow() = default;
@@ -83,8 +79,8 @@ void AuditWindow::follow(const AuditNews& news) {
         const double share = static_cast<double>(news.done) / static_cast<double>(news.total);
         const double seconds = static_cast<double>(elapsed_.elapsed()) / 1000;
         showShare(share);
-        progress_->setText(tr("%1 filas de %2; faltan %3 min")
-                               .arg(groupedNumber(news.done), groupedNumber(news.total),
+        progress_->setText(tr("%1 de %2; faltan %3 min")
+                               .arg(rowsText(news.done), groupedNumber(news.total),
                                     shownTime(seconds * (1 - share) / std::max(share, 0.001))));
     }
 }
@@ -131,11 +127,13 @@ QString AuditWindow::summary(const AuditEnd& end) const {
                   .arg(totals.userKeys == 1 ? tr("1 clave")
                                             : tr("%1 claves").arg(groupedNumber(totals.userKeys)),
                        QString::fromStdString(totals.highestUserKey), groupedNumber(totals.keysLeft()));
-    return tr("Revisado: %1 de MUNICIPI y %2 de POSTAL, en %3 min. De las vías, %4 van en la clave detrás de "
+    return tr("Revisado: %1 de MUNICIPI y %2 de POSTAL, en %3 min. De las vías, %4 en la clave detrás de "
               "otra del mismo nombre. %5")
                .arg(rowsText(totals.municipalityRows), rowsText(totals.streetRows),
                     shownTime(static_cast<double>(elapsed_.elapsed()) / 1000),
-                    groupedNumber(totals.hiddenStreets), block) +
+                    groupedNumber(totals.hiddenStreets) +
+                        (totals.hiddenStreets == 1 ? tr(" va") : tr(" van")),
+                    block) +
            (totals.all() == 0 ? tr(" Sin hallazgos.") : QString());
 }
 
@@ -293,7 +291,12 @@ void AuditWindow::showEvent(QShowEvent* event) {
     }
 }
 
+/// A repair is interrupted, and the window stays to say what it has changed and how to undo that.
 void AuditWindow::closeEvent(QCloseEvent* event) {
+    if (repair_ && repair_->kind() == RepairKind::Writing) {
+        cancel();
+        return event->ignore();
+    }
     audit_.reset(); // cancelled
     repair_.reset();
     showState();

@@ -21,7 +21,8 @@ class ClassTotalsModel;
 class FindingsModel;
 
 /// Audits as soon as it is shown. The classes above show the totals and filter the findings below. The window
-/// may stay open beside the form. Closing it cancels what runs.
+/// may stay open beside the form. Closing it cancels what runs; one that repairs stays until that is
+/// reported.
 class AuditWindow : public QDialog {
     Q_OBJECT
 public:

@@ -135,11 +135,12 @@ QWidget* ValidationWindow::resultPage() {
         widest =
             std::max(widest, fontMetrics().horizontalAdvance(titleOf(static_cast<ambrel::Verdict>(verdict))));
     }
+    const int number = fontMetrics().horizontalAdvance(QStringLiteral("1.000.000")) + margin;
     const int narrowest = fontMetrics().horizontalAdvance(QStringLiteral("La más parecida")) + margin;
-    header.setMinimumSectionSize(narrowest);
-    header.resizeSection(UnsettledModel::Row, narrowest);
+    header.setMinimumSectionSize(number);
+    header.resizeSection(UnsettledModel::Row, number);
     header.resizeSection(UnsettledModel::Verdict, widest + margin);
-    list_->setMinimumWidth(3 * narrowest + widest + 4 * margin);
+    list_->setMinimumWidth(number + 2 * narrowest + widest + 4 * margin);
     for (const int section : {UnsettledModel::Given, UnsettledModel::Nearest}) {
         header.setSectionResizeMode(section, QHeaderView::Stretch);
     }

@@ -205,8 +205,8 @@ void ValidationWindow::follow(const ValidationNews& news) {
 void ValidationWindow::showProgress(const ValidationNews& news) {
     const double seconds = std::max(0.001, static_cast<double>(elapsed_.elapsed()) / 1000);
     QString text =
-        tr("%1 filas, %2 por segundo")
-            .arg(groupedNumber(news.judged),
+        tr("%1, %2 por segundo")
+            .arg(rowsText(news.judged),
                  groupedNumber(static_cast<std::uint64_t>(static_cast<double>(news.judged) / seconds)));
     if (news.share > 0) {
         bar_->setRange(0, barSteps);
@@ -220,15 +220,18 @@ void ValidationWindow::finish(const ValidationNews& news, const QString& error) 
     follow(news);
     bar_->setRange(0, barSteps);
     job_.release()->deleteLater(); // it is reporting its end
-    const QString read = tr("%1 filas leídas, %2 resueltas, en %3 min.")
-                             .arg(groupedNumber(news.totals.rows), groupedNumber(news.totals.settled()),
-                                  shownTime(static_cast<double>(elapsed_.elapsed()) / 1000));
     if (!error.isEmpty()) {
-        progress_->setText(tr("No se ha terminado. ") + read);
+        progress_->setText(tr("No se ha terminado."));
     } else if (news.totals.wasCancelled) {
-        progress_->setText(tr("Interrumpido: no se ha escrito el resultado. ") + read);
+        progress_->setText(tr("Interrumpido: no se ha escrito el resultado."));
     } else {
         bar_->setValue(barSteps);
+        const QString read =
+            tr("%1 %2, %3 %4, en %5 min.")
+                .arg(rowsText(news.totals.rows), news.totals.rows == 1 ? tr("leída") : tr("leídas"),
+                     groupedNumber(news.totals.settled()),
+                     news.totals.settled() == 1 ? tr("resuelta") : tr("resueltas"),
+                     shownTime(static_cast<double>(elapsed_.elapsed()) / 1000));
         progress_->setText(read + tr(" El resultado está en %1.").arg(output_->text().trimmed()));
     }
     bool isCut = false;
@@ -246,6 +249,8 @@ void ValidationWindow::finish(const ValidationNews& news, const QString& error) 
     if (rows_->rowCount() > 0) {
         list_->setCurrentIndex(rows_->index(0, 0));
         list_->setFocus();
+    } else {
+        start_->setFocus();
     }
     if (!error.isEmpty()) {
         Mensaje_Error(this, error, tr("Validar un fichero"));

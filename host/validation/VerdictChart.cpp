@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "address/VerdictTexts.h"
+#include "host/AttentionColour.h"
 #include "host/GroupedNumber.h"
 
 namespace host {
@@ -16,13 +17,6 @@ constexpr int gap = 10;      // between title, bar and count
 constexpr int rowMargin = 4; // above and below a row's letters
 constexpr int shortestBar = 120;
 constexpr double roundness = 3;
-constexpr int darkLightness = 128; // of 255
-
-/// For what somebody has to look at; readable on the given background.
-QColor attentionColour(const QPalette& palette) {
-    const bool isDark = palette.color(QPalette::Base).lightness() < darkLightness;
-    return isDark ? QColor(0xe0, 0x9b, 0x3a) : QColor(0xb2, 0x6a, 0x00);
-}
 
 } // namespace
 

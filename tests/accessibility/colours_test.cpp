@@ -11,6 +11,7 @@
 #include <string>
 #include <utility>
 
+#include "accessibility/Colours.h"
 #include "accessibility/Contrast.h"
 #include "accessibility/FormControls.h"
 #include "accessibility/Forms.h"
@@ -20,35 +21,6 @@
 
 namespace accessibility_tests {
 namespace {
-
-struct Colours {
-    const char* name;
-    QColor window, base, text, button, highlight, highlightedText;
-};
-
-const Colours allColours[]{
-    {"Claros", {239, 239, 239}, Qt::white, Qt::black, {239, 239, 239}, {30, 100, 170}, Qt::white},
-    {"Oscuros", {53, 53, 53}, {35, 35, 35}, {230, 230, 230}, {53, 53, 53}, {42, 130, 218}, Qt::black},
-    {"ContrasteNegro", Qt::black, Qt::black, Qt::yellow, Qt::black, Qt::cyan, Qt::black},
-    {"ContrasteBlanco", Qt::white, Qt::white, Qt::black, Qt::white, {55, 0, 110}, Qt::white},
-    {"GrisConNegro", {150, 150, 150}, {122, 122, 122}, Qt::black, {150, 150, 150}, Qt::black, Qt::white},
-    {"GrisConBlanco", {100, 100, 100}, {110, 110, 110}, Qt::white, {100, 100, 100}, Qt::white, Qt::black}};
-
-const Colours& colours(const std::string& name) {
-    return *std::ranges::find(allColours, name, [](const Colours& one) { return std::string(one.name); });
-}
-
-QPalette paletteOf(const Colours& colours) {
-    QPalette palette(colours.button, colours.window);
-    palette.setColor(QPalette::Base, colours.base);
-    palette.setColor(QPalette::AlternateBase, colours.base);
-    palette.setColor(QPalette::Highlight, colours.highlight);
-    palette.setColor(QPalette::HighlightedText, colours.highlightedText);
-    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        palette.setColor(role, colours.text);
-    }
-    return palette;
-}
 
 /// Forms with edits or grids.
 const std::vector<Form> coloured{Form::MunicipiLista,     Form::BuscarMunicipios, Form::MunicipiListaMJ,
@@ -63,7 +35,7 @@ protected:
     ~Readable() override { QApplication::setPalette(usual_); }
 
     void showInAllColours(const Step& step) {
-        for (const Colours& colours : allColours) {
+        for (const Colours& colours : allColours()) {
             SCOPED_TRACE(colours.name);
             QApplication::setPalette(paletteOf(colours));
             show(GetParam(), step);
@@ -176,28 +148,6 @@ TEST_P(Readable, ComboTextsAreReadableWithTheFocusAndWithout) {
             ambrel::colourByPalette(*combo, true);
             expectReadable(*combo, text, "with the focus colour");
             ambrel::colourByPalette(*combo, false);
-        }
-    });
-}
-
-class ReadableHost : public Readable {};
-
-INSTANTIATE_TEST_SUITE_P(Form, ReadableHost, ::testing::Values(Form::Clientes, Form::Rutina),
-                         [](const auto& form) { return nameOf(form.param); });
-
-constexpr double seenContrast = 3; // of what is not a text
-
-/// Elsewhere a box is seen as a surface of another colour.
-TEST_P(ReadableHost, BoxesAndButtonsHaveAnOutlineWhereAllSurfacesAreBlack) {
-    QApplication::setPalette(paletteOf(colours("ContrasteNegro")));
-    show(GetParam(), [](QWidget& window) {
-        for (QWidget* const control : controlsOf(window)) {
-            if (!control->isEnabled() || control->hasFocus() || control->inherits("QLabel")) {
-                continue;
-            }
-            const DrawnText edge = drawnIn(*control, QRect(control->width() / 2, 0, 2, 6));
-            EXPECT_GE(contrast(edge.text, edge.background), seenContrast)
-                << control->objectName().toStdString();
         }
     });
 }

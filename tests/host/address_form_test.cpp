@@ -246,7 +246,7 @@ TEST_F(AddressFormTest, ARecordThatAnotherUserChangedIsShownAnew) {
     EXPECT_EQ(text("ENombre").size(), 4) << "the row as it is now can be changed";
 }
 
-TEST_F(AddressFormTest, LabelsLeadToTheirBoxesAndNamesAreTold) {
+TEST_F(AddressFormTest, LabelsLeadToTheirBoxesAndNamesAreSpoken) {
     open();
     for (const char* name :
          {"EMunicipio", "EProvincia", "ETipoVia", "EVia", "ENumero", "EPiso", "ECodPostal"}) {

@@ -2,97 +2,22 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
-#include <QPushButton>
 #include <QTableView>
 #include <QTest>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
-#include "data/TableDefinitions.h"
 #include "dbase/dataset/dataset.h"
-#include "dbase/dbf/codec.h"
-#include "dbase/system/databases.h"
-#include "dbase/table/bulk_loader.h"
-#include "host/FormTest.h"
-#include "host/audit/AuditWindow.h"
+#include "host/AuditWindowTest.h"
 #include "support/ScriptedMessages.h"
 
 namespace {
 
 using ambrel::MessageAnswer;
-using host_tests::FormTest;
-
-class AuditWindowTest : public FormTest {
-protected:
-    AuditWindowTest() { addCustomers({{"Ana", "CL", "ALCALA", "60", "28009", "MADRID", "MADRID"}}); }
-
-    [[nodiscard]] static QDialog* dialog() {
-        for (QWidget* const one : QApplication::topLevelWidgets()) {
-            if (auto* const found = qobject_cast<host::AuditWindow*>(one)) {
-                return found;
-            }
-        }
-        return nullptr;
-    }
-    template<class Widget>
-    [[nodiscard]] static Widget& part(const char* name) {
-        return *dialog()->findChild<Widget*>(QLatin1String(name));
-    }
-    [[nodiscard]] static QString says(const char* name) { return part<QLabel>(name).text(); }
-    [[nodiscard]] static bool mayClick(const char* name) { return part<QPushButton>(name).isEnabled(); }
-    static void clickIn(const char* name) { QTest::mouseClick(&part<QPushButton>(name), Qt::LeftButton); }
-    static bool waitForTheEnd() {
-        return QTest::qWaitFor([] { return mayClick("BBEmpezar"); }, 30000);
-    }
-    /// Presses a button by its letter: it is seen pressed for a moment before it acts.
-    static bool runByKey(Qt::Key key) {
-        QTest::keyClick(dialog(), key, Qt::AltModifier);
-        return QTest::qWaitFor([] { return !mayClick("BBEmpezar"); }) && waitForTheEnd();
-    }
-    /// Opens the window from the menu and waits until the audit is whole.
-    void audit() {
-        open();
-        choose("MIRevisarTablas");
-        ASSERT_TRUE(waitForTheEnd());
-    }
-    [[nodiscard]] static QStringList rowsOf(const char* table, const std::vector<int>& columns) {
-        QStringList rows;
-        const QAbstractItemModel& model = *part<QTableView>(table).model();
-        for (int row = 0; row < model.rowCount(); ++row) {
-            QStringList cells;
-            for (const int column : columns) {
-                cells << model.index(row, column).data().toString();
-            }
-            rows << cells.join(QLatin1Char('|'));
-        }
-        return rows;
-    }
-    /// Severity, row and proposal of each finding.
-    [[nodiscard]] static QStringList findings() { return rowsOf("GHallazgos", {0, 1, 3}); }
-    /// Chooses a class by keys.
-    static void chooseClass(const QString& title) {
-        auto& classes = part<QTableView>("GClases");
-        classes.setFocus();
-        QTest::keyClick(&classes, Qt::Key_Home, Qt::ControlModifier);
-        for (int row = 1; classes.currentIndex().siblingAtColumn(0).data().toString() != title; ++row) {
-            ASSERT_LT(row, classes.model()->rowCount()) << title.toStdString();
-            QTest::keyClick(&classes, Qt::Key_Down);
-        }
-    }
-    [[nodiscard]] static std::string storedStreet(const char* key, const char* column) {
-        dbase::Dataset table("DB", "POSTAL", "CODIGO1");
-        table.open();
-        goToStreet(table, key);
-        return table.field(column).text();
-    }
-    [[nodiscard]] std::filesystem::path file(const char* name) const {
-        return std::filesystem::path(folder.path()) / name;
-    }
-};
+using host_tests::AuditWindowTest;
 
 TEST_F(AuditWindowTest, SoundTablesAreSaidToBeSound) {
     addStreets({{"17000001", "NOVA", "CL", "17830", {1, 9999}, {2, 9998}, "17", "9"},
@@ -118,6 +43,22 @@ protected:
                     {"99000000", "Luna", "CL", "28005"},
                     {"28000008", "MAR", "CL", "28005", {99, 1}}});
         addMunicipalities({{"33037", "33619", "MIERES", "N"}});
+    }
+
+    /// The question before the names in small letters are repaired.
+    static void expectQuestion(ambrel::test::ScriptedMessages& messages, MessageAnswer answer) {
+        messages.expect(
+            "¿Desea cambiar 2 filas?",
+            "VIA=SOL (POSTAL 9)\nVIA=LUNA (POSTAL 10)\nLo que hay se guarda antes en un fichero, con el que "
+            "«ambcp deshacer» lo devuelve.",
+            "Revisar las tablas", answer);
+    }
+    /// What is said afterwards.
+    void expectChanged(ambrel::test::ScriptedMessages& messages, const QString& rows) const {
+        const QString undo = QString::fromStdString(file("revisar.deshacer").string());
+        messages.expect("Cambiado: " + rows + ".\nLo que había está en " + undo +
+                            "; lo devuelve: ambcp deshacer " + undo,
+                        "Revisar las tablas");
     }
 };
 
@@ -230,25 +171,32 @@ TEST_F(FaultyStreets, AClassIsRepairedAfterADryRunAndAQuestion) {
     EXPECT_FALSE(mayClick("BBReparar")) << "all classes together are not";
     chooseClass("Nombre en minúsculas");
     ambrel::test::ScriptedMessages messages;
-    const QString line =
-        "VIA=SOL (POSTAL 9)\nVIA=LUNA (POSTAL 10)\nLo que hay se guarda antes en un fichero, con "
-        "el que «ambcp deshacer» lo devuelve.";
-    messages.expect("¿Desea cambiar 2 filas?", line, "Revisar las tablas", MessageAnswer::No);
+    expectQuestion(messages, MessageAnswer::No);
     ASSERT_TRUE(runByKey(Qt::Key_R));
     EXPECT_EQ(storedStreet("28000006", "VIA"), "sol");
     EXPECT_TRUE(says("LProgreso").startsWith("Revisado: ")) << "the last audit's summary is back";
     EXPECT_FALSE(std::filesystem::exists(file("revisar.deshacer")));
-    messages.expect("¿Desea cambiar 2 filas?", line, "Revisar las tablas", MessageAnswer::Yes);
-    const QString undo = QString::fromStdString(file("revisar.deshacer").string());
-    messages.expect("Cambiado: 2 filas.\nLo que había está en " + undo + "; lo devuelve: ambcp deshacer " +
-                        undo,
-                    "Revisar las tablas");
+    expectQuestion(messages, MessageAnswer::Yes);
+    expectChanged(messages, "2 filas");
     clickIn("BBReparar");
     ASSERT_TRUE(QTest::qWaitFor([] { return findings().size() == 1 && mayClick("BBEmpezar"); }, 20000))
         << findings().join('\n').toStdString();
     EXPECT_EQ(storedStreet("28000006", "VIA"), "SOL");
     EXPECT_EQ(storedStreet("28000008", "IMPAR_INI"), "99") << "another class";
     EXPECT_TRUE(std::filesystem::exists(file("revisar.deshacer")));
+}
+
+TEST_F(FaultyStreets, ARepairIsReportedEvenIfTheWindowIsClosedMeanwhile) {
+    audit();
+    chooseClass("Nombre en minúsculas");
+    ambrel::test::ScriptedMessages messages;
+    expectQuestion(messages, MessageAnswer::Yes);
+    expectChanged(messages, "2 filas");
+    clickIn("BBReparar");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !messages.shown().empty(); }, 20000));
+    dialog()->close();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return messages.isDone(); }, 20000));
+    EXPECT_EQ(storedStreet("28000006", "VIA"), "SOL");
 }
 
 TEST_F(FaultyStreets, ARowThatSomebodyHoldsIsLeftAloneAndCounted) {
@@ -259,16 +207,8 @@ TEST_F(FaultyStreets, ARowThatSomebodyHoldsIsLeftAloneAndCounted) {
     table.edit();
     chooseClass("Nombre en minúsculas");
     ambrel::test::ScriptedMessages messages;
-    messages.expect(
-        "¿Desea cambiar 2 filas?",
-        "VIA=SOL (POSTAL 9)\nVIA=LUNA (POSTAL 10)\nLo que hay se guarda antes en un fichero, con el que "
-        "«ambcp deshacer» lo devuelve.",
-        "Revisar las tablas", MessageAnswer::Yes);
-    const QString undo = QString::fromStdString(file("revisar.deshacer").string());
-    messages.expect(
-        "Cambiado: 1 fila. Sin tocar, porque otro puesto lo impide: 1 fila.\nLo que había está en " + undo +
-            "; lo devuelve: ambcp deshacer " + undo,
-        "Revisar las tablas");
+    expectQuestion(messages, MessageAnswer::Yes);
+    expectChanged(messages, "1 fila. Sin tocar, porque otro puesto lo impide: 1 fila");
     clickIn("BBReparar");
     ASSERT_TRUE(QTest::qWaitFor([] { return findings().size() == 2 && mayClick("BBEmpezar"); }, 20000));
     table.cancel();
@@ -345,89 +285,6 @@ TEST_F(AuditWindowTest, ClosesWithTheForm) {
     audit();
     window().close();
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_FALSE(dialog());
-}
-
-class ManyFindings : public AuditWindowTest {
-protected:
-    static constexpr int rows = 120'000;
-
-    ManyFindings() {
-        dbase::BulkLoader loader(*dbase::findTableFile(folder.path(), "POSTAL"),
-                                 dbase::BulkLoader::Mode::Append);
-        const dbase::Schema& schema = loader.schema();
-        std::string record(schema.recordLength, ' ');
-        const auto set = [&](const char* column, const std::string& value) {
-            const dbase::Column& one = schema.columns.at(schema.find(column).value());
-            dbase::encodeText(std::span(record).subspan(one.offset, one.width), value);
-        };
-        set("PROVINCIA", "28");
-        set("CAPITAL", "0");
-        set("TIPO_VIA", "CL");
-        set("CODPOSTAL", "28005");
-        for (int row = 0; row < rows; ++row) {
-            set("CODIGO1", std::to_string(28'100'000 + row));
-            set("VIA", "calle " + std::to_string(row));
-            loader.add(record);
-        }
-        loader.finish();
-    }
-    void startAndSeeProgress() {
-        open();
-        choose("MIRevisarTablas");
-        ASSERT_TRUE(QTest::qWaitFor([] { return says("LProgreso").contains("faltan"); }, 20000))
-            << says("LProgreso").toStdString();
-    }
-};
-
-TEST_F(ManyFindings, AreAllCountedAndAHundredThousandOfAClassListed) {
-    audit();
-    EXPECT_EQ(part<QTableView>("GHallazgos").model()->rowCount(), 100'003);
-    EXPECT_TRUE(rowsOf("GClases", {0, 1}).contains("Nombre en minúsculas|120.000"));
-    EXPECT_TRUE(says("LGuardados").startsWith("Se enseñan los 100.000 primeros"))
-        << says("LGuardados").toStdString();
-    EXPECT_TRUE(part<QLabel>("LGuardados").isVisible());
-    chooseClass("Nombre en minúsculas");
-    auto& list = part<QTableView>("GHallazgos");
-    list.setFocus();
-    QTest::keyClick(&list, Qt::Key_End, Qt::ControlModifier);
-    EXPECT_EQ(list.currentIndex().row(), 99'999);
-}
-
-TEST_F(ManyFindings, CanBeInterrupted) {
-    startAndSeeProgress();
-    clickIn("BBInterrumpir");
-    ASSERT_TRUE(waitForTheEnd());
-    EXPECT_EQ(says("LProgreso"), "Interrumpido: los hallazgos no son todos.");
-    EXPECT_FALSE(mayClick("BBInforme")) << "a report would pass for whole";
-    EXPECT_FALSE(mayClick("BBReparar"));
-}
-
-TEST_F(ManyFindings, EscapeInterruptsFirstAndClosesThen) {
-    startAndSeeProgress();
-    QTest::keyClick(dialog(), Qt::Key_Escape);
-    ASSERT_TRUE(waitForTheEnd());
-    QTest::keyClick(dialog(), Qt::Key_Escape);
-    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_FALSE(dialog());
-}
-
-TEST_F(ManyFindings, AnInterruptedDryRunChangesNothing) {
-    audit();
-    chooseClass("Nombre en minúsculas");
-    const auto shown = ambrel::test::boxesDuring([&] {
-        clickIn("BBReparar");
-        clickIn("BBInterrumpir");
-        ASSERT_TRUE(waitForTheEnd());
-    });
-    ASSERT_EQ(shown.size(), 1U);
-    EXPECT_EQ(shown.front().text, "Interrumpido. Cambiado: 0 filas.");
-    EXPECT_FALSE(std::filesystem::exists(file("revisar.deshacer")));
-}
-
-TEST_F(ManyFindings, TheProgramEndsInTheMiddleOfAnAudit) {
-    startAndSeeProgress();
-    close();
     EXPECT_FALSE(dialog());
 }
 

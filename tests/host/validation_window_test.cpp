@@ -216,6 +216,14 @@ TEST_F(ValidationWindowTest, TheUserMaySayWhatAColumnHolds) {
         << says("LProgreso").toStdString();
 }
 
+TEST_F(ValidationWindowTest, CountsOneRowInTheSingular) {
+    write("uno.csv", "DIRECCION;POBLACION;CP\nCalle Alcalá 60;Madrid;28009\n");
+    openOn("uno.csv");
+    run();
+    EXPECT_TRUE(says("LProgreso").startsWith("1 fila leída, 1 resuelta, en"))
+        << says("LProgreso").toStdString();
+}
+
 TEST_F(ValidationWindowTest, AColumnThatIsChosenIsNotTakenForOneNamedByItsNumber) {
     write("numeros.csv", "X;Y;1\n"
                          "Calle Alcalá 60;28009 Madrid;Calle Corta 95\n");
@@ -301,8 +309,16 @@ TEST_F(LongValidation, CanBeInterrupted) {
     clickIn("BBInterrumpir");
     ASSERT_TRUE(QTest::qWaitFor([&] { return part<QPushButton>("BBEmpezar").isEnabled(); }, 20000));
     EXPECT_TRUE(says("LProgreso").startsWith("Interrumpido: no se ha escrito el resultado."));
+    EXPECT_FALSE(says("LProgreso").contains("leídas")) << "nobody knows how many";
     EXPECT_FALSE(says("LGuardadas").contains("resultado")) << "there is none";
     EXPECT_FALSE(exists("muchos-validado.csv"));
+}
+
+TEST_F(LongValidation, AfterAnInterruptionTheKeyboardStartsAgain) {
+    startAndSeeProgress();
+    QTest::keyClick(dialog(), Qt::Key_Escape);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return part<QPushButton>("BBEmpezar").isEnabled(); }, 20000));
+    EXPECT_EQ(dialog()->focusWidget()->objectName(), "BBEmpezar") << "and does not close the window";
 }
 
 TEST_F(LongValidation, ClosingTheWindowCancels) {
