@@ -41,14 +41,16 @@ Headers, CMake package, pkg-config file and examples for programs that complete
 and validate Spanish postal addresses.
 
 En español: lo necesario para compilar programas que usan la biblioteca, con
-ejemplos: el anfitrión mínimo, mensajes propios y el uso por lotes.")
+ejemplos: el anfitrión mínimo, mensajes propios, el uso por lotes y la carga de
+una edición del callejero.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME ${tools_package})
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${runtime_package} (= ${debian_version})")
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION "Spanish postal addresses for desktop programs - programs
 ambcp creates, loads, lists, searches, checks and reindexes the tables of the
-street directory; ambrel is a form on which the library can be tried; and
+street directory, keeps them up to date with the official one, and validates
+files of addresses; ambrel is a form on which the library can be tried; and
 callejero-simulado stands in for the cadastre's service.
 
 En español: la orden del administrador de las tablas, un programa de muestra y

@@ -1,4 +1,5 @@
-// Random numbers that are the same on every machine.
+// Random numbers that are the same on every machine, as long as each expression rolls them once: which of its
+// parts comes first is up to the compiler.
 #pragma once
 
 #include <cstdint>

@@ -47,14 +47,15 @@ bool hasTables(const std::string& folder) {
            });
 }
 
-void warnOfMissingTypes() {
+/// Before the files are read.
+std::vector<std::string> earlyWarnings() {
     dbase::Dataset types(folderDatabase, "TIPO_VIA");
     types.open();
-    if (types.isEmpty()) {
-        complain(
-            "aviso: TIPO_VIA está vacía, y las vías quedan sin tipo; si la borra, la carga la crea con los "
-            "tipos del país");
+    if (!types.isEmpty()) {
+        return {};
     }
+    return {"TIPO_VIA está vacía, y las vías quedan sin tipo; si la borra, la carga la crea con los tipos "
+            "del país"};
 }
 
 /// Before files are read for tables that could not be filled.
@@ -188,7 +189,10 @@ private:
         for (const char* const table : requiredTables) {
             requireWhole(requireTable(folder_, table));
         }
-        warnOfMissingTypes();
+        warnings_ = earlyWarnings();
+        for (const std::string& text : warnings_) {
+            complain("aviso: " + text);
+        }
         loading_ = std::make_unique<DirectoryLoading>(folderDatabase, folder_);
         if (!options_.isTrial) {
             loading_->begin();
@@ -205,7 +209,8 @@ private:
                          .edition = loading_->edition().date(),
                          .provinces = provincesOf(options_),
                          .opening = openingNamed(options_.opening),
-                         .isTrial = options_.isTrial};
+                         .isTrial = options_.isTrial,
+                         .warnings = warnings_};
         std::set<std::string> names; // one ZIP may hold several of the files
         for (const std::string& file : inputsOf(options_)) {
             const std::string name = std::filesystem::path(file).filename().string();
@@ -251,6 +256,7 @@ private:
     const DirectoryLoadOptions& options_;
     TaskLine line_;
     std::string folder_, undoFile_;
+    std::vector<std::string> warnings_; // from before the files were read
     std::optional<CreatedTables> created_;
     std::unique_ptr<DirectoryLoading> loading_;
     LoadSummary summary_;
@@ -271,6 +277,7 @@ ExitCode callejeroCargar(const DirectoryLoadOptions& options) {
         }
     } catch (const Interrupted&) {
         complain("interrumpido; no se ha cambiado nada");
+        Interruption::obey();
     } catch (const dbase::Error& error) {
         if (error.code() != dbase::ErrorCode::LockTimeout) {
             throw;
@@ -279,7 +286,6 @@ ExitCode callejeroCargar(const DirectoryLoadOptions& options) {
         return ExitCode::failed;
     }
     std::fflush(stdout);
-    Interruption::obey();
     return ExitCode::done;
 }
 

@@ -2,8 +2,8 @@
 
 #include <cstdio>
 
+#include "dbase/system/counted.h"
 #include "directory/FileOverview.h"
-#include "loading/counted.h"
 #include "tools/commands.h"
 #include "tools/progress.h"
 
@@ -15,7 +15,7 @@ using ambrel::directory::FileKind;
 using ambrel::directory::FileOverview;
 using ambrel::directory::Numbering;
 using ambrel::directory::OfficialFile;
-using loading::counted;
+using dbase::counted;
 
 void printLine(const std::string& text) { std::printf("  %s\n", text.c_str()); }
 

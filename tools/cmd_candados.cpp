@@ -5,11 +5,12 @@
 
 #include "tools/commands.h"
 #include "tools/lock_trial.h"
+#include "tools/table_folder.h"
 
 namespace ambcp {
 
 ExitCode candados(const FolderOptions& options) {
-    const std::vector<LockProbe> probes = tryLocks(options.folder);
+    const std::vector<LockProbe> probes = tryLocks(useFolder(options.folder));
     for (const LockProbe& probe : probes) {
         std::printf("%s  %s\n", probe.works ? "sí" : "NO", probe.question.c_str());
     }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "loading/counted.h"
+#include "dbase/system/counted.h"
 #include "loading/municipality_order.h"
 #include "loading/table_loading.h"
 #include "loading/text_encoding.h"
@@ -71,7 +71,7 @@ ExitCode cargar(const LoadOptions& options) {
                                 });
     }
     std::printf("%s: %s.\n", tableName(table).c_str(),
-                loading::counted(rows, "fila cargada", "filas cargadas").c_str());
+                dbase::counted(rows, "fila cargada", "filas cargadas").c_str());
     tellEntitiesInFront(table);
     return ExitCode::done;
 }

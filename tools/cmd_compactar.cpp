@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "dbase/system/counted.h"
 #include "dbase/system/error.h"
 #include "dbase/table/compaction.h"
-#include "loading/counted.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
 #include "tools/cut_table.h"
@@ -31,7 +31,7 @@ ExitCode compact(const std::string& table) {
         } else {
             std::printf(
                 "%s: %s; %s %s.\n", name.c_str(),
-                loading::counted(result.dropped, "fila borrada quitada", "filas borradas quitadas").c_str(),
+                dbase::counted(result.dropped, "fila borrada quitada", "filas borradas quitadas").c_str(),
                 result.kept == 1 ? "queda" : "quedan", std::to_string(result.kept).c_str());
         }
         return ExitCode::done;

@@ -4,10 +4,10 @@
 #include <cstdio>
 
 #include "data/TableDefinitions.h"
+#include "dbase/system/counted.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/table/check.h"
-#include "loading/counted.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
 #include "tools/cut_table.h"
@@ -85,11 +85,11 @@ void print(const std::string& table, const dbase::CheckResult& result, const std
     }
     const std::string problems = result.findings.empty()
                                      ? "correcta"
-                                     : loading::counted(result.findings.size(), "problema", "problemas") +
+                                     : dbase::counted(result.findings.size(), "problema", "problemas") +
                                            (result.truncated ? " y más" : "") + whatToDo;
     std::printf("%s: %s, %s: %s\n", tableName(table).c_str(),
-                loading::counted(result.records, "registro", "registros").c_str(),
-                loading::counted(result.tags, "tag", "tags").c_str(), problems.c_str());
+                dbase::counted(result.records, "registro", "registros").c_str(),
+                dbase::counted(result.tags, "tag", "tags").c_str(), problems.c_str());
 }
 
 ExitCode check(const std::string& table) {

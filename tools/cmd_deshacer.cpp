@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "dbase/system/counted.h"
 #include "dbase/system/error.h"
-#include "loading/counted.h"
 #include "loading/undo.h"
 #include "loading/undo_reader.h"
 #include "tools/commands.h"
@@ -16,7 +16,7 @@ namespace ambcp {
 
 namespace {
 
-using loading::counted;
+using dbase::counted;
 
 void complainOfDamage(const loading::UndoReader& file) {
     constexpr std::size_t most = 20;
@@ -26,7 +26,7 @@ void complainOfDamage(const loading::UndoReader& file) {
                  " está estropeada; lo que decía no se deshace");
     }
     if (lines.size() > most) {
-        complain(file.path() + ": y " + std::to_string(lines.size() - most) + " líneas más");
+        complain(file.path() + ": y " + counted(lines.size() - most, "línea más", "líneas más"));
     }
     if (file.missingEntries() > 0) {
         complain(file.path() + ": le " +

@@ -4,10 +4,10 @@
 #include <cstdio>
 
 #include "data/TableDefinitions.h"
+#include "dbase/system/counted.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/table/check.h"
-#include "loading/counted.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
 #include "tools/cut_table.h"
@@ -31,8 +31,8 @@ ExitCode rebuild(const std::string& table, const std::vector<dbase::TagDefinitio
         const std::uint32_t held = recordsIn(table);
         if (before && before->announced > held) {
             std::printf("%s: índice rehecho con %s; de los que decía la cabecera, %s.\n", name.c_str(),
-                        loading::counted(held, "registro", "registros").c_str(),
-                        loading::counted(before->announced - held, "no estaba", "no estaban").c_str());
+                        dbase::counted(held, "registro", "registros").c_str(),
+                        dbase::counted(before->announced - held, "no estaba", "no estaban").c_str());
         } else {
             std::printf("%s: índice rehecho.\n", name.c_str());
         }

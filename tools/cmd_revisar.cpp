@@ -7,11 +7,11 @@
 #include <string>
 
 #include "controller/ProvinceName.h"
+#include "dbase/system/counted.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/names.h"
 #include "directory/audit/Audit.h"
 #include "directory/audit/AuditReport.h"
-#include "loading/counted.h"
 #include "loading/failure.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
@@ -27,7 +27,7 @@ namespace ambcp {
 namespace {
 
 using namespace ambrel::directory;
-using loading::counted;
+using dbase::counted;
 
 /// Findings as CSV, in large pieces.
 class FindingOutput {

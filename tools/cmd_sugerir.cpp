@@ -8,9 +8,9 @@
 
 #include <unistd.h>
 
+#include "dbase/system/counted.h"
 #include "dbase/system/quoted.h"
 #include "loading/ansi_text.h"
-#include "loading/counted.h"
 #include "loading/csv.h"
 #include "loading/failure.h"
 #include "loading/utf8.h"
@@ -142,7 +142,7 @@ public:
         if (csv.fields().size() != count_) {
             throw loading::CsvError(csv.name(), csv.line(), 1,
                                     "la fila tiene " +
-                                        loading::counted(csv.fields().size(), "valor", "valores") +
+                                        dbase::counted(csv.fields().size(), "valor", "valores") +
                                         " y la primera " + std::to_string(count_));
         }
         const auto value = [&](std::size_t column) {

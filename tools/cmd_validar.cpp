@@ -9,9 +9,9 @@
 #include "address/AddressFile.h"
 #include "address/ValidationReport.h"
 #include "controller/ProvinceName.h"
+#include "dbase/system/counted.h"
 #include "dbase/system/quoted.h"
 #include "loading/ansi_text.h"
-#include "loading/counted.h"
 #include "loading/csv.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
@@ -26,7 +26,7 @@ namespace ambcp {
 namespace {
 
 using ambrel::Verdict;
-using loading::counted;
+using dbase::counted;
 
 std::optional<unsigned> number(std::string_view text) {
     unsigned value = 0;

@@ -10,10 +10,10 @@
 #include "address/TableValidation.h"
 #include "address/ValidationReport.h"
 #include "controller/ProvinceName.h"
+#include "dbase/system/counted.h"
 #include "dbase/system/error.h"
 #include "dbase/system/paths.h"
 #include "dbase/system/quoted.h"
-#include "loading/counted.h"
 #include "loading/undo_file.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
@@ -29,7 +29,7 @@ namespace ambcp {
 
 namespace {
 
-using loading::counted;
+using dbase::counted;
 
 std::vector<std::string> splitAtCommas(const std::string& text) {
     std::vector<std::string> parts;

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 #include "loading/failure.h"
 #include "tools/command_definition.h"
@@ -160,10 +161,11 @@ void defineReview(CLI::App& app, Command& chosen) {
 
 void defineUndo(CLI::App& app, Command& chosen) {
     const auto options = std::make_shared<UndoOptions>();
-    CLI::App& command = addCommand(
-        app, chosen, "deshacer", "Devuelve a como estaban las filas que cambió una orden", options, deshacer);
+    CLI::App& command = addCommand(app, chosen, "deshacer",
+                                   "Deja como estaban las filas que cambió una orden", options, deshacer);
     requireText(command, "FICHERO", options->file, "El que guardó la orden, terminado en .deshacer");
-    offerText(command, "DIR", options->folder, "", "Carpeta de las tablas, si ya no están donde estaban");
+    offerText(command, "DIR", options->folder, "",
+              "Carpeta de las tablas, si ya no están donde estaban o hay otras junto al fichero");
     command.footer("Lo que alguien ha cambiado después no se toca: sale como CSV, con lo que había y lo que "
                    "hay, y termina\n"
                    "con 1. Se puede repetir, también mientras otros puestos usan las tablas.");
@@ -179,24 +181,29 @@ void defineLocks(CLI::App& app, Command& chosen) {
 }
 
 /// Prints the same as «--help» after an order, or without an order the program's own help.
-ExitCode showHelp(const CLI::App& app, const std::string& order) {
-    // help() of the application would be that of the given order, which is this one.
-    std::string text = app.get_formatter()->make_help(&app, app.get_name(), CLI::AppFormatMode::Normal);
-    if (!order.empty()) {
+ExitCode showHelp(const CLI::App& app, const std::vector<std::string>& order) {
+    const CLI::App* command = &app;
+    std::string call = app.get_name(), before;
+    for (const std::string& word : order) {
         const std::vector<const CLI::App*> found =
-            app.get_subcommands([&](const CLI::App* command) { return command->check_name(order); });
+            command->get_subcommands([&](const CLI::App* one) { return one->check_name(word); });
         if (found.empty()) {
-            throw loading::Failure(describeUnknownCommand(order, app));
+            throw loading::Failure(describeUnknownCommand(word, *command, call));
         }
-        text = found.front()->help(app.get_name());
+        command = found.front();
+        before = std::exchange(call, call + ' ' + word);
     }
+    // help() of the application would be that of the given order, which is this one.
+    const std::string text = order.empty()
+                                 ? app.get_formatter()->make_help(&app, call, CLI::AppFormatMode::Normal)
+                                 : command->help(before);
     std::fputs(text.c_str(), stdout);
     return ExitCode::done;
 }
 
 /// `group`: the heading under which the help shows it; empty hides it.
 void defineHelp(CLI::App& app, Command& chosen, const char* name, const char* group) {
-    const auto order = std::make_shared<std::string>();
+    const auto order = std::make_shared<std::vector<std::string>>();
     CLI::App* command = app.add_subcommand(name, "Explica una orden");
     command->group(group);
     addHelpOption(*command);

@@ -4,9 +4,9 @@
 #include "dbase/dbf/table_file.h"
 #include "dbase/journal/journal.h"
 #include "dbase/lock/locks.h"
+#include "dbase/system/counted.h"
 #include "dbase/system/databases.h"
 #include "dbase/system/folders.h"
-#include "loading/counted.h"
 #include "loading/failure.h"
 
 namespace ambcp {
@@ -56,8 +56,8 @@ std::uint32_t recordsIn(const std::string& tableFile) {
 
 std::string describe(const Shortfall& shortfall) {
     return "la tabla está cortada: dice tener " +
-           loading::counted(shortfall.announced, "registro", "registros") + " y hay " +
-           loading::counted(shortfall.held, "completo", "completos") +
+           dbase::counted(shortfall.announced, "registro", "registros") + " y hay " +
+           dbase::counted(shortfall.held, "completo", "completos") +
            "; recupere la copia de seguridad; \"ambcp reindexar\" se queda con los completos";
 }
 

@@ -7,9 +7,10 @@
 
 #include <unistd.h>
 
+#include "dbase/system/counted.h"
+#include "directory/EditionWarnings.h"
 #include "directory/LeadingZeros.h"
 #include "loading/ansi_text.h"
-#include "loading/counted.h"
 #include "loading/csv.h"
 #include "report/WholeFile.h"
 #include "tools/complain.h"
@@ -24,16 +25,10 @@ using ambrel::directory::DirectoryConflict;
 using ambrel::directory::EditionNotes;
 using ambrel::directory::LoadSummary;
 using ambrel::directory::PlaceCode;
-using loading::counted;
+using dbase::counted;
 using loading::utf8FromAnsi;
 
 std::string codeText(PlaceCode place) { return ambrel::directory::digits(place, 5); }
-
-void warn(std::uint64_t count, const char* one, const char* many) {
-    if (count > 0) {
-        complain("aviso: " + counted(count, one, many));
-    }
-}
 
 std::string describe(const ChangeCounts& counts) {
     return counted(counts.comes, "fila nueva", "filas nuevas") + ", " +
@@ -81,33 +76,14 @@ void tellNotes(const EditionNotes& notes, const LoadSummary& summary) {
     for (const std::string& text : notes.badLines) {
         complain(text);
     }
-    for (const std::string& text : notes.otherDates) {
+    for (const std::string& text : ambrel::directory::warningsOf(notes, summary)) {
         complain("aviso: " + text);
     }
-    if (summary.isOlder) {
-        complain("aviso: la edición es anterior a la que ya está cargada, de " + summary.previousEdition);
+    if (summary.conflicts > 0) {
+        complain("aviso: " + counted(summary.conflicts,
+                                     "conflicto: queda lo que había; --conflictos dice cuál es",
+                                     "conflictos: queda lo que había; --conflictos dice cuáles son"));
     }
-    if (!summary.unlikelyLosses.empty()) {
-        complain("aviso: ¿están enteros los ficheros?\n" +
-                 summary.unlikelyLosses.substr(0, summary.unlikelyLosses.size() - 1));
-    }
-    warn(notes.ofPseudoStreets, "tramo de una seudovía no se carga, porque no se da --seudovias",
-         "tramos de seudovías no se cargan, porque no se da --seudovias");
-    warn(notes.withoutMunicipality, "tramo no se carga, porque ningún fichero nombra su municipio",
-         "tramos no se cargan, porque ningún fichero nombra su municipio");
-    warn(notes.streetsWithoutName, "vía no está en el fichero de vías; lleva el nombre corto de sus tramos",
-         "vías no están en el fichero de vías; llevan el nombre corto de sus tramos");
-    warn(summary.shortenedNames, "fila lleva un nombre abreviado, que no cabía",
-         "filas llevan un nombre abreviado, que no cabía");
-    std::string unknown;
-    for (const auto& [type, count] : summary.unknownTypes) {
-        unknown += (unknown.empty() ? "" : ", ") + utf8FromAnsi(type) + " (" + std::to_string(count) + ')';
-    }
-    if (!unknown.empty()) {
-        complain("aviso: tipos de vía que no se conocen y quedan en blanco: " + unknown);
-    }
-    warn(summary.conflicts, "conflicto: queda lo que había; --conflictos dice cuál es",
-         "conflictos: queda lo que había; --conflictos dice cuáles son");
 }
 
 ConflictList::ConflictList() {

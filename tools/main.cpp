@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <new>
 
 #include <CLI/CLI.hpp>
 #include <fcntl.h>
@@ -44,6 +45,8 @@ ExitCode run(const ambcp::Command& command) {
     } catch (const ambcp::DamagedTable& error) {
         ambcp::complain(error.what());
         return ExitCode::negative;
+    } catch (const std::bad_alloc&) {
+        ambcp::complain("no queda memoria para esta orden");
     } catch (const std::exception& error) {
         ambcp::complain(error.what());
     }

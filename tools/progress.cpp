@@ -9,6 +9,8 @@
 
 #include <unistd.h>
 
+#include "dbase/system/counted.h"
+
 namespace ambcp {
 
 namespace {
@@ -27,6 +29,8 @@ std::string durationText(std::chrono::seconds duration) {
     return text.data();
 }
 
+std::string rowsText(std::uint64_t rows) { return dbase::counted(rows, "fila", "filas"); }
+
 } // namespace
 
 std::string workText(std::uint64_t rows, double share, std::chrono::milliseconds elapsed) {
@@ -39,7 +43,7 @@ std::string workText(std::uint64_t rows, double share, std::chrono::milliseconds
         text = '[' + std::string(filled, '#') + std::string(width - filled, '-') + "] " +
                std::string(3 - std::min<std::size_t>(percent.size(), 3), ' ') + percent + " %  ";
     }
-    text += std::to_string(rows) + " filas";
+    text += rowsText(rows);
     const double seconds = static_cast<double>(elapsed.count()) / 1000;
     if (seconds > 0) {
         text += "  " + std::to_string(static_cast<std::uint64_t>(static_cast<double>(rows) / seconds)) + "/s";
@@ -75,7 +79,7 @@ void ProgressLine::show(const std::string& state) {
 
 void ProgressLine::rows(std::uint64_t count) {
     if (isOn_) {
-        show(std::to_string(count) + " filas");
+        show(rowsText(count));
     }
 }
 

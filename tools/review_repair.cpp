@@ -4,10 +4,10 @@
 #include <set>
 #include <string>
 
+#include "dbase/system/counted.h"
 #include "dbase/system/error.h"
 #include "dbase/system/quoted.h"
 #include "directory/audit/TableRepair.h"
-#include "loading/counted.h"
 #include "loading/failure.h"
 #include "tools/complain.h"
 #include "tools/late_csv.h"
@@ -18,7 +18,7 @@ namespace ambcp {
 namespace {
 
 using namespace ambrel::directory;
-using loading::counted;
+using dbase::counted;
 
 std::string repairableClasses() {
     std::string names;

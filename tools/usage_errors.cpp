@@ -1,6 +1,7 @@
 // Describes errors of the command line, in Spanish.
 #include "tools/usage_errors.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include <CLI/CLI.hpp>
@@ -40,7 +41,31 @@ std::string listed(const std::vector<std::string>& names) {
     return "las órdenes son " + text;
 }
 
-std::string describeSuperfluous(const std::string& given) { return "sobra " + dbase::inQuotes(given); }
+/// The options of a command as they are written, "--tag".
+std::vector<std::string> optionNames(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+            names.push_back("--" + name);
+        }
+    }
+    return names;
+}
+
+/// An argument that the command does not take; perhaps a mistyped option.
+std::string describeSuperfluous(const std::string& given, const CLI::App& app) {
+    const std::string option = before(given, "=");
+    const auto nearest = given.starts_with("--") ? nearestName(option, optionNames(app)) : std::nullopt;
+    return nearest ? "no existe la opción " + dbase::inQuotes(option) + "; ¿quería decir «" + *nearest + "»?"
+                   : "sobra " + dbase::inQuotes(given);
+}
+
+/// Of several the first option, because what follows it may be its value.
+std::string describeSuperfluous(const std::vector<std::string>& given, const CLI::App& app) {
+    const auto option =
+        std::ranges::find_if(given, [](const std::string& one) { return one.starts_with("--"); });
+    return describeSuperfluous(option != given.end() ? *option : given.front(), app);
+}
 
 std::string unknownCommand(const std::string& typed, const CLI::App& app) {
     const std::vector<std::string> names = commandNames(app);
@@ -57,7 +82,7 @@ std::string describeMissing(const std::string& text, const CLI::App& app) {
     if (given.empty()) {
         return "falta la orden; " + listed(commandNames(app));
     }
-    return given.front().starts_with('-') ? describeSuperfluous(given.front())
+    return given.front().starts_with('-') ? describeSuperfluous(given.front(), app)
                                           : unknownCommand(given.front(), app);
 }
 
@@ -68,7 +93,7 @@ std::string describe(const CLI::ParseError& error, const CLI::App& app) {
         return describeMissing(text, app);
     }
     if (has(text, "not expected: ")) {
-        return describeSuperfluous(after(text, ": "));
+        return describeSuperfluous(app.remaining(), app);
     }
     if (kind == "ConversionError" || kind == "ValidationError") {
         return "valor no válido: " + after(text, ": ");
@@ -101,8 +126,9 @@ std::string describeUsageError(const CLI::ParseError& error, const CLI::App& app
     return withHelp(describe(error, *order), call);
 }
 
-std::string describeUnknownCommand(const std::string& typed, const CLI::App& app) {
-    return withHelp(unknownCommand(typed, app), app.get_name());
+std::string describeUnknownCommand(const std::string& typed, const CLI::App& app, const std::string& call) {
+    const bool hasOrders = !commandNames(app).empty();
+    return withHelp(hasOrders ? unknownCommand(typed, app) : describeSuperfluous(typed, app), call);
 }
 
 } // namespace ambcp

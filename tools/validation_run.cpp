@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "dbase/system/counted.h"
 #include "dbase/system/quoted.h"
-#include "loading/counted.h"
 #include "loading/failure.h"
 #include "tools/complain.h"
 #include "tools/output_files.h"
@@ -19,7 +19,7 @@ namespace ambcp {
 
 namespace {
 
-using loading::counted;
+using dbase::counted;
 
 /// With one decimal and a comma.
 std::string decimal(double value) {

@@ -43,7 +43,7 @@ TEST_F(PackageContentsTest, CarriesTheDialogs) {
     }
 }
 
-TEST_F(PackageContentsTest, TellsTheVersionThatItWasBuiltAs) {
+TEST_F(PackageContentsTest, SaysTheVersionThatItWasBuiltAs) {
     EXPECT_STREQ(ambrel::version(), AMBREL_PROJECT_VERSION);
     EXPECT_EQ(ambrel::versionNumber(), AMBREL_VERSION);
 }

@@ -267,7 +267,7 @@ TEST_F(DocumentExamplesTest, ManyRowsAreStoredTogetherWithOneWaitForTheDisk) {
     EXPECT_EQ(namesAt(members, ""), (std::vector<std::string>{"ANA", "EVA", "LUZ"}));
 }
 
-TEST_F(DocumentExamplesTest, ARowThatSomebodyElseHoldsIsToldAndNotEdited) {
+TEST_F(DocumentExamplesTest, ARowThatSomebodyElseHoldsIsReportedAndNotEdited) {
     Members here, there;
     here.data.open();
     storeAll(here, {"ANA"});

@@ -59,13 +59,13 @@ TEST_F(AmbcpBuscar, NotFoundIsANegativeAnswer) {
     expectNothing({"NUM", "NUM=4"});
 }
 
-TEST_F(AmbcpBuscar, NearestIsAtOrBehindTheKey) {
+TEST_F(AmbcpBuscar, NearestIsAtOrAfterTheKey) {
     EXPECT_EQ(found({"VIA", "PROV=28", "VIA=B", "--cercana"}), row("28,Sol,3,2024-02-29"));
     EXPECT_EQ(found({"NUM", "NUM=4", "--cercana"}), row("08,Ñu,10,"));
     EXPECT_EQ(found({"NUM", "NUM=20", "--cercana"}), row("28,Alba,20,1999-12-31"));
 }
 
-TEST_F(AmbcpBuscar, NothingIsNearestBehindTheLastKey) { expectNothing({"NUM", "NUM=21", "--cercana"}); }
+TEST_F(AmbcpBuscar, NothingIsNearestAfterTheLastKey) { expectNothing({"NUM", "NUM=21", "--cercana"}); }
 
 TEST_F(AmbcpBuscar, UnknownColumnOrTagIsRefused) {
     expectRefusal({"VIA", "CALLE=Sol"}, "la tabla CALLES no tiene ninguna columna «CALLE»");

@@ -320,6 +320,26 @@ TEST_F(AmbcpCallejeroCargar, InterruptedItLeavesTablesAsTheyWere) {
     EXPECT_EQ(filesIn("datos"), files);
 }
 
+/// It is held up by a full pipe when it says what it has done.
+TEST_F(AmbcpCallejeroCargar, AnInterruptionAfterTheLoadDoesNotEndItAsIfNothingHadChanged) {
+    const edition::Files files = writeSmall();
+    done({"crear", "datos"});
+    const Outcome run =
+        shell("inode() { stat -c %i datos/POSTAL.DBF; }\n"
+              "mkfifo salida && exec 3<>salida && head -c 65536 /dev/zero >&3\n"
+              "before=$(inode)\n"
+              "\"$AMBCP\" callejero cargar datos --tramos '" +
+              files.stretches + "' --vias '" + files.streets + "' --municipios '" + files.municipalities +
+              "' >salida 3>&- &\n"
+              "while [ \"$(inode)\" = \"$before\" ] && kill -0 $!; do sleep 0.05; done\n"
+              "sleep 0.5\n"
+              "kill -TERM $!\n"
+              "head -c 65536 <&3 >/dev/null\n"
+              "wait $!");
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_GT(linesOf(listed("POSTAL")), 1U);
+}
+
 TEST_F(AmbcpCallejeroCargar, WithoutRoomForTheNewTablesItLeavesTheOldOnes) {
     const edition::Files files = write(20'000);
     done({"crear", "datos"});

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <sstream>
 
 #include "dbase/dataset/dataset.h"
@@ -129,6 +130,26 @@ TEST_F(AmbcpCallejeroSiguiente, OnlyWhatChangedChangesAndKeysStay) {
     EXPECT_NE(lineWith("NUEVA"), "");
 }
 
+TEST_F(AmbcpCallejeroSiguiente, WarningsStandInTheReportOfALoadAndOfItsTrialAsWell) {
+    ASSERT_EQ(ambcp(loadOf("251231", {"--sin-deshacer"})).exitCode, 0);
+    std::filesystem::rename(folder / "VIAS.D250630", folder / "VIAS.D240630");
+    std::vector<std::string> order = loadOf("250630", {"--informe", "informe.html"});
+    *std::ranges::find(order, "VIAS.D250630") = "VIAS.D240630";
+    for (const char* const way : {"--simular", "--sin-deshacer"}) {
+        order.push_back(way);
+        const Outcome run = ambcp(order);
+        order.pop_back();
+        EXPECT_EQ(run.exitCode, 0) << run.errors;
+        const std::string page = content("informe.html");
+        for (const std::string warning : {"a edición es anterior a la que ya está cargada, de 2025-12-31",
+                                          "l fichero VIAS.D240630 es de la edición de 2024-06-30, y los "
+                                          "tramos son de la de 2025-06-30"}) {
+            EXPECT_NE(run.errors.find(warning), std::string::npos) << way << run.errors;
+            EXPECT_NE(page.find(warning), std::string::npos) << way << warning;
+        }
+    }
+}
+
 TEST_F(AmbcpCallejeroSiguiente, TheSameEditionAgainChangesNothingAndLeavesNoUndoFile) {
     loadFirst();
     const std::string before = streets();
@@ -157,6 +178,45 @@ TEST_F(AmbcpCallejeroSiguiente, WhatUsersChangedStaysAndIsListedWhereTheOfficeCh
         << conflicts;
     EXPECT_NE(conflicts.find("MAYOR ALTA"), std::string::npos) << conflicts;
     EXPECT_NE(content("carga.html").find("Cambiadas por alguien"), std::string::npos);
+}
+
+TEST_F(AmbcpCallejeroSiguiente, ARowThatGrowsIntoAUsersRowIsListedBeforeAndAfterTheLoad) {
+    loadFirst();
+    withStreet("QUIETA", [](dbase::Dataset& table) {
+        const std::string type = table.field("TIPO_VIA").text();
+        table.append();
+        for (const auto& [column, value] : std::map<std::string, std::string>{{"CODIGO1", "99000000"},
+                                                                              {"PROVINCIA", "26"},
+                                                                              {"CAPITAL", "9"},
+                                                                              {"TIPO_VIA", type},
+                                                                              {"VIA", "QUIETA"},
+                                                                              {"IMPAR_INI", "5"},
+                                                                              {"IMPAR_FIN", "7"},
+                                                                              {"CODPOSTAL", "26299"},
+                                                                              {"MUNICIPI", "HARO"},
+                                                                              {"COD_INE", "26071"}}) {
+            table.field(column).setText(value);
+        }
+        table.post();
+    });
+    write("260630", {{1, 26200, 1, 9, "MAYOR"},
+                     {2, 26200, 1, 5, "REAL"},
+                     {2, 26210, 11, 15, "REAL"},
+                     {3, 26200, 2, 8, "VIEJA"},
+                     {5, 26200, 1, 9, "QUIETA"}});
+    const std::string listed =
+        "VIA_PROPIA,26071,HARO,99000000,QUIETA,CL QUIETA 5-7 26299,CL QUIETA 1-9 26200\n";
+    const Outcome trial = ambcp(loadOf("260630", {"--simular", "--conflictos", "antes.csv"}));
+    EXPECT_EQ(trial.exitCode, 0) << trial.errors;
+    EXPECT_EQ(trial.output, "COD_INE,MUNICIPIO,VIENEN,SE_VAN,CAMBIAN,CONFLICTOS\n26071,HARO,0,0,0,1\n");
+    const Outcome run = ambcp(loadOf("260630", {"--conflictos", "c.csv", "--informe", "carga.html"}));
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    for (const std::string& errors : {trial.errors, run.errors}) {
+        EXPECT_NE(errors.find("1 conflicto: queda lo que había"), std::string::npos) << errors;
+    }
+    EXPECT_TRUE(content("antes.csv").ends_with(listed)) << content("antes.csv");
+    EXPECT_EQ(content("c.csv"), content("antes.csv"));
+    EXPECT_NE(content("carga.html").find("se queda sin los números de la suya"), std::string::npos);
 }
 
 TEST_F(AmbcpCallejeroSiguiente, TablesThatAnotherImportFilledKeepItsStreets) {

@@ -53,7 +53,7 @@ TEST_F(AmbcpCargar, OtherSeparatorThanTheCommaIsSaid) {
                   "separan con «;», use «--separador ';'»");
 }
 
-TEST_F(AmbcpCargar, EveryBadValueIsToldWithTheNameOfTheProgram) {
+TEST_F(AmbcpCargar, EveryBadValueIsReportedWithTheNameOfTheProgram) {
     const Outcome run = load("PROVIN", "CODIGO,GRUPO\n0001,1\n002,uno\n");
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_EQ(run.errors, "ambcp: filas.csv: línea 2, columna CODIGO: «0001» ocupa 4 caracteres y en la "
@@ -204,7 +204,7 @@ TEST_F(AmbcpCargar, ReplacedMunicipalitiesStandBeforeTheirEntities) {
     EXPECT_EQ(done({"listar", ".", "MUNICIPI"}), ordered);
 }
 
-TEST_F(AmbcpCargar, AddingAMunicipalityBehindItsEntitiesWarns) {
+TEST_F(AmbcpCargar, AddingAMunicipalityAfterItsEntitiesWarns) {
     const Outcome run = load("MUNICIPI", entitiesFirst);
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.output, "MUNICIPI: 6 filas cargadas.\n");

@@ -99,7 +99,7 @@ TEST_F(AmbcpCutTable, CopyThatWasStillUnderWayIsWholeAfterAQuestion) {
 
 TEST_F(AmbcpCutTable, TheOtherTablesAnswer) { done({"listar", ".", "PROVIN"}); }
 
-TEST_F(AmbcpCutTable, JournalBesideItLetsTheQuestionMakeItWhole) {
+TEST_F(AmbcpCutTable, JournalBesideItLetsTheQuestionRecoverIt) {
     addRowsAndDie();
     EXPECT_NE(done({"listar", ".", "POSTAL", "--tag", "VIA"}).find("ALCALA"), std::string::npos);
     done({"comprobar", ".", "POSTAL"});
@@ -124,7 +124,7 @@ TEST_F(AmbcpCutTable, JournalThatBeganWithMoreRecordsDoesNotExplainIt) {
 }
 
 // As in a folder of links to the tables of a server.
-TEST_F(AmbcpCutTable, JournalBesideTheTableOfALinkLetsTheQuestionMakeItWhole) {
+TEST_F(AmbcpCutTable, JournalBesideTheTableOfALinkLetsTheQuestionRecoverIt) {
     fs::create_directory(folder / "enlaces");
     fs::create_symlink("../POSTAL.DBF", folder / "enlaces/POSTAL.DBF");
     EXPECT_EQ(ambcp({"listar", "enlaces", "POSTAL", "--tag", "VIA"}).exitCode, 1);

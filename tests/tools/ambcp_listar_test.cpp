@@ -82,7 +82,7 @@ TEST_F(AmbcpListar, BeginsAtANumberADateOrAnExpression) {
     EXPECT_EQ(vias({"--tag", "MAYUS", "--desde", "mb"}), "solÑu");
 }
 
-TEST_F(AmbcpListar, FromAKeyBehindTheLastOneListsNothing) {
+TEST_F(AmbcpListar, FromAKeyAfterTheLastOneListsNothing) {
     EXPECT_EQ(done({"listar", ".", "CALLES", "--tag", "VIA", "--desde", "99"}),
               "PROV,CAP,VIA,NUM,PRECIO,ALTA,SI\n");
 }

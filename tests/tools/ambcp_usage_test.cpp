@@ -82,6 +82,24 @@ TEST_F(AmbcpUsage, AWrongOptionIsNamed) {
                      "listar");
 }
 
+TEST_F(AmbcpUsage, AMistypedOptionNamesTheNearestOne) {
+    expectUsageError({"listar", ".", "T", "--tga", "VIA"},
+                     "no existe la opción «--tga»; ¿quería decir «--tag»?", "listar");
+    expectUsageError({"listar", ".", "T", "--filtor=A=1"},
+                     "no existe la opción «--filtor»; ¿quería decir «--filtro»?", "listar");
+    expectUsageError({"callejero", "cargar", ".", "--tramos", "a", "--vias", "b", "--simula"},
+                     "no existe la opción «--simula»; ¿quería decir «--simular»?", "callejero cargar");
+    expectUsageError({"listar", ".", "T", "U", "V"}, "sobra «U»", "listar");
+}
+
+TEST_F(AmbcpUsage, HelpOfAnOrderOfTwoWordsIsShownByName) {
+    EXPECT_EQ(done({"help", "callejero", "cargar"}), done({"callejero", "cargar", "--help"}));
+    EXPECT_EQ(done({"help", "callejero", "ver"}), done({"callejero", "ver", "--help"}));
+    expectUsageError({"help", "callejero", "carga"}, "no existe la orden «carga»; ¿quería decir «cargar»?",
+                     "callejero");
+    expectUsageError({"help", "listar", "POSTAL"}, "sobra «POSTAL»", "listar");
+}
+
 TEST_F(AmbcpUsage, HelpOfACommandIsShownByName) {
     for (const std::string command :
          {"crear", "cargar", "listar", "buscar", "direccion", "sugerir", "validar", "comprobar", "reindexar",

@@ -184,6 +184,18 @@ TEST_F(AmbcpValidar, RefusedFileLeavesAnEarlierResultAlone) {
     EXPECT_EQ(content("salida.csv"), "de antes");
 }
 
+TEST_F(AmbcpValidar, FolderWithoutTablesLeavesAnEarlierResultAlone) {
+    folder.write("salida.csv", "de antes");
+    folder.write("fallos.csv", "de antes");
+    folder.write("clientes.csv", "DIRECCION;POBLACION\nMayor 5;Mieres\n");
+    folder.write("vacia/otro.txt", "");
+    const std::string problem = refused(
+        {"validar", "vacia", "clientes.csv", "--salida", "salida.csv", "--solo-fallos", "fallos.csv"});
+    EXPECT_NE(problem.find("MUNICIPI"), std::string::npos) << problem;
+    EXPECT_EQ(content("salida.csv"), "de antes");
+    EXPECT_EQ(content("fallos.csv"), "de antes");
+}
+
 TEST_F(AmbcpValidar, PartsTogetherAreTheWhole) {
     const std::string text = customers(500) + "x,\"Re\nal\",1,,Mieres\n";
     const std::string whole = validate(text).output;

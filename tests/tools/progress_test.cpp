@@ -72,6 +72,7 @@ TEST(ProgressLine, WorkShowsRowsShareRateAndTimeLeft) {
     EXPECT_EQ(workText(1000, 0.001, 10s), "[--------------------]   0 %  1000 filas  100/s  quedan 2:46:30");
     EXPECT_EQ(workText(1000, -1, 10s), "1000 filas  100/s") << "of a pipe";
     EXPECT_EQ(workText(0, 0, 0s), "[--------------------]   0 %  0 filas");
+    EXPECT_EQ(workText(1, -1, 1s), "1 fila  1/s");
 }
 
 TEST(ProgressLine, AShareOutsideOfTheWholeIsShownAsTheWholeOrNotAtAll) {

@@ -125,7 +125,8 @@ std::string nameOf(std::uint32_t number, Dice& dice) {
     if (number < wholeNames.size()) {
         return wholeNames[number];
     }
-    std::string name = std::string(dice.among(firstWords)) + ' ' + dice.among(lastWords);
+    const std::string last = dice.among(lastWords);
+    std::string name = std::string(dice.among(firstWords)) + ' ' + last;
     if (dice.oneIn(3)) {
         name += std::string(" Y ") + dice.among(lastWords);
     }
@@ -214,8 +215,9 @@ std::vector<Place> inventedPlaces(std::size_t count) {
         Dice dice(i + 77);
         const auto province = static_cast<std::uint32_t>(i * 52 / count + 1);
         const auto number = static_cast<std::uint32_t>(i % 999 + 1);
+        const std::string last = dice.among(lastWords);
         Place place{.code = province * 1000 + number,
-                    .name = std::string("VILLA") + dice.among(lastWords) + " DE " + dice.among(lastWords),
+                    .name = std::string("VILLA") + dice.among(lastWords) + " DE " + last,
                     .postalCodes = {}};
         const std::uint32_t codes = dice.oneIn(20) ? 12 : 1 + dice.roll(3);
         const std::uint32_t first = province * 1000 + 1 + static_cast<std::uint32_t>(i * 7 % 980);
