@@ -1,9 +1,13 @@
 // Runs all benchmarks and ends with one line per figure: ratio NAME VALUE, the rival's time over ours.
 
+#include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <map>
+#include <string_view>
+#include <system_error>
 
 #include <benchmark/benchmark.h>
 #include <unistd.h>
@@ -29,6 +33,7 @@ constexpr Ratio ratios[] = {
     {"insert_off_vs_sqlite", "insert_off/ours", "insert_off/sqlite"},
     {"insert_full_vs_sqlite", "insert_full/ours", "insert_full/sqlite"},
     {"load_vs_sqlite", "load/ours", "bulk/sqlite"},
+    {"load_settled_vs_sqlite", "load_settled/ours", "bulk_settled/sqlite"},
     {"reindex_vs_sqlite", "reindex/ours", "bulk/sqlite"},
     {"directory_vs_sqlite", "directory/ours", "directory/sqlite"},
     {"reopen_vs_sqlite", "reopen/ours", "reopen/sqlite"},
@@ -90,24 +95,30 @@ private:
     std::map<std::string, double> seconds_;
 };
 
-// Takes «--rows N» from the command line.
-void takeRowCount(int& argc, char** argv) {
-    for (int i = 1; i + 1 < argc; ++i) {
-        if (std::strcmp(argv[i], "--rows") == 0) {
-            bench::rowCount = static_cast<std::uint32_t>(std::strtoul(argv[i + 1], nullptr, 10));
-            for (int j = i; j + 2 < argc; ++j) {
-                argv[j] = argv[j + 2];
-            }
-            argc -= 2;
-            break;
-        }
+// Takes «--rows N» from the command line. False for an N that is not a number of rows.
+bool takeRowCount(int& argc, char** argv) {
+    const auto option = std::find_if(
+        argv + 1, argv + argc, [](const char* argument) { return std::strcmp(argument, "--rows") == 0; });
+    if (option == argv + argc) {
+        return true;
     }
+    const std::string_view number = option + 1 == argv + argc ? "" : option[1];
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), bench::rowCount);
+    if (error != std::errc() || end != number.data() + number.size() || bench::rowCount == 0) {
+        return false;
+    }
+    std::copy(option + 2, argv + argc + 1, option); // with the null at its end
+    argc -= 2;
+    return true;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    takeRowCount(argc, argv);
+    if (!takeRowCount(argc, argv)) {
+        std::fputs("ambrel_bench: --rows wants a number of rows\n", stderr);
+        return 2;
+    }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 2;

@@ -15,7 +15,6 @@
 #include "dbase/system/notices.h"
 #include "dbase/table/empty_table.h"
 #include "dbase/table/table.h"
-#include "dbase/table/table_definition.h"
 
 /// A journal that is set aside is reported, which would be most of what a run writes, and of its time.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -197,6 +196,13 @@ TableBytes tableOfAllTags(unsigned rows) {
                     encodeText(record.subspan(27, 8), "200101" + std::to_string(10 + number % 20));
                     record[35] = number % 2 == 0 ? 'T' : 'F';
                 });
+}
+
+Bytes emptyTable(const TableDefinition& definition) {
+    Bytes bytes;
+    BytesFile records(bytes, true);
+    writeEmptyTable(records, nullptr, {.columns = definition.columns}, definition.name, {});
+    return bytes;
 }
 
 std::unique_ptr<JournalPlace> placeOf(std::optional<Bytes>& journal) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "dbase/journal/journal_place.h"
+#include "dbase/table/table_definition.h"
 
 namespace trial {
 
@@ -42,6 +43,9 @@ struct TableBytes {
 [[nodiscard]] TableBytes soundTable(unsigned rows);
 /// The same with tags of every kind: with a condition, unique, of days, of several columns, collated.
 [[nodiscard]] TableBytes tableOfAllTags(unsigned rows);
+
+/// The records of a new table, of which there are none.
+[[nodiscard]] Bytes emptyTable(const dbase::TableDefinition& definition);
 
 /// A journal kept in memory; null while there is none.
 [[nodiscard]] std::unique_ptr<dbase::JournalPlace> placeOf(std::optional<Bytes>& journal);

@@ -70,7 +70,9 @@ void makeExchangedTables(const std::string& folder, Folders& folders) {
 
 void exchangeBy(int author, const std::string& folder, Folders& folders) {
     TableExchange exchange(exchangedFiles(folder), folders);
+    exchange.table(0).sumOld();
     fillExchange(exchange, author);
+    exchange.table(0).settle(); // the others are left to the exchange
     exchange.commit();
 }
 

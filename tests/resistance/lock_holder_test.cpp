@@ -166,14 +166,14 @@ TEST_P(LockHolder, OfTheStructureIsKilledInAChangeAndTheOthersGoOn) {
 
 TEST_P(LockHolder, OfTheAppendBytesIsKilledAndTheOthersGoOn) { killWhileOthersAppend(holdAppending); }
 
-TEST_P(LockHolder, OfTheStructureStaysAndTheOthersAreToldSo) {
+TEST_P(LockHolder, OfTheStructureStaysAndTheOthersAreNotified) {
     refuseWhileOneStays(holdStructure, [this](dbase::Table& table, int i) {
         expectRefusal(ErrorCode::LockTimeout, {indexFile()}, [&] { appendOne(table, i); });
         expectRefusal(ErrorCode::LockTimeout, {indexFile()}, [&] { table.read([] { return 0; }); });
     });
 }
 
-TEST_P(LockHolder, OfTheAppendBytesStaysAndTheOthersAreToldSo) {
+TEST_P(LockHolder, OfTheAppendBytesStaysAndTheOthersAreNotified) {
     refuseWhileOneStays(holdAppending, [this](dbase::Table& table, int i) {
         // The next in turn waits for the append bytes under the structure lock, the others wait for that
         // lock.
@@ -181,7 +181,7 @@ TEST_P(LockHolder, OfTheAppendBytesStaysAndTheOthersAreToldSo) {
     });
 }
 
-TEST_P(LockHolder, OfARecordStaysAndTheOthersAreToldSo) {
+TEST_P(LockHolder, OfARecordStaysAndTheOthersAreNotified) {
     refuseWhileOneStays(holdFirstRecord, [this](dbase::Table&, int) {
         dbase::Dataset streets("DB", "POSTAL");
         streets.open();

@@ -143,7 +143,7 @@ protected:
     }
 };
 
-TEST_P(NthFaultTest, AFaultThatPassesIsToldAndTheSameProcessGoesOn) {
+TEST_P(NthFaultTest, AFaultThatPassesIsReportedAndTheSameProcessGoesOn) {
     failEverywhere(false, runPastTheFault);
 }
 
