@@ -52,6 +52,16 @@ std::vector<std::string> optionNames(const CLI::App& app) {
     return names;
 }
 
+/// What an order was given and does not take. After "--" that is left to the orders above it.
+std::vector<std::string> superfluousOf(const CLI::App& app) {
+    std::vector<std::string> given;
+    for (const CLI::App* order = &app; order != nullptr && given.empty(); order = order->get_parent()) {
+        given = order->remaining();
+        std::erase(given, "--");
+    }
+    return given;
+}
+
 /// An argument that the command does not take; perhaps a mistyped option.
 std::string describeSuperfluous(const std::string& given, const CLI::App& app) {
     const std::string option = before(given, "=");
@@ -78,7 +88,7 @@ std::string describeMissing(const std::string& text, const CLI::App& app) {
     if (!has(text, "subcommand")) {
         return "falta " + before(text, " is required");
     }
-    const std::vector<std::string> given = app.remaining();
+    const std::vector<std::string> given = superfluousOf(app);
     if (given.empty()) {
         return "falta la orden; " + listed(commandNames(app));
     }
@@ -93,7 +103,7 @@ std::string describe(const CLI::ParseError& error, const CLI::App& app) {
         return describeMissing(text, app);
     }
     if (has(text, "not expected: ")) {
-        return describeSuperfluous(app.remaining(), app);
+        return describeSuperfluous(superfluousOf(app), app);
     }
     if (kind == "ConversionError" || kind == "ValidationError") {
         return "valor no válido: " + after(text, ": ");

@@ -92,6 +92,20 @@ TEST_F(AmbcpUsage, AMistypedOptionNamesTheNearestOne) {
     expectUsageError({"listar", ".", "T", "U", "V"}, "sobra «U»", "listar");
 }
 
+TEST_F(AmbcpUsage, WhatIsTooMuchAfterTwoHyphensIsNamed) {
+    expectUsageError({"crear", "Q", "--", "x"}, "sobra «x»", "crear");
+    expectUsageError({"crear", "--", "Q", "x", "y"}, "sobra «x»", "crear");
+    expectUsageError({"crear", "Q", "--", "comprobar"}, "sobra «comprobar»", "crear");
+    expectUsageError({"crear", "Q", "--", "--", "x"}, "sobra «x»", "crear");
+    expectUsageError({"listar", "Q", "POSTAL", "--tag", "VIA", "--", "--tga"},
+                     "no existe la opción «--tga»; ¿quería decir «--tag»?", "listar");
+    expectUsageError({"callejero", "ver", "Q", "--", "x", "y"}, "sobra «x»", "callejero ver");
+    expectUsageError({"callejero", "--", "x"}, "no existe la orden «x»; las órdenes son ver, cargar",
+                     "callejero");
+    expectUsageError({"--", "lsitar"}, "no existe la orden «lsitar»; ¿quería decir «listar»?");
+    EXPECT_EQ(refused({"--"}), refused({}));
+}
+
 TEST_F(AmbcpUsage, HelpOfAnOrderOfTwoWordsIsShownByName) {
     EXPECT_EQ(done({"help", "callejero", "cargar"}), done({"callejero", "cargar", "--help"}));
     EXPECT_EQ(done({"help", "callejero", "ver"}), done({"callejero", "ver", "--help"}));
