@@ -16,6 +16,7 @@
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/table/bulk_loader.h"
+#include "dbase/table/write_scope.h"
 #include "support/TemporaryFolder.h"
 
 namespace {
@@ -287,6 +288,24 @@ TEST_F(AllocationFaultTest, PostingThroughACursor) {
                                dataset->cancel();
                                throw;
                            }
+                       };
+                   },
+                   {firstRows_, after});
+}
+
+TEST_F(AllocationFaultTest, ChangingSeveralRowsTogether) {
+    Rows after = firstRows_;
+    for (const int row : {998, 999}) {
+        after.push_back(scriptedRow(Table::open(path())->schema(), row));
+    }
+    failEverywhere("scope",
+                   [&](const std::shared_ptr<Table>& table) {
+                       return [table, added = Rows(after.end() - 2, after.end())] {
+                           WriteScope scope(*table, WriteScope::Writing::Together);
+                           for (const Bytes& row : added) {
+                               table->append(row, Durability::Process);
+                           }
+                           scope.commit();
                        };
                    },
                    {firstRows_, after});

@@ -46,11 +46,11 @@ WriteScope::WriteScope(Table& table, Writing writing)
         turn.since = now();
     }
     use_.emplace(table_);
-    table_.scope_ = this;
     if (gathers()) {
         tags_.emplace(table_.records_, table_.index_.get());
         table_.records_.show(&pending_);
     }
+    table_.scope_ = this; // last: a scope that fails half-built must not stay behind
 }
 
 WriteScope::~WriteScope() {
