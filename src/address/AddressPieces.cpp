@@ -30,6 +30,14 @@ std::size_t firstMark(const WrittenWords& words, std::size_t code) {
     return first;
 }
 
+/// Whether a number is joined to the word for a part of a building: "parcela 12345", "local nº 12345".
+bool isOfUnit(const WrittenWords& words, std::size_t at) {
+    while (at > 0 && !words[at].follows(Separator::Apart) && words[at - 1].is(AddressRole::NumberMark)) {
+        --at;
+    }
+    return at > 0 && !words[at].follows(Separator::Apart) && words[at - 1].is(AddressRole::Unit);
+}
+
 /// How much a number looks like the postal code; of equals the last one is it.
 enum class CodeLikeness { None, OfUnit, Plain, Marked };
 
@@ -44,7 +52,7 @@ CodeLikeness codeLikeness(const WrittenWords& words, std::size_t first, std::siz
     }
     // "parcela 12345" is the parcel's where the line has another code. Alone it may not be passed over:
     // "local 28009 Madrid".
-    return isJoined && words[first - 1].is(AddressRole::Unit) ? CodeLikeness::OfUnit : CodeLikeness::Plain;
+    return isOfUnit(words, at) ? CodeLikeness::OfUnit : CodeLikeness::Plain;
 }
 
 /// Whether four digits are a code that lost its leading zero, as spreadsheets do: "C/ Mayor 5, 8001

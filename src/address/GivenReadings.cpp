@@ -38,6 +38,17 @@ bool hasNoughtsAsLetters(std::string_view text) {
            text.find_first_not_of("0123456789Oo") == std::string_view::npos;
 }
 
+/// The postal code that a column for something else holds, "C/ Sol 3, 28009 Madrid"; it stays in the rest,
+/// too, where people put it.
+std::string postalCodeOf(std::string_view column) {
+    if (postalCodeWithin(column).empty()) {
+        return {};
+    }
+    const WrittenWords words(column);
+    const PostalCodeWords code = findPostalCode(words);
+    return code.words.isEmpty() ? std::string() : words[code.code].folded;
+}
+
 /// The number's column. Figures that cannot be a house number are one that no street has, and so is a text of
 /// which nothing is understood.
 AddressParts readNumberColumn(std::string_view text) {
@@ -52,6 +63,10 @@ AddressParts readNumberColumn(std::string_view text) {
         return parts;
     }
     parts = readNumberText(text);
+    const bool isUnderstood = !parts.number.empty() || !parts.floor.empty();
+    if (isUnderstood) {
+        parts.postalCode = postalCodeOf(text);
+    }
     if (parts.number.empty() && parts.floor.empty() && !parts.rest.empty() && isDigit(parts.rest.front())) {
         parts.number = std::exchange(parts.rest, {});
     }
@@ -67,6 +82,9 @@ void takeNumber(AddressParts& parts, const AddressParts& number) {
     parts.numberEnd = number.numberEnd;
     append(parts.floor, number.floor);
     append(parts.rest, number.rest);
+    if (parts.postalCode.empty()) {
+        parts.postalCode = number.postalCode;
+    }
 }
 
 /// What the column of municipalities may say besides a name: "28901 Getafe", "Getafe (Madrid)"; null if it
@@ -133,17 +151,6 @@ void addWhole(const AddressParts& reading, std::string_view written, const Addre
     }
 }
 
-/// The postal code that the street's column holds, "C/ Sol 3, 28009 Madrid"; it stays in the rest, too, where
-/// people put it.
-std::string postalCodeOfStreet(const GivenAddress& given) {
-    if (!isBlank(given.postalCode) || postalCodeWithin(given.street).empty()) {
-        return {};
-    }
-    const WrittenWords words(given.street);
-    const PostalCodeWords code = findPostalCode(words);
-    return code.words.isEmpty() ? std::string() : words[code.code].folded;
-}
-
 std::vector<AddressParts> readStreet(const GivenAddress& given) {
     std::vector<AddressParts> readings = readStreetText(given.street);
     const std::string_view written = withoutBlanks(given.street);
@@ -161,9 +168,10 @@ std::vector<AddressParts> readStreet(const GivenAddress& given) {
             takeNumber(reading, number);
         }
     }
-    const std::string code = postalCodeOfStreet(given);
-    for (AddressParts& reading : readings) {
-        reading.postalCode = code;
+    if (const std::string code = postalCodeOf(given.street); !code.empty()) {
+        for (AddressParts& reading : readings) {
+            reading.postalCode = code;
+        }
     }
     return readings;
 }

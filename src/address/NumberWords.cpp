@@ -175,8 +175,9 @@ std::size_t statementEnd(const WrittenWords& words, std::size_t at, std::size_t 
         while (name + 1 < last && words[name].is(AddressRole::NumberMark)) {
             ++name;
         }
-        if (name < last && isName(words[name]) && !words[name].follows(Separator::Apart)) {
-            return name + 1;
+        const bool isThere = name < last && !words[name].follows(Separator::Apart);
+        if (isThere && (isName(words[name]) || words[name].is(AddressRole::NumberMark))) {
+            return name + 1; // a mark alone: "local nº 28009", where the figures are the postal code
         }
         return isBeforeText ? at : at + 1;
     }

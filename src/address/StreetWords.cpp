@@ -85,12 +85,26 @@ public:
         if (isNamed && isNumberNext(type.end)) {
             readNamedByType(type);
         }
-        readFrom(isNamed ? WordRange{piece_.first, type.end} : WordRange{},
-                 isNamed ? type.end : piece_.first);
+        const WordRange typeWords = isNamed ? WordRange{piece_.first, type.end} : WordRange{};
+        const std::size_t first = isNamed ? type.end : piece_.first;
+        readFrom(typeWords, first);
+        if (endsInUnitOfCode(first)) {
+            addAfter(typeWords, first, piece_.last - 1);
+        }
         return std::move(readings_);
     }
 
 private:
+    /// "Calle Sol local 28009 Madrid", where only the code makes the last word look like one of the name's.
+    bool endsInUnitOfCode(std::size_t first) const {
+        const std::size_t unit = piece_.last - 1;
+        const bool isBeforeCode = piece_.last < words_.size() && words_[piece_.last].digits == 5 &&
+                                  !words_[piece_.last].follows(Separator::Apart);
+        return isBeforeCode && unit > first && words_[unit].is(AddressRole::Unit) &&
+               !words_[unit - 1].isSmall() && !readings_.front().number.isThere() &&
+               readings_.front().floor.isEmpty();
+    }
+
     bool isNumberNext(std::size_t at) const {
         if (words_[at].folded == "N") {
             return false; // of a road

@@ -124,6 +124,36 @@ TEST(AddressLineTest, ThePostalCodeAfterAFloorIsNotTheFloors) {
     }
     EXPECT_EQ(line("Lugar Cabo, parcela 10023, 15838 Negreira").postalCode, "15838");
     EXPECT_EQ(line("15838 Negreira, Lugar Cabo 4, parcela 10023").postalCode, "15838");
+    EXPECT_EQ(line("15838 Negreira, Lugar Cabo 4, parcela nº 10023").postalCode, "15838");
+}
+
+TEST(AddressLineTest, TheWordForAUnitBeforeThePostalCodeStays) {
+    for (const char* unit : {"local", "bajo local", "parcela", "bajo, local", "local nº", "2º puerta"}) {
+        const WrittenAddress expected{.type = "C/",
+                                      .street = "Sol",
+                                      .number = "3",
+                                      .floor = unit,
+                                      .postalCode = "28009",
+                                      .municipality = "Madrid"};
+        for (const char* comma : {", ", " "}) {
+            const std::string text = std::string("C/ Sol 3") + comma + unit + " 28009 Madrid";
+            EXPECT_EQ(line(text.c_str()), expected) << text;
+        }
+    }
+}
+
+TEST(AddressLineTest, AUnitBeforeThePostalCodeMayEndANameWithoutANumber) {
+    const auto readings = ambrel::readAddressLine("Calle Sol local 28009 Madrid");
+    ASSERT_EQ(readings.size(), 2U);
+    EXPECT_EQ(readings[0].street, "Sol local") << "there may be such a street";
+    EXPECT_EQ(written(readings[1]), (WrittenAddress{.type = "Calle",
+                                                    .street = "Sol",
+                                                    .floor = "local",
+                                                    .postalCode = "28009",
+                                                    .municipality = "Madrid"}));
+    for (const char* text : {"Calle de la Torre 28009 Madrid", "Calle Casa 28009 Madrid"}) {
+        EXPECT_EQ(ambrel::readAddressLine(text).size(), 1U) << text;
+    }
 }
 
 TEST(AddressLineTest, ANumberOfAPostOfficeBoxIsNoPostalCode) {

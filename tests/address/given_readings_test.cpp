@@ -44,6 +44,31 @@ TEST(GivenReadings, WhatHasAColumnOfItsOwnIsTakenFromThere) {
     EXPECT_EQ(readings.likely[1].rest, "28901") << "nothing is dropped";
 }
 
+TEST(GivenReadings, ThePostalCodeInTheNumbersColumnIsHeededAndStaysThere) {
+    for (const char* const number :
+         {"5, local 28009", "5 local 28009", "5 bajo local 28009", "5, 28009", "5 C.P. 28009"}) {
+        const AddressParts parts = first({.street = "MAYOR", .number = number});
+        EXPECT_EQ(parts.postalCode, "28009") << number;
+        EXPECT_EQ(parts.number, "5") << number;
+        EXPECT_NE((parts.floor + parts.rest).find("28009"), std::string::npos) << number;
+        EXPECT_EQ(first({.line = "Calle Mayor", .number = number}).postalCode, "28009") << number;
+    }
+    EXPECT_EQ(first({.street = "MAYOR", .number = "28009"}).postalCode, "") << "a number that no street has";
+}
+
+TEST(GivenReadings, OfSeveralPostalCodesThatOfItsOwnColumnCountsThenTheLinesThenTheStreets) {
+    const GivenAddress all{
+        .line = "28001 Madrid", .street = "MAYOR 28002", .number = "5, local 28003", .postalCode = "28004"};
+    GivenAddress given = all;
+    EXPECT_EQ(first(given).postalCode, "28004");
+    given.postalCode.clear();
+    EXPECT_EQ(first(given).postalCode, "28001");
+    given.line.clear();
+    EXPECT_EQ(first(given).postalCode, "28002");
+    given.street = "MAYOR";
+    EXPECT_EQ(first(given).postalCode, "28003");
+}
+
 TEST(GivenReadings, AColumnTakesThePlaceOfWhatTheLineSays) {
     const AddressParts parts = first({.line = "C/ Mayor 5, 28013 Madrid", .municipality = "Getafe"});
     EXPECT_EQ(parts.street, "Mayor");
