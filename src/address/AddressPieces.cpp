@@ -2,6 +2,8 @@
 #include "address/AddressPieces.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 namespace ambrel {
 namespace {
@@ -24,10 +26,31 @@ std::size_t firstMark(const WrittenWords& words, std::size_t code) {
     if (first > 0 && words[first].follows(Separator::Hyphen) && isCountry(words[first - 1])) {
         --first;
     }
-    while (first > 0 && words[first - 1].is(AddressRole::CodeMark)) {
+    const auto isOfBox = [&](std::size_t mark) { // "Apartado postal C.P. 28080"
+        return words[mark].folded == "POSTAL" && mark > 0 && words[mark - 1].is(AddressRole::Box);
+    };
+    while (first > 0 && words[first - 1].is(AddressRole::CodeMark) && !isOfBox(first - 1)) {
         --first;
     }
     return first;
+}
+
+/// Whether a number is that of a post-office box: "Apartado 28080", "Apdo. de Correos nº 28080", "apartado
+/// postal 28080".
+bool isOfBox(const WrittenWords& words, std::size_t at) {
+    static constexpr std::array<std::string_view, 6> mail{"CORREOS",  "CORREO", "CORREUS",
+                                                          "CORREIOS", "POSTAL", "POSTA"};
+    for (; at > 0 && !words[at].follows(Separator::Apart); --at) {
+        const WrittenWord& before = words[at - 1];
+        if (before.is(AddressRole::Box)) {
+            return true;
+        }
+        if (!before.isSmall() && !before.is(AddressRole::NumberMark) &&
+            std::ranges::find(mail, before.folded) == mail.end()) {
+            return false;
+        }
+    }
+    return false;
 }
 
 /// Whether a number is joined to the word for a part of a building: "parcela 12345", "local nº 12345".
@@ -43,9 +66,10 @@ enum class CodeLikeness { None, OfUnit, Plain, Marked };
 
 /// `first`: its own word, or the first of the marks before it.
 CodeLikeness codeLikeness(const WrittenWords& words, std::size_t first, std::size_t at) {
-    const bool isJoined = first > 0 && !words[first].follows(Separator::Apart);
-    if (isJoined && (words[first - 1].is(AddressRole::Box) || words[first - 1].is(AddressRole::Kilometre))) {
-        return CodeLikeness::None; // "Apartado 28080"
+    const bool isOfRoad =
+        first > 0 && !words[first].follows(Separator::Apart) && words[first - 1].is(AddressRole::Kilometre);
+    if (isOfRoad || isOfBox(words, at)) {
+        return CodeLikeness::None;
     }
     if (first < at) {
         return CodeLikeness::Marked;
@@ -86,7 +110,23 @@ private:
     /// Whether a piece begins at a word; `first`: where the one before it did.
     bool begins(std::size_t first, std::size_t at) const {
         return words_[at].follows(Separator::Apart) || at == code_.first || at == code_.last ||
-               beginsStreet(first, at) || beginsCountry(at);
+               beginsStreet(first, at) || beginsCountry(at) || beginsBox(at) || endsBox(at);
+    }
+
+    /// "C/ Sol 3 Apdo. 123", but not "Calle Apartado 5" or "Calle del Apartado 5".
+    bool beginsBox(std::size_t at) const {
+        const WrittenWord& before = words_[at - 1];
+        const bool isAfterNumber = before.digits != 0 || before.isLetter() ||
+                                   before.is(AddressRole::Inside) || before.is(AddressRole::Suffix) ||
+                                   before.is(AddressRole::NoNumber);
+        const bool isAfterTown = !code_.isEmpty() && at > code_.last && !before.isSmall() &&
+                                 (before.entry == nullptr || before.entry->types == 0);
+        return words_[at].is(AddressRole::Box) && (isAfterNumber || isAfterTown);
+    }
+
+    /// "Apdo. 123 Madrid"
+    bool endsBox(std::size_t at) const {
+        return words_[at - 1].digits != 0 && isOfBox(words_, at - 1) && words_[at].digits == 0;
     }
 
     /// "28009 Madrid España", but not "Plaza España"

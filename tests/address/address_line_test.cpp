@@ -162,6 +162,59 @@ TEST(AddressLineTest, ANumberOfAPostOfficeBoxIsNoPostalCode) {
     EXPECT_EQ(line("Apdo. de correos 123"), (WrittenAddress{.rest = "Apdo. de correos 123"}));
 }
 
+TEST(AddressLineTest, ANumberOfABoxIsNoPostalCodeHoweverManyWordsTheBoxHas) {
+    for (const char* box : {"Apartado de Correos 28080", "Apdo. Correos nº 28080", "Apartado postal 28080",
+                            "Apartado núm. 28080", "Apdo. de Correos: 28080", "Apartat de Correus 28080",
+                            "apartado postal nº 28080"}) {
+        const WrittenAddress alone = line(box);
+        EXPECT_EQ(alone.postalCode, "") << box << ": " << alone;
+        EXPECT_EQ(alone.rest, box);
+        for (const std::string& text :
+             {std::string(box) + ", 28009 Madrid", std::string(box) + " 28009 Madrid",
+              "28009 Madrid, " + std::string(box)}) {
+            const WrittenAddress read = line(text.c_str());
+            EXPECT_EQ(read.postalCode, "28009") << text << ": " << read;
+            EXPECT_EQ(read.municipality, "Madrid") << text << ": " << read;
+            EXPECT_EQ(read.rest, box) << text;
+        }
+        for (const char* comma : {", ", " "}) {
+            EXPECT_EQ(line((std::string("28009 Madrid") + comma + box).c_str()).municipality, "Madrid")
+                << box;
+            const std::string text = std::string("C/ Sol 3") + comma + box + ", 28009 Madrid";
+            EXPECT_EQ(line(text.c_str()), (WrittenAddress{.type = "C/",
+                                                          .street = "Sol",
+                                                          .number = "3",
+                                                          .rest = box,
+                                                          .postalCode = "28009",
+                                                          .municipality = "Madrid"}))
+                << text;
+        }
+    }
+}
+
+TEST(AddressLineTest, ThePostalCodeAfterABoxWithoutNumberIsNotMissed) {
+    for (const char* text : {"Apartado de Correos, 28080 Madrid", "Apartado postal C.P. 28080 Madrid",
+                             "Apartado C.P. 28080 Madrid", "Lista de Correos 28080 Madrid",
+                             "Calle Correos 5 28080 Madrid", "Apdo. Correos 12 28080 Madrid"}) {
+        EXPECT_EQ(line(text).postalCode, "28080") << text;
+        EXPECT_EQ(line(text).municipality, "Madrid") << text;
+    }
+    EXPECT_EQ(line("Apartado postal C.P. 28080 Madrid").rest, "Apartado postal");
+}
+
+TEST(AddressLineTest, TheTownMayFollowTheNumberOfABox) {
+    for (const char* box : {"Apdo. de Correos 8001", "Apdo. Correos 28080", "Apartado 123"}) {
+        const auto readings = ambrel::readAddressLine(std::string(box) + " Barcelona");
+        EXPECT_TRUE(std::ranges::any_of(readings, [&](const AddressParts& read) {
+            return written(read) == WrittenAddress{.rest = box, .municipality = "Barcelona"};
+        })) << box;
+        EXPECT_EQ(
+            line((std::string("C/ Sol 3 ") + box + " Barcelona").c_str()),
+            (WrittenAddress{
+                .type = "C/", .street = "Sol", .number = "3", .rest = box, .municipality = "Barcelona"}));
+    }
+}
+
 TEST(AddressLineTest, TownsOfSeveralWordsAndTwoLanguages) {
     EXPECT_EQ(line("C/ Sol 3, 28801 Alcalá de Henares (Madrid)").municipality, "Alcalá de Henares");
     EXPECT_EQ(line("C/ Sol 3, 01001 Vitoria-Gasteiz").municipality, "Vitoria-Gasteiz");

@@ -54,6 +54,7 @@ TEST(GivenReadings, ThePostalCodeInTheNumbersColumnIsHeededAndStaysThere) {
         EXPECT_EQ(first({.line = "Calle Mayor", .number = number}).postalCode, "28009") << number;
     }
     EXPECT_EQ(first({.street = "MAYOR", .number = "28009"}).postalCode, "") << "a number that no street has";
+    EXPECT_EQ(first({.street = "MAYOR", .number = "5, Apdo. Correos 28080"}).postalCode, "");
 }
 
 TEST(GivenReadings, OfSeveralPostalCodesThatOfItsOwnColumnCountsThenTheLinesThenTheStreets) {
@@ -67,6 +68,13 @@ TEST(GivenReadings, OfSeveralPostalCodesThatOfItsOwnColumnCountsThenTheLinesThen
     EXPECT_EQ(first(given).postalCode, "28002");
     given.street = "MAYOR";
     EXPECT_EQ(first(given).postalCode, "28003");
+}
+
+TEST(GivenReadings, ABoxInTheStreetsColumnHasNoPostalCode) {
+    for (const char* const street : {"Apartado de Correos 28080", "C/ Sol 3, Apdo. Correos 28080"}) {
+        EXPECT_EQ(first({.street = street}).postalCode, "") << street;
+        EXPECT_NE(first({.street = street}).rest.find("28080"), std::string::npos) << street;
+    }
 }
 
 TEST(GivenReadings, AColumnTakesThePlaceOfWhatTheLineSays) {
