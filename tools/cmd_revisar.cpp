@@ -18,6 +18,7 @@
 #include "tools/csv_lines.h"
 #include "tools/cut_table.h"
 #include "tools/line_output.h"
+#include "tools/output_files.h"
 #include "tools/progress.h"
 #include "tools/review_repair.h"
 #include "tools/table_folder.h"
@@ -105,15 +106,16 @@ void tellTotals(const AuditTotals& totals, const ClassCounts& counts, bool hasSt
     }
 }
 
-std::unique_ptr<AuditReport> makeReport(const ReviewOptions& options, const std::string& folder) {
+std::unique_ptr<AuditReport> makeReport(const ReviewOptions& options, std::optional<AuditedTable> only,
+                                        const std::string& folder) {
+    const std::string output = options.output.empty() ? "la salida" : "--salida";
     if (options.report.empty()) {
+        requireOtherFiles({}, {{output, options.output}});
         return nullptr;
     }
-    if (areSameFile(options.report, options.output)) {
-        throw loading::Failure("--informe sería el mismo fichero que la salida");
-    }
+    requireOtherFiles({}, {{"--informe", options.report}, {output, options.output}});
     AuditReport::requireWritable(options.report);
-    AuditRun run{.tables = folder, .only = dbase::upperName(options.table)};
+    AuditRun run{.tables = folder, .only = only ? std::string(ambrel::directory::tableName(*only)) : ""};
     if (dbase::findTableFile(folder, "PROVIN")) {
         run.provinceName = [](const std::string& code) { return ambrel::provinceName(code, folderDatabase); };
     }
@@ -131,7 +133,7 @@ ExitCode revisar(const ReviewOptions& options) {
     if (!options.repairs.empty()) {
         return repairTables(options, only);
     }
-    const auto report = makeReport(options, folder);
+    const auto report = makeReport(options, only, folder);
     FindingOutput output(options.output);
     ClassCounts counts{};
     AuditTotals totals;

@@ -139,13 +139,18 @@ void defineReview(CLI::App& app, Command& chosen) {
                                    "Revisa lo que dicen las filas de MUNICIPI y POSTAL", options, revisar);
     requireText(command, "DIR", options->folder, folderHelp);
     offerText(command, "TABLA", options->table, "", "Sólo los hallazgos de ésta: MUNICIPI o POSTAL");
-    offerText(command, "--salida", options->output, "F.csv",
-              "Los hallazgos; si no se da, la salida estándar");
-    offerText(command, "--informe", options->report, "F.html",
-              "Escribe además un informe, para el navegador");
+    CLI::Option* const output = offerText(command, "--salida", options->output, "F.csv",
+                                          "Los hallazgos; si no se da, la salida estándar");
+    CLI::Option* const report = offerText(command, "--informe", options->report, "F.html",
+                                          "Escribe además un informe, para el navegador");
     CLI::Option* const repairs =
         offerText(command, "--reparar", options->repairs, "CLASE,...",
-                  "En vez de eso, dice qué cambiaría para reparar los hallazgos de esas clases");
+                  "En vez de eso, dice qué cambiaría para reparar los hallazgos de esas clases")
+            ->check([](const std::string& classes) {
+                return classes.empty() ? std::string("«» no es ninguna clase") : std::string();
+            })
+            ->excludes(output)
+            ->excludes(report);
     CLI::Option* const writes = command.add_flag("--escribir", options->writes, "Y lo cambia");
     writes->needs(repairs);
     offerText(command, "--deshacer-en", options->undoFile, "F",

@@ -77,7 +77,32 @@ TEST_F(AmbcpRevisar, AReportMayBeWrittenAsWell) {
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_NE(content("informe.html").find("«sol» lleva minúsculas"), std::string::npos);
     EXPECT_EQ(refused({"revisar", ".", "--informe", "f", "--salida", "f"}),
-              "ambcp: --informe sería el mismo fichero que la salida\n");
+              "ambcp: --salida sería el mismo fichero que --informe\n");
+}
+
+TEST_F(AmbcpRevisar, AReportNamesTheTableThatItIsAbout) {
+    ASSERT_EQ(ambcp({"revisar", ".", "postal.dbf", "--informe", "informe.html"}).exitCode, 0);
+    EXPECT_NE(content("informe.html").find("de POSTAL<"), std::string::npos);
+}
+
+TEST_F(AmbcpRevisar, NothingIsWrittenOverATable) {
+    const std::string before = content("POSTAL.DBF");
+    for (const char* const option : {"--salida", "--informe"}) {
+        EXPECT_EQ(refused({"revisar", ".", option, "POSTAL.DBF"}),
+                  "ambcp: " + std::string(option) +
+                      " no puede ser POSTAL.DBF: es el nombre de una tabla o de un fichero de deshacer\n");
+    }
+    EXPECT_EQ(content("POSTAL.DBF"), before);
+}
+
+TEST_F(AmbcpRevisar, WhatARepairWouldIgnoreIsRefused) {
+    const std::string seeHelp = ". Vea «ambcp revisar --help».\n";
+    for (const char* const option : {"--salida", "--informe"}) {
+        EXPECT_EQ(refused({"revisar", ".", "--reparar", "BLANCOS", option, "f"}),
+                  "ambcp: " + std::string(option) + " no se da junto con --reparar" + seeHelp);
+    }
+    EXPECT_NE(refused({"revisar", ".", "--reparar", "", "--escribir"}).find("no es ninguna clase"),
+              std::string::npos);
 }
 
 TEST_F(AmbcpRevisar, WhatCannotBeAuditedIsRefused) {
