@@ -84,8 +84,7 @@ TEST_F(AuditReportTest, HasProvincesWithTheirShares) {
                               .streets = 200,
                               .withCode = 150,
                               .withRanges = 20,
-                              .withFindings = 6,
-                              .findings = 7};
+                              .withFindings = 6};
     totals.provinces["28"] = {};
     const std::string html = page();
     EXPECT_TRUE(holds(html, "ÁVILA"));
@@ -94,6 +93,28 @@ TEST_F(AuditReportTest, HasProvincesWithTheirShares) {
     EXPECT_TRUE(holds(html, "10\u00a0%") || holds(html, "10,0\u00a0%"));
     EXPECT_TRUE(holds(html, "class=\"bar open\" style=\"width:3.0%\""));
     EXPECT_TRUE(holds(html, "Todas"));
+}
+
+TEST_F(AuditReportTest, FindingsByProvinceAddUpToThoseTold) {
+    totals.provinces["28"] = {.municipalities = 1, .withStreets = 1};
+    add(FindingClass::Overlap, "uno.");
+    add(FindingClass::Gap, "una nota.");
+    report.add({.kind = FindingClass::BadKey, .severity = Severity::Grave, .text = "en ninguna."});
+    report.add(
+        {.kind = FindingClass::BadKey, .severity = Severity::Grave, .text = "lejos.", .province = "05"});
+    const std::string html = page();
+    const auto figures =
+        [&](const std::string& name) { // the last column of its row in the last table of provinces
+            const std::size_t section = html.rfind("En cifras"), row = html.find(name, section);
+            const std::string text = html.substr(row, html.find("</tr>", row) - row);
+            const std::size_t begin = text.rfind("\">");
+            return begin == std::string::npos ? text
+                                              : text.substr(begin + 2, text.find('<', begin) - begin - 2);
+        };
+    EXPECT_EQ(figures("Todas"), "3");
+    EXPECT_EQ(figures("Provincia 28"), "1");
+    EXPECT_EQ(figures("ÁVILA"), "1");
+    EXPECT_EQ(figures("Sin provincia"), "1");
 }
 
 TEST_F(AuditReportTest, SaysWhenNothingWasFound) { EXPECT_TRUE(holds(page(), "Sin hallazgos.")); }

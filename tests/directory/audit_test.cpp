@@ -25,7 +25,6 @@ TEST_F(Audit, SoundTablesHaveNoFindings) {
     EXPECT_EQ(madrid.withCode, 6U);
     EXPECT_EQ(madrid.withRanges, 2U);
     EXPECT_EQ(madrid.withFindings, 0U);
-    EXPECT_EQ(madrid.findings, 0U);
 }
 
 TEST_F(Audit, AReversedRangeIsProposedTheOtherWayRound) {
@@ -71,7 +70,6 @@ TEST_F(Audit, AStreetWithSeveralFindingsIsCountedOnce) {
     street({{"VIA", "DOS"}});
     EXPECT_EQ(run().size(), 5U);
     EXPECT_EQ(totals.provinces["28"].withFindings, 2U);
-    EXPECT_EQ(totals.provinces["28"].findings, 5U);
 }
 
 TEST_F(Audit, TheSameRowTwiceIsFound) {

@@ -118,9 +118,6 @@ private:
     void count(const Finding& finding) {
         ++totals_.findings.at(static_cast<std::size_t>(finding.kind));
         hasFinding_ = hasFinding_ || finding.severity != Severity::Note;
-        if (finding.severity != Severity::Note && !finding.province.empty()) {
-            ++totals_.provinces[finding.province].findings;
-        }
     }
 
     void step() {
@@ -151,7 +148,6 @@ ProvinceCount& ProvinceCount::operator+=(const ProvinceCount& other) {
     withCode += other.withCode;
     withRanges += other.withRanges;
     withFindings += other.withFindings;
-    findings += other.findings;
     return *this;
 }
 

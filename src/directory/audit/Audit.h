@@ -17,7 +17,6 @@ struct AMBREL_EXPORT ProvinceCount {
     std::uint64_t municipalities = 0, withStreets = 0;
     std::uint64_t streets = 0, withCode = 0, withRanges = 0;
     std::uint64_t withFindings = 0; // streets; notes do not count
-    std::uint64_t findings = 0;     // without notes
     ProvinceCount& operator+=(const ProvinceCount& other);
 };
 

@@ -2,6 +2,7 @@
 #include "directory/audit/AuditPage.h"
 
 #include <algorithm>
+#include <map>
 
 #include "dbase/dbf/codepage.h"
 #include "report/Page.h"
@@ -113,7 +114,12 @@ private:
 
     /// The picture of the country: a line of bars for each province, and one for all of them.
     void drawProvinces() {
-        if (totals_.provinces.empty()) {
+        // Findings may be of provinces that have no municipality, or of none.
+        std::map<std::string, ProvinceCount> provinces = totals_.provinces;
+        for (const auto& [code, count] : found_.countByProvince()) {
+            provinces.try_emplace(code);
+        }
+        if (provinces.empty()) {
             return;
         }
         ProvinceCount all;
@@ -130,20 +136,23 @@ private:
                        {"Sin vías", ColumnKind::Number, 18},
                        {"Hallazgos", ColumnKind::Number, 18}},
                       {}};
-        const auto add = [&](const std::vector<Line>& name, const ProvinceCount& count) {
+        const auto add = [&](const std::vector<Line>& name, const ProvinceCount& count,
+                             std::uint64_t findings) {
             picture.rows.push_back({Cell(name), Cell::share(count.withCode, count.streets),
                                     Cell::share(count.withRanges, count.streets),
                                     Cell::share(count.withFindings, count.streets, Tone::Open)});
             figures.rows.push_back(
                 {Cell(name), Cell(grouped(count.streets)), Cell(grouped(count.municipalities)),
-                 Cell(grouped(count.municipalities - count.withStreets)), Cell(grouped(count.findings))});
+                 Cell(grouped(count.municipalities - count.withStreets)), Cell(grouped(findings))});
         };
-        for (const auto& [code, count] : totals_.provinces) {
+        for (const auto& [code, count] : provinces) {
             all += count;
         }
-        add({{"Todas", Voice::Strong}}, all);
-        for (const auto& [code, count] : totals_.provinces) {
-            add({{provinceName(code)}}, count);
+        add({{"Todas", Voice::Strong}}, all, found_.count(Severity::Grave) + found_.count(Severity::Warning));
+        for (const auto& [code, count] : provinces) {
+            const auto findings = found_.countByProvince().find(code);
+            add({{code.empty() ? "Sin provincia" : provinceName(code)}}, count,
+                findings == found_.countByProvince().end() ? 0 : findings->second);
         }
         PageBlock section = page_.section(
             "Por provincia",

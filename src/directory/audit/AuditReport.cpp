@@ -13,6 +13,9 @@ void AuditReport::requireWritable(const std::string& file) { report::requireWrit
 void AuditReport::add(const Finding& finding) {
     const auto kind = static_cast<std::size_t>(finding.kind);
     ++counts_.at(static_cast<std::size_t>(finding.severity)).at(kind);
+    if (finding.severity != Severity::Note) {
+        ++inProvinces_[finding.province];
+    }
     if (first_.at(kind).size() < mostShown) {
         first_.at(kind).push_back(finding);
     }

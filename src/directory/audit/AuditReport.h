@@ -4,6 +4,7 @@
 #include <array>
 #include <ctime>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,8 @@ public:
     }
     [[nodiscard]] std::uint64_t count(FindingClass kind) const;
     [[nodiscard]] std::uint64_t count(Severity severity) const;
+    /// Findings so far without notes, by province of two digits; "" where it is not known.
+    [[nodiscard]] const std::map<std::string, std::uint64_t>& countByProvince() const { return inProvinces_; }
     /// The first findings of a class.
     [[nodiscard]] const std::vector<Finding>& first(FindingClass kind) const {
         return first_.at(static_cast<std::size_t>(kind));
@@ -54,6 +57,7 @@ public:
 private:
     AuditRun run_;
     std::array<std::array<std::uint64_t, findingClassCount>, 3> counts_{}; // by severity
+    std::map<std::string, std::uint64_t> inProvinces_;
     std::array<std::vector<Finding>, findingClassCount> first_;
 };
 
