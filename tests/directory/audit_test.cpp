@@ -119,6 +119,10 @@ TEST_F(Audit, ARowWithoutAKeyIsNeverAKnownStreet) {
         EXPECT_EQ(found.severity, Severity::Grave) << key;
         streets.pop_back();
     }
+    street({{"CODIGO1", "00000000"}});
+    EXPECT_EQ(runToOne(FindingClass::BadKey).text,
+              "la clave «00000000» de CL MAYOR es cero, que no es de ninguna");
+    streets.pop_back();
     street({{"CODIGO1", ""}});
     EXPECT_EQ(runToOne(FindingClass::BadKey).text, "CL MAYOR no tiene clave");
 }
@@ -188,6 +192,16 @@ TEST_F(Audit, AProvinceByWhichNobodySeeksTheStreetIsFound) {
     EXPECT_EQ(runToOne(FindingClass::WrongProvince).text,
               "la provincia «45» de CL MAYOR no es la de ningún código postal de su municipio");
     EXPECT_EQ(runToOne(FindingClass::WrongProvince).proposal, "PROVINCIA=28");
+}
+
+TEST_F(Audit, ABlankOrCutProvinceIsFoundAlsoWhereTheMunicipalityIsNotKnown) {
+    town({{"COD_INE", "28079"}, {"CODPOSTAL", "28001"}, {"NOMBRE", "UNO"}});
+    town({{"COD_INE", "28080"}, {"CODPOSTAL", "28001"}, {"NOMBRE", "OTRO"}});
+    for (const char* const province : {"", "2"}) {
+        street({{"PROVINCIA", province}, {"CODPOSTAL", "28001"}, {"COD_INE", ""}, {"MUNICIPI", ""}});
+        EXPECT_EQ(runToOne(FindingClass::WrongProvince).proposal, "PROVINCIA=28") << province;
+        streets.pop_back();
+    }
 }
 
 TEST_F(Audit, TheProvinceOfACodeThatTheMunicipalityLacksIsNotProposed) {

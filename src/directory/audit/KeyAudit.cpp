@@ -26,11 +26,17 @@ std::uint32_t numberOf(std::string_view text) {
     return error == std::errc() && end == text.data() + text.size() ? number : 0;
 }
 
+std::string badKeyText(const StreetRow& row) {
+    if (row.key.empty()) {
+        return streetName(row) + " no tiene clave";
+    }
+    const bool isZero = row.key.find_first_not_of('0') == std::string::npos;
+    return "la clave «" + loading::utf8FromAnsi(row.key) + "» de " + streetName(row) +
+           (isZero ? " es cero, que no es de ninguna" : " no es un número de ocho cifras");
+}
+
 void tellBadKey(const StreetRow& row, std::uint32_t number, const FindingSink& sink) {
-    Finding found = withText(aboutStreet(row), FindingClass::BadKey,
-                             row.key.empty() ? streetName(row) + " no tiene clave"
-                                             : "la clave «" + loading::utf8FromAnsi(row.key) + "» de " +
-                                                   streetName(row) + " no es un número de ocho cifras");
+    Finding found = withText(aboutStreet(row), FindingClass::BadKey, badKeyText(row));
     if (number != 0) { // found all the same
         found.severity = Severity::Warning;
     }

@@ -34,7 +34,7 @@ bool isCancelledCard(const StreetRow& row) {
 bool hasWrongProvince(const StreetRow& row, std::optional<PlaceNumber> place, const PlaceBook& book) {
     const bool isOfPlace = place && book.places()[*place].codes > 0;
     return isOfPlace ? !book.hasProvince(*place, row.province)
-                     : isPostalCode(row.postalCode) && !row.postalCode.starts_with(row.province);
+                     : isPostalCode(row.postalCode) && row.postalCode.substr(0, 2) != row.province;
 }
 
 std::string rightProvince(const StreetRow& row, std::optional<PlaceNumber> place, const PlaceBook& book) {
