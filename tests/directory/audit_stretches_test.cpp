@@ -26,6 +26,41 @@ TEST_F(DividedStreet, StretchesThatFollowEachOtherAreSound) {
     runToNothing();
 }
 
+TEST_F(DividedStreet, ARowWithoutNumbersBesideOthersIsNoted) {
+    stretch("1", "9999", "28931");
+    stretch("0", "0", "28932");
+    const Finding found = runToOne(FindingClass::NoNumbers);
+    EXPECT_EQ(found.severity, Severity::Note);
+    EXPECT_EQ(found.record, 4U);
+    EXPECT_EQ(found.text, "CL MAYOR: la fila de 28932 no tiene ningún número");
+    EXPECT_EQ(totals.provinces["28"].withFindings, 0U);
+}
+
+TEST_F(DividedStreet, AStreetOfWhichNoRowHasANumberIsAWarningForEach) {
+    stretch("0", "0", "28931");
+    stretch("0", "0", "28932");
+    const std::vector<Finding> found = run();
+    ASSERT_EQ(found.size(), 2U);
+    for (const Finding& one : found) {
+        EXPECT_EQ(one.kind, FindingClass::NoNumbers);
+        EXPECT_EQ(one.severity, Severity::Warning);
+    }
+    EXPECT_EQ(found[0].text, "CL MAYOR: ni la fila de 28931 ni otra de la vía tiene ningún número");
+    EXPECT_EQ(totals.provinces["28"].withFindings, 1U);
+}
+
+TEST_F(DividedStreet, ARowWithoutNumbersIsFoundAlsoWhereItsMunicipalityIsNotKnown) {
+    town({{"COD_INE", "28079"}, {"CODPOSTAL", "28931"}, {"NOMBRE", "UNO"}});
+    street({{"IMPAR_INI", "0"},
+            {"IMPAR_FIN", "0"},
+            {"PAR_INI", "0"},
+            {"PAR_FIN", "0"},
+            {"CODPOSTAL", "28931"},
+            {"MUNICIPI", ""},
+            {"COD_INE", ""}});
+    EXPECT_EQ(runToOne(FindingClass::NoNumbers).severity, Severity::Warning);
+}
+
 TEST_F(DividedStreet, StretchesWithDifferentCodesMustNotOverlap) {
     stretch("1", "53", "28931");
     stretch("51", "9999", "28932");

@@ -22,6 +22,7 @@ enum class Severity { Grave, Warning, Note };
 enum class FindingClass {
     ReversedRange,
     WrongParity,
+    NoNumbers,
     Overlap,
     Gap,
     RepeatedRow,
@@ -47,7 +48,7 @@ enum class FindingClass {
     FullBlock
 };
 /// The number of classes.
-inline constexpr std::size_t findingClassCount = 25;
+inline constexpr std::size_t findingClassCount = 26;
 
 /// As files and orders have it, such as "RANGO_INVERTIDO".
 [[nodiscard]] AMBREL_EXPORT std::string_view className(FindingClass kind);

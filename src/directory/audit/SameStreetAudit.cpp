@@ -23,6 +23,10 @@ bool hasAllNumbers(const StreetRow& row) {
     return row.oddFirst <= 1 && row.oddLast >= 9999 && row.evenFirst <= 2 && row.evenLast >= 9998;
 }
 
+bool hasNumbers(const StreetRow& row) {
+    return row.oddFirst != 0 || row.oddLast != 0 || row.evenFirst != 0 || row.evenLast != 0;
+}
+
 } // namespace
 
 struct SameStreetAudit::Range {
@@ -57,6 +61,7 @@ void SameStreetAudit::endStreet() {
     for (std::size_t i = 0; i < size_; ++i) {
         (members_[i].place ? ofPlaces : others).push_back(&members_[i]);
     }
+    auditNumbers(others);
     auditRepeated(others);
     if (!ofPlaces.empty()) {
         const PlaceNumber shown = *ofPlaces.front()->place;
@@ -86,6 +91,7 @@ void SameStreetAudit::auditMunicipality(const Members& members, PlaceNumber show
     const auto hasRange = [](const Member* member) { return !hasAllNumbers(member->row); };
     count.withRanges += std::ranges::any_of(members, hasRange) ? 1 : 0;
     hasFinding_ = std::ranges::any_of(members, &Member::hasFinding);
+    auditNumbers(members);
     if (members.size() > 1) {
         auditRepeated(members);
         auditSide(members, true);
@@ -97,6 +103,28 @@ void SameStreetAudit::auditMunicipality(const Members& members, PlaceNumber show
 void SameStreetAudit::tell(const Finding& finding) {
     hasFinding_ = hasFinding_ || finding.severity != Severity::Note;
     sink_(finding);
+}
+
+/// The official directory has rows without numbers beside others of their street, only for their code.
+void SameStreetAudit::auditNumbers(const Members& members) {
+    const bool hasSome =
+        std::ranges::any_of(members, [](const Member* member) { return hasNumbers(member->row); });
+    for (const Member* const member : members) {
+        if (hasNumbers(member->row)) {
+            continue;
+        }
+        const std::string row = "la fila de " + loading::utf8FromAnsi(member->row.postalCode);
+        Finding found =
+            withText(aboutStreet(member->row), FindingClass::NoNumbers,
+                     streetName(member->row) + ": " +
+                         (hasSome               ? row + " no tiene ningún número"
+                          : members.size() == 1 ? row + " no tiene ningún número, y la vía no tiene otra"
+                                                : "ni " + row + " ni otra de la vía tiene ningún número"));
+        if (hasSome) {
+            found.severity = Severity::Note;
+        }
+        tell(found);
+    }
 }
 
 void SameStreetAudit::auditRepeated(const Members& members) {

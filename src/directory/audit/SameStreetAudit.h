@@ -47,6 +47,7 @@ private:
 
     void endStreet();
     void auditMunicipality(const Members& members, PlaceNumber shown);
+    void auditNumbers(const Members& members);
     void auditRepeated(const Members& members);
     void auditSide(const Members& members, bool isOdd);
     void tell(const Finding& finding);
