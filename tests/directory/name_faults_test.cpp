@@ -1,6 +1,8 @@
 // What is wrong with the writing of names.
 #include "directory/audit/NameFaults.h"
 
+#include <utility>
+
 #include <gtest/gtest.h>
 
 #include "support/Tables.h"
@@ -55,6 +57,28 @@ TEST(NameFaults, ReadLettersOfThreeBytesAndTextThatWasEncodedTwice) {
                                          "AR");
     ASSERT_TRUE(twice && twice->isCertain());
     EXPECT_EQ(twice->likely, ansi("CASTAÑAR"));
+}
+
+TEST(NameFaults, AreNotCertainWhereSomethingOfUtf8IsLeft) {
+    for (const auto& [broken, likely] :
+         {std::pair(ansi("CAÃ‘ADA DE MARÃ"), ansi("CAÑADA DE MARÃ")), // cut within a letter
+          std::pair(ansi("CASTAÃ‘AR DE ÃVILA"), ansi("CASTAÑAR DE ÃVILA")),
+          std::pair(ansi("CAÃ‘ADA âº"), ansi("CAÑADA Âº"))}) { // what capitals make reads as UTF-8 again
+        const auto found = findBrokenLetters(broken);
+        ASSERT_TRUE(found) << broken;
+        EXPECT_EQ(found->likely, likely);
+        EXPECT_TRUE(found->wasUtf8);
+        EXPECT_FALSE(found->isCertain()) << broken;
+    }
+}
+
+TEST(NameFaults, FindLettersOfWhichTheSecondByteWasDropped) {
+    for (const char* const name : {"ÃVILA", "MARÃA", "ALCALÃ DE HENARES", "CALLE DE MARÃ", "GARCÃ-A"}) {
+        const auto found = findBrokenLetters(ansi(name));
+        ASSERT_TRUE(found) << name;
+        EXPECT_EQ(found->likely, "");
+    }
+    EXPECT_FALSE(findBrokenLetters(ansi("JOÃO DE MAGALHÃES, GUIMARÃeS")));
 }
 
 TEST(NameFaults, GuessNothingWhereALetterIsLost) {

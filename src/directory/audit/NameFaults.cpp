@@ -90,6 +90,17 @@ std::optional<std::string> readAsUtf8(std::string_view name) {
     return text.size() < name.size() ? std::optional(inCapitals(text)) : std::nullopt;
 }
 
+/// Whether a text has the first byte of a letter in UTF-8 whose second one was cut off, or dropped as
+/// Windows-1252 has no character for it: "ÃVILA". Portuguese names have that letter before O and E.
+bool hasHalfLetter(std::string_view name) {
+    for (std::size_t i = name.find('\xC3'); i != std::string_view::npos; i = name.find('\xC3', i + 1)) {
+        if (i + 1 == name.size() || std::string_view("OoEe").find(name[i + 1]) == std::string_view::npos) {
+            return true;
+        }
+    }
+    return name.ends_with('\xC2') || name.ends_with('\xC5');
+}
+
 /// What systems write in place of a letter that they could not read, in UTF-8, and the same in capitals.
 bool hasReplacedLetter(std::string_view name) {
     return name.find("\xEF\xBF\xBD") != std::string_view::npos ||
@@ -160,9 +171,10 @@ std::optional<BrokenLetters> findBrokenLetters(std::string_view name) {
         return BrokenLetters{{}, true};
     }
     if (auto text = readAsUtf8(name)) {
-        return BrokenLetters{*std::move(text), true};
+        const bool isWhole = !hasHalfLetter(*text) && !readAsUtf8(*text);
+        return BrokenLetters{*std::move(text), true, isWhole};
     }
-    bool isBroken = false, isGuessed = true;
+    bool isBroken = hasHalfLetter(name), isGuessed = !isBroken;
     std::string likely(name);
     for (std::size_t i = 0; i < name.size(); ++i) {
         if (const Misread* const misread = misreadOf(name[i])) {

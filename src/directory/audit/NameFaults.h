@@ -18,7 +18,8 @@ namespace ambrel::directory {
 struct BrokenLetters {
     std::string likely;   // the name as it probably was; empty if it cannot be guessed
     bool wasUtf8 = false; // nothing else gives these letters, and capitals would spoil them for good
-    [[nodiscard]] bool isCertain() const { return wasUtf8 && !likely.empty(); }
+    bool isWhole = true;  // nothing of UTF-8 is left in the likely name
+    [[nodiscard]] bool isCertain() const { return wasUtf8 && !likely.empty() && isWhole; }
 };
 [[nodiscard]] std::optional<BrokenLetters> findBrokenLetters(std::string_view name);
 
