@@ -114,6 +114,22 @@ TEST_F(DividedStreet, StreetsOfTwoVillagesWithOneNameAreOnlyNoted) {
     EXPECT_EQ(runToOne(FindingClass::Overlap).severity, Severity::Note);
 }
 
+TEST_F(DividedStreet, AVillageDoesNotHideAnOverlapInTheTown) {
+    town({{"COD_INE", "28092"},
+          {"CODPOSTAL", "28935"},
+          {"NOMBRE", "PARQUE COIMBRA"},
+          {"UNICO", "N"},
+          {"ENT_MENOR", "T"}});
+    stretch("1", "9999", "28935");
+    stretch("1", "53", "28931");
+    stretch("51", "99", "28932");
+    const std::vector<Finding> found = run();
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0].severity, Severity::Note);
+    EXPECT_EQ(found[1].severity, Severity::Grave);
+    EXPECT_EQ(found[1].text, "CL MAYOR: el tramo 51–99 (28932) se solapa con el 1–53 (28931) del registro 4");
+}
+
 TEST_F(DividedStreet, TwoOfficialStreetsOfOneNameAreOnlyNoted) {
     stretch("1", "9999", "28931");
     stretch("1", "9999", "28932");

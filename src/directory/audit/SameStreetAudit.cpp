@@ -161,7 +161,7 @@ void SameStreetAudit::auditSide(const Members& members, bool isOdd) {
         const Range* const rival =
             farthest != nullptr && farthest->postalCode() == range.postalCode() ? other : farthest;
         if (rival != nullptr && range.first <= rival->last) {
-            tellOverlap(range, *rival);
+            tellOverlap({ranges.data(), &range}, range, *rival);
         } else if (rival != nullptr && rival == farthest && range.first > rival->last + 2) {
             tellGap(*rival, range);
         }
@@ -183,7 +183,7 @@ bool SameStreetAudit::areVillages(const Member& one, const Member& other) const 
            book_.isOfEntity(*other.place, other.row.postalCode);
 }
 
-void SameStreetAudit::tellOverlap(const Range& range, const Range& other) {
+Finding SameStreetAudit::overlapOf(const Range& range, const Range& other) {
     const bool isOfVillages = areVillages(*range.member, *other.member);
     Finding found =
         withText(aboutStreet(range.member->row), FindingClass::Overlap,
@@ -194,6 +194,21 @@ void SameStreetAudit::tellOverlap(const Range& range, const Range& other) {
         found.severity = Severity::Note;
     } else {
         noteTwoOfficialStreets(*range.member, *other.member, found);
+    }
+    return found;
+}
+
+/// Of the ranges before it that overlap one, `rival` reaches farthest; where that is only worth a note,
+/// another one may be graver.
+void SameStreetAudit::tellOverlap(std::span<const Range> before, const Range& range, const Range& rival) {
+    Finding found = overlapOf(range, rival);
+    for (auto other = before.begin(); found.severity == Severity::Note && other != before.end(); ++other) {
+        if (range.first <= other->last && range.postalCode() != other->postalCode() &&
+            !areVillages(*range.member, *other->member)) {
+            if (const Finding one = overlapOf(range, *other); one.severity != Severity::Note) {
+                found = one;
+            }
+        }
     }
     tell(found);
 }

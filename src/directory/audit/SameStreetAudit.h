@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "directory/audit/Finding.h"
@@ -51,7 +52,8 @@ private:
     void auditRepeated(const Members& members);
     void auditSide(const Members& members, bool isOdd);
     void tell(const Finding& finding);
-    void tellOverlap(const Range& range, const Range& other);
+    [[nodiscard]] Finding overlapOf(const Range& range, const Range& other);
+    void tellOverlap(std::span<const Range> before, const Range& range, const Range& rival);
     void tellGap(const Range& before, const Range& after);
     [[nodiscard]] bool areVillages(const Member& one, const Member& other) const;
     void noteTwoOfficialStreets(const Member& one, const Member& other, Finding& found);
