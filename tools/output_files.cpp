@@ -14,12 +14,13 @@ namespace ambcp {
 
 namespace {
 
-/// Whether something goes by a name that only tables and undo files have, under which a slip of the hand
-/// would destroy one.
+/// Whether something goes by a name that only tables, what completes them, and undo files have, under which a
+/// slip of the hand would destroy one.
 bool isNamedAsTable(const std::string& file) {
     const std::string extension = dbase::upperName(
         std::filesystem::weakly_canonical(std::filesystem::absolute(file)).extension().string());
-    static constexpr std::array<std::string_view, 4> kept{".DBF", ".MDX", ".DBT", ".DESHACER"};
+    static constexpr std::array<std::string_view, 6> kept{".DBF", ".MDX", ".DBT",
+                                                          ".AMJ", ".AMI", ".DESHACER"};
     return std::ranges::find(kept, extension) != kept.end();
 }
 

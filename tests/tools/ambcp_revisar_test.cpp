@@ -93,6 +93,9 @@ TEST_F(AmbcpRevisar, NothingIsWrittenOverATable) {
                       " no puede ser POSTAL.DBF: es el nombre de una tabla o de un fichero de deshacer\n");
     }
     EXPECT_EQ(content("POSTAL.DBF"), before);
+    for (const char* const file : {"postal.mdx", "POSTAL.AMJ", "INTENCION.AMI", "revisar.deshacer"}) {
+        static_cast<void>(refused({"revisar", ".", "--salida", file}));
+    }
 }
 
 TEST_F(AmbcpRevisar, WhatARepairWouldIgnoreIsRefused) {
