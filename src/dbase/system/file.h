@@ -46,6 +46,8 @@ public:
     virtual void sync() = 0;
     /// Hints that it will be flushed: the system may begin with what was written so far.
     virtual void beginSync() {}
+    /// Hints that its bytes will hardly be read again: the system may use their memory for others.
+    virtual void dropCache() {}
 
     /// Whether the file is on another machine: then this one refreshes its cached bytes only when a lock on
     /// the file is taken, and sends changes only when one is released.

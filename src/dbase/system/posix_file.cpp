@@ -204,6 +204,7 @@ public:
     void beginSync() override {
         static_cast<void>(sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE)); // or else sync() does
     }
+    void dropCache() override { static_cast<void>(posix_fadvise(descriptor_, 0, 0, POSIX_FADV_DONTNEED)); }
 
     const char* view() const override { return view_.data(); }
     bool viewIsTorn() const override { return view_.isTorn(); }

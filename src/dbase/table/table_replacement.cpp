@@ -119,6 +119,7 @@ void TableReplacement::discard() noexcept {
 // keeps others out.
 void TableReplacement::commit() {
     holdNew();
+    flushNew();
     for (File* const index : {newIndex_.get(), oldIndex_.get()}) {
         if (index != nullptr) {
             setMark(*index, true);
@@ -139,6 +140,9 @@ void TableReplacement::holdNew() {
     newIndex_ =
         folders_.exists(files_.newIndex) ? folders_.open(files_.newIndex, OpenMode::ReadWrite) : nullptr;
     holdLock(*new_, openingLock, LockKind::Exclusive);
+}
+
+void TableReplacement::flushNew() {
     new_->sync();
     if (newIndex_) {
         newIndex_->sync();
@@ -154,11 +158,16 @@ void TableReplacement::takeNames() {
 
 // --- The steps of an exchange
 
-// The records must be on the disk as they are recognised after a stop. Nobody else writes them meanwhile.
+// The records must be on the disk as they are recognised after a stop. Nobody else writes them meanwhile, nor
+// reads them any more; letting go of their memory while the disk works makes it free once the files go.
 void TableReplacement::sumOld() {
     if (old_ && !oldSum_) {
         old_->sync();
         oldSum_ = fingerprintOf(*old_);
+        old_->dropCache();
+        if (oldIndex_) {
+            oldIndex_->dropCache();
+        }
     }
 }
 
@@ -166,7 +175,14 @@ void TableReplacement::settle() {
     if (hasNewTable() && !newSum_) {
         underOwnNames([&] {
             holdNew();
-            newSum_ = fingerprintOf(*new_);
+            for (File* const file : {newIndex_.get(), new_.get()}) {
+                if (file != nullptr) {
+                    file->beginSync(); // the disk writes while the sum is taken
+                }
+            }
+            const Fingerprint sum = fingerprintOf(*new_);
+            flushNew();
+            newSum_ = sum;
         });
     }
 }

@@ -42,7 +42,7 @@ public:
 
     // What TableExchange::commit() does itself otherwise. With files on a disk, threads may do it for all
     // tables side by side, and a thread each for the two. Both do nothing where there is no such table.
-    /// Takes the sum by which the present records are recognised.
+    /// Takes the sum by which the present records are recognised; they are not read again.
     void sumOld();
     /// Flushes the new files, which are written to their end by now, and takes the sum of their records.
     void settle();
@@ -75,6 +75,7 @@ private:
     // The steps of commit(), and those of an exchange of several tables.
     [[nodiscard]] bool hasNewTable() const { return folders_.exists(files_.newTable); }
     void holdNew();
+    void flushNew();
     [[nodiscard]] IntendedTable intended();
     void markFor(const Intention& intention);
     void unmark() noexcept;
