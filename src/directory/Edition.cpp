@@ -7,6 +7,7 @@
 
 #include "data/TableDefinitions.h"
 #include "dbase/dbf/codepage.h"
+#include "dbase/system/large_memory.h"
 #include "directory/BlockRelay.h"
 #include "directory/RecordReading.h"
 #include "directory/StreetNames.h"
@@ -123,6 +124,7 @@ OfficialFile Edition::beginFile(const std::string& path, FileKind kind) {
         constexpr std::uint64_t usualLine = 275, usualCount = 2'500'000; // of the whole country
         date_ = file.edition;
         stretches_.reserve(static_cast<std::size_t>(std::min(file.size / usualLine, usualCount)));
+        dbase::preferLargePages(stretches_.data(), stretches_.capacity() * sizeof(Stored));
     }
     dates_.emplace_back(file.name, file.edition);
     return file;
@@ -219,10 +221,7 @@ void Edition::readStretches(const std::string& path) {
     }
     requireListed();
     unlisted_.finish();
-    const auto place = [](const Stored& one) { return placeOf(one.id); };
-    if (!std::ranges::is_sorted(stretches_, {}, place)) { // within one they will be
-        std::ranges::sort(stretches_, {}, place);
-    }
+    std::ranges::stable_sort(pieces_, {}, &Piece::place);
 }
 
 /// A file of streets that is cut, or that of another province, would leave the rest without type and with
@@ -265,13 +264,18 @@ void Edition::take(const StretchLine& line, std::uint64_t number) {
         ++unlistedCount_;
         unlisted_.add(id, {}, plainCapitals(isOfPseudo ? line.pseudoName() : line.streetName()));
     }
+    if (pieces_.empty() || pieces_.back().place != line.place) {
+        pieces_.push_back({line.place, stretches_.size(), 0});
+    }
+    ++pieces_.back().size;
     stretches_.push_back(
         {id, {line.postalCode, line.numbering, line.first, line.last, static_cast<std::uint32_t>(number)}});
 }
 
 /// The streets of a municipality, and what their views are part of.
 struct Edition::PlaceStreets {
-    std::size_t first = 0; // of its stretches, among all of them
+    std::size_t size = 0;          // its stretches
+    std::vector<Stored> stretches; // if they lie in several pieces
     std::vector<std::string> names;
     std::vector<JoinedStretch> rows;
     std::vector<OfficialStreet> streets;
@@ -342,26 +346,40 @@ void Edition::passUnnamed(std::span<const Stored> stretches, PlaceStreets& resul
     }
 }
 
-/// Joins the next municipality's; false after the last one.
-bool Edition::joinNext(std::size_t& begin, RangeOpening opening, StreetTypeCodes& types,
+/// Those of the pieces of one municipality, mostly a single one.
+std::span<Edition::Stored> Edition::stretchesOf(std::span<const Piece> pieces, PlaceStreets& result) {
+    const auto stretches = [&](const Piece& piece) {
+        return std::span(stretches_).subspan(piece.first, piece.size);
+    };
+    if (pieces.size() == 1) {
+        return stretches(pieces.front());
+    }
+    result.stretches.clear();
+    for (const Piece& piece : pieces) {
+        std::ranges::copy(stretches(piece), std::back_inserter(result.stretches));
+    }
+    return result.stretches;
+}
+
+/// Joins the municipality's whose pieces come next, and takes them from the list; false after the last one.
+bool Edition::joinNext(std::span<const Piece>& pieces, RangeOpening opening, StreetTypeCodes& types,
                        PlaceStreets& result) {
     result.clear();
-    result.first = begin;
-    std::size_t end = begin;
-    while (end < stretches_.size() && placeOf(stretches_[end].id) == placeOf(stretches_[begin].id)) {
-        ++end;
-    }
-    const std::span<Stored> stretches = std::span(stretches_).subspan(begin, end - begin);
-    if (stretches.empty()) {
+    if (pieces.empty()) {
         return false;
     }
+    const PlaceCode place = pieces.front().place;
+    const auto end = std::ranges::find_if(pieces, [&](const Piece& one) { return one.place != place; });
+    const auto count = static_cast<std::size_t>(end - pieces.begin());
+    const std::span<Stored> stretches = stretchesOf(pieces.first(count), result);
     std::ranges::sort(stretches, {}, &Stored::id);
-    if (places_.municipality(placeOf(stretches.front().id)).empty()) {
+    if (places_.municipality(place).empty()) {
         passUnnamed(stretches, result);
     } else {
         joinMunicipality(stretches, opening, types, result);
     }
-    begin = end;
+    result.size = stretches.size();
+    pieces = pieces.subspan(count);
     return true;
 }
 
@@ -369,23 +387,26 @@ void Edition::forgetStreets() {
     streets_ = StreetIndex();
     unlisted_ = StreetIndex();
     stretches_ = std::vector<Stored>(); // {} would keep its room
+    pieces_.clear();
 }
 
 void Edition::forEachStreet(RangeOpening opening, StreetTypeCodes& types, const StreetUse& use) {
     notes_.withoutMunicipality = notes_.streetsWithoutName = 0;
     BlockRelay<PlaceStreets> relay;
     const std::jthread joining = relay.start([&] {
-        std::size_t next = 0;
-        while (joinNext(next, opening, types, relay.toFill())) {
+        std::span<const Piece> pieces = pieces_;
+        while (joinNext(pieces, opening, types, relay.toFill())) {
             relay.passOn();
         }
         relay.end();
     });
+    std::size_t done = 0;
     relay.useAll([&](const PlaceStreets& place) {
         if (progress_) {
             const std::size_t all = stretches_.size();
-            progress_({"tramos", place.first, static_cast<double>(place.first) / static_cast<double>(all)});
+            progress_({"tramos", done, static_cast<double>(done) / static_cast<double>(all)});
         }
+        done += place.size;
         std::ranges::for_each(place.streets, use);
     });
 }

@@ -57,6 +57,11 @@ private:
         StreetId id;
         ObservedStretch stretch;
     };
+    /// Stretches of one municipality that follow each other.
+    struct Piece {
+        PlaceCode place;
+        std::size_t first, size;
+    };
     [[nodiscard]] bool isWanted(PlaceCode place) const;
     /// `use`: receives the records of wanted municipalities with their line numbers.
     template<class Record, typename Use>
@@ -75,7 +80,8 @@ private:
     void joinMunicipality(std::span<Stored> stretches, RangeOpening opening, StreetTypeCodes& types,
                           PlaceStreets& result);
     void passUnnamed(std::span<const Stored> stretches, PlaceStreets& result);
-    [[nodiscard]] bool joinNext(std::size_t& begin, RangeOpening opening, StreetTypeCodes& types,
+    [[nodiscard]] std::span<Stored> stretchesOf(std::span<const Piece> pieces, PlaceStreets& result);
+    [[nodiscard]] bool joinNext(std::span<const Piece>& pieces, RangeOpening opening, StreetTypeCodes& types,
                                 PlaceStreets& result);
 
     const EditionFiles files_;
@@ -86,6 +92,7 @@ private:
     StreetIndex streets_, unlisted_; // the second from the stretches alone
     PlaceNames places_;
     std::vector<Stored> stretches_;
+    std::vector<Piece> pieces_;              // of them, by municipality once all are read
     std::uint64_t unlistedCount_ = 0;        // of them
     bool isListed_ = false;                  // the street of the last of them
     std::array<bool, 100> hasProvince_ = {}; // in the file of stretches

@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <map>
+#include <random>
 #include <set>
 
 #include "support/TemporaryFolder.h"
@@ -120,6 +123,38 @@ TEST_F(EditionTest, BothLayoutsAndAllWaysOfWritingLinesGiveTheSameRows) {
     EXPECT_EQ(rows[1], rows[0]);
     EXPECT_EQ(rows[2], rows[0]);
     EXPECT_EQ(rows[3], rows[0]);
+}
+
+TEST_F(EditionTest, LinesInAnyOrderGiveTheSameRows) {
+    const EditionFiles files = write(edition::inventedPlaces(104), {.stretches = 4000});
+    const auto textOf = [&] {
+        Edition read(files);
+        std::string all;
+        for (const Kept& row : rowsOf(read, RangeOpening::Ends)) {
+            all += OfficialKey{row.street, row.stretch.postalCode, row.stretch.ordinal}.text() + row.name;
+            for (const auto bound : row.stretch.bounds) {
+                all += ' ' + std::to_string(bound);
+            }
+            all += '\n';
+        }
+        return all;
+    };
+    const std::string before = textOf();
+    EXPECT_GT(before.size(), 10000U);
+
+    std::vector<std::string> lines;
+    std::ifstream in(files.stretches);
+    for (std::string line; std::getline(in, line);) {
+        lines.push_back(line);
+    }
+    in.close();
+    std::shuffle(lines.begin(), lines.end(), std::mt19937(7));
+    std::ofstream out(files.stretches);
+    for (const std::string& line : lines) {
+        out << line << '\n';
+    }
+    out.close();
+    EXPECT_EQ(textOf(), before);
 }
 
 TEST_F(EditionTest, OnlyTheProvincesAskedForAreRead) {
