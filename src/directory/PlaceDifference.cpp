@@ -36,27 +36,37 @@ bool isSameUnit(const OfficialPlaceKey& one, const OfficialPlaceKey& other) {
 }
 
 /// For each row the earlier one that it continues, each taken once: that of its key, else of its name and
-/// code, else of its unit; null for a new one.
+/// code, else of its unit; null for a new one. `earlier`: in the order of their keys.
 std::vector<const EarlierPlace*> matchPlaces(std::span<const PlaceRow> rows,
                                              std::span<const EarlierPlace> earlier) {
     std::vector<const EarlierPlace*> matches(rows.size());
-    std::set<const EarlierPlace*> taken;
-    const auto match = [&](const auto& isSame) {
+    std::vector<bool> isTaken(earlier.size());
+    const auto placeIn = [&](const EarlierPlace& one) {
+        return static_cast<std::size_t>(&one - earlier.data());
+    };
+    const auto match = [&](const auto& candidates, const auto& isSame) {
         for (std::size_t i = 0; i < rows.size(); ++i) {
-            for (const EarlierPlace& one : earlier) {
-                if (matches[i] == nullptr && !taken.contains(&one) && isSame(rows[i], one)) {
-                    matches[i] = &one;
-                    taken.insert(&one);
-                }
+            const auto its = matches[i] == nullptr ? candidates(rows[i]) : std::span<const EarlierPlace>();
+            const auto found = std::ranges::find_if(
+                its, [&](const EarlierPlace& one) { return !isTaken[placeIn(one)] && isSame(rows[i], one); });
+            if (found != its.end()) {
+                matches[i] = &*found;
+                isTaken[placeIn(*found)] = true;
             }
         }
     };
-    match([](const PlaceRow& row, const EarlierPlace& one) { return row.official == one.official; });
-    match([](const PlaceRow& row, const EarlierPlace& one) {
+    const auto ofKey = [&](const PlaceRow& row) {
+        const auto found = std::ranges::equal_range(earlier, row.official, {}, &EarlierPlace::official);
+        return std::span(found.begin(), found.end());
+    };
+    const auto all = [&](const PlaceRow&) { return earlier; };
+    match(ofKey, [](const PlaceRow&, const EarlierPlace&) { return true; });
+    match(all, [](const PlaceRow& row, const EarlierPlace& one) {
         return isSameName(row, one) && row.official.postalCode == one.official.postalCode;
     });
-    match(
-        [](const PlaceRow& row, const EarlierPlace& one) { return isSameUnit(row.official, one.official); });
+    match(all, [](const PlaceRow& row, const EarlierPlace& one) {
+        return isSameUnit(row.official, one.official);
+    });
     return matches;
 }
 

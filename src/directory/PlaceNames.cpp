@@ -84,15 +84,14 @@ void PlaceNames::addCode(PlaceCode place, std::uint32_t unit, std::uint32_t post
 
 void PlaceNames::addRowsOf(PlaceCode place, const std::string& shortName, std::vector<PlaceRow>& rows) const {
     std::set<std::uint32_t> codes;
-    std::map<std::pair<std::string, std::uint32_t>, OfficialPlaceKey> entities; // by name and code
+    std::vector<std::pair<std::string_view, OfficialPlaceKey>> entities; // with their names
     const std::string& name = places_.at(place);
     for (const auto& [unit, code] : codes_.at(place)) {
         codes.insert(code);
         if (const auto known = units_.find(unitOf(place, unit)); known != units_.end()) {
             for (std::uint8_t i = 0; i < known->second.size(); ++i) {
                 if (known->second[i] != name) {
-                    entities.try_emplace({known->second[i], code},
-                                         OfficialPlaceKey{place, true, unit, i, code});
+                    entities.push_back({known->second[i], {place, true, unit, i, code}});
                 }
             }
         }
@@ -101,8 +100,14 @@ void PlaceNames::addRowsOf(PlaceCode place, const std::string& shortName, std::v
     for (const std::uint32_t code : codes) {
         rows.push_back({{.place = place, .postalCode = code}, hasOneCode, name, shortName});
     }
+    const auto nameAndCode = [](const auto& entity) {
+        return std::pair(entity.first, entity.second.postalCode);
+    };
+    std::ranges::stable_sort(entities, {}, nameAndCode);
+    const auto repeated = std::ranges::unique(entities, {}, nameAndCode); // of several units
+    entities.erase(repeated.begin(), repeated.end());
     for (const auto& [entity, official] : entities) {
-        rows.push_back({official, hasOneCode, entity.first, shortName});
+        rows.push_back({official, hasOneCode, std::string(entity), shortName});
     }
 }
 

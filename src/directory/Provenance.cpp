@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <tuple>
 
+#include "dbase/system/large_memory.h"
 #include "dbase/table/bulk_loader.h"
 #include "dbase/table/table_exchange.h"
 
@@ -62,6 +63,7 @@ EarlierEdition readProvenance(const StoredRows& table, const LoadingProgress& pr
     const ProvenanceRecord record(table.schema());
     const dbase::RecordNumber count = table.recordCount();
     earlier.streets.reserve(count);
+    dbase::preferLargePages(earlier.streets.data(), count * sizeof(EarlierRow));
     const auto take = [&](dbase::RecordNumber number, std::span<const char> bytes) {
         reportStep(progress, "PROCEDEN", number, count);
         const std::optional<ProvenanceRow> row = record.read(bytes);
