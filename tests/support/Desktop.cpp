@@ -28,7 +28,11 @@ void stop(QProcess& program) {
 
 } // namespace
 
-Desktop::Desktop() : isRunning_(start()) { qputenv("QT_QPA_PLATFORM", isRunning_ ? "xcb" : "offscreen"); }
+Desktop::Desktop() : isRunning_(start()) {
+    qputenv("QT_QPA_PLATFORM", isRunning_ ? "xcb" : "offscreen");
+    // No other desktop's; where there is none, looking for it loses memory in its library.
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+}
 
 Desktop::~Desktop() {
     stop(windowManager_);

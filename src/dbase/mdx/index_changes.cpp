@@ -132,7 +132,8 @@ void IndexFile::writeChangesOrRestore(bool& restored) {
                 file_->write(offset, order[done].second->bytes);
             } else { // under the in-update mark
                 const std::span<const char> changed = order[done].second->changed();
-                file_->rewrite(offset + (changed.data() - order[done].second->bytes.data()), changed);
+                const std::ptrdiff_t within = changed.data() - order[done].second->bytes.data();
+                file_->rewrite(offset + static_cast<std::uint64_t>(within), changed);
             }
         }
     } catch (...) {
