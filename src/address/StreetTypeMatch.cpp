@@ -33,7 +33,8 @@ unsigned StreetTypeMatch::fit(std::string_view code, std::string_view written) {
     if ((suggest::WordLists::builtIn().typesOfCode(code) & meant) != 0) {
         return 2;
     }
-    return (ofText(code) & meant) != 0 ? 1 : 0;
+    const suggest::TypeSet ofCode = types_.ofCode(code); // which is no abbreviation
+    return ((ofCode != 0 ? ofCode : ofText(code)) & meant) != 0 ? 1 : 0;
 }
 
 bool StreetTypeMatch::contradict(std::string_view one, std::string_view other) {

@@ -59,8 +59,11 @@ TypeSet StreetTypes::ofCode(std::string_view code) const {
 TypeSet StreetTypes::ofText(std::string_view text) const {
     // "Cº" is how people shorten "Camino", whatever a table means by its code CO.
     const bool isShortened = text.find_first_of("\xAA\xBA") != std::string_view::npos;
-    const TypeSet types = isShortened ? typesIn(text) : ofCode(foldLetters(text));
-    return types != 0 ? types : isShortened ? ofCode(foldLetters(text)) : typesIn(text);
+    const TypeSet ofWords = typesIn(text);
+    if (isShortened && ofWords != 0) {
+        return ofWords;
+    }
+    return ofCode(foldLetters(text)) | ofWords; // "Pl." is a square, and may be the code of an estate
 }
 
 } // namespace ambrel::suggest

@@ -19,7 +19,8 @@ PostalVerdicts::PostalVerdicts() {
                     {"PZ", "PLAZA", "PLAÇA"},
                     {"AV", "AVENIDA", "AVINGUDA"},
                     {"CR", "CARRETERA"},
-                    {"PS", "PASEO", "PASSEIG"}});
+                    {"PS", "PASEO", "PASSEIG"},
+                    {"PL", "POLIGONO", "POLIGON"}});
     addStreets({{"28000001", "GRAN VIA", "CL", "28013", {1, 49}, {2, 50}},
                 {"28000002", "GRAN VIA", "CL", "28001", {51, 99}, {52, 98}},
                 {"28000003", "SANTA TERESA", "CL", "28001"},
@@ -40,6 +41,7 @@ PostalVerdicts::PostalVerdicts() {
                 {"28000023", "PUENTE DE TOLEDO", "CL", "28014"},
                 {"28000024", "COSTANILLA DEL OLMO", "CL", "28014"},
                 {"28000025", "OLMO", "CL", "28014"},
+                {"28000026", "ALMENDRO", "PL", "28014"},
                 {"28000014", "MAYOR", "CL", "28300"},
                 {"28000015", "REAL", "CL", "28770", {1, 9999}, {2, 9998}, "28", "9", "28045"},
                 {"28000016", "REAL", "CL", "28770", {1, 9999}, {2, 9998}, "28", "9", "28144"},

@@ -162,6 +162,27 @@ TEST_F(AddressVerdicts, PostalCodeInTheStreetsColumnSpeaksWhereItsOwnColumnIsEmp
         isSettled(judge({.street = "Calle Velázquez 5, apartado 28013", .municipality = "Madrid"}).verdict));
 }
 
+TEST_F(AddressVerdicts, AbbreviationThatTheTablesHaveForAnotherTypeStandsForBoth) {
+    for (const char* type : {"Pl.", "PL", "pl"}) {
+        const auto judged = [&](const char* code) {
+            return judge({.type = type,
+                          .street = "Constitución",
+                          .number = "3",
+                          .postalCode = code,
+                          .municipality = "Madrid"});
+        };
+        EXPECT_EQ(judged("28013").verdict, Verdict::Correct) << type;
+        EXPECT_EQ(judged("28013").type, "PZ") << type;
+        EXPECT_EQ(judged("28001").verdict, Verdict::OtherCode)
+            << type << ": it is not the avenue of that code";
+        EXPECT_EQ(judged("28001").postalCode, "28013") << type;
+    }
+    EXPECT_EQ(judge({.line = "Pl. Constitución 3, 28001 Madrid"}).verdict, Verdict::OtherCode);
+    EXPECT_EQ(judge({.line = "Plaza Almendro 3, 28014 Madrid"}).changes,
+              (std::vector<AddressChange>{{JudgedPart::Type, "Plaza", "PL"}}))
+        << "an estate is no square";
+}
+
 TEST_F(AddressVerdicts, TypeWithARaisedLetterIsAnAbbreviationAndNotTheTablesCode) {
     addStreetTypes({{"CM", "CAMINO", "CAMI"}, {"CO", "CONCEJO", "CONSELL"}});
     addStreets({{"28000601", "ERAS", "CL", "28001"}, {"28000602", "ERAS", "CM", "28013"}});
