@@ -10,6 +10,7 @@
 
 #include "address/AddressLine.h"
 #include "address/AddressLookup.h"
+#include "address/Doubts.h"
 #include "address/FindingVerdict.h"
 #include "address/GivenReadings.h"
 #include "address/PlainText.h"
@@ -78,6 +79,7 @@ private:
     void decideByNear();
     [[nodiscard]] bool isDecidedBy(Finding& finding, bool isAllRead);
     [[nodiscard]] Finding& find(AddressParts& reading);
+    [[nodiscard]] bool passesOverTown(const Finding& finding) const;
 
     /// Whether a reading leaves nothing of the street aside. A name may begin with two kinds of street, as in
     /// "C/ Costanilla de la Herradura".
@@ -124,9 +126,27 @@ Finding& Trial::find(AddressParts& reading) {
     if (!isLikeliest) {
         lookup_.ask(std::move(reading), finding);
         lookup_.findPlaces(finding);
+        if (passesOverTown(finding)) {
+            for (PlaceOption& place : finding.places) {
+                place.doubt += doubt::townInRest;
+            }
+        }
     }
     lookup_.findStreets(finding);
     return finding;
+}
+
+/// Whether a reading takes for the town what the likeliest one takes for its province, or leaves aside the
+/// town that this one has found: "Mayor 5, Getafe, Madrid" is in Getafe, though only the capital has the
+/// street. A postal code would tell.
+bool Trial::passesOverTown(const Finding& finding) const {
+    const Finding& likeliest = begun_.first.back();
+    const AddressParts &its = likeliest.question.parts, &own = finding.question.parts;
+    if (!finding.question.lacksCode() || its.municipality.empty() || own.municipality == its.municipality ||
+        own.rest.find(its.municipality) == std::string::npos) {
+        return false;
+    }
+    return own.municipality == its.province || !likeliest.places.empty();
 }
 
 bool Trial::isDecidedExactly() {

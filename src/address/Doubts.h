@@ -26,6 +26,7 @@ inline constexpr double fromCode = 0.02;      // only the postal code says it,
 inline constexpr double otherIneCode = 0.15;  // and the street's rows name another
 inline constexpr double locality = 0.08;      // a locality that belongs to it was written
 inline constexpr double otherProvince = 0.12; // it lies in another than what was written
+inline constexpr double townInRest = 0.25;    // another name stands where the town's does
 
 // The street
 /// A lane may be missing from the tables that hold the street of its name.

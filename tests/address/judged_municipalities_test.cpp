@@ -86,6 +86,30 @@ TEST_F(AddressVerdicts, ProvinceThatIsNoneIsCorrected) {
     EXPECT_EQ(judged.changes, (std::vector<AddressChange>{{JudgedPart::Province, "Xyzzy", "28"}}));
 }
 
+TEST_F(AddressVerdicts, CapitalAfterATownIsItsProvinceThoughOnlyTheCapitalHasTheStreet) {
+    for (const char* line : {"Calle Velázquez 5, Aranjuez, Madrid", "Calle Velázquez 5 Aranjuez Madrid",
+                             "Calle Velázquez 5, Aranjuez - Madrid", "Calle Velázquez 5, Aranjués, Madrid",
+                             "Calle Velázquez 5, Villaperdida, Madrid", "Calle Velázquez 5, Madrid, Aranjuez",
+                             "Aranjuez, Madrid, Calle Velázquez 5"}) {
+        const JudgedAddress judged = judge({.line = line});
+        EXPECT_FALSE(isSettled(judged.verdict)) << line;
+        EXPECT_EQ(judged.postalCode, "") << line;
+        EXPECT_FALSE(judged.alternatives.empty()) << line;
+    }
+    for (const char* line :
+         {"Calle Velázquez 5, Madrid, Madrid", "Calle Velázquez 5, Madrid (Madrid)",
+          "Calle Velázquez 5, bajo, Madrid", "Calle Velázquez 5, Edificio Sol, Madrid",
+          "Calle Velázquez 5, Aranjuez, 28001 Madrid", "Calle Mayor 5, Aranjuez, Madrid"}) {
+        EXPECT_TRUE(isSettled(judge({.line = line}).verdict)) << line;
+    }
+}
+
+TEST_F(AddressVerdicts, NumberThatATownsStreetLacksLeadsToNoOtherTown) {
+    addStreets({{"28000801", "CID", "CL", "28300", {1, 9}, {2, 8}, "28", "9", "28013"},
+                {"28000802", "CID", "CL", "28001"}});
+    EXPECT_EQ(verdict({.line = "Calle Cid 50, Aranjuez, Madrid"}), "NUMERO_FUERA");
+}
+
 TEST_F(AddressVerdicts, CodeOrProvinceInTheColumnOfTheMunicipalityIsUnderstood) {
     EXPECT_EQ(verdict({.street = "Calle Mayor", .number = "1", .municipality = "28300 Aranjuez"}),
               "CORRECTA");
