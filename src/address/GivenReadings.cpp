@@ -87,6 +87,30 @@ void takeNumber(AddressParts& parts, const AddressParts& number) {
     }
 }
 
+/// Takes the postal code from either end of a column, with what marks it: "C.P. 28901 Getafe", "Getafe
+/// (28901)".
+std::string takeCodeAtEnd(std::string_view& column) {
+    if (postalCodeWithin(column).empty()) {
+        return {};
+    }
+    const WrittenWords words(column);
+    const PostalCodeWords code = findPostalCode(words);
+    const bool isFirst = code.words.first == 0, isLast = code.words.last == words.size();
+    if (code.words.isEmpty() || isFirst == isLast) {
+        return {};
+    }
+    std::string_view name = column;
+    if (isFirst) {
+        name.remove_prefix(words[code.code].end);
+        name.remove_prefix(std::min(name.find_first_not_of(" -,.:"), name.size()));
+    } else {
+        name = name.substr(0, words[code.words.first].begin);
+        name = name.substr(0, name.find_last_not_of(" -,.:(") + 1);
+    }
+    column = name;
+    return words[code.code].folded;
+}
+
 /// What the column of municipalities may say besides a name: "28901 Getafe", "Getafe (Madrid)"; null if it
 /// says nothing else.
 std::optional<AddressParts> splitMunicipality(std::string_view text) {
@@ -96,16 +120,7 @@ std::optional<AddressParts> splitMunicipality(std::string_view text) {
     const std::string_view whole = withoutBlanks(text);
     AddressParts split;
     std::string_view name = whole;
-    if (name.size() > 6 && std::all_of(name.begin(), name.begin() + 5, isDigit) && !isDigit(name[5])) {
-        split.postalCode = name.substr(0, 5);
-        name.remove_prefix(5);
-        name.remove_prefix(std::min(name.find_first_not_of(" -,."), name.size()));
-    } else if (name.size() > 6 && std::all_of(name.end() - 5, name.end(), isDigit) &&
-               !isDigit(name[name.size() - 6])) {
-        split.postalCode = name.substr(name.size() - 5);
-        name.remove_suffix(5);
-        name = name.substr(0, name.find_last_not_of(" -,.") + 1);
-    }
+    split.postalCode = takeCodeAtEnd(name);
     const std::size_t bracket = name.rfind('('), comma = name.rfind(',');
     if (bracket != std::string_view::npos && bracket > 0 && name.ends_with(')')) {
         split.province = withoutBlanks(name.substr(bracket + 1, name.size() - bracket - 2));
@@ -240,10 +255,14 @@ void takeColumns(std::vector<AddressParts>& readings, const GivenAddress& given)
     if (!isBlank(given.municipality)) {
         takeMunicipality(readings, given);
     }
+    const std::string codeOfRest = postalCodeOf(given.rest);
     for (AddressParts& reading : readings) {
         takeColumn(reading.type, given.type);
         append(reading.rest, given.rest);
         takeColumn(reading.postalCode, given.postalCode);
+        if (reading.postalCode.empty()) {
+            reading.postalCode = codeOfRest;
+        }
         takeColumn(reading.province, given.province);
     }
     if (readings.size() == 1) {

@@ -101,6 +101,7 @@ TEST(AddressLineTest, AStreetInsideAnEstate) {
 TEST(AddressLineTest, ThePostalCodeInItsWritings) {
     for (const char* text : {"C/ Sol 3, 28009-Madrid", "C/ Sol 3, E-28009 Madrid",
                              "C/ Sol 3 C.P. 28009 Madrid", "C/ Sol 3, Código Postal: 28009 Madrid",
+                             "C/ Sol 3, Cód. Postal 28009 Madrid", "C/ Sol 3 Cod.postal: 28009 Madrid",
                              "C/ Sol 3, Madrid 28009", "C/ Sol 3, Madrid, 28009", "28009, Madrid, C/ Sol 3",
                              "C/ Sol 3, 28009MADRID", "C/ Sol 3, 28.009 Madrid", "Madrid 28009 C/ Sol 3"}) {
         const WrittenAddress read = line(text);

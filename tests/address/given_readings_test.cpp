@@ -70,6 +70,21 @@ TEST(GivenReadings, OfSeveralPostalCodesThatOfItsOwnColumnCountsThenTheLinesThen
     EXPECT_EQ(first(given).postalCode, "28003");
 }
 
+TEST(GivenReadings, ThePostalCodeInTheRestIsHeededWhereThereIsNoOtherAndStaysThere) {
+    for (const char* const rest :
+         {"28009", "C.P. 28009", "2º B, 28009", "local 28009", "Cód. Postal 28009"}) {
+        const AddressParts parts = first({.street = "MAYOR", .number = "5", .rest = rest});
+        EXPECT_EQ(parts.postalCode, "28009") << rest;
+        EXPECT_EQ(parts.rest, rest);
+        EXPECT_EQ(first({.line = "C/ Mayor 5, Madrid", .rest = rest}).postalCode, "28009") << rest;
+        EXPECT_EQ(first({.street = "MAYOR 28001", .rest = rest}).postalCode, "28001") << rest;
+        EXPECT_EQ(first({.street = "MAYOR", .rest = rest, .postalCode = "28001"}).postalCode, "28001");
+    }
+    for (const char* const rest : {"Apdo. de Correos 28080", "km 28009", "tel. 915280091"}) {
+        EXPECT_EQ(first({.street = "MAYOR", .number = "5", .rest = rest}).postalCode, "") << rest;
+    }
+}
+
 TEST(GivenReadings, ABoxInTheStreetsColumnHasNoPostalCode) {
     for (const char* const street : {"Apartado de Correos 28080", "C/ Sol 3, Apdo. Correos 28080"}) {
         EXPECT_EQ(first({.street = street}).postalCode, "") << street;

@@ -111,8 +111,13 @@ TEST_F(AddressVerdicts, NumberThatATownsStreetLacksLeadsToNoOtherTown) {
 }
 
 TEST_F(AddressVerdicts, CodeOrProvinceInTheColumnOfTheMunicipalityIsUnderstood) {
-    EXPECT_EQ(verdict({.street = "Calle Mayor", .number = "1", .municipality = "28300 Aranjuez"}),
-              "CORRECTA");
+    for (const char* municipality :
+         {"28300 Aranjuez", "Aranjuez 28300", "C.P. 28300 Aranjuez", "E-28300 Aranjuez",
+          "Código Postal: 28300 - Aranjuez", "Aranjuez, C.P. 28300", "ES-28300 Aranjuez (Madrid)",
+          "Cód. Postal 28300, Aranjuez"}) {
+        EXPECT_EQ(verdict({.street = "Calle Mayor", .number = "1", .municipality = municipality}), "CORRECTA")
+            << municipality;
+    }
     EXPECT_EQ(verdict({.street = "Calle Mayor",
                        .number = "1",
                        .postalCode = "28300",
