@@ -84,7 +84,7 @@ void UndoneTable::undoChange(const UndoEntry& entry) {
     if (!row.empty() && agree(row, entry.after)) {
         post(entry, {entry.number, row}, putBackInto(entry, row));
     } else if (!row.empty() && agree(row, entry.before)) {
-        ++totals_.asBefore;
+        noteAsBefore(entry.number);
     } else if (isOfWholeRows_) {
         undoMovedRow(entry);
     } else {
@@ -101,8 +101,10 @@ void UndoneTable::undoMovedRow(const UndoEntry& entry) {
     if (key_.empty() || !hasSameKey(entry.before, entry.after)) {
         std::ranges::move(alike(entry.before), std::back_inserter(found));
     }
-    if (std::ranges::any_of(found, [&](const Found& one) { return agree(one.row, entry.before); })) {
-        ++totals_.asBefore;
+    const auto asBefore =
+        std::ranges::find_if(found, [&](const Found& one) { return agree(one.row, entry.before); });
+    if (asBefore != found.end()) {
+        noteAsBefore(asBefore->number);
     } else if (found.empty()) {
         leaveUnfound(entry);
     } else if (found.size() > 1) {
@@ -116,9 +118,8 @@ void UndoneTable::undoMovedRow(const UndoEntry& entry) {
 void UndoneTable::undoMovedChange(const UndoEntry& entry) {
     const std::vector<Found> left = alike(entry.after);
     if (key_.empty() || !hasSameKey(entry.before, entry.after)) {
-        if (!alike(entry.before).empty()) {
-            ++totals_.asBefore;
-            return;
+        if (const std::vector<Found> asBefore = alike(entry.before); !asBefore.empty()) {
+            return noteAsBefore(asBefore.front().number);
         }
     }
     if (left.size() > 1) {
@@ -131,7 +132,7 @@ void UndoneTable::undoMovedChange(const UndoEntry& entry) {
     if (agreesWhereChanged(entry, found.row, entry.after)) {
         post(entry, found, putBackInto(entry, found.row));
     } else if (agreesWhereChanged(entry, found.row, entry.before)) {
-        ++totals_.asBefore;
+        noteAsBefore(found.number);
     } else {
         leave(entry, found.row, found.number, isChanged);
     }
@@ -139,10 +140,14 @@ void UndoneTable::undoMovedChange(const UndoEntry& entry) {
 
 void UndoneTable::undoAddition(const UndoEntry& entry) {
     std::vector<Found> found;
-    if (Row row = liveRowAt(entry.number); !row.empty() && hasSameKey(row, entry.after)) {
-        found.push_back({entry.number, std::move(row)});
+    if (Row row = rowAt(entry.number); !row.empty() && hasSameKey(row, entry.after)) {
+        if (row.front() != dbase::deletedMark) {
+            found.push_back({entry.number, std::move(row)});
+        }
     } else {
         found = alike(entry.after);
+        // Before the change, another row may have been what the added one is.
+        std::erase_if(found, [&](const Found& one) { return isAsBefore(one.number); });
     }
     if (found.empty()) {
         ++totals_.asBefore;
@@ -163,7 +168,7 @@ void UndoneTable::undoDeletion(const UndoEntry& entry) {
     if (!found.empty()) {
         const Found& other = found.front();
         if (found.size() == 1 && agree(other.row, entry.before)) {
-            ++totals_.asBefore;
+            noteAsBefore(other.number);
         } else {
             leave(entry, other.row, other.number, "otra fila tiene ya su clave");
         }
@@ -192,12 +197,14 @@ void UndoneTable::recall(const UndoEntry& entry, const Row& stored) {
     table_->unlockRecord(entry.number, this);
     index_->put(entry.number, live);
     ++totals_.putBack;
+    keep(entry.number);
 }
 
 void UndoneTable::addAgain(const UndoEntry& entry) {
     const dbase::RecordNumber number = table_->append(entry.before, dbase::Durability::Disk);
     index_->put(number, entry.before);
     ++totals_.putBack;
+    keep(number);
 }
 
 void UndoneTable::post(const UndoEntry& entry, const Found& found, Row after) {
@@ -214,10 +221,26 @@ void UndoneTable::finish() {
             return;
         }
         ++totals_.putBack;
-        if (index_ && after.front() != dbase::deletedMark) {
+        if (after.front() == dbase::deletedMark) {
+            return;
+        }
+        keep(number);
+        if (index_) {
             index_->put(number, after);
         }
     });
+}
+
+void UndoneTable::noteAsBefore(dbase::RecordNumber number) {
+    ++totals_.asBefore;
+    keep(number);
+}
+
+void UndoneTable::keep(dbase::RecordNumber number) {
+    if (isAsBefore_.size() <= number) {
+        isAsBefore_.resize(number + 1);
+    }
+    isAsBefore_[number] = true;
 }
 
 /// The stored record, deleted or not.

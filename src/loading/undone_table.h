@@ -74,6 +74,13 @@ private:
                                           std::span<const char> wanted) const;
     [[nodiscard]] Row putBackInto(const UndoEntry& entry, const Row& row) const;
 
+    void noteAsBefore(dbase::RecordNumber number);
+    /// Remembers a row that is as it was before.
+    void keep(dbase::RecordNumber number);
+    [[nodiscard]] bool isAsBefore(dbase::RecordNumber number) const {
+        return number < isAsBefore_.size() && isAsBefore_[number];
+    }
+
     void post(const UndoEntry& entry, const Found& found, Row after);
     void recall(const UndoEntry& entry, const Row& stored);
     void addAgain(const UndoEntry& entry);
@@ -88,6 +95,7 @@ private:
     Observer observer_;
     RowPosts posts_;
     std::map<dbase::RecordNumber, Pending> pending_;
+    std::vector<bool> isAsBefore_;  // by number: rows put back or never changed after all
     std::set<std::string> left_;    // the ties of rows left alone, if it has any
     std::optional<RowIndex> index_; // from the first row on that is not found by its number
 };

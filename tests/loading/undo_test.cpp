@@ -186,6 +186,28 @@ TEST_F(Undo, DeletesAddedRowsAndReturnsDeletedOnes) {
     EXPECT_EQ(batch.table->records().recordCount(), 5U) << "the deleted record itself is live again";
 }
 
+TEST_F(Undo, TwiceKeepsTheRowWhoseFormerValuesAnAddedOneHad) {
+    const std::string before = rows();
+    {
+        const auto table = dbase::Table::open(file);
+        UndoWriter writer(undoFile, file, "la prueba");
+        const std::size_t position = writer.addTableOfWholeRows(file, table->schema(), code);
+        const auto row = storedRecord(*table, 2);
+        const auto changed = withValue(table->schema(), row, "CODIGO", "B2");
+        table->overwrite(2, row, changed, dbase::Durability::Disk);
+        writer.addition(position, table->append(row, dbase::Durability::Disk), row);
+        writer.change(position, 2, row, changed);
+        writer.sync();
+    }
+    EXPECT_EQ(undoAll(), "2 put back, 0 as before, 0 left");
+    EXPECT_EQ(rows(), before);
+    for (const std::uint64_t dropped : {0U, 1U}) { // that also took the record of the added row
+        EXPECT_EQ(dropped == 0 ? 0U : dbase::compactTable(file).dropped, dropped);
+        EXPECT_EQ(undoAll(), "0 put back, 2 as before, 0 left");
+        EXPECT_EQ(rows(), before);
+    }
+}
+
 TEST_F(Undo, AddsADeletedRowAgainWhenCompactingHasTakenIt) {
     const std::string before = rows();
     {
