@@ -110,7 +110,8 @@ private:
     /// Whether a piece begins at a word; `first`: where the one before it did.
     bool begins(std::size_t first, std::size_t at) const {
         return words_[at].follows(Separator::Apart) || at == code_.first || at == code_.last ||
-               beginsStreet(first, at) || beginsCountry(at) || beginsBox(at) || endsBox(at);
+               beginsStreet(first, at) || beginsCountry(at) || beginsBox(at) || endsBox(at) ||
+               endsNote(first, at);
     }
 
     /// "C/ Sol 3 Apdo. 123", but not "Calle Apartado 5" or "Calle del Apartado 5".
@@ -127,6 +128,19 @@ private:
     /// "Apdo. 123 Madrid"
     bool endsBox(std::size_t at) const {
         return words_[at - 1].digits != 0 && isOfBox(words_, at - 1) && words_[at].digits == 0;
+    }
+
+    /// "Tel. 91 555 12 34 Getafe", but not "Tel. 915551234 extensión 5"
+    bool endsNote(std::size_t first, std::size_t at) const {
+        if (!words_[first].is(AddressRole::Note) || words_[at - 1].digits == 0) {
+            return false;
+        }
+        std::size_t end = at;
+        while (end < words_.size() && words_[end].digits == 0 &&
+               (end == at || !words_[end].follows(Separator::Apart))) {
+            ++end;
+        }
+        return end > at && (end == words_.size() || words_[end].follows(Separator::Apart));
     }
 
     /// "28009 Madrid España", but not "Plaza España"

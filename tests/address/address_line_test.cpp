@@ -216,6 +216,23 @@ TEST(AddressLineTest, TheTownMayFollowTheNumberOfABox) {
     }
 }
 
+TEST(AddressLineTest, TheTownMayFollowATelephone) {
+    for (const char* telephone : {"Tlf 915551234", "Tel. 91 555 12 34", "móvil: 600123456"}) {
+        for (const char* place : {"Getafe, Madrid", "Getafe (Madrid)"}) {
+            const std::string text = std::string("C/ Sol 3, ") + telephone + ' ' + place;
+            EXPECT_EQ(line(text.c_str()), (WrittenAddress{.type = "C/",
+                                                          .street = "Sol",
+                                                          .number = "3",
+                                                          .rest = telephone,
+                                                          .municipality = "Getafe",
+                                                          .province = "Madrid"}))
+                << text;
+        }
+    }
+    EXPECT_EQ(line("C/ Sol 3, tel. 915551234 extensión 5, 28009 Madrid").rest, "tel. 915551234 extensión 5");
+    EXPECT_EQ(line("C/ Sol 3, junto al 5 bis, 28009 Madrid").municipality, "Madrid");
+}
+
 TEST(AddressLineTest, TownsOfSeveralWordsAndTwoLanguages) {
     EXPECT_EQ(line("C/ Sol 3, 28801 Alcalá de Henares (Madrid)").municipality, "Alcalá de Henares");
     EXPECT_EQ(line("C/ Sol 3, 01001 Vitoria-Gasteiz").municipality, "Vitoria-Gasteiz");
