@@ -67,8 +67,12 @@ public:
         : lookup_(lookup), options_(options), given_(given), begun_(begun) {}
 
     [[nodiscard]] JudgedAddress judge() {
-        if (!isDecidedAsWritten() && !isDecidedExactly() && !best_) {
-            decideByNear();
+        if (!isDecidedAsWritten() && !isDecidedExactly()) {
+            if (!best_) {
+                decideByNear();
+            } else if (isSettled(best_->verdict)) {
+                heedTownsInRest();
+            }
         }
         return *std::move(best_);
     }
@@ -80,6 +84,7 @@ private:
     [[nodiscard]] bool isDecidedBy(Finding& finding, bool isAllRead);
     [[nodiscard]] Finding& find(AddressParts& reading);
     [[nodiscard]] bool passesOverTown(const Finding& finding) const;
+    void heedTownsInRest();
 
     /// Whether a reading leaves nothing of the street aside. A name may begin with two kinds of street, as in
     /// "C/ Costanilla de la Herradura".
@@ -95,6 +100,7 @@ private:
     std::list<Finding> others_;     // of the readings that were not looked up in the beginning
     std::vector<Finding*> doubted_; // what to ask the suggestions about
     std::optional<JudgedAddress> best_;
+    Finding* bestFinding_ = nullptr; // of which that is the verdict
 };
 
 /// Whether nobody needs to look further. Otherwise keeps the verdict if it is the best so far; of equal ones
@@ -105,6 +111,7 @@ bool Trial::isDecidedBy(Finding& finding, bool isAllRead) {
     const auto rank = [](const JudgedAddress& one) { return std::pair(one.verdict, one.confidence); };
     if (isDecided || !best_ || rank(judged) > rank(*best_)) {
         best_ = std::move(judged);
+        bestFinding_ = &finding;
     }
     return isDecided;
 }
@@ -136,17 +143,37 @@ Finding& Trial::find(AddressParts& reading) {
     return finding;
 }
 
+/// Whether a reading leaves aside what another one takes for another town. A postal code would tell.
+bool leavesTownOf(const Finding& other, const Finding& finding) {
+    const AddressParts &its = other.question.parts, &own = finding.question.parts;
+    const bool isSame = std::ranges::any_of(other.places, [&](const PlaceOption& one) { // by another name
+        return std::ranges::find(finding.places, one.municipality, &PlaceOption::municipality) !=
+               finding.places.end();
+    });
+    return !isSame && finding.question.lacksCode() && !its.municipality.empty() &&
+           own.municipality != its.municipality && own.rest.find(its.municipality) != std::string::npos;
+}
+
 /// Whether a reading takes for the town what the likeliest one takes for its province, or leaves aside the
 /// town that this one has found: "Mayor 5, Getafe, Madrid" is in Getafe, though only the capital has the
-/// street. A postal code would tell.
+/// street.
 bool Trial::passesOverTown(const Finding& finding) const {
     const Finding& likeliest = begun_.first.back();
-    const AddressParts &its = likeliest.question.parts, &own = finding.question.parts;
-    if (!finding.question.lacksCode() || its.municipality.empty() || own.municipality == its.municipality ||
-        own.rest.find(its.municipality) == std::string::npos) {
-        return false;
+    const bool isItsProvince = finding.question.parts.municipality == likeliest.question.parts.province;
+    return leavesTownOf(likeliest, finding) && (isItsProvince || !likeliest.places.empty());
+}
+
+/// The same for the towns of other readings: "Getafe, Calle Mayor 5, Madrid".
+void Trial::heedTownsInRest() {
+    const bool leavesOne = std::ranges::any_of(others_, [&](const Finding& other) {
+        return !other.places.empty() && leavesTownOf(other, *bestFinding_);
+    });
+    if (leavesOne) {
+        for (AddressOption& option : bestFinding_->options) {
+            option.place.doubt += doubt::townInRest;
+        }
+        best_ = judgedFrom(*bestFinding_, options_);
     }
-    return own.municipality == its.province || !likeliest.places.empty();
 }
 
 bool Trial::isDecidedExactly() {

@@ -90,16 +90,18 @@ TEST_F(AddressVerdicts, CapitalAfterATownIsItsProvinceThoughOnlyTheCapitalHasThe
     for (const char* line : {"Calle Velázquez 5, Aranjuez, Madrid", "Calle Velázquez 5 Aranjuez Madrid",
                              "Calle Velázquez 5, Aranjuez - Madrid", "Calle Velázquez 5, Aranjués, Madrid",
                              "Calle Velázquez 5, Villaperdida, Madrid", "Calle Velázquez 5, Madrid, Aranjuez",
-                             "Aranjuez, Madrid, Calle Velázquez 5"}) {
+                             "Aranjuez, Madrid, Calle Velázquez 5", "Aranjuez, Calle Velázquez 5, Madrid",
+                             "Calle Velázquez 5 (Aranjuez), Madrid"}) {
         const JudgedAddress judged = judge({.line = line});
         EXPECT_FALSE(isSettled(judged.verdict)) << line;
         EXPECT_EQ(judged.postalCode, "") << line;
         EXPECT_FALSE(judged.alternatives.empty()) << line;
     }
     for (const char* line :
-         {"Calle Velázquez 5, Madrid, Madrid", "Calle Velázquez 5, Madrid (Madrid)",
-          "Calle Velázquez 5, bajo, Madrid", "Calle Velázquez 5, Edificio Sol, Madrid",
-          "Calle Velázquez 5, Aranjuez, 28001 Madrid", "Calle Mayor 5, Aranjuez, Madrid"}) {
+         {"Avenida Maisonnave 5, Alicante/Alacant, Alicante/Alacant", "Calle Velázquez 5, Madrid, Madrid",
+          "Calle Velázquez 5, Madrid (Madrid)", "Calle Velázquez 5, bajo, Madrid",
+          "Calle Velázquez 5, Edificio Sol, Madrid", "Calle Velázquez 5, Aranjuez, 28001 Madrid",
+          "Calle Mayor 5, Aranjuez, Madrid"}) {
         EXPECT_TRUE(isSettled(judge({.line = line}).verdict)) << line;
     }
 }
