@@ -15,6 +15,7 @@
 #include "address/GivenReadings.h"
 #include "address/PlainText.h"
 #include "address/TidyText.h"
+#include "address/WrittenWords.h"
 #include "data/Province.h"
 #include "dbase/lock/read_scope.h"
 #include "services/Rnumcad.h"
@@ -70,7 +71,8 @@ public:
         if (!isDecidedAsWritten() && !isDecidedExactly()) {
             if (!best_) {
                 decideByNear();
-            } else if (isSettled(best_->verdict)) {
+            }
+            if (isSettled(best_->verdict)) {
                 heedTownsInRest();
             }
         }
@@ -84,6 +86,8 @@ private:
     [[nodiscard]] bool isDecidedBy(Finding& finding, bool isAllRead);
     [[nodiscard]] Finding& find(AddressParts& reading);
     [[nodiscard]] bool passesOverTown(const Finding& finding) const;
+    [[nodiscard]] bool isOtherTown(std::string_view name);
+    [[nodiscard]] bool namesTownInRest();
     void heedTownsInRest();
 
     /// Whether a reading leaves nothing of the street aside. A name may begin with two kinds of street, as in
@@ -163,12 +167,54 @@ bool Trial::passesOverTown(const Finding& finding) const {
     return leavesTownOf(likeliest, finding) && (isItsProvince || !likeliest.places.empty());
 }
 
+/// Whether a name is that of a municipality in the province of the best reading's, and not of that one.
+bool Trial::isOtherTown(std::string_view name) {
+    const MunicipalityPointer& own = bestFinding_->options.front().place.municipality;
+    AddressParts parts;
+    parts.municipality = name;
+    Finding found;
+    lookup_.ask(std::move(parts), found);
+    lookup_.findPlaces(found);
+    const auto isOwn = [&](const PlaceOption& place) { return place.municipality == own; };
+    return std::ranges::none_of(found.places, isOwn) &&
+           std::ranges::any_of(found.places, [&](const PlaceOption& place) {
+               return !own->provinces.empty() && isInProvince(*place.municipality, own->provinces.front());
+           });
+}
+
+/// Whether a part of what the best reading leaves aside ends in the name of another town: "Mayor 5, esquina
+/// Goya Getafe, Madrid". A postal code would tell.
+bool Trial::namesTownInRest() {
+    constexpr std::size_t mostWords = 5; // of a town's name
+    const AddressQuestion& question = bestFinding_->question;
+    if (!question.lacksCode() || question.parts.rest.empty() || bestFinding_->options.empty()) {
+        return false;
+    }
+    const WrittenWords words(question.parts.rest);
+    for (std::size_t end = 1; end <= words.size(); ++end) {
+        const bool isPartsEnd = end == words.size() || words[end].follows(Separator::Apart);
+        for (std::size_t first = end; isPartsEnd && first > 0 && end - first < mostWords;) {
+            --first;
+            if (words[first].digits != 0) {
+                break;
+            }
+            if (isOtherTown(words.text({first, end}))) {
+                return true;
+            }
+            if (words[first].follows(Separator::Apart)) {
+                break;
+            }
+        }
+    }
+    return false;
+}
+
 /// The same for the towns of other readings: "Getafe, Calle Mayor 5, Madrid".
 void Trial::heedTownsInRest() {
     const bool leavesOne = std::ranges::any_of(others_, [&](const Finding& other) {
         return !other.places.empty() && leavesTownOf(other, *bestFinding_);
     });
-    if (leavesOne) {
+    if (leavesOne || namesTownInRest()) {
         for (AddressOption& option : bestFinding_->options) {
             option.place.doubt += doubt::townInRest;
         }

@@ -87,11 +87,13 @@ TEST_F(AddressVerdicts, ProvinceThatIsNoneIsCorrected) {
 }
 
 TEST_F(AddressVerdicts, CapitalAfterATownIsItsProvinceThoughOnlyTheCapitalHasTheStreet) {
-    for (const char* line : {"Calle Velázquez 5, Aranjuez, Madrid", "Calle Velázquez 5 Aranjuez Madrid",
-                             "Calle Velázquez 5, Aranjuez - Madrid", "Calle Velázquez 5, Aranjués, Madrid",
-                             "Calle Velázquez 5, Villaperdida, Madrid", "Calle Velázquez 5, Madrid, Aranjuez",
-                             "Aranjuez, Madrid, Calle Velázquez 5", "Aranjuez, Calle Velázquez 5, Madrid",
-                             "Calle Velázquez 5 (Aranjuez), Madrid"}) {
+    for (const char* line :
+         {"Calle Velázquez 5, Aranjuez, Madrid", "Calle Velázquez 5 Aranjuez Madrid",
+          "Calle Velázquez 5, Aranjuez - Madrid", "Calle Velázquez 5, Aranjués, Madrid",
+          "Calle Velázquez 5, Villaperdida, Madrid", "Calle Velázquez 5, Madrid, Aranjuez",
+          "Aranjuez, Madrid, Calle Velázquez 5", "Aranjuez, Calle Velázquez 5, Madrid",
+          "Calle Velázquez 5 (Aranjuez), Madrid", "Calle Velázquez 5, esquina Goya Aranjuez, Madrid",
+          "Calle Velázquez 5, Urb. El Pinar Aranjuez, Madrid"}) {
         const JudgedAddress judged = judge({.line = line});
         EXPECT_FALSE(isSettled(judged.verdict)) << line;
         EXPECT_EQ(judged.postalCode, "") << line;
@@ -104,6 +106,10 @@ TEST_F(AddressVerdicts, CapitalAfterATownIsItsProvinceThoughOnlyTheCapitalHasThe
           "Calle Mayor 5, Aranjuez, Madrid"}) {
         EXPECT_TRUE(isSettled(judge({.line = line}).verdict)) << line;
     }
+    for (const char* street : {"Calle Velázquez 5, Aranjuez", "Calle Velázquez 5 (Aranjuez)"}) {
+        EXPECT_FALSE(isSettled(judge({.street = street, .municipality = "Madrid"}).verdict)) << street;
+    }
+    EXPECT_TRUE(isSettled(judge({.street = "Calle Velázquez 5, bajo", .municipality = "Madrid"}).verdict));
 }
 
 TEST_F(AddressVerdicts, NumberThatATownsStreetLacksLeadsToNoOtherTown) {
