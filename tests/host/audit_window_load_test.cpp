@@ -30,12 +30,16 @@ protected:
         std::string record(schema.recordLength, ' ');
         const auto set = [&](const char* column, const std::string& value) {
             const dbase::Column& one = schema.columns.at(schema.find(column).value());
-            dbase::encodeText(std::span(record).subspan(one.offset, one.width), value);
+            const std::string aligned(one.type == dbase::ColumnType::Numeric ? one.width - value.size() : 0,
+                                      ' ');
+            dbase::encodeText(std::span(record).subspan(one.offset, one.width), aligned + value);
         };
         set("PROVINCIA", "28");
         set("CAPITAL", "0");
         set("TIPO_VIA", "CL");
         set("CODPOSTAL", "28005");
+        set("IMPAR_INI", "1");
+        set("IMPAR_FIN", "99");
         for (int row = 0; row < rows; ++row) {
             set("CODIGO1", std::to_string(28'100'000 + row));
             set("VIA", "calle " + std::to_string(row));
