@@ -56,8 +56,8 @@ std::vector<const EarlierPlace*> matchPlaces(std::span<const PlaceRow> rows,
         }
     };
     const auto ofKey = [&](const PlaceRow& row) {
-        const auto found = std::ranges::equal_range(earlier, row.official, {}, &EarlierPlace::official);
-        return std::span(found.begin(), found.end());
+        return std::span(std::ranges::lower_bound(earlier, row.official, {}, &EarlierPlace::official),
+                         std::ranges::upper_bound(earlier, row.official, {}, &EarlierPlace::official));
     };
     const auto all = [&](const PlaceRow&) { return earlier; };
     match(ofKey, [](const PlaceRow&, const EarlierPlace&) { return true; });

@@ -104,8 +104,10 @@ void PlaceNames::addRowsOf(PlaceCode place, const std::string& shortName, std::v
         return std::pair(entity.first, entity.second.postalCode);
     };
     std::ranges::stable_sort(entities, {}, nameAndCode);
-    const auto repeated = std::ranges::unique(entities, {}, nameAndCode); // of several units
-    entities.erase(repeated.begin(), repeated.end());
+    const auto isSame = [&](const auto& one, const auto& other) {
+        return nameAndCode(one) == nameAndCode(other); // of several units
+    };
+    entities.erase(std::unique(entities.begin(), entities.end(), isSame), entities.end());
     for (const auto& [entity, official] : entities) {
         rows.push_back({official, hasOneCode, std::string(entity), shortName});
     }
