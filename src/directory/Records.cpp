@@ -1,9 +1,9 @@
 // Taking the lines of the official files apart.
 #include "directory/Records.h"
 
-#include <algorithm>
-#include <array>
 #include <cstring>
+
+#include "dbase/system/bytes.h"
 
 namespace ambrel::directory {
 namespace {
@@ -30,29 +30,23 @@ struct Signs {
     bool areAscii, areText; // areText: none is below the blank
 };
 
-/// Many at a time.
+/// A word at a time.
 Signs signsOf(std::string_view text) {
     constexpr std::uint64_t highBits = 0x8080808080808080, blanks = 0x2020202020202020;
-    std::array<std::uint64_t, 4> words{}, all{}, below{};
-    const auto look = [&] {
-        for (std::size_t i = 0; i < words.size(); ++i) {
-            all[i] |= words[i];
-            below[i] |= (words[i] - blanks) & ~words[i]; // one below the blank borrows
-        }
+    std::uint64_t all = 0, below = 0;
+    const auto look = [&](std::uint64_t word) {
+        all |= word;
+        below |= (word - blanks) & ~word; // one below the blank borrows
     };
-    for (; text.size() >= sizeof words; text.remove_prefix(sizeof words)) {
-        std::memcpy(words.data(), text.data(), sizeof words);
-        look();
+    for (; text.size() >= sizeof blanks; text.remove_prefix(sizeof blanks)) {
+        look(dbase::load64(text.data()));
     }
-    words.fill(blanks);
+    std::uint64_t rest = blanks;
     if (!text.empty()) {
-        std::memcpy(words.data(), text.data(), text.size());
+        std::memcpy(&rest, text.data(), text.size());
     }
-    look();
-    const auto hasHighBit = [](const std::array<std::uint64_t, 4>& of) {
-        return ((of[0] | of[1] | of[2] | of[3]) & highBits) != 0;
-    };
-    return {!hasHighBit(all), !hasHighBit(below)};
+    look(rest);
+    return {(all & highBits) == 0, (below & highBits) == 0};
 }
 
 Refusal refusalOfText(std::string_view text) {
