@@ -25,31 +25,67 @@ enum { Code, PostalCode, SingleCode, Capital, Name, Province, Number, IsEntity, 
 }
 
 constexpr std::size_t printDigits = 16;
+constexpr std::string_view printSigns = "0123456789ABCDEF";
 constexpr std::uint32_t mostBound = std::numeric_limits<Bounds::value_type>::max();
 
 std::string printText(Fingerprint print) {
     std::string text(printDigits, '0');
     for (auto digit = text.rbegin(); digit != text.rend(); ++digit, print >>= 4) {
-        *digit = "0123456789ABCDEF"[print & 0xF];
+        *digit = printSigns[print & 0xF];
     }
     return text;
 }
 
-/// Sixteen digits for each of millions of rows: they are computed, not looked for.
-Fingerprint printOf(std::string_view text) {
-    Fingerprint print = 0;
-    bool isPrint = text.size() == printDigits;
-    for (const char sign : text) {
-        const unsigned digit = static_cast<unsigned char>(sign) - unsigned{'0'};
-        const unsigned letter = static_cast<unsigned char>(sign) - unsigned{'A'};
-        isPrint = isPrint && (digit <= 9 || letter <= 5);
-        print = print << 4 | (digit <= 9 ? digit : letter + 10);
+/// Values of the digits; more than any of them for another sign.
+constexpr std::array<std::uint8_t, 256> printDigitValues() {
+    std::array<std::uint8_t, 256> values{};
+    values.fill(0xFF);
+    for (std::uint8_t value = 0; value < printSigns.size(); ++value) {
+        values.at(static_cast<unsigned char>(printSigns[value])) = value;
     }
-    return isPrint ? print : 0;
+    return values;
+}
+
+Fingerprint printOf(std::string_view text) {
+    static constexpr std::array<std::uint8_t, 256> values = printDigitValues();
+    Fingerprint print = 0;
+    unsigned seen = 0;
+    for (const char sign : text) {
+        const unsigned value = values[static_cast<unsigned char>(sign)];
+        seen |= value;
+        print = print << 4 | value;
+    }
+    return text.size() == printDigits && seen < printSigns.size() ? print : 0;
 }
 
 std::optional<PlaceCode> placeIn(std::string_view text) {
     return text.size() == 5 ? FixedLine(text).number(1, 5) : std::nullopt;
+}
+
+// The columns of POSTAL, by what they are of.
+
+void writeStreet(RecordForm& form, const OfficialStreet& street) {
+    form.setText(street::Type, street.type);
+    form.setText(street::Name, street.name);
+    form.setText(street::Municipality, street.municipality);
+}
+
+void writePlace(RecordForm& form, PlaceCode place) {
+    form.setText(street::Capital, isCapital(place) ? capitalMark : localityMark);
+    form.setDigits(street::Place, place, 5);
+}
+
+void writeKey(RecordForm& form, std::uint32_t key) { form.setDigits(street::Key, key, 8); }
+
+void writePostalCode(RecordForm& form, std::uint32_t postalCode) {
+    form.setDigits(street::Province, postalCode / 1000, 2);
+    form.setDigits(street::PostalCode, postalCode, 5);
+}
+
+void writeBounds(RecordForm& form, const Bounds& bounds) {
+    for (std::size_t i = 0; i < bounds.size(); ++i) {
+        form.setNumber(street::FirstBound + i, bounds[i]);
+    }
 }
 
 } // namespace
@@ -89,7 +125,12 @@ bool ProvenanceRow::saysTheSameAs(const ProvenanceRow& other) const {
 
 StreetRecord::StreetRecord(const dbase::Schema& schema)
     : form_(schema, {"CODIGO1", "PROVINCIA", "CAPITAL", "TIPO_VIA", "VIA", "IMPAR_INI", "IMPAR_FIN",
-                     "PAR_INI", "PAR_FIN", "CODPOSTAL", "MUNICIPI", "COD_INE"}) {}
+                     "PAR_INI", "PAR_FIN", "CODPOSTAL", "MUNICIPI", "COD_INE"}),
+      expected_(form_) {
+    writePlace(expected_, expectedPlace_);
+    writePostalCode(expected_, expectedPostalCode_);
+    writeBounds(expected_, expectedBounds_);
+}
 
 std::optional<std::uint32_t> StreetRecord::key(std::span<const char> record) const {
     return form_.number(street::Key, record);
@@ -126,36 +167,34 @@ Bounds StreetRecord::bounds(std::span<const char> record) const {
 
 std::span<const char> StreetRecord::write(std::uint32_t key, const OfficialStreet& street,
                                           const JoinedStretch& row, std::span<const char> base) {
-    const PlaceCode place = placeOf(street.id);
     form_.begin(base);
-    form_.setDigits(street::Key, key, 8);
-    form_.setDigits(street::Province, row.postalCode / 1000, 2);
-    form_.setText(street::Capital, isCapital(place) ? capitalMark : localityMark);
-    form_.setText(street::Type, street.type);
-    form_.setText(street::Name, street.name);
-    for (std::size_t i = 0; i < row.bounds.size(); ++i) {
-        form_.setNumber(street::FirstBound + i, row.bounds[i]);
-    }
-    form_.setDigits(street::PostalCode, row.postalCode, 5);
-    form_.setText(street::Municipality, street.municipality);
-    form_.setDigits(street::Place, place, 5);
+    writeStreet(form_, street);
+    writePlace(form_, placeOf(street.id));
+    writeKey(form_, key);
+    writePostalCode(form_, row.postalCode);
+    writeBounds(form_, row.bounds);
     return form_.record();
 }
 
-bool StreetRecord::says(std::span<const char> record, std::uint32_t key, const OfficialStreet& street,
-                        const JoinedStretch& row) const {
-    const PlaceCode place = placeOf(street.id);
-    bool hasBounds = true;
-    for (std::size_t i = 0; i < row.bounds.size(); ++i) {
-        hasBounds = hasBounds && form_.hasNumber(street::FirstBound + i, record, row.bounds[i]);
+void StreetRecord::expect(const OfficialStreet& street) {
+    writeStreet(expected_, street);
+    if (const PlaceCode place = placeOf(street.id); place != expectedPlace_) {
+        writePlace(expected_, place);
+        expectedPlace_ = place;
     }
-    return hasBounds && form_.hasText(street::Name, record, street.name) &&
-           form_.hasDigits(street::PostalCode, record, row.postalCode, 5) &&
-           form_.hasDigits(street::Province, record, row.postalCode / 1000, 2) &&
-           form_.hasText(street::Capital, record, isCapital(place) ? capitalMark : localityMark) &&
-           form_.hasText(street::Type, record, street.type) &&
-           form_.hasText(street::Municipality, record, street.municipality) &&
-           form_.hasDigits(street::Key, record, key, 8) && form_.hasDigits(street::Place, record, place, 5);
+}
+
+bool StreetRecord::says(std::span<const char> record, std::uint32_t key, const JoinedStretch& row) {
+    writeKey(expected_, key);
+    if (row.postalCode != expectedPostalCode_) {
+        writePostalCode(expected_, row.postalCode);
+        expectedPostalCode_ = row.postalCode;
+    }
+    if (row.bounds != expectedBounds_) {
+        writeBounds(expected_, row.bounds);
+        expectedBounds_ = row.bounds;
+    }
+    return expected_.isSaidBy(record);
 }
 
 ProvenanceRecord::ProvenanceRecord(const dbase::Schema& schema)
@@ -163,16 +202,44 @@ ProvenanceRecord::ProvenanceRecord(const dbase::Schema& schema)
             {"HUELLA", "NOMBRE"}) {}
 
 std::optional<ProvenanceRow> ProvenanceRecord::read(std::span<const char> record) const {
-    if (form_.text(provenance::Source, record) != office) {
+    if (!isOfOffice(record)) {
         return std::nullopt;
     }
-    return ProvenanceRow{.key = form_.number(provenance::Key, record),
-                         .official = form_.text(provenance::Official, record),
+    return ProvenanceRow{.key = key(record),
+                         .official = official(record),
                          .line = form_.number(provenance::Line, record).value_or(0),
-                         .opened = form_.text(provenance::Opened, record),
-                         .isNameShortened = form_.logical(provenance::IsShortened, record),
-                         .fingerprint = printOf(form_.text(provenance::Print, record)),
-                         .wholeName = form_.text(provenance::WholeName, record)};
+                         .opened = opened(record),
+                         .isNameShortened = isNameShortened(record),
+                         .fingerprint = fingerprint(record),
+                         .wholeName = wholeName(record)};
+}
+
+bool ProvenanceRecord::isOfOffice(std::span<const char> record) const {
+    return form_.text(provenance::Source, record) == office;
+}
+
+std::optional<std::uint32_t> ProvenanceRecord::key(std::span<const char> record) const {
+    return form_.number(provenance::Key, record);
+}
+
+std::string_view ProvenanceRecord::official(std::span<const char> record) const {
+    return form_.text(provenance::Official, record);
+}
+
+std::string_view ProvenanceRecord::opened(std::span<const char> record) const {
+    return form_.text(provenance::Opened, record);
+}
+
+bool ProvenanceRecord::isNameShortened(std::span<const char> record) const {
+    return form_.logical(provenance::IsShortened, record);
+}
+
+Fingerprint ProvenanceRecord::fingerprint(std::span<const char> record) const {
+    return printOf(form_.text(provenance::Print, record));
+}
+
+std::string_view ProvenanceRecord::wholeName(std::span<const char> record) const {
+    return form_.text(provenance::WholeName, record);
 }
 
 std::string_view ProvenanceRecord::edition(std::span<const char> record) const {

@@ -33,19 +33,28 @@ public:
     [[nodiscard]] Fingerprint fingerprint(std::span<const char> record) const {
         return form_.fingerprint(record);
     }
+    [[nodiscard]] SideBySide<Fingerprint>
+    fingerprints(const SideBySide<std::span<const char>>& records) const {
+        return form_.fingerprints(records);
+    }
     [[nodiscard]] Bounds bounds(std::span<const char> record) const;
 
     /// The record of an official row, valid until the next one is written. `base`: the record whose other
     /// columns it keeps; empty for none.
     [[nodiscard]] std::span<const char> write(std::uint32_t key, const OfficialStreet& street,
                                               const JoinedStretch& row, std::span<const char> base = {});
-    /// Whether a record's columns that an edition fills are, byte by byte, those that write() would write.
-    /// Seen much faster than by writing.
-    [[nodiscard]] bool says(std::span<const char> record, std::uint32_t key, const OfficialStreet& street,
-                            const JoinedStretch& row) const;
+    /// Has says() speak of a street, until the next one.
+    void expect(const OfficialStreet& street);
+    /// Whether a record's columns that an edition fills are, byte by byte, those that write() would write for
+    /// a row of that street. Seen much faster than by writing: rows of a street differ in little.
+    [[nodiscard]] bool says(std::span<const char> record, std::uint32_t key, const JoinedStretch& row);
 
 private:
     RecordForm form_;
+    RecordForm expected_;
+    PlaceCode expectedPlace_ = 0; // in it
+    Bounds expectedBounds_ = {};
+    std::uint32_t expectedPostalCode_ = 0;
 };
 
 /// What PROCEDEN says of one row. Texts live as long as what they were taken from.
@@ -69,7 +78,17 @@ public:
 
     /// Null for a row of another source.
     [[nodiscard]] std::optional<ProvenanceRow> read(std::span<const char> record) const;
+    // --- Its columns one by one
+    /// Whether the row is of this source.
+    [[nodiscard]] bool isOfOffice(std::span<const char> record) const;
+    [[nodiscard]] std::optional<std::uint32_t> key(std::span<const char> record) const;
+    [[nodiscard]] std::string_view official(std::span<const char> record) const;
+    [[nodiscard]] std::string_view opened(std::span<const char> record) const;
+    [[nodiscard]] bool isNameShortened(std::span<const char> record) const;
+    [[nodiscard]] Fingerprint fingerprint(std::span<const char> record) const;
+    [[nodiscard]] std::string_view wholeName(std::span<const char> record) const;
     [[nodiscard]] std::string_view edition(std::span<const char> record) const;
+
     [[nodiscard]] std::span<const char> write(const ProvenanceRow& row, const std::string& edition,
                                               std::span<const char> base = {});
 

@@ -20,15 +20,13 @@ std::size_t signOf(const JoinedStretch& row, std::size_t bound) {
 
 auto orderOf(const EarlierRow& row) { return std::tie(row.street, row.postalCode, row.ordinal, row.key); }
 
-EarlierRow earlierRow(const ProvenanceRow& row, const OfficialKey& official, dbase::RecordNumber number) {
-    return {.street = official.street,
-            .fingerprint = row.fingerprint,
-            .key = *row.key,
-            .provenance = number,
-            .postalCode = official.postalCode,
-            .ordinal = official.ordinal,
-            .opened = packed(row.opened),
-            .isNameShortened = row.isNameShortened};
+unsigned valueOf(char openedSign) {
+    for (unsigned value = 1; value < openedSigns.size(); ++value) {
+        if (openedSigns[value] == openedSign) {
+            return value;
+        }
+    }
+    return 0; // whatever else it is
 }
 
 } // namespace
@@ -44,8 +42,7 @@ std::string openedText(const JoinedStretch& row) {
 std::uint8_t packed(std::string_view openedText) {
     unsigned result = 0;
     for (const char sign : openedText) {
-        const std::size_t value = openedSigns.find(sign);
-        result = result << 2 | (value == std::string_view::npos ? 0U : static_cast<unsigned>(value));
+        result = result << 2 | valueOf(sign);
     }
     return static_cast<std::uint8_t>(result & 0xFFU);
 }
@@ -66,22 +63,31 @@ EarlierEdition readProvenance(const StoredRows& table, const LoadingProgress& pr
     dbase::preferLargePages(earlier.streets.data(), count * sizeof(EarlierRow));
     const auto take = [&](dbase::RecordNumber number, std::span<const char> bytes) {
         reportStep(progress, "PROCEDEN", number, count);
-        const std::optional<ProvenanceRow> row = record.read(bytes);
-        if (!row) {
+        if (!record.isOfOffice(bytes)) {
             return;
         }
         if (const std::string_view date = record.edition(bytes); date > earlier.date) {
             earlier.date = date;
         }
-        if (const auto street = row->key ? OfficialKey::fromText(row->official) : std::nullopt) {
-            earlier.streets.push_back(earlierRow(*row, *street, number));
-        } else if (const auto place = OfficialPlaceKey::fromText(row->official); place && !row->key) {
-            earlier.places.push_back({*place, row->fingerprint, std::string(row->wholeName), number});
+        const std::optional<std::uint32_t> key = record.key(bytes);
+        const std::string_view official = record.official(bytes);
+        if (const auto street = key ? OfficialKey::fromText(official) : std::nullopt) {
+            earlier.streets.push_back({.street = street->street,
+                                       .fingerprint = record.fingerprint(bytes),
+                                       .key = *key,
+                                       .provenance = number,
+                                       .postalCode = street->postalCode,
+                                       .ordinal = street->ordinal,
+                                       .opened = packed(record.opened(bytes)),
+                                       .isNameShortened = record.isNameShortened(bytes)});
+        } else if (const auto place = OfficialPlaceKey::fromText(official); place && !key) {
+            earlier.places.push_back(
+                {*place, record.fingerprint(bytes), std::string(record.wholeName(bytes)), number});
         }
     };
     table.forEach(take, [&](dbase::RecordNumber, std::span<const char> bytes) {
-        if (const std::optional<ProvenanceRow> row = record.read(bytes); row && row->key) {
-            earlier.goneKeys.push_back(*row->key);
+        if (const auto key = record.isOfOffice(bytes) ? record.key(bytes) : std::nullopt) {
+            earlier.goneKeys.push_back(*key);
         }
     });
     const auto precedes = [](const EarlierRow& one, const EarlierRow& other) {

@@ -38,7 +38,8 @@ dbase::RecordNumber StoredRows::readFrom(dbase::RecordNumber first, std::span<ch
     });
 }
 
-void StoredRows::forEach(const Visit& visit, const Visit& visitDeleted) const {
+void StoredRows::forEach(const Visit& visit, const Visit& visitDeleted,
+                         const std::function<void()>& release) const {
     constexpr dbase::RecordNumber slice = 4096;
     const std::size_t length = schema().recordLength;
     std::vector<char> bytes(slice * length);
@@ -51,6 +52,9 @@ void StoredRows::forEach(const Visit& visit, const Visit& visitDeleted) const {
             } else if (visitDeleted) {
                 visitDeleted(first + i, row);
             }
+        }
+        if (release) {
+            release();
         }
         first = size < slice ? 0 : first + size;
     }

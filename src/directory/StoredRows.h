@@ -28,8 +28,9 @@ public:
     [[nodiscard]] dbase::RecordNumber recordCount() const { return records().recordCount(); }
     using Visit = std::function<void(dbase::RecordNumber, std::span<const char>)>;
     /// Visits the rows that are not deleted, in the order of their records; the others by `visitDeleted`, if
-    /// there is one.
-    void forEach(const Visit& visit, const Visit& visitDeleted = {}) const;
+    /// there is one. Their bytes stay until the next call of `release`.
+    void forEach(const Visit& visit, const Visit& visitDeleted = {},
+                 const std::function<void()>& release = {}) const;
     /// Reads rows that follow each other, deleted ones included, as many as there are and `bytes` can hold;
     /// returns how many.
     dbase::RecordNumber readFrom(dbase::RecordNumber first, std::span<char> bytes) const;

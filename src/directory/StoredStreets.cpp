@@ -37,6 +37,43 @@ private:
     std::size_t next_ = 0;
 };
 
+/// Finds out whether earlier rows are as they came, several at a time.
+class RowStates {
+public:
+    explicit RowStates(const StreetRecord& record) : record_(record) {}
+    /// The bytes that a row now has must stay where they are until it is finished. `useChanged`: receives
+    /// earlier rows that somebody has changed, and their bytes.
+    template<typename UseChanged>
+    void add(EarlierRow& row, std::span<const char> bytes, const UseChanged& useChanged) {
+        rows_[count_] = &row;
+        bytes_[count_] = bytes;
+        if (++count_ == rows_.size()) {
+            finish(useChanged);
+        }
+    }
+    template<typename UseChanged>
+    void finish(const UseChanged& useChanged) {
+        if (count_ == 0) {
+            return;
+        }
+        std::fill(bytes_.begin() + static_cast<std::ptrdiff_t>(count_), bytes_.end(), bytes_.front());
+        const SideBySide<Fingerprint> prints = record_.fingerprints(bytes_);
+        for (std::size_t i = 0; i < count_; ++i) {
+            rows_[i]->state = prints[i] == rows_[i]->fingerprint ? RowState::Untouched : RowState::Changed;
+            if (rows_[i]->state == RowState::Changed) {
+                useChanged(*rows_[i], bytes_[i]);
+            }
+        }
+        count_ = 0;
+    }
+
+private:
+    const StreetRecord& record_;
+    SideBySide<EarlierRow*> rows_{};
+    SideBySide<std::span<const char>> bytes_; // of each of them
+    std::size_t count_ = 0;
+};
+
 void addOwn(const StreetRecord& record, std::span<const char> bytes, dbase::RecordNumber number,
             const PlacesNamed& placesNamed, OwnStreets& own) {
     if (const auto place = record.place(bytes)) {
@@ -55,8 +92,12 @@ StoredStreets readStoredStreets(const StoredRows& table, EarlierEdition& earlier
     StoredStreets stored;
     const StreetRecord record(table.schema());
     RowsByKey byKey(earlier.streets);
+    RowStates states(record);
     const dbase::RecordNumber count = table.recordCount();
     bool isEmpty = true;
+    const auto addChanged = [&](const EarlierRow& row, std::span<const char> bytes) {
+        addOwn(record, bytes, row.record, placesNamed, stored.own);
+    };
     const auto take = [&](dbase::RecordNumber number, std::span<const char> bytes) {
         reportStep(progress, "POSTAL", number, count);
         isEmpty = false;
@@ -64,20 +105,20 @@ StoredStreets readStoredStreets(const StoredRows& table, EarlierEdition& earlier
         EarlierRow* const row = key ? byKey.find(*key) : nullptr;
         if (row != nullptr && row->record == 0) {
             row->record = number;
-            row->state =
-                record.fingerprint(bytes) == row->fingerprint ? RowState::Untouched : RowState::Changed;
-        } else if (key) {
+            states.add(*row, bytes, addChanged);
+            return;
+        }
+        if (key) {
             stored.keys.addUsed(*key);
         }
-        if (row == nullptr || row->record != number || row->state == RowState::Changed) {
-            addOwn(record, bytes, number, placesNamed, stored.own);
-        }
+        addOwn(record, bytes, number, placesNamed, stored.own);
     };
-    table.forEach(take, [&](dbase::RecordNumber, std::span<const char> bytes) {
+    const auto takeDeleted = [&](dbase::RecordNumber, std::span<const char> bytes) {
         if (const std::optional<std::uint32_t> key = record.key(bytes)) {
             earlier.goneKeys.push_back(*key);
         }
-    });
+    };
+    table.forEach(take, takeDeleted, [&] { states.finish(addChanged); });
     if (!isEmpty) { // customers' addresses may still have them
         std::ranges::for_each(earlier.goneKeys, [&](std::uint32_t key) { stored.keys.addGone(key); });
     }

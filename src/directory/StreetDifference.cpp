@@ -66,6 +66,7 @@ void StreetDifference::compare(const OfficialStreet& street) {
 }
 
 void StreetDifference::compareRows(const OfficialStreet& street, std::span<const EarlierRow> earlier) {
+    streetRecord_.expect(street);
     if (std::ranges::equal(street.rows, earlier, hasKeyOf)) {
         for (std::size_t i = 0; i < earlier.size(); ++i) {
             goOn(street, street.rows[i], earlier[i]);
@@ -175,7 +176,7 @@ Fingerprint StreetDifference::printOf(const OfficialStreet& street, const Joined
                                       const EarlierRow& earlier) {
     if (earlier.state == RowState::Untouched) {
         const std::span<const char> record = rows_.find(earlier.record);
-        if (!record.empty() && streetRecord_.says(record, earlier.key, street, row)) {
+        if (!record.empty() && streetRecord_.says(record, earlier.key, row)) {
             return earlier.fingerprint;
         }
     }

@@ -77,10 +77,14 @@ TEST_F(RowsInOrderTest, MovesWhereSeveralAreAskedForOneAfterAnother) {
 
 TEST_F(RowsInOrderTest, ARecordSaysWhatIsWrittenThereAndNothingElse) {
     const std::span<const char> row = rows().find(1);
-    const StreetRecord record(stored->schema());
-    EXPECT_TRUE(record.says(row, 1, street, stretch));
-    EXPECT_FALSE(record.says(row, 2, street, stretch));
-    const auto saysOf = [&](OfficialStreet other) { return record.says(row, 1, other, stretch); };
+    StreetRecord record(stored->schema());
+    record.expect(street);
+    EXPECT_TRUE(record.says(row, 1, stretch));
+    EXPECT_FALSE(record.says(row, 2, stretch));
+    const auto saysOf = [&](const OfficialStreet& other) {
+        record.expect(other);
+        return record.says(row, 1, stretch);
+    };
     OfficialStreet other = street;
     for (const std::string_view name : {"MAYO", "MAYOR ALTA", ""}) {
         other.name = name;
@@ -95,17 +99,20 @@ TEST_F(RowsInOrderTest, ARecordSaysWhatIsWrittenThereAndNothingElse) {
     other = street;
     other.id = streetId(28080, false, 5);
     EXPECT_FALSE(saysOf(other)) << "a capital's mark and code";
-    const auto saysWith = [&](JoinedStretch next) { return record.says(row, 1, street, next); };
+    record.expect(street);
+    const auto saysWith = [&](const JoinedStretch& next) { return record.says(row, 1, next); };
     for (std::size_t bound = 0; bound < stretch.bounds.size(); ++bound) {
         for (const Bounds::value_type value : std::array<Bounds::value_type, 5>{0, 9, 200, 1201, 11200}) {
             JoinedStretch next = stretch;
             next.bounds.at(bound) = value;
             EXPECT_FALSE(saysWith(next)) << bound << ' ' << value;
+            EXPECT_TRUE(saysWith(stretch)) << "after another one";
         }
     }
     JoinedStretch next = stretch;
     next.postalCode = 8013;
     EXPECT_FALSE(saysWith(next));
+    EXPECT_TRUE(saysWith(stretch));
 }
 
 } // namespace
