@@ -276,12 +276,13 @@ void Edition::take(const StretchLine& line, std::uint64_t number) {
 struct Edition::PlaceStreets {
     std::size_t size = 0;          // its stretches
     std::vector<Stored> stretches; // if they lie in several pieces
-    std::vector<std::string> names;
+    NamesInWidth names{streetNameWidth};
     std::vector<JoinedStretch> rows;
     std::vector<OfficialStreet> streets;
     std::vector<std::size_t> ends; // of their rows
 
     void clear() {
+        names.clear();
         streets.clear();
         rows.clear();
         ends.clear();
@@ -296,7 +297,6 @@ struct Edition::PlaceStreets {
 
 void Edition::joinMunicipality(std::span<Stored> stretches, RangeOpening opening, StreetTypeCodes& types,
                                PlaceStreets& result) {
-    NamesInWidth names(streetNameWidth);
     std::vector<std::span<Stored>> streets;
     std::vector<const StreetIndex::Entry*> entries;
     for (std::size_t begin = 0, end = 0; begin < stretches.size(); begin = end) {
@@ -309,26 +309,26 @@ void Edition::joinMunicipality(std::span<Stored> stretches, RangeOpening opening
         notes_.streetsWithoutName += listed != nullptr ? 0 : 1;
         streets.push_back(stretches.subspan(begin, end - begin));
         entries.push_back(listed);
-        names.add(directory::keyOf(id), std::string((listed != nullptr ? streets_ : unlisted_).name(*entry)));
+        result.names.add(directory::keyOf(id), (listed != nullptr ? streets_ : unlisted_).name(*entry));
     }
-    result.names = names.settle();
+    const std::span<const std::string_view> names = result.names.settle();
     const std::string& municipality = places_.municipality(placeOf(stretches.front().id));
     std::vector<ObservedStretch> observed;
     std::vector<JoinedStretch> rows;
     for (std::size_t i = 0; i < streets.size(); ++i) {
-        const std::string& name = result.names[i];
+        const StreetIndex::Entry* const listed = entries[i];
         OfficialStreet& street = result.streets.emplace_back(OfficialStreet{.id = streets[i].front().id});
-        if (!name.empty()) {
+        if (!names[i].empty()) {
             observed.clear();
             std::ranges::transform(streets[i], std::back_inserter(observed), &Stored::stretch);
             joinStretches(observed, opening, rows);
             std::ranges::copy(rows, std::back_inserter(result.rows));
-            street.name = name;
+            street.name = names[i];
             street.municipality = municipality;
-            street.isListed = entries[i] != nullptr;
-            street.type = types.codeOf(entries[i] != nullptr ? streets_.type(*entries[i]) : std::string());
-            if (entries[i] != nullptr && name != streets_.name(*entries[i])) {
-                street.wholeName = streets_.name(*entries[i]);
+            street.isListed = listed != nullptr;
+            street.type = types.codeOf(listed != nullptr ? streets_.type(*listed) : std::string_view());
+            if (listed != nullptr && street.name != streets_.name(*listed)) {
+                street.wholeName = streets_.name(*listed);
             }
         }
         result.ends.push_back(result.rows.size());

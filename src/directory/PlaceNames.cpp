@@ -82,7 +82,7 @@ void PlaceNames::addCode(PlaceCode place, std::uint32_t unit, std::uint32_t post
     }
 }
 
-void PlaceNames::addRowsOf(PlaceCode place, const std::string& shortName, std::vector<PlaceRow>& rows) const {
+void PlaceNames::addRowsOf(PlaceCode place, std::string_view shortName, std::vector<PlaceRow>& rows) const {
     std::set<std::uint32_t> codes;
     std::vector<std::pair<std::string_view, OfficialPlaceKey>> entities; // with their names
     const std::string& name = places_.at(place);
@@ -98,7 +98,7 @@ void PlaceNames::addRowsOf(PlaceCode place, const std::string& shortName, std::v
     }
     const bool hasOneCode = codes.size() == 1;
     for (const std::uint32_t code : codes) {
-        rows.push_back({{.place = place, .postalCode = code}, hasOneCode, name, shortName});
+        rows.push_back({{.place = place, .postalCode = code}, hasOneCode, name, std::string(shortName)});
     }
     const auto nameAndCode = [](const auto& entity) {
         return std::pair(entity.first, entity.second.postalCode);
@@ -109,7 +109,7 @@ void PlaceNames::addRowsOf(PlaceCode place, const std::string& shortName, std::v
     };
     entities.erase(std::unique(entities.begin(), entities.end(), isSame), entities.end());
     for (const auto& [entity, official] : entities) {
-        rows.push_back({official, hasOneCode, std::string(entity), shortName});
+        rows.push_back({official, hasOneCode, std::string(entity), std::string(shortName)});
     }
 }
 
@@ -118,7 +118,7 @@ std::vector<PlaceRow> PlaceNames::rows() const {
     for (const auto& [place, name] : places_) {
         shortNames.add(place, name);
     }
-    const std::vector<std::string> settled = shortNames.settle();
+    const std::span<const std::string_view> settled = shortNames.settle();
     std::vector<PlaceRow> rows;
     auto shortName = settled.begin();
     for (const auto& [place, name] : places_) {

@@ -52,7 +52,7 @@ public:
 private:
     using Unit = std::uint64_t; // municipality and unit
     [[nodiscard]] static Unit unitOf(PlaceCode place, std::uint32_t unit) { return Unit{place} << 24 | unit; }
-    void addRowsOf(PlaceCode place, const std::string& shortName, std::vector<PlaceRow>& rows) const;
+    void addRowsOf(PlaceCode place, std::string_view shortName, std::vector<PlaceRow>& rows) const;
 
     std::map<PlaceCode, std::string> places_;
     std::unordered_map<Unit, std::vector<std::string>> units_;

@@ -68,41 +68,49 @@ std::string plainCapitals(std::string_view name) {
     return text;
 }
 
-void NamesInWidth::clear() { names_.clear(); }
+void NamesInWidth::clear() {
+    names_.clear();
+    shortened_.clear();
+}
 
-void NamesInWidth::add(std::uint32_t key, std::string name) { names_.emplace_back(key, std::move(name)); }
+void NamesInWidth::add(std::uint32_t key, std::string_view name) {
+    if (name.size() > width_) {
+        shortened_.push_back({names_.size(), key, name, cut(suggest::abbreviated(name, width_), width_)});
+    }
+    names_.push_back(name);
+}
 
-std::vector<std::string> NamesInWidth::settle() {
-    std::vector<std::pair<std::uint32_t, std::string>> names = std::exchange(names_, {});
-    std::vector<std::string> settled;
-    settled.reserve(names.size());
-    std::unordered_map<std::string, std::set<std::string>> wholeNames; // that each shortened name stands for
-    for (auto& [key, name] : names) {
-        if (name.size() > width_) {
-            settled.push_back(cut(suggest::abbreviated(name, width_), width_));
-            wholeNames[settled.back()].insert(name);
-        } else {
-            settled.push_back(std::move(name));
-            name.clear();
+std::span<const std::string_view> NamesInWidth::settle() {
+    if (!shortened_.empty()) {
+        keepApart();
+    }
+    for (const Shortened& one : shortened_) {
+        names_[one.place] = one.name;
+    }
+    return names_;
+}
+
+/// Gives those their keys that have the same outcome as another name.
+void NamesInWidth::keepApart() {
+    std::unordered_map<std::string_view, std::set<std::string_view>> wholeNames; // of each outcome
+    for (const Shortened& one : shortened_) {
+        wholeNames[one.name].insert(one.whole);
+    }
+    for (const std::string_view name : names_) {
+        if (const auto found = wholeNames.find(name); found != wholeNames.end()) {
+            found->second.insert(name);
         }
     }
-    if (wholeNames.empty()) {
-        return settled;
-    }
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        if (names[i].second.empty()) {
-            if (const auto found = wholeNames.find(settled[i]); found != wholeNames.end()) {
-                found->second.insert(settled[i]);
-            }
+    std::vector<Shortened*> ambiguous;
+    for (Shortened& one : shortened_) {
+        if (wholeNames.at(one.name).size() > 1) {
+            ambiguous.push_back(&one);
         }
     }
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        if (!names[i].second.empty() && wholeNames.at(settled[i]).size() > 1) {
-            const std::string end = " (" + std::to_string(names[i].first) + ')';
-            settled[i] = cut(settled[i], width_ - end.size()) + end;
-        }
+    for (Shortened* const one : ambiguous) {
+        const std::string end = " (" + std::to_string(one->key) + ')';
+        one->name = cut(one->name, width_ - end.size()) + end;
     }
-    return settled;
 }
 
 } // namespace ambrel::directory

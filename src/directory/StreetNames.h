@@ -2,10 +2,9 @@
 #pragma once
 
 #include <cstdint>
-#include <set>
+#include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace ambrel::directory {
@@ -21,16 +20,28 @@ namespace ambrel::directory {
 class NamesInWidth {
 public:
     explicit NamesInWidth(std::size_t width) : width_(width) {}
+    NamesInWidth(const NamesInWidth&) = delete;
+    NamesInWidth& operator=(const NamesInWidth&) = delete;
 
     void clear();
-    /// `key`: what the office calls it; up to five digits.
-    void add(std::uint32_t key, std::string name);
-    /// Settles all names, in the order of their addition, and forgets them.
-    [[nodiscard]] std::vector<std::string> settle();
+    /// `key`: what the office calls it; up to five digits. The name must stay where it is.
+    void add(std::uint32_t key, std::string_view name);
+    /// Settles all names, in the order of their addition. Those that had to be shortened live until the next
+    /// change of this object.
+    [[nodiscard]] std::span<const std::string_view> settle();
 
 private:
+    struct Shortened {
+        std::size_t place; // among all names
+        std::uint32_t key;
+        std::string_view whole;
+        std::string name;
+    };
+    void keepApart();
+
     std::size_t width_;
-    std::vector<std::pair<std::uint32_t, std::string>> names_;
+    std::vector<std::string_view> names_;
+    std::vector<Shortened> shortened_;
 };
 
 } // namespace ambrel::directory

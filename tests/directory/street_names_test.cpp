@@ -21,7 +21,8 @@ Names settled(const Names& names, std::size_t width = 45) {
     for (const std::string& name : names) {
         all.add(++key, name);
     }
-    return all.settle();
+    const auto result = all.settle();
+    return {result.begin(), result.end()};
 }
 
 TEST(PlainCapitals, LoseTheirAccentsAndKeepTheirLetters) {
