@@ -37,8 +37,8 @@ private:
     void addNames(const std::string& names, const std::string& code);
     [[nodiscard]] std::string search(std::string_view abbreviation) const;
 
-    std::vector<Name> names_; // Spanish ones first
-    std::map<std::string, std::string, std::less<>> codes_;
+    std::vector<Name> names_;             // Spanish ones first
+    suggest::TextMap<std::string> codes_; // asked for so far
     std::map<std::string, std::uint64_t, std::less<>> unknown_;
 };
 

@@ -142,6 +142,7 @@ void joinStretches(std::span<ObservedStretch> stretches, RangeOpening opening,
     std::ranges::sort(stretches, precedes);
     rows.clear();
     Runs runs;
+    runs.reserve(stretches.size());
     for (const Numbering side : {Numbering::Odd, Numbering::Even}) {
         collectRuns(stretches, side, runs);
         open(runs, side, opening);
