@@ -92,6 +92,7 @@ private:
     StreetIndex streets_, unlisted_; // the second from the stretches alone
     PlaceNames places_;
     std::vector<Stored> stretches_;
+    std::vector<Stored> sorting_;            // room for some of them
     std::vector<Piece> pieces_;              // of them, by municipality once all are read
     std::uint64_t unlistedCount_ = 0;        // of them
     bool isListed_ = false;                  // the street of the last of them

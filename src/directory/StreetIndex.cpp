@@ -6,21 +6,16 @@
 namespace ambrel::directory {
 namespace {
 
-/// As std::lower_bound, without branches: which half it is no processor can foresee.
-std::ptrdiff_t placeAmong(std::span<const StreetIndex::Entry> entries, StreetId id) {
-    const StreetIndex::Entry* first = entries.data();
-    for (std::size_t size = entries.size(); size > 0;) {
-        const std::size_t half = (size + 1) / 2;
-        first += half * static_cast<std::size_t>(first[half - 1].id < id);
-        size -= half;
-    }
-    return first - entries.data();
-}
+constexpr StreetId idsOfPlace = streetId(1, false, 0);
+
+PlaceCode placeOfEntry(const StreetIndex::Entry& entry) { return placeOf(entry.id); }
 
 } // namespace
 
 void StreetIndex::add(StreetId id, std::string_view type, std::string_view name) {
     near_ = {}; // the entries may move
+    marked_ = {};
+    marks_.clear();
     const auto [known, isNew] =
         typeNumbers_.try_emplace(std::string(type), static_cast<std::uint32_t>(types_.size()));
     if (isNew) {
@@ -37,19 +32,38 @@ void StreetIndex::finish() {
     }
 }
 
+std::span<const StreetIndex::Entry> StreetIndex::entriesOf(PlaceCode place) const {
+    return {std::ranges::lower_bound(entries_, place, {}, placeOfEntry),
+            std::ranges::upper_bound(entries_, place, {}, placeOfEntry)};
+}
+
+void StreetIndex::mark(bool isThere) {
+    for (const Entry& entry : marked_) {
+        marks_[entry.id % idsOfPlace] = isThere;
+    }
+}
+
+bool StreetIndex::contains(StreetId id) {
+    if (marked_.empty() || placeOfEntry(marked_.front()) != placeOf(id)) {
+        marks_.resize(idsOfPlace);
+        mark(false);
+        marked_ = entriesOf(placeOf(id));
+        mark(true);
+    }
+    return marks_[id % idsOfPlace];
+}
+
 const StreetIndex::Entry* StreetIndex::find(StreetId id) {
     constexpr int few = 4;
-    const auto placeOfEntry = [](const Entry& entry) { return placeOf(entry.id); };
     if (near_.empty() || placeOfEntry(near_.front()) != placeOf(id)) {
-        near_ = {std::ranges::lower_bound(entries_, placeOf(id), {}, placeOfEntry),
-                 std::ranges::upper_bound(entries_, placeOf(id), {}, placeOfEntry)};
+        near_ = entriesOf(placeOf(id));
         next_ = near_.begin();
     }
     for (int tried = 0; tried < few && next_ != near_.end() && next_->id < id; ++tried) {
         ++next_;
     }
     if (next_ == near_.end() || next_->id != id) {
-        next_ = near_.begin() + placeAmong(near_, id);
+        next_ = std::ranges::lower_bound(near_, id, {}, &Entry::id);
     }
     return next_ != near_.end() && next_->id == id ? &*next_ : nullptr;
 }
