@@ -9,7 +9,7 @@
 namespace ambrel::directory {
 
 LineReader::LineReader(loading::TextSource source, std::size_t bufferSize)
-    : source_(std::move(source)), buffer_(std::max(bufferSize, maxLength + 1)) {}
+    : source_(std::move(source)), buffer_(std::max(bufferSize, maxLength + 1)), data_(buffer_.data()) {}
 
 bool LineReader::next() {
     constexpr char endOfOldFiles = '\x1A';
@@ -29,7 +29,7 @@ bool LineReader::nextOfAnyKind() {
     std::size_t searched = 0;
     while (true) {
         const std::size_t size = end_ - at_;
-        const char* const begin = buffer_.data() + at_;
+        const char* const begin = data_ + at_;
         const void* const found = std::memchr(begin + searched, '\n', size - searched);
         if (found != nullptr || size > maxLength || isExhausted_) {
             const std::size_t length =

@@ -19,6 +19,9 @@ public:
     static constexpr std::size_t defaultBufferSize = std::size_t{1} << 20;
 
     explicit LineReader(loading::TextSource source, std::size_t bufferSize = defaultBufferSize);
+    /// Of a text that outlives the lines: they remain valid.
+    explicit LineReader(std::string_view text)
+        : bytes_(text.size()), data_(text.data()), end_(text.size()), isExhausted_(true) {}
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
 
@@ -29,8 +32,8 @@ public:
     [[nodiscard]] bool isTooLong() const { return isTooLong_; }
     /// Its number, from 1; empty lines count.
     [[nodiscard]] std::uint64_t number() const { return number_; }
-    /// The bytes read so far.
-    [[nodiscard]] std::uint64_t bytes() const { return bytes_; }
+    /// The bytes up to the end of the line.
+    [[nodiscard]] std::uint64_t bytes() const { return bytes_ - (end_ - at_); }
 
 private:
     [[nodiscard]] bool nextOfAnyKind();
@@ -39,9 +42,11 @@ private:
 
     loading::TextSource source_;
     std::vector<char> buffer_;
+    std::uint64_t bytes_ = 0; // read so far
+    const char* data_;
     std::size_t at_ = 0, end_ = 0; // of the bytes not used yet
     bool isExhausted_ = false, isTooLong_ = false;
-    std::uint64_t number_ = 0, bytes_ = 0;
+    std::uint64_t number_ = 0;
     std::string_view line_;
 };
 

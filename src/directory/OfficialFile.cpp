@@ -111,7 +111,8 @@ std::vector<OfficialFile> officialFiles(const std::string& path) {
              .baseName = baseName,
              .edition = editionOfName(baseName),
              .size = problem ? 0 : size,
-             .open = [path] { return loading::fileSource(path); }}};
+             .open = [path] { return loading::fileSource(path); },
+             .path = path}};
 }
 
 } // namespace ambrel::directory

@@ -18,6 +18,7 @@ struct OfficialFile {
     std::string edition;    // AAAA-MM-DD, from its name or that of the ZIP; empty if neither says one
     std::uint64_t size = 0; // in bytes, unpacked
     std::function<loading::TextSource()> open; // Errors: loading::Failure
+    std::string path = {};                     // of one that is not packed; else empty
 };
 
 /// The files at a path: itself, or those that it holds if it is a ZIP. Errors: loading::Failure if it cannot

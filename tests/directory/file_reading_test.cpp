@@ -1,6 +1,7 @@
 // Whole official files, with lines that are not understood.
 #include "directory/FileReading.h"
 
+#include <filesystem>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
@@ -119,6 +120,25 @@ TEST_F(FileReadingTest, WhatEndsItHalfwayEndsItsThreadToo) {
                      })),
                  std::runtime_error);
     EXPECT_EQ(seen, 10U);
+}
+
+TEST_F(FileReadingTest, AFileThatIsCutWhileItIsReadIsNotTakenAsWhole) {
+    const OfficialFile tram = file(repeated(good, 100'000));
+    bool isCut = false;
+    try {
+        static_cast<void>(readRecords<StretchLine>(
+            tram, [](const FixedLine& line, StretchLine& stretch) { return read(line, stretch); },
+            [&](const StretchLine&, std::uint64_t) -> Refusal {
+                if (!isCut) {
+                    std::filesystem::resize_file(tram.path, 5000);
+                    isCut = true;
+                }
+                return nullptr;
+            }));
+        ADD_FAILURE() << "taken as whole";
+    } catch (const loading::Failure& failure) {
+        EXPECT_EQ(std::string(failure.what()), tram.path + ": otro programa lo ha cortado mientras se leía");
+    }
 }
 
 TEST_F(FileReadingTest, AFileOfAnotherKindIsNamed) {

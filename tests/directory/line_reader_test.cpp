@@ -11,21 +11,29 @@ namespace {
 
 using Lines = std::vector<std::pair<std::uint64_t, std::string>>;
 
-/// All lines with their numbers; a source that gives few bytes at a time must make no difference.
-Lines linesOf(const std::string& text, std::size_t pieceSize = 7) {
-    std::string_view rest = text;
-    LineReader reader(
-        [&](std::span<char> room) {
-            const std::size_t size = std::min({room.size(), rest.size(), pieceSize});
-            std::copy_n(rest.begin(), size, room.begin());
-            rest.remove_prefix(size);
-            return size;
-        },
-        1);
+Lines rest(LineReader& reader) {
     Lines lines;
     while (reader.next()) {
         lines.emplace_back(reader.number(), reader.isTooLong() ? "TOO LONG" : std::string(reader.line()));
     }
+    return lines;
+}
+
+/// All lines with their numbers; neither a source that gives few bytes at a time nor the text as a whole must
+/// make a difference.
+Lines linesOf(const std::string& text, std::size_t pieceSize = 7) {
+    std::string_view left = text;
+    LineReader reader(
+        [&](std::span<char> room) {
+            const std::size_t size = std::min({room.size(), left.size(), pieceSize});
+            std::copy_n(left.begin(), size, room.begin());
+            left.remove_prefix(size);
+            return size;
+        },
+        1);
+    const Lines lines = rest(reader);
+    LineReader whole(text);
+    EXPECT_EQ(rest(whole), lines);
     return lines;
 }
 
@@ -52,10 +60,16 @@ TEST(LineReader, ALineThatIsTooLongIsMarkedAndTheNextOneIsRead) {
 }
 
 TEST(LineReader, BytesReadAreCounted) {
-    LineReader reader(loading::textSource("uno\r\ndos"));
-    while (reader.next()) {
+    const std::string_view text = "uno\r\ndos";
+    LineReader reader(loading::textSource(text)), whole(text);
+    for (LineReader* const each : {&reader, &whole}) {
+        EXPECT_EQ(each->bytes(), 0U);
+        EXPECT_TRUE(each->next());
+        EXPECT_EQ(each->bytes(), 5U);
+        EXPECT_TRUE(each->next());
+        EXPECT_FALSE(each->next());
+        EXPECT_EQ(each->bytes(), 8U);
     }
-    EXPECT_EQ(reader.bytes(), 8U);
 }
 
 } // namespace
