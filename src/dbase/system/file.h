@@ -42,6 +42,9 @@ public:
     /// Writes over existing bytes. A death may leave a first part of them, but no half of an aligned number.
     virtual void rewrite(std::uint64_t offset, std::span<const char> bytes) { write(offset, bytes); }
     virtual void resize(std::uint64_t size) = 0;
+    /// Takes room on the disk for the file to grow to this size, where the system can: writes up to there
+    /// then do not fail for lack of it.
+    virtual void reserve(std::uint64_t /*size*/) {}
     /// Flushes the data to the disk.
     virtual void sync() = 0;
     /// Hints that it will be flushed: the system may begin with what was written so far.

@@ -177,6 +177,17 @@ public:
         }
     }
 
+    void reserve(std::uint64_t size) override {
+        const FileSizeSignal signal;
+        const std::uint64_t present = this->size();
+        if (size > present &&
+            fallocate(descriptor_, FALLOC_FL_KEEP_SIZE, static_cast<off_t>(present),
+                      static_cast<off_t>(size - present)) != 0 &&
+            (errno == ENOSPC || errno == EDQUOT || errno == EFBIG)) {
+            raise(path_, "no se puede escribir");
+        }
+    }
+
     void sync() override {
         if (fdatasync(descriptor_) != 0) {
             raise(path_, "no se puede asegurar en el disco");
