@@ -10,13 +10,9 @@ constexpr std::size_t blockBytes = std::size_t{1} << 17; // little enough for a 
 
 } // namespace
 
-ChangesApart::ChangesApart(TableChanges& target, std::function<void()> first)
-    : target_(target), thread_(relay_.start([this, first = std::move(first)] {
-          if (first) {
-              first();
-          }
-          relay_.useAll([this](const Block& block) { carryOut(block); });
-      })) {}
+ChangesApart::ChangesApart(TableChanges& target)
+    : target_(target),
+      thread_(relay_.start([this] { relay_.useAll([this](const Block& block) { carryOut(block); }); })) {}
 
 ChangesApart::~ChangesApart() {
     relay_.fail(std::make_exception_ptr(std::runtime_error("stopped"))); // seen by that thread alone

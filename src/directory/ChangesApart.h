@@ -1,7 +1,6 @@
 // Changes that a thread of their own carries out.
 #pragma once
 
-#include <functional>
 #include <thread>
 #include <vector>
 
@@ -14,8 +13,7 @@ namespace ambrel::directory {
 /// finish() or the end of this object nobody else may use those.
 class ChangesApart final : public TableChanges {
 public:
-    /// `first`: what has to be done before the first change, also by that thread.
-    explicit ChangesApart(TableChanges& target, std::function<void()> first = {});
+    explicit ChangesApart(TableChanges& target);
     /// Without finish(), drops what has not been carried out yet.
     ~ChangesApart() override;
 
@@ -42,7 +40,7 @@ private:
     void pass(const Change& change, std::span<const char> before, std::span<const char> after);
     void carryOut(const Block& block);
 
-    /// Rather many: the thread copies whole tables while changes come already.
+    /// Rather many: changes come in bursts.
     static constexpr std::size_t blockCount = 64;
 
     TableChanges& target_;

@@ -2,7 +2,6 @@
 #include "directory/DirectoryStoring.h"
 
 #include <algorithm>
-#include <future>
 
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
@@ -16,6 +15,13 @@ namespace {
 constexpr std::array<const char*, 3> tableNames = {"POSTAL", "PROCEDEN", "MUNICIPI"};
 const std::array<std::vector<std::string>, 3> keyColumns = {
     {{"CODIGO1"}, {"CODIGO1", "CLAVE"}, {"COD_INE", "CODPOSTAL", "NOMBRE", "ENT_MENOR"}}};
+
+void runSideBySide(const dbase::TableExchange::Steps& steps) {
+    std::vector<std::future<void>> running;
+    std::ranges::transform(steps, std::back_inserter(running),
+                           [](const auto& step) { return std::async(step); });
+    std::ranges::for_each(running, &std::future<void>::get);
+}
 
 std::vector<std::string> tableFiles(const std::string& folder) {
     dbase::completeExchange(folder); // before names are looked for
@@ -79,9 +85,10 @@ StoredTables DirectoryStoring::present() const {
             .provenance = parts_[1].present.get()};
 }
 
-void DirectoryStoring::prepare() {
-    for (const DirectoryTable table : {DirectoryTable::Streets, DirectoryTable::Provenance}) {
-        part(table).writing->prepare();
+void DirectoryStoring::beginSums() {
+    for (std::size_t i = 0; i < parts_.size(); ++i) {
+        dbase::TableReplacement& files = exchange_.table(i);
+        summing_.push_back(std::async([&files] { files.sumOld(); }));
     }
 }
 
@@ -112,18 +119,18 @@ void DirectoryStoring::erase(DirectoryTable table, dbase::RecordNumber number, s
 
 // The disk takes long, and summing long files does: both go on beside each other.
 void DirectoryStoring::commit(const LoadingProgress& progress) {
+    std::ranges::for_each(summing_, &std::future<void>::get);
     std::vector<std::future<void>> settling;
     for (std::size_t i = 0; i < parts_.size(); ++i) {
         dbase::TableReplacement& files = exchange_.table(i);
         parts_.at(i).writing->finish(progress);
         settling.push_back(std::async([&files] { files.settle(); }));
-        settling.push_back(std::async([&files] { files.sumOld(); }));
     }
     if (undo_) {
         undo_->sync();
     }
     std::ranges::for_each(settling, &std::future<void>::get);
-    exchange_.commit();
+    exchange_.commit(runSideBySide);
     isCommitted_ = true;
 }
 

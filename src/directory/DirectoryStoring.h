@@ -2,9 +2,11 @@
 #pragma once
 
 #include <array>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "dbase/table/table_exchange.h"
 #include "directory/StoredRows.h"
@@ -28,8 +30,8 @@ public:
     /// As they are before commit().
     [[nodiscard]] StoredTables present() const;
 
-    /// Copies the large tables that have rows, in advance of changes that are expected in them.
-    void prepare();
+    /// Begins in threads of its own what commit() needs to know of the present tables.
+    void beginSums();
     /// Before the first change. `order`: what is being done; `undoFile`: empty for none. Errors:
     /// dbase::Error(Exists) if there is such a file.
     void keepUndo(const std::string& undoFile, const std::string& order);
@@ -53,6 +55,7 @@ private:
     std::array<Part, 3> parts_; // in the order of DirectoryTable
     std::optional<loading::UndoWriter> undo_;
     bool isCommitted_ = false;
+    std::vector<std::future<void>> summing_;
 };
 
 } // namespace ambrel::directory

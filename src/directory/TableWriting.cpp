@@ -27,12 +27,6 @@ dbase::TableRevision& TableWriting::revision() {
     return *revision_;
 }
 
-void TableWriting::prepare() {
-    if (present_ > 0) {
-        static_cast<void>(revision());
-    }
-}
-
 /// Rows all over a table that change one by one bring nearly all of both files into memory.
 void TableWriting::noteChange() {
     constexpr dbase::RecordNumber interval = 512;

@@ -20,9 +20,6 @@ public:
     TableWriting(dbase::TableReplacement& replacement, dbase::RecordNumber present,
                  std::optional<dbase::TableDefinition> ifMissing = {});
 
-    /// Copies the files of a table that has records before its first row changes.
-    void prepare();
-
     /// The number of its record.
     dbase::RecordNumber add(std::span<const char> row);
     void change(dbase::RecordNumber number, std::span<const char> row);

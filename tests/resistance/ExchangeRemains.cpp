@@ -27,7 +27,8 @@ ExchangeRemains::ExchangeRemains() {
         if (decided_.names.empty() && isDecided(image)) {
             decided_ = image;
         }
-        if (event.kind == FolderEvent::Kind::Rename && event.newName.ends_with("PUEBLOS.DBF")) {
+        if (begun_.names.empty() && isDecided(image) && event.kind == FolderEvent::Kind::Write &&
+            event.file == image.names.at("/datos/PUEBLOS.DBF")) {
             begun_ = image;
         }
     }

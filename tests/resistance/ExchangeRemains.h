@@ -19,7 +19,7 @@ protected:
     ExchangeRemains();
     ~ExchangeRemains() override;
 
-    /// The state right after the decision, and that with one table and half of another one exchanged.
+    /// The state right after the decision, and that with two tables exchanged, and the third one amid it.
     void stopDecided() { decided_.writeInto(disk_.path()); }
     void stopBegun() { begun_.writeInto(disk_.path()); }
 

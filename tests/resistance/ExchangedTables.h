@@ -26,7 +26,8 @@ inline constexpr Authors authorsBefore{0, 0, noTable};
 [[nodiscard]] TableDefinition exchangedDefinition(const std::string& name);
 /// Creates the first two by author 0.
 void makeExchangedTables(const std::string& folder, Folders& folders);
-/// Exchanges all three: the first one by a revision of its rows, the others by loads.
+/// Exchanges all three: the first two by revisions, of all rows in new files and of a few where they are, the
+/// third one by a load.
 void exchangeBy(int author, const std::string& folder, Folders& folders = diskFolders());
 /// Creates their new files, and leaves the commit to the caller.
 void fillExchange(TableExchange& exchange, int author);

@@ -3,6 +3,7 @@
 #include "dbase/table/exchange_completion.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "dbase/journal/journal_place.h"
 #include "dbase/lock/locks.h"
@@ -14,6 +15,7 @@
 #include "dbase/table/replaced_files.h"
 #include "dbase/table/table_claim.h"
 #include "dbase/table/table_exchange.h"
+#include "dbase/table/table_patch.h"
 
 namespace dbase {
 
@@ -45,25 +47,41 @@ public:
             heldNew_ = folders_.open(files_.newTable, OpenMode::ReadWrite);
             holdLock(*heldNew_, openingLock, LockKind::Exclusive);
         }
+        if (intended_.rest) {
+            isRight_ = hasRightPatch();
+            return;
+        }
         const bool areRecordsRight = hasRightRecords();
         isRight_ = hasRightIndex() && areRecordsRight; // the index alone may show that it was exchanged
     }
 
     /// Whether its files are those of the intention.
     [[nodiscard]] bool isRight() const { return isRight_; }
-    /// Whether any of them has its new name.
+    /// Whether any of them has its new name, or may have been changed in place.
     [[nodiscard]] bool isBegun() const { return isBegun_; }
+    /// Whether it may have rows of both, and cannot be completed.
+    [[nodiscard]] bool isSpoilt() const { return intended_.rest && isBegun_ && !isRight_; }
     [[nodiscard]] const std::string& path() const { return files_.table; }
 
     void complete() {
         if (heldNew_) { // else the records were exchanged, and a journal would be theirs
             journalBeside(files_.table, folders_)->remove();
         }
-        takeNames(folders_, files_, intended_.indexAfter.has_value());
+        if (patch_) {
+            const auto index = folders_.open(files_.index, OpenMode::ReadWrite);
+            setMark(*index, true, intention_.newSession());
+            patch_->applyToRecords(*held_);
+            patch_->applyToIndex(*index, intention_.newSession());
+        } else {
+            takeNames(folders_, files_, intended_.indexAfter.has_value());
+        }
     }
     void endMark() {
-        if (intended_.indexAfter) {
+        if (patch_ || intended_.indexAfter) {
             setMark(*folders_.open(files_.index, OpenMode::ReadWrite), false, 0);
+        }
+        if (patch_) {
+            removeNewFiles();
         }
     }
     void removeNewFiles() {
@@ -86,6 +104,21 @@ private:
     [[nodiscard]] bool isMarked() const {
         return !folders_.exists(files_.index) || isMarked(files_.index, intention_.oldSession()) ||
                isMarked(files_.index, intention_.newSession());
+    }
+    /// Once the index says that the patch is being applied, only what that leaves alone can be compared.
+    [[nodiscard]] bool hasRightPatch() {
+        isBegun_ = isMarked(files_.index, intention_.newSession());
+        if (!held_ || !heldNew_ || fingerprintOf(*heldNew_) != intended_.recordsAfter) {
+            return false;
+        }
+        patch_ = TablePatch::in(*heldNew_);
+        if (!patch_) {
+            return false;
+        }
+        const Fingerprint present = fingerprintOf(*held_);
+        return isBegun_
+                   ? patch_->restOf(*held_, present) == intended_.rest
+                   : isMarked(files_.index, intention_.oldSession()) && present == intended_.recordsBefore;
     }
     [[nodiscard]] bool hasRightRecords() {
         if (!heldNew_) {
@@ -115,7 +148,8 @@ private:
     const IntendedTable& intended_;
     TableClaim claim_;
     ReplacedFiles files_;
-    std::unique_ptr<File> held_, heldNew_; // the table under its name and the new one
+    std::unique_ptr<File> held_, heldNew_; // the table under its name and the new one, or its patch
+    std::optional<TablePatch> patch_;
     bool isRight_ = false, isBegun_ = false;
 };
 
@@ -125,13 +159,14 @@ using StoppedTables = std::vector<std::unique_ptr<StoppedTable>>;
 void conclude(const StoppedTables& tables, const File& intention, Folders& folders) {
     const bool areRight = std::ranges::all_of(tables, [](const auto& table) { return table->isRight(); });
     const bool isBegun = std::ranges::any_of(tables, [](const auto& table) { return table->isBegun(); });
-    std::string left;
+    std::string left, spoilt;
     for (const auto& table : tables) {
         if (table->isRight() && (areRight || isBegun)) {
             table->complete();
         } else {
             table->removeNewFiles();
-            left += (left.empty() ? "" : ", ") + table->path();
+            std::string& names = table->isSpoilt() ? spoilt : left;
+            names += (names.empty() ? "" : ", ") + table->path();
         }
     }
     removeIntention(intention, folders);
@@ -139,6 +174,12 @@ void conclude(const StoppedTables& tables, const File& intention, Folders& folde
         if (table->isRight() && (areRight || isBegun)) {
             table->endMark();
         }
+    }
+    if (!spoilt.empty()) {
+        notify(spoilt +
+               ": un programa terminó mientras la cambiaba, y los cambios que faltaban se han perdido "
+               "o alguien la ha cambiado después; puede tener filas de antes y de después: restaure "
+               "una copia de seguridad");
     }
     if (!left.empty()) {
         notify(isBegun

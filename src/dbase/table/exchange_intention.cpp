@@ -96,21 +96,33 @@ IntendedTable readTable(Lines& lines) {
     if (const std::string_view after = lines.value("indice-despues"); after != none) {
         table.indexAfter = lines.number(after, 10);
     }
+    if (const std::string_view rest = lines.value("resto"); rest != none) {
+        table.rest = lines.fingerprint(rest);
+    }
     return table;
 }
 
 } // namespace
 
 Fingerprint fingerprintOf(const File& file) {
-    const std::uint64_t size = file.size();
-    InterleavedChecksum sum(size);
-    std::vector<char> buffer(static_cast<std::size_t>(std::min(size, pieceBytes)));
-    for (std::uint64_t at = 0; at < size; at += buffer.size()) {
-        const std::span piece(buffer.data(), static_cast<std::size_t>(std::min(pieceBytes, size - at)));
-        file.read(at, piece);
-        sum.add(piece);
+    Fingerprint print{file.size(), 0};
+    forEachPiece(file, print.size,
+                 [&](std::uint64_t at, std::span<const char> piece) { print.sum += sumOfBlocks(at, piece); });
+    return print;
+}
+
+// The same block elsewhere counts otherwise.
+std::uint64_t sumOfBlocks(std::uint64_t offset, std::span<const char> bytes) {
+    constexpr std::size_t size = Fingerprint::blockBytes;
+    std::uint64_t sum = 0;
+    for (; !bytes.empty(); offset += size) {
+        const std::span<const char> block = bytes.first(std::min(size, bytes.size()));
+        InterleavedChecksum its(offset + block.size());
+        its.add(block);
+        sum += its.value();
+        bytes = bytes.subspan(block.size());
     }
-    return {size, sum.value()};
+    return sum;
 }
 
 bool Intention::names(const std::string& tableFile) const {
@@ -134,7 +146,8 @@ std::string encodeIntention(const Intention& intention) {
                 (table.recordsBefore ? textOf(*table.recordsBefore) : std::string(none)) + "\ndespues " +
                 textOf(table.recordsAfter) + "\nindice-antes " + (table.hadIndex ? "si" : "no") +
                 "\nindice-despues " +
-                (table.indexAfter ? std::to_string(*table.indexAfter) : std::string(none)) + '\n';
+                (table.indexAfter ? std::to_string(*table.indexAfter) : std::string(none)) + "\nresto " +
+                (table.rest ? textOf(*table.rest) : std::string(none)) + '\n';
     }
     return text + "suma " + hexadecimal(checksum(text)) + '\n';
 }

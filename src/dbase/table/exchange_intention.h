@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,20 +14,27 @@
 
 namespace dbase {
 
-/// Recognises the contents of a file.
+/// Recognises the contents of a file: its size, and the sum of the sums of its blocks. So some of them can be
+/// taken out of it.
 struct Fingerprint {
+    static constexpr std::size_t blockBytes = 512;
+
     std::uint64_t size = 0, sum = 0;
     bool operator==(const Fingerprint&) const = default;
 };
 [[nodiscard]] Fingerprint fingerprintOf(const File& file);
+/// The sum of some bytes of a file, up to the end of a block or of the file. `offset`: of a block.
+[[nodiscard]] std::uint64_t sumOfBlocks(std::uint64_t offset, std::span<const char> bytes);
 
 /// One table of an exchange. Names are those of files in the intention's folder.
 struct IntendedTable {
     std::string table, index;
     std::optional<Fingerprint> recordsBefore; // none: there is no table yet
-    Fingerprint recordsAfter;
+    Fingerprint recordsAfter;                 // or of its patch
     bool hadIndex = false;
     std::optional<std::uint64_t> indexAfter; // its size; none: the new table has no index
+    /// Of a table that its patch changes where it is: the records before, without what is changed.
+    std::optional<Fingerprint> rest = {};
 };
 
 struct Intention {

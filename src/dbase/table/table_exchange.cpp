@@ -30,7 +30,8 @@ TableExchange::TableExchange(const std::vector<std::string>& tableFiles, Folders
     hold(tableFiles);
     for (const auto& claim : claims_) {
         claim->removeLeftOvers();
-        tables_.push_back(std::unique_ptr<TableReplacement>(new TableReplacement(*claim)));
+        tables_.push_back(std::make_unique<TableReplacement>(*claim));
+        tables_.back()->isExchanged_ = true;
     }
     requireOneFolder();
 }
@@ -69,7 +70,13 @@ void TableExchange::requireOneFolder() const {
     }
 }
 
-void TableExchange::commit() {
+void TableExchange::runInTurn(const Steps& steps) {
+    for (const auto& step : steps) {
+        step();
+    }
+}
+
+void TableExchange::commit(const StepRunner& runner) {
     std::vector<TableReplacement*> made;
     for (const auto& table : tables_) {
         if (table->hasNewTable()) {
@@ -84,9 +91,7 @@ void TableExchange::commit() {
         table->isCommitted_ = true;
     }
     try {
-        for (TableReplacement* table : made) {
-            table->takeNames();
-        }
+        carryOut(made, runner);
         removeIntention(*intention, folders_);
         for (TableReplacement* table : made) {
             table->endMark();
@@ -96,6 +101,21 @@ void TableExchange::commit() {
         throw Error(error.code(), {}, error.what() + std::string(willGoOn));
     }
     release();
+}
+
+void TableExchange::carryOut(const std::vector<TableReplacement*>& made, const StepRunner& runner) {
+    Steps beginnings, changes;
+    for (TableReplacement* table : made) {
+        if (table->isChangedInPlace()) {
+            beginnings.push_back([table] { table->beginChanges(); });
+            changes.push_back([table] { table->changeRecords(); });
+            changes.push_back([table] { table->changeIndex(); });
+        } else {
+            table->takeNames();
+        }
+    }
+    runner(beginnings);
+    runner(changes);
 }
 
 // Errors that name a new file name the one that it would have become.

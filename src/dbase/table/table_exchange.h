@@ -1,6 +1,7 @@
 // Replaces several tables together; see docs/decisions/024-exchange.md.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -29,10 +30,15 @@ public:
     /// For the new files of a table, numbered from 0 in the order given; do not call its commit().
     [[nodiscard]] TableReplacement& table(std::size_t index) { return *tables_.at(index); }
 
+    using Steps = std::vector<std::function<void()>>;
+    /// Runs steps that do not wait for each other; throws what one of them has thrown once all have ended.
+    using StepRunner = std::function<void(const Steps&)>;
+    static void runInTurn(const Steps& steps);
+
     /// Exchanges the tables whose new files were made; the others stay as they are. On return everything is
-    /// on the disk, and no table is held any more. Errors: Error, with all tables as they were unless
-    /// isDecided().
-    void commit();
+    /// on the disk, and no table is held any more. `runner`: with files on a disk, may run steps in threads.
+    /// Errors: Error, with all tables as they were unless isDecided().
+    void commit(const StepRunner& runner = runInTurn);
     /// Whether commit() got so far that the next program to open one of the tables may complete it.
     [[nodiscard]] bool isDecided() const { return isDecided_; }
 
@@ -40,6 +46,7 @@ private:
     void hold(const std::vector<std::string>& tableFiles);
     void requireOneFolder() const;
     [[nodiscard]] std::unique_ptr<File> decide(const std::vector<TableReplacement*>& made);
+    static void carryOut(const std::vector<TableReplacement*>& made, const StepRunner& runner);
     void release();
     [[nodiscard]] std::unique_ptr<File> writeIntention(const Intention& intention);
 

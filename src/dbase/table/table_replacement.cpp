@@ -149,6 +149,13 @@ void TableReplacement::flushNew() {
     }
 }
 
+// Beside the present files, where only the table's own people can read or change it.
+void TableReplacement::changeInPlace(const OverlayFile& records, const OverlayFile& index) {
+    TablePatch::write(*makeTable(), records, index);
+    holdNew();
+    patch_ = TablePatch::in(*new_).value();
+}
+
 // The journal describes the records to be replaced.
 void TableReplacement::takeNames() {
     journalBeside(files_.table, folders_)->remove();
@@ -158,23 +165,25 @@ void TableReplacement::takeNames() {
 
 // --- The steps of an exchange
 
-// The records must be on the disk as they are recognised after a stop. Nobody else writes them meanwhile, nor
-// reads them any more; letting go of their memory while the disk works makes it free once the files go.
+// The records must be on the disk as they are recognised after a stop. Nobody else writes them meanwhile.
 void TableReplacement::sumOld() {
     if (old_ && !oldSum_) {
         old_->sync();
         oldSum_ = fingerprintOf(*old_);
-        old_->dropCache();
-        if (oldIndex_) {
-            oldIndex_->dropCache();
-        }
     }
 }
 
 void TableReplacement::settle() {
+    sumOld();
     if (hasNewTable() && !newSum_) {
         underOwnNames([&] {
             holdNew();
+            if (patch_) {
+                patch_->reserve(*old_, *oldIndex_);
+                restSum_ = patch_->restOf(*old_, oldSum_.value());
+            } else {
+                dropOld();
+            }
             for (File* const file : {newIndex_.get(), new_.get()}) {
                 if (file != nullptr) {
                     file->beginSync(); // the disk writes while the sum is taken
@@ -187,12 +196,31 @@ void TableReplacement::settle() {
     }
 }
 
+// From here on the patch alone completes the table: the session says so.
+void TableReplacement::beginChanges() {
+    journalBeside(files_.table, folders_)->remove();
+    setMark(*oldIndex_, true, newSession_);
+}
+
+// Nobody will read the old files; without the memory that they take up by now they go faster.
+void TableReplacement::dropOld() {
+    for (File* const file : {old_.get(), oldIndex_.get()}) {
+        if (file != nullptr) {
+            file->dropCache();
+        }
+    }
+}
+
 IntendedTable TableReplacement::intended() {
     const auto nameOf = [](const std::string& path) { return path.substr(path.rfind('/') + 1); };
     settle();
-    sumOld();
-    IntendedTable table{nameOf(files_.table), nameOf(files_.index), oldSum_,
-                        newSum_.value(),      oldIndex_ != nullptr, {}};
+    IntendedTable table{nameOf(files_.table),
+                        nameOf(files_.index),
+                        oldSum_,
+                        newSum_.value(),
+                        oldIndex_ != nullptr,
+                        {},
+                        restSum_};
     if (newIndex_) {
         table.indexAfter = newIndex_->size();
     }
@@ -200,6 +228,7 @@ IntendedTable TableReplacement::intended() {
 }
 
 void TableReplacement::markFor(const Intention& intention) {
+    newSession_ = intention.newSession();
     if (newIndex_) {
         setMark(*newIndex_, true, intention.newSession());
     }
@@ -224,8 +253,11 @@ void TableReplacement::unmark() noexcept {
 }
 
 void TableReplacement::endMark() {
-    if (newIndex_) {
-        setMark(*newIndex_, false, 0);
+    if (File* const index = patch_ ? oldIndex_.get() : newIndex_.get()) {
+        setMark(*index, false, 0);
+    }
+    if (patch_) {
+        folders_.remove(files_.newTable);
     }
 }
 

@@ -12,6 +12,7 @@
 #include "dbase/table/exchange_intention.h"
 #include "dbase/table/replaced_files.h"
 #include "dbase/table/table_claim.h"
+#include "dbase/table/table_patch.h"
 
 namespace dbase {
 
@@ -40,9 +41,15 @@ public:
     /// Removes the new files.
     void discard() noexcept;
 
-    // What TableExchange::commit() does itself otherwise. With files on a disk, threads may do it for all
-    // tables side by side, and a thread each for the two. Both do nothing where there is no such table.
-    /// Takes the sum by which the present records are recognised; they are not read again.
+    /// Whether the table may be changed where it is: there is one, with an index, and an exchange has its
+    /// changes completed after a stop.
+    [[nodiscard]] bool mayChangeInPlace() const { return isExchanged_ && old_ && oldIndex_; }
+    /// In place of new files: writes the changes to both files, for commit() to apply.
+    void changeInPlace(const OverlayFile& records, const OverlayFile& index);
+
+    // What TableExchange::commit() does itself otherwise, for all tables one after another. With files on a
+    // disk, threads may do it side by side. Does nothing where there is no such table.
+    /// At any time before settle(): takes the sum by which the present records are recognised.
     void sumOld();
     /// Flushes the new files, which are written to their end by now, and takes the sum of their records.
     void settle();
@@ -74,20 +81,29 @@ private:
 
     // The steps of commit(), and those of an exchange of several tables.
     [[nodiscard]] bool hasNewTable() const { return folders_.exists(files_.newTable); }
+    [[nodiscard]] bool isChangedInPlace() const { return patch_.has_value(); }
     void holdNew();
     void flushNew();
+    void dropOld();
     [[nodiscard]] IntendedTable intended();
     void markFor(const Intention& intention);
     void unmark() noexcept;
     void takeNames();
     void endMark();
+    // In place of takeNames(), for a patch; the last two side by side.
+    void beginChanges();
+    void changeRecords() { patch_->applyToRecords(*old_); }
+    void changeIndex() { patch_->applyToIndex(*oldIndex_, newSession_); }
 
     std::unique_ptr<TableClaim> own_;
     Folders& folders_;
+    bool isExchanged_ = false; // together with other tables
     ReplacedFiles files_;
     std::unique_ptr<File> old_, new_; // hold the opening and, of the old one, the presence lock
     std::unique_ptr<File> oldIndex_, newIndex_;
-    std::optional<Fingerprint> oldSum_, newSum_;
+    std::optional<TablePatch> patch_; // in the new file
+    std::optional<Fingerprint> oldSum_, restSum_, newSum_;
+    std::uint64_t newSession_ = 0;
     std::optional<StampBytes> oldStamp_; // before the mark
     bool isIndexFirst_ = false;          // its name may have been changed, and that of the table not yet
     bool isCommitted_ = false;

@@ -1,4 +1,4 @@
-// Copies both files of a table, and changes records and tag entries of the copy.
+// Changes records and tag entries in overlays of both files of a table, or in copies of them.
 #include "dbase/table/table_revision.h"
 
 #include <algorithm>
@@ -7,6 +7,7 @@
 
 #include "dbase/system/error.h"
 #include "dbase/system/file_copy.h"
+#include "dbase/system/overlay_file.h"
 #include "dbase/table/exclusive_use.h"
 #include "dbase/table/table.h"
 #include "dbase/table/table_replacement.h"
@@ -20,26 +21,8 @@ namespace {
 constexpr RecordNumber mostGathered = 4096;
 /// Building the tags anew costs as much as changing the entries of one row in so many.
 constexpr RecordNumber rowsPerChange = 32;
-
-std::unique_ptr<Table> copyOf(TableReplacement& replacement) {
-    Folders& folders = replacement.folders();
-    const auto copy = [&](const std::string& path, std::unique_ptr<File> to) {
-        copyContents(*folders.open(path, OpenMode::ReadOnly), *to);
-        return to;
-    };
-    const std::string& path = replacement.tableFile();
-    if (!folders.exists(path)) {
-        throw Error(ErrorCode::NotFound, path, "no existe la tabla");
-    }
-    const std::optional<std::string> index = findIndexFile(folders, path);
-    std::unique_ptr<File> records = copy(path, replacement.makeTable());
-    auto table =
-        std::make_unique<Table>(std::move(records), index ? copy(*index, replacement.makeIndex()) : nullptr);
-    if (table->isReadOnly()) {
-        throw Error(ErrorCode::ReadOnly, path, "sólo se puede leer: " + table->readOnlyReason());
-    }
-    return table;
-}
+/// A file with more changes is copied: they would take up more than 64 MiB.
+constexpr std::size_t mostBlocksInMemory = (std::size_t{64} << 20) / OverlayFile::blockBytes;
 
 } // namespace
 
@@ -47,7 +30,7 @@ struct TableRevision::State {
     explicit State(TableReplacement& files) : replacement(files) {
         files.underOwnNames([&] {
             try {
-                table = copyOf(files);
+                table = openApart();
                 use.emplace(*table);
                 if (use->index() != nullptr) {
                     use->index()->writeStamp(use->index()->stamp().begun(records().recordCount()));
@@ -68,6 +51,44 @@ struct TableRevision::State {
     State(const State&) = delete;
     State& operator=(const State&) = delete;
 
+    /// The table on overlays, or on copies where only new files may take its place.
+    [[nodiscard]] std::unique_ptr<Table> openApart() {
+        Folders& folders = replacement.folders();
+        const std::string& path = replacement.tableFile();
+        if (!folders.exists(path)) {
+            throw Error(ErrorCode::NotFound, path, "no existe la tabla");
+        }
+        const auto apart = [&](const std::string& file, auto makeCopy) {
+            auto overlay = std::make_unique<OverlayFile>(folders.open(file, OpenMode::ReadOnly), makeCopy,
+                                                         mostBlocksInMemory);
+            if (!replacement.mayChangeInPlace()) {
+                overlay->moveToCopy();
+            }
+            return overlay;
+        };
+        const std::optional<std::string> index = findIndexFile(folders, path);
+        auto records = apart(path, [this] { return replacement.makeTable(); });
+        auto entries = index ? apart(*index, [this] { return replacement.makeIndex(); }) : nullptr;
+        recordsApart = records.get();
+        indexApart = entries.get();
+        auto opened = std::make_unique<Table>(std::move(records), std::move(entries));
+        if (opened->isReadOnly()) {
+            throw Error(ErrorCode::ReadOnly, path, "sólo se puede leer: " + opened->readOnlyReason());
+        }
+        return opened;
+    }
+    /// Writes the changes, unless one of the files is new: then both have to be.
+    void settle() {
+        if (indexApart != nullptr && !recordsApart->isCopied() && !indexApart->isCopied()) {
+            replacement.changeInPlace(*recordsApart, *indexApart);
+            return;
+        }
+        for (OverlayFile* const file : {recordsApart, indexApart}) {
+            if (file != nullptr && !file->isCopied()) {
+                file->moveToCopy();
+            }
+        }
+    }
     [[nodiscard]] TableFile& records() { return use->records(); }
     void discard() {
         tags.reset();
@@ -85,12 +106,13 @@ struct TableRevision::State {
     }
     void writeGathered() {
         if (use->index() != nullptr) {
-            bool isRestored = false; // the copy is thrown away instead
+            bool isRestored = false; // what was made is thrown away instead
             use->index()->writeChangesOrRestore(isRestored);
         }
     }
 
     TableReplacement& replacement;
+    OverlayFile *recordsApart = nullptr, *indexApart = nullptr; // those of the table
     std::unique_ptr<Table> table;
     std::optional<ExclusiveUse> use;
     std::optional<TagChanges> tags; // none: they will be rebuilt
@@ -173,6 +195,7 @@ void TableRevision::finish(const Progress& progress) {
             state_->writeGathered();
             index->writeStamp(index->stamp().ended(recordCount()));
         }
+        state_->settle();
     });
     state_->isFinished = true;
 }

@@ -1,4 +1,4 @@
-// Changes some rows of a table in a copy of it, which then takes its place.
+// Changes some rows of a table apart from it, all of which then come into it together.
 #pragma once
 
 #include <memory>
@@ -12,9 +12,10 @@ namespace dbase {
 
 class TableReplacement;
 
-/// The rows and tags of the present table in the new files of its replacement. Without journal and locks,
-/// which nobody needs there; the present files stay as they are. Errors: Error. Without finish(), the new
-/// files are removed.
+/// The rows and tags of the present table with changes that are kept in memory until finish(), which leaves
+/// them to an exchange to be made in place. Many changes, and those for a replacement by itself, are made in
+/// its new files. Without journal and locks, which nobody needs there; the present files stay as they are.
+/// Errors: Error. Without finish(), what was made is removed.
 class AMBREL_EXPORT TableRevision {
 public:
     /// Errors: Error(NotFound) if there is no table; Error(ReadOnly) for one that only its own program may
