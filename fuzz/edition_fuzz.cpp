@@ -67,8 +67,8 @@ private:
             if (!edition.places().hasMunicipalities()) {
                 throw loading::Failure("nothing names municipalities");
             }
-            const LoadSummary summary =
-                compareEdition(edition, opening, types, tables, readStoredState(tables, {}), changes, {});
+            StoredState state = readStoredState(tables, {});
+            const LoadSummary summary = compareEdition(edition, opening, types, tables, state, changes, {});
             std::uint64_t conflicts = 0;
             for (const auto& [place, one] : summary.byMunicipality) {
                 conflicts += one.conflicts;

@@ -46,23 +46,15 @@ std::unique_ptr<StoredRows> rowsOf(const std::string& folder, const std::string&
 
 } // namespace
 
-/// The tables while everybody else is kept out. Those that will change are copied, and all are read, by
-/// threads of their own: the edition is read meanwhile.
+/// The tables while everybody else is kept out. A thread of its own reads them: the edition is read
+/// meanwhile.
 struct DirectoryLoading::Held {
     explicit Held(const std::string& folder)
-        : storing(folder), changes(storing, [this] { prepare(); }),
+        : storing(folder), changes(storing),
           state(std::async([this] { return readStoredState(storing.present(), std::ref(isStopping)); })) {}
     ~Held() { isStopping.set(); }
     Held(const Held&) = delete;
     Held& operator=(const Held&) = delete;
-
-    /// An edition that follows another is all but certain to change both tables.
-    void prepare() {
-        const StoredRows* const provenance = storing.present().provenance;
-        if (provenance != nullptr && provenance->recordCount() > 0) {
-            storing.prepare();
-        }
-    }
 
     DirectoryStoring storing;
     ChangesApart changes;
@@ -116,8 +108,8 @@ LoadSummary DirectoryLoading::simulate(RangeOpening opening, const LoadObserver&
                provenance = dbase::findTableFile(folder_, "PROCEDEN") ? rowsOf(folder_, "PROCEDEN") : nullptr;
     NoTableChanges changes;
     const StoredTables tables{streets.get(), places.get(), provenance.get()};
-    return compareEdition(*edition_, opening, types_, tables, readStoredState(tables, observer.progress),
-                          changes, observer);
+    StoredState state = readStoredState(tables, observer.progress);
+    return compareEdition(*edition_, opening, types_, tables, state, changes, observer);
 }
 
 LoadSummary DirectoryLoading::store(RangeOpening opening, const std::string& undoFile,
@@ -131,14 +123,19 @@ LoadSummary DirectoryLoading::store(RangeOpening opening, const std::string& und
     }
     const std::unique_ptr<Held> held = std::move(held_);
     held->storing.keepUndo(undoFile, "callejero cargar, " + edition_->date());
-    LoadSummary summary = compareEdition(*edition_, opening, types_, held->storing.present(),
-                                         held->state.get(), held->changes, observer);
+    StoredState state = held->state.get();
+    held->storing.beginSums();
+    LoadSummary summary =
+        compareEdition(*edition_, opening, types_, held->storing.present(), state, held->changes, observer);
     if (!summary.unlikelyLosses.empty() && !edition_->isTakenAsWhole()) {
         throw Failure(summary.unlikelyLosses +
                       "Parece que un fichero está cortado o es de otra edición. No se ha cargado nada; si es "
                       "lo que quiere, dé --aunque-falten.");
     }
-    const auto forgotten = std::async([this] { edition_->forgetStreets(); });
+    const auto forgotten = std::async([this, &state] { // giving back their memory takes a while
+        edition_->forgetStreets();
+        state = {};
+    });
     held->changes.finish();
     held->storing.commit(observer.progress);
     return summary;

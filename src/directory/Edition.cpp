@@ -157,6 +157,10 @@ OfficialFile Edition::beginFile(const std::string& path, FileKind kind) {
         stretches_.reserve(static_cast<std::size_t>(std::min(file.size / usualLine, usualCount)));
         dbase::preferLargePages(stretches_.data(), stretches_.capacity() * sizeof(Stored));
     }
+    if (kind == FileKind::Streets) {
+        constexpr std::uint64_t usualLine = 120, usualCount = 1'000'000;
+        streets_.reserve(static_cast<std::size_t>(std::min(file.size / usualLine, usualCount)));
+    }
     dates_.emplace_back(file.name, file.edition);
     return file;
 }
@@ -424,7 +428,8 @@ void Edition::forgetStreets() {
 
 void Edition::forEachStreet(RangeOpening opening, StreetTypeCodes& types, const StreetUse& use) {
     notes_.withoutMunicipality = notes_.streetsWithoutName = 0;
-    BlockRelay<PlaceStreets> relay;
+    constexpr std::size_t placesAhead = 128; // a town takes as long as a hundred villages
+    BlockRelay<PlaceStreets, placesAhead> relay;
     const std::jthread joining = relay.start([&] {
         std::span<const Piece> pieces = pieces_;
         while (joinNext(pieces, opening, types, relay.toFill())) {

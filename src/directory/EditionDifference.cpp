@@ -9,7 +9,7 @@
 namespace ambrel::directory {
 
 LoadSummary compareEdition(Edition& edition, RangeOpening opening, const std::vector<StreetTypeRow>& types,
-                           const StoredTables& tables, StoredState state, TableChanges& changes,
+                           const StoredTables& tables, StoredState& state, TableChanges& changes,
                            const LoadObserver& observer) {
     LoadSummary summary;
     LoadTally tally(summary, observer);

@@ -120,6 +120,7 @@ std::vector<PlaceRow> PlaceNames::rows() const {
     }
     const std::span<const std::string_view> settled = shortNames.settle();
     std::vector<PlaceRow> rows;
+    rows.reserve(units_.size() + 2 * places_.size());
     auto shortName = settled.begin();
     for (const auto& [place, name] : places_) {
         if (codes_.contains(place)) {

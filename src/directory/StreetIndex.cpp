@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "dbase/system/large_memory.h"
+
 namespace ambrel::directory {
 namespace {
 
@@ -11,6 +13,14 @@ constexpr StreetId idsOfPlace = streetId(1, false, 0);
 PlaceCode placeOfEntry(const StreetIndex::Entry& entry) { return placeOf(entry.id); }
 
 } // namespace
+
+void StreetIndex::reserve(std::size_t streets) {
+    constexpr std::size_t usualName = 20;
+    entries_.reserve(streets);
+    names_.reserve(streets * usualName);
+    dbase::preferLargePages(entries_.data(), streets * sizeof(Entry));
+    dbase::preferLargePages(names_.data(), streets * usualName);
+}
 
 void StreetIndex::add(StreetId id, std::string_view type, std::string_view name) {
     near_ = {}; // the entries may move

@@ -21,6 +21,8 @@ public:
         std::uint8_t length;
     };
 
+    /// Takes memory at once for about so many.
+    void reserve(std::size_t streets);
     void add(StreetId id, std::string_view type, std::string_view name);
     /// Puts the entries in order, after which they are found. Of several with one id the first counts.
     void finish();
