@@ -7,10 +7,14 @@
 #include <filesystem>
 #include <thread>
 
+#include <sys/stat.h>
+
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/error.h"
 #include "dbase/system/paths.h"
 #include "dbase/table/bulk_loader.h"
+#include "dbase/table/table_revision.h"
+#include "support/FileSizeLimit.h"
 #include "support/LockPatience.h"
 #include "support/TemporaryFolder.h"
 
@@ -230,6 +234,104 @@ TEST_F(ExchangeTest, AnExchangeOfTheTablesJustExchangedFindsThem) {
         EXPECT_EQ(namesIn(name), std::vector<std::string>{"OTRA"});
     }
     expectSound({"CALLES", "PUEBLOS", "ORIGEN"});
+}
+
+/// A table with many rows, of which a few are changed.
+class RevisionInExchange : public ExchangeTest {
+protected:
+    static constexpr int rows = 400;
+
+    RevisionInExchange() {
+        BulkLoader loader(path("CALLES"), BulkLoader::Mode::Append);
+        for (int number = 2; number <= rows; ++number) {
+            loader.add(row(loader.schema(), "CALLE " + std::to_string(number)));
+        }
+        loader.finish();
+    }
+    static void revise(TableExchange& exchange, int added) {
+        TableRevision revision(exchange.table(1));
+        revision.change(200, row(revision.schema(), "OTRO NOMBRE"));
+        revision.erase(300);
+        for (int number = 1; number <= added; ++number) {
+            revision.add(row(revision.schema(), "NUEVA " + std::to_string(number)));
+        }
+        revision.finish();
+    }
+    void expectRevised(std::size_t added) const {
+        const std::vector<std::string> names = namesIn("CALLES");
+        EXPECT_EQ(names.size(), rows + added); // with the deleted one
+        EXPECT_EQ(std::ranges::count(names, "OTRO NOMBRE"), 1);
+        EXPECT_EQ(std::ranges::count(names, "CALLE 200"), 0);
+        EXPECT_EQ(std::ranges::count(names, "CALLE 201"), 1);
+        EXPECT_EQ(storedRecord(*Table::open(path("CALLES")), 300).front(), deletedMark);
+        expectSound({"CALLES"});
+    }
+    [[nodiscard]] static ino_t inodeOf(const std::string& path) {
+        struct stat status = {};
+        EXPECT_EQ(stat(path.c_str(), &status), 0);
+        return status.st_ino;
+    }
+};
+
+TEST_F(RevisionInExchange, OfAFewRowsIsMadeInTheTableItself) {
+    const std::vector<std::string> its{path("CALLES"), folder_ / "CALLES.MDX"};
+    const std::vector<ino_t> before{inodeOf(its[0]), inodeOf(its[1])};
+    {
+        TableExchange exchange(paths());
+        revise(exchange, 5);
+        EXPECT_LT(fs::file_size(exchange.table(1).newTableFile()), fs::file_size(its[0]));
+        exchange.commit();
+    }
+    EXPECT_EQ((std::vector<ino_t>{inodeOf(its[0]), inodeOf(its[1])}), before);
+    EXPECT_EQ(files(), oldFiles_);
+    expectRevised(5);
+    EXPECT_EQ(namesIn("PUEBLOS"), std::vector<std::string>{"VIEJA"});
+}
+
+TEST_F(RevisionInExchange, WithoutItsCommitLeavesEveryByteAsItWas) {
+    const Bytes records = readFile(path("CALLES")), index = readFile(folder_ / "CALLES.MDX");
+    {
+        TableExchange exchange(paths());
+        revise(exchange, 5);
+        EXPECT_EQ(readFile(path("CALLES")), records);
+        EXPECT_EQ(readFile(folder_ / "CALLES.MDX"), index);
+    }
+    EXPECT_EQ(readFile(path("CALLES")), records);
+    EXPECT_EQ(readFile(folder_ / "CALLES.MDX"), index);
+    EXPECT_EQ(files(), oldFiles_);
+}
+
+TEST_F(RevisionInExchange, ThatDoesNotFitOnTheDiskLeavesTheTableAsItWasWhateverIsMissing) {
+    const Bytes records = readFile(path("CALLES")), index = readFile(folder_ / "CALLES.MDX");
+    int refused = 0, made = 0;
+    for (std::size_t limit = 512; limit < 2 * (records.size() + index.size()); limit += 2560) {
+        SCOPED_TRACE("files of at most " + std::to_string(limit) + " bytes");
+        writeFile(path("CALLES"), records);
+        writeFile(folder_ / "CALLES.MDX", index);
+        bool isMade = false;
+        {
+            const ambrel::test::FileSizeLimit smallDisk(limit);
+            TableExchange exchange(paths());
+            try {
+                revise(exchange, 400);
+                exchange.commit();
+                isMade = true;
+            } catch (const Error& error) {
+                EXPECT_EQ(error.code(), ErrorCode::DiskFull) << error.what();
+                EXPECT_FALSE(exchange.isDecided()) << error.what();
+            }
+        }
+        ++(isMade ? made : refused);
+        if (isMade) {
+            expectRevised(400);
+        } else {
+            EXPECT_EQ(readFile(path("CALLES")), records);
+            EXPECT_EQ(readFile(folder_ / "CALLES.MDX"), index);
+        }
+        EXPECT_EQ(files(), oldFiles_);
+    }
+    EXPECT_GT(refused, 5);
+    EXPECT_GT(made, 5);
 }
 
 } // namespace
