@@ -18,19 +18,19 @@ namespace dbase::test {
 namespace {
 
 constexpr int rowsOfTable = 12;
-/// The table that is changed in place has many others, of nobody, so that twelve are few.
+/// The table that is changed in place has many others, of nobody, so that twelve are few; it
+/// grows.
 constexpr std::size_t changedInPlace = 1;
-constexpr int rowsOfNobody = 500, nobody = 999999;
+constexpr int rowsOfNobody = 900, rowsAdded = 10, nobody = 999999;
 
 Bytes rowOf(const Schema& schema, int author, int number) {
     return makeRecord(schema, {std::to_string(author), "FILA " + std::to_string(number)});
 }
 
-void load(BulkLoader& loader, int author) {
-    for (int number = 1; number <= rowsOfTable; ++number) {
+void addRows(BulkLoader& loader, int author, int count) {
+    for (int number = 1; number <= count; ++number) {
         loader.add(rowOf(loader.schema(), author, number));
     }
-    loader.finish();
 }
 
 int authorOf(Table& table) {
@@ -72,10 +72,9 @@ void makeExchangedTables(const std::string& folder, Folders& folders) {
     for (const std::size_t i : {0U, 1U}) {
         createTable(folders, folder, exchangedDefinition(exchangedNames.at(i)));
         BulkLoader loader(files.at(i), BulkLoader::Mode::Append, folders);
-        for (int number = 1; i == changedInPlace && number <= rowsOfNobody; ++number) {
-            loader.add(rowOf(loader.schema(), nobody, number));
-        }
-        load(loader, 0);
+        addRows(loader, 0, rowsOfTable);
+        addRows(loader, nobody, i == changedInPlace ? rowsOfNobody : 0);
+        loader.finish();
     }
 }
 
@@ -90,15 +89,18 @@ void exchangeBy(int author, const std::string& folder, Folders& folders) {
 void fillExchange(TableExchange& exchange, int author) {
     for (const std::size_t i : {0U, 1U}) {
         TableRevision revision(exchange.table(i));
-        const RecordNumber count = revision.recordCount();
-        for (RecordNumber number = count - std::min<RecordNumber>(count, rowsOfTable) + 1; number <= count;
-             ++number) {
+        const RecordNumber count = std::min<RecordNumber>(revision.recordCount(), rowsOfTable);
+        for (RecordNumber number = 1; number <= count; ++number) {
             revision.change(number, rowOf(revision.schema(), author, static_cast<int>(number)));
+        }
+        for (int number = 1; i == changedInPlace && number <= rowsAdded; ++number) {
+            revision.add(rowOf(revision.schema(), nobody, rowsOfNobody + number));
         }
         revision.finish();
     }
     BulkLoader origin(exchange.table(2), exchangedDefinition(exchangedNames[2]));
-    load(origin, author);
+    addRows(origin, author, rowsOfTable);
+    origin.finish();
 }
 
 Authors authorsIn(const std::string& folder, std::size_t first, Folders& folders) {

@@ -163,8 +163,14 @@ void TablePatch::apply(File& target, Numbers numbers, std::uint64_t size, const 
     target.sync();
 }
 
+// The rows are on the disk before the header that counts them: programs that look at a table before they open
+// it would otherwise take it for one that has lost its end.
 void TablePatch::applyToRecords(File& records) const {
-    apply(records, recordBlocks(), recordsAfter_, [](std::uint64_t, std::span<char>) {});
+    const Numbers all = recordBlocks();
+    const std::size_t inHeader = !all.empty() && all.front() == 0 ? 1 : 0;
+    for (const Numbers numbers : {all.subspan(inHeader), all.first(inHeader)}) {
+        apply(records, numbers, recordsAfter_, [](std::uint64_t, std::span<char>) {});
+    }
 }
 
 void TablePatch::applyToIndex(File& index, std::uint64_t session) const {
