@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <vector>
 
 #include "dbase/support/StoredTable.h"
 #include "dbase/system/notices.h"
@@ -45,7 +44,7 @@ bool ExchangeRemains::isDecided(const FolderImage& image) {
     return decodeIntention({bytes.data(), bytes.size()}).has_value();
 }
 
-void ExchangeRemains::restore(const std::string& table) const {
+void ExchangeRemains::restore(const std::string& table, const std::vector<std::string>& extensions) const {
     const TemporaryFolder backup;
     createTable(backup.path(), exchangedDefinition(table));
     {
@@ -55,7 +54,7 @@ void ExchangeRemains::restore(const std::string& table) const {
         }
         loader.finish();
     }
-    for (const char* const extension : {".DBF", ".MDX"}) {
+    for (const std::string& extension : extensions) {
         fs::copy_file(backup / (table + extension), path(table + extension),
                       fs::copy_options::overwrite_existing);
     }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "ExchangedTables.h"
 #include "RecordingFolders.h"
@@ -26,7 +27,8 @@ protected:
     [[nodiscard]] static bool isDecided(const FolderImage& image);
     [[nodiscard]] std::string path(const std::string& file) const { return disk_ / file; }
     /// Puts a sound table of another author in place of one, as a backup is restored.
-    void restore(const std::string& table) const;
+    void restore(const std::string& table,
+                 const std::vector<std::string>& extensions = {".DBF", ".MDX"}) const;
     /// Finds these authors, whichever table is opened first, and nothing left over.
     void expectAuthors(const Authors& expected);
     void expectNotice(const std::string& table) const;

@@ -128,7 +128,7 @@ TEST_F(ExchangeRemains, ATableThatAnotherProgramChangedAfterItWasExchangedStaysA
 }
 
 TEST_F(ExchangeRemains, ATableThatIsChangedWhereItIsIsChangedAgainOverWhatTheStopLeft) {
-    for (const std::size_t kept : {std::size_t{0}, std::size_t{600}, std::size_t{5000}}) {
+    for (const std::size_t kept : {std::size_t{0}, std::size_t{512}, std::size_t{5120}}) {
         const TemporaryFolder disk;
         begun_.writeInto(disk.path());
         Bytes records = readFile(disk / "PUEBLOS.DBF");
@@ -142,6 +142,12 @@ TEST_F(ExchangeRemains, ATableThatIsChangedWhereItIsIsChangedAgainOverWhatTheSto
 }
 
 TEST_F(ExchangeRemains, ATableHalfChangedWhoseChangesAreGoneIsReportedAndTheOthersFollow) {
+    const auto spoilRow = [&](RecordNumber number) {
+        Bytes records = readFile(path("PUEBLOS.DBF"));
+        const TableFile table(openFile(path("PUEBLOS.DBF"), OpenMode::ReadOnly));
+        records[table.offsetOf(number) + 20] ^= 1;
+        writeFile(path("PUEBLOS.DBF"), records);
+    };
     const std::vector<std::function<void()>> harms{
         [&] { fs::remove(path("PUEBLOS.DBF.nuevo")); },
         [&] {
@@ -155,6 +161,15 @@ TEST_F(ExchangeRemains, ATableHalfChangedWhoseChangesAreGoneIsReportedAndTheOthe
             writeFile(path("PUEBLOS.DBF"), records);
         },
         [&] { fs::resize_file(path("PUEBLOS.DBF"), 1000); },
+        [&] { spoilRow(2); },  // which the exchange would still have changed
+        [&] { spoilRow(12); }, // which it has changed
+        [&] {                  // another program's new row, where one of the exchange was to come
+            Bytes records = readFile(path("PUEBLOS.DBF"));
+            records.insert(records.end() - 1, 67, 'X');
+            writeFile(path("PUEBLOS.DBF"), records);
+        },
+        [&] { fs::remove(path("PUEBLOS.MDX")); },
+        [&] { restore("PUEBLOS", {".MDX"}); },
     };
     for (std::size_t i = 0; i < harms.size(); ++i) {
         SCOPED_TRACE("harm " + std::to_string(i));

@@ -43,14 +43,13 @@ OverlayFile::Block& OverlayFile::toChange(std::uint64_t offset) {
     }
     if (places_[number] == 0) {
         Block& block = blocks_.emplace_back();
-        readBase(begin, block);
+        readBelow(begin, block);
         places_[number] = static_cast<std::uint32_t>(blocks_.size());
     }
     return blocks_[places_[number] - 1];
 }
 
-/// Zeros beyond its end.
-void OverlayFile::readBase(std::uint64_t offset, std::span<char> bytes) const {
+void OverlayFile::readBelow(std::uint64_t offset, std::span<char> bytes) const {
     const auto there = static_cast<std::size_t>(
         std::min<std::uint64_t>(bytes.size(), baseSize_ - std::min(baseSize_, offset)));
     std::ranges::fill(bytes.subspan(there), '\0');
@@ -75,7 +74,7 @@ void OverlayFile::read(std::uint64_t offset, std::span<char> bytes) const {
         if (const Block* const block = changed(at)) {
             std::memcpy(part.data(), block->data() + at % blockBytes, part.size());
         } else {
-            readBase(at, part);
+            readBelow(at, part);
         }
     });
 }

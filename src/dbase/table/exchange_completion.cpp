@@ -31,8 +31,9 @@ public:
         : folders_(folders), intention_(intention), intended_(intended),
           claim_(pathIn(folder, intended.table), folders, TableClaim::Remains::Leave),
           files_(replacedFiles(pathIn(folder, intended.table), pathIn(folder, intended.index))) {
-        if (!isMarked()) {
-            return; // somebody else's table by now, and perhaps open
+        if (!isMarked()) { // somebody else's table by now, and perhaps open
+            isBegun_ = intended_.rest && isHalfChanged();
+            return;
         }
         for (const std::string* file : {&files_.table, &files_.index}) {
             if (folders_.exists(*file)) {
@@ -115,10 +116,28 @@ private:
         if (!patch_) {
             return false;
         }
-        const Fingerprint present = fingerprintOf(*held_);
-        return isBegun_
-                   ? patch_->restOf(*held_, present) == intended_.rest
-                   : isMarked(files_.index, intention_.oldSession()) && present == intended_.recordsBefore;
+        if (isBegun_) {
+            return patch_->restAmid(*held_, fingerprintOf(*held_)) == intended_.rest;
+        }
+        if (!folders_.exists(files_.index)) {
+            isBegun_ = isHalfChanged(*held_, *patch_);
+            return false;
+        }
+        return fingerprintOf(*held_) == intended_.recordsBefore;
+    }
+    /// Whether the records show that they were changed, without the index by which that is known.
+    [[nodiscard]] bool isHalfChanged(const File& records, const TablePatch& patch) const {
+        const Fingerprint present = fingerprintOf(records);
+        return present != intended_.recordsBefore && patch.restAmid(records, present) == intended_.rest;
+    }
+    [[nodiscard]] bool isHalfChanged() const {
+        if (!folders_.exists(files_.table) || !folders_.exists(files_.newTable)) {
+            return false;
+        }
+        const auto file = folders_.open(files_.newTable, OpenMode::ReadOnly);
+        const auto patch =
+            fingerprintOf(*file) == intended_.recordsAfter ? TablePatch::in(*file) : std::nullopt;
+        return patch && isHalfChanged(*folders_.open(files_.table, OpenMode::ReadOnly), *patch);
     }
     [[nodiscard]] bool hasRightRecords() {
         if (!heldNew_) {

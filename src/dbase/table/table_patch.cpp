@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <numeric>
 #include <utility>
 
 #include "dbase/mdx/update_stamp.h"
@@ -19,7 +20,7 @@ namespace head { // offsets
 constexpr std::size_t recordsBefore = 8, recordsAfter = 16, indexAfter = 24, recordBlocks = 32,
                       indexBlocks = 36, size = 40;
 }
-constexpr std::size_t numberBytes = 4, blockBytes = OverlayFile::blockBytes;
+constexpr std::size_t numberBytes = 4, sumBytes = 8, blockBytes = OverlayFile::blockBytes;
 static_assert(blockBytes == Fingerprint::blockBytes);
 static_assert(mdx::stamp + mdx::stampSize <= blockBytes);
 
@@ -52,6 +53,20 @@ std::size_t changedIn(const OverlayFile& file) {
     return count;
 }
 
+/// The part of a block that lies before the end of a file.
+std::span<char> partOf(std::span<char, blockBytes> block, std::uint64_t at, std::uint64_t size) {
+    return block.first(
+        static_cast<std::size_t>(std::min<std::uint64_t>(blockBytes, size - std::min(at, size))));
+}
+
+std::uint64_t sumBelow(const OverlayFile& file, OverlayFile::BlockNumber number) {
+    const std::uint64_t at = std::uint64_t{number} * blockBytes;
+    std::array<char, blockBytes> block{};
+    const std::span<char> its = partOf(block, at, file.sizeBelow());
+    file.readBelow(at, its);
+    return sumOfBlocks(at, its);
+}
+
 /// Of a file with this size.
 bool areBlocksOf(std::span<const OverlayFile::BlockNumber> numbers, std::uint64_t size) {
     return std::ranges::is_sorted(numbers, std::less_equal()) &&
@@ -77,6 +92,11 @@ void TablePatch::write(File& to, const OverlayFile& records, const OverlayFile& 
             out.add(itsBytes);
         });
     }
+    records.forEachChanged([&](OverlayFile::BlockNumber number, std::span<const char>) {
+        std::array<char, sumBytes> sum{};
+        store64(sum.data(), sumBelow(records, number));
+        out.add(sum);
+    });
     for (const OverlayFile* const file : {&records, &index}) {
         file->forEachChanged([&](OverlayFile::BlockNumber, std::span<const char> block) { out.add(block); });
     }
@@ -101,7 +121,8 @@ bool TablePatch::read() {
     recordCount_ = load32(bytes.data() + head::recordBlocks);
     const std::size_t count = recordCount_ + load32(bytes.data() + head::indexBlocks);
     if (!std::ranges::equal(std::span(bytes).first(magic.size()), magic) ||
-        size != head::size + std::uint64_t{count} * (numberBytes + blockBytes)) {
+        size != head::size + std::uint64_t{count} * (numberBytes + blockBytes) +
+                    std::uint64_t{recordCount_} * sumBytes) {
         return false;
     }
     std::vector<char> numbers(count * numberBytes);
@@ -109,23 +130,59 @@ bool TablePatch::read() {
     for (std::size_t i = 0; i < count; ++i) {
         numbers_.push_back(load32(numbers.data() + i * numberBytes));
     }
+    std::vector<char> sums(recordCount_ * sumBytes);
+    file_->read(head::size + numbers.size(), sums);
+    for (std::size_t i = 0; i < recordCount_; ++i) {
+        sumsBefore_.push_back(load64(sums.data() + i * sumBytes));
+    }
     return recordsBefore_ <= recordsAfter_ && recordsAfter_ < maxFileSize && indexAfter_ < maxFileSize &&
            areBlocksOf(recordBlocks(), recordsAfter_) && areBlocksOf(indexBlocks(), indexAfter_);
 }
 
-Fingerprint TablePatch::restOf(const File& records, const Fingerprint& whole) const {
-    Fingerprint rest{std::min(whole.size, recordsBefore_), whole.sum};
+Fingerprint TablePatch::restOf(const Fingerprint& before) const {
+    return {before.size, std::accumulate(sumsBefore_.begin(), sumsBefore_.end(), before.sum, std::minus())};
+}
+
+std::optional<Fingerprint> TablePatch::restAmid(const File& records, const Fingerprint& present) const {
+    if (present.size < recordsBefore_ || present.size > recordsAfter_) {
+        return std::nullopt;
+    }
+    Fingerprint rest{recordsBefore_, present.sum};
     std::array<char, blockBytes> block{};
-    for (const OverlayFile::BlockNumber number : recordBlocks()) {
-        const std::uint64_t at = std::uint64_t{number} * blockBytes;
-        if (at < whole.size) {
-            const std::span its = std::span(block).first(
-                static_cast<std::size_t>(std::min<std::uint64_t>(blockBytes, whole.size - at)));
-            records.read(at, its);
-            rest.sum -= sumOfBlocks(at, its);
+    for (std::size_t i = 0; i < recordCount_; ++i) {
+        const std::uint64_t at = std::uint64_t{numbers_[i]} * blockBytes;
+        const std::span<char> its = partOf(block, at, present.size);
+        if (its.empty()) {
+            break; // all others have yet to come
         }
+        records.read(at, its);
+        if (!isAsItWas(i, its) && !isAsItWillBe(i, its)) {
+            return std::nullopt;
+        }
+        rest.sum -= sumOfBlocks(at, its);
     }
     return rest;
+}
+
+// Zeros follow it where the file has grown and the disk has lost what was written there.
+bool TablePatch::isAsItWas(std::size_t block, std::span<const char> present) const {
+    const std::uint64_t at = std::uint64_t{numbers_[block]} * blockBytes;
+    const auto before = static_cast<std::size_t>(
+        std::min<std::uint64_t>(present.size(), recordsBefore_ - std::min(at, recordsBefore_)));
+    return sumOfBlocks(at, present.first(before)) == sumsBefore_[block] &&
+           std::ranges::all_of(present.subspan(before), [](char byte) { return byte == 0; });
+}
+
+bool TablePatch::isAsItWillBe(std::size_t block, std::span<const char> present) const {
+    std::array<char, blockBytes> after{};
+    file_->read(placeOf(block), after);
+    return std::ranges::equal(present, std::span(after).first(present.size()));
+}
+
+/// In the patch, of its bytes.
+std::uint64_t TablePatch::placeOf(std::size_t block) const {
+    return head::size + numbers_.size() * numberBytes + sumsBefore_.size() * sumBytes +
+           std::uint64_t{block} * blockBytes;
 }
 
 void TablePatch::reserve(File& records, File& index) const {
@@ -136,8 +193,7 @@ void TablePatch::reserve(File& records, File& index) const {
 /// `numbers`: part of all those of the patch. `change` may change each block before it is written.
 template<typename Change>
 void TablePatch::apply(File& target, Numbers numbers, std::uint64_t size, const Change& change) const {
-    const auto first = static_cast<std::uint64_t>(numbers.data() - numbers_.data());
-    std::uint64_t from = head::size + numbers_.size() * numberBytes + first * blockBytes;
+    std::uint64_t from = placeOf(static_cast<std::size_t>(numbers.data() - numbers_.data()));
     std::vector<char> piece;
     while (!numbers.empty()) {
         piece.resize(std::min<std::size_t>(numbers.size() * blockBytes, pieceBytes));

@@ -22,8 +22,11 @@ public:
     [[nodiscard]] static std::optional<TablePatch> in(const File& file);
 
     /// What the records that it is for are recognised by even while it is applied: the blocks that it leaves
-    /// alone. `whole`: the present sum of all.
-    [[nodiscard]] Fingerprint restOf(const File& records, const Fingerprint& whole) const;
+    /// alone. `before`: the sum of all.
+    [[nodiscard]] Fingerprint restOf(const Fingerprint& before) const;
+    /// The same of records over which it may have been applied in part. Nothing if one of the other blocks is
+    /// neither as it was nor as it will be: somebody else has changed it. `present`: the sum of all.
+    [[nodiscard]] std::optional<Fingerprint> restAmid(const File& records, const Fingerprint& present) const;
 
     /// Takes room for both files to grow.
     void reserve(File& records, File& index) const;
@@ -42,11 +45,15 @@ private:
     void apply(File& target, Numbers numbers, std::uint64_t size, const Change& change) const;
     [[nodiscard]] Numbers recordBlocks() const { return std::span(numbers_).first(recordCount_); }
     [[nodiscard]] Numbers indexBlocks() const { return std::span(numbers_).subspan(recordCount_); }
+    [[nodiscard]] std::uint64_t placeOf(std::size_t block) const;
+    [[nodiscard]] bool isAsItWas(std::size_t block, std::span<const char> present) const;
+    [[nodiscard]] bool isAsItWillBe(std::size_t block, std::span<const char> present) const;
 
     const File* file_;
     std::uint64_t recordsBefore_ = 0, recordsAfter_ = 0, indexAfter_ = 0; // sizes
     std::size_t recordCount_ = 0;                                         // of the records' blocks
     std::vector<OverlayFile::BlockNumber> numbers_; // of the records' blocks, then of the index's
+    std::vector<std::uint64_t> sumsBefore_;         // of the records' blocks
 };
 
 } // namespace dbase

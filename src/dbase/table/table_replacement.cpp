@@ -180,7 +180,7 @@ void TableReplacement::settle() {
             holdNew();
             if (patch_) {
                 patch_->reserve(*old_, *oldIndex_);
-                restSum_ = patch_->restOf(*old_, oldSum_.value());
+                restSum_ = patch_->restOf(oldSum_.value());
             } else {
                 dropOld();
             }
