@@ -16,6 +16,7 @@ constexpr std::array<const char*, 3> tableNames = {"POSTAL", "PROCEDEN", "MUNICI
 const std::array<std::vector<std::string>, 3> keyColumns = {
     {{"CODIGO1"}, {"CODIGO1", "CLAVE"}, {"COD_INE", "CODPOSTAL", "NOMBRE", "ENT_MENOR"}}};
 
+/// Those that the system grants no thread run one after another: what has been decided must not stop there.
 void runSideBySide(const dbase::TableExchange::Steps& steps) {
     std::vector<std::future<void>> running;
     std::ranges::transform(steps, std::back_inserter(running),

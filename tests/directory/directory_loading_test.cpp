@@ -6,6 +6,8 @@
 #include <map>
 #include <set>
 
+#include <pthread.h>
+
 #include "data/TableDefinitions.h"
 #include "dbase/dataset/dataset.h"
 #include "dbase/system/error.h"
@@ -221,6 +223,42 @@ TEST_F(DirectoryLoadingTest, WhatTheObserverThrowsEndsItWithNothingChanged) {
         names -= entry.exists() ? 1 : 0;
     }
     EXPECT_EQ(names, 0U) << "files stay behind";
+}
+
+/// From refuse() to its end the system grants no thread: none has so much memory for its stack.
+class NoMoreThreads {
+public:
+    NoMoreThreads() { pthread_getattr_default_np(&usual_); }
+    ~NoMoreThreads() {
+        pthread_setattr_default_np(&usual_);
+        pthread_attr_destroy(&usual_);
+    }
+    NoMoreThreads(const NoMoreThreads&) = delete;
+    NoMoreThreads& operator=(const NoMoreThreads&) = delete;
+
+    static void refuse() {
+        pthread_attr_t none;
+        pthread_attr_init(&none);
+        pthread_attr_setstacksize(&none, std::size_t{1} << 60);
+        pthread_setattr_default_np(&none);
+        pthread_attr_destroy(&none);
+    }
+
+private:
+    pthread_attr_t usual_;
+};
+
+TEST_F(DirectoryLoadingTest, TablesAreExchangedWithoutMoreThreads) {
+    store(firstEdition());
+    SmallEdition next = firstEdition("MAYOR DE ARRIBA");
+    DirectoryLoading loading("DB", folder.path());
+    loading.take(std::make_unique<Edition>(next.write(official, "251231")));
+    const NoMoreThreads threads;
+    const LoadSummary summary = loading.store(
+        RangeOpening::None, {}, {.change = [](const DirectoryChange&) { NoMoreThreads::refuse(); }});
+    EXPECT_GT(summary.streets.changes, 0U);
+    EXPECT_TRUE(std::ranges::any_of(
+        streets(), [](const std::string& row) { return row.find("MAYOR DE ARRIBA") != std::string::npos; }));
 }
 
 Lines sorted(Lines lines) {
