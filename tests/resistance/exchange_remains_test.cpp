@@ -2,6 +2,7 @@
 // its tables is opened again.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "ExchangeRemains.h"
@@ -186,6 +187,35 @@ TEST_F(ExchangeRemains, ATableHalfChangedWhoseChangesAreGoneIsReportedAndTheOthe
         EXPECT_EQ(valueOf(streets->schema(), storedRecord(*streets, 1), "AUTOR"), "1");
         EXPECT_FALSE(fs::exists(path("PUEBLOS.DBF.nuevo")));
     }
+}
+
+TEST_F(ExchangeRemains, ATableHalfChangedWhoseIntentionIsGoneIsReportedByWhateverUsesItNext) {
+    const std::vector<std::function<void(const std::string&)>> programs{
+        [](const std::string& table) { static_cast<void>(Table::open(table)); },
+        [](const std::string& table) { reindexTable(table); },
+        [](const std::string& table) { const TableReplacement files(table); },
+    };
+    for (std::size_t i = 0; i < programs.size(); ++i) {
+        for (const bool isDamaged : {false, true}) {
+            SCOPED_TRACE("program " + std::to_string(i));
+            notices_.clear();
+            stopBegun();
+            isDamaged ? writeFile(path("INTENCION.AMI"), Bytes(100, 'x'))
+                      : static_cast<void>(fs::remove(path("INTENCION.AMI")));
+            const CheckResult result = checkTable(path("PUEBLOS.DBF"));
+            EXPECT_TRUE(std::ranges::any_of(result.findings, [](const Finding& finding) {
+                return finding.text.find("restaure una copia de seguridad") != std::string::npos;
+            }));
+            programs[i](path("PUEBLOS.DBF"));
+            expectNotice("PUEBLOS.DBF");
+            EXPECT_NE(notices_.find("restaure una copia de seguridad"), std::string::npos) << notices_;
+        }
+    }
+    notices_.clear();
+    stopDecided(); // nothing was changed yet
+    fs::remove(path("INTENCION.AMI"));
+    static_cast<void>(Table::open(path("PUEBLOS.DBF")));
+    EXPECT_EQ(notices_, "");
 }
 
 TEST_F(ExchangeRemains, NewFilesThatAreMissingOrOthersLeaveTheOldTables) {

@@ -7,11 +7,19 @@
 
 namespace dbase {
 
+namespace {
+
+constexpr std::uint32_t halfChanged = 2; // of the mark
+
+} // namespace
+
 UpdateStamp decodeStamp(const StampBytes& bytes) {
     UpdateStamp stamp;
     stamp.present = std::equal(bytes.begin(), bytes.begin() + mdx::stampMagicSize, mdx::stampMagic);
     if (stamp.present) {
-        stamp.inUpdate = load32(bytes.data() + mdx::stampMark) != 0;
+        const std::uint32_t mark = load32(bytes.data() + mdx::stampMark);
+        stamp.inUpdate = mark != 0;
+        stamp.isHalfChanged = mark == halfChanged;
         stamp.records = load32(bytes.data() + mdx::stampRecords);
         stamp.counter = load64(bytes.data() + mdx::stampCounter);
         stamp.session = load64(bytes.data() + mdx::stampSession);
@@ -22,7 +30,7 @@ UpdateStamp decodeStamp(const StampBytes& bytes) {
 StampBytes encodeStamp(const UpdateStamp& stamp) {
     StampBytes bytes{};
     std::copy_n(mdx::stampMagic, mdx::stampMagicSize, bytes.begin());
-    store32(bytes.data() + mdx::stampMark, stamp.inUpdate ? 1 : 0);
+    store32(bytes.data() + mdx::stampMark, stamp.inUpdate ? (stamp.isHalfChanged ? halfChanged : 1) : 0);
     store32(bytes.data() + mdx::stampRecords, stamp.records);
     store64(bytes.data() + mdx::stampCounter, stamp.counter);
     store64(bytes.data() + mdx::stampSession, stamp.session);

@@ -14,6 +14,8 @@ struct UpdateStamp {
     std::uint32_t records = 0; // records that the tags cover
     std::uint64_t counter = 0; // incremented at the start and end of every update; odd in between
     std::uint64_t session = 0; // of the journal begun last beside this index; 0: none
+    /// Of an update that changes the table where it is: its rows may be those of before and of afterwards.
+    bool isHalfChanged = false;
 
     /// The stamp of an update that starts from this one and ends with the tags covering `covered` records. If
     /// a writer died, the update counts as that writer's, started again.

@@ -138,8 +138,13 @@ void checkKnownTags(const IndexFile& index, const std::vector<TagDefinition>& kn
 void checkIndexHeader(const TableFile& records, const IndexFile& index, CheckReport& report) {
     const UpdateStamp stamp = index.stamp();
     if (stamp.present && stamp.inUpdate) {
-        report.add(index.path(), "cabecera",
-                   "un programa terminó mientras escribía; el siguiente que pueda escribir rehace el índice");
+        report.add(
+            index.path(), "cabecera",
+            stamp.isHalfChanged
+                ? "un programa terminó mientras cambiaba la tabla, y nada dice ya qué le faltaba: puede "
+                  "tener filas de antes y de después; restaure una copia de seguridad"
+                : "un programa terminó mientras escribía; el siguiente que pueda escribir rehace el "
+                  "índice");
     } else if (index.hasOwnHead()) {
         checkOwnBytes(records, index, report);
     }

@@ -70,9 +70,10 @@ public:
         }
         if (patch_) {
             const auto index = folders_.open(files_.index, OpenMode::ReadWrite);
-            setMark(*index, true, intention_.newSession());
+            markHalfChanged(*index, intention_.newSession());
             patch_->applyToRecords(*held_);
             patch_->applyToIndex(*index, intention_.newSession());
+            setMark(*index, true);
         } else {
             takeNames(folders_, files_, intended_.indexAfter.has_value());
         }
@@ -195,10 +196,7 @@ void conclude(const StoppedTables& tables, const File& intention, Folders& folde
         }
     }
     if (!spoilt.empty()) {
-        notify(spoilt +
-               ": un programa terminó mientras la cambiaba, y los cambios que faltaban se han perdido "
-               "o alguien la ha cambiado después; puede tener filas de antes y de después: restaure "
-               "una copia de seguridad");
+        warnOfHalfChanges(spoilt);
     }
     if (!left.empty()) {
         notify(isBegun

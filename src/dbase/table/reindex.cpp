@@ -13,6 +13,7 @@
 #include "dbase/table/empty_table.h"
 #include "dbase/table/exchange_completion.h"
 #include "dbase/table/recovery.h"
+#include "dbase/table/replaced_files.h"
 #include "dbase/table/table_definition.h"
 #include "dbase/table/table_names.h"
 
@@ -146,6 +147,9 @@ void reindexTable(const std::string& path, const std::vector<TagDefinition>& kno
     const bool isAlone = file->tryLock(presenceLock, LockKind::Exclusive);
     if (!isAlone) {
         holdLock(*file, presenceLock, LockKind::Shared);
+    }
+    if (const std::optional<std::string> index = findIndexFile(tableFile)) {
+        warnIfHalfChanged(tableFile, *openFile(*index, OpenMode::ReadOnly));
     }
     TableFile records(std::move(file));
     const std::optional<std::string> existing = findIndexFile(tableFile);

@@ -5,6 +5,8 @@
 #include "dbase/mdx/index_layout.h"
 #include "dbase/mdx/update_stamp.h"
 #include "dbase/system/error.h"
+#include "dbase/system/notify.h"
+#include "dbase/table/recovery.h"
 #include "dbase/table/table_claim.h"
 
 namespace dbase {
@@ -14,6 +16,21 @@ namespace {
 [[noreturn]] void refuseInUse(const std::string& table) {
     throw Error(ErrorCode::LockTimeout, table,
                 "la tabla está abierta en otro programa; ciérrelo para poder sustituirla");
+}
+
+/// On the disk; nothing for what is not an index.
+template<typename Change>
+void changeStamp(File& index, const Change& change) {
+    if (index.size() < mdx::headBytes) {
+        return;
+    }
+    StampBytes bytes;
+    index.read(mdx::stamp, bytes);
+    UpdateStamp stamp = decodeStamp(bytes);
+    stamp.present = true;
+    change(stamp);
+    index.write(mdx::stamp, encodeStamp(stamp));
+    index.sync();
 }
 
 } // namespace
@@ -46,17 +63,30 @@ void takeNames(Folders& folders, const ReplacedFiles& files, bool hasIndex) {
 }
 
 void setMark(File& index, bool isInUpdate, std::optional<std::uint64_t> session) {
-    if (index.size() < mdx::headBytes) {
-        return; // not an index
+    changeStamp(index, [&](UpdateStamp& stamp) {
+        stamp.inUpdate = isInUpdate;
+        stamp.isHalfChanged = false;
+        stamp.session = session.value_or(stamp.session);
+    });
+}
+
+void markHalfChanged(File& index, std::uint64_t session) {
+    changeStamp(index, [&](UpdateStamp& stamp) {
+        stamp.inUpdate = stamp.isHalfChanged = true;
+        stamp.session = session;
+    });
+}
+
+void warnIfHalfChanged(const std::string& table, const File& index) {
+    if (stampOf(&index).isHalfChanged) {
+        warnOfHalfChanges(table);
     }
-    StampBytes bytes;
-    index.read(mdx::stamp, bytes);
-    UpdateStamp stamp = decodeStamp(bytes);
-    stamp.present = true;
-    stamp.inUpdate = isInUpdate;
-    stamp.session = session.value_or(stamp.session);
-    index.write(mdx::stamp, encodeStamp(stamp));
-    index.sync();
+}
+
+void warnOfHalfChanges(const std::string& tables) {
+    notify(tables + ": un programa terminó mientras la cambiaba, y los cambios que faltaban se han perdido o "
+                    "alguien la ha cambiado después; puede tener filas de antes y de después: restaure una "
+                    "copia de seguridad");
 }
 
 std::unique_ptr<File> openAlone(Folders& folders, const std::string& table) {

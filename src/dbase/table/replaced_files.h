@@ -26,6 +26,13 @@ void takeNames(Folders& folders, const ReplacedFiles& files, bool hasIndex);
 /// none is given.
 void setMark(File& index, bool isInUpdate, std::optional<std::uint64_t> session = std::nullopt);
 
+/// Sets the mark, with the session, of a table whose records and index are going to be changed where they
+/// are.
+void markHalfChanged(File& index, std::uint64_t session);
+/// Tells the user where an index bears that mark, and nothing says any more what was being done.
+void warnIfHalfChanged(const std::string& table, const File& index);
+void warnOfHalfChanges(const std::string& tables);
+
 /// Holds the opening and the presence lock of a table that will lose its name: programs that open it wait,
 /// until they find the new one. Errors: Error(LockTimeout) if any program has it open.
 [[nodiscard]] std::unique_ptr<File> openAlone(Folders& folders, const std::string& table);

@@ -104,18 +104,20 @@ void TableExchange::commit(const StepRunner& runner) {
 }
 
 void TableExchange::carryOut(const std::vector<TableReplacement*>& made, const StepRunner& runner) {
-    Steps beginnings, changes;
+    Steps beginnings, changes, ends;
     for (TableReplacement* table : made) {
         if (table->isChangedInPlace()) {
             beginnings.push_back([table] { table->beginChanges(); });
             changes.push_back([table] { table->changeRecords(); });
             changes.push_back([table] { table->changeIndex(); });
+            ends.push_back([table] { table->endChanges(); });
         } else {
             table->takeNames();
         }
     }
     runner(beginnings);
     runner(changes);
+    runner(ends);
 }
 
 // Errors that name a new file name the one that it would have become.

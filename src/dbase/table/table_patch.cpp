@@ -236,7 +236,7 @@ void TablePatch::applyToIndex(File& index, std::uint64_t session) const {
             StampBytes bytes;
             std::ranges::copy(its, bytes.begin());
             UpdateStamp stamp = decodeStamp(bytes);
-            stamp.inUpdate = true;
+            stamp.inUpdate = stamp.isHalfChanged = true;
             stamp.session = session;
             std::ranges::copy(encodeStamp(stamp), its.begin());
         }

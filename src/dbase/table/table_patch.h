@@ -32,7 +32,7 @@ public:
     void reserve(File& records, File& index) const;
     /// What is changed is on the disk on return; a thread may do it for each of the files.
     void applyToRecords(File& records) const;
-    /// The index then has the stamp that belongs to its contents, with the in-update mark and this session.
+    /// The index then has the stamp that belongs to its contents, marked as half changed, with this session.
     void applyToIndex(File& index, std::uint64_t session) const;
 
 private:

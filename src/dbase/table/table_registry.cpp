@@ -7,6 +7,7 @@
 #include "dbase/system/databases.h"
 #include "dbase/system/error.h"
 #include "dbase/table/exchange_completion.h"
+#include "dbase/table/replaced_files.h"
 #include "dbase/table/table.h"
 
 namespace dbase {
@@ -97,6 +98,9 @@ std::shared_ptr<Table> Table::tryOpen(const std::string& path, Folders& folders)
         records.reset(); // with its locks, which the completion needs
         concludeExchangeOf(path, folders);
         return nullptr;
+    }
+    if (index) {
+        warnIfHalfChanged(path, *index);
     }
     auto table = std::make_shared<Table>(std::move(records), std::move(index), readOnlyReason,
                                          journalBeside(path, folders));

@@ -53,6 +53,7 @@ TableReplacement::TableReplacement(const TableClaim& claim) : folders_(claim.fol
     if (existing) {
         folders_.requireReplaceable(index);
         oldIndex_ = folders_.open(index, OpenMode::ReadWrite);
+        warnIfHalfChanged(table, *oldIndex_);
     }
     files_ = replacedFiles(table, index);
 }
@@ -199,7 +200,7 @@ void TableReplacement::settle() {
 // From here on the patch alone completes the table: the session says so.
 void TableReplacement::beginChanges() {
     journalBeside(files_.table, folders_)->remove();
-    setMark(*oldIndex_, true, newSession_);
+    markHalfChanged(*oldIndex_, newSession_);
 }
 
 // Nobody will read the old files; without the memory that they take up by now they go faster.

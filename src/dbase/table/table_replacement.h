@@ -90,10 +90,11 @@ private:
     void unmark() noexcept;
     void takeNames();
     void endMark();
-    // In place of takeNames(), for a patch; the last two side by side.
+    // In place of takeNames(), for a patch; the second and third side by side.
     void beginChanges();
     void changeRecords() { patch_->applyToRecords(*old_); }
     void changeIndex() { patch_->applyToIndex(*oldIndex_, newSession_); }
+    void endChanges() { setMark(*oldIndex_, true); }
 
     std::unique_ptr<TableClaim> own_;
     Folders& folders_;
