@@ -47,11 +47,11 @@ public:
         if (line_.size() < last) {
             return std::nullopt;
         }
-        const std::size_t count = last - first + 1;
-        if (count <= most) {
+        const std::size_t count = last - first + 1, before = count > most ? count - most : 0;
+        if (before == 0) {
             return valueOf(signs(first, last), count);
         }
-        const std::optional<unsigned> begin = valueOf(signs(first, last - most), count - most),
+        const std::optional<unsigned> begin = valueOf(signs(first, first + before - 1), before),
                                       end = valueOf(signs(last - most + 1, last), most);
         return begin && end ? std::optional(*begin * 100'000'000 + *end) : std::nullopt;
     }
