@@ -49,6 +49,7 @@ OverlayFile::Block& OverlayFile::toChange(std::uint64_t offset) {
     return blocks_[places_[number] - 1];
 }
 
+/// Zeros beyond its end.
 void OverlayFile::readBelow(std::uint64_t offset, std::span<char> bytes) const {
     const auto there = static_cast<std::size_t>(
         std::min<std::uint64_t>(bytes.size(), baseSize_ - std::min(baseSize_, offset)));

@@ -26,10 +26,8 @@ public:
     /// Nothing is kept in memory any more.
     [[nodiscard]] bool isCopied() const { return copy_ != nullptr; }
     void moveToCopy();
-    /// Of the file below.
-    [[nodiscard]] std::uint64_t sizeBelow() const { return baseSize_; }
-    /// Zeros beyond its end.
-    void readBelow(std::uint64_t offset, std::span<char> bytes) const;
+    /// The file as it is without the changes.
+    [[nodiscard]] const File& below() const { return *base_; }
     /// Visits the changed blocks in their order in the file. Bytes beyond its end are 0.
     using Visit = std::function<void(BlockNumber, std::span<const char, blockBytes>)>;
     void forEachChanged(const Visit& visit) const;
@@ -52,6 +50,7 @@ public:
 private:
     [[nodiscard]] const Block* changed(std::uint64_t offset) const;
     [[nodiscard]] Block& toChange(std::uint64_t offset);
+    void readBelow(std::uint64_t offset, std::span<char> bytes) const;
 
     std::unique_ptr<File> base_, copy_;
     std::function<std::unique_ptr<File>()> makeCopy_;

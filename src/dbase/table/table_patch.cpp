@@ -62,8 +62,10 @@ std::span<char> partOf(std::span<char, blockBytes> block, std::uint64_t at, std:
 std::uint64_t sumBelow(const OverlayFile& file, OverlayFile::BlockNumber number) {
     const std::uint64_t at = std::uint64_t{number} * blockBytes;
     std::array<char, blockBytes> block{};
-    const std::span<char> its = partOf(block, at, file.sizeBelow());
-    file.readBelow(at, its);
+    const std::span<char> its = partOf(block, at, file.below().size());
+    if (!its.empty()) {
+        file.below().read(at, its);
+    }
     return sumOfBlocks(at, its);
 }
 
@@ -78,7 +80,7 @@ bool areBlocksOf(std::span<const OverlayFile::BlockNumber> numbers, std::uint64_
 void TablePatch::write(File& to, const OverlayFile& records, const OverlayFile& index) {
     std::array<char, head::size> bytes{};
     std::ranges::copy(magic, bytes.begin());
-    store64(bytes.data() + head::recordsBefore, records.sizeBelow());
+    store64(bytes.data() + head::recordsBefore, records.below().size());
     store64(bytes.data() + head::recordsAfter, records.size());
     store64(bytes.data() + head::indexAfter, index.size());
     store32(bytes.data() + head::recordBlocks, static_cast<std::uint32_t>(changedIn(records)));

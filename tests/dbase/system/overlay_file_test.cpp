@@ -90,7 +90,7 @@ TEST_F(OverlayFileTest, ReadsAsWrittenAndLeavesTheFileBelowAsItIs) {
         }
         EXPECT_FALSE(file->isCopied());
         expectChanges(*file, below);
-        EXPECT_EQ(file->sizeBelow(), size);
+        EXPECT_EQ(file->below().size(), size);
         EXPECT_EQ(readFile(path()), below);
         file->moveToCopy();
         EXPECT_EQ(contentsOf(*file), expected);
