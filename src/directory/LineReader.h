@@ -21,7 +21,8 @@ public:
     explicit LineReader(loading::TextSource source, std::size_t bufferSize = defaultBufferSize);
     /// Of a text that outlives the lines: they remain valid.
     explicit LineReader(std::string_view text)
-        : bytes_(text.size()), data_(text.data()), end_(text.size()), isExhausted_(true) {}
+        : bytes_(text.size()), data_(text.empty() ? "" : text.data()), end_(text.size()), isExhausted_(true) {
+    }
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
 
