@@ -103,6 +103,7 @@ private:
         unlocked([&] { isThere = claim(slot.block); });
         isClaiming_ = false;
         isEnded_ = isEnded_ || !isThere;
+        changed_.notify_one(); // it may claim the next one while this one is made
         if (isThere && !isEnded_) {
             ++claimed_;
             unlocked([&] { make(slot.block); });

@@ -16,7 +16,7 @@ namespace ambrel::directory {
 class LineBlock {
 public:
     struct Line {
-        std::uint64_t number;  // from the first line after those of `linesBefore`
+        std::uint64_t number;  // from 1, in the block
         std::string_view text; // of a line that is not too long
         bool isTooLong;
     };
@@ -24,33 +24,38 @@ public:
     /// Lets it be cut later on. `text`: whole lines, which outlive the block.
     void begin(std::string_view text) {
         lines.clear();
+        count = 0;
         whole_ = text;
     }
     /// Copies lines until it is full; false if there was none.
     [[nodiscard]] bool copy(LineReader& reader) {
         begin({});
+        const std::uint64_t before = reader.number();
         copies_.clear();
         copies_.reserve(size);
         while (copies_.size() + LineReader::maxLength <= size && reader.next()) {
             const std::string_view line = reader.isTooLong() ? std::string_view() : reader.line();
             const std::size_t at = copies_.size();
             copies_.insert(copies_.end(), line.begin(), line.end());
-            lines.push_back({reader.number(), {copies_.data() + at, line.size()}, reader.isTooLong()});
+            lines.push_back(
+                {reader.number() - before, {copies_.data() + at, line.size()}, reader.isTooLong()});
         }
+        count = reader.number() - before;
         return !lines.empty();
     }
-    /// Finds the lines of a text; returns how many there are, empty ones included.
-    [[nodiscard]] std::uint64_t cut() {
+    /// Finds the lines of the text, if they were not copied.
+    void cut() {
         LineReader reader(whole_);
         while (reader.next()) {
             lines.push_back({reader.number(), reader.line(), reader.isTooLong()});
         }
-        return reader.number();
+        count += reader.number();
     }
 
     static constexpr std::size_t size = std::size_t{1} << 18; // little enough for a processor's cache
 
     std::vector<Line> lines;
+    std::uint64_t count = 0; // of them, empty ones included
 
 private:
     std::string_view whole_;
@@ -108,7 +113,7 @@ struct RecordBlock {
 
     template<typename Read>
     void takeApart(const Read& read) {
-        lineCount = block.cut();
+        block.cut();
         records.clear();
         for (const LineBlock::Line& line : block.lines) {
             Taken& taken = records.emplace_back(Taken{lineIsTooLong, {}});
@@ -119,7 +124,6 @@ struct RecordBlock {
     }
 
     LineBlock block;
-    std::uint64_t lineCount = 0; // that the numbers of the next block do not count; 0 for copied lines
     std::uint64_t bytesRead = 0; // of the file, up to its end
     std::vector<Taken> records;  // in the order of the lines
 };
@@ -147,7 +151,7 @@ template<class Record, typename Read, typename Use>
                        }
                        counts.addLine(block.bytesRead, progress);
                    }
-                   linesBefore += block.lineCount;
+                   linesBefore += block.block.count;
                });
     dealer.requireWhole();
     return counts;
